@@ -1,0 +1,42 @@
+# A layer is a folder below src/ and a library of the same name. Its headers are reached as
+# "<layer>/<header>.h" through a directory that holds this one layer only, so an include of a layer
+# that is not linked does not compile.
+#
+#   qx_layer(<name> [FOLDER <folder>] SOURCES <files...> [USES <layers...>] [PRIVATE <libraries...>])
+function(qx_layer name)
+  cmake_parse_arguments(LAYER "" "FOLDER" "SOURCES;USES;PRIVATE" ${ARGN})
+  if(NOT LAYER_FOLDER)
+    set(LAYER_FOLDER ${name})
+  endif()
+  set(root ${CMAKE_BINARY_DIR}/layers/${name})
+  get_filename_component(parent ${root}/${LAYER_FOLDER} DIRECTORY)
+  file(MAKE_DIRECTORY ${parent})
+  file(CREATE_LINK ${PROJECT_SOURCE_DIR}/src/${LAYER_FOLDER} ${root}/${LAYER_FOLDER} SYMBOLIC)
+  if(LAYER_SOURCES)
+    add_library(qx_${name} STATIC ${LAYER_SOURCES})
+    target_include_directories(qx_${name} PUBLIC ${root})
+    target_link_libraries(qx_${name} PRIVATE qx_flags ${LAYER_PRIVATE})
+    foreach(used IN LISTS LAYER_USES)
+      target_link_libraries(qx_${name} PUBLIC qx_${used})
+    endforeach()
+  else()
+    add_library(qx_${name} INTERFACE)
+    target_include_directories(qx_${name} INTERFACE ${root})
+    foreach(used IN LISTS LAYER_USES)
+      target_link_libraries(qx_${name} INTERFACE qx_${used})
+    endforeach()
+  endif()
+endfunction()
+
+# A test program per folder of tests/; each test case is known to ctest by its name.
+#
+#   qx_test(<name> SOURCES <files...> USES <layers...> [PRIVATE <libraries...>])
+function(qx_test name)
+  cmake_parse_arguments(TEST "" "" "SOURCES;USES;PRIVATE" ${ARGN})
+  add_executable(test_${name} ${TEST_SOURCES})
+  target_link_libraries(test_${name} PRIVATE qx_flags GTest::gtest_main GTest::gmock ${TEST_PRIVATE})
+  foreach(used IN LISTS TEST_USES)
+    target_link_libraries(test_${name} PRIVATE qx_${used})
+  endforeach()
+  gtest_discover_tests(test_${name} TEST_PREFIX "${name}." DISCOVERY_MODE PRE_TEST)
+endfunction()

@@ -1,0 +1,51 @@
+// Amounts, prices and limits of the ERP as fixed-point numbers.
+#pragma once
+
+#include <compare>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace qx {
+
+/// An amount with exactly four decimals, held as a 64-bit integer of ten-thousandths. The currency is not
+/// part of the value. Conversion from a double rounds half to even at the fourth decimal.
+class Money {
+public:
+  constexpr Money() = default;
+
+  /// The amount of `units` ten-thousandths: `Money::ofTenThousandths(15000)` is 1.5.
+  static constexpr Money ofTenThousandths(std::int64_t units) {
+    Money money;
+    money.units_ = units;
+    return money;
+  }
+  /// Null when the number is not finite or does not fit.
+  static std::optional<Money> fromDouble(double number);
+  /// Reads digits with at most one decimal point or comma and an optional sign; null for anything else.
+  static std::optional<Money> parse(std::string_view text);
+
+  constexpr std::int64_t tenThousandths() const { return units_; }
+  double toDouble() const { return static_cast<double>(units_) / 10000.0; }
+  /// Decimal point, no superfluous zeros: "12.5", "-0.0001", "7".
+  std::string toText() const;
+
+  constexpr Money operator-() const { return ofTenThousandths(-units_); }
+  constexpr Money& operator+=(Money other) {
+    units_ += other.units_;
+    return *this;
+  }
+  constexpr Money& operator-=(Money other) {
+    units_ -= other.units_;
+    return *this;
+  }
+  friend constexpr Money operator+(Money a, Money b) { return a += b; }
+  friend constexpr Money operator-(Money a, Money b) { return a -= b; }
+  friend constexpr auto operator<=>(const Money&, const Money&) = default;
+
+private:
+  std::int64_t units_ = 0;
+};
+
+} // namespace qx

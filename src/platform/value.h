@@ -1,0 +1,67 @@
+// One value of a database column, as it travels between the component and a database.
+#pragma once
+
+#include "model/date.h"
+#include "model/money.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <variant>
+
+namespace qx {
+
+enum class ValueKind : std::uint8_t { Null, Integer, Double, Currency, Boolean, Text, TimeStamp };
+
+/// Null, a 64-bit integer, a double, an amount, a truth value, a UTF-8 text or a point in time.
+///
+/// Conversions that may fail return an optional; none of them raises.
+class Value {
+public:
+  Value() = default;
+  Value(std::int64_t number) : content_(number) {}
+  Value(std::int32_t number) : content_(std::int64_t{number}) {}
+  Value(std::int16_t number) : content_(std::int64_t{number}) {}
+  Value(double number) : content_(number) {}
+  Value(Money amount) : content_(amount) {}
+  Value(bool truth) : content_(truth) {}
+  Value(std::string text) : content_(std::move(text)) {}
+  Value(std::string_view text) : content_(std::string(text)) {}
+  Value(const char* text) : content_(std::string(text)) {}
+  Value(const DateTime& moment) : content_(moment) {}
+
+  static Value null() { return {}; }
+
+  ValueKind kind() const { return static_cast<ValueKind>(content_.index()); }
+  bool isNull() const { return kind() == ValueKind::Null; }
+  /// Null, or empty when read as text. A blank is not empty, nor is 0.
+  bool isEmpty() const;
+
+  /// The text itself; numbers in digits with a decimal point, truth as "1" or "0", time as its 14 digits, null
+  /// as the empty text.
+  std::string text() const;
+  /// The text without a copy; empty for every other kind.
+  std::string_view textView() const;
+  /// Numbers that are whole, truth as 1 or 0, and texts of an optional sign and digits between blanks.
+  std::optional<std::int64_t> integer() const;
+  /// Numbers, truth as 1 or 0, and texts that hold nothing but a number with a decimal point.
+  std::optional<double> number() const;
+  std::optional<Money> money() const;
+  /// Null and every number 0 are false, every other number is true; texts only when they hold a number.
+  std::optional<bool> truth() const;
+  std::optional<DateTime> moment() const;
+
+  friend bool operator==(const Value&, const Value&) = default;
+
+private:
+  std::variant<std::monostate, std::int64_t, double, Money, bool, std::string, DateTime> content_;
+};
+
+/// Null for an empty text, else the value unchanged: the rule for every value copied into an ERP table.
+Value emptyToNull(Value value);
+
+/// A double as digits with a decimal point, up to 15 significant digits, never "-0".
+std::string plainNumber(double number);
+
+} // namespace qx
