@@ -21,6 +21,7 @@ struct Environment {
   LocalSettings& localSettings;
   IniFile& iniFile;
   Diagnostics& diagnostics;
+  SessionLiveness& liveness;
 
   std::shared_ptr<Connection> connection; ///< null before one is set
   std::shared_ptr<Session> session;       ///< null before one is connected or adopted

@@ -46,6 +46,14 @@ public:
   virtual std::string read(std::string_view file, std::string_view section, std::string_view key) = 0;
 };
 
+/// Tells whether the program behind a stored session identity still runs.
+class SessionLiveness {
+public:
+  virtual ~SessionLiveness() = default;
+  /// Null when it cannot be told: an identity of another machine or of an unknown form.
+  virtual std::optional<bool> isAlive(std::string_view sessionId) = 0;
+};
+
 /// A failure that was trapped: where, what, and which job it concerned.
 struct Diagnostic {
   std::string_view where;
