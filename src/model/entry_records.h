@@ -132,12 +132,12 @@ constexpr auto headerFieldsToRemark() {
 template <class R>
 constexpr auto headerFieldsFromContractNumber() {
   using F = Field<R>;
-  return fieldTable<R>(
-      F{"Vertragsnummer", &R::Vertragsnummer}, F{"Zahlungsweise", &R::Zahlungsweise},
-      F{"Währung", &R::Währung}, F{"WährungEingabe", &R::WährungEingabe}, F{"Fehlertext", &R::Fehlertext},
-      F{"Betreff", &R::Betreff}, F{"Versandart", &R::Versandart}, F{"ZahlungsbedSchl", &R::ZahlungsbedSchl},
-      F{"Provisionsgruppe", &R::Provisionsgruppe}, F{"UstIdentNr", &R::UstIdentNr},
-      F{"IndFild1", &R::IndFild1}, F{"IndFild2", &R::IndFild2}, F{"IndFild3", &R::IndFild3});
+  return fieldTable<R>(F{"Vertragsnummer", &R::Vertragsnummer}, F{"Zahlungsweise", &R::Zahlungsweise},
+                       F{"Währung", &R::Währung}, F{"WährungEingabe", &R::WährungEingabe},
+                       F{"Fehlertext", &R::Fehlertext}, F{"Betreff", &R::Betreff},
+                       F{"Versandart", &R::Versandart}, F{"ZahlungsbedSchl", &R::ZahlungsbedSchl},
+                       F{"Provisionsgruppe", &R::Provisionsgruppe}, F{"UstIdentNr", &R::UstIdentNr},
+                       F{"IndFild1", &R::IndFild1}, F{"IndFild2", &R::IndFild2}, F{"IndFild3", &R::IndFild3});
 }
 
 template <class R>
@@ -147,10 +147,9 @@ constexpr auto headerAddressFields() {
       F{"VS_KdNr", &R::VS_KdNr}, F{"VS_AdrNr", &R::VS_AdrNr}, F{"RG_KdNr", &R::RG_KdNr},
       F{"RG_AdrNr", &R::RG_AdrNr}, F{"Hauptkonto", &R::Hauptkonto}, F{"VS_Bez1", &R::VS_Bez1},
       F{"VS_Bez2", &R::VS_Bez2}, F{"VS_Bez3", &R::VS_Bez3}, F{"VS_Strasse", &R::VS_Strasse}.in("VS_Straße"),
-      F{"VS_Land", &R::VS_Land}, F{"VS_PLZ", &R::VS_PLZ}, F{"VS_Ort", &R::VS_Ort},
-      F{"RG_Bez1", &R::RG_Bez1}, F{"RG_Bez2", &R::RG_Bez2}, F{"RG_Bez3", &R::RG_Bez3},
-      F{"RG_Strasse", &R::RG_Strasse}.in("RG_Straße"), F{"RG_Land", &R::RG_Land}, F{"RG_PLZ", &R::RG_PLZ},
-      F{"RG_Ort", &R::RG_Ort});
+      F{"VS_Land", &R::VS_Land}, F{"VS_PLZ", &R::VS_PLZ}, F{"VS_Ort", &R::VS_Ort}, F{"RG_Bez1", &R::RG_Bez1},
+      F{"RG_Bez2", &R::RG_Bez2}, F{"RG_Bez3", &R::RG_Bez3}, F{"RG_Strasse", &R::RG_Strasse}.in("RG_Straße"),
+      F{"RG_Land", &R::RG_Land}, F{"RG_PLZ", &R::RG_PLZ}, F{"RG_Ort", &R::RG_Ort});
 }
 
 } // namespace detail
@@ -171,7 +170,8 @@ inline constexpr auto kundeFields = [] {
 inline constexpr auto auftragFields = [] {
   using R = AuftragFields;
   using F = Field<R>;
-  return joinTables(detail::headerFieldsToRemark<R>(), fieldTable<R>(F{"NeukundeJN", &R::NeukundeJN}.notStored()),
+  return joinTables(detail::headerFieldsToRemark<R>(),
+                    fieldTable<R>(F{"NeukundeJN", &R::NeukundeJN}.notStored()),
                     detail::headerFieldsFromContractNumber<R>(), detail::headerAddressFields<R>(),
                     fieldTable<R>(F{"Liefertermin", &R::Liefertermin}.date(), F{"KostID", &R::KostID}));
 }();
@@ -203,15 +203,15 @@ inline constexpr auto vertragFields = [] {
 inline constexpr auto auftragsPosFields = [] {
   using R = AuftragsPosFields;
   using F = Field<R>;
-  return fieldTable<R>(
-      F{"JobID", &R::JobID}, F{"ChildID", &R::ChildID}, F{"JobType", &R::JobType},
-      F{"Positionsnummer", &R::Positionsnummer}, F{"Artikelnummer", &R::Artikelnummer}, F{"Menge", &R::Menge},
-      F{"Wartungspreis", &R::Wartungspreis}.notStored(), F{"Preis", &R::Preis},
-      F{"Artikellangtext", &R::Artikellangtext}, F{"Auslieferungsmenge", &R::Auslieferungsmenge},
-      F{"Fakturiermenge", &R::Fakturiermenge}, F{"Lieferbereit", &R::Lieferbereit},
-      F{"Fakturierbereit", &R::Fakturierbereit}, F{"Mengeneinheit", &R::Mengeneinheit},
-      F{"Rabatt", &R::Rabatt}, F{"Preiseinheit", &R::Preiseinheit},
-      F{"Liefertermin", &R::Liefertermin}.date(), F{"KostID", &R::KostID});
+  return fieldTable<R>(F{"JobID", &R::JobID}, F{"ChildID", &R::ChildID}, F{"JobType", &R::JobType},
+                       F{"Positionsnummer", &R::Positionsnummer}, F{"Artikelnummer", &R::Artikelnummer},
+                       F{"Menge", &R::Menge}, F{"Wartungspreis", &R::Wartungspreis}.notStored(),
+                       F{"Preis", &R::Preis}, F{"Artikellangtext", &R::Artikellangtext},
+                       F{"Auslieferungsmenge", &R::Auslieferungsmenge},
+                       F{"Fakturiermenge", &R::Fakturiermenge}, F{"Lieferbereit", &R::Lieferbereit},
+                       F{"Fakturierbereit", &R::Fakturierbereit}, F{"Mengeneinheit", &R::Mengeneinheit},
+                       F{"Rabatt", &R::Rabatt}, F{"Preiseinheit", &R::Preiseinheit},
+                       F{"Liefertermin", &R::Liefertermin}.date(), F{"KostID", &R::KostID});
 }();
 
 } // namespace qx

@@ -83,7 +83,9 @@ enum class JobState : std::int16_t { Waiting = 0, Warning = 1, Error = 2, Done =
 constexpr JobState stateOf(std::int16_t jobType) { return static_cast<JobState>(jobType % 10); }
 
 /// The waiting code of the kind: 12 -> 10, 43 -> 40.
-constexpr std::int16_t kindOf(std::int16_t jobType) { return static_cast<std::int16_t>(jobType - jobType % 10); }
+constexpr std::int16_t kindOf(std::int16_t jobType) {
+  return static_cast<std::int16_t>(jobType - jobType % 10);
+}
 
 constexpr std::int16_t withState(std::int16_t jobType, JobState state) {
   return static_cast<std::int16_t>(kindOf(jobType) + static_cast<std::int16_t>(state));

@@ -25,8 +25,8 @@ public:
   using DatabaseError::DatabaseError;
 };
 
-/// The statement took the whole unit of work with it, for example by a trigger that rolls back. Nothing of the
-/// unit remains and none is open.
+/// The statement took the whole unit of work with it, for example by a trigger that rolls back. Nothing of
+/// the unit remains and none is open.
 class WorkLostError : public DatabaseError {
 public:
   using DatabaseError::DatabaseError;

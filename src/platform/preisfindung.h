@@ -32,8 +32,8 @@ struct SalesPrice {
   double price = 0;
   double calculatedPrice = 0; ///< `KalkPreis`
   double priceUnit = 1;
-  double discount = 0;        ///< `Rabatt`, percent in total
-  std::string discountKind;   ///< `Rabattart`
+  double discount = 0;      ///< `Rabatt`, percent in total
+  std::string discountKind; ///< `Rabattart`
   StagedDiscounts discounts;
   std::string source; ///< `Preisfindung`
 };
@@ -61,8 +61,8 @@ struct PurchasePriceQuestion {
   std::string_view article;
   double quantity = 0;
   std::string_view unit;
-  std::string_view purchaseGroup;  ///< `Einkaufsgruppe`
-  std::int16_t priceFinding = 0;   ///< `PreisfindungEinkauf`
+  std::string_view purchaseGroup; ///< `Einkaufsgruppe`
+  std::int16_t priceFinding = 0;  ///< `PreisfindungEinkauf`
   std::optional<Date> date;
 };
 

@@ -111,7 +111,8 @@ struct ShapeOf {
 /// A statement: fixed fragments that the program wrote and values that it was given.
 ///
 /// `text()` is the plain concatenation, values raw between the fixed quotes, for logs and for late-bound
-/// hosts; adapters never execute it but bind the values. Nothing from outside can become part of the statement.
+/// hosts; adapters never execute it but bind the values. Nothing from outside can become part of the
+/// statement.
 class Sql {
 public:
   Sql() = default;
@@ -120,7 +121,8 @@ public:
   Sql& append(const Sql& part);
 
   std::string text() const;
-  /// The parts that were joined, by address: equal spans mean an equal statement but for its values and names.
+  /// The parts that were joined, by address: equal spans mean an equal statement but for its values and
+  /// names.
   std::span<const SqlShape* const> shapes() const { return shapes_; }
   /// The values of all text and number places, in order.
   std::span<const Value> values() const { return values_; }

@@ -38,8 +38,8 @@ public:
   /// Null, or empty when read as text. A blank is not empty, nor is 0.
   bool isEmpty() const;
 
-  /// The text itself; numbers in digits with a decimal point, truth as "1" or "0", time as its 14 digits, null
-  /// as the empty text.
+  /// The text itself; numbers in digits with a decimal point, truth as "1" or "0", time as its 14 digits,
+  /// null as the empty text.
   std::string text() const;
   /// The text without a copy; empty for every other kind.
   std::string_view textView() const;

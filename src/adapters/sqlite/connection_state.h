@@ -1,0 +1,64 @@
+// What a connection and its record sets share.
+#pragma once
+
+#include "adapters/sqlite/statement_cache.h"
+#include "platform/database.h"
+
+#include <chrono>
+#include <string>
+
+struct sqlite3;
+
+namespace qx::sqlite {
+
+/// Answers SQLite's question whether to go on waiting for another program.
+class BusyHandler {
+public:
+  void install(sqlite3* database);
+  /// The decision of the caller for the statements to come; null for the default limit.
+  void setWait(BusyWait* wait) { wait_ = wait; }
+
+private:
+  static int callback(void* self, int count);
+  bool goOn(int count);
+
+  BusyWait* wait_ = nullptr;
+  std::chrono::steady_clock::time_point start_;
+};
+
+/// The database handle with its compiled statements and the state of the unit of work.
+class ConnectionState {
+public:
+  ConnectionState(sqlite3* handle, std::string target, bool ownsWork);
+  ConnectionState(const ConnectionState&) = delete;
+  ConnectionState& operator=(const ConnectionState&) = delete;
+  ~ConnectionState();
+
+  StatementCache& statements() { return statements_; }
+  const std::string& target() const { return statements_.target(); }
+  bool ownsWork() const { return ownsWork_; }
+  bool inWork() const { return inWork_; }
+  BusyHandler& busy() { return busy_; }
+
+  /// Runs a statement to its end, without rows; the number of rows that it changed.
+  std::int64_t run(PreparedStatement& statement);
+  /// True when the step gave a row, false at the end; raises for everything else.
+  bool stepRow(PreparedStatement& statement);
+  std::int64_t lastRowId() const;
+  void setInWork(bool inWork) { inWork_ = inWork; }
+  /// Runs one of the fixed transaction statements.
+  void control(PreparedStatement& cached, const char* text);
+
+  PreparedStatement begin, commit, rollback, save, release, rollbackTo;
+
+private:
+  [[noreturn]] void fail();
+
+  sqlite3* handle_;
+  StatementCache statements_;
+  BusyHandler busy_;
+  bool ownsWork_;
+  bool inWork_ = false;
+};
+
+} // namespace qx::sqlite

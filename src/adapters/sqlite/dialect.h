@@ -1,0 +1,22 @@
+// From the statements' own dialect to SQLite's.
+#pragma once
+
+#include "platform/sql.h"
+
+#include <string>
+#include <string_view>
+
+namespace qx::sqlite {
+
+/// The statement with a parameter for every value, names quoted, and the few constructs that differ
+/// rewritten. The rewriting is a fixed list, not a parser; it is done once per distinct statement.
+std::string translate(const Sql& statement);
+
+/// An integer that orders German date texts by time, null for texts that are no date. Made of built-in
+/// functions only, so that an index on it can be kept by every program that writes the table.
+std::string chronological(std::string_view column);
+
+/// An identifier in double quotes.
+std::string quoted(std::string_view identifier);
+
+} // namespace qx::sqlite

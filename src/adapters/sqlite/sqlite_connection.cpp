@@ -1,0 +1,97 @@
+#include "adapters/sqlite/sqlite_connection.h"
+
+#include "adapters/sqlite/connection_state.h"
+#include "adapters/sqlite/sqlite_recordset.h"
+
+#include <stdexcept>
+#include <utility>
+
+namespace qx {
+
+using sqlite::ConnectionState;
+using sqlite::PreparedStatement;
+
+SqliteConnection::SqliteConnection(sqlite3* handle, std::string target, bool ownsWork)
+    : state_(std::make_unique<ConnectionState>(handle, std::move(target), ownsWork)) {}
+
+SqliteConnection::~SqliteConnection() = default;
+
+const std::string& SqliteConnection::connectionString() const { return state_->target(); }
+
+std::int64_t SqliteConnection::execute(const Sql& statement) {
+  PreparedStatement& prepared = state_->statements().plain(statement);
+  prepared.bindAll(statement.values());
+  return state_->run(prepared);
+}
+
+std::unique_ptr<Recordset> SqliteConnection::open(const Sql& statement) {
+  return std::make_unique<sqlite::FetchedRecordset>(*state_, statement);
+}
+
+std::unique_ptr<Recordset> SqliteConnection::openKeyset(const Sql& statement) {
+  return std::make_unique<sqlite::KeysetRecordset>(*state_, statement);
+}
+
+std::unique_ptr<Recordset> SqliteConnection::openStream(const Sql& statement) {
+  return std::make_unique<sqlite::StreamRecordset>(*state_, statement);
+}
+
+bool SqliteConnection::ownsWork() const { return state_->ownsWork(); }
+
+bool SqliteConnection::inWork() const { return state_->inWork(); }
+
+void SqliteConnection::beginWork(BusyWait* wait) {
+  if (!state_->ownsWork()) return;
+  if (state_->inWork()) throw std::logic_error("a unit of work is already open");
+  state_->busy().setWait(wait);
+  try {
+    state_->control(state_->begin, "BEGIN IMMEDIATE");
+  } catch (...) {
+    state_->busy().setWait(nullptr);
+    throw;
+  }
+  state_->busy().setWait(nullptr);
+  state_->setInWork(true);
+}
+
+void SqliteConnection::commitWork() {
+  if (!state_->inWork()) return;
+  try {
+    state_->control(state_->commit, "COMMIT");
+  } catch (...) {
+    rollbackWork();
+    throw;
+  }
+  state_->setInWork(false);
+}
+
+void SqliteConnection::rollbackWork() noexcept {
+  if (!state_->inWork()) return;
+  try {
+    state_->control(state_->rollback, "ROLLBACK");
+  } catch (const std::exception&) {
+    // SQLite has already rolled back whatever made the statement fail; there is nothing left to undo.
+  }
+  state_->setInWork(false);
+}
+
+void SqliteConnection::setSavepoint() {
+  if (state_->inWork()) state_->control(state_->save, "SAVEPOINT part");
+}
+
+void SqliteConnection::releaseSavepoint() {
+  if (state_->inWork()) state_->control(state_->release, "RELEASE part");
+}
+
+void SqliteConnection::rollbackToSavepoint() noexcept {
+  if (!state_->inWork()) return;
+  try {
+    state_->control(state_->rollbackTo, "ROLLBACK TO part");
+    state_->control(state_->release, "RELEASE part");
+  } catch (const std::exception&) {
+    // Without its savepoint the unit cannot be told apart from a half-written one.
+    rollbackWork();
+  }
+}
+
+} // namespace qx

@@ -1,0 +1,80 @@
+#include "adapters/sqlite/sqlite_database.h"
+
+#include "adapters/sqlite/sqlite_connection.h"
+#include "adapters/sqlite/sqlite_error.h"
+#include "platform/database_error.h"
+
+#include <sqlite3.h>
+
+#include <filesystem>
+#include <string>
+#include <system_error>
+
+namespace qx {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct HandleCloser {
+  void operator()(sqlite3* handle) const { sqlite3_close_v2(handle); }
+};
+using Handle = std::unique_ptr<sqlite3, HandleCloser>;
+
+void check(sqlite3* handle, int code, const std::string& target) {
+  if (code != SQLITE_OK) sqlite::raiseLastError(handle, target, false);
+}
+
+void configure(sqlite3* handle, const std::string& target) {
+  sqlite3_extended_result_codes(handle, 1);
+  // An unknown column in double quotes must be an error, not a text.
+  sqlite3_db_config(handle, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
+  sqlite3_db_config(handle, SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
+  sqlite3_busy_timeout(handle, 60000);
+  // Reading the schema first tells a file that is not a database from one that is.
+  check(handle, sqlite3_exec(handle, "PRAGMA schema_version", nullptr, nullptr, nullptr), target);
+  check(handle,
+        sqlite3_exec(handle, "PRAGMA synchronous=FULL; PRAGMA cache_size=-16000;", nullptr, nullptr, nullptr),
+        target);
+}
+
+Handle openHandle(const std::string& target, int flags) {
+  sqlite3* raw = nullptr;
+  const int code = sqlite3_open_v2(target.c_str(), &raw, flags, nullptr);
+  Handle handle(raw);
+  if (code != SQLITE_OK)
+    sqlite::raiseOpenError(code, target, raw == nullptr ? "out of memory" : sqlite3_errmsg(raw));
+  configure(raw, target);
+  return handle;
+}
+
+std::unique_ptr<Connection> openExisting(std::string_view path, bool ownsWork) {
+  const std::string target(path);
+  std::error_code ignored;
+  if (fs::is_directory(target, ignored)) throw StoreError(target + ": is a directory", SQLITE_CANTOPEN);
+  if (!fs::exists(target, ignored)) throw StoreError(target + ": there is no such file", SQLITE_CANTOPEN);
+  Handle handle = openHandle(target, SQLITE_OPEN_READWRITE);
+  return std::make_unique<SqliteConnection>(handle.release(), target, ownsWork);
+}
+
+} // namespace
+
+std::unique_ptr<Connection> SqliteDatabase::open(std::string_view path) { return openExisting(path, true); }
+
+std::unique_ptr<Connection> SqliteDatabase::openAsHost(std::string_view path) {
+  return openExisting(path, false);
+}
+
+std::unique_ptr<Connection> SqliteDatabase::create(std::string_view path) {
+  const std::string target(path);
+  const fs::path folder = fs::path(target).parent_path();
+  std::error_code error;
+  if (!folder.empty()) fs::create_directories(folder, error);
+  if (error) throw StoreError(folder.string() + ": " + error.message(), error.value());
+  Handle handle = openHandle(target, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+  // Write-ahead logging is a property of the file: readers never wait for a run.
+  check(handle.get(), sqlite3_exec(handle.get(), "PRAGMA journal_mode=WAL", nullptr, nullptr, nullptr),
+        target);
+  return std::make_unique<SqliteConnection>(handle.release(), target, true);
+}
+
+} // namespace qx

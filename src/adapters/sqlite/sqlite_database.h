@@ -1,0 +1,20 @@
+// Opens SQLite database files.
+#pragma once
+
+#include "platform/database.h"
+
+#include <memory>
+#include <string_view>
+
+namespace qx {
+
+/// The embedded database: the connection string is the path of a file.
+class SqliteDatabase final : public Database {
+public:
+  std::unique_ptr<Connection> open(std::string_view path) override;
+  std::unique_ptr<Connection> create(std::string_view path) override;
+  /// A connection as a host would hand it over: its units of work are not ours.
+  static std::unique_ptr<Connection> openAsHost(std::string_view path);
+};
+
+} // namespace qx

@@ -1,0 +1,269 @@
+#include "adapters/sqlite/sqlite_recordset.h"
+
+#include "platform/database_error.h"
+
+#include <sqlite3.h>
+
+#include <stdexcept>
+#include <utility>
+
+namespace qx::sqlite {
+namespace {
+
+const Value nullValue;
+
+[[noreturn]] void raiseUnknownColumn(std::string_view name) {
+  throw StatementError("the record set has no column '" + std::string(name) + "'", 0);
+}
+
+std::uint64_t hashOf(std::string_view text) {
+  std::uint64_t hash = 14695981039346656037ULL;
+  for (const char c : text) {
+    hash ^= static_cast<unsigned char>(c);
+    hash *= 1099511628211ULL;
+  }
+  return hash;
+}
+
+} // namespace
+
+std::size_t EditableRecordset::place(ColumnName column) const {
+  const std::size_t index = source_.shape->find(column);
+  if (index >= fieldCount()) raiseUnknownColumn(column.text());
+  return index;
+}
+
+const Value& EditableRecordset::value(std::size_t index) {
+  if (index >= fieldCount()) throw std::out_of_range("the record set has fewer columns");
+  if (pendingColumns_[index]) return pending_[index];
+  return adding_ ? nullValue : storedValue(index);
+}
+
+void EditableRecordset::addNew() {
+  if (source_.table.empty()) throw StatementError("the rows of this statement cannot be changed", 0);
+  cancelUpdate();
+  adding_ = true;
+}
+
+void EditableRecordset::set(ColumnName column, Value value) {
+  const std::size_t index = place(column);
+  if (!source_.shape->stored(index))
+    throw StatementError("the column '" + std::string(column.text()) + "' is computed", 0);
+  if (index >= pendingColumns_.size()) throw StatementError("the table has too many columns", 0);
+  if (pending_.empty()) pending_.resize(fieldCount());
+  pending_[index] = std::move(value);
+  pendingColumns_.set(index);
+}
+
+std::size_t EditableRecordset::bindPending(PreparedStatement& statement) {
+  int bound = 0;
+  for (std::size_t i = 0; i < fieldCount(); ++i)
+    if (pendingColumns_[i]) statement.bind(++bound, pending_[i]);
+  return static_cast<std::size_t>(bound);
+}
+
+void EditableRecordset::update() {
+  std::int64_t rowId = 0;
+  if (adding_) {
+    PreparedStatement& insert = connection_.statements().insert(source_, pendingColumns_);
+    bindPending(insert);
+    connection_.run(insert);
+    rowId = connection_.lastRowId();
+  } else if (pendingColumns_.any()) {
+    rowId = currentRowId();
+    if (rowId == 0 || source_.table.empty()) throw StatementError("there is no row that could be changed", 0);
+    PreparedStatement& update = connection_.statements().update(source_, pendingColumns_);
+    const Value key(rowId);
+    const std::size_t bound = bindPending(update);
+    update.bind(static_cast<int>(bound) + 1, key);
+    if (connection_.run(update) == 0) throw StatementError("the row was deleted by another program", 0);
+  } else {
+    return;
+  }
+  rowWritten(rowId, adding_, pendingColumns_, pending_);
+  pendingColumns_.reset();
+  adding_ = false;
+}
+
+void EditableRecordset::cancelUpdate() {
+  pendingColumns_.reset();
+  adding_ = false;
+}
+
+void EditableRecordset::readRow(PreparedStatement& statement, std::vector<Value>& into,
+                                std::size_t at) const {
+  for (std::size_t i = 0; i < fieldCount(); ++i)
+    into[at + i] = statement.column(static_cast<int>(i) + source_.hidden, source_.shape->kind(i));
+}
+
+FetchedRecordset::FetchedRecordset(ConnectionState& connection, const Sql& statement)
+    : EditableRecordset(connection, connection.statements().rows(statement).source),
+      query_(connection.statements().rows(statement)),
+      parameters_(statement.values().begin(), statement.values().end()) {
+  fetch();
+}
+
+void FetchedRecordset::fetch() {
+  rowIds_.clear();
+  values_.clear();
+  position_ = 0;
+  PreparedStatement& select = query_.select;
+  select.bindAll(parameters_);
+  const StatementUse use(select);
+  // The shape is taken after the first step, which compiles the statement anew when the schema has changed.
+  bool more = connection().stepRow(select);
+  StatementCache::completeShape(source(), select.get());
+  while (more) {
+    rowIds_.push_back(source().hidden > 0 ? readKey(select).integer().value_or(0) : 0);
+    values_.resize(values_.size() + fieldCount());
+    readRow(select, values_, values_.size() - fieldCount());
+    more = connection().stepRow(select);
+  }
+}
+
+void FetchedRecordset::moveTo(std::size_t position) {
+  cancelUpdate();
+  position_ = std::min(position, rowIds_.size());
+}
+
+bool FetchedRecordset::resync() {
+  // The rows are a picture of the moment of opening; another look is another statement.
+  const std::size_t position = position_;
+  requery();
+  moveTo(position);
+  return !eof();
+}
+
+void FetchedRecordset::requery() {
+  cancelUpdate();
+  fetch();
+}
+
+const Value& FetchedRecordset::storedValue(std::size_t index) {
+  return eof() ? nullValue : values_[position_ * fieldCount() + index];
+}
+
+void FetchedRecordset::rowWritten(std::int64_t rowId, bool inserted, const ColumnMask& written,
+                                  std::vector<Value>& values) {
+  if (inserted) {
+    position_ = rowIds_.size();
+    rowIds_.push_back(rowId);
+    values_.resize(values_.size() + fieldCount());
+    const std::size_t identity = source().shape->find(ColumnName(source().identity));
+    if (identity < fieldCount()) values_[position_ * fieldCount() + identity] = Value(rowId);
+  }
+  for (std::size_t i = 0; i < fieldCount(); ++i)
+    if (written[i]) values_[position_ * fieldCount() + i] = std::move(values[i]);
+}
+
+KeysetRecordset::KeysetRecordset(ConnectionState& connection, const Sql& statement)
+    : EditableRecordset(connection, connection.statements().keyset(statement).source),
+      query_(connection.statements().keyset(statement)),
+      parameters_(statement.values().begin(), statement.values().end()) {
+  readKeys();
+}
+
+void KeysetRecordset::readKeys() {
+  keys_.clear();
+  moveTo(0);
+  PreparedStatement& select = query_.keys;
+  select.bindAll(parameters_);
+  const StatementUse use(select);
+  while (connection().stepRow(select)) {
+    Key key{readKey(select).integer().value_or(0), 0};
+    if (source().keyColumn >= 0) key.textHash = hashOf(select.column(1, ColumnKind::Plain).textView());
+    keys_.push_back(key);
+  }
+}
+
+void KeysetRecordset::moveTo(std::size_t position) {
+  cancelUpdate();
+  position_ = std::min(position, keys_.size());
+  loaded_ = false;
+}
+
+bool KeysetRecordset::resync() {
+  loaded_ = true;
+  present_ = false;
+  if (eof()) return false;
+  PreparedStatement& select = query_.row;
+  const Value rowId(keys_[position_].rowId);
+  select.bind(1, rowId);
+  const StatementUse use(select);
+  if (!connection().stepRow(select)) return false;
+  StatementCache::completeShape(source(), select.get());
+  row_.resize(fieldCount());
+  readRow(select, row_, 0);
+  const int key = source().keyColumn;
+  present_ = key < 0 || hashOf(row_[static_cast<std::size_t>(key)].textView()) == keys_[position_].textHash;
+  return present_;
+}
+
+void KeysetRecordset::requery() { readKeys(); }
+
+const Value& KeysetRecordset::storedValue(std::size_t index) {
+  if (!loaded_) resync();
+  return present_ ? row_[index] : nullValue;
+}
+
+std::int64_t KeysetRecordset::currentRowId() {
+  if (!loaded_) resync();
+  return present_ ? keys_[position_].rowId : 0;
+}
+
+void KeysetRecordset::rowWritten(std::int64_t rowId, bool inserted, const ColumnMask& written,
+                                 std::vector<Value>& values) {
+  if (inserted) {
+    position_ = keys_.size();
+    keys_.push_back({rowId, 0});
+    if (const int key = source().keyColumn; key >= 0)
+      keys_.back().textHash = hashOf(values[static_cast<std::size_t>(key)].textView());
+    loaded_ = false;
+    return;
+  }
+  for (std::size_t i = 0; i < fieldCount(); ++i)
+    if (written[i]) row_[i] = std::move(values[i]);
+}
+
+StreamRecordset::StreamRecordset(ConnectionState& connection, const Sql& statement)
+    : connection_(connection), statement_(connection.statements().stream(statement)),
+      shape_(statement_.get(), 0), parameters_(statement.values().begin(), statement.values().end()) {
+  requery();
+}
+
+void StreamRecordset::requery() {
+  statement_.reset();
+  statement_.bindAll(parameters_);
+  count_ = 0;
+  eof_ = false;
+  row_.resize(shape_.size());
+  moveNext();
+}
+
+void StreamRecordset::moveNext() {
+  if (eof_) return;
+  if (!connection_.stepRow(statement_)) {
+    eof_ = true;
+    statement_.reset();
+    row_.assign(shape_.size(), Value());
+    return;
+  }
+  ++count_;
+  for (std::size_t i = 0; i < row_.size(); ++i)
+    row_[i] = statement_.column(static_cast<int>(i), shape_.kind(i));
+}
+
+void StreamRecordset::moveTo(std::size_t position) {
+  if (position + 1 < count_) requery();
+  while (!eof_ && count_ <= position) moveNext();
+}
+
+const Value& StreamRecordset::value(ColumnName column) {
+  const std::size_t index = shape_.find(column);
+  if (index >= shape_.size()) raiseUnknownColumn(column.text());
+  return row_[index];
+}
+
+void StreamRecordset::refuse() { throw StatementError("the rows of a stream cannot be changed", 0); }
+
+} // namespace qx::sqlite

@@ -1,0 +1,89 @@
+// The compiled statements of one connection.
+#pragma once
+
+#include "adapters/sqlite/prepared_statement.h"
+#include "platform/sql.h"
+
+#include <bitset>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+struct sqlite3;
+
+namespace qx::sqlite {
+
+/// Which columns of a row a write touches, by place in the row shape.
+using ColumnMask = std::bitset<256>;
+
+/// Where rows come from: their shape, and for rows of one table how to write them back.
+struct RowSource {
+  std::optional<RowShape> shape;
+  std::string table;  ///< empty when the rows cannot be changed
+  int hidden = 0;     ///< leading columns that serve the cursor only
+  int keyColumn = -1; ///< place in the shape of a single text key, or -1
+  std::unordered_map<ColumnMask, PreparedStatement> updates;
+  std::unordered_map<ColumnMask, PreparedStatement> inserts;
+};
+
+struct RowQuery {
+  PreparedStatement select;
+  RowSource source;
+};
+
+struct KeysetQuery {
+  PreparedStatement keys;
+  PreparedStatement row;
+  RowSource source;
+};
+
+/// Compiles each distinct statement once. Statements are found by the addresses of their fragments.
+class StatementCache {
+public:
+  StatementCache(sqlite3* database, std::string target) : database_(database), target_(std::move(target)) {}
+
+  PreparedStatement& plain(const Sql& statement);
+  RowQuery& rows(const Sql& statement);
+  KeysetQuery& keyset(const Sql& statement);
+  /// A statement of its own for a stream, not shared.
+  PreparedStatement stream(const Sql& statement);
+  PreparedStatement& update(RowSource& source, const ColumnMask& columns);
+  PreparedStatement& insert(RowSource& source, const ColumnMask& columns);
+  /// Reads the shape when the statement is used for the first time, and again when the schema changed.
+  static void completeShape(RowSource& source, sqlite3_stmt* statement);
+
+  sqlite3* database() const { return database_; }
+  const std::string& target() const { return target_; }
+
+private:
+  template <class Entry>
+  class Map {
+  public:
+    template <class Make>
+    Entry& get(const Sql& statement, Make&& make);
+
+  private:
+    std::unordered_map<const SqlShape*, std::unique_ptr<Entry>> single_;
+    std::map<std::pair<std::vector<const SqlShape*>, std::vector<std::string>>, std::unique_ptr<Entry>>
+        joined_;
+  };
+
+  PreparedStatement compile(const std::string& text) { return {database_, target_, text, true}; }
+  struct TableKey {
+    std::string text;     ///< the single text column that is the table's primary key, or empty
+    std::string identity; ///< the integer column that is the rowid itself, or empty
+  };
+  TableKey keyOf(const std::string& table);
+
+  sqlite3* database_;
+  std::string target_;
+  Map<PreparedStatement> plain_;
+  Map<RowQuery> rows_;
+  Map<KeysetQuery> keysets_;
+};
+
+} // namespace qx::sqlite
