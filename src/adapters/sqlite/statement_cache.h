@@ -23,9 +23,10 @@ using ColumnMask = std::bitset<256>;
 /// Where rows come from: their shape, and for rows of one table how to write them back.
 struct RowSource {
   std::optional<RowShape> shape;
-  std::string table;  ///< empty when the rows cannot be changed
-  int hidden = 0;     ///< leading columns that serve the cursor only
-  int keyColumn = -1; ///< place in the shape of a single text key, or -1
+  std::string table;    ///< empty when the rows cannot be changed
+  int hidden = 0;       ///< leading columns that serve the cursor only
+  int keyColumn = -1;   ///< place in the shape of a single text key, or -1
+  std::string identity; ///< the key column that the database assigns, or empty
   std::unordered_map<ColumnMask, PreparedStatement> updates;
   std::unordered_map<ColumnMask, PreparedStatement> inserts;
 };

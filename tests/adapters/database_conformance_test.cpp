@@ -1,0 +1,385 @@
+// What every database adapter must do, told as the story of a table.
+#include "adapters/sqlite/dialect.h"
+#include "adapters/sqlite/select_parts.h"
+#include "adapters/sqlite/sqlite_database.h"
+#include "platform/database.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace qx {
+namespace {
+
+namespace fs = std::filesystem;
+
+class GiveUpAfter final : public BusyWait {
+public:
+  explicit GiveUpAfter(std::chrono::milliseconds limit) : limit_(limit) {}
+  bool goOn(std::chrono::milliseconds waited) override {
+    ++calls;
+    return waited < limit_;
+  }
+  int calls = 0;
+
+private:
+  std::chrono::milliseconds limit_;
+};
+
+class DatabaseConformance : public ::testing::Test {
+protected:
+  void SetUp() override {
+    std::string pattern = (fs::temp_directory_path() / "qx-db-XXXXXX").string();
+    ASSERT_NE(mkdtemp(pattern.data()), nullptr);
+    folder_ = pattern;
+    file_ = (folder_ / "erp.db").string();
+    connection_ = database_.create(file_);
+    connection_->execute(
+        sql("CREATE TABLE ImportKopf (JobID TEXT COLLATE NOCASE PRIMARY KEY NOT NULL, JobType SMALLINT, "
+            "Eingangsdatum TEXT, Kundennummer TEXT COLLATE NOCASE, \"VS_Straße\" TEXT, Preis DOUBLE, "
+            "Neukunde BOOLEAN, Betrag DECIMAL(19,4), Land TEXT DEFAULT 'DE', ProcessWarning SMALLINT)"_sql));
+    connection_->execute(sql(
+        "CREATE TABLE Kostenzuordnung (KostID INTEGER PRIMARY KEY, Kostenstelle TEXT, Kostentraeger TEXT)"_sql));
+  }
+  void TearDown() override {
+    connection_.reset();
+    fs::remove_all(folder_);
+  }
+
+  void add(std::string_view key, std::int16_t type, std::string_view date, std::string_view customer = "") {
+    const auto rows =
+        connection_->open(sql("SELECT * From ImportKopf where JobID = '"_sql, value(key), "'"_sql));
+    rows->addNew();
+    rows->set("JobID", Value(key));
+    rows->set("JobType", Value(type));
+    rows->set("Eingangsdatum", Value(date));
+    rows->set("Kundennummer", Value(customer));
+    rows->update();
+  }
+  std::string keys(const Sql& statement) {
+    std::string found;
+    const auto rows = connection_->open(statement);
+    for (; !rows->eof(); rows->moveNext()) found += rows->text("JobID") + " ";
+    return found;
+  }
+  std::unique_ptr<Connection> another() { return database_.open(file_); }
+
+  SqliteDatabase database_;
+  fs::path folder_;
+  std::string file_;
+  std::unique_ptr<Connection> connection_;
+};
+
+TEST_F(DatabaseConformance, ValuesAreDataWhateverTheyHold) {
+  const std::string nasty = "O'Brien'; DROP TABLE ImportKopf; -- \"ä€😀\" [x] ? " + std::string(10000, 'x');
+  add(nasty, 10, "01.01.2026", nasty);
+  const auto found =
+      connection_->open(sql("SELECT * From ImportKopf where Kundennummer = '"_sql, value(nasty), "'"_sql));
+  ASSERT_EQ(found->recordCount(), 1U);
+  EXPECT_EQ(found->text("JobID"), nasty);
+}
+
+TEST_F(DatabaseConformance, ColumnsAreFoundWithoutRegardToCaseAndSharpS) {
+  add("A", 10, "");
+  auto rows = connection_->open(sql("Select * From [ImportKopf] where [JobID] = '"_sql, value("a"), "'"_sql));
+  rows->set("vs_strasse", Value("Am Wall 1"));
+  rows->update();
+  rows->requery();
+  EXPECT_EQ(rows->text("VS_Straße"), "Am Wall 1");
+  EXPECT_FALSE(rows->hasField("Straße"));
+  EXPECT_THROW(rows->value("Straße"), StatementError);
+}
+
+TEST_F(DatabaseConformance, KindsComeBackAsDeclaredAndUnsetColumnsTakeTheirDefault) {
+  add("A", 10, "");
+  auto rows = connection_->open(sql("SELECT * From ImportKopf"_sql));
+  rows->set("Preis", Value(10.0));
+  rows->set("Neukunde", Value(true));
+  rows->set("Betrag", Value(*Money::parse("19.9999")));
+  rows->update();
+  rows->requery();
+  EXPECT_EQ(rows->value("Preis"), Value(10.0));
+  EXPECT_EQ(rows->value("Neukunde"), Value(true));
+  EXPECT_EQ(rows->value("Betrag"), Value(*Money::parse("19.9999")));
+  EXPECT_EQ(rows->value("Land"), Value("DE"));
+  EXPECT_TRUE(rows->value("ProcessWarning").isNull());
+}
+
+TEST_F(DatabaseConformance, AnUnknownColumnInAStatementIsAnErrorAndNotAText) {
+  EXPECT_THROW(connection_->open(sql("SELECT * From ImportKopf Where \"Gibtsnicht\" = 1"_sql)),
+               StatementError);
+  EXPECT_THROW(connection_->execute(sql("Delete From Fehlt"_sql)), StatementError);
+}
+
+TEST_F(DatabaseConformance, EqualSortKeysAndUnorderedRowsComeInInsertionOrder) {
+  add("C", 10, "", "7");
+  add("A", 10, "", "7");
+  add("B", 10, "", "10");
+  EXPECT_EQ(keys(sql("Select * From ImportKopf"_sql)), "C A B ");
+  EXPECT_EQ(
+      keys(sql("Select * From ImportKopf Where JobType = "_sql, number(10), " Order By Kundennummer"_sql)),
+      "B C A ");
+  EXPECT_EQ(keys(sql("Select * From ImportKopf Order By Kundennummer DESC"_sql)), "A C B ");
+}
+
+TEST_F(DatabaseConformance, ReceiptDatesSortByTimeAndUnreadableOnesFirst) {
+  const std::array<std::pair<const char*, const char*>, 8> dates{{{"late", "02.12.2006"},
+                                                                  {"early", "15.01.2006"},
+                                                                  {"now", "now"},
+                                                                  {"no such day", "31.02.2006"},
+                                                                  {"short", "1.2.06"},
+                                                                  {"old", "1.2.30"},
+                                                                  {"timed", "03.12.2006 7:05"},
+                                                                  {"leap", "29.02.2004"}}};
+  for (const auto& [key, date] : dates) add(key, 10, date);
+  EXPECT_EQ(keys(sql("Select * From ImportKopf Order by Eingangsdatum"_sql)),
+            "now no such day old leap early short late timed ");
+  EXPECT_EQ(keys(sql("Select * From ImportKopf Order by Eingangsdatum DESC"_sql)),
+            "timed late short early leap old no such day now ");
+}
+
+TEST_F(DatabaseConformance, ChronologicalOrderAgreesWithTheDateReader) {
+  const std::array<std::string, 20> texts{
+      "01.01.2000", "1.1.00",      "31.12.1999", "31.04.2001",     "30.04.2001",    "29.02.1900",
+      "29.02.2000", "00.01.2001",  "01.13.2001", "1.1.2001 24:00", "1.1.2001 9:61", "1.1.2001 09:05:07",
+      "1.1.2001 ",  " 1.1.2001",   "1.1.200",    "1.1.20011",      "01/01/2001",    "",
+      "1.1.29",     "1.1.2001 1:2"};
+  for (const std::string& text : texts) {
+    add(text + "#", 10, text);
+    const auto rows =
+        connection_->open(sql("SELECT Convert(DateTime, Eingangsdatum, 104) as FormatDatum From ImportKopf "
+                              "Where JobID = '"_sql,
+                              value(text + "#"), "'"_sql));
+    const auto date = parseGermanDate(text);
+    if (!date) {
+      EXPECT_TRUE(rows->value("FormatDatum").isNull()) << text;
+      continue;
+    }
+    const std::int64_t expected = static_cast<int>(date->year()) * 10000 +
+                                  static_cast<std::int64_t>(static_cast<unsigned>(date->month())) * 100 +
+                                  static_cast<unsigned>(date->day());
+    EXPECT_EQ(rows->value("FormatDatum"), Value(expected)) << text;
+  }
+}
+
+TEST_F(DatabaseConformance, TheDialectRewritesItsFixedListOnly) {
+  const auto rewritten = [](const Sql& statement) { return sqlite::translate(statement); };
+  EXPECT_EQ(rewritten(sql("Select JobID From ImportKopf Where Right(JobType,1) = '3' "_sql)),
+            "Select JobID From ImportKopf Where substr(CAST(JobType AS TEXT),-1) = '3' ");
+  EXPECT_EQ(rewritten(sql("Select Top 2000 JobID From [ImportKopf]Where JobType = '0' "_sql)),
+            "Select JobID From [ImportKopf]Where JobType = '0'  LIMIT 2000");
+  EXPECT_EQ(
+      rewritten(sql("Select (isnull(Bez1,'') + ' ' + isnull(Bez2,'')) as Bezeichnung from Vertreter"_sql)),
+      "Select (coalesce(Bez1,'') || ' ' || coalesce(Bez2,'')) as Bezeichnung from Vertreter");
+  EXPECT_EQ(rewritten(sql("[ImportKopf]"_sql)), "SELECT * FROM [ImportKopf]");
+  EXPECT_EQ(rewritten(sql("Select x From "_sql, name("a\"b"), " Where n = "_sql, number(7), " and t='"_sql,
+                          value("v"), "' or u='"_sql, value("w"), "'"_sql)),
+            "Select x From \"a\"\"b\" Where n = ? and t=? or u=?");
+}
+
+TEST_F(DatabaseConformance, AKeysetKeepsItsRowsWhileTheyChange) {
+  add("A", 10, "", "1");
+  add("B", 10, "", "2");
+  add("C", 10, "", "3");
+  const auto rows = connection_->openKeyset(
+      sql("Select * From ImportKopf Where JobType = "_sql, number(10), " Order By Kundennummer"_sql));
+  ASSERT_EQ(rows->recordCount(), 3U);
+  rows->set("JobType", Value(std::int16_t{13}));
+  rows->update();
+  connection_->execute(sql("Delete From ImportKopf where JobID = 'B'"_sql));
+  connection_->execute(sql("Update ImportKopf Set Kundennummer = '9' where JobID = 'C'"_sql));
+  add("D", 10, "", "4");
+  EXPECT_EQ(rows->value("JobType"), Value(std::int16_t{13}));
+  rows->moveNext();
+  EXPECT_FALSE(rows->resync());
+  EXPECT_TRUE(rows->value("JobID").isNull());
+  rows->moveNext();
+  EXPECT_TRUE(rows->resync());
+  EXPECT_EQ(rows->text("Kundennummer"), "9");
+  rows->moveNext();
+  EXPECT_TRUE(rows->eof());
+  rows->requery();
+  EXPECT_EQ(rows->recordCount(), 2U);
+}
+
+TEST_F(DatabaseConformance, AKeysetDoesNotTakeANewRowForADeletedOne) {
+  add("A", 10, "");
+  add("B", 10, "");
+  const auto rows = connection_->openKeyset(sql("Select * From ImportKopf Where JobType = "_sql, number(10)));
+  connection_->execute(sql("Delete From ImportKopf where JobID = 'B'"_sql));
+  add("X", 10, "");
+  rows->moveNext();
+  EXPECT_FALSE(rows->resync());
+}
+
+TEST_F(DatabaseConformance, ARowWithoutItsKeyInTheListCanBeChanged) {
+  add("A", 11, "");
+  connection_->execute(sql("Update ImportKopf Set ProcessWarning = 1"_sql));
+  const auto rows = connection_->openKeyset(
+      sql("Select JobType, ProcessWarning From ImportKopf Where ProcessWarning = 1"_sql));
+  rows->set("JobType", Value(std::int16_t{10}));
+  rows->update();
+  EXPECT_EQ(keys(sql("Select JobID From ImportKopf Where JobType = '10'"_sql)), "A ");
+}
+
+TEST_F(DatabaseConformance, AnAssignedKeyIsReadAfterTheInsert) {
+  const auto rows = connection_->open(sql("Select * FROM Kostenzuordnung WHERE Kostenstelle Is Null"_sql));
+  rows->addNew();
+  rows->set("Kostenstelle", Value("100"));
+  rows->update();
+  const auto first = rows->value("KostID").integer();
+  ASSERT_TRUE(first.has_value());
+  rows->addNew();
+  rows->set("Kostenstelle", Value("200"));
+  rows->update();
+  EXPECT_EQ(rows->value("KostID").integer(), *first + 1);
+}
+
+TEST_F(DatabaseConformance, PendingValuesAreSeenUntilTheyAreCancelled) {
+  add("A", 10, "", "1");
+  const auto rows = connection_->open(sql("Select * From ImportKopf"_sql));
+  rows->set("Kundennummer", Value("2"));
+  EXPECT_EQ(rows->text("Kundennummer"), "2");
+  rows->cancelUpdate();
+  EXPECT_EQ(rows->text("Kundennummer"), "1");
+  rows->addNew();
+  EXPECT_TRUE(rows->value("Kundennummer").isNull());
+  rows->cancelUpdate();
+  EXPECT_EQ(rows->text("Kundennummer"), "1");
+}
+
+TEST_F(DatabaseConformance, AggregatesAndComputedColumnsCannotBeChanged) {
+  add("A", 10, "");
+  const auto sum = connection_->open(sql("SELECT Sum([Preis]*JobType) AS Gesamt From ImportKopf"_sql));
+  EXPECT_TRUE(sum->value("Gesamt").isNull());
+  const auto rows =
+      connection_->open(sql("SELECT *, Cast(Kundennummer as int) as intPos From ImportKopf"_sql));
+  EXPECT_EQ(rows->value("intPos"), Value(std::int64_t{0}));
+  EXPECT_THROW(rows->set("intPos", Value(1.0)), StatementError);
+  EXPECT_THROW(connection_->openKeyset(sql("Select Sum(Preis) as s From ImportKopf"_sql)), StatementError);
+}
+
+TEST_F(DatabaseConformance, AUnitIsAllOrNothingAndASavepointAPartOfIt) {
+  {
+    WorkUnit unit(*connection_);
+    add("A", 10, "");
+  }
+  EXPECT_EQ(keys(sql("Select * From ImportKopf"_sql)), "");
+  {
+    WorkUnit unit(*connection_);
+    add("A", 10, "");
+    {
+      Savepoint part(*connection_);
+      add("B", 10, "");
+    }
+    Savepoint part(*connection_);
+    add("C", 10, "");
+    part.release();
+    unit.commit();
+  }
+  EXPECT_EQ(keys(sql("Select * From ImportKopf"_sql)), "A C ");
+}
+
+TEST_F(DatabaseConformance, ARefusedStatementLeavesTheUnitOpenAndALostUnitSaysSo) {
+  add("A", 10, "");
+  connection_->execute(sql("CREATE TRIGGER refuse BEFORE INSERT ON ImportKopf WHEN new.JobID = 'R' "
+                           "BEGIN SELECT RAISE(ABORT, 'nicht erlaubt'); END"_sql));
+  connection_->execute(sql("CREATE TRIGGER lose BEFORE INSERT ON ImportKopf WHEN new.JobID = 'L' "
+                           "BEGIN SELECT RAISE(ROLLBACK, 'alles verloren'); END"_sql));
+  connection_->beginWork(nullptr);
+  add("B", 10, "");
+  try {
+    add("R", 10, "");
+    FAIL() << "the trigger must refuse the row";
+  } catch (const StatementError& error) {
+    EXPECT_STREQ(error.what(), "nicht erlaubt");
+  }
+  EXPECT_TRUE(connection_->inWork());
+  EXPECT_THROW(add("A", 10, ""), StatementError);
+  EXPECT_THROW(add("L", 10, ""), WorkLostError);
+  EXPECT_FALSE(connection_->inWork());
+  EXPECT_EQ(keys(sql("Select * From ImportKopf"_sql)), "A ");
+}
+
+TEST_F(DatabaseConformance, AnotherProgramMayWriteBetweenUnitsWhileAKeysetIsOpen) {
+  for (const char* key : {"A", "B", "C"}) add(key, 10, "");
+  const auto other = another();
+  const auto rows = connection_->openKeyset(sql("Select * From ImportKopf Where JobType = "_sql, number(10)));
+  int written = 0;
+  for (; !rows->eof(); rows->moveNext()) {
+    WorkUnit unit(*connection_);
+    rows->resync();
+    rows->set("JobType", Value(std::int16_t{13}));
+    rows->update();
+    unit.commit();
+    other->execute(sql("INSERT INTO ImportKopf (JobID, JobType) VALUES ('"_sql,
+                       value("new" + std::to_string(written)), "', 10)"_sql));
+    ++written;
+  }
+  EXPECT_EQ(written, 3);
+}
+
+TEST_F(DatabaseConformance, ABusyDatabaseIsWaitedForAsLongAsTheCallerSays) {
+  const auto other = another();
+  WorkUnit held(*other);
+  GiveUpAfter wait(std::chrono::milliseconds(40));
+  EXPECT_THROW(connection_->beginWork(&wait), BusyError);
+  EXPECT_GT(wait.calls, 3);
+  EXPECT_FALSE(connection_->inWork());
+}
+
+TEST_F(DatabaseConformance, OnAHostsConnectionUnitsDoNothing) {
+  const auto host = SqliteDatabase::openAsHost(file_);
+  host->beginWork(nullptr);
+  host->execute(sql("INSERT INTO ImportKopf (JobID) VALUES ('H')"_sql));
+  host->rollbackWork();
+  EXPECT_FALSE(host->ownsWork());
+  EXPECT_EQ(keys(sql("Select * From ImportKopf"_sql)), "H ");
+}
+
+TEST_F(DatabaseConformance, AStreamReadsForwardAndChangesNothing) {
+  for (const char* key : {"A", "B", "C"}) add(key, 10, "");
+  const auto rows =
+      connection_->openStream(sql("Select JobID From ImportKopf Where JobType = "_sql, number(10)));
+  std::string found;
+  for (; !rows->eof(); rows->moveNext()) found += rows->text("JobID");
+  EXPECT_EQ(found, "ABC");
+  EXPECT_THROW(rows->set("JobID", Value("X")), StatementError);
+}
+
+TEST_F(DatabaseConformance, WhatCannotBeOpenedIsNamedWithItsCause) {
+  const auto message = [this](const std::string& target) {
+    try {
+      database_.open(target);
+    } catch (const StoreError& error) {
+      return std::string(error.what());
+    }
+    return std::string("opened");
+  };
+  EXPECT_EQ(message(folder_.string() + "/none.db"), folder_.string() + "/none.db: there is no such file");
+  EXPECT_EQ(message(folder_.string()), folder_.string() + ": is a directory");
+  const std::string text = folder_.string() + "/text.db";
+  std::ofstream(text) << std::string(5000, 'x');
+  EXPECT_EQ(message(text), text + ": file is not a database");
+}
+
+TEST_F(DatabaseConformance, SelectsAreSplitAtTheirTopLevelOnly) {
+  const auto parts = sqlite::splitSelect("Select JobID, (Select 1 From x Where y) From [ImportKopf]Where Bez "
+                                         "= ' Where Order by' Order By a, b DESC");
+  ASSERT_TRUE(parts.has_value());
+  EXPECT_EQ(parts->table, "ImportKopf");
+  EXPECT_EQ(parts->where, "Bez = ' Where Order by'");
+  EXPECT_EQ(parts->orderBy, "a, b DESC");
+  EXPECT_TRUE(parts->descending());
+  EXPECT_FALSE(sqlite::splitSelect("Select * From a, b").has_value());
+  EXPECT_FALSE(sqlite::splitSelect("Delete From a").has_value());
+}
+
+} // namespace
+} // namespace qx
