@@ -1,0 +1,14 @@
+// The component's database connection, for code that cannot do without one.
+#pragma once
+
+#include "platform/environment.h"
+
+namespace qx {
+
+/// The shared connection. Raises `StoreError` when none has been set.
+inline Connection& activeConnection(const Environment& environment) {
+  if (!environment.connection) throw StoreError("no database connection is set", 0);
+  return *environment.connection;
+}
+
+} // namespace qx

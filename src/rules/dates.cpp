@@ -1,0 +1,34 @@
+#include "rules/dates.h"
+
+#include <stdexcept>
+
+namespace qx {
+namespace {
+
+/// Day numbers 999999 and 463711 counted from 30.12.1899.
+constexpr Date openEnd = makeDate(4637, 11, 25);
+constexpr Date openEndOfOldData = makeDate(3169, 8, 5);
+
+} // namespace
+
+std::string intdat(const Value& SystemDatum) {
+  if (const auto moment = SystemDatum.moment()) return dayStamp(moment->date);
+  const auto date = parseGermanDate(SystemDatum.textView());
+  if (!date) throw std::invalid_argument("'" + SystemDatum.text() + "' is no date");
+  return dayStamp(*date);
+}
+
+Date NowEx(const Environment& environment) {
+  if (environment.session) return environment.session->GetSessionDate();
+  environment.diagnostics.report({"NowEx", "without a session the date is the workstation's", {}});
+  return environment.clock.now().date;
+}
+
+std::string DayStamp(const Date& date) { return dayStamp(date); }
+
+std::string PeriodOf(const Date& date) {
+  if (date == openEnd || date == openEndOfOldData) return "999999";
+  return dayStamp(date).substr(0, 6);
+}
+
+} // namespace qx

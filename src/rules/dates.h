@@ -1,0 +1,24 @@
+// The current date of all decisions, and dates as stamps and periods.
+#pragma once
+
+#include "platform/environment.h"
+
+#include <string>
+
+namespace qx {
+
+/// The time stamp of the day of a point in time or of a German date text; the time of day is dropped. Raises
+/// `std::invalid_argument`, which names the value, for anything else, null and "" included.
+std::string intdat(const Value& SystemDatum);
+
+/// The session's current date; without a session the workstation's, with a diagnostics entry. What the
+/// session raises reaches the caller.
+Date NowEx(const Environment& environment);
+
+/// "yyyymmdd000000".
+std::string DayStamp(const Date& date);
+
+/// "yyyymm", or "999999" for one of the two dates that stand for an open end.
+std::string PeriodOf(const Date& date);
+
+} // namespace qx

@@ -1,0 +1,82 @@
+#include "rules/german_text.h"
+
+#include "rules/rounding.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+
+namespace qx {
+namespace {
+
+char asciiLower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
+
+} // namespace
+
+std::string germanNumber(double number) {
+  if (number == 0) return "0";
+  std::array<char, 40> buffer{};
+  const auto [end, error] =
+      std::to_chars(buffer.data(), buffer.data() + buffer.size(), number, std::chars_format::general, 15);
+  std::string text(buffer.data(), end);
+  std::ranges::replace(text, '.', ',');
+  std::ranges::replace(text, 'e', 'E');
+  return text;
+}
+
+std::string germanDecimals(double number, int decimals) {
+  const double rounded = rundenEx(number, std::pow(10.0, -decimals), false);
+  // A double has at most 309 digits before the point.
+  std::array<char, 400> buffer{};
+  const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(),
+                                          rounded == 0 ? 0.0 : rounded, std::chars_format::fixed, decimals);
+  std::string text(buffer.data(), end);
+  std::ranges::replace(text, '.', ',');
+  return text;
+}
+
+std::optional<double> parseGermanNumber(std::string_view text) {
+  text = trimBlanks(text);
+  if (text.find('.') != std::string_view::npos) return std::nullopt;
+  if (text.size() > 1 && text.front() == '+' && text[1] != '-') text.remove_prefix(1);
+  std::string digits(text);
+  std::ranges::replace(digits, ',', '.');
+  double number = 0;
+  const char* const last = digits.data() + digits.size();
+  const auto [end, error] = std::from_chars(digits.data(), last, number);
+  if (error != std::errc() || end != last || !std::isfinite(number)) return std::nullopt;
+  return number;
+}
+
+std::string_view germanBoolean(bool truth) { return truth ? "Wahr" : "Falsch"; }
+
+std::optional<bool> parseGermanBoolean(std::string_view text) {
+  text = trimBlanks(text);
+  for (const std::string_view yes : {"Wahr", "True", "1", "-1"})
+    if (equalCodes(text, yes)) return true;
+  for (const std::string_view no : {"Falsch", "False", "0"})
+    if (equalCodes(text, no)) return false;
+  return std::nullopt;
+}
+
+std::string_view firstCharacters(std::string_view text, std::size_t count) {
+  std::size_t at = 0;
+  for (; at < text.size(); ++at) {
+    const bool begins = (static_cast<unsigned char>(text[at]) & 0xC0) != 0x80;
+    if (begins && count-- == 0) break;
+  }
+  return text.substr(0, at);
+}
+
+bool equalCodes(std::string_view a, std::string_view b) {
+  return std::ranges::equal(a, b, [](char x, char y) { return asciiLower(x) == asciiLower(y); });
+}
+
+std::string_view trimBlanks(std::string_view text) {
+  const auto first = text.find_first_not_of(' ');
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(' ') - first + 1);
+}
+
+} // namespace qx

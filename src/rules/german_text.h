@@ -1,0 +1,37 @@
+// The German text forms of numbers and truth values, and texts counted by characters.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace qx {
+
+/// Decimal comma, no thousands separator, up to 15 significant digits, "1E-05" where digits would not do;
+/// never "-0".
+std::string germanNumber(double number);
+
+/// At least one digit before the comma and exactly `decimals` after it; halves go away from zero:
+/// "###0.00" is `germanDecimals(x, 2)`.
+std::string germanDecimals(double number, int decimals);
+
+/// Reads what `germanNumber` writes, blanks around it allowed. Null for everything else, a decimal point
+/// included.
+std::optional<double> parseGermanNumber(std::string_view text);
+
+/// "Wahr" or "Falsch".
+std::string_view germanBoolean(bool truth);
+
+/// Reads "Wahr", "Falsch", "True", "False" (in any case), "1", "-1" and "0"; null for everything else.
+std::optional<bool> parseGermanBoolean(std::string_view text);
+
+/// The first `count` characters (not bytes) of a UTF-8 text.
+std::string_view firstCharacters(std::string_view text, std::size_t count);
+
+/// Equal but for the case of ASCII letters, as the databases compare codes.
+bool equalCodes(std::string_view a, std::string_view b);
+
+/// Without blanks at either end.
+std::string_view trimBlanks(std::string_view text);
+
+} // namespace qx
