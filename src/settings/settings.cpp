@@ -1,0 +1,76 @@
+#include "settings/settings.h"
+
+#include <exception>
+#include <limits>
+#include <stdexcept>
+
+namespace qx {
+namespace {
+
+/// How diagnostics name a setting: "shared setting ImportJob2/Löschen could not be read".
+std::string describe(std::string_view store, std::string_view section, std::string_view key,
+                     std::string_view deed) {
+  std::string text(store);
+  text.append(" setting ").append(section).append("/").append(key);
+  text.append(" could not be ").append(deed);
+  return text;
+}
+
+/// Runs one access and skips it when it fails.
+template <class Access>
+std::string trapped(Diagnostics& diagnostics, const std::string& where, Access&& access) {
+  try {
+    return access();
+  } catch (const std::exception& failure) {
+    diagnostics.report({where, failure.what(), {}});
+    return {};
+  }
+}
+
+Session& connectedSession(const Environment& environment) {
+  if (!environment.session) throw std::runtime_error("no ERP session is connected");
+  return *environment.session;
+}
+
+} // namespace
+
+std::string Settings::get(std::string_view application, std::string_view section, std::string_view key,
+                          bool local) const {
+  if (local)
+    return trapped(environment_.diagnostics, describe("local", section, key, "read"),
+                   [&] { return environment_.localSettings.read(application, section, key); });
+  return trapped(environment_.diagnostics, describe("shared", section, key, "read"),
+                 [&] { return connectedSession(environment_).GetSetting(section, key, std::nullopt); });
+}
+
+std::string Settings::getShared(std::string_view section, std::string_view key,
+                                std::string_view fallback) const {
+  return trapped(environment_.diagnostics, describe("shared", section, key, "read"),
+                 [&] { return connectedSession(environment_).GetSetting(section, key, fallback); });
+}
+
+void Settings::save(std::string_view application, std::string_view section, std::string_view key,
+                    std::string_view setting, bool local) const {
+  trapped(environment_.diagnostics, describe(local ? "local" : "shared", section, key, "written"), [&] {
+    if (local)
+      environment_.localSettings.write(application, section, key, setting);
+    else
+      connectedSession(environment_).SaveSetting(section, key, setting);
+    return std::string();
+  });
+}
+
+std::int16_t Settings::option16(std::string_view key, std::int16_t fallback) const {
+  return settingToInt16(option(key)).value_or(fallback);
+}
+
+bool Settings::customerSpecific() const { return get(applicationName, "Allgemein", "Individual") == "VLK"; }
+
+std::optional<std::int16_t> settingToInt16(std::string_view text) {
+  const auto whole = Value(text).integer();
+  using Limits = std::numeric_limits<std::int16_t>;
+  if (!whole || *whole < Limits::min() || *whole > Limits::max()) return std::nullopt;
+  return static_cast<std::int16_t>(*whole);
+}
+
+} // namespace qx
