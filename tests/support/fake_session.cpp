@@ -1,0 +1,41 @@
+#include "support/fake_session.h"
+
+#include <stdexcept>
+
+namespace qx {
+namespace {
+
+[[noreturn]] void absent(const std::string& component) {
+  throw std::runtime_error("the component " + component + " is not installed");
+}
+
+} // namespace
+
+std::string FixedSession::GetSetting(std::string_view section, std::string_view key,
+                                     std::optional<std::string_view> fallback) {
+  if (failing) throw StoreError("the settings table cannot be read", 10);
+  const auto found = settings.find({std::string(section), std::string(key)});
+  return found == settings.end() ? std::string(fallback.value_or("")) : found->second;
+}
+
+void FixedSession::SaveSetting(std::string_view section, std::string_view key, std::string_view value) {
+  if (failing) throw StoreError("the settings table cannot be written", 8);
+  settings[{std::string(section), std::string(key)}] = value;
+}
+
+qx::Umrechnungen& FixedSession::Umrechnungen() { absent("Umrechnungen"); }
+
+std::shared_ptr<Session> AbsentComponents::createSession() { absent("Norvalis.Session"); }
+std::unique_ptr<Protokoll> AbsentComponents::createProtokoll() { absent("QXHProto.Protokoll"); }
+std::unique_ptr<Preisfindung> AbsentComponents::createPreisfindung() { absent("qxPLU.clsPLU"); }
+std::unique_ptr<Version> AbsentComponents::createVersion() { absent("qxWWSVer.Version"); }
+std::unique_ptr<Profile> AbsentComponents::createProfile() { absent("qxWSPro.WSProfile"); }
+std::unique_ptr<Adressindex> AbsentComponents::createAdressindex(Connection&) {
+  absent("qxAdrIdx.Adressindex");
+}
+std::unique_ptr<FibuUebergabe> AbsentComponents::createFibuUebergabe() {
+  absent("Norvalis.FibuUebergabeObject");
+}
+std::unique_ptr<Auskunft> AbsentComponents::createAuskunft() { absent("Norvalis.AuskunftObject"); }
+
+} // namespace qx
