@@ -1,0 +1,124 @@
+#include "store/entry_objects.h"
+
+#include "model/job_codes.h"
+#include "rules/active_connection.h"
+#include "settings/settings.h"
+#include "store/job_file_text.h"
+#include "store/job_lines.h"
+#include "store/new_job_key.h"
+#include "store/staging_writer.h"
+
+namespace qx {
+namespace {
+
+constexpr auto customerTextOrder = fieldOrder(kundeFields, customerTextLine);
+constexpr auto orderTailOrder = fieldOrder(auftragFields, orderTextTail);
+constexpr auto positionTailOrder = fieldOrder(auftragsPosFields, orderTextTail);
+
+template <class Record, std::size_t fields, std::size_t places>
+void appendFields(std::string& line, const Record& record, const FieldTable<Record, fields>& table,
+                  const std::array<std::size_t, places>& order) {
+  for (const std::size_t place : order)
+    appendFileField(line, place == noProperty ? std::string() : fileText(table[place], record));
+}
+
+/// The write behind `AddItem`, with every failure trapped.
+template <class Record>
+void addItem(const Environment& environment, const Record& record, std::string_view where,
+             std::string_view key) noexcept {
+  try {
+    writeStaged(activeConnection(environment), record);
+  } catch (const std::exception& failure) {
+    environment.diagnostics.report({where, failure.what(), key});
+  }
+}
+
+template <class Record>
+void startHeader(Record& record, const Environment& environment, std::int16_t jobType) {
+  record.JobID = newJobKey(environment);
+  record.JobType = jobType;
+  record.Status = static_cast<std::int16_t>(CheckStatus::Clean);
+  record.Eingangsdatum = dateOfReceipt(environment);
+}
+
+} // namespace
+
+std::string dateOfReceipt(const Environment& environment) noexcept {
+  try {
+    if (environment.session) return germanDate(environment.session->GetSessionDate());
+  } catch (const std::exception& failure) {
+    environment.diagnostics.report({"dateOfReceipt", failure.what(), {}});
+  }
+  return germanDate(environment.clock.now().date);
+}
+
+Kunde::Kunde(Environment& environment) : environment_(&environment) {
+  startHeader(*this, environment, qxtjobkunden);
+}
+
+void Kunde::AddItem() const noexcept { addItem<KundeFields>(*environment_, *this, "Kunde.AddItem", JobID); }
+
+std::string Kunde::FormatItemCSV() const {
+  std::string line;
+  appendFields<KundeFields>(line, *this, kundeFields, customerTextOrder);
+  return line;
+}
+
+Vertrag::Vertrag(Environment& environment) : environment_(&environment) {
+  startHeader(*this, environment, qxtjobverträge);
+}
+
+void Vertrag::AddItem() const noexcept {
+  addItem<VertragFields>(*environment_, *this, "Vertrag.AddItem", JobID);
+}
+
+std::string Vertrag::FormatItemCSV() const {
+  std::string line;
+  appendFields<VertragFields>(line, *this, vertragFields, contractLineOrder);
+  return line;
+}
+
+Auftrag::Auftrag(Environment& environment) : environment_(&environment) {
+  startHeader(*this, environment, qxtJobAufträge);
+  environment.currentOrder = JobID;
+}
+
+void Auftrag::AddItem() const noexcept {
+  addItem<AuftragFields>(*environment_, *this, "Auftrag.AddItem", JobID);
+}
+
+std::string Auftrag::FormatItemCSV() const {
+  std::string line;
+  appendFields<AuftragFields>(line, *this, auftragFields, orderLineOrder);
+  appendFields<AuftragFields>(line, *this, auftragFields, orderTailOrder);
+  return line;
+}
+
+ReadyFlags ReadyFlags::read(Environment& environment) {
+  const Settings settings(environment);
+  return {settings.isOne("AuftragLieferbereit"), settings.isOne("AuftragFakturierbereit")};
+}
+
+AuftragsPos::AuftragsPos(Environment& environment)
+    : AuftragsPos(environment, ReadyFlags::read(environment)) {}
+
+AuftragsPos::AuftragsPos(Environment& environment, const ReadyFlags& flags) : environment_(&environment) {
+  JobID = environment.currentOrder;
+  ChildID = newJobKey(environment);
+  JobType = qxtJobAuftragsPos;
+  Lieferbereit = flags.Lieferbereit;
+  Fakturierbereit = flags.Fakturierbereit;
+}
+
+void AuftragsPos::AddItem() const noexcept {
+  addItem<AuftragsPosFields>(*environment_, *this, "AuftragsPos.AddItem", ChildID);
+}
+
+std::string AuftragsPos::FormatItemCSV() const {
+  std::string line;
+  appendFields<AuftragsPosFields>(line, *this, auftragsPosFields, positionLineOrder);
+  appendFields<AuftragsPosFields>(line, *this, auftragsPosFields, positionTailOrder);
+  return line;
+}
+
+} // namespace qx

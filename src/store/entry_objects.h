@@ -1,0 +1,75 @@
+// The public objects with which another program stages a job.
+#pragma once
+
+#include "model/entry_records.h"
+#include "platform/environment.h"
+
+#include <string>
+
+namespace qx {
+
+/// What the entry objects have in common. The environment must outlive the object.
+///
+/// `AddItem` writes the object to its staging table on the shared connection, over the row of the same key if
+/// there is one. It never raises and shows nothing: a failure goes to the diagnostics and the row may be
+/// missing. `FormatItemCSV` gives the values as one line of job-file fields. Properties are not validated.
+
+/// A customer job, created waiting, with a fresh key and today's date.
+class Kunde : public KundeFields {
+public:
+  explicit Kunde(Environment& environment);
+  void AddItem() const noexcept;
+  std::string FormatItemCSV() const;
+
+private:
+  Environment* environment_;
+};
+
+/// A contract job, created waiting, with a fresh key and today's date.
+class Vertrag : public VertragFields {
+public:
+  explicit Vertrag(Environment& environment);
+  void AddItem() const noexcept;
+  std::string FormatItemCSV() const;
+
+private:
+  Environment* environment_;
+};
+
+/// An order job header, created waiting, with a fresh key and today's date. It becomes the current order.
+class Auftrag : public AuftragFields {
+public:
+  explicit Auftrag(Environment& environment);
+  void AddItem() const noexcept;
+  std::string FormatItemCSV() const;
+
+private:
+  Environment* environment_;
+};
+
+/// With which flags a new order position starts.
+struct ReadyFlags {
+  bool Lieferbereit = false;
+  bool Fakturierbereit = false;
+
+  /// As the shared settings say.
+  static ReadyFlags read(Environment& environment);
+};
+
+/// An order position with a fresh key; it belongs to the order that was created last.
+class AuftragsPos : public AuftragsPosFields {
+public:
+  explicit AuftragsPos(Environment& environment);
+  /// For many positions: with flags that were read once.
+  AuftragsPos(Environment& environment, const ReadyFlags& flags);
+  void AddItem() const noexcept;
+  std::string FormatItemCSV() const;
+
+private:
+  Environment* environment_;
+};
+
+/// The date of receipt of a job staged now, "dd.mm.yyyy": the session's date, else the workstation's.
+std::string dateOfReceipt(const Environment& environment) noexcept;
+
+} // namespace qx

@@ -1,0 +1,149 @@
+#include "store/import_lock.h"
+
+#include "rules/active_connection.h"
+#include "rules/german_text.h"
+
+namespace qx {
+namespace {
+
+constexpr std::string_view title = "Datensatz gesperrt";
+/// So much of a session's identity has a place in the row.
+constexpr std::size_t storedSessionCharacters = 15;
+
+Sql selectLock() { return sql("SELECT * FROM LockControl WHERE Dateiname='ImportJob' AND Satz='1'"_sql); }
+Sql deleteLock() { return sql("Delete FROM LockControl WHERE Dateiname='ImportJob' AND Satz='1'"_sql); }
+
+LockHolder readHolder(Recordset& row) {
+  return {row.text("Benutzer"), row.text("StationID"), row.text("SessionID"), std::nullopt};
+}
+
+} // namespace
+
+/// Runs a step whose failure is skipped; false when it failed.
+template <class Step>
+bool ImportLock::skipping(Step&& step) {
+  try {
+    step();
+    return true;
+  } catch (const std::exception& failure) {
+    environment_.diagnostics.report({"ImportLock", failure.what(), {}});
+    return false;
+  }
+}
+
+LockOutcome ImportLock::take(BusyWait* wait) {
+  const LockOutcome outcome = activeConnection(environment_).ownsWork() ? takeOwn(wait) : takeOnHost();
+  if (outcome.state == LockState::Taken) held_ = true;
+  return outcome;
+}
+
+LockOutcome ImportLock::takeOwn(BusyWait* wait) {
+  Attempt attempt;
+  try {
+    attempt = lookAndWrite(wait);
+  } catch (const DatabaseError& failure) {
+    return afterFailure(failure);
+  }
+  // The unit has ended: a box may stand for a long time.
+  if (attempt.heldBy) return refuse(*attempt.heldBy);
+  if (attempt.takenFrom) tellTakeOver(*attempt.takenFrom);
+  return {LockState::Taken, {}};
+}
+
+ImportLock::Attempt ImportLock::lookAndWrite(BusyWait* wait) {
+  Connection& connection = activeConnection(environment_);
+  WorkUnit unit(connection, wait);
+  Attempt attempt;
+  auto row = connection.open(selectLock());
+  if (!row->eof()) {
+    LockHolder holder = readHolder(*row);
+    if (environment_.liveness.isAlive(holder.SessionID) != false) {
+      attempt.heldBy = std::move(holder);
+      return attempt;
+    }
+    attempt.takenFrom = std::move(holder);
+    connection.execute(deleteLock());
+    row = connection.open(selectLock());
+  }
+  row->addNew();
+  setLockColumns(*row);
+  row->update();
+  unit.commit();
+  return attempt;
+}
+
+/// The row may have come between looking and writing, or the database was busy all the time: whoever stands
+/// in the row now holds the lock.
+LockOutcome ImportLock::afterFailure(const DatabaseError& failure) {
+  if (const auto holder = holderIfReadable()) return refuse(*holder);
+  environment_.diagnostics.report({"ImportLock", failure.what(), {}});
+  return {LockState::Unavailable, failure.what()};
+}
+
+LockOutcome ImportLock::takeOnHost() {
+  std::unique_ptr<Recordset> row;
+  skipping([&] { row = activeConnection(environment_).open(selectLock()); });
+  if (!row) return {LockState::Taken, {}};
+  if (!row->eof()) {
+    LockHolder holder;
+    skipping([&] { holder.Benutzer = row->text("Benutzer"); });
+    skipping([&] { holder.StationID = row->text("StationID"); });
+    return refuse(holder);
+  }
+  skipping([&] { row->addNew(); });
+  setLockColumns(*row);
+  if (!skipping([&] { row->update(); }))
+    if (const auto holder = holderIfReadable()) return refuse(*holder);
+  return {LockState::Taken, {}};
+}
+
+void ImportLock::setLockColumns(Recordset& row) {
+  skipping([&] { row.set("Dateiname", "ImportJob"); });
+  skipping([&] { row.set("Satz", "1"); });
+  // The misspelling is deliberate, and so is the missing name of the workstation.
+  skipping([&] { row.set("StationID", "unbennant"); });
+  // Without a session the row is written all the same.
+  const auto session = environment_.session;
+  if (!session) return;
+  skipping([&] { row.set("SessionID", firstCharacters(session->SessionID(), storedSessionCharacters)); });
+  skipping([&] { row.set("Benutzer", session->UserName()); });
+}
+
+bool ImportLock::release(BusyWait* wait) {
+  held_ = false;
+  return skipping([&] {
+    Connection& connection = activeConnection(environment_);
+    WorkUnit unit(connection, wait);
+    connection.execute(deleteLock());
+    unit.commit();
+  });
+}
+
+std::optional<LockHolder> ImportLock::holder() {
+  const auto row = activeConnection(environment_).open(selectLock());
+  if (row->eof()) return std::nullopt;
+  LockHolder found = readHolder(*row);
+  found.alive = environment_.liveness.isAlive(found.SessionID);
+  return found;
+}
+
+std::optional<LockHolder> ImportLock::holderIfReadable() {
+  std::optional<LockHolder> found;
+  skipping([&] { found = holder(); });
+  return found;
+}
+
+LockOutcome ImportLock::refuse(const LockHolder& holder) {
+  environment_.desktop.show({"Der Import wird gerade von Benutzer '" + holder.Benutzer + "' auf Rechner '" +
+                                 holder.StationID + "' bearbeitet.",
+                             std::string(title), MessageIcon::None});
+  return {LockState::Refused, {}};
+}
+
+void ImportLock::tellTakeOver(const LockHolder& holder) {
+  environment_.desktop.show({"Die Sperre von Benutzer '" + holder.Benutzer +
+                                 "' wurde übernommen, weil dessen Programm nicht mehr läuft.",
+                             std::string(title), MessageIcon::Information});
+}
+
+} // namespace qx

@@ -1,0 +1,72 @@
+// The row that keeps all users but one out of the import.
+#pragma once
+
+#include "platform/environment.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace qx {
+
+enum class LockState : std::uint8_t {
+  Taken,
+  Refused,     ///< another user holds the lock; the message was shown
+  Unavailable, ///< the database did not let us look or write; `reason` says why
+};
+
+struct LockOutcome {
+  LockState state = LockState::Unavailable;
+  std::string reason; ///< of `Unavailable` only, for the caller to tell
+};
+
+/// Who stands in the lock row.
+struct LockHolder {
+  std::string Benutzer;
+  std::string StationID;
+  std::string SessionID;
+  std::optional<bool> alive; ///< null when it cannot be told
+};
+
+/// Takes and releases the lock row. Called outside units of work.
+///
+/// On a connection of our own looking and writing are one unit, and a lock that a dead program of this
+/// machine left behind is taken over with a notice. On a host's connection the steps run one by one, each
+/// failing one is skipped, and nothing is taken over.
+class ImportLock {
+public:
+  explicit ImportLock(Environment& environment) : environment_(environment) {}
+
+  LockOutcome take(BusyWait* wait = nullptr);
+  /// Deletes the row, whoever owns it. False, with a diagnostics entry, when the database did not let us.
+  bool release(BusyWait* wait = nullptr);
+  /// Releases the lock only when this object took it.
+  bool releaseIfHeld(BusyWait* wait = nullptr) { return !held_ || release(wait); }
+  /// True from a successful `take` to the next `release`.
+  bool held() const { return held_; }
+  /// The current holder; null when nobody holds the lock. Database errors reach the caller.
+  std::optional<LockHolder> holder();
+
+private:
+  struct Attempt {
+    std::optional<LockHolder> heldBy;    ///< a living holder, who keeps the lock
+    std::optional<LockHolder> takenFrom; ///< a dead one, whose lock is now ours
+  };
+
+  LockOutcome takeOwn(BusyWait* wait);
+  Attempt lookAndWrite(BusyWait* wait);
+  LockOutcome takeOnHost();
+  LockOutcome afterFailure(const DatabaseError& failure);
+  std::optional<LockHolder> holderIfReadable();
+  void setLockColumns(Recordset& row);
+  template <class Step>
+  bool skipping(Step&& step);
+  LockOutcome refuse(const LockHolder& holder);
+  void tellTakeOver(const LockHolder& holder);
+
+  Environment& environment_;
+  bool held_ = false;
+};
+
+} // namespace qx

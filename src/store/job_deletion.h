@@ -1,0 +1,56 @@
+// Deletes staged jobs: one, all that are done, and those received before a date.
+#pragma once
+
+#include "platform/environment.h"
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace qx {
+
+/// Called after each job of a set, so that the caller can end one unit of work and begin the next.
+using AfterJob = std::function<void()>;
+
+/// Deletion on the shared connection.
+///
+/// A statement that the database refuses is told to the diagnostics and the next one still runs; on a host's
+/// connection so is every other database failure. On a connection of our own a failure of the store itself
+/// (`StoreError`, `BusyError`, `WorkLostError`) reaches the caller. There each job is one unit of work unless
+/// the caller has one open.
+class JobDeletion {
+public:
+  explicit JobDeletion(Environment& environment) : environment_(environment) {}
+
+  /// Deletes the job or the position of this key. With `DelKundenVertrag`, when it is a customer job, also
+  /// the customer-contract jobs of the customer, but not those that are done.
+  void DelItem(std::string_view ItemName, bool DelKundenVertrag = false);
+  /// Deletes every done job of any kind.
+  void DelArchives(const AfterJob& afterJob = {});
+  /// Deletes the done jobs received before the date. A job without a readable date stays.
+  void deleteDoneBefore(const Date& date, const AfterJob& afterJob = {});
+  /// Deletes the jobs of these keys that still are done when their turn comes.
+  void deleteDone(const std::vector<std::string>& jobIds, const AfterJob& afterJob = {});
+
+  /// How many job headers this object has deleted.
+  std::int64_t deletedHeaders() const { return deletedHeaders_; }
+
+  /// The first column of a select, "" left out; empty when the database refuses the select.
+  std::vector<std::string> jobIds(const Sql& select);
+
+private:
+  std::int64_t deleteContractsOf(std::string_view customer, std::string_view job);
+  std::int64_t deleteRows(std::string_view key);
+  bool isDone(std::string_view jobId);
+  template <class Step>
+  void skipping(std::string_view where, std::string_view job, Step&& step);
+  template <class Work>
+  void inUnit(Work&& work);
+
+  Environment& environment_;
+  std::int64_t deletedHeaders_ = 0;
+};
+
+} // namespace qx

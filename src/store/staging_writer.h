@@ -1,0 +1,26 @@
+// Writes job records to the staging tables.
+#pragma once
+
+#include "model/entry_records.h"
+#include "model/import_job.h"
+#include "platform/database.h"
+
+#include <string_view>
+
+namespace qx {
+
+/// The end of a contract that has none.
+inline constexpr std::string_view openContractEnd = "999999";
+
+/// Each of these writes one row: the row of the record's key is overwritten when there is one, else a row is
+/// added. Only the columns that the record stores are touched. Texts are stored as they are, empty ones too,
+/// except that the end of a contract is null when it is empty or `openContractEnd`.
+///
+/// Raises what the connection raises; nothing of the record is then stored.
+void writeStaged(Connection& connection, const KundeFields& job);
+void writeStaged(Connection& connection, const VertragFields& job);
+void writeStaged(Connection& connection, const AuftragFields& job);
+void writeStaged(Connection& connection, const AuftragsPosFields& position);
+void writeStaged(Connection& connection, const ImportJobSubItem& position);
+
+} // namespace qx
