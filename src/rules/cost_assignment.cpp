@@ -1,0 +1,102 @@
+#include "rules/cost_assignment.h"
+
+#include "rules/active_connection.h"
+#include "rules/german_text.h"
+#include "settings/settings.h"
+
+#include <array>
+#include <stdexcept>
+
+namespace qx {
+namespace {
+
+constexpr std::string_view section = "Kostenzuordnung";
+
+struct DocumentKind {
+  std::string_view code;
+  std::string_view key;
+};
+constexpr std::array documentKinds{DocumentKind{"AN", "Angebot"}, DocumentKind{"AB", "Kundenauftrag"},
+                                   DocumentKind{"BS", "Bestellung"}, DocumentKind{"AF", "Anfrage"}};
+
+/// What a document kind demands, as the setting's number says it.
+constexpr bool demandsCentre(std::int16_t rule) { return rule == 1 || rule == 3; }
+constexpr bool demandsUnit(std::int16_t rule) { return rule == 2 || rule == 3; }
+
+CostPair trimmed(const CostPair& pair) {
+  return {std::string(trimBlanks(pair.Kostenstelle)), std::string(trimBlanks(pair.Kostentraeger))};
+}
+
+std::int32_t numberOf(Recordset& row) {
+  const auto number = row.value("KostID").integer();
+  if (!number) throw std::runtime_error("a cost assignment has no number");
+  return static_cast<std::int32_t>(*number);
+}
+
+} // namespace
+
+std::int32_t CostAssignment::CheckKostzuord(std::string_view Belegart, std::int32_t KostID,
+                                            bool ShowMessage) const {
+  const CostPair pair = trimmed(read(KostID));
+  const std::int16_t rule = ruleOf(Belegart);
+  if (demandsCentre(rule) && pair.Kostenstelle.empty()) {
+    if (ShowMessage) showMissing("Kost1", "Kostenstelle");
+    return -1;
+  }
+  if (demandsUnit(rule) && pair.Kostentraeger.empty()) {
+    if (ShowMessage) showMissing("Kost2", "Kostenträger");
+    return -1;
+  }
+  return 0;
+}
+
+std::int16_t CostAssignment::ruleOf(std::string_view documentKind) const {
+  std::string_view key; // an unknown kind reads an empty key, for which nothing is set
+  for (const DocumentKind& kind : documentKinds)
+    if (equalCodes(kind.code, documentKind)) key = kind.key;
+  return settingToInt16(Settings(environment_).getShared(section, key, "0")).value_or(0);
+}
+
+void CostAssignment::showMissing(std::string_view labelKey, std::string_view fallback) const {
+  const std::string label = Settings(environment_).getShared(section, labelKey, fallback);
+  environment_.desktop.show(
+      {"Fehlende Zuordnung für " + label + "!", "Kostenzuordnung fehlt!", MessageIcon::Exclamation});
+}
+
+CostPair CostAssignment::read(std::int32_t KostID) const {
+  const auto rows = activeConnection(environment_)
+                        .open(sql("Select * FROM Kostenzuordnung WHERE KostID="_sql, number(KostID)));
+  if (rows->eof()) return {};
+  return {rows->text("Kostenstelle"), rows->text("Kostentraeger")};
+}
+
+std::unique_ptr<Recordset> CostAssignment::openPair(const CostPair& pair) const {
+  Sql statement = sql("Select * FROM Kostenzuordnung WHERE "_sql);
+  statement.append(pair.Kostenstelle.empty()
+                       ? sql("Kostenstelle Is Null AND "_sql)
+                       : sql("Kostenstelle='"_sql, value(pair.Kostenstelle), "' AND "_sql));
+  statement.append(pair.Kostentraeger.empty()
+                       ? sql("Kostentraeger Is Null"_sql)
+                       : sql("Kostentraeger='"_sql, value(pair.Kostentraeger), "'"_sql));
+  return activeConnection(environment_).open(statement);
+}
+
+std::optional<std::int32_t> CostAssignment::find(const CostPair& pair) const {
+  const auto rows = openPair(trimmed(pair));
+  if (rows->eof()) return std::nullopt;
+  return numberOf(*rows);
+}
+
+std::int32_t CostAssignment::findOrCreate(const CostPair& pair) const {
+  const CostPair wanted = trimmed(pair);
+  const auto rows = openPair(wanted);
+  if (rows->eof()) {
+    rows->addNew();
+    rows->set("Kostenstelle", emptyToNull(wanted.Kostenstelle));
+    rows->set("Kostentraeger", emptyToNull(wanted.Kostentraeger));
+    rows->update();
+  }
+  return numberOf(*rows);
+}
+
+} // namespace qx

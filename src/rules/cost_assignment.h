@@ -1,0 +1,43 @@
+// Pairs of cost centre and cost unit under their numbers.
+#pragma once
+
+#include "platform/environment.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace qx {
+
+/// The two dimensions of a cost assignment; empty where one is not given.
+struct CostPair {
+  std::string Kostenstelle;
+  std::string Kostentraeger;
+};
+
+/// Finds, creates and checks cost assignments on the shared connection. Database errors reach the caller.
+class CostAssignment {
+public:
+  explicit CostAssignment(Environment& environment) : environment_(environment) {}
+
+  /// 0 when the pair of the number has what the document kind demands, -1 when a mandatory dimension is
+  /// missing; with `ShowMessage` a box then names the first missing one. A kind without a rule demands
+  /// nothing.
+  std::int32_t CheckKostzuord(std::string_view Belegart, std::int32_t KostID, bool ShowMessage) const;
+  /// The pair of a number; both empty when the number is unknown or 0.
+  CostPair read(std::int32_t KostID) const;
+  /// The number of a pair, blanks at its ends left out of account; null when the pair has none.
+  std::optional<std::int32_t> find(const CostPair& pair) const;
+  /// The same, with a new number for a pair that had none.
+  std::int32_t findOrCreate(const CostPair& pair) const;
+
+private:
+  std::unique_ptr<Recordset> openPair(const CostPair& trimmed) const;
+  std::int16_t ruleOf(std::string_view documentKind) const;
+  void showMissing(std::string_view labelKey, std::string_view fallback) const;
+
+  Environment& environment_;
+};
+
+} // namespace qx

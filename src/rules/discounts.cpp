@@ -1,0 +1,25 @@
+#include "rules/discounts.h"
+
+#include "rules/active_connection.h"
+
+#include <stdexcept>
+
+namespace qx {
+
+double GetGRabatt(Environment& environment, const StagedDiscounts& discounts, const Value& Param,
+                  double Betrag) {
+  const auto pricing = environment.components.createPreisfindung();
+  pricing->setConnection(activeConnection(environment));
+  pricing->Init();
+  return GetGRabatt(*pricing, discounts, Param, Betrag);
+}
+
+double GetGRabatt(Preisfindung& pricing, const StagedDiscounts& discounts, const Value& Param,
+                  double Betrag) {
+  const auto wanted = Param.isEmpty() ? 0.0 : Param.number();
+  if (!wanted) throw std::invalid_argument("GetGRabatt: '" + Param.text() + "' is no number");
+  return *wanted == 1 ? pricing.GetGesamtRabattWert(discounts, Betrag)
+                      : pricing.GetGesamtRabattSatz(discounts);
+}
+
+} // namespace qx

@@ -1,0 +1,52 @@
+#include "rules/stock.h"
+
+#include "rules/active_connection.h"
+
+#include <stdexcept>
+
+namespace qx {
+
+StockAnswer Stock::GetLagerbestand(std::string_view Artikelnummer, std::string_view Mengeneinheit,
+                                   bool MEUmrechnung) const {
+  const auto stores =
+      activeConnection(environment_)
+          .open(sql("Select Lagerbestand, MitBestand From Artikellager Where Artikelnummer = '"_sql,
+                    value(Artikelnummer), "'"_sql));
+  // The first store decides whether stock is kept, whatever the others say.
+  if (stores->eof() || !stores->value("MitBestand").truth().value_or(false))
+    return {0, std::string(noStockUnit)};
+  double sum = 0;
+  for (; !stores->eof(); stores->moveNext()) sum += stores->value("Lagerbestand").number().value_or(0);
+
+  std::string base = baseUnit(Artikelnummer);
+  if (!MEUmrechnung) return {sum, std::move(base)};
+  return {sum / conversionFactor(Artikelnummer, base, Mengeneinheit), std::string(Mengeneinheit)};
+}
+
+double Stock::conversionFactor(std::string_view article, std::string_view fromUnit,
+                               std::string_view toUnit) const {
+  if (!environment_.session) throw std::runtime_error("units cannot be converted without a session");
+  const double factor = environment_.session->Umrechnungen().GetUmrechnung(
+      {article, "ME Lager", "ME Verkauf", fromUnit, toUnit});
+  if (factor == 0)
+    throw std::domain_error("the factor from '" + std::string(fromUnit) + "' to '" + std::string(toUnit) +
+                            "' of article '" + std::string(article) + "' is 0");
+  return factor;
+}
+
+std::string Stock::MengeneinheitAlternativ(std::string_view Mengeneinheit) const {
+  const auto rows = activeConnection(environment_)
+                        .open(sql("Select Mengeneinheit From MengeneinheitenAltern Where Alternativ = '"_sql,
+                                  value(Mengeneinheit), "'"_sql));
+  // A unit without an alternative stays as it is, whether or not it is known.
+  return rows->eof() ? std::string(Mengeneinheit) : rows->text("Mengeneinheit");
+}
+
+std::string Stock::baseUnit(std::string_view article) const {
+  const auto rows = activeConnection(environment_)
+                        .open(sql("Select Mengeneinheit From Artikelstamm Where Artikelnummer = '"_sql,
+                                  value(article), "'"_sql));
+  return rows->eof() ? std::string() : rows->text("Mengeneinheit");
+}
+
+} // namespace qx

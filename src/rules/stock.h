@@ -1,0 +1,40 @@
+// The stock of an article and the units in which quantities arrive.
+#pragma once
+
+#include "platform/environment.h"
+
+#include <string>
+#include <string_view>
+
+namespace qx {
+
+/// The unit that stands for "no stock is kept".
+inline constexpr std::string_view noStockUnit = "QXNone";
+
+struct StockAnswer {
+  double stock = 0;
+  std::string unit; ///< `noStockUnit` for an article without stock or without a store
+};
+
+/// Stock and unit lookups on the shared connection. Unknown articles and units are no errors; database errors
+/// reach the caller.
+class Stock {
+public:
+  explicit Stock(Environment& environment) : environment_(environment) {}
+
+  /// The stock of all stores of the article, in its base unit or, with `MEUmrechnung`, in `Mengeneinheit`.
+  /// The conversion's failure reaches the caller; `std::domain_error` is raised for a factor of 0.
+  StockAnswer GetLagerbestand(std::string_view Artikelnummer, std::string_view Mengeneinheit,
+                              bool MEUmrechnung = false) const;
+  /// The unit that the ERP knows for an alternative spelling; else the unit as given.
+  std::string MengeneinheitAlternativ(std::string_view Mengeneinheit) const;
+  /// The article's base unit; empty when the article is unknown.
+  std::string baseUnit(std::string_view article) const;
+
+private:
+  double conversionFactor(std::string_view article, std::string_view fromUnit, std::string_view toUnit) const;
+
+  Environment& environment_;
+};
+
+} // namespace qx

@@ -1,0 +1,42 @@
+// Tax keys and their rates.
+#pragma once
+
+#include "platform/environment.h"
+
+#include <cstdint>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+namespace qx {
+
+/// A pair of tax marks without a usable tax key.
+class MissingTaxKey : public std::runtime_error {
+public:
+  using std::runtime_error::runtime_error;
+};
+
+/// Finds tax keys on the session's connection, or on the shared one when there is no session. Database errors
+/// reach the caller.
+class TaxRules {
+public:
+  explicit TaxRules(Environment& environment) : environment_(environment) {}
+
+  /// The key of the pair of marks on a day. `Datum` is a time stamp of which the first eight characters
+  /// count, or blank for the key before any change of rates. Raises `MissingTaxKey` when the pair has no key
+  /// or one that is no 16-bit number.
+  std::int16_t GetSteuerschlüssel(std::string_view MwStKZKunde, std::string_view MwStKZArtikel,
+                                  std::string_view Datum) const;
+  /// The rate of a key in percent; 0 when the key is unknown.
+  double GetSteuerSatz(std::string_view Steuerschlüssel) const;
+  /// The date of the change of rates as "dd.mm.yyyy"; empty when none is set.
+  std::string changeDateText() const;
+
+private:
+  Connection& connection() const;
+  std::string changeDate() const;
+
+  Environment& environment_;
+};
+
+} // namespace qx
