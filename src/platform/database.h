@@ -134,6 +134,28 @@ private:
   bool open_ = true;
 };
 
+/// A unit of work of its own, or a part of the one that is already open.
+class JoinedUnit {
+public:
+  explicit JoinedUnit(Connection& connection, BusyWait* wait = nullptr)
+      : connection_(connection), open_(!connection.inWork()) {
+    if (open_) connection_.beginWork(wait);
+  }
+  JoinedUnit(const JoinedUnit&) = delete;
+  JoinedUnit& operator=(const JoinedUnit&) = delete;
+  ~JoinedUnit() {
+    if (open_) connection_.rollbackWork();
+  }
+  void commit() {
+    if (open_) connection_.commitWork();
+    open_ = false;
+  }
+
+private:
+  Connection& connection_;
+  bool open_;
+};
+
 /// A part of a unit that is undone alone unless it is released.
 class Savepoint {
 public:

@@ -1,0 +1,50 @@
+// Writes one customer job into the customer master.
+#pragma once
+
+#include "engine/event_source.h"
+#include "engine/job_marks.h"
+#include "engine/job_row.h"
+#include "engine/run_options.h"
+#include "platform/environment.h"
+#include "rules/customer_addresses.h"
+#include "rules/master_data.h"
+
+#include <string>
+#include <string_view>
+
+namespace qx {
+
+/// Checks the codes of a customer job, creates the missing ones that the options allow, and adds or updates
+/// the customer with its further addresses.
+class CustomerProcessor {
+public:
+  enum class Result { Created, Changed, Failed };
+
+  CustomerProcessor(Environment& environment, const RunOptions& options, JobMarks& marks,
+                    EventSource& events);
+
+  /// A failed job is marked with every reason that was found; nothing of the customer is then written, while
+  /// codes that were created stay. The customer, its addresses and the job's done code are written together
+  /// or not at all.
+  Result process(JobRow& job);
+
+private:
+  struct Code;
+
+  bool checkCodes(JobRow& job);
+  bool checkCode(JobRow& job, const Code& code, std::string_view wanted);
+  bool checkCurrency(JobRow& job);
+  bool checkReceiptDate(JobRow& job, std::string& stamp);
+  void save(JobRow& job, Recordset& customer, bool isNew, const std::string& stamp);
+  void addAddresses(const JobRow& job);
+  bool fail(JobRow& job, std::string_view text);
+
+  Environment& environment_;
+  const RunOptions& options_;
+  JobMarks& marks_;
+  EventSource& events_;
+  MasterData masterData_;
+  CustomerAddresses addresses_;
+};
+
+} // namespace qx

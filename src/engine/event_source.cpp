@@ -1,0 +1,47 @@
+#include "engine/event_source.h"
+
+#include <algorithm>
+#include <exception>
+#include <utility>
+
+namespace qx {
+
+Subscription::Subscription(EventSource& source, EngineEvents& observer)
+    : source_(&source), observer_(&observer) {
+  source.observers_.push_back(&observer);
+}
+
+Subscription::Subscription(Subscription&& other) noexcept
+    : source_(std::exchange(other.source_, nullptr)), observer_(other.observer_) {}
+
+Subscription::~Subscription() {
+  if (source_ == nullptr) return;
+  auto& observers = source_->observers_;
+  observers.erase(std::remove(observers.begin(), observers.end(), observer_), observers.end());
+}
+
+void EventSource::raise(const std::function<void(EngineEvents&)>& event) {
+  // A copy, since an observer may end its subscription while it is called.
+  const auto observers = observers_;
+  for (EngineEvents* observer : observers) {
+    try {
+      event(*observer);
+    } catch (const std::exception& error) {
+      diagnostics_.report({"event observer", error.what(), ""});
+    }
+  }
+}
+
+void EventSource::raiseJobViewUnload() {
+  raise([](EngineEvents& observer) { observer.JobViewUnload(); });
+}
+
+void EventSource::raiseProcessProgress(std::int16_t percent) {
+  raise([percent](EngineEvents& observer) { observer.ProcessProgress(percent); });
+}
+
+void EventSource::raiseProcessInfo(std::string_view info) {
+  raise([info](EngineEvents& observer) { observer.ProcessInfo(info); });
+}
+
+} // namespace qx

@@ -1,0 +1,168 @@
+// The public engine object.
+#pragma once
+
+#include "engine/event_source.h"
+#include "engine/job_marks.h"
+#include "engine/job_outcome.h"
+#include "engine/processing_run.h"
+#include "engine/protocol.h"
+#include "engine/stop_signal.h"
+#include "platform/environment.h"
+#include "rules/combo_lists.h"
+#include "rules/customer_addresses.h"
+#include "rules/master_data.h"
+#include "settings/settings.h"
+#include "store/import_lock.h"
+#include "store/job_deletion.h"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace qx {
+
+/// What the host hands over at its start.
+struct StartParameters {
+  std::string connect;  ///< how to connect
+  std::string session;  ///< the ERP session to join
+  std::string filename; ///< a job file to read in once the view is open; may be empty
+};
+
+/// Through this class a host and the job view reach the staged jobs and turn them into ERP data.
+///
+/// Created on an environment that outlives it; its session and connection are the environment's. One thread.
+/// Members do not raise: they catch at their end, show a critical box with the failure's description and
+/// return false or empty, unless stated otherwise. At its end the object disconnects the session that it
+/// holds, an adopted one too.
+class ImportJobObject2 {
+public:
+  explicit ImportJobObject2(Environment& environment);
+  ImportJobObject2(const ImportJobObject2&) = delete;
+  ImportJobObject2& operator=(const ImportJobObject2&) = delete;
+  ~ImportJobObject2();
+
+  /// @name Object
+  /// @{
+  std::shared_ptr<Connection> ActiveConnection() const { return environment_.connection; }
+  void ActiveConnection(std::shared_ptr<Connection> connection);
+  /// Opens the job list on the connection; true when it could be opened.
+  bool ConnectDB();
+  /// Connects to the ERP session; true when connected.
+  bool WWSSession();
+  std::shared_ptr<qx::Session> Session() const { return environment_.session; }
+  /// Adopts a session: its connection, personnel number and home currency.
+  void Session(std::shared_ptr<qx::Session> session);
+  /// Takes the single-user lock and opens the job view; unloads again when the lock is refused.
+  void JobViewShow();
+  /// Releases the lock if this object holds it and raises `JobViewUnload`.
+  void Unload();
+  /// The processing run. True when it came to its end, also when it was stopped; false when it was refused or
+  /// broke off. `UnEvaluated` leaves the automatic check out.
+  bool ProcessJobs(bool UnEvaluated = false, qxProcessState ProcessState = qxProcessState::ProcessAll);
+  /// `NoProof`: jobs are waiting that the automatic mode has still to check. `NoProcess`: nothing can be
+  /// processed.
+  void VerifyProcesses(bool& NoProof, bool& NoProcess);
+  bool CreateProtocol();
+  void AddProtocolColumn(std::string_view Vorgang, std::string_view Nummer, std::string_view Status,
+                         std::string_view VADatum, std::string_view Info,
+                         std::optional<std::string_view> ProtArtikelNummern = {},
+                         std::string_view ProtBez = {}, std::string_view ProtMenge = {},
+                         std::string_view ProtPreis = {}, bool Neukunde = false);
+  /// Deletes a job or a position by its key; never raises.
+  void DelItem(std::string_view ItemName, bool DelKundenVertrag = false);
+  void DelArchives();
+  /// A new key of 32 hexadecimal digits; empty when none could be made.
+  std::string GUID();
+  std::string nCommand;
+  JobViewFormState ViewFormLoad = qxtViewJobForm_Nothing;
+  std::string strGlobalProcErr;      ///< the failures of the last run
+  std::string strGlobalKundeProcErr; ///< those of its customer jobs
+  /// @}
+
+  /// @name Lookups. Unknown codes give false, 0 or empty texts; database errors reach the caller.
+  /// @{
+  bool KundeAngelegt(std::string_view Kundennummer, std::string_view AdressNummer = {}) const;
+  std::string GetAdresse(std::string_view Kundennummer, std::string_view AdressNummer = {}) const;
+  bool GetAdressDaten(std::string_view Kundennummer, std::string_view AdressNummer, std::string& Bez1,
+                      std::string& Bez2, std::string& Bez3, std::string& Strasse, std::string& Land,
+                      std::string& PLZ, std::string& Ort) const;
+  bool AddAdressDaten(std::string_view Kundennummer, std::string_view AdressNummer, std::string_view Bez1,
+                      std::string_view Bez2, std::string_view Bez3, std::string_view Strasse,
+                      std::string_view Land, std::string_view PLZ, std::string_view Ort) const;
+  std::string GetBankverbindung(std::string_view BLZ) const;
+  bool GetDiversKunde(std::string_view Kundennummer) const;
+  bool VertragsgegenstandAngelegt(std::string_view Vertragsgegenstand) const;
+  std::string GetVertragsgegenstand(std::string_view VertragsgegenstandNr) const;
+  bool GetTextbaustein(std::string_view Textart, std::string_view TextNummer, std::string_view Zusatztext,
+                       std::string_view SprachKZ, std::string& Kurztext, std::string& Langtext,
+                       std::string& WoDrucken, std::string& Schriftart, std::int16_t& Schriftgröße,
+                       std::string& Schriftstil) const;
+  std::string GetArtikelbezeichnung(std::string_view Artikelnummer) const;
+  bool ArtikelAngelegt(std::string_view Artikelnummer) const;
+  bool FillComboVersandart(ComboTarget& combo, std::string_view current) const;
+  bool FillComboZahlungsart(ComboTarget& combo, std::string_view current) const;
+  bool FillComboKundengruppe(ComboTarget& combo, std::string_view current) const;
+  bool FillComboPreisliste(ComboTarget& combo, std::string_view current) const;
+  bool FillComboWährung(ComboTarget& combo, std::string_view current) const;
+  bool FillComboVertragsart(ComboTarget& combo, std::string_view current) const;
+  bool FillComboVertreter(ComboTarget& combo, std::string_view current) const;
+  bool FillComboZahlungsbed(ComboTarget& combo, std::string_view current) const;
+  /// @}
+
+  /// @name Settings. Failures are skipped.
+  /// @{
+  std::string ImpGetSetting(std::string_view AppName, std::string_view Section, std::string_view Key,
+                            bool GetLocal = false) const;
+  /// Always the empty text.
+  std::string ImpSaveSetting(std::string_view AppName, std::string_view Section, std::string_view Key,
+                             std::string_view Setting, bool SaveLocal = false) const;
+  /// @}
+
+  /// @name For C++ callers only
+  /// @{
+  [[nodiscard]] Subscription subscribe(EngineEvents& observer) { return events_.subscribe(observer); }
+  void setStartParameters(StartParameters parameters) { start_ = std::move(parameters); }
+  /// Told of every job of a run once its outcome is durable.
+  void setOutcomeSink(OutcomeSink sink) { outcomes_ = std::move(sink); }
+  /// The end and the counts of the last run.
+  const RunReport& lastRun() const { return lastRun_; }
+  /// Ends a run after its current job; may be called from a signal handler.
+  void requestStop() noexcept { stop_.request(); }
+  /// Checks a staged customer job without writing anything.
+  Findings proveCustomerJob(std::string_view jobId);
+  ImportLock& importLock() { return lock_; }
+  JobDeletion& jobDeletion() { return deletion_; }
+  const std::string& homeCurrency() const { return homeCurrency_; }
+  /// @}
+
+private:
+  bool connectSession();
+  void adoptSession();
+  void showFailure(std::string_view member, std::string_view text, std::string_view cause);
+  /// Runs a member's work; shows and reports what it raises, and returns false then.
+  template <class Work>
+  bool guarded(std::string_view member, std::string_view text, Work&& work);
+
+  Environment& environment_;
+  StartParameters start_;
+  Settings settings_;
+  EventSource events_;
+  Protocol protocol_;
+  CollectedErrors errors_;
+  StopSignal stop_;
+  OutcomeSink outcomes_;
+  RunReport lastRun_;
+  ImportLock lock_;
+  JobDeletion deletion_;
+  MasterData masterData_;
+  CustomerAddresses addresses_;
+  ComboLists combos_;
+  std::unique_ptr<Recordset> jobList_;
+  std::string personalNr_;
+  std::string homeCurrency_ = "DM";
+};
+
+} // namespace qx

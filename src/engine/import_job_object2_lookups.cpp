@@ -1,0 +1,111 @@
+// The lookup members of the engine object: each forwards to the class that has the job.
+#include "engine/import_job_object2.h"
+
+namespace qx {
+
+bool ImportJobObject2::KundeAngelegt(std::string_view Kundennummer, std::string_view AdressNummer) const {
+  return addresses_.KundeAngelegt(Kundennummer, AdressNummer);
+}
+
+std::string ImportJobObject2::GetAdresse(std::string_view Kundennummer, std::string_view AdressNummer) const {
+  return addresses_.GetAdresse(Kundennummer, AdressNummer);
+}
+
+bool ImportJobObject2::GetAdressDaten(std::string_view Kundennummer, std::string_view AdressNummer,
+                                      std::string& Bez1, std::string& Bez2, std::string& Bez3,
+                                      std::string& Strasse, std::string& Land, std::string& PLZ,
+                                      std::string& Ort) const {
+  const auto found = addresses_.GetAdressDaten(Kundennummer, AdressNummer);
+  const Adresse address = found.value_or(Adresse());
+  Bez1 = address.Bez1;
+  Bez2 = address.Bez2;
+  Bez3 = address.Bez3;
+  Strasse = address.Strasse;
+  Land = address.Land;
+  PLZ = address.PLZ;
+  Ort = address.Ort;
+  return found.has_value();
+}
+
+bool ImportJobObject2::AddAdressDaten(std::string_view Kundennummer, std::string_view AdressNummer,
+                                      std::string_view Bez1, std::string_view Bez2, std::string_view Bez3,
+                                      std::string_view Strasse, std::string_view Land, std::string_view PLZ,
+                                      std::string_view Ort) const {
+  const Adresse address{std::string(Bez1), std::string(Bez2), std::string(Bez3), std::string(Strasse),
+                        std::string(Land), std::string(PLZ),  std::string(Ort)};
+  return addresses_.AddAdressDaten(Kundennummer, AdressNummer, address);
+}
+
+std::string ImportJobObject2::GetBankverbindung(std::string_view BLZ) const {
+  return masterData_.GetBankverbindung(BLZ);
+}
+
+bool ImportJobObject2::GetDiversKunde(std::string_view Kundennummer) const {
+  return masterData_.GetDiversKunde(Kundennummer);
+}
+
+bool ImportJobObject2::VertragsgegenstandAngelegt(std::string_view Vertragsgegenstand) const {
+  return masterData_.VertragsgegenstandAngelegt(Vertragsgegenstand);
+}
+
+std::string ImportJobObject2::GetVertragsgegenstand(std::string_view VertragsgegenstandNr) const {
+  return masterData_.GetVertragsgegenstand(VertragsgegenstandNr);
+}
+
+bool ImportJobObject2::GetTextbaustein(std::string_view Textart, std::string_view TextNummer,
+                                       std::string_view Zusatztext, std::string_view SprachKZ,
+                                       std::string& Kurztext, std::string& Langtext, std::string& WoDrucken,
+                                       std::string& Schriftart, std::int16_t& Schriftgröße,
+                                       std::string& Schriftstil) const {
+  const auto found = masterData_.GetTextbaustein(Textart, TextNummer, Zusatztext, SprachKZ);
+  const Textbaustein block = found.value_or(Textbaustein());
+  Kurztext = block.Kurztext;
+  Langtext = block.Langtext;
+  WoDrucken = block.WoDrucken;
+  Schriftart = block.Schriftart;
+  Schriftgröße = block.Schriftgröße;
+  Schriftstil = block.Schriftstil;
+  return found.has_value();
+}
+
+std::string ImportJobObject2::GetArtikelbezeichnung(std::string_view Artikelnummer) const {
+  return masterData_.GetArtikelbezeichnung(Artikelnummer);
+}
+
+bool ImportJobObject2::ArtikelAngelegt(std::string_view Artikelnummer) const {
+  return masterData_.ArtikelAngelegt(Artikelnummer);
+}
+
+bool ImportJobObject2::FillComboVersandart(ComboTarget& combo, std::string_view current) const {
+  return combos_.FillComboVersandart(combo, current);
+}
+
+bool ImportJobObject2::FillComboZahlungsart(ComboTarget& combo, std::string_view current) const {
+  return combos_.FillComboZahlungsart(combo, current);
+}
+
+bool ImportJobObject2::FillComboKundengruppe(ComboTarget& combo, std::string_view current) const {
+  return combos_.FillComboKundengruppe(combo, current);
+}
+
+bool ImportJobObject2::FillComboPreisliste(ComboTarget& combo, std::string_view current) const {
+  return combos_.FillComboPreisliste(combo, current);
+}
+
+bool ImportJobObject2::FillComboWährung(ComboTarget& combo, std::string_view current) const {
+  return combos_.FillComboWährung(combo, current);
+}
+
+bool ImportJobObject2::FillComboVertragsart(ComboTarget& combo, std::string_view current) const {
+  return combos_.FillComboVertragsart(combo, current);
+}
+
+bool ImportJobObject2::FillComboVertreter(ComboTarget& combo, std::string_view current) const {
+  return combos_.FillComboVertreter(combo, current);
+}
+
+bool ImportJobObject2::FillComboZahlungsbed(ComboTarget& combo, std::string_view current) const {
+  return combos_.FillComboZahlungsbed(combo, current);
+}
+
+} // namespace qx

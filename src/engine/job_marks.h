@@ -1,0 +1,55 @@
+// Moves staged jobs to their warning and error codes.
+#pragma once
+
+#include "engine/collected_text.h"
+#include "engine/job_row.h"
+#include "platform/environment.h"
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace qx {
+
+/// The texts of all failures of the last run, and those of customer jobs alone.
+struct CollectedErrors {
+  CollectedText all;
+  CollectedText customers;
+
+  void clear() {
+    all.clear();
+    customers.clear();
+  }
+  void add(std::int16_t jobType, std::string_view text) {
+    all.add(text);
+    if (kindOf(jobType) == qxtjobkunden) customers.add(text);
+  }
+};
+
+/// Told of every reason of a failed job, with the job's code before the failure.
+using ErrorSink = std::function<void(std::int16_t jobType, std::string_view text)>;
+
+/// Marks the current job of a cursor: moves its code on from waiting and appends the reason to `Fehlertext`,
+/// one line per reason. A job that is not waiting keeps its code and still gets the text.
+class JobMarks {
+public:
+  JobMarks(Environment& environment, MissingColumns& missing, ErrorSink errors)
+      : environment_(environment), missing_(missing), errors_(std::move(errors)) {}
+
+  /// 10 to 11, 20 to 21, 30 to 31, 40 to 41.
+  void markJobWarning(JobRow& job, std::string_view text);
+  /// 10 to 12, 20 to 22, 30 to 32, 40 to 42. A customer contract that fails marks the customer's jobs too.
+  void markJobError(JobRow& job, std::string_view text);
+
+private:
+  void markCustomerJobsOfContract(std::string_view customer);
+  void mark(JobRow& job, JobState state, std::string_view text);
+
+  Environment& environment_;
+  MissingColumns& missing_;
+  ErrorSink errors_;
+};
+
+} // namespace qx

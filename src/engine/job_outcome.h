@@ -1,0 +1,47 @@
+// What a processing run tells about its jobs and about itself.
+#pragma once
+
+#include "model/job_codes.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+namespace qx {
+
+/// One job after its run, as durable in the database. `process`, `number` and `status` are those of the
+/// protocol line.
+struct JobOutcome {
+  std::string jobId;
+  std::string process;
+  std::string number;
+  std::string status;
+  std::int16_t jobType = 0;
+  std::string reasons; ///< `Fehlertext`
+};
+
+enum class RunEnd : std::uint8_t {
+  Completed, ///< came to its end
+  Stopped,   ///< came to its end early because it was asked to
+  Refused,   ///< another program is reading an order in; nothing was changed
+  Broken,    ///< the store could not go on; `error` says why
+};
+
+/// The counts speak of what is durable.
+struct RunReport {
+  RunEnd end = RunEnd::Completed;
+  std::size_t processed = 0;
+  std::size_t done = 0;
+  std::size_t warning = 0;
+  std::size_t error = 0;
+  std::size_t protocolErrors = 0; ///< protocol lines and index entries that could not be written
+  std::size_t stillWaiting = 0;   ///< jobs left waiting when the run was stopped
+  std::size_t waitingContracts = 0;
+  std::size_t waitingOrders = 0;
+  std::string protocolId; ///< empty without a protocol
+  std::string failure;
+
+  void count(const JobOutcome& outcome);
+};
+
+} // namespace qx

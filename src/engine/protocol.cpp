@@ -1,0 +1,118 @@
+#include "engine/protocol.h"
+
+#include "rules/dates.h"
+
+#include <exception>
+#include <stdexcept>
+
+namespace qx {
+namespace {
+
+constexpr std::string_view title = "Verarbeitungsprotokoll ImportJob";
+constexpr std::string_view kind = "Import";
+constexpr std::string_view list = "LST_ImportJob";
+
+constexpr std::string_view lineFailure = "Fehler beim Erzeugen der Protokollzeile. ";
+
+void showFailure(Environment& environment, const Protocol::Show& show, std::string_view text,
+                 std::string_view cause) {
+  environment.diagnostics.report({"protocol", cause, ""});
+  Message message;
+  message.text = text;
+  message.text += cause;
+  message.icon = MessageIcon::Critical;
+  show(message);
+}
+
+void fillLine(Protokoll& protokoll, const ProtocolLine& line) {
+  protokoll.AddNewRecord();
+  protokoll.SetField(Protokoll::shortText, 0, line.process);
+  protokoll.SetField(Protokoll::shortText, 1, line.number);
+  protokoll.SetField(Protokoll::shortText, 2, line.status);
+  protokoll.SetField(Protokoll::shortText, 3, line.date);
+  protokoll.SetField(Protokoll::longText, 0, line.info);
+  if (line.articles) {
+    protokoll.SetField(Protokoll::shortText, 4, line.articles->numbers);
+    protokoll.SetField(Protokoll::shortText, 5, line.articles->descriptions);
+    protokoll.SetField(Protokoll::shortText, 6, line.articles->quantities);
+    protokoll.SetField(Protokoll::shortText, 7, line.articles->prices);
+  }
+  if (line.newCustomer) protokoll.SetField(Protokoll::shortText, 8, "1");
+  protokoll.UpdateRecord();
+}
+
+} // namespace
+
+Protocol::Protocol(Environment& environment) : environment_(environment), settings_(environment) {
+  try {
+    protokoll_ = environment.components.createProtokoll();
+  } catch (const std::exception& error) {
+    environment.diagnostics.report({"protocol component", error.what(), ""});
+  }
+}
+
+bool Protocol::create(const Show& show) {
+  id_.clear();
+  try {
+    openOrCreate();
+    return true;
+  } catch (const std::exception& error) {
+    id_.clear();
+    showFailure(environment_, show, "Verarbeitungsprotokoll konnte nicht erzeugt werden. ", error.what());
+    return false;
+  }
+}
+
+void Protocol::openOrCreate() {
+  if (!protokoll_) throw std::runtime_error("Die Protokollkomponente fehlt.");
+  if (!environment_.connection) throw std::runtime_error("Es ist keine Datenbank verbunden.");
+  const std::string today = germanDate(NowEx(environment_));
+  if (settings_.option("ProtoDate") == today) {
+    const std::string stored = settings_.option("ProtoID");
+    if (protokoll_->OpenProtokoll(*environment_.connection, stored)) id_ = stored;
+  }
+  if (id_.empty()) {
+    JoinedUnit unit(*environment_.connection);
+    const std::string created = protokoll_->CreateProtokoll(*environment_.connection, title, kind, list);
+    unit.commit();
+    id_ = created;
+    settings_.save(applicationName, optionSection, "ProtoID", id_);
+  }
+  settings_.save(applicationName, optionSection, "ProtoDate", today);
+}
+
+bool Protocol::add(const ProtocolLine& line, const Show& show) {
+  try {
+    if (!protokoll_ || id_.empty()) throw std::runtime_error("Es ist kein Protokoll geöffnet.");
+    Savepoint part(*environment_.connection);
+    fillLine(*protokoll_, line);
+    part.release();
+    return true;
+  } catch (const StatementError& error) {
+    showFailure(environment_, show, lineFailure, error.what());
+    return false;
+  } catch (const DatabaseError&) {
+    // The unit around the line is gone as well; that is for the run to decide.
+    if (environment_.connection->ownsWork()) throw;
+    showFailure(environment_, show, lineFailure, "Die Datenbank ist nicht erreichbar.");
+    return false;
+  } catch (const std::exception& error) {
+    showFailure(environment_, show, lineFailure, error.what());
+    return false;
+  }
+}
+
+void Protocol::cleanUp() {
+  if (id_.empty()) return;
+  Connection& connection = *environment_.connection;
+  const auto kept = connection.open(
+      sql("SELECT * FROM Protokollpositionen WHERE ([Text0]='Auftrag' Or [Text8]='1') and ID ='"_sql,
+          value(id_), "'"_sql));
+  if (kept->recordCount() > 0) return;
+  // ProtoID and ProtoDate go on naming the deleted protocol on purpose: the next run of the day fails to open
+  // it and creates another.
+  connection.execute(sql("DELETE FROM Protokollpositionen WHERE ID ='"_sql, value(id_), "'"_sql));
+  connection.execute(sql("DELETE FROM Protokolle WHERE ID ='"_sql, value(id_), "'"_sql));
+}
+
+} // namespace qx

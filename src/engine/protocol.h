@@ -1,0 +1,64 @@
+// The processing protocol: one per day, one line per job.
+#pragma once
+
+#include "platform/environment.h"
+#include "settings/settings.h"
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace qx {
+
+/// One line of the protocol. The article columns are set together when they were passed, even when empty.
+struct ProtocolLine {
+  struct Articles {
+    std::string numbers;
+    std::string descriptions;
+    std::string quantities;
+    std::string prices;
+  };
+
+  std::string_view process; ///< "Kunden", "Vertrag" or "Auftrag"
+  std::string number;
+  std::string_view status; ///< "Erledigt", "Warnung" or "Fehler"
+  std::string date;        ///< date of receipt of the job
+  std::string info;
+  std::optional<Articles> articles;
+  bool newCustomer = false;
+};
+
+/// Opens the day's protocol, adds lines to it and removes one that holds nothing worth keeping.
+///
+/// A failure shows a box and is told to the diagnostics; it takes nothing else back. After a failed `create`
+/// there is no protocol and no stale identity: every line then fails as well.
+class Protocol {
+public:
+  using Show = std::function<void(const Message&)>;
+
+  /// Asks the ERP for its protocol component at once; without one every call fails with its box.
+  explicit Protocol(Environment& environment);
+
+  /// Makes sure that a protocol of the session's day is open; true when one is. Outside a unit of work.
+  bool create(const Show& show);
+  /// Adds a line in a savepoint of its own; false when it could not be written.
+  bool add(const ProtocolLine& line, const Show& show);
+  /// Deletes the open protocol unless it holds an order or a new customer.
+  void cleanUp();
+
+  /// The identity of the open protocol, or empty.
+  const std::string& id() const { return id_; }
+
+private:
+  void openOrCreate();
+
+  Environment& environment_;
+  Settings settings_;
+  std::unique_ptr<Protokoll> protokoll_;
+  std::string id_;
+};
+
+} // namespace qx

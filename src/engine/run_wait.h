@@ -1,0 +1,24 @@
+// How long a run waits for a busy database.
+#pragma once
+
+#include "engine/event_source.h"
+#include "engine/stop_signal.h"
+#include "platform/database.h"
+
+namespace qx {
+
+/// A run whose lock is held waits until it gets through or is stopped, with a notice once a minute.
+class RunWait final : public BusyWait {
+public:
+  RunWait(EventSource& events, Diagnostics& diagnostics, const StopSignal& stop)
+      : events_(events), diagnostics_(diagnostics), stop_(stop) {}
+  bool goOn(std::chrono::milliseconds waited) override;
+
+private:
+  EventSource& events_;
+  Diagnostics& diagnostics_;
+  const StopSignal& stop_;
+  std::chrono::milliseconds nextNotice_{1000};
+};
+
+} // namespace qx
