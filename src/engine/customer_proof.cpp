@@ -1,7 +1,5 @@
 #include "engine/customer_proof.h"
 
-#include "engine/collected_text.h"
-
 #include <array>
 
 namespace qx {
@@ -72,12 +70,6 @@ bool blockIsEmpty(Recordset& job, const AddressBlock& block) {
 }
 
 } // namespace
-
-void Findings::add(CheckStatus severity, std::string_view finding) {
-  status = worse(status, severity);
-  text += finding;
-  text += crlf;
-}
 
 CustomerProof::CustomerProof(Environment& environment, bool compareAddresses)
     : environment_(environment), compareAddresses_(compareAddresses), masterData_(environment),

@@ -1,7 +1,7 @@
 // The automatic check of a customer job.
 #pragma once
 
-#include "model/job_codes.h"
+#include "engine/findings.h"
 #include "platform/environment.h"
 #include "rules/customer_addresses.h"
 #include "rules/master_data.h"
@@ -10,14 +10,6 @@
 #include <string_view>
 
 namespace qx {
-
-/// The findings of a check: the highest severity and their texts, each followed by CR LF.
-struct Findings {
-  CheckStatus status = CheckStatus::Clean;
-  std::string text;
-
-  void add(CheckStatus severity, std::string_view finding);
-};
 
 /// Proves a staged customer job against the master data. Writes nothing.
 class CustomerProof {

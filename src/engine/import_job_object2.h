@@ -1,6 +1,7 @@
 // The public engine object.
 #pragma once
 
+#include "engine/customer_proof.h"
 #include "engine/event_source.h"
 #include "engine/job_marks.h"
 #include "engine/job_outcome.h"

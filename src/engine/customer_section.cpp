@@ -1,0 +1,68 @@
+#include "engine/customer_section.h"
+
+namespace qx {
+namespace {
+
+constexpr Section customers{"Kunden", "Kunden werden verarbeitet...", {qxtjobkunden, 0}, "Kundennummer"};
+
+std::string info(const JobRow& job, bool isNew) {
+  std::string text = isNew ? "Neukunde angelegt." : "Kunde geändert.";
+  appendLine(text, "Bez1: " + job.text("Bez1"));
+  appendLine(text, "Bez2: " + job.text("Bez2"));
+  appendLine(text, "Bez3: " + job.text("Bez3"));
+  return text;
+}
+
+} // namespace
+
+CustomerSection::CustomerSection(Environment& environment, const RunOptions& options, JobMarks& marks,
+                                 EventSource& events, bool unevaluated)
+    : options_(options), marks_(marks), unevaluated_(unevaluated),
+      proof_(environment, options.compareAddresses), processor_(environment, options, marks, events) {}
+
+void CustomerSection::run(SectionRunner& runner) {
+  runner.run(customers,
+             sql("Select * From ImportKopf Where JobType = "_sql, number(qxtjobkunden),
+                 " Order By Kundennummer"_sql),
+             [this](JobRow& job) { return processJob(job); });
+}
+
+JobResult CustomerSection::processJob(JobRow& job) {
+  CheckStatus status = CheckStatus::Clean;
+  if (!unevaluated_ && options_.automatic && !job.released() && park(job, status))
+    return SectionRunner::refused(customers, job,
+                                  status == CheckStatus::Warning ? statusWarning : statusError);
+  const auto written = processor_.process(job);
+  JobResult result;
+  if (written == CustomerProcessor::Result::Failed) {
+    result = SectionRunner::refused(customers, job, statusError);
+  } else {
+    const bool isNew = written == CustomerProcessor::Result::Created;
+    result.line.process = customers.process;
+    result.line.number = job.text("Kundennummer");
+    result.line.status = statusDone;
+    result.line.date = job.text("Eingangsdatum");
+    result.line.info = info(job, isNew);
+    result.line.newCustomer = isNew;
+  }
+  result.indexedCustomer = job.text("Kundennummer");
+  return result;
+}
+
+/// True when the proof has findings: the job is then marked and not written.
+bool CustomerSection::park(JobRow& job, CheckStatus& status) {
+  if (!job.value("Fehlertext").isEmpty()) {
+    job.set("Fehlertext", Value(""));
+    job.update();
+  }
+  const Findings findings = proof_.prove(job.text("JobID"));
+  status = findings.status;
+  if (status == CheckStatus::Clean) return false;
+  if (status == CheckStatus::Warning)
+    marks_.markJobWarning(job, announced(findings));
+  else
+    marks_.markJobError(job, announced(findings));
+  return true;
+}
+
+} // namespace qx

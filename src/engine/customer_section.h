@@ -1,0 +1,30 @@
+// The customer section of a run.
+#pragma once
+
+#include "engine/customer_processor.h"
+#include "engine/customer_proof.h"
+#include "engine/section_runner.h"
+
+namespace qx {
+
+/// Proves each waiting customer job in automatic mode, parks it or writes it.
+class CustomerSection {
+public:
+  /// `unevaluated`: the automatic check is left out. The arguments must outlive the section.
+  CustomerSection(Environment& environment, const RunOptions& options, JobMarks& marks, EventSource& events,
+                  bool unevaluated);
+
+  void run(SectionRunner& runner);
+
+private:
+  JobResult processJob(JobRow& job);
+  bool park(JobRow& job, CheckStatus& status);
+
+  const RunOptions& options_;
+  JobMarks& marks_;
+  bool unevaluated_;
+  CustomerProof proof_;
+  CustomerProcessor processor_;
+};
+
+} // namespace qx

@@ -1,0 +1,19 @@
+#include "engine/findings.h"
+
+#include "engine/collected_text.h"
+
+namespace qx {
+
+void Findings::add(CheckStatus severity, std::string_view finding) {
+  status = worse(status, severity);
+  text += finding;
+  text += crlf;
+}
+
+std::string announced(const Findings& findings) {
+  std::string text(findingsSentence);
+  appendLine(text, findings.text);
+  return text;
+}
+
+} // namespace qx

@@ -1,0 +1,25 @@
+// What a check of a job found.
+#pragma once
+
+#include "model/job_codes.h"
+
+#include <string>
+#include <string_view>
+
+namespace qx {
+
+/// The sentence that announces findings; warnings and errors share it on purpose.
+inline constexpr std::string_view findingsSentence = "Beim Verarbeiten wurden Warnungen festgestellt.";
+
+/// The findings of a check: the highest severity and their texts, each followed by CR LF.
+struct Findings {
+  CheckStatus status = CheckStatus::Clean;
+  std::string text;
+
+  void add(CheckStatus severity, std::string_view finding);
+};
+
+/// The sentence and the findings, as they are appended to a job's reasons.
+std::string announced(const Findings& findings);
+
+} // namespace qx

@@ -1,0 +1,91 @@
+// Takes the jobs of one section of a run, one after the other.
+#pragma once
+
+#include "engine/event_source.h"
+#include "engine/job_marks.h"
+#include "engine/job_outcome.h"
+#include "engine/job_row.h"
+#include "engine/protocol.h"
+#include "engine/stop_signal.h"
+#include "engine/work_group.h"
+#include "platform/environment.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace qx {
+
+/// Told of every job of a run once its outcome is durable.
+using OutcomeSink = std::function<void(const JobOutcome&)>;
+
+inline constexpr std::string_view statusDone = "Erledigt";
+inline constexpr std::string_view statusWarning = "Warnung";
+inline constexpr std::string_view statusError = "Fehler";
+
+/// Which jobs a section takes and how it announces itself.
+struct Section {
+  std::string_view process; ///< kind of transaction in the protocol
+  std::string_view info;
+  std::array<std::int16_t, 2> codes{}; ///< job codes that it takes; 0 for none
+  ColumnName numberField;              ///< what the protocol names an unwritten job by
+
+  bool takes(std::int16_t jobType) const {
+    return jobType != 0 && (jobType == codes[0] || jobType == codes[1]);
+  }
+};
+
+/// What became of one job, as its protocol line tells it.
+struct JobResult {
+  bool leftOut = false; ///< the section leaves the job as it is: no line, not counted
+  ProtocolLine line;
+  std::string indexedCustomer; ///< whose address index is to be brought up to date; empty for none
+};
+
+/// Rethrows the exception at hand when it ends more than the one job: everything that the database reports
+/// but a refused statement. To be called inside a handler.
+void rethrowUnlessJobFailure();
+
+/// Takes jobs in groups of units of work. A group that is lost is taken again job by job, and the job that
+/// loses its unit when it is alone is marked as failed in a unit of its own.
+class SectionRunner {
+public:
+  using Handler = std::function<JobResult(JobRow&)>;
+
+  struct Parts {
+    Environment& environment;
+    EventSource& events;
+    Protocol& protocol;
+    const StopSignal& stop;
+    const OutcomeSink& outcomes; ///< may be empty
+    WorkGroup& group;
+    MissingColumns& missing;
+    JobMarks& marks;
+    RunReport& report;
+  };
+
+  explicit SectionRunner(const Parts& parts) : parts_(parts) {}
+
+  /// The component that keeps the address index; without one every entry counts as not written.
+  void setAddressIndex(std::unique_ptr<Adressindex> index) { addressIndex_ = std::move(index); }
+  void run(const Section& section, const Sql& query, const Handler& handler);
+  /// The result of a job that was parked or failed: its reasons are the protocol's info.
+  static JobResult refused(const Section& section, const JobRow& job, std::string_view status);
+
+private:
+  void processJob(const Section& section, JobRow& job, const Handler& handler);
+  void markLostJob(const Section& section, Recordset& jobs, const std::string& reason);
+  void logJob(const JobRow& job, const JobResult& result);
+  bool indexCustomer(std::string_view customer, std::string_view jobId);
+  void raiseProgress(std::size_t position, std::size_t count);
+
+  Parts parts_;
+  std::unique_ptr<Adressindex> addressIndex_;
+  std::size_t progressRaised_ = 0;
+};
+
+} // namespace qx
