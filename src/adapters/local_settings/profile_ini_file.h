@@ -1,0 +1,23 @@
+// Profile files of the ERP ("Zubehoer.ini").
+#pragma once
+
+#include "platform/system.h"
+
+namespace qx {
+
+/// Reads values as the profile functions of Windows do: names without regard to case, blanks around names and
+/// values dropped, one pair of quotes around a value removed, lines that begin with ";" are comments. A file
+/// is in code page 1252, or in UTF-8 when it begins with the mark of that encoding.
+///
+/// The name of a file may hold "\" between its folders. A file that is there but cannot be read counts as
+/// missing and is told to the diagnostics.
+class ProfileIniFile final : public IniFile {
+public:
+  explicit ProfileIniFile(Diagnostics& diagnostics) : diagnostics_(diagnostics) {}
+  std::string read(std::string_view file, std::string_view section, std::string_view key) override;
+
+private:
+  Diagnostics& diagnostics_;
+};
+
+} // namespace qx

@@ -1,0 +1,43 @@
+#include "adapters/system/console_desktop.h"
+
+namespace qx {
+namespace {
+
+/// Line breaks as blanks, so that a box stays one line of a log.
+std::string oneLine(std::string_view text) {
+  std::string line;
+  line.reserve(text.size());
+  bool inBreak = false;
+  for (const char c : text) {
+    const bool isBreak = c == '\r' || c == '\n';
+    if (!isBreak)
+      line += c;
+    else if (!inBreak)
+      line += ' ';
+    inBreak = isBreak;
+  }
+  return line;
+}
+
+} // namespace
+
+void ConsoleDesktop::show(const Message& message) { write(message.title, message.text); }
+
+bool ConsoleDesktop::ask(const Message& message) {
+  write(message.title, message.text + " (unbeaufsichtigt: Nein)");
+  return false;
+}
+
+std::optional<std::string> ConsoleDesktop::chooseFile(std::string_view title, std::string_view /*filter*/,
+                                                      bool /*forWriting*/) {
+  write(title, "Unbeaufsichtigt wird keine Datei gewählt; der Dateiname muss angegeben werden.");
+  return std::nullopt;
+}
+
+void ConsoleDesktop::write(std::string_view title, std::string_view text) {
+  const std::string line = oneLine(text);
+  output_ << oneLine(title) << ": " << line << '\n' << std::flush;
+  diagnostics_.report({title, line, {}});
+}
+
+} // namespace qx

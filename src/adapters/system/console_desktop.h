@@ -1,0 +1,32 @@
+// The desktop of a program that nobody watches.
+#pragma once
+
+#include "platform/desktop.h"
+#include "platform/system.h"
+
+#include <ostream>
+
+namespace qx {
+
+/// Writes every box as one line "title: text" and tells it to the diagnostics. Questions are answered with
+/// no, and no file is ever chosen, so that a run never waits for anybody.
+class ConsoleDesktop final : public Desktop {
+public:
+  /// `output` is the program's standard error; both must outlive the desktop.
+  ConsoleDesktop(std::ostream& output, Diagnostics& diagnostics)
+      : output_(output), diagnostics_(diagnostics) {}
+
+  void show(const Message& message) override;
+  bool ask(const Message& message) override;
+  std::optional<std::string> chooseFile(std::string_view title, std::string_view filter,
+                                        bool forWriting) override;
+  void yield() override {}
+
+private:
+  void write(std::string_view title, std::string_view text);
+
+  std::ostream& output_;
+  Diagnostics& diagnostics_;
+};
+
+} // namespace qx

@@ -1,0 +1,43 @@
+#include "adapters/system/random_guid_source.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <sys/random.h>
+
+namespace qx {
+namespace {
+
+std::uint32_t bigEndian(std::span<const std::uint8_t> bytes) {
+  std::uint32_t number = 0;
+  for (const std::uint8_t byte : bytes) number = (number << 8U) | byte;
+  return number;
+}
+
+} // namespace
+
+bool systemRandomBytes(std::span<std::uint8_t> bytes) {
+  while (!bytes.empty()) {
+    const ssize_t count = getrandom(bytes.data(), bytes.size(), 0);
+    if (count < 0 && errno == EINTR) continue;
+    if (count <= 0) return false;
+    bytes = bytes.subspan(static_cast<std::size_t>(count));
+  }
+  return true;
+}
+
+std::optional<GuidFields> RandomGuidSource::create() {
+  std::array<std::uint8_t, 16> bytes{};
+  if (!source_(bytes)) return std::nullopt;
+  const std::span<const std::uint8_t> all(bytes);
+  GuidFields guid;
+  guid.first = bigEndian(all.subspan(0, 4));
+  guid.second = static_cast<std::uint16_t>(bigEndian(all.subspan(4, 2)));
+  guid.third = static_cast<std::uint16_t>((bigEndian(all.subspan(6, 2)) & 0x0FFFU) | 0x4000U);
+  const auto last = all.subspan(8);
+  std::copy(last.begin(), last.end(), guid.last.begin());
+  guid.last[0] = static_cast<std::uint8_t>((guid.last[0] & 0x3FU) | 0x80U);
+  return guid;
+}
+
+} // namespace qx

@@ -1,0 +1,30 @@
+// Keys from the system's random numbers.
+#pragma once
+
+#include "platform/system.h"
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <span>
+#include <utility>
+
+namespace qx {
+
+/// Fills the bytes with random ones; false when the system has none.
+using RandomBytes = std::function<bool(std::span<std::uint8_t>)>;
+
+/// The random bytes of the operating system. Never raises.
+bool systemRandomBytes(std::span<std::uint8_t> bytes);
+
+/// Random GUIDs of version 4.
+class RandomGuidSource final : public GuidSource {
+public:
+  explicit RandomGuidSource(RandomBytes source = systemRandomBytes) : source_(std::move(source)) {}
+  std::optional<GuidFields> create() override;
+
+private:
+  RandomBytes source_;
+};
+
+} // namespace qx

@@ -1,0 +1,18 @@
+#include "adapters/system/stream_diagnostics.h"
+
+namespace qx {
+
+void StreamDiagnostics::report(const Diagnostic& diagnostic) noexcept {
+  ++count_;
+  if (!verbose_) return;
+  try {
+    output_ << diagnostic.where << ": " << diagnostic.what;
+    if (!diagnostic.job.empty()) output_ << " (Job " << diagnostic.job << ')';
+    output_ << '\n' << std::flush;
+  } catch (...) {
+    // Nowhere is left to tell it; the count still says that there was something.
+    return;
+  }
+}
+
+} // namespace qx
