@@ -1,0 +1,221 @@
+// What the user's settings file and the ERP's profile files promise.
+#include "adapters/local_settings/ini_local_settings.h"
+#include "adapters/local_settings/profile_ini_file.h"
+#include "support/fake_system.h"
+#include "support/temporary_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdlib>
+#include <thread>
+
+namespace qx {
+namespace {
+
+constexpr std::string_view application = "QXImportJob";
+
+class LocalSettingsFile : public ::testing::Test {
+protected:
+  std::string content() const { return folder_.read("conf/settings.ini"); }
+  /// Through a second object, as another program would.
+  std::string fresh(std::string_view section, std::string_view key) const {
+    return IniLocalSettings(file_).read(application, section, key);
+  }
+
+  TemporaryFolder folder_;
+  std::filesystem::path file_ = folder_.path() / "conf" / "settings.ini";
+  IniLocalSettings settings_{file_};
+};
+
+TEST_F(LocalSettingsFile, GivesTheEmptyTextForWhatWasNeverWritten) {
+  EXPECT_EQ(settings_.read(application, "MAIN", "MainWidth"), "");
+  settings_.write(application, "MAIN", "MainWidth", "800");
+  EXPECT_EQ(settings_.read(application, "MAIN", "MainHeight"), "");
+  EXPECT_EQ(settings_.read("ImportJob", "MAIN", "MainWidth"), "") << "another application's key";
+  EXPECT_EQ(settings_.read(application, "ImportJob2", "MainWidth"), "") << "another section's key";
+}
+
+TEST_F(LocalSettingsFile, GivesEveryTextBackAsItWasWritten) {
+  const std::array<std::string_view, 19> texts{"800",
+                                               "",
+                                               " ",
+                                               "  both ends  ",
+                                               "a;b",
+                                               "#1",
+                                               "a=b=c",
+                                               "\"quoted\"",
+                                               "'q'",
+                                               "\"half",
+                                               "one\r\ntwo\n",
+                                               "tab\t",
+                                               "100%",
+                                               "%41",
+                                               "%",
+                                               "[x]",
+                                               "<<<END",
+                                               "Größe ß €",
+                                               std::string_view("nul\0byte", 8)};
+  for (const auto text : texts) {
+    settings_.write(application, "MAIN", "Value", text);
+    EXPECT_EQ(fresh("MAIN", "Value"), text);
+    settings_.write(application, text, text, "under an awkward name");
+    EXPECT_EQ(fresh(text, text), "under an awkward name") << text;
+  }
+  // Later writes of one name did not disturb those of another.
+  for (const auto text : texts) EXPECT_EQ(fresh(text, text), "under an awkward name") << text;
+}
+
+TEST_F(LocalSettingsFile, TellsNamesApartThatDifferInTheirSeparator) {
+  settings_.write("A/B", "C", "Key", "first");
+  settings_.write("A", "B/C", "Key", "second");
+  EXPECT_EQ(settings_.read("A/B", "C", "Key"), "first");
+  EXPECT_EQ(settings_.read("A", "B/C", "Key"), "second");
+}
+
+TEST_F(LocalSettingsFile, StaysReadableForPeople) {
+  settings_.write(application, "ImportJob2", "FenstergrößeSpeichern", "1");
+  EXPECT_NE(content().find("[QXImportJob/ImportJob2]\nFenstergrößeSpeichern = 1\n"), std::string::npos)
+      << content();
+}
+
+TEST_F(LocalSettingsFile, KeepsTheKeysAndCommentsOfOthers) {
+  folder_.write("conf/settings.ini", "; heading\n\n[other]\n; about path\npath = \"C:\\x; y\"\nrepeated = 1\n"
+                                     "repeated = 2\nflag\n\n; the end\n# of all\n");
+  settings_.write(application, "MAIN", "MainLeft", "-5");
+  settings_.write(application, "MAIN", "MainLeft", "7");
+  for (const std::string_view kept : {"; heading", "; about path", "path = \"C:\\x; y\"", "repeated = 1",
+                                      "repeated = 2", "flag", "; the end\n# of all"})
+    EXPECT_NE(content().find(kept), std::string::npos) << kept << " is lost from\n" << content();
+  EXPECT_EQ(content().find("-5"), std::string::npos) << "the old value is replaced";
+  EXPECT_EQ(fresh("MAIN", "MainLeft"), "7");
+}
+
+TEST_F(LocalSettingsFile, KeepsAFileThatHoldsCommentsOnly) {
+  folder_.write("conf/settings.ini", "; one\n\n; two\n");
+  settings_.write(application, "MAIN", "MainTop", "3");
+  EXPECT_NE(content().find("; one\n\n; two\n"), std::string::npos) << content();
+  EXPECT_EQ(fresh("MAIN", "MainTop"), "3");
+}
+
+TEST_F(LocalSettingsFile, FollowsALinkInsteadOfReplacingIt) {
+  folder_.write("elsewhere.ini", "");
+  std::filesystem::create_directories(file_.parent_path());
+  std::filesystem::create_symlink(folder_.path() / "elsewhere.ini", file_);
+  settings_.write(application, "MAIN", "MainTop", "3");
+  EXPECT_TRUE(std::filesystem::is_symlink(file_));
+  EXPECT_EQ(IniLocalSettings(folder_.path() / "elsewhere.ini").read(application, "MAIN", "MainTop"), "3");
+}
+
+TEST_F(LocalSettingsFile, LosesNoKeyWhenTwoWriteAtOnce) {
+  constexpr int keys = 25;
+  const auto writeAll = [&](std::string_view section) {
+    IniLocalSettings own(file_);
+    for (int i = 0; i < keys; ++i) own.write(application, section, "Key" + std::to_string(i), "x");
+  };
+  std::thread other(writeAll, "Second");
+  writeAll("First");
+  other.join();
+  for (int i = 0; i < keys; ++i)
+    for (const std::string_view section : {"First", "Second"})
+      EXPECT_EQ(fresh(section, "Key" + std::to_string(i)), "x") << section << i;
+}
+
+TEST_F(LocalSettingsFile, RaisesAndLeavesTheFileWhenItCannotBeReplaced) {
+  settings_.write(application, "MAIN", "MainTop", "3");
+  // A folder in the place of the draft: no permission stops a test that runs as the administrator.
+  std::filesystem::create_directory(folder_.path() / "conf" / "settings.ini.new");
+  try {
+    settings_.write(application, "MAIN", "MainTop", "4");
+    FAIL() << "the failure was swallowed";
+  } catch (const std::runtime_error& failure) {
+    EXPECT_NE(std::string(failure.what()).find("settings.ini"), std::string::npos) << failure.what();
+  }
+  EXPECT_EQ(fresh("MAIN", "MainTop"), "3");
+}
+
+TEST_F(LocalSettingsFile, RaisesWhenItsPlaceIsNoFolderOrTheFileIsNoText) {
+  folder_.write("file", "");
+  IniLocalSettings below(folder_.path() / "file" / "settings.ini");
+  EXPECT_THROW(below.write(application, "MAIN", "MainTop", "1"), std::runtime_error);
+  folder_.write("conf/settings.ini", std::string("[a]\nb = c\0d = e\n", 15));
+  EXPECT_THROW(settings_.write(application, "MAIN", "MainTop", "1"), std::runtime_error);
+  EXPECT_EQ(content().size(), 15U) << "a file of another kind is left alone";
+}
+
+TEST(DefaultLocalSettingsFile, LiesInTheUsersConfigurationFolder) {
+  const char* const home = std::getenv("HOME");
+  ASSERT_NE(home, nullptr);
+  setenv("XDG_CONFIG_HOME", "/somewhere", 1);
+  EXPECT_EQ(defaultLocalSettingsFile(), "/somewhere/qximportjob/settings.ini");
+  // A relative folder does not count.
+  for (const char* const ignored : {"", "relative"}) {
+    setenv("XDG_CONFIG_HOME", ignored, 1);
+    EXPECT_EQ(defaultLocalSettingsFile(), std::string(home) + "/.config/qximportjob/settings.ini");
+  }
+  unsetenv("XDG_CONFIG_HOME");
+}
+
+class ProfileFile : public ::testing::Test {
+protected:
+  std::string read(std::string_view content, std::string_view section, std::string_view key) {
+    folder_.write("Zubehoer.ini", content);
+    return profile_.read((folder_.path() / "Zubehoer.ini").string(), section, key);
+  }
+
+  TemporaryFolder folder_;
+  RecordingDiagnostics diagnostics_;
+  ProfileIniFile profile_{diagnostics_};
+};
+
+TEST_F(ProfileFile, FindsValuesAsTheProfileFunctionsDo) {
+  constexpr std::string_view content = "stray = 0\r\n"
+                                       "[Allgemein]\r\n"
+                                       ";MinBestGebuehr = 1;1\r\n"
+                                       "  MinBestGebuehr =  50,00;3,50  \r\n"
+                                       "MinBestGebuehr=later\r\n"
+                                       "no value\r\n"
+                                       "Quoted = \" a ; b \"\r\n"
+                                       "Single='x'\r\n"
+                                       "Half=\"x\r\n"
+                                       "Equation=a=b\r\n"
+                                       "[ Werte ] comment\r\n"
+                                       "1=100;5\r\n"
+                                       "Last=end";
+  struct Case {
+    std::string_view section, key, value;
+  };
+  for (const Case& c :
+       {Case{"Allgemein", "MinBestGebuehr", "50,00;3,50"}, Case{"ALLGEMEIN", "minbestgebuehr", "50,00;3,50"},
+        Case{"Allgemein", "Quoted", " a ; b "}, Case{"Allgemein", "Single", "x"},
+        Case{"Allgemein", "Half", "\"x"}, Case{"Allgemein", "Equation", "a=b"},
+        Case{"Allgemein", "no value", ""}, Case{"Allgemein", "1", ""}, Case{"Werte", "1", "100;5"},
+        Case{"Werte", "Last", "end"}, Case{"", "stray", ""}, Case{"Fehlt", "1", ""}})
+    EXPECT_EQ(read(content, c.section, c.key), c.value) << c.section << "/" << c.key;
+  EXPECT_TRUE(diagnostics_.entries.empty());
+}
+
+TEST_F(ProfileFile, ReadsCodePage1252UnlessMarkedAsUtf8) {
+  EXPECT_EQ(read("[Geb\xFChr]\nW\xC4HRUNG=\x80 \x84\xDF\x93 \x81", "gebühr", "währung"), "€ „ß“ \u0081");
+  EXPECT_EQ(read("\xEF\xBB\xBF[Gebühr]\nWährung=€", "Gebühr", "Währung"), "€");
+}
+
+TEST_F(ProfileFile, TakesAMissingFileForAnEmptyOne) {
+  const std::string missing = (folder_.path() / "none.ini").string();
+  EXPECT_EQ(profile_.read(missing, "Allgemein", "MinBestGebuehr"), "");
+  EXPECT_TRUE(diagnostics_.entries.empty());
+}
+
+TEST_F(ProfileFile, TellsOfAFileThatCannotBeRead) {
+  EXPECT_EQ(profile_.read(folder_.path().string(), "Allgemein", "MinBestGebuehr"), "");
+  ASSERT_EQ(diagnostics_.entries.size(), 1U);
+  EXPECT_NE(diagnostics_.entries[0].what.find(folder_.path().string()), std::string::npos);
+}
+
+TEST_F(ProfileFile, UnderstandsTheSeparatorsOfWindows) {
+  folder_.write("Zubehoer.ini", "[Werte]\n1=2;3\n");
+  EXPECT_EQ(profile_.read(folder_.path().string() + "\\Zubehoer.ini", "Werte", "1"), "2;3");
+}
+
+} // namespace
+} // namespace qx
