@@ -57,6 +57,10 @@ public:
 
 /// Every fake, and an environment that holds them with a `FixedSession` connected.
 struct FakeWorld {
+  FakeWorld() = default;
+  FakeWorld(const FakeWorld&) = delete;
+  FakeWorld& operator=(const FakeWorld&) = delete;
+
   AbsentComponents components;
   RecordingDesktop desktop;
   RecordingJobView jobView;

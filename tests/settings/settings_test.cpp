@@ -1,0 +1,149 @@
+// Which store a setting comes from, how options are read as numbers, and what a failing store costs.
+#include "settings/option_keys.h"
+#include "settings/settings.h"
+#include "support/fake_session.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+
+namespace qx {
+namespace {
+
+class SettingsTest : public ::testing::Test {
+protected:
+  void setOption(std::string_view key, std::string_view text) {
+    world_.session->settings[{"ImportJob2", std::string(key)}] = text;
+  }
+
+  FakeWorld world_;
+  Settings settings_{world_.environment};
+};
+
+TEST_F(SettingsTest, SharedOnesIgnoreTheApplicationName) {
+  settings_.save(applicationName, "ImportJob2", "Löschen", "1");
+  EXPECT_EQ(settings_.get(runApplicationName, "ImportJob2", "Löschen"), "1");
+  EXPECT_EQ(settings_.option("Löschen"), "1");
+  EXPECT_EQ(settings_.get(applicationName, "Process", "Löschen"), "") << "another section";
+}
+
+TEST_F(SettingsTest, LocalOnesBelongToTheirApplicationAndNeverReachTheErp) {
+  settings_.save(applicationName, "MAIN", "MainWidth", "800", true);
+  EXPECT_EQ(settings_.get(applicationName, "MAIN", "MainWidth", true), "800");
+  EXPECT_EQ(settings_.get(runApplicationName, "MAIN", "MainWidth", true), "");
+  EXPECT_EQ(settings_.get(applicationName, "MAIN", "MainWidth"), "");
+  EXPECT_TRUE(world_.session->settings.empty());
+}
+
+TEST_F(SettingsTest, ADefaultServesOnlyForAnAbsentKey) {
+  EXPECT_EQ(settings_.getShared("Allgemein", "Landeswährung", "DM"), "DM");
+  world_.session->settings[{"Allgemein", "Landeswährung"}] = "";
+  EXPECT_EQ(settings_.getShared("Allgemein", "Landeswährung", "DM"), "");
+}
+
+TEST_F(SettingsTest, ReadAsNumbersOnlyWhatFitsSixteenBits) {
+  struct Case {
+    std::string_view text;
+    std::int16_t expected;
+    bool on;
+  };
+  constexpr std::int16_t fallback = 7;
+  // What is no number counts as off, whatever the fallback of the number is.
+  for (const Case& c :
+       {Case{"0", 0, false}, Case{"1", 1, true}, Case{" 2 ", 2, true}, Case{"+3", 3, true},
+        Case{"-1", -1, true}, Case{"32767", 32767, true}, Case{"-32768", -32768, true},
+        Case{"32768", fallback, false}, Case{"-32769", fallback, false}, Case{"", fallback, false},
+        Case{"Wahr", fallback, false}, Case{"1.0", fallback, false}, Case{"1x", fallback, false},
+        Case{"99999999999999999999", fallback, false}}) {
+    setOption("AutomatischVerarbeiten", c.text);
+    EXPECT_EQ(settings_.option16("AutomatischVerarbeiten", fallback), c.expected) << c.text;
+    EXPECT_EQ(settings_.isOn("AutomatischVerarbeiten"), c.on) << c.text;
+  }
+  EXPECT_EQ(settings_.option16("KundeDelete", fallback), fallback) << "never written";
+}
+
+TEST_F(SettingsTest, AreOneOnlyWhenTheyReadExactlyOne) {
+  for (const std::string_view text : {"", "0", "2", " 1", "1 ", "01", "+1", "Wahr"}) {
+    setOption("NewMail", text);
+    EXPECT_FALSE(settings_.isOne("NewMail")) << text;
+  }
+  setOption("NewMail", "1");
+  EXPECT_TRUE(settings_.isOne("NewMail"));
+}
+
+TEST_F(SettingsTest, SwitchOnTheCustomerSpecificModeByItsExactMark) {
+  for (const std::string_view text : {"", "vlk", "VLK ", "VLK2"}) {
+    world_.session->settings[{"Allgemein", "Individual"}] = text;
+    EXPECT_FALSE(settings_.customerSpecific()) << text;
+  }
+  world_.session->settings[{"Allgemein", "Individual"}] = "VLK";
+  EXPECT_TRUE(settings_.customerSpecific());
+}
+
+TEST_F(SettingsTest, AFailingStoreCostsTheValueAndIsTold) {
+  world_.session->failing = true;
+  world_.localSettings.failing = true;
+  for (const bool local : {false, true}) {
+    world_.diagnostics.entries.clear();
+    EXPECT_EQ(settings_.get(applicationName, "ImportJob2", "Ändern", local), "");
+    settings_.save(applicationName, "ImportJob2", "Ändern", "1", local);
+    ASSERT_EQ(world_.diagnostics.entries.size(), 2U) << world_.diagnostics.text();
+    for (const auto& entry : world_.diagnostics.entries)
+      EXPECT_NE(entry.where.find("ImportJob2/Ändern"), std::string::npos) << entry.where;
+  }
+  EXPECT_EQ(settings_.getShared("Kostenzuordnung", "Kost1", "Kostenstelle"), "");
+  EXPECT_TRUE(world_.desktop.shown.empty()) << "no box comes up";
+}
+
+TEST_F(SettingsTest, WithoutASessionSharedOnesAreEmptyAndLocalOnesWork) {
+  world_.environment.session.reset();
+  settings_.save(applicationName, "MAIN", "MainTop", "5", true);
+  EXPECT_EQ(settings_.get(applicationName, "MAIN", "MainTop", true), "5");
+  EXPECT_TRUE(world_.diagnostics.entries.empty());
+  EXPECT_EQ(settings_.option("Löschen"), "");
+  settings_.save(applicationName, "ImportJob2", "Löschen", "1");
+  EXPECT_EQ(world_.diagnostics.entries.size(), 2U) << world_.diagnostics.text();
+}
+
+TEST(OptionKeys, GiveTheDialogItsControlsInTheOrderOfLoading) {
+  std::string firstPage;
+  std::string secondPage;
+  std::set<std::string_view> controls;
+  for (const OptionKey& option : optionKeys()) {
+    if (option.control.empty()) continue;
+    EXPECT_TRUE(controls.insert(option.control).second) << option.control << " shows two keys";
+    EXPECT_EQ(option.section, "ImportJob2");
+    EXPECT_EQ(option.owner, OptionOwner::Component);
+    (option.customerSpecific ? secondPage : firstPage).append(option.key).append(" ");
+  }
+  EXPECT_EQ(
+      firstPage,
+      "Löschen Ändern FensterpositionSpeichern FenstergrößeSpeichern GelöschteVerträge AutomatischPrüfen "
+      "AutomatischVerarbeiten WarnungLagerbestand KundenKundengruppe KundenVertreter KundenZahlungsart "
+      "KundenBankleitzahl KundeAdressProof KundeDelete VTDelete VTImportModified AuftragDelete "
+      "KostenzuordnungAuftrag KostAutomatischAnlegen AuftragLieferbereit AuftragFakturierbereit "
+      "KreditlimitAuftrag ");
+  EXPECT_EQ(secondPage,
+            "ZAVSRG ZAVS VAZA abGewicht VSabGewicht FrachtTransport FrachtGebuehr VAKunde ZAKunde "
+            "SWAuftLieferbereit SWAuftFakturierbereit NeukundenRabatt ");
+}
+
+TEST(OptionKeys, KeepOnlyWhatBelongsToOneScreenInTheLocalStore) {
+  std::set<std::string_view> local;
+  for (const OptionKey& option : optionKeys())
+    if (option.store == OptionStore::Local) local.insert(option.key);
+  EXPECT_EQ(local,
+            (std::set<std::string_view>{"FensterpositionSpeichern", "FenstergrößeSpeichern", "MainWidth",
+                                        "MainHeight", "MainState", "MainLeft", "MainTop"}));
+}
+
+TEST(OptionKeys, AreFoundBySectionAndKey) {
+  ASSERT_NE(findOptionKey("Process", "OnProcess"), nullptr);
+  EXPECT_NE(findOptionKey("Process", "OnProcess"), findOptionKey("ImportJob2", "OnProcess"));
+  ASSERT_NE(findOptionKey("Allgemein", "Landeswährung"), nullptr);
+  EXPECT_EQ(findOptionKey("Allgemein", "Landeswährung")->fallback, "DM");
+  EXPECT_EQ(findOptionKey("Allgemein", "Löschen"), nullptr);
+}
+
+} // namespace
+} // namespace qx
