@@ -1,0 +1,12 @@
+// The rows without which no job can be processed.
+#pragma once
+
+#include "platform/database.h"
+
+namespace qx {
+
+/// Fills a fresh schema with the home currency, the tax marks and keys and the number range of orders.
+/// Options are left unset. Call it inside a unit of work.
+void fillBaseData(Connection& connection);
+
+} // namespace qx

@@ -1,0 +1,102 @@
+#include "erp/process_identity.h"
+
+#include <algorithm>
+#include <charconv>
+#include <fstream>
+#include <sstream>
+
+namespace qx {
+namespace {
+
+constexpr std::size_t machineLength = 4;
+constexpr std::size_t numberLength = 5;
+constexpr std::size_t startLength = 6;
+constexpr std::string_view digits = "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZ";
+
+/// The lowest digits of the number in base 36.
+std::string base36(std::uint64_t number, std::size_t length) {
+  std::string text(length, '0');
+  for (auto at = text.rbegin(); at != text.rend(); ++at) {
+    *at = digits[number % digits.size()];
+    number /= digits.size();
+  }
+  return text;
+}
+
+std::uint64_t fromBase36(std::string_view text) {
+  std::uint64_t number = 0;
+  for (const char c : text) number = number * digits.size() + digits.find(c);
+  return number;
+}
+
+std::uint64_t hashOf(const MachineName& machine) {
+  std::uint64_t hash = 14695981039346656037ULL;
+  for (const char c : machine.hostName + '\n' + machine.machineId) {
+    hash ^= static_cast<unsigned char>(c);
+    hash *= 1099511628211ULL;
+  }
+  // The low digits alone would depend on the low bits alone.
+  return hash ^ (hash >> 32);
+}
+
+std::string firstLine(const char* file) {
+  std::ifstream stream(file);
+  std::string line;
+  std::getline(stream, line);
+  return line;
+}
+
+std::optional<ProcessStart> readStat(const std::string& file) {
+  const std::string line = firstLine(file.c_str());
+  // The program's name stands in parentheses and may itself hold blanks and parentheses.
+  const auto nameEnd = line.rfind(')');
+  if (nameEnd == std::string::npos) return std::nullopt;
+  ProcessStart process;
+  if (std::from_chars(line.data(), line.data() + line.size(), process.number).ec != std::errc())
+    return std::nullopt;
+
+  constexpr int fieldsBeforeStart = 18;
+  std::istringstream fields(line.substr(nameEnd + 1));
+  char state = 0;
+  std::string skipped;
+  fields >> state;
+  for (int i = 0; i < fieldsBeforeStart; ++i) fields >> skipped;
+  fields >> process.startTime;
+  if (!fields || state == 'Z' || state == 'X') return std::nullopt;
+  return process;
+}
+
+bool hasIdentityForm(std::string_view text) {
+  return text.size() == ProcessIdentity::length &&
+         std::ranges::all_of(text, [](char c) { return digits.find(c) != std::string_view::npos; });
+}
+
+} // namespace
+
+MachineName MachineName::read() {
+  return {firstLine("/proc/sys/kernel/hostname"), firstLine("/etc/machine-id")};
+}
+
+std::optional<ProcessStart> ProcFileSystem::self() const { return readStat("/proc/self/stat"); }
+
+std::optional<ProcessStart> ProcFileSystem::find(std::uint64_t number) const {
+  return readStat("/proc/" + std::to_string(number) + "/stat");
+}
+
+ProcessIdentity::ProcessIdentity(const MachineName& machine, const ProcessTable& processes)
+    : machine_(base36(hashOf(machine), machineLength)), processes_(processes) {
+  const auto self = processes.self();
+  processesKnown_ = self.has_value();
+  const ProcessStart process = self.value_or(ProcessStart());
+  sessionId_ = machine_ + base36(process.number, numberLength) + base36(process.startTime, startLength);
+}
+
+std::optional<bool> ProcessIdentity::isAlive(std::string_view sessionId) {
+  if (!processesKnown_ || !hasIdentityForm(sessionId) || !sessionId.starts_with(machine_))
+    return std::nullopt;
+  const auto process = processes_.find(fromBase36(sessionId.substr(machineLength, numberLength)));
+  // A process number is given again: only the same start time makes it the same process.
+  return process && base36(process->startTime, startLength) == sessionId.substr(machineLength + numberLength);
+}
+
+} // namespace qx

@@ -1,0 +1,95 @@
+#include "erp/sales_prices.h"
+
+#include "erp/staged_discounts.h"
+
+#include <array>
+#include <stdexcept>
+#include <utility>
+
+namespace qx {
+namespace {
+
+constexpr std::size_t levels = 3;
+constexpr std::array<std::string_view, levels> sources{"Kundenpreis", "Preisliste", "Grundpreis"};
+
+SalesPrices::Level levelOf(Recordset& row) {
+  if (!row.value("Kundennummer").isEmpty()) return SalesPrices::OwnPrice;
+  return row.value("Preisliste").isEmpty() ? SalesPrices::GeneralPrice : SalesPrices::PriceList;
+}
+
+double numberIn(Recordset& row, ColumnName column, double whenNull = 0) {
+  return row.value(column).number().value_or(whenNull);
+}
+
+std::array<std::vector<PriceStep>, levels> stepsByLevel(Recordset& rows) {
+  std::array<std::vector<PriceStep>, levels> steps;
+  for (std::size_t i = 0; !rows.eof(); rows.moveNext(), ++i)
+    steps[static_cast<std::size_t>(levelOf(rows)) - 1].push_back(
+        {i, rows.text("Mengeneinheit"), numberIn(rows, "Menge"), rows.text("GueltigAb")});
+  return steps;
+}
+
+SalesPrice priceIn(Recordset& row, double factor) {
+  SalesPrice price;
+  price.price = numberIn(row, "Preis") * factor;
+  price.calculatedPrice = numberIn(row, "KalkPreis") * factor;
+  price.priceUnit = numberIn(row, "Preiseinheit", 1);
+  price.discounts.kind = row.text("KZRabattart");
+  price.discounts.marks = {row.text("KZRabatt1"), row.text("KZRabatt2"), row.text("KZRabatt3")};
+  price.discounts.values = {numberIn(row, "Rabatt1"), numberIn(row, "Rabatt2"), numberIn(row, "Rabatt3")};
+  price.discountKind = price.discounts.kind;
+  price.discount = discountRate(price.discounts);
+  return price;
+}
+
+} // namespace
+
+void SalesPrices::setConnection(Connection& connection) {
+  connection_ = &connection;
+  conversions_.emplace(connection);
+}
+
+void SalesPrices::Init() { database(); }
+
+void SalesPrices::Init(Connection& connection) { setConnection(connection); }
+
+std::int32_t SalesPrices::GetVKPreis(const PriceQuestion& question, SalesPrice& found) {
+  const auto rows =
+      database().open(sql("Select * From Verkaufspreise Where Artikelnummer = '"_sql, value(question.article),
+                          "' And (Kundennummer = '"_sql, value(question.customer),
+                          "' Or Kundennummer = '') And (Preisliste = '"_sql,
+                          value(priceListOf(question.customer)), "' Or Preisliste = '')"_sql));
+  const PriceDemand demand{question.article, question.quantity, question.unit, question.date};
+  std::size_t level = 0;
+  for (const auto& steps : stepsByLevel(*rows)) {
+    ++level;
+    const auto chosen = choosePrice(steps, demand, *conversions_);
+    if (!chosen) continue;
+    rows->moveTo(chosen->row);
+    SalesPrice price = priceIn(*rows, chosen->factor);
+    if (price.priceUnit == 0) return failed;
+    price.source = sources[level - 1];
+    found = std::move(price);
+    return static_cast<std::int32_t>(level);
+  }
+  return notFound;
+}
+
+double SalesPrices::GetGesamtRabattWert(const StagedDiscounts& discounts, double amount) {
+  return discountAmount(discounts, amount);
+}
+
+double SalesPrices::GetGesamtRabattSatz(const StagedDiscounts& discounts) { return discountRate(discounts); }
+
+Connection& SalesPrices::database() {
+  if (connection_ == nullptr) throw std::logic_error("Die Preisfindung hat keine Datenbankverbindung.");
+  return *connection_;
+}
+
+std::string SalesPrices::priceListOf(std::string_view customer) {
+  const auto rows = database().open(
+      sql("Select Preisliste From Kundenstamm Where Kundennummer = '"_sql, value(customer), "'"_sql));
+  return rows->eof() ? std::string() : rows->text("Preisliste");
+}
+
+} // namespace qx

@@ -1,0 +1,33 @@
+// Sales prices of the standalone ERP.
+#pragma once
+
+#include "erp/price_choice.h"
+#include "platform/preisfindung.h"
+
+#include <optional>
+
+namespace qx {
+
+/// Finds a price in three levels: the customer's own, the customer's price list, the list for everybody. The
+/// first level with a price that holds decides. A price with the unit 0 makes the search fail.
+class SalesPrices final : public Preisfindung {
+public:
+  /// Where a price was found, as `GetVKPreis` answers it and (in words) as `SalesPrice::source` says it.
+  enum Level : std::int32_t { OwnPrice = 1, PriceList = 2, GeneralPrice = 3 };
+
+  void setConnection(Connection& connection) override;
+  void Init() override;
+  void Init(Connection& connection) override;
+  std::int32_t GetVKPreis(const PriceQuestion& question, SalesPrice& found) override;
+  double GetGesamtRabattWert(const StagedDiscounts& discounts, double amount) override;
+  double GetGesamtRabattSatz(const StagedDiscounts& discounts) override;
+
+private:
+  Connection& database();
+  std::string priceListOf(std::string_view customer);
+
+  Connection* connection_ = nullptr;
+  std::optional<UnitConversions> conversions_;
+};
+
+} // namespace qx

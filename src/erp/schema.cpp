@@ -1,0 +1,124 @@
+#include "erp/schema.h"
+
+#include "erp/schema_lists.h"
+
+namespace qx {
+namespace {
+
+Sql typeOf(ColumnType type) {
+  switch (type) {
+  case ColumnType::Code:
+    return sql(" TEXT COLLATE NOCASE"_sql);
+  case ColumnType::Text:
+    return sql(" TEXT"_sql);
+  case ColumnType::Small:
+    return sql(" SMALLINT"_sql);
+  case ColumnType::Integer:
+    return sql(" INTEGER"_sql);
+  case ColumnType::Double:
+    return sql(" DOUBLE"_sql);
+  case ColumnType::Boolean:
+    return sql(" BOOLEAN"_sql);
+  case ColumnType::Money:
+    break;
+  }
+  return sql(" DECIMAL(19,4)"_sql);
+}
+
+Sql defaultOf(ColumnDefault standard) {
+  switch (standard) {
+  case ColumnDefault::Zero:
+    return sql(" DEFAULT 0"_sql);
+  case ColumnDefault::One:
+    return sql(" DEFAULT 1"_sql);
+  case ColumnDefault::EmptyText:
+    return sql(" DEFAULT ''"_sql);
+  case ColumnDefault::DomesticTaxMark:
+    static_assert(domesticTaxMark == "IN");
+    return sql(" DEFAULT 'IN'"_sql);
+  case ColumnDefault::None:
+    break;
+  }
+  return {};
+}
+
+Sql separator(bool& first) {
+  const bool none = first;
+  first = false;
+  return none ? Sql() : sql(", "_sql);
+}
+
+Sql primaryKey(const SchemaTable& table) {
+  Sql statement;
+  bool first = true;
+  for (const SchemaColumn& column : table.columns) {
+    if (!column.key) continue;
+    statement.append(first ? sql(", PRIMARY KEY ("_sql) : sql(", "_sql)).append(sql(name(column.name)));
+    first = false;
+  }
+  if (!first) statement.append(sql(")"_sql));
+  return statement;
+}
+
+Sql createTable(const SchemaTable& table) {
+  Sql statement = sql("CREATE TABLE "_sql, name(table.name), " ("_sql);
+  bool first = true;
+  for (const SchemaColumn& column : table.columns) {
+    statement.append(separator(first)).append(sql(name(column.name))).append(typeOf(column.type));
+    statement.append(defaultOf(column.standard));
+    if (column.key) statement.append(sql(" NOT NULL"_sql));
+  }
+  return statement.append(primaryKey(table)).append(sql(")"_sql));
+}
+
+/// The order of an index by date is that of the statements which sort by it.
+Sql indexTerm(const SchemaIndex& index, std::size_t place) {
+  const bool last = place + 1 == index.columns.size() || index.columns[place + 1].empty();
+  if (index.kind == IndexKind::ByDate && last)
+    return sql("Convert(DateTime, "_sql, name(index.columns[place]), ", 104)"_sql);
+  return sql(name(index.columns[place]));
+}
+
+Sql createIndex(const SchemaTable& table, const SchemaIndex& index) {
+  Sql statement =
+      index.kind == IndexKind::Unique ? sql("CREATE UNIQUE INDEX "_sql) : sql("CREATE INDEX "_sql);
+  statement.append(sql(name(index.name), " ON "_sql, name(table.name), " ("_sql));
+  bool first = true;
+  for (std::size_t i = 0; i < index.columns.size() && !index.columns[i].empty(); ++i)
+    statement.append(separator(first)).append(indexTerm(index, i));
+  statement.append(sql(")"_sql));
+  if (index.kind == IndexKind::Released)
+    statement.append(sql(" WHERE "_sql, name(index.columns.front()), " = 1"_sql));
+  return statement;
+}
+
+} // namespace
+
+std::vector<SchemaTable> schemaTables() {
+  std::vector<SchemaTable> all;
+  for (const auto group : {stagingTables(), customerTables(), orderTables(), componentTables()})
+    all.insert(all.end(), group.begin(), group.end());
+  return all;
+}
+
+void createSchema(Connection& connection) {
+  for (const SchemaTable& table : schemaTables()) {
+    connection.execute(createTable(table));
+    for (const SchemaIndex& index : table.indexes) connection.execute(createIndex(table, index));
+  }
+  connection.execute(sql("Insert Into Schemastand (Version) Values ("_sql, number(schemaVersion), ")"_sql));
+}
+
+std::optional<int> storedSchemaVersion(Connection& connection) {
+  try {
+    const auto rows = connection.open(sql("Select Version From Schemastand"_sql));
+    if (rows->eof()) return std::nullopt;
+    const auto version = rows->value("Version").integer();
+    return version ? std::optional(static_cast<int>(*version)) : std::nullopt;
+  } catch (const StatementError&) {
+    // The table is missing: that is the answer, not a failure.
+    return std::nullopt;
+  }
+}
+
+} // namespace qx

@@ -1,0 +1,63 @@
+// How a table of the schema is described: columns, keys and indexes.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+namespace qx {
+
+/// What a column holds. `Code` compares without regard to ASCII case, `Text` byte by byte.
+enum class ColumnType : std::uint8_t { Code, Text, Small, Integer, Double, Boolean, Money };
+
+/// What an insert leaves in a column that it does not name; null unless stated.
+enum class ColumnDefault : std::uint8_t { None, Zero, One, EmptyText, DomesticTaxMark };
+
+struct SchemaColumn {
+  std::string_view name;
+  ColumnType type = ColumnType::Text;
+  bool key = false; ///< part of the primary key, hence never null
+  ColumnDefault standard = ColumnDefault::None;
+};
+
+/// `ByDate`: the last column is a German date text and is ordered by time. `Released`: only rows whose
+/// column holds 1.
+enum class IndexKind : std::uint8_t { Plain, Unique, ByDate, Released };
+
+struct SchemaIndex {
+  std::string_view name;
+  std::array<std::string_view, 4> columns{}; ///< unused places at the end are empty
+  IndexKind kind = IndexKind::Plain;
+};
+
+/// Tables without key columns are kept in the order of insertion and addressed by the database's own row key.
+struct SchemaTable {
+  std::string_view name;
+  std::span<const SchemaColumn> columns;
+  std::span<const SchemaIndex> indexes;
+};
+
+/// Short forms for the lists of columns. Dates and time stamps are texts.
+namespace columns {
+
+constexpr SchemaColumn key(std::string_view name, ColumnType type = ColumnType::Code) {
+  return {name, type, true};
+}
+constexpr SchemaColumn code(std::string_view name) { return {name, ColumnType::Code}; }
+constexpr SchemaColumn text(std::string_view name) { return {name, ColumnType::Text}; }
+constexpr SchemaColumn date(std::string_view name) { return {name, ColumnType::Text}; }
+constexpr SchemaColumn stamp(std::string_view name) { return {name, ColumnType::Text}; }
+constexpr SchemaColumn small(std::string_view name) { return {name, ColumnType::Small}; }
+constexpr SchemaColumn integer(std::string_view name) { return {name, ColumnType::Integer}; }
+constexpr SchemaColumn real(std::string_view name) { return {name, ColumnType::Double}; }
+constexpr SchemaColumn flag(std::string_view name) { return {name, ColumnType::Boolean}; }
+constexpr SchemaColumn money(std::string_view name) { return {name, ColumnType::Money}; }
+constexpr SchemaColumn withDefault(SchemaColumn column, ColumnDefault standard) {
+  column.standard = standard;
+  return column;
+}
+
+} // namespace columns
+
+} // namespace qx

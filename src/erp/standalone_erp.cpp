@@ -1,0 +1,81 @@
+#include "erp/standalone_erp.h"
+
+#include "erp/open_items.h"
+#include "erp/purchase_prices.h"
+#include "erp/sales_prices.h"
+#include "erp/standalone_adressindex.h"
+#include "erp/standalone_protokoll.h"
+#include "erp/standalone_session.h"
+
+#include <stdexcept>
+#include <utility>
+
+namespace qx {
+namespace {
+
+class StandaloneVersion final : public Version {
+public:
+  explicit StandaloneVersion(std::string text) : text_(std::move(text)) {}
+  std::string version() override { return text_; }
+
+private:
+  std::string text_;
+};
+
+class StandaloneProfile final : public Profile {
+public:
+  explicit StandaloneProfile(std::string directory) : directory_(std::move(directory)) {
+    while (directory_.size() > 1 && directory_.back() == '/') directory_.pop_back();
+  }
+  std::string GetAppPath() override { return directory_; }
+
+private:
+  std::string directory_;
+};
+
+} // namespace
+
+StandaloneErp::StandaloneErp(std::shared_ptr<Connection> connection, Clock& clock, Desktop& desktop,
+                             const ProcessIdentity& identity, StandaloneOptions options)
+    : connection_(std::move(connection)), clock_(clock), desktop_(desktop), identity_(identity),
+      options_(std::move(options)) {}
+
+std::shared_ptr<Session> StandaloneErp::createSession() {
+  return std::make_shared<StandaloneSession>(connection_, clock_, desktop_, identity_.sessionId(), options_);
+}
+
+std::unique_ptr<Protokoll> StandaloneErp::createProtokoll() {
+  // A protocol belongs to the day under which the user works, at the time of the clock.
+  auto now = [&clock = clock_, sessionDate = options_.sessionDate] {
+    DateTime moment = clock.now();
+    if (sessionDate) moment.date = *sessionDate;
+    return moment;
+  };
+  return std::make_unique<StandaloneProtokoll>(std::move(now), identity_.sessionId());
+}
+
+std::unique_ptr<Preisfindung> StandaloneErp::createPreisfindung() { return std::make_unique<SalesPrices>(); }
+
+std::unique_ptr<Einkaufspreisfindung> StandaloneErp::createEinkaufspreisfindung(Connection& connection) {
+  return std::make_unique<PurchasePrices>(connection);
+}
+
+std::unique_ptr<Version> StandaloneErp::createVersion() {
+  return std::make_unique<StandaloneVersion>(options_.version);
+}
+
+std::unique_ptr<Profile> StandaloneErp::createProfile() {
+  return std::make_unique<StandaloneProfile>(options_.applicationDirectory);
+}
+
+std::unique_ptr<Adressindex> StandaloneErp::createAdressindex(Connection& connection) {
+  return std::make_unique<StandaloneAdressindex>(connection);
+}
+
+std::unique_ptr<FibuUebergabe> StandaloneErp::createFibuUebergabe() { return std::make_unique<OpenItems>(); }
+
+std::unique_ptr<Auskunft> StandaloneErp::createAuskunft() {
+  throw std::runtime_error("Auskünfte gibt es nur im Fenster, nicht in diesem Programm.");
+}
+
+} // namespace qx

@@ -1,0 +1,40 @@
+// The ERP components of the standalone installation.
+#pragma once
+
+#include "erp/process_identity.h"
+#include "erp/standalone_options.h"
+#include "platform/desktop.h"
+#include "platform/erp_components.h"
+
+#include <memory>
+
+namespace qx {
+
+/// Creates real components that all work on one database connection.
+class StandaloneErp final : public ErpComponents {
+public:
+  /// `clock`, `desktop` and `identity` must outlive the components and everything they create.
+  StandaloneErp(std::shared_ptr<Connection> connection, Clock& clock, Desktop& desktop,
+                const ProcessIdentity& identity, StandaloneOptions options);
+
+  /// Not yet connected: `Connect` takes the shared connection, whatever its arguments.
+  std::shared_ptr<Session> createSession() override;
+  std::unique_ptr<Protokoll> createProtokoll() override;
+  std::unique_ptr<Preisfindung> createPreisfindung() override;
+  std::unique_ptr<Einkaufspreisfindung> createEinkaufspreisfindung(Connection& connection) override;
+  std::unique_ptr<Version> createVersion() override;
+  std::unique_ptr<Profile> createProfile() override;
+  std::unique_ptr<Adressindex> createAdressindex(Connection& connection) override;
+  std::unique_ptr<FibuUebergabe> createFibuUebergabe() override;
+  /// Raises `std::runtime_error`: lookup windows belong to a desktop.
+  std::unique_ptr<Auskunft> createAuskunft() override;
+
+private:
+  std::shared_ptr<Connection> connection_;
+  Clock& clock_;
+  Desktop& desktop_;
+  const ProcessIdentity& identity_;
+  StandaloneOptions options_;
+};
+
+} // namespace qx

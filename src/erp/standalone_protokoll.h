@@ -1,0 +1,47 @@
+// Protocols of the standalone ERP.
+#pragma once
+
+#include "platform/protokoll.h"
+#include "platform/session.h"
+#include "platform/system.h"
+
+#include <array>
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace qx {
+
+/// Writes protocols as a head with numbered lines: short text column n is `Text`n, the long text is `Memo0`.
+/// After a failed write the collected line is still there, until a new one is begun.
+class StandaloneProtokoll final : public Protokoll {
+public:
+  static constexpr std::size_t shortColumns = 9;
+
+  /// `now` gives the time stamp of a new protocol; its day is the day under which it is found. `sessionId`
+  /// becomes part of its identity.
+  StandaloneProtokoll(std::function<DateTime()> now, std::string sessionId);
+
+  std::string CreateProtokoll(Connection& connection, std::string_view title, std::string_view kind,
+                              std::string_view list) override;
+  bool OpenProtokoll(Connection& connection, std::string_view id) override;
+  void AddNewRecord() override;
+  void SetField(int kind, int column, std::string_view value) override;
+  void UpdateRecord() override;
+
+private:
+  struct Line {
+    std::array<std::string, shortColumns> texts;
+    std::string memo;
+  };
+
+  Line& pendingLine();
+
+  std::function<DateTime()> now_;
+  std::string sessionId_;
+  Connection* connection_ = nullptr;
+  std::string id_;
+  std::optional<Line> line_;
+};
+
+} // namespace qx

@@ -1,0 +1,21 @@
+// The tax marks and tax keys with which a fresh installation begins.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+namespace qx {
+
+// The mark of customers in the country itself stands beside the column default that it is: erp/schema.h.
+inline constexpr std::string_view unionTaxMark = "EU";  ///< customers in the customs union
+inline constexpr std::string_view exportTaxMark = "DR"; ///< customers elsewhere
+
+inline constexpr std::string_view fullTaxArticle = "V";
+inline constexpr std::string_view reducedTaxArticle = "E";
+inline constexpr std::string_view taxFreeArticle = "F";
+
+inline constexpr std::int16_t taxFree = 1;
+inline constexpr std::int16_t reducedTax = 2;
+inline constexpr std::int16_t fullTax = 3;
+
+} // namespace qx
