@@ -134,7 +134,7 @@ private:
   friend Sql sql(const Parts&... parts);
 
   template <SqlLiteral literal>
-  void add(const SqlFragment<literal>&) {}
+  void add(const SqlFragment<literal>& /*fixed*/) {}
   void add(const SqlText& text) { values_.push_back(text.content); }
   void add(const SqlNumber& whole) { values_.emplace_back(whole.content); }
   void add(const SqlName& identifier) { names_.emplace_back(identifier.content); }

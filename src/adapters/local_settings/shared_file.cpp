@@ -40,7 +40,7 @@ private:
 constexpr mode_t onlyTheUser = S_IRUSR | S_IWUSR;
 
 int openForUser(const fs::path& path, int flags) {
-  return ::open(path.c_str(), flags | O_CLOEXEC, onlyTheUser); // NOLINT(cppcoreguidelines-pro-type-vararg)
+  return ::open(path.c_str(), flags | O_CLOEXEC, onlyTheUser);
 }
 
 void lock(const FileDescriptor& file, const fs::path& path) {

@@ -1,0 +1,20 @@
+#!/usr/bin/env bash
+# Runs clang-tidy on the sources of the program, or on some of them: scripts/tidy.sh [FILES...]
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+linter=$(command -v clang-tidy-14 || command -v clang-tidy)
+compiler=$(command -v clang++-14 || command -v clang++)
+
+# Its own database: the checks read what the compiler of the same family would compile.
+configure=(cmake -S . -B build/tidy -G Ninja "-DCMAKE_CXX_COMPILER=$compiler" -DCMAKE_BUILD_TYPE=Debug
+  -DQXIMPORTJOB_TESTS=OFF -DQXIMPORTJOB_BENCH=OFF)
+if ! log=$("${configure[@]}" 2>&1); then
+  echo "$log" >&2
+  exit 1
+fi
+
+[ $# -gt 0 ] || mapfile -t files < <(git ls-files 'src/*.cpp')
+[ $# -eq 0 ] || files=("$@")
+# The count of warnings in foreign headers says nothing.
+printf '%s\0' "${files[@]}" |
+  xargs -0 -n 1 -P 2 "$linter" -p build/tidy --quiet 2> >(grep -vE '^[0-9]+ warnings? generated\.$' >&2)
