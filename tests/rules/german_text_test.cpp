@@ -1,0 +1,34 @@
+#include "rules/german_text.h"
+
+#include <gtest/gtest.h>
+
+using namespace qx;
+
+TEST(GermanText, NumbersHaveACommaAndNoSuperfluousDigits) {
+  EXPECT_EQ(germanNumber(1234567.5), "1234567,5");
+  EXPECT_EQ(germanNumber(10), "10");
+  EXPECT_EQ(germanNumber(0.1 + 0.2), "0,3");
+  EXPECT_EQ(germanNumber(-0.0), "0");
+  EXPECT_EQ(germanNumber(0.00001), "1E-05");
+}
+
+TEST(GermanText, FixedDecimalsRoundHalfAwayFromZero) {
+  EXPECT_EQ(germanDecimals(0.125, 2), "0,13");
+  EXPECT_EQ(germanDecimals(2.675, 2), "2,68");
+  EXPECT_EQ(germanDecimals(-0.001, 2), "0,00");
+  EXPECT_EQ(germanDecimals(1234, 3), "1234,000");
+}
+
+TEST(GermanText, ReadsItsOwnNumbersAndRefusesADot) {
+  for (const double number : {0.0, -12.5, 1e-5, 123456789012345.0, 1e20})
+    EXPECT_EQ(parseGermanNumber(germanNumber(number)), number);
+  EXPECT_EQ(parseGermanNumber(" +3,5 "), 3.5);
+  for (const char* text : {"1.5", "1.000,5", "", "12a", "1,2,3", "inf", "nan", "--1"})
+    EXPECT_EQ(parseGermanNumber(text), std::nullopt) << text;
+}
+
+TEST(GermanText, CountsCharactersNotBytes) {
+  EXPECT_EQ(firstCharacters("Größe", 4), "Größ");
+  EXPECT_EQ(firstCharacters("ab", 15), "ab");
+  EXPECT_EQ(firstCharacters("😀😀😀", 2), "😀😀");
+}

@@ -1,0 +1,64 @@
+#include "rules/tax_rules.h"
+
+#include "support/erp_file.h"
+
+#include <gtest/gtest.h>
+
+using namespace qx;
+
+namespace {
+
+class TaxRulesTest : public ::testing::Test {
+protected:
+  void SetUp() override {
+    erp.connection().execute(
+        sql("Insert Into Steuerschlüsselzuordnung (MwStKZKunde, MwStKZArtikel, "
+            "Steuerschlüssel, SteuerschlüsselNeu) Values ('I','V',3,9), ('I','X',99999,null)"_sql));
+    erp.connection().execute(
+        sql("Insert Into Steuerschlüssel (Steuerschlüssel, MwSt_Satz) Values (90,19.5)"_sql));
+  }
+
+  ErpFile erp;
+  TaxRules tax{erp.environment};
+};
+
+} // namespace
+
+TEST_F(TaxRulesTest, TheNewKeyHoldsFromTheDayOfTheChange) {
+  const struct {
+    std::string_view change, date;
+    std::int16_t expected;
+  } cases[] = {
+      {"", "20991231000000", 3},
+      {"  ", "20991231000000", 3},
+      {"20070101000000", "20061231235959", 3},
+      {"20070101000000", "20070101000000", 9},
+      {"20070101120000", "20070101000000", 9},
+      {"20070101000000", "20070101235959", 9},
+      {"20070101000000", "", 3},
+      {"20070101000000", "   ", 3},
+      {"20070101000000", "2007", 3}, // compared as texts
+  };
+  for (const auto& c : cases) {
+    erp.set("DatumMwStÄnderung", c.change, "Allgemein");
+    EXPECT_EQ(tax.GetSteuerschlüssel("I", "V", c.date), c.expected) << c.change << " / " << c.date;
+  }
+}
+
+TEST_F(TaxRulesTest, APairWithoutAUsableKeyRaises) {
+  EXPECT_THROW(tax.GetSteuerschlüssel("I", "Z", ""), MissingTaxKey);
+  EXPECT_THROW(tax.GetSteuerschlüssel("I", "X", ""), MissingTaxKey);
+  erp.set("DatumMwStÄnderung", "20070101", "Allgemein");
+  EXPECT_THROW(tax.GetSteuerschlüssel("I", "X", "20070101"), MissingTaxKey);
+}
+
+TEST_F(TaxRulesTest, AnUnknownKeyHasTheRateZero) {
+  EXPECT_EQ(tax.GetSteuerSatz("90"), 19.5);
+  EXPECT_EQ(tax.GetSteuerSatz("91"), 0);
+}
+
+TEST_F(TaxRulesTest, ChangeDateIsShownAsADayOrNotAtAll) {
+  EXPECT_EQ(tax.changeDateText(), "");
+  erp.set("DatumMwStÄnderung", "20070401000000", "Allgemein");
+  EXPECT_EQ(tax.changeDateText(), "01.04.2007");
+}
