@@ -1,0 +1,33 @@
+// Settings on the stores of the standalone installation.
+#include "settings/settings.h"
+#include "support/test_erp.h"
+
+#include <gtest/gtest.h>
+
+namespace qx {
+namespace {
+
+TEST(SharedStore, KeepsValuesForEveryOtherWorkstation) {
+  TestErp erp;
+  const Settings settings(erp.environment);
+  settings.save(applicationName, optionSection, "GelöschteVerträge", "1");
+  settings.save(runApplicationName, optionSection, "GelöschteVerträge", "0");
+  EXPECT_EQ(settings.option("GelöschteVerträge"), "0") << "the last writer wins, whatever the application";
+  const auto other = erp.secondConnection();
+  const auto rows = other->open(sql("Select Value From Einstellungen Where Key = 'GelöschteVerträge'"_sql));
+  ASSERT_EQ(rows->recordCount(), 1U);
+  EXPECT_EQ(rows->text("Value"), "0");
+  EXPECT_TRUE(erp.diagnostics.entries.empty()) << erp.diagnostics.text();
+}
+
+TEST(SharedStore, ThatIsBrokenCostsTheValueAndIsTold) {
+  TestErp erp;
+  const Settings settings(erp.environment);
+  erp.execute(sql("Drop Table Einstellungen"_sql));
+  settings.save(applicationName, optionSection, "NewMail", "1");
+  EXPECT_EQ(settings.option("NewMail"), "");
+  EXPECT_EQ(erp.diagnostics.entries.size(), 2U) << erp.diagnostics.text();
+}
+
+} // namespace
+} // namespace qx

@@ -1,0 +1,46 @@
+#include "support/test_erp.h"
+
+#include "adapters/sqlite/sqlite_database.h"
+#include "erp/base_data.h"
+#include "erp/schema.h"
+
+namespace qx {
+namespace {
+
+std::shared_ptr<Connection> createdDatabase(const std::string& file) {
+  std::shared_ptr<Connection> database = SqliteDatabase().create(file);
+  WorkUnit unit(*database);
+  createSchema(*database);
+  fillBaseData(*database);
+  unit.commit();
+  return database;
+}
+
+} // namespace
+
+TestErp::TestErp()
+    : database(createdDatabase(file)), components(database, sessionClock, desktop, identity,
+                                                  {"pruefer", std::nullopt, folder.path().string()}),
+      environment{components, desktop,     jobView,  clock,    guids,   localSettings,
+                  iniFile,    diagnostics, liveness, database, nullptr, ""} {
+  environment.session = components.createSession();
+  environment.session->Connect("", "");
+}
+
+std::unique_ptr<Connection> TestErp::secondConnection() const { return SqliteDatabase().open(file); }
+
+Value TestErp::single(const Sql& statement) {
+  const auto found = connection().open(statement);
+  return found->eof() ? Value::null() : found->value(std::size_t{0});
+}
+
+std::vector<std::vector<Value>> TestErp::rows(const Sql& statement) {
+  std::vector<std::vector<Value>> all;
+  for (const auto found = connection().open(statement); !found->eof(); found->moveNext()) {
+    auto& row = all.emplace_back();
+    for (std::size_t i = 0; i < found->fieldCount(); ++i) row.push_back(found->value(i));
+  }
+  return all;
+}
+
+} // namespace qx

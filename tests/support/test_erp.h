@@ -1,0 +1,73 @@
+// A whole standalone ERP in a database file of its own, with fakes for the rest of the outside.
+#pragma once
+
+#include "erp/process_identity.h"
+#include "erp/standalone_erp.h"
+#include "platform/environment.h"
+#include "support/fake_desktop.h"
+#include "support/fake_system.h"
+#include "support/temporary_folder.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace qx {
+
+/// One process whose numbers never change, so that the session identity does not either.
+class FixedProcesses final : public ProcessTable {
+public:
+  std::optional<ProcessStart> self() const override { return ProcessStart{4711, 1000}; }
+  std::optional<ProcessStart> find(std::uint64_t) const override { return std::nullopt; }
+};
+
+/// Schema, base data and a connected session of the user "pruefer" on 24.11.2026; the clock stands at 10:30
+/// of that day. Units of work are the component's own. Raises when the database cannot be created.
+class TestErp {
+public:
+  TestErp();
+  TestErp(const TestErp&) = delete;
+  TestErp& operator=(const TestErp&) = delete;
+  ~TestErp() = default;
+
+  Connection& connection() { return *environment.connection; }
+  /// Another program's connection to the same file.
+  std::unique_ptr<Connection> secondConnection() const;
+
+  std::int64_t execute(const Sql& statement) { return connection().execute(statement); }
+  /// The first column of the first row; null when there is no row.
+  Value single(const Sql& statement);
+  std::string text(const Sql& statement) { return single(statement).text(); }
+  std::int64_t count(const Sql& statement) { return single(statement).integer().value_or(-1); }
+  /// Every row as its values.
+  std::vector<std::vector<Value>> rows(const Sql& statement);
+
+  /// An option of the section `ImportJob2` of the shared store.
+  void setOption(std::string_view key, std::string_view value) { setSetting("ImportJob2", key, value); }
+  void setSetting(std::string_view section, std::string_view key, std::string_view value) {
+    environment.session->SaveSetting(section, key, value);
+  }
+  /// The clock keeps its own date.
+  void setSessionDate(const Date& date) { sessionClock.moment.date = date; }
+
+  TemporaryFolder folder; ///< also the ERP's application directory
+  std::string file = (folder.path() / "erp.db").string();
+  FixedClock sessionClock; ///< whose day is the session date
+  RecordingDesktop desktop;
+  RecordingJobView jobView;
+  FixedClock clock;
+  SequentialGuids guids;
+  MemoryLocalSettings localSettings;
+  FixedIniFile iniFile;
+  RecordingDiagnostics diagnostics;
+  FixedLiveness liveness;
+  FixedProcesses processes;
+  ProcessIdentity identity{MachineName{"pruefstand", "0"}, processes};
+  std::shared_ptr<Connection> database;
+  StandaloneErp components;
+  Environment environment;
+};
+
+} // namespace qx
