@@ -42,10 +42,14 @@ std::unique_ptr<Recordset> openHeader(Connection& connection, std::string_view j
   return row;
 }
 
+std::unique_ptr<Recordset> openPosition(Connection& connection, std::string_view childId) {
+  return openForWriting(connection,
+                        sql("SELECT * From ImportPos where ChildID = '"_sql, value(childId), "'"_sql));
+}
+
 template <const auto& table, class Record>
 void writePosition(Connection& connection, const Record& position) {
-  const auto row = openForWriting(
-      connection, sql("SELECT * From ImportPos where ChildID = '"_sql, value(position.ChildID), "'"_sql));
+  const auto row = openPosition(connection, position.ChildID);
   setColumns<table>(*row, position, "Positionsnummer");
   // The column keeps the number as text.
   row->set("Positionsnummer", std::to_string(position.Positionsnummer));
