@@ -1,0 +1,141 @@
+// Which sales and purchase price holds, and what staged discounts amount to.
+#include "erp/sales_prices.h"
+#include "erp/staged_discounts.h"
+#include "standalone_fixture.h"
+
+namespace qx {
+namespace {
+
+struct PriceRow {
+  std::string list;
+  std::string customer;
+  double from = 0;
+  std::string validFrom;
+  double price = 0;
+  std::string unit = "ST";
+};
+
+class SalesPriceTest : public StandaloneErpTest {
+protected:
+  SalesPriceTest() {
+    database().execute(
+        sql("Insert Into Kundenstamm (Kundennummer, Preisliste) Values ('K', 'H'), ('L', 'H'), "
+            "('M', Null)"_sql));
+    database().execute(sql("Insert Into Umrechnungen (Mengeneinheit, Basiseinheit, Faktor) Values "
+                           "('KT', 'ST', 12)"_sql));
+    finder->Init(database());
+  }
+  void add(const PriceRow& row) {
+    const auto rows = database().open(sql("Select * From Verkaufspreise"_sql));
+    rows->addNew();
+    rows->set("Artikelnummer", "A");
+    rows->set("Preisliste", row.list);
+    rows->set("Kundennummer", row.customer);
+    rows->set("Mengeneinheit", row.unit);
+    rows->set("Menge", row.from);
+    rows->set("GueltigAb", row.validFrom);
+    rows->set("Preis", row.price);
+    rows->update();
+  }
+  /// The price per unit asked for; -1 when there is none.
+  double price(std::string_view customer, double quantity = 1, std::string_view unit = "ST",
+               std::optional<Date> date = makeDate(2026, 11, 24)) {
+    SalesPrice found;
+    return finder->GetVKPreis({customer, "a", quantity, unit, date}, found) == Preisfindung::notFound
+               ? -1
+               : found.price;
+  }
+
+  std::unique_ptr<Preisfindung> finder = erpOf({}).createPreisfindung();
+};
+
+TEST_F(SalesPriceTest, TheCustomersOwnPriceGoesBeforeTheListAndTheListBeforeTheGeneralPrice) {
+  add({"", "", 0, "", 10});
+  EXPECT_EQ(price("K"), 10);
+  add({"H", "", 0, "", 9});
+  EXPECT_EQ(price("K"), 9);
+  add({"", "K", 0, "", 11});
+  EXPECT_EQ(price("K"), 11) << "although it is the dearest";
+  EXPECT_EQ(price("L"), 9);
+  EXPECT_EQ(price("M"), 10) << "without a price list";
+  EXPECT_EQ(price("unbekannt"), 10);
+}
+
+TEST_F(SalesPriceTest, TheHighestStepReachedCountsAndOfEqualStepsTheLatestInForce) {
+  add({"", "", 1, "20250101000000", 10});
+  add({"", "", 1, "20261124000000", 12});
+  add({"", "", 1, "20261125", 13});
+  add({"", "", 100, "", 8});
+  EXPECT_EQ(price("K", 0.5), -1) << "below the lowest step";
+  EXPECT_EQ(price("K", 1), 12) << "in force from this very day";
+  EXPECT_EQ(price("K", 1, "ST", makeDate(2026, 11, 23)), 10);
+  EXPECT_EQ(price("K", 1, "ST", makeDate(2024, 12, 31)), -1) << "not yet in force";
+  EXPECT_EQ(price("K", 1, "ST", std::nullopt), 13) << "without a date the latest";
+  EXPECT_EQ(price("K", 99), 12);
+  EXPECT_EQ(price("K", 100), 8);
+  EXPECT_EQ(price("K", -100), 8) << "a return is priced like a sale";
+}
+
+TEST_F(SalesPriceTest, APriceOfAnotherUnitIsConvertedWithItsSteps) {
+  add({"", "", 1, "", 10});
+  add({"", "", 24, "", 9});
+  EXPECT_EQ(price("K", 1, "KT"), 120);
+  EXPECT_EQ(price("K", 2, "KT"), 108) << "two boxes are 24 pieces";
+  add({"", "", 1, "", 100, "KT"});
+  EXPECT_EQ(price("K", 1, "KT"), 100) << "a price of the unit itself needs no conversion";
+  EXPECT_EQ(price("K", 1, "PAL"), -1);
+  EXPECT_EQ(price("K", 1, ""), 10) << "without a unit the prices stand as they are";
+}
+
+TEST_F(SalesPriceTest, APriceUnitOfZeroFailsAndAMissingOneIsOne) {
+  add({"", "", 0, "", 10});
+  SalesPrice found;
+  EXPECT_EQ(finder->GetVKPreis({"K", "A", 1, "ST", {}}, found), SalesPrices::GeneralPrice);
+  EXPECT_EQ(found.priceUnit, 1);
+  database().execute(sql("Update Verkaufspreise Set Preiseinheit = 0"_sql));
+  EXPECT_EQ(finder->GetVKPreis({"K", "A", 1, "ST", {}}, found), Preisfindung::failed);
+  EXPECT_EQ(found.price, 10) << "untouched by the failure";
+}
+
+TEST_F(SalesPriceTest, DiscountsOfThePriceComeWithTheirTotalRate) {
+  add({"", "", 0, "", 10});
+  database().execute(sql("Update Verkaufspreise Set KZRabattart = 'A', KZRabatt1 = 'P', Rabatt1 = 10, "
+                         "KZRabatt2 = 'P', Rabatt2 = 5"_sql));
+  SalesPrice found;
+  ASSERT_EQ(finder->GetVKPreis({"K", "A", 1, "ST", {}}, found), SalesPrices::GeneralPrice);
+  EXPECT_DOUBLE_EQ(found.discount, 14.5);
+  EXPECT_EQ(found.discounts.values[1], 5);
+  EXPECT_THROW(SalesPrices().Init(), std::logic_error) << "no connection";
+}
+
+TEST(StagedDiscountsTest, ApplyInTurnOrAddedUpInPercentOrAmount) {
+  const auto of = [](std::string kind, std::array<std::string, 3> marks, std::array<double, 3> values) {
+    return StagedDiscounts{std::move(kind), std::move(marks), values};
+  };
+  EXPECT_DOUBLE_EQ(discountAmount(of("A", {"P", "P", "P"}, {10, 5, 2}), 200), 200 - 200 * 0.9 * 0.95 * 0.98);
+  EXPECT_DOUBLE_EQ(discountAmount(of("S", {"P", "P", "P"}, {10, 5, 2}), 200), 34);
+  EXPECT_DOUBLE_EQ(discountAmount(of("A", {"B", "P", ""}, {20, 10, 0}), 200), 38);
+  EXPECT_DOUBLE_EQ(discountAmount(of("S", {"B", "P", ""}, {20, 10, 0}), 200), 40);
+  EXPECT_DOUBLE_EQ(discountAmount(of("A", {"B", "P", ""}, {20, 10, 0}), -200), -38)
+      << "a return gives it back";
+  EXPECT_DOUBLE_EQ(discountAmount(of("", {"", "", ""}, {10, 10, 0}), 100), 19)
+      << "percent in turn is the default";
+  EXPECT_DOUBLE_EQ(discountRate(of("S", {"P", "B", "P"}, {10, 500, 5})), 15) << "an amount has no rate";
+}
+
+TEST_F(SalesPriceTest, PurchasePricesAreTheSuppliersOwn) {
+  database().execute(
+      sql("Insert Into Einkaufspreise (Lieferantennummer, Artikelnummer, Mengeneinheit, Menge, EKPreis, "
+          "EKRabatt1) Values ('L1', 'A', 'ST', 0, 5, 10), ('L1', 'A', 'ST', 50, 4, 0), "
+          "('L2', 'A', 'ST', 0, 1, 0)"_sql));
+  const auto prices = erpOf({}).createEinkaufspreisfindung(database());
+  const auto found = prices->find({"L1", "A", 2, "KT", "", 0, {}});
+  ASSERT_TRUE(found.has_value());
+  EXPECT_EQ(found->price, 60);
+  EXPECT_EQ(found->discount, 10);
+  EXPECT_EQ(prices->find({"L1", "A", 5, "KT", "", 0, {}})->price, 48);
+  EXPECT_FALSE(prices->find({"L3", "A", 1, "ST", "", 0, {}}).has_value());
+}
+
+} // namespace
+} // namespace qx

@@ -1,0 +1,179 @@
+// The tables hold everything that the component reads and writes, and its statements find their rows by
+// index.
+#include "erp/schema.h"
+
+#include "model/entry_records.h"
+#include "standalone_fixture.h"
+
+#include <map>
+#include <set>
+
+namespace qx {
+namespace {
+
+using SchemaTest = StandaloneErpTest;
+
+template <class Table>
+std::string missingColumns(Recordset& rows, const Table& fields) {
+  std::string missing;
+  for (const auto& field : fields)
+    if (!field.column.empty() && !rows.hasField(ColumnName(field.column)))
+      missing += std::string(field.column) + " ";
+  return missing;
+}
+
+TEST_F(SchemaTest, EveryStoredPropertyHasItsStagingColumn) {
+  const auto heads = database().open(sql("Select * From ImportKopf"_sql));
+  const auto positions = database().open(sql("Select * From ImportPos"_sql));
+  EXPECT_EQ(missingColumns(*heads, kundeFields), "");
+  EXPECT_EQ(missingColumns(*heads, vertragFields), "");
+  EXPECT_EQ(missingColumns(*heads, auftragFields), "");
+  EXPECT_EQ(missingColumns(*positions, auftragsPosFields), "");
+}
+
+// Column lookup folds case and sharp s, so two such names in a table would hide one another.
+TEST_F(SchemaTest, NoTwoColumnsOfATableDifferInCaseOrSharpSOnly) {
+  for (const SchemaTable& table : schemaTables()) {
+    std::set<std::uint64_t> hashes;
+    for (const SchemaColumn& column : table.columns) {
+      EXPECT_TRUE(hashes.insert(foldedNameHash(column.name)).second) << table.name << "." << column.name;
+    }
+  }
+}
+
+TEST_F(SchemaTest, StatementsOfTheComponentFitTheTables) {
+  const Sql statements[] = {
+      sql("SELECT *, Cast(Positionsnummer as int) as intPos From ImportPos where JobID = '"_sql, value("A"),
+          "' Order By intPos"_sql),
+      sql("SELECT * FROM LockControl WHERE Dateiname='ImportJob' AND Satz='1'"_sql),
+      sql("Select * From Verträge Where KundenNummer ='"_sql, value("A"), "' and Vertragsnummer='"_sql,
+          value("A"), "' and  VertrGegenstandsNr='"_sql, value("A"), "' and Vertragsart='"_sql, value("A"),
+          "'"_sql),
+      sql("Select VertrGegenstandsNr From [VertragsGegenständePos] where [VertrGegenstandsNr] = '"_sql,
+          value("A"), "' And Vertragsart ='"_sql, value("A"), "'"_sql),
+      sql("Select Kreditlimit1, Kreditlimit2, Währung from Kundenstamm WHERE Kundennummer='"_sql, value("A"),
+          "'"_sql),
+      sql("SELECT Sum([IND_Zahl4]*Menge) AS GesamtPreis FROM Auftragspos Where Auftragsnummer= "_sql,
+          number(1), " And Zeilentyp = 'K' And Erfassungsschema = 'Zubehoer'"_sql),
+      sql("SELECT Zeilentyp, MwSt_KZ, WertJN, Menge, Preis, Preiseinheit, KZRabattart, Rabatt1, Rabatt2, "
+          "Rabatt3, Rabattfähig, PosGewicht FROM Auftragspos WHERE Auftragsnummer = '"_sql,
+          value("1"), "'"_sql),
+      sql("SELECT * From Nummernkreise Where NSchl ='"_sql, value("AB"), "' AND Buchungskreis = "_sql,
+          number(1), " AND Aktiviert =1"_sql),
+      sql("SELECT * FROM Steuerschlüsselzuordnung WHERE MwStKZKunde='"_sql, value("A"),
+          "' AND MwStKZArtikel='"_sql, value("A"), "'"_sql),
+      sql("SELECT * FROM Textbausteine WHERE Textart='"_sql, value("A"), "' AND TextNummer='"_sql, value("A"),
+          "' AND ZusatztextNummer='"_sql, value("A"), "' AND SprachKZ='"_sql, value("A"), "'"_sql),
+      sql("Select (isnull(Bez1,'') + ' ' + isnull(Bez2,'')) as Bezeichnung, VertreterNr from Vertreter order "
+          "by vertreternr"_sql),
+      sql("SELECT [ZahlbedSchl], [SkontoTage1],[SkontoProzent1],[SkontoTage2],[SkontoProzent2],"
+          "[SkontoTage3],[SkontoProzent3],[NettoTage] FROM Zahlungsbedingungen ORDER BY [ZahlbedSchl]"_sql),
+      sql("Select Lagerbestand, MitBestand From Artikellager Where Artikelnummer = '"_sql, value("A"),
+          "'"_sql),
+      sql("Select Mengeneinheit From MengeneinheitenAltern Where Alternativ = '"_sql, value("A"), "'"_sql),
+      sql("Select * FROM Kostenzuordnung WHERE Kostenstelle Is Null AND Kostentraeger Is Null"_sql),
+      sql("SELECT * FROM Protokollpositionen WHERE ([Text0]='Auftrag' Or [Text8]='1') and ID ='"_sql,
+          value("A"), "'"_sql)};
+  for (const Sql& statement : statements) EXPECT_NO_THROW(database().open(statement)) << statement.text();
+}
+
+class StatementPlan : public SchemaTest {
+protected:
+  /// What the database means to do; the row key is the last sort key of every cursor.
+  std::string planOf(const Sql& statement) {
+    const auto rows = database().open(sql("EXPLAIN QUERY PLAN "_sql).append(statement));
+    std::string plan;
+    for (; !rows->eof(); rows->moveNext()) plan += rows->text("detail") + "\n";
+    return plan;
+  }
+  void expectIndexOnly(const Sql& statement, std::string_view index) {
+    const std::string plan = planOf(statement);
+    EXPECT_NE(plan.find(index), std::string::npos) << statement.text() << "\n" << plan;
+    EXPECT_EQ(plan.find("SCAN"), std::string::npos) << statement.text() << "\n" << plan;
+    EXPECT_EQ(plan.find("TEMP B-TREE"), std::string::npos) << statement.text() << "\n" << plan;
+  }
+};
+
+TEST_F(StatementPlan, SectionsResetAndJobListReadAnIndexInItsOrder) {
+  expectIndexOnly(sql("Select rowid, JobID From ImportKopf Where JobType = "_sql, number(10),
+                      " Order By Kundennummer, rowid"_sql),
+                  "ImportKopf_Kunde");
+  expectIndexOnly(sql("Select rowid, JobID From ImportKopf Where JobType = "_sql, number(30),
+                      " Order by Eingangsdatum, rowid"_sql),
+                  "ImportKopf_Datum");
+  expectIndexOnly(
+      sql("Select rowid, JobID, Convert(DateTime, Eingangsdatum, 104) as FormatDatum From ImportKopf "
+          "Where JobType = '10' Order by FormatDatum DESC, rowid DESC"_sql),
+      "ImportKopf_Datum");
+  expectIndexOnly(
+      sql("Select rowid, JobID From ImportKopf Where JobType = '10' Order by Bez1 DESC, rowid DESC"_sql),
+      "ImportKopf_Name");
+  expectIndexOnly(sql("Select rowid, JobID From ImportKopf Where JobType = '10' Order by Betreff, rowid"_sql),
+                  "ImportKopf_Betreff");
+  expectIndexOnly(sql("Select rowid, JobID From ImportKopf Where JobType = '10' Order by JobType, rowid"_sql),
+                  "ImportKopf_Art");
+  expectIndexOnly(
+      sql("Select JobType, ImportType, Fehlertext From ImportKopf Where ProcessWarning = 1 Order by "
+          "rowid"_sql),
+      "ImportKopf_Freigabe");
+}
+
+TEST_F(StatementPlan, SearchesForACustomersJobsAndLinesUseAnIndex) {
+  expectIndexOnly(
+      sql("Select JobType From ImportKopf where (JobType = 41 or JobType = 42) and  (Kundennummer = '"_sql,
+          value("1"), "')"_sql),
+      "ImportKopf_Kunde (JobType=? AND Kundennummer=?)");
+  expectIndexOnly(sql("Select * From ImportPos where JobID = '"_sql, value("A"), "' Order by rowid"_sql),
+                  "ImportPos_Job");
+  expectIndexOnly(sql("Select * From Auftragspos Where Auftragsnummer = '"_sql, value("1"), "'"_sql),
+                  "Auftragspos_Auftrag");
+  expectIndexOnly(sql("Select * From Adressenstamm Where Kundennummer = '"_sql, value("1"),
+                      "' And Adressnummer = '"_sql, value("2"), "'"_sql),
+                  "Adressenstamm_Adresse");
+  expectIndexOnly(sql("Select * From Verkaufspreise Where Artikelnummer = '"_sql, value("A"),
+                      "' And (Kundennummer = '"_sql, value("K"),
+                      "' Or Kundennummer = '') And (Preisliste = '"_sql, value("P"),
+                      "' Or Preisliste = '')"_sql),
+                  "Verkaufspreise_Artikel (Artikelnummer=? AND Kundennummer=?");
+}
+
+TEST_F(SchemaTest, CodesCompareWithoutRegardToCaseAndKeysAreUnique) {
+  database().execute(sql("Insert Into Versandtexte (Versandart) Values ('Post')"_sql));
+  EXPECT_EQ(file.count(sql("Select Count(*) From Versandtexte Where Versandart = 'POST'"_sql)), 1);
+  EXPECT_THROW(database().execute(sql("Insert Into Versandtexte (Versandart) Values ('post')"_sql)),
+               StatementError);
+  EXPECT_THROW(database().execute(sql("Insert Into Versandtexte (Kurztext) Values ('ohne')"_sql)),
+               StatementError);
+  database().execute(sql("Insert Into Adressenstamm (Adressnummer) Values ('1')"_sql));
+  EXPECT_NO_THROW(database().execute(sql("Insert Into Adressenstamm (Adressnummer) Values ('1')"_sql)))
+      << "addresses of no customer";
+}
+
+TEST_F(SchemaTest, ANewCustomerIsTaxableWithoutSayingHow) {
+  database().execute(sql("Insert Into Kundenstamm (Kundennummer) Values ('70001')"_sql));
+  const auto customer = database().open(sql("Select * From Kundenstamm"_sql));
+  EXPECT_EQ(customer->value("Preistyp"), Value(0));
+  const Value taxKey = file.first(sql(
+      "Select Steuerschlüssel From Steuerschlüsselzuordnung Where MwStKZArtikel = 'V' And MwStKZKunde = '"_sql,
+      value(customer->text("MwSt_KZ")), "'"_sql));
+  EXPECT_EQ(file.first(sql("Select MwSt_Satz From Steuerschlüssel Where Steuerschlüssel='"_sql,
+                           value(taxKey.text()), "'"_sql)),
+            Value(19.0));
+}
+
+TEST_F(SchemaTest, OnlyADatabaseOfOursHasASchemaVersion) {
+  EXPECT_EQ(storedSchemaVersion(database()), schemaVersion);
+  const auto other = SqliteDatabase().create((file.folder.path() / "leer.db").string());
+  EXPECT_EQ(storedSchemaVersion(*other), std::nullopt);
+}
+
+TEST_F(SchemaTest, ASecondCreationIsRefusedAndLeavesEverythingAsItWas) {
+  {
+    WorkUnit unit(database());
+    EXPECT_THROW(createSchema(database()), StatementError);
+  }
+  EXPECT_EQ(file.count(sql("Select Count(*) From Schemastand"_sql)), 1);
+}
+
+} // namespace
+} // namespace qx
