@@ -29,6 +29,7 @@ public:
   JobRow(Recordset& rows, MissingColumns& missing) : rows_(rows), missing_(missing) {}
 
   const Value& value(ColumnName column) const;
+  bool has(ColumnName column) const { return rows_.hasField(column); }
   std::string text(ColumnName column) const { return value(column).text(); }
   /// The value of the first column that is not empty.
   std::string firstOf(ColumnName first, ColumnName second) const;

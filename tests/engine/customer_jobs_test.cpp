@@ -1,0 +1,291 @@
+// Customer jobs: what a run writes, creates and refuses.
+#include "engine_fixture.h"
+
+#include <gmock/gmock.h>
+
+namespace qx {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+
+using CustomerJobs = EngineTest;
+
+TEST_F(CustomerJobs, ANewCustomerIsCreatedWithItsProtocolLineAndIndexEntry) {
+  stageCustomer("J1", "70001", [](KundeFields& job) {
+    job.Eingangsdatum = "13.05.2007";
+    job.Bez2 = "Werk Süd";
+    job.EMail = "";
+    job.BLZ = "";
+    job.Telefon = "040 / 1234";
+  });
+  ASSERT_TRUE(run());
+  EXPECT_EQ(jobType("J1"), 13);
+  EXPECT_EQ(customer("70001", "ÄndUser"), Value("Import"));
+  EXPECT_EQ(customer("70001", "ÄndDatum"), Value("20070513000000"));
+  EXPECT_EQ(customer("70001", "PLZ"), Value("20095"));
+  EXPECT_EQ(customer("70001", "Telefon"), Value("040 / 1234"));
+  EXPECT_TRUE(customer("70001", "EMail").isNull());
+  EXPECT_EQ(customer("70001", "Preistyp"), Value(std::int64_t{0}));
+  EXPECT_FALSE(customer("70001", "MwSt_KZ").isEmpty()) << "an order of the same run must be taxable";
+  const auto line = connection().open(sql("Select * From Protokollpositionen"_sql));
+  ASSERT_EQ(line->recordCount(), 1U);
+  EXPECT_EQ(line->text("Text0") + line->text("Text1") + line->text("Text2") + line->text("Text3"),
+            "Kunden70001Erledigt13.05.2007");
+  EXPECT_EQ(line->text("Memo0"), "Neukunde angelegt.\r\nBez1: Firma 70001\r\nBez2: Werk Süd\r\nBez3: ");
+  EXPECT_EQ(line->text("Text8"), "1");
+  EXPECT_TRUE(line->value("Text4").isNull());
+  EXPECT_EQ(count(sql("Select Count(*) From Adressindex Where Kundennummer = '70001' And Art = 1"_sql)), 1);
+}
+
+TEST_F(CustomerJobs, AnUpdateCopiesEveryFieldButKeepsTownAndFirstDay) {
+  stageCustomer("J1", "70001", [](KundeFields& job) {
+    job.Telefon = "1";
+    job.KundeSeit = "01.02.2003";
+  });
+  run();
+  stageCustomer("J2", "70001", [](KundeFields& job) {
+    job.Bez1 = "Umbenannt";
+    job.Telefon = "";
+    job.PLZ = "";
+    job.Ort = "";
+  });
+  run();
+  EXPECT_EQ(customer("70001", "Bez1"), Value("Umbenannt"));
+  EXPECT_TRUE(customer("70001", "Telefon").isNull());
+  EXPECT_EQ(customer("70001", "PLZ"), Value("20095"));
+  EXPECT_EQ(customer("70001", "Ort"), Value("Hamburg"));
+  EXPECT_EQ(customer("70001", "KundeSeit"), Value("01.02.2003"));
+  EXPECT_THAT(protocol(), ElementsAre("Kunden|70001|Erledigt", "Kunden|70001|Erledigt"));
+  EXPECT_EQ(count(sql("Select Count(*) From Protokollpositionen Where Text8 = '1'"_sql)), 1);
+}
+
+TEST_F(CustomerJobs, EveryMissingCodeIsReportedInOrderAndNothingIsWritten) {
+  stageCustomer("J1", "70001", [](KundeFields& job) {
+    job.Kundengruppe = "GX";
+    job.Vertreter1 = "";
+    job.Vertreter2 = "V2";
+    job.Vertreter3 = "V2";
+    job.Zahlungsart = "ZX";
+    job.Währung = "XYZ";
+    job.BLZ = "99";
+    job.Eingangsdatum = "31.02.2006";
+  });
+  run();
+  EXPECT_EQ(jobType("J1"), 12);
+  EXPECT_EQ(reasons("J1"),
+            "Die Kundengruppe: 'GX' wurde noch nicht angelegt.\r\n"
+            "Um automatisch die Kundengruppe anzulegen, stellen Sie dies bitte in den Optionen ein.\r\n"
+            "Der Vertreter: 'V2' wurde noch nicht angelegt.\r\n"
+            "Um automatisch den Vertreter anzulegen, stellen Sie dies bitte in den Optionen ein.\r\n"
+            "Der Vertreter: 'V2' wurde noch nicht angelegt.\r\n"
+            "Um automatisch den Vertreter anzulegen, stellen Sie dies bitte in den Optionen ein.\r\n"
+            "Die Zahlungsart: 'ZX' wurde noch nicht angelegt.\r\n"
+            "Um automatisch die Zahlungsart anzulegen, stellen Sie dies bitte in den Optionen ein.\r\n"
+            "Die Währung: 'XYZ' ist nicht angelegt.\r\n"
+            "Die Bankleitzahl: '99' wurde noch nicht angelegt.\r\n"
+            "Um automatisch die Bankleitzahl anzulegen, stellen Sie dies bitte in den Optionen ein.\r\n"
+            "Das Eingangsdatum: '31.02.2006' ist kein Datum.");
+  EXPECT_EQ(engine.strGlobalProcErr, reasons("J1"));
+  EXPECT_EQ(engine.strGlobalKundeProcErr, reasons("J1"));
+  EXPECT_EQ(count(sql("Select Count(*) From Kundenstamm"_sql)), 0);
+  EXPECT_THAT(protocol(), ElementsAre("Kunden|70001|Fehler"));
+}
+
+TEST_F(CustomerJobs, MissingCodesAreCreatedOnceWhenTheOptionsAllow) {
+  for (const auto* option :
+       {"KundenKundengruppe", "KundenVertreter", "KundenZahlungsart", "KundenBankleitzahl"})
+    erp.setOption(option, "1");
+  stageCustomer("J1", "70001", [](KundeFields& job) {
+    job.Kundengruppe = "GX";
+    job.Vertreter1 = "V9";
+    job.Vertreter2 = "V9";
+    job.Zahlungsart = "ZX";
+    job.BLZ = "99000000";
+    job.Kreditinstitut = "Musterbank";
+  });
+  run();
+  EXPECT_EQ(jobType("J1"), 13);
+  const auto single = [&](const Sql& statement) { return connection().open(statement)->value(0).text(); };
+  EXPECT_EQ(single(sql("Select Langtext From Kundengruppen Where Kundengruppe = 'GX'"_sql)),
+            "Kundengruppe GX");
+  EXPECT_EQ(single(sql("Select Suchbegriff From Vertreter Where VertreterNr = 'V9'"_sql)), "Vertreter V9");
+  EXPECT_EQ(single(sql("Select Bez1 From Vertreter Where VertreterNr = 'V9'"_sql)), "Vertreter V9");
+  EXPECT_EQ(single(sql("Select Kurztext From Zahlungsarten Where Zahlungsart = 'ZX'"_sql)), "Zahlungsart ZX");
+  EXPECT_EQ(single(sql("Select Kreditinstitut From Kreditinstitute Where Bankleitzahl = '99000000'"_sql)),
+            "Musterbank");
+  EXPECT_EQ(customer("70001", "VertreterNr2"), Value("V9"));
+  EXPECT_EQ(customer("70001", "Bankleitzahl"), Value("99000000"));
+}
+
+TEST_F(CustomerJobs, CodesThatWereCreatedStayWhenALaterCheckFailsTheJob) {
+  erp.setOption("KundenKundengruppe", "1");
+  stageCustomer("J1", "70001", [](KundeFields& job) {
+    job.Kundengruppe = "GX";
+    job.Zahlungsart = "ZX";
+  });
+  run();
+  EXPECT_EQ(jobType("J1"), 12);
+  EXPECT_EQ(count(sql("Select Count(*) From Kundengruppen Where Kundengruppe = 'GX'"_sql)), 1);
+  EXPECT_EQ(count(sql("Select Count(*) From Kundenstamm"_sql)), 0);
+}
+
+TEST_F(CustomerJobs, AJobWithoutANumberIsRefused) {
+  stageCustomer("J1", "");
+  run();
+  EXPECT_EQ(jobType("J1"), 12);
+  EXPECT_EQ(reasons("J1"), "Die Kundennummer fehlt.");
+}
+
+TEST_F(CustomerJobs, TwoJobsOfOneNumberCreateAndThenChange) {
+  stageCustomer("J1", "70001");
+  stageCustomer("J2", "70001", [](KundeFields& job) { job.Bez1 = "Zweite"; });
+  run();
+  EXPECT_EQ(customer("70001", "Bez1"), Value("Zweite"));
+  EXPECT_EQ(count(sql("Select Count(*) From Kundenstamm"_sql)), 1);
+  const auto infos = connection().open(sql("Select Memo0 From Protokollpositionen"_sql));
+  EXPECT_THAT(infos->text("Memo0"), HasSubstr("Neukunde angelegt."));
+  infos->moveNext();
+  EXPECT_THAT(infos->text("Memo0"), HasSubstr("Kunde geändert."));
+}
+
+TEST_F(CustomerJobs, FurtherAddressesAreAddedOnceAndNeverOverwritten) {
+  const auto withAddress = [](KundeFields& job) {
+    job.VS_AdrNr = "2";
+    job.VS_Bez1 = "Lager";
+    job.VS_Ort = "Kiel";
+    job.RG_AdrNr = "3";
+  };
+  stageCustomer("J1", "70001", withAddress);
+  run();
+  stageCustomer("J2", "70001", [&](KundeFields& job) {
+    withAddress(job);
+    job.VS_Ort = "Lübeck";
+  });
+  run();
+  const auto addresses =
+      connection().open(sql("Select * From Adressenstamm Where Kundennummer = '70001'"_sql));
+  ASSERT_EQ(addresses->recordCount(), 1U) << "a number without any text adds no address";
+  EXPECT_EQ(addresses->text("Ort"), "Kiel");
+  EXPECT_TRUE(addresses->value("Strasse").isNull());
+}
+
+TEST_F(CustomerJobs, ARefusedAddressLeavesNoCustomerBehind) {
+  connection().execute(sql("CREATE TRIGGER refuse BEFORE INSERT ON Adressenstamm "
+                           "BEGIN SELECT RAISE(ABORT, 'Adresse gesperrt'); END"_sql));
+  stageCustomer("J1", "70001", [](KundeFields& job) {
+    job.VS_AdrNr = "2";
+    job.VS_Bez1 = "Lager";
+  });
+  EXPECT_TRUE(run());
+  EXPECT_EQ(jobType("J1"), 12);
+  EXPECT_EQ(reasons("J1"), "Adresse gesperrt");
+  EXPECT_EQ(count(sql("Select Count(*) From Kundenstamm"_sql)), 0);
+}
+
+// The automatic check.
+
+TEST_F(CustomerJobs, InAutomaticModeFindingsParkTheJobUntilItIsReleased) {
+  erp.setOption("AutomatischVerarbeiten", "1");
+  stageCustomer("J1", "70001", [](KundeFields& job) {
+    job.Versandart = "SX";
+    job.Fehlertext = "alter Text";
+  });
+  run();
+  EXPECT_EQ(jobType("J1"), 11);
+  EXPECT_EQ(reasons("J1"),
+            "Beim Verarbeiten wurden Warnungen festgestellt.\r\nVersandart: 'SX' ist nicht angelegt.\r\n");
+  EXPECT_EQ(count(sql("Select Count(*) From Kundenstamm"_sql)), 0);
+  EXPECT_EQ(count(sql("Select Count(*) From Adressindex"_sql)), 0);
+  EXPECT_THAT(protocol(), ElementsAre("Kunden|70001|Warnung"));
+  run();
+  EXPECT_EQ(jobType("J1"), 11) << "a parked job is not taken again";
+  EXPECT_EQ(protocolLines(), 1);
+  release("J1");
+  run();
+  EXPECT_EQ(jobType("J1"), 13) << "the missing shipping method does not stop the writing";
+  EXPECT_EQ(reasons("J1"), "");
+  EXPECT_EQ(protocolLines(), 2);
+}
+
+TEST_F(CustomerJobs, AnEvaluatedRunCanBeToldToLeaveTheCheckOut) {
+  erp.setOption("AutomatischVerarbeiten", "1");
+  stageCustomer("J1", "70001", [](KundeFields& job) { job.Versandart = "SX"; });
+  run(qxProcessState::ProcessAll, true);
+  EXPECT_EQ(jobType("J1"), 13);
+}
+
+TEST_F(CustomerJobs, TheProofListsItsFindingsInOrderAndTakesTheWorst) {
+  stageCustomer("J0", "70001", [](KundeFields& job) {
+    job.Bez2 = "Alt";
+    job.VS_AdrNr = "2";
+    job.VS_Bez1 = "Lager";
+  });
+  run();
+  erp.setOption("AutomatischVerarbeiten", "1");
+  erp.setOption("KundeAdressProof", "1");
+  stageCustomer("J1", "70001", [](KundeFields& job) {
+    job.Bez2 = "Neu";
+    job.Kundengruppe = "GX";
+    job.Vertreter1 = "V1X";
+    job.Vertreter2 = "V2X";
+    job.Zahlungsart = "ZX";
+    job.ZahlungsbedSchl = "BX";
+    job.BLZ = "99";
+    job.VS_AdrNr = "2";
+    job.VS_Bez1 = "Halle";
+    job.VS_Strasse = "nicht verglichen";
+    job.Hauptkonto = "88888";
+    job.VS_KdNr = "";
+    job.RG_KdNr = "99999";
+  });
+  connection().execute(
+      sql("Insert Into ImportKopf (JobID, JobType, Kundennummer) Values ('C1', 41, '70001')"_sql));
+  connection().execute(
+      sql("Insert Into ImportKopf (JobID, JobType, Kundennummer) Values ('C2', 42, '70001')"_sql));
+  run(qxProcessState::ProcessKunden);
+  EXPECT_EQ(jobType("J1"), 12);
+  EXPECT_EQ(reasons("J1"), "Beim Verarbeiten wurden Warnungen festgestellt.\r\n"
+                           "Kundengruppe: 'GX' ist nicht angelegt.\r\n"
+                           "Vertreter1: 'V1X' ist nicht angelegt.\r\n"
+                           "Zahlungsart: 'ZX' ist nicht angelegt.\r\n"
+                           "ZahlungsbedSchl: 'BX' ist nicht angelegt.\r\n"
+                           "Bankleitzahl: '99' ist nicht angelegt.\r\n"
+                           "Bez2 ist nicht identisch: 'Neu' / 'Alt'\r\n"
+                           "VS_Bez1 ist nicht identisch: 'Halle' / 'Lager'\r\n"
+                           "Hauptkonto ist nicht angelegt\r\n"
+                           "RG_KdNr ist nicht angelegt\r\n"
+                           "Im Kundenvertrag wurden ''Warnungen'' festgestellt.\r\n"
+                           "Im Kundenvertrag wurden ''Fehler'' festgestellt.\r\n");
+}
+
+TEST_F(CustomerJobs, TheProofOfANewCustomerAcceptsItsOwnNumberAsAddress) {
+  stageCustomer("J1", "70001", [](KundeFields& job) {
+    job.VS_KdNr = "70001";
+    job.RG_KdNr = "70001";
+    job.RG_AdrNr = "7";
+  });
+  const Findings findings = engine.proveCustomerJob("J1");
+  EXPECT_EQ(findings.status, CheckStatus::Error);
+  EXPECT_EQ(findings.text, "RG_KdNr ist nicht angelegt\r\n");
+  EXPECT_EQ(jobType("J1"), 10);
+  EXPECT_EQ(engine.proveCustomerJob("unbekannt").status, CheckStatus::Clean);
+}
+
+TEST_F(CustomerJobs, AwkwardTextsAreStoredAndComparedAsData) {
+  const std::string awkward = "O'Brien'; DROP TABLE Kundenstamm; -- \"ä€😀\";" + std::string(10000, 'x');
+  stageCustomer("J1", awkward, [&](KundeFields& job) {
+    job.Bez1 = awkward;
+    job.Kundengruppe = awkward;
+  });
+  erp.setOption("KundenKundengruppe", "1");
+  run();
+  EXPECT_EQ(jobType("J1"), 13);
+  EXPECT_EQ(customer(awkward, "Bez1"), Value(awkward));
+  EXPECT_EQ(
+      count(sql("Select Count(*) From Kundengruppen Where Kundengruppe = '"_sql, value(awkward), "'"_sql)),
+      1);
+}
+
+} // namespace
+} // namespace qx

@@ -1,0 +1,339 @@
+// The processing run: order, selection, reset, progress, failures of the store and work units.
+#include "engine_fixture.h"
+
+#include "adapters/sqlite/sqlite_database.h"
+
+#include <gmock/gmock.h>
+
+#include <array>
+#include <stdexcept>
+
+namespace qx {
+namespace {
+
+using ::testing::Contains;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+class Run : public EngineTest {
+protected:
+  void stageMany(int count) {
+    WorkUnit unit(connection());
+    for (int i = 1; i <= count; ++i) stageCustomer("J" + std::to_string(i), std::to_string(70000 + i));
+    unit.commit();
+  }
+  std::int64_t done() { return count(sql("Select Count(*) From ImportKopf Where JobType = 13"_sql)); }
+};
+
+TEST_F(Run, CustomersAreTakenInTextOrderOfTheirNumberWithRoundedProgress) {
+  const std::array<const char*, 8> numbers{"2", "10", "1", "3", "4", "5", "6", "7"};
+  for (const char* number : numbers) stageCustomer(std::string("J") + number, number);
+  run();
+  std::vector<std::string> order;
+  for (const JobOutcome& outcome : outcomes) order.push_back(outcome.number);
+  EXPECT_THAT(order, ElementsAre("1", "10", "2", "3", "4", "5", "6", "7"));
+  // Halves go to the even neighbour: 12.5, 37.5, 62.5, 87.5.
+  EXPECT_THAT(events.progress, ElementsAre(12, 25, 38, 50, 62, 75, 88, 100));
+}
+
+TEST_F(Run, TheSelectionIsComparedForEquality) {
+  struct Case {
+    int selection;
+    std::vector<std::string> infos;
+  };
+  const std::string customers = "Kunden werden verarbeitet...";
+  const std::string contracts = "Verträge werden überprüft und verarbeitet...";
+  const std::string orders = "Aufträge werden verarbeitet...";
+  const std::vector<Case> cases{{0, {customers, contracts, orders}},
+                                {1, {customers}},
+                                {2, {contracts}},
+                                {4, {orders}},
+                                {8, {orders}},
+                                {3, {}},
+                                {5, {}},
+                                {6, {}},
+                                {12, {}}};
+  for (const Case& each : cases) {
+    events.infos.clear();
+    EXPECT_TRUE(run(static_cast<qxProcessState>(each.selection)));
+    EXPECT_EQ(events.infos, each.infos) << each.selection;
+    EXPECT_THAT(events.progress, IsEmpty()) << "an empty section raises no progress";
+  }
+  EXPECT_EQ(count(sql("Select Count(*) From Protokolle"_sql)), 1) << "all runs of a day share one protocol";
+}
+
+TEST_F(Run, ReleasedJobIsProcessedInTheSameRunAndOthersStayParked) {
+  stageCustomer("R", "70001", [](KundeFields& job) {
+    job.JobType = 12;
+    job.Fehlertext = "Grund";
+  });
+  stageCustomer("P", "70002", [](KundeFields& job) { job.JobType = 11; });
+  release("R");
+  run();
+  EXPECT_EQ(jobType("R"), 13);
+  EXPECT_EQ(reasons("R"), "");
+  EXPECT_EQ(jobType("P"), 11);
+  EXPECT_EQ(field("R", "ProcessWarning"), Value(std::int64_t{1})) << "a run never takes the release back";
+}
+
+TEST_F(Run, TheResetEmptiesReleasedRowsOfEveryCodeButMapsOnlyParkedOnes) {
+  struct Case {
+    int before;
+    int after;
+  };
+  const std::array<Case, 12> cases{{{11, 10},
+                                    {12, 10},
+                                    {21, 20},
+                                    {22, 20},
+                                    {31, 30},
+                                    {32, 30},
+                                    {41, 40},
+                                    {42, 40},
+                                    {13, 13},
+                                    {23, 23},
+                                    {44, 44},
+                                    {10, 10}}};
+  for (const Case& each : cases) {
+    const std::string key = "K" + std::to_string(each.before);
+    connection().execute(
+        sql("Insert Into ImportKopf (JobID, JobType, ImportType, Fehlertext, ProcessWarning) Values "
+            "('"_sql,
+            value(key), "', "_sql, number(each.before), ", 99, 'alt', 1)"_sql));
+  }
+  run(static_cast<qxProcessState>(3));
+  for (const Case& each : cases) {
+    const std::string key = "K" + std::to_string(each.before);
+    EXPECT_EQ(jobType(key), each.after);
+    EXPECT_EQ(field(key, "ImportType"), Value(std::int64_t{10}));
+    EXPECT_EQ(reasons(key), "");
+  }
+}
+
+TEST_F(Run, WhileAnOrderIsBeingReadInNothingHappens) {
+  erp.setOption("NewMail", "1");
+  stageCustomer("J1", "70001");
+  EXPECT_FALSE(run());
+  EXPECT_EQ(engine.lastRun().end, RunEnd::Refused);
+  EXPECT_EQ(erp.desktop.shown.front().text, "Es wird gerade eine Bestellung eingelesen.");
+  EXPECT_EQ(jobType("J1"), 10);
+  EXPECT_EQ(count(sql("Select Count(*) From Protokolle"_sql)), 0);
+}
+
+TEST_F(Run, ContractsAndOrdersThatWaitAreCountedAndLeftAlone) {
+  for (const int code : {20, 30, 40})
+    connection().execute(sql("Insert Into ImportKopf (JobID, JobType) Values ('"_sql,
+                             value("W" + std::to_string(code)), "', "_sql, number(code), ")"_sql));
+  run();
+  EXPECT_EQ(engine.lastRun().waitingContracts, 2U);
+  EXPECT_EQ(engine.lastRun().waitingOrders, 1U);
+  EXPECT_EQ(engine.lastRun().processed, 0U);
+}
+
+TEST_F(Run, OneRefusedSaveOfManyFailsItsJobAlone) {
+  stageMany(250);
+  connection().execute(
+      sql("CREATE TRIGGER refuse BEFORE INSERT ON Kundenstamm WHEN new.Kundennummer = '70123' "
+          "BEGIN SELECT RAISE(ABORT, 'Satz gesperrt'); END"_sql));
+  EXPECT_TRUE(run());
+  EXPECT_EQ(done(), 249);
+  EXPECT_EQ(jobType("J123"), 12);
+  EXPECT_EQ(reasons("J123"), "Satz gesperrt");
+  EXPECT_EQ(protocolLines(), 250);
+  EXPECT_EQ(engine.lastRun().error, 1U);
+}
+
+TEST_F(Run, AJobThatTakesTheWholeUnitWithItFailsAloneAndItsNeighboursAreWrittenOnce) {
+  stageMany(130);
+  connection().execute(sql("CREATE TRIGGER lose BEFORE INSERT ON Kundenstamm WHEN new.Kundennummer = '70042' "
+                           "BEGIN SELECT RAISE(ROLLBACK, 'alles verloren'); END"_sql));
+  EXPECT_TRUE(run());
+  EXPECT_EQ(done(), 129);
+  EXPECT_EQ(jobType("J42"), 12);
+  EXPECT_EQ(reasons("J42"), "alles verloren");
+  EXPECT_EQ(protocolLines(), 130);
+  EXPECT_EQ(outcomes.size(), 130U);
+  EXPECT_EQ(engine.strGlobalProcErr, "alles verloren");
+  EXPECT_TRUE(std::is_sorted(events.progress.begin(), events.progress.end()));
+}
+
+TEST_F(Run, AProtocolLineThatCannotBeWrittenTakesNothingBack) {
+  stageMany(3);
+  connection().execute(sql("CREATE TRIGGER refuse BEFORE INSERT ON Protokollpositionen "
+                           "BEGIN SELECT RAISE(ABORT, 'Protokoll voll'); END"_sql));
+  EXPECT_TRUE(run());
+  EXPECT_EQ(done(), 3);
+  EXPECT_EQ(engine.lastRun().protocolErrors, 3U);
+  EXPECT_EQ(erp.desktop.shown.front().text, "Fehler beim Erzeugen der Protokollzeile. Protokoll voll");
+}
+
+TEST_F(Run, WhenEvenTheFailureCannotBeWrittenTheGroupIsRolledBackAndTheRunEnds) {
+  stageMany(120);
+  connection().execute(sql("CREATE TRIGGER freeze BEFORE UPDATE ON ImportKopf WHEN new.JobID = 'J110' "
+                           "BEGIN SELECT RAISE(ABORT, 'Vorgang gesperrt'); END"_sql));
+  EXPECT_FALSE(run());
+  EXPECT_EQ(engine.lastRun().end, RunEnd::Broken);
+  EXPECT_THAT(engine.lastRun().failure, HasSubstr("Vorgang gesperrt"));
+  EXPECT_EQ(done(), 100) << "the first group is durable, the second still waits";
+  EXPECT_EQ(engine.lastRun().done, 100U);
+  EXPECT_EQ(outcomes.size(), 100U);
+  EXPECT_EQ(protocolLines(), 100);
+  EXPECT_FALSE(connection().inWork());
+}
+
+TEST_F(Run, AnObserverThatRaisesStopsNothing) {
+  stageMany(2);
+  events.onInfo = [](std::string_view) { throw std::runtime_error("Beobachter"); };
+  EXPECT_TRUE(run());
+  EXPECT_EQ(done(), 2);
+}
+
+TEST_F(Run, AStopEndsTheRunAfterTheCurrentJobWithoutPurge) {
+  erp.setOption("KundeDelete", "1");
+  stageMany(10);
+  engine.setOutcomeSink({});
+  events.onInfo = [this](std::string_view info) {
+    if (info.find("70004") != std::string_view::npos) engine.requestStop();
+  };
+  EXPECT_TRUE(run());
+  EXPECT_EQ(engine.lastRun().end, RunEnd::Stopped);
+  EXPECT_EQ(done(), 4);
+  EXPECT_EQ(engine.lastRun().stillWaiting, 6U);
+  EXPECT_TRUE(run()) << "the request is gone with the run that it stopped";
+  EXPECT_EQ(count(sql("Select Count(*) From ImportKopf"_sql)), 0) << "the purge ran this time";
+}
+
+TEST_F(Run, JobsThatSomeoneElseTookMeanwhileArePassedOver) {
+  stageMany(150);
+  const auto other = erp.secondConnection();
+  bool taken = false;
+  erp.desktop.onYield = [&] {
+    if (done() == 0 || taken) return;
+    taken = true;
+    other->execute(sql("Delete From ImportKopf Where JobID = 'J120'"_sql));
+    other->execute(sql("Update ImportKopf Set JobType = 11 Where JobID = 'J130'"_sql));
+  };
+  EXPECT_TRUE(run());
+  EXPECT_TRUE(taken);
+  EXPECT_EQ(done(), 148);
+  EXPECT_EQ(jobType("J130"), 11);
+  EXPECT_EQ(protocolLines(), 148);
+  EXPECT_EQ(events.progress.back(), 100);
+}
+
+TEST_F(Run, AProgramThatStagesBetweenTheGroupsDisturbsNothing) {
+  stageMany(350);
+  const auto other = erp.secondConnection();
+  int staged = 0;
+  erp.desktop.onYield = [&] {
+    ++staged;
+    other->execute(sql("Insert Into ImportKopf (JobID, JobType, Kundennummer) Values ('"_sql,
+                       value("N" + std::to_string(staged)), "', 10, '"_sql,
+                       value("9" + std::to_string(staged)), "')"_sql));
+  };
+  EXPECT_TRUE(run());
+  EXPECT_EQ(done(), 350) << "what arrives during the run is for the next one";
+  EXPECT_GE(staged, 4);
+}
+
+TEST_F(Run, InTheInstallationsOwnModeAProtocolOfChangesOnlyIsRemoved) {
+  connection().execute(sql(
+      "Insert Into Einstellungen (Section, \"Key\", Value) Values ('Allgemein', 'Individual', 'VLK')"_sql));
+  stageCustomer("J1", "70001");
+  run();
+  EXPECT_EQ(count(sql("Select Count(*) From Protokolle"_sql)), 1) << "a new customer keeps it";
+  connection().execute(sql("Delete From Protokollpositionen"_sql));
+  stageCustomer("J2", "70001");
+  run();
+  EXPECT_EQ(count(sql("Select Count(*) From Protokolle"_sql)), 0);
+  stageCustomer("J3", "70003");
+  run();
+  EXPECT_EQ(protocolLines(), 1) << "the next run recovers from the protocol that is gone";
+}
+
+TEST_F(Run, TheDayDecidesWhichProtocolIsUsed) {
+  run();
+  const std::string first = engine.lastRun().protocolId;
+  run();
+  EXPECT_EQ(engine.lastRun().protocolId, first);
+  erp.setSessionDate(makeDate(2026, 11, 25));
+  run();
+  EXPECT_NE(engine.lastRun().protocolId, first);
+  EXPECT_EQ(engine.ImpGetSetting("QXImportJob", "ImportJob2", "ProtoDate"), "25.11.2026");
+}
+
+TEST_F(Run, OnAHostsConnectionTheRunWorksWithoutUnitsOfItsOwn) {
+  stageMany(3);
+  erp.environment.connection = SqliteDatabase::openAsHost(connection().connectionString());
+  EXPECT_TRUE(run());
+  EXPECT_EQ(done(), 3);
+  EXPECT_EQ(outcomes.size(), 3U);
+}
+
+TEST_F(Run, VerifyAnswersFromTheStagingTableAndChangesNothing) {
+  bool noProof = true;
+  bool noProcess = false;
+  engine.VerifyProcesses(noProof, noProcess);
+  EXPECT_FALSE(noProof);
+  EXPECT_TRUE(noProcess) << "nothing is staged";
+  stageCustomer("J1", "70001", [](KundeFields& job) { job.JobType = 12; });
+  engine.VerifyProcesses(noProof, noProcess);
+  EXPECT_TRUE(noProcess) << "a parked job that nobody released";
+  release("J1");
+  engine.VerifyProcesses(noProof, noProcess);
+  EXPECT_FALSE(noProcess);
+  stageCustomer("J2", "70002");
+  erp.setOption("AutomatischVerarbeiten", "1");
+  engine.VerifyProcesses(noProof, noProcess);
+  EXPECT_TRUE(noProof);
+  EXPECT_EQ(jobType("J2"), 10);
+}
+
+// The object itself.
+
+using Engine = EngineTest;
+
+TEST_F(Engine, TheViewOpensOnceTheLockIsTakenAndUnloadGivesItBack) {
+  engine.JobViewShow();
+  EXPECT_EQ(erp.jobView.opened, 1);
+  EXPECT_EQ(engine.ViewFormLoad, qxtViewJobForm_Load);
+  EXPECT_EQ(count(sql("Select Count(*) From LockControl"_sql)), 1);
+  engine.JobViewShow();
+  EXPECT_EQ(erp.jobView.opened, 2) << "the view that is open comes to the front";
+  engine.Unload();
+  EXPECT_EQ(events.unloads, 1);
+  EXPECT_EQ(count(sql("Select Count(*) From LockControl"_sql)), 0);
+}
+
+TEST_F(Engine, ARefusedViewUnloadsAndLeavesTheOthersLockAlone) {
+  connection().execute(sql("Insert Into LockControl (Dateiname, Satz, StationID, SessionID, Benutzer) Values "
+                           "('ImportJob', '1', 'unbennant', 'fremd', 'Anna')"_sql));
+  engine.JobViewShow();
+  EXPECT_EQ(erp.jobView.opened, 0);
+  EXPECT_EQ(events.unloads, 1);
+  EXPECT_EQ(erp.desktop.shown.front().text,
+            "Der Import wird gerade von Benutzer 'Anna' auf Rechner 'unbennant' bearbeitet.");
+  EXPECT_EQ(erp.desktop.shown.front().title, "Datensatz gesperrt");
+  EXPECT_EQ(count(sql("Select Count(*) From LockControl"_sql)), 1);
+}
+
+TEST_F(Engine, WithoutAConnectionTheViewAsksForOne) {
+  erp.environment.connection.reset();
+  engine.JobViewShow();
+  EXPECT_EQ(erp.desktop.shown.front().text, "Bitte geben Sie eine Connection an.");
+  EXPECT_FALSE(engine.ConnectDB());
+}
+
+TEST_F(Engine, SubscriptionsEndWithTheirHandle) {
+  {
+    RecordingEvents other;
+    const Subscription handle = engine.subscribe(other);
+    engine.Unload();
+    EXPECT_EQ(other.unloads, 1);
+  }
+  engine.Unload();
+  EXPECT_EQ(events.unloads, 2);
+}
+
+} // namespace
+} // namespace qx
