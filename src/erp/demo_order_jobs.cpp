@@ -1,0 +1,117 @@
+#include "erp/demo_staging.h"
+
+#include "model/job_codes.h"
+
+#include <initializer_list>
+#include <string>
+#include <vector>
+
+namespace qx::demo {
+namespace {
+
+struct Line {
+  std::string article;
+  double quantity = 1;
+  std::string unit = "ST";
+  std::string longText = {};
+};
+
+std::size_t indexOf(std::string_view customerNumber) {
+  return static_cast<std::size_t>(std::stoi(std::string(customerNumber))) - 70001;
+}
+
+void addLines(Staging& staging, const std::vector<Line>& lines) {
+  std::size_t number = 0;
+  for (const Line& line : lines)
+    staging.addPosition(qxtJobAuftragsPos, {{"Positionsnummer", std::to_string(++number)},
+                                            {"Artikelnummer", line.article},
+                                            {"Menge", line.quantity},
+                                            {"Mengeneinheit", line.unit},
+                                            {"Artikellangtext", emptyToNull(Value(line.longText))},
+                                            {"Auslieferungsmenge", line.quantity},
+                                            {"Fakturiermenge", line.quantity},
+                                            {"Lieferbereit", true},
+                                            {"Fakturierbereit", true}});
+}
+
+void addOrder(Staging& staging, int daysAgo, std::size_t index, const std::vector<Line>& lines,
+              std::initializer_list<Cell> cells = {}, std::int16_t jobType = qxtJobAufträge) {
+  staging.begin(jobType, daysAgo, {{"Betreff", "Webshop-Bestellung"}});
+  staging.setCustomer(customer(index), false);
+  staging.set(cells);
+  staging.finish();
+  addLines(staging, lines);
+}
+
+std::vector<Line> usualLines(std::size_t seed) {
+  std::vector<Line> lines;
+  for (std::size_t i = 0; i <= seed % 4 + 1; ++i)
+    lines.push_back({articleNumber((seed + i * 3) % productCount, (seed * 7 + i) % sizeCount),
+                     static_cast<double>((seed + i) % 9 + 1)});
+  return lines;
+}
+
+void stageWritten(Staging& staging) {
+  for (std::size_t i = 0; i < 12; ++i)
+    addOrder(staging, static_cast<int>(11 - i % 11), 100 + i * 7, usualLines(i));
+  addOrder(staging, 3, customerCount, usualLines(20), {{"Bemerkung", "Erster Auftrag eines neuen Kunden"}});
+  addOrder(staging, 3, 0,
+           {{articleNumber(0, 0), 250}, {articleNumber(1, 4), 2, "PK"}, {articleNumber(2, 1), 1, "KT"}});
+  addOrder(staging, 2, 1, {{articleNumber(5, 3), 4}, {std::string(serviceArticle), 1.5, "Std"}});
+  addOrder(staging, 2, 2,
+           {{articleNumber(6, 2), 1, "Stck", "Bitte ohne Heft liefern.\r\nHefte sind vorhanden."}});
+  addOrder(staging, 2, indexOf(unionCustomer), usualLines(5));
+  addOrder(staging, 1, 5, {{std::string(accessoryArticle), 3}, {articleNumber(8, 0), 10}});
+  addOrder(staging, 1, 10, usualLines(6),
+           {{"VS_KdNr", customer(10).number}, {"VS_AdrNr", "1"}, {"Liefertermin", staging.day(-21)}});
+  addOrder(staging, 1, 90, {{articleNumber(4, 1), -1}}, {{"Betreff", "Rückgabe"}});
+
+  staging.begin(qxtJobAufträge, 1, {{"Betreff", "Barverkauf"}});
+  Customer passerBy = customer(customerCount + 40);
+  passerBy.number = collectiveCustomer;
+  staging.setCustomer(passerBy, false);
+  staging.finish();
+  addLines(staging, usualLines(9));
+}
+
+/// With the checks on these are parked as warnings or errors.
+void stageParked(Staging& staging) {
+  addOrder(staging, 6, 80, {{articleNumber(7, 0), 5000}});
+  addOrder(staging, 6, 81, {{std::string(unpricedArticle), 1}});
+  addOrder(staging, 6, 82, usualLines(3), {{"Versandart", "DROHNE"}, {"Vertreter1", "999"}});
+  addOrder(staging, 5, indexOf(warnedCustomer), usualLines(4));
+  addOrder(staging, 5, indexOf(overdrawnCustomer), usualLines(4));
+  addOrder(staging, 5, 83, {{"GIBT-ES-NICHT", 1}});
+  addOrder(staging, 4, 84, {{std::string(wrongPriceArticle), 1}});
+  addOrder(staging, 4, 85, {});
+  addOrder(staging, 4, 86, usualLines(2), {{"VS_KdNr", "79997"}, {"VS_AdrNr", "7"}});
+  addOrder(staging, 3, customerCount + 60, usualLines(2));
+}
+
+/// These pass the check and fail in the writing.
+void stageFailing(Staging& staging) {
+  addOrder(staging, 3, 87, {{std::string(blockedArticle), 1}});
+  addOrder(staging, 3, indexOf(blockedCustomer), usualLines(1));
+  addOrder(staging, 2, 88, usualLines(1), {{"Eingangsdatum", "demnächst"}});
+}
+
+void stageReleased(Staging& staging) {
+  const Cell released{"ProcessWarning", 1};
+  addOrder(staging, 9, 89, {{articleNumber(7, 1), 4000}},
+           {released, {"Fehlertext", "Beim Verarbeiten wurden Warnungen festgestellt.\r\nLagerbestand\r\n"}},
+           qxtJobAufträgeWarning);
+  addOrder(staging, 9, 91, usualLines(8), {released, {"Versandart", "DROHNE"}}, qxtJobAufträgeWarning);
+  addOrder(staging, 13, 92, usualLines(7), {{"Bemerkung", " Auftrag: 199999"}, {"Erledigt", true}},
+           qxtJobAufträgeDone);
+}
+
+} // namespace
+
+void stageOrders(Staging& staging) {
+  stageWritten(staging);
+  stageParked(staging);
+  stageFailing(staging);
+  stageReleased(staging);
+}
+
+} // namespace qx::demo
