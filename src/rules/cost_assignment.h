@@ -33,7 +33,7 @@ public:
   std::int32_t findOrCreate(const CostPair& pair) const;
 
 private:
-  std::unique_ptr<Recordset> openPair(const CostPair& trimmed) const;
+  std::unique_ptr<Recordset> openPair(const CostPair& pair) const;
   std::int16_t ruleOf(std::string_view documentKind) const;
   void showMissing(std::string_view labelKey, std::string_view fallback) const;
 

@@ -6,6 +6,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <memory>
 
 namespace qx {
 namespace {
@@ -43,7 +44,7 @@ std::optional<double> parseGermanNumber(std::string_view text) {
   std::string digits(text);
   std::ranges::replace(digits, ',', '.');
   double number = 0;
-  const char* const last = digits.data() + digits.size();
+  const char* const last = std::to_address(digits.cend());
   const auto [end, error] = std::from_chars(digits.data(), last, number);
   if (error != std::errc() || end != last || !std::isfinite(number)) return std::nullopt;
   return number;

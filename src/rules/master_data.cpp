@@ -3,7 +3,6 @@
 #include "rules/active_connection.h"
 #include "rules/payment_terms.h"
 
-#include <algorithm>
 #include <array>
 #include <stdexcept>
 
@@ -192,11 +191,9 @@ double MasterData::orderValue(std::int32_t order) const {
 }
 
 bool MasterData::codeExists(std::string_view field, std::string_view code) const {
-  const auto table =
-      std::ranges::find_if(codeTables, [&](const CodeTable& candidate) { return candidate.field == field; });
-  if (table == codeTables.end())
-    throw std::invalid_argument("no master table is known for the field '" + std::string(field) + "'");
-  return anyRow(table->lookup(code));
+  for (const CodeTable& table : codeTables)
+    if (table.field == field) return anyRow(table.lookup(code));
+  throw std::invalid_argument("no master table is known for the field '" + std::string(field) + "'");
 }
 
 } // namespace qx

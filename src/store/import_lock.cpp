@@ -32,7 +32,7 @@ bool ImportLock::skipping(Step&& step) {
 }
 
 LockOutcome ImportLock::take(BusyWait* wait) {
-  const LockOutcome outcome = activeConnection(environment_).ownsWork() ? takeOwn(wait) : takeOnHost();
+  LockOutcome outcome = activeConnection(environment_).ownsWork() ? takeOwn(wait) : takeOnHost();
   if (outcome.state == LockState::Taken) held_ = true;
   return outcome;
 }

@@ -10,7 +10,7 @@ namespace qx {
 namespace {
 
 template <const auto& table, std::size_t... index>
-constexpr auto columnNames(std::index_sequence<index...>) {
+constexpr auto columnNames(std::index_sequence<index...> /*places*/) {
   return std::array<ColumnName, sizeof...(index)>{ColumnName(table[index].column)...};
 }
 
