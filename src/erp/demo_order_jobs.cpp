@@ -44,10 +44,13 @@ void addOrder(Staging& staging, int daysAgo, std::size_t index, const std::vecto
 }
 
 std::vector<Line> usualLines(std::size_t seed) {
+  constexpr std::size_t smallParts = 4; // the first products are sold by the dozen
   std::vector<Line> lines;
-  for (std::size_t i = 0; i <= seed % 4 + 1; ++i)
-    lines.push_back({articleNumber((seed + i * 3) % productCount, (seed * 7 + i) % sizeCount),
-                     static_cast<double>((seed + i) % 9 + 1)});
+  for (std::size_t i = 0; i <= seed % 4 + 1; ++i) {
+    const std::size_t product = (seed + i * 3) % productCount;
+    const std::size_t quantity = ((seed + i) % 9 + 1) * (product < smallParts ? 24 : 1);
+    lines.push_back({articleNumber(product, (seed * 7 + i) % sizeCount), static_cast<double>(quantity)});
+  }
   return lines;
 }
 
@@ -56,7 +59,7 @@ void stageWritten(Staging& staging) {
     addOrder(staging, static_cast<int>(11 - i % 11), 100 + i * 7, usualLines(i));
   addOrder(staging, 3, customerCount, usualLines(20), {{"Bemerkung", "Erster Auftrag eines neuen Kunden"}});
   addOrder(staging, 3, 0,
-           {{articleNumber(0, 0), 250}, {articleNumber(1, 4), 2, "PK"}, {articleNumber(2, 1), 1, "KT"}});
+           {{articleNumber(0, 0), 250}, {articleNumber(1, 4), 2, "PK"}, {articleNumber(2, 4), 1, "KT"}});
   addOrder(staging, 2, 1, {{articleNumber(5, 3), 4}, {std::string(serviceArticle), 1.5, "Std"}});
   addOrder(staging, 2, 2,
            {{articleNumber(6, 2), 1, "Stck", "Bitte ohne Heft liefern.\r\nHefte sind vorhanden."}});
