@@ -1,0 +1,42 @@
+// What all commands of the program have in common.
+#pragma once
+
+#include "cli/exit_code.h"
+#include "cli/installation.h"
+#include "cli/output.h"
+#include "engine/import_job_object2.h"
+
+namespace qx::cli {
+
+/// One verb of the program. Its public members are its arguments.
+class Command {
+public:
+  virtual ~Command() = default;
+  /// Checks the arguments and touches nothing. Raises `ProgramError`.
+  virtual void prepare() {}
+  virtual ExitCode run(Installation& installation, const Output& output) = 0;
+};
+
+/// What a command on an open database works with.
+struct Workplace {
+  Environment& environment;
+  ImportJobObject2& engine;
+  const Output& output;
+
+  Connection& connection() const { return *environment.connection; }
+};
+
+/// A verb that works on an existing database.
+class DatabaseCommand : public Command {
+public:
+  ExitCode run(Installation& installation, const Output& output) final {
+    Environment& environment = installation.open();
+    ImportJobObject2 engine(environment);
+    return work({environment, engine, output});
+  }
+
+protected:
+  virtual ExitCode work(const Workplace& place) = 0;
+};
+
+} // namespace qx::cli

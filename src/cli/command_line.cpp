@@ -1,0 +1,195 @@
+#include "cli/command_line.h"
+
+#include "cli/check_command.h"
+#include "cli/delete_command.h"
+#include "cli/init_command.h"
+#include "cli/list_command.h"
+#include "cli/lock_command.h"
+#include "cli/process_command.h"
+#include "cli/protocol_command.h"
+#include "cli/release_command.h"
+#include "cli/settings_command.h"
+#include "cli/show_command.h"
+#include "cli/stage_command.h"
+
+#include <CLI/CLI.hpp>
+
+#include <utility>
+
+namespace qx::cli {
+namespace {
+
+/// Declares the options and the verbs; the chosen verb's command is kept.
+class Parser {
+public:
+  explicit Parser(std::string_view version)
+      : app_("Import jobs: stage, check and process customers, contracts and orders.", "qximportjob") {
+    app_.set_version_flag("--version", std::string(version));
+    app_.require_subcommand(1);
+    app_.fallthrough();
+    app_.footer("Exit status: 0 all well, 1 jobs with findings, 2 wrong usage or input, 3 refused,\n"
+                "4 database or environment failure. 'qximportjob COMMAND --help' tells more.");
+    declareOptions();
+    declareJobCommands();
+    declareRunCommands();
+    declareSettings();
+  }
+
+  Invocation parse(int count, const char* const* arguments) {
+    Invocation invocation;
+    try {
+      app_.parse(count, arguments);
+    } catch (const CLI::ParseError& error) {
+      if (error.get_exit_code() != 0)
+        throw ProgramError(ExitCode::BadInput, error.what(), "qximportjob --help tells how it is used.");
+      std::ostringstream text;
+      app_.exit(error, text, text);
+      invocation.text = text.str();
+      return invocation;
+    }
+    readDate();
+    invocation.options = options_;
+    invocation.command = std::move(chosen_);
+    return invocation;
+  }
+
+private:
+  template <class CommandType>
+  CLI::App* verb(CLI::App& parent, const char* name, const char* purpose, CommandType*& command) {
+    auto made = std::make_unique<CommandType>();
+    command = made.get();
+    CLI::App* verb = parent.add_subcommand(name, purpose);
+    commands_.push_back(std::move(made));
+    const std::size_t place = commands_.size() - 1;
+    verb->callback([this, place] { chosen_ = std::move(commands_[place]); });
+    return verb;
+  }
+
+  void declareOptions() {
+    app_.add_option("--db", options_.database,
+                    "Database file; default $QXIMPORTJOB_DB, else qximportjob/qximportjob.db in the user's "
+                    "data folder");
+    app_.add_flag("--json", options_.json, "Print one JSON document");
+    app_.add_option("--user", options_.user, "Name of the user; default the login name");
+    app_.add_option("--date", date_, "Session date, dd.mm.yyyy; default today");
+    app_.add_flag("--verbose", options_.verbose, "Tell every failure that was skipped");
+  }
+
+  void declareJobCommands() {
+    InitCommand* init = nullptr;
+    verb(app_, "init", "Create the database", init)
+        ->add_flag("--demo", init->demo, "Fill it with a demo company and its jobs");
+
+    StageCommand* stage = nullptr;
+    CLI::App* stageVerb = verb(app_, "stage", "Stage jobs from a JSON file", stage);
+    stageVerb->add_option("FILE", stage->file, "File of jobs, - for standard input")->required();
+    stageVerb->add_flag("--again", stage->again, "Stage jobs anew that are done");
+
+    ListCommand* list = nullptr;
+    CLI::App* listVerb = verb(app_, "list", "List jobs, oldest first", list);
+    listVerb->add_option("--state", list->states, "waiting, warning, error or done; may be repeated")
+        ->expected(1)
+        ->take_all();
+    listVerb->add_option("--kind", list->kinds, "kunde, vertrag, auftrag or kundenvertrag; may be repeated")
+        ->expected(1)
+        ->take_all();
+    listVerb->add_option("--limit", list->limit, "Only the first N jobs");
+
+    ShowCommand* show = nullptr;
+    verb(app_, "show", "Show one job with positions and findings", show)
+        ->add_option("JOBID", show->jobId, "Key of the job")
+        ->required();
+
+    CheckCommand* check = nullptr;
+    verb(app_, "check", "Check jobs and write nothing", check)
+        ->add_option("JOBID", check->jobIds, "Keys of jobs; default all that wait");
+
+    declareDeletion();
+  }
+
+  void declareDeletion() {
+    DeleteCommand* remove = nullptr;
+    CLI::App* deleteVerb = verb(app_, "delete", "Delete jobs", remove);
+    deleteVerb->add_option("JOBID", remove->jobIds, "Keys of jobs")->required();
+    deleteVerb->add_flag("--with-contracts", remove->withContracts,
+                         "Delete the customer's contract jobs with a customer job");
+
+    PurgeCommand* purge = nullptr;
+    verb(app_, "purge", "Delete jobs that are done", purge)
+        ->add_option("--before", purge->before, "Only those received before this day, dd.mm.yyyy");
+  }
+
+  void declareRunCommands() {
+    ProcessCommand* process = nullptr;
+    CLI::App* processVerb = verb(app_, "process", "Process the waiting jobs", process);
+    processVerb->add_option("--select", process->select, "alle, kunden, verträge, aufträge or zubehör")
+        ->capture_default_str();
+    processVerb->add_flag("--unevaluated", process->unevaluated, "Leave the automatic check out");
+
+    ReleaseCommand* release = nullptr;
+    CLI::App* releaseVerb =
+        verb(app_, "release", "Release jobs with warnings or errors for the next run", release);
+    releaseVerb->add_option("JOBID", release->jobIds, "Keys of jobs");
+    releaseVerb->add_flag("--all-warnings", release->allWarnings, "All jobs with warnings");
+
+    ProtocolCommand* protocol = nullptr;
+    verb(app_, "protocol", "Print the protocol of the day given by --date, or today's", protocol);
+
+    CLI::App* lock = app_.add_subcommand("lock", "The single-user lock");
+    lock->require_subcommand(1);
+    LockShowCommand* lockShow = nullptr;
+    verb(*lock, "show", "Show who holds the lock", lockShow);
+    LockReleaseCommand* lockRelease = nullptr;
+    verb(*lock, "release", "Remove the lock, whoever holds it", lockRelease);
+  }
+
+  void declareSettings() {
+    CLI::App* settings = app_.add_subcommand("settings", "Options");
+    settings->require_subcommand(1);
+    SettingsListCommand* list = nullptr;
+    verb(*settings, "list", "List all options", list);
+
+    SettingsGetCommand* get = nullptr;
+    CLI::App* getVerb = verb(*settings, "get", "Print one option", get);
+    getVerb->add_option("SECTION", get->section, "Section, for example ImportJob2")->required();
+    getVerb->add_option("KEY", get->key, "Key")->required();
+    getVerb->add_flag("--local", get->local, "From the user's own store");
+
+    SettingsSetCommand* set = nullptr;
+    CLI::App* setVerb = verb(*settings, "set", "Write one option", set);
+    setVerb->add_option("SECTION", set->section, "Section, for example ImportJob2")->required();
+    setVerb->add_option("KEY", set->key, "Key")->required();
+    setVerb->add_option("VALUE", set->value, "New value, may be empty")->required();
+    setVerb->add_flag("--local", set->local, "Into the user's own store");
+  }
+
+  void readDate() {
+    if (date_.empty()) return;
+    options_.sessionDate = parseGermanDate(date_);
+    if (!options_.sessionDate)
+      throw ProgramError(ExitCode::BadInput, "'" + date_ + "' is no date", "Dates are written dd.mm.yyyy.");
+  }
+
+  CLI::App app_;
+  ProgramOptions options_;
+  std::string date_;
+  std::vector<std::unique_ptr<Command>> commands_;
+  std::unique_ptr<Command> chosen_;
+};
+
+} // namespace
+
+Invocation parseArguments(int count, const char* const* arguments, std::string_view version) {
+  return Parser(version).parse(count, arguments);
+}
+
+bool asksForJson(int count, const char* const* arguments) {
+  for (int i = 1; i < count; ++i) {
+    const std::string_view argument(arguments[i]);
+    if (argument == "--") return false;
+    if (argument == "--json") return true;
+  }
+  return false;
+}
+
+} // namespace qx::cli

@@ -1,0 +1,132 @@
+#include "cli/composition.h"
+
+#include "adapters/local_settings/ini_local_settings.h"
+#include "cli/exit_code.h"
+#include "erp/base_data.h"
+#include "erp/demo_data.h"
+#include "erp/demo_jobs.h"
+#include "erp/schema.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <pwd.h>
+#include <unistd.h>
+
+namespace qx::cli {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string variable(const char* name) {
+  const char* value = std::getenv(name);
+  return value == nullptr ? std::string() : std::string(value);
+}
+
+std::string loginName() {
+  if (const passwd* entry = getpwuid(geteuid())) return entry->pw_name;
+  return variable("USER");
+}
+
+std::string databaseTarget(const ProgramOptions& options) {
+  if (!options.database.empty()) return options.database;
+  if (std::string target = variable("QXIMPORTJOB_DB"); !target.empty()) return target;
+  // A relative path in this variable counts as not set, as its definition demands.
+  fs::path data = variable("XDG_DATA_HOME");
+  if (!data.is_absolute()) {
+    const std::string home = variable("HOME");
+    if (home.empty())
+      throw ProgramError(ExitCode::Failure, "there is no home folder that could hold the database",
+                         "Name the database with --db FILE or $QXIMPORTJOB_DB.");
+    data = fs::path(home) / ".local" / "share";
+  }
+  return (data / "qximportjob" / "qximportjob.db").string();
+}
+
+/// For the shell: in single quotes when it is not plain.
+std::string shellWord(const std::string& text) {
+  constexpr std::string_view plain = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789._-/";
+  if (!text.empty() && text.find_first_not_of(plain) == std::string::npos) return text;
+  std::string word = "'";
+  for (const char c : text) word += c == '\'' ? std::string("'\\''") : std::string(1, c);
+  return word + "'";
+}
+
+} // namespace
+
+std::string Composition::UserSettings::read(std::string_view application, std::string_view section,
+                                            std::string_view key) {
+  return IniLocalSettings(defaultLocalSettingsFile()).read(application, section, key);
+}
+
+void Composition::UserSettings::write(std::string_view application, std::string_view section,
+                                      std::string_view key, std::string_view value) {
+  IniLocalSettings(defaultLocalSettingsFile()).write(application, section, key, value);
+}
+
+Composition::Composition(const ProgramOptions& options, std::ostream& messages)
+    : options_(options), diagnostics_(messages, options.verbose), desktop_(messages, diagnostics_),
+      jobView_(desktop_), iniFile_(diagnostics_), identity_(MachineName::read(), processes_) {}
+
+std::string Composition::initLine() const {
+  const std::string option = options_.database.empty() ? "" : "--db " + shellWord(options_.database) + " ";
+  return "Create it with: qximportjob " + option + "init";
+}
+
+Environment& Composition::open() {
+  const std::string target = databaseTarget(options_);
+  std::error_code ignored;
+  if (!fs::exists(target, ignored))
+    throw ProgramError(ExitCode::Failure, target + ": there is no such database", initLine());
+  std::shared_ptr<Connection> connection = database_.open(target);
+  requireSchema(*connection, target);
+  connect(std::move(connection), target);
+  return *environment_;
+}
+
+void Composition::requireSchema(Connection& connection, const std::string& target) const {
+  const auto version = storedSchemaVersion(connection);
+  if (!version)
+    throw ProgramError(ExitCode::Failure, target + ": the database does not hold the tables of this program",
+                       initLine());
+  if (*version != schemaVersion)
+    throw ProgramError(ExitCode::Failure,
+                       target + ": the database has version " + std::to_string(*version) +
+                           ", this program works with version " + std::to_string(schemaVersion),
+                       "Use the program of that version, or another database with --db.");
+}
+
+void Composition::connect(std::shared_ptr<Connection> connection, const std::string& target) {
+  StandaloneOptions standalone;
+  standalone.userName = options_.user.empty() ? loginName() : options_.user;
+  standalone.sessionDate = options_.sessionDate;
+  standalone.applicationDirectory = fs::absolute(target).parent_path().string();
+  erp_.emplace(connection, clock_, desktop_, identity_, std::move(standalone));
+  environment_.emplace(Environment{*erp_, desktop_, jobView_, clock_, guids_, localSettings_, iniFile_,
+                                   diagnostics_, identity_, connection, erp_->createSession(), ""});
+  environment_->session->Connect("", "");
+}
+
+InstallationReport Composition::create(bool demo) {
+  const std::string target = databaseTarget(options_);
+  std::error_code ignored;
+  if (fs::exists(target, ignored) && fs::file_size(target, ignored) > 0) {
+    const std::shared_ptr<Connection> existing = database_.open(target);
+    if (storedSchemaVersion(*existing)) {
+      requireSchema(*existing, target);
+      return {};
+    }
+  }
+  const std::shared_ptr<Connection> connection = database_.create(target);
+  WorkUnit unit(*connection);
+  createSchema(*connection);
+  fillBaseData(*connection);
+  std::size_t staged = 0;
+  if (demo) {
+    fillDemoData(*connection);
+    staged = stageDemoJobs(*connection, options_.sessionDate.value_or(clock_.now().date));
+  }
+  unit.commit();
+  return {true, demo, staged};
+}
+
+} // namespace qx::cli

@@ -1,0 +1,61 @@
+// The composition root of the program: the one place that knows concrete adapters.
+#pragma once
+
+#include "adapters/local_settings/profile_ini_file.h"
+#include "adapters/sqlite/sqlite_database.h"
+#include "adapters/system/absent_job_view.h"
+#include "adapters/system/console_desktop.h"
+#include "adapters/system/random_guid_source.h"
+#include "adapters/system/stream_diagnostics.h"
+#include "adapters/system/system_clock.h"
+#include "cli/installation.h"
+#include "cli/program_options.h"
+#include "erp/process_identity.h"
+#include "erp/standalone_erp.h"
+
+#include <memory>
+#include <optional>
+#include <ostream>
+#include <string>
+#include <string_view>
+
+namespace qx::cli {
+
+/// The standalone ERP on a database file.
+class Composition final : public Installation {
+public:
+  /// `messages` is standard error.
+  Composition(const ProgramOptions& options, std::ostream& messages);
+
+  Environment& open() override;
+  InstallationReport create(bool demo) override;
+
+private:
+  /// Finds the file of the user's settings when it is needed: most commands do without a home folder.
+  class UserSettings final : public LocalSettings {
+  public:
+    std::string read(std::string_view application, std::string_view section, std::string_view key) override;
+    void write(std::string_view application, std::string_view section, std::string_view key,
+               std::string_view value) override;
+  };
+
+  std::string initLine() const;
+  void connect(std::shared_ptr<Connection> connection, const std::string& target);
+  void requireSchema(Connection& connection, const std::string& target) const;
+
+  ProgramOptions options_;
+  StreamDiagnostics diagnostics_;
+  ConsoleDesktop desktop_;
+  AbsentJobView jobView_;
+  SystemClock clock_;
+  RandomGuidSource guids_;
+  UserSettings localSettings_;
+  ProfileIniFile iniFile_;
+  ProcFileSystem processes_;
+  ProcessIdentity identity_;
+  SqliteDatabase database_;
+  std::optional<StandaloneErp> erp_;
+  std::optional<Environment> environment_;
+};
+
+} // namespace qx::cli

@@ -1,0 +1,36 @@
+// Deletes jobs: by key, or those that are done.
+#pragma once
+
+#include "cli/command.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace qx::cli {
+
+/// `delete JOBID... [--with-contracts]`: all of them or none.
+class DeleteCommand final : public DatabaseCommand {
+public:
+  std::vector<std::string> jobIds;
+  bool withContracts = false; ///< of a customer job also the customer's contract jobs
+
+protected:
+  ExitCode work(const Workplace& place) override;
+};
+
+/// `purge [--before dd.mm.yyyy]`: every done job, or those received before a day.
+class PurgeCommand final : public DatabaseCommand {
+public:
+  std::optional<std::string> before;
+
+  void prepare() override;
+
+protected:
+  ExitCode work(const Workplace& place) override;
+
+private:
+  std::optional<Date> day_;
+};
+
+} // namespace qx::cli

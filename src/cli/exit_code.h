@@ -1,0 +1,42 @@
+// How the program ends, and the errors that it tells its user.
+#pragma once
+
+#include <cstdint>
+#include <stdexcept>
+#include <string>
+#include <utility>
+
+namespace qx::cli {
+
+enum class ExitCode : int {
+  Success = 0,
+  Findings = 1, ///< the work was done, and some job ended in warning or error or has findings
+  BadInput = 2, ///< wrong usage or bad input; nothing was changed
+  Refused = 3,  ///< somebody else is at work
+  Failure = 4,  ///< the database or the environment failed
+};
+
+/// Where in a file of jobs something is wrong. Unknown parts are empty or 0.
+struct InputPlace {
+  std::string file;
+  std::int64_t line = 0;
+  std::string field;
+};
+
+/// An error with its exit code, its place in the input and what to do next.
+class ProgramError : public std::runtime_error {
+public:
+  ProgramError(ExitCode code, const std::string& message, std::string nextStep = {}, InputPlace place = {})
+      : std::runtime_error(message), code_(code), nextStep_(std::move(nextStep)), place_(std::move(place)) {}
+
+  ExitCode code() const { return code_; }
+  const std::string& nextStep() const { return nextStep_; }
+  const InputPlace& place() const { return place_; }
+
+private:
+  ExitCode code_;
+  std::string nextStep_;
+  InputPlace place_;
+};
+
+} // namespace qx::cli

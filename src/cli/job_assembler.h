@@ -1,0 +1,78 @@
+// Puts the objects of a file of jobs together and hands each finished record on.
+#pragma once
+
+#include "cli/object_builder.h"
+#include "cli/staging_area.h"
+#include "model/entry_records.h"
+#include "model/import_job.h"
+#include "platform/environment.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace qx::cli {
+
+/// Takes the events of one file in their order. Properties may stand before the object's type: they wait
+/// until it is known, and so do positions. Raises `ProgramError` that names line, object and property for
+/// everything that cannot be staged.
+class JobAssembler {
+public:
+  JobAssembler(Environment& environment, StagingArea& area, std::string fileName);
+
+  void beginJob(std::int64_t line);
+  void property(StageProperty property);
+  void beginPositions(const StageProperty& key);
+  void beginPosition(std::int64_t line);
+  void positionProperty(StageProperty property);
+  void endPosition();
+  void endJob();
+
+  /// Refuses what stands at a line; `field` is empty when it is no property.
+  [[noreturn]] void refuse(std::int64_t line, std::string_view field, std::string_view reason) const;
+  /// Refuses a property of the current position.
+  [[noreturn]] void refusePosition(std::int64_t line, std::string_view field, std::string_view reason) const;
+  std::int64_t jobNumber() const { return jobNumber_; }
+
+private:
+  enum class Type : std::uint8_t { Unknown, Kunde, Vertrag, Auftrag };
+  struct WaitingPosition {
+    std::int64_t line = 0;
+    std::vector<StageProperty> properties;
+  };
+
+  void setType(const StageProperty& type);
+  void addToJob(StageProperty& property);
+  void addToPosition(StageProperty& property);
+  void allowPositions() const;
+  void finishPosition();
+  template <class Builder>
+  void finishJob(Builder& builder, std::int16_t code, std::int16_t otherCode = 0);
+  template <class Builder>
+  void finishPosition(Builder& builder, std::int16_t code);
+  std::string checkedKey(std::string key, std::int64_t line, std::string_view field, bool inPosition) const;
+
+  Environment& environment_;
+  StagingArea& area_;
+  std::string fileName_;
+
+  ObjectBuilder<kundeFields, KundeFields> kunde_;
+  ObjectBuilder<vertragFields, VertragFields> vertrag_;
+  ObjectBuilder<auftragFields, AuftragFields> auftrag_;
+  ObjectBuilder<auftragsPosFields, AuftragsPosFields> orderPosition_;
+  ObjectBuilder<importJobSubItemFields, ImportJobSubItem> contractPosition_;
+
+  std::int64_t jobNumber_ = 0;
+  std::int64_t jobLine_ = 0;
+  Type type_ = Type::Unknown;
+  std::int64_t typeLine_ = 0;
+  std::int64_t positionsLine_ = 0;
+  std::int64_t positionNumber_ = 0;
+  std::int64_t positionLine_ = 0;
+  std::vector<StageProperty> waitingProperties_;
+  std::vector<WaitingPosition> waitingPositions_;
+};
+
+} // namespace qx::cli

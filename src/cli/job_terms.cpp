@@ -1,0 +1,91 @@
+#include "cli/job_terms.h"
+
+#include "cli/utf8.h"
+
+#include <array>
+
+namespace qx::cli {
+namespace {
+
+struct Kind {
+  std::int16_t code;
+  std::string_view argument;
+  std::string_view text;
+  std::string_view process;
+};
+constexpr std::array kinds{Kind{qxtjobkunden, "kunde", "Kunde", "Kunden"},
+                           Kind{qxtjobverträge, "vertrag", "Vertrag", "Vertrag"},
+                           Kind{qxtJobAufträge, "auftrag", "Auftrag", "Auftrag"},
+                           Kind{qxtjobkundenverträge, "kundenvertrag", "Kundenvertrag", "Vertrag"}};
+
+struct State {
+  JobState state;
+  std::string_view argument; ///< empty when it cannot be asked for
+  std::string_view text;
+};
+constexpr std::array states{
+    State{JobState::Waiting, "waiting", "wartet"}, State{JobState::Warning, "warning", "Warnung"},
+    State{JobState::Error, "error", "Fehler"}, State{JobState::Done, "done", "erledigt"},
+    State{JobState::Deleted, "", "gelöscht"}};
+
+struct Selection {
+  qxProcessState state;
+  std::string_view argument;
+  std::string_view plain;
+};
+constexpr std::array selections{Selection{qxProcessState::ProcessAll, "alle", "alle"},
+                                Selection{qxProcessState::ProcessKunden, "kunden", "kunden"},
+                                Selection{qxProcessState::ProcessVerträge, "verträge", "vertraege"},
+                                Selection{qxProcessState::ProcessAufträge, "aufträge", "auftraege"},
+                                Selection{qxProcessState::ProcessZubehör, "zubehör", "zubehoer"}};
+
+const Kind* findKind(std::int16_t jobType) {
+  for (const Kind& kind : kinds)
+    if (jobType >= kind.code && jobType < kind.code + 10) return &kind;
+  return nullptr;
+}
+
+} // namespace
+
+std::optional<std::int16_t> kindFromText(std::string_view text) {
+  for (const Kind& kind : kinds)
+    if (text == kind.argument) return kind.code;
+  return std::nullopt;
+}
+
+std::optional<JobState> stateFromText(std::string_view text) {
+  for (const State& state : states)
+    if (!text.empty() && text == state.argument) return state.state;
+  return std::nullopt;
+}
+
+std::optional<qxProcessState> selectionFromText(std::string_view text) {
+  const std::string composed = composeUmlauts(text);
+  for (const Selection& selection : selections)
+    if (composed == selection.argument || composed == selection.plain) return selection.state;
+  return std::nullopt;
+}
+
+std::string_view kindText(std::int16_t jobType) {
+  const Kind* kind = findKind(jobType);
+  return kind == nullptr ? "?" : kind->text;
+}
+
+std::string_view stateText(std::int16_t jobType) {
+  if (findKind(jobType) == nullptr) return "?";
+  for (const State& state : states)
+    if (state.state == stateOf(jobType)) return state.text;
+  return "?";
+}
+
+std::string_view processText(std::int16_t jobType) {
+  const Kind* kind = findKind(jobType);
+  return kind == nullptr ? "?" : kind->process;
+}
+
+bool isFinished(std::int16_t jobType) {
+  return findKind(jobType) != nullptr &&
+         (stateOf(jobType) == JobState::Done || stateOf(jobType) == JobState::Deleted);
+}
+
+} // namespace qx::cli

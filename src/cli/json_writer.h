@@ -1,0 +1,48 @@
+// Writes one JSON document as a stream.
+#pragma once
+
+#include "platform/value.h"
+
+#include <cstdint>
+#include <ostream>
+#include <string_view>
+#include <vector>
+
+namespace qx::cli {
+
+/// Members appear in the order in which they are written. Text that is not UTF-8 is mended with U+FFFD, and a
+/// number that JSON cannot express is null, so that the document can always be read.
+class JsonWriter {
+public:
+  explicit JsonWriter(std::ostream& output) : output_(output) {}
+
+  JsonWriter& beginObject() { return open('{'); }
+  JsonWriter& endObject() { return close('}'); }
+  JsonWriter& beginArray() { return open('['); }
+  JsonWriter& endArray() { return close(']'); }
+  JsonWriter& key(std::string_view name);
+
+  JsonWriter& text(std::string_view content);
+  JsonWriter& number(std::int64_t whole);
+  JsonWriter& number(double content);
+  JsonWriter& boolean(bool truth);
+  JsonWriter& null();
+  /// A column's value in its own kind.
+  JsonWriter& value(const Value& column);
+
+  /// Ends the line that holds the document.
+  void finish();
+
+private:
+  JsonWriter& open(char bracket);
+  JsonWriter& close(char bracket);
+  /// The comma before an element, unless it is the first one or follows its key.
+  void separate();
+  void quote(std::string_view content);
+
+  std::ostream& output_;
+  std::vector<bool> hasElements_;
+  bool afterKey_ = false;
+};
+
+} // namespace qx::cli

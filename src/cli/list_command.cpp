@@ -1,0 +1,120 @@
+#include "cli/list_command.h"
+
+#include "cli/job_terms.h"
+#include "cli/json_writer.h"
+#include "cli/utf8.h"
+
+namespace qx::cli {
+namespace {
+
+class Rows {
+public:
+  virtual ~Rows() = default;
+  virtual void begin() = 0;
+  virtual void add(Recordset& row) = 0;
+  virtual void end() = 0;
+};
+
+class JsonRows final : public Rows {
+public:
+  explicit JsonRows(std::ostream& output) : json_(output) {}
+  void begin() override { json_.beginArray(); }
+  void add(Recordset& row) override {
+    json_.beginObject();
+    for (std::size_t i = 0; i < row.fieldCount(); ++i) json_.key(row.fieldName(i)).value(row.value(i));
+    json_.endObject();
+  }
+  void end() override { json_.endArray().finish(); }
+
+private:
+  JsonWriter json_;
+};
+
+/// Columns of fixed width, so that rows can be printed as they come.
+class TextRows final : public Rows {
+public:
+  explicit TextRows(std::ostream& output) : output_(output) {}
+  void begin() override {
+    line("Stand", "Vorgang", "Eingang", "Kunde", "JobID", "Name", "Betreff, Fehlertext");
+  }
+  void add(Recordset& row) override {
+    const auto jobType = static_cast<std::int16_t>(row.value("JobType").integer().value_or(0));
+    std::string remark = row.text("Betreff");
+    if (remark.empty()) remark = row.text("Fehlertext");
+    line(stateText(jobType), kindText(jobType), row.text("Eingangsdatum"), row.text("Kundennummer"),
+         row.text("JobID"), row.text("Bez1"), remark);
+  }
+  void end() override { output_ << std::flush; }
+
+private:
+  void line(std::string_view state, std::string_view kind, std::string_view date, std::string_view customer,
+            std::string_view jobId, std::string_view title, std::string_view remark) {
+    constexpr std::size_t stateWidth = 8;
+    constexpr std::size_t kindWidth = 13;
+    constexpr std::size_t shortWidth = 10;
+    constexpr std::size_t keyWidth = 32;
+    constexpr std::size_t textWidth = 24;
+    std::string text = fitted(state, stateWidth) + "  " + fitted(kind, kindWidth) + "  " +
+                       fitted(date, shortWidth) + "  " + fitted(customer, shortWidth) + "  " +
+                       fitted(jobId, keyWidth) + "  " + fitted(title, textWidth) + "  " +
+                       fitted(remark, 2 * textWidth);
+    text.erase(text.find_last_not_of(' ') + 1);
+    output_ << text << '\n';
+  }
+
+  std::ostream& output_;
+};
+
+} // namespace
+
+void ListCommand::prepare() {
+  std::vector<JobState> wantedStates;
+  for (const std::string& text : states) {
+    const auto state = stateFromText(text);
+    if (!state)
+      throw ProgramError(ExitCode::BadInput, "'" + text + "' is no state",
+                         "States are waiting, warning, error and done.");
+    wantedStates.push_back(*state);
+  }
+  std::vector<std::int16_t> wantedKinds;
+  for (const std::string& text : kinds) {
+    const auto kind = kindFromText(text);
+    if (!kind)
+      throw ProgramError(ExitCode::BadInput, "'" + text + "' is no kind of job",
+                         "Kinds are kunde, vertrag, auftrag and kundenvertrag.");
+    wantedKinds.push_back(*kind);
+  }
+  if (states.empty() && kinds.empty()) return;
+  if (wantedKinds.empty()) wantedKinds = {qxtjobkunden, qxtjobverträge, qxtJobAufträge, qxtjobkundenverträge};
+  if (wantedStates.empty())
+    wantedStates = {JobState::Waiting, JobState::Warning, JobState::Error, JobState::Done, JobState::Deleted};
+  for (const std::int16_t kind : wantedKinds)
+    for (const JobState state : wantedStates) codes_.push_back(withState(kind, state));
+}
+
+Sql ListCommand::query() const {
+  Sql query = sql("Select * From ImportKopf"_sql);
+  bool first = true;
+  for (const std::int16_t code : codes_) {
+    query.append(first ? sql(" Where JobType = "_sql, number(code))
+                       : sql(" Or JobType = "_sql, number(code)));
+    first = false;
+  }
+  return query.append(sql(" Order by Eingangsdatum"_sql));
+}
+
+ExitCode ListCommand::work(const Workplace& place) {
+  const auto jobs = place.connection().openStream(query());
+  std::unique_ptr<Rows> rows;
+  if (place.output.json)
+    rows = std::make_unique<JsonRows>(place.output.result);
+  else
+    rows = std::make_unique<TextRows>(place.output.result);
+  rows->begin();
+  for (std::uint64_t count = 0; !jobs->eof() && (!limit || count < *limit); ++count, jobs->moveNext())
+    rows->add(*jobs);
+  rows->end();
+  return ExitCode::Success;
+}
+
+} // namespace qx::cli

@@ -1,0 +1,59 @@
+#include "cli/lock_command.h"
+
+#include "cli/busy_notice.h"
+#include "cli/json_writer.h"
+
+namespace qx::cli {
+namespace {
+
+/// `held`: whether the lock is held now; the holder may be the one that has just lost it.
+void writeJson(std::ostream& output, bool held, const std::optional<LockHolder>& holder) {
+  const LockHolder shown = holder.value_or(LockHolder());
+  JsonWriter json(output);
+  json.beginObject();
+  json.key("held").boolean(held);
+  json.key("Benutzer").text(shown.Benutzer);
+  json.key("SessionID").text(shown.SessionID);
+  json.key("alive");
+  if (shown.alive)
+    json.boolean(*shown.alive);
+  else
+    json.null();
+  json.endObject().finish();
+}
+
+std::string_view livenessText(const LockHolder& holder) {
+  if (!holder.alive) return "whether that program still runs cannot be told";
+  return *holder.alive ? "that program is running" : "that program is not running any more";
+}
+
+} // namespace
+
+ExitCode LockShowCommand::work(const Workplace& place) {
+  const auto holder = place.engine.importLock().holder();
+  if (place.output.json)
+    writeJson(place.output.result, holder.has_value(), holder);
+  else if (holder)
+    place.output.result << "The import is locked by user '" << holder->Benutzer << "' (session "
+                        << holder->SessionID << "); " << livenessText(*holder) << ".\n";
+  else
+    place.output.result << "The import is not locked.\n";
+  return ExitCode::Success;
+}
+
+ExitCode LockReleaseCommand::work(const Workplace& place) {
+  ImportLock& lock = place.engine.importLock();
+  BusyNotice wait(place.output.messages);
+  const auto holder = lock.holder();
+  if (holder && !lock.release(&wait))
+    throw ProgramError(ExitCode::Failure, "the lock could not be released", "--verbose tells the reason.");
+  if (place.output.json)
+    writeJson(place.output.result, false, holder);
+  else if (holder)
+    place.output.result << "The lock of user '" << holder->Benutzer << "' was released.\n";
+  else
+    place.output.result << "The import was not locked.\n";
+  return ExitCode::Success;
+}
+
+} // namespace qx::cli

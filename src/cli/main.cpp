@@ -1,0 +1,85 @@
+// The program: arguments to command, exceptions to exit status.
+#include "cli/command_line.h"
+#include "cli/composition.h"
+#include "cli/counting_buffer.h"
+#include "cli/json_writer.h"
+#include "cli/version.h"
+
+#include <exception>
+#include <iostream>
+
+namespace qx::cli {
+namespace {
+
+void tellAsJson(std::ostream& result, const ProgramError& error) {
+  const auto textOrNull = [](JsonWriter& json, const std::string& text) {
+    if (text.empty())
+      json.null();
+    else
+      json.text(text);
+  };
+  JsonWriter json(result);
+  json.beginObject().key("error").text(error.what());
+  textOrNull(json.key("file"), error.place().file);
+  json.key("line");
+  if (error.place().line == 0)
+    json.null();
+  else
+    json.number(error.place().line);
+  textOrNull(json.key("field"), error.place().field);
+  json.endObject().finish();
+}
+
+void tell(const ProgramError& error) {
+  const InputPlace& place = error.place();
+  std::cerr << "qximportjob: ";
+  if (place.line != 0) std::cerr << place.file << ", line " << place.line << ": ";
+  std::cerr << error.what() << '\n';
+  if (!error.nextStep().empty()) std::cerr << error.nextStep() << '\n';
+}
+
+ExitCode execute(int count, const char* const* arguments, std::ostream& result) {
+  const Invocation invocation = parseArguments(count, arguments, versionText);
+  if (!invocation.command) {
+    result << invocation.text << std::flush;
+    return ExitCode::Success;
+  }
+  invocation.command->prepare();
+  Composition composition(invocation.options, std::cerr);
+  const Output output{result, std::cerr, invocation.options.json, invocation.options.verbose};
+  const ExitCode code = invocation.command->run(composition, output);
+  if (!result.flush()) throw ProgramError(ExitCode::Failure, "standard output could not be written");
+  return code;
+}
+
+/// The one place where exceptions become exit codes.
+ExitCode guarded(int count, const char* const* arguments) {
+  CountingBuffer buffer(std::cout.rdbuf());
+  std::ostream result(&buffer);
+  const auto end = [&](const ProgramError& error) {
+    // A document that is already begun cannot become an error document.
+    if (asksForJson(count, arguments) && !buffer.used())
+      tellAsJson(result, error);
+    else
+      tell(error);
+    return error.code();
+  };
+  try {
+    return execute(count, arguments, result);
+  } catch (const ProgramError& error) {
+    return end(error);
+  } catch (const BusyError& error) {
+    return end(ProgramError(ExitCode::Failure, error.what(),
+                            "Another program holds the database. Try again when it has finished."));
+  } catch (const std::exception& error) {
+    return end(ProgramError(ExitCode::Failure, error.what()));
+  }
+}
+
+} // namespace
+} // namespace qx::cli
+
+int main(int count, char** arguments) {
+  std::ios::sync_with_stdio(false);
+  return static_cast<int>(qx::cli::guarded(count, arguments));
+}

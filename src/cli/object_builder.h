@@ -1,0 +1,55 @@
+// Fills a record from the properties of one object of a file.
+#pragma once
+
+#include "cli/stage_value.h"
+#include "model/field_table.h"
+
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+namespace qx::cli {
+
+/// Properties are found by name in the record's field table. A property that the table lacks, one that stands
+/// twice in an object and one whose value does not fit are refused with the reason.
+template <const auto& table, class Record>
+class ObjectBuilder {
+public:
+  explicit ObjectBuilder(Record initial) : initial_(std::move(initial)), record_(initial_) {
+    for (std::size_t i = 0; i < table.size(); ++i) places_.emplace(table[i].name, i);
+  }
+
+  void begin() {
+    record_ = initial_;
+    lines_.fill(0);
+  }
+  /// Null when the property was taken, else what is wrong. A null value counts as not given.
+  std::optional<std::string> add(StageProperty& property, bool contract) {
+    const auto place = places_.find(property.name);
+    if (place == places_.end()) return "the type has no such property";
+    std::int64_t& line = lines_[place->second];
+    if (line != 0) return "the property stands already on line " + std::to_string(line);
+    line = property.line;
+    if (std::holds_alternative<std::monostate>(property.value)) return std::nullopt;
+    const auto& field = table[place->second];
+    const DateRule rule{contract, contract && field.name == "Vertragsende"};
+    return field.visit(record_,
+                       [&](auto& member) { return assign(property.value, member, field.kind, rule); });
+  }
+
+  Record& record() { return record_; }
+  /// The line of a property, or 0 when it was not given.
+  std::int64_t line(std::string_view name) const { return lines_[fieldIndex(table, name)]; }
+
+private:
+  Record initial_;
+  Record record_;
+  std::unordered_map<std::string_view, std::size_t> places_;
+  std::array<std::int64_t, table.size()> lines_{};
+};
+
+} // namespace qx::cli

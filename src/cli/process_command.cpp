@@ -1,0 +1,96 @@
+#include "cli/process_command.h"
+
+#include "cli/busy_notice.h"
+#include "cli/job_terms.h"
+#include "cli/progress_bar.h"
+#include "cli/run_printer.h"
+#include "cli/stop_on_signal.h"
+
+#include <unistd.h>
+
+namespace qx::cli {
+namespace {
+
+/// Holds the single-user lock; released in every case.
+class HeldLock {
+public:
+  explicit HeldLock(const Workplace& place) : place_(place) {
+    ImportLock& lock = place.engine.importLock();
+    BusyNotice wait(place.output.messages);
+    const LockOutcome outcome = lock.take(&wait);
+    if (outcome.state == LockState::Taken) return;
+    if (outcome.state == LockState::Unavailable)
+      throw ProgramError(ExitCode::Failure, "the import cannot be locked: " + outcome.reason,
+                         "Try again when no other program holds the database.");
+    const auto holder = lock.holder();
+    const std::string name = holder ? holder->Benutzer : std::string();
+    throw ProgramError(
+        ExitCode::Refused, "the import is locked by user '" + name + "'",
+        "Wait until that user has finished. When nobody is at work any more: qximportjob lock release");
+  }
+  HeldLock(const HeldLock&) = delete;
+  HeldLock& operator=(const HeldLock&) = delete;
+  ~HeldLock() {
+    BusyNotice wait(place_.output.messages);
+    if (!place_.engine.importLock().releaseIfHeld(&wait))
+      place_.output.messages << "The lock could not be released. Later: qximportjob lock release"
+                             << std::endl;
+  }
+
+private:
+  const Workplace& place_;
+};
+
+std::unique_ptr<RunPrinter> printerFor(const Output& output) {
+  if (output.json) return std::make_unique<JsonRunPrinter>(output);
+  return std::make_unique<TextRunPrinter>(output);
+}
+
+ExitCode codeOf(const RunReport& report) {
+  if (report.end == RunEnd::Broken) return ExitCode::Failure;
+  const bool clean = report.warning == 0 && report.error == 0 && report.protocolErrors == 0;
+  return clean ? ExitCode::Success : ExitCode::Findings;
+}
+
+} // namespace
+
+void ProcessCommand::prepare() {
+  const auto selection = selectionFromText(select);
+  if (!selection)
+    throw ProgramError(ExitCode::BadInput, "'" + select + "' cannot be selected",
+                       "Selections are alle, kunden, verträge, aufträge and zubehör.");
+  selection_ = *selection;
+}
+
+ExitCode ProcessCommand::work(const Workplace& place) {
+  const StopOnSignal stop(place.engine);
+  const HeldLock lock(place);
+  return runLocked(place);
+}
+
+ExitCode ProcessCommand::runLocked(const Workplace& place) const {
+  ProgressBar bar(place.output.messages, isatty(STDERR_FILENO) != 0);
+  const Subscription subscription = place.engine.subscribe(bar);
+  const auto printer = printerFor(place.output);
+  place.engine.setOutcomeSink([&](const JobOutcome& outcome) {
+    if (!place.output.json) bar.clear();
+    printer->add(outcome);
+    bar.draw();
+  });
+  const auto start = place.environment.clock.elapsed();
+  place.engine.ProcessJobs(unevaluated, selection_);
+  const auto span = place.environment.clock.elapsed() - start;
+  place.engine.setOutcomeSink({});
+  bar.clear();
+  const RunReport& report = place.engine.lastRun();
+  if (report.end == RunEnd::Refused)
+    throw ProgramError(ExitCode::Refused, report.failure, "Try again when the order has been read in.");
+  printer->finish(report, span);
+  if (report.end == RunEnd::Broken)
+    place.output.messages
+        << "The run broke off: " << report.failure
+        << "\nJobs that are not listed are still waiting; remedy the cause and run it again." << std::endl;
+  return codeOf(report);
+}
+
+} // namespace qx::cli

@@ -1,0 +1,27 @@
+// A processing run.
+#pragma once
+
+#include "cli/command.h"
+
+#include <string>
+
+namespace qx::cli {
+
+/// `process [--select S] [--unevaluated]`, under the single-user lock.
+class ProcessCommand final : public DatabaseCommand {
+public:
+  std::string select = "alle";
+  bool unevaluated = false; ///< leave the automatic check out
+
+  void prepare() override;
+
+protected:
+  ExitCode work(const Workplace& place) override;
+
+private:
+  ExitCode runLocked(const Workplace& place) const;
+
+  qxProcessState selection_ = qxProcessState::ProcessAll;
+};
+
+} // namespace qx::cli

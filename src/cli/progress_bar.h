@@ -1,0 +1,37 @@
+// The progress of a run on a terminal.
+#pragma once
+
+#include "platform/engine_events.h"
+
+#include <cstdint>
+#include <ostream>
+#include <string>
+
+namespace qx::cli {
+
+/// Keeps what the run tells and draws it when asked, so that a slow terminal never holds up a unit of work.
+/// Draws nothing when the stream is no terminal.
+class ProgressBar final : public EngineEvents {
+public:
+  ProgressBar(std::ostream& output, bool terminal) : output_(output), terminal_(terminal) {}
+
+  void ProcessProgress(std::int16_t percent) override { percent_ = percent; }
+  void ProcessInfo(std::string_view info) override {
+    info_ = info;
+    percent_ = 0;
+  }
+
+  /// Draws the bar when it has changed.
+  void draw();
+  /// Wipes the bar, before anything else is written.
+  void clear();
+
+private:
+  std::ostream& output_;
+  bool terminal_;
+  std::string info_;
+  std::int16_t percent_ = 0;
+  std::string drawn_;
+};
+
+} // namespace qx::cli

@@ -1,0 +1,14 @@
+// A day's protocol.
+#pragma once
+
+#include "cli/command.h"
+
+namespace qx::cli {
+
+/// `protocol`: the lines of the session date's protocol.
+class ProtocolCommand final : public DatabaseCommand {
+protected:
+  ExitCode work(const Workplace& place) override;
+};
+
+} // namespace qx::cli

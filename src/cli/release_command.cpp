@@ -1,0 +1,68 @@
+#include "cli/release_command.h"
+
+#include "cli/busy_notice.h"
+#include "cli/job_terms.h"
+#include "cli/json_writer.h"
+
+namespace qx::cli {
+namespace {
+
+bool isParked(std::int16_t jobType) {
+  return isWaitingHeader(kindOf(jobType)) &&
+         (stateOf(jobType) == JobState::Warning || stateOf(jobType) == JobState::Error);
+}
+
+std::vector<std::string> namedJobs(Connection& connection, const std::vector<std::string>& wanted) {
+  std::vector<std::string> keys;
+  for (JobBrief& job : findJobs(connection, wanted)) {
+    if (!isParked(job.jobType))
+      throw ProgramError(ExitCode::BadInput,
+                         "the job '" + job.jobId + "' cannot be released, its state is " +
+                             std::string(stateText(job.jobType)),
+                         "Nothing was changed. Only jobs with warnings or errors are released.");
+    keys.push_back(std::move(job.jobId));
+  }
+  return keys;
+}
+
+std::vector<std::string> jobsWithWarnings(Connection& connection) {
+  std::vector<std::string> keys;
+  const auto rows = connection.open(sql("Select JobID From ImportKopf Where JobType In (11, 21, 31, 41) And "
+                                        "(ProcessWarning Is Null Or ProcessWarning <> 1)"_sql));
+  for (; !rows->eof(); rows->moveNext()) keys.push_back(rows->text("JobID"));
+  return keys;
+}
+
+} // namespace
+
+void ReleaseCommand::prepare() {
+  if (jobIds.empty() == allWarnings) return;
+  throw ProgramError(ExitCode::BadInput,
+                     allWarnings ? "--all-warnings goes without JOBIDs" : "which jobs are to be released?",
+                     "Give JOBIDs or --all-warnings.");
+}
+
+ExitCode ReleaseCommand::work(const Workplace& place) {
+  BusyNotice wait(place.output.messages);
+  WorkUnit unit(place.connection(), &wait);
+  const auto keys =
+      allWarnings ? jobsWithWarnings(place.connection()) : namedJobs(place.connection(), jobIds);
+  for (const std::string& key : keys)
+    place.connection().execute(
+        sql("Update ImportKopf Set ProcessWarning = 1 Where JobID = '"_sql, value(key), "'"_sql));
+  unit.commit();
+  if (!place.output.json) {
+    for (const std::string& key : keys) place.output.result << "released  " << key << '\n';
+    place.output.result << keys.size() << " released; the next run takes them again\n";
+    return ExitCode::Success;
+  }
+  JsonWriter json(place.output.result);
+  json.beginObject();
+  json.key("released").number(static_cast<std::int64_t>(keys.size()));
+  json.key("jobs").beginArray();
+  for (const std::string& key : keys) json.text(key);
+  json.endArray().endObject().finish();
+  return ExitCode::Success;
+}
+
+} // namespace qx::cli

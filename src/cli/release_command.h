@@ -1,0 +1,24 @@
+// Releases jobs with warnings or errors, so that the next run takes them again.
+#pragma once
+
+#include "cli/command.h"
+#include "cli/job_query.h"
+
+#include <string>
+#include <vector>
+
+namespace qx::cli {
+
+/// `release JOBID...` or `release --all-warnings`.
+class ReleaseCommand final : public DatabaseCommand {
+public:
+  std::vector<std::string> jobIds;
+  bool allWarnings = false;
+
+  void prepare() override;
+
+protected:
+  ExitCode work(const Workplace& place) override;
+};
+
+} // namespace qx::cli

@@ -1,0 +1,80 @@
+#include "cli/run_printer.h"
+
+#include "cli/utf8.h"
+
+namespace qx::cli {
+namespace {
+
+double seconds(std::chrono::milliseconds span) { return std::chrono::duration<double>(span).count(); }
+
+std::int64_t count(std::size_t number) { return static_cast<std::int64_t>(number); }
+
+/// What is left to do, for people.
+void tellRest(std::ostream& output, const RunReport& report) {
+  if (report.stillWaiting > 0)
+    output << "The run was stopped; " << report.stillWaiting << " jobs are left waiting.\n";
+  if (report.waitingContracts > 0) output << report.waitingContracts << " contracts still wait.\n";
+  if (report.waitingOrders > 0) output << report.waitingOrders << " orders still wait.\n";
+  if (report.protocolErrors > 0)
+    output << report.protocolErrors << " protocol lines or index entries could not be written.\n";
+}
+
+} // namespace
+
+void TextRunPrinter::add(const JobOutcome& outcome) {
+  constexpr std::size_t statusWidth = 8;
+  constexpr std::size_t processWidth = 7;
+  constexpr std::size_t numberWidth = 10;
+  constexpr std::size_t keyWidth = 32;
+  constexpr std::size_t reasonWidth = 80;
+  std::string line = fitted(outcome.status, statusWidth) + "  " + fitted(outcome.process, processWidth) +
+                     "  " + fitted(outcome.number, numberWidth) + "  " + fitted(outcome.jobId, keyWidth) +
+                     "  " + fitted(outcome.reasons, reasonWidth);
+  line.erase(line.find_last_not_of(' ') + 1);
+  output_.result << line << '\n';
+}
+
+void TextRunPrinter::finish(const RunReport& report, std::chrono::milliseconds span) {
+  output_.result << report.processed << " processed: " << report.done << " done, " << report.warning
+                 << " with warnings, " << report.error << " with errors, in " << seconds(span) << " s\n";
+  tellRest(output_.result, report);
+  output_.result << std::flush;
+}
+
+void JsonRunPrinter::begin() {
+  if (begun_) return;
+  begun_ = true;
+  json_.beginObject().key("jobs").beginArray();
+}
+
+void JsonRunPrinter::add(const JobOutcome& outcome) {
+  begin();
+  json_.beginObject();
+  json_.key("JobID").text(outcome.jobId);
+  json_.key("Vorgang").text(outcome.process);
+  json_.key("Nummer").text(outcome.number);
+  json_.key("Status").text(outcome.status);
+  json_.key("JobType").number(std::int64_t{outcome.jobType});
+  json_.key("Fehlertext").text(outcome.reasons);
+  json_.endObject();
+}
+
+void JsonRunPrinter::finish(const RunReport& report, std::chrono::milliseconds span) {
+  begin();
+  json_.endArray();
+  json_.key("counts").beginObject();
+  json_.key("processed").number(count(report.processed));
+  json_.key("done").number(count(report.done));
+  json_.key("warning").number(count(report.warning));
+  json_.key("error").number(count(report.error));
+  json_.endObject();
+  json_.key("protocol").text(report.protocolId);
+  json_.key("seconds").number(seconds(span));
+  if (report.protocolErrors > 0) json_.key("protocolErrors").number(count(report.protocolErrors));
+  if (report.end == RunEnd::Stopped) json_.key("stopped").boolean(true);
+  if (report.end == RunEnd::Broken) json_.key("error").text(report.failure);
+  json_.endObject().finish();
+  tellRest(output_.messages, report);
+}
+
+} // namespace qx::cli

@@ -1,0 +1,45 @@
+// Prints the jobs of a run as they become durable.
+#pragma once
+
+#include "cli/json_writer.h"
+#include "cli/output.h"
+#include "engine/job_outcome.h"
+
+#include <chrono>
+
+namespace qx::cli {
+
+class RunPrinter {
+public:
+  virtual ~RunPrinter() = default;
+  virtual void add(const JobOutcome& outcome) = 0;
+  /// After a run that was not refused.
+  virtual void finish(const RunReport& report, std::chrono::milliseconds span) = 0;
+};
+
+class TextRunPrinter final : public RunPrinter {
+public:
+  explicit TextRunPrinter(const Output& output) : output_(output) {}
+  void add(const JobOutcome& outcome) override;
+  void finish(const RunReport& report, std::chrono::milliseconds span) override;
+
+private:
+  const Output& output_;
+};
+
+/// One document, whatever the number of jobs; it is closed in every case.
+class JsonRunPrinter final : public RunPrinter {
+public:
+  explicit JsonRunPrinter(const Output& output) : output_(output), json_(output.result) {}
+  void add(const JobOutcome& outcome) override;
+  void finish(const RunReport& report, std::chrono::milliseconds span) override;
+
+private:
+  void begin();
+
+  const Output& output_;
+  JsonWriter json_;
+  bool begun_ = false;
+};
+
+} // namespace qx::cli

@@ -1,0 +1,121 @@
+#include "cli/settings_command.h"
+
+#include "cli/json_writer.h"
+#include "cli/utf8.h"
+#include "rules/german_text.h"
+#include "settings/option_keys.h"
+#include "settings/settings.h"
+
+#include <ostream>
+
+namespace qx::cli {
+namespace {
+
+struct Entry {
+  std::string_view section;
+  std::string_view key;
+  std::string setting;
+  bool local;
+};
+
+void writeMembers(JsonWriter& json, const Entry& entry) {
+  json.beginObject();
+  json.key("Section").text(entry.section);
+  json.key("Key").text(entry.key);
+  json.key("Value").text(entry.setting);
+  json.key("Local").boolean(entry.local);
+  json.endObject();
+}
+
+void print(const Output& output, const Entry& entry) {
+  if (output.json) {
+    JsonWriter json(output.result);
+    writeMembers(json, entry);
+    json.finish();
+  } else {
+    output.result << entry.setting << '\n';
+  }
+}
+
+/// A setting that no part of the program reads is kept all the same: a host may read it.
+void noteUnknown(const Output& output, std::string_view section, std::string_view key, bool local) {
+  const OptionKey* option = findOptionKey(section, key);
+  if (option == nullptr)
+    output.messages << "Note: no option '" << section << "' '" << key
+                    << "' is known. 'qximportjob settings list' shows those that are.\n";
+  else if (local != (option->store == OptionStore::Local))
+    output.messages << "Note: this option is read from the " << (local ? "shared" : "local") << " store; "
+                    << (local ? "leave --local out.\n" : "add --local.\n");
+}
+
+std::string_view wrongValue(const OptionKey& option, std::string_view text) {
+  if (text.empty()) return {};
+  switch (option.type) {
+  case OptionType::Check:
+    return settingToInt16(text) || parseGermanBoolean(text) ? "" : "the option is \"0\" or \"1\"";
+  case OptionType::Integer:
+    return Value(text).integer() ? "" : "the option is a whole number";
+  case OptionType::Number:
+    return Value(text).number() || parseGermanNumber(text) ? "" : "the option is a number";
+  case OptionType::Text:
+  case OptionType::ArticleNumber:
+    break;
+  }
+  return {};
+}
+
+} // namespace
+
+ExitCode SettingsListCommand::work(const Workplace& place) {
+  const Settings settings(place.environment);
+  JsonWriter json(place.output.result);
+  if (place.output.json) json.beginArray();
+  for (const OptionKey& option : optionKeys()) {
+    const bool local = option.store == OptionStore::Local;
+    const Entry entry{option.section, option.key,
+                      settings.get(applicationName, option.section, option.key, local), local};
+    constexpr std::size_t sectionWidth = 16;
+    constexpr std::size_t keyWidth = 26;
+    if (place.output.json)
+      writeMembers(json, entry);
+    else
+      place.output.result << fitted(entry.section, sectionWidth) << fitted(entry.key, keyWidth)
+                          << (local ? "local   " : "shared  ") << entry.setting << '\n';
+  }
+  if (place.output.json) json.endArray().finish();
+  return ExitCode::Success;
+}
+
+void SettingsGetCommand::prepare() {
+  section = composeUmlauts(section);
+  key = composeUmlauts(key);
+}
+
+ExitCode SettingsGetCommand::work(const Workplace& place) {
+  const Settings settings(place.environment);
+  print(place.output, {section, key, settings.get(applicationName, section, key, local), local});
+  return ExitCode::Success;
+}
+
+void SettingsSetCommand::prepare() {
+  section = composeUmlauts(section);
+  key = composeUmlauts(key);
+  const OptionKey* option = findOptionKey(section, key);
+  if (option == nullptr) return;
+  if (const auto wrong = wrongValue(*option, value); !wrong.empty())
+    throw ProgramError(ExitCode::BadInput, "'" + value + "': " + std::string(wrong), "Nothing was changed.");
+}
+
+ExitCode SettingsSetCommand::work(const Workplace& place) {
+  const Settings settings(place.environment);
+  noteUnknown(place.output, section, key, local);
+  settings.save(applicationName, section, key, value, local);
+  // The stores do not report failures; reading tells.
+  const std::string stored = settings.get(applicationName, section, key, local);
+  if (stored != value)
+    throw ProgramError(ExitCode::Failure, "the setting could not be stored", "--verbose tells the reason.");
+  print(place.output, {section, key, stored, local});
+  return ExitCode::Success;
+}
+
+} // namespace qx::cli

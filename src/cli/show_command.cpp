@@ -1,0 +1,102 @@
+#include "cli/show_command.h"
+
+#include "cli/job_check.h"
+#include "cli/job_query.h"
+#include "cli/job_terms.h"
+#include "cli/json_writer.h"
+#include "cli/utf8.h"
+#include "rules/german_text.h"
+
+namespace qx::cli {
+namespace {
+
+struct ShownJob {
+  Recordset& header;
+  Recordset& positions;
+  std::optional<JobFindings> findings;
+};
+
+/// The last column of the positions only orders them.
+std::size_t shownColumns(const Recordset& positions) { return positions.fieldCount() - 1; }
+
+void writeMembers(JsonWriter& json, Recordset& row, std::size_t count) {
+  for (std::size_t i = 0; i < count; ++i) json.key(row.fieldName(i)).value(row.value(i));
+}
+
+void writeJson(std::ostream& output, const ShownJob& job) {
+  JsonWriter json(output);
+  json.beginObject();
+  writeMembers(json, job.header, job.header.fieldCount());
+  json.key("Positionen").beginArray();
+  for (; !job.positions.eof(); job.positions.moveNext()) {
+    json.beginObject();
+    writeMembers(json, job.positions, shownColumns(job.positions));
+    json.endObject();
+  }
+  json.endArray();
+  json.key("status");
+  if (job.findings)
+    json.number(static_cast<std::int64_t>(job.findings->status)).key("findings").beginArray();
+  else
+    json.null().key("findings").beginArray();
+  if (job.findings)
+    for (const std::string& text : job.findings->texts) json.text(text);
+  json.endArray().endObject().finish();
+}
+
+std::string readable(const Value& value) {
+  if (value.kind() == ValueKind::Boolean) return std::string(germanBoolean(value.truth().value_or(false)));
+  if (value.kind() == ValueKind::Double) return germanNumber(value.number().value_or(0));
+  return value.text();
+}
+
+/// Every column that holds something, further lines of a text below the first.
+void writeSheet(std::ostream& output, Recordset& row, std::size_t count, std::string_view indent) {
+  constexpr std::size_t nameWidth = 22;
+  for (std::size_t i = 0; i < count; ++i) {
+    std::string text = readable(row.value(i));
+    if (text.empty()) continue;
+    output << indent << fitted(row.fieldName(i), nameWidth) << "  ";
+    const std::string margin = "\n" + std::string(indent) + std::string(nameWidth + 2, ' ');
+    for (const char c : text) {
+      if (c == '\n')
+        output << margin;
+      else if (static_cast<unsigned char>(c) >= ' ' && c != '\x7F')
+        output << c;
+    }
+    output << '\n';
+  }
+}
+
+void writeText(std::ostream& output, const ShownJob& job) {
+  const auto jobType = static_cast<std::int16_t>(job.header.value("JobType").integer().value_or(0));
+  output << kindText(jobType) << ", " << stateText(jobType) << "\n\n";
+  writeSheet(output, job.header, job.header.fieldCount(), "");
+  for (int number = 1; !job.positions.eof(); job.positions.moveNext(), ++number) {
+    output << "\nPosition " << number << "\n";
+    writeSheet(output, job.positions, shownColumns(job.positions), "  ");
+  }
+  if (!job.findings) return;
+  output << "\nPrüfung: " << (job.findings->texts.empty() ? "keine Befunde" : "") << '\n';
+  for (const std::string& text : job.findings->texts) output << "  " << text << '\n';
+}
+
+} // namespace
+
+ExitCode ShowCommand::work(const Workplace& place) {
+  const JobBrief job = findJobs(place.connection(), {jobId}).front();
+  auto findings = isFinished(job.jobType) ? JobFindings() : checkJob(place.engine, job.jobId, job.jobType);
+  const auto header = place.connection().openStream(
+      sql("SELECT * From ImportKopf where JobID = '"_sql, value(job.jobId), "'"_sql));
+  const auto positions = place.connection().openStream(
+      sql("SELECT *, Cast(Positionsnummer as int) as intPos From ImportPos where JobID = '"_sql,
+          value(job.jobId), "' Order By intPos"_sql));
+  const ShownJob shown{*header, *positions, std::move(findings)};
+  if (place.output.json)
+    writeJson(place.output.result, shown);
+  else
+    writeText(place.output.result, shown);
+  return ExitCode::Success;
+}
+
+} // namespace qx::cli

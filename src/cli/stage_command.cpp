@@ -1,0 +1,76 @@
+#include "cli/stage_command.h"
+
+#include "cli/busy_notice.h"
+#include "cli/job_terms.h"
+#include "cli/json_writer.h"
+#include "cli/stage_reader.h"
+#include "cli/staging_area.h"
+
+namespace qx::cli {
+namespace {
+
+[[noreturn]] void refuse(const KeyConflict& conflict, const std::string& file) {
+  const bool job = conflict.kind == KeyConflict::Kind::JobTwice;
+  const std::string field = job ? "JobID" : "ChildID";
+  std::string message =
+      "object " + std::to_string(conflict.job) + ": the " + field + " '" + conflict.key + "' ";
+  if (conflict.kind == KeyConflict::Kind::OtherOwner)
+    message += "belongs to the job '" + conflict.owner + "'";
+  else
+    message += "stands already in object " + std::to_string(conflict.otherJob) + " on line " +
+               std::to_string(conflict.otherLine);
+  throw ProgramError(ExitCode::BadInput, message,
+                     "Nothing was staged. Give every job and position its own key.",
+                     {file, conflict.line, field});
+}
+
+void writeJson(const Output& output, StagingArea& area) {
+  JsonWriter json(output.result);
+  json.beginObject();
+  json.key("staged").number(area.counts().staged);
+  json.key("skipped").number(area.counts().skipped);
+  json.key("jobs").beginArray();
+  area.forEach([&](const std::string& jobId, std::int16_t /*jobType*/, StageResult result) {
+    if (result != StageResult::Skipped) json.text(jobId);
+  });
+  json.endArray().endObject().finish();
+}
+
+void writeText(const Output& output, StagingArea& area) {
+  area.forEach([&](const std::string& jobId, std::int16_t jobType, StageResult result) {
+    switch (result) {
+    case StageResult::Added:
+      output.result << "added     ";
+      break;
+    case StageResult::Replaced:
+      output.result << "replaced  ";
+      break;
+    case StageResult::Skipped:
+      output.result << "skipped   ";
+      break;
+    }
+    output.result << jobId << "  " << kindText(jobType)
+                  << (result == StageResult::Skipped ? "  (done; --again stages it anew)\n" : "\n");
+  });
+  output.result << area.counts().staged << " staged, " << area.counts().skipped << " skipped\n";
+}
+
+} // namespace
+
+ExitCode StageCommand::work(const Workplace& place) {
+  TextSource source(file);
+  StagingArea area(place.connection());
+  JobAssembler assembler(place.environment, area, source.name());
+  area.begin();
+  readJobs(source, assembler);
+  if (const auto conflict = area.finish()) refuse(*conflict, source.name());
+  BusyNotice wait(place.output.messages);
+  if (const auto conflict = area.copy(wait, again)) refuse(*conflict, source.name());
+  if (place.output.json)
+    writeJson(place.output, area);
+  else
+    writeText(place.output, area);
+  return ExitCode::Success;
+}
+
+} // namespace qx::cli

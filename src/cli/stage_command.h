@@ -1,0 +1,20 @@
+// Stages jobs from a file.
+#pragma once
+
+#include "cli/command.h"
+
+#include <string>
+
+namespace qx::cli {
+
+/// `stage FILE|- [--again]`: all jobs of the file or none.
+class StageCommand final : public DatabaseCommand {
+public:
+  std::string file;
+  bool again = false; ///< stage jobs anew that are done
+
+protected:
+  ExitCode work(const Workplace& place) override;
+};
+
+} // namespace qx::cli

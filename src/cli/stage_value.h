@@ -1,0 +1,39 @@
+// One property of a staged object as it stands in the file, and how it becomes a property of a record.
+#pragma once
+
+#include "model/field_table.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <variant>
+
+namespace qx::cli {
+
+/// Null, a truth value, a whole number, any other number or a text.
+using StageValue = std::variant<std::monostate, bool, std::int64_t, double, std::string>;
+
+struct StageProperty {
+  std::string name;
+  std::int64_t line = 0;
+  StageValue value;
+};
+
+/// Which texts a date property takes beside "" and the German date forms.
+struct DateRule {
+  bool contract = false; ///< also the two times that stand for no date
+  bool openEnd = false;  ///< also the mark of a contract without an end
+};
+
+/// Each sets the property and gives null, or leaves it as it was and says what is wrong with the value.
+std::optional<std::string> assign(StageValue& value, std::string& property, FieldKind kind, DateRule rule);
+std::optional<std::string> assign(StageValue& value, std::int16_t& property, FieldKind kind, DateRule rule);
+std::optional<std::string> assign(StageValue& value, std::int32_t& property, FieldKind kind, DateRule rule);
+std::optional<std::string> assign(StageValue& value, double& property, FieldKind kind, DateRule rule);
+std::optional<std::string> assign(StageValue& value, bool& property, FieldKind kind, DateRule rule);
+
+/// What a value is, for messages: "a text", "a number"...
+std::string_view describe(const StageValue& value);
+
+} // namespace qx::cli

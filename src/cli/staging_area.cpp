@@ -1,0 +1,252 @@
+#include "cli/staging_area.h"
+
+#include "model/job_codes.h"
+#include "store/staging_writer.h"
+
+#include <array>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace qx::cli {
+namespace {
+
+template <const auto& table, std::size_t... index>
+constexpr auto columnNames(std::index_sequence<index...>) {
+  return std::array<ColumnName, sizeof...(index)>{ColumnName(table[index].column)...};
+}
+
+/// The columns of a field table, hashed at compile time.
+template <const auto& table>
+constexpr auto columns = columnNames<table>(std::make_index_sequence<table.size()>{});
+
+/// Sets every stored property of the record but `except`, which the caller sets.
+template <const auto& table, class Record>
+void setColumns(Recordset& row, const Record& record, std::string_view except = {}) {
+  for (std::size_t i = 0; i < table.size(); ++i) {
+    const auto& field = table[i];
+    if (!field.stored() || field.name == except) continue;
+    row.set(columns<table>[i], field.visit(record, [](const auto& property) { return Value(property); }));
+  }
+}
+
+/// The names of the columns of a table.
+std::vector<std::string> columnsOf(Connection& connection, const Sql& select) {
+  const auto rows = connection.open(select);
+  std::vector<std::string> names;
+  for (std::size_t i = 0; i < rows->fieldCount(); ++i) names.emplace_back(rows->fieldName(i));
+  return names;
+}
+
+Sql separated(const std::vector<std::string>& names, const std::function<Sql(const std::string&)>& term) {
+  Sql list;
+  for (const std::string& column : names) {
+    if (&column != &names.front()) list.append(sql(", "_sql));
+    list.append(term(column));
+  }
+  return list;
+}
+
+Sql plainColumn(const std::string& column) { return sql(name(column)); }
+
+} // namespace
+
+StagingArea::StagingArea(Connection& connection) : connection_(connection) {
+  connection_.execute(sql("CREATE TEMP TABLE StageKopf AS SELECT *, CAST(0 AS INTEGER) AS StageZeile, "
+                          "CAST(0 AS INTEGER) AS StageZiel, CAST(0 AS INTEGER) AS StageSperre "
+                          "FROM main.ImportKopf WHERE 0 = 1"_sql));
+  connection_.execute(sql("CREATE TEMP TABLE StagePos AS SELECT *, CAST(0 AS INTEGER) AS StageZeile, "
+                          "CAST(0 AS INTEGER) AS StageVorgang FROM main.ImportPos WHERE 0 = 1"_sql));
+}
+
+void StagingArea::begin() {
+  headers_ = connection_.open(sql("SELECT * FROM StageKopf WHERE 0 = 1"_sql));
+  positions_ = connection_.open(sql("SELECT * FROM StagePos WHERE 0 = 1"_sql));
+  // A transaction that takes no lock on the database: up to the copy only temporary tables are written.
+  connection_.execute(sql("BEGIN DEFERRED"_sql));
+}
+
+void StagingArea::add(const AuftragsPosFields& position, std::int64_t line) {
+  positions_->addNew();
+  setColumns<auftragsPosFields>(*positions_, position, "Positionsnummer");
+  positions_->set("Positionsnummer", std::to_string(position.Positionsnummer));
+  endPosition(line);
+}
+
+void StagingArea::add(const ImportJobSubItem& position, std::int64_t line) {
+  positions_->addNew();
+  setColumns<importJobSubItemFields>(*positions_, position, "Positionsnummer");
+  positions_->set("Positionsnummer", std::to_string(position.Positionsnummer));
+  endPosition(line);
+}
+
+void StagingArea::add(const KundeFields& job, std::int64_t line) {
+  headers_->addNew();
+  setColumns<kundeFields>(*headers_, job);
+  endJob(line);
+}
+
+void StagingArea::add(const VertragFields& job, std::int64_t line) {
+  headers_->addNew();
+  setColumns<vertragFields>(*headers_, job, "Vertragsende");
+  const bool open = job.Vertragsende.empty() || job.Vertragsende == openContractEnd;
+  headers_->set("Vertragsende", open ? Value::null() : Value(job.Vertragsende));
+  endJob(line);
+}
+
+void StagingArea::add(const AuftragFields& job, std::int64_t line) {
+  headers_->addNew();
+  setColumns<auftragFields>(*headers_, job);
+  endJob(line);
+}
+
+/// The header's row number is its place in the file: rows are only added, one by one.
+void StagingArea::endPosition(std::int64_t line) {
+  positions_->set("StageZeile", line);
+  positions_->set("StageVorgang", jobs_ + 1);
+  positions_->update();
+  forgetWritten();
+}
+
+void StagingArea::endJob(std::int64_t line) {
+  headers_->set("ImportType", stagedImportType);
+  headers_->set("StageZeile", line);
+  headers_->update();
+  ++jobs_;
+  forgetWritten();
+}
+
+/// A record set keeps the rows that it added until it is opened anew.
+void StagingArea::forgetWritten() {
+  constexpr int rowsKept = 256;
+  if (++written_ < rowsKept) return;
+  written_ = 0;
+  headers_->requery();
+  positions_->requery();
+}
+
+std::optional<KeyConflict> StagingArea::twice(const Sql& query, KeyConflict::Kind kind) {
+  const auto rows = connection_.open(query);
+  if (rows->eof()) return std::nullopt;
+  const auto whole = [&](ColumnName column) { return rows->value(column).integer().value_or(0); };
+  return KeyConflict{kind,
+                     rows->text("Schluessel"),
+                     whole("Vorgang"),
+                     whole("Zeile"),
+                     whole("VorigerVorgang"),
+                     whole("VorigeZeile"),
+                     {}};
+}
+
+std::optional<KeyConflict> StagingArea::finish() {
+  headers_.reset();
+  positions_.reset();
+  connection_.execute(sql("COMMIT"_sql));
+  auto conflict = twice(sql("SELECT JobID AS Schluessel, max(rowid) AS Vorgang, max(StageZeile) AS Zeile, "
+                            "min(rowid) AS VorigerVorgang, min(StageZeile) AS VorigeZeile FROM StageKopf "
+                            "GROUP BY JobID COLLATE NOCASE HAVING count(*) > 1 ORDER BY 2 LIMIT 1"_sql),
+                        KeyConflict::Kind::JobTwice);
+  if (!conflict)
+    conflict = twice(sql("SELECT ChildID AS Schluessel, max(StageVorgang) AS Vorgang, "
+                         "max(StageZeile) AS Zeile, min(StageVorgang) AS VorigerVorgang, "
+                         "min(StageZeile) AS VorigeZeile FROM StagePos "
+                         "GROUP BY ChildID COLLATE NOCASE HAVING count(*) > 1 ORDER BY 2 LIMIT 1"_sql),
+                     KeyConflict::Kind::PositionTwice);
+  return conflict ? conflict : ownedInFile();
+}
+
+/// A position that names another job than the one in which it stands.
+std::optional<KeyConflict> StagingArea::ownedInFile() {
+  return firstOwned(
+      sql("SELECT s.ChildID AS Schluessel, s.StageVorgang AS Vorgang, s.StageZeile AS Zeile, "
+          "s.JobID AS Besitzer FROM StagePos s JOIN StageKopf k ON k.rowid = s.StageVorgang "
+          "WHERE s.JobID <> '' AND s.JobID <> k.JobID COLLATE NOCASE ORDER BY s.rowid LIMIT 1"_sql));
+}
+
+std::optional<KeyConflict> StagingArea::firstOwned(const Sql& query) {
+  const auto rows = connection_.open(query);
+  if (rows->eof()) return std::nullopt;
+  KeyConflict conflict;
+  conflict.kind = KeyConflict::Kind::OtherOwner;
+  conflict.key = rows->text("Schluessel");
+  conflict.job = rows->value("Vorgang").integer().value_or(0);
+  conflict.line = rows->value("Zeile").integer().value_or(0);
+  conflict.owner = rows->text("Besitzer");
+  return conflict;
+}
+
+std::optional<KeyConflict> StagingArea::copy(BusyWait& wait, bool again) {
+  WorkUnit unit(connection_, &wait);
+  findExisting(again);
+  if (auto conflict = ownedByOthers()) return conflict;
+  copyHeaders();
+  copyPositions();
+  const auto count = connection_.open(
+      sql("SELECT count(*) AS Alle, coalesce(sum(StageSperre), 0) AS Uebergangen FROM StageKopf"_sql));
+  unit.commit();
+  counts_.skipped = count->value("Uebergangen").integer().value_or(0);
+  counts_.staged = count->value("Alle").integer().value_or(0) - counts_.skipped;
+  return std::nullopt;
+}
+
+/// `StageZiel` becomes the row of the job that is there already, `StageSperre` 1 when it must stay as it is.
+void StagingArea::findExisting(bool again) {
+  connection_.execute(sql("UPDATE StageKopf SET StageSperre = 0, StageZiel = (SELECT k.rowid FROM "
+                          "main.ImportKopf k WHERE k.JobID = StageKopf.JobID)"_sql));
+  if (again) return;
+  connection_.execute(sql("UPDATE StageKopf SET StageSperre = 1 WHERE StageZiel IS NOT NULL AND EXISTS "
+                          "(SELECT 1 FROM main.ImportKopf k WHERE k.rowid = StageZiel AND k.JobType IN "
+                          "(13, 23, 33, 43, 44))"_sql));
+}
+
+std::optional<KeyConflict> StagingArea::ownedByOthers() {
+  return firstOwned(
+      sql("SELECT s.ChildID AS Schluessel, s.StageVorgang AS Vorgang, s.StageZeile AS Zeile, p.JobID AS "
+          "Besitzer FROM StagePos s JOIN StageKopf k ON k.rowid = s.StageVorgang JOIN main.ImportPos p "
+          "ON p.ChildID = s.ChildID WHERE k.StageSperre = 0 AND p.JobID <> k.JobID "
+          "ORDER BY s.rowid LIMIT 1"_sql));
+}
+
+/// A replaced job keeps its row and with it its place; columns that the file does not give become null.
+void StagingArea::copyHeaders() {
+  const auto names = columnsOf(connection_, sql("SELECT * FROM ImportKopf WHERE 0 = 1"_sql));
+  Sql replace = sql("UPDATE main.ImportKopf SET "_sql);
+  replace.append(separated(
+      names, [](const std::string& column) { return sql(name(column), " = s."_sql, name(column)); }));
+  replace.append(sql(" FROM StageKopf s WHERE ImportKopf.rowid = s.StageZiel AND s.StageSperre = 0"_sql));
+  connection_.execute(replace);
+
+  Sql insert = sql("INSERT INTO main.ImportKopf ("_sql);
+  insert.append(separated(names, plainColumn)).append(sql(") SELECT "_sql));
+  insert.append(separated(names, plainColumn));
+  insert.append(sql(" FROM StageKopf WHERE StageZiel IS NULL ORDER BY rowid"_sql));
+  connection_.execute(insert);
+}
+
+void StagingArea::copyPositions() {
+  connection_.execute(sql("DELETE FROM main.ImportPos WHERE JobID IN (SELECT JobID FROM StageKopf WHERE "
+                          "StageZiel IS NOT NULL AND StageSperre = 0)"_sql));
+  const auto names = columnsOf(connection_, sql("SELECT * FROM ImportPos WHERE 0 = 1"_sql));
+  Sql insert = sql("INSERT INTO main.ImportPos ("_sql);
+  insert.append(separated(names, plainColumn)).append(sql(") SELECT "_sql));
+  // The position takes the key of its header, which may have been made after the position was read.
+  insert.append(separated(names, [](const std::string& column) {
+    return column == "JobID" ? sql("k.JobID"_sql) : sql("p."_sql, name(column));
+  }));
+  insert.append(sql(" FROM StagePos p JOIN StageKopf k ON k.rowid = p.StageVorgang WHERE k.StageSperre = 0 "
+                    "ORDER BY p.rowid"_sql));
+  connection_.execute(insert);
+}
+
+void StagingArea::forEach(const Visitor& visit) {
+  const auto rows =
+      connection_.openStream(sql("SELECT JobID, JobType, StageZiel, StageSperre FROM StageKopf"_sql));
+  for (; !rows->eof(); rows->moveNext()) {
+    StageResult result = rows->value("StageZiel").isNull() ? StageResult::Added : StageResult::Replaced;
+    if (rows->value("StageSperre").integer() == 1) result = StageResult::Skipped;
+    visit(rows->text("JobID"), static_cast<std::int16_t>(rows->value("JobType").integer().value_or(0)),
+          result);
+  }
+}
+
+} // namespace qx::cli

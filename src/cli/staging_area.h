@@ -1,0 +1,84 @@
+// Temporary tables that take a file's jobs until all of it has been checked.
+#pragma once
+
+#include "model/entry_records.h"
+#include "model/import_job.h"
+#include "platform/database.h"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace qx::cli {
+
+/// A job or position key that cannot be staged.
+struct KeyConflict {
+  enum class Kind : std::uint8_t {
+    JobTwice,      ///< two jobs of the file have the same key
+    PositionTwice, ///< two positions of the file have the same key
+    OtherOwner,    ///< the position belongs to another job, in the file or in the database
+  };
+  Kind kind = Kind::JobTwice;
+  std::string key;
+  std::int64_t job = 0; ///< place of the later job in the file
+  std::int64_t line = 0;
+  std::int64_t otherJob = 0; ///< place of the earlier job; 0 when it is not in the file
+  std::int64_t otherLine = 0;
+  std::string owner; ///< the other job's key, of `OtherOwner`
+};
+
+/// What became of one job of the file.
+enum class StageResult : std::uint8_t { Added, Replaced, Skipped };
+
+struct StageCounts {
+  std::int64_t staged = 0;
+  std::int64_t skipped = 0;
+};
+
+/// The jobs are first loaded, without touching the database, and then copied in one unit of work. Rows are
+/// stored as the entry objects store them. Written for SQLite.
+class StagingArea {
+public:
+  explicit StagingArea(Connection& connection);
+
+  /// Before the first record.
+  void begin();
+  /// Positions are added before their header. `line` is where the key stands, or the object begins.
+  void add(const AuftragsPosFields& position, std::int64_t line);
+  void add(const ImportJobSubItem& position, std::int64_t line);
+  void add(const KundeFields& job, std::int64_t line);
+  void add(const VertragFields& job, std::int64_t line);
+  void add(const AuftragFields& job, std::int64_t line);
+  /// After the last job. Null when no key stands twice.
+  std::optional<KeyConflict> finish();
+
+  /// Copies all jobs, but skips those that are done unless `again`. A conflict leaves everything as it was.
+  std::optional<KeyConflict> copy(BusyWait& wait, bool again);
+  StageCounts counts() const { return counts_; }
+  /// The jobs in the order of the file, after `copy`.
+  using Visitor = std::function<void(const std::string& jobId, std::int16_t jobType, StageResult result)>;
+  void forEach(const Visitor& visit);
+
+private:
+  void endPosition(std::int64_t line);
+  void endJob(std::int64_t line);
+  void forgetWritten();
+  std::optional<KeyConflict> twice(const Sql& query, KeyConflict::Kind kind);
+  void findExisting(bool again);
+  std::optional<KeyConflict> ownedInFile();
+  std::optional<KeyConflict> ownedByOthers();
+  std::optional<KeyConflict> firstOwned(const Sql& query);
+  void copyHeaders();
+  void copyPositions();
+
+  Connection& connection_;
+  std::unique_ptr<Recordset> headers_;
+  std::unique_ptr<Recordset> positions_;
+  std::int64_t jobs_ = 0;
+  int written_ = 0;
+  StageCounts counts_;
+};
+
+} // namespace qx::cli

@@ -1,0 +1,37 @@
+#include "cli/stop_on_signal.h"
+
+#include <atomic>
+
+namespace qx::cli {
+namespace {
+
+/// The engine that a signal stops; the only state of the program that is not passed in.
+std::atomic<ImportJobObject2*> stoppable{nullptr};
+static_assert(std::atomic<ImportJobObject2*>::is_always_lock_free);
+
+extern "C" void askToStop(int /*signal*/) {
+  if (ImportJobObject2* engine = stoppable.load()) engine->requestStop();
+}
+
+} // namespace
+
+StopOnSignal::StopOnSignal(ImportJobObject2& engine) {
+  stoppable.store(&engine);
+  struct sigaction stop {};
+  stop.sa_handler = askToStop;
+  stop.sa_flags = SA_RESTART;
+  sigaction(SIGINT, &stop, &interrupt_);
+  sigaction(SIGTERM, &stop, &terminate_);
+  struct sigaction ignore {};
+  ignore.sa_handler = SIG_IGN;
+  sigaction(SIGPIPE, &ignore, &pipe_);
+}
+
+StopOnSignal::~StopOnSignal() {
+  sigaction(SIGINT, &interrupt_, nullptr);
+  sigaction(SIGTERM, &terminate_, nullptr);
+  sigaction(SIGPIPE, &pipe_, nullptr);
+  stoppable.store(nullptr);
+}
+
+} // namespace qx::cli

@@ -1,0 +1,25 @@
+// Ends a run when the program is asked to stop.
+#pragma once
+
+#include "engine/import_job_object2.h"
+
+#include <csignal>
+
+namespace qx::cli {
+
+/// While it lives, SIGINT and SIGTERM ask the engine to stop after the current job, and a closed pipe is an
+/// error of the stream instead of the end of the program. Only one may exist.
+class StopOnSignal {
+public:
+  explicit StopOnSignal(ImportJobObject2& engine);
+  StopOnSignal(const StopOnSignal&) = delete;
+  StopOnSignal& operator=(const StopOnSignal&) = delete;
+  ~StopOnSignal();
+
+private:
+  struct sigaction interrupt_ {};
+  struct sigaction terminate_ {};
+  struct sigaction pipe_ {};
+};
+
+} // namespace qx::cli

@@ -1,0 +1,74 @@
+// A file read as a stream of characters with the number of the current line.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace qx::cli {
+
+/// Reads a file, or standard input for the name "-", which is first copied to a temporary file up to its end.
+/// Raises `ProgramError` when the file cannot be read.
+class TextSource {
+public:
+  explicit TextSource(std::string_view name);
+  TextSource(const TextSource&) = delete;
+  TextSource& operator=(const TextSource&) = delete;
+  ~TextSource();
+
+  /// The name of the file for messages.
+  const std::string& name() const { return name_; }
+  bool atEnd() const { return at_ == end_; }
+  char current() const { return *at_; }
+  void advance() {
+    last_ = *at_;
+    if (last_ == '\n') ++line_;
+    if (++at_ == end_) fill();
+  }
+  /// The line of the character that was read last; a line break belongs to the line that it ends.
+  std::int64_t line() const { return last_ == '\n' ? line_ - 1 : line_; }
+  /// Reads on to the next character that is no blank.
+  void skipBlanks();
+
+private:
+  void fill();
+
+  std::string name_;
+  int file_ = -1;
+  std::vector<char> buffer_;
+  const char* at_ = nullptr;
+  const char* end_ = nullptr;
+  std::int64_t line_ = 1;
+  char last_ = 0;
+};
+
+/// Moves through a source. All iterators of a source share its place.
+class TextIterator {
+public:
+  using iterator_category = std::input_iterator_tag;
+  using value_type = char;
+  using difference_type = std::ptrdiff_t;
+  using pointer = const char*;
+  using reference = char;
+
+  TextIterator() = default;
+  explicit TextIterator(TextSource& source) : source_(&source) {}
+
+  char operator*() const { return source_->current(); }
+  TextIterator& operator++() {
+    source_->advance();
+    return *this;
+  }
+  void operator++(int) { source_->advance(); }
+  friend bool operator==(const TextIterator& a, const TextIterator& b) { return a.ended() == b.ended(); }
+
+private:
+  bool ended() const { return source_ == nullptr || source_->atEnd(); }
+
+  TextSource* source_ = nullptr;
+};
+
+} // namespace qx::cli
