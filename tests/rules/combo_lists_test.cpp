@@ -80,12 +80,3 @@ TEST_F(ComboListsTest, TermsOfPaymentShowTheirSentence) {
   EXPECT_EQ(combo.source->rows, (std::vector<std::array<std::string, 2>>{
                                     {"sofort rein Netto.", "00"}, {"10 Tage 2,5%, 30 Tage netto", "30"}}));
 }
-
-TEST_F(ComboListsTest, EveryOtherListReadsItsOwnTable) {
-  insert(sql("Insert Into Zahlungsarten (Zahlungsart, Kurztext) Values ('NN','Nachnahme')"_sql));
-  insert(sql("Insert Into PreislistenKopf (Preisliste, Langtext) Values ('P1','Endkunden')"_sql));
-  insert(sql("Insert Into Währungen (Währung, Langtext) Values ('XTS','Prüfwährung')"_sql));
-  EXPECT_TRUE(lists.FillComboZahlungsart(combo, "NN"));
-  EXPECT_TRUE(lists.FillComboPreisliste(combo, "P1"));
-  EXPECT_TRUE(lists.FillComboWährung(combo, "XTS"));
-}

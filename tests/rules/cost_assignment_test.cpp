@@ -62,9 +62,3 @@ TEST_F(CostAssignmentTest, TheRuleOfTheDocumentKindSaysWhatIsMissing) {
     EXPECT_EQ(erp.desktop.shown[0].icon, MessageIcon::Exclamation);
   }
 }
-
-TEST_F(CostAssignmentTest, WithoutTheMessageNothingIsShown) {
-  erp.set("Kundenauftrag", "3", "Kostenzuordnung");
-  EXPECT_EQ(costs.CheckKostzuord("AB", 0, false), -1);
-  EXPECT_TRUE(erp.desktop.shown.empty());
-}

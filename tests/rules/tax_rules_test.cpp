@@ -56,9 +56,3 @@ TEST_F(TaxRulesTest, AnUnknownKeyHasTheRateZero) {
   EXPECT_EQ(tax.GetSteuerSatz("90"), 19.5);
   EXPECT_EQ(tax.GetSteuerSatz("91"), 0);
 }
-
-TEST_F(TaxRulesTest, ChangeDateIsShownAsADayOrNotAtAll) {
-  EXPECT_EQ(tax.changeDateText(), "");
-  erp.set("DatumMwStÄnderung", "20070401000000", "Allgemein");
-  EXPECT_EQ(tax.changeDateText(), "01.04.2007");
-}

@@ -60,15 +60,6 @@ TEST_F(ImportLockTest, ASecondUserIsRefusedWithTheHoldersNameAndReleasesNothing)
   EXPECT_EQ(rows(), 0);
 }
 
-TEST_F(ImportLockTest, AfterARefusalAnEarlierReleaseIsNotRemembered) {
-  EXPECT_EQ(lock.take().state, LockState::Taken);
-  EXPECT_TRUE(lock.release());
-  lockBy("erika");
-  EXPECT_EQ(lock.take().state, LockState::Refused);
-  lock.releaseIfHeld();
-  EXPECT_EQ(rows(), 1);
-}
-
 TEST_F(ImportLockTest, ADeadProgramsLockIsTakenOverWithANotice) {
   lockBy("erika", "tot");
   erp.liveness.answer = false;
@@ -78,12 +69,6 @@ TEST_F(ImportLockTest, ADeadProgramsLockIsTakenOverWithANotice) {
   EXPECT_EQ(rows(), 1);
   ASSERT_EQ(erp.desktop.shown.size(), 1U);
   EXPECT_NE(erp.desktop.shown[0].text.find("'erika'"), std::string::npos);
-}
-
-TEST_F(ImportLockTest, ALivingProgramsLockIsNotTakenOver) {
-  lockBy("erika");
-  erp.liveness.answer = true;
-  EXPECT_EQ(lock.take().state, LockState::Refused);
 }
 
 TEST_F(ImportLockTest, ABusyDatabaseIsRefusedByARowAndUnavailableWithoutOne) {
@@ -101,12 +86,6 @@ TEST_F(ImportLockTest, ABusyDatabaseIsRefusedByARowAndUnavailableWithoutOne) {
   WorkUnit again(*other);
   EXPECT_EQ(lock.take(&impatient).state, LockState::Refused);
   EXPECT_EQ(erp.desktop.shown.back().text, refusal);
-}
-
-TEST_F(ImportLockTest, WithoutASessionTheLockIsTakenAllTheSame) {
-  erp.environment.session = nullptr;
-  EXPECT_EQ(lock.take().state, LockState::Taken);
-  EXPECT_EQ(rows(), 1);
 }
 
 TEST_F(ImportLockTest, OnOurOwnConnectionAMissingTableMakesItUnavailable) {
@@ -136,4 +115,10 @@ TEST_F(ImportLockTest, OnAHostsConnectionARowMetByTheInsertRefuses) {
   EXPECT_EQ(lock.take().state, LockState::Refused);
   EXPECT_FALSE(lock.held());
   EXPECT_EQ(erp.desktop.shown.back().text, refusal);
+}
+
+TEST_F(ImportLockTest, WithoutASessionTheLockIsTakenAllTheSame) {
+  erp.environment.session = nullptr;
+  EXPECT_EQ(lock.take().state, LockState::Taken);
+  EXPECT_EQ(rows(), 1);
 }
