@@ -1,5 +1,7 @@
 #include "engine/import_job_object2.h"
 
+#include "engine/contract_check.h"
+#include "engine/job_check.h"
 #include "store/new_job_key.h"
 
 #include <exception>
@@ -125,7 +127,8 @@ void ImportJobObject2::Unload() {
 }
 
 bool ImportJobObject2::ProcessJobs(bool UnEvaluated, qxProcessState ProcessState) {
-  ProcessingRun run({environment_, events_, protocol_, errors_, stop_, outcomes_}, UnEvaluated, ProcessState);
+  ProcessingRun run({environment_, events_, protocol_, errors_, stop_, outcomes_, personalNr_, homeCurrency_},
+                    UnEvaluated, ProcessState);
   lastRun_ = run.execute();
   stop_.clear();
   if (lastRun_.end == RunEnd::Refused) return false;
@@ -190,6 +193,16 @@ std::string ImportJobObject2::GUID() { return newJobKey(environment_); }
 Findings ImportJobObject2::proveCustomerJob(std::string_view jobId) {
   return CustomerProof(environment_, settings_.isOn("KundeAdressProof")).prove(jobId);
 }
+
+std::int32_t ImportJobObject2::GetDelVerträge(std::string_view Kundennummer) {
+  std::int32_t marked = 0;
+  guarded("GetDelVerträge", "Fehler beim Kennzeichnen der Verträge: ", [&] {
+    marked = ContractComparison(environment_).markUncarried(Kundennummer);
+  });
+  return marked;
+}
+
+Findings ImportJobObject2::checkJob(std::string_view jobId) { return JobCheck(environment_).check(jobId); }
 
 std::string ImportJobObject2::ImpGetSetting(std::string_view AppName, std::string_view Section,
                                             std::string_view Key, bool GetLocal) const {

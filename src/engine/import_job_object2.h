@@ -3,11 +3,13 @@
 
 #include "engine/customer_proof.h"
 #include "engine/event_source.h"
+#include "engine/findings.h"
 #include "engine/job_marks.h"
 #include "engine/job_outcome.h"
 #include "engine/processing_run.h"
 #include "engine/protocol.h"
 #include "engine/stop_signal.h"
+#include "model/entry_records.h"
 #include "platform/environment.h"
 #include "rules/combo_lists.h"
 #include "rules/customer_addresses.h"
@@ -113,6 +115,37 @@ public:
   bool FillComboZahlungsbed(ComboTarget& combo, std::string_view current) const;
   /// @}
 
+  /// @name Contracts
+  /// @{
+  /// The state of a contract line against the contract table: 0 new, 1 changed, 2 unchanged, 3 deleted.
+  /// `JobID`, when given, receives the staged job that carries it, or "".
+  std::int16_t GetVertragsZustand(std::string_view Kundennummer, std::string_view Vertragsnummer,
+                                  std::string_view Artikelnummer, std::string_view Vertragsart,
+                                  std::string* JobID = nullptr) const;
+  /// Whether processing the contract would change what is stored.
+  bool GetDiffVertrags(const VertragFields& vertrag) const;
+  /// Marks the stored contracts of the customer that the import no longer carries; their number.
+  std::int32_t GetDelVerträge(std::string_view Kundennummer);
+  /// @}
+
+  /// @name Rules. What they raise reaches the caller.
+  /// @{
+  std::int16_t GetSteuerschlüssel(std::string_view MwStKZKunde, std::string_view MwStKZArtikel,
+                                  std::string_view Datum) const;
+  double GetSteuerSatz(std::string_view Steuerschlüssel) const;
+  /// The amount off `Betrag` when `Param` is 1, else the rate in percent. Marks and values may be null.
+  double GetGRabatt(const Value& KZRabattart, const Value& KZRabatt1, const Value& Rabatt1,
+                    const Value& KZRabatt2, const Value& Rabatt2, const Value& KZRabatt3,
+                    const Value& Rabatt3, const Value& Param, const Value& Betrag) const;
+  double rundenEx(double zahl, double RundenAuf, bool Aufrunden) const;
+  std::string intdat(const Value& SystemDatum) const;
+  Date NowEx() const;
+  double GetLagerbestand(std::string_view Artikelnummer, std::string_view Mengeneinheit, double Menge,
+                         std::string& strME, bool MEUmrechnung = false) const;
+  std::string MengeneinheitAlternativ(std::string_view Mengeneinheit) const;
+  std::int32_t CheckKostzuord(std::string_view Belegart, std::int32_t KostID, bool ShowMessage) const;
+  /// @}
+
   /// @name Settings. Failures are skipped.
   /// @{
   std::string ImpGetSetting(std::string_view AppName, std::string_view Section, std::string_view Key,
@@ -134,6 +167,8 @@ public:
   void requestStop() noexcept { stop_.request(); }
   /// Checks a staged customer job without writing anything.
   Findings proveCustomerJob(std::string_view jobId);
+  /// Checks a staged job of any kind without writing anything. Database errors reach the caller.
+  Findings checkJob(std::string_view jobId);
   ImportLock& importLock() { return lock_; }
   JobDeletion& jobDeletion() { return deletion_; }
   const std::string& homeCurrency() const { return homeCurrency_; }

@@ -1,5 +1,13 @@
-// The lookup members of the engine object: each forwards to the class that has the job.
+// The lookup and rule members of the engine object: each forwards to the class that has the job.
 #include "engine/import_job_object2.h"
+
+#include "engine/contract_check.h"
+#include "rules/cost_assignment.h"
+#include "rules/dates.h"
+#include "rules/discounts.h"
+#include "rules/rounding.h"
+#include "rules/stock.h"
+#include "rules/tax_rules.h"
 
 namespace qx {
 
@@ -106,6 +114,67 @@ bool ImportJobObject2::FillComboVertreter(ComboTarget& combo, std::string_view c
 
 bool ImportJobObject2::FillComboZahlungsbed(ComboTarget& combo, std::string_view current) const {
   return combos_.FillComboZahlungsbed(combo, current);
+}
+
+std::int16_t ImportJobObject2::GetVertragsZustand(std::string_view Kundennummer,
+                                                  std::string_view Vertragsnummer,
+                                                  std::string_view Artikelnummer,
+                                                  std::string_view Vertragsart, std::string* JobID) const {
+  std::string job;
+  const ContractKey key{std::string(Kundennummer), std::string(Vertragsnummer), std::string(Artikelnummer),
+                        std::string(Vertragsart)};
+  const ContractState state = ContractComparison(environment_).state(key, job);
+  if (JobID != nullptr) *JobID = std::move(job);
+  return static_cast<std::int16_t>(state);
+}
+
+bool ImportJobObject2::GetDiffVertrags(const VertragFields& vertrag) const {
+  return ContractComparison(environment_).differs(contractFields(vertrag));
+}
+
+std::int16_t ImportJobObject2::GetSteuerschlüssel(std::string_view MwStKZKunde,
+                                                  std::string_view MwStKZArtikel,
+                                                  std::string_view Datum) const {
+  return TaxRules(environment_).GetSteuerschlüssel(MwStKZKunde, MwStKZArtikel, Datum);
+}
+
+double ImportJobObject2::GetSteuerSatz(std::string_view Steuerschlüssel) const {
+  return TaxRules(environment_).GetSteuerSatz(Steuerschlüssel);
+}
+
+double ImportJobObject2::GetGRabatt(const Value& KZRabattart, const Value& KZRabatt1, const Value& Rabatt1,
+                                    const Value& KZRabatt2, const Value& Rabatt2, const Value& KZRabatt3,
+                                    const Value& Rabatt3, const Value& Param, const Value& Betrag) const {
+  StagedDiscounts discounts;
+  discounts.kind = KZRabattart.text();
+  discounts.marks = {KZRabatt1.text(), KZRabatt2.text(), KZRabatt3.text()};
+  discounts.values = {Rabatt1.number().value_or(0), Rabatt2.number().value_or(0),
+                      Rabatt3.number().value_or(0)};
+  return qx::GetGRabatt(environment_, discounts, Param, Betrag.number().value_or(0));
+}
+
+double ImportJobObject2::rundenEx(double zahl, double RundenAuf, bool Aufrunden) const {
+  return qx::rundenEx(zahl, RundenAuf, Aufrunden);
+}
+
+std::string ImportJobObject2::intdat(const Value& SystemDatum) const { return qx::intdat(SystemDatum); }
+
+Date ImportJobObject2::NowEx() const { return qx::NowEx(environment_); }
+
+double ImportJobObject2::GetLagerbestand(std::string_view Artikelnummer, std::string_view Mengeneinheit,
+                                         double /*Menge*/, std::string& strME, bool MEUmrechnung) const {
+  const StockAnswer answer = Stock(environment_).GetLagerbestand(Artikelnummer, Mengeneinheit, MEUmrechnung);
+  strME = answer.unit;
+  return answer.stock;
+}
+
+std::string ImportJobObject2::MengeneinheitAlternativ(std::string_view Mengeneinheit) const {
+  return Stock(environment_).MengeneinheitAlternativ(Mengeneinheit);
+}
+
+std::int32_t ImportJobObject2::CheckKostzuord(std::string_view Belegart, std::int32_t KostID,
+                                              bool ShowMessage) const {
+  return CostAssignment(environment_).CheckKostzuord(Belegart, KostID, ShowMessage);
 }
 
 } // namespace qx

@@ -1,6 +1,9 @@
 #include "engine/processing_run.h"
 
+#include "engine/contract_preparation.h"
+#include "engine/contract_section.h"
 #include "engine/customer_section.h"
+#include "engine/order_section.h"
 #include "store/archive_purge.h"
 
 #include <exception>
@@ -48,10 +51,12 @@ void ProcessingRun::perform() {
   readProgramVersion();
   parts_.protocol.create([this](const Message& message) { environment_.desktop.show(message); });
   report_.protocolId = parts_.protocol.id();
+  // Before the reset on purpose: a contract that is released in this run keeps its position until the next.
+  prepareContracts();
   resetReleasedJobs();
   processCustomers();
-  announceContracts();
-  announceOrders();
+  processContracts();
+  processOrders();
   close();
 }
 
@@ -74,6 +79,7 @@ void ProcessingRun::initPrices() {
     prices_->Init(*environment_.connection);
   } catch (const std::exception& error) {
     environment_.diagnostics.report({"price component", error.what(), ""});
+    prices_.reset();
   }
 }
 
@@ -131,31 +137,33 @@ void ProcessingRun::resetJob(JobRow& job) {
   job.update();
 }
 
+/// The values look like flags but are compared for equality: a combination selects nothing.
+bool ProcessingRun::selects(qxProcessState section) const {
+  return selection_ == qxProcessState::ProcessAll || selection_ == section;
+}
+
+void ProcessingRun::prepareContracts() { ContractPreparation(environment_, missing_, group_).run(); }
+
 void ProcessingRun::processCustomers() {
-  if (selection_ != qxProcessState::ProcessAll && selection_ != qxProcessState::ProcessKunden) return;
+  if (!selects(qxProcessState::ProcessKunden)) return;
   CustomerSection section(environment_, options_, marks_, parts_.events, unevaluated_);
   section.run(sections_);
 }
 
-void ProcessingRun::announceContracts() {
-  if (selection_ != qxProcessState::ProcessAll && selection_ != qxProcessState::ProcessVerträge) return;
-  parts_.events.raiseProcessInfo("Verträge werden überprüft und verarbeitet...");
-  report_.waitingContracts =
-      countRows(sql("Select * From ImportKopf Where JobType = "_sql, number(qxtjobkundenverträge),
-                    " Or JobType = "_sql, number(qxtjobverträge), " Order by Kundennummer"_sql));
+void ProcessingRun::processContracts() {
+  if (!selects(qxProcessState::ProcessVerträge)) return;
+  ContractSection section(environment_, marks_, parts_.events);
+  section.run(sections_);
 }
 
-void ProcessingRun::announceOrders() {
-  if (selection_ != qxProcessState::ProcessAll && selection_ != qxProcessState::ProcessAufträge &&
-      selection_ != qxProcessState::ProcessZubehör)
-    return;
-  parts_.events.raiseProcessInfo("Aufträge werden verarbeitet...");
-  report_.waitingOrders = countRows(sql("Select * From ImportKopf Where JobType = "_sql,
-                                        number(qxtJobAufträge), " Order by Eingangsdatum"_sql));
-}
-
-std::size_t ProcessingRun::countRows(const Sql& query) {
-  return environment_.connection->openKeyset(query)->recordCount();
+void ProcessingRun::processOrders() {
+  if (!selects(qxProcessState::ProcessAufträge) && !selects(qxProcessState::ProcessZubehör)) return;
+  const OrderOptions options = OrderOptions::read(settings_, options_.customerSpecific);
+  const OrderStamp stamp{programVersion_, parts_.personnelNumber, parts_.homeCurrency};
+  OrderSection section(
+      {environment_, marks_, group_, options, stamp, options_.automatic, unevaluated_, selection_},
+      std::move(prices_));
+  section.run(sections_);
 }
 
 void ProcessingRun::close() {

@@ -26,6 +26,8 @@ struct RunParts {
   CollectedErrors& errors;
   const StopSignal& stop;
   const OutcomeSink& outcomes; ///< may be empty
+  std::string personnelNumber; ///< of the session's user
+  std::string homeCurrency;
 };
 
 /// Takes the waiting jobs section by section, checks and writes each, and logs it.
@@ -48,12 +50,13 @@ private:
   void resetReleasedJobs();
   void resetJob(JobRow& job);
   void processCustomers();
-  void announceContracts();
-  void announceOrders();
+  void prepareContracts();
+  void processContracts();
+  void processOrders();
+  bool selects(qxProcessState section) const;
   void close();
   void cleanUpProtocol();
   void purge();
-  std::size_t countRows(const Sql& query);
 
   RunParts parts_;
   Environment& environment_;

@@ -3,7 +3,6 @@
 #include <array>
 #include <charconv>
 #include <cmath>
-#include <cstdio>
 
 namespace qx {
 namespace {
@@ -106,9 +105,11 @@ Value emptyToNull(Value value) { return value.isEmpty() ? Value::null() : std::m
 
 std::string plainNumber(double number) {
   if (number == 0) return "0";
-  std::array<char, 32> buffer{};
-  const int length = std::snprintf(buffer.data(), buffer.size(), "%.15g", number);
-  return {buffer.data(), static_cast<std::size_t>(length)};
+  // Unlike printf, this does not follow the locale that a window toolkit may have set.
+  std::array<char, 64> buffer{};
+  const auto result =
+      std::to_chars(buffer.data(), buffer.data() + buffer.size(), number, std::chars_format::general, 15);
+  return {buffer.data(), result.ptr};
 }
 
 } // namespace qx

@@ -120,16 +120,6 @@ TEST_F(Run, WhileAnOrderIsBeingReadInNothingHappens) {
   EXPECT_EQ(count(sql("Select Count(*) From Protokolle"_sql)), 0);
 }
 
-TEST_F(Run, ContractsAndOrdersThatWaitAreCountedAndLeftAlone) {
-  for (const int code : {20, 30, 40})
-    connection().execute(sql("Insert Into ImportKopf (JobID, JobType) Values ('"_sql,
-                             value("W" + std::to_string(code)), "', "_sql, number(code), ")"_sql));
-  run();
-  EXPECT_EQ(engine.lastRun().waitingContracts, 2U);
-  EXPECT_EQ(engine.lastRun().waitingOrders, 1U);
-  EXPECT_EQ(engine.lastRun().processed, 0U);
-}
-
 TEST_F(Run, OneRefusedSaveOfManyFailsItsJobAlone) {
   stageMany(250);
   connection().execute(

@@ -1,0 +1,67 @@
+#include "engine/accessory_fees.h"
+
+#include "rules/german_text.h"
+
+#include <algorithm>
+#include <exception>
+#include <optional>
+
+namespace qx {
+namespace {
+
+/// With a decimal comma, or with a point when there is no comma.
+std::optional<double> feeNumber(std::string text) {
+  if (text.find(',') == std::string::npos) std::ranges::replace(text, '.', ',');
+  return parseGermanNumber(text);
+}
+
+} // namespace
+
+double AccessoryFees::minimumOrderFee(double orderValue) {
+  load();
+  return hasMinimum_ && orderValue < minimum_.bound ? minimum_.fee : 0;
+}
+
+double AccessoryFees::gradedFee(double accessoryValue) {
+  load();
+  if (graded_.empty()) return 0;
+  const auto row = std::ranges::find_if(
+      graded_, [accessoryValue](const Row& each) { return each.bound > accessoryValue; });
+  return row == graded_.end() ? graded_.back().fee : row->fee;
+}
+
+bool AccessoryFees::parse(std::string_view key, const std::string& entry, Row& row) {
+  const auto separator = entry.find(';');
+  if (separator != std::string::npos) {
+    const auto bound = feeNumber(entry.substr(0, separator));
+    const auto fee = feeNumber(entry.substr(separator + 1));
+    if (bound && fee) {
+      row = {*bound, *fee};
+      return true;
+    }
+  }
+  environment_.diagnostics.report(
+      {"Zubehoer.ini", std::string(key) + "=" + entry + " is no pair of numbers", ""});
+  return false;
+}
+
+void AccessoryFees::load() {
+  if (loaded_) return;
+  loaded_ = true;
+  try {
+    const std::string file = environment_.components.createProfile()->GetAppPath() + "\\Zubehoer.ini";
+    const std::string minimum = environment_.iniFile.read(file, "Allgemein", "MinBestGebuehr");
+    // An empty value, or one without a semicolon, means no fee.
+    if (!minimum.empty()) hasMinimum_ = parse("MinBestGebuehr", minimum, minimum_);
+    for (int number = 1;; ++number) {
+      const std::string key = std::to_string(number);
+      const std::string entry = environment_.iniFile.read(file, "Werte", key);
+      if (entry.empty()) break;
+      if (Row row; parse(key, entry, row)) graded_.push_back(row);
+    }
+  } catch (const std::exception& error) {
+    environment_.diagnostics.report({"Zubehoer.ini", error.what(), ""});
+  }
+}
+
+} // namespace qx

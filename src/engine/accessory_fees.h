@@ -1,0 +1,41 @@
+// The fees of accessory orders.
+#pragma once
+
+#include "platform/environment.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace qx {
+
+/// Reads the fee tables of "\Zubehoer.ini" in the application directory, once per run. A missing file or
+/// section means no fee; a malformed entry is skipped with a diagnostics entry.
+class AccessoryFees {
+public:
+  explicit AccessoryFees(Environment& environment) : environment_(environment) {}
+
+  /// The fee of an order below the minimum order value.
+  double minimumOrderFee(double orderValue);
+  /// The graded fee: that of the first bound above the value; beyond the last bound the last one.
+  double gradedFee(double accessoryValue);
+
+private:
+  struct Row {
+    double bound = 0;
+    double fee = 0;
+  };
+
+  void load();
+  bool parse(std::string_view key, const std::string& entry, Row& row);
+
+  Environment& environment_;
+  bool loaded_ = false;
+  bool hasMinimum_ = false;
+  Row minimum_;
+  std::vector<Row> graded_;
+};
+
+} // namespace qx

@@ -1,0 +1,72 @@
+#include "engine/contract_check.h"
+
+#include "engine/job_row.h"
+
+namespace qx {
+namespace {
+
+bool knownState(std::string_view state) { return state == activeContract || skipsObjectChecks(state); }
+
+JobState stateFor(CheckStatus status) {
+  switch (status) {
+  case CheckStatus::Warning:
+    return JobState::Warning;
+  case CheckStatus::Error:
+    return JobState::Error;
+  case CheckStatus::Clean:
+    break;
+  }
+  return JobState::Waiting;
+}
+
+} // namespace
+
+Findings ContractCheck::check(const ContractFields& job, bool single) const {
+  Findings findings;
+  const ContractKey key = ContractKey::of(job);
+  const std::string state = contractState(job);
+  const bool objectMatters = !skipsObjectChecks(state);
+  if (objectMatters && !masterData_.codeExists("Vertragsart", key.kind))
+    findings.add(CheckStatus::Warning, "Vertragsart ist nicht angelegt");
+  if (job("Menge").number().value_or(0) <= 0)
+    findings.add(CheckStatus::Warning, single ? "Menge ist faslch" : "Menge ist falsch");
+  if (!knownState(state)) findings.add(CheckStatus::Warning, "Zustand ist falsch");
+  if (contractDate(job("Vertragsdatum"), false).isNull())
+    findings.add(CheckStatus::Error, "Vertragsdatum ist falsch");
+  if (contractDate(job("Vertragsbeginn"), true).isNull())
+    findings.add(CheckStatus::Error, "Vertragsbeginn ist falsch");
+  if (objectMatters && !masterData_.VertragsgegenstandAngelegt(key.object))
+    findings.add(CheckStatus::Error, "Vertragsgegenstand ist nicht angelegt");
+  return findings;
+}
+
+CheckStatus ContractCheck::checkContract(std::string_view jobId) {
+  return checkRows(
+      sql("Select * From ImportKopf Where (JobType = 20 Or JobType = 21 Or JobType = 22) And JobID = '"_sql,
+          value(jobId), "'"_sql),
+      true);
+}
+
+CheckStatus ContractCheck::checkCustomerContracts(std::string_view customer) {
+  return checkRows(
+      sql("Select * From ImportKopf Where (JobType = 40 Or JobType = 41 Or JobType = 42) And Kundennummer = '"_sql,
+          value(customer), "'"_sql),
+      false);
+}
+
+CheckStatus ContractCheck::checkRows(const Sql& query, bool single) {
+  MissingColumns missing(environment_.diagnostics);
+  CheckStatus worst = CheckStatus::Clean;
+  const auto rows = environment_.connection->open(query);
+  for (; !rows->eof(); rows->moveNext()) {
+    JobRow job(*rows, missing);
+    const Findings findings = check(contractFields(job), single);
+    job.set("JobType", Value(withState(job.jobType(), stateFor(findings.status))));
+    job.set("Fehlertext", Value(findings.text));
+    job.update();
+    worst = worse(worst, findings.status);
+  }
+  return worst;
+}
+
+} // namespace qx

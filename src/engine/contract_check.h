@@ -1,0 +1,59 @@
+// The dialogs' check of contract jobs, and how staged contracts stand against stored ones.
+#pragma once
+
+#include "engine/contract_line.h"
+#include "engine/findings.h"
+#include "model/entry_records.h"
+#include "platform/environment.h"
+#include "rules/master_data.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace qx {
+
+/// How a contract line stands against the contract table.
+enum class ContractState : std::int16_t { New = 0, Changed = 1, Done = 2, Deleted = 3 };
+
+/// Checks contract jobs without writing, or with storing the result in them.
+class ContractCheck {
+public:
+  explicit ContractCheck(Environment& environment) : environment_(environment), masterData_(environment) {}
+
+  /// The findings for these values. `single`: a contract that did not arrive with its customer; the two kinds
+  /// spell one text differently on purpose.
+  Findings check(const ContractFields& job, bool single) const;
+  /// Checks the single contract job of this key in the codes 20 to 22 and stores its code and reasons.
+  CheckStatus checkContract(std::string_view jobId);
+  /// The same for all jobs 40 to 42 of a customer; the worst status.
+  CheckStatus checkCustomerContracts(std::string_view customer);
+
+private:
+  CheckStatus checkRows(const Sql& query, bool single);
+
+  Environment& environment_;
+  MasterData masterData_;
+};
+
+/// Compares staged contracts with the contract table.
+class ContractComparison {
+public:
+  explicit ContractComparison(Environment& environment) : environment_(environment) {}
+
+  /// True when processing the contract would change the stored line or add one.
+  bool differs(const ContractFields& job) const;
+  /// The state of a line; `jobId` receives the staged job that carries it, or "".
+  ContractState state(const ContractKey& key, std::string& jobId) const;
+  /// Marks the customer's stored lines that no staged customer contract carries: one job of code 44 each.
+  /// Marks whose line is carried again, or gone, are removed. The number of marked lines.
+  std::int32_t markUncarried(std::string_view customer);
+
+private:
+  std::unique_ptr<Recordset> stagedJobs(const ContractKey& key) const;
+  void mark(Recordset& line, const ContractKey& key);
+
+  Environment& environment_;
+};
+
+} // namespace qx

@@ -1,0 +1,153 @@
+#include "engine/contract_check.h"
+
+#include "rules/dates.h"
+#include "store/new_job_key.h"
+#include "store/staging_writer.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+#include <vector>
+
+namespace qx {
+namespace {
+
+/// A column of the contract table and the staging column that stands for it.
+struct LineField {
+  ColumnName line;
+  ColumnName staged;
+};
+constexpr std::array lineFields{LineField{"Kundennummer", "Kundennummer"},
+                                LineField{"Vertragsnummer", "Vertragsnummer"},
+                                LineField{"VertrGegenstandsNr", "Artikelnummer"},
+                                LineField{"Vertragsart", "Vertragsart"},
+                                LineField{"Vertragsdatum", "Vertragsdatum"},
+                                LineField{"Vertragsbeginn", "Vertragsbeginn"},
+                                LineField{"Vertragsende", "Vertragsende"},
+                                LineField{"Zahlungsweise", "Zahlungsweise"},
+                                LineField{"Intervall", "Intervall"},
+                                LineField{"Bemerkung", "Info"},
+                                LineField{"Kündigungsgrund", "Kündigungsgrund"},
+                                LineField{"Zustand", "Zustand"},
+                                LineField{"Anzahl", "Menge"},
+                                LineField{"Betrag", "Preis"},
+                                LineField{"PreisabweichungGrund", "IndFild1"},
+                                LineField{"PreisabweichungGenehmigender", "IndFild2"},
+                                LineField{"PreisabweichungDatum", "IndFild3"},
+                                LineField{"PreisabweichungBemerkung", "IndFild4"},
+                                LineField{"VS_KdNr", "VS_KdNr"},
+                                LineField{"GekuendigtAm", "GekuendigtAm"},
+                                LineField{"GrundVerlorenSchl", "GrundVerlorenSchl"},
+                                LineField{"Vertragstext", "Vertragstext"}};
+
+bool sameContent(const Value& a, const Value& b) {
+  const auto x = a.number();
+  const auto y = b.number();
+  if (x && y && a.kind() != ValueKind::Text && b.kind() != ValueKind::Text) return *x == *y;
+  return a.text() == b.text();
+}
+
+ContractKey lineKey(Recordset& line) {
+  return {line.text("Kundennummer"), line.text("Vertragsnummer"), line.text("VertrGegenstandsNr"),
+          line.text("Vertragsart")};
+}
+
+bool isCode(Recordset& job, JobConstants2 code) {
+  return job.value("JobType").integer() == std::int64_t{code};
+}
+
+} // namespace
+
+bool ContractComparison::differs(const ContractFields& job) const {
+  const auto line = openContract(*environment_.connection, ContractKey::of(job));
+  if (line->eof()) return true;
+  const auto columns = contractColumns(*environment_.connection, job);
+  return std::ranges::any_of(columns, [&](const ContractColumn& each) {
+    return !sameContent(line->value(each.column), each.content);
+  });
+}
+
+std::unique_ptr<Recordset> ContractComparison::stagedJobs(const ContractKey& key) const {
+  return environment_.connection->open(
+      sql("Select * From ImportKopf Where Kundennummer = '"_sql, value(key.customer),
+          "' And JobType In (40, 41, 42, 43, 44, 20, 21, 22) And Coalesce(Vertragsnummer, '') = '"_sql,
+          value(key.number), "' And Coalesce(Artikelnummer, '') = '"_sql, value(key.object),
+          "' And Coalesce(Vertragsart, '') = '"_sql, value(key.kind), "'"_sql));
+}
+
+ContractState ContractComparison::state(const ContractKey& key, std::string& jobId) const {
+  const auto jobs = stagedJobs(key);
+  // A customer contract goes before a single one.
+  std::size_t chosen = 0;
+  while (chosen < jobs->recordCount() &&
+         (jobs->moveTo(chosen), kindOf(static_cast<std::int16_t>(
+                                    jobs->value("JobType").integer().value_or(0))) != qxtjobkundenverträge))
+    ++chosen;
+  jobs->moveTo(chosen < jobs->recordCount() ? chosen : 0);
+  jobId = jobs->text("JobID");
+  if (!jobs->eof() && isCode(*jobs, qxtJobKundenVerträgedel)) return ContractState::Deleted;
+  if (openContract(*environment_.connection, key)->eof()) return ContractState::New;
+  if (jobs->eof()) return ContractState::Done;
+  MissingColumns missing(environment_.diagnostics);
+  const JobRow job(*jobs, missing);
+  return differs(contractFields(job)) ? ContractState::Changed : ContractState::Done;
+}
+
+std::int32_t ContractComparison::markUncarried(std::string_view customer) {
+  JoinedUnit unit(*environment_.connection);
+  std::int32_t marked = 0;
+  const auto lines = environment_.connection->open(
+      sql("Select * From Verträge Where Kundennummer = '"_sql, value(customer), "'"_sql));
+  for (; !lines->eof(); lines->moveNext()) {
+    const ContractKey key = lineKey(*lines);
+    const auto jobs = stagedJobs(key);
+    bool carried = false;
+    for (; !jobs->eof(); jobs->moveNext()) {
+      const auto code = static_cast<std::int16_t>(jobs->value("JobType").integer().value_or(0));
+      carried |= kindOf(code) == qxtjobkundenverträge && code != qxtJobKundenVerträgedel;
+    }
+    if (carried) continue;
+    mark(*lines, key);
+    ++marked;
+  }
+  const auto marks = environment_.connection->open(
+      sql("Select * From ImportKopf Where JobType = 44 And Kundennummer = '"_sql, value(customer), "'"_sql));
+  for (; !marks->eof(); marks->moveNext()) {
+    const ContractKey key{marks->text("Kundennummer"), marks->text("Vertragsnummer"),
+                          marks->text("Artikelnummer"), marks->text("Vertragsart")};
+    bool keep = !openContract(*environment_.connection, key)->eof();
+    const auto jobs = stagedJobs(key);
+    for (; !jobs->eof(); jobs->moveNext()) {
+      const auto code = static_cast<std::int16_t>(jobs->value("JobType").integer().value_or(0));
+      keep &= kindOf(code) != qxtjobkundenverträge || code == qxtJobKundenVerträgedel;
+    }
+    if (!keep)
+      environment_.connection->execute(
+          sql("Delete From ImportKopf Where JobID = '"_sql, value(marks->text("JobID")), "'"_sql));
+  }
+  unit.commit();
+  return marked;
+}
+
+/// One job of code 44 with the line's values; a mark that is there already is reused.
+void ContractComparison::mark(Recordset& line, const ContractKey& key) {
+  const auto jobs = stagedJobs(key);
+  while (!jobs->eof() && !isCode(*jobs, qxtJobKundenVerträgedel)) jobs->moveNext();
+  if (jobs->eof()) {
+    jobs->addNew();
+    jobs->set("JobID", Value(newJobKey(environment_)));
+    jobs->set("JobType", Value(std::int16_t{qxtJobKundenVerträgedel}));
+    jobs->set("Eingangsdatum", Value(germanDate(NowEx(environment_))));
+  }
+  jobs->set("ImportType", Value(stagedImportType));
+  jobs->set("Status", Value(static_cast<std::int16_t>(CheckStatus::Clean)));
+  for (const LineField& field : lineFields) {
+    if (!jobs->hasField(field.staged)) continue;
+    const Value& stored = line.value(field.line);
+    const bool open = field.line == ColumnName("Vertragsende") && stored.textView() == openContractEnd;
+    jobs->set(field.staged, open ? Value::null() : stored);
+  }
+  jobs->update();
+}
+
+} // namespace qx

@@ -1,0 +1,65 @@
+// What a contract job stores as a line of the contract table.
+#pragma once
+
+#include "engine/job_row.h"
+#include "model/entry_records.h"
+#include "platform/value.h"
+
+#include <array>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace qx {
+
+/// The fields of a contract job by staging column; null for a column that it does not have.
+using ContractFields = std::function<Value(ColumnName)>;
+
+ContractFields contractFields(const JobRow& job);
+/// As `AddItem` would stage the record.
+ContractFields contractFields(const VertragFields& record);
+
+/// What a position of a contract job holds in place of its header.
+inline constexpr std::array contractPositionColumns{ColumnName("Menge"),         ColumnName("Preis"),
+                                                    ColumnName("Artikelnummer"), ColumnName("Vertragsende"),
+                                                    ColumnName("Vertragsart"),   ColumnName("Vertragstext")};
+
+/// The four values that identify a line of the contract table. Empty ones are stored as "", never as null, so
+/// that the search finds the line again.
+struct ContractKey {
+  std::string customer;
+  std::string number;
+  std::string object; ///< the job's `Artikelnummer`
+  std::string kind;   ///< `Vertragsart`
+
+  static ContractKey of(const ContractFields& job);
+};
+
+/// The line of this key, or no row. Rows can be changed.
+std::unique_ptr<Recordset> openContract(Connection& connection, const ContractKey& key);
+
+/// `Bez` of a contract object; null when it is unknown.
+Value contractObjectText(Connection& connection, std::string_view object);
+
+/// The state that a job without one gets.
+inline constexpr std::string_view activeContract = "A";
+
+/// The job's state, or the default for an empty one.
+std::string contractState(const ContractFields& job);
+/// The kind and the object of a contract in one of the states "I" and "E" are not checked. Compared exactly.
+bool skipsObjectChecks(std::string_view state);
+
+/// The text when it holds a date or a time of day, else null. A time-only midnight is no date; `noon`:
+/// neither is "12:00:00 AM".
+Value contractDate(const Value& text, bool noon);
+
+struct ContractColumn {
+  ColumnName column;
+  Value content;
+};
+
+/// Every column that processing writes, with its defaults, but for the user and time of the change.
+std::vector<ContractColumn> contractColumns(Connection& connection, const ContractFields& job);
+
+} // namespace qx

@@ -1,0 +1,54 @@
+#include "engine/credit_limit.h"
+
+#include "rules/german_text.h"
+#include "settings/settings.h"
+
+#include <algorithm>
+#include <string>
+
+namespace qx {
+namespace {
+
+/// A limit with its currency; "" is the home currency.
+struct Limit {
+  double amount = 0;
+  std::string currency;
+};
+
+double storedAmount(std::string text) {
+  if (text.find(',') == std::string::npos) std::ranges::replace(text, '.', ',');
+  return parseGermanNumber(text).value_or(0);
+}
+
+} // namespace
+
+CreditResult CreditLimit::query(std::string_view customer) const {
+  const auto row = environment_.connection->open(
+      sql("Select Kreditlimit1, Kreditlimit2, Währung from Kundenstamm WHERE Kundennummer='"_sql,
+          value(customer), "'"_sql));
+  if (row->eof()) return CreditResult::WithinLimits;
+  const Settings settings(environment_);
+  // The ERP's own limits stand in for a customer that has none; they are in the home currency.
+  const auto limit = [&](ColumnName column, std::string_view key) -> Limit {
+    if (const auto amount = row->value(column).number()) return {*amount, row->text("Währung")};
+    return {storedAmount(settings.getShared("OP-Info", key, "")), ""};
+  };
+  const Limit first = limit("Kreditlimit1", "Kreditlimit1");
+  const Limit second = limit("Kreditlimit2", "Kreditlimit2");
+
+  const auto accounting = environment_.components.createFibuUebergabe();
+  accounting->setConnection(*environment_.connection);
+  const OpenItemsBalance balance = accounting->GetOPSaldo(customer);
+  const auto reached = [&](const Limit& each) {
+    if (each.amount == 0) return false;
+    const double inBalance = equalCodes(each.currency, balance.currency)
+                                 ? each.amount
+                                 : accounting->convert(each.amount, each.currency, balance.currency);
+    return balance.amount >= inBalance;
+  };
+  CreditResult result = reached(first) ? CreditResult::Limit1Reached : CreditResult::WithinLimits;
+  if (reached(second)) result = CreditResult::Limit2Reached;
+  return result;
+}
+
+} // namespace qx

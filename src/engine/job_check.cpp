@@ -1,0 +1,52 @@
+#include "engine/job_check.h"
+
+#include "engine/contract_check.h"
+#include "engine/customer_proof.h"
+#include "engine/order_check.h"
+#include "settings/settings.h"
+
+namespace qx {
+
+JobCheck::JobCheck(Environment& environment) : environment_(environment), prices_(environment) {
+  const Settings settings(environment);
+  compareAddresses_ = settings.isOn("KundeAdressProof");
+  orderOptions_ = OrderOptions::read(settings, settings.customerSpecific());
+}
+
+Findings JobCheck::check(std::string_view jobId) {
+  const auto header = environment_.connection->open(
+      sql("SELECT * From ImportKopf where JobID = '"_sql, value(jobId), "'"_sql));
+  if (header->eof()) return {};
+  const auto jobType = static_cast<std::int16_t>(header->value("JobType").integer().value_or(0));
+  if (stateOf(jobType) > JobState::Error) return {};
+  switch (kindOf(jobType)) {
+  case qxtjobkunden:
+    return CustomerProof(environment_, compareAddresses_).prove(jobId);
+  case qxtjobverträge:
+  case qxtjobkundenverträge:
+    return checkContract(*header);
+  case qxtJobAufträge:
+    // What a parked order was refused for is no finding of its own.
+    return OrderCheck(environment_, orderOptions_)
+        .CheckAuftrag(jobId, prices_, stateOf(jobType) == JobState::Waiting);
+  default:
+    return {};
+  }
+}
+
+/// A single contract is checked with the values of its first position, as the run would take them over.
+Findings JobCheck::checkContract(Recordset& header) const {
+  const bool single =
+      kindOf(static_cast<std::int16_t>(header.value("JobType").integer().value_or(0))) == qxtjobverträge;
+  const auto position = environment_.connection->open(
+      sql("Select * From ImportPos   Where JobID = '"_sql, value(header.text("JobID")), "'"_sql));
+  const bool moved = single && !position->eof();
+  const auto fields = [&](ColumnName column) -> Value {
+    for (const ColumnName taken : contractPositionColumns)
+      if (moved && taken == column && position->hasField(column)) return position->value(column);
+    return header.hasField(column) ? header.value(column) : Value::null();
+  };
+  return ContractCheck(environment_).check(fields, single);
+}
+
+} // namespace qx

@@ -1,0 +1,31 @@
+// The read-only check of a staged job of any kind.
+#pragma once
+
+#include "engine/findings.h"
+#include "engine/order_options.h"
+#include "engine/order_prices.h"
+#include "platform/environment.h"
+
+#include <string_view>
+
+namespace qx {
+
+/// Tells what the automatic check and the dialogs would find, without writing anything. The settings are read
+/// when it is created, so that many jobs can be checked in a row.
+class JobCheck {
+public:
+  explicit JobCheck(Environment& environment);
+
+  /// Clean for a job that is unknown or done. Database errors reach the caller.
+  Findings check(std::string_view jobId);
+
+private:
+  Findings checkContract(Recordset& header) const;
+
+  Environment& environment_;
+  bool compareAddresses_ = false;
+  OrderOptions orderOptions_;
+  OrderPrices prices_;
+};
+
+} // namespace qx

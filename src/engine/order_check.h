@@ -1,0 +1,56 @@
+// The check of an order job.
+#pragma once
+
+#include "engine/credit_limit.h"
+#include "engine/findings.h"
+#include "engine/order_options.h"
+#include "engine/order_prices.h"
+#include "platform/environment.h"
+#include "rules/cost_assignment.h"
+#include "rules/customer_addresses.h"
+#include "rules/master_data.h"
+#include "rules/stock.h"
+
+#include <string_view>
+
+namespace qx {
+
+/// Inspects a staged order, header and positions, against the master data. Each finding is a token. Writes
+/// nothing.
+class OrderCheck {
+public:
+  OrderCheck(Environment& environment, const OrderOptions& options);
+
+  /// The findings of the job, header first. Clean for a job that is neither waiting nor parked. The prices
+  /// that were found are left in `prices` for the writing of the same job. `stagedText`: whether a text that
+  /// stands in `Fehlertext` counts as a warning.
+  Findings CheckAuftrag(std::string_view JobID, OrderPrices& prices, bool stagedText = true) const;
+
+private:
+  void checkNote(Recordset& job, Findings& findings) const;
+  void checkSalesRep(Recordset& job, Findings& findings) const;
+  void checkMethods(Recordset& job, Findings& findings) const;
+  void checkIndividualFields(Recordset& job, Findings& findings) const;
+  void checkPaymentTerms(Recordset& job, Findings& findings) const;
+  void checkBank(Recordset& job, Findings& findings) const;
+  void checkAddressKeys(Recordset& job, Findings& findings) const;
+  void checkAccount(Recordset& job, Findings& findings, bool stagedText) const;
+  void checkCustomer(Recordset& job, Findings& findings) const;
+  void checkCredit(Recordset& job, Findings& findings) const;
+  void checkPositions(Recordset& job, Findings& findings, OrderPrices& prices) const;
+  void checkPrice(Recordset& position, const FoundPrice& price, Findings& findings) const;
+  void checkCostAssignment(Recordset& position, Findings& findings) const;
+  void checkStock(Recordset& position, const FoundPrice& price, Findings& findings) const;
+  void checkArticle(Recordset& position, Findings& findings) const;
+  bool addressResolves(Recordset& job, ColumnName customer, ColumnName number) const;
+
+  Environment& environment_;
+  const OrderOptions& options_;
+  MasterData masterData_;
+  CustomerAddresses addresses_;
+  CostAssignment costs_;
+  Stock stock_;
+  CreditLimit credit_;
+};
+
+} // namespace qx

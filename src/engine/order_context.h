@@ -1,0 +1,42 @@
+// The order that is being written.
+#pragma once
+
+#include "model/date.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace qx {
+
+/// What the lines of an order need of its header, job and customer.
+struct OrderContext {
+  std::int32_t number = 0;
+  std::string customer;
+  std::string customerTaxMark;
+  std::string dateStamp; ///< of the date of receipt; decides the tax key
+  Date date;
+  std::string deliveryDate; ///< the header's `Liefertermin`
+  std::int32_t jobCost = 0; ///< `KostID` of the job; 0 for none
+  std::int32_t customerCost = 0;
+  std::string shippingMethod; ///< as written in the header
+  std::string paymentMethod;
+};
+
+/// What the protocol tells about a line.
+struct WrittenLine {
+  std::string article;
+  std::string description;
+  double quantity = 0;
+  double price = 0;
+};
+
+/// The lines of an order so far.
+struct WrittenLines {
+  std::vector<WrittenLine> lines;
+  std::int32_t lastPosition = 0;
+  bool anyAccessory = false;
+};
+
+} // namespace qx

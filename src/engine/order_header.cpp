@@ -1,0 +1,241 @@
+#include "engine/order_header.h"
+
+#include "engine/order_failure.h"
+#include "rules/german_text.h"
+
+#include <array>
+
+namespace qx {
+namespace {
+
+constexpr std::array customerColumns{ColumnName("Klassifizierung"), ColumnName("Auftragsrabatt"),
+                                     ColumnName("FremdLiefNr"),     ColumnName("Valutabehandlung"),
+                                     ColumnName("Valutatage"),      ColumnName("MwSt_KZ"),
+                                     ColumnName("Ind_Text1"),       ColumnName("Ind_Text2"),
+                                     ColumnName("Ind_Text3"),       ColumnName("Ind_Text4"),
+                                     ColumnName("Ind_Zahl1"),       ColumnName("Ind_Zahl2"),
+                                     ColumnName("Ind_Zahl3"),       ColumnName("Ind_Zahl4"),
+                                     ColumnName("Ind_Memo1"),       ColumnName("Ind_Memo2"),
+                                     ColumnName("SprachKZ"),        ColumnName("AnzAN"),
+                                     ColumnName("AnzAB"),           ColumnName("AnzLS"),
+                                     ColumnName("AnzVE"),           ColumnName("AnzRG"),
+                                     ColumnName("AnzGS"),           ColumnName("KopftextAN"),
+                                     ColumnName("KopftextAB"),      ColumnName("KopftextLS"),
+                                     ColumnName("KopftextRG"),      ColumnName("KopftextGS")};
+
+/// The columns of one of the two address blocks; the main address of the master has the parts' bare names.
+struct BlockColumns {
+  ColumnName customer, number;
+  std::array<ColumnName, 7> job;
+  std::array<ColumnName, 7> header;
+};
+constexpr BlockColumns shippingBlock{
+    "VS_KdNr",
+    "VS_AdrNr",
+    {"VS_Bez1", "VS_Bez2", "VS_Bez3", "VS_Straße", "VS_Land", "VS_PLZ", "VS_Ort"},
+    {"VS_Bez1", "VS_Bez2", "VS_Bez3", "VS_Strasse", "VS_Land", "VS_PLZ", "VS_Ort"}};
+constexpr BlockColumns invoiceBlock{
+    "RG_KdNr",
+    "RG_AdrNr",
+    {"RG_Bez1", "RG_Bez2", "RG_Bez3", "RG_Straße", "RG_Land", "RG_PLZ", "RG_Ort"},
+    {"RG_Bez1", "RG_Bez2", "RG_Bez3", "RG_Strasse", "RG_Land", "RG_PLZ", "RG_Ort"}};
+constexpr std::array<ColumnName, 7> mainAddress{"Bez1", "Bez2", "Bez3", "Strasse", "Land", "PLZ", "Ort"};
+
+using Block = std::array<std::string, 7>;
+
+Block blockOf(const JobRow& job, const std::array<ColumnName, 7>& columns) {
+  Block block;
+  for (std::size_t i = 0; i < block.size(); ++i) block[i] = job.text(columns[i]);
+  return block;
+}
+
+Block blockOf(Recordset& row) {
+  Block block;
+  for (std::size_t i = 0; i < block.size(); ++i) block[i] = row.text(mainAddress[i]);
+  return block;
+}
+
+Block blockOf(const Adresse& address) {
+  return {address.Bez1, address.Bez2, address.Bez3, address.Strasse, address.Land, address.PLZ, address.Ort};
+}
+
+bool isEmpty(const Block& block) { return block == Block(); }
+
+Value jobOrCustomer(const JobRow& job, ColumnName jobField, Recordset& customer, ColumnName column) {
+  const Value& own = job.value(jobField);
+  return emptyToNull(own.isEmpty() ? customer.value(column) : own);
+}
+
+Value jobOrCustomer(const JobRow& job, Recordset& customer, ColumnName column) {
+  return jobOrCustomer(job, column, customer, column);
+}
+
+} // namespace
+
+bool isDiversNumber(std::string_view customer) {
+  const auto prefix = firstCharacters(customer, 5);
+  return prefix == "14888" || prefix == "14999";
+}
+
+OrderHeader::OrderHeader(Environment& environment, const OrderOptions& options, const OrderStamp& stamp)
+    : environment_(environment), options_(options), stamp_(stamp), masterData_(environment),
+      addresses_(environment) {}
+
+void OrderHeader::fill(Recordset& header, const JobRow& job, Recordset& customer, const OrderNumber& number,
+                       const std::string& dateStamp) {
+  header.set("Auftragsnummer", Value(number.number));
+  header.set("Buchungskreis", Value(number.circle));
+  fillMasterData(header, job, customer);
+  fillAddress(header, job, customer, true);
+  fillAddress(header, job, customer, false);
+  fillCodes(header, job, customer);
+  fillSalesReps(header, job, customer);
+  fillBank(header, job, customer);
+  fillCurrency(header, customer);
+  fillBookkeeping(header, job, dateStamp);
+  fillClerk(header);
+}
+
+void OrderHeader::fillMasterData(Recordset& header, const JobRow& job, Recordset& customer) {
+  const std::string customerNumber = job.text("Kundennummer");
+  const bool divers = isDiversNumber(customerNumber);
+  const bool marked = divers || customer.value("KZDivers").truth().value_or(false);
+  header.set("Kundennummer", Value(customerNumber));
+  header.set("Suchbegriff", emptyToNull(divers ? job.value("Bez1") : customer.value("Suchbegriff")));
+  header.set("Bez1", divers ? jobOrCustomer(job, customer, "Bez1") : emptyToNull(customer.value("Bez1")));
+  header.set("KZDivers", Value(marked));
+  header.set("KundeDivers", Value(marked));
+  header.set("Preisliste", jobOrCustomer(job, customer, "Preisliste"));
+  const Value priceType = jobOrCustomer(job, customer, "Preistyp");
+  header.set("Preistyp", priceType.isNull() ? Value(std::int16_t{0}) : priceType);
+  if (options_.costAssignment) {
+    const auto assigned = job.value("KostID").integer().value_or(0);
+    header.set("KostID", assigned != 0 ? Value(assigned) : emptyToNull(customer.value("KostID")));
+  }
+  for (const ColumnName column : customerColumns) header.set(column, emptyToNull(customer.value(column)));
+}
+
+/// A block comes whole from one place: the job's own lines, the address that the job's key names, or the main
+/// address. Mixing two addresses line by line would send parcels astray.
+void OrderHeader::fillAddress(Recordset& header, const JobRow& job, Recordset& customer, bool shipping) {
+  const BlockColumns& columns = shipping ? shippingBlock : invoiceBlock;
+  std::string owner = job.text(columns.customer);
+  const std::string number = job.text(columns.number);
+  const bool keyGiven = !owner.empty() || !number.empty();
+  if (owner.empty()) owner = job.text("Kundennummer");
+  Block block = blockOf(job, columns.job);
+  if (isEmpty(block) && keyGiven)
+    if (const auto stored = addresses_.GetAdressDaten(owner, number)) block = blockOf(*stored);
+  if (isEmpty(block) && isDiversNumber(job.text("Kundennummer"))) block = blockOf(job, mainAddress);
+  if (isEmpty(block)) block = blockOf(customer);
+  header.set(columns.customer, Value(owner));
+  header.set(columns.number, emptyToNull(Value(number)));
+  for (std::size_t i = 0; i < block.size(); ++i) header.set(columns.header[i], emptyToNull(Value(block[i])));
+}
+
+void OrderHeader::requireRow(const Sql& lookup, const std::string& failure) const {
+  if (environment_.connection->open(lookup)->eof()) throw OrderFailure(failure);
+}
+
+void OrderHeader::requireShippingMethod(std::string_view code) const {
+  requireRow(sql("Select Versandart From Versandtexte where Versandart  = '"_sql, value(code), "'"_sql),
+             "Die Versandart: '" + std::string(code) + "' wurde noch nicht angelegt.");
+}
+
+void OrderHeader::fillCodes(Recordset& header, const JobRow& job, Recordset& customer) {
+  header.set("Telefon", jobOrCustomer(job, customer, "Telefon"));
+  header.set("Telefax", jobOrCustomer(job, customer, "Telefax"));
+  header.set("Hauptkonto", jobOrCustomer(job, customer, "Hauptkonto"));
+  const Value shipping = jobOrCustomer(job, customer, "Versandart");
+  if (!shipping.isNull()) requireShippingMethod(shipping.text());
+  header.set("Versandart", shipping);
+  const Value payment = jobOrCustomer(job, customer, "Zahlungsart");
+  if (!payment.isNull())
+    requireRow(sql("Select Zahlungsart From Zahlungsarten  where Zahlungsart = '"_sql, value(payment.text()),
+                   "'"_sql),
+               "Die Zahlungsart: '" + payment.text() + "' wurde noch nicht angelegt.");
+  header.set("Zahlungsart", payment);
+  const Value terms = jobOrCustomer(job, customer, "ZahlungsbedSchl");
+  if (!terms.isNull())
+    requireRow(sql("Select ZahlbedSchl From Zahlungsbedingungen where ZahlbedSchl = '"_sql,
+                   value(terms.text()), "'"_sql),
+               "Der ZahlungsbedSchl: '" + terms.text() + "' wurde noch nicht angelegt.");
+  header.set("ZahlungsbedSchl", terms);
+}
+
+/// The number "14000" stands for no particular representative; it has no effect of its own.
+void OrderHeader::fillSalesReps(Recordset& header, const JobRow& job, Recordset& customer) {
+  struct Rep {
+    ColumnName jobField, column, share;
+  };
+  constexpr std::array reps{Rep{"Vertreter1", "VertreterNr1", "AnteilVertreter1"},
+                            Rep{"Vertreter2", "VertreterNr2", "AnteilVertreter2"},
+                            Rep{"Vertreter3", "VertreterNr3", "AnteilVertreter3"}};
+  for (const Rep& rep : reps) {
+    const Value number = jobOrCustomer(job, rep.jobField, customer, rep.column);
+    header.set(rep.column, number);
+    if (number.isNull()) continue;
+    const auto stored = environment_.connection->open(
+        sql("Select * From Vertreter where VertreterNr = '"_sql, value(number.text()), "'"_sql));
+    if (stored->eof()) throw OrderFailure("Der Vertreter: '" + number.text() + "' ist nicht angelegt.");
+    // The customer's share goes with the customer's representative; another one brings the own share.
+    const bool ofCustomer = equalCodes(number.text(), customer.text(rep.column));
+    const Value share = ofCustomer ? customer.value(rep.share) : Value::null();
+    const bool own = share.isNull() && stored->hasField("AnteilVertreter");
+    header.set(rep.share, own ? stored->value("AnteilVertreter") : share);
+  }
+  header.set("Provisionsgruppe", jobOrCustomer(job, customer, "Provisionsgruppe"));
+  header.set("UstIdentNr", jobOrCustomer(job, customer, "UstIdentNr"));
+}
+
+void OrderHeader::fillBank(Recordset& header, const JobRow& job, Recordset& customer) {
+  header.set("Konto", jobOrCustomer(job, customer, "Konto"));
+  header.set("KontoNummer", jobOrCustomer(job, customer, "KontoNummer"));
+  const std::string ownCode = job.firstOf("Bankleitzahl", "BLZ");
+  header.set("Bankleitzahl", ownCode.empty() ? emptyToNull(customer.value("Bankleitzahl")) : Value(ownCode));
+  Value bank = emptyToNull(job.value("Kreditinstitut"));
+  // A code of the job's own belongs to another bank than the customer's.
+  if (bank.isNull())
+    bank = ownCode.empty() ? emptyToNull(customer.value("Kreditinstitut"))
+                           : emptyToNull(Value(masterData_.GetBankverbindung(ownCode)));
+  header.set("Kreditinstitut", std::move(bank));
+}
+
+void OrderHeader::fillCurrency(Recordset& header, Recordset& customer) {
+  std::string currency = customer.text("Währung");
+  if (currency.empty()) currency = stamp_.homeCurrency;
+  header.set("Währung", emptyToNull(Value(currency)));
+  const auto rate = environment_.connection->open(
+      sql("Select * From Währungen Where Währung = '"_sql, value(currency), "'"_sql));
+  if (rate->eof()) return;
+  if (rate->hasField("Wechselkurs")) header.set("Wechselkurs", rate->value("Wechselkurs"));
+  if (rate->hasField("Kursbehandlung")) header.set("Kursbehandlung", rate->value("Kursbehandlung"));
+}
+
+void OrderHeader::fillBookkeeping(Recordset& header, const JobRow& job, const std::string& dateStamp) {
+  header.set("Bemerkung", emptyToNull(job.value("Bemerkung")));
+  header.set("Auftragsart", Value("AB"));
+  header.set("Auftragsdatum", Value(dateStamp));
+  header.set("Zustand", Value("0"));
+  header.set("Import", Value(true));
+  header.set("Betreff", emptyToNull(job.value("Betreff")));
+  // Only an installation whose staging table carries the customer's own reference has something to write
+  // here.
+  if (job.has("IhreBestellung")) header.set("IhreBestellung", emptyToNull(job.value("IhreBestellung")));
+  header.set("PrgVersion", Value(stamp_.programVersion));
+  header.set("ÄndUser", Value("Import"));
+}
+
+void OrderHeader::fillClerk(Recordset& header) {
+  const auto person = environment_.connection->open(
+      sql("Select * From Personalstamm where PersonalNr  = '"_sql, value(stamp_.personnelNumber), "'"_sql));
+  if (person->eof()) return;
+  header.set("UnsereZeichen", emptyToNull(person->value("Kurzzeichen")));
+  std::string clerk = person->text("Anrede");
+  if (!clerk.empty()) clerk += ' ';
+  if (const std::string title = person->text("Titel"); !title.empty()) clerk += title + ' ';
+  clerk += person->text("Vorname") + ' ' + person->text("Nachname");
+  header.set("Sachbearbeiter", Value(clerk));
+}
+
+} // namespace qx

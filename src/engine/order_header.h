@@ -1,0 +1,58 @@
+// The header of an order: what it takes from the job and what from the customer.
+#pragma once
+
+#include "engine/job_row.h"
+#include "engine/order_number.h"
+#include "engine/order_options.h"
+#include "platform/environment.h"
+#include "rules/customer_addresses.h"
+#include "rules/master_data.h"
+
+#include <string>
+#include <string_view>
+
+namespace qx {
+
+/// What does not change from order to order of a run.
+struct OrderStamp {
+  std::string programVersion;
+  std::string personnelNumber;
+  std::string homeCurrency;
+};
+
+/// Fills the pending row of `Auftragskopf`.
+///
+/// A field that both have is the job's, else the customer's; when that is empty too, the column is null and
+/// the code is not looked up. Unknown codes raise `OrderFailure`.
+class OrderHeader {
+public:
+  OrderHeader(Environment& environment, const OrderOptions& options, const OrderStamp& stamp);
+
+  /// `header` is in `addNew`; `customer` stands on the customer's row.
+  void fill(Recordset& header, const JobRow& job, Recordset& customer, const OrderNumber& number,
+            const std::string& dateStamp);
+  /// Raises `OrderFailure` when the shipping method is unknown.
+  void requireShippingMethod(std::string_view code) const;
+
+private:
+  void fillMasterData(Recordset& header, const JobRow& job, Recordset& customer);
+  void fillAddress(Recordset& header, const JobRow& job, Recordset& customer, bool shipping);
+  void fillCodes(Recordset& header, const JobRow& job, Recordset& customer);
+  void fillSalesReps(Recordset& header, const JobRow& job, Recordset& customer);
+  void fillBank(Recordset& header, const JobRow& job, Recordset& customer);
+  void fillCurrency(Recordset& header, Recordset& customer);
+  void fillBookkeeping(Recordset& header, const JobRow& job, const std::string& dateStamp);
+  void fillClerk(Recordset& header);
+  void requireRow(const Sql& lookup, const std::string& failure) const;
+
+  Environment& environment_;
+  const OrderOptions& options_;
+  const OrderStamp& stamp_;
+  MasterData masterData_;
+  CustomerAddresses addresses_;
+};
+
+/// True for the numbers of one-time customers, whose orders carry the name of the job.
+bool isDiversNumber(std::string_view customer);
+
+} // namespace qx

@@ -1,0 +1,277 @@
+#include "engine/order_lines.h"
+
+#include "engine/order_failure.h"
+
+#include <array>
+#include <exception>
+#include <limits>
+
+namespace qx {
+namespace {
+
+constexpr std::array articleColumns{
+    ColumnName("Erfassungsschema"), ColumnName("Gewicht"),        ColumnName("Provisionsgruppe"),
+    ColumnName("Ind_Text1"),        ColumnName("Ind_Text2"),      ColumnName("Ind_Text3"),
+    ColumnName("Ind_Text4"),        ColumnName("Ind_Zahl1"),      ColumnName("Ind_Zahl2"),
+    ColumnName("Ind_Zahl3"),        ColumnName("Ind_Zahl4"),      ColumnName("Ind_Memo1"),
+    ColumnName("Ind_Memo2"),        ColumnName("DurchschnittEK"), ColumnName("Hauptlager"),
+    ColumnName("Rechenfeld1"),      ColumnName("Rechenfeld2"),    ColumnName("Rechenfeld3"),
+    ColumnName("Rechenfeld4"),      ColumnName("Rechenfeld5"),    ColumnName("WertJN"),
+    ColumnName("Rabattfähig")};
+
+constexpr std::string_view accessoryScheme = "Zubehoer";
+
+std::string firstText(Recordset& row, ColumnName first, ColumnName second) {
+  std::string text = row.text(first);
+  return text.empty() ? row.text(second) : text;
+}
+
+double numberOf(Recordset& row, ColumnName column) { return row.value(column).number().value_or(0); }
+
+/// An amount for a price column; prices that do not fit one end the order.
+Value amount(double price) {
+  const auto money = Money::fromDouble(price);
+  if (!money) throw OrderFailure("Der Preis: '" + plainNumber(price) + "' ist zu groß.");
+  return Value(*money);
+}
+
+std::int32_t positionNumber(Recordset& position) {
+  const auto number = position.value("intPos").integer().value_or(0);
+  constexpr auto most = std::numeric_limits<std::int32_t>::max();
+  return number < -most || number > most ? 0 : static_cast<std::int32_t>(number);
+}
+
+} // namespace
+
+OrderLines::OrderLines(Environment& environment, const OrderOptions& options, OrderPrices& prices)
+    : environment_(environment), options_(options), prices_(prices), taxRules_(environment),
+      costs_(environment),
+      purchasePrices_(environment.components.createEinkaufspreisfindung(*environment.connection)) {}
+
+WrittenLines OrderLines::writePositions(const OrderContext& order, std::string_view jobId) {
+  const auto positions = environment_.connection->open(
+      sql("Select *, Cast(Positionsnummer as int) as intPos From ImportPos Where JobID ='"_sql, value(jobId),
+          "' Order By intPos"_sql));
+  if (positions->eof()) throw OrderFailure("Auftrag ohne Positionen angelegt.");
+  const auto lines =
+      environment_.connection->open(sql("Select * From Auftragspos Where Auftragsnummer =0"_sql));
+  WrittenLines written;
+  for (; !positions->eof(); positions->moveNext()) {
+    const std::int32_t number = positionNumber(*positions);
+    const std::string articleNumber = positions->text("Artikelnummer");
+    const auto article = openArticle(articleNumber);
+    const FoundPrice& price = prices_.of(*positions, order.customer, order.date);
+    const double quantity = numberOf(*positions, "Menge");
+    lines->addNew();
+    fillCommon(*lines, order, number, "K");
+    fillArticle(*lines, *article, price.unit, quantity);
+    fillQuantities(*lines, *positions);
+    const double charged = fillPrice(*lines, *positions, price);
+    fillPurchasePrice(*lines, *article, order, quantity);
+    const std::string delivery = positions->text("Liefertermin");
+    fillFlags(*lines, positions->value("Lieferbereit"), positions->value("Fakturierbereit"),
+              delivery.empty() ? order.deliveryDate : delivery);
+    fillTax(*lines, *article, order);
+    fillCostAssignment(*lines, *positions, order);
+    written.lines.push_back({articleNumber, lines->text("Bezeichnung"), quantity, charged});
+    written.anyAccessory |= article->text("Erfassungsschema") == accessoryScheme;
+    written.lastPosition = std::max(written.lastPosition, number);
+    lines->update();
+    if (!positions->value("Artikellangtext").isEmpty()) writeText(*lines, order, *positions);
+  }
+  return written;
+}
+
+std::unique_ptr<Recordset> OrderLines::openArticle(std::string_view article) const {
+  auto found = environment_.connection->open(
+      sql("Select * From Artikelstamm where Artikelnummer  = '"_sql, value(article), "'"_sql));
+  if (found->eof())
+    throw OrderFailure("Der Artikel: '" + std::string(article) + "' wurde noch nicht angelegt.");
+  if (found->value("ArtikelGesperrt").truth().value_or(false))
+    throw OrderFailure("Der Artikel: '" + std::string(article) + "' ist gesperrt!");
+  return found;
+}
+
+void OrderLines::fillCommon(Recordset& line, const OrderContext& order, std::int32_t position,
+                            std::string_view type) {
+  line.set("Auftragsnummer", Value(order.number));
+  line.set("Zeilentyp", Value(type));
+  line.set("Zustand", Value("0"));
+  line.set("Import", Value(true));
+  line.set("Positionsnummer", Value(position));
+}
+
+void OrderLines::fillArticle(Recordset& line, Recordset& article, std::string_view unit, double quantity) {
+  for (const ColumnName column : articleColumns) line.set(column, article.value(column));
+  const Value divers(article.value("KZDivers").truth().value_or(false));
+  line.set("Artikelnummer", article.value("Artikelnummer"));
+  line.set("KZDivers", divers);
+  line.set("ArtikelDivers", divers);
+  line.set("Mengeneinheit", emptyToNull(Value(unit)));
+  line.set("Bezeichnung", emptyToNull(Value(firstText(article, "Bezeichnung", "Bez"))));
+  line.set("PosGewicht", Value(numberOf(article, "Gewicht") * quantity));
+  line.set("Lagernummer", article.value("Hauptlager"));
+  const Value purchaseUnit = emptyToNull(Value(firstText(article, "MengeneinheitEinkauf", "MEEinkauf")));
+  line.set("MengeneinheitEinkauf", purchaseUnit);
+  line.set("EKMengeneinheit", purchaseUnit);
+}
+
+void OrderLines::fillQuantities(Recordset& line, Recordset& position) {
+  line.set("Menge", position.value("Menge"));
+  line.set("Auslieferungsmenge", position.value("Auslieferungsmenge"));
+  line.set("Liefermenge", position.value("Auslieferungsmenge"));
+  line.set("Fakturiermenge", position.value("Fakturiermenge"));
+}
+
+/// The found price, or the staged one when none was found; what was written comes back.
+double OrderLines::fillPrice(Recordset& line, Recordset& position, const FoundPrice& found) {
+  if (found.failed()) throw OrderFailure("PLU Fehler");
+  SalesPrice price = found.price;
+  if (!found.found()) {
+    price = SalesPrice();
+    price.price = price.calculatedPrice = numberOf(position, "Preis");
+    price.priceUnit = numberOf(position, "Preiseinheit");
+    if (price.priceUnit == 0) price.priceUnit = 1;
+    price.discount = numberOf(position, "Rabatt");
+    if (price.discount != 0) {
+      // The staged discount is a percentage; as a first stage the totals take it off.
+      price.discountKind = price.discounts.kind = "A";
+      price.discounts.marks[0] = "P";
+      price.discounts.values[0] = price.discount;
+    }
+  }
+  line.set("Preis", amount(price.price));
+  line.set("KalkPreis", amount(price.calculatedPrice));
+  line.set("Preiseinheit", Value(price.priceUnit));
+  line.set("Rabatt", Value(price.discount));
+  line.set("Preisfindung", emptyToNull(Value(price.source)));
+  line.set("Rabattart", emptyToNull(Value(price.discountKind)));
+  line.set("KZRabattart", emptyToNull(Value(price.discounts.kind)));
+  constexpr std::array marks{ColumnName("KZRabatt1"), ColumnName("KZRabatt2"), ColumnName("KZRabatt3")};
+  constexpr std::array values{ColumnName("Rabatt1"), ColumnName("Rabatt2"), ColumnName("Rabatt3")};
+  for (std::size_t i = 0; i < marks.size(); ++i) {
+    line.set(marks[i], emptyToNull(Value(price.discounts.marks[i])));
+    line.set(values[i], Value(price.discounts.values[i]));
+  }
+  return price.price;
+}
+
+void OrderLines::fillPurchasePrice(Recordset& line, Recordset& article, const OrderContext& order,
+                                   double quantity) {
+  const std::string supplier = article.text("Hauptlieferant");
+  if (!purchasePrices_ || supplier.empty()) return;
+  const std::string number = article.text("Artikelnummer");
+  const std::string unit = firstText(article, "MEEinkauf", "MengeneinheitEinkauf");
+  const std::string group = article.text("Einkaufsgruppe");
+  const auto method = static_cast<std::int16_t>(article.value("PreisfindungEinkauf").integer().value_or(0));
+  const auto found = purchasePrices_->find({supplier, number, quantity, unit, group, method, order.date});
+  if (!found) return;
+  line.set("EKPreis", amount(found->price));
+  line.set("EKPreiseinheit", Value(found->priceUnit));
+  line.set("EKRabatt", Value(found->discount));
+  line.set("EKRabattart", emptyToNull(Value(found->discountKind)));
+  line.set("EKRabatt1", Value(found->discounts[0]));
+  line.set("EKRabatt2", Value(found->discounts[1]));
+  line.set("EKRabatt3", Value(found->discounts[2]));
+}
+
+void OrderLines::fillFlags(Recordset& line, const Value& delivery, const Value& invoice,
+                           const std::string& date) {
+  line.set("Lieferbereit", Value(options_.lineReadyForDelivery.value_or(delivery.truth().value_or(false))));
+  line.set("Fakturierbereit", Value(options_.lineReadyForInvoice.value_or(invoice.truth().value_or(false))));
+  line.set("Liefertermin", emptyToNull(Value(date)));
+}
+
+const OrderLines::Tax& OrderLines::taxOf(const OrderContext& order, const std::string& articleMark) {
+  const auto [entry, isNew] =
+      taxes_.try_emplace({order.customerTaxMark, articleMark, order.dateStamp.substr(0, 8)});
+  if (!isNew) return entry->second;
+  try {
+    const auto key = taxRules_.GetSteuerschlüssel(order.customerTaxMark, articleMark, order.dateStamp);
+    entry->second.key = std::to_string(key);
+    entry->second.rate = taxRules_.GetSteuerSatz(entry->second.key);
+    return entry->second;
+  } catch (const MissingTaxKey&) {
+    taxes_.erase(entry);
+    throw OrderFailure("Die Steuerschlüsselzuordnung konnte nicht ermittelt werden.");
+  } catch (...) {
+    taxes_.erase(entry);
+    throw;
+  }
+}
+
+void OrderLines::fillTax(Recordset& line, Recordset& article, const OrderContext& order) {
+  const std::string mark = article.text("MwSt_KZ");
+  const Tax& tax = taxOf(order, mark);
+  line.set("MwSt_KZ", emptyToNull(Value(mark)));
+  line.set("MwSt_Konto", Value(tax.key));
+  line.set("MwSt_Satz", Value(tax.rate));
+  line.set("DZMwSt", Value(order.dateStamp));
+}
+
+/// Dimensions that the line lacks come from the job, then from the customer.
+void OrderLines::fillCostAssignment(Recordset& line, Recordset& position, const OrderContext& order) {
+  const auto own = static_cast<std::int32_t>(position.value("KostID").integer().value_or(0));
+  const Value kept = own == 0 ? Value::null() : Value(own);
+  if (!options_.costAssignment) {
+    line.set("KostID", kept);
+    return;
+  }
+  CostPair pair = costs_.read(own);
+  for (const std::int32_t source : {order.jobCost, order.customerCost}) {
+    if (source == 0 || (!pair.Kostenstelle.empty() && !pair.Kostentraeger.empty())) continue;
+    const CostPair other = costs_.read(source);
+    if (pair.Kostenstelle.empty()) pair.Kostenstelle = other.Kostenstelle;
+    if (pair.Kostentraeger.empty()) pair.Kostentraeger = other.Kostentraeger;
+  }
+  if (pair.Kostenstelle.empty() && pair.Kostentraeger.empty()) {
+    line.set("KostID", Value::null());
+  } else if (options_.createCostAssignment) {
+    line.set("KostID", Value(costs_.findOrCreate(pair)));
+  } else {
+    const auto found = costs_.find(pair);
+    line.set("KostID", found ? Value(*found) : kept);
+  }
+}
+
+void OrderLines::writeText(Recordset& lines, const OrderContext& order, Recordset& position) {
+  lines.addNew();
+  fillCommon(lines, order, positionNumber(position), "T");
+  lines.set("Artikellangtext", position.value("Artikellangtext"));
+  lines.set("Text", position.value("Artikellangtext"));
+  lines.set("Schriftart", Value("Arial"));
+  lines.set("Schriftstil", Value("Standard"));
+  lines.set("Schriftgröße", Value(std::int16_t{10}));
+  lines.set("WoDrucken", Value("NBLRG"));
+  lines.set("WertJN", Value(false));
+  lines.update();
+}
+
+double OrderLines::articlePrice(std::string_view article) {
+  const auto found = openArticle(article);
+  const double price = numberOf(*found, "Preis");
+  return price != 0 ? price : numberOf(*found, "Ind_Zahl4");
+}
+
+void OrderLines::appendLine(const OrderContext& order, WrittenLines& written, std::string_view article,
+                            double price) {
+  const auto found = openArticle(article);
+  const auto lines =
+      environment_.connection->open(sql("Select * From Auftragspos Where Auftragsnummer =0"_sql));
+  lines->addNew();
+  fillCommon(*lines, order, ++written.lastPosition, "K");
+  fillArticle(*lines, *found, found->text("Mengeneinheit"), 1);
+  for (const ColumnName quantity :
+       {ColumnName("Menge"), ColumnName("Auslieferungsmenge"), ColumnName("Liefermenge"),
+        ColumnName("Fakturiermenge"), ColumnName("Preiseinheit")})
+    lines->set(quantity, Value(1.0));
+  lines->set("Preis", amount(price));
+  lines->set("KalkPreis", amount(price));
+  fillPurchasePrice(*lines, *found, order, 1);
+  fillFlags(*lines, Value::null(), Value::null(), order.deliveryDate);
+  fillTax(*lines, *found, order);
+  written.lines.push_back({std::string(article), lines->text("Bezeichnung"), 1, price});
+  lines->update();
+}
+
+} // namespace qx

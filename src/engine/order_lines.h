@@ -1,0 +1,62 @@
+// The lines of an order.
+#pragma once
+
+#include "engine/order_context.h"
+#include "engine/order_options.h"
+#include "engine/order_prices.h"
+#include "platform/environment.h"
+#include "rules/cost_assignment.h"
+#include "rules/tax_rules.h"
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <tuple>
+
+namespace qx {
+
+/// Writes order lines into `Auftragspos`: an article line per staged position, a text line behind each that
+/// has a long text, and lines of its own for freight and fees. Unknown or blocked articles, missing tax keys
+/// and a pricing component that fails raise `OrderFailure`.
+class OrderLines {
+public:
+  OrderLines(Environment& environment, const OrderOptions& options, OrderPrices& prices);
+
+  /// The staged positions in the numeric order of their line numbers. Raises `OrderFailure` without any.
+  WrittenLines writePositions(const OrderContext& order, std::string_view jobId);
+  /// One line of quantity 1 for an article that the order itself does not name. `price` is what the line
+  /// costs.
+  void appendLine(const OrderContext& order, WrittenLines& written, std::string_view article, double price);
+  /// The price of such an article: its own, else its fourth individual number.
+  double articlePrice(std::string_view article);
+
+private:
+  struct Tax {
+    std::string key;
+    double rate = 0;
+  };
+
+  std::unique_ptr<Recordset> openArticle(std::string_view article) const;
+  void fillCommon(Recordset& line, const OrderContext& order, std::int32_t position, std::string_view type);
+  void fillArticle(Recordset& line, Recordset& article, std::string_view unit, double quantity);
+  void fillQuantities(Recordset& line, Recordset& position);
+  double fillPrice(Recordset& line, Recordset& position, const FoundPrice& found);
+  void fillPurchasePrice(Recordset& line, Recordset& article, const OrderContext& order, double quantity);
+  void fillFlags(Recordset& line, const Value& delivery, const Value& invoice, const std::string& date);
+  void fillTax(Recordset& line, Recordset& article, const OrderContext& order);
+  void fillCostAssignment(Recordset& line, Recordset& position, const OrderContext& order);
+  void writeText(Recordset& lines, const OrderContext& order, Recordset& position);
+  const Tax& taxOf(const OrderContext& order, const std::string& articleMark);
+
+  Environment& environment_;
+  const OrderOptions& options_;
+  OrderPrices& prices_;
+  TaxRules taxRules_;
+  CostAssignment costs_;
+  std::unique_ptr<Einkaufspreisfindung> purchasePrices_;
+  std::map<std::tuple<std::string, std::string, std::string>, Tax> taxes_; ///< no job of a run changes them
+};
+
+} // namespace qx

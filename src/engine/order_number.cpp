@@ -1,0 +1,59 @@
+#include "engine/order_number.h"
+
+#include "engine/order_failure.h"
+#include "rules/german_text.h"
+
+#include <limits>
+#include <string>
+
+namespace qx {
+namespace {
+
+constexpr std::string_view range = "AB";
+
+} // namespace
+
+std::optional<std::int16_t> OrderNumbers::bookingCircle(const JobRow& job) {
+  // Orders of this one-time customer that are marked so go to the circle of their sales representative.
+  if (firstCharacters(job.text("Kundennummer"), 5) == "14999" && job.text("IndFild1") == "ZB") {
+    const auto circle = job.value("Vertreter1").integer();
+    if (!circle || *circle < std::numeric_limits<std::int16_t>::min() ||
+        *circle > std::numeric_limits<std::int16_t>::max())
+      return std::nullopt;
+    return static_cast<std::int16_t>(*circle);
+  }
+  if (!sessionCircle_ || options_.circlePerOrder) sessionCircle_ = environment_.session->GetBuchungskreis();
+  return sessionCircle_;
+}
+
+OrderNumber OrderNumbers::draw(const JobRow& job) {
+  constexpr const char* noNumber = "Es konnte keine Auftragsnummer ermittelt werden.";
+  if (!environment_.session) throw OrderFailure(noNumber);
+  const auto circle = bookingCircle(job);
+  if (!circle) throw OrderFailure(noNumber);
+  const auto active = environment_.connection->open(sql("SELECT * From Nummernkreise Where NSchl ='"_sql,
+                                                        value(range), "' AND Buchungskreis = "_sql,
+                                                        number(*circle), " AND Aktiviert =1"_sql));
+  if (active->eof()) throw OrderFailure(noNumber);
+  const auto drawn = environment_.session->GetBelegnummer(range, *circle);
+  if (!drawn) throw OrderFailure(noNumber);
+  pending_ = OrderNumber{*drawn, *circle};
+  return *pending_;
+}
+
+void OrderNumbers::giveBack() {
+  if (!pending_) return;
+  const OrderNumber drawn = *pending_;
+  pending_.reset();
+  environment_.connection->execute(sql("Delete From Auftragspos Where Auftragsnummer = '"_sql,
+                                       value(std::to_string(drawn.number)), "'"_sql));
+  const auto current = environment_.connection->open(
+      sql("Select aktuellerWert From Nummernkreise Where NSchl = 'AB' And Buchungskreis ="_sql,
+          number(drawn.circle)));
+  if (current->eof()) return;
+  // Deliberately without a look whether another number was drawn meanwhile.
+  current->set("aktuellerWert", Value(current->value("aktuellerWert").integer().value_or(0) - 1));
+  current->update();
+}
+
+} // namespace qx

@@ -1,0 +1,43 @@
+// Order numbers from the number range of a booking circle.
+#pragma once
+
+#include "engine/job_row.h"
+#include "engine/order_options.h"
+#include "platform/environment.h"
+
+#include <cstdint>
+#include <optional>
+
+namespace qx {
+
+/// A number that was drawn and the circle it came from.
+struct OrderNumber {
+  std::int32_t number = 0;
+  std::int16_t circle = 0;
+};
+
+/// Draws numbers and gives back the one that is pending.
+class OrderNumbers {
+public:
+  OrderNumbers(Environment& environment, const OrderOptions& options)
+      : environment_(environment), options_(options) {}
+
+  /// Raises `OrderFailure` when there is no number; nothing is then drawn.
+  OrderNumber draw(const JobRow& job);
+  /// The order was written; its number is no longer pending.
+  void keep() { pending_.reset(); }
+  /// The draw was undone with its unit of work.
+  void forget() { pending_.reset(); }
+  /// Removes the order's lines and takes the number back into its range. Nothing without a pending number.
+  void giveBack();
+
+private:
+  std::optional<std::int16_t> bookingCircle(const JobRow& job);
+
+  Environment& environment_;
+  const OrderOptions& options_;
+  std::optional<std::int16_t> sessionCircle_;
+  std::optional<OrderNumber> pending_;
+};
+
+} // namespace qx

@@ -1,0 +1,160 @@
+#include "engine/order_section.h"
+
+#include "engine/order_failure.h"
+#include "rules/german_text.h"
+
+#include <utility>
+
+namespace qx {
+namespace {
+
+constexpr Section orders{"Auftrag", "Aufträge werden verarbeitet...", {qxtJobAufträge, 0}, "Kundennummer"};
+
+/// Cash on delivery is announced for orders that weigh more than this.
+constexpr double heavyWeight = 28;
+
+void addEntry(std::string& list, std::string_view entry, bool isFirst) {
+  if (!isFirst) list += crlf;
+  list += entry;
+}
+
+} // namespace
+
+OrderSection::OrderSection(const Parts& parts, std::unique_ptr<Preisfindung> component)
+    : parts_(parts), prices_(parts.environment, std::move(component)),
+      check_(parts.environment, parts.options),
+      writer_(parts.environment, parts.options, parts.stamp, prices_) {}
+
+void OrderSection::run(SectionRunner& runner) {
+  cashOnDelivery_.clear();
+  runner.run(orders,
+             sql("Select * From ImportKopf Where JobType = "_sql, number(qxtJobAufträge),
+                 " Order by Eingangsdatum"_sql),
+             [this](JobRow& job) { return processJob(job); });
+  if (cashOnDelivery_.empty()) return;
+  Message message;
+  message.text =
+      "Folgende Aufträge enthalten Zahlungsart Nachnahme und wiegen mehr als 28 KG: " + cashOnDelivery_;
+  parts_.environment.desktop.show(message);
+}
+
+/// Plain and accessory orders can be taken apart; an order is an accessory order when one of its articles is
+/// one.
+bool OrderSection::leftOut(const JobRow& job) const {
+  if (parts_.selection == qxProcessState::ProcessAll) return false;
+  const auto accessory = parts_.environment.connection->open(
+      sql("Select Exists(Select 1 From ImportPos, Artikelstamm Where ImportPos.JobID = '"_sql,
+          value(job.text("JobID")),
+          "' And Artikelstamm.Artikelnummer = ImportPos.Artikelnummer And Artikelstamm.Erfassungsschema = "
+          "'Zubehoer') "
+          "As found"_sql));
+  const bool isAccessory = accessory->value(0).truth().value_or(false);
+  return isAccessory != (parts_.selection == qxProcessState::ProcessZubehör);
+}
+
+JobResult OrderSection::processJob(JobRow& job) {
+  JobResult result;
+  if (leftOut(job)) {
+    result.leftOut = true;
+    return result;
+  }
+  std::string text;
+  if (!evaluate(job, text, result)) return result;
+  try {
+    // Pending until the order is written: the text, the order and the done code go together.
+    if (!text.empty()) {
+      std::string reasons = job.text("Fehlertext");
+      appendLine(reasons, text);
+      job.set("Fehlertext", Value(std::move(reasons)));
+    }
+    const WrittenOrder order = writer_.WriteAuftrag(job);
+    if (order.cashOnDelivery && order.weight > heavyWeight)
+      parts_.group.afterCommit([this, number = std::to_string(order.number)] {
+        cashOnDelivery_ += (cashOnDelivery_.empty() ? "" : ", ") + number;
+      });
+    return written(job, order);
+  } catch (const OrderFailure& failure) {
+    return fail(job, failure.what());
+  } catch (const std::exception& error) {
+    rethrowUnlessJobFailure();
+    parts_.environment.diagnostics.report({"writing of an order", error.what(), job.text("JobID")});
+    return fail(job, error.what());
+  }
+}
+
+/// Warnings stop an order only in automatic mode; errors stop every order that the clerk has not released.
+bool OrderSection::evaluate(JobRow& job, std::string& text, JobResult& refused) {
+  prices_.beginOrder();
+  if (parts_.unevaluated) return true;
+  const bool automatic = parts_.automatic && !job.released();
+  if (automatic && !job.value("Fehlertext").isEmpty()) {
+    job.set("Fehlertext", Value(""));
+    job.update();
+  }
+  const Findings findings = check_.CheckAuftrag(job.text("JobID"), prices_);
+  if (findings.status == CheckStatus::Clean) return true;
+  const bool isError = findings.status == CheckStatus::Error;
+  if (automatic || (isError && !job.released())) {
+    if (isError)
+      parts_.marks.markJobError(job, announced(findings));
+    else
+      parts_.marks.markJobWarning(job, announced(findings));
+    refused = refusedResult(job, isError ? statusError : statusWarning);
+    return false;
+  }
+  text = announced(findings);
+  return true;
+}
+
+JobResult OrderSection::fail(JobRow& job, std::string_view reason) {
+  job.set("Fehler", Value(true));
+  job.set("Erledigt", Value(false));
+  parts_.marks.markJobError(job, reason);
+  return refusedResult(job, statusError);
+}
+
+JobResult OrderSection::refusedResult(const JobRow& job, std::string_view status) const {
+  JobResult result = SectionRunner::refused(orders, job, status);
+  result.line.articles = stagedArticles(job);
+  return result;
+}
+
+JobResult OrderSection::written(JobRow& job, const WrittenOrder& order) const {
+  JobResult result;
+  result.line.process = orders.process;
+  result.line.number = std::to_string(order.number);
+  result.line.status = statusDone;
+  result.line.date = job.text("Eingangsdatum");
+  result.line.info = "Kundennummer: " + job.text("Kundennummer");
+  appendLine(result.line.info, "Kunde: " + job.text("Bez1"));
+  appendLine(result.line.info, "Eingangsdatum: " + job.text("Eingangsdatum"));
+  ProtocolLine::Articles articles;
+  bool isFirst = true;
+  for (const WrittenLine& line : order.lines.lines) {
+    addEntry(articles.numbers, line.article, isFirst);
+    addEntry(articles.descriptions, line.description, isFirst);
+    addEntry(articles.quantities, germanDecimals(line.quantity, 3), isFirst);
+    addEntry(articles.prices, germanDecimals(line.price, 2), isFirst);
+    isFirst = false;
+  }
+  result.line.articles = std::move(articles);
+  return result;
+}
+
+ProtocolLine::Articles OrderSection::stagedArticles(const JobRow& job) const {
+  const auto positions = parts_.environment.connection->open(
+      sql("Select *, Cast(Positionsnummer as int) as intPos From ImportPos Where JobID ='"_sql,
+          value(job.text("JobID")), "' Order By intPos"_sql));
+  const MasterData masterData(parts_.environment);
+  ProtocolLine::Articles articles;
+  for (bool isFirst = true; !positions->eof(); positions->moveNext(), isFirst = false) {
+    const std::string article = positions->text("Artikelnummer");
+    addEntry(articles.numbers, article, isFirst);
+    addEntry(articles.descriptions, masterData.GetArtikelbezeichnung(article), isFirst);
+    addEntry(articles.quantities, germanDecimals(positions->value("Menge").number().value_or(0), 3), isFirst);
+    addEntry(articles.prices, germanDecimals(positions->value("Preis").number().value_or(0), 2), isFirst);
+  }
+  return articles;
+}
+
+} // namespace qx

@@ -1,0 +1,52 @@
+// The order section of a run.
+#pragma once
+
+#include "engine/order_check.h"
+#include "engine/order_options.h"
+#include "engine/order_prices.h"
+#include "engine/order_writer.h"
+#include "engine/section_runner.h"
+
+#include <memory>
+#include <string>
+
+namespace qx {
+
+/// Checks each waiting order, parks it or writes it.
+class OrderSection {
+public:
+  struct Parts {
+    Environment& environment;
+    JobMarks& marks;
+    WorkGroup& group;
+    const OrderOptions& options;
+    const OrderStamp& stamp;
+    bool automatic = false;
+    bool unevaluated = false;
+    qxProcessState selection = qxProcessState::ProcessAll;
+  };
+
+  /// `component`: the run's pricing component, initialised; may be null.
+  OrderSection(const Parts& parts, std::unique_ptr<Preisfindung> component);
+
+  /// Shows the heavy cash-on-delivery orders at its end.
+  void run(SectionRunner& runner);
+
+private:
+  JobResult processJob(JobRow& job);
+  bool leftOut(const JobRow& job) const;
+  /// Sets the text that the job is to carry when it is written; null when the job must not be written.
+  bool evaluate(JobRow& job, std::string& text, JobResult& refused);
+  JobResult fail(JobRow& job, std::string_view reason);
+  JobResult written(JobRow& job, const WrittenOrder& order) const;
+  ProtocolLine::Articles stagedArticles(const JobRow& job) const;
+  JobResult refusedResult(const JobRow& job, std::string_view status) const;
+
+  Parts parts_;
+  OrderPrices prices_;
+  OrderCheck check_;
+  OrderWriter writer_;
+  std::string cashOnDelivery_;
+};
+
+} // namespace qx

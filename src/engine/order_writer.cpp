@@ -1,0 +1,216 @@
+#include "engine/order_writer.h"
+
+#include "engine/order_failure.h"
+#include "rules/dates.h"
+#include "rules/german_text.h"
+
+#include <exception>
+#include <stdexcept>
+
+namespace qx {
+namespace {
+
+std::int32_t costNumber(const Value& value) { return static_cast<std::int32_t>(value.integer().value_or(0)); }
+
+/// ASCII letters in lower case; enough for the one word that is looked for.
+std::string lowered(std::string text) {
+  for (char& c : text)
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + ('a' - 'A'));
+  return text;
+}
+
+} // namespace
+
+OrderWriter::OrderWriter(Environment& environment, const OrderOptions& options, const OrderStamp& stamp,
+                         OrderPrices& prices)
+    : environment_(environment), options_(options), header_(environment, options, stamp),
+      numbers_(environment, options), prices_(prices), lines_(environment, options, prices),
+      fees_(environment), masterData_(environment) {}
+
+WrittenOrder OrderWriter::WriteAuftrag(JobRow& job) {
+  writing_ = 0;
+  try {
+    Savepoint part(*environment_.connection);
+    WrittenOrder order = write(job);
+    part.release();
+    numbers_.keep();
+    return order;
+  } catch (const std::exception&) {
+    job.cancelUpdate();
+    if (environment_.connection->ownsWork())
+      numbers_.forget();
+    else
+      undoOnHost();
+    throw;
+  }
+}
+
+WrittenOrder OrderWriter::write(JobRow& job) {
+  const std::string stamp = receiptStamp(job);
+  const auto header =
+      environment_.connection->open(sql("Select * From Auftragskopf Where Auftragsnummer = 0"_sql));
+  const OrderNumber number = numbers_.draw(job);
+  const auto customer = openCustomer(job);
+  header->addNew();
+  header_.fill(*header, job, *customer, number, stamp);
+  // Only now, after every check of the header: a number that is given back must find no header in its way.
+  header->update();
+  writing_ = number.number;
+
+  OrderContext order = contextOf(job, *customer, *header, number.number, stamp);
+  WrittenOrder written;
+  written.number = number.number;
+  written.lines = lines_.writePositions(order, job.text("JobID"));
+  if (options_.customerSpecific) {
+    applyWeightLimit(*header, order);
+    appendFreightAndFees(order, written.lines);
+  }
+  stampCustomer(job, *customer);
+  const OrderTotals totals = orderTotals(environment_, prices_, number.number,
+                                         customer->value("Auftragsrabatt").number().value_or(0),
+                                         header->value("Preistyp").integer() == std::int64_t{1});
+  header->set("Gesamtnetto", Value(totals.net));
+  header->set("GesamtMwSt", Value(totals.tax));
+  header->set("Gesamtbrutto", Value(totals.gross));
+  header->set("GesamtGewicht", Value(totals.weight));
+  header->update();
+  insertIndexEntry(*header);
+  finishJob(job, number.number);
+  written.weight = totals.weight;
+  written.cashOnDelivery = isCashOnDelivery(order);
+  return written;
+}
+
+std::string OrderWriter::receiptStamp(const JobRow& job) const {
+  try {
+    return intdat(job.value("Eingangsdatum"));
+  } catch (const std::invalid_argument&) {
+    throw OrderFailure("Das Eingangsdatum: '" + job.text("Eingangsdatum") + "' ist kein Datum.");
+  }
+}
+
+std::unique_ptr<Recordset> OrderWriter::openCustomer(const JobRow& job) const {
+  const std::string number = job.text("Kundennummer");
+  auto customer = environment_.connection->open(
+      sql("Select * From Kundenstamm where Kundennummer  = '"_sql, value(number), "'"_sql));
+  if (customer->eof()) throw OrderFailure("Die Kundennummer: '" + number + "' wurde noch nicht angelegt.");
+  if (customer->value("Liefersperre").truth().value_or(false))
+    throw OrderFailure("Die Kundennummer: '" + number + "' ist eine Liefersperre aktiviert.");
+  return customer;
+}
+
+OrderContext OrderWriter::contextOf(const JobRow& job, Recordset& customer, Recordset& header,
+                                    std::int32_t number, const std::string& stamp) const {
+  OrderContext order;
+  order.number = number;
+  order.customer = job.text("Kundennummer");
+  order.customerTaxMark = customer.text("MwSt_KZ");
+  order.dateStamp = stamp;
+  order.date = parseGermanDate(job.text("Eingangsdatum")).value_or(Date());
+  order.deliveryDate = job.text("Liefertermin");
+  order.jobCost = costNumber(job.value("KostID"));
+  order.customerCost = costNumber(customer.value("KostID"));
+  order.shippingMethod = header.text("Versandart");
+  order.paymentMethod = header.text("Zahlungsart");
+  return order;
+}
+
+/// Heavy orders go by another shipping method; the freight lines see the new one.
+void OrderWriter::applyWeightLimit(Recordset& header, OrderContext& order) {
+  if (options_.abGewicht <= 0 || options_.VSabGewicht.empty()) return;
+  if (masterData_.orderWeight(order.number) < options_.abGewicht) return;
+  header_.requireShippingMethod(options_.VSabGewicht);
+  order.shippingMethod = options_.VSabGewicht;
+  header.set("Versandart", Value(order.shippingMethod));
+  header.update();
+}
+
+/// The fee line carries the freight fee, when shipping or payment method call for it, and the accessory fees.
+void OrderWriter::appendFreightAndFees(const OrderContext& order, WrittenLines& written) {
+  const auto callsFor = [](const std::string& setting, const std::string& method) {
+    return !setting.empty() && setting == method;
+  };
+  const bool freight =
+      callsFor(options_.VAKunde, order.shippingMethod) || callsFor(options_.ZAKunde, order.paymentMethod);
+  const double fee = written.anyAccessory ? accessoryFee(order, written) : 0;
+  if (freight && !options_.FrachtTransport.empty())
+    lines_.appendLine(order, written, options_.FrachtTransport,
+                      lines_.articlePrice(options_.FrachtTransport));
+  if (!freight && fee <= 0) return;
+  if (options_.FrachtGebuehr.empty()) {
+    if (fee > 0)
+      environment_.diagnostics.report(
+          {"accessory fees",
+           "order " + std::to_string(order.number) + ": a fee of " + plainNumber(fee) + " has no article",
+           ""});
+    return;
+  }
+  double price = fee;
+  if (freight) price += std::max(lines_.articlePrice(options_.FrachtGebuehr), options_.MinGebuehr);
+  lines_.appendLine(order, written, options_.FrachtGebuehr, price);
+}
+
+double OrderWriter::accessoryFee(const OrderContext& order, const WrittenLines&) {
+  return fees_.minimumOrderFee(masterData_.orderValue(order.number)) +
+         fees_.gradedFee(masterData_.accessoryValue(order.number));
+}
+
+/// The first order dates the customer; a date that is there already stays.
+void OrderWriter::stampCustomer(const JobRow& job, Recordset& customer) {
+  const auto jobOrCustomer = [&](ColumnName jobField, ColumnName column) {
+    std::string text = job.text(jobField);
+    return text.empty() ? customer.text(column) : text;
+  };
+  std::string since = customer.text("KundeSeit");
+  if (since.empty()) since = job.text("Eingangsdatum");
+  environment_.connection->execute(
+      sql("UPDATE Kundenstamm SET KundeSeit = '"_sql, nullable(since), "', Ind_Text2 = '"_sql,
+          nullable(jobOrCustomer("IndFild2", "Ind_Text2")), "', Ind_Text3 = '"_sql,
+          nullable(jobOrCustomer("IndFild3", "Ind_Text3")), "' WHERE Kundennummer  = '"_sql,
+          value(job.text("Kundennummer")), "'"_sql));
+}
+
+void OrderWriter::insertIndexEntry(Recordset& header) {
+  const auto index = environment_.connection->open(
+      sql("Select * From Belegindex Where Belegart = 'AB' And Belegnummer = 0"_sql));
+  index->addNew();
+  index->set("Belegart", Value("AB"));
+  index->set("Belegnummer", header.value("Auftragsnummer"));
+  index->set("Herkunft", Value("HAN"));
+  index->set("Suchbegriff", header.value("Suchbegriff"));
+  index->set("Kundennummer", header.value("Kundennummer"));
+  index->set("Datum", header.value("Auftragsdatum"));
+  index->update();
+}
+
+void OrderWriter::finishJob(JobRow& job, std::int32_t number) {
+  job.set("JobType", Value(std::int16_t{qxtJobAufträgeDone}));
+  job.set("Bemerkung", Value(job.text("Bemerkung") + " Auftrag: " + std::to_string(number)));
+  job.set("Erledigt", Value(true));
+  job.set("Fehler", Value(false));
+  job.update();
+}
+
+/// What the host's transaction does not undo for us. Deletions that fail are told and do not hide the reason.
+void OrderWriter::undoOnHost() {
+  try {
+    if (writing_ != 0) {
+      environment_.connection->execute(
+          sql("Delete From Belegindex Where Belegart = 'AB' And Belegnummer = "_sql, number(writing_)));
+      environment_.connection->execute(
+          sql("Delete From Auftragskopf Where Auftragsnummer = "_sql, number(writing_)));
+    }
+    numbers_.giveBack();
+  } catch (const std::exception& error) {
+    environment_.diagnostics.report({"undoing an order", error.what(), ""});
+  }
+}
+
+bool OrderWriter::isCashOnDelivery(const OrderContext& order) const {
+  if (order.paymentMethod.empty()) return false;
+  const auto method = environment_.connection->open(sql(
+      "Select Kurztext From Zahlungsarten Where Zahlungsart = '"_sql, value(order.paymentMethod), "'"_sql));
+  return !method->eof() && lowered(method->text("Kurztext")).find("nachnahme") != std::string::npos;
+}
+
+} // namespace qx

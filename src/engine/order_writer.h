@@ -1,0 +1,68 @@
+// Writes one order job as an order of the ERP.
+#pragma once
+
+#include "engine/accessory_fees.h"
+#include "engine/job_marks.h"
+#include "engine/job_row.h"
+#include "engine/order_context.h"
+#include "engine/order_header.h"
+#include "engine/order_lines.h"
+#include "engine/order_number.h"
+#include "engine/order_options.h"
+#include "engine/order_prices.h"
+#include "engine/order_totals.h"
+#include "platform/environment.h"
+#include "rules/master_data.h"
+
+#include <string>
+
+namespace qx {
+
+/// An order that was written.
+struct WrittenOrder {
+  std::int32_t number = 0;
+  WrittenLines lines;
+  double weight = 0; ///< kg
+  bool cashOnDelivery = false;
+};
+
+/// Turns a job into header, lines, totals, index entry and customer stamp.
+///
+/// On a connection of our own everything is undone together when one step fails, the drawn number included;
+/// on a host's connection the lines, the header and the index entry are deleted and the number is given back.
+class OrderWriter {
+public:
+  OrderWriter(Environment& environment, const OrderOptions& options, const OrderStamp& stamp,
+              OrderPrices& prices);
+
+  /// Raises `OrderFailure` with the sentence for the clerk, or what the database raises. The job's done code
+  /// is written with the order.
+  WrittenOrder WriteAuftrag(JobRow& job);
+
+private:
+  std::string receiptStamp(const JobRow& job) const;
+  std::unique_ptr<Recordset> openCustomer(const JobRow& job) const;
+  WrittenOrder write(JobRow& job);
+  OrderContext contextOf(const JobRow& job, Recordset& customer, Recordset& header, std::int32_t number,
+                         const std::string& stamp) const;
+  void applyWeightLimit(Recordset& header, OrderContext& order);
+  void appendFreightAndFees(const OrderContext& order, WrittenLines& written);
+  double accessoryFee(const OrderContext& order, const WrittenLines& written);
+  void stampCustomer(const JobRow& job, Recordset& customer);
+  void insertIndexEntry(Recordset& header);
+  void finishJob(JobRow& job, std::int32_t number);
+  void undoOnHost();
+  bool isCashOnDelivery(const OrderContext& order) const;
+
+  Environment& environment_;
+  const OrderOptions& options_;
+  OrderHeader header_;
+  OrderNumbers numbers_;
+  OrderPrices& prices_;
+  OrderLines lines_;
+  AccessoryFees fees_;
+  MasterData masterData_;
+  std::int32_t writing_ = 0; ///< the number of the order whose header stands in the table, or 0
+};
+
+} // namespace qx

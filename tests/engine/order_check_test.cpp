@@ -1,0 +1,175 @@
+// The check of orders: its findings, their order, and what they stop.
+#include "order_fixture.h"
+
+#include <gmock/gmock.h>
+
+namespace qx {
+namespace {
+
+class OrderCheckTest : public OrderTest {};
+
+TEST_F(OrderCheckTest, FindingsComeInTheOrderOfTheSteps) {
+  customerSpecific();
+  erp.setOption("ZAVSRG", "VK");
+  erp.setOption("ZAKunde", "ZK");
+  erp.setOption("VAKunde", "VA");
+  erp.setOption("KostenzuordnungAuftrag", "1");
+  erp.setOption("WarnungLagerbestand", "1");
+  erp.setSetting("Kostenzuordnung", "Kundenauftrag", "3");
+  TableFiller(connection(), "Artikellager")
+      .add({{"Artikelnummer", "A100"}, {"Lagernummer", "1"}, {"Lagerbestand", 5.0}, {"MitBestand", true}});
+  stageOrder("O1", [](AuftragFields& job) {
+    job.Bemerkung = "Notiz";
+    job.Vertreter1 = "XX";
+    job.Versandart = "XX";
+    job.Zahlungsart = "XX";
+    job.IndFild1 = "ZB";
+    job.IndFild3 = "ZA";
+    job.ZahlungsbedSchl = "XX";
+    job.BLZ = "1";
+    job.VS_KdNr = "88888";
+    job.RG_AdrNr = "5";
+    job.Hauptkonto = "88888";
+  });
+  connection().execute(sql("Update ImportKopf Set IndFild4 = 'MK' Where JobID = 'O1'"_sql));
+  stagePosition("O1", 1, "A100", 6, [](AuftragsPosFields& position) { position.Preis = 10.001; });
+  stagePosition("O1", 2, "A999", 1);
+  const Findings findings = engine.checkJob("O1");
+  EXPECT_EQ(findings.status, CheckStatus::Error);
+  EXPECT_EQ(findings.text,
+            "Achtung es ist eine Notiz hinterlegt.\r\nVertreter1\r\nVersandart\r\nZahlungsart\r\n"
+            "Ind_Field ZB\r\nIndField3 ZA\r\nInd_Field MK\r\nZahlungsbedSchl\r\nBankverbindung\r\n"
+            "VS_KdNr\r\nRG_KdNr\r\nHauptkonto\r\nVersandanschrift nicht angelegt\r\n"
+            "Rechnungsanschrift nicht angelegt\r\n"
+            "Preis ist nicht identisch\r\nKostenzuordnung\r\nLagerbestand\r\n"
+            "Preis nicht gefunden\r\nKostenzuordnung\r\nArtikel ist nicht angelegt\r\n");
+  EXPECT_EQ(reasons("O1"), "") << "a check writes nothing";
+}
+
+TEST_F(OrderCheckTest, EmptyCodesAndKeysAreNoFindings) {
+  stageOrder("O1");
+  stagePosition("O1", 1, "A100", 1);
+  const Findings findings = engine.checkJob("O1");
+  EXPECT_EQ(findings.status, CheckStatus::Clean) << findings.text;
+}
+
+TEST_F(OrderCheckTest, AStagedTextRaisesTheStatusWithoutAToken) {
+  stageOrder("O1", [](AuftragFields& job) { job.Fehlertext = "vom Shop"; });
+  stagePosition("O1", 1, "A100", 1);
+  const Findings findings = engine.checkJob("O1");
+  EXPECT_EQ(findings.status, CheckStatus::Warning);
+  EXPECT_EQ(findings.text, "");
+}
+
+TEST_F(OrderCheckTest, PricesAreComparedExactlyAndOnlyInTheInstallationsOwnMode) {
+  stageOrder("O1");
+  stagePosition("O1", 1, "A100", 1, [](AuftragsPosFields& position) { position.Preis = 10.001; });
+  EXPECT_EQ(engine.checkJob("O1").status, CheckStatus::Clean);
+  customerSpecific();
+  EXPECT_EQ(engine.checkJob("O1").text, "Preis ist nicht identisch\r\n");
+}
+
+TEST_F(OrderCheckTest, AFailingPriceAndMissingPositionsAreErrors) {
+  stageOrder("O1");
+  stagePosition("O1", 1, "G400", 1);
+  EXPECT_EQ(engine.checkJob("O1").text, "PLU Fehler\r\n");
+  EXPECT_EQ(engine.checkJob("O1").status, CheckStatus::Error);
+  stageOrder("O2", [](AuftragFields& job) { job.Kundennummer = "99"; });
+  EXPECT_EQ(engine.checkJob("O2").text, "Kunde nicht angelegt\r\nAuftrag ohne Positionen angelegt.\r\n");
+}
+
+TEST_F(OrderCheckTest, StockIsComparedInTheUnitOfTheOrder) {
+  erp.setOption("WarnungLagerbestand", "1");
+  TableFiller(connection(), "Artikellager")
+      .add({{"Artikelnummer", "A100"}, {"Lagernummer", "1"}, {"Lagerbestand", 24.0}, {"MitBestand", true}});
+  TableFiller(connection(), "Mengeneinheiten").add({{"Mengeneinheit", "KAR"}});
+  TableFiller(connection(), "MengeneinheitenAltern")
+      .add({{"Alternativ", "Karton"}, {"Mengeneinheit", "KAR"}});
+  TableFiller(connection(), "Umrechnungen")
+      .add({{"Artikelnummer", "A100"}, {"Mengeneinheit", "KAR"}, {"Basiseinheit", "ST"}, {"Faktor", 12.0}});
+  struct Case {
+    double quantity;
+    const char* unit;
+    bool warned;
+  };
+  int number = 0;
+  for (const Case& each : {Case{2, "Karton", false},
+                           {3, "KAR", true},
+                           {24, "", false},
+                           {25, "ST", true},
+                           {1000, "PAL", false}}) {
+    const std::string key = "O" + std::to_string(++number);
+    stageOrder(key);
+    stagePosition(key, 1, "A100", each.quantity,
+                  [&](AuftragsPosFields& position) { position.Mengeneinheit = each.unit; });
+    const std::string found = engine.checkJob(key).text;
+    EXPECT_EQ(found.find("Lagerbestand") != std::string::npos, each.warned) << each.quantity << each.unit;
+  }
+  EXPECT_FALSE(erp.diagnostics.entries.empty()) << "a unit without conversion is told, not found";
+}
+
+TEST_F(OrderCheckTest, CreditLimitsCountWhenTheyAreReached) {
+  erp.setOption("KreditlimitAuftrag", "1");
+  TableFiller(connection(), "OffenePosten")
+      .add({{"Kundennummer", "20001"},
+            {"Belegnummer", "1"},
+            {"Betrag", *Money::parse("500")},
+            {"Währung", "EUR"}});
+  struct Case {
+    const char* limits;
+    const char* text;
+  };
+  stageOrder("O1");
+  stagePosition("O1", 1, "A100", 1);
+  const auto checked = [&](const char* first, const char* second) {
+    connection().execute(sql("Update Kundenstamm Set Kreditlimit1 = '"_sql, nullable(first),
+                             "', Kreditlimit2 = '"_sql, nullable(second), "'"_sql));
+    return engine.checkJob("O1").text;
+  };
+  EXPECT_EQ(checked("500", "0"), "Kreditlimit 1 ist überschritten (Warnhinweis)\r\n");
+  EXPECT_EQ(checked("500.01", "0"), "");
+  EXPECT_EQ(checked("0", "500"), "Kreditlimit 2 ist überschritten (Auftragssperre)\r\n");
+  EXPECT_EQ(checked("100", "400"), "Kreditlimit 2 ist überschritten (Auftragssperre)\r\n");
+  EXPECT_EQ(checked("0", "0"), "");
+  erp.setSetting("OP-Info", "Kreditlimit1", "450");
+  EXPECT_EQ(checked("", "0"), "Kreditlimit 1 ist überschritten (Warnhinweis)\r\n");
+  TableFiller(connection(), "Währungen").add({{"Währung", "USD"}, {"Wechselkurs", 1.25}});
+  connection().execute(sql("Update Kundenstamm Set Währung = 'USD'"_sql));
+  // 625 USD are 500 EUR.
+  EXPECT_EQ(checked("625", "0"), "Kreditlimit 1 ist überschritten (Warnhinweis)\r\n");
+  EXPECT_EQ(checked("626", "0"), "");
+}
+
+TEST_F(OrderCheckTest, AutomaticModeParksAndARereleasedOrderIsWritten) {
+  erp.setOption("AutomatischVerarbeiten", "1");
+  stageOrder("W", [](AuftragFields& job) { job.Hauptkonto = "8"; });
+  stagePosition("W", 1, "A100", 1);
+  stageOrder("E");
+  run();
+  EXPECT_EQ(jobType("W"), 31);
+  EXPECT_EQ(reasons("W"), "Beim Verarbeiten wurden Warnungen festgestellt.\r\nHauptkonto\r\n");
+  EXPECT_EQ(jobType("E"), 32);
+  EXPECT_EQ(orders(), 0);
+  release("W");
+  run();
+  EXPECT_EQ(jobType("W"), 33);
+  EXPECT_EQ(reasons("W"), "Beim Verarbeiten wurden Warnungen festgestellt.\r\nHauptkonto\r\n");
+  EXPECT_EQ(protocolLines(), 3);
+}
+
+TEST_F(OrderCheckTest, WithoutAutomaticModeWarningsAreWrittenAndErrorsAreNot) {
+  stageOrder("W", [](AuftragFields& job) { job.Fehlertext = "vom Shop"; });
+  stagePosition("W", 1, "A100", 1);
+  stageOrder("E", [](AuftragFields& job) { job.VS_KdNr = "88888"; });
+  stagePosition("E", 1, "A100", 1);
+  run();
+  EXPECT_EQ(jobType("W"), 33);
+  EXPECT_EQ(reasons("W"), "vom Shop\r\nBeim Verarbeiten wurden Warnungen festgestellt.\r\n");
+  EXPECT_EQ(jobType("E"), 32);
+  release("E");
+  run();
+  EXPECT_EQ(jobType("E"), 33) << "the clerk's release goes before the check's errors";
+}
+
+} // namespace
+} // namespace qx

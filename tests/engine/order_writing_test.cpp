@@ -1,0 +1,365 @@
+// What a run writes for an order, and what it takes back when one fails.
+#include "order_fixture.h"
+
+#include "adapters/sqlite/sqlite_database.h"
+
+#include <gmock/gmock.h>
+
+#include <vector>
+
+namespace qx {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+
+class OrderWriting : public OrderTest {
+protected:
+  /// "number:article:quantity:price" of each line.
+  std::vector<std::string> lineTexts() {
+    std::vector<std::string> texts;
+    const auto rows = lines();
+    for (; !rows->eof(); rows->moveNext())
+      texts.push_back(rows->text("Positionsnummer") + ":" + rows->text("Artikelnummer") + ":" +
+                      rows->text("Menge") + ":" + rows->text("Preis"));
+    return texts;
+  }
+  std::int64_t drawn() {
+    return count(sql("Select aktuellerWert From Nummernkreise Where NSchl = 'AB'"_sql));
+  }
+};
+
+// Worked out by hand: 12 at 9.00 less 10 % and then 5 % is 108.00 - 15.66 = 92.34; 1 at 10.00; both take
+// part in the order's 5 %: 102.34 - 5.12 = 97.22, tax 19 % = 18.47. 3 at 4.99 = 14.97 does not, tax 7 %
+// = 1.05.
+TEST_F(OrderWriting, AnOrderIsWrittenWithTotalsIndexAndStamps) {
+  stageOrder("O1", [](AuftragFields& job) {
+    job.Betreff = "Umbau";
+    job.Bemerkung = "eilt";
+    job.IndFild2 = "Feld 2";
+    job.Liefertermin = "01.12.2026";
+  });
+  stagePosition("O1", 10, "A100", 1);
+  stagePosition("O1", 2, "B200", 3,
+                [](AuftragsPosFields& position) { position.Liefertermin = "02.12.2026"; });
+  stagePosition("O1", 1, "A100", 12, [](AuftragsPosFields& position) {
+    position.Auslieferungsmenge = 6;
+    position.Lieferbereit = true;
+  });
+  ASSERT_TRUE(run());
+  ASSERT_EQ(jobType("O1"), 33) << reasons("O1");
+  EXPECT_THAT(lineTexts(), ElementsAre("1:A100:12:9", "2:B200:3:4.99", "10:A100:1:10"));
+
+  const auto header = order();
+  EXPECT_EQ(header->value("Auftragsnummer"), Value(std::int64_t{1}));
+  EXPECT_EQ(header->value("Gesamtnetto"), Value(money("112.19")));
+  EXPECT_EQ(header->value("GesamtMwSt"), Value(money("19.52")));
+  EXPECT_EQ(header->value("Gesamtbrutto"), Value(money("131.71")));
+  EXPECT_DOUBLE_EQ(header->value("GesamtGewicht").number().value_or(0), 12 * 2.5 + 1 * 2.5 + 3 * 0.3);
+  EXPECT_EQ(header->text("Auftragsdatum"), "20261120000000");
+  EXPECT_EQ(header->text("VS_Strasse") + "|" + header->text("RG_Ort"), "Am Kai 1|Hamburg");
+  EXPECT_EQ(header->text("Zahlungsart") + header->text("Versandart") + header->text("ZahlungsbedSchl"),
+            "REPO30");
+  EXPECT_EQ(header->value("AnteilVertreter1"), Value(80.0));
+  EXPECT_EQ(header->text("Währung"), "EUR");
+  EXPECT_EQ(header->text("PrgVersion"), " 6.3.0");
+
+  const auto first = lines();
+  EXPECT_EQ(first->value("Liefermenge"), Value(6.0));
+  EXPECT_EQ(first->value("Lieferbereit"), Value(true));
+  EXPECT_EQ(first->value("Fakturierbereit"), Value(false));
+  EXPECT_EQ(first->text("Liefertermin"), "01.12.2026");
+  EXPECT_EQ(first->text("MwSt_Konto") + "|" + first->text("MwSt_Satz") + "|" + first->text("DZMwSt"),
+            "3|19|20261120000000");
+  first->moveNext();
+  EXPECT_EQ(first->text("Liefertermin"), "02.12.2026");
+  EXPECT_EQ(first->text("MwSt_Satz"), "7");
+
+  EXPECT_EQ(field("O1", "Bemerkung"), Value("eilt Auftrag: 1"));
+  EXPECT_EQ(field("O1", "Erledigt"), Value(true));
+  EXPECT_EQ(customer("20001", "KundeSeit"), Value("20.11.2026"));
+  EXPECT_EQ(customer("20001", "Ind_Text2"), Value("Feld 2"));
+  EXPECT_TRUE(customer("20001", "Ind_Text3").isNull());
+  const auto entry = connection().open(sql("Select * From Belegindex"_sql));
+  EXPECT_EQ(entry->text("Belegart") + entry->text("Belegnummer") + entry->text("Herkunft"), "AB1HAN");
+  const auto line = connection().open(sql("Select * From Protokollpositionen"_sql));
+  EXPECT_EQ(line->text("Text0") + line->text("Text1") + line->text("Text2"), "Auftrag1Erledigt");
+  EXPECT_EQ(line->text("Memo0"), "Kundennummer: 20001\r\nKunde: Hafenbau GmbH\r\nEingangsdatum: 20.11.2026");
+  EXPECT_EQ(line->text("Text4") + "|" + line->text("Text6") + "|" + line->text("Text7"),
+            "A100\r\nB200\r\nA100|12,000\r\n3,000\r\n1,000|9,00\r\n4,99\r\n10,00");
+}
+
+TEST_F(OrderWriting, PricesThatContainTheTaxHaveItTakenOut) {
+  connection().execute(sql("Update Kundenstamm Set Preistyp = 1, Auftragsrabatt = 0"_sql));
+  stageOrder("O1");
+  stagePosition("O1", 1, "A100", 2);
+  run();
+  // 20.00 with 19 % inside: 20 * 19 / 119 = 3.1933.
+  EXPECT_EQ(order()->value("Gesamtbrutto"), Value(money("20")));
+  EXPECT_EQ(order()->value("GesamtMwSt"), Value(money("3.19")));
+  EXPECT_EQ(order()->value("Gesamtnetto"), Value(money("16.81")));
+}
+
+TEST_F(OrderWriting, WithoutAPriceTheStagedOneIsTakenWithItsDiscount) {
+  connection().execute(sql("Delete From Verkaufspreise"_sql));
+  connection().execute(sql("Update Kundenstamm Set Auftragsrabatt = 0"_sql));
+  stageOrder("O1");
+  stagePosition("O1", 1, "A100", 5, [](AuftragsPosFields& position) {
+    position.Preis = 30;
+    position.Preiseinheit = 10;
+    position.Rabatt = 20;
+  });
+  run();
+  ASSERT_EQ(jobType("O1"), 33);
+  // 5 * 30 / 10 = 15 less 20 %.
+  EXPECT_EQ(order()->value("Gesamtnetto"), Value(money("12")));
+  EXPECT_EQ(lines()->value("Rabatt"), Value(20.0));
+  EXPECT_EQ(reasons("O1"), "Beim Verarbeiten wurden Warnungen festgestellt.\r\nPreis nicht gefunden\r\n");
+}
+
+TEST_F(OrderWriting, ALongTextFollowsItsLineWithoutAnAmount) {
+  stageOrder("O1");
+  stagePosition("O1", 1, "A100", 1,
+                [](AuftragsPosFields& position) { position.Artikellangtext = "Lang; \"Text\""; });
+  run();
+  const auto rows = lines();
+  ASSERT_EQ(rows->recordCount(), 2U);
+  rows->moveNext();
+  EXPECT_EQ(rows->text("Zeilentyp") + rows->text("Positionsnummer") + rows->text("Text"), "T1Lang; \"Text\"");
+  EXPECT_EQ(rows->text("Schriftart") + rows->text("WoDrucken"), "ArialNBLRG");
+  EXPECT_TRUE(rows->value("Menge").isNull());
+  EXPECT_TRUE(rows->value("Preis").isNull());
+}
+
+TEST_F(OrderWriting, ReturnsAreWrittenWithTheirSign) {
+  stageOrder("O1");
+  stagePosition("O1", 1, "B200", -2);
+  run();
+  EXPECT_EQ(order()->value("Gesamtnetto"), Value(money("-9.98")));
+  EXPECT_EQ(order()->value("GesamtMwSt"), Value(money("-0.7")));
+}
+
+TEST_F(OrderWriting, AddressBlocksComeWholeFromOnePlace) {
+  TableFiller(connection(), "Adressenstamm")
+      .add({{"Kundennummer", "20001"}, {"Adressnummer", "7"}, {"Bez1", "Lager Nord"}, {"Ort", "Kiel"}});
+  stageOrder("O1", [](AuftragFields& job) {
+    job.VS_AdrNr = "7";
+    job.RG_Ort = "Bremen";
+  });
+  stagePosition("O1", 1, "A100", 1);
+  run();
+  const auto header = order();
+  EXPECT_EQ(header->text("VS_Bez1") + "|" + header->text("VS_Ort") + "|" + header->text("VS_Strasse"),
+            "Lager Nord|Kiel|");
+  EXPECT_EQ(header->text("RG_Bez1") + "|" + header->text("RG_Ort"), "|Bremen");
+}
+
+TEST_F(OrderWriting, AOneTimeCustomerIsNamedByTheJob) {
+  TableFiller(connection(), "Kundenstamm")
+      .add({{"Kundennummer", "14888"}, {"Bez1", "Barverkauf"}, {"Ort", "Hier"}});
+  stageOrder("O1", [](AuftragFields& job) {
+    job.Kundennummer = "14888";
+    job.Bez1 = "Erika Beispiel";
+    job.Ort = "Dort";
+  });
+  stagePosition("O1", 1, "A100", 1);
+  run();
+  const auto header = order();
+  EXPECT_EQ(header->text("Suchbegriff") + "|" + header->text("Bez1") + "|" + header->text("VS_Ort"),
+            "Erika Beispiel|Erika Beispiel|Dort");
+  EXPECT_EQ(header->value("KundeDivers"), Value(true));
+}
+
+TEST_F(OrderWriting, EachFailureEndsItsOrderWithOneSentenceAndNothingElse) {
+  TableFiller(connection(), "Kundenstamm").add({{"Kundennummer", "20009"}, {"Liefersperre", true}});
+  TableFiller(connection(), "Kundenstamm").add({{"Kundennummer", "20010"}, {"MwSt_KZ", "??"}});
+  struct Case {
+    std::string key;
+    std::string article;
+    std::function<void(AuftragFields&)> change;
+    std::string reason;
+  };
+  const std::vector<Case> cases{{"F1", "A100", [](AuftragFields& job) { job.Kundennummer = "9999"; },
+                                 "Die Kundennummer: '9999' wurde noch nicht angelegt."},
+                                {"F2", "A100", [](AuftragFields& job) { job.Kundennummer = "20009"; },
+                                 "Die Kundennummer: '20009' ist eine Liefersperre aktiviert."},
+                                {"F3", "A100", [](AuftragFields& job) { job.Versandart = "XX"; },
+                                 "Die Versandart: 'XX' wurde noch nicht angelegt."},
+                                {"F4", "A100", [](AuftragFields& job) { job.Zahlungsart = "XX"; },
+                                 "Die Zahlungsart: 'XX' wurde noch nicht angelegt."},
+                                {"F5", "A100", [](AuftragFields& job) { job.ZahlungsbedSchl = "XX"; },
+                                 "Der ZahlungsbedSchl: 'XX' wurde noch nicht angelegt."},
+                                {"F6", "A100", [](AuftragFields& job) { job.Vertreter2 = "XX"; },
+                                 "Der Vertreter: 'XX' ist nicht angelegt."},
+                                {"F7", "A999", {}, "Der Artikel: 'A999' wurde noch nicht angelegt."},
+                                {"F8", "G400", {}, "Der Artikel: 'G400' ist gesperrt!"},
+                                {"F9", "A100", [](AuftragFields& job) { job.Kundennummer = "20010"; },
+                                 "Die Steuerschlüsselzuordnung konnte nicht ermittelt werden."},
+                                {"FA", "A100", [](AuftragFields& job) { job.Eingangsdatum = "31.02.2026"; },
+                                 "Das Eingangsdatum: '31.02.2026' ist kein Datum."},
+                                {"FB", "", {}, "Auftrag ohne Positionen angelegt."},
+                                {"FC", "A100",
+                                 [](AuftragFields& job) {
+                                   job.Kundennummer = "14999";
+                                   job.IndFild1 = "ZB";
+                                   job.Vertreter1 = "keine Zahl";
+                                 },
+                                 "Es konnte keine Auftragsnummer ermittelt werden."}};
+  for (const Case& each : cases) {
+    stageOrder(each.key, each.change);
+    if (!each.article.empty()) stagePosition(each.key, 1, each.article, 1);
+  }
+  stageOrder("OK");
+  stagePosition("OK", 1, "A100", 1);
+  // Without the check, so that the writing itself has to refuse.
+  run(qxProcessState::ProcessAufträge, true);
+  for (const Case& each : cases) {
+    EXPECT_EQ(jobType(each.key), 32) << each.key;
+    EXPECT_EQ(reasons(each.key), each.reason) << each.key;
+    EXPECT_EQ(field(each.key, "Fehler"), Value(true)) << each.key;
+  }
+  EXPECT_EQ(orders(), 1);
+  EXPECT_EQ(count(sql("Select Count(*) From Auftragspos"_sql)), 1);
+  EXPECT_EQ(count(sql("Select Count(*) From Belegindex"_sql)), 1);
+  EXPECT_EQ(order()->value("Auftragsnummer"), Value(std::int64_t{1})) << "no number was lost";
+  EXPECT_EQ(drawn(), 1);
+  EXPECT_EQ(protocolLines(), static_cast<std::int64_t>(cases.size()) + 1);
+}
+
+TEST_F(OrderWriting, WithoutAnActiveRangeThereIsNoNumber) {
+  connection().execute(sql("Update Nummernkreise Set Aktiviert = 0"_sql));
+  stageOrder("O1");
+  stagePosition("O1", 1, "A100", 1);
+  run();
+  EXPECT_EQ(reasons("O1"), "Es konnte keine Auftragsnummer ermittelt werden.");
+  EXPECT_EQ(drawn(), 0);
+}
+
+TEST_F(OrderWriting, ARefusedLineTakesTheWholeOrderAndItsNumberBack) {
+  connection().execute(
+      sql("CREATE TRIGGER refuse BEFORE INSERT ON Auftragspos WHEN new.Artikelnummer = 'B200' "
+          "BEGIN SELECT RAISE(ABORT, 'Zeile gesperrt'); END"_sql));
+  for (const char* key : {"O1", "O2"}) {
+    stageOrder(key);
+    stagePosition(key, 1, "A100", 1);
+  }
+  stagePosition("O1", 2, "B200", 1);
+  run();
+  EXPECT_EQ(reasons("O1"), "Zeile gesperrt");
+  EXPECT_EQ(jobType("O2"), 33);
+  EXPECT_EQ(orders(), 1);
+  EXPECT_EQ(order()->value("Auftragsnummer"), Value(std::int64_t{1}));
+  EXPECT_EQ(count(sql("Select Count(*) From Auftragspos"_sql)), 1);
+}
+
+TEST_F(OrderWriting, OnAHostsConnectionTheSameIsDeletedAndTheNumberGivenBack) {
+  connection().execute(
+      sql("CREATE TRIGGER refuse BEFORE INSERT ON Auftragspos WHEN new.Artikelnummer = 'B200' "
+          "BEGIN SELECT RAISE(ABORT, 'Zeile gesperrt'); END"_sql));
+  stageOrder("O1");
+  stagePosition("O1", 1, "A100", 1);
+  stagePosition("O1", 2, "B200", 1);
+  erp.environment.connection = SqliteDatabase::openAsHost(connection().connectionString());
+  run();
+  EXPECT_EQ(jobType("O1"), 32);
+  EXPECT_EQ(orders(), 0);
+  EXPECT_EQ(count(sql("Select Count(*) From Auftragspos"_sql)), 0);
+  EXPECT_EQ(drawn(), 0);
+}
+
+TEST_F(OrderWriting, AnOrderFindsTheCustomerOfTheSameRun) {
+  stageCustomer("C1", "70001", [](KundeFields& job) { job.Preisliste = "A"; });
+  stageOrder("O1", [](AuftragFields& job) { job.Kundennummer = "70001"; });
+  stagePosition("O1", 1, "A100", 2);
+  run();
+  EXPECT_EQ(jobType("O1"), 33) << reasons("O1");
+  EXPECT_EQ(order()->value("Gesamtbrutto"), Value(money("23.8")));
+}
+
+TEST_F(OrderWriting, PlainAndAccessoryOrdersCanBeTakenApart) {
+  stageOrder("P");
+  stagePosition("P", 1, "A100", 1);
+  stageOrder("Z");
+  stagePosition("Z", 1, "A100", 1);
+  stagePosition("Z", 2, "Z300", 1);
+  run(qxProcessState::ProcessZubehör);
+  EXPECT_EQ(jobType("P"), 30);
+  EXPECT_EQ(jobType("Z"), 33);
+  EXPECT_EQ(engine.lastRun().processed, 1U);
+  EXPECT_THAT(events.progress, ElementsAre(50, 100)) << "an order that is left out counts for the progress";
+  run(qxProcessState::ProcessAufträge);
+  EXPECT_EQ(jobType("P"), 33);
+}
+
+// The installation's own mode.
+
+TEST_F(OrderWriting, FreightAndAccessoryFeesAreAppendedInTheInstallationsOwnMode) {
+  customerSpecific();
+  erp.setOption("VAKunde", "PO");
+  erp.setOption("FrachtTransport", "FRACHT");
+  erp.setOption("FrachtGebuehr", "GEBUEHR");
+  erp.setOption("MinGebuehr", "3,5");
+  erp.iniFile.set("Allgemein", "MinBestGebuehr", "100;5,25");
+  erp.iniFile.set("Werte", "1", "50;1,5");
+  erp.iniFile.set("Werte", "2", "80;2,5");
+  stageOrder("O1");
+  stagePosition("O1", 1, "A100", 1, [](AuftragsPosFields& position) { position.Preis = 10; });
+  stagePosition("O1", 2, "Z300", 3, [](AuftragsPosFields& position) { position.Preis = 15; });
+  run();
+  ASSERT_EQ(jobType("O1"), 33) << reasons("O1");
+  // Order value 10 + 45 = 55 is below 100: 5.25. Accessory value 3 * 20 = 60 is below 80: 2.50.
+  // Fee line: the larger of 2.50 and 3.50, and 7.75.
+  EXPECT_THAT(lineTexts(), ElementsAre("1:A100:1:10", "2:Z300:3:15", "3:FRACHT:1:6.9", "4:GEBUEHR:1:11.25"));
+}
+
+TEST_F(OrderWriting, HeavyOrdersGoByAnotherShippingMethod) {
+  customerSpecific();
+  erp.setOption("abGewicht", "30");
+  erp.setOption("VSabGewicht", "SP");
+  erp.setOption("VAKunde", "PO");
+  erp.setOption("FrachtTransport", "FRACHT");
+  stageOrder("O1");
+  stagePosition("O1", 1, "A100", 12, [](AuftragsPosFields& position) { position.Preis = 9; });
+  run();
+  EXPECT_EQ(order()->text("Versandart"), "SP");
+  EXPECT_THAT(lineTexts(), ElementsAre("1:A100:12:9")) << "the new method calls for no freight line";
+}
+
+TEST_F(OrderWriting, HeavyCashOnDeliveryOrdersAreAnnouncedOnce) {
+  for (const auto& [key, quantity] : {std::pair{"O1", 12.0}, {"O2", 11.0}, {"O3", 20.0}}) {
+    stageOrder(key, [](AuftragFields& job) { job.Zahlungsart = "NN"; });
+    stagePosition(key, 1, "A100", quantity);
+  }
+  stageOrder("O4");
+  stagePosition("O4", 1, "A100", 50);
+  run();
+  ASSERT_EQ(erp.desktop.shown.size(), 1U);
+  // 30 and 50 kg are heavy, 27.5 kg is not, and the last one pays by invoice.
+  EXPECT_EQ(erp.desktop.shown.front().text,
+            "Folgende Aufträge enthalten Zahlungsart Nachnahme und wiegen mehr als 28 KG: 1, 3");
+}
+
+TEST_F(OrderWriting, CostAssignmentsAreCompletedFromJobAndCustomer) {
+  erp.setOption("KostenzuordnungAuftrag", "1");
+  TableFiller costs(connection(), "Kostenzuordnung");
+  costs.add({{"KostID", 1}, {"Kostenstelle", "S1"}});
+  costs.add({{"KostID", 2}, {"Kostentraeger", "T2"}});
+  costs.add({{"KostID", 3}, {"Kostenstelle", "S9"}, {"Kostentraeger", "T9"}});
+  connection().execute(sql("Update Kundenstamm Set KostID = 3"_sql));
+  const auto withCost = [](AuftragsPosFields& position) { position.KostID = 1; };
+  stageOrder("O1", [](AuftragFields& job) { job.KostID = 2; });
+  stagePosition("O1", 1, "A100", 1, withCost);
+  run();
+  EXPECT_EQ(lines()->value("KostID"), Value(std::int64_t{1})) << "the pair S1/T2 may not be created";
+  erp.setOption("KostAutomatischAnlegen", "1");
+  stageOrder("O2", [](AuftragFields& job) { job.KostID = 2; });
+  stagePosition("O2", 1, "A100", 1, withCost);
+  run();
+  EXPECT_EQ(
+      count(sql("Select KostID From Kostenzuordnung Where Kostenstelle = 'S1' And Kostentraeger = 'T2'"_sql)),
+      4);
+  EXPECT_EQ(count(sql("Select Count(*) From Auftragspos Where KostID = 4"_sql)), 1);
+}
+
+} // namespace
+} // namespace qx
