@@ -1,0 +1,69 @@
+#include "driver/runner.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+
+namespace qx::bench {
+namespace {
+
+namespace fs = std::filesystem;
+
+template <class Member>
+double median(std::vector<Measurement> all, Member member) {
+  const auto middle = all.begin() + static_cast<std::ptrdiff_t>(all.size() / 2);
+  std::ranges::nth_element(all, middle, {}, member);
+  return (*middle).*member;
+}
+
+Measurement medians(const std::vector<Measurement>& all) {
+  return {median(all, &Measurement::seconds), median(all, &Measurement::cpuSeconds),
+          median(all, &Measurement::peakMiB)};
+}
+
+} // namespace
+
+Runner::Runner(const Place& place, int rounds, std::ostream& progress)
+    : place_(place), rounds_(rounds), progress_(progress) {}
+
+fs::path Runner::databaseOf(const std::string& name) const { return place_.folder / (name + ".db"); }
+
+/// A database whose last program has ended is one file; what a killed one left beside it goes.
+void Runner::copyDatabase(const std::string& from, const std::string& to) {
+  const fs::path target = databaseOf(to);
+  for (const char* suffix : {"", "-wal", "-shm"}) fs::remove(target.string() + suffix);
+  fs::copy_file(databaseOf(from), target);
+}
+
+void Runner::prepare(const std::vector<StartDatabase>& starts) {
+  for (const StartDatabase& start : starts) {
+    progress_ << "preparing " << start.name << std::endl;
+    if (!start.copyOf.empty()) copyDatabase(start.copyOf, start.name);
+    for (const CommandFor& command : start.commands)
+      measure(command(databaseOf(start.name).string()), place_.folder / "messages");
+  }
+}
+
+Measurement Runner::measureSide(const CommandFor& command, const std::string& start,
+                                const std::string& side) {
+  copyDatabase(start, side);
+  // What is still on its way to the disk belongs to nobody's time.
+  sync();
+  return measure(command(databaseOf(side).string()), place_.folder / "messages");
+}
+
+Outcome Runner::measureWorkload(const Workload& workload) {
+  std::vector<Measurement> ours;
+  std::vector<Measurement> floor;
+  for (int round = 1; round <= rounds_; ++round) {
+    progress_ << workload.name << ": round " << round << " of " << rounds_ << std::endl;
+    ours.push_back(measureSide(workload.ours, workload.start, "ours"));
+    floor.push_back(measureSide(workload.floor, workload.start, "floor"));
+    if (round > 1) continue;
+    measure({place_.floor.string(), "compare", databaseOf("ours").string(), databaseOf("floor").string()},
+            place_.folder / "messages");
+  }
+  return {workload.name, workload.jobs, workload.goal, medians(ours), medians(floor)};
+}
+
+} // namespace qx::bench

@@ -1,0 +1,41 @@
+// Measures workloads, the program and the floor in turns.
+#pragma once
+
+#include "driver/workloads.h"
+
+#include <ostream>
+#include <string>
+#include <vector>
+
+namespace qx::bench {
+
+/// Medians over all rounds.
+struct Outcome {
+  std::string name;
+  std::uint32_t jobs = 0;
+  double goal = 0;
+  Measurement ours;
+  Measurement floor;
+};
+
+/// Prepares the databases of a plan and measures its workloads. Each round begins with fresh copies, and
+/// after the first one both sides must have left the same rows behind.
+class Runner {
+public:
+  /// `progress` is told what is at work. The place must outlive the runner.
+  Runner(const Place& place, int rounds, std::ostream& progress);
+
+  void prepare(const std::vector<StartDatabase>& starts);
+  Outcome measureWorkload(const Workload& workload);
+
+private:
+  std::filesystem::path databaseOf(const std::string& name) const;
+  void copyDatabase(const std::string& from, const std::string& to);
+  Measurement measureSide(const CommandFor& command, const std::string& start, const std::string& side);
+
+  const Place& place_;
+  int rounds_;
+  std::ostream& progress_;
+};
+
+} // namespace qx::bench

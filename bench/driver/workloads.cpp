@@ -1,0 +1,95 @@
+#include "driver/workloads.h"
+
+#include "samples/customers.h"
+#include "samples/json_lines.h"
+
+#include <fstream>
+#include <stdexcept>
+
+namespace qx::bench {
+namespace {
+
+constexpr double stagingGoal = 2.0;
+constexpr double processingGoal = 1.6;
+constexpr double growthGoal = 11.0;
+constexpr double memoryGoalMiB = 64;
+
+/// Commands of the two programs.
+class Commands {
+public:
+  explicit Commands(const Place& place) : place_(place) {}
+
+  CommandFor program(Command words) const {
+    return [program = place_.program.string(), words = std::move(words)](const std::string& database) {
+      Command command{program, "--db", database};
+      command.insert(command.end(), words.begin(), words.end());
+      return command;
+    };
+  }
+
+  CommandFor floor(const std::string& verb, Command words = {}) const {
+    return [floor = place_.floor.string(), verb, words = std::move(words)](const std::string& database) {
+      Command command{floor, verb, database};
+      command.insert(command.end(), words.begin(), words.end());
+      return command;
+    };
+  }
+
+  CommandFor stage(const std::filesystem::path& file) const { return program({"stage", file.string()}); }
+
+private:
+  const Place& place_;
+};
+
+std::filesystem::path writeCustomers(const Place& place, std::uint32_t count) {
+  const auto file = place.folder / ("customers-" + std::to_string(count) + ".json");
+  std::ofstream out(file, std::ios::binary);
+  for (std::uint32_t i = 0; i < count; ++i) writeJsonLine(out, "Kunde", sampleCustomer(i));
+  out.close();
+  if (!out) throw std::runtime_error("cannot write " + file.string());
+  return file;
+}
+
+std::string grouped(std::uint32_t number) {
+  std::string text = std::to_string(number);
+  for (std::size_t at = text.size(); at > 3; at -= 3) text.insert(at - 3, ",");
+  return text;
+}
+
+std::string waiting(std::uint32_t count) { return "waiting-" + std::to_string(count); }
+
+} // namespace
+
+Plan makePlan(const Place& place, const Sizes& sizes) {
+  const Commands commands(place);
+  const auto jobs = writeCustomers(place, sizes.jobs);
+  const auto few = writeCustomers(place, sizes.few);
+  const auto many = writeCustomers(place, sizes.many);
+  const std::string count = std::to_string(sizes.jobs);
+  const CommandFor process = commands.program({"--json", "process"});
+  const CommandFor floorProcess = commands.floor("process-customers");
+  const auto newCustomers = [&](std::uint32_t size) {
+    return Workload{"process customers (new), " + grouped(size),
+                    size,
+                    processingGoal,
+                    waiting(size),
+                    process,
+                    floorProcess};
+  };
+
+  Plan plan;
+  plan.starts = {{"empty", "", {commands.program({"init"}), commands.floor("codes")}},
+                 {waiting(sizes.few), "empty", {commands.stage(few)}},
+                 {waiting(sizes.many), "empty", {commands.stage(many)}},
+                 {"half-known", "empty", {commands.floor("customers", {count}), commands.stage(jobs)}}};
+  plan.workloads = {{"stage customers, " + grouped(sizes.jobs), sizes.jobs, stagingGoal, "empty",
+                     commands.stage(jobs), commands.floor("stage-customers", {count})},
+                    {"process customers (half known), " + grouped(sizes.jobs), sizes.jobs, processingGoal,
+                     "half-known", process, floorProcess},
+                    newCustomers(sizes.few),
+                    newCustomers(sizes.many)};
+  plan.growth = {newCustomers(sizes.few).name, newCustomers(sizes.many).name, growthGoal, memoryGoalMiB};
+  return plan;
+}
+
+} // namespace qx::bench

@@ -1,0 +1,64 @@
+// What is measured: the table of workloads.
+#pragma once
+
+#include "driver/child_process.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace qx::bench {
+
+/// Where the two programs are and where their files go.
+struct Place {
+  std::filesystem::path program;
+  std::filesystem::path floor;
+  std::filesystem::path folder;
+};
+
+struct Sizes {
+  std::uint32_t jobs = 20000;
+  std::uint32_t few = 10000; ///< the two ends of the growth
+  std::uint32_t many = 100000;
+};
+
+/// Makes a command for the database that it is to work on.
+using CommandFor = std::function<Command(const std::string& database)>;
+
+struct Workload {
+  std::string name;
+  std::uint32_t jobs = 0;
+  double goal = 0;   ///< at most so many times the floor
+  std::string start; ///< the prepared database that both sides begin with
+  CommandFor ours;
+  CommandFor floor;
+};
+
+/// A database to begin with, made once: a copy of another one and a few commands.
+struct StartDatabase {
+  std::string name;
+  std::string copyOf; ///< empty: none
+  std::vector<CommandFor> commands;
+};
+
+/// How the cost of a workload grows with the number of jobs, and how large the program grows with it.
+struct Growth {
+  std::string few; ///< names of workloads
+  std::string many;
+  double goal = 0;
+  double memoryGoalMiB = 0;
+};
+
+struct Plan {
+  std::vector<StartDatabase> starts; ///< in an order in which each can be made
+  std::vector<Workload> workloads;
+  Growth growth;
+};
+
+/// Writes the files of jobs as well.
+Plan makePlan(const Place& place, const Sizes& sizes);
+
+} // namespace qx::bench

@@ -1,0 +1,13 @@
+// Staging with bare SQLite.
+#pragma once
+
+#include "floor/database.h"
+
+#include <cstdint>
+
+namespace qx::bench {
+
+/// Looks each job up by its key and inserts it, all in one transaction. The jobs are made in memory.
+void stageCustomers(Database& database, std::uint32_t count);
+
+} // namespace qx::bench

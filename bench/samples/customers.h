@@ -1,0 +1,39 @@
+// Customer jobs made up by number: the same number always gives the same job.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace qx::bench {
+
+/// One property of a staged job.
+struct SampleField {
+  std::string_view property; ///< as the JSON names it
+  std::string_view column;   ///< of the table `ImportKopf`
+  std::string value;
+  bool number = false;
+};
+
+/// Every stored property of a customer job, those without a value included.
+using SampleJob = std::vector<SampleField>;
+
+/// Keys and numbers are scattered, as those of a shop are: neighbours in the file are no neighbours in the
+/// indexes. Every third customer brings along a shipping address.
+SampleJob sampleCustomer(std::uint32_t number);
+
+/// The value of a column; empty when the job has none.
+const std::string& valueOf(const SampleJob& job, std::string_view column);
+
+/// The codes that the jobs name. All of them must exist where the jobs are to be written.
+struct SampleCode {
+  std::string_view table;
+  std::string_view column;
+  std::string_view textColumn;
+  std::string value;
+  std::string text;
+};
+std::vector<SampleCode> sampleCodes();
+
+} // namespace qx::bench

@@ -1,0 +1,17 @@
+#!/usr/bin/env bash
+# Measures the program against bare SQLite on this machine: scripts/bench.sh [--quick]
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+case ${1:-} in
+'' | --quick) ;;
+*)
+  echo "usage: scripts/bench.sh [--quick]" >&2
+  exit 2
+  ;;
+esac
+scripts/bootstrap.sh build bench
+scripts/build.sh release qximportjob bench_floor bench_driver
+# On the disk of the checkout: a temporary folder in memory would flatter both sides.
+folder=$(mktemp -d build/release/bench-XXXXXX)
+trap 'rm -rf "$folder"' EXIT
+build/release/bin/bench_driver "$folder" "$@"
