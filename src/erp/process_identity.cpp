@@ -39,24 +39,32 @@ std::uint64_t hashOf(const MachineName& machine) {
   return hash ^ (hash >> 32);
 }
 
-std::string firstLine(const char* file) {
+std::string firstLine(const std::string& file) {
   std::ifstream stream(file);
   std::string line;
   std::getline(stream, line);
   return line;
 }
 
-std::optional<ProcessStart> readStat(const std::string& file) {
-  const std::string line = firstLine(file.c_str());
+std::optional<ProcessStart> readStat(const std::string& file) { return parseProcessStat(firstLine(file)); }
+
+bool hasIdentityForm(std::string_view text) {
+  return text.size() == ProcessIdentity::length &&
+         std::ranges::all_of(text, [](char c) { return digits.find(c) != std::string_view::npos; });
+}
+
+} // namespace
+
+std::optional<ProcessStart> parseProcessStat(std::string_view line) {
   // The program's name stands in parentheses and may itself hold blanks and parentheses.
   const auto nameEnd = line.rfind(')');
-  if (nameEnd == std::string::npos) return std::nullopt;
+  if (nameEnd == std::string_view::npos) return std::nullopt;
   ProcessStart process;
   if (std::from_chars(line.data(), line.data() + line.size(), process.number).ec != std::errc())
     return std::nullopt;
 
   constexpr int fieldsBeforeStart = 18;
-  std::istringstream fields(line.substr(nameEnd + 1));
+  std::istringstream fields{std::string(line.substr(nameEnd + 1))};
   char state = 0;
   std::string skipped;
   fields >> state;
@@ -65,13 +73,6 @@ std::optional<ProcessStart> readStat(const std::string& file) {
   if (!fields || state == 'Z' || state == 'X') return std::nullopt;
   return process;
 }
-
-bool hasIdentityForm(std::string_view text) {
-  return text.size() == ProcessIdentity::length &&
-         std::ranges::all_of(text, [](char c) { return digits.find(c) != std::string_view::npos; });
-}
-
-} // namespace
 
 MachineName MachineName::read() {
   return {firstLine("/proc/sys/kernel/hostname"), firstLine("/etc/machine-id")};

@@ -25,6 +25,10 @@ struct ProcessStart {
   std::uint64_t startTime = 0;
 };
 
+/// Reads a line of the form of /proc/<number>/stat. Null for another form and for a process that has ended
+/// but was not collected yet.
+std::optional<ProcessStart> parseProcessStat(std::string_view line);
+
 /// The processes of this machine.
 class ProcessTable {
 public:

@@ -71,6 +71,17 @@ TEST(ProcessIdentityTest, NothingIsSaidAboutOtherMachinesAndOtherForms) {
   EXPECT_EQ(ProcessIdentity(machine, processes).isAlive(own), std::nullopt) << "no table of processes";
 }
 
+TEST(ProcessIdentityTest, StartTimeIsTheTwentySecondFieldWhateverTheProgramIsCalled) {
+  const std::string fields = " 4 5 6 7 8 9 10 11 12 13 14 15 16 17 18 19 20 21 22000 23 24";
+  const auto running = parseProcessStat("77 (a) R (b c) S" + fields);
+  ASSERT_TRUE(running.has_value());
+  EXPECT_EQ(running->number, 77U);
+  EXPECT_EQ(running->startTime, 22000U);
+  EXPECT_FALSE(parseProcessStat("77 (a) Z" + fields)) << "ended, not collected";
+  EXPECT_FALSE(parseProcessStat("77 (a) S 4 5 6"));
+  EXPECT_FALSE(parseProcessStat(""));
+}
+
 TEST(ProcessIdentityTest, TheRealTableKnowsThisProcessAndNoneOfAnImpossibleNumber) {
   const ProcFileSystem processes;
   ProcessIdentity identity(MachineName::read(), processes);
