@@ -1,5 +1,6 @@
 #include "engine/order_check.h"
 
+#include "engine/order_texts.h"
 #include "rules/german_text.h"
 
 #include <exception>
@@ -44,23 +45,22 @@ Findings OrderCheck::CheckAuftrag(std::string_view JobID, OrderPrices& prices, b
 }
 
 void OrderCheck::checkNote(Recordset& job, Findings& findings) const {
-  if (!textOf(job, "Bemerkung").empty())
-    findings.add(CheckStatus::Warning, "Achtung es ist eine Notiz hinterlegt.");
+  if (!textOf(job, "Bemerkung").empty()) findings.add(CheckStatus::Warning, order_tokens::note);
 }
 
 void OrderCheck::checkSalesRep(Recordset& job, Findings& findings) const {
   const std::string rep = textOf(job, "Vertreter1");
   if (!rep.empty() && !masterData_.codeExists("Vertreter", rep))
-    findings.add(CheckStatus::Warning, "Vertreter1");
+    findings.add(CheckStatus::Warning, order_tokens::salesRep);
 }
 
 void OrderCheck::checkMethods(Recordset& job, Findings& findings) const {
   const std::string shipping = textOf(job, "Versandart");
   if (!shipping.empty() && !masterData_.codeExists("Versandart", shipping))
-    findings.add(CheckStatus::Warning, "Versandart");
+    findings.add(CheckStatus::Warning, order_tokens::shippingMethod);
   const std::string payment = textOf(job, "Zahlungsart");
   if (!payment.empty() && !masterData_.codeExists("Zahlungsart", payment))
-    findings.add(CheckStatus::Warning, "Zahlungsart");
+    findings.add(CheckStatus::Warning, order_tokens::paymentMethod);
 }
 
 /// Certain marks in the individual fields demand a certain payment or shipping method. A rule whose setting
@@ -73,9 +73,9 @@ void OrderCheck::checkIndividualFields(Recordset& job, Findings& findings) const
     const std::string& demanded;
     std::string_view token;
   };
-  const Rule rules[] = {{"IndFild1", "ZB", "Zahlungsart", options_.ZAVSRG, "Ind_Field ZB"},
-                        {"IndFild3", "ZA", "Zahlungsart", options_.ZAKunde, "IndField3 ZA"},
-                        {"IndFild4", "MK", "Versandart", options_.VAKunde, "Ind_Field MK"}};
+  const Rule rules[] = {{"IndFild1", "ZB", "Zahlungsart", options_.ZAVSRG, order_tokens::fieldZB},
+                        {"IndFild3", "ZA", "Zahlungsart", options_.ZAKunde, order_tokens::fieldZA},
+                        {"IndFild4", "MK", "Versandart", options_.VAKunde, order_tokens::fieldMK}};
   for (const Rule& rule : rules)
     if (!rule.demanded.empty() && textOf(job, rule.field) == rule.mark &&
         textOf(job, rule.method) != rule.demanded)
@@ -85,14 +85,14 @@ void OrderCheck::checkIndividualFields(Recordset& job, Findings& findings) const
 void OrderCheck::checkPaymentTerms(Recordset& job, Findings& findings) const {
   const std::string terms = textOf(job, "ZahlungsbedSchl");
   if (!terms.empty() && !masterData_.codeExists("ZahlungsbedSchl", terms))
-    findings.add(CheckStatus::Warning, "ZahlungsbedSchl");
+    findings.add(CheckStatus::Warning, order_tokens::paymentTerms);
 }
 
 void OrderCheck::checkBank(Recordset& job, Findings& findings) const {
   std::string bank = textOf(job, "Bankleitzahl");
   if (bank.empty()) bank = textOf(job, "BLZ");
   if (!bank.empty() && !masterData_.codeExists("Bankleitzahl", bank))
-    findings.add(CheckStatus::Warning, "Bankverbindung");
+    findings.add(CheckStatus::Warning, order_tokens::bank);
 }
 
 bool OrderCheck::addressResolves(Recordset& job, ColumnName customer, ColumnName number) const {
@@ -103,15 +103,15 @@ bool OrderCheck::addressResolves(Recordset& job, ColumnName customer, ColumnName
 
 void OrderCheck::checkAddressKeys(Recordset& job, Findings& findings) const {
   if (!noKey(job, "VS_KdNr", "VS_AdrNr") && !addressResolves(job, "VS_KdNr", "VS_AdrNr"))
-    findings.add(CheckStatus::Warning, "VS_KdNr");
+    findings.add(CheckStatus::Warning, order_tokens::shippingKey);
   if (!noKey(job, "RG_KdNr", "RG_AdrNr") && !addressResolves(job, "RG_KdNr", "RG_AdrNr"))
-    findings.add(CheckStatus::Warning, "RG_KdNr");
+    findings.add(CheckStatus::Warning, order_tokens::invoiceKey);
 }
 
 void OrderCheck::checkAccount(Recordset& job, Findings& findings, bool stagedText) const {
   const std::string account = textOf(job, "Hauptkonto");
   if (!account.empty() && !masterData_.codeExists("Hauptkonto", account))
-    findings.add(CheckStatus::Warning, "Hauptkonto");
+    findings.add(CheckStatus::Warning, order_tokens::account);
   // A text that stands there already raises the status but has no token of its own.
   if (stagedText && !textOf(job, "Fehlertext").empty())
     findings.status = worse(findings.status, CheckStatus::Warning);
@@ -120,20 +120,20 @@ void OrderCheck::checkAccount(Recordset& job, Findings& findings, bool stagedTex
 /// An address key that does not resolve was a warning above and is an error here.
 void OrderCheck::checkCustomer(Recordset& job, Findings& findings) const {
   if (!addresses_.KundeAngelegt(textOf(job, "Kundennummer")))
-    findings.add(CheckStatus::Error, "Kunde nicht angelegt");
+    findings.add(CheckStatus::Error, order_tokens::customer);
   if (!noKey(job, "VS_KdNr", "VS_AdrNr") && !addressResolves(job, "VS_KdNr", "VS_AdrNr"))
-    findings.add(CheckStatus::Error, "Versandanschrift nicht angelegt");
+    findings.add(CheckStatus::Error, order_tokens::shippingAddress);
   if (!noKey(job, "RG_KdNr", "RG_AdrNr") && !addressResolves(job, "RG_KdNr", "RG_AdrNr"))
-    findings.add(CheckStatus::Error, "Rechnungsanschrift nicht angelegt");
+    findings.add(CheckStatus::Error, order_tokens::invoiceAddress);
 }
 
 void OrderCheck::checkCredit(Recordset& job, Findings& findings) const {
   switch (credit_.query(textOf(job, "Kundennummer"))) {
   case CreditResult::Limit1Reached:
-    findings.add(CheckStatus::Warning, "Kreditlimit 1 ist überschritten (Warnhinweis)");
+    findings.add(CheckStatus::Warning, order_tokens::creditLimit1);
     break;
   case CreditResult::Limit2Reached:
-    findings.add(CheckStatus::Error, "Kreditlimit 2 ist überschritten (Auftragssperre)");
+    findings.add(CheckStatus::Error, order_tokens::creditLimit2);
     break;
   case CreditResult::WithinLimits:
     break;
@@ -143,7 +143,7 @@ void OrderCheck::checkCredit(Recordset& job, Findings& findings) const {
 void OrderCheck::checkPositions(Recordset& job, Findings& findings, OrderPrices& prices) const {
   const auto positions = environment_.connection->open(
       sql("SELECT * FROM ImportPos Where ImportPos.JobID ='"_sql, value(job.text("JobID")), "'"_sql));
-  if (positions->eof()) findings.add(CheckStatus::Error, "Auftrag ohne Positionen angelegt.");
+  if (positions->eof()) findings.add(CheckStatus::Error, order_tokens::noPositions);
   const auto date = parseGermanDate(textOf(job, "Eingangsdatum"));
   const std::string customer = textOf(job, "Kundennummer");
   for (; !positions->eof(); positions->moveNext()) {
@@ -156,17 +156,18 @@ void OrderCheck::checkPositions(Recordset& job, Findings& findings, OrderPrices&
 }
 
 void OrderCheck::checkPrice(Recordset& position, const FoundPrice& price, Findings& findings) const {
-  if (price.failed()) findings.add(CheckStatus::Error, "PLU Fehler");
-  if (price.result == Preisfindung::notFound) findings.add(CheckStatus::Warning, "Preis nicht gefunden");
+  if (price.failed()) findings.add(CheckStatus::Error, order_tokens::priceFailed);
+  if (price.result == Preisfindung::notFound) findings.add(CheckStatus::Warning, order_tokens::priceNotFound);
   // Compared as stored, without tolerance or rounding, on purpose.
   if (options_.customerSpecific && price.found() &&
       position.value("Preis").number().value_or(0) != price.price.price)
-    findings.add(CheckStatus::Warning, "Preis ist nicht identisch");
+    findings.add(CheckStatus::Warning, order_tokens::priceDiffers);
 }
 
 void OrderCheck::checkCostAssignment(Recordset& position, Findings& findings) const {
   const auto number = static_cast<std::int32_t>(position.value("KostID").integer().value_or(0));
-  if (costs_.CheckKostzuord("AB", number, false) != 0) findings.add(CheckStatus::Warning, "Kostenzuordnung");
+  if (costs_.CheckKostzuord("AB", number, false) != 0)
+    findings.add(CheckStatus::Warning, order_tokens::costAssignment);
 }
 
 void OrderCheck::checkStock(Recordset& position, const FoundPrice& price, Findings& findings) const {
@@ -175,7 +176,7 @@ void OrderCheck::checkStock(Recordset& position, const FoundPrice& price, Findin
     const bool convert = !equalCodes(price.unit, price.baseUnit);
     const StockAnswer answer = stock_.GetLagerbestand(article, price.unit, convert);
     if (answer.unit != noStockUnit && position.value("Menge").number().value_or(0) > answer.stock)
-      findings.add(CheckStatus::Warning, "Lagerbestand");
+      findings.add(CheckStatus::Warning, order_tokens::stock);
   } catch (const DatabaseError&) {
     throw;
   } catch (const std::exception& error) {
@@ -186,7 +187,7 @@ void OrderCheck::checkStock(Recordset& position, const FoundPrice& price, Findin
 
 void OrderCheck::checkArticle(Recordset& position, Findings& findings) const {
   if (!masterData_.ArtikelAngelegt(position.text("Artikelnummer")))
-    findings.add(CheckStatus::Error, "Artikel ist nicht angelegt");
+    findings.add(CheckStatus::Error, order_tokens::article);
 }
 
 } // namespace qx

@@ -1,6 +1,7 @@
 #include "engine/order_header.h"
 
 #include "engine/order_failure.h"
+#include "engine/order_texts.h"
 #include "rules/german_text.h"
 
 #include <array>
@@ -139,7 +140,7 @@ void OrderHeader::requireRow(const Sql& lookup, const std::string& failure) cons
 
 void OrderHeader::requireShippingMethod(std::string_view code) const {
   requireRow(sql("Select Versandart From Versandtexte where Versandart  = '"_sql, value(code), "'"_sql),
-             "Die Versandart: '" + std::string(code) + "' wurde noch nicht angelegt.");
+             order_failures::shippingMethod.with(code));
 }
 
 void OrderHeader::fillCodes(Recordset& header, const JobRow& job, Recordset& customer) {
@@ -153,13 +154,13 @@ void OrderHeader::fillCodes(Recordset& header, const JobRow& job, Recordset& cus
   if (!payment.isNull())
     requireRow(sql("Select Zahlungsart From Zahlungsarten  where Zahlungsart = '"_sql, value(payment.text()),
                    "'"_sql),
-               "Die Zahlungsart: '" + payment.text() + "' wurde noch nicht angelegt.");
+               order_failures::paymentMethod.with(payment.text()));
   header.set("Zahlungsart", payment);
   const Value terms = jobOrCustomer(job, customer, "ZahlungsbedSchl");
   if (!terms.isNull())
     requireRow(sql("Select ZahlbedSchl From Zahlungsbedingungen where ZahlbedSchl = '"_sql,
                    value(terms.text()), "'"_sql),
-               "Der ZahlungsbedSchl: '" + terms.text() + "' wurde noch nicht angelegt.");
+               order_failures::paymentTerms.with(terms.text()));
   header.set("ZahlungsbedSchl", terms);
 }
 
@@ -177,7 +178,7 @@ void OrderHeader::fillSalesReps(Recordset& header, const JobRow& job, Recordset&
     if (number.isNull()) continue;
     const auto stored = environment_.connection->open(
         sql("Select * From Vertreter where VertreterNr = '"_sql, value(number.text()), "'"_sql));
-    if (stored->eof()) throw OrderFailure("Der Vertreter: '" + number.text() + "' ist nicht angelegt.");
+    if (stored->eof()) throw OrderFailure(order_failures::salesRep.with(number.text()));
     // The customer's share goes with the customer's representative; another one brings the own share.
     const bool ofCustomer = equalCodes(number.text(), customer.text(rep.column));
     const Value share = ofCustomer ? customer.value(rep.share) : Value::null();

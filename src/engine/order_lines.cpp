@@ -1,6 +1,7 @@
 #include "engine/order_lines.h"
 
 #include "engine/order_failure.h"
+#include "engine/order_texts.h"
 
 #include <array>
 #include <exception>
@@ -31,7 +32,7 @@ double numberOf(Recordset& row, ColumnName column) { return row.value(column).nu
 /// An amount for a price column; prices that do not fit one end the order.
 Value amount(double price) {
   const auto money = Money::fromDouble(price);
-  if (!money) throw OrderFailure("Der Preis: '" + plainNumber(price) + "' ist zu groß.");
+  if (!money) throw OrderFailure(order_failures::priceTooLarge.with(plainNumber(price)));
   return Value(*money);
 }
 
@@ -52,7 +53,7 @@ WrittenLines OrderLines::writePositions(const OrderContext& order, std::string_v
   const auto positions = environment_.connection->open(
       sql("Select *, Cast(Positionsnummer as int) as intPos From ImportPos Where JobID ='"_sql, value(jobId),
           "' Order By intPos"_sql));
-  if (positions->eof()) throw OrderFailure("Auftrag ohne Positionen angelegt.");
+  if (positions->eof()) throw OrderFailure(order_failures::noPositions.with(""));
   const auto lines =
       environment_.connection->open(sql("Select * From Auftragspos Where Auftragsnummer =0"_sql));
   WrittenLines written;
@@ -85,10 +86,9 @@ WrittenLines OrderLines::writePositions(const OrderContext& order, std::string_v
 std::unique_ptr<Recordset> OrderLines::openArticle(std::string_view article) const {
   auto found = environment_.connection->open(
       sql("Select * From Artikelstamm where Artikelnummer  = '"_sql, value(article), "'"_sql));
-  if (found->eof())
-    throw OrderFailure("Der Artikel: '" + std::string(article) + "' wurde noch nicht angelegt.");
+  if (found->eof()) throw OrderFailure(order_failures::article.with(article));
   if (found->value("ArtikelGesperrt").truth().value_or(false))
-    throw OrderFailure("Der Artikel: '" + std::string(article) + "' ist gesperrt!");
+    throw OrderFailure(order_failures::blockedArticle.with(article));
   return found;
 }
 
@@ -125,7 +125,7 @@ void OrderLines::fillQuantities(Recordset& line, Recordset& position) {
 
 /// The found price, or the staged one when none was found; what was written comes back.
 double OrderLines::fillPrice(Recordset& line, Recordset& position, const FoundPrice& found) {
-  if (found.failed()) throw OrderFailure("PLU Fehler");
+  if (found.failed()) throw OrderFailure(order_failures::priceFailed.with(""));
   SalesPrice price = found.price;
   if (!found.found()) {
     price = SalesPrice();
@@ -193,7 +193,7 @@ const OrderLines::Tax& OrderLines::taxOf(const OrderContext& order, const std::s
     return entry->second;
   } catch (const MissingTaxKey&) {
     taxes_.erase(entry);
-    throw OrderFailure("Die Steuerschlüsselzuordnung konnte nicht ermittelt werden.");
+    throw OrderFailure(order_failures::taxKey.with(""));
   } catch (...) {
     taxes_.erase(entry);
     throw;

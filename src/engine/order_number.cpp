@@ -1,6 +1,7 @@
 #include "engine/order_number.h"
 
 #include "engine/order_failure.h"
+#include "engine/order_texts.h"
 #include "rules/german_text.h"
 
 #include <limits>
@@ -27,16 +28,15 @@ std::optional<std::int16_t> OrderNumbers::bookingCircle(const JobRow& job) {
 }
 
 OrderNumber OrderNumbers::draw(const JobRow& job) {
-  constexpr const char* noNumber = "Es konnte keine Auftragsnummer ermittelt werden.";
-  if (!environment_.session) throw OrderFailure(noNumber);
+  if (!environment_.session) throw OrderFailure(order_failures::noNumber.with(""));
   const auto circle = bookingCircle(job);
-  if (!circle) throw OrderFailure(noNumber);
+  if (!circle) throw OrderFailure(order_failures::noNumber.with(""));
   const auto active = environment_.connection->open(sql("SELECT * From Nummernkreise Where NSchl ='"_sql,
                                                         value(range), "' AND Buchungskreis = "_sql,
                                                         number(*circle), " AND Aktiviert =1"_sql));
-  if (active->eof()) throw OrderFailure(noNumber);
+  if (active->eof()) throw OrderFailure(order_failures::noNumber.with(""));
   const auto drawn = environment_.session->GetBelegnummer(range, *circle);
-  if (!drawn) throw OrderFailure(noNumber);
+  if (!drawn) throw OrderFailure(order_failures::noNumber.with(""));
   pending_ = OrderNumber{*drawn, *circle};
   return *pending_;
 }

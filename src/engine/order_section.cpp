@@ -1,6 +1,7 @@
 #include "engine/order_section.h"
 
 #include "engine/order_failure.h"
+#include "engine/order_texts.h"
 #include "rules/german_text.h"
 
 #include <utility>
@@ -33,8 +34,7 @@ void OrderSection::run(SectionRunner& runner) {
              [this](JobRow& job) { return processJob(job); });
   if (cashOnDelivery_.empty()) return;
   Message message;
-  message.text =
-      "Folgende Aufträge enthalten Zahlungsart Nachnahme und wiegen mehr als 28 KG: " + cashOnDelivery_;
+  message.text = std::string(heavyCashOnDelivery) + cashOnDelivery_;
   parts_.environment.desktop.show(message);
 }
 

@@ -1,6 +1,7 @@
 #include "engine/order_totals.h"
 
 #include "engine/order_failure.h"
+#include "engine/order_texts.h"
 #include "rules/discounts.h"
 #include "rules/rounding.h"
 
@@ -15,7 +16,7 @@ constexpr double cent = 0.01;
 
 Money rounded(double amount) {
   const auto money = Money::fromDouble(rundenEx(amount, cent, false));
-  if (!money) throw OrderFailure("Die Summe des Auftrags ist zu groß.");
+  if (!money) throw OrderFailure(order_failures::totalTooLarge.with(""));
   return *money;
 }
 

@@ -1,6 +1,7 @@
 #include "engine/order_writer.h"
 
 #include "engine/order_failure.h"
+#include "engine/order_texts.h"
 #include "rules/dates.h"
 #include "rules/german_text.h"
 
@@ -85,7 +86,7 @@ std::string OrderWriter::receiptStamp(const JobRow& job) const {
   try {
     return intdat(job.value("Eingangsdatum"));
   } catch (const std::invalid_argument&) {
-    throw OrderFailure("Das Eingangsdatum: '" + job.text("Eingangsdatum") + "' ist kein Datum.");
+    throw OrderFailure(order_failures::receiptDate.with(job.text("Eingangsdatum")));
   }
 }
 
@@ -93,9 +94,9 @@ std::unique_ptr<Recordset> OrderWriter::openCustomer(const JobRow& job) const {
   const std::string number = job.text("Kundennummer");
   auto customer = environment_.connection->open(
       sql("Select * From Kundenstamm where Kundennummer  = '"_sql, value(number), "'"_sql));
-  if (customer->eof()) throw OrderFailure("Die Kundennummer: '" + number + "' wurde noch nicht angelegt.");
+  if (customer->eof()) throw OrderFailure(order_failures::customer.with(number));
   if (customer->value("Liefersperre").truth().value_or(false))
-    throw OrderFailure("Die Kundennummer: '" + number + "' ist eine Liefersperre aktiviert.");
+    throw OrderFailure(order_failures::deliveryStop.with(number));
   return customer;
 }
 

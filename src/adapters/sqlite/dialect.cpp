@@ -89,8 +89,15 @@ std::string dateNumber(std::string_view column, int dayLength, int monthLength) 
     std::string condition = tail + " GLOB '" + year + "'";
     for (const std::string_view hour : {"[0-9]", "[01][0-9]", "2[0-3]"})
       for (const std::string_view seconds : {"", ":[0-5][0-9]"})
-        condition += " OR " + tail + " GLOB '" + year + " " + std::string(hour) + ":[0-5][0-9]" +
-                     std::string(seconds) + "'";
+        condition.append(" OR ")
+            .append(tail)
+            .append(" GLOB '")
+            .append(year)
+            .append(" ")
+            .append(hour)
+            .append(":[0-5][0-9]")
+            .append(seconds)
+            .append("'");
     return condition;
   };
   const auto checked = [&](const std::string& year) {

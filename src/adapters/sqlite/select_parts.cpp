@@ -35,6 +35,22 @@ struct Keywords {
   bool compound = false;
 };
 
+/// The end of the word that begins at `at`.
+std::size_t wordEnd(std::string_view text, std::size_t at) {
+  while (at < text.size() && isWordCharacter(text[at])) ++at;
+  return at;
+}
+
+void noteKeyword(Keywords& found, std::string_view word, std::size_t at) {
+  if (sameWord(word, "from") && found.from == std::string_view::npos) found.from = at;
+  if (sameWord(word, "where") && found.where == std::string_view::npos) found.where = at;
+  if (sameWord(word, "order")) found.order = at;
+  constexpr std::array<std::string_view, 6> compoundWords{"group", "union", "having",
+                                                          "limit", "join",  "distinct"};
+  if (std::ranges::any_of(compoundWords, [&](auto other) { return sameWord(word, other); }))
+    found.compound = true;
+}
+
 /// Finds the clause keywords outside quotes, brackets and parentheses.
 Keywords findKeywords(std::string_view text) {
   Keywords found;
@@ -51,14 +67,8 @@ Keywords findKeywords(std::string_view text) {
       ++at;
       continue;
     }
-    std::size_t end = at;
-    while (end < text.size() && isWordCharacter(text[end])) ++end;
-    const std::string_view word = text.substr(at, end - at);
-    if (sameWord(word, "from") && found.from == std::string_view::npos) found.from = at;
-    if (sameWord(word, "where") && found.where == std::string_view::npos) found.where = at;
-    if (sameWord(word, "order")) found.order = at;
-    for (const std::string_view other : {"group", "union", "having", "limit", "join", "distinct"})
-      if (sameWord(word, other)) found.compound = true;
+    const std::size_t end = wordEnd(text, at);
+    noteKeyword(found, text.substr(at, end - at), at);
     at = end;
   }
   return found;

@@ -21,6 +21,8 @@ public:
   /// Takes over the handle. `ownsWork` is false for a connection that stands for a host's: units and
   /// savepoints then do nothing.
   SqliteConnection(sqlite3* handle, std::string target, bool ownsWork);
+  SqliteConnection(const SqliteConnection&) = delete;
+  SqliteConnection& operator=(const SqliteConnection&) = delete;
   ~SqliteConnection() override;
 
   const std::string& connectionString() const override;

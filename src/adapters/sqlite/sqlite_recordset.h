@@ -134,7 +134,7 @@ public:
   const Value& value(ColumnName column) override;
   const Value& value(std::size_t index) override { return row_.at(index); }
   void addNew() override { refuse(); }
-  void set(ColumnName, Value) override { refuse(); }
+  void set(ColumnName /*column*/, Value /*value*/) override { refuse(); }
   void update() override { refuse(); }
   void cancelUpdate() override {}
 
