@@ -3,7 +3,7 @@
 #include "cli/busy_notice.h"
 #include "cli/job_query.h"
 #include "cli/json_writer.h"
-#include "engine/work_group.h"
+#include "store/work_group.h"
 
 namespace qx::cli {
 namespace {

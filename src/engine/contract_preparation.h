@@ -2,8 +2,8 @@
 #pragma once
 
 #include "engine/job_row.h"
-#include "engine/work_group.h"
 #include "platform/environment.h"
+#include "store/work_group.h"
 
 namespace qx {
 

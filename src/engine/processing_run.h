@@ -9,8 +9,8 @@
 #include "engine/run_wait.h"
 #include "engine/section_runner.h"
 #include "engine/stop_signal.h"
-#include "engine/work_group.h"
 #include "platform/environment.h"
+#include "store/work_group.h"
 
 #include <cstddef>
 #include <memory>

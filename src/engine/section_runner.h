@@ -7,8 +7,8 @@
 #include "engine/job_row.h"
 #include "engine/protocol.h"
 #include "engine/stop_signal.h"
-#include "engine/work_group.h"
 #include "platform/environment.h"
+#include "store/work_group.h"
 
 #include <array>
 #include <cstddef>

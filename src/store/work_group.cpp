@@ -1,4 +1,4 @@
-#include "engine/work_group.h"
+#include "store/work_group.h"
 
 #include <utility>
 
@@ -6,7 +6,7 @@ namespace qx {
 
 void WorkGroup::begin() {
   if (open_) return;
-  environment_.connection->beginWork(&wait_);
+  environment_.connection->beginWork(wait_);
   begunAt_ = environment_.clock.elapsed();
   jobs_ = 0;
   open_ = true;

@@ -1,4 +1,4 @@
-// Groups the units of work of a run.
+// Groups the units of work of a run or an import.
 #pragma once
 
 #include "platform/environment.h"
@@ -17,8 +17,10 @@ namespace qx {
 /// committed and promises are kept at the end of each job.
 class WorkGroup {
 public:
-  /// `wait` decides how long the start of a group waits for another program.
-  WorkGroup(Environment& environment, BusyWait& wait) : environment_(environment), wait_(wait) {}
+  /// `wait` decides how long the start of a group waits for another program; null for the connection's own
+  /// limit.
+  WorkGroup(Environment& environment, BusyWait* wait) : environment_(environment), wait_(wait) {}
+  WorkGroup(Environment& environment, BusyWait& wait) : WorkGroup(environment, &wait) {}
   WorkGroup(const WorkGroup&) = delete;
   WorkGroup& operator=(const WorkGroup&) = delete;
   /// Rolls back what is not committed.
@@ -44,7 +46,7 @@ private:
   static constexpr std::chrono::milliseconds gap{5};
 
   Environment& environment_;
-  BusyWait& wait_;
+  BusyWait* wait_;
   std::vector<std::function<void()>> promises_;
   std::chrono::milliseconds begunAt_{};
   std::chrono::milliseconds heldSinceGap_{};
