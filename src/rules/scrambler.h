@@ -1,0 +1,51 @@
+// Scrambles and unscrambles texts by four code tables in turn.
+#pragma once
+
+#include "rules/code_tables.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace qx {
+
+/// The sum of a UTF-8 text's characters in code page 1252, a character that it lacks as "?". Raises
+/// `std::overflow_error` when 32 bits do not hold it.
+std::int32_t textCheckSum(std::string_view text);
+
+/// A character's table depends on its place in the text, counted from 1 and in characters, not bytes.
+/// Characters other than the 94 of the tables stay as they are.
+class Scrambler {
+public:
+  /// The tables must be permutations.
+  explicit Scrambler(const CodeTables& tables);
+
+  /// UTF-8 texts of any kind.
+  std::string Encrypt(std::string_view strText) const { return substitute(strText, encrypting_); }
+  std::string Decrypt(std::string_view strText) const { return substitute(strText, decrypting_); }
+  static std::int32_t CheckSum(std::string_view strText) { return textCheckSum(strText); }
+
+  /// The same for one single-byte character at a place.
+  char encrypted(std::size_t place, char c) const { return at(encrypting_, place, c); }
+  char decrypted(std::size_t place, char c) const { return at(decrypting_, place, c); }
+
+  /// What stands between the quotes of the first line of a scrambled file.
+  const std::string& banner() const { return banner_; }
+  /// The same of a version-1 file: its plain banner scrambled with the tables.
+  const std::string& banner1() const { return banner1_; }
+
+private:
+  using Substitution = std::array<std::array<char, 256>, 4>;
+
+  static char at(const Substitution& substitution, std::size_t place, char c);
+  static std::string substitute(std::string_view text, const Substitution& substitution);
+
+  Substitution encrypting_{};
+  Substitution decrypting_{};
+  std::string banner_;
+  std::string banner1_;
+};
+
+} // namespace qx
