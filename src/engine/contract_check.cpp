@@ -1,5 +1,6 @@
 #include "engine/contract_check.h"
 
+#include "engine/contract_texts.h"
 #include "engine/job_row.h"
 
 namespace qx {
@@ -27,16 +28,17 @@ Findings ContractCheck::check(const ContractFields& job, bool single) const {
   const std::string state = contractState(job);
   const bool objectMatters = !skipsObjectChecks(state);
   if (objectMatters && !masterData_.codeExists("Vertragsart", key.kind))
-    findings.add(CheckStatus::Warning, "Vertragsart ist nicht angelegt");
+    findings.add(CheckStatus::Warning, contract_findings::kind);
   if (job("Menge").number().value_or(0) <= 0)
-    findings.add(CheckStatus::Warning, single ? "Menge ist faslch" : "Menge ist falsch");
-  if (!knownState(state)) findings.add(CheckStatus::Warning, "Zustand ist falsch");
+    findings.add(CheckStatus::Warning,
+                 single ? contract_findings::quantityOfSingle : contract_findings::quantity);
+  if (!knownState(state)) findings.add(CheckStatus::Warning, contract_findings::state);
   if (contractDate(job("Vertragsdatum"), false).isNull())
-    findings.add(CheckStatus::Error, "Vertragsdatum ist falsch");
+    findings.add(CheckStatus::Error, contract_findings::signedOn);
   if (contractDate(job("Vertragsbeginn"), true).isNull())
-    findings.add(CheckStatus::Error, "Vertragsbeginn ist falsch");
+    findings.add(CheckStatus::Error, contract_findings::begin);
   if (objectMatters && !masterData_.VertragsgegenstandAngelegt(key.object))
-    findings.add(CheckStatus::Error, "Vertragsgegenstand ist nicht angelegt");
+    findings.add(CheckStatus::Error, contract_findings::object);
   return findings;
 }
 

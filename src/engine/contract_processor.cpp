@@ -1,6 +1,9 @@
 #include "engine/contract_processor.h"
 
+#include "engine/contract_texts.h"
 #include "rules/dates.h"
+
+#include <string>
 
 namespace qx {
 
@@ -23,7 +26,8 @@ bool ContractProcessor::checkCustomer(JobRow& job, const ContractKey& key) {
   if (any(sql("Select Kundennummer From Kundenstamm where Kundennummer  = '"_sql, value(key.customer),
               "'"_sql)))
     return true;
-  marks_.markJobError(job, "Die Kundennummer: '" + key.customer + "' wurde noch nicht angelegt.");
+  marks_.markJobError(job, std::string(contract_failures::customer) + key.customer +
+                               "' wurde noch nicht angelegt.");
   return false;
 }
 
@@ -35,15 +39,15 @@ bool ContractProcessor::checkObject(JobRow& job, const ContractKey& key) {
     fits = false;
   };
   if (!any(sql("Select Vertragsart From Vertragsarten where Vertragsart  = '"_sql, value(key.kind), "'"_sql)))
-    fail("Die Vertragsart: '" + key.kind + "' wurde noch nicht angelegt.");
+    fail(std::string(contract_failures::kind) + key.kind + "' wurde noch nicht angelegt.");
   if (!any(sql("Select VertrGegenstandsNr From [VertragsGegenständePos] where [VertrGegenstandsNr] = '"_sql,
                value(key.object), "' And Vertragsart ='"_sql, value(key.kind), "'"_sql)))
     // The quote after the object number stands without an opening one on purpose.
-    fail("Es konnte keine Beziehung zwischen Vertragsart: '" + key.kind +
+    fail(std::string(contract_failures::relation) + key.kind +
          "' und Vertragsgegenstandsnummer: " + key.object + "' ermittelt werden.");
   if (!any(sql("Select VertrGegenstandsNr From [Vertragsgegenstände] where [VertrGegenstandsNr]  = '"_sql,
                value(key.object), "'"_sql)))
-    fail("Die Vertragsgegenstandsnummer: '" + key.object + "' wurde noch nicht angelegt.");
+    fail(std::string(contract_failures::object) + key.object + "' wurde noch nicht angelegt.");
   return fits;
 }
 
