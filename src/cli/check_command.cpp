@@ -1,9 +1,10 @@
 #include "cli/check_command.h"
 
-#include "cli/job_check.h"
+#include "cli/job_findings.h"
 #include "cli/job_query.h"
 #include "cli/job_terms.h"
 #include "cli/json_writer.h"
+#include "engine/job_check.h"
 
 #include <functional>
 
@@ -17,7 +18,7 @@ public:
     if (output_.json) json_.beginObject().key("jobs").beginArray();
   }
 
-  void add(const JobBrief& job, const JobFindings& findings) {
+  void add(const JobBrief& job, const Findings& findings) {
     ++checked_;
     if (findings.status != CheckStatus::Clean) ++withFindings_;
     if (output_.json)
@@ -25,57 +26,45 @@ public:
     else if (findings.status != CheckStatus::Clean)
       addText(job, findings);
   }
-  void leaveOut() { ++leftOut_; }
 
   ExitCode finish() {
     if (output_.json)
       json_.endArray().endObject().finish();
     else
       output_.result << checked_ << " checked, " << withFindings_ << " with findings\n";
-    if (leftOut_ > 0)
-      output_.messages << leftOut_ << " jobs are of a kind that this version cannot check yet.\n";
     return withFindings_ > 0 ? ExitCode::Findings : ExitCode::Success;
   }
 
 private:
-  void addJson(const JobBrief& job, const JobFindings& findings) {
+  void addJson(const JobBrief& job, const Findings& findings) {
     json_.beginObject();
     json_.key("JobID").text(job.jobId);
     json_.key("Vorgang").text(processText(job.jobType));
-    json_.key("Nummer").text(job.customer);
+    json_.key("Nummer").text(job.number);
     json_.key("status").number(static_cast<std::int64_t>(findings.status));
     json_.key("findings").beginArray();
-    for (const std::string& text : findings.texts) json_.text(text);
+    for (const std::string& text : findingTexts(findings)) json_.text(text);
     json_.endArray().endObject();
   }
-  void addText(const JobBrief& job, const JobFindings& findings) {
+  void addText(const JobBrief& job, const Findings& findings) {
     output_.result << (findings.status == CheckStatus::Warning ? "Warnung" : "Fehler") << "  "
-                   << processText(job.jobType) << " " << job.customer << "  " << job.jobId << '\n';
-    for (const std::string& text : findings.texts) output_.result << "  " << text << '\n';
+                   << processText(job.jobType) << " " << job.number << "  " << job.jobId << '\n';
+    for (const std::string& text : findingTexts(findings)) output_.result << "  " << text << '\n';
   }
 
   const Output& output_;
   JsonWriter json_;
   std::size_t checked_ = 0;
   std::size_t withFindings_ = 0;
-  std::size_t leftOut_ = 0;
 };
-
-void check(const Workplace& place, const JobBrief& job, CheckPrinter& printer) {
-  if (const auto findings = checkJob(place.engine, job.jobId, job.jobType))
-    printer.add(job, *findings);
-  else
-    printer.leaveOut();
-}
 
 /// Calls back for every waiting job of any kind, customers first.
 void forEachWaiting(Connection& connection, const std::function<void(const JobBrief&)>& visit) {
   for (const std::int16_t kind : {qxtjobkunden, qxtjobverträge, qxtjobkundenverträge, qxtJobAufträge}) {
-    const auto rows =
-        connection.openStream(sql("Select JobID, JobType, Kundennummer From ImportKopf Where JobType = "_sql,
-                                  number(kind), " Order By Kundennummer"_sql));
-    for (; !rows->eof(); rows->moveNext())
-      visit({rows->text("JobID"), kind, rows->text("Kundennummer"), false});
+    const auto rows = connection.openStream(
+        sql("Select JobID, JobType, Kundennummer, Vertragsnummer From ImportKopf Where JobType = "_sql,
+            number(kind), " Order By Kundennummer"_sql));
+    for (; !rows->eof(); rows->moveNext()) visit(briefOf(*rows));
   }
 }
 
@@ -84,7 +73,8 @@ void forEachWaiting(Connection& connection, const std::function<void(const JobBr
 ExitCode CheckCommand::work(const Workplace& place) {
   const auto jobs = findJobs(place.connection(), jobIds);
   CheckPrinter printer(place.output);
-  const auto checkOne = [&](const JobBrief& job) { check(place, job, printer); };
+  JobCheck checker(place.environment);
+  const auto checkOne = [&](const JobBrief& job) { printer.add(job, checker.check(job.jobId)); };
   if (jobIds.empty())
     forEachWaiting(place.connection(), checkOne);
   else

@@ -1,23 +1,26 @@
 #include "cli/job_query.h"
 
 #include "cli/exit_code.h"
+#include "model/job_codes.h"
 #include "rules/german_text.h"
 
 #include <algorithm>
 
 namespace qx::cli {
 
+JobBrief briefOf(Recordset& header) {
+  const auto jobType = static_cast<std::int16_t>(header.value("JobType").integer().value_or(0));
+  const bool contract = kindOf(jobType) == qxtjobverträge || kindOf(jobType) == qxtjobkundenverträge;
+  return {header.text("JobID"), jobType,
+          contract ? header.text("Vertragsnummer") : header.text("Kundennummer")};
+}
+
 std::optional<JobBrief> findJob(Connection& connection, std::string_view jobId) {
-  const auto row = connection.open(
-      sql("Select JobID, JobType, Kundennummer, ProcessWarning From ImportKopf Where JobID = '"_sql,
+  const auto header = connection.open(
+      sql("Select JobID, JobType, Kundennummer, Vertragsnummer From ImportKopf Where JobID = '"_sql,
           value(jobId), "'"_sql));
-  if (row->eof()) return std::nullopt;
-  JobBrief job;
-  job.jobId = row->text("JobID");
-  job.jobType = static_cast<std::int16_t>(row->value("JobType").integer().value_or(0));
-  job.customer = row->text("Kundennummer");
-  job.released = row->value("ProcessWarning").integer().value_or(0) != 0;
-  return job;
+  if (header->eof()) return std::nullopt;
+  return briefOf(*header);
 }
 
 std::vector<JobBrief> findJobs(Connection& connection, const std::vector<std::string>& jobIds) {

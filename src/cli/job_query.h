@@ -15,9 +15,11 @@ namespace qx::cli {
 struct JobBrief {
   std::string jobId;
   std::int16_t jobType = 0;
-  std::string customer;
-  bool released = false;
+  std::string number; ///< by which the protocol names it while it is not written
 };
+
+/// Of a row that holds `JobID`, `JobType`, `Kundennummer` and `Vertragsnummer`.
+JobBrief briefOf(Recordset& header);
 
 /// Null when there is no job of this key.
 std::optional<JobBrief> findJob(Connection& connection, std::string_view jobId);

@@ -83,9 +83,4 @@ std::string_view processText(std::int16_t jobType) {
   return kind == nullptr ? "?" : kind->process;
 }
 
-bool isFinished(std::int16_t jobType) {
-  return findKind(jobType) != nullptr &&
-         (stateOf(jobType) == JobState::Done || stateOf(jobType) == JobState::Deleted);
-}
-
 } // namespace qx::cli

@@ -26,7 +26,4 @@ std::string_view stateText(std::int16_t jobType);
 /// The kind of transaction as the protocol names it.
 std::string_view processText(std::int16_t jobType);
 
-/// True for a done or deleted job, which no run takes any more.
-bool isFinished(std::int16_t jobType);
-
 } // namespace qx::cli

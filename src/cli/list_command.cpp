@@ -68,6 +68,9 @@ private:
 } // namespace
 
 void ListCommand::prepare() {
+  if (limit && *limit < 0)
+    throw ProgramError(ExitCode::BadInput, "the limit must not be negative",
+                       "Give the number of jobs that are to be listed.");
   std::vector<JobState> wantedStates;
   for (const std::string& text : states) {
     const auto state = stateFromText(text);
@@ -111,7 +114,7 @@ ExitCode ListCommand::work(const Workplace& place) {
   else
     rows = std::make_unique<TextRows>(place.output.result);
   rows->begin();
-  for (std::uint64_t count = 0; !jobs->eof() && (!limit || count < *limit); ++count, jobs->moveNext())
+  for (std::int64_t count = 0; !jobs->eof() && (!limit || count < *limit); ++count, jobs->moveNext())
     rows->add(*jobs);
   rows->end();
   return ExitCode::Success;

@@ -15,7 +15,7 @@ class ListCommand final : public DatabaseCommand {
 public:
   std::vector<std::string> states;
   std::vector<std::string> kinds;
-  std::optional<std::uint64_t> limit;
+  std::optional<std::int64_t> limit;
 
   void prepare() override;
 

@@ -13,8 +13,6 @@ std::int64_t count(std::size_t number) { return static_cast<std::int64_t>(number
 void tellRest(std::ostream& output, const RunReport& report) {
   if (report.stillWaiting > 0)
     output << "The run was stopped; " << report.stillWaiting << " jobs are left waiting.\n";
-  if (report.waitingContracts > 0) output << report.waitingContracts << " contracts still wait.\n";
-  if (report.waitingOrders > 0) output << report.waitingOrders << " orders still wait.\n";
   if (report.protocolErrors > 0)
     output << report.protocolErrors << " protocol lines or index entries could not be written.\n";
 }

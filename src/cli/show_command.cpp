@@ -1,6 +1,6 @@
 #include "cli/show_command.h"
 
-#include "cli/job_check.h"
+#include "cli/job_findings.h"
 #include "cli/job_query.h"
 #include "cli/job_terms.h"
 #include "cli/json_writer.h"
@@ -13,7 +13,7 @@ namespace {
 struct ShownJob {
   Recordset& header;
   Recordset& positions;
-  std::optional<JobFindings> findings;
+  Findings findings;
 };
 
 /// The last column of the positions only orders them.
@@ -34,13 +34,9 @@ void writeJson(std::ostream& output, const ShownJob& job) {
     json.endObject();
   }
   json.endArray();
-  json.key("status");
-  if (job.findings)
-    json.number(static_cast<std::int64_t>(job.findings->status)).key("findings").beginArray();
-  else
-    json.null().key("findings").beginArray();
-  if (job.findings)
-    for (const std::string& text : job.findings->texts) json.text(text);
+  json.key("status").number(static_cast<std::int64_t>(job.findings.status));
+  json.key("findings").beginArray();
+  for (const std::string& text : findingTexts(job.findings)) json.text(text);
   json.endArray().endObject().finish();
 }
 
@@ -76,22 +72,21 @@ void writeText(std::ostream& output, const ShownJob& job) {
     output << "\nPosition " << number << "\n";
     writeSheet(output, job.positions, shownColumns(job.positions), "  ");
   }
-  if (!job.findings) return;
-  output << "\nPrüfung: " << (job.findings->texts.empty() ? "keine Befunde" : "") << '\n';
-  for (const std::string& text : job.findings->texts) output << "  " << text << '\n';
+  const auto texts = findingTexts(job.findings);
+  output << "\nPrüfung: " << (texts.empty() ? "keine Befunde" : "") << '\n';
+  for (const std::string& text : texts) output << "  " << text << '\n';
 }
 
 } // namespace
 
 ExitCode ShowCommand::work(const Workplace& place) {
   const JobBrief job = findJobs(place.connection(), {jobId}).front();
-  auto findings = isFinished(job.jobType) ? JobFindings() : checkJob(place.engine, job.jobId, job.jobType);
   const auto header = place.connection().openStream(
       sql("SELECT * From ImportKopf where JobID = '"_sql, value(job.jobId), "'"_sql));
   const auto positions = place.connection().openStream(
       sql("SELECT *, Cast(Positionsnummer as int) as intPos From ImportPos where JobID = '"_sql,
           value(job.jobId), "' Order By intPos"_sql));
-  const ShownJob shown{*header, *positions, std::move(findings)};
+  const ShownJob shown{*header, *positions, place.engine.checkJob(job.jobId)};
   if (place.output.json)
     writeJson(place.output.result, shown);
   else

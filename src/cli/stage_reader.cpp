@@ -82,12 +82,14 @@ public:
     return true;
   }
 
-  bool parse_error(std::size_t /*position*/, const std::string& lastToken,
+  bool parse_error(std::size_t /*position*/, const std::string& /*lastToken*/,
                    const Json::exception& error) override {
     std::string reason = error.what();
     // The library's own place is counted from the beginning of the object.
     if (const auto colon = reason.find(": "); colon != std::string::npos) reason.erase(0, colon + 2);
-    if (lastToken.empty() && source_.atEnd()) reason = "the file ends in the middle";
+    const bool cut = reason.find("unexpected end of input") != std::string::npos ||
+                     reason.find("missing closing quote") != std::string::npos;
+    if (cut && source_.atEnd()) reason = "it ends in the middle";
     throw ProgramError(ExitCode::BadInput, "the file is no valid JSON: " + reason,
                        "Nothing was staged. Correct the file and stage it again.",
                        {source_.name(), source_.line(), {}});

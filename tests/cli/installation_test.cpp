@@ -1,0 +1,118 @@
+// Where the database is, what is told when it cannot be used, and wrong usage.
+#include "program_fixture.h"
+
+#include "adapters/sqlite/sqlite_database.h"
+
+#include <filesystem>
+
+namespace qx {
+namespace {
+
+namespace fs = std::filesystem;
+
+class InstallationOfTheProgram : public ProgramTest {
+protected:
+  std::string path(const char* name) const { return (erp.folder.path() / name).string(); }
+};
+
+TEST_F(InstallationOfTheProgram, IsCreatedOnceByInit) {
+  const std::string file = path("neu/ordner/it's.db");
+  const ProgramResult before = runPlain({"--db", file, "list"});
+  EXPECT_EQ(before.status, 4);
+  EXPECT_EQ(before.messages, "qximportjob: " + file +
+                                 ": there is no such database\nCreate it with: qximportjob --db '" +
+                                 path("neu/ordner/it") + "'\\''s.db' init\n");
+  EXPECT_FALSE(fs::exists(path("neu")));
+  EXPECT_EQ(runPlain({"--db", file, "init", "--json"}).output,
+            "{\"created\":true,\"demo\":false,\"staged\":0}\n");
+  EXPECT_EQ(runPlain({"--db", file, "list", "--json"}).output, "[]\n");
+  EXPECT_EQ(runPlain({"--db", file, "init", "--demo", "--json"}).output,
+            "{\"created\":false,\"demo\":false,\"staged\":0}\n");
+  EXPECT_EQ(runPlain({"--db", file, "list", "--json"}).output, "[]\n");
+}
+
+TEST_F(InstallationOfTheProgram, ComesWithDemoJobsOnDemand) {
+  const std::string file = path("demo.db");
+  const Json report = runPlain({"--db", file, "init", "--demo", "--json"}).json();
+  EXPECT_EQ(report["demo"], true);
+  EXPECT_EQ(runPlain({"--db", file, "list", "--json"}).json().size(), report["staged"]);
+}
+
+TEST_F(InstallationOfTheProgram, TheSampleJobsAreProcessedForTheDemoCompany) {
+  const std::string file = path("demo.db");
+  ASSERT_EQ(runPlain({"--db", file, "init", "--demo"}).status, 0);
+  ASSERT_EQ(runPlain({"--db", file, "stage", SAMPLE_JOBS}).status, 0);
+  const Json jobs = runPlain({"--db", file, "process", "--json"}).json()["jobs"];
+  std::map<std::string, std::string> samples;
+  for (const Json& job : jobs)
+    if (job["JobID"].get<std::string>().starts_with("BEISPIEL")) samples[job["JobID"]] = job["Status"];
+  EXPECT_EQ(samples, (std::map<std::string, std::string>{{"BEISPIEL-AUFTRAG", "Erledigt"},
+                                                         {"BEISPIEL-KUNDE", "Erledigt"},
+                                                         {"BEISPIEL-VERTRAG", "Erledigt"}}));
+}
+
+TEST_F(InstallationOfTheProgram, IsFoundByOptionVariableAndFolders) {
+  variables["XDG_DATA_HOME"] = path("xdg");
+  ASSERT_EQ(runPlain({"init"}).status, 0);
+  EXPECT_TRUE(fs::exists(path("xdg/qximportjob/qximportjob.db")));
+  variables["XDG_DATA_HOME"] = "relativ";
+  ASSERT_EQ(runPlain({"init"}).status, 0);
+  EXPECT_TRUE(fs::exists(path("home/.local/share/qximportjob/qximportjob.db")));
+  variables["QXIMPORTJOB_DB"] = path("variable.db");
+  ASSERT_EQ(runPlain({"init"}).status, 0);
+  EXPECT_TRUE(fs::exists(path("variable.db")));
+  EXPECT_NE(runPlain({"--db", path("option.db"), "list"}).messages.find("option.db"), std::string::npos);
+  variables = {{"PATH", "/usr/bin:/bin"}};
+  EXPECT_NE(runPlain({"list"}).messages.find("--db"), std::string::npos);
+}
+
+TEST_F(InstallationOfTheProgram, IsNotAForeignFile) {
+  erp.folder.write("text.db", "This is no database, but a long enough text to be taken for one. " +
+                                  std::string(200, '.'));
+  EXPECT_EQ(runPlain({"--db", path("text.db"), "list"}).status, 4);
+  EXPECT_EQ(runPlain({"--db", path("text.db"), "init"}).status, 4);
+  EXPECT_EQ(runPlain({"--db", erp.folder.path().string(), "list"}).status, 4);
+
+  SqliteDatabase().create(path("fremd.db"))->execute(sql("Create Table Kunden (Nr INTEGER)"_sql));
+  const ProgramResult foreign = runPlain({"--db", path("fremd.db"), "list", "--json"});
+  EXPECT_EQ(foreign.status, 4);
+  EXPECT_NE(foreign.json()["error"].get<std::string>().find("does not hold the tables"), std::string::npos);
+
+  erp.execute(sql("Update Schemastand Set Version = 99"_sql));
+  for (const char* verb : {"list", "init"}) {
+    const ProgramResult newer = run({verb});
+    EXPECT_EQ(newer.status, 4) << verb;
+    EXPECT_NE(newer.messages.find("has version 99, this program works with version"), std::string::npos)
+        << verb;
+  }
+}
+
+TEST_F(InstallationOfTheProgram, TellsVersionHelpAndWrongUsage) {
+  const ProgramResult version = runPlain({"--version"});
+  EXPECT_EQ(version.status, 0);
+  EXPECT_EQ(version.output.rfind("qximportjob 0.", 0), 0U);
+  const ProgramResult help = runPlain({"stage", "--help"});
+  EXPECT_EQ(help.status, 0);
+  EXPECT_NE(help.output.find("--again"), std::string::npos);
+  EXPECT_EQ(help.messages, "");
+  for (const std::vector<std::string>& wrong : {std::vector<std::string>{},
+                                                {"verarbeite"},
+                                                {"stage"},
+                                                {"list", "--limit", "-1"},
+                                                {"list", "zuviel"},
+                                                {"--date", "30.02.2026", "list"},
+                                                {"settings"},
+                                                {"lock", "steal"},
+                                                {"show"}}) {
+    const ProgramResult result = run(wrong);
+    EXPECT_EQ(result.status, 2) << ::testing::PrintToString(wrong);
+    EXPECT_EQ(result.output, "");
+    EXPECT_NE(result.messages, "");
+  }
+  const Json error = runPlain({"verarbeite", "--json"}).json();
+  EXPECT_TRUE(error["error"].is_string());
+  EXPECT_EQ(error["file"], Json());
+}
+
+} // namespace
+} // namespace qx

@@ -1,0 +1,183 @@
+// The commands on staged jobs: list, show, check, release, delete, purge.
+#include "program_fixture.h"
+
+namespace qx {
+namespace {
+
+using Keys = std::vector<std::string>;
+
+class Jobs : public ProgramTest {};
+
+TEST_F(Jobs, AreListedOldestFirstWhateverTheFormOfTheDate) {
+  ASSERT_EQ(stage(R"([{"type":"Kunde","JobID":"Dez","Eingangsdatum":"02.12.2026"},
+                      {"type":"Kunde","JobID":"Jan","Eingangsdatum":"15.1.26"},
+                      {"type":"Kunde","JobID":"Nov","Eingangsdatum":"15.11.2026"},
+                      {"type":"Kunde","JobID":"leer","Eingangsdatum":""},
+                      {"type":"Kunde","JobID":"Jan2","Eingangsdatum":"15.01.2026"}])")
+                .status,
+            0);
+  EXPECT_EQ(listed(), (Keys{"leer", "Jan", "Jan2", "Nov", "Dez"}));
+  EXPECT_EQ(listed({"--limit", "2"}), (Keys{"leer", "Jan"}));
+  EXPECT_EQ(listed({"--limit", "0"}), Keys());
+}
+
+TEST_F(Jobs, AreFilteredByKindAndState) {
+  ASSERT_EQ(
+      stage(R"([{"type":"Kunde","JobID":"K0"},{"type":"Kunde","JobID":"K1"},{"type":"Vertrag","JobID":"V3"},
+                      {"type":"Auftrag","JobID":"A2"},{"type":"Vertrag","JobID":"KV0","JobType":40},
+                      {"type":"Vertrag","JobID":"KV4","JobType":40}])")
+          .status,
+      0);
+  setJobType("K1", 11);
+  setJobType("V3", 23);
+  setJobType("A2", 32);
+  setJobType("KV4", 44);
+  EXPECT_EQ(listed(), (Keys{"K0", "K1", "V3", "A2", "KV0", "KV4"}));
+  EXPECT_EQ(listed({"--state", "waiting"}), (Keys{"K0", "KV0"}));
+  EXPECT_EQ(listed({"--state", "warning", "--state", "error"}), (Keys{"K1", "A2"}));
+  EXPECT_EQ(listed({"--state", "done"}), Keys{"V3"});
+  EXPECT_EQ(listed({"--kind", "kundenvertrag"}), (Keys{"KV0", "KV4"}));
+  EXPECT_EQ(listed({"--kind", "kunde", "--kind", "auftrag", "--state", "error"}), Keys{"A2"});
+  EXPECT_EQ(run({"list", "--state", "deleted"}).status, 2);
+  EXPECT_EQ(run({"list", "--kind", "lieferant", "--json"}).json()["line"], Json());
+}
+
+TEST_F(Jobs, AreShownWithTheColumnsOfTheirTables) {
+  ASSERT_EQ(stage(R"({"type":"Auftrag","JobID":"A","Kundennummer":"1","Positionen":[
+                      {"ChildID":"P","Positionsnummer":3,"Menge":1.5,"Preis":10,"Lieferbereit":true}]})")
+                .status,
+            0);
+  const Json listedJob = run({"list", "--json"}).json().at(0);
+  std::vector<std::string> names;
+  for (const auto& member : listedJob.items()) names.push_back(member.key());
+  EXPECT_EQ(names.at(0), "JobID");
+  EXPECT_EQ(names.at(4), "Eingangsdatum");
+  EXPECT_EQ(static_cast<std::int64_t>(names.size()),
+            erp.count(sql("Select Count(*) From pragma_table_info('ImportKopf')"_sql)));
+  Json shown = show("A");
+  const Json position = shown["Positionen"].at(0);
+  EXPECT_EQ(position["Menge"], 1.5);
+  EXPECT_EQ(position["Preis"], 10);
+  EXPECT_EQ(position["Lieferbereit"], true);
+  EXPECT_EQ(position["Fakturierbereit"], false);
+  EXPECT_EQ(position["Vertragsart"], Json());
+  EXPECT_FALSE(position.contains("intPos"));
+  for (const char* added : {"Positionen", "status", "findings"}) {
+    EXPECT_TRUE(shown.contains(added)) << added;
+    shown.erase(added);
+  }
+  EXPECT_EQ(shown, listedJob);
+}
+
+TEST_F(Jobs, AreShownToPeopleWithPositionsAndFindings) {
+  ASSERT_EQ(
+      stage(
+          R"({"type":"Kunde","JobID":"K","Kundennummer":"1","Eingangsdatum":"24.11.2026","Kundengruppe":"NEU"})")
+          .status,
+      0);
+  EXPECT_EQ(run({"list"}).output,
+            "Stand     Vorgang        Eingang     Kunde       JobID                             Name"
+            "                      Betreff, Fehlertext\n"
+            "wartet    Kunde          24.11.2026  1           K\n");
+  const ProgramResult sheet = run({"show", "K"});
+  EXPECT_EQ(sheet.status, 0);
+  EXPECT_NE(sheet.output.find("Kunde, wartet\n"), std::string::npos);
+  EXPECT_NE(sheet.output.find("Kundengruppe            NEU\n"), std::string::npos);
+  EXPECT_NE(sheet.output.find("  Kundengruppe: 'NEU' ist nicht angelegt.\n"), std::string::npos);
+}
+
+TEST_F(Jobs, AreCheckedWithoutBeingChanged) {
+  ASSERT_EQ(stage(R"([{"type":"Kunde","JobID":"K1","Kundennummer":"1","Kundengruppe":"NEU","Vertreter1":"9"},
+                      {"type":"Kunde","JobID":"K2"},{"type":"Kunde","JobID":"K3","Kundennummer":"3"}])")
+                .status,
+            0);
+  const auto before = erp.rows(sql("Select * From ImportKopf"_sql));
+  const ProgramResult result = run({"check", "--json"});
+  EXPECT_EQ(result.status, 1);
+  const Json jobs = result.json()["jobs"];
+  ASSERT_EQ(jobs.size(), 3U);
+  // Ordered by customer number.
+  EXPECT_EQ(jobs[0], Json::parse(R"({"JobID":"K2","Vorgang":"Kunden","Nummer":"","status":30,
+                                     "findings":["Die Kundennummer fehlt."]})"));
+  EXPECT_EQ(jobs[1]["status"], 20);
+  EXPECT_EQ(jobs[1]["findings"],
+            (Json{"Kundengruppe: 'NEU' ist nicht angelegt.", "Vertreter1: '9' ist nicht angelegt."}));
+  EXPECT_EQ(jobs[2],
+            Json::parse(R"({"JobID":"K3","Vorgang":"Kunden","Nummer":"3","status":10,"findings":[]})"));
+  EXPECT_EQ(run({"check", "K3"}).status, 0);
+  EXPECT_EQ(run({"check", "K3", "K1"}).output,
+            "Warnung  Kunden 1  K1\n  Kundengruppe: 'NEU' ist nicht angelegt.\n"
+            "  Vertreter1: '9' ist nicht angelegt.\n2 checked, 1 with findings\n");
+  EXPECT_EQ(erp.rows(sql("Select * From ImportKopf"_sql)), before);
+}
+
+TEST_F(Jobs, OfUnknownKeysChangeNothing) {
+  ASSERT_EQ(stage(R"({"type":"Kunde","JobID":"K"})").status, 0);
+  setJobType("K", 12);
+  for (const char* verb : {"show", "check", "release", "delete"}) {
+    std::vector<std::string> arguments{verb, "--json"};
+    if (std::string_view(verb) != "show") arguments.emplace_back("K");
+    arguments.emplace_back("fehlt");
+    const ProgramResult result = run(arguments);
+    EXPECT_EQ(result.status, 2) << verb;
+    EXPECT_EQ(result.json()["error"], "there is no job 'fehlt'") << verb;
+  }
+  EXPECT_EQ(show("K")["ProcessWarning"], Json());
+}
+
+TEST_F(Jobs, AreReleasedOnlyWhenTheyHaveWarningsOrErrors) {
+  ASSERT_EQ(stage(R"([{"type":"Kunde","JobID":"W"},{"type":"Kunde","JobID":"E"},{"type":"Kunde","JobID":"N"},
+                      {"type":"Auftrag","JobID":"D"}])")
+                .status,
+            0);
+  setJobType("W", 11);
+  setJobType("E", 12);
+  setJobType("D", 33);
+  for (const char* wrong : {"N", "D"}) {
+    const ProgramResult result = run({"release", "E", wrong});
+    EXPECT_EQ(result.status, 2) << wrong;
+    EXPECT_EQ(show("E")["ProcessWarning"], Json()) << wrong;
+  }
+  EXPECT_EQ(run({"release", "E", "e", "--json"}).output, "{\"released\":1,\"jobs\":[\"E\"]}\n");
+  EXPECT_EQ(show("E")["ProcessWarning"], 1);
+  EXPECT_EQ(run({"release", "--all-warnings", "--json"}).output, "{\"released\":1,\"jobs\":[\"W\"]}\n");
+  EXPECT_EQ(run({"release", "--all-warnings", "--json"}).output, "{\"released\":0,\"jobs\":[]}\n");
+  EXPECT_EQ(run({"release"}).status, 2);
+  EXPECT_EQ(run({"release", "W", "--all-warnings"}).status, 2);
+}
+
+TEST_F(Jobs, AreDeletedWithTheirPositionsAndOnDemandWithTheirContracts) {
+  ASSERT_EQ(
+      stage(
+          R"([{"type":"Auftrag","JobID":"A","Positionen":[{},{}]},{"type":"Kunde","JobID":"K","Kundennummer":"1"},
+                      {"type":"Vertrag","JobID":"V1","JobType":40,"Kundennummer":"1"},
+                      {"type":"Vertrag","JobID":"V2","JobType":40,"Kundennummer":"1"}])")
+          .status,
+      0);
+  setJobType("V2", 43); // done contracts stay
+  EXPECT_EQ(run({"delete", "A", "--json"}).output, "{\"deleted\":1}\n");
+  EXPECT_EQ(erp.count(sql("Select Count(*) From ImportPos"_sql)), 0);
+  EXPECT_EQ(run({"delete", "K", "--with-contracts", "--json"}).output, "{\"deleted\":2}\n");
+  EXPECT_EQ(listed(), Keys{"V2"});
+  EXPECT_EQ(run({"delete"}).status, 2);
+}
+
+TEST_F(Jobs, ThatAreDoneArePurgedAllOrUpToADay) {
+  ASSERT_EQ(stage(R"([{"type":"Kunde","JobID":"alt","Eingangsdatum":"23.11.2026"},
+                      {"type":"Auftrag","JobID":"neu","Eingangsdatum":"24.11.2026"},
+                      {"type":"Vertrag","JobID":"unlesbar"},{"type":"Kunde","JobID":"offen","Eingangsdatum":"1.1.2020"}])")
+                .status,
+            0);
+  setJobType("alt", 13);
+  setJobType("neu", 33);
+  setJobType("unlesbar", 23);
+  erp.execute(sql("Update ImportKopf Set Eingangsdatum = 'bald' Where JobID = 'unlesbar'"_sql));
+  EXPECT_EQ(run({"purge", "--before", "2026-11-24"}).status, 2);
+  EXPECT_EQ(run({"purge", "--before", "24.11.2026", "--json"}).output, "{\"deleted\":1}\n");
+  EXPECT_EQ(listed(), (Keys{"unlesbar", "offen", "neu"}));
+  EXPECT_EQ(run({"purge", "--json"}).output, "{\"deleted\":2}\n");
+  EXPECT_EQ(listed(), Keys{"offen"});
+}
+
+} // namespace
+} // namespace qx

@@ -1,0 +1,227 @@
+// Processing runs, the lock, options and the protocol.
+#include "program_fixture.h"
+
+#include "erp/process_identity.h"
+
+#include <csignal>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+
+namespace qx {
+namespace {
+
+std::string identityOfThisProcess() {
+  const ProcFileSystem processes;
+  return ProcessIdentity(MachineName::read(), processes).sessionId();
+}
+
+/// What a process had that has ended.
+std::string identityOfADeadProcess() {
+  int ends[2] = {-1, -1};
+  if (pipe(ends) != 0) throw std::runtime_error("no pipe");
+  const pid_t child = fork();
+  if (child == 0) {
+    const std::string identity = identityOfThisProcess();
+    const ssize_t written = write(ends[1], identity.data(), identity.size());
+    _exit(written == static_cast<ssize_t>(identity.size()) ? 0 : 1);
+  }
+  waitpid(child, nullptr, 0);
+  std::string identity(ProcessIdentity::length, ' ');
+  const ssize_t length = read(ends[0], identity.data(), identity.size());
+  close(ends[0]);
+  close(ends[1]);
+  if (length != static_cast<ssize_t>(identity.size())) throw std::runtime_error("no identity");
+  return identity;
+}
+
+class Run : public ProgramTest {
+protected:
+  void stageCustomers(int count) const {
+    std::string jobs;
+    for (int i = 0; i < count; ++i)
+      jobs +=
+          R"({"type":"Kunde","Kundennummer":"K)" + std::to_string(10000 + i) + R"(","Bez1":"Firma"})" + "\n";
+    ASSERT_EQ(stage(jobs).status, 0);
+  }
+  void lockFor(const std::string& sessionId) {
+    erp.execute(sql("Insert Into LockControl (Dateiname, Satz, StationID, SessionID, Benutzer) Values "
+                    "('ImportJob', '1', 'unbennant', '"_sql,
+                    value(sessionId), "', 'meier')"_sql));
+  }
+};
+
+TEST_F(Run, TellsEveryJobItsCountsAndItsProtocol) {
+  erp.setOption("AutomatischVerarbeiten", "1");
+  ASSERT_EQ(stage(R"([{"type":"Kunde","JobID":"gut","Kundennummer":"K1","Bez1":"Firma"},
+                      {"type":"Kunde","JobID":"geparkt","Kundennummer":"K2","Versandart":"DROHNE"},
+                      {"type":"Kunde","JobID":"falsch","Kundennummer":""}])")
+                .status,
+            0);
+  const ProgramResult result = run({"process", "--json", "--select", "kunden"});
+  EXPECT_EQ(result.status, 1);
+  const Json document = result.json();
+  std::map<std::string, Json> jobs;
+  for (const Json& job : document["jobs"]) jobs[job["JobID"]] = job;
+  ASSERT_EQ(jobs.size(), 3U);
+  EXPECT_EQ(jobs["gut"], Json::parse(R"({"JobID":"gut","Vorgang":"Kunden","Nummer":"K1","Status":"Erledigt",
+                                         "JobType":13,"Fehlertext":""})"));
+  EXPECT_EQ(jobs["geparkt"]["Status"], "Warnung");
+  EXPECT_EQ(jobs["geparkt"]["JobType"], 11);
+  EXPECT_EQ(jobs["geparkt"]["Fehlertext"], "Beim Verarbeiten wurden Warnungen festgestellt.\r\n"
+                                           "Versandart: 'DROHNE' ist nicht angelegt.\r\n");
+  EXPECT_EQ(jobs["falsch"]["JobType"], 12);
+  EXPECT_EQ(document["counts"], Json::parse(R"({"processed":3,"done":1,"warning":1,"error":1})"));
+  EXPECT_EQ(document["protocol"], erp.text(sql("Select ID From Protokolle"_sql)));
+  EXPECT_TRUE(document["seconds"].is_number());
+  EXPECT_FALSE(document.contains("stopped"));
+  EXPECT_EQ(run({"process", "--json"}).json()["jobs"], Json::array());
+}
+
+TEST_F(Run, WritesParkedJobsWhenItIsToldNotToCheck) {
+  erp.setOption("AutomatischVerarbeiten", "1");
+  // The reference to an unknown invoice customer parks the job, but does not keep it from being written.
+  ASSERT_EQ(stage(R"({"type":"Kunde","JobID":"K","Kundennummer":"K1","RG_KdNr":"fehlt"})").status, 0);
+  EXPECT_EQ(run({"process", "--unevaluated", "--json"}).json()["counts"]["warning"], 0);
+  EXPECT_EQ(erp.count(sql("Select Count(*) From Kundenstamm Where Kundennummer = 'K1'"_sql)), 1);
+}
+
+TEST_F(Run, SelectionsAreReadInEverySpelling) {
+  for (const char* selection : {"alle", "kunden", "verträge", "vertraege", "vertra\u0308ge", "aufträge",
+                                "auftraege", "auftra\u0308ge", "zubehör", "zubehoer", "zubeho\u0308r"})
+    EXPECT_EQ(run({"process", "--select", selection}).status, 0) << selection;
+  EXPECT_EQ(run({"process", "--select", "Kunden"}).status, 2);
+}
+
+TEST_F(Run, CreatesMissingRepsWhenTheOptionIsOn) {
+  ASSERT_EQ(stage(R"({"type":"Kunde","JobID":"K","Kundennummer":"K1","Vertreter1":"77"})").status, 0);
+  EXPECT_EQ(run({"process"}).status, 1);
+  EXPECT_EQ(show("K")["JobType"], 12);
+  EXPECT_EQ(run({"settings", "set", "ImportJob2", "KundenVertreter", "1", "--json"}).output,
+            "{\"Section\":\"ImportJob2\",\"Key\":\"KundenVertreter\",\"Value\":\"1\",\"Local\":false}\n");
+  ASSERT_EQ(run({"release", "K"}).status, 0);
+  EXPECT_EQ(run({"process"}).status, 0);
+  EXPECT_EQ(show("K")["JobType"], 13);
+  EXPECT_EQ(show("K")["Fehlertext"], "");
+  EXPECT_EQ(erp.text(sql("Select Bez1 From Vertreter Where VertreterNr = '77'"_sql)), "Vertreter 77");
+}
+
+TEST_F(Run, IsRefusedWhileALivingProgramHoldsTheLock) {
+  lockFor(identityOfThisProcess());
+  stageCustomers(1);
+  const ProgramResult result = run({"process", "--json"});
+  EXPECT_EQ(result.status, 3);
+  EXPECT_EQ(result.json()["error"], "the import is locked by user 'meier'");
+  EXPECT_EQ(run({"list", "--state", "waiting", "--json"}).json().size(), 1U);
+  const Json shown = run({"lock", "show", "--json"}).json();
+  EXPECT_EQ(shown["held"], true);
+  EXPECT_EQ(shown["alive"], true);
+  EXPECT_EQ(shown["SessionID"], identityOfThisProcess());
+  EXPECT_EQ(run({"lock", "release", "--json"}).json()["Benutzer"], "meier");
+  EXPECT_EQ(run({"lock", "show", "--json"}).output,
+            "{\"held\":false,\"Benutzer\":\"\",\"SessionID\":\"\",\"alive\":null}\n");
+  EXPECT_EQ(run({"lock", "release"}).status, 0);
+  EXPECT_EQ(run({"process"}).status, 0);
+}
+
+TEST_F(Run, TakesTheLockOfADeadProgramOverButNotThatOfAnotherMachine) {
+  lockFor(identityOfADeadProcess());
+  const ProgramResult taken = run({"process"});
+  EXPECT_EQ(taken.status, 0);
+  EXPECT_NE(taken.messages.find("Die Sperre von Benutzer 'meier' wurde übernommen"), std::string::npos);
+  EXPECT_EQ(erp.count(sql("Select Count(*) From LockControl"_sql)), 0);
+  lockFor("anderer Rechner");
+  EXPECT_EQ(run({"lock", "show", "--json"}).json()["alive"], Json());
+  EXPECT_EQ(run({"process"}).status, 3);
+}
+
+TEST_F(Run, IsRefusedWhileAnOrderIsReadIn) {
+  erp.setOption("NewMail", "1");
+  stageCustomers(1);
+  const ProgramResult result = run({"process", "--json"});
+  EXPECT_EQ(result.status, 3);
+  EXPECT_EQ(result.json()["error"], "Es wird gerade eine Bestellung eingelesen.");
+  EXPECT_EQ(erp.count(sql("Select Count(*) From LockControl"_sql)), 0);
+}
+
+TEST_F(Run, StopsAfterTheCurrentJobAndReleasesTheLock) {
+  constexpr std::size_t jobs = 3000;
+  stageCustomers(jobs);
+  ProgramRun program(erp.folder, onDatabase({"process", "--json"}), variables, {});
+  ASSERT_TRUE(program.waitForOutput());
+  EXPECT_EQ(run({"process"}).status, 3); // the lock of the running one
+  program.signal(SIGTERM);
+  const ProgramResult result = program.wait();
+  EXPECT_EQ(result.status, 0);
+  const Json document = result.json();
+  EXPECT_EQ(document["stopped"], true);
+  const std::size_t done = document["counts"]["done"];
+  EXPECT_LT(done, jobs);
+  EXPECT_EQ(document["jobs"].size(), done);
+  EXPECT_EQ(listed({"--state", "done"}).size(), done);
+  EXPECT_EQ(erp.count(sql("Select Count(*) From LockControl"_sql)), 0);
+  EXPECT_EQ(run({"process", "--json"}).json()["counts"]["done"], jobs - done);
+  EXPECT_EQ(erp.count(sql("Select Count(*) From Protokollpositionen"_sql)), static_cast<std::int64_t>(jobs));
+}
+
+TEST_F(Run, ClosesItsDocumentWhenTheStoreFails) {
+  stageCustomers(2);
+  erp.execute(sql(
+      "Create Trigger Weg After Update On ImportKopf Begin Select Raise(Rollback, 'Platte voll'); End"_sql));
+  const ProgramResult result = run({"process", "--json"});
+  EXPECT_EQ(result.status, 4);
+  const Json document = result.json();
+  EXPECT_EQ(document["counts"]["processed"], 0);
+  EXPECT_NE(document["error"].get<std::string>().find("Platte voll"), std::string::npos);
+  EXPECT_EQ(listed({"--state", "waiting"}).size(), 2U);
+  EXPECT_EQ(erp.count(sql("Select Count(*) From LockControl"_sql)), 0);
+}
+
+TEST_F(Run, CountsProtocolLinesThatCouldNotBeWritten) {
+  stageCustomers(2);
+  erp.execute(sql(
+      "Create Trigger Zeile Before Insert On Protokollpositionen Begin Select Raise(Abort, 'gesperrt'); End"_sql));
+  const ProgramResult result = run({"process", "--json"});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(result.json()["protocolErrors"], 2);
+  EXPECT_EQ(result.json()["counts"]["done"], 2);
+}
+
+TEST_F(Run, LeavesAProtocolOfTheDay) {
+  EXPECT_EQ(run({"protocol", "--json"}).output, "{\"protocol\":null,\"lines\":[]}\n");
+  ASSERT_EQ(
+      stage(R"({"type":"Kunde","Kundennummer":"K1","Bez1":"Firma","Eingangsdatum":"20.11.2026"})").status, 0);
+  ASSERT_EQ(run({"process"}).status, 0);
+  const Json protocol = run({"protocol", "--json"}).json();
+  EXPECT_TRUE(protocol["protocol"].is_string());
+  EXPECT_EQ(protocol["lines"],
+            Json::parse(R"([{"Vorgang":"Kunden","Nummer":"K1","Status":"Erledigt","VADatum":"20.11.2026",
+              "Info":"Neukunde angelegt.\r\nBez1: Firma\r\nBez2: \r\nBez3: ","Artikelnummern":"","Bez":"",
+              "Menge":"","Preis":"","Neukunde":true}])"));
+  EXPECT_EQ(runPlain({"--db", erp.file, "protocol", "--date", "23.11.2026", "--json"}).json()["lines"],
+            Json::array());
+}
+
+TEST_F(Run, OptionsAreListedReadAndWrittenInTheirStore) {
+  const Json all = run({"settings", "list", "--json"}).json();
+  const auto find = [&](std::string_view key) {
+    for (const Json& option : all)
+      if (option["Key"] == key) return option;
+    return Json();
+  };
+  EXPECT_EQ(find("KundenVertreter")["Section"], "ImportJob2");
+  EXPECT_EQ(find("KundenVertreter")["Value"], "");
+  EXPECT_EQ(find("MainWidth")["Local"], true);
+  EXPECT_EQ(run({"settings", "set", "MAIN", "MainWidth", "800", "--local"}).status, 0);
+  EXPECT_EQ(run({"settings", "get", "MAIN", "MainWidth", "--local"}).output, "800\n");
+  EXPECT_EQ(run({"settings", "get", "MAIN", "MainWidth"}).output, "\n");
+  EXPECT_EQ(run({"settings", "set", "ImportJob2", "Lo\u0308schen", "1"}).status, 0);
+  EXPECT_EQ(erp.text(sql("Select Value From Einstellungen Where Key = 'Löschen'"_sql)), "1");
+  EXPECT_EQ(run({"settings", "set", "ImportJob2", "Löschen", ""}).status, 0);
+  EXPECT_EQ(run({"settings", "set", "ImportJob2", "KundenVertreter", "ja"}).status, 2);
+  EXPECT_NE(run({"settings", "set", "ImportJob2", "KundenVertretr", "1"}).messages.find("no option"),
+            std::string::npos);
+}
+
+} // namespace
+} // namespace qx
