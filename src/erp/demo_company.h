@@ -16,10 +16,12 @@ inline constexpr std::size_t sizeCount = 20;
 
 /// Codes that the jobs name on purpose.
 inline constexpr std::string_view collectiveCustomer = "14888"; ///< for one-time customers
+inline constexpr std::string_view groupCustomer = "14999";      ///< for orders that a rep collects
 inline constexpr std::string_view blockedCustomer = "70013";    ///< is not delivered
 inline constexpr std::string_view warnedCustomer = "70021";     ///< has reached its first credit limit
 inline constexpr std::string_view overdrawnCustomer = "70022";  ///< has reached its second credit limit
 inline constexpr std::string_view unionCustomer = "70031";      ///< in another country of the customs union
+inline constexpr std::string_view untaxedCustomer = "70033";    ///< has a tax mark that no tax key belongs to
 inline constexpr std::string_view blockedArticle = "GESPERRT-1";
 inline constexpr std::string_view unpricedArticle = "MUSTER-1";
 inline constexpr std::string_view wrongPriceArticle = "FEHLPREIS-1"; ///< its price unit is 0

@@ -70,16 +70,18 @@ void addRow(TableFiller& filler, const Customer& c, std::size_t index) {
               {"AnzLS", 1},
               {"AnzRG", 2}});
   if (c.number == blockedCustomer) filler.set({{"Liefersperre", true}});
+  if (c.number == untaxedCustomer) filler.set({{"MwSt_KZ", "SZ"}});
   if (c.number == unionCustomer) filler.set({{"MwSt_KZ", unionTaxMark}, {"UstIdentNr", "XU000000000"}});
   if (c.number == warnedCustomer || c.number == overdrawnCustomer)
     filler.set({{"Kreditlimit1", *Money::parse("5000")}, {"Kreditlimit2", *Money::parse("8000")}});
   filler.finish();
 }
 
-void addCollectiveCustomer(TableFiller& filler) {
-  filler.add({{"Kundennummer", collectiveCustomer},
-              {"Suchbegriff", "BARVERKAUF"},
-              {"Bez1", "Laufkundschaft"},
+void addCollectiveCustomer(TableFiller& filler, std::string_view number, std::string_view searchTerm,
+                           std::string_view name) {
+  filler.add({{"Kundennummer", number},
+              {"Suchbegriff", searchTerm},
+              {"Bez1", name},
               {"Land", "DE"},
               {"Kundengruppe", "EH"},
               {"Zahlungsart", "VK"},
@@ -162,7 +164,8 @@ Customer customer(std::size_t index) {
 void fillCustomers(Connection& connection) {
   TableFiller filler(connection, "Kundenstamm");
   for (std::size_t i = 0; i < customerCount; ++i) addRow(filler, customer(i), i);
-  addCollectiveCustomer(filler);
+  addCollectiveCustomer(filler, collectiveCustomer, "BARVERKAUF", "Laufkundschaft");
+  addCollectiveCustomer(filler, groupCustomer, "SAMMELBESTELLUNG", "Sammelbesteller");
   fillAddresses(connection);
   fillOpenItems(connection);
 }

@@ -9,9 +9,11 @@ namespace qx {
 namespace {
 
 /// Automatic checks are on, missing groups and banks are created, missing reps and payment methods are not:
-/// so that the staged jobs show every outcome.
+/// so that the staged jobs show every outcome. What only the installation's own mode reads is there as well;
+/// it waits for that mode to be switched on, as the rule for cost assignments waits for its check.
 void fillOptions(Connection& connection) {
   TableFiller options(connection, "Einstellungen");
+  options.add({{"Section", "Kostenzuordnung"}, {"Key", "Kundenauftrag"}, {"Value", "1"}});
   for (const auto& [key, setting] : {std::array<std::string_view, 2>{"AppSettings", "1"},
                                      {"Löschen", "1"},
                                      {"Ändern", "1"},
@@ -23,7 +25,15 @@ void fillOptions(Connection& connection) {
                                      {"KundenZahlungsart", "0"},
                                      {"WarnungLagerbestand", "1"},
                                      {"KreditlimitAuftrag", "1"},
-                                     {"KostenzuordnungAuftrag", "0"}})
+                                     {"KostenzuordnungAuftrag", "0"},
+                                     {"ZAVSRG", "RE"},
+                                     {"ZAKunde", "NN"},
+                                     {"VAKunde", "EX"},
+                                     {"abGewicht", "31,5"},
+                                     {"VSabGewicht", "SP"},
+                                     {"FrachtTransport", "FRACHT"},
+                                     {"FrachtGebuehr", "GEBUEHR"},
+                                     {"MinGebuehr", "4,50"}})
     options.add({{"Section", "ImportJob2"}, {"Key", key}, {"Value", setting}});
 }
 
@@ -67,8 +77,10 @@ void fillNumberRanges(Connection& connection) {
   connection.execute(
       sql("Update Nummernkreise Set aktuellerWert = 200000, UntererWert = 200001, ObererWert = "
           "299999 Where NSchl = 'AB' And Buchungskreis = 1"_sql));
-  TableFiller(connection, "Nummernkreise")
-      .add({{"NSchl", "AB"}, {"Buchungskreis", 2}, {"Aktiviert", false}, {"aktuellerWert", 300000}});
+  TableFiller ranges(connection, "Nummernkreise");
+  ranges.add({{"NSchl", "AB"}, {"Buchungskreis", 2}, {"Aktiviert", false}, {"aktuellerWert", 300000}});
+  // Orders that the rep of this number collects; the other reps have no range.
+  ranges.add({{"NSchl", "AB"}, {"Buchungskreis", 101}, {"Aktiviert", true}, {"aktuellerWert", 400000}});
 }
 
 void fillCostAssignments(Connection& connection) {

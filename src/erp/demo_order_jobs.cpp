@@ -14,7 +14,12 @@ struct Line {
   double quantity = 1;
   std::string unit = "ST";
   std::string longText = {};
+  double price = 0;            ///< as the shop shows it; 0 for none
+  std::int32_t costNumber = 0; ///< of a cost assignment; 0 for none
 };
+
+/// More than any amount column holds.
+constexpr double absurd = 1e15;
 
 std::size_t indexOf(std::string_view customerNumber) {
   return static_cast<std::size_t>(std::stoi(std::string(customerNumber))) - 70001;
@@ -26,6 +31,8 @@ void addLines(Staging& staging, const std::vector<Line>& lines) {
     staging.addPosition(qxtJobAuftragsPos, {{"Positionsnummer", std::to_string(++number)},
                                             {"Artikelnummer", line.article},
                                             {"Menge", line.quantity},
+                                            {"Preis", line.price},
+                                            {"KostID", line.costNumber},
                                             {"Mengeneinheit", line.unit},
                                             {"Artikellangtext", emptyToNull(Value(line.longText))},
                                             {"Auslieferungsmenge", line.quantity},
@@ -54,6 +61,18 @@ std::vector<Line> usualLines(std::size_t seed) {
   return lines;
 }
 
+/// The job itself says who this is.
+void addForOneTimeCustomer(Staging& staging, std::string_view number, std::size_t index,
+                           std::initializer_list<Cell> cells) {
+  staging.begin(qxtJobAufträge, 1, {});
+  Customer passerBy = customer(index);
+  passerBy.number = number;
+  staging.setCustomer(passerBy, false);
+  staging.set(cells);
+  staging.finish();
+  addLines(staging, usualLines(9));
+}
+
 void stageWritten(Staging& staging) {
   for (std::size_t i = 0; i < 12; ++i)
     addOrder(staging, static_cast<int>(11 - i % 11), 100 + i * 7, usualLines(i));
@@ -68,13 +87,16 @@ void stageWritten(Staging& staging) {
   addOrder(staging, 1, 10, usualLines(6),
            {{"VS_KdNr", customer(10).number}, {"VS_AdrNr", "1"}, {"Liefertermin", staging.day(-21)}});
   addOrder(staging, 1, 90, {{articleNumber(4, 1), -1}}, {{"Betreff", "Rückgabe"}});
-
-  staging.begin(qxtJobAufträge, 1, {{"Betreff", "Barverkauf"}});
-  Customer passerBy = customer(customerCount + 40);
-  passerBy.number = collectiveCustomer;
-  staging.setCustomer(passerBy, false);
-  staging.finish();
-  addLines(staging, usualLines(9));
+  addForOneTimeCustomer(staging, collectiveCustomer, customerCount + 40, {{"Betreff", "Barverkauf"}});
+  addForOneTimeCustomer(staging, groupCustomer, customerCount + 41,
+                        {{"IndFild1", "ZB"}, {"Vertreter1", "101"}});
+  // Heavy, and paid to the carrier. It passes every check, whatever is switched on.
+  addOrder(
+      staging, 1, 45,
+      {{articleNumber(5, 19), 12, "ST", "", 36.8, 1}, {std::string(accessoryArticle), 3, "ST", "", 12.5, 1}},
+      {{"Zahlungsart", "NN"}});
+  // These marks mean something in the installation's own mode only.
+  addOrder(staging, 1, 93, usualLines(1), {{"IndFild1", "ZB"}, {"IndFild3", "ZA"}, {"IndFild4", "MK"}});
 }
 
 /// With the checks on these are parked as warnings or errors.
@@ -88,6 +110,9 @@ void stageParked(Staging& staging) {
   addOrder(staging, 4, 84, {{std::string(wrongPriceArticle), 1}});
   addOrder(staging, 4, 85, {});
   addOrder(staging, 4, 86, usualLines(2), {{"VS_KdNr", "79997"}, {"VS_AdrNr", "7"}});
+  addOrder(staging, 4, 94, usualLines(2), {{"RG_KdNr", "79996"}, {"Hauptkonto", "79999"}});
+  addOrder(staging, 4, 95, usualLines(2), {{"Zahlungsart", "MUSCHELN"}, {"BLZ", "99900098"}});
+  addOrder(staging, 4, 96, usualLines(2), {{"ZahlungsbedSchl", "99"}});
   addOrder(staging, 3, customerCount + 60, usualLines(2));
 }
 
@@ -96,6 +121,11 @@ void stageFailing(Staging& staging) {
   addOrder(staging, 3, 87, {{std::string(blockedArticle), 1}});
   addOrder(staging, 3, indexOf(blockedCustomer), usualLines(1));
   addOrder(staging, 2, 88, usualLines(1), {{"Eingangsdatum", "demnächst"}});
+  addOrder(staging, 2, 97, usualLines(1), {{"Vertreter2", "998"}});
+  addOrder(staging, 2, indexOf(untaxedCustomer), usualLines(1));
+  addOrder(staging, 2, 98, {{std::string(serviceArticle), absurd, "Std"}});
+  addForOneTimeCustomer(staging, groupCustomer, customerCount + 42,
+                        {{"IndFild1", "ZB"}, {"Vertreter1", "102"}});
 }
 
 void stageReleased(Staging& staging) {
@@ -104,6 +134,8 @@ void stageReleased(Staging& staging) {
            {released, {"Fehlertext", "Beim Verarbeiten wurden Warnungen festgestellt.\r\nLagerbestand\r\n"}},
            qxtJobAufträgeWarning);
   addOrder(staging, 9, 91, usualLines(8), {released, {"Versandart", "DROHNE"}}, qxtJobAufträgeWarning);
+  addOrder(staging, 9, 99, {{std::string(unpricedArticle), 1, "ST", "", absurd}}, {released},
+           qxtJobAufträgeWarning);
   addOrder(staging, 13, 92, usualLines(7), {{"Bemerkung", " Auftrag: 199999"}, {"Erledigt", true}},
            qxtJobAufträgeDone);
 }

@@ -21,7 +21,7 @@ protected:
 };
 
 TEST_F(DemoTest, CustomersNameOnlyCodesThatExist) {
-  EXPECT_EQ(count(sql("Select Count(*) From Kundenstamm"_sql)), 301);
+  EXPECT_EQ(count(sql("Select Count(*) From Kundenstamm"_sql)), 302);
   EXPECT_EQ(
       count(
           sql("Select Count(*) From Kundenstamm k Where Not Exists (Select 1 From Kundengruppen c Where "
