@@ -29,10 +29,17 @@ std::array<std::vector<PriceStep>, levels> stepsByLevel(Recordset& rows) {
   return steps;
 }
 
+/// Amounts have four decimals, and so have converted ones: a binary remainder would make equal prices differ.
+double converted(double amount, double factor) {
+  const double product = amount * factor;
+  const auto rounded = Money::fromDouble(product);
+  return rounded ? rounded->toDouble() : product;
+}
+
 SalesPrice priceIn(Recordset& row, double factor) {
   SalesPrice price;
-  price.price = numberIn(row, "Preis") * factor;
-  price.calculatedPrice = numberIn(row, "KalkPreis") * factor;
+  price.price = converted(numberIn(row, "Preis"), factor);
+  price.calculatedPrice = converted(numberIn(row, "KalkPreis"), factor);
   price.priceUnit = numberIn(row, "Preiseinheit", 1);
   price.discounts.kind = row.text("KZRabattart");
   price.discounts.marks = {row.text("KZRabatt1"), row.text("KZRabatt2"), row.text("KZRabatt3")};

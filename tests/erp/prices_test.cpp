@@ -87,6 +87,11 @@ TEST_F(SalesPriceTest, APriceOfAnotherUnitIsConvertedWithItsSteps) {
   EXPECT_EQ(price("K", 1, ""), 10) << "without a unit the prices stand as they are";
 }
 
+TEST_F(SalesPriceTest, AConvertedPriceIsAnAmountWithoutABinaryRemainder) {
+  add({"", "", 1, "", 8.4});
+  EXPECT_EQ(price("K", 1, "KT"), 100.8) << "8.4 * 12 is not 100.8 in binary numbers";
+}
+
 TEST_F(SalesPriceTest, APriceUnitOfZeroFailsAndAMissingOneIsOne) {
   add({"", "", 0, "", 10});
   SalesPrice found;
