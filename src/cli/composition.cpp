@@ -9,6 +9,7 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <pwd.h>
 #include <unistd.h>
 
@@ -49,6 +50,16 @@ std::string shellWord(const std::string& text) {
   std::string word = "'";
   for (const char c : text) word += c == '\'' ? std::string("'\\''") : std::string(1, c);
   return word + "'";
+}
+
+/// A file that is there already is the user's own.
+void writeDemoFees(const fs::path& folder) {
+  const fs::path file = folder / "Zubehoer.ini";
+  if (fs::exists(file)) return;
+  std::ofstream stream(file, std::ios::binary);
+  stream << demoAccessoryFees();
+  stream.close();
+  if (!stream) throw ProgramError(ExitCode::Failure, file.string() + ": the file cannot be written");
 }
 
 } // namespace
@@ -124,6 +135,7 @@ InstallationReport Composition::create(bool demo) {
   if (demo) {
     fillDemoData(*connection);
     staged = stageDemoJobs(*connection, options_.sessionDate.value_or(clock_.now().date));
+    writeDemoFees(fs::absolute(target).parent_path());
   }
   unit.commit();
   return {true, demo, staged};

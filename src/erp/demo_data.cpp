@@ -91,6 +91,17 @@ void fillCostAssignments(Connection& connection) {
 
 } // namespace
 
+std::string_view demoAccessoryFees() {
+  return "; Fees of orders with accessories: below which order value which fee is due, and which fee for\r\n"
+         "; which value of the accessories.\r\n"
+         "[Allgemein]\r\n"
+         "MinBestGebuehr=150;7,50\r\n"
+         "[Werte]\r\n"
+         "1=50;2,50\r\n"
+         "2=100;4,00\r\n"
+         "3=250;6,00\r\n";
+}
+
 void fillDemoData(Connection& connection) {
   fillOptions(connection);
   demo::fillCodes(connection);

@@ -3,10 +3,15 @@
 
 #include "platform/database.h"
 
+#include <string_view>
+
 namespace qx {
 
 /// Fills a schema that holds the base rows with the master data and options of an invented company. Call it
 /// inside a unit of work.
 void fillDemoData(Connection& connection);
+
+/// What stands in the company's file of accessory fees, "Zubehoer.ini" in the application directory.
+std::string_view demoAccessoryFees();
 
 } // namespace qx

@@ -36,6 +36,10 @@ TEST_F(InstallationOfTheProgram, ComesWithDemoJobsOnDemand) {
   const Json report = runPlain({"--db", file, "init", "--demo", "--json"}).json();
   EXPECT_EQ(report["demo"], true);
   EXPECT_EQ(runPlain({"--db", file, "list", "--json"}).json().size(), report["staged"]);
+  EXPECT_NE(erp.folder.read("Zubehoer.ini").find("MinBestGebuehr="), std::string::npos);
+  erp.folder.write("Zubehoer.ini", "[Werte]");
+  ASSERT_EQ(runPlain({"--db", path("zweite.db"), "init", "--demo"}).status, 0);
+  EXPECT_EQ(erp.folder.read("Zubehoer.ini"), "[Werte]") << "an own file stays";
 }
 
 TEST_F(InstallationOfTheProgram, TheSampleJobsAreProcessedForTheDemoCompany) {
