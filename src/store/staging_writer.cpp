@@ -28,23 +28,26 @@ void setColumns(Recordset& row, const Record& record, std::string_view except = 
   }
 }
 
-/// Opens the row of a key and makes it ready for writing.
-std::unique_ptr<Recordset> openForWriting(Connection& connection, const Sql& statement) {
-  auto row = connection.open(statement);
-  if (row->eof()) row->addNew();
-  return row;
-}
+struct HeaderRow {
+  std::unique_ptr<Recordset> row;
+  std::optional<std::int16_t> jobTypeBefore; ///< null for a new row
+};
 
-std::unique_ptr<Recordset> openHeader(Connection& connection, std::string_view jobId) {
-  auto row =
-      openForWriting(connection, sql("SELECT * From ImportKopf where JobID = '"_sql, value(jobId), "'"_sql));
+HeaderRow openHeader(Connection& connection, std::string_view jobId) {
+  auto row = connection.open(sql("SELECT * From ImportKopf where JobID = '"_sql, value(jobId), "'"_sql));
+  std::optional<std::int16_t> before;
+  if (row->eof())
+    row->addNew();
+  else
+    before = static_cast<std::int16_t>(row->value("JobType").integer().value_or(0));
   row->set("ImportType", stagedImportType);
-  return row;
+  return {std::move(row), before};
 }
 
 std::unique_ptr<Recordset> openPosition(Connection& connection, std::string_view childId) {
-  return openForWriting(connection,
-                        sql("SELECT * From ImportPos where ChildID = '"_sql, value(childId), "'"_sql));
+  auto row = connection.open(sql("SELECT * From ImportPos where ChildID = '"_sql, value(childId), "'"_sql));
+  if (row->eof()) row->addNew();
+  return row;
 }
 
 template <const auto& table, class Record>
@@ -58,24 +61,27 @@ void writePosition(Connection& connection, const Record& position) {
 
 } // namespace
 
-void writeStaged(Connection& connection, const KundeFields& job) {
-  const auto row = openHeader(connection, job.JobID);
+std::optional<std::int16_t> writeStaged(Connection& connection, const KundeFields& job) {
+  const auto [row, before] = openHeader(connection, job.JobID);
   setColumns<kundeFields>(*row, job);
   row->update();
+  return before;
 }
 
-void writeStaged(Connection& connection, const VertragFields& job) {
-  const auto row = openHeader(connection, job.JobID);
+std::optional<std::int16_t> writeStaged(Connection& connection, const VertragFields& job) {
+  const auto [row, before] = openHeader(connection, job.JobID);
   setColumns<vertragFields>(*row, job, "Vertragsende");
   const bool open = job.Vertragsende.empty() || job.Vertragsende == openContractEnd;
   row->set("Vertragsende", open ? Value::null() : Value(job.Vertragsende));
   row->update();
+  return before;
 }
 
-void writeStaged(Connection& connection, const AuftragFields& job) {
-  const auto row = openHeader(connection, job.JobID);
+std::optional<std::int16_t> writeStaged(Connection& connection, const AuftragFields& job) {
+  const auto [row, before] = openHeader(connection, job.JobID);
   setColumns<auftragFields>(*row, job);
   row->update();
+  return before;
 }
 
 void writeStaged(Connection& connection, const AuftragsPosFields& position) {

@@ -5,6 +5,8 @@
 #include "model/import_job.h"
 #include "platform/database.h"
 
+#include <cstdint>
+#include <optional>
 #include <string_view>
 
 namespace qx {
@@ -16,10 +18,12 @@ inline constexpr std::string_view openContractEnd = "999999";
 /// added. Only the columns that the record stores are touched. Texts are stored as they are, empty ones too,
 /// except that the end of a contract is null when it is empty or `openContractEnd`.
 ///
+/// A job gives the code that its row had before, null for a new row.
+///
 /// Raises what the connection raises; nothing of the record is then stored.
-void writeStaged(Connection& connection, const KundeFields& job);
-void writeStaged(Connection& connection, const VertragFields& job);
-void writeStaged(Connection& connection, const AuftragFields& job);
+std::optional<std::int16_t> writeStaged(Connection& connection, const KundeFields& job);
+std::optional<std::int16_t> writeStaged(Connection& connection, const VertragFields& job);
+std::optional<std::int16_t> writeStaged(Connection& connection, const AuftragFields& job);
 void writeStaged(Connection& connection, const AuftragsPosFields& position);
 void writeStaged(Connection& connection, const ImportJobSubItem& position);
 

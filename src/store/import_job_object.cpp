@@ -1,0 +1,169 @@
+#include "store/import_job_object.h"
+
+#include "rules/active_connection.h"
+#include "store/job_deletion.h"
+#include "store/job_file_export.h"
+#include "store/job_file_import.h"
+#include "store/new_job_key.h"
+
+#include <exception>
+
+namespace qx {
+
+ImportJobObject::ImportJobObject(Environment& environment, Database& database)
+    : environment_(environment), database_(database) {
+  environment_.connection.reset();
+}
+
+Connection& ImportJobObject::connection() const { return activeConnection(environment_); }
+
+template <class Work>
+bool ImportJobObject::trapping(std::string_view member, std::string_view job, Work&& work) {
+  try {
+    work();
+    return true;
+  } catch (const std::exception& failure) {
+    environment_.diagnostics.report({member, failure.what(), job});
+    return false;
+  }
+}
+
+/// The same for the two members that show their failure.
+template <class Work>
+bool ImportJobObject::updating(std::string_view member, std::string_view key, Work&& work) {
+  std::string cause;
+  const bool done = trapping(member, key, [&] {
+    try {
+      work();
+    } catch (const std::exception& failure) {
+      cause = failure.what();
+      throw;
+    }
+  });
+  if (done) return true;
+  Message message;
+  message.text = "Fehler beim Update: " + cause;
+  environment_.desktop.show(message);
+  return false;
+}
+
+bool ImportJobObject::ConnectDB() {
+  return trapping("ConnectDB", {}, [this] {
+    environment_.connection = database_.open(connectionString_);
+    // Both are opened again at every use, so that what others have stored meanwhile is seen.
+    connection().openStream(sql("Select * From [ImportKopf]"_sql));
+    connection().openStream(sql("Select * From [ImportPos]"_sql));
+  });
+}
+
+bool ImportJobObject::UpdateItem(const ImportJob& myItem, std::string_view JobID) {
+  return updating("UpdateItem", JobID,
+                  [&] { updateVersion1(*openVersion1Header(connection(), JobID), myItem); });
+}
+
+bool ImportJobObject::UpdateSubItem(const ImportJobSubItem& mySubItem, std::string_view ChildID) {
+  return updating("UpdateSubItem", ChildID,
+                  [&] { updateVersion1(*openVersion1Position(connection(), ChildID), mySubItem); });
+}
+
+void ImportJobObject::SubItemGetParentType(std::string_view ItemName, JobTypeConstants& JobType) {
+  for (const auto& job : jobs_)
+    for (job->SubItemMoveFirst(); !job->SubItemEof(); job->SubItemMoveNext())
+      if (job->SubItem->ChildID == ItemName) {
+        JobType = static_cast<JobTypeConstants>(job->JobType);
+        return;
+      }
+}
+
+void ImportJobObject::DelItem(std::string_view ItemName) {
+  trapping("DelItem", ItemName, [&] { JobDeletion(environment_).DelItem(ItemName); });
+}
+
+void ImportJobObject::DelArchives() {
+  trapping("DelArchives", {}, [this] {
+    JobDeletion deletion(environment_);
+    for (const std::string& jobId : deletion.jobIds(sql(
+             "Select JobID From ImportKopf Where Right(JobType,1) = '1' And Not Left(JobType,1) ='-'"_sql)))
+      deletion.DelItem(jobId);
+  });
+}
+
+void ImportJobObject::JobViewShow(ImportJobObject*& object) {
+  if (connectionString_.empty()) {
+    Message message;
+    message.text = "Bitte geben Sie eine Connection an.";
+    environment_.desktop.show(message);
+    return;
+  }
+  object = this;
+  trapping("JobViewShow", {}, [this] { environment_.jobView.open(); });
+}
+
+void ImportJobObject::MoveFirst() {
+  if (Count() == 0) return;
+  cursor_ = 1;
+  JobItem = jobs_.Item(cursor_);
+}
+
+void ImportJobObject::MoveNext() {
+  ++cursor_;
+  if (cursor_ <= Count()) JobItem = jobs_.Item(cursor_);
+}
+
+void ImportJobObject::MovePrev() {
+  if (cursor_ <= 0) return;
+  --cursor_;
+  JobItem = jobs_.Item(cursor_);
+}
+
+bool ImportJobObject::LoadFromDatabase() {
+  RemoveAll();
+  return trapping("LoadFromDatabase", {}, [this] { loadJobs(); });
+}
+
+void ImportJobObject::loadJobs() {
+  const auto headers = connection().openStream(sql("Select * From [ImportKopf]"_sql));
+  for (; !headers->eof(); headers->moveNext()) {
+    auto job = readVersion1Job(*headers);
+    const auto positions = openVersion1Positions(connection(), job->JobID);
+    for (; !positions->eof(); positions->moveNext()) {
+      job->SubItem = readVersion1Position(*positions);
+      job->AddSubItem();
+    }
+    jobs_.Add(job);
+  }
+}
+
+bool ImportJobObject::StoreItemToDB(const ImportJob& myItem) {
+  return trapping("StoreItemToDB", myItem.JobID, [&] {
+    JoinedUnit unit(connection());
+    insertVersion1(connection(), myItem);
+    for (const auto& position : myItem.SubItems()) insertVersion1(connection(), *position);
+    unit.commit();
+  });
+}
+
+bool ImportJobObject::StoreSubItemToDB() {
+  return JobItem && JobItem->SubItem && SaveSubItem(*JobItem->SubItem);
+}
+
+bool ImportJobObject::SaveSubItem(const ImportJobSubItem& mySubItem) {
+  return trapping("SaveSubItem", mySubItem.ChildID, [&] { insertVersion1(connection(), mySubItem); });
+}
+
+bool ImportJobObject::Export(std::string_view FileName) {
+  return tellExport(environment_, exportJobFile(environment_, FileName, JobFileVersion::One));
+}
+
+bool ImportJobObject::Import(std::string_view FileName) {
+  return tellImport(environment_, importJobFile(environment_, FileName, JobFileVersion::One));
+}
+
+std::string ImportJobObject::GUID() { return newJobKey(environment_); }
+
+void ImportJobObject::RemoveAll() {
+  jobs_ = {};
+  cursor_ = 0;
+}
+
+} // namespace qx

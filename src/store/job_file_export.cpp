@@ -1,0 +1,188 @@
+#include "store/job_file_export.h"
+
+#include "rules/active_connection.h"
+#include "store/job_file_codes.h"
+#include "store/job_file_line.h"
+#include "store/job_file_target.h"
+#include "store/job_file_writer.h"
+
+#include <optional>
+#include <span>
+#include <vector>
+
+namespace qx {
+namespace {
+
+struct FileColumn {
+  ColumnName name;
+  FieldKind kind;
+};
+
+/// The columns behind a line. Those that the record lacks are texts but for the two type columns.
+template <const auto& table, const auto& line, const auto& order>
+constexpr auto fileColumns = [] {
+  const auto column = [](std::size_t i) {
+    const std::string_view name = line[i];
+    const bool type = name == "ImportType" || name == "Preistyp";
+    if (order[i] == noProperty)
+      return FileColumn{ColumnName(name), type ? FieldKind::Int16 : FieldKind::Text};
+    const auto& field = table[order[i]];
+    return FileColumn{ColumnName(field.stored() ? field.column : name), field.kind};
+  };
+  return [&column]<std::size_t... i>(std::index_sequence<i...>) {
+    return std::array<FileColumn, sizeof...(i)>{column(i)...};
+  }
+  (std::make_index_sequence<line.size()>{});
+}();
+
+constexpr std::span<const FileColumn> columnsOf(LineKind kind) {
+  switch (kind) {
+  case LineKind::Customer:
+    return fileColumns<kundeFields, customerLine, customerLineOrder>;
+  case LineKind::Contract:
+    return fileColumns<vertragFields, contractLine, contractLineOrder>;
+  case LineKind::Order:
+    return fileColumns<auftragFields, orderLine, orderLineOrder>;
+  case LineKind::Position:
+    return fileColumns<auftragsPosFields, positionLine, positionLineOrder>;
+  case LineKind::None:
+    break;
+  }
+  return {};
+}
+
+Sql everyJob() { return sql("Select * From ImportKopf Order by Eingangsdatum"_sql); }
+Sql everyPosition() { return sql("Select * From ImportPos"_sql); }
+Sql everyVersion1Job() { return sql("Select * From [ImportKopf]"_sql); }
+Sql countJobs() { return sql("Select Count(*) From ImportKopf"_sql); }
+Sql countPositions() { return sql("Select Count(*) From ImportPos"_sql); }
+
+class JobFileExport {
+public:
+  JobFileExport(Environment& environment, JobFileVersion version, JobFileObserver* observer)
+      : connection_(activeConnection(environment)), version_(version), observer_(observer),
+        writer_(version == JobFileVersion::One), lost_(environment.diagnostics) {
+    if (observer_ == nullptr) return;
+    for (const Sql& query : {countJobs(), countPositions()})
+      total_ +=
+          static_cast<std::uintmax_t>(connection_.open(query)->value(std::size_t{0}).integer().value_or(0));
+  }
+
+  void writeTo(JobFileTarget& target) {
+    target_ = &target;
+    writeBanner();
+    if (version_ == JobFileVersion::One)
+      writeVersion1();
+    else
+      writeVersion2();
+    lost_.finish();
+  }
+  const JobFileCounts& counts() const { return counts_; }
+
+private:
+  void writeBanner() {
+    writer_.begin();
+    writer_.add(FieldKind::Text, Value(version_ == JobFileVersion::One ? jobFileBanner1 : jobFileBanner));
+    target_->write(writer_.end());
+  }
+
+  void writeVersion2() {
+    for (const auto rows = connection_.openStream(everyJob()); !rows->eof(); rows->moveNext()) {
+      const LineKind kind = lineKind(rows->value("JobType").integer().value_or(0));
+      if (isHeader(kind))
+        writeLine(*rows, columnsOf(kind), counts_.jobs);
+      else
+        ++counts_.skipped;
+      told();
+    }
+    for (const auto rows = connection_.openStream(everyPosition()); !rows->eof(); rows->moveNext()) {
+      writeLine(*rows, columnsOf(LineKind::Position), counts_.positions);
+      told();
+    }
+  }
+
+  void writeVersion1() {
+    constexpr std::span<const FileColumn> header =
+        fileColumns<importJobFields, version1HeaderLine, version1HeaderOrder>;
+    for (const auto rows = connection_.openStream(everyVersion1Job()); !rows->eof(); rows->moveNext()) {
+      if (isVersion1Header(rows->value("JobType").integer().value_or(0))) {
+        writeLine(*rows, header, counts_.jobs);
+        writeVersion1Positions(rows->text("JobID"));
+      } else {
+        ++counts_.skipped;
+      }
+      told();
+    }
+  }
+
+  /// The first field is the version-1 mark of a position, whatever the row says: it is how one is known.
+  void writeVersion1Positions(const std::string& jobId) {
+    constexpr std::span<const FileColumn> position =
+        fileColumns<importJobSubItemFields, version1PositionLine, version1PositionOrder>;
+    for (const auto rows = openVersion1Positions(connection_, jobId); !rows->eof(); rows->moveNext()) {
+      writer_.begin();
+      writer_.add(FieldKind::Int16, Value(qxtJobTypeSubItem));
+      writeRest(*rows, position.subspan(1), counts_.positions);
+      told();
+    }
+  }
+
+  void writeLine(Recordset& row, std::span<const FileColumn> columns, std::int64_t& count) {
+    writer_.begin();
+    writeRest(row, columns, count);
+  }
+
+  void writeRest(Recordset& row, std::span<const FileColumn> columns, std::int64_t& count) {
+    for (const FileColumn& column : columns) writer_.add(column.kind, row.value(column.name));
+    target_->write(writer_.end());
+    ++count;
+    if (writer_.replaced() > 0) lost_.note(row.text("JobID"), writer_.replaced());
+  }
+
+  void told() {
+    ++done_;
+    if (observer_ != nullptr) observer_->progress(done_, total_);
+  }
+
+  Connection& connection_;
+  JobFileVersion version_;
+  JobFileObserver* observer_;
+  JobFileLineWriter writer_;
+  LostCharacters lost_;
+  JobFileTarget* target_ = nullptr;
+  JobFileCounts counts_;
+  std::uintmax_t done_ = 0;
+  std::uintmax_t total_ = 0;
+};
+
+/// Ends a file whose writing broke off.
+void endBroken(Environment& environment, JobFileTarget& target, JobFileReport& report) {
+  environment.diagnostics.report({"Export", report.failure, {}});
+  report.backup = target.finishBroken();
+}
+
+} // namespace
+
+JobFileReport exportJobFile(Environment& environment, std::string_view fileName, JobFileVersion version,
+                            JobFileObserver* observer) {
+  JobFileReport report;
+  try {
+    JobFileExport job(environment, version, observer);
+    JobFileTarget target(pathOf(fileName));
+    try {
+      job.writeTo(target);
+      target.finish();
+      report.end = JobFileEnd::Complete;
+    } catch (const std::exception& failure) {
+      report.failure = failure.what();
+      endBroken(environment, target, report);
+    }
+    report.counts = job.counts();
+  } catch (const std::exception& failure) {
+    if (report.failure.empty()) report.failure = failure.what();
+    environment.diagnostics.report({"Export", failure.what(), {}});
+  }
+  return report;
+}
+
+} // namespace qx

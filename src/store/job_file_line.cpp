@@ -1,0 +1,116 @@
+#include "store/job_file_line.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <system_error>
+#include <utility>
+
+namespace qx {
+namespace {
+
+constexpr std::size_t chunk = std::size_t{128} * 1024;
+
+[[noreturn]] void raise(const std::string& file, int error) {
+  throw std::system_error(error == 0 ? EIO : error, std::generic_category(), file);
+}
+
+} // namespace
+
+std::filesystem::path pathOf(std::string_view name) { return {std::u8string(name.begin(), name.end())}; }
+
+std::ifstream openJobFile(const std::filesystem::path& file) {
+  if (std::filesystem::is_directory(file)) raise(file.string(), EISDIR);
+  std::ifstream stream;
+  // Lines are cut from a buffer of the reader's own.
+  stream.rdbuf()->pubsetbuf(nullptr, 0);
+  errno = 0;
+  stream.open(file, std::ios::binary);
+  if (!stream) raise(file.string(), errno);
+  return stream;
+}
+
+JobFileLines::JobFileLines(std::istream& stream, std::string name)
+    : stream_(stream), name_(std::move(name)), buffer_(chunk) {}
+
+std::optional<PhysicalLine> JobFileLines::next() {
+  if (skipping_) skipRest();
+  std::size_t scanned = 0; // behind begin_
+  for (;;) {
+    if (const auto end = findEnd(begin_ + scanned)) {
+      if (number_ == 0) crLf_ = *end > begin_ && buffer_[*end - 1] == '\r';
+      return take(crLf_ ? *end - 1 : *end, *end + 1);
+    }
+    scanned = end_ - begin_;
+    if (scanned > longestRecord) {
+      skipping_ = true;
+      PhysicalLine line = take(begin_ + longestRecord, begin_ + longestRecord);
+      line.overlong = true;
+      return line;
+    }
+    if (!fill()) break;
+  }
+  if (begin_ == end_) return std::nullopt;
+  // The file may have been cut between the two characters of its last line end.
+  return take(crLf_ && buffer_[end_ - 1] == '\r' ? end_ - 1 : end_, end_);
+}
+
+void JobFileLines::skipRest() {
+  skipping_ = false;
+  for (;;) {
+    if (const auto end = findEnd(begin_)) {
+      begin_ = *end + 1;
+      return;
+    }
+    // A CR at the end may belong to the LF that comes next.
+    begin_ = end_ > begin_ && buffer_[end_ - 1] == '\r' ? end_ - 1 : end_;
+    if (fill()) continue;
+    begin_ = end_;
+    return;
+  }
+}
+
+/// The place of the LF that ends the line.
+std::optional<std::size_t> JobFileLines::findEnd(std::size_t from) const {
+  while (from < end_) {
+    const void* const found = std::memchr(&buffer_[from], '\n', end_ - from);
+    if (found == nullptr) return std::nullopt;
+    const auto place = static_cast<std::size_t>(static_cast<const char*>(found) - buffer_.data());
+    if (!crLf_ || (place > begin_ && buffer_[place - 1] == '\r')) return place;
+    from = place + 1;
+  }
+  return std::nullopt;
+}
+
+/// Reads on; what is not yet given out moves to the front. False at the end of the file.
+bool JobFileLines::fill() {
+  if (atEnd_) return false;
+  if (begin_ > 0) {
+    std::copy(buffer_.begin() + static_cast<std::ptrdiff_t>(begin_),
+              buffer_.begin() + static_cast<std::ptrdiff_t>(end_), buffer_.begin());
+    end_ -= begin_;
+    begin_ = 0;
+  }
+  if (buffer_.size() - end_ < chunk)
+    buffer_.resize(std::max(end_ + chunk, std::min(buffer_.size() * 2, longestRecord + 2 * chunk)));
+  errno = 0;
+  stream_.read(&buffer_[end_], static_cast<std::streamsize>(buffer_.size() - end_));
+  if (stream_.bad()) raise(name_, errno);
+  const auto got = static_cast<std::size_t>(stream_.gcount());
+  end_ += got;
+  bytesRead_ += got;
+  atEnd_ = stream_.eof();
+  return got > 0;
+}
+
+PhysicalLine JobFileLines::take(std::size_t end, std::size_t after) {
+  PhysicalLine line;
+  line.number = ++number_;
+  if (scrambler_ != nullptr)
+    for (std::size_t i = begin_; i < end; ++i) buffer_[i] = scrambler_->decrypted(i - begin_ + 1, buffer_[i]);
+  if (end > begin_) line.text = {&buffer_[begin_], end - begin_};
+  begin_ = after;
+  return line;
+}
+
+} // namespace qx

@@ -1,0 +1,65 @@
+// The physical lines of a job file.
+#pragma once
+
+#include "rules/scrambler.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <istream>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace qx {
+
+/// The longest record that is read, line breaks included.
+inline constexpr std::size_t longestRecord = std::size_t{16} * 1024 * 1024;
+
+struct PhysicalLine {
+  std::string_view text;   ///< without its end; bytes of the code page, unscrambled
+  std::int64_t number = 0; ///< the banner has 1
+  bool overlong = false;   ///< more than `longestRecord`: only its beginning is given
+};
+
+/// Reads a file line by line, whatever its size. The end of the banner decides how lines end: after CR LF a
+/// CR or LF alone belongs to the value, after a LF alone every LF ends a line. Raises `std::system_error`
+/// when the file cannot be read on.
+class JobFileLines {
+public:
+  /// The stream must outlive the reader; `name` is for messages.
+  JobFileLines(std::istream& stream, std::string name);
+
+  /// Lines read from now on are unscrambled. It must outlive the reader; null for plain lines.
+  void unscramble(const Scrambler* scrambler) { scrambler_ = scrambler; }
+  /// The next line, null at the end of the file. It is valid until the next call.
+  std::optional<PhysicalLine> next();
+  std::uintmax_t bytesRead() const { return bytesRead_; }
+
+private:
+  std::optional<std::size_t> findEnd(std::size_t from) const;
+  bool fill();
+  void skipRest();
+  PhysicalLine take(std::size_t end, std::size_t after);
+
+  std::istream& stream_;
+  std::string name_;
+  std::vector<char> buffer_;
+  std::size_t begin_ = 0; ///< of what is not yet given out
+  std::size_t end_ = 0;
+  std::uintmax_t bytesRead_ = 0;
+  std::int64_t number_ = 0;
+  bool crLf_ = false;
+  bool atEnd_ = false;
+  bool skipping_ = false; ///< the rest of an overlong line is still to be passed over
+  const Scrambler* scrambler_ = nullptr;
+};
+
+/// A UTF-8 file name.
+std::filesystem::path pathOf(std::string_view name);
+
+/// Opens a file for `JobFileLines`. Raises `std::system_error`, also for a directory.
+std::ifstream openJobFile(const std::filesystem::path& file);
+
+} // namespace qx

@@ -1,0 +1,32 @@
+#include "store/job_file_report.h"
+
+namespace qx {
+namespace {
+
+constexpr std::string_view importFailureText = "Beim Importieren der Daten sind Fehler aufgetreten, es "
+                                               "konnten evtl. nicht alle Daten importiert werden.";
+constexpr std::string_view exportFailureText = "Beim Exportieren der Daten sind Fehler aufgetreten, es "
+                                               "konnten evtl. nicht alle Daten exportiert werden.";
+
+} // namespace
+
+bool tellImport(Environment& environment, const JobFileReport& report) {
+  if (report.end == JobFileEnd::Complete && report.counts.refused == 0) return true;
+  Message message;
+  message.text = report.end == JobFileEnd::WrongBanner ? wrongBannerText : importFailureText;
+  environment.desktop.show(message);
+  return false;
+}
+
+bool tellExport(Environment& environment, const JobFileReport& report) {
+  if (report.end == JobFileEnd::Complete) return true;
+  Message message;
+  message.text = exportFailureText;
+  if (!report.backup.empty())
+    message.text += " Die bisherige Datei wurde als '" + report.backup + "' aufbewahrt.";
+  message.icon = MessageIcon::Information;
+  environment.desktop.show(message);
+  return false;
+}
+
+} // namespace qx

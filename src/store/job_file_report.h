@@ -1,0 +1,73 @@
+// What reading or writing a job file came to.
+#pragma once
+
+#include "platform/environment.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace qx {
+
+enum class JobFileVersion : std::uint8_t { One = 1, Two = 2 };
+
+enum class JobFileEnd : std::uint8_t {
+  Complete,    ///< read or written to the end; single records may have been refused
+  WrongBanner, ///< not a job file of the version asked for; nothing was changed
+  NoFile,      ///< missing, or a directory; nothing was changed
+  Failed,      ///< broke off; what the counts say is kept
+};
+
+/// Counts of what is durable.
+struct JobFileCounts {
+  std::int64_t jobs = 0;
+  std::int64_t positions = 0;
+  std::int64_t skipped = 0;       ///< records of no kind and lines outside a record; jobs not exported
+  std::int64_t refused = 0;       ///< defective records
+  std::int64_t setBack = 0;       ///< jobs that were done and are no longer
+  std::int64_t withoutHeader = 0; ///< positions, stored all the same, whose job is not staged
+
+  JobFileCounts& operator+=(const JobFileCounts& other) {
+    jobs += other.jobs;
+    positions += other.positions;
+    skipped += other.skipped;
+    refused += other.refused;
+    setBack += other.setBack;
+    withoutHeader += other.withoutHeader;
+    return *this;
+  }
+};
+
+struct JobFileReport {
+  JobFileEnd end = JobFileEnd::Failed;
+  JobFileCounts counts;
+  std::int64_t lines = 0; ///< physical lines, of scrambling and unscrambling only
+  std::string failure;    ///< the cause, of all ends but `Complete`
+  std::string backup;     ///< of a failed export: where the file that stood there before is kept
+};
+
+/// Told while a job file is read or written. Never called while it could hold up a unit of work for long: it
+/// only keeps what it is told.
+class JobFileObserver {
+public:
+  virtual ~JobFileObserver() = default;
+  /// Bytes of an import, rows of an export.
+  virtual void progress(std::uintmax_t /*done*/, std::uintmax_t /*total*/) {}
+  virtual void refused(std::int64_t /*line*/, std::string_view /*reason*/) {}
+  /// A job that was done is waiting or parked again, as the file says. Told once it is durable.
+  virtual void setBack(std::int64_t /*line*/, std::string_view /*jobId*/) {}
+  /// A position was stored whose job is not staged. Told once it is durable.
+  virtual void withoutHeader(std::int64_t /*line*/, std::string_view /*jobId*/,
+                             std::string_view /*childId*/) {}
+};
+
+/// Shows the box that an import of this outcome calls for, if any. True when there was none.
+bool tellImport(Environment& environment, const JobFileReport& report);
+/// The same for an export.
+bool tellExport(Environment& environment, const JobFileReport& report);
+
+/// The text for a file that is no job file of the version asked for. Its small letter is deliberate.
+inline constexpr std::string_view wrongBannerText =
+    "Die ausgewählte Datei entspricht nicht den konventionen.";
+
+} // namespace qx

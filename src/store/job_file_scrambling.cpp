@@ -1,0 +1,137 @@
+#include "store/job_file_scrambling.h"
+
+#include "store/job_file_banner.h"
+#include "store/job_file_line.h"
+#include "store/job_file_target.h"
+
+#include <exception>
+#include <vector>
+
+namespace qx {
+namespace {
+
+constexpr std::size_t chunk = std::size_t{256} * 1024;
+
+/// Passes a file on character by character, whatever the length of its lines.
+class FormChange {
+public:
+  FormChange(const Scrambler& scrambler, Scrambling scrambling, JobFileTarget& target)
+      : scrambler_(scrambler), scramble_(scrambling == Scrambling::Scramble), target_(target) {}
+
+  void take(std::string_view characters, std::string_view banner) {
+    output_.clear();
+    for (const char c : characters) {
+      if (lines_ == 0)
+        takeBanner(c, banner);
+      else
+        take(c);
+    }
+    target_.write(output_);
+  }
+  /// After the last character.
+  void finish(std::string_view banner) {
+    output_.clear();
+    if (lines_ == 0) endBanner(banner, "");
+    target_.write(output_);
+    if (place_ > 0) ++lines_;
+  }
+  std::int64_t lines() const { return lines_; }
+
+private:
+  /// The first line is replaced by the banner; only its end matters.
+  void takeBanner(char c, std::string_view banner) {
+    if (c == '\n') {
+      crLf_ = last_ == '\r';
+      endBanner(banner, crLf_ ? "\r\n" : "\n");
+    }
+    last_ = c;
+  }
+  void endBanner(std::string_view banner, std::string_view lineEnd) {
+    output_ += '"';
+    output_ += banner;
+    output_ += "\";";
+    output_ += lineEnd;
+    ++lines_;
+  }
+  void take(char c) {
+    const bool end = c == '\n' && (!crLf_ || last_ == '\r');
+    last_ = c;
+    if (end) ++lines_;
+    place_ = end ? 0 : place_ + 1;
+    output_ += end ? c : scramble_ ? scrambler_.encrypted(place_, c) : scrambler_.decrypted(place_, c);
+  }
+
+  const Scrambler& scrambler_;
+  bool scramble_;
+  JobFileTarget& target_;
+  std::string output_;
+  std::size_t place_ = 0;
+  std::int64_t lines_ = 0;
+  bool crLf_ = false;
+  char last_ = 0;
+};
+
+/// The form of the file, null when it is no job file.
+std::optional<JobFileForm> formOf(const std::filesystem::path& file, const Scrambler& scrambler) {
+  std::ifstream stream = openJobFile(file);
+  JobFileLines lines(stream, file.string());
+  const auto first = lines.next();
+  if (!first) return std::nullopt;
+  const auto plain = plainForm(first->text);
+  return plain ? plain : scrambledForm(first->text, scrambler);
+}
+
+std::string_view bannerOf(JobFileVersion version, Scrambling scrambling, const Scrambler& scrambler) {
+  const bool first = version == JobFileVersion::One;
+  if (scrambling == Scrambling::Scramble) return first ? scrambler.banner1() : scrambler.banner();
+  return first ? jobFileBanner1 : jobFileBanner;
+}
+
+void changeForm(const std::filesystem::path& file, std::string_view banner, FormChange& change,
+                JobFileObserver* observer) {
+  std::ifstream stream = openJobFile(file);
+  const std::uintmax_t total = std::filesystem::file_size(file);
+  std::uintmax_t done = 0;
+  std::vector<char> buffer(chunk);
+  while (stream) {
+    stream.read(buffer.data(), static_cast<std::streamsize>(buffer.size()));
+    if (stream.bad()) throw std::system_error(EIO, std::generic_category(), file.string());
+    const auto got = static_cast<std::size_t>(stream.gcount());
+    change.take({buffer.data(), got}, banner);
+    done += got;
+    if (observer != nullptr) observer->progress(done, total);
+  }
+  change.finish(banner);
+}
+
+} // namespace
+
+JobFileReport scrambleJobFile(Environment& environment, std::string_view fileName,
+                              std::string_view targetName, Scrambling scrambling, JobFileObserver* observer) {
+  JobFileReport report;
+  try {
+    const std::filesystem::path file = pathOf(fileName);
+    if (!std::filesystem::is_regular_file(file)) {
+      report.end = JobFileEnd::NoFile;
+      throw std::runtime_error(file.string() + ": there is no such file");
+    }
+    const Scrambler scrambler = installedScrambler(environment);
+    const auto form = formOf(file, scrambler);
+    if (!form || form->scrambled == (scrambling == Scrambling::Scramble)) {
+      report.end = JobFileEnd::WrongBanner;
+      throw std::runtime_error(file.string() + (form ? ": it has that form already" : ": no job file"));
+    }
+    JobFileTarget target(pathOf(targetName));
+    FormChange change(scrambler, scrambling, target);
+    changeForm(file, bannerOf(form->version, scrambling, scrambler), change, observer);
+    target.finish();
+    report.lines = change.lines();
+    report.end = JobFileEnd::Complete;
+  } catch (const std::exception& failure) {
+    report.failure = failure.what();
+    environment.diagnostics.report({"Scrambling", failure.what(), {}});
+  }
+  return report;
+}
+
+} // namespace qx

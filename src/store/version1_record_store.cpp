@@ -1,0 +1,78 @@
+#include "rules/active_connection.h"
+#include "store/record_store.h"
+
+#include <string>
+
+namespace qx {
+namespace {
+
+/// Done in the sense of either version, which share the table; a failed version-1 job is negative.
+bool isDone(std::int64_t code) { return code > 0 && (code % 10 == 1 || code % 10 == 3); }
+
+/// A header stands before its positions. What is there already is overwritten, all else is added.
+class Version1RecordStore final : public RecordStore {
+public:
+  explicit Version1RecordStore(const RecordPlace& place) : place_(place) {}
+
+  JobFileVersion version() const override { return JobFileVersion::One; }
+  FieldCount fieldCount() const override { return &fieldCount1; }
+  int passes() const override { return 1; }
+  int passOf(std::int64_t /*code*/) const override { return 0; }
+
+  void store(const JobFileItem& record, const std::vector<std::string_view>& fields) override {
+    if (record.code == qxtJobTypeSubItem)
+      storePosition(fields);
+    else
+      storeJob(record, fields);
+  }
+
+  /// The positions of a header that was not stored must not fall to the one before it.
+  void passedOver(std::int64_t code) override {
+    if (code != 0 && code != qxtJobTypeSubItem) header_.clear();
+  }
+
+private:
+  void storeJob(const JobFileItem& record, const std::vector<std::string_view>& fields) {
+    ImportJob job;
+    readRecord(fields, importJobFields, version1HeaderOrder, job);
+    if (job.JobID.empty()) throw RecordRefused("JobID is empty");
+    place_.group.begin();
+    const auto row = openVersion1Header(connection(), job.JobID);
+    const std::int64_t before = row->eof() ? 0 : row->value("JobType").integer().value_or(0);
+    if (row->eof()) row->addNew();
+    updateVersion1(*row, job);
+    header_ = job.JobID;
+    ++place_.pending.jobs;
+    if (!isDone(before) || isDone(job.JobType)) return;
+    ++place_.pending.setBack;
+    place_.group.afterCommit([&observer = place_.observer, line = record.line, jobId = job.JobID] {
+      observer.setBack(line, jobId);
+    });
+  }
+
+  void storePosition(const std::vector<std::string_view>& fields) {
+    ImportJobSubItem position;
+    readRecord(fields, importJobSubItemFields, version1PositionOrder, position);
+    if (position.ChildID.empty()) throw RecordRefused("ChildID is empty");
+    if (header_.empty() || position.JobID != header_)
+      throw RecordRefused("the position does not follow its header");
+    place_.group.begin();
+    const auto row = openVersion1Position(connection(), position.ChildID);
+    if (row->eof()) row->addNew();
+    updateVersion1(*row, position);
+    ++place_.pending.positions;
+  }
+
+  Connection& connection() { return activeConnection(place_.environment); }
+
+  RecordPlace place_;
+  std::string header_; ///< the key of the last header that was stored
+};
+
+} // namespace
+
+std::unique_ptr<RecordStore> version1RecordStore(const RecordPlace& place) {
+  return std::make_unique<Version1RecordStore>(place);
+}
+
+} // namespace qx

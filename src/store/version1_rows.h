@@ -1,0 +1,81 @@
+// The columns that the first version of the component knows, and its way to and from the staging tables.
+#pragma once
+
+#include "model/import_job.h"
+#include "model/job_codes.h"
+#include "platform/database.h"
+#include "store/field_order.h"
+
+#include <array>
+#include <memory>
+#include <string_view>
+
+namespace qx {
+
+/// The properties of a version-1 header that are stored, in the order of a version-1 job file.
+inline constexpr auto version1HeaderLine = std::to_array<std::string_view>({"JobType",
+                                                                            "JobID",
+                                                                            "Status",
+                                                                            "Eingagsdatum",
+                                                                            "Kundennummer",
+                                                                            "AdresseAendernJN",
+                                                                            "Suchbegriff",
+                                                                            "Bez1",
+                                                                            "Bez2",
+                                                                            "Bez3",
+                                                                            "Strasse",
+                                                                            "Land",
+                                                                            "PLZ",
+                                                                            "Ort",
+                                                                            "Telefon",
+                                                                            "Telefax",
+                                                                            "EMail",
+                                                                            "Kundengruppe",
+                                                                            "Vertreter1",
+                                                                            "Vertreter2",
+                                                                            "Vertreter3",
+                                                                            "ZahlungsartAendernJN",
+                                                                            "Zahlungsart",
+                                                                            "Konto",
+                                                                            "BLZ",
+                                                                            "Kreditinstitut",
+                                                                            "Bemerkung",
+                                                                            "Vertragsnummer",
+                                                                            "Vertragsdatum",
+                                                                            "Vertragsbeginn",
+                                                                            "Zahlungsweise",
+                                                                            "Fehlertext",
+                                                                            "Betreff",
+                                                                            "Versandart",
+                                                                            "ZahlungsbedSchl",
+                                                                            "Provisionsgruppe",
+                                                                            "UstIdentNr",
+                                                                            "Währung",
+                                                                            "WährungEingabe"});
+
+/// The same for a position.
+inline constexpr auto version1PositionLine = std::to_array<std::string_view>(
+    {"JobType", "JobID", "ChildID", "Positionsnummer", "Vertragsart", "Artikelnummer", "Menge", "Preis"});
+
+inline constexpr auto version1HeaderOrder = fieldOrder(importJobFields, version1HeaderLine);
+inline constexpr auto version1PositionOrder = fieldOrder(importJobSubItemFields, version1PositionLine);
+
+/// The current row as a record; null is the empty text, 0 or false. Its positions are not read.
+std::shared_ptr<ImportJob> readVersion1Job(Recordset& row);
+std::shared_ptr<ImportJobSubItem> readVersion1Position(Recordset& row);
+
+/// The row of a key, empty when there is none.
+std::unique_ptr<Recordset> openVersion1Header(Connection& connection, std::string_view jobId);
+std::unique_ptr<Recordset> openVersion1Position(Connection& connection, std::string_view childId);
+/// The positions of a job in the order of their numbers' texts: "10" before "2", on purpose.
+std::unique_ptr<Recordset> openVersion1Positions(Connection& connection, std::string_view jobId);
+
+/// Adds a row; its key must not be there yet. Positions of a job are not added.
+void insertVersion1(Connection& connection, const ImportJob& job);
+void insertVersion1(Connection& connection, const ImportJobSubItem& position);
+
+/// Overwrites the version-1 columns of the row that the record set stands on.
+void updateVersion1(Recordset& row, const ImportJob& job);
+void updateVersion1(Recordset& row, const ImportJobSubItem& position);
+
+} // namespace qx

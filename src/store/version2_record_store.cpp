@@ -1,0 +1,103 @@
+#include "rules/active_connection.h"
+#include "rules/german_text.h"
+#include "store/entry_objects.h"
+#include "store/record_store.h"
+#include "store/staging_writer.h"
+
+#include <string>
+
+namespace qx {
+namespace {
+
+/// Whether the job code belongs to a job that needs no processing any more.
+bool isDone(std::int64_t code) { return code % 10 == 3 || code == qxtJobKundenVerträgedel; }
+
+/// Each record becomes an entry object, with the starting values of one.
+class Version2RecordStore final : public RecordStore {
+public:
+  explicit Version2RecordStore(const RecordPlace& place)
+      : place_(place), flags_(ReadyFlags::read(place.environment)) {}
+
+  JobFileVersion version() const override { return JobFileVersion::Two; }
+  FieldCount fieldCount() const override { return &qx::fieldCount; }
+  int passes() const override { return 2; }
+  int passOf(std::int64_t code) const override { return lineKind(code) == LineKind::Position ? 1 : 0; }
+
+  void store(const JobFileItem& record, const std::vector<std::string_view>& fields) override {
+    switch (lineKind(record.code)) {
+    case LineKind::Customer:
+      storeJob<KundeFields>(record, fields, Kunde(place_.environment), kundeFields, customerLineOrder);
+      break;
+    case LineKind::Contract:
+      storeJob<VertragFields>(record, fields, Vertrag(place_.environment), vertragFields, contractLineOrder);
+      break;
+    case LineKind::Order:
+      storeJob<AuftragFields>(record, fields, Auftrag(place_.environment), auftragFields, orderLineOrder);
+      break;
+    case LineKind::Position:
+      storePosition(record, fields);
+      break;
+    case LineKind::None:
+      break;
+    }
+  }
+
+private:
+  template <class Record, std::size_t fields, std::size_t places>
+  void storeJob(const JobFileItem& record, const std::vector<std::string_view>& texts, Record job,
+                const FieldTable<Record, fields>& table, const std::array<std::size_t, places>& order) {
+    readRecord(texts, table, order, job);
+    if (job.JobID.empty()) throw RecordRefused("JobID is empty");
+    place_.group.begin();
+    const auto before = writeStaged(activeConnection(place_.environment), job);
+    ++place_.pending.jobs;
+    if (!before || !isDone(*before) || isDone(job.JobType)) return;
+    ++place_.pending.setBack;
+    place_.group.afterCommit([&observer = place_.observer, line = record.line, jobId = job.JobID] {
+      observer.setBack(line, jobId);
+    });
+  }
+
+  void storePosition(const JobFileItem& record, const std::vector<std::string_view>& texts) {
+    AuftragsPos position(place_.environment, flags_);
+    readRecord<AuftragsPosFields>(texts, auftragsPosFields, positionLineOrder, position);
+    if (position.ChildID.empty()) throw RecordRefused("ChildID is empty");
+    place_.group.begin();
+    writeStaged(activeConnection(place_.environment), static_cast<const AuftragsPosFields&>(position));
+    ++place_.pending.positions;
+    if (hasHeader(position.JobID)) return;
+    ++place_.pending.withoutHeader;
+    place_.group.afterCommit([&observer = place_.observer, line = record.line, jobId = position.JobID,
+                              childId = position.ChildID] { observer.withoutHeader(line, jobId, childId); });
+  }
+
+  /// Positions of one job stand together, so that one look serves them all.
+  bool hasHeader(const std::string& jobId) {
+    if (jobId != lastJob_ || !lastJobFound_) {
+      lastJob_ = jobId;
+      lastJobFound_ =
+          !activeConnection(place_.environment)
+               .open(sql("Select JobID From ImportKopf where JobID = '"_sql, value(jobId), "'"_sql))
+               ->eof();
+    }
+    return lastJobFound_;
+  }
+
+  RecordPlace place_;
+  ReadyFlags flags_;
+  std::string lastJob_;
+  bool lastJobFound_ = false;
+};
+
+} // namespace
+
+std::unique_ptr<RecordStore> version2RecordStore(const RecordPlace& place) {
+  return std::make_unique<Version2RecordStore>(place);
+}
+
+void refuseField(std::string_view name, std::string_view text) {
+  constexpr std::size_t shown = 40;
+  throw RecordRefused(std::string(name) + " cannot be '" + std::string(firstCharacters(text, shown)) + "'");
+}
+
+} // namespace qx
