@@ -2,6 +2,8 @@
 
 #include "engine/contract_check.h"
 #include "engine/job_check.h"
+#include "store/job_file_export.h"
+#include "store/job_file_import.h"
 #include "store/new_job_key.h"
 
 #include <exception>
@@ -186,6 +188,14 @@ void ImportJobObject2::DelItem(std::string_view ItemName, bool DelKundenVertrag)
 
 void ImportJobObject2::DelArchives() {
   guarded("DelArchives", "Fehler beim Löschen: ", [this] { deletion_.DelArchives(); });
+}
+
+bool ImportJobObject2::Export(std::string_view FileName) {
+  return tellExport(environment_, exportJobFile(environment_, FileName, JobFileVersion::Two));
+}
+
+bool ImportJobObject2::Import(std::string_view FileName) {
+  return tellImport(environment_, importJobFile(environment_, FileName, JobFileVersion::Two));
 }
 
 std::string ImportJobObject2::GUID() { return newJobKey(environment_); }

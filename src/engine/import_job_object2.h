@@ -14,6 +14,7 @@
 #include "rules/combo_lists.h"
 #include "rules/customer_addresses.h"
 #include "rules/master_data.h"
+#include "rules/scrambler.h"
 #include "settings/settings.h"
 #include "store/import_lock.h"
 #include "store/job_deletion.h"
@@ -79,6 +80,11 @@ public:
   void DelArchives();
   /// A new key of 32 hexadecimal digits; empty when none could be made.
   std::string GUID();
+  /// Writes every staged job and position to a job file; a failure is shown.
+  bool Export(std::string_view FileName);
+  /// Reads a plain or scrambled job file into the staging tables. Jobs of the same key are overwritten. A
+  /// file of another kind, and any record that had to be refused, is shown.
+  bool Import(std::string_view FileName);
   std::string nCommand;
   JobViewFormState ViewFormLoad = qxtViewJobForm_Nothing;
   std::string strGlobalProcErr;      ///< the failures of the last run
@@ -144,6 +150,12 @@ public:
                          std::string& strME, bool MEUmrechnung = false) const;
   std::string MengeneinheitAlternativ(std::string_view Mengeneinheit) const;
   std::int32_t CheckKostzuord(std::string_view Belegart, std::int32_t KostID, bool ShowMessage) const;
+  /// The text scrambled by the installation's code tables, and back. Raises `std::runtime_error` when they
+  /// cannot be used.
+  std::string Encrypt(std::string_view strText);
+  std::string Decrypt(std::string_view strText);
+  /// The sum of the characters' codes. Raises `std::overflow_error` when 32 bits do not hold it.
+  std::int32_t CheckSum(std::string_view strText) const;
   /// @}
 
   /// @name Settings. Failures are skipped.
@@ -178,6 +190,7 @@ private:
   bool connectSession();
   void adoptSession();
   void showFailure(std::string_view member, std::string_view text, std::string_view cause);
+  const Scrambler& scrambler();
   /// Runs a member's work; shows and reports what it raises, and returns false then.
   template <class Work>
   bool guarded(std::string_view member, std::string_view text, Work&& work);
@@ -196,6 +209,7 @@ private:
   MasterData masterData_;
   CustomerAddresses addresses_;
   ComboLists combos_;
+  std::optional<Scrambler> scrambler_; ///< made when it is first needed
   std::unique_ptr<Recordset> jobList_;
   std::string personalNr_;
   std::string homeCurrency_ = "DM";

@@ -8,6 +8,7 @@
 #include "rules/rounding.h"
 #include "rules/stock.h"
 #include "rules/tax_rules.h"
+#include "store/job_file_banner.h"
 
 namespace qx {
 
@@ -175,6 +176,19 @@ std::string ImportJobObject2::MengeneinheitAlternativ(std::string_view Mengenein
 std::int32_t ImportJobObject2::CheckKostzuord(std::string_view Belegart, std::int32_t KostID,
                                               bool ShowMessage) const {
   return CostAssignment(environment_).CheckKostzuord(Belegart, KostID, ShowMessage);
+}
+
+const Scrambler& ImportJobObject2::scrambler() {
+  if (!scrambler_) scrambler_ = installedScrambler(environment_);
+  return *scrambler_;
+}
+
+std::string ImportJobObject2::Encrypt(std::string_view strText) { return scrambler().Encrypt(strText); }
+
+std::string ImportJobObject2::Decrypt(std::string_view strText) { return scrambler().Decrypt(strText); }
+
+std::int32_t ImportJobObject2::CheckSum(std::string_view strText) const {
+  return Scrambler::CheckSum(strText);
 }
 
 } // namespace qx

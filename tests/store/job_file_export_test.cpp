@@ -1,10 +1,8 @@
 #include "job_file_fixture.h"
 
-#include "support/test_erp.h"
+#include "support/full_disk.h"
 
-#include <csignal>
 #include <filesystem>
-#include <sys/resource.h>
 
 using namespace qx;
 
@@ -53,23 +51,6 @@ protected:
 };
 
 constexpr std::string_view head = "\"Quorvex ImportJob V 2.0\";\r\n";
-
-/// Lets no file grow beyond a size, as a full disk does.
-class FullDisk {
-public:
-  explicit FullDisk(rlim_t bytes) {
-    getrlimit(RLIMIT_FSIZE, &before_);
-    const rlimit limit{bytes, before_.rlim_max};
-    std::signal(SIGXFSZ, SIG_IGN);
-    setrlimit(RLIMIT_FSIZE, &limit);
-  }
-  FullDisk(const FullDisk&) = delete;
-  FullDisk& operator=(const FullDisk&) = delete;
-  ~FullDisk() { setrlimit(RLIMIT_FSIZE, &before_); }
-
-private:
-  rlimit before_{};
-};
 
 } // namespace
 
