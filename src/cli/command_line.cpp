@@ -3,6 +3,7 @@
 #include "cli/check_command.h"
 #include "cli/delete_command.h"
 #include "cli/init_command.h"
+#include "cli/job_file_command.h"
 #include "cli/list_command.h"
 #include "cli/lock_command.h"
 #include "cli/process_command.h"
@@ -32,6 +33,7 @@ public:
     declareOptions();
     declareJobCommands();
     declareRunCommands();
+    declareJobFiles();
     declareSettings();
   }
 
@@ -141,6 +143,30 @@ private:
     verb(*lock, "show", "Show who holds the lock", lockShow);
     LockReleaseCommand* lockRelease = nullptr;
     verb(*lock, "release", "Remove the lock, whoever holds it", lockRelease);
+  }
+
+  void declareJobFiles() {
+    ImportCommand* importing = nullptr;
+    CLI::App* importVerb = verb(app_, "import", "Stage the jobs of a job file", importing);
+    importVerb->add_option("FILE", importing->file, "Job file, plain or scrambled")->required();
+    importVerb->add_flag("--version1", importing->version1, "It is a file of version 1");
+
+    ExportCommand* exporting = nullptr;
+    CLI::App* exportVerb = verb(app_, "export", "Write all jobs to a job file", exporting);
+    exportVerb->add_option("FILE", exporting->file, "File to be written")->required();
+    exportVerb->add_flag("--version1", exporting->version1, "Write a file of version 1");
+
+    ScrambleCommand* scramble = nullptr;
+    CLI::App* scrambleVerb =
+        verb(app_, "scramble", "Scramble a job file with the code tables of this installation", scramble);
+    scrambleVerb->add_option("FILE", scramble->file, "Plain job file")->required();
+    scrambleVerb->add_option("OUT", scramble->target, "File to be written")->required();
+
+    UnscrambleCommand* unscramble = nullptr;
+    CLI::App* unscrambleVerb =
+        verb(app_, "unscramble", "Turn a scrambled job file into a plain one", unscramble);
+    unscrambleVerb->add_option("FILE", unscramble->file, "Scrambled job file")->required();
+    unscrambleVerb->add_option("OUT", unscramble->target, "File to be written")->required();
   }
 
   void declareSettings() {

@@ -1,0 +1,50 @@
+// Exchanges jobs with other installations by job files.
+#pragma once
+
+#include "cli/command.h"
+
+#include <string>
+
+namespace qx::cli {
+
+/// `import FILE [--version1]`: reads every record that is not defective.
+class ImportCommand final : public DatabaseCommand {
+public:
+  std::string file;
+  bool version1 = false;
+
+protected:
+  ExitCode work(const Workplace& place) override;
+};
+
+/// `export FILE [--version1]`: every job and position.
+class ExportCommand final : public DatabaseCommand {
+public:
+  std::string file;
+  bool version1 = false;
+
+protected:
+  ExitCode work(const Workplace& place) override;
+};
+
+/// `scramble FILE OUT`: from the plain form to that of the installation's code tables.
+class ScrambleCommand final : public DatabaseCommand {
+public:
+  std::string file;
+  std::string target;
+
+protected:
+  ExitCode work(const Workplace& place) override;
+};
+
+/// `unscramble FILE OUT`: and back.
+class UnscrambleCommand final : public DatabaseCommand {
+public:
+  std::string file;
+  std::string target;
+
+protected:
+  ExitCode work(const Workplace& place) override;
+};
+
+} // namespace qx::cli

@@ -1,0 +1,87 @@
+#include "cli/job_file_progress.h"
+
+#include <unistd.h>
+
+namespace qx::cli {
+
+JobFileProgress::JobFileProgress(const Output& output, std::string_view what)
+    : bar_(output.messages, isatty(STDERR_FILENO) != 0) {
+  bar_.ProcessInfo(what);
+}
+
+void JobFileProgress::progress(std::uintmax_t done, std::uintmax_t total) {
+  constexpr std::uintmax_t whole = 100;
+  const auto percent = static_cast<std::int16_t>(total == 0 ? whole : done * whole / total);
+  if (percent == percent_) return;
+  percent_ = percent;
+  bar_.ProcessProgress(percent);
+  bar_.draw();
+}
+
+ImportPrinter::ImportPrinter(const Output& output)
+    : JobFileProgress(output, "import"), output_(output), json_(output.result) {}
+
+void ImportPrinter::beginDocument() {
+  if (begun_) return;
+  begun_ = true;
+  json_.beginObject().key("lines").beginArray();
+}
+
+JsonWriter& ImportPrinter::beginLine(std::int64_t line, std::string_view result) {
+  beginDocument();
+  json_.beginObject().key("line").number(line);
+  return json_.key("result").text(result);
+}
+
+void ImportPrinter::refused(std::int64_t line, std::string_view reason) {
+  if (output_.json) {
+    beginLine(line, "refused").key("reason").text(reason).endObject();
+    return;
+  }
+  end();
+  output_.result << "line " << line << "  refused: " << reason << '\n';
+}
+
+void ImportPrinter::setBack(std::int64_t line, std::string_view jobId) {
+  if (output_.json) {
+    beginLine(line, "setBack").key("JobID").text(jobId).endObject();
+    return;
+  }
+  end();
+  output_.result << "line " << line << "  was done and is no longer: " << jobId << '\n';
+}
+
+void ImportPrinter::withoutHeader(std::int64_t line, std::string_view jobId, std::string_view childId) {
+  if (output_.json) {
+    beginLine(line, "withoutHeader").key("JobID").text(jobId).key("ChildID").text(childId).endObject();
+    return;
+  }
+  end();
+  output_.result << "line " << line << "  position " << childId << " without its job " << jobId << '\n';
+}
+
+void ImportPrinter::finish(const JobFileReport& report) {
+  end();
+  if (!output_.json) {
+    finishText(report);
+    return;
+  }
+  beginDocument();
+  json_.endArray();
+  json_.key("jobs").number(report.counts.jobs);
+  json_.key("positions").number(report.counts.positions);
+  json_.key("skipped").number(report.counts.skipped);
+  json_.key("refused").number(report.counts.refused);
+  json_.key("setBack").number(report.counts.setBack);
+  json_.key("withoutHeader").number(report.counts.withoutHeader);
+  if (report.end == JobFileEnd::Failed) json_.key("error").text(report.failure);
+  json_.endObject().finish();
+}
+
+void ImportPrinter::finishText(const JobFileReport& report) {
+  output_.result << report.counts.jobs << " jobs and " << report.counts.positions << " positions read, "
+                 << report.counts.skipped << " skipped, " << report.counts.refused << " refused\n"
+                 << std::flush;
+}
+
+} // namespace qx::cli
