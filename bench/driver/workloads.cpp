@@ -41,10 +41,12 @@ private:
   const Place& place_;
 };
 
-std::filesystem::path writeCustomers(const Place& place, std::uint32_t count) {
-  const auto file = place.folder / ("customers-" + std::to_string(count) + ".json");
+std::filesystem::path writeCustomers(const Place& place, std::uint32_t count,
+                                     Numbering numbering = Numbering::Ascending) {
+  const std::string kind = numbering == Numbering::Ascending ? "customers-" : "scattered-";
+  const auto file = place.folder / (kind + std::to_string(count) + ".json");
   std::ofstream out(file, std::ios::binary);
-  for (std::uint32_t i = 0; i < count; ++i) writeJsonLine(out, "Kunde", sampleCustomer(i));
+  for (std::uint32_t i = 0; i < count; ++i) writeJsonLine(out, "Kunde", sampleCustomer(i, numbering));
   out.close();
   if (!out) throw std::runtime_error("cannot write " + file.string());
   return file;
@@ -65,6 +67,7 @@ Plan makePlan(const Place& place, const Sizes& sizes) {
   const auto jobs = writeCustomers(place, sizes.jobs);
   const auto few = writeCustomers(place, sizes.few);
   const auto many = writeCustomers(place, sizes.many);
+  const auto scattered = writeCustomers(place, sizes.jobs, Numbering::Scattered);
   const std::string count = std::to_string(sizes.jobs);
   const CommandFor process = commands.program({"--json", "process"});
   const CommandFor floorProcess = commands.floor("process-customers");
@@ -81,11 +84,14 @@ Plan makePlan(const Place& place, const Sizes& sizes) {
   plan.starts = {{"empty", "", {commands.program({"init"}), commands.floor("codes")}},
                  {waiting(sizes.few), "empty", {commands.stage(few)}},
                  {waiting(sizes.many), "empty", {commands.stage(many)}},
-                 {"half-known", "empty", {commands.floor("customers", {count}), commands.stage(jobs)}}};
+                 {"half-known", "empty", {commands.floor("customers", {count}), commands.stage(jobs)}},
+                 {"scattered", "empty", {commands.stage(scattered)}}};
   plan.workloads = {{"stage customers, " + grouped(sizes.jobs), sizes.jobs, stagingGoal, "empty",
                      commands.stage(jobs), commands.floor("stage-customers", {count})},
                     {"process customers (half known), " + grouped(sizes.jobs), sizes.jobs, processingGoal,
                      "half-known", process, floorProcess},
+                    {"process customers (scattered), " + grouped(sizes.jobs), sizes.jobs, processingGoal,
+                     "scattered", process, floorProcess},
                     newCustomers(sizes.few),
                     newCustomers(sizes.many)};
   plan.growth = {newCustomers(sizes.few).name, newCustomers(sizes.many).name, growthGoal, memoryGoalMiB};

@@ -44,9 +44,10 @@ std::string jobId(std::uint32_t number) {
   return text.data();
 }
 
-/// An odd factor only reorders the numbers of 24 bits.
-std::string customerNumber(std::uint32_t number) {
-  return std::to_string(20000000U + (number * 10368889U) % (1U << 24U));
+std::string customerNumber(std::uint32_t number, Numbering numbering) {
+  // An odd factor only reorders the numbers of 24 bits.
+  const std::uint32_t factor = numbering == Numbering::Scattered ? 10368889U : 1U;
+  return std::to_string(20000000U + (number * factor) % (1U << 24U));
 }
 
 std::string groupCode(unsigned i) { return formatted("G%02u", i % groups + 1); }
@@ -122,7 +123,7 @@ void appendAddresses(SampleJob& job, unsigned i) {
 
 } // namespace
 
-SampleJob sampleCustomer(std::uint32_t number) {
+SampleJob sampleCustomer(std::uint32_t number, Numbering numbering) {
   constexpr std::size_t fieldCount = 64;
   SampleJob job;
   job.reserve(fieldCount);
@@ -130,7 +131,7 @@ SampleJob sampleCustomer(std::uint32_t number) {
   job.push_back({"JobType", "JobType", "10", true});
   job.push_back({"Status", "Status", "10", true});
   job.push_back({"Eingangsdatum", "Eingangsdatum", dayIn2026(number)});
-  job.push_back({"Kundennummer", "Kundennummer", customerNumber(number)});
+  job.push_back({"Kundennummer", "Kundennummer", customerNumber(number, numbering)});
   appendPerson(job, number);
   appendCodes(job, number);
   appendAddresses(job, number);

@@ -19,9 +19,12 @@ struct SampleField {
 /// Every stored property of a customer job, those without a value included.
 using SampleJob = std::vector<SampleField>;
 
-/// Keys and numbers are scattered, as those of a shop are: neighbours in the file are no neighbours in the
-/// indexes. Every third customer brings along a shipping address.
-SampleJob sampleCustomer(std::uint32_t number);
+/// How customer numbers follow each other: as a shop gives them out, or so that neighbours in the file are
+/// far apart in every index.
+enum class Numbering : std::uint8_t { Ascending, Scattered };
+
+/// The keys of the jobs are scattered in any case. Every third customer brings along a shipping address.
+SampleJob sampleCustomer(std::uint32_t number, Numbering numbering = Numbering::Ascending);
 
 /// The value of a column; empty when the job has none.
 const std::string& valueOf(const SampleJob& job, std::string_view column);
