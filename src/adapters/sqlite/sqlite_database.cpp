@@ -37,9 +37,18 @@ void configure(sqlite3* handle, const std::string& target) {
         target);
 }
 
+/// A savepoint keeps copies of the pages that it changes; beyond this size SQLite would spill them to
+/// temporary files, which costs a run half its time. Once per process and before SQLite starts; in a process
+/// that has already started it, the default stays.
+void keepSavepointsInMemory() {
+  constexpr int spillAt = 4 << 20;
+  [[maybe_unused]] static const int configured = sqlite3_config(SQLITE_CONFIG_STMTJRNL_SPILL, spillAt);
+}
+
 Handle openHandle(const std::string& target, int flags) {
+  keepSavepointsInMemory();
   sqlite3* raw = nullptr;
-  const int code = sqlite3_open_v2(target.c_str(), &raw, flags, nullptr);
+  const int code = sqlite3_open_v2(target.c_str(), &raw, flags | SQLITE_OPEN_NOMUTEX, nullptr);
   Handle handle(raw);
   if (code != SQLITE_OK)
     sqlite::raiseOpenError(code, target, raw == nullptr ? "out of memory" : sqlite3_errmsg(raw));
