@@ -28,9 +28,18 @@ std::string loginName() {
   return variable("USER");
 }
 
+/// Null when neither option nor variable names one.
+std::optional<std::string> namedTarget(const ProgramOptions& options) {
+  std::string target = options.database.empty() ? variable("QXIMPORTJOB_DB") : options.database;
+  if (target.empty()) return std::nullopt;
+  if (target.starts_with("odbc:"))
+    throw ProgramError(ExitCode::BadInput, "this program cannot connect to database servers",
+                       "Name a database file with --db FILE or $QXIMPORTJOB_DB.");
+  return target;
+}
+
 std::string databaseTarget(const ProgramOptions& options) {
-  if (!options.database.empty()) return options.database;
-  if (std::string target = variable("QXIMPORTJOB_DB"); !target.empty()) return target;
+  if (auto target = namedTarget(options)) return *target;
   // A relative path in this variable counts as not set, as its definition demands.
   fs::path data = variable("XDG_DATA_HOME");
   if (!data.is_absolute()) {
@@ -88,9 +97,9 @@ Environment& Composition::open() {
   std::error_code ignored;
   if (!fs::exists(target, ignored))
     throw ProgramError(ExitCode::Failure, target + ": there is no such database", initLine());
-  std::shared_ptr<Connection> connection = database_.open(target);
+  const std::shared_ptr<Connection> connection = database_.open(target);
   requireSchema(*connection, target);
-  connect(std::move(connection), target);
+  connect(connection, target);
   return *environment_;
 }
 
@@ -106,7 +115,7 @@ void Composition::requireSchema(Connection& connection, const std::string& targe
                        "Use the program of that version, or another database with --db.");
 }
 
-void Composition::connect(std::shared_ptr<Connection> connection, const std::string& target) {
+void Composition::connect(const std::shared_ptr<Connection>& connection, const std::string& target) {
   StandaloneOptions standalone;
   standalone.userName = options_.user.empty() ? loginName() : options_.user;
   standalone.sessionDate = options_.sessionDate;

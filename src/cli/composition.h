@@ -40,7 +40,7 @@ private:
   };
 
   std::string initLine() const;
-  void connect(std::shared_ptr<Connection> connection, const std::string& target);
+  void connect(const std::shared_ptr<Connection>& connection, const std::string& target);
   void requireSchema(Connection& connection, const std::string& target) const;
 
   ProgramOptions options_;

@@ -15,8 +15,8 @@ namespace {
 constexpr std::size_t longestKey = 32;
 
 /// What an entry object starts with, without its key: every job gets its own.
-template <class Fields, class EntryObject>
-Fields initial(const EntryObject& object) {
+template <class Fields>
+Fields initial(const Fields& object) {
   Fields fields = object;
   fields.JobID.clear();
   if constexpr (std::is_same_v<Fields, AuftragsPosFields>) fields.ChildID.clear();

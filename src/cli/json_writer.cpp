@@ -53,7 +53,7 @@ JsonWriter& JsonWriter::number(double content) {
   if (!std::isfinite(content)) return null();
   separate();
   std::array<char, 32> buffer{};
-  const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), content).ptr;
+  const auto* const end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), content).ptr;
   output_.write(buffer.data(), end - buffer.data());
   return *this;
 }

@@ -11,14 +11,18 @@
 namespace qx::cli {
 namespace {
 
-/// Holds the single-user lock; released in every case.
+/// Holds the single-user lock, released in every case. Signals stop the run as long as it is held; while the
+/// program waits for the lock they end it at once.
 class HeldLock {
 public:
   explicit HeldLock(const Workplace& place) : place_(place) {
     ImportLock& lock = place.engine.importLock();
     BusyNotice wait(place.output.messages);
     const LockOutcome outcome = lock.take(&wait);
-    if (outcome.state == LockState::Taken) return;
+    if (outcome.state == LockState::Taken) {
+      stop_.emplace(place.engine);
+      return;
+    }
     if (outcome.state == LockState::Unavailable)
       throw ProgramError(ExitCode::Failure, "the import cannot be locked: " + outcome.reason,
                          "Try again when no other program holds the database.");
@@ -39,6 +43,7 @@ public:
 
 private:
   const Workplace& place_;
+  std::optional<StopOnSignal> stop_;
 };
 
 std::unique_ptr<RunPrinter> printerFor(const Output& output) {
@@ -63,7 +68,6 @@ void ProcessCommand::prepare() {
 }
 
 ExitCode ProcessCommand::work(const Workplace& place) {
-  const StopOnSignal stop(place.engine);
   const HeldLock lock(place);
   return runLocked(place);
 }

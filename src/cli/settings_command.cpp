@@ -52,7 +52,7 @@ std::string_view wrongValue(const OptionKey& option, std::string_view text) {
   if (text.empty()) return {};
   switch (option.type) {
   case OptionType::Check:
-    return settingToInt16(text) || parseGermanBoolean(text) ? "" : "the option is \"0\" or \"1\"";
+    return settingToInt16(text) || parseGermanBoolean(text) ? "" : "the option is 0 or 1";
   case OptionType::Integer:
     return Value(text).integer() ? "" : "the option is a whole number";
   case OptionType::Number:

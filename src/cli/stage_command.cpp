@@ -9,19 +9,28 @@
 namespace qx::cli {
 namespace {
 
+std::string reasonOf(const KeyConflict& conflict, std::string_view field) {
+  const std::string key = "the " + std::string(field) + " '" + conflict.key + "' ";
+  switch (conflict.kind) {
+  case KeyConflict::Kind::OtherOwner:
+    return key + "belongs to the job '" + conflict.owner + "'";
+  case KeyConflict::Kind::OtherName:
+    return "a position gives the JobID '" + conflict.owner + "' of another job";
+  case KeyConflict::Kind::JobTwice:
+  case KeyConflict::Kind::PositionTwice:
+    break;
+  }
+  return key + "stands already in object " + std::to_string(conflict.otherJob) + " on line " +
+         std::to_string(conflict.otherLine);
+}
+
 [[noreturn]] void refuse(const KeyConflict& conflict, const std::string& file) {
-  const bool job = conflict.kind == KeyConflict::Kind::JobTwice;
-  const std::string field = job ? "JobID" : "ChildID";
-  std::string message =
-      "object " + std::to_string(conflict.job) + ": the " + field + " '" + conflict.key + "' ";
-  if (conflict.kind == KeyConflict::Kind::OtherOwner)
-    message += "belongs to the job '" + conflict.owner + "'";
-  else
-    message += "stands already in object " + std::to_string(conflict.otherJob) + " on line " +
-               std::to_string(conflict.otherLine);
-  throw ProgramError(ExitCode::BadInput, message,
-                     "Nothing was staged. Give every job and position its own key.",
-                     {file, conflict.line, field});
+  const bool ofPosition =
+      conflict.kind == KeyConflict::Kind::PositionTwice || conflict.kind == KeyConflict::Kind::OtherOwner;
+  const std::string field = ofPosition ? "ChildID" : "JobID";
+  throw ProgramError(
+      ExitCode::BadInput, "object " + std::to_string(conflict.job) + ": " + reasonOf(conflict, field),
+      "Nothing was staged. Give every job and position its own key.", {file, conflict.line, field});
 }
 
 void writeJson(const Output& output, StagingArea& area) {

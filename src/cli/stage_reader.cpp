@@ -85,6 +85,7 @@ public:
   bool parse_error(std::size_t /*position*/, const std::string& /*lastToken*/,
                    const Json::exception& error) override {
     std::string reason = error.what();
+    if (reason.starts_with('[')) reason.erase(0, reason.find(' ') + 1);
     // The library's own place is counted from the beginning of the object.
     if (const auto colon = reason.find(": "); colon != std::string::npos) reason.erase(0, colon + 2);
     const bool cut = reason.find("unexpected end of input") != std::string::npos ||

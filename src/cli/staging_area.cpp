@@ -12,7 +12,7 @@ namespace qx::cli {
 namespace {
 
 template <const auto& table, std::size_t... index>
-constexpr auto columnNames(std::index_sequence<index...>) {
+constexpr auto columnNames(std::index_sequence<index...> /*places*/) {
   return std::array<ColumnName, sizeof...(index)>{ColumnName(table[index].column)...};
 }
 
@@ -160,14 +160,15 @@ std::optional<KeyConflict> StagingArea::ownedInFile() {
   return firstOwned(
       sql("SELECT s.ChildID AS Schluessel, s.StageVorgang AS Vorgang, s.StageZeile AS Zeile, "
           "s.JobID AS Besitzer FROM StagePos s JOIN StageKopf k ON k.rowid = s.StageVorgang "
-          "WHERE s.JobID <> '' AND s.JobID <> k.JobID COLLATE NOCASE ORDER BY s.rowid LIMIT 1"_sql));
+          "WHERE s.JobID <> '' AND s.JobID <> k.JobID COLLATE NOCASE ORDER BY s.rowid LIMIT 1"_sql),
+      KeyConflict::Kind::OtherName);
 }
 
-std::optional<KeyConflict> StagingArea::firstOwned(const Sql& query) {
+std::optional<KeyConflict> StagingArea::firstOwned(const Sql& query, KeyConflict::Kind kind) {
   const auto rows = connection_.open(query);
   if (rows->eof()) return std::nullopt;
   KeyConflict conflict;
-  conflict.kind = KeyConflict::Kind::OtherOwner;
+  conflict.kind = kind;
   conflict.key = rows->text("Schluessel");
   conflict.job = rows->value("Vorgang").integer().value_or(0);
   conflict.line = rows->value("Zeile").integer().value_or(0);
@@ -204,7 +205,8 @@ std::optional<KeyConflict> StagingArea::ownedByOthers() {
       sql("SELECT s.ChildID AS Schluessel, s.StageVorgang AS Vorgang, s.StageZeile AS Zeile, p.JobID AS "
           "Besitzer FROM StagePos s JOIN StageKopf k ON k.rowid = s.StageVorgang JOIN main.ImportPos p "
           "ON p.ChildID = s.ChildID WHERE k.StageSperre = 0 AND p.JobID <> k.JobID "
-          "ORDER BY s.rowid LIMIT 1"_sql));
+          "ORDER BY s.rowid LIMIT 1"_sql),
+      KeyConflict::Kind::OtherOwner);
 }
 
 /// A replaced job keeps its row and with it its place; columns that the file does not give become null.

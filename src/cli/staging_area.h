@@ -18,7 +18,8 @@ struct KeyConflict {
   enum class Kind : std::uint8_t {
     JobTwice,      ///< two jobs of the file have the same key
     PositionTwice, ///< two positions of the file have the same key
-    OtherOwner,    ///< the position belongs to another job, in the file or in the database
+    OtherOwner,    ///< the position belongs to another job in the database
+    OtherName,     ///< the position names another job than the one in which it stands
   };
   Kind kind = Kind::JobTwice;
   std::string key;
@@ -26,7 +27,7 @@ struct KeyConflict {
   std::int64_t line = 0;
   std::int64_t otherJob = 0; ///< place of the earlier job; 0 when it is not in the file
   std::int64_t otherLine = 0;
-  std::string owner; ///< the other job's key, of `OtherOwner`
+  std::string owner; ///< the other job's key, of the last two
 };
 
 /// What became of one job of the file.
@@ -69,7 +70,7 @@ private:
   void findExisting(bool again);
   std::optional<KeyConflict> ownedInFile();
   std::optional<KeyConflict> ownedByOthers();
-  std::optional<KeyConflict> firstOwned(const Sql& query);
+  std::optional<KeyConflict> firstOwned(const Sql& query, KeyConflict::Kind kind);
   void copyHeaders();
   void copyPositions();
 

@@ -5,7 +5,8 @@
 namespace qx::cli {
 namespace {
 
-/// The engine that a signal stops; the only state of the program that is not passed in.
+/// The engine that a signal stops. A handler is handed nothing, so this one state is global.
+// NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables)
 std::atomic<ImportJobObject2*> stoppable{nullptr};
 static_assert(std::atomic<ImportJobObject2*>::is_always_lock_free);
 
