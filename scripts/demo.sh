@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Builds the program and takes customer jobs through every outcome: scripts/demo.sh
+# Builds the program and takes jobs of every kind through their outcomes: scripts/demo.sh
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 scripts/bootstrap.sh build
@@ -57,3 +57,16 @@ run list
 
 tell 'The protocol of the day has one line for every attempt.'
 run protocol
+
+tell 'A second database holds an invented company. Its own jobs are done first, without a list.'
+export QXIMPORTJOB_DB=$folder/company.db
+run init --demo
+echo '$ qximportjob process | tail -n 1'
+{ build/release/bin/qximportjob process 2>/dev/null || true; } | tail -n 1
+
+tell 'Contracts and orders: one order is for a customer who arrives in the same file, one names an unknown article.'
+run stage $demo/orders.json
+run process
+
+tell 'What was written: order number, prices and the reason of each refusal.'
+for job in DEMO-22 DEMO-24 DEMO-27; do run show $job; done
