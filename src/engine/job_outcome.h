@@ -36,8 +36,6 @@ struct RunReport {
   std::size_t error = 0;
   std::size_t protocolErrors = 0; ///< protocol lines and index entries that could not be written
   std::size_t stillWaiting = 0;   ///< jobs left waiting when the run was stopped
-  std::size_t waitingContracts = 0;
-  std::size_t waitingOrders = 0;
   std::string protocolId; ///< empty without a protocol
   std::string failure;
 
