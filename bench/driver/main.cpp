@@ -6,6 +6,8 @@
 
 #include <cstdlib>
 #include <iostream>
+#include <optional>
+#include <span>
 #include <stdexcept>
 #include <string_view>
 
@@ -14,7 +16,7 @@ namespace {
 namespace fs = std::filesystem;
 using namespace qx::bench;
 
-constexpr std::string_view usage = "usage: bench_driver FOLDER [--quick]\n";
+constexpr std::string_view usage = "usage: bench_driver FOLDER [--quick] [--only PART_OF_NAME]\n";
 
 /// A short run shows that everything works; its figures say little.
 constexpr Sizes quickSizes{2000, 1000, 10000};
@@ -36,28 +38,49 @@ void keepSettingsIn(const fs::path& folder) {
   unsetenv("QXIMPORTJOB_DB");
 }
 
-void run(const fs::path& folder, const Sizes& sizes) {
+struct Options {
+  bool quick = false;
+  std::string only; ///< measures the workloads with this in their name
+};
+
+std::optional<Options> readOptions(std::span<char*> words) {
+  Options options;
+  for (std::size_t i = 0; i < words.size(); ++i) {
+    const std::string_view word = words[i];
+    if (word == "--quick")
+      options.quick = true;
+    else if (word == "--only" && i + 1 < words.size())
+      options.only = words[++i];
+    else
+      return std::nullopt;
+  }
+  return options;
+}
+
+void run(const fs::path& folder, const Options& options) {
   fs::create_directories(folder);
   const Place place = placeIn(folder);
   keepSettingsIn(place.folder);
-  const Plan plan = makePlan(place, sizes);
-  Runner runner(place, rounds, std::cerr);
-  runner.prepare(plan.starts);
+  const Plan plan = makePlan(place, options.quick ? quickSizes : Sizes());
+  Runner runner(place, plan.starts, rounds, std::cerr);
   std::vector<Outcome> outcomes;
-  for (const Workload& workload : plan.workloads) outcomes.push_back(runner.measureWorkload(workload));
-  printReport(std::cout, outcomes, plan.growth);
+  for (const Workload& workload : plan.workloads)
+    if (workload.name.find(options.only) != std::string::npos)
+      outcomes.push_back(runner.measureWorkload(workload));
+  printReport(std::cout, outcomes, plan.growths);
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
-  const bool quick = argc == 3 && std::string_view(argv[2]) == "--quick";
-  if (argc != 2 && !quick) {
+  const std::span<char*> words(argv, static_cast<std::size_t>(argc));
+  const auto options = argc < 2 ? std::nullopt : readOptions(words.subspan(2));
+  if (!options) {
     std::cerr << usage;
     return 2;
   }
   try {
-    run(argv[1], quick ? quickSizes : Sizes());
+    run(argv[1], *options);
     return 0;
   } catch (const std::exception& error) {
     std::cerr << "bench_driver: " << error.what() << '\n';

@@ -2,19 +2,12 @@
 
 #include <algorithm>
 #include <iomanip>
-#include <stdexcept>
 #include <string>
 
 namespace qx::bench {
 namespace {
 
 std::string verdict(double value, double goal) { return value <= goal ? "" : "  missed"; }
-
-const Outcome& named(const std::vector<Outcome>& outcomes, const std::string& name) {
-  const auto found = std::ranges::find(outcomes, name, &Outcome::name);
-  if (found == outcomes.end()) throw std::out_of_range("no workload is called " + name);
-  return *found;
-}
 
 void printRow(std::ostream& out, const Outcome& outcome) {
   const double ratio = outcome.ours.seconds / outcome.floor.seconds;
@@ -26,22 +19,29 @@ void printRow(std::ostream& out, const Outcome& outcome) {
       << outcome.ours.peakMiB << " |" << verdict(ratio, outcome.goal) << '\n';
 }
 
+void printGrowth(std::ostream& out, const Outcome& few, const Outcome& many, const Growth& growth) {
+  const double times = many.ours.seconds / few.ours.seconds;
+  out << "growth: " << many.name << " cost " << std::setprecision(1) << times << " times what "
+      << std::setprecision(0) << few.jobs << std::setprecision(1) << " cost (goal " << growth.goal
+      << ", floor " << many.floor.seconds / few.floor.seconds << ")" << verdict(times, growth.goal) << '\n'
+      << "memory: " << many.ours.peakMiB << " MiB at most in that run (goal " << growth.memoryGoalMiB << ")"
+      << verdict(many.ours.peakMiB, growth.memoryGoalMiB) << '\n';
+}
+
 } // namespace
 
-void printReport(std::ostream& out, const std::vector<Outcome>& outcomes, const Growth& growth) {
+void printReport(std::ostream& out, const std::vector<Outcome>& outcomes,
+                 const std::vector<Growth>& growths) {
   out << "| workload" << std::string(34, ' ')
       << " |  jobs/s | floor jobs/s | ratio | cpu ratio | goal | peak MiB |\n"
       << "|" << std::string(44, '-') << "|--------:|-------------:|------:|----------:|-----:|---------:|\n";
   for (const Outcome& outcome : outcomes) printRow(out, outcome);
-
-  const Outcome& few = named(outcomes, growth.few);
-  const Outcome& many = named(outcomes, growth.many);
-  const double times = many.ours.seconds / few.ours.seconds;
-  out << "\ngrowth: " << many.jobs << " jobs cost " << std::setprecision(1) << times << " times what "
-      << few.jobs << " cost (goal " << growth.goal << ", floor " << many.floor.seconds / few.floor.seconds
-      << ")" << verdict(times, growth.goal) << '\n'
-      << "memory: " << many.ours.peakMiB << " MiB at most in a run over " << many.jobs << " jobs (goal "
-      << growth.memoryGoalMiB << ")" << verdict(many.ours.peakMiB, growth.memoryGoalMiB) << '\n';
+  out << '\n';
+  for (const Growth& growth : growths) {
+    const auto few = std::ranges::find(outcomes, growth.few, &Outcome::name);
+    const auto many = std::ranges::find(outcomes, growth.many, &Outcome::name);
+    if (few != outcomes.end() && many != outcomes.end()) printGrowth(out, *few, *many, growth);
+  }
 }
 
 } // namespace qx::bench

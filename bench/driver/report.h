@@ -8,7 +8,8 @@
 
 namespace qx::bench {
 
-/// One table and two closing lines. A goal that was missed is marked.
-void printReport(std::ostream& out, const std::vector<Outcome>& outcomes, const Growth& growth);
+/// One table, and two lines for each growth of which both ends were measured. A goal that was missed is
+/// marked.
+void printReport(std::ostream& out, const std::vector<Outcome>& outcomes, const std::vector<Growth>& growths);
 
 } // namespace qx::bench

@@ -3,6 +3,8 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <stdexcept>
+#include <utility>
 
 namespace qx::bench {
 namespace {
@@ -23,8 +25,8 @@ Measurement medians(const std::vector<Measurement>& all) {
 
 } // namespace
 
-Runner::Runner(const Place& place, int rounds, std::ostream& progress)
-    : place_(place), rounds_(rounds), progress_(progress) {}
+Runner::Runner(const Place& place, std::vector<StartDatabase> starts, int rounds, std::ostream& progress)
+    : place_(place), starts_(std::move(starts)), rounds_(rounds), progress_(progress) {}
 
 fs::path Runner::databaseOf(const std::string& name) const { return place_.folder / (name + ".db"); }
 
@@ -35,13 +37,15 @@ void Runner::copyDatabase(const std::string& from, const std::string& to) {
   fs::copy_file(databaseOf(from), target);
 }
 
-void Runner::prepare(const std::vector<StartDatabase>& starts) {
-  for (const StartDatabase& start : starts) {
-    progress_ << "preparing " << start.name << std::endl;
-    if (!start.copyOf.empty()) copyDatabase(start.copyOf, start.name);
-    for (const CommandFor& command : start.commands)
-      measure(command(databaseOf(start.name).string()), place_.folder / "messages");
-  }
+void Runner::prepare(const std::string& name) {
+  if (!prepared_.insert(name).second) return;
+  const auto start = std::ranges::find(starts_, name, &StartDatabase::name);
+  if (start == starts_.end()) throw std::out_of_range("no database is called " + name);
+  if (!start->copyOf.empty()) prepare(start->copyOf);
+  progress_ << "preparing " << name << std::endl;
+  if (!start->copyOf.empty()) copyDatabase(start->copyOf, name);
+  for (const CommandFor& command : start->commands)
+    measure(command(databaseOf(name).string()), place_.folder / "messages");
 }
 
 Measurement Runner::measureSide(const CommandFor& command, const std::string& start,
@@ -53,6 +57,7 @@ Measurement Runner::measureSide(const CommandFor& command, const std::string& st
 }
 
 Outcome Runner::measureWorkload(const Workload& workload) {
+  prepare(workload.start);
   std::vector<Measurement> ours;
   std::vector<Measurement> floor;
   for (int round = 1; round <= rounds_; ++round) {

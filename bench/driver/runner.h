@@ -4,6 +4,7 @@
 #include "driver/workloads.h"
 
 #include <ostream>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -18,22 +19,24 @@ struct Outcome {
   Measurement floor;
 };
 
-/// Prepares the databases of a plan and measures its workloads. Each round begins with fresh copies, and
-/// after the first one both sides must have left the same rows behind.
+/// Measures workloads and prepares the databases that they begin with when one asks for them. Each round
+/// begins with fresh copies, and after the first one both sides must have left the same rows behind.
 class Runner {
 public:
   /// `progress` is told what is at work. The place must outlive the runner.
-  Runner(const Place& place, int rounds, std::ostream& progress);
+  Runner(const Place& place, std::vector<StartDatabase> starts, int rounds, std::ostream& progress);
 
-  void prepare(const std::vector<StartDatabase>& starts);
   Outcome measureWorkload(const Workload& workload);
 
 private:
+  void prepare(const std::string& name);
   std::filesystem::path databaseOf(const std::string& name) const;
   void copyDatabase(const std::string& from, const std::string& to);
   Measurement measureSide(const CommandFor& command, const std::string& start, const std::string& side);
 
   const Place& place_;
+  std::vector<StartDatabase> starts_;
+  std::set<std::string> prepared_;
   int rounds_;
   std::ostream& progress_;
 };

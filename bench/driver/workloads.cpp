@@ -1,6 +1,6 @@
 #include "driver/workloads.h"
 
-#include "samples/customers.h"
+#include "samples/contracts.h"
 #include "samples/json_lines.h"
 
 #include <fstream>
@@ -41,15 +41,30 @@ private:
   const Place& place_;
 };
 
-std::filesystem::path writeCustomers(const Place& place, std::uint32_t count,
-                                     Numbering numbering = Numbering::Ascending) {
-  const std::string kind = numbering == Numbering::Ascending ? "customers-" : "scattered-";
-  const auto file = place.folder / (kind + std::to_string(count) + ".json");
+/// A file of `count` jobs, each written by `write`.
+template <class Write>
+std::filesystem::path writeJobs(const Place& place, const std::string& kind, std::uint32_t count,
+                                const Write& write) {
+  const auto file = place.folder / (kind + "-" + std::to_string(count) + ".json");
   std::ofstream out(file, std::ios::binary);
-  for (std::uint32_t i = 0; i < count; ++i) writeJsonLine(out, "Kunde", sampleCustomer(i, numbering));
+  for (std::uint32_t i = 0; i < count; ++i) write(out, i);
   out.close();
   if (!out) throw std::runtime_error("cannot write " + file.string());
   return file;
+}
+
+std::filesystem::path writeCustomers(const Place& place, std::uint32_t count,
+                                     Numbering numbering = Numbering::Ascending) {
+  const std::string kind = numbering == Numbering::Ascending ? "customers" : "scattered";
+  return writeJobs(place, kind, count, [numbering](std::ostream& out, std::uint32_t i) {
+    writeJsonLine(out, "Kunde", sampleCustomer(i, numbering));
+  });
+}
+
+std::filesystem::path writeContracts(const Place& place, std::uint32_t count) {
+  return writeJobs(place, "contracts", count, [](std::ostream& out, std::uint32_t i) {
+    writeJsonLine(out, "Vertrag", sampleContract(i));
+  });
 }
 
 std::string grouped(std::uint32_t number) {
@@ -59,6 +74,18 @@ std::string grouped(std::uint32_t number) {
 }
 
 std::string waiting(std::uint32_t count) { return "waiting-" + std::to_string(count); }
+
+void addContracts(Plan& plan, const Place& place, const Sizes& sizes) {
+  const Commands commands(place);
+  const std::string count = std::to_string(sizes.jobs);
+  plan.starts.push_back({"contracts",
+                         "empty",
+                         {commands.floor("customers", {count, "1"}), commands.floor("contracts", {count}),
+                          commands.stage(writeContracts(place, sizes.jobs))}});
+  plan.workloads.push_back({"process contracts (half known), " + grouped(sizes.jobs), sizes.jobs,
+                            processingGoal, "contracts", commands.program({"--json", "process"}),
+                            commands.floor("process-contracts")});
+}
 
 } // namespace
 
@@ -84,7 +111,7 @@ Plan makePlan(const Place& place, const Sizes& sizes) {
   plan.starts = {{"empty", "", {commands.program({"init"}), commands.floor("codes")}},
                  {waiting(sizes.few), "empty", {commands.stage(few)}},
                  {waiting(sizes.many), "empty", {commands.stage(many)}},
-                 {"half-known", "empty", {commands.floor("customers", {count}), commands.stage(jobs)}},
+                 {"half-known", "empty", {commands.floor("customers", {count, "2"}), commands.stage(jobs)}},
                  {"scattered", "empty", {commands.stage(scattered)}}};
   plan.workloads = {{"stage customers, " + grouped(sizes.jobs), sizes.jobs, stagingGoal, "empty",
                      commands.stage(jobs), commands.floor("stage-customers", {count})},
@@ -94,7 +121,9 @@ Plan makePlan(const Place& place, const Sizes& sizes) {
                      "scattered", process, floorProcess},
                     newCustomers(sizes.few),
                     newCustomers(sizes.many)};
-  plan.growth = {newCustomers(sizes.few).name, newCustomers(sizes.many).name, growthGoal, memoryGoalMiB};
+  addContracts(plan, place, sizes);
+  plan.growths.push_back(
+      {newCustomers(sizes.few).name, newCustomers(sizes.many).name, growthGoal, memoryGoalMiB});
   return plan;
 }
 

@@ -49,13 +49,13 @@ struct Growth {
   std::string few; ///< names of workloads
   std::string many;
   double goal = 0;
-  double memoryGoalMiB = 0;
+  double memoryGoalMiB = 0; ///< of the larger run
 };
 
 struct Plan {
-  std::vector<StartDatabase> starts; ///< in an order in which each can be made
+  std::vector<StartDatabase> starts;
   std::vector<Workload> workloads;
-  Growth growth;
+  std::vector<Growth> growths;
 };
 
 /// Writes the files of jobs as well.

@@ -7,10 +7,14 @@
 
 namespace qx::bench {
 
-/// The codes that the sample jobs name; those that are there already stay.
+/// The codes, articles, prices and contract objects that the sample jobs name; codes that are there already
+/// stay.
 void addCodes(Database& database);
 
-/// Every second sample customer below `count`, so that the jobs find half of their customers.
-void addHalfOfCustomers(Database& database, std::uint32_t count);
+/// Every `step`th sample customer below `count`.
+void addCustomers(Database& database, std::uint32_t count, std::uint32_t step);
+
+/// Every second sample contract below `count`.
+void addHalfOfContracts(Database& database, std::uint32_t count);
 
 } // namespace qx::bench

@@ -16,6 +16,19 @@ constexpr std::array compared{
     ComparedTable{"Kundenstamm", "SELECT * FROM Kundenstamm ORDER BY Kundennummer"},
     ComparedTable{"Adressenstamm", "SELECT * FROM Adressenstamm ORDER BY Kundennummer, Adressnummer"},
     ComparedTable{"Adressindex", "SELECT * FROM Adressindex ORDER BY Kundennummer, Art"},
+    ComparedTable{"ImportPos", "SELECT * FROM ImportPos ORDER BY ChildID"},
+    ComparedTable{
+        "Verträge",
+        "SELECT Kundennummer, Vertragsnummer, Vertragsdatum, Vertragsbeginn, Vertragsende, "
+        "Zahlungsweise, Intervall, IntervallErstmals, \"IntervallVerlängerung\", Bemerkung, "
+        "\"Kündigungsgrund\", Zustand, \"ÄndUser\", Vertragsart, VertrGegenstandsNr, Anzahl, Betrag, "
+        "PreisabweichungGrund, PreisabweichungGenehmigender, PreisabweichungDatum, "
+        "PreisabweichungBemerkung, VS_KdNr, GekuendigtAm, GrundVerlorenSchl, Vertragstext "
+        "FROM \"Verträge\" ORDER BY Kundennummer, Vertragsnummer, Vertragsart, VertrGegenstandsNr"},
+    ComparedTable{"Auftragskopf", "SELECT * FROM Auftragskopf ORDER BY Auftragsnummer"},
+    ComparedTable{"Auftragspos", "SELECT * FROM Auftragspos ORDER BY Auftragsnummer, Positionsnummer, rowid"},
+    ComparedTable{"Belegindex", "SELECT * FROM Belegindex ORDER BY Belegart, Belegnummer"},
+    ComparedTable{"Nummernkreise", "SELECT * FROM Nummernkreise ORDER BY NSchl, Buchungskreis"},
     ComparedTable{"Protokollpositionen",
                   "SELECT Zeile, Text0, Text1, Text2, Text3, Text4, Text5, Text6, Text7, Text8, Memo0 "
                   "FROM Protokollpositionen ORDER BY ID, Zeile"}};

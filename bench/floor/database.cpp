@@ -34,6 +34,16 @@ Statement& Statement::bind(int place, std::int64_t number) {
   return *this;
 }
 
+Statement& Statement::bind(int place, double number) {
+  sqlite3_bind_double(statement_.get(), place, number);
+  return *this;
+}
+
+Statement& Statement::bindColumn(int place, const Statement& from, int column) {
+  sqlite3_bind_value(statement_.get(), place, sqlite3_column_value(from.statement_.get(), column));
+  return *this;
+}
+
 Statement& Statement::bindNull(int place) {
   sqlite3_bind_null(statement_.get(), place);
   return *this;
@@ -71,6 +81,8 @@ std::string_view Statement::text(int column) const {
 }
 
 std::int64_t Statement::integer(int column) const { return sqlite3_column_int64(statement_.get(), column); }
+
+double Statement::real(int column) const { return sqlite3_column_double(statement_.get(), column); }
 
 bool Statement::isNull(int column) const {
   return sqlite3_column_type(statement_.get(), column) == SQLITE_NULL;

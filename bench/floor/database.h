@@ -18,6 +18,9 @@ public:
 
   Statement& bind(int place, std::string_view text);
   Statement& bind(int place, std::int64_t number);
+  Statement& bind(int place, double number);
+  /// The value of another statement's row as it stands, null included.
+  Statement& bindColumn(int place, const Statement& from, int column);
   Statement& bindNull(int place);
   /// An empty text becomes null.
   Statement& bindOrNull(int place, std::string_view text);
@@ -32,6 +35,7 @@ public:
   std::string_view columnName(int column) const;
   std::string_view text(int column) const;
   std::int64_t integer(int column) const;
+  double real(int column) const;
   bool isNull(int column) const;
 
 private:

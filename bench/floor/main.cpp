@@ -2,10 +2,13 @@
 
 #include "floor/codes.h"
 #include "floor/comparison.h"
+#include "floor/contracts.h"
 #include "floor/database.h"
 #include "floor/processing.h"
 #include "floor/staging.h"
 
+#include <algorithm>
+#include <array>
 #include <charconv>
 #include <cstdint>
 #include <iostream>
@@ -15,11 +18,34 @@
 
 namespace {
 
-constexpr std::string_view usage = "usage: bench_floor codes DB\n"
-                                   "       bench_floor customers DB COUNT\n"
-                                   "       bench_floor stage-customers DB COUNT\n"
-                                   "       bench_floor process-customers DB\n"
-                                   "       bench_floor compare DB DB\n";
+using namespace qx::bench;
+
+/// What can be done with a database: a verb and how many numbers it takes.
+struct Verb {
+  std::string_view name;
+  std::size_t numbers;
+  void (*run)(Database& database, const std::vector<std::uint32_t>& numbers);
+};
+
+using Numbers = std::vector<std::uint32_t>;
+
+constexpr std::array verbs{
+    Verb{"codes", 0, [](Database& database, const Numbers&) { addCodes(database); }},
+    Verb{"customers", 2, [](Database& database, const Numbers& n) { addCustomers(database, n[0], n[1]); }},
+    Verb{"contracts", 1, [](Database& database, const Numbers& n) { addHalfOfContracts(database, n[0]); }},
+    Verb{"stage-customers", 1, [](Database& database, const Numbers& n) { stageCustomers(database, n[0]); }},
+    Verb{"stage-orders", 2, [](Database& database, const Numbers& n) { stageOrders(database, n[0], n[1]); }},
+    Verb{"process-customers", 0, [](Database& database, const Numbers&) { processCustomers(database); }},
+    Verb{"process-contracts", 0, [](Database& database, const Numbers&) { processContracts(database); }}};
+
+void printUsage(std::ostream& out) {
+  out << "usage: bench_floor compare DB DB\n";
+  for (const Verb& verb : verbs) {
+    out << "       bench_floor " << verb.name << " DB";
+    for (std::size_t i = 0; i < verb.numbers; ++i) out << " NUMBER";
+    out << '\n';
+  }
+}
 
 std::uint32_t count(const std::string& text) {
   std::uint32_t number = 0;
@@ -30,25 +56,20 @@ std::uint32_t count(const std::string& text) {
 }
 
 int run(const std::vector<std::string>& words) {
-  using namespace qx::bench;
-  const std::string verb = words.empty() ? std::string() : words[0];
-  const std::size_t given = words.size();
-  if (verb == "compare" && given == 3) {
+  if (words.size() == 3 && words[0] == "compare") {
     Database first(words[1]);
     Database second(words[2]);
     return sameWork(first, second, std::cerr) ? 0 : 1;
   }
-  const bool counts = verb == "customers" || verb == "stage-customers";
-  const bool plain = verb == "codes" || verb == "process-customers";
-  if (!(counts && given == 3) && !(plain && given == 2)) {
-    std::cerr << usage;
+  const auto verb = words.size() < 2 ? verbs.end() : std::ranges::find(verbs, words[0], &Verb::name);
+  if (verb == verbs.end() || words.size() != verb->numbers + 2) {
+    printUsage(std::cerr);
     return 2;
   }
+  Numbers numbers;
+  for (std::size_t i = 2; i < words.size(); ++i) numbers.push_back(count(words[i]));
   Database database(words[1]);
-  if (verb == "codes") addCodes(database);
-  if (verb == "customers") addHalfOfCustomers(database, count(words[2]));
-  if (verb == "stage-customers") stageCustomers(database, count(words[2]));
-  if (verb == "process-customers") processCustomers(database);
+  verb->run(database, numbers);
   return 0;
 }
 

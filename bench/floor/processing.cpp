@@ -1,31 +1,21 @@
 #include "floor/processing.h"
 
 #include "floor/customer_statements.h"
+#include "floor/job_run.h"
 
 #include <charconv>
-#include <chrono>
 #include <cstdint>
 #include <stdexcept>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace qx::bench {
 namespace {
 
-constexpr std::string_view protocolId = "00000000000000000000000000000001";
-
 std::int64_t numberOf(std::string_view text) {
   std::int64_t number = 0;
   std::from_chars(text.data(), text.data() + text.size(), number);
   return number;
-}
-
-/// "24.12.2026" becomes "20261224000000".
-std::string dayStamp(std::string_view date) {
-  std::string stamp(date.substr(6, 4));
-  stamp.append(date.substr(3, 2)).append(date.substr(0, 2)).append("000000");
-  return stamp;
 }
 
 /// Lower case, the German capitals included.
@@ -146,45 +136,12 @@ private:
   std::string info_, words_;
 };
 
-std::vector<std::pair<std::int64_t, std::string>> waitingJobs(Database& database) {
-  Statement list =
-      database.prepare("SELECT rowid, JobID FROM ImportKopf WHERE JobType=10 ORDER BY Kundennummer, rowid");
-  std::vector<std::pair<std::int64_t, std::string>> keys;
-  while (list.step()) keys.emplace_back(list.integer(0), list.text(1));
-  return keys;
-}
-
 } // namespace
 
 void processCustomers(Database& database) {
-  using std::chrono::steady_clock;
-  constexpr int jobsAGroup = 100;
-  constexpr std::chrono::milliseconds timeAGroup{200};
-
-  database.execute("BEGIN IMMEDIATE");
-  database
-      .prepare("INSERT INTO Protokolle (ID, Titel, Art, Liste, Datum) VALUES "
-               "(?, 'Verarbeitungsprotokoll ImportJob', 'Import', 'LST_ImportJob', '')")
-      .bind(1, protocolId)
-      .run();
-  database.execute("COMMIT");
-
   CustomerRun run(database);
-  Statement begin = database.prepare("BEGIN IMMEDIATE");
-  Statement commit = database.prepare("COMMIT");
-  int jobs = 0;
-  steady_clock::time_point begun;
-  for (const auto& [rowId, jobId] : waitingJobs(database)) {
-    if (jobs == 0) {
-      begin.run();
-      begun = steady_clock::now();
-    }
-    run.write(rowId);
-    if (++jobs < jobsAGroup && steady_clock::now() - begun < timeAGroup) continue;
-    commit.run();
-    jobs = 0;
-  }
-  if (jobs > 0) commit.run();
+  runJobs(database, "SELECT rowid, JobID FROM ImportKopf WHERE JobType=10 ORDER BY Kundennummer, rowid",
+          [&run](std::int64_t rowId) { run.write(rowId); });
 }
 
 } // namespace qx::bench

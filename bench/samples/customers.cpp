@@ -1,8 +1,9 @@
 #include "samples/customers.h"
 
+#include "samples/parts.h"
+
 #include <algorithm>
 #include <array>
-#include <cstdio>
 #include <stdexcept>
 
 namespace qx::bench {
@@ -16,62 +17,16 @@ constexpr std::array<std::string_view, 6> streets{"Hauptstraße", "Am Markt",   
                                                   "Bahnhofstr.", "Mühlengasse", "Ringallee"};
 constexpr std::array<std::string_view, 6> towns{"Lübeck", "Görlitz", "Celle", "Fürth", "Soest", "Aalen"};
 
-constexpr int groups = 8;
-constexpr int reps = 20;
-constexpr int payments = 5;
-constexpr int banks = 50;
-constexpr int shippings = 4;
-
-/// Spreads neighbouring numbers over the whole range; different numbers stay different.
-std::uint64_t scattered(std::uint64_t number) {
-  number += 0x9E3779B97F4A7C15U;
-  number = (number ^ (number >> 30U)) * 0xBF58476D1CE4E5B9U;
-  number = (number ^ (number >> 27U)) * 0x94D049BB133111EBU;
-  return number ^ (number >> 31U);
-}
-
-std::string formatted(const char* format, unsigned value) {
-  std::array<char, 32> text{};
-  std::snprintf(text.data(), text.size(), format, value);
-  return text.data();
-}
-
-std::string jobId(std::uint32_t number) {
-  std::array<char, 40> text{};
-  std::snprintf(text.data(), text.size(), "%016llX%016llX",
-                static_cast<unsigned long long>(scattered(number)),
-                static_cast<unsigned long long>(scattered(number + 0x100000000U)));
-  return text.data();
-}
-
-std::string customerNumber(std::uint32_t number, Numbering numbering) {
-  // An odd factor only reorders the numbers of 24 bits.
-  const std::uint32_t factor = numbering == Numbering::Scattered ? 10368889U : 1U;
-  return std::to_string(20000000U + (number * factor) % (1U << 24U));
-}
-
-std::string groupCode(unsigned i) { return formatted("G%02u", i % groups + 1); }
-std::string repCode(unsigned i) { return formatted("%04u", 1000 + i % reps); }
-std::string paymentCode(unsigned i) { return formatted("Z%u", i % payments + 1); }
-std::string bankCode(unsigned i) { return formatted("%08u", 20050000 + 10 * (i % banks)); }
-std::string shippingCode(unsigned i) { return formatted("V%u", i % shippings + 1); }
-
 template <class List>
 std::string pick(const List& list, unsigned i) {
   return std::string(list[i % list.size()]);
-}
-
-std::string dayIn2026(unsigned i) {
-  std::array<char, 32> text{};
-  std::snprintf(text.data(), text.size(), "%02u.%02u.2026", i % 28 + 1, i / 28 % 12 + 1);
-  return text.data();
 }
 
 SampleField empty(std::string_view name) { return {name, name, {}}; }
 
 void appendPerson(SampleJob& job, unsigned i) {
   job.push_back({"Suchbegriff", "Suchbegriff", pick(families, i / 8) + " " + pick(towns, i)});
-  job.push_back({"Bez1", "Bez1", pick(firms, i) + " " + pick(families, i / 8)});
+  job.push_back({"Bez1", "Bez1", customerName(i)});
   job.push_back({"Bez2", "Bez2", "Inhaber " + pick(families, i / 5)});
   job.push_back(empty("Bez3"));
   job.push_back({"Strasse", "Strasse", pick(streets, i) + formatted(" %u", i % 199 + 1)});
@@ -123,11 +78,21 @@ void appendAddresses(SampleJob& job, unsigned i) {
 
 } // namespace
 
+std::string customerNumber(std::uint32_t number, Numbering numbering) {
+  // An odd factor only reorders the numbers of 24 bits.
+  const std::uint32_t factor = numbering == Numbering::Scattered ? 10368889U : 1U;
+  return std::to_string(20000000U + (number * factor) % (1U << 24U));
+}
+
+std::string customerName(std::uint32_t number) {
+  return pick(firms, number) + " " + pick(families, number / 8);
+}
+
 SampleJob sampleCustomer(std::uint32_t number, Numbering numbering) {
   constexpr std::size_t fieldCount = 64;
   SampleJob job;
   job.reserve(fieldCount);
-  job.push_back({"JobID", "JobID", jobId(number)});
+  job.push_back({"JobID", "JobID", sampleKey(number)});
   job.push_back({"JobType", "JobType", "10", true});
   job.push_back({"Status", "Status", "10", true});
   job.push_back({"Eingangsdatum", "Eingangsdatum", dayIn2026(number)});

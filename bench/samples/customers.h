@@ -23,6 +23,9 @@ using SampleJob = std::vector<SampleField>;
 /// far apart in every index.
 enum class Numbering : std::uint8_t { Ascending, Scattered };
 
+std::string customerNumber(std::uint32_t number, Numbering numbering = Numbering::Ascending);
+std::string customerName(std::uint32_t number);
+
 /// The keys of the jobs are scattered in any case. Every third customer brings along a shipping address.
 SampleJob sampleCustomer(std::uint32_t number, Numbering numbering = Numbering::Ascending);
 

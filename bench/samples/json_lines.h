@@ -8,6 +8,7 @@
 namespace qx::bench {
 
 /// Properties without a value are left out.
-void writeJsonLine(std::ostream& out, std::string_view type, const SampleJob& job);
+void writeJsonLine(std::ostream& out, std::string_view type, const SampleJob& job,
+                   const std::vector<SampleJob>& positions = {});
 
 } // namespace qx::bench
