@@ -19,7 +19,7 @@ using namespace qx::bench;
 constexpr std::string_view usage = "usage: bench_driver FOLDER [--quick] [--only PART_OF_NAME]\n";
 
 /// A short run shows that everything works; its figures say little.
-constexpr Sizes quickSizes{2000, 1000, 10000};
+constexpr Sizes quickSizes{2000, 1000, 10000, 200, 2000};
 constexpr int rounds = 3;
 
 /// The programs lie beside this one.

@@ -2,7 +2,9 @@
 
 #include "samples/contracts.h"
 #include "samples/json_lines.h"
+#include "samples/orders.h"
 
+#include <algorithm>
 #include <fstream>
 #include <stdexcept>
 
@@ -11,6 +13,7 @@ namespace {
 
 constexpr double stagingGoal = 2.0;
 constexpr double processingGoal = 1.6;
+constexpr double orderGoal = 2.0;
 constexpr double growthGoal = 11.0;
 constexpr double memoryGoalMiB = 64;
 
@@ -67,6 +70,13 @@ std::filesystem::path writeContracts(const Place& place, std::uint32_t count) {
   });
 }
 
+std::filesystem::path writeOrders(const Place& place, std::uint32_t count, std::uint32_t customers) {
+  return writeJobs(place, "orders", count, [customers](std::ostream& out, std::uint32_t i) {
+    const SampleOrder order = sampleOrder(i, customers);
+    writeJsonLine(out, "Auftrag", order.head, order.positions);
+  });
+}
+
 std::string grouped(std::uint32_t number) {
   std::string text = std::to_string(number);
   for (std::size_t at = text.size(); at > 3; at -= 3) text.insert(at - 3, ",");
@@ -85,6 +95,29 @@ void addContracts(Plan& plan, const Place& place, const Sizes& sizes) {
   plan.workloads.push_back({"process contracts (half known), " + grouped(sizes.jobs), sizes.jobs,
                             processingGoal, "contracts", commands.program({"--json", "process"}),
                             commands.floor("process-contracts")});
+}
+
+/// Every customer orders several times.
+void addOrders(Plan& plan, const Place& place, const Sizes& sizes) {
+  const Commands commands(place);
+  const std::uint32_t customers = std::max(sizes.manyOrders / 4, 1U);
+  const std::string customerCount = std::to_string(customers);
+  plan.starts.push_back({"customers", "empty", {commands.floor("customers", {customerCount, "1"})}});
+  const auto nameFor = [](std::uint32_t size) { return "process orders of 5, " + grouped(size); };
+  std::vector<Workload> processing;
+  for (const std::uint32_t size : {sizes.fewOrders, sizes.manyOrders}) {
+    const auto file = writeOrders(place, size, customers);
+    const std::string start = "orders-" + std::to_string(size);
+    plan.starts.push_back({start, "customers", {commands.stage(file)}});
+    processing.push_back({nameFor(size), size, orderGoal, start, commands.program({"--json", "process"}),
+                          commands.floor("process-orders")});
+    if (size != sizes.manyOrders) continue;
+    plan.workloads.push_back({"stage orders of 5, " + grouped(size), size, stagingGoal, "customers",
+                              commands.stage(file),
+                              commands.floor("stage-orders", {std::to_string(size), customerCount})});
+  }
+  plan.workloads.insert(plan.workloads.end(), processing.begin(), processing.end());
+  plan.growths.push_back({nameFor(sizes.fewOrders), nameFor(sizes.manyOrders), growthGoal, memoryGoalMiB});
 }
 
 } // namespace
@@ -122,6 +155,7 @@ Plan makePlan(const Place& place, const Sizes& sizes) {
                     newCustomers(sizes.few),
                     newCustomers(sizes.many)};
   addContracts(plan, place, sizes);
+  addOrders(plan, place, sizes);
   plan.growths.push_back(
       {newCustomers(sizes.few).name, newCustomers(sizes.many).name, growthGoal, memoryGoalMiB});
   return plan;

@@ -23,6 +23,8 @@ struct Sizes {
   std::uint32_t jobs = 20000;
   std::uint32_t few = 10000; ///< the two ends of the growth
   std::uint32_t many = 100000;
+  std::uint32_t fewOrders = 2000;
+  std::uint32_t manyOrders = 20000;
 };
 
 /// Makes a command for the database that it is to work on.

@@ -4,6 +4,7 @@
 #include "floor/comparison.h"
 #include "floor/contracts.h"
 #include "floor/database.h"
+#include "floor/orders.h"
 #include "floor/processing.h"
 #include "floor/staging.h"
 
@@ -36,7 +37,8 @@ constexpr std::array verbs{
     Verb{"stage-customers", 1, [](Database& database, const Numbers& n) { stageCustomers(database, n[0]); }},
     Verb{"stage-orders", 2, [](Database& database, const Numbers& n) { stageOrders(database, n[0], n[1]); }},
     Verb{"process-customers", 0, [](Database& database, const Numbers&) { processCustomers(database); }},
-    Verb{"process-contracts", 0, [](Database& database, const Numbers&) { processContracts(database); }}};
+    Verb{"process-contracts", 0, [](Database& database, const Numbers&) { processContracts(database); }},
+    Verb{"process-orders", 0, [](Database& database, const Numbers&) { processOrders(database); }}};
 
 void printUsage(std::ostream& out) {
   out << "usage: bench_floor compare DB DB\n";
