@@ -14,11 +14,10 @@ namespace {
 /// Prints the checked jobs one by one.
 class CheckPrinter {
 public:
-  explicit CheckPrinter(const Output& output) : output_(output), json_(output.result) {
-    if (output_.json) json_.beginObject().key("jobs").beginArray();
-  }
+  explicit CheckPrinter(const Output& output) : output_(output), json_(output.result) {}
 
   void add(const JobBrief& job, const Findings& findings) {
+    begin();
     ++checked_;
     if (findings.status != CheckStatus::Clean) ++withFindings_;
     if (output_.json)
@@ -27,7 +26,15 @@ public:
       addText(job, findings);
   }
 
+  /// Closes a document that was begun with the reason why it is not complete; false when none was begun.
+  bool breakOff(std::string_view reason) {
+    if (!output_.json || !begun_) return false;
+    json_.endArray().key("error").text(reason).endObject().finish();
+    return true;
+  }
+
   ExitCode finish() {
+    begin();
     if (output_.json)
       json_.endArray().endObject().finish();
     else
@@ -36,6 +43,10 @@ public:
   }
 
 private:
+  void begin() {
+    if (output_.json && !begun_) json_.beginObject().key("jobs").beginArray();
+    begun_ = true;
+  }
   void addJson(const JobBrief& job, const Findings& findings) {
     json_.beginObject();
     json_.key("JobID").text(job.jobId);
@@ -54,6 +65,7 @@ private:
 
   const Output& output_;
   JsonWriter json_;
+  bool begun_ = false;
   std::size_t checked_ = 0;
   std::size_t withFindings_ = 0;
 };
@@ -75,10 +87,15 @@ ExitCode CheckCommand::work(const Workplace& place) {
   CheckPrinter printer(place.output);
   JobCheck checker(place.environment);
   const auto checkOne = [&](const JobBrief& job) { printer.add(job, checker.check(job.jobId)); };
-  if (jobIds.empty())
-    forEachWaiting(place.connection(), checkOne);
-  else
-    for (const JobBrief& job : jobs) checkOne(job);
+  try {
+    if (jobIds.empty())
+      forEachWaiting(place.connection(), checkOne);
+    else
+      for (const JobBrief& job : jobs) checkOne(job);
+  } catch (const DatabaseError& error) {
+    if (!printer.breakOff(error.what())) throw;
+    return ExitCode::Failure;
+  }
   return printer.finish();
 }
 
