@@ -15,8 +15,23 @@ void printRow(std::ostream& out, const Outcome& outcome) {
       << std::setprecision(0) << " | " << std::setw(7) << outcome.jobs / outcome.ours.seconds << " | "
       << std::setw(12) << outcome.jobs / outcome.floor.seconds << std::setprecision(2) << " | "
       << std::setw(5) << ratio << " | " << std::setw(9) << outcome.ours.cpuSeconds / outcome.floor.cpuSeconds
-      << " | " << std::setw(4) << std::setprecision(1) << outcome.goal << " | " << std::setw(8)
-      << outcome.ours.peakMiB << " |" << verdict(ratio, outcome.goal) << '\n';
+      << " | " << std::setw(4) << std::setprecision(1);
+  if (outcome.goal > 0)
+    out << outcome.goal;
+  else
+    out << "";
+  out << " | " << std::setw(8) << outcome.ours.peakMiB << " |";
+  if (outcome.goal > 0) out << verdict(ratio, outcome.goal);
+  out << '\n';
+}
+
+void printThroughput(std::ostream& out, const Outcome& outcome) {
+  const double beyondFloor = outcome.ours.cpuSeconds - outcome.floor.cpuSeconds;
+  out << outcome.name << ": " << std::setprecision(1) << outcome.megabytes << " MB, "
+      << outcome.megabytes / outcome.ours.seconds << " MB/s of wall time, "
+      << outcome.megabytes / outcome.ours.cpuSeconds << " MB/s of processor time (floor "
+      << outcome.megabytes / outcome.floor.seconds << " and " << outcome.megabytes / outcome.floor.cpuSeconds
+      << "), " << std::setprecision(2) << beyondFloor << " s of processor time more than the floor\n";
 }
 
 void printGrowth(std::ostream& out, const Outcome& few, const Outcome& many, const Growth& growth) {
@@ -37,6 +52,8 @@ void printReport(std::ostream& out, const std::vector<Outcome>& outcomes,
       << "|" << std::string(44, '-') << "|--------:|-------------:|------:|----------:|-----:|---------:|\n";
   for (const Outcome& outcome : outcomes) printRow(out, outcome);
   out << '\n';
+  for (const Outcome& outcome : outcomes)
+    if (outcome.megabytes > 0) printThroughput(out, outcome);
   for (const Growth& growth : growths) {
     const auto few = std::ranges::find(outcomes, growth.few, &Outcome::name);
     const auto many = std::ranges::find(outcomes, growth.many, &Outcome::name);

@@ -3,6 +3,8 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <fstream>
+#include <sstream>
 #include <stdexcept>
 #include <utility>
 
@@ -23,6 +25,12 @@ Measurement medians(const std::vector<Measurement>& all) {
           median(all, &Measurement::peakMiB)};
 }
 
+std::string contentOf(const fs::path& file) {
+  std::ostringstream content;
+  content << std::ifstream(file, std::ios::binary).rdbuf();
+  return content.str();
+}
+
 } // namespace
 
 Runner::Runner(const Place& place, std::vector<StartDatabase> starts, int rounds, std::ostream& progress)
@@ -41,7 +49,8 @@ void Runner::prepare(const std::string& name) {
   if (!prepared_.insert(name).second) return;
   const auto start = std::ranges::find(starts_, name, &StartDatabase::name);
   if (start == starts_.end()) throw std::out_of_range("no database is called " + name);
-  if (!start->copyOf.empty()) prepare(start->copyOf);
+  for (const std::string& needed : {start->copyOf, start->after})
+    if (!needed.empty()) prepare(needed);
   progress_ << "preparing " << name << std::endl;
   if (!start->copyOf.empty()) copyDatabase(start->copyOf, name);
   for (const CommandFor& command : start->commands)
@@ -56,6 +65,14 @@ Measurement Runner::measureSide(const CommandFor& command, const std::string& st
   return measure(command(databaseOf(side).string()), place_.folder / "messages");
 }
 
+void Runner::requireSameWork(const Workload& workload) const {
+  const std::string ours = databaseOf("ours").string();
+  const std::string floor = databaseOf("floor").string();
+  measure({place_.floor.string(), "compare", ours, floor}, place_.folder / "messages");
+  if (workload.file && contentOf(workload.file(ours)) != contentOf(workload.file(floor)))
+    throw std::runtime_error(workload.name + ": the files differ");
+}
+
 Outcome Runner::measureWorkload(const Workload& workload) {
   prepare(workload.start);
   std::vector<Measurement> ours;
@@ -64,11 +81,11 @@ Outcome Runner::measureWorkload(const Workload& workload) {
     progress_ << workload.name << ": round " << round << " of " << rounds_ << std::endl;
     ours.push_back(measureSide(workload.ours, workload.start, "ours"));
     floor.push_back(measureSide(workload.floor, workload.start, "floor"));
-    if (round > 1) continue;
-    measure({place_.floor.string(), "compare", databaseOf("ours").string(), databaseOf("floor").string()},
-            place_.folder / "messages");
+    if (round == 1) requireSameWork(workload);
   }
-  return {workload.name, workload.jobs, workload.goal, medians(ours), medians(floor)};
+  const auto size = workload.file ? fs::file_size(workload.file(databaseOf("ours").string())) : 0;
+  return {workload.name, workload.jobs,  workload.goal,
+          medians(ours), medians(floor), static_cast<double>(size) / 1e6};
 }
 
 } // namespace qx::bench

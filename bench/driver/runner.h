@@ -17,6 +17,7 @@ struct Outcome {
   double goal = 0;
   Measurement ours;
   Measurement floor;
+  double megabytes = 0; ///< of the file that was written or read; 0 when there is none
 };
 
 /// Measures workloads and prepares the databases that they begin with when one asks for them. Each round
@@ -29,6 +30,7 @@ public:
   Outcome measureWorkload(const Workload& workload);
 
 private:
+  void requireSameWork(const Workload& workload) const;
   void prepare(const std::string& name);
   std::filesystem::path databaseOf(const std::string& name) const;
   void copyDatabase(const std::string& from, const std::string& to);

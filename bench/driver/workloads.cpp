@@ -120,6 +120,27 @@ void addOrders(Plan& plan, const Place& place, const Sizes& sizes) {
   plan.growths.push_back({nameFor(sizes.fewOrders), nameFor(sizes.manyOrders), growthGoal, memoryGoalMiB});
 }
 
+/// The file to be imported is written by the program, once.
+void addJobFiles(Plan& plan, const Place& place, const Sizes& sizes) {
+  const Commands commands(place);
+  const auto exported = [](const std::string& database) { return std::filesystem::path(database + ".edi"); };
+  const auto exportTo = [program = place.program.string(), exported](const std::string& database) {
+    return Command{program, "--db", database, "export", exported(database).string()};
+  };
+  const auto floorExport = [floor = place.floor.string(), exported](const std::string& database) {
+    return Command{floor, "export-customers", database, exported(database).string()};
+  };
+  const std::filesystem::path file = place.folder / "exported.db.edi";
+  plan.starts.push_back({"exported", waiting(sizes.many), {exportTo}});
+  plan.starts.push_back({"importing", "empty", {}, "exported"});
+  plan.workloads.push_back({"export customers, " + grouped(sizes.many), sizes.many, 0, waiting(sizes.many),
+                            exportTo, floorExport, exported});
+  plan.workloads.push_back({"import customers, " + grouped(sizes.many), sizes.many, 0, "importing",
+                            commands.program({"import", file.string()}),
+                            commands.floor("import-customers", {file.string()}),
+                            [file](const std::string&) { return file; }});
+}
+
 } // namespace
 
 Plan makePlan(const Place& place, const Sizes& sizes) {
@@ -156,6 +177,7 @@ Plan makePlan(const Place& place, const Sizes& sizes) {
                     newCustomers(sizes.many)};
   addContracts(plan, place, sizes);
   addOrders(plan, place, sizes);
+  addJobFiles(plan, place, sizes);
   plan.growths.push_back(
       {newCustomers(sizes.few).name, newCustomers(sizes.many).name, growthGoal, memoryGoalMiB});
   return plan;

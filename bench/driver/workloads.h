@@ -30,13 +30,17 @@ struct Sizes {
 /// Makes a command for the database that it is to work on.
 using CommandFor = std::function<Command(const std::string& database)>;
 
+/// The file that a command writes or reads.
+using FileFor = std::function<std::filesystem::path(const std::string& database)>;
+
 struct Workload {
   std::string name;
   std::uint32_t jobs = 0;
-  double goal = 0;   ///< at most so many times the floor
+  double goal = 0;   ///< at most so many times the floor; 0: none
   std::string start; ///< the prepared database that both sides begin with
   CommandFor ours;
   CommandFor floor;
+  FileFor file{}; ///< both sides write or read the same; empty when there is none
 };
 
 /// A database to begin with, made once: a copy of another one and a few commands.
@@ -44,6 +48,7 @@ struct StartDatabase {
   std::string name;
   std::string copyOf; ///< empty: none
   std::vector<CommandFor> commands;
+  std::string after{}; ///< another one whose making leaves behind a file that is needed; empty: none
 };
 
 /// How the cost of a workload grows with the number of jobs, and how large the program grows with it.

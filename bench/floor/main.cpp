@@ -4,6 +4,7 @@
 #include "floor/comparison.h"
 #include "floor/contracts.h"
 #include "floor/database.h"
+#include "floor/job_files.h"
 #include "floor/orders.h"
 #include "floor/processing.h"
 #include "floor/staging.h"
@@ -41,7 +42,9 @@ constexpr std::array verbs{
     Verb{"process-orders", 0, [](Database& database, const Numbers&) { processOrders(database); }}};
 
 void printUsage(std::ostream& out) {
-  out << "usage: bench_floor compare DB DB\n";
+  out << "usage: bench_floor compare DB DB\n"
+      << "       bench_floor export-customers DB FILE\n"
+      << "       bench_floor import-customers DB FILE\n";
   for (const Verb& verb : verbs) {
     out << "       bench_floor " << verb.name << " DB";
     for (std::size_t i = 0; i < verb.numbers; ++i) out << " NUMBER";
@@ -62,6 +65,11 @@ int run(const std::vector<std::string>& words) {
     Database first(words[1]);
     Database second(words[2]);
     return sameWork(first, second, std::cerr) ? 0 : 1;
+  }
+  if (words.size() == 3 && (words[0] == "export-customers" || words[0] == "import-customers")) {
+    Database database(words[1]);
+    (words[0] == "export-customers" ? exportCustomers : importCustomers)(database, words[2]);
+    return 0;
   }
   const auto verb = words.size() < 2 ? verbs.end() : std::ranges::find(verbs, words[0], &Verb::name);
   if (verb == verbs.end() || words.size() != verb->numbers + 2) {
