@@ -1,6 +1,7 @@
 #include "store/staging_writer.h"
 
 #include "model/job_codes.h"
+#include "store/record_columns.h"
 
 #include <array>
 #include <string>
@@ -8,25 +9,6 @@
 
 namespace qx {
 namespace {
-
-template <const auto& table, std::size_t... index>
-constexpr auto columnNames(std::index_sequence<index...> /*places*/) {
-  return std::array<ColumnName, sizeof...(index)>{ColumnName(table[index].column)...};
-}
-
-/// The columns of a field table, hashed at compile time.
-template <const auto& table>
-constexpr auto columns = columnNames<table>(std::make_index_sequence<table.size()>{});
-
-/// Sets every stored property of the record but `except`, which the caller sets.
-template <const auto& table, class Record>
-void setColumns(Recordset& row, const Record& record, std::string_view except = {}) {
-  for (std::size_t i = 0; i < table.size(); ++i) {
-    const auto& field = table[i];
-    if (!field.stored() || field.name == except) continue;
-    row.set(columns<table>[i], field.visit(record, [](const auto& property) { return Value(property); }));
-  }
-}
 
 struct HeaderRow {
   std::unique_ptr<Recordset> row;
