@@ -1,17 +1,25 @@
 #!/usr/bin/env bash
-# Measures the program against bare SQLite on this machine: scripts/bench.sh [--quick]
+# Measures the program against bare SQLite on this machine: scripts/bench.sh [--quick] [--only PART_OF_NAME]
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
-case ${1:-} in
-'' | --quick) ;;
-*)
-  echo "usage: scripts/bench.sh [--quick]" >&2
+usage() {
+  echo "usage: scripts/bench.sh [--quick] [--only PART_OF_NAME]" >&2
   exit 2
-  ;;
-esac
+}
+arguments=("$@")
+while [ $# -gt 0 ]; do
+  case $1 in
+  --quick) shift ;;
+  --only)
+    shift
+    shift || usage
+    ;;
+  *) usage ;;
+  esac
+done
 scripts/bootstrap.sh build bench
 scripts/build.sh release qximportjob bench_floor bench_driver
 # On the disk of the checkout: a temporary folder in memory would flatter both sides.
 folder=$(mktemp -d build/release/bench-XXXXXX)
 trap 'rm -rf "$folder"' EXIT
-build/release/bin/bench_driver "$folder" "$@"
+build/release/bin/bench_driver "$folder" "${arguments[@]}"
