@@ -37,11 +37,12 @@ void configure(sqlite3* handle, const std::string& target) {
         target);
 }
 
-/// A savepoint keeps copies of the pages that it changes; beyond this size SQLite would spill them to
-/// temporary files, which costs a run half its time. Once per process and before SQLite starts; in a process
-/// that has already started it, the default stays.
+/// A savepoint keeps copies of the pages that it changes; beyond 64 KiB SQLite would spill them to temporary
+/// files, which costs a run half its time. Twice that is enough for one job. It must not be more: a journal
+/// that overflows is written in one piece, of which SQLite's file layer takes 17 bits of length. Once per
+/// process and before SQLite starts; in a process that has already started it, the default stays.
 void keepSavepointsInMemory() {
-  constexpr int spillAt = 4 << 20;
+  constexpr int spillAt = 131071;
   [[maybe_unused]] static const int configured = sqlite3_config(SQLITE_CONFIG_STMTJRNL_SPILL, spillAt);
 }
 
