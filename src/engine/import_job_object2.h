@@ -155,7 +155,7 @@ public:
   std::string Encrypt(std::string_view strText);
   std::string Decrypt(std::string_view strText);
   /// The sum of the characters' codes. Raises `std::overflow_error` when 32 bits do not hold it.
-  std::int32_t CheckSum(std::string_view strText) const;
+  static std::int32_t CheckSum(std::string_view strText);
   /// @}
 
   /// @name Settings. Failures are skipped.

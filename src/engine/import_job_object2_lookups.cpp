@@ -187,8 +187,6 @@ std::string ImportJobObject2::Encrypt(std::string_view strText) { return scrambl
 
 std::string ImportJobObject2::Decrypt(std::string_view strText) { return scrambler().Decrypt(strText); }
 
-std::int32_t ImportJobObject2::CheckSum(std::string_view strText) const {
-  return Scrambler::CheckSum(strText);
-}
+std::int32_t ImportJobObject2::CheckSum(std::string_view strText) { return Scrambler::CheckSum(strText); }
 
 } // namespace qx

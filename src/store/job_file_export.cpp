@@ -15,7 +15,7 @@ namespace {
 
 struct FileColumn {
   ColumnName name;
-  FieldKind kind;
+  FieldKind kind = FieldKind::Text;
 };
 
 /// The columns behind a line. Those that the record lacks are texts but for the two type columns.

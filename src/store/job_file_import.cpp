@@ -6,18 +6,23 @@
 
 #include <exception>
 #include <optional>
+#include <utility>
 
 namespace qx {
 namespace {
 
+/// Records are cheaper than the jobs of a run. Large groups write each page of an index once instead of
+/// often; the 200 ms after which a group ends keep other programs from waiting.
+constexpr std::size_t recordsInGroup = 10'000;
 /// Without a unit of work the message loop runs after so many records.
 constexpr std::int64_t recordsBetweenYields = 1000;
 
 class JobFileImport {
 public:
-  JobFileImport(Environment& environment, const std::filesystem::path& file, JobFileVersion version,
+  JobFileImport(Environment& environment, std::filesystem::path file, JobFileVersion version,
                 JobFileObserver& observer, BusyWait* wait)
-      : environment_(environment), file_(file), observer_(observer), group_(environment, wait) {
+      : environment_(environment), file_(std::move(file)), observer_(observer),
+        group_(environment, wait, recordsInGroup) {
     activeConnection(environment_);
     const RecordPlace place{environment_, group_, observer_, pending_};
     store_ = version == JobFileVersion::One ? version1RecordStore(place) : version2RecordStore(place);

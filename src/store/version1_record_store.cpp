@@ -63,7 +63,7 @@ private:
     ++place_.pending.positions;
   }
 
-  Connection& connection() { return activeConnection(place_.environment); }
+  Connection& connection() const { return activeConnection(place_.environment); }
 
   RecordPlace place_;
   std::string header_; ///< the key of the last header that was stored

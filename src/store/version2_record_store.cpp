@@ -26,13 +26,13 @@ public:
   void store(const JobFileItem& record, const std::vector<std::string_view>& fields) override {
     switch (lineKind(record.code)) {
     case LineKind::Customer:
-      storeJob<KundeFields>(record, fields, Kunde(place_.environment), kundeFields, customerLineOrder);
+      storeJob(record, fields, Kunde(place_.environment), kundeFields, customerLineOrder);
       break;
     case LineKind::Contract:
-      storeJob<VertragFields>(record, fields, Vertrag(place_.environment), vertragFields, contractLineOrder);
+      storeJob(record, fields, Vertrag(place_.environment), vertragFields, contractLineOrder);
       break;
     case LineKind::Order:
-      storeJob<AuftragFields>(record, fields, Auftrag(place_.environment), auftragFields, orderLineOrder);
+      storeJob(record, fields, Auftrag(place_.environment), auftragFields, orderLineOrder);
       break;
     case LineKind::Position:
       storePosition(record, fields);
@@ -43,13 +43,13 @@ public:
   }
 
 private:
-  template <class Record, std::size_t fields, std::size_t places>
-  void storeJob(const JobFileItem& record, const std::vector<std::string_view>& texts, Record job,
+  template <class Entry, class Record, std::size_t fields, std::size_t places>
+  void storeJob(const JobFileItem& record, const std::vector<std::string_view>& texts, Entry job,
                 const FieldTable<Record, fields>& table, const std::array<std::size_t, places>& order) {
-    readRecord(texts, table, order, job);
+    readRecord<Record>(texts, table, order, job);
     if (job.JobID.empty()) throw RecordRefused("JobID is empty");
     place_.group.begin();
-    const auto before = writeStaged(activeConnection(place_.environment), job);
+    const auto before = writeStaged(activeConnection(place_.environment), static_cast<const Record&>(job));
     ++place_.pending.jobs;
     if (!before || !isDone(*before) || isDone(job.JobType)) return;
     ++place_.pending.setBack;

@@ -15,7 +15,7 @@ void WorkGroup::begin() {
 bool WorkGroup::endJob(bool alone) {
   ++jobs_;
   const bool old = environment_.clock.elapsed() - begunAt_ >= oldAt;
-  if (!alone && !old && jobs_ < fullAt && environment_.connection->ownsWork()) return false;
+  if (!alone && !old && jobs_ < fullAt_ && environment_.connection->ownsWork()) return false;
   finish();
   return true;
 }

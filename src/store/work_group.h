@@ -18,8 +18,9 @@ namespace qx {
 class WorkGroup {
 public:
   /// `wait` decides how long the start of a group waits for another program; null for the connection's own
-  /// limit.
-  WorkGroup(Environment& environment, BusyWait* wait) : environment_(environment), wait_(wait) {}
+  /// limit. A group is full with `fullAt` jobs.
+  WorkGroup(Environment& environment, BusyWait* wait, std::size_t fullAt = 100)
+      : environment_(environment), wait_(wait), fullAt_(fullAt) {}
   WorkGroup(Environment& environment, BusyWait& wait) : WorkGroup(environment, &wait) {}
   WorkGroup(const WorkGroup&) = delete;
   WorkGroup& operator=(const WorkGroup&) = delete;
@@ -41,12 +42,12 @@ public:
 private:
   void leaveGap();
 
-  static constexpr std::size_t fullAt = 100;
   static constexpr std::chrono::milliseconds oldAt{200};
   static constexpr std::chrono::milliseconds gap{5};
 
   Environment& environment_;
   BusyWait* wait_;
+  std::size_t fullAt_;
   std::vector<std::function<void()>> promises_;
   std::chrono::milliseconds begunAt_{};
   std::chrono::milliseconds heldSinceGap_{};
