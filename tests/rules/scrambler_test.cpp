@@ -5,7 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <stdexcept>
 
 using namespace qx;
@@ -25,9 +24,8 @@ std::string tableFile(std::string_view banner = "Ein Banner mit 23 Zei\xE4n",
                       std::string_view lineEnd = "\r\n") {
   std::string content;
   for (std::size_t turn = 1; turn <= 4; ++turn) {
-    std::string table = plainAlphabet();
-    std::ranges::rotate(table, table.begin() + static_cast<std::ptrdiff_t>(turn));
-    content.append(table).append(lineEnd);
+    const std::string alphabet = plainAlphabet();
+    content.append(alphabet.substr(turn)).append(alphabet.substr(0, turn)).append(lineEnd);
   }
   return content.append(banner);
 }
