@@ -36,7 +36,7 @@ struct RunReport {
   std::size_t error = 0;
   std::size_t protocolErrors = 0; ///< protocol lines and index entries that could not be written
   std::size_t stillWaiting = 0;   ///< jobs left waiting when the run was stopped
-  std::string protocolId; ///< empty without a protocol
+  std::string protocolId;         ///< empty without a protocol
   std::string failure;
 
   void count(const JobOutcome& outcome);
