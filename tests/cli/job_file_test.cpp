@@ -71,7 +71,7 @@ TEST_F(JobFile, WhatIsNoFileOfTheVersionEndsWithTwoAndChangesNothing) {
 
 TEST_F(JobFile, AFullDiskEndsWithFourAndTheCountsAreWhatIsDurable) {
   std::string content = banner;
-  for (int i = 0; i < 3000; ++i) content += customer("K" + std::to_string(i), "10");
+  for (int i = 0; i < 12000; ++i) content += customer("K" + std::to_string(i), "10");
   erp.folder.write("in.edi", content);
   ProgramResult result;
   {
@@ -81,8 +81,8 @@ TEST_F(JobFile, AFullDiskEndsWithFourAndTheCountsAreWhatIsDurable) {
   EXPECT_EQ(result.status, 4);
   EXPECT_TRUE(result.json().contains("error"));
   EXPECT_EQ(result.json()["jobs"], erp.count(sql("Select Count(*) From ImportKopf"_sql)));
-  EXPECT_LT(result.json()["jobs"], 3000);
-  EXPECT_EQ(run({"import", file("in.edi"), "--json"}).json()["jobs"], 3000);
+  EXPECT_LT(result.json()["jobs"], 12000);
+  EXPECT_EQ(run({"import", file("in.edi"), "--json"}).json()["jobs"], 12000);
 
   erp.folder.write("out.edi", "die alte Datei");
   {
