@@ -1,0 +1,107 @@
+#include "ui/form.h"
+
+#include "rules/german_text.h"
+
+#include <stdexcept>
+#include <utility>
+
+namespace qx {
+namespace {
+
+/// The code of the row that a typed text stands for; the text itself when it stands for none.
+std::string codeOf(const ComboContent& content, std::string_view typed) {
+  const auto code = static_cast<std::size_t>(content.codeColumn);
+  const auto shown = content.hiddenColumn == 0 ? std::size_t{1} : std::size_t{0};
+  for (const std::size_t column : {code, shown})
+    for (const auto& row : content.rows.rows)
+      if (equalCodes(row[column], typed)) return row[code];
+  return std::string(typed);
+}
+
+std::optional<std::size_t> rowOf(const ComboContent& content, std::string_view code) {
+  const auto column = static_cast<std::size_t>(content.codeColumn);
+  for (std::size_t row = 0; row < content.rows.rows.size(); ++row)
+    if (equalCodes(content.rows.rows[row][column], code)) return row;
+  return std::nullopt;
+}
+
+} // namespace
+
+std::optional<std::size_t> Form::find(std::string_view name) const {
+  for (std::size_t place = 0; place < specs_.size(); ++place)
+    if (specs_[place]->name == name) return place;
+  return std::nullopt;
+}
+
+bool Form::changed() const {
+  for (std::size_t place = 0; place < controls_.size(); ++place)
+    if (controls_[place].text != stored_[place]) return true;
+  return false;
+}
+
+void Form::type(std::size_t place, std::string_view text) {
+  if (readOnly_ || !controls_[place].enabled) return;
+  if (specs_[place]->kind != ControlKind::Combo) {
+    controls_[place].text = text;
+    return;
+  }
+  ComboContent& content = contents_[place];
+  controls_[place].text = codeOf(content, trimBlanks(text));
+  content.selected = rowOf(content, controls_[place].text);
+}
+
+void Form::takeMaster(std::size_t place) {
+  if (!controls_[place].master) return;
+  type(place, std::string(*controls_[place].master));
+  leave(place);
+}
+
+void Form::build(bool customerSpecific) {
+  specs_.clear();
+  for (const ControlGroup& group : groups())
+    for (const ControlSpec& spec : group.controls)
+      if (customerSpecific || !spec.customerSpecific) specs_.push_back(&spec);
+  controls_.assign(specs_.size(), {});
+  contents_.assign(specs_.size(), {});
+  stored_.assign(specs_.size(), {});
+}
+
+ControlState& Form::at(std::string_view name) {
+  const auto place = find(name);
+  if (!place) throw std::logic_error("no control " + std::string(name));
+  return controls_[*place];
+}
+
+std::string Form::text(std::string_view name) const {
+  const auto place = find(name);
+  return place ? controls_[*place].text : std::string();
+}
+
+ComboContent& Form::contentOf(std::string_view name) {
+  const auto place = find(name);
+  if (!place) throw std::logic_error("no control " + std::string(name));
+  return contents_[*place];
+}
+
+void Form::mark(std::string_view name, CheckStatus severity, std::string message) {
+  const auto place = find(name);
+  if (!place) return;
+  controls_[*place].picture = severity;
+  controls_[*place].message = severity == CheckStatus::Clean ? std::string() : std::move(message);
+}
+
+void Form::settle() {
+  for (std::size_t place = 0; place < controls_.size(); ++place) stored_[place] = controls_[place].text;
+}
+
+void Form::setReadOnly(bool readOnly) {
+  readOnly_ = readOnly;
+  for (ControlState& control : controls_) control.enabled = !readOnly;
+}
+
+void ComboFiller::setRowSource(ComboRows rows) {
+  content_.rows = std::move(rows);
+  content_.selected.reset();
+}
+
+} // namespace qx

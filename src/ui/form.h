@@ -1,0 +1,85 @@
+// A set of controls and their state, without a toolkit.
+#pragma once
+
+#include "ui/control.h"
+
+#include <cstddef>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace qx {
+
+/// Groups of controls of which each holds one value.
+///
+/// The window calls a member for each thing that the clerk does and then shows the state again.
+class Form {
+public:
+  Form() = default;
+  Form(const Form&) = delete;
+  Form& operator=(const Form&) = delete;
+  virtual ~Form() = default;
+
+  /// The groups from left to right, top to bottom.
+  virtual std::span<const ControlGroup> groups() const = 0;
+
+  /// The controls that are shown, in the order of the groups. A control is known by its place here.
+  const std::vector<const ControlSpec*>& specs() const { return specs_; }
+  /// The place of a control; null when there is none of this name.
+  std::optional<std::size_t> find(std::string_view name) const;
+  const ControlState& control(std::size_t place) const { return controls_[place]; }
+  /// What a combo or list offers.
+  const ComboContent& content(std::size_t place) const { return contents_[place]; }
+  /// Nothing may be changed.
+  bool readOnly() const { return readOnly_; }
+  /// Differs from what was loaded or saved last.
+  virtual bool changed() const;
+
+  /// The clerk has typed or chosen; nothing is checked yet. In a combo a code as well as a shown text stands for
+  /// its row.
+  virtual void type(std::size_t place, std::string_view text);
+  /// The clerk leaves the control: its checks run again.
+  virtual void leave(std::size_t place) = 0;
+  /// Opens the control's lookup and takes over what was chosen. False when nothing was chosen.
+  virtual bool lookUp(std::size_t place) = 0;
+  /// Takes over the stored value from which the control differs.
+  void takeMaster(std::size_t place);
+
+protected:
+  /// Shows the controls of the groups; those of the customer-specific mode only in it.
+  void build(bool customerSpecific);
+  ControlState& at(std::string_view name);
+  bool has(std::string_view name) const { return find(name).has_value(); }
+  /// The value of a control; "" for one that is not shown.
+  std::string text(std::string_view name) const;
+  ComboContent& contentOf(std::string_view name);
+  /// Shows a picture with its message beside the control; clean clears it.
+  void mark(std::string_view name, CheckStatus severity, std::string message = {});
+  /// What is shown now counts as stored.
+  void settle();
+  void setReadOnly(bool readOnly);
+
+private:
+  std::vector<const ControlSpec*> specs_;
+  std::vector<ControlState> controls_;
+  std::vector<ComboContent> contents_;
+  std::vector<std::string> stored_;
+  bool readOnly_ = false;
+};
+
+/// Fills a combo of a form from the engine's lists.
+class ComboFiller final : public ComboTarget {
+public:
+  explicit ComboFiller(ComboContent& content) : content_(content) { content_ = {}; }
+  void setRowSource(ComboRows rows) override;
+  void hideColumn(int index) override { content_.hiddenColumn = index; }
+  void setColumnHeaders(bool /*shown*/) override {}
+  void setBookmark(std::size_t row) override { content_.selected = row; }
+
+private:
+  ComboContent& content_;
+};
+
+} // namespace qx

@@ -1,0 +1,79 @@
+// The grid of a job dialog, without a toolkit.
+#pragma once
+
+#include "model/job_codes.h"
+#include "rules/combo_target.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace qx {
+
+enum class GridColumnKind : std::uint8_t {
+  Picture, ///< a bitmap
+  Text,
+  LongText, ///< edited on several lines
+  Number,   ///< a German decimal number
+  Money,    ///< two decimals
+  Date,     ///< dd.mm.yyyy; may be empty
+  Unit,     ///< one of `JobGrid::units`, others can be typed
+  Check,    ///< "1" or "0"
+  Button,   ///< opens the details of its row
+};
+
+struct GridColumn {
+  std::string_view name; ///< column of the table, or the heading of one that is not stored
+  std::string_view caption;
+  GridColumnKind kind = GridColumnKind::Text;
+  bool editable = false;
+  bool hidden = false;           ///< kept, not shown
+  bool customerSpecific = false; ///< shown in customer-specific mode only
+};
+
+struct GridCell {
+  std::string text;
+  CheckStatus severity = CheckStatus::Clean; ///< how the cell is marked
+  std::string message;                       ///< tool tip
+  std::string_view bitmap;                   ///< resource name of a picture; empty for none
+};
+
+/// Rows of cells, counted from 0. Columns are known by their place in `columns`.
+class JobGrid {
+public:
+  virtual ~JobGrid() = default;
+  /// The object name of the grid.
+  virtual std::string_view name() const = 0;
+  virtual std::span<const GridColumn> columns() const = 0;
+  virtual std::size_t rowCount() const = 0;
+  virtual GridCell cell(std::size_t row, std::size_t column) const = 0;
+  /// The row of a position's or job's key; null when there is none.
+  virtual std::optional<std::size_t> rowOf(std::string_view item) const = 0;
+  /// One line below the grid; empty for none.
+  virtual std::string summary() const { return {}; }
+
+  /// Whether cells can be edited and rows added and removed.
+  virtual bool editable() const { return false; }
+  /// What the unit column offers.
+  virtual ComboRows units() const { return {}; }
+  /// Sets a cell and checks its row again. An empty text when it was taken, else why this text cannot stand
+  /// here; the cell keeps its value then.
+  virtual std::string edit(std::size_t /*row*/, std::size_t /*column*/, std::string_view /*text*/) {
+    return {};
+  }
+  /// Appends an empty row; its number.
+  virtual std::size_t addRow() { return 0; }
+  virtual void removeRow(std::size_t /*row*/) {}
+  /// Sets cells from tab separated lines, downwards and to the right of a cell through the columns that are
+  /// shown and can be edited; rows are appended as needed. Empty when every cell was taken, else what was not.
+  virtual std::string paste(std::size_t /*row*/, std::size_t /*column*/, std::string_view /*text*/) {
+    return {};
+  }
+  /// The staged job that the details button of a row opens; empty for none.
+  virtual std::string detailsOf(std::size_t /*row*/) const { return {}; }
+};
+
+} // namespace qx
