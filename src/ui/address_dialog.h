@@ -4,6 +4,8 @@
 #include "rules/customer_addresses.h"
 #include "ui/form.h"
 
+#include <cstdint>
+#include <span>
 #include <string>
 
 namespace qx {
