@@ -19,21 +19,21 @@ enum class ControlKind : std::uint8_t {
   Number, ///< a German decimal number
   Date,   ///< dd.mm.yyyy; may be empty
   Combo,  ///< a code of a master table, chosen from two columns of which one is shown; others can be typed
-  List,   ///< one of a few fixed items
+  List,   ///< one of a few fixed codes, chosen by their texts
   Check,  ///< "1" or "0"
 };
 
 /// What does not change about a control. Texts are literals; names are the object names in the window.
 struct ControlSpec {
-  std::string_view name;
-  std::string_view caption; ///< of the field, access key marked with '&'
+  std::string_view name{};
+  std::string_view caption{}; ///< of the field, access key marked with '&'
   ControlKind kind = ControlKind::Text;
-  std::string_view column;       ///< of `ImportKopf`; empty for one that is shown only
-  std::string_view picture;      ///< the picture control beside it; empty for none
-  std::string_view button;       ///< its lookup button; empty for none
-  std::string_view lookup;       ///< the name of the lookup that button and F4 open
-  std::string_view description;  ///< the label with the text of its code; empty for none
-  bool customerSpecific = false; ///< shown in customer-specific mode only
+  std::string_view column{};      ///< of `ImportKopf`; empty for one that is shown only
+  std::string_view picture{};     ///< the picture control beside it; empty for none
+  std::string_view button{};      ///< its lookup button; empty for none
+  std::string_view lookup{};      ///< the name of the lookup that button and F4 open
+  std::string_view description{}; ///< the label with the text of its code; empty for none
+  bool customerSpecific = false;  ///< shown in customer-specific mode only
 };
 
 /// Controls that stand together under a heading.
@@ -52,7 +52,7 @@ struct ComboContent {
 
 /// What a control shows at this moment.
 struct ControlState {
-  std::string text; ///< of a combo: the code; of a check box: "1" or "0"; of a list: the item
+  std::string text; ///< of a combo or list: the code; of a check box: "1" or "0"
   bool enabled = true;
   CheckStatus picture = CheckStatus::Clean; ///< of the picture beside it; clean shows none
   std::string message;                      ///< the picture's tool tip

@@ -1,50 +1,58 @@
 #include "ui/finding_list.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace qx {
 
 void FindingList::report(Finding finding) {
-  const auto same = std::find_if(findings_.begin(), findings_.end(), [&](const Finding& held) {
-    return held.code == finding.code && held.item == finding.item;
-  });
   if (finding.severity == CheckStatus::Clean) {
-    if (same != findings_.end()) findings_.erase(same);
-  } else if (same != findings_.end()) {
-    *same = std::move(finding);
-  } else {
-    findings_.push_back(std::move(finding));
+    clear(finding.code, finding.item);
+    return;
   }
+  const auto [entry, isNew] = findings_.try_emplace(key(finding.item, finding.code));
+  if (isNew) entry->second.number = arrived_++;
+  entry->second.finding = std::move(finding);
 }
 
-void FindingList::clear(std::string_view code, std::string_view item) {
-  std::erase_if(findings_, [&](const Finding& held) { return held.code == code && held.item == item; });
-}
+void FindingList::clear(std::string_view code, std::string_view item) { findings_.erase(key(item, code)); }
 
 void FindingList::clearItem(std::string_view item) {
-  std::erase_if(findings_, [&](const Finding& held) { return held.item == item; });
+  auto entry = findings_.lower_bound(key(item, ""));
+  while (entry != findings_.end() && entry->first.first == item) entry = findings_.erase(entry);
 }
 
 std::vector<Finding> FindingList::sorted() const {
-  std::vector<Finding> worstFirst = findings_;
-  std::stable_sort(worstFirst.begin(), worstFirst.end(),
-                   [](const Finding& a, const Finding& b) { return a.severity > b.severity; });
-  return worstFirst;
+  std::vector<const Entry*> order;
+  order.reserve(findings_.size());
+  for (const auto& [key, entry] : findings_) order.push_back(&entry);
+  std::sort(order.begin(), order.end(), [](const Entry* a, const Entry* b) {
+    if (a->finding.severity != b->finding.severity) return a->finding.severity > b->finding.severity;
+    return a->number < b->number;
+  });
+  std::vector<Finding> findings;
+  findings.reserve(order.size());
+  for (const Entry* entry : order) findings.push_back(entry->finding);
+  return findings;
 }
 
 CheckStatus FindingList::status() const {
   CheckStatus status = CheckStatus::Clean;
-  for (const Finding& finding : findings_)
-    if (finding.code != processingErrorCode) status = worse(status, finding.severity);
+  for (const auto& [key, entry] : findings_)
+    if (entry.finding.code != processingErrorCode) status = worse(status, entry.finding.severity);
   return status;
 }
 
 CheckStatus FindingList::statusOf(std::string_view item) const {
   CheckStatus status = CheckStatus::Clean;
-  for (const Finding& finding : findings_)
-    if (finding.item == item) status = worse(status, finding.severity);
+  for (auto entry = findings_.lower_bound(key(item, ""));
+       entry != findings_.end() && entry->first.first == item; ++entry)
+    status = worse(status, entry->second.finding.severity);
   return status;
+}
+
+std::string FindingList::text(std::string_view code, std::string_view item) const {
+  const auto entry = findings_.find(key(item, code));
+  return entry == findings_.end() ? std::string() : entry->second.finding.text;
 }
 
 } // namespace qx

@@ -3,8 +3,11 @@
 
 #include "model/job_codes.h"
 
+#include <cstdint>
+#include <map>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace qx {
@@ -19,27 +22,41 @@ struct Finding {
   CheckStatus severity = CheckStatus::Clean;
   std::string text;    ///< shown as "Fehlertext"
   std::string control; ///< the object name of the control that it speaks of; a grid for positions
+  std::string place;   ///< the number of the position, shown behind the code; empty for the header
 };
 
 /// Holds one finding per code and position. A clean report removes it.
 class FindingList {
 public:
   void report(Finding finding);
-  /// Removes every finding of these positions and codes.
   void clear(std::string_view code, std::string_view item = {});
+  /// Removes all findings of a position.
   void clearItem(std::string_view item);
   void clearAll() { findings_.clear(); }
 
+  bool empty() const { return findings_.empty(); }
   /// Worst first; equal ones in the order in which they were found.
   std::vector<Finding> sorted() const;
   /// The highest severity but for `processingErrorCode`; clean without findings.
   CheckStatus status() const;
   /// The highest severity of one position.
   CheckStatus statusOf(std::string_view item) const;
-  const std::vector<Finding>& all() const { return findings_; }
+  /// The text of a finding; empty when there is none.
+  std::string text(std::string_view code, std::string_view item) const;
 
 private:
-  std::vector<Finding> findings_;
+  struct Entry {
+    Finding finding;
+    std::uint64_t number = 0; ///< of arrival
+  };
+  using Key = std::pair<std::string, std::string>; ///< position, code
+
+  static Key key(std::string_view item, std::string_view code) {
+    return {std::string(item), std::string(code)};
+  }
+
+  std::map<Key, Entry> findings_;
+  std::uint64_t arrived_ = 0;
 };
 
 } // namespace qx

@@ -41,7 +41,8 @@ bool Form::changed() const {
 
 void Form::type(std::size_t place, std::string_view text) {
   if (readOnly_ || !controls_[place].enabled) return;
-  if (specs_[place]->kind != ControlKind::Combo) {
+  const ControlKind kind = specs_[place]->kind;
+  if (kind != ControlKind::Combo && kind != ControlKind::List) {
     controls_[place].text = text;
     return;
   }
@@ -81,6 +82,20 @@ ComboContent& Form::contentOf(std::string_view name) {
   const auto place = find(name);
   if (!place) throw std::logic_error("no control " + std::string(name));
   return contents_[*place];
+}
+
+bool Form::offer(std::string_view name, std::vector<std::array<std::string, 2>> items) {
+  ComboContent& content = contentOf(name);
+  content = {};
+  content.hiddenColumn = 1;
+  content.rows.rows = std::move(items);
+  return select(name);
+}
+
+bool Form::select(std::string_view name) {
+  ComboContent& content = contentOf(name);
+  content.selected = rowOf(content, text(name));
+  return content.selected.has_value();
 }
 
 void Form::mark(std::string_view name, CheckStatus severity, std::string message) {

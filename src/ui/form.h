@@ -3,6 +3,7 @@
 
 #include "ui/control.h"
 
+#include <array>
 #include <cstddef>
 #include <optional>
 #include <span>
@@ -37,8 +38,8 @@ public:
   /// Differs from what was loaded or saved last.
   virtual bool changed() const;
 
-  /// The clerk has typed or chosen; nothing is checked yet. In a combo a code as well as a shown text stands for
-  /// its row.
+  /// The clerk has typed or chosen; nothing is checked yet. In a combo a code as well as a shown text stands
+  /// for its row.
   virtual void type(std::size_t place, std::string_view text);
   /// The clerk leaves the control: its checks run again.
   virtual void leave(std::size_t place) = 0;
@@ -55,6 +56,11 @@ protected:
   /// The value of a control; "" for one that is not shown.
   std::string text(std::string_view name) const;
   ComboContent& contentOf(std::string_view name);
+  /// Offers fixed items, each a text and a code, and selects that of the control's value. False when it is
+  /// none.
+  bool offer(std::string_view name, std::vector<std::array<std::string, 2>> items);
+  /// Selects the row of the control's value. False when there is none.
+  bool select(std::string_view name);
   /// Shows a picture with its message beside the control; clean clears it.
   void mark(std::string_view name, CheckStatus severity, std::string message = {});
   /// What is shown now counts as stored.

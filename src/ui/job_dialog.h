@@ -2,13 +2,16 @@
 #pragma once
 
 #include "engine/import_job_object2.h"
+#include "engine/job_editing.h"
 #include "ui/finding_list.h"
 #include "ui/form.h"
 #include "ui/job_grid.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -43,6 +46,8 @@ public:
   virtual std::string title() const = 0;
   /// The object name of the button that closes without saving.
   virtual std::string_view cancelButton() const = 0;
+  /// The title of a box that shows the message of a picture.
+  virtual std::string_view boxTitle() const { return defaultTitle; }
   /// Why nothing may be changed, on one line; empty when it may.
   std::string readOnlyReason() const;
   /// One line on what went wrong last; empty otherwise.
@@ -63,10 +68,9 @@ public:
   virtual void checkMore(std::size_t /*count*/) {}
   /// The editor of the job's delivery and invoice address, made on what is shown now; null for none. Hand it
   /// back to `takeAddresses` when the clerk agrees.
-  virtual std::unique_ptr<AddressDialog> addresses() { return nullptr; }
+  virtual std::unique_ptr<AddressDialog> addresses();
   virtual void takeAddresses(const AddressDialog& /*edited*/) {}
 
-  bool changed() const override;
   void leave(std::size_t place) override;
   bool lookUp(std::size_t place) override;
 
@@ -91,6 +95,8 @@ protected:
   virtual void takeLookup(std::string_view control, const std::vector<std::string>& chosen) = 0;
   /// What a lookup of this control is about: a customer number or "".
   virtual std::string lookupContext(std::string_view /*control*/) const { return {}; }
+  /// Whether a job that stands at a warning or an error goes on by a release only.
+  virtual bool offersRelease() const { return true; }
   /// Writes everything but the address blocks.
   virtual void store() = 0;
   /// Writes the address blocks.
@@ -98,10 +104,20 @@ protected:
   /// @}
 
   /// A finding with a picture beside its control. A clean severity removes both.
-  void report(std::string_view code, std::string_view control, CheckStatus severity, std::string text);
+  void report(std::string_view code, std::string_view control, CheckStatus severity, std::string text = {});
   /// Runs a step; a failure is told to the diagnostics and the notice. False then.
-  template <class Step>
-  bool trying(std::string_view where, Step&& step);
+  bool trying(std::string_view where, const std::function<void()>& step);
+  /// Lists what an earlier processing wrote into the job.
+  void reportFailure(Recordset& job);
+  /// What the controls changed in the columns behind them.
+  std::vector<ColumnChange> changes() const;
+  /// The value of a control as its column stores it; null for an empty one.
+  Value stored(const ControlSpec& spec, const ControlState& control) const;
+  /// A control whose text is no number or date; null when all can be read.
+  std::optional<std::size_t> unreadable() const;
+  const JobEditing& editing() const { return editing_; }
+  ReadJob readJob() const { return {jobId_, jobType_}; }
+  void setJobType(std::int16_t jobType) { jobType_ = jobType; }
   void setNotice(std::string text) { notice_ = std::move(text); }
   bool customerSpecific() const { return customerSpecific_; }
 
@@ -111,7 +127,12 @@ protected:
   FindingList findings_;
 
 private:
+  bool tellFailure(std::string_view text, const std::function<void()>& work);
+  void normalise(std::size_t place);
+
   DialogContext context_;
+  JobEditing editing_;
+  std::vector<std::string> loaded_;
   bool customerSpecific_ = false;
   std::string jobId_;
   std::int16_t jobType_ = 0;

@@ -26,8 +26,8 @@ enum class GridColumnKind : std::uint8_t {
 };
 
 struct GridColumn {
-  std::string_view name; ///< column of the table, or the heading of one that is not stored
-  std::string_view caption;
+  std::string_view name{}; ///< column of the table, or the heading of one that is not stored
+  std::string_view caption{};
   GridColumnKind kind = GridColumnKind::Text;
   bool editable = false;
   bool hidden = false;           ///< kept, not shown
@@ -35,10 +35,16 @@ struct GridColumn {
 };
 
 struct GridCell {
-  std::string text;
+  std::string text{};
   CheckStatus severity = CheckStatus::Clean; ///< how the cell is marked
-  std::string message;                       ///< tool tip
-  std::string_view bitmap;                   ///< resource name of a picture; empty for none
+  std::string message{};                     ///< tool tip
+  std::string_view bitmap{};                 ///< resource name of a picture; empty for none
+};
+
+/// A staged job by its key and code.
+struct JobReference {
+  std::string jobId;
+  std::int16_t jobType = 0;
 };
 
 /// Rows of cells, counted from 0. Columns are known by their place in `columns`.
@@ -57,7 +63,9 @@ public:
 
   /// Whether cells can be edited and rows added and removed.
   virtual bool editable() const { return false; }
-  /// What the unit column offers.
+  /// What an editor of the cell begins with: the value with all its digits.
+  virtual std::string editText(std::size_t row, std::size_t column) const { return cell(row, column).text; }
+  /// What the unit column offers: texts and codes.
   virtual ComboRows units() const { return {}; }
   /// Sets a cell and checks its row again. An empty text when it was taken, else why this text cannot stand
   /// here; the cell keeps its value then.
@@ -68,12 +76,13 @@ public:
   virtual std::size_t addRow() { return 0; }
   virtual void removeRow(std::size_t /*row*/) {}
   /// Sets cells from tab separated lines, downwards and to the right of a cell through the columns that are
-  /// shown and can be edited; rows are appended as needed. Empty when every cell was taken, else what was not.
+  /// shown and can be edited; rows are appended as needed. Empty when every cell was taken, else what was
+  /// not.
   virtual std::string paste(std::size_t /*row*/, std::size_t /*column*/, std::string_view /*text*/) {
     return {};
   }
-  /// The staged job that the details button of a row opens; empty for none.
-  virtual std::string detailsOf(std::size_t /*row*/) const { return {}; }
+  /// The staged job that the details button of a row opens; one without a key for none.
+  virtual JobReference detailsOf(std::size_t /*row*/) const { return {}; }
 };
 
 } // namespace qx

@@ -1,0 +1,242 @@
+#include "ui/addressed_job_dialog.h"
+
+#include "rules/german_text.h"
+
+#include <utility>
+
+namespace qx {
+namespace {
+
+/// A combo, the code of its finding, how the finding begins and which list fills it.
+struct CodeControl {
+  std::string_view control;
+  std::string_view finding;
+  std::string_view before;
+  bool (ImportJobObject2::*list)(ComboTarget&, std::string_view) const;
+};
+
+constexpr std::array codeControls{
+    CodeControl{"tdbVertreter1", "VT", "Vertreter: ", &ImportJobObject2::FillComboVertreter},
+    CodeControl{"tdbVersandart", "VSA", "Versandart: ", &ImportJobObject2::FillComboVersandart},
+    CodeControl{"tdbZahlungsart", "ZA", "Zahlungsart: ", &ImportJobObject2::FillComboZahlungsart},
+    CodeControl{"tdbZahlungsbed", "ZB", "Zahlungsbedingung: ", &ImportJobObject2::FillComboZahlungsbed},
+    CodeControl{"tdbKundengruppe", "KG", "Kundengruppe: ", &ImportJobObject2::FillComboKundengruppe},
+    CodeControl{"tdbPreisliste", "PL", "Preisliste: ", &ImportJobObject2::FillComboPreisliste},
+    CodeControl{"tdbWährung", "WÄ", "Währung: ", &ImportJobObject2::FillComboWährung},
+    CodeControl{"tdbWährungEG", "WÄE", "Währung: ", &ImportJobObject2::FillComboWährung},
+};
+
+using Line = std::string Adresse::*;
+constexpr std::array<Line, 7> addressLines{&Adresse::Bez1, &Adresse::Bez2, &Adresse::Bez3, &Adresse::Strasse,
+                                           &Adresse::PLZ,  &Adresse::Ort,  &Adresse::Land};
+
+CheckStatus warningUnless(bool fine) { return fine ? CheckStatus::Clean : CheckStatus::Warning; }
+
+/// An address on one line.
+std::string oneLine(const Adresse& address) {
+  std::string text;
+  for (const Line line : addressLines) {
+    const std::string& part = address.*line;
+    if (!part.empty()) text += (text.empty() ? "" : ", ") + part;
+  }
+  return text;
+}
+
+} // namespace
+
+struct AddressedJobDialog::BlockSpec {
+  std::string_view customer; ///< control of the customer number
+  std::string_view number;   ///< control of the address number
+  std::array<ColumnName, 7> columns;
+  std::string_view missingCode;
+  std::string_view missingText;
+  std::string_view differsCode;
+  std::string_view differsText;
+};
+
+const std::array<AddressedJobDialog::BlockSpec, 2>& AddressedJobDialog::blocks() {
+  static constexpr std::array<BlockSpec, 2> specs{
+      BlockSpec{"txtVersandKdn",
+                "txtVersandAdr",
+                {"VS_Bez1", "VS_Bez2", "VS_Bez3", "VS_Straße", "VS_PLZ", "VS_Ort", "VS_Land"},
+                "VS",
+                "Versand an wurde nicht angelegt",
+                "VA",
+                "Versandadresse ist nicht identisch: "},
+      // The spelling of the first text is what clerks know.
+      BlockSpec{"txtRechnungKdnr",
+                "txtRechnungAdr",
+                {"RG_Bez1", "RG_Bez2", "RG_Bez3", "RG_Straße", "RG_PLZ", "RG_Ort", "RG_Land"},
+                "RG",
+                "Rechnung an wurde nicht angelgt",
+                "RA",
+                "Rechnungsadresse ist nicht identisch: "}};
+  return specs;
+}
+
+AddressedJobDialog::AddressedJobDialog(const DialogContext& context) : JobDialog(context) {}
+
+AddressedJobDialog::~AddressedJobDialog() = default;
+
+std::unique_ptr<Recordset> AddressedJobDialog::open(std::string_view jobId) {
+  return editing().header(jobId);
+}
+
+void AddressedJobDialog::readAddresses(Recordset& job) {
+  for (std::size_t block = 0; block < blocks().size(); ++block)
+    for (std::size_t line = 0; line < addressLines.size(); ++line) {
+      const ColumnName column = blocks()[block].columns[line];
+      lines_[block].*addressLines[line] = job.hasField(column) ? job.text(column) : std::string();
+    }
+  stored_ = lines_;
+}
+
+void AddressedJobDialog::fillCodes() {
+  for (const CodeControl& code : codeControls) {
+    if (!has(code.control)) continue;
+    ComboFiller filler(contentOf(code.control));
+    (engine().*code.list)(filler, text(code.control));
+    checkCode(code.control);
+  }
+}
+
+void AddressedJobDialog::checkCode(std::string_view control) {
+  for (const CodeControl& code : codeControls) {
+    if (code.control != control) continue;
+    const std::string value = text(control);
+    const bool known = select(control) || value.empty();
+    report(code.finding, control, warningUnless(known),
+           std::string(code.before) + value + " wurde noch nicht angelegt.");
+  }
+}
+
+/// The name of the bank belongs to its code.
+void AddressedJobDialog::checkBank() {
+  const std::string code = text("txtBlz");
+  const std::string name = code.empty() ? std::string() : engine().GetBankverbindung(code);
+  const bool unknown = !code.empty() && name.empty();
+  const bool differs = !name.empty() && name != text("txtKreditinstitut");
+  report("BLZ", "txtBlz", warningUnless(!unknown), "Bankleitzahl: " + code + " wurde noch nicht angelegt.");
+  report("BV", "txtKreditinstitut", warningUnless(!differs),
+         "Bankverbindung sind nicht identisch: " + name);
+  at("txtKreditinstitut").master = differs ? std::optional(name) : std::nullopt;
+}
+
+void AddressedJobDialog::checkCustomer() {
+  const std::string number = text("txtKundennummer");
+  clearComparison();
+  if (engine().KundeAngelegt(number)) {
+    report("KN", "txtKundennummer", CheckStatus::Clean);
+    Adresse stored;
+    engine().GetAdressDaten(number, "", stored.Bez1, stored.Bez2, stored.Bez3, stored.Strasse, stored.Land,
+                            stored.PLZ, stored.Ort);
+    compareCustomer(stored);
+  } else {
+    reportUnknownCustomer(number);
+  }
+}
+
+void AddressedJobDialog::checkAddresses() {
+  for (std::size_t block = 0; block < blocks().size(); ++block) checkBlock(blocks()[block], lines_[block]);
+}
+
+void AddressedJobDialog::checkBlock(const BlockSpec& spec, const Adresse& lines) {
+  const std::string own = text("txtKundennummer");
+  const std::string number = text(spec.number);
+  std::string customer = text(spec.customer);
+  const bool noKey = customer.empty() && number.empty();
+  if (customer.empty()) customer = own;
+  // The job's own number without an address number stands for the customer that the job creates.
+  const bool exists =
+      noKey || (number.empty() && equalCodes(customer, own)) || engine().KundeAngelegt(customer, number);
+  report(spec.missingCode, spec.customer, exists ? CheckStatus::Clean : CheckStatus::Error,
+         std::string(spec.missingText));
+  Adresse stored;
+  const bool found = exists && !noKey &&
+                     engine().GetAdressDaten(customer, number, stored.Bez1, stored.Bez2, stored.Bez3,
+                                             stored.Strasse, stored.Land, stored.PLZ, stored.Ort);
+  const bool differs = found && lines != Adresse() && lines != stored;
+  findings_.report({std::string(spec.differsCode), "", warningUnless(!differs),
+                    std::string(spec.differsText) + oneLine(stored), std::string(spec.number), ""});
+  mark(spec.number, warningUnless(!differs), std::string(spec.differsText) + oneLine(stored));
+}
+
+void AddressedJobDialog::checkAccount() {
+  const std::string account = text("txtHauptkonto");
+  const bool fine = account.empty() || engine().KundeAngelegt(account);
+  report("HK", "txtHauptkonto", warningUnless(fine), "Hauptkonto " + account + " wurde nicht angelegt");
+}
+
+void AddressedJobDialog::check(std::string_view control) {
+  checkCode(control);
+  if (control == "txtBlz" || control == "txtKreditinstitut") checkBank();
+  if (control == "txtHauptkonto") checkAccount();
+  const bool customer = control == "txtKundennummer";
+  if (customer) checkCustomer();
+  for (const BlockSpec& block : blocks())
+    if (customer || control == block.customer || control == block.number) checkAddresses();
+}
+
+std::string AddressedJobDialog::lookupContext(std::string_view control) const {
+  for (const BlockSpec& block : blocks()) {
+    if (control != block.number) continue;
+    const std::string customer = text(block.customer);
+    return customer.empty() ? text("txtKundennummer") : customer;
+  }
+  return {};
+}
+
+void AddressedJobDialog::takeLookup(std::string_view control, const std::vector<std::string>& chosen) {
+  const auto put = [&](std::string_view name, std::string_view value) {
+    if (const auto place = find(name)) type(*place, value);
+  };
+  bool addressKey = false;
+  for (const BlockSpec& block : blocks()) {
+    if (control != block.number || chosen.size() < 2) continue;
+    // An address of no customer leaves the customer number as it is.
+    if (!chosen[0].empty()) put(block.customer, chosen[0]);
+    put(block.number, chosen[1]);
+    addressKey = true;
+  }
+  if (!addressKey) put(control, chosen.front());
+  if (control == "txtBlz") put("txtKreditinstitut", engine().GetBankverbindung(chosen.front()));
+  check(control);
+}
+
+AddressBlock AddressedJobDialog::blockOf(const BlockSpec& spec, const Adresse& lines) const {
+  return {text(spec.customer), text(spec.number), lines};
+}
+
+std::unique_ptr<AddressDialog> AddressedJobDialog::addresses() {
+  return std::make_unique<AddressDialog>(context(), text("txtKundennummer"), blockOf(blocks()[0], lines_[0]),
+                                         blockOf(blocks()[1], lines_[1]), readOnly());
+}
+
+void AddressedJobDialog::takeAddresses(const AddressDialog& edited) {
+  if (readOnly()) return;
+  constexpr std::array parts{AddressDialog::Block::Delivery, AddressDialog::Block::Invoice};
+  for (std::size_t block = 0; block < parts.size(); ++block) {
+    const AddressBlock taken = edited.block(parts[block]);
+    type(*find(blocks()[block].customer), taken.customer);
+    type(*find(blocks()[block].number), taken.number);
+    lines_[block] = taken.lines;
+  }
+  trying("Prüfen der Adressen", [this] { checkAddresses(); });
+}
+
+bool AddressedJobDialog::changed() const { return JobDialog::changed() || lines_ != stored_; }
+
+void AddressedJobDialog::storeAddresses() {
+  std::vector<ColumnChange> changes;
+  for (std::size_t block = 0; block < blocks().size(); ++block)
+    for (std::size_t line = 0; line < addressLines.size(); ++line) {
+      const std::string& text = lines_[block].*addressLines[line];
+      if (text == stored_[block].*addressLines[line]) continue;
+      changes.push_back({blocks()[block].columns[line], text.empty() ? Value::null() : Value(text)});
+    }
+  if (changes.empty()) return;
+  editing().save(readJob(), changes);
+  stored_ = lines_;
+}
+
+} // namespace qx

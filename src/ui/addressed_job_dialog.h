@@ -1,0 +1,59 @@
+// What the dialogs of customer and order jobs share, without a toolkit.
+#pragma once
+
+#include "rules/customer_addresses.h"
+#include "ui/address_dialog.h"
+#include "ui/job_dialog.h"
+
+#include <array>
+#include <optional>
+
+namespace qx {
+
+/// A job with codes of the master tables, a bank, a delivery and an invoice address.
+class AddressedJobDialog : public JobDialog {
+public:
+  explicit AddressedJobDialog(const DialogContext& context);
+  ~AddressedJobDialog() override;
+
+  std::string_view cancelButton() const override { return "cmdClose"; }
+  bool changed() const override;
+  std::unique_ptr<AddressDialog> addresses() override;
+  void takeAddresses(const AddressDialog& edited) override;
+
+protected:
+  std::unique_ptr<Recordset> open(std::string_view jobId) override;
+  void takeLookup(std::string_view control, const std::vector<std::string>& chosen) override;
+  std::string lookupContext(std::string_view control) const override;
+  void check(std::string_view control) override;
+  void storeAddresses() override;
+
+  /// How an unknown customer is reported.
+  virtual void reportUnknownCustomer(const std::string& number) = 0;
+  /// What follows a customer that is known; `stored` is its main address.
+  virtual void compareCustomer(const Adresse& stored) = 0;
+  /// Removes what `compareCustomer` may have reported.
+  virtual void clearComparison() = 0;
+
+  void readAddresses(Recordset& job);
+  /// Fills the combos that the dialog shows and reports unknown codes.
+  void fillCodes();
+  void checkBank();
+  void checkCustomer();
+  void checkAddresses();
+  void checkAccount();
+
+private:
+  /// One of the two address blocks: its columns, controls, codes and messages.
+  struct BlockSpec;
+  static const std::array<BlockSpec, 2>& blocks();
+
+  void checkCode(std::string_view control);
+  void checkBlock(const BlockSpec& spec, const Adresse& lines);
+  AddressBlock blockOf(const BlockSpec& spec, const Adresse& lines) const;
+
+  std::array<Adresse, 2> lines_;  ///< delivery and invoice, as the clerk left them
+  std::array<Adresse, 2> stored_; ///< as they stand in the job
+};
+
+} // namespace qx

@@ -1,0 +1,31 @@
+// The dialog of a staged customer, without a toolkit.
+#pragma once
+
+#include "ui/addressed_job_dialog.h"
+#include "ui/contract_grid.h"
+
+namespace qx {
+
+/// Compares the job field by field with the customer master and lists the contracts that came with it.
+class CustomerDialog final : public AddressedJobDialog {
+public:
+  using AddressedJobDialog::AddressedJobDialog;
+
+  std::span<const ControlGroup> groups() const override;
+  std::string title() const override;
+  JobGrid* grid() override { return &contracts_; }
+
+protected:
+  bool isDone(std::int16_t jobType) const override { return jobType == qxtJobKundenDone; }
+  void fill(Recordset& job) override;
+  void check(std::string_view control) override;
+  void store() override;
+  void reportUnknownCustomer(const std::string& number) override;
+  void compareCustomer(const Adresse& stored) override;
+  void clearComparison() override;
+
+private:
+  ContractGrid contracts_;
+};
+
+} // namespace qx

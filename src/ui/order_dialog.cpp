@@ -1,0 +1,180 @@
+#include "ui/order_dialog.h"
+
+#include "model/date.h"
+#include "settings/settings.h"
+#include "ui/shared_controls.h"
+
+#include <array>
+#include <utility>
+
+namespace qx {
+namespace {
+
+constexpr std::array customerControls{
+    ControlSpec{.name = "txtKundennummer",
+                .caption = "&Kundennummer",
+                .column = "Kundennummer",
+                .picture = "imgKundennummer",
+                .button = "cmdKundennummer",
+                .lookup = "Kundenauskunft",
+                .description = "lblKundennummer"},
+    ControlSpec{.name = "txtHauptkonto",
+                .caption = "&Hauptkonto",
+                .column = "Hauptkonto",
+                .picture = "imgHauptkonto",
+                .button = "cmdHauptkonto",
+                .lookup = "Kundenauskunft"},
+    ControlSpec{.name = "txtTelefon", .caption = "&Telefon", .column = "Telefon"},
+    ControlSpec{.name = "txtFax", .caption = "Tele&fax", .column = "Telefax"},
+    ControlSpec{.name = "tdbVertreter1",
+                .caption = "&Vertreter",
+                .kind = ControlKind::Combo,
+                .column = "Vertreter1",
+                .picture = "imgVertreter1"},
+    ControlSpec{.name = "tdbPreisliste",
+                .caption = "Preis&liste",
+                .kind = ControlKind::Combo,
+                .column = "Preisliste",
+                .picture = "imgPreisliste"},
+    ControlSpec{.name = "chkProcessWaring",
+                .caption = "Trotz &Warnungen verarbeiten",
+                .kind = ControlKind::Check,
+                .column = "ProcessWarning"},
+};
+
+constexpr std::array paymentControls{
+    ControlSpec{.name = "tdbZahlungsart",
+                .caption = "&Zahlungsart",
+                .kind = ControlKind::Combo,
+                .column = "Zahlungsart",
+                .picture = "imgZahlungsart"},
+    ControlSpec{.name = "tdbZahlungsbed",
+                .caption = "Zahlungs&bedingung",
+                .kind = ControlKind::Combo,
+                .column = "ZahlungsbedSchl",
+                .picture = "imgZahlungsbed"},
+};
+
+constexpr std::array individualControls{
+    ControlSpec{
+        .name = "txtIndFild1", .caption = "Kennzeichen 1", .column = "IndFild1", .customerSpecific = true},
+    ControlSpec{
+        .name = "txtIndFild3", .caption = "Kennzeichen 3", .column = "IndFild3", .customerSpecific = true},
+    ControlSpec{
+        .name = "txtIndFild4", .caption = "Kennzeichen 4", .column = "IndFild4", .customerSpecific = true},
+    ControlSpec{.name = "chkNeukunde",
+                .caption = "&Neukunde",
+                .kind = ControlKind::Check,
+                .column = "Neukunde",
+                .customerSpecific = true},
+};
+
+constexpr std::array orderGroups{
+    ControlGroup{"Kunde", customerControls},       ControlGroup{"Versand an", shared_controls::deliveryControls},
+    ControlGroup{"Rechnung an", shared_controls::invoiceControls},  ControlGroup{"Zahlung", paymentControls},
+    ControlGroup{"Bank", shared_controls::bankControls},            ControlGroup{"Bemerkung", shared_controls::noteControls},
+    ControlGroup{"Individuell", individualControls}};
+
+} // namespace
+
+OrderDialog::OrderDialog(const DialogContext& context)
+    : AddressedJobDialog(context), masterData_(context.environment),
+      positions_(context.environment, context.engine, findings_) {}
+
+std::span<const ControlGroup> OrderDialog::groups() const { return orderGroups; }
+
+std::string OrderDialog::title() const {
+  return "Auftrag von Kunde " + text("txtKundennummer") + " " + own_.Bez1 + " vom " + receivedOn_;
+}
+
+bool OrderDialog::changed() const { return AddressedJobDialog::changed() || positions_.changed(); }
+
+void OrderDialog::fill(Recordset& job) {
+  readAddresses(job);
+  for (const ComparedLine& line : comparedLines)
+    own_.*line.line = job.hasField(line.column) ? job.text(line.column) : std::string();
+  receivedOn_ = job.text("Eingangsdatum");
+  fillCodes();
+  checkBank();
+  reportFailure(job);
+  checkCustomer();
+  checkAddresses();
+  checkAccount();
+
+  const Settings settings(environment());
+  PositionContext context;
+  context.customer = text("txtKundennummer");
+  context.date = parseGermanDate(receivedOn_);
+  context.warnOfStock = settings.isOn("WarnungLagerbestand");
+  context.costAssignment = settings.option16("KostenzuordnungAuftrag") >= 1;
+  context.readOnly = isDone(jobType());
+  context.customerSpecific = customerSpecific();
+  ComboRows units{{"Langtext", "Mengeneinheit"}, {}};
+  for (auto& [code, name] : editing().units()) units.rows.push_back({std::move(name), std::move(code)});
+  positions_.load(jobId(), editing().positions(jobId()), std::move(units), std::move(context));
+  // A usual order is checked at once, a long one while the clerk looks at it.
+  positions_.checkMore(50);
+}
+
+void OrderDialog::checkMore(std::size_t count) {
+  trying("Prüfen der Positionen", [&] { positions_.checkMore(count); });
+}
+
+void OrderDialog::check(std::string_view control) {
+  AddressedJobDialog::check(control);
+  if (control == "txtKundennummer") positions_.setCustomer(text(control));
+}
+
+void OrderDialog::reportUnknownCustomer(const std::string& number) {
+  at("txtKundennummer").description = own_.Bez1;
+  report("KN", "txtKundennummer", CheckStatus::Error, "Kundennummer " + number + " ist nicht angelegt.");
+}
+
+void OrderDialog::compareCustomer(const Adresse& stored) {
+  const bool divers = engine().GetDiversKunde(text("txtKundennummer"));
+  at("txtKundennummer").description =
+      divers ? "(Divers) " + (own_.Bez1.empty() ? stored.Bez1 : own_.Bez1) : stored.Bez1 + ", " + stored.Ort;
+  if (customerSpecific()) checkCustomerCodes();
+  if (divers) return;
+  for (const ComparedLine& line : comparedLines) {
+    // A line that the order does not give means the customer's.
+    const std::string& given = own_.*line.line;
+    const bool equal = given.empty() || given == stored.*line.line;
+    findings_.report({std::string(line.code), "", equal ? CheckStatus::Clean : CheckStatus::Warning,
+                      std::string(line.before) + stored.*line.line, "txtKundennummer", ""});
+  }
+}
+
+void OrderDialog::clearComparison() {
+  for (const ComparedLine& line : comparedLines) findings_.clear(line.code);
+  findings_.clear("VSK");
+  findings_.clear("ZAK");
+}
+
+/// The methods that the customer has in the master.
+void OrderDialog::checkCustomerCodes() {
+  const std::string customer = text("txtKundennummer");
+  const auto checkOne = [&](std::string_view code, std::string_view field, const std::string& method) {
+    const bool fine = method.empty() || masterData_.codeExists(field, method);
+    findings_.report({std::string(code), "", fine ? CheckStatus::Clean : CheckStatus::Warning,
+                      std::string(field) + " Kunde: " + method + " wurde noch nicht angelegt.",
+                      "txtKundennummer", ""});
+  };
+  checkOne("VSK", "Versandart", masterData_.shippingMethodOfCustomer(customer));
+  checkOne("ZAK", "Zahlungsart", masterData_.paymentMethodOfCustomer(customer));
+}
+
+void OrderDialog::store() {
+  positions_.checkMore(positions_.checksLeft());
+  const Value status(static_cast<std::int16_t>(findings_.status()));
+  std::vector<ColumnChange> all = changes();
+  all.push_back({"Status", status});
+  all.push_back({"ImportType", status});
+  if (positions_.changed())
+    editing().saveOrder(readJob(), all, positions_.positions());
+  else
+    editing().save(readJob(), all);
+  positions_.settle();
+}
+
+} // namespace qx

@@ -1,0 +1,40 @@
+// The dialog of a staged order, without a toolkit.
+#pragma once
+
+#include "rules/master_data.h"
+#include "ui/addressed_job_dialog.h"
+#include "ui/position_grid.h"
+
+namespace qx {
+
+/// Checks the header and, in steps, the positions of an order job.
+class OrderDialog final : public AddressedJobDialog {
+public:
+  explicit OrderDialog(const DialogContext& context);
+
+  std::span<const ControlGroup> groups() const override;
+  std::string title() const override;
+  bool changed() const override;
+  JobGrid* grid() override { return &positions_; }
+  std::size_t checksLeft() const override { return positions_.checksLeft(); }
+  void checkMore(std::size_t count) override;
+
+protected:
+  bool isDone(std::int16_t jobType) const override { return jobType == qxtJobAufträgeDone; }
+  void fill(Recordset& job) override;
+  void check(std::string_view control) override;
+  void store() override;
+  void reportUnknownCustomer(const std::string& number) override;
+  void compareCustomer(const Adresse& stored) override;
+  void clearComparison() override;
+
+private:
+  void checkCustomerCodes();
+
+  MasterData masterData_;
+  PositionGrid positions_;
+  Adresse own_; ///< the address that the order itself gives
+  std::string receivedOn_;
+};
+
+} // namespace qx

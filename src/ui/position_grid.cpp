@@ -1,0 +1,349 @@
+#include "ui/position_grid.h"
+
+#include "engine/order_texts.h"
+#include "rules/german_text.h"
+
+#include <algorithm>
+#include <array>
+#include <exception>
+#include <utility>
+
+namespace qx {
+namespace {
+
+using Kind = GridColumnKind;
+
+constexpr std::array positionColumns{
+    GridColumn{.name = "Status", .caption = "Status", .kind = Kind::Picture},
+    GridColumn{.name = "Artikelnummer", .caption = "Artikelnummer", .editable = true},
+    GridColumn{.name = "Menge", .caption = "Menge", .kind = Kind::Number, .editable = true},
+    GridColumn{.name = "Mengeneinheit", .caption = "Einheit", .kind = Kind::Unit, .editable = true},
+    GridColumn{.name = "Preis", .caption = "Preis", .kind = Kind::Money, .editable = true},
+    GridColumn{.name = "Preis2", .caption = "2. Preis", .kind = Kind::Money, .customerSpecific = true},
+    GridColumn{.name = "Lieferbereit", .caption = "Lieferbereit", .kind = Kind::Check, .editable = true},
+    GridColumn{.name = "Fakturierbereit", .caption = "Fakturierbereit", .kind = Kind::Check, .editable = true},
+    GridColumn{.name = "Details", .caption = "Details", .kind = Kind::Button},
+    GridColumn{
+        .name = "Artikellangtext", .caption = "Artikellangtext", .kind = Kind::LongText, .editable = true},
+    GridColumn{.name = "Auslieferungsmenge",
+               .caption = "Auslieferungsmenge",
+               .kind = Kind::Number,
+               .editable = true},
+    GridColumn{
+        .name = "Fakturiermenge", .caption = "Fakturiermenge", .kind = Kind::Number, .editable = true},
+    GridColumn{.name = "Liefertermin", .caption = "Liefertermin", .kind = Kind::Date, .editable = true},
+    GridColumn{.name = "JobID", .caption = "JobID", .hidden = true},
+    GridColumn{.name = "ChildID", .caption = "ChildID", .hidden = true},
+};
+
+double numberOf(const Value& value) { return value.number().value_or(0); }
+
+std::string twoDecimals(const Value& value) {
+  return value.isNull() ? std::string() : germanDecimals(numberOf(value), 2);
+}
+
+std::string readyNote(const std::string& article, std::string_view flag) {
+  return "Achtung: ''" + article + "'' ist nicht auf " + std::string(flag) + " gesetzt.";
+}
+
+CheckStatus warningUnless(bool fine) { return fine ? CheckStatus::Clean : CheckStatus::Warning; }
+
+} // namespace
+
+std::span<const GridColumn> PositionGrid::columns() const { return positionColumns; }
+
+void PositionGrid::load(std::string_view jobId, PositionTable positions, ComboRows units,
+                        PositionContext context) {
+  jobId_ = jobId;
+  positions_ = std::move(positions);
+  stored_ = positions_;
+  units_ = std::move(units);
+  context_ = std::move(context);
+  prices_.reset();
+  found_.clear();
+  unchecked_.clear();
+  for (std::size_t row = 0; row < positions_.size(); ++row) unchecked_.insert(childOf(row));
+  checkCount();
+}
+
+void PositionGrid::setCustomer(std::string_view customer) {
+  if (context_.customer == customer) return;
+  context_.customer = customer;
+  for (std::size_t row = 0; row < positions_.size(); ++row) unchecked_.insert(childOf(row));
+}
+
+void PositionGrid::checkMore(std::size_t count) {
+  for (std::size_t row = 0; row < positions_.size() && count > 0 && !unchecked_.empty(); ++row) {
+    if (!unchecked_.contains(childOf(row))) continue;
+    checkRow(row);
+    --count;
+  }
+  // Keys that no row has any more cannot be checked.
+  if (count > 0) unchecked_.clear();
+}
+
+void PositionGrid::checkRow(std::size_t row) {
+  unchecked_.erase(childOf(row));
+  checkArticle(row);
+  checkStock(row);
+  checkCost(row);
+  checkPrice(row);
+}
+
+void PositionGrid::report(std::size_t row, std::string_view code, CheckStatus severity, std::string text) {
+  findings_.report({std::string(code), childOf(row), severity, std::move(text), std::string(name()),
+                    positions_.at(row, "Positionsnummer").text()});
+}
+
+void PositionGrid::checkCount() {
+  findings_.report({"PO", "", positions_.size() == 0 ? CheckStatus::Error : CheckStatus::Clean,
+                    std::string(order_tokens::noPositions), std::string(name()), ""});
+}
+
+void PositionGrid::checkArticle(std::size_t row) {
+  const std::string article = positions_.at(row, "Artikelnummer").text();
+  const bool known = engine_.ArtikelAngelegt(article);
+  report(row, "AR", known ? CheckStatus::Clean : CheckStatus::Error,
+         "Der Artikel '" + article + "' ist nicht angelegt.");
+}
+
+std::string PositionGrid::unitOf(std::size_t row) const {
+  const std::string staged = positions_.at(row, "Mengeneinheit").text();
+  if (!staged.empty()) return engine_.MengeneinheitAlternativ(staged);
+  return stock_.baseUnit(positions_.at(row, "Artikelnummer").text());
+}
+
+void PositionGrid::checkStock(std::size_t row) {
+  report(row, "LB", CheckStatus::Clean);
+  if (!context_.warnOfStock) return;
+  const std::string article = positions_.at(row, "Artikelnummer").text();
+  const double quantity = numberOf(positions_.at(row, "Menge"));
+  const std::string unit = unitOf(row);
+  try {
+    std::string stockUnit;
+    const bool convert = !equalCodes(unit, stock_.baseUnit(article));
+    const double stock = engine_.GetLagerbestand(article, unit, quantity, stockUnit, convert);
+    report(row, "LB", warningUnless(stockUnit == noStockUnit || stock >= quantity),
+           "Achtung: Lagerbestand für Artikel '" + article + "' reicht nicht aus!");
+  } catch (const DatabaseError&) {
+    throw;
+  } catch (const std::exception& error) {
+    // Without a conversion between the units nothing can be said.
+    environment_.diagnostics.report({"stock of article " + article, error.what(), jobId_});
+  }
+}
+
+void PositionGrid::checkCost(std::size_t row) {
+  const auto number = static_cast<std::int32_t>(positions_.at(row, "KostID").integer().value_or(0));
+  const bool fine = !context_.costAssignment || engine_.CheckKostzuord("AB", number, false) == 0;
+  report(row, "KO", warningUnless(fine),
+         "Achtung: Fehlende Kostenzuordnung für Artikel '" + positions_.at(row, "Artikelnummer").text() +
+             "'!");
+}
+
+Preisfindung* PositionGrid::prices() {
+  if (!prices_) {
+    try {
+      auto created = environment_.components.createPreisfindung();
+      created->Init(*environment_.connection);
+      prices_ = std::move(created);
+    } catch (const std::exception& error) {
+      environment_.diagnostics.report({"price component", error.what(), jobId_});
+    }
+  }
+  return prices_.get();
+}
+
+void PositionGrid::checkPrice(std::size_t row) {
+  const std::string article = positions_.at(row, "Artikelnummer").text();
+  const std::string unit = unitOf(row);
+  const PriceQuestion question{context_.customer, article, numberOf(positions_.at(row, "Menge")), unit,
+                               context_.date};
+  SalesPrice price;
+  Preisfindung* component = prices();
+  const std::int32_t result =
+      component == nullptr ? Preisfindung::failed : component->GetVKPreis(question, price);
+  found_.erase(childOf(row));
+  if (result == Preisfindung::failed) {
+    report(row, "PR", CheckStatus::Error, "Es ist ein Fehler beim ermitteln des Preises aufgetreten.");
+  } else if (result == Preisfindung::notFound) {
+    report(row, "PR", CheckStatus::Warning, "Es konnte kein Preis gefunden werden!");
+  } else {
+    found_[childOf(row)] = price.price;
+    const double staged = numberOf(positions_.at(row, "Preis"));
+    // Compared as stored, without rounding, on purpose.
+    report(row, "PR", warningUnless(staged == price.price),
+           "Ermittelter Preis: " + germanDecimals(price.price, 2) +
+               " weicht vom Importpreis: " + germanDecimals(staged, 2) + " ab!");
+  }
+}
+
+GridCell PositionGrid::cell(std::size_t row, std::size_t column) const {
+  const GridColumn& spec = positionColumns[column];
+  const std::string child = childOf(row);
+  GridCell cell;
+  switch (spec.kind) {
+  case Kind::Picture: {
+    const CheckStatus status = findings_.statusOf(child);
+    cell.severity = status;
+    cell.bitmap = status == CheckStatus::Error     ? "ERROR"
+                  : status == CheckStatus::Warning ? "WARNING"
+                  : context_.readOnly              ? "PROCESSED"
+                                                   : "PROCESSING";
+    for (const std::string_view code : {"AR", "PR", "LB", "KO"}) {
+      const std::string text = findings_.text(code, child);
+      if (!text.empty()) cell.message += (cell.message.empty() ? "" : "\n") + text;
+    }
+    break;
+  }
+  case Kind::Button:
+    cell.bitmap = "BUTTON";
+    cell.message = "Alle Angaben der Position";
+    break;
+  case Kind::Money:
+    if (spec.name == "Preis2") {
+      const auto found = found_.find(child);
+      if (found != found_.end()) cell.text = germanDecimals(found->second, 2);
+    } else {
+      cell.text = twoDecimals(positions_.at(row, ColumnName(spec.name)));
+      const auto found = found_.find(child);
+      if (found != found_.end() && !findings_.text("PR", child).empty()) {
+        cell.severity = CheckStatus::Warning;
+        cell.message = "Preis weicht ab.";
+      }
+    }
+    break;
+  case Kind::Check: {
+    const bool ready = positions_.at(row, ColumnName(spec.name)).truth().value_or(false);
+    cell.text = ready ? "1" : "0";
+    if (!ready) cell.message = readyNote(positions_.at(row, "Artikelnummer").text(), spec.name);
+    break;
+  }
+  case Kind::Number:
+    cell.text = editText(row, column);
+    break;
+  case Kind::Text:
+  case Kind::LongText:
+  case Kind::Date:
+  case Kind::Unit:
+    cell.text = positions_.at(row, ColumnName(spec.name)).text();
+    break;
+  }
+  if (spec.name == "Artikelnummer") {
+    cell.message = findings_.text("AR", child);
+    if (!cell.message.empty()) cell.severity = CheckStatus::Error;
+  }
+  return cell;
+}
+
+std::string PositionGrid::editText(std::size_t row, std::size_t column) const {
+  const GridColumn& spec = positionColumns[column];
+  if (spec.kind != Kind::Number && spec.kind != Kind::Money) return cell(row, column).text;
+  const Value& value = positions_.at(row, ColumnName(spec.name));
+  const auto number = value.number();
+  return number ? germanNumber(*number) : value.text();
+}
+
+std::optional<std::size_t> PositionGrid::rowOf(std::string_view item) const {
+  for (std::size_t row = 0; row < positions_.size(); ++row)
+    if (positions_.at(row, "ChildID").textView() == item) return row;
+  return std::nullopt;
+}
+
+std::string PositionGrid::summary() const {
+  double sum = 0;
+  for (std::size_t row = 0; row < positions_.size(); ++row) {
+    const double unit = numberOf(positions_.at(row, "Preiseinheit"));
+    sum += numberOf(positions_.at(row, "Menge")) * numberOf(positions_.at(row, "Preis")) /
+           (unit == 0 ? 1 : unit);
+  }
+  return std::to_string(positions_.size()) + (positions_.size() == 1 ? " Position" : " Positionen") +
+         ", Summe " + germanDecimals(sum, 2);
+}
+
+std::string PositionGrid::set(std::size_t row, const GridColumn& column, std::string_view text) {
+  const std::string typed(column.kind == Kind::LongText ? text : trimBlanks(text));
+  Value value = typed.empty() ? Value::null() : Value(typed);
+  if (column.kind == Kind::Number || column.kind == Kind::Money) {
+    const auto number = parseGermanNumber(typed);
+    if (!number && !typed.empty()) return "'" + typed + "' ist keine Zahl.";
+    if (number) value = Value(*number);
+  } else if (column.kind == Kind::Date) {
+    const auto date = parseGermanDate(typed);
+    if (!date && !typed.empty()) return "'" + typed + "' ist kein Datum (tt.mm.jjjj).";
+    if (date) value = Value(germanDate(*date));
+  } else if (column.kind == Kind::Check) {
+    const auto truth = parseGermanBoolean(typed);
+    if (!truth && !typed.empty()) return "'" + typed + "' ist weder ja noch nein (1 oder 0).";
+    value = Value(truth.value_or(false));
+  }
+  positions_.set(row, ColumnName(column.name), std::move(value));
+  return {};
+}
+
+std::string PositionGrid::edit(std::size_t row, std::size_t column, std::string_view text) {
+  const GridColumn& spec = positionColumns[column];
+  if (context_.readOnly || !spec.editable) return "Diese Spalte kann nicht geändert werden.";
+  std::string refused = set(row, spec, text);
+  if (!refused.empty()) return refused;
+  try {
+    if (spec.name == "Artikelnummer" || spec.name == "Menge" || spec.name == "Mengeneinheit" ||
+        spec.name == "Preis")
+      checkRow(row);
+  } catch (const std::exception& error) {
+    environment_.diagnostics.report({"check of a position", error.what(), jobId_});
+    unchecked_.insert(childOf(row));
+  }
+  return {};
+}
+
+std::size_t PositionGrid::addRow() {
+  std::int64_t last = 0;
+  for (std::size_t row = 0; row < positions_.size(); ++row)
+    last = std::max(last, positions_.at(row, "Positionsnummer").integer().value_or(0));
+  const std::size_t row = positions_.add();
+  positions_.set(row, "JobID", Value(jobId_));
+  positions_.set(row, "ChildID", Value(engine_.GUID()));
+  positions_.set(row, "JobType", Value(std::int16_t{qxtJobAuftragsPos}));
+  positions_.set(row, "Positionsnummer", Value(std::to_string(last + 1)));
+  checkCount();
+  return row;
+}
+
+void PositionGrid::removeRow(std::size_t row) {
+  const std::string child = childOf(row);
+  findings_.clearItem(child);
+  unchecked_.erase(child);
+  found_.erase(child);
+  positions_.remove(row);
+  checkCount();
+}
+
+std::string PositionGrid::paste(std::size_t row, std::size_t column, std::string_view text) {
+  std::vector<std::size_t> targets;
+  for (std::size_t i = column; i < positionColumns.size(); ++i)
+    if (positionColumns[i].editable && (context_.customerSpecific || !positionColumns[i].customerSpecific))
+      targets.push_back(i);
+  std::string refused;
+  while (!text.empty()) {
+    const auto end = text.find('\n');
+    std::string_view line = text.substr(0, end);
+    text = end == std::string_view::npos ? std::string_view() : text.substr(end + 1);
+    if (line.ends_with('\r')) line.remove_suffix(1);
+    if (row == positions_.size()) addRow();
+    for (const std::size_t target : targets) {
+      const auto tab = line.find('\t');
+      const std::string reason = set(row, positionColumns[target], line.substr(0, tab));
+      if (!reason.empty())
+        refused += "Zeile " + std::to_string(row + 1) + ", " + std::string(positionColumns[target].caption) +
+                   ": " + reason + "\n";
+      if (tab == std::string_view::npos) break;
+      line.remove_prefix(tab + 1);
+    }
+    unchecked_.insert(childOf(row));
+    ++row;
+  }
+  return refused;
+}
+
+} // namespace qx

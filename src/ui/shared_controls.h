@@ -1,0 +1,89 @@
+// The controls that the dialogs of customers and orders have in common.
+#pragma once
+
+#include "platform/column_name.h"
+#include "rules/customer_addresses.h"
+#include "ui/control.h"
+
+#include <array>
+#include <string>
+#include <string_view>
+
+namespace qx::shared_controls {
+
+inline constexpr std::array deliveryControls{
+    ControlSpec{.name = "txtVersandKdn",
+                .caption = "Kundennummer",
+                .column = "VS_KdNr",
+                .picture = "imgVersandKdn",
+                .button = "cmdVersandKdn",
+                .lookup = "Kundenauskunft"},
+    ControlSpec{.name = "txtVersandAdr",
+                .caption = "Adressnummer",
+                .column = "VS_AdrNr",
+                .picture = "imgVersandAdr",
+                .button = "cmdVersandAdr",
+                .lookup = "Adressauskunft"},
+    ControlSpec{.name = "tdbVersandart",
+                .caption = "Vers&andart",
+                .kind = ControlKind::Combo,
+                .column = "Versandart",
+                .picture = "imgVersandart"},
+};
+
+inline constexpr std::array invoiceControls{
+    ControlSpec{.name = "txtRechnungKdnr",
+                .caption = "Kundennummer",
+                .column = "RG_KdNr",
+                .picture = "imgRechnungKdnr",
+                .button = "cmdRechnungKdnr",
+                .lookup = "Kundenauskunft"},
+    ControlSpec{.name = "txtRechnungAdr",
+                .caption = "Adressnummer",
+                .column = "RG_AdrNr",
+                .picture = "imgRechnungAdr",
+                .button = "cmdRechnungAdr",
+                .lookup = "Adressauskunft"},
+};
+
+inline constexpr std::array bankControls{
+    ControlSpec{.name = "txtKonto", .caption = "Konto", .column = "Konto"},
+    ControlSpec{.name = "txtBlz",
+                .caption = "Bankleitzahl",
+                .column = "BLZ",
+                .picture = "imgBlz",
+                .button = "cmdBLZ",
+                .lookup = "Kreditinstitutauskunft"},
+    ControlSpec{.name = "txtKreditinstitut",
+                .caption = "Kreditinstitut",
+                .column = "Kreditinstitut",
+                .picture = "imgKreditinstitut"},
+};
+
+inline constexpr std::array noteControls{ControlSpec{
+    .name = "txtHinweis", .caption = "Be&merkung", .kind = ControlKind::Note, .column = "Bemerkung"}};
+
+} // namespace qx::shared_controls
+
+namespace qx {
+
+/// A line of an address that is compared with the customer master: its control in the customer dialog, its
+/// column, the code of the finding and how it begins.
+struct ComparedLine {
+  std::string_view control;
+  ColumnName column;
+  std::string_view code;
+  std::string_view before;
+  std::string Adresse::*line;
+};
+
+inline constexpr std::array comparedLines{
+    ComparedLine{"txtBez1", "Bez1", "BZ1", "Bezeichnung 1 ist nicht identisch: ", &Adresse::Bez1},
+    ComparedLine{"txtBez2", "Bez2", "BZ2", "Bezeichnung 2 ist nicht identisch: ", &Adresse::Bez2},
+    ComparedLine{"txtBez3", "Bez3", "BZ3", "Bezeichnung 3 ist nicht identisch: ", &Adresse::Bez3},
+    ComparedLine{"txtStrasse", "Strasse", "STR", "Straße ist nicht identisch: ", &Adresse::Strasse},
+    ComparedLine{"txtPLZ", "PLZ", "PLZ", "Postleitzahl ist nicht identisch: ", &Adresse::PLZ},
+    ComparedLine{"txtOrt", "Ort", "ORT", "Ort ist nicht identisch: ", &Adresse::Ort},
+    ComparedLine{"txtLand", "Land", "LD", "Land ist nicht identisch: ", &Adresse::Land}};
+
+} // namespace qx

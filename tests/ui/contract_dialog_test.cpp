@@ -1,0 +1,135 @@
+#include "dialog_fixture.h"
+
+namespace qx {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class ContractDialogTest : public DialogTest {};
+
+TEST_F(ContractDialogTest, ListsEveryFaultOfTheFieldsWithItsCodeAndPicture) {
+  stageContract("C1", [](VertragFields& job) {
+    job.Menge = 0;
+    job.Artikelnummer = "G9";
+    job.Vertragsart = "X";
+    job.Vertragsdatum = "";
+    job.Vertragsbeginn = "";
+    job.Zustand = "X";
+    job.Intervall = 2;
+    job.Fehlertext = "Alt";
+  });
+  set("C1", "Vertragsdatum", "");
+  const auto dialog = opened("C1");
+  EXPECT_THAT(findings(*dialog),
+              ElementsAre("VGG|30|Vertragsgegenstand: G9 wurde nicht angelegt.",
+                          "VD|30|Vertragsdatum wurde nicht angegeben",
+                          "VB|30|Vertragsbeginn wurde nicht angegeben",
+                          "ME|20|Die Menge muss mindestens 1 betragen.",
+                          "VA|20|Die Vertragsart: X ist noch nicht angelegt.",
+                          "EP|20|Fehler beim verarbeiten: Alt",
+                          "ZD|20|Zustand konnte nicht ermittelt werden.",
+                          "INT|20|Intervall: 2 nicht zulässig!"));
+  EXPECT_EQ(state(*dialog, "tdbAnzahl").message, "Die Menge muss mindestens 1 betragen!");
+  EXPECT_EQ(state(*dialog, "txtVertragsgegenstand").picture, CheckStatus::Error);
+  EXPECT_FALSE(dialog->content(place(*dialog, "cboZustand")).selected);
+}
+
+TEST_F(ContractDialogTest, MendedFieldsLoseTheirFindingsAndTheJobWaitsAgainAfterSaving) {
+  stageContract("C1", [](VertragFields& job) {
+    job.Menge = 0;
+    job.Artikelnummer = "G9";
+  });
+  set("C1", "JobType", "22");
+  const auto dialog = opened("C1");
+  enter(*dialog, "tdbAnzahl", " 2,50 ");
+  EXPECT_EQ(state(*dialog, "tdbAnzahl").text, "2,5");
+  chosen = {"G1"};
+  EXPECT_TRUE(dialog->lookUp(place(*dialog, "txtVertragsgegenstand")));
+  EXPECT_EQ(state(*dialog, "txtVertragsgegenstand").description, "Kassenwartung");
+  EXPECT_THAT(findings(*dialog), IsEmpty());
+  enter(*dialog, "cboZustand", "nur Info");
+  enter(*dialog, "cboIntervall", "3");
+  ASSERT_TRUE(dialog->save());
+  EXPECT_EQ(jobType("C1"), 20);
+  EXPECT_EQ(field("C1", "Menge").number(), 2.5);
+  EXPECT_EQ(field("C1", "Artikelnummer").text(), "G1");
+  EXPECT_EQ(field("C1", "Zustand").text(), "I");
+  EXPECT_EQ(field("C1", "Intervall").integer(), 3);
+  EXPECT_EQ(field("C1", "Status").integer(), 10);
+  EXPECT_EQ(field("C1", "ImportType").integer(), 10);
+  EXPECT_FALSE(dialog->changed());
+}
+
+TEST_F(ContractDialogTest, SavingWithFindingsParksTheContractWithTheReasonsOfTheCheck) {
+  stageContract("C1");
+  const auto dialog = opened("C1");
+  enter(*dialog, "txtVertragsgegenstand", "G9");
+  enter(*dialog, "tdbAnzahl", "0");
+  ASSERT_TRUE(dialog->save());
+  EXPECT_EQ(jobType("C1"), 22);
+  EXPECT_EQ(reasons("C1"), "Menge ist faslch\r\nVertragsgegenstand ist nicht angelegt\r\n");
+  EXPECT_EQ(field("C1", "Status").integer(), 30);
+}
+
+TEST_F(ContractDialogTest, OpensDoneAndDeletedContractsForReadingOnly) {
+  for (const char* code : {"23", "43", "44"}) {
+    stageContract("C1");
+    set("C1", "JobType", code);
+    const auto dialog = opened("C1");
+    EXPECT_TRUE(dialog->readOnly());
+    EXPECT_NE(dialog->readOnlyReason(), "");
+    enter(*dialog, "txtVertragstext", "neu");
+    EXPECT_FALSE(dialog->changed());
+    EXPECT_FALSE(dialog->save());
+    EXPECT_FALSE(dialog->erase());
+  }
+}
+
+TEST_F(ContractDialogTest, RefusesTextsThatAreNoNumberOrDateAndKeepsThem) {
+  stageContract("C1");
+  const auto dialog = opened("C1");
+  enter(*dialog, "tdbBetrag", "zwölf");
+  EXPECT_FALSE(dialog->save());
+  EXPECT_EQ(dialog->notice(), "Betrag: 'zwölf' ist keine Zahl. Bitte berichtigen Sie das Feld.");
+  EXPECT_EQ(state(*dialog, "tdbBetrag").text, "zwölf");
+  enter(*dialog, "tdbBetrag", "12,40");
+  enter(*dialog, "tdbdtVertragsende", "31.2.2027");
+  EXPECT_FALSE(dialog->save());
+  enter(*dialog, "tdbdtVertragsende", "1.3.27");
+  EXPECT_EQ(state(*dialog, "tdbdtVertragsende").text, "01.03.2027");
+  EXPECT_TRUE(dialog->save());
+  EXPECT_EQ(field("C1", "Vertragsende").text(), "01.03.2027");
+}
+
+TEST_F(ContractDialogTest, DeletesTheHeaderOnlyAfterAYes) {
+  stageContract("C1");
+  stagePosition("C1", 1, "A100", 1);
+  const auto dialog = opened("C1");
+  EXPECT_FALSE(dialog->erase());
+  ASSERT_EQ(erp.desktop.asked.size(), 1U);
+  EXPECT_EQ(erp.desktop.asked[0].title, "Wirklich löschen?");
+  erp.desktop.answer = true;
+  EXPECT_TRUE(dialog->erase());
+  EXPECT_EQ(count(sql("Select Count(*) From ImportKopf"_sql)), 0);
+  EXPECT_EQ(count(sql("Select Count(*) From ImportPos"_sql)), 1);
+}
+
+TEST_F(ContractDialogTest, NeverSetsBackAJobThatWasProcessedMeanwhile) {
+  stageContract("C1");
+  const auto dialog = opened("C1");
+  enter(*dialog, "txtVertragstext", "neu");
+  set("C1", "JobType", "23");
+  EXPECT_FALSE(dialog->save());
+  EXPECT_EQ(jobType("C1"), 23);
+  ASSERT_FALSE(erp.desktop.shown.empty());
+  EXPECT_EQ(erp.desktop.shown.back().text, "Fehler beim Speichern der Daten");
+  EXPECT_EQ(erp.desktop.shown.back().icon, MessageIcon::Critical);
+  EXPECT_TRUE(dialog->changed());
+  connection().execute(sql("Delete From ImportKopf"_sql));
+  EXPECT_FALSE(dialog->save());
+  EXPECT_EQ(dialog->notice(), "Fehler beim Speichern der Daten: Der Vorgang ist nicht mehr vorhanden.");
+}
+
+} // namespace
+} // namespace qx

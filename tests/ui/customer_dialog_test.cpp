@@ -1,0 +1,175 @@
+#include "dialog_fixture.h"
+
+#include "ui/address_dialog.h"
+
+namespace qx {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class CustomerDialogTest : public DialogTest {
+protected:
+  /// A job that equals the customer master.
+  static void asStored(KundeFields& job) {
+    job.Bez1 = "Hafenbau GmbH";
+    job.Strasse = "Am Kai 1";
+    job.Land = "DE";
+    job.PLZ = "20457";
+    job.Ort = "Hamburg";
+  }
+};
+
+TEST_F(CustomerDialogTest, ANewCustomerHasOneFindingAndIsNotCompared) {
+  stageCustomer("K1", "99999");
+  EXPECT_THAT(findings(*opened("K1")),
+              ElementsAre("KN|20|Die Kundennummer: 99999 wurde nicht angelegt. Neukunde!"));
+}
+
+TEST_F(CustomerDialogTest, ComparesTheAddressWithTheMasterAndForgetsADifferenceThatIsMended) {
+  stageCustomer("K1", "20001", [](KundeFields& job) {
+    asStored(job);
+    job.Bez1 = "Hafen GmbH";
+    job.Ort = "Kiel";
+  });
+  const auto dialog = opened("K1");
+  EXPECT_THAT(findings(*dialog), ElementsAre("BZ1|20|Bezeichnung 1 ist nicht identisch: Hafenbau GmbH",
+                                             "ORT|20|Ort ist nicht identisch: Hamburg"));
+  enter(*dialog, "txtBez1", "Hafenbau GmbH");
+  EXPECT_THAT(codes(*dialog), ElementsAre("ORT"));
+  EXPECT_EQ(state(*dialog, "txtBez1").picture, CheckStatus::Clean);
+  dialog->takeMaster(place(*dialog, "txtOrt"));
+  EXPECT_EQ(state(*dialog, "txtOrt").text, "Hamburg");
+  EXPECT_THAT(codes(*dialog), IsEmpty());
+}
+
+TEST_F(CustomerDialogTest, ListsUnknownCodesBanksAndAccountsButNoEmptyOnes) {
+  stageCustomer("K1", "20001", [](KundeFields& job) {
+    asStored(job);
+    job.Vertreter1 = "09";
+    job.Versandart = "po";
+    job.Zahlungsart = "XX";
+    job.ZahlungsbedSchl = "99";
+    job.Kundengruppe = "YY";
+    job.Preisliste = "Z";
+    job.BLZ = "90000001";
+    job.Kreditinstitut = "Alte Bank";
+    job.Hauptkonto = "4";
+    job.Fehlertext = "Grund";
+  });
+  const auto dialog = opened("K1");
+  EXPECT_THAT(findings(*dialog),
+              ElementsAre("VT|20|Vertreter: 09 wurde noch nicht angelegt.",
+                          "ZA|20|Zahlungsart: XX wurde noch nicht angelegt.",
+                          "ZB|20|Zahlungsbedingung: 99 wurde noch nicht angelegt.",
+                          "KG|20|Kundengruppe: YY wurde noch nicht angelegt.",
+                          "PL|20|Preisliste: Z wurde noch nicht angelegt.",
+                          "BV|20|Bankverbindung sind nicht identisch: Musterbank",
+                          "EP|20|Fehler beim verarbeiten: Grund", "HK|20|Hauptkonto 4 wurde nicht angelegt"));
+  // A shown text stands for its code as well.
+  enter(*dialog, "tdbZahlungsart", "Rechnung");
+  EXPECT_EQ(state(*dialog, "tdbZahlungsart").text, "RE");
+  enter(*dialog, "tdbVertreter1", "");
+  enter(*dialog, "txtHauptkonto", "20001");
+  dialog->takeMaster(place(*dialog, "txtKreditinstitut"));
+  EXPECT_THAT(codes(*dialog), ElementsAre("EP", "KG", "PL", "ZB"));
+}
+
+TEST_F(CustomerDialogTest, ChecksWhereGoodsAndInvoicesGo) {
+  TableFiller(connection(), "Adressenstamm")
+      .add({{"Kundennummer", "20001"}, {"Adressnummer", "2"}, {"Bez1", "Lager"}, {"Ort", "Bremen"}});
+  stageCustomer("K1", "20001", [](KundeFields& job) {
+    asStored(job);
+    job.VS_AdrNr = "2";
+    job.VS_Bez1 = "Lager Süd";
+    job.VS_Ort = "Bremen";
+    job.RG_KdNr = "77777";
+  });
+  const auto dialog = opened("K1");
+  EXPECT_THAT(findings(*dialog), ElementsAre("RG|30|Rechnung an wurde nicht angelgt",
+                                             "VA|20|Versandadresse ist nicht identisch: Lager, Bremen"));
+  // Choosing an address of the customer fills both parts of its key.
+  chosen = {"20001", "2"};
+  enter(*dialog, "txtRechnungKdnr", "");
+  EXPECT_TRUE(dialog->lookUp(place(*dialog, "txtRechnungAdr")));
+  EXPECT_EQ(state(*dialog, "txtRechnungAdr").text, "2");
+  EXPECT_THAT(lookupsOpened,
+              Contains("AUSK_Adressauskunft|Kundennummer='20001' or Kundennummer is null"));
+  EXPECT_THAT(codes(*dialog), ElementsAre("VA"));
+}
+
+TEST_F(CustomerDialogTest, SavesWhatTheClerkChangedAndKeepsTheRest) {
+  stageCustomer("K1", "20001", [](KundeFields& job) {
+    asStored(job);
+    job.VS_Ort = "Bremen";
+    job.EMail = "x@example.org";
+  });
+  const auto dialog = opened("K1");
+  EXPECT_FALSE(dialog->changed());
+  enter(*dialog, "txtPLZ", "20459");
+  enter(*dialog, "txtBlz", "90000002");
+  enter(*dialog, "txtHinweis", "Erste Zeile\nzweite");
+  enter(*dialog, "txtTelefon", std::string(10000, '7'));
+  const auto addresses = dialog->addresses();
+  addresses->type(*addresses->find("txtVS_Ort"), "Kiel");
+  dialog->takeAddresses(*addresses);
+  EXPECT_TRUE(dialog->changed());
+  dialog->release(true);
+  ASSERT_TRUE(dialog->save());
+  EXPECT_EQ(field("K1", "PLZ").text(), "20459");
+  EXPECT_EQ(field("K1", "BLZ").text(), "90000002");
+  EXPECT_EQ(field("K1", "Bemerkung").text(), "Erste Zeile\nzweite");
+  EXPECT_EQ(field("K1", "Telefon").text().size(), 10000U);
+  EXPECT_EQ(field("K1", "VS_Ort").text(), "Kiel");
+  EXPECT_EQ(field("K1", "EMail").text(), "x@example.org");
+  EXPECT_EQ(field("K1", "ProcessWarning").integer(), 1);
+  EXPECT_EQ(jobType("K1"), 10);
+}
+
+TEST_F(CustomerDialogTest, RaisesItsImportTypeToTheWorstOfTheContractsThatCameWithIt) {
+  stageCustomer("K1", "20001", asStored);
+  stageContract("C1", [](VertragFields& job) { job.JobType = 41; });
+  stageContract("C2", [](VertragFields& job) {
+    job.JobType = 43;
+    job.Vertragsnummer = "V2";
+  });
+  set("C1", "Status", "20");
+  set("C2", "Status", "30");
+  const auto dialog = opened("K1");
+  ASSERT_NE(dialog->grid(), nullptr);
+  EXPECT_EQ(dialog->grid()->rowCount(), 2U);
+  EXPECT_EQ(dialog->grid()->cell(0, 0).bitmap, "CONTRACT_NEW");
+  EXPECT_EQ(dialog->grid()->detailsOf(0).jobType, 41);
+  ASSERT_TRUE(dialog->save());
+  EXPECT_EQ(field("K1", "ImportType").integer(), 20);
+  EXPECT_EQ(field("C1", "ImportType").integer(), 20);
+}
+
+TEST_F(CustomerDialogTest, OffersTheReleaseOfAParkedJobWhenItIsSaved) {
+  stageCustomer("K1", "20001", asStored);
+  set("K1", "JobType", "11");
+  const auto refused = opened("K1");
+  EXPECT_TRUE(refused->canRelease());
+  ASSERT_TRUE(refused->save());
+  EXPECT_EQ(erp.desktop.asked.size(), 1U);
+  EXPECT_NE(field("K1", "ProcessWarning").integer(), 1);
+  erp.desktop.answer = true;
+  ASSERT_TRUE(opened("K1")->save());
+  EXPECT_EQ(field("K1", "ProcessWarning").integer(), 1);
+  // The code is changed by the next run.
+  EXPECT_EQ(jobType("K1"), 11);
+}
+
+TEST_F(CustomerDialogTest, ToldOfADatabaseThatIsGoneItKeepsTheInput) {
+  stageCustomer("K1", "20001", asStored);
+  const auto dialog = opened("K1");
+  connection().execute(sql("Drop Table Kundenstamm"_sql));
+  enter(*dialog, "txtKundennummer", "20002");
+  EXPECT_NE(dialog->notice(), "");
+  EXPECT_FALSE(erp.diagnostics.entries.empty());
+  EXPECT_EQ(state(*dialog, "txtKundennummer").text, "20002");
+}
+
+} // namespace
+} // namespace qx

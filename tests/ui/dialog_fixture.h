@@ -1,0 +1,103 @@
+// A small company, staged jobs and the dialogs that open them.
+#pragma once
+
+#include "../engine/order_fixture.h"
+
+#include "ui/job_dialogs.h"
+#include "ui/lookup_bridge.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace qx {
+
+/// Answers every lookup with what the test says.
+class ScriptedAuskunft final : public Auskunft {
+public:
+  ScriptedAuskunft(const std::vector<std::string>& answer, std::vector<std::string>& criteria)
+      : answer_(answer), criteria_(criteria) {}
+  std::vector<std::string> show(Session& /*session*/, const LookupRequest& request) override {
+    criteria_.push_back(request.recordSource + "|" + request.criteria.text());
+    return answer_;
+  }
+
+private:
+  const std::vector<std::string>& answer_;
+  std::vector<std::string>& criteria_;
+};
+
+class DialogTest : public OrderTest {
+protected:
+  DialogTest() {
+    erp.components.setAuskunftFactory(
+        [this] { return std::make_unique<ScriptedAuskunft>(chosen, lookupsOpened); });
+    TableFiller(connection(), "Vertragsarten").add({{"Vertragsart", "W"}, {"Kurztext", "Wartung"}});
+    TableFiller(connection(), "Vertragsgegenstände")
+        .add({{"VertrGegenstandsNr", "G1"}, {"Bez", "Kassenwartung"}});
+    TableFiller(connection(), "Kundengruppen").add({{"Kundengruppe", "GH"}, {"Langtext", "Großhandel"}});
+    TableFiller(connection(), "PreislistenKopf").add({{"Preisliste", "A"}, {"Langtext", "Liste A"}});
+  }
+
+  std::unique_ptr<JobDialog> opened(std::string_view jobId) {
+    auto dialog = makeJobDialog(context, jobType(jobId));
+    EXPECT_TRUE(dialog->load(jobId)) << dialog->notice();
+    return dialog;
+  }
+  static std::size_t place(const JobDialog& dialog, std::string_view control) {
+    const auto found = dialog.find(control);
+    EXPECT_TRUE(found) << control;
+    return found.value_or(0);
+  }
+  static const ControlState& state(const JobDialog& dialog, std::string_view control) {
+    return dialog.control(place(dialog, control));
+  }
+  /// The clerk types into a control and leaves it.
+  static void enter(JobDialog& dialog, std::string_view control, std::string_view text) {
+    dialog.type(place(dialog, control), text);
+    dialog.leave(place(dialog, control));
+  }
+  /// "code severity text" of each finding.
+  static std::vector<std::string> findings(const JobDialog& dialog) {
+    std::vector<std::string> lines;
+    for (const Finding& finding : dialog.findings())
+      lines.push_back(finding.code + (finding.place.empty() ? "" : " " + finding.place) + "|" +
+                      std::to_string(static_cast<int>(finding.severity)) + "|" + finding.text);
+    return lines;
+  }
+  static std::vector<std::string> codes(const JobDialog& dialog) {
+    std::vector<std::string> codes;
+    for (const Finding& finding : dialog.findings()) codes.push_back(finding.code);
+    std::sort(codes.begin(), codes.end());
+    return codes;
+  }
+  void stageContract(std::string_view jobId, const std::function<void(VertragFields&)>& change = {}) {
+    Vertrag job(erp.environment);
+    job.JobID = jobId;
+    job.Kundennummer = "20001";
+    job.Vertragsnummer = "V1";
+    job.Vertragsart = "W";
+    job.Artikelnummer = "G1";
+    job.Zustand = "A";
+    job.Intervall = 12;
+    job.Menge = 1;
+    job.Vertragsdatum = "01.11.2026";
+    job.Vertragsbeginn = "01.12.2026";
+    if (change) change(job);
+    writeStaged(connection(), static_cast<const VertragFields&>(job));
+  }
+  void set(std::string_view jobId, std::string_view column, std::string_view text) {
+    connection().execute(sql("Update ImportKopf Set "_sql, name(column), " = '"_sql, value(text),
+                             "' Where JobID = '"_sql, value(jobId), "'"_sql));
+  }
+
+  std::vector<std::string> chosen;        ///< what a lookup gives
+  std::vector<std::string> lookupsOpened; ///< "record source|criteria"
+  LookupBridge lookups{erp.environment};
+  DialogContext context{erp.environment, engine, lookups};
+};
+
+} // namespace qx

@@ -1,0 +1,174 @@
+#include "dialog_fixture.h"
+
+namespace qx {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Not;
+
+class OrderDialogTest : public DialogTest {
+protected:
+  static std::size_t column(JobGrid& grid, std::string_view name) {
+    for (std::size_t i = 0; i < grid.columns().size(); ++i)
+      if (grid.columns()[i].name == name) return i;
+    ADD_FAILURE() << name;
+    return 0;
+  }
+  static std::string cell(JobGrid& grid, std::size_t row, std::string_view name) {
+    return grid.cell(row, column(grid, name)).text;
+  }
+  void stagePriced(std::string_view jobId, std::int32_t number, std::string_view article, double quantity,
+                   double price) {
+    stagePosition(jobId, number, article, quantity, [&](AuftragsPosFields& position) {
+      position.Preis = price;
+      position.Mengeneinheit = "ST";
+      position.Rabatt = 3;
+      position.ChildID = "P" + std::to_string(number);
+    });
+  }
+};
+
+TEST_F(OrderDialogTest, ShowsThePositionsInTheOrderOfTheirNumbersAndComparesPrices) {
+  stageOrder("O1");
+  stagePriced("O1", 10, "B200", 1, 5.99);
+  stagePriced("O1", 2, "G400", 1, 1);
+  stagePriced("O1", 1, "A100", 1, 10);
+  stagePriced("O1", 3, "GEBUEHR", 1, 1);
+  const auto dialog = opened("O1");
+  JobGrid& grid = *dialog->grid();
+  ASSERT_EQ(grid.rowCount(), 4U);
+  EXPECT_EQ(cell(grid, 0, "Artikelnummer"), "A100");
+  EXPECT_EQ(cell(grid, 3, "Artikelnummer"), "B200");
+  EXPECT_THAT(findings(*dialog),
+              ElementsAre("PR 2|30|Es ist ein Fehler beim ermitteln des Preises aufgetreten.",
+                          "PR 3|20|Es konnte kein Preis gefunden werden!",
+                          "PR 10|20|Ermittelter Preis: 4,99 weicht vom Importpreis: 5,99 ab!"));
+  EXPECT_EQ(grid.cell(0, 0).bitmap, "PROCESSING");
+  EXPECT_EQ(grid.cell(1, 0).bitmap, "ERROR");
+  EXPECT_EQ(cell(grid, 3, "Preis2"), "4,99");
+  EXPECT_EQ(grid.cell(3, column(grid, "Preis")).message, "Preis weicht ab.");
+}
+
+TEST_F(OrderDialogTest, WarnsOfStockAndCostAssignmentOnlyWhereTheOptionsSaySo) {
+  TableFiller(connection(), "Artikellager")
+      .add({{"Artikelnummer", "A100"}, {"Lagernummer", "1"}, {"Lagerbestand", 2.0}, {"MitBestand", true}});
+  stageOrder("O1");
+  stagePriced("O1", 1, "A100", 3, 10);
+  EXPECT_THAT(findings(*opened("O1")), IsEmpty());
+  erp.setOption("WarnungLagerbestand", "1");
+  erp.setOption("KostenzuordnungAuftrag", "1");
+  erp.setSetting("Kostenzuordnung", "AB", "3");
+  const auto dialog = opened("O1");
+  EXPECT_THAT(findings(*dialog),
+              Contains("LB 1|20|Achtung: Lagerbestand für Artikel 'A100' reicht nicht aus!"));
+  // Mending one line leaves the findings of the others.
+  JobGrid& grid = *dialog->grid();
+  EXPECT_EQ(grid.edit(0, column(grid, "Menge"), "2"), "");
+  EXPECT_THAT(codes(*dialog), Not(Contains("LB")));
+}
+
+TEST_F(OrderDialogTest, AnUnknownCustomerAndAnOrderWithoutPositionsAreErrors) {
+  stageOrder("O1", [](AuftragFields& job) {
+    job.Kundennummer = "5";
+    job.Bez1 = "Laden";
+  });
+  EXPECT_THAT(findings(*opened("O1")), ElementsAre("KN|30|Kundennummer 5 ist nicht angelegt.",
+                                                   "PO|30|Auftrag ohne Positionen angelegt."));
+}
+
+TEST_F(OrderDialogTest, NamesAOneTimeCustomerByTheOrder) {
+  connection().execute(sql("Update Kundenstamm Set KZDivers = 1"_sql));
+  stageOrder("O1", [](AuftragFields& job) { job.Bez1 = "Laufkundschaft"; });
+  stagePriced("O1", 1, "A100", 1, 10);
+  const auto dialog = opened("O1");
+  EXPECT_EQ(state(*dialog, "txtKundennummer").description, "(Divers) Laufkundschaft");
+  EXPECT_THAT(findings(*dialog), IsEmpty());
+}
+
+TEST_F(OrderDialogTest, SavesHeaderAndPositionsAndCarriesWhatTheGridDoesNotShow) {
+  stageOrder("O1");
+  stagePriced("O1", 1, "A100", 1, 10);
+  stagePriced("O1", 2, "B200", 1, 4.99);
+  const auto dialog = opened("O1");
+  JobGrid& grid = *dialog->grid();
+  EXPECT_EQ(grid.edit(0, column(grid, "Menge"), "1,5"), "");
+  EXPECT_EQ(grid.edit(0, column(grid, "Menge"), "viel"), "'viel' ist keine Zahl.");
+  EXPECT_EQ(cell(grid, 0, "Menge"), "1,5");
+  grid.removeRow(1);
+  const std::size_t added = grid.addRow();
+  EXPECT_EQ(grid.edit(added, column(grid, "Artikelnummer"), "B200"), "");
+  EXPECT_EQ(grid.paste(added + 1, column(grid, "Artikelnummer"), "A100\t4\tST\t9,99\r\nZ300\tx\tST\t15\n"),
+            "Zeile 4, Menge: 'x' ist keine Zahl.\n");
+  enter(*dialog, "tdbVersandart", "SP");
+  EXPECT_TRUE(dialog->changed());
+  ASSERT_TRUE(dialog->save());
+  EXPECT_FALSE(dialog->changed());
+  EXPECT_EQ(field("O1", "Versandart").text(), "SP");
+  EXPECT_EQ(field("O1", "Status").integer(), 20);
+  const auto rows = erp.rows(sql("Select Positionsnummer, Artikelnummer, Menge, JobType, Rabatt, JobID "
+                                 "From ImportPos Order by Cast(Positionsnummer as int)"_sql));
+  ASSERT_EQ(rows.size(), 4U);
+  EXPECT_EQ(rows[0][2].number(), 1.5);
+  EXPECT_EQ(rows[0][4].number(), 3);
+  EXPECT_EQ(rows[1][1].text(), "B200");
+  EXPECT_EQ(rows[2][2].number(), 4);
+  for (const auto& row : rows) {
+    EXPECT_EQ(row[3].integer(), 50);
+    EXPECT_EQ(row[5].text(), "O1");
+  }
+}
+
+TEST_F(OrderDialogTest, APositionThatTheDatabaseRefusesLeavesTheStoredOrderAsItWas) {
+  stageOrder("O1");
+  stagePriced("O1", 1, "A100", 1, 10);
+  const auto dialog = opened("O1");
+  JobGrid& grid = *dialog->grid();
+  grid.edit(grid.addRow(), column(grid, "Artikelnummer"), "B200");
+  enter(*dialog, "txtTelefon", "040");
+  connection().execute(sql("Create Trigger refuse Before Insert On ImportPos When new.Artikelnummer = 'B200' "
+                           "Begin Select Raise(Abort, 'refused'); End"_sql));
+  EXPECT_FALSE(dialog->save());
+  EXPECT_EQ(erp.desktop.shown.back().text, "Fehler beim Speichern der Daten");
+  EXPECT_EQ(count(sql("Select Count(*) From ImportPos"_sql)), 1);
+  EXPECT_EQ(field("O1", "Telefon").text(), "");
+  EXPECT_EQ(grid.rowCount(), 2U);
+  EXPECT_TRUE(dialog->changed());
+}
+
+TEST_F(OrderDialogTest, ChecksALongOrderInSteps) {
+  stageOrder("O1");
+  WorkUnit unit(connection());
+  for (int i = 1; i <= 120; ++i) stagePriced("O1", i, "A100", 1, 11);
+  unit.commit();
+  const auto dialog = opened("O1");
+  EXPECT_EQ(dialog->checksLeft(), 70U);
+  EXPECT_EQ(dialog->findings().size(), 50U);
+  while (dialog->checksLeft() > 0) dialog->checkMore(50);
+  EXPECT_EQ(dialog->findings().size(), 120U);
+}
+
+TEST_F(OrderDialogTest, OpensADoneOrderForReadingWithItsPositions) {
+  stageOrder("O1");
+  stagePriced("O1", 1, "A100", 1, 10);
+  set("O1", "JobType", "33");
+  const auto dialog = opened("O1");
+  EXPECT_TRUE(dialog->readOnly());
+  EXPECT_FALSE(dialog->grid()->editable());
+  EXPECT_EQ(dialog->grid()->cell(0, 0).bitmap, "PROCESSED");
+  EXPECT_NE(dialog->grid()->edit(0, 2, "5"), "");
+}
+
+TEST_F(OrderDialogTest, ShowsTheIndividualFieldsInTheirModeOnly) {
+  stageOrder("O1", [](AuftragFields& job) { job.IndFild1 = "ZB"; });
+  EXPECT_FALSE(opened("O1")->find("txtIndFild1"));
+  customerSpecific();
+  connection().execute(sql("Update Kundenstamm Set Versandart = 'XX'"_sql));
+  const auto dialog = opened("O1");
+  EXPECT_EQ(state(*dialog, "txtIndFild1").text, "ZB");
+  EXPECT_THAT(findings(*dialog), Contains("VSK|20|Versandart Kunde: XX wurde noch nicht angelegt."));
+}
+
+} // namespace
+} // namespace qx
