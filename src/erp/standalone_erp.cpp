@@ -75,6 +75,7 @@ std::unique_ptr<Adressindex> StandaloneErp::createAdressindex(Connection& connec
 std::unique_ptr<FibuUebergabe> StandaloneErp::createFibuUebergabe() { return std::make_unique<OpenItems>(); }
 
 std::unique_ptr<Auskunft> StandaloneErp::createAuskunft() {
+  if (auskunftFactory_) return auskunftFactory_();
   throw std::runtime_error("Auskünfte gibt es nur im Fenster, nicht in diesem Programm.");
 }
 

@@ -6,7 +6,9 @@
 #include "platform/desktop.h"
 #include "platform/erp_components.h"
 
+#include <functional>
 #include <memory>
+#include <utility>
 
 namespace qx {
 
@@ -26,8 +28,14 @@ public:
   std::unique_ptr<Profile> createProfile() override;
   std::unique_ptr<Adressindex> createAdressindex(Connection& connection) override;
   std::unique_ptr<FibuUebergabe> createFibuUebergabe() override;
-  /// Raises `std::runtime_error`: lookup windows belong to a desktop.
+  /// A window of the factory; raises `std::runtime_error` without one, since lookup windows belong to a
+  /// desktop.
   std::unique_ptr<Auskunft> createAuskunft() override;
+
+  /// For programs with windows; without one there are no lookups.
+  void setAuskunftFactory(std::function<std::unique_ptr<Auskunft>()> factory) {
+    auskunftFactory_ = std::move(factory);
+  }
 
 private:
   std::shared_ptr<Connection> connection_;
@@ -35,6 +43,7 @@ private:
   Desktop& desktop_;
   const ProcessIdentity& identity_;
   StandaloneOptions options_;
+  std::function<std::unique_ptr<Auskunft>()> auskunftFactory_;
 };
 
 } // namespace qx
