@@ -28,11 +28,11 @@ struct ControlSpec {
   std::string_view name;
   std::string_view caption; ///< of the field, access key marked with '&'
   ControlKind kind = ControlKind::Text;
-  std::string_view column;      ///< of `ImportKopf`; empty for one that is shown only
-  std::string_view picture;     ///< the picture control beside it; empty for none
-  std::string_view button;      ///< its lookup button; empty for none
-  std::string_view lookup;      ///< the name of the lookup that button and F4 open
-  std::string_view description; ///< the label with the text of its code; empty for none
+  std::string_view column;       ///< of `ImportKopf`; empty for one that is shown only
+  std::string_view picture;      ///< the picture control beside it; empty for none
+  std::string_view button;       ///< its lookup button; empty for none
+  std::string_view lookup;       ///< the name of the lookup that button and F4 open
+  std::string_view description;  ///< the label with the text of its code; empty for none
   bool customerSpecific = false; ///< shown in customer-specific mode only
 };
 

@@ -28,8 +28,8 @@ struct DialogContext {
 /// Everything a dialog shows. The window renders it as a whole after each call.
 struct JobDialogState {
   std::string title;
-  std::string readOnlyReason; ///< one line; empty when the job may be changed
-  std::string notice;         ///< one line on what went wrong last; empty otherwise
+  std::string readOnlyReason;         ///< one line; empty when the job may be changed
+  std::string notice;                 ///< one line on what went wrong last; empty otherwise
   std::vector<ControlState> controls; ///< in the order of `JobDialog::specs`
   std::vector<Finding> findings;      ///< worst first
   bool changed = false;               ///< differs from what was loaded or saved last
@@ -42,14 +42,24 @@ struct JobDialogState {
 struct GridCell {
   std::string text;
   CheckStatus picture = CheckStatus::Clean;
-  std::string message;      ///< tool tip
-  std::string_view bitmap;  ///< resource name of the picture that the cell shows; empty for none
+  std::string message;     ///< tool tip
+  std::string_view bitmap; ///< resource name of the picture that the cell shows; empty for none
 };
 
-enum class GridColumnKind : std::uint8_t { Picture, Text, LongText, Number, Money, Date, Unit, Check, Button };
+enum class GridColumnKind : std::uint8_t {
+  Picture,
+  Text,
+  LongText,
+  Number,
+  Money,
+  Date,
+  Unit,
+  Check,
+  Button
+};
 
 struct GridColumn {
-  std::string_view name;    ///< column of the table, or the heading of one that is not stored
+  std::string_view name; ///< column of the table, or the heading of one that is not stored
   std::string_view caption;
   GridColumnKind kind = GridColumnKind::Text;
   bool editable = false;

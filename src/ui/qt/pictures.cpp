@@ -19,18 +19,24 @@ QIcon picture(std::string_view name) {
 
 QIcon severityPicture(CheckStatus severity) {
   switch (severity) {
-  case CheckStatus::Clean: return picture("PROCESSING");
-  case CheckStatus::Warning: return picture("WARNING");
-  case CheckStatus::Error: return picture("ERROR");
+  case CheckStatus::Clean:
+    return picture("PROCESSING");
+  case CheckStatus::Warning:
+    return picture("WARNING");
+  case CheckStatus::Error:
+    return picture("ERROR");
   }
   return {};
 }
 
 QIcon fieldPicture(CheckStatus severity) {
   switch (severity) {
-  case CheckStatus::Clean: return {};
-  case CheckStatus::Warning: return picture("WARNINGGRAY");
-  case CheckStatus::Error: return picture("ERRORGRAY");
+  case CheckStatus::Clean:
+    return {};
+  case CheckStatus::Warning:
+    return picture("WARNINGGRAY");
+  case CheckStatus::Error:
+    return picture("ERRORGRAY");
   }
   return {};
 }

@@ -10,8 +10,8 @@
 namespace qx {
 
 /// `PROCESSING`, `WARNING`, `ERROR`, `PROCESSED`, `WARNINGGRAY`, `ERRORGRAY`, `BUTTON`, `CONTRACT_NEW`,
-/// `CONTRACT_ALTERED`, `CONTRACT_DELETE`, `CONTRACT_DONE`, and the tool pictures of the folder. A null icon for
-/// an unknown name.
+/// `CONTRACT_ALTERED`, `CONTRACT_DELETE`, `CONTRACT_DONE`, and the tool pictures of the folder. A null icon
+/// for an unknown name.
 QIcon picture(std::string_view name);
 
 /// The picture of a severity in a findings list: `PROCESSING`, `WARNING` or `ERROR`.

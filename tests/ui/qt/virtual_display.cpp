@@ -20,8 +20,8 @@ VirtualDisplay::VirtualDisplay() {
     prctl(PR_SET_PDEATHSIG, SIGTERM);
     close(number[0]);
     const std::string descriptor = std::to_string(number[1]);
-    execlp("Xvfb", "Xvfb", "-displayfd", descriptor.c_str(), "-screen", "0", "1280x800x24", "-nolisten", "tcp",
-           static_cast<char*>(nullptr));
+    execlp("Xvfb", "Xvfb", "-displayfd", descriptor.c_str(), "-screen", "0", "1280x800x24", "-nolisten",
+           "tcp", static_cast<char*>(nullptr));
     _exit(127);
   }
   close(number[1]);

@@ -5,8 +5,8 @@
 
 namespace qx {
 
-/// Starts a virtual X server on a free display, names it in the environment and ends it with the object. Raises
-/// `std::runtime_error` when it does not come up.
+/// Starts a virtual X server on a free display, names it in the environment and ends it with the object.
+/// Raises `std::runtime_error` when it does not come up.
 class VirtualDisplay {
 public:
   VirtualDisplay();

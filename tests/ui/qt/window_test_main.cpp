@@ -11,7 +11,8 @@
 
 int main(int count, char** arguments) {
   bool listing = false;
-  for (int i = 1; i < count; ++i) listing = listing || std::strncmp(arguments[i], "--gtest_list_tests", 18) == 0;
+  for (int i = 1; i < count; ++i)
+    listing = listing || std::strncmp(arguments[i], "--gtest_list_tests", 18) == 0;
   testing::InitGoogleTest(&count, arguments);
   if (listing) return RUN_ALL_TESTS();
   const qx::VirtualDisplay display;
