@@ -54,7 +54,7 @@ constexpr std::array einstellungen{key("Section"), key("Key"), text("Value")};
 constexpr std::array benutzer{key("UserName"), code("PersonalNr"),
                               withDefault(small("Buchungskreis"), ColumnDefault::One)};
 constexpr std::array adressindex{key("Kundennummer"), key("Art", ColumnType::Small), code("Suchtext")};
-constexpr std::array lieferanten{key("Lieferantennummer"), text("Bez1")};
+constexpr std::array lieferanten{key("Lieferantennummer"), code("Bez1")};
 constexpr std::array schemastand{integer("Version")};
 
 constexpr std::array tables{SchemaTable{"Protokolle", protokolle, {}},

@@ -7,11 +7,12 @@ namespace {
 
 using namespace columns;
 
+// Names and descriptions in which a lookup searches compare as codes do, here and in the tables below.
 constexpr std::array kundenstamm{key("Kundennummer"),
                                  text("ÄndUser"),
                                  stamp("ÄndDatum"),
                                  code("Suchbegriff"),
-                                 text("Bez1"),
+                                 code("Bez1"),
                                  text("Bez2"),
                                  text("Bez3"),
                                  text("Strasse"),
@@ -84,11 +85,14 @@ constexpr std::array kundenstamm{key("Kundennummer"),
                                  money("Kreditlimit1"),
                                  money("Kreditlimit2"),
                                  code("Währung")};
+constexpr std::array kundenstammIndexes{
+    SchemaIndex{"Kundenstamm_Suchbegriff", {"Suchbegriff", "Kundennummer"}},
+    SchemaIndex{"Kundenstamm_Name", {"Bez1", "Kundennummer"}}};
 
 // An address of no customer has no customer number, so the pair is no primary key.
-constexpr std::array adressenstamm{code("Kundennummer"), code("Adressnummer"), text("Bez1"),
+constexpr std::array adressenstamm{code("Kundennummer"), code("Adressnummer"), code("Bez1"),
                                    text("Bez2"),         text("Bez3"),         text("Strasse"),
-                                   code("Land"),         code("PLZ"),          text("Ort"),
+                                   code("Land"),         code("PLZ"),          code("Ort"),
                                    text("Telefon"),      text("Telefax"),      text("EMail")};
 constexpr std::array adressenstammIndexes{
     SchemaIndex{"Adressenstamm_Adresse", {"Kundennummer", "Adressnummer"}, IndexKind::Unique}};
@@ -97,7 +101,7 @@ constexpr std::array kundengruppen{key("Kundengruppe"), text("Langtext")};
 constexpr std::array vertreter{key("VertreterNr"), code("Suchbegriff"), text("Bez1"),
                                text("Bez2"),       text("Ort"),         real("AnteilVertreter")};
 constexpr std::array zahlungsarten{key("Zahlungsart"), text("Kurztext")};
-constexpr std::array kreditinstitute{key("Bankleitzahl"), text("Kreditinstitut")};
+constexpr std::array kreditinstitute{key("Bankleitzahl"), code("Kreditinstitut")};
 constexpr std::array währungen{key("Währung"), text("Langtext"), real("Wechselkurs"),
                                small("Kursbehandlung")};
 constexpr std::array versandtexte{key("Versandart"), text("Kurztext")};
@@ -135,15 +139,15 @@ constexpr std::array verträge{key("Kundennummer"),
 
 constexpr std::array vertragsarten{key("Vertragsart"), text("Kurztext")};
 constexpr std::array vertragsGegenständePos{key("VertrGegenstandsNr"), key("Vertragsart")};
-constexpr std::array vertragsgegenstände{key("VertrGegenstandsNr"), text("Bez")};
+constexpr std::array vertragsgegenstände{key("VertrGegenstandsNr"), code("Bez")};
 
 constexpr std::array textbausteine{
-    key("Textart"),   key("TextNummer"), key("ZusatztextNummer"), key("SprachKZ"),       text("Kurztext"),
+    key("Textart"),   key("TextNummer"), key("ZusatztextNummer"), key("SprachKZ"),       code("Kurztext"),
     text("Langtext"), text("WoDrucken"), text("Schriftart"),      small("Schriftgröße"), text("Schriftstil")};
 constexpr std::array personalstamm{key("PersonalNr"), text("Kurzzeichen"), text("Anrede"),
                                    text("Titel"),     text("Vorname"),     text("Nachname")};
 
-constexpr std::array tables{SchemaTable{"Kundenstamm", kundenstamm, {}},
+constexpr std::array tables{SchemaTable{"Kundenstamm", kundenstamm, kundenstammIndexes},
                             SchemaTable{"Adressenstamm", adressenstamm, adressenstammIndexes},
                             SchemaTable{"Kundengruppen", kundengruppen, {}},
                             SchemaTable{"Vertreter", vertreter, {}},

@@ -187,7 +187,7 @@ constexpr std::array nummernkreise{key("NSchl"),           key("Buchungskreis", 
                                    flag("Aktiviert"),      integer("aktuellerWert"),
                                    integer("UntererWert"), integer("ObererWert")};
 
-constexpr std::array artikelstamm{key("Artikelnummer"),    text("Bez"),
+constexpr std::array artikelstamm{key("Artikelnummer"),    code("Bez"),
                                   text("Bezeichnung"),     code("Mengeneinheit"),
                                   code("MwSt_KZ"),         code("Erfassungsschema"),
                                   flag("ArtikelGesperrt"), flag("KZDivers"),
@@ -207,6 +207,8 @@ constexpr std::array artikelstamm{key("Artikelnummer"),    text("Bez"),
                                   money("Preis"),          money("KalkPreis"),
                                   text("Artikellangtext"), stamp("DZMwSt")};
 
+constexpr std::array artikelstammIndexes{SchemaIndex{"Artikelstamm_Bezeichnung", {"Bez", "Artikelnummer"}}};
+
 constexpr std::array artikellager{key("Artikelnummer"), key("Lagernummer"), real("Lagerbestand"),
                                   flag("MitBestand")};
 constexpr std::array mengeneinheitenAltern{key("Alternativ"), code("Mengeneinheit")};
@@ -225,7 +227,7 @@ constexpr std::array tables{SchemaTable{"Auftragskopf", auftragskopf, {}},
                             SchemaTable{"Auftragspos", auftragspos, auftragsposIndexes},
                             SchemaTable{"Belegindex", belegindex, belegindexIndexes},
                             SchemaTable{"Nummernkreise", nummernkreise, {}},
-                            SchemaTable{"Artikelstamm", artikelstamm, {}},
+                            SchemaTable{"Artikelstamm", artikelstamm, artikelstammIndexes},
                             SchemaTable{"Artikellager", artikellager, {}},
                             SchemaTable{"MengeneinheitenAltern", mengeneinheitenAltern, {}},
                             SchemaTable{"Mengeneinheiten", mengeneinheiten, {}},

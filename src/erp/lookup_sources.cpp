@@ -1,0 +1,303 @@
+#include "erp/lookup_sources.h"
+
+#include "erp/caseless.h"
+
+#include <algorithm>
+#include <array>
+#include <stdexcept>
+#include <utility>
+
+namespace qx {
+namespace {
+
+Sql everyRow() { return {}; }
+// A row without an address number could not be chosen. A customer's own addresses come before the common
+// ones.
+Sql ownAddresses() { return sql("Kundennummer Is Not Null And Adressnummer Is Not Null"_sql); }
+Sql commonAddresses() { return sql("Kundennummer Is Null And Adressnummer Is Not Null"_sql); }
+Sql deliveryNotes() { return sql("Belegart = 'LS' And Belegnummer Is Not Null"_sql); }
+Sql creditNotes() { return sql("Belegart = 'GS' And Belegnummer Is Not Null"_sql); }
+Sql invoices() { return sql("Belegart = 'RG' And Belegnummer Is Not Null"_sql); }
+
+using Name = std::string_view;
+using Group = Sql (*)();
+
+constexpr std::array<Group, 1> allRows{everyRow};
+
+constexpr std::array customerColumns{LookupColumn{"Kundennummer", "Kundennummer", 14},
+                                     LookupColumn{"Suchbegriff", "Suchbegriff", 16},
+                                     LookupColumn{"Bez1", "Name", 30},
+                                     LookupColumn{"Strasse", "Straße", 24},
+                                     LookupColumn{"PLZ", "PLZ", 8},
+                                     LookupColumn{"Ort", "Ort", 20}};
+constexpr std::array<Name, 3> customerSearch{"Kundennummer", "Suchbegriff", "Bez1"};
+constexpr std::array<Name, 1> customerOrder{"Kundennummer"};
+
+constexpr std::array addressColumns{LookupColumn{"Kundennummer", "Kundennummer", 14},
+                                    LookupColumn{"Adressnummer", "Adressnummer", 14},
+                                    LookupColumn{"Bez1", "Name", 30},
+                                    LookupColumn{"Strasse", "Straße", 24},
+                                    LookupColumn{"PLZ", "PLZ", 8},
+                                    LookupColumn{"Ort", "Ort", 20}};
+constexpr std::array<Name, 4> addressSearch{"Adressnummer", "Bez1", "Ort", "PLZ"};
+// Addresses of no customer may share a number.
+constexpr std::array<Name, 2> addressOrder{"Adressnummer", "rowid"};
+constexpr std::array<Group, 2> addressGroups{ownAddresses, commonAddresses};
+
+constexpr std::array supplierColumns{LookupColumn{"Lieferantennummer", "Lieferantennummer", 18},
+                                     LookupColumn{"Bez1", "Name", 40}};
+constexpr std::array<Name, 2> supplierSearch{"Lieferantennummer", "Bez1"};
+constexpr std::array<Name, 1> supplierOrder{"Lieferantennummer"};
+
+constexpr std::array bankColumns{LookupColumn{"Bankleitzahl", "Bankleitzahl", 14},
+                                 LookupColumn{"Kreditinstitut", "Kreditinstitut", 44}};
+constexpr std::array<Name, 2> bankSearch{"Bankleitzahl", "Kreditinstitut"};
+constexpr std::array<Name, 1> bankOrder{"Bankleitzahl"};
+
+constexpr std::array articleColumns{LookupColumn{"Artikelnummer", "Artikelnummer", 20},
+                                    LookupColumn{"Bez", "Bezeichnung", 44},
+                                    LookupColumn{"Mengeneinheit", "Einheit", 10}};
+constexpr std::array<Name, 2> articleSearch{"Artikelnummer", "Bez"};
+constexpr std::array<Name, 1> articleOrder{"Artikelnummer"};
+
+constexpr std::array contractObjectColumns{LookupColumn{"VertrGegenstandsNr", "Nummer", 18},
+                                           LookupColumn{"Bez", "Bezeichnung", 44}};
+constexpr std::array<Name, 2> contractObjectSearch{"VertrGegenstandsNr", "Bez"};
+constexpr std::array<Name, 1> contractObjectOrder{"VertrGegenstandsNr"};
+
+constexpr std::array textBlockColumns{
+    LookupColumn{"TextNummer", "Textnummer", 14}, LookupColumn{"ZusatztextNummer", "Zusatztext", 12},
+    LookupColumn{"SprachKZ", "Sprache", 10}, LookupColumn{"Kurztext", "Kurztext", 44}};
+constexpr std::array<Name, 2> textBlockSearch{"TextNummer", "Kurztext"};
+constexpr std::array<Name, 4> textBlockOrder{"Textart", "TextNummer", "ZusatztextNummer", "SprachKZ"};
+
+constexpr std::array documentColumns{LookupColumn{"Belegnummer", "Belegnummer", 14, LookupColumnKind::Number},
+                                     LookupColumn{"Datum", "Datum", 12, LookupColumnKind::Stamp},
+                                     LookupColumn{"Kundennummer", "Kundennummer", 14},
+                                     LookupColumn{"Suchbegriff", "Suchbegriff", 24}};
+constexpr std::array<Name, 2> documentSearch{"Belegnummer", "Suchbegriff"};
+constexpr std::array<Name, 2> documentOrder{"Belegnummer", "rowid"};
+constexpr std::array<Group, 1> deliveryNoteGroup{deliveryNotes};
+constexpr std::array<Group, 1> creditNoteGroup{creditNotes};
+constexpr std::array<Group, 1> invoiceGroup{invoices};
+
+// Offers, orders and purchase orders of a supplier have no tables here, hence no record source.
+constexpr std::array sources{LookupSource{"AUSK_KUNDENAUSKUNFT", "Kundenstamm", customerColumns,
+                                          customerSearch, customerOrder, allRows},
+                             LookupSource{"AUSK_ADRESSAUSKUNFT", "Adressenstamm", addressColumns,
+                                          addressSearch, addressOrder, addressGroups},
+                             LookupSource{"AUSK_LIEFERANTENAUSKUNFT", "Lieferanten", supplierColumns,
+                                          supplierSearch, supplierOrder, allRows},
+                             LookupSource{"AUSK_KREDITINSTITUTAUSKUNFT", "Kreditinstitute", bankColumns,
+                                          bankSearch, bankOrder, allRows},
+                             LookupSource{"AUSK_ARTIKELAUSKUNFT", "Artikelstamm", articleColumns,
+                                          articleSearch, articleOrder, allRows},
+                             LookupSource{"AUSK_VERTRAGSGEGENSTANDSAUSKUNFT", "Vertragsgegenstände",
+                                          contractObjectColumns, contractObjectSearch, contractObjectOrder,
+                                          allRows},
+                             LookupSource{"AUSK_TEXTBAUSTEINAUSKUNFT", "Textbausteine", textBlockColumns,
+                                          textBlockSearch, textBlockOrder, allRows},
+                             LookupSource{"AUSK_LIEFERSCHEINAUSKUNFT", "Belegindex", documentColumns,
+                                          documentSearch, documentOrder, deliveryNoteGroup},
+                             LookupSource{"AUSK_GUTSCHRIFTSAUSKUNFT", "Belegindex", documentColumns,
+                                          documentSearch, documentOrder, creditNoteGroup},
+                             LookupSource{"AUSK_RECHNUNGSAUSKUNFT", "Belegindex", documentColumns,
+                                          documentSearch, documentOrder, invoiceGroup}};
+
+std::string_view trimmed(std::string_view text) {
+  const auto first = text.find_first_not_of(' ');
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(' ') - first + 1);
+}
+
+enum class Case : std::uint8_t { AsTyped, Lower, Upper, Capitalised };
+
+/// Gives the umlauts and accented letters the case wanted; the tables themselves see to the ASCII letters.
+std::string withCase(std::string_view text, Case wanted) {
+  std::string form(text);
+  if (wanted == Case::AsTyped) return form;
+  for (std::size_t i = 0; i + 1 < form.size(); ++i) {
+    if (static_cast<unsigned char>(form[i]) != 0xC3) continue;
+    // U+00C0 to U+00DE are the capitals of U+00E0 to U+00FE, the signs of multiplication and division
+    // excepted.
+    const auto second = static_cast<unsigned char>(form[i + 1]);
+    const unsigned base = second & 0x9FU;
+    const bool upper = wanted == Case::Upper || (wanted == Case::Capitalised && i == 0);
+    if (second >= 0x80 && base <= 0x9E && base != 0x97)
+      form[i + 1] = static_cast<char>(upper ? base : base + 0x20);
+    ++i;
+  }
+  return form;
+}
+
+/// The tables compare umlauts exactly, so each way in which a text is usually written is a search of its own.
+std::vector<std::string> spellings(std::string_view text) {
+  std::vector<std::string> all;
+  for (const Case wanted : {Case::AsTyped, Case::Lower, Case::Upper, Case::Capitalised})
+    if (std::string form = withCase(text, wanted); std::ranges::find(all, form) == all.end())
+      all.push_back(std::move(form));
+  return all;
+}
+
+/// A range instead of a pattern: it reads the index and knows no wildcards.
+Sql beginsWith(const LookupSource& source, std::string_view column, const std::string& prefix) {
+  // No text that begins with the prefix reaches the last character there is.
+  const std::string end = prefix + "\xF4\x8F\xBF\xBF";
+  const auto shown = std::ranges::find(source.columns, column, &LookupColumn::name);
+  if (shown != source.columns.end() && shown->kind == LookupColumnKind::Number)
+    return sql("(Cast("_sql, name(column), " As Text) >= '"_sql, value(prefix), "' And Cast("_sql,
+               name(column), " As Text) < '"_sql, value(end), "')"_sql);
+  return sql("("_sql, name(column), " >= '"_sql, value(prefix), "' And "_sql, name(column), " < '"_sql,
+             value(end), "')"_sql);
+}
+
+Sql bound(const Value& content) {
+  if (content.kind() == ValueKind::Integer) return sql(number(*content.integer()));
+  return sql("'"_sql, value(content.text()), "'"_sql);
+}
+
+/// Where a section looks: the group of rows, and with a search text the column and the spelling.
+struct Section {
+  std::size_t group = 0;
+  std::size_t column = 0;
+  std::size_t spelling = 0;
+};
+
+/// The order of sections is: by group, by column, by spelling.
+class Sections {
+public:
+  Sections(const LookupSource& source, std::string_view search)
+      : source_(source), spellings_(search.empty() ? std::vector<std::string>() : spellings(search)) {}
+
+  std::size_t count() const { return source_.groups.size() * perGroup(); }
+  Section at(std::size_t place) const {
+    if (spellings_.empty()) return {place, 0, 0};
+    const std::size_t within = place % perGroup();
+    return {place / perGroup(), within / spellings_.size(), within % spellings_.size()};
+  }
+
+  /// Columns by which the rows of a section come, the searched one first.
+  std::vector<std::string_view> order(const Section& section) const {
+    std::vector<std::string_view> columns;
+    if (!spellings_.empty()) columns.push_back(source_.searched[section.column]);
+    for (const std::string_view column : source_.order)
+      if (std::ranges::find(columns, column) == columns.end()) columns.push_back(column);
+    return columns;
+  }
+
+  /// What a row of the section meets, without what sections before it have listed; each condition is led by
+  /// its And.
+  Sql conditions(const Section& section) const {
+    Sql all;
+    if (spellings_.empty()) return all;
+    all.append(sql(" And "_sql))
+        .append(beginsWith(source_, source_.searched[section.column], spellings_[section.spelling]));
+    for (std::size_t column = 0; column < section.column; ++column)
+      for (const std::string& spelling : spellings_)
+        all.append(sql(" And "_sql))
+            .append(beginsWith(source_, source_.searched[column], spelling))
+            .append(sql(" Is Not True"_sql));
+    return all;
+  }
+
+private:
+  std::size_t perGroup() const {
+    return spellings_.empty() ? 1 : source_.searched.size() * spellings_.size();
+  }
+
+  const LookupSource& source_;
+  std::vector<std::string> spellings_;
+};
+
+Sql listOf(std::span<const std::string_view> columns) {
+  Sql list;
+  for (std::size_t i = 0; i < columns.size(); ++i) {
+    if (i > 0) list.append(sql(", "_sql));
+    list.append(sql(name(columns[i])));
+  }
+  return list;
+}
+
+Sql selectOf(const LookupSource& source, const Sections& sections, const Sql& criteria,
+             const LookupPosition& after, std::size_t limit) {
+  const Section section = sections.at(after.section);
+  const std::vector<std::string_view> order = sections.order(section);
+  std::vector<std::string_view> list;
+  for (const LookupColumn& column : source.columns) list.push_back(column.name);
+  list.insert(list.end(), order.begin(), order.end());
+
+  Sql statement = sql("Select "_sql).append(listOf(list));
+  statement.append(sql(" From "_sql, name(source.table), " Where 1 = 1"_sql));
+  if (const Sql group = source.groups[section.group](); !group.shapes().empty())
+    statement.append(sql(" And "_sql)).append(group);
+  if (!criteria.shapes().empty()) statement.append(sql(" And ("_sql)).append(criteria).append(sql(")"_sql));
+  statement.append(sections.conditions(section));
+  if (!after.after.empty()) {
+    statement.append(sql(" And ("_sql)).append(listOf(order)).append(sql(") > ("_sql));
+    for (std::size_t i = 0; i < after.after.size(); ++i) {
+      if (i > 0) statement.append(sql(", "_sql));
+      statement.append(bound(after.after[i]));
+    }
+    statement.append(sql(")"_sql));
+  }
+  return statement.append(sql(" Order By "_sql))
+      .append(listOf(order))
+      .append(sql(" Limit "_sql, number(static_cast<std::int64_t>(limit))));
+}
+
+std::string shownText(const LookupColumn& column, const Value& content) {
+  std::string text = content.text();
+  if (column.kind != LookupColumnKind::Stamp || text.size() < 8) return text;
+  return text.substr(6, 2) + "." + text.substr(4, 2) + "." + text.substr(0, 4);
+}
+
+} // namespace
+
+const LookupSource* findLookupSource(std::string_view recordSource) {
+  const auto found = std::ranges::find_if(
+      sources, [&](const LookupSource& source) { return equalCodes(source.name, recordSource); });
+  return found == sources.end() ? nullptr : &*found;
+}
+
+std::vector<std::size_t> resultColumns(const LookupSource& source, std::span<const std::string> fields) {
+  std::vector<std::size_t> places;
+  for (const std::string& field : fields) {
+    const auto found = std::ranges::find_if(
+        source.columns, [&](const LookupColumn& column) { return equalCodes(column.name, field); });
+    if (found == source.columns.end())
+      throw std::runtime_error("Die Auskunft " + std::string(source.name) + " hat kein Feld " + field + ".");
+    places.push_back(static_cast<std::size_t>(found - source.columns.begin()));
+  }
+  return places;
+}
+
+LookupPages::LookupPages(Connection& connection, const LookupSource& source, Sql criteria)
+    : connection_(connection), source_(source), criteria_(std::move(criteria)) {}
+
+LookupPage LookupPages::page(std::string_view search, const LookupPosition& after, std::size_t limit) const {
+  const Sections sections(source_, trimmed(search));
+  LookupPage page;
+  LookupPosition position = after;
+  while (position.section < sections.count() && page.rows.size() < limit) {
+    const std::size_t wanted = limit - page.rows.size();
+    const auto found = connection_.open(selectOf(source_, sections, criteria_, position, wanted));
+    for (; !found->eof(); found->moveNext()) {
+      LookupRow& row = page.rows.emplace_back();
+      for (std::size_t i = 0; i < source_.columns.size(); ++i)
+        row.push_back(shownText(source_.columns[i], found->value(i)));
+      if (found->recordCount() < wanted || page.rows.size() < limit) continue;
+      position.after.clear();
+      for (std::size_t i = source_.columns.size(); i < found->fieldCount(); ++i)
+        position.after.push_back(found->value(i));
+    }
+    if (found->recordCount() < wanted) position = {position.section + 1, {}};
+  }
+  if (position.section < sections.count()) page.next = std::move(position);
+  return page;
+}
+
+Sql LookupPages::statement(std::string_view search, const LookupPosition& after, std::size_t limit) const {
+  return selectOf(source_, Sections(source_, trimmed(search)), criteria_, after, limit);
+}
+
+} // namespace qx
