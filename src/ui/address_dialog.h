@@ -3,14 +3,16 @@
 
 #include "rules/customer_addresses.h"
 #include "ui/form.h"
+#include "ui/job_dialog.h"
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 
 namespace qx {
-
-struct DialogContext;
 
 /// One address of a job: whose it is (customer and address number, both may be empty) and its own lines.
 struct AddressBlock {
@@ -22,7 +24,8 @@ struct AddressBlock {
 };
 
 /// Edits copies; the dialog that opened it takes them over. A line that differs from the stored address of
-/// its key shows the stored value. Failures are told to the diagnostics and stand in `notice`.
+/// its key shows the stored value; a block without lines is not compared, since the stored address holds
+/// then. Failures are told to the diagnostics and stand in `notice`.
 class AddressDialog final : public Form {
 public:
   /// `ownCustomer` is the job's own customer number, for keys without a customer.
@@ -33,20 +36,36 @@ public:
   void leave(std::size_t place) override;
   bool lookUp(std::size_t place) override;
 
-  /// Which block a group is about, for the members below.
+  /// The group of the same number is about it.
   enum class Block : std::uint8_t { Delivery, Invoice };
+  static constexpr std::array allBlocks{Block::Delivery, Block::Invoice};
   /// Takes every line of the stored address over. False when there is none.
   bool takeStored(Block block);
   /// Empties the lines, so that the stored address of the key holds.
   void clear(Block block);
+  bool hasStored(Block block) const { return stored_[index(block)].has_value(); }
   /// How the block stands, on one line: equal, different, stored nowhere, or empty.
   std::string standing(Block block) const;
   AddressBlock block(Block block) const;
   const std::string& notice() const { return notice_; }
 
 private:
-  const DialogContext& context_;
+  struct BlockSpec;
+  static const std::array<BlockSpec, 2>& specsOfBlocks();
+  static std::size_t index(Block block) { return static_cast<std::size_t>(block); }
+
+  void setLines(Block block, const Adresse& lines);
+  /// Whose address the key means.
+  std::string owner(Block block) const;
+  /// The key means the customer of the job itself, who need not be stored yet.
+  bool isOwn(Block block) const;
+  /// Reads the stored address of the key again and marks a key that is stored nowhere.
+  void readStored(Block block);
+  void compare(Block block);
+
+  DialogContext context_;
   std::string ownCustomer_;
+  std::array<std::optional<Adresse>, 2> stored_;
   std::string notice_;
 };
 

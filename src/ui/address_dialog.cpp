@@ -1,0 +1,237 @@
+#include "ui/address_dialog.h"
+
+#include "rules/german_text.h"
+#include "ui/lookup_bridge.h"
+
+#include <exception>
+#include <utility>
+#include <vector>
+
+namespace qx {
+namespace {
+
+using Line = std::string Adresse::*;
+constexpr std::array<Line, 7> addressLines{&Adresse::Bez1, &Adresse::Bez2, &Adresse::Bez3, &Adresse::Strasse,
+                                           &Adresse::PLZ,  &Adresse::Ort,  &Adresse::Land};
+
+constexpr std::string_view customerLookup = "Kundenauskunft";
+constexpr std::string_view addressLookup = "Adressauskunft";
+
+constexpr std::array deliveryControls{
+    ControlSpec{.name = "txtVS_KdNr",
+                .caption = "&Kundennummer",
+                .picture = "imgVS_KdNr",
+                .button = "cmdVS_KdNr",
+                .lookup = customerLookup},
+    ControlSpec{.name = "txtVS_AdrNr",
+                .caption = "&Adressnummer",
+                .picture = "imgVS_AdrNr",
+                .button = "cmdVS_AdrNr",
+                .lookup = addressLookup},
+    ControlSpec{.name = "txtVS_Bez1", .caption = "Bezeichnung &1", .picture = "imgVS_Bez1"},
+    ControlSpec{.name = "txtVS_Bez2", .caption = "Bezeichnung &2", .picture = "imgVS_Bez2"},
+    ControlSpec{.name = "txtVS_Bez3", .caption = "Bezeichnung &3", .picture = "imgVS_Bez3"},
+    ControlSpec{.name = "txtVS_Strasse", .caption = "&Straße", .picture = "imgVS_Strasse"},
+    ControlSpec{.name = "txtVS_PLZ", .caption = "&PLZ", .picture = "imgVS_PLZ"},
+    ControlSpec{.name = "txtVS_Ort", .caption = "&Ort", .picture = "imgVS_Ort"},
+    ControlSpec{.name = "txtVS_Land", .caption = "&Land", .picture = "imgVS_Land"},
+};
+
+constexpr std::array invoiceControls{
+    ControlSpec{.name = "txtRG_KdNr",
+                .caption = "K&undennummer",
+                .picture = "imgRG_KdNr",
+                .button = "cmdRG_KdNr",
+                .lookup = customerLookup},
+    ControlSpec{.name = "txtRG_AdrNr",
+                .caption = "A&dressnummer",
+                .picture = "imgRG_AdrNr",
+                .button = "cmdRG_AdrNr",
+                .lookup = addressLookup},
+    ControlSpec{.name = "txtRG_Bez1", .caption = "Bezeichnung 1", .picture = "imgRG_Bez1"},
+    ControlSpec{.name = "txtRG_Bez2", .caption = "Bezeichnung 2", .picture = "imgRG_Bez2"},
+    ControlSpec{.name = "txtRG_Bez3", .caption = "Bezeichnung 3", .picture = "imgRG_Bez3"},
+    ControlSpec{.name = "txtRG_Strasse", .caption = "S&traße", .picture = "imgRG_Strasse"},
+    ControlSpec{.name = "txtRG_PLZ", .caption = "PL&Z", .picture = "imgRG_PLZ"},
+    ControlSpec{.name = "txtRG_Ort", .caption = "O&rt", .picture = "imgRG_Ort"},
+    ControlSpec{.name = "txtRG_Land", .caption = "La&nd", .picture = "imgRG_Land"},
+};
+
+constexpr std::array addressGroups{ControlGroup{"Versand an", deliveryControls},
+                                   ControlGroup{"Rechnung an", invoiceControls}};
+
+/// In every block the key stands before the lines.
+constexpr std::size_t keyControls = 2;
+
+std::string oneLine(const Adresse& address) {
+  std::string text;
+  for (const Line line : addressLines)
+    if (const std::string& part = address.*line; !part.empty()) text += (text.empty() ? "" : ", ") + part;
+  return text.empty() ? "(ohne Angaben)" : text;
+}
+
+std::string differenceTo(const std::string& stored) {
+  return stored.empty() ? "In der Stammadresse ist diese Zeile leer." : "In der Stammadresse steht: " + stored;
+}
+
+} // namespace
+
+struct AddressDialog::BlockSpec {
+  std::span<const ControlSpec> controls;
+
+  std::string_view customer() const { return controls[0].name; }
+  std::string_view number() const { return controls[1].name; }
+  std::string_view line(std::size_t i) const { return controls[keyControls + i].name; }
+  bool owns(std::string_view control) const {
+    for (const ControlSpec& spec : controls)
+      if (spec.name == control) return true;
+    return false;
+  }
+};
+
+const std::array<AddressDialog::BlockSpec, 2>& AddressDialog::specsOfBlocks() {
+  static const std::array<BlockSpec, 2> specs{BlockSpec{deliveryControls}, BlockSpec{invoiceControls}};
+  return specs;
+}
+
+AddressDialog::AddressDialog(const DialogContext& context, std::string ownCustomer, AddressBlock delivery,
+                             AddressBlock invoice, bool readOnly)
+    : context_(context), ownCustomer_(std::move(ownCustomer)) {
+  build(false);
+  const std::array given{&delivery, &invoice};
+  for (const Block block : allBlocks) {
+    const BlockSpec& spec = specsOfBlocks()[index(block)];
+    const AddressBlock& content = *given[index(block)];
+    at(spec.customer()).text = content.customer;
+    at(spec.number()).text = content.number;
+    for (std::size_t i = 0; i < addressLines.size(); ++i)
+      at(spec.line(i)).text = content.lines.*addressLines[i];
+    readStored(block);
+  }
+  settle();
+  setReadOnly(readOnly);
+}
+
+std::span<const ControlGroup> AddressDialog::groups() const { return addressGroups; }
+
+void AddressDialog::leave(std::size_t place) {
+  const std::string_view control = specs()[place]->name;
+  for (const Block block : allBlocks) {
+    const BlockSpec& spec = specsOfBlocks()[index(block)];
+    if (!spec.owns(control)) continue;
+    if (control == spec.customer() || control == spec.number())
+      readStored(block);
+    else
+      compare(block);
+  }
+}
+
+bool AddressDialog::lookUp(std::size_t place) {
+  const ControlSpec& control = *specs()[place];
+  if (readOnly() || control.lookup.empty()) return false;
+  for (const Block block : allBlocks) {
+    const BlockSpec& spec = specsOfBlocks()[index(block)];
+    if (!spec.owns(control.name)) continue;
+    const bool address = control.name == spec.number();
+    const std::vector<std::string> chosen =
+        context_.lookups.open(control.lookup, address ? owner(block) : std::string());
+    if (chosen.size() < (address ? 2U : 1U)) return false;
+    // An address of no customer leaves the customer number as it is.
+    if (!chosen[0].empty()) type(*find(spec.customer()), chosen[0]);
+    if (address) type(place, chosen[1]);
+    readStored(block);
+    return true;
+  }
+  return false;
+}
+
+bool AddressDialog::takeStored(Block block) {
+  if (readOnly() || !hasStored(block)) return false;
+  setLines(block, *stored_[index(block)]);
+  return true;
+}
+
+void AddressDialog::clear(Block block) {
+  if (!readOnly()) setLines(block, {});
+}
+
+void AddressDialog::setLines(Block block, const Adresse& lines) {
+  const BlockSpec& spec = specsOfBlocks()[index(block)];
+  for (std::size_t i = 0; i < addressLines.size(); ++i)
+    type(*find(spec.line(i)), lines.*addressLines[i]);
+  compare(block);
+}
+
+std::string AddressDialog::owner(Block which) const {
+  const std::string customer = block(which).customer;
+  return customer.empty() ? ownCustomer_ : customer;
+}
+
+bool AddressDialog::isOwn(Block which) const {
+  return block(which).number.empty() && equalCodes(owner(which), ownCustomer_);
+}
+
+void AddressDialog::readStored(Block which) {
+  const BlockSpec& spec = specsOfBlocks()[index(which)];
+  const AddressBlock edited = block(which);
+  const std::string customer = owner(which);
+  stored_[index(which)].reset();
+  notice_.clear();
+  mark(spec.customer(), CheckStatus::Clean);
+  mark(spec.number(), CheckStatus::Clean);
+  try {
+    Adresse found;
+    if (context_.engine.GetAdressDaten(customer, edited.number, found.Bez1, found.Bez2, found.Bez3,
+                                       found.Strasse, found.Land, found.PLZ, found.Ort))
+      stored_[index(which)] = std::move(found);
+    else if (!isOwn(which) && !edited.number.empty() && context_.engine.KundeAngelegt(customer))
+      mark(spec.number(), CheckStatus::Error,
+           "Die Adresse " + edited.number + " des Kunden " + customer + " ist nicht angelegt.");
+    else if (!isOwn(which))
+      mark(spec.customer(), CheckStatus::Error, "Der Kunde " + customer + " ist nicht angelegt.");
+  } catch (const std::exception& error) {
+    context_.environment.diagnostics.report({"stored address of a job", error.what(), customer});
+    notice_ = "Die Stammadresse kann nicht gelesen werden: " + std::string(error.what());
+  }
+  compare(which);
+}
+
+void AddressDialog::compare(Block which) {
+  const BlockSpec& spec = specsOfBlocks()[index(which)];
+  const std::optional<Adresse>& stored = stored_[index(which)];
+  const Adresse lines = block(which).lines;
+  const bool compared = stored && lines != Adresse();
+  for (std::size_t i = 0; i < addressLines.size(); ++i) {
+    const bool differs = compared && lines.*addressLines[i] != (*stored).*addressLines[i];
+    at(spec.line(i)).master = differs ? std::optional((*stored).*addressLines[i]) : std::nullopt;
+    mark(spec.line(i), differs ? CheckStatus::Warning : CheckStatus::Clean,
+         differs ? differenceTo((*stored).*addressLines[i]) : std::string());
+  }
+}
+
+std::string AddressDialog::standing(Block which) const {
+  const AddressBlock edited = block(which);
+  const std::optional<Adresse>& stored = stored_[index(which)];
+  const bool empty = edited.lines == Adresse();
+  if (stored) {
+    if (empty) return "Es gilt die Stammadresse: " + oneLine(*stored);
+    if (edited.lines == *stored) return "Gleich der Stammadresse.";
+    return "Weicht von der Stammadresse ab: " + oneLine(*stored);
+  }
+  if (isOwn(which))
+    return empty ? "Es gilt die Anschrift des Vorgangs; der Kunde ist noch nicht angelegt."
+                 : "Eigene Anschrift; der Kunde ist noch nicht angelegt.";
+  return empty ? "Keine Anschrift: Es gibt zu diesen Nummern keine Stammadresse."
+               : "Eigene Anschrift; es gibt zu diesen Nummern keine Stammadresse.";
+}
+
+AddressBlock AddressDialog::block(Block which) const {
+  const BlockSpec& spec = specsOfBlocks()[index(which)];
+  AddressBlock block;
+  block.customer = trimBlanks(text(spec.customer()));
+  block.number = trimBlanks(text(spec.number()));
+  for (std::size_t i = 0; i < addressLines.size(); ++i) block.lines.*addressLines[i] = text(spec.line(i));
+  return block;
+}
+
+} // namespace qx
