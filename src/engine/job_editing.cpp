@@ -178,7 +178,8 @@ std::vector<std::pair<std::string, std::string>> JobEditing::units() const {
   std::vector<std::pair<std::string, std::string>> units;
   const auto rows =
       environment_.connection->open(sql("SELECT Mengeneinheit, Langtext From Mengeneinheiten"_sql));
-  for (; !rows->eof(); rows->moveNext()) units.emplace_back(rows->text("Mengeneinheit"), rows->text("Langtext"));
+  for (; !rows->eof(); rows->moveNext())
+    units.emplace_back(rows->text("Mengeneinheit"), rows->text("Langtext"));
   return units;
 }
 

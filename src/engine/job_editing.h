@@ -56,8 +56,9 @@ private:
 };
 
 /// Reads and writes on the shared connection. A column that the staging table lacks is not written. On a
-/// connection of our own each writing member is one unit of work. What the database raises reaches the caller;
-/// nothing of the member's work is stored then, on a host's connection as far as it can be taken back.
+/// connection of our own each writing member is one unit of work. What the database raises reaches the
+/// caller; nothing of the member's work is stored then, on a host's connection as far as it can be taken
+/// back.
 class JobEditing {
 public:
   explicit JobEditing(Environment& environment) : environment_(environment) {}

@@ -71,7 +71,8 @@ std::string oneLine(const Adresse& address) {
 }
 
 std::string differenceTo(const std::string& stored) {
-  return stored.empty() ? "In der Stammadresse ist diese Zeile leer." : "In der Stammadresse steht: " + stored;
+  return stored.empty() ? "In der Stammadresse ist diese Zeile leer."
+                        : "In der Stammadresse steht: " + stored;
 }
 
 } // namespace
@@ -157,8 +158,7 @@ void AddressDialog::clear(Block block) {
 
 void AddressDialog::setLines(Block block, const Adresse& lines) {
   const BlockSpec& spec = specsOfBlocks()[index(block)];
-  for (std::size_t i = 0; i < addressLines.size(); ++i)
-    type(*find(spec.line(i)), lines.*addressLines[i]);
+  for (std::size_t i = 0; i < addressLines.size(); ++i) type(*find(spec.line(i)), lines.*addressLines[i]);
   compare(block);
 }
 

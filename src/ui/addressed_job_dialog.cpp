@@ -117,8 +117,7 @@ void AddressedJobDialog::checkBank() {
   const bool unknown = !code.empty() && name.empty();
   const bool differs = !name.empty() && name != text("txtKreditinstitut");
   report("BLZ", "txtBlz", warningUnless(!unknown), "Bankleitzahl: " + code + " wurde noch nicht angelegt.");
-  report("BV", "txtKreditinstitut", warningUnless(!differs),
-         "Bankverbindung sind nicht identisch: " + name);
+  report("BV", "txtKreditinstitut", warningUnless(!differs), "Bankverbindung sind nicht identisch: " + name);
   at("txtKreditinstitut").master = differs ? std::optional(name) : std::nullopt;
 }
 

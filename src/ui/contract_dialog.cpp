@@ -60,10 +60,8 @@ constexpr std::array termControls{
                 .kind = ControlKind::Date,
                 .column = "Vertragsbeginn",
                 .picture = "imgVertragsbeginn"},
-    ControlSpec{.name = "tdbdtVertragsende",
-                .caption = "En&de",
-                .kind = ControlKind::Date,
-                .column = "Vertragsende"},
+    ControlSpec{
+        .name = "tdbdtVertragsende", .caption = "En&de", .kind = ControlKind::Date, .column = "Vertragsende"},
     ControlSpec{.name = "txtGrund", .caption = "Kündigungsg&rund", .column = "Kündigungsgrund"},
     ControlSpec{.name = "chkProcessWaring",
                 .caption = "Trotz &Warnungen verarbeiten",

@@ -5,8 +5,8 @@
 
 namespace qx {
 
-/// Contract jobs, also those that came with their customer. Saving gives the job the code that its findings ask
-/// for, so that a mended contract waits again.
+/// Contract jobs, also those that came with their customer. Saving gives the job the code that its findings
+/// ask for, so that a mended contract waits again.
 class ContractDialog final : public JobDialog {
 public:
   using JobDialog::JobDialog;

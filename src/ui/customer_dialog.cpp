@@ -44,14 +44,10 @@ constexpr std::array customerControls{
 };
 
 constexpr std::array addressControls{
-    ControlSpec{
-        .name = "txtBez1", .caption = "Bezeichnung &1", .column = "Bez1", .picture = "imgBez1"},
-    ControlSpec{
-        .name = "txtBez2", .caption = "Bezeichnung &2", .column = "Bez2", .picture = "imgBez2"},
-    ControlSpec{
-        .name = "txtBez3", .caption = "Bezeichnung &3", .column = "Bez3", .picture = "imgBez3"},
-    ControlSpec{
-        .name = "txtStrasse", .caption = "&Straße", .column = "Strasse", .picture = "imgStrasse"},
+    ControlSpec{.name = "txtBez1", .caption = "Bezeichnung &1", .column = "Bez1", .picture = "imgBez1"},
+    ControlSpec{.name = "txtBez2", .caption = "Bezeichnung &2", .column = "Bez2", .picture = "imgBez2"},
+    ControlSpec{.name = "txtBez3", .caption = "Bezeichnung &3", .column = "Bez3", .picture = "imgBez3"},
+    ControlSpec{.name = "txtStrasse", .caption = "&Straße", .column = "Strasse", .picture = "imgStrasse"},
     ControlSpec{.name = "txtPLZ", .caption = "&PLZ", .column = "PLZ", .picture = "imgPLZ"},
     ControlSpec{.name = "txtOrt", .caption = "&Ort", .column = "Ort", .picture = "imgOrt"},
     ControlSpec{.name = "txtLand", .caption = "Lan&d", .column = "Land", .picture = "imgLand"},
@@ -82,11 +78,13 @@ constexpr std::array paymentControls{
                 .picture = "imgWährungEG"},
 };
 
-constexpr std::array customerGroups{
-    ControlGroup{"Kunde", customerControls},      ControlGroup{"Adresse", addressControls},
-    ControlGroup{"Versand an", shared_controls::deliveryControls}, ControlGroup{"Rechnung an", shared_controls::invoiceControls},
-    ControlGroup{"Zahlung", paymentControls},     ControlGroup{"Bank", shared_controls::bankControls},
-    ControlGroup{"Bemerkung", shared_controls::noteControls}};
+constexpr std::array customerGroups{ControlGroup{"Kunde", customerControls},
+                                    ControlGroup{"Adresse", addressControls},
+                                    ControlGroup{"Versand an", shared_controls::deliveryControls},
+                                    ControlGroup{"Rechnung an", shared_controls::invoiceControls},
+                                    ControlGroup{"Zahlung", paymentControls},
+                                    ControlGroup{"Bank", shared_controls::bankControls},
+                                    ControlGroup{"Bemerkung", shared_controls::noteControls}};
 
 } // namespace
 

@@ -69,11 +69,13 @@ constexpr std::array individualControls{
                 .customerSpecific = true},
 };
 
-constexpr std::array orderGroups{
-    ControlGroup{"Kunde", customerControls},       ControlGroup{"Versand an", shared_controls::deliveryControls},
-    ControlGroup{"Rechnung an", shared_controls::invoiceControls},  ControlGroup{"Zahlung", paymentControls},
-    ControlGroup{"Bank", shared_controls::bankControls},            ControlGroup{"Bemerkung", shared_controls::noteControls},
-    ControlGroup{"Individuell", individualControls}};
+constexpr std::array orderGroups{ControlGroup{"Kunde", customerControls},
+                                 ControlGroup{"Versand an", shared_controls::deliveryControls},
+                                 ControlGroup{"Rechnung an", shared_controls::invoiceControls},
+                                 ControlGroup{"Zahlung", paymentControls},
+                                 ControlGroup{"Bank", shared_controls::bankControls},
+                                 ControlGroup{"Bemerkung", shared_controls::noteControls},
+                                 ControlGroup{"Individuell", individualControls}};
 
 } // namespace
 

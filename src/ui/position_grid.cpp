@@ -21,7 +21,8 @@ constexpr std::array positionColumns{
     GridColumn{.name = "Preis", .caption = "Preis", .kind = Kind::Money, .editable = true},
     GridColumn{.name = "Preis2", .caption = "2. Preis", .kind = Kind::Money, .customerSpecific = true},
     GridColumn{.name = "Lieferbereit", .caption = "Lieferbereit", .kind = Kind::Check, .editable = true},
-    GridColumn{.name = "Fakturierbereit", .caption = "Fakturierbereit", .kind = Kind::Check, .editable = true},
+    GridColumn{
+        .name = "Fakturierbereit", .caption = "Fakturierbereit", .kind = Kind::Check, .editable = true},
     GridColumn{.name = "Details", .caption = "Details", .kind = Kind::Button},
     GridColumn{
         .name = "Artikellangtext", .caption = "Artikellangtext", .kind = Kind::LongText, .editable = true},
@@ -29,8 +30,7 @@ constexpr std::array positionColumns{
                .caption = "Auslieferungsmenge",
                .kind = Kind::Number,
                .editable = true},
-    GridColumn{
-        .name = "Fakturiermenge", .caption = "Fakturiermenge", .kind = Kind::Number, .editable = true},
+    GridColumn{.name = "Fakturiermenge", .caption = "Fakturiermenge", .kind = Kind::Number, .editable = true},
     GridColumn{.name = "Liefertermin", .caption = "Liefertermin", .kind = Kind::Date, .editable = true},
     GridColumn{.name = "JobID", .caption = "JobID", .hidden = true},
     GridColumn{.name = "ChildID", .caption = "ChildID", .hidden = true},

@@ -26,8 +26,8 @@ struct PositionContext {
   bool customerSpecific = false;
 };
 
-/// The positions in the order of their numbers, each checked against stock, cost assignment and price. Findings
-/// go to the dialog's list under the key of their position.
+/// The positions in the order of their numbers, each checked against stock, cost assignment and price.
+/// Findings go to the dialog's list under the key of their position.
 class PositionGrid final : public JobGrid {
 public:
   PositionGrid(Environment& environment, ImportJobObject2& engine, FindingList& findings)

@@ -74,8 +74,7 @@ TEST_F(AddressDialogTest, ABlockWithoutLinesMeansTheStoredAddress) {
 
 TEST_F(AddressDialogTest, AKeyThatIsStoredNowhereIsMarkedWhereItIsWrong) {
   AddressDialog dialog(context, "20001", {"20001", "8", warehouse}, {"5", "7", {}}, false);
-  EXPECT_EQ(state(dialog, "txtVS_AdrNr").message,
-            "Die Adresse 8 des Kunden 20001 ist nicht angelegt.");
+  EXPECT_EQ(state(dialog, "txtVS_AdrNr").message, "Die Adresse 8 des Kunden 20001 ist nicht angelegt.");
   EXPECT_EQ(state(dialog, "txtVS_KdNr").picture, CheckStatus::Clean);
   EXPECT_EQ(state(dialog, "txtRG_KdNr").message, "Der Kunde 5 ist nicht angelegt.");
   EXPECT_EQ(dialog.standing(Block::Delivery),
@@ -103,8 +102,7 @@ TEST_F(AddressDialogTest, AnAddressIsChosenAmongThoseOfItsCustomer) {
   EXPECT_EQ(dialog.block(Block::Delivery), (AddressBlock{"20001", "7", {}}));
   EXPECT_TRUE(dialog.hasStored(Block::Delivery));
   EXPECT_THAT(lookupsOpened,
-              testing::ElementsAre(
-                  "AUSK_Adressauskunft|Kundennummer='20001' or Kundennummer is null"));
+              testing::ElementsAre("AUSK_Adressauskunft|Kundennummer='20001' or Kundennummer is null"));
   chosen.clear();
   EXPECT_FALSE(dialog.lookUp(dialog.find("txtVS_KdNr").value()));
   EXPECT_EQ(dialog.block(Block::Delivery), (AddressBlock{"20001", "7", {}}));

@@ -21,15 +21,13 @@ TEST_F(ContractDialogTest, ListsEveryFaultOfTheFieldsWithItsCodeAndPicture) {
   });
   set("C1", "Vertragsdatum", "");
   const auto dialog = opened("C1");
-  EXPECT_THAT(findings(*dialog),
-              ElementsAre("VGG|30|Vertragsgegenstand: G9 wurde nicht angelegt.",
-                          "VD|30|Vertragsdatum wurde nicht angegeben",
-                          "VB|30|Vertragsbeginn wurde nicht angegeben",
-                          "ME|20|Die Menge muss mindestens 1 betragen.",
-                          "VA|20|Die Vertragsart: X ist noch nicht angelegt.",
-                          "EP|20|Fehler beim verarbeiten: Alt",
-                          "ZD|20|Zustand konnte nicht ermittelt werden.",
-                          "INT|20|Intervall: 2 nicht zulässig!"));
+  EXPECT_THAT(
+      findings(*dialog),
+      ElementsAre("VGG|30|Vertragsgegenstand: G9 wurde nicht angelegt.",
+                  "VD|30|Vertragsdatum wurde nicht angegeben", "VB|30|Vertragsbeginn wurde nicht angegeben",
+                  "ME|20|Die Menge muss mindestens 1 betragen.",
+                  "VA|20|Die Vertragsart: X ist noch nicht angelegt.", "EP|20|Fehler beim verarbeiten: Alt",
+                  "ZD|20|Zustand konnte nicht ermittelt werden.", "INT|20|Intervall: 2 nicht zulässig!"));
   EXPECT_EQ(state(*dialog, "tdbAnzahl").message, "Die Menge muss mindestens 1 betragen!");
   EXPECT_EQ(state(*dialog, "txtVertragsgegenstand").picture, CheckStatus::Error);
   EXPECT_FALSE(dialog->content(place(*dialog, "cboZustand")).selected);

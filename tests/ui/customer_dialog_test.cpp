@@ -94,8 +94,7 @@ TEST_F(CustomerDialogTest, ChecksWhereGoodsAndInvoicesGo) {
   enter(*dialog, "txtRechnungKdnr", "");
   EXPECT_TRUE(dialog->lookUp(place(*dialog, "txtRechnungAdr")));
   EXPECT_EQ(state(*dialog, "txtRechnungAdr").text, "2");
-  EXPECT_THAT(lookupsOpened,
-              Contains("AUSK_Adressauskunft|Kundennummer='20001' or Kundennummer is null"));
+  EXPECT_THAT(lookupsOpened, Contains("AUSK_Adressauskunft|Kundennummer='20001' or Kundennummer is null"));
   EXPECT_THAT(codes(*dialog), ElementsAre("VA"));
 }
 
