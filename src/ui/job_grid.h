@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -24,6 +25,8 @@ enum class GridColumnKind : std::uint8_t {
   Check,    ///< "1" or "0"
   Button,   ///< opens the details of its row
 };
+
+class Form;
 
 struct GridColumn {
   std::string_view name{}; ///< column of the table, or the heading of one that is not stored
@@ -81,6 +84,12 @@ public:
   virtual std::string paste(std::size_t /*row*/, std::size_t /*column*/, std::string_view /*text*/) {
     return {};
   }
+  /// Opens the lookup of a cell (F4) and takes over what was chosen. False when there is none or nothing was
+  /// chosen.
+  virtual bool lookUp(std::size_t /*row*/, std::size_t /*column*/) { return false; }
+  /// Everything about a row, for the details button of rows that open no job: changes reach the row at once.
+  /// Null for none; must not outlive the row.
+  virtual std::unique_ptr<Form> details(std::size_t row);
   /// The staged job that the details button of a row opens; one without a key for none.
   virtual JobReference detailsOf(std::size_t /*row*/) const { return {}; }
 };

@@ -80,8 +80,7 @@ constexpr std::array orderGroups{ControlGroup{"Kunde", customerControls},
 } // namespace
 
 OrderDialog::OrderDialog(const DialogContext& context)
-    : AddressedJobDialog(context), masterData_(context.environment),
-      positions_(context.environment, context.engine, findings_) {}
+    : AddressedJobDialog(context), masterData_(context.environment), positions_(context, findings_) {}
 
 std::span<const ControlGroup> OrderDialog::groups() const { return orderGroups; }
 

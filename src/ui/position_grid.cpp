@@ -2,6 +2,8 @@
 
 #include "engine/order_texts.h"
 #include "rules/german_text.h"
+#include "ui/lookup_bridge.h"
+#include "ui/position_details.h"
 
 #include <algorithm>
 #include <array>
@@ -35,6 +37,9 @@ constexpr std::array positionColumns{
     GridColumn{.name = "JobID", .caption = "JobID", .hidden = true},
     GridColumn{.name = "ChildID", .caption = "ChildID", .hidden = true},
 };
+
+/// The codes of a position's findings.
+constexpr std::array<std::string_view, 4> positionCodes{"AR", "PR", "LB", "KO"};
 
 double numberOf(const Value& value) { return value.number().value_or(0); }
 
@@ -190,10 +195,7 @@ GridCell PositionGrid::cell(std::size_t row, std::size_t column) const {
                   : status == CheckStatus::Warning ? "WARNING"
                   : context_.readOnly              ? "PROCESSED"
                                                    : "PROCESSING";
-    for (const std::string_view code : {"AR", "PR", "LB", "KO"}) {
-      const std::string text = findings_.text(code, child);
-      if (!text.empty()) cell.message += (cell.message.empty() ? "" : "\n") + text;
-    }
+    cell.message = messages(row);
     break;
   }
   case Kind::Button:
@@ -231,7 +233,7 @@ GridCell PositionGrid::cell(std::size_t row, std::size_t column) const {
   }
   if (spec.name == "Artikelnummer") {
     cell.message = findings_.text("AR", child);
-    if (!cell.message.empty()) cell.severity = CheckStatus::Error;
+    cell.severity = cell.message.empty() ? CheckStatus::Clean : CheckStatus::Error;
   }
   return cell;
 }
@@ -239,9 +241,15 @@ GridCell PositionGrid::cell(std::size_t row, std::size_t column) const {
 std::string PositionGrid::editText(std::size_t row, std::size_t column) const {
   const GridColumn& spec = positionColumns[column];
   if (spec.kind != Kind::Number && spec.kind != Kind::Money) return cell(row, column).text;
-  const Value& value = positions_.at(row, ColumnName(spec.name));
-  const auto number = value.number();
-  return number ? germanNumber(*number) : value.text();
+  return value(row, ColumnName(spec.name), spec.kind);
+}
+
+std::string PositionGrid::value(std::size_t row, ColumnName column, GridColumnKind kind) const {
+  const Value& stored = positions_.at(row, column);
+  if (kind == Kind::Check) return stored.truth().value_or(false) ? "1" : "0";
+  const bool numeric = kind == Kind::Number || kind == Kind::Money;
+  const auto number = numeric ? stored.number() : std::nullopt;
+  return number ? germanNumber(*number) : stored.text();
 }
 
 std::optional<std::size_t> PositionGrid::rowOf(std::string_view item) const {
@@ -261,40 +269,85 @@ std::string PositionGrid::summary() const {
          ", Summe " + germanDecimals(sum, 2);
 }
 
-std::string PositionGrid::set(std::size_t row, const GridColumn& column, std::string_view text) {
-  const std::string typed(column.kind == Kind::LongText ? text : trimBlanks(text));
+std::string PositionGrid::set(std::size_t row, ColumnName column, GridColumnKind kind,
+                              std::string_view text) {
+  const std::string typed(kind == Kind::LongText ? text : trimBlanks(text));
   Value value = typed.empty() ? Value::null() : Value(typed);
-  if (column.kind == Kind::Number || column.kind == Kind::Money) {
+  if (kind == Kind::Number || kind == Kind::Money) {
     const auto number = parseGermanNumber(typed);
     if (!number && !typed.empty()) return "'" + typed + "' ist keine Zahl.";
     if (number) value = Value(*number);
-  } else if (column.kind == Kind::Date) {
+  } else if (kind == Kind::Date) {
     const auto date = parseGermanDate(typed);
     if (!date && !typed.empty()) return "'" + typed + "' ist kein Datum (tt.mm.jjjj).";
     if (date) value = Value(germanDate(*date));
-  } else if (column.kind == Kind::Check) {
+  } else if (kind == Kind::Check) {
     const auto truth = parseGermanBoolean(typed);
     if (!truth && !typed.empty()) return "'" + typed + "' ist weder ja noch nein (1 oder 0).";
     value = Value(truth.value_or(false));
   }
-  positions_.set(row, ColumnName(column.name), std::move(value));
+  positions_.set(row, column, std::move(value));
   return {};
 }
 
 std::string PositionGrid::edit(std::size_t row, std::size_t column, std::string_view text) {
   const GridColumn& spec = positionColumns[column];
-  if (context_.readOnly || !spec.editable) return "Diese Spalte kann nicht geändert werden.";
-  std::string refused = set(row, spec, text);
-  if (!refused.empty()) return refused;
+  if (!spec.editable) return "Diese Spalte kann nicht geändert werden.";
+  return setValue(row, ColumnName(spec.name), spec.kind, text);
+}
+
+std::string PositionGrid::setValue(std::size_t row, ColumnName column, GridColumnKind kind,
+                                   std::string_view text) {
+  if (context_.readOnly) return "Der Vorgang kann nicht mehr geändert werden.";
+  std::string refused = set(row, column, kind, text);
+  if (refused.empty()) checkAgain(row);
+  return refused;
+}
+
+void PositionGrid::checkAgain(std::size_t row) {
   try {
-    if (spec.name == "Artikelnummer" || spec.name == "Menge" || spec.name == "Mengeneinheit" ||
-        spec.name == "Preis")
-      checkRow(row);
+    checkRow(row);
   } catch (const std::exception& error) {
     environment_.diagnostics.report({"check of a position", error.what(), jobId_});
     unchecked_.insert(childOf(row));
   }
-  return {};
+}
+
+bool PositionGrid::lookUp(std::size_t row, std::size_t column) {
+  return positionColumns[column].name == "Artikelnummer" && chooseArticle(row);
+}
+
+bool PositionGrid::chooseArticle(std::size_t row) {
+  if (context_.readOnly) return false;
+  const std::vector<std::string> chosen = lookups_.open("Artikelauskunft");
+  return !chosen.empty() && setValue(row, "Artikelnummer", Kind::Text, chosen.front()).empty();
+}
+
+std::string PositionGrid::articleText(std::size_t row) const {
+  try {
+    return engine_.GetArtikelbezeichnung(positions_.at(row, "Artikelnummer").text());
+  } catch (const std::exception& error) {
+    environment_.diagnostics.report({"text of an article", error.what(), jobId_});
+    return {};
+  }
+}
+
+std::string PositionGrid::messages(std::size_t row) const {
+  std::string lines;
+  for (const std::string_view code : positionCodes) {
+    const std::string text = findings_.text(code, childOf(row));
+    if (!text.empty()) lines += (lines.empty() ? "" : "\n") + text;
+  }
+  return lines;
+}
+
+CheckStatus PositionGrid::statusOf(std::size_t row, std::string_view code) const {
+  if (findings_.text(code, childOf(row)).empty()) return CheckStatus::Clean;
+  return findings_.statusOf(childOf(row));
+}
+
+std::unique_ptr<Form> PositionGrid::details(std::size_t row) {
+  return std::make_unique<PositionDetails>(*this, row, context_.readOnly);
 }
 
 std::size_t PositionGrid::addRow() {
@@ -333,10 +386,11 @@ std::string PositionGrid::paste(std::size_t row, std::size_t column, std::string
     if (row == positions_.size()) addRow();
     for (const std::size_t target : targets) {
       const auto tab = line.find('\t');
-      const std::string reason = set(row, positionColumns[target], line.substr(0, tab));
+      const GridColumn& spec = positionColumns[target];
+      const std::string reason = set(row, ColumnName(spec.name), spec.kind, line.substr(0, tab));
       if (!reason.empty())
-        refused += "Zeile " + std::to_string(row + 1) + ", " + std::string(positionColumns[target].caption) +
-                   ": " + reason + "\n";
+        refused +=
+            "Zeile " + std::to_string(row + 1) + ", " + std::string(spec.caption) + ": " + reason + "\n";
       if (tab == std::string_view::npos) break;
       line.remove_prefix(tab + 1);
     }

@@ -6,8 +6,10 @@
 #include "model/date.h"
 #include "rules/stock.h"
 #include "ui/finding_list.h"
+#include "ui/job_dialog.h"
 #include "ui/job_grid.h"
 
+#include <map>
 #include <memory>
 #include <optional>
 #include <set>
@@ -30,8 +32,9 @@ struct PositionContext {
 /// Findings go to the dialog's list under the key of their position.
 class PositionGrid final : public JobGrid {
 public:
-  PositionGrid(Environment& environment, ImportJobObject2& engine, FindingList& findings)
-      : environment_(environment), engine_(engine), findings_(findings), stock_(environment) {}
+  PositionGrid(const DialogContext& context, FindingList& findings)
+      : environment_(context.environment), engine_(context.engine), lookups_(context.lookups),
+        findings_(findings), stock_(context.environment) {}
 
   /// Takes the positions of a job; all of them are still to be checked.
   void load(std::string_view jobId, PositionTable positions, ComboRows units, PositionContext context);
@@ -58,6 +61,20 @@ public:
   void removeRow(std::size_t row) override;
   std::string paste(std::size_t row, std::size_t column, std::string_view text) override;
 
+  bool lookUp(std::size_t row, std::size_t column) override;
+  std::unique_ptr<Form> details(std::size_t row) override;
+
+  /// The value of any column of a row, as `editText` writes it.
+  std::string value(std::size_t row, ColumnName column, GridColumnKind kind) const;
+  /// Sets any column of a row and checks the row again; otherwise like `edit`.
+  std::string setValue(std::size_t row, ColumnName column, GridColumnKind kind, std::string_view text);
+  /// Lets the clerk choose an article for a row.
+  bool chooseArticle(std::size_t row);
+  std::string articleText(std::size_t row) const;
+  /// The findings of a row, one a line.
+  std::string messages(std::size_t row) const;
+  CheckStatus statusOf(std::size_t row, std::string_view code) const;
+
 private:
   std::string childOf(std::size_t row) const { return positions_.at(row, "ChildID").text(); }
   void checkRow(std::size_t row);
@@ -70,10 +87,12 @@ private:
   std::string unitOf(std::size_t row) const;
   void report(std::size_t row, std::string_view code, CheckStatus severity, std::string text = {});
   Preisfindung* prices();
-  std::string set(std::size_t row, const GridColumn& column, std::string_view text);
+  std::string set(std::size_t row, ColumnName column, GridColumnKind kind, std::string_view text);
+  void checkAgain(std::size_t row);
 
   Environment& environment_;
   ImportJobObject2& engine_;
+  LookupBridge& lookups_;
   FindingList& findings_;
   Stock stock_;
   std::string jobId_;

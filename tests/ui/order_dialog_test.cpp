@@ -160,6 +160,34 @@ TEST_F(OrderDialogTest, OpensADoneOrderForReadingWithItsPositions) {
   EXPECT_NE(dialog->grid()->edit(0, 2, "5"), "");
 }
 
+TEST_F(OrderDialogTest, TheDetailsOfAPositionReachWhatTheGridDoesNotShow) {
+  stageOrder("O1");
+  stagePriced("O1", 1, "A100", 1, 10);
+  const auto dialog = opened("O1");
+  const auto details = dialog->grid()->details(0);
+  ASSERT_NE(details, nullptr);
+  const auto type = [&](std::string_view control, std::string_view text) {
+    details->type(*details->find(control), text);
+    details->leave(*details->find(control));
+  };
+  type("tdbnbrKostID", "12");
+  type("tdbnbrRabatt", "2,5");
+  type("tdbnbrPreis", "9");
+  EXPECT_EQ(details->control(*details->find("tdbnbrPreis")).picture, CheckStatus::Warning);
+  type("tdbnbrMenge", "?");
+  EXPECT_EQ(details->control(*details->find("tdbnbrMenge")).text, "?");
+  EXPECT_EQ(details->control(*details->find("tdbnbrMenge")).message, "'?' ist keine Zahl.");
+  chosen = {"B200"};
+  EXPECT_TRUE(details->lookUp(*details->find("txtArtikelnummer")));
+  EXPECT_EQ(details->control(*details->find("txtArtikelnummer")).description, "Artikel B200");
+  ASSERT_TRUE(dialog->save());
+  const auto rows = erp.rows(sql("Select KostID, Rabatt, Artikelnummer, Menge From ImportPos"_sql));
+  EXPECT_EQ(rows[0][0].integer(), 12);
+  EXPECT_EQ(rows[0][1].number(), 2.5);
+  EXPECT_EQ(rows[0][2].text(), "B200");
+  EXPECT_EQ(rows[0][3].number(), 1);
+}
+
 TEST_F(OrderDialogTest, ShowsTheIndividualFieldsInTheirModeOnly) {
   stageOrder("O1", [](AuftragFields& job) { job.IndFild1 = "ZB"; });
   EXPECT_FALSE(opened("O1")->find("txtIndFild1"));

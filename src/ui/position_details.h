@@ -1,0 +1,30 @@
+// Everything about one position of a staged order, without a toolkit.
+#pragma once
+
+#include "ui/form.h"
+
+#include <string>
+
+namespace qx {
+
+class PositionGrid;
+
+/// Shows also what the grid has no room for, the cost assignment among it. What the clerk leaves reaches the
+/// position at once.
+class PositionDetails final : public Form {
+public:
+  /// The grid and its row must outlive the object.
+  PositionDetails(PositionGrid& grid, std::size_t row, bool readOnly);
+
+  std::span<const ControlGroup> groups() const override;
+  void leave(std::size_t place) override;
+  bool lookUp(std::size_t place) override;
+
+private:
+  void show();
+
+  PositionGrid& grid_;
+  std::size_t row_;
+};
+
+} // namespace qx
