@@ -83,7 +83,7 @@ constexpr std::array<Group, 1> invoiceGroup{invoices};
 
 // Offers, orders and purchase orders of a supplier have no tables here, hence no record source.
 constexpr std::array sources{LookupSource{"AUSK_KUNDENAUSKUNFT", "Kundenstamm", customerColumns,
-                                          customerSearch, customerOrder, allRows},
+                                          customerSearch, customerOrder, allRows, true},
                              LookupSource{"AUSK_ADRESSAUSKUNFT", "Adressenstamm", addressColumns,
                                           addressSearch, addressOrder, addressGroups},
                              LookupSource{"AUSK_LIEFERANTENAUSKUNFT", "Lieferanten", supplierColumns,
@@ -91,7 +91,7 @@ constexpr std::array sources{LookupSource{"AUSK_KUNDENAUSKUNFT", "Kundenstamm", 
                              LookupSource{"AUSK_KREDITINSTITUTAUSKUNFT", "Kreditinstitute", bankColumns,
                                           bankSearch, bankOrder, allRows},
                              LookupSource{"AUSK_ARTIKELAUSKUNFT", "Artikelstamm", articleColumns,
-                                          articleSearch, articleOrder, allRows},
+                                          articleSearch, articleOrder, allRows, true},
                              LookupSource{"AUSK_VERTRAGSGEGENSTANDSAUSKUNFT", "Vertragsgegenstände",
                                           contractObjectColumns, contractObjectSearch, contractObjectOrder,
                                           allRows},
@@ -139,16 +139,17 @@ std::vector<std::string> spellings(std::string_view text) {
   return all;
 }
 
+/// Behind every text that begins with the prefix: none of them reaches the last character there is.
+std::string endOf(const std::string& prefix) { return prefix + "\xF4\x8F\xBF\xBF"; }
+
 /// A range instead of a pattern: it reads the index and knows no wildcards.
 Sql beginsWith(const LookupSource& source, std::string_view column, const std::string& prefix) {
-  // No text that begins with the prefix reaches the last character there is.
-  const std::string end = prefix + "\xF4\x8F\xBF\xBF";
   const auto shown = std::ranges::find(source.columns, column, &LookupColumn::name);
   if (shown != source.columns.end() && shown->kind == LookupColumnKind::Number)
     return sql("(Cast("_sql, name(column), " As Text) >= '"_sql, value(prefix), "' And Cast("_sql,
-               name(column), " As Text) < '"_sql, value(end), "')"_sql);
+               name(column), " As Text) < '"_sql, value(endOf(prefix)), "')"_sql);
   return sql("("_sql, name(column), " >= '"_sql, value(prefix), "' And "_sql, name(column), " < '"_sql,
-             value(end), "')"_sql);
+             value(endOf(prefix)), "')"_sql);
 }
 
 Sql bound(const Value& content) {
@@ -156,22 +157,23 @@ Sql bound(const Value& content) {
   return sql("'"_sql, value(content.text()), "'"_sql);
 }
 
-/// Where a section looks: the group of rows, and with a search text the column and the spelling.
+/// Where a section looks: the group of rows, and for a search by index the column and the spelling.
 struct Section {
   std::size_t group = 0;
   std::size_t column = 0;
   std::size_t spelling = 0;
 };
 
-/// The order of sections is: by group, by column, by spelling.
+/// The parts in which the rows of a search are read: by group, and by index also by column and spelling.
 class Sections {
 public:
   Sections(const LookupSource& source, std::string_view search)
-      : source_(source), spellings_(search.empty() ? std::vector<std::string>() : spellings(search)) {}
+      : source_(source), spellings_(search.empty() ? std::vector<std::string>() : spellings(search)),
+        byIndex_(source.indexed && !search.empty()) {}
 
   std::size_t count() const { return source_.groups.size() * perGroup(); }
   Section at(std::size_t place) const {
-    if (spellings_.empty()) return {place, 0, 0};
+    if (!byIndex_) return {place, 0, 0};
     const std::size_t within = place % perGroup();
     return {place / perGroup(), within / spellings_.size(), within % spellings_.size()};
   }
@@ -179,34 +181,47 @@ public:
   /// Columns by which the rows of a section come, the searched one first.
   std::vector<std::string_view> order(const Section& section) const {
     std::vector<std::string_view> columns;
-    if (!spellings_.empty()) columns.push_back(source_.searched[section.column]);
+    if (byIndex_) columns.push_back(source_.searched[section.column]);
     for (const std::string_view column : source_.order)
       if (std::ranges::find(columns, column) == columns.end()) columns.push_back(column);
     return columns;
   }
 
   /// What a row of the section meets, without what sections before it have listed; each condition is led by
-  /// its And.
-  Sql conditions(const Section& section) const {
+  /// its And. A row behind `after` is not before the prefix, and the index is entered at one bound only.
+  Sql conditions(const Section& section, const LookupPosition& after) const {
     Sql all;
-    if (spellings_.empty()) return all;
-    all.append(sql(" And "_sql))
-        .append(beginsWith(source_, source_.searched[section.column], spellings_[section.spelling]));
-    for (std::size_t column = 0; column < section.column; ++column)
-      for (const std::string& spelling : spellings_)
-        all.append(sql(" And "_sql))
-            .append(beginsWith(source_, source_.searched[column], spelling))
-            .append(sql(" Is Not True"_sql));
+    if (!byIndex_)
+      return spellings_.empty() ? all : all.append(sql(" And "_sql)).append(anyOf(source_.searched));
+    const std::string_view column = source_.searched[section.column];
+    const std::string& spelling = spellings_[section.spelling];
+    if (after.after.empty())
+      all.append(sql(" And "_sql)).append(beginsWith(source_, column, spelling));
+    else
+      all.append(sql(" And "_sql, name(column), " < '"_sql, value(endOf(spelling)), "'"_sql));
+    if (section.column > 0)
+      all.append(sql(" And "_sql))
+          .append(anyOf(source_.searched.first(section.column)))
+          .append(sql(" Is Not True"_sql));
     return all;
   }
 
 private:
-  std::size_t perGroup() const {
-    return spellings_.empty() ? 1 : source_.searched.size() * spellings_.size();
+  std::size_t perGroup() const { return byIndex_ ? source_.searched.size() * spellings_.size() : 1; }
+
+  /// One of the columns begins with one of the spellings.
+  Sql anyOf(std::span<const std::string_view> columns) const {
+    Sql all;
+    for (const std::string_view column : columns)
+      for (const std::string& spelling : spellings_)
+        all.append(all.shapes().empty() ? sql("("_sql) : sql(" Or "_sql))
+            .append(beginsWith(source_, column, spelling));
+    return all.append(sql(")"_sql));
   }
 
   const LookupSource& source_;
   std::vector<std::string> spellings_;
+  bool byIndex_;
 };
 
 Sql listOf(std::span<const std::string_view> columns) {
@@ -231,7 +246,7 @@ Sql selectOf(const LookupSource& source, const Sections& sections, const Sql& cr
   if (const Sql group = source.groups[section.group](); !group.shapes().empty())
     statement.append(sql(" And "_sql)).append(group);
   if (!criteria.shapes().empty()) statement.append(sql(" And ("_sql)).append(criteria).append(sql(")"_sql));
-  statement.append(sections.conditions(section));
+  statement.append(sections.conditions(section, after));
   if (!after.after.empty()) {
     statement.append(sql(" And ("_sql)).append(listOf(order)).append(sql(") > ("_sql));
     for (std::size_t i = 0; i < after.after.size(); ++i) {

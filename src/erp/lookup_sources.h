@@ -27,13 +27,15 @@ struct LookupColumn {
 struct LookupSource {
   std::string_view name; ///< "AUSK_..."
   std::string_view table;
-  std::span<const LookupColumn> columns; ///< shown, from left to right; the result fields are among them
-  /// The names of those columns in which a search looks. Hits in an earlier one are listed first.
-  std::span<const std::string_view> searched;
+  std::span<const LookupColumn> columns;      ///< shown, from left to right; the result fields are among them
+  std::span<const std::string_view> searched; ///< the names of those columns in which a search looks
   /// Columns that together tell every row from every other and are never null; rows are listed by them.
   std::span<const std::string_view> order;
   /// The rows in groups that are listed one after the other; a row belongs to one group at most.
   std::span<Sql (*const)()> groups;
+  /// An index leads with every searched column. A search then reads one after the other, and hits in an
+  /// earlier column are listed first; else it looks at each row of a group once.
+  bool indexed = false;
 };
 
 /// By its name without regard to case; null when there is none. The description lives as long as the
