@@ -1,6 +1,7 @@
 #include "cli/command_line.h"
 
 #include "cli/check_command.h"
+#include "cli/common_options.h"
 #include "cli/delete_command.h"
 #include "cli/init_command.h"
 #include "cli/job_file_command.h"
@@ -12,6 +13,7 @@
 #include "cli/settings_command.h"
 #include "cli/show_command.h"
 #include "cli/stage_command.h"
+#include "cli/view_command.h"
 
 #include <CLI/CLI.hpp>
 
@@ -35,6 +37,8 @@ public:
     declareRunCommands();
     declareJobFiles();
     declareSettings();
+    verb(app_, "view", "Open the window", view_)
+        ->add_option("FILE", view_->arguments.file, "Job file to be read in once it is open");
   }
 
   Invocation parse(int count, const char* const* arguments) {
@@ -49,7 +53,7 @@ public:
       invocation.text = text.str();
       return invocation;
     }
-    readDate();
+    view_->arguments.options = options_;
     invocation.options = options_;
     invocation.command = std::move(chosen_);
     return invocation;
@@ -68,13 +72,8 @@ private:
   }
 
   void declareOptions() {
-    app_.add_option("--db", options_.database,
-                    "Database file; default $QXIMPORTJOB_DB, else qximportjob/qximportjob.db in the user's "
-                    "data folder");
+    declareCommonOptions(app_, options_);
     app_.add_flag("--json", options_.json, "Print one JSON document");
-    app_.add_option("--user", options_.user, "Name of the user; default the login name");
-    app_.add_option("--date", date_, "Session date, dd.mm.yyyy; default today");
-    app_.add_flag("--verbose", options_.verbose, "Tell every failure that was skipped");
   }
 
   void declareJobCommands() {
@@ -189,17 +188,10 @@ private:
     setVerb->add_flag("--local", set->local, "Into the user's own store");
   }
 
-  void readDate() {
-    if (date_.empty()) return;
-    options_.sessionDate = parseGermanDate(date_);
-    if (!options_.sessionDate)
-      throw ProgramError(ExitCode::BadInput, "'" + date_ + "' is no date", "Dates are written dd.mm.yyyy.");
-  }
-
   CLI::App app_;
   ProgramOptions options_;
-  std::string date_;
   std::vector<std::unique_ptr<Command>> commands_;
+  ViewCommand* view_ = nullptr; ///< the one command that hands the options on
   std::unique_ptr<Command> chosen_;
 };
 

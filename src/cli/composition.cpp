@@ -83,9 +83,10 @@ void Composition::UserSettings::write(std::string_view application, std::string_
   IniLocalSettings(defaultLocalSettingsFile()).write(application, section, key, value);
 }
 
-Composition::Composition(const ProgramOptions& options, std::ostream& messages)
-    : options_(options), diagnostics_(messages, options.verbose), desktop_(messages, diagnostics_),
-      jobView_(desktop_), iniFile_(diagnostics_), identity_(MachineName::read(), processes_) {}
+Composition::Composition(const ProgramOptions& options, Diagnostics& diagnostics, Desktop& desktop,
+                         JobView& jobView)
+    : options_(options), diagnostics_(diagnostics), desktop_(desktop), jobView_(jobView),
+      iniFile_(diagnostics_), identity_(MachineName::read(), processes_) {}
 
 std::string Composition::initLine() const {
   const std::string option = options_.database.empty() ? "" : "--db " + shellWord(options_.database) + " ";

@@ -1,12 +1,9 @@
-// The composition root of the program: the one place that knows concrete adapters.
+// What the program and its window are composed of: the one place that knows the adapters of both.
 #pragma once
 
 #include "adapters/local_settings/profile_ini_file.h"
 #include "adapters/sqlite/sqlite_database.h"
-#include "adapters/system/absent_job_view.h"
-#include "adapters/system/console_desktop.h"
 #include "adapters/system/random_guid_source.h"
-#include "adapters/system/stream_diagnostics.h"
 #include "adapters/system/system_clock.h"
 #include "cli/installation.h"
 #include "cli/program_options.h"
@@ -15,17 +12,16 @@
 
 #include <memory>
 #include <optional>
-#include <ostream>
 #include <string>
 #include <string_view>
 
 namespace qx::cli {
 
-/// The standalone ERP on a database file.
+/// The standalone ERP on a database file. The environment lives as long as the composition.
 class Composition final : public Installation {
 public:
-  /// `messages` is standard error.
-  Composition(const ProgramOptions& options, std::ostream& messages);
+  /// The ports outlive the composition.
+  Composition(const ProgramOptions& options, Diagnostics& diagnostics, Desktop& desktop, JobView& jobView);
 
   Environment& open() override;
   InstallationReport create(bool demo) override;
@@ -44,9 +40,9 @@ private:
   void requireSchema(Connection& connection, const std::string& target) const;
 
   ProgramOptions options_;
-  StreamDiagnostics diagnostics_;
-  ConsoleDesktop desktop_;
-  AbsentJobView jobView_;
+  Diagnostics& diagnostics_;
+  Desktop& desktop_;
+  JobView& jobView_;
   SystemClock clock_;
   RandomGuidSource guids_;
   UserSettings localSettings_;

@@ -1,4 +1,7 @@
 // The program: arguments to command, exceptions to exit status.
+#include "adapters/system/absent_job_view.h"
+#include "adapters/system/console_desktop.h"
+#include "adapters/system/stream_diagnostics.h"
 #include "cli/command_line.h"
 #include "cli/composition.h"
 #include "cli/counting_buffer.h"
@@ -45,7 +48,10 @@ ExitCode execute(int count, const char* const* arguments, std::ostream& result) 
     return ExitCode::Success;
   }
   invocation.command->prepare();
-  Composition composition(invocation.options, std::cerr);
+  StreamDiagnostics diagnostics(std::cerr, invocation.options.verbose);
+  ConsoleDesktop desktop(std::cerr, diagnostics);
+  AbsentJobView jobView(desktop);
+  Composition composition(invocation.options, diagnostics, desktop, jobView);
   const Output output{result, std::cerr, invocation.options.json, invocation.options.verbose};
   const ExitCode code = invocation.command->run(composition, output);
   if (!result.flush()) throw ProgramError(ExitCode::Failure, "standard output could not be written");

@@ -3,10 +3,9 @@
 namespace qx {
 
 void AbsentJobView::open() {
-  desktop_.show(
-      {"Die Jobansicht ist noch nicht Teil dieses Programms. Der Befehl 'qximportjob list' zeigt die "
-       "Importjobs.",
-       std::string(defaultTitle), MessageIcon::Information});
+  desktop_.show({"Dieses Programm hat kein Fenster. Der Befehl 'qximportjob view' öffnet die "
+                 "Importvorgänge.",
+                 std::string(defaultTitle), MessageIcon::Information});
 }
 
 } // namespace qx

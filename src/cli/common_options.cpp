@@ -1,0 +1,25 @@
+#include "cli/common_options.h"
+
+#include "cli/exit_code.h"
+
+#include <CLI/CLI.hpp>
+
+namespace qx::cli {
+
+void declareCommonOptions(CLI::App& app, ProgramOptions& options) {
+  app.add_option("--db", options.database,
+                 "Database file; default $QXIMPORTJOB_DB, else qximportjob/qximportjob.db in the user's "
+                 "data folder");
+  app.add_option("--user", options.user, "Name of the user; default the login name");
+  app.add_option_function<std::string>(
+      "--date",
+      [&options](const std::string& text) {
+        options.sessionDate = parseGermanDate(text);
+        if (!options.sessionDate)
+          throw ProgramError(ExitCode::BadInput, "'" + text + "' is no date", "Dates are written dd.mm.yyyy.");
+      },
+      "Session date, dd.mm.yyyy; default today");
+  app.add_flag("--verbose", options.verbose, "Tell every failure that was skipped");
+}
+
+} // namespace qx::cli

@@ -1,0 +1,18 @@
+// Opens the window.
+#pragma once
+
+#include "cli/command.h"
+#include "cli/view_arguments.h"
+
+namespace qx::cli {
+
+/// `view [FILE]`: becomes the window program, whose exit status is then this one's.
+class ViewCommand final : public Command {
+public:
+  ViewArguments arguments;
+
+  void prepare() override { requireJobFile(arguments.file); }
+  ExitCode run(Installation& installation, const Output& output) override;
+};
+
+} // namespace qx::cli

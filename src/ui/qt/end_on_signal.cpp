@@ -1,0 +1,54 @@
+#include "ui/qt/end_on_signal.h"
+
+#include <QCoreApplication>
+
+#include <atomic>
+#include <cerrno>
+#include <fcntl.h>
+#include <stdexcept>
+#include <unistd.h>
+
+namespace qx {
+namespace {
+
+/// Where a handler writes, which is handed nothing.
+// NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables)
+std::atomic<int> wakeUp{-1};
+static_assert(std::atomic<int>::is_always_lock_free);
+
+extern "C" void tellLoop(int /*signal*/) {
+  const int before = errno;
+  // A full pipe holds a signal already.
+  [[maybe_unused]] const ssize_t written = write(wakeUp.load(), "", 1);
+  errno = before;
+}
+
+} // namespace
+
+EndOnSignal::EndOnSignal(ImportJobObject2& engine) : engine_(engine) {
+  if (pipe2(ends_, O_CLOEXEC | O_NONBLOCK) != 0) throw std::runtime_error("the system gives no pipe");
+  notifier_ = std::make_unique<QSocketNotifier>(ends_[0], QSocketNotifier::Read);
+  QObject::connect(notifier_.get(), &QSocketNotifier::activated, [this] {
+    notifier_->setEnabled(false);
+    ended_ = true;
+    engine_.requestStop();
+    QCoreApplication::exit(0);
+  });
+  wakeUp.store(ends_[1]);
+  struct sigaction tell {};
+  tell.sa_handler = tellLoop;
+  tell.sa_flags = SA_RESTART;
+  sigaction(SIGINT, &tell, &interrupt_);
+  sigaction(SIGTERM, &tell, &terminate_);
+}
+
+EndOnSignal::~EndOnSignal() {
+  sigaction(SIGINT, &interrupt_, nullptr);
+  sigaction(SIGTERM, &terminate_, nullptr);
+  wakeUp.store(-1);
+  notifier_.reset();
+  close(ends_[0]);
+  close(ends_[1]);
+}
+
+} // namespace qx

@@ -1,0 +1,34 @@
+// SIGINT and SIGTERM end the event loop.
+#pragma once
+
+#include "engine/import_job_object2.h"
+
+#include <QSocketNotifier>
+
+#include <csignal>
+#include <memory>
+
+namespace qx {
+
+/// While it lives, SIGINT and SIGTERM stop a run after its current job and then leave the event loop. One object
+/// at a time. Raises `std::runtime_error` when the system gives it no pipe.
+class EndOnSignal {
+public:
+  explicit EndOnSignal(ImportJobObject2& engine);
+  EndOnSignal(const EndOnSignal&) = delete;
+  EndOnSignal& operator=(const EndOnSignal&) = delete;
+  ~EndOnSignal();
+
+  /// A signal has come, maybe before there was an event loop to leave.
+  bool ended() const { return ended_; }
+
+private:
+  ImportJobObject2& engine_;
+  std::unique_ptr<QSocketNotifier> notifier_;
+  struct sigaction interrupt_ {};
+  struct sigaction terminate_ {};
+  int ends_[2] = {-1, -1};
+  bool ended_ = false;
+};
+
+} // namespace qx

@@ -1,0 +1,170 @@
+// The window program: arguments to window, exceptions to exit status.
+#include "adapters/system/stream_diagnostics.h"
+#include "cli/busy_notice.h"
+#include "cli/composition.h"
+#include "cli/exit_code.h"
+#include "cli/version.h"
+#include "cli/view_arguments.h"
+#include "ui/qt/end_on_signal.h"
+#include "ui/qt/pictures.h"
+#include "ui/qt/qt_desktop.h"
+#include "ui/qt/qt_job_view.h"
+#include "ui/qt/text.h"
+
+#include <QApplication>
+#include <QLibraryInfo>
+#include <QLocale>
+#include <QMainWindow>
+#include <QStyle>
+#include <QTranslator>
+
+#include <cstdlib>
+#include <iostream>
+
+namespace qx {
+namespace {
+
+using cli::ExitCode;
+using cli::ProgramError;
+
+/// The place where the window of the staged jobs is created.
+std::unique_ptr<QWidget> createJobWindow(ImportJobObject2& /*engine*/) {
+  auto window = std::make_unique<QMainWindow>();
+  window->setWindowTitle(QStringLiteral("Importvorgänge"));
+  return window;
+}
+
+/// Leaves the event loop when the engine is unloaded. `quit` would ask the windows again.
+class LoopEnd final : public EngineEvents {
+public:
+  void JobViewUnload() override { QCoreApplication::exit(0); }
+};
+
+/// Releases the lock and destroys the window before the engine goes.
+class OpenView {
+public:
+  OpenView(ImportJobObject2& engine, QtJobView& view) : engine_(engine), view_(view) {}
+  OpenView(const OpenView&) = delete;
+  OpenView& operator=(const OpenView&) = delete;
+  ~OpenView() {
+    if (engine_.importLock().held()) engine_.Unload();
+    view_.close();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  }
+
+private:
+  ImportJobObject2& engine_;
+  QtJobView& view_;
+};
+
+ExitCode openView(const cli::ViewArguments& arguments, Diagnostics& diagnostics, QtDesktop& desktop) {
+  QtJobView view(createJobWindow);
+  cli::Composition composition(arguments.options, diagnostics, desktop, view);
+  Environment& environment = composition.open();
+  desktop.watch(environment.connection);
+  ImportJobObject2 engine(environment);
+  view.attach(engine);
+  LoopEnd loopEnd;
+  const Subscription subscription = engine.subscribe(loopEnd);
+  const EndOnSignal ending(engine);
+  const OpenView opened(engine, view);
+  engine.setStartParameters({"", "", arguments.file});
+  // The window program takes the lock itself, because `JobViewShow` does not say why it was not given.
+  cli::BusyNotice wait(std::cerr);
+  const LockOutcome lock = engine.importLock().take(&wait);
+  if (lock.state == LockState::Refused) return ExitCode::Refused;
+  if (lock.state == LockState::Unavailable)
+    throw ProgramError(ExitCode::Failure, "the import cannot be locked: " + lock.reason,
+                       "Try again when no other program holds the database.");
+  engine.JobViewShow();
+  if (!view.isOpen()) return ending.ended() ? ExitCode::Success : ExitCode::Failure;
+  if (!ending.ended()) QApplication::exec();
+  return ExitCode::Success;
+}
+
+void tellOnMessages(const ProgramError& error) {
+  std::cerr << cli::viewProgram << ": " << error.what() << '\n';
+  if (!error.nextStep().empty()) std::cerr << error.nextStep() << '\n';
+  std::cerr << std::flush;
+}
+
+void tell(QtDesktop& desktop, const ProgramError& error) {
+  tellOnMessages(error);
+  Message message;
+  message.text = "Die Importvorgänge können nicht geöffnet werden.\r\n\r\n";
+  message.text += error.what();
+  if (!error.nextStep().empty()) message.text += "\r\n" + error.nextStep();
+  message.icon = MessageIcon::Critical;
+  desktop.show(message);
+}
+
+/// The toolkit ends a program that finds no display with a core dump.
+void tellFatal(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text) {
+  if (type != QtFatalMsg) {
+    std::cerr << text.toLocal8Bit().constData() << std::endl;
+    return;
+  }
+  std::cerr << cli::viewProgram << ": the window cannot be opened: " << text.toLocal8Bit().constData()
+            << "\nIs there a display? Without one: qximportjob list" << std::endl;
+  std::_Exit(static_cast<int>(ExitCode::Failure));
+}
+
+void dress(QApplication& application) {
+  // No display name: the toolkit would append it to the title of every box.
+  QApplication::setApplicationName(QStringLiteral("qximportjob"));
+  QApplication::setApplicationVersion(toQt(cli::versionNumber));
+  QApplication::setWindowIcon(picture("qximportjob"));
+  // The last window may be a box that comes before the job window.
+  QApplication::setQuitOnLastWindowClosed(false);
+  if (QApplication::style()->name() == QStringLiteral("windows"))
+    QApplication::setStyle(QStringLiteral("Fusion"));
+  auto* const german = new QTranslator(&application);
+  if (german->load(QStringLiteral("qtbase_de"), QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+    QApplication::installTranslator(german);
+}
+
+ExitCode runInWindow(int& count, char** arguments, const cli::ViewArguments& parsed) {
+  qInstallMessageHandler(tellFatal);
+  QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
+  QApplication application(count, arguments);
+  dress(application);
+  StreamDiagnostics diagnostics(std::cerr, parsed.options.verbose);
+  QtDesktop desktop(diagnostics);
+  const auto end = [&](const ProgramError& error) {
+    tell(desktop, error);
+    return error.code();
+  };
+  try {
+    return openView(parsed, diagnostics, desktop);
+  } catch (const ProgramError& error) {
+    return end(error);
+  } catch (const BusyError& error) {
+    return end(ProgramError(ExitCode::Failure, error.what(),
+                            "Another program holds the database. Try again when it has finished."));
+  } catch (const std::exception& error) {
+    return end(ProgramError(ExitCode::Failure, error.what()));
+  }
+}
+
+/// The one place where exceptions become exit codes.
+ExitCode guarded(int count, char** arguments) {
+  try {
+    const cli::ViewArguments parsed = cli::parseViewArguments(count, arguments, cli::versionText);
+    if (!parsed.text.empty()) {
+      std::cout << parsed.text << std::flush;
+      return ExitCode::Success;
+    }
+    return runInWindow(count, arguments, parsed);
+  } catch (const ProgramError& error) {
+    tellOnMessages(error);
+    return error.code();
+  } catch (const std::exception& error) {
+    tellOnMessages(ProgramError(ExitCode::Failure, error.what()));
+    return ExitCode::Failure;
+  }
+}
+
+} // namespace
+} // namespace qx
+
+int main(int count, char** arguments) { return static_cast<int>(qx::guarded(count, arguments)); }
