@@ -7,19 +7,31 @@ usage() {
   exit 2
 }
 arguments=("$@")
+only=
+size=()
 while [ $# -gt 0 ]; do
   case $1 in
-  --quick) shift ;;
+  --quick)
+    size=(--quick)
+    shift
+    ;;
   --only)
     shift
+    only=${1:-}
     shift || usage
     ;;
   *) usage ;;
   esac
 done
 scripts/bootstrap.sh build bench
-scripts/build.sh release qximportjob bench_floor bench_driver
+scripts/build.sh release qximportjob bench_floor bench_driver bench_list
 # On the disk of the checkout: a temporary folder in memory would flatter both sides.
 folder=$(mktemp -d build/release/bench-XXXXXX)
 trap 'rm -rf "$folder"' EXIT
 build/release/bin/bench_driver "$folder" "${arguments[@]}"
+case "job list" in
+*"$only"*)
+  echo
+  build/release/bin/bench_list "$folder" "${size[@]}"
+  ;;
+esac

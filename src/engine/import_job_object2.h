@@ -25,6 +25,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace qx {
 
@@ -171,6 +172,8 @@ public:
   /// @{
   [[nodiscard]] Subscription subscribe(EngineEvents& observer) { return events_.subscribe(observer); }
   void setStartParameters(StartParameters parameters) { start_ = std::move(parameters); }
+  /// The file to be read in, once: it is forgotten with this call. Empty for none.
+  std::string takeFilename() { return std::exchange(start_.filename, {}); }
   /// Told of every job of a run once its outcome is durable.
   void setOutcomeSink(OutcomeSink sink) { outcomes_ = std::move(sink); }
   /// The end and the counts of the last run.

@@ -1,5 +1,6 @@
 #include "adapters/sqlite/dialect.h"
 
+#include "adapters/sqlite/merged_select.h"
 #include "adapters/sqlite/select_parts.h"
 
 #include <array>
@@ -41,14 +42,14 @@ std::string withParameters(const Sql& statement) {
   return text;
 }
 
-/// "Select Top 2000 ..." becomes "Select ... LIMIT 2000".
-void rewriteTop(std::string& text) {
+/// Takes "Top 2000" out of "Select Top 2000 ..." and returns the number; empty without one.
+std::string takeTop(std::string& text) {
   constexpr std::string_view top = "select top ";
-  if (text.size() < top.size() || !sameWord(std::string_view(text).substr(0, top.size()), top)) return;
+  if (text.size() < top.size() || !sameWord(std::string_view(text).substr(0, top.size()), top)) return {};
   const auto end = text.find_first_not_of("0123456789", top.size());
-  const std::string count = text.substr(top.size(), end - top.size());
+  std::string count = text.substr(top.size(), end - top.size());
   text.erase(6, end - 6);
-  text += " LIMIT " + count;
+  return count;
 }
 
 /// "Convert(DateTime, X, 104)" becomes the chronological expression of X.
@@ -136,7 +137,7 @@ std::string chronological(std::string_view column) {
 std::string translate(const Sql& statement) {
   std::string text = withParameters(statement);
   rewriteTableCommand(text);
-  rewriteTop(text);
+  const std::string limit = takeTop(text);
   rewriteConvert(text);
   // SQLite reads LEFT and RIGHT as join keywords, so registered functions of those names would not help.
   replaceAll(text, "right(jobtype,1)", "substr(CAST(JobType AS TEXT),-1)");
@@ -144,7 +145,8 @@ std::string translate(const Sql& statement) {
   replaceAll(text, "isnull(", "coalesce(");
   replaceAll(text, ") + ' ' + coalesce(", ") || ' ' || coalesce(");
   replaceAll(text, "order by eingangsdatum", "Order by " + chronological("Eingangsdatum"));
-  return text;
+  if (limit.empty()) return text;
+  return mergedSelect(text, limit).value_or(text + " LIMIT " + limit);
 }
 
 } // namespace qx::sqlite

@@ -1,0 +1,74 @@
+// The list of staged jobs as the job view shows it.
+#pragma once
+
+#include "platform/database.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace qx {
+
+/// Which states are listed.
+struct JobListFilter {
+  bool waiting = true;
+  bool done = false;
+  bool warnings = true;
+  bool errors = true;
+
+  friend bool operator==(const JobListFilter&, const JobListFilter&) = default;
+};
+
+/// What the list is sorted by. `Eingangsdatum` and `FormatDatum` are the same day in two forms.
+enum class JobListKey : std::uint8_t { Eingangsdatum, JobType, FormatDatum, Kundennummer, Bez1, Betreff };
+
+struct JobListOrder {
+  JobListKey key = JobListKey::Eingangsdatum;
+  bool descending = true;
+
+  friend bool operator==(const JobListOrder&, const JobListOrder&) = default;
+};
+
+/// One job of the list. Null columns are empty texts.
+struct JobListRow {
+  std::int16_t jobType = 0;
+  std::string jobId;
+  std::string received;     ///< `Eingangsdatum` as it is stored
+  std::string customer;     ///< `Kundennummer`
+  std::string name;         ///< `Bez1`
+  std::string remark;       ///< `Bemerkung`
+  std::string subject;      ///< `Betreff`
+  std::optional<Date> date; ///< `FormatDatum`: the day of receipt, null when it is no date
+
+  friend bool operator==(const JobListRow&, const JobListRow&) = default;
+};
+
+/// How many customer, contract and order jobs stand at each state.
+struct JobCounts {
+  std::int64_t waiting = 0;
+  std::int64_t warnings = 0;
+  std::int64_t errors = 0;
+  std::int64_t done = 0;
+
+  friend bool operator==(const JobCounts&, const JobCounts&) = default;
+};
+
+/// A list holds this many jobs at most: the first ones in its order.
+inline constexpr std::size_t jobListLimit = 2000;
+
+/// The statement behind the list.
+Sql jobListQuery(const JobListFilter& filter, const JobListOrder& order);
+
+/// The jobs of the list. Database errors reach the caller, here and below.
+std::vector<JobListRow> readJobList(Connection& connection, const JobListFilter& filter,
+                                    const JobListOrder& order);
+
+JobCounts countJobs(Connection& connection);
+
+/// `Fehlertext` of a job; empty when there is no such job.
+std::string readJobReasons(Connection& connection, std::string_view jobId);
+
+} // namespace qx

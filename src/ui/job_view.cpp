@@ -1,0 +1,542 @@
+#include "ui/job_view.h"
+
+#include "rules/german_text.h"
+
+#include <algorithm>
+#include <exception>
+#include <iterator>
+#include <limits>
+#include <utility>
+
+namespace qx {
+namespace {
+
+constexpr std::string_view processSection = "Process";
+constexpr std::string_view placeSection = "MAIN";
+constexpr std::string_view fileFilter = "EDI (*.edi)|*.edi";
+constexpr std::string_view mailLabel = "Bestellungen werden eingelesen...";
+constexpr std::string_view goneNotice =
+    "Die Datenbank ist nicht erreichbar. Die Liste zeigt den letzten Stand; F5 liest sie neu.";
+constexpr std::string_view limitNotice = "Es werden die ersten 2000 Vorgänge angezeigt.";
+
+/// ASCII letters and umlauts in lower case, for the search.
+std::string folded(std::string_view text) {
+  std::string result(text);
+  for (std::size_t i = 0; i < result.size(); ++i) {
+    const auto byte = static_cast<unsigned char>(result[i]);
+    if (byte >= 'A' && byte <= 'Z') result[i] = static_cast<char>(byte + ('a' - 'A'));
+    if (byte != 0xC3 || i + 1 == result.size()) continue;
+    const auto second = static_cast<unsigned char>(result[++i]);
+    if (second >= 0x80 && second <= 0x9E && second != 0x97) result[i] = static_cast<char>(second + 0x20);
+  }
+  return result;
+}
+
+std::vector<std::string> wordsOf(std::string_view text) {
+  std::vector<std::string> words;
+  const std::string all = folded(text);
+  for (std::size_t at = all.find_first_not_of(' '); at != std::string::npos;) {
+    const std::size_t end = std::min(all.find(' ', at), all.size());
+    words.push_back(all.substr(at, end - at));
+    at = all.find_first_not_of(' ', end);
+  }
+  return words;
+}
+
+bool matches(const JobListRow& row, const std::vector<std::string>& words) {
+  if (words.empty()) return true;
+  const std::string searched = folded(row.name + '\n' + row.customer + '\n' + row.subject);
+  return std::ranges::all_of(
+      words, [&](const std::string& word) { return searched.find(word) != std::string::npos; });
+}
+
+/// Whether there is a dialog for the code.
+bool canBeOpened(const JobListRow& row) { return !statePicture(row.jobType).empty(); }
+
+std::optional<int> toInt(std::string_view text) {
+  const auto number = Value(text).integer();
+  using Limits = std::numeric_limits<int>;
+  if (!number || *number < Limits::min() || *number > Limits::max()) return std::nullopt;
+  return static_cast<int>(*number);
+}
+
+std::string jobsInWords(std::size_t count) {
+  return std::to_string(count) + (count == 1 ? " Vorgang" : " Vorgänge");
+}
+
+/// Appends the lines of a text that are not there yet.
+void addLines(std::vector<std::string>& lines, std::string_view text) {
+  while (!text.empty()) {
+    const std::size_t end = std::min(text.find('\n'), text.size());
+    std::string_view line = text.substr(0, end);
+    if (line.ends_with('\r')) line.remove_suffix(1);
+    line = trimBlanks(line);
+    if (!line.empty() && std::ranges::find(lines, line) == lines.end()) lines.emplace_back(line);
+    text.remove_prefix(std::min(end + 1, text.size()));
+  }
+}
+
+} // namespace
+
+const ToolState& JobViewState::tool(std::string_view name) const {
+  static const ToolState none{false, false, false};
+  const auto place = findTool(name);
+  return place && *place < tools.size() ? tools[*place] : none;
+}
+
+/// Keeps every command and key away while something is under way.
+class JobViewPresenter::Busy {
+public:
+  Busy(JobViewPresenter& view, Work work, std::string_view label) : view_(view) {
+    view_.work_ = work;
+    view_.stopAsked_ = false;
+    view_.state_.progressVisible = true;
+    view_.state_.progress.reset();
+    if (work == Work::Run) view_.state_.progress = 0;
+    say(label);
+  }
+  Busy(const Busy&) = delete;
+  Busy& operator=(const Busy&) = delete;
+  ~Busy() {
+    view_.state_.label.clear();
+    view_.state_.progressVisible = false;
+    view_.work_ = Work::None;
+    view_.compose();
+  }
+
+  /// Shows a text at once.
+  void say(std::string_view label) {
+    view_.state_.label = label;
+    view_.compose();
+    view_.skip("yield", [this] { view_.environment_.desktop.yield(); });
+  }
+  /// From here on nothing is left to be stopped.
+  void closeRun() { view_.work_ = Work::Files; }
+
+private:
+  JobViewPresenter& view_;
+};
+
+JobViewPresenter::JobViewPresenter(Environment& environment, ImportJobObject2& engine,
+                                   JobViewWindows& windows)
+    : environment_(environment), engine_(engine), windows_(windows), settings_(environment),
+      subscription_(engine.subscribe(*this)) {
+  compose();
+}
+
+template <class Step>
+bool JobViewPresenter::skip(std::string_view where, Step&& step) {
+  try {
+    step();
+    return true;
+  } catch (const std::exception& error) {
+    environment_.diagnostics.report({where, error.what(), currentJob().value_or("")});
+    return false;
+  }
+}
+
+// Both events may come while a unit of work is open: what they say is kept, the window draws later.
+void JobViewPresenter::ProcessProgress(std::int16_t percent) {
+  state_.progress = std::clamp<int>(percent, 0, 100);
+  windows_.redraw();
+}
+
+void JobViewPresenter::ProcessInfo(std::string_view info) {
+  if (work_ == Work::Run && !stopAsked_) state_.label = info;
+  windows_.redraw();
+}
+
+void JobViewPresenter::create() {
+  state_.customerSpecific = settings_.customerSpecific();
+  verify();
+  refresh();
+  // Not the value that a run sets: the section differs, as stated.
+  settings_.save(applicationName, processSection, "OnProcess", "0");
+  compose();
+}
+
+StoredPlace JobViewPresenter::storedPlace() const {
+  const auto local = [this](std::string_view section, std::string_view key) {
+    return toInt(settings_.get(applicationName, section, key, true));
+  };
+  StoredPlace place;
+  if (local(optionSection, "FenstergrößeSpeichern") == 1) {
+    const auto width = local(placeSection, "MainWidth");
+    const auto height = local(placeSection, "MainHeight");
+    if (width >= 1 && height >= 1) place.size = {*width, *height};
+  }
+  if (local(optionSection, "FensterpositionSpeichern") == 1) {
+    const auto state = local(placeSection, "MainState");
+    if (state >= 0 && state <= 2) place.state = static_cast<WindowState>(*state);
+    place.left = local(placeSection, "MainLeft");
+    place.top = local(placeSection, "MainTop");
+  }
+  return place;
+}
+
+void JobViewPresenter::load() {
+  if (!settings_.isOne("AppSettings")) {
+    options();
+    refresh();
+  } else {
+    readPermissions();
+  }
+  if (const std::string file = engine_.takeFilename(); !file.empty()) importFile(file);
+  compose();
+}
+
+bool JobViewPresenter::close(const WindowPlace& place) {
+  if (closed_) return true;
+  if (work_ != Work::None) {
+    closeAsked_ = true;
+    stop();
+    return false;
+  }
+  const auto keep = [this](std::string_view key, int number) {
+    settings_.save(applicationName, placeSection, key, std::to_string(number), true);
+  };
+  keep("MainWidth", place.width);
+  keep("MainHeight", place.height);
+  keep("MainState", static_cast<int>(place.state));
+  keep("MainLeft", place.left);
+  keep("MainTop", place.top);
+  closed_ = true;
+  engine_.ViewFormLoad = qxtViewJobForm_Unload;
+  engine_.Unload();
+  return true;
+}
+
+void JobViewPresenter::command(std::string_view tool) {
+  if (tool == stopTool) {
+    stop();
+    return;
+  }
+  if (work_ != Work::None || !state_.tool(tool).enabled) return;
+  using enum qxProcessState;
+  if (tool == "ProcessTransactions") process(ProcessAll);
+  if (tool == "mnuKunden") process(ProcessKunden);
+  if (tool == "mnuVerträge") process(ProcessVerträge);
+  if (tool == "mnuAufträge") process(ProcessAufträge);
+  if (tool == "mnuZubehör") process(ProcessZubehör);
+  if (tool == "mnuKundenVerträge") processCustomersThenContracts();
+  if (tool == openTool) openCurrent();
+  if (tool == "Delete") eraseCurrent();
+  if (tool == "DeleteViewDone") purge();
+  if (tool == "DeleteDate") {
+    skip("DeleteDate", [this] { windows_.deleteDate(); });
+    refreshAndShow();
+  }
+  if (tool == "UpdateDisplay") {
+    verify();
+    refreshAndShow();
+  }
+  if (tool == "ImportProcessTransactions") importChosen();
+  if (tool == "Export") exportChosen();
+  if (tool == "ViewWaiting") toggle(&JobListFilter::waiting);
+  if (tool == "ViewDone") toggle(&JobListFilter::done);
+  if (tool == "ViewWarnings") toggle(&JobListFilter::warnings);
+  if (tool == "ViewError") toggle(&JobListFilter::errors);
+  if (tool == "Options") options();
+  if (tool == "About") skip("About", [this] { windows_.about(); });
+  if (tool == "End") windows_.closeWindow();
+}
+
+void JobViewPresenter::key(JobViewKey key) {
+  if (!state_.listEnabled) return;
+  switch (key) {
+  case JobViewKey::Enter:
+    openCurrent();
+    break;
+  case JobViewKey::F2:
+    command("About");
+    break;
+  case JobViewKey::F5:
+    refreshAndShow();
+    break;
+  case JobViewKey::F9:
+    command("ProcessTransactions");
+    break;
+  case JobViewKey::Delete:
+    // The permission takes away the tool only.
+    eraseCurrent();
+    break;
+  case JobViewKey::F1:
+    break;
+  }
+}
+
+void JobViewPresenter::headClick(std::size_t column) {
+  if (!state_.listEnabled || column >= jobColumnCount) return;
+  const bool descending = std::exchange(descendingNext_[column], !descendingNext_[column]);
+  const auto clicked = static_cast<JobColumn>(column);
+  if (const auto key = columnSpec(clicked).sortedBy) {
+    order_ = {*key, descending};
+    state_.sortColumn = clicked;
+    state_.sortDescending = descending;
+  }
+  refreshAndShow();
+}
+
+void JobViewPresenter::timerTick() {
+  if (work_ != Work::None || closed_) return;
+  mailComesIn_ = settings_.option("NewMail") == "1";
+  state_.label = mailComesIn_ ? mailLabel : std::string_view();
+  compose();
+}
+
+void JobViewPresenter::select(std::optional<std::size_t> row) {
+  if (row && *row >= state_.rows.size()) row.reset();
+  if (state_.current == row) return;
+  state_.current = row;
+  compose();
+}
+
+void JobViewPresenter::open(std::size_t row) {
+  if (!state_.listEnabled || row >= state_.rows.size()) return;
+  select(row);
+  openCurrent();
+}
+
+void JobViewPresenter::search(std::string_view text) {
+  searched_ = text;
+  listRows();
+  compose();
+}
+
+void JobViewPresenter::readDetails() {
+  if (work_ != Work::None) return;
+  std::vector<std::string> lines;
+  const auto job = currentJob();
+  if (job && environment_.connection) {
+    skip("Fehlertext", [&] { addLines(lines, readJobReasons(*environment_.connection, *job)); });
+    if (!skip("checkJob", [&] { addLines(lines, engine_.checkJob(*job).text); }))
+      lines.emplace_back("Der Vorgang konnte nicht geprüft werden.");
+    if (lines.empty())
+      lines.emplace_back(stateOf(state_.rows[*state_.current].jobType) == JobState::Done
+                             ? "Der Vorgang ist erledigt."
+                             : "Die Prüfung hat nichts zu beanstanden.");
+  }
+  state_.details.clear();
+  for (const std::string& line : lines) state_.details += (state_.details.empty() ? "" : "\n") + line;
+  windows_.redraw();
+}
+
+void JobViewPresenter::verify() {
+  bool unchecked = false;
+  bool nothing = false;
+  engine_.VerifyProcesses(unchecked, nothing);
+}
+
+void JobViewPresenter::refresh() {
+  const bool read = skip("job list", [this] {
+    if (!environment_.connection) throw StoreError("Es ist keine Datenbank verbunden.", 0);
+    found_ = readJobList(*environment_.connection, filter_, order_);
+    state_.counts = countJobs(*environment_.connection);
+  });
+  state_.databaseGone = !read;
+  if (read) listRows();
+}
+
+void JobViewPresenter::refreshAndShow() {
+  refresh();
+  compose();
+}
+
+void JobViewPresenter::listRows() {
+  const auto current = currentJob();
+  const auto words = wordsOf(searched_);
+  state_.rows.clear();
+  std::ranges::copy_if(found_, std::back_inserter(state_.rows),
+                       [&](const JobListRow& row) { return matches(row, words); });
+  ++state_.listing;
+  keepCurrent(current, state_.current);
+}
+
+/// The same job; when it is no longer listed, the one in its place.
+void JobViewPresenter::keepCurrent(const std::optional<std::string>& jobId,
+                                   std::optional<std::size_t> place) {
+  state_.current.reset();
+  if (state_.rows.empty()) return;
+  state_.current = std::min(place.value_or(0), state_.rows.size() - 1);
+  const auto same = std::ranges::find(state_.rows, jobId.value_or(""), &JobListRow::jobId);
+  if (jobId && same != state_.rows.end())
+    state_.current = static_cast<std::size_t>(same - state_.rows.begin());
+}
+
+void JobViewPresenter::readPermissions() {
+  mayDelete_ = settings_.isOn("Löschen");
+  mayChange_ = settings_.isOn("Ändern");
+}
+
+void JobViewPresenter::openCurrent() {
+  while (state_.current && canBeOpened(state_.rows[*state_.current])) {
+    const std::size_t place = *state_.current;
+    const JobListRow job = state_.rows[place];
+    std::vector<std::string> following;
+    for (std::size_t i = place + 1; i < state_.rows.size(); ++i)
+      if (canBeOpened(state_.rows[i])) following.push_back(state_.rows[i].jobId);
+    bool next = false;
+    skip("job dialog",
+         [&] { next = windows_.openJob(job.jobId, job.jobType, !following.empty()) && !following.empty(); });
+    verify();
+    refreshAndShow();
+    if (!next) return;
+    // The saved job may have changed its place: the next one is the one that followed it.
+    state_.current.reset();
+    for (const std::string& jobId : following) {
+      const auto found = std::ranges::find(state_.rows, jobId, &JobListRow::jobId);
+      if (found == state_.rows.end()) continue;
+      state_.current = static_cast<std::size_t>(found - state_.rows.begin());
+      break;
+    }
+    compose();
+  }
+}
+
+void JobViewPresenter::eraseCurrent() {
+  const auto job = currentJob();
+  if (!job) return;
+  skip("delete", [&] {
+    if (!environment_.desktop.ask(
+            {"Wollen Sie diesen Importvorgang wirklich löschen?", "Wirklich löschen?", MessageIcon::None}))
+      return;
+    engine_.DelItem(*job, true);
+    refreshAndShow();
+  });
+}
+
+void JobViewPresenter::process(qxProcessState selection) {
+  settings_.save(runApplicationName, optionSection, "OnProcess", "1");
+  {
+    Busy busy(*this, Work::Run, "Daten werden verarbeitet...");
+    engine_.ProcessJobs(false, selection);
+    busy.closeRun();
+    busy.say("Daten werden aktuallisiert...");
+    verify();
+    refresh();
+  }
+  settings_.save(runApplicationName, optionSection, "OnProcess", "0");
+  if (closeAsked_) windows_.closeWindow();
+}
+
+void JobViewPresenter::processCustomersThenContracts() {
+  process(qxProcessState::ProcessKunden);
+  // Whoever stopped the first run or wants to leave does not want the second one.
+  if (!stopAsked_ && !closeAsked_) process(qxProcessState::ProcessVerträge);
+}
+
+void JobViewPresenter::stop() {
+  if (work_ != Work::Run || stopAsked_) return;
+  stopAsked_ = true;
+  engine_.requestStop();
+  state_.label = "Die Verarbeitung hält nach dem aktuellen Vorgang an...";
+  compose();
+}
+
+void JobViewPresenter::purge() {
+  {
+    const Busy busy(*this, Work::Files, "Erledigte Vorgänge werden gelöscht...");
+    engine_.DelArchives();
+    refresh();
+  }
+  if (closeAsked_) windows_.closeWindow();
+}
+
+void JobViewPresenter::importChosen() {
+  std::optional<std::string> file;
+  skip("file choice",
+       [&] { file = environment_.desktop.chooseFile("Vorgänge einlesen", fileFilter, false); });
+  if (file && !file->empty()) importFile(*file);
+}
+
+void JobViewPresenter::importFile(std::string_view file) {
+  {
+    const Busy busy(*this, Work::Files, "Die Datei wird eingelesen...");
+    engine_.Import(file);
+    verify();
+    refresh();
+  }
+  if (closeAsked_) windows_.closeWindow();
+}
+
+void JobViewPresenter::exportChosen() {
+  std::optional<std::string> file;
+  skip("file choice", [&] { file = environment_.desktop.chooseFile("Vorgänge ausgeben", fileFilter, true); });
+  if (!file || file->empty()) return;
+  {
+    const Busy busy(*this, Work::Files, "Die Datei wird geschrieben...");
+    engine_.Export(*file);
+  }
+  if (closeAsked_) windows_.closeWindow();
+}
+
+/// What the clerk may do is settled there.
+void JobViewPresenter::options() {
+  skip("Options", [this] { windows_.options(); });
+  readPermissions();
+  compose();
+}
+
+void JobViewPresenter::toggle(bool JobListFilter::*state) {
+  filter_.*state = !(filter_.*state);
+  refreshAndShow();
+}
+
+std::optional<std::string> JobViewPresenter::currentJob() const {
+  if (!state_.current || state_.rows[*state_.current].jobId.empty()) return std::nullopt;
+  return state_.rows[*state_.current].jobId;
+}
+
+void JobViewPresenter::compose() {
+  state_.listEnabled = work_ == Work::None && !mailComesIn_;
+  composeTools();
+  composeTexts();
+  windows_.redraw();
+}
+
+void JobViewPresenter::composeTools() {
+  state_.tools.assign(jobViewTools().size(), {});
+  const auto tool = [this](std::string_view name) -> ToolState& { return state_.tools[*findTool(name)]; };
+  for (ToolState& each : state_.tools) each.enabled = work_ == Work::None;
+  tool(stopTool).enabled = work_ == Work::Run && !stopAsked_;
+  tool("ViewWaiting").checked = filter_.waiting;
+  tool("ViewDone").checked = filter_.done;
+  tool("ViewWarnings").checked = filter_.warnings;
+  tool("ViewError").checked = filter_.errors;
+  tool("mnuEinzelnVerarbeiten").visible = state_.customerSpecific;
+  tool("Delete").visible = mayDelete_;
+  if (work_ != Work::None) return;
+  tool("ProcessTransactions").enabled = !mailComesIn_;
+  tool("UpdateDisplay").enabled = !mailComesIn_;
+  const bool atJob = state_.listEnabled && state_.current.has_value();
+  tool("Delete").enabled = atJob;
+  tool(openTool).enabled = atJob && canBeOpened(state_.rows[*state_.current]);
+}
+
+void JobViewPresenter::composeTexts() {
+  const std::int64_t matching =
+      (filter_.waiting ? state_.counts.waiting : 0) + (filter_.warnings ? state_.counts.warnings : 0) +
+      (filter_.errors ? state_.counts.errors : 0) + (filter_.done ? state_.counts.done : 0);
+  state_.notice.clear();
+  if (state_.databaseGone)
+    state_.notice = goneNotice;
+  else if (found_.size() == jobListLimit && matching > static_cast<std::int64_t>(jobListLimit))
+    state_.notice = limitNotice;
+
+  state_.countText = state_.rows.size() == found_.size()
+                         ? jobsInWords(found_.size())
+                         : std::to_string(state_.rows.size()) + " von " + jobsInWords(found_.size()) +
+                               (found_.size() == 1 ? "" : "n");
+
+  state_.emptyHint.clear();
+  if (!state_.rows.empty()) return;
+  if (!found_.empty())
+    state_.emptyHint = "Kein Vorgang passt zu der Suche\nLeeren Sie das Suchfeld, um alle zu sehen.";
+  else if (filter_ == JobListFilter{false, false, false, false})
+    state_.emptyHint = "Es ist kein Zustand gewählt\nSchalten Sie oben einen Zustand ein.";
+  else
+    state_.emptyHint = "Keine Vorgänge mit diesem Zustand\nSchalten Sie oben einen weiteren Zustand ein oder "
+                       "lesen Sie eine Datei ein.";
+}
+
+} // namespace qx

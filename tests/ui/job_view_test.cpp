@@ -1,0 +1,402 @@
+// The job view without a window, on a whole ERP in a file.
+#include "ui/job_view.h"
+
+#include "erp/demo_data.h"
+#include "erp/demo_jobs.h"
+#include "support/test_erp.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+namespace qx {
+namespace {
+
+/// Keeps what it was asked and answers as the test says.
+class RecordingWindows final : public JobViewWindows {
+public:
+  bool openJob(std::string_view jobId, std::int16_t jobType, bool offerNext) override {
+    opened.push_back(std::string(jobId) + " " + std::to_string(jobType) + (offerNext ? " +" : ""));
+    if (onOpen) onOpen(jobId);
+    return opened.size() <= nexts;
+  }
+  void options() override {
+    ++optionsShown;
+    if (onOptions) onOptions();
+  }
+  void deleteDate() override { ++deleteDates; }
+  void about() override { ++abouts; }
+  void redraw() override { ++redraws; }
+  void closeWindow() override { ++closings; }
+
+  std::vector<std::string> opened;
+  std::size_t nexts = 0; ///< so often the clerk wants to go on
+  int optionsShown = 0;
+  int deleteDates = 0;
+  int abouts = 0;
+  int redraws = 0;
+  int closings = 0;
+  std::function<void(std::string_view)> onOpen;
+  std::function<void()> onOptions;
+};
+
+class JobViewTest : public ::testing::Test {
+protected:
+  JobViewTest() { erp.setOption("AppSettings", "1"); }
+
+  void stage(std::string_view jobId, std::int16_t jobType, std::string_view date = "24.11.2026",
+             std::string_view name = "", std::string_view customer = "", std::string_view subject = "") {
+    erp.execute(sql("Insert Into ImportKopf (JobID, JobType, Eingangsdatum, Bez1, Kundennummer, Betreff) "
+                    "Values ('"_sql,
+                    value(jobId), "', "_sql, number(jobType), ", '"_sql, value(date), "', '"_sql, value(name),
+                    "', '"_sql, value(customer), "', '"_sql, value(subject), "')"_sql));
+  }
+  void stageDemo() {
+    WorkUnit unit(erp.connection());
+    erp.execute(sql("Delete From Einstellungen Where \"Key\" = 'AppSettings'"_sql));
+    fillDemoData(erp.connection());
+    stageDemoJobs(erp.connection(), makeDate(2026, 11, 24));
+    unit.commit();
+  }
+  void show() {
+    view.create();
+    view.load();
+  }
+  std::string listed() const {
+    std::string keys;
+    for (const JobListRow& row : view.state().rows) keys += row.jobId + " ";
+    return keys;
+  }
+  std::string option(std::string_view section, std::string_view key) {
+    return erp.environment.session->GetSetting(section, key, std::nullopt);
+  }
+  std::string local(std::string_view key, std::string_view section = "MAIN") {
+    return erp.localSettings.read("QXImportJob", section, key);
+  }
+  void setLocal(std::string_view section, std::string_view key, std::string_view text) {
+    erp.localSettings.write("QXImportJob", section, key, text);
+  }
+
+  TestErp erp;
+  ImportJobObject2 engine{erp.environment};
+  RecordingWindows windows;
+  JobViewPresenter view{erp.environment, engine, windows};
+  const JobViewState& state = view.state();
+};
+
+TEST_F(JobViewTest, FiltersByStateAndSaysWhyNothingIsListed) {
+  for (const std::int16_t jobType : {0, 10, 21, 32, 13, 40, 43})
+    stage("T" + std::to_string(jobType), jobType);
+  show();
+  EXPECT_EQ(listed(), "T32 T21 T10 T0 ");
+  EXPECT_EQ(state.counts, (JobCounts{1, 1, 1, 1}));
+  view.command("ViewDone");
+  EXPECT_TRUE(state.tool("ViewDone").checked);
+  EXPECT_EQ(listed(), "T13 T32 T21 T10 T0 ");
+  for (const char* tool : {"ViewDone", "ViewWaiting", "ViewWarnings", "ViewError"}) view.command(tool);
+  EXPECT_EQ(listed(), "T0 ");
+  EXPECT_EQ(state.emptyHint, "");
+  erp.execute(sql("Delete From ImportKopf Where JobType = 0"_sql));
+  view.key(JobViewKey::F5);
+  EXPECT_NE(state.emptyHint.find("kein Zustand"), std::string::npos);
+  EXPECT_EQ(state.countText, "0 Vorgänge");
+}
+
+TEST_F(JobViewTest, SortsByColumnWithAFlagOfItsOwnForEach) {
+  stage("A", 30, "02.12.2006", "b");
+  stage("B", 10, "15.01.2006", "C");
+  stage("C", 20, "unlesbar", "a");
+  show();
+  EXPECT_EQ(listed(), "A B C ");
+  EXPECT_TRUE(state.sortDescending);
+  view.headClick(3);
+  EXPECT_EQ(listed(), "C B A ");
+  view.headClick(2);
+  EXPECT_EQ(listed(), "B C A ");
+  view.headClick(5);
+  EXPECT_EQ(listed(), "C A B ");
+  // A column without an order keeps the last one; its flag toggles all the same.
+  view.headClick(6);
+  EXPECT_EQ(listed(), "C A B ");
+  EXPECT_EQ(state.sortColumn, JobColumn::Bez1);
+  view.headClick(5);
+  EXPECT_EQ(listed(), "B A C ");
+  view.headClick(3);
+  EXPECT_EQ(listed(), "A B C ");
+  view.headClick(99);
+  EXPECT_EQ(listed(), "A B C ");
+}
+
+TEST_F(JobViewTest, ListsTheFirstTwoThousandAndSaysSo) {
+  {
+    WorkUnit unit(erp.connection());
+    for (int i = 0; i < 2001; ++i) stage("J" + std::to_string(i), 10);
+    unit.commit();
+  }
+  show();
+  EXPECT_EQ(state.rows.size(), jobListLimit);
+  EXPECT_EQ(state.rows.front().jobId, "J2000");
+  EXPECT_EQ(state.notice, "Es werden die ersten 2000 Vorgänge angezeigt.");
+}
+
+TEST_F(JobViewTest, SearchesWhatIsListedAndKeepsTheCurrentJob) {
+  stage("A", 10, "24.11.2026", "MÜLLER & Söhne", "10023", "Neukunde");
+  stage("B", 30, "24.11.2026", "Hafenbau", "10007", "Bestellung 5");
+  stage("C", 10, "24.11.2026", "Hafen", "20000", "");
+  show();
+  view.select(1);
+  view.search(" hafen 1000 ");
+  EXPECT_EQ(listed(), "B ");
+  EXPECT_EQ(state.current, std::size_t{0});
+  EXPECT_EQ(state.countText, "1 von 3 Vorgängen");
+  view.search("müller");
+  EXPECT_EQ(listed(), "A ");
+  view.search("nirgends");
+  EXPECT_FALSE(state.current.has_value());
+  EXPECT_FALSE(state.emptyHint.empty());
+  view.search("");
+  EXPECT_EQ(listed(), "C B A ");
+}
+
+TEST_F(JobViewTest, ARefreshKeepsTheJobAndElseItsPlace) {
+  for (const char* jobId : {"A", "B", "C"}) stage(jobId, 10);
+  show();
+  view.select(1);
+  stage("D", 10);
+  view.key(JobViewKey::F5);
+  EXPECT_EQ(state.rows[*state.current].jobId, "B");
+  erp.execute(sql("Delete From ImportKopf Where JobID = 'B'"_sql));
+  view.key(JobViewKey::F5);
+  EXPECT_EQ(state.rows[*state.current].jobId, "A");
+}
+
+TEST_F(JobViewTest, DeletesAfterAQuestionWithOrWithoutThePermission) {
+  stage("K", 10, "24.11.2026", "", "100");
+  stage("V", 40, "24.11.2026", "", "100");
+  show();
+  EXPECT_FALSE(state.tool("Delete").visible);
+  view.key(JobViewKey::Delete);
+  ASSERT_EQ(erp.desktop.asked.size(), 1U);
+  EXPECT_EQ(erp.desktop.asked[0].text, "Wollen Sie diesen Importvorgang wirklich löschen?");
+  EXPECT_EQ(erp.desktop.asked[0].title, "Wirklich löschen?");
+  EXPECT_EQ(listed(), "K ");
+  erp.desktop.answer = true;
+  view.key(JobViewKey::Delete);
+  EXPECT_EQ(listed(), "");
+  EXPECT_EQ(erp.count(sql("Select Count(*) From ImportKopf"_sql)), 0);
+  view.key(JobViewKey::Delete);
+  EXPECT_EQ(erp.desktop.asked.size(), 2U);
+
+  windows.onOptions = [&] { erp.setOption("Löschen", "1"); };
+  view.command("Options");
+  EXPECT_TRUE(state.tool("Delete").visible);
+}
+
+TEST_F(JobViewTest, OpensTheDialogOfAJobAndGoesOnToTheNext) {
+  stage("C", 33);
+  stage("X", 0);
+  stage("B", 20);
+  stage("A", 10);
+  show();
+  view.command("ViewDone");
+  ASSERT_EQ(listed(), "A B X C ");
+  windows.nexts = 2;
+  // The saved job leaves the list: the next one is still the one that followed it.
+  windows.onOpen = [&](std::string_view jobId) {
+    if (jobId == "A") erp.execute(sql("Delete From ImportKopf Where JobID = 'A'"_sql));
+  };
+  view.open(0);
+  EXPECT_EQ(windows.opened, (std::vector<std::string>{"A 10 +", "B 20 +", "C 33"}));
+  view.open(1);
+  EXPECT_EQ(windows.opened.size(), 3U) << "there is no dialog for code 0";
+}
+
+TEST_F(JobViewTest, ARunReportsToTheOtherProgramsAndRefreshesTheList) {
+  stageDemo();
+  show();
+  view.search("");
+  const std::int64_t waiting = state.counts.waiting;
+  ASSERT_GT(waiting, 3);
+  std::string flagDuringRun;
+  std::vector<std::string> labels;
+  int percent = 0;
+  erp.desktop.onYield = [&] {
+    flagDuringRun = option("ImportJob2", "OnProcess");
+    if (labels.empty() || labels.back() != state.label) labels.push_back(state.label);
+    percent = std::max(percent, state.progress.value_or(0));
+    EXPECT_FALSE(state.listEnabled);
+    EXPECT_TRUE(state.progressVisible);
+    for (const ToolSpec& tool : jobViewTools())
+      EXPECT_TRUE(tool.name == stopTool || !state.tool(tool.name).enabled) << tool.name;
+  };
+  view.key(JobViewKey::F9);
+  EXPECT_EQ(flagDuringRun, "1");
+  EXPECT_EQ(option("ImportJob2", "OnProcess"), "0");
+  ASSERT_GE(labels.size(), 2U);
+  EXPECT_EQ(labels.front(), "Daten werden verarbeitet...");
+  EXPECT_EQ(labels.back(), "Daten werden aktuallisiert...");
+  EXPECT_GT(percent, 0);
+  EXPECT_LT(state.counts.waiting, waiting);
+  EXPECT_EQ(state.counts.waiting,
+            erp.count(sql("Select Count(*) From ImportKopf Where JobType In (10,20,30)"_sql)));
+  EXPECT_TRUE(state.listEnabled);
+  EXPECT_FALSE(state.progressVisible);
+  EXPECT_EQ(state.label, "");
+}
+
+TEST_F(JobViewTest, NothingGetsThroughDuringARunButTheStop) {
+  stageDemo();
+  show();
+  erp.desktop.answer = true;
+  int yields = 0;
+  erp.desktop.onYield = [&] {
+    ++yields;
+    erp.setOption("NewMail", "1");
+    view.timerTick();
+    erp.setOption("NewMail", "");
+    EXPECT_FALSE(state.listEnabled);
+    EXPECT_NE(state.label, "Bestellungen werden eingelesen...");
+    for (const JobViewKey key : {JobViewKey::F9, JobViewKey::Delete, JobViewKey::F5, JobViewKey::Enter})
+      view.key(key);
+    for (const char* tool : {"ProcessTransactions", "DeleteViewDone", "Options", "ViewDone", "End"})
+      view.command(tool);
+    view.headClick(2);
+    view.open(0);
+    if (yields == 2) view.command(stopTool);
+  };
+  view.command("ProcessTransactions");
+  EXPECT_TRUE(erp.desktop.asked.empty());
+  EXPECT_TRUE(windows.opened.empty());
+  EXPECT_EQ(windows.optionsShown + windows.closings, 0);
+  EXPECT_FALSE(state.tool("ViewDone").checked);
+  EXPECT_EQ(engine.lastRun().end, RunEnd::Stopped);
+  EXPECT_GT(state.counts.waiting, 0);
+  erp.desktop.onYield = {};
+  view.command("ProcessTransactions");
+  EXPECT_EQ(engine.lastRun().end, RunEnd::Completed) << "the stop was for the run before";
+}
+
+TEST_F(JobViewTest, ClosingDuringARunStopsItAndClosesOnceItHasReturned) {
+  stageDemo();
+  show();
+  bool refused = false;
+  erp.desktop.onYield = [&] { refused = !view.close({}); };
+  view.command("mnuKundenVerträge");
+  EXPECT_TRUE(refused);
+  EXPECT_EQ(windows.closings, 1);
+  EXPECT_EQ(engine.lastRun().end, RunEnd::Stopped);
+  EXPECT_EQ(option("ImportJob2", "OnProcess"), "0");
+  EXPECT_GT(erp.count(sql("Select Count(*) From ImportKopf Where JobType = 20"_sql)), 0)
+      << "the second run must not begin";
+  EXPECT_EQ(engine.ViewFormLoad, qxtViewJobForm_Nothing);
+  EXPECT_TRUE(view.close({}));
+  EXPECT_EQ(engine.ViewFormLoad, qxtViewJobForm_Unload);
+}
+
+TEST_F(JobViewTest, AnOrderBeingReadInBlocksTheListUntilItIsOver) {
+  stage("A", 10);
+  show();
+  erp.setOption("NewMail", "1");
+  view.timerTick();
+  EXPECT_FALSE(state.tool("ProcessTransactions").enabled);
+  EXPECT_FALSE(state.tool("UpdateDisplay").enabled);
+  EXPECT_TRUE(state.tool("Options").enabled);
+  EXPECT_FALSE(state.listEnabled);
+  EXPECT_EQ(state.label, "Bestellungen werden eingelesen...");
+  view.key(JobViewKey::F9);
+  EXPECT_EQ(engine.lastRun().processed, 0U);
+  EXPECT_EQ(option("ImportJob2", "OnProcess"), "");
+  erp.setOption("NewMail", "0");
+  view.timerTick();
+  EXPECT_TRUE(state.tool("ProcessTransactions").enabled);
+  EXPECT_TRUE(state.listEnabled);
+  EXPECT_EQ(state.label, "");
+}
+
+TEST_F(JobViewTest, AFirstStartShowsTheOptionsThenReadsThePermissions) {
+  erp.setOption("AppSettings", "");
+  erp.setSetting("Allgemein", "Individual", "VLK");
+  erp.setSetting("Process", "OnProcess", "1");
+  windows.onOptions = [&] {
+    erp.setOption("Löschen", "1");
+    stage("A", 10);
+  };
+  show();
+  EXPECT_EQ(windows.optionsShown, 1);
+  EXPECT_TRUE(state.tool("Delete").visible);
+  EXPECT_TRUE(state.tool("mnuEinzelnVerarbeiten").visible);
+  EXPECT_EQ(listed(), "A ");
+  EXPECT_EQ(option("Process", "OnProcess"), "0");
+}
+
+TEST_F(JobViewTest, AFileHandedOverBeforeIsReadInOnceAndFilesAreAskedFor) {
+  stage("A", 10, "24.11.2026", "Müller");
+  show();
+  const std::string file = (erp.folder.path() / "jobs.edi").string();
+  view.command("Export");
+  EXPECT_FALSE(std::ifstream(file).good());
+  erp.desktop.file = file;
+  view.command("Export");
+  ASSERT_TRUE(std::ifstream(file).good());
+  EXPECT_EQ(erp.desktop.choices.back().filter, "EDI (*.edi)|*.edi");
+  erp.execute(sql("Delete From ImportKopf"_sql));
+  engine.setStartParameters({"", "", file});
+  view.load();
+  ASSERT_EQ(listed(), "A ");
+  erp.execute(sql("Delete From ImportKopf"_sql));
+  view.load();
+  view.key(JobViewKey::F5);
+  EXPECT_EQ(listed(), "");
+  view.command("ImportProcessTransactions");
+  EXPECT_EQ(listed(), "A ");
+}
+
+TEST_F(JobViewTest, ThePlaceIsAlwaysKeptAndRestoredBySwitches) {
+  EXPECT_TRUE(view.close({800, 600, WindowState::Maximized, -20, 30}));
+  EXPECT_EQ(local("MainWidth") + " " + local("MainHeight"), "800 600");
+  EXPECT_EQ(local("MainState") + " " + local("MainLeft") + " " + local("MainTop"), "2 -20 30");
+  EXPECT_FALSE(view.storedPlace().size || view.storedPlace().left);
+  setLocal("ImportJob2", "FenstergrößeSpeichern", "1");
+  setLocal("ImportJob2", "FensterpositionSpeichern", "1");
+  EXPECT_EQ(view.storedPlace().size, std::pair(800, 600));
+  EXPECT_EQ(view.storedPlace().state, WindowState::Maximized);
+  EXPECT_EQ(view.storedPlace().left, -20);
+  // A size needs both, a position has no such guard.
+  setLocal("MAIN", "MainHeight", "0");
+  setLocal("MAIN", "MainLeft", "links");
+  EXPECT_FALSE(view.storedPlace().size.has_value());
+  EXPECT_FALSE(view.storedPlace().left.has_value());
+  EXPECT_EQ(view.storedPlace().top, 30);
+}
+
+TEST_F(JobViewTest, TheDetailsAreTheReasonsAndTheFindingsEachOnce) {
+  stage("A", 10, "24.11.2026", "Müller", "10023");
+  erp.execute(sql("Update ImportKopf Set Zahlungsart = 'XX'"_sql));
+  const std::string finding = engine.checkJob("A").text;
+  ASSERT_FALSE(finding.empty());
+  erp.execute(sql("Update ImportKopf Set JobType = 12, Fehlertext = '"_sql,
+                  value("Nicht geschrieben\r\n" + finding), "'"_sql));
+  show();
+  view.readDetails();
+  EXPECT_TRUE(state.details.starts_with("Nicht geschrieben\n")) << state.details;
+  const std::string line = finding.substr(0, finding.find('\r'));
+  EXPECT_EQ(state.details.find(line), state.details.rfind(line));
+  EXPECT_NE(state.details.find(line), std::string::npos);
+}
+
+TEST_F(JobViewTest, KeepsWhatItShowsWhenTheDatabaseIsGone) {
+  stage("A", 10);
+  show();
+  const auto database = std::exchange(erp.environment.connection, nullptr);
+  view.key(JobViewKey::F5);
+  EXPECT_EQ(listed(), "A ");
+  EXPECT_TRUE(state.databaseGone);
+  EXPECT_FALSE(state.notice.empty());
+  EXPECT_FALSE(erp.diagnostics.entries.empty());
+  erp.environment.connection = database;
+  view.key(JobViewKey::F5);
+  EXPECT_EQ(state.notice, "");
+}
+
+} // namespace
+} // namespace qx
