@@ -34,6 +34,8 @@ Sql plainColumn(const std::string& column) { return sql(name(column)); }
 } // namespace
 
 StagingArea::StagingArea(Connection& connection) : connection_(connection) {
+  // After a failure nobody reads the temporary tables again; their journal would only take memory.
+  connection_.open(sql("PRAGMA temp.journal_mode = OFF"_sql));
   connection_.execute(sql("CREATE TEMP TABLE StageKopf AS SELECT *, CAST(0 AS INTEGER) AS StageZeile, "
                           "CAST(0 AS INTEGER) AS StageZiel, CAST(0 AS INTEGER) AS StageSperre "
                           "FROM main.ImportKopf WHERE 0 = 1"_sql));
