@@ -21,13 +21,13 @@ struct AddressBlock {
   friend bool operator==(const AddressBlock&, const AddressBlock&) = default;
 };
 
-/// Edits copies; the dialog that opened it takes them over. A line that differs from the stored address of its
-/// key shows the stored value. Failures are told to the diagnostics and stand in `notice`.
+/// Edits copies; the dialog that opened it takes them over. A line that differs from the stored address of
+/// its key shows the stored value. Failures are told to the diagnostics and stand in `notice`.
 class AddressDialog final : public Form {
 public:
   /// `ownCustomer` is the job's own customer number, for keys without a customer.
-  AddressDialog(const DialogContext& context, std::string ownCustomer, AddressBlock delivery, AddressBlock invoice,
-                bool readOnly);
+  AddressDialog(const DialogContext& context, std::string ownCustomer, AddressBlock delivery,
+                AddressBlock invoice, bool readOnly);
 
   std::span<const ControlGroup> groups() const override;
   void leave(std::size_t place) override;

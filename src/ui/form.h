@@ -37,8 +37,8 @@ public:
   /// Differs from what was loaded or saved last.
   virtual bool changed() const;
 
-  /// The clerk has typed or chosen; nothing is checked yet. In a combo a code as well as a shown text stands for
-  /// its row.
+  /// The clerk has typed or chosen; nothing is checked yet. In a combo a code as well as a shown text stands
+  /// for its row.
   virtual void type(std::size_t place, std::string_view text);
   /// The clerk leaves the control: its checks run again.
   virtual void leave(std::size_t place) = 0;

@@ -8,8 +8,8 @@
 
 namespace qx {
 
-/// The dialog for this job code, not loaded yet: customers 10 to 13, contracts 20 to 23 and 40 to 44, orders 30
-/// to 33. Null for any other.
+/// The dialog for this job code, not loaded yet: customers 10 to 13, contracts 20 to 23 and 40 to 44, orders
+/// 30 to 33. Null for any other.
 std::unique_ptr<JobDialog> makeJobDialog(const DialogContext& context, std::int16_t jobType);
 
 } // namespace qx

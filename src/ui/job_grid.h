@@ -68,7 +68,8 @@ public:
   virtual std::size_t addRow() { return 0; }
   virtual void removeRow(std::size_t /*row*/) {}
   /// Sets cells from tab separated lines, downwards and to the right of a cell through the columns that are
-  /// shown and can be edited; rows are appended as needed. Empty when every cell was taken, else what was not.
+  /// shown and can be edited; rows are appended as needed. Empty when every cell was taken, else what was
+  /// not.
   virtual std::string paste(std::size_t /*row*/, std::size_t /*column*/, std::string_view /*text*/) {
     return {};
   }
