@@ -34,6 +34,8 @@ Sql plainColumn(const std::string& column) { return sql(name(column)); }
 } // namespace
 
 StagingArea::StagingArea(Connection& connection) : connection_(connection) {
+  // After a failure nobody reads the temporary tables again; their journal would only take memory.
+  connection_.open(sql("PRAGMA temp.journal_mode = OFF"_sql));
   connection_.execute(sql("CREATE TEMP TABLE StageKopf AS SELECT *, CAST(0 AS INTEGER) AS StageZeile, "
                           "CAST(0 AS INTEGER) AS StageZiel, CAST(0 AS INTEGER) AS StageSperre "
                           "FROM main.ImportKopf WHERE 0 = 1"_sql));
@@ -87,6 +89,7 @@ void StagingArea::endPosition(std::int64_t line) {
   positions_->set("StageZeile", line);
   positions_->set("StageVorgang", jobs_ + 1);
   positions_->update();
+  ++positionCount_;
   forgetWritten();
 }
 
@@ -200,26 +203,38 @@ void StagingArea::copyHeaders() {
   replace.append(sql(" FROM StageKopf s WHERE ImportKopf.rowid = s.StageZiel AND s.StageSperre = 0"_sql));
   connection_.execute(replace);
 
-  Sql insert = sql("INSERT INTO main.ImportKopf ("_sql);
-  insert.append(separated(names, plainColumn)).append(sql(") SELECT "_sql));
-  insert.append(separated(names, plainColumn));
-  insert.append(sql(" FROM StageKopf WHERE StageZiel IS NULL ORDER BY rowid"_sql));
-  connection_.execute(insert);
+  inPortions(jobs_, [&](std::int64_t from, std::int64_t to) {
+    Sql insert = sql("INSERT INTO main.ImportKopf ("_sql);
+    insert.append(separated(names, plainColumn)).append(sql(") SELECT "_sql));
+    insert.append(separated(names, plainColumn));
+    insert.append(sql(" FROM StageKopf WHERE StageZiel IS NULL AND rowid > "_sql, number(from),
+                      " AND rowid <= "_sql, number(to), " ORDER BY rowid"_sql));
+    connection_.execute(insert);
+  });
+}
+
+/// A statement keeps a copy of every page that it changes until it ends.
+void StagingArea::inPortions(std::int64_t rows, const std::function<void(std::int64_t, std::int64_t)>& copy) {
+  constexpr std::int64_t portion = 5000;
+  for (std::int64_t from = 0; from < rows; from += portion) copy(from, from + portion);
 }
 
 void StagingArea::copyPositions() {
   connection_.execute(sql("DELETE FROM main.ImportPos WHERE JobID IN (SELECT JobID FROM StageKopf WHERE "
                           "StageZiel IS NOT NULL AND StageSperre = 0)"_sql));
   const auto names = columnsOf(connection_, sql("SELECT * FROM ImportPos WHERE 0 = 1"_sql));
-  Sql insert = sql("INSERT INTO main.ImportPos ("_sql);
-  insert.append(separated(names, plainColumn)).append(sql(") SELECT "_sql));
-  // The position takes the key of its header, which may have been made after the position was read.
-  insert.append(separated(names, [](const std::string& column) {
-    return column == "JobID" ? sql("k.JobID"_sql) : sql("p."_sql, name(column));
-  }));
-  insert.append(sql(" FROM StagePos p JOIN StageKopf k ON k.rowid = p.StageVorgang WHERE k.StageSperre = 0 "
-                    "ORDER BY p.rowid"_sql));
-  connection_.execute(insert);
+  inPortions(positionCount_, [&](std::int64_t from, std::int64_t to) {
+    Sql insert = sql("INSERT INTO main.ImportPos ("_sql);
+    insert.append(separated(names, plainColumn)).append(sql(") SELECT "_sql));
+    // The position takes the key of its header, which may have been made after the position was read.
+    insert.append(separated(names, [](const std::string& column) {
+      return column == "JobID" ? sql("k.JobID"_sql) : sql("p."_sql, name(column));
+    }));
+    insert.append(sql(" FROM StagePos p JOIN StageKopf k ON k.rowid = p.StageVorgang WHERE k.StageSperre = 0 "
+                      "AND p.rowid > "_sql,
+                      number(from), " AND p.rowid <= "_sql, number(to), " ORDER BY p.rowid"_sql));
+    connection_.execute(insert);
+  });
 }
 
 void StagingArea::forEach(const Visitor& visit) {

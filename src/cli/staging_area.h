@@ -72,12 +72,15 @@ private:
   std::optional<KeyConflict> ownedByOthers();
   std::optional<KeyConflict> firstOwned(const Sql& query, KeyConflict::Kind kind);
   void copyHeaders();
+  static void inPortions(std::int64_t rows,
+                         const std::function<void(std::int64_t from, std::int64_t to)>& copy);
   void copyPositions();
 
   Connection& connection_;
   std::unique_ptr<Recordset> headers_;
   std::unique_ptr<Recordset> positions_;
   std::int64_t jobs_ = 0;
+  std::int64_t positionCount_ = 0;
   int written_ = 0;
   StageCounts counts_;
 };

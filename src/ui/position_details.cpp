@@ -41,10 +41,8 @@ constexpr std::array priceControls{
                 .caption = "Preis gilt &für",
                 .kind = ControlKind::Number,
                 .column = "Preiseinheit"},
-    ControlSpec{.name = "tdbnbrRabatt",
-                .caption = "Ra&batt (%)",
-                .kind = ControlKind::Number,
-                .column = "Rabatt"},
+    ControlSpec{
+        .name = "tdbnbrRabatt", .caption = "Ra&batt (%)", .kind = ControlKind::Number, .column = "Rabatt"},
     ControlSpec{.name = "tdbnbrKostID",
                 .caption = "&Kostenzuordnung",
                 .kind = ControlKind::Number,

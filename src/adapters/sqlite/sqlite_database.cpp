@@ -38,12 +38,13 @@ void configure(sqlite3* handle, const std::string& target) {
 }
 
 /// A savepoint keeps copies of the pages that it changes; beyond 64 KiB SQLite would spill them to temporary
-/// files, which costs a run half its time. Twice that is enough for one job. It must not be more: a journal
-/// that overflows is written in one piece, of which SQLite's file layer takes 17 bits of length. Once per
-/// process and before SQLite starts; in a process that has already started it, the default stays.
+/// files, which costs a run half its time. One job changes few pages, so they stay in memory. (Limits between
+/// 128 KiB and none fail: an overflow is written in one piece, of which SQLite's file layer takes 17 bits of
+/// length.) Once per process and before SQLite starts; in a process that has already started it, the default
+/// stays.
 void keepSavepointsInMemory() {
-  constexpr int spillAt = 131071;
-  [[maybe_unused]] static const int configured = sqlite3_config(SQLITE_CONFIG_STMTJRNL_SPILL, spillAt);
+  constexpr int never = -1;
+  [[maybe_unused]] static const int configured = sqlite3_config(SQLITE_CONFIG_STMTJRNL_SPILL, never);
 }
 
 Handle openHandle(const std::string& target, int flags) {

@@ -29,8 +29,8 @@ public:
   /// True once a shown window of this title was asked to close.
   bool close(const QString& title) {
     const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(link())).data->root;
-    const Reply<xcb_query_tree_reply_t> tree(xcb_query_tree_reply(link(), xcb_query_tree(link(), root), nullptr),
-                                             &std::free);
+    const Reply<xcb_query_tree_reply_t> tree(
+        xcb_query_tree_reply(link(), xcb_query_tree(link(), root), nullptr), &std::free);
     if (!tree) return false;
     const xcb_window_t* const children = xcb_query_tree_children(tree.get());
     for (int i = 0; i < xcb_query_tree_children_length(tree.get()); ++i)
@@ -51,7 +51,8 @@ private:
   }
   bool isShown(xcb_window_t window) {
     const Reply<xcb_get_window_attributes_reply_t> reply(
-        xcb_get_window_attributes_reply(link(), xcb_get_window_attributes(link(), window), nullptr), &std::free);
+        xcb_get_window_attributes_reply(link(), xcb_get_window_attributes(link(), window), nullptr),
+        &std::free);
     return reply && reply->map_state == XCB_MAP_STATE_VIEWABLE;
   }
   QString titleOf(xcb_window_t window) {
