@@ -117,7 +117,7 @@ TEST(AbsentJobView, SaysHowToSeeTheJobsWithoutIt) {
   AbsentJobView view(desktop);
   view.open();
   ASSERT_EQ(desktop.shown.size(), 1U);
-  EXPECT_NE(desktop.shown[0].text.find("qximportjob list"), std::string::npos);
+  EXPECT_NE(desktop.shown[0].text.find("qximportjob view"), std::string::npos);
 }
 
 } // namespace
