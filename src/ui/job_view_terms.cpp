@@ -48,7 +48,7 @@ constexpr std::array tools{
     ToolSpec{"mnuVerträge", "&Verträge", "Verarbeitet nur die Verträge", "", ""},
     ToolSpec{"mnuKundenVerträge", "Kunden &und Verträge", "Verarbeitet die Kunden und dann die Verträge", "",
              ""},
-    ToolSpec{"mnuAufträge", "A&ufträge", "Verarbeitet nur die Aufträge", "", ""},
+    ToolSpec{"mnuAufträge", "Auf&träge", "Verarbeitet nur die Aufträge", "", ""},
     ToolSpec{"mnuZubehör", "&Zubehöraufträge", "Verarbeitet nur die Zubehöraufträge", "", ""},
     ToolSpec{"mnuEinzelnVerarbeiten", "&Einzeln verarbeiten", "Verarbeitet die Vorgänge einer Art", "", ""},
     ToolSpec{stopTool, "A&nhalten", "Hält nach dem aktuellen Vorgang an; die übrigen bleiben wartend",

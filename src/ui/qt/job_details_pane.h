@@ -1,0 +1,21 @@
+// The pane below the job list.
+#pragma once
+
+#include <QPlainTextEdit>
+#include <QWidget>
+
+namespace qx {
+
+/// Shows why a job is where it is, line by line, to be read and copied.
+class JobDetailsPane final : public QWidget {
+public:
+  explicit JobDetailsPane(QWidget* parent);
+
+  /// Keeps selection and scroll position while the text stays the same.
+  void setText(const QString& text);
+
+private:
+  QPlainTextEdit* text_;
+};
+
+} // namespace qx

@@ -1,0 +1,102 @@
+#include "ui/qt/job_list_view.h"
+
+#include "ui/job_view_terms.h"
+
+#include <QHeaderView>
+#include <QLabel>
+#include <QPainter>
+#include <QStringList>
+#include <QStyledItemDelegate>
+
+#include <array>
+#include <utility>
+
+namespace qx {
+namespace {
+
+/// Shows a state in the middle of its cell, in its own colours on a selected row too.
+class PictureDelegate final : public QStyledItemDelegate {
+public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+
+  void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+    QStyleOptionViewItem background = option;
+    initStyleOption(&background, index);
+    const QIcon icon = std::exchange(background.icon, QIcon());
+    background.features &= ~QStyleOptionViewItem::HasDecoration;
+    background.state &= ~QStyle::State_HasFocus;
+    const QStyle* style = option.widget->style();
+    style->drawControl(QStyle::CE_ItemViewItem, &background, painter, option.widget);
+    const bool enabled = (option.state & QStyle::State_Enabled) != 0;
+    const int side = style->pixelMetric(QStyle::PM_SmallIconSize, &option, option.widget);
+    QRect place(0, 0, side, side);
+    place.moveCenter(option.rect.center());
+    icon.paint(painter, place, Qt::AlignCenter, enabled ? QIcon::Normal : QIcon::Disabled);
+  }
+};
+
+} // namespace
+
+JobListView::JobListView(QWidget* parent) : QTableView(parent), hint_(new QLabel(viewport())) {
+  setSelectionBehavior(SelectRows);
+  setSelectionMode(SingleSelection);
+  setEditTriggers(NoEditTriggers);
+  setTabKeyNavigation(false);
+  setAlternatingRowColors(true);
+  setShowGrid(false);
+  setWordWrap(false);
+  setContextMenuPolicy(Qt::CustomContextMenu);
+  verticalHeader()->hide();
+  verticalHeader()->setMinimumSectionSize(1);
+  verticalHeader()->setDefaultSectionSize(fontMetrics().height() * 3 / 2);
+  horizontalHeader()->setSectionsMovable(true);
+  horizontalHeader()->setSectionsClickable(true);
+  horizontalHeader()->setSortIndicatorShown(true);
+  horizontalHeader()->setHighlightSections(false);
+  horizontalHeader()->setStretchLastSection(true);
+  horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+  setItemDelegateForColumn(static_cast<int>(JobColumn::JobType), new PictureDelegate(this));
+  hint_->setObjectName(QStringLiteral("lblEmptyHint"));
+  hint_->setAlignment(Qt::AlignCenter);
+  hint_->setForegroundRole(QPalette::PlaceholderText);
+  hint_->setAttribute(Qt::WA_TransparentForMouseEvents);
+  hint_->hide();
+}
+
+void JobListView::arrangeColumns() {
+  const int letter = fontMetrics().averageCharWidth();
+  // In characters; the last column takes what is left.
+  constexpr std::array<int, jobColumnCount> widths{0, 36, 20, 13, 11, 40, 36, 13, 30};
+  for (std::size_t column = 1; column < jobColumnCount; ++column)
+    setColumnWidth(static_cast<int>(column), widths[column] * letter);
+  setColumnWidth(0, verticalHeader()->defaultSectionSize() + 2 * letter);
+  setColumnHidden(static_cast<int>(JobColumn::JobID), true);
+}
+
+void JobListView::setHint(const QString& hint) {
+  hint_->setText(hint);
+  hint_->setVisible(!hint.isEmpty());
+  placeHint();
+}
+
+QString JobListView::currentRowText() const {
+  if (!currentIndex().isValid()) return {};
+  QStringList cells;
+  for (int place = 0; place < horizontalHeader()->count(); ++place) {
+    const int column = horizontalHeader()->logicalIndex(place);
+    const QModelIndex cell = currentIndex().siblingAtColumn(column);
+    const QVariant text = cell.data(Qt::DisplayRole);
+    if (!isColumnHidden(column))
+      cells += (text.isValid() ? text : cell.data(Qt::AccessibleTextRole)).toString();
+  }
+  return cells.join(QLatin1Char('\t'));
+}
+
+void JobListView::resizeEvent(QResizeEvent* event) {
+  QTableView::resizeEvent(event);
+  placeHint();
+}
+
+void JobListView::placeHint() { hint_->setGeometry(viewport()->rect()); }
+
+} // namespace qx

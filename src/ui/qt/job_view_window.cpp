@@ -1,0 +1,579 @@
+#include "ui/qt/job_view_window.h"
+
+#include "ui/qt/job_details_pane.h"
+#include "ui/qt/job_list_model.h"
+#include "ui/qt/job_list_view.h"
+#include "ui/qt/pictures.h"
+#include "ui/qt/text.h"
+
+#include <QAction>
+#include <QClipboard>
+#include <QCloseEvent>
+#include <QGuiApplication>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QProgressBar>
+#include <QScreen>
+#include <QScrollBar>
+#include <QSplitter>
+#include <QStatusBar>
+#include <QToolBar>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace qx {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto tickInterval = 2s;
+/// The details of a job are read when the clerk rests on it, not on every row that is passed.
+constexpr auto detailsDelay = 60ms;
+constexpr QSize firstSize(1100, 700);
+
+constexpr std::string_view layoutSection = "MAIN";
+constexpr std::string_view columnsKey = "MainColumns";
+constexpr std::string_view splitterKey = "MainSplitter";
+
+constexpr std::array<std::string_view, 4> filterTools{"ViewWaiting", "ViewWarnings", "ViewError", "ViewDone"};
+
+std::optional<JobViewKey> listKey(int key) {
+  switch (key) {
+  case Qt::Key_Return:
+  case Qt::Key_Enter:
+    return JobViewKey::Enter;
+  case Qt::Key_F1:
+    return JobViewKey::F1;
+  case Qt::Key_F2:
+    return JobViewKey::F2;
+  case Qt::Key_F5:
+    return JobViewKey::F5;
+  case Qt::Key_F9:
+    return JobViewKey::F9;
+  case Qt::Key_Delete:
+    return JobViewKey::Delete;
+  default:
+    return std::nullopt;
+  }
+}
+
+std::int64_t countOf(const JobCounts& counts, std::string_view filterTool) {
+  if (filterTool == "ViewWaiting") return counts.waiting;
+  if (filterTool == "ViewWarnings") return counts.warnings;
+  return filterTool == "ViewError" ? counts.errors : counts.done;
+}
+
+QString withoutAccessKey(std::string_view caption) { return toQt(caption).remove(QLatin1Char('&')); }
+
+/// Moved and cut so that all of it can be seen on one screen.
+QRect onScreen(QRect wanted) {
+  const QScreen* screen = QGuiApplication::screenAt(wanted.center());
+  if (screen == nullptr) screen = QGuiApplication::primaryScreen();
+  if (screen == nullptr) return wanted;
+  const QRect available = screen->availableGeometry();
+  wanted.setSize(wanted.size().boundedTo(available.size()));
+  wanted.moveLeft(std::clamp(wanted.left(), available.left(), available.right() - wanted.width() + 1));
+  wanted.moveTop(std::clamp(wanted.top(), available.top(), available.bottom() - wanted.height() + 1));
+  return wanted;
+}
+
+} // namespace
+
+JobViewWindow::JobViewWindow(Environment& environment, ImportJobObject2& engine, JobViewDialogs dialogs)
+    : dialogs_(std::move(dialogs)), settings_(environment), model_(new JobListModel(this)),
+      list_(new JobListView(this)), details_(new JobDetailsPane(this)),
+      splitter_(new QSplitter(Qt::Vertical, this)), notice_(new QLabel(this)), info_(new QLabel(this)),
+      progress_(new QProgressBar(this)), count_(new QLabel(this)), timer_(this),
+      presenter_(environment, engine, *this) {
+  setObjectName(QStringLiteral("frmJobView"));
+  setWindowTitle(QStringLiteral("Importvorgänge"));
+  setWindowIcon(picture("PROCESSING"));
+  makeActions();
+  makeMenus();
+  makeToolBar();
+
+  list_->setObjectName(QStringLiteral("TDBList1"));
+  list_->setAccessibleName(QStringLiteral("Importvorgänge"));
+  list_->setModel(model_);
+  list_->arrangeColumns();
+  connectList();
+
+  notice_->setObjectName(QStringLiteral("lblNotice"));
+  notice_->setContentsMargins(6, 2, 6, 2);
+  auto* upper = new QWidget(this);
+  auto* upperLayout = new QVBoxLayout(upper);
+  upperLayout->setContentsMargins(0, 0, 0, 0);
+  upperLayout->setSpacing(2);
+  upperLayout->addWidget(makeFilterBar());
+  upperLayout->addWidget(notice_);
+  upperLayout->addWidget(list_, 1);
+  splitter_->setObjectName(QStringLiteral("splitter"));
+  splitter_->addWidget(upper);
+  splitter_->addWidget(details_);
+  splitter_->setStretchFactor(0, 4);
+  splitter_->setStretchFactor(1, 1);
+  splitter_->setChildrenCollapsible(false);
+  auto* centre = new QWidget(this);
+  auto* layout = new QVBoxLayout(centre);
+  layout->setContentsMargins(6, 0, 6, 0);
+  layout->addWidget(splitter_);
+  setCentralWidget(centre);
+  makeStatusLine();
+  resize(firstSize);
+
+  timer_.setObjectName(QStringLiteral("Timer1"));
+  connect(&timer_, &QTimer::timeout, this, [this] { presenter_.timerTick(); });
+  detailsTimer_.setSingleShot(true);
+  connect(&detailsTimer_, &QTimer::timeout, this, [this] {
+    presenter_.readDetails();
+    render();
+  });
+}
+
+JobViewWindow::~JobViewWindow() = default;
+
+void JobViewWindow::open() {
+  if (opened_) {
+    setWindowState(windowState() & ~Qt::WindowMinimized);
+    raise();
+    activateWindow();
+    return;
+  }
+  opened_ = true;
+  presenter_.create();
+  restoreLayout();
+  restorePlace();
+  render();
+  show();
+  list_->setFocus();
+  timer_.start(tickInterval);
+  presenter_.load();
+  render();
+}
+
+QAction* JobViewWindow::makeAction(const char* name, const QString& caption, const QKeySequence& shortcut) {
+  auto* action = new QAction(caption, this);
+  action->setObjectName(QString::fromUtf8(name));
+  action->setShortcut(shortcut);
+  addAction(action);
+  return action;
+}
+
+void JobViewWindow::makeActions() {
+  for (const ToolSpec& spec : jobViewTools()) {
+    if (spec.name == "mnuEinzelnVerarbeiten") continue;
+    auto* action = new QAction(toQt(spec.caption), this);
+    // The key belongs to the list; the menu only shows it.
+    if (!spec.key.empty()) action->setText(toQt(spec.caption) + QLatin1Char('\t') + toQt(spec.key));
+    action->setObjectName(toQt(spec.name));
+    action->setIconText(withoutAccessKey(spec.caption).remove(QStringLiteral("...")));
+    action->setToolTip(toQt(spec.tip));
+    action->setStatusTip(QString());
+    action->setCheckable(spec.checkable);
+    if (!spec.picture.empty()) action->setIcon(picture(spec.picture));
+    connect(action, &QAction::triggered, this, [this, name = spec.name] { command(name); });
+    actions_.emplace(spec.name, action);
+  }
+  tool("ProcessTransactions")->setIconText(QStringLiteral("Verarbeiten"));
+  tool("UpdateDisplay")->setIconText(QStringLiteral("Prüfen"));
+
+  copy_ = makeAction("mnuCopy", QStringLiteral("Zeile &kopieren"), QKeySequence());
+  copy_->setShortcuts(QKeySequence::Copy);
+  copy_->setShortcutContext(Qt::WidgetShortcut);
+  list_->addAction(copy_);
+  connect(copy_, &QAction::triggered, this, [this] { copyRow(); });
+  find_ = makeAction("mnuSearch", QStringLiteral("&Suchen"), QKeySequence(Qt::CTRL | Qt::Key_F));
+  find_->setIcon(picture("tool-search"));
+  connect(find_, &QAction::triggered, this, [this] {
+    search_->setFocus(Qt::ShortcutFocusReason);
+    search_->selectAll();
+  });
+  refresh_ = makeAction("mnuRefresh", QStringLiteral("&Liste neu lesen\tF5"), QKeySequence());
+  connect(refresh_, &QAction::triggered, this, [this] {
+    presenter_.key(JobViewKey::F5);
+    render();
+  });
+  showKeys_ = makeAction("mnuShowKeys", QStringLiteral("&Schlüssel anzeigen"), QKeySequence());
+  showKeys_->setCheckable(true);
+  connect(showKeys_, &QAction::toggled, this,
+          [this](bool on) { list_->setColumnHidden(static_cast<int>(JobColumn::JobID), !on); });
+}
+
+QAction* JobViewWindow::tool(std::string_view name) const { return actions_.find(name)->second; }
+
+QMenu* JobViewWindow::makeMenu(const QString& caption, const std::vector<std::string_view>& tools) {
+  auto* menu = menuBar()->addMenu(caption);
+  menu->setToolTipsVisible(true);
+  for (const std::string_view name : tools)
+    if (name.empty())
+      menu->addSeparator();
+    else
+      menu->addAction(tool(name));
+  return menu;
+}
+
+void JobViewWindow::makeMenus() {
+  menuBar()->setObjectName(QStringLiteral("ActiveBar1"));
+  makeMenu(QStringLiteral("&Datei"), {"ImportProcessTransactions", "Export", "", "End"});
+  QMenu* edit =
+      makeMenu(QStringLiteral("&Bearbeiten"), {openTool, "", "Delete", "DeleteViewDone", "DeleteDate"});
+  edit->insertAction(tool("Delete"), copy_);
+  edit->insertAction(tool("Delete"), find_);
+  edit->insertSeparator(tool("Delete"));
+  QMenu* view = makeMenu(QStringLiteral("&Ansicht"), {filterTools.begin(), filterTools.end()});
+  view->addSeparator();
+  view->addAction(refresh_);
+  view->addAction(showKeys_);
+  makeMenu(QStringLiteral("&Verarbeiten"),
+           {"ProcessTransactions", "", "mnuKunden", "mnuVerträge", "mnuKundenVerträge", "mnuAufträge",
+            "mnuZubehör", "", "UpdateDisplay", stopTool});
+  makeMenu(QStringLiteral("E&xtras"), {"Options"});
+  makeMenu(QStringLiteral("&Hilfe"), {"About"});
+}
+
+void JobViewWindow::makeToolBar() {
+  QToolBar* bar = addToolBar(QStringLiteral("Werkzeuge"));
+  bar->setObjectName(QStringLiteral("toolBar"));
+  bar->setMovable(false);
+  bar->setContextMenuPolicy(Qt::PreventContextMenu);
+  bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+
+  processMenu_ = new QMenu(this);
+  processMenu_->addAction(tool("ProcessTransactions"));
+  const ToolSpec& single = jobViewTools()[*findTool("mnuEinzelnVerarbeiten")];
+  QMenu* singleMenu = processMenu_->addMenu(toQt(single.caption));
+  singleMenu->menuAction()->setObjectName(toQt(single.name));
+  singleMenu->menuAction()->setToolTip(toQt(single.tip));
+  for (const char* name : {"mnuKunden", "mnuVerträge", "mnuKundenVerträge", "mnuAufträge", "mnuZubehör"})
+    singleMenu->addAction(tool(name));
+  actions_.emplace(single.name, singleMenu->menuAction());
+
+  processButton_ = new QToolButton(bar);
+  processButton_->setObjectName(QStringLiteral("btnProcess"));
+  processButton_->setDefaultAction(tool("ProcessTransactions"));
+  processButton_->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+  bar->addWidget(processButton_);
+  bar->addAction(tool("UpdateDisplay"));
+  bar->addSeparator();
+  bar->addAction(tool("ImportProcessTransactions"));
+  bar->addAction(tool("Export"));
+  bar->addSeparator();
+  bar->addAction(tool("Delete"));
+  bar->addAction(tool("Options"));
+
+  auto* gap = new QWidget(bar);
+  gap->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+  bar->addWidget(gap);
+  search_ = new QLineEdit(bar);
+  search_->setObjectName(QStringLiteral("txtSearch"));
+  search_->setAccessibleName(QStringLiteral("Suchen"));
+  search_->setPlaceholderText(QStringLiteral("Suchen (Strg+F)"));
+  search_->setToolTip(QStringLiteral("Zeigt nur Vorgänge, deren Name, Nummer oder Betreff den Text enthält"));
+  search_->setClearButtonEnabled(true);
+  search_->setMaximumWidth(search_->fontMetrics().averageCharWidth() * 36);
+  if (const QIcon icon = picture("tool-search"); !icon.isNull())
+    search_->addAction(icon, QLineEdit::LeadingPosition);
+  search_->installEventFilter(this);
+  bar->addWidget(search_);
+  connect(search_, &QLineEdit::textChanged, this, [this](const QString& text) {
+    presenter_.search(fromQt(text));
+    render();
+  });
+}
+
+QWidget* JobViewWindow::makeFilterBar() {
+  auto* bar = new QWidget(this);
+  auto* layout = new QHBoxLayout(bar);
+  layout->setContentsMargins(0, 2, 0, 2);
+  for (const std::string_view name : filterTools) {
+    auto* button = new QToolButton(bar);
+    button->setObjectName(QStringLiteral("btn") + toQt(name));
+    button->setCheckable(true);
+    // Flat when off and framed when on: the colour alone would tell too little on a dark screen.
+    button->setAutoRaise(true);
+    button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    button->setIcon(tool(name)->icon());
+    button->setToolTip(tool(name)->toolTip());
+    button->setFocusPolicy(Qt::StrongFocus);
+    connect(button, &QToolButton::clicked, this, [this, name] { command(name); });
+    layout->addWidget(button);
+    filterButtons_.emplace(name, button);
+  }
+  layout->addStretch();
+  return bar;
+}
+
+void JobViewWindow::makeStatusLine() {
+  info_->setObjectName(QStringLiteral("lblInfo"));
+  progress_->setObjectName(QStringLiteral("ProgressBar"));
+  progress_->setAccessibleName(QStringLiteral("Fortschritt der Verarbeitung"));
+  progress_->setMaximumWidth(progress_->fontMetrics().averageCharWidth() * 40);
+  stopButton_ = new QToolButton(this);
+  stopButton_->setObjectName(QStringLiteral("btnStop"));
+  stopButton_->setDefaultAction(tool(stopTool));
+  stopButton_->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+  stopButton_->setFocusPolicy(Qt::StrongFocus);
+  count_->setObjectName(QStringLiteral("lblCount"));
+  count_->setContentsMargins(6, 0, 6, 0);
+  statusBar()->addWidget(info_, 1);
+  statusBar()->addPermanentWidget(progress_);
+  statusBar()->addPermanentWidget(stopButton_);
+  statusBar()->addPermanentWidget(count_);
+}
+
+void JobViewWindow::connectList() {
+  list_->installEventFilter(this);
+  connect(list_, &QTableView::doubleClicked, this, [this](const QModelIndex& index) {
+    presenter_.open(static_cast<std::size_t>(index.row()));
+    render();
+  });
+  connect(list_, &QTableView::customContextMenuRequested, this,
+          [this](const QPoint& at) { showListMenu(at); });
+  connect(list_->horizontalHeader(), &QHeaderView::sectionClicked, this, [this](int column) {
+    presenter_.headClick(static_cast<std::size_t>(column));
+    render();
+  });
+  connect(list_->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+          [this](const QModelIndex& current) {
+            if (rendering_) return;
+            presenter_.select(current.isValid() ? std::optional(static_cast<std::size_t>(current.row()))
+                                                : std::nullopt);
+            render();
+          });
+}
+
+void JobViewWindow::showListMenu(const QPoint& at) {
+  if (!list_->indexAt(at).isValid()) return;
+  QMenu menu(this);
+  menu.addAction(tool(openTool));
+  menu.addAction(copy_);
+  menu.addSeparator();
+  menu.addAction(tool("Delete"));
+  menu.exec(list_->viewport()->mapToGlobal(at));
+}
+
+void JobViewWindow::command(std::string_view name) {
+  presenter_.command(name);
+  render();
+}
+
+void JobViewWindow::copyRow() {
+  const QString text = list_->currentRowText();
+  if (!text.isEmpty()) QGuiApplication::clipboard()->setText(text);
+}
+
+bool JobViewWindow::passKey(const QKeyEvent& event) {
+  const auto key = listKey(event.key());
+  const bool plain = (event.modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+  if (!key || !plain) return false;
+  presenter_.key(*key);
+  render();
+  return true;
+}
+
+bool JobViewWindow::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() != QEvent::KeyPress) return QMainWindow::eventFilter(watched, event);
+  const auto& key = static_cast<QKeyEvent&>(*event);
+  if (watched == list_ && passKey(key)) return true;
+  if (watched == search_) {
+    // From the search straight into what was found, and back to everything.
+    if (key.key() == Qt::Key_Down || key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter) {
+      list_->setFocus(Qt::OtherFocusReason);
+      return true;
+    }
+    if (key.key() == Qt::Key_Escape) {
+      search_->clear();
+      list_->setFocus(Qt::OtherFocusReason);
+      return true;
+    }
+  }
+  return QMainWindow::eventFilter(watched, event);
+}
+
+/// The function keys work wherever the cursor is; Enter and Del belong to the list alone.
+void JobViewWindow::keyPressEvent(QKeyEvent* event) {
+  const bool function =
+      event->key() == Qt::Key_F2 || event->key() == Qt::Key_F5 || event->key() == Qt::Key_F9;
+  if (!function || !passKey(*event)) QMainWindow::keyPressEvent(event);
+}
+
+void JobViewWindow::closeEvent(QCloseEvent* event) {
+  if (!presenter_.close(place())) {
+    event->ignore();
+    return;
+  }
+  timer_.stop();
+  detailsTimer_.stop();
+  if (opened_) saveLayout();
+  event->accept();
+}
+
+bool JobViewWindow::openJob(std::string_view jobId, std::int16_t jobType, bool offerNext) {
+  render();
+  return dialogs_.openJob && dialogs_.openJob(this, jobId, jobType, offerNext);
+}
+
+void JobViewWindow::options() {
+  if (dialogs_.options) dialogs_.options(this);
+}
+
+void JobViewWindow::deleteDate() {
+  if (dialogs_.deleteDate) dialogs_.deleteDate(this);
+}
+
+void JobViewWindow::about() {
+  if (dialogs_.about) dialogs_.about(this);
+}
+
+void JobViewWindow::redraw() {
+  if (std::exchange(drawPending_, true)) return;
+  QMetaObject::invokeMethod(
+      this,
+      [this] {
+        if (drawPending_) render();
+      },
+      Qt::QueuedConnection);
+}
+
+void JobViewWindow::closeWindow() {
+  QMetaObject::invokeMethod(
+      this, [this] { close(); }, Qt::QueuedConnection);
+}
+
+void JobViewWindow::render() {
+  drawPending_ = false;
+  rendering_ = true;
+  renderTools();
+  renderList();
+  renderTexts();
+  rendering_ = false;
+}
+
+void JobViewWindow::renderTools() {
+  for (const ToolSpec& spec : jobViewTools()) {
+    const ToolState& shown = state().tool(spec.name);
+    QAction* action = tool(spec.name);
+    action->setEnabled(shown.enabled);
+    action->setVisible(shown.visible);
+    if (spec.checkable) action->setChecked(shown.checked);
+  }
+  processButton_->setMenu(state().customerSpecific ? processMenu_ : nullptr);
+  processButton_->setPopupMode(state().customerSpecific ? QToolButton::MenuButtonPopup
+                                                        : QToolButton::DelayedPopup);
+  for (const auto& [name, button] : filterButtons_) {
+    const ToolState& shown = state().tool(name);
+    button->setEnabled(shown.enabled);
+    button->setChecked(shown.checked);
+    const std::int64_t count = countOf(state().counts, name);
+    const QString caption = withoutAccessKey(jobViewTools()[*findTool(name)].caption);
+    button->setText(caption + QLatin1Char(' ') + QLocale().toString(static_cast<qlonglong>(count)));
+  }
+  const bool idle = state().tool("Options").enabled;
+  search_->setEnabled(idle);
+  refresh_->setEnabled(state().listEnabled);
+  copy_->setEnabled(state().listEnabled && state().current.has_value());
+}
+
+void JobViewWindow::renderList() {
+  const std::string job = state().current ? state().rows[*state().current].jobId : std::string();
+  const int scrolled = list_->verticalScrollBar()->value();
+  const bool made = state().listing != shownListing_;
+  if (made) {
+    model_->setRows(state().rows);
+    shownListing_ = state().listing;
+    list_->doItemsLayout();
+  }
+  const QModelIndex current = state().current ? model_->index(static_cast<int>(*state().current),
+                                                              static_cast<int>(JobColumn::Vorgang))
+                                              : QModelIndex();
+  if (made || (current.isValid() && list_->currentIndex().row() != current.row())) {
+    // The row is made current without the list jumping to it; a job that stays where it was looks so.
+    list_->setAutoScroll(false);
+    list_->selectionModel()->setCurrentIndex(current,
+                                             QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    list_->setAutoScroll(true);
+    list_->verticalScrollBar()->setValue(scrolled);
+    if (current.isValid() && job != shownJob_) list_->scrollTo(current);
+  }
+  if (made || job != shownJob_) detailsTimer_.start(detailsDelay);
+  shownJob_ = job;
+  const bool hadFocus = list_->hasFocus();
+  if (list_->isEnabled() != state().listEnabled) {
+    list_->setEnabled(state().listEnabled);
+    // A disabled list loses the focus; the keys must find it again after a run.
+    if (state().listEnabled && focusWidget() == nullptr) list_->setFocus();
+    if (hadFocus && !state().listEnabled) setFocus();
+  }
+  list_->horizontalHeader()->setSortIndicator(static_cast<int>(state().sortColumn), state().sortDescending
+                                                                                        ? Qt::DescendingOrder
+                                                                                        : Qt::AscendingOrder);
+  list_->setHint(toQt(state().emptyHint));
+}
+
+void JobViewWindow::renderTexts() {
+  notice_->setText(toQt(state().notice));
+  notice_->setVisible(!state().notice.empty());
+  info_->setText(toQt(state().label));
+  progress_->setVisible(state().progressVisible);
+  progress_->setRange(0, state().progress ? 100 : 0);
+  progress_->setValue(state().progress.value_or(0));
+  stopButton_->setVisible(state().progressVisible && state().progress.has_value());
+  count_->setText(toQt(state().countText));
+  details_->setText(toQt(state().details));
+}
+
+WindowPlace JobViewWindow::place() const {
+  const QRect normal = isVisible() ? normalGeometry() : geometry();
+  WindowState shown = WindowState::Normal;
+  if (isMinimized()) shown = WindowState::Minimized;
+  if (isMaximized()) shown = WindowState::Maximized;
+  return {normal.width(), normal.height(), shown, normal.left(), normal.top()};
+}
+
+void JobViewWindow::restorePlace() {
+  const StoredPlace stored = presenter_.storedPlace();
+  QRect wanted = geometry();
+  if (stored.size) wanted.setSize({stored.size->first, stored.size->second});
+  if (stored.left) wanted.moveLeft(*stored.left);
+  if (stored.top) wanted.moveTop(*stored.top);
+  wanted.setSize(wanted.size().expandedTo(minimumSizeHint()));
+  wanted = onScreen(wanted);
+  if (stored.left || stored.top)
+    setGeometry(wanted);
+  else
+    resize(wanted.size());
+  if (stored.state == WindowState::Maximized) setWindowState(Qt::WindowMaximized);
+  if (stored.state == WindowState::Minimized) setWindowState(Qt::WindowMinimized);
+}
+
+QByteArray JobViewWindow::stored(std::string_view key) const {
+  return QByteArray::fromBase64(
+      QByteArray::fromStdString(settings_.get(applicationName, layoutSection, key, true)));
+}
+
+void JobViewWindow::restoreLayout() {
+  if (const QByteArray columns = stored(columnsKey); !columns.isEmpty()) {
+    if (!list_->horizontalHeader()->restoreState(columns)) list_->arrangeColumns();
+  }
+  if (const QByteArray split = stored(splitterKey); !split.isEmpty()) splitter_->restoreState(split);
+  showKeys_->setChecked(!list_->isColumnHidden(static_cast<int>(JobColumn::JobID)));
+}
+
+void JobViewWindow::saveLayout() {
+  const auto keep = [this](std::string_view key, const QByteArray& state) {
+    settings_.save(applicationName, layoutSection, key, state.toBase64().toStdString(), true);
+  };
+  keep(columnsKey, list_->horizontalHeader()->saveState());
+  keep(splitterKey, splitter_->saveState());
+}
+
+} // namespace qx

@@ -1,0 +1,128 @@
+// The clerk's main window.
+#pragma once
+
+#include "ui/job_view.h"
+
+#include <QMainWindow>
+#include <QTimer>
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+class QAction;
+class QLabel;
+class QLineEdit;
+class QMenu;
+class QProgressBar;
+class QSplitter;
+class QToolBar;
+class QToolButton;
+
+namespace qx {
+
+class JobDetailsPane;
+class JobListModel;
+class JobListView;
+
+/// The dialogs that the window opens; all of them are modal to the widget given. An empty function does
+/// nothing.
+struct JobViewDialogs {
+  /// True when the clerk wants to go on to the next job.
+  std::function<bool(QWidget* parent, std::string_view jobId, std::int16_t jobType, bool offerNext)> openJob;
+  std::function<void(QWidget* parent)> options;
+  std::function<void(QWidget* parent)> deleteDate;
+  std::function<void(QWidget* parent)> about;
+};
+
+/// Shows what the presenter says and passes on what the clerk does; decides nothing.
+///
+/// It draws when the message loop runs, so that events raised inside a unit of work cost nothing. Its
+/// actions carry the tool names, its controls their specified names as object names.
+class JobViewWindow final : public QMainWindow, private JobViewWindows {
+public:
+  /// Environment and engine outlive the window.
+  JobViewWindow(Environment& environment, ImportJobObject2& engine, JobViewDialogs dialogs);
+  ~JobViewWindow() override;
+
+  /// Reads the jobs, takes its old place on the screen and shows itself; a window that is open already comes
+  /// to the front.
+  void open();
+  const JobViewState& state() const { return presenter_.state(); }
+
+protected:
+  void closeEvent(QCloseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+  /// @name `JobViewWindows`
+  /// @{
+  bool openJob(std::string_view jobId, std::int16_t jobType, bool offerNext) override;
+  void options() override;
+  void deleteDate() override;
+  void about() override;
+  void redraw() override;
+  void closeWindow() override;
+  /// @}
+
+  void makeActions();
+  QAction* makeAction(const char* name, const QString& caption, const QKeySequence& shortcut);
+  void makeMenus();
+  QMenu* makeMenu(const QString& caption, const std::vector<std::string_view>& tools);
+  void makeToolBar();
+  QWidget* makeFilterBar();
+  void makeStatusLine();
+  void connectList();
+  QAction* tool(std::string_view name) const;
+  bool passKey(const QKeyEvent& event);
+  void command(std::string_view name);
+  void copyRow();
+  void showListMenu(const QPoint& at);
+
+  void render();
+  void renderTools();
+  void renderList();
+  void renderTexts();
+
+  void restorePlace();
+  void restoreLayout();
+  void saveLayout();
+  WindowPlace place() const;
+  QByteArray stored(std::string_view key) const;
+
+  JobViewDialogs dialogs_;
+  Settings settings_;
+  std::map<std::string, QAction*, std::less<>> actions_; ///< by tool name
+  std::map<std::string, QToolButton*, std::less<>> filterButtons_;
+  JobListModel* model_;
+  JobListView* list_;
+  JobDetailsPane* details_;
+  QSplitter* splitter_;
+  QMenu* processMenu_ = nullptr; ///< with the runs of one kind, in customer-specific mode
+  QToolButton* processButton_ = nullptr;
+  QLineEdit* search_ = nullptr;
+  QLabel* notice_;
+  QLabel* info_;
+  QProgressBar* progress_;
+  QToolButton* stopButton_ = nullptr;
+  QLabel* count_;
+  QAction* copy_ = nullptr;
+  QAction* find_ = nullptr;
+  QAction* refresh_ = nullptr;
+  QAction* showKeys_ = nullptr;
+  QTimer timer_;
+  QTimer detailsTimer_;
+  bool opened_ = false;
+  bool drawPending_ = false;
+  bool rendering_ = false;
+  std::uint64_t shownListing_ = 0;
+  std::string shownJob_;
+  JobViewPresenter presenter_; ///< last: it draws on everything above
+};
+
+} // namespace qx
