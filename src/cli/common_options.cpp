@@ -16,7 +16,8 @@ void declareCommonOptions(CLI::App& app, ProgramOptions& options) {
       [&options](const std::string& text) {
         options.sessionDate = parseGermanDate(text);
         if (!options.sessionDate)
-          throw ProgramError(ExitCode::BadInput, "'" + text + "' is no date", "Dates are written dd.mm.yyyy.");
+          throw ProgramError(ExitCode::BadInput, "'" + text + "' is no date",
+                             "Dates are written dd.mm.yyyy.");
       },
       "Session date, dd.mm.yyyy; default today");
   app.add_flag("--verbose", options.verbose, "Tell every failure that was skipped");

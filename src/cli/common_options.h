@@ -11,8 +11,8 @@ class App;
 
 namespace qx::cli {
 
-/// Declares `--db`, `--user`, `--date` and `--verbose`, which fill in `options` when the arguments are parsed. A
-/// date that is none then raises `ProgramError`. `options` must live until then.
+/// Declares `--db`, `--user`, `--date` and `--verbose`, which fill in `options` when the arguments are
+/// parsed. A date that is none then raises `ProgramError`. `options` must live until then.
 void declareCommonOptions(CLI::App& app, ProgramOptions& options);
 
 } // namespace qx::cli

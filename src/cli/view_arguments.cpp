@@ -16,7 +16,8 @@ ViewArguments parseViewArguments(int count, const char* const* arguments, std::s
   app.set_version_flag("--version", std::string(version));
   declareCommonOptions(app, read.options);
   app.add_option("FILE", read.file, "Job file to be read in");
-  app.footer("Exit status: 0 all well, 2 wrong usage or input, 3 refused, 4 database or environment failure.");
+  app.footer(
+      "Exit status: 0 all well, 2 wrong usage or input, 3 refused, 4 database or environment failure.");
   try {
     app.parse(count, arguments);
   } catch (const CLI::ParseError& error) {

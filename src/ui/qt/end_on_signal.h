@@ -10,8 +10,8 @@
 
 namespace qx {
 
-/// While it lives, SIGINT and SIGTERM stop a run after its current job and then leave the event loop. One object
-/// at a time. Raises `std::runtime_error` when the system gives it no pipe.
+/// While it lives, SIGINT and SIGTERM stop a run after its current job and then leave the event loop. One
+/// object at a time. Raises `std::runtime_error` when the system gives it no pipe.
 class EndOnSignal {
 public:
   explicit EndOnSignal(ImportJobObject2& engine);

@@ -13,7 +13,9 @@ namespace qx {
 namespace {
 
 /// The core ends lines as the ERP's tables do.
-QString shownText(std::string_view text) { return toQt(text).replace(QStringLiteral("\r\n"), QStringLiteral("\n")); }
+QString shownText(std::string_view text) {
+  return toQt(text).replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+}
 
 QMessageBox::Icon boxIcon(MessageIcon icon) {
   switch (icon) {
@@ -48,7 +50,8 @@ QString nameFilter(const QString& filter) {
 
 /// The suffix of the first pattern, with its dot; empty for "*.*".
 QString suffixOf(const QString& filter) {
-  const QString suffix = QLatin1Char('.') + filter.section(QLatin1Char('|'), 1, 1).section(QLatin1Char('.'), -1);
+  const QString suffix =
+      QLatin1Char('.') + filter.section(QLatin1Char('|'), 1, 1).section(QLatin1Char('.'), -1);
   return suffix.contains(QLatin1Char('*')) || suffix.size() == 1 ? QString() : suffix;
 }
 
@@ -111,7 +114,8 @@ std::optional<std::string> QtDesktop::chooseFile(std::string_view title, std::st
     dialog.setLabelText(QFileDialog::LookIn, QStringLiteral("Suchen in:"));
     dialog.setLabelText(QFileDialog::FileName, QStringLiteral("Datei&name:"));
     dialog.setLabelText(QFileDialog::FileType, QStringLiteral("Dateityp:"));
-    dialog.setLabelText(QFileDialog::Accept, forWriting ? QStringLiteral("&Speichern") : QStringLiteral("Ö&ffnen"));
+    dialog.setLabelText(QFileDialog::Accept,
+                        forWriting ? QStringLiteral("&Speichern") : QStringLiteral("Ö&ffnen"));
     dialog.setLabelText(QFileDialog::Reject, QStringLiteral("Abbrechen"));
     if (!name.isEmpty()) dialog.selectFile(name);
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
@@ -121,7 +125,8 @@ std::optional<std::string> QtDesktop::chooseFile(std::string_view title, std::st
     if (QFileInfo(name).suffix().isEmpty()) name += suffixOf(filterText);
     if (!QFileInfo::exists(name)) return fromQt(name);
     Message question;
-    question.text = fromQt(QStringLiteral("Die Datei '%1' gibt es bereits. Soll sie ersetzt werden?").arg(name));
+    question.text =
+        fromQt(QStringLiteral("Die Datei '%1' gibt es bereits. Soll sie ersetzt werden?").arg(name));
     question.title = title;
     if (ask(question)) return fromQt(name);
   }

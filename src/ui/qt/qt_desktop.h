@@ -15,8 +15,8 @@ namespace qx {
 
 /// Shows boxes above the active window.
 ///
-/// While a unit of work is open on the watched connection no box may keep the database: messages wait until the
-/// unit has ended, questions are answered with no and told to the diagnostics. Needs a `QApplication`.
+/// While a unit of work is open on the watched connection no box may keep the database: messages wait until
+/// the unit has ended, questions are answered with no and told to the diagnostics. Needs a `QApplication`.
 class QtDesktop final : public Desktop {
 public:
   /// `diagnostics` must outlive the desktop.

@@ -16,8 +16,8 @@ namespace qx {
 /// Creates the window on an engine that outlives it; without a parent and not yet shown.
 using JobWindowFactory = std::function<std::unique_ptr<QWidget>(ImportJobObject2& engine)>;
 
-/// Owns the window between `open` and `close`. A window that the user closes takes the engine's `Unload` with it,
-/// whether or not it calls that itself.
+/// Owns the window between `open` and `close`. A window that the user closes takes the engine's `Unload` with
+/// it, whether or not it calls that itself.
 class QtJobView final : public QObject, public JobView {
 public:
   explicit QtJobView(JobWindowFactory factory) : factory_(std::move(factory)) {}

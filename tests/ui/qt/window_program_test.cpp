@@ -29,8 +29,8 @@ public:
   /// True once a shown window of this title was asked to close.
   bool close(const QString& title) {
     const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(link())).data->root;
-    const Reply<xcb_query_tree_reply_t> tree(xcb_query_tree_reply(link(), xcb_query_tree(link(), root), nullptr),
-                                             &std::free);
+    const Reply<xcb_query_tree_reply_t> tree(
+        xcb_query_tree_reply(link(), xcb_query_tree(link(), root), nullptr), &std::free);
     if (!tree) return false;
     const xcb_window_t* const children = xcb_query_tree_children(tree.get());
     for (int i = 0; i < xcb_query_tree_children_length(tree.get()); ++i)
@@ -51,7 +51,8 @@ private:
   }
   bool isShown(xcb_window_t window) {
     const Reply<xcb_get_window_attributes_reply_t> reply(
-        xcb_get_window_attributes_reply(link(), xcb_get_window_attributes(link(), window), nullptr), &std::free);
+        xcb_get_window_attributes_reply(link(), xcb_get_window_attributes(link(), window), nullptr),
+        &std::free);
     return reply && reply->map_state == XCB_MAP_STATE_VIEWABLE;
   }
   QString titleOf(xcb_window_t window) {
@@ -113,7 +114,6 @@ protected:
   QProcess process;
   std::string messages;
   const QString jobs = QStringLiteral("Importvorgänge");
-  const QString box = toQt(defaultTitle);
 };
 
 TEST_F(WindowProgram, HoldsTheLockWhileItsWindowIsOpen) {
@@ -136,7 +136,7 @@ TEST_F(WindowProgram, TellsWhoHoldsTheLockAndEndsWithThree) {
   erp.execute(sql("Insert Into LockControl (Dateiname, Satz, StationID, SessionID, Benutzer) Values "
                   "('ImportJob', '1', 'unbennant', 'fremd', 'meier')"_sql));
   start();
-  close(box);
+  close(QStringLiteral("Datensatz gesperrt"));
   EXPECT_EQ(status(), 3) << messages;
   EXPECT_EQ(locks(), 1) << "it is somebody else's";
 }
@@ -144,7 +144,7 @@ TEST_F(WindowProgram, TellsWhoHoldsTheLockAndEndsWithThree) {
 TEST_F(WindowProgram, EndsWithFourAndTheInitLineWithoutADatabase) {
   ASSERT_TRUE(QFile::remove(toQt(erp.file)));
   start();
-  close(box);
+  close(toQt(defaultTitle));
   EXPECT_EQ(status(), 4);
   EXPECT_NE(messages.find("Create it with: qximportjob --db " + erp.file + " init"), std::string::npos)
       << messages;
