@@ -16,14 +16,14 @@ std::string describe(std::string_view store, std::string_view section, std::stri
   return text;
 }
 
-/// Runs one access and skips it when it fails.
+/// Runs one access and skips it when it fails; null then.
 template <class Access>
-std::string trapped(Diagnostics& diagnostics, const std::string& where, Access&& access) {
+std::optional<std::string> trapped(Diagnostics& diagnostics, const std::string& where, Access&& access) {
   try {
     return access();
   } catch (const std::exception& failure) {
     diagnostics.report({where, failure.what(), {}});
-    return {};
+    return std::nullopt;
   }
 }
 
@@ -36,6 +36,11 @@ Session& connectedSession(const Environment& environment) {
 
 std::string Settings::get(std::string_view application, std::string_view section, std::string_view key,
                           bool local) const {
+  return read(application, section, key, local).value_or("");
+}
+
+std::optional<std::string> Settings::read(std::string_view application, std::string_view section,
+                                          std::string_view key, bool local) const {
   if (local)
     return trapped(environment_.diagnostics, describe("local", section, key, "read"),
                    [&] { return environment_.localSettings.read(application, section, key); });
@@ -46,7 +51,8 @@ std::string Settings::get(std::string_view application, std::string_view section
 std::string Settings::getShared(std::string_view section, std::string_view key,
                                 std::string_view fallback) const {
   return trapped(environment_.diagnostics, describe("shared", section, key, "read"),
-                 [&] { return connectedSession(environment_).GetSetting(section, key, fallback); });
+                 [&] { return connectedSession(environment_).GetSetting(section, key, fallback); })
+      .value_or("");
 }
 
 void Settings::save(std::string_view application, std::string_view section, std::string_view key,

@@ -26,6 +26,9 @@ public:
   /// A shared value, whatever the application name; a local one when `local` is true.
   std::string get(std::string_view application, std::string_view section, std::string_view key,
                   bool local = false) const;
+  /// The same; null when the store could not be read.
+  std::optional<std::string> read(std::string_view application, std::string_view section,
+                                  std::string_view key, bool local = false) const;
   /// A shared value with the default that the ERP is asked to give when the key is absent.
   std::string getShared(std::string_view section, std::string_view key, std::string_view fallback) const;
   void save(std::string_view application, std::string_view section, std::string_view key,

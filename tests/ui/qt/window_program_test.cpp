@@ -114,7 +114,6 @@ protected:
   QProcess process;
   std::string messages;
   const QString jobs = QStringLiteral("Importvorgänge");
-  const QString box = toQt(defaultTitle);
 };
 
 TEST_F(WindowProgram, HoldsTheLockWhileItsWindowIsOpen) {
@@ -137,7 +136,7 @@ TEST_F(WindowProgram, TellsWhoHoldsTheLockAndEndsWithThree) {
   erp.execute(sql("Insert Into LockControl (Dateiname, Satz, StationID, SessionID, Benutzer) Values "
                   "('ImportJob', '1', 'unbennant', 'fremd', 'meier')"_sql));
   start();
-  close(box);
+  close(QStringLiteral("Datensatz gesperrt"));
   EXPECT_EQ(status(), 3) << messages;
   EXPECT_EQ(locks(), 1) << "it is somebody else's";
 }
@@ -145,7 +144,7 @@ TEST_F(WindowProgram, TellsWhoHoldsTheLockAndEndsWithThree) {
 TEST_F(WindowProgram, EndsWithFourAndTheInitLineWithoutADatabase) {
   ASSERT_TRUE(QFile::remove(toQt(erp.file)));
   start();
-  close(box);
+  close(toQt(defaultTitle));
   EXPECT_EQ(status(), 4);
   EXPECT_NE(messages.find("Create it with: qximportjob --db " + erp.file + " init"), std::string::npos)
       << messages;

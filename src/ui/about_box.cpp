@@ -1,0 +1,66 @@
+#include "ui/about_box.h"
+
+#include <cstdint>
+#include <exception>
+#include <filesystem>
+#include <stdexcept>
+
+namespace qx {
+namespace {
+
+constexpr std::string_view defaultVersion = "6.3.0";
+constexpr std::string_view unknown = "nicht bekannt";
+
+/// In KB below one MB; rounded up, so that no file seems empty that is not.
+std::string sizeText(std::uintmax_t bytes) {
+  constexpr std::uintmax_t kilo = 1024;
+  const std::uintmax_t kilobytes = (bytes + kilo - 1) / kilo;
+  if (kilobytes < kilo) return std::to_string(kilobytes) + " KB";
+  return std::to_string((kilobytes + kilo - 1) / kilo) + " MB";
+}
+
+template <class Tell>
+InformationLine line(Environment& environment, const char* name, Tell&& tell) {
+  try {
+    return {name, tell()};
+  } catch (const std::exception& failure) {
+    environment.diagnostics.report({"system information", failure.what(), {}});
+    return {name, std::string(unknown)};
+  }
+}
+
+} // namespace
+
+std::string erpVersion(Environment& environment) {
+  try {
+    const std::string told = environment.components.createVersion()->version();
+    if (!told.empty()) return told;
+  } catch (const std::exception& failure) {
+    environment.diagnostics.report({"version component", failure.what(), {}});
+  }
+  return std::string(defaultVersion);
+}
+
+std::vector<InformationLine> workInformation(Environment& environment) {
+  const auto file = [&] {
+    if (!environment.connection) throw std::runtime_error("there is no connection");
+    return environment.connection->connectionString();
+  };
+  const auto session = [&]() -> Session& {
+    if (!environment.session) throw std::runtime_error("no ERP session is connected");
+    return *environment.session;
+  };
+  return {line(environment, "Datenbank", file),
+          line(environment, "Größe der Datenbank",
+               [&] { return sizeText(std::filesystem::file_size(file())); }),
+          line(environment, "Benutzer", [&] { return session().UserName(); }),
+          line(environment, "Sitzungsdatum", [&] { return germanDate(session().GetSessionDate()); })};
+}
+
+std::string informationText(const std::vector<InformationLine>& lines) {
+  std::string text;
+  for (const InformationLine& line : lines) text += line.name + ": " + line.value + "\n";
+  return text;
+}
+
+} // namespace qx

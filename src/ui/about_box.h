@@ -1,0 +1,28 @@
+// What the about box tells, without a toolkit.
+#pragma once
+
+#include "platform/environment.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace qx {
+
+/// One line of the system information.
+struct InformationLine {
+  std::string name;
+  std::string value;
+};
+
+/// The version of the ERP; "6.3.0" when the ERP does not tell it.
+std::string erpVersion(Environment& environment);
+
+/// Database with its size, user and session date. What cannot be told is "nicht bekannt" and goes to the
+/// diagnostics.
+std::vector<InformationLine> workInformation(Environment& environment);
+
+/// "name: value", one a line.
+std::string informationText(const std::vector<InformationLine>& lines);
+
+} // namespace qx

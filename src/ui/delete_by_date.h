@@ -1,0 +1,28 @@
+// Deleting the done jobs received before a day, without a toolkit.
+#pragma once
+
+#include "engine/import_job_object2.h"
+
+namespace qx {
+
+/// The same day one month earlier; the last day of that month when it has no such day.
+Date monthBefore(const Date& date);
+
+/// Works on an environment and its engine, which outlive it. Members do not raise.
+class DeleteByDate {
+public:
+  DeleteByDate(Environment& environment, ImportJobObject2& engine)
+      : environment_(environment), engine_(engine) {}
+
+  /// One month before the session's date; before the workstation's when that cannot be told.
+  Date proposedDate();
+  /// Deletes the done jobs received before the day. A failure is shown; what was deleted until then stays
+  /// deleted.
+  void deleteBefore(const Date& date);
+
+private:
+  Environment& environment_;
+  ImportJobObject2& engine_;
+};
+
+} // namespace qx

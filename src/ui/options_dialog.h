@@ -1,0 +1,82 @@
+// The options dialog without a toolkit: what it loads, how its controls depend on each other, what it saves.
+#pragma once
+
+#include "platform/environment.h"
+#include "settings/option_keys.h"
+#include "settings/settings.h"
+
+#include <cstddef>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace qx {
+
+/// What the clerk reads about one option. Texts are literals.
+struct OptionText {
+  std::string_view control; ///< object name
+  std::string_view caption; ///< access key marked with '&'
+  std::string_view hint;    ///< what the option does
+};
+
+/// Options that stand together under a heading.
+struct OptionGroup {
+  std::string_view caption;
+  std::span<const OptionText> options;
+  bool customerSpecific = false; ///< on the second page
+};
+
+/// The groups from top to bottom; together they hold every control once.
+std::span<const OptionGroup> optionGroups();
+
+/// One control with what it carries.
+struct OptionField {
+  const OptionKey* option = nullptr;
+  std::string value; ///< of a check box "1" or "0"
+  bool enabled = true;
+  bool readable = true; ///< false when the store could not be read: shown disabled and never written
+
+  bool isCheck() const { return option->type == OptionType::Check; }
+  bool checked() const { return value == "1"; }
+};
+
+/// Opened with `load`, ended with `close`, which saves unless `cancel` came before. Failures of the stores are
+/// told to the diagnostics and skipped.
+class OptionsDialog {
+public:
+  explicit OptionsDialog(Environment& environment) : environment_(environment), settings_(environment) {}
+
+  /// Reads every option that is shown. Without customer-specific mode those of the second page are neither read
+  /// nor, later, written.
+  void load();
+  bool customerSpecific() const { return customerSpecific_; }
+  /// In the order of loading and saving.
+  const std::vector<OptionField>& fields() const { return fields_; }
+  /// The field of a control; null for one that is not shown.
+  const OptionField* field(std::string_view control) const;
+  /// Tells which options cannot be changed because they could not be read; empty when all could.
+  std::string notice() const;
+
+  /// The clerk ticks or unticks; other fields may change with it. Does nothing for a disabled control.
+  void check(std::string_view control, bool on);
+  void type(std::string_view control, std::string_view text);
+
+  void cancel() { cancelled_ = true; }
+  /// Writes `AppSettings` = "1" and every field, once; on a connection of our own as one unit of work.
+  void close();
+
+private:
+  OptionField* editable(std::string_view control);
+  void followCostAssignment();
+  void save();
+
+  Environment& environment_;
+  Settings settings_;
+  std::vector<OptionField> fields_;
+  bool customerSpecific_ = false;
+  bool cancelled_ = false;
+};
+
+} // namespace qx

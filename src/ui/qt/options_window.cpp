@@ -1,0 +1,139 @@
+#include "ui/qt/options_window.h"
+
+#include "ui/qt/text.h"
+
+#include <QCheckBox>
+#include <QCloseEvent>
+#include <QFormLayout>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace qx {
+namespace {
+
+/// Screen readers read the hint after the caption.
+void describe(QWidget& control, const OptionText& text) {
+  control.setObjectName(toQt(text.control));
+  control.setToolTip(toQt(text.hint));
+  control.setAccessibleDescription(toQt(text.hint));
+}
+
+} // namespace
+
+OptionsWindow::OptionsWindow(Environment& environment, QWidget* parent) : QDialog(parent), dialog_(environment) {
+  setObjectName(QStringLiteral("frmOptions"));
+  setWindowTitle(QStringLiteral("Optionen"));
+  dialog_.load();
+
+  auto* const tabs = new QTabWidget;
+  tabs->setObjectName(QStringLiteral("TabControll"));
+  tabs->addTab(makePage(false), QStringLiteral("Allgemein"));
+  if (dialog_.customerSpecific()) tabs->addTab(makePage(true), QStringLiteral("Kundenspezifische &Werte"));
+
+  auto* const ok = new QPushButton(QStringLiteral("OK"));
+  ok->setObjectName(QStringLiteral("cmdOK"));
+  ok->setDefault(true);
+  connect(ok, &QPushButton::clicked, this, &OptionsWindow::accept);
+  auto* const cancel = new QPushButton(QStringLiteral("Abbrechen"));
+  cancel->setObjectName(QStringLiteral("cmdCancel"));
+  connect(cancel, &QPushButton::clicked, this, &OptionsWindow::reject);
+  auto* const buttons = new QHBoxLayout;
+  buttons->addStretch();
+  buttons->addWidget(ok);
+  buttons->addWidget(cancel);
+
+  auto* const layout = new QVBoxLayout(this);
+  if (const std::string notice = dialog_.notice(); !notice.empty()) {
+    auto* const label = new QLabel(toQt(notice));
+    label->setObjectName(QStringLiteral("lblInfo"));
+    label->setWordWrap(true);
+    layout->addWidget(label);
+  }
+  layout->addWidget(tabs);
+  layout->addLayout(buttons);
+}
+
+QWidget* OptionsWindow::makePage(bool customerSpecific) {
+  auto* const page = new QWidget;
+  auto* const columns = new QHBoxLayout(page);
+  auto* const left = new QVBoxLayout;
+  auto* const right = new QVBoxLayout;
+  columns->addLayout(left);
+  columns->addLayout(right);
+  const auto belongs = [&](const OptionGroup& group) { return group.customerSpecific == customerSpecific; };
+  // Column by column, so that the tab key goes down the left one first.
+  auto leftOnes = (std::count_if(optionGroups().begin(), optionGroups().end(), belongs) + 1) / 2;
+  for (const OptionGroup& group : optionGroups())
+    if (belongs(group)) (leftOnes-- > 0 ? left : right)->addWidget(makeGroup(group));
+  left->addStretch();
+  right->addStretch();
+  return page;
+}
+
+QWidget* OptionsWindow::makeGroup(const OptionGroup& group) {
+  auto* const box = new QGroupBox(toQt(group.caption));
+  auto* const layout = new QFormLayout(box);
+  for (const OptionText& text : group.options) {
+    const OptionField* const field = dialog_.field(text.control);
+    if (field == nullptr) continue;
+    if (field->isCheck())
+      addCheck(text, *field, *layout);
+    else
+      addText(text, *field, *layout);
+  }
+  return box;
+}
+
+void OptionsWindow::addCheck(const OptionText& text, const OptionField& field, QFormLayout& layout) {
+  auto* const box = new QCheckBox(toQt(text.caption));
+  describe(*box, text);
+  box->setChecked(field.checked());
+  box->setEnabled(field.enabled);
+  connect(box, &QCheckBox::clicked, this, [this, control = text.control](bool on) {
+    dialog_.check(control, on);
+    render();
+  });
+  checks_.push_back(box);
+  layout.addRow(box);
+}
+
+void OptionsWindow::addText(const OptionText& text, const OptionField& field, QFormLayout& layout) {
+  auto* const edit = new QLineEdit(toQt(field.value));
+  describe(*edit, text);
+  edit->setEnabled(field.enabled);
+  connect(edit, &QLineEdit::textChanged, this,
+          [this, control = text.control](const QString& typed) { dialog_.type(control, fromQt(typed)); });
+  layout.addRow(toQt(text.caption), edit);
+}
+
+void OptionsWindow::render() {
+  for (QCheckBox* const box : checks_) {
+    const OptionField* const field = dialog_.field(fromQt(box->objectName()));
+    box->setChecked(field->checked());
+    box->setEnabled(field->enabled);
+  }
+}
+
+void OptionsWindow::reject() {
+  dialog_.cancel();
+  QDialog::reject();
+}
+
+void OptionsWindow::accept() {
+  dialog_.close();
+  QDialog::accept();
+}
+
+void OptionsWindow::closeEvent(QCloseEvent* event) {
+  // The toolkit would call `reject` here, which is Escape.
+  accept();
+  event->accept();
+}
+
+} // namespace qx

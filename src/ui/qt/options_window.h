@@ -1,0 +1,40 @@
+// The window of the options dialog.
+#pragma once
+
+#include "ui/options_dialog.h"
+
+#include <QDialog>
+
+#include <vector>
+
+class QCheckBox;
+class QFormLayout;
+
+namespace qx {
+
+/// Every option with its object name. Escape and `cmdCancel` discard; `cmdOK` and the close box save.
+class OptionsWindow final : public QDialog {
+public:
+  /// The environment outlives the window.
+  explicit OptionsWindow(Environment& environment, QWidget* parent = nullptr);
+
+  /// Escape: discards and closes.
+  void reject() override;
+  void accept() override;
+
+protected:
+  void closeEvent(QCloseEvent* event) override;
+
+private:
+  QWidget* makePage(bool customerSpecific);
+  QWidget* makeGroup(const OptionGroup& group);
+  void addCheck(const OptionText& text, const OptionField& field, QFormLayout& layout);
+  void addText(const OptionText& text, const OptionField& field, QFormLayout& layout);
+  /// Shows every check box as the presenter holds it.
+  void render();
+
+  OptionsDialog dialog_;
+  std::vector<QCheckBox*> checks_;
+};
+
+} // namespace qx

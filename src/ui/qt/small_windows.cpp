@@ -1,0 +1,199 @@
+#include "ui/qt/small_windows.h"
+
+#include "cli/version.h"
+#include "erp/schema.h"
+#include "ui/about_box.h"
+#include "ui/qt/pictures.h"
+#include "ui/qt/text.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QDateEdit>
+#include <QFormLayout>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QSysInfo>
+#include <QVBoxLayout>
+
+namespace qx {
+namespace {
+
+constexpr int textColumns = 80;
+constexpr int textLines = 14;
+constexpr int iconSize = 48;
+
+class Hourglass {
+public:
+  Hourglass() { QApplication::setOverrideCursor(Qt::WaitCursor); }
+  Hourglass(const Hourglass&) = delete;
+  Hourglass& operator=(const Hourglass&) = delete;
+  ~Hourglass() { QApplication::restoreOverrideCursor(); }
+};
+
+QPushButton* makeButton(const QString& caption, const char* name) {
+  auto* const button = new QPushButton(caption);
+  button->setObjectName(QString::fromLatin1(name));
+  return button;
+}
+
+/// A text that can be read, marked and copied, in the width that its lines need.
+QPlainTextEdit* makeTextBox(const QString& text) {
+  auto* const box = new QPlainTextEdit(text);
+  box->setReadOnly(true);
+  box->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+  const QFontMetrics metrics = box->fontMetrics();
+  box->setMinimumSize(metrics.averageCharWidth() * textColumns, metrics.lineSpacing() * textLines);
+  return box;
+}
+
+QPushButton* makeCopyButton(const QPlainTextEdit* box) {
+  QPushButton* const copy = makeButton(QStringLiteral("&Kopieren"), "cmdCopy");
+  copy->setAutoDefault(false);
+  QObject::connect(copy, &QPushButton::clicked, box,
+                   [box] { QApplication::clipboard()->setText(box->toPlainText()); });
+  return copy;
+}
+
+QLabel* makeFact(const QString& text, const char* name) {
+  auto* const label = new QLabel(text);
+  label->setObjectName(QString::fromLatin1(name));
+  label->setTextFormat(Qt::PlainText);
+  label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  return label;
+}
+
+/// Buttons at the right end of a row.
+QHBoxLayout* makeButtonRow(std::initializer_list<QPushButton*> buttons) {
+  auto* const row = new QHBoxLayout;
+  row->addStretch();
+  for (QPushButton* const button : buttons) row->addWidget(button);
+  return row;
+}
+
+} // namespace
+
+DeleteDateWindow::DeleteDateWindow(Environment& environment, ImportJobObject2& engine, QWidget* parent)
+    : QDialog(parent), deletion_(environment, engine), date_(new QDateEdit) {
+  setObjectName(QStringLiteral("frmDeleteDate"));
+  setWindowTitle(QStringLiteral("Erledigte Vorgänge löschen"));
+  const Date day = deletion_.proposedDate();
+  date_->setObjectName(QStringLiteral("dtDeleteDate"));
+  date_->setDisplayFormat(QStringLiteral("dd.MM.yyyy"));
+  date_->setCalendarPopup(true);
+  date_->setDate(QDate(static_cast<int>(day.year()), static_cast<int>(static_cast<unsigned>(day.month())),
+                       static_cast<int>(static_cast<unsigned>(day.day()))));
+  auto* const fields = new QFormLayout;
+  fields->addRow(QStringLiteral("Eingang &vor dem:"), date_);
+  auto* const hint = new QLabel(
+      QStringLiteral("Erledigte Vorgänge, die vor diesem Tag eingegangen sind, werden endgültig gelöscht. "
+                     "Vorgänge vom Tag selbst bleiben."));
+  hint->setWordWrap(true);
+  QPushButton* const remove = makeButton(QStringLiteral("&Löschen"), "cmdOK");
+  remove->setDefault(true);
+  connect(remove, &QPushButton::clicked, this, &DeleteDateWindow::accept);
+  QPushButton* const cancel = makeButton(QStringLiteral("Abbrechen"), "cmdCancel");
+  connect(cancel, &QPushButton::clicked, this, &DeleteDateWindow::reject);
+  auto* const layout = new QVBoxLayout(this);
+  layout->addWidget(hint);
+  layout->addLayout(fields);
+  layout->addStretch();
+  layout->addLayout(makeButtonRow({remove, cancel}));
+  date_->setFocus();
+}
+
+void DeleteDateWindow::accept() {
+  const QDate day = date_->date();
+  {
+    const Hourglass hourglass;
+    deletion_.deleteBefore(
+        makeDate(day.year(), static_cast<unsigned>(day.month()), static_cast<unsigned>(day.day())));
+  }
+  QDialog::accept();
+}
+
+ErrorWindow::ErrorWindow(std::string_view text, QWidget* parent) : QDialog(parent) {
+  setObjectName(QStringLiteral("frmError"));
+  setWindowTitle(QStringLiteral("Fehler"));
+  QPlainTextEdit* const box = makeTextBox(toQt(text));
+  box->setObjectName(QStringLiteral("txtError"));
+  box->setAccessibleName(QStringLiteral("Fehlertext"));
+  QPushButton* const close = makeButton(QStringLiteral("&Schließen"), "cmdOK");
+  close->setDefault(true);
+  connect(close, &QPushButton::clicked, this, &ErrorWindow::accept);
+  auto* const layout = new QVBoxLayout(this);
+  layout->addWidget(box);
+  layout->addLayout(makeButtonRow({makeCopyButton(box), close}));
+  close->setFocus();
+}
+
+AboutWindow::AboutWindow(Environment& environment, QWidget* parent)
+    : QDialog(parent), environment_(environment) {
+  setObjectName(QStringLiteral("frmAbout2"));
+  setWindowTitle(QStringLiteral("Info über die Importvorgänge"));
+  auto* const icon = new QLabel;
+  icon->setPixmap(picture("qximportjob").pixmap(QSize(iconSize, iconSize), devicePixelRatioF()));
+  QLabel* const name = makeFact(QStringLiteral("Importvorgänge"), "lblName");
+  QFont large = name->font();
+  constexpr double enlarged = 1.4;
+  large.setPointSizeF(large.pointSizeF() * enlarged);
+  name->setFont(large);
+  auto* const facts = new QFormLayout;
+  facts->addRow(QStringLiteral("Version:"), makeFact(toQt(cli::versionNumber), "lblVersion"));
+  facts->addRow(QStringLiteral("Stand:"), makeFact(toQt(cli::commitText), "lblCommit"));
+  facts->addRow(QStringLiteral("Warenwirtschaft:"), makeFact(toQt(erpVersion(environment)), "lblErpVersion"));
+  auto* const texts = new QVBoxLayout;
+  texts->addWidget(name);
+  texts->addLayout(facts);
+  auto* const top = new QHBoxLayout;
+  top->addWidget(icon, 0, Qt::AlignTop);
+  top->addLayout(texts, 1);
+  QPushButton* const information = makeButton(QStringLiteral("S&ysteminformationen..."), "cmdSysInfo");
+  information->setAutoDefault(false);
+  connect(information, &QPushButton::clicked, this, &AboutWindow::showSystemInformation);
+  QPushButton* const close = makeButton(QStringLiteral("&Schließen"), "cmdOK");
+  close->setDefault(true);
+  connect(close, &QPushButton::clicked, this, &AboutWindow::accept);
+  auto* const layout = new QVBoxLayout(this);
+  layout->addLayout(top);
+  layout->addStretch();
+  layout->addLayout(makeButtonRow({information, close}));
+  close->setFocus();
+}
+
+std::string AboutWindow::systemInformation() {
+  std::vector<InformationLine> lines{{"Programm", std::string(cli::versionText)},
+                                     {"Warenwirtschaft", erpVersion(environment_)}};
+  for (InformationLine& line : workInformation(environment_)) lines.push_back(std::move(line));
+  std::string schema = "nicht bekannt";
+  try {
+    if (const auto version = environment_.connection ? storedSchemaVersion(*environment_.connection) : std::nullopt)
+      schema = std::to_string(*version);
+  } catch (const std::exception& failure) {
+    environment_.diagnostics.report({"system information", failure.what(), {}});
+  }
+  lines.push_back({"Stand der Tabellen", schema});
+  lines.push_back({"Qt", qVersion()});
+  lines.push_back({"Bildschirm", fromQt(QGuiApplication::platformName())});
+  lines.push_back({"Betriebssystem", fromQt(QSysInfo::prettyProductName())});
+  return informationText(lines);
+}
+
+void AboutWindow::showSystemInformation() {
+  QDialog window(this);
+  window.setObjectName(QStringLiteral("frmSysInfo"));
+  window.setWindowTitle(QStringLiteral("Systeminformationen"));
+  QPlainTextEdit* const box = makeTextBox(toQt(systemInformation()));
+  box->setObjectName(QStringLiteral("txtSysInfo"));
+  box->setAccessibleName(window.windowTitle());
+  QPushButton* const close = makeButton(QStringLiteral("&Schließen"), "cmdOK");
+  close->setDefault(true);
+  connect(close, &QPushButton::clicked, &window, &QDialog::accept);
+  auto* const layout = new QVBoxLayout(&window);
+  layout->addWidget(box);
+  layout->addLayout(makeButtonRow({makeCopyButton(box), close}));
+  close->setFocus();
+  window.exec();
+}
+
+} // namespace qx

@@ -1,0 +1,49 @@
+// The small dialogs of the job view: deleting by date, an error text, and the about box.
+#pragma once
+
+#include "engine/import_job_object2.h"
+#include "ui/delete_by_date.h"
+
+#include <QDialog>
+
+#include <string>
+#include <string_view>
+
+class QDateEdit;
+
+namespace qx {
+
+/// `frmDeleteDate`: asks for a day and deletes the done jobs received before it.
+class DeleteDateWindow final : public QDialog {
+public:
+  /// Environment and engine outlive the window.
+  DeleteDateWindow(Environment& environment, ImportJobObject2& engine, QWidget* parent = nullptr);
+
+  /// Deletes, under the hourglass, and closes.
+  void accept() override;
+
+private:
+  DeleteByDate deletion_;
+  QDateEdit* date_;
+};
+
+/// `frmError`: shows a text that can be copied.
+class ErrorWindow final : public QDialog {
+public:
+  explicit ErrorWindow(std::string_view text, QWidget* parent = nullptr);
+};
+
+/// `frmAbout2`: the program and its ERP, and the system information on demand.
+class AboutWindow final : public QDialog {
+public:
+  /// The environment outlives the window.
+  explicit AboutWindow(Environment& environment, QWidget* parent = nullptr);
+
+private:
+  std::string systemInformation();
+  void showSystemInformation();
+
+  Environment& environment_;
+};
+
+} // namespace qx
