@@ -19,42 +19,50 @@ constexpr std::array windowTexts{
                "Das Recht, Importvorgänge zu ändern. Gilt für alle Arbeitsplätze."},
 };
 constexpr std::array checkTexts{
-    OptionText{"chkAutomatischPr_fen", "A&utomatisch prüfen",
-               "Wird für andere Programme der Installation gespeichert; die Importvorgänge selbst richten sich "
-               "nicht danach."},
-    OptionText{"chkAutomatschVerarbeiten", "Beim &Verarbeiten automatisch prüfen",
-               "Vorgänge werden vor dem Verarbeiten geprüft. Was Warnungen oder Fehler hat, wird zurückgestellt "
-               "statt verarbeitet, bis Sie es freigeben."},
+    OptionText{
+        "chkAutomatischPr_fen", "A&utomatisch prüfen",
+        "Wird für andere Programme der Installation gespeichert; die Importvorgänge selbst richten sich "
+        "nicht danach."},
+    OptionText{
+        "chkAutomatschVerarbeiten", "Beim &Verarbeiten automatisch prüfen",
+        "Vorgänge werden vor dem Verarbeiten geprüft. Was Warnungen oder Fehler hat, wird zurückgestellt "
+        "statt verarbeitet, bis Sie es freigeben."},
     OptionText{"chkWarnungLager", "Bei fehlendem &Lagerbestand warnen",
                "Auftragspositionen, für die der Lagerbestand nicht reicht, erhalten eine Warnung."},
-    OptionText{"chkCheckKreditlimit", "&Kreditlimit prüfen",
-               "Aufträge über dem Kreditlimit 1 des Kunden erhalten eine Warnung, über dem Kreditlimit 2 einen "
-               "Fehler."},
+    OptionText{
+        "chkCheckKreditlimit", "&Kreditlimit prüfen",
+        "Aufträge über dem Kreditlimit 1 des Kunden erhalten eine Warnung, über dem Kreditlimit 2 einen "
+        "Fehler."},
     OptionText{"chkKundeAdressProof", "Adre&ssen mit dem Kundenstamm vergleichen",
                "Weicht die Haupt-, Liefer- oder Rechnungsadresse vom Kundenstamm ab, erhält der Vorgang eine "
                "Warnung."},
 };
 constexpr std::array customerTexts{
-    OptionText{"chkKundeKundengruppe", "Fehlende Kunden&gruppen anlegen",
-               "Eine unbekannte Kundengruppe wird beim Verarbeiten angelegt; sonst endet der Vorgang mit einem "
-               "Fehler."},
+    OptionText{
+        "chkKundeKundengruppe", "Fehlende Kunden&gruppen anlegen",
+        "Eine unbekannte Kundengruppe wird beim Verarbeiten angelegt; sonst endet der Vorgang mit einem "
+        "Fehler."},
     OptionText{"chkKundeVertreter", "Fehlende Ver&treter anlegen",
                "Ein unbekannter Vertreter wird beim Verarbeiten angelegt; sonst endet der Vorgang mit einem "
                "Fehler."},
-    OptionText{"chkKundenZahlungsart", "Fehlende &Zahlungsarten anlegen",
-               "Eine unbekannte Zahlungsart wird beim Verarbeiten angelegt; sonst endet der Vorgang mit einem "
-               "Fehler."},
-    OptionText{"chkKundenBlz", "Fehlende &Bankleitzahlen anlegen",
-               "Eine unbekannte Bankleitzahl wird beim Verarbeiten angelegt; sonst endet der Vorgang mit einem "
-               "Fehler."},
+    OptionText{
+        "chkKundenZahlungsart", "Fehlende &Zahlungsarten anlegen",
+        "Eine unbekannte Zahlungsart wird beim Verarbeiten angelegt; sonst endet der Vorgang mit einem "
+        "Fehler."},
+    OptionText{
+        "chkKundenBlz", "Fehlende &Bankleitzahlen anlegen",
+        "Eine unbekannte Bankleitzahl wird beim Verarbeiten angelegt; sonst endet der Vorgang mit einem "
+        "Fehler."},
 };
 constexpr std::array contractTexts{
-    OptionText{"chkGelVertr_ge", "Gelöschte Ve&rträge berücksichtigen",
-               "Wird für andere Programme der Installation gespeichert; die Importvorgänge selbst richten sich "
-               "nicht danach."},
-    OptionText{"chkVTImportModified", "Geänderte Verträge &einlesen",
-               "Wird für andere Programme der Installation gespeichert; die Importvorgänge selbst richten sich "
-               "nicht danach."},
+    OptionText{
+        "chkGelVertr_ge", "Gelöschte Ve&rträge berücksichtigen",
+        "Wird für andere Programme der Installation gespeichert; die Importvorgänge selbst richten sich "
+        "nicht danach."},
+    OptionText{
+        "chkVTImportModified", "Geänderte Verträge &einlesen",
+        "Wird für andere Programme der Installation gespeichert; die Importvorgänge selbst richten sich "
+        "nicht danach."},
 };
 constexpr std::array orderTexts{
     OptionText{"chkAuftLieferbereit", "Positionen sind l&ieferbereit",
@@ -78,15 +86,17 @@ constexpr std::array deletionTexts{
                "Am Ende jeder Verarbeitung werden die erledigten Auftragsvorgänge gelöscht."},
 };
 constexpr std::array paymentTexts{
-    OptionText{"txtZA_RG_VS", "Zahlungsart bei &abweichender Anschrift:",
-               "Die Zahlungsart, die ein Auftrag mit abweichender Rechnungs- und Lieferanschrift haben muss."},
+    OptionText{
+        "txtZA_RG_VS", "Zahlungsart bei &abweichender Anschrift:",
+        "Die Zahlungsart, die ein Auftrag mit abweichender Rechnungs- und Lieferanschrift haben muss."},
     OptionText{"txtZAVS", "Zahlungsart bei abweichender &Lieferung:",
                "Die Zahlungsart bei abweichender Lieferanschrift."},
-    OptionText{"txtVAZA", "&Versandart zur Zahlungsart:", "Die Versandart, die zu dieser Zahlungsart gehört."},
+    OptionText{"txtVAZA",
+               "&Versandart zur Zahlungsart:", "Die Versandart, die zu dieser Zahlungsart gehört."},
     OptionText{"txtZAKunde", "&Zahlungsart mit Frachtzeilen:",
                "Aufträge mit dieser Zahlungsart erhalten die Frachtzeilen."},
-    OptionText{"txtVAKunde", "Versandart &mit Frachtzeilen:",
-               "Aufträge mit dieser Versandart erhalten die Frachtzeilen."},
+    OptionText{"txtVAKunde",
+               "Versandart &mit Frachtzeilen:", "Aufträge mit dieser Versandart erhalten die Frachtzeilen."},
 };
 constexpr std::array freightTexts{
     OptionText{"txtGewicht", "Versandart wechselt ab &Gewicht (kg):",
@@ -124,7 +134,8 @@ std::string_view applicationOf(const OptionKey& option) {
 
 bool isLocal(const OptionKey& option) { return option.store == OptionStore::Local; }
 
-/// A check box takes any number but 0 as ticked; what is no number leaves it as it was designed, without a tick.
+/// A check box takes any number but 0 as ticked; what is no number leaves it as it was designed, without a
+/// tick.
 std::string shownValue(const OptionKey& option, const std::string& stored) {
   if (option.type != OptionType::Check) return stored;
   return settingToInt16(stored).value_or(0) != 0 ? "1" : "0";
@@ -141,7 +152,8 @@ void OptionsDialog::load() {
   for (const OptionKey& option : optionKeys()) {
     if (option.control.empty() || (option.customerSpecific && !customerSpecific_)) continue;
     const auto stored = settings_.read(applicationOf(option), option.section, option.key, isLocal(option));
-    fields_.push_back({&option, shownValue(option, stored.value_or("")), stored.has_value(), stored.has_value()});
+    fields_.push_back(
+        {&option, shownValue(option, stored.value_or("")), stored.has_value(), stored.has_value()});
   }
   followCostAssignment();
 }
@@ -153,7 +165,8 @@ const OptionField* OptionsDialog::field(std::string_view control) const {
 }
 
 std::string OptionsDialog::notice() const {
-  const auto unread = std::count_if(fields_.begin(), fields_.end(), [](const auto& f) { return !f.readable; });
+  const auto unread =
+      std::count_if(fields_.begin(), fields_.end(), [](const auto& f) { return !f.readable; });
   if (unread == 0) return {};
   if (static_cast<std::size_t>(unread) == fields_.size())
     return "Die Optionen konnten nicht gelesen werden und bleiben, wie sie sind.";

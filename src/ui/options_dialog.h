@@ -42,14 +42,14 @@ struct OptionField {
   bool checked() const { return value == "1"; }
 };
 
-/// Opened with `load`, ended with `close`, which saves unless `cancel` came before. Failures of the stores are
-/// told to the diagnostics and skipped.
+/// Opened with `load`, ended with `close`, which saves unless `cancel` came before. Failures of the stores
+/// are told to the diagnostics and skipped.
 class OptionsDialog {
 public:
   explicit OptionsDialog(Environment& environment) : environment_(environment), settings_(environment) {}
 
-  /// Reads every option that is shown. Without customer-specific mode those of the second page are neither read
-  /// nor, later, written.
+  /// Reads every option that is shown. Without customer-specific mode those of the second page are neither
+  /// read nor, later, written.
   void load();
   bool customerSpecific() const { return customerSpecific_; }
   /// In the order of loading and saving.

@@ -37,7 +37,8 @@ TEST_F(SmallDialogs, TheDayProposedGoesByTheSession) {
 }
 
 TEST_F(SmallDialogs, ADeletionThatFailsIsTold) {
-  erp.execute(sql("Insert Into ImportKopf (JobID, JobType, Eingangsdatum) Values ('A', 13, '01.01.2026')"_sql));
+  erp.execute(
+      sql("Insert Into ImportKopf (JobID, JobType, Eingangsdatum) Values ('A', 13, '01.01.2026')"_sql));
   erp.execute(sql("Pragma query_only = 1"_sql));
   deletion.deleteBefore(makeDate(2026, 11, 24));
   ASSERT_EQ(erp.desktop.shown.size(), 1U);

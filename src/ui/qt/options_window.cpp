@@ -26,7 +26,8 @@ void describe(QWidget& control, const OptionText& text) {
 
 } // namespace
 
-OptionsWindow::OptionsWindow(Environment& environment, QWidget* parent) : QDialog(parent), dialog_(environment) {
+OptionsWindow::OptionsWindow(Environment& environment, QWidget* parent)
+    : QDialog(parent), dialog_(environment) {
   setObjectName(QStringLiteral("frmOptions"));
   setWindowTitle(QStringLiteral("Optionen"));
   dialog_.load();

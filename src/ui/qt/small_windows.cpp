@@ -21,6 +21,7 @@ namespace {
 
 constexpr int textColumns = 80;
 constexpr int textLines = 14;
+constexpr int hintColumns = 60;
 constexpr int iconSize = 48;
 
 class Hourglass {
@@ -89,6 +90,7 @@ DeleteDateWindow::DeleteDateWindow(Environment& environment, ImportJobObject2& e
       QStringLiteral("Erledigte Vorgänge, die vor diesem Tag eingegangen sind, werden endgültig gelöscht. "
                      "Vorgänge vom Tag selbst bleiben."));
   hint->setWordWrap(true);
+  hint->setMinimumWidth(hint->fontMetrics().averageCharWidth() * hintColumns);
   QPushButton* const remove = makeButton(QStringLiteral("&Löschen"), "cmdOK");
   remove->setDefault(true);
   connect(remove, &QPushButton::clicked, this, &DeleteDateWindow::accept);
@@ -167,7 +169,8 @@ std::string AboutWindow::systemInformation() {
   for (InformationLine& line : workInformation(environment_)) lines.push_back(std::move(line));
   std::string schema = "nicht bekannt";
   try {
-    if (const auto version = environment_.connection ? storedSchemaVersion(*environment_.connection) : std::nullopt)
+    if (const auto version =
+            environment_.connection ? storedSchemaVersion(*environment_.connection) : std::nullopt)
       schema = std::to_string(*version);
   } catch (const std::exception& failure) {
     environment_.diagnostics.report({"system information", failure.what(), {}});

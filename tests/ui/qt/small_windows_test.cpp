@@ -133,11 +133,11 @@ TEST_F(Windows, DeletingByDateTakesOnlyDoneJobsReceivedBeforeTheDay) {
     std::int64_t type;
     std::string_view received;
   };
-  for (const Job& job : {Job{"alt", 13, "23.10.2026"}, Job{"vertrag", 43, "01.01.2025"},
-                         Job{"tag", 33, "24.10.2026"}, Job{"wartet", 10, "01.01.2025"},
-                         Job{"fehler", 32, "01.01.2025"}, Job{"ohne", 13, "gestern"}})
-    erp.execute(sql("Insert Into ImportKopf (JobID, JobType, Eingangsdatum) Values ('"_sql, value(job.id), "', "_sql,
-                    number(job.type), ", '"_sql, value(job.received), "')"_sql));
+  for (const Job& job :
+       {Job{"alt", 13, "23.10.2026"}, Job{"vertrag", 43, "01.01.2025"}, Job{"tag", 33, "24.10.2026"},
+        Job{"wartet", 10, "01.01.2025"}, Job{"fehler", 32, "01.01.2025"}, Job{"ohne", 13, "gestern"}})
+    erp.execute(sql("Insert Into ImportKopf (JobID, JobType, Eingangsdatum) Values ('"_sql, value(job.id),
+                    "', "_sql, number(job.type), ", '"_sql, value(job.received), "')"_sql));
   const auto left = [&] { return erp.count(sql("Select Count(*) From ImportKopf"_sql)); };
 
   DeleteDateWindow cancelled(erp.environment, engine);
