@@ -88,6 +88,10 @@ Composition::Composition(const ProgramOptions& options, Diagnostics& diagnostics
     : options_(options), diagnostics_(diagnostics), desktop_(desktop), jobView_(jobView),
       iniFile_(diagnostics_), identity_(MachineName::read(), processes_) {}
 
+void Composition::offerLookups(std::function<std::unique_ptr<Auskunft>()> factory) {
+  if (erp_) erp_->setAuskunftFactory(std::move(factory));
+}
+
 std::string Composition::initLine() const {
   const std::string option = options_.database.empty() ? "" : "--db " + shellWord(options_.database) + " ";
   return "Create it with: qximportjob " + option + "init";

@@ -10,6 +10,7 @@
 #include "erp/process_identity.h"
 #include "erp/standalone_erp.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -25,6 +26,8 @@ public:
 
   Environment& open() override;
   InstallationReport create(bool demo) override;
+  /// For a program with windows, once the database is open: creates the ERP's lookup windows.
+  void offerLookups(std::function<std::unique_ptr<Auskunft>()> factory);
 
 private:
   /// Finds the file of the user's settings when it is needed: most commands do without a home folder.

@@ -5,21 +5,27 @@
 #include "cli/exit_code.h"
 #include "cli/version.h"
 #include "cli/view_arguments.h"
+#include "ui/lookup_bridge.h"
 #include "ui/qt/end_on_signal.h"
+#include "ui/qt/job_dialog_window.h"
+#include "ui/qt/job_view_window.h"
+#include "ui/qt/lookup_window.h"
+#include "ui/qt/options_window.h"
 #include "ui/qt/pictures.h"
 #include "ui/qt/qt_desktop.h"
 #include "ui/qt/qt_job_view.h"
+#include "ui/qt/small_windows.h"
 #include "ui/qt/text.h"
 
 #include <QApplication>
 #include <QLibraryInfo>
 #include <QLocale>
-#include <QMainWindow>
 #include <QStyle>
 #include <QTranslator>
 
 #include <cstdlib>
 #include <iostream>
+#include <optional>
 
 namespace qx {
 namespace {
@@ -27,17 +33,33 @@ namespace {
 using cli::ExitCode;
 using cli::ProgramError;
 
-/// The place where the window of the staged jobs is created.
-std::unique_ptr<QWidget> createJobWindow(ImportJobObject2& /*engine*/) {
-  auto window = std::make_unique<QMainWindow>();
-  window->setWindowTitle(QStringLiteral("Importvorgänge"));
-  return window;
+/// The dialogs that the job window opens.
+JobViewDialogs dialogsOf(const DialogContext& context) {
+  JobViewDialogs dialogs;
+  dialogs.openJob = [&context](QWidget* parent, std::string_view jobId, std::int16_t jobType,
+                               bool offerNext) {
+    return showJobDialog(parent, context, jobId, jobType, offerNext) == DialogEnd::Next;
+  };
+  dialogs.options = [&context](QWidget* parent) { OptionsWindow(context.environment, parent).exec(); };
+  dialogs.deleteDate = [&context](QWidget* parent) {
+    DeleteDateWindow(context.environment, context.engine, parent).exec();
+  };
+  dialogs.about = [&context](QWidget* parent) { AboutWindow(context.environment, parent).exec(); };
+  return dialogs;
 }
 
 /// Leaves the event loop when the engine is unloaded. `quit` would ask the windows again.
 class LoopEnd final : public EngineEvents {
 public:
-  void JobViewUnload() override { QCoreApplication::exit(0); }
+  void JobViewUnload() override {
+    unloaded_ = true;
+    QCoreApplication::exit(0);
+  }
+  /// Maybe before there was a loop to leave.
+  bool unloaded() const { return unloaded_; }
+
+private:
+  bool unloaded_ = false;
 };
 
 /// Releases the lock and destroys the window before the engine goes.
@@ -58,11 +80,19 @@ private:
 };
 
 ExitCode openView(const cli::ViewArguments& arguments, Diagnostics& diagnostics, QtDesktop& desktop) {
-  QtJobView view(createJobWindow);
+  std::optional<DialogContext> context;
+  QtJobView view([&context](ImportJobObject2& engine) {
+    return std::make_unique<JobViewWindow>(context->environment, engine, dialogsOf(*context));
+  });
   cli::Composition composition(arguments.options, diagnostics, desktop, view);
   Environment& environment = composition.open();
   desktop.watch(environment.connection);
+  composition.offerLookups([&environment, &diagnostics] {
+    return std::make_unique<QtAuskunft>(environment.localSettings, diagnostics);
+  });
   ImportJobObject2 engine(environment);
+  LookupBridge lookups(environment);
+  context.emplace(DialogContext{environment, engine, lookups});
   view.attach(engine);
   LoopEnd loopEnd;
   const Subscription subscription = engine.subscribe(loopEnd);
@@ -77,8 +107,8 @@ ExitCode openView(const cli::ViewArguments& arguments, Diagnostics& diagnostics,
     throw ProgramError(ExitCode::Failure, "the import cannot be locked: " + lock.reason,
                        "Try again when no other program holds the database.");
   engine.JobViewShow();
-  if (!view.isOpen()) return ending.ended() ? ExitCode::Success : ExitCode::Failure;
-  if (!ending.ended()) QApplication::exec();
+  if (!view.isOpen() && !ending.ended() && !loopEnd.unloaded()) return ExitCode::Failure;
+  if (!ending.ended() && !loopEnd.unloaded()) QApplication::exec();
   return ExitCode::Success;
 }
 

@@ -4,23 +4,22 @@
 #include "engine/import_job_object2.h"
 #include "platform/desktop.h"
 
-#include <QObject>
 #include <QPointer>
-#include <QWidget>
 
 #include <functional>
 #include <memory>
 
 namespace qx {
 
-/// Creates the window on an engine that outlives it; without a parent and not yet shown.
-using JobWindowFactory = std::function<std::unique_ptr<QWidget>(ImportJobObject2& engine)>;
+class JobViewWindow;
 
-/// Owns the window between `open` and `close`. A window that the user closes takes the engine's `Unload` with
-/// it, whether or not it calls that itself.
-class QtJobView final : public QObject, public JobView {
+/// Creates the window on an engine that outlives it; not yet opened.
+using JobWindowFactory = std::function<std::unique_ptr<JobViewWindow>(ImportJobObject2& engine)>;
+
+/// Owns the window between `open` and `close`.
+class QtJobView final : public JobView {
 public:
-  explicit QtJobView(JobWindowFactory factory) : factory_(std::move(factory)) {}
+  explicit QtJobView(JobWindowFactory factory);
   QtJobView(const QtJobView&) = delete;
   QtJobView& operator=(const QtJobView&) = delete;
   ~QtJobView() override;
@@ -28,20 +27,17 @@ public:
   /// To be called once, before the window is opened.
   void attach(ImportJobObject2& engine) { engine_ = &engine; }
 
-  /// Shows the window; brings it to the front when it is open already. What the factory raises reaches the
+  /// Opens the window; brings it to the front when it is open already. What the factory raises reaches the
   /// caller.
   void open() override;
   /// Hides the window; it is destroyed by the event loop, since it may be its own handler that calls.
   void close() override;
   bool isOpen() const { return !window_.isNull(); }
 
-protected:
-  bool eventFilter(QObject* watched, QEvent* event) override;
-
 private:
   JobWindowFactory factory_;
   ImportJobObject2* engine_ = nullptr;
-  QPointer<QWidget> window_;
+  QPointer<JobViewWindow> window_;
 };
 
 } // namespace qx

@@ -1,0 +1,147 @@
+// Draws the pictures of the manual from the demo company: draw_screenshots DATABASE FOLDER
+#include "adapters/system/stream_diagnostics.h"
+#include "cli/composition.h"
+#include "engine/import_job_object2.h"
+#include "ui/lookup_bridge.h"
+#include "ui/qt/job_dialog_window.h"
+#include "ui/qt/job_view_window.h"
+#include "ui/qt/lookup_window.h"
+#include "ui/qt/options_window.h"
+#include "ui/qt/pictures.h"
+#include "ui/qt/qt_desktop.h"
+#include "ui/qt/small_windows.h"
+#include "ui/qt/text.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QDialog>
+#include <QLineEdit>
+#include <QLocale>
+#include <QPixmap>
+#include <QTimer>
+
+#include <cstdlib>
+#include <functional>
+#include <iostream>
+#include <memory>
+#include <stdexcept>
+
+namespace qx {
+namespace {
+
+constexpr std::string_view changedCustomer = "DE000000000000000000000000000017";
+constexpr std::string_view orderWithoutStock = "DE000000000000000000000000000073";
+constexpr std::string_view contractOfUnknownKind = "DE000000000000000000000000000042";
+
+/// Pictures are taken after everything that was due has been drawn.
+void settle() {
+  for (int i = 0; i < 5; ++i) {
+    QApplication::processEvents();
+    QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  }
+}
+
+class Screenshots {
+public:
+  Screenshots(Environment& environment, ImportJobObject2& engine, QString folder)
+      : environment_(environment), engine_(engine), folder_(std::move(folder)) {}
+
+  void drawAll() {
+    JobViewWindow window(environment_, engine_, {});
+    window.open();
+    window.resize(1280, 760);
+    save(window, "importvorgaenge");
+    drawDialogs(window);
+    engine_.ProcessJobs(false, qxProcessState::ProcessAll);
+    window.findChild<QAction*>(QStringLiteral("ViewDone"))->trigger();
+    save(window, "verarbeitet");
+  }
+
+private:
+  void save(QWidget& widget, const char* name) {
+    settle();
+    const QString file = folder_ + QStringLiteral("/") + QLatin1String(name) + QStringLiteral(".png");
+    if (!widget.grab().save(file)) throw std::runtime_error(fromQt(file) + ": cannot be written");
+  }
+
+  /// Draws a modal dialog, does something in it and closes it. `open` returns when the dialog is closed.
+  void modal(const char* name, const std::function<void()>& open,
+             const std::function<void(QDialog&)>& inside = {}) {
+    QTimer::singleShot(0, [this, name, inside] {
+      auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+      if (dialog == nullptr) throw std::logic_error(std::string("no dialog for ") + name);
+      save(*dialog, name);
+      if (inside) inside(*dialog);
+      dialog->done(QDialog::Rejected);
+    });
+    open();
+    settle();
+  }
+
+  void drawDialogs(QWidget& parent) {
+    const auto press = [](QDialog& dialog, const char* button) {
+      auto* const found = dialog.findChild<QAbstractButton*>(QString::fromUtf8(button));
+      if (found == nullptr) throw std::logic_error(std::string("no button ") + button);
+      found->click();
+    };
+    modal(
+        "kunde", [&] { showJobDialog(&parent, context_, changedCustomer, qxtjobkunden, true); },
+        [&](QDialog& dialog) {
+          modal("adressen", [&] { press(dialog, "cmdAdressen"); });
+          modal("auskunft", [&] { press(dialog, "cmdKundennummer"); });
+        });
+    modal("auftrag", [&] { showJobDialog(&parent, context_, orderWithoutStock, qxtJobAufträge, true); });
+    modal("vertrag", [&] { showJobDialog(&parent, context_, contractOfUnknownKind, qxtjobverträge, true); });
+    modal("optionen", [&] { OptionsWindow(environment_, &parent).exec(); });
+    modal("loeschen", [&] { DeleteDateWindow(environment_, engine_, &parent).exec(); });
+  }
+
+  Environment& environment_;
+  ImportJobObject2& engine_;
+  QString folder_;
+  LookupBridge lookups_{environment_};
+  DialogContext context_{environment_, engine_, lookups_};
+};
+
+void draw(const std::string& database, const std::string& folder) {
+  StreamDiagnostics diagnostics(std::cerr, true);
+  QtDesktop desktop(diagnostics);
+  class NoView final : public JobView {
+    void open() override {}
+    void close() override {}
+  } view;
+  cli::ProgramOptions options;
+  options.database = database;
+  options.user = "Erika Beispiel";
+  options.sessionDate = makeDate(2026, 11, 24);
+  cli::Composition composition(options, diagnostics, desktop, view);
+  composition.create(true);
+  Environment& environment = composition.open();
+  desktop.watch(environment.connection);
+  composition.offerLookups([&environment, &diagnostics] {
+    return std::make_unique<QtAuskunft>(environment.localSettings, diagnostics);
+  });
+  ImportJobObject2 engine(environment);
+  Screenshots(environment, engine, toQt(folder)).drawAll();
+}
+
+} // namespace
+} // namespace qx
+
+int main(int count, char** arguments) {
+  if (count != 3) {
+    std::cerr << "usage: draw_screenshots DATABASE FOLDER\n";
+    return 2;
+  }
+  QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
+  QApplication application(count, arguments);
+  QApplication::setStyle(QStringLiteral("Fusion"));
+  QApplication::setWindowIcon(qx::picture("qximportjob"));
+  try {
+    qx::draw(arguments[1], arguments[2]);
+    return 0;
+  } catch (const std::exception& error) {
+    std::cerr << error.what() << '\n';
+    return 4;
+  }
+}
