@@ -1,0 +1,167 @@
+#include "ui/qt/address_window.h"
+
+#include "ui/address_dialog.h"
+#include "ui/qt/access_keys.h"
+#include "ui/qt/control_form.h"
+#include "ui/qt/text.h"
+#include "ui/qt/window_memory.h"
+
+#include <QDialog>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QVBoxLayout>
+
+#include <array>
+
+namespace qx {
+namespace {
+
+constexpr std::array<std::string_view, 2> blockNames{"VS", "RG"};
+
+class AddressWindow final : public QDialog {
+public:
+  AddressWindow(QWidget* parent, Environment& environment, AddressDialog& addresses);
+  void done(int result) override;
+  void accept() override;
+
+protected:
+  void keyPressEvent(QKeyEvent* event) override;
+
+private:
+  void buildBlock(AddressDialog::Block block, AccessKeys& keys);
+  QPushButton* button(const QString& caption, const QString& name);
+  void render();
+
+  AddressDialog& addresses_;
+  WindowMemory memory_;
+  ControlForm* form_;
+  QLabel* notice_;
+  std::array<QLabel*, 2> standings_{};
+  std::array<QPushButton*, 2> takers_{};
+};
+
+AddressWindow::AddressWindow(QWidget* parent, Environment& environment, AddressDialog& addresses)
+    : QDialog(parent), addresses_(addresses), memory_(environment, "DialogAdressen"),
+      form_(new ControlForm(addresses, environment.desktop, "Adressen", this)), notice_(new QLabel(this)) {
+  setObjectName(QStringLiteral("frmAdressen"));
+  setWindowTitle(QStringLiteral("Adressen des Vorgangs"));
+  AccessKeys keys;
+  for (const ControlSpec* spec : addresses_.specs()) keys.take(spec->caption);
+  for (const AddressDialog::Block block : AddressDialog::allBlocks) buildBlock(block, keys);
+
+  auto* scroll = new QScrollArea(this);
+  scroll->setWidgetResizable(true);
+  scroll->setFrameShape(QFrame::NoFrame);
+  scroll->setFocusPolicy(Qt::NoFocus);
+  scroll->setWidget(form_);
+  notice_->setObjectName(QStringLiteral("lblHinweis"));
+  notice_->setTextFormat(Qt::PlainText);
+  notice_->setWordWrap(true);
+  auto* layout = new QVBoxLayout(this);
+  layout->addWidget(notice_);
+  layout->addWidget(scroll, 1);
+  auto* row = new QHBoxLayout;
+  row->addStretch(1);
+  QPushButton* taking = button(keys.mark(QStringLiteral("Übernehmen")), QStringLiteral("cmdOK"));
+  QPushButton* cancel =
+      button(keys.mark(addresses_.readOnly() ? QStringLiteral("Schließen") : QStringLiteral("Abbrechen")),
+             QStringLiteral("cmdCancel"));
+  taking->setEnabled(!addresses_.readOnly());
+  connect(taking, &QPushButton::clicked, this, &AddressWindow::accept);
+  connect(cancel, &QPushButton::clicked, this, &AddressWindow::reject);
+  row->addWidget(taking);
+  row->addWidget(cancel);
+  layout->addLayout(row);
+
+  connect(form_, &ControlForm::edited, this, &AddressWindow::render);
+  render();
+  const QSize form = form_->sizeHint();
+  memory_.restore(*this, nullptr, {form.width() + 48, form.height() + fontMetrics().lineSpacing() * 6});
+}
+
+QPushButton* AddressWindow::button(const QString& caption, const QString& name) {
+  auto* made = new QPushButton(caption, this);
+  made->setObjectName(name);
+  made->setAutoDefault(false);
+  return made;
+}
+
+void AddressWindow::buildBlock(AddressDialog::Block block, AccessKeys& keys) {
+  const auto number = static_cast<std::size_t>(block);
+  const QString name = toQt(blockNames[number]);
+  auto* below = new QWidget(form_);
+  auto* layout = new QVBoxLayout(below);
+  layout->setContentsMargins(0, 4, 0, 0);
+  QLabel* standing = standings_[number] = new QLabel(below);
+  standing->setObjectName(QStringLiteral("lbl") + name + QStringLiteral("_Stand"));
+  standing->setTextFormat(Qt::PlainText);
+  standing->setWordWrap(true);
+  standing->setAlignment(Qt::AlignTop | Qt::AlignLeft);
+  // Room for two lines, so that the fields stay where they are.
+  standing->setMinimumHeight(standing->fontMetrics().lineSpacing() * 2);
+  QPushButton* taker = takers_[number] = button(keys.mark(QStringLiteral("Stammadresse übernehmen")),
+                                                QStringLiteral("cmd") + name + QStringLiteral("_Stamm"));
+  QPushButton* clearer =
+      button(keys.mark(QStringLiteral("Leeren")), QStringLiteral("cmd") + name + QStringLiteral("_Leeren"));
+  clearer->setEnabled(!addresses_.readOnly());
+  connect(taker, &QPushButton::clicked, this, [this, block] {
+    form_->commit();
+    addresses_.takeStored(block);
+    render();
+  });
+  connect(clearer, &QPushButton::clicked, this, [this, block] {
+    form_->commit();
+    addresses_.clear(block);
+    render();
+  });
+  auto* row = new QHBoxLayout;
+  row->addWidget(taker);
+  row->addWidget(clearer);
+  row->addStretch(1);
+  layout->addWidget(standing);
+  layout->addLayout(row);
+  form_->addBelow(number, below);
+}
+
+void AddressWindow::render() {
+  form_->render();
+  notice_->setText(toQt(addresses_.notice()));
+  notice_->setVisible(!addresses_.notice().empty());
+  for (const AddressDialog::Block block : AddressDialog::allBlocks) {
+    const auto number = static_cast<std::size_t>(block);
+    standings_[number]->setText(toQt(addresses_.standing(block)));
+    takers_[number]->setEnabled(!addresses_.readOnly() && addresses_.hasStored(block));
+  }
+}
+
+void AddressWindow::accept() {
+  form_->commit();
+  QDialog::accept();
+}
+
+void AddressWindow::done(int result) {
+  memory_.keep(*this, nullptr);
+  QDialog::done(result);
+}
+
+void AddressWindow::keyPressEvent(QKeyEvent* event) {
+  if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter) {
+    QDialog::keyPressEvent(event);
+    return;
+  }
+  if (auto* pressed = qobject_cast<QPushButton*>(focusWidget()))
+    pressed->click();
+  else
+    form_->commit();
+}
+
+} // namespace
+
+bool editJobAddresses(QWidget* parent, Environment& environment, AddressDialog& addresses) {
+  return AddressWindow(parent, environment, addresses).exec() == QDialog::Accepted;
+}
+
+} // namespace qx

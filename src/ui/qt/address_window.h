@@ -1,0 +1,15 @@
+// The window of a job's delivery and invoice address.
+#pragma once
+
+#include "platform/environment.h"
+
+class QWidget;
+
+namespace qx {
+
+class AddressDialog;
+
+/// Opens the editor modally. True when the clerk agrees to what it holds then.
+bool editJobAddresses(QWidget* parent, Environment& environment, AddressDialog& addresses);
+
+} // namespace qx

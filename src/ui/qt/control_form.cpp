@@ -1,0 +1,462 @@
+#include "ui/qt/control_form.h"
+
+#include "model/date.h"
+#include "ui/qt/code_combo.h"
+#include "ui/qt/elided_label.h"
+#include "ui/qt/pictures.h"
+#include "ui/qt/text.h"
+
+#include <QCalendarWidget>
+#include <QCheckBox>
+#include <QEvent>
+#include <QFocusEvent>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QSignalBlocker>
+#include <QStyle>
+#include <QToolButton>
+
+#include <algorithm>
+
+namespace qx {
+namespace {
+
+constexpr int mostColumns = 3;
+constexpr int masterLength = 38; ///< characters of a stored value on its button
+
+QString accessible(std::string_view caption) { return toQt(caption).remove(QLatin1Char('&')); }
+
+QToolButton* flatButton(QWidget* parent) {
+  auto* button = new QToolButton(parent);
+  button->setAutoRaise(true);
+  return button;
+}
+
+} // namespace
+
+ControlForm::ControlForm(Form& form, Desktop& desktop, std::string_view boxTitle, QWidget* parent)
+    : QWidget(parent), form_(form), desktop_(desktop), boxTitle_(boxTitle), fields_(form.specs().size()),
+      columns_(new QHBoxLayout(this)) {
+  for (const ControlGroup& group : form_.groups()) buildGroup(group);
+  arrange(std::min<int>(mostColumns, static_cast<int>(groups_.size())));
+  orderTabs();
+  render();
+}
+
+void ControlForm::buildGroup(const ControlGroup& group) {
+  std::vector<std::size_t> places;
+  for (const ControlSpec& spec : group.controls)
+    if (const auto place = form_.find(spec.name)) places.push_back(*place);
+  if (places.empty()) {
+    // Kept, so that groups are known by the form's numbers.
+    groups_.emplace_back();
+    return;
+  }
+  auto* box = new QGroupBox(toQt(group.caption), this);
+  auto* rows = new QGridLayout(box);
+  rows->setVerticalSpacing(std::max(2, rows->verticalSpacing() / 2));
+  rows->setColumnStretch(1, 1);
+  int weight = 2;
+  for (const std::size_t place : places) {
+    buildField(*rows, place);
+    weight += form_.specs()[place]->kind == ControlKind::Note ? 3 : 1;
+  }
+  groups_.push_back({box, rows, weight});
+}
+
+void ControlForm::buildField(QGridLayout& rows, std::size_t place) {
+  const ControlSpec& spec = *form_.specs()[place];
+  Field& field = fields_[place];
+  QWidget* box = rows.parentWidget();
+  const int row = rows.rowCount();
+  field.editor = makeEditor(place);
+  field.editor->setObjectName(toQt(spec.name));
+  field.editor->setAccessibleName(accessible(spec.caption));
+  field.editor->installEventFilter(this);
+
+  auto* line = new QHBoxLayout;
+  line->setSpacing(2);
+  line->addWidget(field.editor, 2);
+  if (spec.kind == ControlKind::Date) {
+    field.calendar = flatButton(box);
+    field.calendar->setObjectName(toQt(spec.name) + QStringLiteral("Kalender"));
+    field.calendar->setArrowType(Qt::DownArrow);
+    field.calendar->setFocusPolicy(Qt::NoFocus);
+    field.calendar->setAccessibleName(accessible(spec.caption) + QStringLiteral(" im Kalender wählen"));
+    field.calendar->setToolTip(QStringLiteral("Im Kalender wählen (F4)"));
+    connect(field.calendar, &QToolButton::clicked, this, [this, place] { openCalendar(place); });
+    line->addWidget(field.calendar);
+  }
+  if (!spec.lookup.empty()) {
+    field.lookup = new QToolButton(box);
+    field.lookup->setObjectName(toQt(spec.button));
+    field.lookup->setText(QStringLiteral("…"));
+    // F4 does the same without a stop on the way through the fields.
+    field.lookup->setFocusPolicy(Qt::NoFocus);
+    field.lookup->setAccessibleName(toQt(spec.lookup) + QStringLiteral(" zu ") + accessible(spec.caption));
+    field.lookup->setToolTip(toQt(spec.lookup) + QStringLiteral(" (F4)"));
+    connect(field.lookup, &QToolButton::clicked, this, [this, place] { lookUp(place); });
+    line->addWidget(field.lookup);
+  }
+  if (!spec.description.empty()) {
+    field.description = new ElidedLabel(box);
+    field.description->setObjectName(toQt(spec.description));
+    line->addSpacing(4);
+    line->addWidget(field.description, 3);
+  }
+
+  field.picture = flatButton(box);
+  if (!spec.picture.empty()) field.picture->setObjectName(toQt(spec.picture));
+  field.picture->setFocusPolicy(Qt::TabFocus);
+  QSizePolicy kept = field.picture->sizePolicy();
+  kept.setRetainSizeWhenHidden(true);
+  field.picture->setSizePolicy(kept);
+  connect(field.picture, &QToolButton::clicked, this, [this, place] { tell(place); });
+
+  field.master = flatButton(box);
+  field.master->setObjectName(toQt(spec.name) + QStringLiteral("Stamm"));
+  field.master->setFocusPolicy(Qt::TabFocus);
+  connect(field.master, &QToolButton::clicked, this, [this, place] { takeMaster(place); });
+
+  if (spec.kind == ControlKind::Check) {
+    rows.addLayout(line, row, 0, 1, 2);
+  } else {
+    auto* label = new QLabel(toQt(spec.caption), box);
+    label->setBuddy(field.editor);
+    rows.addWidget(label, row, 0, spec.kind == ControlKind::Note ? Qt::AlignTop : Qt::AlignVCenter);
+    rows.addLayout(line, row, 1);
+  }
+  rows.addWidget(field.picture, row, 2, Qt::AlignVCenter);
+  rows.addWidget(field.master, row + 1, 1, 1, 2, Qt::AlignLeft);
+}
+
+QWidget* ControlForm::makeEditor(std::size_t place) {
+  const ControlSpec& spec = *form_.specs()[place];
+  switch (spec.kind) {
+  case ControlKind::Note: {
+    auto* note = new QPlainTextEdit(this);
+    note->setTabChangesFocus(true);
+    note->setMinimumHeight(note->fontMetrics().lineSpacing() * 3 + 12);
+    note->setMaximumHeight(note->fontMetrics().lineSpacing() * 5 + 12);
+    note->setMinimumWidth(note->fontMetrics().averageCharWidth() * 12);
+    return note;
+  }
+  case ControlKind::Combo:
+  case ControlKind::List: {
+    auto* combo = new CodeCombo(spec.kind == ControlKind::Combo, this);
+    connect(combo, &QComboBox::activated, this, [this, place] { commitPlace(place); });
+    return combo;
+  }
+  case ControlKind::Check: {
+    auto* check = new QCheckBox(toQt(spec.caption), this);
+    connect(check, &QCheckBox::clicked, this, [this, place] { commitPlace(place); });
+    return check;
+  }
+  case ControlKind::Text:
+  case ControlKind::Number:
+  case ControlKind::Date:
+    break;
+  }
+  auto* line = new QLineEdit(this);
+  line->setMinimumWidth(line->fontMetrics().averageCharWidth() * 10);
+  // What is no number or date stays as it was typed: the form says what is wrong with it.
+  if (spec.kind == ControlKind::Number) line->setAlignment(Qt::AlignRight);
+  if (spec.kind == ControlKind::Date) line->setPlaceholderText(QStringLiteral("tt.mm.jjjj"));
+  return line;
+}
+
+/// Each group goes below the shortest column, so that the order runs from left to right.
+void ControlForm::arrange(int columns) {
+  if (columns == columnCount_) return;
+  columnCount_ = columns;
+  while (QLayoutItem* column = columns_->takeAt(0)) {
+    while (QLayoutItem* item = column->layout()->takeAt(0)) delete item;
+    delete column;
+  }
+  std::vector<QVBoxLayout*> stacks;
+  std::vector<int> heights(static_cast<std::size_t>(columns), 0);
+  for (int i = 0; i < columns; ++i) {
+    stacks.push_back(new QVBoxLayout);
+    columns_->addLayout(stacks.back(), 1);
+  }
+  for (const Group& group : groups_) {
+    if (group.box == nullptr) continue;
+    const auto shortest =
+        static_cast<std::size_t>(std::min_element(heights.begin(), heights.end()) - heights.begin());
+    stacks[shortest]->addWidget(group.box);
+    heights[shortest] += group.weight;
+  }
+  for (QVBoxLayout* stack : stacks) stack->addStretch(1);
+}
+
+void ControlForm::fitWidth(int width) {
+  int widest = 1;
+  int shown = 0;
+  for (const Group& group : groups_) {
+    if (group.box == nullptr) continue;
+    widest = std::max(widest, group.box->minimumSizeHint().width());
+    ++shown;
+  }
+  const QMargins margins = columns_->contentsMargins();
+  const int room = width - margins.left() - margins.right() + columns_->spacing();
+  arrange(std::clamp(room / (widest + columns_->spacing()), 1, std::min(mostColumns, std::max(shown, 1))));
+}
+
+void ControlForm::orderTabs() {
+  QWidget* before = nullptr;
+  const auto next = [&](QWidget* widget) {
+    if (before != nullptr) QWidget::setTabOrder(before, widget);
+    before = widget;
+  };
+  for (const Field& field : fields_) {
+    next(field.editor);
+    next(field.picture);
+    next(field.master);
+  }
+}
+
+QString ControlForm::content(std::size_t place) const {
+  QWidget* editor = fields_[place].editor;
+  switch (form_.specs()[place]->kind) {
+  case ControlKind::Note:
+    return static_cast<QPlainTextEdit*>(editor)->toPlainText();
+  case ControlKind::Combo:
+  case ControlKind::List:
+    return toQt(static_cast<CodeCombo*>(editor)->code());
+  case ControlKind::Check:
+    return static_cast<QCheckBox*>(editor)->isChecked() ? QStringLiteral("1") : QStringLiteral("0");
+  case ControlKind::Text:
+  case ControlKind::Number:
+  case ControlKind::Date:
+    break;
+  }
+  return static_cast<QLineEdit*>(editor)->text();
+}
+
+std::string ControlForm::typed(std::size_t place) const {
+  QString text = content(place);
+  // Staged texts break their lines with CR LF, unless this one came otherwise.
+  const std::string& before = form_.control(place).text;
+  const bool bare = before.find('\n') != std::string::npos && before.find("\r\n") == std::string::npos;
+  if (form_.specs()[place]->kind == ControlKind::Note && !bare)
+    text.replace(QLatin1Char('\n'), QStringLiteral("\r\n"));
+  return fromQt(text);
+}
+
+void ControlForm::render() {
+  for (std::size_t place = 0; place < fields_.size(); ++place) show(place);
+}
+
+void ControlForm::show(std::size_t place) {
+  const ControlState& state = form_.control(place);
+  Field& field = fields_[place];
+  showEnabled(*field.editor, state.enabled);
+  if (!pending(place) || field.shown.isNull()) showEditor(place);
+  if (field.calendar != nullptr) field.calendar->setEnabled(state.enabled);
+  if (field.lookup != nullptr) field.lookup->setEnabled(state.enabled);
+  if (field.description != nullptr) field.description->setText(toQt(state.description));
+
+  const QString message = toQt(state.message);
+  field.picture->setVisible(state.picture != CheckStatus::Clean);
+  field.picture->setIcon(fieldPicture(state.picture));
+  field.picture->setToolTip(message);
+  field.picture->setAccessibleName(
+      (state.picture == CheckStatus::Error ? QStringLiteral("Fehler: ") : QStringLiteral("Warnung: ")) +
+      message);
+
+  field.master->setVisible(state.master.has_value() && state.enabled);
+  if (state.master) {
+    const QString value = state.master->empty() ? QStringLiteral("(leer)") : toQt(*state.master).simplified();
+    const bool cut = value.size() > masterLength;
+    field.master->setText(QStringLiteral("Stamm: ") +
+                          (cut ? value.left(masterLength) + QStringLiteral("…") : value));
+    field.master->setToolTip(QStringLiteral("Den Wert der Stammdaten übernehmen: ") + value);
+  }
+}
+
+void ControlForm::showEditor(std::size_t place) {
+  const ControlState& state = form_.control(place);
+  QWidget* editor = fields_[place].editor;
+  const QSignalBlocker quiet(editor);
+  switch (form_.specs()[place]->kind) {
+  case ControlKind::Note: {
+    auto* note = static_cast<QPlainTextEdit*>(editor);
+    QString text = toQt(state.text);
+    text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+    text.replace(QLatin1Char('\r'), QLatin1Char('\n'));
+    if (note->toPlainText() != text) note->setPlainText(text);
+    break;
+  }
+  case ControlKind::Combo:
+  case ControlKind::List: {
+    auto* combo = static_cast<CodeCombo*>(editor);
+    combo->offer(form_.content(place));
+    if (combo->code() != state.text || combo->currentIndex() < 0) combo->showCode(state.text);
+    break;
+  }
+  case ControlKind::Check:
+    static_cast<QCheckBox*>(editor)->setChecked(state.text == "1");
+    break;
+  case ControlKind::Text:
+  case ControlKind::Number:
+  case ControlKind::Date: {
+    auto* line = static_cast<QLineEdit*>(editor);
+    const QString text = toQt(state.text);
+    if (line->text() == text) break;
+    line->setText(text);
+    if (!line->hasFocus()) line->setCursorPosition(0);
+    break;
+  }
+  }
+  fields_[place].shown = content(place);
+  if (fields_[place].shown.isNull()) fields_[place].shown = QLatin1String("");
+}
+
+/// A control that cannot be changed lies flat on the window and keeps a text that can be read and copied.
+void ControlForm::showEnabled(QWidget& editor, bool enabled) {
+  if (auto* line = qobject_cast<QLineEdit*>(&editor))
+    line->setReadOnly(!enabled);
+  else if (auto* note = qobject_cast<QPlainTextEdit*>(&editor))
+    note->setReadOnly(!enabled);
+  else
+    editor.setEnabled(enabled);
+  QPalette look;
+  if (!enabled) {
+    const QPalette own = palette();
+    for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
+      look.setColor(group, QPalette::Base, own.color(QPalette::Active, QPalette::Window));
+      look.setColor(group, QPalette::Button, own.color(QPalette::Active, QPalette::Window));
+      for (const auto role : {QPalette::Text, QPalette::ButtonText, QPalette::WindowText})
+        look.setColor(group, role, own.color(QPalette::Active, QPalette::WindowText));
+    }
+  }
+  editor.setPalette(look);
+}
+
+void ControlForm::changeEvent(QEvent* event) {
+  QWidget::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange)
+    for (std::size_t place = 0; place < fields_.size(); ++place)
+      if (fields_[place].editor != nullptr) showEnabled(*fields_[place].editor, form_.control(place).enabled);
+}
+
+void ControlForm::commitPlace(std::size_t place) {
+  if (!pending(place)) return;
+  form_.type(place, typed(place));
+  fields_[place].shown = content(place);
+  form_.leave(place);
+  render();
+  emit edited();
+}
+
+void ControlForm::commit() {
+  for (std::size_t place = 0; place < fields_.size(); ++place) commitPlace(place);
+}
+
+void ControlForm::lookUp(std::size_t place) {
+  if (!form_.control(place).enabled) return;
+  commit();
+  const bool taken = form_.lookUp(place);
+  fields_[place].editor->setFocus(Qt::OtherFocusReason);
+  render();
+  if (auto* line = qobject_cast<QLineEdit*>(fields_[place].editor); taken && line != nullptr)
+    line->selectAll();
+  emit edited();
+}
+
+void ControlForm::takeMaster(std::size_t place) {
+  // Before its button vanishes, which would let the cursor wander on.
+  fields_[place].editor->setFocus(Qt::OtherFocusReason);
+  commit();
+  form_.takeMaster(place);
+  render();
+  emit edited();
+}
+
+void ControlForm::tell(std::size_t place) {
+  desktop_.show({form_.control(place).message, boxTitle_, MessageIcon::Critical});
+}
+
+void ControlForm::openCalendar(std::size_t place) {
+  auto* line = static_cast<QLineEdit*>(fields_[place].editor);
+  auto* popup = new QFrame(this, Qt::Popup);
+  popup->setAttribute(Qt::WA_DeleteOnClose);
+  popup->setFrameShape(QFrame::StyledPanel);
+  auto* layout = new QVBoxLayout(popup);
+  layout->setContentsMargins(0, 0, 0, 0);
+  auto* calendar = new QCalendarWidget(popup);
+  calendar->setFirstDayOfWeek(Qt::Monday);
+  layout->addWidget(calendar);
+  if (const auto date = parseGermanDate(fromQt(line->text())))
+    calendar->setSelectedDate(QDate(static_cast<int>(date->year()),
+                                    static_cast<int>(static_cast<unsigned>(date->month())),
+                                    static_cast<int>(static_cast<unsigned>(date->day()))));
+  const auto choose = [this, place, line, popup](const QDate& day) {
+    popup->close();
+    line->setText(day.toString(QStringLiteral("dd.MM.yyyy")));
+    line->setFocus(Qt::OtherFocusReason);
+    commitPlace(place);
+  };
+  connect(calendar, &QCalendarWidget::activated, this, choose);
+  connect(calendar, &QCalendarWidget::clicked, this, choose);
+  popup->move(line->mapToGlobal(QPoint(0, line->height())));
+  popup->show();
+  calendar->setFocus(Qt::PopupFocusReason);
+}
+
+bool ControlForm::focusControl(std::string_view name) {
+  const auto place = form_.find(name);
+  if (!place) return false;
+  QWidget* editor = fields_[*place].editor;
+  editor->setFocus(Qt::ShortcutFocusReason);
+  if (auto* line = qobject_cast<QLineEdit*>(editor)) line->selectAll();
+  return true;
+}
+
+void ControlForm::addBelow(std::size_t group, QWidget* widget) {
+  QGridLayout* rows = groups_.at(group).rows;
+  rows->addWidget(widget, rows->rowCount(), 0, 1, 3);
+}
+
+bool ControlForm::eventFilter(QObject* watched, QEvent* event) {
+  const auto found = std::find_if(fields_.begin(), fields_.end(),
+                                  [&](const Field& field) { return field.editor == watched; });
+  if (found == fields_.end()) return QWidget::eventFilter(watched, event);
+  const auto place = static_cast<std::size_t>(found - fields_.begin());
+  switch (event->type()) {
+  case QEvent::FocusOut: {
+    const Qt::FocusReason reason = static_cast<QFocusEvent*>(event)->reason();
+    // A menu, a list that drops down or another program takes the focus without the clerk leaving the field.
+    if (reason == Qt::PopupFocusReason || reason == Qt::ActiveWindowFocusReason) break;
+    // The editor sees the event first, since it may complete its text.
+    watched->event(event);
+    commitPlace(place);
+    return true;
+  }
+  case QEvent::KeyPress:
+    if (static_cast<QKeyEvent*>(event)->key() != Qt::Key_F4) break;
+    if (found->lookup != nullptr) {
+      lookUp(place);
+      return true;
+    }
+    if (found->calendar != nullptr && found->calendar->isEnabled()) {
+      openCalendar(place);
+      return true;
+    }
+    break;
+  case QEvent::Wheel:
+    // Rolling the form must not change what a list shows.
+    if (qobject_cast<QComboBox*>(watched) == nullptr) break;
+    event->ignore();
+    return true;
+  default:
+    break;
+  }
+  return QWidget::eventFilter(watched, event);
+}
+
+} // namespace qx

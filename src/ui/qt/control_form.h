@@ -1,0 +1,100 @@
+// The controls of a form, built and kept up to date.
+#pragma once
+
+#ifndef Q_MOC_RUN // it stumbles over the umlauts of the job codes
+#include "platform/desktop.h"
+#include "ui/form.h"
+#endif
+
+#include <QString>
+#include <QWidget>
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+class QGridLayout;
+class QGroupBox;
+class QHBoxLayout;
+class QToolButton;
+class QVBoxLayout;
+
+namespace qx {
+
+class ElidedLabel;
+
+/// Builds a control for each of the form's and shows their state. A control that the clerk leaves with
+/// another text than it showed is handed to the form, and everything is shown again, but for a control in
+/// which the clerk is typing.
+class ControlForm final : public QWidget {
+  Q_OBJECT
+
+public:
+  /// `boxTitle` is that of the box in which a picture tells its message. The form and the desktop outlive the
+  /// widget.
+  ControlForm(Form& form, Desktop& desktop, std::string_view boxTitle, QWidget* parent = nullptr);
+
+  /// Shows the state of the form.
+  void render();
+  /// Hands over what stands in a control that the clerk has not left yet.
+  void commit();
+  /// Puts the cursor into a control. False when there is none of this name.
+  bool focusControl(std::string_view name);
+  /// Places a widget at the end of a group.
+  void addBelow(std::size_t group, QWidget* widget);
+  /// Sets the groups in as many columns as fit into a width.
+  void fitWidth(int width);
+
+signals:
+  /// The form was changed and may have other findings.
+  void edited();
+
+protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+  void changeEvent(QEvent* event) override;
+
+private:
+  struct Field {
+    QWidget* editor = nullptr;
+    QToolButton* calendar = nullptr;
+    QToolButton* lookup = nullptr;
+    QToolButton* picture = nullptr;
+    QToolButton* master = nullptr;
+    ElidedLabel* description = nullptr;
+    QString shown; ///< the editor's content after it was shown last
+  };
+  struct Group {
+    QGroupBox* box = nullptr;
+    QGridLayout* rows = nullptr;
+    int weight = 0; ///< its height in lines
+  };
+
+  void buildGroup(const ControlGroup& group);
+  void buildField(QGridLayout& rows, std::size_t place);
+  QWidget* makeEditor(std::size_t place);
+  void arrange(int columns);
+  void orderTabs();
+  QString content(std::size_t place) const;
+  bool pending(std::size_t place) const { return content(place) != fields_[place].shown; }
+  /// What the form is told of the editor's content.
+  std::string typed(std::size_t place) const;
+  void show(std::size_t place);
+  void showEditor(std::size_t place);
+  void showEnabled(QWidget& editor, bool enabled);
+  void commitPlace(std::size_t place);
+  void lookUp(std::size_t place);
+  void takeMaster(std::size_t place);
+  void openCalendar(std::size_t place);
+  void tell(std::size_t place);
+
+  Form& form_;
+  Desktop& desktop_;
+  std::string boxTitle_;
+  std::vector<Field> fields_;
+  std::vector<Group> groups_;
+  QHBoxLayout* columns_;
+  int columnCount_ = 0;
+};
+
+} // namespace qx

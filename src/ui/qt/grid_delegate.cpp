@@ -1,0 +1,140 @@
+#include "ui/qt/grid_delegate.h"
+
+#include "ui/qt/code_combo.h"
+#include "ui/qt/text.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPlainTextEdit>
+
+#include <algorithm>
+
+namespace qx {
+
+QWidget* GridDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem& /*option*/,
+                                    const QModelIndex& index) const {
+  switch (kind(index)) {
+  case GridColumnKind::Unit: {
+    auto* combo = new CodeCombo(true, parent);
+    ComboContent content;
+    content.rows = grid_.units();
+    content.hiddenColumn = 0; // the cell shows the code
+    combo->offer(content);
+    return combo;
+  }
+  case GridColumnKind::LongText: {
+    auto* text = new QPlainTextEdit(parent);
+    text->setTabChangesFocus(true);
+    return text;
+  }
+  case GridColumnKind::Picture:
+  case GridColumnKind::Button:
+  case GridColumnKind::Check:
+    return nullptr;
+  case GridColumnKind::Text:
+  case GridColumnKind::Number:
+  case GridColumnKind::Money:
+  case GridColumnKind::Date:
+    break;
+  }
+  auto* line = new QLineEdit(parent);
+  line->setFrame(false);
+  if (kind(index) == GridColumnKind::Number || kind(index) == GridColumnKind::Money)
+    line->setAlignment(Qt::AlignRight);
+  if (kind(index) == GridColumnKind::Date) line->setPlaceholderText(QStringLiteral("tt.mm.jjjj"));
+  return line;
+}
+
+void GridDelegate::setEditorData(QWidget* editor, const QModelIndex& index) const {
+  const QString text = index.data(Qt::EditRole).toString();
+  if (auto* note = qobject_cast<QPlainTextEdit*>(editor)) {
+    note->setPlainText(QString(text).replace(QStringLiteral("\r\n"), QStringLiteral("\n")));
+  } else if (auto* combo = dynamic_cast<CodeCombo*>(editor)) {
+    combo->showCode(fromQt(text));
+    combo->lineEdit()->selectAll();
+  } else {
+    static_cast<QLineEdit*>(editor)->setText(text);
+    static_cast<QLineEdit*>(editor)->selectAll();
+  }
+}
+
+void GridDelegate::setModelData(QWidget* editor, QAbstractItemModel* model, const QModelIndex& index) const {
+  if (auto* note = qobject_cast<QPlainTextEdit*>(editor)) {
+    if (!note->document()->isModified()) return;
+    model->setData(index, note->toPlainText().replace(QLatin1Char('\n'), QStringLiteral("\r\n")));
+  } else if (auto* combo = dynamic_cast<CodeCombo*>(editor)) {
+    model->setData(index, toQt(combo->code()));
+  } else {
+    model->setData(index, static_cast<QLineEdit*>(editor)->text());
+  }
+}
+
+void GridDelegate::updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
+                                        const QModelIndex& index) const {
+  QRect place = option.rect;
+  if (kind(index) == GridColumnKind::LongText) {
+    const QRect room = editor->parentWidget()->rect();
+    const QFontMetrics metrics = editor->fontMetrics();
+    place.setSize({std::max(place.width(), metrics.averageCharWidth() * 50), metrics.lineSpacing() * 7});
+    place.setSize(place.size().boundedTo(room.size()));
+    place.moveLeft(std::clamp(place.left(), 0, room.width() - place.width()));
+    place.moveTop(std::clamp(place.top(), 0, room.height() - place.height()));
+  }
+  editor->setGeometry(place);
+}
+
+void GridDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const {
+  QStyledItemDelegate::initStyleOption(option, index);
+  if (option->features & QStyleOptionViewItem::HasDecoration && option->text.isEmpty())
+    option->decorationAlignment = Qt::AlignCenter;
+  if (kind(index) == GridColumnKind::Check) option->features &= ~QStyleOptionViewItem::HasCheckIndicator;
+}
+
+void GridDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
+                         const QModelIndex& index) const {
+  QStyledItemDelegate::paint(painter, option, index);
+  if (kind(index) != GridColumnKind::Check) return;
+  const QStyle* style = option.widget != nullptr ? option.widget->style() : QApplication::style();
+  QStyleOptionButton box;
+  box.initFrom(option.widget);
+  box.state = index.flags() & Qt::ItemIsUserCheckable ? QStyle::State_Enabled : QStyle::State_None;
+  box.state |= index.data(Qt::CheckStateRole).toInt() == Qt::Checked ? QStyle::State_On : QStyle::State_Off;
+  const QSize size(style->pixelMetric(QStyle::PM_IndicatorWidth, &box, option.widget),
+                   style->pixelMetric(QStyle::PM_IndicatorHeight, &box, option.widget));
+  box.rect = QStyle::alignedRect(option.direction, Qt::AlignCenter, size, option.rect);
+  style->drawPrimitive(QStyle::PE_IndicatorCheckBox, &box, painter, option.widget);
+}
+
+bool GridDelegate::editorEvent(QEvent* event, QAbstractItemModel* model, const QStyleOptionViewItem& option,
+                               const QModelIndex& index) {
+  if (kind(index) != GridColumnKind::Check)
+    return QStyledItemDelegate::editorEvent(event, model, option, index);
+  if (!(index.flags() & Qt::ItemIsUserCheckable)) return false;
+  const bool clicked = event->type() == QEvent::MouseButtonRelease &&
+                       static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton;
+  const bool pressed =
+      event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Space;
+  if (!clicked && !pressed) return false;
+  const bool on = index.data(Qt::CheckStateRole).toInt() == Qt::Checked;
+  return model->setData(index, on ? Qt::Unchecked : Qt::Checked, Qt::CheckStateRole);
+}
+
+bool GridDelegate::eventFilter(QObject* editor, QEvent* event) {
+  auto* note = qobject_cast<QPlainTextEdit*>(editor);
+  if (note != nullptr && event->type() == QEvent::KeyPress) {
+    const auto* key = static_cast<QKeyEvent*>(event);
+    const bool enter = key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter;
+    // Enter begins a line; with Ctrl it ends the text, like Tab.
+    if (key->key() == Qt::Key_Tab || (enter && key->modifiers() & Qt::ControlModifier)) {
+      emit commitData(note);
+      emit closeEditor(note, enter ? NoHint : EditNextItem);
+      return true;
+    }
+  }
+  return QStyledItemDelegate::eventFilter(editor, event);
+}
+
+} // namespace qx

@@ -1,0 +1,63 @@
+// The rows of a job grid for a table view.
+#pragma once
+
+#ifndef Q_MOC_RUN // it stumbles over the umlauts of the job codes
+#include "ui/job_grid.h"
+#endif
+
+#include <QAbstractTableModel>
+
+#include <map>
+#include <optional>
+#include <utility>
+
+namespace qx {
+
+/// Shows the grid of a dialog; columns keep their numbers. A text that the grid refuses stays visible in its
+/// cell, with the reason, until another one is taken or it is dropped.
+class GridModel final : public QAbstractTableModel {
+  Q_OBJECT
+
+public:
+  /// The grid outlives the model.
+  explicit GridModel(JobGrid& grid, QObject* parent = nullptr);
+
+  int rowCount(const QModelIndex& parent = {}) const override;
+  int columnCount(const QModelIndex& parent = {}) const override;
+  QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
+  QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
+  Qt::ItemFlags flags(const QModelIndex& index) const override;
+  bool setData(const QModelIndex& index, const QVariant& value, int role = Qt::EditRole) override;
+
+  JobGrid& grid() { return grid_; }
+  const GridColumn& column(int column) const { return grid_.columns()[static_cast<std::size_t>(column)]; }
+  /// Takes over whatever the grid holds now.
+  void refresh();
+  int addRow();
+  void removeRow(int row);
+  bool isRefused(const QModelIndex& index) const;
+  /// Shows the value of the cell again.
+  void dropRefused(const QModelIndex& index);
+  /// A cell whose text was refused; invalid when there is none.
+  QModelIndex firstRefused() const;
+
+signals:
+  /// A cell was set. `refusal` is empty when its text was taken.
+  void cellSet(const QString& refusal);
+
+private:
+  struct Refused {
+    QString text;
+    QString reason;
+  };
+  using Place = std::pair<int, int>; ///< row, column
+
+  const Refused* refusedAt(const QModelIndex& index) const;
+  QVariant alignment(GridColumnKind kind) const;
+
+  JobGrid& grid_;
+  int rows_ = 0; ///< as the views know it
+  std::map<Place, Refused> refused_;
+};
+
+} // namespace qx

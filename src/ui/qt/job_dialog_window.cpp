@@ -1,0 +1,483 @@
+#include "ui/qt/job_dialog_window.h"
+
+#include "settings/settings.h"
+#include "ui/address_dialog.h"
+#include "ui/job_dialogs.h"
+#include "ui/qt/access_keys.h"
+#include "ui/qt/address_window.h"
+#include "ui/qt/control_form.h"
+#include "ui/qt/elided_label.h"
+#include "ui/qt/findings_model.h"
+#include "ui/qt/form_window.h"
+#include "ui/qt/grid_view.h"
+#include "ui/qt/text.h"
+#include "ui/qt/window_memory.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
+#include <QDialog>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QShortcut>
+#include <QSplitter>
+#include <QTableView>
+#include <QTimer>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+namespace qx {
+namespace {
+
+constexpr std::size_t checkedAtOnce = 50; ///< positions between two looks at the message loop
+
+/// Under which key the size of a dialog is kept.
+std::string_view memoryKey(std::int16_t jobType) {
+  switch (kindOf(jobType)) {
+  case qxtjobkunden:
+    return "DialogKunde";
+  case qxtJobAufträge:
+    return "DialogAuftrag";
+  default:
+    return "DialogVertrag";
+  }
+}
+
+class JobDialogWindow final : public QDialog {
+public:
+  JobDialogWindow(QWidget* parent, const DialogContext& context, JobDialog& dialog, bool offerNext);
+
+  DialogEnd end() const { return end_; }
+  void reject() override;
+  void done(int result) override;
+
+protected:
+  void keyPressEvent(QKeyEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
+  void showEvent(QShowEvent* event) override;
+
+private:
+  QWidget* buildHead();
+  QWidget* buildForm();
+  QWidget* buildFindings();
+  QWidget* buildGrid();
+  QLayout* buildButtons(bool offerNext);
+  QPushButton* addButton(QLayout& row, AccessKeys& keys, const char* name, const QString& caption,
+                         void (JobDialogWindow::*pressed)());
+  void setSizes();
+  void fitForm();
+
+  /// Shows what the presenter says now.
+  void render();
+  void renderFindings();
+  /// Hands over what is still being typed.
+  void commit();
+  bool changed();
+  bool mayLeave();
+  bool save();
+  void saveAndClose();
+  void saveAndGoOn();
+  void release();
+  void erase();
+  void editAddresses();
+  void openDetails(std::size_t row);
+  void goTo(const Finding& finding);
+  void copyFindings();
+  void startChecks();
+  void checkMore();
+
+  DialogContext context_;
+  JobDialog& dialog_;
+  WindowMemory memory_;
+  DialogEnd end_ = DialogEnd::Closed;
+  ElidedLabel* title_ = nullptr;
+  QLabel* notice_ = nullptr;
+  QLabel* progress_ = nullptr;
+  QSplitter* splitter_ = nullptr;
+  QScrollArea* scroll_ = nullptr;
+  ControlForm* form_ = nullptr;
+  FindingsModel* findings_ = nullptr;
+  QTableView* findingsView_ = nullptr;
+  GridView* grid_ = nullptr;
+  QPushButton* release_ = nullptr;
+  QPushButton* save_ = nullptr;
+  QTimer checks_;
+};
+
+JobDialogWindow::JobDialogWindow(QWidget* parent, const DialogContext& context, JobDialog& dialog,
+                                 bool offerNext)
+    : QDialog(parent), context_(context), dialog_(dialog),
+      memory_(context.environment, memoryKey(dialog.jobType())) {
+  setObjectName(QStringLiteral("frmVorgang"));
+  setWindowFlag(Qt::WindowMaximizeButtonHint);
+  setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+  auto* layout = new QVBoxLayout(this);
+  layout->addWidget(buildHead());
+  splitter_ = new QSplitter(Qt::Vertical, this);
+  splitter_->setChildrenCollapsible(false);
+  splitter_->addWidget(buildForm());
+  splitter_->addWidget(buildFindings());
+  if (dialog_.grid() != nullptr) splitter_->addWidget(buildGrid());
+  layout->addWidget(splitter_, 1);
+  layout->addLayout(buildButtons(offerNext));
+
+  auto* saving = new QShortcut(QKeySequence::Save, this);
+  connect(saving, &QShortcut::activated, save_, &QPushButton::click);
+  checks_.setInterval(0);
+  connect(&checks_, &QTimer::timeout, this, &JobDialogWindow::checkMore);
+  render();
+  setSizes();
+  startChecks();
+}
+
+QWidget* JobDialogWindow::buildHead() {
+  auto* head = new QWidget(this);
+  auto* layout = new QVBoxLayout(head);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(2);
+  title_ = new ElidedLabel(head);
+  title_->setObjectName(QStringLiteral("lblTitel"));
+  QFont font = title_->font();
+  font.setBold(true);
+  font.setPointSizeF(font.pointSizeF() * 1.2);
+  title_->setFont(font);
+  notice_ = new QLabel(head);
+  notice_->setObjectName(QStringLiteral("lblHinweis"));
+  notice_->setTextFormat(Qt::PlainText);
+  notice_->setWordWrap(true);
+  layout->addWidget(title_);
+  layout->addWidget(notice_);
+  return head;
+}
+
+QWidget* JobDialogWindow::buildForm() {
+  form_ = new ControlForm(dialog_, context_.environment.desktop, dialog_.boxTitle());
+  scroll_ = new QScrollArea(this);
+  scroll_->setWidgetResizable(true);
+  scroll_->setFrameShape(QFrame::NoFrame);
+  scroll_->setWidget(form_);
+  scroll_->viewport()->setAutoFillBackground(false);
+  form_->setAutoFillBackground(false);
+  scroll_->setFocusPolicy(Qt::NoFocus);
+  scroll_->viewport()->installEventFilter(this);
+  scroll_->setMinimumHeight(fontMetrics().lineSpacing() * 6);
+  connect(form_, &ControlForm::edited, this, [this] {
+    render();
+    startChecks();
+  });
+  // A field that gets the cursor is rolled into sight.
+  connect(qApp, &QApplication::focusChanged, this, [this](QWidget* /*before*/, QWidget* now) {
+    if (now != nullptr && form_->isAncestorOf(now)) scroll_->ensureWidgetVisible(now, 8, 24);
+  });
+  return scroll_;
+}
+
+QWidget* JobDialogWindow::buildFindings() {
+  findings_ = new FindingsModel(this);
+  findingsView_ = new QTableView(this);
+  findingsView_->setObjectName(QStringLiteral("lstFehler"));
+  findingsView_->setAccessibleName(QStringLiteral("Meldungen"));
+  findingsView_->setModel(findings_);
+  findingsView_->setSelectionBehavior(QAbstractItemView::SelectRows);
+  findingsView_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+  findingsView_->setShowGrid(false);
+  findingsView_->setWordWrap(false);
+  findingsView_->setTabKeyNavigation(false);
+  findingsView_->verticalHeader()->hide();
+  findingsView_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+  findingsView_->verticalHeader()->setDefaultSectionSize(fontMetrics().lineSpacing() + 6);
+  findingsView_->horizontalHeader()->setStretchLastSection(true);
+  findingsView_->horizontalHeader()->setHighlightSections(false);
+  findingsView_->setColumnWidth(0, fontMetrics().horizontalAdvance(QStringLiteral("Zuordnung mm")));
+  findingsView_->setColumnWidth(1, fontMetrics().horizontalAdvance(QStringLiteral("Status mm")));
+  findingsView_->setMinimumHeight(fontMetrics().lineSpacing() * 5);
+  connect(findingsView_, &QTableView::activated, this,
+          [this](const QModelIndex& index) { goTo(Finding(findings_->finding(index.row()))); });
+  auto* copy = new QAction(QStringLiteral("&Kopieren"), findingsView_);
+  copy->setShortcut(QKeySequence::Copy);
+  copy->setShortcutContext(Qt::WidgetShortcut);
+  connect(copy, &QAction::triggered, this, &JobDialogWindow::copyFindings);
+  findingsView_->addAction(copy);
+  findingsView_->setContextMenuPolicy(Qt::ActionsContextMenu);
+  return findingsView_;
+}
+
+QWidget* JobDialogWindow::buildGrid() {
+  grid_ = new GridView(*dialog_.grid(), Settings(context_.environment).customerSpecific(), this);
+  connect(grid_, &GridView::edited, this, [this] {
+    render();
+    startChecks();
+  });
+  connect(grid_, &GridView::detailsAsked, this, &JobDialogWindow::openDetails);
+  return grid_;
+}
+
+QPushButton* JobDialogWindow::addButton(QLayout& row, AccessKeys& keys, const char* name,
+                                        const QString& caption, void (JobDialogWindow::*pressed)()) {
+  auto* button = new QPushButton(keys.mark(caption), this);
+  button->setObjectName(QLatin1String(name));
+  // Enter belongs to the field in which it is pressed.
+  button->setAutoDefault(false);
+  button->setEnabled(!dialog_.readOnly());
+  connect(button, &QPushButton::clicked, this, pressed);
+  row.addWidget(button);
+  return button;
+}
+
+QLayout* JobDialogWindow::buildButtons(bool offerNext) {
+  AccessKeys keys;
+  for (const ControlSpec* spec : dialog_.specs()) keys.take(spec->caption);
+  auto* row = new QHBoxLayout;
+  if (dialog_.addresses() != nullptr)
+    addButton(*row, keys, "cmdAdressen", QStringLiteral("Adressen…"), &JobDialogWindow::editAddresses);
+  if (dialog_.canErase())
+    addButton(*row, keys, "cmdDelete", QStringLiteral("Löschen"), &JobDialogWindow::erase);
+  progress_ = new QLabel(this);
+  progress_->setObjectName(QStringLiteral("lblPruefung"));
+  progress_->hide();
+  row->addSpacing(12);
+  row->addWidget(progress_, 1);
+  row->addStretch(1);
+  release_ = addButton(*row, keys, "cmdFreigeben", QStringLiteral("Freigeben"), &JobDialogWindow::release);
+  release_->setToolTip(QStringLiteral("Den Vorgang trotz seiner Meldungen verarbeiten lassen"));
+  save_ = addButton(*row, keys, "cmdSpeichern", QStringLiteral("Speichern"), &JobDialogWindow::saveAndClose);
+  save_->setToolTip(QStringLiteral("Speichern und schließen (Strg+S)"));
+  if (offerNext) {
+    QPushButton* next = addButton(*row, keys, "cmdWeiter", QStringLiteral("Speichern und weiter"),
+                                  &JobDialogWindow::saveAndGoOn);
+    next->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Return));
+    next->setToolTip(QStringLiteral("Speichern und den nächsten Vorgang öffnen (Strg+Eingabe)"));
+  }
+  QPushButton* cancel = addButton(
+      *row, keys, "", dialog_.readOnly() ? QStringLiteral("Schließen") : QStringLiteral("Abbrechen"),
+      &JobDialogWindow::reject);
+  cancel->setObjectName(toQt(dialog_.cancelButton()));
+  cancel->setEnabled(true);
+  return row;
+}
+
+void JobDialogWindow::setSizes() {
+  const int line = fontMetrics().lineSpacing();
+  const int formHeight = form_->sizeHint().height() + 4;
+  const int findingsHeight = line * 8;
+  const int gridHeight = grid_ != nullptr ? line * 12 : 0;
+  const QSize usual(form_->sizeHint().width() + 60, formHeight + findingsHeight + gridHeight + line * 8);
+  splitter_->setStretchFactor(0, 0);
+  splitter_->setStretchFactor(1, 1);
+  if (grid_ != nullptr) splitter_->setStretchFactor(2, 3);
+  if (!memory_.restore(*this, splitter_, usual)) {
+    QList<int> sizes{formHeight, findingsHeight};
+    if (grid_ != nullptr) sizes.append(gridHeight);
+    splitter_->setSizes(sizes);
+  }
+}
+
+void JobDialogWindow::fitForm() { form_->fitWidth(scroll_->viewport()->width()); }
+
+void JobDialogWindow::showEvent(QShowEvent* event) {
+  QDialog::showEvent(event);
+  fitForm();
+}
+
+bool JobDialogWindow::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == scroll_->viewport() && event->type() == QEvent::Resize) fitForm();
+  return QDialog::eventFilter(watched, event);
+}
+
+void JobDialogWindow::render() {
+  const QString title = toQt(dialog_.title());
+  setWindowTitle(title);
+  title_->setText(title);
+  QString notice = toQt(dialog_.readOnlyReason());
+  if (notice.isEmpty()) notice = toQt(dialog_.notice());
+  notice_->setText(notice);
+  notice_->setVisible(!notice.isEmpty());
+  form_->render();
+  if (grid_ != nullptr) grid_->render();
+  renderFindings();
+  release_->setVisible(dialog_.canRelease() && !dialog_.released());
+}
+
+void JobDialogWindow::renderFindings() {
+  std::optional<Finding> current;
+  if (findingsView_->currentIndex().isValid())
+    current = findings_->finding(findingsView_->currentIndex().row());
+  const int place = findingsView_->verticalScrollBar()->value();
+  findings_->show(dialog_.findings());
+  if (current)
+    if (const auto row = findings_->rowOf(*current)) findingsView_->selectRow(*row);
+  findingsView_->verticalScrollBar()->setValue(place);
+}
+
+void JobDialogWindow::commit() {
+  if (grid_ != nullptr) grid_->commit();
+  form_->commit();
+}
+
+bool JobDialogWindow::changed() { return dialog_.changed() || (grid_ != nullptr && grid_->hasRefused()); }
+
+bool JobDialogWindow::mayLeave() {
+  commit();
+  if (dialog_.readOnly() || !changed()) return true;
+  QMessageBox box(QMessageBox::Question, toQt(defaultTitle),
+                  QStringLiteral("Der Vorgang wurde geändert.\nSollen die Änderungen gespeichert werden?"),
+                  QMessageBox::NoButton, this);
+  QPushButton* saving = box.addButton(QStringLiteral("&Speichern"), QMessageBox::AcceptRole);
+  QPushButton* dropping = box.addButton(QStringLiteral("&Verwerfen"), QMessageBox::DestructiveRole);
+  QPushButton* back = box.addButton(QStringLiteral("&Zurück"), QMessageBox::RejectRole);
+  box.setDefaultButton(saving);
+  box.setEscapeButton(back);
+  box.exec();
+  if (box.clickedButton() == saving) return save();
+  return box.clickedButton() == dropping;
+}
+
+bool JobDialogWindow::save() {
+  commit();
+  if (grid_ != nullptr && grid_->showRefused()) return false;
+  const bool saved = dialog_.save();
+  render();
+  return saved;
+}
+
+void JobDialogWindow::saveAndClose() {
+  if (save()) accept();
+}
+
+void JobDialogWindow::saveAndGoOn() {
+  if (!save()) return;
+  end_ = DialogEnd::Next;
+  accept();
+}
+
+void JobDialogWindow::release() {
+  commit();
+  dialog_.release(true);
+  // The button goes; what is left to do is saving.
+  save_->setFocus(Qt::OtherFocusReason);
+  render();
+}
+
+void JobDialogWindow::erase() {
+  if (dialog_.erase())
+    accept();
+  else
+    render();
+}
+
+void JobDialogWindow::editAddresses() {
+  commit();
+  const std::unique_ptr<AddressDialog> addresses = dialog_.addresses();
+  if (!addresses || !editJobAddresses(this, context_.environment, *addresses)) return;
+  dialog_.takeAddresses(*addresses);
+  render();
+}
+
+void JobDialogWindow::openDetails(std::size_t row) {
+  commit();
+  JobGrid& grid = *dialog_.grid();
+  const JobReference job = grid.detailsOf(row);
+  if (const std::unique_ptr<Form> details = grid.details(row)) {
+    showForm(this, context_.environment, *details, QStringLiteral("Position"), "DialogPosition");
+  } else if (job.jobId.empty()) {
+    return;
+  } else {
+    showJobDialog(this, context_, job.jobId, job.jobType, false);
+    // The rows show what the other dialog has saved.
+    if (const auto customer = dialog_.find("txtKundennummer")) dialog_.leave(*customer);
+  }
+  render();
+  startChecks();
+}
+
+void JobDialogWindow::goTo(const Finding& finding) {
+  if (grid_ != nullptr && !finding.item.empty()) {
+    if (const auto row = dialog_.grid()->rowOf(finding.item)) grid_->selectRow(*row);
+  } else if (grid_ != nullptr && finding.control == dialog_.grid()->name()) {
+    grid_->selectRow(0);
+  } else {
+    form_->focusControl(finding.control);
+  }
+}
+
+void JobDialogWindow::copyFindings() {
+  QStringList lines;
+  QModelIndexList rows = findingsView_->selectionModel()->selectedRows();
+  std::sort(rows.begin(), rows.end());
+  for (const QModelIndex& row : rows) lines.append(findings_->line(row.row()));
+  if (!lines.isEmpty()) QApplication::clipboard()->setText(lines.join(QLatin1Char('\n')));
+}
+
+void JobDialogWindow::startChecks() {
+  if (dialog_.checksLeft() == 0) return;
+  checks_.start();
+}
+
+void JobDialogWindow::checkMore() {
+  const std::size_t before = dialog_.checksLeft();
+  dialog_.checkMore(checkedAtOnce);
+  const std::size_t left = dialog_.checksLeft();
+  // Checks that do not get on are given up; the notice says why.
+  const bool over = left == 0 || left >= before;
+  if (over) checks_.stop();
+  const std::size_t all = std::max(left, dialog_.grid() != nullptr ? dialog_.grid()->rowCount() : left);
+  progress_->setText(QStringLiteral("Positionen werden geprüft (%1 von %2)").arg(all - left).arg(all));
+  progress_->setVisible(!over);
+  if (grid_ != nullptr) grid_->render();
+  renderFindings();
+  if (!over) return;
+  notice_->setText(toQt(dialog_.notice()));
+  notice_->setVisible(!notice_->text().isEmpty());
+  render();
+}
+
+void JobDialogWindow::reject() {
+  if (mayLeave()) QDialog::reject();
+}
+
+void JobDialogWindow::done(int result) {
+  checks_.stop();
+  memory_.keep(*this, splitter_);
+  QDialog::done(result);
+}
+
+void JobDialogWindow::keyPressEvent(QKeyEvent* event) {
+  if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter) {
+    QDialog::keyPressEvent(event);
+    return;
+  }
+  if (auto* button = qobject_cast<QPushButton*>(focusWidget()))
+    button->click();
+  else
+    form_->commit();
+}
+
+} // namespace
+
+DialogEnd showJobDialog(QWidget* parent, const DialogContext& context, std::string_view jobId,
+                        std::int16_t jobType, bool offerNext) {
+  const std::unique_ptr<JobDialog> dialog = makeJobDialog(context, jobType);
+  if (!dialog) {
+    context.environment.desktop.show({"Zu dieser Art von Vorgang gibt es keinen Dialog.",
+                                      std::string(defaultTitle), MessageIcon::Exclamation});
+    return DialogEnd::Closed;
+  }
+  if (!dialog->load(jobId)) {
+    context.environment.desktop.show({dialog->notice(), std::string(defaultTitle), MessageIcon::Exclamation});
+    return DialogEnd::Closed;
+  }
+  JobDialogWindow window(parent, context, *dialog, offerNext);
+  window.exec();
+  return window.end();
+}
+
+} // namespace qx

@@ -1,0 +1,30 @@
+// The size of a window from one time to the next.
+#pragma once
+
+#include "platform/environment.h"
+
+#include <string>
+#include <string_view>
+
+class QSize;
+class QSplitter;
+class QWidget;
+
+namespace qx {
+
+/// Keeps a window's size and the places of its splitter in the user's settings, under a key per window. A
+/// failure is told to the diagnostics; the window has its usual size then.
+class WindowMemory {
+public:
+  WindowMemory(Environment& environment, std::string_view key) : environment_(environment), key_(key) {}
+
+  /// Sizes the window as it was, or as given, and no larger than the screen. False when nothing was kept.
+  bool restore(QWidget& window, QSplitter* splitter, const QSize& usual) const;
+  void keep(const QWidget& window, const QSplitter* splitter) const;
+
+private:
+  Environment& environment_;
+  std::string key_;
+};
+
+} // namespace qx
