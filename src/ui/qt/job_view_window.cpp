@@ -142,10 +142,15 @@ JobViewWindow::JobViewWindow(Environment& environment, ImportJobObject2& engine,
 JobViewWindow::~JobViewWindow() = default;
 
 void JobViewWindow::open() {
-  if (opened_) {
-    setWindowState(windowState() & ~Qt::WindowMinimized);
-    raise();
-    activateWindow();
+  show();
+  if (isMinimized()) setWindowState(windowState() & ~Qt::WindowMinimized);
+  raise();
+  activateWindow();
+}
+
+void JobViewWindow::setVisible(bool visible) {
+  if (!visible || opened_) {
+    QMainWindow::setVisible(visible);
     return;
   }
   opened_ = true;
@@ -153,11 +158,17 @@ void JobViewWindow::open() {
   restoreLayout();
   restorePlace();
   render();
-  show();
   list_->setFocus();
+  QMainWindow::setVisible(true);
   timer_.start(tickInterval);
-  presenter_.load();
-  render();
+  // The options of a first start and the report on a file come above a window that can be seen.
+  QMetaObject::invokeMethod(
+      this,
+      [this] {
+        presenter_.load();
+        render();
+      },
+      Qt::QueuedConnection);
 }
 
 QAction* JobViewWindow::makeAction(const char* name, const QString& caption, const QKeySequence& shortcut) {
@@ -485,7 +496,8 @@ void JobViewWindow::renderTools() {
 
 void JobViewWindow::renderList() {
   const std::string job = state().current ? state().rows[*state().current].jobId : std::string();
-  const int scrolled = list_->verticalScrollBar()->value();
+  const int down = list_->verticalScrollBar()->value();
+  const int across = list_->horizontalScrollBar()->value();
   const bool made = state().listing != shownListing_;
   if (made) {
     model_->setRows(state().rows);
@@ -501,8 +513,9 @@ void JobViewWindow::renderList() {
     list_->selectionModel()->setCurrentIndex(current,
                                              QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
     list_->setAutoScroll(true);
-    list_->verticalScrollBar()->setValue(scrolled);
+    list_->verticalScrollBar()->setValue(down);
     if (current.isValid() && job != shownJob_) list_->scrollTo(current);
+    list_->horizontalScrollBar()->setValue(across);
   }
   if (made || job != shownJob_) detailsTimer_.start(detailsDelay);
   shownJob_ = job;

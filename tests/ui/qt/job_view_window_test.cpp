@@ -52,7 +52,6 @@ protected:
     window = std::make_unique<JobViewWindow>(erp.environment, *engine, std::move(dialogs));
     window->open();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
-    window->activateWindow();
     list().setFocus();
     QCoreApplication::processEvents();
   }
