@@ -257,6 +257,8 @@ void JobViewWindow::makeToolBar() {
   bar->setMovable(false);
   bar->setContextMenuPolicy(Qt::PreventContextMenu);
   bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+  const int side = style()->pixelMetric(QStyle::PM_SmallIconSize) * 5 / 4;
+  bar->setIconSize({side, side});
 
   processMenu_ = new QMenu(this);
   processMenu_->addAction(tool("ProcessTransactions"));
@@ -272,6 +274,7 @@ void JobViewWindow::makeToolBar() {
   processButton_->setObjectName(QStringLiteral("btnProcess"));
   processButton_->setDefaultAction(tool("ProcessTransactions"));
   processButton_->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+  processButton_->setIconSize({side, side});
   bar->addWidget(processButton_);
   bar->addAction(tool("UpdateDisplay"));
   bar->addSeparator();
@@ -280,11 +283,10 @@ void JobViewWindow::makeToolBar() {
   bar->addSeparator();
   bar->addAction(tool("Delete"));
   bar->addAction(tool("Options"));
+}
 
-  auto* gap = new QWidget(bar);
-  gap->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
-  bar->addWidget(gap);
-  search_ = new QLineEdit(bar);
+QLineEdit* JobViewWindow::makeSearch(QWidget* parent) {
+  search_ = new QLineEdit(parent);
   search_->setObjectName(QStringLiteral("txtSearch"));
   search_->setAccessibleName(QStringLiteral("Suchen"));
   search_->setPlaceholderText(QStringLiteral("Suchen (Strg+F)"));
@@ -294,11 +296,11 @@ void JobViewWindow::makeToolBar() {
   if (const QIcon icon = picture("tool-search"); !icon.isNull())
     search_->addAction(icon, QLineEdit::LeadingPosition);
   search_->installEventFilter(this);
-  bar->addWidget(search_);
   connect(search_, &QLineEdit::textChanged, this, [this](const QString& text) {
     presenter_.search(fromQt(text));
     render();
   });
+  return search_;
 }
 
 QWidget* JobViewWindow::makeFilterBar() {
@@ -319,7 +321,8 @@ QWidget* JobViewWindow::makeFilterBar() {
     layout->addWidget(button);
     filterButtons_.emplace(name, button);
   }
-  layout->addStretch();
+  layout->addStretch(1);
+  layout->addWidget(makeSearch(bar), 2);
   return bar;
 }
 

@@ -78,6 +78,7 @@ private:
   QMenu* makeMenu(const QString& caption, const std::vector<std::string_view>& tools);
   void makeToolBar();
   QWidget* makeFilterBar();
+  QLineEdit* makeSearch(QWidget* parent);
   void makeStatusLine();
   void connectList();
   QAction* tool(std::string_view name) const;
