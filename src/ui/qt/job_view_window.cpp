@@ -7,6 +7,7 @@
 #include "ui/qt/text.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QClipboard>
 #include <QCloseEvent>
 #include <QGuiApplication>
@@ -525,9 +526,10 @@ void JobViewWindow::renderList() {
   const bool hadFocus = list_->hasFocus();
   if (list_->isEnabled() != state().listEnabled) {
     list_->setEnabled(state().listEnabled);
-    // A disabled list loses the focus; the keys must find it again after a run.
-    if (state().listEnabled && focusWidget() == nullptr) list_->setFocus();
-    if (hadFocus && !state().listEnabled) setFocus();
+    // A disabled list loses the focus. The window keeps it meanwhile, so that the keys find back afterwards
+    // unless the clerk has gone elsewhere.
+    if (hadFocus) setFocus();
+    if (state().listEnabled && QApplication::focusWidget() == this) list_->setFocus();
   }
   list_->horizontalHeader()->setSortIndicator(static_cast<int>(state().sortColumn), state().sortDescending
                                                                                         ? Qt::DescendingOrder

@@ -210,7 +210,7 @@ TEST_F(JobViewWindowTest, F9RunsToTheEndAndShowsWhatBecameOfTheJobs) {
   EXPECT_TRUE(list().isEnabled());
   EXPECT_FALSE(control<QProgressBar>("ProgressBar").isVisible());
   EXPECT_EQ(rows(), static_cast<int>(window->state().rows.size()));
-  QTest::keyClick(&list(), Qt::Key_F5);
+  EXPECT_TRUE(list().hasFocus());
   EXPECT_TRUE(list().currentIndex().isValid());
 }
 
