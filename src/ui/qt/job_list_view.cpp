@@ -14,7 +14,8 @@
 namespace qx {
 namespace {
 
-/// Shows a state in the middle of its cell, in its own colours on a selected row too.
+/// Shows a state in the middle of its cell, in its own colours. On a selected row it stands on the colour of
+/// the list, else some of them could not be told from the selection.
 class PictureDelegate final : public QStyledItemDelegate {
 public:
   using QStyledItemDelegate::QStyledItemDelegate;
@@ -31,6 +32,14 @@ public:
     const int side = style->pixelMetric(QStyle::PM_SmallIconSize, &option, option.widget);
     QRect place(0, 0, side, side);
     place.moveCenter(option.rect.center());
+    if (enabled && !icon.isNull() && (option.state & QStyle::State_Selected) != 0) {
+      painter->save();
+      painter->setRenderHint(QPainter::Antialiasing);
+      painter->setPen(Qt::NoPen);
+      painter->setBrush(option.palette.base());
+      painter->drawEllipse(place.adjusted(-1, -1, 1, 1));
+      painter->restore();
+    }
     icon.paint(painter, place, Qt::AlignCenter, enabled ? QIcon::Normal : QIcon::Disabled);
   }
 };

@@ -7,6 +7,7 @@
 #include "ui/qt/text.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QClipboard>
 #include <QCloseEvent>
 #include <QGuiApplication>
@@ -142,10 +143,15 @@ JobViewWindow::JobViewWindow(Environment& environment, ImportJobObject2& engine,
 JobViewWindow::~JobViewWindow() = default;
 
 void JobViewWindow::open() {
-  if (opened_) {
-    setWindowState(windowState() & ~Qt::WindowMinimized);
-    raise();
-    activateWindow();
+  show();
+  if (isMinimized()) setWindowState(windowState() & ~Qt::WindowMinimized);
+  raise();
+  activateWindow();
+}
+
+void JobViewWindow::setVisible(bool visible) {
+  if (!visible || opened_) {
+    QMainWindow::setVisible(visible);
     return;
   }
   opened_ = true;
@@ -153,11 +159,17 @@ void JobViewWindow::open() {
   restoreLayout();
   restorePlace();
   render();
-  show();
   list_->setFocus();
+  QMainWindow::setVisible(true);
   timer_.start(tickInterval);
-  presenter_.load();
-  render();
+  // The options of a first start and the report on a file come above a window that can be seen.
+  QMetaObject::invokeMethod(
+      this,
+      [this] {
+        presenter_.load();
+        render();
+      },
+      Qt::QueuedConnection);
 }
 
 QAction* JobViewWindow::makeAction(const char* name, const QString& caption, const QKeySequence& shortcut) {
@@ -246,6 +258,8 @@ void JobViewWindow::makeToolBar() {
   bar->setMovable(false);
   bar->setContextMenuPolicy(Qt::PreventContextMenu);
   bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+  const int side = style()->pixelMetric(QStyle::PM_SmallIconSize) * 5 / 4;
+  bar->setIconSize({side, side});
 
   processMenu_ = new QMenu(this);
   processMenu_->addAction(tool("ProcessTransactions"));
@@ -261,6 +275,7 @@ void JobViewWindow::makeToolBar() {
   processButton_->setObjectName(QStringLiteral("btnProcess"));
   processButton_->setDefaultAction(tool("ProcessTransactions"));
   processButton_->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+  processButton_->setIconSize({side, side});
   bar->addWidget(processButton_);
   bar->addAction(tool("UpdateDisplay"));
   bar->addSeparator();
@@ -269,11 +284,10 @@ void JobViewWindow::makeToolBar() {
   bar->addSeparator();
   bar->addAction(tool("Delete"));
   bar->addAction(tool("Options"));
+}
 
-  auto* gap = new QWidget(bar);
-  gap->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
-  bar->addWidget(gap);
-  search_ = new QLineEdit(bar);
+QLineEdit* JobViewWindow::makeSearch(QWidget* parent) {
+  search_ = new QLineEdit(parent);
   search_->setObjectName(QStringLiteral("txtSearch"));
   search_->setAccessibleName(QStringLiteral("Suchen"));
   search_->setPlaceholderText(QStringLiteral("Suchen (Strg+F)"));
@@ -283,11 +297,11 @@ void JobViewWindow::makeToolBar() {
   if (const QIcon icon = picture("tool-search"); !icon.isNull())
     search_->addAction(icon, QLineEdit::LeadingPosition);
   search_->installEventFilter(this);
-  bar->addWidget(search_);
   connect(search_, &QLineEdit::textChanged, this, [this](const QString& text) {
     presenter_.search(fromQt(text));
     render();
   });
+  return search_;
 }
 
 QWidget* JobViewWindow::makeFilterBar() {
@@ -308,7 +322,8 @@ QWidget* JobViewWindow::makeFilterBar() {
     layout->addWidget(button);
     filterButtons_.emplace(name, button);
   }
-  layout->addStretch();
+  layout->addStretch(1);
+  layout->addWidget(makeSearch(bar), 2);
   return bar;
 }
 
@@ -485,7 +500,8 @@ void JobViewWindow::renderTools() {
 
 void JobViewWindow::renderList() {
   const std::string job = state().current ? state().rows[*state().current].jobId : std::string();
-  const int scrolled = list_->verticalScrollBar()->value();
+  const int down = list_->verticalScrollBar()->value();
+  const int across = list_->horizontalScrollBar()->value();
   const bool made = state().listing != shownListing_;
   if (made) {
     model_->setRows(state().rows);
@@ -501,17 +517,19 @@ void JobViewWindow::renderList() {
     list_->selectionModel()->setCurrentIndex(current,
                                              QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
     list_->setAutoScroll(true);
-    list_->verticalScrollBar()->setValue(scrolled);
+    list_->verticalScrollBar()->setValue(down);
     if (current.isValid() && job != shownJob_) list_->scrollTo(current);
+    list_->horizontalScrollBar()->setValue(across);
   }
   if (made || job != shownJob_) detailsTimer_.start(detailsDelay);
   shownJob_ = job;
   const bool hadFocus = list_->hasFocus();
   if (list_->isEnabled() != state().listEnabled) {
     list_->setEnabled(state().listEnabled);
-    // A disabled list loses the focus; the keys must find it again after a run.
-    if (state().listEnabled && focusWidget() == nullptr) list_->setFocus();
-    if (hadFocus && !state().listEnabled) setFocus();
+    // A disabled list loses the focus. The window keeps it meanwhile, so that the keys find back afterwards
+    // unless the clerk has gone elsewhere.
+    if (hadFocus) setFocus();
+    if (state().listEnabled && QApplication::focusWidget() == this) list_->setFocus();
   }
   list_->horizontalHeader()->setSortIndicator(static_cast<int>(state().sortColumn), state().sortDescending
                                                                                         ? Qt::DescendingOrder

@@ -49,9 +49,11 @@ public:
   JobViewWindow(Environment& environment, ImportJobObject2& engine, JobViewDialogs dialogs);
   ~JobViewWindow() override;
 
-  /// Reads the jobs, takes its old place on the screen and shows itself; a window that is open already comes
-  /// to the front.
+  /// Shows itself in front of the others.
   void open();
+  /// The first time it is shown it reads the jobs and takes its old place on the screen; permissions, the
+  /// options of a first start and a file handed over before follow when the message loop runs.
+  void setVisible(bool visible) override;
   const JobViewState& state() const { return presenter_.state(); }
 
 protected:
@@ -76,6 +78,7 @@ private:
   QMenu* makeMenu(const QString& caption, const std::vector<std::string_view>& tools);
   void makeToolBar();
   QWidget* makeFilterBar();
+  QLineEdit* makeSearch(QWidget* parent);
   void makeStatusLine();
   void connectList();
   QAction* tool(std::string_view name) const;

@@ -52,7 +52,6 @@ protected:
     window = std::make_unique<JobViewWindow>(erp.environment, *engine, std::move(dialogs));
     window->open();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
-    window->activateWindow();
     list().setFocus();
     QCoreApplication::processEvents();
   }
@@ -211,7 +210,7 @@ TEST_F(JobViewWindowTest, F9RunsToTheEndAndShowsWhatBecameOfTheJobs) {
   EXPECT_TRUE(list().isEnabled());
   EXPECT_FALSE(control<QProgressBar>("ProgressBar").isVisible());
   EXPECT_EQ(rows(), static_cast<int>(window->state().rows.size()));
-  QTest::keyClick(&list(), Qt::Key_F5);
+  EXPECT_TRUE(list().hasFocus());
   EXPECT_TRUE(list().currentIndex().isValid());
 }
 
