@@ -8,5 +8,5 @@ folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
 # A home of its own: the pictures must not show the settings of whoever draws them.
 HOME=$folder XDG_CONFIG_HOME=$folder/config XDG_RUNTIME_DIR=$folder QT_QPA_PLATFORM=xcb \
-  xvfb-run -a -s "-screen 0 1600x1000x24" build/dev/bin/draw_screenshots "$folder/demo.db" docs/images
+  timeout 120 xvfb-run -a -s "-screen 0 1600x1000x24" build/dev/bin/draw_screenshots "$folder/demo.db" docs/images
 ls docs/images/*.png

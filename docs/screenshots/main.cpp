@@ -8,7 +8,6 @@
 #include "ui/qt/lookup_window.h"
 #include "ui/qt/options_window.h"
 #include "ui/qt/pictures.h"
-#include "ui/qt/qt_desktop.h"
 #include "ui/qt/small_windows.h"
 #include "ui/qt/text.h"
 
@@ -24,6 +23,7 @@
 #include <functional>
 #include <iostream>
 #include <memory>
+#include <optional>
 #include <stdexcept>
 
 namespace qx {
@@ -105,7 +105,16 @@ private:
 
 void draw(const std::string& database, const std::string& folder) {
   StreamDiagnostics diagnostics(std::cerr, true);
-  QtDesktop desktop(diagnostics);
+  // Nobody is there to answer a box.
+  class NoBoxes final : public Desktop {
+    void show(const Message& /*message*/) override {}
+    bool ask(const Message& /*message*/) override { return false; }
+    std::optional<std::string> chooseFile(std::string_view /*title*/, std::string_view /*filter*/,
+                                          bool /*forWriting*/) override {
+      return std::nullopt;
+    }
+    void yield() override { QApplication::processEvents(); }
+  } desktop;
   class NoView final : public JobView {
     void open() override {}
     void close() override {}
@@ -117,7 +126,6 @@ void draw(const std::string& database, const std::string& folder) {
   cli::Composition composition(options, diagnostics, desktop, view);
   composition.create(true);
   Environment& environment = composition.open();
-  desktop.watch(environment.connection);
   composition.offerLookups([&environment, &diagnostics] {
     return std::make_unique<QtAuskunft>(environment.localSettings, diagnostics);
   });

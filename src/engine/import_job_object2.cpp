@@ -6,6 +6,7 @@
 #include "store/job_file_import.h"
 #include "store/new_job_key.h"
 
+#include <chrono>
 #include <exception>
 #include <utility>
 
@@ -187,7 +188,17 @@ void ImportJobObject2::DelItem(std::string_view ItemName, bool DelKundenVertrag)
 }
 
 void ImportJobObject2::DelArchives() {
-  guarded("DelArchives", "Fehler beim Löschen: ", [this] { deletion_.DelArchives(); });
+  // The window around it is drawn meanwhile.
+  auto last = environment_.clock.elapsed();
+  guarded("DelArchives", "Fehler beim Löschen: ", [&] {
+    deletion_.DelArchives([&] {
+      constexpr std::chrono::milliseconds span{100};
+      const auto now = environment_.clock.elapsed();
+      if (now - last < span) return;
+      last = now;
+      environment_.desktop.yield();
+    });
+  });
 }
 
 bool ImportJobObject2::Export(std::string_view FileName) {
