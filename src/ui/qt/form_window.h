@@ -12,8 +12,8 @@ namespace qx {
 
 class Form;
 
-/// Opens a form modally whose changes take effect as each field is left; returns when it is closed. The size is
-/// kept under `memoryKey`.
+/// Opens a form modally whose changes take effect as each field is left; returns when it is closed. The size
+/// is kept under `memoryKey`.
 void showForm(QWidget* parent, Environment& environment, Form& form, const QString& title,
               std::string_view memoryKey);
 

@@ -88,13 +88,15 @@ void GridDelegate::updateEditorGeometry(QWidget* editor, const QStyleOptionViewI
 
 void GridDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const {
   QStyledItemDelegate::initStyleOption(option, index);
-  if (option->features & QStyleOptionViewItem::HasDecoration && option->text.isEmpty())
-    option->decorationAlignment = Qt::AlignCenter;
   if (kind(index) == GridColumnKind::Check) option->features &= ~QStyleOptionViewItem::HasCheckIndicator;
 }
 
 void GridDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                          const QModelIndex& index) const {
+  if (kind(index) == GridColumnKind::Picture || kind(index) == GridColumnKind::Button) {
+    PictureDelegate::paint(painter, option, index);
+    return;
+  }
   QStyledItemDelegate::paint(painter, option, index);
   if (kind(index) != GridColumnKind::Check) return;
   const QStyle* style = option.widget != nullptr ? option.widget->style() : QApplication::style();

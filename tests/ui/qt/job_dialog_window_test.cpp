@@ -110,9 +110,9 @@ TEST_F(JobDialogWindowTest, ActivatingAFindingPutsTheCursorIntoItsField) {
   });
   show("V1", [](QDialog& window) {
     EXPECT_THAT(findingCodes(window), ElementsAre("VGG", "ME"));
+    // The cursor begins at the worst finding.
     auto& list = child<QTableView>(window, "lstFehler");
-    list.setFocus();
-    list.selectRow(0);
+    ASSERT_TRUE(list.hasFocus());
     QTest::keyClick(&list, Qt::Key_Return);
     EXPECT_TRUE(child<QLineEdit>(window, "txtVertragsgegenstand").hasFocus());
     const QRect second = list.visualRect(list.model()->index(1, 2));
@@ -380,6 +380,29 @@ TEST_F(JobDialogWindowTest, PositionsAreCheckedWhileTheWindowIsOpenAndTheirFindi
     auto& table = child<QTableView>(window, "TDBGrid1");
     EXPECT_TRUE(table.hasFocus());
     EXPECT_EQ(table.currentIndex().row(), 110);
+  });
+}
+
+TEST_F(JobDialogWindowTest, TheDetailsOfAPositionReachItsRowAndF4ChoosesItsArticle) {
+  stageOrder("O1");
+  stagePriced("O1", 1, 3);
+  show("O1", [&](QDialog& window) {
+    auto& table = child<QTableView>(window, "TDBGrid1");
+    table.setCurrentIndex(cell(window, 0, "Details"));
+    table.setFocus();
+    inNextWindow([](QDialog& details) {
+      enterInto(details, "tdbnbrMenge", "8");
+      press(details, "cmdClose");
+    });
+    QTest::keyClick(&table, Qt::Key_Space);
+    EXPECT_EQ(cell(window, 0, "Menge").data().toString(), QStringLiteral("8"));
+
+    chosen = {"B200"};
+    table.setCurrentIndex(cell(window, 0, "Artikelnummer"));
+    table.setFocus();
+    QTest::keyClick(&table, Qt::Key_F4);
+    EXPECT_EQ(cell(window, 0, "Artikelnummer").data().toString(), QStringLiteral("B200"));
+    EXPECT_THAT(findingCodes(window), Contains("PR 1"));
   });
 }
 
