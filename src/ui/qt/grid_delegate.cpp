@@ -13,6 +13,11 @@
 #include <algorithm>
 
 namespace qx {
+namespace {
+
+constexpr const char* filled = "qxFilled"; ///< the editor has got its text
+
+} // namespace
 
 QWidget* GridDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem& /*option*/,
                                     const QModelIndex& index) const {
@@ -49,6 +54,9 @@ QWidget* GridDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&
 }
 
 void GridDelegate::setEditorData(QWidget* editor, const QModelIndex& index) const {
+  // The view asks again whenever the model changes; what is being typed stays.
+  if (editor->property(filled).toBool()) return;
+  editor->setProperty(filled, true);
   const QString text = index.data(Qt::EditRole).toString();
   if (auto* note = qobject_cast<QPlainTextEdit*>(editor)) {
     note->setPlainText(QString(text).replace(QStringLiteral("\r\n"), QStringLiteral("\n")));

@@ -441,10 +441,7 @@ void JobDialogWindow::checkMore() {
   progress_->setVisible(!over);
   if (grid_ != nullptr) grid_->render();
   renderFindings();
-  if (!over) return;
-  notice_->setText(toQt(dialog_.notice()));
-  notice_->setVisible(!notice_->text().isEmpty());
-  render();
+  if (over) render();
 }
 
 void JobDialogWindow::reject() {

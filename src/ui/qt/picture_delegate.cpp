@@ -15,7 +15,8 @@ void PictureDelegate::paint(QPainter* painter, const QStyleOptionViewItem& optio
   const QStyle* style = cell.widget != nullptr ? cell.widget->style() : QApplication::style();
   style->drawControl(QStyle::CE_ItemViewItem, &cell, painter, cell.widget);
   // Never tinted: the colour says something.
-  picture.paint(painter, QStyle::alignedRect(cell.direction, Qt::AlignCenter, cell.decorationSize, cell.rect));
+  picture.paint(painter,
+                QStyle::alignedRect(cell.direction, Qt::AlignCenter, cell.decorationSize, cell.rect));
 }
 
 } // namespace qx

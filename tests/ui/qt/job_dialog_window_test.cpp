@@ -370,14 +370,24 @@ TEST_F(JobDialogWindowTest, PositionsAreCheckedWhileTheWindowIsOpenAndTheirFindi
   for (int number = 1; number <= 120; ++number) stagePriced("O1", number, 1);
   connection().execute(sql("Update ImportPos Set Preis = 9 Where ChildID = 'P111'"_sql));
   show("O1", [](QDialog& window) {
+    auto& table = child<QTableView>(window, "TDBGrid1");
+    table.setCurrentIndex(cell(window, 0, "Menge"));
+    table.setFocus();
+    QTest::keyClick(&table, Qt::Key_F2);
+    auto* editor = qobject_cast<QLineEdit*>(QApplication::focusWidget());
+    ASSERT_NE(editor, nullptr);
+    typeText(*editor, "45");
     EXPECT_TRUE(QTest::qWaitFor([&] { return !findingCodes(window).empty(); }));
     EXPECT_THAT(findingCodes(window), ElementsAre("PR 111"));
     EXPECT_FALSE(child<QLabel>(window, "lblPruefung").isVisible());
+    // The checks leave alone what is being typed meanwhile.
+    ASSERT_EQ(QApplication::focusWidget(), editor);
+    EXPECT_EQ(editor->text(), QStringLiteral("45"));
+    QTest::keyClick(editor, Qt::Key_Escape);
     auto& list = child<QTableView>(window, "lstFehler");
     list.selectRow(0);
     list.setFocus();
     QTest::keyClick(&list, Qt::Key_Return);
-    auto& table = child<QTableView>(window, "TDBGrid1");
     EXPECT_TRUE(table.hasFocus());
     EXPECT_EQ(table.currentIndex().row(), 110);
   });
@@ -397,6 +407,7 @@ TEST_F(JobDialogWindowTest, TheDetailsOfAPositionReachItsRowAndF4ChoosesItsArtic
     QTest::keyClick(&table, Qt::Key_Space);
     EXPECT_EQ(cell(window, 0, "Menge").data().toString(), QStringLiteral("8"));
 
+    awaitActive(window);
     chosen = {"B200"};
     table.setCurrentIndex(cell(window, 0, "Artikelnummer"));
     table.setFocus();

@@ -12,6 +12,12 @@
 
 namespace qx {
 
+/// Waits until keys arrive in a window; it counts as active with its parent, too.
+inline void awaitActive(QWidget& window) {
+  window.activateWindow();
+  EXPECT_TRUE(QTest::qWaitFor([&window] { return QApplication::activeWindow() == &window; }));
+}
+
 /// Runs the steps in the next modal window that opens, and closes it when they leave it open.
 inline void inNextWindow(std::function<void(QDialog&)> steps) {
   QTimer::singleShot(0, [steps = std::move(steps)] {
@@ -20,9 +26,7 @@ inline void inNextWindow(std::function<void(QDialog&)> steps) {
       ADD_FAILURE() << "no window has opened";
       return;
     }
-    window->activateWindow();
-    // A window counts as active with its parent, too: the keys must arrive in this one.
-    EXPECT_TRUE(QTest::qWaitFor([window] { return QApplication::activeWindow() == window; }));
+    awaitActive(*window);
     steps(*window);
     if (window->isVisible()) window->done(QDialog::Rejected);
   });
