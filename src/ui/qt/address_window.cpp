@@ -79,7 +79,7 @@ AddressWindow::AddressWindow(QWidget* parent, Environment& environment, AddressD
   connect(form_, &ControlForm::edited, this, &AddressWindow::render);
   render();
   const QSize form = form_->sizeHint();
-  memory_.restore(*this, nullptr, {form.width() + 48, form.height() + fontMetrics().lineSpacing() * 6});
+  memory_.restore(*this, nullptr, {form.width() + 48, form.height() + fontMetrics().lineSpacing() * 12});
 }
 
 QPushButton* AddressWindow::button(const QString& caption, const QString& name) {

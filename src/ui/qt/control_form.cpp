@@ -56,19 +56,22 @@ void ControlForm::buildGroup(const ControlGroup& group) {
     groups_.emplace_back();
     return;
   }
-  auto* box = new QGroupBox(toQt(group.caption), this);
+  // A field that fills its group has the group's heading for a caption.
+  const ControlSpec& first = *form_.specs()[places.front()];
+  const bool alone = places.size() == 1 && accessible(first.caption) == toQt(group.caption);
+  auto* box = new QGroupBox(toQt(alone ? first.caption : group.caption), this);
   auto* rows = new QGridLayout(box);
   rows->setVerticalSpacing(std::max(2, rows->verticalSpacing() / 2));
   rows->setColumnStretch(1, 1);
   int weight = 2;
   for (const std::size_t place : places) {
-    buildField(*rows, place);
+    buildField(*rows, place, alone);
     weight += form_.specs()[place]->kind == ControlKind::Note ? 3 : 1;
   }
   groups_.push_back({box, rows, weight});
 }
 
-void ControlForm::buildField(QGridLayout& rows, std::size_t place) {
+void ControlForm::buildField(QGridLayout& rows, std::size_t place, bool alone) {
   const ControlSpec& spec = *form_.specs()[place];
   Field& field = fields_[place];
   QWidget* box = rows.parentWidget();
@@ -80,7 +83,7 @@ void ControlForm::buildField(QGridLayout& rows, std::size_t place) {
 
   auto* line = new QHBoxLayout;
   line->setSpacing(2);
-  line->addWidget(field.editor, 2);
+  line->addWidget(field.editor, 1);
   if (spec.kind == ControlKind::Date) {
     field.calendar = flatButton(box);
     field.calendar->setObjectName(toQt(spec.name) + QStringLiteral("Kalender"));
@@ -106,7 +109,7 @@ void ControlForm::buildField(QGridLayout& rows, std::size_t place) {
     field.description = new ElidedLabel(box);
     field.description->setObjectName(toQt(spec.description));
     line->addSpacing(4);
-    line->addWidget(field.description, 3);
+    line->addWidget(field.description, 2);
   }
 
   field.picture = flatButton(box);
@@ -122,7 +125,7 @@ void ControlForm::buildField(QGridLayout& rows, std::size_t place) {
   field.master->setFocusPolicy(Qt::TabFocus);
   connect(field.master, &QToolButton::clicked, this, [this, place] { takeMaster(place); });
 
-  if (spec.kind == ControlKind::Check) {
+  if (spec.kind == ControlKind::Check || alone) {
     rows.addLayout(line, row, 0, 1, 2);
   } else {
     auto* label = new QLabel(toQt(spec.caption), box);

@@ -71,7 +71,7 @@ private:
   };
 
   void buildGroup(const ControlGroup& group);
-  void buildField(QGridLayout& rows, std::size_t place);
+  void buildField(QGridLayout& rows, std::size_t place, bool alone);
   QWidget* makeEditor(std::size_t place);
   void arrange(int columns);
   void orderTabs();

@@ -13,6 +13,11 @@
 #include <algorithm>
 
 namespace qx {
+namespace {
+
+constexpr const char* filled = "qxFilled"; ///< the editor has got its text
+
+} // namespace
 
 QWidget* GridDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem& /*option*/,
                                     const QModelIndex& index) const {
@@ -49,6 +54,9 @@ QWidget* GridDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&
 }
 
 void GridDelegate::setEditorData(QWidget* editor, const QModelIndex& index) const {
+  // The view asks again whenever the model changes; what is being typed stays.
+  if (editor->property(filled).toBool()) return;
+  editor->setProperty(filled, true);
   const QString text = index.data(Qt::EditRole).toString();
   if (auto* note = qobject_cast<QPlainTextEdit*>(editor)) {
     note->setPlainText(QString(text).replace(QStringLiteral("\r\n"), QStringLiteral("\n")));
@@ -88,13 +96,15 @@ void GridDelegate::updateEditorGeometry(QWidget* editor, const QStyleOptionViewI
 
 void GridDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const {
   QStyledItemDelegate::initStyleOption(option, index);
-  if (option->features & QStyleOptionViewItem::HasDecoration && option->text.isEmpty())
-    option->decorationAlignment = Qt::AlignCenter;
   if (kind(index) == GridColumnKind::Check) option->features &= ~QStyleOptionViewItem::HasCheckIndicator;
 }
 
 void GridDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                          const QModelIndex& index) const {
+  if (kind(index) == GridColumnKind::Picture || kind(index) == GridColumnKind::Button) {
+    PictureDelegate::paint(painter, option, index);
+    return;
+  }
   QStyledItemDelegate::paint(painter, option, index);
   if (kind(index) != GridColumnKind::Check) return;
   const QStyle* style = option.widget != nullptr ? option.widget->style() : QApplication::style();

@@ -2,17 +2,15 @@
 #pragma once
 
 #include "ui/job_grid.h"
-
-#include <QStyledItemDelegate>
+#include "ui/qt/picture_delegate.h"
 
 namespace qx {
 
 /// Gives each kind of column its editor. A check box is switched where it stands; a long text is edited on
 /// several lines that open over the cell.
-class GridDelegate final : public QStyledItemDelegate {
+class GridDelegate final : public PictureDelegate {
 public:
-  explicit GridDelegate(JobGrid& grid, QObject* parent = nullptr)
-      : QStyledItemDelegate(parent), grid_(grid) {}
+  explicit GridDelegate(JobGrid& grid, QObject* parent = nullptr) : PictureDelegate(parent), grid_(grid) {}
 
   QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& option,
                         const QModelIndex& index) const override;

@@ -10,6 +10,7 @@
 #include "ui/qt/findings_model.h"
 #include "ui/qt/form_window.h"
 #include "ui/qt/grid_view.h"
+#include "ui/qt/picture_delegate.h"
 #include "ui/qt/text.h"
 #include "ui/qt/window_memory.h"
 
@@ -187,6 +188,7 @@ QWidget* JobDialogWindow::buildFindings() {
   findingsView_->setObjectName(QStringLiteral("lstFehler"));
   findingsView_->setAccessibleName(QStringLiteral("Meldungen"));
   findingsView_->setModel(findings_);
+  findingsView_->setItemDelegateForColumn(1, new PictureDelegate(findingsView_));
   findingsView_->setSelectionBehavior(QAbstractItemView::SelectRows);
   findingsView_->setEditTriggers(QAbstractItemView::NoEditTriggers);
   findingsView_->setShowGrid(false);
@@ -270,7 +272,8 @@ void JobDialogWindow::setSizes() {
   const int formHeight = form_->sizeHint().height() + 4;
   const int findingsHeight = line * 8;
   const int gridHeight = grid_ != nullptr ? line * 12 : 0;
-  const QSize usual(form_->sizeHint().width() + 60, formHeight + findingsHeight + gridHeight + line * 8);
+  const QSize usual(form_->sizeHint().width() + line * 8,
+                    formHeight + findingsHeight + gridHeight + line * 8);
   splitter_->setStretchFactor(0, 0);
   splitter_->setStretchFactor(1, 1);
   if (grid_ != nullptr) splitter_->setStretchFactor(2, 3);
@@ -286,6 +289,10 @@ void JobDialogWindow::fitForm() { form_->fitWidth(scroll_->viewport()->width());
 void JobDialogWindow::showEvent(QShowEvent* event) {
   QDialog::showEvent(event);
   fitForm();
+  // The day's work begins with what is wrong; Enter leads to its field.
+  if (event->spontaneous() || dialog_.readOnly() || findings_->rowCount() == 0) return;
+  findingsView_->selectRow(0);
+  findingsView_->setFocus(Qt::OtherFocusReason);
 }
 
 bool JobDialogWindow::eventFilter(QObject* watched, QEvent* event) {
@@ -434,10 +441,7 @@ void JobDialogWindow::checkMore() {
   progress_->setVisible(!over);
   if (grid_ != nullptr) grid_->render();
   renderFindings();
-  if (!over) return;
-  notice_->setText(toQt(dialog_.notice()));
-  notice_->setVisible(!notice_->text().isEmpty());
-  render();
+  if (over) render();
 }
 
 void JobDialogWindow::reject() {

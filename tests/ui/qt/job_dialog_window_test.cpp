@@ -1,0 +1,456 @@
+#include "../dialog_fixture.h"
+#include "window_driver.h"
+
+#include "ui/qt/code_combo.h"
+#include "ui/qt/job_dialog_window.h"
+#include "ui/qt/text.h"
+
+#include <QClipboard>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTableView>
+#include <QToolButton>
+
+namespace qx {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+class JobDialogWindowTest : public DialogTest {
+protected:
+  JobDialogWindowTest() {
+    TableFiller(connection(), "Adressenstamm")
+        .add({{"Kundennummer", "20001"}, {"Adressnummer", "7"}, {"Bez1", "Lager"}, {"Ort", "Kiel"}});
+  }
+
+  DialogEnd show(std::string_view jobId, std::function<void(QDialog&)> steps, bool offerNext = false) {
+    inNextWindow(std::move(steps));
+    return showJobDialog(nullptr, context, jobId, jobType(jobId), offerNext);
+  }
+  std::string stored(std::string_view jobId, std::string_view column) {
+    return erp.text(
+        sql("Select "_sql, name(column), " From ImportKopf Where JobID = '"_sql, value(jobId), "'"_sql));
+  }
+  void stagePriced(std::string_view jobId, std::int32_t number, double quantity) {
+    stagePosition(jobId, number, "A100", quantity, [&](AuftragsPosFields& position) {
+      position.Preis = 10;
+      position.Mengeneinheit = "ST";
+      position.ChildID = "P" + std::to_string(number);
+    });
+  }
+
+  static std::vector<std::string> findingCodes(QWidget& window) {
+    std::vector<std::string> codes;
+    const auto& list = child<QTableView>(window, "lstFehler");
+    for (int row = 0; row < list.model()->rowCount(); ++row)
+      codes.push_back(fromQt(list.model()->index(row, 0).data().toString()));
+    return codes;
+  }
+  static int column(const QTableView& table, const char* caption) {
+    for (int column = 0; column < table.model()->columnCount(); ++column)
+      if (table.model()->headerData(column, Qt::Horizontal).toString() == QLatin1String(caption))
+        return column;
+    ADD_FAILURE() << caption;
+    return 0;
+  }
+  static QModelIndex cell(QWidget& window, int row, const char* caption) {
+    const auto& table = child<QTableView>(window, "TDBGrid1");
+    return table.model()->index(row, column(table, caption));
+  }
+  /// Opens the editor of a cell as the clerk would and types into it.
+  static void typeInto(QWidget& window, int row, const char* caption, const char* text) {
+    auto& table = child<QTableView>(window, "TDBGrid1");
+    table.setCurrentIndex(cell(window, row, caption));
+    table.setFocus();
+    QTest::keyClick(&table, Qt::Key_F2);
+    QWidget* editor = QApplication::focusWidget();
+    ASSERT_NE(editor, &table);
+    QTest::keyClick(editor, Qt::Key_A, Qt::ControlModifier);
+    typeText(*editor, text);
+    QTest::keyClick(editor, Qt::Key_Tab);
+  }
+};
+
+TEST_F(JobDialogWindowTest, AFieldThatIsMendedAndLeftLosesItsPictureAndItsFinding) {
+  stageContract("V1", [](VertragFields& job) { job.Menge = 0; });
+  show("V1", [](QDialog& window) {
+    auto& picture = child<QToolButton>(window, "imgAnzahl");
+    EXPECT_TRUE(picture.isVisible());
+    EXPECT_EQ(picture.toolTip(), QStringLiteral("Die Menge muss mindestens 1 betragen!"));
+    EXPECT_THAT(findingCodes(window), ElementsAre("ME"));
+    enterInto(window, "tdbAnzahl", "2");
+    EXPECT_FALSE(picture.isVisible());
+    EXPECT_THAT(findingCodes(window), IsEmpty());
+    // The cursor went on as the clerk sent it.
+    EXPECT_TRUE(child<QLineEdit>(window, "tdbBetrag").hasFocus());
+    press(window, "cmdSpeichern");
+  });
+  EXPECT_EQ(stored("V1", "Menge"), "2");
+}
+
+TEST_F(JobDialogWindowTest, APictureTellsItsMessageInABox) {
+  stageContract("V1", [](VertragFields& job) { job.Vertragsart = "Z"; });
+  show("V1", [](QDialog& window) { press(window, "imgVertragsart"); });
+  ASSERT_EQ(erp.desktop.shown.size(), 1U);
+  EXPECT_EQ(erp.desktop.shown[0].title, "Vertragsdetails");
+  EXPECT_EQ(erp.desktop.shown[0].icon, MessageIcon::Critical);
+  EXPECT_EQ(erp.desktop.shown[0].text, "Die Vertragsart: Z ist noch nicht angelegt.");
+}
+
+TEST_F(JobDialogWindowTest, ActivatingAFindingPutsTheCursorIntoItsField) {
+  stageContract("V1", [](VertragFields& job) {
+    job.Menge = 0;
+    job.Artikelnummer = "X";
+  });
+  show("V1", [](QDialog& window) {
+    EXPECT_THAT(findingCodes(window), ElementsAre("VGG", "ME"));
+    // The cursor begins at the worst finding.
+    auto& list = child<QTableView>(window, "lstFehler");
+    ASSERT_TRUE(list.hasFocus());
+    QTest::keyClick(&list, Qt::Key_Return);
+    EXPECT_TRUE(child<QLineEdit>(window, "txtVertragsgegenstand").hasFocus());
+    const QRect second = list.visualRect(list.model()->index(1, 2));
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, second.center());
+    QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, second.center());
+    EXPECT_TRUE(child<QLineEdit>(window, "tdbAnzahl").hasFocus());
+    list.setFocus();
+    QTest::keyClick(&list, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QApplication::clipboard()->text(),
+              QStringLiteral("ME\tWarnung\tDie Menge muss mindestens 1 betragen."));
+  });
+}
+
+TEST_F(JobDialogWindowTest, LeavingWithChangesAsksOnce) {
+  stageContract("V1");
+  int asked = 0;
+  const auto answer = [&](const char* label) {
+    inNextWindow([&asked, label](QDialog& box) {
+      ++asked;
+      for (QAbstractButton* button : dynamic_cast<QMessageBox&>(box).buttons())
+        if (button->text() == QString::fromUtf8(label)) QTest::mouseClick(button, Qt::LeftButton);
+    });
+  };
+  show("V1", [&](QDialog& window) {
+    // What was not left yet counts, too.
+    auto& text = child<QLineEdit>(window, "txtVertragstext");
+    text.setFocus();
+    typeText(text, "Neu");
+    answer("&Zurück");
+    QTest::keyClick(&text, Qt::Key_Escape);
+    EXPECT_TRUE(window.isVisible());
+    EXPECT_EQ(text.text(), QStringLiteral("Neu"));
+    answer("&Verwerfen");
+    press(window, "cmdCancel");
+    EXPECT_FALSE(window.isVisible());
+  });
+  EXPECT_EQ(asked, 2);
+  EXPECT_EQ(stored("V1", "Vertragstext"), "");
+
+  show("V1", [&](QDialog& window) {
+    enterInto(window, "txtVertragstext", "Neu");
+    answer("&Speichern");
+    window.close();
+  });
+  EXPECT_EQ(stored("V1", "Vertragstext"), "Neu");
+  // Without changes nobody is asked.
+  show("V1", [](QDialog& window) {
+    QTest::keyClick(&window, Qt::Key_Escape);
+    EXPECT_FALSE(window.isVisible());
+  });
+}
+
+TEST_F(JobDialogWindowTest, EnterInAFieldChecksButDoesNotSave) {
+  stageContract("V1", [](VertragFields& job) { job.Menge = 0; });
+  const DialogEnd end = show(
+      "V1",
+      [](QDialog& window) {
+        auto& quantity = child<QLineEdit>(window, "tdbAnzahl");
+        quantity.setFocus();
+        quantity.selectAll();
+        typeText(quantity, "3");
+        QTest::keyClick(&quantity, Qt::Key_Return);
+        EXPECT_TRUE(window.isVisible());
+        EXPECT_THAT(findingCodes(window), IsEmpty());
+        auto& next = child<QPushButton>(window, "cmdWeiter");
+        next.setFocus();
+        QTest::keyClick(&next, Qt::Key_Return);
+        EXPECT_FALSE(window.isVisible());
+      },
+      true);
+  EXPECT_EQ(end, DialogEnd::Next);
+  EXPECT_EQ(stored("V1", "Menge"), "3");
+}
+
+TEST_F(JobDialogWindowTest, WhatIsNoNumberStaysAndIsNotSaved) {
+  stageContract("V1");
+  show("V1", [](QDialog& window) {
+    enterInto(window, "tdbBetrag", "zwölf");
+    EXPECT_EQ(child<QLineEdit>(window, "tdbBetrag").text(), QStringLiteral("zwölf"));
+    QTest::keyClick(&window, Qt::Key_S, Qt::ControlModifier);
+    EXPECT_TRUE(window.isVisible());
+    EXPECT_THAT(fromQt(child<QLabel>(window, "lblHinweis").text()), HasSubstr("'zwölf' ist keine Zahl."));
+  });
+  EXPECT_EQ(stored("V1", "Preis"), "0");
+}
+
+TEST_F(JobDialogWindowTest, ADoneJobSaysWhyNothingCanBeChanged) {
+  stageContract("V1");
+  connection().execute(sql("Update ImportKopf Set JobType = 23 Where JobID = 'V1'"_sql));
+  show("V1", [](QDialog& window) {
+    EXPECT_EQ(child<QLabel>(window, "lblHinweis").text(),
+              QStringLiteral("Der Vorgang ist erledigt und kann nicht mehr geändert werden."));
+    for (const QPushButton* button : window.findChildren<QPushButton*>())
+      EXPECT_EQ(button->isEnabled(), button->objectName() == QStringLiteral("cmdCancel"))
+          << fromQt(button->objectName());
+    auto& text = child<QLineEdit>(window, "txtVertragstext");
+    typeText(text, "Neu");
+    EXPECT_EQ(text.text(), QString());
+    EXPECT_FALSE(child<CodeCombo>(window, "tdbVertragsart").isEnabled());
+    QTest::keyClick(&window, Qt::Key_S, Qt::ControlModifier);
+    EXPECT_TRUE(window.isVisible());
+    press(window, "cmdCancel");
+  });
+}
+
+TEST_F(JobDialogWindowTest, TheLookupOpensWithF4AndItsChoiceIsChecked) {
+  stageContract("V1", [](VertragFields& job) { job.Artikelnummer = "X"; });
+  show("V1", [&](QDialog& window) {
+    EXPECT_THAT(findingCodes(window), ElementsAre("VGG"));
+    chosen = {"G1"};
+    auto& object = child<QLineEdit>(window, "txtVertragsgegenstand");
+    object.setFocus();
+    QTest::keyClick(&object, Qt::Key_F4);
+    EXPECT_EQ(object.text(), QStringLiteral("G1"));
+    EXPECT_EQ(child<QLabel>(window, "lblVertragsgegenstand").text(), QStringLiteral("Kassenwartung"));
+    EXPECT_THAT(findingCodes(window), IsEmpty());
+    // A lookup that is left without a choice changes nothing.
+    chosen.clear();
+    press(window, "cmdKundennummer");
+    EXPECT_EQ(child<QLineEdit>(window, "txtKundennummer").text(), QStringLiteral("20001"));
+  });
+}
+
+TEST_F(JobDialogWindowTest, ACodeCanBeTypedAsTextAndUnknownOnesStay) {
+  stageContract("V1", [](VertragFields& job) { job.Zustand = "X"; });
+  show("V1", [](QDialog& window) {
+    auto& state = child<CodeCombo>(window, "cboZustand");
+    EXPECT_EQ(state.currentIndex(), -1);
+    EXPECT_THAT(findingCodes(window), ElementsAre("ZD"));
+    state.setFocus();
+    QTest::keyClick(&state, Qt::Key_Down);
+    EXPECT_EQ(state.currentText(), QStringLiteral("Aktiv"));
+    EXPECT_THAT(findingCodes(window), IsEmpty());
+    enterInto(window, "tdbVertragsart", "zz");
+    EXPECT_EQ(child<CodeCombo>(window, "tdbVertragsart").currentText(), QStringLiteral("zz"));
+    EXPECT_THAT(findingCodes(window), ElementsAre("VA"));
+    enterInto(window, "tdbVertragsart", "w");
+    EXPECT_EQ(child<CodeCombo>(window, "tdbVertragsart").currentText(), QStringLiteral("W"));
+    press(window, "cmdSpeichern");
+  });
+  EXPECT_EQ(stored("V1", "Zustand"), "A");
+  EXPECT_EQ(stored("V1", "Vertragsart"), "W");
+}
+
+TEST_F(JobDialogWindowTest, TheStoredValueIsTakenOverWithOneClick) {
+  stageCustomer("K1", "20001");
+  set("K1", "Bez1", "Hafenbau AG");
+  show("K1", [](QDialog& window) {
+    auto& master = child<QToolButton>(window, "txtBez1Stamm");
+    ASSERT_TRUE(master.isVisible());
+    EXPECT_EQ(master.text(), QStringLiteral("Stamm: Hafenbau GmbH"));
+    EXPECT_THAT(findingCodes(window), Contains("BZ1"));
+    press(window, "txtBez1Stamm");
+    EXPECT_EQ(child<QLineEdit>(window, "txtBez1").text(), QStringLiteral("Hafenbau GmbH"));
+    EXPECT_TRUE(child<QLineEdit>(window, "txtBez1").hasFocus());
+    EXPECT_FALSE(master.isVisible());
+    EXPECT_THAT(findingCodes(window), Not(Contains("BZ1")));
+  });
+}
+
+TEST_F(JobDialogWindowTest, AReleaseTicksItsBoxAndIsStored) {
+  stageCustomer("K1", "20001");
+  set("K1", "Vertreter1", "99");
+  show("K1", [](QDialog& window) {
+    ASSERT_TRUE(child<QPushButton>(window, "cmdFreigeben").isVisible());
+    press(window, "cmdFreigeben");
+    EXPECT_FALSE(child<QPushButton>(window, "cmdFreigeben").isVisible());
+    EXPECT_TRUE(child<QAbstractButton>(window, "chkProcessWaring").isChecked());
+    press(window, "cmdSpeichern");
+  });
+  EXPECT_EQ(stored("K1", "ProcessWarning"), "1");
+}
+
+TEST_F(JobDialogWindowTest, TheAddressesAreEditedInAWindowOfTheirOwn) {
+  stageCustomer("K1", "20001");
+  show("K1", [&](QDialog& window) {
+    inNextWindow([](QDialog& addresses) {
+      enterInto(addresses, "txtVS_AdrNr", "7");
+      EXPECT_EQ(child<QLabel>(addresses, "lblVS_Stand").text(),
+                QStringLiteral("Es gilt die Stammadresse: Lager, Kiel"));
+      press(addresses, "cmdVS_Stamm");
+      enterInto(addresses, "txtVS_Ort", "Lübeck");
+      EXPECT_TRUE(child<QToolButton>(addresses, "imgVS_Ort").isVisible());
+      press(addresses, "cmdOK");
+    });
+    press(window, "cmdAdressen");
+    EXPECT_EQ(child<QLineEdit>(window, "txtVersandAdr").text(), QStringLiteral("7"));
+    EXPECT_THAT(findingCodes(window), Contains("VA"));
+    press(window, "cmdSpeichern");
+  });
+  EXPECT_EQ(stored("K1", "VS_AdrNr") + stored("K1", "VS_Ort"), "7Lübeck");
+}
+
+TEST_F(JobDialogWindowTest, CellsAreEditedByKindAndARefusedTextStaysInSight) {
+  stageOrder("O1");
+  stagePriced("O1", 1, 3);
+  show("O1", [](QDialog& window) {
+    typeInto(window, 0, "Menge", "2,5");
+    EXPECT_EQ(cell(window, 0, "Menge").data().toString(), QStringLiteral("2,5"));
+    typeInto(window, 0, "Preis", "teuer");
+    EXPECT_EQ(cell(window, 0, "Preis").data().toString(), QStringLiteral("teuer"));
+    EXPECT_EQ(cell(window, 0, "Preis").data(Qt::ToolTipRole).toString(),
+              QStringLiteral("'teuer' ist keine Zahl."));
+    press(window, "cmdSpeichern");
+    EXPECT_TRUE(window.isVisible());
+    typeInto(window, 0, "Preis", "11");
+    const QRect box = child<QTableView>(window, "TDBGrid1").visualRect(cell(window, 0, "Lieferbereit"));
+    QTest::mouseClick(child<QTableView>(window, "TDBGrid1").viewport(), Qt::LeftButton, {}, box.center());
+    EXPECT_EQ(cell(window, 0, "Lieferbereit").data(Qt::CheckStateRole).toInt(), Qt::Checked);
+    // A cell that is still being edited is saved, too.
+    auto& table = child<QTableView>(window, "TDBGrid1");
+    table.setCurrentIndex(cell(window, 0, "Artikellangtext"));
+    table.setFocus();
+    QTest::keyClick(&table, Qt::Key_F2);
+    typeText(*QApplication::focusWidget(), "Erste Zeile");
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    typeText(*QApplication::focusWidget(), "Zweite");
+    press(window, "cmdSpeichern");
+    EXPECT_FALSE(window.isVisible());
+  });
+  EXPECT_THAT(erp.rows(sql("Select Menge, Preis, Lieferbereit, Artikellangtext From ImportPos"_sql)),
+              ElementsAre(ElementsAre(Value(2.5), Value(11.0), Value(true), Value("Erste Zeile\r\nZweite"))));
+}
+
+TEST_F(JobDialogWindowTest, RowsAreAddedPastedCopiedAndRemoved) {
+  stageOrder("O1");
+  stagePriced("O1", 1, 3);
+  show("O1", [](QDialog& window) {
+    auto& table = child<QTableView>(window, "TDBGrid1");
+    table.setCurrentIndex(cell(window, 0, "Artikelnummer"));
+    table.setFocus();
+    QTest::keyClick(&table, Qt::Key_Insert);
+    EXPECT_EQ(table.model()->rowCount(), 2);
+    EXPECT_EQ(table.currentIndex(), cell(window, 1, "Artikelnummer"));
+    QApplication::clipboard()->setText(QStringLiteral("A100\t2\r\nB200\tviel\r\nA100\t4\r\n"));
+    QTest::keyClick(&table, Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(table.model()->rowCount(), 4);
+    EXPECT_EQ(cell(window, 3, "Menge").data().toString(), QStringLiteral("4"));
+    EXPECT_THAT(fromQt(child<QLabel>(window, "lblTabelleHinweis").text()),
+                HasSubstr("Zeile 3, Menge: 'viel' ist keine Zahl."));
+    table.selectionModel()->select(QItemSelection(cell(window, 2, "Artikelnummer"), cell(window, 3, "Menge")),
+                                   QItemSelectionModel::ClearAndSelect);
+    QTest::keyClick(&table, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("B200\t\nA100\t4"));
+    QTest::keyClick(&table, Qt::Key_Delete, Qt::ControlModifier);
+    EXPECT_EQ(table.model()->rowCount(), 2);
+    EXPECT_EQ(cell(window, 1, "Artikelnummer").data().toString(), QStringLiteral("A100"));
+    // The cursor is in a row again.
+    EXPECT_TRUE(table.currentIndex().isValid());
+  });
+}
+
+TEST_F(JobDialogWindowTest, PositionsAreCheckedWhileTheWindowIsOpenAndTheirFindingsLeadToTheirRows) {
+  stageOrder("O1");
+  for (int number = 1; number <= 120; ++number) stagePriced("O1", number, 1);
+  connection().execute(sql("Update ImportPos Set Preis = 9 Where ChildID = 'P111'"_sql));
+  show("O1", [](QDialog& window) {
+    auto& table = child<QTableView>(window, "TDBGrid1");
+    table.setCurrentIndex(cell(window, 0, "Menge"));
+    table.setFocus();
+    QTest::keyClick(&table, Qt::Key_F2);
+    auto* editor = qobject_cast<QLineEdit*>(QApplication::focusWidget());
+    ASSERT_NE(editor, nullptr);
+    typeText(*editor, "45");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !findingCodes(window).empty(); }));
+    EXPECT_THAT(findingCodes(window), ElementsAre("PR 111"));
+    EXPECT_FALSE(child<QLabel>(window, "lblPruefung").isVisible());
+    // The checks leave alone what is being typed meanwhile.
+    ASSERT_EQ(QApplication::focusWidget(), editor);
+    EXPECT_EQ(editor->text(), QStringLiteral("45"));
+    QTest::keyClick(editor, Qt::Key_Escape);
+    auto& list = child<QTableView>(window, "lstFehler");
+    list.selectRow(0);
+    list.setFocus();
+    QTest::keyClick(&list, Qt::Key_Return);
+    EXPECT_TRUE(table.hasFocus());
+    EXPECT_EQ(table.currentIndex().row(), 110);
+  });
+}
+
+TEST_F(JobDialogWindowTest, TheDetailsOfAPositionReachItsRowAndF4ChoosesItsArticle) {
+  stageOrder("O1");
+  stagePriced("O1", 1, 3);
+  show("O1", [&](QDialog& window) {
+    auto& table = child<QTableView>(window, "TDBGrid1");
+    table.setCurrentIndex(cell(window, 0, "Details"));
+    table.setFocus();
+    inNextWindow([](QDialog& details) {
+      enterInto(details, "tdbnbrMenge", "8");
+      press(details, "cmdClose");
+    });
+    QTest::keyClick(&table, Qt::Key_Space);
+    EXPECT_EQ(cell(window, 0, "Menge").data().toString(), QStringLiteral("8"));
+
+    awaitActive(window);
+    chosen = {"B200"};
+    table.setCurrentIndex(cell(window, 0, "Artikelnummer"));
+    table.setFocus();
+    QTest::keyClick(&table, Qt::Key_F4);
+    EXPECT_EQ(cell(window, 0, "Artikelnummer").data().toString(), QStringLiteral("B200"));
+    EXPECT_THAT(findingCodes(window), Contains("PR 1"));
+  });
+}
+
+TEST_F(JobDialogWindowTest, TheDetailsOfAContractOpenItsDialog) {
+  stageCustomer("K1", "20001");
+  stageContract("V1");
+  connection().execute(sql("Update ImportKopf Set JobType = 40 Where JobID = 'V1'"_sql));
+  show("K1", [](QDialog& window) {
+    auto& table = child<QTableView>(window, "TDBGrid1");
+    ASSERT_EQ(table.model()->rowCount(), 1);
+    table.scrollTo(cell(window, 0, "Details"));
+    inNextWindow([](QDialog& contract) {
+      enterInto(contract, "txtVertragstext", "Aus dem Kunden");
+      press(contract, "cmdSpeichern");
+    });
+    QTest::mouseClick(table.viewport(), Qt::LeftButton, {},
+                      table.visualRect(cell(window, 0, "Details")).center());
+    EXPECT_EQ(cell(window, 0, "Vertragstext").data().toString(), QStringLiteral("Aus dem Kunden"));
+  });
+}
+
+TEST_F(JobDialogWindowTest, TheSizeIsKeptAndAFailureToKeepItIsTold) {
+  stageContract("V1");
+  show("V1", [](QDialog& window) {
+    window.resize(877, 555);
+    press(window, "cmdCancel");
+  });
+  show("V1", [](QDialog& window) { EXPECT_EQ(window.size(), QSize(877, 555)); });
+  erp.localSettings.failing = true;
+  show("V1", [](QDialog& window) { press(window, "cmdCancel"); });
+  EXPECT_THAT(erp.diagnostics.text(), HasSubstr("size of a window"));
+}
+
+TEST_F(JobDialogWindowTest, AJobThatIsGoneIsTold) {
+  EXPECT_EQ(showJobDialog(nullptr, context, "FORT", 20, false), DialogEnd::Closed);
+  EXPECT_EQ(erp.desktop.texts(), "Der Vorgang ist nicht mehr vorhanden.\n");
+}
+
+} // namespace
+} // namespace qx
