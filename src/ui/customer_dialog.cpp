@@ -78,13 +78,25 @@ constexpr std::array paymentControls{
                 .picture = "imgWährungEG"},
 };
 
+constexpr std::array individualControls{
+    ControlSpec{
+        .name = "txtIndFild1", .caption = "Kennzeichen 1", .column = "IndFild1", .customerSpecific = true},
+    ControlSpec{
+        .name = "txtIndFild2", .caption = "Kennzeichen 2", .column = "IndFild2", .customerSpecific = true},
+    ControlSpec{
+        .name = "txtIndFild3", .caption = "Kennzeichen 3", .column = "IndFild3", .customerSpecific = true},
+    ControlSpec{
+        .name = "txtIndFild4", .caption = "Kennzeichen 4", .column = "IndFild4", .customerSpecific = true},
+};
+
 constexpr std::array customerGroups{ControlGroup{"Kunde", customerControls},
                                     ControlGroup{"Adresse", addressControls},
                                     ControlGroup{"Versand an", shared_controls::deliveryControls},
                                     ControlGroup{"Rechnung an", shared_controls::invoiceControls},
                                     ControlGroup{"Zahlung", paymentControls},
                                     ControlGroup{"Bank", shared_controls::bankControls},
-                                    ControlGroup{"Bemerkung", shared_controls::noteControls}};
+                                    ControlGroup{"Bemerkung", shared_controls::noteControls},
+                                    ControlGroup{"Individuell", individualControls}};
 
 } // namespace
 
@@ -102,12 +114,14 @@ void CustomerDialog::fill(Recordset& job) {
   checkCustomer();
   checkAddresses();
   checkAccount();
-  contracts_.load(editing(), engine(), text("txtKundennummer"));
+  reloadGrid();
 }
+
+void CustomerDialog::reloadGrid() { contracts_.load(editing(), engine(), text("txtKundennummer")); }
 
 void CustomerDialog::check(std::string_view control) {
   AddressedJobDialog::check(control);
-  if (control == "txtKundennummer") contracts_.load(editing(), engine(), text(control));
+  if (control == "txtKundennummer") reloadGrid();
   for (const ComparedLine& compared : comparedLines)
     if (compared.control == control) checkCustomer();
 }

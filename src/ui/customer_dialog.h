@@ -19,6 +19,7 @@ protected:
   bool isDone(std::int16_t jobType) const override { return jobType == qxtJobKundenDone; }
   void fill(Recordset& job) override;
   void check(std::string_view control) override;
+  void reloadGrid() override;
   void store() override;
   void reportUnknownCustomer(const std::string& number) override;
   void compareCustomer(const Adresse& stored) override;

@@ -80,6 +80,10 @@ std::string JobDialog::readOnlyReason() const {
   return "Der Vorgang ist erledigt und kann nicht mehr geändert werden.";
 }
 
+void JobDialog::detailsClosed() {
+  trying("Laden der Verträge", [this] { reloadGrid(); });
+}
+
 bool JobDialog::canRelease() const {
   const JobState state = stateOf(jobType_);
   return !readOnly() && (!findings_.empty() || state == JobState::Warning || state == JobState::Error);

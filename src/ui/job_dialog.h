@@ -66,6 +66,10 @@ public:
   virtual std::size_t checksLeft() const { return 0; }
   /// Checks up to `count` further positions.
   virtual void checkMore(std::size_t /*count*/) {}
+  /// The dialog of a row's own job was closed: the grid shows what that one has saved.
+  void detailsClosed();
+  /// The installation's own mode, with fields and columns of its own.
+  bool customerSpecific() const { return customerSpecific_; }
   /// The editor of the job's delivery and invoice address, made on what is shown now; null for none. Hand it
   /// back to `takeAddresses` when the clerk agrees.
   virtual std::unique_ptr<AddressDialog> addresses();
@@ -95,6 +99,8 @@ protected:
   virtual void takeLookup(std::string_view control, const std::vector<std::string>& chosen) = 0;
   /// What a lookup of this control is about: a customer number or "".
   virtual std::string lookupContext(std::string_view /*control*/) const { return {}; }
+  /// Reads the grid's rows again.
+  virtual void reloadGrid() {}
   /// Whether a job that stands at a warning or an error goes on by a release only.
   virtual bool offersRelease() const { return true; }
   /// Writes everything but the address blocks.
@@ -119,7 +125,6 @@ protected:
   ReadJob readJob() const { return {jobId_, jobType_}; }
   void setJobType(std::int16_t jobType) { jobType_ = jobType; }
   void setNotice(std::string text) { notice_ = std::move(text); }
-  bool customerSpecific() const { return customerSpecific_; }
 
   Environment& environment() const { return context_.environment; }
   ImportJobObject2& engine() const { return context_.engine; }

@@ -214,7 +214,7 @@ QWidget* JobDialogWindow::buildFindings() {
 }
 
 QWidget* JobDialogWindow::buildGrid() {
-  grid_ = new GridView(*dialog_.grid(), Settings(context_.environment).customerSpecific(), this);
+  grid_ = new GridView(*dialog_.grid(), dialog_.customerSpecific(), this);
   connect(grid_, &GridView::edited, this, [this] {
     render();
     startChecks();
@@ -399,8 +399,7 @@ void JobDialogWindow::openDetails(std::size_t row) {
     return;
   } else {
     showJobDialog(this, context_, job.jobId, job.jobType, false);
-    // The rows show what the other dialog has saved.
-    if (const auto customer = dialog_.find("txtKundennummer")) dialog_.leave(*customer);
+    dialog_.detailsClosed();
   }
   render();
   startChecks();

@@ -77,6 +77,62 @@ protected:
   }
 };
 
+TEST_F(JobDialogWindowTest, EveryControlIsFoundUnderItsName) {
+  const std::vector<const char*> shared{
+      "txtKundennummer", "cmdKundennummer", "txtVersandKdn", "txtVersandAdr", "txtRechnungKdnr",
+      "txtRechnungAdr",  "txtHauptkonto",   "txtTelefon",    "txtFax",        "txtKonto",
+      "txtBlz",          "cmdBLZ",          "txtHinweis",    "tdbVertreter1", "tdbVersandart",
+      "tdbZahlungsart",  "tdbZahlungsbed",  "tdbPreisliste", "TDBGrid1",      "txtKreditinstitut",
+      "lstFehler",       "cmdClose"};
+  const std::vector<const char*> ofCustomers{"txtSuchbegriff",  "txtBez1",    "txtBez2",     "txtBez3",
+                                             "txtStrasse",      "txtPLZ",     "txtOrt",      "txtLand",
+                                             "tdbKundengruppe", "tdbWährung", "tdbWährungEG"};
+  const std::vector<const char*> ofContracts{"txtVertragsnummer",
+                                             "txtKundennummer",
+                                             "cmdKundennummer",
+                                             "tdbAnzahl",
+                                             "tdbBetrag",
+                                             "txtVertragsgegenstand",
+                                             "cmdVertragsgegenstand",
+                                             "lblVertragsgegenstand",
+                                             "txtVertragstext",
+                                             "tdbdtVertragsdatum",
+                                             "tdbdtVertragsbeginn",
+                                             "tdbdtVertragsende",
+                                             "tdbVertragsart",
+                                             "lblVertragsart",
+                                             "cboIntervall",
+                                             "cboZustand",
+                                             "chkProcessWaring",
+                                             "txtGrund",
+                                             "imgAnzahl",
+                                             "imgVertragsgegenstand",
+                                             "imgVertragsdatum",
+                                             "imgVertragsbeginn",
+                                             "imgVertragsart",
+                                             "imgZustand",
+                                             "imgIntervall",
+                                             "lstFehler",
+                                             "cmdCancel"};
+  const auto expectAll = [](QWidget& window, const std::vector<const char*>& names) {
+    for (const char* name : names)
+      EXPECT_NE(window.findChild<QWidget*>(QString::fromUtf8(name)), nullptr) << name;
+  };
+  stageCustomer("K1", "20001");
+  show("K1", [&](QDialog& window) {
+    expectAll(window, shared);
+    expectAll(window, ofCustomers);
+  });
+  stageContract("V1");
+  show("V1", [&](QDialog& window) { expectAll(window, ofContracts); });
+  stageOrder("O1");
+  show("O1", [&](QDialog& window) { expectAll(window, shared); });
+  customerSpecific();
+  show("O1", [&](QDialog& window) {
+    expectAll(window, {"txtIndFild1", "txtIndFild3", "txtIndFild4", "chkNeukunde"});
+  });
+}
+
 TEST_F(JobDialogWindowTest, AFieldThatIsMendedAndLeftLosesItsPictureAndItsFinding) {
   stageContract("V1", [](VertragFields& job) { job.Menge = 0; });
   show("V1", [](QDialog& window) {
