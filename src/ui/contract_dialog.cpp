@@ -4,11 +4,14 @@
 #include "engine/job_row.h"
 #include "model/date.h"
 #include "rules/german_text.h"
+#include "ui/shared_controls.h"
 
 #include <array>
 
 namespace qx {
 namespace {
+
+namespace shared = shared_controls;
 
 constexpr std::array customerControls{
     ControlSpec{.name = "txtKundennummer",
@@ -63,10 +66,7 @@ constexpr std::array termControls{
     ControlSpec{
         .name = "tdbdtVertragsende", .caption = "En&de", .kind = ControlKind::Date, .column = "Vertragsende"},
     ControlSpec{.name = "txtGrund", .caption = "Kündigungsg&rund", .column = "Kündigungsgrund"},
-    ControlSpec{.name = "chkProcessWaring",
-                .caption = "Trotz &Warnungen verarbeiten",
-                .kind = ControlKind::Check,
-                .column = "ProcessWarning"},
+    shared::release,
 };
 
 constexpr std::array contractGroups{ControlGroup{"Vertrag", customerControls},

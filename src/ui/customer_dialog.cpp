@@ -7,40 +7,20 @@
 namespace qx {
 namespace {
 
+namespace shared = shared_controls;
+
 constexpr std::array customerControls{
-    ControlSpec{.name = "txtKundennummer",
-                .caption = "&Kundennummer",
-                .column = "Kundennummer",
-                .picture = "imgKundennummer",
-                .button = "cmdKundennummer",
-                .lookup = "Kundenauskunft",
-                .description = "lblKundennummer"},
+    shared::customerNumber,
     ControlSpec{.name = "txtSuchbegriff", .caption = "S&uchbegriff", .column = "Suchbegriff"},
-    ControlSpec{.name = "txtHauptkonto",
-                .caption = "&Hauptkonto",
-                .column = "Hauptkonto",
-                .picture = "imgHauptkonto",
-                .button = "cmdHauptkonto",
-                .lookup = "Kundenauskunft"},
+    shared::account,
     ControlSpec{.name = "tdbKundengruppe",
                 .caption = "Kunden&gruppe",
                 .kind = ControlKind::Combo,
                 .column = "Kundengruppe",
                 .picture = "imgKundengruppe"},
-    ControlSpec{.name = "tdbVertreter1",
-                .caption = "&Vertreter",
-                .kind = ControlKind::Combo,
-                .column = "Vertreter1",
-                .picture = "imgVertreter1"},
-    ControlSpec{.name = "tdbPreisliste",
-                .caption = "Preis&liste",
-                .kind = ControlKind::Combo,
-                .column = "Preisliste",
-                .picture = "imgPreisliste"},
-    ControlSpec{.name = "chkProcessWaring",
-                .caption = "Trotz &Warnungen verarbeiten",
-                .kind = ControlKind::Check,
-                .column = "ProcessWarning"},
+    shared::salesRep,
+    shared::priceList,
+    shared::release,
 };
 
 constexpr std::array addressControls{
@@ -51,21 +31,13 @@ constexpr std::array addressControls{
     ControlSpec{.name = "txtPLZ", .caption = "&PLZ", .column = "PLZ", .picture = "imgPLZ"},
     ControlSpec{.name = "txtOrt", .caption = "&Ort", .column = "Ort", .picture = "imgOrt"},
     ControlSpec{.name = "txtLand", .caption = "Lan&d", .column = "Land", .picture = "imgLand"},
-    ControlSpec{.name = "txtTelefon", .caption = "&Telefon", .column = "Telefon"},
-    ControlSpec{.name = "txtFax", .caption = "Tele&fax", .column = "Telefax"},
+    shared::telephone,
+    shared::fax,
 };
 
 constexpr std::array paymentControls{
-    ControlSpec{.name = "tdbZahlungsart",
-                .caption = "&Zahlungsart",
-                .kind = ControlKind::Combo,
-                .column = "Zahlungsart",
-                .picture = "imgZahlungsart"},
-    ControlSpec{.name = "tdbZahlungsbed",
-                .caption = "Zahlungs&bedingung",
-                .kind = ControlKind::Combo,
-                .column = "ZahlungsbedSchl",
-                .picture = "imgZahlungsbed"},
+    shared::paymentMethod,
+    shared::paymentTerms,
     ControlSpec{.name = "tdbWährung",
                 .caption = "Währung",
                 .kind = ControlKind::Combo,
@@ -79,23 +51,20 @@ constexpr std::array paymentControls{
 };
 
 constexpr std::array individualControls{
-    ControlSpec{
-        .name = "txtIndFild1", .caption = "Kennzeichen 1", .column = "IndFild1", .customerSpecific = true},
+    shared::individual1,
     ControlSpec{
         .name = "txtIndFild2", .caption = "Kennzeichen 2", .column = "IndFild2", .customerSpecific = true},
-    ControlSpec{
-        .name = "txtIndFild3", .caption = "Kennzeichen 3", .column = "IndFild3", .customerSpecific = true},
-    ControlSpec{
-        .name = "txtIndFild4", .caption = "Kennzeichen 4", .column = "IndFild4", .customerSpecific = true},
+    shared::individual3,
+    shared::individual4,
 };
 
 constexpr std::array customerGroups{ControlGroup{"Kunde", customerControls},
                                     ControlGroup{"Adresse", addressControls},
-                                    ControlGroup{"Versand an", shared_controls::deliveryControls},
-                                    ControlGroup{"Rechnung an", shared_controls::invoiceControls},
+                                    ControlGroup{"Versand an", shared::deliveryControls},
+                                    ControlGroup{"Rechnung an", shared::invoiceControls},
                                     ControlGroup{"Zahlung", paymentControls},
-                                    ControlGroup{"Bank", shared_controls::bankControls},
-                                    ControlGroup{"Bemerkung", shared_controls::noteControls},
+                                    ControlGroup{"Bank", shared::bankControls},
+                                    ControlGroup{"Bemerkung", shared::noteControls},
                                     ControlGroup{"Individuell", individualControls}};
 
 } // namespace

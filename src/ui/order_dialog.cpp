@@ -10,58 +10,22 @@
 namespace qx {
 namespace {
 
+namespace shared = shared_controls;
+
 constexpr std::array customerControls{
-    ControlSpec{.name = "txtKundennummer",
-                .caption = "&Kundennummer",
-                .column = "Kundennummer",
-                .picture = "imgKundennummer",
-                .button = "cmdKundennummer",
-                .lookup = "Kundenauskunft",
-                .description = "lblKundennummer"},
-    ControlSpec{.name = "txtHauptkonto",
-                .caption = "&Hauptkonto",
-                .column = "Hauptkonto",
-                .picture = "imgHauptkonto",
-                .button = "cmdHauptkonto",
-                .lookup = "Kundenauskunft"},
-    ControlSpec{.name = "txtTelefon", .caption = "&Telefon", .column = "Telefon"},
-    ControlSpec{.name = "txtFax", .caption = "Tele&fax", .column = "Telefax"},
-    ControlSpec{.name = "tdbVertreter1",
-                .caption = "&Vertreter",
-                .kind = ControlKind::Combo,
-                .column = "Vertreter1",
-                .picture = "imgVertreter1"},
-    ControlSpec{.name = "tdbPreisliste",
-                .caption = "Preis&liste",
-                .kind = ControlKind::Combo,
-                .column = "Preisliste",
-                .picture = "imgPreisliste"},
-    ControlSpec{.name = "chkProcessWaring",
-                .caption = "Trotz &Warnungen verarbeiten",
-                .kind = ControlKind::Check,
-                .column = "ProcessWarning"},
+    shared::customerNumber, shared::account,   shared::telephone, shared::fax,
+    shared::salesRep,       shared::priceList, shared::release,
 };
 
 constexpr std::array paymentControls{
-    ControlSpec{.name = "tdbZahlungsart",
-                .caption = "&Zahlungsart",
-                .kind = ControlKind::Combo,
-                .column = "Zahlungsart",
-                .picture = "imgZahlungsart"},
-    ControlSpec{.name = "tdbZahlungsbed",
-                .caption = "Zahlungs&bedingung",
-                .kind = ControlKind::Combo,
-                .column = "ZahlungsbedSchl",
-                .picture = "imgZahlungsbed"},
+    shared::paymentMethod,
+    shared::paymentTerms,
 };
 
 constexpr std::array individualControls{
-    ControlSpec{
-        .name = "txtIndFild1", .caption = "Kennzeichen 1", .column = "IndFild1", .customerSpecific = true},
-    ControlSpec{
-        .name = "txtIndFild3", .caption = "Kennzeichen 3", .column = "IndFild3", .customerSpecific = true},
-    ControlSpec{
-        .name = "txtIndFild4", .caption = "Kennzeichen 4", .column = "IndFild4", .customerSpecific = true},
+    shared::individual1,
+    shared::individual3,
+    shared::individual4,
     ControlSpec{.name = "chkNeukunde",
                 .caption = "&Neukunde",
                 .kind = ControlKind::Check,
@@ -70,11 +34,11 @@ constexpr std::array individualControls{
 };
 
 constexpr std::array orderGroups{ControlGroup{"Kunde", customerControls},
-                                 ControlGroup{"Versand an", shared_controls::deliveryControls},
-                                 ControlGroup{"Rechnung an", shared_controls::invoiceControls},
+                                 ControlGroup{"Versand an", shared::deliveryControls},
+                                 ControlGroup{"Rechnung an", shared::invoiceControls},
                                  ControlGroup{"Zahlung", paymentControls},
-                                 ControlGroup{"Bank", shared_controls::bankControls},
-                                 ControlGroup{"Bemerkung", shared_controls::noteControls},
+                                 ControlGroup{"Bank", shared::bankControls},
+                                 ControlGroup{"Bemerkung", shared::noteControls},
                                  ControlGroup{"Individuell", individualControls}};
 
 } // namespace

@@ -11,6 +11,52 @@
 
 namespace qx::shared_controls {
 
+inline constexpr ControlSpec customerNumber{.name = "txtKundennummer",
+                                            .caption = "&Kundennummer",
+                                            .column = "Kundennummer",
+                                            .picture = "imgKundennummer",
+                                            .button = "cmdKundennummer",
+                                            .lookup = "Kundenauskunft",
+                                            .description = "lblKundennummer"};
+inline constexpr ControlSpec account{.name = "txtHauptkonto",
+                                     .caption = "&Hauptkonto",
+                                     .column = "Hauptkonto",
+                                     .picture = "imgHauptkonto",
+                                     .button = "cmdHauptkonto",
+                                     .lookup = "Kundenauskunft"};
+inline constexpr ControlSpec telephone{.name = "txtTelefon", .caption = "&Telefon", .column = "Telefon"};
+inline constexpr ControlSpec fax{.name = "txtFax", .caption = "Tele&fax", .column = "Telefax"};
+inline constexpr ControlSpec salesRep{.name = "tdbVertreter1",
+                                      .caption = "&Vertreter",
+                                      .kind = ControlKind::Combo,
+                                      .column = "Vertreter1",
+                                      .picture = "imgVertreter1"};
+inline constexpr ControlSpec priceList{.name = "tdbPreisliste",
+                                       .caption = "Preis&liste",
+                                       .kind = ControlKind::Combo,
+                                       .column = "Preisliste",
+                                       .picture = "imgPreisliste"};
+inline constexpr ControlSpec release{.name = "chkProcessWaring",
+                                     .caption = "Trotz &Warnungen verarbeiten",
+                                     .kind = ControlKind::Check,
+                                     .column = "ProcessWarning"};
+inline constexpr ControlSpec paymentMethod{.name = "tdbZahlungsart",
+                                           .caption = "&Zahlungsart",
+                                           .kind = ControlKind::Combo,
+                                           .column = "Zahlungsart",
+                                           .picture = "imgZahlungsart"};
+inline constexpr ControlSpec paymentTerms{.name = "tdbZahlungsbed",
+                                          .caption = "Zahlungs&bedingung",
+                                          .kind = ControlKind::Combo,
+                                          .column = "ZahlungsbedSchl",
+                                          .picture = "imgZahlungsbed"};
+inline constexpr ControlSpec individual1{
+    .name = "txtIndFild1", .caption = "Kennzeichen 1", .column = "IndFild1", .customerSpecific = true};
+inline constexpr ControlSpec individual3{
+    .name = "txtIndFild3", .caption = "Kennzeichen 3", .column = "IndFild3", .customerSpecific = true};
+inline constexpr ControlSpec individual4{
+    .name = "txtIndFild4", .caption = "Kennzeichen 4", .column = "IndFild4", .customerSpecific = true};
+
 inline constexpr std::array deliveryControls{
     ControlSpec{.name = "txtVersandKdn",
                 .caption = "Kundennummer",
