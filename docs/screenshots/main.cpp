@@ -12,11 +12,13 @@
 #include "ui/qt/text.h"
 
 #include <QAbstractButton>
+#include <QAction>
 #include <QApplication>
 #include <QDialog>
-#include <QLineEdit>
+#include <QEventLoop>
 #include <QLocale>
 #include <QPixmap>
+#include <QTableView>
 #include <QTimer>
 
 #include <cstdlib>
@@ -33,12 +35,11 @@ constexpr std::string_view changedCustomer = "DE000000000000000000000000000017";
 constexpr std::string_view orderWithoutStock = "DE000000000000000000000000000073";
 constexpr std::string_view contractOfUnknownKind = "DE000000000000000000000000000042";
 
-/// Pictures are taken after everything that was due has been drawn.
+/// Pictures are taken after everything that was due has been drawn, the details of the current job included.
 void settle() {
-  for (int i = 0; i < 5; ++i) {
-    QApplication::processEvents();
-    QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-  }
+  QEventLoop loop;
+  QTimer::singleShot(400, &loop, &QEventLoop::quit);
+  loop.exec();
 }
 
 class Screenshots {
@@ -52,8 +53,10 @@ public:
     window.resize(1280, 760);
     save(window, "importvorgaenge");
     drawDialogs(window);
-    engine_.ProcessJobs(false, qxProcessState::ProcessAll);
-    window.findChild<QAction*>(QStringLiteral("ViewDone"))->trigger();
+    for (const char* tool : {"ProcessTransactions", "ViewDone"})
+      window.findChild<QAction*>(QString::fromUtf8(tool))->trigger();
+    auto* const list = window.findChild<QTableView*>(QStringLiteral("TDBList1"));
+    list->setCurrentIndex(list->model()->index(9, 2));
     save(window, "verarbeitet");
   }
 
