@@ -4,18 +4,8 @@
 
 #include <algorithm>
 #include <exception>
-#include <optional>
 
 namespace qx {
-namespace {
-
-/// With a decimal comma, or with a point when there is no comma.
-std::optional<double> feeNumber(std::string text) {
-  if (text.find(',') == std::string::npos) std::ranges::replace(text, '.', ',');
-  return parseGermanNumber(text);
-}
-
-} // namespace
 
 double AccessoryFees::minimumOrderFee(double orderValue) {
   load();
@@ -33,8 +23,8 @@ double AccessoryFees::gradedFee(double accessoryValue) {
 bool AccessoryFees::parse(std::string_view key, const std::string& entry, Row& row) {
   const auto separator = entry.find(';');
   if (separator != std::string::npos) {
-    const auto bound = feeNumber(entry.substr(0, separator));
-    const auto fee = feeNumber(entry.substr(separator + 1));
+    const auto bound = parseTypedNumber(entry.substr(0, separator));
+    const auto fee = parseTypedNumber(entry.substr(separator + 1));
     if (bound && fee) {
       row = {*bound, *fee};
       return true;

@@ -3,7 +3,6 @@
 #include "rules/german_text.h"
 #include "settings/settings.h"
 
-#include <algorithm>
 #include <string>
 
 namespace qx {
@@ -14,11 +13,6 @@ struct Limit {
   double amount = 0;
   std::string currency;
 };
-
-double storedAmount(std::string text) {
-  if (text.find(',') == std::string::npos) std::ranges::replace(text, '.', ',');
-  return parseGermanNumber(text).value_or(0);
-}
 
 } // namespace
 
@@ -31,7 +25,7 @@ CreditResult CreditLimit::query(std::string_view customer) const {
   // The ERP's own limits stand in for a customer that has none; they are in the home currency.
   const auto limit = [&](ColumnName column, std::string_view key) -> Limit {
     if (const auto amount = row->value(column).number()) return {*amount, row->text("Währung")};
-    return {storedAmount(settings.getShared("OP-Info", key, "")), ""};
+    return {parseTypedNumber(settings.getShared("OP-Info", key, "")).value_or(0), ""};
   };
   const Limit first = limit("Kreditlimit1", "Kreditlimit1");
   const Limit second = limit("Kreditlimit2", "Kreditlimit2");

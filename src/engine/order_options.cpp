@@ -2,16 +2,9 @@
 
 #include "rules/german_text.h"
 
-#include <algorithm>
 
 namespace qx {
 namespace {
-
-/// A number as people type it: with a decimal comma, or with a point when there is no comma.
-double typedNumber(std::string text) {
-  if (text.find(',') == std::string::npos) std::ranges::replace(text, '.', ',');
-  return parseGermanNumber(text).value_or(0);
-}
 
 std::optional<bool> readyFlag(const std::string& text) {
   const auto number = settingToInt16(text);
@@ -37,11 +30,11 @@ OrderOptions OrderOptions::read(const Settings& settings, bool customerSpecific)
   options.ZAVSRG = own("ZAVSRG");
   options.VAKunde = own("VAKunde");
   options.ZAKunde = own("ZAKunde");
-  options.abGewicht = typedNumber(own("abGewicht"));
+  options.abGewicht = parseTypedNumber(own("abGewicht")).value_or(0);
   options.VSabGewicht = own("VSabGewicht");
   options.FrachtTransport = own("FrachtTransport");
   options.FrachtGebuehr = own("FrachtGebuehr");
-  options.MinGebuehr = typedNumber(own("MinGebuehr"));
+  options.MinGebuehr = parseTypedNumber(own("MinGebuehr")).value_or(0);
   options.lineReadyForDelivery = readyFlag(own("SWAuftLieferbereit"));
   options.lineReadyForInvoice = readyFlag(own("SWAuftFakturierbereit"));
   return options;

@@ -133,7 +133,7 @@ void OrderWriter::appendFreightAndFees(const OrderContext& order, WrittenLines& 
   };
   const bool freight =
       callsFor(options_.VAKunde, order.shippingMethod) || callsFor(options_.ZAKunde, order.paymentMethod);
-  const double fee = written.anyAccessory ? accessoryFee(order, written) : 0;
+  const double fee = written.anyAccessory ? accessoryFee(order) : 0;
   if (freight && !options_.FrachtTransport.empty())
     lines_.appendLine(order, written, options_.FrachtTransport,
                       lines_.articlePrice(options_.FrachtTransport));
@@ -151,7 +151,7 @@ void OrderWriter::appendFreightAndFees(const OrderContext& order, WrittenLines& 
   lines_.appendLine(order, written, options_.FrachtGebuehr, price);
 }
 
-double OrderWriter::accessoryFee(const OrderContext& order, const WrittenLines&) {
+double OrderWriter::accessoryFee(const OrderContext& order) {
   return fees_.minimumOrderFee(masterData_.orderValue(order.number)) +
          fees_.gradedFee(masterData_.accessoryValue(order.number));
 }

@@ -47,7 +47,7 @@ private:
                          const std::string& stamp) const;
   void applyWeightLimit(Recordset& header, OrderContext& order);
   void appendFreightAndFees(const OrderContext& order, WrittenLines& written);
-  double accessoryFee(const OrderContext& order, const WrittenLines& written);
+  double accessoryFee(const OrderContext& order);
   void stampCustomer(const JobRow& job, Recordset& customer);
   void insertIndexEntry(Recordset& header);
   void finishJob(JobRow& job, std::int32_t number);

@@ -50,6 +50,12 @@ std::optional<double> parseGermanNumber(std::string_view text) {
   return number;
 }
 
+std::optional<double> parseTypedNumber(std::string_view text) {
+  std::string german(text);
+  if (german.find(',') == std::string::npos) std::replace(german.begin(), german.end(), '.', ',');
+  return parseGermanNumber(german);
+}
+
 std::string_view germanBoolean(bool truth) { return truth ? "Wahr" : "Falsch"; }
 
 std::optional<bool> parseGermanBoolean(std::string_view text) {

@@ -19,6 +19,10 @@ std::string germanDecimals(double number, int decimals);
 /// included.
 std::optional<double> parseGermanNumber(std::string_view text);
 
+/// The same for numbers that people typed into a setting or a profile file: without a comma, a point counts
+/// as one.
+std::optional<double> parseTypedNumber(std::string_view text);
+
 /// "Wahr" or "Falsch".
 std::string_view germanBoolean(bool truth);
 
