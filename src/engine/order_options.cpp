@@ -2,7 +2,6 @@
 
 #include "rules/german_text.h"
 
-
 namespace qx {
 namespace {
 

@@ -33,7 +33,7 @@ InformationLine line(Environment& environment, const char* name, Tell&& tell) {
 
 std::string erpVersion(Environment& environment) {
   try {
-    const std::string told = environment.components.createVersion()->version();
+    std::string told = environment.components.createVersion()->version();
     if (!told.empty()) return told;
   } catch (const std::exception& failure) {
     environment.diagnostics.report({"version component", failure.what(), {}});

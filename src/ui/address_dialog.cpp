@@ -3,6 +3,7 @@
 #include "rules/german_text.h"
 #include "ui/lookup_bridge.h"
 
+#include <algorithm>
 #include <exception>
 #include <utility>
 #include <vector>
@@ -84,9 +85,7 @@ struct AddressDialog::BlockSpec {
   std::string_view number() const { return controls[1].name; }
   std::string_view line(std::size_t i) const { return controls[keyControls + i].name; }
   bool owns(std::string_view control) const {
-    for (const ControlSpec& spec : controls)
-      if (spec.name == control) return true;
-    return false;
+    return std::ranges::any_of(controls, [&](const ControlSpec& spec) { return spec.name == control; });
   }
 };
 

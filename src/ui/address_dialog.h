@@ -45,8 +45,8 @@ public:
   void clear(Block block);
   bool hasStored(Block block) const { return stored_[index(block)].has_value(); }
   /// How the block stands, on one line: equal, different, stored nowhere, or empty.
-  std::string standing(Block block) const;
-  AddressBlock block(Block block) const;
+  std::string standing(Block which) const;
+  AddressBlock block(Block which) const;
   const std::string& notice() const { return notice_; }
 
 private:
@@ -56,12 +56,12 @@ private:
 
   void setLines(Block block, const Adresse& lines);
   /// Whose address the key means.
-  std::string owner(Block block) const;
+  std::string owner(Block which) const;
   /// The key means the customer of the job itself, who need not be stored yet.
-  bool isOwn(Block block) const;
+  bool isOwn(Block which) const;
   /// Reads the stored address of the key again and marks a key that is stored nowhere.
-  void readStored(Block block);
-  void compare(Block block);
+  void readStored(Block which);
+  void compare(Block which);
 
   DialogContext context_;
   std::string ownCustomer_;

@@ -14,6 +14,8 @@ namespace qx {
 class AddressedJobDialog : public JobDialog {
 public:
   explicit AddressedJobDialog(const DialogContext& context);
+  AddressedJobDialog(const AddressedJobDialog&) = delete;
+  AddressedJobDialog& operator=(const AddressedJobDialog&) = delete;
   ~AddressedJobDialog() override;
 
   std::string_view cancelButton() const override { return "cmdClose"; }

@@ -189,7 +189,7 @@ std::vector<ColumnChange> JobDialog::changes() const {
   return changes;
 }
 
-Value JobDialog::stored(const ControlSpec& spec, const ControlState& control) const {
+Value JobDialog::stored(const ControlSpec& spec, const ControlState& control) {
   if (spec.kind == ControlKind::Check) return Value(std::int64_t{control.text == "1" ? 1 : 0});
   if (control.text.empty()) return Value::null();
   if (spec.kind == ControlKind::Number) {

@@ -35,6 +35,8 @@ struct DialogContext {
 class JobDialog : public Form {
 public:
   explicit JobDialog(const DialogContext& context);
+  JobDialog(const JobDialog&) = delete;
+  JobDialog& operator=(const JobDialog&) = delete;
   ~JobDialog() override;
 
   /// Reads the job and checks it. False when there is no such job or it cannot be read; `notice` says why.
@@ -118,7 +120,7 @@ protected:
   /// What the controls changed in the columns behind them.
   std::vector<ColumnChange> changes() const;
   /// The value of a control as its column stores it; null for an empty one.
-  Value stored(const ControlSpec& spec, const ControlState& control) const;
+  static Value stored(const ControlSpec& spec, const ControlState& control);
   /// A control whose text is no number or date; null when all can be read.
   std::optional<std::size_t> unreadable() const;
   const JobEditing& editing() const { return editing_; }

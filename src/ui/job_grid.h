@@ -39,9 +39,9 @@ struct GridColumn {
 
 struct GridCell {
   std::string text{};
-  CheckStatus severity = CheckStatus::Clean; ///< how the cell is marked
-  std::string message{};                     ///< tool tip
-  std::string_view bitmap{};                 ///< resource name of a picture; empty for none
+  CheckStatus severity{CheckStatus::Clean}; ///< how the cell is marked
+  std::string message{};                    ///< tool tip
+  std::string_view bitmap{};                ///< resource name of a picture; empty for none
 };
 
 /// A staged job by its key and code.

@@ -79,7 +79,7 @@ std::optional<LookupRequest> requestOf(std::string_view lookup, std::string_view
                                        LookupDocument document) {
   // The second lookup of text blocks is the first one.
   if (equalCodes(lookup, "TEXTBAUSTEINAUSKUNFT2")) lookup.remove_suffix(1);
-  const auto known =
+  const auto* const known =
       std::ranges::find_if(lookups, [&](const Lookup& l) { return equalCodes(l.name, lookup); });
   if (known == lookups.end()) return std::nullopt;
 

@@ -185,63 +185,61 @@ void PositionGrid::checkPrice(std::size_t row) {
 
 GridCell PositionGrid::cell(std::size_t row, std::size_t column) const {
   const GridColumn& spec = positionColumns[column];
-  const std::string child = childOf(row);
+  if (spec.kind == Kind::Picture) return statusCell(row);
+  if (spec.kind == Kind::Button) return {.message = "Alle Angaben der Position", .bitmap = "BUTTON"};
+  if (spec.kind == Kind::Check) return readyCell(row, spec.name);
+  if (spec.name == "Preis") return priceCell(row);
+  if (spec.name == "Preis2") return foundPriceCell(row);
+  if (spec.name == "Artikelnummer") return articleCell(row);
+  return {.text = value(row, ColumnName(spec.name), spec.kind)};
+}
+
+GridCell PositionGrid::statusCell(std::size_t row) const {
   GridCell cell;
-  switch (spec.kind) {
-  case Kind::Picture: {
-    const CheckStatus status = findings_.statusOf(child);
-    cell.severity = status;
-    cell.bitmap = status == CheckStatus::Error     ? "ERROR"
-                  : status == CheckStatus::Warning ? "WARNING"
-                  : context_.readOnly              ? "PROCESSED"
-                                                   : "PROCESSING";
-    cell.message = messages(row);
-    break;
+  cell.severity = findings_.statusOf(childOf(row));
+  cell.message = messages(row);
+  if (cell.severity == CheckStatus::Error)
+    cell.bitmap = "ERROR";
+  else if (cell.severity == CheckStatus::Warning)
+    cell.bitmap = "WARNING";
+  else
+    cell.bitmap = context_.readOnly ? "PROCESSED" : "PROCESSING";
+  return cell;
+}
+
+GridCell PositionGrid::priceCell(std::size_t row) const {
+  GridCell cell;
+  cell.text = twoDecimals(positions_.at(row, "Preis"));
+  if (found_.contains(childOf(row)) && !findings_.text("PR", childOf(row)).empty()) {
+    cell.severity = CheckStatus::Warning;
+    cell.message = "Preis weicht ab.";
   }
-  case Kind::Button:
-    cell.bitmap = "BUTTON";
-    cell.message = "Alle Angaben der Position";
-    break;
-  case Kind::Money:
-    if (spec.name == "Preis2") {
-      const auto found = found_.find(child);
-      if (found != found_.end()) cell.text = germanDecimals(found->second, 2);
-    } else {
-      cell.text = twoDecimals(positions_.at(row, ColumnName(spec.name)));
-      const auto found = found_.find(child);
-      if (found != found_.end() && !findings_.text("PR", child).empty()) {
-        cell.severity = CheckStatus::Warning;
-        cell.message = "Preis weicht ab.";
-      }
-    }
-    break;
-  case Kind::Check: {
-    const bool ready = positions_.at(row, ColumnName(spec.name)).truth().value_or(false);
-    cell.text = ready ? "1" : "0";
-    if (!ready) cell.message = readyNote(positions_.at(row, "Artikelnummer").text(), spec.name);
-    break;
-  }
-  case Kind::Number:
-    cell.text = editText(row, column);
-    break;
-  case Kind::Text:
-  case Kind::LongText:
-  case Kind::Date:
-  case Kind::Unit:
-    cell.text = positions_.at(row, ColumnName(spec.name)).text();
-    break;
-  }
-  if (spec.name == "Artikelnummer") {
-    cell.message = findings_.text("AR", child);
-    cell.severity = cell.message.empty() ? CheckStatus::Clean : CheckStatus::Error;
-  }
+  return cell;
+}
+
+GridCell PositionGrid::foundPriceCell(std::size_t row) const {
+  const auto found = found_.find(childOf(row));
+  return {.text = found == found_.end() ? std::string() : germanDecimals(found->second, 2)};
+}
+
+GridCell PositionGrid::readyCell(std::size_t row, std::string_view flag) const {
+  GridCell cell;
+  cell.text = value(row, ColumnName(flag), Kind::Check);
+  if (cell.text != "1") cell.message = readyNote(positions_.at(row, "Artikelnummer").text(), flag);
+  return cell;
+}
+
+GridCell PositionGrid::articleCell(std::size_t row) const {
+  GridCell cell;
+  cell.text = positions_.at(row, "Artikelnummer").text();
+  cell.message = findings_.text("AR", childOf(row));
+  if (!cell.message.empty()) cell.severity = CheckStatus::Error;
   return cell;
 }
 
 std::string PositionGrid::editText(std::size_t row, std::size_t column) const {
   const GridColumn& spec = positionColumns[column];
-  if (spec.kind != Kind::Number && spec.kind != Kind::Money) return cell(row, column).text;
-  return value(row, ColumnName(spec.name), spec.kind);
+  return spec.editable ? value(row, ColumnName(spec.name), spec.kind) : std::string();
 }
 
 std::string PositionGrid::value(std::size_t row, ColumnName column, GridColumnKind kind) const {

@@ -76,6 +76,11 @@ public:
   CheckStatus statusOf(std::size_t row, std::string_view code) const;
 
 private:
+  GridCell statusCell(std::size_t row) const;
+  GridCell priceCell(std::size_t row) const;
+  GridCell foundPriceCell(std::size_t row) const;
+  GridCell readyCell(std::size_t row, std::string_view flag) const;
+  GridCell articleCell(std::size_t row) const;
   std::string childOf(std::size_t row) const { return positions_.at(row, "ChildID").text(); }
   void checkRow(std::size_t row);
   void checkArticle(std::size_t row);
