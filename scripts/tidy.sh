@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Runs clang-tidy on the layers that are held clean, or on some files: scripts/tidy.sh [--deep] [FILES...]
+# Runs clang-tidy on the program, or on some files: scripts/tidy.sh [--deep] [FILES...]
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 checks=
@@ -19,9 +19,7 @@ if ! log=$("${configure[@]}" 2>&1); then
   exit 1
 fi
 
-# The layers that are held clean; the others follow one by one.
-[ $# -gt 0 ] || mapfile -t files < <(git ls-files 'src/model/*.cpp' 'src/platform/*.cpp' 'src/settings/*.cpp' \
-  'src/adapters/local_settings/*.cpp' 'src/adapters/system/*.cpp')
+[ $# -gt 0 ] || mapfile -t files < <(git ls-files 'src/*.cpp')
 [ $# -eq 0 ] || files=("$@")
 # The count of warnings in foreign headers says nothing.
 printf '%s\0' "${files[@]}" |

@@ -12,6 +12,7 @@
 #include <fstream>
 #include <pwd.h>
 #include <unistd.h>
+#include <utility>
 
 namespace qx::cli {
 namespace {
@@ -83,9 +84,8 @@ void Composition::UserSettings::write(std::string_view application, std::string_
   IniLocalSettings(defaultLocalSettingsFile()).write(application, section, key, value);
 }
 
-Composition::Composition(const ProgramOptions& options, Diagnostics& diagnostics, Desktop& desktop,
-                         JobView& jobView)
-    : options_(options), diagnostics_(diagnostics), desktop_(desktop), jobView_(jobView),
+Composition::Composition(ProgramOptions options, Diagnostics& diagnostics, Desktop& desktop, JobView& jobView)
+    : options_(std::move(options)), diagnostics_(diagnostics), desktop_(desktop), jobView_(jobView),
       iniFile_(diagnostics_), identity_(MachineName::read(), processes_) {}
 
 void Composition::offerLookups(std::function<std::unique_ptr<Auskunft>()> factory) {

@@ -22,7 +22,7 @@ namespace qx::cli {
 class Composition final : public Installation {
 public:
   /// The ports outlive the composition.
-  Composition(const ProgramOptions& options, Diagnostics& diagnostics, Desktop& desktop, JobView& jobView);
+  Composition(ProgramOptions options, Diagnostics& diagnostics, Desktop& desktop, JobView& jobView);
 
   Environment& open() override;
   InstallationReport create(bool demo) override;

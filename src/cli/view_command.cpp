@@ -16,6 +16,7 @@ ExitCode ViewCommand::run(Installation& /*installation*/, const Output& output) 
   std::vector<std::string> words = viewWords(arguments);
   words.insert(words.begin(), program);
   std::vector<char*> pointers;
+  pointers.reserve(words.size() + 1);
   for (std::string& word : words) pointers.push_back(word.data());
   pointers.push_back(nullptr);
   output.result.flush();

@@ -19,7 +19,7 @@ using AddressPart = std::string Adresse::*;
 
 struct ComparedField {
   ColumnName field;
-  AddressPart stored;
+  AddressPart stored = nullptr;
 };
 constexpr std::array mainAddressFields{
     ComparedField{"Bez1", &Adresse::Bez1}, ComparedField{"Bez2", &Adresse::Bez2},

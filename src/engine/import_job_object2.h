@@ -144,8 +144,8 @@ public:
   double GetGRabatt(const Value& KZRabattart, const Value& KZRabatt1, const Value& Rabatt1,
                     const Value& KZRabatt2, const Value& Rabatt2, const Value& KZRabatt3,
                     const Value& Rabatt3, const Value& Param, const Value& Betrag) const;
-  double rundenEx(double zahl, double RundenAuf, bool Aufrunden) const;
-  std::string intdat(const Value& SystemDatum) const;
+  static double rundenEx(double zahl, double RundenAuf, bool Aufrunden);
+  static std::string intdat(const Value& SystemDatum);
   Date NowEx() const;
   double GetLagerbestand(std::string_view Artikelnummer, std::string_view Mengeneinheit, double Menge,
                          std::string& strME, bool MEUmrechnung = false) const;

@@ -154,11 +154,11 @@ double ImportJobObject2::GetGRabatt(const Value& KZRabattart, const Value& KZRab
   return qx::GetGRabatt(environment_, discounts, Param, Betrag.number().value_or(0));
 }
 
-double ImportJobObject2::rundenEx(double zahl, double RundenAuf, bool Aufrunden) const {
+double ImportJobObject2::rundenEx(double zahl, double RundenAuf, bool Aufrunden) {
   return qx::rundenEx(zahl, RundenAuf, Aufrunden);
 }
 
-std::string ImportJobObject2::intdat(const Value& SystemDatum) const { return qx::intdat(SystemDatum); }
+std::string ImportJobObject2::intdat(const Value& SystemDatum) { return qx::intdat(SystemDatum); }
 
 Date ImportJobObject2::NowEx() const { return qx::NowEx(environment_); }
 

@@ -45,7 +45,7 @@ public:
 
 private:
   void markCustomerJobsOfContract(std::string_view customer);
-  void mark(JobRow& job, JobState state, std::string_view text);
+  static void mark(JobRow& job, JobState state, std::string_view text);
 
   Environment& environment_;
   MissingColumns& missing_;

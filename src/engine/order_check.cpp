@@ -44,7 +44,7 @@ Findings OrderCheck::CheckAuftrag(std::string_view JobID, OrderPrices& prices, b
   return findings;
 }
 
-void OrderCheck::checkNote(Recordset& job, Findings& findings) const {
+void OrderCheck::checkNote(Recordset& job, Findings& findings) {
   if (!textOf(job, "Bemerkung").empty()) findings.add(CheckStatus::Warning, order_tokens::note);
 }
 

@@ -27,7 +27,7 @@ public:
   Findings CheckAuftrag(std::string_view JobID, OrderPrices& prices, bool stagedText = true) const;
 
 private:
-  void checkNote(Recordset& job, Findings& findings) const;
+  static void checkNote(Recordset& job, Findings& findings);
   void checkSalesRep(Recordset& job, Findings& findings) const;
   void checkMethods(Recordset& job, Findings& findings) const;
   void checkIndividualFields(Recordset& job, Findings& findings) const;

@@ -16,7 +16,7 @@ struct OrderContext {
   std::string customer;
   std::string customerTaxMark;
   std::string dateStamp; ///< of the date of receipt; decides the tax key
-  Date date;
+  Date date{};
   std::string deliveryDate; ///< the header's `Liefertermin`
   std::int32_t jobCost = 0; ///< `KostID` of the job; 0 for none
   std::int32_t customerCost = 0;

@@ -4,6 +4,7 @@
 #include "engine/order_texts.h"
 #include "rules/german_text.h"
 
+#include <algorithm>
 #include <array>
 
 namespace qx {
@@ -60,7 +61,7 @@ Block blockOf(const Adresse& address) {
   return {address.Bez1, address.Bez2, address.Bez3, address.Strasse, address.Land, address.PLZ, address.Ort};
 }
 
-bool isEmpty(const Block& block) { return block == Block(); }
+bool isEmpty(const Block& block) { return std::ranges::all_of(block, &std::string::empty); }
 
 Value jobOrCustomer(const JobRow& job, ColumnName jobField, Recordset& customer, ColumnName column) {
   const Value& own = job.value(jobField);
@@ -97,7 +98,7 @@ void OrderHeader::fill(Recordset& header, const JobRow& job, Recordset& customer
   fillClerk(header);
 }
 
-void OrderHeader::fillMasterData(Recordset& header, const JobRow& job, Recordset& customer) {
+void OrderHeader::fillMasterData(Recordset& header, const JobRow& job, Recordset& customer) const {
   const std::string customerNumber = job.text("Kundennummer");
   const bool divers = isDiversNumber(customerNumber);
   const bool marked = divers || customer.value("KZDivers").truth().value_or(false);

@@ -35,7 +35,7 @@ public:
   void requireShippingMethod(std::string_view code) const;
 
 private:
-  void fillMasterData(Recordset& header, const JobRow& job, Recordset& customer);
+  void fillMasterData(Recordset& header, const JobRow& job, Recordset& customer) const;
   void fillAddress(Recordset& header, const JobRow& job, Recordset& customer, bool shipping);
   void fillCodes(Recordset& header, const JobRow& job, Recordset& customer);
   void fillSalesReps(Recordset& header, const JobRow& job, Recordset& customer);

@@ -39,10 +39,11 @@ private:
   };
 
   std::unique_ptr<Recordset> openArticle(std::string_view article) const;
-  void fillCommon(Recordset& line, const OrderContext& order, std::int32_t position, std::string_view type);
-  void fillArticle(Recordset& line, Recordset& article, std::string_view unit, double quantity);
-  void fillQuantities(Recordset& line, Recordset& position);
-  double fillPrice(Recordset& line, Recordset& position, const FoundPrice& found);
+  static void fillCommon(Recordset& line, const OrderContext& order, std::int32_t position,
+                         std::string_view type);
+  static void fillArticle(Recordset& line, Recordset& article, std::string_view unit, double quantity);
+  static void fillQuantities(Recordset& line, Recordset& position);
+  static double fillPrice(Recordset& line, Recordset& position, const FoundPrice& found);
   void fillPurchasePrice(Recordset& line, Recordset& article, const OrderContext& order, double quantity);
   void fillFlags(Recordset& line, const Value& delivery, const Value& invoice, const std::string& date);
   void fillTax(Recordset& line, Recordset& article, const OrderContext& order);

@@ -119,7 +119,7 @@ JobResult OrderSection::refusedResult(const JobRow& job, std::string_view status
   return result;
 }
 
-JobResult OrderSection::written(JobRow& job, const WrittenOrder& order) const {
+JobResult OrderSection::written(JobRow& job, const WrittenOrder& order) {
   JobResult result;
   result.line.process = orders.process;
   result.line.number = std::to_string(order.number);

@@ -82,7 +82,7 @@ WrittenOrder OrderWriter::write(JobRow& job) {
   return written;
 }
 
-std::string OrderWriter::receiptStamp(const JobRow& job) const {
+std::string OrderWriter::receiptStamp(const JobRow& job) {
   try {
     return intdat(job.value("Eingangsdatum"));
   } catch (const std::invalid_argument&) {
@@ -101,7 +101,7 @@ std::unique_ptr<Recordset> OrderWriter::openCustomer(const JobRow& job) const {
 }
 
 OrderContext OrderWriter::contextOf(const JobRow& job, Recordset& customer, Recordset& header,
-                                    std::int32_t number, const std::string& stamp) const {
+                                    std::int32_t number, const std::string& stamp) {
   OrderContext order;
   order.number = number;
   order.customer = job.text("Kundennummer");

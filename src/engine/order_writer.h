@@ -40,17 +40,17 @@ public:
   WrittenOrder WriteAuftrag(JobRow& job);
 
 private:
-  std::string receiptStamp(const JobRow& job) const;
+  static std::string receiptStamp(const JobRow& job);
   std::unique_ptr<Recordset> openCustomer(const JobRow& job) const;
   WrittenOrder write(JobRow& job);
-  OrderContext contextOf(const JobRow& job, Recordset& customer, Recordset& header, std::int32_t number,
-                         const std::string& stamp) const;
+  static OrderContext contextOf(const JobRow& job, Recordset& customer, Recordset& header,
+                                std::int32_t number, const std::string& stamp);
   void applyWeightLimit(Recordset& header, OrderContext& order);
   void appendFreightAndFees(const OrderContext& order, WrittenLines& written);
   double accessoryFee(const OrderContext& order);
   void stampCustomer(const JobRow& job, Recordset& customer);
   void insertIndexEntry(Recordset& header);
-  void finishJob(JobRow& job, std::int32_t number);
+  static void finishJob(JobRow& job, std::int32_t number);
   void undoOnHost();
   bool isCashOnDelivery(const OrderContext& order) const;
 

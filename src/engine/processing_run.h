@@ -48,7 +48,7 @@ private:
   bool orderIsBeingReadIn();
   void readProgramVersion();
   void resetReleasedJobs();
-  void resetJob(JobRow& job);
+  static void resetJob(JobRow& job);
   void processCustomers();
   void prepareContracts();
   void processContracts();

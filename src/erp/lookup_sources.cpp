@@ -269,7 +269,7 @@ std::string shownText(const LookupColumn& column, const Value& content) {
 } // namespace
 
 const LookupSource* findLookupSource(std::string_view recordSource) {
-  const auto found = std::ranges::find_if(
+  const auto* const found = std::ranges::find_if(
       sources, [&](const LookupSource& source) { return equalCodes(source.name, recordSource); });
   return found == sources.end() ? nullptr : &*found;
 }

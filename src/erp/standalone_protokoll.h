@@ -26,7 +26,7 @@ public:
                               std::string_view list) override;
   bool OpenProtokoll(Connection& connection, std::string_view id) override;
   void AddNewRecord() override;
-  void SetField(int kind, int column, std::string_view value) override;
+  void SetField(int kind, int column, std::string_view text) override;
   void UpdateRecord() override;
 
 private:

@@ -36,7 +36,7 @@ public:
 
   std::string GetSetting(std::string_view section, std::string_view key,
                          std::optional<std::string_view> fallback) override;
-  void SaveSetting(std::string_view section, std::string_view key, std::string_view value) override;
+  void SaveSetting(std::string_view section, std::string_view key, std::string_view setting) override;
 
   Date GetSessionDate() override;
   std::int16_t GetBuchungskreis() override;

@@ -18,6 +18,7 @@ std::optional<double> UnitConversions::factor(std::string_view article, std::str
   if (equalCodes(unit, baseUnit)) return 1.0;
   for (const std::string_view owner : {article, std::string_view()}) {
     if (const auto direct = storedFactor(owner, unit, baseUnit)) return direct;
+    // NOLINTNEXTLINE(readability-suspicious-call-argument): the other way round on purpose.
     if (const auto reverse = storedFactor(owner, baseUnit, unit)) return 1.0 / *reverse;
     if (owner.empty()) break;
   }

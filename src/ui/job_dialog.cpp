@@ -13,9 +13,11 @@ namespace qx {
 namespace {
 
 constexpr std::string_view releaseControl = "chkProcessWaring";
-constexpr std::string_view releaseQuestion =
-    "Der Vorgang hat Warnungen oder Fehler und wird so nicht verarbeitet.\r\n"
-    "Soll ihn die nächste Verarbeitung trotzdem übernehmen?";
+constexpr std::string_view releaseQuestion = "Der Vorgang hat Befunde und wird so nicht verarbeitet.\r\n"
+                                             "Soll ihn die nächste Verarbeitung trotzdem übernehmen?";
+constexpr std::string_view mendedQuestion =
+    "Der Vorgang hat keine Befunde mehr, ist aber noch zurückgestellt.\r\n"
+    "Soll ihn die nächste Verarbeitung übernehmen?";
 
 /// How a column's value stands in its control.
 std::string shown(ControlKind kind, const Value& stored) {
@@ -135,7 +137,8 @@ bool JobDialog::save() {
   const JobState state = stateOf(jobType_);
   const bool parked = state == JobState::Warning || state == JobState::Error;
   if (parked && offersRelease() && !released())
-    release(environment().desktop.ask({std::string(releaseQuestion)}));
+    release(environment().desktop.ask(
+        {std::string(findings_.status() == CheckStatus::Clean ? mendedQuestion : releaseQuestion)}));
   if (!tellFailure("Fehler beim Speichern der Daten", [this] { store(); })) return false;
   if (!tellFailure("Fehler beim Update der Daten", [this] { storeAddresses(); })) return false;
   settle();
@@ -165,7 +168,7 @@ void JobDialog::reportFailure(Recordset& job) {
   const std::string failure = job.hasField("Fehlertext") ? job.text("Fehlertext") : std::string();
   if (!failure.empty())
     findings_.report({std::string(processingErrorCode), "", CheckStatus::Warning,
-                      "Fehler beim verarbeiten: " + failure, "", ""});
+                      "Fehler beim verarbeiten: " + failure, std::string(releaseControl), ""});
 }
 
 bool JobDialog::trying(std::string_view where, const std::function<void()>& step) {

@@ -297,9 +297,16 @@ std::string PositionGrid::edit(std::size_t row, std::size_t column, std::string_
 std::string PositionGrid::setValue(std::size_t row, ColumnName column, GridColumnKind kind,
                                    std::string_view text) {
   if (context_.readOnly) return "Der Vorgang kann nicht mehr geändert werden.";
+  const Value ordered = positions_.at(row, "Menge");
   std::string refused = set(row, column, kind, text);
-  if (refused.empty()) checkAgain(row);
-  return refused;
+  if (!refused.empty()) return refused;
+  // What was to be delivered and invoiced in full still is.
+  if (column == "Menge")
+    for (const ColumnName follower : {ColumnName("Auslieferungsmenge"), ColumnName("Fakturiermenge")})
+      if (positions_.at(row, follower).number() == ordered.number())
+        positions_.set(row, follower, positions_.at(row, "Menge"));
+  checkAgain(row);
+  return {};
 }
 
 void PositionGrid::checkAgain(std::size_t row) {

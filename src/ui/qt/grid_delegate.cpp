@@ -105,12 +105,13 @@ void GridDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
     PictureDelegate::paint(painter, option, index);
     return;
   }
-  QStyledItemDelegate::paint(painter, option, index);
+  // A cell that is no picture is painted as the toolkit does.
+  QStyledItemDelegate::paint(painter, option, index); // NOLINT(bugprone-parent-virtual-call)
   if (kind(index) != GridColumnKind::Check) return;
   const QStyle* style = option.widget != nullptr ? option.widget->style() : QApplication::style();
   QStyleOptionButton box;
   box.initFrom(option.widget);
-  box.state = index.flags() & Qt::ItemIsUserCheckable ? QStyle::State_Enabled : QStyle::State_None;
+  box.state = index.flags().testFlag(Qt::ItemIsUserCheckable) ? QStyle::State_Enabled : QStyle::State_None;
   box.state |= index.data(Qt::CheckStateRole).toInt() == Qt::Checked ? QStyle::State_On : QStyle::State_Off;
   const QSize size(style->pixelMetric(QStyle::PM_IndicatorWidth, &box, option.widget),
                    style->pixelMetric(QStyle::PM_IndicatorHeight, &box, option.widget));
@@ -122,7 +123,7 @@ bool GridDelegate::editorEvent(QEvent* event, QAbstractItemModel* model, const Q
                                const QModelIndex& index) {
   if (kind(index) != GridColumnKind::Check)
     return QStyledItemDelegate::editorEvent(event, model, option, index);
-  if (!(index.flags() & Qt::ItemIsUserCheckable)) return false;
+  if (!index.flags().testFlag(Qt::ItemIsUserCheckable)) return false;
   const bool clicked = event->type() == QEvent::MouseButtonRelease &&
                        static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton;
   const bool pressed =
@@ -138,7 +139,7 @@ bool GridDelegate::eventFilter(QObject* editor, QEvent* event) {
     const auto* key = static_cast<QKeyEvent*>(event);
     const bool enter = key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter;
     // Enter begins a line; with Ctrl it ends the text, like Tab.
-    if (key->key() == Qt::Key_Tab || (enter && key->modifiers() & Qt::ControlModifier)) {
+    if (key->key() == Qt::Key_Tab || (enter && key->modifiers().testFlag(Qt::ControlModifier))) {
       emit commitData(note);
       emit closeEditor(note, enter ? NoHint : EditNextItem);
       return true;

@@ -19,7 +19,31 @@ QString firstLine(const QString& text) {
   return end < 0 ? text : text.left(end).trimmed() + QStringLiteral(" …");
 }
 
+QVariant alignment(GridColumnKind kind) {
+  if (isNumeric(kind)) return QVariant(Qt::AlignRight | Qt::AlignVCenter);
+  if (isPicture(kind) || kind == GridColumnKind::Check) return QVariant(Qt::AlignCenter);
+  return QVariant(Qt::AlignLeft | Qt::AlignVCenter);
+}
+
 } // namespace
+
+QVariant GridModel::shownText(const GridCell& cell, GridColumnKind kind, const Refused* refused) {
+  if (isPicture(kind) || kind == GridColumnKind::Check) return {};
+  if (refused != nullptr) return refused->text;
+  return kind == GridColumnKind::LongText ? firstLine(toQt(cell.text)) : toQt(cell.text);
+}
+
+QVariant GridModel::decoration(const GridCell& cell, GridColumnKind kind, const Refused* refused) {
+  if (isPicture(kind)) return cell.bitmap.empty() ? QVariant() : QVariant(picture(cell.bitmap));
+  if (refused != nullptr) return fieldPicture(CheckStatus::Error);
+  return cell.severity == CheckStatus::Clean ? QVariant() : QVariant(fieldPicture(cell.severity));
+}
+
+QVariant GridModel::explanation(const GridCell& cell, GridColumnKind kind, const Refused* refused) {
+  if (refused != nullptr) return refused->reason;
+  if (!cell.message.empty()) return toQt(cell.message);
+  return kind == GridColumnKind::LongText ? toQt(cell.text) : QString();
+}
 
 GridModel::GridModel(JobGrid& grid, QObject* parent)
     : QAbstractTableModel(parent), grid_(grid), rows_(static_cast<int>(grid.rowCount())) {}
@@ -35,44 +59,28 @@ const GridModel::Refused* GridModel::refusedAt(const QModelIndex& index) const {
   return found == refused_.end() ? nullptr : &found->second;
 }
 
-QVariant GridModel::alignment(GridColumnKind kind) const {
-  if (isNumeric(kind)) return QVariant(Qt::AlignRight | Qt::AlignVCenter);
-  if (isPicture(kind) || kind == GridColumnKind::Check) return QVariant(Qt::AlignCenter);
-  return QVariant(Qt::AlignLeft | Qt::AlignVCenter);
-}
-
 QVariant GridModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid() || index.row() >= static_cast<int>(grid_.rowCount())) return {};
   const auto row = static_cast<std::size_t>(index.row());
   const auto place = static_cast<std::size_t>(index.column());
   const GridColumnKind kind = column(index.column()).kind;
-  if (role == Qt::TextAlignmentRole) return alignment(kind);
   const Refused* refused = refusedAt(index);
-  if (role == Qt::EditRole) return refused != nullptr ? refused->text : toQt(grid_.editText(row, place));
-
-  const bool asked = role == Qt::DisplayRole || role == Qt::DecorationRole || role == Qt::ToolTipRole ||
-                     role == Qt::CheckStateRole || role == Qt::AccessibleTextRole;
-  if (!asked) return {};
-  const GridCell cell = grid_.cell(row, place);
   switch (role) {
+  case Qt::TextAlignmentRole:
+    return alignment(kind);
+  case Qt::EditRole:
+    return refused != nullptr ? refused->text : toQt(grid_.editText(row, place));
   case Qt::DisplayRole:
-    if (isPicture(kind) || kind == GridColumnKind::Check) return {};
-    if (refused != nullptr) return refused->text;
-    return kind == GridColumnKind::LongText ? firstLine(toQt(cell.text)) : toQt(cell.text);
+    return shownText(grid_.cell(row, place), kind, refused);
   case Qt::DecorationRole:
-    if (isPicture(kind)) return cell.bitmap.empty() ? QVariant() : QVariant(picture(cell.bitmap));
-    if (refused != nullptr) return fieldPicture(CheckStatus::Error);
-    return cell.severity == CheckStatus::Clean ? QVariant() : QVariant(fieldPicture(cell.severity));
+    return decoration(grid_.cell(row, place), kind, refused);
   case Qt::CheckStateRole:
     if (kind != GridColumnKind::Check) return {};
-    return cell.text == "1" ? Qt::Checked : Qt::Unchecked;
+    return grid_.cell(row, place).text == "1" ? Qt::Checked : Qt::Unchecked;
   case Qt::AccessibleTextRole:
-    if (!isPicture(kind)) return {};
-    [[fallthrough]];
+    return isPicture(kind) ? explanation(grid_.cell(row, place), kind, refused) : QVariant();
   case Qt::ToolTipRole:
-    if (refused != nullptr) return refused->reason;
-    if (!cell.message.empty()) return toQt(cell.message);
-    return kind == GridColumnKind::LongText ? toQt(cell.text) : QString();
+    return explanation(grid_.cell(row, place), kind, refused);
   default:
     return {};
   }

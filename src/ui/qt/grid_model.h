@@ -53,7 +53,10 @@ private:
   using Place = std::pair<int, int>; ///< row, column
 
   const Refused* refusedAt(const QModelIndex& index) const;
-  QVariant alignment(GridColumnKind kind) const;
+  static QVariant shownText(const GridCell& cell, GridColumnKind kind, const Refused* refused);
+  static QVariant decoration(const GridCell& cell, GridColumnKind kind, const Refused* refused);
+  /// The tool tip, which is also what a screen reader says of a picture.
+  static QVariant explanation(const GridCell& cell, GridColumnKind kind, const Refused* refused);
 
   JobGrid& grid_;
   int rows_ = 0; ///< as the views know it

@@ -272,7 +272,7 @@ bool GridView::eventFilter(QObject* watched, QEvent* event) {
       return true;
     }
     // Enter opens the cell, as in a spreadsheet.
-    if (key != Qt::Key_Space && pressed && current.flags() & Qt::ItemIsEditable) {
+    if (key != Qt::Key_Space && pressed && current.flags().testFlag(Qt::ItemIsEditable)) {
       table_->edit(current);
       return true;
     }

@@ -103,7 +103,7 @@ private:
   ElidedLabel* title_ = nullptr;
   QLabel* notice_ = nullptr;
   QLabel* progress_ = nullptr;
-  QSplitter* splitter_ = nullptr;
+  QSplitter* splitter_ = new QSplitter(Qt::Vertical, this);
   QScrollArea* scroll_ = nullptr;
   ControlForm* form_ = nullptr;
   FindingsModel* findings_ = nullptr;
@@ -123,7 +123,6 @@ JobDialogWindow::JobDialogWindow(QWidget* parent, const DialogContext& context, 
   setWindowFlag(Qt::WindowContextHelpButtonHint, false);
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(buildHead());
-  splitter_ = new QSplitter(Qt::Vertical, this);
   splitter_->setChildrenCollapsible(false);
   splitter_->addWidget(buildForm());
   splitter_->addWidget(buildFindings());
@@ -186,7 +185,7 @@ QWidget* JobDialogWindow::buildFindings() {
   findings_ = new FindingsModel(this);
   findingsView_ = new QTableView(this);
   findingsView_->setObjectName(QStringLiteral("lstFehler"));
-  findingsView_->setAccessibleName(QStringLiteral("Meldungen"));
+  findingsView_->setAccessibleName(QStringLiteral("Befunde"));
   findingsView_->setModel(findings_);
   findingsView_->setItemDelegateForColumn(1, new PictureDelegate(findingsView_));
   findingsView_->setSelectionBehavior(QAbstractItemView::SelectRows);
@@ -250,7 +249,7 @@ QLayout* JobDialogWindow::buildButtons(bool offerNext) {
   row->addWidget(progress_, 1);
   row->addStretch(1);
   release_ = addButton(*row, keys, "cmdFreigeben", QStringLiteral("Freigeben"), &JobDialogWindow::release);
-  release_->setToolTip(QStringLiteral("Den Vorgang trotz seiner Meldungen verarbeiten lassen"));
+  release_->setToolTip(QStringLiteral("Den Vorgang trotz seiner Befunde verarbeiten lassen"));
   save_ = addButton(*row, keys, "cmdSpeichern", QStringLiteral("Speichern"), &JobDialogWindow::saveAndClose);
   save_->setToolTip(QStringLiteral("Speichern und schließen (Strg+S)"));
   if (offerNext) {
@@ -291,7 +290,10 @@ void JobDialogWindow::showEvent(QShowEvent* event) {
   fitForm();
   // The day's work begins with what is wrong; Enter leads to its field.
   if (event->spontaneous() || dialog_.readOnly() || findings_->rowCount() == 0) return;
-  findingsView_->selectRow(0);
+  // What an earlier processing wrote comes after what can be mended.
+  int first = 0;
+  while (first + 1 < findings_->rowCount() && findings_->finding(first).code == processingErrorCode) ++first;
+  findingsView_->selectRow(first);
   findingsView_->setFocus(Qt::OtherFocusReason);
 }
 

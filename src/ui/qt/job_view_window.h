@@ -47,6 +47,8 @@ class JobViewWindow final : public QMainWindow, private JobViewWindows {
 public:
   /// Environment and engine outlive the window.
   JobViewWindow(Environment& environment, ImportJobObject2& engine, JobViewDialogs dialogs);
+  JobViewWindow(const JobViewWindow&) = delete;
+  JobViewWindow& operator=(const JobViewWindow&) = delete;
   ~JobViewWindow() override;
 
   /// Shows itself in front of the others.

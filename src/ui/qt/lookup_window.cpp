@@ -111,7 +111,7 @@ LookupWindow::LookupWindow(const LookupRequest& request, LookupPages& pages, Loc
                            Diagnostics& diagnostics, QWidget* parent)
     : QDialog(parent), model_(new LookupModel(pages, diagnostics, this)), search_(new QLineEdit(this)),
       table_(new QTableView(this)), hint_(new QLabel(table_->viewport())), notice_(new QLabel(this)),
-      accept_(nullptr), settings_(settings), diagnostics_(diagnostics), profile_(request.profile) {
+      settings_(settings), diagnostics_(diagnostics), profile_(request.profile) {
   setObjectName(QStringLiteral("lookupWindow"));
   setWindowTitle(toQt(request.caption).trimmed());
   setModal(true);
@@ -254,10 +254,9 @@ void LookupWindow::restoreSize() {
              table_->verticalHeader()->defaultSectionSize() * 19);
   try {
     const std::string stored = settings_.read(applicationName, settingsSection, profile_);
-    int width = 0;
-    int height = 0;
-    if (std::sscanf(stored.c_str(), "%dx%d", &width, &height) == 2 && width > 0 && height > 0)
-      size = QSize(width, height);
+    const QStringList sides = toQt(stored).split(QLatin1Char('x'));
+    const QSize kept(sides.value(0).toInt(), sides.value(1).toInt());
+    if (!kept.isEmpty()) size = kept;
   } catch (const std::exception& error) {
     diagnostics_.report({"size of the lookup window", error.what(), ""});
   }
@@ -285,6 +284,7 @@ std::vector<std::string> QtAuskunft::show(Session& session, const LookupRequest&
   LookupWindow window(request, pages, settings_, diagnostics_, QApplication::activeWindow());
   if (window.exec() != QDialog::Accepted) return {};
   std::vector<std::string> values;
+  values.reserve(places.size());
   for (const std::size_t place : places) values.push_back((*window.current())[place]);
   return values;
 }

@@ -82,7 +82,7 @@ private:
   QTableView* table_;
   QLabel* hint_;
   QLabel* notice_;
-  QPushButton* accept_;
+  QPushButton* accept_ = nullptr;
   LocalSettings& settings_;
   Diagnostics& diagnostics_;
   std::string profile_;

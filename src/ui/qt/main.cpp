@@ -69,6 +69,7 @@ public:
   OpenView(const OpenView&) = delete;
   OpenView& operator=(const OpenView&) = delete;
   ~OpenView() {
+    view_.leave();
     if (engine_.importLock().held()) engine_.Unload();
     view_.close();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);

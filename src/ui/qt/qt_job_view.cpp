@@ -25,4 +25,8 @@ void QtJobView::close() {
   window->deleteLater();
 }
 
+void QtJobView::leave() {
+  if (isOpen()) window_->QWidget::close();
+}
+
 } // namespace qx

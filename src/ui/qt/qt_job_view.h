@@ -32,6 +32,8 @@ public:
   void open() override;
   /// Hides the window; it is destroyed by the event loop, since it may be its own handler that calls.
   void close() override;
+  /// Closes the window as its close box does: it keeps its place, and the engine is unloaded.
+  void leave();
   bool isOpen() const { return !window_.isNull(); }
 
 private:
