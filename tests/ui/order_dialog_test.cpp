@@ -160,6 +160,19 @@ TEST_F(OrderDialogTest, OpensADoneOrderForReadingWithItsPositions) {
   EXPECT_NE(dialog->grid()->edit(0, 2, "5"), "");
 }
 
+TEST_F(OrderDialogTest, QuantitiesToDeliverFollowTheOrderedOneUnlessTheyDiffer) {
+  stageOrder("O1");
+  stagePosition("O1", 1, "A100", 5, [](AuftragsPosFields& position) {
+    position.Auslieferungsmenge = 5;
+    position.Fakturiermenge = 2;
+  });
+  const auto dialog = opened("O1");
+  JobGrid& grid = *dialog->grid();
+  EXPECT_EQ(grid.edit(0, column(grid, "Menge"), "3"), "");
+  EXPECT_EQ(cell(grid, 0, "Auslieferungsmenge"), "3");
+  EXPECT_EQ(cell(grid, 0, "Fakturiermenge"), "2");
+}
+
 TEST_F(OrderDialogTest, TheDetailsOfAPositionReachWhatTheGridDoesNotShow) {
   stageOrder("O1");
   stagePriced("O1", 1, "A100", 1, 10);
