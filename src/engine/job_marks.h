@@ -39,7 +39,7 @@ public:
       : environment_(environment), missing_(missing), errors_(std::move(errors)) {}
 
   /// 10 to 11, 20 to 21, 30 to 31, 40 to 41.
-  void markJobWarning(JobRow& job, std::string_view text);
+  static void markJobWarning(JobRow& job, std::string_view text);
   /// 10 to 12, 20 to 22, 30 to 32, 40 to 42. A customer contract that fails marks the customer's jobs too.
   void markJobError(JobRow& job, std::string_view text);
 

@@ -48,7 +48,7 @@ private:
   void fillFlags(Recordset& line, const Value& delivery, const Value& invoice, const std::string& date);
   void fillTax(Recordset& line, Recordset& article, const OrderContext& order);
   void fillCostAssignment(Recordset& line, Recordset& position, const OrderContext& order);
-  void writeText(Recordset& lines, const OrderContext& order, Recordset& position);
+  static void writeText(Recordset& lines, const OrderContext& order, Recordset& position);
   const Tax& taxOf(const OrderContext& order, const std::string& articleMark);
 
   Environment& environment_;
