@@ -96,7 +96,7 @@ Database::Database(const std::string& path) {
   handle_.reset(raw);
   check(raw, code);
   execute("PRAGMA synchronous=FULL");
-  execute("PRAGMA cache_size=-16000");
+  execute("PRAGMA cache_size=-32000");
 }
 
 void Database::execute(const char* text) {

@@ -33,7 +33,7 @@ void configure(sqlite3* handle, const std::string& target) {
   // Reading the schema first tells a file that is not a database from one that is.
   check(handle, sqlite3_exec(handle, "PRAGMA schema_version", nullptr, nullptr, nullptr), target);
   check(handle,
-        sqlite3_exec(handle, "PRAGMA synchronous=FULL; PRAGMA cache_size=-16000;", nullptr, nullptr, nullptr),
+        sqlite3_exec(handle, "PRAGMA synchronous=FULL; PRAGMA cache_size=-32000;", nullptr, nullptr, nullptr),
         target);
 }
 
