@@ -59,7 +59,7 @@ bool CustomerSection::park(JobRow& job, CheckStatus& status) {
   status = findings.status;
   if (status == CheckStatus::Clean) return false;
   if (status == CheckStatus::Warning)
-    marks_.markJobWarning(job, announced(findings));
+    JobMarks::markJobWarning(job, announced(findings));
   else
     marks_.markJobError(job, announced(findings));
   return true;

@@ -98,7 +98,7 @@ bool OrderSection::evaluate(JobRow& job, std::string& text, JobResult& refused) 
     if (isError)
       parts_.marks.markJobError(job, announced(findings));
     else
-      parts_.marks.markJobWarning(job, announced(findings));
+      JobMarks::markJobWarning(job, announced(findings));
     refused = refusedResult(job, isError ? statusError : statusWarning);
     return false;
   }
