@@ -29,7 +29,10 @@ void asUnit(Connection& connection, Work&& work) {
 } // namespace
 
 PositionTable::PositionTable(Recordset& rows) {
-  for (std::size_t i = 0; i < rows.fieldCount(); ++i) columns_.emplace_back(rows.fieldName(i));
+  for (std::size_t i = 0; i < rows.fieldCount(); ++i) {
+    const ColumnName column(rows.fieldName(i));
+    columns_.push_back({std::string(column.text()), column.hash()});
+  }
   for (; !rows.eof(); rows.moveNext()) {
     auto& row = rows_.emplace_back();
     for (std::size_t i = 0; i < columns_.size(); ++i) row.push_back(rows.value(i));
@@ -38,7 +41,7 @@ PositionTable::PositionTable(Recordset& rows) {
 
 std::optional<std::size_t> PositionTable::find(ColumnName column) const {
   for (std::size_t i = 0; i < columns_.size(); ++i)
-    if (ColumnName(columns_[i]) == column) return i;
+    if (columns_[i].hash == column.hash()) return i;
   return std::nullopt;
 }
 
@@ -61,7 +64,7 @@ void PositionTable::remove(std::size_t row) { rows_.erase(rows_.begin() + static
 
 void PositionTable::copyTo(Recordset& target, std::size_t row) const {
   for (std::size_t i = 0; i < columns_.size(); ++i) {
-    const ColumnName column(columns_[i]);
+    const ColumnName column(columns_[i].name);
     if (column != orderOfPositions && !rows_[row][i].isNull()) target.set(column, rows_[row][i]);
   }
 }

@@ -51,7 +51,15 @@ public:
 private:
   std::optional<std::size_t> find(ColumnName column) const;
 
-  std::vector<std::string> columns_;
+  /// A column with the hash by which it is found.
+  struct Column {
+    std::string name;
+    std::uint64_t hash = 0;
+
+    friend bool operator==(const Column&, const Column&) = default;
+  };
+
+  std::vector<Column> columns_;
   std::vector<std::vector<Value>> rows_;
 };
 

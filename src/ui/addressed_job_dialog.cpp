@@ -82,6 +82,16 @@ std::unique_ptr<Recordset> AddressedJobDialog::open(std::string_view jobId) {
   return editing().header(jobId);
 }
 
+void AddressedJobDialog::checkHeader(Recordset& job) {
+  readAddresses(job);
+  fillCodes();
+  checkBank();
+  reportFailure(job);
+  checkCustomer();
+  checkAddresses();
+  checkAccount();
+}
+
 void AddressedJobDialog::readAddresses(Recordset& job) {
   for (std::size_t block = 0; block < blocks().size(); ++block)
     for (std::size_t line = 0; line < addressLines.size(); ++line) {

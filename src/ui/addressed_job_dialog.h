@@ -37,19 +37,21 @@ protected:
   /// Removes what `compareCustomer` may have reported.
   virtual void clearComparison() = 0;
 
-  void readAddresses(Recordset& job);
-  /// Fills the combos that the dialog shows and reports unknown codes.
-  void fillCodes();
-  void checkBank();
+  /// Reads the addresses, fills the combos and runs every check of the header.
+  void checkHeader(Recordset& job);
   void checkCustomer();
-  void checkAddresses();
-  void checkAccount();
 
 private:
   /// One of the two address blocks: its columns, controls, codes and messages.
   struct BlockSpec;
   static const std::array<BlockSpec, 2>& blocks();
 
+  void readAddresses(Recordset& job);
+  /// Fills the combos that the dialog shows and reports unknown codes.
+  void fillCodes();
+  void checkBank();
+  void checkAddresses();
+  void checkAccount();
   void checkCode(std::string_view control);
   void checkBlock(const BlockSpec& spec, const Adresse& lines);
   AddressBlock blockOf(const BlockSpec& spec, const Adresse& lines) const;

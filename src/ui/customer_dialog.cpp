@@ -76,13 +76,7 @@ std::string CustomerDialog::title() const {
 }
 
 void CustomerDialog::fill(Recordset& job) {
-  readAddresses(job);
-  fillCodes();
-  checkBank();
-  reportFailure(job);
-  checkCustomer();
-  checkAddresses();
-  checkAccount();
+  checkHeader(job);
   reloadGrid();
 }
 

@@ -50,9 +50,9 @@ CheckStatus FindingList::statusOf(std::string_view item) const {
   return status;
 }
 
-std::string FindingList::text(std::string_view code, std::string_view item) const {
+const Finding* FindingList::find(std::string_view code, std::string_view item) const {
   const auto entry = findings_.find(key(item, code));
-  return entry == findings_.end() ? std::string() : entry->second.finding.text;
+  return entry == findings_.end() ? nullptr : &entry->second.finding;
 }
 
 } // namespace qx

@@ -41,8 +41,8 @@ public:
   CheckStatus status() const;
   /// The highest severity of one position.
   CheckStatus statusOf(std::string_view item) const;
-  /// The text of a finding; empty when there is none.
-  std::string text(std::string_view code, std::string_view item) const;
+  /// Null when there is none. Valid until the list changes.
+  const Finding* find(std::string_view code, std::string_view item) const;
 
 private:
   struct Entry {

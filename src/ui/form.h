@@ -65,6 +65,8 @@ protected:
   void mark(std::string_view name, CheckStatus severity, std::string message = {});
   /// What is shown now counts as stored.
   void settle();
+  /// The text of a control as it was loaded or saved last.
+  const std::string& storedText(std::size_t place) const { return stored_[place]; }
   void setReadOnly(bool readOnly);
 
 private:

@@ -67,8 +67,6 @@ bool JobDialog::load(std::string_view jobId) {
   });
   if (!found) return false;
   settle();
-  loaded_.clear();
-  for (std::size_t place = 0; place < specs().size(); ++place) loaded_.push_back(control(place).text);
   setReadOnly(isDone(jobType_));
   return true;
 }
@@ -142,7 +140,6 @@ bool JobDialog::save() {
   if (!tellFailure("Fehler beim Speichern der Daten", [this] { store(); })) return false;
   if (!tellFailure("Fehler beim Update der Daten", [this] { storeAddresses(); })) return false;
   settle();
-  for (std::size_t place = 0; place < specs().size(); ++place) loaded_[place] = control(place).text;
   return true;
 }
 
@@ -186,7 +183,7 @@ std::vector<ColumnChange> JobDialog::changes() const {
   std::vector<ColumnChange> changes;
   for (std::size_t place = 0; place < specs().size(); ++place) {
     const ControlSpec& spec = *specs()[place];
-    if (!spec.column.empty() && control(place).text != loaded_[place])
+    if (!spec.column.empty() && control(place).text != storedText(place))
       changes.push_back({ColumnName(spec.column), stored(spec, control(place))});
   }
   return changes;
@@ -207,7 +204,7 @@ Value JobDialog::stored(const ControlSpec& spec, const ControlState& control) {
 std::optional<std::size_t> JobDialog::unreadable() const {
   for (std::size_t place = 0; place < specs().size(); ++place) {
     const std::string& typed = control(place).text;
-    if (typed.empty() || typed == loaded_[place]) continue;
+    if (typed.empty() || typed == storedText(place)) continue;
     const ControlKind kind = specs()[place]->kind;
     if (kind == ControlKind::Number && !parseGermanNumber(typed)) return place;
     if (kind == ControlKind::Date && !parseGermanDate(typed)) return place;

@@ -126,7 +126,6 @@ protected:
   const JobEditing& editing() const { return editing_; }
   ReadJob readJob() const { return {jobId_, jobType_}; }
   void setJobType(std::int16_t jobType) { jobType_ = jobType; }
-  void setNotice(std::string text) { notice_ = std::move(text); }
 
   Environment& environment() const { return context_.environment; }
   ImportJobObject2& engine() const { return context_.engine; }
@@ -139,7 +138,6 @@ private:
 
   DialogContext context_;
   JobEditing editing_;
-  std::vector<std::string> loaded_;
   bool customerSpecific_ = false;
   std::string jobId_;
   std::int16_t jobType_ = 0;

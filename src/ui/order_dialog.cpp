@@ -55,16 +55,10 @@ std::string OrderDialog::title() const {
 bool OrderDialog::changed() const { return AddressedJobDialog::changed() || positions_.changed(); }
 
 void OrderDialog::fill(Recordset& job) {
-  readAddresses(job);
   for (const ComparedLine& line : comparedLines)
     own_.*line.line = job.hasField(line.column) ? job.text(line.column) : std::string();
   receivedOn_ = job.text("Eingangsdatum");
-  fillCodes();
-  checkBank();
-  reportFailure(job);
-  checkCustomer();
-  checkAddresses();
-  checkAccount();
+  checkHeader(job);
 
   const Settings settings(environment());
   PositionContext context;

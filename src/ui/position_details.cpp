@@ -120,8 +120,12 @@ void PositionDetails::show() {
     std::string_view code;
   };
   for (const Place& place : {Place{"txtArtikelnummer", "AR"}, Place{"tdbnbrMenge", "LB"},
-                             Place{"tdbnbrPreis", "PR"}, Place{"tdbnbrKostID", "KO"}})
-    mark(place.control, grid_.statusOf(row_, place.code), grid_.messages(row_));
+                             Place{"tdbnbrPreis", "PR"}, Place{"tdbnbrKostID", "KO"}}) {
+    if (const Finding* found = grid_.finding(row_, place.code))
+      mark(place.control, found->severity, found->text);
+    else
+      mark(place.control, CheckStatus::Clean);
+  }
 }
 
 void PositionDetails::leave(std::size_t place) {

@@ -210,7 +210,7 @@ GridCell PositionGrid::statusCell(std::size_t row) const {
 GridCell PositionGrid::priceCell(std::size_t row) const {
   GridCell cell;
   cell.text = twoDecimals(positions_.at(row, "Preis"));
-  if (found_.contains(childOf(row)) && !findings_.text("PR", childOf(row)).empty()) {
+  if (found_.contains(childOf(row)) && finding(row, "PR") != nullptr) {
     cell.severity = CheckStatus::Warning;
     cell.message = "Preis weicht ab.";
   }
@@ -232,8 +232,10 @@ GridCell PositionGrid::readyCell(std::size_t row, std::string_view flag) const {
 GridCell PositionGrid::articleCell(std::size_t row) const {
   GridCell cell;
   cell.text = positions_.at(row, "Artikelnummer").text();
-  cell.message = findings_.text("AR", childOf(row));
-  if (!cell.message.empty()) cell.severity = CheckStatus::Error;
+  if (const Finding* found = finding(row, "AR")) {
+    cell.message = found->text;
+    cell.severity = found->severity;
+  }
   return cell;
 }
 
@@ -339,16 +341,9 @@ std::string PositionGrid::articleText(std::size_t row) const {
 
 std::string PositionGrid::messages(std::size_t row) const {
   std::string lines;
-  for (const std::string_view code : positionCodes) {
-    const std::string text = findings_.text(code, childOf(row));
-    if (!text.empty()) lines += (lines.empty() ? "" : "\n") + text;
-  }
+  for (const std::string_view code : positionCodes)
+    if (const Finding* found = finding(row, code)) lines += (lines.empty() ? "" : "\n") + found->text;
   return lines;
-}
-
-CheckStatus PositionGrid::statusOf(std::size_t row, std::string_view code) const {
-  if (findings_.text(code, childOf(row)).empty()) return CheckStatus::Clean;
-  return findings_.statusOf(childOf(row));
 }
 
 std::unique_ptr<Form> PositionGrid::details(std::size_t row) {

@@ -73,7 +73,10 @@ public:
   std::string articleText(std::size_t row) const;
   /// The findings of a row, one a line.
   std::string messages(std::size_t row) const;
-  CheckStatus statusOf(std::size_t row, std::string_view code) const;
+  /// Null when there is none. Valid until the row is checked again.
+  const Finding* finding(std::size_t row, std::string_view code) const {
+    return findings_.find(code, childOf(row));
+  }
 
 private:
   GridCell statusCell(std::size_t row) const;

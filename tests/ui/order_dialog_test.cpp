@@ -186,7 +186,9 @@ TEST_F(OrderDialogTest, TheDetailsOfAPositionReachWhatTheGridDoesNotShow) {
   type("tdbnbrKostID", "12");
   type("tdbnbrRabatt", "2,5");
   type("tdbnbrPreis", "9");
-  EXPECT_EQ(details->control(*details->find("tdbnbrPreis")).picture, CheckStatus::Warning);
+  const ControlState& price = details->control(*details->find("tdbnbrPreis"));
+  EXPECT_EQ(price.picture, CheckStatus::Warning);
+  EXPECT_EQ(price.message, "Ermittelter Preis: 10,00 weicht vom Importpreis: 9,00 ab!");
   type("tdbnbrMenge", "?");
   EXPECT_EQ(details->control(*details->find("tdbnbrMenge")).text, "?");
   EXPECT_EQ(details->control(*details->find("tdbnbrMenge")).message, "'?' ist keine Zahl.");
