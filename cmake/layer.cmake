@@ -35,6 +35,8 @@ function(qx_test name)
   cmake_parse_arguments(TEST "" "" "SOURCES;USES;PRIVATE" ${ARGN})
   add_executable(test_${name} ${TEST_SOURCES})
   target_link_libraries(test_${name} PRIVATE qx_flags GTest::gtest_main GTest::gmock ${TEST_PRIVATE})
+  # A fixture of an anonymous namespace is used by its own file only, joined with others or not.
+  target_compile_options(test_${name} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
   foreach(used IN LISTS TEST_USES)
     target_link_libraries(test_${name} PRIVATE qx_${used})
   endforeach()

@@ -7,7 +7,7 @@
 namespace qx::bench {
 namespace {
 
-std::string insertText() {
+std::string customerInsertText() {
   std::string names = "\"ÄndUser\", \"ÄndDatum\", Kundennummer";
   std::string places = "?, ?, ?";
   for (const CopiedColumn& copied : copiedColumns) {
@@ -17,7 +17,7 @@ std::string insertText() {
   return "INSERT INTO Kundenstamm (" + names + ") VALUES (" + places + ")";
 }
 
-std::string updateText() {
+std::string customerUpdateText() {
   std::string text = "UPDATE Kundenstamm SET \"ÄndUser\"=?, \"ÄndDatum\"=?";
   for (const CopiedColumn& copied : copiedColumns) {
     const bool kept = copied.column == "PLZ" || copied.column == "Ort" || copied.column == "KundeSeit";
@@ -64,8 +64,8 @@ void RowView::read(const Statement& statement) {
 CustomerStatements::CustomerStatements(Database& database)
     : job(database.prepare("SELECT rowid, * FROM ImportKopf WHERE rowid=?")),
       customer(database.prepare("SELECT rowid, * FROM Kundenstamm WHERE Kundennummer=?")),
-      codes(codeLookups(database)), insertCustomer(database.prepare(insertText())),
-      updateCustomer(database.prepare(updateText())),
+      codes(codeLookups(database)), insertCustomer(database.prepare(customerInsertText())),
+      updateCustomer(database.prepare(customerUpdateText())),
       addAddress(database.prepare(
           "INSERT INTO Adressenstamm (Kundennummer, Adressnummer, Bez1, Bez2, Bez3, Strasse, Land, PLZ, Ort) "
           "SELECT ?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9 WHERE NOT EXISTS (SELECT Kundennummer FROM "

@@ -57,20 +57,20 @@ constexpr std::array adressindex{key("Kundennummer"), key("Art", ColumnType::Sma
 constexpr std::array lieferanten{key("Lieferantennummer"), code("Bez1")};
 constexpr std::array schemastand{integer("Version")};
 
-constexpr std::array tables{SchemaTable{"Protokolle", protokolle, {}},
-                            SchemaTable{"Protokollpositionen", protokollpositionen, {}},
-                            SchemaTable{"Verkaufspreise", verkaufspreise, verkaufspreiseIndexes},
-                            SchemaTable{"OffenePosten", offenePosten, offenePostenIndexes},
-                            SchemaTable{"Umrechnungen", umrechnungen, {}},
-                            SchemaTable{"Einstellungen", einstellungen, {}},
-                            SchemaTable{"Benutzer", benutzer, {}},
-                            SchemaTable{"Adressindex", adressindex, {}},
-                            SchemaTable{"Lieferanten", lieferanten, {}},
-                            SchemaTable{"Einkaufspreise", einkaufspreise, einkaufspreiseIndexes},
-                            SchemaTable{"Schemastand", schemastand, {}}};
+constexpr std::array componentTableList{SchemaTable{"Protokolle", protokolle, {}},
+                                        SchemaTable{"Protokollpositionen", protokollpositionen, {}},
+                                        SchemaTable{"Verkaufspreise", verkaufspreise, verkaufspreiseIndexes},
+                                        SchemaTable{"OffenePosten", offenePosten, offenePostenIndexes},
+                                        SchemaTable{"Umrechnungen", umrechnungen, {}},
+                                        SchemaTable{"Einstellungen", einstellungen, {}},
+                                        SchemaTable{"Benutzer", benutzer, {}},
+                                        SchemaTable{"Adressindex", adressindex, {}},
+                                        SchemaTable{"Lieferanten", lieferanten, {}},
+                                        SchemaTable{"Einkaufspreise", einkaufspreise, einkaufspreiseIndexes},
+                                        SchemaTable{"Schemastand", schemastand, {}}};
 
 } // namespace
 
-std::span<const SchemaTable> componentTables() { return tables; }
+std::span<const SchemaTable> componentTables() { return componentTableList; }
 
 } // namespace qx

@@ -147,25 +147,25 @@ constexpr std::array textbausteine{
 constexpr std::array personalstamm{key("PersonalNr"), text("Kurzzeichen"), text("Anrede"),
                                    text("Titel"),     text("Vorname"),     text("Nachname")};
 
-constexpr std::array tables{SchemaTable{"Kundenstamm", kundenstamm, kundenstammIndexes},
-                            SchemaTable{"Adressenstamm", adressenstamm, adressenstammIndexes},
-                            SchemaTable{"Kundengruppen", kundengruppen, {}},
-                            SchemaTable{"Vertreter", vertreter, {}},
-                            SchemaTable{"Zahlungsarten", zahlungsarten, {}},
-                            SchemaTable{"Kreditinstitute", kreditinstitute, {}},
-                            SchemaTable{"Währungen", währungen, {}},
-                            SchemaTable{"Versandtexte", versandtexte, {}},
-                            SchemaTable{"Zahlungsbedingungen", zahlungsbedingungen, {}},
-                            SchemaTable{"PreislistenKopf", preislistenKopf, {}},
-                            SchemaTable{"Verträge", verträge, {}},
-                            SchemaTable{"Vertragsarten", vertragsarten, {}},
-                            SchemaTable{"VertragsGegenständePos", vertragsGegenständePos, {}},
-                            SchemaTable{"Vertragsgegenstände", vertragsgegenstände, {}},
-                            SchemaTable{"Textbausteine", textbausteine, {}},
-                            SchemaTable{"Personalstamm", personalstamm, {}}};
+constexpr std::array customerTableList{SchemaTable{"Kundenstamm", kundenstamm, kundenstammIndexes},
+                                       SchemaTable{"Adressenstamm", adressenstamm, adressenstammIndexes},
+                                       SchemaTable{"Kundengruppen", kundengruppen, {}},
+                                       SchemaTable{"Vertreter", vertreter, {}},
+                                       SchemaTable{"Zahlungsarten", zahlungsarten, {}},
+                                       SchemaTable{"Kreditinstitute", kreditinstitute, {}},
+                                       SchemaTable{"Währungen", währungen, {}},
+                                       SchemaTable{"Versandtexte", versandtexte, {}},
+                                       SchemaTable{"Zahlungsbedingungen", zahlungsbedingungen, {}},
+                                       SchemaTable{"PreislistenKopf", preislistenKopf, {}},
+                                       SchemaTable{"Verträge", verträge, {}},
+                                       SchemaTable{"Vertragsarten", vertragsarten, {}},
+                                       SchemaTable{"VertragsGegenständePos", vertragsGegenständePos, {}},
+                                       SchemaTable{"Vertragsgegenstände", vertragsgegenstände, {}},
+                                       SchemaTable{"Textbausteine", textbausteine, {}},
+                                       SchemaTable{"Personalstamm", personalstamm, {}}};
 
 } // namespace
 
-std::span<const SchemaTable> customerTables() { return tables; }
+std::span<const SchemaTable> customerTables() { return customerTableList; }
 
 } // namespace qx

@@ -72,7 +72,7 @@ void stageFailing(Staging& staging) {
   addContract(staging, qxtjobkundenverträge, 3, 77, {"V20010", "MV", "M-UNBEKANNT", 5});
 }
 
-void stageEarlier(Staging& staging) {
+void stageEarlierContracts(Staging& staging) {
   addContract(staging, qxtJobVerträgeWarning, 13, 78, {"V20011", "WV", "W-SAEGE", 0},
               {{"Menge", 0.0}, {"Fehlertext", "Menge ist faslch"}, {"ProcessWarning", 1}});
   addContract(staging, qxtJobVerträgeDone, 14, 79, {"V20012", "WV", "W-SAEGE", 29.5});
@@ -83,7 +83,7 @@ void stageEarlier(Staging& staging) {
 void stageContracts(Staging& staging) {
   stageWritten(staging);
   stageFailing(staging);
-  stageEarlier(staging);
+  stageEarlierContracts(staging);
 }
 
 } // namespace qx::demo

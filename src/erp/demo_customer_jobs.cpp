@@ -80,7 +80,7 @@ void stageReleased(Staging& staging) {
 }
 
 /// As earlier runs left them: nobody takes them until they are released.
-void stageEarlier(Staging& staging) {
+void stageEarlierCustomers(Staging& staging) {
   addCustomer(
       staging, 14, newCustomer(30),
       {{"Fehlertext", "Beim Verarbeiten wurden Warnungen festgestellt.\r\nKundengruppe: 'ALT' ist nicht "
@@ -103,7 +103,7 @@ void stageCustomers(Staging& staging) {
   stageWarnings(staging);
   stageErrors(staging);
   stageReleased(staging);
-  stageEarlier(staging);
+  stageEarlierCustomers(staging);
 }
 
 } // namespace qx::demo

@@ -82,27 +82,27 @@ constexpr std::array<Group, 1> creditNoteGroup{creditNotes};
 constexpr std::array<Group, 1> invoiceGroup{invoices};
 
 // Offers, orders and purchase orders of a supplier have no tables here, hence no record source.
-constexpr std::array sources{LookupSource{"AUSK_KUNDENAUSKUNFT", "Kundenstamm", customerColumns,
-                                          customerSearch, customerOrder, allRows, true},
-                             LookupSource{"AUSK_ADRESSAUSKUNFT", "Adressenstamm", addressColumns,
-                                          addressSearch, addressOrder, addressGroups},
-                             LookupSource{"AUSK_LIEFERANTENAUSKUNFT", "Lieferanten", supplierColumns,
-                                          supplierSearch, supplierOrder, allRows},
-                             LookupSource{"AUSK_KREDITINSTITUTAUSKUNFT", "Kreditinstitute", bankColumns,
-                                          bankSearch, bankOrder, allRows},
-                             LookupSource{"AUSK_ARTIKELAUSKUNFT", "Artikelstamm", articleColumns,
-                                          articleSearch, articleOrder, allRows, true},
-                             LookupSource{"AUSK_VERTRAGSGEGENSTANDSAUSKUNFT", "Vertragsgegenstände",
-                                          contractObjectColumns, contractObjectSearch, contractObjectOrder,
-                                          allRows},
-                             LookupSource{"AUSK_TEXTBAUSTEINAUSKUNFT", "Textbausteine", textBlockColumns,
-                                          textBlockSearch, textBlockOrder, allRows},
-                             LookupSource{"AUSK_LIEFERSCHEINAUSKUNFT", "Belegindex", documentColumns,
-                                          documentSearch, documentOrder, deliveryNoteGroup},
-                             LookupSource{"AUSK_GUTSCHRIFTSAUSKUNFT", "Belegindex", documentColumns,
-                                          documentSearch, documentOrder, creditNoteGroup},
-                             LookupSource{"AUSK_RECHNUNGSAUSKUNFT", "Belegindex", documentColumns,
-                                          documentSearch, documentOrder, invoiceGroup}};
+constexpr std::array lookupSourceList{
+    LookupSource{"AUSK_KUNDENAUSKUNFT", "Kundenstamm", customerColumns, customerSearch, customerOrder,
+                 allRows, true},
+    LookupSource{"AUSK_ADRESSAUSKUNFT", "Adressenstamm", addressColumns, addressSearch, addressOrder,
+                 addressGroups},
+    LookupSource{"AUSK_LIEFERANTENAUSKUNFT", "Lieferanten", supplierColumns, supplierSearch, supplierOrder,
+                 allRows},
+    LookupSource{"AUSK_KREDITINSTITUTAUSKUNFT", "Kreditinstitute", bankColumns, bankSearch, bankOrder,
+                 allRows},
+    LookupSource{"AUSK_ARTIKELAUSKUNFT", "Artikelstamm", articleColumns, articleSearch, articleOrder, allRows,
+                 true},
+    LookupSource{"AUSK_VERTRAGSGEGENSTANDSAUSKUNFT", "Vertragsgegenstände", contractObjectColumns,
+                 contractObjectSearch, contractObjectOrder, allRows},
+    LookupSource{"AUSK_TEXTBAUSTEINAUSKUNFT", "Textbausteine", textBlockColumns, textBlockSearch,
+                 textBlockOrder, allRows},
+    LookupSource{"AUSK_LIEFERSCHEINAUSKUNFT", "Belegindex", documentColumns, documentSearch, documentOrder,
+                 deliveryNoteGroup},
+    LookupSource{"AUSK_GUTSCHRIFTSAUSKUNFT", "Belegindex", documentColumns, documentSearch, documentOrder,
+                 creditNoteGroup},
+    LookupSource{"AUSK_RECHNUNGSAUSKUNFT", "Belegindex", documentColumns, documentSearch, documentOrder,
+                 invoiceGroup}};
 
 std::string_view trimmed(std::string_view text) {
   const auto first = text.find_first_not_of(' ');
@@ -270,8 +270,8 @@ std::string shownText(const LookupColumn& column, const Value& content) {
 
 const LookupSource* findLookupSource(std::string_view recordSource) {
   const auto* const found = std::ranges::find_if(
-      sources, [&](const LookupSource& source) { return equalCodes(source.name, recordSource); });
-  return found == sources.end() ? nullptr : &*found;
+      lookupSourceList, [&](const LookupSource& source) { return equalCodes(source.name, recordSource); });
+  return found == lookupSourceList.end() ? nullptr : &*found;
 }
 
 std::vector<std::size_t> resultColumns(const LookupSource& source, std::span<const std::string> fields) {

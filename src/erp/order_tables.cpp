@@ -223,20 +223,20 @@ constexpr std::array steuerschlüsselzuordnung{key("MwStKZKunde"), key("MwStKZAr
                                               small("Steuerschlüssel"), small("SteuerschlüsselNeu")};
 constexpr std::array steuerschlüssel{key("Steuerschlüssel", ColumnType::Small), real("MwSt_Satz")};
 
-constexpr std::array tables{SchemaTable{"Auftragskopf", auftragskopf, {}},
-                            SchemaTable{"Auftragspos", auftragspos, auftragsposIndexes},
-                            SchemaTable{"Belegindex", belegindex, belegindexIndexes},
-                            SchemaTable{"Nummernkreise", nummernkreise, {}},
-                            SchemaTable{"Artikelstamm", artikelstamm, artikelstammIndexes},
-                            SchemaTable{"Artikellager", artikellager, {}},
-                            SchemaTable{"MengeneinheitenAltern", mengeneinheitenAltern, {}},
-                            SchemaTable{"Mengeneinheiten", mengeneinheiten, {}},
-                            SchemaTable{"Kostenzuordnung", kostenzuordnung, kostenzuordnungIndexes},
-                            SchemaTable{"Steuerschlüsselzuordnung", steuerschlüsselzuordnung, {}},
-                            SchemaTable{"Steuerschlüssel", steuerschlüssel, {}}};
+constexpr std::array orderTableList{SchemaTable{"Auftragskopf", auftragskopf, {}},
+                                    SchemaTable{"Auftragspos", auftragspos, auftragsposIndexes},
+                                    SchemaTable{"Belegindex", belegindex, belegindexIndexes},
+                                    SchemaTable{"Nummernkreise", nummernkreise, {}},
+                                    SchemaTable{"Artikelstamm", artikelstamm, artikelstammIndexes},
+                                    SchemaTable{"Artikellager", artikellager, {}},
+                                    SchemaTable{"MengeneinheitenAltern", mengeneinheitenAltern, {}},
+                                    SchemaTable{"Mengeneinheiten", mengeneinheiten, {}},
+                                    SchemaTable{"Kostenzuordnung", kostenzuordnung, kostenzuordnungIndexes},
+                                    SchemaTable{"Steuerschlüsselzuordnung", steuerschlüsselzuordnung, {}},
+                                    SchemaTable{"Steuerschlüssel", steuerschlüssel, {}}};
 
 } // namespace
 
-std::span<const SchemaTable> orderTables() { return tables; }
+std::span<const SchemaTable> orderTables() { return orderTableList; }
 
 } // namespace qx

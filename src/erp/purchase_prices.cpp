@@ -5,16 +5,17 @@
 namespace qx {
 namespace {
 
-double numberIn(Recordset& row, ColumnName column, double whenNull = 0) {
+double purchaseNumber(Recordset& row, ColumnName column, double whenNull = 0) {
   return row.value(column).number().value_or(whenNull);
 }
 
-PurchasePrice priceIn(Recordset& row, double factor) {
+PurchasePrice purchasePriceIn(Recordset& row, double factor) {
   PurchasePrice price;
-  price.price = numberIn(row, "EKPreis") * factor;
-  price.priceUnit = numberIn(row, "EKPreiseinheit", 1);
+  price.price = purchaseNumber(row, "EKPreis") * factor;
+  price.priceUnit = purchaseNumber(row, "EKPreiseinheit", 1);
   price.discountKind = row.text("EKRabattart");
-  price.discounts = {numberIn(row, "EKRabatt1"), numberIn(row, "EKRabatt2"), numberIn(row, "EKRabatt3")};
+  price.discounts = {purchaseNumber(row, "EKRabatt1"), purchaseNumber(row, "EKRabatt2"),
+                     purchaseNumber(row, "EKRabatt3")};
   price.discount = discountRate({price.discountKind, {}, price.discounts});
   return price;
 }
@@ -27,12 +28,13 @@ std::optional<PurchasePrice> PurchasePrices::find(const PurchasePriceQuestion& q
                                          value(question.supplier), "'"_sql));
   std::vector<PriceStep> steps;
   for (std::size_t i = 0; !rows->eof(); rows->moveNext(), ++i)
-    steps.push_back({i, rows->text("Mengeneinheit"), numberIn(*rows, "Menge"), rows->text("GueltigAb")});
+    steps.push_back(
+        {i, rows->text("Mengeneinheit"), purchaseNumber(*rows, "Menge"), rows->text("GueltigAb")});
   const auto chosen =
       choosePrice(steps, {question.article, question.quantity, question.unit, question.date}, conversions_);
   if (!chosen) return std::nullopt;
   rows->moveTo(chosen->row);
-  const PurchasePrice price = priceIn(*rows, chosen->factor);
+  const PurchasePrice price = purchasePriceIn(*rows, chosen->factor);
   return price.priceUnit == 0 ? std::nullopt : std::optional(price);
 }
 

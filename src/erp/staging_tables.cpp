@@ -56,12 +56,12 @@ constexpr std::array importPosIndexes{SchemaIndex{"ImportPos_Job", {"JobID"}}};
 constexpr std::array lockControl{key("Dateiname"), key("Satz"), text("StationID"), text("SessionID"),
                                  text("Benutzer")};
 
-constexpr std::array tables{SchemaTable{"ImportKopf", importKopf, importKopfIndexes},
-                            SchemaTable{"ImportPos", importPos, importPosIndexes},
-                            SchemaTable{"LockControl", lockControl, {}}};
+constexpr std::array stagingTableList{SchemaTable{"ImportKopf", importKopf, importKopfIndexes},
+                                      SchemaTable{"ImportPos", importPos, importPosIndexes},
+                                      SchemaTable{"LockControl", lockControl, {}}};
 
 } // namespace
 
-std::span<const SchemaTable> stagingTables() { return tables; }
+std::span<const SchemaTable> stagingTables() { return stagingTableList; }
 
 } // namespace qx

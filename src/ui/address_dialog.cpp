@@ -1,5 +1,7 @@
 #include "ui/address_dialog.h"
 
+#include "ui/address_lines.h"
+
 #include "rules/german_text.h"
 #include "ui/lookup_bridge.h"
 
@@ -10,10 +12,6 @@
 
 namespace qx {
 namespace {
-
-using Line = std::string Adresse::*;
-constexpr std::array<Line, 7> addressLines{&Adresse::Bez1, &Adresse::Bez2, &Adresse::Bez3, &Adresse::Strasse,
-                                           &Adresse::PLZ,  &Adresse::Ort,  &Adresse::Land};
 
 constexpr std::string_view customerLookup = "Kundenauskunft";
 constexpr std::string_view addressLookup = "Adressauskunft";
@@ -64,10 +62,8 @@ constexpr std::array addressGroups{ControlGroup{"Versand an", deliveryControls},
 /// In every block the key stands before the lines.
 constexpr std::size_t keyControls = 2;
 
-std::string oneLine(const Adresse& address) {
-  std::string text;
-  for (const Line line : addressLines)
-    if (const std::string& part = address.*line; !part.empty()) text += (text.empty() ? "" : ", ") + part;
+std::string described(const Adresse& address) {
+  const std::string text = oneLine(address);
   return text.empty() ? "(ohne Angaben)" : text;
 }
 
@@ -213,9 +209,9 @@ std::string AddressDialog::standing(Block which) const {
   const std::optional<Adresse>& stored = stored_[index(which)];
   const bool empty = edited.lines == Adresse();
   if (stored) {
-    if (empty) return "Es gilt die Stammadresse: " + oneLine(*stored);
+    if (empty) return "Es gilt die Stammadresse: " + described(*stored);
     if (edited.lines == *stored) return "Gleich der Stammadresse.";
-    return "Weicht von der Stammadresse ab: " + oneLine(*stored);
+    return "Weicht von der Stammadresse ab: " + described(*stored);
   }
   if (isOwn(which))
     return empty ? "Es gilt die Anschrift des Vorgangs; der Kunde ist noch nicht angelegt."

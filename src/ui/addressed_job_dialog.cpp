@@ -1,5 +1,7 @@
 #include "ui/addressed_job_dialog.h"
 
+#include "ui/address_lines.h"
+
 #include "rules/german_text.h"
 
 #include <utility>
@@ -25,22 +27,6 @@ constexpr std::array codeControls{
     CodeControl{"tdbWährung", "WÄ", "Währung: ", &ImportJobObject2::FillComboWährung},
     CodeControl{"tdbWährungEG", "WÄE", "Währung: ", &ImportJobObject2::FillComboWährung},
 };
-
-using Line = std::string Adresse::*;
-constexpr std::array<Line, 7> addressLines{&Adresse::Bez1, &Adresse::Bez2, &Adresse::Bez3, &Adresse::Strasse,
-                                           &Adresse::PLZ,  &Adresse::Ort,  &Adresse::Land};
-
-CheckStatus warningUnless(bool fine) { return fine ? CheckStatus::Clean : CheckStatus::Warning; }
-
-/// An address on one line.
-std::string oneLine(const Adresse& address) {
-  std::string text;
-  for (const Line line : addressLines) {
-    const std::string& part = address.*line;
-    if (!part.empty()) text += (text.empty() ? "" : ", ") + part;
-  }
-  return text;
-}
 
 } // namespace
 

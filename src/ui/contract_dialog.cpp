@@ -13,7 +13,7 @@ namespace {
 
 namespace shared = shared_controls;
 
-constexpr std::array customerControls{
+constexpr std::array contractCustomerControls{
     ControlSpec{.name = "txtKundennummer",
                 .caption = "&Kundennummer",
                 .column = "Kundennummer",
@@ -69,10 +69,9 @@ constexpr std::array termControls{
     shared::release,
 };
 
-constexpr std::array contractGroups{ControlGroup{"Vertrag", customerControls},
+constexpr std::array contractGroups{ControlGroup{"Vertrag", contractCustomerControls},
                                     ControlGroup{"Konditionen und Laufzeit", termControls}};
 
-CheckStatus warningUnless(bool fine) { return fine ? CheckStatus::Clean : CheckStatus::Warning; }
 CheckStatus errorUnless(bool fine) { return fine ? CheckStatus::Clean : CheckStatus::Error; }
 
 JobState stateFor(CheckStatus status) {

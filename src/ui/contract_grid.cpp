@@ -7,7 +7,7 @@
 namespace qx {
 namespace {
 
-constexpr std::array contractColumns{
+constexpr std::array contractGridColumns{
     GridColumn{.name = "Status", .caption = "Status", .kind = GridColumnKind::Picture},
     GridColumn{.name = "Zustand", .caption = "Zustand"},
     GridColumn{.name = "Vertrag", .caption = "Vertrag"},
@@ -39,7 +39,7 @@ std::string stateText(const std::string& code) {
 
 } // namespace
 
-std::span<const GridColumn> ContractGrid::columns() const { return contractColumns; }
+std::span<const GridColumn> ContractGrid::columns() const { return contractGridColumns; }
 
 void ContractGrid::load(const JobEditing& editing, const ImportJobObject2& engine,
                         std::string_view customer) {

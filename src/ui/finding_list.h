@@ -15,6 +15,9 @@ namespace qx {
 /// The code of what an earlier processing wrote into the job; it counts for no status.
 inline constexpr std::string_view processingErrorCode = "EP";
 
+/// What a check reports that only warns.
+inline CheckStatus warningUnless(bool fine) { return fine ? CheckStatus::Clean : CheckStatus::Warning; }
+
 /// One line of a findings list.
 struct Finding {
   std::string code; ///< short code of the field, shown as "Zuordnung"

@@ -12,7 +12,7 @@ namespace {
 
 namespace shared = shared_controls;
 
-constexpr std::array customerControls{
+constexpr std::array orderCustomerControls{
     shared::customerNumber, shared::account,   shared::telephone, shared::fax,
     shared::salesRep,       shared::priceList, shared::release,
 };
@@ -33,7 +33,7 @@ constexpr std::array individualControls{
                 .customerSpecific = true},
 };
 
-constexpr std::array orderGroups{ControlGroup{"Kunde", customerControls},
+constexpr std::array orderGroups{ControlGroup{"Kunde", orderCustomerControls},
                                  ControlGroup{"Versand an", shared::deliveryControls},
                                  ControlGroup{"Rechnung an", shared::invoiceControls},
                                  ControlGroup{"Zahlung", paymentControls},

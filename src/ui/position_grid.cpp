@@ -51,8 +51,6 @@ std::string readyNote(const std::string& article, std::string_view flag) {
   return "Achtung: ''" + article + "'' ist nicht auf " + std::string(flag) + " gesetzt.";
 }
 
-CheckStatus warningUnless(bool fine) { return fine ? CheckStatus::Clean : CheckStatus::Warning; }
-
 } // namespace
 
 std::span<const GridColumn> PositionGrid::columns() const { return positionColumns; }

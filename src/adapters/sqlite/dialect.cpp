@@ -34,7 +34,7 @@ std::string withParameters(const Sql& statement) {
         text += '?';
         break;
       case SqlSlot::Name:
-        text += quoted(*nextName++);
+        text += quotedName(*nextName++);
         break;
       }
       afterText = piece.slot == SqlSlot::Text;
@@ -113,7 +113,7 @@ std::string dateNumber(std::string_view column, int dayLength, int monthLength) 
 
 } // namespace
 
-std::string quoted(std::string_view identifier) {
+std::string quotedName(std::string_view identifier) {
   std::string text = "\"";
   for (const char c : identifier) {
     if (c == '"') text += '"';

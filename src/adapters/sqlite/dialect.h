@@ -17,6 +17,6 @@ std::string translate(const Sql& statement);
 std::string chronological(std::string_view column);
 
 /// An identifier in double quotes.
-std::string quoted(std::string_view identifier);
+std::string quotedName(std::string_view identifier);
 
 } // namespace qx::sqlite

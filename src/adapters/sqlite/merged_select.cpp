@@ -89,7 +89,7 @@ std::optional<std::string> mergedSelect(std::string_view select, std::string_vie
   if (codes.empty() || termsOf(parts->orderBy).size() != 1) return std::nullopt;
 
   const std::string key(expressionOf(sortKey(*parts), parts->list));
-  const std::string table = quoted(parts->table);
+  const std::string table = quotedName(parts->table);
   const std::string direction = parts->descending() ? " DESC" : "";
   const auto ordered = [&](std::string_view first, std::string_view second) {
     return " ORDER BY " + std::string(first) + direction + ", " + std::string(second) + direction;

@@ -24,7 +24,7 @@ std::string whereClause(const SelectParts& parts) {
 }
 
 std::string rowsOf(const SelectParts& parts) {
-  return "SELECT rowid, " + std::string(parts.list) + " FROM " + quoted(parts.table);
+  return "SELECT rowid, " + std::string(parts.list) + " FROM " + quotedName(parts.table);
 }
 
 } // namespace
@@ -49,7 +49,7 @@ PreparedStatement StatementCache::stream(const Sql& statement) {
   const std::string text = translate(statement);
   const auto parts = splitSelect(text);
   if (!parts || parts->aggregate) return {database_, target_, text, false};
-  const std::string ordered = "SELECT " + std::string(parts->list) + " FROM " + quoted(parts->table) +
+  const std::string ordered = "SELECT " + std::string(parts->list) + " FROM " + quotedName(parts->table) +
                               whereClause(*parts) + orderClause(*parts);
   return {database_, target_, ordered, false};
 }
@@ -83,8 +83,8 @@ KeysetQuery& StatementCache::keyset(const Sql& statement) {
     const TableKey tableKey = keyOf(query.source.table);
     query.source.identity = tableKey.identity;
     const std::string& key = tableKey.text;
-    const std::string keyList = key.empty() ? "rowid" : "rowid, " + quoted(key);
-    query.keys = compile("SELECT " + keyList + " FROM " + quoted(parts->table) + whereClause(*parts) +
+    const std::string keyList = key.empty() ? "rowid" : "rowid, " + quotedName(key);
+    query.keys = compile("SELECT " + keyList + " FROM " + quotedName(parts->table) + whereClause(*parts) +
                          orderClause(*parts));
     query.row = compile(rowsOf(*parts) + " WHERE rowid=?");
     completeShape(query.source, query.row.get());
@@ -106,11 +106,11 @@ void StatementCache::completeShape(RowSource& source, sqlite3_stmt* statement) {
 PreparedStatement& StatementCache::update(RowSource& source, const ColumnMask& columns) {
   PreparedStatement& statement = source.updates[columns];
   if (!statement) {
-    std::string text = "UPDATE " + quoted(source.table) + " SET ";
+    std::string text = "UPDATE " + quotedName(source.table) + " SET ";
     std::string separator;
     for (std::size_t i = 0; i < source.shape->size(); ++i) {
       if (!columns[i]) continue;
-      text += separator + quoted(source.shape->name(i)) + "=?";
+      text += separator + quotedName(source.shape->name(i)) + "=?";
       separator = ", ";
     }
     statement = compile(text + " WHERE rowid=?");
@@ -125,13 +125,13 @@ PreparedStatement& StatementCache::insert(RowSource& source, const ColumnMask& c
     std::string places;
     for (std::size_t i = 0; i < source.shape->size(); ++i) {
       if (!columns[i]) continue;
-      names += (names.empty() ? "" : ", ") + quoted(source.shape->name(i));
+      names += (names.empty() ? "" : ", ") + quotedName(source.shape->name(i));
       places += places.empty() ? "?" : ", ?";
     }
     statement =
         names.empty()
-            ? compile("INSERT INTO " + quoted(source.table) + " DEFAULT VALUES")
-            : compile("INSERT INTO " + quoted(source.table) + " (" + names + ") VALUES (" + places + ")");
+            ? compile("INSERT INTO " + quotedName(source.table) + " DEFAULT VALUES")
+            : compile("INSERT INTO " + quotedName(source.table) + " (" + names + ") VALUES (" + places + ")");
   }
   return statement;
 }

@@ -16,7 +16,7 @@ namespace {
 
 /// Shows a state in the middle of its cell, in its own colours. On a selected row it stands on the colour of
 /// the list, else some of them could not be told from the selection.
-class PictureDelegate final : public QStyledItemDelegate {
+class JobPictureDelegate final : public QStyledItemDelegate {
 public:
   using QStyledItemDelegate::QStyledItemDelegate;
 
@@ -64,7 +64,7 @@ JobListView::JobListView(QWidget* parent) : QTableView(parent), hint_(new QLabel
   horizontalHeader()->setHighlightSections(false);
   horizontalHeader()->setStretchLastSection(true);
   horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-  setItemDelegateForColumn(static_cast<int>(JobColumn::JobType), new PictureDelegate(this));
+  setItemDelegateForColumn(static_cast<int>(JobColumn::JobType), new JobPictureDelegate(this));
   hint_->setObjectName(QStringLiteral("lblEmptyHint"));
   hint_->setAlignment(Qt::AlignCenter);
   hint_->setForegroundRole(QPalette::PlaceholderText);
