@@ -1,10 +1,10 @@
 #include "cli/check_command.h"
 
-#include "cli/job_findings.h"
 #include "cli/job_query.h"
 #include "cli/job_terms.h"
 #include "cli/json_writer.h"
 #include "engine/job_check.h"
+#include "platform/one_line.h"
 
 #include <functional>
 
@@ -54,13 +54,14 @@ private:
     json_.key("Nummer").text(job.number);
     json_.key("status").number(static_cast<std::int64_t>(findings.status));
     json_.key("findings").beginArray();
-    for (const std::string& text : findingTexts(findings)) json_.text(text);
+    for (const std::string& text : findings.list) json_.text(text);
     json_.endArray().endObject();
   }
   void addText(const JobBrief& job, const Findings& findings) {
     output_.result << (findings.status == CheckStatus::Warning ? "Warnung" : "Fehler") << "  "
-                   << processText(job.jobType) << " " << job.number << "  " << job.jobId << '\n';
-    for (const std::string& text : findingTexts(findings)) output_.result << "  " << text << '\n';
+                   << processText(job.jobType) << " " << oneLine(job.number) << "  " << oneLine(job.jobId)
+                   << '\n';
+    for (const std::string& text : findings.list) output_.result << "  " << oneLine(text) << '\n';
   }
 
   const Output& output_;

@@ -5,7 +5,7 @@
 namespace qx::cli {
 
 JobFileProgress::JobFileProgress(const Output& output, std::string_view what)
-    : bar_(output.messages, isatty(STDERR_FILENO) != 0) {
+    : bar_(output.terminal, isatty(STDERR_FILENO) != 0) {
   bar_.ProcessInfo(what);
 }
 

@@ -92,16 +92,21 @@ JsonWriter& JsonWriter::value(const Value& column) {
 void JsonWriter::finish() { output_ << '\n' << std::flush; }
 
 void JsonWriter::quote(std::string_view content) {
+  constexpr std::string_view digits = "0123456789abcdef";
   output_ << '"';
   for (std::size_t at = 0; at < content.size();) {
     const auto byte = static_cast<unsigned char>(content[at]);
     if (byte >= 0x80) {
       const std::size_t length = utf8Length(content.substr(at));
-      output_ << (length == 0 ? std::string_view("\xEF\xBF\xBD") : content.substr(at, length));
+      const std::string_view character = content.substr(at, length);
+      if (length == 2 && character < "\u00A0")
+        output_ << "\\u00" << digits[static_cast<unsigned char>(content[at + 1]) >> 4U]
+                << digits[static_cast<unsigned char>(content[at + 1]) & 0xFU];
+      else
+        output_ << (length == 0 ? std::string_view("\xEF\xBF\xBD") : character);
       at += length == 0 ? 1 : length;
       continue;
     }
-    constexpr std::string_view digits = "0123456789abcdef";
     if (byte == '"' || byte == '\\')
       output_ << '\\' << content[at];
     else if (byte == '\n')

@@ -5,8 +5,10 @@
 #include "cli/command_line.h"
 #include "cli/composition.h"
 #include "cli/counting_buffer.h"
+#include "cli/harmless_buffer.h"
 #include "cli/json_writer.h"
 #include "cli/version.h"
+#include "platform/one_line.h"
 
 #include <exception>
 #include <iostream>
@@ -33,26 +35,26 @@ void tellAsJson(std::ostream& result, const ProgramError& error) {
   json.endObject().finish();
 }
 
-void tell(const ProgramError& error) {
+void tell(std::ostream& messages, const ProgramError& error) {
   const InputPlace& place = error.place();
-  std::cerr << "qximportjob: ";
-  if (place.line != 0) std::cerr << place.file << ", line " << place.line << ": ";
-  std::cerr << error.what() << '\n';
-  if (!error.nextStep().empty()) std::cerr << error.nextStep() << '\n';
+  messages << "qximportjob: ";
+  if (place.line != 0) messages << oneLine(place.file) << ", line " << place.line << ": ";
+  messages << oneLine(error.what()) << '\n';
+  if (!error.nextStep().empty()) messages << error.nextStep() << '\n';
 }
 
-ExitCode execute(int count, const char* const* arguments, std::ostream& result) {
+ExitCode execute(int count, const char* const* arguments, std::ostream& result, std::ostream& messages) {
   const Invocation invocation = parseArguments(count, arguments, versionText);
   if (!invocation.command) {
     result << invocation.text << std::flush;
     return ExitCode::Success;
   }
   invocation.command->prepare();
-  StreamDiagnostics diagnostics(std::cerr, invocation.options.verbose);
-  ConsoleDesktop desktop(std::cerr, diagnostics);
+  StreamDiagnostics diagnostics(messages, invocation.options.verbose);
+  ConsoleDesktop desktop(messages, diagnostics);
   AbsentJobView jobView(desktop);
   Composition composition(invocation.options, diagnostics, desktop, jobView);
-  const Output output{result, std::cerr, invocation.options.json, invocation.options.verbose};
+  const Output output{result, messages, std::cerr, invocation.options.json, invocation.options.verbose};
   const ExitCode code = invocation.command->run(composition, output);
   if (!result.flush()) throw ProgramError(ExitCode::Failure, "standard output could not be written");
   return code;
@@ -60,18 +62,20 @@ ExitCode execute(int count, const char* const* arguments, std::ostream& result) 
 
 /// The one place where exceptions become exit codes.
 ExitCode guarded(int count, const char* const* arguments) {
-  CountingBuffer buffer(std::cout.rdbuf());
+  HarmlessStream standardOutput(std::cout);
+  HarmlessStream messages(std::cerr);
+  CountingBuffer buffer(standardOutput.rdbuf());
   std::ostream result(&buffer);
   const auto end = [&](const ProgramError& error) {
     // A document that is already begun cannot become an error document.
     if (asksForJson(count, arguments) && !buffer.used())
       tellAsJson(result, error);
     else
-      tell(error);
+      tell(messages, error);
     return error.code();
   };
   try {
-    return execute(count, arguments, result);
+    return execute(count, arguments, result, messages);
   } catch (const ProgramError& error) {
     return end(error);
   } catch (const BusyError& error) {

@@ -5,12 +5,13 @@
 
 namespace qx::cli {
 
-/// The result goes to standard output, progress and messages to standard error.
+/// The result goes to standard output, messages to standard error; neither lets control characters through.
 struct Output {
   std::ostream& result;
   std::ostream& messages;
-  bool json = false;    ///< the result is one JSON document
-  bool verbose = false; ///< tell every trapped failure
+  std::ostream& terminal; ///< standard error as it is, for a progress bar that moves the cursor
+  bool json = false;      ///< the result is one JSON document
+  bool verbose = false;   ///< tell every trapped failure
 };
 
 } // namespace qx::cli

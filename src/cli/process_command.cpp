@@ -73,7 +73,7 @@ ExitCode ProcessCommand::work(const Workplace& place) {
 }
 
 ExitCode ProcessCommand::runLocked(const Workplace& place) const {
-  ProgressBar bar(place.output.messages, isatty(STDERR_FILENO) != 0);
+  ProgressBar bar(place.output.terminal, isatty(STDERR_FILENO) != 0);
   const Subscription subscription = place.engine.subscribe(bar);
   const auto printer = printerFor(place.output);
   place.engine.setOutcomeSink([&](const JobOutcome& outcome) {

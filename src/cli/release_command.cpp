@@ -3,6 +3,7 @@
 #include "cli/busy_notice.h"
 #include "cli/job_terms.h"
 #include "cli/json_writer.h"
+#include "platform/one_line.h"
 
 namespace qx::cli {
 namespace {
@@ -52,7 +53,7 @@ ExitCode ReleaseCommand::work(const Workplace& place) {
         sql("Update ImportKopf Set ProcessWarning = 1 Where JobID = '"_sql, value(key), "'"_sql));
   unit.commit();
   if (!place.output.json) {
-    for (const std::string& key : keys) place.output.result << "released  " << key << '\n';
+    for (const std::string& key : keys) place.output.result << "released  " << oneLine(key) << '\n';
     place.output.result << keys.size() << " released; the next run takes them again\n";
     return ExitCode::Success;
   }

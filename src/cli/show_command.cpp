@@ -1,10 +1,10 @@
 #include "cli/show_command.h"
 
-#include "cli/job_findings.h"
 #include "cli/job_query.h"
 #include "cli/job_terms.h"
 #include "cli/json_writer.h"
 #include "cli/utf8.h"
+#include "platform/one_line.h"
 #include "rules/german_text.h"
 
 namespace qx::cli {
@@ -36,7 +36,7 @@ void writeJson(std::ostream& output, const ShownJob& job) {
   json.endArray();
   json.key("status").number(static_cast<std::int64_t>(job.findings.status));
   json.key("findings").beginArray();
-  for (const std::string& text : findingTexts(job.findings)) json.text(text);
+  for (const std::string& text : job.findings.list) json.text(text);
   json.endArray().endObject().finish();
 }
 
@@ -57,7 +57,7 @@ void writeSheet(std::ostream& output, Recordset& row, std::size_t count, std::st
     for (const char c : text) {
       if (c == '\n')
         output << margin;
-      else if (static_cast<unsigned char>(c) >= ' ' && c != '\x7F')
+      else if (c != '\r')
         output << c;
     }
     output << '\n';
@@ -72,9 +72,9 @@ void writeText(std::ostream& output, const ShownJob& job) {
     output << "\nPosition " << number << "\n";
     writeSheet(output, job.positions, shownColumns(job.positions), "  ");
   }
-  const auto texts = findingTexts(job.findings);
+  const auto& texts = job.findings.list;
   output << "\nPrüfung: " << (texts.empty() ? "keine Befunde" : "") << '\n';
-  for (const std::string& text : texts) output << "  " << text << '\n';
+  for (const std::string& text : texts) output << "  " << oneLine(text) << '\n';
 }
 
 } // namespace

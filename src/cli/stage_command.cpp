@@ -5,6 +5,7 @@
 #include "cli/json_writer.h"
 #include "cli/stage_reader.h"
 #include "cli/staging_area.h"
+#include "platform/one_line.h"
 
 namespace qx::cli {
 namespace {
@@ -58,7 +59,7 @@ void writeText(const Output& output, StagingArea& area) {
       output.result << "skipped   ";
       break;
     }
-    output.result << jobId << "  " << kindText(jobType)
+    output.result << oneLine(jobId) << "  " << kindText(jobType)
                   << (result == StageResult::Skipped ? "  (done; --again stages it anew)\n" : "\n");
   });
   output.result << area.counts().staged << " staged, " << area.counts().skipped << " skipped\n";

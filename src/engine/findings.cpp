@@ -6,6 +6,7 @@ namespace qx {
 
 void Findings::add(CheckStatus severity, std::string_view finding) {
   status = worse(status, severity);
+  list.emplace_back(finding);
   text += finding;
   text += crlf;
 }

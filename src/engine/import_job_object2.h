@@ -182,7 +182,8 @@ public:
   void requestStop() noexcept { stop_.request(); }
   /// Checks a staged customer job without writing anything.
   Findings proveCustomerJob(std::string_view jobId);
-  /// Checks a staged job of any kind without writing anything. Database errors reach the caller.
+  /// Checks a staged job of any kind without writing anything. A check that fails is a finding; a store that
+  /// cannot go on reaches the caller.
   Findings checkJob(std::string_view jobId);
   ImportLock& importLock() { return lock_; }
   JobDeletion& jobDeletion() { return deletion_; }

@@ -3,9 +3,18 @@
 #include "engine/contract_check.h"
 #include "engine/customer_proof.h"
 #include "engine/order_check.h"
+#include "engine/section_runner.h"
 #include "settings/settings.h"
 
+#include <exception>
+#include <string>
+
 namespace qx {
+namespace {
+
+constexpr std::string_view checkFailure = "Der Vorgang konnte nicht geprüft werden: ";
+
+} // namespace
 
 JobCheck::JobCheck(Environment& environment) : environment_(environment), prices_(environment) {
   const Settings settings(environment);
@@ -14,6 +23,18 @@ JobCheck::JobCheck(Environment& environment) : environment_(environment), prices
 }
 
 Findings JobCheck::check(std::string_view jobId) {
+  try {
+    return findingsOf(jobId);
+  } catch (const std::exception& error) {
+    rethrowUnlessJobFailure();
+    environment_.diagnostics.report({"check of a job", error.what(), jobId});
+    Findings failed;
+    failed.add(CheckStatus::Error, std::string(checkFailure) + error.what());
+    return failed;
+  }
+}
+
+Findings JobCheck::findingsOf(std::string_view jobId) {
   const auto header = environment_.connection->open(
       sql("SELECT * From ImportKopf where JobID = '"_sql, value(jobId), "'"_sql));
   if (header->eof()) return {};

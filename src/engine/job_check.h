@@ -16,10 +16,12 @@ class JobCheck {
 public:
   explicit JobCheck(Environment& environment);
 
-  /// Clean for a job that is unknown or done. Database errors reach the caller.
+  /// Clean for a job that is unknown or done. What fails for this job alone, a refused statement included, is
+  /// an error among its findings; a store that cannot go on reaches the caller.
   Findings check(std::string_view jobId);
 
 private:
+  Findings findingsOf(std::string_view jobId);
   Findings checkContract(Recordset& header) const;
 
   Environment& environment_;

@@ -1,5 +1,6 @@
 #include "ui/job_view.h"
 
+#include "platform/one_line.h"
 #include "rules/german_text.h"
 
 #include <algorithm>
@@ -64,14 +65,19 @@ std::string jobsInWords(std::size_t count) {
   return std::to_string(count) + (count == 1 ? " Vorgang" : " Vorgänge");
 }
 
+/// Appends a line that is not there yet.
+void addLine(std::vector<std::string>& lines, std::string_view line) {
+  line = trimBlanks(line);
+  if (!line.empty() && std::ranges::find(lines, line) == lines.end()) lines.emplace_back(line);
+}
+
 /// Appends the lines of a text that are not there yet.
 void addLines(std::vector<std::string>& lines, std::string_view text) {
   while (!text.empty()) {
     const std::size_t end = std::min(text.find('\n'), text.size());
     std::string_view line = text.substr(0, end);
     if (line.ends_with('\r')) line.remove_suffix(1);
-    line = trimBlanks(line);
-    if (!line.empty() && std::ranges::find(lines, line) == lines.end()) lines.emplace_back(line);
+    addLine(lines, line);
     text.remove_prefix(std::min(end + 1, text.size()));
   }
 }
@@ -309,7 +315,9 @@ void JobViewPresenter::readDetails() {
   const auto job = currentJob();
   if (job && environment_.connection) {
     skip("Fehlertext", [&] { addLines(lines, readJobReasons(*environment_.connection, *job)); });
-    if (!skip("checkJob", [&] { addLines(lines, engine_.checkJob(*job).text); }))
+    if (!skip("checkJob", [&] {
+          for (const std::string& finding : engine_.checkJob(*job).list) addLine(lines, oneLine(finding));
+        }))
       lines.emplace_back("Der Vorgang konnte nicht geprüft werden.");
     if (lines.empty())
       lines.emplace_back(stateOf(state_.rows[*state_.current].jobType) == JobState::Done

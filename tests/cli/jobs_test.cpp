@@ -111,6 +111,65 @@ TEST_F(Jobs, AreCheckedWithoutBeingChanged) {
   EXPECT_EQ(erp.rows(sql("Select * From ImportKopf"_sql)), before);
 }
 
+TEST_F(Jobs, WhoseCheckFailsHaveThatAsAFindingAndTheRestIsChecked) {
+  erp.setOption("KreditlimitAuftrag", "1");
+  erp.execute(sql("Insert Into Kundenstamm (Kundennummer, Bez1, Währung, Kreditlimit1) Values "
+                  "('70001', 'Kontor', 'XTS', 100)"_sql));
+  ASSERT_EQ(stage(R"([{"type":"Auftrag","JobID":"A1","Kundennummer":"70001"},
+                      {"type":"Kunde","JobID":"K1","Kundennummer":"3"},
+                      {"type":"Auftrag","JobID":"A2","Kundennummer":"9"}])")
+                .status,
+            0);
+  const ProgramResult result = run({"check", "--json"});
+  EXPECT_EQ(result.status, 1);
+  const Json jobs = result.json()["jobs"];
+  ASSERT_EQ(jobs.size(), 3U);
+  EXPECT_EQ(jobs[1], Json::parse(R"({"JobID":"A1","Vorgang":"Auftrag","Nummer":"70001","status":30,"findings":
+      ["Der Vorgang konnte nicht geprüft werden: Die Währung 'XTS' hat keinen Wechselkurs."]})"));
+  EXPECT_EQ(jobs[2]["JobID"], "A2");
+  EXPECT_EQ(show("A1")["status"], 30);
+}
+
+TEST_F(Jobs, KeepAFindingWholeWhenTheStagedValueHasLineBreaks) {
+  ASSERT_EQ(
+      stage(R"({"type":"Kunde","JobID":"K1","Kundennummer":"7","Kundengruppe":"A\r\nB' ist gut.\r\nC"})")
+          .status,
+      0);
+  const Json one = {"Kundengruppe: 'A\r\nB' ist gut.\r\nC' ist nicht angelegt."};
+  EXPECT_EQ(run({"check", "--json"}).json()["jobs"][0]["findings"], one);
+  EXPECT_EQ(show("K1")["findings"], one);
+  const std::string line = "  Kundengruppe: 'A B' ist gut. C' ist nicht angelegt.\n";
+  EXPECT_EQ(run({"check"}).output, "Warnung  Kunden 7  K1\n" + line + "1 checked, 1 with findings\n");
+  EXPECT_TRUE(run({"show", "K1"}).output.ends_with("Prüfung: \n" + line));
+}
+
+TEST_F(Jobs, NeverSendControlCharactersToATerminal) {
+  const std::string job =
+      R"({"type":"Kunde","JobID":"E\u001b[2J\u009b\u007f1","Kundennummer":"7\u0007","Kundengruppe":"\u001b]0;x","Bez1":"ä"})";
+  const ProgramResult staged = run({"stage", "-"}, job);
+  EXPECT_EQ(staged.output, "added     E [2J  1  Kunde\n1 staged, 0 skipped\n");
+  EXPECT_EQ(run({"check"}).output,
+            "Warnung  Kunden 7   E [2J  1\n  Kundengruppe: ' ]0;x' ist nicht angelegt.\n"
+            "1 checked, 1 with findings\n");
+  const std::string key = "E\x1B[2J\u009B\x7F"
+                          "1";
+  EXPECT_EQ(run({"release", key}).messages,
+            "qximportjob: the job 'E [2J  1' cannot be released, its state is wartet\n"
+            "Nothing was changed. Only jobs with warnings or errors are released.\n");
+  setJobType(key, 11);
+  EXPECT_EQ(run({"release", "--all-warnings"}).output,
+            "released  E [2J  1\n1 released; the next run takes them again\n");
+  for (const char* command : {"list", "process", "protocol"}) {
+    const std::string text = run({command}).output;
+    EXPECT_EQ(text.find_first_of("\x1B\x07\x7F"), std::string::npos) << command << text;
+    EXPECT_EQ(text.find("\u009B"), std::string::npos) << command << text;
+  }
+  const ProgramResult shown = run({"show", key, "--json"});
+  EXPECT_EQ(shown.output.find_first_of("\x1B\x07\x7F"), std::string::npos);
+  EXPECT_EQ(shown.output.find("\u009B"), std::string::npos);
+  EXPECT_EQ(shown.json()["JobID"], key) << "spelled out, nothing is lost";
+}
+
 TEST_F(Jobs, OfUnknownKeysChangeNothing) {
   ASSERT_EQ(stage(R"({"type":"Kunde","JobID":"K"})").status, 0);
   setJobType("K", 12);

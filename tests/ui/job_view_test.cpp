@@ -384,6 +384,15 @@ TEST_F(JobViewTest, TheDetailsAreTheReasonsAndTheFindingsEachOnce) {
   EXPECT_NE(state.details.find(line), std::string::npos);
 }
 
+TEST_F(JobViewTest, AStagedLineBreakMakesNoFindingOfItsOwn) {
+  stage("A", 10, "24.11.2026", "Müller", "10023");
+  erp.execute(sql("Update ImportKopf Set Zahlungsart = '"_sql, value("X\r\nAlles in Ordnung"), "'"_sql));
+  show();
+  view.readDetails();
+  EXPECT_NE(state.details.find("Zahlungsart: 'X Alles in Ordnung' ist nicht angelegt."), std::string::npos)
+      << state.details;
+}
+
 TEST_F(JobViewTest, KeepsWhatItShowsWhenTheDatabaseIsGone) {
   stage("A", 10);
   show();

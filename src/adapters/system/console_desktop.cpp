@@ -1,25 +1,8 @@
 #include "adapters/system/console_desktop.h"
 
+#include "platform/one_line.h"
+
 namespace qx {
-namespace {
-
-/// Line breaks as blanks, so that a box stays one line of a log.
-std::string oneLine(std::string_view text) {
-  std::string line;
-  line.reserve(text.size());
-  bool inBreak = false;
-  for (const char c : text) {
-    const bool isBreak = c == '\r' || c == '\n';
-    if (!isBreak)
-      line += c;
-    else if (!inBreak)
-      line += ' ';
-    inBreak = isBreak;
-  }
-  return line;
-}
-
-} // namespace
 
 void ConsoleDesktop::show(const Message& message) { write(message.title, message.text); }
 
