@@ -48,15 +48,16 @@ void noteUnknown(const Output& output, std::string_view section, std::string_vie
                     << (local ? "leave --local out.\n" : "add --local.\n");
 }
 
+/// Judges a text as those who read the option do: what they make nothing of is not stored.
 std::string_view wrongValue(const OptionKey& option, std::string_view text) {
   if (text.empty()) return {};
   switch (option.type) {
   case OptionType::Check:
-    return settingToInt16(text) || parseGermanBoolean(text) ? "" : "the option is 0 or 1";
+    return checkState(option, text) ? "" : "the option is 0 or 1";
   case OptionType::Integer:
-    return Value(text).integer() ? "" : "the option is a whole number";
+    return settingToInt16(text) ? "" : "the option is a whole number from -32768 to 32767";
   case OptionType::Number:
-    return Value(text).number() || parseGermanNumber(text) ? "" : "the option is a number";
+    return parseTypedNumber(text) ? "" : "the option is a number";
   case OptionType::Text:
   case OptionType::ArticleNumber:
     break;

@@ -84,7 +84,7 @@ void ProcessingRun::initPrices() {
 }
 
 bool ProcessingRun::orderIsBeingReadIn() {
-  if (settings_.get(runApplicationName, optionSection, "NewMail") != "1") return false;
+  if (!settings_.isOn("NewMail")) return false;
   report_.end = RunEnd::Refused;
   report_.failure = "Es wird gerade eine Bestellung eingelesen.";
   Message message;

@@ -1,7 +1,10 @@
 #include "settings/option_keys.h"
 
+#include "platform/value.h"
+
 #include <algorithm>
 #include <array>
+#include <limits>
 
 namespace qx {
 namespace {
@@ -17,8 +20,8 @@ constexpr auto local = OptionStore::Local;
 
 /// A check box of the dialog's first page.
 constexpr OptionKey general(std::string_view key, std::string_view control, std::string_view readers,
-                            OptionStore store = shared) {
-  return {own, key, check, store, OptionOwner::Component, "", control, readers, false};
+                            OnRule on = OnRule::AnyNumber, OptionStore store = shared) {
+  return {own, key, check, store, OptionOwner::Component, "", control, readers, false, on};
 }
 
 /// A control of the dialog's second page.
@@ -33,6 +36,12 @@ constexpr OptionKey hidden(std::string_view section, std::string_view key, Optio
   return {section, key, type, store, OptionOwner::Component, "", "", readers, false};
 }
 
+/// A check without a control.
+constexpr OptionKey hiddenCheck(std::string_view section, std::string_view key, std::string_view readers,
+                                OptionOwner owner, OnRule on) {
+  return {section, key, check, shared, owner, "", "", readers, false, on};
+}
+
 /// A key of the ERP, only read.
 constexpr OptionKey erpWide(std::string_view section, std::string_view key, OptionType type,
                             std::string_view fallback, std::string_view readers) {
@@ -40,10 +49,10 @@ constexpr OptionKey erpWide(std::string_view section, std::string_view key, Opti
 }
 
 constexpr std::array table{
-    general("Löschen", "chkLoeschen", "job view"),
-    general("Ändern", "chkAendern", "job view"),
-    general("FensterpositionSpeichern", "chkFensterpos", "job view", local),
-    general("FenstergrößeSpeichern", "chkFenstergroe_e", "job view", local),
+    general("Löschen", "chkLoeschen", "job view", OnRule::Truth),
+    general("Ändern", "chkAendern", "job view", OnRule::Truth),
+    general("FensterpositionSpeichern", "chkFensterpos", "job view", OnRule::One, local),
+    general("FenstergrößeSpeichern", "chkFenstergroe_e", "job view", OnRule::One, local),
     general("GelöschteVerträge", "chkGelVertr_ge", ""),
     general("AutomatischPrüfen", "chkAutomatischPr_fen", ""),
     general("AutomatischVerarbeiten", "chkAutomatschVerarbeiten", "run"),
@@ -53,15 +62,15 @@ constexpr std::array table{
     general("KundenZahlungsart", "chkKundenZahlungsart", "customers"),
     general("KundenBankleitzahl", "chkKundenBlz", "customers"),
     general("KundeAdressProof", "chkKundeAdressProof", "customer check"),
-    general("KundeDelete", "chkKundeDelete", "purge"),
-    general("VTDelete", "chkVTDelete", "purge"),
+    general("KundeDelete", "chkKundeDelete", "purge", OnRule::One),
+    general("VTDelete", "chkVTDelete", "purge", OnRule::One),
     general("VTImportModified", "chkVTImportModified", "job files"),
-    general("AuftragDelete", "chkAuftragDelete", "purge"),
-    general("KostenzuordnungAuftrag", "chkKostZuordnung", "order check, order dialog"),
+    general("AuftragDelete", "chkAuftragDelete", "purge", OnRule::One),
+    general("KostenzuordnungAuftrag", "chkKostZuordnung", "order check, order dialog", OnRule::AtLeastOne),
     general("KostAutomatischAnlegen", "chkCreateKost", "cost assignment"),
-    general("AuftragLieferbereit", "chkAuftLieferbereit", "order positions, job files"),
-    general("AuftragFakturierbereit", "chkAuftFakturierbereit", "order positions, job files"),
-    general("KreditlimitAuftrag", "chkCheckKreditlimit", "order check"),
+    general("AuftragLieferbereit", "chkAuftLieferbereit", "order positions, job files", OnRule::One),
+    general("AuftragFakturierbereit", "chkAuftFakturierbereit", "order positions, job files", OnRule::One),
+    general("KreditlimitAuftrag", "chkCheckKreditlimit", "order check", OnRule::AtLeastOne),
 
     special("ZAVSRG", text, "txtZA_RG_VS", "order check"),
     special("ZAVS", text, "txtZAVS", "run"),
@@ -78,9 +87,9 @@ constexpr std::array table{
     // Read together with the fee line, but no control shows it.
     OptionKey{own, "MinGebuehr", number, shared, OptionOwner::Component, "0", "", "orders", true},
 
-    hidden(own, "AppSettings", check, "job view"),
+    hiddenCheck(own, "AppSettings", "job view", OptionOwner::Component, OnRule::One),
     hidden(own, "OnProcess", check, ""),
-    hidden(own, "NewMail", text, "run, job view"),
+    hiddenCheck(own, "NewMail", "run, job view", OptionOwner::Component, OnRule::One),
     hidden(own, "ProtoID", text, "protocol"),
     hidden(own, "ProtoDate", text, "protocol"),
     // The view clears this one while a run sets the one above: two values of one name, on purpose.
@@ -100,7 +109,7 @@ constexpr std::array table{
     erpWide("Kostenzuordnung", "Anfrage", integer, "0", "cost assignment"),
     erpWide("Kostenzuordnung", "Kost1", text, "Kostenstelle", "cost assignment"),
     erpWide("Kostenzuordnung", "Kost2", text, "Kostenträger", "cost assignment"),
-    erpWide("Buchungskreise", "OnNewAB", check, "", "orders"),
+    hiddenCheck("Buchungskreise", "OnNewAB", "orders", OptionOwner::Erp, OnRule::One),
     erpWide("OP-Info", "Kreditlimit1", number, "", "credit limit"),
     erpWide("OP-Info", "Kreditlimit2", number, "", "credit limit"),
 };
@@ -113,9 +122,45 @@ constexpr bool keysAreUnique() {
 }
 static_assert(keysAreUnique());
 
+/// One of two ASCII words, whatever the case.
+bool isWord(std::string_view text, std::string_view english, std::string_view german) {
+  const auto same = [&](std::string_view word) {
+    return std::ranges::equal(text, word, [](char typed, char lower) {
+      return (typed >= 'A' && typed <= 'Z' ? typed + ('a' - 'A') : typed) == lower;
+    });
+  };
+  return same(english) || same(german);
+}
+
 } // namespace
 
 std::span<const OptionKey> optionKeys() { return table; }
+
+std::optional<bool> checkState(const OptionKey& option, std::string_view text) {
+  const auto number = settingToInt16(text);
+  switch (option.on) {
+  case OnRule::One:
+    if (text != "0" && text != "1") return std::nullopt;
+    break;
+  case OnRule::AtLeastOne:
+    if (number < 0) return std::nullopt;
+    break;
+  case OnRule::Truth:
+    if (isWord(text, "true", "wahr")) return true;
+    if (isWord(text, "false", "falsch")) return false;
+    break;
+  case OnRule::AnyNumber:
+    break;
+  }
+  return number ? std::optional(*number != 0) : std::nullopt;
+}
+
+std::optional<std::int16_t> settingToInt16(std::string_view text) {
+  const auto whole = Value(text).integer();
+  using Limits = std::numeric_limits<std::int16_t>;
+  if (!whole || *whole < Limits::min() || *whole > Limits::max()) return std::nullopt;
+  return static_cast<std::int16_t>(*whole);
+}
 
 const OptionKey* findOptionKey(std::string_view section, std::string_view key) {
   const auto* const found = std::ranges::find_if(

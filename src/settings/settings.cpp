@@ -1,7 +1,6 @@
 #include "settings/settings.h"
 
 #include <exception>
-#include <limits>
 #include <stdexcept>
 
 namespace qx {
@@ -70,13 +69,13 @@ std::int16_t Settings::option16(std::string_view key, std::int16_t fallback) con
   return settingToInt16(option(key)).value_or(fallback);
 }
 
-bool Settings::customerSpecific() const { return get(applicationName, "Allgemein", "Individual") == "VLK"; }
-
-std::optional<std::int16_t> settingToInt16(std::string_view text) {
-  const auto whole = Value(text).integer();
-  using Limits = std::numeric_limits<std::int16_t>;
-  if (!whole || *whole < Limits::min() || *whole > Limits::max()) return std::nullopt;
-  return static_cast<std::int16_t>(*whole);
+bool Settings::isOn(std::string_view section, std::string_view key) const {
+  const OptionKey* check = findOptionKey(section, key);
+  if (check == nullptr) throw std::logic_error("no option is called " + std::string(key));
+  const bool local = check->store == OptionStore::Local;
+  return checkState(*check, get(applicationName, section, key, local)).value_or(false);
 }
+
+bool Settings::customerSpecific() const { return get(applicationName, "Allgemein", "Individual") == "VLK"; }
 
 } // namespace qx

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/environment.h"
+#include "settings/option_keys.h"
 
 #include <cstdint>
 #include <optional>
@@ -38,18 +39,14 @@ public:
   std::string option(std::string_view key) const { return get(applicationName, optionSection, key); }
   /// The option as a 16-bit integer; `fallback` when it is absent, not a number or out of range.
   std::int16_t option16(std::string_view key, std::int16_t fallback = 0) const;
-  /// A check option: on when it reads as a number other than 0.
-  bool isOn(std::string_view key) const { return option16(key) != 0; }
-  /// Exactly "1".
-  bool isOne(std::string_view key) const { return option(key) == "1"; }
+  /// Whether a check of the option table is on, by the rule and from the store of its key.
+  bool isOn(std::string_view key) const { return isOn(optionSection, key); }
+  bool isOn(std::string_view section, std::string_view key) const;
   /// `Allgemein`/`Individual` equals "VLK".
   bool customerSpecific() const;
 
 private:
   Environment& environment_;
 };
-
-/// The text as a 16-bit integer between blanks with an optional sign; null when it is none or does not fit.
-std::optional<std::int16_t> settingToInt16(std::string_view text);
 
 } // namespace qx

@@ -27,7 +27,7 @@ constexpr std::array passes{
 void ArchivePurge::run(const Progress& progress, const AfterJob& afterJob) {
   const Settings settings(environment_);
   for (const Pass& pass : passes) {
-    if (!settings.isOne(pass.setting)) continue;
+    if (!settings.isOn(pass.setting)) continue;
     if (progress) progress(pass.text);
     deletion_.deleteDone(deletion_.jobIds(pass.selection()), afterJob);
   }

@@ -96,7 +96,7 @@ std::string Auftrag::FormatItemCSV() const {
 
 ReadyFlags ReadyFlags::read(Environment& environment) {
   const Settings settings(environment);
-  return {settings.isOne("AuftragLieferbereit"), settings.isOne("AuftragFakturierbereit")};
+  return {settings.isOn("AuftragLieferbereit"), settings.isOn("AuftragFakturierbereit")};
 }
 
 AuftragsPos::AuftragsPos(Environment& environment)

@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <exception>
 #include <iterator>
-#include <limits>
 #include <utility>
 
 namespace qx {
@@ -53,13 +52,6 @@ bool matches(const JobListRow& row, const std::vector<std::string>& words) {
 
 /// Whether there is a dialog for the code.
 bool canBeOpened(const JobListRow& row) { return !statePicture(row.jobType).empty(); }
-
-std::optional<int> toInt(std::string_view text) {
-  const auto number = Value(text).integer();
-  using Limits = std::numeric_limits<int>;
-  if (!number || *number < Limits::min() || *number > Limits::max()) return std::nullopt;
-  return static_cast<int>(*number);
-}
 
 std::string jobsInWords(std::size_t count) {
   return std::to_string(count) + (count == 1 ? " Vorgang" : " Vorgänge");
@@ -162,26 +154,26 @@ void JobViewPresenter::create() {
 }
 
 StoredPlace JobViewPresenter::storedPlace() const {
-  const auto local = [this](std::string_view section, std::string_view key) {
-    return toInt(settings_.get(applicationName, section, key, true));
+  const auto stored = [this](std::string_view key) -> std::optional<int> {
+    return settingToInt16(settings_.get(applicationName, placeSection, key, true));
   };
   StoredPlace place;
-  if (local(optionSection, "FenstergrößeSpeichern") == 1) {
-    const auto width = local(placeSection, "MainWidth");
-    const auto height = local(placeSection, "MainHeight");
+  if (settings_.isOn("FenstergrößeSpeichern")) {
+    const auto width = stored("MainWidth");
+    const auto height = stored("MainHeight");
     if (width >= 1 && height >= 1) place.size = {*width, *height};
   }
-  if (local(optionSection, "FensterpositionSpeichern") == 1) {
-    const auto state = local(placeSection, "MainState");
+  if (settings_.isOn("FensterpositionSpeichern")) {
+    const auto state = stored("MainState");
     if (state >= 0 && state <= 2) place.state = static_cast<WindowState>(*state);
-    place.left = local(placeSection, "MainLeft");
-    place.top = local(placeSection, "MainTop");
+    place.left = stored("MainLeft");
+    place.top = stored("MainTop");
   }
   return place;
 }
 
 void JobViewPresenter::load() {
-  if (!settings_.isOne("AppSettings")) {
+  if (!settings_.isOn("AppSettings")) {
     options();
     refresh();
   } else {
@@ -285,7 +277,7 @@ void JobViewPresenter::headClick(std::size_t column) {
 
 void JobViewPresenter::timerTick() {
   if (work_ != Work::None || closed_) return;
-  mailComesIn_ = settings_.option("NewMail") == "1";
+  mailComesIn_ = settings_.isOn("NewMail");
   state_.label = mailComesIn_ ? mailLabel : std::string_view();
   compose();
 }

@@ -134,11 +134,10 @@ std::string_view applicationOf(const OptionKey& option) {
 
 bool isLocal(const OptionKey& option) { return option.store == OptionStore::Local; }
 
-/// A check box takes any number but 0 as ticked; what is no number leaves it as it was designed, without a
-/// tick.
+/// A check box is ticked when the readers of the option take it as on.
 std::string shownValue(const OptionKey& option, const std::string& stored) {
   if (option.type != OptionType::Check) return stored;
-  return settingToInt16(stored).value_or(0) != 0 ? "1" : "0";
+  return checkState(option, stored).value_or(false) ? "1" : "0";
 }
 
 } // namespace

@@ -65,7 +65,7 @@ void OrderDialog::fill(Recordset& job) {
   context.customer = text("txtKundennummer");
   context.date = parseGermanDate(receivedOn_);
   context.warnOfStock = settings.isOn("WarnungLagerbestand");
-  context.costAssignment = settings.option16("KostenzuordnungAuftrag") >= 1;
+  context.costAssignment = settings.isOn("KostenzuordnungAuftrag");
   context.readOnly = isDone(jobType());
   context.customerSpecific = customerSpecific();
   ComboRows units{{"Langtext", "Mengeneinheit"}, {}};

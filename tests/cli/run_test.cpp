@@ -202,6 +202,22 @@ TEST_F(Run, LeavesAProtocolOfTheDay) {
             Json::array());
 }
 
+TEST_F(Run, AnOptionThatItsReadersDoNotUnderstandIsRefused) {
+  const auto set = [&](std::string section, std::string key, std::string text) {
+    return run({"settings", "set", std::move(section), std::move(key), std::move(text)}).status;
+  };
+  for (const char* text : {"true", "Wahr", "ja"})
+    EXPECT_EQ(set("ImportJob2", "AutomatischVerarbeiten", text), 2);
+  for (const char* text : {"2", "true"}) EXPECT_EQ(set("ImportJob2", "KundeDelete", text), 2);
+  EXPECT_EQ(set("ImportJob2", "abGewicht", "schwer"), 2);
+  EXPECT_EQ(set("ImportJob2", "abGewicht", "1e999"), 2);
+  EXPECT_EQ(set("Kostenzuordnung", "Kundenauftrag", "70000"), 2);
+  EXPECT_EQ(erp.count(sql("Select Count(*) From Einstellungen Where Section = 'ImportJob2'"_sql)), 0);
+  EXPECT_EQ(set("ImportJob2", "AutomatischVerarbeiten", "1"), 0);
+  EXPECT_EQ(set("ImportJob2", "Löschen", "Wahr"), 0);
+  EXPECT_EQ(set("ImportJob2", "abGewicht", "31,5"), 0);
+}
+
 TEST_F(Run, OptionsAreListedReadAndWrittenInTheirStore) {
   const Json all = run({"settings", "list", "--json"}).json();
   const auto find = [&](std::string_view key) {

@@ -5,7 +5,10 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <set>
+#include <sstream>
+#include <vector>
 
 namespace qx {
 namespace {
@@ -65,10 +68,10 @@ TEST_F(SettingsTest, ReadAsNumbersOnlyWhatFitsSixteenBits) {
 TEST_F(SettingsTest, AreOneOnlyWhenTheyReadExactlyOne) {
   for (const std::string_view text : {"", "0", "2", " 1", "1 ", "01", "+1", "Wahr"}) {
     setOption("NewMail", text);
-    EXPECT_FALSE(settings_.isOne("NewMail")) << text;
+    EXPECT_FALSE(settings_.isOn("NewMail")) << text;
   }
   setOption("NewMail", "1");
-  EXPECT_TRUE(settings_.isOne("NewMail"));
+  EXPECT_TRUE(settings_.isOn("NewMail"));
 }
 
 TEST_F(SettingsTest, SwitchOnTheCustomerSpecificModeByItsExactMark) {
@@ -126,6 +129,36 @@ TEST(OptionKeys, GiveTheDialogItsControlsInTheOrderOfLoading) {
   EXPECT_EQ(secondPage,
             "ZAVSRG ZAVS VAZA abGewicht VSabGewicht FrachtTransport FrachtGebuehr VAKunde ZAKunde "
             "SWAuftLieferbereit SWAuftFakturierbereit NeukundenRabatt ");
+}
+
+TEST(OptionKeys, JudgeACheckByTheRuleOfItsReaders) {
+  struct Case {
+    std::string_view key;
+    std::string_view on;
+    std::string_view off;
+    std::string_view unknown;
+  };
+  const auto words = [](std::string_view list) {
+    std::vector<std::string> found;
+    std::istringstream stream{std::string(list)};
+    for (std::string word; stream >> word;) found.push_back(word);
+    return found;
+  };
+  for (const Case& c :
+       {Case{"AutomatischVerarbeiten", "1 2 -1", "0 00", "true Wahr ja 1.0 99999"},
+        Case{"SWAuftLieferbereit", "1 -1", "0", "Wahr"}, Case{"KreditlimitAuftrag", "1 2", "0", "-1 true"},
+        Case{"KostenzuordnungAuftrag", "1 7", "0", "-1 Wahr"},
+        Case{"KundeDelete", "1", "0", "2 -1 01 true Wahr"}, Case{"AuftragLieferbereit", "1", "0", "2 Wahr"},
+        Case{"NewMail", "1", "0", "2"}, Case{"Löschen", "1 2 -1 True wahr WAHR", "0 False falsch", "ja"},
+        Case{"Ändern", "Wahr", "0", "x"}}) {
+    const OptionKey* key = findOptionKey("ImportJob2", c.key);
+    ASSERT_NE(key, nullptr) << c.key;
+    for (const std::string& text : words(c.on)) EXPECT_EQ(checkState(*key, text), true) << c.key << text;
+    for (const std::string& text : words(c.off)) EXPECT_EQ(checkState(*key, text), false) << c.key << text;
+    for (const std::string& text : words(c.unknown))
+      EXPECT_EQ(checkState(*key, text), std::nullopt) << c.key << text;
+    EXPECT_EQ(checkState(*key, ""), std::nullopt) << c.key;
+  }
 }
 
 TEST(OptionKeys, KeepOnlyWhatBelongsToOneScreenInTheLocalStore) {

@@ -96,13 +96,15 @@ TEST_F(OptionsDialogTest, CostsAreCreatedOnlyWhereTheirAssignmentIsChecked) {
   EXPECT_EQ(option("KostenzuordnungAuftrag"), "0");
 }
 
-TEST_F(OptionsDialogTest, ATextThatIsNoNumberLeavesTheBoxUnticked) {
+TEST_F(OptionsDialogTest, BoxesAreTickedForTheTextsThatTurnTheirOptionOn) {
   erp.setOption("Löschen", "Wahr");
   erp.setOption("VTDelete", "-1");
   erp.setOption("KundeDelete", "99999");
+  erp.setOption("AutomatischVerarbeiten", "-1");
   dialog.load();
-  EXPECT_FALSE(dialog.field("chkLoeschen")->checked());
-  EXPECT_TRUE(dialog.field("chkVTDelete")->checked());
+  EXPECT_TRUE(dialog.field("chkLoeschen")->checked());
+  EXPECT_TRUE(dialog.field("chkAutomatschVerarbeiten")->checked());
+  EXPECT_FALSE(dialog.field("chkVTDelete")->checked()) << "the purge takes exactly 1";
   EXPECT_FALSE(dialog.field("chkKundeDelete")->checked());
 }
 
