@@ -61,6 +61,8 @@ public:
   virtual GridCell cell(std::size_t row, std::size_t column) const = 0;
   /// The row of a position's or job's key; null when there is none.
   virtual std::optional<std::size_t> rowOf(std::string_view item) const = 0;
+  /// What stands beside a row.
+  virtual std::string rowLabel(std::size_t row) const { return std::to_string(row + 1); }
   /// One line below the grid; empty for none.
   virtual std::string summary() const { return {}; }
 

@@ -256,6 +256,10 @@ std::optional<std::size_t> PositionGrid::rowOf(std::string_view item) const {
   return std::nullopt;
 }
 
+std::string PositionGrid::rowLabel(std::size_t row) const {
+  return positions_.at(row, "Positionsnummer").text();
+}
+
 std::string PositionGrid::summary() const {
   double sum = 0;
   for (std::size_t row = 0; row < positions_.size(); ++row) {
@@ -269,6 +273,7 @@ std::string PositionGrid::summary() const {
 
 std::string PositionGrid::set(std::size_t row, ColumnName column, GridColumnKind kind,
                               std::string_view text) {
+  const Value before = positions_.at(row, column);
   const std::string typed(kind == Kind::LongText ? text : trimBlanks(text));
   Value value = typed.empty() ? Value::null() : Value(typed);
   if (kind == Kind::Number || kind == Kind::Money) {
@@ -285,6 +290,11 @@ std::string PositionGrid::set(std::size_t row, ColumnName column, GridColumnKind
     value = Value(truth.value_or(false));
   }
   positions_.set(row, column, std::move(value));
+  // What was to be delivered and invoiced in full still is.
+  if (column == "Menge")
+    for (const ColumnName follower : {ColumnName("Auslieferungsmenge"), ColumnName("Fakturiermenge")})
+      if (positions_.at(row, follower).number() == before.number())
+        positions_.set(row, follower, positions_.at(row, column));
   return {};
 }
 
@@ -297,14 +307,8 @@ std::string PositionGrid::edit(std::size_t row, std::size_t column, std::string_
 std::string PositionGrid::setValue(std::size_t row, ColumnName column, GridColumnKind kind,
                                    std::string_view text) {
   if (context_.readOnly) return "Der Vorgang kann nicht mehr geändert werden.";
-  const Value ordered = positions_.at(row, "Menge");
   std::string refused = set(row, column, kind, text);
   if (!refused.empty()) return refused;
-  // What was to be delivered and invoiced in full still is.
-  if (column == "Menge")
-    for (const ColumnName follower : {ColumnName("Auslieferungsmenge"), ColumnName("Fakturiermenge")})
-      if (positions_.at(row, follower).number() == ordered.number())
-        positions_.set(row, follower, positions_.at(row, "Menge"));
   checkAgain(row);
   return {};
 }
@@ -387,8 +391,7 @@ std::string PositionGrid::paste(std::size_t row, std::size_t column, std::string
       const GridColumn& spec = positionColumns[target];
       const std::string reason = set(row, ColumnName(spec.name), spec.kind, line.substr(0, tab));
       if (!reason.empty())
-        refused +=
-            "Zeile " + std::to_string(row + 1) + ", " + std::string(spec.caption) + ": " + reason + "\n";
+        refused += "Position " + rowLabel(row) + ", " + std::string(spec.caption) + ": " + reason + "\n";
       if (tab == std::string_view::npos) break;
       line.remove_prefix(tab + 1);
     }

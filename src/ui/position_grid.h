@@ -52,6 +52,8 @@ public:
   std::size_t rowCount() const override { return positions_.size(); }
   GridCell cell(std::size_t row, std::size_t column) const override;
   std::optional<std::size_t> rowOf(std::string_view item) const override;
+  /// The number by which findings and documents name the position.
+  std::string rowLabel(std::size_t row) const override;
   std::string summary() const override;
   bool editable() const override { return !context_.readOnly; }
   std::string editText(std::size_t row, std::size_t column) const override;
@@ -95,6 +97,7 @@ private:
   std::string unitOf(std::size_t row) const;
   void report(std::size_t row, std::string_view code, CheckStatus severity, std::string text = {});
   Preisfindung* prices();
+  /// Sets a column, and what follows it, whichever way the value came; empty, or why it cannot stand there.
   std::string set(std::size_t row, ColumnName column, GridColumnKind kind, std::string_view text);
   void checkAgain(std::size_t row);
 

@@ -7,6 +7,7 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Not;
+using testing::UnorderedElementsAre;
 
 class OrderDialogTest : public DialogTest {
 protected:
@@ -56,17 +57,27 @@ TEST_F(OrderDialogTest, WarnsOfStockAndCostAssignmentOnlyWhereTheOptionsSaySo) {
       .add({{"Artikelnummer", "A100"}, {"Lagernummer", "1"}, {"Lagerbestand", 2.0}, {"MitBestand", true}});
   stageOrder("O1");
   stagePriced("O1", 1, "A100", 3, 10);
+  // The ERP wants a cost centre; the option that lets orders be checked for it is off.
+  erp.setSetting("Kostenzuordnung", "Kundenauftrag", "1");
   EXPECT_THAT(findings(*opened("O1")), IsEmpty());
   erp.setOption("WarnungLagerbestand", "1");
   erp.setOption("KostenzuordnungAuftrag", "1");
-  erp.setSetting("Kostenzuordnung", "AB", "3");
+  TableFiller(connection(), "Kostenzuordnung").add({{"KostID", 7}, {"Kostenstelle", "K1"}});
   const auto dialog = opened("O1");
   EXPECT_THAT(findings(*dialog),
-              Contains("LB 1|20|Achtung: Lagerbestand für Artikel 'A100' reicht nicht aus!"));
-  // Mending one line leaves the findings of the others.
+              UnorderedElementsAre("LB 1|20|Achtung: Lagerbestand für Artikel 'A100' reicht nicht aus!",
+                                   "KO 1|20|Achtung: Fehlende Kostenzuordnung für Artikel 'A100'!"));
+  // Mending one value leaves the other findings.
   JobGrid& grid = *dialog->grid();
   EXPECT_EQ(grid.edit(0, column(grid, "Menge"), "2"), "");
-  EXPECT_THAT(codes(*dialog), Not(Contains("LB")));
+  EXPECT_THAT(codes(*dialog), ElementsAre("KO"));
+  const auto details = grid.details(0);
+  details->type(*details->find("tdbnbrKostID"), "8");
+  details->leave(*details->find("tdbnbrKostID"));
+  EXPECT_THAT(codes(*dialog), ElementsAre("KO")) << "nobody has laid down this number";
+  details->type(*details->find("tdbnbrKostID"), "7");
+  details->leave(*details->find("tdbnbrKostID"));
+  EXPECT_THAT(codes(*dialog), IsEmpty());
 }
 
 TEST_F(OrderDialogTest, AnUnknownCustomerAndAnOrderWithoutPositionsAreErrors) {
@@ -100,7 +111,7 @@ TEST_F(OrderDialogTest, SavesHeaderAndPositionsAndCarriesWhatTheGridDoesNotShow)
   const std::size_t added = grid.addRow();
   EXPECT_EQ(grid.edit(added, column(grid, "Artikelnummer"), "B200"), "");
   EXPECT_EQ(grid.paste(added + 1, column(grid, "Artikelnummer"), "A100\t4\tST\t9,99\r\nZ300\tx\tST\t15\n"),
-            "Zeile 4, Menge: 'x' ist keine Zahl.\n");
+            "Position 4, Menge: 'x' ist keine Zahl.\n");
   enter(*dialog, "tdbVersandart", "SP");
   EXPECT_TRUE(dialog->changed());
   ASSERT_TRUE(dialog->save());
@@ -171,6 +182,23 @@ TEST_F(OrderDialogTest, QuantitiesToDeliverFollowTheOrderedOneUnlessTheyDiffer) 
   EXPECT_EQ(grid.edit(0, column(grid, "Menge"), "3"), "");
   EXPECT_EQ(cell(grid, 0, "Auslieferungsmenge"), "3");
   EXPECT_EQ(cell(grid, 0, "Fakturiermenge"), "2");
+  // Pasting is another way of typing.
+  EXPECT_EQ(grid.paste(0, column(grid, "Menge"), "7"), "");
+  EXPECT_EQ(cell(grid, 0, "Auslieferungsmenge"), "7");
+  EXPECT_EQ(cell(grid, 0, "Fakturiermenge"), "2");
+  EXPECT_EQ(grid.paste(1, column(grid, "Artikelnummer"), "B200\t4"), "");
+  EXPECT_EQ(cell(grid, 1, "Auslieferungsmenge"), "4");
+  EXPECT_EQ(cell(grid, 1, "Fakturiermenge"), "4");
+}
+
+TEST_F(OrderDialogTest, ARowIsCalledByTheNumberThatItsFindingsName) {
+  stageOrder("O1");
+  stagePriced("O1", 20, "B200", 1, 5.99);
+  stagePriced("O1", 10, "A100", 1, 10);
+  const auto dialog = opened("O1");
+  EXPECT_THAT(findings(*dialog), ElementsAre(testing::StartsWith("PR 20|20|")));
+  EXPECT_EQ(dialog->grid()->rowLabel(0), "10");
+  EXPECT_EQ(dialog->grid()->rowLabel(1), "20");
 }
 
 TEST_F(OrderDialogTest, TheDetailsOfAPositionReachWhatTheGridDoesNotShow) {

@@ -87,8 +87,10 @@ QVariant GridModel::data(const QModelIndex& index, int role) const {
 }
 
 QVariant GridModel::headerData(int section, Qt::Orientation orientation, int role) const {
+  if (section < 0 || (orientation == Qt::Vertical && section >= static_cast<int>(grid_.rowCount())))
+    return {};
   if (orientation == Qt::Vertical)
-    return role == Qt::DisplayRole ? QVariant(section + 1)
+    return role == Qt::DisplayRole ? QVariant(toQt(grid_.rowLabel(static_cast<std::size_t>(section))))
                                    : QAbstractTableModel::headerData(section, orientation, role);
   if (role == Qt::DisplayRole) return toQt(column(section).caption);
   return role == Qt::TextAlignmentRole ? alignment(column(section).kind) : QVariant();
