@@ -66,19 +66,26 @@ bool Protocol::create(const Show& show) {
 void Protocol::openOrCreate() {
   if (!protokoll_) throw std::runtime_error("Die Protokollkomponente fehlt.");
   if (!environment_.connection) throw std::runtime_error("Es ist keine Datenbank verbunden.");
+  Connection& connection = *environment_.connection;
   const std::string today = germanDate(NowEx(environment_));
+  // The protocol, its identity and its day are stored together: with a part of them the next run of the day
+  // would begin a second protocol, and whoever asks for the day's protocol would miss the lines of the first.
+  JoinedUnit unit(connection);
+  std::string id;
   if (settings_.option("ProtoDate") == today) {
     const std::string stored = settings_.option("ProtoID");
-    if (protokoll_->OpenProtokoll(*environment_.connection, stored)) id_ = stored;
+    if (protokoll_->OpenProtokoll(connection, stored)) id = stored;
   }
-  if (id_.empty()) {
-    JoinedUnit unit(*environment_.connection);
-    const std::string created = protokoll_->CreateProtokoll(*environment_.connection, title, kind, list);
-    unit.commit();
-    id_ = created;
-    settings_.save(applicationName, optionSection, "ProtoID", id_);
+  if (id.empty()) {
+    id = protokoll_->CreateProtokoll(connection, title, kind, list);
+    settings_.save(applicationName, optionSection, "ProtoID", id);
   }
   settings_.save(applicationName, optionSection, "ProtoDate", today);
+  // A setting that cannot be written is skipped, but it may have taken the unit with it.
+  if (connection.ownsWork() && !connection.inWork())
+    throw StoreError("Das Protokoll konnte nicht gespeichert werden.", 0);
+  unit.commit();
+  id_ = id;
 }
 
 bool Protocol::add(const ProtocolLine& line, const Show& show) {

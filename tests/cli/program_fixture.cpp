@@ -81,6 +81,20 @@ bool ProgramRun::waitForOutput() const {
 ProgramResult ProgramRun::wait() {
   int status = 0;
   waitpid(process_, &status, 0);
+  return ended(status);
+}
+
+std::optional<ProgramResult> ProgramRun::waitAtMost(std::chrono::seconds limit) {
+  const auto end = std::chrono::steady_clock::now() + limit;
+  int status = 0;
+  while (waitpid(process_, &status, WNOHANG) == 0) {
+    if (std::chrono::steady_clock::now() > end) return std::nullopt;
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+  return ended(status);
+}
+
+ProgramResult ProgramRun::ended(int status) {
   process_ = -1;
   return {exitStatus(status), folder_.read(name_ + ".out"), folder_.read(name_ + ".err")};
 }

@@ -6,7 +6,9 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include <chrono>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <sys/types.h>
@@ -39,8 +41,12 @@ public:
   /// True when the process has written to its standard output within ten seconds.
   bool waitForOutput() const;
   ProgramResult wait();
+  /// Nothing when the process still runs after that time.
+  std::optional<ProgramResult> waitAtMost(std::chrono::seconds limit);
 
 private:
+  ProgramResult ended(int status);
+
   const TemporaryFolder& folder_;
   std::string name_;
   pid_t process_ = -1;
