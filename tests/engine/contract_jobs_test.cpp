@@ -182,6 +182,7 @@ TEST_F(ContractJobs, TheDialogsChecksStoreCodeAndReasons) {
     job.Menge = 0;
     job.Zustand = "Q";
     job.Vertragsdatum = "";
+    job.Vertragsbeginn = "bald";
     job.Vertragsart = "XX";
   });
   stageContract("K", [](VertragFields& job) {
@@ -190,7 +191,7 @@ TEST_F(ContractJobs, TheDialogsChecksStoreCodeAndReasons) {
     job.Artikelnummer = "G9";
   });
   EXPECT_EQ(engine.checkJob("V").text, "Vertragsart ist nicht angelegt\r\nMenge ist faslch\r\nZustand ist "
-                                       "falsch\r\nVertragsdatum ist falsch\r\n");
+                                       "falsch\r\nVertragsdatum ist falsch\r\nVertragsbeginn ist falsch\r\n");
   EXPECT_EQ(jobType("V"), 20);
   ContractCheck check(erp.environment);
   EXPECT_EQ(check.checkContract("V"), CheckStatus::Error);

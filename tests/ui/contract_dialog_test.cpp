@@ -68,6 +68,7 @@ TEST_F(ContractDialogTest, SavingWithFindingsParksTheContractWithTheReasonsOfThe
   EXPECT_EQ(jobType("C1"), 22);
   EXPECT_EQ(reasons("C1"), "Menge ist faslch\r\nVertragsgegenstand ist nicht angelegt\r\n");
   EXPECT_EQ(field("C1", "Status").integer(), 30);
+  EXPECT_EQ(field("C1", "ImportType").integer(), 30);
 }
 
 TEST_F(ContractDialogTest, OpensDoneAndDeletedContractsForReadingOnly) {

@@ -128,6 +128,26 @@ TEST_F(OptionsDialogTest, TheSecondPageBelongsToCustomerSpecificMode) {
   EXPECT_EQ(option("SWAuftLieferbereit"), "0");
 }
 
+TEST_F(OptionsDialogTest, EveryFieldOfTheSecondPageIsStoredUnderItsOwnName) {
+  erp.setSetting("Allgemein", "Individual", "VLK");
+  dialog.load();
+  const std::pair<std::string_view, std::string_view> names[] = {{"txtZA_RG_VS", "ZAVSRG"},
+                                                                 {"txtZAVS", "ZAVS"},
+                                                                 {"txtVAZA", "VAZA"},
+                                                                 {"txtGewicht", "abGewicht"},
+                                                                 {"txtVAGewicht", "VSabGewicht"},
+                                                                 {"txtFrachtTransport", "FrachtTransport"},
+                                                                 {"txtFrachGebuehr", "FrachtGebuehr"},
+                                                                 {"txtVAKunde", "VAKunde"},
+                                                                 {"txtZAKunde", "ZAKunde"},
+                                                                 {"txtNeukundenRabatt", "NeukundenRabatt"}};
+  int number = 0;
+  for (const auto& [control, key] : names) dialog.type(control, std::to_string(++number));
+  dialog.close();
+  number = 0;
+  for (const auto& [control, key] : names) EXPECT_EQ(option(key), std::to_string(++number)) << key;
+}
+
 TEST_F(OptionsDialogTest, WhatCouldNotBeReadIsNotWritten) {
   erp.setOption("Löschen", "1");
   const auto session = std::move(erp.environment.session);
