@@ -15,6 +15,8 @@ JobFileVersion versionOf(bool version1) { return version1 ? JobFileVersion::One 
 void refuseInput(const JobFileReport& report, const std::string& file, const std::string& nextStep) {
   if (report.end == JobFileEnd::WrongBanner)
     throw ProgramError(ExitCode::BadInput, std::string(wrongBannerText), nextStep, {file, 1, {}});
+  if (report.end == JobFileEnd::TargetRefused)
+    throw ProgramError(ExitCode::BadInput, report.failure, "Nothing was changed. Name another file.");
   if (report.end == JobFileEnd::NoFile) throw ProgramError(ExitCode::BadInput, report.failure);
 }
 
@@ -61,6 +63,7 @@ ExitCode ExportCommand::work(const Workplace& place) {
   JobFileProgress progress(place.output, "export");
   const JobFileReport report = exportJobFile(place.environment, file, versionOf(version1), &progress);
   progress.end();
+  refuseInput(report, file, {});
   if (report.end != JobFileEnd::Complete)
     throw ProgramError(ExitCode::Failure, report.failure,
                        report.backup.empty() ? "Remedy the cause and export again."

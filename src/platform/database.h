@@ -9,9 +9,11 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace qx {
 
@@ -75,6 +77,8 @@ public:
 
   /// What the connection was opened with; empty when there is none.
   virtual const std::string& connectionString() const = 0;
+  /// The files that hold the data and its journals, existing or not; none when a server keeps them.
+  virtual std::vector<std::filesystem::path> files() const { return {}; }
 
   /// Runs a statement without rows; the number of rows that it changed.
   virtual std::int64_t execute(const Sql& statement) = 0;
@@ -96,6 +100,11 @@ public:
   virtual void commitWork() = 0;
   /// Never raises.
   virtual void rollbackWork() noexcept = 0;
+
+  /// From here to `endReading` all statements see the same state. Nothing is written meanwhile. Does nothing
+  /// on a host's connection and inside a unit.
+  virtual void beginReading() {}
+  virtual void endReading() noexcept {}
 
   virtual void setSavepoint() = 0;
   virtual void releaseSavepoint() = 0;
@@ -154,6 +163,18 @@ public:
 private:
   Connection& connection_;
   bool open_;
+};
+
+/// One consistent state of the database for several reading statements.
+class ReadView {
+public:
+  explicit ReadView(Connection& connection) : connection_(connection) { connection_.beginReading(); }
+  ReadView(const ReadView&) = delete;
+  ReadView& operator=(const ReadView&) = delete;
+  ~ReadView() { connection_.endReading(); }
+
+private:
+  Connection& connection_;
 };
 
 /// A part of a unit that is undone alone unless it is released.

@@ -94,8 +94,12 @@ CodeTables parseCodeTables(std::string_view content) {
   return read;
 }
 
+std::filesystem::path codeTablesFile(const std::filesystem::path& folder) {
+  return folder / "Codetabellen.txt";
+}
+
 CodeTables readCodeTables(const std::filesystem::path& folder) {
-  const std::filesystem::path file = folder / "Codetabellen.txt";
+  const std::filesystem::path file = codeTablesFile(folder);
   if (!std::filesystem::exists(file)) return defaultCodeTables();
   try {
     return parseCodeTables(readWhole(file));

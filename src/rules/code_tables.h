@@ -32,8 +32,11 @@ CodeTables defaultCodeTables();
 /// are no comments. Raises `std::runtime_error` that names the line for everything else.
 CodeTables parseCodeTables(std::string_view content);
 
-/// The tables of "Codetabellen.txt" in a folder, the default ones when there is no such file. Raises
-/// `std::runtime_error` that names file and line when it cannot be used.
+/// The file "Codetabellen.txt" in a folder, whether it is there or not.
+std::filesystem::path codeTablesFile(const std::filesystem::path& folder);
+
+/// The tables of that file, the default ones when there is no such file. Raises `std::runtime_error` that
+/// names file and line when it cannot be used.
 CodeTables readCodeTables(const std::filesystem::path& folder);
 
 } // namespace qx

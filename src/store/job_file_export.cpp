@@ -60,8 +60,8 @@ Sql countPositions() { return sql("Select Count(*) From ImportPos"_sql); }
 class JobFileExport {
 public:
   JobFileExport(Environment& environment, JobFileVersion version, JobFileObserver* observer)
-      : connection_(activeConnection(environment)), version_(version), observer_(observer),
-        writer_(version == JobFileVersion::One), lost_(environment.diagnostics) {
+      : connection_(activeConnection(environment)), view_(connection_), version_(version),
+        observer_(observer), writer_(version == JobFileVersion::One), lost_(environment.diagnostics) {
     if (observer_ == nullptr) return;
     for (const Sql& query : {countJobs(), countPositions()})
       total_ +=
@@ -145,6 +145,7 @@ private:
   }
 
   Connection& connection_;
+  ReadView view_; ///< another program may write between two of the statements
   JobFileVersion version_;
   JobFileObserver* observer_;
   JobFileLineWriter writer_;
@@ -168,7 +169,7 @@ JobFileReport exportJobFile(Environment& environment, std::string_view fileName,
   JobFileReport report;
   try {
     JobFileExport job(environment, version, observer);
-    JobFileTarget target(pathOf(fileName));
+    JobFileTarget target(pathOf(fileName), protectedFiles(environment));
     try {
       job.writeTo(target);
       target.finish();
@@ -179,6 +180,7 @@ JobFileReport exportJobFile(Environment& environment, std::string_view fileName,
     }
     report.counts = job.counts();
   } catch (const std::exception& failure) {
+    if (dynamic_cast<const TargetRefused*>(&failure) != nullptr) report.end = JobFileEnd::TargetRefused;
     if (report.failure.empty()) report.failure = failure.what();
     environment.diagnostics.report({"Export", failure.what(), {}});
   }

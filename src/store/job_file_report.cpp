@@ -22,6 +22,8 @@ bool tellExport(Environment& environment, const JobFileReport& report) {
   if (report.end == JobFileEnd::Complete) return true;
   Message message;
   message.text = exportFailureText;
+  if (report.end == JobFileEnd::TargetRefused)
+    message.text += " Die Datei gehört zur Datenbank und wird nicht überschrieben.";
   if (!report.backup.empty())
     message.text += " Die bisherige Datei wurde als '" + report.backup + "' aufbewahrt.";
   message.icon = MessageIcon::Information;

@@ -12,10 +12,11 @@ namespace qx {
 enum class JobFileVersion : std::uint8_t { One = 1, Two = 2 };
 
 enum class JobFileEnd : std::uint8_t {
-  Complete,    ///< read or written to the end; single records may have been refused
-  WrongBanner, ///< not a job file of the version asked for; nothing was changed
-  NoFile,      ///< missing, or a directory; nothing was changed
-  Failed,      ///< broke off; what the counts say is kept
+  Complete,      ///< read or written to the end; single records may have been refused
+  WrongBanner,   ///< not a job file of the version asked for; nothing was changed
+  NoFile,        ///< missing, or a directory; nothing was changed
+  Failed,        ///< broke off; what the counts say is kept
+  TargetRefused, ///< the target belongs to the database or the installation; nothing was changed
 };
 
 /// Counts of what is durable.

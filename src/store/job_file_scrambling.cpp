@@ -121,13 +121,14 @@ JobFileReport scrambleJobFile(Environment& environment, std::string_view fileNam
       report.end = JobFileEnd::WrongBanner;
       throw std::runtime_error(file.string() + (form ? ": it has that form already" : ": no job file"));
     }
-    JobFileTarget target(pathOf(targetName));
+    JobFileTarget target(pathOf(targetName), protectedFiles(environment));
     FormChange change(scrambler, scrambling, target);
     changeForm(file, bannerOf(form->version, scrambling, scrambler), change, observer);
     target.finish();
     report.lines = change.lines();
     report.end = JobFileEnd::Complete;
   } catch (const std::exception& failure) {
+    if (dynamic_cast<const TargetRefused*>(&failure) != nullptr) report.end = JobFileEnd::TargetRefused;
     report.failure = failure.what();
     environment.diagnostics.report({"Scrambling", failure.what(), {}});
   }

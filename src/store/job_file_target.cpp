@@ -1,7 +1,12 @@
 #include "store/job_file_target.h"
 
+#include "rules/code_tables.h"
+#include "store/job_file_line.h"
+
 #include <cerrno>
+#include <fcntl.h>
 #include <system_error>
+#include <unistd.h>
 
 namespace qx {
 namespace {
@@ -10,42 +15,95 @@ namespace fs = std::filesystem;
 
 constexpr std::size_t fullBuffer = std::size_t{256} * 1024;
 
-/// The file behind links, so that a link stays one.
-fs::path resolved(const fs::path& target) {
-  return fs::is_symlink(fs::symlink_status(target)) ? fs::weakly_canonical(target) : target;
+/// The file behind links, there or not, so that a link stays one.
+fs::path resolved(fs::path target) {
+  constexpr int mostLinks = 40;
+  for (int link = 0; link < mostLinks && fs::is_symlink(fs::symlink_status(target)); ++link)
+    target = target.parent_path() / fs::read_symlink(target);
+  return target;
 }
 
-fs::path beside(const fs::path& target, const std::string& ending) {
-  fs::path name = target;
-  name += ending;
-  return name;
+bool isPlainFile(const fs::path& target) {
+  const fs::file_status status = fs::status(target);
+  return !fs::exists(status) || fs::is_regular_file(status);
 }
 
 /// The first of "name.bak", "name.bak2"... that is free.
 fs::path freeBackup(const fs::path& target) {
-  fs::path name = beside(target, ".bak");
+  const auto ending = [&](const std::string& text) {
+    fs::path name = target;
+    return name += text;
+  };
+  fs::path name = ending(".bak");
   for (int number = 2; fs::exists(fs::symlink_status(name)); ++number)
-    name = beside(target, ".bak" + std::to_string(number));
+    name = ending(".bak" + std::to_string(number));
   return name;
+}
+
+/// Device and number decide for files that are there; a journal may not be there yet.
+bool isSameFile(const fs::path& target, const fs::path& other) {
+  std::error_code absent;
+  if (fs::equivalent(target, other, absent)) return true;
+  const fs::path folder = target.parent_path().empty() ? "." : target.parent_path();
+  const fs::path otherFolder = other.parent_path().empty() ? "." : other.parent_path();
+  return target.filename() == other.filename() && fs::equivalent(folder, otherFolder, absent);
 }
 
 } // namespace
 
-JobFileTarget::JobFileTarget(const fs::path& target) : target_(resolved(target)), written_(target_) {
-  const fs::file_status status = fs::status(target_);
-  direct_ = fs::exists(status) && !fs::is_regular_file(status);
-  if (!direct_) written_ = beside(target_, ".part");
-  stream_.rdbuf()->pubsetbuf(nullptr, 0);
-  errno = 0;
-  stream_.open(written_, std::ios::binary | std::ios::trunc);
-  if (!stream_) throw std::system_error(errno, std::generic_category(), written_.string());
+std::vector<fs::path> protectedFiles(const Environment& environment) {
+  std::vector<fs::path> files;
+  if (environment.connection) files = environment.connection->files();
+  std::string folder;
+  try {
+    folder = environment.components.createProfile()->GetAppPath();
+  } catch (const std::runtime_error&) {
+    // A host without the component has no application directory, hence no code tables of its own.
+    return files;
+  }
+  files.push_back(codeTablesFile(pathOf(folder)));
+  return files;
+}
+
+JobFileTarget::JobFileTarget(const fs::path& target, const std::vector<fs::path>& untouchable)
+    : direct_(!isPlainFile(target)) {
+  if (target.empty()) throw TargetRefused("the job file has no name");
+  target_ = direct_ ? target : resolved(target);
+  for (const fs::path& file : untouchable)
+    if (isSameFile(target_, file))
+      throw TargetRefused(target.string() + ": the file belongs to the database (" + file.string() +
+                          ") and is not replaced");
+  if (direct_)
+    openDirectly();
+  else
+    createBeside();
+}
+
+void JobFileTarget::openDirectly() {
+  written_ = target_;
+  file_ = open(target_.c_str(), O_WRONLY | O_TRUNC | O_CLOEXEC);
+  if (file_ < 0) fail(errno);
+}
+
+void JobFileTarget::createBeside() {
+  std::string name = (target_.parent_path() / ".qximportjob-XXXXXX").string();
+  file_ = mkostemp(name.data(), O_CLOEXEC);
+  if (file_ < 0) {
+    written_ = target_;
+    fail(errno);
+  }
+  written_ = name;
 }
 
 JobFileTarget::~JobFileTarget() {
-  if (finished_ || direct_) return;
-  stream_.close();
+  if (file_ >= 0) close(file_);
+  if (finished_ || direct_ || written_.empty()) return;
   std::error_code ignored;
   fs::remove(written_, ignored);
+}
+
+void JobFileTarget::fail(int error) const {
+  throw std::system_error(error == 0 ? EIO : error, std::generic_category(), target_.string());
 }
 
 void JobFileTarget::write(std::string_view bytes) {
@@ -53,19 +111,31 @@ void JobFileTarget::write(std::string_view bytes) {
   if (buffer_.size() >= fullBuffer) flush();
 }
 
+/// False, with the cause in `errno`, when the rest of the buffer could not be written.
+bool JobFileTarget::writeBuffer() {
+  std::string_view rest = buffer_;
+  while (!rest.empty()) {
+    const ssize_t got = ::write(file_, rest.data(), rest.size());
+    if (got < 0 && errno == EINTR) continue;
+    if (got < 0) return false;
+    rest.remove_prefix(static_cast<std::size_t>(got));
+  }
+  return true;
+}
+
 void JobFileTarget::flush() {
-  errno = 0;
-  flushFailed_ = !stream_.write(buffer_.data(), static_cast<std::streamsize>(buffer_.size()));
-  if (flushFailed_)
-    throw std::system_error(errno == 0 ? EIO : errno, std::generic_category(), written_.string());
+  flushFailed_ = !writeBuffer();
+  if (flushFailed_) fail(errno);
   buffer_.clear();
 }
 
-void JobFileTarget::close() {
+void JobFileTarget::closeFile() {
   flush();
-  errno = 0;
-  stream_.close();
-  if (!stream_) throw std::system_error(errno == 0 ? EIO : errno, std::generic_category(), written_.string());
+  // Without this a loss of power could leave an empty file in the target's place.
+  if (!direct_ && fsync(file_) != 0) fail(errno);
+  const int failed = close(file_);
+  file_ = -1;
+  if (failed != 0) fail(errno);
 }
 
 void JobFileTarget::replace() {
@@ -75,17 +145,20 @@ void JobFileTarget::replace() {
 }
 
 void JobFileTarget::finish() {
-  close();
+  closeFile();
   replace();
   finished_ = true;
 }
 
 std::string JobFileTarget::finishBroken() {
   if (direct_) return {};
-  if (!flushFailed_) stream_.write(buffer_.data(), static_cast<std::streamsize>(buffer_.size()));
-  stream_.close();
+  // What a full disk no longer takes is missing from the file, which is incomplete anyway.
+  if (!flushFailed_) writeBuffer();
+  if (file_ >= 0) close(file_);
+  file_ = -1;
   fs::path backup;
   if (fs::exists(target_)) {
+    fs::permissions(written_, fs::status(target_).permissions());
     backup = freeBackup(target_);
     fs::rename(target_, backup);
   }

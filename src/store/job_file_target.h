@@ -1,20 +1,35 @@
 // The file that a job file is written to.
 #pragma once
 
+#include "platform/environment.h"
+
 #include <filesystem>
-#include <fstream>
+#include <stdexcept>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace qx {
 
+/// A target that must not be written; `what()` names it and says why. Nothing was changed.
+class TargetRefused : public std::runtime_error {
+public:
+  using std::runtime_error::runtime_error;
+};
+
+/// What a job file never replaces: the files of the shared connection's database and the code tables of the
+/// installation.
+std::vector<std::filesystem::path> protectedFiles(const Environment& environment);
+
 /// Writes beside the target and takes its place at the end, so that a file that stands there is never half
-/// written. What is no plain file (a device, a pipe) is written directly.
+/// written. The file beside it has a name of its own and only its owner reads it; at the end it takes the
+/// permissions of the file that it replaces. What is no plain file (a device, a pipe) is written directly.
 ///
 /// Raises `std::system_error` that names the file. A target that is dropped leaves nothing behind.
 class JobFileTarget {
 public:
-  explicit JobFileTarget(const std::filesystem::path& target);
+  /// Raises `TargetRefused` when the target is one of the protected files, under whatever name.
+  JobFileTarget(const std::filesystem::path& target, const std::vector<std::filesystem::path>& untouchable);
   JobFileTarget(const JobFileTarget&) = delete;
   JobFileTarget& operator=(const JobFileTarget&) = delete;
   ~JobFileTarget();
@@ -27,13 +42,17 @@ public:
   std::string finishBroken();
 
 private:
+  void openDirectly();
+  void createBeside();
   void flush();
-  void close();
+  bool writeBuffer();
+  void closeFile();
   void replace();
+  [[noreturn]] void fail(int error) const;
 
   std::filesystem::path target_;
   std::filesystem::path written_; ///< the target itself when it is written directly
-  std::ofstream stream_;
+  int file_ = -1;
   std::string buffer_;
   bool direct_ = false;
   bool finished_ = false;

@@ -103,6 +103,22 @@ TEST_F(JobFile, ExportsOfTheFirstVersionAreReadWithItsOption) {
   EXPECT_EQ(show("K1")["Bez1"], "a,b");
 }
 
+TEST_F(JobFile, TheDatabaseIsNoTarget) {
+  ASSERT_EQ(stage(R"({"type":"Kunde","JobID":"K1"})").status, 0);
+  erp.folder.write("klar.edi", banner + customer("K2", "10"));
+  ASSERT_EQ(run({"scramble", file("klar.edi"), file("wirr.edi")}).status, 0);
+  for (const char* name : {"erp.db", "erp.db-wal", "Codetabellen.txt"}) {
+    const std::string target = file(name);
+    const ProgramResult refused = run({"export", target, "--json"});
+    EXPECT_EQ(refused.status, 2) << name;
+    EXPECT_NE(refused.json()["error"].get<std::string>().find(target), std::string::npos) << refused.output;
+    EXPECT_EQ(run({"export", target, "--version1"}).status, 2);
+    EXPECT_EQ(run({"scramble", file("klar.edi"), target}).status, 2);
+    EXPECT_EQ(run({"unscramble", file("wirr.edi"), target}).status, 2);
+  }
+  EXPECT_EQ(listed(), std::vector<std::string>{"K1"});
+}
+
 TEST_F(JobFile, ScrambledAndBackIsTheSameFile) {
   erp.folder.write("klar.edi", banner + customer("K1", "10"));
   EXPECT_EQ(run({"unscramble", file("klar.edi"), file("wirr.edi")}).status, 2);

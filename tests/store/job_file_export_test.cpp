@@ -3,6 +3,7 @@
 #include "support/full_disk.h"
 
 #include <filesystem>
+#include <utility>
 
 using namespace qx;
 
@@ -178,7 +179,8 @@ TEST_F(JobFileExportTest, AFullDiskKeepsTheFileThatWasThereAndTheLinesWrittenSoF
   }
   // A second failure does not overwrite what the first one kept.
   EXPECT_EQ(erp.folder.read("out.edi.bak"), "die alte Datei");
-  EXPECT_FALSE(std::filesystem::exists(file("out.edi.part")));
+  for (const auto& entry : std::filesystem::directory_iterator(erp.folder.path()))
+    EXPECT_FALSE(entry.path().filename().string().starts_with(".")) << entry.path();
 }
 
 TEST_F(JobFileExportTest, AFailureOfTheDatabaseKeepsTheOldFileToo) {
@@ -205,4 +207,76 @@ TEST_F(JobFileExportTest, WhatIsNoPlainFileIsWrittenDirectlyOrNotAtAll) {
   exported();
   EXPECT_TRUE(std::filesystem::is_symlink(file("out.edi")));
   EXPECT_NE(erp.folder.read("ziel.edi"), "alt");
+}
+
+TEST_F(JobFileExportTest, TheFilesOfTheInstallationAreNeverReplacedUnderAnyName) {
+  stage("a", 10);
+  std::filesystem::create_symlink(erp.path, file("link.edi"));
+  std::filesystem::create_hard_link(erp.path, file("zweit.edi"));
+  // The journal of this name is not there: a file in its place would be played back into the database.
+  for (const char* name :
+       {"erp.db", "link.edi", "zweit.edi", "erp.db-wal", "erp.db-shm", "erp.db-journal", "./erp.db"}) {
+    for (const JobFileVersion version : {JobFileVersion::One, JobFileVersion::Two})
+      EXPECT_EQ(exportJobFile(erp.environment, file(name), version).end, JobFileEnd::TargetRefused) << name;
+    EXPECT_EQ(jobs(), "a ") << name;
+  }
+  EXPECT_EQ(exportJobFile(erp.environment, "", JobFileVersion::Two).end, JobFileEnd::TargetRefused);
+  EXPECT_EQ(erp.secondConnection()->open(sql("Select JobID From ImportKopf"_sql))->text("JobID"), "a");
+  const JobFileReport report = exportJobFile(erp.environment, erp.path, JobFileVersion::Two);
+  EXPECT_FALSE(tellExport(erp.environment, report));
+  EXPECT_TRUE(
+      erp.desktop.shown.back().text.ends_with("Die Datei gehört zur Datenbank und wird nicht überschrieben."))
+      << erp.desktop.shown.back().text;
+}
+
+TEST_F(JobFileExportTest, TheFileBesideTheTargetTakesNobodysNameAndKeepsTheMode) {
+  stage("a", 10);
+  erp.folder.write("precious", "unberührt");
+  std::filesystem::create_symlink(file("precious"), file("out.edi.part"));
+  exported();
+  EXPECT_EQ(erp.folder.read("precious"), "unberührt");
+  const auto mode = [&] { return std::filesystem::status(file("out.edi")).permissions(); };
+  EXPECT_EQ(mode(), std::filesystem::perms(0600));
+  std::filesystem::permissions(file("out.edi"), std::filesystem::perms(0640));
+  exported();
+  EXPECT_EQ(mode(), std::filesystem::perms(0640));
+  // A link to a file that is not there yet leads to that file.
+  std::filesystem::create_symlink("neu.edi", file("link.edi"));
+  ASSERT_EQ(exportJobFile(erp.environment, file("link.edi"), JobFileVersion::Two).end, JobFileEnd::Complete);
+  EXPECT_TRUE(std::filesystem::is_symlink(file("link.edi")));
+  EXPECT_EQ(erp.folder.read("neu.edi").substr(0, head.size()), head);
+}
+
+TEST_F(JobFileExportTest, AFileShowsOneStateWhoeverWritesMeanwhile) {
+  /// Another program replaces a job, position and all, while the headers are written.
+  class Writer final : public JobFileObserver {
+  public:
+    explicit Writer(Connection& connection) : connection_(connection) {}
+    void progress(std::uintmax_t /*done*/, std::uintmax_t /*total*/) override {
+      if (std::exchange(written_, true)) return;
+      WorkUnit unit(connection_);
+      connection_.execute(sql("Delete From ImportPos"_sql));
+      connection_.execute(sql("Insert Into ImportKopf (JobID, JobType) Values ('neu', 30)"_sql));
+      connection_.execute(sql("Insert Into ImportPos (JobID, ChildID, JobType) Values ('neu', 'N', 50)"_sql));
+      unit.commit();
+    }
+
+  private:
+    Connection& connection_;
+    bool written_ = false;
+  };
+  stage("alt", 30);
+  execute(sql("Insert Into ImportPos (JobID, ChildID, JobType) Values ('alt', 'P', 50)"_sql));
+  const auto other = erp.secondConnection();
+  Writer writer(*other);
+  ASSERT_EQ(exportJobFile(erp.environment, file("out.edi"), JobFileVersion::Two, &writer).end,
+            JobFileEnd::Complete);
+  const std::string written = erp.folder.read("out.edi");
+  EXPECT_NE(written.find("\"30\";\"alt\";"), std::string::npos);
+  EXPECT_NE(written.find("\"50\";\"alt\";\"P\";"), std::string::npos);
+  EXPECT_EQ(written.find("neu"), std::string::npos) << written;
+  // The view has ended: units of work begin again.
+  WorkUnit unit(erp.connection());
+  unit.commit();
+  EXPECT_EQ(jobs(), "alt neu ");
 }

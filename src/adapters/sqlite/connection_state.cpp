@@ -37,7 +37,7 @@ ConnectionState::ConnectionState(sqlite3* handle, std::string target, bool ownsW
 
 ConnectionState::~ConnectionState() {
   // The statements go first; a connection with statements left open would stay half open.
-  for (PreparedStatement* statement : {&begin, &commit, &rollback, &save, &release, &rollbackTo})
+  for (PreparedStatement* statement : {&begin, &beginRead, &commit, &rollback, &save, &release, &rollbackTo})
     *statement = PreparedStatement();
   statements_ = StatementCache(nullptr, {});
   sqlite3_close_v2(handle_);
@@ -66,6 +66,11 @@ bool ConnectionState::stepRow(PreparedStatement& statement) {
 }
 
 std::int64_t ConnectionState::lastRowId() const { return sqlite3_last_insert_rowid(handle_); }
+
+std::string ConnectionState::file() const {
+  const char* const name = sqlite3_db_filename(handle_, "main");
+  return name == nullptr ? "" : name;
+}
 
 void ConnectionState::control(PreparedStatement& cached, const char* text) {
   if (!cached) cached = PreparedStatement(handle_, target(), text, true);

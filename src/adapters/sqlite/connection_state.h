@@ -46,10 +46,14 @@ public:
   bool stepRow(PreparedStatement& statement);
   std::int64_t lastRowId() const;
   void setInWork(bool inWork) { inWork_ = inWork; }
+  bool reading() const { return reading_; }
+  void setReading(bool reading) { reading_ = reading; }
+  /// The absolute path of the database, "" when it has no file.
+  std::string file() const;
   /// Runs one of the fixed transaction statements.
   void control(PreparedStatement& cached, const char* text);
 
-  PreparedStatement begin, commit, rollback, save, release, rollbackTo;
+  PreparedStatement begin, beginRead, commit, rollback, save, release, rollbackTo;
 
 private:
   [[noreturn]] void fail();
@@ -59,6 +63,7 @@ private:
   BusyHandler busy_;
   bool ownsWork_;
   bool inWork_ = false;
+  bool reading_ = false;
 };
 
 } // namespace qx::sqlite

@@ -18,6 +18,12 @@ SqliteConnection::~SqliteConnection() = default;
 
 const std::string& SqliteConnection::connectionString() const { return state_->target(); }
 
+std::vector<std::filesystem::path> SqliteConnection::files() const {
+  const std::string file = state_->file();
+  if (file.empty()) return {};
+  return {file, file + "-wal", file + "-shm", file + "-journal"};
+}
+
 std::int64_t SqliteConnection::execute(const Sql& statement) {
   PreparedStatement& prepared = state_->statements().plain(statement);
   prepared.bindAll(statement.values());
@@ -73,6 +79,22 @@ void SqliteConnection::rollbackWork() noexcept {
     // SQLite has already rolled back whatever made the statement fail; there is nothing left to undo.
   }
   state_->setInWork(false);
+}
+
+void SqliteConnection::beginReading() {
+  if (!state_->ownsWork() || state_->inWork() || state_->reading()) return;
+  state_->control(state_->beginRead, "BEGIN DEFERRED");
+  state_->setReading(true);
+}
+
+void SqliteConnection::endReading() noexcept {
+  if (!state_->reading()) return;
+  state_->setReading(false);
+  try {
+    state_->control(state_->rollback, "ROLLBACK");
+  } catch (const std::exception&) {
+    // A failed read has already ended it.
+  }
 }
 
 void SqliteConnection::setSavepoint() {

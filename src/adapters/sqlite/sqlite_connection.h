@@ -26,6 +26,7 @@ public:
   ~SqliteConnection() override;
 
   const std::string& connectionString() const override;
+  std::vector<std::filesystem::path> files() const override;
   std::int64_t execute(const Sql& statement) override;
   std::unique_ptr<Recordset> open(const Sql& statement) override;
   std::unique_ptr<Recordset> openKeyset(const Sql& statement) override;
@@ -35,6 +36,8 @@ public:
   void beginWork(BusyWait* wait) override;
   void commitWork() override;
   void rollbackWork() noexcept override;
+  void beginReading() override;
+  void endReading() noexcept override;
   void setSavepoint() override;
   void releaseSavepoint() override;
   void rollbackToSavepoint() noexcept override;
