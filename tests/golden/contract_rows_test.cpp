@@ -158,8 +158,7 @@ TEST_F(ContractRows, AContractOfACustomerReplacesTheStoredLineAndLeavesItsPositi
     GekuendigtAm=04.01.2001
     GrundVerlorenSchl=alt
     Vertragstext=alt)");
-  stage("Vertrag", changed(contractJob, {"Zustand=", "Vertragsende=999999"}) + "JobType:40",
-        {R"(
+  stage("Vertrag", changed(contractJob, {"Zustand=", "Vertragsende=999999"}) + "JobType:40", {R"(
     ChildID=V1a
     Positionsnummer:11
     Vertragsart=P_Vertragsart

@@ -52,7 +52,8 @@ constexpr const char* stagedCustomer = R"(
 class CustomerRows : public GoldenTest {
 protected:
   CustomerRows() {
-    for (const char* option : {"KundenKundengruppe", "KundenVertreter", "KundenZahlungsart", "KundenBankleitzahl"})
+    for (const char* option :
+         {"KundenKundengruppe", "KundenVertreter", "KundenZahlungsart", "KundenBankleitzahl"})
       erp.setOption(option, "1");
   }
 };
@@ -139,8 +140,9 @@ TEST_F(CustomerRows, ANewCustomerWithItsCodesAndAddresses) {
     Text8=1
     Memo0=Neukunde angelegt. / Bez1: Bez1 / Bez2: Bez2 / Bez3: Bez3
   )"));
-  EXPECT_EQ(connection().open(sql("Select Kundennummer From Adressindex Where Art = 1"_sql))->text("Kundennummer"),
-            "Kundennummer");
+  EXPECT_EQ(
+      connection().open(sql("Select Kundennummer From Adressindex Where Art = 1"_sql))->text("Kundennummer"),
+      "Kundennummer");
 }
 
 TEST_F(CustomerRows, AnExistingCustomerTakesWhatTheJobCarriesAndKeepsTheRest) {
@@ -195,7 +197,8 @@ TEST_F(CustomerRows, AnExistingCustomerTakesWhatTheJobCarriesAndKeepsTheRest) {
     Kreditlimit1=47
     Kreditlimit2=48
     Währung
-  )", "M_"));
+  )",
+                 "M_"));
   EXPECT_EQ(rows("Kreditinstitute"), expected("Bankleitzahl Kreditinstitut"));
   EXPECT_EQ(rows("Protokollpositionen"), expected(R"(
     Zeile=1
@@ -266,8 +269,10 @@ TEST_F(CustomerRows, AJobOfEmptyPropertiesEmptiesWhatItMayAndCreatesNothing) {
     Kreditlimit1=47
     Kreditlimit2=48
     Währung
-  )", "M_"));
-  for (const char* table : {"Adressenstamm", "Kundengruppen", "Vertreter", "Zahlungsarten", "Kreditinstitute"})
+  )",
+                                          "M_"));
+  for (const char* table :
+       {"Adressenstamm", "Kundengruppen", "Vertreter", "Zahlungsarten", "Kreditinstitute"})
     EXPECT_EQ(rows(table), "") << table;
 }
 

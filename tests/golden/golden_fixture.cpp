@@ -124,7 +124,8 @@ std::string GoldenTest::rows(std::string_view table) {
     if (!text.empty()) text += "--\n";
     for (std::size_t i = 0; i < found->fieldCount(); ++i)
       if (!found->value(i).isNull() && found->fieldName(i) != "ID")
-        text += std::string(found->fieldName(i)) + "=" + replaced(found->value(i).text(), "\r\n", " / ") + "\n";
+        text +=
+            std::string(found->fieldName(i)) + "=" + replaced(found->value(i).text(), "\r\n", " / ") + "\n";
   }
   return text;
 }
@@ -144,7 +145,8 @@ std::string GoldenTest::changed(std::string_view notation, const std::vector<std
   for (const std::string& line : linesOf(notation)) {
     std::string_view result = line;
     for (const std::string_view other : lines)
-      if (const auto at = other.find_first_of("=:"); line.starts_with(other.substr(0, at + 1))) result = other;
+      if (const auto at = other.find_first_of("=:"); line.starts_with(other.substr(0, at + 1)))
+        result = other;
     text += std::string(result) + "\n";
   }
   return text;

@@ -94,7 +94,8 @@ protected:
     fill("Adressenstamm", "Kundennummer=VS_KdNr\nAdressnummer=VS_AdrNr\nBez1 Ort", "S_");
     fill("Adressenstamm", "Kundennummer=RG_KdNr\nAdressnummer=RG_AdrNr\nBez1 Ort", "R_");
     fill("Adressenstamm",
-         "Kundennummer=20001\nAdressnummer=7\nBez1 Bez2 Bez3 Strasse Land PLZ Ort Telefon Telefax EMail", "S_");
+         "Kundennummer=20001\nAdressnummer=7\nBez1 Bez2 Bez3 Strasse Land PLZ Ort Telefon Telefax EMail",
+         "S_");
   }
 
   void fillArticles() {
@@ -509,13 +510,16 @@ TEST_F(OrderRows, AnOrderWithATextLineAddressesAndCostAssignment) {
   )"));
 }
 
-// B200 as above without the order's discount, 71.46 with 5.00 tax; freight 6.90 and the least fee 3.50 with 19 %
-// of 10.40, 1.98.
+// B200 as above without the order's discount, 71.46 with 5.00 tax; freight 6.90 and the least fee 3.50 with
+// 19 % of 10.40, 1.98.
 TEST_F(OrderRows, AnOrderOfTheInstallationsOwnModeTakesTheCustomersDataAndPaysFreight) {
   erp.setSetting("Allgemein", "Individual", "VLK");
-  for (const auto& [key, value] : {std::pair{"VAKunde", "M_Versandart"}, {"FrachtTransport", "FRACHT"},
-                                   {"FrachtGebuehr", "GEBUEHR"}, {"MinGebuehr", "3,5"},
-                                   {"SWAuftLieferbereit", "1"}, {"SWAuftFakturierbereit", "0"}})
+  for (const auto& [key, value] : {std::pair{"VAKunde", "M_Versandart"},
+                                   {"FrachtTransport", "FRACHT"},
+                                   {"FrachtGebuehr", "GEBUEHR"},
+                                   {"MinGebuehr", "3,5"},
+                                   {"SWAuftLieferbereit", "1"},
+                                   {"SWAuftFakturierbereit", "0"}})
     erp.setOption(key, value);
   stage("Auftrag", R"(
     JobID=O1
