@@ -4,6 +4,7 @@
 #include "model/job_key.h"
 
 #include <gtest/gtest.h>
+#include <vector>
 
 namespace qx {
 namespace {
@@ -37,15 +38,42 @@ TEST(JobCodes, CarryKindAndState) {
   EXPECT_EQ(withState(qxtJobKundenError, JobState::Waiting), qxtjobkunden) << "a state replaces another";
 }
 
-TEST(JobCodes, OfVersionOneAreTheStatedNumbers) {
-  EXPECT_EQ(qxtJobTypeAufträgeFehler, -31);
-  EXPECT_EQ(qxtJobTypeKundenErledigt, 11);
-  EXPECT_EQ(qxtJobTypeSubItem, 1001);
+template <class... Codes>
+std::vector<int> numbers(Codes... codes) {
+  return {static_cast<int>(codes)...};
 }
 
-TEST(JobCodes, ResultClassesAreAnotherScaleThanTheUnitsDigit) {
-  EXPECT_EQ(static_cast<int>(ImportType::Done), 4);
-  EXPECT_EQ(static_cast<int>(JobState::Done), 3);
+TEST(JobCodes, AreTheStatedNumbers) {
+  EXPECT_EQ(numbers(qxtJobTypeKunden, qxtJobTypeVerträge, qxtJobTypeAufträge, qxtJobTypeKundenFehler,
+                    qxtJobTypeVerträgeFehler, qxtJobTypeAufträgeFehler, qxtJobTypeKundenErledigt,
+                    qxtJobTypeVerträgeErledigt, qxtJobTypeAufträgeErledigt, qxtJobTypeSubItem),
+            (std::vector{10, 20, 30, -11, -21, -31, 11, 21, 31, 1001}));
+  EXPECT_EQ(numbers(qxtjobkunden, qxtjobverträge, qxtJobAufträge, qxtjobkundenverträge, qxtJobAuftragsPos),
+            (std::vector{10, 20, 30, 40, 50}));
+  EXPECT_EQ(numbers(qxtJobKundenWarning, qxtJobVerträgeWarning, qxtJobAufträgeWarning,
+                    qxtJobKundenVerträgeWarning, qxtJobKundenError, qxtJobVerträgeError, qxtJobAufträgeError,
+                    qxtJobKundenVerträgeError),
+            (std::vector{11, 21, 31, 41, 12, 22, 32, 42}));
+  EXPECT_EQ(numbers(qxtJobKundenDone, qxtJobVerträgeDone, qxtJobAufträgeDone, qxtjobkundenverträgedone,
+                    qxtJobKundenVerträgedel),
+            (std::vector{13, 23, 33, 43, 44}));
+}
+
+TEST(Enumerations, HaveTheStatedValues) {
+  EXPECT_EQ(numbers(qxtImportTypeNewOrUpdate, qxtImportTypeNewOnly, qxtImportTypeUpdateOnly),
+            (std::vector{0, 1, 2}));
+  EXPECT_EQ(numbers(ImportType::Waiting, ImportType::Warning, ImportType::Error, ImportType::Done),
+            (std::vector{0, 1, 2, 4}))
+      << "another scale than the units digit of a code";
+  EXPECT_EQ(numbers(qxProcessState::ProcessAll, qxProcessState::ProcessKunden,
+                    qxProcessState::ProcessVerträge, qxProcessState::ProcessAufträge,
+                    qxProcessState::ProcessZubehör),
+            (std::vector{0, 1, 2, 4, 8}));
+  EXPECT_EQ(numbers(qxtViewJobForm_Nothing, qxtViewJobForm_Load, qxtViewJobForm_Unload),
+            (std::vector{0, 1, 2}));
+  EXPECT_EQ(numbers(CheckStatus::Clean, CheckStatus::Warning, CheckStatus::Error), (std::vector{10, 20, 30}));
+  EXPECT_EQ(numbers(JobState::Waiting, JobState::Warning, JobState::Error, JobState::Done, JobState::Deleted),
+            (std::vector{0, 1, 2, 3, 4}));
 }
 
 TEST(Findings, OnlyRaiseTheStatus) {

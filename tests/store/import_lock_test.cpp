@@ -47,6 +47,12 @@ TEST_F(ImportLockTest, TheRowNamesUserSessionAndAMisspelledStation) {
   EXPECT_FALSE(lock.holder());
 }
 
+TEST_F(ImportLockTest, OfALongSessionIdentityTheRowKeepsFifteenCharacters) {
+  erp.session->sessionId = "Sitzung-äöü-123456";
+  EXPECT_EQ(lock.take().state, LockState::Taken);
+  EXPECT_EQ(erp.first(sql("Select SessionID From LockControl"_sql)), Value("Sitzung-äöü-123"));
+}
+
 TEST_F(ImportLockTest, ASecondUserIsRefusedWithTheHoldersNameAndReleasesNothing) {
   lockBy("erika");
   EXPECT_EQ(lock.take().state, LockState::Refused);

@@ -25,7 +25,10 @@ void FixedSession::SaveSetting(std::string_view section, std::string_view key, s
 
 qx::Umrechnungen& FixedSession::Umrechnungen() { absent("Umrechnungen"); }
 
-std::shared_ptr<Session> AbsentComponents::createSession() { absent("Norvalis.Session"); }
+std::shared_ptr<Session> AbsentComponents::createSession() {
+  if (!session) absent("Norvalis.Session");
+  return session;
+}
 std::unique_ptr<Protokoll> AbsentComponents::createProtokoll() { absent("QXHProto.Protokoll"); }
 std::unique_ptr<Preisfindung> AbsentComponents::createPreisfindung() { absent("qxPLU.clsPLU"); }
 std::unique_ptr<Version> AbsentComponents::createVersion() { absent("qxWWSVer.Version"); }

@@ -11,20 +11,28 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 namespace qx {
 
 /// Shared settings in memory, a fixed date and user, no numbers and no unit conversions.
 class FixedSession final : public Session {
 public:
-  void Connect(std::string_view, std::string_view) override { notConnected = false; }
-  void Disconnect() override { notConnected = true; }
+  void Connect(std::string_view activeSessionId, std::string_view connectWith) override {
+    calls.push_back("Connect ActiveSessionID=" + std::string(activeSessionId) +
+                    " Connectwith=" + std::string(connectWith));
+    notConnected = errorCode != 0;
+  }
+  void Disconnect() override {
+    calls.emplace_back("Disconnect");
+    notConnected = true;
+  }
   bool NotConnected() override { return notConnected; }
-  std::int32_t ErrorCode() override { return 0; }
-  void ShowError(std::string_view) override {}
+  std::int32_t ErrorCode() override { return errorCode; }
+  void ShowError(std::string_view message) override { calls.push_back("ShowError " + std::string(message)); }
   std::shared_ptr<Connection> connection() override { return database; }
   std::string PersonalNr() override { return "007"; }
-  std::string SessionID() override { return "S0001"; }
+  std::string SessionID() override { return sessionId; }
   std::string UserName() override { return "prüfer"; }
   std::string GetSetting(std::string_view section, std::string_view key,
                          std::optional<std::string_view> fallback) override;
@@ -37,13 +45,19 @@ public:
   std::map<std::pair<std::string, std::string>, std::string> settings;
   std::shared_ptr<Connection> database;
   Date date = makeDate(2026, 11, 24);
+  std::string sessionId = "S0001";
+  std::int32_t errorCode = 0;     ///< another one refuses the next connect
+  std::vector<std::string> calls; ///< of the members that connect, disconnect and tell
   bool notConnected = false;
   bool failing = false; ///< every access to a setting raises `StoreError`
 };
 
-/// A host that has none of the ERP's components: creating one raises `std::runtime_error`.
+/// A host that has none of the ERP's components but, perhaps, a session: creating one raises
+/// `std::runtime_error`.
 class AbsentComponents final : public ErpComponents {
 public:
+  std::shared_ptr<Session> session;
+
   std::shared_ptr<Session> createSession() override;
   std::unique_ptr<Protokoll> createProtokoll() override;
   std::unique_ptr<Preisfindung> createPreisfindung() override;

@@ -1,0 +1,155 @@
+#include "golden_fixture.h"
+
+#include "cli/stage_reader.h"
+#include "cli/staging_area.h"
+
+#include <sstream>
+
+namespace qx {
+namespace {
+
+/// Nobody else holds the database of a test.
+class NoWait final : public BusyWait {
+public:
+  bool goOn(std::chrono::milliseconds /*waited*/) override { return false; }
+};
+
+std::string replaced(std::string text, std::string_view from, std::string_view to) {
+  for (auto at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size()))
+    text.replace(at, from.size(), to);
+  return text;
+}
+
+/// The notation's lines without indent and without empty ones.
+std::vector<std::string> linesOf(std::string_view notation) {
+  std::vector<std::string> lines;
+  std::istringstream text{std::string(notation)};
+  for (std::string line; std::getline(text, line);)
+    if (const auto start = line.find_first_not_of(' '); start != std::string::npos)
+      lines.push_back(line.substr(start));
+  return lines;
+}
+
+std::string jsonObject(std::string_view notation, std::string object) {
+  for (const std::string& line : linesOf(notation)) {
+    const auto add = [&](const std::string& name, const std::string& value) {
+      object += object.size() > 1 ? "," : "";
+      object += "\"" + name + "\":" + value;
+    };
+    if (const auto at = line.find_first_of("=:"); at != std::string::npos) {
+      const std::string value = line.substr(at + 1);
+      add(line.substr(0, at), line[at] == ':' ? value : "\"" + value + "\"");
+      continue;
+    }
+    std::istringstream names(line);
+    for (std::string name; names >> name;) add(name, "\"" + name + "\"");
+  }
+  return object;
+}
+
+} // namespace
+
+GoldenTest::GoldenTest() : subscription(engine.subscribe(events)) {}
+
+Environment& GoldenTest::environmentWithClerk() {
+  fill("Benutzer", "UserName=pruefer\nPersonalNr=P7\nBuchungskreis=3");
+  fill("Personalstamm", "PersonalNr=P7\nKurzzeichen\nAnrede=Frau\nTitel Vorname Nachname", "P_");
+  fill("Nummernkreise", "NSchl=AB\nBuchungskreis=3\nAktiviert=1\naktuellerWert=500");
+  return erp.environment;
+}
+
+std::vector<GoldenTest::Row> GoldenTest::parsed(std::string_view notation, std::string_view prefix) {
+  std::vector<Row> rows;
+  bool begins = true;
+  for (const std::string& line : linesOf(notation)) {
+    if (std::exchange(begins, false)) rows.emplace_back();
+    if (line == "--") {
+      begins = true;
+    } else if (const auto at = line.find_first_of("=:"); at != std::string::npos) {
+      rows.back().emplace_back(line.substr(0, at), replaced(line.substr(at + 1), " / ", "\r\n"));
+    } else {
+      std::istringstream names(line);
+      bool empty = false;
+      for (std::string name; names >> name;)
+        if (name == "-")
+          empty = true;
+        else
+          rows.back().emplace_back(name, empty ? "" : std::string(prefix) + name);
+    }
+  }
+  return rows;
+}
+
+void GoldenTest::fill(std::string_view table, std::string_view notation, std::string_view prefix) {
+  const auto target = connection().open(sql("Select * From "_sql, name(table)));
+  for (const Row& row : parsed(notation, prefix)) {
+    target->addNew();
+    for (const auto& [column, text] : row) target->set(ColumnName(column), Value(text));
+    target->update();
+  }
+}
+
+void GoldenTest::stage(std::string_view type, std::string_view notation,
+                       const std::vector<std::string_view>& positions) {
+  std::string json = jsonObject(notation, R"({"type":")" + std::string(type) + '"');
+  std::string list;
+  for (const std::string_view position : positions)
+    list += (list.empty() ? "" : ",") + jsonObject(position, "{") + "}";
+  if (!list.empty()) json += ",\"Positionen\":[" + list + "]";
+  erp.folder.write("jobs.json", json + "}");
+
+  // A connection of its own, as the program has one; it keeps tables of the file's jobs.
+  const auto ownConnection = erp.secondConnection();
+  cli::TextSource source((erp.folder.path() / "jobs.json").string());
+  cli::StagingArea area(*ownConnection);
+  cli::JobAssembler assembler(erp.environment, area, source.name());
+  area.begin();
+  cli::readJobs(source, assembler);
+  ASSERT_FALSE(area.finish());
+  NoWait wait;
+  ASSERT_FALSE(area.copy(wait, false));
+}
+
+void GoldenTest::setStaged(std::string_view notation) {
+  const auto job = connection().open(sql("Select * From ImportKopf"_sql));
+  const auto described = parsed(notation, "");
+  for (const auto& [column, text] : described.front()) job->set(ColumnName(column), Value(text));
+  job->update();
+}
+
+std::string GoldenTest::rows(std::string_view table) {
+  std::string text;
+  for (const auto found = connection().open(sql("Select * From "_sql, name(table))); !found->eof();
+       found->moveNext()) {
+    if (!text.empty()) text += "--\n";
+    for (std::size_t i = 0; i < found->fieldCount(); ++i)
+      if (!found->value(i).isNull() && found->fieldName(i) != "ID")
+        text +=
+            std::string(found->fieldName(i)) + "=" + replaced(found->value(i).text(), "\r\n", " / ") + "\n";
+  }
+  return text;
+}
+
+std::string GoldenTest::expected(std::string_view notation, std::string_view prefix) {
+  std::string text;
+  bool first = true;
+  for (const Row& row : parsed(notation, prefix)) {
+    if (!std::exchange(first, false)) text += "--\n";
+    for (const auto& [column, value] : row) text += column + "=" + replaced(value, "\r\n", " / ") + "\n";
+  }
+  return text;
+}
+
+std::string GoldenTest::changed(std::string_view notation, const std::vector<std::string_view>& lines) {
+  std::string text;
+  for (const std::string& line : linesOf(notation)) {
+    std::string_view result = line;
+    for (const std::string_view other : lines)
+      if (const auto at = other.find_first_of("=:"); line.starts_with(other.substr(0, at + 1)))
+        result = other;
+    text += std::string(result) + "\n";
+  }
+  return text;
+}
+
+} // namespace qx
