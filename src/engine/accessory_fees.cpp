@@ -30,6 +30,7 @@ bool AccessoryFees::parse(std::string_view key, const std::string& entry, Row& r
       return true;
     }
   }
+  malformed_ += (malformed_.empty() ? "" : ", ") + std::string(key);
   environment_.diagnostics.report(
       {"Zubehoer.ini", std::string(key) + "=" + entry + " is no pair of numbers", ""});
   return false;

@@ -21,6 +21,8 @@ public:
   double minimumOrderFee(double orderValue);
   /// The graded fee: that of the first bound above the value; beyond the last bound the last one.
   double gradedFee(double accessoryValue);
+  /// The keys of the malformed entries, separated by commas; "" without any and before the file is read.
+  const std::string& malformedEntries() const { return malformed_; }
 
 private:
   struct Row {
@@ -36,6 +38,7 @@ private:
   bool hasMinimum_ = false;
   Row minimum_;
   std::vector<Row> graded_;
+  std::string malformed_;
 };
 
 } // namespace qx

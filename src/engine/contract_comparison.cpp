@@ -52,6 +52,15 @@ ContractKey lineKey(Recordset& line) {
           line.text("Vertragsart")};
 }
 
+/// Which of several jobs speaks for a line: one that is still to be processed goes before a mark and before
+/// one that is done, a customer contract before a single one.
+constexpr int contractRanks = 4;
+int rankOf(std::int16_t code) {
+  if (code == qxtJobKundenVerträgedel) return 1;
+  if (code == qxtjobkundenverträgedone) return 2;
+  return kindOf(code) == qxtjobkundenverträge ? 0 : 3;
+}
+
 bool isCode(Recordset& job, JobConstants2 code) {
   return job.value("JobType").integer() == std::int64_t{code};
 }
@@ -77,13 +86,16 @@ std::unique_ptr<Recordset> ContractComparison::stagedJobs(const ContractKey& key
 
 ContractState ContractComparison::state(const ContractKey& key, std::string& jobId) const {
   const auto jobs = stagedJobs(key);
-  // A customer contract goes before a single one.
   std::size_t chosen = 0;
-  while (chosen < jobs->recordCount() &&
-         (jobs->moveTo(chosen), kindOf(static_cast<std::int16_t>(
-                                    jobs->value("JobType").integer().value_or(0))) != qxtjobkundenverträge))
-    ++chosen;
-  jobs->moveTo(chosen < jobs->recordCount() ? chosen : 0);
+  int best = contractRanks;
+  for (std::size_t i = 0; i < jobs->recordCount(); ++i) {
+    jobs->moveTo(i);
+    const int rank = rankOf(static_cast<std::int16_t>(jobs->value("JobType").integer().value_or(0)));
+    if (rank >= best) continue;
+    best = rank;
+    chosen = i;
+  }
+  jobs->moveTo(chosen);
   jobId = jobs->text("JobID");
   if (!jobs->eof() && isCode(*jobs, qxtJobKundenVerträgedel)) return ContractState::Deleted;
   if (openContract(*environment_.connection, key)->eof()) return ContractState::New;
@@ -142,10 +154,13 @@ void ContractComparison::mark(Recordset& line, const ContractKey& key) {
   jobs->set("ImportType", Value(stagedImportType));
   jobs->set("Status", Value(static_cast<std::int16_t>(CheckStatus::Clean)));
   for (const LineField& field : lineFields) {
-    if (!jobs->hasField(field.staged)) continue;
+    // A table without the contract's own remark carries it as that of the job.
+    const bool carried = field.line != ColumnName("Bemerkung") || jobs->hasField(field.staged);
+    const ColumnName staged = carried ? field.staged : ColumnName("Bemerkung");
+    if (!jobs->hasField(staged)) continue;
     const Value& stored = line.value(field.line);
     const bool open = field.line == ColumnName("Vertragsende") && stored.textView() == openContractEnd;
-    jobs->set(field.staged, open ? Value::null() : stored);
+    jobs->set(staged, open ? Value::null() : stored);
   }
   jobs->update();
 }

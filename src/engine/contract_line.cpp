@@ -94,6 +94,9 @@ std::vector<ContractColumn> contractColumns(Connection& connection, const Contra
   const Value interval = job("Intervall").isNull() ? Value(std::int16_t{12}) : job("Intervall");
   Value text = emptyToNull(job("Vertragstext"));
   if (text.isNull()) text = contractObjectText(connection, key.object);
+  // Senders that know no field for it give the remark as that of the job.
+  Value remark = emptyToNull(job("Info"));
+  if (remark.isNull()) remark = emptyToNull(job("Bemerkung"));
   Value end = contractDate(job("Vertragsende"), false);
   if (end.isNull()) end = Value(openContractEnd);
   return {{"Kundennummer", Value(key.customer)},
@@ -105,7 +108,7 @@ std::vector<ContractColumn> contractColumns(Connection& connection, const Contra
           {"Intervall", interval},
           {"IntervallErstmals", interval},
           {"IntervallVerlängerung", interval},
-          {"Bemerkung", emptyToNull(job("Info"))},
+          {"Bemerkung", std::move(remark)},
           {"Kündigungsgrund", emptyToNull(job("Kündigungsgrund"))},
           {"Zustand", Value(contractState(job))},
           {"Vertragsart", Value(key.kind)},

@@ -38,7 +38,10 @@ CreditResult CreditLimit::query(std::string_view customer) const {
     const double inBalance = equalCodes(each.currency, balance.currency)
                                  ? each.amount
                                  : accounting->convert(each.amount, each.currency, balance.currency);
-    return balance.amount >= inBalance;
+    const auto owed = Money::fromDouble(balance.amount);
+    const auto allowed = Money::fromDouble(inBalance);
+    // Beyond what an amount can hold the plain numbers decide.
+    return owed && allowed ? *owed >= *allowed : balance.amount >= inBalance;
   };
   CreditResult result = reached(first) ? CreditResult::Limit1Reached : CreditResult::WithinLimits;
   if (reached(second)) result = CreditResult::Limit2Reached;

@@ -206,6 +206,7 @@ void CustomerProcessor::save(JobRow& job, Recordset& customer, bool isNew, const
                                                               : emptyToNull(job.value(field.jobField));
     // A new row leaves unset columns to the defaults of the table.
     if (copied.isNull() && (isNew || field.keptWhenEmpty)) continue;
+    if (field.column == ColumnName("KundeSeit")) copied = Value(germanDay(copied));
     // The key of a found customer is the same; writing it again would only cost its index entry.
     if (!isNew && field.column == ColumnName("Kundennummer") && copied == customer.value("Kundennummer"))
       continue;

@@ -1,5 +1,7 @@
 #include "engine/customer_proof.h"
 
+#include "rules/german_text.h"
+
 #include <array>
 
 namespace qx {
@@ -31,16 +33,19 @@ constexpr std::array mainAddressFields{
 struct AddressBlock {
   ColumnName customer;
   ColumnName number;
+  ColumnName street;
   std::array<ComparedField, 6> fields;
 };
 constexpr std::array addressBlocks{
     AddressBlock{"VS_KdNr",
                  "VS_AdrNr",
+                 "VS_Straße",
                  {ComparedField{"VS_Bez1", &Adresse::Bez1}, ComparedField{"VS_Bez2", &Adresse::Bez2},
                   ComparedField{"VS_Bez3", &Adresse::Bez3}, ComparedField{"VS_PLZ", &Adresse::PLZ},
                   ComparedField{"VS_Ort", &Adresse::Ort}, ComparedField{"VS_Land", &Adresse::Land}}},
     AddressBlock{"RG_KdNr",
                  "RG_AdrNr",
+                 "RG_Straße",
                  {ComparedField{"RG_Bez1", &Adresse::Bez1}, ComparedField{"RG_Bez2", &Adresse::Bez2},
                   ComparedField{"RG_Bez3", &Adresse::Bez3}, ComparedField{"RG_PLZ", &Adresse::PLZ},
                   ComparedField{"RG_Ort", &Adresse::Ort}, ComparedField{"RG_Land", &Adresse::Land}}}};
@@ -128,8 +133,10 @@ void CustomerProof::proveReferences(Recordset& job, Findings& findings) const {
   for (const AddressBlock& block : addressBlocks) {
     const std::string owner = textOf(job, block.customer);
     const std::string number = textOf(job, block.number);
-    // The customer's own number without an address stands for the customer that this job creates.
-    const bool own = number.empty() && owner == textOf(job, "Kundennummer");
+    // The customer's own number stands for the customer that this job creates, and with an address for the
+    // one that it brings along.
+    const bool brought = number.empty() || !blockIsEmpty(job, block) || !fieldOf(job, block.street).isEmpty();
+    const bool own = brought && equalCodes(owner, textOf(job, "Kundennummer"));
     if (!owner.empty() && !own && !addresses_.KundeAngelegt(owner, number))
       findings.add(CheckStatus::Error, std::string(block.customer.text()) + " ist nicht angelegt");
   }

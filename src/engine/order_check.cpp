@@ -2,6 +2,7 @@
 
 #include "engine/order_texts.h"
 #include "rules/german_text.h"
+#include "rules/rounding.h"
 
 #include <exception>
 
@@ -78,7 +79,7 @@ void OrderCheck::checkIndividualFields(Recordset& job, Findings& findings) const
                         {"IndFild4", "MK", "Versandart", options_.VAKunde, order_tokens::fieldMK}};
   for (const Rule& rule : rules)
     if (!rule.demanded.empty() && textOf(job, rule.field) == rule.mark &&
-        textOf(job, rule.method) != rule.demanded)
+        !equalCodes(textOf(job, rule.method), rule.demanded))
       findings.add(CheckStatus::Warning, rule.token);
 }
 
@@ -175,7 +176,8 @@ void OrderCheck::checkStock(Recordset& position, const FoundPrice& price, Findin
   try {
     const bool convert = !equalCodes(price.unit, price.baseUnit);
     const StockAnswer answer = stock_.GetLagerbestand(article, price.unit, convert);
-    if (answer.unit != noStockUnit && position.value("Menge").number().value_or(0) > answer.stock)
+    if (answer.unit != noStockUnit &&
+        throughDecimalText(position.value("Menge").number().value_or(0)) > throughDecimalText(answer.stock))
       findings.add(CheckStatus::Warning, order_tokens::stock);
   } catch (const DatabaseError&) {
     throw;

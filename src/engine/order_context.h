@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -35,7 +36,7 @@ struct WrittenLine {
 /// The lines of an order so far.
 struct WrittenLines {
   std::vector<WrittenLine> lines;
-  std::int32_t lastPosition = 0;
+  std::set<std::int32_t> numbers;
   bool anyAccessory = false;
 };
 

@@ -25,6 +25,12 @@ constexpr std::array customerColumns{ColumnName("Klassifizierung"), ColumnName("
                                      ColumnName("KopftextAB"),      ColumnName("KopftextLS"),
                                      ColumnName("KopftextRG"),      ColumnName("KopftextGS")};
 
+/// The two texts of an order that its customer keeps until the next one.
+struct StampedText {
+  ColumnName jobField, column;
+};
+constexpr std::array stampedTexts{StampedText{"IndFild2", "Ind_Text2"}, StampedText{"IndFild3", "Ind_Text3"}};
+
 /// The columns of one of the two address blocks; the main address of the master has the parts' bare names.
 struct BlockColumns {
   ColumnName customer, number;
@@ -72,6 +78,17 @@ Value jobOrCustomer(const JobRow& job, Recordset& customer, ColumnName column) {
   return jobOrCustomer(job, column, customer, column);
 }
 
+struct BankData {
+  std::string account, accountNumber, code, name;
+  friend bool operator==(const BankData&, const BankData&) = default;
+};
+
+/// The number 0 is none.
+Value customerCost(Recordset& customer) {
+  const auto number = customer.value("KostID").integer().value_or(0);
+  return number == 0 ? Value::null() : Value(number);
+}
+
 } // namespace
 
 bool isDiversNumber(std::string_view customer) {
@@ -112,13 +129,19 @@ void OrderHeader::fillMasterData(Recordset& header, const JobRow& job, Recordset
   header.set("Preistyp", priceType.isNull() ? Value(std::int16_t{0}) : priceType);
   if (options_.costAssignment) {
     const auto assigned = job.value("KostID").integer().value_or(0);
-    header.set("KostID", assigned != 0 ? Value(assigned) : emptyToNull(customer.value("KostID")));
+    header.set("KostID", assigned != 0 ? Value(assigned) : customerCost(customer));
   }
   for (const ColumnName column : customerColumns) header.set(column, emptyToNull(customer.value(column)));
+  // What earlier orders left with a customer who is many people belongs to somebody else.
+  for (const auto& [jobField, column] : stampedTexts) {
+    const Value own = emptyToNull(job.value(jobField));
+    if (divers || !own.isNull()) header.set(column, own);
+  }
 }
 
 /// A block comes whole from one place: the job's own lines, the address that the job's key names, or the main
-/// address. Mixing two addresses line by line would send parcels astray.
+/// address. Mixing two addresses line by line would send parcels astray. The key goes with the block: one
+/// that names nothing, or another address than the one written, is left out.
 void OrderHeader::fillAddress(Recordset& header, const JobRow& job, Recordset& customer, bool shipping) {
   const BlockColumns& columns = shipping ? shippingBlock : invoiceBlock;
   std::string owner = job.text(columns.customer);
@@ -126,42 +149,52 @@ void OrderHeader::fillAddress(Recordset& header, const JobRow& job, Recordset& c
   const bool keyGiven = !owner.empty() || !number.empty();
   if (owner.empty()) owner = job.text("Kundennummer");
   Block block = blockOf(job, columns.job);
-  if (isEmpty(block) && keyGiven)
-    if (const auto stored = addresses_.GetAdressDaten(owner, number)) block = blockOf(*stored);
+  bool keyFits = true;
+  if (keyGiven) {
+    const auto stored = addresses_.GetAdressDaten(owner, number);
+    keyFits = stored.has_value();
+    if (isEmpty(block) && stored) {
+      block = blockOf(*stored);
+      keyFits = !isEmpty(block);
+    }
+  }
   if (isEmpty(block) && isDiversNumber(job.text("Kundennummer"))) block = blockOf(job, mainAddress);
   if (isEmpty(block)) block = blockOf(customer);
-  header.set(columns.customer, Value(owner));
-  header.set(columns.number, emptyToNull(Value(number)));
+  header.set(columns.customer, keyFits ? Value(owner) : Value::null());
+  header.set(columns.number, keyFits ? emptyToNull(Value(number)) : Value::null());
   for (std::size_t i = 0; i < block.size(); ++i) header.set(columns.header[i], emptyToNull(Value(block[i])));
 }
 
-void OrderHeader::requireRow(const Sql& lookup, const std::string& failure) const {
-  if (environment_.connection->open(lookup)->eof()) throw OrderFailure(failure);
+std::string OrderHeader::requireCode(const Sql& lookup, const std::string& failure) const {
+  const auto rows = environment_.connection->open(lookup);
+  if (rows->eof()) throw OrderFailure(failure);
+  return rows->value(std::size_t{0}).text();
 }
 
-void OrderHeader::requireShippingMethod(std::string_view code) const {
-  requireRow(sql("Select Versandart From Versandtexte where Versandart  = '"_sql, value(code), "'"_sql),
-             order_failures::shippingMethod.with(code));
+std::string OrderHeader::requireShippingMethod(std::string_view code) const {
+  return requireCode(
+      sql("Select Versandart From Versandtexte where Versandart  = '"_sql, value(code), "'"_sql),
+      order_failures::shippingMethod.with(code));
 }
 
 void OrderHeader::fillCodes(Recordset& header, const JobRow& job, Recordset& customer) {
   header.set("Telefon", jobOrCustomer(job, customer, "Telefon"));
   header.set("Telefax", jobOrCustomer(job, customer, "Telefax"));
   header.set("Hauptkonto", jobOrCustomer(job, customer, "Hauptkonto"));
-  const Value shipping = jobOrCustomer(job, customer, "Versandart");
-  if (!shipping.isNull()) requireShippingMethod(shipping.text());
+  Value shipping = jobOrCustomer(job, customer, "Versandart");
+  if (!shipping.isNull()) shipping = Value(requireShippingMethod(shipping.text()));
   header.set("Versandart", shipping);
-  const Value payment = jobOrCustomer(job, customer, "Zahlungsart");
+  Value payment = jobOrCustomer(job, customer, "Zahlungsart");
   if (!payment.isNull())
-    requireRow(sql("Select Zahlungsart From Zahlungsarten  where Zahlungsart = '"_sql, value(payment.text()),
-                   "'"_sql),
-               order_failures::paymentMethod.with(payment.text()));
+    payment = Value(requireCode(sql("Select Zahlungsart From Zahlungsarten  where Zahlungsart = '"_sql,
+                                    value(payment.text()), "'"_sql),
+                                order_failures::paymentMethod.with(payment.text())));
   header.set("Zahlungsart", payment);
-  const Value terms = jobOrCustomer(job, customer, "ZahlungsbedSchl");
+  Value terms = jobOrCustomer(job, customer, "ZahlungsbedSchl");
   if (!terms.isNull())
-    requireRow(sql("Select ZahlbedSchl From Zahlungsbedingungen where ZahlbedSchl = '"_sql,
-                   value(terms.text()), "'"_sql),
-               order_failures::paymentTerms.with(terms.text()));
+    terms = Value(requireCode(sql("Select ZahlbedSchl From Zahlungsbedingungen where ZahlbedSchl = '"_sql,
+                                  value(terms.text()), "'"_sql),
+                              order_failures::paymentTerms.with(terms.text())));
   header.set("ZahlungsbedSchl", terms);
 }
 
@@ -180,6 +213,7 @@ void OrderHeader::fillSalesReps(Recordset& header, const JobRow& job, Recordset&
     const auto stored = environment_.connection->open(
         sql("Select * From Vertreter where VertreterNr = '"_sql, value(number.text()), "'"_sql));
     if (stored->eof()) throw OrderFailure(order_failures::salesRep.with(number.text()));
+    header.set(rep.column, stored->value("VertreterNr"));
     // The customer's share goes with the customer's representative; another one brings the own share.
     const bool ofCustomer = equalCodes(number.text(), customer.text(rep.column));
     const Value share = ofCustomer ? customer.value(rep.share) : Value::null();
@@ -190,17 +224,21 @@ void OrderHeader::fillSalesReps(Recordset& header, const JobRow& job, Recordset&
   header.set("UstIdentNr", jobOrCustomer(job, customer, "UstIdentNr"));
 }
 
+/// Bank data are one account, the job's or the customer's; one put together from both exists nowhere. The
+/// bank's name is that of the code, as far as the code is known.
 void OrderHeader::fillBank(Recordset& header, const JobRow& job, Recordset& customer) {
-  header.set("Konto", jobOrCustomer(job, customer, "Konto"));
-  header.set("KontoNummer", jobOrCustomer(job, customer, "KontoNummer"));
-  const std::string ownCode = job.firstOf("Bankleitzahl", "BLZ");
-  header.set("Bankleitzahl", ownCode.empty() ? emptyToNull(customer.value("Bankleitzahl")) : Value(ownCode));
-  Value bank = emptyToNull(job.value("Kreditinstitut"));
-  // A code of the job's own belongs to another bank than the customer's.
-  if (bank.isNull())
-    bank = ownCode.empty() ? emptyToNull(customer.value("Kreditinstitut"))
-                           : emptyToNull(Value(masterData_.GetBankverbindung(ownCode)));
-  header.set("Kreditinstitut", std::move(bank));
+  BankData bank{job.text("Konto"), job.text("KontoNummer"), job.firstOf("Bankleitzahl", "BLZ"),
+                job.text("Kreditinstitut")};
+  if (bank == BankData())
+    bank = {customer.text("Konto"), customer.text("KontoNummer"), customer.text("Bankleitzahl"),
+            customer.text("Kreditinstitut")};
+  if (!bank.code.empty())
+    if (std::string known = masterData_.GetBankverbindung(bank.code); !known.empty())
+      bank.name = std::move(known);
+  header.set("Konto", emptyToNull(Value(bank.account)));
+  header.set("KontoNummer", emptyToNull(Value(bank.accountNumber)));
+  header.set("Bankleitzahl", emptyToNull(Value(bank.code)));
+  header.set("Kreditinstitut", emptyToNull(Value(bank.name)));
 }
 
 void OrderHeader::fillCurrency(Recordset& header, Recordset& customer) {
@@ -233,11 +271,14 @@ void OrderHeader::fillClerk(Recordset& header) {
       sql("Select * From Personalstamm where PersonalNr  = '"_sql, value(stamp_.personnelNumber), "'"_sql));
   if (person->eof()) return;
   header.set("UnsereZeichen", emptyToNull(person->value("Kurzzeichen")));
-  std::string clerk = person->text("Anrede");
-  if (!clerk.empty()) clerk += ' ';
-  if (const std::string title = person->text("Titel"); !title.empty()) clerk += title + ' ';
-  clerk += person->text("Vorname") + ' ' + person->text("Nachname");
-  header.set("Sachbearbeiter", Value(clerk));
+  std::string clerk;
+  for (const ColumnName part :
+       {ColumnName("Anrede"), ColumnName("Titel"), ColumnName("Vorname"), ColumnName("Nachname")}) {
+    const std::string text = person->text(part);
+    if (!clerk.empty() && !text.empty()) clerk += ' ';
+    clerk += text;
+  }
+  header.set("Sachbearbeiter", emptyToNull(Value(clerk)));
 }
 
 } // namespace qx

@@ -31,8 +31,8 @@ public:
   /// `header` is in `addNew`; `customer` stands on the customer's row.
   void fill(Recordset& header, const JobRow& job, Recordset& customer, const OrderNumber& number,
             const std::string& dateStamp);
-  /// Raises `OrderFailure` when the shipping method is unknown.
-  void requireShippingMethod(std::string_view code) const;
+  /// The code as the master spells it. Raises `OrderFailure` when the shipping method is unknown.
+  std::string requireShippingMethod(std::string_view code) const;
 
 private:
   void fillMasterData(Recordset& header, const JobRow& job, Recordset& customer) const;
@@ -43,7 +43,7 @@ private:
   void fillCurrency(Recordset& header, Recordset& customer);
   void fillBookkeeping(Recordset& header, const JobRow& job, const std::string& dateStamp);
   void fillClerk(Recordset& header);
-  void requireRow(const Sql& lookup, const std::string& failure) const;
+  std::string requireCode(const Sql& lookup, const std::string& failure) const;
 
   Environment& environment_;
   const OrderOptions& options_;

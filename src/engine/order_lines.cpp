@@ -2,10 +2,15 @@
 
 #include "engine/order_failure.h"
 #include "engine/order_texts.h"
+#include "rules/german_text.h"
+#include "rules/master_data.h"
+#include "rules/rounding.h"
 
+#include <algorithm>
 #include <array>
 #include <exception>
 #include <limits>
+#include <set>
 
 namespace qx {
 namespace {
@@ -20,8 +25,6 @@ constexpr std::array articleColumns{
     ColumnName("Rechenfeld4"),      ColumnName("Rechenfeld5"),    ColumnName("WertJN"),
     ColumnName("Rabattfähig")};
 
-constexpr std::string_view accessoryScheme = "Zubehoer";
-
 std::string firstText(Recordset& row, ColumnName first, ColumnName second) {
   std::string text = row.text(first);
   return text.empty() ? row.text(second) : text;
@@ -32,7 +35,7 @@ double numberOf(Recordset& row, ColumnName column) { return row.value(column).nu
 /// An amount for a price column; prices that do not fit one end the order.
 Value amount(double price) {
   const auto money = Money::fromDouble(price);
-  if (!money) throw OrderFailure(order_failures::priceTooLarge.with(plainNumber(price)));
+  if (!money) throw OrderFailure(order_failures::priceTooLarge.with(germanDecimals(price, 2)));
   return Value(*money);
 }
 
@@ -42,11 +45,21 @@ std::int32_t positionNumber(Recordset& position) {
   return number < -most || number > most ? 0 : static_cast<std::int32_t>(number);
 }
 
+/// The next number behind the lines so far; where there is none the first that is free.
+std::int32_t nextPosition(const std::set<std::int32_t>& used) {
+  constexpr auto most = std::numeric_limits<std::int32_t>::max();
+  const std::int32_t last = used.empty() ? 0 : std::max(*used.rbegin(), 0);
+  if (last < most) return last + 1;
+  for (std::int32_t number = 1; number < most; ++number)
+    if (!used.contains(number)) return number;
+  throw OrderFailure(order_failures::noPositionNumber.with(""));
+}
+
 } // namespace
 
 OrderLines::OrderLines(Environment& environment, const OrderOptions& options, OrderPrices& prices)
     : environment_(environment), options_(options), prices_(prices), taxRules_(environment),
-      costs_(environment),
+      costs_(environment), stock_(environment),
       purchasePrices_(environment.components.createEinkaufspreisfindung(*environment.connection)) {}
 
 WrittenLines OrderLines::writePositions(const OrderContext& order, std::string_view jobId) {
@@ -68,15 +81,15 @@ WrittenLines OrderLines::writePositions(const OrderContext& order, std::string_v
     fillArticle(*lines, *article, price.unit, quantity);
     fillQuantities(*lines, *positions);
     const double charged = fillPrice(*lines, *positions, price);
-    fillPurchasePrice(*lines, *article, order, quantity);
+    fillPurchasePrice(*lines, *article, order, price.unit, quantity);
     const std::string delivery = positions->text("Liefertermin");
     fillFlags(*lines, positions->value("Lieferbereit"), positions->value("Fakturierbereit"),
               delivery.empty() ? order.deliveryDate : delivery);
     fillTax(*lines, *article, order);
     fillCostAssignment(*lines, *positions, order);
     written.lines.push_back({articleNumber, lines->text("Bezeichnung"), quantity, charged});
-    written.anyAccessory |= article->text("Erfassungsschema") == accessoryScheme;
-    written.lastPosition = std::max(written.lastPosition, number);
+    written.anyAccessory |= MasterData::isAccessoryScheme(article->text("Erfassungsschema"));
+    written.numbers.insert(number);
     lines->update();
     if (!positions->value("Artikellangtext").isEmpty()) writeText(*lines, order, *positions);
   }
@@ -99,17 +112,20 @@ void OrderLines::fillCommon(Recordset& line, const OrderContext& order, std::int
   line.set("Zustand", Value("0"));
   line.set("Import", Value(true));
   line.set("Positionsnummer", Value(position));
+  line.set("ÄndUser", Value("Import"));
 }
 
 void OrderLines::fillArticle(Recordset& line, Recordset& article, std::string_view unit, double quantity) {
   for (const ColumnName column : articleColumns) line.set(column, article.value(column));
+  // An article that says nothing about it has an amount.
+  if (article.value("WertJN").isNull()) line.set("WertJN", Value(true));
   const Value divers(article.value("KZDivers").truth().value_or(false));
   line.set("Artikelnummer", article.value("Artikelnummer"));
   line.set("KZDivers", divers);
   line.set("ArtikelDivers", divers);
   line.set("Mengeneinheit", emptyToNull(Value(unit)));
   line.set("Bezeichnung", emptyToNull(Value(firstText(article, "Bezeichnung", "Bez"))));
-  line.set("PosGewicht", Value(numberOf(article, "Gewicht") * quantity));
+  line.set("PosGewicht", Value(throughDecimalText(numberOf(article, "Gewicht") * quantity)));
   line.set("Lagernummer", article.value("Hauptlager"));
   const Value purchaseUnit = emptyToNull(Value(firstText(article, "MengeneinheitEinkauf", "MEEinkauf")));
   line.set("MengeneinheitEinkauf", purchaseUnit);
@@ -156,12 +172,24 @@ double OrderLines::fillPrice(Recordset& line, Recordset& position, const FoundPr
   return price.price;
 }
 
+/// The steps of purchase prices count purchase units, so the quantity is converted first; one that cannot be
+/// leaves the line without a purchase price.
 void OrderLines::fillPurchasePrice(Recordset& line, Recordset& article, const OrderContext& order,
-                                   double quantity) {
+                                   std::string_view salesUnit, double quantity) {
   const std::string supplier = article.text("Hauptlieferant");
   if (!purchasePrices_ || supplier.empty()) return;
   const std::string number = article.text("Artikelnummer");
-  const std::string unit = firstText(article, "MEEinkauf", "MengeneinheitEinkauf");
+  std::string unit = firstText(article, "MEEinkauf", "MengeneinheitEinkauf");
+  if (unit.empty()) unit = article.text("Mengeneinheit");
+  try {
+    if (!unit.empty() && !salesUnit.empty() && !equalCodes(unit, salesUnit))
+      quantity = throughDecimalText(quantity / stock_.conversionFactor(number, salesUnit, unit));
+  } catch (const DatabaseError&) {
+    throw;
+  } catch (const std::exception& error) {
+    environment_.diagnostics.report({"purchase price of article " + number, error.what(), ""});
+    return;
+  }
   const std::string group = article.text("Einkaufsgruppe");
   const auto method = static_cast<std::int16_t>(article.value("PreisfindungEinkauf").integer().value_or(0));
   const auto found = purchasePrices_->find({supplier, number, quantity, unit, group, method, order.date});
@@ -259,7 +287,9 @@ void OrderLines::appendLine(const OrderContext& order, WrittenLines& written, st
   const auto lines =
       environment_.connection->open(sql("Select * From Auftragspos Where Auftragsnummer =0"_sql));
   lines->addNew();
-  fillCommon(*lines, order, ++written.lastPosition, "K");
+  const std::int32_t position = nextPosition(written.numbers);
+  written.numbers.insert(position);
+  fillCommon(*lines, order, position, "K");
   fillArticle(*lines, *found, found->text("Mengeneinheit"), 1);
   for (const ColumnName quantity :
        {ColumnName("Menge"), ColumnName("Auslieferungsmenge"), ColumnName("Liefermenge"),
@@ -267,7 +297,10 @@ void OrderLines::appendLine(const OrderContext& order, WrittenLines& written, st
     lines->set(quantity, Value(1.0));
   lines->set("Preis", amount(price));
   lines->set("KalkPreis", amount(price));
-  fillPurchasePrice(*lines, *found, order, 1);
+  for (const ColumnName discount :
+       {ColumnName("Rabatt"), ColumnName("Rabatt1"), ColumnName("Rabatt2"), ColumnName("Rabatt3")})
+    lines->set(discount, Value(0.0));
+  fillPurchasePrice(*lines, *found, order, found->text("Mengeneinheit"), 1);
   fillFlags(*lines, Value::null(), Value::null(), order.deliveryDate);
   fillTax(*lines, *found, order);
   written.lines.push_back({std::string(article), lines->text("Bezeichnung"), 1, price});

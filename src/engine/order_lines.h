@@ -6,6 +6,7 @@
 #include "engine/order_prices.h"
 #include "platform/environment.h"
 #include "rules/cost_assignment.h"
+#include "rules/stock.h"
 #include "rules/tax_rules.h"
 
 #include <cstdint>
@@ -44,7 +45,8 @@ private:
   static void fillArticle(Recordset& line, Recordset& article, std::string_view unit, double quantity);
   static void fillQuantities(Recordset& line, Recordset& position);
   static double fillPrice(Recordset& line, Recordset& position, const FoundPrice& found);
-  void fillPurchasePrice(Recordset& line, Recordset& article, const OrderContext& order, double quantity);
+  void fillPurchasePrice(Recordset& line, Recordset& article, const OrderContext& order,
+                         std::string_view salesUnit, double quantity);
   void fillFlags(Recordset& line, const Value& delivery, const Value& invoice, const std::string& date);
   void fillTax(Recordset& line, Recordset& article, const OrderContext& order);
   void fillCostAssignment(Recordset& line, Recordset& position, const OrderContext& order);
@@ -56,6 +58,7 @@ private:
   OrderPrices& prices_;
   TaxRules taxRules_;
   CostAssignment costs_;
+  Stock stock_;
   std::unique_ptr<Einkaufspreisfindung> purchasePrices_;
   std::map<std::tuple<std::string, std::string, std::string>, Tax> taxes_; ///< no job of a run changes them
 };

@@ -38,6 +38,7 @@ OrderNumber OrderNumbers::draw(const JobRow& job) {
   const auto drawn = environment_.session->GetBelegnummer(range, *circle);
   if (!drawn) throw OrderFailure(order_failures::noNumber.with(""));
   pending_ = OrderNumber{*drawn, *circle};
+  foreign_ = false;
   return *pending_;
 }
 
@@ -45,8 +46,9 @@ void OrderNumbers::giveBack() {
   if (!pending_) return;
   const OrderNumber drawn = *pending_;
   pending_.reset();
-  environment_.connection->execute(sql("Delete From Auftragspos Where Auftragsnummer = '"_sql,
-                                       value(std::to_string(drawn.number)), "'"_sql));
+  if (!foreign_)
+    environment_.connection->execute(sql("Delete From Auftragspos Where Auftragsnummer = '"_sql,
+                                         value(std::to_string(drawn.number)), "'"_sql));
   const auto current = environment_.connection->open(
       sql("Select aktuellerWert From Nummernkreise Where NSchl = 'AB' And Buchungskreis ="_sql,
           number(drawn.circle)));

@@ -28,6 +28,8 @@ public:
   void keep() { pending_.reset(); }
   /// The draw was undone with its unit of work.
   void forget() { pending_.reset(); }
+  /// The number that was drawn is that of another order, whose lines must stay.
+  void foreignNumber() { foreign_ = true; }
   /// Removes the order's lines and takes the number back into its range. Nothing without a pending number.
   void giveBack();
 
@@ -38,6 +40,7 @@ private:
   const OrderOptions& options_;
   std::optional<std::int16_t> sessionCircle_;
   std::optional<OrderNumber> pending_;
+  bool foreign_ = false; ///< the pending number belongs to an order that is not ours
 };
 
 } // namespace qx

@@ -32,9 +32,14 @@ void OrderSection::run(SectionRunner& runner) {
              sql("Select * From ImportKopf Where JobType = "_sql, number(qxtJobAufträge),
                  " Order by Eingangsdatum"_sql),
              [this](JobRow& job) { return processJob(job); });
-  if (cashOnDelivery_.empty()) return;
+  announce(malformedFees, writer_.fees().malformedEntries());
+  announce(heavyCashOnDelivery, cashOnDelivery_);
+}
+
+void OrderSection::announce(std::string_view sentence, const std::string& list) const {
+  if (list.empty()) return;
   Message message;
-  message.text = std::string(heavyCashOnDelivery) + cashOnDelivery_;
+  message.text = std::string(sentence) + list;
   parts_.environment.desktop.show(message);
 }
 
@@ -119,14 +124,14 @@ JobResult OrderSection::refusedResult(const JobRow& job, std::string_view status
   return result;
 }
 
-JobResult OrderSection::written(JobRow& job, const WrittenOrder& order) {
+JobResult OrderSection::written(const JobRow& job, const WrittenOrder& order) {
   JobResult result;
   result.line.process = orders.process;
   result.line.number = std::to_string(order.number);
   result.line.status = statusDone;
   result.line.date = job.text("Eingangsdatum");
   result.line.info = "Kundennummer: " + job.text("Kundennummer");
-  appendLine(result.line.info, "Kunde: " + job.text("Bez1"));
+  appendLine(result.line.info, "Kunde: " + order.customerName);
   appendLine(result.line.info, "Eingangsdatum: " + job.text("Eingangsdatum"));
   ProtocolLine::Articles articles;
   bool isFirst = true;

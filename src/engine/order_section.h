@@ -29,16 +29,18 @@ public:
   /// `component`: the run's pricing component, initialised; may be null.
   OrderSection(const Parts& parts, std::unique_ptr<Preisfindung> component);
 
-  /// Shows the heavy cash-on-delivery orders at its end.
+  /// Shows the malformed fee entries and the heavy cash-on-delivery orders at its end.
   void run(SectionRunner& runner);
 
 private:
   JobResult processJob(JobRow& job);
+  /// Shows the sentence with the list, unless that is empty.
+  void announce(std::string_view sentence, const std::string& list) const;
   bool leftOut(const JobRow& job) const;
   /// Sets the text that the job is to carry when it is written; null when the job must not be written.
   bool evaluate(JobRow& job, std::string& text, JobResult& refused);
   JobResult fail(JobRow& job, std::string_view reason);
-  static JobResult written(JobRow& job, const WrittenOrder& order);
+  static JobResult written(const JobRow& job, const WrittenOrder& order);
   ProtocolLine::Articles stagedArticles(const JobRow& job) const;
   JobResult refusedResult(const JobRow& job, std::string_view status) const;
 

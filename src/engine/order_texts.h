@@ -57,6 +57,9 @@ struct OrderSentence {
 namespace order_failures {
 
 inline constexpr OrderSentence noNumber{"Es konnte keine Auftragsnummer ermittelt werden.", ""};
+/// The value is the number, "' im Buchungskreis '" and the circle.
+inline constexpr OrderSentence numberInUse{
+    "Die Auftragsnummer: '", "' ist bereits vergeben. Bitte prüfen Sie den Nummernkreis der Aufträge."};
 inline constexpr OrderSentence customer{"Die Kundennummer: '", "' wurde noch nicht angelegt."};
 inline constexpr OrderSentence deliveryStop{"Die Kundennummer: '", "' ist eine Liefersperre aktiviert."};
 inline constexpr OrderSentence receiptDate{"Das Eingangsdatum: '", "' ist kein Datum."};
@@ -70,14 +73,20 @@ inline constexpr OrderSentence blockedArticle{"Der Artikel: '", "' ist gesperrt!
 inline constexpr OrderSentence priceFailed{order_tokens::priceFailed, ""};
 inline constexpr OrderSentence priceTooLarge{"Der Preis: '", "' ist zu groß."};
 inline constexpr OrderSentence totalTooLarge{"Die Summe des Auftrags ist zu groß.", ""};
+inline constexpr OrderSentence noPositionNumber{
+    "Für die Fracht- und Gebührenzeilen ist keine Positionsnummer mehr frei.", ""};
 inline constexpr OrderSentence taxKey{"Die Steuerschlüsselzuordnung konnte nicht ermittelt werden.", ""};
 
-/// All of them.
+/// All but the two that no order alone can bring about: a number in use and line numbers used up.
 inline constexpr std::array all{noNumber,       customer,     deliveryStop,  receiptDate,   shippingMethod,
                                 paymentMethod,  paymentTerms, salesRep,      noPositions,   article,
                                 blockedArticle, priceFailed,  priceTooLarge, totalTooLarge, taxKey};
 
 } // namespace order_failures
+
+/// At the end of a run, followed by the keys of the entries.
+inline constexpr std::string_view malformedFees =
+    "Die Datei Zubehoer.ini enthält fehlerhafte Einträge. Ihre Gebühren wurden nicht berechnet: ";
 
 /// At the end of a run, followed by the numbers of the heavy cash-on-delivery orders.
 inline constexpr std::string_view heavyCashOnDelivery =

@@ -54,10 +54,9 @@ Money lineAmount(Recordset& line, OrderPrices& prices) {
   return rounded(amount - discount);
 }
 
-} // namespace
-
-OrderTotals orderTotals(Environment& environment, OrderPrices& prices, std::int32_t number,
-                        double orderDiscount, bool pricesContainTax) {
+/// Raises `std::overflow_error` for sums that are too large.
+OrderTotals addUp(Environment& environment, OrderPrices& prices, std::int32_t number, double orderDiscount,
+                  bool pricesContainTax) {
   // Completed on purpose: the statement was handed down with its middle left out and without its end.
   const auto lines =
       environment.connection->open(sql("SELECT Zeilentyp, MwSt_KZ, WertJN, Menge, Preis, Preiseinheit, "
@@ -91,7 +90,19 @@ OrderTotals orderTotals(Environment& environment, OrderPrices& prices, std::int3
       totals.gross += sum + tax;
     }
   }
+  totals.weight = throughDecimalText(totals.weight);
   return totals;
+}
+
+} // namespace
+
+OrderTotals orderTotals(Environment& environment, OrderPrices& prices, std::int32_t number,
+                        double orderDiscount, bool pricesContainTax) {
+  try {
+    return addUp(environment, prices, number, orderDiscount, pricesContainTax);
+  } catch (const std::overflow_error&) {
+    throw OrderFailure(order_failures::totalTooLarge.with(""));
+  }
 }
 
 } // namespace qx

@@ -4,6 +4,7 @@
 #include "engine/order_texts.h"
 #include "rules/dates.h"
 #include "rules/german_text.h"
+#include "rules/rounding.h"
 
 #include <exception>
 #include <stdexcept>
@@ -30,6 +31,7 @@ OrderWriter::OrderWriter(Environment& environment, const OrderOptions& options, 
 
 WrittenOrder OrderWriter::WriteAuftrag(JobRow& job) {
   writing_ = 0;
+  const Value remark = job.value("Bemerkung");
   try {
     Savepoint part(*environment_.connection);
     WrittenOrder order = write(job);
@@ -40,8 +42,11 @@ WrittenOrder OrderWriter::WriteAuftrag(JobRow& job) {
     job.cancelUpdate();
     if (environment_.connection->ownsWork())
       numbers_.forget();
-    else
+    else {
       undoOnHost();
+      // Written again with the reason, when the order was finished already.
+      job.set("Bemerkung", remark);
+    }
     throw;
   }
 }
@@ -55,7 +60,7 @@ WrittenOrder OrderWriter::write(JobRow& job) {
   header->addNew();
   header_.fill(*header, job, *customer, number, stamp);
   // Only now, after every check of the header: a number that is given back must find no header in its way.
-  header->update();
+  insertHeader(*header, number);
   writing_ = number.number;
 
   OrderContext order = contextOf(job, *customer, *header, number.number, stamp);
@@ -66,7 +71,6 @@ WrittenOrder OrderWriter::write(JobRow& job) {
     applyWeightLimit(*header, order);
     appendFreightAndFees(order, written.lines);
   }
-  stampCustomer(job, *customer);
   const OrderTotals totals = orderTotals(environment_, prices_, number.number,
                                          customer->value("Auftragsrabatt").number().value_or(0),
                                          header->value("Preistyp").integer() == std::int64_t{1});
@@ -79,7 +83,23 @@ WrittenOrder OrderWriter::write(JobRow& job) {
   finishJob(job, number.number);
   written.weight = totals.weight;
   written.cashOnDelivery = isCashOnDelivery(order);
+  written.customerName = header->text("Bez1");
+  // The last step: nothing takes the stamp back on a host's connection.
+  stampCustomer(job, *customer);
   return written;
+}
+
+void OrderWriter::insertHeader(Recordset& header, const OrderNumber& drawn) {
+  try {
+    header.update();
+  } catch (const StatementError&) {
+    const auto other = environment_.connection->open(
+        sql("Select Auftragsnummer From Auftragskopf Where Auftragsnummer = "_sql, number(drawn.number)));
+    if (other->eof()) throw;
+    numbers_.foreignNumber();
+    throw OrderFailure(order_failures::numberInUse.with(
+        std::to_string(drawn.number) + "' im Buchungskreis '" + std::to_string(drawn.circle)));
+  }
 }
 
 std::string OrderWriter::receiptStamp(const JobRow& job) {
@@ -119,9 +139,8 @@ OrderContext OrderWriter::contextOf(const JobRow& job, Recordset& customer, Reco
 /// Heavy orders go by another shipping method; the freight lines see the new one.
 void OrderWriter::applyWeightLimit(Recordset& header, OrderContext& order) {
   if (options_.abGewicht <= 0 || options_.VSabGewicht.empty()) return;
-  if (masterData_.orderWeight(order.number) < options_.abGewicht) return;
-  header_.requireShippingMethod(options_.VSabGewicht);
-  order.shippingMethod = options_.VSabGewicht;
+  if (throughDecimalText(masterData_.orderWeight(order.number)) < options_.abGewicht) return;
+  order.shippingMethod = header_.requireShippingMethod(options_.VSabGewicht);
   header.set("Versandart", Value(order.shippingMethod));
   header.update();
 }
@@ -129,7 +148,7 @@ void OrderWriter::applyWeightLimit(Recordset& header, OrderContext& order) {
 /// The fee line carries the freight fee, when shipping or payment method call for it, and the accessory fees.
 void OrderWriter::appendFreightAndFees(const OrderContext& order, WrittenLines& written) {
   const auto callsFor = [](const std::string& setting, const std::string& method) {
-    return !setting.empty() && setting == method;
+    return !setting.empty() && equalCodes(setting, method);
   };
   const bool freight =
       callsFor(options_.VAKunde, order.shippingMethod) || callsFor(options_.ZAKunde, order.paymentMethod);
@@ -152,8 +171,8 @@ void OrderWriter::appendFreightAndFees(const OrderContext& order, WrittenLines& 
 }
 
 double OrderWriter::accessoryFee(const OrderContext& order) {
-  return fees_.minimumOrderFee(masterData_.orderValue(order.number)) +
-         fees_.gradedFee(masterData_.accessoryValue(order.number));
+  return fees_.minimumOrderFee(throughDecimalText(masterData_.orderValue(order.number))) +
+         fees_.gradedFee(throughDecimalText(masterData_.accessoryValue(order.number)));
 }
 
 /// The first order dates the customer; a date that is there already stays.
@@ -162,8 +181,8 @@ void OrderWriter::stampCustomer(const JobRow& job, Recordset& customer) {
     std::string text = job.text(jobField);
     return text.empty() ? customer.text(column) : text;
   };
-  std::string since = customer.text("KundeSeit");
-  if (since.empty()) since = job.text("Eingangsdatum");
+  const Value& own = customer.value("KundeSeit");
+  const std::string since = germanDay(own.isEmpty() ? job.value("Eingangsdatum") : own);
   environment_.connection->execute(
       sql("UPDATE Kundenstamm SET KundeSeit = '"_sql, nullable(since), "', Ind_Text2 = '"_sql,
           nullable(jobOrCustomer("IndFild2", "Ind_Text2")), "', Ind_Text3 = '"_sql,

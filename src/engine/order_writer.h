@@ -24,6 +24,7 @@ struct WrittenOrder {
   WrittenLines lines;
   double weight = 0; ///< kg
   bool cashOnDelivery = false;
+  std::string customerName; ///< as written in the header
 };
 
 /// Turns a job into header, lines, totals, index entry and customer stamp.
@@ -38,6 +39,7 @@ public:
   /// Raises `OrderFailure` with the sentence for the clerk, or what the database raises. The job's done code
   /// is written with the order.
   WrittenOrder WriteAuftrag(JobRow& job);
+  const AccessoryFees& fees() const { return fees_; }
 
 private:
   static std::string receiptStamp(const JobRow& job);
@@ -45,6 +47,8 @@ private:
   WrittenOrder write(JobRow& job);
   static OrderContext contextOf(const JobRow& job, Recordset& customer, Recordset& header,
                                 std::int32_t number, const std::string& stamp);
+  /// Raises `OrderFailure` when the number is that of another order.
+  void insertHeader(Recordset& header, const OrderNumber& drawn);
   void applyWeightLimit(Recordset& header, OrderContext& order);
   void appendFreightAndFees(const OrderContext& order, WrittenLines& written);
   double accessoryFee(const OrderContext& order);

@@ -29,7 +29,7 @@ void fillLine(Protokoll& protokoll, const ProtocolLine& line) {
   protokoll.SetField(Protokoll::shortText, 0, line.process);
   protokoll.SetField(Protokoll::shortText, 1, line.number);
   protokoll.SetField(Protokoll::shortText, 2, line.status);
-  protokoll.SetField(Protokoll::shortText, 3, line.date);
+  protokoll.SetField(Protokoll::shortText, 3, germanDay(Value(line.date)));
   protokoll.SetField(Protokoll::longText, 0, line.info);
   if (line.articles) {
     protokoll.SetField(Protokoll::shortText, 4, line.articles->numbers);

@@ -175,7 +175,8 @@ constexpr std::array auftragspos{integer("Auftragsnummer"),
                                  text("WoDrucken"),
                                  flag("WertJN"),
                                  flag("Rabattfähig"),
-                                 integer("KostID")};
+                                 integer("KostID"),
+                                 text("ÄndUser")};
 constexpr std::array auftragsposIndexes{
     SchemaIndex{"Auftragspos_Auftrag", {"Auftragsnummer", "Positionsnummer"}}};
 

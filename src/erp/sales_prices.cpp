@@ -61,11 +61,11 @@ void SalesPrices::Init() { database(); }
 void SalesPrices::Init(Connection& connection) { setConnection(connection); }
 
 std::int32_t SalesPrices::GetVKPreis(const PriceQuestion& question, SalesPrice& found) {
-  const auto rows =
-      database().open(sql("Select * From Verkaufspreise Where Artikelnummer = '"_sql, value(question.article),
-                          "' And (Kundennummer = '"_sql, value(question.customer),
-                          "' Or Kundennummer = '') And (Preisliste = '"_sql,
-                          value(priceListOf(question.customer)), "' Or Preisliste = '')"_sql));
+  const auto rows = database().open(
+      sql("Select * From Verkaufspreise Where Artikelnummer = '"_sql, value(question.article),
+          "' And ((Kundennummer <> '' And Kundennummer = '"_sql, value(question.customer),
+          "') Or ((Kundennummer = '' Or Kundennummer Is Null) And (Preisliste = '"_sql,
+          value(priceListOf(question.customer)), "' Or Preisliste = '' Or Preisliste Is Null)))"_sql));
   const PriceDemand demand{question.article, question.quantity, question.unit, question.date};
   std::size_t level = 0;
   for (const auto& steps : stepsByLevel(*rows)) {

@@ -10,7 +10,7 @@
 namespace qx {
 
 /// Grows with every change of the tables.
-inline constexpr int schemaVersion = 2;
+inline constexpr int schemaVersion = 3;
 
 /// The tax mark that a customer gets who is created without one.
 inline constexpr std::string_view domesticTaxMark = "IN";

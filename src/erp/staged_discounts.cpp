@@ -2,10 +2,18 @@
 
 #include "erp/caseless.h"
 
-#include <cmath>
+#include <algorithm>
 
 namespace qx {
 namespace {
+
+/// An amount has the sign of what it is taken from: nothing is taken off a line worth 0, and never more than
+/// what is left of it. A negative amount adds to the line.
+double amountOff(double value, double amount, double left) {
+  if (amount == 0) return 0;
+  const double sign = amount < 0 ? -1 : 1;
+  return sign * std::min(value, std::max(left * sign, 0.0));
+}
 
 double total(const StagedDiscounts& discounts, double amount, bool withAmounts) {
   const bool inTurn = !equalCodes(discounts.kind, addedUp);
@@ -13,7 +21,7 @@ double total(const StagedDiscounts& discounts, double amount, bool withAmounts) 
   for (std::size_t i = 0; i < discounts.values.size(); ++i) {
     const double value = discounts.values[i];
     if (equalCodes(discounts.marks[i], amountDiscount)) {
-      if (withAmounts) sum += std::copysign(value, value * amount);
+      if (withAmounts) sum += amountOff(value, amount, amount - sum);
     } else {
       sum += (inTurn ? amount - sum : amount) * value / 100;
     }

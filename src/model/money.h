@@ -3,14 +3,17 @@
 
 #include <compare>
 #include <cstdint>
+#include <limits>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 
 namespace qx {
 
 /// An amount with exactly four decimals, held as a 64-bit integer of ten-thousandths. The currency is not
-/// part of the value. Conversion from a double rounds half to even at the fourth decimal.
+/// part of the value. Conversion from a double rounds half to even at the fourth decimal. Sums and
+/// differences that do not fit raise `std::overflow_error`.
 class Money {
 public:
   constexpr Money() = default;
@@ -31,12 +34,16 @@ public:
   /// Decimal point, no superfluous zeros: "12.5", "-0.0001", "7".
   std::string toText() const;
 
-  constexpr Money operator-() const { return ofTenThousandths(-units_); }
+  constexpr Money operator-() const { return Money() - *this; }
   constexpr Money& operator+=(Money other) {
+    if (other.units_ > 0 ? units_ > Limits::max() - other.units_ : units_ < Limits::min() - other.units_)
+      throw std::overflow_error(sumTooLarge);
     units_ += other.units_;
     return *this;
   }
   constexpr Money& operator-=(Money other) {
+    if (other.units_ < 0 ? units_ > Limits::max() + other.units_ : units_ < Limits::min() + other.units_)
+      throw std::overflow_error(sumTooLarge);
     units_ -= other.units_;
     return *this;
   }
@@ -45,6 +52,9 @@ public:
   friend constexpr auto operator<=>(const Money&, const Money&) = default;
 
 private:
+  using Limits = std::numeric_limits<std::int64_t>;
+  static constexpr const char* sumTooLarge = "Die Summe der Beträge ist zu groß.";
+
   std::int64_t units_ = 0;
 };
 

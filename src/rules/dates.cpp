@@ -18,6 +18,12 @@ std::string intdat(const Value& SystemDatum) {
   return dayStamp(*date);
 }
 
+std::string germanDay(const Value& SystemDatum) {
+  if (const auto moment = SystemDatum.moment()) return germanDate(moment->date);
+  const auto date = parseGermanDate(SystemDatum.textView());
+  return date ? germanDate(*date) : SystemDatum.text();
+}
+
 Date NowEx(const Environment& environment) {
   if (environment.session) return environment.session->GetSessionDate();
   environment.diagnostics.report({"NowEx", "without a session the date is the workstation's", {}});

@@ -11,6 +11,10 @@ namespace qx {
 /// `std::invalid_argument`, which names the value, for anything else, null and "" included.
 std::string intdat(const Value& SystemDatum);
 
+/// The day of a point in time or of a German date text as "dd.mm.yyyy", without the time of day; what is no
+/// date comes back as it is.
+std::string germanDay(const Value& SystemDatum);
+
 /// The session's current date; without a session the workstation's, with a diagnostics entry. What the
 /// session raises reaches the caller.
 Date NowEx(const Environment& environment);

@@ -7,9 +7,13 @@
 #include <charconv>
 #include <cmath>
 #include <memory>
+#include <stdexcept>
 
 namespace qx {
 namespace {
+
+/// Steps of as many decimals as the index says; a computed power has other digits on other platforms.
+constexpr std::array decimalSteps{1.0, 0.1, 0.01, 0.001, 0.0001, 0.00001, 0.000001};
 
 char asciiLower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
 
@@ -27,7 +31,9 @@ std::string germanNumber(double number) {
 }
 
 std::string germanDecimals(double number, int decimals) {
-  const double rounded = rundenEx(number, std::pow(10.0, -decimals), false);
+  if (decimals < 0 || static_cast<std::size_t>(decimals) >= decimalSteps.size())
+    throw std::out_of_range("germanDecimals: between 0 and 6 decimals");
+  const double rounded = rundenEx(number, decimalSteps[static_cast<std::size_t>(decimals)], false);
   // A double has at most 309 digits before the point.
   std::array<char, 400> buffer{};
   const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(),

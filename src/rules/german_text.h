@@ -12,7 +12,7 @@ namespace qx {
 std::string germanNumber(double number);
 
 /// At least one digit before the comma and exactly `decimals` after it; halves go away from zero:
-/// "###0.00" is `germanDecimals(x, 2)`.
+/// "###0.00" is `germanDecimals(x, 2)`. At most six decimals, else `std::out_of_range` is raised.
 std::string germanDecimals(double number, int decimals);
 
 /// Reads what `germanNumber` writes, blanks around it allowed. Null for everything else, a decimal point

@@ -1,6 +1,7 @@
 #include "rules/master_data.h"
 
 #include "rules/active_connection.h"
+#include "rules/german_text.h"
 #include "rules/payment_terms.h"
 
 #include <array>
@@ -170,9 +171,15 @@ std::string MasterData::entryScheme(std::string_view article) const {
       sql("Select Erfassungsschema From Artikelstamm where Artikelnummer = '"_sql, value(article), "'"_sql));
 }
 
-bool MasterData::isAccessory(std::string_view article) const { return entryScheme(article) == "Zubehoer"; }
+bool MasterData::isAccessory(std::string_view article) const {
+  return isAccessoryScheme(entryScheme(article));
+}
 
-bool MasterData::isMarketing(std::string_view article) const { return entryScheme(article) == "Marketing"; }
+bool MasterData::isAccessoryScheme(std::string_view scheme) { return equalCodes(scheme, "Zubehoer"); }
+
+bool MasterData::isMarketing(std::string_view article) const {
+  return equalCodes(entryScheme(article), "Marketing");
+}
 
 double MasterData::orderWeight(std::int32_t order) const {
   return firstNumber(sql(

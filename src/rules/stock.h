@@ -30,10 +30,11 @@ public:
   std::string MengeneinheitAlternativ(std::string_view Mengeneinheit) const;
   /// The article's base unit; empty when the article is unknown.
   std::string baseUnit(std::string_view article) const;
-
-private:
+  /// How many of `fromUnit` make one of `toUnit`. The conversion's failure reaches the caller;
+  /// `std::domain_error` is raised for a factor of 0.
   double conversionFactor(std::string_view article, std::string_view fromUnit, std::string_view toUnit) const;
 
+private:
   Environment& environment_;
 };
 

@@ -225,6 +225,28 @@ TEST_F(ContractJobs, StagedContractsAreComparedWithStoredOnes) {
   EXPECT_EQ(state(), 1);
 }
 
+TEST_F(ContractJobs, AJobThatIsDoneDoesNotHideAChangeThatWaits) {
+  stageContract("OLD", [](VertragFields& job) { job.JobType = 40; });
+  run();
+  stageContract("NEW", [](VertragFields& job) {
+    job.JobType = 40;
+    job.Preis = 20;
+  });
+  std::string jobId;
+  EXPECT_EQ(engine.GetVertragsZustand("20001", "V1", "G1", "WA", &jobId), 1);
+  EXPECT_EQ(jobId, "NEW");
+}
+
+TEST_F(ContractJobs, TheRemarkIsThatOfTheContractElseThatOfTheJob) {
+  stageContract("V", [](VertragFields& job) { job.Bemerkung = "Zufahrt über den Hof"; });
+  run();
+  EXPECT_EQ(contract()->text("Bemerkung"), "Zufahrt über den Hof");
+  stageContract("V", [](VertragFields& job) { job.Bemerkung = "vom Vorgang"; });
+  connection().execute(sql("Update ImportKopf Set Info = 'vom Vertrag' Where JobID = 'V'"_sql));
+  run();
+  EXPECT_EQ(contract()->text("Bemerkung"), "vom Vertrag");
+}
+
 TEST_F(ContractJobs, StoredContractsThatNobodyCarriesAreMarkedOnce) {
   stageContract("K", [](VertragFields& job) { job.JobType = 40; });
   run();

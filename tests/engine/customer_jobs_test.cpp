@@ -272,6 +272,34 @@ TEST_F(CustomerJobs, TheProofOfANewCustomerAcceptsItsOwnNumberAsAddress) {
   EXPECT_EQ(engine.proveCustomerJob("unbekannt").status, CheckStatus::Clean);
 }
 
+TEST_F(CustomerJobs, AnAddressThatTheJobBringsAlongIsCreatedWhetherOrNotItNamesItsOwner) {
+  erp.setOption("AutomatischVerarbeiten", "1");
+  for (const char* number : {"70001", "70002"})
+    stageCustomer(number, number, [number](KundeFields& job) {
+      job.VS_KdNr = job.Kundennummer == "70001" ? number : "";
+      job.VS_AdrNr = "2";
+      job.VS_Bez1 = "Halle";
+      job.RG_KdNr = number;
+      job.RG_AdrNr = "3";
+      job.RG_Strasse = "Kai 4";
+    });
+  run();
+  EXPECT_EQ(jobType("70001"), 13) << reasons("70001");
+  EXPECT_EQ(jobType("70002"), 13) << reasons("70002");
+  EXPECT_EQ(erp.text(sql("Select Group_Concat(Kundennummer || ' ' || Adressnummer) From Adressenstamm"_sql)),
+            "70001 2,70001 3,70002 2,70002 3");
+}
+
+TEST_F(CustomerJobs, TheDayOfTheFirstContactIsWrittenWithoutTheTimeOfDay) {
+  stageCustomer("J1", "70001", [](KundeFields& job) {
+    job.KundeSeit = "3.1.2020 08:15:00";
+    job.Eingangsdatum = "20.11.2026 09:30:00";
+  });
+  run();
+  EXPECT_EQ(customer("70001", "KundeSeit"), Value("03.01.2020"));
+  EXPECT_EQ(erp.text(sql("Select Text3 From Protokollpositionen"_sql)), "20.11.2026");
+}
+
 TEST_F(CustomerJobs, AwkwardTextsAreStoredAndComparedAsData) {
   const std::string awkward = "O'Brien'; DROP TABLE Kundenstamm; -- \"ä€😀\";" + std::string(10000, 'x');
   stageCustomer("J1", awkward, [&](KundeFields& job) {

@@ -78,6 +78,24 @@ TEST_F(OrderCheckTest, AFailingPriceAndMissingPositionsAreErrors) {
   EXPECT_EQ(engine.checkJob("O2").text, "Kunde nicht angelegt\r\nAuftrag ohne Positionen angelegt.\r\n");
 }
 
+TEST_F(OrderCheckTest, AStockOfSeveralStoresIsComparedWithoutItsBinaryRemainder) {
+  erp.setOption("WarnungLagerbestand", "1");
+  for (const auto& [store, stock] : {std::pair{"1", 0.7}, {"2", 0.1}})
+    TableFiller(connection(), "Artikellager")
+        .add({{"Artikelnummer", "B200"},
+              {"Lagernummer", store},
+              {"Lagerbestand", stock},
+              {"MitBestand", true}});
+  TableFiller(connection(), "Verkaufspreise")
+      .add({{"Artikelnummer", "B200"}, {"Preis", 4.99}, {"Preisliste", ""}, {"Kundennummer", ""}});
+  stageOrder("O1");
+  stagePosition("O1", 1, "B200", 0.8);
+  EXPECT_EQ(engine.checkJob("O1").text, "");
+  stageOrder("O2");
+  stagePosition("O2", 1, "B200", 0.81);
+  EXPECT_EQ(engine.checkJob("O2").text, "Lagerbestand\r\n");
+}
+
 TEST_F(OrderCheckTest, StockIsComparedInTheUnitOfTheOrder) {
   erp.setOption("WarnungLagerbestand", "1");
   TableFiller(connection(), "Artikellager")

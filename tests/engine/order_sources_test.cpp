@@ -88,6 +88,139 @@ TEST_F(OrderSources, TheDateOfReceiptDecidesTheTaxKey) {
             "3 20261231000000,4 20270101000000");
 }
 
+TEST_F(OrderSources, CodesAreWrittenAsTheirTablesSpellThemAndComparedWithoutRegardToCase) {
+  customerSpecific();
+  erp.setOption("VAKunde", "PO");
+  erp.setOption("FrachtTransport", "FRACHT");
+  erp.setOption("FrachtGebuehr", "GEBUEHR");
+  erp.iniFile.set("Allgemein", "MinBestGebuehr", "100;5,25");
+  connection().execute(sql("Insert Into Vertreter (VertreterNr, Bez1) Values ('V3', 'Au')"_sql));
+  connection().execute(sql("Insert Into Zahlungsbedingungen (ZahlbedSchl) Values ('K14')"_sql));
+  connection().execute(
+      sql("Update Artikelstamm Set Erfassungsschema = 'zubehoer' Where Artikelnummer = 'Z300'"_sql));
+  stageOrder("O1", [](AuftragFields& job) {
+    job.Versandart = "po";
+    job.Zahlungsart = "nn";
+    job.ZahlungsbedSchl = "k14";
+    job.Vertreter1 = "v3";
+  });
+  stagePosition("O1", 1, "Z300", 1, [](AuftragsPosFields& position) { position.Preis = 15; });
+  run();
+  ASSERT_EQ(jobType("O1"), 33) << reasons("O1");
+  const auto header = order();
+  EXPECT_EQ(header->text("Versandart") + header->text("Zahlungsart") + header->text("ZahlungsbedSchl") +
+                header->text("VertreterNr1"),
+            "PONNK14V3");
+  // The freight fee of 2.50 and the minimum-order fee of 5.25.
+  EXPECT_EQ(erp.text(sql("Select Group_Concat(Artikelnummer || ' ' || Preis) From Auftragspos"_sql)),
+            "Z300 15,FRACHT 6.9,GEBUEHR 7.75");
+}
+
+TEST_F(OrderSources, BankDataAreOneAccount) {
+  stagePlain("O1", [](AuftragFields& job) { job.BLZ = "90000002"; });
+  stagePlain("O2", [](AuftragFields& job) {
+    job.Konto = "88";
+    job.Kreditinstitut = "Sparkasse";
+  });
+  stagePlain("O3");
+  run();
+  std::vector<std::string> accounts;
+  for (const auto rows = order(); !rows->eof(); rows->moveNext())
+    accounts.push_back(rows->text("Konto") + "|" + rows->text("KontoNummer") + "|" +
+                       rows->text("Bankleitzahl") + "|" + rows->text("Kreditinstitut"));
+  EXPECT_THAT(accounts, ElementsAre("||90000002|Andere Bank", "88|||Sparkasse", "4711||90000001|Musterbank"));
+}
+
+TEST_F(OrderSources, TheTwoTextsOfAnOrderAreItsOwnAndOthersOnlyOfTheSameCustomer) {
+  TableFiller(connection(), "Kundenstamm")
+      .add({{"Kundennummer", "14888"}, {"Bez1", "Barverkauf"}, {"Preisliste", "A"}});
+  for (const char* customer : {"20001", "14888"}) {
+    stagePlain(std::string(customer) + "A", [customer](AuftragFields& job) {
+      job.Kundennummer = customer;
+      job.IndFild2 = "zwei";
+      job.IndFild3 = "drei";
+    });
+    stagePlain(std::string(customer) + "B", [customer](AuftragFields& job) {
+      job.Kundennummer = customer;
+      job.IndFild3 = "neu";
+    });
+  }
+  run();
+  EXPECT_EQ(erp.text(sql("Select Group_Concat(Kundennummer || Coalesce(Ind_Text2, '-') || Ind_Text3) From "
+                         "(Select * From Auftragskopf Order By Kundennummer, Auftragsnummer)"_sql)),
+            "14888zweidrei,14888-neu,20001zweidrei,20001zweineu");
+}
+
+TEST_F(OrderSources, AKeyIsWrittenOnlyWithItsOwnAddress) {
+  TableFiller(connection(), "Adressenstamm")
+      .add({{"Kundennummer", "20001"}, {"Adressnummer", "7"}, {"Bez1", "Lager Nord"}});
+  const auto addressed = [](const char* key, const char* town) {
+    return [=](AuftragFields& job) {
+      job.VS_AdrNr = key;
+      job.VS_Ort = town;
+    };
+  };
+  stagePlain("O1", addressed("7", ""));
+  stagePlain("O2", addressed("7", "Kiel"));
+  stagePlain("O3", addressed("99", ""));
+  stagePlain("O4", addressed("99", "Kiel"));
+  run(qxProcessState::ProcessAufträge, true);
+  std::vector<std::string> blocks;
+  for (const auto rows = order(); !rows->eof(); rows->moveNext())
+    blocks.push_back(rows->text("VS_KdNr") + "|" + rows->text("VS_AdrNr") + "|" + rows->text("VS_Bez1") +
+                     "|" + rows->text("VS_Ort"));
+  EXPECT_THAT(blocks,
+              ElementsAre("20001|7|Lager Nord|", "20001|7||Kiel", "||Hafenbau GmbH|Hamburg", "|||Kiel"));
+}
+
+TEST_F(OrderSources, ThePurchasePriceIsThatOfTheQuantityInThePurchaseUnit) {
+  connection().execute(sql("Update Artikelstamm Set Hauptlieferant = 'L1', MEEinkauf = 'DZ' "
+                           "Where Artikelnummer In ('A100', 'B200')"_sql));
+  connection().execute(sql("Insert Into Umrechnungen (Artikelnummer, Mengeneinheit, Basiseinheit, Faktor) "
+                           "Values ('A100', 'DZ', 'ST', 12)"_sql));
+  connection().execute(
+      sql("Insert Into Einkaufspreise (Lieferantennummer, Artikelnummer, Mengeneinheit, "
+          "Menge, EKPreis) Values ('L1', 'A100', 'DZ', 0, 60), ('L1', 'A100', 'DZ', 10, 48), "
+          "('L1', 'B200', 'DZ', 0, 1)"_sql));
+  stageOrder("O1");
+  const auto dozens = [](AuftragsPosFields& position) { position.Mengeneinheit = "DZ"; };
+  stagePosition("O1", 1, "A100", 36);
+  stagePosition("O1", 2, "A100", 3, dozens);
+  stagePosition("O1", 3, "A100", 120);
+  stagePosition("O1", 4, "A100", 10, dozens);
+  stagePosition("O1", 5, "B200", 1);
+  run();
+  ASSERT_EQ(jobType("O1"), 33) << reasons("O1");
+  EXPECT_EQ(erp.text(sql("Select Group_Concat(Coalesce(EKPreis, '-')) From Auftragspos"_sql)),
+            "60,60,48,48,-");
+  EXPECT_THAT(erp.diagnostics.text(), ::testing::HasSubstr("purchase price of article B200"));
+}
+
+TEST_F(OrderSources, GapsInTheMasterDataLeaveNoTrace) {
+  TableFiller(connection(), "Benutzer").add({{"UserName", "pruefer"}, {"PersonalNr", "1"}});
+  TableFiller(connection(), "Personalstamm")
+      .add({{"PersonalNr", "1"}, {"Anrede", "Herr"}, {"Nachname", "Lüders"}});
+  engine.Session(erp.environment.session);
+  erp.setOption("KostenzuordnungAuftrag", "1");
+  connection().execute(sql("Update Kundenstamm Set KostID = 0, KundeSeit = Null"_sql));
+  connection().execute(sql("Update Artikelstamm Set WertJN = Null Where Artikelnummer = 'B200'"_sql));
+  stageOrder("O1", [](AuftragFields& job) {
+    job.Bez1 = "";
+    job.Eingangsdatum = "20.11.2026 14:05:00";
+  });
+  stagePosition("O1", 1, "B200", 2);
+  run();
+  const auto header = order();
+  EXPECT_EQ(header->text("Sachbearbeiter"), "Herr Lüders");
+  EXPECT_TRUE(header->value("KostID").isNull());
+  EXPECT_EQ(header->value("Gesamtnetto"), Value(money("9.98")));
+  EXPECT_EQ(lines()->text("ÄndUser"), "Import");
+  EXPECT_EQ(customer("20001", "KundeSeit"), Value("20.11.2026"));
+  const auto line = connection().open(sql("Select * From Protokollpositionen"_sql));
+  EXPECT_EQ(line->text("Text3"), "20.11.2026");
+  EXPECT_THAT(line->text("Memo0"), ::testing::HasSubstr("Kunde: Hafenbau GmbH\r\n"));
+}
+
 /// What would keep the order from being written.
 bool isLeftAsItIs(std::string_view column) {
   constexpr std::array<std::string_view, 3> refusing{"Liefersperre", "ArtikelGesperrt", "ProcessWarning"};
@@ -105,6 +238,9 @@ protected:
     TableFiller(connection(), "Zahlungsbedingungen").add({{"ZahlbedSchl", "1"}});
     TableFiller(connection(), "Währungen").add({{"Währung", "1"}});
     TableFiller(connection(), "Kostenzuordnung").add({{"KostID", 1}, {"Kostenstelle", "1"}});
+    TableFiller(connection(), "Adressenstamm").add({{"Kundennummer", "1"}, {"Adressnummer", "1"}});
+    TableFiller(connection(), "Umrechnungen")
+        .add({{"Artikelnummer", ""}, {"Mengeneinheit", "1"}, {"Basiseinheit", "ST"}, {"Faktor", 1.0}});
     TableFiller(connection(), "Einkaufspreise").add({{"Lieferantennummer", "1"}, {"Artikelnummer", "A100"}});
     erp.setOption("KostenzuordnungAuftrag", "1");
     engine.Session(erp.environment.session);

@@ -267,6 +267,48 @@ TEST_F(OrderWriting, OnAHostsConnectionTheSameIsDeletedAndTheNumberGivenBack) {
   EXPECT_EQ(drawn(), 0);
 }
 
+TEST_F(OrderWriting, AnAmountOrSumThatDoesNotFitFailsAndLeavesNothingOnAHostsConnection) {
+  connection().execute(sql("Delete From Verkaufspreise"_sql));
+  for (const char* key : {"SUM", "PRICE"}) {
+    stageOrder(key, [](AuftragFields& job) {
+      job.IndFild2 = "Spur";
+      job.Bemerkung = "eilt";
+    });
+    for (const int number : {1, 2})
+      stagePosition(key, number, "A100", 1, [key](AuftragsPosFields& position) {
+        position.Preis = key == std::string_view("SUM") ? 9e14 : 1e15;
+      });
+  }
+  erp.environment.connection = SqliteDatabase::openAsHost(connection().connectionString());
+  run();
+  EXPECT_THAT(reasons("SUM"), HasSubstr("Die Summe des Auftrags ist zu groß."));
+  EXPECT_THAT(reasons("PRICE"), HasSubstr("Der Preis: '1000000000000000,00' ist zu groß."));
+  EXPECT_EQ(orders(), 0);
+  EXPECT_EQ(drawn(), 0);
+  EXPECT_TRUE(customer("20001", "Ind_Text2").isNull());
+  EXPECT_TRUE(customer("20001", "KundeSeit").isNull());
+  EXPECT_EQ(field("SUM", "Bemerkung"), Value("eilt"));
+}
+
+TEST_F(OrderWriting, ANumberInUseIsToldWithItsCircleAndTheOtherOrderStays) {
+  connection().execute(sql("Insert Into Auftragskopf (Auftragsnummer) Values (1)"_sql));
+  connection().execute(sql("Insert Into Auftragspos (Auftragsnummer, Positionsnummer) Values (1, 7)"_sql));
+  const auto staged = [this](const char* key) {
+    stageOrder(key);
+    stagePosition(key, 1, "A100", 1);
+  };
+  staged("OWN");
+  run();
+  staged("HOST");
+  erp.environment.connection = SqliteDatabase::openAsHost(connection().connectionString());
+  run();
+  for (const char* key : {"OWN", "HOST"})
+    EXPECT_EQ(reasons(key), "Die Auftragsnummer: '1' im Buchungskreis '1' ist bereits vergeben. "
+                            "Bitte prüfen Sie den Nummernkreis der Aufträge.");
+  EXPECT_EQ(drawn(), 0);
+  EXPECT_THAT(lineTexts(), ElementsAre("7:::"));
+}
+
 TEST_F(OrderWriting, AnOrderFindsTheCustomerOfTheSameRun) {
   stageCustomer("C1", "70001", [](KundeFields& job) { job.Preisliste = "A"; });
   stageOrder("O1", [](AuftragFields& job) { job.Kundennummer = "70001"; });
@@ -310,6 +352,64 @@ TEST_F(OrderWriting, FreightAndAccessoryFeesAreAppendedInTheInstallationsOwnMode
   // Order value 10 + 45 = 55 is below 100: 5.25. Accessory value 3 * 20 = 60 is below 80: 2.50.
   // Fee line: the larger of 2.50 and 3.50, and 7.75.
   EXPECT_THAT(lineTexts(), ElementsAre("1:A100:1:10", "2:Z300:3:15", "3:FRACHT:1:6.9", "4:GEBUEHR:1:11.25"));
+}
+
+TEST_F(OrderWriting, AppendedLinesTakeFreeNumbersAndLookLikeOthers) {
+  customerSpecific();
+  erp.setOption("VAKunde", "PO");
+  erp.setOption("FrachtTransport", "FRACHT");
+  erp.setOption("FrachtGebuehr", "GEBUEHR");
+  stageOrder("O1");
+  for (const std::int32_t number : {2147483647, 1, 3})
+    stagePosition("O1", number, "A100", 1, [](AuftragsPosFields& position) { position.Preis = 10; });
+  run();
+  ASSERT_EQ(jobType("O1"), 33) << reasons("O1");
+  EXPECT_THAT(lineTexts(), ElementsAre("1:A100:1:10", "3:A100:1:10", "2147483647:A100:1:10", "2:FRACHT:1:6.9",
+                                       "4:GEBUEHR:1:2.5"));
+  EXPECT_EQ(count(sql("Select Count(*) From Auftragspos Where Rabatt = 0 And Rabatt1 = 0 And Rabatt2 = 0 And "
+                      "Rabatt3 = 0 And ÄndUser = 'Import'"_sql)),
+            5);
+}
+
+TEST_F(OrderWriting, MalformedFeesAreToldOncePerRun) {
+  customerSpecific();
+  erp.setOption("FrachtGebuehr", "GEBUEHR");
+  erp.iniFile.set("Allgemein", "MinBestGebuehr", "100");
+  erp.iniFile.set("Werte", "1", "fünfzig;1,5");
+  erp.iniFile.set("Werte", "2", "80;2,5");
+  for (const char* key : {"O1", "O2"}) {
+    stageOrder(key);
+    stagePosition(key, 1, "Z300", 1, [](AuftragsPosFields& position) { position.Preis = 15; });
+  }
+  run();
+  ASSERT_EQ(erp.desktop.shown.size(), 1U);
+  EXPECT_EQ(erp.desktop.shown.front().text,
+            "Die Datei Zubehoer.ini enthält fehlerhafte Einträge. Ihre Gebühren "
+            "wurden nicht berechnet: MinBestGebuehr, 1");
+  EXPECT_EQ(count(sql("Select Count(*) From Auftragspos Where Preis = 2.5"_sql)), 2);
+}
+
+TEST_F(OrderWriting, BinaryRemaindersDecideNoLimit) {
+  customerSpecific();
+  erp.setOption("abGewicht", "28");
+  erp.setOption("VSabGewicht", "SP");
+  const auto stage = [this](const char* key, std::initializer_list<double> weights) {
+    stageOrder(key, [](AuftragFields& job) { job.Zahlungsart = "NN"; });
+    std::int32_t number = 0;
+    for (const double weight : weights) {
+      const std::string article = std::string(key) + std::to_string(++number);
+      TableFiller(connection(), "Artikelstamm")
+          .add({{"Artikelnummer", article}, {"MwSt_KZ", "V"}, {"Gewicht", weight}, {"Mengeneinheit", "ST"}});
+      stagePosition(key, number, article, 1);
+    }
+  };
+  // Their binary sums are 28.000000000000004 and 27.999999999999996.
+  stage("O1", {9.3 * 3, 0.1});
+  stage("O2", {4.6, 11.7, 11.7});
+  run();
+  EXPECT_TRUE(erp.desktop.shown.empty());
+  EXPECT_EQ(
+      count(sql("Select Count(*) From Auftragskopf Where GesamtGewicht = 28 And Versandart = 'SP'"_sql)), 2);
 }
 
 TEST_F(OrderWriting, HeavyOrdersGoByAnotherShippingMethod) {

@@ -128,6 +128,40 @@ TEST(StagedDiscountsTest, ApplyInTurnOrAddedUpInPercentOrAmount) {
   EXPECT_DOUBLE_EQ(discountRate(of("S", {"P", "B", "P"}, {10, 500, 5})), 15) << "an amount has no rate";
 }
 
+TEST(StagedDiscountsTest, AmountsTakeNothingOffNothingAndNeverMoreThanIsLeft) {
+  const auto of = [](std::string kind, std::array<std::string, 3> marks, std::array<double, 3> values) {
+    return StagedDiscounts{std::move(kind), std::move(marks), values};
+  };
+  EXPECT_DOUBLE_EQ(discountAmount(of("A", {"B", "", ""}, {1, 0, 0}), 0), 0);
+  EXPECT_DOUBLE_EQ(discountAmount(of("A", {"B", "", ""}, {1, 0, 0}), 0.5), 0.5);
+  EXPECT_DOUBLE_EQ(discountAmount(of("A", {"B", "B", "P"}, {5, 3, 50}), 6), 6);
+  EXPECT_DOUBLE_EQ(discountAmount(of("S", {"P", "B", ""}, {50, 8, 0}), -10), -10);
+  EXPECT_DOUBLE_EQ(discountAmount(of("A", {"B", "", ""}, {-2, 0, 0}), 10), -2) << "a charge";
+}
+
+TEST_F(SalesPriceTest, RowsWithoutListAndCustomerAreForEverybodyAndOwnPricesHoldWhateverTheirList) {
+  // As in the tables of a host, which may hold null there.
+  database().execute(sql("Drop Table Verkaufspreise"_sql));
+  database().execute(
+      sql("Create Table Verkaufspreise (Preisliste Text Collate Nocase, Kundennummer Text Collate Nocase, "
+          "Artikelnummer Text Collate Nocase, Mengeneinheit Text, Menge Real, GueltigAb Text, Preis Real, "
+          "KalkPreis Real, Preiseinheit Real, KZRabattart Text, KZRabatt1 Text, KZRabatt2 Text, "
+          "KZRabatt3 Text, Rabatt1 Real, Rabatt2 Real, Rabatt3 Real)"_sql));
+  database().execute(sql("Insert Into Verkaufspreise (Artikelnummer, Mengeneinheit, Menge, Preis) Values "
+                         "('A', 'ST', 1, 10)"_sql));
+  EXPECT_EQ(price("K"), 10);
+  EXPECT_EQ(price("unbekannt"), 10);
+  database().execute(
+      sql("Insert Into Verkaufspreise (Preisliste, Artikelnummer, Mengeneinheit, Menge, Preis) "
+          "Values ('h', 'A', 'ST', 1, 9), ('X', 'A', 'ST', 1, 8)"_sql));
+  EXPECT_EQ(price("K"), 9);
+  database().execute(
+      sql("Insert Into Verkaufspreise (Preisliste, Kundennummer, Artikelnummer, Mengeneinheit, "
+          "Menge, Preis) Values ('X', 'k', 'A', 'ST', 1, 7)"_sql));
+  EXPECT_EQ(price("K"), 7);
+  EXPECT_EQ(price("L"), 9);
+}
+
 TEST_F(SalesPriceTest, PurchasePricesAreTheSuppliersOwn) {
   database().execute(
       sql("Insert Into Einkaufspreise (Lieferantennummer, Artikelnummer, Mengeneinheit, Menge, EKPreis, "

@@ -106,5 +106,18 @@ TEST(Amounts, AreWrittenWithoutSuperfluousZeros) {
     EXPECT_EQ(Money::ofTenThousandths(c.units).toText(), c.text);
 }
 
+TEST(Amounts, ThatDoNotFitAreRefusedInsteadOfTurningNegative) {
+  const auto most = Money::ofTenThousandths(std::numeric_limits<std::int64_t>::max());
+  const auto least = Money::ofTenThousandths(std::numeric_limits<std::int64_t>::min());
+  const auto smallest = Money::ofTenThousandths(1);
+  EXPECT_EQ(most - smallest + smallest, most);
+  EXPECT_EQ(least + smallest - smallest, least);
+  EXPECT_THROW(most + smallest, std::overflow_error);
+  EXPECT_THROW(least - smallest, std::overflow_error);
+  EXPECT_THROW(least + -smallest, std::overflow_error);
+  EXPECT_THROW(most - -smallest, std::overflow_error);
+  EXPECT_THROW(-least, std::overflow_error);
+}
+
 } // namespace
 } // namespace qx

@@ -17,6 +17,8 @@ TEST(GermanText, FixedDecimalsRoundHalfAwayFromZero) {
   EXPECT_EQ(germanDecimals(2.675, 2), "2,68");
   EXPECT_EQ(germanDecimals(-0.001, 2), "0,00");
   EXPECT_EQ(germanDecimals(1234, 3), "1234,000");
+  EXPECT_EQ(germanDecimals(1e15, 2), "1000000000000000,00");
+  EXPECT_THROW(germanDecimals(1, 7), std::out_of_range);
 }
 
 TEST(GermanText, ReadsItsOwnNumbersAndRefusesADot) {
