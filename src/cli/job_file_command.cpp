@@ -60,7 +60,7 @@ ExitCode ImportCommand::work(const Workplace& place) {
 }
 
 ExitCode ExportCommand::work(const Workplace& place) {
-  JobFileProgress progress(place.output, "export");
+  ExportProgress progress(place.output);
   const JobFileReport report = exportJobFile(place.environment, file, versionOf(version1), &progress);
   progress.end();
   refuseInput(report, file, {});
@@ -73,8 +73,15 @@ ExitCode ExportCommand::work(const Workplace& place) {
     JsonWriter json(place.output.result);
     json.beginObject().key("jobs").number(report.counts.jobs);
     json.key("positions").number(report.counts.positions);
-    json.key("skipped").number(report.counts.skipped).endObject().finish();
+    json.key("skipped").number(report.counts.skipped);
+    json.key("unreadable").number(report.counts.unreadable).key("unreadableJobs").beginArray();
+    for (const std::string& jobId : progress.unreadableJobs()) json.text(jobId);
+    json.endArray().endObject().finish();
   } else {
+    for (const std::string& jobId : progress.unreadableJobs())
+      place.output.result << "will not read back as it is: " << jobId << '\n';
+    if (report.counts.unreadable > 0)
+      place.output.result << report.counts.unreadable << " lines will not read back as they are\n";
     place.output.result << report.counts.jobs << " jobs and " << report.counts.positions
                         << " positions written to " << file << ", " << report.counts.skipped << " skipped\n";
   }

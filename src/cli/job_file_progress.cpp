@@ -18,6 +18,11 @@ void JobFileProgress::progress(std::uintmax_t done, std::uintmax_t total) {
   bar_.draw();
 }
 
+void ExportProgress::unreadable(std::string_view jobId) {
+  constexpr std::size_t mostNamed = 100;
+  if (jobs_.size() < mostNamed) jobs_.emplace(jobId);
+}
+
 ImportPrinter::ImportPrinter(const Output& output)
     : JobFileProgress(output, "import"), output_(output), json_(output.result) {}
 
@@ -31,6 +36,15 @@ JsonWriter& ImportPrinter::beginLine(std::int64_t line, std::string_view result)
   beginDocument();
   json_.beginObject().key("line").number(line);
   return json_.key("result").text(result);
+}
+
+void ImportPrinter::skipped(std::int64_t line, std::string_view reason) {
+  if (output_.json) {
+    beginLine(line, "skipped").key("reason").text(reason).endObject();
+    return;
+  }
+  end();
+  output_.result << "line " << line << "  skipped: " << reason << '\n';
 }
 
 void ImportPrinter::refused(std::int64_t line, std::string_view reason) {

@@ -6,6 +6,9 @@
 #include "cli/progress_bar.h"
 #include "store/job_file_report.h"
 
+#include <functional>
+#include <set>
+#include <string>
 #include <string_view>
 
 namespace qx::cli {
@@ -24,12 +27,25 @@ private:
   std::int16_t percent_ = -1;
 };
 
+/// Keeps the keys of the first jobs that an export cannot carry whole.
+class ExportProgress final : public JobFileProgress {
+public:
+  explicit ExportProgress(const Output& output) : JobFileProgress(output, "export") {}
+
+  void unreadable(std::string_view jobId) override;
+  const std::set<std::string, std::less<>>& unreadableJobs() const { return jobs_; }
+
+private:
+  std::set<std::string, std::less<>> jobs_;
+};
+
 /// Prints what an import finds in single lines as it is told, and the counts at its end: as lines, or as one
 /// JSON document, whatever the number of findings.
 class ImportPrinter final : public JobFileProgress {
 public:
   explicit ImportPrinter(const Output& output);
 
+  void skipped(std::int64_t line, std::string_view reason) override;
   void refused(std::int64_t line, std::string_view reason) override;
   void setBack(std::int64_t line, std::string_view jobId) override;
   void withoutHeader(std::int64_t line, std::string_view jobId, std::string_view childId) override;

@@ -20,6 +20,7 @@ void JobDeletion::skipping(std::string_view where, std::string_view job, Step&& 
   } catch (const DatabaseError& failure) {
     const bool refused = dynamic_cast<const StatementError*>(&failure) != nullptr;
     if (!refused && activeConnection(environment_).ownsWork()) throw;
+    ++refusedStatements_;
     environment_.diagnostics.report({where, failure.what(), job});
   }
 }
@@ -94,12 +95,14 @@ void JobDeletion::deleteDoneBefore(const Date& date, const AfterJob& afterJob) {
     for (; !rows->eof(); rows->moveNext()) {
       const std::string received = rows->text("Eingangsdatum");
       const auto day = parseGermanDate(received);
-      if (!day)
+      if (!day) {
+        ++undatedJobs_;
         environment_.diagnostics.report({"deleteDoneBefore",
                                          "the job stays: '" + received + "' is no date of receipt",
                                          rows->text("JobID")});
-      else if (*day < date)
+      } else if (*day < date) {
         earlier.push_back(rows->text("JobID"));
+      }
     }
   });
   deleteDone(earlier, afterJob);

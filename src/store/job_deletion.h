@@ -37,6 +37,11 @@ public:
   /// How many job headers this object has deleted.
   std::int64_t deletedHeaders() const { return deletedHeaders_; }
 
+  /// How many statements the database has refused.
+  std::int64_t refusedStatements() const { return refusedStatements_; }
+  /// How many done jobs stayed because their date of receipt cannot be read.
+  std::int64_t undatedJobs() const { return undatedJobs_; }
+
   /// The first column of a select, "" left out; empty when the database refuses the select.
   std::vector<std::string> jobIds(const Sql& select);
 
@@ -51,6 +56,8 @@ private:
 
   Environment& environment_;
   std::int64_t deletedHeaders_ = 0;
+  std::int64_t refusedStatements_ = 0;
+  std::int64_t undatedJobs_ = 0;
 };
 
 } // namespace qx

@@ -8,22 +8,26 @@
 namespace qx {
 namespace {
 
-bool hasBanner(std::string_view line, std::string_view banner) {
-  return line.starts_with('"') && line.substr(1).starts_with(banner);
+std::optional<JobFileForm> formOf(std::string_view line, std::string_view banner, JobFileVersion version,
+                                  bool scrambled) {
+  if (!line.starts_with('"') || !line.substr(1).starts_with(banner)) return std::nullopt;
+  const std::string_view rest = line.substr(1 + banner.size());
+  const std::size_t end = rest.find("\";");
+  const bool behind =
+      end != std::string_view::npos && rest.find_first_not_of(" \t", end + 2) != std::string_view::npos;
+  return JobFileForm{version, scrambled, behind};
 }
 
 } // namespace
 
 std::optional<JobFileForm> plainForm(std::string_view firstLine) {
-  if (hasBanner(firstLine, jobFileBanner)) return JobFileForm{JobFileVersion::Two, false};
-  if (hasBanner(firstLine, jobFileBanner1)) return JobFileForm{JobFileVersion::One, false};
-  return std::nullopt;
+  const auto form = formOf(firstLine, jobFileBanner, JobFileVersion::Two, false);
+  return form ? form : formOf(firstLine, jobFileBanner1, JobFileVersion::One, false);
 }
 
 std::optional<JobFileForm> scrambledForm(std::string_view firstLine, const Scrambler& scrambler) {
-  if (hasBanner(firstLine, scrambler.banner())) return JobFileForm{JobFileVersion::Two, true};
-  if (hasBanner(firstLine, scrambler.banner1())) return JobFileForm{JobFileVersion::One, true};
-  return std::nullopt;
+  const auto form = formOf(firstLine, scrambler.banner(), JobFileVersion::Two, true);
+  return form ? form : formOf(firstLine, scrambler.banner1(), JobFileVersion::One, true);
 }
 
 Scrambler installedScrambler(Environment& environment) {

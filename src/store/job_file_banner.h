@@ -14,6 +14,7 @@ class Scrambler;
 struct JobFileForm {
   JobFileVersion version = JobFileVersion::Two;
   bool scrambled = false;
+  bool textBehind = false; ///< something stands on the line behind the field of the banner
 };
 
 /// The form of a file that begins with this line, null when it is no job file. Only the characters of the

@@ -90,13 +90,15 @@ private:
     for (const auto rows = connection_.openStream(everyJob()); !rows->eof(); rows->moveNext()) {
       const LineKind kind = lineKind(rows->value("JobType").integer().value_or(0));
       if (isHeader(kind))
-        writeLine(*rows, columnsOf(kind), counts_.jobs);
+        writeJob(*rows, columnsOf(kind));
       else
         ++counts_.skipped;
       told();
     }
     for (const auto rows = connection_.openStream(everyPosition()); !rows->eof(); rows->moveNext()) {
+      const bool read = lineKind(rows->value("JobType").integer().value_or(0)) == LineKind::Position;
       writeLine(*rows, columnsOf(LineKind::Position), counts_.positions);
+      if (!read || writer_.unreadable()) noteUnreadable(*rows);
       told();
     }
   }
@@ -125,6 +127,16 @@ private:
       writeRest(*rows, position.subspan(1), counts_.positions);
       told();
     }
+  }
+
+  void writeJob(Recordset& row, std::span<const FileColumn> columns) {
+    writeLine(row, columns, counts_.jobs);
+    if (writer_.unreadable()) noteUnreadable(row);
+  }
+
+  void noteUnreadable(Recordset& row) {
+    ++counts_.unreadable;
+    if (observer_ != nullptr) observer_->unreadable(row.text("JobID"));
   }
 
   void writeLine(Recordset& row, std::span<const FileColumn> columns, std::int64_t& count) {

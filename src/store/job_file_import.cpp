@@ -39,15 +39,40 @@ public:
       scrambler_ = installedScrambler(environment_);
       form = scrambledForm(first->text, *scrambler_);
     }
-    return form && form->version == store_->version();
+    if (!form || form->version != store_->version()) return false;
+    textBehindBanner_ = form->textBehind;
+    return true;
   }
 
   void readRecords() {
+    if (textBehindBanner_) skip(1, "text behind the banner is not read");
     total_ = std::filesystem::file_size(file_) * static_cast<std::uintmax_t>(store_->passes());
     for (int pass = 0; pass < store_->passes(); ++pass)
       if (pass == 0 || laterPasses_) readPass(pass);
     commit();
     observer_.progress(total_, total_);
+  }
+
+  /// Which done jobs reading would set back. Nothing is stored.
+  std::vector<std::string> findSetBack() {
+    std::vector<std::string> jobs;
+    std::ifstream stream = openJobFile(file_);
+    JobFileLines lines(stream, file_.string());
+    lines.next();
+    lines.unscramble(scrambler_ ? &*scrambler_ : nullptr);
+    JobFileRecords records(lines, store_->fieldCount());
+    while (const auto item = records.next()) {
+      if (item->kind != JobFileItem::Kind::Record || !store_->isHeader(item->code)) continue;
+      splitFields(item->text, fields_);
+      std::string jobId;
+      readField(fields_.at(1), jobId);
+      const auto row =
+          activeConnection(environment_)
+              .open(sql("Select JobType From ImportKopf where JobID = '"_sql, value(jobId), "'"_sql));
+      if (!row->eof() && store_->setsBack(row->value("JobType").integer().value_or(0), item->code))
+        jobs.push_back(std::move(jobId));
+    }
+    return jobs;
   }
 
   /// Commits what is open.
@@ -77,7 +102,7 @@ private:
   void take(const JobFileItem& item) {
     switch (item.kind) {
     case JobFileItem::Kind::Skipped:
-      ++counts_.skipped;
+      skip(item.line, store_->whySkipped(item.code));
       store_->passedOver(item.code);
       break;
     case JobFileItem::Kind::Refused:
@@ -102,12 +127,23 @@ private:
     if (group_.endJob()) keepPending();
   }
 
+  /// Without a reason it is only counted.
+  void skip(std::int64_t line, std::string_view reason) {
+    ++counts_.skipped;
+    if (reason.empty()) return;
+    tellDiagnostics(line, reason);
+    observer_.skipped(line, reason);
+  }
+
+  void tellDiagnostics(std::int64_t line, std::string_view reason) {
+    const std::string text = file_.string() + ", line " + std::to_string(line) + ": " + std::string(reason);
+    environment_.diagnostics.report({"Import", text, {}});
+  }
+
   void refuse(const JobFileItem& item, std::string_view reason) {
     ++counts_.refused;
     store_->passedOver(item.code);
-    const std::string text =
-        file_.string() + ", line " + std::to_string(item.line) + ": " + std::string(reason);
-    environment_.diagnostics.report({"Import", text, {}});
+    tellDiagnostics(item.line, reason);
     observer_.refused(item.line, reason);
   }
 
@@ -142,6 +178,7 @@ private:
   std::uintmax_t total_ = 0;
   std::uintmax_t toldBytes_ = 0;
   std::int64_t sinceYield_ = 0;
+  bool textBehindBanner_ = false;
   bool laterPasses_ = false; ///< something was left for them
 };
 
@@ -199,6 +236,19 @@ JobFileReport importJobFile(Environment& environment, std::string_view fileName,
   }
   if (report.end != JobFileEnd::Complete) environment.diagnostics.report({"Import", report.failure, {}});
   return report;
+}
+
+std::vector<std::string> jobsSetBackBy(Environment& environment, std::string_view fileName,
+                                       JobFileVersion version) {
+  try {
+    JobFileObserver nobody;
+    JobFileImport job(environment, pathOf(fileName), version, nobody, nullptr);
+    if (job.readBanner()) return job.findSetBack();
+  } catch (const std::exception& failure) {
+    // The import that follows meets the same failure and tells it.
+    environment.diagnostics.report({"Import", failure.what(), {}});
+  }
+  return {};
 }
 
 } // namespace qx

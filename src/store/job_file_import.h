@@ -4,7 +4,9 @@
 #include "platform/database.h"
 #include "store/job_file_report.h"
 
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace qx {
 
@@ -20,5 +22,10 @@ namespace qx {
 /// Never raises: what went wrong is in the report and in the diagnostics.
 JobFileReport importJobFile(Environment& environment, std::string_view fileName, JobFileVersion version,
                             JobFileObserver* observer = nullptr, BusyWait* wait = nullptr);
+
+/// The keys of the jobs that are done and that an import of this file would set back, in the order of the
+/// file; nothing is stored. Empty, too, for a file that an import refuses as a whole.
+std::vector<std::string> jobsSetBackBy(Environment& environment, std::string_view fileName,
+                                       JobFileVersion version);
 
 } // namespace qx

@@ -37,9 +37,11 @@ std::optional<PhysicalLine> JobFileLines::next() {
   if (skipping_) skipRest();
   std::size_t scanned = 0; // behind begin_
   for (;;) {
+    if (number_ == 0) decideLineEnd();
     if (const auto end = findEnd(begin_ + scanned)) {
-      if (number_ == 0) crLf_ = *end > begin_ && buffer_[*end - 1] == '\r';
-      return take(crLf_ ? *end - 1 : *end, *end + 1);
+      const bool cr = lineEnd_ != LineEnd::Cr && *end > begin_ && buffer_[*end - 1] == '\r';
+      if (number_ == 0 && cr) lineEnd_ = LineEnd::CrLf;
+      return take(cr ? *end - 1 : *end, *end + 1);
     }
     scanned = end_ - begin_;
     if (scanned > longestRecord) {
@@ -52,7 +54,14 @@ std::optional<PhysicalLine> JobFileLines::next() {
   }
   if (begin_ == end_) return std::nullopt;
   // The file may have been cut between the two characters of its last line end.
-  return take(crLf_ && buffer_[end_ - 1] == '\r' ? end_ - 1 : end_, end_);
+  return take(lineEnd_ == LineEnd::CrLf && buffer_[end_ - 1] == '\r' ? end_ - 1 : end_, end_);
+}
+
+void JobFileLines::decideLineEnd() {
+  const std::string_view read(buffer_.data(), std::min(end_, longestBannerLine + 2));
+  const std::size_t cr = read.find('\r');
+  if (cr <= longestBannerLine && cr + 1 < read.size() && read[cr + 1] != '\n' && read.find('\n') > cr)
+    lineEnd_ = LineEnd::Cr;
 }
 
 void JobFileLines::skipRest() {
@@ -70,13 +79,13 @@ void JobFileLines::skipRest() {
   }
 }
 
-/// The place of the LF that ends the line.
+/// The place of the character that ends the line.
 std::optional<std::size_t> JobFileLines::findEnd(std::size_t from) const {
   while (from < end_) {
-    const void* const found = std::memchr(&buffer_[from], '\n', end_ - from);
+    const void* const found = std::memchr(&buffer_[from], lineEnd_ == LineEnd::Cr ? '\r' : '\n', end_ - from);
     if (found == nullptr) return std::nullopt;
     const auto place = static_cast<std::size_t>(static_cast<const char*>(found) - buffer_.data());
-    if (!crLf_ || (place > begin_ && buffer_[place - 1] == '\r')) return place;
+    if (lineEnd_ != LineEnd::CrLf || (place > begin_ && buffer_[place - 1] == '\r')) return place;
     from = place + 1;
   }
   return std::nullopt;

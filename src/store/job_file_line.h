@@ -17,6 +17,12 @@ namespace qx {
 /// The longest record that is read, line breaks included.
 inline constexpr std::size_t longestRecord = std::size_t{16} * 1024 * 1024;
 
+enum class LineEnd : std::uint8_t { Lf, CrLf, Cr };
+
+/// A CR without a LF ends the first line when no more characters than those of a banner stand before it;
+/// later on the line it belongs to a value.
+inline constexpr std::size_t longestBannerLine = 32;
+
 struct PhysicalLine {
   std::string_view text;   ///< without its end; bytes of the code page, unscrambled
   std::int64_t number = 0; ///< the banner has 1
@@ -24,7 +30,8 @@ struct PhysicalLine {
 };
 
 /// Reads a file line by line, whatever its size. The end of the banner decides how lines end: after CR LF a
-/// CR or LF alone belongs to the value, after a LF alone every LF ends a line. Raises `std::system_error`
+/// CR or LF alone belongs to the value, after a LF alone every LF ends a line, with or without a CR before
+/// it, after a CR alone every CR does. Raises `std::system_error`
 /// when the file cannot be read on.
 class JobFileLines {
 public:
@@ -39,6 +46,7 @@ public:
 
 private:
   std::optional<std::size_t> findEnd(std::size_t from) const;
+  void decideLineEnd();
   bool fill();
   void skipRest();
   PhysicalLine take(std::size_t end, std::size_t after);
@@ -50,7 +58,7 @@ private:
   std::size_t end_ = 0;
   std::uintmax_t bytesRead_ = 0;
   std::int64_t number_ = 0;
-  bool crLf_ = false;
+  LineEnd lineEnd_ = LineEnd::Lf;
   bool atEnd_ = false;
   bool skipping_ = false; ///< the rest of an overlong line is still to be passed over
   const Scrambler* scrambler_ = nullptr;

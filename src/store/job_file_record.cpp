@@ -84,12 +84,15 @@ std::optional<JobFileItem> JobFileRecords::goOn(const PhysicalLine& line) {
   return judge(text_);
 }
 
-/// Whether the record is complete or too long; null when it goes on.
+/// Whether the record is complete or too long; null when it goes on. Blanks behind its end do not count.
 std::optional<JobFileItem> JobFileRecords::judge(std::string_view text) {
+  text.remove_suffix(text.size() - (text.find_last_not_of(" \t") + 1));
   const bool ends = text.ends_with(fieldEnd);
   if (fields_ > mostFields)
     return refuse("the record has more than 66 fields", ends ? State::Outside : State::Ignoring);
   if (!ends || fields_ < fieldCount_(code_)) return std::nullopt;
+  if (fields_ > fieldCount_(code_))
+    return refuse("the record has more fields than its kind: a value holds the separator", State::Outside);
   state_ = State::Outside;
   JobFileItem record = item(JobFileItem::Kind::Record);
   record.text = text;

@@ -17,7 +17,7 @@ inline constexpr std::size_t mostFields = 66;
 /// What stands at a place of the file.
 struct JobFileItem {
   enum class Kind : std::uint8_t {
-    Record,  ///< complete: it has at least the fields of its kind
+    Record,  ///< complete: it has the fields of its kind
     Skipped, ///< a record of no kind, or a line outside a record
     Refused, ///< a record that is defective; `reason` says why
   };
@@ -33,7 +33,8 @@ using FieldCount = std::size_t (*)(std::int64_t code);
 
 /// Puts the lines together. A line that begins with a number in quotes and another field always begins a
 /// record; it goes on until it ends like a field and has the fields of its kind. What breaks it off (a new
-/// record, the end of the file, more than 66 fields or `longestRecord`) refuses it, and reading goes on with
+/// record, the end of the file, more than 66 fields or `longestRecord`) refuses it, as do more fields than
+/// those of its kind, and reading goes on with
 /// the next record.
 class JobFileRecords {
 public:

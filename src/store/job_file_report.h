@@ -26,6 +26,7 @@ struct JobFileCounts {
   std::int64_t skipped = 0;       ///< records of no kind and lines outside a record; jobs not exported
   std::int64_t refused = 0;       ///< defective records
   std::int64_t setBack = 0;       ///< jobs that were done and are no longer
+  std::int64_t unreadable = 0;    ///< lines of an export that no import reads back as they were
   std::int64_t withoutHeader = 0; ///< positions, stored all the same, whose job is not staged
 
   JobFileCounts& operator+=(const JobFileCounts& other) {
@@ -34,6 +35,7 @@ struct JobFileCounts {
     skipped += other.skipped;
     refused += other.refused;
     setBack += other.setBack;
+    unreadable += other.unreadable;
     withoutHeader += other.withoutHeader;
     return *this;
   }
@@ -54,12 +56,17 @@ public:
   virtual ~JobFileObserver() = default;
   /// Bytes of an import, rows of an export.
   virtual void progress(std::uintmax_t /*done*/, std::uintmax_t /*total*/) {}
+  /// A record or text that somebody may miss was passed over.
+  virtual void skipped(std::int64_t /*line*/, std::string_view /*reason*/) {}
   virtual void refused(std::int64_t /*line*/, std::string_view /*reason*/) {}
   /// A job that was done is waiting or parked again, as the file says. Told once it is durable.
   virtual void setBack(std::int64_t /*line*/, std::string_view /*jobId*/) {}
   /// A position was stored whose job is not staged. Told once it is durable.
   virtual void withoutHeader(std::int64_t /*line*/, std::string_view /*jobId*/,
                              std::string_view /*childId*/) {}
+  /// A line of an export will not be read back as it was: a value holds a quote or a semicolon, or it is a
+  /// position that version 2 does not read.
+  virtual void unreadable(std::string_view /*jobId*/) {}
 };
 
 /// Shows the box that an import of this outcome calls for, if any. True when there was none.

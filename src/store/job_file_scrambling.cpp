@@ -41,9 +41,14 @@ private:
   /// The first line is replaced by the banner; only its end matters.
   void takeBanner(char c, std::string_view banner) {
     if (c == '\n') {
-      crLf_ = last_ == '\r';
-      endBanner(banner, crLf_ ? "\r\n" : "\n");
+      lineEnd_ = last_ == '\r' ? LineEnd::CrLf : LineEnd::Lf;
+      endBanner(banner, lineEnd_ == LineEnd::CrLf ? "\r\n" : "\n");
+    } else if (last_ == '\r' && bannerLength_ <= longestBannerLine + 1) {
+      lineEnd_ = LineEnd::Cr;
+      endBanner(banner, "\r");
+      return take(c);
     }
+    ++bannerLength_;
     last_ = c;
   }
   void endBanner(std::string_view banner, std::string_view lineEnd) {
@@ -54,7 +59,8 @@ private:
     ++lines_;
   }
   void take(char c) {
-    const bool end = c == '\n' && (!crLf_ || last_ == '\r');
+    const bool end =
+        lineEnd_ == LineEnd::Cr ? c == '\r' : c == '\n' && (lineEnd_ == LineEnd::Lf || last_ == '\r');
     last_ = c;
     if (end) ++lines_;
     place_ = end ? 0 : place_ + 1;
@@ -67,12 +73,13 @@ private:
   std::string output_;
   std::size_t place_ = 0;
   std::int64_t lines_ = 0;
-  bool crLf_ = false;
+  std::size_t bannerLength_ = 0;
+  LineEnd lineEnd_ = LineEnd::Lf;
   char last_ = 0;
 };
 
 /// The form of the file, null when it is no job file.
-std::optional<JobFileForm> formOf(const std::filesystem::path& file, const Scrambler& scrambler) {
+std::optional<JobFileForm> formOfFile(const std::filesystem::path& file, const Scrambler& scrambler) {
   std::ifstream stream = openJobFile(file);
   JobFileLines lines(stream, file.string());
   const auto first = lines.next();
@@ -116,7 +123,7 @@ JobFileReport scrambleJobFile(Environment& environment, std::string_view fileNam
       throw std::runtime_error(file.string() + ": there is no such file");
     }
     const Scrambler scrambler = installedScrambler(environment);
-    const auto form = formOf(file, scrambler);
+    const auto form = formOfFile(file, scrambler);
     if (!form || form->scrambled == (scrambling == Scrambling::Scramble)) {
       report.end = JobFileEnd::WrongBanner;
       throw std::runtime_error(file.string() + (form ? ": it has that form already" : ": no job file"));

@@ -28,6 +28,7 @@ void JobFileLineWriter::add(FieldKind kind, const Value& value) {
   const bool text = kind == FieldKind::Text || kind == FieldKind::Date;
   if (!text || value.kind() != ValueKind::Text) scratch_ = fileText(kind, value);
   std::string_view content = text && value.kind() == ValueKind::Text ? value.textView() : scratch_;
+  if (!replacing_ && content.find_first_of("\";") != std::string_view::npos) unreadable_ = true;
   if (replacing_) content = scratch_ = readable(content);
   replaced_ += appendCodePage(line_, content);
   line_ += "\";";

@@ -22,6 +22,7 @@ public:
   void begin() {
     line_.clear();
     replaced_ = 0;
+    unreadable_ = false;
   }
   void add(FieldKind kind, const Value& value);
   /// The finished line with its end, valid until the next `begin`.
@@ -29,11 +30,15 @@ public:
   /// How many characters of the line the code page lacks.
   std::size_t replaced() const { return replaced_; }
 
+  /// Whether a value of the line holds a sign that an import takes for one of the format.
+  bool unreadable() const { return unreadable_; }
+
 private:
   bool replacing_;
   std::string line_;
   std::string scratch_;
   std::size_t replaced_ = 0;
+  bool unreadable_ = false;
 };
 
 /// Tells the diagnostics of each job once that the code page lacks some of its characters; of very many jobs

@@ -36,14 +36,22 @@ public:
   /// How often the file is read, and in which of these passes (from 0) a code's turn is.
   virtual int passes() const = 0;
   virtual int passOf(std::int64_t code) const = 0;
+  virtual bool isHeader(std::int64_t code) const = 0;
   /// Stores a complete record. Raises `RecordRefused`, with nothing stored, and what the connection raises.
   virtual void store(const JobFileItem& record, const std::vector<std::string_view>& fields) = 0;
+  /// Whether a job of the first code, overwritten by one of the second, was done and is no longer.
+  virtual bool setsBack(std::int64_t before, std::int64_t after) const = 0;
+  /// The reason to be told of a skipped record that somebody may miss; "" for all others.
+  virtual std::string_view whySkipped(std::int64_t /*code*/) const { return {}; }
   /// A record was refused or belongs to no kind.
   virtual void passedOver(std::int64_t /*code*/) {}
 };
 
 /// Refuses a field whose text does not fit its property.
 [[noreturn]] void refuseField(std::string_view name, std::string_view text);
+
+/// Refuses a key that nobody could name: empty, with NUL, or of more than 32 characters.
+void checkKey(std::string_view name, std::string_view key);
 
 std::unique_ptr<RecordStore> version1RecordStore(const RecordPlace& place);
 std::unique_ptr<RecordStore> version2RecordStore(const RecordPlace& place);

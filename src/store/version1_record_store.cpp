@@ -26,6 +26,11 @@ public:
       storeJob(record, fields);
   }
 
+  bool isHeader(std::int64_t code) const override { return isVersion1Header(code); }
+  bool setsBack(std::int64_t before, std::int64_t after) const override {
+    return isDone(before) && !isDone(after);
+  }
+
   /// The positions of a header that was not stored must not fall to the one before it.
   void passedOver(std::int64_t code) override {
     if (code != 0 && code != qxtJobTypeSubItem) header_.clear();
@@ -35,15 +40,18 @@ private:
   void storeJob(const JobFileItem& record, const std::vector<std::string_view>& fields) {
     ImportJob job;
     readRecord(fields, importJobFields, version1HeaderOrder, job);
-    if (job.JobID.empty()) throw RecordRefused("JobID is empty");
+    checkKey("JobID", job.JobID);
     place_.group.begin();
     const auto row = openVersion1Header(connection(), job.JobID);
     const std::int64_t before = row->eof() ? 0 : row->value("JobType").integer().value_or(0);
-    if (row->eof()) row->addNew();
+    if (row->eof()) {
+      row->addNew();
+      row->set("JobID", job.JobID);
+    }
     updateVersion1(*row, job);
     header_ = job.JobID;
     ++place_.pending.jobs;
-    if (!isDone(before) || isDone(job.JobType)) return;
+    if (!setsBack(before, job.JobType)) return;
     ++place_.pending.setBack;
     place_.group.afterCommit([&observer = place_.observer, line = record.line, jobId = job.JobID] {
       observer.setBack(line, jobId);
@@ -53,12 +61,16 @@ private:
   void storePosition(const std::vector<std::string_view>& fields) {
     ImportJobSubItem position;
     readRecord(fields, importJobSubItemFields, version1PositionOrder, position);
-    if (position.ChildID.empty()) throw RecordRefused("ChildID is empty");
+    checkKey("ChildID", position.ChildID);
     if (header_.empty() || position.JobID != header_)
       throw RecordRefused("the position does not follow its header");
     place_.group.begin();
     const auto row = openVersion1Position(connection(), position.ChildID);
-    if (row->eof()) row->addNew();
+    // The file marks every position as one of this version; one of an order stays what it is.
+    if (row->eof())
+      row->addNew();
+    else if (row->value("JobType").integer() == qxtJobAuftragsPos)
+      position.JobType = qxtJobAuftragsPos;
     updateVersion1(*row, position);
     ++place_.pending.positions;
   }

@@ -28,10 +28,12 @@ void readColumns(Recordset& row, const FieldTable<Record, fields>& table,
 
 template <class Record, std::size_t fields, std::size_t places>
 void setColumns(Recordset& row, const FieldTable<Record, fields>& table,
-                const std::array<std::size_t, places>& order, const Record& record) {
+                const std::array<std::size_t, places>& order, const Record& record,
+                std::string_view except = {}) {
   for (const std::size_t place : order)
-    row.set(ColumnName(table[place].column),
-            table[place].visit(record, [](const auto& property) { return Value(property); }));
+    if (table[place].name != except)
+      row.set(ColumnName(table[place].column),
+              table[place].visit(record, [](const auto& property) { return Value(property); }));
 }
 
 } // namespace
@@ -64,6 +66,7 @@ std::unique_ptr<Recordset> openVersion1Positions(Connection& connection, std::st
 void insertVersion1(Connection& connection, const ImportJob& job) {
   const auto row = openVersion1Header(connection, job.JobID);
   row->addNew();
+  row->set("JobID", job.JobID);
   updateVersion1(*row, job);
 }
 
@@ -74,7 +77,7 @@ void insertVersion1(Connection& connection, const ImportJobSubItem& position) {
 }
 
 void updateVersion1(Recordset& row, const ImportJob& job) {
-  setColumns(row, importJobFields, version1HeaderOrder, job);
+  setColumns(row, importJobFields, version1HeaderOrder, job, "JobID");
   row.update();
 }
 

@@ -74,7 +74,8 @@ std::unique_ptr<Recordset> openVersion1Positions(Connection& connection, std::st
 void insertVersion1(Connection& connection, const ImportJob& job);
 void insertVersion1(Connection& connection, const ImportJobSubItem& position);
 
-/// Overwrites the version-1 columns of the row that the record set stands on.
+/// Overwrites the version-1 columns of the row that the record set stands on. A header keeps its key, which
+/// its positions name; a position takes both keys of the record.
 void updateVersion1(Recordset& row, const ImportJob& job);
 void updateVersion1(Recordset& row, const ImportJobSubItem& position);
 

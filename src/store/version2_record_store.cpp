@@ -42,16 +42,24 @@ public:
     }
   }
 
+  bool isHeader(std::int64_t code) const override { return qx::isHeader(lineKind(code)); }
+  bool setsBack(std::int64_t before, std::int64_t after) const override {
+    return isDone(before) && !isDone(after);
+  }
+  std::string_view whySkipped(std::int64_t code) const override {
+    return code == qxtJobTypeSubItem ? "a position of code 1001 is not read" : std::string_view();
+  }
+
 private:
   template <class Entry, class Record, std::size_t fields, std::size_t places>
   void storeJob(const JobFileItem& record, const std::vector<std::string_view>& texts, Entry job,
                 const FieldTable<Record, fields>& table, const std::array<std::size_t, places>& order) {
     readRecord<Record>(texts, table, order, job);
-    if (job.JobID.empty()) throw RecordRefused("JobID is empty");
+    checkKey("JobID", job.JobID);
     place_.group.begin();
     const auto before = writeStaged(activeConnection(place_.environment), static_cast<const Record&>(job));
     ++place_.pending.jobs;
-    if (!before || !isDone(*before) || isDone(job.JobType)) return;
+    if (!before || !setsBack(*before, job.JobType)) return;
     ++place_.pending.setBack;
     place_.group.afterCommit([&observer = place_.observer, line = record.line, jobId = job.JobID] {
       observer.setBack(line, jobId);
@@ -61,7 +69,7 @@ private:
   void storePosition(const JobFileItem& record, const std::vector<std::string_view>& texts) {
     AuftragsPos position(place_.environment, flags_);
     readRecord<AuftragsPosFields>(texts, auftragsPosFields, positionLineOrder, position);
-    if (position.ChildID.empty()) throw RecordRefused("ChildID is empty");
+    checkKey("ChildID", position.ChildID);
     place_.group.begin();
     writeStaged(activeConnection(place_.environment), static_cast<const AuftragsPosFields&>(position));
     ++place_.pending.positions;
@@ -98,6 +106,16 @@ std::unique_ptr<RecordStore> version2RecordStore(const RecordPlace& place) {
 void refuseField(std::string_view name, std::string_view text) {
   constexpr std::size_t shown = 40;
   throw RecordRefused(std::string(name) + " cannot be '" + std::string(firstCharacters(text, shown)) + "'");
+}
+
+void checkKey(std::string_view name, std::string_view key) {
+  constexpr std::size_t longestKey = 32;
+  const auto refuse = [&](std::string_view what) {
+    throw RecordRefused(std::string(name) + std::string(what));
+  };
+  if (key.empty()) refuse(" is empty");
+  if (key.find('\0') != std::string_view::npos) refuse(" holds the character NUL");
+  if (firstCharacters(key, longestKey).size() < key.size()) refuse(" has more than 32 characters");
 }
 
 } // namespace qx

@@ -22,13 +22,14 @@ protected:
 
 TEST_F(JobFile, ExportAndImportCarryJobsFromOneDatabaseToAnother) {
   ASSERT_EQ(stage(R"([{"type":"Kunde","JobID":"K1","Bez1":"Müller €"},
-                      {"type":"Auftrag","JobID":"A1","Positionen":[{"ChildID":"P1","Menge":2.5}]}])")
+                      {"type":"Auftrag","JobID":"A1","Positionen":[{"ChildID":"P1","Artikelnummer":"A","Menge":2.5}]}])")
                 .status,
             0);
   setJobType("K1", 44);
   ProgramResult result = run({"export", file("jobs.edi"), "--json"});
   EXPECT_EQ(result.status, 0) << result.messages;
-  EXPECT_EQ(result.json(), Json::parse(R"({"jobs":1,"positions":1,"skipped":1})"));
+  EXPECT_EQ(result.json(),
+            Json::parse(R"({"jobs":1,"positions":1,"skipped":1,"unreadable":0,"unreadableJobs":[]})"));
   ASSERT_EQ(run({"delete", "A1"}).status, 0);
   result = run({"import", file("jobs.edi"), "--json"});
   EXPECT_EQ(result.status, 0) << result.messages;
@@ -101,6 +102,18 @@ TEST_F(JobFile, ExportsOfTheFirstVersionAreReadWithItsOption) {
   ASSERT_EQ(run({"delete", "K1"}).status, 0);
   EXPECT_EQ(run({"import", file("a.aim"), "--version1"}).status, 0);
   EXPECT_EQ(show("K1")["Bez1"], "a,b");
+}
+
+TEST_F(JobFile, JobsThatWillNotReadBackAreNamed) {
+  ASSERT_EQ(stage(R"({"type":"Kunde","JobID":"K1","Bemerkung":"Bitte anrufen; eilt"})").status, 0);
+  const ProgramResult result = run({"export", file("out.edi")});
+  EXPECT_EQ(result.status, 0);
+  EXPECT_EQ(result.output, "will not read back as it is: K1\n1 lines will not read back as they are\n"
+                           "1 jobs and 0 positions written to " +
+                               file("out.edi") + ", 0 skipped\n");
+  EXPECT_EQ(run({"import", file("out.edi")}).output,
+            "line 2  refused: the record has more fields than its kind: a value holds the separator\n"
+            "0 jobs and 0 positions read, 0 skipped, 1 refused\n");
 }
 
 TEST_F(JobFile, TheDatabaseIsNoTarget) {

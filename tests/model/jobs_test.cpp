@@ -6,6 +6,10 @@
 #include <gtest/gtest.h>
 #include <vector>
 
+#include <chrono>
+#include <memory>
+#include <string>
+
 namespace qx {
 namespace {
 
@@ -175,6 +179,24 @@ TEST(Jobs, AreFoundAndRemovedByPositionAndByKey) {
   std::string rest;
   for (const auto& job : jobs) rest += job->JobID;
   EXPECT_EQ(rest, "J3");
+}
+
+TEST(Jobs, AreFoundByTheKeyTheyWereAddedWithHoweverManyThereAre) {
+  ImportJobs jobs;
+  constexpr int number = 60'000;
+  const auto start = std::chrono::steady_clock::now();
+  for (int i = 0; i < number; ++i) {
+    auto job = std::make_shared<ImportJob>();
+    job->JobID = "A COMMON BEGINNING OF KEYS " + std::to_string(i);
+    ASSERT_TRUE(jobs.Add(job));
+  }
+  // Comparing every key with every other one takes minutes.
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20));
+  EXPECT_EQ(jobs.Item("a common beginning of keys 59999"), jobs.Item(number));
+  jobs.Item(2)->JobID = "renamed";
+  EXPECT_EQ(jobs.Item("A COMMON BEGINNING OF KEYS 1"), jobs.Item(2));
+  jobs.Remove(1);
+  EXPECT_EQ(jobs.Item("A COMMON BEGINNING OF KEYS 59999"), jobs.Item(number - 1));
 }
 
 } // namespace

@@ -93,6 +93,12 @@ TEST_F(ImportJobObjectTest, AnUpdateTouchesItsColumnsOnlyAndShowsItsFailure) {
   EXPECT_TRUE(object.UpdateItem(*changed, "K1"));
   EXPECT_EQ(keys(sql("Select JobType || Bez1 || IndFild1 || ProcessWarning From ImportKopf"_sql)),
             "10neubleibt1 ");
+  // The record's own key does not become that of the row: its positions name it.
+  changed->JobID = "anders";
+  EXPECT_TRUE(object.UpdateItem(*changed, "K1"));
+  changed->JobID.clear();
+  EXPECT_TRUE(object.UpdateItem(*changed, "K1"));
+  EXPECT_EQ(jobs(), "K1 ");
   EXPECT_FALSE(object.UpdateItem(*changed, "fehlt"));
   EXPECT_FALSE(object.UpdateSubItem(*job("K1", 10, {"P1"})->SubItem, "P1"));
   ASSERT_EQ(erp.desktop.shown.size(), 2U);
@@ -181,6 +187,17 @@ TEST_F(ImportJobObjectTest, FilesTravelWithBothKindsOfLines) {
     EXPECT_EQ(keys(sql("Select JobType || Fehlertext From ImportKopf Where JobID = 'K1'"_sql)), "-11falsch ");
   }
   EXPECT_FALSE(object.Import(file("fehlt.aim")));
+}
+
+TEST_F(ImportJobObjectTest, APositionOfAnOrderStaysOneWhenAFileOfThisVersionIsRead) {
+  stage("A1", 30);
+  execute(sql("Insert Into ImportPos (JobID, ChildID, JobType) Values ('A1', 'P1', 50)"_sql));
+  ASSERT_TRUE(object.Export(file("a.aim")));
+  ASSERT_TRUE(object.Import(file("a.aim"))) << erp.diagnostics.text();
+  EXPECT_EQ(keys(sql("Select JobType From ImportPos"_sql)), "50 ");
+  execute(sql("Delete From ImportPos"_sql));
+  ASSERT_TRUE(object.Import(file("a.aim")));
+  EXPECT_EQ(keys(sql("Select JobType From ImportPos"_sql)), "1001 ");
 }
 
 TEST_F(ImportJobObjectTest, APositionFollowsItsOwnHeader) {

@@ -24,6 +24,10 @@ public:
     lastDone = done;
     lastTotal = total;
   }
+  void skipped(std::int64_t line, std::string_view reason) override {
+    told += std::to_string(line) + " skipped: " + std::string(reason) + "\n";
+  }
+  void unreadable(std::string_view jobId) override { told += "unreadable " + std::string(jobId) + "\n"; }
   void refused(std::int64_t line, std::string_view reason) override {
     told += std::to_string(line) + ": " + std::string(reason) + "\n";
   }

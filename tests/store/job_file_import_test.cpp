@@ -201,15 +201,12 @@ TEST_F(JobFileImportTest, UnknownCodesAndStrayLinesAreSkipped) {
   EXPECT_EQ(jobs(), "K2 ");
 }
 
-TEST_F(JobFileImportTest, ValuesKeepLineBreaksButNotQuotesAndSemicolons) {
-  // The semicolon shifts what follows: "Betreff" takes the second half.
-  const JobFileReport report = importLines(
-      banner2, {fileLine(57, {"10", "K1", "eins\r\nzwei \"drei\"", "a;b", "Name"}), customer("K2")});
-  EXPECT_EQ(report.counts.refused, 0) << observer.told;
+TEST_F(JobFileImportTest, ValuesKeepLineBreaksButNotQuotes) {
+  importLines(banner2, {fileLine(57, {"10", "K1", "eins\r\nzwei \"drei\"", "a", "Name"}), customer("K2")});
+  EXPECT_EQ(observer.told, "");
   EXPECT_EQ(header("K1", "Bemerkung"), Value("eins\r\nzwei drei"));
   EXPECT_EQ(header("K1", "Betreff"), Value("a"));
-  EXPECT_EQ(header("K1", "Bez1"), Value("b"));
-  EXPECT_EQ(header("K1", "Bez2"), Value("Name"));
+  EXPECT_EQ(header("K1", "Bez1"), Value("Name"));
   EXPECT_EQ(jobs(), "K1 K2 ");
 }
 
@@ -349,4 +346,51 @@ TEST_F(JobFileImportTest, AVeryLongLineIsRefusedInBoundedMemory) {
   EXPECT_EQ(report.end, JobFileEnd::Complete) << report.failure;
   EXPECT_EQ(observer.told, "3: the record is longer than 16 MiB\n");
   EXPECT_EQ(jobs(), "K1 ");
+}
+
+TEST_F(JobFileImportTest, WhatIsPassedOverIsNamed) {
+  const std::string head(banner2);
+  const JobFileReport report =
+      importLines(head + "\"10\";\"verloren\";", {order("A1"), fileLine(15, {"1001", "A1", "P1"})});
+  EXPECT_EQ(observer.told, "1 skipped: text behind the banner is not read\n"
+                           "3 skipped: a position of code 1001 is not read\n");
+  EXPECT_EQ(report.counts.skipped, 2);
+  EXPECT_EQ(jobs() + positions(), "A1 ");
+  EXPECT_EQ(importLines(head + " ", {order("A1")}).counts.skipped, 0);
+}
+
+TEST_F(JobFileImportTest, AKeyThatNobodyCanNameIsRefused) {
+  const std::string longest(31, 'x');
+  importLines(banner2, {customer(longest + "\xE4"), customer(longest + "xy"),
+                        customer(std::string("K\0001", 5)), position("A", longest + "xy")});
+  EXPECT_EQ(observer.told, "3: JobID has more than 32 characters\n"
+                           "4: JobID holds the character NUL\n"
+                           "5: ChildID has more than 32 characters\n");
+  EXPECT_EQ(jobs() + positions(), longest + "ä ");
+}
+
+TEST_F(JobFileImportTest, WhichJobsAFileWouldSetBackIsKnownBeforehand) {
+  importLines(banner2, {customer("done", "13"), customer("auch", "13"), customer("offen")});
+  erp.folder.write("in.edi", std::string(banner2) + "\r\n" + customer("offen") + "\r\n" +
+                                 customer("auch", "13") + "\r\n" + customer("done") + "\r\n" +
+                                 customer("neu") + "\r\n");
+  EXPECT_EQ(jobsSetBackBy(erp.environment, file("in.edi"), JobFileVersion::Two),
+            std::vector<std::string>{"done"});
+  EXPECT_EQ(jobs(), "auch done offen ");
+  EXPECT_TRUE(jobsSetBackBy(erp.environment, file("in.edi"), JobFileVersion::One).empty());
+  EXPECT_TRUE(jobsSetBackBy(erp.environment, file("fehlt.edi"), JobFileVersion::Two).empty());
+}
+
+TEST_F(JobFileImportTest, AValueWithASeparatorIsToldByExportAndImport) {
+  importLines(banner2, {customer("K1"), customer("K2"), order("A1")});
+  execute(sql("Update ImportKopf Set Bemerkung = 'Bitte anrufen; eilt' Where JobID = 'K1'"_sql));
+  execute(sql("Insert Into ImportPos (JobID, ChildID, JobType) Values ('A1', 'P', 1001)"_sql));
+  observer = {};
+  const JobFileReport written =
+      exportJobFile(erp.environment, file("out.edi"), JobFileVersion::Two, &observer);
+  EXPECT_EQ(written.counts.unreadable, 2);
+  EXPECT_EQ(observer.told, "unreadable K1\nunreadable A1\n");
+  EXPECT_EQ(importContent(erp.folder.read("out.edi")).counts.refused, 1);
+  EXPECT_NE(observer.told.find("a value holds the separator"), std::string::npos) << observer.told;
+  EXPECT_EQ(keys(sql("Select Bemerkung From ImportKopf Where JobID = 'K1'"_sql)), "Bitte anrufen; eilt ");
 }

@@ -32,6 +32,8 @@ std::string items(const std::string& content) {
   return result;
 }
 
+const std::string tooMany =
+    "2 refused 1 the record has more fields than its kind: a value holds the separator\n";
 const std::string tooFew = "the record has too few fields\n";
 
 } // namespace
@@ -74,13 +76,34 @@ TEST(JobFileRecord, TheBannersLineEndDecides) {
             "2 record 2 \"2\";\"a|b\";\"d\";\"e\";\n4 record 1 \"1\";\"f\";\n");
 }
 
+TEST(JobFileRecord, OfALineFeedFileMayHaveCarriageReturnsAndAnyMayHaveBlanksBehindIt) {
+  EXPECT_EQ(items("B\n\"2\";\"a\r\nb\";\"d\";\"e\";\r\n\"1\";\"f\";\r\n"),
+            "2 record 2 \"2\";\"a|b\";\"d\";\"e\";\n4 record 1 \"1\";\"f\";\n");
+  EXPECT_EQ(items("B\r\n\"1\";\"a\"; \t\r\n\"2\";\"b\"; \r\n\"c\";\"d\"; \r\n"),
+            "2 record 1 \"1\";\"a\";\n3 record 2 \"2\";\"b\"; |\"c\";\"d\";\n");
+}
+
+TEST(JobFileRecord, OfACarriageReturnFileIsRead) {
+  EXPECT_EQ(items("B\r\"2\";\"a\nb\";\"d\";\"e\";\r\"1\";\"f\";\r"),
+            "2 record 2 \"2\";\"a\nb\";\"d\";\"e\";\n3 record 1 \"1\";\"f\";\n");
+  // Far behind the banner a CR belongs to a value.
+  const std::string banner(longestBannerLine, 'B');
+  EXPECT_EQ(items(banner + "\r\"1\";\"f\";\r"), "2 record 1 \"1\";\"f\";\n");
+  EXPECT_EQ(items(banner + "B\r\"1\";\"f\";\r\n\"1\";\"g\";\r\n"), "2 record 1 \"1\";\"g\";\n");
+}
+
+TEST(JobFileRecord, WithMoreFieldsThanItsKindIsRefusedAlone) {
+  EXPECT_EQ(items("B\r\n\"1\";\"a;b\";\r\n\"1\";\"c\";\r\n\"1\";\"a;b\r\n;c\";\r\n"),
+            tooMany + "3 record 1 \"1\";\"c\";\n" + "4" + tooMany.substr(1));
+}
+
 TEST(JobFileRecord, HasAtMostSixtySixFields) {
   const auto withFields = [](int number) {
     std::string line = "\"1\";";
     for (int i = 1; i < number; ++i) line += "\"\";";
     return line;
   };
-  EXPECT_EQ(items("B\r\n" + withFields(66) + "\r\n").substr(0, 8), "2 record");
+  EXPECT_EQ(items("B\r\n" + withFields(66) + "\r\n"), tooMany);
   EXPECT_EQ(items("B\r\n" + withFields(67) + "\r\nx\r\n\"1\";\"a\";\r\n"),
             "2 refused 1 the record has more than 66 fields\n3 skipped 0 \n4 record 1 \"1\";\"a\";\n");
 }
