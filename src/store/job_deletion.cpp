@@ -86,6 +86,10 @@ void JobDeletion::DelArchives(const AfterJob& afterJob) {
 }
 
 void JobDeletion::deleteDoneBefore(const Date& date, const AfterJob& afterJob) {
+  deleteDone(doneBefore(date), afterJob);
+}
+
+std::vector<std::string> JobDeletion::doneBefore(const Date& date) {
   std::vector<std::string> earlier;
   skipping("deleteDoneBefore", {}, [&] {
     const auto rows =
@@ -102,7 +106,7 @@ void JobDeletion::deleteDoneBefore(const Date& date, const AfterJob& afterJob) {
         earlier.push_back(rows->text("JobID"));
     }
   });
-  deleteDone(earlier, afterJob);
+  return earlier;
 }
 
 void JobDeletion::deleteDone(const std::vector<std::string>& jobIds, const AfterJob& afterJob) {

@@ -17,15 +17,16 @@ constexpr std::size_t recordsInGroup = 10'000;
 /// Without a unit of work the message loop runs after so many records.
 constexpr std::int64_t recordsBetweenYields = 1000;
 
+using StoreMaker = std::unique_ptr<RecordStore> (*)(const RecordPlace&);
+
 class JobFileImport {
 public:
-  JobFileImport(Environment& environment, std::filesystem::path file, JobFileVersion version,
-                JobFileObserver& observer, BusyWait* wait)
-      : environment_(environment), file_(std::move(file)), observer_(observer),
+  JobFileImport(Environment& environment, std::filesystem::path file, StoreMaker storeFor,
+                JobFileObserver& observer, BusyWait* wait, bool tellsRefused = true)
+      : environment_(environment), file_(std::move(file)), observer_(observer), tellsRefused_(tellsRefused),
         group_(environment, wait, recordsInGroup) {
     activeConnection(environment_);
-    const RecordPlace place{environment_, group_, observer_, pending_};
-    store_ = version == JobFileVersion::One ? version1RecordStore(place) : version2RecordStore(place);
+    store_ = storeFor({environment_, group_, observer_, pending_});
   }
 
   /// False for a file that has not the banner of the version.
@@ -105,6 +106,7 @@ private:
   void refuse(const JobFileItem& item, std::string_view reason) {
     ++counts_.refused;
     store_->passedOver(item.code);
+    if (!tellsRefused_) return;
     const std::string text =
         file_.string() + ", line " + std::to_string(item.line) + ": " + std::string(reason);
     environment_.diagnostics.report({"Import", text, {}});
@@ -133,6 +135,7 @@ private:
   Environment& environment_;
   std::filesystem::path file_;
   JobFileObserver& observer_;
+  bool tellsRefused_;
   JobFileCounts counts_;
   JobFileCounts pending_;
   WorkGroup group_;
@@ -157,6 +160,13 @@ void readRecords(JobFileImport& job, JobFileReport& report) {
     report.failure = failure.what();
     job.commit();
   }
+}
+
+bool anyJobDone(Environment& environment) {
+  const auto found = activeConnection(environment)
+                         .open(sql("Select Exists(Select 1 From ImportKopf Where Right(JobType,1) = '3' Or "
+                                   "JobType = 44) as found"_sql));
+  return found->value(0).truth().value_or(false);
 }
 
 bool isFile(const std::filesystem::path& file, std::string& problem) {
@@ -184,7 +194,9 @@ JobFileReport importJobFile(Environment& environment, std::string_view fileName,
     if (!isFile(file, report.failure)) {
       report.end = JobFileEnd::NoFile;
     } else {
-      JobFileImport job(environment, file, version, observer == nullptr ? nobody : *observer, wait);
+      JobFileImport job(environment, file,
+                        version == JobFileVersion::One ? version1RecordStore : version2RecordStore,
+                        observer == nullptr ? nobody : *observer, wait);
       if (job.readBanner()) {
         readRecords(job, report);
       } else {
@@ -199,6 +211,19 @@ JobFileReport importJobFile(Environment& environment, std::string_view fileName,
   }
   if (report.end != JobFileEnd::Complete) environment.diagnostics.report({"Import", report.failure, {}});
   return report;
+}
+
+void previewSetBacks(Environment& environment, std::string_view fileName, JobFileObserver& observer) {
+  try {
+    const std::filesystem::path file = pathOf(fileName);
+    std::string problem;
+    if (!isFile(file, problem) || !anyJobDone(environment)) return;
+    JobFileImport job(environment, file, version2Preview, observer, nullptr, false);
+    if (job.readBanner()) job.readRecords();
+  } catch (const std::exception& failure) {
+    environment.diagnostics.report(
+        {"Import", std::string("the file cannot be looked through: ") + failure.what(), {}});
+  }
 }
 
 } // namespace qx

@@ -21,4 +21,9 @@ namespace qx {
 JobFileReport importJobFile(Environment& environment, std::string_view fileName, JobFileVersion version,
                             JobFileObserver* observer = nullptr, BusyWait* wait = nullptr);
 
+/// Tells the observer which done jobs an import of this version-2 file would set back, without changing
+/// anything. The file is not read when no job is done. Never raises; what cannot be read is left to the
+/// import to tell.
+void previewSetBacks(Environment& environment, std::string_view fileName, JobFileObserver& observer);
+
 } // namespace qx

@@ -48,6 +48,9 @@ public:
 std::unique_ptr<RecordStore> version1RecordStore(const RecordPlace& place);
 std::unique_ptr<RecordStore> version2RecordStore(const RecordPlace& place);
 
+/// Stores nothing: it tells the observer of the done jobs that the version-2 store would set back.
+std::unique_ptr<RecordStore> version2Preview(const RecordPlace& place);
+
 /// Reads the fields of a record, `places` of them at least, into its properties. Raises `RecordRefused` for a
 /// field that its property cannot hold. Empty numbers and truth values leave the property as it was.
 template <class Record, std::size_t fields, std::size_t places>

@@ -4,6 +4,7 @@
 #include "store/record_store.h"
 #include "store/staging_writer.h"
 
+#include <optional>
 #include <string>
 
 namespace qx {
@@ -15,12 +16,13 @@ bool isDone(std::int64_t code) { return code % 10 == 3 || code == qxtJobKundenVe
 /// Each record becomes an entry object, with the starting values of one.
 class Version2RecordStore final : public RecordStore {
 public:
-  explicit Version2RecordStore(const RecordPlace& place)
-      : place_(place), flags_(ReadyFlags::read(place.environment)) {}
+  Version2RecordStore(const RecordPlace& place, bool stores)
+      : place_(place), stores_(stores), flags_(ReadyFlags::read(place.environment)) {}
 
   JobFileVersion version() const override { return JobFileVersion::Two; }
   FieldCount fieldCount() const override { return &qx::fieldCount; }
-  int passes() const override { return 2; }
+  /// Positions have a state of their own that nothing asks for: a preview leaves their pass out.
+  int passes() const override { return stores_ ? 2 : 1; }
   int passOf(std::int64_t code) const override { return lineKind(code) == LineKind::Position ? 1 : 0; }
 
   void store(const JobFileItem& record, const std::vector<std::string_view>& fields) override {
@@ -48,14 +50,27 @@ private:
                 const FieldTable<Record, fields>& table, const std::array<std::size_t, places>& order) {
     readRecord<Record>(texts, table, order, job);
     if (job.JobID.empty()) throw RecordRefused("JobID is empty");
-    place_.group.begin();
-    const auto before = writeStaged(activeConnection(place_.environment), static_cast<const Record&>(job));
+    const auto before = replaced(static_cast<const Record&>(job));
     ++place_.pending.jobs;
     if (!before || !isDone(*before) || isDone(job.JobType)) return;
     ++place_.pending.setBack;
     place_.group.afterCommit([&observer = place_.observer, line = record.line, jobId = job.JobID] {
       observer.setBack(line, jobId);
     });
+  }
+
+  /// The code of the row that the job replaces; null when it is new.
+  template <class Record>
+  std::optional<std::int16_t> replaced(const Record& job) {
+    Connection& connection = activeConnection(place_.environment);
+    if (stores_) {
+      place_.group.begin();
+      return writeStaged(connection, job);
+    }
+    const auto row =
+        connection.open(sql("Select JobType From ImportKopf where JobID = '"_sql, value(job.JobID), "'"_sql));
+    if (row->eof()) return std::nullopt;
+    return static_cast<std::int16_t>(row->value("JobType").integer().value_or(0));
   }
 
   void storePosition(const JobFileItem& record, const std::vector<std::string_view>& texts) {
@@ -84,6 +99,7 @@ private:
   }
 
   RecordPlace place_;
+  bool stores_;
   ReadyFlags flags_;
   std::string lastJob_;
   bool lastJobFound_ = false;
@@ -92,7 +108,11 @@ private:
 } // namespace
 
 std::unique_ptr<RecordStore> version2RecordStore(const RecordPlace& place) {
-  return std::make_unique<Version2RecordStore>(place);
+  return std::make_unique<Version2RecordStore>(place, true);
+}
+
+std::unique_ptr<RecordStore> version2Preview(const RecordPlace& place) {
+  return std::make_unique<Version2RecordStore>(place, false);
 }
 
 void refuseField(std::string_view name, std::string_view text) {
