@@ -101,7 +101,7 @@ Environment& Composition::open() {
   const std::string target = databaseTarget(options_);
   std::error_code ignored;
   if (!fs::exists(target, ignored))
-    throw ProgramError(ExitCode::Failure, target + ": there is no such database", initLine());
+    throw ProgramError(ExitCode::Failure, target + std::string(noDatabaseText), initLine());
   const std::shared_ptr<Connection> connection = database_.open(target);
   requireSchema(*connection, target);
   connect(connection, target);

@@ -18,6 +18,9 @@
 
 namespace qx::cli {
 
+/// How the message about a missing database ends.
+inline constexpr std::string_view noDatabaseText = ": there is no such database";
+
 /// The standalone ERP on a database file. The environment lives as long as the composition.
 class Composition final : public Installation {
 public:

@@ -2,11 +2,12 @@
 
 #include "engine/contract_check.h"
 #include "engine/job_check.h"
+#include "platform/german_cause.h"
 #include "store/job_file_export.h"
 #include "store/job_file_import.h"
 #include "store/new_job_key.h"
+#include "store/work_group.h"
 
-#include <chrono>
 #include <exception>
 #include <utility>
 
@@ -34,8 +35,7 @@ ImportJobObject2::~ImportJobObject2() {
   }
 }
 
-void ImportJobObject2::showFailure(std::string_view member, std::string_view text, std::string_view cause) {
-  environment_.diagnostics.report({member, cause, ""});
+void ImportJobObject2::showFailure(std::string_view text, std::string_view cause) {
   Message message;
   message.text = text;
   message.text += cause;
@@ -49,7 +49,8 @@ bool ImportJobObject2::guarded(std::string_view member, std::string_view text, W
     work();
     return true;
   } catch (const std::exception& error) {
-    showFailure(member, text, error.what());
+    environment_.diagnostics.report({member, error.what(), ""});
+    showFailure(text, germanCause(error));
     return false;
   }
 }
@@ -138,7 +139,8 @@ bool ImportJobObject2::ProcessJobs(bool UnEvaluated, qxProcessState ProcessState
   strGlobalProcErr = errors_.all.text();
   strGlobalKundeProcErr = errors_.customers.text();
   if (lastRun_.end != RunEnd::Broken) return true;
-  showFailure("ProcessJobs", "Fehler bei der Verarbeitung: ", lastRun_.failure);
+  environment_.diagnostics.report({"ProcessJobs", lastRun_.failure, ""});
+  showFailure("Fehler bei der Verarbeitung: ", lastRun_.failure);
   return false;
 }
 
@@ -188,16 +190,15 @@ void ImportJobObject2::DelItem(std::string_view ItemName, bool DelKundenVertrag)
 }
 
 void ImportJobObject2::DelArchives() {
-  // The window around it is drawn meanwhile.
-  auto last = environment_.clock.elapsed();
+  // Between two groups the window around it is drawn.
   guarded("DelArchives", "Fehler beim Löschen: ", [&] {
-    deletion_.DelArchives([&] {
-      constexpr std::chrono::milliseconds span{100};
-      const auto now = environment_.clock.elapsed();
-      if (now - last < span) return;
-      last = now;
-      environment_.desktop.yield();
+    WorkGroup group(environment_, nullptr);
+    group.begin();
+    deletion_.DelArchives([&group] {
+      group.endJob();
+      group.begin();
     });
+    group.finish();
   });
 }
 

@@ -193,7 +193,7 @@ public:
 private:
   bool connectSession();
   void adoptSession();
-  void showFailure(std::string_view member, std::string_view text, std::string_view cause);
+  void showFailure(std::string_view text, std::string_view cause);
   const Scrambler& scrambler();
   /// Runs a member's work; shows and reports what it raises, and returns false then.
   template <class Work>

@@ -87,6 +87,10 @@ void JobDeletion::DelArchives(const AfterJob& afterJob) {
 }
 
 void JobDeletion::deleteDoneBefore(const Date& date, const AfterJob& afterJob) {
+  deleteDone(doneBefore(date), afterJob);
+}
+
+std::vector<std::string> JobDeletion::doneBefore(const Date& date) {
   std::vector<std::string> earlier;
   skipping("deleteDoneBefore", {}, [&] {
     const auto rows =
@@ -105,7 +109,7 @@ void JobDeletion::deleteDoneBefore(const Date& date, const AfterJob& afterJob) {
       }
     }
   });
-  deleteDone(earlier, afterJob);
+  return earlier;
 }
 
 void JobDeletion::deleteDone(const std::vector<std::string>& jobIds, const AfterJob& afterJob) {

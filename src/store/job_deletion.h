@@ -29,7 +29,10 @@ public:
   void DelItem(std::string_view ItemName, bool DelKundenVertrag = false);
   /// Deletes every done job of any kind.
   void DelArchives(const AfterJob& afterJob = {});
-  /// Deletes the done jobs received before the date. A job without a readable date stays.
+  /// The keys of the done jobs received before the date. A job without a readable date is not among them and
+  /// is told to the diagnostics.
+  std::vector<std::string> doneBefore(const Date& date);
+  /// Deletes them.
   void deleteDoneBefore(const Date& date, const AfterJob& afterJob = {});
   /// Deletes the jobs of these keys that still are done when their turn comes.
   void deleteDone(const std::vector<std::string>& jobIds, const AfterJob& afterJob = {});

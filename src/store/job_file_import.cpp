@@ -53,9 +53,8 @@ public:
     observer_.progress(total_, total_);
   }
 
-  /// Which done jobs reading would set back. Nothing is stored.
-  std::vector<std::string> findSetBack() {
-    std::vector<std::string> jobs;
+  /// Tells the observer which done jobs reading would set back. Nothing is stored.
+  void findSetBack() {
     std::ifstream stream = openJobFile(file_);
     JobFileLines lines(stream, file_.string());
     lines.next();
@@ -70,9 +69,8 @@ public:
           activeConnection(environment_)
               .open(sql("Select JobType From ImportKopf where JobID = '"_sql, value(jobId), "'"_sql));
       if (!row->eof() && store_->setsBack(row->value("JobType").integer().value_or(0), item->code))
-        jobs.push_back(std::move(jobId));
+        observer_.setBack(item->line, jobId);
     }
-    return jobs;
   }
 
   /// Commits what is open.
@@ -238,17 +236,15 @@ JobFileReport importJobFile(Environment& environment, std::string_view fileName,
   return report;
 }
 
-std::vector<std::string> jobsSetBackBy(Environment& environment, std::string_view fileName,
-                                       JobFileVersion version) {
+void previewSetBacks(Environment& environment, std::string_view fileName, JobFileVersion version,
+                     JobFileObserver& observer) {
   try {
-    JobFileObserver nobody;
-    JobFileImport job(environment, pathOf(fileName), version, nobody, nullptr);
-    if (job.readBanner()) return job.findSetBack();
+    JobFileImport job(environment, pathOf(fileName), version, observer, nullptr);
+    if (job.readBanner()) job.findSetBack();
   } catch (const std::exception& failure) {
     // The import that follows meets the same failure and tells it.
     environment.diagnostics.report({"Import", failure.what(), {}});
   }
-  return {};
 }
 
 } // namespace qx

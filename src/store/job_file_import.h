@@ -4,9 +4,7 @@
 #include "platform/database.h"
 #include "store/job_file_report.h"
 
-#include <string>
 #include <string_view>
-#include <vector>
 
 namespace qx {
 
@@ -23,9 +21,9 @@ namespace qx {
 JobFileReport importJobFile(Environment& environment, std::string_view fileName, JobFileVersion version,
                             JobFileObserver* observer = nullptr, BusyWait* wait = nullptr);
 
-/// The keys of the jobs that are done and that an import of this file would set back, in the order of the
-/// file; nothing is stored. Empty, too, for a file that an import refuses as a whole.
-std::vector<std::string> jobsSetBackBy(Environment& environment, std::string_view fileName,
-                                       JobFileVersion version);
+/// Tells the observer which done jobs an import of this file would set back, in the order of the file; nothing
+/// is stored. Never raises; a file that an import refuses is left to the import to tell.
+void previewSetBacks(Environment& environment, std::string_view fileName, JobFileVersion version,
+                     JobFileObserver& observer);
 
 } // namespace qx

@@ -2,6 +2,8 @@
 
 #include "model/job_codes.h"
 
+#include <utility>
+
 namespace qx {
 namespace {
 
@@ -47,16 +49,40 @@ std::optional<Date> dayOf(const Value& value) {
 
 std::int16_t jobTypeOf(const Value& value) { return static_cast<std::int16_t>(value.integer().value_or(0)); }
 
-} // namespace
-
-Sql jobListQuery(const JobListFilter& filter, const JobListOrder& order) {
-  Sql query =
-      sql("Select Top 2000 JobType, JobID, JobType as Vorgang, Eingangsdatum, Kundennummer, Bez1, Bemerkung, "
-          "Convert(DateTime, Eingangsdatum, 104) as FormatDatum, Betreff  From [ImportKopf]"_sql);
-  static_assert(jobListLimit == 2000);
+Sql listQuery(Sql query, const JobListFilter& filter, const JobListOrder& order) {
+  query.append(sql("JobType, JobID, JobType as Vorgang, Eingangsdatum, Kundennummer, Bez1, Bemerkung, "
+                   "Convert(DateTime, Eingangsdatum, 104) as FormatDatum, Betreff  From [ImportKopf]"_sql));
   query.append(whereClause(filter)).append(orderClause(order.key));
   if (order.descending) query.append(sql("DESC"_sql));
   return query;
+}
+
+JobListRow listRowOf(Recordset& found) {
+  return {jobTypeOf(found.value("JobType")),
+          found.text("JobID"),
+          found.text("Eingangsdatum"),
+          found.text("Kundennummer"),
+          found.text("Bez1"),
+          found.text("Bemerkung"),
+          found.text("Betreff"),
+          dayOf(found.value("FormatDatum"))};
+}
+
+} // namespace
+
+Sql jobListQuery(const JobListFilter& filter, const JobListOrder& order) {
+  static_assert(jobListLimit == 2000);
+  return listQuery(sql("Select Top 2000 "_sql), filter, order);
+}
+
+std::vector<JobListRow> findJobs(Connection& connection, const JobListFilter& filter,
+                                 const JobListOrder& order,
+                                 const std::function<bool(const JobListRow&)>& wanted) {
+  const auto found = connection.openStream(listQuery(sql("Select "_sql), filter, order));
+  std::vector<JobListRow> rows;
+  for (; !found->eof() && rows.size() < jobListLimit; found->moveNext())
+    if (JobListRow row = listRowOf(*found); wanted(row)) rows.push_back(std::move(row));
+  return rows;
 }
 
 std::vector<JobListRow> readJobList(Connection& connection, const JobListFilter& filter,
@@ -64,10 +90,7 @@ std::vector<JobListRow> readJobList(Connection& connection, const JobListFilter&
   const auto found = connection.open(jobListQuery(filter, order));
   std::vector<JobListRow> rows;
   rows.reserve(found->recordCount());
-  for (; !found->eof(); found->moveNext())
-    rows.push_back({jobTypeOf(found->value("JobType")), found->text("JobID"), found->text("Eingangsdatum"),
-                    found->text("Kundennummer"), found->text("Bez1"), found->text("Bemerkung"),
-                    found->text("Betreff"), dayOf(found->value("FormatDatum"))});
+  for (; !found->eof(); found->moveNext()) rows.push_back(listRowOf(*found));
   return rows;
 }
 

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -65,6 +66,12 @@ Sql jobListQuery(const JobListFilter& filter, const JobListOrder& order);
 /// The jobs of the list. Database errors reach the caller, here and below.
 std::vector<JobListRow> readJobList(Connection& connection, const JobListFilter& filter,
                                     const JobListOrder& order);
+
+/// The jobs that the filter and the condition let through, whatever their number; `jobListLimit` of them at
+/// most.
+std::vector<JobListRow> findJobs(Connection& connection, const JobListFilter& filter,
+                                 const JobListOrder& order,
+                                 const std::function<bool(const JobListRow&)>& wanted);
 
 JobCounts countJobs(Connection& connection);
 

@@ -1,5 +1,6 @@
 #include "ui/address_dialog.h"
 
+#include "platform/german_cause.h"
 #include "ui/address_lines.h"
 
 #include "rules/german_text.h"
@@ -186,7 +187,7 @@ void AddressDialog::readStored(Block which) {
       mark(spec.customer(), CheckStatus::Error, "Der Kunde " + customer + " ist nicht angelegt.");
   } catch (const std::exception& error) {
     context_.environment.diagnostics.report({"stored address of a job", error.what(), customer});
-    notice_ = "Die Stammadresse kann nicht gelesen werden: " + std::string(error.what());
+    notice_ = "Die Stammadresse kann nicht gelesen werden: " + germanCause(error);
   }
   compare(which);
 }

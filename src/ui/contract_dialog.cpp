@@ -54,7 +54,7 @@ constexpr std::array termControls{
                 .column = "Zustand",
                 .picture = "imgZustand"},
     ControlSpec{.name = "tdbdtVertragsdatum",
-                .caption = "Vertrags&datum",
+                .caption = "Vertragsdat&um",
                 .kind = ControlKind::Date,
                 .column = "Vertragsdatum",
                 .picture = "imgVertragsdatum"},

@@ -1,5 +1,6 @@
 #include "ui/delete_by_date.h"
 
+#include "platform/german_cause.h"
 #include "store/work_group.h"
 
 #include <exception>
@@ -20,6 +21,29 @@ Date DeleteByDate::proposedDate() {
   }
 }
 
+std::optional<Date> DeleteByDate::confirmedDate(std::string_view day) {
+  constexpr std::string_view title = "Erledigte Vorgänge löschen";
+  const auto date = parseGermanDate(day);
+  if (!date) {
+    environment_.desktop.show({"'" + std::string(day) + "' ist kein Datum (tt.mm.jjjj).", std::string(title),
+                               MessageIcon::Exclamation});
+    return std::nullopt;
+  }
+  const std::size_t jobs = engine_.jobDeletion().doneBefore(*date).size();
+  const std::string before = " vor dem " + germanDate(*date) + " eingegangen.";
+  if (jobs == 0) {
+    environment_.desktop.show(
+        {"Kein erledigter Vorgang ist" + before, std::string(title), MessageIcon::Information});
+    return std::nullopt;
+  }
+  const std::string question =
+      jobs == 1 ? "Ein erledigter Vorgang ist" + before + "\r\nSoll er endgültig gelöscht werden?"
+                : std::to_string(jobs) + " erledigte Vorgänge sind" + before +
+                      "\r\nSollen sie endgültig gelöscht werden?";
+  if (!environment_.desktop.ask({question, std::string(title), MessageIcon::None})) return std::nullopt;
+  return date;
+}
+
 void DeleteByDate::deleteBefore(const Date& date) {
   try {
     WorkGroup group(environment_, nullptr);
@@ -32,7 +56,7 @@ void DeleteByDate::deleteBefore(const Date& date) {
   } catch (const std::exception& failure) {
     environment_.diagnostics.report({"deleting by date", failure.what(), {}});
     Message message;
-    message.text = std::string("Fehler beim Löschen: ") + failure.what();
+    message.text = "Fehler beim Löschen: " + germanCause(failure);
     message.icon = MessageIcon::Critical;
     environment_.desktop.show(message);
   }

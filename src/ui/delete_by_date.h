@@ -3,6 +3,9 @@
 
 #include "engine/import_job_object2.h"
 
+#include <optional>
+#include <string_view>
+
 namespace qx {
 
 /// The same day one month earlier; the last day of that month when it has no such day.
@@ -16,6 +19,9 @@ public:
 
   /// One month before the session's date; before the workstation's when that cannot be told.
   Date proposedDate();
+  /// The day of a text, after a question that names it and the number of done jobs received before it. Null
+  /// when it is not confirmed; a text that is no day, and a day before which nothing is done, are told.
+  std::optional<Date> confirmedDate(std::string_view day);
   /// Deletes the done jobs received before the day. A failure is shown; what was deleted until then stays
   /// deleted.
   void deleteBefore(const Date& date);

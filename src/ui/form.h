@@ -43,6 +43,10 @@ public:
   virtual void type(std::size_t place, std::string_view text);
   /// The clerk leaves the control: its checks run again.
   virtual void leave(std::size_t place) = 0;
+  /// A control whose text could not be taken; null when there is none.
+  virtual std::optional<std::size_t> refused() const { return std::nullopt; }
+  /// Shows the value of such a control again.
+  virtual void dropRefused(std::size_t /*place*/) {}
   /// Opens the control's lookup and takes over what was chosen. False when nothing was chosen.
   virtual bool lookUp(std::size_t place) = 0;
   /// Takes over the stored value from which the control differs.

@@ -1,6 +1,7 @@
 #include "ui/job_dialog.h"
 
 #include "model/date.h"
+#include "platform/german_cause.h"
 #include "rules/german_text.h"
 #include "settings/settings.h"
 #include "ui/address_dialog.h"
@@ -149,7 +150,7 @@ bool JobDialog::tellFailure(std::string_view text, const std::function<void()>& 
     return true;
   } catch (const std::exception& error) {
     environment().diagnostics.report({text, error.what(), jobId_});
-    notice_ = std::string(text) + ": " + error.what();
+    notice_ = std::string(text) + ": " + germanCause(error);
     environment().desktop.show({std::string(text), std::string(defaultTitle), MessageIcon::Critical});
     return false;
   }
@@ -174,7 +175,7 @@ bool JobDialog::trying(std::string_view where, const std::function<void()>& step
     return true;
   } catch (const std::exception& error) {
     environment().diagnostics.report({where, error.what(), jobId_});
-    notice_ = "Die Prüfung ist nicht möglich: " + std::string(error.what());
+    notice_ = "Die Prüfung ist nicht möglich: " + germanCause(error);
     return false;
   }
 }

@@ -2,6 +2,8 @@
 
 #include "platform/one_line.h"
 #include "rules/german_text.h"
+#include "store/job_file_import.h"
+#include "ui/import_report.h"
 
 #include <algorithm>
 #include <exception>
@@ -273,6 +275,7 @@ void JobViewPresenter::headClick(std::size_t column) {
     state_.sortDescending = descending;
   }
   refreshAndShow();
+  windows_.showCurrent();
 }
 
 void JobViewPresenter::timerTick() {
@@ -345,9 +348,13 @@ void JobViewPresenter::refreshAndShow() {
 void JobViewPresenter::listRows() {
   const auto current = currentJob();
   const auto words = wordsOf(searched_);
+  const auto wanted = [&words](const JobListRow& row) { return matches(row, words); };
   state_.rows.clear();
-  std::ranges::copy_if(found_, std::back_inserter(state_.rows),
-                       [&](const JobListRow& row) { return matches(row, words); });
+  // What is sought may stand behind the jobs that were listed.
+  const bool sought = beyondLimit() && !words.empty() && skip("search", [&] {
+                        state_.rows = findJobs(*environment_.connection, filter_, order_, wanted);
+                      });
+  if (!sought) std::ranges::copy_if(found_, std::back_inserter(state_.rows), wanted);
   ++state_.listing;
   keepCurrent(current, state_.current);
 }
@@ -396,6 +403,8 @@ void JobViewPresenter::openCurrent() {
 void JobViewPresenter::eraseCurrent() {
   const auto job = currentJob();
   if (!job) return;
+  // The question is about a job that the clerk sees.
+  windows_.showCurrent();
   skip("delete", [&] {
     if (!environment_.desktop.ask(
             {"Wollen Sie diesen Importvorgang wirklich löschen?", "Wirklich löschen?", MessageIcon::None}))
@@ -450,13 +459,35 @@ void JobViewPresenter::importChosen() {
 }
 
 void JobViewPresenter::importFile(std::string_view file) {
+  std::string told;
   {
     const Busy busy(*this, Work::Files, "Die Datei wird eingelesen...");
-    engine_.Import(file);
+    if (maySetBack(file)) told = readFile(file);
     verify();
     refresh();
   }
+  if (!told.empty()) skip("import report", [&] { windows_.report("Vorgänge einlesen", told); });
   if (closeAsked_) windows_.closeWindow();
+}
+
+/// Done jobs that a file sets back would be written to the ERP a second time: the clerk decides.
+bool JobViewPresenter::maySetBack(std::string_view file) {
+  ImportReport ahead;
+  previewSetBacks(environment_, file, JobFileVersion::Two, ahead);
+  if (!ahead.setsBack()) return true;
+  bool wanted = false;
+  skip("import question", [&] {
+    wanted = environment_.desktop.ask({ahead.question(), "Vorgänge einlesen", MessageIcon::None});
+  });
+  return wanted;
+}
+
+/// Reads a job file in; what the clerk has to know of it.
+std::string JobViewPresenter::readFile(std::string_view file) {
+  ImportReport read;
+  const JobFileReport report = importJobFile(environment_, file, JobFileVersion::Two, &read);
+  tellImport(environment_, report);
+  return read.text(file, report);
 }
 
 void JobViewPresenter::exportChosen() {
@@ -487,6 +518,16 @@ std::optional<std::string> JobViewPresenter::currentJob() const {
   return state_.rows[*state_.current].jobId;
 }
 
+std::int64_t JobViewPresenter::matchingJobs() const {
+  return (filter_.waiting ? state_.counts.waiting : 0) + (filter_.warnings ? state_.counts.warnings : 0) +
+         (filter_.errors ? state_.counts.errors : 0) + (filter_.done ? state_.counts.done : 0);
+}
+
+/// There are jobs that the list query left out.
+bool JobViewPresenter::beyondLimit() const {
+  return found_.size() == jobListLimit && matchingJobs() > static_cast<std::int64_t>(jobListLimit);
+}
+
 void JobViewPresenter::compose() {
   state_.listEnabled = work_ == Work::None && !mailComesIn_;
   composeTools();
@@ -514,19 +555,18 @@ void JobViewPresenter::composeTools() {
 }
 
 void JobViewPresenter::composeTexts() {
-  const std::int64_t matching =
-      (filter_.waiting ? state_.counts.waiting : 0) + (filter_.warnings ? state_.counts.warnings : 0) +
-      (filter_.errors ? state_.counts.errors : 0) + (filter_.done ? state_.counts.done : 0);
   state_.notice.clear();
   if (state_.databaseGone)
     state_.notice = goneNotice;
-  else if (found_.size() == jobListLimit && matching > static_cast<std::int64_t>(jobListLimit))
+  else if (beyondLimit() && state_.rows.size() == jobListLimit)
     state_.notice = limitNotice;
 
-  state_.countText = state_.rows.size() == found_.size()
-                         ? jobsInWords(found_.size())
-                         : std::to_string(state_.rows.size()) + " von " + jobsInWords(found_.size()) +
-                               (found_.size() == 1 ? "" : "n");
+  const bool searching = !wordsOf(searched_).empty();
+  const std::size_t all =
+      searching && beyondLimit() ? static_cast<std::size_t>(matchingJobs()) : found_.size();
+  state_.countText = state_.rows.size() == all ? jobsInWords(all)
+                                               : std::to_string(state_.rows.size()) + " von " +
+                                                     jobsInWords(all) + (all == 1 ? "" : "n");
 
   state_.emptyHint.clear();
   if (!state_.rows.empty()) return;

@@ -25,6 +25,10 @@ public:
   virtual void options() = 0;
   virtual void deleteDate() = 0;
   virtual void about() = 0;
+  /// Shows a long text that can be read and copied.
+  virtual void report(std::string_view title, std::string_view text) = 0;
+  /// Brings the current job into sight at once.
+  virtual void showCurrent() = 0;
   /// The state has changed. May come while a unit of work is open: the window draws when the message loop
   /// runs next, never at once.
   virtual void redraw() = 0;
@@ -143,10 +147,14 @@ private:
   void purge();
   void importChosen();
   void importFile(std::string_view file);
+  bool maySetBack(std::string_view file);
+  std::string readFile(std::string_view file);
   void exportChosen();
   void options();
   void toggle(bool JobListFilter::*state);
   std::optional<std::string> currentJob() const;
+  std::int64_t matchingJobs() const;
+  bool beyondLimit() const;
   void compose();
   void composeTools();
   void composeTexts();

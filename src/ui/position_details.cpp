@@ -64,7 +64,7 @@ constexpr std::array deliveryControls{
                 .kind = ControlKind::Number,
                 .column = "Auslieferungsmenge"},
     ControlSpec{.name = "tdbnbrFakturiermenge",
-                .caption = "Fakturierme&nge",
+                .caption = "Fakturiermen&ge",
                 .kind = ControlKind::Number,
                 .column = "Fakturiermenge"},
     ControlSpec{.name = "tdbdtLiefertermin",
@@ -111,8 +111,11 @@ PositionDetails::PositionDetails(PositionGrid& grid, std::size_t row, bool readO
 std::span<const ControlGroup> PositionDetails::groups() const { return positionGroups; }
 
 void PositionDetails::show() {
-  for (const ControlSpec* spec : specs())
-    at(spec->name).text = grid_.value(row_, ColumnName(spec->column), columnKind(spec->kind));
+  for (std::size_t place = 0; place < specs().size(); ++place) {
+    const ControlSpec& spec = *specs()[place];
+    if (!refused_.contains(place))
+      at(spec.name).text = grid_.value(row_, ColumnName(spec.column), columnKind(spec.kind));
+  }
   select("tdbMengeneinheit");
   at("txtArtikelnummer").description = grid_.articleText(row_);
   struct Place {
@@ -126,21 +129,33 @@ void PositionDetails::show() {
     else
       mark(place.control, CheckStatus::Clean);
   }
+  for (const auto& [place, reason] : refused_) mark(specs()[place]->name, CheckStatus::Error, reason);
 }
 
 void PositionDetails::leave(std::size_t place) {
   const ControlSpec& spec = *specs()[place];
-  const std::string refused =
+  std::string reason =
       grid_.setValue(row_, ColumnName(spec.column), columnKind(spec.kind), control(place).text);
-  if (refused.empty())
-    show();
-  else
-    mark(spec.name, CheckStatus::Error, refused);
+  if (reason.empty()) {
+    dropRefused(place);
+    return;
+  }
+  refused_[place] = std::move(reason);
+  show();
+}
+
+std::optional<std::size_t> PositionDetails::refused() const {
+  return refused_.empty() ? std::nullopt : std::optional(refused_.begin()->first);
+}
+
+void PositionDetails::dropRefused(std::size_t place) {
+  if (refused_.erase(place) > 0) mark(specs()[place]->name, CheckStatus::Clean);
+  show();
 }
 
 bool PositionDetails::lookUp(std::size_t place) {
   if (specs()[place]->lookup.empty() || !grid_.chooseArticle(row_)) return false;
-  show();
+  dropRefused(place);
   return true;
 }
 

@@ -3,6 +3,7 @@
 
 #include "ui/form.h"
 
+#include <map>
 #include <string>
 
 namespace qx {
@@ -10,7 +11,7 @@ namespace qx {
 class PositionGrid;
 
 /// Shows also what the grid has no room for, the cost assignment among it. What the clerk leaves reaches the
-/// position at once.
+/// position at once; a text that the position refuses stays in its control, with the reason.
 class PositionDetails final : public Form {
 public:
   /// The grid and its row must outlive the object.
@@ -18,6 +19,8 @@ public:
 
   std::span<const ControlGroup> groups() const override;
   void leave(std::size_t place) override;
+  std::optional<std::size_t> refused() const override;
+  void dropRefused(std::size_t place) override;
   bool lookUp(std::size_t place) override;
 
 private:
@@ -25,6 +28,7 @@ private:
 
   PositionGrid& grid_;
   std::size_t row_;
+  std::map<std::size_t, std::string> refused_; ///< reasons by control
 };
 
 } // namespace qx

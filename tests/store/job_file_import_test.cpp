@@ -374,11 +374,15 @@ TEST_F(JobFileImportTest, WhichJobsAFileWouldSetBackIsKnownBeforehand) {
   erp.folder.write("in.edi", std::string(banner2) + "\r\n" + customer("offen") + "\r\n" +
                                  customer("auch", "13") + "\r\n" + customer("done") + "\r\n" +
                                  customer("neu") + "\r\n");
-  EXPECT_EQ(jobsSetBackBy(erp.environment, file("in.edi"), JobFileVersion::Two),
-            std::vector<std::string>{"done"});
+  const auto told = [&](std::string_view name, JobFileVersion version) {
+    RecordingObserver observer;
+    previewSetBacks(erp.environment, file(name), version, observer);
+    return observer.told;
+  };
+  EXPECT_EQ(told("in.edi", JobFileVersion::Two), "4 set back done\n");
   EXPECT_EQ(jobs(), "auch done offen ");
-  EXPECT_TRUE(jobsSetBackBy(erp.environment, file("in.edi"), JobFileVersion::One).empty());
-  EXPECT_TRUE(jobsSetBackBy(erp.environment, file("fehlt.edi"), JobFileVersion::Two).empty());
+  EXPECT_EQ(told("in.edi", JobFileVersion::One), "");
+  EXPECT_EQ(told("fehlt.edi", JobFileVersion::Two), "");
 }
 
 TEST_F(JobFileImportTest, AValueWithASeparatorIsToldByExportAndImport) {

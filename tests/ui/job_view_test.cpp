@@ -26,6 +26,10 @@ public:
   }
   void deleteDate() override { ++deleteDates; }
   void about() override { ++abouts; }
+  void report(std::string_view title, std::string_view text) override {
+    reports.push_back(std::string(title) + "|" + std::string(text));
+  }
+  void showCurrent() override { ++currentShown; }
   void redraw() override { ++redraws; }
   void closeWindow() override { ++closings; }
 
@@ -34,7 +38,9 @@ public:
   int optionsShown = 0;
   int deleteDates = 0;
   int abouts = 0;
+  int currentShown = 0;
   int redraws = 0;
+  std::vector<std::string> reports; ///< "title|text"
   int closings = 0;
   std::function<void(std::string_view)> onOpen;
   std::function<void()> onOptions;
@@ -139,6 +145,25 @@ TEST_F(JobViewTest, ListsTheFirstTwoThousandAndSaysSo) {
   EXPECT_EQ(state.notice, "Es werden die ersten 2000 Vorgänge angezeigt.");
 }
 
+TEST_F(JobViewTest, ASearchFindsAJobBehindTheFirstTwoThousand) {
+  {
+    WorkUnit unit(erp.connection());
+    stage("LETZTER", 11, "01.01.2020", "Ölmann", "70331");
+    stage("ERLEDIGT", 13, "01.01.2020", "Ölmann", "70331");
+    for (int i = 0; i < 2001; ++i) stage("J" + std::to_string(i), 10);
+    unit.commit();
+  }
+  show();
+  view.search("öLMANN 703");
+  EXPECT_EQ(listed(), "LETZTER ");
+  EXPECT_EQ(state.countText, "1 von 2002 Vorgängen");
+  EXPECT_EQ(state.notice, "");
+  view.search("gibt es nicht");
+  EXPECT_EQ(state.emptyHint, "Kein Vorgang passt zu der Suche\nLeeren Sie das Suchfeld, um alle zu sehen.");
+  view.search("");
+  EXPECT_EQ(state.rows.size(), jobListLimit);
+}
+
 TEST_F(JobViewTest, SearchesWhatIsListedAndKeepsTheCurrentJob) {
   stage("A", 10, "24.11.2026", "MÜLLER & Söhne", "10023", "Neukunde");
   stage("B", 30, "24.11.2026", "Hafenbau", "10007", "Bestellung 5");
@@ -178,6 +203,7 @@ TEST_F(JobViewTest, DeletesAfterAQuestionWithOrWithoutThePermission) {
   view.key(JobViewKey::Delete);
   ASSERT_EQ(erp.desktop.asked.size(), 1U);
   EXPECT_EQ(erp.desktop.asked[0].text, "Wollen Sie diesen Importvorgang wirklich löschen?");
+  EXPECT_GT(windows.currentShown, 0) << "the clerk sees what is asked about";
   EXPECT_EQ(erp.desktop.asked[0].title, "Wirklich löschen?");
   EXPECT_EQ(listed(), "K ");
   erp.desktop.answer = true;
@@ -349,6 +375,75 @@ TEST_F(JobViewTest, AFileHandedOverBeforeIsReadInOnceAndFilesAreAskedFor) {
   EXPECT_EQ(listed(), "");
   view.command("ImportProcessTransactions");
   EXPECT_EQ(listed(), "A ");
+  EXPECT_TRUE(erp.desktop.asked.empty());
+  EXPECT_TRUE(windows.reports.empty());
+}
+
+TEST_F(JobViewTest, AFileThatSetsDoneJobsBackIsReadOnlyAfterAQuestion) {
+  stage("A", 10, "24.11.2026", "Müller");
+  stage("B", 30, "24.11.2026", "Hafen");
+  stage("C", 13, "24.11.2026", "Kontor");
+  show();
+  erp.desktop.file = (erp.folder.path() / "jobs.edi").string();
+  view.command("Export");
+  erp.execute(sql("Update ImportKopf Set JobType = 33 Where JobID = 'B'"_sql));
+  erp.execute(sql("Update ImportKopf Set Bez1 = 'geändert' Where JobID = 'A'"_sql));
+  const auto typeOfB = [&] { return erp.text(sql("Select JobType From ImportKopf Where JobID = 'B'"_sql)); };
+
+  view.command("ImportProcessTransactions");
+  ASSERT_EQ(erp.desktop.asked.size(), 1U);
+  EXPECT_EQ(erp.desktop.asked[0].title, "Vorgänge einlesen");
+  EXPECT_EQ(erp.desktop.asked[0].text,
+            "Ein Vorgang der Datei ist hier schon erledigt und würde wieder zurückgesetzt:\r\n\r\n"
+            "Zeile 3: B\r\n\r\n"
+            "Die nächste Verarbeitung schreibt sie dann noch einmal in die Warenwirtschaft.\r\n"
+            "Soll die Datei trotzdem eingelesen werden?");
+  EXPECT_EQ(typeOfB(), "33");
+  EXPECT_EQ(erp.text(sql("Select Bez1 From ImportKopf Where JobID = 'A'"_sql)), "geändert");
+  EXPECT_TRUE(windows.reports.empty());
+
+  erp.desktop.answer = true;
+  view.command("ImportProcessTransactions");
+  EXPECT_EQ(typeOfB(), "30");
+  ASSERT_EQ(windows.reports.size(), 1U);
+  EXPECT_EQ(
+      windows.reports[0],
+      "Vorgänge einlesen|" + *erp.desktop.file +
+          "\r\n\r\nEingelesen wurden 3 Vorgänge und 0 Positionen.\r\n"
+          "\r\nErledigte Vorgänge, die zurückgesetzt wurden (die nächste Verarbeitung schreibt sie noch "
+          "einmal):\r\nZeile 3: B\r\n");
+}
+
+TEST_F(JobViewTest, RefusedLinesOfAFileAreListedWithTheirReasonsInGerman) {
+  stage("A", 10, "24.11.2026", "Müller");
+  show();
+  erp.desktop.file = (erp.folder.path() / "jobs.edi").string();
+  view.command("Export");
+  std::ofstream(*erp.desktop.file, std::ios::app) << "\"30\";\"kurz\";\r\n";
+  view.command("ImportProcessTransactions");
+  EXPECT_EQ(erp.desktop.texts(), "Beim Importieren der Daten sind Fehler aufgetreten, es konnten evtl. nicht "
+                                 "alle Daten importiert werden.\n");
+  ASSERT_EQ(windows.reports.size(), 1U);
+  EXPECT_TRUE(windows.reports[0].ends_with("\r\n\r\nEingelesen wurden 1 Vorgang und 0 Positionen.\r\n"
+                                           "\r\nNicht eingelesen wurden:\r\n"
+                                           "Zeile 3: Die Datei endet mitten im Satz.\r\n"))
+      << windows.reports[0];
+}
+
+TEST_F(JobViewTest, DoneJobsAreDeletedInFewUnitsOfWork) {
+  for (int i = 0; i < 20; ++i) stage("D" + std::to_string(i), 13);
+  stage("W", 10);
+  show();
+  int inUnits = 0;
+  int yields = 0;
+  erp.desktop.onYield = [&] {
+    ++yields;
+    inUnits += erp.connection().inWork() ? 1 : 0;
+  };
+  view.command("DeleteViewDone");
+  EXPECT_EQ(erp.text(sql("Select Count(*) From ImportKopf"_sql)), "1");
+  EXPECT_EQ(inUnits, 0);
+  EXPECT_LE(yields, 3) << "each unit of work yields at its end";
 }
 
 TEST_F(JobViewTest, ThePlaceIsAlwaysKeptAndRestoredBySwitches) {

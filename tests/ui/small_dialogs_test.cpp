@@ -1,4 +1,5 @@
 // Deleting by date and what the about box tells.
+#include "platform/german_cause.h"
 #include "support/test_erp.h"
 #include "ui/about_box.h"
 #include "ui/delete_by_date.h"
@@ -36,6 +37,37 @@ TEST_F(SmallDialogs, TheDayProposedGoesByTheSession) {
   EXPECT_EQ(germanDate(deletion.proposedDate()), "24.10.2026") << "the workstation's";
 }
 
+TEST_F(SmallDialogs, ADayIsConfirmedWithTheNumberOfJobsAndARubbishOneIsRefused) {
+  erp.execute(sql("Insert Into ImportKopf (JobID, JobType, Eingangsdatum) Values ('A', 13, '01.01.2026'), "
+                  "('B', 33, '31.12.2025'), ('C', 33, '02.01.2026'), ('D', 30, '01.01.2020'), "
+                  "('E', 13, 'gestern')"_sql));
+  EXPECT_FALSE(deletion.confirmedDate("31.02.2026"));
+  EXPECT_FALSE(deletion.confirmedDate("01.01.2001"));
+  ASSERT_EQ(erp.desktop.shown.size(), 2U);
+  EXPECT_EQ(erp.desktop.shown[0].text, "'31.02.2026' ist kein Datum (tt.mm.jjjj).");
+  EXPECT_EQ(erp.desktop.shown[1].text, "Kein erledigter Vorgang ist vor dem 01.01.2001 eingegangen.");
+  EXPECT_TRUE(erp.desktop.asked.empty());
+  EXPECT_FALSE(deletion.confirmedDate("2.1.2026"));
+  ASSERT_EQ(erp.desktop.asked.size(), 1U);
+  EXPECT_EQ(erp.desktop.asked[0].text, "2 erledigte Vorgänge sind vor dem 02.01.2026 eingegangen.\r\n"
+                                       "Sollen sie endgültig gelöscht werden?");
+  erp.desktop.answer = true;
+  const auto day = deletion.confirmedDate("01.01.2026");
+  ASSERT_TRUE(day);
+  EXPECT_EQ(erp.desktop.asked.back().text, "Ein erledigter Vorgang ist vor dem 01.01.2026 eingegangen.\r\n"
+                                           "Soll er endgültig gelöscht werden?");
+  EXPECT_EQ(erp.count(sql("Select Count(*) From ImportKopf"_sql)), 5);
+}
+
+TEST(GermanCause, SaysInGermanWhatADatabaseSaysInEnglish) {
+  EXPECT_EQ(germanCause(BusyError("erp.db: database is locked", 5)),
+            "Die Datenbank wird gerade von einem anderen Programm benutzt. (erp.db: database is locked)");
+  EXPECT_EQ(germanCause(StoreError("erp.db: disk I/O error", 10)),
+            "Die Datenbank kann nicht gelesen oder geschrieben werden. (erp.db: disk I/O error)");
+  EXPECT_EQ(germanCause(StatementError("Der Vorgang ist nicht mehr vorhanden.", 0)),
+            "Der Vorgang ist nicht mehr vorhanden.");
+}
+
 TEST_F(SmallDialogs, ADeletionThatFailsIsTold) {
   erp.execute(
       sql("Insert Into ImportKopf (JobID, JobType, Eingangsdatum) Values ('A', 13, '01.01.2026')"_sql));
@@ -43,7 +75,10 @@ TEST_F(SmallDialogs, ADeletionThatFailsIsTold) {
   deletion.deleteBefore(makeDate(2026, 11, 24));
   ASSERT_EQ(erp.desktop.shown.size(), 1U);
   EXPECT_EQ(erp.desktop.shown[0].icon, MessageIcon::Critical);
-  EXPECT_EQ(erp.desktop.shown[0].text.rfind("Fehler beim Löschen: ", 0), 0U);
+  EXPECT_EQ(erp.desktop.shown[0].text.rfind(
+                "Fehler beim Löschen: Die Datenbank kann nicht gelesen oder geschrieben werden. (", 0),
+            0U)
+      << erp.desktop.shown[0].text;
 }
 
 TEST_F(SmallDialogs, TheSystemInformationNamesDatabaseUserAndDate) {

@@ -8,6 +8,7 @@
 #include <QDialog>
 #include <QHBoxLayout>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QVBoxLayout>
@@ -25,14 +26,18 @@ protected:
   void keyPressEvent(QKeyEvent* event) override;
 
 private:
+  bool leadToRefused();
+
   WindowMemory memory_;
+  Form& controls_;
   ControlForm* form_;
+  QLabel* notice_;
 };
 
 FormWindow::FormWindow(QWidget* parent, Environment& environment, Form& form, const QString& title,
                        std::string_view memoryKey)
-    : QDialog(parent), memory_(environment, memoryKey),
-      form_(new ControlForm(form, environment.desktop, fromQt(title))) {
+    : QDialog(parent), memory_(environment, memoryKey), controls_(form),
+      form_(new ControlForm(form, environment.desktop, fromQt(title))), notice_(new QLabel(this)) {
   setObjectName(QStringLiteral("frmAngaben"));
   setWindowTitle(title);
   auto* scroll = new QScrollArea(this);
@@ -49,19 +54,49 @@ FormWindow::FormWindow(QWidget* parent, Environment& environment, Form& form, co
   auto* row = new QHBoxLayout;
   row->addStretch(1);
   row->addWidget(close);
+  notice_->setObjectName(QStringLiteral("lblHinweis"));
+  notice_->setTextFormat(Qt::PlainText);
+  notice_->setWordWrap(true);
+  notice_->hide();
+  connect(form_, &ControlForm::edited, notice_,
+          [this] { notice_->setVisible(controls_.refused().has_value()); });
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(scroll, 1);
+  layout->addWidget(notice_);
   layout->addLayout(row);
   memory_.restore(*this, nullptr, form_->sizeHint() + QSize(48, fontMetrics().lineSpacing() * 5));
 }
 
 void FormWindow::done(int result) {
   form_->commit();
+  // What was typed there would vanish with the window.
+  if (leadToRefused()) return;
   memory_.keep(*this, nullptr);
   QDialog::done(result);
 }
 
+/// Puts the cursor into a control whose text could not be taken. False when there is none.
+bool FormWindow::leadToRefused() {
+  const auto place = controls_.refused();
+  if (!place) return false;
+  form_->focusControl(controls_.specs()[*place]->name);
+  notice_->setText(
+      toQt(controls_.control(*place).message) +
+      QStringLiteral(" Bitte berichtigen Sie das Feld, oder verwerfen Sie die Eingabe mit Esc."));
+  notice_->show();
+  return true;
+}
+
 void FormWindow::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Escape) {
+    form_->commit();
+    if (const auto place = controls_.refused()) {
+      controls_.dropRefused(*place);
+      form_->render();
+      notice_->setVisible(leadToRefused());
+      return;
+    }
+  }
   if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter)
     QDialog::keyPressEvent(event);
   else if (auto* button = qobject_cast<QPushButton*>(focusWidget()))

@@ -25,6 +25,34 @@ constexpr int measuredRows = 100; ///< whose texts decide how wide the columns b
 constexpr int widestColumn = 260;
 constexpr int shownReasons = 3;
 
+/// The tabulator goes from cell to cell and leaves the table before its first and after its last one.
+class CellTable final : public QTableView {
+public:
+  using QTableView::QTableView;
+
+protected:
+  bool focusNextPrevChild(bool next) override {
+    if (atEnd(next)) return QWidget::focusNextPrevChild(next);
+    return QTableView::focusNextPrevChild(next);
+  }
+  void closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) override {
+    const bool beyond = (hint == QAbstractItemDelegate::EditNextItem && atEnd(true)) ||
+                        (hint == QAbstractItemDelegate::EditPreviousItem && atEnd(false));
+    QTableView::closeEditor(editor, beyond ? QAbstractItemDelegate::NoHint : hint);
+  }
+
+private:
+  bool atEnd(bool last) const {
+    const QModelIndex current = currentIndex();
+    if (!current.isValid()) return true;
+    if (current.row() != (last ? model()->rowCount() - 1 : 0)) return false;
+    const int step = last ? 1 : -1;
+    for (int column = current.column() + step; column >= 0 && column < model()->columnCount(); column += step)
+      if (!isColumnHidden(column)) return false;
+    return true;
+  }
+};
+
 QToolButton* rowButton(QWidget* parent, const QString& text, const QString& name, const QString& tip) {
   auto* button = new QToolButton(parent);
   button->setText(text);
@@ -37,7 +65,7 @@ QToolButton* rowButton(QWidget* parent, const QString& text, const QString& name
 } // namespace
 
 GridView::GridView(JobGrid& grid, bool customerSpecific, QWidget* parent)
-    : QWidget(parent), grid_(grid), model_(new GridModel(grid, this)), table_(new QTableView(this)),
+    : QWidget(parent), grid_(grid), model_(new GridModel(grid, this)), table_(new CellTable(this)),
       summary_(new QLabel(this)), notice_(new QLabel(this)) {
   table_->setObjectName(toQt(grid.name()));
   table_->setModel(model_);
@@ -45,7 +73,7 @@ GridView::GridView(JobGrid& grid, bool customerSpecific, QWidget* parent)
   table_->setItemDelegate(delegate);
   table_->setAlternatingRowColors(true);
   table_->setWordWrap(false);
-  table_->setTabKeyNavigation(true);
+  table_->setTabKeyNavigation(grid.editable());
   table_->setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed |
                           QAbstractItemView::AnyKeyPressed);
   table_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
@@ -99,6 +127,7 @@ GridView::GridView(JobGrid& grid, bool customerSpecific, QWidget* parent)
   });
   showNotice({});
   showSummary();
+  fold();
 }
 
 void GridView::addActions() {
@@ -140,7 +169,17 @@ void GridView::render() {
     setCurrent(std::min(before.row(), model_->rowCount() - 1), before.column());
   if (remove_ != nullptr) remove_->setEnabled(model_->rowCount() > 0);
   showSummary();
+  fold();
 }
+
+/// An empty table in which nothing can be added is no more than its one line below.
+void GridView::fold() {
+  const bool folded = isFolded();
+  table_->setVisible(!folded);
+  setMaximumHeight(folded ? sizeHint().height() : QWIDGETSIZE_MAX);
+}
+
+bool GridView::isFolded() const { return !grid_.editable() && model_->rowCount() == 0; }
 
 void GridView::setCurrent(int row, int column) {
   if (row >= 0 && row < model_->rowCount()) table_->setCurrentIndex(model_->index(row, column));

@@ -35,6 +35,8 @@ public:
   /// Puts the cursor into a cell whose text was refused. False when there is none.
   bool showRefused();
   bool hasRefused() const;
+  /// There is nothing but one line to be seen.
+  bool isFolded() const;
 
 signals:
   /// Cells were set, or rows added or removed.
@@ -48,6 +50,7 @@ protected:
 private:
   void addActions();
   void setWidths();
+  void fold();
   void addRow();
   void lookUp(const QModelIndex& cell);
   void removeRows();

@@ -12,7 +12,7 @@ JobDetailsPane::JobDetailsPane(QWidget* parent) : QWidget(parent), text_(new QPl
   // Readable by keyboard without catching the tabulator.
   text_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   text_->setTabChangesFocus(true);
-  auto* caption = new QLabel(QStringLiteral("&Befunde des Vorgangs"), this);
+  auto* caption = new QLabel(QStringLiteral("Be&funde des Vorgangs"), this);
   caption->setBuddy(text_);
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);

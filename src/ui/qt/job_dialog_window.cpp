@@ -270,7 +270,8 @@ void JobDialogWindow::setSizes() {
   const int line = fontMetrics().lineSpacing();
   const int formHeight = form_->sizeHint().height() + 4;
   const int findingsHeight = line * 8;
-  const int gridHeight = grid_ != nullptr ? line * 12 : 0;
+  int gridHeight = 0;
+  if (grid_ != nullptr) gridHeight = grid_->isFolded() ? grid_->sizeHint().height() : line * 12;
   const QSize usual(form_->sizeHint().width() + line * 8,
                     formHeight + findingsHeight + gridHeight + line * 8);
   splitter_->setStretchFactor(0, 0);

@@ -1,7 +1,9 @@
 #include "ui/qt/job_list_view.h"
 
 #include "ui/job_view_terms.h"
+#include "ui/qt/quiet_text.h"
 
+#include <QEvent>
 #include <QHeaderView>
 #include <QLabel>
 #include <QPainter>
@@ -67,7 +69,7 @@ JobListView::JobListView(QWidget* parent) : QTableView(parent), hint_(new QLabel
   setItemDelegateForColumn(static_cast<int>(JobColumn::JobType), new JobPictureDelegate(this));
   hint_->setObjectName(QStringLiteral("lblEmptyHint"));
   hint_->setAlignment(Qt::AlignCenter);
-  hint_->setForegroundRole(QPalette::PlaceholderText);
+  colourHint();
   hint_->setAttribute(Qt::WA_TransparentForMouseEvents);
   hint_->hide();
 }
@@ -104,6 +106,17 @@ QString JobListView::currentRowText() const {
 void JobListView::resizeEvent(QResizeEvent* event) {
   QTableView::resizeEvent(event);
   placeHint();
+}
+
+void JobListView::changeEvent(QEvent* event) {
+  QTableView::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange) colourHint();
+}
+
+void JobListView::colourHint() {
+  QPalette colours = hint_->palette();
+  colours.setColor(QPalette::WindowText, quietText(palette()));
+  hint_->setPalette(colours);
 }
 
 void JobListView::placeHint() { hint_->setGeometry(viewport()->rect()); }

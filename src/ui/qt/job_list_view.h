@@ -21,9 +21,11 @@ public:
 
 protected:
   void resizeEvent(QResizeEvent* event) override;
+  void changeEvent(QEvent* event) override;
 
 private:
   void placeHint();
+  void colourHint();
 
   QLabel* hint_;
 };

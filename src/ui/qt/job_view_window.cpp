@@ -5,6 +5,7 @@
 #include "ui/qt/job_list_view.h"
 #include "ui/qt/pictures.h"
 #include "ui/qt/text.h"
+#include "ui/qt/window_memory.h"
 
 #include <QAction>
 #include <QApplication>
@@ -76,14 +77,20 @@ std::int64_t countOf(const JobCounts& counts, std::string_view filterTool) {
 QString withoutAccessKey(std::string_view caption) { return toQt(caption).remove(QLatin1Char('&')); }
 
 /// Moved and cut so that all of it can be seen on one screen.
-QRect onScreen(QRect wanted) {
+QRect onScreen(const QWidget& window, QRect wanted) {
   const QScreen* screen = QGuiApplication::screenAt(wanted.center());
   if (screen == nullptr) screen = QGuiApplication::primaryScreen();
   if (screen == nullptr) return wanted;
   const QRect available = screen->availableGeometry();
-  wanted.setSize(wanted.size().boundedTo(available.size()));
-  wanted.moveLeft(std::clamp(wanted.left(), available.left(), available.right() - wanted.width() + 1));
-  wanted.moveTop(std::clamp(wanted.top(), available.top(), available.bottom() - wanted.height() + 1));
+  const QSize room = roomFor(window, *screen);
+  wanted.setSize(wanted.size().boundedTo(room));
+  // The frame stands to both sides, most of it above.
+  const int side = (available.width() - room.width()) / 2;
+  const int above = available.height() - room.height() - side;
+  wanted.moveLeft(std::clamp(wanted.left(), available.left() + side,
+                             available.left() + side + room.width() - wanted.width()));
+  wanted.moveTop(std::clamp(wanted.top(), available.top() + above,
+                            available.top() + above + room.height() - wanted.height()));
   return wanted;
 }
 
@@ -449,6 +456,15 @@ void JobViewWindow::about() {
   if (dialogs_.about) dialogs_.about(this);
 }
 
+void JobViewWindow::report(std::string_view title, std::string_view text) {
+  if (dialogs_.report) dialogs_.report(this, title, text);
+}
+
+void JobViewWindow::showCurrent() {
+  render();
+  if (list_->currentIndex().isValid()) list_->scrollTo(list_->currentIndex());
+}
+
 void JobViewWindow::redraw() {
   if (std::exchange(drawPending_, true)) return;
   QMetaObject::invokeMethod(
@@ -564,7 +580,7 @@ void JobViewWindow::restorePlace() {
   if (stored.left) wanted.moveLeft(*stored.left);
   if (stored.top) wanted.moveTop(*stored.top);
   wanted.setSize(wanted.size().expandedTo(minimumSizeHint()));
-  wanted = onScreen(wanted);
+  wanted = onScreen(*this, wanted);
   if (stored.left || stored.top)
     setGeometry(wanted);
   else

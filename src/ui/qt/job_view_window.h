@@ -37,6 +37,7 @@ struct JobViewDialogs {
   std::function<void(QWidget* parent)> options;
   std::function<void(QWidget* parent)> deleteDate;
   std::function<void(QWidget* parent)> about;
+  std::function<void(QWidget* parent, std::string_view title, std::string_view text)> report;
 };
 
 /// Shows what the presenter says and passes on what the clerk does; decides nothing.
@@ -70,6 +71,8 @@ private:
   void options() override;
   void deleteDate() override;
   void about() override;
+  void report(std::string_view title, std::string_view text) override;
+  void showCurrent() override;
   void redraw() override;
   void closeWindow() override;
   /// @}

@@ -1,5 +1,6 @@
 #include "ui/qt/lookup_window.h"
 
+#include "platform/german_cause.h"
 #include "settings/settings.h"
 #include "ui/qt/text.h"
 
@@ -51,7 +52,8 @@ LookupPage LookupModel::nextPage() {
     return page;
   } catch (const std::exception& error) {
     next_.reset();
-    failure_ = QStringLiteral("Die Einträge können nicht gelesen werden: ") + toQt(error.what()).simplified();
+    failure_ =
+        QStringLiteral("Die Einträge können nicht gelesen werden: ") + toQt(germanCause(error)).simplified();
     diagnostics_.report({pages_.source().name, error.what(), ""});
     return {};
   }

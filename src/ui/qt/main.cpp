@@ -14,12 +14,14 @@
 #include "ui/qt/pictures.h"
 #include "ui/qt/qt_desktop.h"
 #include "ui/qt/qt_job_view.h"
+#include "ui/qt/quiet_text.h"
 #include "ui/qt/small_windows.h"
 #include "ui/qt/text.h"
 
 #include <QApplication>
 #include <QLibraryInfo>
 #include <QLocale>
+#include <QPalette>
 #include <QStyle>
 #include <QTranslator>
 
@@ -33,6 +35,8 @@ namespace {
 using cli::ExitCode;
 using cli::ProgramError;
 
+constexpr std::string_view noLockText = "the import cannot be locked: ";
+
 /// The dialogs that the job window opens.
 JobViewDialogs dialogsOf(const DialogContext& context) {
   JobViewDialogs dialogs;
@@ -45,6 +49,9 @@ JobViewDialogs dialogsOf(const DialogContext& context) {
     DeleteDateWindow(context.environment, context.engine, parent).exec();
   };
   dialogs.about = [&context](QWidget* parent) { AboutWindow(context.environment, parent).exec(); };
+  dialogs.report = [](QWidget* parent, std::string_view title, std::string_view text) {
+    ErrorWindow(text, parent, title).exec();
+  };
   return dialogs;
 }
 
@@ -105,8 +112,8 @@ ExitCode openView(const cli::ViewArguments& arguments, Diagnostics& diagnostics,
   const LockOutcome lock = engine.importLock().take(&wait);
   if (lock.state == LockState::Refused) return ExitCode::Refused;
   if (lock.state == LockState::Unavailable)
-    throw ProgramError(ExitCode::Failure, "the import cannot be locked: " + lock.reason,
-                       "Try again when no other program holds the database.");
+    throw ProgramError(ExitCode::Failure, std::string(noLockText) + lock.reason,
+                       "Try again when no other program holds the database, and see that it can be written.");
   engine.JobViewShow();
   if (!view.isOpen() && !ending.ended() && !loopEnd.unloaded()) return ExitCode::Failure;
   if (!ending.ended() && !loopEnd.unloaded()) QApplication::exec();
@@ -119,11 +126,12 @@ void tellOnMessages(const ProgramError& error) {
   std::cerr << std::flush;
 }
 
-void tell(QtDesktop& desktop, const ProgramError& error) {
+/// Tells the clerk in a sentence, and those who look after the installation in their words.
+void tell(QtDesktop& desktop, const ProgramError& error, std::string_view sentence) {
   tellOnMessages(error);
   Message message;
-  message.text = "Die Importvorgänge können nicht geöffnet werden.\r\n\r\n";
-  message.text += error.what();
+  message.text = "Die Importvorgänge können nicht geöffnet werden.\r\n" + std::string(sentence) +
+                 "\r\n\r\nFür die Betreuung: " + error.what();
   if (!error.nextStep().empty()) message.text += "\r\n" + error.nextStep();
   message.icon = MessageIcon::Critical;
   desktop.show(message);
@@ -149,6 +157,10 @@ void dress(QApplication& application) {
   QApplication::setQuitOnLastWindowClosed(false);
   if (QApplication::style()->name() == QStringLiteral("windows"))
     QApplication::setStyle(QStringLiteral("Fusion"));
+  QPalette colours = QApplication::palette();
+  for (const auto group : {QPalette::Active, QPalette::Inactive})
+    colours.setColor(group, QPalette::PlaceholderText, quietText(colours));
+  QApplication::setPalette(colours);
   auto* const german = new QTranslator(&application);
   if (german->load(QStringLiteral("qtbase_de"), QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
     QApplication::installTranslator(german);
@@ -161,19 +173,26 @@ ExitCode runInWindow(int& count, char** arguments, const cli::ViewArguments& par
   dress(application);
   StreamDiagnostics diagnostics(std::cerr, parsed.options.verbose);
   QtDesktop desktop(diagnostics);
-  const auto end = [&](const ProgramError& error) {
-    tell(desktop, error);
+  const auto end = [&](const ProgramError& error, std::string_view sentence) {
+    tell(desktop, error, sentence);
     return error.code();
   };
   try {
     return openView(parsed, diagnostics, desktop);
   } catch (const ProgramError& error) {
-    return end(error);
+    const bool missing = std::string_view(error.what()).ends_with(cli::noDatabaseText);
+    const bool locked = std::string_view(error.what()).starts_with(noLockText);
+    return end(error, missing  ? "Die Datenbank gibt es nicht."
+                      : locked ? "Die Sperre kann nicht in die Datenbank geschrieben werden."
+                               : "Der Aufruf oder die Datenbank passt nicht zu diesem Programm.");
   } catch (const BusyError& error) {
     return end(ProgramError(ExitCode::Failure, error.what(),
-                            "Another program holds the database. Try again when it has finished."));
+                            "Another program holds the database. Try again when it has finished."),
+               "Die Datenbank wird gerade von einem anderen Programm benutzt. Versuchen Sie es später noch "
+               "einmal.");
   } catch (const std::exception& error) {
-    return end(ProgramError(ExitCode::Failure, error.what()));
+    return end(ProgramError(ExitCode::Failure, error.what()),
+               "Die Datenbank kann nicht gelesen oder geschrieben werden.");
   }
 }
 

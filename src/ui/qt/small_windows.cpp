@@ -2,15 +2,16 @@
 
 #include "cli/version.h"
 #include "erp/schema.h"
+#include "model/date.h"
 #include "ui/about_box.h"
 #include "ui/qt/pictures.h"
 #include "ui/qt/text.h"
 
 #include <QApplication>
 #include <QClipboard>
-#include <QDateEdit>
 #include <QFormLayout>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSysInfo>
@@ -75,15 +76,16 @@ QHBoxLayout* makeButtonRow(std::initializer_list<QPushButton*> buttons) {
 } // namespace
 
 DeleteDateWindow::DeleteDateWindow(Environment& environment, ImportJobObject2& engine, QWidget* parent)
-    : QDialog(parent), deletion_(environment, engine), date_(new QDateEdit) {
+    : QDialog(parent), deletion_(environment, engine), date_(new QLineEdit),
+      remove_(makeButton(QStringLiteral("&Löschen"), "cmdOK")) {
   setObjectName(QStringLiteral("frmDeleteDate"));
   setWindowTitle(QStringLiteral("Erledigte Vorgänge löschen"));
-  const Date day = deletion_.proposedDate();
   date_->setObjectName(QStringLiteral("dtDeleteDate"));
-  date_->setDisplayFormat(QStringLiteral("dd.MM.yyyy"));
-  date_->setCalendarPopup(true);
-  date_->setDate(QDate(static_cast<int>(day.year()), static_cast<int>(static_cast<unsigned>(day.month())),
-                       static_cast<int>(static_cast<unsigned>(day.day()))));
+  date_->setPlaceholderText(QStringLiteral("tt.mm.jjjj"));
+  date_->setText(toQt(germanDate(deletion_.proposedDate())));
+  date_->selectAll();
+  connect(date_, &QLineEdit::textChanged, this,
+          [this](const QString& text) { remove_->setEnabled(parseGermanDate(fromQt(text)).has_value()); });
   auto* const fields = new QFormLayout;
   fields->addRow(QStringLiteral("Eingang &vor dem:"), date_);
   auto* const hint = new QLabel(
@@ -91,32 +93,33 @@ DeleteDateWindow::DeleteDateWindow(Environment& environment, ImportJobObject2& e
                      "Vorgänge vom Tag selbst bleiben."));
   hint->setWordWrap(true);
   hint->setMinimumWidth(hint->fontMetrics().averageCharWidth() * hintColumns);
-  QPushButton* const remove = makeButton(QStringLiteral("&Löschen"), "cmdOK");
-  remove->setDefault(true);
-  connect(remove, &QPushButton::clicked, this, &DeleteDateWindow::accept);
+  remove_->setDefault(true);
+  connect(remove_, &QPushButton::clicked, this, &DeleteDateWindow::accept);
   QPushButton* const cancel = makeButton(QStringLiteral("Abbrechen"), "cmdCancel");
+  // Enter belongs to the deletion, also while there is no day.
+  cancel->setAutoDefault(false);
   connect(cancel, &QPushButton::clicked, this, &DeleteDateWindow::reject);
   auto* const layout = new QVBoxLayout(this);
   layout->addWidget(hint);
   layout->addLayout(fields);
   layout->addStretch();
-  layout->addLayout(makeButtonRow({remove, cancel}));
+  layout->addLayout(makeButtonRow({remove_, cancel}));
   date_->setFocus();
 }
 
 void DeleteDateWindow::accept() {
-  const QDate day = date_->date();
+  const auto day = deletion_.confirmedDate(fromQt(date_->text()));
+  if (!day) return;
   {
     const Hourglass hourglass;
-    deletion_.deleteBefore(
-        makeDate(day.year(), static_cast<unsigned>(day.month()), static_cast<unsigned>(day.day())));
+    deletion_.deleteBefore(*day);
   }
   QDialog::accept();
 }
 
-ErrorWindow::ErrorWindow(std::string_view text, QWidget* parent) : QDialog(parent) {
+ErrorWindow::ErrorWindow(std::string_view text, QWidget* parent, std::string_view title) : QDialog(parent) {
   setObjectName(QStringLiteral("frmError"));
-  setWindowTitle(QStringLiteral("Fehler"));
+  setWindowTitle(toQt(title));
   QPlainTextEdit* const box = makeTextBox(toQt(text));
   box->setObjectName(QStringLiteral("txtError"));
   box->setAccessibleName(QStringLiteral("Fehlertext"));

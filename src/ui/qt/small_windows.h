@@ -9,28 +9,30 @@
 #include <string>
 #include <string_view>
 
-class QDateEdit;
+class QLineEdit;
+class QPushButton;
 
 namespace qx {
 
-/// `frmDeleteDate`: asks for a day and deletes the done jobs received before it.
+/// `frmDeleteDate`: asks for a day and, after a question, deletes the done jobs received before it.
 class DeleteDateWindow final : public QDialog {
 public:
   /// Environment and engine outlive the window.
   DeleteDateWindow(Environment& environment, ImportJobObject2& engine, QWidget* parent = nullptr);
 
-  /// Deletes, under the hourglass, and closes.
+  /// Asks, deletes under the hourglass and closes; stays open when nothing was deleted.
   void accept() override;
 
 private:
   DeleteByDate deletion_;
-  QDateEdit* date_;
+  QLineEdit* date_;
+  QPushButton* remove_;
 };
 
 /// `frmError`: shows a text that can be copied.
 class ErrorWindow final : public QDialog {
 public:
-  explicit ErrorWindow(std::string_view text, QWidget* parent = nullptr);
+  explicit ErrorWindow(std::string_view text, QWidget* parent = nullptr, std::string_view title = "Fehler");
 };
 
 /// `frmAbout2`: the program and its ERP, and the system information on demand.

@@ -28,6 +28,12 @@ QList<int> numbers(const QString& text) {
 
 } // namespace
 
+QSize roomFor(const QWidget& window, const QScreen& screen) {
+  const QSize frame = window.frameGeometry().size() - window.size();
+  const QSize usual(16, window.fontMetrics().height() + 24);
+  return screen.availableSize() - frame.expandedTo(usual);
+}
+
 bool WindowMemory::restore(QWidget& window, QSplitter* splitter, const QSize& usual) const {
   QList<int> kept;
   try {
@@ -37,7 +43,7 @@ bool WindowMemory::restore(QWidget& window, QSplitter* splitter, const QSize& us
   }
   const bool whole = kept.size() >= 2 && kept[0] > 0 && kept[1] > 0;
   const QSize size = whole ? QSize(kept[0], kept[1]) : usual;
-  window.resize(size.boundedTo(window.screen()->availableSize()));
+  window.resize(size.boundedTo(roomFor(window, *window.screen())));
   const bool places = whole && splitter != nullptr && kept.size() == splitter->count() + 2;
   if (places) splitter->setSizes(kept.mid(2));
   return whole && (places || splitter == nullptr);

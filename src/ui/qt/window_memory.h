@@ -6,11 +6,16 @@
 #include <string>
 #include <string_view>
 
+class QScreen;
 class QSize;
 class QSplitter;
 class QWidget;
 
 namespace qx {
+
+/// How large a window may be inside its frame so that all of it can be seen on a screen. Before the window is
+/// framed a usual frame is allowed for.
+QSize roomFor(const QWidget& window, const QScreen& screen);
 
 /// Keeps a window's size and the places of its splitter in the user's settings, under a key per window. A
 /// failure is told to the diagnostics; the window has its usual size then.

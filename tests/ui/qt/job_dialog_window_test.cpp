@@ -10,6 +10,7 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QScreen>
 #include <QTableView>
 #include <QToolButton>
 
@@ -408,7 +409,7 @@ TEST_F(JobDialogWindowTest, RowsAreAddedPastedCopiedAndRemoved) {
     EXPECT_EQ(table.model()->rowCount(), 4);
     EXPECT_EQ(cell(window, 3, "Menge").data().toString(), QStringLiteral("4"));
     EXPECT_THAT(fromQt(child<QLabel>(window, "lblTabelleHinweis").text()),
-                HasSubstr("Zeile 3, Menge: 'viel' ist keine Zahl."));
+                HasSubstr("Position 3, Menge: 'viel' ist keine Zahl."));
     table.selectionModel()->select(QItemSelection(cell(window, 2, "Artikelnummer"), cell(window, 3, "Menge")),
                                    QItemSelectionModel::ClearAndSelect);
     QTest::keyClick(&table, Qt::Key_C, Qt::ControlModifier);
@@ -470,6 +471,92 @@ TEST_F(JobDialogWindowTest, TheDetailsOfAPositionReachItsRowAndF4ChoosesItsArtic
     QTest::keyClick(&table, Qt::Key_F4);
     EXPECT_EQ(cell(window, 0, "Artikelnummer").data().toString(), QStringLiteral("B200"));
     EXPECT_THAT(findingCodes(window), Contains("PR 1"));
+  });
+}
+
+TEST_F(JobDialogWindowTest, AnUnreadableNumberKeepsTheDetailsOfAPositionOpen) {
+  stageOrder("O1");
+  stagePriced("O1", 1, 3);
+  show("O1", [&](QDialog& window) {
+    auto& table = child<QTableView>(window, "TDBGrid1");
+    table.setCurrentIndex(cell(window, 0, "Details"));
+    table.setFocus();
+    inNextWindow([](QDialog& details) {
+      auto& quantity = child<QLineEdit>(details, "tdbnbrMenge");
+      enterInto(details, "tdbnbrMenge", "2 Stück");
+      enterInto(details, "tdbnbrPreis", "9");
+      EXPECT_EQ(quantity.text(), QStringLiteral("2 Stück")) << "another field does not take it away";
+      press(details, "cmdClose");
+      ASSERT_TRUE(details.isVisible());
+      EXPECT_TRUE(quantity.hasFocus());
+      EXPECT_THAT(fromQt(child<QLabel>(details, "lblHinweis").text()),
+                  testing::StartsWith("'2 Stück' ist keine Zahl."));
+      QTest::keyClick(&quantity, Qt::Key_Escape);
+      ASSERT_TRUE(details.isVisible());
+      EXPECT_EQ(quantity.text(), QStringLiteral("3"));
+      EXPECT_FALSE(child<QLabel>(details, "lblHinweis").isVisible());
+      QTest::keyClick(&quantity, Qt::Key_Escape);
+      EXPECT_FALSE(details.isVisible());
+    });
+    QTest::keyClick(&table, Qt::Key_Space);
+    EXPECT_EQ(cell(window, 0, "Menge").data().toString(), QStringLiteral("3"));
+    EXPECT_EQ(cell(window, 0, "Preis").data().toString(), QStringLiteral("9,00"));
+  });
+}
+
+TEST_F(JobDialogWindowTest, TheTabulatorLeavesATableAtItsEnds) {
+  stageOrder("O1");
+  stagePriced("O1", 10, 3);
+  stagePriced("O1", 20, 4);
+  show("O1", [](QDialog& window) {
+    auto& table = child<QTableView>(window, "TDBGrid1");
+    EXPECT_EQ(table.model()->headerData(1, Qt::Vertical).toString(), QStringLiteral("20"));
+    table.setCurrentIndex(cell(window, 0, "Status"));
+    table.setFocus();
+    int steps = 0;
+    while (table.hasFocus() && steps < 100) {
+      QTest::keyClick(&table, Qt::Key_Tab);
+      ++steps;
+    }
+    EXPECT_EQ(steps, 24) << "two rows of twelve cells";
+    EXPECT_TRUE(child<QToolButton>(window, "cmdZeileNeu").hasFocus());
+    table.setCurrentIndex(cell(window, 0, "Status"));
+    table.setFocus();
+    QTest::keyClick(&table, Qt::Key_Backtab);
+    EXPECT_FALSE(table.hasFocus());
+    typeInto(window, 1, "Liefertermin", "24.12.2026");
+    EXPECT_TRUE(table.hasFocus()) << "the editor of the last cell goes back to its table";
+    EXPECT_EQ(table.currentIndex(), cell(window, 1, "Liefertermin"));
+  });
+}
+
+TEST_F(JobDialogWindowTest, EveryAccessKeyStandsForOneThing) {
+  stageOrder("O1");
+  stagePriced("O1", 1, 3);
+  stageCustomer("K1", "20001");
+  stageContract("V1");
+  for (const char* job : {"O1", "K1", "V1"})
+    show(
+        job, [](QDialog& window) { expectSingleAccessKeys(window); }, true);
+  show("O1", [&](QDialog& window) {
+    auto& table = child<QTableView>(window, "TDBGrid1");
+    table.setCurrentIndex(cell(window, 0, "Details"));
+    table.setFocus();
+    inNextWindow([](QDialog& details) { expectSingleAccessKeys(details); });
+    QTest::keyClick(&table, Qt::Key_Space);
+  });
+}
+
+TEST_F(JobDialogWindowTest, AWindowFitsItsScreenWithItsFrame) {
+  erp.localSettings.write("QXImportJob", "MAIN", "DialogKunde", "5000,5000");
+  stageCustomer("K1", "20001");
+  show("K1", [](QDialog& window) {
+    const QRect screen = window.screen()->availableGeometry();
+    EXPECT_LE(window.height(), screen.height() - 30);
+    EXPECT_LE(window.width(), screen.width());
+    EXPECT_LE(window.mapToGlobal(child<QPushButton>(window, "cmdSpeichern").geometry().bottomLeft()).y(),
+              screen.bottom());
+    EXPECT_FALSE(child<QTableView>(window, "TDBGrid1").isVisible()) << "there are no contracts";
   });
 }
 

@@ -261,6 +261,46 @@ TEST_F(JobViewWindowTest, ARefreshKeepsTheCurrentJobAndTheScrollPosition) {
   EXPECT_EQ(list().verticalScrollBar()->value(), scrolled);
 }
 
+TEST_F(JobViewWindowTest, AHeadClickKeepsTheCurrentJobInSight) {
+  {
+    WorkUnit unit(erp.connection());
+    for (int i = 0; i < 200; ++i)
+      erp.execute(sql("Insert Into ImportKopf (JobID, JobType, Eingangsdatum, Kundennummer) Values ('"_sql,
+                      value("Z" + std::to_string(i)), "', 10, '01.01.2020', '5')"_sql));
+    unit.commit();
+  }
+  open();
+  const auto inSight = [this] {
+    return list().viewport()->rect().intersects(list().visualRect(list().currentIndex()));
+  };
+  list().selectRow(0);
+  clickHeader(JobColumn::Eingangsdatum);
+  EXPECT_GT(list().currentIndex().row(), 150);
+  EXPECT_TRUE(inSight());
+  list().verticalScrollBar()->setValue(0);
+  ASSERT_FALSE(inSight());
+  QTest::keyClick(&list(), Qt::Key_Delete);
+  ASSERT_EQ(erp.desktop.asked.size(), 1U);
+  EXPECT_TRUE(inSight());
+}
+
+TEST_F(JobViewWindowTest, EveryAccessKeyStandsForOneThing) {
+  open();
+  expectSingleAccessKeys(*window);
+}
+
+TEST_F(JobViewWindowTest, TheHintOfTheEmptyListCanBeReadOnADarkGround) {
+  QPalette dark;
+  dark.setColor(QPalette::Base, QColor(0x23, 0x26, 0x29));
+  dark.setColor(QPalette::Text, QColor(0xfc, 0xfc, 0xfc));
+  dark.setColor(QPalette::PlaceholderText, QColor(0, 0, 0, 128));
+  open();
+  list().setPalette(dark);
+  QCoreApplication::processEvents();
+  auto& hint = control<QLabel>("lblEmptyHint");
+  EXPECT_GT(hint.palette().color(hint.foregroundRole()).lightness(), 150);
+}
+
 TEST_F(JobViewWindowTest, ComesBackWhereItWasOnAVisibleScreen) {
   erp.setSetting("Allgemein", "Individual", "VLK");
   for (const char* key : {"FenstergrößeSpeichern", "FensterpositionSpeichern"})

@@ -3,12 +3,18 @@
 
 #include <gtest/gtest.h>
 
+#include <QAbstractButton>
+#include <QAction>
 #include <QApplication>
 #include <QDialog>
+#include <QGroupBox>
+#include <QLabel>
+#include <QMenuBar>
 #include <QTest>
 #include <QTimer>
 
 #include <functional>
+#include <map>
 
 namespace qx {
 
@@ -49,6 +55,25 @@ inline void typeText(QWidget& widget, const char* text) {
   for (const QChar letter : QString::fromUtf8(text))
     QTest::sendKeyEvent(QTest::Click, &widget, static_cast<Qt::Key>(letter.toUpper().unicode()), letter,
                         Qt::NoModifier);
+}
+
+/// Fails for a letter that is marked twice among the menus, buttons and labels of a window.
+inline void expectSingleAccessKeys(QWidget& window) {
+  std::map<QChar, QString> texts;
+  const auto take = [&texts](const QString& text) {
+    const qsizetype mark = text.indexOf(QLatin1Char('&'));
+    if (mark < 0 || mark + 1 == text.size()) return;
+    const auto [known, added] = texts.emplace(text[mark + 1].toLower(), text);
+    EXPECT_TRUE(added) << text.toStdString() << " and " << known->second.toStdString();
+  };
+  for (const QLabel* label : window.findChildren<QLabel*>())
+    if (label->buddy() != nullptr) take(label->text());
+  for (const QAbstractButton* button : window.findChildren<QAbstractButton*>())
+    if (button->objectName() != QStringLiteral("qt_toolbar_ext_button")) take(button->text());
+  for (const QGroupBox* box : window.findChildren<QGroupBox*>()) take(box->title());
+  for (const QMenuBar* bar : window.findChildren<QMenuBar*>())
+    for (const QAction* menu : bar->actions()) take(menu->text());
+  EXPECT_FALSE(texts.empty());
 }
 
 /// Replaces what stands in a field and goes on to the next one.

@@ -1,0 +1,28 @@
+#include "platform/german_cause.h"
+
+#include "platform/database_error.h"
+
+#include <string_view>
+
+namespace qx {
+namespace {
+
+std::string_view sentenceFor(const DatabaseError& error) {
+  if (dynamic_cast<const BusyError*>(&error) != nullptr)
+    return "Die Datenbank wird gerade von einem anderen Programm benutzt.";
+  if (dynamic_cast<const StatementError*>(&error) != nullptr) return "Die Datenbank hat das abgelehnt.";
+  if (dynamic_cast<const WorkLostError*>(&error) != nullptr)
+    return "Die Datenbank hat die Änderungen zurückgenommen.";
+  return "Die Datenbank kann nicht gelesen oder geschrieben werden.";
+}
+
+} // namespace
+
+std::string germanCause(const std::exception& error) {
+  const auto* const database = dynamic_cast<const DatabaseError*>(&error);
+  // A failure that no database has numbered was found by the program itself.
+  if (database == nullptr || database->nativeCode() == 0) return error.what();
+  return std::string(sentenceFor(*database)) + " (" + error.what() + ")";
+}
+
+} // namespace qx
