@@ -374,7 +374,7 @@ TEST_F(JobFileImportTest, WhichJobsAFileWouldSetBackIsKnownBeforehand) {
   erp.folder.write("in.edi", std::string(banner2) + "\r\n" + customer("offen") + "\r\n" +
                                  customer("auch", "13") + "\r\n" + customer("done") + "\r\n" +
                                  customer("neu") + "\r\n");
-  const auto told = [&](std::string_view name, JobFileVersion version) {
+  const auto told = [&](const char* name, JobFileVersion version) {
     RecordingObserver observer;
     previewSetBacks(erp.environment, file(name), version, observer);
     return observer.told;
