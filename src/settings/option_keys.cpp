@@ -55,7 +55,7 @@ constexpr std::array table{
     general("KundeAdressProof", "chkKundeAdressProof", "customer check"),
     general("KundeDelete", "chkKundeDelete", "purge"),
     general("VTDelete", "chkVTDelete", "purge"),
-    general("VTImportModified", "chkVTImportModified", "job files"),
+    general("VTImportModified", "chkVTImportModified", ""),
     general("AuftragDelete", "chkAuftragDelete", "purge"),
     general("KostenzuordnungAuftrag", "chkKostZuordnung", "order check, order dialog"),
     general("KostAutomatischAnlegen", "chkCreateKost", "cost assignment"),
