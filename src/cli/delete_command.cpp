@@ -17,6 +17,19 @@ void print(const Output& output, std::int64_t deleted) {
   json.beginObject().key("deleted").number(deleted).endObject().finish();
 }
 
+void print(const Output& output, const JobDeletion& deletion) {
+  if (output.json) {
+    JsonWriter json(output.result);
+    json.beginObject().key("deleted").number(deletion.deletedHeaders());
+    json.key("undated").number(deletion.undatedJobs());
+    json.key("refused").number(deletion.refusedStatements()).endObject().finish();
+    return;
+  }
+  print(output, deletion.deletedHeaders());
+  if (deletion.undatedJobs() > 0)
+    output.result << deletion.undatedJobs() << " kept: no readable date of receipt\n";
+}
+
 } // namespace
 
 ExitCode DeleteCommand::work(const Workplace& place) {
@@ -55,8 +68,11 @@ ExitCode PurgeCommand::work(const Workplace& place) {
   else
     deletion.DelArchives(afterJob);
   group.finish();
-  print(place.output, deletion.deletedHeaders());
-  return ExitCode::Success;
+  print(place.output, deletion);
+  if (deletion.refusedStatements() == 0) return ExitCode::Success;
+  place.output.messages << "The database refused " << deletion.refusedStatements()
+                        << " statements; --verbose tells the reason." << std::endl;
+  return ExitCode::Failure;
 }
 
 } // namespace qx::cli

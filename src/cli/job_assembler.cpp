@@ -182,9 +182,28 @@ void JobAssembler::finishPosition(Builder& builder, std::int16_t code) {
                    "the code of these positions is " + std::to_string(code));
   record.JobID = checkedKey(std::move(record.JobID), builder.line("JobID"), "JobID", true);
   record.ChildID = checkedKey(std::move(record.ChildID), builder.line("ChildID"), "ChildID", true);
+  if constexpr (std::is_same_v<std::decay_t<decltype(record)>, AuftragsPosFields>) completeOrderPosition();
   if (record.ChildID.empty()) record.ChildID = newJobKey(environment_);
   const std::int64_t line = builder.line("ChildID");
   area_.add(record, line == 0 ? positionLine_ : line);
+}
+
+/// An order position is of no use without article and quantity; what follows from them need not be given.
+void JobAssembler::completeOrderPosition() {
+  AuftragsPosFields& position = orderPosition_.record();
+  const auto need = [&](std::string_view name, bool missing) {
+    const std::int64_t line = orderPosition_.line(name);
+    if (missing) refusePosition(line == 0 ? positionLine_ : line, name, "a position of an order needs it");
+  };
+  need("Artikelnummer", position.Artikelnummer.empty());
+  need("Menge", !orderPosition_.given("Menge"));
+  if (!orderPosition_.given("Auslieferungsmenge")) position.Auslieferungsmenge = position.Menge;
+  if (!orderPosition_.given("Fakturiermenge")) position.Fakturiermenge = position.Menge;
+  const bool numbered = orderPosition_.given("Positionsnummer");
+  if (positionNumber_ == 1) positionsAreNumbered_ = numbered;
+  if (numbered != positionsAreNumbered_)
+    refusePosition(positionLine_, "Positionsnummer", "either all positions of an order have one or none");
+  if (!numbered) position.Positionsnummer = static_cast<std::int32_t>(positionNumber_);
 }
 
 void JobAssembler::endJob() {
@@ -211,8 +230,12 @@ void JobAssembler::finishJob(Builder& builder, std::int16_t code, std::int16_t o
                                 std::to_string(otherCode));
   record.JobID = checkedKey(std::move(record.JobID), builder.line("JobID"), "JobID", false);
   if (record.JobID.empty()) record.JobID = newJobKey(environment_);
-  const std::int64_t line = builder.line("JobID");
-  area_.add(record, line == 0 ? jobLine_ : line);
+  const std::int64_t keyLine = builder.line("JobID");
+  const std::int64_t line = keyLine == 0 ? jobLine_ : keyLine;
+  if constexpr (std::is_same_v<std::decay_t<decltype(record)>, VertragFields>)
+    area_.add(record, line, builder.given("Intervall"));
+  else
+    area_.add(record, line);
 }
 
 std::string JobAssembler::checkedKey(std::string key, std::int64_t line, std::string_view field,

@@ -52,6 +52,7 @@ private:
   void finishJob(Builder& builder, std::int16_t code, std::int16_t otherCode = 0);
   template <class Builder>
   void finishPosition(Builder& builder, std::int16_t code);
+  void completeOrderPosition();
   std::string checkedKey(std::string key, std::int64_t line, std::string_view field, bool inPosition) const;
 
   Environment& environment_;
@@ -71,6 +72,7 @@ private:
   std::int64_t positionsLine_ = 0;
   std::int64_t positionNumber_ = 0;
   std::int64_t positionLine_ = 0;
+  bool positionsAreNumbered_ = false; ///< by the file, as its first position shows
   std::vector<StageProperty> waitingProperties_;
   std::vector<WaitingPosition> waitingPositions_;
 };

@@ -26,6 +26,7 @@ public:
   void begin() {
     record_ = initial_;
     lines_.fill(0);
+    given_.fill(false);
   }
   /// Null when the property was taken, else what is wrong. A null value counts as not given.
   std::optional<std::string> add(StageProperty& property, bool contract) {
@@ -35,6 +36,7 @@ public:
     if (line != 0) return "the property stands already on line " + std::to_string(line);
     line = property.line;
     if (std::holds_alternative<std::monostate>(property.value)) return std::nullopt;
+    given_[place->second] = true;
     const auto& field = table[place->second];
     const DateRule rule{contract, contract && field.name == "Vertragsende"};
     return field.visit(record_,
@@ -45,11 +47,15 @@ public:
   /// The line of a property, or 0 when it was not given.
   std::int64_t line(std::string_view name) const { return lines_[fieldIndex(table, name)]; }
 
+  /// Whether the object has a value for the property; null is none.
+  bool given(std::string_view name) const { return given_[fieldIndex(table, name)]; }
+
 private:
   Record initial_;
   Record record_;
   std::unordered_map<std::string_view, std::size_t> places_;
   std::array<std::int64_t, table.size()> lines_{};
+  std::array<bool, table.size()> given_{};
 };
 
 } // namespace qx::cli

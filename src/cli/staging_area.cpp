@@ -70,11 +70,12 @@ void StagingArea::add(const KundeFields& job, std::int64_t line) {
   endJob(line);
 }
 
-void StagingArea::add(const VertragFields& job, std::int64_t line) {
+void StagingArea::add(const VertragFields& job, std::int64_t line, bool hasInterval) {
   headers_->addNew();
   setColumns<vertragFields>(*headers_, job, "Vertragsende");
   const bool open = job.Vertragsende.empty() || job.Vertragsende == openContractEnd;
   headers_->set("Vertragsende", open ? Value::null() : Value(job.Vertragsende));
+  if (!hasInterval) headers_->set("Intervall", Value::null());
   endJob(line);
 }
 

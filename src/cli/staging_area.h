@@ -50,7 +50,8 @@ public:
   void add(const AuftragsPosFields& position, std::int64_t line);
   void add(const ImportJobSubItem& position, std::int64_t line);
   void add(const KundeFields& job, std::int64_t line);
-  void add(const VertragFields& job, std::int64_t line);
+  /// Without an interval the column stays null, for which the processing has a default.
+  void add(const VertragFields& job, std::int64_t line, bool hasInterval);
   void add(const AuftragFields& job, std::int64_t line);
   /// After the last job. Null when no key stands twice.
   std::optional<KeyConflict> finish();

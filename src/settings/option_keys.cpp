@@ -64,7 +64,7 @@ constexpr std::array table{
     general("KundeAdressProof", "chkKundeAdressProof", "customer check"),
     general("KundeDelete", "chkKundeDelete", "purge", OnRule::One),
     general("VTDelete", "chkVTDelete", "purge", OnRule::One),
-    general("VTImportModified", "chkVTImportModified", "job files"),
+    general("VTImportModified", "chkVTImportModified", ""),
     general("AuftragDelete", "chkAuftragDelete", "purge", OnRule::One),
     general("KostenzuordnungAuftrag", "chkKostZuordnung", "order check, order dialog", OnRule::AtLeastOne),
     general("KostAutomatischAnlegen", "chkCreateKost", "cost assignment"),

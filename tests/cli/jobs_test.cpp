@@ -44,7 +44,7 @@ TEST_F(Jobs, AreFilteredByKindAndState) {
 
 TEST_F(Jobs, AreShownWithTheColumnsOfTheirTables) {
   ASSERT_EQ(stage(R"({"type":"Auftrag","JobID":"A","Kundennummer":"1","Positionen":[
-                      {"ChildID":"P","Positionsnummer":3,"Menge":1.5,"Preis":10,"Lieferbereit":true}]})")
+                      {"ChildID":"P","Positionsnummer":3,"Artikelnummer":"A","Menge":1.5,"Preis":10,"Lieferbereit":true}]})")
                 .status,
             0);
   const Json listedJob = run({"list", "--json"}).json().at(0);
@@ -208,7 +208,7 @@ TEST_F(Jobs, AreReleasedOnlyWhenTheyHaveWarningsOrErrors) {
 TEST_F(Jobs, AreDeletedWithTheirPositionsAndOnDemandWithTheirContracts) {
   ASSERT_EQ(
       stage(
-          R"([{"type":"Auftrag","JobID":"A","Positionen":[{},{}]},{"type":"Kunde","JobID":"K","Kundennummer":"1"},
+          R"([{"type":"Auftrag","JobID":"A","Positionen":[{"Artikelnummer":"A","Menge":1},{"Artikelnummer":"A","Menge":1}]},{"type":"Kunde","JobID":"K","Kundennummer":"1"},
                       {"type":"Vertrag","JobID":"V1","JobType":40,"Kundennummer":"1"},
                       {"type":"Vertrag","JobID":"V2","JobType":40,"Kundennummer":"1"}])")
           .status,
@@ -232,10 +232,26 @@ TEST_F(Jobs, ThatAreDoneArePurgedAllOrUpToADay) {
   setJobType("unlesbar", 23);
   erp.execute(sql("Update ImportKopf Set Eingangsdatum = 'bald' Where JobID = 'unlesbar'"_sql));
   EXPECT_EQ(run({"purge", "--before", "2026-11-24"}).status, 2);
-  EXPECT_EQ(run({"purge", "--before", "24.11.2026", "--json"}).output, "{\"deleted\":1}\n");
+  EXPECT_EQ(run({"purge", "--before", "24.11.2026", "--json"}).output,
+            "{\"deleted\":1,\"undated\":1,\"refused\":0}\n");
+  EXPECT_EQ(run({"purge", "--before", "1.1.2020"}).output,
+            "0 deleted\n1 kept: no readable date of receipt\n");
   EXPECT_EQ(listed(), (Keys{"unlesbar", "offen", "neu"}));
-  EXPECT_EQ(run({"purge", "--json"}).output, "{\"deleted\":2}\n");
+  EXPECT_EQ(run({"purge", "--json"}).output, "{\"deleted\":2,\"undated\":0,\"refused\":0}\n");
   EXPECT_EQ(listed(), Keys{"offen"});
+}
+
+TEST_F(Jobs, ThatTheDatabaseKeepsEndAPurgeWithFour) {
+  ASSERT_EQ(stage(R"({"type":"Kunde","JobID":"A"})").status, 0);
+  setJobType("A", 13);
+  erp.execute(
+      sql("Create Trigger bleibt Before Delete On ImportKopf Begin Select raise(abort, 'nein'); End"_sql));
+  const ProgramResult result = run({"purge"});
+  EXPECT_EQ(result.status, 4);
+  EXPECT_EQ(result.output, "0 deleted\n");
+  EXPECT_NE(result.messages.find("The database refused 1 statements"), std::string::npos) << result.messages;
+  EXPECT_EQ(run({"purge", "--json"}).output, "{\"deleted\":0,\"undated\":0,\"refused\":1}\n");
+  EXPECT_EQ(listed(), Keys{"A"});
 }
 
 } // namespace

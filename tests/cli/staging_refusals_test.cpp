@@ -59,6 +59,15 @@ const Refusal refusals[] = {
     {"code of another kind", R"({"type":"Vertrag","JobType":10})", 1, "JobType", "has the code 20 or 40"},
     {"code of a position", R"({"type":"Auftrag","Positionen":[{"JobType":1001}]})", 1,
      "Positionen[1].JobType", "code of these positions is 50"},
+    {"position without an article", "{\"type\":\"Auftrag\",\"Positionen\":[\n{\"Menge\":1}]}", 2,
+     "Positionen[1].Artikelnummer", "needs it"},
+    {"position without a quantity",
+     "{\"type\":\"Auftrag\",\"Positionen\":[{\"Artikelnummer\":\"A\",\n\"Menge\":null}]}", 2,
+     "Positionen[1].Menge", "needs it"},
+    {"some positions with a number",
+     "{\"Positionen\":[{\"Artikelnummer\":\"A\",\"Menge\":1,\"Positionsnummer\":1},\n"
+     "{\"Artikelnummer\":\"A\",\"Menge\":1}],\"type\":\"Auftrag\"}",
+     2, "Positionen[2].Positionsnummer", "all positions of an order have one or none"},
     {"property twice", "{\"type\":\"Kunde\",\n\"Bez1\":\"a\",\n\"Bez1\":\"b\"}", 3, "Bez1",
      "already on line 2"},
     {"property twice before the type", "{\"Bez1\":\"a\",\n\"Bez1\":null,\"type\":\"Kunde\"}", 2, "Bez1",
@@ -66,7 +75,8 @@ const Refusal refusals[] = {
     {"type twice", "{\"type\":\"Kunde\",\n\"type\":\"Kunde\"}", 2, "type", "already on line 1"},
     {"positions twice", "{\"type\":\"Auftrag\",\"Positionen\":[],\n\"Positionen\":[]}", 2, "Positionen",
      "already on line 1"},
-    {"unknown property of a position", "{\"type\":\"Auftrag\",\"Positionen\":[{},\n{\"Artikel\":\"1\"}]}", 2,
+    {"unknown property of a position",
+     "{\"type\":\"Auftrag\",\"Positionen\":[{\"Artikelnummer\":\"A\",\"Menge\":1},\n{\"Artikel\":\"1\"}]}", 2,
      "Positionen[2].Artikel", "no such property"},
     {"wrong value of a position that stands before the type",
      "{\"Positionen\":[\n{\"Menge\":\"2\"}],\n\"type\":\"Auftrag\"}", 2, "Positionen[1].Menge",
@@ -74,10 +84,12 @@ const Refusal refusals[] = {
     {"job key twice", "{\"type\":\"Kunde\",\"JobID\":\"A1\"}\n{\"type\":\"Kunde\",\"JobID\":\"a1\"}", 2,
      "JobID", "stands already in object 1 on line 1"},
     {"position key twice",
-     "{\"type\":\"Auftrag\",\"Positionen\":[{\"ChildID\":\"P\"},\n{\"ChildID\":\"P\"}]}", 2, "ChildID",
-     "stands already in object 1 on line 1"},
-    {"position of another job", R"({"type":"Auftrag","JobID":"A","Positionen":[{"JobID":"B"}]})", 1, "JobID",
-     "the JobID 'B' of another job"},
+     "{\"type\":\"Auftrag\",\"Positionen\":[{\"ChildID\":\"P\",\"Artikelnummer\":\"A\",\"Menge\":1},\n{"
+     "\"ChildID\":\"P\",\"Artikelnummer\":\"A\",\"Menge\":1}]}",
+     2, "ChildID", "stands already in object 1 on line 1"},
+    {"position of another job",
+     R"({"type":"Auftrag","JobID":"A","Positionen":[{"JobID":"B","Artikelnummer":"A","Menge":1}]})", 1,
+     "JobID", "the JobID 'B' of another job"},
     {"comma too many", "[\n{\"type\":\"Kunde\"},\n]", 3, "", "no valid JSON"},
     {"end in the middle", "[{\"type\":\"Kunde\"},\n{\"type\":", 2, "", "it ends in the middle"},
     {"something after the array", "[{\"type\":\"Kunde\"}]\n{\"type\":\"Kunde\"}", 1, "", "follows the array"},
@@ -120,9 +132,13 @@ TEST_F(StagingRefusals, AGoodJobBeforeABadOneIsNotStaged) {
 }
 
 TEST_F(StagingRefusals, APositionKeyOfAnotherStagedJobIsRefused) {
-  ASSERT_EQ(stage(R"({"type":"Auftrag","JobID":"A","Positionen":[{"ChildID":"P"}]})").status, 0);
-  const ProgramResult result = stage("{\"type\":\"Kunde\",\"JobID\":\"K\"}\n{\"type\":\"Auftrag\",\"JobID\":"
-                                     "\"B\",\"Positionen\":[{\"ChildID\":\"p\"}]}");
+  ASSERT_EQ(
+      stage(R"({"type":"Auftrag","JobID":"A","Positionen":[{"ChildID":"P","Artikelnummer":"A","Menge":1}]})")
+          .status,
+      0);
+  const ProgramResult result =
+      stage("{\"type\":\"Kunde\",\"JobID\":\"K\"}\n{\"type\":\"Auftrag\",\"JobID\":"
+            "\"B\",\"Positionen\":[{\"ChildID\":\"p\",\"Artikelnummer\":\"A\",\"Menge\":1}]}");
   EXPECT_EQ(result.status, 2);
   EXPECT_EQ(result.json()["line"], 2);
   EXPECT_NE(result.output.find("belongs to the job 'A'"), std::string::npos);

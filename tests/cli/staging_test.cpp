@@ -40,6 +40,7 @@ TEST_F(Staging, LeavesTheRowThatTheEntryObjectsLeave) {
   kunde.AddItem();
   Vertrag vertrag(erp.environment);
   vertrag.Menge = 2.5;
+  vertrag.Intervall = 6;
   vertrag.Vertragsende = "999999";
   vertrag.IndFild4 = "vier";
   vertrag.AddItem();
@@ -50,6 +51,8 @@ TEST_F(Staging, LeavesTheRowThatTheEntryObjectsLeave) {
   AuftragsPos position(erp.environment);
   position.Positionsnummer = 10;
   position.Rabatt = 5;
+  position.Artikelnummer = "A";
+  position.Menge = position.Auslieferungsmenge = position.Fakturiermenge = 3;
   position.AddItem();
   const auto headers = sql("Select * From ImportKopf"_sql);
   // All columns; the keys come first in one table, third in none.
@@ -62,9 +65,9 @@ TEST_F(Staging, LeavesTheRowThatTheEntryObjectsLeave) {
   const std::string jobs =
       R"({"type":"Kunde","JobID":")" + kunde.JobID +
       R"(","Kundennummer":"10001","Preistyp":1,"KundeSeit":"1.2.26"})" + R"({"type":"Vertrag","JobID":")" +
-      vertrag.JobID + R"(","Menge":2.5,"Vertragsende":"999999","IndFild4":"vier"})" +
+      vertrag.JobID + R"(","Menge":2.5,"Intervall":6,"Vertragsende":"999999","IndFild4":"vier"})" +
       R"({"type":"Auftrag","JobID":")" + auftrag.JobID +
-      R"(","VS_Strasse":"Weg 1","KostID":7,"Positionen":[{"Positionsnummer":10,"Rabatt":5}]})";
+      R"(","VS_Strasse":"Weg 1","KostID":7,"Positionen":[{"Positionsnummer":10,"Rabatt":5,"Artikelnummer":"A","Menge":3}]})";
   ASSERT_EQ(stage(jobs).status, 0);
   EXPECT_EQ(erp.rows(headers), expectedHeaders);
   EXPECT_EQ(withoutKeys(positions), expectedPositions);
@@ -74,10 +77,12 @@ TEST_F(Staging, LeavesTheRowThatTheEntryObjectsLeave) {
 TEST_F(Staging, OrderPositionsStartWithTheReadyFlagsOfTheSettings) {
   erp.setOption("AuftragLieferbereit", "1");
   erp.setOption("AuftragFakturierbereit", "2"); // only exactly "1" counts
-  ASSERT_EQ(stage(R"({"type":"Auftrag","JobID":"A","Positionen":[{"Positionsnummer":10},
-                      {"Positionsnummer":2,"Lieferbereit":false,"Fakturierbereit":true}]})")
-                .status,
-            0);
+  ASSERT_EQ(
+      stage(
+          R"({"type":"Auftrag","JobID":"A","Positionen":[{"Positionsnummer":10,"Artikelnummer":"A","Menge":1},
+                      {"Positionsnummer":2,"Artikelnummer":"A","Menge":1,"Lieferbereit":false,"Fakturierbereit":true}]})")
+          .status,
+      0);
   const Json positions = show("A")["Positionen"];
   ASSERT_EQ(positions.size(), 2U);
   EXPECT_EQ(positions[0]["Positionsnummer"], "2");
@@ -85,6 +90,29 @@ TEST_F(Staging, OrderPositionsStartWithTheReadyFlagsOfTheSettings) {
   EXPECT_EQ(positions[0]["Fakturierbereit"], true);
   EXPECT_EQ(positions[1]["Lieferbereit"], true);
   EXPECT_EQ(positions[1]["Fakturierbereit"], false);
+}
+
+TEST_F(Staging, OrderPositionsAreNumberedAndTheirQuantitiesFollow) {
+  const std::string jobs = R"([{"type":"Auftrag","JobID":"A","Positionen":[
+      {"Artikelnummer":"X","Menge":2},{"Artikelnummer":"Y","Menge":3,"Auslieferungsmenge":1,"Fakturiermenge":0}]},
+      {"Positionen":[{"Artikelnummer":"Z","Menge":4,"Fakturiermenge":null}],"type":"Auftrag","JobID":"B"}])";
+  ASSERT_EQ(stage(jobs).status, 0);
+  const auto rows =
+      erp.rows(sql("Select JobID || Positionsnummer || Artikelnummer, Menge, Auslieferungsmenge, "
+                   "Fakturiermenge From ImportPos Order By 1"_sql));
+  EXPECT_EQ(rows, (std::vector<std::vector<Value>>{{Value("A1X"), Value(2.0), Value(2.0), Value(2.0)},
+                                                   {Value("A2Y"), Value(3.0), Value(1.0), Value(0.0)},
+                                                   {Value("B1Z"), Value(4.0), Value(4.0), Value(4.0)}}));
+}
+
+TEST_F(Staging, AContractWithoutAnIntervalLeavesItToTheProcessing) {
+  ASSERT_EQ(stage(R"([{"type":"Vertrag","JobID":"A"},{"type":"Vertrag","JobID":"B","Intervall":null},
+                      {"type":"Vertrag","JobID":"C","Intervall":0}])")
+                .status,
+            0);
+  EXPECT_EQ(show("A")["Intervall"], Json());
+  EXPECT_EQ(show("B")["Intervall"], Json());
+  EXPECT_EQ(show("C")["Intervall"], 0);
 }
 
 TEST_F(Staging, ContractsTakePositionsOpenEndsAndTheCustomerContractCode) {
@@ -148,7 +176,7 @@ TEST_F(Staging, AwkwardTextsComeBackFromEveryTextProperty) {
 
 TEST_F(Staging, AKnownJobIsReplacedInItsPlace) {
   ASSERT_EQ(stage(R"([{"type":"Auftrag","JobID":"A","Bez1":"alt","Liefertermin":"1.1.2026",
-                       "Positionen":[{"ChildID":"P1"},{"ChildID":"P2"}]},{"type":"Kunde","JobID":"B"}])")
+                       "Positionen":[{"ChildID":"P1","Artikelnummer":"A","Menge":1},{"ChildID":"P2","Artikelnummer":"A","Menge":1}]},{"type":"Kunde","JobID":"B"}])")
                 .status,
             0);
   erp.execute(
@@ -168,7 +196,8 @@ TEST_F(Staging, AKnownJobIsReplacedInItsPlace) {
 }
 
 TEST_F(Staging, APositionKeyMayStandAgainInItsOwnJob) {
-  const std::string_view job = R"({"type":"Auftrag","JobID":"A","Positionen":[{"ChildID":"P","Menge":2}]})";
+  const std::string_view job =
+      R"({"type":"Auftrag","JobID":"A","Positionen":[{"ChildID":"P","Artikelnummer":"A","Menge":2}]})";
   ASSERT_EQ(stage(job).status, 0);
   EXPECT_EQ(stage(job).status, 0);
   EXPECT_EQ(show("A")["Positionen"].size(), 1U);
@@ -176,7 +205,7 @@ TEST_F(Staging, APositionKeyMayStandAgainInItsOwnJob) {
 
 TEST_F(Staging, DoneJobsAreSkippedUnlessAskedForAgain) {
   const std::string_view jobs =
-      R"([{"type":"Kunde","JobID":"A"},{"type":"Auftrag","JobID":"B","Positionen":[{"ChildID":"P"}]},
+      R"([{"type":"Kunde","JobID":"A"},{"type":"Auftrag","JobID":"B","Positionen":[{"ChildID":"P","Artikelnummer":"A","Menge":1}]},
           {"type":"Vertrag","JobID":"C","JobType":40},{"type":"Kunde","JobID":"D"}])";
   ASSERT_EQ(stage(jobs).status, 0);
   setJobType("A", 13);

@@ -104,3 +104,15 @@ TEST_F(JobFileScramblingTest, TheTablesOfTheInstallationServeAndDefectiveOnesAre
   EXPECT_NE(report.failure.find("Codetabellen.txt, line 1"), std::string::npos) << report.failure;
   EXPECT_EQ(importJobFile(erp.environment, file("klar.edi"), JobFileVersion::Two).end, JobFileEnd::Complete);
 }
+
+TEST_F(JobFileScramblingTest, LinesMayEndWithCarriageReturnsAlone) {
+  const std::string content = "\"Quorvex ImportJob V 2.0\";\r\"10\";\"K1\";\"a\";\r\"10\";\"K2\";\r";
+  write("klar.edi", content);
+  EXPECT_EQ(change("klar.edi", "wirr.edi", Scrambling::Scramble).lines, 3);
+  const Scrambler scrambler(defaultCodeTables());
+  EXPECT_EQ(read("wirr.edi"), "\"" + scrambler.banner() + "\";\r" +
+                                  scrambler.Encrypt("\"10\";\"K1\";\"a\";") + "\r" +
+                                  scrambler.Encrypt("\"10\";\"K2\";") + "\r");
+  EXPECT_EQ(change("wirr.edi", "klar2.edi", Scrambling::Unscramble).end, JobFileEnd::Complete);
+  EXPECT_EQ(read("klar2.edi"), content);
+}
