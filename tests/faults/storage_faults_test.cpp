@@ -338,7 +338,7 @@ TEST_F(StorageFaults, EveryJobIsProcessedOnceWhateverCallFails) {
 
 TEST_F(StorageFaults, ADatabaseIsCreatedByTheNextAttempt) {
   fs::remove(file);
-  expectRecovery({"init", {"init", "--demo", "--json"}});
+  expectRecovery({"init", {"init", "--json"}});
 }
 
 TEST_F(StorageFaults, AFileIsStagedWhollyOrNotAtAll) {
