@@ -2,10 +2,13 @@
 // installation know them from its logs.
 #include "golden_fixture.h"
 
+#include "adapters/sqlite/sqlite_database.h"
+#include "engine/job_editing.h"
 #include "rules/cost_assignment.h"
 #include "rules/master_data.h"
 #include "rules/tax_rules.h"
 #include "store/entry_objects.h"
+#include "store/import_job_object.h"
 #include "store/staging_writer.h"
 #include "support/fake_session.h"
 #include "support/recording_connection.h"
@@ -185,6 +188,62 @@ TEST_F(StatementTexts, OfDeleting) {
             Statements{"Select JobID From ImportKopf Where Right(JobType,1) = '3' "});
   EXPECT_EQ(of([&] { engine.jobDeletion().deleteDoneBefore(makeDate(2026, 1, 1)); }),
             Statements{"Select JobID,Eingangsdatum From ImportKopf Where Right(JobType,1) = '3'"});
+}
+
+TEST_F(StatementTexts, OfTheDialogs) {
+  fill("ImportKopf", "JobID=C1\nJobType=11\nKundennummer=K1\n--\nJobID=O1\nJobType=31");
+  const JobEditing editing(erp.environment);
+  EXPECT_EQ(
+      of([&] {
+        editing.saveCustomer({"C1", 11}, {}, "K1", CheckStatus::Warning);
+        editing.saveOrder({"O1", 31}, {}, editing.positions("O1"));
+        editing.units();
+        editing.contractHeader("O1");
+        editing.deleteHeader("O1");
+      }),
+      (Statements{
+          "Select * From ImportKopf where Kundennummer = 'K1' And (JobType = 40 or JobType = 41 or "
+          "JobType = 42 or JobType = 43 or JobType = 44)",
+          "SELECT * From ImportKopf where JobID = 'C1'",
+          "SELECT ImportType FROM ImportKopf WHERE (JobType = 40 Or JobType = 41 or JobType = 42) AND "
+          "Kundennummer = 'K1'",
+          "SELECT *, Cast(Positionsnummer as int) as intPos From ImportPos where JobID = 'O1' Order By "
+          "intPos",
+          "SELECT * From ImportKopf where JobID = 'O1'", "Delete From ImportPos where JobID = 'O1'",
+          "Select * From ImportPos where JobID = 'O1'", "SELECT Mengeneinheit, Langtext From Mengeneinheiten",
+          "Select * From ImportKopf  Where JobID = 'O1'", "Delete From ImportKopf  Where JobID = 'O1'"}));
+}
+
+/// Opens connections that are recorded.
+class RecordingDatabase final : public Database {
+public:
+  std::unique_ptr<Connection> open(std::string_view target) override {
+    auto connection = std::make_unique<RecordingConnection>(SqliteDatabase().open(target));
+    opened = connection.get();
+    return connection;
+  }
+  std::unique_ptr<Connection> create(std::string_view target) override { return open(target); }
+
+  RecordingConnection* opened = nullptr;
+};
+
+TEST_F(StatementTexts, OfTheOlderJobObject) {
+  fill("ImportKopf", "JobID=C1\nJobType=10\n--\nJobID=C2\nJobType=21");
+  RecordingDatabase database;
+  ImportJobObject older(erp.environment, database);
+  older.ActiveConnection(erp.file);
+  ASSERT_TRUE(older.ConnectDB());
+  database.opened->statements.clear();
+  older.UpdateItem(ImportJob(), "C1");
+  older.UpdateSubItem(ImportJobSubItem(), "P1");
+  older.DelArchives();
+  EXPECT_EQ(
+      database.opened->statements,
+      (Statements{"Select * From [ImportKopf] where [JobID] = 'C1'",
+                  "Select * From [ImportPos] where [ChildID] = 'P1'",
+                  "Select JobID From ImportKopf Where Right(JobType,1) = '1' And Not Left(JobType,1) ='-'",
+                  "Delete From [ImportKopf] where [JobID] = 'C2'",
+                  "Delete From [ImportPos] where [JobID] = 'C2' or [ChildID] = 'C2'"}));
 }
 
 /// A run over one job of each kind, its check included.
