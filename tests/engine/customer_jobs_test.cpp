@@ -11,55 +11,6 @@ using ::testing::HasSubstr;
 
 using CustomerJobs = EngineTest;
 
-TEST_F(CustomerJobs, ANewCustomerIsCreatedWithItsProtocolLineAndIndexEntry) {
-  stageCustomer("J1", "70001", [](KundeFields& job) {
-    job.Eingangsdatum = "13.05.2007";
-    job.Bez2 = "Werk Süd";
-    job.EMail = "";
-    job.BLZ = "";
-    job.Telefon = "040 / 1234";
-  });
-  ASSERT_TRUE(run());
-  EXPECT_EQ(jobType("J1"), 13);
-  EXPECT_EQ(customer("70001", "ÄndUser"), Value("Import"));
-  EXPECT_EQ(customer("70001", "ÄndDatum"), Value("20070513000000"));
-  EXPECT_EQ(customer("70001", "PLZ"), Value("20095"));
-  EXPECT_EQ(customer("70001", "Telefon"), Value("040 / 1234"));
-  EXPECT_TRUE(customer("70001", "EMail").isNull());
-  EXPECT_EQ(customer("70001", "Preistyp"), Value(std::int64_t{0}));
-  EXPECT_FALSE(customer("70001", "MwSt_KZ").isEmpty()) << "an order of the same run must be taxable";
-  const auto line = connection().open(sql("Select * From Protokollpositionen"_sql));
-  ASSERT_EQ(line->recordCount(), 1U);
-  EXPECT_EQ(line->text("Text0") + line->text("Text1") + line->text("Text2") + line->text("Text3"),
-            "Kunden70001Erledigt13.05.2007");
-  EXPECT_EQ(line->text("Memo0"), "Neukunde angelegt.\r\nBez1: Firma 70001\r\nBez2: Werk Süd\r\nBez3: ");
-  EXPECT_EQ(line->text("Text8"), "1");
-  EXPECT_TRUE(line->value("Text4").isNull());
-  EXPECT_EQ(count(sql("Select Count(*) From Adressindex Where Kundennummer = '70001' And Art = 1"_sql)), 1);
-}
-
-TEST_F(CustomerJobs, AnUpdateCopiesEveryFieldButKeepsTownAndFirstDay) {
-  stageCustomer("J1", "70001", [](KundeFields& job) {
-    job.Telefon = "1";
-    job.KundeSeit = "01.02.2003";
-  });
-  run();
-  stageCustomer("J2", "70001", [](KundeFields& job) {
-    job.Bez1 = "Umbenannt";
-    job.Telefon = "";
-    job.PLZ = "";
-    job.Ort = "";
-  });
-  run();
-  EXPECT_EQ(customer("70001", "Bez1"), Value("Umbenannt"));
-  EXPECT_TRUE(customer("70001", "Telefon").isNull());
-  EXPECT_EQ(customer("70001", "PLZ"), Value("20095"));
-  EXPECT_EQ(customer("70001", "Ort"), Value("Hamburg"));
-  EXPECT_EQ(customer("70001", "KundeSeit"), Value("01.02.2003"));
-  EXPECT_THAT(protocol(), ElementsAre("Kunden|70001|Erledigt", "Kunden|70001|Erledigt"));
-  EXPECT_EQ(count(sql("Select Count(*) From Protokollpositionen Where Text8 = '1'"_sql)), 1);
-}
-
 TEST_F(CustomerJobs, EveryMissingCodeIsReportedInOrderAndNothingIsWritten) {
   stageCustomer("J1", "70001", [](KundeFields& job) {
     job.Kundengruppe = "GX";

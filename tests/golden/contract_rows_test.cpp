@@ -158,7 +158,8 @@ TEST_F(ContractRows, AContractOfACustomerReplacesTheStoredLineAndLeavesItsPositi
     GekuendigtAm=04.01.2001
     GrundVerlorenSchl=alt
     Vertragstext=alt)");
-  stage("Vertrag", changed(contractJob, {"Zustand=", "Vertragsende=999999"}) + "JobType:40", {R"(
+  stage("Vertrag", changed(contractJob, {"Zustand=", "Vertragsende=999999", "Intervall:null"}) + "JobType:40",
+        {R"(
     ChildID=V1a
     Positionsnummer:11
     Vertragsart=P_Vertragsart
@@ -175,7 +176,7 @@ TEST_F(ContractRows, AContractOfACustomerReplacesTheStoredLineAndLeavesItsPositi
     Fakturierbereit:false
     Mengeneinheit
     Vertragstext=P_Vertragstext)"});
-  setStaged("Kündigungsgrund\nInfo=Info\n");
+  setStaged("Kündigungsgrund");
   run();
   EXPECT_EQ(rows("ImportPos"), expected(R"(
     JobID=V1
@@ -206,11 +207,10 @@ TEST_F(ContractRows, AContractOfACustomerReplacesTheStoredLineAndLeavesItsPositi
     Fehlertext VS_KdNr IndFild1 IndFild2 IndFild3 IndFild4 GrundVerlorenSchl Artikelnummer Vertragsart
     - Zustand
     Vertragstext
-    Intervall=5
     Menge=16.5
     Preis=17.25
     GekuendigtAm=09.10.2026
-    Info Kündigungsgrund
+    Kündigungsgrund
   )"));
   EXPECT_EQ(rows("Verträge"), expected(R"(
     Kundennummer Vertragsnummer
@@ -218,10 +218,10 @@ TEST_F(ContractRows, AContractOfACustomerReplacesTheStoredLineAndLeavesItsPositi
     Vertragsbeginn=02.03.2026
     Vertragsende=999999
     Zahlungsweise=0
-    Intervall=5
-    IntervallErstmals=5
-    IntervallVerlängerung=5
-    Bemerkung=Info
+    Intervall=12
+    IntervallErstmals=12
+    IntervallVerlängerung=12
+    Bemerkung
     Kündigungsgrund
     Zustand=A
     ÄndUser=Import

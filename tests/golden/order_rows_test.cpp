@@ -292,8 +292,8 @@ TEST_F(OrderRows, AnOrderWithATextLineAddressesAndCostAssignment) {
     Valutatage=29
     MwSt_KZ=IN
     Ind_Text1=M_Ind_Text1
-    Ind_Text2=M_Ind_Text2
-    Ind_Text3=M_Ind_Text3
+    Ind_Text2=IndFild2
+    Ind_Text3=IndFild3
     Ind_Text4=M_Ind_Text4
     Ind_Zahl1=31
     Ind_Zahl2=32
@@ -323,9 +323,8 @@ TEST_F(OrderRows, AnOrderWithATextLineAddressesAndCostAssignment) {
     AnteilVertreter2=32
     AnteilVertreter3=33
     Provisionsgruppe UstIdentNr Konto
-    KontoNummer=M_KontoNummer
     Bankleitzahl=BLZ
-    Kreditinstitut
+    Kreditinstitut=Bank zur BLZ
     Bemerkung
     Währung=CHF
     Wechselkurs=1.25
@@ -506,7 +505,7 @@ TEST_F(OrderRows, AnOrderWithATextLineAddressesAndCostAssignment) {
     Text5=Artikel B200 / A_Bezeichnung
     Text6=8,000 / 4,000
     Text7=20,00 / 11,00
-    Memo0=Kundennummer: 20001 / Kunde: Bez1 / Eingangsdatum: 12.10.2026
+    Memo0=Kundennummer: 20001 / Kunde: M_Bez1 / Eingangsdatum: 12.10.2026
   )"));
 }
 
@@ -689,6 +688,10 @@ TEST_F(OrderRows, AnOrderOfTheInstallationsOwnModeTakesTheCustomersDataAndPaysFr
     Preis=6.9
     KalkPreis=6.9
     Preiseinheit=1
+    Rabatt=0
+    Rabatt1=0
+    Rabatt2=0
+    Rabatt3=0
     Lieferbereit=1
     Fakturierbereit=0
     Liefertermin=14.10.2026
@@ -718,6 +721,10 @@ TEST_F(OrderRows, AnOrderOfTheInstallationsOwnModeTakesTheCustomersDataAndPaysFr
     Preis=3.5
     KalkPreis=3.5
     Preiseinheit=1
+    Rabatt=0
+    Rabatt1=0
+    Rabatt2=0
+    Rabatt3=0
     Lieferbereit=1
     Fakturierbereit=0
     Liefertermin=14.10.2026
@@ -738,7 +745,7 @@ TEST_F(OrderRows, AnOrderOfTheInstallationsOwnModeTakesTheCustomersDataAndPaysFr
     Text5=Artikel B200 / Fracht / Gebühr
     Text6=8,000 / 1,000 / 1,000
     Text7=20,00 / 6,90 / 3,50
-    Memo0=Kundennummer: 20001 / Kunde:  / Eingangsdatum: 12.10.2026
+    Memo0=Kundennummer: 20001 / Kunde: M_Bez1 / Eingangsdatum: 12.10.2026
   )"));
 }
 
@@ -747,7 +754,7 @@ TEST_F(OrderRows, AnOrderOfEmptyPropertiesHoldsOnlyWhatTheRunAdds) {
   job.JobID = "O1";
   job.JobType = 30;
   job.Kundennummer = "20002";
-  job.Eingangsdatum = "12.10.2026";
+  job.Eingangsdatum = "12.10.2026 09:30:00";
   writeStaged(connection(), job);
   AuftragsPosFields position;
   position.JobID = "O1";
@@ -824,6 +831,17 @@ TEST_F(OrderRows, AnOrderOfEmptyPropertiesHoldsOnlyWhatTheRunAdds) {
     Kundennummer=20002
     Datum=20261012000000
   )"));
+  EXPECT_EQ(erp.text(sql("Select Text3 From Protokollpositionen"_sql)), "12.10.2026");
+}
+
+TEST_F(OrderRows, AFileMayLeaveOutNumbersAndFurtherQuantitiesOfItsPositions) {
+  stage("Auftrag", "JobID=O1\nKundennummer=20001",
+        {"Artikelnummer=B200\nMenge:8", "Artikelnummer=C300\nMenge:3"});
+  EXPECT_EQ(
+      erp.rows(sql("Select Positionsnummer, Artikelnummer, Menge, Auslieferungsmenge, Fakturiermenge "
+                   "From ImportPos Order By Positionsnummer"_sql)),
+      (std::vector<std::vector<Value>>{{Value("1"), Value("B200"), Value(8.0), Value(8.0), Value(8.0)},
+                                       {Value("2"), Value("C300"), Value(3.0), Value(3.0), Value(3.0)}}));
 }
 
 } // namespace

@@ -22,9 +22,7 @@ public:
 
 class RunTexts : public GoldenTest {
 protected:
-  void stageCustomer(std::string_view number) {
-    stage("Kunde", "Kundennummer=" + std::string(number));
-  }
+  void stageCustomer(std::string_view number) { stage("Kunde", "Kundennummer=" + std::string(number)); }
   /// Text, title and icon of every box so far, a line for each box.
   std::string boxes() {
     constexpr std::array icons{"none", "information", "exclamation", "critical"};
@@ -87,11 +85,14 @@ TEST_F(RunTexts, OfTheBoxesAroundTheView) {
 
 TEST_F(RunTexts, OfTheBoxesOfTheProtocol) {
   engine.AddProtocolColumn("Kunden", "1", "Erledigt", "01.01.2026", "");
-  EXPECT_EQ(boxes(), "Fehler beim Erzeugen der Protokollzeile. Es ist kein Protokoll geöffnet. [Quorvex Import] "
-                     "critical\n");
-  erp.execute(sql("CREATE TRIGGER refuse BEFORE INSERT ON Protokolle BEGIN SELECT RAISE(ABORT, 'gesperrt'); END"_sql));
+  EXPECT_EQ(boxes(),
+            "Fehler beim Erzeugen der Protokollzeile. Es ist kein Protokoll geöffnet. [Quorvex Import] "
+            "critical\n");
+  erp.execute(sql(
+      "CREATE TRIGGER refuse BEFORE INSERT ON Protokolle BEGIN SELECT RAISE(ABORT, 'gesperrt'); END"_sql));
   EXPECT_FALSE(engine.CreateProtocol());
-  EXPECT_EQ(boxes(), "Verarbeitungsprotokoll konnte nicht erzeugt werden. gesperrt [Quorvex Import] critical\n");
+  EXPECT_EQ(boxes(),
+            "Verarbeitungsprotokoll konnte nicht erzeugt werden. gesperrt [Quorvex Import] critical\n");
 }
 
 TEST_F(RunTexts, OfTheBoxesOfTheCostAssignment) {

@@ -2,10 +2,13 @@
 // installation know them from its logs.
 #include "golden_fixture.h"
 
+#include "adapters/sqlite/sqlite_database.h"
+#include "engine/job_editing.h"
 #include "rules/cost_assignment.h"
 #include "rules/master_data.h"
 #include "rules/tax_rules.h"
 #include "store/entry_objects.h"
+#include "store/import_job_object.h"
 #include "store/staging_writer.h"
 #include "support/fake_session.h"
 #include "support/recording_connection.h"
@@ -61,7 +64,8 @@ TEST_F(StatementTexts, OfTheLookups) {
        "SELECT * FROM Textbausteine WHERE Textart='TA' AND TextNummer='TN' AND ZusatztextNummer='ZT' AND "
        "SprachKZ='DE'"},
       {[&] { engine.GetArtikelbezeichnung("X"); }, "SELECT Bez From Artikelstamm Where Artikelnummer ='X'"},
-      {[&] { engine.ArtikelAngelegt("X"); }, "SELECT Artikelnummer FROM Artikelstamm WHERE Artikelnummer='X'"},
+      {[&] { engine.ArtikelAngelegt("X"); },
+       "SELECT Artikelnummer FROM Artikelstamm WHERE Artikelnummer='X'"},
       {[&] { engine.GetDiversKunde("X"); }, "SELECT KZDivers FROM Kundenstamm WHERE Kundennummer='X'"},
       {[&] { engine.GetBankverbindung("X"); },
        "Select Kreditinstitut From Kreditinstitute WHERE Bankleitzahl='X'"},
@@ -75,8 +79,7 @@ TEST_F(StatementTexts, OfTheLookups) {
       {[&] { data.paymentMethodOfCustomer("X"); },
        "SELECT Zahlungsart From Kundenstamm Where Kundennummer ='X'"},
       {[&] { data.shippingMethodText("X"); }, "SELECT Kurztext From Versandtexte Where Versandart ='X'"},
-      {[&] { data.isAccessory("X"); },
-       "Select Erfassungsschema From Artikelstamm where Artikelnummer = 'X'"},
+      {[&] { data.isAccessory("X"); }, "Select Erfassungsschema From Artikelstamm where Artikelnummer = 'X'"},
       {[&] { data.orderWeight(7); },
        "SELECT Sum(PosGewicht) AS GesamtGewicht FROM Auftragspos Where Auftragsnummer= 7"},
       {[&] { data.accessoryValue(7); },
@@ -86,7 +89,8 @@ TEST_F(StatementTexts, OfTheLookups) {
        "SELECT Sum(Preis*Menge) AS GesamtPreis FROM Auftragspos Where Auftragsnummer= 7"},
       {[&] { data.codeExists("Zahlungsart", "X"); },
        "SELECT  Zahlungsart From Zahlungsarten where Zahlungsart='X'"},
-      {[&] { data.codeExists("Vertreter", "X"); }, "SELECT VertreterNr From Vertreter where VertreterNr ='X'"},
+      {[&] { data.codeExists("Vertreter", "X"); },
+       "SELECT VertreterNr From Vertreter where VertreterNr ='X'"},
       {[&] { data.codeExists("Preisliste", "X"); },
        "SELECT  Preisliste From PreislistenKopf where Preisliste = 'X'"},
       {[&] { data.codeExists("Kundengruppe", "X"); },
@@ -96,9 +100,13 @@ TEST_F(StatementTexts, OfTheLookups) {
       {[&] { data.codeExists("Vertragsart", "X"); },
        "SELECT Vertragsart From Vertragsarten where Vertragsart = 'X'"},
       {[&] { CostAssignment(erp.environment).read(5); }, "Select * FROM Kostenzuordnung WHERE KostID=5"},
-      {[&] { CostAssignment(erp.environment).find({" S ", "T"}); },
+      {[&] {
+         CostAssignment(erp.environment).find({" S ", "T"});
+       },
        "Select * FROM Kostenzuordnung WHERE Kostenstelle='S' AND Kostentraeger='T'"},
-      {[&] { CostAssignment(erp.environment).find({"", " "}); },
+      {[&] {
+         CostAssignment(erp.environment).find({"", " "});
+       },
        "Select * FROM Kostenzuordnung WHERE Kostenstelle Is Null AND Kostentraeger Is Null"}};
   for (const auto& [work, statement] : cases) EXPECT_EQ(of(work), Statements{statement});
 }
@@ -159,25 +167,83 @@ TEST_F(StatementTexts, OfStagingTheListAndTheLock) {
   engine.ConnectDB();
   engine.JobViewShow();
   engine.Unload();
-  EXPECT_EQ(missing({"SELECT * From ImportKopf where JobID = 'C1'", "SELECT * From ImportPos where ChildID = 'P1'",
-                     "Select * From ImportKopf Order by Eingangsdatum",
-                     "SELECT * FROM LockControl WHERE Dateiname='ImportJob' AND Satz='1'",
-                     "Delete FROM LockControl WHERE Dateiname='ImportJob' AND Satz='1'"}),
-            "");
+  EXPECT_EQ(
+      missing({"SELECT * From ImportKopf where JobID = 'C1'", "SELECT * From ImportPos where ChildID = 'P1'",
+               "Select * From ImportKopf Order by Eingangsdatum",
+               "SELECT * FROM LockControl WHERE Dateiname='ImportJob' AND Satz='1'",
+               "Delete FROM LockControl WHERE Dateiname='ImportJob' AND Satz='1'"}),
+      "");
 }
 
 TEST_F(StatementTexts, OfDeleting) {
   fill("ImportKopf", "JobID=C1\nJobType=11\nKundennummer=K1");
-  EXPECT_EQ(of([&] { engine.DelItem("C1", true); }),
-            (Statements{"Select JobType, Kundennummer From ImportKopf where JobID = 'C1'",
-                        "Delete From ImportKopf where Kundennummer = 'K1' And (JobType = 40 or JobType = 41 or "
-                        "JobType = 42 or JobType =44)",
-                        "Delete From [ImportKopf] where [JobID] = 'C1'",
-                        "Delete From [ImportPos] where [JobID] = 'C1' or [ChildID] = 'C1'"}));
+  EXPECT_EQ(
+      of([&] { engine.DelItem("C1", true); }),
+      (Statements{"Select JobType, Kundennummer From ImportKopf where JobID = 'C1'",
+                  "Delete From ImportKopf where Kundennummer = 'K1' And (JobType = 40 or JobType = 41 or "
+                  "JobType = 42 or JobType =44)",
+                  "Delete From [ImportKopf] where [JobID] = 'C1'",
+                  "Delete From [ImportPos] where [JobID] = 'C1' or [ChildID] = 'C1'"}));
   EXPECT_EQ(of([&] { engine.DelArchives(); }),
             Statements{"Select JobID From ImportKopf Where Right(JobType,1) = '3' "});
   EXPECT_EQ(of([&] { engine.jobDeletion().deleteDoneBefore(makeDate(2026, 1, 1)); }),
             Statements{"Select JobID,Eingangsdatum From ImportKopf Where Right(JobType,1) = '3'"});
+}
+
+TEST_F(StatementTexts, OfTheDialogs) {
+  fill("ImportKopf", "JobID=C1\nJobType=11\nKundennummer=K1\n--\nJobID=O1\nJobType=31");
+  const JobEditing editing(erp.environment);
+  EXPECT_EQ(
+      of([&] {
+        editing.saveCustomer({"C1", 11}, {}, "K1", CheckStatus::Warning);
+        editing.saveOrder({"O1", 31}, {}, editing.positions("O1"));
+        editing.units();
+        editing.contractHeader("O1");
+        editing.deleteHeader("O1");
+      }),
+      (Statements{
+          "Select * From ImportKopf where Kundennummer = 'K1' And (JobType = 40 or JobType = 41 or "
+          "JobType = 42 or JobType = 43 or JobType = 44)",
+          "SELECT * From ImportKopf where JobID = 'C1'",
+          "SELECT ImportType FROM ImportKopf WHERE (JobType = 40 Or JobType = 41 or JobType = 42) AND "
+          "Kundennummer = 'K1'",
+          "SELECT *, Cast(Positionsnummer as int) as intPos From ImportPos where JobID = 'O1' Order By "
+          "intPos",
+          "SELECT * From ImportKopf where JobID = 'O1'", "Delete From ImportPos where JobID = 'O1'",
+          "Select * From ImportPos where JobID = 'O1'", "SELECT Mengeneinheit, Langtext From Mengeneinheiten",
+          "Select * From ImportKopf  Where JobID = 'O1'", "Delete From ImportKopf  Where JobID = 'O1'"}));
+}
+
+/// Opens connections that are recorded.
+class RecordingDatabase final : public Database {
+public:
+  std::unique_ptr<Connection> open(std::string_view target) override {
+    auto connection = std::make_unique<RecordingConnection>(SqliteDatabase().open(target));
+    opened = connection.get();
+    return connection;
+  }
+  std::unique_ptr<Connection> create(std::string_view target) override { return open(target); }
+
+  RecordingConnection* opened = nullptr;
+};
+
+TEST_F(StatementTexts, OfTheOlderJobObject) {
+  fill("ImportKopf", "JobID=C1\nJobType=10\n--\nJobID=C2\nJobType=21");
+  RecordingDatabase database;
+  ImportJobObject older(erp.environment, database);
+  older.ActiveConnection(erp.file);
+  ASSERT_TRUE(older.ConnectDB());
+  database.opened->statements.clear();
+  older.UpdateItem(ImportJob(), "C1");
+  older.UpdateSubItem(ImportJobSubItem(), "P1");
+  older.DelArchives();
+  EXPECT_EQ(
+      database.opened->statements,
+      (Statements{"Select * From [ImportKopf] where [JobID] = 'C1'",
+                  "Select * From [ImportPos] where [ChildID] = 'P1'",
+                  "Select JobID From ImportKopf Where Right(JobType,1) = '1' And Not Left(JobType,1) ='-'",
+                  "Delete From [ImportKopf] where [JobID] = 'C2'",
+                  "Delete From [ImportPos] where [JobID] = 'C2' or [ChildID] = 'C2'"}));
 }
 
 /// A run over one job of each kind, its check included.
@@ -254,67 +320,75 @@ TEST_F(StatementsOfARun, TheSelectionsOfTheStepsComeInTheirOrder) {
 TEST_F(StatementsOfARun, OfTheCustomerAndTheContract) {
   record();
   run();
-  EXPECT_EQ(missing({"SELECT * FROM ImportKopf Where (JobType = 10 or JobType = 11 or JobType = 12) And (JobID ='C1')",
-                     "Select JobType From ImportKopf where (JobType = 41 or JobType = 42) and  (Kundennummer = 'K2')",
-                     "SELECT  Kundengruppe From Kundengruppen where Kundengruppe = 'KG'",
-                     "SELECT VertreterNr From Vertreter where VertreterNr ='R1'",
-                     "SELECT  Versandart From Versandtexte where Versandart = 'VA'",
-                     "SELECT  Zahlungsart From Zahlungsarten where Zahlungsart='ZA'",
-                     "Select * From Kundenstamm Where Kundennummer = 'K2'",
-                     "Select Kundengruppe, Langtext From Kundengruppen where Kundengruppe = 'KG'",
-                     "Select VertreterNr, Suchbegriff, Bez1 From Vertreter where VertreterNr = 'R1'",
-                     "Select VertreterNr, Suchbegriff, Bez1 From Vertreter where VertreterNr = 'R2'",
-                     "Select VertreterNr, Suchbegriff, Bez1 From Vertreter where VertreterNr = 'R3'",
-                     "Select Zahlungsart, Kurztext From Zahlungsarten  where Zahlungsart = 'ZA'",
-                     "Select Bankleitzahl, Kreditinstitut From Kreditinstitute where Bankleitzahl = 'BZ'"}),
-            "");
-  EXPECT_EQ(missing({"Select * From ImportPos   Where JobID = 'V1'",
-                     "Select * From Verträge Where KundenNummer ='K1' and Vertragsnummer='N1' and  "
-                     "VertrGegenstandsNr='G1' and Vertragsart='WA'",
-                     "Select Kundennummer From Kundenstamm where Kundennummer  = 'K1'",
-                     "Select Vertragsart From Vertragsarten where Vertragsart  = 'WA'",
-                     "Select VertrGegenstandsNr From [VertragsGegenständePos] where [VertrGegenstandsNr] = 'G1' And "
-                     "Vertragsart ='WA'",
-                     "Select VertrGegenstandsNr From [Vertragsgegenstände] where [VertrGegenstandsNr]  = 'G1'",
-                     "Select Bez From Vertragsgegenstände where VertrGegenstandsNr  = 'G1'"}),
-            "");
+  EXPECT_EQ(
+      missing(
+          {"SELECT * FROM ImportKopf Where (JobType = 10 or JobType = 11 or JobType = 12) And (JobID ='C1')",
+           "Select JobType From ImportKopf where (JobType = 41 or JobType = 42) and  (Kundennummer = 'K2')",
+           "SELECT  Kundengruppe From Kundengruppen where Kundengruppe = 'KG'",
+           "SELECT VertreterNr From Vertreter where VertreterNr ='R1'",
+           "SELECT  Versandart From Versandtexte where Versandart = 'VA'",
+           "SELECT  Zahlungsart From Zahlungsarten where Zahlungsart='ZA'",
+           "Select * From Kundenstamm Where Kundennummer = 'K2'",
+           "Select Kundengruppe, Langtext From Kundengruppen where Kundengruppe = 'KG'",
+           "Select VertreterNr, Suchbegriff, Bez1 From Vertreter where VertreterNr = 'R1'",
+           "Select VertreterNr, Suchbegriff, Bez1 From Vertreter where VertreterNr = 'R2'",
+           "Select VertreterNr, Suchbegriff, Bez1 From Vertreter where VertreterNr = 'R3'",
+           "Select Zahlungsart, Kurztext From Zahlungsarten  where Zahlungsart = 'ZA'",
+           "Select Bankleitzahl, Kreditinstitut From Kreditinstitute where Bankleitzahl = 'BZ'"}),
+      "");
+  EXPECT_EQ(
+      missing(
+          {"Select * From ImportPos   Where JobID = 'V1'",
+           "Select * From Verträge Where KundenNummer ='K1' and Vertragsnummer='N1' and  "
+           "VertrGegenstandsNr='G1' and Vertragsart='WA'",
+           "Select Kundennummer From Kundenstamm where Kundennummer  = 'K1'",
+           "Select Vertragsart From Vertragsarten where Vertragsart  = 'WA'",
+           "Select VertrGegenstandsNr From [VertragsGegenständePos] where [VertrGegenstandsNr] = 'G1' And "
+           "Vertragsart ='WA'",
+           "Select VertrGegenstandsNr From [Vertragsgegenstände] where [VertrGegenstandsNr]  = 'G1'",
+           "Select Bez From Vertragsgegenstände where VertrGegenstandsNr  = 'G1'"}),
+      "");
 }
 
 TEST_F(StatementsOfARun, OfTheOrder) {
   record();
   run();
-  EXPECT_EQ(missing({"SELECT * FROM ImportKopf Where (ImportKopf.JobType = 30 or ImportKopf.JobType = 31 or "
-                     "ImportKopf.JobType = 32) And (ImportKopf.JobID ='O1')",
-                     "Select Kreditlimit1, Kreditlimit2, Währung from Kundenstamm WHERE Kundennummer='K1'",
-                     "SELECT * FROM ImportPos Where ImportPos.JobID ='O1'",
-                     "Select Mengeneinheit From MengeneinheitenAltern Where Alternativ = 'PAK'",
-                     "Select * FROM Kostenzuordnung WHERE KostID=5",
-                     "SELECT Artikelnummer FROM Artikelstamm WHERE Artikelnummer='A1'",
-                     "Select * From Auftragskopf Where Auftragsnummer = 0",
-                     "SELECT * From Nummernkreise Where NSchl ='AB' AND Buchungskreis = 3 AND Aktiviert =1",
-                     "Select * From Kundenstamm where Kundennummer  = 'K1'",
-                     "Select Versandart From Versandtexte where Versandart  = 'VA'",
-                     "Select Zahlungsart From Zahlungsarten  where Zahlungsart = 'ZA'",
-                     "Select ZahlbedSchl From Zahlungsbedingungen where ZahlbedSchl = 'ZB'",
-                     "Select * From Personalstamm where PersonalNr  = 'P7'",
-                     "Select *, Cast(Positionsnummer as int) as intPos From ImportPos Where JobID ='O1' Order By "
-                     "intPos",
-                     "Select * From Auftragspos Where Auftragsnummer =0",
-                     "Select * From Artikelstamm where Artikelnummer  = 'A1'",
-                     "Select * FROM Kostenzuordnung WHERE Kostenstelle='S' AND Kostentraeger='T'",
-                     "UPDATE Kundenstamm SET KundeSeit = '12.10.2026', Ind_Text2 = 'I2', Ind_Text3 = 'I3' WHERE "
-                     "Kundennummer  = 'K1'"}),
-            "");
+  EXPECT_EQ(
+      missing({"SELECT * FROM ImportKopf Where (ImportKopf.JobType = 30 or ImportKopf.JobType = 31 or "
+               "ImportKopf.JobType = 32) And (ImportKopf.JobID ='O1')",
+               "Select Kreditlimit1, Kreditlimit2, Währung from Kundenstamm WHERE Kundennummer='K1'",
+               "SELECT * FROM ImportPos Where ImportPos.JobID ='O1'",
+               "Select Mengeneinheit From MengeneinheitenAltern Where Alternativ = 'PAK'",
+               "Select * FROM Kostenzuordnung WHERE KostID=5",
+               "SELECT Artikelnummer FROM Artikelstamm WHERE Artikelnummer='A1'",
+               "Select * From Auftragskopf Where Auftragsnummer = 0",
+               "SELECT * From Nummernkreise Where NSchl ='AB' AND Buchungskreis = 3 AND Aktiviert =1",
+               "Select * From Kundenstamm where Kundennummer  = 'K1'",
+               "Select Versandart From Versandtexte where Versandart  = 'VA'",
+               "Select Zahlungsart From Zahlungsarten  where Zahlungsart = 'ZA'",
+               "Select ZahlbedSchl From Zahlungsbedingungen where ZahlbedSchl = 'ZB'",
+               "Select * From Personalstamm where PersonalNr  = 'P7'",
+               "Select *, Cast(Positionsnummer as int) as intPos From ImportPos Where JobID ='O1' Order By "
+               "intPos",
+               "Select * From Auftragspos Where Auftragsnummer =0",
+               "Select * From Artikelstamm where Artikelnummer  = 'A1'",
+               "Select * FROM Kostenzuordnung WHERE Kostenstelle='S' AND Kostentraeger='T'",
+               "UPDATE Kundenstamm SET KundeSeit = '12.10.2026', Ind_Text2 = 'I2', Ind_Text3 = 'I3' WHERE "
+               "Kundennummer  = 'K1'"}),
+      "");
   const auto totals = std::ranges::find_if(recording->statements, [](const std::string& statement) {
-    return statement.starts_with("SELECT Zeilentyp, MwSt_KZ, WertJN, Menge, Preis, Preiseinheit, KZRabattart, "
-                                 "Rabatt1, Rabatt2, Rabatt3, ");
+    return statement.starts_with(
+        "SELECT Zeilentyp, MwSt_KZ, WertJN, Menge, Preis, Preiseinheit, KZRabattart, "
+        "Rabatt1, Rabatt2, Rabatt3, ");
   });
   ASSERT_NE(totals, recording->statements.end());
-  EXPECT_TRUE(totals->ends_with(" Rabattfähig, PosGewicht FROM Auftragspos WHERE Auftragsnummer = '501'")) << *totals;
+  EXPECT_TRUE(totals->ends_with(" Rabattfähig, PosGewicht FROM Auftragspos WHERE Auftragsnummer = '501'"))
+      << *totals;
 }
 
 TEST_F(StatementsOfARun, OfAnOrderTakenBackOnAHostsConnection) {
-  erp.execute(sql("CREATE TRIGGER refuse BEFORE INSERT ON Belegindex BEGIN SELECT RAISE(ABORT, 'gesperrt'); END"_sql));
+  erp.execute(sql(
+      "CREATE TRIGGER refuse BEFORE INSERT ON Belegindex BEGIN SELECT RAISE(ABORT, 'gesperrt'); END"_sql));
   record(true);
   run();
   EXPECT_EQ(missing({"Delete From Auftragspos Where Auftragsnummer = '501'",
@@ -327,7 +401,8 @@ TEST_F(StatementTexts, OfTheProtocolThatHoldsNothingWorthKeeping) {
   record();
   run();
   const std::string id = engine.ImpGetSetting("QXImportJob", "ImportJob2", "ProtoID");
-  EXPECT_EQ(missing({"SELECT * FROM Protokollpositionen WHERE ([Text0]='Auftrag' Or [Text8]='1') and ID ='" + id + "'",
+  EXPECT_EQ(missing({"SELECT * FROM Protokollpositionen WHERE ([Text0]='Auftrag' Or [Text8]='1') and ID ='" +
+                         id + "'",
                      "DELETE FROM Protokollpositionen WHERE ID ='" + id + "'",
                      "DELETE FROM Protokolle WHERE ID ='" + id + "'"}),
             "");
@@ -337,7 +412,9 @@ TEST_F(StatementTexts, OfAContractWithAPosition) {
   stage("Vertrag", "JobID=V1\nKundennummer=K1", {"ChildID=P1\nArtikelnummer=G1"});
   record();
   run();
-  EXPECT_EQ(missing({"Select * From ImportPos   Where JobID = 'V1'", "Delete From ImportPos where JobID = 'V1'"}), "");
+  EXPECT_EQ(
+      missing({"Select * From ImportPos   Where JobID = 'V1'", "Delete From ImportPos where JobID = 'V1'"}),
+      "");
 }
 
 } // namespace
