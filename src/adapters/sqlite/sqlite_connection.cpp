@@ -75,6 +75,8 @@ void SqliteConnection::rollbackWork() noexcept {
   state_->setInWork(false);
 }
 
+void SqliteConnection::interrupt() noexcept { state_->interrupt(); }
+
 void SqliteConnection::setSavepoint() {
   if (state_->inWork()) state_->control(state_->save, "SAVEPOINT part");
 }

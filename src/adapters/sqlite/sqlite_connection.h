@@ -35,6 +35,7 @@ public:
   void beginWork(BusyWait* wait) override;
   void commitWork() override;
   void rollbackWork() noexcept override;
+  void interrupt() noexcept override;
   void setSavepoint() override;
   void releaseSavepoint() override;
   void rollbackToSavepoint() noexcept override;
