@@ -31,7 +31,7 @@ public:
     app_.require_subcommand(1);
     app_.fallthrough();
     app_.footer("Exit status: 0 all well, 1 jobs with findings, 2 wrong usage or input, 3 refused,\n"
-                "4 database or environment failure. 'qximportjob COMMAND --help' tells more.");
+                "4 database or environment failure, 5 run stopped. 'qximportjob COMMAND --help' tells more.");
     declareOptions();
     declareJobCommands();
     declareRunCommands();

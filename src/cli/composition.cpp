@@ -62,6 +62,11 @@ std::string shellWord(const std::string& text) {
   return word + "'";
 }
 
+/// Whether somebody has made tables in the database.
+bool holdsTables(Connection& connection) {
+  return connection.open(sql("Select Count(*) As Anzahl From sqlite_master"_sql))->value(0).integer() > 0;
+}
+
 /// A file that is there already is the user's own.
 void writeDemoFees(const fs::path& folder) {
   const fs::path file = folder / "Zubehoer.ini";
@@ -112,7 +117,8 @@ void Composition::requireSchema(Connection& connection, const std::string& targe
   const auto version = storedSchemaVersion(connection);
   if (!version)
     throw ProgramError(ExitCode::Failure, target + ": the database does not hold the tables of this program",
-                       initLine());
+                       holdsTables(connection) ? "Name the database of this program with --db FILE."
+                                               : initLine());
   if (*version != schemaVersion)
     throw ProgramError(ExitCode::Failure,
                        target + ": the database has version " + std::to_string(*version) +
@@ -140,6 +146,9 @@ InstallationReport Composition::create(bool demo) {
       requireSchema(*existing, target);
       return {};
     }
+    if (holdsTables(*existing))
+      throw ProgramError(ExitCode::BadInput, target + ": this is a database of another program",
+                         "Nothing was changed. Name another file with --db FILE.");
   }
   const std::shared_ptr<Connection> connection = database_.create(target);
   WorkUnit unit(*connection);

@@ -14,6 +14,7 @@ enum class ExitCode : int {
   BadInput = 2, ///< wrong usage or bad input; nothing was changed
   Refused = 3,  ///< somebody else is at work
   Failure = 4,  ///< the database or the environment failed
+  Stopped = 5,  ///< the run was stopped before its end; what it had done is kept, the rest is waiting
 };
 
 /// Where in a file of jobs something is wrong. Unknown parts are empty or 0.

@@ -11,7 +11,7 @@ std::int64_t count(std::size_t number) { return static_cast<std::int64_t>(number
 
 /// What is left to do, for people.
 void tellRest(std::ostream& output, const RunReport& report) {
-  if (report.stillWaiting > 0)
+  if (report.end == RunEnd::Stopped)
     output << "The run was stopped; " << report.stillWaiting << " jobs are left waiting.\n";
   if (report.protocolErrors > 0)
     output << report.protocolErrors << " protocol lines or index entries could not be written.\n";
@@ -69,7 +69,10 @@ void JsonRunPrinter::finish(const RunReport& report, std::chrono::milliseconds s
   json_.key("protocol").text(report.protocolId);
   json_.key("seconds").number(seconds(span));
   if (report.protocolErrors > 0) json_.key("protocolErrors").number(count(report.protocolErrors));
-  if (report.end == RunEnd::Stopped) json_.key("stopped").boolean(true);
+  if (report.end == RunEnd::Stopped) {
+    json_.key("stopped").boolean(true);
+    json_.key("waiting").number(count(report.stillWaiting));
+  }
   if (report.end == RunEnd::Broken) json_.key("error").text(report.failure);
   json_.endObject().finish();
   tellRest(output_.messages, report);

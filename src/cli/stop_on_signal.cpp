@@ -11,7 +11,12 @@ std::atomic<ImportJobObject2*> stoppable{nullptr};
 static_assert(std::atomic<ImportJobObject2*>::is_always_lock_free);
 
 extern "C" void askToStop(int /*signal*/) {
-  if (ImportJobObject2* engine = stoppable.load()) engine->requestStop();
+  ImportJobObject2* engine = stoppable.load();
+  if (engine == nullptr) return;
+  if (engine->stopRequested())
+    engine->interruptStatement();
+  else
+    engine->requestStop();
 }
 
 } // namespace

@@ -7,8 +7,9 @@
 
 namespace qx::cli {
 
-/// While it lives, SIGINT and SIGTERM ask the engine to stop after the current job, and a closed pipe is an
-/// error of the stream instead of the end of the program. Only one may exist.
+/// While it lives, SIGINT and SIGTERM ask the engine to stop after the current job, a second one interrupts
+/// the statement that the job may be stuck in, and a closed pipe is an error of the stream instead of the end
+/// of the program. Only one may exist.
 class StopOnSignal {
 public:
   explicit StopOnSignal(ImportJobObject2& engine);

@@ -166,7 +166,11 @@ void ImportJobObject2::VerifyProcesses(bool& NoProof, bool& NoProcess) {
 }
 
 bool ImportJobObject2::CreateProtocol() {
-  return protocol_.create([this](const Message& message) { environment_.desktop.show(message); });
+  bool created = false;
+  guarded("CreateProtocol", "Verarbeitungsprotokoll konnte nicht erzeugt werden. ", [&] {
+    created = protocol_.create([this](const Message& message) { environment_.desktop.show(message); });
+  });
+  return created;
 }
 
 void ImportJobObject2::AddProtocolColumn(std::string_view Vorgang, std::string_view Nummer,

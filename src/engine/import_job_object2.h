@@ -180,6 +180,12 @@ public:
   const RunReport& lastRun() const { return lastRun_; }
   /// Ends a run after its current job; may be called from a signal handler.
   void requestStop() noexcept { stop_.request(); }
+  bool stopRequested() const noexcept { return stop_.requested(); }
+  /// Ends the statement that a run is stuck in; its group of jobs is rolled back and waits again. May be
+  /// called from a signal handler.
+  void interruptStatement() noexcept {
+    if (environment_.connection) environment_.connection->interrupt();
+  }
   /// Checks a staged customer job without writing anything.
   Findings proveCustomerJob(std::string_view jobId);
   /// Checks a staged job of any kind without writing anything. A check that fails is a finding; a store that

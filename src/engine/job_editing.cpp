@@ -1,5 +1,7 @@
 #include "engine/job_editing.h"
 
+#include "engine/contract_check.h"
+
 #include <algorithm>
 #include <array>
 #include <exception>
@@ -111,6 +113,7 @@ void JobEditing::save(const ReadJob& job, std::span<const ColumnChange> changes)
 void JobEditing::saveCustomer(const ReadJob& job, std::span<const ColumnChange> changes,
                               std::string_view customer, CheckStatus status) const {
   asUnit(*environment_.connection, [&] {
+    ContractCheck(environment_).checkCustomerContracts(customer);
     auto worst = static_cast<std::int64_t>(status);
     for (const auto contracts = contractsOf(customer); !contracts->eof(); contracts->moveNext()) {
       const auto code = contracts->value("JobType").integer().value_or(0);

@@ -81,7 +81,8 @@ public:
 
   /// Writes columns of a header. Raises `StatementError` when the job is gone or has another code by now.
   void save(const ReadJob& job, std::span<const ColumnChange> changes) const;
-  /// The same for a customer job. Its `ImportType`, and that of its staged contracts which are not done,
+  /// The same for a customer job. Its staged contracts which are not done are checked, with the result stored
+  /// in them. Its `ImportType`, and that of its staged contracts which are not done,
   /// becomes `status` or the worst `Status` of those contracts.
   void saveCustomer(const ReadJob& job, std::span<const ColumnChange> changes, std::string_view customer,
                     CheckStatus status) const;

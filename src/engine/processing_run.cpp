@@ -32,6 +32,10 @@ ProcessingRun::ProcessingRun(const RunParts& parts, bool unevaluated, qxProcessS
 RunReport ProcessingRun::execute() {
   try {
     perform();
+  } catch (const InterruptedError&) {
+    group_.abandon();
+    report_.end = RunEnd::Stopped;
+    countWaiting();
   } catch (const std::exception& error) {
     group_.abandon();
     report_.end = RunEnd::Broken;
@@ -39,6 +43,17 @@ RunReport ProcessingRun::execute() {
     environment_.diagnostics.report({"processing run", error.what(), ""});
   }
   return std::move(report_);
+}
+
+/// For a run that was interrupted between its sections, where nobody counts.
+void ProcessingRun::countWaiting() {
+  try {
+    const auto rows = environment_.connection->open(
+        sql("Select Count(*) As Anzahl From ImportKopf Where JobType In (10, 20, 30, 40)"_sql));
+    report_.stillWaiting = static_cast<std::size_t>(rows->value(0).integer().value_or(0));
+  } catch (const DatabaseError& error) {
+    environment_.diagnostics.report({"count of waiting jobs", error.what(), ""});
+  }
 }
 
 void ProcessingRun::perform() {

@@ -43,6 +43,7 @@ public:
 
 private:
   void perform();
+  void countWaiting();
   void createComponents();
   void initPrices();
   bool orderIsBeingReadIn();

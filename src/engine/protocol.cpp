@@ -51,6 +51,14 @@ Protocol::Protocol(Environment& environment) : environment_(environment), settin
   }
 }
 
+/// A run without its protocol would leave no trace of what it did, so a store that cannot go on ends it
+/// before its first job. On a host's connection that is for the host to find out.
+bool Protocol::endsTheRun(const std::exception& error) const {
+  const bool fatal = dynamic_cast<const StoreError*>(&error) != nullptr ||
+                     dynamic_cast<const InterruptedError*>(&error) != nullptr;
+  return fatal && environment_.connection && environment_.connection->ownsWork();
+}
+
 bool Protocol::create(const Show& show) {
   id_.clear();
   try {
@@ -58,6 +66,7 @@ bool Protocol::create(const Show& show) {
     return true;
   } catch (const std::exception& error) {
     id_.clear();
+    if (endsTheRun(error)) throw;
     showFailure(environment_, show, "Verarbeitungsprotokoll konnte nicht erzeugt werden. ", error.what());
     return false;
   }

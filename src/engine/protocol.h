@@ -5,6 +5,7 @@
 #include "settings/settings.h"
 
 #include <cstddef>
+#include <exception>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -42,7 +43,8 @@ public:
   /// Asks the ERP for its protocol component at once; without one every call fails with its box.
   explicit Protocol(Environment& environment);
 
-  /// Makes sure that a protocol of the session's day is open; true when one is. Outside a unit of work.
+  /// Makes sure that a protocol of the session's day is open; true when one is. Outside a unit of work. On a
+  /// connection of our own a store that cannot go on raises.
   bool create(const Show& show);
   /// Adds a line in a savepoint of its own; false when it could not be written.
   bool add(const ProtocolLine& line, const Show& show);
@@ -54,6 +56,7 @@ public:
 
 private:
   void openOrCreate();
+  bool endsTheRun(const std::exception& error) const;
 
   Environment& environment_;
   Settings settings_;

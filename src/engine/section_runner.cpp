@@ -63,6 +63,10 @@ void SectionRunner::run(const Section& section, const Sql& query, const Handler&
         aloneBefore = std::max(aloneBefore, at + 1);
         at = groupStart;
       }
+    } catch (const InterruptedError&) {
+      parts_.group.abandon();
+      if (!parts_.stop.requested()) throw;
+      at = groupStart;
     } catch (const BusyError&) {
       // The wait for the database ends when the run is stopped.
       if (!parts_.stop.requested()) throw;

@@ -106,6 +106,10 @@ public:
   virtual void beginReading() {}
   virtual void endReading() noexcept {}
 
+  /// Ends the statement that is running with `InterruptedError`; may be called from a signal handler. Does
+  /// nothing when none runs, or where the database cannot.
+  virtual void interrupt() noexcept {}
+
   virtual void setSavepoint() = 0;
   virtual void releaseSavepoint() = 0;
   /// Undoes everything since the innermost savepoint and releases it. Never raises.

@@ -32,6 +32,12 @@ public:
   using DatabaseError::DatabaseError;
 };
 
+/// A statement was ended on request while it ran. A unit that was open must be considered rolled back.
+class InterruptedError : public DatabaseError {
+public:
+  using DatabaseError::DatabaseError;
+};
+
 /// Another program kept the database for longer than the caller was ready to wait.
 class BusyError : public DatabaseError {
 public:

@@ -80,7 +80,11 @@ void CustomerDialog::fill(Recordset& job) {
   reloadGrid();
 }
 
-void CustomerDialog::reloadGrid() { contracts_.load(editing(), engine(), text("txtKundennummer")); }
+void CustomerDialog::reloadGrid() {
+  // The stored contracts that the import no longer carries are listed as well.
+  if (!readOnly()) engine().GetDelVerträge(text("txtKundennummer"));
+  contracts_.load(editing(), engine(), text("txtKundennummer"));
+}
 
 void CustomerDialog::check(std::string_view control) {
   AddressedJobDialog::check(control);

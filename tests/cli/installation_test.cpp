@@ -81,6 +81,15 @@ TEST_F(InstallationOfTheProgram, IsNotAForeignFile) {
   const ProgramResult foreign = runPlain({"--db", path("fremd.db"), "list", "--json"});
   EXPECT_EQ(foreign.status, 4);
   EXPECT_NE(foreign.json()["error"].get<std::string>().find("does not hold the tables"), std::string::npos);
+  EXPECT_EQ(runPlain({"--db", path("fremd.db"), "list"}).messages.find("init"), std::string::npos);
+  const std::string before = erp.folder.read("fremd.db");
+  const ProgramResult refused = runPlain({"--db", path("fremd.db"), "init"});
+  EXPECT_EQ(refused.status, 2);
+  EXPECT_NE(refused.messages.find("a database of another program"), std::string::npos);
+  EXPECT_EQ(erp.folder.read("fremd.db"), before);
+
+  ASSERT_EQ(runPlain({"--db", path("neu.db"), "init"}).status, 0);
+  EXPECT_EQ(erp.folder.read("neu.db").substr(68, 4), "qxij") << "the mark in the file's header";
 
   erp.execute(sql("Update Schemastand Set Version = 99"_sql));
   for (const char* verb : {"list", "init"}) {

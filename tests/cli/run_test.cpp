@@ -152,9 +152,10 @@ TEST_F(Run, StopsAfterTheCurrentJobAndReleasesTheLock) {
   EXPECT_EQ(run({"process"}).status, 3); // the lock of the running one
   program.signal(SIGTERM);
   const ProgramResult result = program.wait();
-  EXPECT_EQ(result.status, 0);
+  EXPECT_EQ(result.status, 5);
   const Json document = result.json();
   EXPECT_EQ(document["stopped"], true);
+  EXPECT_EQ(document["waiting"], jobs - document["counts"]["done"].get<std::size_t>());
   const std::size_t done = document["counts"]["done"];
   EXPECT_LT(done, jobs);
   EXPECT_EQ(document["jobs"].size(), done);
@@ -162,6 +163,31 @@ TEST_F(Run, StopsAfterTheCurrentJobAndReleasesTheLock) {
   EXPECT_EQ(erp.count(sql("Select Count(*) From LockControl"_sql)), 0);
   EXPECT_EQ(run({"process", "--json"}).json()["counts"]["done"], jobs - done);
   EXPECT_EQ(erp.count(sql("Select Count(*) From Protokollpositionen"_sql)), static_cast<std::int64_t>(jobs));
+}
+
+TEST_F(Run, ASecondSignalEndsAStatementThatNeverEnds) {
+  stageCustomers(3);
+  erp.execute(
+      sql("Create View Endlos As With Recursive Zahl(n) As (Select 1 Union All Select n + 1 From Zahl) "
+          "Select Count(*) As n From Zahl"_sql));
+  erp.execute(sql("Create Trigger Haengt After Insert On Kundenstamm When new.Kundennummer = 'K10001' "
+                  "Begin Update Kundenstamm Set Bez2 = (Select n From Endlos); End"_sql));
+  ProgramRun program(erp.folder, onDatabase({"process", "--json"}), variables, {});
+  std::this_thread::sleep_for(std::chrono::seconds(2));
+  program.signal(SIGTERM);
+  std::this_thread::sleep_for(std::chrono::milliseconds(300));
+  program.signal(SIGINT);
+  const ProgramResult result = program.wait();
+  EXPECT_EQ(result.status, 5) << result.output << result.messages;
+  const Json document = result.json();
+  EXPECT_EQ(document["stopped"], true);
+  EXPECT_EQ(document["waiting"], 3);
+  EXPECT_EQ(document["counts"]["processed"], 0);
+  EXPECT_EQ(listed({"--state", "waiting"}).size(), 3U);
+  EXPECT_EQ(erp.count(sql("Select Count(*) From Kundenstamm"_sql)), 0);
+  EXPECT_EQ(erp.count(sql("Select Count(*) From LockControl"_sql)), 0);
+  erp.execute(sql("Drop Trigger Haengt"_sql));
+  EXPECT_EQ(run({"process", "--json"}).json()["counts"]["done"], 3);
 }
 
 TEST_F(Run, ClosesItsDocumentWhenTheStoreFails) {

@@ -145,6 +145,30 @@ TEST_F(CustomerDialogTest, RaisesItsImportTypeToTheWorstOfTheContractsThatCameWi
   EXPECT_EQ(field("C1", "ImportType").integer(), 20);
 }
 
+TEST_F(CustomerDialogTest, ListsStoredContractsThatTheImportNoLongerCarries) {
+  stageCustomer("K1", "20001", asStored);
+  erp.execute(
+      sql("Insert Into Verträge (Kundennummer, Vertragsnummer, VertrGegenstandsNr, Vertragsart, Zustand) "
+          "Values ('20001', 'V9', 'G1', 'WA', 'A')"_sql));
+  const auto dialog = opened("K1");
+  ASSERT_EQ(dialog->grid()->rowCount(), 1U);
+  EXPECT_EQ(dialog->grid()->cell(0, 0).bitmap, "CONTRACT_DELETE");
+  EXPECT_EQ(dialog->grid()->cell(0, 0).message, "Gelöschter Vertrag");
+  EXPECT_EQ(dialog->grid()->cell(0, 2).text, "V9");
+  EXPECT_EQ(opened("K1")->grid()->rowCount(), 1U) << "marked once";
+}
+
+TEST_F(CustomerDialogTest, SavingChecksTheContractsThatCameWithIt) {
+  stageCustomer("K1", "20001", asStored);
+  stageContract("C1", [](VertragFields& job) {
+    job.JobType = 40;
+    job.Vertragsdatum = "";
+  });
+  ASSERT_TRUE(opened("K1")->save());
+  EXPECT_EQ(jobType("C1"), 42);
+  EXPECT_NE(field("C1", "Fehlertext").text().find("Vertragsdatum ist falsch\r\n"), std::string::npos);
+}
+
 TEST_F(CustomerDialogTest, OffersTheReleaseOfAParkedJobWhenItIsSaved) {
   stageCustomer("K1", "20001", asStored);
   set("K1", "JobType", "11");

@@ -65,6 +65,8 @@ bool ConnectionState::stepRow(PreparedStatement& statement) {
   return false;
 }
 
+void ConnectionState::interrupt() noexcept { sqlite3_interrupt(handle_); }
+
 std::int64_t ConnectionState::lastRowId() const { return sqlite3_last_insert_rowid(handle_); }
 
 std::string ConnectionState::file() const {

@@ -44,6 +44,7 @@ public:
   std::int64_t run(PreparedStatement& statement);
   /// True when the step gave a row, false at the end; raises for everything else.
   bool stepRow(PreparedStatement& statement);
+  void interrupt() noexcept;
   std::int64_t lastRowId() const;
   void setInWork(bool inWork) { inWork_ = inWork; }
   bool reading() const { return reading_; }

@@ -97,6 +97,8 @@ void SqliteConnection::endReading() noexcept {
   }
 }
 
+void SqliteConnection::interrupt() noexcept { state_->interrupt(); }
+
 void SqliteConnection::setSavepoint() {
   if (state_->inWork()) state_->control(state_->save, "SAVEPOINT part");
 }

@@ -38,6 +38,7 @@ public:
   void rollbackWork() noexcept override;
   void beginReading() override;
   void endReading() noexcept override;
+  void interrupt() noexcept override;
   void setSavepoint() override;
   void releaseSavepoint() override;
   void rollbackToSavepoint() noexcept override;

@@ -7,13 +7,15 @@
 namespace qx::sqlite {
 namespace {
 
-enum class Severity { Statement, Busy, Store };
+enum class Severity { Statement, Busy, Interrupted, Store };
 
 Severity severityOf(int primaryCode) {
   switch (primaryCode) {
   case SQLITE_BUSY:
   case SQLITE_LOCKED:
     return Severity::Busy;
+  case SQLITE_INTERRUPT:
+    return Severity::Interrupted;
   case SQLITE_FULL:
   case SQLITE_IOERR:
   case SQLITE_CORRUPT:
@@ -38,6 +40,8 @@ void raiseLastError(sqlite3* database, const std::string& target, bool workWasOp
   switch (severityOf(code & 0xFF)) {
   case Severity::Busy:
     throw BusyError(target + ": " + cause, code);
+  case Severity::Interrupted:
+    throw InterruptedError(target + ": " + cause, code);
   case Severity::Store:
     throw StoreError(target + ": " + cause, code);
   case Severity::Statement:
