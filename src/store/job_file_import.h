@@ -21,8 +21,8 @@ namespace qx {
 JobFileReport importJobFile(Environment& environment, std::string_view fileName, JobFileVersion version,
                             JobFileObserver* observer = nullptr, BusyWait* wait = nullptr);
 
-/// Tells the observer which done jobs an import of this file would set back, in the order of the file; nothing
-/// is stored. Never raises; a file that an import refuses is left to the import to tell.
+/// Tells the observer which done jobs an import of this file would set back, in the order of the file;
+/// nothing is stored. Never raises; a file that an import refuses is left to the import to tell.
 void previewSetBacks(Environment& environment, std::string_view fileName, JobFileVersion version,
                      JobFileObserver& observer);
 

@@ -10,7 +10,8 @@
 
 namespace qx {
 
-/// Keeps what the clerk has to know of an import: jobs that were done and are no longer, and what was refused.
+/// Keeps what the clerk has to know of an import: jobs that were done and are no longer, and what was
+/// refused.
 class ImportReport final : public JobFileObserver {
 public:
   void skipped(std::int64_t line, std::string_view reason) override;
