@@ -210,28 +210,6 @@ TEST_F(CustomerRows, AnExistingCustomerTakesWhatTheJobCarriesAndKeepsTheRest) {
   )"));
 }
 
-TEST_F(CustomerRows, WhatAFileDoesNotGiveStaysAndAnEmptyTextEmpties) {
-  fill("Kundenstamm", storedCustomer, "M_");
-  stage("Kunde", "JobID=C1\nKundennummer=Kundennummer\nGrundVerlorenSchl=\nKundeVerlorenAm=03.04.2005");
-  run();
-  EXPECT_EQ(rows("ImportKopf"), expected(R"(
-    JobID=C1
-    JobType=13
-    ImportType=10
-    Status=10
-    Eingangsdatum=24.11.2026
-    Kundennummer
-    KundeVerlorenAm=03.04.2005
-    - GrundVerlorenSchl
-  )"));
-  std::string left = expected(
-      changed(storedCustomer, {"ÄndUser=Import", "ÄndDatum=20261124000000", "KundeVerlorenAm=03.04.2005"}),
-      "M_");
-  const std::string emptied = "GrundVerlorenSchl=M_GrundVerlorenSchl\n";
-  left.erase(left.find(emptied), emptied.size());
-  EXPECT_EQ(rows("Kundenstamm"), left);
-}
-
 TEST_F(CustomerRows, AJobOfEmptyPropertiesEmptiesWhatItMayAndCreatesNothing) {
   fill("Kundenstamm", storedCustomer, "M_");
   KundeFields job;

@@ -202,6 +202,9 @@ TEST_F(StatementTexts, OfTheDialogs) {
         editing.deleteHeader("O1");
       }),
       (Statements{
+          "Select * From ImportKopf Where (JobType = 40 Or JobType = 41 Or JobType = 42) And Kundennummer = "
+          "'K1'",
+
           "Select * From ImportKopf where Kundennummer = 'K1' And (JobType = 40 or JobType = 41 or "
           "JobType = 42 or JobType = 43 or JobType = 44)",
           "SELECT * From ImportKopf where JobID = 'C1'",
