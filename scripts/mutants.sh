@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Makes small changes to a copy of the code, one at a time, and tells which of them no test notices:
-# scripts/mutants.sh [--sample N [--seed SEED]] [--only PART_OF_LINE] [--jobs N] [--check]
+# scripts/mutants.sh [--sample N [--seed SEED]] [--only PART_OF_LINE] [--survivors N] [--jobs N] [--check]
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 export LC_ALL=C.UTF-8
@@ -10,24 +10,25 @@ folder=build/mutants
 readonly suite_limit=120
 
 usage() {
-  echo "usage: scripts/mutants.sh [--sample N [--seed SEED]] [--only PART_OF_LINE] [--jobs N] [--check]" >&2
+  echo "usage: scripts/mutants.sh [--sample N [--seed SEED]] [--only PART_OF_LINE] [--survivors N] [--jobs N] [--check]" >&2
   exit 2
 }
-sample=0 seed=$(date +%j) only="" jobs=1 check_only=0
+sample=0 seed=$(date +%j) only="" jobs=1 tolerated=0 check_only=0
 while [ $# -gt 0 ]; do
   case $1 in
-  --sample | --seed | --only | --jobs) [ $# -ge 2 ] || usage ;;&
+  --sample | --seed | --only | --survivors | --jobs) [ $# -ge 2 ] || usage ;;&
   --sample) sample=$2 && shift 2 ;;
   --seed) seed=$2 && shift 2 ;;
   --only) only=$2 && shift 2 ;;
+  --survivors) tolerated=$2 && shift 2 ;;
   --jobs) jobs=$2 && shift 2 ;;
   --check) check_only=1 && shift ;;
   *) usage ;;
   esac
 done
-for number in "$sample" "$seed" "$jobs"; do [[ $number =~ ^[0-9]+$ ]] || usage; done
+for number in "$sample" "$seed" "$tolerated" "$jobs"; do [[ $number =~ ^[0-9]+$ ]] || usage; done
 # A day of the year may begin with a zero.
-seed=$((10#$seed)) sample=$((10#$sample)) jobs=$((10#$jobs))
+seed=$((10#$seed)) sample=$((10#$sample)) tolerated=$((10#$tolerated)) jobs=$((10#$jobs))
 [ "$jobs" -gt 0 ] || usage
 
 # The suites that link a file of this folder, the likely and quick ones first.
@@ -199,7 +200,7 @@ for ((job = 1; job <= jobs; ++job)); do wait -n || exit 1; done
 
 verdicts=$(for ((job = 1; job <= jobs; ++job)); do cat "$folder/$job/verdicts"; done)
 killed=$(grep -c '^killed' <<<"$verdicts" || true)
-failed=0 accepted=0
+failed=0 survived=0 accepted=0
 echo
 while IFS= read -r line; do
   case $line in
@@ -209,7 +210,7 @@ while IFS= read -r line; do
       accepted=$((accepted + 1))
     else
       echo "$line"
-      failed=1
+      survived=$((survived + 1))
     fi
     ;;
   broken:*)
@@ -221,4 +222,5 @@ done <<<"$verdicts"
 total=${#mutants[@]}
 echo "$killed of $total killed ($((total ? killed * 100 / total : 0)) %), $accepted survived with a reason," \
   "after $((SECONDS - started)) seconds"
+[ "$survived" -le "$tolerated" ] || failed=1
 exit $failed
