@@ -18,6 +18,7 @@ TEST(Values, ReadAsText) {
   EXPECT_EQ(Value(-0.0).text(), "0");
   EXPECT_EQ(Value(10.0).text(), "10");
   EXPECT_EQ(Value(0.1 + 0.2).text(), "0.3") << "15 digits hide the rounding";
+  EXPECT_EQ(Value(1234567890123.25).text(), "1234567890123.25") << "and lose nothing of a large amount";
   EXPECT_EQ(Value(Money::ofTenThousandths(125000)).text(), "12.5");
   EXPECT_EQ(Value(true).text(), "1");
   EXPECT_EQ(moment.text(), "20261124090807");

@@ -261,6 +261,12 @@ TEST_F(JobFileImportTest, ADoneJobThatWaitsAgainIsNamed) {
   EXPECT_EQ(header("K1", "ProcessWarning"), Value(1));
 }
 
+TEST_F(JobFileImportTest, ADeletedContractThatWaitsAgainIsNamedAsWell) {
+  execute(sql("Insert Into ImportKopf (JobID, JobType) Values ('K1', 44)"_sql));
+  EXPECT_EQ(importLines(banner2, {customer("K1", "10")}).counts.setBack, 1);
+  EXPECT_EQ(observer.told, "2 set back K1\n");
+}
+
 TEST_F(JobFileImportTest, ARecordThatTheDatabaseRefusesIsOneOfMany) {
   execute(sql("Create Trigger Verbot Before Insert On ImportKopf When New.JobID = 'K2' Begin "
               "Select Raise(Abort, 'nicht erlaubt'); End"_sql));
