@@ -1,7 +1,5 @@
 #include "cli/staging_area.h"
 
-#include "model/job_codes.h"
-#include "store/record_columns.h"
 #include "store/staging_writer.h"
 
 #include <array>
@@ -52,36 +50,32 @@ void StagingArea::begin() {
 
 void StagingArea::add(const AuftragsPosFields& position, std::int64_t line) {
   positions_->addNew();
-  setColumns<auftragsPosFields>(*positions_, position, "Positionsnummer");
-  positions_->set("Positionsnummer", std::to_string(position.Positionsnummer));
+  setStaged(*positions_, position);
   endPosition(line);
 }
 
 void StagingArea::add(const ImportJobSubItem& position, std::int64_t line) {
   positions_->addNew();
-  setColumns<importJobSubItemFields>(*positions_, position, "Positionsnummer");
-  positions_->set("Positionsnummer", std::to_string(position.Positionsnummer));
+  setStaged(*positions_, position);
   endPosition(line);
 }
 
 void StagingArea::add(const KundeFields& job, std::int64_t line) {
   headers_->addNew();
-  setColumns<kundeFields>(*headers_, job);
+  setStaged(*headers_, job);
   endJob(line);
 }
 
 void StagingArea::add(const VertragFields& job, std::int64_t line, bool hasInterval) {
   headers_->addNew();
-  setColumns<vertragFields>(*headers_, job, "Vertragsende");
-  const bool open = job.Vertragsende.empty() || job.Vertragsende == openContractEnd;
-  headers_->set("Vertragsende", open ? Value::null() : Value(job.Vertragsende));
+  setStaged(*headers_, job);
   if (!hasInterval) headers_->set("Intervall", Value::null());
   endJob(line);
 }
 
 void StagingArea::add(const AuftragFields& job, std::int64_t line) {
   headers_->addNew();
-  setColumns<auftragFields>(*headers_, job);
+  setStaged(*headers_, job);
   endJob(line);
 }
 
@@ -95,7 +89,6 @@ void StagingArea::endPosition(std::int64_t line) {
 }
 
 void StagingArea::endJob(std::int64_t line) {
-  headers_->set("ImportType", stagedImportType);
   headers_->set("StageZeile", line);
   headers_->update();
   ++jobs_;

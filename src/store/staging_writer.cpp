@@ -2,8 +2,8 @@
 
 #include "model/job_codes.h"
 #include "store/record_columns.h"
+#include "store/staged_columns.h"
 
-#include <array>
 #include <string>
 #include <utility>
 
@@ -22,7 +22,6 @@ HeaderRow openHeader(Connection& connection, std::string_view jobId) {
     row->addNew();
   else
     before = static_cast<std::int16_t>(row->value("JobType").integer().value_or(0));
-  row->set("ImportType", stagedImportType);
   return {std::move(row), before};
 }
 
@@ -32,46 +31,73 @@ std::unique_ptr<Recordset> openPosition(Connection& connection, std::string_view
   return row;
 }
 
-template <const auto& table, class Record>
+template <class Record>
+std::optional<std::int16_t> writeHeader(Connection& connection, const Record& job) {
+  const auto [row, before] = openHeader(connection, job.JobID);
+  setStaged(*row, job);
+  row->update();
+  return before;
+}
+
+template <class Record>
 void writePosition(Connection& connection, const Record& position) {
   const auto row = openPosition(connection, position.ChildID);
-  setColumns<table>(*row, position, "Positionsnummer");
-  // The column keeps the number as text.
-  row->set("Positionsnummer", std::to_string(position.Positionsnummer));
+  setStaged(*row, position);
   row->update();
+}
+
+GivenColumn importTypeColumn() { return {"ImportType", stagedImportType}; }
+
+/// The column keeps the number as text.
+GivenColumn numberColumn(std::int32_t positionNumber) {
+  return {"Positionsnummer", std::to_string(positionNumber)};
 }
 
 } // namespace
 
+void setStaged(Recordset& row, const KundeFields& job) {
+  setColumnsInOrder<kundeFields, kundeColumns, kundeColumnOrder>(row, job, {importTypeColumn()});
+}
+
+void setStaged(Recordset& row, const VertragFields& job) {
+  const bool open = job.Vertragsende.empty() || job.Vertragsende == openContractEnd;
+  setColumnsInOrder<vertragFields, vertragColumns, vertragColumnOrder>(
+      row, job, {importTypeColumn(), {"Vertragsende", open ? Value::null() : Value(job.Vertragsende)}});
+}
+
+void setStaged(Recordset& row, const AuftragFields& job) {
+  setColumnsInOrder<auftragFields, auftragColumns, auftragColumnOrder>(row, job, {importTypeColumn()});
+}
+
+void setStaged(Recordset& row, const AuftragsPosFields& position) {
+  setColumnsInOrder<auftragsPosFields, auftragsPosColumns, auftragsPosColumnOrder>(
+      row, position, {numberColumn(position.Positionsnummer)});
+}
+
+void setStaged(Recordset& row, const ImportJobSubItem& position) {
+  const GivenColumn number = numberColumn(position.Positionsnummer);
+  setColumns<importJobSubItemFields>(row, position, number.name);
+  row.set(ColumnName(number.name), number.value);
+}
+
 std::optional<std::int16_t> writeStaged(Connection& connection, const KundeFields& job) {
-  const auto [row, before] = openHeader(connection, job.JobID);
-  setColumns<kundeFields>(*row, job);
-  row->update();
-  return before;
+  return writeHeader(connection, job);
 }
 
 std::optional<std::int16_t> writeStaged(Connection& connection, const VertragFields& job) {
-  const auto [row, before] = openHeader(connection, job.JobID);
-  setColumns<vertragFields>(*row, job, "Vertragsende");
-  const bool open = job.Vertragsende.empty() || job.Vertragsende == openContractEnd;
-  row->set("Vertragsende", open ? Value::null() : Value(job.Vertragsende));
-  row->update();
-  return before;
+  return writeHeader(connection, job);
 }
 
 std::optional<std::int16_t> writeStaged(Connection& connection, const AuftragFields& job) {
-  const auto [row, before] = openHeader(connection, job.JobID);
-  setColumns<auftragFields>(*row, job);
-  row->update();
-  return before;
+  return writeHeader(connection, job);
 }
 
 void writeStaged(Connection& connection, const AuftragsPosFields& position) {
-  writePosition<auftragsPosFields>(connection, position);
+  writePosition(connection, position);
 }
 
 void writeStaged(Connection& connection, const ImportJobSubItem& position) {
-  writePosition<importJobSubItemFields>(connection, position);
+  writePosition(connection, position);
 }
 
 } // namespace qx

@@ -14,9 +14,17 @@ namespace qx {
 /// The end of a contract that has none.
 inline constexpr std::string_view openContractEnd = "999999";
 
+/// Each of these sets the columns of a row that the record stores, in their order, and leaves writing the row
+/// to the caller. Texts are stored as they are, empty ones too, except that the end of a contract is null
+/// when it is empty or `openContractEnd`.
+void setStaged(Recordset& row, const KundeFields& job);
+void setStaged(Recordset& row, const VertragFields& job);
+void setStaged(Recordset& row, const AuftragFields& job);
+void setStaged(Recordset& row, const AuftragsPosFields& position);
+void setStaged(Recordset& row, const ImportJobSubItem& position);
+
 /// Each of these writes one row: the row of the record's key is overwritten when there is one, else a row is
-/// added. Only the columns that the record stores are touched. Texts are stored as they are, empty ones too,
-/// except that the end of a contract is null when it is empty or `openContractEnd`.
+/// added. Only the columns that the record stores are touched.
 ///
 /// A job gives the code that its row had before, null for a new row.
 ///

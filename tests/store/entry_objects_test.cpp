@@ -2,6 +2,7 @@
 
 #include "store/new_job_key.h"
 #include "support/erp_file.h"
+#include "support/recording_connection.h"
 
 #include <gtest/gtest.h>
 
@@ -21,7 +22,44 @@ void nameTexts(Record& record, const FieldTable<Record, N>& table) {
     });
 }
 
+/// The columns that `AddItem` of a class sets on the host's record set, in their order.
+template <class Item>
+std::string columnsSetBy() {
+  ErpFile erp;
+  const auto recording = std::make_shared<RecordingConnection>(erp.environment.connection, true);
+  erp.environment.connection = recording;
+  Item(erp.environment).AddItem();
+  std::string text;
+  for (const std::string& column : recording->columns) text += (text.empty() ? "" : " ") + column;
+  EXPECT_TRUE(erp.diagnostics.entries.empty()) << erp.diagnostics.text();
+  return text;
+}
+
 } // namespace
+
+TEST(EntryObjects, SetTheirColumnsInTheOrderThatHostsSee) {
+  const std::string header =
+      "JobID JobType ImportType Status Eingangsdatum Kundennummer Suchbegriff Bez1 Bez2 Bez3 Strasse Land "
+      "PLZ "
+      "Ort Telefon Telefax EMail Kundengruppe Vertreter1 Vertreter2 Vertreter3 Zahlungsart Konto BLZ "
+      "Kreditinstitut Bemerkung Vertragsnummer Zahlungsweise Währung WährungEingabe Fehlertext Betreff "
+      "Versandart ZahlungsbedSchl Provisionsgruppe UstIdentNr VS_KdNr VS_AdrNr RG_KdNr RG_AdrNr Hauptkonto "
+      "VS_Bez1 VS_Bez2 VS_Bez3 VS_Straße VS_Land VS_PLZ VS_Ort RG_Bez1 RG_Bez2 RG_Bez3 RG_Straße RG_Land "
+      "RG_PLZ RG_Ort";
+  EXPECT_EQ(columnsSetBy<Kunde>(), header + " Preisliste Preistyp IndFild1 IndFild2 IndFild3 IndFild4 "
+                                            "KundeSeit KundeVerlorenAm GrundVerloren GrundVerlorenSchl");
+  EXPECT_EQ(columnsSetBy<Auftrag>(), header + " IndFild1 IndFild2 IndFild3 Liefertermin KostID");
+  EXPECT_EQ(
+      columnsSetBy<Vertrag>(),
+      "JobID JobType ImportType Status Eingangsdatum Kundennummer Vertragsnummer Artikelnummer "
+      "Vertragsart Zustand Vertragstext Vertragsdatum Vertragsbeginn Vertragsende Intervall Menge Preis "
+      "Fehlertext Bemerkung IndFild1 IndFild2 IndFild3 IndFild4 VS_KdNr GekuendigtAm GrundVerlorenSchl");
+  EXPECT_EQ(
+      columnsSetBy<AuftragsPos>(),
+      "JobID ChildID JobType Positionsnummer Artikelnummer Menge Preis Artikellangtext "
+      "Auslieferungsmenge Fakturiermenge Lieferbereit Fakturierbereit Mengeneinheit Liefertermin KostID "
+      "Rabatt Preiseinheit");
+}
 
 TEST(EntryObjects, AreCreatedWaitingWithAKeyAndTheSessionsDate) {
   FakeWorld world;

@@ -1,14 +1,47 @@
-// A connection that writes down the text of every statement before it passes it on.
+// A connection that writes down the text of every statement, and every column that is set, before it passes
+// them on.
 #pragma once
 
 #include "platform/database.h"
 
 #include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
 namespace qx {
+
+/// Writes down the names of the columns in the order in which they are set.
+class RecordingRecordset final : public Recordset {
+public:
+  RecordingRecordset(std::unique_ptr<Recordset> rows, std::vector<std::string>& columns)
+      : rows_(std::move(rows)), columns_(columns) {}
+
+  std::size_t recordCount() const override { return rows_->recordCount(); }
+  bool eof() const override { return rows_->eof(); }
+  void moveFirst() override { rows_->moveFirst(); }
+  void moveNext() override { rows_->moveNext(); }
+  void moveTo(std::size_t position) override { rows_->moveTo(position); }
+  bool resync() override { return rows_->resync(); }
+  void requery() override { rows_->requery(); }
+  std::size_t fieldCount() const override { return rows_->fieldCount(); }
+  std::string_view fieldName(std::size_t index) const override { return rows_->fieldName(index); }
+  bool hasField(ColumnName column) const override { return rows_->hasField(column); }
+  const Value& value(ColumnName column) override { return rows_->value(column); }
+  const Value& value(std::size_t index) override { return rows_->value(index); }
+  void addNew() override { rows_->addNew(); }
+  void set(ColumnName column, Value value) override {
+    columns_.emplace_back(column.text());
+    rows_->set(column, std::move(value));
+  }
+  void update() override { rows_->update(); }
+  void cancelUpdate() override { rows_->cancelUpdate(); }
+
+private:
+  std::unique_ptr<Recordset> rows_;
+  std::vector<std::string>& columns_;
+};
 
 /// Everything else is the connection's behind it; as a host's it has no units of work of its own.
 class RecordingConnection final : public Connection {
@@ -19,13 +52,13 @@ public:
   const std::string& connectionString() const override { return connection_->connectionString(); }
   std::int64_t execute(const Sql& statement) override { return connection_->execute(recorded(statement)); }
   std::unique_ptr<Recordset> open(const Sql& statement) override {
-    return connection_->open(recorded(statement));
+    return watched(connection_->open(recorded(statement)));
   }
   std::unique_ptr<Recordset> openKeyset(const Sql& statement) override {
-    return connection_->openKeyset(recorded(statement));
+    return watched(connection_->openKeyset(recorded(statement)));
   }
   std::unique_ptr<Recordset> openStream(const Sql& statement) override {
-    return connection_->openStream(recorded(statement));
+    return watched(connection_->openStream(recorded(statement)));
   }
 
   bool ownsWork() const override { return !host_ && connection_->ownsWork(); }
@@ -50,8 +83,12 @@ public:
   }
 
   std::vector<std::string> statements;
+  std::vector<std::string> columns; ///< that were set, of all record sets
 
 private:
+  std::unique_ptr<Recordset> watched(std::unique_ptr<Recordset> rows) {
+    return std::make_unique<RecordingRecordset>(std::move(rows), columns);
+  }
   const Sql& recorded(const Sql& statement) {
     statements.push_back(statement.text());
     return statement;
