@@ -392,6 +392,7 @@ TEST_F(OrderRows, AnOrderWithATextLineAddressesAndCostAssignment) {
     WertJN=1
     Rabattfähig=0
     KostID=63
+    ÄndUser=Import
     --
     Auftragsnummer=501
     Zeilentyp=K
@@ -451,6 +452,7 @@ TEST_F(OrderRows, AnOrderWithATextLineAddressesAndCostAssignment) {
     WertJN=1
     Rabattfähig=1
     KostID=64
+    ÄndUser=Import
     --
     Auftragsnummer=501
     Zeilentyp=T
@@ -464,6 +466,7 @@ TEST_F(OrderRows, AnOrderWithATextLineAddressesAndCostAssignment) {
     Schriftgröße=10
     WoDrucken=NBLRG
     WertJN=0
+    ÄndUser=Import
   )"));
   EXPECT_EQ(rows("Belegindex"), expected(R"(
     Belegart=AB
@@ -667,6 +670,7 @@ TEST_F(OrderRows, AnOrderOfTheInstallationsOwnModeTakesTheCustomersDataAndPaysFr
     WertJN=1
     Rabattfähig=0
     KostID=65
+    ÄndUser=Import
     --
     Auftragsnummer=501
     Zeilentyp=K
@@ -701,6 +705,7 @@ TEST_F(OrderRows, AnOrderOfTheInstallationsOwnModeTakesTheCustomersDataAndPaysFr
     DZMwSt=20261012000000
     WertJN=1
     Rabattfähig=0
+    ÄndUser=Import
     --
     Auftragsnummer=501
     Zeilentyp=K
@@ -734,6 +739,7 @@ TEST_F(OrderRows, AnOrderOfTheInstallationsOwnModeTakesTheCustomersDataAndPaysFr
     DZMwSt=20261012000000
     WertJN=1
     Rabattfähig=0
+    ÄndUser=Import
   )"));
   EXPECT_EQ(rows("Protokollpositionen"), expected(R"(
     Zeile=1
@@ -817,6 +823,7 @@ TEST_F(OrderRows, AnOrderOfEmptyPropertiesHoldsOnlyWhatTheRunAdds) {
     MwSt_Satz=19
     DZMwSt=20261012000000
     WertJN=1
+    ÄndUser=Import
   )"));
   EXPECT_EQ(rows("Kundenstamm"), expected(customer, "M_") + expected(R"(
     --
