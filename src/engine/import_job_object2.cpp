@@ -140,7 +140,7 @@ bool ImportJobObject2::ProcessJobs(bool UnEvaluated, qxProcessState ProcessState
   strGlobalKundeProcErr = errors_.customers.text();
   if (lastRun_.end != RunEnd::Broken) return true;
   environment_.diagnostics.report({"ProcessJobs", lastRun_.failure, ""});
-  showFailure("Fehler bei der Verarbeitung: ", lastRun_.failure);
+  showFailure("Fehler bei der Verarbeitung: ", lastRun_.germanFailure);
   return false;
 }
 

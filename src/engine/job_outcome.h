@@ -38,6 +38,7 @@ struct RunReport {
   std::size_t stillWaiting = 0;   ///< jobs left waiting when the run was stopped
   std::string protocolId;         ///< empty without a protocol
   std::string failure;
+  std::string germanFailure; ///< of a broken run: the same for a box
 
   void count(const JobOutcome& outcome);
 };

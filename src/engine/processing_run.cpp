@@ -4,6 +4,7 @@
 #include "engine/contract_section.h"
 #include "engine/customer_section.h"
 #include "engine/order_section.h"
+#include "platform/german_cause.h"
 #include "store/archive_purge.h"
 
 #include <exception>
@@ -40,6 +41,7 @@ RunReport ProcessingRun::execute() {
     group_.abandon();
     report_.end = RunEnd::Broken;
     report_.failure = error.what();
+    report_.germanFailure = germanCause(error);
     environment_.diagnostics.report({"processing run", error.what(), ""});
   }
   return std::move(report_);

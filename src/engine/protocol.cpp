@@ -1,5 +1,6 @@
 #include "engine/protocol.h"
 
+#include "platform/german_cause.h"
 #include "rules/dates.h"
 
 #include <exception>
@@ -15,11 +16,11 @@ constexpr std::string_view list = "LST_ImportJob";
 constexpr std::string_view lineFailure = "Fehler beim Erzeugen der Protokollzeile. ";
 
 void showFailure(Environment& environment, const Protocol::Show& show, std::string_view text,
-                 std::string_view cause) {
-  environment.diagnostics.report({"protocol", cause, ""});
+                 const std::exception& error) {
+  environment.diagnostics.report({"protocol", error.what(), ""});
   Message message;
   message.text = text;
-  message.text += cause;
+  message.text += germanCause(error);
   message.icon = MessageIcon::Critical;
   show(message);
 }
@@ -67,7 +68,7 @@ bool Protocol::create(const Show& show) {
   } catch (const std::exception& error) {
     id_.clear();
     if (endsTheRun(error)) throw;
-    showFailure(environment_, show, "Verarbeitungsprotokoll konnte nicht erzeugt werden. ", error.what());
+    showFailure(environment_, show, "Verarbeitungsprotokoll konnte nicht erzeugt werden. ", error);
     return false;
   }
 }
@@ -105,15 +106,15 @@ bool Protocol::add(const ProtocolLine& line, const Show& show) {
     part.release();
     return true;
   } catch (const StatementError& error) {
-    showFailure(environment_, show, lineFailure, error.what());
+    showFailure(environment_, show, lineFailure, error);
     return false;
-  } catch (const DatabaseError&) {
+  } catch (const DatabaseError& error) {
     // The unit around the line is gone as well; that is for the run to decide.
     if (environment_.connection->ownsWork()) throw;
-    showFailure(environment_, show, lineFailure, "Die Datenbank ist nicht erreichbar.");
+    showFailure(environment_, show, lineFailure, error);
     return false;
   } catch (const std::exception& error) {
-    showFailure(environment_, show, lineFailure, error.what());
+    showFailure(environment_, show, lineFailure, error);
     return false;
   }
 }

@@ -1,5 +1,7 @@
 #include "engine/section_runner.h"
 
+#include "platform/german_cause.h"
+
 #include <algorithm>
 #include <cmath>
 #include <stdexcept>
@@ -10,8 +12,7 @@ namespace {
 
 /// The store cannot go on when even the failure of a job cannot be written down.
 [[noreturn]] void giveUp(const std::exception& error) {
-  throw StoreError(std::string("Der Fehler eines Vorgangs konnte nicht gespeichert werden: ") + error.what(),
-                   0);
+  throw StoreError("Der Fehler eines Vorgangs konnte nicht gespeichert werden: " + germanCause(error), 0);
 }
 
 std::int16_t jobTypeOf(Recordset& jobs) {

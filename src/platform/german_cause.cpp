@@ -3,6 +3,7 @@
 #include "platform/database_error.h"
 
 #include <string_view>
+#include <system_error>
 
 namespace qx {
 namespace {
@@ -19,6 +20,8 @@ std::string_view sentenceFor(const DatabaseError& error) {
 } // namespace
 
 std::string germanCause(const std::exception& error) {
+  if (dynamic_cast<const std::system_error*>(&error) != nullptr)
+    return std::string("Die Datei kann nicht gelesen oder geschrieben werden. (") + error.what() + ")";
   const auto* const database = dynamic_cast<const DatabaseError*>(&error);
   // A failure that no database has numbered was found by the program itself.
   if (database == nullptr || database->nativeCode() == 0) return error.what();

@@ -1,5 +1,6 @@
 #include "store/job_file_import.h"
 
+#include "platform/german_cause.h"
 #include "rules/active_connection.h"
 #include "store/job_file_banner.h"
 #include "store/record_store.h"
@@ -180,6 +181,11 @@ private:
   bool laterPasses_ = false; ///< something was left for them
 };
 
+void keep(JobFileReport& report, const std::exception& failure) {
+  report.failure = failure.what();
+  report.germanFailure = germanCause(failure);
+}
+
 /// Reads what is readable. A database that cannot go on takes its open unit with it; after every other
 /// failure what was stored before it is kept.
 void readRecords(JobFileImport& job, JobFileReport& report) {
@@ -187,9 +193,9 @@ void readRecords(JobFileImport& job, JobFileReport& report) {
     job.readRecords();
     report.end = JobFileEnd::Complete;
   } catch (const DatabaseError& failure) {
-    report.failure = failure.what();
+    keep(report, failure);
   } catch (const std::exception& failure) {
-    report.failure = failure.what();
+    keep(report, failure);
     job.commit();
   }
 }
@@ -230,7 +236,7 @@ JobFileReport importJobFile(Environment& environment, std::string_view fileName,
       report.counts = job.counts();
     }
   } catch (const std::exception& failure) {
-    report.failure = failure.what();
+    keep(report, failure);
   }
   if (report.end != JobFileEnd::Complete) environment.diagnostics.report({"Import", report.failure, {}});
   return report;

@@ -44,9 +44,10 @@ struct JobFileCounts {
 struct JobFileReport {
   JobFileEnd end = JobFileEnd::Failed;
   JobFileCounts counts;
-  std::int64_t lines = 0; ///< physical lines, of scrambling and unscrambling only
-  std::string failure;    ///< the cause, of all ends but `Complete`
-  std::string backup;     ///< of a failed export: where the file that stood there before is kept
+  std::int64_t lines = 0;    ///< physical lines, of scrambling and unscrambling only
+  std::string failure;       ///< the cause, of all ends but `Complete`
+  std::string germanFailure; ///< of a failed import: the same for a box
+  std::string backup;        ///< of a failed export: where the file that stood there before is kept
 };
 
 /// Told while a job file is read or written. Never called while it could hold up a unit of work for long: it

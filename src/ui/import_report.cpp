@@ -100,7 +100,7 @@ std::string ImportReport::text(std::string_view fileName, const JobFileReport& r
   std::string text = std::string(fileName) + "\r\n\r\nEingelesen wurden " +
                      counted(report.counts.jobs, "Vorgang", "Vorgänge") + " und " +
                      counted(report.counts.positions, "Position", "Positionen") + ".\r\n";
-  if (failed) text += "\r\nDas Lesen brach ab: " + report.failure + "\r\n";
+  if (failed) text += "\r\nDas Lesen brach ab: " + report.germanFailure + "\r\n";
   if (refused_.count > 0) text += "\r\nNicht eingelesen wurden:\r\n" + refused_.listed(mostKept);
   if (setBack_.count > 0)
     text += "\r\nErledigte Vorgänge, die zurückgesetzt wurden (die nächste Verarbeitung schreibt sie noch "

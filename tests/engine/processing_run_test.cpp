@@ -157,7 +157,8 @@ TEST_F(Run, AProtocolLineThatCannotBeWrittenTakesNothingBack) {
   EXPECT_TRUE(run());
   EXPECT_EQ(done(), 3);
   EXPECT_EQ(engine.lastRun().protocolErrors, 3U);
-  EXPECT_EQ(erp.desktop.shown.front().text, "Fehler beim Erzeugen der Protokollzeile. Protokoll voll");
+  EXPECT_EQ(erp.desktop.shown.front().text,
+            "Fehler beim Erzeugen der Protokollzeile. Die Datenbank hat das abgelehnt. (Protokoll voll)");
 }
 
 TEST_F(Run, AStoreThatFailsWhileTheProtocolIsMadeEndsTheRunBeforeItsFirstJob) {
@@ -170,10 +171,13 @@ TEST_F(Run, AStoreThatFailsWhileTheProtocolIsMadeEndsTheRunBeforeItsFirstJob) {
   }
   EXPECT_EQ(engine.lastRun().end, RunEnd::Broken);
   ASSERT_EQ(erp.desktop.shown.size(), 2U);
-  EXPECT_THAT(erp.desktop.shown.front().text, StartsWith("Fehler bei der Verarbeitung: "))
+  EXPECT_THAT(
+      erp.desktop.shown.front().text,
+      StartsWith("Fehler bei der Verarbeitung: Die Datenbank kann nicht gelesen oder geschrieben werden. ("))
       << "the run ends, it does not go on without its protocol";
   EXPECT_THAT(erp.desktop.shown.back().text,
-              StartsWith("Verarbeitungsprotokoll konnte nicht erzeugt werden. "));
+              StartsWith("Verarbeitungsprotokoll konnte nicht erzeugt werden. Die Datenbank kann nicht "
+                         "gelesen oder geschrieben werden. ("));
   EXPECT_TRUE(outcomes.empty());
   EXPECT_TRUE(run());
   EXPECT_EQ(done(), 2);
@@ -187,6 +191,9 @@ TEST_F(Run, WhenEvenTheFailureCannotBeWrittenTheGroupIsRolledBackAndTheRunEnds) 
   EXPECT_FALSE(run());
   EXPECT_EQ(engine.lastRun().end, RunEnd::Broken);
   EXPECT_THAT(engine.lastRun().failure, HasSubstr("Vorgang gesperrt"));
+  EXPECT_EQ(erp.desktop.shown.back().text,
+            "Fehler bei der Verarbeitung: Der Fehler eines Vorgangs konnte nicht gespeichert werden: Die "
+            "Datenbank hat das abgelehnt. (Vorgang gesperrt)");
   EXPECT_EQ(done(), 100) << "the first group is durable, the second still waits";
   EXPECT_EQ(engine.lastRun().done, 100U);
   EXPECT_EQ(outcomes.size(), 100U);

@@ -91,8 +91,8 @@ TEST_F(RunTexts, OfTheBoxesOfTheProtocol) {
   erp.execute(sql(
       "CREATE TRIGGER refuse BEFORE INSERT ON Protokolle BEGIN SELECT RAISE(ABORT, 'gesperrt'); END"_sql));
   EXPECT_FALSE(engine.CreateProtocol());
-  EXPECT_EQ(boxes(),
-            "Verarbeitungsprotokoll konnte nicht erzeugt werden. gesperrt [Quorvex Import] critical\n");
+  EXPECT_EQ(boxes(), "Verarbeitungsprotokoll konnte nicht erzeugt werden. Die Datenbank hat das abgelehnt. "
+                     "(gesperrt) [Quorvex Import] critical\n");
 }
 
 TEST_F(RunTexts, OfTheBoxesOfTheCostAssignment) {

@@ -202,9 +202,8 @@ TEST_F(StatementTexts, OfTheDialogs) {
         editing.deleteHeader("O1");
       }),
       (Statements{
-          "Select * From ImportKopf Where (JobType = 40 Or JobType = 41 Or JobType = 42) And Kundennummer = "
-          "'K1'",
-
+          "Select * From ImportKopf Where (JobType = 40 Or JobType = 41 Or JobType = 42) And "
+          "Kundennummer = 'K1'",
           "Select * From ImportKopf where Kundennummer = 'K1' And (JobType = 40 or JobType = 41 or "
           "JobType = 42 or JobType = 43 or JobType = 44)",
           "SELECT * From ImportKopf where JobID = 'C1'",
@@ -247,6 +246,22 @@ TEST_F(StatementTexts, OfTheOlderJobObject) {
                   "Select JobID From ImportKopf Where Right(JobType,1) = '1' And Not Left(JobType,1) ='-'",
                   "Delete From [ImportKopf] where [JobID] = 'C2'",
                   "Delete From [ImportPos] where [JobID] = 'C2' or [ChildID] = 'C2'"}));
+}
+
+TEST_F(StatementTexts, OfAReadViewSpeakOfOneStateThroughTheRecordingToo) {
+  record();
+  EXPECT_FALSE(recording->files().empty());
+  const auto jobs = [&] {
+    return recording->open(sql("Select Count(*) From ImportKopf"_sql))->value(std::size_t{0}).integer();
+  };
+  const auto other = SqliteDatabase().open(erp.file);
+  {
+    const ReadView view(*recording);
+    EXPECT_EQ(jobs(), 0);
+    other->execute(sql("Insert Into ImportKopf (JobID, JobType) Values ('X', 10)"_sql));
+    EXPECT_EQ(jobs(), 0);
+  }
+  EXPECT_EQ(jobs(), 1);
 }
 
 /// A run over one job of each kind, its check included.

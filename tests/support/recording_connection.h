@@ -4,6 +4,7 @@
 
 #include "platform/database.h"
 
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -50,6 +51,7 @@ public:
       : connection_(std::move(connection)), host_(host) {}
 
   const std::string& connectionString() const override { return connection_->connectionString(); }
+  std::vector<std::filesystem::path> files() const override { return connection_->files(); }
   std::int64_t execute(const Sql& statement) override { return connection_->execute(recorded(statement)); }
   std::unique_ptr<Recordset> open(const Sql& statement) override {
     return watched(connection_->open(recorded(statement)));
@@ -72,6 +74,13 @@ public:
   void rollbackWork() noexcept override {
     if (!host_) connection_->rollbackWork();
   }
+  void beginReading() override {
+    if (!host_) connection_->beginReading();
+  }
+  void endReading() noexcept override {
+    if (!host_) connection_->endReading();
+  }
+  void interrupt() noexcept override { connection_->interrupt(); }
   void setSavepoint() override {
     if (!host_) connection_->setSavepoint();
   }

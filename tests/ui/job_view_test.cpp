@@ -414,6 +414,20 @@ TEST_F(JobViewTest, AFileThatSetsDoneJobsBackIsReadOnlyAfterAQuestion) {
           "einmal):\r\nZeile 3: B\r\n");
 }
 
+TEST_F(JobViewTest, WhatBreaksTheReadingOfAFileIsToldInGerman) {
+  stage("A", 10, "24.11.2026", "Müller");
+  show();
+  erp.desktop.file = (erp.folder.path() / "jobs.edi").string();
+  view.command("Export");
+  erp.execute(sql("Pragma query_only = 1"_sql));
+  view.command("ImportProcessTransactions");
+  ASSERT_EQ(windows.reports.size(), 1U);
+  EXPECT_NE(windows.reports[0].find("\r\nDas Lesen brach ab: Die Datenbank kann nicht gelesen oder "
+                                    "geschrieben werden. ("),
+            std::string::npos)
+      << windows.reports[0];
+}
+
 TEST_F(JobViewTest, RefusedLinesOfAFileAreListedWithTheirReasonsInGerman) {
   stage("A", 10, "24.11.2026", "Müller");
   show();

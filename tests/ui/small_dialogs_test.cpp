@@ -6,6 +6,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
+#include <system_error>
+
 namespace qx {
 namespace {
 
@@ -64,6 +67,8 @@ TEST(GermanCause, SaysInGermanWhatADatabaseSaysInEnglish) {
             "Die Datenbank wird gerade von einem anderen Programm benutzt. (erp.db: database is locked)");
   EXPECT_EQ(germanCause(StoreError("erp.db: disk I/O error", 10)),
             "Die Datenbank kann nicht gelesen oder geschrieben werden. (erp.db: disk I/O error)");
+  EXPECT_EQ(germanCause(std::system_error(EIO, std::generic_category(), "jobs.edi")),
+            "Die Datei kann nicht gelesen oder geschrieben werden. (jobs.edi: Input/output error)");
   EXPECT_EQ(germanCause(StatementError("Der Vorgang ist nicht mehr vorhanden.", 0)),
             "Der Vorgang ist nicht mehr vorhanden.");
 }
