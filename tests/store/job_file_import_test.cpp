@@ -368,7 +368,7 @@ TEST_F(JobFileImportTest, WhatIsPassedOverIsNamed) {
 TEST_F(JobFileImportTest, AKeyThatNobodyCanNameIsRefused) {
   const std::string longest(31, 'x');
   importLines(banner2, {customer(longest + "\xE4"), customer(longest + "xy"),
-                        customer(std::string("K\0001", 5)), position("A", longest + "xy")});
+                        customer(std::string("K\0001", 3)), position("A", longest + "xy")});
   EXPECT_EQ(observer.told, "3: JobID has more than 32 characters\n"
                            "4: JobID holds the character NUL\n"
                            "5: ChildID has more than 32 characters\n");
