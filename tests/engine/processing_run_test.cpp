@@ -339,6 +339,19 @@ TEST_F(Engine, WithoutAConnectionTheViewAsksForOne) {
   EXPECT_FALSE(engine.ConnectDB());
 }
 
+TEST_F(Engine, ATextBlockComesBackInItsOwnPlaces) {
+  connection().execute(
+      sql("Insert Into Textbausteine (Textart, TextNummer, ZusatztextNummer, SprachKZ, Kurztext, Langtext, "
+          "WoDrucken, Schriftart, Schriftgröße, Schriftstil) "
+          "Values ('K', '1', 'Z', 'D', 'kurz', 'lang', 'LR', 'Arial', 9, 'Fett')"_sql));
+  std::string shortText, longText, place, face, style;
+  std::int16_t size = 0;
+  ASSERT_TRUE(engine.GetTextbaustein("K", "1", "Z", "D", shortText, longText, place, face, size, style));
+  EXPECT_THAT((std::array{shortText, longText, place, face, style}),
+              ElementsAre("kurz", "lang", "LR", "Arial", "Fett"));
+  EXPECT_EQ(size, 9);
+}
+
 TEST_F(Engine, SubscriptionsEndWithTheirHandle) {
   {
     RecordingEvents other;
