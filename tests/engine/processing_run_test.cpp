@@ -4,6 +4,7 @@
 #include "support/full_disk.h"
 
 #include "adapters/sqlite/sqlite_database.h"
+#include "engine/run_wait.h"
 
 #include <gmock/gmock.h>
 
@@ -331,6 +332,7 @@ TEST_F(Engine, ARefusedViewUnloadsAndLeavesTheOthersLockAlone) {
   engine.JobViewShow();
   EXPECT_EQ(erp.jobView.opened, 0);
   EXPECT_EQ(events.unloads, 1);
+  EXPECT_EQ(engine.ViewFormLoad, qxtViewJobForm_Unload);
   EXPECT_EQ(erp.desktop.shown.front().text,
             "Der Import wird gerade von Benutzer 'Anna' auf Rechner 'unbennant' bearbeitet.");
   EXPECT_EQ(erp.desktop.shown.front().title, "Datensatz gesperrt");
@@ -344,6 +346,19 @@ TEST_F(Engine, WithoutAConnectionTheViewAsksForOne) {
   EXPECT_FALSE(engine.ConnectDB());
 }
 
+TEST_F(Engine, ATextBlockComesBackInItsOwnPlaces) {
+  connection().execute(
+      sql("Insert Into Textbausteine (Textart, TextNummer, ZusatztextNummer, SprachKZ, Kurztext, Langtext, "
+          "WoDrucken, Schriftart, Schriftgröße, Schriftstil) "
+          "Values ('K', '1', 'Z', 'D', 'kurz', 'lang', 'LR', 'Arial', 9, 'Fett')"_sql));
+  std::string shortText, longText, place, face, style;
+  std::int16_t size = 0;
+  ASSERT_TRUE(engine.GetTextbaustein("K", "1", "Z", "D", shortText, longText, place, face, size, style));
+  EXPECT_THAT((std::array{shortText, longText, place, face, style}),
+              ElementsAre("kurz", "lang", "LR", "Arial", "Fett"));
+  EXPECT_EQ(size, 9);
+}
+
 TEST_F(Engine, SubscriptionsEndWithTheirHandle) {
   {
     RecordingEvents other;
@@ -353,6 +368,31 @@ TEST_F(Engine, SubscriptionsEndWithTheirHandle) {
   }
   engine.Unload();
   EXPECT_EQ(events.unloads, 2);
+}
+
+TEST(WaitingRun, TellsAfterASecondAndOnceAMinuteUntilItIsStopped) {
+  using std::chrono::milliseconds;
+  RecordingDiagnostics diagnostics;
+  EventSource source(diagnostics);
+  RecordingEvents events;
+  const Subscription subscription = source.subscribe(events);
+  StopSignal stop;
+  RunWait wait(source, diagnostics, stop);
+  struct Moment {
+    int waited;
+    std::size_t told;
+  };
+  // The last two belong to another wait of the same run.
+  for (const Moment& moment : {Moment{0, 0}, Moment{999, 0}, Moment{1000, 1}, Moment{60999, 1},
+                               Moment{61000, 2}, Moment{0, 2}, Moment{1000, 3}}) {
+    EXPECT_TRUE(wait.goOn(milliseconds(moment.waited)));
+    EXPECT_EQ(events.infos.size(), moment.told) << moment.waited;
+    EXPECT_EQ(diagnostics.entries.size(), moment.told) << moment.waited;
+  }
+  EXPECT_EQ(events.infos.back(),
+            "Die Datenbank wird von einem anderen Programm benutzt. Es wird gewartet...");
+  stop.request();
+  EXPECT_FALSE(wait.goOn(milliseconds(1)));
 }
 
 } // namespace

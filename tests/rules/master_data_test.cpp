@@ -66,11 +66,19 @@ TEST_F(MasterDataTest, TextBlockIsFoundByAllFourKeys) {
   run(sql(
       "Insert Into Textbausteine (Textart, TextNummer, ZusatztextNummer, SprachKZ, Kurztext, Schriftgröße) "
       "Values ('K','1','Z','D','Gruß',11)"_sql));
+  run(sql("Insert Into Textbausteine (Textart, TextNummer, ZusatztextNummer, SprachKZ, Kurztext, Langtext, "
+          "WoDrucken, Schriftart, Schriftgröße, Schriftstil) "
+          "Values ('K','2','Z','D','kurz','lang','LR','Arial',9,'Fett')"_sql));
   const auto found = data.GetTextbaustein("K", "1", "Z", "D");
   ASSERT_TRUE(found);
   EXPECT_EQ(found->Kurztext, "Gruß");
   EXPECT_EQ(found->Schriftgröße, 11);
   EXPECT_EQ(found->Langtext, "");
+  const auto full = data.GetTextbaustein("K", "2", "Z", "D");
+  ASSERT_TRUE(full);
+  EXPECT_EQ(full->Kurztext + "|" + full->Langtext + "|" + full->WoDrucken, "kurz|lang|LR");
+  EXPECT_EQ(full->Schriftart + "|" + full->Schriftstil, "Arial|Fett");
+  EXPECT_EQ(full->Schriftgröße, 9);
   EXPECT_FALSE(data.GetTextbaustein("K", "1", "", "D"));
 }
 
