@@ -25,6 +25,7 @@ consteval auto joinNames(const std::array<std::string_view, Ns>&... lists) {
 template <class Record, std::size_t fields, std::size_t names>
 consteval bool namesWhatIsStored(const FieldTable<Record, fields>& table,
                                  const std::array<std::string_view, names>& order) {
+  // NOLINTNEXTLINE(readability-use-anyofallof)
   for (const auto& field : table)
     if (std::ranges::count(order, field.name) != (field.stored() ? 1 : 0)) return false;
   return true;

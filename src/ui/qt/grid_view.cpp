@@ -32,6 +32,8 @@ public:
 
 protected:
   bool focusNextPrevChild(bool next) override {
+    // Past the view, which would take the key itself.
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call)
     if (atEnd(next)) return QWidget::focusNextPrevChild(next);
     return QTableView::focusNextPrevChild(next);
   }
