@@ -194,7 +194,8 @@ started=$SECONDS
 for ((job = 1; job <= jobs; ++job)); do
   prepare "$folder/$job"
 done
-trap 'kill $(jobs -p) 2>/dev/null' EXIT
+# Nothing is left to stop when every job has ended; the verdict is told all the same.
+trap 'kill $(jobs -p) 2>/dev/null || true' EXIT
 for ((job = 1; job <= jobs; ++job)); do work "$job" & done
 for ((job = 1; job <= jobs; ++job)); do wait -n || exit 1; done
 
