@@ -31,6 +31,17 @@ TEST_F(CostAssignmentTest, APairGetsOneNumberWhateverItsBlanks) {
   EXPECT_EQ(costs.read(both).Kostentraeger, "P7");
 }
 
+TEST_F(CostAssignmentTest, EveryDocumentKindHasItsOwnRule) {
+  const std::pair<std::string_view, std::string_view> kinds[] = {
+      {"AN", "Angebot"}, {"AB", "Kundenauftrag"}, {"BS", "Bestellung"}, {"AF", "Anfrage"}};
+  for (const auto& [ruled, key] : kinds) {
+    erp.set(key, "1", "Kostenzuordnung");
+    for (const auto& [asked, unused] : kinds)
+      EXPECT_EQ(costs.CheckKostzuord(asked, 0, false), asked == ruled ? -1 : 0) << key << " " << asked;
+    erp.set(key, "0", "Kostenzuordnung");
+  }
+}
+
 TEST_F(CostAssignmentTest, TheRuleOfTheDocumentKindSaysWhatIsMissing) {
   erp.connection().execute(sql("Insert Into Kostenzuordnung (KostID, Kostenstelle, Kostentraeger) Values "
                                "(1,'100',null), (2,null,'P7'), (3,'  ','P7')"_sql));

@@ -53,6 +53,16 @@ TEST_F(JobDeletionTest, ACustomerTakesItsContractsAlongButNotTheDoneOnes) {
   EXPECT_EQ(positions(), "p40 ");
 }
 
+TEST_F(JobDeletionTest, EveryCustomerCodeAndNoOtherTakesContractsAlong) {
+  for (const std::int16_t type : {10, 11, 12, 13, 14, 20, 30}) {
+    const std::string number = std::to_string(type);
+    stage("k" + number, type, number);
+    stage("v" + number, 40, number);
+    deletion.DelItem("k" + number, true);
+  }
+  EXPECT_EQ(jobs(), "v14 v20 v30 ");
+}
+
 TEST_F(JobDeletionTest, APositionsKeyDeletesJustThatPosition) {
   stage("a", 30);
   stagePosition("a", "p1");
