@@ -92,10 +92,14 @@ std::optional<std::string> readProfile(std::string_view file) {
 
 } // namespace
 
+std::string profileValue(std::string_view file, std::string_view section, std::string_view key) {
+  return std::string(findValue(toUtf8(file), trimmed(section), trimmed(key)));
+}
+
 std::string ProfileIniFile::read(std::string_view file, std::string_view section, std::string_view key) {
   try {
     const auto content = readProfile(file);
-    return content ? std::string(findValue(toUtf8(*content), trimmed(section), trimmed(key))) : std::string();
+    return content ? profileValue(*content, section, key) : std::string();
   } catch (const std::runtime_error& failure) {
     diagnostics_.report({"profile file", failure.what(), {}});
     return {};
