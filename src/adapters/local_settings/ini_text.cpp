@@ -1,11 +1,10 @@
 #include "adapters/local_settings/ini_text.h"
 
+#include "adapters/local_settings/ini_line.h"
 #include "adapters/local_settings/setting_text.h"
 
-// All texts are UTF-8 on both sides.
-#define SI_NO_CONVERSION
-#include <SimpleIni.h>
 #include <algorithm>
+#include <optional>
 #include <stdexcept>
 
 namespace qx {
@@ -18,54 +17,79 @@ std::string sectionName(std::string_view application, std::string_view section) 
 /// An empty key becomes "%", which no encoded key is.
 std::string keyName(std::string_view key) { return key.empty() ? "%" : encodeSetting(key); }
 
-void check(SI_Error result) {
-  if (result < 0) throw std::runtime_error("the local settings cannot be held in memory");
+char lowerAscii(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
+
+bool sameIniName(std::string_view a, std::string_view b) {
+  return std::ranges::equal(a, b, {}, lowerAscii, lowerAscii);
 }
 
-/// Duplicate keys and keys without a value are not ours, but must survive.
-void load(CSimpleIniA& ini, const std::string& content) {
-  if (content.find('\0') != std::string::npos)
+struct IniPlace {
+  std::optional<std::string_view> entry; ///< the line of the key, without its blanks
+  std::size_t sectionEnd = 0;            ///< behind the last entry of the section; 0 without such a section
+};
+
+/// What begins with "[" ends the section before it, closed or not.
+bool opensSection(std::string_view line, std::string_view section) {
+  const auto close = line.find(']');
+  return close != std::string_view::npos &&
+         sameIniName(withoutLineBlanks(line.substr(1, close - 1)), section);
+}
+
+/// The first entry of the key counts, as does the first section when there is none.
+IniPlace findEntry(std::string_view content, std::string_view section, std::string_view key) {
+  if (content.find('\0') != std::string_view::npos)
     throw std::runtime_error("the local settings file is no text file");
-  ini.SetUnicode(true);
-  ini.SetMultiKey(true);
-  ini.SetAllowKeyOnly(true);
-  check(ini.LoadData(content));
-}
-
-/// Where the comments and blank lines after the last entry begin, which the library would drop.
-std::size_t endOfEntries(std::string_view content) {
-  std::size_t end = 0;
-  for (std::size_t at = 0; at < content.size();) {
-    const std::size_t next = std::min(content.find('\n', at), content.size() - 1) + 1;
-    const std::string_view line = content.substr(at, next - at);
-    const auto first = line.find_first_not_of(" \t\r\n");
-    if (first != std::string_view::npos && line[first] != ';' && line[first] != '#') end = next;
-    at = next;
+  constexpr std::string_view mark = "\xEF\xBB\xBF";
+  std::string_view rest = content;
+  if (rest.starts_with(mark)) rest.remove_prefix(mark.size());
+  IniPlace place;
+  bool inSection = false;
+  bool inFirst = false;
+  while (!rest.empty()) {
+    const std::string_view line = takeIniLine(rest);
+    if (line.empty() || line.starts_with(';') || line.starts_with('#')) continue;
+    if (line.starts_with('[')) {
+      inSection = opensSection(line, section);
+      inFirst = inSection && place.sectionEnd == 0;
+    } else if (inSection && sameIniName(withoutLineBlanks(line.substr(0, line.find('='))), key)) {
+      place.entry = line;
+      return place;
+    }
+    if (inFirst) place.sectionEnd = content.size() - rest.size();
   }
-  return end;
+  return place;
 }
 
 } // namespace
 
-std::string settingIn(const std::string& content, std::string_view application, std::string_view section,
+std::string settingIn(std::string_view content, std::string_view application, std::string_view section,
                       std::string_view key) {
-  CSimpleIniA ini;
-  load(ini, content);
-  return decodeSetting(ini.GetValue(sectionName(application, section).c_str(), keyName(key).c_str(), ""));
+  const auto entry = findEntry(content, sectionName(application, section), keyName(key)).entry;
+  if (!entry || entry->find('=') == std::string_view::npos) return {};
+  return decodeSetting(withoutLineBlanks(entry->substr(entry->find('=') + 1)));
 }
 
 std::string withSetting(std::string_view content, std::string_view application, std::string_view section,
                         std::string_view key, std::string_view value) {
-  const std::size_t end = endOfEntries(content);
-  CSimpleIniA ini;
-  load(ini, std::string(content.substr(0, end)));
-  check(ini.SetValue(sectionName(application, section).c_str(), keyName(key).c_str(),
-                     encodeSetting(value).c_str(), nullptr, true));
-  std::string entries;
-  check(ini.Save(entries));
-  const std::string comments(content.substr(end));
-  // A file of comments alone is a heading.
-  return end == 0 && !comments.empty() ? comments + "\n" + entries : entries + comments;
+  const std::string name = sectionName(application, section);
+  const std::string written = keyName(key) + " = " + encodeSetting(value);
+  const std::string_view entry = withoutLineBlanks(written);
+  const IniPlace place = findEntry(content, name, keyName(key));
+  std::string text(content);
+  if (place.entry) {
+    const auto at = static_cast<std::size_t>(place.entry->data() - content.data());
+    return text.replace(at, place.entry->size(), entry);
+  }
+  const std::string_view lineEnd = content.find("\r\n") == std::string_view::npos ? "\n" : "\r\n";
+  const bool endsInLine = !text.empty() && !text.ends_with('\n');
+  if (place.sectionEnd == 0) {
+    if (endsInLine) text += lineEnd;
+    if (!text.empty()) text += lineEnd;
+    return text.append("[").append(name).append("]").append(lineEnd).append(entry).append(lineEnd);
+  }
+  const bool cut = place.sectionEnd == text.size() && endsInLine;
+  std::string line(cut ? lineEnd : "");
+  return text.insert(place.sectionEnd, line.append(entry).append(lineEnd));
 }
 
 } // namespace qx

@@ -10,10 +10,10 @@ namespace qx {
 /// Both raise `std::runtime_error` for what is no text.
 ///
 /// The value of a key, "" when it is not there.
-std::string settingIn(const std::string& content, std::string_view application, std::string_view section,
+std::string settingIn(std::string_view content, std::string_view application, std::string_view section,
                       std::string_view key);
 
-/// The text with the key's value set. Comments and the keys of others stay.
+/// The text with the key's value set. Everything else stays as it is.
 std::string withSetting(std::string_view content, std::string_view application, std::string_view section,
                         std::string_view key, std::string_view value);
 
