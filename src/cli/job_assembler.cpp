@@ -31,8 +31,8 @@ ImportJobSubItem initialContractPosition() {
 
 } // namespace
 
-JobAssembler::JobAssembler(Environment& environment, StagingArea& area, std::string fileName)
-    : environment_(environment), area_(area), fileName_(std::move(fileName)),
+JobAssembler::JobAssembler(Environment& environment, StagedRecords& records, std::string fileName)
+    : environment_(environment), records_(records), fileName_(std::move(fileName)),
       kunde_(initial<KundeFields>(Kunde(environment))),
       vertrag_(initial<VertragFields>(Vertrag(environment))),
       auftrag_(initial<AuftragFields>(Auftrag(environment))),
@@ -185,7 +185,7 @@ void JobAssembler::finishPosition(Builder& builder, std::int16_t code) {
   if constexpr (std::is_same_v<std::decay_t<decltype(record)>, AuftragsPosFields>) completeOrderPosition();
   if (record.ChildID.empty()) record.ChildID = newJobKey(environment_);
   const std::int64_t line = builder.line("ChildID");
-  area_.add(record, line == 0 ? positionLine_ : line);
+  records_.add(record, line == 0 ? positionLine_ : line);
 }
 
 /// An order position is of no use without article and quantity; what follows from them need not be given.
@@ -233,9 +233,9 @@ void JobAssembler::finishJob(Builder& builder, std::int16_t code, std::int16_t o
   const std::int64_t keyLine = builder.line("JobID");
   const std::int64_t line = keyLine == 0 ? jobLine_ : keyLine;
   if constexpr (std::is_same_v<std::decay_t<decltype(record)>, VertragFields>)
-    area_.add(record, line, builder.given("Intervall"));
+    records_.add(record, line, builder.given("Intervall"));
   else
-    area_.add(record, line);
+    records_.add(record, line);
 }
 
 std::string JobAssembler::checkedKey(std::string key, std::int64_t line, std::string_view field,

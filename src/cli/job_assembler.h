@@ -2,7 +2,7 @@
 #pragma once
 
 #include "cli/object_builder.h"
-#include "cli/staging_area.h"
+#include "cli/staged_records.h"
 #include "model/entry_records.h"
 #include "model/import_job.h"
 #include "platform/environment.h"
@@ -20,7 +20,7 @@ namespace qx::cli {
 /// everything that cannot be staged.
 class JobAssembler {
 public:
-  JobAssembler(Environment& environment, StagingArea& area, std::string fileName);
+  JobAssembler(Environment& environment, StagedRecords& records, std::string fileName);
 
   void beginJob(std::int64_t line);
   void property(StageProperty property);
@@ -56,7 +56,7 @@ private:
   std::string checkedKey(std::string key, std::int64_t line, std::string_view field, bool inPosition) const;
 
   Environment& environment_;
-  StagingArea& area_;
+  StagedRecords& records_;
   std::string fileName_;
 
   ObjectBuilder<kundeFields, KundeFields> kunde_;

@@ -68,7 +68,7 @@ void writeText(const Output& output, StagingArea& area) {
 } // namespace
 
 ExitCode StageCommand::work(const Workplace& place) {
-  TextSource source(file);
+  TextFile source(file);
   StagingArea area(place.connection());
   JobAssembler assembler(place.environment, area, source.name());
   area.begin();

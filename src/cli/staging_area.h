@@ -1,8 +1,7 @@
 // Temporary tables that take a file's jobs until all of it has been checked.
 #pragma once
 
-#include "model/entry_records.h"
-#include "model/import_job.h"
+#include "cli/staged_records.h"
 #include "platform/database.h"
 
 #include <cstdint>
@@ -40,19 +39,18 @@ struct StageCounts {
 
 /// The jobs are first loaded, without touching the database, and then copied in one unit of work. Rows are
 /// stored as the entry objects store them. Written for SQLite.
-class StagingArea {
+class StagingArea final : public StagedRecords {
 public:
   explicit StagingArea(Connection& connection);
 
   /// Before the first record.
   void begin();
-  /// Positions are added before their header. `line` is where the key stands, or the object begins.
-  void add(const AuftragsPosFields& position, std::int64_t line);
-  void add(const ImportJobSubItem& position, std::int64_t line);
-  void add(const KundeFields& job, std::int64_t line);
+  void add(const AuftragsPosFields& position, std::int64_t line) override;
+  void add(const ImportJobSubItem& position, std::int64_t line) override;
+  void add(const KundeFields& job, std::int64_t line) override;
   /// Without an interval the column stays null, for which the processing has a default.
-  void add(const VertragFields& job, std::int64_t line, bool hasInterval);
-  void add(const AuftragFields& job, std::int64_t line);
+  void add(const VertragFields& job, std::int64_t line, bool hasInterval) override;
+  void add(const AuftragFields& job, std::int64_t line) override;
   /// After the last job. Null when no key stands twice.
   std::optional<KeyConflict> finish();
 

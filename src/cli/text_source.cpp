@@ -59,13 +59,13 @@ int copyOfStandardInput(std::vector<char>& buffer, const std::string& name) {
 
 } // namespace
 
-TextSource::TextSource(std::string_view name)
-    : name_(name == "-" ? "standard input" : name), buffer_(bufferSize) {
-  if (name == "-")
-    file_ = copyOfStandardInput(buffer_, name_);
+TextFile::TextFile(std::string_view fileName)
+    : TextSource(std::string(fileName == "-" ? "standard input" : fileName)), buffer_(bufferSize) {
+  if (fileName == "-")
+    file_ = copyOfStandardInput(buffer_, name());
   else
-    file_ = ::open(name_.c_str(), O_RDONLY | O_CLOEXEC);
-  if (file_ < 0) raise(ExitCode::BadInput, name_);
+    file_ = ::open(name().c_str(), O_RDONLY | O_CLOEXEC);
+  if (file_ < 0) raise(ExitCode::BadInput, name());
   try {
     fill();
   } catch (...) {
@@ -74,13 +74,9 @@ TextSource::TextSource(std::string_view name)
   }
 }
 
-TextSource::~TextSource() { close(file_); }
+TextFile::~TextFile() { close(file_); }
 
-void TextSource::fill() {
-  const std::size_t count = readSome(file_, buffer_, name_);
-  at_ = buffer_.data();
-  end_ = at_ + count;
-}
+std::string_view TextFile::more() { return {buffer_.data(), readSome(file_, buffer_, name())}; }
 
 void TextSource::skipBlanks() {
   while (!atEnd() && (current() == ' ' || current() == '\t' || current() == '\r' || current() == '\n'))

@@ -1,4 +1,4 @@
-// A file read as a stream of characters with the number of the current line.
+// A text read as a stream of characters with the number of the current line.
 #pragma once
 
 #include <cstddef>
@@ -6,20 +6,20 @@
 #include <iterator>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace qx::cli {
 
-/// Reads a file, or standard input for the name "-", which is first copied to a temporary file up to its end.
-/// Raises `ProgramError` when the file cannot be read.
+/// Characters one after the other. Where they come from is the business of a derived class.
 class TextSource {
 public:
-  explicit TextSource(std::string_view name);
+  /// `name` is for messages.
+  explicit TextSource(std::string name) : name_(std::move(name)) {}
   TextSource(const TextSource&) = delete;
   TextSource& operator=(const TextSource&) = delete;
-  ~TextSource();
+  virtual ~TextSource() = default;
 
-  /// The name of the file for messages.
   const std::string& name() const { return name_; }
   bool atEnd() const { return at_ == end_; }
   char current() const { return *at_; }
@@ -33,16 +33,39 @@ public:
   /// Reads on to the next character that is no blank.
   void skipBlanks();
 
+protected:
+  /// Gets the next characters. A derived class calls it once it can give the first ones.
+  void fill() {
+    const std::string_view characters = more();
+    at_ = characters.data();
+    end_ = at_ + characters.size();
+  }
+
 private:
-  void fill();
+  /// The next characters, which stay until the next call; none at the end.
+  virtual std::string_view more() = 0;
 
   std::string name_;
-  int file_ = -1;
-  std::vector<char> buffer_;
   const char* at_ = nullptr;
   const char* end_ = nullptr;
   std::int64_t line_ = 1;
   char last_ = 0;
+};
+
+/// Reads a file, or standard input for the name "-", which is first copied to a temporary file up to its end.
+/// Raises `ProgramError` when the file cannot be read.
+class TextFile final : public TextSource {
+public:
+  explicit TextFile(std::string_view fileName);
+  TextFile(const TextFile&) = delete;
+  TextFile& operator=(const TextFile&) = delete;
+  ~TextFile() override;
+
+private:
+  std::string_view more() override;
+
+  int file_ = -1;
+  std::vector<char> buffer_;
 };
 
 /// Moves through a source. All iterators of a source share its place.

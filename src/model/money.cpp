@@ -29,17 +29,28 @@ std::optional<Money> Money::parse(std::string_view text) {
   const std::string_view decimals = point == std::string_view::npos ? "" : text.substr(point + 1);
   constexpr std::string_view digits = "0123456789";
   if (whole.empty() && decimals.empty()) return std::nullopt;
-  if (whole.size() > 14 || whole.find_first_not_of(digits) != std::string_view::npos ||
+  if (whole.find_first_not_of(digits) != std::string_view::npos ||
       decimals.find_first_not_of(digits) != std::string_view::npos)
     return std::nullopt;
+  constexpr std::int64_t most = std::numeric_limits<std::int64_t>::max();
   std::int64_t units = 0;
-  for (const char c : whole) units = units * 10 + (c - '0');
-  for (std::size_t i = 0; i < 4; ++i) units = units * 10 + (i < decimals.size() ? decimals[i] - '0' : 0);
+  bool fits = true;
+  const auto append = [&](char digit) {
+    const int figure = digit - '0';
+    fits = fits && units <= (most - figure) / 10;
+    if (fits) units = units * 10 + figure;
+  };
+  for (const char c : whole) append(c);
+  for (std::size_t i = 0; i < 4; ++i) append(i < decimals.size() ? decimals[i] : '0');
   if (decimals.size() > 4) {
     const std::string_view rest = decimals.substr(4);
     const bool tie = rest.front() == '5' && rest.find_first_not_of('0', 1) == std::string_view::npos;
-    if (tie ? units % 2 != 0 : rest.front() >= '5') ++units;
+    if (tie ? units % 2 != 0 : rest.front() >= '5') {
+      fits = fits && units < most;
+      if (fits) ++units;
+    }
   }
+  if (!fits) return std::nullopt;
   return ofTenThousandths(negative ? -units : units);
 }
 

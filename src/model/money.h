@@ -26,7 +26,8 @@ public:
   }
   /// Null when the number is not finite or does not fit.
   static std::optional<Money> fromDouble(double number);
-  /// Reads digits with at most one decimal point or comma and an optional sign; null for anything else.
+  /// Reads digits with at most one decimal point or comma and an optional sign; null for anything else and
+  /// for what does not fit.
   static std::optional<Money> parse(std::string_view text);
 
   constexpr std::int64_t tenThousandths() const { return units_; }

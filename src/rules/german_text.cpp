@@ -1,7 +1,5 @@
 #include "rules/german_text.h"
 
-#include "rules/rounding.h"
-
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -12,8 +10,50 @@
 namespace qx {
 namespace {
 
-/// Steps of as many decimals as the index says; a computed power has other digits on other platforms.
-constexpr std::array decimalSteps{1.0, 0.1, 0.01, 0.001, 0.0001, 0.00001, 0.000001};
+constexpr int mostDecimals = 6;
+/// The significant digits of every number that is written.
+constexpr int precision = 15;
+
+/// A number as `germanNumber` sees it: digits, of which so many stand before the comma, one at least.
+/// Rounding is done on them because the division by a step adds digits that the number has not.
+struct DecimalDigits {
+  std::string digits;
+  std::size_t whole = 1;
+
+  /// To so many digits behind the comma, halves up.
+  void round(std::size_t decimals) {
+    const std::size_t kept = whole + decimals;
+    const bool up = kept < digits.size() && digits[kept] >= '5';
+    digits.resize(kept, '0');
+    if (!up) return;
+    std::size_t at = kept;
+    while (at > 0 && digits[at - 1] == '9') digits[--at] = '0';
+    if (at > 0) {
+      ++digits[at - 1];
+    } else {
+      digits.insert(0, 1, '1');
+      ++whole;
+    }
+  }
+};
+
+DecimalDigits decimalDigits(double number) {
+  std::array<char, 40> buffer{};
+  const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number,
+                                          std::chars_format::scientific, precision - 1);
+  const std::string_view written(buffer.data(), end);
+  const std::size_t mark = written.find('e');
+  int exponent = 0;
+  std::from_chars(written.data() + mark + 2, end, exponent);
+  const auto power = static_cast<std::size_t>(exponent);
+  DecimalDigits result;
+  result.digits.append(written.substr(0, 1)).append(written.substr(2, mark - 2));
+  if (written[mark + 1] == '-')
+    result.digits.insert(0, power, '0');
+  else
+    result.whole += power;
+  return result;
+}
 
 char asciiLower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
 
@@ -22,8 +62,8 @@ char asciiLower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('
 std::string germanNumber(double number) {
   if (number == 0) return "0";
   std::array<char, 40> buffer{};
-  const auto [end, error] =
-      std::to_chars(buffer.data(), buffer.data() + buffer.size(), number, std::chars_format::general, 15);
+  const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number,
+                                          std::chars_format::general, precision);
   std::string text(buffer.data(), end);
   std::ranges::replace(text, '.', ',');
   std::ranges::replace(text, 'e', 'E');
@@ -31,15 +71,15 @@ std::string germanNumber(double number) {
 }
 
 std::string germanDecimals(double number, int decimals) {
-  if (decimals < 0 || static_cast<std::size_t>(decimals) >= decimalSteps.size())
+  if (decimals < 0 || decimals > mostDecimals)
     throw std::out_of_range("germanDecimals: between 0 and 6 decimals");
-  const double rounded = rundenEx(number, decimalSteps[static_cast<std::size_t>(decimals)], false);
-  // A double has at most 309 digits before the point.
-  std::array<char, 400> buffer{};
-  const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(),
-                                          rounded == 0 ? 0.0 : rounded, std::chars_format::fixed, decimals);
-  std::string text(buffer.data(), end);
-  std::ranges::replace(text, '.', ',');
+  if (!std::isfinite(number)) return germanNumber(number);
+  DecimalDigits rounded = decimalDigits(std::fabs(number));
+  rounded.round(static_cast<std::size_t>(decimals));
+  const bool zero = rounded.digits.find_first_not_of('0') == std::string::npos;
+  std::string text = number < 0 && !zero ? "-" : "";
+  text.append(rounded.digits, 0, rounded.whole);
+  if (decimals > 0) text.append(",").append(rounded.digits, rounded.whole);
   return text;
 }
 

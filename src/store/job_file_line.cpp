@@ -9,8 +9,6 @@
 namespace qx {
 namespace {
 
-constexpr std::size_t chunk = std::size_t{128} * 1024;
-
 [[noreturn]] void raise(const std::string& file, int error) {
   throw std::system_error(error == 0 ? EIO : error, std::generic_category(), file);
 }
@@ -30,8 +28,8 @@ std::ifstream openJobFile(const std::filesystem::path& file) {
   return stream;
 }
 
-JobFileLines::JobFileLines(std::istream& stream, std::string name)
-    : stream_(stream), name_(std::move(name)), buffer_(chunk) {}
+JobFileLines::JobFileLines(std::istream& stream, std::string name, std::size_t readAhead)
+    : stream_(stream), name_(std::move(name)), readAhead_(readAhead), buffer_(readAhead) {}
 
 std::optional<PhysicalLine> JobFileLines::next() {
   if (skipping_) skipRest();
@@ -100,8 +98,8 @@ bool JobFileLines::fill() {
     end_ -= begin_;
     begin_ = 0;
   }
-  if (buffer_.size() - end_ < chunk)
-    buffer_.resize(std::max(end_ + chunk, std::min(buffer_.size() * 2, longestRecord + 2 * chunk)));
+  if (buffer_.size() - end_ < readAhead_)
+    buffer_.resize(std::max(end_ + readAhead_, std::min(buffer_.size() * 2, longestRecord + 2 * readAhead_)));
   errno = 0;
   stream_.read(&buffer_[end_], static_cast<std::streamsize>(buffer_.size() - end_));
   if (stream_.bad()) raise(name_, errno);

@@ -35,8 +35,9 @@ struct PhysicalLine {
 /// when the file cannot be read on.
 class JobFileLines {
 public:
-  /// The stream must outlive the reader; `name` is for messages.
-  JobFileLines(std::istream& stream, std::string name);
+  /// The stream must outlive the reader; `name` is for messages. `readAhead` is how much is read at a time,
+  /// more than the longest line of a banner.
+  JobFileLines(std::istream& stream, std::string name, std::size_t readAhead = std::size_t{128} * 1024);
 
   /// Lines read from now on are unscrambled. It must outlive the reader; null for plain lines.
   void unscramble(const Scrambler* scrambler) { scrambler_ = scrambler; }
@@ -53,6 +54,7 @@ private:
 
   std::istream& stream_;
   std::string name_;
+  std::size_t readAhead_;
   std::vector<char> buffer_;
   std::size_t begin_ = 0; ///< of what is not yet given out
   std::size_t end_ = 0;

@@ -381,5 +381,15 @@ TEST_F(DatabaseConformance, SelectsAreSplitAtTheirTopLevelOnly) {
   EXPECT_FALSE(sqlite::splitSelect("Delete From a").has_value());
 }
 
+TEST_F(DatabaseConformance, ASelectThatIsNoneIsLeftToTheDatabase) {
+  for (const std::string_view statement :
+       {"Select a From [ImportKopf", "Select a From ImportKopf\"", "Selecta From t", "Select From t",
+        "Select a From t Where", "Select a From t Order By", "Select a From t Order Bya",
+        "Select a From t Order a", "Select Where From t", "Select Order By From t",
+        "Select a From t Order By b Where c", "Select a Order By b From t"})
+    EXPECT_FALSE(sqlite::splitSelect(statement).has_value()) << statement;
+  EXPECT_EQ(sqlite::splitSelect("Select*From[t]Order By[a]")->orderBy, "[a]");
+}
+
 } // namespace
 } // namespace qx

@@ -79,16 +79,27 @@ TEST_F(LocalSettingsFile, StaysReadableForPeople) {
       << content();
 }
 
-TEST_F(LocalSettingsFile, KeepsTheKeysAndCommentsOfOthers) {
-  folder_.write("conf/settings.ini", "; heading\n\n[other]\n; about path\npath = \"C:\\x; y\"\nrepeated = 1\n"
-                                     "repeated = 2\nflag\n\n; the end\n# of all\n");
+TEST_F(LocalSettingsFile, ChangesNothingButTheValue) {
+  const std::string others = "; heading\n\n[other]\n; about path\npath = \"C:\\x; y\"\nrepeated = 1\n"
+                             "repeated=2\nflag\n\n[open\nMainLeft = 1\n";
+  folder_.write("conf/settings.ini", others + "\n; the end\n# of all\n");
   settings_.write(application, "MAIN", "MainLeft", "-5");
   settings_.write(application, "MAIN", "MainLeft", "7");
-  for (const std::string_view kept : {"; heading", "; about path", "path = \"C:\\x; y\"", "repeated = 1",
-                                      "repeated = 2", "flag", "; the end\n# of all"})
-    EXPECT_NE(content().find(kept), std::string::npos) << kept << " is lost from\n" << content();
-  EXPECT_EQ(content().find("-5"), std::string::npos) << "the old value is replaced";
-  EXPECT_EQ(fresh("MAIN", "MainLeft"), "7");
+  settings_.write(application, "MAIN", "MainTop", "");
+  EXPECT_EQ(content(), others + "\n; the end\n# of all\n\n[QXImportJob/MAIN]\nMainLeft = 7\nMainTop =\n");
+}
+
+TEST_F(LocalSettingsFile, AddsAKeyToItsSectionWhateverTheLineEnds) {
+  folder_.write("conf/settings.ini",
+                "\xEF\xBB\xBF[qximportjob/main]\r\n mainleft=1 \r\n; more\r\n\r\n[b]\r\nc=d");
+  settings_.write(application, "MAIN", "MainTop", "3");
+  settings_.write(application, "MAIN", "MainLeft", "2");
+  EXPECT_EQ(content(),
+            "\xEF\xBB\xBF[qximportjob/main]\r\n MainLeft = 2 \r\nMainTop = 3\r\n; more\r\n\r\n[b]\r\nc=d");
+  folder_.write("conf/settings.ini", "[QXImportJob/MAIN]\nMainLeft");
+  EXPECT_EQ(fresh("MAIN", "MainLeft"), "");
+  settings_.write(application, "MAIN", "MainTop", "3");
+  EXPECT_EQ(content(), "[QXImportJob/MAIN]\nMainLeft\nMainTop = 3\n");
 }
 
 TEST_F(LocalSettingsFile, KeepsAFileThatHoldsCommentsOnly) {

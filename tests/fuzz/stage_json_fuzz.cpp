@@ -47,7 +47,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const MemoryFile file(data, size);
   StagingArea area(erp.connection());
   try {
-    TextSource source(file.name());
+    TextFile source(file.name());
     JobAssembler assembler(erp.environment, area, source.name());
     area.begin();
     readJobs(source, assembler);

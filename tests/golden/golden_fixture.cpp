@@ -100,7 +100,7 @@ void GoldenTest::stage(std::string_view type, std::string_view notation,
 
   // A connection of its own, as the program has one; it keeps tables of the file's jobs.
   const auto ownConnection = erp.secondConnection();
-  cli::TextSource source((erp.folder.path() / "jobs.json").string());
+  cli::TextFile source((erp.folder.path() / "jobs.json").string());
   cli::StagingArea area(*ownConnection);
   cli::JobAssembler assembler(erp.environment, area, source.name());
   area.begin();

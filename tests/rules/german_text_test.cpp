@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+
 using namespace qx;
 
 TEST(GermanText, NumbersHaveACommaAndNoSuperfluousDigits) {
@@ -18,6 +20,10 @@ TEST(GermanText, FixedDecimalsRoundHalfAwayFromZero) {
   EXPECT_EQ(germanDecimals(-0.001, 2), "0,00");
   EXPECT_EQ(germanDecimals(1234, 3), "1234,000");
   EXPECT_EQ(germanDecimals(1e15, 2), "1000000000000000,00");
+  EXPECT_EQ(germanDecimals(123456789012345, 2), "123456789012345,00");
+  EXPECT_EQ(germanDecimals(-99.995, 2), "-100,00");
+  EXPECT_EQ(germanDecimals(0.999, 0), "1");
+  EXPECT_EQ(germanDecimals(1e308, 0), "1" + std::string(308, '0'));
   EXPECT_THROW(germanDecimals(1, 7), std::out_of_range);
 }
 

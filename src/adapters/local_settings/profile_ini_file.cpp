@@ -1,5 +1,6 @@
 #include "adapters/local_settings/profile_ini_file.h"
 
+#include "adapters/local_settings/ini_line.h"
 #include "adapters/local_settings/shared_file.h"
 #include "platform/column_name.h"
 
@@ -42,13 +43,6 @@ std::string toUtf8(std::string_view bytes) {
   return text;
 }
 
-std::string_view trimmed(std::string_view text) {
-  constexpr std::string_view blanks = " \t\r";
-  const auto first = text.find_first_not_of(blanks);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(blanks) - first + 1);
-}
-
 std::string_view unquoted(std::string_view value) {
   const bool quoted =
       value.size() >= 2 && value.front() == value.back() && (value.front() == '"' || value.front() == '\'');
@@ -57,26 +51,19 @@ std::string_view unquoted(std::string_view value) {
 
 bool sameName(std::string_view a, std::string_view b) { return foldedNameHash(a) == foldedNameHash(b); }
 
-/// Takes the next line off the front of the text.
-std::string_view takeLine(std::string_view& text) {
-  const auto end = std::min(text.find('\n'), text.size());
-  const std::string_view line = text.substr(0, end);
-  text.remove_prefix(std::min(end + 1, text.size()));
-  return trimmed(line);
-}
-
 std::string_view findValue(std::string_view text, std::string_view section, std::string_view key) {
   bool inSection = false;
   while (!text.empty()) {
-    const std::string_view line = takeLine(text);
+    const std::string_view line = takeIniLine(text);
     if (line.starts_with(';')) continue;
     if (line.starts_with('[')) {
-      inSection = sameName(trimmed(line.substr(1, line.find(']') - 1)), section);
+      inSection = sameName(withoutLineBlanks(line.substr(1, line.find(']') - 1)), section);
       continue;
     }
     const auto equals = line.find('=');
-    if (inSection && equals != std::string_view::npos && sameName(trimmed(line.substr(0, equals)), key))
-      return unquoted(trimmed(line.substr(equals + 1)));
+    if (inSection && equals != std::string_view::npos &&
+        sameName(withoutLineBlanks(line.substr(0, equals)), key))
+      return unquoted(withoutLineBlanks(line.substr(equals + 1)));
   }
   return {};
 }
@@ -92,10 +79,14 @@ std::optional<std::string> readProfile(std::string_view file) {
 
 } // namespace
 
+std::string profileValue(std::string_view file, std::string_view section, std::string_view key) {
+  return std::string(findValue(toUtf8(file), withoutLineBlanks(section), withoutLineBlanks(key)));
+}
+
 std::string ProfileIniFile::read(std::string_view file, std::string_view section, std::string_view key) {
   try {
     const auto content = readProfile(file);
-    return content ? std::string(findValue(toUtf8(*content), trimmed(section), trimmed(key))) : std::string();
+    return content ? profileValue(*content, section, key) : std::string();
   } catch (const std::runtime_error& failure) {
     diagnostics_.report({"profile file", failure.what(), {}});
     return {};

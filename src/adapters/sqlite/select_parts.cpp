@@ -75,9 +75,17 @@ Keywords findKeywords(std::string_view text) {
 }
 
 std::string_view unquoted(std::string_view name) {
-  if (name.size() >= 2 && (name.front() == '[' || name.front() == '"'))
-    return name.substr(1, name.size() - 2);
-  return name;
+  const bool quoted = (name.starts_with('[') && name.ends_with(']')) ||
+                      (name.size() >= 2 && name.starts_with('"') && name.ends_with('"'));
+  return quoted ? name.substr(1, name.size() - 2) : name;
+}
+
+/// What stands behind the keyword that the text begins with; null when there is no such word, or nothing.
+std::optional<std::string_view> clause(std::string_view text, std::string_view keyword) {
+  const std::size_t end = wordEnd(text, 0);
+  const std::string_view content = trimmed(text.substr(end));
+  if (!sameWord(text.substr(0, end), keyword) || content.empty()) return std::nullopt;
+  return content;
 }
 
 bool isIdentifier(std::string_view name) {
@@ -110,23 +118,29 @@ bool SelectParts::descending() const {
 
 std::optional<SelectParts> splitSelect(std::string_view statement) {
   statement = trimmed(statement);
-  constexpr std::size_t selectLength = 6;
-  if (statement.size() < selectLength || !sameWord(statement.substr(0, selectLength), "select"))
-    return std::nullopt;
   const Keywords at = findKeywords(statement);
-  if (at.compound || at.from == std::string_view::npos) return std::nullopt;
   const std::size_t orderAt = std::min(at.order, statement.size());
   const std::size_t whereAt = std::min(at.where, orderAt);
+  const bool inOrder = at.from < whereAt && (at.where == std::string_view::npos || at.where == whereAt);
+  if (at.compound || !inOrder) return std::nullopt;
 
+  const auto list = clause(statement.substr(0, at.from), "select");
+  const auto table = clause(statement.substr(at.from, whereAt - at.from), "from");
+  if (!list || !table) return std::nullopt;
   SelectParts parts;
-  parts.list = trimmed(statement.substr(selectLength, at.from - selectLength));
-  parts.table = unquoted(trimmed(statement.substr(at.from + 4, whereAt - at.from - 4)));
+  parts.list = *list;
+  parts.table = unquoted(*table);
   if (!isIdentifier(parts.table)) return std::nullopt;
-  if (at.where < orderAt) parts.where = trimmed(statement.substr(at.where + 5, orderAt - at.where - 5));
-  if (at.order != std::string_view::npos) {
-    std::string_view terms = trimmed(statement.substr(at.order + 5));
-    if (terms.size() < 2 || !sameWord(terms.substr(0, 2), "by")) return std::nullopt;
-    parts.orderBy = trimmed(terms.substr(2));
+  if (whereAt < orderAt) {
+    const auto condition = clause(statement.substr(whereAt, orderAt - whereAt), "where");
+    if (!condition) return std::nullopt;
+    parts.where = *condition;
+  }
+  if (orderAt < statement.size()) {
+    const auto terms = clause(statement.substr(orderAt), "order");
+    const auto keys = terms ? clause(*terms, "by") : std::nullopt;
+    if (!keys) return std::nullopt;
+    parts.orderBy = *keys;
   }
   parts.aggregate = hasAggregate(parts.list);
   return parts;
