@@ -131,7 +131,7 @@ void Composition::connect(const std::shared_ptr<Connection>& connection, const s
   standalone.userName = options_.user.empty() ? loginName() : options_.user;
   standalone.sessionDate = options_.sessionDate;
   standalone.applicationDirectory = fs::absolute(target).parent_path().string();
-  erp_.emplace(connection, clock_, desktop_, identity_, std::move(standalone));
+  erp_.emplace(connection, clock_, desktop_, diagnostics_, identity_, std::move(standalone));
   environment_.emplace(Environment{*erp_, desktop_, jobView_, clock_, guids_, localSettings_, iniFile_,
                                    diagnostics_, identity_, connection, erp_->createSession(), ""});
   environment_->session->Connect("", "");

@@ -1,6 +1,7 @@
 #include "erp/price_choice.h"
 
 #include "erp/caseless.h"
+#include "platform/value.h"
 
 #include <cmath>
 
@@ -18,44 +19,75 @@ bool sameUnit(const PriceStep& step, std::string_view unit) {
   return unit.empty() || step.unit.empty() || equalCodes(step.unit, unit);
 }
 
-bool outranks(const PriceStep& step, const PriceStep& other) {
-  if (step.fromQuantity != other.fromQuantity) return step.fromQuantity > other.fromQuantity;
-  return step.validFrom > other.validFrom;
+/// The number as 15 digits tell it, so that no binary remainder decides whether a step is reached.
+double asDecimals(double number) { return Value(plainNumber(number)).number().value_or(number); }
+
+/// Amounts have four decimals.
+bool isAmount(double number) {
+  const auto amount = Money::fromDouble(number);
+  return amount && amount->toDouble() == asDecimals(number);
 }
 
-/// Takes the step when it holds for so many of its own units and outranks the best so far.
-void consider(const PriceStep& step, double quantity, const std::optional<Date>& date,
-              const PriceStep*& best) {
-  if (!inForce(step, date) || step.fromQuantity > std::abs(quantity)) return;
-  if (best == nullptr || outranks(step, *best)) best = &step;
+/// Nothing is cut: where a price does not fit an amount any more, the price unit is scaled in its place.
+/// Below 1 that is always so, since goods in small units would else cost another price than in large ones.
+UnitPrice converted(const UnitPrice& stated, const UnitRatio& ratio) {
+  const double factor = ratio.factor();
+  const UnitPrice multiplied{asDecimals(stated.price * factor), asDecimals(stated.calculated * factor),
+                             stated.priceUnit};
+  if (factor >= 1 && isAmount(multiplied.price) && isAmount(multiplied.calculated)) return multiplied;
+  return {stated.price, stated.calculated, stated.priceUnit * ratio.per / ratio.times};
+}
+
+/// A step in the unit asked for.
+struct Candidate {
+  const PriceStep* step = nullptr;
+  double fromQuantity = 0;
+  UnitPrice price;
+};
+
+double pricePerUnit(const UnitPrice& price) {
+  return asDecimals(price.priceUnit == 0 ? price.price : price.price / price.priceUnit);
+}
+
+bool outranks(const Candidate& one, const Candidate& other) {
+  if (one.fromQuantity != other.fromQuantity) return one.fromQuantity > other.fromQuantity;
+  if (one.step->validFrom != other.step->validFrom) return one.step->validFrom > other.step->validFrom;
+  return pricePerUnit(one.price) < pricePerUnit(other.price);
+}
+
+/// Takes the step when it holds and outranks the best so far.
+void consider(const PriceStep& step, const UnitRatio& ratio, const PriceDemand& demand,
+              std::optional<Candidate>& best) {
+  const double from = asDecimals(step.fromQuantity * ratio.per / ratio.times);
+  if (!inForce(step, demand.date) || from > asDecimals(std::abs(demand.quantity))) return;
+  const Candidate candidate{&step, from, converted(step.stated, ratio)};
+  if (!best || outranks(candidate, *best)) best = candidate;
 }
 
 } // namespace
 
 std::optional<ChosenPrice> choosePrice(const std::vector<PriceStep>& steps, const PriceDemand& demand,
                                        UnitConversions& conversions) {
-  const PriceStep* best = nullptr;
+  std::optional<Candidate> best;
   for (const PriceStep& step : steps)
-    if (sameUnit(step, demand.unit)) consider(step, demand.quantity, demand.date, best);
-  if (best != nullptr) return ChosenPrice{best->row, 1};
-
-  std::string convertedUnit;
-  double convertedFactor = 1;
-  for (const PriceStep& step : steps) {
-    if (sameUnit(step, demand.unit)) continue;
-    // Steps of one unit only are compared: the first unit that can be converted decides.
-    if (best != nullptr && !equalCodes(step.unit, convertedUnit)) continue;
-    const auto factor = conversions.factor(demand.article, demand.unit, step.unit);
-    if (!factor) continue;
-    const PriceStep* const before = best;
-    consider(step, demand.quantity * *factor, demand.date, best);
-    if (best != before) {
-      convertedUnit = step.unit;
-      convertedFactor = *factor;
+    if (sameUnit(step, demand.unit)) consider(step, {}, demand, best);
+  if (!best)
+    for (const PriceStep& step : steps) {
+      if (sameUnit(step, demand.unit)) continue;
+      if (const auto ratio = conversions.ratio(demand.article, demand.unit, step.unit))
+        consider(step, *ratio, demand, best);
     }
-  }
-  if (best == nullptr) return std::nullopt;
-  return ChosenPrice{best->row, convertedFactor};
+  if (!best) return std::nullopt;
+  return ChosenPrice{best->step->row, best->price};
+}
+
+std::optional<std::string> PriceDates::validFrom(std::string_view article, const std::string& text) {
+  if (text.find_first_not_of(' ') == std::string::npos) return std::string();
+  if (const auto moment = parseTimeStamp(text)) return timeStamp(*moment);
+  std::string what = "a price row has the date '" + text + "', which is no time stamp, and is not used";
+  const std::string where = "price of article " + std::string(article);
+  if (told_.insert(where + what).second) diagnostics_.report({where, what, ""});
+  return std::nullopt;
 }
 
 } // namespace qx

@@ -9,10 +9,10 @@ double purchaseNumber(Recordset& row, ColumnName column, double whenNull = 0) {
   return row.value(column).number().value_or(whenNull);
 }
 
-PurchasePrice purchasePriceIn(Recordset& row, double factor) {
+PurchasePrice purchasePrice(Recordset& row, const UnitPrice& converted) {
   PurchasePrice price;
-  price.price = purchaseNumber(row, "EKPreis") * factor;
-  price.priceUnit = purchaseNumber(row, "EKPreiseinheit", 1);
+  price.price = converted.price;
+  price.priceUnit = converted.priceUnit;
   price.discountKind = row.text("EKRabattart");
   price.discounts = {purchaseNumber(row, "EKRabatt1"), purchaseNumber(row, "EKRabatt2"),
                      purchaseNumber(row, "EKRabatt3")};
@@ -27,15 +27,17 @@ std::optional<PurchasePrice> PurchasePrices::find(const PurchasePriceQuestion& q
                                          value(question.article), "' And Lieferantennummer = '"_sql,
                                          value(question.supplier), "'"_sql));
   std::vector<PriceStep> steps;
-  for (std::size_t i = 0; !rows->eof(); rows->moveNext(), ++i)
-    steps.push_back(
-        {i, rows->text("Mengeneinheit"), purchaseNumber(*rows, "Menge"), rows->text("GueltigAb")});
+  for (std::size_t i = 0; !rows->eof(); rows->moveNext(), ++i) {
+    const UnitPrice stated{purchaseNumber(*rows, "EKPreis"), 0, purchaseNumber(*rows, "EKPreiseinheit", 1)};
+    const auto from = dates_.validFrom(question.article, rows->text("GueltigAb"));
+    if (from && stated.priceUnit != 0)
+      steps.push_back({i, rows->text("Mengeneinheit"), purchaseNumber(*rows, "Menge"), *from, stated});
+  }
   const auto chosen =
       choosePrice(steps, {question.article, question.quantity, question.unit, question.date}, conversions_);
   if (!chosen) return std::nullopt;
   rows->moveTo(chosen->row);
-  const PurchasePrice price = purchasePriceIn(*rows, chosen->factor);
-  return price.priceUnit == 0 ? std::nullopt : std::optional(price);
+  return purchasePrice(*rows, chosen->price);
 }
 
 } // namespace qx

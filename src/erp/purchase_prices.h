@@ -9,17 +9,19 @@
 namespace qx {
 
 /// Finds a supplier's price by the same steps as sales prices. The purchase group and the kind of price
-/// finding make no difference. Null when there is no price or when its price unit is 0.
+/// finding make no difference. A price with the unit 0 is none. Null when there is no price.
 class PurchasePrices final : public Einkaufspreisfindung {
 public:
-  /// `connection` must outlive the object.
-  explicit PurchasePrices(Connection& connection) : connection_(connection), conversions_(connection) {}
+  /// `connection` and `diagnostics` must outlive the object.
+  PurchasePrices(Connection& connection, Diagnostics& diagnostics)
+      : connection_(connection), conversions_(connection), dates_(diagnostics) {}
 
   std::optional<PurchasePrice> find(const PurchasePriceQuestion& question) override;
 
 private:
   Connection& connection_;
   UnitConversions conversions_;
+  PriceDates dates_;
 };
 
 } // namespace qx

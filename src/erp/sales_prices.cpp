@@ -21,26 +21,15 @@ double numberIn(Recordset& row, ColumnName column, double whenNull = 0) {
   return row.value(column).number().value_or(whenNull);
 }
 
-std::array<std::vector<PriceStep>, levels> stepsByLevel(Recordset& rows) {
-  std::array<std::vector<PriceStep>, levels> steps;
-  for (std::size_t i = 0; !rows.eof(); rows.moveNext(), ++i)
-    steps[static_cast<std::size_t>(levelOf(rows)) - 1].push_back(
-        {i, rows.text("Mengeneinheit"), numberIn(rows, "Menge"), rows.text("GueltigAb")});
-  return steps;
+UnitPrice statedIn(Recordset& row) {
+  return {numberIn(row, "Preis"), numberIn(row, "KalkPreis"), numberIn(row, "Preiseinheit", 1)};
 }
 
-/// Amounts have four decimals, and so have converted ones: a binary remainder would make equal prices differ.
-double converted(double amount, double factor) {
-  const double product = amount * factor;
-  const auto rounded = Money::fromDouble(product);
-  return rounded ? rounded->toDouble() : product;
-}
-
-SalesPrice priceIn(Recordset& row, double factor) {
+SalesPrice salesPrice(Recordset& row, const UnitPrice& converted) {
   SalesPrice price;
-  price.price = converted(numberIn(row, "Preis"), factor);
-  price.calculatedPrice = converted(numberIn(row, "KalkPreis"), factor);
-  price.priceUnit = numberIn(row, "Preiseinheit", 1);
+  price.price = converted.price;
+  price.calculatedPrice = converted.calculated;
+  price.priceUnit = converted.priceUnit;
   price.discounts.kind = row.text("KZRabattart");
   price.discounts.marks = {row.text("KZRabatt1"), row.text("KZRabatt2"), row.text("KZRabatt3")};
   price.discounts.values = {numberIn(row, "Rabatt1"), numberIn(row, "Rabatt2"), numberIn(row, "Rabatt3")};
@@ -68,18 +57,28 @@ std::int32_t SalesPrices::GetVKPreis(const PriceQuestion& question, SalesPrice& 
           value(priceListOf(question.customer)), "' Or Preisliste = '' Or Preisliste Is Null)))"_sql));
   const PriceDemand demand{question.article, question.quantity, question.unit, question.date};
   std::size_t level = 0;
-  for (const auto& steps : stepsByLevel(*rows)) {
+  for (const auto& steps : stepsByLevel(question.article, *rows)) {
     ++level;
     const auto chosen = choosePrice(steps, demand, *conversions_);
     if (!chosen) continue;
     rows->moveTo(chosen->row);
-    SalesPrice price = priceIn(*rows, chosen->factor);
+    SalesPrice price = salesPrice(*rows, chosen->price);
     if (price.priceUnit == 0) return failed;
     price.source = sources[level - 1];
     found = std::move(price);
     return static_cast<std::int32_t>(level);
   }
   return notFound;
+}
+
+std::array<std::vector<PriceStep>, levels> SalesPrices::stepsByLevel(std::string_view article,
+                                                                     Recordset& rows) {
+  std::array<std::vector<PriceStep>, levels> steps;
+  for (std::size_t i = 0; !rows.eof(); rows.moveNext(), ++i)
+    if (const auto from = dates_.validFrom(article, rows.text("GueltigAb")))
+      steps[static_cast<std::size_t>(levelOf(rows)) - 1].push_back(
+          {i, rows.text("Mengeneinheit"), numberIn(rows, "Menge"), *from, statedIn(rows)});
+  return steps;
 }
 
 double SalesPrices::GetGesamtRabattWert(const StagedDiscounts& discounts, double amount) {

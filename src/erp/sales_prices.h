@@ -4,7 +4,9 @@
 #include "erp/price_choice.h"
 #include "platform/preisfindung.h"
 
+#include <array>
 #include <optional>
+#include <vector>
 
 namespace qx {
 
@@ -14,6 +16,9 @@ class SalesPrices final : public Preisfindung {
 public:
   /// Where a price was found, as `GetVKPreis` answers it and (in words) as `SalesPrice::source` says it.
   enum Level : std::int32_t { OwnPrice = 1, PriceList = 2, GeneralPrice = 3 };
+
+  /// `diagnostics` must outlive the object.
+  explicit SalesPrices(Diagnostics& diagnostics) : dates_(diagnostics) {}
 
   void setConnection(Connection& connection) override;
   void Init() override;
@@ -25,7 +30,9 @@ public:
 private:
   Connection& database();
   std::string priceListOf(std::string_view customer);
+  std::array<std::vector<PriceStep>, 3> stepsByLevel(std::string_view article, Recordset& rows);
 
+  PriceDates dates_;
   Connection* connection_ = nullptr;
   std::optional<UnitConversions> conversions_;
 };

@@ -36,9 +36,10 @@ private:
 } // namespace
 
 StandaloneErp::StandaloneErp(std::shared_ptr<Connection> connection, Clock& clock, Desktop& desktop,
-                             const ProcessIdentity& identity, StandaloneOptions options)
-    : connection_(std::move(connection)), clock_(clock), desktop_(desktop), identity_(identity),
-      options_(std::move(options)) {}
+                             Diagnostics& diagnostics, const ProcessIdentity& identity,
+                             StandaloneOptions options)
+    : connection_(std::move(connection)), clock_(clock), desktop_(desktop), diagnostics_(diagnostics),
+      identity_(identity), options_(std::move(options)) {}
 
 std::shared_ptr<Session> StandaloneErp::createSession() {
   return std::make_shared<StandaloneSession>(connection_, clock_, desktop_, identity_.sessionId(), options_);
@@ -54,10 +55,12 @@ std::unique_ptr<Protokoll> StandaloneErp::createProtokoll() {
   return std::make_unique<StandaloneProtokoll>(std::move(now), identity_.sessionId());
 }
 
-std::unique_ptr<Preisfindung> StandaloneErp::createPreisfindung() { return std::make_unique<SalesPrices>(); }
+std::unique_ptr<Preisfindung> StandaloneErp::createPreisfindung() {
+  return std::make_unique<SalesPrices>(diagnostics_);
+}
 
 std::unique_ptr<Einkaufspreisfindung> StandaloneErp::createEinkaufspreisfindung(Connection& connection) {
-  return std::make_unique<PurchasePrices>(connection);
+  return std::make_unique<PurchasePrices>(connection, diagnostics_);
 }
 
 std::unique_ptr<Version> StandaloneErp::createVersion() {

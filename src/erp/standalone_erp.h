@@ -15,9 +15,9 @@ namespace qx {
 /// Creates real components that all work on one database connection.
 class StandaloneErp final : public ErpComponents {
 public:
-  /// `clock`, `desktop` and `identity` must outlive the components and everything they create.
+  /// `clock`, `desktop`, `diagnostics` and `identity` must outlive the components and everything they create.
   StandaloneErp(std::shared_ptr<Connection> connection, Clock& clock, Desktop& desktop,
-                const ProcessIdentity& identity, StandaloneOptions options);
+                Diagnostics& diagnostics, const ProcessIdentity& identity, StandaloneOptions options);
 
   /// Not yet connected: `Connect` takes the shared connection, whatever its arguments.
   std::shared_ptr<Session> createSession() override;
@@ -41,6 +41,7 @@ private:
   std::shared_ptr<Connection> connection_;
   Clock& clock_;
   Desktop& desktop_;
+  Diagnostics& diagnostics_;
   const ProcessIdentity& identity_;
   StandaloneOptions options_;
   std::function<std::unique_ptr<Auskunft>()> auskunftFactory_;

@@ -2,24 +2,26 @@
 
 #include "erp/caseless.h"
 
+#include <cmath>
 #include <stdexcept>
 
 namespace qx {
 
 double UnitConversions::GetUmrechnung(const UnitConversion& conversion) {
-  if (const auto found = factor(conversion.article, conversion.toUnit, conversion.fromUnit)) return *found;
+  if (const auto found = ratio(conversion.article, conversion.toUnit, conversion.fromUnit))
+    return found->factor();
   throw std::runtime_error("Für den Artikel '" + std::string(conversion.article) +
                            "' ist keine Umrechnung von '" + std::string(conversion.fromUnit) + "' nach '" +
                            std::string(conversion.toUnit) + "' angelegt.");
 }
 
-std::optional<double> UnitConversions::factor(std::string_view article, std::string_view unit,
-                                              std::string_view baseUnit) {
-  if (equalCodes(unit, baseUnit)) return 1.0;
+std::optional<UnitRatio> UnitConversions::ratio(std::string_view article, std::string_view unit,
+                                                std::string_view baseUnit) {
+  if (equalCodes(unit, baseUnit)) return UnitRatio{};
   for (const std::string_view owner : {article, std::string_view()}) {
-    if (const auto direct = storedFactor(owner, unit, baseUnit)) return direct;
+    if (const auto direct = storedFactor(owner, unit, baseUnit)) return UnitRatio{*direct, 1};
     // NOLINTNEXTLINE(readability-suspicious-call-argument): the other way round on purpose.
-    if (const auto reverse = storedFactor(owner, baseUnit, unit)) return 1.0 / *reverse;
+    if (const auto reverse = storedFactor(owner, baseUnit, unit)) return UnitRatio{1, *reverse};
     if (owner.empty()) break;
   }
   return std::nullopt;
@@ -32,7 +34,8 @@ std::optional<double> UnitConversions::storedFactor(std::string_view article, st
                                          "' And Basiseinheit = '"_sql, value(baseUnit), "'"_sql));
   if (rows->eof()) return std::nullopt;
   const auto found = rows->value("Faktor").number();
-  return found && *found > 0 ? found : std::nullopt;
+  // So small a factor that its reverse is no number any more is none either.
+  return found && *found > 0 && std::isfinite(*found) && std::isfinite(1 / *found) ? found : std::nullopt;
 }
 
 } // namespace qx

@@ -7,6 +7,15 @@
 
 namespace qx {
 
+/// How many base units one unit is, as the two numbers of a fraction: the reverse of a stored factor has no
+/// exact value of its own.
+struct UnitRatio {
+  double times = 1;
+  double per = 1;
+
+  double factor() const { return times / per; }
+};
+
 /// Looks in the table of conversions, an article's own before the general ones and the stated direction
 /// before its reverse. Conversions are not chained. The roles of the units make no difference.
 class UnitConversions final : public Umrechnungen {
@@ -16,7 +25,7 @@ public:
 
   double GetUmrechnung(const UnitConversion& conversion) override;
   /// Base units per unit; null when there is no conversion.
-  std::optional<double> factor(std::string_view article, std::string_view unit, std::string_view baseUnit);
+  std::optional<UnitRatio> ratio(std::string_view article, std::string_view unit, std::string_view baseUnit);
 
 private:
   std::optional<double> storedFactor(std::string_view article, std::string_view unit,

@@ -38,18 +38,22 @@ std::optional<int> takeYear(std::string_view& text) {
   }
 }
 
-bool takeTime(std::string_view& text, DateTime& moment) {
-  const auto hour = takeDigits(text, 1, 2);
-  if (!hour || *hour > 23 || !take(text, ':')) return false;
-  const auto minute = takeDigits(text, 2, 2);
-  if (!minute || *minute > 59) return false;
-  std::optional<int> second = 0;
-  if (take(text, ':')) second = takeDigits(text, 2, 2);
-  if (!second || *second > 59) return false;
+bool setTime(DateTime& moment, std::optional<int> hour, std::optional<int> minute,
+             std::optional<int> second) {
+  if (!hour || *hour > 23 || !minute || *minute > 59 || !second || *second > 59) return false;
   moment.hour = *hour;
   moment.minute = *minute;
   moment.second = *second;
   return true;
+}
+
+bool takeTime(std::string_view& text, DateTime& moment) {
+  const auto hour = takeDigits(text, 1, 2);
+  if (!hour || !take(text, ':')) return false;
+  const auto minute = takeDigits(text, 2, 2);
+  std::optional<int> second = 0;
+  if (take(text, ':')) second = takeDigits(text, 2, 2);
+  return setTime(moment, hour, minute, second);
 }
 
 } // namespace
@@ -72,6 +76,22 @@ std::optional<Date> parseGermanDate(std::string_view text) {
   const auto moment = parseGermanDateTime(text);
   if (!moment) return std::nullopt;
   return moment->date;
+}
+
+std::optional<DateTime> parseTimeStamp(std::string_view text) {
+  const auto year = takeDigits(text, 4, 4);
+  const auto month = takeDigits(text, 2, 2);
+  const auto day = takeDigits(text, 2, 2);
+  if (!year || !month || !day) return std::nullopt;
+  DateTime moment;
+  moment.date = makeDate(*year, static_cast<unsigned>(*month), static_cast<unsigned>(*day));
+  if (!moment.date.ok()) return std::nullopt;
+  if (text.empty()) return moment;
+  const auto hour = takeDigits(text, 2, 2);
+  const auto minute = takeDigits(text, 2, 2);
+  const auto second = takeDigits(text, 2, 2);
+  if (!text.empty() || !setTime(moment, hour, minute, second)) return std::nullopt;
+  return moment;
 }
 
 std::string germanDate(const Date& date) {

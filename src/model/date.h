@@ -34,6 +34,10 @@ std::optional<DateTime> parseGermanDateTime(std::string_view text);
 /// The day of `parseGermanDateTime`.
 std::optional<Date> parseGermanDate(std::string_view text);
 
+/// Reads a time stamp: eight digits "yyyymmdd" or all fourteen. Null for every other text and for moments
+/// that do not exist.
+std::optional<DateTime> parseTimeStamp(std::string_view text);
+
 /// "dd.mm.yyyy" with leading zeros.
 std::string germanDate(const Date& date);
 

@@ -60,7 +60,7 @@ TEST_F(DemoTest, EveryArticleIsTaxableAndAllButTheSampleHaveAPrice) {
           "Join Steuerschlüssel s On s.Steuerschlüssel = z.Steuerschlüssel Where z.MwStKZArtikel = "
           "a.MwSt_KZ And z.MwStKZKunde = 'IN')"_sql)),
       0);
-  SalesPrices prices;
+  SalesPrices prices(file.diagnostics);
   prices.Init(database());
   std::string without;
   const auto articles = database().open(sql("Select Artikelnummer, Mengeneinheit From Artikelstamm"_sql));

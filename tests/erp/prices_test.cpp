@@ -92,6 +92,68 @@ TEST_F(SalesPriceTest, AConvertedPriceIsAnAmountWithoutABinaryRemainder) {
   EXPECT_EQ(price("K", 1, "KT"), 100.8) << "8.4 * 12 is not 100.8 in binary numbers";
 }
 
+TEST_F(SalesPriceTest, NothingIsCutWhereAPriceOfALargeUnitIsAskedForInASmallOne) {
+  database().execute(
+      sql("Insert Into Umrechnungen (Artikelnummer, Mengeneinheit, Basiseinheit, Faktor) Values "
+          "('A', 'BOX', 'ST', 1000), ('A', 'G', 'KG', 0.001), ('A', 'ROL', 'M', 2.5)"_sql));
+  const auto shown = [&](double quantity, std::string_view unit) {
+    SalesPrice found;
+    if (finder->GetVKPreis({"K", "A", quantity, unit, {}}, found) != SalesPrices::GeneralPrice)
+      return std::string("none");
+    return plainNumber(found.price) + " / " + plainNumber(found.calculatedPrice) + " per " +
+           plainNumber(found.priceUnit);
+  };
+  add({"", "", 0, "", 4.44, "BOX"});
+  EXPECT_EQ(shown(1000, "ST"), "4.44 / 0 per 1000");
+  database().execute(sql("Update Verkaufspreise Set Mengeneinheit = 'KG', Preis = 12.34, KalkPreis = 7, "
+                         "Preiseinheit = 5"_sql));
+  EXPECT_EQ(shown(25000, "G"), "12.34 / 7 per 5000");
+  database().execute(sql("Update Verkaufspreise Set Mengeneinheit = 'M', Preis = 1.2345, KalkPreis = 0.5, "
+                         "Preiseinheit = 10"_sql));
+  EXPECT_EQ(shown(1, "ROL"), "1.2345 / 0.5 per 4") << "1.2345 * 2.5 has five decimals";
+  database().execute(sql("Update Verkaufspreise Set Preis = 1.2344"_sql));
+  EXPECT_EQ(shown(1, "ROL"), "3.086 / 1.25 per 10");
+}
+
+TEST_F(SalesPriceTest, OfStepsInSeveralOtherUnitsTheHighestWinsWhateverTheirOrder) {
+  database().execute(sql("Insert Into Umrechnungen (Mengeneinheit, Basiseinheit, Faktor) Values "
+                         "('PAL', 'ST', 480)"_sql));
+  const PriceRow box{"", "", 1, "", 60, "KT"};
+  const PriceRow pallet{"", "", 1, "", 1920, "PAL"};
+  const PriceRow dearBox{"", "", 40, "", 61, "KT"};
+  const PriceRow newBox{"", "", 40, "20260101000000", 62, "KT"};
+  const auto perThousand = [&](std::vector<PriceRow> rows) {
+    database().execute(sql("Delete From Verkaufspreise"_sql));
+    for (const PriceRow& row : rows) add(row);
+    SalesPrice found;
+    finder->GetVKPreis({"K", "A", 960, "ST", makeDate(2026, 11, 24)}, found);
+    return found.price / found.priceUnit * 1000;
+  };
+  EXPECT_DOUBLE_EQ(perThousand({box, pallet}), 4000) << "480 pieces are more than 12";
+  EXPECT_DOUBLE_EQ(perThousand({pallet, box}), 4000);
+  EXPECT_DOUBLE_EQ(perThousand({dearBox, pallet}), 4000) << "the cheapest of two for 480 pieces";
+  EXPECT_DOUBLE_EQ(perThousand({pallet, dearBox}), 4000);
+  EXPECT_DOUBLE_EQ(perThousand({newBox, pallet}), 62000.0 / 12) << "the latest goes before the cheapest";
+  EXPECT_DOUBLE_EQ(perThousand({pallet, newBox}), 62000.0 / 12);
+}
+
+TEST_F(SalesPriceTest, ARowWhoseDateIsNoTimeStampIsNamedAndNotTaken) {
+  add({"", "", 0, "20260101", 10});
+  add({"", "", 0, "01.01.2026", 7});
+  add({"", "", 0, "01.01.2027", 8});
+  add({"", "", 0, "20260231000000", 9});
+  EXPECT_EQ(price("K"), 10);
+  EXPECT_EQ(price("K"), 10);
+  EXPECT_EQ(file.diagnostics.text(),
+            "price of article a | a price row has the date '01.01.2026', which is no time stamp, and is not "
+            "used | \n"
+            "price of article a | a price row has the date '01.01.2027', which is no time stamp, and is not "
+            "used | \n"
+            "price of article a | a price row has the date '20260231000000', which is no time stamp, and is "
+            "not used | \n")
+      << "each of them once";
+}
+
 TEST_F(SalesPriceTest, APriceUnitOfZeroFailsAndAMissingOneIsOne) {
   add({"", "", 0, "", 10});
   SalesPrice found;
@@ -110,7 +172,7 @@ TEST_F(SalesPriceTest, DiscountsOfThePriceComeWithTheirTotalRate) {
   ASSERT_EQ(finder->GetVKPreis({"K", "A", 1, "ST", {}}, found), SalesPrices::GeneralPrice);
   EXPECT_DOUBLE_EQ(found.discount, 14.5);
   EXPECT_EQ(found.discounts.values[1], 5);
-  EXPECT_THROW(SalesPrices().Init(), std::logic_error) << "no connection";
+  EXPECT_THROW(SalesPrices(file.diagnostics).Init(), std::logic_error) << "no connection";
 }
 
 TEST(StagedDiscountsTest, ApplyInTurnOrAddedUpInPercentOrAmount) {
@@ -174,6 +236,14 @@ TEST_F(SalesPriceTest, PurchasePricesAreTheSuppliersOwn) {
   EXPECT_EQ(found->discount, 10);
   EXPECT_EQ(prices->find({"L1", "A", 5, "KT", "", 0, {}})->price, 48);
   EXPECT_FALSE(prices->find({"L3", "A", 1, "ST", "", 0, {}}).has_value());
+  database().execute(
+      sql("Insert Into Einkaufspreise (Lieferantennummer, Artikelnummer, Mengeneinheit, Menge, EKPreis, "
+          "EKPreiseinheit) Values ('L1', 'A', 'ST', 55, 1, 0), ('L4', 'A', 'KT', 1, 0.05, 1)"_sql));
+  EXPECT_EQ(prices->find({"L1", "A", 5, "KT", "", 0, {}})->price, 48) << "a price unit of 0 is no price";
+  const auto piece = prices->find({"L4", "A", 12, "ST", "", 0, {}});
+  ASSERT_TRUE(piece.has_value());
+  EXPECT_EQ(piece->price, 0.05);
+  EXPECT_EQ(piece->priceUnit, 12);
 }
 
 } // namespace

@@ -18,7 +18,7 @@ TEST_F(StandaloneSessionTest, HasADatabaseOnlyWhileConnected) {
   session->Disconnect();
   EXPECT_TRUE(session->NotConnected());
 
-  StandaloneErp without(nullptr, file.clock, file.desktop, identity, {});
+  StandaloneErp without(nullptr, file.clock, file.desktop, file.diagnostics, identity, {});
   const auto none = without.createSession();
   none->Connect("", "");
   EXPECT_TRUE(none->NotConnected());

@@ -28,7 +28,8 @@ protected:
 
   Connection& database() { return file.connection(); }
   StandaloneErp erpOf(StandaloneOptions options) {
-    return {file.environment.connection, file.clock, file.desktop, identity, std::move(options)};
+    return {file.environment.connection, file.clock, file.desktop, file.diagnostics, identity,
+            std::move(options)};
   }
   std::shared_ptr<Session> sessionOf(StandaloneOptions options) {
     auto session = erpOf(std::move(options)).createSession();

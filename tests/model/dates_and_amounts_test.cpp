@@ -58,6 +58,15 @@ TEST(GermanDates, AreWrittenWithLeadingZeros) {
   EXPECT_EQ(timeStamp({makeDate(2026, 11, 24), 1, 2, 3}), "20261124010203");
 }
 
+TEST(TimeStamps, AreEightOrFourteenDigitsOfAMomentThatExists) {
+  EXPECT_EQ(parseTimeStamp("20240229"), (DateTime{makeDate(2024, 2, 29), 0, 0, 0}));
+  EXPECT_EQ(parseTimeStamp("20261124235958"), (DateTime{makeDate(2026, 11, 24), 23, 59, 58}));
+  for (const char* text :
+       {"", "2026", "20230229", "20261301", "2026112410", "20261124240000", "20261124006000",
+        "20261124000060", "202611240000000", "24.11.2026", "2026-11-24", " 20261124"})
+    EXPECT_EQ(parseTimeStamp(text), std::nullopt) << text;
+}
+
 TEST(Amounts, AreRoundedHalfToEvenAtTheFourthDecimal) {
   struct Case {
     double number;

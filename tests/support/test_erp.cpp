@@ -19,7 +19,7 @@ std::shared_ptr<Connection> createdDatabase(const std::string& file) {
 } // namespace
 
 TestErp::TestErp()
-    : database(createdDatabase(file)), components(database, sessionClock, desktop, identity,
+    : database(createdDatabase(file)), components(database, sessionClock, desktop, diagnostics, identity,
                                                   {"pruefer", std::nullopt, folder.path().string()}),
       environment{components, desktop,     jobView,  clock,    guids,   localSettings,
                   iniFile,    diagnostics, liveness, database, nullptr, ""} {
