@@ -18,6 +18,7 @@ public:
 
 private:
   JobResult processJob(JobRow& job);
+  static JobResult failed(const JobRow& job);
   bool park(JobRow& job, CheckStatus& status);
 
   const RunOptions& options_;

@@ -27,7 +27,7 @@ ProcessingRun::ProcessingRun(const RunParts& parts, bool unevaluated, qxProcessS
                    [this, jobType, kept = std::string(text)] { parts_.errors.add(jobType, kept); });
              }),
       sections_({environment_, parts.events, parts.protocol, parts.stop, parts.outcomes, group_, missing_,
-                 marks_, report_}),
+                 report_}),
       programVersion_(defaultVersion) {}
 
 RunReport ProcessingRun::execute() {
