@@ -1,5 +1,7 @@
 #include "engine/customer_section.h"
 
+#include <utility>
+
 namespace qx {
 namespace {
 
@@ -46,13 +48,15 @@ JobResult CustomerSection::processJob(JobRow& job) {
   result.line.date = job.text("Eingangsdatum");
   result.line.info = info(job, isNew);
   result.line.newCustomer = isNew;
-  result.indexedCustomer = job.text("Kundennummer");
-  return result;
+  return indexed(job, std::move(result));
 }
 
-/// The search index of a failed job's customer is brought up to date as well.
 JobResult CustomerSection::failed(const JobRow& job) {
-  JobResult result = SectionRunner::refused(customers, job, statusError);
+  return indexed(job, SectionRunner::refused(customers, job, statusError));
+}
+
+/// The search index is brought up to date for a failed job's customer as well.
+JobResult CustomerSection::indexed(const JobRow& job, JobResult result) {
   result.indexedCustomer = job.text("Kundennummer");
   return result;
 }
