@@ -14,7 +14,11 @@ void ContractSection::run(SectionRunner& runner) {
   runner.run(contracts,
              sql("Select * From ImportKopf Where JobType = "_sql, number(qxtjobkundenverträge),
                  " Or JobType = "_sql, number(qxtjobverträge), " Order by Kundennummer"_sql),
-             [this](JobRow& job) { return processJob(job); });
+             {[this](JobRow& job) { return processJob(job); },
+              [this](JobRow& job, std::string_view reason) {
+                marks_.markJobError(job, reason);
+                return SectionRunner::refused(contracts, job, statusError);
+              }});
 }
 
 JobResult ContractSection::processJob(JobRow& job) {

@@ -11,13 +11,14 @@ namespace qx {
 class ContractSection {
 public:
   ContractSection(Environment& environment, JobMarks& marks, EventSource& events)
-      : processor_(environment, marks, events) {}
+      : marks_(marks), processor_(environment, marks, events) {}
 
   void run(SectionRunner& runner);
 
 private:
   JobResult processJob(JobRow& job);
 
+  JobMarks& marks_;
   ContractProcessor processor_;
 };
 

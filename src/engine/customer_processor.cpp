@@ -1,8 +1,11 @@
 #include "engine/customer_processor.h"
 
+#include "engine/host_undo.h"
 #include "rules/dates.h"
 
 #include <array>
+#include <exception>
+#include <functional>
 #include <stdexcept>
 
 namespace qx {
@@ -197,10 +200,30 @@ bool CustomerProcessor::checkReceiptDate(JobRow& job, std::string& stamp) {
 }
 
 void CustomerProcessor::save(JobRow& job, Recordset& customer, bool isNew, const std::string& stamp) {
-  Savepoint part(*environment_.connection);
+  Written written;
+  try {
+    Savepoint part(*environment_.connection);
+    writeCustomer(job, customer, isNew, stamp, written);
+    addAddresses(job, written);
+    job.set("JobType", Value(std::int16_t{qxtJobKundenDone}));
+    job.update();
+    part.release();
+  } catch (const std::exception&) {
+    if (!environment_.connection->ownsWork()) undoOnHost(customer, job.text("Kundennummer"), written);
+    throw;
+  }
+}
+
+void CustomerProcessor::writeCustomer(const JobRow& job, Recordset& customer, bool isNew,
+                                      const std::string& stamp, Written& written) {
+  std::vector<std::pair<ColumnName, Value>> before;
+  const auto set = [&](ColumnName column, Value content) {
+    if (!isNew) before.emplace_back(column, customer.value(column));
+    customer.set(column, std::move(content));
+  };
   if (isNew) customer.addNew();
-  customer.set("ÄndUser", Value("Import"));
-  customer.set("ÄndDatum", Value(stamp));
+  set("ÄndUser", Value("Import"));
+  set("ÄndDatum", Value(stamp));
   for (const CopiedField& field : copiedFields) {
     Value copied = field.column == ColumnName("Bankleitzahl") ? emptyToNull(Value(bankCode(job)))
                                                               : emptyToNull(job.value(field.jobField));
@@ -210,16 +233,37 @@ void CustomerProcessor::save(JobRow& job, Recordset& customer, bool isNew, const
     // The key of a found customer is the same; writing it again would only cost its index entry.
     if (!isNew && field.column == ColumnName("Kundennummer") && copied == customer.value("Kundennummer"))
       continue;
-    customer.set(field.column, std::move(copied));
+    set(field.column, std::move(copied));
   }
   customer.update();
-  addAddresses(job);
-  job.set("JobType", Value(std::int16_t{qxtJobKundenDone}));
-  job.update();
-  part.release();
+  written.added = isNew;
+  written.before = std::move(before);
 }
 
-void CustomerProcessor::addAddresses(const JobRow& job) {
+/// What the host's transaction does not undo for us, the latest first.
+void CustomerProcessor::undoOnHost(Recordset& customer, const std::string& number, const Written& written) {
+  const auto undo = [&](const std::function<void()>& step) {
+    undoStep(environment_.diagnostics, "undoing a customer", step);
+  };
+  for (const auto& [owner, address] : written.addresses)
+    undo([&] {
+      environment_.connection->execute(sql("Delete From Adressenstamm Where Kundennummer = '"_sql,
+                                           value(owner), "' And Adressnummer = '"_sql, value(address),
+                                           "'"_sql));
+    });
+  if (written.added)
+    undo([&] {
+      environment_.connection->execute(
+          sql("Delete From Kundenstamm Where Kundennummer = '"_sql, value(number), "'"_sql));
+    });
+  if (!written.before.empty())
+    undo([&] {
+      for (const auto& [column, content] : written.before) customer.set(column, content);
+      customer.update();
+    });
+}
+
+void CustomerProcessor::addAddresses(const JobRow& job, Written& written) {
   for (const AddressBlock& block : addressBlocks) {
     const std::string number = job.text(block.number);
     if (number.empty()) continue;
@@ -227,7 +271,9 @@ void CustomerProcessor::addAddresses(const JobRow& job) {
                           job.text(block.street), job.text(block.country), job.text(block.postcode),
                           job.text(block.town)};
     if (address == Adresse()) continue;
-    addresses_.AddAdressDaten(job.firstOf(block.customer, "Kundennummer"), number, address);
+    std::string owner = job.firstOf(block.customer, "Kundennummer");
+    if (addresses_.AddAdressDaten(owner, number, address))
+      written.addresses.emplace_back(std::move(owner), number);
   }
 }
 

@@ -11,6 +11,8 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 namespace qx {
 
@@ -25,18 +27,27 @@ public:
 
   /// A failed job is marked with every reason that was found; nothing of the customer is then written, while
   /// codes that were created stay. The customer, its addresses and the job's done code are written together
-  /// or not at all.
+  /// or not at all; on a host's connection what was written before the failure is taken back.
   Result process(JobRow& job);
 
 private:
   struct Code;
+  /// What of a customer stands in the tables.
+  struct Written {
+    bool added = false;
+    std::vector<std::pair<ColumnName, Value>> before;           ///< of a customer that was changed
+    std::vector<std::pair<std::string, std::string>> addresses; ///< that were added: customer and number
+  };
 
   bool checkCodes(JobRow& job);
   bool checkCode(JobRow& job, const Code& code, std::string_view wanted);
   bool checkCurrency(JobRow& job);
   bool checkReceiptDate(JobRow& job, std::string& stamp);
   void save(JobRow& job, Recordset& customer, bool isNew, const std::string& stamp);
-  void addAddresses(const JobRow& job);
+  void writeCustomer(const JobRow& job, Recordset& customer, bool isNew, const std::string& stamp,
+                     Written& written);
+  void addAddresses(const JobRow& job, Written& written);
+  void undoOnHost(Recordset& customer, const std::string& number, const Written& written);
   bool fail(JobRow& job, std::string_view text);
 
   Environment& environment_;

@@ -1,5 +1,7 @@
 #include "engine/customer_section.h"
 
+#include <utility>
+
 namespace qx {
 namespace {
 
@@ -24,7 +26,11 @@ void CustomerSection::run(SectionRunner& runner) {
   runner.run(customers,
              sql("Select * From ImportKopf Where JobType = "_sql, number(qxtjobkunden),
                  " Order By Kundennummer"_sql),
-             [this](JobRow& job) { return processJob(job); });
+             {[this](JobRow& job) { return processJob(job); },
+              [this](JobRow& job, std::string_view reason) {
+                marks_.markJobError(job, reason);
+                return failed(job);
+              }});
 }
 
 JobResult CustomerSection::processJob(JobRow& job) {
@@ -33,18 +39,24 @@ JobResult CustomerSection::processJob(JobRow& job) {
     return SectionRunner::refused(customers, job,
                                   status == CheckStatus::Warning ? statusWarning : statusError);
   const auto written = processor_.process(job);
+  if (written == CustomerProcessor::Result::Failed) return failed(job);
+  const bool isNew = written == CustomerProcessor::Result::Created;
   JobResult result;
-  if (written == CustomerProcessor::Result::Failed) {
-    result = SectionRunner::refused(customers, job, statusError);
-  } else {
-    const bool isNew = written == CustomerProcessor::Result::Created;
-    result.line.process = customers.process;
-    result.line.number = job.text("Kundennummer");
-    result.line.status = statusDone;
-    result.line.date = job.text("Eingangsdatum");
-    result.line.info = info(job, isNew);
-    result.line.newCustomer = isNew;
-  }
+  result.line.process = customers.process;
+  result.line.number = job.text("Kundennummer");
+  result.line.status = statusDone;
+  result.line.date = job.text("Eingangsdatum");
+  result.line.info = info(job, isNew);
+  result.line.newCustomer = isNew;
+  return indexed(job, std::move(result));
+}
+
+JobResult CustomerSection::failed(const JobRow& job) {
+  return indexed(job, SectionRunner::refused(customers, job, statusError));
+}
+
+/// The search index is brought up to date for a failed job's customer as well.
+JobResult CustomerSection::indexed(const JobRow& job, JobResult result) {
   result.indexedCustomer = job.text("Kundennummer");
   return result;
 }

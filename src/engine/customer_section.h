@@ -18,6 +18,8 @@ public:
 
 private:
   JobResult processJob(JobRow& job);
+  static JobResult failed(const JobRow& job);
+  static JobResult indexed(const JobRow& job, JobResult result);
   bool park(JobRow& job, CheckStatus& status);
 
   const RunOptions& options_;

@@ -40,6 +40,12 @@ public:
   void set(ColumnName column, Value value);
   void update() { rows_.update(); }
   void cancelUpdate() { rows_.cancelUpdate(); }
+  /// Drops pending values and reads the row again; a part of the unit that was undone took back what it had
+  /// written. False when the row is gone.
+  bool reread() {
+    rows_.cancelUpdate();
+    return rows_.resync();
+  }
 
 private:
   Recordset& rows_;

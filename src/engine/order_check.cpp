@@ -179,11 +179,10 @@ void OrderCheck::checkStock(Recordset& position, const FoundPrice& price, Findin
     if (answer.unit != noStockUnit &&
         throughDecimalText(position.value("Menge").number().value_or(0)) > throughDecimalText(answer.stock))
       findings.add(CheckStatus::Warning, order_tokens::stock);
-  } catch (const DatabaseError&) {
-    throw;
-  } catch (const std::exception& error) {
+  } catch (const std::exception&) {
     // A missing conversion is no finding of the order; it only makes the warning impossible.
-    environment_.diagnostics.report({"stock of article " + article, error.what(), position.text("JobID")});
+    const std::string reason = missingConversion();
+    environment_.diagnostics.report({"stock of article " + article, reason, position.text("JobID")});
   }
 }
 

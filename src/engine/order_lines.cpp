@@ -184,10 +184,8 @@ void OrderLines::fillPurchasePrice(Recordset& line, Recordset& article, const Or
   try {
     if (!unit.empty() && !salesUnit.empty() && !equalCodes(unit, salesUnit))
       quantity = throughDecimalText(quantity / stock_.conversionFactor(number, salesUnit, unit));
-  } catch (const DatabaseError&) {
-    throw;
-  } catch (const std::exception& error) {
-    environment_.diagnostics.report({"purchase price of article " + number, error.what(), ""});
+  } catch (const std::exception&) {
+    environment_.diagnostics.report({"purchase price of article " + number, missingConversion(), ""});
     return;
   }
   const std::string group = article.text("Einkaufsgruppe");

@@ -42,13 +42,16 @@ OrderNumber OrderNumbers::draw(const JobRow& job) {
   return *pending_;
 }
 
+void OrderNumbers::removeLines() {
+  if (!pending_ || foreign_) return;
+  environment_.connection->execute(sql("Delete From Auftragspos Where Auftragsnummer = '"_sql,
+                                       value(std::to_string(pending_->number)), "'"_sql));
+}
+
 void OrderNumbers::giveBack() {
   if (!pending_) return;
   const OrderNumber drawn = *pending_;
   pending_.reset();
-  if (!foreign_)
-    environment_.connection->execute(sql("Delete From Auftragspos Where Auftragsnummer = '"_sql,
-                                         value(std::to_string(drawn.number)), "'"_sql));
   const auto current = environment_.connection->open(
       sql("Select aktuellerWert From Nummernkreise Where NSchl = 'AB' And Buchungskreis ="_sql,
           number(drawn.circle)));

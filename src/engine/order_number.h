@@ -30,7 +30,9 @@ public:
   void forget() { pending_.reset(); }
   /// The number that was drawn is that of another order, whose lines must stay.
   void foreignNumber() { foreign_ = true; }
-  /// Removes the order's lines and takes the number back into its range. Nothing without a pending number.
+  /// Removes the lines of the order whose number is pending.
+  void removeLines();
+  /// Takes the pending number back into its range; nothing without one.
   void giveBack();
 
 private:

@@ -31,7 +31,8 @@ void OrderSection::run(SectionRunner& runner) {
   runner.run(orders,
              sql("Select * From ImportKopf Where JobType = "_sql, number(qxtJobAufträge),
                  " Order by Eingangsdatum"_sql),
-             [this](JobRow& job) { return processJob(job); });
+             {[this](JobRow& job) { return processJob(job); },
+              [this](JobRow& job, std::string_view reason) { return fail(job, reason); }});
   announce(malformedFees, writer_.fees().malformedEntries());
   announce(heavyCashOnDelivery, cashOnDelivery_);
 }
@@ -79,11 +80,8 @@ JobResult OrderSection::processJob(JobRow& job) {
       });
     return written(job, order);
   } catch (const OrderFailure& failure) {
+    job.reread();
     return fail(job, failure.what());
-  } catch (const std::exception& error) {
-    rethrowUnlessJobFailure();
-    parts_.environment.diagnostics.report({"writing of an order", error.what(), job.text("JobID")});
-    return fail(job, error.what());
   }
 }
 
@@ -120,7 +118,12 @@ JobResult OrderSection::fail(JobRow& job, std::string_view reason) {
 
 JobResult OrderSection::refusedResult(const JobRow& job, std::string_view status) const {
   JobResult result = SectionRunner::refused(orders, job, status);
-  result.line.articles = stagedArticles(job);
+  try {
+    result.line.articles = stagedArticles(job);
+  } catch (const StatementError& error) {
+    // The job is marked already; positions that cannot be read may be why it failed.
+    parts_.environment.diagnostics.report({"positions of an order", error.what(), job.text("JobID")});
+  }
   return result;
 }
 

@@ -1,5 +1,6 @@
 #include "engine/order_writer.h"
 
+#include "engine/host_undo.h"
 #include "engine/order_failure.h"
 #include "engine/order_texts.h"
 #include "rules/dates.h"
@@ -31,7 +32,7 @@ OrderWriter::OrderWriter(Environment& environment, const OrderOptions& options, 
 
 WrittenOrder OrderWriter::WriteAuftrag(JobRow& job) {
   writing_ = 0;
-  const Value remark = job.value("Bemerkung");
+  stampBefore_.reset();
   try {
     Savepoint part(*environment_.connection);
     WrittenOrder order = write(job);
@@ -42,11 +43,8 @@ WrittenOrder OrderWriter::WriteAuftrag(JobRow& job) {
     job.cancelUpdate();
     if (environment_.connection->ownsWork())
       numbers_.forget();
-    else {
+    else
       undoOnHost();
-      // Written again with the reason, when the order was finished already.
-      job.set("Bemerkung", remark);
-    }
     throw;
   }
 }
@@ -80,12 +78,12 @@ WrittenOrder OrderWriter::write(JobRow& job) {
   header->set("GesamtGewicht", Value(totals.weight));
   header->update();
   insertIndexEntry(*header);
-  finishJob(job, number.number);
   written.weight = totals.weight;
   written.cashOnDelivery = isCashOnDelivery(order);
   written.customerName = header->text("Bez1");
-  // The last step: nothing takes the stamp back on a host's connection.
   stampCustomer(job, *customer);
+  // Last of all: a job that is done has its whole order.
+  finishJob(job, number.number);
   return written;
 }
 
@@ -182,12 +180,18 @@ void OrderWriter::stampCustomer(const JobRow& job, Recordset& customer) {
     return text.empty() ? customer.text(column) : text;
   };
   const Value& own = customer.value("KundeSeit");
-  const std::string since = germanDay(own.isEmpty() ? job.value("Eingangsdatum") : own);
-  environment_.connection->execute(
-      sql("UPDATE Kundenstamm SET KundeSeit = '"_sql, nullable(since), "', Ind_Text2 = '"_sql,
-          nullable(jobOrCustomer("IndFild2", "Ind_Text2")), "', Ind_Text3 = '"_sql,
-          nullable(jobOrCustomer("IndFild3", "Ind_Text3")), "' WHERE Kundennummer  = '"_sql,
-          value(job.text("Kundennummer")), "'"_sql));
+  CustomerStamp stamp{job.text("Kundennummer"), own.text(), customer.text("Ind_Text2"),
+                      customer.text("Ind_Text3")};
+  writeStamp({stamp.customer, germanDay(own.isEmpty() ? job.value("Eingangsdatum") : own),
+              jobOrCustomer("IndFild2", "Ind_Text2"), jobOrCustomer("IndFild3", "Ind_Text3")});
+  stampBefore_ = std::move(stamp);
+}
+
+void OrderWriter::writeStamp(const CustomerStamp& stamp) {
+  environment_.connection->execute(sql("UPDATE Kundenstamm SET KundeSeit = '"_sql, nullable(stamp.since),
+                                       "', Ind_Text2 = '"_sql, nullable(stamp.text2), "', Ind_Text3 = '"_sql,
+                                       nullable(stamp.text3), "' WHERE Kundennummer  = '"_sql,
+                                       value(stamp.customer), "'"_sql));
 }
 
 void OrderWriter::insertIndexEntry(Recordset& header) {
@@ -211,19 +215,23 @@ void OrderWriter::finishJob(JobRow& job, std::int32_t number) {
   job.update();
 }
 
-/// What the host's transaction does not undo for us. Deletions that fail are told and do not hide the reason.
+/// What the host's transaction does not undo for us.
 void OrderWriter::undoOnHost() {
-  try {
-    if (writing_ != 0) {
-      environment_.connection->execute(
-          sql("Delete From Belegindex Where Belegart = 'AB' And Belegnummer = "_sql, number(writing_)));
-      environment_.connection->execute(
-          sql("Delete From Auftragskopf Where Auftragsnummer = "_sql, number(writing_)));
-    }
-    numbers_.giveBack();
-  } catch (const std::exception& error) {
-    environment_.diagnostics.report({"undoing an order", error.what(), ""});
-  }
+  const auto undo = [&](const std::function<void()>& step) {
+    undoStep(environment_.diagnostics, "undoing an order", step);
+  };
+  undo([&] { numbers_.removeLines(); });
+  undo([&] { numbers_.giveBack(); });
+  if (stampBefore_) undo([&] { writeStamp(*stampBefore_); });
+  if (writing_ == 0) return;
+  undo([&] {
+    environment_.connection->execute(
+        sql("Delete From Belegindex Where Belegart = 'AB' And Belegnummer = "_sql, number(writing_)));
+  });
+  undo([&] {
+    environment_.connection->execute(
+        sql("Delete From Auftragskopf Where Auftragsnummer = "_sql, number(writing_)));
+  });
 }
 
 bool OrderWriter::isCashOnDelivery(const OrderContext& order) const {

@@ -14,6 +14,7 @@
 #include "platform/environment.h"
 #include "rules/master_data.h"
 
+#include <optional>
 #include <string>
 
 namespace qx {
@@ -30,18 +31,26 @@ struct WrittenOrder {
 /// Turns a job into header, lines, totals, index entry and customer stamp.
 ///
 /// On a connection of our own everything is undone together when one step fails, the drawn number included;
-/// on a host's connection the lines, the header and the index entry are deleted and the number is given back.
+/// on a host's connection the lines are deleted, the number is given back, the customer's stamp is taken back
+/// and index entry and header are deleted, each step whatever became of the others.
 class OrderWriter {
 public:
   OrderWriter(Environment& environment, const OrderOptions& options, const OrderStamp& stamp,
               OrderPrices& prices);
 
   /// Raises `OrderFailure` with the sentence for the clerk, or what the database raises. The job's done code
-  /// is written with the order.
+  /// is written last.
   WrittenOrder WriteAuftrag(JobRow& job);
   const AccessoryFees& fees() const { return fees_; }
 
 private:
+  /// What an order leaves with its customer.
+  struct CustomerStamp {
+    std::string customer;
+    std::string since; ///< `KundeSeit`
+    std::string text2, text3;
+  };
+
   static std::string receiptStamp(const JobRow& job);
   std::unique_ptr<Recordset> openCustomer(const JobRow& job) const;
   WrittenOrder write(JobRow& job);
@@ -53,6 +62,7 @@ private:
   void appendFreightAndFees(const OrderContext& order, WrittenLines& written);
   double accessoryFee(const OrderContext& order);
   void stampCustomer(const JobRow& job, Recordset& customer);
+  void writeStamp(const CustomerStamp& stamp);
   void insertIndexEntry(Recordset& header);
   static void finishJob(JobRow& job, std::int32_t number);
   void undoOnHost();
@@ -67,6 +77,7 @@ private:
   AccessoryFees fees_;
   MasterData masterData_;
   std::int32_t writing_ = 0; ///< the number of the order whose header stands in the table, or 0
+  std::optional<CustomerStamp> stampBefore_; ///< of the order at hand, once its customer is stamped
 };
 
 } // namespace qx

@@ -27,7 +27,7 @@ ProcessingRun::ProcessingRun(const RunParts& parts, bool unevaluated, qxProcessS
                    [this, jobType, kept = std::string(text)] { parts_.errors.add(jobType, kept); });
              }),
       sections_({environment_, parts.events, parts.protocol, parts.stop, parts.outcomes, group_, missing_,
-                 marks_, report_}),
+                 report_}),
       programVersion_(defaultVersion) {}
 
 RunReport ProcessingRun::execute() {
@@ -81,11 +81,13 @@ void ProcessingRun::createComponents() {
   try {
     sections_.setAddressIndex(environment_.components.createAdressindex(*environment_.connection));
   } catch (const std::exception& error) {
+    rethrowUnlessJobFailure();
     environment_.diagnostics.report({"address index component", error.what(), ""});
   }
   try {
     prices_ = environment_.components.createPreisfindung();
   } catch (const std::exception& error) {
+    rethrowUnlessJobFailure();
     environment_.diagnostics.report({"price component", error.what(), ""});
   }
 }
@@ -95,6 +97,7 @@ void ProcessingRun::initPrices() {
   try {
     prices_->Init(*environment_.connection);
   } catch (const std::exception& error) {
+    rethrowUnlessJobFailure();
     environment_.diagnostics.report({"price component", error.what(), ""});
     prices_.reset();
   }
@@ -114,6 +117,7 @@ void ProcessingRun::readProgramVersion() {
   try {
     programVersion_ = " " + environment_.components.createVersion()->version();
   } catch (const std::exception& error) {
+    rethrowUnlessJobFailure();
     environment_.diagnostics.report({"version component", error.what(), ""});
     programVersion_ = defaultVersion;
   }

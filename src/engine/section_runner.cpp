@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <new>
 #include <stdexcept>
 #include <utility>
 
@@ -28,6 +29,8 @@ void rethrowUnlessJobFailure() {
     return;
   } catch (const DatabaseError&) {
     throw;
+  } catch (const std::bad_alloc&) {
+    throw;
   } catch (const std::exception&) {
     return;
   }
@@ -48,7 +51,7 @@ void SectionRunner::run(const Section& section, const Sql& query, const Handler&
       // Passed over: deleted, or taken to another state by someone else since the section was opened.
       if (jobs->resync() && section.takes(jobTypeOf(*jobs))) {
         JobRow job(*jobs, parts_.missing);
-        processJob(section, job, handler);
+        processJob(job, handler);
       }
       ++at;
       raiseProgress(at, count);
@@ -57,7 +60,7 @@ void SectionRunner::run(const Section& section, const Sql& query, const Handler&
       parts_.group.abandon();
       if (groupStart == at) {
         jobs->moveTo(at);
-        markLostJob(section, *jobs, error.what());
+        markLostJob(handler, *jobs, error.what());
         groupStart = ++at;
         raiseProgress(at, count);
       } else {
@@ -77,32 +80,33 @@ void SectionRunner::run(const Section& section, const Sql& query, const Handler&
   parts_.report.stillWaiting += count - at;
 }
 
-void SectionRunner::processJob(const Section& section, JobRow& job, const Handler& handler) {
+void SectionRunner::processJob(JobRow& job, const Handler& handler) {
   JobResult result;
   try {
-    result = handler(job);
+    result = handler.process(job);
   } catch (const std::exception& error) {
     rethrowUnlessJobFailure();
-    job.cancelUpdate();
+    job.reread();
     parts_.environment.diagnostics.report({"processing of a job", error.what(), job.text("JobID")});
     try {
-      parts_.marks.markJobError(job, error.what());
+      result = handler.fail(job, error.what());
     } catch (const StatementError& second) {
       giveUp(second);
     }
-    result = refused(section, job, statusError);
   }
   if (!result.leftOut) logJob(job, result);
 }
 
 /// The job took its unit with it when it was alone; only its failure is written, in a unit of its own.
-void SectionRunner::markLostJob(const Section& section, Recordset& jobs, const std::string& reason) {
+void SectionRunner::markLostJob(const Handler& handler, Recordset& jobs, const std::string& reason) {
   parts_.group.begin();
   if (jobs.resync()) {
     JobRow job(jobs, parts_.missing);
     try {
-      parts_.marks.markJobError(job, reason);
-      logJob(job, refused(section, job, statusError));
+      JobResult result = handler.fail(job, reason);
+      // Bringing the index up to date may be what took the unit along.
+      result.indexedCustomer.clear();
+      logJob(job, result);
     } catch (const DatabaseError& error) {
       giveUp(error);
     }

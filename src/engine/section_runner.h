@@ -47,14 +47,18 @@ struct JobResult {
 };
 
 /// Rethrows the exception at hand when it ends more than the one job: everything that the database reports
-/// but a refused statement. To be called inside a handler.
+/// but a refused statement, and a lack of memory. To be called inside a handler.
 void rethrowUnlessJobFailure();
 
 /// Takes jobs in groups of units of work. A group that is lost is taken again job by job, and the job that
 /// loses its unit when it is alone is marked as failed in a unit of its own.
 class SectionRunner {
 public:
-  using Handler = std::function<JobResult(JobRow&)>;
+  struct Handler {
+    std::function<JobResult(JobRow&)> process;
+    /// Marks a job as failed and records all that belongs to a failure, whatever the reason came from.
+    std::function<JobResult(JobRow&, std::string_view reason)> fail;
+  };
 
   struct Parts {
     Environment& environment;
@@ -64,7 +68,6 @@ public:
     const OutcomeSink& outcomes; ///< may be empty
     WorkGroup& group;
     MissingColumns& missing;
-    JobMarks& marks;
     RunReport& report;
   };
 
@@ -77,8 +80,8 @@ public:
   static JobResult refused(const Section& section, const JobRow& job, std::string_view status);
 
 private:
-  void processJob(const Section& section, JobRow& job, const Handler& handler);
-  void markLostJob(const Section& section, Recordset& jobs, const std::string& reason);
+  void processJob(JobRow& job, const Handler& handler);
+  void markLostJob(const Handler& handler, Recordset& jobs, const std::string& reason);
   void logJob(const JobRow& job, const JobResult& result);
   bool indexCustomer(std::string_view customer, std::string_view jobId);
   void raiseProgress(std::size_t position, std::size_t count);

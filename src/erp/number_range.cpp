@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <limits>
+#include <stdexcept>
+#include <string>
 
 namespace qx {
 namespace {
@@ -12,19 +14,33 @@ struct RangeState {
   std::int64_t last = std::numeric_limits<std::int32_t>::max();
 };
 
+/// A session draws inside the caller's unit, so another program comes in between only on a host's connection.
+constexpr int mostTries = 20;
+
+[[noreturn]] void fail(std::string_view range, std::int16_t bookingCircle, const std::string& why) {
+  throw std::runtime_error("Der Nummernkreis '" + std::string(range) + "' im Buchungskreis '" +
+                           std::to_string(bookingCircle) + "' " + why);
+}
+
 std::optional<RangeState> readRange(Connection& connection, std::string_view range,
                                     std::int16_t bookingCircle) {
-  const auto rows = connection.open(sql("Select aktuellerWert, UntererWert, ObererWert, "
-                                        "coalesce(aktuellerWert,0) as Stand From Nummernkreise "
+  const auto rows = connection.open(sql("Select aktuellerWert, UntererWert, ObererWert From Nummernkreise "
                                         "Where NSchl = '"_sql,
                                         value(range), "' And Buchungskreis = "_sql, number(bookingCircle),
                                         " And Aktiviert = 1"_sql));
   if (rows->eof()) return std::nullopt;
+  const auto whole = [&](ColumnName column) -> std::int64_t {
+    const auto number = rows->value(column).integer();
+    if (!number)
+      fail(range, bookingCircle,
+           "hat als " + std::string(column.text()) + " keine ganze Zahl: '" + rows->text(column) + "'.");
+    return *number;
+  };
   RangeState state;
-  state.current = rows->value("Stand").integer().value_or(0);
-  const auto first = rows->value("UntererWert").integer();
-  state.next = std::max(state.current + 1, first.value_or(1));
-  if (const auto last = rows->value("ObererWert").integer()) state.last = std::min(state.last, *last);
+  if (!rows->value("aktuellerWert").isNull()) state.current = whole("aktuellerWert");
+  if (!rows->value("ObererWert").isEmpty()) state.last = std::min(state.last, whole("ObererWert"));
+  const std::int64_t first = rows->value("UntererWert").isEmpty() ? 1 : whole("UntererWert");
+  state.next = std::max(std::min(state.current, state.last) + 1, first);
   return state;
 }
 
@@ -32,7 +48,7 @@ std::optional<RangeState> readRange(Connection& connection, std::string_view ran
 
 std::optional<std::int32_t> drawNumber(Connection& connection, std::string_view range,
                                        std::int16_t bookingCircle) {
-  for (;;) {
+  for (int tries = 0; tries < mostTries; ++tries) {
     const auto state = readRange(connection, range, bookingCircle);
     if (!state || state->next > state->last) return std::nullopt;
     // The old value in the condition tells when another program drew in between; then it is tried again.
@@ -42,6 +58,7 @@ std::optional<std::int32_t> drawNumber(Connection& connection, std::string_view 
             " And Aktiviert = 1 And coalesce(aktuellerWert,0) = "_sql, number(state->current)));
     if (changed != 0) return static_cast<std::int32_t>(state->next);
   }
+  fail(range, bookingCircle, "nimmt keine neue Nummer an.");
 }
 
 } // namespace qx

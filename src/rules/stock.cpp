@@ -2,9 +2,22 @@
 
 #include "rules/active_connection.h"
 
+#include <exception>
 #include <stdexcept>
 
 namespace qx {
+
+std::string missingConversion() {
+  try {
+    throw;
+  } catch (const DatabaseError&) {
+    throw;
+  } catch (const std::runtime_error& none) {
+    return none.what();
+  } catch (const std::domain_error& zero) {
+    return zero.what();
+  }
+}
 
 StockAnswer Stock::GetLagerbestand(std::string_view Artikelnummer, std::string_view Mengeneinheit,
                                    bool MEUmrechnung) const {

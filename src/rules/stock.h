@@ -16,6 +16,10 @@ struct StockAnswer {
   std::string unit; ///< `noStockUnit` for an article without stock or without a store
 };
 
+/// Why there is no conversion between two units: what the conversion raised. Whatever else is at hand, a
+/// database's failure or a lack of memory, is rethrown. To be called inside a handler.
+std::string missingConversion();
+
 /// Stock and unit lookups on the shared connection. Unknown articles and units are no errors; database errors
 /// reach the caller.
 class Stock {

@@ -1,6 +1,9 @@
 // Customer jobs: what a run writes, creates and refuses.
 #include "engine_fixture.h"
 
+#include "adapters/sqlite/sqlite_database.h"
+#include "erp/table_filler.h"
+
 #include <gmock/gmock.h>
 
 namespace qx {
@@ -132,6 +135,53 @@ TEST_F(CustomerJobs, ARefusedAddressLeavesNoCustomerBehind) {
   EXPECT_EQ(jobType("J1"), 12);
   EXPECT_EQ(reasons("J1"), "Adresse gesperrt");
   EXPECT_EQ(count(sql("Select Count(*) From Kundenstamm"_sql)), 0);
+}
+
+TEST_F(CustomerJobs, OnAHostsConnectionAFailureTakesBackWhatStoodAlready) {
+  TableFiller(connection(), "Kundenstamm")
+      .add({{"Kundennummer", "70001"}, {"Bez1", "Alt"}, {"Telefon", "1"}, {"ÄndUser", "Anna"}});
+  TableFiller(connection(), "Adressenstamm").add({{"Kundennummer", "70001"}, {"Adressnummer", "2"}});
+  connection().execute(sql("CREATE TRIGGER refuse BEFORE INSERT ON Adressenstamm WHEN new.Adressnummer = '3' "
+                           "BEGIN SELECT RAISE(ABORT, 'Adresse gesperrt'); END"_sql));
+  connection().execute(
+      sql("CREATE TRIGGER unfinished BEFORE UPDATE ON ImportKopf WHEN new.JobID = 'DONE' And "
+          "new.JobType = 13 BEGIN SELECT RAISE(ABORT, 'nie fertig'); END"_sql));
+  const auto withAddresses = [](const char* last) {
+    return [last](KundeFields& job) {
+      job.VS_AdrNr = "2";
+      job.VS_Bez1 = "Lager";
+      job.RG_AdrNr = last;
+      job.RG_Bez1 = "Büro";
+    };
+  };
+  stageCustomer("OLD", "70001", withAddresses("3"));
+  stageCustomer("NEW", "70002", withAddresses("3"));
+  stageCustomer("DONE", "70003", withAddresses("4"));
+  erp.environment.connection = SqliteDatabase::openAsHost(connection().connectionString());
+  EXPECT_TRUE(run());
+  EXPECT_EQ(reasons("OLD") + "|" + reasons("NEW") + "|" + reasons("DONE"),
+            "Adresse gesperrt|Adresse gesperrt|nie fertig");
+  EXPECT_EQ(count(sql("Select Count(*) From ImportKopf Where JobType = 12"_sql)), 3);
+  EXPECT_EQ(erp.text(sql("Select Group_Concat(Kundennummer || ' ' || Bez1 || ' ' || Telefon || ' ' || "
+                         "ÄndUser || ' ' || Coalesce(ÄndDatum, '-') || Coalesce(PLZ, '-')) From "
+                         "Kundenstamm"_sql)),
+            "70001 Alt 1 Anna --");
+  EXPECT_EQ(erp.text(sql("Select Group_Concat(Kundennummer || ' ' || Adressnummer) From Adressenstamm"_sql)),
+            "70001 2");
+}
+
+TEST_F(CustomerJobs, AFailedCustomersIndexIsBroughtUpToDateWhateverTheFailureCameFrom) {
+  connection().execute(sql("CREATE TRIGGER refuse BEFORE INSERT ON Kundenstamm "
+                           "BEGIN SELECT RAISE(ABORT, 'Kunde gesperrt'); END"_sql));
+  for (const char* number : {"70001", "70002"})
+    connection().execute(
+        sql("Insert Into Adressindex (Kundennummer, Art) Values ('"_sql, value(number), "', 1)"_sql));
+  stageCustomer("REFUSED", "70001");
+  stageCustomer("SENTENCE", "70002", [](KundeFields& job) { job.Währung = "XXX"; });
+  run();
+  EXPECT_EQ(reasons("REFUSED") + "|" + reasons("SENTENCE"),
+            "Kunde gesperrt|Die Währung: 'XXX' ist nicht angelegt.");
+  EXPECT_EQ(count(sql("Select Count(*) From Adressindex"_sql)), 0);
 }
 
 // The automatic check.

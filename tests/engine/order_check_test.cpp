@@ -1,7 +1,14 @@
 // The check of orders: its findings, their order, and what they stop.
 #include "order_fixture.h"
 
+#include "support/fake_session.h"
+
 #include <gmock/gmock.h>
+
+#include <functional>
+#include <memory>
+#include <new>
+#include <stdexcept>
 
 namespace qx {
 namespace {
@@ -124,6 +131,44 @@ TEST_F(OrderCheckTest, StockIsComparedInTheUnitOfTheOrder) {
     EXPECT_EQ(found.find("Lagerbestand") != std::string::npos, each.warned) << each.quantity << each.unit;
   }
   EXPECT_FALSE(erp.diagnostics.entries.empty()) << "a unit without conversion is told, not found";
+}
+
+/// Raises what a test wants.
+class RaisingConversions final : public Umrechnungen {
+public:
+  double GetUmrechnung(const UnitConversion& /*conversion*/) override {
+    raise();
+    return 1;
+  }
+  std::function<void()> raise;
+};
+
+TEST_F(OrderCheckTest, OnlyAMissingConversionIsNoFindingOfTheStock) {
+  TableFiller(connection(), "Artikellager")
+      .add({{"Artikelnummer", "A100"}, {"Lagernummer", "1"}, {"Lagerbestand", 24.0}, {"MitBestand", true}});
+  RaisingConversions conversions;
+  const auto session = std::make_shared<FixedSession>();
+  session->conversions = &conversions;
+  session->settings[{"ImportJob2", "WarnungLagerbestand"}] = "1";
+  erp.environment.session = session;
+  stageOrder("O1");
+  stagePosition("O1", 1, "A100", 1, [](AuftragsPosFields& position) { position.Mengeneinheit = "PAL"; });
+
+  conversions.raise = [] { throw std::bad_alloc(); };
+  run();
+  EXPECT_EQ(engine.lastRun().end, RunEnd::Broken);
+  EXPECT_EQ(jobType("O1"), 30) << "a lack of memory is no failure of the job";
+  conversions.raise = [] { throw StoreError("Platte voll", 0); };
+  run();
+  EXPECT_EQ(engine.lastRun().failure, "Platte voll");
+  EXPECT_EQ(jobType("O1"), 30);
+  conversions.raise = [] { throw std::runtime_error("keine Umrechnung"); };
+  run();
+  EXPECT_EQ(reasons("O1"), "Es konnte keine Auftragsnummer ermittelt werden.") << "the check let it pass";
+  conversions.raise = [] { throw std::logic_error("Fehler im Programm"); };
+  release("O1");
+  run();
+  EXPECT_EQ(reasons("O1"), "Fehler im Programm");
 }
 
 TEST_F(OrderCheckTest, CreditLimitsCountWhenTheyAreReached) {

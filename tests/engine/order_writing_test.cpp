@@ -5,6 +5,9 @@
 
 #include <gmock/gmock.h>
 
+#include <array>
+#include <string>
+#include <string_view>
 #include <vector>
 
 namespace qx {
@@ -265,6 +268,140 @@ TEST_F(OrderWriting, OnAHostsConnectionTheSameIsDeletedAndTheNumberGivenBack) {
   EXPECT_EQ(orders(), 0);
   EXPECT_EQ(count(sql("Select Count(*) From Auftragspos"_sql)), 0);
   EXPECT_EQ(drawn(), 0);
+}
+
+TEST_F(OrderWriting, WhicheverOfTheLastStepsFailsTheWholeOrderIsTakenBack) {
+  struct Case {
+    Sql trigger;
+    const char* reason;
+  };
+  const std::array cases{
+      Case{sql("CREATE TRIGGER refuse BEFORE INSERT ON Belegindex "
+               "BEGIN SELECT RAISE(ABORT, 'kein Index'); END"_sql),
+           "kein Index"},
+      Case{sql("CREATE TRIGGER refuse BEFORE UPDATE OF KundeSeit ON Kundenstamm WHEN new.KundeSeit Is Not "
+               "Null BEGIN SELECT RAISE(ABORT, 'kein Stempel'); END"_sql),
+           "kein Stempel"},
+      Case{sql("CREATE TRIGGER refuse BEFORE UPDATE ON ImportKopf WHEN new.JobType = 33 "
+               "BEGIN SELECT RAISE(ABORT, 'nie fertig'); END"_sql),
+           "nie fertig"}};
+  const auto own = erp.environment.connection;
+  for (const bool host : {false, true}) {
+    for (const Case& each : cases) {
+      const std::string key = std::string(each.reason) + (host ? " host" : "");
+      own->execute(each.trigger);
+      stageOrder(key, [](AuftragFields& job) {
+        job.IndFild2 = "Spur";
+        job.Bemerkung = "eilt";
+      });
+      stagePosition(key, 1, "A100", 1);
+      if (host) erp.environment.connection = SqliteDatabase::openAsHost(own->connectionString());
+      EXPECT_TRUE(run()) << key;
+      erp.environment.connection = own;
+      EXPECT_EQ(engine.lastRun().error, 1U) << key;
+      EXPECT_EQ(erp.text(sql("Select JobType || '|' || Fehlertext || '|' || Bemerkung || '|' || Erledigt || "
+                             "'|' || Fehler From ImportKopf Where JobID = '"_sql,
+                             value(key), "'"_sql)),
+                "32|" + std::string(each.reason) + "|eilt|0|1");
+      for (const char* table : {"Auftragskopf", "Auftragspos", "Belegindex"})
+        EXPECT_EQ(count(sql("Select Count(*) From "_sql, name(table))), 0) << key << table;
+      EXPECT_EQ(drawn(), 0) << key;
+      EXPECT_TRUE(customer("20001", "KundeSeit").isNull()) << key;
+      EXPECT_TRUE(customer("20001", "Ind_Text2").isNull()) << key;
+      own->execute(sql("DROP TRIGGER refuse"_sql));
+    }
+  }
+}
+
+TEST_F(OrderWriting, AnOrderWhosePaymentCannotBeLookedUpFailsOnceAndForAll) {
+  connection().execute(sql("ALTER TABLE Zahlungsarten DROP COLUMN Kurztext"_sql));
+  stageOrder("O1");
+  stagePosition("O1", 1, "A100", 1);
+  ASSERT_TRUE(run());
+  EXPECT_EQ(engine.lastRun().error, 1U);
+  EXPECT_EQ(jobType("O1"), 32);
+  EXPECT_EQ(reasons("O1"), "no such column: Kurztext");
+  EXPECT_EQ(field("O1", "Bemerkung"), Value(""));
+  EXPECT_EQ(drawn(), 0);
+}
+
+TEST_F(OrderWriting, AStepThatCannotBeTakenBackOnAHostsConnectionKeepsNoOther) {
+  connection().execute(sql("CREATE TRIGGER unfinished BEFORE UPDATE ON ImportKopf WHEN new.JobType = 33 "
+                           "BEGIN SELECT RAISE(ABORT, 'nie fertig'); END"_sql));
+  connection().execute(sql("CREATE TRIGGER kept BEFORE DELETE ON Belegindex "
+                           "BEGIN SELECT RAISE(ABORT, 'bleibt'); END"_sql));
+  stageOrder("O1");
+  stagePosition("O1", 1, "A100", 1);
+  erp.environment.connection = SqliteDatabase::openAsHost(connection().connectionString());
+  run();
+  EXPECT_EQ(reasons("O1"), "nie fertig");
+  EXPECT_EQ(orders(), 0);
+  EXPECT_EQ(count(sql("Select Count(*) From Auftragspos"_sql)), 0);
+  EXPECT_EQ(drawn(), 0);
+  EXPECT_TRUE(customer("20001", "KundeSeit").isNull());
+  EXPECT_THAT(erp.diagnostics.text(), HasSubstr("undoing an order"));
+}
+
+TEST_F(OrderWriting, AnOrderIsRecordedAlikeWhateverItsFailureCameFrom) {
+  struct Case {
+    const char* key;
+    const char* reason;
+  };
+  // A sentence, a refused statement, one that takes the unit with it, and a check that raises.
+  constexpr std::array cases{Case{"SENTENCE", "Der Artikel: 'G400' ist gesperrt!"},
+                             Case{"REFUSED", "gesperrt"}, Case{"LOST", "zurück"},
+                             Case{"CHECK", "no such table: Verkaufspreise"}};
+  for (const Case& each : cases) {
+    stageOrder(each.key, [&](AuftragFields& job) { job.Betreff = each.key; });
+    stagePosition(each.key, 1, each.key == std::string_view("SENTENCE") ? "G400" : "B200", 2,
+                  [](AuftragsPosFields& position) { position.Preis = 4.5; });
+  }
+  connection().execute(sql("Delete From Verkaufspreise"_sql));
+  connection().execute(sql("CREATE TRIGGER lost BEFORE INSERT ON Auftragskopf WHEN new.Betreff = 'LOST' "
+                           "BEGIN SELECT RAISE(ROLLBACK, 'zurück'); END"_sql));
+  connection().execute(sql("CREATE TRIGGER refuse BEFORE INSERT ON Auftragskopf "
+                           "WHEN new.Betreff = 'REFUSED' BEGIN SELECT RAISE(ABORT, 'gesperrt'); END"_sql));
+  connection().execute(sql("Update ImportKopf Set JobType = 31 Where JobID = 'CHECK'"_sql));
+  run(qxProcessState::ProcessAufträge, true);
+  connection().execute(sql("Update ImportKopf Set JobType = 30 Where JobID = 'CHECK'"_sql));
+  connection().execute(sql("DROP TABLE Verkaufspreise"_sql));
+  run(qxProcessState::ProcessAufträge);
+  for (const Case& each : cases) {
+    EXPECT_EQ(jobType(each.key), 32) << each.key;
+    EXPECT_EQ(reasons(each.key), each.reason);
+    EXPECT_EQ(field(each.key, "Fehler"), Value(true)) << each.key;
+  }
+  const auto line = connection().open(sql("Select * From Protokollpositionen"_sql));
+  for (const Case& each : cases) {
+    EXPECT_EQ(
+        line->text("Text0") + "|" + line->text("Text1") + "|" + line->text("Text2") + "|" +
+            line->text("Text3") + "|" + line->text("Text4") + "|" + line->text("Text5") + "|" +
+            line->text("Text6") + "|" + line->text("Text7") + "|" + line->text("Memo0"),
+        "Auftrag|20001|Fehler|20.11.2026|" +
+            std::string(each.key == std::string_view("SENTENCE") ? "G400|Gesperrt" : "B200|Artikel B200") +
+            "|2,000|4,50|" + each.reason);
+    line->moveNext();
+  }
+}
+
+TEST_F(OrderWriting, ARangeWithoutAWholeNumberFailsItsOrdersAndNoOthers) {
+  connection().execute(sql("Update Nummernkreise Set aktuellerWert = 'abc'"_sql));
+  TableFiller(connection(), "Nummernkreise")
+      .add({{"NSchl", "AB"}, {"Buchungskreis", 2}, {"Aktiviert", true}, {"aktuellerWert", 500}});
+  TableFiller(connection(), "Vertreter").add({{"VertreterNr", "2"}});
+  TableFiller(connection(), "Kundenstamm").add({{"Kundennummer", "14999"}, {"Preisliste", "A"}});
+  stageOrder("O1");
+  stageOrder("O2", [](AuftragFields& job) {
+    job.Kundennummer = "14999";
+    job.IndFild1 = "ZB";
+    job.Vertreter1 = "2";
+  });
+  for (const char* key : {"O1", "O2"}) stagePosition(key, 1, "A100", 1);
+  ASSERT_TRUE(run());
+  EXPECT_EQ(jobType("O1"), 32);
+  EXPECT_EQ(reasons("O1"),
+            "Der Nummernkreis 'AB' im Buchungskreis '1' hat als aktuellerWert keine ganze Zahl: 'abc'.");
+  EXPECT_EQ(order()->value("Auftragsnummer"), Value(501));
 }
 
 TEST_F(OrderWriting, AnAmountOrSumThatDoesNotFitFailsAndLeavesNothingOnAHostsConnection) {

@@ -102,6 +102,38 @@ TEST_F(NumberRange, KeepsWithinItsBounds) {
   EXPECT_EQ(draw(2), std::nullopt);
 }
 
+TEST_F(NumberRange, ThatHasNoWholeNumbersOrDoesNotMoveIsNamed) {
+  const auto failure = [&](std::int16_t circle) {
+    try {
+      draw(circle);
+      return std::string("drawn");
+    } catch (const std::runtime_error& error) {
+      return std::string(error.what());
+    }
+  };
+  range(1, true, "abc", {}, {});
+  range(2, true, "", {}, {});
+  range(3, true, 1.5, {}, {});
+  range(4, true, 7, "von", {});
+  range(5, true, 7, "", "9,5");
+  EXPECT_EQ(failure(1),
+            "Der Nummernkreis 'X' im Buchungskreis '1' hat als aktuellerWert keine ganze Zahl: 'abc'.");
+  EXPECT_EQ(failure(2),
+            "Der Nummernkreis 'X' im Buchungskreis '2' hat als aktuellerWert keine ganze Zahl: ''.");
+  EXPECT_EQ(failure(3),
+            "Der Nummernkreis 'X' im Buchungskreis '3' hat als aktuellerWert keine ganze Zahl: '1.5'.");
+  EXPECT_EQ(failure(4),
+            "Der Nummernkreis 'X' im Buchungskreis '4' hat als UntererWert keine ganze Zahl: 'von'.");
+  EXPECT_EQ(failure(5),
+            "Der Nummernkreis 'X' im Buchungskreis '5' hat als ObererWert keine ganze Zahl: '9,5'.");
+  range(6, true, std::int64_t{9223372036854775807}, {}, {});
+  EXPECT_EQ(draw(6), std::nullopt) << "beyond every number is used up";
+  range(7, true, 7, {}, {});
+  database().execute(sql("CREATE TRIGGER ignore BEFORE UPDATE ON Nummernkreise "
+                         "BEGIN SELECT RAISE(IGNORE); END"_sql));
+  EXPECT_EQ(failure(7), "Der Nummernkreis 'X' im Buchungskreis '7' nimmt keine neue Nummer an.");
+}
+
 TEST_F(NumberRange, GivesNothingWhenMissingOrInactive) {
   range(1, false, 5, {}, {});
   EXPECT_EQ(draw(1), std::nullopt);

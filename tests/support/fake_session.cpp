@@ -23,7 +23,10 @@ void FixedSession::SaveSetting(std::string_view section, std::string_view key, s
   settings[{std::string(section), std::string(key)}] = value;
 }
 
-qx::Umrechnungen& FixedSession::Umrechnungen() { absent("Umrechnungen"); }
+qx::Umrechnungen& FixedSession::Umrechnungen() {
+  if (conversions == nullptr) absent("Umrechnungen");
+  return *conversions;
+}
 
 std::shared_ptr<Session> AbsentComponents::createSession() {
   if (!session) absent("Norvalis.Session");

@@ -46,8 +46,9 @@ public:
   std::shared_ptr<Connection> database;
   Date date = makeDate(2026, 11, 24);
   std::string sessionId = "S0001";
-  std::int32_t errorCode = 0;     ///< another one refuses the next connect
-  std::vector<std::string> calls; ///< of the members that connect, disconnect and tell
+  std::int32_t errorCode = 0;              ///< another one refuses the next connect
+  std::vector<std::string> calls;          ///< of the members that connect, disconnect and tell
+  qx::Umrechnungen* conversions = nullptr; ///< in place of none
   bool notConnected = false;
   bool failing = false; ///< every access to a setting raises `StoreError`
 };
