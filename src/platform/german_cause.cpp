@@ -2,6 +2,7 @@
 
 #include "platform/database_error.h"
 
+#include <new>
 #include <string_view>
 #include <system_error>
 
@@ -20,6 +21,7 @@ std::string_view sentenceFor(const DatabaseError& error) {
 } // namespace
 
 std::string germanCause(const std::exception& error) {
+  if (dynamic_cast<const std::bad_alloc*>(&error) != nullptr) return "Der Arbeitsspeicher reicht nicht aus.";
   if (dynamic_cast<const std::system_error*>(&error) != nullptr)
     return std::string("Die Datei kann nicht gelesen oder geschrieben werden. (") + error.what() + ")";
   const auto* const database = dynamic_cast<const DatabaseError*>(&error);
