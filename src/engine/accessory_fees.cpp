@@ -1,5 +1,6 @@
 #include "engine/accessory_fees.h"
 
+#include "engine/section_runner.h"
 #include "rules/german_text.h"
 
 #include <algorithm>
@@ -51,6 +52,7 @@ void AccessoryFees::load() {
       if (Row row; parse(key, entry, row)) graded_.push_back(row);
     }
   } catch (const std::exception& error) {
+    rethrowUnlessJobFailure();
     environment_.diagnostics.report({"Zubehoer.ini", error.what(), ""});
   }
 }

@@ -48,6 +48,7 @@ RunReport ProcessingRun::execute() {
   } catch (const std::exception& error) {
     breakOff(error);
   }
+  collectJobsLeft();
   announceCashOnDelivery();
   return std::move(report_);
 }
@@ -62,6 +63,16 @@ void ProcessingRun::breakOff(const std::exception& error) noexcept {
     report_.germanFailure = germanCause(error);
   } catch (const std::bad_alloc&) {
     environment_.diagnostics.report({"processing run", "no memory for the reason", ""});
+  }
+}
+
+/// A host learns of them from the collected texts.
+void ProcessingRun::collectJobsLeft() noexcept {
+  try {
+    for (const auto& [jobId, reason] : report_.left)
+      parts_.errors.all.add("Die Datenbank lehnt es ab, den Vorgang '" + jobId + "' zu ändern: " + reason);
+  } catch (const std::bad_alloc&) {
+    environment_.diagnostics.report({"processing run", "no memory for the jobs that were left", ""});
   }
 }
 
@@ -107,15 +118,18 @@ void ProcessingRun::perform() {
   close();
 }
 
+/// A component that the host lacks is no failure of the run; a store or memory that cannot go on is.
 void ProcessingRun::createComponents() {
   try {
     sections_.setAddressIndex(environment_.components.createAdressindex(*environment_.connection));
   } catch (const std::exception& error) {
+    rethrowUnlessJobFailure();
     environment_.diagnostics.report({"address index component", error.what(), ""});
   }
   try {
     prices_ = environment_.components.createPreisfindung();
   } catch (const std::exception& error) {
+    rethrowUnlessJobFailure();
     environment_.diagnostics.report({"price component", error.what(), ""});
   }
 }
@@ -132,6 +146,7 @@ void ProcessingRun::initPrices() {
   try {
     prices_->Init(*environment_.connection);
   } catch (const std::exception& error) {
+    rethrowUnlessJobFailure();
     environment_.diagnostics.report({"price component", error.what(), ""});
     prices_.reset();
   }
@@ -151,6 +166,7 @@ void ProcessingRun::readProgramVersion() {
   try {
     programVersion_ = " " + environment_.components.createVersion()->version();
   } catch (const std::exception& error) {
+    rethrowUnlessJobFailure();
     environment_.diagnostics.report({"version component", error.what(), ""});
     programVersion_ = defaultVersion;
   }
