@@ -97,7 +97,7 @@ std::optional<JobResult> SectionRunner::markFailed(const Section& section, Recor
   try {
     parts_.marks.markJobError(job, reason);
   } catch (const StatementError& refusal) {
-    parts_.group.abandon();
+    // The group is taken back with what the job has done so far.
     throw WorkLostError(refusal.what(), refusal.nativeCode());
   }
   return refused(section, job, statusError);
