@@ -48,6 +48,7 @@ RunReport ProcessingRun::execute() {
   } catch (const std::exception& error) {
     breakOff(error);
   }
+  collectJobsLeft();
   announceCashOnDelivery();
   return std::move(report_);
 }
@@ -62,6 +63,16 @@ void ProcessingRun::breakOff(const std::exception& error) noexcept {
     report_.germanFailure = germanCause(error);
   } catch (const std::bad_alloc&) {
     environment_.diagnostics.report({"processing run", "no memory for the reason", ""});
+  }
+}
+
+/// A host learns of them from the collected texts.
+void ProcessingRun::collectJobsLeft() noexcept {
+  try {
+    for (const auto& [jobId, reason] : report_.left)
+      parts_.errors.all.add("Die Datenbank lehnt es ab, den Vorgang '" + jobId + "' zu ändern: " + reason);
+  } catch (const std::bad_alloc&) {
+    environment_.diagnostics.report({"processing run", "no memory for the jobs that were left", ""});
   }
 }
 
@@ -107,6 +118,7 @@ void ProcessingRun::perform() {
   close();
 }
 
+/// A component that the host lacks is no failure of the run; a store or memory that cannot go on is.
 void ProcessingRun::createComponents() {
   try {
     sections_.setAddressIndex(environment_.components.createAdressindex(*environment_.connection));

@@ -62,6 +62,7 @@ private:
   void processContracts();
   void processOrders();
   bool selects(qxProcessState section) const;
+  void collectJobsLeft() noexcept;
   void announceCashOnDelivery() noexcept;
   void close();
   void cleanUpProtocol();

@@ -96,7 +96,7 @@ std::optional<JobResult> SectionRunner::markFailed(const Handler& handler, Recor
   try {
     return handler.fail(job, reason);
   } catch (const StatementError& refusal) {
-    parts_.group.abandon();
+    // The group is taken back with what the job has done so far.
     throw WorkLostError(refusal.what(), refusal.nativeCode());
   }
 }

@@ -425,7 +425,20 @@ void JobViewPresenter::process(qxProcessState selection) {
     refresh();
   }
   settings_.save(runApplicationName, optionSection, "OnProcess", "0");
+  tellJobsLeft();
   if (closeAsked_) windows_.closeWindow();
+}
+
+/// Nothing in the list says why such a job is still waiting.
+void JobViewPresenter::tellJobsLeft() {
+  std::string text;
+  for (const auto& [jobId, reason] : engine_.lastRun().left) {
+    text +=
+        text.empty() ? "Die Datenbank lehnt es ab, diese Vorgänge zu ändern. Sie stehen noch wie zuvor:" : "";
+    text.append("\r\n").append(jobId).append(": ").append(oneLine(reason));
+  }
+  if (!text.empty())
+    skip("jobs left", [&] { windows_.report("Vorgänge, die nicht geändert werden konnten", text); });
 }
 
 void JobViewPresenter::processCustomersThenContracts() {

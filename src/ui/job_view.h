@@ -142,6 +142,7 @@ private:
   void openCurrent();
   void eraseCurrent();
   void process(qxProcessState selection);
+  void tellJobsLeft();
   void processCustomersThenContracts();
   void stop();
   void purge();

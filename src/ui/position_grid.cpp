@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <exception>
+#include <new>
 #include <utility>
 
 namespace qx {
@@ -129,6 +130,8 @@ void PositionGrid::checkStock(std::size_t row) {
     report(row, "LB", warningUnless(stockUnit == noStockUnit || stock >= quantity),
            "Achtung: Lagerbestand für Artikel '" + article + "' reicht nicht aus!");
   } catch (const DatabaseError&) {
+    throw;
+  } catch (const std::bad_alloc&) {
     throw;
   } catch (const std::exception& error) {
     // Without a conversion between the units nothing can be said.

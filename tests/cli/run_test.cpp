@@ -147,7 +147,8 @@ TEST_F(Run, EndsBeforeItsFirstJobWhenAPageOfItsOptionsIsDamaged) {
     EXPECT_NE(broken.messages.find("malformed"), std::string::npos) << broken.messages;
     for (const std::vector<std::string>& read :
          {std::vector<std::string>{"settings", "get", "ImportJob2", "AutomatischVerarbeiten"},
-          {"settings", "list"}}) {
+          {"settings", "list"},
+          {"check"}}) {
       const ProgramResult refused = run(read);
       EXPECT_EQ(refused.status, 4);
       EXPECT_EQ(refused.output, "");

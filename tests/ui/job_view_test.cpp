@@ -270,6 +270,23 @@ TEST_F(JobViewTest, ARunReportsToTheOtherProgramsAndRefreshesTheList) {
   EXPECT_EQ(state.label, "");
 }
 
+TEST_F(JobViewTest, JobsThatARunHadToLeaveAreNamedWithTheirReason) {
+  stage("A", 10, "24.11.2026", "Firma", "70001");
+  stage("B", 10, "24.11.2026", "Firma", "70002");
+  erp.execute(sql("CREATE TRIGGER freeze BEFORE UPDATE ON ImportKopf WHEN new.JobID = 'B' "
+                  "BEGIN SELECT RAISE(ABORT, 'Vorgang gesperrt'); END"_sql));
+  show();
+  view.key(JobViewKey::F9);
+  EXPECT_EQ(windows.reports,
+            std::vector<std::string>{
+                "Vorgänge, die nicht geändert werden konnten|Die Datenbank lehnt es ab, "
+                "diese Vorgänge zu ändern. Sie stehen noch wie zuvor:\r\nB: Vorgang gesperrt"});
+  erp.execute(sql("Drop Trigger freeze"_sql));
+  view.key(JobViewKey::F9);
+  EXPECT_EQ(windows.reports.size(), 1U);
+  EXPECT_EQ(erp.count(sql("Select Count(*) From ImportKopf Where JobType = 13"_sql)), 2);
+}
+
 TEST_F(JobViewTest, NothingGetsThroughDuringARunButTheStop) {
   stageDemo();
   show();
