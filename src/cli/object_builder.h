@@ -19,9 +19,7 @@ namespace qx::cli {
 template <const auto& table, class Record>
 class ObjectBuilder {
 public:
-  explicit ObjectBuilder(Record initial) : initial_(std::move(initial)), record_(initial_) {
-    for (std::size_t i = 0; i < table.size(); ++i) places_.emplace(table[i].name, i);
-  }
+  explicit ObjectBuilder(Record initial) : initial_(std::move(initial)), record_(initial_) {}
 
   void begin() {
     record_ = initial_;
@@ -30,8 +28,8 @@ public:
   }
   /// Null when the property was taken, else what is wrong. A null value counts as not given.
   std::optional<std::string> add(StageProperty& property, bool contract) {
-    const auto place = places_.find(property.name);
-    if (place == places_.end()) return "the type has no such property";
+    const auto place = places().find(property.name);
+    if (place == places().end()) return "the type has no such property";
     std::int64_t& line = lines_[place->second];
     if (line != 0) return "the property stands already on line " + std::to_string(line);
     line = property.line;
@@ -51,9 +49,19 @@ public:
   bool given(std::string_view name) const { return given_[fieldIndex(table, name)]; }
 
 private:
+  using Places = std::unordered_map<std::string_view, std::size_t>;
+
+  static const Places& places() {
+    static const Places known = [] {
+      Places all;
+      for (std::size_t i = 0; i < table.size(); ++i) all.emplace(table[i].name, i);
+      return all;
+    }();
+    return known;
+  }
+
   Record initial_;
   Record record_;
-  std::unordered_map<std::string_view, std::size_t> places_;
   std::array<std::int64_t, table.size()> lines_{};
   std::array<bool, table.size()> given_{};
 };

@@ -1,61 +1,185 @@
-// Any bytes as a JSON file of jobs.
+// Any bytes as a JSON file of jobs: the records against the values that another reading of the file finds.
 #include "cli/exit_code.h"
 #include "cli/stage_reader.h"
-#include "cli/staging_area.h"
-#include "support/erp_file.h"
+#include "support/fake_desktop.h"
+#include "support/fake_system.h"
 
+#include "require.h"
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
 #include <cstdint>
-#include <cstdlib>
-#include <sys/mman.h>
-#include <unistd.h>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+#include <type_traits>
+#include <variant>
+#include <vector>
 
 using namespace qx;
 using namespace qx::cli;
 
 namespace {
 
-/// A file in memory under a name that can be opened.
-class MemoryFile {
+/// A workstation without an ERP.
+class NoErp final : public ErpComponents {
 public:
-  MemoryFile(const std::uint8_t* data, std::size_t size) : file_(memfd_create("input", MFD_CLOEXEC)) {
-    if (file_ < 0 || write(file_, data, size) != static_cast<ssize_t>(size)) std::abort();
+  std::shared_ptr<Session> createSession() override { lack(); }
+  std::unique_ptr<Protokoll> createProtokoll() override { lack(); }
+  std::unique_ptr<Preisfindung> createPreisfindung() override { lack(); }
+  std::unique_ptr<Einkaufspreisfindung> createEinkaufspreisfindung(Connection& /*connection*/) override {
+    lack();
   }
-  MemoryFile(const MemoryFile&) = delete;
-  MemoryFile& operator=(const MemoryFile&) = delete;
-  ~MemoryFile() { close(file_); }
-  std::string name() const { return "/proc/self/fd/" + std::to_string(file_); }
+  std::unique_ptr<Version> createVersion() override { lack(); }
+  std::unique_ptr<Profile> createProfile() override { lack(); }
+  std::unique_ptr<Adressindex> createAdressindex(Connection& /*connection*/) override { lack(); }
+  std::unique_ptr<FibuUebergabe> createFibuUebergabe() override { lack(); }
+  std::unique_ptr<Auskunft> createAuskunft() override { lack(); }
 
 private:
-  int file_;
+  [[noreturn]] static void lack() { throw std::runtime_error("there is no ERP"); }
 };
 
-/// Ends what an input has begun: its transaction, if it came so far, and its temporary tables.
-void tidyUp(Connection& connection) {
-  try {
-    connection.execute(sql("ROLLBACK"_sql));
-  } catch (const DatabaseError&) {
-    // The input was refused before the transaction began.
+struct Workstation {
+  NoErp components;
+  RecordingDesktop desktop;
+  RecordingJobView jobView;
+  FixedClock clock;
+  SequentialGuids guids;
+  MemoryLocalSettings localSettings;
+  FixedIniFile iniFile;
+  RecordingDiagnostics diagnostics;
+  FixedLiveness liveness;
+  Environment environment{components, desktop,     jobView,  clock, guids, localSettings,
+                          iniFile,    diagnostics, liveness, {},    {},    {}};
+};
+
+class MemoryText final : public TextSource {
+public:
+  explicit MemoryText(std::string_view text) : TextSource("input"), rest_(text) { fill(); }
+
+private:
+  std::string_view more() override { return std::exchange(rest_, {}); }
+  std::string_view rest_;
+};
+
+struct Job {
+  std::variant<KundeFields, VertragFields, AuftragFields> header;
+  std::vector<std::variant<AuftragsPosFields, ImportJobSubItem>> positions;
+};
+
+/// Keeps the jobs with their positions.
+class KeptRecords final : public StagedRecords {
+public:
+  void add(const AuftragsPosFields& position, std::int64_t line) override { keep(position, line); }
+  void add(const ImportJobSubItem& position, std::int64_t line) override { keep(position, line); }
+  void add(const KundeFields& job, std::int64_t line) override { finish(job, line); }
+  void add(const VertragFields& job, std::int64_t line, bool /*hasInterval*/) override { finish(job, line); }
+  void add(const AuftragFields& job, std::int64_t line) override { finish(job, line); }
+
+  std::vector<Job> jobs;
+
+private:
+  template <class Position>
+  void keep(const Position& position, std::int64_t line) {
+    require(line > 0, "every position stands on a line");
+    open_.positions.emplace_back(position);
   }
-  connection.execute(sql("DROP TABLE temp.StageKopf"_sql));
-  connection.execute(sql("DROP TABLE temp.StagePos"_sql));
+  template <class Header>
+  void finish(const Header& header, std::int64_t line) {
+    require(line > 0, "every job stands on a line");
+    require(!header.JobID.empty(), "every job has a key");
+    open_.header = header;
+    jobs.push_back(std::move(open_));
+    open_ = {};
+  }
+
+  Job open_;
+};
+
+using Json = nlohmann::json;
+
+template <class Property>
+bool isValue(const Json& value, const Property& property) {
+  if constexpr (std::is_same_v<Property, bool>)
+    return value.is_boolean() && value.get<bool>() == property;
+  else if constexpr (std::is_same_v<Property, std::string>)
+    return value.is_string() && value.get<std::string>() == property;
+  else
+    return value.is_number() && value.get<double>() == static_cast<double>(property);
+}
+
+/// Every property of the object is the record's.
+template <class Record, std::size_t fields>
+void checkRecord(const Json& object, const Record& record, const FieldTable<Record, fields>& table) {
+  for (const auto& [name, value] : object.items()) {
+    if (value.is_null() || name == "type" || name == "Positionen") continue;
+    const std::size_t place = fieldIndex(table, name);
+    require(place < fields, "a property that the type lacks is refused");
+    // An empty key is the same as none.
+    if ((name == "JobID" || name == "ChildID") && value == "") continue;
+    require(table[place].visit(
+                record, [&, &given = value](const auto& property) { return isValue(given, property); }),
+            "a property has the value of the file");
+  }
+}
+
+void check(const Json& object, const KundeFields& record) { checkRecord(object, record, kundeFields); }
+void check(const Json& object, const VertragFields& record) { checkRecord(object, record, vertragFields); }
+void check(const Json& object, const AuftragFields& record) { checkRecord(object, record, auftragFields); }
+void check(const Json& object, const AuftragsPosFields& record) {
+  checkRecord(object, record, auftragsPosFields);
+}
+void check(const Json& object, const ImportJobSubItem& record) {
+  checkRecord(object, record, importJobSubItemFields);
+}
+
+void checkJob(const Json& object, const Job& job) {
+  constexpr std::array<std::string_view, 3> types{"Kunde", "Vertrag", "Auftrag"};
+  require(object.at("type") == types.at(job.header.index()), "a job has the type of the file");
+  std::visit([&](const auto& record) { check(object, record); }, job.header);
+  const auto positions = object.find("Positionen");
+  const std::size_t given = positions == object.end() || positions->is_null() ? 0 : positions->size();
+  require(job.positions.size() == given, "every position is there");
+  for (std::size_t i = 0; i < given; ++i)
+    std::visit([&](const auto& record) { check((*positions)[i], record); }, job.positions[i]);
+}
+
+/// The objects of the file, read by the library alone.
+std::vector<Json> objectsOf(const std::string& content) {
+  std::vector<Json> objects;
+  std::istringstream stream(content);
+  while (stream >> std::ws && !stream.eof()) {
+    Json read;
+    stream >> read;
+    if (read.is_array())
+      objects.insert(objects.end(), read.begin(), read.end());
+    else
+      objects.push_back(std::move(read));
+  }
+  return objects;
 }
 
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  static ErpFile erp;
-  const MemoryFile file(data, size);
-  StagingArea area(erp.connection());
+  const std::string content(reinterpret_cast<const char*>(data), size);
+  Workstation workstation;
+  KeptRecords kept;
+  MemoryText source(content);
+  JobAssembler assembler(workstation.environment, kept, source.name());
   try {
-    TextFile source(file.name());
-    JobAssembler assembler(erp.environment, area, source.name());
-    area.begin();
     readJobs(source, assembler);
-    area.finish();
   } catch (const ProgramError& refused) {
-    // Bad input is the only reason to refuse it.
-    if (refused.code() != ExitCode::BadInput) std::abort();
+    require(refused.code() == ExitCode::BadInput, "bad input is the only reason to refuse it");
+    require(refused.place().line > 0 && refused.place().line <= std::ranges::count(content, '\n') + 1,
+            "a refusal names a line of the file");
+    return 0;
   }
-  tidyUp(erp.connection());
+  require(assembler.jobNumber() == static_cast<std::int64_t>(kept.jobs.size()), "every job is counted");
+  const std::vector<Json> objects = objectsOf(content);
+  require(objects.size() == kept.jobs.size(), "every object is a job");
+  for (std::size_t i = 0; i < objects.size(); ++i) checkJob(objects[i], kept.jobs[i]);
   return 0;
 }
