@@ -5,6 +5,7 @@
 #include "engine/customer_section.h"
 #include "engine/order_section.h"
 #include "platform/german_cause.h"
+#include "rules/tax_rules.h"
 #include "store/archive_purge.h"
 
 #include <exception>
@@ -63,7 +64,7 @@ void ProcessingRun::perform() {
   createComponents();
   if (orderIsBeingReadIn()) return;
   parts_.errors.clear();
-  options_ = RunOptions::read(settings_);
+  readOptions();
   initPrices();
   readProgramVersion();
   parts_.protocol.create([this](const Message& message) { environment_.desktop.show(message); });
@@ -75,6 +76,19 @@ void ProcessingRun::perform() {
   processContracts();
   processOrders();
   close();
+}
+
+/// All of them before the first job: no job of the run is judged by other settings than the one before.
+void ProcessingRun::readOptions() {
+  options_ = RunOptions::read(settings_);
+  orderOptions_ = OrderOptions::read(settings_, options_.customerSpecific);
+  try {
+    orderOptions_.taxChangeDay = TaxRules(environment_).changeDay();
+  } catch (const std::exception& error) {
+    rethrowUnlessJobFailure();
+    // Customers and contracts do without it; every order fails, for its tax would be a guess.
+    environment_.diagnostics.report({"change of tax rates", error.what(), ""});
+  }
 }
 
 void ProcessingRun::createComponents() {
@@ -175,10 +189,9 @@ void ProcessingRun::processContracts() {
 
 void ProcessingRun::processOrders() {
   if (!selects(qxProcessState::ProcessAufträge) && !selects(qxProcessState::ProcessZubehör)) return;
-  const OrderOptions options = OrderOptions::read(settings_, options_.customerSpecific);
   const OrderStamp stamp{programVersion_, parts_.personnelNumber, parts_.homeCurrency};
   OrderSection section(
-      {environment_, marks_, group_, options, stamp, options_.automatic, unevaluated_, selection_},
+      {environment_, marks_, group_, orderOptions_, stamp, options_.automatic, unevaluated_, selection_},
       std::move(prices_));
   section.run(sections_);
 }

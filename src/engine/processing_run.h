@@ -4,6 +4,7 @@
 #include "engine/event_source.h"
 #include "engine/job_marks.h"
 #include "engine/job_outcome.h"
+#include "engine/order_options.h"
 #include "engine/protocol.h"
 #include "engine/run_options.h"
 #include "engine/run_wait.h"
@@ -43,6 +44,7 @@ public:
 
 private:
   void perform();
+  void readOptions();
   void countWaiting();
   void createComponents();
   void initPrices();
@@ -65,6 +67,7 @@ private:
   bool unevaluated_;
   qxProcessState selection_;
   RunOptions options_;
+  OrderOptions orderOptions_;
   RunReport report_;
   MissingColumns missing_;
   RunWait wait_;
