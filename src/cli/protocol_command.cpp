@@ -5,6 +5,9 @@
 #include "rules/dates.h"
 
 #include <array>
+#include <functional>
+#include <string>
+#include <vector>
 
 namespace qx::cli {
 namespace {
@@ -18,65 +21,71 @@ constexpr std::array lineColumns{
     LineColumn{"VADatum", "Text3"}, LineColumn{"Info", "Memo0"},   LineColumn{"Artikelnummern", "Text4"},
     LineColumn{"Bez", "Text5"},     LineColumn{"Menge", "Text6"},  LineColumn{"Preis", "Text7"}};
 
-/// The identity of the day's protocol, the last one when there are several; empty without one.
-std::string protocolOf(Connection& connection, const Date& day) {
+/// The protocols of the day, the oldest first: a run under another session date in between begins a new one.
+std::vector<std::string> protocolsOf(Connection& connection, const Date& day) {
   constexpr std::size_t dayDigits = 8;
   const std::string from = dayStamp(day);
   const std::string to = from.substr(0, dayDigits) + "235959";
   const auto rows =
       connection.open(sql("Select ID From Protokolle Where Art = 'Import' And Datum >= '"_sql, value(from),
-                          "' And Datum <= '"_sql, value(to), "' Order by Datum"_sql));
-  std::string id;
-  for (; !rows->eof(); rows->moveNext()) id = rows->text("ID");
-  return id;
+                          "' And Datum <= '"_sql, value(to), "' Order by Datum, ID"_sql));
+  std::vector<std::string> ids;
+  for (; !rows->eof(); rows->moveNext()) ids.push_back(rows->text("ID"));
+  return ids;
 }
 
-void writeJson(std::ostream& output, const std::string& id, Recordset& lines) {
+void forEachLine(Connection& connection, const std::vector<std::string>& ids,
+                 const std::function<void(Recordset&)>& show) {
+  for (const std::string& id : ids) {
+    const auto lines = connection.openStream(
+        sql("Select * From Protokollpositionen Where ID = '"_sql, value(id), "' Order by Zeile"_sql));
+    for (; !lines->eof(); lines->moveNext()) show(*lines);
+  }
+}
+
+void writeJson(std::ostream& output, Connection& connection, const std::vector<std::string>& ids) {
   JsonWriter json(output);
   json.beginObject().key("protocol");
-  if (id.empty())
+  if (ids.empty())
     json.null();
   else
-    json.text(id);
-  json.key("lines").beginArray();
-  for (; !lines.eof(); lines.moveNext()) {
+    json.text(ids.back());
+  json.key("protocols").beginArray();
+  for (const std::string& id : ids) json.text(id);
+  json.endArray().key("lines").beginArray();
+  forEachLine(connection, ids, [&](Recordset& line) {
     json.beginObject();
-    for (const LineColumn& column : lineColumns) json.key(column.name).text(lines.text(column.column));
-    json.key("Neukunde").boolean(lines.text("Text8") == "1");
+    for (const LineColumn& column : lineColumns) json.key(column.name).text(line.text(column.column));
+    json.key("Neukunde").boolean(line.text("Text8") == "1");
     json.endObject();
-  }
+  });
   json.endArray().endObject().finish();
 }
 
-void writeText(std::ostream& output, const std::string& id, Recordset& lines, const Date& day) {
-  if (id.empty()) {
-    output << "There is no protocol of " << germanDate(day) << ".\n";
-    return;
-  }
+void writeText(std::ostream& output, Connection& connection, const std::vector<std::string>& ids) {
   constexpr std::size_t shortWidth = 8;
   constexpr std::size_t numberWidth = 10;
   constexpr std::size_t infoWidth = 80;
-  for (; !lines.eof(); lines.moveNext()) {
-    std::string line =
-        fitted(lines.text("Text2"), shortWidth) + "  " + fitted(lines.text("Text0"), shortWidth) + "  " +
-        fitted(lines.text("Text1"), numberWidth) + "  " + fitted(lines.text("Text3"), numberWidth) + "  " +
-        fitted(lines.text("Memo0"), infoWidth);
+  forEachLine(connection, ids, [&](Recordset& row) {
+    std::string line = fitted(row.text("Text2"), shortWidth) + "  " + fitted(row.text("Text0"), shortWidth) +
+                       "  " + fitted(row.text("Text1"), numberWidth) + "  " +
+                       fitted(row.text("Text3"), numberWidth) + "  " + fitted(row.text("Memo0"), infoWidth);
     line.erase(line.find_last_not_of(' ') + 1);
     output << line << '\n';
-  }
+  });
 }
 
 } // namespace
 
 ExitCode ProtocolCommand::work(const Workplace& place) {
   const Date day = NowEx(place.environment);
-  const std::string id = protocolOf(place.connection(), day);
-  const auto lines = place.connection().openStream(
-      sql("Select * From Protokollpositionen Where ID = '"_sql, value(id), "' Order by Zeile"_sql));
+  const auto ids = protocolsOf(place.connection(), day);
   if (place.output.json)
-    writeJson(place.output.result, id, *lines);
+    writeJson(place.output.result, place.connection(), ids);
+  else if (ids.empty())
+    place.output.result << "There is no protocol of " << germanDate(day) << ".\n";
   else
-    writeText(place.output.result, id, *lines, day);
+    writeText(place.output.result, place.connection(), ids);
   return ExitCode::Success;
 }
 

@@ -5,7 +5,7 @@
 
 namespace qx::cli {
 
-/// `protocol`: the lines of the session date's protocol.
+/// `protocol`: the lines of the session date's protocols.
 class ProtocolCommand final : public DatabaseCommand {
 protected:
   ExitCode work(const Workplace& place) override;

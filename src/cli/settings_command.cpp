@@ -49,8 +49,23 @@ void noteUnknown(const Output& output, std::string_view section, std::string_vie
                     << (local ? "leave --local out.\n" : "add --local.\n");
 }
 
+std::string wrongNumber(std::string_view text) {
+  if (const auto readings = readingsOf(text))
+    return "this may mean " + germanNumber(readings->thousands) + " or " + germanNumber(readings->decimals) +
+           "; type one of them";
+  return parseTypedNumber(text) ? "" : "the option is a number";
+}
+
+/// The stamp of a day that was typed, as a stamp or as dd.mm.yyyy; null when it is none.
+std::optional<std::string> typedStamp(std::string_view text) {
+  auto moment = parseTimeStamp(text);
+  if (!moment) moment = parseGermanDateTime(text);
+  if (!moment) return std::nullopt;
+  return timeStamp(*moment);
+}
+
 /// Judges a text as those who read the option do: what they make nothing of is not stored.
-std::string_view wrongValue(const OptionKey& option, std::string_view text) {
+std::string wrongValue(const OptionKey& option, std::string_view text) {
   if (text.empty()) return {};
   switch (option.type) {
   case OptionType::Check:
@@ -58,7 +73,9 @@ std::string_view wrongValue(const OptionKey& option, std::string_view text) {
   case OptionType::Integer:
     return settingToInt16(text) ? "" : "the option is a whole number from -32768 to 32767";
   case OptionType::Number:
-    return parseTypedNumber(text) ? "" : "the option is a number";
+    return wrongNumber(text);
+  case OptionType::TimeStamp:
+    return typedStamp(text) ? "" : "the option is a day, dd.mm.yyyy or a time stamp yyyymmdd";
   case OptionType::Text:
   case OptionType::ArticleNumber:
     break;
@@ -109,7 +126,8 @@ void SettingsSetCommand::prepare() {
   const OptionKey* option = findOptionKey(section, key);
   if (option == nullptr) return;
   if (const auto wrong = wrongValue(*option, value); !wrong.empty())
-    throw ProgramError(ExitCode::BadInput, "'" + value + "': " + std::string(wrong), "Nothing was changed.");
+    throw ProgramError(ExitCode::BadInput, "'" + value + "': " + wrong, "Nothing was changed.");
+  if (option->type == OptionType::TimeStamp && !value.empty()) value = *typedStamp(value);
 }
 
 ExitCode SettingsSetCommand::work(const Workplace& place) {

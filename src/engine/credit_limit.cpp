@@ -3,10 +3,19 @@
 #include "rules/german_text.h"
 #include "settings/settings.h"
 
+#include <stdexcept>
 #include <string>
 
 namespace qx {
 namespace {
+
+/// Nobody is refused or let through for a thousand that may have been meant as one.
+void refuseAmbiguous(std::string_view text) {
+  if (const auto readings = readingsOf(text))
+    throw std::runtime_error("Das Kreditlimit '" + std::string(text) +
+                             "' ist nicht eindeutig: " + germanNumber(readings->thousands) + " oder " +
+                             germanNumber(readings->decimals) + ".");
+}
 
 /// A limit with its currency; "" is the home currency.
 struct Limit {
@@ -24,8 +33,12 @@ CreditResult CreditLimit::query(std::string_view customer) const {
   const Settings settings(environment_, SettingTrap::Refusals);
   // The ERP's own limits stand in for a customer that has none; they are in the home currency.
   const auto limit = [&](ColumnName column, std::string_view key) -> Limit {
-    if (const auto amount = row->value(column).number()) return {*amount, row->text("Währung")};
-    return {parseTypedNumber(settings.getShared("OP-Info", key, "")).value_or(0), ""};
+    const Value own = row->value(column);
+    if (own.kind() == ValueKind::Text) refuseAmbiguous(own.textView());
+    if (const auto amount = own.number()) return {*amount, row->text("Währung")};
+    const std::string common = settings.getShared("OP-Info", key, "");
+    refuseAmbiguous(common);
+    return {parseTypedNumber(common).value_or(0), ""};
   };
   const Limit first = limit("Kreditlimit1", "Kreditlimit1");
   const Limit second = limit("Kreditlimit2", "Kreditlimit2");

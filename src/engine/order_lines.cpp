@@ -213,13 +213,19 @@ const OrderLines::Tax& OrderLines::taxOf(const OrderContext& order, const std::s
       taxes_.try_emplace({order.customerTaxMark, articleMark, order.dateStamp.substr(0, 8)});
   if (!isNew) return entry->second;
   try {
-    const auto key = taxRules_.GetSteuerschlüssel(order.customerTaxMark, articleMark, order.dateStamp);
+    if (!options_.taxChangeDay) throw OrderFailure(order_failures::taxChangeDay.with(""));
+    const auto key =
+        taxRules_.keyOf(order.customerTaxMark, articleMark, order.dateStamp, *options_.taxChangeDay);
     entry->second.key = std::to_string(key);
     entry->second.rate = taxRules_.GetSteuerSatz(entry->second.key);
     return entry->second;
   } catch (const MissingTaxKey&) {
     taxes_.erase(entry);
     throw OrderFailure(order_failures::taxKey.with(""));
+  } catch (const MissingTaxRate&) {
+    const std::string key = entry->second.key;
+    taxes_.erase(entry);
+    throw OrderFailure(order_failures::taxRate.with(key));
   } catch (...) {
     taxes_.erase(entry);
     throw;

@@ -24,6 +24,8 @@ struct OrderOptions {
   double MinGebuehr = 0;
   std::optional<bool> lineReadyForDelivery; ///< `SWAuftLieferbereit`; null leaves the staged flag
   std::optional<bool> lineReadyForInvoice;  ///< `SWAuftFakturierbereit`
+  /// The day of the change of tax rates, "" for none; null when it could not be read. Set by the run.
+  std::optional<std::string> taxChangeDay = std::nullopt;
 
   static OrderOptions read(const Settings& settings, bool customerSpecific);
 };

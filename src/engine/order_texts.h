@@ -76,8 +76,12 @@ inline constexpr OrderSentence totalTooLarge{"Die Summe des Auftrags ist zu gro�
 inline constexpr OrderSentence noPositionNumber{
     "Für die Fracht- und Gebührenzeilen ist keine Positionsnummer mehr frei.", ""};
 inline constexpr OrderSentence taxKey{"Die Steuerschlüsselzuordnung konnte nicht ermittelt werden.", ""};
+inline constexpr OrderSentence taxRate{"Der Steuersatz des Steuerschlüssels: '", "' ist keine Zahl."};
+inline constexpr OrderSentence taxChangeDay{
+    "Der Tag der Steuersatzänderung (DatumMwStÄnderung) konnte nicht gelesen werden.", ""};
 
-/// All but the two that no order alone can bring about: a number in use and line numbers used up.
+/// All but those that no order alone can bring about: a number in use, line numbers used up, a tax table or a
+/// setting that cannot be read.
 inline constexpr std::array all{noNumber,       customer,     deliveryStop,  receiptDate,   shippingMethod,
                                 paymentMethod,  paymentTerms, salesRep,      noPositions,   article,
                                 blockedArticle, priceFailed,  priceTooLarge, totalTooLarge, taxKey};

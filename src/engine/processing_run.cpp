@@ -5,6 +5,7 @@
 #include "engine/order_section.h"
 #include "engine/order_texts.h"
 #include "platform/german_cause.h"
+#include "rules/tax_rules.h"
 
 #include <new>
 #include <utility>
@@ -139,6 +140,13 @@ void ProcessingRun::readOptions() {
   options_ = RunOptions::read(settings_);
   orderOptions_ = OrderOptions::read(settings_, options_.customerSpecific);
   purgeOptions_ = PurgeOptions::read(settings_);
+  try {
+    orderOptions_.taxChangeDay = TaxRules(environment_).changeDay();
+  } catch (const std::exception& error) {
+    rethrowUnlessJobFailure();
+    // Customers and contracts do without it; every order fails, for its tax would be a guess.
+    environment_.diagnostics.report({"change of tax rates", error.what(), ""});
+  }
 }
 
 void ProcessingRun::initPrices() {

@@ -102,6 +102,19 @@ std::optional<double> parseTypedNumber(std::string_view text) {
   return parseGermanNumber(german);
 }
 
+std::optional<NumberReadings> readingsOf(std::string_view text) {
+  constexpr std::size_t group = 3;
+  text = trimBlanks(text);
+  const auto point = text.find('.');
+  if (point == std::string_view::npos || text.size() - point - 1 != group) return std::nullopt;
+  std::string digits(text);
+  digits.erase(point, 1);
+  const auto thousands = parseGermanNumber(digits);
+  const auto decimals = parseTypedNumber(text);
+  if (!thousands || !decimals) return std::nullopt;
+  return NumberReadings{*thousands, *decimals};
+}
+
 std::string_view germanBoolean(bool truth) { return truth ? "Wahr" : "Falsch"; }
 
 std::optional<bool> parseGermanBoolean(std::string_view text) {

@@ -23,6 +23,14 @@ std::optional<double> parseGermanNumber(std::string_view text);
 /// as one.
 std::optional<double> parseTypedNumber(std::string_view text);
 
+/// What a typed number may mean whose single point has three digits behind it: "1.000" is a thousand to one
+/// and one to another. Null for every other text.
+struct NumberReadings {
+  double thousands = 0;
+  double decimals = 0;
+};
+std::optional<NumberReadings> readingsOf(std::string_view text);
+
 /// "Wahr" or "Falsch".
 std::string_view germanBoolean(bool truth);
 

@@ -2,7 +2,7 @@
 
 #include "rules/active_connection.h"
 
-#include <exception>
+#include <cmath>
 #include <stdexcept>
 
 namespace qx {
@@ -41,9 +41,10 @@ double Stock::conversionFactor(std::string_view article, std::string_view fromUn
   if (!environment_.session) throw std::runtime_error("units cannot be converted without a session");
   const double factor = environment_.session->Umrechnungen().GetUmrechnung(
       {article, "ME Lager", "ME Verkauf", fromUnit, toUnit});
-  if (factor == 0)
+  // An infinite stock would silence the warning, and one that is no number would as well.
+  if (!(factor > 0) || !std::isfinite(factor) || !std::isfinite(1 / factor))
     throw std::domain_error("the factor from '" + std::string(fromUnit) + "' to '" + std::string(toUnit) +
-                            "' of article '" + std::string(article) + "' is 0");
+                            "' of article '" + std::string(article) + "' is " + plainNumber(factor));
   return factor;
 }
 

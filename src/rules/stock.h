@@ -27,7 +27,8 @@ public:
   explicit Stock(Environment& environment) : environment_(environment) {}
 
   /// The stock of all stores of the article, in its base unit or, with `MEUmrechnung`, in `Mengeneinheit`.
-  /// The conversion's failure reaches the caller; `std::domain_error` is raised for a factor of 0.
+  /// The conversion's failure reaches the caller; `std::domain_error` is raised for a factor that is no
+  /// usable number.
   StockAnswer GetLagerbestand(std::string_view Artikelnummer, std::string_view Mengeneinheit,
                               bool MEUmrechnung = false) const;
   /// The unit that the ERP knows for an alternative spelling; else the unit as given.
@@ -35,7 +36,8 @@ public:
   /// The article's base unit; empty when the article is unknown.
   std::string baseUnit(std::string_view article) const;
   /// How many of `fromUnit` make one of `toUnit`. The conversion's failure reaches the caller;
-  /// `std::domain_error` is raised for a factor of 0.
+  /// `std::domain_error` is raised for what is no finite number above 0, or so small that its reverse is
+  /// none.
   double conversionFactor(std::string_view article, std::string_view fromUnit, std::string_view toUnit) const;
 
 private:

@@ -2,15 +2,15 @@
 
 #include "rules/active_connection.h"
 #include "rules/german_text.h"
-#include "settings/settings.h"
 
+#include <cmath>
 #include <limits>
 
 namespace qx {
 namespace {
 
 /// Later than every date: without a change of rates the old keys hold.
-constexpr std::string_view never = "99999999999999";
+constexpr std::string_view never = "99999999";
 
 std::string_view dayOf(std::string_view stamp) { return stamp.substr(0, 8); }
 
@@ -22,27 +22,35 @@ Connection& TaxRules::connection() const {
   return activeConnection(environment_);
 }
 
-std::string TaxRules::changeDate() const {
-  return Settings(environment_, SettingTrap::Refusals).getShared("Allgemein", "DatumMwStÄnderung", "");
+std::string TaxRules::changeDay() const {
+  if (!environment_.session) return {};
+  const std::string setting = environment_.session->GetSetting("Allgemein", "DatumMwStÄnderung", "");
+  const std::string_view text = trimBlanks(setting);
+  if (text.empty()) return {};
+  // Of a time stamp the day counts, whatever stands behind it.
+  if (parseTimeStamp(dayOf(text))) return std::string(dayOf(text));
+  if (const auto day = parseGermanDate(text)) return std::string(dayOf(dayStamp(*day)));
+  environment_.diagnostics.report({"change of tax rates", "'" + setting + "' is no day and is not used", ""});
+  return {};
 }
 
 std::int16_t TaxRules::GetSteuerschlüssel(std::string_view MwStKZKunde, std::string_view MwStKZArtikel,
                                           std::string_view Datum) const {
+  return keyOf(MwStKZKunde, MwStKZArtikel, Datum, trimBlanks(Datum).empty() ? std::string() : changeDay());
+}
+
+std::int16_t TaxRules::keyOf(std::string_view customerMark, std::string_view articleMark,
+                             std::string_view stamp, std::string_view changeDay) const {
   const auto rows =
       connection().open(sql("SELECT * FROM Steuerschlüsselzuordnung WHERE MwStKZKunde='"_sql,
-                            value(MwStKZKunde), "' AND MwStKZArtikel='"_sql, value(MwStKZArtikel), "'"_sql));
+                            value(customerMark), "' AND MwStKZArtikel='"_sql, value(articleMark), "'"_sql));
   const auto describe = [&] {
-    return "the tax marks '" + std::string(MwStKZKunde) + "' and '" + std::string(MwStKZArtikel) + "'";
+    return "the tax marks '" + std::string(customerMark) + "' and '" + std::string(articleMark) + "'";
   };
   if (rows->eof()) throw MissingTaxKey(describe() + " have no tax key");
 
-  bool changed = false;
-  if (!trimBlanks(Datum).empty()) {
-    const std::string setting = changeDate();
-    const std::string_view change = trimBlanks(setting).empty() ? never : std::string_view(setting);
-    // Compared as texts: the day of the change itself takes the new key.
-    changed = dayOf(Datum) >= dayOf(change);
-  }
+  // Compared as texts: the day of the change itself takes the new key.
+  const bool changed = !trimBlanks(stamp).empty() && dayOf(stamp) >= (changeDay.empty() ? never : changeDay);
   const auto key =
       changed ? rows->value("SteuerschlüsselNeu").integer() : rows->value("Steuerschlüssel").integer();
   using Limits = std::numeric_limits<std::int16_t>;
@@ -54,12 +62,16 @@ std::int16_t TaxRules::GetSteuerschlüssel(std::string_view MwStKZKunde, std::st
 double TaxRules::GetSteuerSatz(std::string_view Steuerschlüssel) const {
   const auto rows = connection().open(
       sql("SELECT * FROM Steuerschlüssel WHERE Steuerschlüssel='"_sql, value(Steuerschlüssel), "'"_sql));
-  return rows->eof() ? 0 : rows->value("MwSt_Satz").number().value_or(0);
+  if (rows->eof()) return 0;
+  const auto rate = rows->value("MwSt_Satz").number();
+  if (!rate || !std::isfinite(*rate))
+    throw MissingTaxRate("the rate of the tax key '" + std::string(Steuerschlüssel) + "' is no number");
+  return *rate;
 }
 
 std::string TaxRules::changeDateText() const {
-  const std::string stamp = changeDate();
-  if (trimBlanks(stamp).empty() || stamp.size() < 8) return {};
+  const std::string stamp = changeDay();
+  if (stamp.empty()) return {};
   return stamp.substr(6, 2) + "." + stamp.substr(4, 2) + "." + stamp.substr(0, 4);
 }
 

@@ -16,6 +16,12 @@ public:
   using std::runtime_error::runtime_error;
 };
 
+/// A tax key whose rate is null or no number.
+class MissingTaxRate : public std::runtime_error {
+public:
+  using std::runtime_error::runtime_error;
+};
+
 /// Finds tax keys on the session's connection, or on the shared one when there is no session. Database errors
 /// reach the caller.
 class TaxRules {
@@ -27,14 +33,20 @@ public:
   /// or one that is no 16-bit number.
   std::int16_t GetSteuerschlüssel(std::string_view MwStKZKunde, std::string_view MwStKZArtikel,
                                   std::string_view Datum) const;
-  /// The rate of a key in percent; 0 when the key is unknown.
+  /// The same with the day of the change as read before: all orders of a run are judged alike.
+  std::int16_t keyOf(std::string_view customerMark, std::string_view articleMark, std::string_view stamp,
+                     std::string_view changeDay) const;
+  /// The rate of a key in percent; 0 when the key is unknown. Raises `MissingTaxRate` for a rate that is null
+  /// or no number.
   double GetSteuerSatz(std::string_view Steuerschlüssel) const;
+  /// The day of the change of rates as "yyyymmdd", empty when none is set; also read from dd.mm.yyyy. What is
+  /// no day is told to the diagnostics and counts as none.
+  std::string changeDay() const;
   /// The date of the change of rates as "dd.mm.yyyy"; empty when none is set.
   std::string changeDateText() const;
 
 private:
   Connection& connection() const;
-  std::string changeDate() const;
 
   Environment& environment_;
 };

@@ -15,6 +15,7 @@ constexpr auto text = OptionType::Text;
 constexpr auto number = OptionType::Number;
 constexpr auto integer = OptionType::Integer;
 constexpr auto article = OptionType::ArticleNumber;
+constexpr auto timestamp = OptionType::TimeStamp;
 constexpr auto shared = OptionStore::Shared;
 constexpr auto local = OptionStore::Local;
 
@@ -102,7 +103,7 @@ constexpr std::array table{
 
     erpWide("Allgemein", "Individual", text, "", "run, orders, dialogs"),
     erpWide("Allgemein", "Landeswährung", text, "DM", "session"),
-    erpWide("Allgemein", "DatumMwStÄnderung", text, "", "tax"),
+    erpWide("Allgemein", "DatumMwStÄnderung", timestamp, "", "tax"),
     erpWide("Kostenzuordnung", "Angebot", integer, "0", "cost assignment"),
     erpWide("Kostenzuordnung", "Kundenauftrag", integer, "0", "cost assignment"),
     erpWide("Kostenzuordnung", "Bestellung", integer, "0", "cost assignment"),

@@ -15,6 +15,7 @@ enum class OptionType : std::uint8_t {
   Number,        ///< decimal text, German comma allowed
   Integer,       ///< decimal text of a whole number
   ArticleNumber, ///< an article, or empty for none
+  TimeStamp,     ///< a day as the first eight digits of a time stamp
 };
 
 enum class OptionStore : std::uint8_t { Shared, Local };

@@ -306,7 +306,7 @@ TEST_F(Run, CountsProtocolLinesThatCouldNotBeWritten) {
 }
 
 TEST_F(Run, LeavesAProtocolOfTheDay) {
-  EXPECT_EQ(run({"protocol", "--json"}).output, "{\"protocol\":null,\"lines\":[]}\n");
+  EXPECT_EQ(run({"protocol", "--json"}).output, "{\"protocol\":null,\"protocols\":[],\"lines\":[]}\n");
   ASSERT_EQ(
       stage(R"({"type":"Kunde","Kundennummer":"K1","Bez1":"Firma","Eingangsdatum":"20.11.2026"})").status, 0);
   ASSERT_EQ(run({"process"}).status, 0);
@@ -318,6 +318,53 @@ TEST_F(Run, LeavesAProtocolOfTheDay) {
               "Menge":"","Preis":"","Neukunde":true}])"));
   EXPECT_EQ(runPlain({"--db", erp.file, "protocol", "--date", "23.11.2026", "--json"}).json()["lines"],
             Json::array());
+}
+
+TEST_F(Run, PrintsTheLinesOfEveryProtocolOfTheDay) {
+  const auto processed = [&](const std::string& number, const char* day) {
+    EXPECT_EQ(stage(R"({"type":"Kunde","Kundennummer":")" + number + R"(","Bez1":"Firma"})").status, 0);
+    const ProgramResult result = runPlain({"--db", erp.file, "--date", day, "process", "--json"});
+    EXPECT_EQ(result.status, 0);
+    return result.json()["protocol"].get<std::string>();
+  };
+  const std::string first = processed("K1", "24.11.2026");
+  const std::string between = processed("K2", "25.11.2026");
+  const std::string second = processed("K3", "24.11.2026");
+  const Json both = runPlain({"--db", erp.file, "--date", "24.11.2026", "protocol", "--json"}).json();
+  EXPECT_EQ(both["protocol"], second);
+  EXPECT_EQ(both["protocols"], (Json{first, second}));
+  ASSERT_EQ(both["lines"].size(), 2U);
+  EXPECT_EQ(both["lines"][0]["Nummer"], "K1");
+  EXPECT_EQ(both["lines"][1]["Nummer"], "K3");
+  const std::string text = runPlain({"--db", erp.file, "--date", "24.11.2026", "protocol"}).output;
+  EXPECT_LT(text.find("  K1  "), text.find("  K3  "));
+  EXPECT_EQ(text.find("K2"), std::string::npos);
+  EXPECT_EQ(runPlain({"--db", erp.file, "--date", "25.11.2026", "protocol", "--json"}).json()["protocols"],
+            Json{between});
+}
+
+TEST_F(Run, ADayAmongTheOptionsIsStoredAsATimeStamp) {
+  const auto set = [&](const char* typed) {
+    return run({"settings", "set", "Allgemein", "DatumMwStÄnderung", typed});
+  };
+  EXPECT_EQ(set("21.11.2026").output, "20261121000000\n");
+  for (const char* typed : {"31.11.2026", "2026-11-21", "morgen", "2026"})
+    EXPECT_EQ(set(typed).status, 2) << typed;
+  EXPECT_EQ(run({"settings", "get", "Allgemein", "DatumMwStÄnderung"}).output, "20261121000000\n");
+  EXPECT_EQ(set("20270101").output, "20270101000000\n");
+  EXPECT_EQ(set("").output, "\n");
+}
+
+TEST_F(Run, ANumberThatMayBeAThousandOrOneIsRefusedWithBothReadings) {
+  const ProgramResult refused = run({"settings", "set", "OP-Info", "Kreditlimit1", "12.500"});
+  EXPECT_EQ(refused.status, 2);
+  EXPECT_NE(refused.messages.find("'12.500': this may mean 12500 or 12,5; type one of them"),
+            std::string::npos)
+      << refused.messages;
+  for (const char* typed : {"12500", "12,5", "12.50", "1.0000", "1.000,00"})
+    EXPECT_EQ(run({"settings", "set", "OP-Info", "Kreditlimit1", typed}).status,
+              std::string_view(typed) == "1.000,00" ? 2 : 0)
+        << typed;
 }
 
 TEST_F(Run, AnOptionThatItsReadersDoNotUnderstandIsRefused) {

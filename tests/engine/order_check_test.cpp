@@ -196,6 +196,10 @@ TEST_F(OrderCheckTest, CreditLimitsCountWhenTheyAreReached) {
   EXPECT_EQ(checked("0", "0"), "");
   erp.setSetting("OP-Info", "Kreditlimit1", "450");
   EXPECT_EQ(checked("", "0"), "Kreditlimit 1 ist überschritten (Warnhinweis)\r\n");
+  erp.setSetting("OP-Info", "Kreditlimit1", "1.000");
+  EXPECT_EQ(checked("", "0"), "Der Vorgang konnte nicht geprüft werden: Das Kreditlimit '1.000' ist nicht "
+                              "eindeutig: 1000 oder 1.\r\n");
+  EXPECT_EQ(checked("501", "0"), "") << "with a limit of their own";
   TableFiller(connection(), "Währungen").add({{"Währung", "USD"}, {"Wechselkurs", 1.25}});
   connection().execute(sql("Update Kundenstamm Set Währung = 'USD'"_sql));
   // 625 USD are 500 EUR.

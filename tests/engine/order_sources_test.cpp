@@ -79,6 +79,9 @@ TEST_F(OrderSources, TheDateOfReceiptDecidesTheTaxKey) {
       sql("Update Steuerschlüsselzuordnung Set SteuerschlüsselNeu = 4 Where MwStKZArtikel = 'V'"_sql));
   connection().execute(sql("Update Kundenstamm Set Auftragsrabatt = 0"_sql));
   erp.setSetting("Allgemein", "DatumMwStÄnderung", "20270101000000");
+  // What is changed while the run is under way is for the next one.
+  connection().execute(sql("CREATE TRIGGER moved AFTER INSERT ON Belegindex BEGIN Update Einstellungen Set "
+                           "Value = '' Where Section = 'Allgemein'; END"_sql));
   stagePlain("O1", [](AuftragFields& job) { job.Eingangsdatum = "31.12.2026"; });
   stagePlain("O2", [](AuftragFields& job) { job.Eingangsdatum = "1.1.2027"; });
   run();
@@ -86,6 +89,31 @@ TEST_F(OrderSources, TheDateOfReceiptDecidesTheTaxKey) {
   EXPECT_THAT(headers("Gesamtbrutto"), ElementsAre("11.9", "12.1"));
   EXPECT_EQ(erp.text(sql("Select Group_Concat(MwSt_Konto || ' ' || DZMwSt) From Auftragspos"_sql)),
             "3 20261231000000,4 20270101000000");
+}
+
+TEST_F(OrderSources, AnOrderWhoseTaxRateIsNoNumberIsNotWritten) {
+  for (const auto& broken : {sql("Update Steuerschlüssel Set MwSt_Satz = Null"_sql),
+                             sql("Update Steuerschlüssel Set MwSt_Satz = '7,5'"_sql)}) {
+    connection().execute(broken);
+    stagePlain("O1");
+    run();
+    EXPECT_EQ(jobType("O1"), 32);
+    EXPECT_EQ(reasons("O1"), "Der Steuersatz des Steuerschlüssels: '3' ist keine Zahl.");
+  }
+  EXPECT_EQ(order()->recordCount(), 0U);
+}
+
+TEST_F(OrderSources, OrdersFailAndCustomersDoNotWhileTheDayOfTheTaxChangeCannotBeRead) {
+  connection().execute(sql("Alter Table Einstellungen Rename To Stored"_sql));
+  connection().execute(sql("Create View Einstellungen As Select Section, Key, Case Key When "
+                           "'DatumMwStÄnderung' Then json('{') Else Value End As Value From Stored Union All "
+                           "Select 'Allgemein', 'DatumMwStÄnderung', json('{')"_sql));
+  stagePlain("O1");
+  stageCustomer("K1", "20009");
+  run();
+  EXPECT_EQ(jobType("O1"), 32);
+  EXPECT_EQ(reasons("O1"), "Der Tag der Steuersatzänderung (DatumMwStÄnderung) konnte nicht gelesen werden.");
+  EXPECT_EQ(jobType("K1"), 13);
 }
 
 TEST_F(OrderSources, CodesAreWrittenAsTheirTablesSpellThemAndComparedWithoutRegardToCase) {
@@ -241,7 +269,8 @@ protected:
     TableFiller(connection(), "Adressenstamm").add({{"Kundennummer", "1"}, {"Adressnummer", "1"}});
     TableFiller(connection(), "Umrechnungen")
         .add({{"Artikelnummer", ""}, {"Mengeneinheit", "1"}, {"Basiseinheit", "ST"}, {"Faktor", 1.0}});
-    TableFiller(connection(), "Einkaufspreise").add({{"Lieferantennummer", "1"}, {"Artikelnummer", "A100"}});
+    TableFiller(connection(), "Einkaufspreise")
+        .add({{"Lieferantennummer", "1"}, {"Artikelnummer", "A100"}, {"GueltigAb", "20260101"}});
     erp.setOption("KostenzuordnungAuftrag", "1");
     engine.Session(erp.environment.session);
   }

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
+
 #include <stdexcept>
 
 using namespace qx;
@@ -84,9 +86,12 @@ TEST_F(StockTest, IsDividedByTheFactorOfTheWantedUnit) {
   EXPECT_EQ(units.asked, "A ME Lager Stk ME Verkauf Karton");
 }
 
-TEST_F(StockTest, AFactorOfZeroRaisesInsteadOfPromisingAnInfiniteStock) {
-  units.factor = 0;
-  EXPECT_THROW(stock.GetLagerbestand("A", "Karton", true), std::domain_error);
+TEST_F(StockTest, AFactorThatIsNoUsableNumberRaisesInsteadOfPromisingAnInfiniteStock) {
+  for (const double factor : {0.0, -12.0, 1e-320, std::numeric_limits<double>::infinity(),
+                              std::numeric_limits<double>::quiet_NaN()}) {
+    units.factor = factor;
+    EXPECT_THROW(stock.GetLagerbestand("A", "Karton", true), std::domain_error) << factor;
+  }
   EXPECT_NO_THROW(stock.GetLagerbestand("A", "Karton"));
 }
 
