@@ -51,6 +51,9 @@ public:
   /// Deletes the open protocol unless it holds an order or a new customer.
   void cleanUp();
 
+  /// Closes the protocol, which belongs to the connection that it was opened on.
+  void forget() { id_.clear(); }
+
   /// The identity of the open protocol, or empty.
   const std::string& id() const { return id_; }
 

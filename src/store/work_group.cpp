@@ -1,5 +1,6 @@
 #include "store/work_group.h"
 
+#include <exception>
 #include <utility>
 
 namespace qx {
@@ -27,7 +28,12 @@ void WorkGroup::finish() {
   heldSinceGap_ += environment_.clock.elapsed() - begunAt_;
   const auto promises = std::exchange(promises_, {});
   for (const auto& promise : promises) promise();
-  environment_.desktop.yield();
+  try {
+    environment_.desktop.yield();
+  } catch (const std::exception& error) {
+    // What the group did is durable, whatever becomes of the windows.
+    environment_.diagnostics.report({"message loop", error.what(), ""});
+  }
   leaveGap();
 }
 
