@@ -32,6 +32,10 @@ public:
   ExitCode run(Installation& installation, const Output& output) final {
     Environment& environment = installation.open();
     ImportJobObject2 engine(environment);
+    // Without it every option would count as not set and every order would go without a number.
+    if (!engine.Session())
+      throw ProgramError(ExitCode::Failure, "the session of the ERP cannot be used",
+                         "The reason stands above; see that the tables of the ERP can be read.");
     return work({environment, engine, output});
   }
 

@@ -5,24 +5,20 @@
 namespace qx::cli {
 namespace {
 
-/// The engine that a signal stops. A handler is handed nothing, so this one state is global.
+/// What a signal asks. A handler is handed nothing, so this one state is global.
 // NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables)
-std::atomic<ImportJobObject2*> stoppable{nullptr};
-static_assert(std::atomic<ImportJobObject2*>::is_always_lock_free);
+std::atomic<StandingStop*> stoppable{nullptr};
+static_assert(std::atomic<StandingStop*>::is_always_lock_free);
 
 extern "C" void askToStop(int /*signal*/) {
-  ImportJobObject2* engine = stoppable.load();
-  if (engine == nullptr) return;
-  if (engine->stopRequested())
-    engine->interruptStatement();
-  else
-    engine->requestStop();
+  StandingStop* stop = stoppable.load();
+  if (stop != nullptr && stop->ask()) stop->engine().interruptStatement();
 }
 
 } // namespace
 
-StopOnSignal::StopOnSignal(ImportJobObject2& engine) {
-  stoppable.store(&engine);
+StopOnSignal::StopOnSignal(ImportJobObject2& engine) : stop_(engine) {
+  stoppable.store(&stop_);
   struct sigaction stop {};
   stop.sa_handler = askToStop;
   stop.sa_flags = SA_RESTART;

@@ -1,7 +1,7 @@
 // Ends a run when the program is asked to stop.
 #pragma once
 
-#include "engine/import_job_object2.h"
+#include "engine/standing_stop.h"
 
 #include <csignal>
 
@@ -9,7 +9,7 @@ namespace qx::cli {
 
 /// While it lives, SIGINT and SIGTERM ask the engine to stop after the current job, a second one interrupts
 /// the statement that the job may be stuck in, and a closed pipe is an error of the stream instead of the end
-/// of the program. Only one may exist.
+/// of the program. A signal before the run ends it as soon as it has begun. Only one may exist.
 class StopOnSignal {
 public:
   explicit StopOnSignal(ImportJobObject2& engine);
@@ -18,6 +18,7 @@ public:
   ~StopOnSignal();
 
 private:
+  StandingStop stop_;
   struct sigaction interrupt_ {};
   struct sigaction terminate_ {};
   struct sigaction pipe_ {};

@@ -2,6 +2,7 @@
 
 #include "engine/contract_texts.h"
 #include "engine/job_row.h"
+#include "rules/active_connection.h"
 
 namespace qx {
 namespace {
@@ -59,7 +60,7 @@ CheckStatus ContractCheck::checkCustomerContracts(std::string_view customer) {
 CheckStatus ContractCheck::checkRows(const Sql& query, bool single) {
   MissingColumns missing(environment_.diagnostics);
   CheckStatus worst = CheckStatus::Clean;
-  const auto rows = environment_.connection->open(query);
+  const auto rows = activeConnection(environment_).open(query);
   for (; !rows->eof(); rows->moveNext()) {
     JobRow job(*rows, missing);
     const Findings findings = check(contractFields(job), single);

@@ -1,5 +1,6 @@
 #include "engine/contract_check.h"
 
+#include "rules/active_connection.h"
 #include "rules/dates.h"
 #include "store/new_job_key.h"
 #include "store/staging_writer.h"
@@ -68,20 +69,20 @@ bool isCode(Recordset& job, JobConstants2 code) {
 } // namespace
 
 bool ContractComparison::differs(const ContractFields& job) const {
-  const auto line = openContract(*environment_.connection, ContractKey::of(job));
+  const auto line = openContract(activeConnection(environment_), ContractKey::of(job));
   if (line->eof()) return true;
-  const auto columns = contractColumns(*environment_.connection, job);
+  const auto columns = contractColumns(activeConnection(environment_), job);
   return std::ranges::any_of(columns, [&](const ContractColumn& each) {
     return !sameContent(line->value(each.column), each.content);
   });
 }
 
 std::unique_ptr<Recordset> ContractComparison::stagedJobs(const ContractKey& key) const {
-  return environment_.connection->open(
-      sql("Select * From ImportKopf Where Kundennummer = '"_sql, value(key.customer),
-          "' And JobType In (40, 41, 42, 43, 44, 20, 21, 22) And Coalesce(Vertragsnummer, '') = '"_sql,
-          value(key.number), "' And Coalesce(Artikelnummer, '') = '"_sql, value(key.object),
-          "' And Coalesce(Vertragsart, '') = '"_sql, value(key.kind), "'"_sql));
+  return activeConnection(environment_)
+      .open(sql("Select * From ImportKopf Where Kundennummer = '"_sql, value(key.customer),
+                "' And JobType In (40, 41, 42, 43, 44, 20, 21, 22) And Coalesce(Vertragsnummer, '') = '"_sql,
+                value(key.number), "' And Coalesce(Artikelnummer, '') = '"_sql, value(key.object),
+                "' And Coalesce(Vertragsart, '') = '"_sql, value(key.kind), "'"_sql));
 }
 
 ContractState ContractComparison::state(const ContractKey& key, std::string& jobId) const {
@@ -98,7 +99,7 @@ ContractState ContractComparison::state(const ContractKey& key, std::string& job
   jobs->moveTo(chosen);
   jobId = jobs->text("JobID");
   if (!jobs->eof() && isCode(*jobs, qxtJobKundenVerträgedel)) return ContractState::Deleted;
-  if (openContract(*environment_.connection, key)->eof()) return ContractState::New;
+  if (openContract(activeConnection(environment_), key)->eof()) return ContractState::New;
   if (jobs->eof()) return ContractState::Done;
   MissingColumns missing(environment_.diagnostics);
   const JobRow job(*jobs, missing);
@@ -106,10 +107,11 @@ ContractState ContractComparison::state(const ContractKey& key, std::string& job
 }
 
 std::int32_t ContractComparison::markUncarried(std::string_view customer) {
-  JoinedUnit unit(*environment_.connection);
+  JoinedUnit unit(activeConnection(environment_));
   std::int32_t marked = 0;
-  const auto lines = environment_.connection->open(
-      sql("Select * From Verträge Where Kundennummer = '"_sql, value(customer), "'"_sql));
+  const auto lines =
+      activeConnection(environment_)
+          .open(sql("Select * From Verträge Where Kundennummer = '"_sql, value(customer), "'"_sql));
   for (; !lines->eof(); lines->moveNext()) {
     const ContractKey key = lineKey(*lines);
     const auto jobs = stagedJobs(key);
@@ -122,20 +124,21 @@ std::int32_t ContractComparison::markUncarried(std::string_view customer) {
     mark(*lines, key);
     ++marked;
   }
-  const auto marks = environment_.connection->open(
-      sql("Select * From ImportKopf Where JobType = 44 And Kundennummer = '"_sql, value(customer), "'"_sql));
+  const auto marks = activeConnection(environment_)
+                         .open(sql("Select * From ImportKopf Where JobType = 44 And Kundennummer = '"_sql,
+                                   value(customer), "'"_sql));
   for (; !marks->eof(); marks->moveNext()) {
     const ContractKey key{marks->text("Kundennummer"), marks->text("Vertragsnummer"),
                           marks->text("Artikelnummer"), marks->text("Vertragsart")};
-    bool keep = !openContract(*environment_.connection, key)->eof();
+    bool keep = !openContract(activeConnection(environment_), key)->eof();
     const auto jobs = stagedJobs(key);
     for (; !jobs->eof(); jobs->moveNext()) {
       const auto code = static_cast<std::int16_t>(jobs->value("JobType").integer().value_or(0));
       keep &= kindOf(code) != qxtjobkundenverträge || code == qxtJobKundenVerträgedel;
     }
     if (!keep)
-      environment_.connection->execute(
-          sql("Delete From ImportKopf Where JobID = '"_sql, value(marks->text("JobID")), "'"_sql));
+      activeConnection(environment_)
+          .execute(sql("Delete From ImportKopf Where JobID = '"_sql, value(marks->text("JobID")), "'"_sql));
   }
   unit.commit();
   return marked;

@@ -1,5 +1,6 @@
 #include "engine/customer_proof.h"
 
+#include "rules/active_connection.h"
 #include "rules/german_text.h"
 
 #include <array>
@@ -82,9 +83,11 @@ CustomerProof::CustomerProof(Environment& environment, bool compareAddresses)
 
 Findings CustomerProof::prove(std::string_view jobId) const {
   Findings findings;
-  const auto job = environment_.connection->open(
-      sql("SELECT * FROM ImportKopf Where (JobType = 10 or JobType = 11 or JobType = 12) And (JobID ='"_sql,
-          value(jobId), "')"_sql));
+  const auto job =
+      activeConnection(environment_)
+          .open(sql(
+              "SELECT * FROM ImportKopf Where (JobType = 10 or JobType = 11 or JobType = 12) And (JobID ='"_sql,
+              value(jobId), "')"_sql));
   if (job->eof()) return findings;
   const std::string customer = job->text("Kundennummer");
   if (customer.empty()) findings.add(CheckStatus::Error, "Die Kundennummer fehlt.");
@@ -109,8 +112,9 @@ void CustomerProof::proveCodes(Recordset& job, Findings& findings) const {
 
 void CustomerProof::compareWithMaster(Recordset& job, Findings& findings) const {
   const std::string customer = textOf(job, "Kundennummer");
-  const auto master = environment_.connection->open(
-      sql("Select * From Kundenstamm Where Kundennummer = '"_sql, value(customer), "'"_sql));
+  const auto master =
+      activeConnection(environment_)
+          .open(sql("Select * From Kundenstamm Where Kundennummer = '"_sql, value(customer), "'"_sql));
   if (master->eof()) return;
   for (const ComparedField& field : mainAddressFields)
     compare(findings, field.field.text(), textOf(job, field.field), textOf(*master, field.field));
@@ -143,9 +147,11 @@ void CustomerProof::proveReferences(Recordset& job, Findings& findings) const {
 }
 
 void CustomerProof::proveContracts(std::string_view customer, Findings& findings) const {
-  const auto contracts = environment_.connection->open(
-      sql("Select JobType From ImportKopf where (JobType = 41 or JobType = 42) and  (Kundennummer = '"_sql,
-          value(customer), "')"_sql));
+  const auto contracts =
+      activeConnection(environment_)
+          .open(sql(
+              "Select JobType From ImportKopf where (JobType = 41 or JobType = 42) and  (Kundennummer = '"_sql,
+              value(customer), "')"_sql));
   for (; !contracts->eof(); contracts->moveNext()) {
     if (contracts->value("JobType").integer() == qxtJobKundenVerträgeWarning)
       findings.add(CheckStatus::Warning, "Im Kundenvertrag wurden ''Warnungen'' festgestellt.");

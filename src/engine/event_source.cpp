@@ -21,13 +21,16 @@ Subscription::~Subscription() {
 }
 
 void EventSource::raise(const std::function<void(EngineEvents&)>& event) {
-  // A copy, since an observer may end its subscription while it is called.
+  // A copy, since an observer may end a subscription, its own or another's, while it is called.
   const auto observers = observers_;
   for (EngineEvents* observer : observers) {
+    if (std::ranges::find(observers_, observer) == observers_.end()) continue;
     try {
       event(*observer);
     } catch (const std::exception& error) {
       diagnostics_.report({"event observer", error.what(), ""});
+    } catch (...) {
+      diagnostics_.report({"event observer", "raised something of an unknown kind", ""});
     }
   }
 }

@@ -3,18 +3,59 @@
 #include "engine/contract_check.h"
 #include "engine/job_check.h"
 #include "platform/german_cause.h"
+#include "platform/show_message.h"
+#include "rules/active_connection.h"
 #include "store/job_file_export.h"
 #include "store/job_file_import.h"
 #include "store/new_job_key.h"
 #include "store/work_group.h"
 
+#include <algorithm>
 #include <exception>
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 namespace qx {
 namespace {
 
 constexpr std::string_view noConnectionText = "Bitte geben Sie eine Connection an.";
+constexpr std::string_view sessionFailure = "Fehler beim Verbinden mit der Warenwirtschaft: ";
+constexpr std::string_view viewFailure = "Fehler beim Öffnen der Importvorgänge: ";
+constexpr std::string_view defaultCurrency = "DM";
+constexpr std::string_view contractFailure = "Fehler beim Vergleichen der Verträge: ";
+
+/// Whether the first of two connections, while it has a unit open, keeps the second from writing.
+bool locksOut(const Connection& connection, const Connection& other) {
+  if (!connection.ownsWork()) return false;
+  const auto files = connection.files();
+  const auto others = other.files();
+  return std::ranges::any_of(files, [&](const std::filesystem::path& file) {
+    return std::ranges::any_of(others, [&](const std::filesystem::path& another) {
+      std::error_code ignored;
+      return std::filesystem::equivalent(file, another, ignored);
+    });
+  });
+}
+
+/// While it lives a run is under way. What was asked of the run before, or of none, is forgotten.
+class UnderWay {
+public:
+  UnderWay(bool& flag, StopSignal& stop) : flag_(flag), stop_(stop) {
+    flag_ = true;
+    stop_.clear();
+  }
+  UnderWay(const UnderWay&) = delete;
+  UnderWay& operator=(const UnderWay&) = delete;
+  ~UnderWay() {
+    flag_ = false;
+    stop_.clear();
+  }
+
+private:
+  bool& flag_;
+  StopSignal& stop_;
+};
 
 } // namespace
 
@@ -22,29 +63,41 @@ ImportJobObject2::ImportJobObject2(Environment& environment)
     : environment_(environment), settings_(environment), events_(environment.diagnostics),
       protocol_(environment), lock_(environment), deletion_(environment), masterData_(environment),
       addresses_(environment), combos_(environment) {
-  if (environment_.session) adoptSession();
+  const auto session = environment_.session;
+  if (!session) return;
+  // A session that cannot be used is none.
+  if (!guarded("Session", sessionFailure, [&] { adopt(session); })) environment_.session.reset();
 }
 
 ImportJobObject2::~ImportJobObject2() {
+  closeLists();
+  lock_.giveUp();
+  if (environment_.session) disconnect(*environment_.session);
+}
+
+void ImportJobObject2::closeLists() {
   jobList_.reset();
-  if (!environment_.session) return;
+  positionList_.reset();
+}
+
+void ImportJobObject2::disconnect(qx::Session& session) const {
   try {
-    environment_.session->Disconnect();
+    session.Disconnect();
   } catch (const std::exception& error) {
     environment_.diagnostics.report({"Disconnect", error.what(), ""});
   }
 }
 
-void ImportJobObject2::showFailure(std::string_view text, std::string_view cause) {
+void ImportJobObject2::showFailure(std::string_view text, std::string_view cause) const {
   Message message;
   message.text = text;
   message.text += cause;
   message.icon = MessageIcon::Critical;
-  environment_.desktop.show(message);
+  showMessage(environment_, message);
 }
 
 template <class Work>
-bool ImportJobObject2::guarded(std::string_view member, std::string_view text, Work&& work) {
+bool ImportJobObject2::guarded(std::string_view member, std::string_view text, Work&& work) const {
   try {
     work();
     return true;
@@ -55,86 +108,142 @@ bool ImportJobObject2::guarded(std::string_view member, std::string_view text, W
   }
 }
 
+/// A handler of the run's events, or its message loop, may call anything. No box: a unit may be open.
+bool ImportJobObject2::refusedInRun(std::string_view member) const {
+  if (running_) environment_.diagnostics.report({member, "refused while a processing run is under way", ""});
+  return running_;
+}
+
 void ImportJobObject2::ActiveConnection(std::shared_ptr<Connection> connection) {
-  jobList_.reset();
+  if (refusedInRun("ActiveConnection")) return;
+  guarded("ActiveConnection", "Die Verbindung kann nicht verwendet werden: ", [&] {
+    const auto other = connection && environment_.session ? environment_.session->connection()
+                                                          : std::shared_ptr<Connection>();
+    if (other && other != connection && locksOut(*connection, *other))
+      throw StoreError("Die Sitzung arbeitet mit einer anderen Verbindung zu derselben Datenbank.", 0);
+    setConnection(std::move(connection));
+  });
+}
+
+/// Nothing of the connection before is kept: neither rows nor protocol nor its lock.
+void ImportJobObject2::setConnection(std::shared_ptr<Connection> connection) {
+  closeLists();
+  protocol_.forget();
+  if (connection != environment_.connection) lock_.giveUp();
   environment_.connection = std::move(connection);
 }
 
 bool ImportJobObject2::ConnectDB() {
-  return guarded("ConnectDB", "Fehler beim Öffnen der Importvorgänge: ", [this] {
+  closeLists();
+  const bool opened = guarded("ConnectDB", viewFailure, [this] {
     if (!environment_.connection) throw StoreError(std::string(noConnectionText), 0);
     jobList_ =
         environment_.connection->openKeyset(sql("Select * From ImportKopf Order by Eingangsdatum"_sql));
+    positionList_ = environment_.connection->openKeyset(sql("Select * From ImportPos"_sql));
   });
+  if (!opened) closeLists();
+  return opened;
 }
 
 bool ImportJobObject2::WWSSession() {
+  if (refusedInRun("WWSSession")) return false;
   bool connected = false;
-  guarded("WWSSession", "Fehler beim Verbinden mit der Warenwirtschaft: ", [&] {
-    connected = connectSession();
-    if (connected) adoptSession();
-  });
-  return connected;
+  guarded("WWSSession", sessionFailure, [&] { connected = connectSession(); });
+  if (connected) return true;
+  dropSession();
+  setConnection(nullptr);
+  return false;
 }
 
 bool ImportJobObject2::connectSession() {
-  auto session = environment_.components.createSession();
+  const auto session = environment_.components.createSession();
   session->Connect(start_.session, start_.connect);
   if (session->NotConnected() && session->ErrorCode() != 0) {
     session->ShowError("Die Verbindung '" + start_.connect + "' konnte nicht hergestellt werden.");
     return false;
   }
-  environment_.session = std::move(session);
+  try {
+    adopt(session);
+  } catch (const std::exception&) {
+    disconnect(*session);
+    throw;
+  }
   return true;
 }
 
-void ImportJobObject2::adoptSession() {
-  qx::Session& session = *environment_.session;
-  if (auto connection = session.connection()) ActiveConnection(std::move(connection));
-  personalNr_ = session.PersonalNr();
-  homeCurrency_ = settings_.getShared("Allgemein", "Landeswährung", "DM");
+/// Reads everything before it sets anything, so that a session that fails leaves no trace.
+void ImportJobObject2::adopt(const std::shared_ptr<qx::Session>& session) {
+  auto connection = session->connection();
+  std::string number = session->PersonalNr();
+  Environment itsOwn = environment_;
+  itsOwn.session = session;
+  std::string currency = Settings(itsOwn).getShared("Allgemein", "Landeswährung", defaultCurrency);
+  if (environment_.session != session) dropSession();
+  environment_.session = session;
+  if (connection) setConnection(std::move(connection));
+  personalNr_ = std::move(number);
+  homeCurrency_ = std::move(currency);
+}
+
+void ImportJobObject2::dropSession() {
+  if (environment_.session) disconnect(*environment_.session);
+  environment_.session.reset();
+  personalNr_.clear();
+  homeCurrency_ = defaultCurrency;
 }
 
 void ImportJobObject2::Session(std::shared_ptr<qx::Session> session) {
-  guarded("Session", "Fehler beim Verbinden mit der Warenwirtschaft: ", [&] {
-    environment_.session = std::move(session);
-    if (environment_.session) adoptSession();
-  });
+  if (refusedInRun("Session")) return;
+  if (session)
+    guarded("Session", sessionFailure, [&] { adopt(session); });
+  else
+    dropSession();
 }
 
 void ImportJobObject2::JobViewShow() {
   if (!environment_.connection || environment_.connection->connectionString().empty()) {
     Message message;
     message.text = noConnectionText;
-    environment_.desktop.show(message);
+    showMessage(environment_, message);
     return;
   }
-  guarded("JobViewShow", "Fehler beim Öffnen der Importvorgänge: ", [this] {
-    if (!lock_.held() && lock_.take().state != LockState::Taken) {
-      Unload();
-      return;
-    }
+  bool opened = false;
+  guarded("JobViewShow", viewFailure, [&] {
+    const LockOutcome lock = lock_.held() ? LockOutcome{LockState::Taken, {}, {}} : lock_.take();
+    if (lock.state == LockState::Unavailable) showFailure(viewFailure, lock.germanReason);
+    if (lock.state != LockState::Taken) return;
     environment_.jobView.open();
-    ViewFormLoad = qxtViewJobForm_Load;
+    opened = true;
   });
+  if (opened)
+    ViewFormLoad = qxtViewJobForm_Load;
+  else
+    Unload();
 }
 
 void ImportJobObject2::Unload() {
   guarded("Unload", "Fehler beim Schließen der Importvorgänge: ", [this] {
-    if (lock_.held()) {
-      lock_.releaseIfHeld();
-      environment_.jobView.close();
-    }
-    ViewFormLoad = qxtViewJobForm_Unload;
-    events_.raiseJobViewUnload();
+    if (!lock_.held()) return;
+    // A run goes on without its view, but not without the lock.
+    unloadedInRun_ = running_;
+    if (!running_) lock_.releaseIfHeld();
+    environment_.jobView.close();
   });
+  ViewFormLoad = qxtViewJobForm_Unload;
+  events_.raiseJobViewUnload();
 }
 
 bool ImportJobObject2::ProcessJobs(bool UnEvaluated, qxProcessState ProcessState) {
-  ProcessingRun run({environment_, events_, protocol_, errors_, stop_, outcomes_, personalNr_, homeCurrency_},
-                    UnEvaluated, ProcessState);
-  lastRun_ = run.execute();
-  stop_.clear();
+  if (refusedInRun("ProcessJobs")) return false;
+  {
+    const UnderWay underWay(running_, stop_);
+    errors_.clear();
+    ProcessingRun run(
+        {environment_, events_, protocol_, errors_, stop_, outcomes_, personalNr_, homeCurrency_},
+        UnEvaluated, ProcessState);
+    lastRun_ = run.execute();
+  }
+  if (std::exchange(unloadedInRun_, false)) lock_.releaseIfHeld();
   if (lastRun_.end == RunEnd::Refused) return false;
   strGlobalProcErr = errors_.all.text();
   strGlobalKundeProcErr = errors_.customers.text();
@@ -156,19 +265,20 @@ void ImportJobObject2::VerifyProcesses(bool& NoProof, bool& NoProcess) {
     const auto any = [&](const Sql& statement) {
       return connection.open(statement)->value(0).truth().value_or(false);
     };
-    NoProof = settings_.isOn("AutomatischVerarbeiten") &&
-              any(sql("Select Exists(Select 1 From ImportKopf Where JobType In (10, 20, 30) And "
-                      "(ProcessWarning Is Null Or ProcessWarning = 0)) As found"_sql));
+    const bool unchecked = settings_.isOn("AutomatischVerarbeiten") &&
+                           any(sql("Select Exists(Select 1 From ImportKopf Where JobType In (10, 20, 30) And "
+                                   "(ProcessWarning Is Null Or ProcessWarning = 0)) As found"_sql));
     NoProcess = !any(sql("Select Exists(Select 1 From ImportKopf Where JobType In (10, 20, 30)) Or "
                          "Exists(Select 1 From ImportKopf Where ProcessWarning = 1 And "
                          "JobType In (11, 12, 21, 22, 31, 32)) As found"_sql));
+    NoProof = unchecked;
   });
 }
 
 bool ImportJobObject2::CreateProtocol() {
   bool created = false;
   guarded("CreateProtocol", "Verarbeitungsprotokoll konnte nicht erzeugt werden. ", [&] {
-    created = protocol_.create([this](const Message& message) { environment_.desktop.show(message); });
+    created = protocol_.create([this](const Message& message) { showMessage(environment_, message); });
   });
   return created;
 }
@@ -185,7 +295,7 @@ void ImportJobObject2::AddProtocolColumn(std::string_view Vorgang, std::string_v
     line.articles = {std::string(*ProtArtikelNummern), std::string(ProtBez), std::string(ProtMenge),
                      std::string(ProtPreis)};
   guarded("AddProtocolColumn", "Fehler beim Erzeugen der Protokollzeile. ", [&] {
-    protocol_.add(line, [this](const Message& message) { environment_.desktop.show(message); });
+    protocol_.add(line, [this](const Message& message) { showMessage(environment_, message); });
   });
 }
 
@@ -196,6 +306,7 @@ void ImportJobObject2::DelItem(std::string_view ItemName, bool DelKundenVertrag)
 void ImportJobObject2::DelArchives() {
   // Between two groups the window around it is drawn.
   guarded("DelArchives", "Fehler beim Löschen: ", [&] {
+    activeConnection(environment_);
     WorkGroup group(environment_, nullptr);
     group.begin();
     deletion_.DelArchives([&group] {
@@ -217,7 +328,40 @@ bool ImportJobObject2::Import(std::string_view FileName) {
 std::string ImportJobObject2::GUID() { return newJobKey(environment_); }
 
 Findings ImportJobObject2::proveCustomerJob(std::string_view jobId) {
-  return CustomerProof(environment_, settings_.isOn("KundeAdressProof")).prove(jobId);
+  Findings findings;
+  constexpr std::string_view failure = "Der Vorgang konnte nicht geprüft werden: ";
+  guarded("proveCustomerJob", failure, [&] {
+    try {
+      findings = CustomerProof(environment_, settings_.isOn("KundeAdressProof")).prove(jobId);
+    } catch (const std::exception& error) {
+      // A job that nobody could look at is not clean.
+      findings.add(CheckStatus::Error, std::string(failure) + germanCause(error));
+      throw;
+    }
+  });
+  return findings;
+}
+
+std::int16_t ImportJobObject2::GetVertragsZustand(std::string_view Kundennummer,
+                                                  std::string_view Vertragsnummer,
+                                                  std::string_view Artikelnummer,
+                                                  std::string_view Vertragsart, std::string* JobID) const {
+  std::string job;
+  ContractState state = ContractState::New;
+  const ContractKey key{std::string(Kundennummer), std::string(Vertragsnummer), std::string(Artikelnummer),
+                        std::string(Vertragsart)};
+  if (!guarded("GetVertragsZustand", contractFailure,
+               [&] { state = ContractComparison(environment_).state(key, job); }))
+    job.clear();
+  if (JobID != nullptr) *JobID = std::move(job);
+  return static_cast<std::int16_t>(state);
+}
+
+bool ImportJobObject2::GetDiffVertrags(const VertragFields& vertrag) const {
+  bool differs = false;
+  guarded("GetDiffVertrags", contractFailure,
+          [&] { differs = ContractComparison(environment_).differs(contractFields(vertrag)); });
+  return differs;
 }
 
 std::int32_t ImportJobObject2::GetDelVerträge(std::string_view Kundennummer) {

@@ -40,8 +40,12 @@ struct StartParameters {
 ///
 /// Created on an environment that outlives it; its session and connection are the environment's. One thread.
 /// Members do not raise: they catch at their end, show a critical box with the failure's description and
-/// return false or empty, unless stated otherwise. At its end the object disconnects the session that it
-/// holds, an adopted one too.
+/// return false or empty, unless stated otherwise. A session that the environment holds already is adopted
+/// at once; one that cannot be is dropped, with a box. At its end the object gives its lock back and
+/// disconnects the session that it holds, an adopted one too.
+///
+/// A handler of the run's events may call members. While the run is under way `ProcessJobs` and `WWSSession`
+/// return false, and connection and session stay as they are; only the diagnostics are told.
 class ImportJobObject2 {
 public:
   explicit ImportJobObject2(Environment& environment);
@@ -52,20 +56,28 @@ public:
   /// @name Object
   /// @{
   std::shared_ptr<Connection> ActiveConnection() const { return environment_.connection; }
+  /// Closes the job list, the protocol and, when it is another connection, gives the lock back. Beside a
+  /// session that works on the same file with a connection of its own, one with units of work is refused with
+  /// a box and the earlier one stays: each run would wait for itself when it draws a number.
   void ActiveConnection(std::shared_ptr<Connection> connection);
-  /// Opens the job list on the connection; true when it could be opened.
+  /// Opens the job list and its positions on the connection; true when both could be opened.
   bool ConnectDB();
-  /// Connects to the ERP session; true when connected.
+  /// Connects to the ERP session and adopts it; true when connected. After a refused or failed connect there
+  /// is neither session nor connection, whatever there was before.
   bool WWSSession();
   std::shared_ptr<qx::Session> Session() const { return environment_.session; }
-  /// Adopts a session: its connection, personnel number and home currency.
+  /// Adopts a session: its connection, personnel number and home currency. The one before is disconnected.
+  /// When any of them cannot be had, everything stays as it was. Null lets the session go; the connection
+  /// stays.
   void Session(std::shared_ptr<qx::Session> session);
-  /// Takes the single-user lock and opens the job view; unloads again when the lock is refused.
+  /// Takes the single-user lock and opens the job view; unloads again when it cannot have the lock, which is
+  /// always said, or cannot open the view.
   void JobViewShow();
-  /// Releases the lock if this object holds it and raises `JobViewUnload`.
+  /// Releases the lock if this object holds it and raises `JobViewUnload`. While a run is under way the lock
+  /// is released at its end. A lock whose row could not be deleted is still held.
   void Unload();
-  /// The processing run. True when it came to its end, also when it was stopped; false when it was refused or
-  /// broke off. `UnEvaluated` leaves the automatic check out.
+  /// The processing run. True when it came to its end, also when it was stopped; false when it was refused,
+  /// broke off or was called in the middle of another. `UnEvaluated` leaves the automatic check out.
   bool ProcessJobs(bool UnEvaluated = false, qxProcessState ProcessState = qxProcessState::ProcessAll);
   /// `NoProof`: jobs are waiting that the automatic mode has still to check. `NoProcess`: nothing can be
   /// processed.
@@ -178,7 +190,8 @@ public:
   void setOutcomeSink(OutcomeSink sink) { outcomes_ = std::move(sink); }
   /// The end and the counts of the last run.
   const RunReport& lastRun() const { return lastRun_; }
-  /// Ends a run after its current job; may be called from a signal handler.
+  /// Ends the run that is under way after its current job; before and after a run it does nothing. May be
+  /// called from a signal handler.
   void requestStop() noexcept { stop_.request(); }
   bool stopRequested() const noexcept { return stop_.requested(); }
   /// Ends the statement that a run is stuck in; its group of jobs is rolled back and waits again. May be
@@ -186,7 +199,7 @@ public:
   void interruptStatement() noexcept {
     if (environment_.connection) environment_.connection->interrupt();
   }
-  /// Checks a staged customer job without writing anything.
+  /// Checks a staged customer job without writing anything. A check that fails is shown and is a finding.
   Findings proveCustomerJob(std::string_view jobId);
   /// Checks a staged job of any kind without writing anything. A check that fails is a finding; a store that
   /// cannot go on reaches the caller.
@@ -198,12 +211,17 @@ public:
 
 private:
   bool connectSession();
-  void adoptSession();
-  void showFailure(std::string_view text, std::string_view cause);
+  void adopt(const std::shared_ptr<qx::Session>& session);
+  void dropSession();
+  void disconnect(qx::Session& session) const;
+  void setConnection(std::shared_ptr<Connection> connection);
+  void closeLists();
+  bool refusedInRun(std::string_view member) const;
+  void showFailure(std::string_view text, std::string_view cause) const;
   const Scrambler& scrambler();
   /// Runs a member's work; shows and reports what it raises, and returns false then.
   template <class Work>
-  bool guarded(std::string_view member, std::string_view text, Work&& work);
+  bool guarded(std::string_view member, std::string_view text, Work&& work) const;
 
   Environment& environment_;
   StartParameters start_;
@@ -221,6 +239,9 @@ private:
   ComboLists combos_;
   std::optional<Scrambler> scrambler_; ///< made when it is first needed
   std::unique_ptr<Recordset> jobList_;
+  std::unique_ptr<Recordset> positionList_;
+  bool running_ = false;
+  bool unloadedInRun_ = false; ///< the lock is to be released at the end of the run
   std::string personalNr_;
   std::string homeCurrency_ = "DM";
 };

@@ -1,7 +1,6 @@
 // The lookup and rule members of the engine object: each forwards to the class that has the job.
 #include "engine/import_job_object2.h"
 
-#include "engine/contract_check.h"
 #include "rules/cost_assignment.h"
 #include "rules/dates.h"
 #include "rules/discounts.h"
@@ -115,22 +114,6 @@ bool ImportJobObject2::FillComboVertreter(ComboTarget& combo, std::string_view c
 
 bool ImportJobObject2::FillComboZahlungsbed(ComboTarget& combo, std::string_view current) const {
   return combos_.FillComboZahlungsbed(combo, current);
-}
-
-std::int16_t ImportJobObject2::GetVertragsZustand(std::string_view Kundennummer,
-                                                  std::string_view Vertragsnummer,
-                                                  std::string_view Artikelnummer,
-                                                  std::string_view Vertragsart, std::string* JobID) const {
-  std::string job;
-  const ContractKey key{std::string(Kundennummer), std::string(Vertragsnummer), std::string(Artikelnummer),
-                        std::string(Vertragsart)};
-  const ContractState state = ContractComparison(environment_).state(key, job);
-  if (JobID != nullptr) *JobID = std::move(job);
-  return static_cast<std::int16_t>(state);
-}
-
-bool ImportJobObject2::GetDiffVertrags(const VertragFields& vertrag) const {
-  return ContractComparison(environment_).differs(contractFields(vertrag));
 }
 
 std::int16_t ImportJobObject2::GetSteuerschlüssel(std::string_view MwStKZKunde,

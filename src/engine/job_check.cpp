@@ -4,6 +4,8 @@
 #include "engine/customer_proof.h"
 #include "engine/order_check.h"
 #include "engine/section_runner.h"
+#include "platform/german_cause.h"
+#include "rules/active_connection.h"
 #include "settings/settings.h"
 
 #include <exception>
@@ -29,14 +31,14 @@ Findings JobCheck::check(std::string_view jobId) {
     rethrowUnlessJobFailure();
     environment_.diagnostics.report({"check of a job", error.what(), jobId});
     Findings failed;
-    failed.add(CheckStatus::Error, std::string(checkFailure) + error.what());
+    failed.add(CheckStatus::Error, std::string(checkFailure) + germanCause(error));
     return failed;
   }
 }
 
 Findings JobCheck::findingsOf(std::string_view jobId) {
-  const auto header = environment_.connection->open(
-      sql("SELECT * From ImportKopf where JobID = '"_sql, value(jobId), "'"_sql));
+  const auto header = activeConnection(environment_)
+                          .open(sql("SELECT * From ImportKopf where JobID = '"_sql, value(jobId), "'"_sql));
   if (header->eof()) return {};
   const auto jobType = static_cast<std::int16_t>(header->value("JobType").integer().value_or(0));
   if (stateOf(jobType) > JobState::Error) return {};
@@ -59,8 +61,9 @@ Findings JobCheck::findingsOf(std::string_view jobId) {
 Findings JobCheck::checkContract(Recordset& header) const {
   const bool single =
       kindOf(static_cast<std::int16_t>(header.value("JobType").integer().value_or(0))) == qxtjobverträge;
-  const auto position = environment_.connection->open(
-      sql("Select * From ImportPos   Where JobID = '"_sql, value(header.text("JobID")), "'"_sql));
+  const auto position =
+      activeConnection(environment_)
+          .open(sql("Select * From ImportPos   Where JobID = '"_sql, value(header.text("JobID")), "'"_sql));
   const bool moved = single && !position->eof();
   const auto fields = [&](ColumnName column) -> Value {
     for (const ColumnName taken : contractPositionColumns)

@@ -1,6 +1,7 @@
 #include "engine/job_editing.h"
 
 #include "engine/contract_check.h"
+#include "rules/active_connection.h"
 
 #include <algorithm>
 #include <array>
@@ -72,26 +73,27 @@ void PositionTable::copyTo(Recordset& target, std::size_t row) const {
 }
 
 std::unique_ptr<Recordset> JobEditing::header(std::string_view jobId) const {
-  return environment_.connection->open(
-      sql("SELECT * From ImportKopf where JobID = '"_sql, value(jobId), "'"_sql));
+  return activeConnection(environment_)
+      .open(sql("SELECT * From ImportKopf where JobID = '"_sql, value(jobId), "'"_sql));
 }
 
 std::unique_ptr<Recordset> JobEditing::contractHeader(std::string_view jobId) const {
-  return environment_.connection->open(
-      sql("Select * From ImportKopf  Where JobID = '"_sql, value(jobId), "'"_sql));
+  return activeConnection(environment_)
+      .open(sql("Select * From ImportKopf  Where JobID = '"_sql, value(jobId), "'"_sql));
 }
 
 PositionTable JobEditing::positions(std::string_view jobId) const {
-  return PositionTable(*environment_.connection->open(
-      sql("SELECT *, Cast(Positionsnummer as int) as intPos From ImportPos where JobID = '"_sql, value(jobId),
-          "' Order By intPos"_sql)));
+  return PositionTable(
+      *activeConnection(environment_)
+           .open(sql("SELECT *, Cast(Positionsnummer as int) as intPos From ImportPos where JobID = '"_sql,
+                     value(jobId), "' Order By intPos"_sql)));
 }
 
 std::unique_ptr<Recordset> JobEditing::contractsOf(std::string_view customer) const {
   // Completed on purpose: the statement was handed down without the codes and its closing bracket.
-  return environment_.connection->open(
-      sql("Select * From ImportKopf where Kundennummer = '"_sql, value(customer),
-          "' And (JobType = 40 or JobType = 41 or JobType = 42 or JobType = 43 or JobType = 44)"_sql));
+  return activeConnection(environment_)
+      .open(sql("Select * From ImportKopf where Kundennummer = '"_sql, value(customer),
+                "' And (JobType = 40 or JobType = 41 or JobType = 42 or JobType = 43 or JobType = 44)"_sql));
 }
 
 void JobEditing::writeHeader(const ReadJob& job, std::span<const ColumnChange> changes) const {
@@ -107,12 +109,12 @@ void JobEditing::writeHeader(const ReadJob& job, std::span<const ColumnChange> c
 }
 
 void JobEditing::save(const ReadJob& job, std::span<const ColumnChange> changes) const {
-  asUnit(*environment_.connection, [&] { writeHeader(job, changes); });
+  asUnit(activeConnection(environment_), [&] { writeHeader(job, changes); });
 }
 
 void JobEditing::saveCustomer(const ReadJob& job, std::span<const ColumnChange> changes,
                               std::string_view customer, CheckStatus status) const {
-  asUnit(*environment_.connection, [&] {
+  asUnit(activeConnection(environment_), [&] {
     ContractCheck(environment_).checkCustomerContracts(customer);
     auto worst = static_cast<std::int64_t>(status);
     for (const auto contracts = contractsOf(customer); !contracts->eof(); contracts->moveNext()) {
@@ -123,10 +125,12 @@ void JobEditing::saveCustomer(const ReadJob& job, std::span<const ColumnChange> 
     std::vector<ColumnChange> all(changes.begin(), changes.end());
     all.push_back({"ImportType", Value(worst)});
     writeHeader(job, all);
-    const auto contracts = environment_.connection->open(
-        sql("SELECT ImportType FROM ImportKopf WHERE (JobType = 40 Or JobType = 41 or JobType = 42) AND "
-            "Kundennummer = '"_sql,
-            value(customer), "'"_sql));
+    const auto contracts =
+        activeConnection(environment_)
+            .open(sql(
+                "SELECT ImportType FROM ImportKopf WHERE (JobType = 40 Or JobType = 41 or JobType = 42) AND "
+                "Kundennummer = '"_sql,
+                value(customer), "'"_sql));
     for (; !contracts->eof(); contracts->moveNext()) {
       contracts->set("ImportType", Value(worst));
       contracts->update();
@@ -136,27 +140,29 @@ void JobEditing::saveCustomer(const ReadJob& job, std::span<const ColumnChange> 
 
 void JobEditing::saveOrder(const ReadJob& job, std::span<const ColumnChange> changes,
                            const PositionTable& positions) const {
-  asUnit(*environment_.connection, [&] {
+  asUnit(activeConnection(environment_), [&] {
     writeHeader(job, changes);
     replacePositions(job.jobId, positions);
   });
 }
 
 void JobEditing::replacePositions(std::string_view jobId, const PositionTable& positions) const {
-  const PositionTable before = environment_.connection->ownsWork() ? PositionTable() : this->positions(jobId);
-  environment_.connection->execute(sql("Delete From ImportPos where JobID = '"_sql, value(jobId), "'"_sql));
+  const PositionTable before =
+      activeConnection(environment_).ownsWork() ? PositionTable() : this->positions(jobId);
+  activeConnection(environment_)
+      .execute(sql("Delete From ImportPos where JobID = '"_sql, value(jobId), "'"_sql));
   try {
     insert(jobId, positions);
   } catch (const std::exception&) {
     // A host's connection has no unit of ours that could be rolled back.
-    if (!environment_.connection->ownsWork()) putBack(jobId, before);
+    if (!activeConnection(environment_).ownsWork()) putBack(jobId, before);
     throw;
   }
 }
 
 void JobEditing::insert(std::string_view jobId, const PositionTable& positions) const {
-  const auto target = environment_.connection->open(
-      sql("Select * From ImportPos where JobID = '"_sql, value(jobId), "'"_sql));
+  const auto target = activeConnection(environment_)
+                          .open(sql("Select * From ImportPos where JobID = '"_sql, value(jobId), "'"_sql));
   for (std::size_t row = 0; row < positions.size(); ++row) {
     target->addNew();
     positions.copyTo(*target, row);
@@ -166,7 +172,8 @@ void JobEditing::insert(std::string_view jobId, const PositionTable& positions) 
 
 void JobEditing::putBack(std::string_view jobId, const PositionTable& before) const noexcept {
   try {
-    environment_.connection->execute(sql("Delete From ImportPos where JobID = '"_sql, value(jobId), "'"_sql));
+    activeConnection(environment_)
+        .execute(sql("Delete From ImportPos where JobID = '"_sql, value(jobId), "'"_sql));
     insert(jobId, before);
   } catch (const std::exception& error) {
     environment_.diagnostics.report({"positions put back", error.what(), jobId});
@@ -174,16 +181,16 @@ void JobEditing::putBack(std::string_view jobId, const PositionTable& before) co
 }
 
 void JobEditing::deleteHeader(std::string_view jobId) const {
-  asUnit(*environment_.connection, [&] {
-    environment_.connection->execute(
-        sql("Delete From ImportKopf  Where JobID = '"_sql, value(jobId), "'"_sql));
+  asUnit(activeConnection(environment_), [&] {
+    activeConnection(environment_)
+        .execute(sql("Delete From ImportKopf  Where JobID = '"_sql, value(jobId), "'"_sql));
   });
 }
 
 std::vector<std::pair<std::string, std::string>> JobEditing::units() const {
   std::vector<std::pair<std::string, std::string>> units;
   const auto rows =
-      environment_.connection->open(sql("SELECT Mengeneinheit, Langtext From Mengeneinheiten"_sql));
+      activeConnection(environment_).open(sql("SELECT Mengeneinheit, Langtext From Mengeneinheiten"_sql));
   for (; !rows->eof(); rows->moveNext())
     units.emplace_back(rows->text("Mengeneinheit"), rows->text("Langtext"));
   return units;

@@ -55,12 +55,23 @@ std::int32_t nextPosition(const std::set<std::int32_t>& used) {
   throw OrderFailure(order_failures::noPositionNumber.with(""));
 }
 
+/// Null where there are none, also when they cannot be had: the purchase columns stay empty then.
+std::unique_ptr<Einkaufspreisfindung> purchasePricesOf(const Environment& environment) {
+  try {
+    return environment.components.createEinkaufspreisfindung(*environment.connection);
+  } catch (const DatabaseError&) {
+    throw;
+  } catch (const std::exception& error) {
+    environment.diagnostics.report({"purchase price component", error.what(), ""});
+    return nullptr;
+  }
+}
+
 } // namespace
 
 OrderLines::OrderLines(Environment& environment, const OrderOptions& options, OrderPrices& prices)
     : environment_(environment), options_(options), prices_(prices), taxRules_(environment),
-      costs_(environment), stock_(environment),
-      purchasePrices_(environment.components.createEinkaufspreisfindung(*environment.connection)) {}
+      costs_(environment), stock_(environment), purchasePrices_(purchasePricesOf(environment)) {}
 
 WrittenLines OrderLines::writePositions(const OrderContext& order, std::string_view jobId) {
   const auto positions = environment_.connection->open(

@@ -1,6 +1,7 @@
 #include "engine/protocol.h"
 
 #include "platform/german_cause.h"
+#include "rules/active_connection.h"
 #include "rules/dates.h"
 
 #include <exception>
@@ -79,8 +80,7 @@ bool Protocol::create(const Show& show, BusyWait* wait) {
 
 void Protocol::openOrCreate(BusyWait* wait) {
   if (!protokoll_) throw std::runtime_error("Die Protokollkomponente fehlt.");
-  if (!environment_.connection) throw std::runtime_error("Es ist keine Datenbank verbunden.");
-  Connection& connection = *environment_.connection;
+  Connection& connection = activeConnection(environment_);
   const std::string today = germanDate(NowEx(environment_));
   // The protocol, its identity and its day are stored together: with a part of them the next run of the day
   // would begin a second protocol, and whoever asks for the day's protocol would miss the lines of the first.
@@ -105,7 +105,7 @@ void Protocol::openOrCreate(BusyWait* wait) {
 bool Protocol::add(const ProtocolLine& line, const Show& show) {
   try {
     if (!protokoll_ || id_.empty()) throw std::runtime_error("Es ist kein Protokoll geöffnet.");
-    Savepoint part(*environment_.connection);
+    Savepoint part(activeConnection(environment_));
     fillLine(*protokoll_, line);
     part.release();
     return true;
@@ -114,7 +114,7 @@ bool Protocol::add(const ProtocolLine& line, const Show& show) {
     return false;
   } catch (const DatabaseError& error) {
     // The unit around the line is gone as well; that is for the run to decide.
-    if (environment_.connection->ownsWork()) throw;
+    if (environment_.connection && environment_.connection->ownsWork()) throw;
     showFailure(environment_, show, lineFailure, error);
     return false;
   } catch (const std::bad_alloc&) {

@@ -55,6 +55,9 @@ public:
   /// of work.
   void cleanUp(BusyWait* wait);
 
+  /// Closes the protocol, which belongs to the connection that it was opened on.
+  void forget() { id_.clear(); }
+
   /// The identity of the open protocol, or empty.
   const std::string& id() const { return id_; }
 

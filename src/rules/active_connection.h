@@ -7,7 +7,7 @@ namespace qx {
 
 /// The shared connection. Raises `StoreError` when none has been set.
 inline Connection& activeConnection(const Environment& environment) {
-  if (!environment.connection) throw StoreError("no database connection is set", 0);
+  if (!environment.connection) throw StoreError("Es ist keine Datenbank verbunden.", 0);
   return *environment.connection;
 }
 

@@ -62,7 +62,7 @@ std::string Settings::getShared(std::string_view section, std::string_view key,
                                 std::string_view fallback) const {
   return trapped(describe("shared", section, key, "read"),
                  [&] { return connectedSession(environment_).GetSetting(section, key, fallback); })
-      .value_or("");
+      .value_or(std::string(fallback));
 }
 
 void Settings::save(std::string_view application, std::string_view section, std::string_view key,

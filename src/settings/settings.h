@@ -38,7 +38,7 @@ public:
   /// The same; null when the store could not be read.
   std::optional<std::string> read(std::string_view application, std::string_view section,
                                   std::string_view key, bool local = false) const;
-  /// A shared value with the default that the ERP is asked to give when the key is absent.
+  /// A shared value; the default when the key is absent or cannot be read.
   std::string getShared(std::string_view section, std::string_view key, std::string_view fallback) const;
   void save(std::string_view application, std::string_view section, std::string_view key,
             std::string_view setting, bool local = false) const;

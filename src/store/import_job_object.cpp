@@ -1,5 +1,7 @@
 #include "store/import_job_object.h"
 
+#include "platform/german_cause.h"
+#include "platform/show_message.h"
 #include "rules/active_connection.h"
 #include "store/job_deletion.h"
 #include "store/job_file_export.h"
@@ -36,14 +38,14 @@ bool ImportJobObject::updating(std::string_view member, std::string_view key, Wo
     try {
       work();
     } catch (const std::exception& failure) {
-      cause = failure.what();
+      cause = germanCause(failure);
       throw;
     }
   });
   if (done) return true;
   Message message;
   message.text = "Fehler beim Update: " + cause;
-  environment_.desktop.show(message);
+  showMessage(environment_, message);
   return false;
 }
 
@@ -92,7 +94,7 @@ void ImportJobObject::JobViewShow(ImportJobObject*& object) {
   if (connectionString_.empty()) {
     Message message;
     message.text = "Bitte geben Sie eine Connection an.";
-    environment_.desktop.show(message);
+    showMessage(environment_, message);
     return;
   }
   object = this;

@@ -1,5 +1,7 @@
 #include "store/import_lock.h"
 
+#include "platform/german_cause.h"
+#include "platform/show_message.h"
 #include "rules/active_connection.h"
 #include "rules/german_text.h"
 
@@ -47,7 +49,7 @@ LockOutcome ImportLock::takeOwn(BusyWait* wait) {
   // The unit has ended: a box may stand for a long time.
   if (attempt.heldBy) return refuse(*attempt.heldBy);
   if (attempt.takenFrom) tellTakeOver(*attempt.takenFrom);
-  return {LockState::Taken, {}};
+  return {LockState::Taken, {}, {}};
 }
 
 ImportLock::Attempt ImportLock::lookAndWrite(BusyWait* wait) {
@@ -77,13 +79,13 @@ ImportLock::Attempt ImportLock::lookAndWrite(BusyWait* wait) {
 LockOutcome ImportLock::afterFailure(const DatabaseError& failure) {
   if (const auto holder = holderIfReadable()) return refuse(*holder);
   environment_.diagnostics.report({"ImportLock", failure.what(), {}});
-  return {LockState::Unavailable, failure.what()};
+  return {LockState::Unavailable, failure.what(), germanCause(failure)};
 }
 
 LockOutcome ImportLock::takeOnHost() {
   std::unique_ptr<Recordset> row;
   skipping([&] { row = activeConnection(environment_).open(selectLock()); });
-  if (!row) return {LockState::Taken, {}};
+  if (!row) return {LockState::Taken, {}, {}};
   if (!row->eof()) {
     LockHolder holder;
     skipping([&] { holder.Benutzer = row->text("Benutzer"); });
@@ -94,7 +96,7 @@ LockOutcome ImportLock::takeOnHost() {
   setLockColumns(*row);
   if (!skipping([&] { row->update(); }))
     if (const auto holder = holderIfReadable()) return refuse(*holder);
-  return {LockState::Taken, {}};
+  return {LockState::Taken, {}, {}};
 }
 
 void ImportLock::setLockColumns(Recordset& row) {
@@ -110,13 +112,14 @@ void ImportLock::setLockColumns(Recordset& row) {
 }
 
 bool ImportLock::release(BusyWait* wait) {
-  held_ = false;
-  return skipping([&] {
+  const bool released = skipping([&] {
     Connection& connection = activeConnection(environment_);
     WorkUnit unit(connection, wait);
     connection.execute(deleteLock());
     unit.commit();
   });
+  if (released) held_ = false;
+  return released;
 }
 
 std::optional<LockHolder> ImportLock::holder() {
@@ -134,14 +137,14 @@ std::optional<LockHolder> ImportLock::holderIfReadable() {
 }
 
 LockOutcome ImportLock::refuse(const LockHolder& holder) {
-  environment_.desktop.show({"Der Import wird gerade von Benutzer '" + holder.Benutzer + "' auf Rechner '" +
+  showMessage(environment_, {"Der Import wird gerade von Benutzer '" + holder.Benutzer + "' auf Rechner '" +
                                  holder.StationID + "' bearbeitet.",
                              std::string(title), MessageIcon::None});
-  return {LockState::Refused, {}};
+  return {LockState::Refused, {}, {}};
 }
 
 void ImportLock::tellTakeOver(const LockHolder& holder) {
-  environment_.desktop.show({"Die Sperre von Benutzer '" + holder.Benutzer +
+  showMessage(environment_, {"Die Sperre von Benutzer '" + holder.Benutzer +
                                  "' wurde übernommen, weil dessen Programm nicht mehr läuft.",
                              std::string(title), MessageIcon::Information});
 }

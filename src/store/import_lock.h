@@ -18,7 +18,8 @@ enum class LockState : std::uint8_t {
 
 struct LockOutcome {
   LockState state = LockState::Unavailable;
-  std::string reason; ///< of `Unavailable` only, for the caller to tell
+  std::string reason;       ///< of `Unavailable` only, for the caller to tell
+  std::string germanReason; ///< the same for a box
 };
 
 /// Who stands in the lock row.
@@ -43,7 +44,12 @@ public:
   bool release(BusyWait* wait = nullptr);
   /// Releases the lock only when this object took it.
   bool releaseIfHeld(BusyWait* wait = nullptr) { return !held_ || release(wait); }
-  /// True from a successful `take` to the next `release`.
+  /// The same for the last time: a row that cannot be deleted stays, and this object no longer holds it.
+  void giveUp() {
+    releaseIfHeld();
+    held_ = false;
+  }
+  /// True from a successful `take` to the `release` that deletes the row.
   bool held() const { return held_; }
   /// The current holder; null when nobody holds the lock. Database errors reach the caller.
   std::optional<LockHolder> holder();

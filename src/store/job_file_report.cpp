@@ -1,5 +1,7 @@
 #include "store/job_file_report.h"
 
+#include "platform/show_message.h"
+
 namespace qx {
 namespace {
 
@@ -14,7 +16,7 @@ bool tellImport(Environment& environment, const JobFileReport& report) {
   if (report.end == JobFileEnd::Complete && report.counts.refused == 0) return true;
   Message message;
   message.text = report.end == JobFileEnd::WrongBanner ? wrongBannerText : importFailureText;
-  environment.desktop.show(message);
+  showMessage(environment, message);
   return false;
 }
 
@@ -27,7 +29,7 @@ bool tellExport(Environment& environment, const JobFileReport& report) {
   if (!report.backup.empty())
     message.text += " Die bisherige Datei wurde als '" + report.backup + "' aufbewahrt.";
   message.icon = MessageIcon::Information;
-  environment.desktop.show(message);
+  showMessage(environment, message);
   return false;
 }
 

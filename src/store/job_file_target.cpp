@@ -4,6 +4,7 @@
 #include "store/job_file_line.h"
 
 #include <cerrno>
+#include <exception>
 #include <fcntl.h>
 #include <system_error>
 #include <unistd.h>
@@ -57,8 +58,9 @@ std::vector<fs::path> protectedFiles(const Environment& environment) {
   std::string folder;
   try {
     folder = environment.components.createProfile()->GetAppPath();
-  } catch (const std::runtime_error&) {
+  } catch (const std::exception& error) {
     // A host without the component has no application directory, hence no code tables of its own.
+    environment.diagnostics.report({"application directory", error.what(), ""});
     return files;
   }
   files.push_back(codeTablesFile(pathOf(folder)));

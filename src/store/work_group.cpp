@@ -1,6 +1,7 @@
 #include "store/work_group.h"
 
 #include <algorithm>
+#include <exception>
 #include <utility>
 
 namespace qx {
@@ -35,7 +36,12 @@ void WorkGroup::finish() {
   heldSinceGap_ += environment_.clock.elapsed() - begunAt_;
   const auto promises = std::exchange(promises_, {});
   for (const auto& promise : promises) promise();
-  environment_.desktop.yield();
+  try {
+    environment_.desktop.yield();
+  } catch (const std::exception& error) {
+    // What the group did is durable, whatever becomes of the windows.
+    environment_.diagnostics.report({"message loop", error.what(), ""});
+  }
   leaveGap();
 }
 

@@ -143,6 +143,8 @@ void JobViewPresenter::ProcessProgress(std::int16_t percent) {
 
 void JobViewPresenter::ProcessInfo(std::string_view info) {
   if (work_ == Work::Run && !stopAsked_) state_.label = info;
+  // The clerk may have asked before the run had begun.
+  if (stopAsked_) engine_.requestStop();
   windows_.redraw();
 }
 
@@ -444,7 +446,8 @@ void JobViewPresenter::tellJobsLeft() {
 void JobViewPresenter::processCustomersThenContracts() {
   process(qxProcessState::ProcessKunden);
   // Whoever stopped the first run or wants to leave does not want the second one.
-  if (!stopAsked_ && !closeAsked_) process(qxProcessState::ProcessVerträge);
+  if (stopAsked_ || closeAsked_ || engine_.lastRun().end == RunEnd::Stopped) return;
+  process(qxProcessState::ProcessVerträge);
 }
 
 void JobViewPresenter::stop() {

@@ -1,6 +1,7 @@
 #include "ui/position_grid.h"
 
 #include "engine/order_texts.h"
+#include "rules/active_connection.h"
 #include "rules/german_text.h"
 #include "ui/lookup_bridge.h"
 #include "ui/position_details.h"
@@ -151,7 +152,7 @@ Preisfindung* PositionGrid::prices() {
   if (!prices_) {
     try {
       auto created = environment_.components.createPreisfindung();
-      created->Init(*environment_.connection);
+      created->Init(activeConnection(environment_));
       prices_ = std::move(created);
     } catch (const std::exception& error) {
       environment_.diagnostics.report({"price component", error.what(), jobId_});

@@ -187,7 +187,10 @@ TEST_F(Run, AStoreThatFailsWhileTheProtocolIsMadeEndsTheRunBeforeItsFirstJob) {
 
 TEST_F(Run, AnObserverThatRaisesStopsNothing) {
   stageMany(2);
-  events.onInfo = [](std::string_view) { throw std::runtime_error("Beobachter"); };
+  events.onInfo = [](std::string_view info) {
+    if (info.find("70001") != std::string_view::npos) throw 42;
+    throw std::runtime_error("Beobachter");
+  };
   EXPECT_TRUE(run());
   EXPECT_EQ(done(), 2);
 }
@@ -206,6 +209,56 @@ TEST_F(Run, AStopEndsTheRunAfterTheCurrentJobWithoutPurge) {
   EXPECT_THAT(events.infos, Not(Contains("Aufträge werden verarbeitet..."))) << "nothing more is taken";
   EXPECT_TRUE(run()) << "the request is gone with the run that it stopped";
   EXPECT_EQ(count(sql("Select Count(*) From ImportKopf"_sql)), 0) << "the purge ran this time";
+}
+
+TEST_F(Run, AStopThatNoRunIsUnderWayForIsForgotten) {
+  stageMany(2);
+  engine.requestStop();
+  EXPECT_TRUE(run());
+  EXPECT_EQ(engine.lastRun().end, RunEnd::Completed);
+  EXPECT_EQ(done(), 2);
+}
+
+TEST_F(Run, InTheMiddleOfARunNeitherAnotherNorAnotherConnectionOrSessionBegins) {
+  stageMany(2);
+  stageCustomer("J3", "");
+  engine.JobViewShow();
+  const auto session = engine.Session();
+  const auto connection = engine.ActiveConnection();
+  std::string inside;
+  events.onInfo = [&](std::string_view info) {
+    if (info.find("70001") == std::string_view::npos) return;
+    inside += engine.ProcessJobs() ? "run " : "";
+    inside += engine.WWSSession() ? "connect " : "";
+    engine.Session(nullptr);
+    engine.ActiveConnection(erp.secondConnection());
+    engine.Unload();
+    inside += engine.importLock().held() ? "held" : "";
+  };
+  EXPECT_TRUE(run());
+  EXPECT_EQ(inside, "held") << "the lock stays as long as the run";
+  EXPECT_EQ(engine.Session(), session);
+  EXPECT_EQ(engine.ActiveConnection(), connection);
+  EXPECT_EQ(done(), 2);
+  EXPECT_EQ(engine.lastRun().error, 1U);
+  EXPECT_THAT(engine.strGlobalProcErr, HasSubstr("Kundennummer")) << "the errors are those of the outer run";
+  EXPECT_THAT(erp.desktop.shown, IsEmpty()) << "a unit of work may be open";
+  EXPECT_FALSE(engine.importLock().held());
+  EXPECT_EQ(count(sql("Select Count(*) From LockControl"_sql)), 0);
+  std::vector<std::string> refused;
+  for (const auto& entry : erp.diagnostics.entries)
+    if (entry.what == "refused while a processing run is under way") refused.push_back(entry.where);
+  EXPECT_THAT(refused, ElementsAre("ProcessJobs", "WWSSession", "Session", "ActiveConnection"));
+}
+
+TEST_F(Run, TheErrorsOfTheRunBeforeDoNotComeBackWhenTheNextOneCannotBegin) {
+  stageCustomer("J1", "");
+  run();
+  EXPECT_FALSE(engine.strGlobalProcErr.empty());
+  engine.ActiveConnection(nullptr);
+  EXPECT_FALSE(run());
+  EXPECT_EQ(engine.strGlobalProcErr, "");
+  EXPECT_EQ(engine.strGlobalKundeProcErr, "");
 }
 
 TEST_F(Run, JobsThatSomeoneElseTookMeanwhileArePassedOver) {
@@ -357,6 +410,50 @@ TEST_F(Engine, SubscriptionsEndWithTheirHandle) {
   }
   engine.Unload();
   EXPECT_EQ(events.unloads, 2);
+}
+
+TEST_F(Engine, AnObserverWhoseSubscriptionEndsInTheMiddleIsNotCalledAnyMore) {
+  RecordingEvents later;
+  auto handle = std::make_unique<Subscription>(engine.subscribe(later));
+  events.onInfo = [&](std::string_view) { handle.reset(); };
+  run();
+  EXPECT_THAT(later.infos, IsEmpty());
+}
+
+TEST_F(Engine, AConnectionOfItsOwnBesideThatOfTheSessionIsRefused) {
+  const auto before = engine.ActiveConnection();
+  engine.ActiveConnection(erp.secondConnection());
+  EXPECT_EQ(engine.ActiveConnection(), before);
+  EXPECT_EQ(erp.desktop.texts(), "Die Verbindung kann nicht verwendet werden: Die Sitzung arbeitet mit einer "
+                                 "anderen Verbindung zu derselben Datenbank.\n");
+  // A host's has no units that could last, and without the session nobody is waited for.
+  const std::shared_ptr<Connection> host = SqliteDatabase::openAsHost(erp.file);
+  engine.ActiveConnection(host);
+  EXPECT_EQ(engine.ActiveConnection(), host);
+  engine.Session(nullptr);
+  const std::shared_ptr<Connection> own = erp.secondConnection();
+  engine.ActiveConnection(own);
+  EXPECT_EQ(engine.ActiveConnection(), own);
+}
+
+TEST_F(Engine, TheProtocolEndsWithItsConnection) {
+  ASSERT_TRUE(engine.CreateProtocol());
+  for (const auto& next :
+       {std::shared_ptr<Connection>(), std::shared_ptr<Connection>(SqliteDatabase::openAsHost(erp.file))}) {
+    erp.desktop.shown.clear();
+    engine.ActiveConnection(next);
+    engine.AddProtocolColumn("Kunden", "1", "Fehler", "24.11.2026", "");
+    EXPECT_EQ(erp.desktop.texts(),
+              "Fehler beim Erzeugen der Protokollzeile. Es ist kein Protokoll geöffnet.\n");
+  }
+  EXPECT_EQ(protocolLines(), 0);
+}
+
+TEST_F(Engine, TheLockStaysWithTheConnectionThatItWasTakenOn) {
+  engine.JobViewShow();
+  engine.ActiveConnection(SqliteDatabase::openAsHost(erp.file));
+  EXPECT_FALSE(engine.importLock().held());
+  EXPECT_EQ(count(sql("Select Count(*) From LockControl"_sql)), 0);
 }
 
 TEST(WaitingRun, TellsAfterASecondAndOnceAMinuteUntilItIsStopped) {

@@ -83,7 +83,7 @@ TEST_F(SettingsTest, SwitchOnTheCustomerSpecificModeByItsExactMark) {
   EXPECT_TRUE(settings_.customerSpecific());
 }
 
-TEST_F(SettingsTest, AFailingStoreCostsTheValueAndIsTold) {
+TEST_F(SettingsTest, AFailingStoreGivesTheDefaultAndIsTold) {
   world_.session->failing = true;
   world_.localSettings.failing = true;
   for (const bool local : {false, true}) {
@@ -94,7 +94,7 @@ TEST_F(SettingsTest, AFailingStoreCostsTheValueAndIsTold) {
     for (const auto& entry : world_.diagnostics.entries)
       EXPECT_NE(entry.where.find("ImportJob2/Ändern"), std::string::npos) << entry.where;
   }
-  EXPECT_EQ(settings_.getShared("Kostenzuordnung", "Kost1", "Kostenstelle"), "");
+  EXPECT_EQ(settings_.getShared("Kostenzuordnung", "Kost1", "Kostenstelle"), "Kostenstelle");
   EXPECT_TRUE(world_.desktop.shown.empty()) << "no box comes up";
 }
 

@@ -93,6 +93,7 @@ public:
 
   std::vector<std::string> statements;
   std::vector<std::string> columns; ///< that were set, of all record sets
+  bool refusing = false;            ///< every statement raises `StatementError`
 
 private:
   std::unique_ptr<Recordset> watched(std::unique_ptr<Recordset> rows) {
@@ -100,6 +101,7 @@ private:
   }
   const Sql& recorded(const Sql& statement) {
     statements.push_back(statement.text());
+    if (refusing) throw StatementError("refused", 1);
     return statement;
   }
 

@@ -25,13 +25,12 @@ extern "C" void tellLoop(int /*signal*/) {
 
 } // namespace
 
-EndOnSignal::EndOnSignal(ImportJobObject2& engine) : engine_(engine) {
+EndOnSignal::EndOnSignal(ImportJobObject2& engine) : stop_(engine) {
   if (pipe2(ends_, O_CLOEXEC | O_NONBLOCK) != 0) throw std::runtime_error("the system gives no pipe");
   notifier_ = std::make_unique<QSocketNotifier>(ends_[0], QSocketNotifier::Read);
   QObject::connect(notifier_.get(), &QSocketNotifier::activated, [this] {
     notifier_->setEnabled(false);
-    ended_ = true;
-    engine_.requestStop();
+    stop_.ask();
     QCoreApplication::exit(0);
   });
   wakeUp.store(ends_[1]);

@@ -1,7 +1,7 @@
 // SIGINT and SIGTERM end the event loop.
 #pragma once
 
-#include "engine/import_job_object2.h"
+#include "engine/standing_stop.h"
 
 #include <QSocketNotifier>
 
@@ -20,15 +20,14 @@ public:
   ~EndOnSignal();
 
   /// A signal has come, maybe before there was an event loop to leave.
-  bool ended() const { return ended_; }
+  bool ended() const { return stop_.asked(); }
 
 private:
-  ImportJobObject2& engine_;
+  StandingStop stop_;
   std::unique_ptr<QSocketNotifier> notifier_;
   struct sigaction interrupt_ {};
   struct sigaction terminate_ {};
   int ends_[2] = {-1, -1};
-  bool ended_ = false;
 };
 
 } // namespace qx

@@ -99,6 +99,7 @@ ExitCode openView(const cli::ViewArguments& arguments, Diagnostics& diagnostics,
     return std::make_unique<QtAuskunft>(environment.localSettings, diagnostics);
   });
   ImportJobObject2 engine(environment);
+  if (!engine.Session()) return ExitCode::Failure; // a box has said why
   LookupBridge lookups(environment);
   context.emplace(DialogContext{environment, engine, lookups});
   view.attach(engine);

@@ -1,0 +1,15 @@
+#include "platform/show_message.h"
+
+#include <exception>
+
+namespace qx {
+
+void showMessage(const Environment& environment, const Message& message) {
+  try {
+    environment.desktop.show(message);
+  } catch (const std::exception& error) {
+    environment.diagnostics.report({"box: " + message.text, error.what(), ""});
+  }
+}
+
+} // namespace qx
