@@ -1,5 +1,6 @@
 #include "cli/staging_area.h"
 
+#include "platform/whole_number.h"
 #include "store/staging_writer.h"
 
 #include <array>
@@ -237,8 +238,7 @@ void StagingArea::forEach(const Visitor& visit) {
   for (; !rows->eof(); rows->moveNext()) {
     StageResult result = rows->value("StageZiel").isNull() ? StageResult::Added : StageResult::Replaced;
     if (rows->value("StageSperre").integer() == 1) result = StageResult::Skipped;
-    visit(rows->text("JobID"), static_cast<std::int16_t>(rows->value("JobType").integer().value_or(0)),
-          result);
+    visit(rows->text("JobID"), jobCode(rows->value("JobType")), result);
   }
 }
 

@@ -8,6 +8,12 @@
 namespace qx {
 namespace {
 
+/// Without what lies beyond the decimals of an amount; as it is when it is larger than every amount.
+double asAmount(double number) {
+  const auto amount = Money::fromDouble(number);
+  return amount ? amount->toDouble() : number;
+}
+
 /// A limit with its currency; "" is the home currency.
 struct Limit {
   double amount = 0;
@@ -24,8 +30,8 @@ CreditResult CreditLimit::query(std::string_view customer) const {
   const Settings settings(environment_);
   // The ERP's own limits stand in for a customer that has none; they are in the home currency.
   const auto limit = [&](ColumnName column, std::string_view key) -> Limit {
-    if (const auto amount = row->value(column).number()) return {*amount, row->text("Währung")};
-    return {parseTypedNumber(settings.getShared("OP-Info", key, "")).value_or(0), ""};
+    if (const auto amount = row->value(column).number()) return {asAmount(*amount), row->text("Währung")};
+    return {asAmount(parseTypedNumber(settings.getShared("OP-Info", key, "")).value_or(0)), ""};
   };
   const Limit first = limit("Kreditlimit1", "Kreditlimit1");
   const Limit second = limit("Kreditlimit2", "Kreditlimit2");
@@ -38,10 +44,7 @@ CreditResult CreditLimit::query(std::string_view customer) const {
     const double inBalance = equalCodes(each.currency, balance.currency)
                                  ? each.amount
                                  : accounting->convert(each.amount, each.currency, balance.currency);
-    const auto owed = Money::fromDouble(balance.amount);
-    const auto allowed = Money::fromDouble(inBalance);
-    // Beyond what an amount can hold the plain numbers decide.
-    return owed && allowed ? *owed >= *allowed : balance.amount >= inBalance;
+    return asAmount(balance.amount) >= asAmount(inBalance);
   };
   CreditResult result = reached(first) ? CreditResult::Limit1Reached : CreditResult::WithinLimits;
   if (reached(second)) result = CreditResult::Limit2Reached;

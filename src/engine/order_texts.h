@@ -72,12 +72,17 @@ inline constexpr OrderSentence article{"Der Artikel: '", "' wurde noch nicht ang
 inline constexpr OrderSentence blockedArticle{"Der Artikel: '", "' ist gesperrt!"};
 inline constexpr OrderSentence priceFailed{order_tokens::priceFailed, ""};
 inline constexpr OrderSentence priceTooLarge{"Der Preis: '", "' ist zu groß."};
+inline constexpr OrderSentence quantityTooLarge{"Die Menge: '", "' ist zu groß."};
+inline constexpr OrderSentence discountTooLarge{"Der Rabatt: '", "' ist zu groß."};
+inline constexpr OrderSentence priceUnitTooLarge{"Die Preiseinheit: '", "' ist zu groß."};
+inline constexpr OrderSentence costNumber{"Die Kostenzuordnung: '", "' ist keine gültige Nummer."};
 inline constexpr OrderSentence totalTooLarge{"Die Summe des Auftrags ist zu groß.", ""};
 inline constexpr OrderSentence noPositionNumber{
     "Für die Fracht- und Gebührenzeilen ist keine Positionsnummer mehr frei.", ""};
 inline constexpr OrderSentence taxKey{"Die Steuerschlüsselzuordnung konnte nicht ermittelt werden.", ""};
 
-/// All but the two that no order alone can bring about: a number in use and line numbers used up.
+/// All but those that no order alone can bring about, a number in use and line numbers used up, and those of
+/// numbers beyond all sense.
 inline constexpr std::array all{noNumber,       customer,     deliveryStop,  receiptDate,   shippingMethod,
                                 paymentMethod,  paymentTerms, salesRep,      noPositions,   article,
                                 blockedArticle, priceFailed,  priceTooLarge, totalTooLarge, taxKey};

@@ -1,6 +1,7 @@
 #include "engine/section_runner.h"
 
 #include "platform/german_cause.h"
+#include "platform/whole_number.h"
 
 #include <algorithm>
 #include <cmath>
@@ -14,10 +15,6 @@ namespace {
 /// The store cannot go on when even the failure of a job cannot be written down.
 [[noreturn]] void giveUp(const std::exception& error) {
   throw StoreError("Der Fehler eines Vorgangs konnte nicht gespeichert werden: " + germanCause(error), 0);
-}
-
-std::int16_t jobTypeOf(Recordset& jobs) {
-  return static_cast<std::int16_t>(jobs.value("JobType").integer().value_or(0));
 }
 
 } // namespace
@@ -49,7 +46,7 @@ void SectionRunner::run(const Section& section, const Sql& query, const Handler&
       parts_.group.begin();
       jobs->moveTo(at);
       // Passed over: deleted, or taken to another state by someone else since the section was opened.
-      if (jobs->resync() && section.takes(jobTypeOf(*jobs))) {
+      if (jobs->resync() && section.takes(jobCode(jobs->value("JobType")))) {
         JobRow job(*jobs, parts_.missing);
         processJob(job, handler);
       }

@@ -1,10 +1,9 @@
 #include "rules/tax_rules.h"
 
+#include "platform/whole_number.h"
 #include "rules/active_connection.h"
 #include "rules/german_text.h"
 #include "settings/settings.h"
-
-#include <limits>
 
 namespace qx {
 namespace {
@@ -43,12 +42,10 @@ std::int16_t TaxRules::GetSteuerschlüssel(std::string_view MwStKZKunde, std::st
     // Compared as texts: the day of the change itself takes the new key.
     changed = dayOf(Datum) >= dayOf(change);
   }
-  const auto key =
-      changed ? rows->value("SteuerschlüsselNeu").integer() : rows->value("Steuerschlüssel").integer();
-  using Limits = std::numeric_limits<std::int16_t>;
-  if (!key || *key < Limits::min() || *key > Limits::max())
-    throw MissingTaxKey(describe() + " have a tax key that is no 16-bit number");
-  return static_cast<std::int16_t>(*key);
+  const auto key = wholeAs<std::int16_t>(
+      rows->value(changed ? ColumnName("SteuerschlüsselNeu") : ColumnName("Steuerschlüssel")));
+  if (!key) throw MissingTaxKey(describe() + " have a tax key that is no 16-bit number");
+  return *key;
 }
 
 double TaxRules::GetSteuerSatz(std::string_view Steuerschlüssel) const {
