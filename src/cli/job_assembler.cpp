@@ -228,6 +228,10 @@ void JobAssembler::finishJob(Builder& builder, std::int16_t code, std::int16_t o
            otherCode == 0 ? "a waiting job of this type has the code " + std::to_string(code)
                           : "a waiting job of this type has the code " + std::to_string(code) + " or " +
                                 std::to_string(otherCode));
+  // The run takes over positions of single contracts only.
+  if (record.JobType == qxtjobkundenverträge && positionNumber_ > 0)
+    refuse(positionsLine_, "Positionen",
+           "a contract of a customer (JobType 40) has none; give their values as properties of the contract");
   record.JobID = checkedKey(std::move(record.JobID), builder.line("JobID"), "JobID", false);
   if (record.JobID.empty()) record.JobID = newJobKey(environment_);
   const std::int64_t keyLine = builder.line("JobID");

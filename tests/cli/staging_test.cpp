@@ -118,12 +118,14 @@ TEST_F(Staging, AContractWithoutAnIntervalLeavesItToTheProcessing) {
 TEST_F(Staging, ContractsTakePositionsOpenEndsAndTheCustomerContractCode) {
   ASSERT_EQ(
       stage(R"({"Positionen":[{"ChildID":"P","Positionsnummer":1,"Vertragsart":"W","Vertragstext":"Text",
-                      "Vertragsende":"999999","ChkAbwBetrag":true}],"JobType":40,"JobID":"V","Vertragsbeginn":"00:00:00",
+                      "Vertragsende":"999999","ChkAbwBetrag":true}],"JobType":20,"JobID":"V","Vertragsbeginn":"00:00:00",
                       "Vertragsdatum":"12:00:00 AM","Vertragsende":"","type":"Vertrag"})")
           .status,
       0);
+  ASSERT_EQ(stage(R"({"type":"Vertrag","JobType":40,"JobID":"K","Positionen":[]})").status, 0);
+  EXPECT_EQ(show("K")["JobType"], 40);
   const Json job = show("V");
-  EXPECT_EQ(job["JobType"], 40);
+  EXPECT_EQ(job["JobType"], 20);
   EXPECT_EQ(job["Vertragsende"], Json());
   EXPECT_EQ(job["Vertragsbeginn"], "00:00:00");
   EXPECT_EQ(job["Vertragsdatum"], "12:00:00 AM");
