@@ -10,6 +10,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace qx::cli {
 
@@ -46,13 +47,13 @@ public:
 
   /// Before the first record.
   void begin();
-  /// Positions are added before their header. `line` is where the key stands, or the object begins.
-  void add(const AuftragsPosFields& position, std::int64_t line);
-  void add(const ImportJobSubItem& position, std::int64_t line);
-  void add(const KundeFields& job, std::int64_t line);
-  /// Without an interval the column stays null, for which the processing has a default.
-  void add(const VertragFields& job, std::int64_t line, bool hasInterval);
-  void add(const AuftragFields& job, std::int64_t line);
+  /// Positions are added before their header. `line` is where the key stands, or the object begins. The
+  /// columns of which the object does not speak become null.
+  void add(const AuftragsPosFields& position, std::int64_t line, const std::vector<ColumnName>& unspoken);
+  void add(const ImportJobSubItem& position, std::int64_t line, const std::vector<ColumnName>& unspoken);
+  void add(const KundeFields& job, std::int64_t line, const std::vector<ColumnName>& unspoken);
+  void add(const VertragFields& job, std::int64_t line, const std::vector<ColumnName>& unspoken);
+  void add(const AuftragFields& job, std::int64_t line, const std::vector<ColumnName>& unspoken);
   /// After the last job. Null when no key stands twice.
   std::optional<KeyConflict> finish();
 
@@ -64,6 +65,10 @@ public:
   void forEach(const Visitor& visit);
 
 private:
+  template <class Record>
+  void addPosition(const Record& position, std::int64_t line, const std::vector<ColumnName>& unspoken);
+  template <class Record>
+  void addJob(const Record& job, std::int64_t line, const std::vector<ColumnName>& unspoken);
   void endPosition(std::int64_t line);
   void endJob(std::int64_t line);
   void forgetWritten();
