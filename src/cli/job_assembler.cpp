@@ -185,7 +185,7 @@ void JobAssembler::finishPosition(Builder& builder, std::int16_t code) {
   if constexpr (std::is_same_v<std::decay_t<decltype(record)>, AuftragsPosFields>) completeOrderPosition();
   if (record.ChildID.empty()) record.ChildID = newJobKey(environment_);
   const std::int64_t line = builder.line("ChildID");
-  records_.add(record, line == 0 ? positionLine_ : line);
+  records_.add(record, line == 0 ? positionLine_ : line, builder.unspoken());
 }
 
 /// An order position is of no use without article and quantity; what follows from them need not be given.
@@ -199,6 +199,9 @@ void JobAssembler::completeOrderPosition() {
   need("Menge", !orderPosition_.given("Menge"));
   if (!orderPosition_.given("Auslieferungsmenge")) position.Auslieferungsmenge = position.Menge;
   if (!orderPosition_.given("Fakturiermenge")) position.Fakturiermenge = position.Menge;
+  // The options have said what the last two are.
+  for (const char* name : {"Auslieferungsmenge", "Fakturiermenge", "Lieferbereit", "Fakturierbereit"})
+    orderPosition_.follows(name);
   const bool numbered = orderPosition_.given("Positionsnummer");
   if (positionNumber_ == 1) positionsAreNumbered_ = numbered;
   if (numbered != positionsAreNumbered_)
@@ -228,14 +231,15 @@ void JobAssembler::finishJob(Builder& builder, std::int16_t code, std::int16_t o
            otherCode == 0 ? "a waiting job of this type has the code " + std::to_string(code)
                           : "a waiting job of this type has the code " + std::to_string(code) + " or " +
                                 std::to_string(otherCode));
+  // The run takes over positions of single contracts only.
+  if (record.JobType == qxtjobkundenverträge && positionNumber_ > 0)
+    refuse(positionsLine_, "Positionen",
+           "a contract of a customer (JobType 40) has none; give their values as properties of the contract");
   record.JobID = checkedKey(std::move(record.JobID), builder.line("JobID"), "JobID", false);
   if (record.JobID.empty()) record.JobID = newJobKey(environment_);
   const std::int64_t keyLine = builder.line("JobID");
   const std::int64_t line = keyLine == 0 ? jobLine_ : keyLine;
-  if constexpr (std::is_same_v<std::decay_t<decltype(record)>, VertragFields>)
-    records_.add(record, line, builder.given("Intervall"));
-  else
-    records_.add(record, line);
+  records_.add(record, line, builder.unspoken());
 }
 
 std::string JobAssembler::checkedKey(std::string key, std::int64_t line, std::string_view field,

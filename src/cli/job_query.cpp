@@ -2,6 +2,7 @@
 
 #include "cli/exit_code.h"
 #include "model/job_codes.h"
+#include "platform/whole_number.h"
 #include "rules/german_text.h"
 
 #include <algorithm>
@@ -9,7 +10,7 @@
 namespace qx::cli {
 
 JobBrief briefOf(Recordset& header) {
-  const auto jobType = static_cast<std::int16_t>(header.value("JobType").integer().value_or(0));
+  const auto jobType = jobCode(header.value("JobType"));
   const bool contract = kindOf(jobType) == qxtjobverträge || kindOf(jobType) == qxtjobkundenverträge;
   return {header.text("JobID"), jobType,
           contract ? header.text("Vertragsnummer") : header.text("Kundennummer")};

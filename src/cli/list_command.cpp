@@ -3,6 +3,7 @@
 #include "cli/job_terms.h"
 #include "cli/json_writer.h"
 #include "cli/utf8.h"
+#include "platform/whole_number.h"
 
 namespace qx::cli {
 namespace {
@@ -38,7 +39,7 @@ public:
     line("Stand", "Vorgang", "Eingang", "Kunde", "JobID", "Name", "Betreff, Fehlertext");
   }
   void add(Recordset& row) override {
-    const auto jobType = static_cast<std::int16_t>(row.value("JobType").integer().value_or(0));
+    const auto jobType = jobCode(row.value("JobType"));
     std::string remark = row.text("Betreff");
     if (remark.empty()) remark = row.text("Fehlertext");
     line(stateText(jobType), kindText(jobType), row.text("Eingangsdatum"), row.text("Kundennummer"),

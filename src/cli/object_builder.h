@@ -3,6 +3,7 @@
 
 #include "cli/stage_value.h"
 #include "model/field_table.h"
+#include "store/record_columns.h"
 
 #include <array>
 #include <cstdint>
@@ -10,7 +11,9 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <unordered_map>
+#include <vector>
 
 namespace qx::cli {
 
@@ -47,6 +50,19 @@ public:
 
   /// Whether the object has a value for the property; null is none.
   bool given(std::string_view name) const { return given_[fieldIndex(table, name)]; }
+  /// The property has a value that follows from others.
+  void follows(std::string_view name) { given_[fieldIndex(table, name)] = true; }
+
+  /// The columns of the properties that the object does not speak of and that have no value from elsewhere.
+  const std::vector<ColumnName>& unspoken() {
+    unspoken_.clear();
+    for (std::size_t i = 0; i < table.size(); ++i)
+      if (!given_[i] && table[i].stored() && table[i].visit(record_, [](const auto& member) {
+            return member == std::decay_t<decltype(member)>();
+          }))
+        unspoken_.push_back(detail::columns<table>[i]);
+    return unspoken_;
+  }
 
 private:
   using Places = std::unordered_map<std::string_view, std::size_t>;
@@ -64,6 +80,7 @@ private:
   Record record_;
   std::array<std::int64_t, table.size()> lines_{};
   std::array<bool, table.size()> given_{};
+  std::vector<ColumnName> unspoken_;
 };
 
 } // namespace qx::cli

@@ -5,6 +5,7 @@
 #include "cli/json_writer.h"
 #include "cli/utf8.h"
 #include "platform/one_line.h"
+#include "platform/whole_number.h"
 #include "rules/german_text.h"
 
 namespace qx::cli {
@@ -65,7 +66,7 @@ void writeSheet(std::ostream& output, Recordset& row, std::size_t count, std::st
 }
 
 void writeText(std::ostream& output, const ShownJob& job) {
-  const auto jobType = static_cast<std::int16_t>(job.header.value("JobType").integer().value_or(0));
+  const auto jobType = jobCode(job.header.value("JobType"));
   output << kindText(jobType) << ", " << stateText(jobType) << "\n\n";
   writeSheet(output, job.header, job.header.fieldCount(), "");
   for (int number = 1; !job.positions.eof(); job.positions.moveNext(), ++number) {

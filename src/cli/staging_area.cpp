@@ -1,5 +1,6 @@
 #include "cli/staging_area.h"
 
+#include "platform/whole_number.h"
 #include "store/staging_writer.h"
 
 #include <array>
@@ -48,35 +49,40 @@ void StagingArea::begin() {
   connection_.execute(sql("BEGIN DEFERRED"_sql));
 }
 
-void StagingArea::add(const AuftragsPosFields& position, std::int64_t line) {
+template <class Record>
+void StagingArea::addPosition(const Record& position, std::int64_t line, const Unspoken& unspoken) {
   positions_->addNew();
   setStaged(*positions_, position);
+  for (const ColumnName column : unspoken) positions_->set(column, Value::null());
   endPosition(line);
 }
 
-void StagingArea::add(const ImportJobSubItem& position, std::int64_t line) {
-  positions_->addNew();
-  setStaged(*positions_, position);
-  endPosition(line);
-}
-
-void StagingArea::add(const KundeFields& job, std::int64_t line) {
+template <class Record>
+void StagingArea::addJob(const Record& job, std::int64_t line, const Unspoken& unspoken) {
   headers_->addNew();
   setStaged(*headers_, job);
+  for (const ColumnName column : unspoken) headers_->set(column, Value::null());
   endJob(line);
 }
 
-void StagingArea::add(const VertragFields& job, std::int64_t line, bool hasInterval) {
-  headers_->addNew();
-  setStaged(*headers_, job);
-  if (!hasInterval) headers_->set("Intervall", Value::null());
-  endJob(line);
+void StagingArea::add(const AuftragsPosFields& position, std::int64_t line, const Unspoken& unspoken) {
+  addPosition(position, line, unspoken);
 }
 
-void StagingArea::add(const AuftragFields& job, std::int64_t line) {
-  headers_->addNew();
-  setStaged(*headers_, job);
-  endJob(line);
+void StagingArea::add(const ImportJobSubItem& position, std::int64_t line, const Unspoken& unspoken) {
+  addPosition(position, line, unspoken);
+}
+
+void StagingArea::add(const KundeFields& job, std::int64_t line, const Unspoken& unspoken) {
+  addJob(job, line, unspoken);
+}
+
+void StagingArea::add(const VertragFields& job, std::int64_t line, const Unspoken& unspoken) {
+  addJob(job, line, unspoken);
+}
+
+void StagingArea::add(const AuftragFields& job, std::int64_t line, const Unspoken& unspoken) {
+  addJob(job, line, unspoken);
 }
 
 /// The header's row number is its place in the file: rows are only added, one by one.
@@ -237,8 +243,7 @@ void StagingArea::forEach(const Visitor& visit) {
   for (; !rows->eof(); rows->moveNext()) {
     StageResult result = rows->value("StageZiel").isNull() ? StageResult::Added : StageResult::Replaced;
     if (rows->value("StageSperre").integer() == 1) result = StageResult::Skipped;
-    visit(rows->text("JobID"), static_cast<std::int16_t>(rows->value("JobType").integer().value_or(0)),
-          result);
+    visit(rows->text("JobID"), jobCode(rows->value("JobType")), result);
   }
 }
 

@@ -9,6 +9,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace qx::cli {
 
@@ -45,12 +46,11 @@ public:
 
   /// Before the first record.
   void begin();
-  void add(const AuftragsPosFields& position, std::int64_t line) override;
-  void add(const ImportJobSubItem& position, std::int64_t line) override;
-  void add(const KundeFields& job, std::int64_t line) override;
-  /// Without an interval the column stays null, for which the processing has a default.
-  void add(const VertragFields& job, std::int64_t line, bool hasInterval) override;
-  void add(const AuftragFields& job, std::int64_t line) override;
+  void add(const AuftragsPosFields& position, std::int64_t line, const Unspoken& unspoken) override;
+  void add(const ImportJobSubItem& position, std::int64_t line, const Unspoken& unspoken) override;
+  void add(const KundeFields& job, std::int64_t line, const Unspoken& unspoken) override;
+  void add(const VertragFields& job, std::int64_t line, const Unspoken& unspoken) override;
+  void add(const AuftragFields& job, std::int64_t line, const Unspoken& unspoken) override;
   /// After the last job. Null when no key stands twice.
   std::optional<KeyConflict> finish();
 
@@ -62,6 +62,10 @@ public:
   void forEach(const Visitor& visit);
 
 private:
+  template <class Record>
+  void addPosition(const Record& position, std::int64_t line, const Unspoken& unspoken);
+  template <class Record>
+  void addJob(const Record& job, std::int64_t line, const Unspoken& unspoken);
   void endPosition(std::int64_t line);
   void endJob(std::int64_t line);
   void forgetWritten();

@@ -1,5 +1,6 @@
 #include "engine/contract_check.h"
 
+#include "platform/whole_number.h"
 #include "rules/active_connection.h"
 #include "rules/dates.h"
 #include "store/new_job_key.h"
@@ -73,7 +74,7 @@ bool ContractComparison::differs(const ContractFields& job) const {
   if (line->eof()) return true;
   const auto columns = contractColumns(activeConnection(environment_), job);
   return std::ranges::any_of(columns, [&](const ContractColumn& each) {
-    return !sameContent(line->value(each.column), each.content);
+    return !each.isKey && !sameContent(line->value(each.column), each.content);
   });
 }
 
@@ -91,7 +92,7 @@ ContractState ContractComparison::state(const ContractKey& key, std::string& job
   int best = contractRanks;
   for (std::size_t i = 0; i < jobs->recordCount(); ++i) {
     jobs->moveTo(i);
-    const int rank = rankOf(static_cast<std::int16_t>(jobs->value("JobType").integer().value_or(0)));
+    const int rank = rankOf(jobCode(jobs->value("JobType")));
     if (rank >= best) continue;
     best = rank;
     chosen = i;
@@ -117,7 +118,7 @@ std::int32_t ContractComparison::markUncarried(std::string_view customer) {
     const auto jobs = stagedJobs(key);
     bool carried = false;
     for (; !jobs->eof(); jobs->moveNext()) {
-      const auto code = static_cast<std::int16_t>(jobs->value("JobType").integer().value_or(0));
+      const auto code = jobCode(jobs->value("JobType"));
       carried |= kindOf(code) == qxtjobkundenverträge && code != qxtJobKundenVerträgedel;
     }
     if (carried) continue;
@@ -133,7 +134,7 @@ std::int32_t ContractComparison::markUncarried(std::string_view customer) {
     bool keep = !openContract(activeConnection(environment_), key)->eof();
     const auto jobs = stagedJobs(key);
     for (; !jobs->eof(); jobs->moveNext()) {
-      const auto code = static_cast<std::int16_t>(jobs->value("JobType").integer().value_or(0));
+      const auto code = jobCode(jobs->value("JobType"));
       keep &= kindOf(code) != qxtjobkundenverträge || code == qxtJobKundenVerträgedel;
     }
     if (!keep)

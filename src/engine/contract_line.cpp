@@ -8,14 +8,6 @@
 namespace qx {
 namespace {
 
-template <std::size_t N>
-std::string_view contractColumnOf(const FieldTable<VertragFields, N>& table, ColumnName column,
-                                  std::size_t& at) {
-  for (at = 0; at < N; ++at)
-    if (table[at].stored() && ColumnName(table[at].column) == column) return table[at].column;
-  return {};
-}
-
 bool takeTwoDigits(std::string_view& text, int least, int most, int limit) {
   int digits = 0;
   int number = 0;
@@ -36,6 +28,11 @@ bool isTimeOfDay(std::string_view text) {
     if (!takeTwoDigits(text, 2, 2, 59)) return false;
   }
   return text.empty() || text == " AM" || text == " PM";
+}
+
+Value contractAmount(const Value& price) {
+  const auto amount = price.money();
+  return amount ? Value(*amount) : emptyToNull(price);
 }
 
 Value valueOr(const Value& value, const char* fallback) { return value.isEmpty() ? Value(fallback) : value; }
@@ -99,8 +96,8 @@ std::vector<ContractColumn> contractColumns(Connection& connection, const Contra
   if (remark.isNull()) remark = emptyToNull(job("Bemerkung"));
   Value end = contractDate(job("Vertragsende"), false);
   if (end.isNull()) end = Value(openContractEnd);
-  return {{"Kundennummer", Value(key.customer)},
-          {"Vertragsnummer", Value(key.number)},
+  return {{"Kundennummer", Value(key.customer), true},
+          {"Vertragsnummer", Value(key.number), true},
           {"Vertragsdatum", contractDate(job("Vertragsdatum"), false)},
           {"Vertragsbeginn", contractDate(job("Vertragsbeginn"), true)},
           {"Vertragsende", std::move(end)},
@@ -111,10 +108,10 @@ std::vector<ContractColumn> contractColumns(Connection& connection, const Contra
           {"Bemerkung", std::move(remark)},
           {"Kündigungsgrund", emptyToNull(job("Kündigungsgrund"))},
           {"Zustand", Value(contractState(job))},
-          {"Vertragsart", Value(key.kind)},
-          {"VertrGegenstandsNr", Value(key.object)},
+          {"Vertragsart", Value(key.kind), true},
+          {"VertrGegenstandsNr", Value(key.object), true},
           {"Anzahl", emptyToNull(job("Menge"))},
-          {"Betrag", emptyToNull(job("Preis"))},
+          {"Betrag", contractAmount(job("Preis"))},
           {"PreisabweichungGrund", emptyToNull(job("IndFild1"))},
           {"PreisabweichungGenehmigender", emptyToNull(job("IndFild2"))},
           {"PreisabweichungDatum", emptyToNull(job("IndFild3"))},

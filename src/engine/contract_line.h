@@ -57,9 +57,11 @@ Value contractDate(const Value& text, bool noon);
 struct ContractColumn {
   ColumnName column;
   Value content;
+  bool isKey = false; ///< a line that exists has it in its own spelling and keeps it
 };
 
-/// Every column that processing writes, with its defaults, but for the user and time of the change.
+/// Every column that processing writes, with its defaults, but for the user and time of the change. The price
+/// is an amount; one that fits none stands as it is.
 std::vector<ContractColumn> contractColumns(Connection& connection, const ContractFields& job);
 
 } // namespace qx

@@ -2,6 +2,7 @@
 
 #include "engine/contract_texts.h"
 #include "rules/dates.h"
+#include "rules/german_text.h"
 
 #include <string>
 
@@ -13,6 +14,8 @@ bool ContractProcessor::process(JobRow& job) {
   const auto line = openContract(*environment_.connection, key);
   bool fits = checkCustomer(job, key);
   if (!skipsObjectChecks(contractState(fields))) fits &= checkObject(job, key);
+  fits &= checkNumber(job, "Preis", contract_failures::price);
+  fits &= checkNumber(job, "Menge", contract_failures::quantity);
   // Raised for a failing contract as well.
   events_.raiseProcessInfo("Verträge werden überprüft und verarbeitet... (Kunde: " + key.customer +
                            " Vertragsgegenstand: " + key.object + ")");
@@ -51,11 +54,22 @@ bool ContractProcessor::checkObject(JobRow& job, const ContractKey& key) {
   return fits;
 }
 
+bool ContractProcessor::checkNumber(JobRow& job, ColumnName field, std::string_view failure) {
+  const Value& staged = job.value(field);
+  const auto number = staged.number();
+  if (staged.isEmpty() || (number && Money::fromDouble(*number))) return true;
+  marks_.markJobError(job, std::string(failure) + (number ? germanNumber(*number) : staged.text()) +
+                               (number ? "' ist zu groß." : "' ist keine Zahl."));
+  return false;
+}
+
 void ContractProcessor::save(JobRow& job, Recordset& line, const ContractFields& fields) {
   const auto columns = contractColumns(*environment_.connection, fields);
   Savepoint part(*environment_.connection);
-  if (line.eof()) line.addNew();
-  for (const ContractColumn& each : columns) line.set(each.column, each.content);
+  const bool isNew = line.eof();
+  if (isNew) line.addNew();
+  for (const ContractColumn& each : columns)
+    if (isNew || !each.isKey) line.set(each.column, each.content);
   DateTime changed = environment_.clock.now();
   changed.date = NowEx(environment_);
   line.set("ÄndUser", Value("Import"));

@@ -7,6 +7,8 @@
 #include "engine/job_row.h"
 #include "platform/environment.h"
 
+#include <string_view>
+
 namespace qx {
 
 /// Checks a contract job and adds or updates its line.
@@ -22,6 +24,7 @@ public:
 private:
   bool checkCustomer(JobRow& job, const ContractKey& key);
   bool checkObject(JobRow& job, const ContractKey& key);
+  bool checkNumber(JobRow& job, ColumnName field, std::string_view failure);
   void save(JobRow& job, Recordset& line, const ContractFields& fields);
   bool any(const Sql& statement);
 

@@ -31,7 +31,11 @@ inline constexpr std::string_view kind = "Die Vertragsart: '";
 inline constexpr std::string_view relation = "Es konnte keine Beziehung zwischen Vertragsart: '";
 inline constexpr std::string_view object = "Die Vertragsgegenstandsnummer: '";
 
-/// All of them.
+/// Of a price or quantity that no amount can hold.
+inline constexpr std::string_view price = "Der Preis: '";
+inline constexpr std::string_view quantity = "Die Menge: '";
+
+/// All but those of numbers beyond all sense.
 inline constexpr std::array all{customer, kind, relation, object};
 
 } // namespace contract_failures

@@ -17,6 +17,12 @@ void refuseAmbiguous(std::string_view text) {
                              germanNumber(readings->decimals) + ".");
 }
 
+/// Without what lies beyond the decimals of an amount; as it is when it is larger than every amount.
+double asAmount(double number) {
+  const auto amount = Money::fromDouble(number);
+  return amount ? amount->toDouble() : number;
+}
+
 /// A limit with its currency; "" is the home currency.
 struct Limit {
   double amount = 0;
@@ -35,10 +41,10 @@ CreditResult CreditLimit::query(std::string_view customer) const {
   const auto limit = [&](ColumnName column, std::string_view key) -> Limit {
     const Value own = row->value(column);
     if (own.kind() == ValueKind::Text) refuseAmbiguous(own.textView());
-    if (const auto amount = own.number()) return {*amount, row->text("Währung")};
+    if (const auto amount = own.number()) return {asAmount(*amount), row->text("Währung")};
     const std::string common = settings.getShared("OP-Info", key, "");
     refuseAmbiguous(common);
-    return {parseTypedNumber(common).value_or(0), ""};
+    return {asAmount(parseTypedNumber(common).value_or(0)), ""};
   };
   const Limit first = limit("Kreditlimit1", "Kreditlimit1");
   const Limit second = limit("Kreditlimit2", "Kreditlimit2");
@@ -51,10 +57,7 @@ CreditResult CreditLimit::query(std::string_view customer) const {
     const double inBalance = equalCodes(each.currency, balance.currency)
                                  ? each.amount
                                  : accounting->convert(each.amount, each.currency, balance.currency);
-    const auto owed = Money::fromDouble(balance.amount);
-    const auto allowed = Money::fromDouble(inBalance);
-    // Beyond what an amount can hold the plain numbers decide.
-    return owed && allowed ? *owed >= *allowed : balance.amount >= inBalance;
+    return asAmount(balance.amount) >= asAmount(inBalance);
   };
   CreditResult result = reached(first) ? CreditResult::Limit1Reached : CreditResult::WithinLimits;
   if (reached(second)) result = CreditResult::Limit2Reached;

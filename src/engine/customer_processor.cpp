@@ -15,7 +15,7 @@ namespace {
 struct CopiedField {
   ColumnName column;
   ColumnName jobField;
-  /// An update with an empty field leaves what the master holds.
+  /// An update with an empty text, too, leaves what the master holds.
   bool keptWhenEmpty = false;
 
   consteval CopiedField(ColumnName name) : column(name), jobField(name) {}
@@ -64,7 +64,12 @@ constexpr std::array copiedFields{CopiedField("Kundennummer"),
                                   CopiedField("GrundVerlorenSchl"),
                                   CopiedField("UstIdentNr")};
 
-std::string bankCode(const JobRow& job) { return job.firstOf("Bankleitzahl", "BLZ"); }
+/// Null when the sender speaks of neither field.
+const Value& bankCode(const JobRow& job) {
+  const Value& own = job.value("Bankleitzahl");
+  const Value& other = job.value("BLZ");
+  return own.isEmpty() && !other.isNull() ? other : own;
+}
 
 /// The further addresses that a job may bring along.
 struct AddressBlock {
@@ -144,7 +149,7 @@ bool CustomerProcessor::checkCodes(JobRow& job) {
                        "Zahlungsart", "Kurztext", "Zahlungsart " + payment},
                       payment);
   fits &= checkCurrency(job);
-  if (const std::string bank = bankCode(job); !bank.empty())
+  if (const std::string bank = bankCode(job).text(); !bank.empty())
     fits &=
         checkCode(job,
                   {"Die Bankleitzahl", "die Bankleitzahl", options_.createBanks,
@@ -225,14 +230,16 @@ void CustomerProcessor::writeCustomer(const JobRow& job, Recordset& customer, bo
   set("ÄndUser", Value("Import"));
   set("ÄndDatum", Value(stamp));
   for (const CopiedField& field : copiedFields) {
-    Value copied = field.column == ColumnName("Bankleitzahl") ? emptyToNull(Value(bankCode(job)))
-                                                              : emptyToNull(job.value(field.jobField));
+    // The key of a found customer is the same and stays as the master spells it.
+    if (!isNew && field.column == ColumnName("Kundennummer")) continue;
+    const Value& staged =
+        field.column == ColumnName("Bankleitzahl") ? bankCode(job) : job.value(field.jobField);
+    // A column of which the sender does not speak is kept; an empty text empties it.
+    if (staged.isNull()) continue;
+    Value copied = emptyToNull(staged);
     // A new row leaves unset columns to the defaults of the table.
     if (copied.isNull() && (isNew || field.keptWhenEmpty)) continue;
     if (field.column == ColumnName("KundeSeit")) copied = Value(germanDay(copied));
-    // The key of a found customer is the same; writing it again would only cost its index entry.
-    if (!isNew && field.column == ColumnName("Kundennummer") && copied == customer.value("Kundennummer"))
-      continue;
     set(field.column, std::move(copied));
   }
   customer.update();

@@ -63,10 +63,11 @@ void addMissing(Findings& findings, std::string_view field, std::string_view cod
                std::string(field) + ": '" + std::string(code) + "' ist nicht angelegt.");
 }
 
-void compare(Findings& findings, std::string_view field, const std::string& job, const std::string& stored) {
-  if (job != stored)
+/// A field of which the job does not speak changes nothing in the master.
+void compare(Findings& findings, std::string_view field, const Value& job, const std::string& stored) {
+  if (!job.isNull() && job.text() != stored)
     findings.add(CheckStatus::Warning,
-                 std::string(field) + " ist nicht identisch: '" + job + "' / '" + stored + "'");
+                 std::string(field) + " ist nicht identisch: '" + job.text() + "' / '" + stored + "'");
 }
 
 bool blockIsEmpty(Recordset& job, const AddressBlock& block) {
@@ -117,16 +118,16 @@ void CustomerProof::compareWithMaster(Recordset& job, Findings& findings) const 
           .open(sql("Select * From Kundenstamm Where Kundennummer = '"_sql, value(customer), "'"_sql));
   if (master->eof()) return;
   for (const ComparedField& field : mainAddressFields)
-    compare(findings, field.field.text(), textOf(job, field.field), textOf(*master, field.field));
+    compare(findings, field.field.text(), fieldOf(job, field.field), textOf(*master, field.field));
   for (const AddressBlock& block : addressBlocks) {
     if (blockIsEmpty(job, block)) continue;
     const std::string number = textOf(job, block.number);
-    compare(findings, block.number.text(), number, textOf(*master, block.number));
+    compare(findings, block.number.text(), fieldOf(job, block.number), textOf(*master, block.number));
     std::string owner = textOf(job, block.customer);
     if (owner.empty()) owner = customer;
     const Adresse stored = addresses_.GetAdressDaten(owner, number).value_or(Adresse());
     for (const ComparedField& field : block.fields)
-      compare(findings, field.field.text(), textOf(job, field.field), stored.*field.stored);
+      compare(findings, field.field.text(), fieldOf(job, field.field), stored.*field.stored);
   }
 }
 

@@ -5,6 +5,7 @@
 #include "engine/order_check.h"
 #include "engine/section_runner.h"
 #include "platform/german_cause.h"
+#include "platform/whole_number.h"
 #include "rules/active_connection.h"
 #include "settings/settings.h"
 
@@ -40,7 +41,7 @@ Findings JobCheck::findingsOf(std::string_view jobId) {
   const auto header = activeConnection(environment_)
                           .open(sql("SELECT * From ImportKopf where JobID = '"_sql, value(jobId), "'"_sql));
   if (header->eof()) return {};
-  const auto jobType = static_cast<std::int16_t>(header->value("JobType").integer().value_or(0));
+  const auto jobType = jobCode(header->value("JobType"));
   if (stateOf(jobType) > JobState::Error) return {};
   switch (kindOf(jobType)) {
   case qxtjobkunden:
@@ -59,8 +60,7 @@ Findings JobCheck::findingsOf(std::string_view jobId) {
 
 /// A single contract is checked with the values of its first position, as the run would take them over.
 Findings JobCheck::checkContract(Recordset& header) const {
-  const bool single =
-      kindOf(static_cast<std::int16_t>(header.value("JobType").integer().value_or(0))) == qxtjobverträge;
+  const bool single = kindOf(jobCode(header.value("JobType"))) == qxtjobverträge;
   const auto position =
       activeConnection(environment_)
           .open(sql("Select * From ImportPos   Where JobID = '"_sql, value(header.text("JobID")), "'"_sql));

@@ -4,6 +4,7 @@
 #include "model/job_codes.h"
 #include "platform/database.h"
 #include "platform/system.h"
+#include "platform/whole_number.h"
 
 #include <cstdint>
 #include <set>
@@ -33,7 +34,7 @@ public:
   std::string text(ColumnName column) const { return value(column).text(); }
   /// The value of the first column that is not empty.
   std::string firstOf(ColumnName first, ColumnName second) const;
-  std::int16_t jobType() const { return static_cast<std::int16_t>(value("JobType").integer().value_or(0)); }
+  std::int16_t jobType() const { return jobCode(value("JobType")); }
   /// The clerk has released the job with its warnings or errors.
   bool released() const { return value("ProcessWarning").integer().value_or(0) != 0; }
 

@@ -1,6 +1,7 @@
 #include "engine/order_check.h"
 
 #include "engine/order_texts.h"
+#include "platform/whole_number.h"
 #include "rules/german_text.h"
 #include "rules/rounding.h"
 
@@ -166,8 +167,9 @@ void OrderCheck::checkPrice(Recordset& position, const FoundPrice& price, Findin
 }
 
 void OrderCheck::checkCostAssignment(Recordset& position, Findings& findings) const {
-  const auto number = static_cast<std::int32_t>(position.value("KostID").integer().value_or(0));
-  if (costs_.CheckKostzuord("AB", number, false) != 0)
+  const Value& staged = position.value("KostID");
+  const auto number = staged.isEmpty() ? 0 : wholeAs<std::int32_t>(staged);
+  if (!number || costs_.CheckKostzuord("AB", *number, false) != 0)
     findings.add(CheckStatus::Warning, order_tokens::costAssignment);
 }
 

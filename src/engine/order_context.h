@@ -19,7 +19,7 @@ struct OrderContext {
   std::string dateStamp; ///< of the date of receipt; decides the tax key
   Date date{};
   std::string deliveryDate; ///< the header's `Liefertermin`
-  std::int32_t jobCost = 0; ///< `KostID` of the job; 0 for none
+  std::int32_t jobCost = 0; ///< `KostID` of the job, where cost assignments are used; 0 for none
   std::int32_t customerCost = 0;
   std::string shippingMethod; ///< as written in the header
   std::string paymentMethod;

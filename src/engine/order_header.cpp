@@ -2,6 +2,7 @@
 
 #include "engine/order_failure.h"
 #include "engine/order_texts.h"
+#include "engine/order_values.h"
 #include "rules/german_text.h"
 
 #include <algorithm>
@@ -83,12 +84,6 @@ struct BankData {
   friend bool operator==(const BankData&, const BankData&) = default;
 };
 
-/// The number 0 is none.
-Value customerCost(Recordset& customer) {
-  const auto number = customer.value("KostID").integer().value_or(0);
-  return number == 0 ? Value::null() : Value(number);
-}
-
 } // namespace
 
 bool isDiversNumber(std::string_view customer) {
@@ -128,8 +123,9 @@ void OrderHeader::fillMasterData(Recordset& header, const JobRow& job, Recordset
   const Value priceType = jobOrCustomer(job, customer, "Preistyp");
   header.set("Preistyp", priceType.isNull() ? Value(std::int16_t{0}) : priceType);
   if (options_.costAssignment) {
-    const auto assigned = job.value("KostID").integer().value_or(0);
-    header.set("KostID", assigned != 0 ? Value(assigned) : customerCost(customer));
+    std::int32_t assigned = orderCost(job.value("KostID"));
+    if (assigned == 0) assigned = orderCost(customer.value("KostID"));
+    header.set("KostID", assigned == 0 ? Value::null() : Value(assigned));
   }
   for (const ColumnName column : customerColumns) header.set(column, emptyToNull(customer.value(column)));
   // What earlier orders left with a customer who is many people belongs to somebody else.

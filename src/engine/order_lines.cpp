@@ -2,6 +2,8 @@
 
 #include "engine/order_failure.h"
 #include "engine/order_texts.h"
+#include "engine/order_values.h"
+#include "platform/whole_number.h"
 #include "rules/german_text.h"
 #include "rules/master_data.h"
 #include "rules/rounding.h"
@@ -32,17 +34,8 @@ std::string firstText(Recordset& row, ColumnName first, ColumnName second) {
 
 double numberOf(Recordset& row, ColumnName column) { return row.value(column).number().value_or(0); }
 
-/// An amount for a price column; prices that do not fit one end the order.
-Value amount(double price) {
-  const auto money = Money::fromDouble(price);
-  if (!money) throw OrderFailure(order_failures::priceTooLarge.with(germanDecimals(price, 2)));
-  return Value(*money);
-}
-
 std::int32_t positionNumber(Recordset& position) {
-  const auto number = position.value("intPos").integer().value_or(0);
-  constexpr auto most = std::numeric_limits<std::int32_t>::max();
-  return number < -most || number > most ? 0 : static_cast<std::int32_t>(number);
+  return wholeAs<std::int32_t>(position.value("intPos")).value_or(0);
 }
 
 /// The next number behind the lines so far; where there is none the first that is free.
@@ -144,10 +137,10 @@ void OrderLines::fillArticle(Recordset& line, Recordset& article, std::string_vi
 }
 
 void OrderLines::fillQuantities(Recordset& line, Recordset& position) {
-  line.set("Menge", position.value("Menge"));
-  line.set("Auslieferungsmenge", position.value("Auslieferungsmenge"));
+  line.set("Menge", orderQuantity(position.value("Menge")));
+  line.set("Auslieferungsmenge", orderQuantity(position.value("Auslieferungsmenge")));
   line.set("Liefermenge", position.value("Auslieferungsmenge"));
-  line.set("Fakturiermenge", position.value("Fakturiermenge"));
+  line.set("Fakturiermenge", orderQuantity(position.value("Fakturiermenge")));
 }
 
 /// The found price, or the staged one when none was found; what was written comes back.
@@ -167,10 +160,10 @@ double OrderLines::fillPrice(Recordset& line, Recordset& position, const FoundPr
       price.discounts.values[0] = price.discount;
     }
   }
-  line.set("Preis", amount(price.price));
-  line.set("KalkPreis", amount(price.calculatedPrice));
-  line.set("Preiseinheit", Value(price.priceUnit));
-  line.set("Rabatt", Value(price.discount));
+  line.set("Preis", orderAmount(price.price));
+  line.set("KalkPreis", orderAmount(price.calculatedPrice));
+  line.set("Preiseinheit", Value(orderPriceUnit(price.priceUnit)));
+  line.set("Rabatt", Value(orderDiscount(price.discount)));
   line.set("Preisfindung", emptyToNull(Value(price.source)));
   line.set("Rabattart", emptyToNull(Value(price.discountKind)));
   line.set("KZRabattart", emptyToNull(Value(price.discounts.kind)));
@@ -178,7 +171,7 @@ double OrderLines::fillPrice(Recordset& line, Recordset& position, const FoundPr
   constexpr std::array values{ColumnName("Rabatt1"), ColumnName("Rabatt2"), ColumnName("Rabatt3")};
   for (std::size_t i = 0; i < marks.size(); ++i) {
     line.set(marks[i], emptyToNull(Value(price.discounts.marks[i])));
-    line.set(values[i], Value(price.discounts.values[i]));
+    line.set(values[i], Value(orderDiscount(price.discounts.values[i])));
   }
   return price.price;
 }
@@ -200,10 +193,10 @@ void OrderLines::fillPurchasePrice(Recordset& line, Recordset& article, const Or
     return;
   }
   const std::string group = article.text("Einkaufsgruppe");
-  const auto method = static_cast<std::int16_t>(article.value("PreisfindungEinkauf").integer().value_or(0));
+  const auto method = wholeAs<std::int16_t>(article.value("PreisfindungEinkauf")).value_or(0);
   const auto found = purchasePrices_->find({supplier, number, quantity, unit, group, method, order.date});
   if (!found) return;
-  line.set("EKPreis", amount(found->price));
+  line.set("EKPreis", orderAmount(found->price));
   line.set("EKPreiseinheit", Value(found->priceUnit));
   line.set("EKRabatt", Value(found->discount));
   line.set("EKRabattart", emptyToNull(Value(found->discountKind)));
@@ -254,7 +247,7 @@ void OrderLines::fillTax(Recordset& line, Recordset& article, const OrderContext
 
 /// Dimensions that the line lacks come from the job, then from the customer.
 void OrderLines::fillCostAssignment(Recordset& line, Recordset& position, const OrderContext& order) {
-  const auto own = static_cast<std::int32_t>(position.value("KostID").integer().value_or(0));
+  const std::int32_t own = orderCost(position.value("KostID"));
   const Value kept = own == 0 ? Value::null() : Value(own);
   if (!options_.costAssignment) {
     line.set("KostID", kept);
@@ -310,8 +303,8 @@ void OrderLines::appendLine(const OrderContext& order, WrittenLines& written, st
        {ColumnName("Menge"), ColumnName("Auslieferungsmenge"), ColumnName("Liefermenge"),
         ColumnName("Fakturiermenge"), ColumnName("Preiseinheit")})
     lines->set(quantity, Value(1.0));
-  lines->set("Preis", amount(price));
-  lines->set("KalkPreis", amount(price));
+  lines->set("Preis", orderAmount(price));
+  lines->set("KalkPreis", orderAmount(price));
   for (const ColumnName discount :
        {ColumnName("Rabatt"), ColumnName("Rabatt1"), ColumnName("Rabatt2"), ColumnName("Rabatt3")})
     lines->set(discount, Value(0.0));

@@ -2,9 +2,9 @@
 
 #include "engine/order_failure.h"
 #include "engine/order_texts.h"
+#include "platform/whole_number.h"
 #include "rules/german_text.h"
 
-#include <limits>
 #include <string>
 
 namespace qx {
@@ -17,11 +17,7 @@ constexpr std::string_view range = "AB";
 std::optional<std::int16_t> OrderNumbers::bookingCircle(const JobRow& job) {
   // Orders of this one-time customer that are marked so go to the circle of their sales representative.
   if (firstCharacters(job.text("Kundennummer"), 5) == "14999" && job.text("IndFild1") == "ZB") {
-    const auto circle = job.value("Vertreter1").integer();
-    if (!circle || *circle < std::numeric_limits<std::int16_t>::min() ||
-        *circle > std::numeric_limits<std::int16_t>::max())
-      return std::nullopt;
-    return static_cast<std::int16_t>(*circle);
+    return wholeAs<std::int16_t>(job.value("Vertreter1"));
   }
   if (!sessionCircle_ || options_.circlePerOrder) sessionCircle_ = environment_.session->GetBuchungskreis();
   return sessionCircle_;

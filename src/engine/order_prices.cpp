@@ -16,17 +16,17 @@ Preisfindung& OrderPrices::component() {
 
 const FoundPrice& OrderPrices::of(Recordset& position, std::string_view customer,
                                   const std::optional<Date>& date) {
-  const auto [entry, isNew] = found_.try_emplace(position.text("ChildID"));
-  FoundPrice& answer = entry->second;
-  if (!isNew) return answer;
-  const std::string article = position.text("Artikelnummer");
+  const Asked asked{position.text("Artikelnummer"), position.value("Menge").number().value_or(0),
+                    position.text("Mengeneinheit")};
+  const auto known = found_.find(asked);
+  if (known != found_.end()) return known->second;
+  const auto& [article, quantity, staged] = asked;
+  FoundPrice answer;
   answer.baseUnit = stock_.baseUnit(article);
-  const std::string staged = position.text("Mengeneinheit");
   answer.unit = staged.empty() ? answer.baseUnit : stock_.MengeneinheitAlternativ(staged);
-  const PriceQuestion question{customer, article, position.value("Menge").number().value_or(0), answer.unit,
-                               date};
+  const PriceQuestion question{customer, article, quantity, answer.unit, date};
   answer.result = component().GetVKPreis(question, answer.price);
-  return answer;
+  return found_.emplace(asked, std::move(answer)).first->second;
 }
 
 } // namespace qx

@@ -10,6 +10,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <utility>
 
 namespace qx {
@@ -25,8 +26,8 @@ struct FoundPrice {
   bool found() const { return result != Preisfindung::failed && result != Preisfindung::notFound; }
 };
 
-/// Asks the pricing component once per position of an order, so that the check and the writing of one job use
-/// the same answer.
+/// Asks the pricing component once per article, quantity and unit of an order, so that the check and the
+/// writing of one job use the same answer.
 class OrderPrices {
 public:
   /// `component` is initialised already; without one it is created and initialised at the first question.
@@ -40,10 +41,12 @@ public:
   Preisfindung& component();
 
 private:
+  using Asked = std::tuple<std::string, double, std::string>; ///< article, quantity and staged unit
+
   Environment& environment_;
   Stock stock_;
   std::unique_ptr<Preisfindung> component_;
-  std::map<std::string, FoundPrice> found_; ///< by `ChildID`
+  std::map<Asked, FoundPrice> found_;
 };
 
 } // namespace qx

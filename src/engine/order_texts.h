@@ -72,6 +72,10 @@ inline constexpr OrderSentence article{"Der Artikel: '", "' wurde noch nicht ang
 inline constexpr OrderSentence blockedArticle{"Der Artikel: '", "' ist gesperrt!"};
 inline constexpr OrderSentence priceFailed{order_tokens::priceFailed, ""};
 inline constexpr OrderSentence priceTooLarge{"Der Preis: '", "' ist zu groß."};
+inline constexpr OrderSentence quantityTooLarge{"Die Menge: '", "' ist zu groß."};
+inline constexpr OrderSentence discountTooLarge{"Der Rabatt: '", "' ist zu groß."};
+inline constexpr OrderSentence priceUnitTooLarge{"Die Preiseinheit: '", "' ist zu groß."};
+inline constexpr OrderSentence costNumber{"Die Kostenzuordnung: '", "' ist keine gültige Nummer."};
 inline constexpr OrderSentence totalTooLarge{"Die Summe des Auftrags ist zu groß.", ""};
 inline constexpr OrderSentence noPositionNumber{
     "Für die Fracht- und Gebührenzeilen ist keine Positionsnummer mehr frei.", ""};
@@ -80,8 +84,8 @@ inline constexpr OrderSentence taxRate{"Der Steuersatz des Steuerschlüssels: '"
 inline constexpr OrderSentence taxChangeDay{
     "Der Tag der Steuersatzänderung (DatumMwStÄnderung) konnte nicht gelesen werden.", ""};
 
-/// All but those that no order alone can bring about: a number in use, line numbers used up, a tax table or a
-/// setting that cannot be read.
+/// All but those that no order alone can bring about, a number in use, line numbers used up, a tax table or a
+/// setting that cannot be read, and those of numbers beyond all sense.
 inline constexpr std::array all{noNumber,       customer,     deliveryStop,  receiptDate,   shippingMethod,
                                 paymentMethod,  paymentTerms, salesRep,      noPositions,   article,
                                 blockedArticle, priceFailed,  priceTooLarge, totalTooLarge, taxKey};

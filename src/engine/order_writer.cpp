@@ -3,6 +3,7 @@
 #include "engine/host_undo.h"
 #include "engine/order_failure.h"
 #include "engine/order_texts.h"
+#include "engine/order_values.h"
 #include "rules/dates.h"
 #include "rules/german_text.h"
 #include "rules/rounding.h"
@@ -12,8 +13,6 @@
 
 namespace qx {
 namespace {
-
-std::int32_t costNumber(const Value& value) { return static_cast<std::int32_t>(value.integer().value_or(0)); }
 
 /// ASCII letters in lower case; enough for the one word that is looked for.
 std::string lowered(std::string text) {
@@ -62,6 +61,10 @@ WrittenOrder OrderWriter::write(JobRow& job) {
   writing_ = number.number;
 
   OrderContext order = contextOf(job, *customer, *header, number.number, stamp);
+  if (options_.costAssignment) {
+    order.jobCost = orderCost(job.value("KostID"));
+    order.customerCost = orderCost(customer->value("KostID"));
+  }
   WrittenOrder written;
   written.number = number.number;
   written.lines = lines_.writePositions(order, job.text("JobID"));
@@ -127,8 +130,6 @@ OrderContext OrderWriter::contextOf(const JobRow& job, Recordset& customer, Reco
   order.dateStamp = stamp;
   order.date = parseGermanDate(job.text("Eingangsdatum")).value_or(Date());
   order.deliveryDate = job.text("Liefertermin");
-  order.jobCost = costNumber(job.value("KostID"));
-  order.customerCost = costNumber(customer.value("KostID"));
   order.shippingMethod = header.text("Versandart");
   order.paymentMethod = header.text("Zahlungsart");
   return order;

@@ -1,18 +1,13 @@
 #include "engine/section_runner.h"
 
+#include "platform/whole_number.h"
+
 #include <cmath>
 #include <new>
 #include <stdexcept>
 #include <utility>
 
 namespace qx {
-namespace {
-
-std::int16_t jobTypeOf(Recordset& jobs) {
-  return static_cast<std::int16_t>(jobs.value("JobType").integer().value_or(0));
-}
-
-} // namespace
 
 void rethrowUnlessJobFailure() {
   try {
@@ -57,7 +52,7 @@ void SectionRunner::take(const Section& section, Recordset& jobs, std::size_t at
   attempt_.step = Step::Writing;
   jobs.moveTo(at);
   // Passed over: deleted, or taken to another state by someone else since the section was opened.
-  if (!jobs.resync() || !section.takes(jobTypeOf(jobs))) return;
+  if (!jobs.resync() || !section.takes(jobCode(jobs.value("JobType")))) return;
   const auto result =
       attempt_.writing ? markFailed(handler, jobs, attempt_.writing->what()) : processJob(handler, jobs);
   if (result && !result->leftOut) {

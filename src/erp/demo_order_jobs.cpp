@@ -18,8 +18,9 @@ struct Line {
   std::int32_t costNumber = 0; ///< of a cost assignment; 0 for none
 };
 
-/// More than any amount column holds.
-constexpr double absurd = 1e15;
+/// A price that no amount column holds, and a quantity that makes a sum of that kind.
+constexpr double absurdPrice = 1e15;
+constexpr double absurdQuantity = 9e14;
 
 std::size_t indexOf(std::string_view customerNumber) {
   return static_cast<std::size_t>(std::stoi(std::string(customerNumber))) - 70001;
@@ -123,7 +124,7 @@ void stageFailing(Staging& staging) {
   addOrder(staging, 2, 88, usualLines(1), {{"Eingangsdatum", "demnächst"}});
   addOrder(staging, 2, 97, usualLines(1), {{"Vertreter2", "998"}});
   addOrder(staging, 2, indexOf(untaxedCustomer), usualLines(1));
-  addOrder(staging, 2, 98, {{std::string(serviceArticle), absurd, "Std"}});
+  addOrder(staging, 2, 98, {{std::string(serviceArticle), absurdQuantity, "Std"}});
   addForOneTimeCustomer(staging, groupCustomer, customerCount + 42,
                         {{"IndFild1", "ZB"}, {"Vertreter1", "102"}});
 }
@@ -134,7 +135,7 @@ void stageReleased(Staging& staging) {
            {released, {"Fehlertext", "Beim Verarbeiten wurden Warnungen festgestellt.\r\nLagerbestand\r\n"}},
            qxtJobAufträgeWarning);
   addOrder(staging, 9, 91, usualLines(8), {released, {"Versandart", "DROHNE"}}, qxtJobAufträgeWarning);
-  addOrder(staging, 9, 99, {{std::string(unpricedArticle), 1, "ST", "", absurd}}, {released},
+  addOrder(staging, 9, 99, {{std::string(unpricedArticle), 1, "ST", "", absurdPrice}}, {released},
            qxtJobAufträgeWarning);
   addOrder(staging, 13, 92, usualLines(7), {{"Bemerkung", " Auftrag: 199999"}, {"Erledigt", true}},
            qxtJobAufträgeDone);

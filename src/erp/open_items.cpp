@@ -34,9 +34,13 @@ OpenItemsBalance OpenItems::GetOPSaldo(std::string_view customer) {
   const auto sums = sumsByCurrency(*items);
   if (sums.empty()) return {};
   if (sums.size() == 1) return {sums.front().amount.toDouble(), sums.front().currency};
-  OpenItemsBalance balance;
-  for (const CurrencySum& sum : sums) balance.amount += convert(sum.amount.toDouble(), sum.currency, "");
-  return balance;
+  Money balance;
+  for (const CurrencySum& sum : sums) {
+    const auto converted = Money::fromDouble(convert(sum.amount.toDouble(), sum.currency, ""));
+    if (!converted) throw std::overflow_error("Die Summe der offenen Posten ist zu groß.");
+    balance += *converted;
+  }
+  return {balance.toDouble(), ""};
 }
 
 double OpenItems::convert(double amount, std::string_view from, std::string_view to) {

@@ -1,6 +1,7 @@
 #include "erp/standalone_session.h"
 
 #include "erp/number_range.h"
+#include "platform/whole_number.h"
 
 #include <stdexcept>
 #include <utility>
@@ -57,7 +58,7 @@ Date StandaloneSession::GetSessionDate() { return sessionDate_.value_or(clock_.n
 std::int16_t StandaloneSession::GetBuchungskreis() {
   const auto user = userRow();
   if (user->eof()) return defaultBookingCircle;
-  return static_cast<std::int16_t>(user->value("Buchungskreis").integer().value_or(defaultBookingCircle));
+  return wholeAs<std::int16_t>(user->value("Buchungskreis")).value_or(defaultBookingCircle);
 }
 
 std::optional<std::int32_t> StandaloneSession::GetBelegnummer(std::string_view range,

@@ -1,5 +1,6 @@
 #include "rules/cost_assignment.h"
 
+#include "platform/whole_number.h"
 #include "rules/active_connection.h"
 #include "rules/german_text.h"
 #include "settings/settings.h"
@@ -28,9 +29,9 @@ CostPair trimmed(const CostPair& pair) {
 }
 
 std::int32_t numberOf(Recordset& row) {
-  const auto number = row.value("KostID").integer();
-  if (!number) throw std::runtime_error("a cost assignment has no number");
-  return static_cast<std::int32_t>(*number);
+  const auto number = wholeAs<std::int32_t>(row.value("KostID"));
+  if (!number) throw std::runtime_error("a cost assignment has no number that fits");
+  return *number;
 }
 
 } // namespace

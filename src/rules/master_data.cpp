@@ -1,5 +1,6 @@
 #include "rules/master_data.h"
 
+#include "platform/whole_number.h"
 #include "rules/active_connection.h"
 #include "rules/german_text.h"
 #include "rules/payment_terms.h"
@@ -98,7 +99,7 @@ std::optional<Textbaustein> MasterData::GetTextbaustein(std::string_view Textart
   found.Langtext = rows->text("Langtext");
   found.WoDrucken = rows->text("WoDrucken");
   found.Schriftart = rows->text("Schriftart");
-  found.Schriftgröße = static_cast<std::int16_t>(rows->value("Schriftgröße").integer().value_or(0));
+  found.Schriftgröße = wholeAs<std::int16_t>(rows->value("Schriftgröße")).value_or(0);
   found.Schriftstil = rows->text("Schriftstil");
   return found;
 }

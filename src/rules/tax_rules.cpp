@@ -1,10 +1,10 @@
 #include "rules/tax_rules.h"
 
+#include "platform/whole_number.h"
 #include "rules/active_connection.h"
 #include "rules/german_text.h"
 
 #include <cmath>
-#include <limits>
 
 namespace qx {
 namespace {
@@ -51,12 +51,10 @@ std::int16_t TaxRules::keyOf(std::string_view customerMark, std::string_view art
 
   // Compared as texts: the day of the change itself takes the new key.
   const bool changed = !trimBlanks(stamp).empty() && dayOf(stamp) >= (changeDay.empty() ? never : changeDay);
-  const auto key =
-      changed ? rows->value("SteuerschlüsselNeu").integer() : rows->value("Steuerschlüssel").integer();
-  using Limits = std::numeric_limits<std::int16_t>;
-  if (!key || *key < Limits::min() || *key > Limits::max())
-    throw MissingTaxKey(describe() + " have a tax key that is no 16-bit number");
-  return static_cast<std::int16_t>(*key);
+  const auto key = wholeAs<std::int16_t>(
+      rows->value(changed ? ColumnName("SteuerschlüsselNeu") : ColumnName("Steuerschlüssel")));
+  if (!key) throw MissingTaxKey(describe() + " have a tax key that is no 16-bit number");
+  return *key;
 }
 
 double TaxRules::GetSteuerSatz(std::string_view Steuerschlüssel) const {

@@ -1,6 +1,7 @@
 #include "store/job_list.h"
 
 #include "model/job_codes.h"
+#include "platform/whole_number.h"
 
 #include <utility>
 
@@ -47,8 +48,6 @@ std::optional<Date> dayOf(const Value& value) {
   return date.ok() ? std::optional(date) : std::nullopt;
 }
 
-std::int16_t jobTypeOf(const Value& value) { return static_cast<std::int16_t>(value.integer().value_or(0)); }
-
 Sql listQuery(Sql query, const JobListFilter& filter, const JobListOrder& order) {
   query.append(sql("JobType, JobID, JobType as Vorgang, Eingangsdatum, Kundennummer, Bez1, Bemerkung, "
                    "Convert(DateTime, Eingangsdatum, 104) as FormatDatum, Betreff  From [ImportKopf]"_sql));
@@ -58,7 +57,7 @@ Sql listQuery(Sql query, const JobListFilter& filter, const JobListOrder& order)
 }
 
 JobListRow listRowOf(Recordset& found) {
-  return {jobTypeOf(found.value("JobType")),
+  return {jobCode(found.value("JobType")),
           found.text("JobID"),
           found.text("Eingangsdatum"),
           found.text("Kundennummer"),
@@ -100,7 +99,7 @@ JobCounts countJobs(Connection& connection) {
   JobCounts counts;
   for (; !found->eof(); found->moveNext()) {
     const std::int64_t jobs = found->value("Anzahl").integer().value_or(0);
-    switch (stateOf(jobTypeOf(found->value("JobType")))) {
+    switch (stateOf(jobCode(found->value("JobType")))) {
     case JobState::Waiting:
       counts.waiting += jobs;
       break;

@@ -1,6 +1,7 @@
 #include "store/staging_writer.h"
 
 #include "model/job_codes.h"
+#include "platform/whole_number.h"
 #include "store/record_columns.h"
 #include "store/staged_columns.h"
 
@@ -21,7 +22,7 @@ HeaderRow openHeader(Connection& connection, std::string_view jobId) {
   if (row->eof())
     row->addNew();
   else
-    before = static_cast<std::int16_t>(row->value("JobType").integer().value_or(0));
+    before = jobCode(row->value("JobType"));
   return {std::move(row), before};
 }
 

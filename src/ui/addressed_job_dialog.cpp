@@ -227,7 +227,8 @@ void AddressedJobDialog::storeAddresses() {
     for (std::size_t line = 0; line < addressLines.size(); ++line) {
       const std::string& text = lines_[block].*addressLines[line];
       if (text == stored_[block].*addressLines[line]) continue;
-      changes.push_back({blocks()[block].columns[line], text.empty() ? Value::null() : Value(text)});
+      // The empty text empties the master's column, null would keep it.
+      changes.push_back({blocks()[block].columns[line], Value(text)});
     }
   if (changes.empty()) return;
   editing().save(readJob(), changes);

@@ -1,5 +1,6 @@
 #include "ui/contract_grid.h"
 
+#include "platform/whole_number.h"
 #include "rules/german_text.h"
 
 #include <array>
@@ -50,7 +51,7 @@ void ContractGrid::load(const JobEditing& editing, const ImportJobObject2& engin
                                                          text("Artikelnummer"), text("Vertragsart"));
     const StateLook& look = stateLooks[static_cast<std::size_t>(state)];
     Row& row = rows_.emplace_back();
-    row.job = {text("JobID"), static_cast<std::int16_t>(job->value("JobType").integer().value_or(0))};
+    row.job = {text("JobID"), jobCode(job->value("JobType"))};
     row.amount = job->value("Preis").number().value_or(0);
     GridCell picture;
     picture.bitmap = look.bitmap;

@@ -2,7 +2,9 @@
 
 #include "ui/shared_controls.h"
 
+#include <algorithm>
 #include <array>
+#include <vector>
 
 namespace qx {
 namespace {
@@ -76,6 +78,10 @@ std::string CustomerDialog::title() const {
 }
 
 void CustomerDialog::fill(Recordset& job) {
+  unspoken_.clear();
+  for (const ComparedLine& compared : comparedLines)
+    if (const ColumnName column(compared.column); job.hasField(column) && job.value(column).isNull())
+      unspoken_.push_back(compared.control);
   checkHeader(job);
   reloadGrid();
 }
@@ -106,7 +112,10 @@ void CustomerDialog::compareCustomer(const Adresse& stored) {
   at("txtKundennummer").description = stored.Bez1;
   for (const ComparedLine& compared : comparedLines) {
     const std::string& master = stored.*compared.line;
-    const bool equal = text(compared.control) == master;
+    // What the job does not speak of stays as the master has it.
+    const std::string typed = text(compared.control);
+    const bool kept = typed.empty() && std::ranges::find(unspoken_, compared.control) != unspoken_.end();
+    const bool equal = kept || typed == master;
     report(compared.code, compared.control, equal ? CheckStatus::Clean : CheckStatus::Warning,
            std::string(compared.before) + master);
     at(compared.control).master = equal ? std::nullopt : std::optional(master);
@@ -121,7 +130,11 @@ void CustomerDialog::clearComparison() {
 }
 
 void CustomerDialog::store() {
-  editing().saveCustomer(readJob(), changes(), text("txtKundennummer"), findings_.status());
+  std::vector<ColumnChange> changed = changes();
+  // Null would keep what the master holds; a field that the clerk emptied empties it.
+  for (ColumnChange& change : changed)
+    if (change.content.isNull()) change.content = Value("");
+  editing().saveCustomer(readJob(), changed, text("txtKundennummer"), findings_.status());
 }
 
 } // namespace qx

@@ -4,6 +4,9 @@
 #include "ui/addressed_job_dialog.h"
 #include "ui/contract_grid.h"
 
+#include <string_view>
+#include <vector>
+
 namespace qx {
 
 /// Compares the job field by field with the customer master and lists the contracts that came with it.
@@ -27,6 +30,7 @@ protected:
 
 private:
   ContractGrid contracts_;
+  std::vector<std::string_view> unspoken_; ///< compared controls whose column the job leaves as it is
 };
 
 } // namespace qx

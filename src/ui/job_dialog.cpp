@@ -2,6 +2,7 @@
 
 #include "model/date.h"
 #include "platform/german_cause.h"
+#include "platform/whole_number.h"
 #include "rules/german_text.h"
 #include "settings/settings.h"
 #include "ui/address_dialog.h"
@@ -58,7 +59,7 @@ bool JobDialog::load(std::string_view jobId) {
       notice_ = "Der Vorgang ist nicht mehr vorhanden.";
       return;
     }
-    jobType_ = static_cast<std::int16_t>(job->value("JobType").integer().value_or(0));
+    jobType_ = jobCode(job->value("JobType"));
     for (const ControlSpec* spec : specs()) {
       const ColumnName column(spec->column);
       if (!spec->column.empty() && job->hasField(column))

@@ -1,8 +1,10 @@
 #include "ui/position_grid.h"
 
 #include "engine/order_texts.h"
+#include "platform/whole_number.h"
 #include "rules/active_connection.h"
 #include "rules/german_text.h"
+#include "rules/stock.h"
 #include "ui/lookup_bridge.h"
 #include "ui/position_details.h"
 
@@ -130,19 +132,16 @@ void PositionGrid::checkStock(std::size_t row) {
     const double stock = engine_.GetLagerbestand(article, unit, quantity, stockUnit, convert);
     report(row, "LB", warningUnless(stockUnit == noStockUnit || stock >= quantity),
            "Achtung: Lagerbestand für Artikel '" + article + "' reicht nicht aus!");
-  } catch (const DatabaseError&) {
-    throw;
-  } catch (const std::bad_alloc&) {
-    throw;
-  } catch (const std::exception& error) {
+  } catch (const std::exception&) {
     // Without a conversion between the units nothing can be said.
-    environment_.diagnostics.report({"stock of article " + article, error.what(), jobId_});
+    environment_.diagnostics.report({"stock of article " + article, missingConversion(), jobId_});
   }
 }
 
 void PositionGrid::checkCost(std::size_t row) {
-  const auto number = static_cast<std::int32_t>(positions_.at(row, "KostID").integer().value_or(0));
-  const bool fine = !context_.costAssignment || engine_.CheckKostzuord("AB", number, false) == 0;
+  const Value& staged = positions_.at(row, "KostID");
+  const auto number = staged.isEmpty() ? 0 : wholeAs<std::int32_t>(staged);
+  const bool fine = !context_.costAssignment || (number && engine_.CheckKostzuord("AB", *number, false) == 0);
   report(row, "KO", warningUnless(fine),
          "Achtung: Fehlende Kostenzuordnung für Artikel '" + positions_.at(row, "Artikelnummer").text() +
              "'!");

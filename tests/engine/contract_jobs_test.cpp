@@ -225,6 +225,76 @@ TEST_F(ContractJobs, StagedContractsAreComparedWithStoredOnes) {
   EXPECT_EQ(state(), 1);
 }
 
+TEST_F(ContractJobs, APriceIsStoredAndComparedWithFourDecimals) {
+  // A host's table takes every number.
+  connection().execute(sql("CREATE TABLE Ohne AS SELECT * FROM Verträge"_sql));
+  connection().execute(sql("DROP TABLE Verträge"_sql));
+  connection().execute(sql("ALTER TABLE Ohne RENAME TO Verträge"_sql));
+  stageContract("V", [](VertragFields& job) { job.Preis = 10.12345678; });
+  run();
+  EXPECT_EQ(erp.text(sql("Select Betrag From Verträge"_sql)), "10.1235");
+  EXPECT_EQ(engine.GetVertragsZustand("20001", "V1", "G1", "WA"), 2);
+  VertragFields same;
+  same.Kundennummer = "20001";
+  same.Vertragsnummer = "V1";
+  same.Artikelnummer = "G1";
+  same.Vertragsart = "WA";
+  same.Vertragsdatum = "01.02.2026";
+  same.Vertragsbeginn = "01.03.2026";
+  same.Menge = 2;
+  same.Preis = 10.12345678;
+  EXPECT_FALSE(engine.GetDiffVertrags(same));
+  same.Preis = 1e20;
+  EXPECT_TRUE(engine.GetDiffVertrags(same));
+}
+
+TEST_F(ContractJobs, APriceOrQuantityThatDoesNotFitIsNamedWithTheOtherReasons) {
+  stageContract("V", [](VertragFields& job) {
+    job.Vertragsart = "XX";
+    job.Preis = 1e20;
+    job.Menge = -1e308;
+  });
+  run();
+  EXPECT_EQ(jobType("V"), 22);
+  EXPECT_EQ(
+      reasons("V"),
+      "Die Vertragsart: 'XX' wurde noch nicht angelegt.\r\n"
+      "Es konnte keine Beziehung zwischen Vertragsart: 'XX' und Vertragsgegenstandsnummer: G1' ermittelt "
+      "werden.\r\n"
+      "Der Preis: '1E+20' ist zu groß.\r\n"
+      "Die Menge: '-1E+308' ist zu groß.");
+  EXPECT_TRUE(contract()->eof());
+}
+
+TEST_F(ContractJobs, AnUpdateKeepsTheKeyAsTheLineSpellsIt) {
+  const auto staged = [this](const char* jobId, const char* number) {
+    stageContract(jobId, [number](VertragFields& job) {
+      job.JobType = 40;
+      job.Vertragsnummer = number;
+      job.Artikelnummer = number[0] == 'V' ? "G1" : "g1";
+      job.Vertragsart = number[0] == 'V' ? "WA" : "wa";
+    });
+  };
+  staged("K", "V1");
+  run();
+  staged("L", "v1");
+  EXPECT_EQ(engine.GetVertragsZustand("20001", "v1", "g1", "wa"), 2) << "nothing would change";
+  connection().execute(sql("Update ImportKopf Set Preis = 5 Where JobID = 'L'"_sql));
+  run();
+  EXPECT_EQ(jobType("L"), 43) << reasons("L");
+  EXPECT_EQ(erp.text(sql("Select Vertragsnummer || VertrGegenstandsNr || Vertragsart || Betrag From "
+                         "Verträge"_sql)),
+            "V1G1WA5");
+}
+
+TEST_F(ContractJobs, AJobCodeBeyondItsBitsIsNoOtherCode) {
+  stageContract("V");
+  connection().execute(sql("Update ImportKopf Set JobType = 65558, ProcessWarning = 1"_sql));
+  run();
+  EXPECT_EQ(erp.text(sql("Select JobType From ImportKopf"_sql)), "65558");
+  EXPECT_TRUE(contract()->eof());
+}
+
 TEST_F(ContractJobs, AJobThatIsDoneDoesNotHideAChangeThatWaits) {
   stageContract("OLD", [](VertragFields& job) { job.JobType = 40; });
   run();

@@ -331,6 +331,15 @@ TEST_F(CustomerJobs, TheProofListsItsFindingsInOrderAndTakesTheWorst) {
                            "Im Kundenvertrag wurden ''Fehler'' festgestellt.\r\n");
 }
 
+TEST_F(CustomerJobs, TheProofComparesOnlyWhatTheJobSpeaksOf) {
+  erp.setOption("KundeAdressProof", "1");
+  TableFiller(connection(), "Kundenstamm")
+      .add({{"Kundennummer", "70001"}, {"Bez1", "Alt"}, {"Strasse", "Kai 1"}, {"Ort", "Kiel"}});
+  stageCustomer("J1", "70001");
+  connection().execute(sql("Update ImportKopf Set Bez1 = Null, Strasse = '', PLZ = Null, Ort = 'Kiel'"_sql));
+  EXPECT_EQ(engine.proveCustomerJob("J1").text, "Strasse ist nicht identisch: '' / 'Kai 1'\r\n");
+}
+
 TEST_F(CustomerJobs, TheProofOfANewCustomerAcceptsItsOwnNumberAsAddress) {
   stageCustomer("J1", "70001", [](KundeFields& job) {
     job.VS_KdNr = "70001";

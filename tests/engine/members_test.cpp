@@ -46,7 +46,8 @@ struct Member {
 
 std::string yes(bool answer) { return answer ? "yes" : "no"; }
 std::string counts(const RunReport& report) {
-  return std::to_string(report.done) + "/" + std::to_string(report.warning) + "/" + std::to_string(report.error);
+  return std::to_string(report.done) + "/" + std::to_string(report.warning) + "/" +
+         std::to_string(report.error);
 }
 
 std::string joined(const Findings& findings) {
@@ -67,12 +68,14 @@ std::string filled(Stage& stage) {
 const std::vector<Member>& members() {
   using E = ImportJobObject2;
   static const std::vector<Member> all{
-      {"constructor", [](Stage& s) { return yes(s.engine().Session() != nullptr) + " " + s.engine().homeCurrency(); }},
+      {"constructor",
+       [](Stage& s) { return yes(s.engine().Session() != nullptr) + " " + s.engine().homeCurrency(); }},
       {"ConnectDB", [](Stage& s) { return yes(s.engine().ConnectDB()); }},
       {"WWSSession",
        [](Stage& s) {
          const bool connected = s.engine().WWSSession();
-         return yes(connected) + yes(s.engine().Session() != nullptr) + yes(s.engine().ActiveConnection() != nullptr);
+         return yes(connected) + yes(s.engine().Session() != nullptr) +
+                yes(s.engine().ActiveConnection() != nullptr);
        }},
       {"Session",
        [](Stage& s) {
@@ -88,12 +91,14 @@ const std::vector<Member>& members() {
       {"JobViewShow",
        [](Stage& s) {
          s.engine().JobViewShow();
-         return yes(s.erp.jobView.isOpen) + yes(s.engine().importLock().held()) + std::to_string(s.events.unloads);
+         return yes(s.erp.jobView.isOpen) + yes(s.engine().importLock().held()) +
+                std::to_string(s.events.unloads);
        }},
       {"Unload",
        [](Stage& s) {
          s.engine().Unload();
-         return std::to_string(s.events.unloads) + (s.engine().ViewFormLoad == qxtViewJobForm_Unload ? "!" : "");
+         return std::to_string(s.events.unloads) +
+                (s.engine().ViewFormLoad == qxtViewJobForm_Unload ? "!" : "");
        }},
       {"ProcessJobs",
        [](Stage& s) {
@@ -138,12 +143,15 @@ const std::vector<Member>& members() {
       {"KundeAngelegt", [](Stage& s) { return yes(s.engine().KundeAngelegt("20001")); }},
       {"GetAdresse", [](Stage& s) { return yes(!s.engine().GetAdresse("20001").empty()); }},
       {"GetAdressDaten",
-       [](Stage& s) { return yes(s.engine().GetAdressDaten("20001", "", text, text, text, text, text, text, text)); }},
+       [](Stage& s) {
+         return yes(s.engine().GetAdressDaten("20001", "", text, text, text, text, text, text, text));
+       }},
       {"AddAdressDaten",
        [](Stage& s) { return yes(s.engine().AddAdressDaten("20001", "9", "a", "", "", "", "", "", "")); }},
       {"GetBankverbindung", [](Stage& s) { return s.engine().GetBankverbindung("90000001"); }},
       {"GetDiversKunde", [](Stage& s) { return yes(s.engine().GetDiversKunde("20001")); }},
-      {"VertragsgegenstandAngelegt", [](Stage& s) { return yes(s.engine().VertragsgegenstandAngelegt("G1")); }},
+      {"VertragsgegenstandAngelegt",
+       [](Stage& s) { return yes(s.engine().VertragsgegenstandAngelegt("G1")); }},
       {"GetVertragsgegenstand", [](Stage& s) { return s.engine().GetVertragsgegenstand("G1"); }},
       {"GetTextbaustein",
        [](Stage& s) {
@@ -173,8 +181,8 @@ const std::vector<Member>& members() {
       {"GetGRabatt",
        [](Stage& s) {
          const Value none;
-         return std::to_string(s.engine().GetGRabatt(Value("A"), Value("P"), Value(10.0), none, none, none, none,
-                                                     Value(1), Value(50.0)));
+         return std::to_string(s.engine().GetGRabatt(Value("A"), Value("P"), Value(10.0), none, none, none,
+                                                     none, Value(1), Value(50.0)));
        }},
       {"NowEx", [](Stage& s) { return std::to_string(unsigned(s.engine().NowEx().day())); }},
       {"GetLagerbestand",
@@ -242,7 +250,8 @@ constexpr Expectation same(std::string_view member, std::string_view outcome) {
 constexpr std::array expectations{
     Expectation{"ConnectDB",
                 {"no|Fehler beim Öffnen der Importvorgänge: Bitte geben Sie eine Connection an.",
-                 "no|Fehler beim Öffnen der Importvorgänge: %", "no|Fehler beim Öffnen der Importvorgänge: %"}},
+                 "no|Fehler beim Öffnen der Importvorgänge: %",
+                 "no|Fehler beim Öffnen der Importvorgänge: %"}},
     same("WWSSession", "yesyesyes"),
     same("Session", "yes"),
     same("ActiveConnection", "yes"),
@@ -250,12 +259,14 @@ constexpr std::array expectations{
                 {"nono0|Bitte geben Sie eine Connection an.", "nono0|Bitte geben Sie eine Connection an.",
                  "nono1|Fehler beim Öffnen der Importvorgänge: %"}},
     same("Unload", "1!"),
-    Expectation{"ProcessJobs",
-                {"no 0/0/0|Fehler bei der Verarbeitung: %", "no 0/0/0|Fehler bei der Verarbeitung: %",
-                 "no 0/0/0|Verarbeitungsprotokoll konnte nicht erzeugt werden. %|Fehler bei der Verarbeitung: %"}},
+    Expectation{
+        "ProcessJobs",
+        {"no 0/0/0|Fehler bei der Verarbeitung: %", "no 0/0/0|Fehler bei der Verarbeitung: %",
+         "no 0/0/0|Verarbeitungsprotokoll konnte nicht erzeugt werden. %|Fehler bei der Verarbeitung: %"}},
     Expectation{"VerifyProcesses",
                 {"nono|Fehler beim Prüfen der Importvorgänge: Bitte geben Sie eine Connection an.",
-                 "nono|Fehler beim Prüfen der Importvorgänge: %", "nono|Fehler beim Prüfen der Importvorgänge: %"}},
+                 "nono|Fehler beim Prüfen der Importvorgänge: %",
+                 "nono|Fehler beim Prüfen der Importvorgänge: %"}},
     same("CreateProtocol", "no|Verarbeitungsprotokoll konnte nicht erzeugt werden. %"
                            "|Verarbeitungsprotokoll konnte nicht erzeugt werden. %"),
     same("AddProtocolColumn", "|Fehler beim Erzeugen der Protokollzeile. %"),
@@ -299,7 +310,8 @@ constexpr std::array expectations{
     same("Encrypt", "A"),
     same("ImpGetSetting", "EUR"),
     same("ImpSaveSetting", ""),
-    same("proveCustomerJob", "Der Vorgang konnte nicht geprüft werden: %;|Der Vorgang konnte nicht geprüft werden: %"),
+    same("proveCustomerJob",
+         "Der Vorgang konnte nicht geprüft werden: %;|Der Vorgang konnte nicht geprüft werden: %"),
     Expectation{"checkJob", {"raises #", "raises #", "Der Vorgang konnte nicht geprüft werden: %;"}},
 };
 
@@ -327,15 +339,20 @@ constexpr std::string_view noDay =
     "|Fehler beim Erzeugen der Protokollzeile. Es ist kein Protokoll geöffnet.";
 
 constexpr std::array consequences{
-    Consequence{"constructor", "Session.PersonalNr", "no DM|Fehler beim Verbinden mit der Warenwirtschaft: %"},
-    Consequence{"constructor", "Session.connection", "no DM|Fehler beim Verbinden mit der Warenwirtschaft: %"},
+    Consequence{"constructor", "Session.PersonalNr",
+                "no DM|Fehler beim Verbinden mit der Warenwirtschaft: %"},
+    Consequence{"constructor", "Session.connection",
+                "no DM|Fehler beim Verbinden mit der Warenwirtschaft: %"},
     Consequence{"constructor", "Session.GetSetting", "yes DM"},
     Consequence{"WWSSession", "ErpComponents.createSession",
                 "nonono|Fehler beim Verbinden mit der Warenwirtschaft: %"},
     Consequence{"WWSSession", "Session.Connect", "nonono|Fehler beim Verbinden mit der Warenwirtschaft: %"},
-    Consequence{"WWSSession", "Session.NotConnected", "nonono|Fehler beim Verbinden mit der Warenwirtschaft: %"},
-    Consequence{"WWSSession", "Session.PersonalNr", "nonono|Fehler beim Verbinden mit der Warenwirtschaft: %"},
-    Consequence{"WWSSession", "Session.connection", "nonono|Fehler beim Verbinden mit der Warenwirtschaft: %"},
+    Consequence{"WWSSession", "Session.NotConnected",
+                "nonono|Fehler beim Verbinden mit der Warenwirtschaft: %"},
+    Consequence{"WWSSession", "Session.PersonalNr",
+                "nonono|Fehler beim Verbinden mit der Warenwirtschaft: %"},
+    Consequence{"WWSSession", "Session.connection",
+                "nonono|Fehler beim Verbinden mit der Warenwirtschaft: %"},
     Consequence{"Session", "Session.PersonalNr", "no|Fehler beim Verbinden mit der Warenwirtschaft: %"},
     Consequence{"Session", "Session.connection", "no|Fehler beim Verbinden mit der Warenwirtschaft: %"},
     Consequence{"ActiveConnection", "Session.connection", "no|Die Verbindung kann nicht verwendet werden: %"},
@@ -373,7 +390,8 @@ constexpr std::array consequences{
     Consequence{"GetLagerbestand", "Session.Umrechnungen", "raises %"},
     Consequence{"GetLagerbestand", "Umrechnungen.GetUmrechnung", "raises %"},
     Consequence{"ImpGetSetting", "Session.GetSetting", ""},
-    Consequence{"checkJob", "ErpComponents.createPreisfindung", "Der Vorgang konnte nicht geprüft werden: %;"},
+    Consequence{"checkJob", "ErpComponents.createPreisfindung",
+                "Der Vorgang konnte nicht geprüft werden: %;"},
     Consequence{"checkJob", "Preisfindung.setConnection", "Der Vorgang konnte nicht geprüft werden: %;"},
     Consequence{"checkJob", "Preisfindung.Init", "Der Vorgang konnte nicht geprüft werden: %;"},
     Consequence{"checkJob", "Preisfindung.GetVKPreis", "Der Vorgang konnte nicht geprüft werden: %;"},
@@ -382,8 +400,9 @@ constexpr std::array consequences{
 class Members : public OrderTest {
 protected:
   Members() {
-    connection().execute(sql("Insert Into Artikellager (Artikelnummer, Lagernummer, MitBestand, Lagerbestand) "
-                             "Values ('A100', '1', 1, 10)"_sql));
+    connection().execute(
+        sql("Insert Into Artikellager (Artikelnummer, Lagernummer, MitBestand, Lagerbestand) "
+            "Values ('A100', '1', 1, 10)"_sql));
   }
 
   /// The same tables before each call.
@@ -414,9 +433,7 @@ protected:
     unit.commit();
     erp.diagnostics.entries.clear();
   }
-  const Member& member(std::string_view name) {
-    return *std::ranges::find(members(), name, &Member::name);
-  }
+  const Member& member(std::string_view name) { return *std::ranges::find(members(), name, &Member::name); }
   std::string call(Stage& stage, const Member& member) {
     return outcome(erp, [&] {
       const Subscription watching = stage.engine().subscribe(stage.events);
@@ -447,8 +464,7 @@ TEST_F(Members, HaveAStatedOutcomeOnAConnectionThatDoesNotWork) {
   for (const Expectation& expected : expectations)
     for (std::size_t i = 0; i < situations.size(); ++i) {
       SCOPED_TRACE(std::string(expected.member) + " on " + std::string(situations[i].name));
-      const std::string stated =
-          filledIn(expected.outcomes[i], situations[i].cause, situations[i].raised);
+      const std::string stated = filledIn(expected.outcomes[i], situations[i].cause, situations[i].raised);
       EXPECT_EQ(callIn(situations[i], member(expected.member), ""), stated);
       // A box that cannot be shown changes nothing.
       if (stated.find('|') == std::string::npos) continue;
@@ -530,16 +546,18 @@ TEST_F(Members, OfTheFirstVersionAndOfTheEntryObjectsHaveAStatedOutcomeToo) {
           "no|Fehler beim Update: %"},
       Row{"DelItem", [](Old& old) { return old.DelItem("C1"), std::string(); }, ""},
       Row{"DelArchives", [](Old& old) { return old.DelArchives(), std::string(); }, ""},
-      Row{"LoadFromDatabase", [](Old& old) { return yes(old.LoadFromDatabase()) + std::to_string(old.Count()); },
-          "no0"},
+      Row{"LoadFromDatabase",
+          [](Old& old) { return yes(old.LoadFromDatabase()) + std::to_string(old.Count()); }, "no0"},
       Row{"StoreItemToDB", [&](Old& old) { return yes(old.StoreItemToDB(job)); }, "no"},
       Row{"StoreSubItemToDB", [](Old& old) { return yes(old.StoreSubItemToDB()); }, "no"},
       Row{"SaveSubItem", [&](Old& old) { return yes(old.SaveSubItem(position)); }, "no"},
       Row{"Export", [&](Old& old) { return yes(old.Export(written)); },
-          "no|Beim Exportieren der Daten sind Fehler aufgetreten, es konnten evtl. nicht alle Daten exportiert "
+          "no|Beim Exportieren der Daten sind Fehler aufgetreten, es konnten evtl. nicht alle Daten "
+          "exportiert "
           "werden."},
       Row{"Import", [&](Old& old) { return yes(old.Import(file)); },
-          "no|Beim Importieren der Daten sind Fehler aufgetreten, es konnten evtl. nicht alle Daten importiert "
+          "no|Beim Importieren der Daten sind Fehler aufgetreten, es konnten evtl. nicht alle Daten "
+          "importiert "
           "werden."}};
   restage();
   {

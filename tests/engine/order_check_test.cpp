@@ -207,6 +207,35 @@ TEST_F(OrderCheckTest, CreditLimitsCountWhenTheyAreReached) {
   EXPECT_EQ(checked("626", "0"), "");
 }
 
+TEST_F(OrderCheckTest, AConvertedCreditLimitIsReachedExactly) {
+  erp.setOption("KreditlimitAuftrag", "1");
+  TableFiller(connection(), "Währungen").add({{"Währung", "USD"}, {"Wechselkurs", 1.1}});
+  TableFiller(connection(), "OffenePosten")
+      .add({{"Kundennummer", "20001"},
+            {"Belegnummer", "1"},
+            {"Betrag", *Money::parse("110")},
+            {"Währung", "USD"}});
+  // In double numbers 100 EUR are 110.00000000000001 USD.
+  connection().execute(sql("Update Kundenstamm Set Kreditlimit2 = 100, Währung = 'EUR'"_sql));
+  stageOrder("O1");
+  stagePosition("O1", 1, "A100", 1);
+  EXPECT_EQ(engine.checkJob("O1").text, "Kreditlimit 2 ist überschritten (Auftragssperre)\r\n");
+  connection().execute(sql("Update Kundenstamm Set Kreditlimit2 = 100.0001"_sql));
+  EXPECT_EQ(engine.checkJob("O1").text, "");
+}
+
+TEST_F(OrderCheckTest, ACostAssignmentThatDoesNotFitIsFoundMissing) {
+  erp.setOption("KostenzuordnungAuftrag", "1");
+  erp.setSetting("Kostenzuordnung", "Kundenauftrag", "1");
+  TableFiller(connection(), "Kostenzuordnung").add({{"KostID", 1}, {"Kostenstelle", "S1"}});
+  stageOrder("O1");
+  stagePosition("O1", 1, "A100", 1);
+  connection().execute(sql("Update ImportPos Set KostID = 4294967297"_sql));
+  EXPECT_EQ(engine.checkJob("O1").text, "Kostenzuordnung\r\n");
+  connection().execute(sql("Update ImportPos Set KostID = 1"_sql));
+  EXPECT_EQ(engine.checkJob("O1").text, "");
+}
+
 TEST_F(OrderCheckTest, AutomaticModeParksAndARereleasedOrderIsWritten) {
   erp.setOption("AutomatischVerarbeiten", "1");
   stageOrder("W", [](AuftragFields& job) { job.Hauptkonto = "8"; });

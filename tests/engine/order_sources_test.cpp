@@ -144,19 +144,26 @@ TEST_F(OrderSources, CodesAreWrittenAsTheirTablesSpellThemAndComparedWithoutRega
             "Z300 15,FRACHT 6.9,GEBUEHR 7.75");
 }
 
-TEST_F(OrderSources, BankDataAreOneAccount) {
+TEST_F(OrderSources, BankDataAreOneAccountWithTheNameOfItsCode) {
+  // The code was changed since; the old name stayed beside it.
+  connection().execute(sql("Update Kundenstamm Set Kreditinstitut = 'Alte Bank'"_sql));
   stagePlain("O1", [](AuftragFields& job) { job.BLZ = "90000002"; });
   stagePlain("O2", [](AuftragFields& job) {
     job.Konto = "88";
     job.Kreditinstitut = "Sparkasse";
   });
   stagePlain("O3");
+  stagePlain("O4", [](AuftragFields& job) {
+    job.BLZ = "9";
+    job.Kreditinstitut = "Fernbank";
+  });
   run();
   std::vector<std::string> accounts;
   for (const auto rows = order(); !rows->eof(); rows->moveNext())
     accounts.push_back(rows->text("Konto") + "|" + rows->text("KontoNummer") + "|" +
                        rows->text("Bankleitzahl") + "|" + rows->text("Kreditinstitut"));
-  EXPECT_THAT(accounts, ElementsAre("||90000002|Andere Bank", "88|||Sparkasse", "4711||90000001|Musterbank"));
+  EXPECT_THAT(accounts, ElementsAre("||90000002|Andere Bank", "88|||Sparkasse", "4711||90000001|Musterbank",
+                                    "||9|Fernbank"));
 }
 
 TEST_F(OrderSources, TheTwoTextsOfAnOrderAreItsOwnAndOthersOnlyOfTheSameCustomer) {

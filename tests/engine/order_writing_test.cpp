@@ -427,6 +427,63 @@ TEST_F(OrderWriting, AnAmountOrSumThatDoesNotFitFailsAndLeavesNothingOnAHostsCon
   EXPECT_EQ(field("SUM", "Bemerkung"), Value("eilt"));
 }
 
+TEST_F(OrderWriting, NumbersBeyondAllSenseAreNamedAndNotWritten) {
+  struct Case {
+    const char* key;
+    Sql column;
+    double number;
+    const char* reason;
+  };
+  const Case cases[] = {
+      {"1", sql("Menge"_sql), 1e308, "Die Menge: '1E+308' ist zu groß."},
+      {"2", sql("Auslieferungsmenge"_sql), -1e308, "Die Menge: '-1E+308' ist zu groß."},
+      {"3", sql("Fakturiermenge"_sql), 1e15, "Die Menge: '1E+15' ist zu groß."},
+      {"4", sql("Rabatt"_sql), 1e300, "Der Rabatt: '1E+300' ist zu groß."},
+      {"5", sql("Preiseinheit"_sql), 1e300, "Die Preiseinheit: '1E+300' ist zu groß."},
+      {"6", sql("KostID"_sql), 4294967297.0, "Die Kostenzuordnung: '4294967297' ist keine gültige Nummer."}};
+  connection().execute(sql("Delete From Verkaufspreise"_sql));
+  for (const Case& each : cases) {
+    stageOrder(each.key);
+    stagePosition(each.key, 1, "A100", 1);
+    const auto position =
+        connection().open(sql("Select * From ImportPos Where JobID = '"_sql, value(each.key), "'"_sql));
+    position->set(ColumnName(each.column.text()), Value(each.number));
+    position->update();
+  }
+  run();
+  for (const Case& each : cases) {
+    EXPECT_EQ(jobType(each.key), 32);
+    EXPECT_THAT(reasons(each.key), ::testing::EndsWith(each.reason));
+  }
+  EXPECT_EQ(orders(), 0);
+}
+
+TEST_F(OrderWriting, ANumberOfAHeadersCostAssignmentThatDoesNotFitIsNamed) {
+  erp.setOption("KostenzuordnungAuftrag", "1");
+  TableFiller(connection(), "Kostenzuordnung").add({{"KostID", 1}, {"Kostenstelle", "S1"}});
+  stageOrder("O1");
+  stagePosition("O1", 1, "A100", 1);
+  connection().execute(sql("Update ImportKopf Set KostID = 4294967297"_sql));
+  run();
+  EXPECT_EQ(reasons("O1"), "Die Kostenzuordnung: '4294967297' ist keine gültige Nummer.");
+}
+
+TEST_F(OrderWriting, PositionsWithoutKeysHavePricesOfTheirOwn) {
+  stageOrder("O1");
+  stagePosition("O1", 1, "A100", 1);
+  stagePosition("O1", 2, "B200", 1);
+  stagePosition("O1", 3, "A100", 10);
+  stagePosition("O1", 4, "A100", 1, [](AuftragsPosFields& position) { position.Mengeneinheit = "PAL"; });
+  // A host's table need not have the key.
+  connection().execute(sql("CREATE TABLE Ohne AS SELECT * FROM ImportPos"_sql));
+  connection().execute(sql("DROP TABLE ImportPos"_sql));
+  connection().execute(sql("ALTER TABLE Ohne RENAME TO ImportPos"_sql));
+  connection().execute(sql("UPDATE ImportPos SET ChildID = NULL"_sql));
+  run();
+  EXPECT_EQ(jobType("O1"), 33) << reasons("O1");
+  EXPECT_THAT(lineTexts(), ElementsAre("1:A100:1:10", "2:B200:1:4.99", "3:A100:10:9", "4:A100:1:0"));
+}
+
 TEST_F(OrderWriting, ANumberInUseIsToldWithItsCircleAndTheOtherOrderStays) {
   connection().execute(sql("Insert Into Auftragskopf (Auftragsnummer) Values (1)"_sql));
   connection().execute(sql("Insert Into Auftragspos (Auftragsnummer, Positionsnummer) Values (1, 7)"_sql));

@@ -118,6 +118,10 @@ TEST_F(StandaloneComponents, BalanceStaysInItsCurrencyUnlessThereAreSeveral) {
   EXPECT_DOUBLE_EQ(items->GetOPSaldo("2").amount, 61);
   EXPECT_EQ(items->GetOPSaldo("2").currency, "");
   EXPECT_EQ(items->GetOPSaldo("3").amount, 0);
+  database().execute(sql("Insert Into Währungen (Währung, Wechselkurs) Values ('DRI', 3)"_sql));
+  database().execute(sql("Insert Into OffenePosten (Kundennummer, Belegnummer, Betrag, Währung) Values "
+                         "('4', '1', 1, 'DRI'), ('4', '2', 1, '')"_sql));
+  EXPECT_EQ(items->GetOPSaldo("4").amount, 1.3333) << "each part is an amount before it is added";
   EXPECT_DOUBLE_EQ(items->convert(10, "EUR", "TAL"), 20);
   EXPECT_DOUBLE_EQ(items->convert(10, "TAL", ""), 5);
   EXPECT_THROW(items->convert(1, "LEER", ""), std::runtime_error);

@@ -253,7 +253,8 @@ void checkMoney(std::string_view text, double number) {
   constexpr double exactBelow = 4e11;
   if (!rounded || std::fabs(number) > exactBelow) return;
   require(Money::fromDouble(rounded->toDouble()) == *rounded, "an amount survives the way through a number");
-  require(std::fabs(rounded->toDouble() - number) < 0.0000501 + std::fabs(number) * 1e-15, "half a unit away");
+  require(std::fabs(rounded->toDouble() - number) < 0.0000501 + std::fabs(number) * 1e-15,
+          "half a unit away");
 }
 
 void checkDate(std::string_view text) {

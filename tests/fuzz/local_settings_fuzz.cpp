@@ -79,7 +79,8 @@ void checkProfile(const std::string& content, const std::string& section, const 
                   const std::string& value) {
   const std::string read = profileValue(content, section, key);
   require(read.find('\n') == std::string::npos, "a value has one line");
-  require(profileValue("; a comment\r\n" + content, section, key) == read || content.starts_with("\xEF\xBB\xBF"),
+  require(profileValue("; a comment\r\n" + content, section, key) == read ||
+              content.starts_with("\xEF\xBB\xBF"),
           "a comment makes no difference");
   const std::string plainSection = part(section, "]");
   const std::string plainKey = "k" + part(key, "=");

@@ -72,11 +72,21 @@ struct Job {
 /// Keeps the jobs with their positions.
 class KeptRecords final : public StagedRecords {
 public:
-  void add(const AuftragsPosFields& position, std::int64_t line) override { keep(position, line); }
-  void add(const ImportJobSubItem& position, std::int64_t line) override { keep(position, line); }
-  void add(const KundeFields& job, std::int64_t line) override { finish(job, line); }
-  void add(const VertragFields& job, std::int64_t line, bool /*hasInterval*/) override { finish(job, line); }
-  void add(const AuftragFields& job, std::int64_t line) override { finish(job, line); }
+  void add(const AuftragsPosFields& position, std::int64_t line, const Unspoken& /*unspoken*/) override {
+    keep(position, line);
+  }
+  void add(const ImportJobSubItem& position, std::int64_t line, const Unspoken& /*unspoken*/) override {
+    keep(position, line);
+  }
+  void add(const KundeFields& job, std::int64_t line, const Unspoken& /*unspoken*/) override {
+    finish(job, line);
+  }
+  void add(const VertragFields& job, std::int64_t line, const Unspoken& /*unspoken*/) override {
+    finish(job, line);
+  }
+  void add(const AuftragFields& job, std::int64_t line, const Unspoken& /*unspoken*/) override {
+    finish(job, line);
+  }
 
   std::vector<Job> jobs;
 

@@ -158,8 +158,7 @@ TEST_F(ContractRows, AContractOfACustomerReplacesTheStoredLineAndLeavesItsPositi
     GekuendigtAm=04.01.2001
     GrundVerlorenSchl=alt
     Vertragstext=alt)");
-  stage("Vertrag", changed(contractJob, {"Zustand=", "Vertragsende=999999", "Intervall:null"}) + "JobType:40",
-        {R"(
+  stage("Vertrag", changed(contractJob, {"Zustand=", "Vertragsende=999999", "Intervall:null"}), {R"(
     ChildID=V1a
     Positionsnummer:11
     Vertragsart=P_Vertragsart
@@ -176,7 +175,7 @@ TEST_F(ContractRows, AContractOfACustomerReplacesTheStoredLineAndLeavesItsPositi
     Fakturierbereit:false
     Mengeneinheit
     Vertragstext=P_Vertragstext)"});
-  setStaged("Kündigungsgrund");
+  setStaged("JobType=40\nKündigungsgrund");
   run();
   EXPECT_EQ(rows("ImportPos"), expected(R"(
     JobID=V1

@@ -210,6 +210,65 @@ TEST_F(CustomerRows, AnExistingCustomerTakesWhatTheJobCarriesAndKeepsTheRest) {
   )"));
 }
 
+TEST_F(CustomerRows, AJobKeepsAllOfWhichItDoesNotSpeak) {
+  fill("Kundenstamm", storedCustomer, "M_");
+  stage("Kunde", "JobID=C1\nKundennummer=kundenNUMMER\nStrasse\nTelefon=\nPreistyp:null\nBemerkung:null");
+  run();
+  EXPECT_EQ(rows("ImportKopf"), expected(R"(
+    JobID=C1
+    JobType=13
+    ImportType=10
+    Status=10
+    Eingangsdatum=24.11.2026
+    Kundennummer=kundenNUMMER
+    Strasse
+    - Telefon
+  )"));
+  EXPECT_EQ(rows("Kundenstamm"), expected(R"(
+    Kundennummer=Kundennummer
+    ÄndUser=Import
+    ÄndDatum=20261124000000
+    Suchbegriff Bez1 Bez2 Bez3
+    Strasse=Strasse
+    Land PLZ Ort Telefax EMail Versandart Kundengruppe
+    VertreterNr1 VertreterNr2 VertreterNr3
+    AnteilVertreter1=21
+    AnteilVertreter2=22
+    AnteilVertreter3=23
+    Zahlungsart ZahlungsbedSchl Konto KontoNummer Bankleitzahl Kreditinstitut KundengruppenShop
+    AendStatShop=24
+    VS_KdNr VS_AdrNr RG_KdNr RG_AdrNr Hauptkonto Preisliste
+    Preistyp=25
+    KundeSeit=01.02.2003
+    KundeVerlorenAm=02.03.2004
+    GrundVerloren GrundVerlorenSchl UstIdentNr Provisionsgruppe Klassifizierung
+    Auftragsrabatt=26
+    FremdLiefNr
+    KostID=27
+    Valutabehandlung=28
+    Valutatage=29
+    MwSt_KZ Ind_Text1 Ind_Text2 Ind_Text3 Ind_Text4
+    Ind_Zahl1=31
+    Ind_Zahl2=32
+    Ind_Zahl3=33
+    Ind_Zahl4=34
+    Ind_Memo1 Ind_Memo2 SprachKZ
+    AnzAN=41
+    AnzAB=42
+    AnzLS=43
+    AnzVE=44
+    AnzRG=45
+    AnzGS=46
+    KopftextAN KopftextAB KopftextLS KopftextRG KopftextGS
+    KZDivers=1
+    Liefersperre=1
+    Kreditlimit1=47
+    Kreditlimit2=48
+    Währung
+  )",
+                                          "M_"));
+}
+
 TEST_F(CustomerRows, AJobOfEmptyPropertiesEmptiesWhatItMayAndCreatesNothing) {
   fill("Kundenstamm", storedCustomer, "M_");
   KundeFields job;
@@ -242,7 +301,8 @@ TEST_F(CustomerRows, AJobOfEmptyPropertiesEmptiesWhatItMayAndCreatesNothing) {
     AnteilVertreter1=21
     AnteilVertreter2=22
     AnteilVertreter3=23
-    ZahlungsbedSchl Kreditinstitut
+    ZahlungsbedSchl KontoNummer Kreditinstitut KundengruppenShop
+    AendStatShop=24
     Preistyp=0
     KundeSeit=01.02.2003
     Provisionsgruppe Klassifizierung

@@ -1,6 +1,8 @@
 // What a column's value can be read as, and when it cannot.
 #include "platform/value.h"
 
+#include "platform/whole_number.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -88,6 +90,17 @@ TEST(Values, AreEmptyOnlyWhenNullOrTheEmptyText) {
   EXPECT_EQ(emptyToNull(" "), Value(" "));
   EXPECT_EQ(emptyToNull(std::int64_t{0}), Value(std::int64_t{0}));
   EXPECT_EQ(emptyToNull(false), Value(false));
+}
+
+TEST(Values, AreCutToNoOtherWholeNumber) {
+  EXPECT_EQ(wholeAs<std::int16_t>(Value(std::int64_t{32767})), std::int16_t{32767});
+  EXPECT_EQ(wholeAs<std::int16_t>("-32768"), std::int16_t{-32768});
+  EXPECT_EQ(wholeAs<std::int16_t>(Value(std::int64_t{32768})), std::nullopt);
+  EXPECT_EQ(wholeAs<std::int32_t>(4294967297.0), std::nullopt);
+  EXPECT_EQ(wholeAs<std::int32_t>(1.5), std::nullopt);
+  EXPECT_EQ(wholeAs<std::int32_t>(Value::null()), std::nullopt);
+  EXPECT_EQ(jobCode(Value(std::int64_t{65546})), 0);
+  EXPECT_EQ(jobCode("33"), 33);
 }
 
 TEST(Values, OfOneTextButAnotherKindDiffer) {

@@ -89,7 +89,8 @@ private:
 
 class FailingProtokoll final : public Protokoll {
 public:
-  FailingProtokoll(std::unique_ptr<Protokoll> inner, Fault& fault) : inner_(std::move(inner)), fault_(fault) {}
+  FailingProtokoll(std::unique_ptr<Protokoll> inner, Fault& fault)
+      : inner_(std::move(inner)), fault_(fault) {}
 
   std::string CreateProtokoll(Connection& connection, std::string_view title, std::string_view kind,
                               std::string_view list) override {
@@ -120,7 +121,8 @@ private:
 
 class FailingPrices final : public Preisfindung {
 public:
-  FailingPrices(std::unique_ptr<Preisfindung> inner, Fault& fault) : inner_(std::move(inner)), fault_(fault) {}
+  FailingPrices(std::unique_ptr<Preisfindung> inner, Fault& fault)
+      : inner_(std::move(inner)), fault_(fault) {}
 
   void setConnection(Connection& connection) override {
     fault_.at("Preisfindung.setConnection");

@@ -44,6 +44,24 @@ TEST_F(CustomerDialogTest, ComparesTheAddressWithTheMasterAndForgetsADifferenceT
   EXPECT_THAT(codes(*dialog), IsEmpty());
 }
 
+TEST_F(CustomerDialogTest, WhatTheJobDoesNotSpeakOfIsNoDifferenceAndAnEmptiedFieldIsOne) {
+  stageCustomer("K1", "20001", [](KundeFields& job) {
+    asStored(job);
+    job.Telefon = "1";
+  });
+  connection().execute(sql("Update ImportKopf Set Bez1 = Null, Ort = Null, Telefax = Null"_sql));
+  const auto dialog = opened("K1");
+  EXPECT_THAT(codes(*dialog), IsEmpty());
+  enter(*dialog, "txtStrasse", "");
+  EXPECT_THAT(findings(*dialog), ElementsAre("STR|20|Straße ist nicht identisch: Am Kai 1"));
+  enter(*dialog, "txtTelefon", "");
+  EXPECT_TRUE(dialog->save());
+  EXPECT_EQ(field("K1", "Strasse"), Value(""));
+  EXPECT_EQ(field("K1", "Telefon"), Value(""));
+  for (const char* untouched : {"Bez1", "Ort", "Telefax"})
+    EXPECT_TRUE(field("K1", ColumnName(std::string_view(untouched))).isNull()) << untouched;
+}
+
 TEST_F(CustomerDialogTest, ListsUnknownCodesBanksAndAccountsButNoEmptyOnes) {
   stageCustomer("K1", "20001", [](KundeFields& job) {
     asStored(job);

@@ -1,0 +1,41 @@
+#include "engine/order_values.h"
+
+#include "engine/order_failure.h"
+#include "engine/order_texts.h"
+#include "model/money.h"
+#include "platform/whole_number.h"
+#include "rules/german_text.h"
+
+namespace qx {
+namespace {
+
+double fitting(double number, const OrderSentence& failure) {
+  if (!Money::fromDouble(number)) throw OrderFailure(failure.with(germanNumber(number)));
+  return number;
+}
+
+} // namespace
+
+Value orderAmount(double price) {
+  const auto money = Money::fromDouble(price);
+  if (!money) throw OrderFailure(order_failures::priceTooLarge.with(germanDecimals(price, 2)));
+  return Value(*money);
+}
+
+const Value& orderQuantity(const Value& staged) {
+  fitting(staged.number().value_or(0), order_failures::quantityTooLarge);
+  return staged;
+}
+
+double orderDiscount(double discount) { return fitting(discount, order_failures::discountTooLarge); }
+
+double orderPriceUnit(double priceUnit) { return fitting(priceUnit, order_failures::priceUnitTooLarge); }
+
+std::int32_t orderCost(const Value& staged) {
+  if (staged.isEmpty()) return 0;
+  const auto number = wholeAs<std::int32_t>(staged);
+  if (!number) throw OrderFailure(order_failures::costNumber.with(staged.text()));
+  return *number;
+}
+
+} // namespace qx
