@@ -13,6 +13,9 @@ void WorkGroup::begin() {
 }
 
 bool WorkGroup::endJob(bool alone) {
+  // Whoever met the failure that took the unit along may have passed over it.
+  if (open_ && environment_.connection->ownsWork() && !environment_.connection->inWork())
+    throw WorkLostError("the database has rolled the unit of work back", 0);
   ++jobs_;
   const bool old = environment_.clock.elapsed() - begunAt_ >= oldAt;
   if (!alone && !old && jobs_ < fullAt_ && environment_.connection->ownsWork()) return false;

@@ -30,7 +30,7 @@ public:
   /// Makes sure that a group is open.
   void begin();
   /// Ends a job; commits the group when it is full, old enough, or `alone` is set. True when it was
-  /// committed.
+  /// committed. Raises `WorkLostError` when the database has rolled the group back by itself.
   bool endJob(bool alone = false);
   /// Commits what is open.
   void finish();
