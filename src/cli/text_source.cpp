@@ -12,6 +12,7 @@
 namespace qx::cli {
 namespace {
 
+constexpr std::string_view standardInput = "standard input";
 constexpr std::size_t bufferSize = std::size_t{1} << 16U;
 
 [[noreturn]] void raise(ExitCode code, const std::string& name) {
@@ -60,7 +61,7 @@ int copyOfStandardInput(std::vector<char>& buffer, const std::string& name) {
 } // namespace
 
 TextSource::TextSource(std::string_view name)
-    : name_(name == "-" ? "standard input" : name), buffer_(bufferSize) {
+    : name_(name == "-" ? standardInput : name), buffer_(bufferSize) {
   if (name == "-")
     file_ = copyOfStandardInput(buffer_, name_);
   else
@@ -73,6 +74,13 @@ TextSource::TextSource(std::string_view name)
     throw;
   }
 }
+
+StandardInputCopy::StandardInputCopy() {
+  std::vector<char> buffer(bufferSize);
+  file_ = copyOfStandardInput(buffer, std::string(standardInput));
+}
+
+StandardInputCopy::~StandardInputCopy() { close(file_); }
 
 TextSource::~TextSource() { close(file_); }
 
