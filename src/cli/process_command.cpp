@@ -54,7 +54,8 @@ std::unique_ptr<RunPrinter> printerFor(const Output& output) {
 ExitCode codeOf(const RunReport& report) {
   if (report.end == RunEnd::Broken) return ExitCode::Failure;
   if (report.end == RunEnd::Stopped) return ExitCode::Stopped;
-  const bool clean = report.warning == 0 && report.error == 0 && report.protocolErrors == 0;
+  const bool clean =
+      report.warning == 0 && report.error == 0 && report.protocolErrors == 0 && report.left.empty();
   return clean ? ExitCode::Success : ExitCode::Findings;
 }
 

@@ -1,6 +1,7 @@
 #include "cli/run_printer.h"
 
 #include "cli/utf8.h"
+#include "platform/one_line.h"
 
 namespace qx::cli {
 namespace {
@@ -15,6 +16,10 @@ void tellRest(std::ostream& output, const RunReport& report) {
     output << "The run was stopped; " << report.stillWaiting << " jobs are left waiting.\n";
   if (report.protocolErrors > 0)
     output << report.protocolErrors << " protocol lines or index entries could not be written.\n";
+  if (report.left.empty()) return;
+  output << report.left.size()
+         << " jobs are left as they were, because the database refuses to change them:\n";
+  for (const auto& [jobId, reason] : report.left) output << "  " << jobId << ": " << oneLine(reason) << '\n';
 }
 
 } // namespace
@@ -69,6 +74,16 @@ void JsonRunPrinter::finish(const RunReport& report, std::chrono::milliseconds s
   json_.key("protocol").text(report.protocolId);
   json_.key("seconds").number(seconds(span));
   if (report.protocolErrors > 0) json_.key("protocolErrors").number(count(report.protocolErrors));
+  if (!report.left.empty()) {
+    json_.key("left").beginArray();
+    for (const auto& [jobId, reason] : report.left) {
+      json_.beginObject();
+      json_.key("JobID").text(jobId);
+      json_.key("Reason").text(reason);
+      json_.endObject();
+    }
+    json_.endArray();
+  }
   if (report.end == RunEnd::Stopped) {
     json_.key("stopped").boolean(true);
     json_.key("waiting").number(count(report.stillWaiting));

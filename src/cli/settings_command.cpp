@@ -7,6 +7,7 @@
 #include "settings/settings.h"
 
 #include <ostream>
+#include <vector>
 
 namespace qx::cli {
 namespace {
@@ -68,20 +69,24 @@ std::string_view wrongValue(const OptionKey& option, std::string_view text) {
 } // namespace
 
 ExitCode SettingsListCommand::work(const Workplace& place) {
-  const Settings settings(place.environment);
-  JsonWriter json(place.output.result);
-  if (place.output.json) json.beginArray();
+  const Settings settings(place.environment, SettingTrap::Nothing);
+  // All are read before the first is printed: half a list would look like a whole one.
+  std::vector<Entry> entries;
   for (const OptionKey& option : optionKeys()) {
     const bool local = option.store == OptionStore::Local;
-    const Entry entry{option.section, option.key,
-                      settings.get(applicationName, option.section, option.key, local), local};
+    entries.push_back({option.section, option.key,
+                       settings.get(applicationName, option.section, option.key, local), local});
+  }
+  JsonWriter json(place.output.result);
+  if (place.output.json) json.beginArray();
+  for (const Entry& entry : entries) {
     constexpr std::size_t sectionWidth = 16;
     constexpr std::size_t keyWidth = 26;
     if (place.output.json)
       writeMembers(json, entry);
     else
       place.output.result << fitted(entry.section, sectionWidth) << fitted(entry.key, keyWidth)
-                          << (local ? "local   " : "shared  ") << entry.setting << '\n';
+                          << (entry.local ? "local   " : "shared  ") << entry.setting << '\n';
   }
   if (place.output.json) json.endArray().finish();
   return ExitCode::Success;
@@ -93,7 +98,7 @@ void SettingsGetCommand::prepare() {
 }
 
 ExitCode SettingsGetCommand::work(const Workplace& place) {
-  const Settings settings(place.environment);
+  const Settings settings(place.environment, SettingTrap::Nothing);
   print(place.output, {section, key, settings.get(applicationName, section, key, local), local});
   return ExitCode::Success;
 }
@@ -108,13 +113,12 @@ void SettingsSetCommand::prepare() {
 }
 
 ExitCode SettingsSetCommand::work(const Workplace& place) {
-  const Settings settings(place.environment);
+  const Settings settings(place.environment, SettingTrap::Nothing);
   noteUnknown(place.output, section, key, local);
   settings.save(applicationName, section, key, value, local);
-  // The stores do not report failures; reading tells.
+  // A trigger of the database can keep it out without a word.
   const std::string stored = settings.get(applicationName, section, key, local);
-  if (stored != value)
-    throw ProgramError(ExitCode::Failure, "the setting could not be stored", "--verbose tells the reason.");
+  if (stored != value) throw ProgramError(ExitCode::Failure, "the setting could not be stored");
   print(place.output, {section, key, stored, local});
   return ExitCode::Success;
 }

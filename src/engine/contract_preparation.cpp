@@ -2,28 +2,45 @@
 
 #include "engine/contract_line.h"
 
+#include <utility>
+
 namespace qx {
 
-void ContractPreparation::run() {
+UnpreparedContracts ContractPreparation::run() {
   const auto contracts = environment_.connection->openKeyset(
       sql("SELECT * FROM ImportKopf Where JobType ="_sql, number(qxtjobverträge)));
-  for (; !contracts->eof(); contracts->moveNext()) {
-    group_.begin();
-    try {
-      if (contracts->resync()) prepare(*contracts);
-    } catch (const StatementError& error) {
-      contracts->cancelUpdate();
-      environment_.diagnostics.report({"contract preparation", error.what(), ""});
-    }
-    group_.endJob();
-  }
-  group_.finish();
+  group_.takeAll(contracts->recordCount(), {[&](std::size_t at) {
+                                              contracts->moveTo(at);
+                                              if (!contracts->resync()) return;
+                                              try {
+                                                prepare(*contracts);
+                                              } catch (const StatementError& refusal) {
+                                                refuse(*contracts, refusal);
+                                              }
+                                            },
+                                            [&](std::size_t at, const WorkLostError& loss) {
+                                              contracts->moveTo(at);
+                                              refuse(*contracts, loss);
+                                              return false;
+                                            },
+                                            [this] { return stop_.requested(); }});
+  return std::move(unprepared_);
+}
+
+void ContractPreparation::refuse(Recordset& contracts, const std::exception& refusal) {
+  contracts.cancelUpdate();
+  if (!contracts.resync()) return;
+  const std::string jobId = JobRow(contracts, missing_).text("JobID");
+  environment_.diagnostics.report({"contract preparation", refusal.what(), jobId});
+  unprepared_.insert_or_assign(jobId, refusal.what());
 }
 
 void ContractPreparation::prepare(Recordset& contracts) {
   JobRow job(contracts, missing_);
   if (job.jobType() != qxtjobverträge) return;
   const std::string jobId = job.text("JobID");
+  // A group that was lost is prepared again.
+  unprepared_.erase(jobId);
   const auto positions = environment_.connection->open(
       sql("Select * From ImportPos   Where JobID = '"_sql, value(jobId), "'"_sql));
   if (positions->eof()) return;

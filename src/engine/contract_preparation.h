@@ -2,27 +2,41 @@
 #pragma once
 
 #include "engine/job_row.h"
+#include "engine/stop_signal.h"
 #include "platform/environment.h"
 #include "store/work_group.h"
 
+#include <exception>
+#include <functional>
+#include <map>
+#include <string>
+
 namespace qx {
+
+/// The contract jobs whose position could not be taken over, by key, with the reason.
+using UnpreparedContracts = std::map<std::string, std::string, std::less<>>;
 
 /// A contract job may arrive with its values in a position instead of its header. Of each waiting contract
 /// job the first position is taken over, empty values too, and all its positions are deleted. Customer
-/// contracts are not touched.
+/// contracts are not touched. A job that the database refuses to prepare must not be written with what its
+/// header holds.
 class ContractPreparation {
 public:
-  ContractPreparation(Environment& environment, MissingColumns& missing, WorkGroup& group)
-      : environment_(environment), missing_(missing), group_(group) {}
+  ContractPreparation(Environment& environment, MissingColumns& missing, WorkGroup& group,
+                      const StopSignal& stop)
+      : environment_(environment), missing_(missing), group_(group), stop_(stop) {}
 
-  void run();
+  UnpreparedContracts run();
 
 private:
   void prepare(Recordset& contracts);
+  void refuse(Recordset& contracts, const std::exception& refusal);
 
   Environment& environment_;
   MissingColumns& missing_;
   WorkGroup& group_;
+  const StopSignal& stop_;
+  UnpreparedContracts unprepared_;
 };
 
 } // namespace qx

@@ -17,8 +17,16 @@ void ContractSection::run(SectionRunner& runner) {
              [this](JobRow& job) { return processJob(job); });
 }
 
+/// Writes the job, or marks it as failed.
+bool ContractSection::fits(JobRow& job) {
+  const auto unprepared = unprepared_.find(job.text("JobID"));
+  if (unprepared == unprepared_.end()) return processor_.process(job);
+  marks_.markJobError(job, unprepared->second);
+  return false;
+}
+
 JobResult ContractSection::processJob(JobRow& job) {
-  if (!processor_.process(job)) return SectionRunner::refused(contracts, job, statusError);
+  if (!fits(job)) return SectionRunner::refused(contracts, job, statusError);
   JobResult result;
   result.line.process = contracts.process;
   result.line.number = job.text("Vertragsnummer");

@@ -1,6 +1,7 @@
 // The contract section of a run.
 #pragma once
 
+#include "engine/contract_preparation.h"
 #include "engine/contract_processor.h"
 #include "engine/section_runner.h"
 
@@ -10,14 +11,20 @@ namespace qx {
 /// dialogs do.
 class ContractSection {
 public:
-  ContractSection(Environment& environment, JobMarks& marks, EventSource& events)
-      : processor_(environment, marks, events) {}
+  /// `unprepared`: the jobs that fail because their position could not be taken over.
+  ContractSection(Environment& environment, JobMarks& marks, EventSource& events,
+                  const UnpreparedContracts& unprepared)
+      : marks_(marks), unprepared_(unprepared), processor_(environment, marks, events) {}
 
   void run(SectionRunner& runner);
 
 private:
   JobResult processJob(JobRow& job);
 
+  bool fits(JobRow& job);
+
+  JobMarks& marks_;
+  const UnpreparedContracts& unprepared_;
   ContractProcessor processor_;
 };
 

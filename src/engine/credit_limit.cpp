@@ -21,7 +21,7 @@ CreditResult CreditLimit::query(std::string_view customer) const {
       sql("Select Kreditlimit1, Kreditlimit2, Währung from Kundenstamm WHERE Kundennummer='"_sql,
           value(customer), "'"_sql));
   if (row->eof()) return CreditResult::WithinLimits;
-  const Settings settings(environment_);
+  const Settings settings(environment_, SettingTrap::Refusals);
   // The ERP's own limits stand in for a customer that has none; they are in the home currency.
   const auto limit = [&](ColumnName column, std::string_view key) -> Limit {
     if (const auto amount = row->value(column).number()) return {*amount, row->text("Währung")};

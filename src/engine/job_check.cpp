@@ -17,7 +17,7 @@ constexpr std::string_view checkFailure = "Der Vorgang konnte nicht geprüft wer
 } // namespace
 
 JobCheck::JobCheck(Environment& environment) : environment_(environment), prices_(environment) {
-  const Settings settings(environment);
+  const Settings settings(environment, SettingTrap::Refusals);
   compareAddresses_ = settings.isOn("KundeAdressProof");
   orderOptions_ = OrderOptions::read(settings, settings.customerSpecific());
 }

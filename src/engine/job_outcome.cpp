@@ -17,4 +17,8 @@ void RunReport::count(const JobOutcome& outcome) {
   }
 }
 
+void RunReport::leave(std::string_view jobId, std::string_view reason) {
+  left.try_emplace(std::string(jobId), reason);
+}
+
 } // namespace qx

@@ -5,7 +5,9 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <string>
+#include <string_view>
 
 namespace qx {
 
@@ -36,11 +38,16 @@ struct RunReport {
   std::size_t error = 0;
   std::size_t protocolErrors = 0; ///< protocol lines and index entries that could not be written
   std::size_t stillWaiting = 0;   ///< jobs left waiting when the run was stopped
-  std::string protocolId;         ///< empty without a protocol
+  /// The jobs whose row the database refuses to change, by key, with its reason. They stand as before the
+  /// run and the next one meets them again.
+  std::map<std::string, std::string> left;
+  std::string protocolId; ///< empty without a protocol
   std::string failure;
   std::string germanFailure; ///< of a broken run: the same for a box
 
   void count(const JobOutcome& outcome);
+  /// Names a job that is left as it is; its first reason stays.
+  void leave(std::string_view jobId, std::string_view reason);
 };
 
 } // namespace qx

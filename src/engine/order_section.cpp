@@ -27,19 +27,18 @@ OrderSection::OrderSection(const Parts& parts, std::unique_ptr<Preisfindung> com
       writer_(parts.environment, parts.options, parts.stamp, prices_) {}
 
 void OrderSection::run(SectionRunner& runner) {
-  cashOnDelivery_.clear();
   runner.run(orders,
              sql("Select * From ImportKopf Where JobType = "_sql, number(qxtJobAufträge),
                  " Order by Eingangsdatum"_sql),
              [this](JobRow& job) { return processJob(job); });
-  announce(malformedFees, writer_.fees().malformedEntries());
-  announce(heavyCashOnDelivery, cashOnDelivery_);
+  announceMalformedFees();
 }
 
-void OrderSection::announce(std::string_view sentence, const std::string& list) const {
-  if (list.empty()) return;
+void OrderSection::announceMalformedFees() const {
+  const std::string& entries = writer_.fees().malformedEntries();
+  if (entries.empty()) return;
   Message message;
-  message.text = std::string(sentence) + list;
+  message.text = std::string(malformedFees) + entries;
   parts_.environment.desktop.show(message);
 }
 
@@ -75,7 +74,8 @@ JobResult OrderSection::processJob(JobRow& job) {
     const WrittenOrder order = writer_.WriteAuftrag(job);
     if (order.cashOnDelivery && order.weight > heavyWeight)
       parts_.group.afterCommit([this, number = std::to_string(order.number)] {
-        cashOnDelivery_ += (cashOnDelivery_.empty() ? "" : ", ") + number;
+        std::string& list = parts_.cashOnDelivery;
+        list += (list.empty() ? "" : ", ") + number;
       });
     return written(job, order);
   } catch (const OrderFailure& failure) {

@@ -21,6 +21,7 @@ public:
     WorkGroup& group;
     const OrderOptions& options;
     const OrderStamp& stamp;
+    std::string& cashOnDelivery; ///< takes the numbers of the heavy orders that are paid to the carrier
     bool automatic = false;
     bool unevaluated = false;
     qxProcessState selection = qxProcessState::ProcessAll;
@@ -29,13 +30,12 @@ public:
   /// `component`: the run's pricing component, initialised; may be null.
   OrderSection(const Parts& parts, std::unique_ptr<Preisfindung> component);
 
-  /// Shows the malformed fee entries and the heavy cash-on-delivery orders at its end.
+  /// Shows the malformed fee entries at its end.
   void run(SectionRunner& runner);
 
 private:
   JobResult processJob(JobRow& job);
-  /// Shows the sentence with the list, unless that is empty.
-  void announce(std::string_view sentence, const std::string& list) const;
+  void announceMalformedFees() const;
   bool leftOut(const JobRow& job) const;
   /// Sets the text that the job is to carry when it is written; null when the job must not be written.
   bool evaluate(JobRow& job, std::string& text, JobResult& refused);
@@ -48,7 +48,6 @@ private:
   OrderPrices prices_;
   OrderCheck check_;
   OrderWriter writer_;
-  std::string cashOnDelivery_;
 };
 
 } // namespace qx

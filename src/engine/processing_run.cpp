@@ -1,13 +1,12 @@
 #include "engine/processing_run.h"
 
-#include "engine/contract_preparation.h"
 #include "engine/contract_section.h"
 #include "engine/customer_section.h"
 #include "engine/order_section.h"
+#include "engine/order_texts.h"
 #include "platform/german_cause.h"
-#include "store/archive_purge.h"
 
-#include <exception>
+#include <new>
 #include <utility>
 
 namespace qx {
@@ -18,8 +17,8 @@ constexpr std::string_view defaultVersion = " 6.3.0";
 } // namespace
 
 ProcessingRun::ProcessingRun(const RunParts& parts, bool unevaluated, qxProcessState selection)
-    : parts_(parts), environment_(parts.environment), settings_(environment_), unevaluated_(unevaluated),
-      selection_(selection), missing_(environment_.diagnostics),
+    : parts_(parts), environment_(parts.environment), settings_(environment_, SettingTrap::Refusals),
+      unevaluated_(unevaluated), selection_(selection), missing_(environment_.diagnostics),
       wait_(parts.events, environment_.diagnostics, parts.stop), group_(environment_, wait_),
       marks_(environment_, missing_,
              [this](std::int16_t jobType, std::string_view text) {
@@ -37,14 +36,45 @@ RunReport ProcessingRun::execute() {
     group_.abandon();
     report_.end = RunEnd::Stopped;
     countWaiting();
+  } catch (const BusyError& error) {
+    // The wait for the database ends when the run is stopped.
+    if (!parts_.stop.requested()) {
+      breakOff(error);
+    } else {
+      group_.abandon();
+      report_.end = RunEnd::Stopped;
+      countWaiting();
+    }
   } catch (const std::exception& error) {
-    group_.abandon();
-    report_.end = RunEnd::Broken;
+    breakOff(error);
+  }
+  announceCashOnDelivery();
+  return std::move(report_);
+}
+
+/// What happens when memory is short must do without it.
+void ProcessingRun::breakOff(const std::exception& error) noexcept {
+  group_.abandon();
+  report_.end = RunEnd::Broken;
+  environment_.diagnostics.report({"processing run", error.what(), ""});
+  try {
     report_.failure = error.what();
     report_.germanFailure = germanCause(error);
-    environment_.diagnostics.report({"processing run", error.what(), ""});
+  } catch (const std::bad_alloc&) {
+    environment_.diagnostics.report({"processing run", "no memory for the reason", ""});
   }
-  return std::move(report_);
+}
+
+/// What was written is to be said also when the run broke off behind it.
+void ProcessingRun::announceCashOnDelivery() noexcept {
+  if (cashOnDelivery_.empty()) return;
+  try {
+    Message message;
+    message.text = std::string(heavyCashOnDelivery) + cashOnDelivery_;
+    environment_.desktop.show(message);
+  } catch (const std::exception& error) {
+    environment_.diagnostics.report({"cash on delivery", error.what(), cashOnDelivery_});
+  }
 }
 
 /// For a run that was interrupted between its sections, where nobody counts.
@@ -63,10 +93,10 @@ void ProcessingRun::perform() {
   createComponents();
   if (orderIsBeingReadIn()) return;
   parts_.errors.clear();
-  options_ = RunOptions::read(settings_);
+  readOptions();
   initPrices();
   readProgramVersion();
-  parts_.protocol.create([this](const Message& message) { environment_.desktop.show(message); });
+  parts_.protocol.create([this](const Message& message) { environment_.desktop.show(message); }, &wait_);
   report_.protocolId = parts_.protocol.id();
   // Before the reset on purpose: a contract that is released in this run keeps its position until the next.
   prepareContracts();
@@ -88,6 +118,13 @@ void ProcessingRun::createComponents() {
   } catch (const std::exception& error) {
     environment_.diagnostics.report({"price component", error.what(), ""});
   }
+}
+
+/// All of them before the first job: with one that cannot be read nothing is to be written.
+void ProcessingRun::readOptions() {
+  options_ = RunOptions::read(settings_);
+  orderOptions_ = OrderOptions::read(settings_, options_.customerSpecific);
+  purgeOptions_ = PurgeOptions::read(settings_);
 }
 
 void ProcessingRun::initPrices() {
@@ -124,20 +161,36 @@ void ProcessingRun::readProgramVersion() {
 void ProcessingRun::resetReleasedJobs() {
   const auto rows = environment_.connection->openKeyset(
       sql("Select JobType, ImportType, Fehlertext From ImportKopf Where ProcessWarning = 1"_sql));
-  for (; !rows->eof(); rows->moveNext()) {
-    group_.begin();
-    if (rows->resync()) {
-      JobRow job(*rows, missing_);
-      try {
-        resetJob(job);
-      } catch (const StatementError& error) {
-        job.cancelUpdate();
-        environment_.diagnostics.report({"reset of released jobs", error.what(), ""});
-      }
-    }
-    group_.endJob();
-  }
-  group_.finish();
+  std::string refusal;
+  const auto refused = [&](const std::exception& error) {
+    environment_.diagnostics.report({"reset of released jobs", error.what(), ""});
+    refusal = error.what();
+  };
+  group_.takeAll(rows->recordCount(), {[&](std::size_t at) {
+                                         rows->moveTo(at);
+                                         if (!rows->resync()) return;
+                                         JobRow job(*rows, missing_);
+                                         try {
+                                           resetJob(job);
+                                         } catch (const StatementError& error) {
+                                           job.cancelUpdate();
+                                           refused(error);
+                                         }
+                                       },
+                                       [&](std::size_t, const WorkLostError& loss) {
+                                         refused(loss);
+                                         return false;
+                                       },
+                                       [this] { return parts_.stop.requested(); }});
+  if (!refusal.empty() && !parts_.stop.requested()) nameReleasedJobsLeft(refusal);
+}
+
+/// The reset reads no keys. Released jobs that are still parked behind it are the ones that it had to leave.
+void ProcessingRun::nameReleasedJobsLeft(const std::string& reason) {
+  const auto jobs =
+      environment_.connection->open(sql("Select JobID From ImportKopf Where ProcessWarning = 1 And "
+                                        "JobType In (11, 12, 21, 22, 31, 32, 41, 42)"_sql));
+  for (; !jobs->eof(); jobs->moveNext()) report_.leave(jobs->text("JobID"), reason);
 }
 
 void ProcessingRun::resetJob(JobRow& job) {
@@ -159,7 +212,9 @@ bool ProcessingRun::selects(qxProcessState section) const {
   return selection_ == qxProcessState::ProcessAll || selection_ == section;
 }
 
-void ProcessingRun::prepareContracts() { ContractPreparation(environment_, missing_, group_).run(); }
+void ProcessingRun::prepareContracts() {
+  unprepared_ = ContractPreparation(environment_, missing_, group_, parts_.stop).run();
+}
 
 void ProcessingRun::processCustomers() {
   if (!selects(qxProcessState::ProcessKunden)) return;
@@ -169,17 +224,16 @@ void ProcessingRun::processCustomers() {
 
 void ProcessingRun::processContracts() {
   if (!selects(qxProcessState::ProcessVerträge)) return;
-  ContractSection section(environment_, marks_, parts_.events);
+  ContractSection section(environment_, marks_, parts_.events, unprepared_);
   section.run(sections_);
 }
 
 void ProcessingRun::processOrders() {
   if (!selects(qxProcessState::ProcessAufträge) && !selects(qxProcessState::ProcessZubehör)) return;
-  const OrderOptions options = OrderOptions::read(settings_, options_.customerSpecific);
   const OrderStamp stamp{programVersion_, parts_.personnelNumber, parts_.homeCurrency};
-  OrderSection section(
-      {environment_, marks_, group_, options, stamp, options_.automatic, unevaluated_, selection_},
-      std::move(prices_));
+  OrderSection section({environment_, marks_, group_, orderOptions_, stamp, cashOnDelivery_,
+                        options_.automatic, unevaluated_, selection_},
+                       std::move(prices_));
   section.run(sections_);
 }
 
@@ -192,25 +246,23 @@ void ProcessingRun::close() {
 }
 
 void ProcessingRun::cleanUpProtocol() {
-  group_.begin();
   try {
-    parts_.protocol.cleanUp();
+    parts_.protocol.cleanUp(&wait_);
   } catch (const StatementError& error) {
     environment_.diagnostics.report({"protocol clean-up", error.what(), ""});
+  } catch (const WorkLostError& error) {
+    environment_.diagnostics.report({"protocol clean-up", error.what(), ""});
   }
-  group_.finish();
+  report_.protocolId = parts_.protocol.id();
 }
 
 void ProcessingRun::purge() {
   JobDeletion deletion(environment_);
-  ArchivePurge archive(environment_, deletion);
-  group_.begin();
-  archive.run([this](std::string_view text) { parts_.events.raiseProcessInfo(text); },
-              [this] {
-                group_.endJob();
-                group_.begin();
-              });
-  group_.finish();
+  ArchivePurge archive(environment_, deletion, group_);
+  const bool complete = archive.run(
+      purgeOptions_, [this](std::string_view text) { parts_.events.raiseProcessInfo(text); },
+      [this] { return parts_.stop.requested(); });
+  if (!complete) report_.end = RunEnd::Stopped;
 }
 
 } // namespace qx

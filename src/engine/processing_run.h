@@ -1,18 +1,22 @@
 // One processing run over the staged jobs.
 #pragma once
 
+#include "engine/contract_preparation.h"
 #include "engine/event_source.h"
 #include "engine/job_marks.h"
 #include "engine/job_outcome.h"
+#include "engine/order_options.h"
 #include "engine/protocol.h"
 #include "engine/run_options.h"
 #include "engine/run_wait.h"
 #include "engine/section_runner.h"
 #include "engine/stop_signal.h"
 #include "platform/environment.h"
+#include "store/archive_purge.h"
 #include "store/work_group.h"
 
 #include <cstddef>
+#include <exception>
 #include <memory>
 #include <string>
 
@@ -43,18 +47,22 @@ public:
 
 private:
   void perform();
+  void breakOff(const std::exception& error) noexcept;
   void countWaiting();
   void createComponents();
   void initPrices();
   bool orderIsBeingReadIn();
   void readProgramVersion();
+  void readOptions();
   void resetReleasedJobs();
+  void nameReleasedJobsLeft(const std::string& reason);
   static void resetJob(JobRow& job);
   void processCustomers();
   void prepareContracts();
   void processContracts();
   void processOrders();
   bool selects(qxProcessState section) const;
+  void announceCashOnDelivery() noexcept;
   void close();
   void cleanUpProtocol();
   void purge();
@@ -65,6 +73,8 @@ private:
   bool unevaluated_;
   qxProcessState selection_;
   RunOptions options_;
+  OrderOptions orderOptions_;
+  PurgeOptions purgeOptions_;
   RunReport report_;
   MissingColumns missing_;
   RunWait wait_;
@@ -73,6 +83,8 @@ private:
   SectionRunner sections_;
   std::string programVersion_;
   std::unique_ptr<Preisfindung> prices_;
+  UnpreparedContracts unprepared_;
+  std::string cashOnDelivery_; ///< numbers of the heavy orders that are paid to the carrier
 };
 
 } // namespace qx

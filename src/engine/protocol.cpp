@@ -4,6 +4,7 @@
 #include "rules/dates.h"
 
 #include <exception>
+#include <new>
 #include <stdexcept>
 
 namespace qx {
@@ -44,7 +45,8 @@ void fillLine(Protokoll& protokoll, const ProtocolLine& line) {
 
 } // namespace
 
-Protocol::Protocol(Environment& environment) : environment_(environment), settings_(environment) {
+Protocol::Protocol(Environment& environment)
+    : environment_(environment), settings_(environment, SettingTrap::Refusals) {
   try {
     protokoll_ = environment.components.createProtokoll();
   } catch (const std::exception& error) {
@@ -55,15 +57,17 @@ Protocol::Protocol(Environment& environment) : environment_(environment), settin
 /// A run without its protocol would leave no trace of what it did, so a store that cannot go on ends it
 /// before its first job. On a host's connection that is for the host to find out.
 bool Protocol::endsTheRun(const std::exception& error) const {
+  if (dynamic_cast<const std::bad_alloc*>(&error) != nullptr) return true;
   const bool fatal = dynamic_cast<const StoreError*>(&error) != nullptr ||
-                     dynamic_cast<const InterruptedError*>(&error) != nullptr;
+                     dynamic_cast<const InterruptedError*>(&error) != nullptr ||
+                     dynamic_cast<const BusyError*>(&error) != nullptr;
   return fatal && environment_.connection && environment_.connection->ownsWork();
 }
 
-bool Protocol::create(const Show& show) {
+bool Protocol::create(const Show& show, BusyWait* wait) {
   id_.clear();
   try {
-    openOrCreate();
+    openOrCreate(wait);
     return true;
   } catch (const std::exception& error) {
     id_.clear();
@@ -73,14 +77,14 @@ bool Protocol::create(const Show& show) {
   }
 }
 
-void Protocol::openOrCreate() {
+void Protocol::openOrCreate(BusyWait* wait) {
   if (!protokoll_) throw std::runtime_error("Die Protokollkomponente fehlt.");
   if (!environment_.connection) throw std::runtime_error("Es ist keine Datenbank verbunden.");
   Connection& connection = *environment_.connection;
   const std::string today = germanDate(NowEx(environment_));
   // The protocol, its identity and its day are stored together: with a part of them the next run of the day
   // would begin a second protocol, and whoever asks for the day's protocol would miss the lines of the first.
-  JoinedUnit unit(connection);
+  JoinedUnit unit(connection, wait);
   std::string id;
   if (settings_.option("ProtoDate") == today) {
     const std::string stored = settings_.option("ProtoID");
@@ -91,9 +95,9 @@ void Protocol::openOrCreate() {
     settings_.save(applicationName, optionSection, "ProtoID", id);
   }
   settings_.save(applicationName, optionSection, "ProtoDate", today);
-  // A setting that cannot be written is skipped, but it may have taken the unit with it.
+  // A host's session may say of a lost unit only that the setting could not be written, and that is skipped.
   if (connection.ownsWork() && !connection.inWork())
-    throw StoreError("Das Protokoll konnte nicht gespeichert werden.", 0);
+    throw WorkLostError("Das Protokoll konnte nicht gespeichert werden.", 0);
   unit.commit();
   id_ = id;
 }
@@ -113,15 +117,22 @@ bool Protocol::add(const ProtocolLine& line, const Show& show) {
     if (environment_.connection->ownsWork()) throw;
     showFailure(environment_, show, lineFailure, error);
     return false;
+  } catch (const std::bad_alloc&) {
+    throw;
   } catch (const std::exception& error) {
     showFailure(environment_, show, lineFailure, error);
     return false;
   }
 }
 
-void Protocol::cleanUp() {
+void Protocol::giveUpLine(const std::exception& loss, const Show& show) {
+  showFailure(environment_, show, lineFailure, loss);
+}
+
+void Protocol::cleanUp(BusyWait* wait) {
   if (id_.empty()) return;
   Connection& connection = *environment_.connection;
+  JoinedUnit unit(connection, wait);
   const auto kept = connection.open(
       sql("SELECT * FROM Protokollpositionen WHERE ([Text0]='Auftrag' Or [Text8]='1') and ID ='"_sql,
           value(id_), "'"_sql));
@@ -130,6 +141,8 @@ void Protocol::cleanUp() {
   // it and creates another.
   connection.execute(sql("DELETE FROM Protokollpositionen WHERE ID ='"_sql, value(id_), "'"_sql));
   connection.execute(sql("DELETE FROM Protokolle WHERE ID ='"_sql, value(id_), "'"_sql));
+  unit.commit();
+  id_.clear();
 }
 
 } // namespace qx

@@ -44,18 +44,22 @@ public:
   explicit Protocol(Environment& environment);
 
   /// Makes sure that a protocol of the session's day is open; true when one is. Outside a unit of work. On a
-  /// connection of our own a store that cannot go on raises.
-  bool create(const Show& show);
+  /// connection of our own a store that cannot go on raises; `wait` decides there how long a busy database is
+  /// waited for, null for the connection's own limit.
+  bool create(const Show& show, BusyWait* wait = nullptr);
   /// Adds a line in a savepoint of its own; false when it could not be written.
   bool add(const ProtocolLine& line, const Show& show);
-  /// Deletes the open protocol unless it holds an order or a new customer.
-  void cleanUp();
+  /// Tells that a line is given up because it took the job around it along.
+  void giveUpLine(const std::exception& loss, const Show& show);
+  /// Deletes the open protocol unless it holds an order or a new customer; none is open then. Outside a unit
+  /// of work.
+  void cleanUp(BusyWait* wait);
 
   /// The identity of the open protocol, or empty.
   const std::string& id() const { return id_; }
 
 private:
-  void openOrCreate();
+  void openOrCreate(BusyWait* wait);
   bool endsTheRun(const std::exception& error) const;
 
   Environment& environment_;

@@ -1,19 +1,12 @@
 #include "engine/section_runner.h"
 
-#include "platform/german_cause.h"
-
-#include <algorithm>
 #include <cmath>
+#include <new>
 #include <stdexcept>
 #include <utility>
 
 namespace qx {
 namespace {
-
-/// The store cannot go on when even the failure of a job cannot be written down.
-[[noreturn]] void giveUp(const std::exception& error) {
-  throw StoreError("Der Fehler eines Vorgangs konnte nicht gespeichert werden: " + germanCause(error), 0);
-}
 
 std::int16_t jobTypeOf(Recordset& jobs) {
   return static_cast<std::int16_t>(jobs.value("JobType").integer().value_or(0));
@@ -28,86 +21,115 @@ void rethrowUnlessJobFailure() {
     return;
   } catch (const DatabaseError&) {
     throw;
+  } catch (const std::bad_alloc&) {
+    throw;
   } catch (const std::exception&) {
     return;
   }
 }
 
 void SectionRunner::run(const Section& section, const Sql& query, const Handler& handler) {
-  parts_.events.raiseProcessInfo(section.info);
+  // A section that takes nothing any more only counts what it leaves.
+  if (!parts_.stop.requested()) parts_.events.raiseProcessInfo(section.info);
   const auto jobs = parts_.environment.connection->openKeyset(query);
   const std::size_t count = jobs->recordCount();
   progressRaised_ = 0;
-  std::size_t groupStart = 0;  // the first job of the open group
-  std::size_t aloneBefore = 0; // jobs before this place are committed one by one
-  std::size_t at = 0;
-  while (at < count && !parts_.stop.requested()) {
-    try {
-      parts_.group.begin();
-      jobs->moveTo(at);
-      // Passed over: deleted, or taken to another state by someone else since the section was opened.
-      if (jobs->resync() && section.takes(jobTypeOf(*jobs))) {
-        JobRow job(*jobs, parts_.missing);
-        processJob(section, job, handler);
-      }
-      ++at;
-      raiseProgress(at, count);
-      if (parts_.group.endJob(at <= aloneBefore)) groupStart = at;
-    } catch (const WorkLostError& error) {
-      parts_.group.abandon();
-      if (groupStart == at) {
-        jobs->moveTo(at);
-        markLostJob(section, *jobs, error.what());
-        groupStart = ++at;
-        raiseProgress(at, count);
-      } else {
-        aloneBefore = std::max(aloneBefore, at + 1);
-        at = groupStart;
-      }
-    } catch (const InterruptedError&) {
-      parts_.group.abandon();
-      if (!parts_.stop.requested()) throw;
-      at = groupStart;
-    } catch (const BusyError&) {
-      // The wait for the database ends when the run is stopped.
-      if (!parts_.stop.requested()) throw;
-    }
-  }
-  parts_.group.finish();
-  parts_.report.stillWaiting += count - at;
+  attempt_ = {};
+  const std::size_t taken = parts_.group.takeAll(count, {[&](std::size_t at) {
+                                                           take(section, *jobs, at, handler);
+                                                           raiseProgress(at + 1, count);
+                                                         },
+                                                         [&](std::size_t at, const WorkLostError& loss) {
+                                                           if (takesAgain(loss)) return true;
+                                                           leave(*jobs, at, loss);
+                                                           raiseProgress(at + 1, count);
+                                                           return false;
+                                                         },
+                                                         [&] { return parts_.stop.requested(); }});
+  parts_.report.stillWaiting += count - taken;
 }
 
-void SectionRunner::processJob(const Section& section, JobRow& job, const Handler& handler) {
-  JobResult result;
+void SectionRunner::take(const Section& section, Recordset& jobs, std::size_t at, const Handler& handler) {
+  if (attempt_.at != at) {
+    attempt_ = {};
+    attempt_.at = at;
+  }
+  attempt_.step = Step::Writing;
+  jobs.moveTo(at);
+  // Passed over: deleted, or taken to another state by someone else since the section was opened.
+  if (!jobs.resync() || !section.takes(jobTypeOf(jobs))) return;
+  const auto result = attempt_.writing ? markFailed(section, jobs, attempt_.writing->what())
+                                       : processJob(section, jobs, handler);
+  if (result && !result->leftOut) {
+    parts_.group.requireWork();
+    logJob(JobRow(jobs, parts_.missing), *result);
+  }
+  attempt_.step = Step::Committing;
+}
+
+/// Nothing when the job disappeared meanwhile.
+std::optional<JobResult> SectionRunner::processJob(const Section& section, Recordset& jobs,
+                                                   const Handler& handler) {
+  JobRow job(jobs, parts_.missing);
   try {
-    result = handler(job);
+    return handler(job);
   } catch (const std::exception& error) {
     rethrowUnlessJobFailure();
-    job.cancelUpdate();
+    parts_.group.requireWork();
     parts_.environment.diagnostics.report({"processing of a job", error.what(), job.text("JobID")});
-    try {
-      parts_.marks.markJobError(job, error.what());
-    } catch (const StatementError& second) {
-      giveUp(second);
-    }
-    result = refused(section, job, statusError);
+    return markFailed(section, jobs, error.what());
   }
-  if (!result.leftOut) logJob(job, result);
 }
 
-/// The job took its unit with it when it was alone; only its failure is written, in a unit of its own.
-void SectionRunner::markLostJob(const Section& section, Recordset& jobs, const std::string& reason) {
-  parts_.group.begin();
-  if (jobs.resync()) {
-    JobRow job(jobs, parts_.missing);
-    try {
-      parts_.marks.markJobError(job, reason);
-      logJob(job, refused(section, job, statusError));
-    } catch (const DatabaseError& error) {
-      giveUp(error);
-    }
+/// Marks the job at hand as failed. One that is no longer there is passed over; a refusal takes the unit
+/// back, for the job has not been told apart from one that was processed.
+std::optional<JobResult> SectionRunner::markFailed(const Section& section, Recordset& jobs,
+                                                   const std::string& reason) {
+  attempt_.step = Step::Marking;
+  JobRow job(jobs, parts_.missing);
+  job.cancelUpdate();
+  // What its failure undid still stands in the values that were read before.
+  if (!jobs.resync()) {
+    parts_.environment.diagnostics.report(
+        {"processing of a job", "a job was deleted while it was processed; it is passed over", ""});
+    return std::nullopt;
   }
-  parts_.group.endJob(true);
+  try {
+    parts_.marks.markJobError(job, reason);
+  } catch (const StatementError& refusal) {
+    parts_.group.abandon();
+    throw WorkLostError(refusal.what(), refusal.nativeCode());
+  }
+  return refused(section, job, statusError);
+}
+
+/// What lost the unit is given up; false when there is nothing left that could be.
+bool SectionRunner::takesAgain(const WorkLostError& loss) {
+  switch (attempt_.step) {
+  case Step::Logging:
+    attempt_.line = loss;
+    return true;
+  case Step::Indexing:
+    attempt_.index = loss;
+    return true;
+  case Step::Writing:
+  case Step::Committing:
+    if (attempt_.writing) return false;
+    attempt_.writing = loss;
+    return true;
+  case Step::Marking:
+    break;
+  }
+  return false;
+}
+
+void SectionRunner::leave(Recordset& jobs, std::size_t at, const WorkLostError& loss) {
+  jobs.moveTo(at);
+  if (!jobs.resync()) return;
+  const std::string jobId = JobRow(jobs, parts_.missing).text("JobID");
+  parts_.environment.diagnostics.report(
+      {"marking of a job", std::string("the job is left waiting: ") + loss.what(), jobId});
+  parts_.report.leave(jobId, loss.what());
 }
 
 /// Protocol line, then address index. Neither takes the job's result back.
@@ -115,10 +137,7 @@ void SectionRunner::logJob(const JobRow& job, const JobResult& result) {
   JobOutcome outcome{job.text("JobID"),  std::string(result.line.process),
                      result.line.number, std::string(result.line.status),
                      job.jobType(),      job.text("Fehlertext")};
-  const auto show = [this](const Message& message) {
-    parts_.group.afterCommit([this, message] { parts_.environment.desktop.show(message); });
-  };
-  bool logged = parts_.protocol.add(result.line, show);
+  bool logged = addLine(result.line);
   if (!result.indexedCustomer.empty() && !indexCustomer(result.indexedCustomer, outcome.jobId))
     logged = false;
   parts_.group.afterCommit([this, logged, outcome = std::move(outcome)] {
@@ -128,7 +147,24 @@ void SectionRunner::logJob(const JobRow& job, const JobResult& result) {
   });
 }
 
+bool SectionRunner::addLine(const ProtocolLine& line) {
+  const auto show = [this](const Message& message) {
+    parts_.group.afterCommit([this, message] { parts_.environment.desktop.show(message); });
+  };
+  if (attempt_.line) {
+    parts_.protocol.giveUpLine(*attempt_.line, show);
+    return false;
+  }
+  attempt_.step = Step::Logging;
+  return parts_.protocol.add(line, show);
+}
+
 bool SectionRunner::indexCustomer(std::string_view customer, std::string_view jobId) {
+  if (attempt_.index) {
+    parts_.environment.diagnostics.report({"address index", attempt_.index->what(), jobId});
+    return false;
+  }
+  attempt_.step = Step::Indexing;
   try {
     if (!addressIndex_) throw std::runtime_error("there is no address index component");
     Savepoint part(*parts_.environment.connection);

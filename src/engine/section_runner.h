@@ -15,6 +15,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -50,8 +51,10 @@ struct JobResult {
 /// but a refused statement. To be called inside a handler.
 void rethrowUnlessJobFailure();
 
-/// Takes jobs in groups of units of work. A group that is lost is taken again job by job, and the job that
-/// loses its unit when it is alone is marked as failed in a unit of its own.
+/// Takes jobs in groups of units of work. A group that is lost is taken again job by job. Of the job that
+/// loses its unit when it is alone the part that lost it is given up: its writing, then it is marked as
+/// failed; its protocol line or index entry, then it stands without. One that cannot even be marked is left
+/// waiting and named; the run goes on behind it.
 class SectionRunner {
 public:
   using Handler = std::function<JobResult(JobRow&)>;
@@ -77,14 +80,31 @@ public:
   static JobResult refused(const Section& section, const JobRow& job, std::string_view status);
 
 private:
-  void processJob(const Section& section, JobRow& job, const Handler& handler);
-  void markLostJob(const Section& section, Recordset& jobs, const std::string& reason);
+  /// What a job was at when its unit was lost.
+  enum class Step : std::uint8_t { Writing, Marking, Logging, Indexing, Committing };
+
+  /// What is given up of the job at hand, and the loss that made it so.
+  struct Attempt {
+    std::size_t at = static_cast<std::size_t>(-1); ///< the job's place
+    Step step = Step::Writing;
+    std::optional<WorkLostError> writing;
+    std::optional<WorkLostError> line;
+    std::optional<WorkLostError> index;
+  };
+
+  void take(const Section& section, Recordset& jobs, std::size_t at, const Handler& handler);
+  std::optional<JobResult> processJob(const Section& section, Recordset& jobs, const Handler& handler);
+  std::optional<JobResult> markFailed(const Section& section, Recordset& jobs, const std::string& reason);
+  bool takesAgain(const WorkLostError& loss);
+  void leave(Recordset& jobs, std::size_t at, const WorkLostError& loss);
   void logJob(const JobRow& job, const JobResult& result);
+  bool addLine(const ProtocolLine& line);
   bool indexCustomer(std::string_view customer, std::string_view jobId);
   void raiseProgress(std::size_t position, std::size_t count);
 
   Parts parts_;
   std::unique_ptr<Adressindex> addressIndex_;
+  Attempt attempt_;
   std::size_t progressRaised_ = 0;
 };
 

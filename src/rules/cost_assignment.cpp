@@ -54,11 +54,13 @@ std::int16_t CostAssignment::ruleOf(std::string_view documentKind) const {
   std::string_view key; // an unknown kind reads an empty key, for which nothing is set
   for (const DocumentKind& kind : documentKinds)
     if (equalCodes(kind.code, documentKind)) key = kind.key;
-  return settingToInt16(Settings(environment_).getShared(section, key, "0")).value_or(0);
+  return settingToInt16(Settings(environment_, SettingTrap::Refusals).getShared(section, key, "0"))
+      .value_or(0);
 }
 
 void CostAssignment::showMissing(std::string_view labelKey, std::string_view fallback) const {
-  const std::string label = Settings(environment_).getShared(section, labelKey, fallback);
+  const std::string label =
+      Settings(environment_, SettingTrap::Refusals).getShared(section, labelKey, fallback);
   environment_.desktop.show(
       {"Fehlende Zuordnung für " + label + "!", "Kostenzuordnung fehlt!", MessageIcon::Exclamation});
 }

@@ -23,7 +23,7 @@ Connection& TaxRules::connection() const {
 }
 
 std::string TaxRules::changeDate() const {
-  return Settings(environment_).getShared("Allgemein", "DatumMwStÄnderung", "");
+  return Settings(environment_, SettingTrap::Refusals).getShared("Allgemein", "DatumMwStÄnderung", "");
 }
 
 std::int16_t TaxRules::GetSteuerschlüssel(std::string_view MwStKZKunde, std::string_view MwStKZArtikel,

@@ -1,6 +1,9 @@
 #include "settings/settings.h"
 
+#include "platform/database_error.h"
+
 #include <exception>
+#include <new>
 #include <stdexcept>
 
 namespace qx {
@@ -15,15 +18,11 @@ std::string describe(std::string_view store, std::string_view section, std::stri
   return text;
 }
 
-/// Runs one access and skips it when it fails; null then.
-template <class Access>
-std::optional<std::string> trapped(Diagnostics& diagnostics, const std::string& where, Access&& access) {
-  try {
-    return access();
-  } catch (const std::exception& failure) {
-    diagnostics.report({where, failure.what(), {}});
-    return std::nullopt;
-  }
+/// Whether the store itself cannot go on, so that it is not this one setting that is missing.
+bool endsTheRun(const std::exception& failure) {
+  if (dynamic_cast<const std::bad_alloc*>(&failure) != nullptr) return true;
+  return dynamic_cast<const DatabaseError*>(&failure) != nullptr &&
+         dynamic_cast<const StatementError*>(&failure) == nullptr;
 }
 
 Session& connectedSession(const Environment& environment) {
@@ -33,6 +32,18 @@ Session& connectedSession(const Environment& environment) {
 
 } // namespace
 
+/// Runs one access; null when it failed and that is skipped.
+template <class Access>
+std::optional<std::string> Settings::trapped(const std::string& where, Access&& access) const {
+  try {
+    return access();
+  } catch (const std::exception& failure) {
+    environment_.diagnostics.report({where, failure.what(), {}});
+    if (trap_ == SettingTrap::Nothing || (trap_ == SettingTrap::Refusals && endsTheRun(failure))) throw;
+    return std::nullopt;
+  }
+}
+
 std::string Settings::get(std::string_view application, std::string_view section, std::string_view key,
                           bool local) const {
   return read(application, section, key, local).value_or("");
@@ -41,22 +52,22 @@ std::string Settings::get(std::string_view application, std::string_view section
 std::optional<std::string> Settings::read(std::string_view application, std::string_view section,
                                           std::string_view key, bool local) const {
   if (local)
-    return trapped(environment_.diagnostics, describe("local", section, key, "read"),
+    return trapped(describe("local", section, key, "read"),
                    [&] { return environment_.localSettings.read(application, section, key); });
-  return trapped(environment_.diagnostics, describe("shared", section, key, "read"),
+  return trapped(describe("shared", section, key, "read"),
                  [&] { return connectedSession(environment_).GetSetting(section, key, std::nullopt); });
 }
 
 std::string Settings::getShared(std::string_view section, std::string_view key,
                                 std::string_view fallback) const {
-  return trapped(environment_.diagnostics, describe("shared", section, key, "read"),
+  return trapped(describe("shared", section, key, "read"),
                  [&] { return connectedSession(environment_).GetSetting(section, key, fallback); })
       .value_or("");
 }
 
 void Settings::save(std::string_view application, std::string_view section, std::string_view key,
                     std::string_view setting, bool local) const {
-  trapped(environment_.diagnostics, describe(local ? "local" : "shared", section, key, "written"), [&] {
+  trapped(describe(local ? "local" : "shared", section, key, "written"), [&] {
     if (local)
       environment_.localSettings.write(application, section, key, setting);
     else

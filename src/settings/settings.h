@@ -18,11 +18,19 @@ inline constexpr std::string_view runApplicationName = "ImportJob";
 /// The section of the component's options.
 inline constexpr std::string_view optionSection = "ImportJob2";
 
-/// Reads and writes settings as texts. Failures of either store are skipped: a failed read gives "", a failed
+/// Which failures of a store are skipped. What is not reaches the caller.
+enum class SettingTrap : std::uint8_t {
+  Everything,
+  Refusals, ///< all but a store that itself cannot go on (disk, damage, a lost unit of work) or memory
+  Nothing,
+};
+
+/// Reads and writes settings as texts. Of the failures that are skipped a failed read gives "", a failed
 /// write is lost; both are told to the diagnostics.
 class Settings {
 public:
-  explicit Settings(Environment& environment) : environment_(environment) {}
+  explicit Settings(Environment& environment, SettingTrap trap = SettingTrap::Everything)
+      : environment_(environment), trap_(trap) {}
 
   /// A shared value, whatever the application name; a local one when `local` is true.
   std::string get(std::string_view application, std::string_view section, std::string_view key,
@@ -46,7 +54,11 @@ public:
   bool customerSpecific() const;
 
 private:
+  template <class Access>
+  std::optional<std::string> trapped(const std::string& where, Access&& access) const;
+
   Environment& environment_;
+  SettingTrap trap_;
 };
 
 } // namespace qx

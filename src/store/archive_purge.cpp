@@ -1,36 +1,50 @@
 #include "store/archive_purge.h"
 
-#include "settings/settings.h"
-
 #include <array>
 
 namespace qx {
 namespace {
 
 struct Pass {
-  std::string_view setting;
+  bool PurgeOptions::*isOn;
   std::string_view text;
   Sql (*selection)();
 };
 
 constexpr std::array passes{
-    Pass{"KundeDelete", "Archivdaten werden gelöscht (Kunden)",
+    Pass{&PurgeOptions::customers, "Archivdaten werden gelöscht (Kunden)",
          [] { return sql("Select JobID From ImportKopf Where JobType = '13' "_sql); }},
-    Pass{"VTDelete", "Archivdaten werden gelöscht (Verträge)",
+    Pass{&PurgeOptions::contracts, "Archivdaten werden gelöscht (Verträge)",
          [] { return sql("Select JobID From ImportKopf Where JobType = '43' "_sql); }},
-    Pass{"AuftragDelete", "Archivdaten werden gelöscht (Aufträge)",
+    Pass{&PurgeOptions::orders, "Archivdaten werden gelöscht (Aufträge)",
          [] { return sql("Select JobID From ImportKopf Where JobType = '33' "_sql); }},
 };
 
 } // namespace
 
-void ArchivePurge::run(const Progress& progress, const AfterJob& afterJob) {
-  const Settings settings(environment_);
+PurgeOptions PurgeOptions::read(const Settings& settings) {
+  return {settings.isOn("KundeDelete"), settings.isOn("VTDelete"), settings.isOn("AuftragDelete")};
+}
+
+bool ArchivePurge::run(const PurgeOptions& options, const Progress& progress, const Stopped& stopped) {
   for (const Pass& pass : passes) {
-    if (!settings.isOn(pass.setting)) continue;
-    if (progress) progress(pass.text);
-    deletion_.deleteDone(deletion_.jobIds(pass.selection()), afterJob);
+    if (!(options.*pass.isOn)) continue;
+    if (stopped()) return false;
+    progress(pass.text);
+    if (!removeAll(deletion_.jobIds(pass.selection()), stopped)) return false;
   }
+  return true;
+}
+
+bool ArchivePurge::removeAll(const std::vector<std::string>& jobIds, const Stopped& stopped) {
+  const std::size_t taken =
+      group_.takeAll(jobIds.size(), {[&](std::size_t at) { deletion_.deleteDone(jobIds[at]); },
+                                     [&](std::size_t at, const WorkLostError& loss) {
+                                       environment_.diagnostics.report({"purge", loss.what(), jobIds[at]});
+                                       return false;
+                                     },
+                                     stopped});
+  return taken == jobIds.size();
 }
 
 } // namespace qx

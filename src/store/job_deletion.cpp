@@ -114,9 +114,13 @@ std::vector<std::string> JobDeletion::doneBefore(const Date& date) {
 
 void JobDeletion::deleteDone(const std::vector<std::string>& jobIds, const AfterJob& afterJob) {
   for (const std::string& jobId : jobIds) {
-    inUnit([&] { return isDone(jobId) ? deleteRows(jobId) : 0; });
+    deleteDone(jobId);
     if (afterJob) afterJob();
   }
+}
+
+void JobDeletion::deleteDone(std::string_view jobId) {
+  inUnit([&] { return isDone(jobId) ? deleteRows(jobId) : 0; });
 }
 
 /// Another program may have staged the job afresh since its key was read.

@@ -34,6 +34,8 @@ public:
   std::vector<std::string> doneBefore(const Date& date);
   /// Deletes them.
   void deleteDoneBefore(const Date& date, const AfterJob& afterJob = {});
+  /// Deletes the job of this key if it still is done.
+  void deleteDone(std::string_view jobId);
   /// Deletes the jobs of these keys that still are done when their turn comes.
   void deleteDone(const std::vector<std::string>& jobIds, const AfterJob& afterJob = {});
 

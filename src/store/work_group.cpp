@@ -1,5 +1,6 @@
 #include "store/work_group.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace qx {
@@ -13,9 +14,7 @@ void WorkGroup::begin() {
 }
 
 bool WorkGroup::endJob(bool alone) {
-  // Whoever met the failure that took the unit along may have passed over it.
-  if (open_ && environment_.connection->ownsWork() && !environment_.connection->inWork())
-    throw WorkLostError("the database has rolled the unit of work back", 0);
+  requireWork();
   ++jobs_;
   const bool old = environment_.clock.elapsed() - begunAt_ >= oldAt;
   if (!alone && !old && jobs_ < fullAt_ && environment_.connection->ownsWork()) return false;
@@ -25,13 +24,64 @@ bool WorkGroup::endJob(bool alone) {
 
 void WorkGroup::finish() {
   if (!open_) return;
-  environment_.connection->commitWork();
+  requireWork();
+  try {
+    environment_.connection->commitWork();
+  } catch (const StatementError& refusal) {
+    // Checks that the database puts off to the commit end the unit, not a statement.
+    throw WorkLostError(refusal.what(), refusal.nativeCode());
+  }
   open_ = false;
   heldSinceGap_ += environment_.clock.elapsed() - begunAt_;
   const auto promises = std::exchange(promises_, {});
   for (const auto& promise : promises) promise();
   environment_.desktop.yield();
   leaveGap();
+}
+
+/// Someone may have trapped the error that told of the loss; what follows would be written without a unit.
+void WorkGroup::requireWork() const {
+  const Connection& connection = *environment_.connection;
+  if (open_ && connection.ownsWork() && !connection.inWork())
+    throw WorkLostError("Die Datenbank hat die Änderungen zurückgenommen.", 0);
+}
+
+std::size_t WorkGroup::takeAll(std::size_t count, const JobWalk& walk) {
+  std::size_t groupStart = 0;  // the first job of the open group
+  std::size_t aloneBefore = 0; // jobs before this place are committed one by one
+  std::size_t at = 0;
+  const auto stoppedAtGroup = [&] {
+    abandon();
+    at = groupStart;
+    return walk.stopped();
+  };
+  while (at < count && !walk.stopped()) {
+    try {
+      begin();
+      walk.take(at);
+      const bool committed = endJob(at < aloneBefore || at + 1 == count);
+      ++at;
+      if (committed) groupStart = at;
+    } catch (const WorkLostError& loss) {
+      abandon();
+      aloneBefore = std::max(aloneBefore, at + 1);
+      if (at != groupStart)
+        at = groupStart;
+      else if (!walk.lost(at, loss))
+        groupStart = ++at;
+    } catch (const InterruptedError&) {
+      if (!stoppedAtGroup()) throw;
+    } catch (const BusyError&) {
+      if (!stoppedAtGroup()) throw;
+    }
+  }
+  try {
+    finish();
+  } catch (const WorkLostError&) {
+    // Only after a stop is something open here; what was lost waits for the next run.
+    stoppedAtGroup();
+  }
+  return at;
 }
 
 /// A program that waits for the database polls it about every 2 ms, so a gap of 5 ms lets it in.

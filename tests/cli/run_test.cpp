@@ -4,6 +4,7 @@
 #include "erp/process_identity.h"
 
 #include <csignal>
+#include <fstream>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
@@ -34,6 +35,42 @@ std::string identityOfADeadProcess() {
   if (length != static_cast<ssize_t>(identity.size())) throw std::runtime_error("no identity");
   return identity;
 }
+
+/// While it lives the first pages of a table and of its indexes cannot be read.
+class DamagedTable {
+public:
+  DamagedTable(TestErp& erp, std::string_view table) : file_(erp.file) {
+    pageSize_ = static_cast<std::size_t>(erp.count(sql("PRAGMA page_size"_sql)));
+    for (const auto& row :
+         erp.rows(sql("Select rootpage From sqlite_master Where tbl_name = '"_sql, value(table), "'"_sql)))
+      if (const auto page = row[0].integer().value_or(0); page > 1) pages_.push_back(page - 1);
+    erp.execute(sql("PRAGMA wal_checkpoint(TRUNCATE)"_sql));
+    std::ifstream file(file_, std::ios::binary);
+    for (const std::int64_t page : pages_) {
+      sound_.emplace_back(pageSize_, ' ');
+      file.seekg(page * static_cast<std::int64_t>(pageSize_));
+      file.read(sound_.back().data(), static_cast<std::streamsize>(pageSize_));
+    }
+    write(std::vector<std::string>(pages_.size(), std::string(pageSize_, '\xFF')));
+  }
+  DamagedTable(const DamagedTable&) = delete;
+  DamagedTable& operator=(const DamagedTable&) = delete;
+  ~DamagedTable() { write(sound_); }
+
+private:
+  void write(const std::vector<std::string>& contents) const {
+    std::fstream file(file_, std::ios::in | std::ios::out | std::ios::binary);
+    for (std::size_t i = 0; i < pages_.size(); ++i) {
+      file.seekp(pages_[i] * static_cast<std::int64_t>(pageSize_));
+      file << contents[i];
+    }
+  }
+
+  std::string file_;
+  std::size_t pageSize_ = 0;
+  std::vector<std::int64_t> pages_;
+  std::vector<std::string> sound_;
+};
 
 class Run : public ProgramTest {
 protected:
@@ -76,6 +113,58 @@ TEST_F(Run, TellsEveryJobItsCountsAndItsProtocol) {
   EXPECT_TRUE(document["seconds"].is_number());
   EXPECT_FALSE(document.contains("stopped"));
   EXPECT_EQ(run({"process", "--json"}).json()["jobs"], Json::array());
+}
+
+TEST_F(Run, NamesAJobThatTheDatabaseRefusesToMarkAndProcessesTheOthers) {
+  stageCustomers(3);
+  ASSERT_EQ(stage(R"({"type":"Kunde","JobID":"fest","Kundennummer":"K2","Bez1":"Firma"})").status, 0);
+  erp.execute(sql("CREATE TRIGGER freeze BEFORE UPDATE ON ImportKopf WHEN new.JobID = 'fest' "
+                  "BEGIN SELECT RAISE(ABORT, 'Vorgang gesperrt'); END"_sql));
+  const ProgramResult result = run({"process", "--json"});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(result.json()["counts"], Json::parse(R"({"processed":3,"done":3,"warning":0,"error":0})"));
+  EXPECT_EQ(result.json()["left"], Json::parse(R"([{"JobID":"fest","Reason":"Vorgang gesperrt"}])"));
+  const ProgramResult text = run({"process"});
+  EXPECT_EQ(text.status, 1);
+  EXPECT_NE(text.output.find("1 jobs are left as they were, because the database refuses to change them:\n"
+                             "  fest: Vorgang gesperrt\n"),
+            std::string::npos)
+      << text.output;
+  erp.execute(sql("Drop Trigger freeze"_sql));
+  EXPECT_EQ(run({"process"}).status, 0);
+  EXPECT_EQ(show("fest")["JobType"], 13);
+  EXPECT_EQ(erp.count(sql("Select Count(*) From Protokollpositionen"_sql)), 4);
+}
+
+TEST_F(Run, EndsBeforeItsFirstJobWhenAPageOfItsOptionsIsDamaged) {
+  erp.setOption("AutomatischVerarbeiten", "1");
+  stageCustomers(1);
+  {
+    const DamagedTable options(erp, "Einstellungen");
+    const ProgramResult broken = run({"process"});
+    EXPECT_EQ(broken.status, 4);
+    EXPECT_NE(broken.messages.find("The run broke off: "), std::string::npos) << broken.messages;
+    EXPECT_NE(broken.messages.find("malformed"), std::string::npos) << broken.messages;
+    for (const std::vector<std::string>& read :
+         {std::vector<std::string>{"settings", "get", "ImportJob2", "AutomatischVerarbeiten"},
+          {"settings", "list"}}) {
+      const ProgramResult refused = run(read);
+      EXPECT_EQ(refused.status, 4);
+      EXPECT_EQ(refused.output, "");
+      EXPECT_NE(refused.messages.find("malformed"), std::string::npos) << refused.messages;
+    }
+  }
+  EXPECT_EQ(listed({"--state", "waiting"}).size(), 1U) << "nothing was written without its options";
+  EXPECT_EQ(run({"process"}).status, 0);
+}
+
+TEST_F(Run, TakesOptionsWhoseTableIsMissingAsNotGiven) {
+  stageCustomers(1);
+  erp.execute(sql("Drop Table Einstellungen"_sql));
+  EXPECT_EQ(run({"process"}).status, 0);
+  const ProgramResult refused = run({"settings", "get", "ImportJob2", "AutomatischVerarbeiten"});
+  EXPECT_EQ(refused.status, 4);
+  EXPECT_EQ(refused.messages, "qximportjob: no such table: Einstellungen\n");
 }
 
 TEST_F(Run, WritesParkedJobsWhenItIsToldNotToCheck) {
@@ -192,15 +281,17 @@ TEST_F(Run, ASecondSignalEndsAStatementThatNeverEnds) {
 
 TEST_F(Run, ClosesItsDocumentWhenTheStoreFails) {
   stageCustomers(2);
-  erp.execute(sql(
-      "Create Trigger Weg After Update On ImportKopf Begin Select Raise(Rollback, 'Platte voll'); End"_sql));
-  const ProgramResult result = run({"process", "--json"});
-  EXPECT_EQ(result.status, 4);
-  const Json document = result.json();
-  EXPECT_EQ(document["counts"]["processed"], 0);
-  EXPECT_NE(document["error"].get<std::string>().find("Platte voll"), std::string::npos);
+  {
+    const DamagedTable customers(erp, "Kundenstamm");
+    const ProgramResult result = run({"process", "--json"});
+    EXPECT_EQ(result.status, 4);
+    const Json document = result.json();
+    EXPECT_EQ(document["counts"]["processed"], 0);
+    EXPECT_NE(document["error"].get<std::string>().find("malformed"), std::string::npos);
+  }
   EXPECT_EQ(listed({"--state", "waiting"}).size(), 2U);
   EXPECT_EQ(erp.count(sql("Select Count(*) From LockControl"_sql)), 0);
+  EXPECT_EQ(run({"process", "--json"}).json()["counts"]["done"], 2);
 }
 
 TEST_F(Run, CountsProtocolLinesThatCouldNotBeWritten) {

@@ -69,6 +69,77 @@ TEST_F(CustomerJobs, MissingCodesAreCreatedOnceWhenTheOptionsAllow) {
   EXPECT_EQ(customer("70001", "Bankleitzahl"), Value("99000000"));
 }
 
+TEST_F(CustomerJobs, EachOptionCreatesItsOwnKindOfCodeAndNoOther) {
+  const std::string noGroup =
+      "Die Kundengruppe: 'GX' wurde noch nicht angelegt.\r\n"
+      "Um automatisch die Kundengruppe anzulegen, stellen Sie dies bitte in den Optionen ein.";
+  const std::string noRep =
+      "Der Vertreter: 'V9' wurde noch nicht angelegt.\r\n"
+      "Um automatisch den Vertreter anzulegen, stellen Sie dies bitte in den Optionen ein.";
+  const std::string noPayment =
+      "Die Zahlungsart: 'ZX' wurde noch nicht angelegt.\r\n"
+      "Um automatisch die Zahlungsart anzulegen, stellen Sie dies bitte in den Optionen ein.";
+  const std::string noBank =
+      "Die Bankleitzahl: '99000000' wurde noch nicht angelegt.\r\n"
+      "Um automatisch die Bankleitzahl anzulegen, stellen Sie dies bitte in den Optionen ein.";
+  const std::string next = "\r\n";
+  struct Case {
+    const char* on;
+    std::string created; ///< rows of the code in groups, reps, payment methods and banks
+    std::string reasons;
+  };
+  for (const Case& each : {Case{"", "0000", noGroup + next + noRep + next + noPayment + next + noBank},
+                           {"KundenKundengruppe", "1000", noRep + next + noPayment + next + noBank},
+                           {"KundenVertreter", "0100", noGroup + next + noPayment + next + noBank},
+                           {"KundenZahlungsart", "0010", noGroup + next + noRep + next + noBank},
+                           {"KundenBankleitzahl", "0001", noGroup + next + noRep + next + noPayment}}) {
+    for (const char* option :
+         {"KundenKundengruppe", "KundenVertreter", "KundenZahlungsart", "KundenBankleitzahl"})
+      erp.setOption(option, std::string_view(option) == each.on ? "1" : "0");
+    connection().execute(sql("Delete From ImportKopf"_sql));
+    stageCustomer("J1", "70001", [](KundeFields& job) {
+      job.Kundengruppe = "GX";
+      job.Vertreter1 = "V9";
+      job.Zahlungsart = "ZX";
+      job.BLZ = "99000000";
+    });
+    run();
+    EXPECT_EQ(jobType("J1"), 12) << each.on;
+    EXPECT_EQ(reasons("J1"), each.reasons) << each.on;
+    EXPECT_EQ(
+        std::to_string(connection().execute(sql("Delete From Kundengruppen Where Kundengruppe = 'GX'"_sql))) +
+            std::to_string(connection().execute(sql("Delete From Vertreter Where VertreterNr = 'V9'"_sql))) +
+            std::to_string(
+                connection().execute(sql("Delete From Zahlungsarten Where Zahlungsart = 'ZX'"_sql))) +
+            std::to_string(
+                connection().execute(sql("Delete From Kreditinstitute Where Bankleitzahl = '99000000'"_sql))),
+        each.created)
+        << each.on;
+  }
+  EXPECT_EQ(count(sql("Select Count(*) From Kundenstamm"_sql)), 0);
+}
+
+TEST_F(CustomerJobs, OnlyItsOwnOptionsLetARunCheckAndCompareAddresses) {
+  stageCustomer("J0", "70001", [](KundeFields& job) { job.Strasse = "Kai 1"; });
+  run();
+  struct Case {
+    const char* automatic;
+    const char* compare;
+    std::int16_t jobType;
+  };
+  // A changed street is a finding of the comparison, and findings park only in automatic mode.
+  for (const Case& each : {Case{"0", "1", 13}, {"1", "1", 11}, {"1", "0", 13}}) {
+    erp.setOption("AutomatischVerarbeiten", each.automatic);
+    erp.setOption("KundeAdressProof", each.compare);
+    connection().execute(sql("Update Kundenstamm Set Strasse = 'Kai 1'"_sql));
+    stageCustomer("J1", "70001", [](KundeFields& job) { job.Strasse = "Kai 2"; });
+    run();
+    EXPECT_EQ(jobType("J1"), each.jobType) << each.automatic << each.compare;
+    EXPECT_EQ(customer("70001", "Strasse"), Value(each.jobType == 13 ? "Kai 2" : "Kai 1"));
+    connection().execute(sql("Delete From ImportKopf"_sql));
+  }
+}
+
 TEST_F(CustomerJobs, CodesThatWereCreatedStayWhenALaterCheckFailsTheJob) {
   erp.setOption("KundenKundengruppe", "1");
   stageCustomer("J1", "70001", [](KundeFields& job) {

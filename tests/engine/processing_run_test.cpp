@@ -16,8 +16,8 @@ namespace {
 
 using ::testing::Contains;
 using ::testing::ElementsAre;
-using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using ::testing::Not;
 using ::testing::StartsWith;
 
 class Run : public EngineTest {
@@ -185,23 +185,6 @@ TEST_F(Run, AStoreThatFailsWhileTheProtocolIsMadeEndsTheRunBeforeItsFirstJob) {
   EXPECT_EQ(protocolLines(), 2);
 }
 
-TEST_F(Run, WhenEvenTheFailureCannotBeWrittenTheGroupIsRolledBackAndTheRunEnds) {
-  stageMany(120);
-  connection().execute(sql("CREATE TRIGGER freeze BEFORE UPDATE ON ImportKopf WHEN new.JobID = 'J110' "
-                           "BEGIN SELECT RAISE(ABORT, 'Vorgang gesperrt'); END"_sql));
-  EXPECT_FALSE(run());
-  EXPECT_EQ(engine.lastRun().end, RunEnd::Broken);
-  EXPECT_THAT(engine.lastRun().failure, HasSubstr("Vorgang gesperrt"));
-  EXPECT_EQ(erp.desktop.shown.back().text,
-            "Fehler bei der Verarbeitung: Der Fehler eines Vorgangs konnte nicht gespeichert werden: Die "
-            "Datenbank hat das abgelehnt. (Vorgang gesperrt)");
-  EXPECT_EQ(done(), 100) << "the first group is durable, the second still waits";
-  EXPECT_EQ(engine.lastRun().done, 100U);
-  EXPECT_EQ(outcomes.size(), 100U);
-  EXPECT_EQ(protocolLines(), 100);
-  EXPECT_FALSE(connection().inWork());
-}
-
 TEST_F(Run, AnObserverThatRaisesStopsNothing) {
   stageMany(2);
   events.onInfo = [](std::string_view) { throw std::runtime_error("Beobachter"); };
@@ -220,6 +203,7 @@ TEST_F(Run, AStopEndsTheRunAfterTheCurrentJobWithoutPurge) {
   EXPECT_EQ(engine.lastRun().end, RunEnd::Stopped);
   EXPECT_EQ(done(), 4);
   EXPECT_EQ(engine.lastRun().stillWaiting, 6U);
+  EXPECT_THAT(events.infos, Not(Contains("Aufträge werden verarbeitet..."))) << "nothing more is taken";
   EXPECT_TRUE(run()) << "the request is gone with the run that it stopped";
   EXPECT_EQ(count(sql("Select Count(*) From ImportKopf"_sql)), 0) << "the purge ran this time";
 }
@@ -267,6 +251,11 @@ TEST_F(Run, InTheInstallationsOwnModeAProtocolOfChangesOnlyIsRemoved) {
   stageCustomer("J2", "70001");
   run();
   EXPECT_EQ(count(sql("Select Count(*) From Protokolle"_sql)), 0);
+  EXPECT_EQ(engine.lastRun().protocolId, "");
+  engine.AddProtocolColumn("Kunden", "70001", "Erledigt", "24.11.2026", "");
+  EXPECT_EQ(erp.desktop.texts(),
+            "Fehler beim Erzeugen der Protokollzeile. Es ist kein Protokoll geöffnet.\n");
+  EXPECT_EQ(protocolLines(), 0) << "no line of a protocol that is gone";
   stageCustomer("J3", "70003");
   run();
   EXPECT_EQ(protocolLines(), 1) << "the next run recovers from the protocol that is gone";

@@ -1,6 +1,6 @@
-// A preloaded library that lets one request of a program for memory fail: the FAULT_AT-th after its libraries are
-// loaded. FAULT_REPORT is a file: it gets one line when the request is reached, or without FAULT_AT the number of
-// requests when the program ends.
+// A preloaded library that lets one request of a program for memory fail: the FAULT_AT-th after its libraries
+// are loaded. FAULT_REPORT is a file: it gets one line when the request is reached, or without FAULT_AT the
+// number of requests when the program ends.
 #include <array>
 #include <atomic>
 #include <cerrno>

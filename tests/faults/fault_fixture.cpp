@@ -60,14 +60,13 @@ FaultTest::FaultTest() {
 void FaultTest::stageSample() {
   must({"stage", "-"}, sampleJobs);
   edit([](Connection& database) {
-    database.execute(
-        sql("Update ImportKopf Set JobType = 12, Fehlertext = 'freigegeben', ProcessWarning = 1 "
-            "Where JobID = 'KUNDE-FREI'"_sql));
+    database.execute(sql("Update ImportKopf Set JobType = 12, Fehlertext = 'freigegeben', ProcessWarning = 1 "
+                         "Where JobID = 'KUNDE-FREI'"_sql));
   });
 }
 
 std::optional<ProgramResult> FaultTest::run(const std::vector<std::string>& arguments, std::string_view input,
-                                 const std::map<std::string, std::string>& fault) const {
+                                            const std::map<std::string, std::string>& fault) const {
   std::map<std::string, std::string> variables{{"HOME", (folder.path() / "home").string()},
                                                {"PATH", "/usr/bin:/bin"}};
   variables.insert(fault.begin(), fault.end());

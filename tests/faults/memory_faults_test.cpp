@@ -1,5 +1,6 @@
-// Lets single requests of a run for memory fail, then runs again: every run ends with a sentence and a status, and
-// the one after it leaves what an undisturbed one leaves. A few places here, all by scripts/fault_matrix.sh.
+// Lets single requests of a run for memory fail, then runs again: every run ends with a sentence and a
+// status, and the one after it leaves what an undisturbed one leaves. A few places here, all by
+// scripts/fault_matrix.sh.
 #include "faults/fault_fixture.h"
 
 #include <cstdlib>
@@ -18,8 +19,8 @@ struct MemoryCommand {
   std::string name;
   std::vector<std::string> arguments;
   std::string input = {};
-  bool onlyReads = false;               ///< its output is compared, too
-  std::filesystem::path written = {};   ///< a file that it writes, if any
+  bool onlyReads = false;             ///< its output is compared, too
+  std::filesystem::path written = {}; ///< a file that it writes, if any
 };
 
 std::size_t numberFrom(const char* variable, std::size_t fallback) {
@@ -63,7 +64,8 @@ protected:
     }
     EXPECT_GE(reached * 4, tried * 3) << "the faults did not take place";
     std::cout << std::left << std::setw(9) << command.name << std::right << std::setw(7) << requests
-              << " requests" << std::setw(6) << tried << " tried" << std::setw(5) << failed << " failed; status";
+              << " requests" << std::setw(6) << tried << " tried" << std::setw(5) << failed
+              << " failed; status";
     for (const auto& [status, count] : statuses) std::cout << "  " << status << ": " << count;
     std::cout << std::endl;
   }
@@ -82,7 +84,8 @@ protected:
     if (result->status > 1 && result->messages.empty()) return told + "without a word";
     const Rows found = rowsOf(copyOfDatabase());
     if (result->status <= 1) {
-      if (const auto wrong = difference(expected_, found); !wrong.empty()) return told + " in spite of" + wrong;
+      if (const auto wrong = difference(expected_, found); !wrong.empty())
+        return told + " in spite of" + wrong;
       if (command.onlyReads && result->output != output_) return told + " in spite of\n" + result->output;
       if (contentOf(command.written) != written_) return told + ", but another file is written";
     }
@@ -90,7 +93,8 @@ protected:
     if (!again) return "hangs when it is run again";
     if (again->status < 0 || again->status > 1)
       return told + "; run again: status " + std::to_string(again->status) + ": " + again->messages;
-    if (const auto wrong = difference(expected_, rowsOf(file)); !wrong.empty()) return told + "; run again:" + wrong;
+    if (const auto wrong = difference(expected_, rowsOf(file)); !wrong.empty())
+      return told + "; run again:" + wrong;
     if (command.onlyReads && again->output != output_) return told + "; run again:\n" + again->output;
     if (contentOf(command.written) != written_) return told + "; run again, another file is written";
     return {};
@@ -163,7 +167,8 @@ TEST_F(MemoryFaults, APurgeThatIsRepeatedIsComplete) {
 }
 
 TEST_F(MemoryFaults, AnOptionIsStoredByTheNextAttempt) {
-  expectRecovery({.name = "settings", .arguments = {"settings", "set", "ImportJob2", "KundenVertreter", "1"}});
+  expectRecovery(
+      {.name = "settings", .arguments = {"settings", "set", "ImportJob2", "KundenVertreter", "1"}});
 }
 
 } // namespace

@@ -98,6 +98,21 @@ TEST_F(SettingsTest, AFailingStoreCostsTheValueAndIsTold) {
   EXPECT_TRUE(world_.desktop.shown.empty()) << "no box comes up";
 }
 
+TEST_F(SettingsTest, ARunSkipsARefusedAccessButNoStoreThatCannotGoOn) {
+  const Settings ofRun(world_.environment, SettingTrap::Refusals);
+  const Settings untrapped(world_.environment, SettingTrap::Nothing);
+  world_.localSettings.failing = true;
+  EXPECT_EQ(ofRun.get(applicationName, "ImportJob2", "Ändern", true), "");
+  EXPECT_THROW((void)untrapped.get(applicationName, "ImportJob2", "Ändern", true), std::runtime_error);
+  world_.session->failing = true;
+  EXPECT_THROW((void)ofRun.isOn("KundeAdressProof"), StoreError);
+  EXPECT_THROW((void)ofRun.getShared("Kostenzuordnung", "Kost1", "Kostenstelle"), StoreError);
+  EXPECT_THROW(ofRun.save(applicationName, "ImportJob2", "ProtoID", "1"), StoreError);
+  EXPECT_EQ(world_.diagnostics.entries.size(), 5U) << world_.diagnostics.text();
+  world_.environment.session.reset();
+  EXPECT_FALSE(ofRun.isOn("KundeAdressProof")) << "no session is no failing store";
+}
+
 TEST_F(SettingsTest, WithoutASessionSharedOnesAreEmptyAndLocalOnesWork) {
   world_.environment.session.reset();
   settings_.save(applicationName, "MAIN", "MainTop", "5", true);

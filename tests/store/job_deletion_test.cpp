@@ -138,7 +138,11 @@ TEST_F(JobDeletionTest, ThePurgeFollowsItsSettings) {
     for (const char* key : {"KundeDelete", "VTDelete", "AuftragDelete"})
       erp.set(key, key == c.on ? "1" : "2");
     std::string info;
-    ArchivePurge(erp.environment, deletion).run([&](std::string_view text) { info += text; });
+    WorkGroup group(erp.environment, nullptr);
+    EXPECT_TRUE(ArchivePurge(erp.environment, deletion, group)
+                    .run(
+                        PurgeOptions::read(Settings(erp.environment)),
+                        [&](std::string_view text) { info += text; }, [] { return false; }));
     EXPECT_EQ(jobs(), c.left) << c.on;
     EXPECT_EQ(info, c.info);
   }

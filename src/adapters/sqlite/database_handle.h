@@ -9,8 +9,8 @@ namespace qx::sqlite {
 
 /// Owns the handle, knows whether a unit of work is open, and turns result codes into failures.
 ///
-/// SQLite may roll a unit back by itself, and whoever ran the statement may have swallowed its failure. Such a
-/// unit stays lost until its owner ends it: every statement before that raises, so that nothing is written
+/// SQLite may roll a unit back by itself, and whoever ran the statement may have swallowed its failure. Such
+/// a unit stays lost until its owner ends it: every statement before that raises, so that nothing is written
 /// outside of a unit by mistake.
 class DatabaseHandle {
 public:
