@@ -1,5 +1,5 @@
-// What a run does when the database refuses or takes back single rows, when jobs disappear, when it is busy
-// and when memory is short; and that the next run completes what was left.
+// What a run does when the database refuses or takes back single rows, when jobs disappear, when it is busy and
+// when memory is short; and that the next run completes what was left.
 #include "order_fixture.h"
 
 #include "adapters/sqlite/sqlite_database.h"
@@ -28,10 +28,9 @@ protected:
   std::int64_t done() { return count(sql("Select Count(*) From ImportKopf Where JobType = 13"_sql)); }
   /// Numbers that have more than one customer, line or index entry.
   std::int64_t doubled() {
-    return count(
-        sql("Select (Select Count(*) From (Select 1 From Kundenstamm Group By Kundennummer Having "
-            "Count(*) > 1)) + (Select Count(*) From (Select 1 From Protokollpositionen Where Text2 = "
-            "'Erledigt' Group By Text1 Having Count(*) > 1))"_sql));
+    return count(sql("Select (Select Count(*) From (Select 1 From Kundenstamm Group By Kundennummer Having "
+                     "Count(*) > 1)) + (Select Count(*) From (Select 1 From Protokollpositionen Where Text2 = "
+                     "'Erledigt' Group By Text1 Having Count(*) > 1))"_sql));
   }
   void becomeHost() {
     erp.environment.connection = SqliteDatabase::openAsHost(connection().connectionString());
@@ -132,22 +131,19 @@ TEST_F(RunFailures, AJobThatDisappearsWhileItIsProcessedIsPassedOver) {
 
 TEST_F(RunFailures, ALineOrIndexEntryThatTakesTheJobAlongIsGivenUpAlone) {
   stageMany(5);
-  connection().execute(
-      sql("CREATE TRIGGER line BEFORE INSERT ON Protokollpositionen WHEN new.Text1 = '70002' "
-          "BEGIN SELECT RAISE(ROLLBACK, 'Zeile'); END"_sql));
-  connection().execute(
-      sql("CREATE TRIGGER entry BEFORE INSERT ON Adressindex WHEN new.Kundennummer = '70004' "
-          "BEGIN SELECT RAISE(ROLLBACK, 'Index'); END"_sql));
+  connection().execute(sql("CREATE TRIGGER line BEFORE INSERT ON Protokollpositionen WHEN new.Text1 = '70002' "
+                           "BEGIN SELECT RAISE(ROLLBACK, 'Zeile'); END"_sql));
+  connection().execute(sql("CREATE TRIGGER entry BEFORE INSERT ON Adressindex WHEN new.Kundennummer = '70004' "
+                           "BEGIN SELECT RAISE(ROLLBACK, 'Index'); END"_sql));
   EXPECT_TRUE(run());
   EXPECT_EQ(done(), 5);
   EXPECT_EQ(engine.lastRun().done, 5U);
   EXPECT_EQ(engine.lastRun().protocolErrors, 2U);
   EXPECT_EQ(erp.desktop.texts(), "Fehler beim Erzeugen der Protokollzeile. Die Datenbank hat die Änderungen "
                                  "zurückgenommen. (Zeile)\n");
-  EXPECT_THAT(protocol(), ElementsAre("Kunden|70001|Erledigt", "Kunden|70003|Erledigt",
-                                      "Kunden|70004|Erledigt", "Kunden|70005|Erledigt"));
-  EXPECT_EQ(
-      count(sql("Select Count(Distinct Kundennummer) From Adressindex Where Kundennummer Like '7%'"_sql)), 4);
+  EXPECT_THAT(protocol(), ElementsAre("Kunden|70001|Erledigt", "Kunden|70003|Erledigt", "Kunden|70004|Erledigt",
+                                      "Kunden|70005|Erledigt"));
+  EXPECT_EQ(count(sql("Select Count(Distinct Kundennummer) From Adressindex Where Kundennummer Like '7%'"_sql)), 4);
   EXPECT_EQ(doubled(), 0);
 }
 
@@ -155,9 +151,8 @@ TEST_F(RunFailures, AFailedJobKeepsItsMarkWhenItsLineTakesItAlong) {
   stageMany(3);
   connection().execute(sql("CREATE TRIGGER lose BEFORE INSERT ON Kundenstamm WHEN new.Kundennummer = '70002' "
                            "BEGIN SELECT RAISE(ROLLBACK, 'Satz'); END"_sql));
-  connection().execute(
-      sql("CREATE TRIGGER line BEFORE INSERT ON Protokollpositionen WHEN new.Text1 = '70002' "
-          "BEGIN SELECT RAISE(ROLLBACK, 'Zeile'); END"_sql));
+  connection().execute(sql("CREATE TRIGGER line BEFORE INSERT ON Protokollpositionen WHEN new.Text1 = '70002' "
+                           "BEGIN SELECT RAISE(ROLLBACK, 'Zeile'); END"_sql));
   EXPECT_TRUE(run());
   EXPECT_EQ(done(), 2);
   EXPECT_EQ(jobType("J2"), 12);
@@ -211,8 +206,7 @@ TEST_F(RunFailures, AReleasedJobThatCannotBeResetIsNamedAndTheRunGoesOn) {
 TEST_F(RunFailures, AContractThatCannotBePreparedFailsAndIsNotWrittenEmpty) {
   TableFiller(connection(), "Vertragsarten").add({{"Vertragsart", "WA"}, {"Kurztext", "Wartung"}});
   TableFiller(connection(), "Vertragsgegenstände").add({{"VertrGegenstandsNr", "G1"}, {"Bez", "Anlage"}});
-  TableFiller(connection(), "VertragsGegenständePos")
-      .add({{"VertrGegenstandsNr", "G1"}, {"Vertragsart", "WA"}});
+  TableFiller(connection(), "VertragsGegenständePos").add({{"VertrGegenstandsNr", "G1"}, {"Vertragsart", "WA"}});
   const auto stage = [&](const char* key, const char* number) {
     Vertrag job(erp.environment);
     job.JobID = key;
@@ -299,9 +293,8 @@ TEST_F(RunFailures, AProtocolWhoseIdentityCannotBeKeptCostsTheProtocolAlone) {
   EXPECT_EQ(done(), 2);
   EXPECT_EQ(engine.lastRun().protocolId, "");
   EXPECT_EQ(count(sql("Select Count(*) From Protokolle"_sql)), 0);
-  EXPECT_THAT(erp.desktop.texts(),
-              StartsWith("Verarbeitungsprotokoll konnte nicht erzeugt werden. Die Datenbank "
-                         "hat die Änderungen zurückgenommen. (gesperrt)\n"));
+  EXPECT_THAT(erp.desktop.texts(), StartsWith("Verarbeitungsprotokoll konnte nicht erzeugt werden. Die Datenbank "
+                                              "hat die Änderungen zurückgenommen. (gesperrt)\n"));
 }
 
 TEST_F(RunFailures, ARunWaitsForABusyDatabaseAlsoWhileItsProtocolIsMade) {
@@ -415,18 +408,10 @@ protected:
   bool runShort() { return shortEngine.ProcessJobs(); }
 
   ShortComponents components{erp.components};
-  Environment shortEnvironment{components,
-                               erp.desktop,
-                               erp.jobView,
-                               erp.clock,
-                               erp.guids,
-                               erp.localSettings,
-                               erp.iniFile,
-                               erp.diagnostics,
-                               erp.liveness,
-                               erp.database,
-                               erp.environment.session,
-                               ""};
+  Environment shortEnvironment{components,     erp.desktop,     erp.jobView,
+                               erp.clock,      erp.guids,       erp.localSettings,
+                               erp.iniFile,    erp.diagnostics, erp.liveness,
+                               erp.database,   erp.environment.session, ""};
   ImportJobObject2 shortEngine{shortEnvironment};
 };
 
@@ -438,8 +423,7 @@ TEST_F(ShortMemory, EndsTheRunWithTheJobStillWaitingWhereverItIsShort) {
     *place = place == &components.priceOf ? "A100" : "70002";
     EXPECT_FALSE(runShort());
     EXPECT_EQ(shortEngine.lastRun().end, RunEnd::Broken);
-    EXPECT_EQ(erp.desktop.shown.back().text,
-              "Fehler bei der Verarbeitung: Der Arbeitsspeicher reicht nicht aus.");
+    EXPECT_EQ(erp.desktop.shown.back().text, "Fehler bei der Verarbeitung: Der Arbeitsspeicher reicht nicht aus.");
     EXPECT_EQ(shortEngine.lastRun().error, 0U);
     EXPECT_EQ(jobType("O1"), 30);
     EXPECT_EQ(reasons("O1"), "");
