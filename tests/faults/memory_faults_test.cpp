@@ -127,7 +127,7 @@ TEST_F(MemoryFaults, JobsAreCheckedListedAndShownAsTheyAre) {
   stageSample();
   expectRecovery({.name = "check", .arguments = {"check"}, .onlyReads = true});
   expectRecovery({.name = "list", .arguments = {"list"}, .onlyReads = true});
-  expectRecovery({.name = "show", .arguments = {"show", "AUFTRAG", "--json"}, .onlyReads = true});
+  expectRecovery({.name = "show", .arguments = {"show", "AUFTRAG"}, .onlyReads = true});
 }
 
 TEST_F(MemoryFaults, JobsAreReleasedByTheNextAttempt) {
