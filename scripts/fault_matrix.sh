@@ -2,23 +2,51 @@
 # Lets every call of a small run to its storage fail, one after the other and with every effect, and checks that
 # the run after it leaves the same rows as without a fault: scripts/fault_matrix.sh [COMMAND...]
 # Commands are init, stage, import, process, release and purge; without an argument all of them.
+#
+# scripts/fault_matrix.sh --memory [--step N] [COMMAND...] does the same with every request for memory, or with
+# every N-th; then also for check (with list and show), export (with import), settings and protocol.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
-declare -A tests=(
-  [init]=ADatabaseIsCreatedByTheNextAttempt
-  [stage]=AFileIsStagedWhollyOrNotAtAll
-  [import]=AJobFileThatIsReadInAgainIsComplete
-  [process]=EveryJobIsProcessedOnceWhateverCallFails
-  [release]=JobsAreReleasedTogetherOrNotAtAll
-  [purge]=APurgeThatIsRepeatedIsComplete)
+usage() {
+  sed -n '2,8s/^# \{0,1\}//p' "$0" >&2
+  exit 2
+}
+suite=StorageFaults
+export QX_FAULT_STEP=1
+if [ "${1:-}" = --memory ]; then
+  suite=MemoryFaults
+  shift
+  if [ "${1:-}" = --step ]; then
+    [[ "${2:-}" =~ ^[1-9][0-9]*$ ]] || usage
+    QX_FAULT_STEP=$2
+    shift 2
+  fi
+fi
+if [ $suite = StorageFaults ]; then
+  declare -A tests=(
+    [init]=ADatabaseIsCreatedByTheNextAttempt
+    [stage]=AFileIsStagedWhollyOrNotAtAll
+    [import]=AJobFileThatIsReadInAgainIsComplete
+    [process]=EveryJobIsProcessedOnceWhateverCallFails
+    [release]=JobsAreReleasedTogetherOrNotAtAll
+    [purge]=APurgeThatIsRepeatedIsComplete)
+else
+  declare -A tests=(
+    [init]=ADatabaseIsCreatedByTheNextAttempt
+    [stage]=AFileIsStagedByTheNextAttempt
+    [check]=JobsAreCheckedListedAndShownAsTheyAre
+    [release]=JobsAreReleasedByTheNextAttempt
+    [process]=EveryJobIsProcessedOnceWhateverRequestFails
+    [protocol]=AProtocolIsPrintedWholeOrNotAtAll
+    [export]=AJobFileIsWrittenAndReadByTheNextAttempt
+    [purge]=APurgeThatIsRepeatedIsComplete
+    [settings]=AnOptionIsStoredByTheNextAttempt)
+fi
 filter=
 for command in "$@"; do
-  if [ -z "${tests[$command]:-}" ]; then
-    echo "usage: scripts/fault_matrix.sh [COMMAND...]" >&2
-    exit 2
-  fi
-  filter+="StorageFaults.${tests[$command]}:"
+  [ -n "${tests[$command]:-}" ] || usage
+  filter+="$suite.${tests[$command]}:"
 done
 scripts/bootstrap.sh build test
 scripts/build.sh dev test_faults
-QX_FAULT_POINTS=0 build/dev/bin/test_faults --gtest_brief=1 --gtest_filter="${filter:-*}"
+QX_FAULT_POINTS=0 build/dev/bin/test_faults --gtest_brief=1 --gtest_filter="${filter:-$suite.*}"

@@ -147,12 +147,13 @@ private:
   void declareJobFiles() {
     ImportCommand* importing = nullptr;
     CLI::App* importVerb = verb(app_, "import", "Stage the jobs of a job file", importing);
-    importVerb->add_option("FILE", importing->file, "Job file, plain or scrambled")->required();
+    importVerb->add_option("FILE", importing->file, "Job file, plain or scrambled, - for standard input")
+        ->required();
     importVerb->add_flag("--version1", importing->version1, "It is a file of version 1");
 
     ExportCommand* exporting = nullptr;
     CLI::App* exportVerb = verb(app_, "export", "Write all jobs to a job file", exporting);
-    exportVerb->add_option("FILE", exporting->file, "File to be written")->required();
+    exportVerb->add_option("FILE", exporting->file, "File to be written, - for standard output")->required();
     exportVerb->add_flag("--version1", exporting->version1, "Write a file of version 1");
 
     ScrambleCommand* scramble = nullptr;

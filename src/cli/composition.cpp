@@ -119,9 +119,9 @@ void Composition::requireSchema(Connection& connection, const std::string& targe
     throw ProgramError(ExitCode::Failure, target + ": the database does not hold the tables of this program",
                        holdsTables(connection) ? "Name the database of this program with --db FILE."
                                                : initLine());
-  if (*version != schemaVersion)
+  if (*version != std::to_string(schemaVersion))
     throw ProgramError(ExitCode::Failure,
-                       target + ": the database has version " + std::to_string(*version) +
+                       target + ": the database has version " + *version +
                            ", this program works with version " + std::to_string(schemaVersion),
                        "Use the program of that version, or another database with --db.");
 }

@@ -28,13 +28,21 @@ struct InputPlace {
 class ProgramError : public std::runtime_error {
 public:
   ProgramError(ExitCode code, const std::string& message, std::string nextStep = {}, InputPlace place = {})
-      : std::runtime_error(message), code_(code), nextStep_(std::move(nextStep)), place_(std::move(place)) {}
+      : std::runtime_error(whole(message)), code_(code), nextStep_(std::move(nextStep)),
+        place_(std::move(place)) {}
 
   ExitCode code() const { return code_; }
   const std::string& nextStep() const { return nextStep_; }
   const InputPlace& place() const { return place_; }
 
 private:
+  /// What `what()` gives ends at a NUL, which a name in a file may hold.
+  static std::string whole(std::string message) {
+    for (auto at = message.find('\0'); at != std::string::npos; at = message.find('\0', at))
+      message.replace(at, 1, "\\0");
+    return message;
+  }
+
   ExitCode code_;
   std::string nextStep_;
   InputPlace place_;

@@ -2,14 +2,28 @@
 
 #include "cli/busy_notice.h"
 #include "cli/job_file_progress.h"
+#include "cli/text_source.h"
 #include "store/job_file_export.h"
 #include "store/job_file_import.h"
 #include "store/job_file_scrambling.h"
+
+#include <optional>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace qx::cli {
 namespace {
 
 JobFileVersion versionOf(bool version1) { return version1 ? JobFileVersion::One : JobFileVersion::Two; }
+
+/// "-", or another name of the pipe or terminal that standard output is.
+bool isStandardOutput(const std::string& file) {
+  if (file == "-") return true;
+  struct stat named {};
+  struct stat output {};
+  return stat(file.c_str(), &named) == 0 && fstat(STDOUT_FILENO, &output) == 0 && !S_ISREG(named.st_mode) &&
+         named.st_dev == output.st_dev && named.st_ino == output.st_ino;
+}
 
 /// Raises what stands for an exchange that changed nothing.
 void refuseInput(const JobFileReport& report, const std::string& file, const std::string& nextStep) {
@@ -43,9 +57,12 @@ ExitCode change(const Workplace& place, const std::string& file, const std::stri
 ExitCode ImportCommand::work(const Workplace& place) {
   ImportPrinter printer(place.output);
   BusyNotice wait(place.output.messages);
-  const JobFileReport report = importJobFile(place.environment, file, versionOf(version1), &printer, &wait);
+  std::optional<StandardInputCopy> input;
+  if (file == "-") input.emplace();
+  const JobFileReport report =
+      importJobFile(place.environment, input ? input->path() : file, versionOf(version1), &printer, &wait);
   printer.end();
-  refuseInput(report, file,
+  refuseInput(report, input ? "standard input" : file,
               version1 ? "A job file of version 2 is read without --version1."
                        : "A job file of version 1 is read with --version1; a scrambled one needs the code "
                          "tables of its sender.");
@@ -60,8 +77,17 @@ ExitCode ImportCommand::work(const Workplace& place) {
 }
 
 ExitCode ExportCommand::work(const Workplace& place) {
+  const bool toStandardOutput = isStandardOutput(file);
+  if (toStandardOutput && place.output.json)
+    throw ProgramError(ExitCode::BadInput,
+                       "the job file and the JSON document would both go to standard output",
+                       "Leave --json out, or name a file.");
+  const std::string name = toStandardOutput ? "standard output" : file;
   ExportProgress progress(place.output);
-  const JobFileReport report = exportJobFile(place.environment, file, versionOf(version1), &progress);
+  const JobFileReport report =
+      toStandardOutput
+          ? exportJobFile(place.environment, OpenFile{STDOUT_FILENO, name}, versionOf(version1), &progress)
+          : exportJobFile(place.environment, file, versionOf(version1), &progress);
   progress.end();
   refuseInput(report, file, {});
   if (report.end != JobFileEnd::Complete)
@@ -77,14 +103,15 @@ ExitCode ExportCommand::work(const Workplace& place) {
     json.key("unreadable").number(report.counts.unreadable).key("unreadableJobs").beginArray();
     for (const std::string& jobId : progress.unreadableJobs()) json.text(jobId);
     json.endArray().endObject().finish();
-  } else {
-    for (const std::string& jobId : progress.unreadableJobs())
-      place.output.result << "will not read back as it is: " << jobId << '\n';
-    if (report.counts.unreadable > 0)
-      place.output.result << report.counts.unreadable << " lines will not read back as they are\n";
-    place.output.result << report.counts.jobs << " jobs and " << report.counts.positions
-                        << " positions written to " << file << ", " << report.counts.skipped << " skipped\n";
+    return ExitCode::Success;
   }
+  std::ostream& told = toStandardOutput ? place.output.messages : place.output.result;
+  for (const std::string& jobId : progress.unreadableJobs())
+    told << "will not read back as it is: " << jobId << '\n';
+  if (report.counts.unreadable > 0)
+    told << report.counts.unreadable << " lines will not read back as they are\n";
+  told << report.counts.jobs << " jobs and " << report.counts.positions << " positions written to " << name
+       << ", " << report.counts.skipped << " skipped\n";
   return ExitCode::Success;
 }
 

@@ -7,14 +7,19 @@
 #include "cli/counting_buffer.h"
 #include "cli/harmless_buffer.h"
 #include "cli/json_writer.h"
+#include "cli/out_of_memory.h"
 #include "cli/version.h"
 #include "platform/one_line.h"
 
 #include <exception>
 #include <iostream>
+#include <new>
 
 namespace qx::cli {
 namespace {
+
+// Before all other variables: they may need memory, too.
+[[gnu::init_priority(101)]] const OutOfMemoryGuard outOfMemoryGuard;
 
 void tellAsJson(std::ostream& result, const ProgramError& error) {
   const auto textOrNull = [](JsonWriter& json, const std::string& text) {
@@ -78,6 +83,8 @@ ExitCode guarded(int count, const char* const* arguments) {
     return execute(count, arguments, result, messages);
   } catch (const ProgramError& error) {
     return end(error);
+  } catch (const std::bad_alloc&) {
+    throw;
   } catch (const BusyError& error) {
     return end(ProgramError(ExitCode::Failure, error.what(),
                             "Another program holds the database. Try again when it has finished."));
@@ -90,6 +97,10 @@ ExitCode guarded(int count, const char* const* arguments) {
 } // namespace qx::cli
 
 int main(int count, char** arguments) {
-  std::ios::sync_with_stdio(false);
-  return static_cast<int>(qx::cli::guarded(count, arguments));
+  try {
+    std::ios::sync_with_stdio(false);
+    return static_cast<int>(qx::cli::guarded(count, arguments));
+  } catch (const std::bad_alloc&) {
+    return qx::cli::endOutOfMemory();
+  }
 }

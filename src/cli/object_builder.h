@@ -3,6 +3,7 @@
 
 #include "cli/stage_value.h"
 #include "model/field_table.h"
+#include "store/job_file_line.h"
 #include "store/record_columns.h"
 
 #include <array>
@@ -26,6 +27,7 @@ public:
 
   void begin() {
     record_ = initial_;
+    textLength_ = 0;
     lines_.fill(0);
     given_.fill(false);
   }
@@ -38,6 +40,9 @@ public:
     line = property.line;
     if (std::holds_alternative<std::monostate>(property.value)) return std::nullopt;
     given_[place->second] = true;
+    if (const auto* text = std::get_if<std::string>(&property.value)) textLength_ += jobFileLength(*text);
+    if (textLength_ > longestTexts)
+      return "with this text the object is longer than a job file can carry (16 MiB)";
     const auto& field = table[place->second];
     const DateRule rule{contract, contract && field.name == "Vertragsende"};
     return field.visit(record_,
@@ -65,6 +70,9 @@ public:
   }
 
 private:
+  /// What an object's texts may have together; the rest of a record is for its numbers and signs.
+  static constexpr std::size_t longestTexts = longestRecord - std::size_t{4} * 1024;
+
   using Places = std::unordered_map<std::string_view, std::size_t>;
 
   static const Places& places() {
@@ -81,6 +89,7 @@ private:
   std::array<std::int64_t, table.size()> lines_{};
   std::array<bool, table.size()> given_{};
   std::vector<ColumnName> unspoken_;
+  std::size_t textLength_ = 0;
 };
 
 } // namespace qx::cli

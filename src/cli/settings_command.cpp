@@ -131,13 +131,12 @@ void SettingsSetCommand::prepare() {
 }
 
 ExitCode SettingsSetCommand::work(const Workplace& place) {
-  const Settings settings(place.environment);
+  const Settings settings(place.environment, SettingTrap::Nothing);
   noteUnknown(place.output, section, key, local);
   settings.save(applicationName, section, key, value, local);
-  // The stores do not report failures; reading tells.
+  // A trigger of the database can keep it out without a word.
   const std::string stored = settings.get(applicationName, section, key, local);
-  if (stored != value)
-    throw ProgramError(ExitCode::Failure, "the setting could not be stored", "--verbose tells the reason.");
+  if (stored != value) throw ProgramError(ExitCode::Failure, "the setting could not be stored");
   print(place.output, {section, key, stored, local});
   return ExitCode::Success;
 }

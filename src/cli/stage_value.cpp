@@ -3,6 +3,7 @@
 #include "model/date.h"
 #include "store/staging_writer.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <limits>
@@ -41,6 +42,13 @@ std::optional<std::string> assignWhole(const StageValue& value, Number& property
 }
 
 } // namespace
+
+std::size_t jobFileLength(std::string_view text) {
+  constexpr std::size_t shortText = 4096;
+  if (text.size() < shortText) return text.size();
+  return static_cast<std::size_t>(
+      std::ranges::count_if(text, [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; }));
+}
 
 std::string_view describe(const StageValue& value) {
   constexpr std::array<std::string_view, 5> names{"null", "a truth value", "a number", "a number", "a text"};

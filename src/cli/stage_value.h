@@ -33,6 +33,9 @@ std::optional<std::string> assign(StageValue& value, std::int32_t& property, Fie
 std::optional<std::string> assign(StageValue& value, double& property, FieldKind kind, DateRule rule);
 std::optional<std::string> assign(StageValue& value, bool& property, FieldKind kind, DateRule rule);
 
+/// The characters of a text, which a job file carries as one byte each; of a short text an upper bound.
+std::size_t jobFileLength(std::string_view text);
+
 /// What a value is, for messages: "a text", "a number"...
 std::string_view describe(const StageValue& value);
 

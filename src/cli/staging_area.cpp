@@ -197,11 +197,12 @@ std::optional<KeyConflict> StagingArea::ownedByOthers() {
 /// A replaced job keeps its row and with it its place; columns that the file does not give become null.
 void StagingArea::copyHeaders() {
   const auto names = columnsOf(connection_, sql("SELECT * FROM ImportKopf WHERE 0 = 1"_sql));
+  std::int64_t taken = 0;
   Sql replace = sql("UPDATE main.ImportKopf SET "_sql);
   replace.append(separated(
       names, [](const std::string& column) { return sql(name(column), " = s."_sql, name(column)); }));
   replace.append(sql(" FROM StageKopf s WHERE ImportKopf.rowid = s.StageZiel AND s.StageSperre = 0"_sql));
-  connection_.execute(replace);
+  taken += connection_.execute(replace);
 
   inPortions(jobs_, [&](std::int64_t from, std::int64_t to) {
     Sql insert = sql("INSERT INTO main.ImportKopf ("_sql);
@@ -209,8 +210,18 @@ void StagingArea::copyHeaders() {
     insert.append(separated(names, plainColumn));
     insert.append(sql(" FROM StageKopf WHERE StageZiel IS NULL AND rowid > "_sql, number(from),
                       " AND rowid <= "_sql, number(to), " ORDER BY rowid"_sql));
-    connection_.execute(insert);
+    taken += connection_.execute(insert);
   });
+  requireTaken(taken, sql("SELECT count(*) FROM StageKopf WHERE StageSperre = 0"_sql), "jobs");
+}
+
+/// A trigger can leave rows out without a word.
+void StagingArea::requireTaken(std::int64_t taken, const Sql& count, std::string_view what) {
+  const std::int64_t expected = connection_.open(count)->value(0).integer().value_or(0);
+  if (taken != expected)
+    throw StatementError("the database has taken " + std::to_string(taken) + " of " +
+                             std::to_string(expected) + " " + std::string(what) + "; nothing was staged",
+                         0);
 }
 
 /// A statement keeps a copy of every page that it changes until it ends.
@@ -223,6 +234,7 @@ void StagingArea::copyPositions() {
   connection_.execute(sql("DELETE FROM main.ImportPos WHERE JobID IN (SELECT JobID FROM StageKopf WHERE "
                           "StageZiel IS NOT NULL AND StageSperre = 0)"_sql));
   const auto names = columnsOf(connection_, sql("SELECT * FROM ImportPos WHERE 0 = 1"_sql));
+  std::int64_t taken = 0;
   inPortions(positionCount_, [&](std::int64_t from, std::int64_t to) {
     Sql insert = sql("INSERT INTO main.ImportPos ("_sql);
     insert.append(separated(names, plainColumn)).append(sql(") SELECT "_sql));
@@ -233,8 +245,12 @@ void StagingArea::copyPositions() {
     insert.append(sql(" FROM StagePos p JOIN StageKopf k ON k.rowid = p.StageVorgang WHERE k.StageSperre = 0 "
                       "AND p.rowid > "_sql,
                       number(from), " AND p.rowid <= "_sql, number(to), " ORDER BY p.rowid"_sql));
-    connection_.execute(insert);
+    taken += connection_.execute(insert);
   });
+  requireTaken(taken,
+               sql("SELECT count(*) FROM StagePos p JOIN StageKopf k ON k.rowid = p.StageVorgang WHERE "
+                   "k.StageSperre = 0"_sql),
+               "positions");
 }
 
 void StagingArea::forEach(const Visitor& visit) {

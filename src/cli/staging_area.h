@@ -75,6 +75,7 @@ private:
   std::optional<KeyConflict> ownedByOthers();
   std::optional<KeyConflict> firstOwned(const Sql& query, KeyConflict::Kind kind);
   void copyHeaders();
+  void requireTaken(std::int64_t taken, const Sql& count, std::string_view what);
   static void inPortions(std::int64_t rows,
                          const std::function<void(std::int64_t from, std::int64_t to)>& copy);
   void copyPositions();

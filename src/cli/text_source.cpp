@@ -12,6 +12,7 @@
 namespace qx::cli {
 namespace {
 
+constexpr std::string_view standardInput = "standard input";
 constexpr std::size_t bufferSize = std::size_t{1} << 16U;
 
 [[noreturn]] void raise(ExitCode code, const std::string& name) {
@@ -60,7 +61,7 @@ int copyOfStandardInput(std::vector<char>& buffer, const std::string& name) {
 } // namespace
 
 TextFile::TextFile(std::string_view fileName)
-    : TextSource(std::string(fileName == "-" ? "standard input" : fileName)), buffer_(bufferSize) {
+    : TextSource(std::string(fileName == "-" ? standardInput : fileName)), buffer_(bufferSize) {
   if (fileName == "-")
     file_ = copyOfStandardInput(buffer_, name());
   else
@@ -75,6 +76,13 @@ TextFile::TextFile(std::string_view fileName)
 }
 
 TextFile::~TextFile() { close(file_); }
+
+StandardInputCopy::StandardInputCopy() {
+  std::vector<char> buffer(bufferSize);
+  file_ = copyOfStandardInput(buffer, std::string(standardInput));
+}
+
+StandardInputCopy::~StandardInputCopy() { close(file_); }
 
 std::string_view TextFile::more() { return {buffer_.data(), readSome(file_, buffer_, name())}; }
 

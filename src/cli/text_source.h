@@ -68,6 +68,22 @@ private:
   std::vector<char> buffer_;
 };
 
+/// Standard input, copied up to its end to a file without a name: for readers that go through a file more
+/// than once. Raises `ProgramError` when it cannot be read.
+class StandardInputCopy {
+public:
+  StandardInputCopy();
+  StandardInputCopy(const StandardInputCopy&) = delete;
+  StandardInputCopy& operator=(const StandardInputCopy&) = delete;
+  ~StandardInputCopy();
+
+  /// By this name the file can be opened as long as the copy lives.
+  std::string path() const { return "/dev/fd/" + std::to_string(file_); }
+
+private:
+  int file_;
+};
+
 /// Moves through a source. All iterators of a source share its place.
 class TextIterator {
 public:

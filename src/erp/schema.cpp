@@ -109,12 +109,11 @@ void createSchema(Connection& connection) {
   connection.execute(sql("Insert Into Schemastand (Version) Values ("_sql, number(schemaVersion), ")"_sql));
 }
 
-std::optional<int> storedSchemaVersion(Connection& connection) {
+std::optional<std::string> storedSchemaVersion(Connection& connection) {
   try {
     const auto rows = connection.open(sql("Select Version From Schemastand"_sql));
     if (rows->eof()) return std::nullopt;
-    const auto version = rows->value("Version").integer();
-    return version ? std::optional(static_cast<int>(*version)) : std::nullopt;
+    return rows->text("Version");
   } catch (const StatementError&) {
     // The table is missing: that is the answer, not a failure.
     return std::nullopt;

@@ -5,6 +5,7 @@
 #include "platform/database.h"
 
 #include <optional>
+#include <string>
 #include <vector>
 
 namespace qx {
@@ -23,7 +24,7 @@ std::vector<SchemaTable> schemaTables();
 /// example a table of that name, raises `StatementError` and leaves what was created before it.
 void createSchema(Connection& connection);
 
-/// The version of the schema in the database; null when it does not hold ours.
-std::optional<int> storedSchemaVersion(Connection& connection);
+/// The version of the schema in the database, as it stands there; null when it does not hold ours.
+std::optional<std::string> storedSchemaVersion(Connection& connection);
 
 } // namespace qx

@@ -26,7 +26,7 @@ public:
 };
 
 /// The statement took the whole unit of work with it, for example by a trigger that rolls back. Nothing of
-/// the unit remains and none is open.
+/// the unit remains. Until its owner ends it with `rollbackWork`, every further statement raises this again.
 class WorkLostError : public DatabaseError {
 public:
   using DatabaseError::DatabaseError;

@@ -21,13 +21,17 @@ std::string_view sentenceFor(const DatabaseError& error) {
 } // namespace
 
 std::string germanCause(const std::exception& error) {
-  if (dynamic_cast<const std::bad_alloc*>(&error) != nullptr) return "Der Arbeitsspeicher reicht nicht aus.";
   if (dynamic_cast<const std::system_error*>(&error) != nullptr)
     return std::string("Die Datei kann nicht gelesen oder geschrieben werden. (") + error.what() + ")";
+  if (dynamic_cast<const std::bad_alloc*>(&error) != nullptr) return "Der Arbeitsspeicher reicht nicht aus.";
   const auto* const database = dynamic_cast<const DatabaseError*>(&error);
   // A failure that no database has numbered was found by the program itself.
   if (database == nullptr || database->nativeCode() == 0) return error.what();
   return std::string(sentenceFor(*database)) + " (" + error.what() + ")";
+}
+
+std::string plainCause(const std::exception& error) {
+  return dynamic_cast<const std::bad_alloc*>(&error) != nullptr ? "out of memory" : error.what();
 }
 
 } // namespace qx

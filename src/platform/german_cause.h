@@ -1,4 +1,4 @@
-// Why something failed, for a box.
+// Why something failed, for a box or a message.
 #pragma once
 
 #include <exception>
@@ -9,5 +9,8 @@ namespace qx {
 /// A German sentence for the clerk. What a database or the system says in its own language follows in
 /// brackets; texts of our own are German already and stay as they are.
 std::string germanCause(const std::exception& error);
+
+/// In English and as it was raised, but with words where the language's own failure has none.
+std::string plainCause(const std::exception& error);
 
 } // namespace qx

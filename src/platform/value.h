@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <variant>
 
 namespace qx {
@@ -30,6 +31,21 @@ public:
   Value(std::string_view text) : content_(std::string(text)) {}
   Value(const char* text) : content_(std::string(text)) {}
   Value(const DateTime& moment) : content_(moment) {}
+  /// A text is copied before it becomes the content: when the memory for it is missing, the value that was to
+  /// be made or changed is still whole.
+  Value(const Value& other) : content_(copyOf(other.content_)) {}
+  Value& operator=(const Value& other) {
+    auto* const mine = std::get_if<std::string>(&content_);
+    const auto* const text = std::get_if<std::string>(&other.content_);
+    if (mine != nullptr && text != nullptr)
+      *mine = *text;
+    else
+      content_ = copyOf(other.content_);
+    return *this;
+  }
+  Value(Value&&) noexcept = default;
+  Value& operator=(Value&&) noexcept = default;
+  ~Value() = default;
 
   static Value null() { return {}; }
 
@@ -55,7 +71,16 @@ public:
   friend bool operator==(const Value&, const Value&) = default;
 
 private:
-  std::variant<std::monostate, std::int64_t, double, Money, bool, std::string, DateTime> content_;
+  using Content = std::variant<std::monostate, std::int64_t, double, Money, bool, std::string, DateTime>;
+
+  static Content copyOf(const Content& other) {
+    const auto* const text = std::get_if<std::string>(&other);
+    if (text == nullptr) return other;
+    std::string copy = *text;
+    return copy;
+  }
+
+  Content content_;
 };
 
 /// Null for an empty text, else the value unchanged: the rule for every value copied into an ERP table.

@@ -20,7 +20,6 @@ std::string describe(std::string_view store, std::string_view section, std::stri
 
 /// Whether the store itself cannot go on, so that it is not this one setting that is missing.
 bool endsTheRun(const std::exception& failure) {
-  if (dynamic_cast<const std::bad_alloc*>(&failure) != nullptr) return true;
   return dynamic_cast<const DatabaseError*>(&failure) != nullptr &&
          dynamic_cast<const StatementError*>(&failure) == nullptr;
 }
@@ -37,6 +36,9 @@ template <class Access>
 std::optional<std::string> Settings::trapped(const std::string& where, Access&& access) const {
   try {
     return access();
+  } catch (const std::bad_alloc&) {
+    // Whatever is skipped, a shortage of memory says nothing about this setting.
+    throw;
   } catch (const std::exception& failure) {
     environment_.diagnostics.report({where, failure.what(), {}});
     if (trap_ == SettingTrap::Nothing || (trap_ == SettingTrap::Refusals && endsTheRun(failure))) throw;

@@ -1,11 +1,13 @@
 #include "store/job_file_export.h"
 
+#include "platform/german_cause.h"
 #include "rules/active_connection.h"
 #include "store/job_file_codes.h"
 #include "store/job_file_line.h"
 #include "store/job_file_target.h"
 #include "store/job_file_writer.h"
 
+#include <memory>
 #include <optional>
 #include <span>
 #include <vector>
@@ -90,7 +92,7 @@ private:
     for (const auto rows = connection_.openStream(everyJob()); !rows->eof(); rows->moveNext()) {
       const LineKind kind = lineKind(rows->value("JobType").integer().value_or(0));
       if (isHeader(kind))
-        writeJob(*rows, columnsOf(kind));
+        writeLine(*rows, columnsOf(kind), counts_.jobs);
       else
         ++counts_.skipped;
       told();
@@ -98,7 +100,7 @@ private:
     for (const auto rows = connection_.openStream(everyPosition()); !rows->eof(); rows->moveNext()) {
       const bool read = lineKind(rows->value("JobType").integer().value_or(0)) == LineKind::Position;
       writeLine(*rows, columnsOf(LineKind::Position), counts_.positions);
-      if (!read || writer_.unreadable()) noteUnreadable(*rows);
+      if (!read && !writer_.unreadable()) noteUnreadable(*rows);
       told();
     }
   }
@@ -129,11 +131,6 @@ private:
     }
   }
 
-  void writeJob(Recordset& row, std::span<const FileColumn> columns) {
-    writeLine(row, columns, counts_.jobs);
-    if (writer_.unreadable()) noteUnreadable(row);
-  }
-
   void noteUnreadable(Recordset& row) {
     ++counts_.unreadable;
     if (observer_ != nullptr) observer_->unreadable(row.text("JobID"));
@@ -148,6 +145,7 @@ private:
     for (const FileColumn& column : columns) writer_.add(column.kind, row.value(column.name));
     target_->write(writer_.end());
     ++count;
+    if (writer_.unreadable()) noteUnreadable(row);
     if (writer_.replaced() > 0) lost_.note(row.text("JobID"), writer_.replaced());
   }
 
@@ -174,29 +172,44 @@ void endBroken(Environment& environment, JobFileTarget& target, JobFileReport& r
   report.backup = target.finishBroken();
 }
 
+/// `open` makes the target.
+template <class Open>
+JobFileReport exportTo(Environment& environment, JobFileVersion version, JobFileObserver* observer,
+                       Open&& open) {
+  JobFileReport report;
+  try {
+    JobFileExport job(environment, version, observer);
+    auto target = open();
+    try {
+      job.writeTo(*target);
+      target->finish();
+      report.end = JobFileEnd::Complete;
+    } catch (const std::exception& failure) {
+      report.failure = plainCause(failure);
+      endBroken(environment, *target, report);
+    }
+    report.counts = job.counts();
+  } catch (const std::exception& failure) {
+    if (const auto end = endOfTarget(failure)) report.end = *end;
+    if (report.failure.empty()) report.failure = plainCause(failure);
+    environment.diagnostics.report({"Export", report.failure, {}});
+  }
+  return report;
+}
+
 } // namespace
 
 JobFileReport exportJobFile(Environment& environment, std::string_view fileName, JobFileVersion version,
                             JobFileObserver* observer) {
-  JobFileReport report;
-  try {
-    JobFileExport job(environment, version, observer);
-    JobFileTarget target(pathOf(fileName), protectedFiles(environment));
-    try {
-      job.writeTo(target);
-      target.finish();
-      report.end = JobFileEnd::Complete;
-    } catch (const std::exception& failure) {
-      report.failure = failure.what();
-      endBroken(environment, target, report);
-    }
-    report.counts = job.counts();
-  } catch (const std::exception& failure) {
-    if (dynamic_cast<const TargetRefused*>(&failure) != nullptr) report.end = JobFileEnd::TargetRefused;
-    if (report.failure.empty()) report.failure = failure.what();
-    environment.diagnostics.report({"Export", failure.what(), {}});
-  }
-  return report;
+  return exportTo(environment, version, observer, [&] {
+    return std::make_unique<JobFileTarget>(pathOf(fileName), protectedFiles(environment));
+  });
+}
+
+JobFileReport exportJobFile(Environment& environment, const OpenFile& file, JobFileVersion version,
+                            JobFileObserver* observer) {
+  return exportTo(environment, version, observer,
+                  [&] { return std::make_unique<JobFileTarget>(file.descriptor, file.name); });
 }
 
 } // namespace qx

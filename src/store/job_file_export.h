@@ -3,9 +3,16 @@
 
 #include "store/job_file_report.h"
 
+#include <string>
 #include <string_view>
 
 namespace qx {
+
+/// A file that is open already, standard output for one, and its name for messages.
+struct OpenFile {
+  int descriptor;
+  std::string name;
+};
 
 /// Exports every job of a kind that job files know, and every position, from the shared connection. Version 1
 /// writes each job followed by its positions, with the columns of that version. The plain form is always
@@ -17,6 +24,9 @@ namespace qx {
 /// Never raises: what went wrong is in the report and in the diagnostics. After a failure the lines written
 /// up to it stand in the file.
 JobFileReport exportJobFile(Environment& environment, std::string_view fileName, JobFileVersion version,
+                            JobFileObserver* observer = nullptr);
+/// The same directly into an open file.
+JobFileReport exportJobFile(Environment& environment, const OpenFile& file, JobFileVersion version,
                             JobFileObserver* observer = nullptr);
 
 } // namespace qx

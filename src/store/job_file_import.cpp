@@ -182,7 +182,7 @@ private:
 };
 
 void keep(JobFileReport& report, const std::exception& failure) {
-  report.failure = failure.what();
+  report.failure = plainCause(failure);
   report.germanFailure = germanCause(failure);
 }
 
@@ -200,20 +200,6 @@ void readRecords(JobFileImport& job, JobFileReport& report) {
   }
 }
 
-bool isFile(const std::filesystem::path& file, std::string& problem) {
-  std::error_code failure;
-  const auto status = std::filesystem::status(file, failure);
-  if (std::filesystem::is_regular_file(status)) return true;
-  problem = file.string() + ": ";
-  if (std::filesystem::is_directory(status))
-    problem += "it is a directory";
-  else if (std::filesystem::exists(status))
-    problem += "it is no plain file";
-  else
-    problem += failure ? failure.message() : "there is no such file";
-  return false;
-}
-
 } // namespace
 
 JobFileReport importJobFile(Environment& environment, std::string_view fileName, JobFileVersion version,
@@ -222,7 +208,8 @@ JobFileReport importJobFile(Environment& environment, std::string_view fileName,
   JobFileObserver nobody;
   try {
     const std::filesystem::path file = pathOf(fileName);
-    if (!isFile(file, report.failure)) {
+    report.failure = whyNoJobFile(file);
+    if (!report.failure.empty()) {
       report.end = JobFileEnd::NoFile;
     } else {
       JobFileImport job(environment, file, version, observer == nullptr ? nobody : *observer, wait);

@@ -17,6 +17,21 @@ namespace {
 
 std::filesystem::path pathOf(std::string_view name) { return {std::u8string(name.begin(), name.end())}; }
 
+std::string whyNoJobFile(const std::filesystem::path& file) {
+  if (file.empty()) return "the job file has no name";
+  std::error_code failure;
+  const auto status = std::filesystem::status(file, failure);
+  if (std::filesystem::is_regular_file(status)) return {};
+  std::string reason = "there is no such file";
+  if (std::filesystem::is_directory(status))
+    reason = "it is a directory";
+  else if (std::filesystem::exists(status))
+    reason = "it is no plain file";
+  else if (!std::filesystem::status_known(status))
+    reason = failure.message();
+  return file.string() + ": " + reason;
+}
+
 std::ifstream openJobFile(const std::filesystem::path& file) {
   if (std::filesystem::is_directory(file)) raise(file.string(), EISDIR);
   std::ifstream stream;

@@ -69,6 +69,9 @@ private:
 /// A UTF-8 file name.
 std::filesystem::path pathOf(std::string_view name);
 
+/// Why this cannot be read as a job file: missing, a directory, a device; "" when it is a plain file.
+std::string whyNoJobFile(const std::filesystem::path& file);
+
 /// Opens a file for `JobFileLines`. Raises `std::system_error`, also for a directory.
 std::ifstream openJobFile(const std::filesystem::path& file);
 

@@ -14,7 +14,7 @@ enum class JobFileVersion : std::uint8_t { One = 1, Two = 2 };
 enum class JobFileEnd : std::uint8_t {
   Complete,      ///< read or written to the end; single records may have been refused
   WrongBanner,   ///< not a job file of the version asked for; nothing was changed
-  NoFile,        ///< missing, or a directory; nothing was changed
+  NoFile,        ///< a name that is none of a file: missing, or a directory; nothing was changed
   Failed,        ///< broke off; what the counts say is kept
   TargetRefused, ///< the target belongs to the database or the installation; nothing was changed
 };
@@ -65,8 +65,8 @@ public:
   /// A position was stored whose job is not staged. Told once it is durable.
   virtual void withoutHeader(std::int64_t /*line*/, std::string_view /*jobId*/,
                              std::string_view /*childId*/) {}
-  /// A line of an export will not be read back as it was: a value holds a quote or a semicolon, or it is a
-  /// position that version 2 does not read.
+  /// A line of an export will not be read back as it was: a value holds a quote or a semicolon, it is longer
+  /// than an import reads, or it is a position that version 2 does not read.
   virtual void unreadable(std::string_view /*jobId*/) {}
 };
 

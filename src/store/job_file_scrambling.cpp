@@ -1,5 +1,6 @@
 #include "store/job_file_scrambling.h"
 
+#include "platform/german_cause.h"
 #include "store/job_file_banner.h"
 #include "store/job_file_line.h"
 #include "store/job_file_target.h"
@@ -31,14 +32,14 @@ public:
   /// After the last character.
   void finish(std::string_view banner) {
     output_.clear();
-    if (lines_ == 0) endBanner(banner, "");
+    if (lines_ == 0) endBanner(banner, behind_ && last_ == '\r' ? "\r" : "");
     target_.write(output_);
     if (place_ > 0) ++lines_;
   }
   std::int64_t lines() const { return lines_; }
 
 private:
-  /// The first line is replaced by the banner; only its end matters.
+  /// The banner is replaced by that of the other form; what stands behind it stays.
   void takeBanner(char c, std::string_view banner) {
     if (c == '\n') {
       lineEnd_ = last_ == '\r' ? LineEnd::CrLf : LineEnd::Lf;
@@ -47,14 +48,32 @@ private:
       lineEnd_ = LineEnd::Cr;
       endBanner(banner, "\r");
       return take(c);
+    } else if (behind_) {
+      if (last_ == '\r') takeBehind(last_);
+      if (c != '\r') takeBehind(c);
+    } else if (c == ';' && last_ == '"' && bannerLength_ >= banner.size() + 2) {
+      writeBanner(banner);
     }
     ++bannerLength_;
     last_ = c;
   }
-  void endBanner(std::string_view banner, std::string_view lineEnd) {
+  void writeBanner(std::string_view banner) {
     output_ += '"';
     output_ += banner;
     output_ += "\";";
+    behind_ = true;
+    place_ = banner.size() + 3;
+  }
+  void takeBehind(char c) {
+    ++place_;
+    output_ += changed(c);
+  }
+  char changed(char c) const {
+    return scramble_ ? scrambler_.encrypted(place_, c) : scrambler_.decrypted(place_, c);
+  }
+  void endBanner(std::string_view banner, std::string_view lineEnd) {
+    if (!behind_) writeBanner(banner);
+    place_ = 0;
     output_ += lineEnd;
     ++lines_;
   }
@@ -64,7 +83,7 @@ private:
     last_ = c;
     if (end) ++lines_;
     place_ = end ? 0 : place_ + 1;
-    output_ += end ? c : scramble_ ? scrambler_.encrypted(place_, c) : scrambler_.decrypted(place_, c);
+    output_ += end ? c : changed(c);
   }
 
   const Scrambler& scrambler_;
@@ -76,6 +95,7 @@ private:
   std::size_t bannerLength_ = 0;
   LineEnd lineEnd_ = LineEnd::Lf;
   char last_ = 0;
+  bool behind_ = false; ///< the banner is written, the first line goes on
 };
 
 /// The form of the file, null when it is no job file.
@@ -118,9 +138,9 @@ JobFileReport scrambleJobFile(Environment& environment, std::string_view fileNam
   JobFileReport report;
   try {
     const std::filesystem::path file = pathOf(fileName);
-    if (!std::filesystem::is_regular_file(file)) {
+    if (const std::string reason = whyNoJobFile(file); !reason.empty()) {
       report.end = JobFileEnd::NoFile;
-      throw std::runtime_error(file.string() + ": there is no such file");
+      throw std::runtime_error(reason);
     }
     const Scrambler scrambler = installedScrambler(environment);
     const auto form = formOfFile(file, scrambler);
@@ -135,9 +155,9 @@ JobFileReport scrambleJobFile(Environment& environment, std::string_view fileNam
     report.lines = change.lines();
     report.end = JobFileEnd::Complete;
   } catch (const std::exception& failure) {
-    if (dynamic_cast<const TargetRefused*>(&failure) != nullptr) report.end = JobFileEnd::TargetRefused;
-    report.failure = failure.what();
-    environment.diagnostics.report({"Scrambling", failure.what(), {}});
+    if (const auto end = endOfTarget(failure)) report.end = *end;
+    report.failure = plainCause(failure);
+    environment.diagnostics.report({"Scrambling", report.failure, {}});
   }
   return report;
 }

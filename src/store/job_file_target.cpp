@@ -24,9 +24,15 @@ fs::path resolved(fs::path target) {
   return target;
 }
 
-bool isPlainFile(const fs::path& target) {
-  const fs::file_status status = fs::status(target);
-  return !fs::exists(status) || fs::is_regular_file(status);
+/// Whether the target is a device or a pipe. Raises `NoTarget`.
+bool isWrittenDirectly(const fs::path& target) {
+  if (target.empty()) throw NoTarget("the job file has no name");
+  std::error_code failure;
+  const fs::file_status status = fs::status(target, failure);
+  if (fs::is_directory(status)) throw NoTarget(target.string() + ": it is a directory");
+  if (failure == std::errc::filename_too_long || failure == std::errc::too_many_symbolic_link_levels)
+    throw NoTarget(target.string() + ": " + failure.message());
+  return fs::exists(status) && !fs::is_regular_file(status);
 }
 
 /// The first of "name.bak", "name.bak2"... that is free.
@@ -67,9 +73,14 @@ std::vector<fs::path> protectedFiles(const Environment& environment) {
   return files;
 }
 
+std::optional<JobFileEnd> endOfTarget(const std::exception& failure) {
+  if (dynamic_cast<const TargetRefused*>(&failure) != nullptr) return JobFileEnd::TargetRefused;
+  if (dynamic_cast<const NoTarget*>(&failure) != nullptr) return JobFileEnd::NoFile;
+  return std::nullopt;
+}
+
 JobFileTarget::JobFileTarget(const fs::path& target, const std::vector<fs::path>& untouchable)
-    : direct_(!isPlainFile(target)) {
-  if (target.empty()) throw TargetRefused("the job file has no name");
+    : direct_(isWrittenDirectly(target)) {
   target_ = direct_ ? target : resolved(target);
   for (const fs::path& file : untouchable)
     if (isSameFile(target_, file))
@@ -79,6 +90,11 @@ JobFileTarget::JobFileTarget(const fs::path& target, const std::vector<fs::path>
     openDirectly();
   else
     createBeside();
+}
+
+JobFileTarget::JobFileTarget(int descriptor, const std::string& name)
+    : target_(name), written_(name), file_(fcntl(descriptor, F_DUPFD_CLOEXEC, 0)), direct_(true) {
+  if (file_ < 0) fail(errno);
 }
 
 void JobFileTarget::openDirectly() {

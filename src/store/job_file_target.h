@@ -1,9 +1,11 @@
 // The file that a job file is written to.
 #pragma once
 
-#include "platform/environment.h"
+#include "store/job_file_report.h"
 
+#include <exception>
 #include <filesystem>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -17,6 +19,15 @@ public:
   using std::runtime_error::runtime_error;
 };
 
+/// A target that cannot be one: without a name, a directory, a name that is too long. Nothing was changed.
+class NoTarget : public std::runtime_error {
+public:
+  using std::runtime_error::runtime_error;
+};
+
+/// How an exchange ends that one of the two stopped; null for every other failure.
+std::optional<JobFileEnd> endOfTarget(const std::exception& failure);
+
 /// What a job file never replaces: the files of the shared connection's database and the code tables of the
 /// installation.
 std::vector<std::filesystem::path> protectedFiles(const Environment& environment);
@@ -28,8 +39,11 @@ std::vector<std::filesystem::path> protectedFiles(const Environment& environment
 /// Raises `std::system_error` that names the file. A target that is dropped leaves nothing behind.
 class JobFileTarget {
 public:
-  /// Raises `TargetRefused` when the target is one of the protected files, under whatever name.
+  /// Raises `TargetRefused` when the target is one of the protected files, under whatever name, and
+  /// `NoTarget`.
   JobFileTarget(const std::filesystem::path& target, const std::vector<std::filesystem::path>& untouchable);
+  /// Writes directly to an open file, which stays open; `name` is for messages.
+  JobFileTarget(int descriptor, const std::string& name);
   JobFileTarget(const JobFileTarget&) = delete;
   JobFileTarget& operator=(const JobFileTarget&) = delete;
   ~JobFileTarget();

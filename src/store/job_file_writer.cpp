@@ -1,6 +1,7 @@
 #include "store/job_file_writer.h"
 
 #include "rules/code_page.h"
+#include "store/job_file_line.h"
 #include "store/job_file_text.h"
 
 namespace qx {
@@ -36,6 +37,7 @@ void JobFileLineWriter::add(FieldKind kind, const Value& value) {
 
 std::string_view JobFileLineWriter::end() {
   line_ += "\r\n";
+  if (line_.size() > longestRecord) unreadable_ = true;
   return line_;
 }
 

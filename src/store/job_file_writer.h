@@ -30,7 +30,8 @@ public:
   /// How many characters of the line the code page lacks.
   std::size_t replaced() const { return replaced_; }
 
-  /// Whether a value of the line holds a sign that an import takes for one of the format.
+  /// Whether a value of the line holds a sign that an import takes for one of the format, or the line is
+  /// longer than an import reads. Known once it is finished.
   bool unreadable() const { return unreadable_; }
 
 private:

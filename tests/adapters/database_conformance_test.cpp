@@ -304,7 +304,37 @@ TEST_F(DatabaseConformance, ARefusedStatementLeavesTheUnitOpenAndALostUnitSaysSo
   EXPECT_THROW(add("A", 10, ""), StatementError);
   EXPECT_THROW(add("L", 10, ""), WorkLostError);
   EXPECT_FALSE(connection_->inWork());
+  // Nothing is written outside of the unit until its owner has taken note.
+  EXPECT_THROW(add("D", 10, ""), WorkLostError);
+  EXPECT_THROW(connection_->beginWork(nullptr), WorkLostError);
+  EXPECT_THROW(connection_->commitWork(), WorkLostError);
   EXPECT_EQ(keys(sql("Select * From ImportKopf"_sql)), "A ");
+}
+
+TEST_F(DatabaseConformance, AUnitThatIsLostBelowASavepointIsLostAsAWhole) {
+  connection_->execute(sql("CREATE TRIGGER lose BEFORE INSERT ON ImportKopf WHEN new.JobID = 'L' "
+                           "BEGIN SELECT RAISE(ROLLBACK, 'alles verloren'); END"_sql));
+  WorkUnit unit(*connection_);
+  {
+    Savepoint part(*connection_);
+    EXPECT_THROW(add("L", 10, ""), WorkLostError);
+  }
+  EXPECT_THROW(add("D", 10, ""), WorkLostError) << "the end of the part does not make the loss forgotten";
+  EXPECT_THROW(unit.commit(), WorkLostError);
+  EXPECT_EQ(keys(sql("Select * From ImportKopf"_sql)), "");
+}
+
+TEST_F(DatabaseConformance, ARowThatTheDatabaseSilentlyLeavesOutIsRefused) {
+  connection_->execute(sql("CREATE TRIGGER leave BEFORE INSERT ON ImportKopf WHEN new.JobID = 'W' "
+                           "BEGIN SELECT RAISE(IGNORE); END"_sql));
+  add("A", 10, "");
+  EXPECT_THROW(add("W", 10, ""), StatementError);
+  EXPECT_EQ(keys(sql("Select * From ImportKopf"_sql)), "A ");
+}
+
+TEST_F(DatabaseConformance, AValueWithoutAPlaceInTheStatementIsAnError) {
+  EXPECT_THROW(connection_->execute(sql("Delete From ImportKopf -- '"_sql, value("x"), "'"_sql)),
+               StatementError);
 }
 
 TEST_F(DatabaseConformance, AnotherProgramMayWriteBetweenUnitsWhileAKeysetIsOpen) {

@@ -4,6 +4,7 @@
 #include "adapters/sqlite/sqlite_database.h"
 
 #include <filesystem>
+#include <sqlite3.h>
 
 namespace qx {
 namespace {
@@ -91,12 +92,51 @@ TEST_F(InstallationOfTheProgram, IsNotAForeignFile) {
   ASSERT_EQ(runPlain({"--db", path("neu.db"), "init"}).status, 0);
   EXPECT_EQ(erp.folder.read("neu.db").substr(68, 4), "qxij") << "the mark in the file's header";
 
-  erp.execute(sql("Update Schemastand Set Version = 99"_sql));
+  // The second one is 3 in its lower 32 bits.
+  for (const std::string version : {"99", "4294967299", "alt"}) {
+    erp.execute(sql("Update Schemastand Set Version = '"_sql, value(version), "'"_sql));
+    for (const char* verb : {"list", "init"}) {
+      const ProgramResult newer = run({verb});
+      EXPECT_EQ(newer.status, 4) << verb;
+      EXPECT_NE(newer.messages.find("has version " + version + ", this program works with version"),
+                std::string::npos)
+          << verb << newer.messages;
+    }
+  }
+}
+
+TEST_F(InstallationOfTheProgram, IsAFileWhateverItsNameSays) {
+  // Relative names, which SQLite would take for a database in memory and for an address.
+  const fs::path before = fs::current_path();
+  fs::current_path(erp.folder.path());
+  for (const std::string name : {":memory:", "file:neu.db?mode=memory"}) {
+    EXPECT_EQ(runPlain({"--db", name, "init"}).status, 0);
+    EXPECT_EQ(runPlain({"--db", name, "list", "--json"}).output, "[]\n");
+    EXPECT_GT(fs::file_size(name), 0U);
+  }
+  fs::current_path(before);
+}
+
+TEST_F(InstallationOfTheProgram, IsReadableByItsOwnerAlone) {
+  ASSERT_EQ(runPlain({"--db", path("neu.db"), "init"}).status, 0);
+  EXPECT_EQ(fs::status(path("neu.db")).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+  ASSERT_EQ(runPlain({"--db", path("neu.db"), "export", path("neu.edi")}).status, 0);
+  EXPECT_EQ(fs::status(path("neu.edi")).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+}
+
+TEST_F(InstallationOfTheProgram, HoldsItsTextsInUtf8) {
+  {
+    sqlite3* wide = nullptr;
+    ASSERT_EQ(sqlite3_open(path("wide.db").c_str(), &wide), SQLITE_OK);
+    sqlite3_exec(wide, "PRAGMA encoding='UTF-16le'; Create Table Kunden (Nr TEXT)", nullptr, nullptr,
+                 nullptr);
+    sqlite3_close(wide);
+  }
   for (const char* verb : {"list", "init"}) {
-    const ProgramResult newer = run({verb});
-    EXPECT_EQ(newer.status, 4) << verb;
-    EXPECT_NE(newer.messages.find("has version 99, this program works with version"), std::string::npos)
-        << verb;
+    const ProgramResult refused = runPlain({"--db", path("wide.db"), verb});
+    EXPECT_EQ(refused.status, 4) << verb;
+    EXPECT_NE(refused.messages.find("the texts of the database are stored as UTF-16le"), std::string::npos)
+        << refused.messages;
   }
 }
 

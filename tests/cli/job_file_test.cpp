@@ -3,6 +3,8 @@
 
 #include "support/full_disk.h"
 
+#include <cstdlib>
+
 namespace qx {
 namespace {
 
@@ -68,6 +70,84 @@ TEST_F(JobFile, WhatIsNoFileOfTheVersionEndsWithTwoAndChangesNothing) {
   EXPECT_EQ(run({"import", file("fehlt.edi")}).status, 2);
   EXPECT_EQ(run({"import", erp.folder.path().string()}).status, 2);
   EXPECT_EQ(listed(), std::vector<std::string>());
+}
+
+TEST_F(JobFile, TravelsThroughStandardOutputAndInput) {
+  ASSERT_EQ(
+      stage(R"([{"type":"Kunde","JobID":"K1","Bez1":"Müller"},{"type":"Vertrag","JobID":"V1"}])").status, 0);
+  ASSERT_EQ(run({"export", file("jobs.edi")}).status, 0);
+  const ProgramResult exported = run({"export", "-"});
+  EXPECT_EQ(exported.status, 0);
+  EXPECT_EQ(exported.output, erp.folder.read("jobs.edi"));
+  EXPECT_EQ(exported.messages, "2 jobs and 0 positions written to standard output, 0 skipped\n");
+  EXPECT_EQ(run({"export", "-", "--json"}).status, 2);
+  ASSERT_EQ(run({"delete", "K1", "V1"}).status, 0);
+  const ProgramResult imported = run({"import", "-"}, exported.output);
+  EXPECT_EQ(imported.status, 0) << imported.messages;
+  EXPECT_EQ(imported.output, "2 jobs and 0 positions read, 0 skipped, 0 refused\n");
+  EXPECT_EQ(show("K1")["Bez1"], "Müller");
+  const ProgramResult refused = run({"import", "-"}, "kein Banner\n");
+  EXPECT_EQ(refused.status, 2);
+  EXPECT_EQ(refused.messages.rfind("qximportjob: standard input, line 1: ", 0), 0U) << refused.messages;
+}
+
+TEST_F(JobFile, GoesIntoAPipeThatIsGivenByItsName) {
+  ASSERT_EQ(stage(R"([{"type":"Kunde","JobID":"K1"},{"type":"Kunde","JobID":"K2"}])").status, 0);
+  ASSERT_EQ(run({"export", file("jobs.edi")}).status, 0);
+  const auto shell = [&](const std::string& command) {
+    return std::system(("PATH=/usr/bin:/bin; cd " + erp.folder.path().string() + "; " + command).c_str());
+  };
+  const std::string program = std::string(QXIMPORTJOB_PROGRAM) + " --db erp.db ";
+  EXPECT_EQ(shell(program + "export /dev/stdout 2> told | cat > out.edi"), 0);
+  EXPECT_EQ(erp.folder.read("out.edi"), erp.folder.read("jobs.edi"));
+  EXPECT_EQ(erp.folder.read("told"), "2 jobs and 0 positions written to standard output, 0 skipped\n");
+  EXPECT_EQ(shell("mkfifo pipe; cat pipe > piped.edi & " + program + "export pipe > told; wait"), 0);
+  EXPECT_EQ(erp.folder.read("piped.edi"), erp.folder.read("jobs.edi"));
+  EXPECT_EQ(erp.folder.read("told"), "2 jobs and 0 positions written to pipe, 0 skipped\n");
+}
+
+TEST_F(JobFile, ANameThatIsNoneOfAFileIsBadInput) {
+  const std::string folder = erp.folder.path().string();
+  const std::string endless = file(std::string(300, 'a').c_str());
+  ASSERT_EQ(run({"export", file("jobs.edi")}).status, 0);
+  struct Case {
+    std::vector<std::string> arguments;
+    std::string message;
+  };
+  for (const Case& c : {Case{{"export", ""}, "the job file has no name"},
+                        Case{{"export", folder}, folder + ": it is a directory"},
+                        Case{{"export", endless}, endless + ": File name too long"},
+                        Case{{"import", ""}, "the job file has no name"},
+                        Case{{"scramble", folder, file("out")}, folder + ": it is a directory"},
+                        Case{{"scramble", "/dev/null", file("out")}, "/dev/null: it is no plain file"},
+                        Case{{"scramble", file("jobs.edi"), folder}, folder + ": it is a directory"}}) {
+    const ProgramResult result = run(c.arguments);
+    EXPECT_EQ(result.status, 2) << c.message;
+    EXPECT_EQ(result.messages, "qximportjob: " + c.message + "\n");
+  }
+}
+
+TEST_F(JobFile, ARecordOfMoreThan16MiBIsRefusedByStageAndNamedByExport) {
+  constexpr std::size_t mebi = std::size_t{1024} * 1024;
+  const std::string half(8 * mebi, 'x');
+  // Two bytes here, one in a job file.
+  std::string umlauts;
+  for (std::size_t i = 0; i < 12 * mebi; ++i) umlauts += "ä";
+  EXPECT_EQ(stage("{\"type\":\"Kunde\",\"JobID\":\"K1\",\"Bemerkung\":\"" + umlauts + "\"}").status, 0);
+  const Json refused =
+      stage("{\"type\":\"Kunde\",\n\"Bez1\":\"" + half + "\",\n\"Bemerkung\":\"" + half + "\"}").json();
+  EXPECT_EQ(refused["error"],
+            "object 1: property \"Bemerkung\": with this text the object is longer than a job "
+            "file can carry (16 MiB)");
+  EXPECT_EQ(refused["line"], 3);
+  EXPECT_EQ(listed(), std::vector<std::string>{"K1"});
+  // Other programs may have stored it.
+  erp.execute(
+      sql("Update ImportKopf Set Bemerkung = '"_sql, value(half), "', Bez1 = '"_sql, value(half), "'"_sql));
+  EXPECT_EQ(run({"export", file("jobs.edi"), "--json"}).json(),
+            Json::parse(R"({"jobs":1,"positions":0,"skipped":0,"unreadable":1,"unreadableJobs":["K1"]})"));
+  EXPECT_EQ(run({"import", file("jobs.edi")}).output, "line 2  refused: the record is longer than 16 MiB\n0 "
+                                                      "jobs and 0 positions read, 0 skipped, 1 refused\n");
 }
 
 TEST_F(JobFile, AFullDiskEndsWithFourAndTheCountsAreWhatIsDurable) {

@@ -47,6 +47,8 @@ const Refusal refusals[] = {
      "Vertragsbeginn", "is no date"},
     {"time for no date outside of contracts", R"({"type":"Kunde","KundeSeit":"00:00:00"})", 1, "KundeSeit",
      "is no date"},
+    {"NUL in the name of a property", R"({"type":"Kunde","Bez1\u0000x":"a"})", 1,
+     std::string_view("Bez1\0x", 6), R"(property "Bez1\0x": the type has no such property)"},
     {"NUL in a text", R"({"type":"Kunde","Bez1":"a\u0000b"})", 1, "Bez1", "NUL"},
     {"bytes that are not UTF-8", "{\"type\":\"Kunde\",\n\"Bez1\":\"M\xFCller\"}", 2, "", "no valid JSON"},
     {"key of 33 characters", R"({"type":"Kunde","JobID":"123456789012345678901234567890123"})", 1, "JobID",

@@ -251,5 +251,18 @@ TEST_F(Staging, AFailureOfTheDatabaseStagesNothing) {
   EXPECT_TRUE(listed().empty());
 }
 
+TEST_F(Staging, ARowThatATriggerLeavesOutTakesTheWholeFileBack) {
+  for (const char* table : {"ImportKopf", "ImportPos"}) {
+    erp.execute(sql("Create Trigger leave Before Insert On "_sql, name(table),
+                    " When new.JobID = 'B' Begin Select Raise(Ignore); End"_sql));
+    const ProgramResult result = stage(R"([{"type":"Kunde","JobID":"A"},
+                  {"type":"Auftrag","JobID":"B","Positionen":[{"ChildID":"P","Artikelnummer":"A","Menge":1}]}])");
+    EXPECT_EQ(result.status, 4) << table;
+    EXPECT_NE(result.output.find("the database has taken "), std::string::npos) << result.output;
+    EXPECT_EQ(listed(), std::vector<std::string>());
+    erp.execute(sql("Drop Trigger leave"_sql));
+  }
+}
+
 } // namespace
 } // namespace qx

@@ -162,7 +162,7 @@ TEST_F(SchemaTest, ANewCustomerIsTaxableWithoutSayingHow) {
 }
 
 TEST_F(SchemaTest, OnlyADatabaseOfOursHasASchemaVersion) {
-  EXPECT_EQ(storedSchemaVersion(database()), schemaVersion);
+  EXPECT_EQ(storedSchemaVersion(database()), std::to_string(schemaVersion));
   const auto other = SqliteDatabase().create((file.folder.path() / "leer.db").string());
   EXPECT_EQ(storedSchemaVersion(*other), std::nullopt);
 }

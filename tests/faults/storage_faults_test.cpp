@@ -1,7 +1,6 @@
 // Lets every single call of a run to its storage fail, then runs again: every job is written once, whatever
 // the moment. A few points of every kind here, all of them by scripts/fault_matrix.sh.
-#include "adapters/sqlite/sqlite_database.h"
-#include "cli/program_fixture.h"
+#include "faults/fault_fixture.h"
 
 #include <algorithm>
 #include <array>
@@ -12,7 +11,6 @@
 #include <iomanip>
 #include <iostream>
 #include <iterator>
-#include <set>
 #include <sstream>
 
 namespace qx {
@@ -20,51 +18,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-using Rows = std::multiset<std::string>;
-
 constexpr std::array<std::string_view, 4> callKinds{"write", "sync", "truncate", "open"};
 constexpr std::array<std::string_view, 3> faultEffects{"error", "full", "kill"};
-constexpr std::chrono::seconds longestRun{60};
-
-/// Two customers to be written, one that is known, one that is refused for a code, one released by a clerk;
-/// contracts with and without a position; an order of the new customer, one that fails, one that follows it.
-constexpr std::string_view sampleJobs = R"([
-{"type":"Kunde","JobID":"KUNDE-NEU","Eingangsdatum":"23.11.2026","Kundennummer":"90001",
- "Bez1":"Takelwerk Nord","Ort":"Emden","VS_AdrNr":"1","VS_Bez1":"Lager Nord","VS_Ort":"Leer"},
-{"type":"Kunde","JobID":"KUNDE-BEKANNT","Eingangsdatum":"23.11.2026","Kundennummer":"70181",
- "Bez1":"Ahlendorn Bauservice GmbH","Strasse":"Zum Steinbruch 3","Land":"DE","PLZ":"00101","Ort":"Erlenbrück",
- "Telefon":"04921 7"},
-{"type":"Kunde","JobID":"KUNDE-CODE","Eingangsdatum":"23.11.2026","Kundennummer":"90002","Bez1":"Segelhaus",
- "ZahlungsbedSchl":"QQ"},
-{"type":"Kunde","JobID":"KUNDE-FREI","Eingangsdatum":"23.11.2026","Kundennummer":"90003","Bez1":"Bootsbau",
- "Kundengruppe":"NEU1"},
-{"type":"Vertrag","JobID":"VERTRAG","Eingangsdatum":"23.11.2026","Kundennummer":"70074",
- "Vertragsnummer":"V90001","Vertragsbeginn":"01.12.2026","Vertragsende":"999999","Intervall":12,
- "Positionen":[{"ChildID":"V1","Artikelnummer":"W-SAEGE","Vertragsart":"WV","Menge":1,"Preis":240}]},
-{"type":"Vertrag","JobID":"KUNDENVERTRAG","JobType":40,"Eingangsdatum":"23.11.2026","Kundennummer":"90001",
- "Vertragsnummer":"V90002","Artikelnummer":"M-WASCH","Vertragsart":"MV","Zustand":"A",
- "Vertragsbeginn":"01.12.2026","Vertragsende":"999999","Intervall":12,"Menge":1,"Preis":120},
-{"type":"Auftrag","JobID":"AUFTRAG-NEUKUNDE","Eingangsdatum":"23.11.2026","Kundennummer":"90001",
- "Bez1":"Takelwerk Nord","Positionen":[
- {"ChildID":"N1","Positionsnummer":1,"Artikelnummer":"FEI-013","Menge":2,"Mengeneinheit":"ST"},
- {"ChildID":"N2","Positionsnummer":2,"Artikelnummer":"HBU-014","Menge":3,"Mengeneinheit":"ST"}]},
-{"type":"Auftrag","JobID":"AUFTRAG-FALSCH","Eingangsdatum":"23.11.2026","Kundennummer":"70181",
- "Bez1":"Ahlendorn Bauservice GmbH","Positionen":[
- {"ChildID":"F1","Positionsnummer":1,"Artikelnummer":"GIBTESNICHT","Menge":2,"Mengeneinheit":"ST"}]},
-{"type":"Auftrag","JobID":"AUFTRAG","Eingangsdatum":"24.11.2026","Kundennummer":"70181",
- "Bez1":"Ahlendorn Bauservice GmbH","Positionen":[
- {"ChildID":"A1","Positionsnummer":1,"Artikelnummer":"FEI-013","Menge":1,"Mengeneinheit":"ST"},
- {"ChildID":"A2","Positionsnummer":2,"Artikelnummer":"HBU-014","Menge":1,"Mengeneinheit":"ST"}]}
-])";
-
-/// Replaces two of the sample's jobs, one with a position less, and adds one.
-constexpr std::string_view furtherJobs = R"([
-{"type":"Kunde","JobID":"KUNDE-NEU","Eingangsdatum":"23.11.2026","Kundennummer":"90001","Bez1":"Takelwerk Süd"},
-{"type":"Auftrag","JobID":"AUFTRAG","Eingangsdatum":"24.11.2026","Kundennummer":"70181","Positionen":[
- {"ChildID":"A3","Positionsnummer":1,"Artikelnummer":"FEI-013","Menge":5,"Mengeneinheit":"ST"}]},
-{"type":"Auftrag","JobID":"AUFTRAG-DAZU","Eingangsdatum":"24.11.2026","Kundennummer":"70181","Positionen":[
- {"ChildID":"D1","Positionsnummer":1,"Artikelnummer":"FEI-013","Menge":1,"Mengeneinheit":"ST"}]}
-])";
 
 /// What a command wrote, and what stood there before and would stand there without the fault.
 struct Aftermath {
@@ -82,18 +37,6 @@ struct Command {
   std::function<std::string(const Aftermath&)> judge = {};
 };
 
-std::string difference(const Rows& expected, const Rows& found) {
-  std::string text;
-  const auto list = [&](const char* sign, const Rows& some, const Rows& others) {
-    std::vector<std::string> only;
-    std::ranges::set_difference(some, others, std::back_inserter(only));
-    for (const std::string& row : only) text.append("\n  ").append(sign).append(" ").append(row);
-  };
-  list("missing", expected, found);
-  list("too much", found, expected);
-  return text;
-}
-
 /// The objects of a JSON document that may have been cut off at any place.
 std::vector<Json> printedJobs(const std::string& output) {
   std::vector<Json> jobs;
@@ -103,31 +46,6 @@ std::vector<Json> printedJobs(const std::string& output) {
     if (end != std::string::npos) jobs.push_back(Json::parse(output.substr(at, end - at + 1)));
   }
   return jobs;
-}
-
-/// Every row of every table without what differs from run to run: times, and the name of the day's protocol.
-/// A run that dies before its first job leaves a protocol without lines.
-Rows rowsOf(const fs::path& file) {
-  Rows all;
-  if (!fs::exists(file)) return all;
-  const auto database = SqliteDatabase().open(file.string());
-  const auto tables =
-      database->open(sql("Select name From sqlite_master Where type = 'table' And name <> 'Protokolle'"_sql));
-  for (; !tables->eof(); tables->moveNext()) {
-    const std::string table = tables->text("name");
-    for (const auto rows = database->open(sql("Select * From "_sql, name(table))); !rows->eof();
-         rows->moveNext()) {
-      std::string row = table;
-      for (std::size_t i = 0; i < rows->fieldCount(); ++i) {
-        const std::string_view column = rows->fieldName(i);
-        const bool perRun = column == "ÄndDatum" || (table == "Protokollpositionen" && column == "ID");
-        if (!perRun) row.append("|").append(rows->value(i).text());
-      }
-      if (!row.starts_with("Einstellungen|ImportJob2|ProtoID|")) all.insert(row);
-    }
-  }
-  all.insert(database->open(sql("PRAGMA integrity_check"_sql))->value(0).text());
-  return all;
 }
 
 std::string codes(const fs::path& file) {
@@ -143,53 +61,12 @@ std::int64_t single(Connection& database, const Sql& statement) {
   return database.open(statement)->value(0).integer().value_or(-1);
 }
 
-class StorageFaults : public ::testing::Test {
+class StorageFaults : public FaultTest {
 protected:
-  StorageFaults() {
-    fs::create_directory(file.parent_path());
-    must({"init", "--demo"});
-    edit([](Connection& database) {
-      database.execute(sql("Delete From ImportPos"_sql));
-      database.execute(sql("Delete From ImportKopf"_sql));
-    });
-  }
-
-  void stageSample() {
-    must({"stage", "-"}, sampleJobs);
-    edit([](Connection& database) {
-      database.execute(
-          sql("Update ImportKopf Set JobType = 12, Fehlertext = 'freigegeben', ProcessWarning = 1 "
-              "Where JobID = 'KUNDE-FREI'"_sql));
-    });
-  }
-
-  template <class Change>
-  void edit(Change&& change) {
-    const auto database = SqliteDatabase().open(file.string());
-    WorkUnit unit(*database);
-    change(*database);
-    unit.commit();
-  }
-
-  /// Runs a command on the database; nothing when it hangs.
-  std::optional<ProgramResult> run(const std::vector<std::string>& arguments, std::string_view input,
-                                   const std::map<std::string, std::string>& fault = {}) const {
-    std::map<std::string, std::string> variables{{"HOME", (folder.path() / "home").string()},
-                                                 {"PATH", "/usr/bin:/bin"}};
-    variables.insert(fault.begin(), fault.end());
-    std::vector<std::string> all{"--db", file.string(), "--date", "24.11.2026"};
-    all.insert(all.end(), arguments.begin(), arguments.end());
-    return ProgramRun(folder, all, variables, input).waitAtMost(longestRun);
-  }
-  void must(const std::vector<std::string>& arguments, std::string_view input = {}) const {
-    const auto result = run(arguments, input);
-    ASSERT_TRUE(result && result->status == 0) << arguments.front() << (result ? result->messages : "hangs");
-  }
-
   /// Every point of every kind with every effect, or as many as QX_FAULT_POINTS says.
   void expectRecovery(const Command& command) {
     before_ = rowsOf(file);
-    if (fs::exists(file)) fs::copy_file(file, start_);
+    keepStart();
     const auto undisturbed = run(command.arguments, command.input, faultVariables());
     ASSERT_TRUE(undisturbed && undisturbed->status <= 1) << (undisturbed ? undisturbed->messages : "hangs");
     expected_ = rowsOf(file);
@@ -272,31 +149,9 @@ protected:
             {"UBSAN_OPTIONS", "exitcode=99"}};
   }
 
-  void restore() const {
-    for (const auto& entry : fs::directory_iterator(file.parent_path()))
-      if (entry.path().filename().string().starts_with("faulty.db")) fs::remove(entry.path());
-    if (fs::exists(start_)) fs::copy_file(start_, file);
-  }
-
-  /// Looking at the database would complete or clear away what the fault left beside it.
-  fs::path copyOfDatabase() const {
-    const fs::path look = folder.path() / "look.db";
-    for (const char* ending : {"", "-wal", "-shm", "-journal"}) {
-      const fs::path from = file.string() + ending;
-      const fs::path to = look.string() + ending;
-      fs::remove(to);
-      if (fs::exists(from) && std::string_view(ending) != "-shm") fs::copy_file(from, to);
-    }
-    return look;
-  }
-
   static constexpr int killedStatus = 1000 + SIGKILL;
 
-  TemporaryFolder folder;
-  fs::path file = folder.path() / "faulty" / "faulty.db";
-
 private:
-  fs::path start_ = folder.path() / "start.db";
   Rows before_, expected_;
 };
 

@@ -200,7 +200,7 @@ TEST_F(JobFileExportTest, WhatIsNoPlainFileIsWrittenDirectlyOrNotAtAll) {
   EXPECT_EQ(exportJobFile(erp.environment, "/dev/full", JobFileVersion::Two).end, JobFileEnd::Failed);
   EXPECT_TRUE(std::filesystem::is_character_file("/dev/full"));
   EXPECT_EQ(exportJobFile(erp.environment, erp.folder.path().string(), JobFileVersion::Two).end,
-            JobFileEnd::Failed);
+            JobFileEnd::NoFile);
   EXPECT_EQ(exportJobFile(erp.environment, file("fehlt/out.edi"), JobFileVersion::Two).end,
             JobFileEnd::Failed);
   // A link stays a link.
@@ -222,7 +222,7 @@ TEST_F(JobFileExportTest, TheFilesOfTheInstallationAreNeverReplacedUnderAnyName)
       EXPECT_EQ(exportJobFile(erp.environment, file(name), version).end, JobFileEnd::TargetRefused) << name;
     EXPECT_EQ(jobs(), "a ") << name;
   }
-  EXPECT_EQ(exportJobFile(erp.environment, "", JobFileVersion::Two).end, JobFileEnd::TargetRefused);
+  EXPECT_EQ(exportJobFile(erp.environment, "", JobFileVersion::Two).end, JobFileEnd::NoFile);
   EXPECT_EQ(erp.secondConnection()->open(sql("Select JobID From ImportKopf"_sql))->text("JobID"), "a");
   const JobFileReport report = exportJobFile(erp.environment, erp.path, JobFileVersion::Two);
   EXPECT_FALSE(tellExport(erp.environment, report));

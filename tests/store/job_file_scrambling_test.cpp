@@ -105,6 +105,20 @@ TEST_F(JobFileScramblingTest, TheTablesOfTheInstallationServeAndDefectiveOnesAre
   EXPECT_EQ(importJobFile(erp.environment, file("klar.edi"), JobFileVersion::Two).end, JobFileEnd::Complete);
 }
 
+TEST_F(JobFileScramblingTest, TextBehindTheBannerStaysInItsPlace) {
+  const Scrambler scrambler(defaultCodeTables());
+  for (const std::string end : {"\r\n", "\n", "\r", ""}) {
+    const std::string first = "\"Quorvex ImportJob V 2.0\"; von";
+    const std::string content = first + end + (end.empty() ? "" : "\"10\";\"K1\";" + end);
+    write("klar.edi", content);
+    ASSERT_EQ(change("klar.edi", "wirr.edi", Scrambling::Scramble).end, JobFileEnd::Complete);
+    EXPECT_EQ(read("wirr.edi").substr(0, first.size()),
+              "\"" + scrambler.banner() + "\";" + scrambler.Encrypt(first).substr(26));
+    ASSERT_EQ(change("wirr.edi", "zurück.edi", Scrambling::Unscramble).end, JobFileEnd::Complete);
+    EXPECT_EQ(read("zurück.edi"), content);
+  }
+}
+
 TEST_F(JobFileScramblingTest, LinesMayEndWithCarriageReturnsAlone) {
   const std::string content = "\"Quorvex ImportJob V 2.0\";\r\"10\";\"K1\";\"a\";\r\"10\";\"K2\";\r";
   write("klar.edi", content);

@@ -1,7 +1,5 @@
 #include "adapters/sqlite/connection_state.h"
 
-#include "adapters/sqlite/sqlite_error.h"
-
 #include <sqlite3.h>
 
 #include <thread>
@@ -31,51 +29,33 @@ bool BusyHandler::goOn(int count) {
 }
 
 ConnectionState::ConnectionState(sqlite3* handle, std::string target, bool ownsWork)
-    : handle_(handle), statements_(handle, std::move(target)), ownsWork_(ownsWork) {
+    : database_(handle, std::move(target)), ownsWork_(ownsWork) {
   busy_.install(handle);
-}
-
-ConnectionState::~ConnectionState() {
-  // The statements go first; a connection with statements left open would stay half open.
-  for (PreparedStatement* statement : {&begin, &beginRead, &commit, &rollback, &save, &release, &rollbackTo})
-    *statement = PreparedStatement();
-  statements_ = StatementCache(nullptr, {});
-  sqlite3_close_v2(handle_);
-}
-
-void ConnectionState::fail() {
-  const bool workWasOpen = inWork_;
-  if (inWork_ && sqlite3_get_autocommit(handle_) != 0) inWork_ = false;
-  raiseLastError(handle_, target(), workWasOpen);
 }
 
 std::int64_t ConnectionState::run(PreparedStatement& statement) {
   const StatementUse use(statement);
-  const std::int64_t before = sqlite3_total_changes64(handle_);
-  int code = statement.step();
-  while (code == SQLITE_ROW) code = statement.step();
-  if (code != SQLITE_DONE) fail();
-  return sqlite3_total_changes64(handle_) == before ? 0 : sqlite3_changes64(handle_);
+  const std::int64_t before = sqlite3_total_changes64(database_.get());
+  while (statement.step()) {
+  }
+  return sqlite3_total_changes64(database_.get()) == before ? 0 : sqlite3_changes64(database_.get());
 }
 
-bool ConnectionState::stepRow(PreparedStatement& statement) {
-  const int code = statement.step();
-  if (code == SQLITE_ROW) return true;
-  if (code != SQLITE_DONE) fail();
-  return false;
-}
+void ConnectionState::interrupt() noexcept { sqlite3_interrupt(database_.get()); }
 
-void ConnectionState::interrupt() noexcept { sqlite3_interrupt(handle_); }
-
-std::int64_t ConnectionState::lastRowId() const { return sqlite3_last_insert_rowid(handle_); }
+std::int64_t ConnectionState::lastRowId() const { return sqlite3_last_insert_rowid(database_.get()); }
 
 std::string ConnectionState::file() const {
-  const char* const name = sqlite3_db_filename(handle_, "main");
+  const char* const name = sqlite3_db_filename(database_.get(), "main");
   return name == nullptr ? "" : name;
 }
 
+void ConnectionState::prepare(PreparedStatement& cached, const char* text) {
+  if (!cached) cached = PreparedStatement(database_, text, true);
+}
+
 void ConnectionState::control(PreparedStatement& cached, const char* text) {
-  if (!cached) cached = PreparedStatement(handle_, target(), text, true);
+  prepare(cached, text);
   run(cached);
 }
 

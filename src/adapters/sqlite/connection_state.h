@@ -26,45 +26,39 @@ private:
   std::chrono::steady_clock::time_point start_;
 };
 
-/// The database handle with its compiled statements and the state of the unit of work.
+/// The database handle with its compiled statements and the way to wait.
 class ConnectionState {
+  // Declared first: the statements go before the database.
+  DatabaseHandle database_;
+  StatementCache statements_{database_};
+  BusyHandler busy_;
+  bool ownsWork_;
+  bool reading_ = false;
+
 public:
   ConnectionState(sqlite3* handle, std::string target, bool ownsWork);
   ConnectionState(const ConnectionState&) = delete;
   ConnectionState& operator=(const ConnectionState&) = delete;
-  ~ConnectionState();
 
+  DatabaseHandle& database() { return database_; }
   StatementCache& statements() { return statements_; }
-  const std::string& target() const { return statements_.target(); }
   bool ownsWork() const { return ownsWork_; }
-  bool inWork() const { return inWork_; }
   BusyHandler& busy() { return busy_; }
 
   /// Runs a statement to its end, without rows; the number of rows that it changed.
   std::int64_t run(PreparedStatement& statement);
-  /// True when the step gave a row, false at the end; raises for everything else.
-  bool stepRow(PreparedStatement& statement);
   void interrupt() noexcept;
   std::int64_t lastRowId() const;
-  void setInWork(bool inWork) { inWork_ = inWork; }
   bool reading() const { return reading_; }
   void setReading(bool reading) { reading_ = reading; }
   /// The absolute path of the database, "" when it has no file.
   std::string file() const;
-  /// Runs one of the fixed transaction statements.
+  /// Compiles one of the fixed transaction statements when that has not been done.
+  void prepare(PreparedStatement& cached, const char* text);
+  /// Runs one of them.
   void control(PreparedStatement& cached, const char* text);
 
   PreparedStatement begin, beginRead, commit, rollback, save, release, rollbackTo;
-
-private:
-  [[noreturn]] void fail();
-
-  sqlite3* handle_;
-  StatementCache statements_;
-  BusyHandler busy_;
-  bool ownsWork_;
-  bool inWork_ = false;
-  bool reading_ = false;
 };
 
 } // namespace qx::sqlite

@@ -1,7 +1,7 @@
 #include "adapters/sqlite/prepared_statement.h"
 
+#include "adapters/sqlite/database_handle.h"
 #include "adapters/sqlite/select_parts.h"
-#include "adapters/sqlite/sqlite_error.h"
 
 #include <sqlite3.h>
 
@@ -44,11 +44,11 @@ Value realValue(double number, ColumnKind kind) {
 
 } // namespace
 
-RowShape::RowShape(sqlite3_stmt* statement, int hidden) {
-  const int count = sqlite3_column_count(statement);
+RowShape::RowShape(const PreparedStatement& statement, int hidden) {
+  const int count = statement.columnCount();
   for (int i = hidden; i < count; ++i) {
-    names_.emplace_back(sqlite3_column_name(statement, i));
-    const char* declared = sqlite3_column_decltype(statement, i);
+    names_.emplace_back(statement.columnName(i));
+    const char* declared = statement.declaredType(i);
     kinds_.push_back(kindOfDeclaration(declared));
     stored_.push_back(declared != nullptr);
   }
@@ -70,47 +70,62 @@ std::size_t RowShape::find(ColumnName column) const {
   return size();
 }
 
-PreparedStatement::PreparedStatement(sqlite3* database, const std::string& target, std::string_view text,
-                                     bool lasting) {
-  const int code = sqlite3_prepare_v3(database, text.data(), static_cast<int>(text.size()),
-                                      lasting ? SQLITE_PREPARE_PERSISTENT : 0, &statement_, nullptr);
-  if (code != SQLITE_OK) raiseLastError(database, target, false);
+PreparedStatement::PreparedStatement(const DatabaseHandle& database, std::string_view text, bool lasting)
+    : database_(&database) {
+  database.requireUnit();
+  database.check(sqlite3_prepare_v3(database.get(), text.data(), static_cast<int>(text.size()),
+                                    lasting ? SQLITE_PREPARE_PERSISTENT : 0, &statement_, nullptr));
 }
 
 PreparedStatement::PreparedStatement(PreparedStatement&& other) noexcept
-    : statement_(std::exchange(other.statement_, nullptr)) {}
+    : database_(other.database_), statement_(std::exchange(other.statement_, nullptr)) {}
 
 PreparedStatement& PreparedStatement::operator=(PreparedStatement&& other) noexcept {
+  std::swap(database_, other.database_);
   std::swap(statement_, other.statement_);
   return *this;
 }
 
 PreparedStatement::~PreparedStatement() { sqlite3_finalize(statement_); }
 
+int PreparedStatement::columnCount() const { return sqlite3_column_count(statement_); }
+
+const char* PreparedStatement::columnName(int index) const {
+  const char* const name = sqlite3_column_name(statement_, index);
+  if (name == nullptr) database_->failForMemory();
+  return name;
+}
+
+const char* PreparedStatement::declaredType(int index) const {
+  return sqlite3_column_decltype(statement_, index);
+}
+
 void PreparedStatement::bind(int place, const Value& value) {
+  int code = SQLITE_OK;
   switch (value.kind()) {
   case ValueKind::Null:
-    sqlite3_bind_null(statement_, place);
+    code = sqlite3_bind_null(statement_, place);
     break;
   case ValueKind::Integer:
   case ValueKind::Boolean:
-    sqlite3_bind_int64(statement_, place, value.integer().value_or(0));
+    code = sqlite3_bind_int64(statement_, place, value.integer().value_or(0));
     break;
   case ValueKind::Double:
   case ValueKind::Currency:
-    sqlite3_bind_double(statement_, place, value.number().value_or(0));
+    code = sqlite3_bind_double(statement_, place, value.number().value_or(0));
     break;
   case ValueKind::Text: {
     const auto text = value.textView();
-    sqlite3_bind_text64(statement_, place, text.data(), text.size(), SQLITE_STATIC, SQLITE_UTF8);
+    code = sqlite3_bind_text64(statement_, place, text.data(), text.size(), SQLITE_STATIC, SQLITE_UTF8);
     break;
   }
   case ValueKind::TimeStamp: {
     const std::string text = value.text();
-    sqlite3_bind_text64(statement_, place, text.data(), text.size(), SQLITE_TRANSIENT, SQLITE_UTF8);
+    code = sqlite3_bind_text64(statement_, place, text.data(), text.size(), SQLITE_TRANSIENT, SQLITE_UTF8);
     break;
   }
   }
+  database_->check(code);
 }
 
 void PreparedStatement::bindAll(std::span<const Value> values) {
@@ -118,7 +133,12 @@ void PreparedStatement::bindAll(std::span<const Value> values) {
   for (const Value& value : values) bind(++place, value);
 }
 
-int PreparedStatement::step() { return sqlite3_step(statement_); }
+bool PreparedStatement::step() {
+  database_->requireUnit();
+  const int code = sqlite3_step(statement_);
+  if (code != SQLITE_ROW && code != SQLITE_DONE) database_->fail();
+  return code == SQLITE_ROW;
+}
 
 void PreparedStatement::reset() noexcept { sqlite3_reset(statement_); }
 
@@ -133,6 +153,7 @@ Value PreparedStatement::column(int index, ColumnKind kind) const {
   default: {
     const auto* text = static_cast<const char*>(sqlite3_column_blob(statement_, index));
     const auto length = static_cast<std::size_t>(sqlite3_column_bytes(statement_, index));
+    if (text == nullptr && length > 0) database_->failForMemory();
     return Value(text == nullptr ? std::string_view() : std::string_view(text, length));
   }
   }

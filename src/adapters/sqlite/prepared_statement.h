@@ -11,10 +11,12 @@
 #include <string_view>
 #include <vector>
 
-struct sqlite3;
 struct sqlite3_stmt;
 
 namespace qx::sqlite {
+
+class DatabaseHandle;
+class PreparedStatement;
 
 /// How a declared column type is given back.
 enum class ColumnKind : std::uint8_t { Plain, Double, Currency, Boolean };
@@ -23,7 +25,7 @@ enum class ColumnKind : std::uint8_t { Plain, Double, Currency, Boolean };
 class RowShape {
 public:
   /// `hidden` leading columns are left out.
-  RowShape(sqlite3_stmt* statement, int hidden);
+  RowShape(const PreparedStatement& statement, int hidden);
 
   std::size_t size() const { return names_.size(); }
   std::string_view name(std::size_t index) const { return names_[index]; }
@@ -51,7 +53,7 @@ class PreparedStatement {
 public:
   PreparedStatement() = default;
   /// Raises when SQLite refuses the text.
-  PreparedStatement(sqlite3* database, const std::string& target, std::string_view text, bool lasting);
+  PreparedStatement(const DatabaseHandle& database, std::string_view text, bool lasting);
   PreparedStatement(PreparedStatement&& other) noexcept;
   PreparedStatement& operator=(PreparedStatement&& other) noexcept;
   PreparedStatement(const PreparedStatement&) = delete;
@@ -59,17 +61,21 @@ public:
   ~PreparedStatement();
 
   explicit operator bool() const { return statement_ != nullptr; }
-  sqlite3_stmt* get() const { return statement_; }
+  int columnCount() const;
+  const char* columnName(int index) const;
+  /// The type that the table declares; null for a computed column.
+  const char* declaredType(int index) const;
 
   /// Binds by 1-based place. Texts are not copied: the value outlives the next `reset`.
   void bind(int place, const Value& value);
   void bindAll(std::span<const Value> values);
-  /// SQLite's result code of one step.
-  int step();
+  /// True when the step gave a row, false at the end; raises for everything else.
+  bool step();
   void reset() noexcept;
   Value column(int index, ColumnKind kind) const;
 
 private:
+  const DatabaseHandle* database_ = nullptr;
   sqlite3_stmt* statement_ = nullptr;
 };
 

@@ -16,7 +16,7 @@ SqliteConnection::SqliteConnection(sqlite3* handle, std::string target, bool own
 
 SqliteConnection::~SqliteConnection() = default;
 
-const std::string& SqliteConnection::connectionString() const { return state_->target(); }
+const std::string& SqliteConnection::connectionString() const { return state_->database().target(); }
 
 std::vector<std::filesystem::path> SqliteConnection::files() const {
   const std::string file = state_->file();
@@ -44,11 +44,16 @@ std::unique_ptr<Recordset> SqliteConnection::openStream(const Sql& statement) {
 
 bool SqliteConnection::ownsWork() const { return state_->ownsWork(); }
 
-bool SqliteConnection::inWork() const { return state_->inWork(); }
+bool SqliteConnection::inWork() const {
+  return state_->database().unitBegun() && !state_->database().unitLost();
+}
 
 void SqliteConnection::beginWork(BusyWait* wait) {
   if (!state_->ownsWork()) return;
-  if (state_->inWork()) throw std::logic_error("a unit of work is already open");
+  state_->database().requireUnit();
+  if (state_->database().unitBegun()) throw std::logic_error("a unit of work is already open");
+  // Compiled before it is needed: undoing must not depend on memory that is no longer there.
+  state_->prepare(state_->rollback, "ROLLBACK");
   state_->busy().setWait(wait);
   try {
     state_->control(state_->begin, "BEGIN IMMEDIATE");
@@ -57,32 +62,36 @@ void SqliteConnection::beginWork(BusyWait* wait) {
     throw;
   }
   state_->busy().setWait(nullptr);
-  state_->setInWork(true);
+  state_->database().beginUnit();
 }
 
 void SqliteConnection::commitWork() {
-  if (!state_->inWork()) return;
+  if (!state_->database().unitBegun()) return;
   try {
     state_->control(state_->commit, "COMMIT");
   } catch (...) {
     rollbackWork();
     throw;
   }
-  state_->setInWork(false);
+  state_->database().endUnit();
 }
 
 void SqliteConnection::rollbackWork() noexcept {
-  if (!state_->inWork()) return;
+  if (!state_->database().unitBegun()) return;
+  undoUnit();
+  state_->database().endUnit();
+}
+
+void SqliteConnection::undoUnit() noexcept {
   try {
     state_->control(state_->rollback, "ROLLBACK");
   } catch (const std::exception&) {
     // SQLite has already rolled back whatever made the statement fail; there is nothing left to undo.
   }
-  state_->setInWork(false);
 }
 
 void SqliteConnection::beginReading() {
-  if (!state_->ownsWork() || state_->inWork() || state_->reading()) return;
+  if (!state_->ownsWork() || state_->database().unitBegun() || state_->reading()) return;
   state_->control(state_->beginRead, "BEGIN DEFERRED");
   state_->setReading(true);
 }
@@ -100,21 +109,24 @@ void SqliteConnection::endReading() noexcept {
 void SqliteConnection::interrupt() noexcept { state_->interrupt(); }
 
 void SqliteConnection::setSavepoint() {
-  if (state_->inWork()) state_->control(state_->save, "SAVEPOINT part");
+  if (!state_->database().unitBegun()) return;
+  state_->prepare(state_->rollbackTo, "ROLLBACK TO part");
+  state_->prepare(state_->release, "RELEASE part");
+  state_->control(state_->save, "SAVEPOINT part");
 }
 
 void SqliteConnection::releaseSavepoint() {
-  if (state_->inWork()) state_->control(state_->release, "RELEASE part");
+  if (state_->database().unitBegun()) state_->control(state_->release, "RELEASE part");
 }
 
 void SqliteConnection::rollbackToSavepoint() noexcept {
-  if (!state_->inWork()) return;
+  if (!state_->database().unitBegun()) return;
   try {
     state_->control(state_->rollbackTo, "ROLLBACK TO part");
     state_->control(state_->release, "RELEASE part");
   } catch (const std::exception&) {
-    // Without its savepoint the unit cannot be told apart from a half-written one.
-    rollbackWork();
+    // Without its savepoint the unit cannot be told apart from a half-written one: it is lost as a whole.
+    undoUnit();
   }
 }
 

@@ -44,6 +44,8 @@ public:
   void rollbackToSavepoint() noexcept override;
 
 private:
+  void undoUnit() noexcept;
+
   std::unique_ptr<sqlite::ConnectionState> state_;
 };
 

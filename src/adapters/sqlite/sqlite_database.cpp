@@ -6,9 +6,12 @@
 
 #include <sqlite3.h>
 
+#include <cerrno>
+#include <fcntl.h>
 #include <filesystem>
 #include <string>
 #include <system_error>
+#include <unistd.h>
 
 namespace qx {
 namespace {
@@ -24,6 +27,20 @@ void check(sqlite3* handle, int code, const std::string& target) {
   if (code != SQLITE_OK) sqlite::raiseLastError(handle, target, false);
 }
 
+/// Texts are read as they are stored.
+void requireUtf8(sqlite3* handle, const std::string& target) {
+  std::string encoding;
+  const auto keep = [](void* into, int /*count*/, char** values, char** /*names*/) {
+    static_cast<std::string*>(into)->assign(values[0]);
+    return 0;
+  };
+  check(handle, sqlite3_exec(handle, "PRAGMA encoding", keep, &encoding, nullptr), target);
+  if (encoding != "UTF-8")
+    throw StoreError(target + ": the texts of the database are stored as " + encoding +
+                         "; only databases in UTF-8 can be used",
+                     0);
+}
+
 void configure(sqlite3* handle, const std::string& target) {
   sqlite3_extended_result_codes(handle, 1);
   // An unknown column in double quotes must be an error, not a text.
@@ -32,9 +49,12 @@ void configure(sqlite3* handle, const std::string& target) {
   sqlite3_busy_timeout(handle, 60000);
   // Reading the schema first tells a file that is not a database from one that is.
   check(handle, sqlite3_exec(handle, "PRAGMA schema_version", nullptr, nullptr, nullptr), target);
+  // SQLite's check of a page's cells when it is read finds some damage that would look like missing rows.
   check(handle,
-        sqlite3_exec(handle, "PRAGMA synchronous=FULL; PRAGMA cache_size=-32000;", nullptr, nullptr, nullptr),
+        sqlite3_exec(handle, "PRAGMA synchronous=FULL; PRAGMA cache_size=-32000; PRAGMA cell_size_check=ON;",
+                     nullptr, nullptr, nullptr),
         target);
+  requireUtf8(handle, target);
 }
 
 /// A savepoint keeps copies of the pages that it changes; beyond 64 KiB SQLite would spill them to temporary
@@ -50,7 +70,9 @@ void keepSavepointsInMemory() {
 Handle openHandle(const std::string& target, int flags) {
   keepSavepointsInMemory();
   sqlite3* raw = nullptr;
-  const int code = sqlite3_open_v2(target.c_str(), &raw, flags | SQLITE_OPEN_NOMUTEX, nullptr);
+  // The name is that of a file, also where SQLite would see an address or a database in memory in it.
+  const std::string file = fs::absolute(target).string();
+  const int code = sqlite3_open_v2(file.c_str(), &raw, flags | SQLITE_OPEN_NOMUTEX, nullptr);
   Handle handle(raw);
   if (code != SQLITE_OK)
     sqlite::raiseOpenError(code, target, raw == nullptr ? "out of memory" : sqlite3_errmsg(raw));
@@ -67,6 +89,17 @@ std::unique_ptr<Connection> openExisting(std::string_view path, bool ownsWork) {
   return std::make_unique<SqliteConnection>(handle.release(), target, ownsWork);
 }
 
+/// An empty file that only its owner reads: SQLite gives the files beside it the same permissions. One that
+/// is there stays as it is.
+void createPrivately(const std::string& target) {
+  constexpr mode_t ownerOnly = 0600;
+  const int file = ::open(target.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, ownerOnly);
+  if (file >= 0)
+    close(file);
+  else if (errno != EEXIST)
+    throw StoreError(target + ": " + std::generic_category().message(errno), SQLITE_CANTOPEN);
+}
+
 } // namespace
 
 std::unique_ptr<Connection> SqliteDatabase::open(std::string_view path) { return openExisting(path, true); }
@@ -81,6 +114,7 @@ std::unique_ptr<Connection> SqliteDatabase::create(std::string_view path) {
   std::error_code error;
   if (!folder.empty()) fs::create_directories(folder, error);
   if (error) throw StoreError(folder.string() + ": " + error.message(), error.value());
+  createPrivately(target);
   Handle handle = openHandle(target, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
   // Write-ahead logging is a property of the file: readers never wait for a run.
   check(handle.get(), sqlite3_exec(handle.get(), "PRAGMA journal_mode=WAL", nullptr, nullptr, nullptr),

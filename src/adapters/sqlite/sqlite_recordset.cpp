@@ -67,7 +67,8 @@ void EditableRecordset::update() {
   if (adding_) {
     PreparedStatement& insert = connection_.statements().insert(source_, pendingColumns_);
     bindPending(insert);
-    connection_.run(insert);
+    if (connection_.run(insert) == 0)
+      throw StatementError("the database has not taken the new row of the table " + source_.table, 0);
     rowId = connection_.lastRowId();
   } else if (pendingColumns_.any()) {
     rowId = currentRowId();
@@ -111,13 +112,13 @@ void FetchedRecordset::fetch() {
   select.bindAll(parameters_);
   const StatementUse use(select);
   // The shape is taken after the first step, which compiles the statement anew when the schema has changed.
-  bool more = connection().stepRow(select);
-  StatementCache::completeShape(source(), select.get());
+  bool more = select.step();
+  StatementCache::completeShape(source(), select);
   while (more) {
     rowIds_.push_back(source().hidden > 0 ? readKey(select).integer().value_or(0) : 0);
     values_.resize(values_.size() + fieldCount());
     readRow(select, values_, values_.size() - fieldCount());
-    more = connection().stepRow(select);
+    more = select.step();
   }
 }
 
@@ -169,7 +170,7 @@ void KeysetRecordset::readKeys() {
   PreparedStatement& select = query_.keys;
   select.bindAll(parameters_);
   const StatementUse use(select);
-  while (connection().stepRow(select)) {
+  while (select.step()) {
     Key key{readKey(select).integer().value_or(0), 0};
     if (source().keyColumn >= 0) key.textHash = hashOf(select.column(1, ColumnKind::Plain).textView());
     keys_.push_back(key);
@@ -190,8 +191,8 @@ bool KeysetRecordset::resync() {
   const Value rowId(keys_[position_].rowId);
   select.bind(1, rowId);
   const StatementUse use(select);
-  if (!connection().stepRow(select)) return false;
-  StatementCache::completeShape(source(), select.get());
+  if (!select.step()) return false;
+  StatementCache::completeShape(source(), select);
   row_.resize(fieldCount());
   readRow(select, row_, 0);
   const int key = source().keyColumn;
@@ -226,8 +227,8 @@ void KeysetRecordset::rowWritten(std::int64_t rowId, bool inserted, const Column
 }
 
 StreamRecordset::StreamRecordset(ConnectionState& connection, const Sql& statement)
-    : connection_(connection), statement_(connection.statements().stream(statement)),
-      shape_(statement_.get(), 0), parameters_(statement.values().begin(), statement.values().end()) {
+    : connection_(connection), statement_(connection.statements().stream(statement)), shape_(statement_, 0),
+      parameters_(statement.values().begin(), statement.values().end()) {
   requery();
 }
 
@@ -242,7 +243,7 @@ void StreamRecordset::requery() {
 
 void StreamRecordset::moveNext() {
   if (eof_) return;
-  if (!connection_.stepRow(statement_)) {
+  if (!statement_.step()) {
     eof_ = true;
     statement_.reset();
     row_.assign(shape_.size(), Value());

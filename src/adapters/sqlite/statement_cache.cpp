@@ -2,10 +2,7 @@
 
 #include "adapters/sqlite/dialect.h"
 #include "adapters/sqlite/select_parts.h"
-#include "adapters/sqlite/sqlite_error.h"
 #include "platform/database_error.h"
-
-#include <sqlite3.h>
 
 namespace qx::sqlite {
 namespace {
@@ -48,10 +45,10 @@ PreparedStatement& StatementCache::plain(const Sql& statement) {
 PreparedStatement StatementCache::stream(const Sql& statement) {
   const std::string text = translate(statement);
   const auto parts = splitSelect(text);
-  if (!parts || parts->aggregate) return {database_, target_, text, false};
+  if (!parts || parts->aggregate) return {database_, text, false};
   const std::string ordered = "SELECT " + std::string(parts->list) + " FROM " + quotedName(parts->table) +
                               whereClause(*parts) + orderClause(*parts);
-  return {database_, target_, ordered, false};
+  return {database_, ordered, false};
 }
 
 RowQuery& StatementCache::rows(const Sql& statement) {
@@ -87,7 +84,7 @@ KeysetQuery& StatementCache::keyset(const Sql& statement) {
     query.keys = compile("SELECT " + keyList + " FROM " + quotedName(parts->table) + whereClause(*parts) +
                          orderClause(*parts));
     query.row = compile(rowsOf(*parts) + " WHERE rowid=?");
-    completeShape(query.source, query.row.get());
+    completeShape(query.source, query.row);
     const std::size_t place =
         key.empty() ? query.source.shape->size() : query.source.shape->find(ColumnName(key));
     if (place < query.source.shape->size()) query.source.keyColumn = static_cast<int>(place);
@@ -95,8 +92,8 @@ KeysetQuery& StatementCache::keyset(const Sql& statement) {
   });
 }
 
-void StatementCache::completeShape(RowSource& source, sqlite3_stmt* statement) {
-  const auto columns = static_cast<std::size_t>(sqlite3_column_count(statement) - source.hidden);
+void StatementCache::completeShape(RowSource& source, const PreparedStatement& statement) {
+  const auto columns = static_cast<std::size_t>(statement.columnCount() - source.hidden);
   if (source.shape && source.shape->size() == columns) return;
   source.shape.emplace(statement, source.hidden);
   source.updates.clear();
@@ -137,13 +134,12 @@ PreparedStatement& StatementCache::insert(RowSource& source, const ColumnMask& c
 }
 
 StatementCache::TableKey StatementCache::keyOf(const std::string& table) {
-  PreparedStatement info(database_, target_, "SELECT name, type FROM pragma_table_info(?) WHERE pk > 0",
-                         false);
+  PreparedStatement info(database_, "SELECT name, type FROM pragma_table_info(?) WHERE pk > 0", false);
   const Value tableName(table);
   info.bind(1, tableName);
   TableKey key;
   int count = 0;
-  while (info.step() == SQLITE_ROW) {
+  while (info.step()) {
     ++count;
     const std::string name = info.column(0, ColumnKind::Plain).text();
     const std::string type = info.column(1, ColumnKind::Plain).text();

@@ -1,6 +1,7 @@
 // The compiled statements of one connection.
 #pragma once
 
+#include "adapters/sqlite/database_handle.h"
 #include "adapters/sqlite/prepared_statement.h"
 #include "platform/sql.h"
 
@@ -12,8 +13,6 @@
 #include <string>
 #include <unordered_map>
 #include <vector>
-
-struct sqlite3;
 
 namespace qx::sqlite {
 
@@ -45,7 +44,8 @@ struct KeysetQuery {
 /// Compiles each distinct statement once. Statements are found by the addresses of their fragments.
 class StatementCache {
 public:
-  StatementCache(sqlite3* database, std::string target) : database_(database), target_(std::move(target)) {}
+  /// The database outlives the cache.
+  explicit StatementCache(const DatabaseHandle& database) : database_(database) {}
 
   PreparedStatement& plain(const Sql& statement);
   RowQuery& rows(const Sql& statement);
@@ -55,10 +55,7 @@ public:
   PreparedStatement& update(RowSource& source, const ColumnMask& columns);
   PreparedStatement& insert(RowSource& source, const ColumnMask& columns);
   /// Reads the shape when the statement is used for the first time, and again when the schema changed.
-  static void completeShape(RowSource& source, sqlite3_stmt* statement);
-
-  sqlite3* database() const { return database_; }
-  const std::string& target() const { return target_; }
+  static void completeShape(RowSource& source, const PreparedStatement& statement);
 
 private:
   template <class Entry>
@@ -73,15 +70,14 @@ private:
         joined_;
   };
 
-  PreparedStatement compile(const std::string& text) { return {database_, target_, text, true}; }
+  PreparedStatement compile(const std::string& text) { return {database_, text, true}; }
   struct TableKey {
     std::string text;     ///< the single text column that is the table's primary key, or empty
     std::string identity; ///< the integer column that is the rowid itself, or empty
   };
   TableKey keyOf(const std::string& table);
 
-  sqlite3* database_;
-  std::string target_;
+  const DatabaseHandle& database_;
   Map<PreparedStatement> plain_;
   Map<RowQuery> rows_;
   Map<KeysetQuery> keysets_;

@@ -174,7 +174,7 @@ std::string AboutWindow::systemInformation() {
   try {
     if (const auto version =
             environment_.connection ? storedSchemaVersion(*environment_.connection) : std::nullopt)
-      schema = std::to_string(*version);
+      schema = *version;
   } catch (const std::exception& failure) {
     environment_.diagnostics.report({"system information", failure.what(), {}});
   }

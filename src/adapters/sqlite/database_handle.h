@@ -1,0 +1,46 @@
+// SQLite's handle of an open database.
+#pragma once
+
+#include <string>
+
+struct sqlite3;
+
+namespace qx::sqlite {
+
+/// Owns the handle, knows whether a unit of work is open, and turns result codes into failures.
+///
+/// SQLite may roll a unit back by itself, and whoever ran the statement may have swallowed its failure. Such
+/// a unit stays lost until its owner ends it: every statement before that raises, so that nothing is written
+/// outside of a unit by mistake.
+class DatabaseHandle {
+public:
+  DatabaseHandle(sqlite3* handle, std::string target);
+  DatabaseHandle(const DatabaseHandle&) = delete;
+  DatabaseHandle& operator=(const DatabaseHandle&) = delete;
+  /// Statements that are still compiled keep the database open until they go.
+  ~DatabaseHandle();
+
+  sqlite3* get() const { return handle_; }
+  const std::string& target() const { return target_; }
+
+  void beginUnit() { unitBegun_ = true; }
+  void endUnit() { unitBegun_ = false; }
+  /// True from the beginning of a unit to its end, also when it was lost in between.
+  bool unitBegun() const { return unitBegun_; }
+  bool unitLost() const;
+  /// Raises `WorkLostError` when the unit was lost.
+  void requireUnit() const;
+
+  /// Raises for every result but success.
+  void check(int code) const;
+  /// Raises what the last failure stands for.
+  [[noreturn]] void fail() const;
+  [[noreturn]] void failForMemory() const;
+
+private:
+  sqlite3* handle_;
+  std::string target_;
+  bool unitBegun_ = false;
+};
+
+} // namespace qx::sqlite

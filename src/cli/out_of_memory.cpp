@@ -1,0 +1,38 @@
+#include "cli/out_of_memory.h"
+
+#include "cli/exit_code.h"
+
+#include <cstdlib>
+#include <exception>
+#include <new>
+#include <string_view>
+#include <unistd.h>
+
+namespace qx::cli {
+namespace {
+
+std::terminate_handler previousHandler = nullptr;
+
+[[noreturn]] void endUncaught() {
+  try {
+    if (const auto current = std::current_exception()) std::rethrow_exception(current);
+  } catch (const std::bad_alloc&) {
+    std::_Exit(endOutOfMemory());
+  } catch (...) {
+    // The handler of the library tells what it is.
+  }
+  if (previousHandler != nullptr) previousHandler();
+  std::abort();
+}
+
+} // namespace
+
+int endOutOfMemory() noexcept {
+  constexpr std::string_view sentence = "qximportjob: out of memory\n";
+  [[maybe_unused]] const auto written = write(STDERR_FILENO, sentence.data(), sentence.size());
+  return static_cast<int>(ExitCode::Failure);
+}
+
+OutOfMemoryGuard::OutOfMemoryGuard() noexcept { previousHandler = std::set_terminate(endUncaught); }
+
+} // namespace qx::cli
