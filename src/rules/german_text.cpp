@@ -102,6 +102,17 @@ std::optional<double> parseTypedNumber(std::string_view text) {
   return parseGermanNumber(german);
 }
 
+std::string_view germanBoolean(bool truth) { return truth ? "Wahr" : "Falsch"; }
+
+std::optional<bool> parseGermanBoolean(std::string_view text) {
+  text = trimBlanks(text);
+  for (const std::string_view yes : {"Wahr", "True", "1", "-1"})
+    if (equalCodes(text, yes)) return true;
+  for (const std::string_view no : {"Falsch", "False", "0"})
+    if (equalCodes(text, no)) return false;
+  return std::nullopt;
+}
+
 std::optional<NumberReadings> readingsOf(std::string_view text) {
   constexpr std::size_t group = 3;
   text = trimBlanks(text);
@@ -113,17 +124,6 @@ std::optional<NumberReadings> readingsOf(std::string_view text) {
   const auto decimals = parseTypedNumber(text);
   if (!thousands || !decimals) return std::nullopt;
   return NumberReadings{*thousands, *decimals};
-}
-
-std::string_view germanBoolean(bool truth) { return truth ? "Wahr" : "Falsch"; }
-
-std::optional<bool> parseGermanBoolean(std::string_view text) {
-  text = trimBlanks(text);
-  for (const std::string_view yes : {"Wahr", "True", "1", "-1"})
-    if (equalCodes(text, yes)) return true;
-  for (const std::string_view no : {"Falsch", "False", "0"})
-    if (equalCodes(text, no)) return false;
-  return std::nullopt;
 }
 
 std::string_view firstCharacters(std::string_view text, std::size_t count) {

@@ -23,6 +23,12 @@ std::optional<double> parseGermanNumber(std::string_view text);
 /// as one.
 std::optional<double> parseTypedNumber(std::string_view text);
 
+/// "Wahr" or "Falsch".
+std::string_view germanBoolean(bool truth);
+
+/// Reads "Wahr", "Falsch", "True", "False" (in any case), "1", "-1" and "0"; null for everything else.
+std::optional<bool> parseGermanBoolean(std::string_view text);
+
 /// What a typed number may mean whose single point has three digits behind it: "1.000" is a thousand to one
 /// and one to another. Null for every other text.
 struct NumberReadings {
@@ -30,12 +36,6 @@ struct NumberReadings {
   double decimals = 0;
 };
 std::optional<NumberReadings> readingsOf(std::string_view text);
-
-/// "Wahr" or "Falsch".
-std::string_view germanBoolean(bool truth);
-
-/// Reads "Wahr", "Falsch", "True", "False" (in any case), "1", "-1" and "0"; null for everything else.
-std::optional<bool> parseGermanBoolean(std::string_view text);
 
 /// The first `count` characters (not bytes) of a UTF-8 text.
 std::string_view firstCharacters(std::string_view text, std::size_t count);
