@@ -6,6 +6,7 @@
 
 #include <array>
 #include <stdexcept>
+#include <utility>
 
 namespace qx {
 namespace {
@@ -98,7 +99,9 @@ std::optional<Textbaustein> MasterData::GetTextbaustein(std::string_view Textart
   found.Langtext = rows->text("Langtext");
   found.WoDrucken = rows->text("WoDrucken");
   found.Schriftart = rows->text("Schriftart");
-  found.Schriftgröße = static_cast<std::int16_t>(rows->value("Schriftgröße").integer().value_or(0));
+  // One that does not fit into 16 bits is none.
+  const auto size = rows->value("Schriftgröße").integer().value_or(0);
+  found.Schriftgröße = std::in_range<std::int16_t>(size) ? static_cast<std::int16_t>(size) : std::int16_t{0};
   found.Schriftstil = rows->text("Schriftstil");
   return found;
 }
