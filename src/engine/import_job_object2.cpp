@@ -131,6 +131,12 @@ void ImportJobObject2::Unload() {
 }
 
 bool ImportJobObject2::ProcessJobs(bool UnEvaluated, qxProcessState ProcessState) {
+  // Whoever took the lock away may be at work himself.
+  if (lock_.confirm().state == LockState::Refused) {
+    lastRun_ = {};
+    lastRun_.end = RunEnd::Refused;
+    return false;
+  }
   ProcessingRun run({environment_, events_, protocol_, errors_, stop_, outcomes_, personalNr_, homeCurrency_},
                     UnEvaluated, ProcessState);
   lastRun_ = run.execute();

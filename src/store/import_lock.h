@@ -39,10 +39,14 @@ public:
   explicit ImportLock(Environment& environment) : environment_(environment) {}
 
   LockOutcome take(BusyWait* wait = nullptr);
+  /// Looks whether the lock that was taken is still ours. A row that is gone is written again; when another
+  /// user stands in it, the message is shown. Does not look on a host's connection.
+  LockOutcome confirm(BusyWait* wait = nullptr);
   /// Deletes the row, whoever owns it. False, with a diagnostics entry, when the database did not let us.
   bool release(BusyWait* wait = nullptr);
-  /// Releases the lock only when this object took it.
-  bool releaseIfHeld(BusyWait* wait = nullptr) { return !held_ || release(wait); }
+  /// Releases the lock only when this object took it; on a connection of our own a row that is another
+  /// user's by now stays.
+  bool releaseIfHeld(BusyWait* wait = nullptr);
   /// True from a successful `take` to the next `release`.
   bool held() const { return held_; }
   /// The current holder; null when nobody holds the lock. Database errors reach the caller.
@@ -62,11 +66,14 @@ private:
   void setLockColumns(Recordset& row);
   template <class Step>
   bool skipping(Step&& step);
+  /// Deletes the row; of a session only when it stands there.
+  bool remove(BusyWait* wait, const std::optional<std::string>& session);
   LockOutcome refuse(const LockHolder& holder);
   void tellTakeOver(const LockHolder& holder);
 
   Environment& environment_;
   bool held_ = false;
+  std::string session_; ///< as it stands in the row that was taken
 };
 
 } // namespace qx
