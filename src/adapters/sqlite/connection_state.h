@@ -51,6 +51,8 @@ public:
   void setReading(bool reading) { reading_ = reading; }
   /// The absolute path of the database, "" when it has no file.
   std::string file() const;
+  /// The file was removed or replaced since it was opened.
+  bool moved() const;
   /// Runs one of the fixed transaction statements.
   void control(PreparedStatement& cached, const char* text);
 
