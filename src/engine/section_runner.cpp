@@ -10,9 +10,12 @@
 namespace qx {
 namespace {
 
-/// The store cannot go on when even the failure of a job cannot be written down.
+/// The store cannot go on when even the failure of a job cannot be written down. This is the last place that
+/// knows what the database said of it.
 [[noreturn]] void giveUp(const std::exception& error) {
-  throw StoreError("Der Fehler eines Vorgangs konnte nicht gespeichert werden: " + germanCause(error), 0);
+  throw StoreError("Der Fehler eines Vorgangs konnte nicht gespeichert werden: " + germanCause(error) + " (" +
+                       error.what() + ")",
+                   0);
 }
 
 std::int16_t jobTypeOf(Recordset& jobs) {

@@ -17,9 +17,10 @@ public:
 
 protected:
   bool isDone(std::int16_t jobType) const override { return jobType == qxtJobKundenDone; }
-  void fill(Recordset& job) override;
+  void fill() override;
   void check(std::string_view control) override;
   void reloadGrid() override;
+  void prepareSaving() override;
   void store() override;
   void reportUnknownCustomer(const std::string& number) override;
   void compareCustomer(const Adresse& stored) override;
@@ -27,6 +28,7 @@ protected:
 
 private:
   ContractGrid contracts_;
+  bool moveContracts_ = false; ///< the contracts that came with it follow its new number
 };
 
 } // namespace qx

@@ -159,7 +159,7 @@ TEST_F(Run, AProtocolLineThatCannotBeWrittenTakesNothingBack) {
   EXPECT_EQ(done(), 3);
   EXPECT_EQ(engine.lastRun().protocolErrors, 3U);
   EXPECT_EQ(erp.desktop.shown.front().text,
-            "Fehler beim Erzeugen der Protokollzeile. Die Datenbank hat das abgelehnt. (Protokoll voll)");
+            "Fehler beim Erzeugen der Protokollzeile. Die Datenbank hat das abgelehnt.");
 }
 
 TEST_F(Run, AStoreThatFailsWhileTheProtocolIsMadeEndsTheRunBeforeItsFirstJob) {
@@ -174,11 +174,11 @@ TEST_F(Run, AStoreThatFailsWhileTheProtocolIsMadeEndsTheRunBeforeItsFirstJob) {
   ASSERT_EQ(erp.desktop.shown.size(), 2U);
   EXPECT_THAT(
       erp.desktop.shown.front().text,
-      StartsWith("Fehler bei der Verarbeitung: Die Datenbank kann nicht gelesen oder geschrieben werden. ("))
+      StartsWith("Fehler bei der Verarbeitung: Die Datenbank kann nicht gelesen oder geschrieben werden."))
       << "the run ends, it does not go on without its protocol";
   EXPECT_THAT(erp.desktop.shown.back().text,
               StartsWith("Verarbeitungsprotokoll konnte nicht erzeugt werden. Die Datenbank kann nicht "
-                         "gelesen oder geschrieben werden. ("));
+                         "gelesen oder geschrieben werden."));
   EXPECT_TRUE(outcomes.empty());
   EXPECT_TRUE(run());
   EXPECT_EQ(done(), 2);
