@@ -5,6 +5,7 @@
 #include "rules/rounding.h"
 
 #include <exception>
+#include <utility>
 
 namespace qx {
 namespace {
@@ -166,7 +167,9 @@ void OrderCheck::checkPrice(Recordset& position, const FoundPrice& price, Findin
 }
 
 void OrderCheck::checkCostAssignment(Recordset& position, Findings& findings) const {
-  const auto number = static_cast<std::int32_t>(position.value("KostID").integer().value_or(0));
+  const auto staged = position.value("KostID").integer().value_or(0);
+  // Nobody has laid down a number beyond 32 bits.
+  const auto number = std::in_range<std::int32_t>(staged) ? static_cast<std::int32_t>(staged) : 0;
   if (costs_.CheckKostzuord("AB", number, false) != 0)
     findings.add(CheckStatus::Warning, order_tokens::costAssignment);
 }

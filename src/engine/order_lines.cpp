@@ -10,7 +10,9 @@
 #include <array>
 #include <exception>
 #include <limits>
+#include <optional>
 #include <set>
+#include <utility>
 
 namespace qx {
 namespace {
@@ -239,7 +241,12 @@ void OrderLines::fillTax(Recordset& line, Recordset& article, const OrderContext
 
 /// Dimensions that the line lacks come from the job, then from the customer.
 void OrderLines::fillCostAssignment(Recordset& line, Recordset& position, const OrderContext& order) {
-  const auto own = static_cast<std::int32_t>(position.value("KostID").integer().value_or(0));
+  const Value& staged = position.value("KostID");
+  const auto number = staged.isEmpty() ? std::optional<std::int64_t>(0) : staged.integer();
+  // Cut to 32 bits it would be another assignment.
+  if (!number || !std::in_range<std::int32_t>(*number))
+    throw OrderFailure(order_failures::costNumber.with(staged.text()));
+  const auto own = static_cast<std::int32_t>(*number);
   const Value kept = own == 0 ? Value::null() : Value(own);
   if (!options_.costAssignment) {
     line.set("KostID", kept);

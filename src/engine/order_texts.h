@@ -75,9 +75,11 @@ inline constexpr OrderSentence priceTooLarge{"Der Preis: '", "' ist zu groß."};
 inline constexpr OrderSentence totalTooLarge{"Die Summe des Auftrags ist zu groß.", ""};
 inline constexpr OrderSentence noPositionNumber{
     "Für die Fracht- und Gebührenzeilen ist keine Positionsnummer mehr frei.", ""};
+inline constexpr OrderSentence costNumber{"Die Kostenzuordnung: '", "' ist keine gültige Nummer."};
 inline constexpr OrderSentence taxKey{"Die Steuerschlüsselzuordnung konnte nicht ermittelt werden.", ""};
 
-/// All but the two that no order alone can bring about: a number in use and line numbers used up.
+/// All but the two that no order alone can bring about, a number in use and line numbers used up, and the
+/// cost number, which has another type in any staging table but a sender's own.
 inline constexpr std::array all{noNumber,       customer,     deliveryStop,  receiptDate,   shippingMethod,
                                 paymentMethod,  paymentTerms, salesRep,      noPositions,   article,
                                 blockedArticle, priceFailed,  priceTooLarge, totalTooLarge, taxKey};

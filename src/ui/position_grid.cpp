@@ -152,7 +152,9 @@ void PositionGrid::checkStock(std::size_t row) {
 }
 
 void PositionGrid::checkCost(std::size_t row) {
-  const auto number = static_cast<std::int32_t>(positions_.at(row, "KostID").integer().value_or(0));
+  const auto staged = positions_.at(row, costNumber).integer().value_or(0);
+  // Nobody has laid down a number beyond 32 bits.
+  const auto number = std::in_range<std::int32_t>(staged) ? static_cast<std::int32_t>(staged) : 0;
   const bool fine = !context_.costAssignment || engine_.CheckKostzuord("AB", number, false) == 0;
   report(row, "KO", warningUnless(fine),
          "Achtung: Fehlende Kostenzuordnung für Artikel '" + positions_.at(row, "Artikelnummer").text() +
