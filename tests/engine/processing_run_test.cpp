@@ -242,6 +242,22 @@ TEST_F(Run, JobsThatSomeoneElseTookMeanwhileArePassedOver) {
   EXPECT_EQ(events.progress.back(), 100);
 }
 
+TEST_F(Run, TheMessageLoopRunsWhileAnotherProgramKeepsTheDatabase) {
+  stageMany(150);
+  const auto other = erp.secondConnection();
+  int waited = 0;
+  erp.desktop.onYield = [&] {
+    if (waited == 0)
+      other->beginWork(nullptr);
+    else if (waited == 3)
+      other->rollbackWork();
+    ++waited;
+  };
+  EXPECT_TRUE(run());
+  EXPECT_GT(waited, 3);
+  EXPECT_EQ(done(), 150);
+}
+
 TEST_F(Run, AProgramThatStagesBetweenTheGroupsDisturbsNothing) {
   stageMany(350);
   const auto other = erp.secondConnection();
@@ -377,7 +393,8 @@ TEST(WaitingRun, TellsAfterASecondAndOnceAMinuteUntilItIsStopped) {
   RecordingEvents events;
   const Subscription subscription = source.subscribe(events);
   StopSignal stop;
-  RunWait wait(source, diagnostics, stop);
+  RecordingDesktop desktop;
+  RunWait wait(source, diagnostics, stop, desktop);
   struct Moment {
     int waited;
     std::size_t told;
