@@ -88,13 +88,13 @@ private:
       found->click();
     };
     modal(
-        "kunde", [&] { showJobDialog(&parent, context_, changedCustomer, qxtjobkunden, true); },
+        "kunde", [&] { showJobDialog(&parent, context_, changedCustomer, true); },
         [&](QDialog& dialog) {
           modal("adressen", [&] { press(dialog, "cmdAdressen"); });
           modal("auskunft", [&] { press(dialog, "cmdKundennummer"); });
         });
-    modal("auftrag", [&] { showJobDialog(&parent, context_, orderWithoutStock, qxtJobAufträge, true); });
-    modal("vertrag", [&] { showJobDialog(&parent, context_, contractOfUnknownKind, qxtjobverträge, true); });
+    modal("auftrag", [&] { showJobDialog(&parent, context_, orderWithoutStock, true); });
+    modal("vertrag", [&] { showJobDialog(&parent, context_, contractOfUnknownKind, true); });
     modal("optionen", [&] { OptionsWindow(environment_, &parent).exec(); });
     modal("loeschen", [&] { DeleteDateWindow(environment_, engine_, &parent).exec(); });
   }

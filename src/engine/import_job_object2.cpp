@@ -235,6 +235,12 @@ void ImportJobObject2::Unload() {
 
 bool ImportJobObject2::ProcessJobs(bool UnEvaluated, qxProcessState ProcessState) {
   if (refusedInRun("ProcessJobs")) return false;
+  // Whoever took the lock away may be at work himself.
+  if (lock_.confirm().state == LockState::Refused) {
+    lastRun_ = {};
+    lastRun_.end = RunEnd::Refused;
+    return false;
+  }
   {
     const UnderWay underWay(running_, stop_);
     errors_.clear();

@@ -1,6 +1,7 @@
 #include "engine/job_editing.h"
 
 #include "engine/contract_check.h"
+#include "platform/whole_number.h"
 #include "rules/active_connection.h"
 
 #include <algorithm>
@@ -20,18 +21,9 @@ public:
   bool goOn(std::chrono::milliseconds waited) override { return waited < std::chrono::seconds(5); }
 };
 
-/// Runs the work as one unit where units are ours.
-template <class Work>
-void asUnit(Connection& connection, Work&& work) {
-  ShortWait wait;
-  JoinedUnit unit(connection, &wait);
-  work();
-  unit.commit();
-}
-
 } // namespace
 
-PositionTable::PositionTable(Recordset& rows) {
+StagedRows::StagedRows(Recordset& rows) {
   for (std::size_t i = 0; i < rows.fieldCount(); ++i) {
     const ColumnName column(rows.fieldName(i));
     columns_.push_back({std::string(column.text()), column.hash()});
@@ -42,33 +34,40 @@ PositionTable::PositionTable(Recordset& rows) {
   }
 }
 
-std::optional<std::size_t> PositionTable::find(ColumnName column) const {
+std::optional<std::size_t> StagedRows::find(ColumnName column) const {
   for (std::size_t i = 0; i < columns_.size(); ++i)
     if (columns_[i].hash == column.hash()) return i;
   return std::nullopt;
 }
 
-const Value& PositionTable::at(std::size_t row, ColumnName column) const {
+const Value& StagedRows::at(std::size_t row, ColumnName column) const {
   static const Value none;
   const auto place = find(column);
-  return place ? rows_[row][*place] : none;
+  return place && row < rows_.size() ? rows_[row][*place] : none;
 }
 
-void PositionTable::set(std::size_t row, ColumnName column, Value value) {
+void StagedRows::set(std::size_t row, ColumnName column, Value value) {
   if (const auto place = find(column)) rows_[row][*place] = std::move(value);
 }
 
-std::size_t PositionTable::add() {
+std::size_t StagedRows::add() {
   rows_.emplace_back(columns_.size());
   return rows_.size() - 1;
 }
 
-void PositionTable::remove(std::size_t row) { rows_.erase(rows_.begin() + static_cast<std::ptrdiff_t>(row)); }
+void StagedRows::remove(std::size_t row) { rows_.erase(rows_.begin() + static_cast<std::ptrdiff_t>(row)); }
 
-void PositionTable::copyTo(Recordset& target, std::size_t row) const {
+void StagedRows::copyTo(Recordset& target, std::size_t row) const {
   for (std::size_t i = 0; i < columns_.size(); ++i) {
     const ColumnName column(columns_[i].name);
     if (column != orderOfPositions && !rows_[row][i].isNull()) target.set(column, rows_[row][i]);
+  }
+}
+
+void StagedRows::copyChanged(Recordset& row) const {
+  for (const Column& column : columns_) {
+    const ColumnName name(column.name);
+    if (!(row.value(name) == at(0, name))) row.set(name, at(0, name));
   }
 }
 
@@ -82,8 +81,8 @@ std::unique_ptr<Recordset> JobEditing::contractHeader(std::string_view jobId) co
       .open(sql("Select * From ImportKopf  Where JobID = '"_sql, value(jobId), "'"_sql));
 }
 
-PositionTable JobEditing::positions(std::string_view jobId) const {
-  return PositionTable(
+StagedRows JobEditing::positions(std::string_view jobId) const {
+  return StagedRows(
       *activeConnection(environment_)
            .open(sql("SELECT *, Cast(Positionsnummer as int) as intPos From ImportPos where JobID = '"_sql,
                      value(jobId), "' Order By intPos"_sql)));
@@ -96,71 +95,78 @@ std::unique_ptr<Recordset> JobEditing::contractsOf(std::string_view customer) co
                 "' And (JobType = 40 or JobType = 41 or JobType = 42 or JobType = 43 or JobType = 44)"_sql));
 }
 
-void JobEditing::writeHeader(const ReadJob& job, std::span<const ColumnChange> changes) const {
-  const auto row = header(job.jobId);
-  if (row->eof()) throw StatementError("Der Vorgang ist nicht mehr vorhanden.", 0);
-  // A job that was processed meanwhile must not be set back.
-  if (row->value("JobType").integer().value_or(0) != job.jobType)
-    throw StatementError("Der Vorgang wurde inzwischen verarbeitet oder von anderer Seite geändert.", 0);
+std::int16_t ReadJob::jobType() const { return jobCode(header.at(0, "JobType")); }
+
+std::optional<std::int16_t> JobEditing::codeOf(std::string_view jobId) const {
+  const ReadJob job{std::string(jobId), StagedRows(*header(jobId)), {}};
+  return job.header.size() == 0 ? std::nullopt : std::optional(job.jobType());
+}
+
+ReadJob JobEditing::read(std::string_view jobId, Recordset& header) const {
+  return {std::string(jobId), StagedRows(header), positions(jobId)};
+}
+
+void JobEditing::edit(ReadJob& job, const std::function<void()>& work, BusyWait* wait) const {
+  Connection& connection = activeConnection(environment_);
+  ShortWait shortWait;
+  JoinedUnit unit(connection, wait != nullptr ? wait : &shortWait);
+  ReadJob now = read(job.jobId, *header(job.jobId));
+  if (now.header.size() == 0) throw JobChangedError(true);
+  if (!(now == job)) throw JobChangedError(false);
+  try {
+    work();
+    now = read(job.jobId, *header(job.jobId));
+  } catch (const std::exception&) {
+    // A host's connection has no unit of ours that could be rolled back.
+    if (!connection.ownsWork()) putBack(job);
+    throw;
+  }
+  unit.commit();
+  job = std::move(now);
+}
+
+void JobEditing::save(std::string_view jobId, std::span<const ColumnChange> changes) const {
   if (changes.empty()) return;
+  const auto row = header(jobId);
   for (const ColumnChange& change : changes)
     if (row->hasField(change.column)) row->set(change.column, change.content);
   row->update();
 }
 
-void JobEditing::save(const ReadJob& job, std::span<const ColumnChange> changes) const {
-  asUnit(activeConnection(environment_), [&] { writeHeader(job, changes); });
-}
-
-void JobEditing::saveCustomer(const ReadJob& job, std::span<const ColumnChange> changes,
-                              std::string_view customer, CheckStatus status) const {
-  asUnit(activeConnection(environment_), [&] {
-    ContractCheck(environment_).checkCustomerContracts(customer);
-    auto worst = static_cast<std::int64_t>(status);
-    for (const auto contracts = contractsOf(customer); !contracts->eof(); contracts->moveNext()) {
-      const auto code = contracts->value("JobType").integer().value_or(0);
-      if (code <= qxtJobKundenVerträgeError)
-        worst = std::max(worst, contracts->value("Status").integer().value_or(0));
-    }
-    std::vector<ColumnChange> all(changes.begin(), changes.end());
-    all.push_back({"ImportType", Value(worst)});
-    writeHeader(job, all);
-    const auto contracts =
-        activeConnection(environment_)
-            .open(sql(
-                "SELECT ImportType FROM ImportKopf WHERE (JobType = 40 Or JobType = 41 or JobType = 42) AND "
-                "Kundennummer = '"_sql,
-                value(customer), "'"_sql));
-    for (; !contracts->eof(); contracts->moveNext()) {
-      contracts->set("ImportType", Value(worst));
-      contracts->update();
-    }
-  });
-}
-
-void JobEditing::saveOrder(const ReadJob& job, std::span<const ColumnChange> changes,
-                           const PositionTable& positions) const {
-  asUnit(activeConnection(environment_), [&] {
-    writeHeader(job, changes);
-    replacePositions(job.jobId, positions);
-  });
-}
-
-void JobEditing::replacePositions(std::string_view jobId, const PositionTable& positions) const {
-  const PositionTable before =
-      activeConnection(environment_).ownsWork() ? PositionTable() : this->positions(jobId);
-  activeConnection(environment_)
-      .execute(sql("Delete From ImportPos where JobID = '"_sql, value(jobId), "'"_sql));
-  try {
-    insert(jobId, positions);
-  } catch (const std::exception&) {
-    // A host's connection has no unit of ours that could be rolled back.
-    if (!activeConnection(environment_).ownsWork()) putBack(jobId, before);
-    throw;
+void JobEditing::saveCustomer(std::string_view jobId, std::span<const ColumnChange> changes,
+                              std::string_view customer, std::optional<CheckStatus> status) const {
+  ContractCheck(environment_).checkCustomerContracts(customer);
+  std::vector<ColumnChange> all(changes.begin(), changes.end());
+  if (!status) return save(jobId, all);
+  auto worst = static_cast<std::int64_t>(*status);
+  for (const auto contracts = contractsOf(customer); !contracts->eof(); contracts->moveNext()) {
+    const auto code = contracts->value("JobType").integer().value_or(0);
+    if (code <= qxtJobKundenVerträgeError)
+      worst = std::max(worst, contracts->value("Status").integer().value_or(0));
+  }
+  all.push_back({"ImportType", Value(worst)});
+  save(jobId, all);
+  const auto contracts =
+      activeConnection(environment_)
+          .open(sql(
+              "SELECT ImportType FROM ImportKopf WHERE (JobType = 40 Or JobType = 41 or JobType = 42) AND "
+              "Kundennummer = '"_sql,
+              value(customer), "'"_sql));
+  for (; !contracts->eof(); contracts->moveNext()) {
+    contracts->set("ImportType", Value(worst));
+    contracts->update();
   }
 }
 
-void JobEditing::insert(std::string_view jobId, const PositionTable& positions) const {
+void JobEditing::moveContracts(std::string_view from, std::string_view to) const {
+  activeConnection(environment_)
+      .execute(sql("Update ImportKopf Set Kundennummer = '"_sql, value(to), "' Where Kundennummer = '"_sql,
+                   value(from), "' And JobType In (40, 41, 42)"_sql));
+}
+
+void JobEditing::savePositions(std::string_view jobId, const StagedRows& positions) const {
+  activeConnection(environment_)
+      .execute(sql("Delete From ImportPos where JobID = '"_sql, value(jobId), "'"_sql));
   const auto target = activeConnection(environment_)
                           .open(sql("Select * From ImportPos where JobID = '"_sql, value(jobId), "'"_sql));
   for (std::size_t row = 0; row < positions.size(); ++row) {
@@ -170,21 +176,22 @@ void JobEditing::insert(std::string_view jobId, const PositionTable& positions) 
   }
 }
 
-void JobEditing::putBack(std::string_view jobId, const PositionTable& before) const noexcept {
+void JobEditing::putBack(const ReadJob& job) const noexcept {
   try {
-    activeConnection(environment_)
-        .execute(sql("Delete From ImportPos where JobID = '"_sql, value(jobId), "'"_sql));
-    insert(jobId, before);
+    const auto row = header(job.jobId);
+    if (!row->eof()) {
+      job.header.copyChanged(*row);
+      row->update();
+    }
+    if (!(positions(job.jobId) == job.positions)) savePositions(job.jobId, job.positions);
   } catch (const std::exception& error) {
-    environment_.diagnostics.report({"positions put back", error.what(), jobId});
+    environment_.diagnostics.report({"job put back", error.what(), job.jobId});
   }
 }
 
 void JobEditing::deleteHeader(std::string_view jobId) const {
-  asUnit(activeConnection(environment_), [&] {
-    activeConnection(environment_)
-        .execute(sql("Delete From ImportKopf  Where JobID = '"_sql, value(jobId), "'"_sql));
-  });
+  activeConnection(environment_)
+      .execute(sql("Delete From ImportKopf  Where JobID = '"_sql, value(jobId), "'"_sql));
 }
 
 std::vector<std::pair<std::string, std::string>> JobEditing::units() const {

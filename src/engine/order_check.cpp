@@ -6,6 +6,7 @@
 #include "rules/rounding.h"
 
 #include <exception>
+#include <utility>
 
 namespace qx {
 namespace {

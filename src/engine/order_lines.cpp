@@ -12,7 +12,9 @@
 #include <array>
 #include <exception>
 #include <limits>
+#include <optional>
 #include <set>
+#include <utility>
 
 namespace qx {
 namespace {
@@ -253,10 +255,10 @@ void OrderLines::fillCostAssignment(Recordset& line, Recordset& position, const 
     line.set("KostID", kept);
     return;
   }
-  CostPair pair = costs_.read(own);
+  CostPair pair = CostAssignment::trimmed(costs_.read(own));
   for (const std::int32_t source : {order.jobCost, order.customerCost}) {
     if (source == 0 || (!pair.Kostenstelle.empty() && !pair.Kostentraeger.empty())) continue;
-    const CostPair other = costs_.read(source);
+    const CostPair other = CostAssignment::trimmed(costs_.read(source));
     if (pair.Kostenstelle.empty()) pair.Kostenstelle = other.Kostenstelle;
     if (pair.Kostentraeger.empty()) pair.Kostentraeger = other.Kostentraeger;
   }

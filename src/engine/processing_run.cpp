@@ -20,12 +20,13 @@ constexpr std::string_view defaultVersion = " 6.3.0";
 ProcessingRun::ProcessingRun(const RunParts& parts, bool unevaluated, qxProcessState selection)
     : parts_(parts), environment_(parts.environment), settings_(environment_, SettingTrap::Refusals),
       unevaluated_(unevaluated), selection_(selection), missing_(environment_.diagnostics),
-      wait_(parts.events, environment_.diagnostics, parts.stop), group_(environment_, wait_),
-      marks_(environment_, missing_,
-             [this](std::int16_t jobType, std::string_view text) {
-               group_.afterCommit(
-                   [this, jobType, kept = std::string(text)] { parts_.errors.add(jobType, kept); });
-             }),
+      wait_(parts.events, environment_.diagnostics, parts.stop, environment_.desktop),
+      group_(environment_, wait_), marks_(environment_, missing_,
+                                          [this](std::int16_t jobType, std::string_view text) {
+                                            group_.afterCommit([this, jobType, kept = std::string(text)] {
+                                              parts_.errors.add(jobType, kept);
+                                            });
+                                          }),
       sections_({environment_, parts.events, parts.protocol, parts.stop, parts.outcomes, group_, missing_,
                  report_}),
       programVersion_(defaultVersion) {}

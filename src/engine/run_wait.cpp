@@ -17,6 +17,7 @@ bool RunWait::goOn(std::chrono::milliseconds waited) {
     diagnostics_.report({"processing run", notice, ""});
     events_.raiseProcessInfo(notice);
   }
+  desktop_.yield();
   return !stop_.requested();
 }
 

@@ -4,20 +4,23 @@
 #include "engine/event_source.h"
 #include "engine/stop_signal.h"
 #include "platform/database.h"
+#include "platform/desktop.h"
 
 namespace qx {
 
-/// A run whose lock is held waits until it gets through or is stopped, with a notice once a minute.
+/// A run whose lock is held waits until it gets through or is stopped, with a notice once a minute. The
+/// message loop runs meanwhile, or nobody could stop it.
 class RunWait final : public BusyWait {
 public:
-  RunWait(EventSource& events, Diagnostics& diagnostics, const StopSignal& stop)
-      : events_(events), diagnostics_(diagnostics), stop_(stop) {}
+  RunWait(EventSource& events, Diagnostics& diagnostics, const StopSignal& stop, Desktop& desktop)
+      : events_(events), diagnostics_(diagnostics), stop_(stop), desktop_(desktop) {}
   bool goOn(std::chrono::milliseconds waited) override;
 
 private:
   EventSource& events_;
   Diagnostics& diagnostics_;
   const StopSignal& stop_;
+  Desktop& desktop_;
   std::chrono::milliseconds nextNotice_{1000};
 };
 

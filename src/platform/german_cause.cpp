@@ -18,16 +18,25 @@ std::string_view sentenceFor(const DatabaseError& error) {
   return "Die Datenbank kann nicht gelesen oder geschrieben werden.";
 }
 
+std::string_view sentenceFor(const std::error_code& code) {
+  if (code == std::errc::no_space_on_device) return "Der Datenträger ist voll.";
+  if (code == std::errc::permission_denied || code == std::errc::operation_not_permitted ||
+      code == std::errc::read_only_file_system)
+    return "Die Berechtigung für die Datei oder ihren Ordner fehlt.";
+  if (code == std::errc::no_such_file_or_directory) return "Die Datei oder ihr Ordner ist nicht vorhanden.";
+  return "Die Datei kann nicht gelesen oder geschrieben werden.";
+}
+
 } // namespace
 
 std::string germanCause(const std::exception& error) {
-  if (dynamic_cast<const std::system_error*>(&error) != nullptr)
-    return std::string("Die Datei kann nicht gelesen oder geschrieben werden. (") + error.what() + ")";
+  if (const auto* const system = dynamic_cast<const std::system_error*>(&error))
+    return std::string(sentenceFor(system->code()));
   if (dynamic_cast<const std::bad_alloc*>(&error) != nullptr) return "Der Arbeitsspeicher reicht nicht aus.";
   const auto* const database = dynamic_cast<const DatabaseError*>(&error);
   // A failure that no database has numbered was found by the program itself.
   if (database == nullptr || database->nativeCode() == 0) return error.what();
-  return std::string(sentenceFor(*database)) + " (" + error.what() + ")";
+  return std::string(sentenceFor(*database));
 }
 
 std::string plainCause(const std::exception& error) {

@@ -6,8 +6,8 @@
 
 namespace qx {
 
-/// A German sentence for the clerk. What a database or the system says in its own language follows in
-/// brackets; texts of our own are German already and stay as they are.
+/// A German sentence for the clerk; texts of our own are German already and stay as they are. What a database
+/// or the system says in its own language is for the diagnostics.
 std::string germanCause(const std::exception& error);
 
 /// In English and as it was raised, but with words where the language's own failure has none.

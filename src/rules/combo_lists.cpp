@@ -4,23 +4,39 @@
 #include "rules/german_text.h"
 #include "rules/payment_terms.h"
 
-#include <algorithm>
+#include <cstddef>
+#include <optional>
+#include <utility>
 
 namespace qx {
 namespace {
 
-/// Binds the rows, whose codes stand in column `key`, and selects the one of the current value.
-bool bind(ComboTarget& combo, ComboRows source, std::size_t key, std::string_view current) {
-  const auto found =
-      std::ranges::find_if(source.rows, [&](const auto& row) { return equalCodes(row[key], current); });
-  const bool known = found != source.rows.end();
-  const auto position = static_cast<std::size_t>(found - source.rows.begin());
+/// The row of the current value: the first in its exact spelling, else the first in any. Null equals nothing.
+class Selection {
+public:
+  explicit Selection(std::string_view current) : current_(current) {}
+  void offer(const Value& key, std::size_t row) {
+    if (key.isNull()) return;
+    const std::string text = key.text();
+    if (!exact_ && text == current_) exact_ = row;
+    if (!any_ && equalCodes(text, current_)) any_ = row;
+  }
+  std::optional<std::size_t> row() const { return exact_ ? exact_ : any_; }
+
+private:
+  std::string_view current_;
+  std::optional<std::size_t> exact_;
+  std::optional<std::size_t> any_;
+};
+
+/// Binds the rows and selects the one of the current value, if there is one.
+bool bind(ComboTarget& combo, ComboRows source, std::optional<std::size_t> selected) {
   combo.setRowSource(std::move(source));
   // Column 1 is hidden in every list, deliberately also where it holds the text instead of the code.
   combo.hideColumn(1);
   combo.setColumnHeaders(false);
-  if (known) combo.setBookmark(position);
-  return known;
+  if (selected) combo.setBookmark(*selected);
+  return selected.has_value();
 }
 
 } // namespace
@@ -31,10 +47,13 @@ bool ComboLists::fill(ComboTarget& combo, const Sql& statement, ColumnName key,
   if (rows->eof()) return false;
   ComboRows source;
   source.columns = {std::string(rows->fieldName(0)), std::string(rows->fieldName(1))};
-  for (; !rows->eof(); rows->moveNext())
-    source.rows.push_back({rows->value(std::size_t{0}).text(), rows->value(std::size_t{1}).text()});
   const std::size_t keyIndex = ColumnName(source.columns[0]) == key ? 0 : 1;
-  return bind(combo, std::move(source), keyIndex, current);
+  Selection selection(current);
+  for (; !rows->eof(); rows->moveNext()) {
+    selection.offer(rows->value(keyIndex), source.rows.size());
+    source.rows.push_back({rows->value(std::size_t{0}).text(), rows->value(std::size_t{1}).text()});
+  }
+  return bind(combo, std::move(source), selection.row());
 }
 
 bool ComboLists::FillComboVersandart(ComboTarget& combo, std::string_view current) const {
@@ -77,9 +96,12 @@ bool ComboLists::FillComboZahlungsbed(ComboTarget& combo, std::string_view curre
   if (rows->eof()) return false;
   ComboRows source;
   source.columns = {"Kurztext", "ZahlbedSchl"};
-  for (; !rows->eof(); rows->moveNext())
+  Selection selection(current);
+  for (; !rows->eof(); rows->moveNext()) {
+    selection.offer(rows->value("ZahlbedSchl"), source.rows.size());
     source.rows.push_back({paymentTermsText(PaymentTerms::read(*rows)), rows->text("ZahlbedSchl")});
-  return bind(combo, std::move(source), 1, current);
+  }
+  return bind(combo, std::move(source), selection.row());
 }
 
 } // namespace qx

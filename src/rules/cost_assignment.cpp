@@ -24,10 +24,6 @@ constexpr std::array documentKinds{DocumentKind{"AN", "Angebot"}, DocumentKind{"
 constexpr bool demandsCentre(std::int16_t rule) { return rule == 1 || rule == 3; }
 constexpr bool demandsUnit(std::int16_t rule) { return rule == 2 || rule == 3; }
 
-CostPair trimmed(const CostPair& pair) {
-  return {std::string(trimBlanks(pair.Kostenstelle)), std::string(trimBlanks(pair.Kostentraeger))};
-}
-
 std::int32_t numberOf(Recordset& row) {
   const auto number = wholeAs<std::int32_t>(row.value("KostID"));
   if (!number) throw std::runtime_error("a cost assignment has no number that fits");
@@ -35,6 +31,10 @@ std::int32_t numberOf(Recordset& row) {
 }
 
 } // namespace
+
+CostPair CostAssignment::trimmed(const CostPair& pair) {
+  return {std::string(trimBlanks(pair.Kostenstelle)), std::string(trimBlanks(pair.Kostentraeger))};
+}
 
 std::int32_t CostAssignment::CheckKostzuord(std::string_view Belegart, std::int32_t KostID,
                                             bool ShowMessage) const {

@@ -27,6 +27,8 @@ public:
   std::int32_t CheckKostzuord(std::string_view Belegart, std::int32_t KostID, bool ShowMessage) const;
   /// The pair of a number; both empty when the number is unknown or 0.
   CostPair read(std::int32_t KostID) const;
+  /// Blanks alone name no dimension.
+  static CostPair trimmed(const CostPair& pair);
   /// The number of a pair, blanks at its ends left out of account; null when the pair has none.
   std::optional<std::int32_t> find(const CostPair& pair) const;
   /// The same, with a new number for a pair that had none.

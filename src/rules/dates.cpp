@@ -1,5 +1,7 @@
 #include "rules/dates.h"
 
+#include "rules/german_text.h"
+
 #include <stdexcept>
 
 namespace qx {
@@ -13,8 +15,9 @@ constexpr Date openEndOfOldData = makeDate(3169, 8, 5);
 
 std::string intdat(const Value& SystemDatum) {
   if (const auto moment = SystemDatum.moment()) return dayStamp(moment->date);
-  const auto date = parseGermanDate(SystemDatum.textView());
-  if (!date) throw std::invalid_argument("'" + SystemDatum.text() + "' is no date");
+  const auto date = parseGermanDate(trimBlanks(SystemDatum.textView()));
+  if (!date || static_cast<int>(date->year()) == 0)
+    throw std::invalid_argument("'" + SystemDatum.text() + "' is no date");
   return dayStamp(*date);
 }
 

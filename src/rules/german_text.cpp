@@ -102,6 +102,24 @@ std::optional<double> parseTypedNumber(std::string_view text) {
   return parseGermanNumber(german);
 }
 
+std::optional<double> parseEnteredNumber(std::string_view text) {
+  text = trimBlanks(text);
+  const std::size_t comma = std::min(text.find(','), text.size());
+  std::string whole(text.substr(0, comma));
+  if (whole.find('.') != std::string::npos) {
+    const std::size_t sign = whole.starts_with('-') || whole.starts_with('+') ? 1 : 0;
+    const std::size_t first = whole.find('.') - sign;
+    if (first < 1 || first > 3 || whole.find_first_not_of("0123456789.", sign) != std::string::npos)
+      return std::nullopt;
+    // Every fourth character from the first point on, and nothing else, is one.
+    for (std::size_t i = sign; i < whole.size(); ++i)
+      if ((whole[i] == '.') != (i >= sign + first && (i - sign - first) % 4 == 0)) return std::nullopt;
+    if ((whole.size() - sign - first) % 4 != 0) return std::nullopt;
+    std::erase(whole, '.');
+  }
+  return parseGermanNumber(whole.append(text.substr(comma)));
+}
+
 std::string_view germanBoolean(bool truth) { return truth ? "Wahr" : "Falsch"; }
 
 std::optional<bool> parseGermanBoolean(std::string_view text) {

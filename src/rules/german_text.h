@@ -23,6 +23,10 @@ std::optional<double> parseGermanNumber(std::string_view text);
 /// as one.
 std::optional<double> parseTypedNumber(std::string_view text);
 
+/// Reads what people enter into a field of a window or paste there from a spreadsheet: like
+/// `parseGermanNumber`, with points between groups of three digits before the comma allowed.
+std::optional<double> parseEnteredNumber(std::string_view text);
+
 /// "Wahr" or "Falsch".
 std::string_view germanBoolean(bool truth);
 

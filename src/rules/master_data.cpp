@@ -7,6 +7,7 @@
 
 #include <array>
 #include <stdexcept>
+#include <utility>
 
 namespace qx {
 namespace {
@@ -99,6 +100,7 @@ std::optional<Textbaustein> MasterData::GetTextbaustein(std::string_view Textart
   found.Langtext = rows->text("Langtext");
   found.WoDrucken = rows->text("WoDrucken");
   found.Schriftart = rows->text("Schriftart");
+  // One that does not fit into 16 bits is none.
   found.Schriftgröße = wholeAs<std::int16_t>(rows->value("Schriftgröße")).value_or(0);
   found.Schriftstil = rows->text("Schriftstil");
   return found;

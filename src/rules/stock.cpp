@@ -52,8 +52,12 @@ std::string Stock::MengeneinheitAlternativ(std::string_view Mengeneinheit) const
   const auto rows = activeConnection(environment_)
                         .open(sql("Select Mengeneinheit From MengeneinheitenAltern Where Alternativ = '"_sql,
                                   value(Mengeneinheit), "'"_sql));
-  // A unit without an alternative stays as it is, whether or not it is known.
-  return rows->eof() ? std::string(Mengeneinheit) : rows->text("Mengeneinheit");
+  if (!rows->eof()) return rows->text("Mengeneinheit");
+  // A unit without an alternative stays as it is, whether or not it is known; that the units can be read is
+  // asked all the same.
+  activeConnection(environment_)
+      .open(sql("Select * From Mengeneinheiten Where Mengeneinheit = '"_sql, value(Mengeneinheit), "'"_sql));
+  return std::string(Mengeneinheit);
 }
 
 std::string Stock::baseUnit(std::string_view article) const {

@@ -39,6 +39,15 @@ LockOutcome ImportLock::take(BusyWait* wait) {
   return outcome;
 }
 
+LockOutcome ImportLock::confirm(BusyWait* wait) {
+  if (!held_ || !activeConnection(environment_).ownsWork()) return {LockState::Taken, {}, {}};
+  std::optional<LockHolder> found;
+  if (!skipping([&] { found = holder(); }))
+    return {LockState::Unavailable, "the lock cannot be read", "Die Sperre kann nicht gelesen werden."};
+  if (!found) return take(wait);
+  return found->SessionID == session_ ? LockOutcome{LockState::Taken, {}, {}} : refuse(*found);
+}
+
 LockOutcome ImportLock::takeOwn(BusyWait* wait) {
   Attempt attempt;
   try {
@@ -105,16 +114,31 @@ void ImportLock::setLockColumns(Recordset& row) {
   // The misspelling is deliberate, and so is the missing name of the workstation.
   skipping([&] { row.set("StationID", "unbennant"); });
   // Without a session the row is written all the same.
+  session_.clear();
   const auto session = environment_.session;
   if (!session) return;
-  skipping([&] { row.set("SessionID", firstCharacters(session->SessionID(), storedSessionCharacters)); });
+  skipping([&] {
+    session_ = firstCharacters(session->SessionID(), storedSessionCharacters);
+    row.set("SessionID", session_);
+  });
   skipping([&] { row.set("Benutzer", session->UserName()); });
 }
 
-bool ImportLock::release(BusyWait* wait) {
+bool ImportLock::release(BusyWait* wait) { return remove(wait, std::nullopt); }
+
+bool ImportLock::releaseIfHeld(BusyWait* wait) {
+  if (!held_) return true;
+  return remove(wait, activeConnection(environment_).ownsWork() ? std::optional(session_) : std::nullopt);
+}
+
+bool ImportLock::remove(BusyWait* wait, const std::optional<std::string>& session) {
   const bool released = skipping([&] {
     Connection& connection = activeConnection(environment_);
     WorkUnit unit(connection, wait);
+    if (session) {
+      const auto row = connection.open(selectLock());
+      if (row->eof() || row->text("SessionID") != *session) return;
+    }
     connection.execute(deleteLock());
     unit.commit();
   });

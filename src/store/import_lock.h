@@ -40,16 +40,20 @@ public:
   explicit ImportLock(Environment& environment) : environment_(environment) {}
 
   LockOutcome take(BusyWait* wait = nullptr);
+  /// Looks whether the lock that was taken is still ours. A row that is gone is written again; when another
+  /// user stands in it, the message is shown. Does not look on a host's connection.
+  LockOutcome confirm(BusyWait* wait = nullptr);
   /// Deletes the row, whoever owns it. False, with a diagnostics entry, when the database did not let us.
   bool release(BusyWait* wait = nullptr);
-  /// Releases the lock only when this object took it.
-  bool releaseIfHeld(BusyWait* wait = nullptr) { return !held_ || release(wait); }
+  /// Releases the lock only when this object took it; on a connection of our own a row that is another
+  /// user's by now stays.
+  bool releaseIfHeld(BusyWait* wait = nullptr);
   /// The same for the last time: a row that cannot be deleted stays, and this object no longer holds it.
   void giveUp() {
     releaseIfHeld();
     held_ = false;
   }
-  /// True from a successful `take` to the `release` that deletes the row.
+  /// True from a successful `take` to the release that deletes the row.
   bool held() const { return held_; }
   /// The current holder; null when nobody holds the lock. Database errors reach the caller.
   std::optional<LockHolder> holder();
@@ -68,11 +72,14 @@ private:
   void setLockColumns(Recordset& row);
   template <class Step>
   bool skipping(Step&& step);
+  /// Deletes the row; of a session only when it stands there.
+  bool remove(BusyWait* wait, const std::optional<std::string>& session);
   LockOutcome refuse(const LockHolder& holder);
   void tellTakeOver(const LockHolder& holder);
 
   Environment& environment_;
   bool held_ = false;
+  std::string session_; ///< as it stands in the row that was taken
 };
 
 } // namespace qx

@@ -39,6 +39,10 @@ Scrambler installedScrambler(Environment& environment) {
     environment.diagnostics.report({"Codetabellen.txt", absent.what(), {}});
     return Scrambler(defaultCodeTables());
   }
+  if (folder.empty()) {
+    environment.diagnostics.report({"Codetabellen.txt", "the installation has no application directory", {}});
+    return Scrambler(defaultCodeTables());
+  }
   return Scrambler(readCodeTables(pathOf(folder)));
 }
 

@@ -51,9 +51,9 @@ constexpr std::array invoiceControls{
     ControlSpec{.name = "txtRG_Bez1", .caption = "Bezeichnung 1", .picture = "imgRG_Bez1"},
     ControlSpec{.name = "txtRG_Bez2", .caption = "Bezeichnung 2", .picture = "imgRG_Bez2"},
     ControlSpec{.name = "txtRG_Bez3", .caption = "Bezeichnung 3", .picture = "imgRG_Bez3"},
-    ControlSpec{.name = "txtRG_Strasse", .caption = "S&traße", .picture = "imgRG_Strasse"},
+    ControlSpec{.name = "txtRG_Strasse", .caption = "Straß&e", .picture = "imgRG_Strasse"},
     ControlSpec{.name = "txtRG_PLZ", .caption = "PL&Z", .picture = "imgRG_PLZ"},
-    ControlSpec{.name = "txtRG_Ort", .caption = "O&rt", .picture = "imgRG_Ort"},
+    ControlSpec{.name = "txtRG_Ort", .caption = "Or&t", .picture = "imgRG_Ort"},
     ControlSpec{.name = "txtRG_Land", .caption = "La&nd", .picture = "imgRG_Land"},
 };
 

@@ -68,31 +68,31 @@ std::unique_ptr<Recordset> AddressedJobDialog::open(std::string_view jobId) {
   return editing().header(jobId);
 }
 
-void AddressedJobDialog::checkHeader(Recordset& job) {
-  readAddresses(job);
+void AddressedJobDialog::checkHeader() {
+  readAddresses();
   fillCodes();
-  checkBank();
-  reportFailure(job);
+  checking("Prüfen der Bank", [this] { checkBank(); });
+  reportFailure();
   checkCustomer();
   checkAddresses();
-  checkAccount();
+  checking("Prüfen des Hauptkontos", [this] { checkAccount(); });
 }
 
-void AddressedJobDialog::readAddresses(Recordset& job) {
+void AddressedJobDialog::readAddresses() {
   for (std::size_t block = 0; block < blocks().size(); ++block)
-    for (std::size_t line = 0; line < addressLines.size(); ++line) {
-      const ColumnName column = blocks()[block].columns[line];
-      lines_[block].*addressLines[line] = job.hasField(column) ? job.text(column) : std::string();
-    }
+    for (std::size_t line = 0; line < addressLines.size(); ++line)
+      lines_[block].*addressLines[line] = staged(blocks()[block].columns[line]);
   stored_ = lines_;
 }
 
 void AddressedJobDialog::fillCodes() {
   for (const CodeControl& code : codeControls) {
     if (!has(code.control)) continue;
-    ComboFiller filler(contentOf(code.control));
-    (engine().*code.list)(filler, text(code.control));
-    checkCode(code.control);
+    checking(code.control, [&] {
+      ComboFiller filler(contentOf(code.control));
+      (engine().*code.list)(filler, text(code.control));
+      checkCode(code.control);
+    });
   }
 }
 
@@ -120,19 +120,22 @@ void AddressedJobDialog::checkBank() {
 void AddressedJobDialog::checkCustomer() {
   const std::string number = text("txtKundennummer");
   clearComparison();
-  if (engine().KundeAngelegt(number)) {
-    report("KN", "txtKundennummer", CheckStatus::Clean);
-    Adresse stored;
-    engine().GetAdressDaten(number, "", stored.Bez1, stored.Bez2, stored.Bez3, stored.Strasse, stored.Land,
-                            stored.PLZ, stored.Ort);
-    compareCustomer(stored);
-  } else {
-    reportUnknownCustomer(number);
-  }
+  checking("Prüfen des Kunden", [&] {
+    if (engine().KundeAngelegt(number)) {
+      report("KN", "txtKundennummer", CheckStatus::Clean);
+      Adresse stored;
+      engine().GetAdressDaten(number, "", stored.Bez1, stored.Bez2, stored.Bez3, stored.Strasse, stored.Land,
+                              stored.PLZ, stored.Ort);
+      compareCustomer(stored);
+    } else {
+      reportUnknownCustomer(number);
+    }
+  });
 }
 
 void AddressedJobDialog::checkAddresses() {
-  for (std::size_t block = 0; block < blocks().size(); ++block) checkBlock(blocks()[block], lines_[block]);
+  for (std::size_t block = 0; block < blocks().size(); ++block)
+    checking(blocks()[block].missingCode, [&] { checkBlock(blocks()[block], lines_[block]); });
 }
 
 void AddressedJobDialog::checkBlock(const BlockSpec& spec, const Adresse& lines) {
@@ -164,8 +167,9 @@ void AddressedJobDialog::checkAccount() {
 
 void AddressedJobDialog::check(std::string_view control) {
   checkCode(control);
-  if (control == "txtBlz" || control == "txtKreditinstitut") checkBank();
-  if (control == "txtHauptkonto") checkAccount();
+  if (control == "txtBlz" || control == "txtKreditinstitut")
+    checking("Prüfen der Bank", [this] { checkBank(); });
+  if (control == "txtHauptkonto") checking("Prüfen des Hauptkontos", [this] { checkAccount(); });
   const bool customer = control == "txtKundennummer";
   if (customer) checkCustomer();
   for (const BlockSpec& block : blocks())
@@ -230,9 +234,7 @@ void AddressedJobDialog::storeAddresses() {
       // The empty text empties the master's column, null would keep it.
       changes.push_back({blocks()[block].columns[line], Value(text)});
     }
-  if (changes.empty()) return;
-  editing().save(readJob(), changes);
-  stored_ = lines_;
+  editing().save(jobId(), changes);
 }
 
 } // namespace qx

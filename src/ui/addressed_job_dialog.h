@@ -29,6 +29,7 @@ protected:
   std::string lookupContext(std::string_view control) const override;
   void check(std::string_view control) override;
   void storeAddresses() override;
+  void stored() override { stored_ = lines_; }
 
   /// How an unknown customer is reported.
   virtual void reportUnknownCustomer(const std::string& number) = 0;
@@ -38,7 +39,7 @@ protected:
   virtual void clearComparison() = 0;
 
   /// Reads the addresses, fills the combos and runs every check of the header.
-  void checkHeader(Recordset& job);
+  void checkHeader();
   void checkCustomer();
 
 private:
@@ -46,7 +47,7 @@ private:
   struct BlockSpec;
   static const std::array<BlockSpec, 2>& blocks();
 
-  void readAddresses(Recordset& job);
+  void readAddresses();
   /// Fills the combos that the dialog shows and reports unknown codes.
   void fillCodes();
   void checkBank();

@@ -1,7 +1,6 @@
 #include "ui/contract_dialog.h"
 
 #include "engine/contract_check.h"
-#include "engine/job_row.h"
 #include "model/date.h"
 #include "rules/german_text.h"
 #include "ui/shared_controls.h"
@@ -38,13 +37,13 @@ constexpr std::array contractCustomerControls{
 
 constexpr std::array termControls{
     ControlSpec{.name = "tdbAnzahl",
-                .caption = "A&nzahl",
+                .caption = "Anza&hl",
                 .kind = ControlKind::Number,
                 .column = "Menge",
                 .picture = "imgAnzahl"},
     ControlSpec{.name = "tdbBetrag", .caption = "&Betrag", .kind = ControlKind::Number, .column = "Preis"},
     ControlSpec{.name = "cboIntervall",
-                .caption = "&Intervall (Monate)",
+                .caption = "Intervall (M&onate)",
                 .kind = ControlKind::List,
                 .column = "Intervall",
                 .picture = "imgIntervall"},
@@ -65,7 +64,7 @@ constexpr std::array termControls{
                 .picture = "imgVertragsbeginn"},
     ControlSpec{
         .name = "tdbdtVertragsende", .caption = "En&de", .kind = ControlKind::Date, .column = "Vertragsende"},
-    ControlSpec{.name = "txtGrund", .caption = "Kündigungsg&rund", .column = "Kündigungsgrund"},
+    ControlSpec{.name = "txtGrund", .caption = "Kündigung&sgrund", .column = "Kündigungsgrund"},
     shared::release,
 };
 
@@ -96,20 +95,19 @@ std::unique_ptr<Recordset> ContractDialog::open(std::string_view jobId) {
   return editing().contractHeader(jobId);
 }
 
-void ContractDialog::fill(Recordset& job) {
-  checkQuantity();
-  checkObject();
-  check("tdbdtVertragsdatum");
-  check("tdbdtVertragsbeginn");
-  fillKinds();
-  reportFailure(job);
+void ContractDialog::fill() {
+  for (const std::string_view control :
+       {"tdbAnzahl", "txtVertragsgegenstand", "tdbdtVertragsdatum", "tdbdtVertragsbeginn"})
+    check(control);
+  checking("tdbVertragsart", [this] { fillKinds(); });
+  reportFailure();
   checkState(offer("cboZustand", {{"Aktiv", "A"}, {"nur Info", "I"}, {"Erledigt", "E"}}));
   checkInterval(offer("cboIntervall", {{"1", "1"}, {"3", "3"}, {"6", "6"}, {"12", "12"}}));
 }
 
 void ContractDialog::check(std::string_view control) {
   if (control == "tdbAnzahl") checkQuantity();
-  if (control == "txtVertragsgegenstand") checkObject();
+  if (control == "txtVertragsgegenstand") checking(control, [this] { checkObject(); });
   if (control == "tdbdtVertragsdatum") checkDate(control, "VD", "Vertragsdatum wurde nicht angegeben");
   if (control == "tdbdtVertragsbeginn") checkDate(control, "VB", "Vertragsbeginn wurde nicht angegeben");
   if (control == "tdbVertragsart") checkKind(select(control));
@@ -119,7 +117,7 @@ void ContractDialog::check(std::string_view control) {
 
 /// Tool tip and list end differently on purpose.
 void ContractDialog::checkQuantity() {
-  const bool fine = parseGermanNumber(text("tdbAnzahl")).value_or(0) > 0;
+  const bool fine = parseEnteredNumber(text("tdbAnzahl")).value_or(0) > 0;
   report("ME", "tdbAnzahl", warningUnless(fine), "Die Menge muss mindestens 1 betragen.");
   mark("tdbAnzahl", warningUnless(fine), "Die Menge muss mindestens 1 betragen!");
 }
@@ -167,35 +165,36 @@ void ContractDialog::takeLookup(std::string_view control, const std::vector<std:
   check(control);
 }
 
-void ContractDialog::store() {
-  const CheckStatus status = findings_.status();
-  const auto job = open(jobId());
-  if (job->eof()) throw StatementError("Der Vorgang ist nicht mehr vorhanden.", 0);
-  MissingColumns missing(environment().diagnostics);
-  const JobRow row(*job, missing);
-  // What will stand in the row, for the reasons that the check gives.
+void ContractDialog::prepareSaving() {
+  // What will stand in the row.
   const ContractFields fields = [&](ColumnName column) -> Value {
     for (std::size_t place = 0; place < specs().size(); ++place)
       if (!specs()[place]->column.empty() && ColumnName(specs()[place]->column) == column)
-        return stored(*specs()[place], control(place));
-    return row.has(column) ? row.value(column) : Value::null();
+        return columnValue(*specs()[place], control(place));
+    return job().header.at(0, column);
   };
-  const bool single = kindOf(row.jobType()) == qxtjobverträge;
-  const Findings reasons = ContractCheck(environment()).check(fields, single);
+  const bool single = kindOf(jobType()) == qxtjobverträge;
+  checking("Prüfen des Vertrags",
+           [&] { reasons_ = ContractCheck(environment()).check(fields, single).text; });
+}
+
+void ContractDialog::store() {
   std::vector<ColumnChange> all = changes();
-  all.push_back({"JobType", Value(withState(row.jobType(), stateFor(status)))});
-  all.push_back({"Status", Value(static_cast<std::int16_t>(status))});
-  all.push_back({"ImportType", Value(static_cast<std::int16_t>(status))});
-  all.push_back({"Fehlertext", Value(reasons.text)});
-  editing().save(readJob(), all);
-  setJobType(withState(row.jobType(), stateFor(status)));
+  if (const auto status = verdict()) {
+    all.push_back({"JobType", Value(withState(jobType(), stateFor(*status)))});
+    all.push_back({"Status", Value(static_cast<std::int16_t>(*status))});
+    all.push_back({"ImportType", Value(static_cast<std::int16_t>(*status))});
+    all.push_back({"Fehlertext", emptyToNull(Value(reasons_))});
+  }
+  editing().save(jobId(), all);
 }
 
 bool ContractDialog::erase() {
   if (readOnly()) return false;
   Message question{"Wollen Sie diesen Importvorgang wirklich löschen?", "Wirklich löschen?"};
   if (!environment().desktop.ask(question)) return false;
-  return trying("Löschen des Vorgangs", [&] { editing().deleteHeader(jobId()); });
+  std::string_view failure = "Fehler beim Löschen des Vorgangs";
+  return edit(failure, [this] { editing().deleteHeader(jobId()); });
 }
 
 } // namespace qx

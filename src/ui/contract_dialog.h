@@ -21,10 +21,11 @@ public:
 protected:
   bool isDone(std::int16_t jobType) const override;
   std::unique_ptr<Recordset> open(std::string_view jobId) override;
-  void fill(Recordset& job) override;
+  void fill() override;
   void check(std::string_view control) override;
   void takeLookup(std::string_view control, const std::vector<std::string>& chosen) override;
   bool offersRelease() const override { return false; }
+  void prepareSaving() override;
   void store() override;
 
 private:
@@ -35,6 +36,8 @@ private:
   void checkKind(bool known);
   void checkState(bool known);
   void checkInterval(bool known);
+
+  std::string reasons_; ///< what the contract check says of what is about to be stored
 };
 
 } // namespace qx

@@ -23,6 +23,9 @@ enum class ControlKind : std::uint8_t {
   Check,  ///< "1" or "0"
 };
 
+/// No number in a control or cell may go beyond it: the ERP keeps 15 digits, four of them decimals.
+inline constexpr double largestNumber = 99999999999;
+
 /// What does not change about a control. Texts are literals; names are the object names in the window.
 struct ControlSpec {
   std::string_view name{};

@@ -1,9 +1,11 @@
 #include "ui/customer_dialog.h"
 
+#include "rules/german_text.h"
 #include "ui/shared_controls.h"
 
 #include <algorithm>
 #include <array>
+#include <string>
 #include <vector>
 
 namespace qx {
@@ -77,24 +79,23 @@ std::string CustomerDialog::title() const {
   return "Kunde " + text("txtKundennummer") + " " + text("txtBez1");
 }
 
-void CustomerDialog::fill(Recordset& job) {
+void CustomerDialog::fill() {
   unspoken_.clear();
   for (const ComparedLine& compared : comparedLines)
-    if (const ColumnName column(compared.column); job.hasField(column) && job.value(column).isNull())
-      unspoken_.push_back(compared.control);
-  checkHeader(job);
-  reloadGrid();
+    if (isUnspoken(compared.column)) unspoken_.push_back(compared.control);
+  checkHeader();
+  trying("Laden der Verträge", [this] { reloadGrid(); });
 }
 
 void CustomerDialog::reloadGrid() {
   // The stored contracts that the import no longer carries are listed as well.
-  if (!readOnly()) engine().GetDelVerträge(text("txtKundennummer"));
+  if (!readOnly() && awaitDatabase()) engine().GetDelVerträge(text("txtKundennummer"));
   contracts_.load(editing(), engine(), text("txtKundennummer"));
 }
 
 void CustomerDialog::check(std::string_view control) {
   AddressedJobDialog::check(control);
-  if (control == "txtKundennummer") reloadGrid();
+  if (control == "txtKundennummer") trying("Laden der Verträge", [this] { reloadGrid(); });
   for (const ComparedLine& compared : comparedLines)
     if (compared.control == control) checkCustomer();
 }
@@ -129,12 +130,31 @@ void CustomerDialog::clearComparison() {
   }
 }
 
+/// Contracts name their customer by its number only: under the old one nobody would find them.
+void CustomerDialog::prepareSaving() {
+  moveContracts_ = false;
+  const std::string before = staged("Kundennummer");
+  if (before.empty() || equalCodes(before, text("txtKundennummer"))) return;
+  trying("Laden der Verträge", [&] {
+    std::size_t waiting = 0;
+    for (const auto contract = editing().contractsOf(before); !contract->eof(); contract->moveNext())
+      if (contract->value("JobType").integer().value_or(0) <= qxtJobKundenVerträgeError) ++waiting;
+    if (waiting == 0) return;
+    moveContracts_ = environment().desktop.ask(
+        {(waiting == 1 ? "Ein Vertrag ist" : std::to_string(waiting) + " Verträge sind") +
+         std::string(" mit der Kundennummer ") + before + " eingegangen.\r\n" +
+         (waiting == 1 ? "Soll er" : "Sollen sie") + " auf " + text("txtKundennummer") +
+         " umgestellt werden?"});
+  });
+}
+
 void CustomerDialog::store() {
   std::vector<ColumnChange> changed = changes();
   // Null would keep what the master holds; a field that the clerk emptied empties it.
   for (ColumnChange& change : changed)
     if (change.content.isNull()) change.content = Value("");
-  editing().saveCustomer(readJob(), changed, text("txtKundennummer"), findings_.status());
+  if (moveContracts_) editing().moveContracts(staged("Kundennummer"), text("txtKundennummer"));
+  editing().saveCustomer(jobId(), changed, text("txtKundennummer"), verdict());
 }
 
 } // namespace qx

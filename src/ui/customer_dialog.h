@@ -20,9 +20,10 @@ public:
 
 protected:
   bool isDone(std::int16_t jobType) const override { return jobType == qxtJobKundenDone; }
-  void fill(Recordset& job) override;
+  void fill() override;
   void check(std::string_view control) override;
   void reloadGrid() override;
+  void prepareSaving() override;
   void store() override;
   void reportUnknownCustomer(const std::string& number) override;
   void compareCustomer(const Adresse& stored) override;
@@ -31,6 +32,7 @@ protected:
 private:
   ContractGrid contracts_;
   std::vector<std::string_view> unspoken_; ///< compared controls whose column the job leaves as it is
+  bool moveContracts_ = false;             ///< the contracts that came with it follow its new number
 };
 
 } // namespace qx

@@ -44,9 +44,9 @@ std::optional<Date> DeleteByDate::confirmedDate(std::string_view day) {
   return date;
 }
 
-void DeleteByDate::deleteBefore(const Date& date) {
+void DeleteByDate::deleteBefore(const Date& date, BusyWait* wait) {
   try {
-    WorkGroup group(environment_, nullptr);
+    WorkGroup group(environment_, wait);
     group.begin();
     engine_.jobDeletion().deleteDoneBefore(date, [&group] {
       group.endJob();

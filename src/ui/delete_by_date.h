@@ -23,8 +23,8 @@ public:
   /// when it is not confirmed; a text that is no day, and a day before which nothing is done, are told.
   std::optional<Date> confirmedDate(std::string_view day);
   /// Deletes the done jobs received before the day. A failure is shown; what was deleted until then stays
-  /// deleted.
-  void deleteBefore(const Date& date);
+  /// deleted. Waits for other programs as `wait` says.
+  void deleteBefore(const Date& date, BusyWait* wait = nullptr);
 
 private:
   Environment& environment_;

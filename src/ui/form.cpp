@@ -8,21 +8,27 @@
 namespace qx {
 namespace {
 
+/// The first row with this text in the column, in its exact spelling before any other.
+std::optional<std::size_t> rowWith(const ComboContent& content, std::size_t column, std::string_view text) {
+  std::optional<std::size_t> found;
+  for (std::size_t row = 0; row < content.rows.rows.size(); ++row) {
+    const std::string& offered = content.rows.rows[row][column];
+    if (offered == text) return row;
+    if (!found && equalCodes(offered, text)) found = row;
+  }
+  return found;
+}
+
 /// The code of the row that a typed text stands for; the text itself when it stands for none.
 std::string codeOf(const ComboContent& content, std::string_view typed) {
   const auto code = static_cast<std::size_t>(content.codeColumn);
-  const auto shown = content.hiddenColumn == 0 ? std::size_t{1} : std::size_t{0};
-  for (const std::size_t column : {code, shown})
-    for (const auto& row : content.rows.rows)
-      if (equalCodes(row[column], typed)) return row[code];
+  for (const std::size_t column : {code, 1 - code})
+    if (const auto row = rowWith(content, column, typed)) return content.rows.rows[*row][code];
   return std::string(typed);
 }
 
 std::optional<std::size_t> rowOf(const ComboContent& content, std::string_view code) {
-  const auto column = static_cast<std::size_t>(content.codeColumn);
-  for (std::size_t row = 0; row < content.rows.rows.size(); ++row)
-    if (equalCodes(content.rows.rows[row][column], code)) return row;
-  return std::nullopt;
+  return rowWith(content, static_cast<std::size_t>(content.codeColumn), code);
 }
 
 } // namespace
@@ -43,7 +49,8 @@ void Form::type(std::size_t place, std::string_view text) {
   if (readOnly_ || !controls_[place].enabled) return;
   const ControlKind kind = specs_[place]->kind;
   if (kind != ControlKind::Combo && kind != ControlKind::List) {
-    controls_[place].text = text;
+    // Blanks around a number or code come with typing and pasting; they are never meant.
+    controls_[place].text = kind == ControlKind::Note ? text : trimBlanks(text);
     return;
   }
   ComboContent& content = contents_[place];

@@ -8,7 +8,10 @@
 #include "ui/address_dialog.h"
 #include "ui/lookup_bridge.h"
 
+#include <algorithm>
+#include <cmath>
 #include <exception>
+#include <limits>
 #include <utility>
 
 namespace qx {
@@ -20,6 +23,14 @@ constexpr std::string_view releaseQuestion = "Der Vorgang hat Befunde und wird s
 constexpr std::string_view mendedQuestion =
     "Der Vorgang hat keine Befunde mehr, ist aber noch zurückgestellt.\r\n"
     "Soll ihn die nächste Verarbeitung übernehmen?";
+
+constexpr std::string_view changedQuestion =
+    "Der Vorgang wurde inzwischen von anderer Seite geändert. Es wurde nichts gespeichert.\r\n"
+    "Soll er neu gelesen werden? Ihre Eingaben gehen dabei verloren.";
+constexpr std::string_view changedNotice =
+    "Von anderer Seite geändert: Diese Angaben sind überholt und können nicht mehr gespeichert werden.";
+constexpr std::string_view moreFindings =
+    "Es sind Befunde hinzugekommen. Noch einmal Speichern übernimmt den Vorgang so.";
 
 /// How a column's value stands in its control.
 std::string shown(ControlKind kind, const Value& stored) {
@@ -46,30 +57,27 @@ JobDialog::JobDialog(const DialogContext& context) : context_(context), editing_
 JobDialog::~JobDialog() = default;
 
 bool JobDialog::load(std::string_view jobId) {
-  jobId_ = jobId;
+  job_ = {std::string(jobId), {}, {}};
   notice_.clear();
+  outstanding_.clear();
   findings_.clearAll();
   customerSpecific_ = Settings(environment()).customerSpecific();
   build(customerSpecific_);
-  bool found = false;
-  trying("Laden des Vorgangs", [&] {
-    const auto job = open(jobId);
-    found = !job->eof();
-    if (!found) {
-      notice_ = "Der Vorgang ist nicht mehr vorhanden.";
-      return;
-    }
-    jobType_ = jobCode(job->value("JobType"));
-    for (const ControlSpec* spec : specs()) {
-      const ColumnName column(spec->column);
-      if (!spec->column.empty() && job->hasField(column))
-        at(spec->name).text = shown(spec->kind, job->value(column));
-    }
-    fill(*job);
+  const bool read = trying("Laden des Vorgangs", [&] {
+    const ReadView view(*environment().connection);
+    job_ = editing_.read(jobId, *open(jobId));
   });
-  if (!found) return false;
+  if (!read) return false;
+  if (job_.header.size() == 0) {
+    notice_ = "Der Vorgang ist nicht mehr vorhanden.";
+    return false;
+  }
+  for (const ControlSpec* spec : specs())
+    if (!spec->column.empty())
+      at(spec->name).text = shown(spec->kind, job_.header.at(0, ColumnName(spec->column)));
+  trying("Prüfen des Vorgangs", [this] { fill(); });
   settle();
-  setReadOnly(isDone(jobType_));
+  setReadOnly(isDone(jobType()));
   return true;
 }
 
@@ -77,7 +85,7 @@ std::unique_ptr<AddressDialog> JobDialog::addresses() { return nullptr; }
 
 std::string JobDialog::readOnlyReason() const {
   if (!readOnly()) return {};
-  if (jobType_ == qxtJobKundenVerträgedel)
+  if (jobType() == qxtJobKundenVerträgedel)
     return "Der Vertrag ist als gelöscht gekennzeichnet und kann nicht mehr geändert werden.";
   return "Der Vorgang ist erledigt und kann nicht mehr geändert werden.";
 }
@@ -87,7 +95,7 @@ void JobDialog::detailsClosed() {
 }
 
 bool JobDialog::canRelease() const {
-  const JobState state = stateOf(jobType_);
+  const JobState state = stateOf(jobType());
   return !readOnly() && (!findings_.empty() || state == JobState::Warning || state == JobState::Error);
 }
 
@@ -99,6 +107,7 @@ void JobDialog::release(bool on) {
 
 void JobDialog::leave(std::size_t place) {
   if (readOnly()) return;
+  if (loss_ == JobLoss::None) notice_.clear();
   normalise(place);
   trying(specs()[place]->name, [&] { check(specs()[place]->name); });
 }
@@ -107,7 +116,7 @@ void JobDialog::leave(std::size_t place) {
 void JobDialog::normalise(std::size_t place) {
   const std::string typed(trimBlanks(control(place).text));
   if (specs()[place]->kind == ControlKind::Number) {
-    if (const auto number = parseGermanNumber(typed)) type(place, germanNumber(*number));
+    if (const auto number = parseEnteredNumber(typed)) type(place, germanNumber(*number));
   } else if (specs()[place]->kind == ControlKind::Date) {
     if (const auto date = parseGermanDate(typed)) type(place, germanDate(*date));
   }
@@ -126,35 +135,81 @@ bool JobDialog::save() {
   notice_.clear();
   if (const auto bad = unreadable()) {
     const ControlSpec& spec = *specs()[*bad];
-    const bool number = spec.kind == ControlKind::Number;
     std::string caption(spec.caption);
     std::erase(caption, '&');
-    notice_ = caption + ": '" + control(*bad).text + "' ist " +
-              (number ? "keine Zahl." : "kein Datum (tt.mm.jjjj).") + " Bitte berichtigen Sie das Feld.";
+    const std::string_view reason = spec.kind == ControlKind::Date           ? "kein Datum (tt.mm.jjjj)."
+                                    : parseEnteredNumber(control(*bad).text) ? "zu groß."
+                                                                             : "keine Zahl.";
+    notice_ = caption + ": '" + control(*bad).text + "' ist " + std::string(reason) +
+              " Bitte berichtigen Sie das Feld.";
     environment().desktop.show({notice_, std::string(defaultTitle), MessageIcon::Exclamation});
     return false;
   }
-  const JobState state = stateOf(jobType_);
+  const JobState state = stateOf(jobType());
   const bool parked = state == JobState::Warning || state == JobState::Error;
   if (parked && offersRelease() && !released())
     release(environment().desktop.ask(
         {std::string(findings_.status() == CheckStatus::Clean ? mendedQuestion : releaseQuestion)}));
-  if (!tellFailure("Fehler beim Speichern der Daten", [this] { store(); })) return false;
-  if (!tellFailure("Fehler beim Update der Daten", [this] { storeAddresses(); })) return false;
+  if (!stillLocked()) return false;
+  checkMore(checksLeft());
+  prepareSaving();
+  std::string_view failure = "Fehler beim Speichern der Daten";
+  if (!edit(failure, [&] {
+        store();
+        failure = "Fehler beim Update der Daten";
+        storeAddresses();
+      }))
+    return false;
   settle();
+  stored();
   return true;
 }
 
-bool JobDialog::tellFailure(std::string_view text, const std::function<void()>& work) {
+/// A lock that was taken away may be another user's by now, whose run reads what would be saved here.
+bool JobDialog::stillLocked() {
+  const auto wait = makeWait(context_.wait);
+  if (engine().importLock().confirm(wait.get()).state != LockState::Refused) return true;
+  notice_ = "Ein anderer Benutzer bearbeitet den Import gerade. Es wurde nichts gespeichert.";
+  return false;
+}
+
+bool JobDialog::edit(std::string_view& failure, const std::function<void()>& work) {
   try {
-    work();
+    editing_.edit(job_, work, makeWait(context_.wait).get());
     return true;
+  } catch (const JobChangedError& error) {
+    tellLoss(error);
   } catch (const std::exception& error) {
-    environment().diagnostics.report({text, error.what(), jobId_});
-    notice_ = std::string(text) + ": " + germanCause(error);
-    environment().desktop.show({std::string(text), std::string(defaultTitle), MessageIcon::Critical});
+    environment().diagnostics.report({failure, error.what(), jobId()});
+    notice_ = std::string(failure) + ": " + germanCause(error);
+    environment().desktop.show({std::string(failure), std::string(defaultTitle), MessageIcon::Critical});
+  }
+  return false;
+}
+
+void JobDialog::tellLoss(const JobChangedError& error) {
+  environment().diagnostics.report({"saving a job", error.what(), jobId()});
+  loss_ = error.gone() ? JobLoss::Gone : JobLoss::Changed;
+  if (!error.gone()) {
+    notice_ = changedNotice;
+    readAnewAsked_ = environment().desktop.ask({std::string(changedQuestion)});
+    return;
+  }
+  notice_ = error.what();
+  environment().desktop.show({notice_, std::string(defaultTitle), MessageIcon::Exclamation});
+}
+
+bool JobDialog::nothingNewSince(const std::vector<Finding>& seen) {
+  checkMore(checksLeft());
+  for (const Finding& finding : findings_.sorted()) {
+    const auto same = [&](const Finding& other) {
+      return other.code == finding.code && other.item == finding.item && other.severity == finding.severity;
+    };
+    if (std::ranges::any_of(seen, same)) continue;
+    notice_ = moreFindings;
     return false;
   }
+  return true;
 }
 
 void JobDialog::report(std::string_view code, std::string_view control, CheckStatus severity,
@@ -163,8 +218,8 @@ void JobDialog::report(std::string_view code, std::string_view control, CheckSta
   findings_.report({std::string(code), "", severity, std::move(text), std::string(control), ""});
 }
 
-void JobDialog::reportFailure(Recordset& job) {
-  const std::string failure = job.hasField("Fehlertext") ? job.text("Fehlertext") : std::string();
+void JobDialog::reportFailure() {
+  const std::string failure = staged("Fehlertext");
   if (!failure.empty())
     findings_.report({std::string(processingErrorCode), "", CheckStatus::Warning,
                       "Fehler beim verarbeiten: " + failure, std::string(releaseControl), ""});
@@ -175,10 +230,25 @@ bool JobDialog::trying(std::string_view where, const std::function<void()>& step
     step();
     return true;
   } catch (const std::exception& error) {
-    environment().diagnostics.report({where, error.what(), jobId_});
-    notice_ = "Die Prüfung ist nicht möglich: " + germanCause(error);
+    environment().diagnostics.report({where, error.what(), jobId()});
+    tellUnchecked(germanCause(error));
     return false;
   }
+}
+
+void JobDialog::checking(std::string_view name, const std::function<void()>& check) {
+  if (trying(name, check))
+    outstanding_.erase(std::string(name));
+  else
+    outstanding_.emplace(name);
+}
+
+void JobDialog::tellUnchecked(const std::string& cause) {
+  notice_ = "Die Prüfung ist nicht möglich: " + cause;
+}
+
+std::optional<CheckStatus> JobDialog::verdict() const {
+  return outstanding_.empty() ? std::optional(findings_.status()) : std::nullopt;
 }
 
 std::vector<ColumnChange> JobDialog::changes() const {
@@ -186,16 +256,16 @@ std::vector<ColumnChange> JobDialog::changes() const {
   for (std::size_t place = 0; place < specs().size(); ++place) {
     const ControlSpec& spec = *specs()[place];
     if (!spec.column.empty() && control(place).text != storedText(place))
-      changes.push_back({ColumnName(spec.column), stored(spec, control(place))});
+      changes.push_back({ColumnName(spec.column), columnValue(spec, control(place))});
   }
   return changes;
 }
 
-Value JobDialog::stored(const ControlSpec& spec, const ControlState& control) {
+Value JobDialog::columnValue(const ControlSpec& spec, const ControlState& control) {
   if (spec.kind == ControlKind::Check) return Value(std::int64_t{control.text == "1" ? 1 : 0});
   if (control.text.empty()) return Value::null();
   if (spec.kind == ControlKind::Number) {
-    if (const auto number = parseGermanNumber(control.text)) return Value(*number);
+    if (const auto number = parseEnteredNumber(control.text)) return Value(*number);
   }
   if (spec.kind == ControlKind::List) {
     if (const auto code = Value(control.text).integer()) return Value(*code);
@@ -208,7 +278,9 @@ std::optional<std::size_t> JobDialog::unreadable() const {
     const std::string& typed = control(place).text;
     if (typed.empty() || typed == storedText(place)) continue;
     const ControlKind kind = specs()[place]->kind;
-    if (kind == ControlKind::Number && !parseGermanNumber(typed)) return place;
+    if (kind == ControlKind::Number &&
+        !(std::abs(parseEnteredNumber(typed).value_or(std::numeric_limits<double>::max())) <= largestNumber))
+      return place;
     if (kind == ControlKind::Date && !parseGermanDate(typed)) return place;
   }
   return std::nullopt;

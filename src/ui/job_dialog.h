@@ -3,6 +3,7 @@
 
 #include "engine/import_job_object2.h"
 #include "engine/job_editing.h"
+#include "ui/database_wait.h"
 #include "ui/finding_list.h"
 #include "ui/form.h"
 #include "ui/job_grid.h"
@@ -12,6 +13,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -26,12 +28,20 @@ struct DialogContext {
   Environment& environment;
   ImportJobObject2& engine;
   LookupBridge& lookups;
+  WaitFactory wait{}; ///< for the work that writes
+};
+
+/// What has become of a job since its dialog read it, as far as saving has shown.
+enum class JobLoss : std::uint8_t {
+  None,
+  Changed, ///< another program has changed it: what the clerk typed fits no longer
+  Gone,    ///< it is no longer there
 };
 
 /// The dialog of one staged job.
 ///
-/// Nothing is written before `save`. Members do not raise: what fails is told to the diagnostics and stands
-/// in `notice`; what the clerk typed stays.
+/// Nothing is written before `save`, which stores onto the job as it was read only. Members do not raise:
+/// what fails is told to the diagnostics and stands in `notice`; what the clerk typed stays.
 class JobDialog : public Form {
 public:
   explicit JobDialog(const DialogContext& context);
@@ -42,8 +52,8 @@ public:
   /// Reads the job and checks it. False when there is no such job or it cannot be read; `notice` says why.
   bool load(std::string_view jobId);
 
-  const std::string& jobId() const { return jobId_; }
-  std::int16_t jobType() const { return jobType_; }
+  const std::string& jobId() const { return job_.jobId; }
+  std::int16_t jobType() const { return job_.jobType(); }
   /// Names the job: kind, number and name.
   virtual std::string title() const = 0;
   /// The object name of the button that closes without saving.
@@ -80,8 +90,14 @@ public:
   void leave(std::size_t place) override;
   bool lookUp(std::size_t place) override;
 
+  /// Runs the checks that are left. False when there are findings now that are not among those that the clerk
+  /// has seen; `notice` says so.
+  bool nothingNewSince(const std::vector<Finding>& seen);
   /// Writes the job. False when it could not be written; the message was shown then and the input stays.
   bool save();
+  JobLoss loss() const { return loss_; }
+  /// The clerk wants to see the job as another program has left it.
+  bool readAnewAsked() const { return readAnewAsked_; }
   /// Whether the dialog can delete its job.
   virtual bool canErase() const { return false; }
   /// Deletes the job after a question. True when it is gone.
@@ -93,9 +109,9 @@ protected:
   virtual bool isDone(std::int16_t jobType) const = 0;
   /// The header row of the job.
   virtual std::unique_ptr<Recordset> open(std::string_view jobId) = 0;
-  /// Fills the controls that have no column of their own and runs every check. `job` stands on the header.
-  virtual void fill(Recordset& job) = 0;
-  /// Runs the checks of one control.
+  /// Fills the controls that have no column of their own and runs every check, each by `checking`.
+  virtual void fill() = 0;
+  /// Runs the checks of one control, each by `checking`.
   virtual void check(std::string_view control) = 0;
   /// Puts what a lookup gave into the controls; their checks run afterwards.
   virtual void takeLookup(std::string_view control, const std::vector<std::string>& chosen) = 0;
@@ -105,42 +121,64 @@ protected:
   virtual void reloadGrid() {}
   /// Whether a job that stands at a warning or an error goes on by a release only.
   virtual bool offersRelease() const { return true; }
+  /// What is to be asked before the work of saving begins.
+  virtual void prepareSaving() {}
   /// Writes everything but the address blocks.
   virtual void store() = 0;
-  /// Writes the address blocks.
+  /// Writes the address blocks, in the same unit.
   virtual void storeAddresses() {}
+  /// What was written is stored now.
+  virtual void stored() {}
   /// @}
 
   /// A finding with a picture beside its control. A clean severity removes both.
   void report(std::string_view code, std::string_view control, CheckStatus severity, std::string text = {});
   /// Runs a step; a failure is told to the diagnostics and the notice. False then.
   bool trying(std::string_view where, const std::function<void()>& step);
+  /// The same for a check, which counts as outstanding until it comes to its end.
+  void checking(std::string_view name, const std::function<void()>& check);
+  /// A check that cannot be made, told to the diagnostics already.
+  void tellUnchecked(const std::string& cause);
+  /// The severity of all findings; null while a check is outstanding, for nobody knows it then.
+  virtual std::optional<CheckStatus> verdict() const;
+  /// Runs the work as one unit on the job as it was read. A failure is told with the text that `failure`
+  /// then holds. False then.
+  bool edit(std::string_view& failure, const std::function<void()>& work);
   /// Lists what an earlier processing wrote into the job.
-  void reportFailure(Recordset& job);
+  void reportFailure();
   /// What the controls changed in the columns behind them.
   std::vector<ColumnChange> changes() const;
   /// The value of a control as its column stores it; null for an empty one.
-  static Value stored(const ControlSpec& spec, const ControlState& control);
+  static Value columnValue(const ControlSpec& spec, const ControlState& control);
   /// A control whose text is no number or date; null when all can be read.
   std::optional<std::size_t> unreadable() const;
   const JobEditing& editing() const { return editing_; }
-  ReadJob readJob() const { return {jobId_, jobType_}; }
-  void setJobType(std::int16_t jobType) { jobType_ = jobType; }
+  /// As it stands in the database.
+  const ReadJob& job() const { return job_; }
+  /// The text of a column there.
+  std::string staged(ColumnName column) const { return job_.header.at(0, column).text(); }
+  /// The job does not speak of the column: what is stored for it elsewhere stays.
+  bool isUnspoken(ColumnName column) const { return job_.header.at(0, column).isNull(); }
 
+  /// Waits for a program that writes. False when the clerk has given up.
+  bool awaitDatabase() const { return qx::awaitDatabase(environment(), makeWait(context_.wait).get()); }
   Environment& environment() const { return context_.environment; }
   ImportJobObject2& engine() const { return context_.engine; }
   const DialogContext& context() const { return context_; }
   FindingList findings_;
 
 private:
-  bool tellFailure(std::string_view text, const std::function<void()>& work);
+  bool stillLocked();
+  void tellLoss(const JobChangedError& error);
   void normalise(std::size_t place);
 
   DialogContext context_;
   JobEditing editing_;
   bool customerSpecific_ = false;
-  std::string jobId_;
-  std::int16_t jobType_ = 0;
+  ReadJob job_;
+  std::set<std::string, std::less<>> outstanding_; ///< checks that could not be made
+  JobLoss loss_ = JobLoss::None;
+  bool readAnewAsked_ = false;
   std::string notice_;
 };
 

@@ -1,8 +1,12 @@
 #include "ui/job_dialogs.h"
 
+#include "platform/german_cause.h"
 #include "ui/contract_dialog.h"
 #include "ui/customer_dialog.h"
 #include "ui/order_dialog.h"
+
+#include <exception>
+#include <string>
 
 namespace qx {
 
@@ -21,6 +25,23 @@ std::unique_ptr<JobDialog> makeJobDialog(const DialogContext& context, std::int1
   default:
     return nullptr;
   }
+}
+
+std::unique_ptr<JobDialog> openJobDialog(const DialogContext& context, std::string_view jobId) {
+  Environment& environment = context.environment;
+  std::string reason = "Zu dieser Art von Vorgang gibt es keinen Dialog.";
+  try {
+    const auto code = JobEditing(environment).codeOf(jobId);
+    if (!code) reason = "Der Vorgang ist nicht mehr vorhanden.";
+    std::unique_ptr<JobDialog> dialog = code ? makeJobDialog(context, *code) : nullptr;
+    if (dialog && dialog->load(jobId)) return dialog;
+    if (dialog) reason = dialog->notice();
+  } catch (const std::exception& error) {
+    environment.diagnostics.report({"Laden des Vorgangs", error.what(), jobId});
+    reason = germanCause(error);
+  }
+  environment.desktop.show({reason, std::string(defaultTitle), MessageIcon::Exclamation});
+  return nullptr;
 }
 
 } // namespace qx

@@ -3,10 +3,12 @@
 #include "platform/one_line.h"
 #include "rules/german_text.h"
 #include "store/job_file_import.h"
+#include "ui/database_wait.h"
 #include "ui/import_report.h"
 
 #include <algorithm>
 #include <exception>
+#include <filesystem>
 #include <iterator>
 #include <utility>
 
@@ -154,6 +156,9 @@ void JobViewPresenter::create() {
   refresh();
   // Not the value that a run sets: the section differs, as stated.
   settings_.save(applicationName, processSection, "OnProcess", "0");
+  // Whoever opens the view holds the lock: a run that is said to be under way has died.
+  if (settings_.get(runApplicationName, optionSection, "OnProcess") == "1")
+    settings_.save(runApplicationName, optionSection, "OnProcess", "0");
   compose();
 }
 
@@ -194,6 +199,7 @@ bool JobViewPresenter::close(const WindowPlace& place) {
     stop();
     return false;
   }
+  if (!databaseIsFree()) return false;
   const auto keep = [this](std::string_view key, int number) {
     settings_.save(applicationName, placeSection, key, std::to_string(number), true);
   };
@@ -311,10 +317,12 @@ void JobViewPresenter::readDetails() {
   std::vector<std::string> lines;
   const auto job = currentJob();
   if (job && environment_.connection) {
-    skip("Fehlertext", [&] { addLines(lines, readJobReasons(*environment_.connection, *job)); });
-    if (!skip("checkJob", [&] {
-          for (const std::string& finding : engine_.checkJob(*job).list) addLine(lines, oneLine(finding));
-        }))
+    if (!skip("Fehlertext", [&] { addLines(lines, readJobReasons(*environment_.connection, *job)); }))
+      lines.emplace_back("Der Vorgang konnte nicht gelesen werden.");
+    else if (!skip("checkJob", [&] {
+               for (const std::string& finding : engine_.checkJob(*job).list)
+                 addLine(lines, oneLine(finding));
+             }))
       lines.emplace_back("Der Vorgang konnte nicht geprüft werden.");
     if (lines.empty())
       lines.emplace_back(stateOf(state_.rows[*state_.current].jobType) == JobState::Done
@@ -326,6 +334,12 @@ void JobViewPresenter::readDetails() {
   windows_.redraw();
 }
 
+/// Waits for a program that writes, with a sign and a way out. False when the clerk has given up.
+bool JobViewPresenter::databaseIsFree() {
+  const auto wait = windows_.databaseWait();
+  return awaitDatabase(environment_, wait.get());
+}
+
 void JobViewPresenter::verify() {
   bool unchecked = false;
   bool nothing = false;
@@ -335,6 +349,10 @@ void JobViewPresenter::verify() {
 void JobViewPresenter::refresh() {
   const bool read = skip("job list", [this] {
     if (!environment_.connection) throw StoreError("Es ist keine Datenbank verbunden.", 0);
+    // An open handle goes on reading a file that nobody can find any more.
+    const auto files = environment_.connection->files();
+    if (!files.empty() && !std::filesystem::exists(files.front()))
+      throw StoreError("Die Datenbankdatei wurde entfernt.", 0);
     found_ = readJobList(*environment_.connection, filter_, order_);
     state_.counts = countJobs(*environment_.connection);
   });
@@ -380,13 +398,12 @@ void JobViewPresenter::readPermissions() {
 void JobViewPresenter::openCurrent() {
   while (state_.current && canBeOpened(state_.rows[*state_.current])) {
     const std::size_t place = *state_.current;
-    const JobListRow job = state_.rows[place];
+    const std::string jobId = state_.rows[place].jobId;
     std::vector<std::string> following;
     for (std::size_t i = place + 1; i < state_.rows.size(); ++i)
       if (canBeOpened(state_.rows[i])) following.push_back(state_.rows[i].jobId);
     bool next = false;
-    skip("job dialog",
-         [&] { next = windows_.openJob(job.jobId, job.jobType, !following.empty()) && !following.empty(); });
+    skip("job dialog", [&] { next = windows_.openJob(jobId, !following.empty()) && !following.empty(); });
     verify();
     refreshAndShow();
     if (!next) return;
@@ -411,12 +428,14 @@ void JobViewPresenter::eraseCurrent() {
     if (!environment_.desktop.ask(
             {"Wollen Sie diesen Importvorgang wirklich löschen?", "Wirklich löschen?", MessageIcon::None}))
       return;
+    if (!databaseIsFree()) return;
     engine_.DelItem(*job, true);
     refreshAndShow();
   });
 }
 
 void JobViewPresenter::process(qxProcessState selection) {
+  if (!databaseIsFree()) return;
   settings_.save(runApplicationName, optionSection, "OnProcess", "1");
   {
     Busy busy(*this, Work::Run, "Daten werden verarbeitet...");
@@ -426,6 +445,7 @@ void JobViewPresenter::process(qxProcessState selection) {
     verify();
     refresh();
   }
+  databaseIsFree();
   settings_.save(runApplicationName, optionSection, "OnProcess", "0");
   tellJobsLeft();
   if (closeAsked_) windows_.closeWindow();
@@ -459,6 +479,7 @@ void JobViewPresenter::stop() {
 }
 
 void JobViewPresenter::purge() {
+  if (!databaseIsFree()) return;
   {
     const Busy busy(*this, Work::Files, "Erledigte Vorgänge werden gelöscht...");
     engine_.DelArchives();
@@ -478,7 +499,7 @@ void JobViewPresenter::importFile(std::string_view file) {
   std::string told;
   {
     const Busy busy(*this, Work::Files, "Die Datei wird eingelesen...");
-    if (maySetBack(file)) told = readFile(file);
+    if (maySetBack(file) && databaseIsFree()) told = readFile(file);
     verify();
     refresh();
   }

@@ -7,6 +7,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -21,7 +22,7 @@ public:
   virtual ~JobViewWindows() = default;
   /// Opens the dialog of a job modally. True when the clerk wants to go on to the next one, which only
   /// happens when `offerNext` says that there is one.
-  virtual bool openJob(std::string_view jobId, std::int16_t jobType, bool offerNext) = 0;
+  virtual bool openJob(std::string_view jobId, bool offerNext) = 0;
   virtual void options() = 0;
   virtual void deleteDate() = 0;
   virtual void about() = 0;
@@ -32,6 +33,8 @@ public:
   /// The state has changed. May come while a unit of work is open: the window draws when the message loop
   /// runs next, never at once.
   virtual void redraw() = 0;
+  /// What is shown while another program holds the database; null for nothing.
+  virtual std::unique_ptr<BusyWait> databaseWait() { return nullptr; }
   /// Closes the window as its close box does, once the message loop runs again.
   virtual void closeWindow() = 0;
 };
@@ -133,6 +136,7 @@ private:
 
   template <class Step>
   bool skip(std::string_view where, Step&& step);
+  bool databaseIsFree();
   void verify();
   void refresh();
   void refreshAndShow();

@@ -27,7 +27,7 @@ constexpr std::array individualControls{
     shared::individual3,
     shared::individual4,
     ControlSpec{.name = "chkNeukunde",
-                .caption = "&Neukunde",
+                .caption = "Ne&ukunde",
                 .kind = ControlKind::Check,
                 .column = "Neukunde",
                 .customerSpecific = true},
@@ -54,12 +54,18 @@ std::string OrderDialog::title() const {
 
 bool OrderDialog::changed() const { return AddressedJobDialog::changed() || positions_.changed(); }
 
-void OrderDialog::fill(Recordset& job) {
-  for (const ComparedLine& line : comparedLines)
-    own_.*line.line = job.hasField(line.column) ? job.text(line.column) : std::string();
-  receivedOn_ = job.text("Eingangsdatum");
-  checkHeader(job);
+void OrderDialog::fill() {
+  for (const ComparedLine& line : comparedLines) own_.*line.line = staged(line.column);
+  receivedOn_ = staged("Eingangsdatum");
+  // First, so that they are there whatever the checks meet.
+  loadPositions();
+  checkHeader();
+  positions_.checkCount();
+  // A usual order is checked at once, a long one while the clerk looks at it.
+  checkMore(50);
+}
 
+void OrderDialog::loadPositions() {
   const Settings settings(environment());
   PositionContext context;
   context.customer = text("txtKundennummer");
@@ -68,15 +74,21 @@ void OrderDialog::fill(Recordset& job) {
   context.costAssignment = settings.isOn("KostenzuordnungAuftrag");
   context.readOnly = isDone(jobType());
   context.customerSpecific = customerSpecific();
+  context.ready = ReadyFlags::read(environment());
   ComboRows units{{"Langtext", "Mengeneinheit"}, {}};
-  for (auto& [code, name] : editing().units()) units.rows.push_back({std::move(name), std::move(code)});
-  positions_.load(jobId(), editing().positions(jobId()), std::move(units), std::move(context));
-  // A usual order is checked at once, a long one while the clerk looks at it.
-  positions_.checkMore(50);
+  trying("Laden der Mengeneinheiten", [&] {
+    for (auto& [code, name] : editing().units()) units.rows.push_back({std::move(name), std::move(code)});
+  });
+  positions_.load(jobId(), job().positions, std::move(units), std::move(context));
 }
 
 void OrderDialog::checkMore(std::size_t count) {
-  trying("Prüfen der Positionen", [&] { positions_.checkMore(count); });
+  positions_.checkMore(count);
+  if (!positions_.failure().empty()) tellUnchecked(positions_.failure());
+}
+
+std::optional<CheckStatus> OrderDialog::verdict() const {
+  return positions_.failure().empty() ? AddressedJobDialog::verdict() : std::nullopt;
 }
 
 void OrderDialog::check(std::string_view control) {
@@ -124,15 +136,18 @@ void OrderDialog::checkCustomerCodes() {
 }
 
 void OrderDialog::store() {
-  positions_.checkMore(positions_.checksLeft());
-  const Value status(static_cast<std::int16_t>(findings_.status()));
   std::vector<ColumnChange> all = changes();
-  all.push_back({"Status", status});
-  all.push_back({"ImportType", status});
-  if (positions_.changed())
-    editing().saveOrder(readJob(), all, positions_.positions());
-  else
-    editing().save(readJob(), all);
+  if (const auto found = verdict()) {
+    const Value status(static_cast<std::int16_t>(*found));
+    all.push_back({"Status", status});
+    all.push_back({"ImportType", status});
+  }
+  editing().save(jobId(), all);
+  if (positions_.changed()) editing().savePositions(jobId(), positions_.positions());
+}
+
+void OrderDialog::stored() {
+  AddressedJobDialog::stored();
   positions_.settle();
 }
 

@@ -21,15 +21,18 @@ public:
 
 protected:
   bool isDone(std::int16_t jobType) const override { return jobType == qxtJobAufträgeDone; }
-  void fill(Recordset& job) override;
+  void fill() override;
   void check(std::string_view control) override;
   void store() override;
+  void stored() override;
+  std::optional<CheckStatus> verdict() const override;
   void reportUnknownCustomer(const std::string& number) override;
   void compareCustomer(const Adresse& stored) override;
   void clearComparison() override;
 
 private:
   void checkCustomerCodes();
+  void loadPositions();
 
   MasterData masterData_;
   PositionGrid positions_;

@@ -8,7 +8,10 @@ namespace qx {
 namespace {
 
 constexpr std::array goodsControls{
-    ControlSpec{.name = "txtPositionsnummer", .caption = "&Position", .column = "Positionsnummer"},
+    ControlSpec{.name = "txtPositionsnummer",
+                .caption = "&Position",
+                .kind = ControlKind::Number,
+                .column = "Positionsnummer"},
     ControlSpec{.name = "txtArtikelnummer",
                 .caption = "&Artikelnummer",
                 .column = "Artikelnummer",

@@ -1,6 +1,7 @@
 #include "ui/position_grid.h"
 
 #include "engine/order_texts.h"
+#include "platform/german_cause.h"
 #include "platform/whole_number.h"
 #include "rules/active_connection.h"
 #include "rules/german_text.h"
@@ -10,7 +11,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <exception>
+#include <limits>
 #include <new>
 #include <utility>
 
@@ -42,6 +45,8 @@ constexpr std::array positionColumns{
     GridColumn{.name = "ChildID", .caption = "ChildID", .hidden = true},
 };
 
+constexpr ColumnName positionNumber = "Positionsnummer";
+constexpr ColumnName costNumber = "KostID";
 /// The codes of a position's findings.
 constexpr std::array<std::string_view, 4> positionCodes{"AR", "PR", "LB", "KO"};
 
@@ -59,7 +64,7 @@ std::string readyNote(const std::string& article, std::string_view flag) {
 
 std::span<const GridColumn> PositionGrid::columns() const { return positionColumns; }
 
-void PositionGrid::load(std::string_view jobId, PositionTable positions, ComboRows units,
+void PositionGrid::load(std::string_view jobId, StagedRows positions, ComboRows units,
                         PositionContext context) {
   jobId_ = jobId;
   positions_ = std::move(positions);
@@ -69,8 +74,8 @@ void PositionGrid::load(std::string_view jobId, PositionTable positions, ComboRo
   prices_.reset();
   found_.clear();
   unchecked_.clear();
+  failed_.clear();
   for (std::size_t row = 0; row < positions_.size(); ++row) unchecked_.insert(childOf(row));
-  checkCount();
 }
 
 void PositionGrid::setCustomer(std::string_view customer) {
@@ -90,11 +95,21 @@ void PositionGrid::checkMore(std::size_t count) {
 }
 
 void PositionGrid::checkRow(std::size_t row) {
-  unchecked_.erase(childOf(row));
-  checkArticle(row);
-  checkStock(row);
-  checkCost(row);
-  checkPrice(row);
+  const std::string child = childOf(row);
+  unchecked_.erase(child);
+  failed_.erase(child);
+  // A check that fails keeps the others of the position from nothing.
+  for (const auto check : {&PositionGrid::checkArticle, &PositionGrid::checkStock, &PositionGrid::checkCost,
+                           &PositionGrid::checkPrice}) {
+    try {
+      (this->*check)(row);
+    } catch (const std::exception& error) {
+      failed_.insert(child);
+      failure_ = germanCause(error);
+      if (told_.insert(error.what()).second)
+        environment_.diagnostics.report({"check of a position", error.what(), jobId_});
+    }
+  }
 }
 
 void PositionGrid::report(std::size_t row, std::string_view code, CheckStatus severity, std::string text) {
@@ -139,7 +154,7 @@ void PositionGrid::checkStock(std::size_t row) {
 }
 
 void PositionGrid::checkCost(std::size_t row) {
-  const Value& staged = positions_.at(row, "KostID");
+  const Value& staged = positions_.at(row, costNumber);
   const auto number = staged.isEmpty() ? 0 : wholeAs<std::int32_t>(staged);
   const bool fine = !context_.costAssignment || (number && engine_.CheckKostzuord("AB", *number, false) == 0);
   report(row, "KO", warningUnless(fine),
@@ -280,9 +295,15 @@ std::string PositionGrid::set(std::size_t row, ColumnName column, GridColumnKind
   const std::string typed(kind == Kind::LongText ? text : trimBlanks(text));
   Value value = typed.empty() ? Value::null() : Value(typed);
   if (kind == Kind::Number || kind == Kind::Money) {
-    const auto number = parseGermanNumber(typed);
+    const auto number = parseEnteredNumber(typed);
     if (!number && !typed.empty()) return "'" + typed + "' ist keine Zahl.";
-    if (number) value = Value(*number);
+    if (number) {
+      if (std::string reason = refusal(row, column, *number); !reason.empty()) return reason;
+      value = column == positionNumber ? Value(germanNumber(*number)) : Value(*number);
+      if (column == costNumber) value = Value(static_cast<std::int64_t>(*number));
+    } else if (column == positionNumber) {
+      return "Eine Position braucht eine Nummer.";
+    }
   } else if (kind == Kind::Date) {
     const auto date = parseGermanDate(typed);
     if (!date && !typed.empty()) return "'" + typed + "' ist kein Datum (tt.mm.jjjj).";
@@ -301,6 +322,22 @@ std::string PositionGrid::set(std::size_t row, ColumnName column, GridColumnKind
   return {};
 }
 
+std::string PositionGrid::refusal(std::size_t row, ColumnName column, double number) const {
+  const bool whole = number == std::trunc(number);
+  if (column == costNumber && (!whole || number < 0 || number > std::numeric_limits<std::int32_t>::max()))
+    return "Eine Kostenzuordnung ist eine ganze Zahl bis 2147483647.";
+  if (column == positionNumber) {
+    if (!whole || number < 1 || number > std::numeric_limits<std::int16_t>::max())
+      return "Eine Positionsnummer ist eine ganze Zahl von 1 bis 32767.";
+    for (std::size_t other = 0; other < positions_.size(); ++other)
+      if (other != row && positions_.at(other, column).integer() == static_cast<std::int64_t>(number))
+        return "Die Positionsnummer " + germanNumber(number) + " gibt es in diesem Auftrag schon.";
+    return {};
+  }
+  if (std::abs(number) > largestNumber) return "'" + germanNumber(number) + "' ist zu groß.";
+  return {};
+}
+
 std::string PositionGrid::edit(std::size_t row, std::size_t column, std::string_view text) {
   const GridColumn& spec = positionColumns[column];
   if (!spec.editable) return "Diese Spalte kann nicht geändert werden.";
@@ -312,17 +349,8 @@ std::string PositionGrid::setValue(std::size_t row, ColumnName column, GridColum
   if (context_.readOnly) return "Der Vorgang kann nicht mehr geändert werden.";
   std::string refused = set(row, column, kind, text);
   if (!refused.empty()) return refused;
-  checkAgain(row);
+  checkRow(row);
   return {};
-}
-
-void PositionGrid::checkAgain(std::size_t row) {
-  try {
-    checkRow(row);
-  } catch (const std::exception& error) {
-    environment_.diagnostics.report({"check of a position", error.what(), jobId_});
-    unchecked_.insert(childOf(row));
-  }
 }
 
 bool PositionGrid::lookUp(std::size_t row, std::size_t column) {
@@ -364,6 +392,8 @@ std::size_t PositionGrid::addRow() {
   positions_.set(row, "ChildID", Value(engine_.GUID()));
   positions_.set(row, "JobType", Value(std::int16_t{qxtJobAuftragsPos}));
   positions_.set(row, "Positionsnummer", Value(std::to_string(last + 1)));
+  positions_.set(row, "Lieferbereit", Value(context_.ready.Lieferbereit));
+  positions_.set(row, "Fakturierbereit", Value(context_.ready.Fakturierbereit));
   checkCount();
   return row;
 }
@@ -372,6 +402,7 @@ void PositionGrid::removeRow(std::size_t row) {
   const std::string child = childOf(row);
   findings_.clearItem(child);
   unchecked_.erase(child);
+  failed_.erase(child);
   found_.erase(child);
   positions_.remove(row);
   checkCount();

@@ -5,6 +5,8 @@
 #include "engine/job_editing.h"
 #include "model/date.h"
 #include "rules/stock.h"
+#include "store/entry_objects.h"
+#include "ui/control.h"
 #include "ui/finding_list.h"
 #include "ui/job_dialog.h"
 #include "ui/job_grid.h"
@@ -26,6 +28,7 @@ struct PositionContext {
   bool costAssignment = false;
   bool readOnly = false;
   bool customerSpecific = false;
+  ReadyFlags ready; ///< of a position that is added
 };
 
 /// The positions in the order of their numbers, each checked against stock, cost assignment and price.
@@ -36,14 +39,17 @@ public:
       : environment_(context.environment), engine_(context.engine), lookups_(context.lookups),
         findings_(findings), stock_(context.environment) {}
 
-  /// Takes the positions of a job; all of them are still to be checked.
-  void load(std::string_view jobId, PositionTable positions, ComboRows units, PositionContext context);
+  /// Takes the positions of a job; all of them, and their number, are still to be checked.
+  void load(std::string_view jobId, StagedRows positions, ComboRows units, PositionContext context);
   /// Another customer has other prices: every position is to be checked again.
   void setCustomer(std::string_view customer);
   std::size_t checksLeft() const { return unchecked_.size(); }
   void checkMore(std::size_t count);
+  void checkCount();
+  /// Why the check of a position could not be made, for the clerk; empty when all could be made.
+  std::string failure() const { return failed_.empty() ? std::string() : failure_; }
 
-  const PositionTable& positions() const { return positions_; }
+  const StagedRows& positions() const { return positions_; }
   bool changed() const { return !(positions_ == stored_); }
   void settle() { stored_ = positions_; }
 
@@ -92,14 +98,14 @@ private:
   void checkStock(std::size_t row);
   void checkCost(std::size_t row);
   void checkPrice(std::size_t row);
-  void checkCount();
   /// The staged unit as the ERP knows it, or the article's own.
   std::string unitOf(std::size_t row) const;
   void report(std::size_t row, std::string_view code, CheckStatus severity, std::string text = {});
   Preisfindung* prices();
   /// Sets a column, and what follows it, whichever way the value came; empty, or why it cannot stand there.
   std::string set(std::size_t row, ColumnName column, GridColumnKind kind, std::string_view text);
-  void checkAgain(std::size_t row);
+  /// Why a number cannot stand in the column; empty when it can.
+  std::string refusal(std::size_t row, ColumnName column, double number) const;
 
   Environment& environment_;
   ImportJobObject2& engine_;
@@ -108,12 +114,15 @@ private:
   Stock stock_;
   std::string jobId_;
   PositionContext context_;
-  PositionTable positions_;
-  PositionTable stored_;
+  StagedRows positions_;
+  StagedRows stored_;
   ComboRows units_;
   std::unique_ptr<Preisfindung> prices_;
   std::map<std::string, double> found_; ///< prices by `ChildID`
   std::set<std::string> unchecked_;     ///< by `ChildID`
+  std::set<std::string> failed_;        ///< positions with a check that could not be made, by `ChildID`
+  std::set<std::string> told_;          ///< failures that the diagnostics know
+  std::string failure_;
 };
 
 } // namespace qx

@@ -364,6 +364,47 @@ TEST_F(DatabaseConformance, ABusyDatabaseIsWaitedForAsLongAsTheCallerSays) {
   EXPECT_FALSE(connection_->inWork());
 }
 
+/// Reads on the connection that waits and lets it go on after a while.
+class ReadingWait final : public BusyWait {
+public:
+  ReadingWait(Connection& own, Connection& other) : own_(own), other_(other) {}
+  bool goOn(std::chrono::milliseconds) override {
+    rows = own_.open(sql("Select * From ImportKopf"_sql))->recordCount();
+    if (++asked == 3) other_.rollbackWork();
+    return true;
+  }
+  std::size_t rows = 99;
+  int asked = 0;
+
+private:
+  Connection& own_;
+  Connection& other_;
+};
+
+TEST_F(DatabaseConformance, WhoeverWaitsMayUseTheConnectionMeanwhile) {
+  const auto other = another();
+  other->beginWork(nullptr);
+  ReadingWait wait(*connection_, *other);
+  connection_->beginWork(&wait);
+  EXPECT_TRUE(connection_->inWork());
+  EXPECT_EQ(wait.rows, 0U);
+  EXPECT_EQ(wait.asked, 3);
+  connection_->rollbackWork();
+}
+
+TEST_F(DatabaseConformance, NoUnitBeginsOnAFileThatWasRemovedOrReplaced) {
+  const std::string aside = file_ + ".alt";
+  fs::rename(file_, aside);
+  EXPECT_THROW(connection_->beginWork(nullptr), StoreError);
+  fs::copy_file(aside, file_);
+  EXPECT_THROW(connection_->beginWork(nullptr), StoreError) << "another file of the same name";
+  EXPECT_FALSE(connection_->inWork());
+  fs::remove(file_);
+  fs::rename(aside, file_);
+  EXPECT_NO_THROW(connection_->beginWork(nullptr));
+  connection_->rollbackWork();
+}
+
 TEST_F(DatabaseConformance, OnAHostsConnectionUnitsDoNothing) {
   const auto host = SqliteDatabase::openAsHost(file_);
   host->beginWork(nullptr);

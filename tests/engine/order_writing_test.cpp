@@ -229,6 +229,19 @@ TEST_F(OrderWriting, EachFailureEndsItsOrderWithOneSentenceAndNothingElse) {
   EXPECT_EQ(protocolLines(), static_cast<std::int64_t>(cases.size()) + 1);
 }
 
+TEST_F(OrderWriting, ACostAssignmentThatIsNoNumberOfTheErpFailsTheOrder) {
+  stageOrder("BIG");
+  stagePosition("BIG", 1, "A100", 1);
+  stageOrder("HALF");
+  stagePosition("HALF", 1, "A100", 1);
+  connection().execute(sql("Update ImportPos Set KostID = 99999999999 Where JobID = 'BIG'"_sql));
+  connection().execute(sql("Update ImportPos Set KostID = 1.5 Where JobID = 'HALF'"_sql));
+  run(qxProcessState::ProcessAufträge, true);
+  EXPECT_EQ(reasons("BIG"), "Die Kostenzuordnung: '99999999999' ist keine gültige Nummer.");
+  EXPECT_EQ(reasons("HALF"), "Die Kostenzuordnung: '1.5' ist keine gültige Nummer.");
+  EXPECT_EQ(orders(), 0);
+}
+
 TEST_F(OrderWriting, WithoutAnActiveRangeThereIsNoNumber) {
   connection().execute(sql("Update Nummernkreise Set Aktiviert = 0"_sql));
   stageOrder("O1");

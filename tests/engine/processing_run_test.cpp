@@ -159,7 +159,7 @@ TEST_F(Run, AProtocolLineThatCannotBeWrittenTakesNothingBack) {
   EXPECT_EQ(done(), 3);
   EXPECT_EQ(engine.lastRun().protocolErrors, 3U);
   EXPECT_EQ(erp.desktop.shown.front().text,
-            "Fehler beim Erzeugen der Protokollzeile. Die Datenbank hat das abgelehnt. (Protokoll voll)");
+            "Fehler beim Erzeugen der Protokollzeile. Die Datenbank hat das abgelehnt.");
 }
 
 TEST_F(Run, AStoreThatFailsWhileTheProtocolIsMadeEndsTheRunBeforeItsFirstJob) {
@@ -174,11 +174,11 @@ TEST_F(Run, AStoreThatFailsWhileTheProtocolIsMadeEndsTheRunBeforeItsFirstJob) {
   ASSERT_EQ(erp.desktop.shown.size(), 2U);
   EXPECT_THAT(
       erp.desktop.shown.front().text,
-      StartsWith("Fehler bei der Verarbeitung: Die Datenbank kann nicht gelesen oder geschrieben werden. ("))
+      StartsWith("Fehler bei der Verarbeitung: Die Datenbank kann nicht gelesen oder geschrieben werden."))
       << "the run ends, it does not go on without its protocol";
   EXPECT_THAT(erp.desktop.shown.back().text,
               StartsWith("Verarbeitungsprotokoll konnte nicht erzeugt werden. Die Datenbank kann nicht "
-                         "gelesen oder geschrieben werden. ("));
+                         "gelesen oder geschrieben werden."));
   EXPECT_TRUE(outcomes.empty());
   EXPECT_TRUE(run());
   EXPECT_EQ(done(), 2);
@@ -277,6 +277,22 @@ TEST_F(Run, JobsThatSomeoneElseTookMeanwhileArePassedOver) {
   EXPECT_EQ(jobType("J130"), 11);
   EXPECT_EQ(protocolLines(), 148);
   EXPECT_EQ(events.progress.back(), 100);
+}
+
+TEST_F(Run, TheMessageLoopRunsWhileAnotherProgramKeepsTheDatabase) {
+  stageMany(150);
+  const auto other = erp.secondConnection();
+  int waited = 0;
+  erp.desktop.onYield = [&] {
+    if (waited == 0)
+      other->beginWork(nullptr);
+    else if (waited == 3)
+      other->rollbackWork();
+    ++waited;
+  };
+  EXPECT_TRUE(run());
+  EXPECT_GT(waited, 3);
+  EXPECT_EQ(done(), 150);
 }
 
 TEST_F(Run, AProgramThatStagesBetweenTheGroupsDisturbsNothing) {
@@ -463,7 +479,8 @@ TEST(WaitingRun, TellsAfterASecondAndOnceAMinuteUntilItIsStopped) {
   RecordingEvents events;
   const Subscription subscription = source.subscribe(events);
   StopSignal stop;
-  RunWait wait(source, diagnostics, stop);
+  RecordingDesktop desktop;
+  RunWait wait(source, diagnostics, stop, desktop);
   struct Moment {
     int waited;
     std::size_t told;

@@ -92,7 +92,7 @@ TEST_F(RunTexts, OfTheBoxesOfTheProtocol) {
       "CREATE TRIGGER refuse BEFORE INSERT ON Protokolle BEGIN SELECT RAISE(ABORT, 'gesperrt'); END"_sql));
   EXPECT_FALSE(engine.CreateProtocol());
   EXPECT_EQ(boxes(), "Verarbeitungsprotokoll konnte nicht erzeugt werden. Die Datenbank hat das abgelehnt. "
-                     "(gesperrt) [Quorvex Import] critical\n");
+                     "[Quorvex Import] critical\n");
 }
 
 TEST_F(RunTexts, OfTheBoxesOfTheCostAssignment) {

@@ -71,8 +71,6 @@ TEST_F(StatementTexts, OfTheLookups) {
        "Select Kreditinstitut From Kreditinstitute WHERE Bankleitzahl='X'"},
       {[&] { engine.GetVertragsgegenstand("X"); },
        "SELECT Bez FROM Vertragsgegenstände WHERE VertrGegenstandsNr='X'"},
-      {[&] { engine.MengeneinheitAlternativ("X"); },
-       "Select Mengeneinheit From MengeneinheitenAltern Where Alternativ = 'X'"},
       {[&] { data.salesRepText("X"); }, "SELECT * From Vertreter where VertreterNr ='X'"},
       {[&] { data.shippingMethodOfCustomer("X"); },
        "Select Versandart From Kundenstamm where Kundennummer  = 'X'"},
@@ -109,6 +107,9 @@ TEST_F(StatementTexts, OfTheLookups) {
        },
        "Select * FROM Kostenzuordnung WHERE Kostenstelle Is Null AND Kostentraeger Is Null"}};
   for (const auto& [work, statement] : cases) EXPECT_EQ(of(work), Statements{statement});
+  EXPECT_EQ(of([&] { engine.MengeneinheitAlternativ("X"); }),
+            (Statements{"Select Mengeneinheit From MengeneinheitenAltern Where Alternativ = 'X'",
+                        "Select * From Mengeneinheiten Where Mengeneinheit = 'X'"}));
 }
 
 TEST_F(StatementTexts, OfTheTaxOnTheConnectionOfTheSession) {
@@ -195,8 +196,8 @@ TEST_F(StatementTexts, OfTheDialogs) {
   const JobEditing editing(erp.environment);
   EXPECT_EQ(
       of([&] {
-        editing.saveCustomer({"C1", 11}, {}, "K1", CheckStatus::Warning);
-        editing.saveOrder({"O1", 31}, {}, editing.positions("O1"));
+        editing.saveCustomer("C1", {}, "K1", CheckStatus::Warning);
+        editing.savePositions("O1", editing.positions("O1"));
         editing.units();
         editing.contractHeader("O1");
         editing.deleteHeader("O1");
@@ -211,8 +212,8 @@ TEST_F(StatementTexts, OfTheDialogs) {
           "Kundennummer = 'K1'",
           "SELECT *, Cast(Positionsnummer as int) as intPos From ImportPos where JobID = 'O1' Order By "
           "intPos",
-          "SELECT * From ImportKopf where JobID = 'O1'", "Delete From ImportPos where JobID = 'O1'",
-          "Select * From ImportPos where JobID = 'O1'", "SELECT Mengeneinheit, Langtext From Mengeneinheiten",
+          "Delete From ImportPos where JobID = 'O1'", "Select * From ImportPos where JobID = 'O1'",
+          "SELECT Mengeneinheit, Langtext From Mengeneinheiten",
           "Select * From ImportKopf  Where JobID = 'O1'", "Delete From ImportKopf  Where JobID = 'O1'"}));
 }
 

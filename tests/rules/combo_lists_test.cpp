@@ -51,6 +51,17 @@ TEST_F(ComboListsTest, SelectsTheCurrentCodeAsTheDatabaseCompares) {
   EXPECT_FALSE(combo.headers);
 }
 
+TEST_F(ComboListsTest, TheExactSpellingWinsAndANullCodeIsNoCode) {
+  insert(sql("Drop Table Versandtexte"_sql));
+  insert(sql("Create Table Versandtexte (Versandart, Kurztext)"_sql));
+  insert(sql("Insert Into Versandtexte Values (null, 'ohne'), ('pO', 'klein'), ('PO', 'groß')"_sql));
+  EXPECT_TRUE(lists.FillComboVersandart(combo, "PO"));
+  EXPECT_EQ(combo.bookmark, 2U);
+  RecordedCombo empty;
+  EXPECT_FALSE(lists.FillComboVersandart(empty, ""));
+  EXPECT_EQ(empty.source->rows.size(), 3U);
+}
+
 TEST_F(ComboListsTest, AnUnknownCodeFillsTheListAndSelectsNothing) {
   insert(sql("Insert Into Kundengruppen (Kundengruppe, Langtext) Values ('A','Großkunden')"_sql));
   EXPECT_FALSE(lists.FillComboKundengruppe(combo, "Großkunden"));

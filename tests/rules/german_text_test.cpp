@@ -40,3 +40,14 @@ TEST(GermanText, CountsCharactersNotBytes) {
   EXPECT_EQ(firstCharacters("ab", 15), "ab");
   EXPECT_EQ(firstCharacters("😀😀😀", 2), "😀😀");
 }
+
+TEST(GermanText, EnteredNumbersMayHavePointsBetweenGroupsOfThreeDigits) {
+  EXPECT_EQ(parseEnteredNumber(" 1.234,56 "), 1234.56);
+  EXPECT_EQ(parseEnteredNumber("1.000"), 1000);
+  EXPECT_EQ(parseEnteredNumber("-12.345.678"), -12345678);
+  EXPECT_EQ(parseEnteredNumber("+123.456,5"), 123456.5);
+  EXPECT_EQ(parseEnteredNumber("1234,5"), 1234.5);
+  for (const char* text : {"1.5", "1.00", "1.0000", "1234.567", ".123", "1..000", "1.000.", "1,000.5",
+                           "1.000.00", "-.123", "1.2a3", ""})
+    EXPECT_EQ(parseEnteredNumber(text), std::nullopt) << text;
+}

@@ -99,4 +99,7 @@ TEST_F(StockTest, AlternativeSpellingsMapToTheirUnitAndOthersStay) {
   EXPECT_EQ(stock.MengeneinheitAlternativ("PCE"), "Stk");
   EXPECT_EQ(stock.MengeneinheitAlternativ("Fass"), "Fass");
   EXPECT_EQ(stock.MengeneinheitAlternativ(""), "");
+  run(sql("Drop Table Mengeneinheiten"_sql));
+  EXPECT_EQ(stock.MengeneinheitAlternativ("PCE"), "Stk");
+  EXPECT_THROW(stock.MengeneinheitAlternativ("Fass"), DatabaseError);
 }

@@ -32,6 +32,22 @@ public:
 constexpr std::string_view refusal =
     "Der Import wird gerade von Benutzer 'erika' auf Rechner 'unbennant' bearbeitet.";
 
+TEST_F(ImportLockTest, ReleasesOnlyItsOwnRowAndTakesAgainWhatWasTakenAway) {
+  ASSERT_EQ(lock.take().state, LockState::Taken);
+  EXPECT_EQ(lock.confirm().state, LockState::Taken);
+  erp.connection().execute(sql("Delete From LockControl"_sql));
+  EXPECT_EQ(lock.confirm().state, LockState::Taken);
+  EXPECT_TRUE(lock.holder());
+  erp.connection().execute(sql("Delete From LockControl"_sql));
+  lockBy("erika");
+  EXPECT_EQ(lock.confirm().state, LockState::Refused);
+  EXPECT_EQ(erp.desktop.shown.size(), 1U);
+  EXPECT_TRUE(lock.releaseIfHeld());
+  EXPECT_FALSE(lock.held());
+  ASSERT_TRUE(lock.holder()) << "hers";
+  EXPECT_EQ(lock.holder()->Benutzer, "erika");
+}
+
 } // namespace
 
 TEST_F(ImportLockTest, TheRowNamesUserSessionAndAMisspelledStation) {

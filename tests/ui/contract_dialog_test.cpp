@@ -121,13 +121,56 @@ TEST_F(ContractDialogTest, NeverSetsBackAJobThatWasProcessedMeanwhile) {
   set("C1", "JobType", "23");
   EXPECT_FALSE(dialog->save());
   EXPECT_EQ(jobType("C1"), 23);
-  ASSERT_FALSE(erp.desktop.shown.empty());
-  EXPECT_EQ(erp.desktop.shown.back().text, "Fehler beim Speichern der Daten");
-  EXPECT_EQ(erp.desktop.shown.back().icon, MessageIcon::Critical);
+  ASSERT_EQ(erp.desktop.asked.size(), 1U);
+  EXPECT_EQ(erp.desktop.asked[0].text,
+            "Der Vorgang wurde inzwischen von anderer Seite geändert. Es wurde nichts gespeichert.\r\n"
+            "Soll er neu gelesen werden? Ihre Eingaben gehen dabei verloren.");
+  EXPECT_EQ(dialog->loss(), JobLoss::Changed);
+  EXPECT_FALSE(dialog->readAnewAsked());
   EXPECT_TRUE(dialog->changed());
   connection().execute(sql("Delete From ImportKopf"_sql));
   EXPECT_FALSE(dialog->save());
-  EXPECT_EQ(dialog->notice(), "Fehler beim Speichern der Daten: Der Vorgang ist nicht mehr vorhanden.");
+  EXPECT_EQ(dialog->loss(), JobLoss::Gone);
+  EXPECT_EQ(dialog->notice(), "Der Vorgang ist nicht mehr vorhanden.");
+  EXPECT_EQ(erp.desktop.texts(), "Der Vorgang ist nicht mehr vorhanden.\n");
+}
+
+TEST_F(ContractDialogTest, NeverDeletesAJobThatAnotherProgramHasChanged) {
+  stageContract("C1");
+  const auto dialog = opened("C1");
+  set("C1", "Preis", "99");
+  erp.desktop.answer = true;
+  EXPECT_FALSE(dialog->erase());
+  EXPECT_EQ(jobType("C1"), 20);
+  EXPECT_TRUE(dialog->readAnewAsked());
+}
+
+TEST_F(ContractDialogTest, ACleanContractKeepsItsReasonsNullAndAKindIsKnownByItsText) {
+  stageContract("C1", [](VertragFields& job) { job.Vertragsart = "?"; });
+  const auto dialog = opened("C1");
+  enter(*dialog, "tdbVertragsart", "wartung");
+  EXPECT_EQ(state(*dialog, "tdbVertragsart").text, "W");
+  EXPECT_THAT(findings(*dialog), IsEmpty());
+  ASSERT_TRUE(dialog->save());
+  EXPECT_EQ(field("C1", "Vertragsart").text(), "W");
+  EXPECT_TRUE(field("C1", "Fehlertext").isNull());
+}
+
+TEST_F(ContractDialogTest, AFailedLookupTakesNoOtherCheckAlongAndLeavesTheCodeAsItIs) {
+  stageContract("C1", [](VertragFields& job) {
+    job.Menge = 0;
+    job.Zustand = "Z";
+    job.JobType = 21;
+  });
+  connection().execute(sql("Drop Table Vertragsgegenstände"_sql));
+  const auto dialog = opened("C1");
+  EXPECT_THAT(codes(*dialog), ElementsAre("ME", "ZD"));
+  EXPECT_EQ(dialog->notice(), "Die Prüfung ist nicht möglich: Die Datenbank hat das abgelehnt.");
+  enter(*dialog, "txtVertragstext", "  neu ");
+  ASSERT_TRUE(dialog->save()) << dialog->notice();
+  EXPECT_EQ(field("C1", "Vertragstext").text(), "neu");
+  EXPECT_EQ(jobType("C1"), 21);
+  EXPECT_NE(field("C1", "Status").integer(), 20);
 }
 
 } // namespace

@@ -212,5 +212,92 @@ TEST_F(CustomerDialogTest, ToldOfADatabaseThatIsGoneItKeepsTheInput) {
   EXPECT_EQ(state(*dialog, "txtKundennummer").text, "20002");
 }
 
+TEST_F(CustomerDialogTest, AnAddressThatCannotBeStoredLeavesTheHeaderAsItWas) {
+  stageCustomer("K1", "20001", asStored);
+  const auto dialog = opened("K1");
+  enter(*dialog, "txtFax", "0431 9");
+  const auto addresses = dialog->addresses();
+  addresses->type(*addresses->find("txtVS_Ort"), "Kiel");
+  dialog->takeAddresses(*addresses);
+  connection().execute(sql("Create Trigger kein_ort Before Update Of VS_Ort On ImportKopf "
+                           "Begin Select Raise(Abort, 'no'); End"_sql));
+  EXPECT_FALSE(dialog->save());
+  EXPECT_EQ(erp.desktop.shown.back().text, "Fehler beim Update der Daten");
+  EXPECT_EQ(dialog->notice(), "Fehler beim Update der Daten: Die Datenbank hat das abgelehnt.");
+  EXPECT_NE(field("K1", "Telefax").text(), "0431 9");
+  EXPECT_TRUE(dialog->changed());
+  connection().execute(sql("Drop Trigger kein_ort"_sql));
+  EXPECT_TRUE(dialog->save()) << "nothing of the first try is in the way";
+  EXPECT_EQ(field("K1", "Telefax").text(), "0431 9");
+  EXPECT_EQ(field("K1", "VS_Ort").text(), "Kiel");
+}
+
+TEST_F(CustomerDialogTest, TakesItsContractsAlongToAnotherNumberWhenTheClerkSaysSo) {
+  stageCustomer("K1", "70301");
+  const auto stageTheirs = [&](std::string_view jobId, std::int16_t code) {
+    stageContract(jobId, [&](VertragFields& job) {
+      job.Kundennummer = "70301";
+      job.JobType = code;
+    });
+  };
+  stageTheirs("C1", 40);
+  stageTheirs("C2", 42);
+  stageTheirs("C3", 43);
+  const auto kept = opened("K1");
+  enter(*kept, "txtKundennummer", "79555");
+  ASSERT_TRUE(kept->save());
+  ASSERT_EQ(erp.desktop.asked.size(), 1U);
+  EXPECT_EQ(erp.desktop.asked[0].text, "2 Verträge sind mit der Kundennummer 70301 eingegangen.\r\n"
+                                       "Sollen sie auf 79555 umgestellt werden?");
+  EXPECT_EQ(field("C1", "Kundennummer").text(), "70301");
+  const auto back = opened("K1");
+  enter(*back, "txtKundennummer", "70301");
+  ASSERT_TRUE(back->save());
+  erp.desktop.answer = true;
+  const auto moved = opened("K1");
+  enter(*moved, "txtKundennummer", " 79555 ");
+  ASSERT_TRUE(moved->save());
+  EXPECT_EQ(field("K1", "Kundennummer").text(), "79555");
+  EXPECT_EQ(field("C1", "Kundennummer").text(), "79555");
+  EXPECT_EQ(field("C2", "Kundennummer").text(), "79555");
+  EXPECT_EQ(field("C3", "Kundennummer").text(), "70301") << "done";
+}
+
+TEST_F(CustomerDialogTest, ARowThatAnotherProgramHasChangedIsNeverMixedWithWhatIsShown) {
+  stageCustomer("K1", "20001", asStored);
+  const auto dialog = opened("K1");
+  enter(*dialog, "txtStrasse", "Weg 2");
+  set("K1", "EMail", "neu@example.org");
+  erp.desktop.answer = true;
+  EXPECT_FALSE(dialog->save());
+  EXPECT_TRUE(dialog->readAnewAsked());
+  EXPECT_NE(field("K1", "Strasse").text(), "Weg 2");
+}
+
+TEST_F(CustomerDialogTest, NothingIsSavedWhileAnotherUserHoldsTheLock) {
+  stageCustomer("K1", "20001", asStored);
+  ASSERT_EQ(engine.importLock().take().state, LockState::Taken);
+  const auto dialog = opened("K1");
+  enter(*dialog, "txtFax", "0431 9");
+  connection().execute(sql("Update LockControl Set Benutzer = 'erika', SessionID = 'andere'"_sql));
+  EXPECT_FALSE(dialog->save());
+  EXPECT_NE(field("K1", "Telefax").text(), "0431 9");
+  EXPECT_THAT(erp.desktop.texts(), testing::HasSubstr("von Benutzer 'erika'"));
+  connection().execute(sql("Delete From LockControl"_sql));
+  EXPECT_TRUE(dialog->save());
+  EXPECT_TRUE(engine.importLock().holder()) << "taken again";
+}
+
+TEST_F(CustomerDialogTest, TheDialogIsChosenByTheCodeThatTheJobHasNow) {
+  stageCustomer("K1", "20001", asStored);
+  connection().execute(sql("Update ImportKopf Set JobType = 30"_sql));
+  const auto dialog = openJobDialog(context, "K1");
+  ASSERT_TRUE(dialog);
+  EXPECT_THAT(dialog->title(), testing::StartsWith("Auftrag von Kunde 20001"));
+  connection().execute(sql("Update ImportKopf Set JobType = 0"_sql));
+  EXPECT_FALSE(openJobDialog(context, "K1"));
+  EXPECT_EQ(erp.desktop.texts(), "Zu dieser Art von Vorgang gibt es keinen Dialog.\n");
+}
+
 } // namespace
 } // namespace qx

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <fstream>
 
 namespace qx {
@@ -15,8 +16,8 @@ namespace {
 /// Keeps what it was asked and answers as the test says.
 class RecordingWindows final : public JobViewWindows {
 public:
-  bool openJob(std::string_view jobId, std::int16_t jobType, bool offerNext) override {
-    opened.push_back(std::string(jobId) + " " + std::to_string(jobType) + (offerNext ? " +" : ""));
+  bool openJob(std::string_view jobId, bool offerNext) override {
+    opened.push_back(std::string(jobId) + (offerNext ? " +" : ""));
     if (onOpen) onOpen(jobId);
     return opened.size() <= nexts;
   }
@@ -32,6 +33,13 @@ public:
   void showCurrent() override { ++currentShown; }
   void redraw() override { ++redraws; }
   void closeWindow() override { ++closings; }
+  std::unique_ptr<BusyWait> databaseWait() override {
+    class GivingUp final : public BusyWait {
+    public:
+      bool goOn(std::chrono::milliseconds) override { return false; }
+    };
+    return std::make_unique<GivingUp>();
+  }
 
   std::vector<std::string> opened;
   std::size_t nexts = 0; ///< so often the clerk wants to go on
@@ -232,7 +240,7 @@ TEST_F(JobViewTest, OpensTheDialogOfAJobAndGoesOnToTheNext) {
     if (jobId == "A") erp.execute(sql("Delete From ImportKopf Where JobID = 'A'"_sql));
   };
   view.open(0);
-  EXPECT_EQ(windows.opened, (std::vector<std::string>{"A 10 +", "B 20 +", "C 33"}));
+  EXPECT_EQ(windows.opened, (std::vector<std::string>{"A +", "B +", "C"}));
   view.open(1);
   EXPECT_EQ(windows.opened.size(), 3U) << "there is no dialog for code 0";
 }
@@ -440,7 +448,7 @@ TEST_F(JobViewTest, WhatBreaksTheReadingOfAFileIsToldInGerman) {
   view.command("ImportProcessTransactions");
   ASSERT_EQ(windows.reports.size(), 1U);
   EXPECT_NE(windows.reports[0].find("\r\nDas Lesen brach ab: Die Datenbank kann nicht gelesen oder "
-                                    "geschrieben werden. ("),
+                                    "geschrieben werden."),
             std::string::npos)
       << windows.reports[0];
 }
@@ -531,6 +539,38 @@ TEST_F(JobViewTest, KeepsWhatItShowsWhenTheDatabaseIsGone) {
   erp.environment.connection = database;
   view.key(JobViewKey::F5);
   EXPECT_EQ(state.notice, "");
+}
+
+TEST_F(JobViewTest, WhoDoesNotWaitForAnotherProgramLeavesEverythingAsItIs) {
+  stage("A", 10, "24.11.2026", "Müller");
+  stage("B", 13, "24.11.2026", "Maier");
+  show();
+  erp.desktop.answer = true;
+  const auto other = erp.secondConnection();
+  other->beginWork(nullptr);
+  view.key(JobViewKey::Delete);
+  view.command("ProcessTransactions");
+  view.command("DeleteViewDone");
+  EXPECT_FALSE(view.close({}));
+  other->rollbackWork();
+  EXPECT_EQ(erp.count(sql("Select Count(*) From ImportKopf Where JobType In (10, 13)"_sql)), 2);
+  EXPECT_NE(erp.text(sql("Select Value From Einstellungen Where Key = 'OnProcess'"_sql)), "1");
+  EXPECT_TRUE(view.close({}));
+}
+
+TEST_F(JobViewTest, AFileThatWasRemovedAndARunThatDiedAreNoticed) {
+  erp.setOption("OnProcess", "1");
+  show();
+  EXPECT_EQ(
+      erp.text(sql("Select Value From Einstellungen Where Section = 'ImportJob2' And Key = 'OnProcess'"_sql)),
+      "0");
+  std::filesystem::rename(erp.file, erp.file + ".alt");
+  view.key(JobViewKey::F5);
+  EXPECT_TRUE(view.state().databaseGone);
+  view.command("ProcessTransactions");
+  ASSERT_FALSE(erp.desktop.shown.empty());
+  EXPECT_NE(erp.desktop.shown.back().text.find("wurde entfernt oder ersetzt"), std::string::npos)
+      << erp.desktop.shown.back().text;
 }
 
 } // namespace

@@ -241,5 +241,87 @@ TEST_F(OrderDialogTest, ShowsTheIndividualFieldsInTheirModeOnly) {
   EXPECT_THAT(findings(*dialog), Contains("VSK|20|Versandart Kunde: XX wurde noch nicht angelegt."));
 }
 
+TEST_F(OrderDialogTest, AnOrderThatWasStagedAgainMeanwhileKeepsItsNewPositions) {
+  stageOrder("O1");
+  stagePriced("O1", 1, "A100", 8, 10);
+  const auto dialog = opened("O1");
+  JobGrid& grid = *dialog->grid();
+  ASSERT_EQ(grid.edit(0, column(grid, "Preis"), "11"), "");
+  connection().execute(sql("Update ImportPos Set Menge = 99"_sql));
+  EXPECT_FALSE(dialog->save());
+  EXPECT_EQ(dialog->loss(), JobLoss::Changed);
+  EXPECT_EQ(erp.text(sql("Select Menge || ' zu ' || Preis From ImportPos"_sql)), "99.0 zu 10.0");
+}
+
+TEST_F(OrderDialogTest, SavesTwiceInARow) {
+  stageOrder("O1");
+  stagePriced("O1", 1, "A100", 8, 10);
+  const auto dialog = opened("O1");
+  JobGrid& grid = *dialog->grid();
+  for (const char* quantity : {"9", "1.234,5"}) {
+    ASSERT_EQ(grid.edit(0, column(grid, "Menge"), quantity), "");
+    ASSERT_TRUE(dialog->save()) << dialog->notice();
+    EXPECT_FALSE(dialog->changed());
+  }
+  EXPECT_EQ(erp.text(sql("Select Menge From ImportPos"_sql)), "1234.5");
+}
+
+TEST_F(OrderDialogTest, NumbersThatTheErpCannotHoldAreRefusedAtTheirField) {
+  stageOrder("O1");
+  stagePriced("O1", 1, "A100", 3, 10);
+  stagePriced("O1", 5, "A100", 3, 10);
+  const auto dialog = opened("O1");
+  JobGrid& grid = *dialog->grid();
+  const auto details = grid.details(0);
+  const auto enterInto = [&](std::string_view control, std::string_view text) {
+    details->type(*details->find(control), text);
+    details->leave(*details->find(control));
+    const std::string message =
+        details->refused() ? details->control(*details->refused()).message : std::string();
+    details->dropRefused(*details->find(control));
+    return message;
+  };
+  const std::string cost = "Eine Kostenzuordnung ist eine ganze Zahl bis 2147483647.";
+  EXPECT_EQ(enterInto("tdbnbrKostID", "99999999999"), cost);
+  EXPECT_EQ(enterInto("tdbnbrKostID", "1,5"), cost);
+  EXPECT_EQ(enterInto("tdbnbrKostID", "2.147.483.647"), "");
+  const std::string number = "Eine Positionsnummer ist eine ganze Zahl von 1 bis 32767.";
+  EXPECT_EQ(enterInto("txtPositionsnummer", "abc"), "'abc' ist keine Zahl.");
+  EXPECT_EQ(enterInto("txtPositionsnummer", "0"), number);
+  EXPECT_EQ(enterInto("txtPositionsnummer", "32768"), number);
+  EXPECT_EQ(enterInto("txtPositionsnummer", "5"), "Die Positionsnummer 5 gibt es in diesem Auftrag schon.");
+  EXPECT_EQ(enterInto("txtPositionsnummer", ""), "Eine Position braucht eine Nummer.");
+  EXPECT_EQ(enterInto("txtPositionsnummer", "32767"), "");
+  EXPECT_EQ(grid.edit(0, column(grid, "Menge"), "1e99"), "'1E+99' ist zu groß.");
+  EXPECT_EQ(grid.edit(0, column(grid, "Menge"), "1.00"), "'1.00' ist keine Zahl.");
+  ASSERT_TRUE(dialog->save()) << dialog->notice();
+  EXPECT_EQ(erp.text(sql("Select Positionsnummer || ' ' || KostID From ImportPos Where ChildID = 'P1'"_sql)),
+            "32767 2147483647");
+}
+
+TEST_F(OrderDialogTest, AMissingTableTakesNeitherPositionsNorOtherChecksAlong) {
+  stageOrder("O1", [](AuftragFields& job) { job.Kundennummer = "5"; });
+  stagePriced("O1", 1, "GIBTSNICHT", 3, 10);
+  set("O1", "ImportType", "20");
+  connection().execute(sql("Drop Table Zahlungsarten"_sql));
+  const auto dialog = opened("O1");
+  EXPECT_EQ(dialog->grid()->rowCount(), 1U);
+  EXPECT_THAT(codes(*dialog), testing::IsSupersetOf({"AR", "KN"}));
+  enter(*dialog, "txtFax", "0431 9");
+  ASSERT_TRUE(dialog->save());
+  EXPECT_EQ(field("O1", "Telefax").text(), "0431 9");
+  EXPECT_EQ(field("O1", "ImportType").integer(), 20) << "nobody knows what the check would have found";
+}
+
+TEST_F(OrderDialogTest, AnAddedPositionIsAsReadyAsTheOptionsSay) {
+  erp.setOption("AuftragLieferbereit", "1");
+  stageOrder("O1");
+  const auto dialog = opened("O1");
+  JobGrid& grid = *dialog->grid();
+  grid.addRow();
+  EXPECT_EQ(cell(grid, 0, "Lieferbereit"), "1");
+  EXPECT_EQ(cell(grid, 0, "Fakturierbereit"), "0");
+}
+
 } // namespace
 } // namespace qx

@@ -45,6 +45,11 @@ void ConnectionState::interrupt() noexcept { sqlite3_interrupt(database_.get());
 
 std::int64_t ConnectionState::lastRowId() const { return sqlite3_last_insert_rowid(database_.get()); }
 
+bool ConnectionState::moved() const {
+  int moved = 0;
+  return sqlite3_file_control(handle_, "main", SQLITE_FCNTL_HAS_MOVED, &moved) == SQLITE_OK && moved != 0;
+}
+
 std::string ConnectionState::file() const {
   const char* const name = sqlite3_db_filename(database_.get(), "main");
   return name == nullptr ? "" : name;

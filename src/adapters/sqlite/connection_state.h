@@ -53,6 +53,8 @@ public:
   void setReading(bool reading) { reading_ = reading; }
   /// The absolute path of the database, "" when it has no file.
   std::string file() const;
+  /// The file was removed or replaced since it was opened.
+  bool moved() const;
   /// Compiles one of the fixed transaction statements when that has not been done.
   void prepare(PreparedStatement& cached, const char* text);
   /// Runs one of them.

@@ -4,12 +4,54 @@
 #include "adapters/sqlite/sqlite_recordset.h"
 
 #include <stdexcept>
+#include <thread>
 #include <utility>
 
 namespace qx {
 
 using sqlite::ConnectionState;
 using sqlite::PreparedStatement;
+
+namespace {
+
+/// Gives up at once.
+class NoWait final : public BusyWait {
+public:
+  bool goOn(std::chrono::milliseconds /*waited*/) override { return false; }
+};
+
+/// What is written to a file that has no name any more is lost with the connection.
+void requireFile(const ConnectionState& state) {
+  if (state.moved())
+    throw StoreError("Die Datenbankdatei " + state.file() +
+                         " wurde entfernt oder ersetzt. Schließen Sie das Programm und öffnen Sie es neu.",
+                     0);
+}
+
+/// Waits between the attempts and not inside of one: whoever waits may use the connection meanwhile.
+void beginWith(ConnectionState& state, BusyWait& wait) {
+  constexpr std::chrono::milliseconds pollInterval{2};
+  const auto start = std::chrono::steady_clock::now();
+  NoWait noWait;
+  while (true) {
+    state.busy().setWait(&noWait);
+    try {
+      state.control(state.begin, "BEGIN IMMEDIATE");
+      state.busy().setWait(nullptr);
+      return;
+    } catch (const BusyError&) {
+      state.busy().setWait(nullptr);
+      const auto waited = std::chrono::steady_clock::now() - start;
+      if (!wait.goOn(std::chrono::duration_cast<std::chrono::milliseconds>(waited))) throw;
+    } catch (...) {
+      state.busy().setWait(nullptr);
+      throw;
+    }
+    std::this_thread::sleep_for(pollInterval);
+  }
+}
+
+} // namespace
 
 SqliteConnection::SqliteConnection(sqlite3* handle, std::string target, bool ownsWork)
     : state_(std::make_unique<ConnectionState>(handle, std::move(target), ownsWork)) {}
@@ -52,16 +94,13 @@ void SqliteConnection::beginWork(BusyWait* wait) {
   if (!state_->ownsWork()) return;
   state_->database().requireUnit();
   if (state_->database().unitBegun()) throw std::logic_error("a unit of work is already open");
+  requireFile(*state_);
   // Compiled before it is needed: undoing must not depend on memory that is no longer there.
   state_->prepare(state_->rollback, "ROLLBACK");
-  state_->busy().setWait(wait);
-  try {
+  if (wait == nullptr)
     state_->control(state_->begin, "BEGIN IMMEDIATE");
-  } catch (...) {
-    state_->busy().setWait(nullptr);
-    throw;
-  }
-  state_->busy().setWait(nullptr);
+  else
+    beginWith(*state_, *wait);
   state_->database().beginUnit();
 }
 

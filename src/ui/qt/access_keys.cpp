@@ -11,6 +11,10 @@ void AccessKeys::take(std::string_view caption) {
 }
 
 QString AccessKeys::mark(const QString& caption) {
+  if (caption.contains(QLatin1Char('&'))) {
+    take(fromQt(caption));
+    return caption;
+  }
   for (qsizetype i = 0; i < caption.size(); ++i) {
     const QChar key = caption[i].toLower();
     if (!key.isLetter() || taken_.contains(key)) continue;

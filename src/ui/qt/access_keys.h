@@ -12,7 +12,8 @@ class AccessKeys {
 public:
   /// Takes the key that is marked in a caption.
   void take(std::string_view caption);
-  /// The caption with its key marked; without a mark when every letter is taken.
+  /// The caption with its key marked; without a mark when every letter is taken. A mark that stands there
+  /// already stays: the button has the same key everywhere.
   QString mark(const QString& caption);
 
 private:

@@ -50,6 +50,7 @@ AddressWindow::AddressWindow(QWidget* parent, Environment& environment, AddressD
   setWindowTitle(QStringLiteral("Adressen des Vorgangs"));
   AccessKeys keys;
   for (const ControlSpec* spec : addresses_.specs()) keys.take(spec->caption);
+  keys.take("Abb&rechen");
   for (const AddressDialog::Block block : AddressDialog::allBlocks) buildBlock(block, keys);
 
   auto* scroll = new QScrollArea(this);
@@ -67,7 +68,7 @@ AddressWindow::AddressWindow(QWidget* parent, Environment& environment, AddressD
   row->addStretch(1);
   QPushButton* taking = button(keys.mark(QStringLiteral("Übernehmen")), QStringLiteral("cmdOK"));
   QPushButton* cancel =
-      button(keys.mark(addresses_.readOnly() ? QStringLiteral("Schließen") : QStringLiteral("Abbrechen")),
+      button(keys.mark(addresses_.readOnly() ? QStringLiteral("Schließen") : QStringLiteral("Abb&rechen")),
              QStringLiteral("cmdCancel"));
   taking->setEnabled(!addresses_.readOnly());
   connect(taking, &QPushButton::clicked, this, &AddressWindow::accept);

@@ -30,6 +30,14 @@ constexpr int masterLength = 38; ///< characters of a stored value on its button
 
 QString accessible(std::string_view caption) { return toQt(caption).remove(QLatin1Char('&')); }
 
+/// The editor's own text would have common blanks for those that no line breaks at.
+QString noteText(const QPlainTextEdit& note) {
+  QString text = note.document()->toRawText();
+  for (const QChar end : {QChar(QChar::ParagraphSeparator), QChar(QChar::LineSeparator)})
+    text.replace(end, QLatin1Char('\n'));
+  return text;
+}
+
 QToolButton* flatButton(QWidget* parent) {
   auto* button = new QToolButton(parent);
   button->setAutoRaise(true);
@@ -226,7 +234,7 @@ QString ControlForm::content(std::size_t place) const {
   QWidget* editor = fields_[place].editor;
   switch (form_.specs()[place]->kind) {
   case ControlKind::Note:
-    return static_cast<QPlainTextEdit*>(editor)->toPlainText();
+    return noteText(*static_cast<QPlainTextEdit*>(editor));
   case ControlKind::Combo:
   case ControlKind::List:
     return toQt(static_cast<CodeCombo*>(editor)->code());
@@ -266,7 +274,7 @@ void ControlForm::show(std::size_t place) {
   const QString message = toQt(state.message);
   field.picture->setVisible(state.picture != CheckStatus::Clean);
   field.picture->setIcon(fieldPicture(state.picture));
-  field.picture->setToolTip(message);
+  field.picture->setToolTip(plainToolTip(message));
   field.picture->setAccessibleName(
       (state.picture == CheckStatus::Error ? QStringLiteral("Fehler: ") : QStringLiteral("Warnung: ")) +
       message);
@@ -276,8 +284,8 @@ void ControlForm::show(std::size_t place) {
     const QString value = state.master->empty() ? QStringLiteral("(leer)") : toQt(*state.master).simplified();
     const bool cut = value.size() > masterLength;
     field.master->setText(QStringLiteral("Stamm: ") +
-                          (cut ? value.left(masterLength) + QStringLiteral("…") : value));
-    field.master->setToolTip(QStringLiteral("Den Wert der Stammdaten übernehmen: ") + value);
+                          plainCaption(cut ? value.left(masterLength) + QStringLiteral("…") : value));
+    field.master->setToolTip(plainToolTip(QStringLiteral("Den Wert der Stammdaten übernehmen: ") + value));
   }
 }
 
@@ -291,7 +299,7 @@ void ControlForm::showEditor(std::size_t place) {
     QString text = toQt(state.text);
     text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
     text.replace(QLatin1Char('\r'), QLatin1Char('\n'));
-    if (note->toPlainText() != text) note->setPlainText(text);
+    if (noteText(*note) != text) note->setPlainText(text);
     break;
   }
   case ControlKind::Combo:

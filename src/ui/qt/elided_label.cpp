@@ -1,5 +1,7 @@
 #include "ui/qt/elided_label.h"
 
+#include "ui/qt/text.h"
+
 #include <QEvent>
 #include <QHelpEvent>
 #include <QPainter>
@@ -27,7 +29,8 @@ void ElidedLabel::paintEvent(QPaintEvent* /*event*/) {
 bool ElidedLabel::event(QEvent* event) {
   if (event->type() != QEvent::ToolTip || !toolTip().isEmpty()) return QLabel::event(event);
   const bool whole = cut() == text();
-  QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), whole ? QString() : text(), this);
+  QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), whole ? QString() : plainToolTip(text()),
+                     this);
   return true;
 }
 

@@ -62,7 +62,7 @@ QVariant FindingsModel::data(const QModelIndex& index, int role) const {
     return {};
   }
   if (role == Qt::DisplayRole) return index.column() == Code ? placed(shown) : toQt(shown.text).simplified();
-  return role == Qt::ToolTipRole ? QVariant(toQt(shown.text)) : QVariant();
+  return role == Qt::ToolTipRole ? QVariant(plainToolTip(toQt(shown.text))) : QVariant();
 }
 
 QVariant FindingsModel::headerData(int section, Qt::Orientation orientation, int role) const {

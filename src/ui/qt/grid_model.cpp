@@ -80,7 +80,7 @@ QVariant GridModel::data(const QModelIndex& index, int role) const {
   case Qt::AccessibleTextRole:
     return isPicture(kind) ? explanation(grid_.cell(row, place), kind, refused) : QVariant();
   case Qt::ToolTipRole:
-    return explanation(grid_.cell(row, place), kind, refused);
+    return plainToolTip(explanation(grid_.cell(row, place), kind, refused).toString());
   default:
     return {};
   }
@@ -155,6 +155,11 @@ void GridModel::removeRow(int row) {
 }
 
 bool GridModel::isRefused(const QModelIndex& index) const { return refusedAt(index) != nullptr; }
+
+QString GridModel::reason(const QModelIndex& index) const {
+  const Refused* refused = refusedAt(index);
+  return refused == nullptr ? QString() : refused->reason;
+}
 
 void GridModel::dropRefused(const QModelIndex& index) {
   if (refused_.erase({index.row(), index.column()}) > 0) emit dataChanged(index, index);

@@ -40,6 +40,8 @@ public:
   void dropRefused(const QModelIndex& index);
   /// A cell whose text was refused; invalid when there is none.
   QModelIndex firstRefused() const;
+  /// Why the text of a refused cell could not be taken.
+  QString reason(const QModelIndex& index) const;
 
 signals:
   /// A cell was set. `refusal` is empty when its text was taken.

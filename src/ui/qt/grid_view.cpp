@@ -206,7 +206,7 @@ bool GridView::showRefused() {
   if (!cell.isValid()) return false;
   table_->setCurrentIndex(cell);
   table_->setFocus(Qt::OtherFocusReason);
-  showNotice(cell.data(Qt::ToolTipRole).toString());
+  showNotice(model_->reason(cell));
   return true;
 }
 
@@ -258,7 +258,7 @@ void GridView::copy() {
     if (row >= 0) text += cell.row() == row ? QLatin1Char('\t') : QLatin1Char('\n');
     row = cell.row();
     // A cell is one field of one line, whatever stands in it.
-    text += kind == GridColumnKind::Picture ? cell.data(Qt::ToolTipRole).toString().simplified()
+    text += kind == GridColumnKind::Picture ? cell.data(Qt::AccessibleTextRole).toString().simplified()
                                             : cell.data(Qt::EditRole).toString().simplified();
   }
   if (row >= 0) QApplication::clipboard()->setText(text);
@@ -282,7 +282,7 @@ void GridView::paste() {
   }
   showNotice(reasons.isEmpty() ? QString()
                                : QStringLiteral("Nicht übernommen: ") + reasons.join(QStringLiteral("; ")));
-  notice_->setToolTip(refused.trimmed());
+  notice_->setToolTip(plainToolTip(refused.trimmed()));
   emit edited();
 }
 

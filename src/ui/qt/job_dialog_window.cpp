@@ -33,6 +33,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <chrono>
 #include <memory>
 #include <utility>
 
@@ -40,6 +41,9 @@ namespace qx {
 namespace {
 
 constexpr std::size_t checkedAtOnce = 50; ///< positions between two looks at the message loop
+
+/// A click on a button takes the cursor out of its field and saves in the same breath.
+constexpr std::chrono::milliseconds timeToSee{500};
 
 /// Under which key the size of a dialog is kept.
 std::string_view memoryKey(std::int16_t jobType) {
@@ -112,6 +116,8 @@ private:
   QPushButton* release_ = nullptr;
   QPushButton* save_ = nullptr;
   QTimer checks_;
+  std::vector<Finding> seen_; ///< by the clerk
+  QTimer seeing_;
 };
 
 JobDialogWindow::JobDialogWindow(QWidget* parent, const DialogContext& context, JobDialog& dialog,
@@ -132,6 +138,10 @@ JobDialogWindow::JobDialogWindow(QWidget* parent, const DialogContext& context, 
 
   auto* saving = new QShortcut(QKeySequence::Save, this);
   connect(saving, &QShortcut::activated, save_, &QPushButton::click);
+  seen_ = dialog_.findings();
+  seeing_.setSingleShot(true);
+  seeing_.setInterval(timeToSee);
+  connect(&seeing_, &QTimer::timeout, this, [this] { seen_ = dialog_.findings(); });
   checks_.setInterval(0);
   connect(&checks_, &QTimer::timeout, this, &JobDialogWindow::checkMore);
   render();
@@ -239,27 +249,27 @@ QLayout* JobDialogWindow::buildButtons(bool offerNext) {
   for (const ControlSpec* spec : dialog_.specs()) keys.take(spec->caption);
   auto* row = new QHBoxLayout;
   if (dialog_.addresses() != nullptr)
-    addButton(*row, keys, "cmdAdressen", QStringLiteral("Adressen…"), &JobDialogWindow::editAddresses);
+    addButton(*row, keys, "cmdAdressen", QStringLiteral("Adr&essen…"), &JobDialogWindow::editAddresses);
   if (dialog_.canErase())
-    addButton(*row, keys, "cmdDelete", QStringLiteral("Löschen"), &JobDialogWindow::erase);
+    addButton(*row, keys, "cmdDelete", QStringLiteral("&Löschen"), &JobDialogWindow::erase);
   progress_ = new QLabel(this);
   progress_->setObjectName(QStringLiteral("lblPruefung"));
   progress_->hide();
   row->addSpacing(12);
   row->addWidget(progress_, 1);
   row->addStretch(1);
-  release_ = addButton(*row, keys, "cmdFreigeben", QStringLiteral("Freigeben"), &JobDialogWindow::release);
+  release_ = addButton(*row, keys, "cmdFreigeben", QStringLiteral("Fre&igeben"), &JobDialogWindow::release);
   release_->setToolTip(QStringLiteral("Den Vorgang trotz seiner Befunde verarbeiten lassen"));
-  save_ = addButton(*row, keys, "cmdSpeichern", QStringLiteral("Speichern"), &JobDialogWindow::saveAndClose);
+  save_ = addButton(*row, keys, "cmdSpeichern", QStringLiteral("Spei&chern"), &JobDialogWindow::saveAndClose);
   save_->setToolTip(QStringLiteral("Speichern und schließen (Strg+S)"));
   if (offerNext) {
-    QPushButton* next = addButton(*row, keys, "cmdWeiter", QStringLiteral("Speichern und weiter"),
+    QPushButton* next = addButton(*row, keys, "cmdWeiter", QStringLiteral("Speicher&n und weiter"),
                                   &JobDialogWindow::saveAndGoOn);
     next->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Return));
     next->setToolTip(QStringLiteral("Speichern und den nächsten Vorgang öffnen (Strg+Eingabe)"));
   }
   QPushButton* cancel = addButton(
-      *row, keys, "", dialog_.readOnly() ? QStringLiteral("Schließen") : QStringLiteral("Abbrechen"),
+      *row, keys, "", dialog_.readOnly() ? QStringLiteral("Schließen") : QStringLiteral("Abb&rechen"),
       &JobDialogWindow::reject);
   cancel->setObjectName(toQt(dialog_.cancelButton()));
   cancel->setEnabled(true);
@@ -314,6 +324,10 @@ void JobDialogWindow::render() {
   form_->render();
   if (grid_ != nullptr) grid_->render();
   renderFindings();
+  if (dialog_.loss() == JobLoss::Gone) {
+    for (const char* name : {"cmdSpeichern", "cmdWeiter", "cmdDelete", "cmdFreigeben"})
+      if (auto* button = findChild<QPushButton*>(QLatin1String(name))) button->setEnabled(false);
+  }
   release_->setVisible(dialog_.canRelease() && !dialog_.released());
 }
 
@@ -323,6 +337,7 @@ void JobDialogWindow::renderFindings() {
     current = findings_->finding(findingsView_->currentIndex().row());
   const int place = findingsView_->verticalScrollBar()->value();
   findings_->show(dialog_.findings());
+  seeing_.start();
   if (current)
     if (const auto row = findings_->rowOf(*current)) findingsView_->selectRow(*row);
   findingsView_->verticalScrollBar()->setValue(place);
@@ -337,7 +352,8 @@ bool JobDialogWindow::changed() { return dialog_.changed() || (grid_ != nullptr 
 
 bool JobDialogWindow::mayLeave() {
   commit();
-  if (dialog_.readOnly() || !changed()) return true;
+  // What fits no longer cannot be saved; the clerk knows it.
+  if (dialog_.readOnly() || dialog_.loss() != JobLoss::None || !changed()) return true;
   QMessageBox box(QMessageBox::Question, toQt(defaultTitle),
                   QStringLiteral("Der Vorgang wurde geändert.\nSollen die Änderungen gespeichert werden?"),
                   QMessageBox::NoButton, this);
@@ -354,8 +370,11 @@ bool JobDialogWindow::mayLeave() {
 bool JobDialogWindow::save() {
   commit();
   if (grid_ != nullptr && grid_->showRefused()) return false;
-  const bool saved = dialog_.save();
+  // What the last field gave rise to would close with the window, unseen.
+  const bool saved = dialog_.nothingNewSince(seen_) && dialog_.save();
   render();
+  seen_ = dialog_.findings();
+  if (dialog_.readAnewAsked()) done(Rejected);
   return saved;
 }
 
@@ -401,7 +420,7 @@ void JobDialogWindow::openDetails(std::size_t row) {
   } else if (job.jobId.empty()) {
     return;
   } else {
-    showJobDialog(this, context_, job.jobId, job.jobType, false);
+    showJobDialog(this, context_, job.jobId, false);
     dialog_.detailsClosed();
   }
   render();
@@ -470,20 +489,13 @@ void JobDialogWindow::keyPressEvent(QKeyEvent* event) {
 } // namespace
 
 DialogEnd showJobDialog(QWidget* parent, const DialogContext& context, std::string_view jobId,
-                        std::int16_t jobType, bool offerNext) {
-  const std::unique_ptr<JobDialog> dialog = makeJobDialog(context, jobType);
-  if (!dialog) {
-    context.environment.desktop.show({"Zu dieser Art von Vorgang gibt es keinen Dialog.",
-                                      std::string(defaultTitle), MessageIcon::Exclamation});
-    return DialogEnd::Closed;
+                        bool offerNext) {
+  while (const std::unique_ptr<JobDialog> dialog = openJobDialog(context, jobId)) {
+    JobDialogWindow window(parent, context, *dialog, offerNext);
+    window.exec();
+    if (!dialog->readAnewAsked()) return window.end();
   }
-  if (!dialog->load(jobId)) {
-    context.environment.desktop.show({dialog->notice(), std::string(defaultTitle), MessageIcon::Exclamation});
-    return DialogEnd::Closed;
-  }
-  JobDialogWindow window(parent, context, *dialog, offerNext);
-  window.exec();
-  return window.end();
+  return DialogEnd::Closed;
 }
 
 } // namespace qx

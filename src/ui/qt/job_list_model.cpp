@@ -39,7 +39,8 @@ QVariant JobListModel::data(const QModelIndex& index, int role) const {
     return {};
   }
   // A cell that is too narrow for its text shows it as a tool tip.
-  if (role == Qt::DisplayRole || role == Qt::ToolTipRole) return toQt(cellText(row, column));
+  if (role == Qt::DisplayRole) return toQt(cellText(row, column));
+  if (role == Qt::ToolTipRole) return plainToolTip(toQt(cellText(row, column)));
   return {};
 }
 

@@ -1,5 +1,6 @@
 #include "ui/qt/job_view_window.h"
 
+#include "ui/qt/busy_wait.h"
 #include "ui/qt/job_details_pane.h"
 #include "ui/qt/job_list_model.h"
 #include "ui/qt/job_list_view.h"
@@ -439,9 +440,11 @@ void JobViewWindow::closeEvent(QCloseEvent* event) {
   event->accept();
 }
 
-bool JobViewWindow::openJob(std::string_view jobId, std::int16_t jobType, bool offerNext) {
+std::unique_ptr<BusyWait> JobViewWindow::databaseWait() { return std::make_unique<QtBusyWait>(this); }
+
+bool JobViewWindow::openJob(std::string_view jobId, bool offerNext) {
   render();
-  return dialogs_.openJob && dialogs_.openJob(this, jobId, jobType, offerNext);
+  return dialogs_.openJob && dialogs_.openJob(this, jobId, offerNext);
 }
 
 void JobViewWindow::options() {

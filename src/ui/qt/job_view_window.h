@@ -33,7 +33,7 @@ class JobListView;
 /// nothing.
 struct JobViewDialogs {
   /// True when the clerk wants to go on to the next job.
-  std::function<bool(QWidget* parent, std::string_view jobId, std::int16_t jobType, bool offerNext)> openJob;
+  std::function<bool(QWidget* parent, std::string_view jobId, bool offerNext)> openJob;
   std::function<void(QWidget* parent)> options;
   std::function<void(QWidget* parent)> deleteDate;
   std::function<void(QWidget* parent)> about;
@@ -67,13 +67,14 @@ protected:
 private:
   /// @name `JobViewWindows`
   /// @{
-  bool openJob(std::string_view jobId, std::int16_t jobType, bool offerNext) override;
+  bool openJob(std::string_view jobId, bool offerNext) override;
   void options() override;
   void deleteDate() override;
   void about() override;
   void report(std::string_view title, std::string_view text) override;
   void showCurrent() override;
   void redraw() override;
+  std::unique_ptr<BusyWait> databaseWait() override;
   void closeWindow() override;
   /// @}
 

@@ -72,8 +72,9 @@ QVariant LookupModel::data(const QModelIndex& index, int role) const {
   const auto column = static_cast<std::size_t>(index.column());
   switch (role) {
   case Qt::DisplayRole:
-  case Qt::ToolTipRole:
     return toQt(row(index.row())[column]).simplified();
+  case Qt::ToolTipRole:
+    return plainToolTip(toQt(row(index.row())[column]).simplified());
   case Qt::TextAlignmentRole:
     return QVariant::fromValue(
         (pages_.source().columns[column].kind == LookupColumnKind::Number ? Qt::AlignRight : Qt::AlignLeft) |

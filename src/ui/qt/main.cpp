@@ -6,6 +6,7 @@
 #include "cli/version.h"
 #include "cli/view_arguments.h"
 #include "ui/lookup_bridge.h"
+#include "ui/qt/busy_wait.h"
 #include "ui/qt/end_on_signal.h"
 #include "ui/qt/job_dialog_window.h"
 #include "ui/qt/job_view_window.h"
@@ -19,6 +20,7 @@
 #include "ui/qt/text.h"
 
 #include <QApplication>
+#include <QFileInfo>
 #include <QLibraryInfo>
 #include <QLocale>
 #include <QPalette>
@@ -40,11 +42,12 @@ constexpr std::string_view noLockText = "the import cannot be locked: ";
 /// The dialogs that the job window opens.
 JobViewDialogs dialogsOf(const DialogContext& context) {
   JobViewDialogs dialogs;
-  dialogs.openJob = [&context](QWidget* parent, std::string_view jobId, std::int16_t jobType,
-                               bool offerNext) {
-    return showJobDialog(parent, context, jobId, jobType, offerNext) == DialogEnd::Next;
+  dialogs.openJob = [&context](QWidget* parent, std::string_view jobId, bool offerNext) {
+    return showJobDialog(parent, context, jobId, offerNext) == DialogEnd::Next;
   };
-  dialogs.options = [&context](QWidget* parent) { OptionsWindow(context.environment, parent).exec(); };
+  dialogs.options = [&context](QWidget* parent) {
+    OptionsWindow(context.environment, parent, context.wait).exec();
+  };
   dialogs.deleteDate = [&context](QWidget* parent) {
     DeleteDateWindow(context.environment, context.engine, parent).exec();
   };
@@ -53,6 +56,12 @@ JobViewDialogs dialogsOf(const DialogContext& context) {
     ErrorWindow(text, parent, title).exec();
   };
   return dialogs;
+}
+
+/// The user may not write the database file.
+bool readOnly(const Connection& connection) {
+  const auto files = connection.files();
+  return !files.empty() && !QFileInfo(QString::fromStdString(files.front().string())).isWritable();
 }
 
 /// Leaves the event loop when the engine is unloaded. `quit` would ask the windows again.
@@ -101,7 +110,7 @@ ExitCode openView(const cli::ViewArguments& arguments, Diagnostics& diagnostics,
   ImportJobObject2 engine(environment);
   if (!engine.Session()) return ExitCode::Failure; // a box has said why
   LookupBridge lookups(environment);
-  context.emplace(DialogContext{environment, engine, lookups});
+  context.emplace(DialogContext{environment, engine, lookups, [] { return std::make_unique<QtBusyWait>(); }});
   view.attach(engine);
   LoopEnd loopEnd;
   const Subscription subscription = engine.subscribe(loopEnd);
@@ -114,7 +123,10 @@ ExitCode openView(const cli::ViewArguments& arguments, Diagnostics& diagnostics,
   if (lock.state == LockState::Refused) return ExitCode::Refused;
   if (lock.state == LockState::Unavailable)
     throw ProgramError(ExitCode::Failure, std::string(noLockText) + lock.reason,
-                       "Try again when no other program holds the database, and see that it can be written.");
+                       readOnly(*environment.connection)
+                           ? "Let this user write the database file and its folder."
+                           : "Try again when no other program holds the database, and see that it can be "
+                             "written.");
   engine.JobViewShow();
   if (!view.isOpen() && !ending.ended() && !loopEnd.unloaded()) return ExitCode::Failure;
   if (!ending.ended() && !loopEnd.unloaded()) QApplication::exec();
@@ -183,7 +195,11 @@ ExitCode runInWindow(int& count, char** arguments, const cli::ViewArguments& par
   } catch (const ProgramError& error) {
     const bool missing = std::string_view(error.what()).ends_with(cli::noDatabaseText);
     const bool locked = std::string_view(error.what()).starts_with(noLockText);
-    return end(error, missing  ? "Die Datenbank gibt es nicht."
+    const bool unwritable = error.nextStep().starts_with("Let this user write");
+    return end(error, missing ? "Die Datenbank gibt es nicht."
+                      : unwritable
+                          ? "Die Datenbank kann nur gelesen werden: Diesem Benutzer fehlt das Recht, die "
+                            "Datei und ihren Ordner zu ändern."
                       : locked ? "Die Sperre kann nicht in die Datenbank geschrieben werden."
                                : "Der Aufruf oder die Datenbank passt nicht zu diesem Programm.");
   } catch (const BusyError& error) {

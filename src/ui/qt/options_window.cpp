@@ -13,6 +13,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <utility>
 
 namespace qx {
 namespace {
@@ -26,8 +27,8 @@ void describe(QWidget& control, const OptionText& text) {
 
 } // namespace
 
-OptionsWindow::OptionsWindow(Environment& environment, QWidget* parent)
-    : QDialog(parent), dialog_(environment) {
+OptionsWindow::OptionsWindow(Environment& environment, QWidget* parent, WaitFactory wait)
+    : QDialog(parent), environment_(environment), wait_(std::move(wait)), dialog_(environment) {
   setObjectName(QStringLiteral("frmOptions"));
   setWindowTitle(QStringLiteral("Optionen"));
   dialog_.load();
@@ -127,6 +128,8 @@ void OptionsWindow::reject() {
 }
 
 void OptionsWindow::accept() {
+  // What was chosen stays in sight when the clerk does not want to wait.
+  if (!awaitDatabase(environment_, makeWait(wait_).get())) return;
   dialog_.close();
   QDialog::accept();
 }
@@ -134,7 +137,7 @@ void OptionsWindow::accept() {
 void OptionsWindow::closeEvent(QCloseEvent* event) {
   // The toolkit would call `reject` here, which is Escape.
   accept();
-  event->accept();
+  event->setAccepted(!isVisible());
 }
 
 } // namespace qx

@@ -1,6 +1,7 @@
 // The window of the options dialog.
 #pragma once
 
+#include "ui/database_wait.h"
 #include "ui/options_dialog.h"
 
 #include <QDialog>
@@ -15,8 +16,8 @@ namespace qx {
 /// Every option with its object name. Escape and `cmdCancel` discard; `cmdOK` and the close box save.
 class OptionsWindow final : public QDialog {
 public:
-  /// The environment outlives the window.
-  explicit OptionsWindow(Environment& environment, QWidget* parent = nullptr);
+  /// The environment outlives the window. `wait`: what is shown while another program holds the database.
+  explicit OptionsWindow(Environment& environment, QWidget* parent = nullptr, WaitFactory wait = {});
 
   /// Escape: discards and closes.
   void reject() override;
@@ -33,6 +34,8 @@ private:
   /// Shows every check box as the presenter holds it.
   void render();
 
+  Environment& environment_;
+  WaitFactory wait_;
   OptionsDialog dialog_;
   std::vector<QCheckBox*> checks_;
 };

@@ -2,7 +2,10 @@
 
 #include "ui/qt/text.h"
 
+#include <QCoreApplication>
 #include <QFile>
+#include <QHash>
+#include <QPointer>
 
 /// The pictures lie in a static library; the linker drops them unless they are asked for. Must stand outside
 /// of any namespace.
@@ -10,11 +13,32 @@ static void registerPictures() { Q_INIT_RESOURCE(pictures); }
 
 namespace qx {
 
+namespace {
+
+/// Draws each picture once and goes with the application.
+class PictureStore final : public QObject {
+public:
+  using QObject::QObject;
+
+  QIcon get(const QString& name) {
+    const auto known = pictures_.constFind(name);
+    if (known != pictures_.constEnd()) return *known;
+    const QString path = QStringLiteral(":/pictures/") + name + QStringLiteral(".svg");
+    return *pictures_.insert(name, QFile::exists(path) ? QIcon(path) : QIcon());
+  }
+
+private:
+  QHash<QString, QIcon> pictures_;
+};
+
+} // namespace
+
 QIcon picture(std::string_view name) {
   static const bool registered = (registerPictures(), true);
   static_cast<void>(registered);
-  const QString path = QStringLiteral(":/pictures/") + toQt(name) + QStringLiteral(".svg");
-  return QFile::exists(path) ? QIcon(path) : QIcon();
+  static QPointer<PictureStore> store;
+  if (!store) store = new PictureStore(QCoreApplication::instance());
+  return store->get(toQt(name));
 }
 
 QIcon severityPicture(CheckStatus severity) {

@@ -4,6 +4,7 @@
 #include "erp/schema.h"
 #include "model/date.h"
 #include "ui/about_box.h"
+#include "ui/qt/busy_wait.h"
 #include "ui/qt/pictures.h"
 #include "ui/qt/text.h"
 
@@ -112,7 +113,8 @@ void DeleteDateWindow::accept() {
   if (!day) return;
   {
     const Hourglass hourglass;
-    deletion_.deleteBefore(*day);
+    QtBusyWait wait(this);
+    deletion_.deleteBefore(*day, &wait);
   }
   QDialog::accept();
 }

@@ -1,5 +1,7 @@
 #include "ui/qt/text.h"
 
+#include <QTextDocument>
+
 namespace qx {
 
 QString toQt(std::string_view text) {
@@ -7,5 +9,11 @@ QString toQt(std::string_view text) {
 }
 
 std::string fromQt(const QString& text) { return text.toStdString(); }
+
+QString plainToolTip(const QString& text) {
+  return Qt::mightBeRichText(text) ? Qt::convertFromPlainText(text) : text;
+}
+
+QString plainCaption(QString text) { return text.replace(QLatin1Char('&'), QStringLiteral("&&")); }
 
 } // namespace qx

@@ -1,6 +1,7 @@
 #include "../dialog_fixture.h"
 #include "window_driver.h"
 
+#include "ui/qt/busy_wait.h"
 #include "ui/qt/code_combo.h"
 #include "ui/qt/job_dialog_window.h"
 #include "ui/qt/text.h"
@@ -9,6 +10,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScreen>
 #include <QTableView>
@@ -32,7 +34,7 @@ protected:
 
   DialogEnd show(std::string_view jobId, std::function<void(QDialog&)> steps, bool offerNext = false) {
     inNextWindow(std::move(steps));
-    return showJobDialog(nullptr, context, jobId, jobType(jobId), offerNext);
+    return showJobDialog(nullptr, context, jobId, offerNext);
   }
   std::string stored(std::string_view jobId, std::string_view column) {
     return erp.text(
@@ -46,6 +48,8 @@ protected:
     });
   }
 
+  /// Gives the clerk the time to see what has come; before, a save would only show it.
+  static void lookAtFindings() { QTest::qWait(600); }
   static std::vector<std::string> findingCodes(QWidget& window) {
     std::vector<std::string> codes;
     const auto& list = child<QTableView>(window, "lstFehler");
@@ -330,6 +334,116 @@ TEST_F(JobDialogWindowTest, TheStoredValueIsTakenOverWithOneClick) {
   });
 }
 
+TEST_F(JobDialogWindowTest, TextsOfTheMasterAreNeverMarkup) {
+  connection().execute(sql("Update Kundenstamm Set Bez1 = 'Hafen & Co <b>KG</b>'"_sql));
+  connection().execute(sql("Update Adressenstamm Set Bez1 = 'Hafen & Co <b>KG</b>'"_sql));
+  stageCustomer("K1", "20001");
+  set("K1", "Bez1", "Hafen");
+  show("K1", [](QDialog& window) {
+    const auto& master = child<QToolButton>(window, "txtBez1Stamm");
+    EXPECT_EQ(master.text(), QStringLiteral("Stamm: Hafen && Co <b>KG</b>"));
+    for (const char* button : {"txtBez1Stamm", "imgBez1"}) {
+      const std::string tip = fromQt(child<QToolButton>(window, button).toolTip());
+      EXPECT_THAT(tip, HasSubstr("&lt;b&gt;KG&lt;/b&gt;"));
+      EXPECT_THAT(tip, Not(HasSubstr("<b>")));
+    }
+  });
+}
+
+TEST_F(JobDialogWindowTest, AFindingThatArisesBySavingIsSeenBeforeTheWindowCloses) {
+  stageContract("V1");
+  show("V1", [](QDialog& window) {
+    auto& object = child<QLineEdit>(window, "txtVertragsgegenstand");
+    object.setFocus();
+    object.selectAll();
+    typeText(object, "NIX");
+    press(window, "cmdSpeichern");
+    ASSERT_TRUE(window.isVisible());
+    EXPECT_THAT(findingCodes(window), ElementsAre("VGG"));
+    EXPECT_EQ(
+        child<QLabel>(window, "lblHinweis").text(),
+        QStringLiteral("Es sind Befunde hinzugekommen. Noch einmal Speichern übernimmt den Vorgang so."));
+    press(window, "cmdSpeichern");
+    EXPECT_FALSE(window.isVisible());
+  });
+  EXPECT_EQ(stored("V1", "Artikelnummer"), "NIX");
+  EXPECT_EQ(jobType("V1"), 22);
+}
+
+TEST_F(JobDialogWindowTest, AJobThatAnotherProgramHasChangedIsReadAnewOrKeptInSight) {
+  stageContract("V1");
+  show("V1", [&](QDialog& window) {
+    enterInto(window, "txtVertragstext", "Neu");
+    set("V1", "Preis", "99");
+    press(window, "cmdSpeichern");
+    ASSERT_TRUE(window.isVisible()) << "keep looking";
+    EXPECT_EQ(child<QLineEdit>(window, "txtVertragstext").text(), QStringLiteral("Neu"));
+    // Nobody is asked whether to save what cannot be saved.
+    press(window, "cmdCancel");
+    EXPECT_FALSE(window.isVisible());
+  });
+  EXPECT_EQ(stored("V1", "Vertragstext"), "");
+  erp.desktop.answer = true;
+  QString price;
+  show("V1", [&](QDialog& window) {
+    enterInto(window, "txtVertragstext", "Neu");
+    set("V1", "Preis", "100");
+    press(window, "cmdSpeichern");
+    EXPECT_FALSE(window.isVisible());
+    inNextWindow([&price](QDialog& anew) { price = child<QLineEdit>(anew, "tdbBetrag").text(); });
+  });
+  EXPECT_EQ(price, QStringLiteral("100"));
+}
+
+TEST_F(JobDialogWindowTest, WhileAnotherProgramWritesTheClerkMayGiveUpOrWait) {
+  stageContract("V1");
+  context.wait = [] { return std::make_unique<QtBusyWait>(); };
+  const auto other = erp.secondConnection();
+  show("V1", [&](QDialog& window) {
+    enterInto(window, "txtVertragstext", "Neu");
+    other->beginWork(nullptr);
+    const auto whenWaiting = [](std::function<void(QDialog&)> steps) {
+      auto* const poll = new QTimer(qApp);
+      QObject::connect(poll, &QTimer::timeout, poll, [poll, steps] {
+        auto* const box = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+        if (box == nullptr || box->objectName() != QStringLiteral("frmWarten")) return;
+        poll->stop();
+        poll->deleteLater();
+        steps(*box);
+      });
+      poll->start(5);
+    };
+    QString text;
+    whenWaiting([&text](QDialog& box) {
+      text = child<QLabel>(box, "lblWarten").text();
+      EXPECT_EQ(QApplication::overrideCursor()->shape(), Qt::WaitCursor);
+      press(box, "cmdCancel");
+    });
+    press(window, "cmdSpeichern");
+    EXPECT_EQ(text, QStringLiteral("Die Datenbank wird gerade von einem anderen Programm benutzt.\n"
+                                   "Es geht weiter, sobald sie frei ist."));
+    ASSERT_TRUE(window.isVisible());
+    EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+    whenWaiting([&other](QDialog&) { other->rollbackWork(); });
+    press(window, "cmdSpeichern");
+    EXPECT_FALSE(window.isVisible());
+  });
+  EXPECT_EQ(stored("V1", "Vertragstext"), "Neu");
+}
+
+TEST_F(JobDialogWindowTest, ABlankAtWhichNoLineBreaksSurvivesAnEdit) {
+  stageOrder("O1");
+  set("O1", "Bemerkung", "10\u00A0kg");
+  show("O1", [](QDialog& window) {
+    auto& note = child<QPlainTextEdit>(window, "txtHinweis");
+    note.setFocus();
+    note.moveCursor(QTextCursor::End);
+    typeText(note, "x");
+    press(window, "cmdSpeichern");
+  });
+  EXPECT_EQ(stored("O1", "Bemerkung"), "10\u00A0kgx");
+}
+
 TEST_F(JobDialogWindowTest, AReleaseTicksItsBoxAndIsStored) {
   stageCustomer("K1", "20001");
   set("K1", "Vertreter1", "99");
@@ -358,6 +472,7 @@ TEST_F(JobDialogWindowTest, TheAddressesAreEditedInAWindowOfTheirOwn) {
     press(window, "cmdAdressen");
     EXPECT_EQ(child<QLineEdit>(window, "txtVersandAdr").text(), QStringLiteral("7"));
     EXPECT_THAT(findingCodes(window), Contains("VA"));
+    lookAtFindings();
     press(window, "cmdSpeichern");
   });
   EXPECT_EQ(stored("K1", "VS_AdrNr") + stored("K1", "VS_Ort"), "7Lübeck");
@@ -387,6 +502,7 @@ TEST_F(JobDialogWindowTest, CellsAreEditedByKindAndARefusedTextStaysInSight) {
     typeText(*QApplication::focusWidget(), "Erste Zeile");
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
     typeText(*QApplication::focusWidget(), "Zweite");
+    lookAtFindings();
     press(window, "cmdSpeichern");
     EXPECT_FALSE(window.isVisible());
   });
@@ -591,7 +707,7 @@ TEST_F(JobDialogWindowTest, TheSizeIsKeptAndAFailureToKeepItIsTold) {
 }
 
 TEST_F(JobDialogWindowTest, AJobThatIsGoneIsTold) {
-  EXPECT_EQ(showJobDialog(nullptr, context, "FORT", 20, false), DialogEnd::Closed);
+  EXPECT_EQ(showJobDialog(nullptr, context, "FORT", false), DialogEnd::Closed);
   EXPECT_EQ(erp.desktop.texts(), "Der Vorgang ist nicht mehr vorhanden.\n");
 }
 

@@ -44,7 +44,7 @@ protected:
 
   void open() {
     JobViewDialogs dialogs;
-    dialogs.openJob = [this](QWidget*, std::string_view jobId, std::int16_t, bool) {
+    dialogs.openJob = [this](QWidget*, std::string_view jobId, bool) {
       openedJobs.emplace_back(jobId);
       return openedJobs.size() <= nexts;
     };
