@@ -6,7 +6,6 @@
 #include "rules/rounding.h"
 
 #include <exception>
-#include <utility>
 
 namespace qx {
 namespace {
