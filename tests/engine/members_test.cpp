@@ -234,8 +234,8 @@ struct Situation {
 };
 constexpr std::array situations{
     Situation{"no connection", "Es ist keine Datenbank verbunden.", "Es ist keine Datenbank verbunden."},
-    Situation{"a closed one", "Die Datenbank kann nicht gelesen oder geschrieben werden. (closed)", "closed"},
-    Situation{"one that refuses", "Die Datenbank hat das abgelehnt. (refused)", "refused"}};
+    Situation{"a closed one", "Die Datenbank kann nicht gelesen oder geschrieben werden.", "closed"},
+    Situation{"one that refuses", "Die Datenbank hat das abgelehnt.", "refused"}};
 
 /// What a member gives in each situation.
 struct Expectation {

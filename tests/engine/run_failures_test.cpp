@@ -144,7 +144,7 @@ TEST_F(RunFailures, ALineOrIndexEntryThatTakesTheJobAlongIsGivenUpAlone) {
   EXPECT_EQ(engine.lastRun().done, 5U);
   EXPECT_EQ(engine.lastRun().protocolErrors, 2U);
   EXPECT_EQ(erp.desktop.texts(), "Fehler beim Erzeugen der Protokollzeile. Die Datenbank hat die Änderungen "
-                                 "zurückgenommen. (Zeile)\n");
+                                 "zurückgenommen.\n");
   EXPECT_THAT(protocol(), ElementsAre("Kunden|70001|Erledigt", "Kunden|70003|Erledigt",
                                       "Kunden|70004|Erledigt", "Kunden|70005|Erledigt"));
   EXPECT_EQ(
@@ -302,7 +302,7 @@ TEST_F(RunFailures, AProtocolWhoseIdentityCannotBeKeptCostsTheProtocolAlone) {
   EXPECT_EQ(count(sql("Select Count(*) From Protokolle"_sql)), 0);
   EXPECT_THAT(erp.desktop.texts(),
               StartsWith("Verarbeitungsprotokoll konnte nicht erzeugt werden. Die Datenbank "
-                         "hat die Änderungen zurückgenommen. (gesperrt)\n"));
+                         "hat die Änderungen zurückgenommen.\n"));
 }
 
 TEST_F(RunFailures, ARunWaitsForABusyDatabaseAlsoWhileItsProtocolIsMade) {

@@ -47,7 +47,8 @@ std::int64_t ConnectionState::lastRowId() const { return sqlite3_last_insert_row
 
 bool ConnectionState::moved() const {
   int moved = 0;
-  return sqlite3_file_control(database_.get(), "main", SQLITE_FCNTL_HAS_MOVED, &moved) == SQLITE_OK && moved != 0;
+  return sqlite3_file_control(database_.get(), "main", SQLITE_FCNTL_HAS_MOVED, &moved) == SQLITE_OK &&
+         moved != 0;
 }
 
 std::string ConnectionState::file() const {
