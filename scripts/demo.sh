@@ -12,7 +12,7 @@ trap 'rm -rf "$folder"' EXIT
 export QXIMPORTJOB_DB=$folder/demo.db XDG_CONFIG_HOME=$folder/config
 demo=src/resources/demo
 
-tell() { printf '\n\033[1m%s\033[0m\n' "$*" | if [ -t 1 ]; then cat; else sed 's/\x1b\[[0-9]*m//g'; fi; }
+tell() { printf '\n\033[1m# %s\033[0m\n' "$*" | if [ -t 1 ]; then cat; else sed 's/\x1b\[[0-9]*m//g'; fi; }
 
 # Shows a command and runs it. Jobs with findings end it with 1, which belongs to the demonstration.
 run() {
