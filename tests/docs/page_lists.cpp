@@ -1,5 +1,6 @@
 // Prints the lists that the pages take from the tables of the code, each behind a line "=== NAME".
 // The pages hold them between "<!-- list: NAME -->" and "<!-- end -->".
+#include "erp/lookup_sources.h"
 #include "erp/schema_lists.h"
 #include "model/entry_records.h"
 #include "model/import_job.h"
@@ -8,6 +9,7 @@
 #include "store/version1_rows.h"
 #include "ui/options_dialog.h"
 
+#include <algorithm>
 #include <iostream>
 #include <ranges>
 #include <string>
@@ -85,6 +87,40 @@ void printJobFileLines() {
   std::cout << "\n=== lines of version 1\n\n| line, first field | fields | in order |\n|---|---|---|\n";
   printLine("job, its code", columnsOf(importJobFields, version1HeaderOrder));
   printLine("position, 1001", columnsOf(importJobSubItemFields, version1PositionOrder));
+  std::cout << '\n';
+}
+
+template <class Table, class Line>
+void printLosses(std::string_view job, const Table& table, const Line& line) {
+  const auto property = [&](std::string_view name) {
+    const auto found = std::ranges::find(table, name, &Table::value_type::name);
+    return found != table.end() && found->stored();
+  };
+  Names missing;
+  Names dropped;
+  for (const auto& field : table)
+    if (field.stored() && std::ranges::find(line, field.name) == line.end()) missing.push_back(field.name);
+  for (const std::string_view name : line)
+    if (!property(name)) dropped.push_back(name);
+  std::cout << "| " << job << " | " << joined(missing, true) << " | " << joined(dropped, true) << " |\n";
+}
+
+void printWhatDoesNotTravel() {
+  std::cout
+      << "=== what does not travel\n\n| job | not in the file | in the file, dropped when it is read |\n"
+         "|---|---|---|\n";
+  printLosses("customer", kundeFields, customerLine);
+  printLosses("contract", vertragFields, contractLine);
+  printLosses("order", auftragFields, orderLine);
+  printLosses("position of an order", auftragsPosFields, positionLine);
+  std::cout << '\n';
+}
+
+void printLookups() {
+  std::cout << "=== lookups\n\n| record source | table | searched |\n|---|---|---|\n";
+  for (const LookupSource& source : lookupSources())
+    std::cout << "| `" << source.name << "` | `" << source.table << "` | "
+              << joined({source.searched.begin(), source.searched.end()}, false) << " |\n";
   std::cout << '\n';
 }
 
@@ -171,8 +207,10 @@ int main() {
   printProperties("AuftragsPos", auftragsPosFields);
   printProperties("ImportJobSubItem", importJobSubItemFields);
   printJobFileLines();
+  printWhatDoesNotTravel();
   printOptions();
   printOptionHints(false);
   printOptionHints(true);
   printTables();
+  printLookups();
 }
