@@ -306,6 +306,17 @@ def quoted_texts():
                     yield f"docs/handbuch.md:{number}: no source has the text '{part}'"
 
 
+def untold_texts():
+    """The manual has every reason for which a job is not written."""
+    manual = " ".join((ROOT / "docs/handbuch.md").read_text().split())
+    for path in (ROOT / "src/engine").glob("*_texts.h"):
+        source = re.sub(r"//.*|#.*", "", path.read_text())
+        for text in re.findall(r'"([^"\n]+)"', re.sub(r'"\s*\n\s*"', "", source)):
+            part = text.strip(" .:'")
+            if " ".join(part.split()) not in manual:
+                yield f"docs/handbuch.md: nothing about '{part}' of {path.name}"
+
+
 def read_lists(program):
     lists, name = {}, None
     for line in subprocess.run([program], capture_output=True, text=True, check=True).stdout.splitlines():
@@ -322,7 +333,7 @@ def main():
     renew = "--renew" in sys.argv[3:]
     lists = read_lists(list_printer)
     folder = Folder(program)
-    faults, used = [*quoted_texts(), *undocumented_options(program)], set()
+    faults, used = [*quoted_texts(), *untold_texts(), *undocumented_options(program)], set()
     for path in PAGES:
         page = Page(path, folder, lists, program)
         old, new = page.walk()
