@@ -11,6 +11,7 @@ behind its commas. A comment before a box says what else to do with it:
     <!-- file: NAME -->     the box is written to this file
     <!-- sql: FILE -->      the box is run as statements on this database
     <!-- from below -->     the box is one command of a session further down
+    <!-- begins: COMMAND --> the command prints the box first, and whatever else behind it
     <!-- new folder -->     (anywhere) what follows begins in an empty folder
 
 What stands between <!-- list: NAME --> and <!-- end --> is a list that LISTS prints from the code's tables.
@@ -165,7 +166,7 @@ class Page:
         self.folder.begin()
         while at < len(old):
             line = old[at]
-            mark = re.fullmatch(r"<!-- (not run|file|sql|from below|new folder|list)(?:: (.*?))? -->", line)
+            mark = re.fullmatch(r"<!-- (not run|file|sql|from below|begins|new folder|list)(?:: (.*?))? -->", line)
             if line.startswith("```"):
                 end = next(i for i in range(at + 1, len(old)) if old[i].startswith("```"))
                 box = old[at + 1:end]
@@ -174,7 +175,9 @@ class Page:
                     excerpts.append((at + 1, len(new), len(box), box[0]))
                     new += box
                 else:
-                    new += self.box(at + 1, box, marks)
+                    shown = self.box(at + 1, box, marks)
+                    new += shown
+                    self.compare_beginning(at + 1, shown, marks.get("begins"))
                 new.append(old[end])
                 marks, at = {}, end + 1
                 continue
@@ -220,6 +223,10 @@ class Page:
             if any(line.startswith(COMMANDS) for line in box):
                 self.fault(number, "commands that are neither run nor marked as not run")
         return box
+
+    def compare_beginning(self, number, box, command):
+        if command and not re.match(pattern("\n".join(box)), self.folder.run(command).lstrip("\n")):
+            self.fault(number, f"'{command}' prints something else than the box")
 
     def session(self, box):
         new, at = [], 0
