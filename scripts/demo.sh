@@ -2,9 +2,13 @@
 # Builds the program and takes jobs of every kind through their outcomes: scripts/demo.sh
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
-scripts/bootstrap.sh build
-[ -x build/release/bin/qximportjob ] || echo "Building; the first time takes a few minutes..." >&2
-scripts/build.sh release qximportjob
+# PROGRAM=... takes one that is there already.
+program=${PROGRAM:-build/release/bin/qximportjob}
+if [ -z "${PROGRAM:-}" ]; then
+  scripts/bootstrap.sh build
+  [ -x "$program" ] || echo "Building; the first time takes a few minutes..." >&2
+  scripts/build.sh release qximportjob
+fi
 
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
@@ -12,13 +16,13 @@ trap 'rm -rf "$folder"' EXIT
 export QXIMPORTJOB_DB=$folder/demo.db XDG_CONFIG_HOME=$folder/config
 demo=src/resources/demo
 
-tell() { printf '\n\033[1m%s\033[0m\n' "$*" | if [ -t 1 ]; then cat; else sed 's/\x1b\[[0-9]*m//g'; fi; }
+tell() { printf '\n\033[1m# %s\033[0m\n' "$*" | if [ -t 1 ]; then cat; else sed 's/\x1b\[[0-9]*m//g'; fi; }
 
 # Shows a command and runs it. Jobs with findings end it with 1, which belongs to the demonstration.
 run() {
   local status=0
   echo "\$ qximportjob $*"
-  build/release/bin/qximportjob "$@" || status=$?
+  "$program" "$@" || status=$?
   [ $status -eq 0 ] || echo "(exit status $status)"
   [ $status -le 1 ] || exit $status
 }
@@ -62,7 +66,7 @@ tell 'A second database holds an invented company. Its own jobs are done first, 
 export QXIMPORTJOB_DB=$folder/company.db
 run init --demo
 echo '$ qximportjob process | tail -n 1'
-{ build/release/bin/qximportjob process 2>/dev/null || true; } | tail -n 1
+{ "$program" process 2>/dev/null || true; } | tail -n 1
 
 tell 'Contracts and orders: one order is for a customer who arrives in the same file, one names an unknown article.'
 run stage $demo/orders.json

@@ -268,6 +268,8 @@ std::string shownText(const LookupColumn& column, const Value& content) {
 
 } // namespace
 
+std::span<const LookupSource> lookupSources() { return lookupSourceList; }
+
 const LookupSource* findLookupSource(std::string_view recordSource) {
   const auto* const found = std::ranges::find_if(
       lookupSourceList, [&](const LookupSource& source) { return equalCodes(source.name, recordSource); });

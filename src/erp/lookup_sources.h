@@ -38,6 +38,9 @@ struct LookupSource {
   bool indexed = false;
 };
 
+/// All record sources. The descriptions live as long as the program.
+std::span<const LookupSource> lookupSources();
+
 /// By its name without regard to case; null when there is none. The description lives as long as the
 /// program.
 const LookupSource* findLookupSource(std::string_view recordSource);

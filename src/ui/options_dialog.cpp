@@ -25,14 +25,14 @@ constexpr std::array checkTexts{
         "nicht danach."},
     OptionText{
         "chkAutomatschVerarbeiten", "Beim &Verarbeiten automatisch prüfen",
-        "Vorgänge werden vor dem Verarbeiten geprüft. Was Warnungen oder Fehler hat, wird zurückgestellt "
-        "statt verarbeitet, bis Sie es freigeben."},
+        "Kunden und Aufträge mit Warnungen oder Fehlern werden zurückgestellt statt verarbeitet, bis Sie sie "
+        "freigeben. Sonst werden Kunden ungeprüft verarbeitet und nur Aufträge mit Fehlern zurückgestellt."},
     OptionText{"chkWarnungLager", "Bei fehlendem &Lagerbestand warnen",
                "Auftragspositionen, für die der Lagerbestand nicht reicht, erhalten eine Warnung."},
     OptionText{
         "chkCheckKreditlimit", "&Kreditlimit prüfen",
-        "Aufträge über dem Kreditlimit 1 des Kunden erhalten eine Warnung, über dem Kreditlimit 2 einen "
-        "Fehler."},
+        "Erreichen die offenen Posten des Kunden sein Kreditlimit 1, erhält der Auftrag eine Warnung, beim "
+        "Kreditlimit 2 einen Fehler."},
     OptionText{"chkKundeAdressProof", "Adre&ssen mit dem Kundenstamm vergleichen",
                "Weicht die Haupt-, Liefer- oder Rechnungsadresse vom Kundenstamm ab, erhält der Vorgang eine "
                "Warnung."},

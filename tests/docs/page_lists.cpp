@@ -1,0 +1,216 @@
+// Prints the lists that the pages take from the tables of the code, each behind a line "=== NAME".
+// The pages hold them between "<!-- list: NAME -->" and "<!-- end -->".
+#include "erp/lookup_sources.h"
+#include "erp/schema_lists.h"
+#include "model/entry_records.h"
+#include "model/import_job.h"
+#include "settings/option_keys.h"
+#include "store/job_lines.h"
+#include "store/version1_rows.h"
+#include "ui/options_dialog.h"
+
+#include <algorithm>
+#include <iostream>
+#include <ranges>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace qx {
+namespace {
+
+using Names = std::vector<std::string_view>;
+
+/// `IndFild1` and `IndFild2`: the same but for the number at the end, which is one higher.
+bool follows(std::string_view name, std::string_view before) {
+  return name.size() == before.size() &&
+         name.substr(0, name.size() - 1) == before.substr(0, name.size() - 1) &&
+         name.back() == before.back() + 1 && before.back() >= '0' && name.back() <= '9';
+}
+
+/// In one line, or with numbered names drawn together.
+std::string joined(const Names& names, bool drawTogether) {
+  std::string text;
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    std::size_t last = i;
+    while (drawTogether && last + 1 < names.size() && follows(names[last + 1], names[last])) ++last;
+    text += (text.empty() ? "`" : ", `") + std::string(names[i]) + "`";
+    if (last > i) text += "-`" + std::string(names[last]) + "`";
+    i = last;
+  }
+  return text;
+}
+
+template <class Table>
+void printProperties(std::string_view title, const Table& table) {
+  struct Kind {
+    FieldKind kind;
+    std::string_view caption;
+  };
+  std::cout << "=== " << title << "\n\n| value | properties |\n|---|---|\n";
+  for (const auto& [kind, caption] :
+       {Kind{FieldKind::Text, "text"}, Kind{FieldKind::Date, "date"}, Kind{FieldKind::Int16, "16-bit number"},
+        Kind{FieldKind::Int32, "32-bit number"}, Kind{FieldKind::Double, "number"},
+        Kind{FieldKind::Boolean, "truth value"}}) {
+    Names names;
+    for (const auto& field : table)
+      if (field.kind == kind) names.push_back(field.name);
+    if (!names.empty()) std::cout << "| " << caption << " | " << joined(names, true) << " |\n";
+  }
+  Names dropped;
+  for (const auto& field : table)
+    if (!field.stored()) dropped.push_back(field.name);
+  if (!dropped.empty()) std::cout << "\nTaken but not stored: " << joined(dropped, true) << ".\n";
+  std::cout << '\n';
+}
+
+template <class Line>
+void printLine(std::string_view what, const Line& line) {
+  std::cout << "| " << what << " | " << line.size() << " | " << joined({line.begin(), line.end()}, false)
+            << " |\n";
+}
+
+/// The columns behind the fields of a line.
+template <class Table, class Order>
+Names columnsOf(const Table& table, const Order& order) {
+  Names names;
+  for (const std::size_t place : order) names.push_back(table.at(place).column);
+  return names;
+}
+
+void printJobFileLines() {
+  std::cout << "=== lines of version 2\n\n| kind, codes | fields | in order |\n|---|---|---|\n";
+  printLine("customer, 10-13", customerLine);
+  printLine("contract, 20-23, 40-43", contractLine);
+  printLine("order, 30-33", orderLine);
+  printLine("position, 50", positionLine);
+  std::cout << "\n=== lines of version 1\n\n| line, first field | fields | in order |\n|---|---|---|\n";
+  printLine("job, its code", columnsOf(importJobFields, version1HeaderOrder));
+  printLine("position, 1001", columnsOf(importJobSubItemFields, version1PositionOrder));
+  std::cout << '\n';
+}
+
+template <class Table, class Line>
+void printLosses(std::string_view job, const Table& table, const Line& line) {
+  const auto property = [&](std::string_view name) {
+    const auto found = std::ranges::find(table, name, &Table::value_type::name);
+    return found != table.end() && found->stored();
+  };
+  Names missing;
+  Names dropped;
+  for (const auto& field : table)
+    if (field.stored() && std::ranges::find(line, field.name) == line.end()) missing.push_back(field.name);
+  for (const std::string_view name : line)
+    if (!property(name)) dropped.push_back(name);
+  std::cout << "| " << job << " | " << joined(missing, true) << " | " << joined(dropped, true) << " |\n";
+}
+
+void printWhatDoesNotTravel() {
+  std::cout
+      << "=== what does not travel\n\n| job | not in the file | in the file, dropped when it is read |\n"
+         "|---|---|---|\n";
+  printLosses("customer", kundeFields, customerLine);
+  printLosses("contract", vertragFields, contractLine);
+  printLosses("order", auftragFields, orderLine);
+  printLosses("position of an order", auftragsPosFields, positionLine);
+  std::cout << '\n';
+}
+
+void printLookups() {
+  std::cout << "=== lookups\n\n| record source | table | searched |\n|---|---|---|\n";
+  for (const LookupSource& source : lookupSources())
+    std::cout << "| `" << source.name << "` | `" << source.table << "` | "
+              << joined({source.searched.begin(), source.searched.end()}, false) << " |\n";
+  std::cout << '\n';
+}
+
+std::string plain(std::string_view caption) {
+  std::string text(caption);
+  std::erase(text, '&');
+  if (text.ends_with(':')) text.pop_back();
+  return text;
+}
+
+std::string captionOf(const OptionKey& option) {
+  for (const OptionGroup& group : optionGroups())
+    for (const OptionText& text : group.options)
+      if (!option.control.empty() && text.control == option.control) return plain(text.caption);
+  return {};
+}
+
+std::string_view takenBy(OptionType type) {
+  switch (type) {
+  case OptionType::Check:
+    return "0 or 1";
+  case OptionType::Text:
+    return "text";
+  case OptionType::Number:
+    return "number";
+  case OptionType::Integer:
+    return "whole number";
+  case OptionType::ArticleNumber:
+    return "article";
+  case OptionType::TimeStamp:
+    return "day";
+  }
+  return {};
+}
+
+void printOptions() {
+  std::cout << "=== options\n\n| section | option | value | read by | in the options dialog "
+               "|\n|---|---|---|---|---|\n";
+  for (const OptionKey& option : optionKeys()) {
+    std::cout << "| `" << option.section << "` | `" << option.key << "` | " << takenBy(option.type);
+    if (!option.fallback.empty()) std::cout << ", unset `" << option.fallback << '`';
+    if (option.store == OptionStore::Local) std::cout << ", local";
+    std::cout << " | " << (option.readers.empty() ? "other programs" : option.readers) << " | "
+              << captionOf(option) << " |\n";
+  }
+  std::cout << '\n';
+}
+
+/// As the clerk reads them beside the controls.
+void printOptionHints(bool customerSpecific) {
+  std::cout << "=== " << (customerSpecific ? "Kundenspezifische Werte" : "Optionen")
+            << "\n\n| Option | Wirkung |\n|---|---|\n";
+  for (const OptionGroup& group : optionGroups()) {
+    if (group.customerSpecific != customerSpecific) continue;
+    std::cout << "| **" << group.caption << "** | |\n";
+    for (const OptionText& text : group.options)
+      std::cout << "| " << plain(text.caption) << " | " << text.hint << " |\n";
+  }
+  std::cout << '\n';
+}
+
+void printTables() {
+  std::cout << "=== tables\n\n| group | tables |\n|---|---|\n";
+  const auto row = [](std::string_view group, std::span<const SchemaTable> tables) {
+    Names names;
+    for (const SchemaTable& table : tables) names.push_back(table.name);
+    std::cout << "| " << group << " | " << joined(names, false) << " |\n";
+  };
+  row("staging", stagingTables());
+  row("customers and contracts", customerTables());
+  row("orders", orderTables());
+  row("components", componentTables());
+  std::cout << '\n';
+}
+
+} // namespace
+} // namespace qx
+
+int main() {
+  using namespace qx;
+  printProperties("Kunde", kundeFields);
+  printProperties("Auftrag", auftragFields);
+  printProperties("Vertrag", vertragFields);
+  printProperties("AuftragsPos", auftragsPosFields);
+  printProperties("ImportJobSubItem", importJobSubItemFields);
+  printJobFileLines();
+  printWhatDoesNotTravel();
+  printOptions();
+  printOptionHints(false);
+  printOptionHints(true);
+  printTables();
+  printLookups();
+}
