@@ -24,6 +24,11 @@ void describe(QWidget& control, const OptionText& text) {
   control.setAccessibleDescription(toQt(text.hint));
 }
 
+Qt::CheckState stateOf(const OptionField& field) {
+  if (field.value.empty()) return Qt::PartiallyChecked;
+  return field.checked() ? Qt::Checked : Qt::Unchecked;
+}
+
 } // namespace
 
 OptionsWindow::OptionsWindow(Environment& environment, QWidget* parent)
@@ -32,10 +37,10 @@ OptionsWindow::OptionsWindow(Environment& environment, QWidget* parent)
   setWindowTitle(QStringLiteral("Optionen"));
   dialog_.load();
 
-  auto* const tabs = new QTabWidget;
-  tabs->setObjectName(QStringLiteral("TabControll"));
-  tabs->addTab(makePage(false), QStringLiteral("Allgemein"));
-  if (dialog_.customerSpecific()) tabs->addTab(makePage(true), QStringLiteral("Kundenspezifische &Werte"));
+  tabs_ = new QTabWidget;
+  tabs_->setObjectName(QStringLiteral("TabControll"));
+  tabs_->addTab(makePage(false), QStringLiteral("Allgemein"));
+  if (dialog_.customerSpecific()) tabs_->addTab(makePage(true), QStringLiteral("Kundenspezifische &Werte"));
 
   auto* const ok = new QPushButton(QStringLiteral("OK"));
   ok->setObjectName(QStringLiteral("cmdOK"));
@@ -56,7 +61,7 @@ OptionsWindow::OptionsWindow(Environment& environment, QWidget* parent)
     label->setWordWrap(true);
     layout->addWidget(label);
   }
-  layout->addWidget(tabs);
+  layout->addWidget(tabs_);
   layout->addLayout(buttons);
 }
 
@@ -94,10 +99,14 @@ QWidget* OptionsWindow::makeGroup(const OptionGroup& group) {
 void OptionsWindow::addCheck(const OptionText& text, const OptionField& field, QFormLayout& layout) {
   auto* const box = new QCheckBox(toQt(text.caption));
   describe(*box, text);
-  box->setChecked(field.checked());
+  box->setTristate(field.option->threeStates);
+  box->setCheckState(stateOf(field));
   box->setEnabled(field.enabled);
-  connect(box, &QCheckBox::clicked, this, [this, control = text.control](bool on) {
-    dialog_.check(control, on);
+  connect(box, &QCheckBox::clicked, this, [this, box, control = text.control] {
+    if (box->checkState() == Qt::PartiallyChecked)
+      dialog_.unset(control);
+    else
+      dialog_.check(control, box->isChecked());
     render();
   });
   checks_.push_back(box);
@@ -116,9 +125,18 @@ void OptionsWindow::addText(const OptionText& text, const OptionField& field, QF
 void OptionsWindow::render() {
   for (QCheckBox* const box : checks_) {
     const OptionField* const field = dialog_.field(fromQt(box->objectName()));
-    box->setChecked(field->checked());
+    box->setCheckState(stateOf(*field));
     box->setEnabled(field->enabled);
   }
+}
+
+void OptionsWindow::showWrongControl() {
+  auto* const edit = findChild<QLineEdit*>(toQt(dialog_.wrongControl()));
+  if (edit == nullptr) return;
+  for (int page = 0; page < tabs_->count(); ++page)
+    if (tabs_->widget(page)->isAncestorOf(edit)) tabs_->setCurrentIndex(page);
+  edit->setFocus();
+  edit->selectAll();
 }
 
 void OptionsWindow::reject() {
@@ -127,14 +145,16 @@ void OptionsWindow::reject() {
 }
 
 void OptionsWindow::accept() {
-  dialog_.close();
-  QDialog::accept();
+  if (dialog_.close())
+    QDialog::accept();
+  else
+    showWrongControl();
 }
 
 void OptionsWindow::closeEvent(QCloseEvent* event) {
   // The toolkit would call `reject` here, which is Escape.
   accept();
-  event->accept();
+  event->setAccepted(!isVisible());
 }
 
 } // namespace qx

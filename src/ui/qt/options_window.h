@@ -9,6 +9,7 @@
 
 class QCheckBox;
 class QFormLayout;
+class QTabWidget;
 
 namespace qx {
 
@@ -32,8 +33,10 @@ private:
   void addText(const OptionText& text, const OptionField& field, QFormLayout& layout);
   /// Shows every check box as the presenter holds it.
   void render();
+  void showWrongControl();
 
   OptionsDialog dialog_;
+  QTabWidget* tabs_ = nullptr;
   std::vector<QCheckBox*> checks_;
 };
 
