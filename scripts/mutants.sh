@@ -173,8 +173,12 @@ try() {
       verdict=broken
       break
     fi
-    if ! passes "$copy" "$suite"; then
+    local status=0
+    passes "$copy" "$suite" || status=$?
+    if [ $status -ne 0 ]; then
       verdict="killed by test_$suite"
+      # 124 is what timeout ends with.
+      [ $status -ne 124 ] || verdict+=", which did not end"
       break
     fi
   done

@@ -177,8 +177,7 @@ void ImportJobObject2::adopt(const std::shared_ptr<qx::Session>& session) {
   std::string number = session->PersonalNr();
   Environment itsOwn = environment_;
   itsOwn.session = session;
-  std::string currency =
-      Settings(itsOwn, SettingTrap::Refusals).getShared("Allgemein", "Landeswährung", defaultCurrency);
+  std::string currency = Settings(itsOwn).getShared("Allgemein", "Landeswährung", defaultCurrency);
   if (environment_.session != session) dropSession();
   environment_.session = session;
   if (connection) setConnection(std::move(connection));
