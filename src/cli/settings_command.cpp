@@ -50,9 +50,7 @@ void noteUnknown(const Output& output, std::string_view section, std::string_vie
 }
 
 std::string wrongNumber(std::string_view text) {
-  if (const auto readings = readingsOf(text))
-    return "this may mean " + germanNumber(readings->thousands) + " or " + germanNumber(readings->decimals) +
-           "; type one of them";
+  if (readingsOf(text)) return "this " + doubtAbout(text) + "; type one of them";
   return parseTypedNumber(text) ? "" : "the option is a number";
 }
 
@@ -136,7 +134,9 @@ ExitCode SettingsSetCommand::work(const Workplace& place) {
   settings.save(applicationName, section, key, value, local);
   // A trigger of the database can keep it out without a word.
   const std::string stored = settings.get(applicationName, section, key, local);
-  if (stored != value) throw ProgramError(ExitCode::Failure, "the setting could not be stored");
+  if (stored != value)
+    throw ProgramError(ExitCode::Failure,
+                       "the store did not keep the setting '" + section + "' '" + key + "'");
   print(place.output, {section, key, stored, local});
   return ExitCode::Success;
 }

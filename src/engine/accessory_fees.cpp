@@ -22,18 +22,20 @@ double AccessoryFees::gradedFee(double accessoryValue) {
 }
 
 bool AccessoryFees::parse(std::string_view key, const std::string& entry, Row& row) {
-  const auto separator = entry.find(';');
-  if (separator != std::string::npos) {
-    const auto bound = parseTypedNumber(entry.substr(0, separator));
-    const auto fee = parseTypedNumber(entry.substr(separator + 1));
-    if (bound && fee) {
-      row = {*bound, *fee};
+  std::string doubt = "has no semicolon";
+  if (const auto separator = entry.find(';'); separator != std::string::npos) {
+    const std::string bound = entry.substr(0, separator);
+    const std::string fee = entry.substr(separator + 1);
+    const std::string& doubtful = doubtAbout(bound).empty() ? fee : bound;
+    doubt = doubtAbout(doubtful);
+    if (doubt.empty()) {
+      row = {*parseTypedNumber(bound), *parseTypedNumber(fee)};
       return true;
     }
+    doubt.insert(0, "is not used: '" + doubtful + "' ");
   }
   malformed_ += (malformed_.empty() ? "" : ", ") + std::string(key);
-  environment_.diagnostics.report(
-      {"Zubehoer.ini", std::string(key) + "=" + entry + " is no pair of numbers", ""});
+  environment_.diagnostics.report({"Zubehoer.ini", std::string(key) + "=" + entry + " " + doubt, ""});
   return false;
 }
 

@@ -22,7 +22,7 @@ constexpr std::string_view checkFailure = "Der Vorgang konnte nicht geprüft wer
 JobCheck::JobCheck(Environment& environment) : environment_(environment), prices_(environment) {
   const Settings settings(environment, SettingTrap::Refusals);
   compareAddresses_ = settings.isOn("KundeAdressProof");
-  orderOptions_ = OrderOptions::read(settings, settings.customerSpecific());
+  orderOptions_ = OrderOptions::read(settings, settings.customerSpecific(), environment.diagnostics);
 }
 
 Findings JobCheck::check(std::string_view jobId) {

@@ -27,7 +27,8 @@ struct OrderOptions {
   /// The day of the change of tax rates, "" for none; null when it could not be read. Set by the run.
   std::optional<std::string> taxChangeDay = std::nullopt;
 
-  static OrderOptions read(const Settings& settings, bool customerSpecific);
+  /// A number that nobody can read, or in two ways, is not used and told to the diagnostics.
+  static OrderOptions read(const Settings& settings, bool customerSpecific, Diagnostics& diagnostics);
 };
 
 } // namespace qx

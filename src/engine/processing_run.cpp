@@ -139,7 +139,7 @@ void ProcessingRun::createComponents() {
 /// All of them before the first job: with one that cannot be read nothing is to be written.
 void ProcessingRun::readOptions() {
   options_ = RunOptions::read(settings_);
-  orderOptions_ = OrderOptions::read(settings_, options_.customerSpecific);
+  orderOptions_ = OrderOptions::read(settings_, options_.customerSpecific, environment_.diagnostics);
   purgeOptions_ = PurgeOptions::read(settings_);
   try {
     orderOptions_.taxChangeDay = TaxRules(environment_).changeDay();

@@ -144,6 +144,12 @@ std::optional<NumberReadings> readingsOf(std::string_view text) {
   return NumberReadings{*thousands, *decimals};
 }
 
+std::string doubtAbout(std::string_view text) {
+  if (const auto readings = readingsOf(text))
+    return "may mean " + germanNumber(readings->thousands) + " or " + germanNumber(readings->decimals);
+  return parseTypedNumber(text) ? "" : "is no number";
+}
+
 std::string_view firstCharacters(std::string_view text, std::size_t count) {
   std::size_t at = 0;
   for (; at < text.size(); ++at) {

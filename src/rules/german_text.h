@@ -41,6 +41,10 @@ struct NumberReadings {
 };
 std::optional<NumberReadings> readingsOf(std::string_view text);
 
+/// Why nobody should calculate with a typed number, as it stands behind the text in a message: "is no
+/// number", "may mean 1000 or 1". Empty for one that is clear.
+std::string doubtAbout(std::string_view text);
+
 /// The first `count` characters (not bytes) of a UTF-8 text.
 std::string_view firstCharacters(std::string_view text, std::size_t count);
 

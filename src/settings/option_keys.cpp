@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <limits>
+#include <string>
 
 namespace qx {
 namespace {
@@ -27,8 +28,10 @@ constexpr OptionKey general(std::string_view key, std::string_view control, std:
 
 /// A control of the dialog's second page.
 constexpr OptionKey special(std::string_view key, OptionType type, std::string_view control,
-                            std::string_view readers) {
-  return {own, key, type, shared, OptionOwner::Component, "", control, readers, true};
+                            std::string_view readers, bool threeStates = false) {
+  return {own,        key,     type,    shared, OptionOwner::Component,
+          "",         control, readers, true,   OnRule::AnyNumber,
+          threeStates};
 }
 
 /// A key without a control.
@@ -82,8 +85,8 @@ constexpr std::array table{
     special("FrachtGebuehr", article, "txtFrachGebuehr", "orders"),
     special("VAKunde", text, "txtVAKunde", "orders"),
     special("ZAKunde", text, "txtZAKunde", "orders"),
-    special("SWAuftLieferbereit", check, "chkSWLief", "orders"),
-    special("SWAuftFakturierbereit", check, "chkSWFak", "orders"),
+    special("SWAuftLieferbereit", check, "chkSWLief", "orders", true),
+    special("SWAuftFakturierbereit", check, "chkSWFak", "orders", true),
     special("NeukundenRabatt", text, "txtNeukundenRabatt", ""),
     // Read together with the fee line, but no control shows it.
     OptionKey{own, "MinGebuehr", number, shared, OptionOwner::Component, "0", "", "orders", true},
@@ -133,6 +136,16 @@ bool isWord(std::string_view text, std::string_view english, std::string_view ge
   return same(english) || same(german);
 }
 
+/// A word or a number of any size, with a comma or a point.
+std::optional<bool> truthOf(std::string_view text) {
+  if (isWord(text, "true", "wahr")) return true;
+  if (isWord(text, "false", "falsch")) return false;
+  std::string digits(text);
+  std::ranges::replace(digits, ',', '.');
+  const auto number = Value(digits).number();
+  return number ? std::optional(*number != 0) : std::nullopt;
+}
+
 } // namespace
 
 std::span<const OptionKey> optionKeys() { return table; }
@@ -147,9 +160,7 @@ std::optional<bool> checkState(const OptionKey& option, std::string_view text) {
     if (number < 0) return std::nullopt;
     break;
   case OnRule::Truth:
-    if (isWord(text, "true", "wahr")) return true;
-    if (isWord(text, "false", "falsch")) return false;
-    break;
+    return truthOf(text);
   case OnRule::AnyNumber:
     break;
   }

@@ -47,6 +47,7 @@ struct OptionKey {
   /// Shown, saved and used in customer-specific mode only.
   bool customerSpecific = false;
   OnRule on = OnRule::AnyNumber; ///< of a check
+  bool threeStates = false;      ///< a check for whose readers "not set" is neither on nor off
 };
 
 /// All keys. Those that the options dialog shows come first, in its order of loading and saving: the general

@@ -78,15 +78,12 @@ void Settings::save(std::string_view application, std::string_view section, std:
   });
 }
 
-std::int16_t Settings::option16(std::string_view key, std::int16_t fallback) const {
-  return settingToInt16(option(key)).value_or(fallback);
-}
-
-bool Settings::isOn(std::string_view section, std::string_view key) const {
+std::optional<bool> Settings::state(std::string_view section, std::string_view key) const {
   const OptionKey* check = findOptionKey(section, key);
   if (check == nullptr) throw std::logic_error("no option is called " + std::string(key));
   const bool local = check->store == OptionStore::Local;
-  return checkState(*check, get(applicationName, section, key, local)).value_or(false);
+  const auto text = read(applicationName, section, key, local);
+  return text ? checkState(*check, *text) : std::nullopt;
 }
 
 bool Settings::customerSpecific() const { return get(applicationName, "Allgemein", "Individual") == "VLK"; }

@@ -4,7 +4,6 @@
 #include "platform/environment.h"
 #include "settings/option_keys.h"
 
-#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -45,11 +44,15 @@ public:
 
   /// An option of the section `ImportJob2` of the shared store.
   std::string option(std::string_view key) const { return get(applicationName, optionSection, key); }
-  /// The option as a 16-bit integer; `fallback` when it is absent, not a number or out of range.
-  std::int16_t option16(std::string_view key, std::int16_t fallback = 0) const;
-  /// Whether a check of the option table is on, by the rule and from the store of its key.
+  /// What a check of the option table is set to, by the rule and from the store of its key; null when it is
+  /// not set, cannot be read or holds a text of which its readers make nothing.
+  std::optional<bool> state(std::string_view key) const { return state(optionSection, key); }
+  std::optional<bool> state(std::string_view section, std::string_view key) const;
+  /// The same for those to whom such a check is off.
   bool isOn(std::string_view key) const { return isOn(optionSection, key); }
-  bool isOn(std::string_view section, std::string_view key) const;
+  bool isOn(std::string_view section, std::string_view key) const {
+    return state(section, key).value_or(false);
+  }
   /// `Allgemein`/`Individual` equals "VLK".
   bool customerSpecific() const;
 

@@ -391,8 +391,9 @@ void JobViewPresenter::keepCurrent(const std::optional<std::string>& jobId,
 }
 
 void JobViewPresenter::readPermissions() {
-  mayDelete_ = settings_.isOn("Löschen");
-  mayChange_ = settings_.isOn("Ändern");
+  // What cannot be read takes no permission away.
+  mayDelete_ = settings_.state("Löschen").value_or(mayDelete_);
+  mayChange_ = settings_.state("Ändern").value_or(mayChange_);
 }
 
 void JobViewPresenter::openCurrent() {

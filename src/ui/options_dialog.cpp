@@ -1,5 +1,9 @@
 #include "ui/options_dialog.h"
 
+#include "platform/german_cause.h"
+#include "platform/show_message.h"
+#include "rules/german_text.h"
+
 #include <algorithm>
 #include <array>
 #include <exception>
@@ -10,19 +14,22 @@ namespace {
 constexpr std::string_view costAssignment = "chkKostZuordnung";
 constexpr std::string_view costCreation = "chkCreateKost";
 
+/// The hint of an option that no part of the component reads.
+constexpr std::string_view storedForOthers =
+    "Wird für andere Programme der Installation gespeichert; die Importvorgänge selbst richten sich "
+    "nicht danach.";
+
 constexpr std::array windowTexts{
     OptionText{"chkFensterpos", "Fenster&position merken",
                "Die Importvorgänge öffnen sich dort, wo das Fenster zuletzt stand. Gilt nur für Sie."},
     OptionText{"chkFenstergroe_e", "Fenstergröße &merken",
                "Die Importvorgänge öffnen sich so groß, wie das Fenster zuletzt war. Gilt nur für Sie."},
-    OptionText{"chkAendern", "Vorgänge dürfen geän&dert werden",
-               "Das Recht, Importvorgänge zu ändern. Gilt für alle Arbeitsplätze."},
+    OptionText{
+        "chkAendern", "Vorgänge dürfen geän&dert werden",
+        "Wird für alle Arbeitsplätze gespeichert; die Importvorgänge selbst richten sich nicht danach."},
 };
 constexpr std::array checkTexts{
-    OptionText{
-        "chkAutomatischPr_fen", "A&utomatisch prüfen",
-        "Wird für andere Programme der Installation gespeichert; die Importvorgänge selbst richten sich "
-        "nicht danach."},
+    OptionText{"chkAutomatischPr_fen", "A&utomatisch prüfen", storedForOthers},
     OptionText{
         "chkAutomatschVerarbeiten", "Beim &Verarbeiten automatisch prüfen",
         "Kunden und Aufträge mit Warnungen oder Fehlern werden zurückgestellt statt verarbeitet, bis Sie sie "
@@ -33,36 +40,36 @@ constexpr std::array checkTexts{
         "chkCheckKreditlimit", "&Kreditlimit prüfen",
         "Erreichen die offenen Posten des Kunden sein Kreditlimit 1, erhält der Auftrag eine Warnung, beim "
         "Kreditlimit 2 einen Fehler."},
-    OptionText{"chkKundeAdressProof", "Adre&ssen mit dem Kundenstamm vergleichen",
-               "Weicht die Haupt-, Liefer- oder Rechnungsadresse vom Kundenstamm ab, erhält der Vorgang eine "
-               "Warnung."},
+    OptionText{
+        "chkKundeAdressProof", "Adre&ssen mit dem Kundenstamm vergleichen",
+        "Weicht die Haupt-, Liefer- oder Rechnungsadresse eines Kundenvorgangs vom Kundenstamm ab, erhält "
+        "er beim Prüfen eine Warnung; beim Verarbeiten nur, wenn dort automatisch geprüft wird."},
 };
 constexpr std::array customerTexts{
     OptionText{
         "chkKundeKundengruppe", "Fehlende Kunden&gruppen anlegen",
-        "Eine unbekannte Kundengruppe wird beim Verarbeiten angelegt; sonst endet der Vorgang mit einem "
-        "Fehler."},
-    OptionText{"chkKundeVertreter", "Fehlende Ver&treter anlegen",
-               "Ein unbekannter Vertreter wird beim Verarbeiten angelegt; sonst endet der Vorgang mit einem "
-               "Fehler."},
+        "Eine unbekannte Kundengruppe wird beim Schreiben des Kunden angelegt; sonst endet der Vorgang mit "
+        "einem Fehler. Wird beim Verarbeiten automatisch geprüft, wird er in jedem Fall zuerst "
+        "zurückgestellt."},
+    OptionText{
+        "chkKundeVertreter", "Fehlende Ver&treter anlegen",
+        "Ein unbekannter Vertreter wird beim Schreiben des Kunden angelegt; sonst endet der Vorgang mit "
+        "einem Fehler. Wird beim Verarbeiten automatisch geprüft, wird er in jedem Fall zuerst "
+        "zurückgestellt."},
     OptionText{
         "chkKundenZahlungsart", "Fehlende &Zahlungsarten anlegen",
-        "Eine unbekannte Zahlungsart wird beim Verarbeiten angelegt; sonst endet der Vorgang mit einem "
-        "Fehler."},
+        "Eine unbekannte Zahlungsart wird beim Schreiben des Kunden angelegt; sonst endet der Vorgang mit "
+        "einem Fehler. Wird beim Verarbeiten automatisch geprüft, wird er in jedem Fall zuerst "
+        "zurückgestellt."},
     OptionText{
         "chkKundenBlz", "Fehlende &Bankleitzahlen anlegen",
-        "Eine unbekannte Bankleitzahl wird beim Verarbeiten angelegt; sonst endet der Vorgang mit einem "
-        "Fehler."},
+        "Eine unbekannte Bankleitzahl wird beim Schreiben des Kunden angelegt; sonst endet der Vorgang mit "
+        "einem Fehler. Wird beim Verarbeiten automatisch geprüft, wird er in jedem Fall zuerst "
+        "zurückgestellt."},
 };
 constexpr std::array contractTexts{
-    OptionText{
-        "chkGelVertr_ge", "Gelöschte Ve&rträge berücksichtigen",
-        "Wird für andere Programme der Installation gespeichert; die Importvorgänge selbst richten sich "
-        "nicht danach."},
-    OptionText{
-        "chkVTImportModified", "Geänderte Verträge &einlesen",
-        "Wird für andere Programme der Installation gespeichert; die Importvorgänge selbst richten sich "
-        "nicht danach."},
+    OptionText{"chkGelVertr_ge", "Gelöschte Ve&rträge berücksichtigen", storedForOthers},
+    OptionText{"chkVTImportModified", "Geänderte Verträge &einlesen", storedForOthers},
 };
 constexpr std::array orderTexts{
     OptionText{"chkAuftLieferbereit", "Positionen sind l&ieferbereit",
@@ -89,10 +96,8 @@ constexpr std::array paymentTexts{
     OptionText{
         "txtZA_RG_VS", "Zahlungsart bei &abweichender Anschrift:",
         "Die Zahlungsart, die ein Auftrag mit abweichender Rechnungs- und Lieferanschrift haben muss."},
-    OptionText{"txtZAVS", "Zahlungsart bei abweichender &Lieferung:",
-               "Die Zahlungsart bei abweichender Lieferanschrift."},
-    OptionText{"txtVAZA",
-               "&Versandart zur Zahlungsart:", "Die Versandart, die zu dieser Zahlungsart gehört."},
+    OptionText{"txtZAVS", "Zahlungsart bei abweichender &Lieferung:", storedForOthers},
+    OptionText{"txtVAZA", "&Versandart zur Zahlungsart:", storedForOthers},
     OptionText{"txtZAKunde", "&Zahlungsart mit Frachtzeilen:",
                "Aufträge mit dieser Zahlungsart erhalten die Frachtzeilen."},
     OptionText{"txtVAKunde",
@@ -110,10 +115,12 @@ constexpr std::array freightTexts{
 };
 constexpr std::array specialOrderTexts{
     OptionText{"chkSWLief", "Geschriebene Positionen sind l&ieferbereit",
-               "Die Positionen geschriebener Aufträge sind lieferbereit."},
+               "Angekreuzt: Alle Positionen geschriebener Aufträge sind lieferbereit. Leer: Keine ist es. "
+               "Dazwischen: Jede behält ihre eigene Angabe."},
     OptionText{"chkSWFak", "Geschriebene Positionen sind &fakturierbereit",
-               "Die Positionen geschriebener Aufträge sind fakturierbereit."},
-    OptionText{"txtNeukundenRabatt", "&Neukundenrabatt:", "Der Rabatt für neue Kunden."},
+               "Angekreuzt: Alle Positionen geschriebener Aufträge sind fakturierbereit. Leer: Keine ist es. "
+               "Dazwischen: Jede behält ihre eigene Angabe."},
+    OptionText{"txtNeukundenRabatt", "&Neukundenrabatt:", storedForOthers},
 };
 
 constexpr std::array groups{
@@ -137,8 +144,28 @@ bool isLocal(const OptionKey& option) { return option.store == OptionStore::Loca
 /// A check box is ticked when the readers of the option take it as on.
 std::string shownValue(const OptionKey& option, const std::string& stored) {
   if (option.type != OptionType::Check) return stored;
-  return checkState(option, stored).value_or(false) ? "1" : "0";
+  const auto state = checkState(option, stored);
+  if (!state && option.threeStates) return "";
+  return state.value_or(false) ? "1" : "0";
 }
+
+/// What stands beside a control, without the mark of its access key.
+std::string captionOf(std::string_view control) {
+  for (const OptionGroup& group : groups)
+    for (const OptionText& text : group.options)
+      if (text.control == control) {
+        std::string caption(text.caption);
+        std::erase(caption, '&');
+        return caption;
+      }
+  return {};
+}
+
+/// A clerk who is shown nothing meanwhile does not wait longer for another program than this.
+class OptionsWait final : public BusyWait {
+public:
+  bool goOn(std::chrono::milliseconds waited) override { return waited < std::chrono::seconds(5); }
+};
 
 } // namespace
 
@@ -146,13 +173,15 @@ std::span<const OptionGroup> optionGroups() { return groups; }
 
 void OptionsDialog::load() {
   fields_.clear();
-  cancelled_ = false;
+  ended_ = false;
+  confirmed_ = settings_.isOn("AppSettings");
   customerSpecific_ = settings_.customerSpecific();
   for (const OptionKey& option : optionKeys()) {
     if (option.control.empty() || (option.customerSpecific && !customerSpecific_)) continue;
     const auto stored = settings_.read(applicationOf(option), option.section, option.key, isLocal(option));
+    const std::string shown = shownValue(option, stored.value_or(""));
     fields_.push_back(
-        {&option, shownValue(option, stored.value_or("")), stored.has_value(), stored.has_value()});
+        {&option, shown, stored.has_value(), stored.has_value(), shown, stored.value_or("").empty()});
   }
   followCostAssignment();
 }
@@ -183,6 +212,11 @@ void OptionsDialog::check(std::string_view control, bool on) {
   if (control == costAssignment) followCostAssignment();
 }
 
+void OptionsDialog::unset(std::string_view control) {
+  OptionField* const changed = editable(control);
+  if (changed != nullptr && changed->option->threeStates) changed->value.clear();
+}
+
 void OptionsDialog::type(std::string_view control, std::string_view text) {
   if (OptionField* const changed = editable(control)) changed->value = text;
 }
@@ -191,35 +225,84 @@ void OptionsDialog::followCostAssignment() {
   const OptionField* const assignment = field(costAssignment);
   for (OptionField& creation : fields_) {
     if (creation.option->control != costCreation) continue;
+    // Whether an assignment that could not be read allows it, nobody knows.
+    creation.readable = creation.readable && assignment->readable;
     creation.enabled = creation.readable && assignment->checked();
-    if (!assignment->checked()) creation.value = "0";
+    if (creation.readable && !assignment->checked()) creation.value = "0";
   }
 }
 
-void OptionsDialog::close() {
-  if (cancelled_) return;
-  cancelled_ = true;
-  const auto connection = environment_.session ? environment_.connection : nullptr;
+bool OptionsDialog::close(BusyWait* wait) {
+  if (ended_ || fields_.empty()) return true;
+  if (!numbersAreReadable()) return false;
   try {
-    if (!connection) return save();
-    JoinedUnit unit(*connection);
-    save();
-    unit.commit();
+    save(settings_, OptionStore::Local);
+    saveShared(wait);
   } catch (const std::exception& failure) {
     environment_.diagnostics.report({"options could not be written", failure.what(), {}});
+    showMessage(environment_, {"Die Optionen wurden nicht gespeichert. " + germanCause(failure) +
+                                   "\nIhre Angaben stehen noch im Fenster. Drücken Sie OK, um es noch einmal "
+                                   "zu versuchen.",
+                               std::string(defaultTitle), MessageIcon::Critical});
+    return false;
   }
+  ended_ = true;
+  return true;
 }
 
-void OptionsDialog::save() {
-  const auto shared = [](const OptionField& held) { return !isLocal(*held.option); };
+/// Of the fields that would be written; the first that is none is told.
+bool OptionsDialog::numbersAreReadable() {
+  wrongControl_ = {};
+  for (const OptionField& held : fields_) {
+    if (held.option->type != OptionType::Number || held.value.empty() || !mustBeWritten(held)) continue;
+    std::string text = captionOf(held.option->control) + " '" + held.value + "' ";
+    if (const auto readings = readingsOf(held.value))
+      text += "kann " + germanNumber(readings->thousands) + " oder " + germanNumber(readings->decimals) +
+              " bedeuten. Geben Sie bitte eines davon ein.";
+    else if (!parseTypedNumber(held.value))
+      text += "ist keine Zahl. Bitte berichtigen Sie das Feld.";
+    else
+      continue;
+    wrongControl_ = held.option->control;
+    showMessage(environment_, {std::move(text), std::string(defaultTitle), MessageIcon::Exclamation});
+    return false;
+  }
+  return true;
+}
+
+/// What was not touched keeps its text, whatever it is. Only the first confirmation also stores what has
+/// never been stored.
+bool OptionsDialog::mustBeWritten(const OptionField& held) const {
+  return held.readable && (held.value != held.loaded || (!confirmed_ && held.absent));
+}
+
+void OptionsDialog::saveShared(BusyWait* wait) {
+  const auto isShared = [](const OptionField& held) { return !isLocal(*held.option); };
   // A first start is over only when the shared options were there to be confirmed.
-  if (std::all_of(fields_.begin(), fields_.end(),
-                  [&](const OptionField& held) { return held.readable || !shared(held); }))
-    settings_.save(applicationName, optionSection, "AppSettings", "1");
+  const bool confirms =
+      std::ranges::all_of(fields_, [&](const OptionField& held) { return held.readable || !isShared(held); });
+  if (!confirms && std::ranges::none_of(fields_, [&](const OptionField& held) {
+        return isShared(held) && mustBeWritten(held);
+      }))
+    return;
+  const Settings settings(environment_, SettingTrap::Refusals);
+  const auto write = [&] {
+    if (confirms) settings.save(applicationName, optionSection, "AppSettings", "1");
+    save(settings, OptionStore::Shared);
+  };
+  const auto connection = environment_.session ? environment_.connection : nullptr;
+  if (!connection) return write();
+  OptionsWait brief;
+  JoinedUnit unit(*connection, wait != nullptr ? wait : &brief);
+  write();
+  unit.commit();
+}
+
+void OptionsDialog::save(const Settings& settings, OptionStore store) const {
   for (const OptionField& held : fields_)
-    if (held.readable)
-      settings_.save(applicationOf(*held.option), held.option->section, held.option->key, held.value,
-                     isLocal(*held.option));
+    if (held.option->store == store && mustBeWritten(held))
+      settings.save(applicationOf(*held.option), held.option->section, held.option->key, held.value,
+                    isLocal(*held.option));
 }
 
 } // namespace qx

@@ -1,12 +1,11 @@
 // The options dialog without a toolkit: what it loads, how its controls depend on each other, what it saves.
 #pragma once
 
+#include "platform/database.h"
 #include "platform/environment.h"
 #include "settings/option_keys.h"
 #include "settings/settings.h"
 
-#include <cstddef>
-#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -34,16 +33,18 @@ std::span<const OptionGroup> optionGroups();
 /// One control with what it carries.
 struct OptionField {
   const OptionKey* option = nullptr;
-  std::string value; ///< of a check box "1" or "0"
+  std::string value; ///< of a check box "1" or "0", or "" for one of three states that is not set
   bool enabled = true;
   bool readable = true; ///< false when the store could not be read: shown disabled and never written
+  std::string loaded;   ///< the value as it was read
+  bool absent = false;  ///< nothing was stored
 
   bool isCheck() const { return option->type == OptionType::Check; }
   bool checked() const { return value == "1"; }
 };
 
-/// Opened with `load`, ended with `close`, which saves unless `cancel` came before. Failures of the stores
-/// are told to the diagnostics and skipped.
+/// Opened with `load`, ended with `close`, which saves unless `cancel` came before. A setting that is refused
+/// is told to the diagnostics and skipped.
 class OptionsDialog {
 public:
   explicit OptionsDialog(Environment& environment) : environment_(environment), settings_(environment) {}
@@ -61,22 +62,34 @@ public:
 
   /// The clerk ticks or unticks; other fields may change with it. Does nothing for a disabled control.
   void check(std::string_view control, bool on);
+  /// The clerk leaves a box of three states open: the option is not set.
+  void unset(std::string_view control);
   void type(std::string_view control, std::string_view text);
 
-  void cancel() { cancelled_ = true; }
-  /// Writes `AppSettings` = "1" and every field, once; on a connection of our own as one unit of work.
-  void close();
+  void cancel() { ended_ = true; }
+  /// Writes `AppSettings` = "1" and every field that was changed, the first confirmation also those that
+  /// have never been stored; once. What belongs to the workplace comes first, the rest is one unit of work
+  /// on a connection of our own, which waits for another program as long as `wait` says (null: some
+  /// seconds). False when the clerk was told why it cannot be: the dialog stays open.
+  bool close(BusyWait* wait = nullptr);
+  /// The control for whose text `close` was refused; empty when it was not for a control.
+  std::string_view wrongControl() const { return wrongControl_; }
 
 private:
   OptionField* editable(std::string_view control);
   void followCostAssignment();
-  void save();
+  bool numbersAreReadable();
+  bool mustBeWritten(const OptionField& held) const;
+  void saveShared(BusyWait* wait);
+  void save(const Settings& settings, OptionStore store) const;
 
   Environment& environment_;
   Settings settings_;
   std::vector<OptionField> fields_;
+  std::string_view wrongControl_;
   bool customerSpecific_ = false;
-  bool cancelled_ = false;
+  bool confirmed_ = false; ///< the options have been confirmed before
+  bool ended_ = false;
 };
 
 } // namespace qx

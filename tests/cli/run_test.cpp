@@ -163,9 +163,23 @@ TEST_F(Run, TakesOptionsWhoseTableIsMissingAsNotGiven) {
   stageCustomers(1);
   erp.execute(sql("Drop Table Einstellungen"_sql));
   EXPECT_EQ(run({"process"}).status, 0);
-  const ProgramResult refused = run({"settings", "get", "ImportJob2", "AutomatischVerarbeiten"});
-  EXPECT_EQ(refused.status, 4);
-  EXPECT_EQ(refused.messages, "qximportjob: no such table: Einstellungen\n");
+  for (const std::vector<std::string>& words :
+       {std::vector<std::string>{"settings", "get", "ImportJob2", "AutomatischVerarbeiten"},
+        {"settings", "set", "ImportJob2", "AutomatischVerarbeiten", "1"},
+        {"settings", "list"}}) {
+    const ProgramResult refused = run(words);
+    EXPECT_EQ(refused.status, 4);
+    EXPECT_EQ(refused.output, "");
+    EXPECT_EQ(refused.messages, "qximportjob: no such table: Einstellungen\n");
+  }
+}
+
+TEST_F(Run, TellsThatASettingWasNotKept) {
+  erp.execute(sql("Create Trigger Nicht Before Insert On Einstellungen Begin Select Raise(Ignore); End"_sql));
+  const ProgramResult lost = run({"settings", "set", "ImportJob2", "Löschen", "1"});
+  EXPECT_EQ(lost.status, 4);
+  EXPECT_EQ(lost.output, "");
+  EXPECT_EQ(lost.messages, "qximportjob: the store did not keep the setting 'ImportJob2' 'Löschen'\n");
 }
 
 TEST_F(Run, WritesParkedJobsWhenItIsToldNotToCheck) {

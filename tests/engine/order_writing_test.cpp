@@ -584,6 +584,7 @@ TEST_F(OrderWriting, MalformedFeesAreToldOncePerRun) {
   erp.iniFile.set("Allgemein", "MinBestGebuehr", "100");
   erp.iniFile.set("Werte", "1", "fünfzig;1,5");
   erp.iniFile.set("Werte", "2", "80;2,5");
+  erp.iniFile.set("Werte", "3", "1.000;4,5");
   for (const char* key : {"O1", "O2"}) {
     stageOrder(key);
     stagePosition(key, 1, "Z300", 1, [](AuftragsPosFields& position) { position.Preis = 15; });
@@ -592,8 +593,32 @@ TEST_F(OrderWriting, MalformedFeesAreToldOncePerRun) {
   ASSERT_EQ(erp.desktop.shown.size(), 1U);
   EXPECT_EQ(erp.desktop.shown.front().text,
             "Die Datei Zubehoer.ini enthält fehlerhafte Einträge. Ihre Gebühren "
-            "wurden nicht berechnet: MinBestGebuehr, 1");
+            "wurden nicht berechnet: MinBestGebuehr, 1, 3");
   EXPECT_EQ(count(sql("Select Count(*) From Auftragspos Where Preis = 2.5"_sql)), 2);
+  EXPECT_EQ(erp.diagnostics.text(),
+            "Zubehoer.ini | MinBestGebuehr=100 has no semicolon | \n"
+            "Zubehoer.ini | 1=fünfzig;1,5 is not used: 'fünfzig' is no number | \n"
+            "Zubehoer.ini | 3=1.000;4,5 is not used: '1.000' may mean 1000 or 1 | \n");
+}
+
+TEST_F(OrderWriting, NumbersOfTheOptionsThatNobodyCanReadAreNotUsed) {
+  customerSpecific();
+  erp.setOption("abGewicht", "1.000");
+  erp.setOption("VSabGewicht", "SP");
+  erp.setOption("VAKunde", "PO");
+  erp.setOption("FrachtGebuehr", "GEBUEHR");
+  erp.setOption("MinGebuehr", "reichlich");
+  for (const char* key : {"O1", "O2"}) {
+    stageOrder(key);
+    stagePosition(key, 1, "A100", 1);
+  }
+  run();
+  EXPECT_EQ(count(sql("Select Count(*) From Auftragskopf Where Versandart = 'PO'"_sql)), 2);
+  EXPECT_EQ(
+      count(sql("Select Count(*) From Auftragspos Where Artikelnummer = 'GEBUEHR' And Preis = 2.5"_sql)), 2);
+  EXPECT_EQ(erp.diagnostics.text(),
+            "setting ImportJob2/abGewicht | '1.000' may mean 1000 or 1 and is not used | \n"
+            "setting ImportJob2/MinGebuehr | 'reichlich' is no number and is not used | \n");
 }
 
 TEST_F(OrderWriting, BinaryRemaindersDecideNoLimit) {

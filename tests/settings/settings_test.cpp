@@ -59,10 +59,10 @@ TEST_F(SettingsTest, ReadAsNumbersOnlyWhatFitsSixteenBits) {
         Case{"Wahr", fallback, false}, Case{"1.0", fallback, false}, Case{"1x", fallback, false},
         Case{"99999999999999999999", fallback, false}}) {
     setOption("AutomatischVerarbeiten", c.text);
-    EXPECT_EQ(settings_.option16("AutomatischVerarbeiten", fallback), c.expected) << c.text;
+    EXPECT_EQ(settingToInt16(c.text).value_or(fallback), c.expected) << c.text;
     EXPECT_EQ(settings_.isOn("AutomatischVerarbeiten"), c.on) << c.text;
   }
-  EXPECT_EQ(settings_.option16("KundeDelete", fallback), fallback) << "never written";
+  EXPECT_EQ(settings_.state("KundeDelete"), std::nullopt) << "never written";
 }
 
 TEST_F(SettingsTest, AreOneOnlyWhenTheyReadExactlyOne) {
@@ -164,7 +164,8 @@ TEST(OptionKeys, JudgeACheckByTheRuleOfItsReaders) {
         Case{"SWAuftLieferbereit", "1 -1", "0", "Wahr"}, Case{"KreditlimitAuftrag", "1 2", "0", "-1 true"},
         Case{"KostenzuordnungAuftrag", "1 7", "0", "-1 Wahr"},
         Case{"KundeDelete", "1", "0", "2 -1 01 true Wahr"}, Case{"AuftragLieferbereit", "1", "0", "2 Wahr"},
-        Case{"NewMail", "1", "0", "2"}, Case{"Löschen", "1 2 -1 True wahr WAHR", "0 False falsch", "ja"},
+        Case{"NewMail", "1", "0", "2"},
+        Case{"Löschen", "1 2 -1 70000 1,5 0.5 True wahr WAHR", "0 0,0 False falsch", "ja 1,5,2"},
         Case{"Ändern", "Wahr", "0", "x"}}) {
     const OptionKey* key = findOptionKey("ImportJob2", c.key);
     ASSERT_NE(key, nullptr) << c.key;

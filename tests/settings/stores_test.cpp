@@ -20,6 +20,17 @@ TEST(SharedStore, KeepsValuesForEveryOtherWorkstation) {
   EXPECT_TRUE(erp.diagnostics.entries.empty()) << erp.diagnostics.text();
 }
 
+TEST(SharedStore, TakesAKeyThatAnotherWorkstationHasStoredInTheSameMoment) {
+  TestErp erp;
+  erp.execute(sql("Create Trigger Vorher Before Insert On Einstellungen When new.Value = 'eigener' Begin "
+                  "Insert Into Einstellungen (Section, Key, Value) Values (new.Section, new.Key, 'fremder'); "
+                  "End"_sql));
+  const Settings settings(erp.environment);
+  settings.save(applicationName, optionSection, "ZAVSRG", "eigener");
+  EXPECT_EQ(settings.option("ZAVSRG"), "eigener") << "the last writer wins";
+  EXPECT_TRUE(erp.diagnostics.entries.empty()) << erp.diagnostics.text();
+}
+
 TEST(SharedStore, ThatIsBrokenCostsTheValueAndIsTold) {
   TestErp erp;
   const Settings settings(erp.environment);

@@ -14,12 +14,14 @@ namespace {
 std::string FixedSession::GetSetting(std::string_view section, std::string_view key,
                                      std::optional<std::string_view> fallback) {
   if (failing) throw StoreError("the settings table cannot be read", 10);
+  if (refused.contains(key)) throw StatementError("the setting cannot be read", 1);
   const auto found = settings.find({std::string(section), std::string(key)});
   return found == settings.end() ? std::string(fallback.value_or("")) : found->second;
 }
 
 void FixedSession::SaveSetting(std::string_view section, std::string_view key, std::string_view value) {
   if (failing) throw StoreError("the settings table cannot be written", 8);
+  if (refused.contains(key)) throw StatementError("the setting cannot be written", 1);
   settings[{std::string(section), std::string(key)}] = value;
 }
 

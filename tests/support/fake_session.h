@@ -8,6 +8,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -50,7 +51,8 @@ public:
   std::vector<std::string> calls;          ///< of the members that connect, disconnect and tell
   qx::Umrechnungen* conversions = nullptr; ///< in place of none
   bool notConnected = false;
-  bool failing = false; ///< every access to a setting raises `StoreError`
+  bool failing = false;                       ///< every access to a setting raises `StoreError`
+  std::set<std::string, std::less<>> refused; ///< keys whose access raises `StatementError`
 };
 
 /// A host that has none of the ERP's components but, perhaps, a session: creating one raises

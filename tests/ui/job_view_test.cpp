@@ -221,9 +221,23 @@ TEST_F(JobViewTest, DeletesAfterAQuestionWithOrWithoutThePermission) {
   view.key(JobViewKey::Delete);
   EXPECT_EQ(erp.desktop.asked.size(), 2U);
 
-  windows.onOptions = [&] { erp.setOption("Löschen", "1"); };
-  view.command("Options");
-  EXPECT_TRUE(state.tool("Delete").visible);
+  const auto session = erp.environment.session;
+  const auto offers = [&](const char* stored) {
+    erp.environment.session = session;
+    windows.onOptions = [&] {
+      if (stored == nullptr)
+        erp.environment.session = nullptr;
+      else
+        erp.setOption("Löschen", stored);
+    };
+    view.command("Options");
+    return state.tool("Delete").visible;
+  };
+  for (const char* stored : {"1", "0", "Wahr", "falsch", "70000"})
+    EXPECT_EQ(offers(stored), std::string_view("0") != stored && std::string_view("falsch") != stored)
+        << stored;
+  EXPECT_TRUE(offers(nullptr)) << "what cannot be read takes no permission away";
+  EXPECT_TRUE(offers("vielleicht"));
 }
 
 TEST_F(JobViewTest, OpensTheDialogOfAJobAndGoesOnToTheNext) {

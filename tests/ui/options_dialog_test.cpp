@@ -1,7 +1,9 @@
 #include "ui/options_dialog.h"
 
+#include "support/fake_session.h"
 #include "support/test_erp.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cctype>
@@ -15,6 +17,14 @@ protected:
   std::string option(std::string_view key) { return Settings(erp.environment).option(key); }
   std::string local(std::string_view key) {
     return Settings(erp.environment).get(applicationName, optionSection, key, true);
+  }
+  /// Every stored option of the component as "key=text".
+  std::set<std::string> stored() {
+    std::set<std::string> all;
+    for (const auto& row :
+         erp.rows(sql("Select Key, Value From Einstellungen Where Section = 'ImportJob2'"_sql)))
+      all.insert(row[0].text() + "=" + row[1].text());
+    return all;
   }
 
   TestErp erp;
@@ -125,7 +135,79 @@ TEST_F(OptionsDialogTest, TheSecondPageBelongsToCustomerSpecificMode) {
   dialog.close();
   EXPECT_EQ(option("ZAVS"), " NN ");
   EXPECT_EQ(option("SWAuftFakturierbereit"), "1");
-  EXPECT_EQ(option("SWAuftLieferbereit"), "0");
+  EXPECT_EQ(option("SWAuftLieferbereit"), "");
+}
+
+TEST_F(OptionsDialogTest, WhatWasNotTouchedKeepsItsText) {
+  erp.setSetting("Allgemein", "Individual", "VLK");
+  const std::set<std::string> before{
+      "AppSettings=1",          "Löschen=Wahr",          "KundeDelete=-1",  "VTDelete=2",
+      "AuftragLieferbereit=01", "KreditlimitAuftrag=-1", "abGewicht=1.000", "AutomatischVerarbeiten=2"};
+  for (const std::string& each : before)
+    erp.setOption(each.substr(0, each.find('=')), each.substr(each.find('=') + 1));
+  dialog.load();
+  EXPECT_FALSE(dialog.field("chkKundeDelete")->checked()) << "the purge deletes for exactly 1";
+  EXPECT_TRUE(dialog.close());
+  EXPECT_EQ(stored(), before);
+
+  dialog.load();
+  dialog.check("chkKundeDelete", true);
+  dialog.check("chkVTDelete", true);
+  dialog.check("chkVTDelete", false);
+  dialog.check("chkLoeschen", false);
+  EXPECT_TRUE(dialog.close());
+  EXPECT_EQ(stored(), (std::set<std::string>{"AppSettings=1", "Löschen=0", "KundeDelete=1", "VTDelete=2",
+                                             "AuftragLieferbereit=01", "KreditlimitAuftrag=-1",
+                                             "abGewicht=1.000", "AutomatischVerarbeiten=2"}));
+}
+
+TEST_F(OptionsDialogTest, AReadyFlagIsOnOffOrNotSet) {
+  erp.setSetting("Allgemein", "Individual", "VLK");
+  erp.setOption("AppSettings", "1");
+  const auto confirmed = [&](auto&& deed) {
+    dialog.load();
+    deed();
+    dialog.close();
+    dialog.load();
+    EXPECT_EQ(dialog.field("chkSWLief")->value, option("SWAuftLieferbereit"));
+    return option("SWAuftLieferbereit");
+  };
+  EXPECT_EQ(confirmed([] {}), "");
+  EXPECT_EQ(stored(), std::set<std::string>{"AppSettings=1"});
+  EXPECT_EQ(confirmed([&] { dialog.check("chkSWLief", false); }), "0");
+  EXPECT_EQ(confirmed([&] { dialog.check("chkSWLief", true); }), "1");
+  EXPECT_EQ(confirmed([&] { dialog.unset("chkSWLief"); }), "");
+  dialog.unset("chkLoeschen");
+  EXPECT_EQ(dialog.field("chkLoeschen")->value, "0") << "no other box has a third state";
+}
+
+TEST_F(OptionsDialogTest, NumbersAreRefusedAtTheirField) {
+  erp.setSetting("Allgemein", "Individual", "VLK");
+  dialog.load();
+  const std::pair<const char*, const char*> refused[] = {
+      {"1.000",
+       "Versandart wechselt ab Gewicht (kg): '1.000' kann 1000 oder 1 bedeuten. Geben Sie bitte eines "
+       "davon ein."},
+      {"schwer",
+       "Versandart wechselt ab Gewicht (kg): 'schwer' ist keine Zahl. Bitte berichtigen Sie das Feld."},
+      {"1.000,5",
+       "Versandart wechselt ab Gewicht (kg): '1.000,5' ist keine Zahl. Bitte berichtigen Sie das Feld."}};
+  for (const auto& [typed, message] : refused) {
+    erp.desktop.shown.clear();
+    dialog.type("txtGewicht", typed);
+    EXPECT_FALSE(dialog.close());
+    ASSERT_EQ(erp.desktop.shown.size(), 1U);
+    EXPECT_EQ(erp.desktop.shown.front().text, message);
+    EXPECT_EQ(dialog.wrongControl(), "txtGewicht");
+  }
+  EXPECT_EQ(stored(), std::set<std::string>{});
+  for (const char* typed : {"1000", "31,5", "28.25", ""}) {
+    dialog.load();
+    dialog.type("txtGewicht", typed);
+    EXPECT_TRUE(dialog.close());
+    EXPECT_EQ(option("abGewicht"), typed);
+  }
+  EXPECT_EQ(dialog.wrongControl(), "");
 }
 
 TEST_F(OptionsDialogTest, EveryFieldOfTheSecondPageIsStoredUnderItsOwnName) {
@@ -168,6 +250,66 @@ TEST_F(OptionsDialogTest, WhatCouldNotBeReadIsNotWritten) {
   dialog.close();
   EXPECT_EQ(local("FensterpositionSpeichern"), "0");
   EXPECT_EQ(option("AppSettings"), "1");
+}
+
+TEST_F(OptionsDialogTest, ABusyDatabaseCostsNothingThatWasChosen) {
+  class NoWait final : public BusyWait {
+    bool goOn(std::chrono::milliseconds /*waited*/) override { return false; }
+  } noWait;
+  dialog.load();
+  dialog.check("chkFensterpos", true);
+  dialog.check("chkLoeschen", true);
+  const auto other = erp.secondConnection();
+  other->beginWork(nullptr);
+  EXPECT_FALSE(dialog.close(&noWait));
+  EXPECT_EQ(local("FensterpositionSpeichern"), "1") << "the workplace has a store of its own";
+  ASSERT_EQ(erp.desktop.shown.size(), 1U);
+  EXPECT_THAT(
+      erp.desktop.shown.front().text,
+      testing::StartsWith("Die Optionen wurden nicht gespeichert. Die Datenbank wird gerade von einem "
+                          "anderen Programm benutzt."));
+  EXPECT_TRUE(dialog.field("chkLoeschen")->checked());
+  other->rollbackWork();
+  EXPECT_EQ(stored(), std::set<std::string>{});
+  EXPECT_TRUE(dialog.close(&noWait));
+  EXPECT_EQ(option("Löschen"), "1");
+  EXPECT_EQ(option("AppSettings"), "1");
+}
+
+TEST(OptionsOfAHost, AnAssignmentThatCannotBeReadLeavesTheCreationAsItIs) {
+  FakeWorld world;
+  world.session->settings = {{{"ImportJob2", "KostenzuordnungAuftrag"}, "1"},
+                             {{"ImportJob2", "KostAutomatischAnlegen"}, "1"}};
+  const auto before = world.session->settings;
+  world.session->refused = {"KostenzuordnungAuftrag"};
+  OptionsDialog dialog(world.environment);
+  dialog.load();
+  EXPECT_FALSE(dialog.field("chkCreateKost")->enabled);
+  EXPECT_EQ(dialog.notice(),
+            "Einige Optionen konnten nicht gelesen werden; sie sind gesperrt und bleiben, wie sie sind.");
+  world.session->refused.clear();
+  dialog.check("chkKostZuordnung", false);
+  EXPECT_TRUE(dialog.close());
+  for (const auto& [key, text] : before) EXPECT_EQ(world.session->settings[key], text) << key.second;
+  EXPECT_FALSE(world.session->settings.contains({"ImportJob2", "AppSettings"}));
+}
+
+TEST(OptionsOfAHost, AStoreThatCannotBeWrittenIsToldAndARefusedSettingIsSkipped) {
+  FakeWorld world;
+  OptionsDialog dialog(world.environment);
+  EXPECT_TRUE(dialog.close()) << "nothing was loaded";
+  EXPECT_TRUE(world.session->settings.empty());
+  dialog.load();
+  dialog.check("chkLoeschen", true);
+  world.session->failing = true;
+  EXPECT_FALSE(dialog.close());
+  ASSERT_EQ(world.desktop.shown.size(), 1U);
+  world.session->failing = false;
+  world.session->refused = {"Ändern"};
+  EXPECT_TRUE(dialog.close());
+  EXPECT_EQ(world.session->settings.at({"ImportJob2", "Löschen"}), "1");
+  EXPECT_FALSE(world.session->settings.contains({"ImportJob2", "Ändern"}));
+  EXPECT_EQ(world.desktop.shown.size(), 1U);
 }
 
 } // namespace

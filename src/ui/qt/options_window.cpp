@@ -25,18 +25,23 @@ void describe(QWidget& control, const OptionText& text) {
   control.setAccessibleDescription(toQt(text.hint));
 }
 
+Qt::CheckState stateOf(const OptionField& field) {
+  if (field.value.empty()) return Qt::PartiallyChecked;
+  return field.checked() ? Qt::Checked : Qt::Unchecked;
+}
+
 } // namespace
 
 OptionsWindow::OptionsWindow(Environment& environment, QWidget* parent, WaitFactory wait)
-    : QDialog(parent), environment_(environment), wait_(std::move(wait)), dialog_(environment) {
+    : QDialog(parent), wait_(std::move(wait)), dialog_(environment) {
   setObjectName(QStringLiteral("frmOptions"));
   setWindowTitle(QStringLiteral("Optionen"));
   dialog_.load();
 
-  auto* const tabs = new QTabWidget;
-  tabs->setObjectName(QStringLiteral("TabControll"));
-  tabs->addTab(makePage(false), QStringLiteral("Allgemein"));
-  if (dialog_.customerSpecific()) tabs->addTab(makePage(true), QStringLiteral("Kundenspezifische &Werte"));
+  tabs_ = new QTabWidget;
+  tabs_->setObjectName(QStringLiteral("TabControll"));
+  tabs_->addTab(makePage(false), QStringLiteral("Allgemein"));
+  if (dialog_.customerSpecific()) tabs_->addTab(makePage(true), QStringLiteral("Kundenspezifische &Werte"));
 
   auto* const ok = new QPushButton(QStringLiteral("OK"));
   ok->setObjectName(QStringLiteral("cmdOK"));
@@ -57,7 +62,7 @@ OptionsWindow::OptionsWindow(Environment& environment, QWidget* parent, WaitFact
     label->setWordWrap(true);
     layout->addWidget(label);
   }
-  layout->addWidget(tabs);
+  layout->addWidget(tabs_);
   layout->addLayout(buttons);
 }
 
@@ -95,10 +100,14 @@ QWidget* OptionsWindow::makeGroup(const OptionGroup& group) {
 void OptionsWindow::addCheck(const OptionText& text, const OptionField& field, QFormLayout& layout) {
   auto* const box = new QCheckBox(toQt(text.caption));
   describe(*box, text);
-  box->setChecked(field.checked());
+  box->setTristate(field.option->threeStates);
+  box->setCheckState(stateOf(field));
   box->setEnabled(field.enabled);
-  connect(box, &QCheckBox::clicked, this, [this, control = text.control](bool on) {
-    dialog_.check(control, on);
+  connect(box, &QCheckBox::clicked, this, [this, box, control = text.control] {
+    if (box->checkState() == Qt::PartiallyChecked)
+      dialog_.unset(control);
+    else
+      dialog_.check(control, box->isChecked());
     render();
   });
   checks_.push_back(box);
@@ -117,9 +126,18 @@ void OptionsWindow::addText(const OptionText& text, const OptionField& field, QF
 void OptionsWindow::render() {
   for (QCheckBox* const box : checks_) {
     const OptionField* const field = dialog_.field(fromQt(box->objectName()));
-    box->setChecked(field->checked());
+    box->setCheckState(stateOf(*field));
     box->setEnabled(field->enabled);
   }
+}
+
+void OptionsWindow::showWrongControl() {
+  auto* const edit = findChild<QLineEdit*>(toQt(dialog_.wrongControl()));
+  if (edit == nullptr) return;
+  for (int page = 0; page < tabs_->count(); ++page)
+    if (tabs_->widget(page)->isAncestorOf(edit)) tabs_->setCurrentIndex(page);
+  edit->setFocus();
+  edit->selectAll();
 }
 
 void OptionsWindow::reject() {
@@ -128,10 +146,11 @@ void OptionsWindow::reject() {
 }
 
 void OptionsWindow::accept() {
-  // What was chosen stays in sight when the clerk does not want to wait.
-  if (!awaitDatabase(environment_, makeWait(wait_).get())) return;
-  dialog_.close();
-  QDialog::accept();
+  const auto wait = makeWait(wait_);
+  if (dialog_.close(wait.get()))
+    QDialog::accept();
+  else
+    showWrongControl();
 }
 
 void OptionsWindow::closeEvent(QCloseEvent* event) {

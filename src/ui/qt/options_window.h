@@ -10,6 +10,7 @@
 
 class QCheckBox;
 class QFormLayout;
+class QTabWidget;
 
 namespace qx {
 
@@ -33,10 +34,11 @@ private:
   void addText(const OptionText& text, const OptionField& field, QFormLayout& layout);
   /// Shows every check box as the presenter holds it.
   void render();
+  void showWrongControl();
 
-  Environment& environment_;
   WaitFactory wait_;
   OptionsDialog dialog_;
+  QTabWidget* tabs_ = nullptr;
   std::vector<QCheckBox*> checks_;
 };
 

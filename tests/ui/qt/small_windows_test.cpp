@@ -114,6 +114,36 @@ TEST_F(Windows, OptionsHaveASecondPageInCustomerSpecificMode) {
   EXPECT_EQ(option("abGewicht"), "40");
 }
 
+TEST_F(Windows, OptionsStayOpenAtANumberThatMayMeanTwo) {
+  erp.setSetting("Allgemein", "Individual", "VLK");
+  erp.setOption("AppSettings", "1");
+  OptionsWindow options(erp.environment);
+  run(options, [&](QWidget& window) {
+    auto* const tabs = find<QTabWidget>(window, "TabControll");
+    auto* const weight = find<QLineEdit>(window, "txtGewicht");
+    weight->setText(QStringLiteral("1.000"));
+    click(window, "cmdOK");
+    EXPECT_TRUE(window.isVisible());
+    EXPECT_EQ(erp.desktop.shown.size(), 1U);
+    EXPECT_EQ(tabs->currentIndex(), 1) << "the page of the field comes up";
+    EXPECT_EQ(window.focusWidget(), weight);
+    window.close();
+    EXPECT_TRUE(window.isVisible()) << "the close box saves as OK does";
+    weight->setText(QStringLiteral("1000"));
+
+    auto* const delivery = find<QCheckBox>(window, "chkSWLief");
+    EXPECT_EQ(delivery->checkState(), Qt::PartiallyChecked) << "not set";
+    click(window, "chkSWLief");
+    EXPECT_EQ(delivery->checkState(), Qt::Checked);
+    click(window, "chkSWLief");
+    EXPECT_EQ(delivery->checkState(), Qt::Unchecked);
+    click(window, "cmdOK");
+  });
+  EXPECT_EQ(option("abGewicht"), "1000");
+  EXPECT_EQ(option("SWAuftLieferbereit"), "0");
+  EXPECT_EQ(option("SWAuftFakturierbereit"), "");
+}
+
 TEST_F(Windows, OptionsThatCannotBeReadAreLocked) {
   const auto session = erp.environment.session;
   erp.environment.session = nullptr;
