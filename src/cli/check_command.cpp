@@ -7,6 +7,8 @@
 #include "platform/one_line.h"
 
 #include <functional>
+#include <string>
+#include <string_view>
 
 namespace qx::cli {
 namespace {
@@ -20,9 +22,10 @@ public:
     begin();
     ++checked_;
     if (findings.status != CheckStatus::Clean) ++withFindings_;
+    if (!findings.hints.empty()) ++withHints_;
     if (output_.json)
       addJson(job, findings);
-    else if (findings.status != CheckStatus::Clean)
+    else if (findings.status != CheckStatus::Clean || !findings.hints.empty())
       addText(job, findings);
   }
 
@@ -38,7 +41,8 @@ public:
     if (output_.json)
       json_.endArray().endObject().finish();
     else
-      output_.result << checked_ << " checked, " << withFindings_ << " with findings\n";
+      output_.result << checked_ << " checked, " << withFindings_ << " with findings"
+                     << (withHints_ > 0 ? ", " + std::to_string(withHints_) + " with hints" : "") << '\n';
     return withFindings_ > 0 ? ExitCode::Findings : ExitCode::Success;
   }
 
@@ -55,13 +59,27 @@ private:
     json_.key("status").number(static_cast<std::int64_t>(findings.status));
     json_.key("findings").beginArray();
     for (const std::string& text : findings.list) json_.text(text);
+    json_.endArray();
+    json_.key("hints").beginArray();
+    for (const std::string& hint : findings.hints) json_.text(hint);
     json_.endArray().endObject();
   }
+  static std::string_view word(CheckStatus status) {
+    switch (status) {
+    case CheckStatus::Clean:
+      return "Hinweis";
+    case CheckStatus::Warning:
+      return "Warnung";
+    case CheckStatus::Error:
+      break;
+    }
+    return "Fehler";
+  }
   void addText(const JobBrief& job, const Findings& findings) {
-    output_.result << (findings.status == CheckStatus::Warning ? "Warnung" : "Fehler") << "  "
-                   << processText(job.jobType) << " " << oneLine(job.number) << "  " << oneLine(job.jobId)
-                   << '\n';
+    output_.result << word(findings.status) << "  " << processText(job.jobType) << " " << oneLine(job.number)
+                   << "  " << oneLine(job.jobId) << '\n';
     for (const std::string& text : findings.list) output_.result << "  " << oneLine(text) << '\n';
+    for (const std::string& hint : findings.hints) output_.result << "  " << oneLine(hintLine(hint)) << '\n';
   }
 
   const Output& output_;
@@ -69,6 +87,7 @@ private:
   bool begun_ = false;
   std::size_t checked_ = 0;
   std::size_t withFindings_ = 0;
+  std::size_t withHints_ = 0;
 };
 
 /// Calls back for every waiting job of any kind, customers first.

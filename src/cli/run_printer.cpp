@@ -59,6 +59,9 @@ void JsonRunPrinter::add(const JobOutcome& outcome) {
   json_.key("Status").text(outcome.status);
   json_.key("JobType").number(std::int64_t{outcome.jobType});
   json_.key("Fehlertext").text(outcome.reasons);
+  json_.key("hints").beginArray();
+  for (const std::string& hint : outcome.hints) json_.text(hint);
+  json_.endArray();
   json_.endObject();
 }
 

@@ -38,6 +38,9 @@ void writeJson(std::ostream& output, const ShownJob& job) {
   json.key("status").number(static_cast<std::int64_t>(job.findings.status));
   json.key("findings").beginArray();
   for (const std::string& text : job.findings.list) json.text(text);
+  json.endArray();
+  json.key("hints").beginArray();
+  for (const std::string& hint : job.findings.hints) json.text(hint);
   json.endArray().endObject().finish();
 }
 
@@ -76,6 +79,7 @@ void writeText(std::ostream& output, const ShownJob& job) {
   const auto& texts = job.findings.list;
   output << "\nPrüfung: " << (texts.empty() ? "keine Befunde" : "") << '\n';
   for (const std::string& text : texts) output << "  " << oneLine(text) << '\n';
+  for (const std::string& hint : job.findings.hints) output << "  " << oneLine(hintLine(hint)) << '\n';
 }
 
 } // namespace

@@ -1,84 +1,20 @@
 #include "engine/customer_processor.h"
 
+#include "engine/customer_columns.h"
 #include "engine/host_undo.h"
 #include "rules/dates.h"
 
-#include <array>
 #include <exception>
 #include <functional>
+#include <optional>
 #include <stdexcept>
 
 namespace qx {
 namespace {
 
-/// A column of the customer master and the job field that it is copied from.
-struct CopiedField {
-  ColumnName column;
-  ColumnName jobField;
-  /// An update with an empty text, too, leaves what the master holds.
-  bool keptWhenEmpty = false;
-
-  consteval CopiedField(ColumnName name) : column(name), jobField(name) {}
-  consteval CopiedField(ColumnName name, ColumnName source) : column(name), jobField(source) {}
-  consteval CopiedField kept() const {
-    CopiedField field = *this;
-    field.keptWhenEmpty = true;
-    return field;
-  }
-};
-
-// PLZ and Ort are written directly after Land as an addition of ours: an order takes them from the customer.
-constexpr std::array copiedFields{CopiedField("Kundennummer"),
-                                  CopiedField("Suchbegriff"),
-                                  CopiedField("Bez1"),
-                                  CopiedField("Bez2"),
-                                  CopiedField("Bez3"),
-                                  CopiedField("Strasse"),
-                                  CopiedField("Land"),
-                                  CopiedField("PLZ").kept(),
-                                  CopiedField("Ort").kept(),
-                                  CopiedField("Telefon"),
-                                  CopiedField("Telefax"),
-                                  CopiedField("EMail"),
-                                  CopiedField("Versandart"),
-                                  CopiedField("Kundengruppe"),
-                                  CopiedField("VertreterNr1", "Vertreter1"),
-                                  CopiedField("VertreterNr2", "Vertreter2"),
-                                  CopiedField("VertreterNr3", "Vertreter3"),
-                                  CopiedField("Zahlungsart"),
-                                  CopiedField("Konto"),
-                                  CopiedField("KontoNummer"),
-                                  CopiedField("Bankleitzahl"),
-                                  CopiedField("KundengruppenShop"),
-                                  CopiedField("AendStatShop"),
-                                  CopiedField("VS_KdNr"),
-                                  CopiedField("VS_AdrNr"),
-                                  CopiedField("RG_KdNr"),
-                                  CopiedField("RG_AdrNr"),
-                                  CopiedField("Hauptkonto"),
-                                  CopiedField("Preisliste"),
-                                  CopiedField("Preistyp"),
-                                  CopiedField("KundeSeit").kept(),
-                                  CopiedField("KundeVerlorenAm"),
-                                  CopiedField("GrundVerloren"),
-                                  CopiedField("GrundVerlorenSchl"),
-                                  CopiedField("UstIdentNr")};
-
-/// Null when the sender speaks of neither field.
-const Value& bankCode(const JobRow& job) {
-  const Value& own = job.value("Bankleitzahl");
-  const Value& other = job.value("BLZ");
-  return own.isEmpty() && !other.isNull() ? other : own;
+JobFields fieldsOf(const JobRow& job) {
+  return [&job](ColumnName field) -> const Value& { return job.value(field); };
 }
-
-/// The further addresses that a job may bring along.
-struct AddressBlock {
-  ColumnName customer, number, name1, name2, name3, street, country, postcode, town;
-};
-constexpr std::array addressBlocks{AddressBlock{"VS_KdNr", "VS_AdrNr", "VS_Bez1", "VS_Bez2", "VS_Bez3",
-                                                "VS_Straße", "VS_Land", "VS_PLZ", "VS_Ort"},
-                                   AddressBlock{"RG_KdNr", "RG_AdrNr", "RG_Bez1", "RG_Bez2", "RG_Bez3",
-                                                "RG_Straße", "RG_Land", "RG_PLZ", "RG_Ort"}};
 
 } // namespace
 
@@ -95,15 +31,15 @@ struct CustomerProcessor::Code {
 };
 
 CustomerProcessor::CustomerProcessor(Environment& environment, const RunOptions& options, JobMarks& marks,
-                                     EventSource& events)
-    : environment_(environment), options_(options), marks_(marks), events_(events), masterData_(environment),
-      addresses_(environment) {}
+                                     EventSource& events, std::string homeCurrency)
+    : environment_(environment), options_(options), marks_(marks), events_(events),
+      homeCurrency_(std::move(homeCurrency)), masterData_(environment), addresses_(environment) {}
 
-CustomerProcessor::Result CustomerProcessor::process(JobRow& job) {
+CustomerProcessor::Outcome CustomerProcessor::process(JobRow& job) {
   const std::string number = job.text("Kundennummer");
   if (number.empty()) {
     fail(job, "Die Kundennummer fehlt.");
-    return Result::Failed;
+    return {Result::Failed, {}};
   }
   const auto customer = environment_.connection->open(
       sql("Select * From Kundenstamm Where Kundennummer = '"_sql, value(number), "'"_sql));
@@ -111,10 +47,13 @@ CustomerProcessor::Result CustomerProcessor::process(JobRow& job) {
   std::string stamp;
   const bool codesFit = checkCodes(job);
   const bool dateFits = checkReceiptDate(job, stamp);
-  if (!codesFit || !dateFits) return Result::Failed;
+  if (!codesFit || !dateFits) return {Result::Failed, {}};
   events_.raiseProcessInfo("Kunden werden verarbeitet... (Kundennummer: " + number + ")");
+  // Before the row is written: they name what it held.
+  Hints hints = customerHints([&job](ColumnName field) -> const Value& { return job.valueIfAny(field); },
+                              isNew ? nullptr : customer.get(), homeCurrency_);
   save(job, *customer, isNew, stamp);
-  return isNew ? Result::Created : Result::Changed;
+  return {isNew ? Result::Created : Result::Changed, std::move(hints)};
 }
 
 bool CustomerProcessor::fail(JobRow& job, std::string_view text) {
@@ -149,7 +88,7 @@ bool CustomerProcessor::checkCodes(JobRow& job) {
                        "Zahlungsart", "Kurztext", "Zahlungsart " + payment},
                       payment);
   fits &= checkCurrency(job);
-  if (const std::string bank = bankCode(job).text(); !bank.empty())
+  if (const std::string bank = bankCode(fieldsOf(job)).text(); !bank.empty())
     fits &=
         checkCode(job,
                   {"Die Bankleitzahl", "die Bankleitzahl", options_.createBanks,
@@ -229,18 +168,14 @@ void CustomerProcessor::writeCustomer(const JobRow& job, Recordset& customer, bo
   if (isNew) customer.addNew();
   set("ÄndUser", Value("Import"));
   set("ÄndDatum", Value(stamp));
-  for (const CopiedField& field : copiedFields) {
+  const JobFields fields = fieldsOf(job);
+  for (const CustomerColumn& field : writtenCustomerColumns()) {
     // The key of a found customer is the same and stays as the master spells it.
     if (!isNew && field.column == ColumnName("Kundennummer")) continue;
-    const Value& staged =
-        field.column == ColumnName("Bankleitzahl") ? bankCode(job) : job.value(field.jobField);
-    // A column of which the sender does not speak is kept; an empty text empties it.
-    if (staged.isNull()) continue;
-    Value copied = emptyToNull(staged);
-    // A new row leaves unset columns to the defaults of the table.
-    if (copied.isNull() && (isNew || field.keptWhenEmpty)) continue;
-    if (field.column == ColumnName("KundeSeit")) copied = Value(germanDay(copied));
-    set(field.column, std::move(copied));
+    std::optional<Value> content = writtenBy(fields, field, isNew);
+    if (!content) continue;
+    if (field.column == ColumnName("KundeSeit")) content = Value(germanDay(*content));
+    set(field.column, std::move(*content));
   }
   customer.update();
   written.added = isNew;
@@ -271,12 +206,12 @@ void CustomerProcessor::undoOnHost(Recordset& customer, const std::string& numbe
 }
 
 void CustomerProcessor::addAddresses(const JobRow& job, Written& written) {
-  for (const AddressBlock& block : addressBlocks) {
+  for (const BroughtAddress& block : broughtAddresses()) {
     const std::string number = job.text(block.number);
     if (number.empty()) continue;
-    const Adresse address{job.text(block.name1),  job.text(block.name2),   job.text(block.name3),
-                          job.text(block.street), job.text(block.country), job.text(block.postcode),
-                          job.text(block.town)};
+    const auto& lines = block.lines;
+    const Adresse address{job.text(lines[0]), job.text(lines[1]), job.text(lines[2]), job.text(lines[3]),
+                          job.text(lines[4]), job.text(lines[5]), job.text(lines[6])};
     if (address == Adresse()) continue;
     std::string owner = job.firstOf(block.customer, "Kundennummer");
     if (addresses_.AddAdressDaten(owner, number, address))

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "engine/event_source.h"
+#include "engine/hints.h"
 #include "engine/job_marks.h"
 #include "engine/job_row.h"
 #include "engine/run_options.h"
@@ -21,14 +22,18 @@ namespace qx {
 class CustomerProcessor {
 public:
   enum class Result { Created, Changed, Failed };
+  struct Outcome {
+    Result result = Result::Failed;
+    Hints hints; ///< of a job that was written
+  };
 
-  CustomerProcessor(Environment& environment, const RunOptions& options, JobMarks& marks,
-                    EventSource& events);
+  CustomerProcessor(Environment& environment, const RunOptions& options, JobMarks& marks, EventSource& events,
+                    std::string homeCurrency);
 
   /// A failed job is marked with every reason that was found; nothing of the customer is then written, while
   /// codes that were created stay. The customer, its addresses and the job's done code are written together
   /// or not at all; on a host's connection what was written before the failure is taken back.
-  Result process(JobRow& job);
+  Outcome process(JobRow& job);
 
 private:
   struct Code;
@@ -54,6 +59,7 @@ private:
   const RunOptions& options_;
   JobMarks& marks_;
   EventSource& events_;
+  std::string homeCurrency_;
   MasterData masterData_;
   CustomerAddresses addresses_;
 };

@@ -18,9 +18,10 @@ std::string info(const JobRow& job, bool isNew) {
 } // namespace
 
 CustomerSection::CustomerSection(Environment& environment, const RunOptions& options, JobMarks& marks,
-                                 EventSource& events, bool unevaluated)
+                                 EventSource& events, const std::string& homeCurrency, bool unevaluated)
     : options_(options), marks_(marks), unevaluated_(unevaluated),
-      proof_(environment, options.compareAddresses), processor_(environment, options, marks, events) {}
+      proof_(environment, options.compareAddresses),
+      processor_(environment, options, marks, events, homeCurrency) {}
 
 void CustomerSection::run(SectionRunner& runner) {
   runner.run(customers,
@@ -38,9 +39,9 @@ JobResult CustomerSection::processJob(JobRow& job) {
   if (!unevaluated_ && options_.automatic && !job.released() && park(job, status))
     return SectionRunner::refused(customers, job,
                                   status == CheckStatus::Warning ? statusWarning : statusError);
-  const auto written = processor_.process(job);
-  if (written == CustomerProcessor::Result::Failed) return failed(job);
-  const bool isNew = written == CustomerProcessor::Result::Created;
+  CustomerProcessor::Outcome written = processor_.process(job);
+  if (written.result == CustomerProcessor::Result::Failed) return failed(job);
+  const bool isNew = written.result == CustomerProcessor::Result::Created;
   JobResult result;
   result.line.process = customers.process;
   result.line.number = job.text("Kundennummer");
@@ -48,6 +49,7 @@ JobResult CustomerSection::processJob(JobRow& job) {
   result.line.date = job.text("Eingangsdatum");
   result.line.info = info(job, isNew);
   result.line.newCustomer = isNew;
+  result.tell(std::move(written.hints));
   return indexed(job, std::move(result));
 }
 

@@ -12,7 +12,7 @@ class CustomerSection {
 public:
   /// `unevaluated`: the automatic check is left out. The arguments must outlive the section.
   CustomerSection(Environment& environment, const RunOptions& options, JobMarks& marks, EventSource& events,
-                  bool unevaluated);
+                  const std::string& homeCurrency, bool unevaluated);
 
   void run(SectionRunner& runner);
 

@@ -1,6 +1,7 @@
 // What a check of a job found.
 #pragma once
 
+#include "engine/hints.h"
 #include "model/job_codes.h"
 
 #include <string>
@@ -20,6 +21,7 @@ struct Findings {
   CheckStatus status = CheckStatus::Clean;
   std::vector<std::string> list;
   std::string text; ///< all of the list, each followed by CR LF
+  Hints hints;      ///< what is worth knowing and no finding; the status is without them
 
   void add(CheckStatus severity, std::string_view finding);
 };

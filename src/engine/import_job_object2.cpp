@@ -22,7 +22,6 @@ namespace {
 constexpr std::string_view noConnectionText = "Bitte geben Sie eine Connection an.";
 constexpr std::string_view sessionFailure = "Fehler beim Verbinden mit der Warenwirtschaft: ";
 constexpr std::string_view viewFailure = "Fehler beim Öffnen der Importvorgänge: ";
-constexpr std::string_view defaultCurrency = "DM";
 constexpr std::string_view contractFailure = "Fehler beim Vergleichen der Verträge: ";
 
 /// Whether the first of two connections, while it has a unit open, keeps the second from writing.
@@ -177,7 +176,7 @@ void ImportJobObject2::adopt(const std::shared_ptr<qx::Session>& session) {
   std::string number = session->PersonalNr();
   Environment itsOwn = environment_;
   itsOwn.session = session;
-  std::string currency = Settings(itsOwn).getShared("Allgemein", "Landeswährung", defaultCurrency);
+  std::string currency = homeCurrencyOf(Settings(itsOwn));
   if (environment_.session != session) dropSession();
   environment_.session = session;
   if (connection) setConnection(std::move(connection));
@@ -189,7 +188,7 @@ void ImportJobObject2::dropSession() {
   if (environment_.session) disconnect(*environment_.session);
   environment_.session.reset();
   personalNr_.clear();
-  homeCurrency_ = defaultCurrency;
+  homeCurrency_ = defaultHomeCurrency;
 }
 
 void ImportJobObject2::Session(std::shared_ptr<qx::Session> session) {

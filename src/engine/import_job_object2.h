@@ -243,7 +243,7 @@ private:
   bool running_ = false;
   bool unloadedInRun_ = false; ///< the lock is to be released at the end of the run
   std::string personalNr_;
-  std::string homeCurrency_ = "DM";
+  std::string homeCurrency_{defaultHomeCurrency};
 };
 
 } // namespace qx

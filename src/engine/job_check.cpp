@@ -22,6 +22,7 @@ constexpr std::string_view checkFailure = "Der Vorgang konnte nicht geprüft wer
 JobCheck::JobCheck(Environment& environment) : environment_(environment), prices_(environment) {
   const Settings settings(environment, SettingTrap::Refusals);
   compareAddresses_ = settings.isOn("KundeAdressProof");
+  homeCurrency_ = homeCurrencyOf(settings);
   orderOptions_ = OrderOptions::read(settings, settings.customerSpecific(), environment.diagnostics);
 }
 
@@ -43,19 +44,40 @@ Findings JobCheck::findingsOf(std::string_view jobId) {
   if (header->eof()) return {};
   const auto jobType = jobCode(header->value("JobType"));
   if (stateOf(jobType) > JobState::Error) return {};
+  const auto withHints = [&](Findings findings) {
+    findings.hints = hintsOf(*header);
+    return findings;
+  };
   switch (kindOf(jobType)) {
   case qxtjobkunden:
-    return CustomerProof(environment_, compareAddresses_).prove(jobId);
+    return withHints(CustomerProof(environment_, compareAddresses_).prove(jobId));
   case qxtjobverträge:
   case qxtjobkundenverträge:
     return checkContract(*header);
   case qxtJobAufträge:
     // What a parked order was refused for is no finding of its own.
-    return OrderCheck(environment_, orderOptions_)
-        .CheckAuftrag(jobId, prices_, stateOf(jobType) == JobState::Waiting);
+    return withHints(OrderCheck(environment_, orderOptions_)
+                         .CheckAuftrag(jobId, prices_, stateOf(jobType) == JobState::Waiting));
   default:
     return {};
   }
+}
+
+/// Those of a customer or an order job; an order of an unknown customer has none.
+Hints JobCheck::hintsOf(Recordset& header) const {
+  const Value none;
+  const JobFields job = [&](ColumnName field) -> const Value& {
+    return header.hasField(field) ? header.value(field) : none;
+  };
+  const std::string number = job("Kundennummer").text();
+  if (number.empty()) return {};
+  Connection& connection = activeConnection(environment_);
+  const auto customer =
+      connection.open(sql("Select * From Kundenstamm Where Kundennummer = '"_sql, value(number), "'"_sql));
+  const bool known = !customer->eof();
+  if (kindOf(jobCode(header.value("JobType"))) == qxtjobkunden)
+    return customerHints(job, known ? customer.get() : nullptr, homeCurrency_);
+  return known ? orderHints(job, *customer, connection, homeCurrency_) : Hints();
 }
 
 /// A single contract is checked with the values of its first position, as the run would take them over.

@@ -6,6 +6,7 @@
 #include "engine/order_prices.h"
 #include "platform/environment.h"
 
+#include <string>
 #include <string_view>
 
 namespace qx {
@@ -23,9 +24,11 @@ public:
 private:
   Findings findingsOf(std::string_view jobId);
   Findings checkContract(Recordset& header) const;
+  Hints hintsOf(Recordset& header) const;
 
   Environment& environment_;
   bool compareAddresses_ = false;
+  std::string homeCurrency_;
   OrderOptions orderOptions_;
   OrderPrices prices_;
 };

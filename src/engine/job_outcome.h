@@ -1,6 +1,7 @@
 // What a processing run tells about its jobs and about itself.
 #pragma once
 
+#include "engine/hints.h"
 #include "model/job_codes.h"
 
 #include <cstddef>
@@ -20,6 +21,7 @@ struct JobOutcome {
   std::string status;
   std::int16_t jobType = 0;
   std::string reasons; ///< `Fehlertext`
+  Hints hints;         ///< of a job that was written
 };
 
 enum class RunEnd : std::uint8_t {

@@ -72,13 +72,13 @@ JobResult OrderSection::processJob(JobRow& job) {
       appendLine(reasons, text);
       job.set("Fehlertext", Value(std::move(reasons)));
     }
-    const WrittenOrder order = writer_.WriteAuftrag(job);
+    WrittenOrder order = writer_.WriteAuftrag(job);
     if (order.cashOnDelivery && order.weight > heavyWeight)
       parts_.group.afterCommit([this, number = std::to_string(order.number)] {
         std::string& list = parts_.cashOnDelivery;
         list += (list.empty() ? "" : ", ") + number;
       });
-    return written(job, order);
+    return written(job, std::move(order));
   } catch (const OrderFailure& failure) {
     job.reread();
     return fail(job, failure.what());
@@ -127,7 +127,7 @@ JobResult OrderSection::refusedResult(const JobRow& job, std::string_view status
   return result;
 }
 
-JobResult OrderSection::written(const JobRow& job, const WrittenOrder& order) {
+JobResult OrderSection::written(const JobRow& job, WrittenOrder order) {
   JobResult result;
   result.line.process = orders.process;
   result.line.number = std::to_string(order.number);
@@ -146,6 +146,7 @@ JobResult OrderSection::written(const JobRow& job, const WrittenOrder& order) {
     isFirst = false;
   }
   result.line.articles = std::move(articles);
+  result.tell(std::move(order.hints));
   return result;
 }
 

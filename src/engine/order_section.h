@@ -40,7 +40,7 @@ private:
   /// Sets the text that the job is to carry when it is written; null when the job must not be written.
   bool evaluate(JobRow& job, std::string& text, JobResult& refused);
   JobResult fail(JobRow& job, std::string_view reason);
-  static JobResult written(const JobRow& job, const WrittenOrder& order);
+  static JobResult written(const JobRow& job, WrittenOrder order);
   ProtocolLine::Articles stagedArticles(const JobRow& job) const;
   JobResult refusedResult(const JobRow& job, std::string_view status) const;
 

@@ -25,7 +25,7 @@ std::string lowered(std::string text) {
 
 OrderWriter::OrderWriter(Environment& environment, const OrderOptions& options, const OrderStamp& stamp,
                          OrderPrices& prices)
-    : environment_(environment), options_(options), header_(environment, options, stamp),
+    : environment_(environment), options_(options), stamp_(stamp), header_(environment, options, stamp),
       numbers_(environment, options), prices_(prices), lines_(environment, options, prices),
       fees_(environment), masterData_(environment) {}
 
@@ -84,6 +84,8 @@ WrittenOrder OrderWriter::write(JobRow& job) {
   written.weight = totals.weight;
   written.cashOnDelivery = isCashOnDelivery(order);
   written.customerName = header->text("Bez1");
+  written.hints = orderHints([&job](ColumnName field) -> const Value& { return job.valueIfAny(field); },
+                             *customer, *environment_.connection, stamp_.homeCurrency);
   stampCustomer(job, *customer);
   // Last of all: a job that is done has its whole order.
   finishJob(job, number.number);

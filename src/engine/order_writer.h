@@ -2,6 +2,7 @@
 #pragma once
 
 #include "engine/accessory_fees.h"
+#include "engine/hints.h"
 #include "engine/job_marks.h"
 #include "engine/job_row.h"
 #include "engine/order_context.h"
@@ -26,6 +27,7 @@ struct WrittenOrder {
   double weight = 0; ///< kg
   bool cashOnDelivery = false;
   std::string customerName; ///< as written in the header
+  Hints hints;
 };
 
 /// Turns a job into header, lines, totals, index entry and customer stamp.
@@ -70,6 +72,7 @@ private:
 
   Environment& environment_;
   const OrderOptions& options_;
+  const OrderStamp& stamp_;
   OrderHeader header_;
   OrderNumbers numbers_;
   OrderPrices& prices_;

@@ -243,7 +243,7 @@ void ProcessingRun::prepareContracts() {
 
 void ProcessingRun::processCustomers() {
   if (!selects(qxProcessState::ProcessKunden)) return;
-  CustomerSection section(environment_, options_, marks_, parts_.events, unevaluated_);
+  CustomerSection section(environment_, options_, marks_, parts_.events, parts_.homeCurrency, unevaluated_);
   section.run(sections_);
 }
 

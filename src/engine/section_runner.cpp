@@ -1,5 +1,6 @@
 #include "engine/section_runner.h"
 
+#include "engine/collected_text.h"
 #include "platform/whole_number.h"
 
 #include <cmath>
@@ -8,6 +9,11 @@
 #include <utility>
 
 namespace qx {
+
+void JobResult::tell(Hints told) {
+  hints = std::move(told);
+  for (const std::string& hint : hints) appendLine(line.info, hintLine(hint));
+}
 
 void rethrowUnlessJobFailure() {
   try {
@@ -129,7 +135,8 @@ void SectionRunner::leave(Recordset& jobs, std::size_t at, const WorkLostError& 
 void SectionRunner::logJob(const JobRow& job, const JobResult& result) {
   JobOutcome outcome{job.text("JobID"),  std::string(result.line.process),
                      result.line.number, std::string(result.line.status),
-                     job.jobType(),      job.text("Fehlertext")};
+                     job.jobType(),      job.text("Fehlertext"),
+                     result.hints};
   bool logged = addLine(result.line);
   if (!result.indexedCustomer.empty() && !indexCustomer(result.indexedCustomer, outcome.jobId))
     logged = false;

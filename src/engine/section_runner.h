@@ -2,6 +2,7 @@
 #pragma once
 
 #include "engine/event_source.h"
+#include "engine/hints.h"
 #include "engine/job_marks.h"
 #include "engine/job_outcome.h"
 #include "engine/job_row.h"
@@ -44,7 +45,11 @@ struct Section {
 struct JobResult {
   bool leftOut = false; ///< the section leaves the job as it is: no line, not counted
   ProtocolLine line;
+  Hints hints;
   std::string indexedCustomer; ///< whose address index is to be brought up to date; empty for none
+
+  /// The hints of a job that was written; in the protocol they stand behind its information.
+  void tell(Hints told);
 };
 
 /// Rethrows the exception at hand when it ends more than the one job: everything that the database reports

@@ -22,6 +22,17 @@ std::optional<Adresse> CustomerAddresses::GetAdressDaten(std::string_view Kunden
                 value(Kundennummer), "'"_sql)
           : sql("SELECT Bez1, Bez2, Bez3, Strasse, Land, PLZ, Ort From Adressenstamm where Kundennummer = '"_sql,
                 value(Kundennummer), "' And Adressnummer = '"_sql, value(Adressnummer), "'"_sql);
+  return firstOf(statement);
+}
+
+std::optional<Adresse> CustomerAddresses::generalAddress(std::string_view number) const {
+  return firstOf(
+      sql("SELECT Bez1, Bez2, Bez3, Strasse, Land, PLZ, Ort From Adressenstamm where Kundennummer Is Null "
+          "And Adressnummer = '"_sql,
+          value(number), "'"_sql));
+}
+
+std::optional<Adresse> CustomerAddresses::firstOf(const Sql& statement) const {
   const auto rows = activeConnection(environment_).open(statement);
   if (rows->eof()) return std::nullopt;
   return Adresse{rows->text("Bez1"), rows->text("Bez2"), rows->text("Bez3"), rows->text("Strasse"),

@@ -28,12 +28,16 @@ public:
   std::string GetAdresse(std::string_view Kundennummer, std::string_view Adressnummer = {}) const;
   std::optional<Adresse> GetAdressDaten(std::string_view Kundennummer,
                                         std::string_view Adressnummer = {}) const;
+  /// The lines of an address that belongs to no customer.
+  std::optional<Adresse> generalAddress(std::string_view number) const;
   /// Adds a numbered address when it is new, empty lines as null; an address that exists stays as it is. True
   /// when it was added.
   bool AddAdressDaten(std::string_view Kundennummer, std::string_view Adressnummer,
                       const Adresse& adresse) const;
 
 private:
+  std::optional<Adresse> firstOf(const Sql& statement) const;
+
   Environment& environment_;
 };
 

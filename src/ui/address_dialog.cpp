@@ -133,13 +133,31 @@ bool AddressDialog::lookUp(std::size_t place) {
     const std::vector<std::string> chosen =
         context_.lookups.open(control.lookup, address ? owner(block) : std::string());
     if (chosen.size() < (address ? 2U : 1U)) return false;
-    // An address of no customer leaves the customer number as it is.
-    if (!chosen[0].empty()) type(*find(spec.customer()), chosen[0]);
+    if (address && chosen[0].empty()) return takeGeneral(block, chosen[1]);
+    type(*find(spec.customer()), chosen[0]);
     if (address) type(place, chosen[1]);
     readStored(block);
     return true;
   }
   return false;
+}
+
+/// An address of no customer has no key that a check would know: the job takes its lines.
+bool AddressDialog::takeGeneral(Block block, std::string_view number) {
+  const BlockSpec& spec = specsOfBlocks()[index(block)];
+  std::optional<Adresse> lines;
+  try {
+    lines = CustomerAddresses(context_.environment).generalAddress(number);
+  } catch (const std::exception& error) {
+    context_.environment.diagnostics.report({"general address of a job", error.what(), number});
+    notice_ = "Die Adresse kann nicht gelesen werden: " + germanCause(error);
+  }
+  if (!lines) return false;
+  type(*find(spec.customer()), "");
+  type(*find(spec.number()), "");
+  readStored(block);
+  setLines(block, *lines);
+  return true;
 }
 
 bool AddressDialog::takeStored(Block block) {

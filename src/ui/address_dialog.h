@@ -54,6 +54,7 @@ private:
   static const std::array<BlockSpec, 2>& specsOfBlocks();
   static std::size_t index(Block block) { return static_cast<std::size_t>(block); }
 
+  bool takeGeneral(Block block, std::string_view number);
   void setLines(Block block, const Adresse& lines);
   /// Whose address the key means.
   std::string owner(Block which) const;

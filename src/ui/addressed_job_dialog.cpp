@@ -190,12 +190,19 @@ void AddressedJobDialog::takeLookup(std::string_view control, const std::vector<
     if (const auto place = find(name)) type(*place, value);
   };
   bool addressKey = false;
-  for (const BlockSpec& block : blocks()) {
+  for (std::size_t i = 0; i < blocks().size(); ++i) {
+    const BlockSpec& block = blocks()[i];
     if (control != block.number || chosen.size() < 2) continue;
-    // An address of no customer leaves the customer number as it is.
-    if (!chosen[0].empty()) put(block.customer, chosen[0]);
-    put(block.number, chosen[1]);
     addressKey = true;
+    if (!chosen[0].empty()) {
+      put(block.customer, chosen[0]);
+      put(block.number, chosen[1]);
+    } else if (auto lines = CustomerAddresses(environment()).generalAddress(chosen[1])) {
+      // An address of no customer has no key that a check would know: the job takes its lines.
+      put(block.customer, "");
+      put(block.number, "");
+      lines_[i] = std::move(*lines);
+    }
   }
   if (!addressKey) put(control, chosen.front());
   if (control == "txtBlz") put("txtKreditinstitut", engine().GetBankverbindung(chosen.front()));

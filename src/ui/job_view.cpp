@@ -317,17 +317,20 @@ void JobViewPresenter::readDetails() {
   std::vector<std::string> lines;
   const auto job = currentJob();
   if (job && environment_.connection) {
+    Hints hints;
     if (!skip("Fehlertext", [&] { addLines(lines, readJobReasons(*environment_.connection, *job)); }))
       lines.emplace_back("Der Vorgang konnte nicht gelesen werden.");
     else if (!skip("checkJob", [&] {
-               for (const std::string& finding : engine_.checkJob(*job).list)
-                 addLine(lines, oneLine(finding));
+               Findings findings = engine_.checkJob(*job);
+               for (const std::string& finding : findings.list) addLine(lines, oneLine(finding));
+               hints = std::move(findings.hints);
              }))
       lines.emplace_back("Der Vorgang konnte nicht geprüft werden.");
     if (lines.empty())
       lines.emplace_back(stateOf(state_.rows[*state_.current].jobType) == JobState::Done
                              ? "Der Vorgang ist erledigt."
                              : "Die Prüfung hat nichts zu beanstanden.");
+    for (const std::string& hint : hints) addLine(lines, oneLine(hintLine(hint)));
   }
   state_.details.clear();
   for (const std::string& line : lines) state_.details += (state_.details.empty() ? "" : "\n") + line;

@@ -62,7 +62,7 @@ TEST_F(Jobs, AreShownWithTheColumnsOfTheirTables) {
   EXPECT_EQ(position["Fakturierbereit"], false);
   EXPECT_EQ(position["Vertragsart"], Json());
   EXPECT_FALSE(position.contains("intPos"));
-  for (const char* added : {"Positionen", "status", "findings"}) {
+  for (const char* added : {"Positionen", "status", "findings", "hints"}) {
     EXPECT_TRUE(shown.contains(added)) << added;
     shown.erase(added);
   }
@@ -98,12 +98,13 @@ TEST_F(Jobs, AreCheckedWithoutBeingChanged) {
   ASSERT_EQ(jobs.size(), 3U);
   // Ordered by customer number.
   EXPECT_EQ(jobs[0], Json::parse(R"({"JobID":"K2","Vorgang":"Kunden","Nummer":"","status":30,
-                                     "findings":["Die Kundennummer fehlt."]})"));
+                                     "findings":["Die Kundennummer fehlt."],"hints":[]})"));
   EXPECT_EQ(jobs[1]["status"], 20);
   EXPECT_EQ(jobs[1]["findings"],
             (Json{"Kundengruppe: 'NEU' ist nicht angelegt.", "Vertreter1: '9' ist nicht angelegt."}));
-  EXPECT_EQ(jobs[2],
-            Json::parse(R"({"JobID":"K3","Vorgang":"Kunden","Nummer":"3","status":10,"findings":[]})"));
+  EXPECT_EQ(
+      jobs[2],
+      Json::parse(R"({"JobID":"K3","Vorgang":"Kunden","Nummer":"3","status":10,"findings":[],"hints":[]})"));
   EXPECT_EQ(run({"check", "K3"}).status, 0);
   EXPECT_EQ(run({"check", "K3", "K1"}).output,
             "Warnung  Kunden 1  K1\n  Kundengruppe: 'NEU' ist nicht angelegt.\n"
@@ -125,9 +126,58 @@ TEST_F(Jobs, WhoseCheckFailsHaveThatAsAFindingAndTheRestIsChecked) {
   const Json jobs = result.json()["jobs"];
   ASSERT_EQ(jobs.size(), 3U);
   EXPECT_EQ(jobs[1], Json::parse(R"({"JobID":"A1","Vorgang":"Auftrag","Nummer":"70001","status":30,"findings":
-      ["Der Vorgang konnte nicht geprüft werden: Die Währung 'XTS' hat keinen Wechselkurs."]})"));
+      ["Der Vorgang konnte nicht geprüft werden: Die Währung 'XTS' hat keinen Wechselkurs."],"hints":[]})"));
   EXPECT_EQ(jobs[2]["JobID"], "A2");
   EXPECT_EQ(show("A1")["status"], 30);
+}
+
+TEST_F(Jobs, HaveHintsThatChangeNoStatus) {
+  ASSERT_EQ(stage(R"({"type":"Kunde","JobID":"K1","Kundennummer":"1","Land":"FR"})").status, 0);
+  const std::string hint = "Neukunde im Land 'FR' mit dem Steuermerkmal des Inlands (MwSt_KZ 'IN').";
+  const ProgramResult checked = run({"check"});
+  EXPECT_EQ(checked.status, 0);
+  EXPECT_EQ(checked.output,
+            "Hinweis  Kunden 1  K1\n  Hinweis: " + hint + "\n1 checked, 0 with findings, 1 with hints\n");
+  const Json job = run({"check", "--json"}).json()["jobs"][0];
+  EXPECT_EQ(job["status"], 10);
+  EXPECT_EQ(job["hints"], Json{hint});
+  EXPECT_TRUE(run({"show", "K1"}).output.ends_with("Prüfung: keine Befunde\n  Hinweis: " + hint + "\n"));
+  EXPECT_EQ(show("K1")["hints"], Json{hint});
+  const ProgramResult processed = run({"process", "--json"});
+  EXPECT_EQ(processed.status, 0);
+  EXPECT_EQ(processed.json()["jobs"][0]["hints"], Json{hint});
+  EXPECT_EQ(run({"protocol", "--json"}).json()["lines"][0]["Info"],
+            "Neukunde angelegt.\r\nBez1: \r\nBez2: \r\nBez3: \r\nHinweis: " + hint);
+}
+
+TEST_F(Jobs, LeaveOfACustomerWhatTheirObjectDoesNotName) {
+  ASSERT_EQ(
+      stage(R"({"type":"Kunde","JobID":"K1","Kundennummer":"Kd1","Suchbegriff":"HAFEN","Bez1":"Hafenbau",
+      "Strasse":"Kai 1","Land":"DE","PLZ":"20457","Ort":"Hamburg","Telefon":"040 1","Telefax":"040 2",
+      "EMail":"a@example.org","Konto":"4711","Preisliste":"A","Preistyp":1,"UstIdentNr":"DE1",
+      "Hauptkonto":"Kd1","RG_KdNr":"Kd1","KundeSeit":"01.02.2003"})")
+          .status,
+      0);
+  ASSERT_EQ(run({"process"}).status, 0);
+  const auto row = [&] { return erp.rows(sql("Select * From Kundenstamm"_sql)); };
+  auto expected = row();
+  ASSERT_EQ(expected.size(), 1U);
+  const auto put = [&](std::string_view column, const Value& content) {
+    const auto master = erp.connection().open(sql("Select * From Kundenstamm"_sql));
+    for (std::size_t i = 0; i < master->fieldCount(); ++i)
+      if (master->fieldName(i) == column) expected[0].at(i) = content;
+  };
+  put("Strasse", "Kai 2");
+  put("Telefax", Value::null());
+  ASSERT_EQ(stage(R"({"type":"Kunde","JobID":"K2","Kundennummer":"KD1","Strasse":"Kai 2","Telefax":"",
+      "Bez1":null,"PLZ":""})")
+                .status,
+            0);
+  EXPECT_EQ(run({"check", "K2"}).output,
+            "Hinweis  Kunden KD1  K2\n  Hinweis: Im Kundenstamm geleert: Telefax '040 2'\n"
+            "1 checked, 0 with findings, 1 with hints\n");
+  ASSERT_EQ(run({"process"}).status, 0);
+  EXPECT_EQ(row(), expected);
 }
 
 TEST_F(Jobs, KeepAFindingWholeWhenTheStagedValueHasLineBreaks) {

@@ -340,6 +340,89 @@ TEST_F(CustomerJobs, TheProofComparesOnlyWhatTheJobSpeaksOf) {
   EXPECT_EQ(engine.proveCustomerJob("J1").text, "Strasse ist nicht identisch: '' / 'Kai 1'\r\n");
 }
 
+// Hints.
+
+TEST_F(CustomerJobs, WhatAJobEmptiesAndCannotStoreIsAHintThatChangesNothing) {
+  erp.setOption("AutomatischVerarbeiten", "1");
+  TableFiller(connection(), "Währungen").add({{"Währung", "USD"}, {"Wechselkurs", 1.1}});
+  TableFiller(connection(), "Kundenstamm")
+      .add({{"Kundennummer", "70001"},
+            {"Telefon", "040 1"},
+            {"Ort", "Kiel"},
+            {"Preisliste", "A"},
+            {"Preistyp", 1},
+            {"Provisionsgruppe", "p1"}});
+  stageCustomer("J1", "70001", [](KundeFields& job) {
+    job.Ort = "";
+    job.Währung = "USD";
+    job.Zahlungsweise = "M";
+    job.Provisionsgruppe = "P1";
+    job.Kreditinstitut = "Hafenbank";
+    job.VS_Bez1 = "Lager";
+  });
+  const Hints expected{"Im Kundenstamm geleert: Telefon '040 1', Preisliste 'A', Preistyp '1'",
+                       "Nicht in den Kundenstamm übernommen: Währung 'USD', Zahlungsweise 'M', "
+                       "Kreditinstitut 'Hafenbank'",
+                       "Die Versandanschrift hat keine Adressnummer und wird nicht gespeichert."};
+  const Findings findings = engine.checkJob("J1");
+  EXPECT_EQ(findings.hints, expected);
+  EXPECT_EQ(findings.status, CheckStatus::Clean);
+  EXPECT_EQ(findings.text, "");
+  run();
+  ASSERT_EQ(outcomes.size(), 1U);
+  EXPECT_EQ(outcomes[0].hints, expected);
+  EXPECT_EQ(outcomes[0].status, "Erledigt");
+  EXPECT_EQ(reasons("J1"), "");
+  EXPECT_EQ(erp.text(sql("Select Memo0 From Protokollpositionen"_sql)),
+            "Kunde geändert.\r\nBez1: Firma 70001\r\nBez2: \r\nBez3: \r\nHinweis: " + expected[0] +
+                "\r\nHinweis: " + expected[1] + "\r\nHinweis: " + expected[2]);
+}
+
+TEST_F(CustomerJobs, AJobThatKeepsTheMasterOrSaysTheSameHasNoHint) {
+  TableFiller(connection(), "Kundenstamm")
+      .add({{"Kundennummer", "70001"}, {"Telefon", "040 1"}, {"Währung", "CHF"}, {"ZahlungsbedSchl", "30"}});
+  stageCustomer("J1", "70001", [](KundeFields& job) {
+    job.Währung = "chf";
+    job.ZahlungsbedSchl = "30";
+    job.BLZ = "20000000";
+    job.Kreditinstitut = "Hafenbank";
+    job.Land = "FR";
+    job.VS_AdrNr = "1";
+    job.VS_Bez1 = "Lager";
+  });
+  connection().execute(sql("Update ImportKopf Set Telefon = Null"_sql));
+  EXPECT_THAT(engine.checkJob("J1").hints, ElementsAre());
+}
+
+TEST_F(CustomerJobs, ANewCustomerAbroadIsCreatedAsADomesticOneWithAHint) {
+  const auto ofCountry = [&](const char* jobId, const char* country) {
+    stageCustomer(jobId, jobId, [&](KundeFields& job) { job.Land = country; });
+    return engine.checkJob(jobId).hints;
+  };
+  EXPECT_THAT(ofCountry("J1", "FR"),
+              ElementsAre("Neukunde im Land 'FR' mit dem Steuermerkmal des Inlands (MwSt_KZ 'IN')."));
+  for (const char* home : {"", "d", "DE", "deutschland"})
+    EXPECT_THAT(ofCountry((std::string("H") + home).c_str(), home), ElementsAre());
+}
+
+TEST_F(CustomerJobs, TaxFreeCustomersNeedATaxNumberAndNetPrices) {
+  TableFiller(connection(), "Kundenstamm")
+      .add({{"Kundennummer", "70001"}, {"MwSt_KZ", "EU"}, {"Preistyp", 1}, {"Ort", "Lyon"}});
+  const std::string noNumber = "Der Kunde ist steuerfrei (MwSt_KZ 'EU'), hat aber keine UstIdentNr.";
+  const std::string gross = "Bruttopreise (Preistyp 1) bei einem Kunden, der nicht im Inland besteuert wird "
+                            "(MwSt_KZ 'EU').";
+  stageCustomer("J1", "70001");
+  connection().execute(sql("Update ImportKopf Set Preistyp = Null"_sql));
+  EXPECT_THAT(engine.checkJob("J1").hints, ElementsAre(noNumber, gross));
+  connection().execute(sql("Update ImportKopf Set UstIdentNr = 'FR1'"_sql));
+  EXPECT_THAT(engine.checkJob("J1").hints, ElementsAre(gross));
+  connection().execute(sql("Update Kundenstamm Set MwSt_KZ = 'DR'"_sql));
+  connection().execute(sql("Update ImportKopf Set UstIdentNr = Null"_sql));
+  EXPECT_EQ(engine.checkJob("J1").hints.size(), 1U);
+  connection().execute(sql("Update Kundenstamm Set MwSt_KZ = 'IN'"_sql));
+  EXPECT_THAT(engine.checkJob("J1").hints, ElementsAre());
+}
+
 TEST_F(CustomerJobs, TheProofOfANewCustomerAcceptsItsOwnNumberAsAddress) {
   stageCustomer("J1", "70001", [](KundeFields& job) {
     job.VS_KdNr = "70001";

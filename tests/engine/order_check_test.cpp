@@ -60,6 +60,41 @@ TEST_F(OrderCheckTest, EmptyCodesAndKeysAreNoFindings) {
   EXPECT_EQ(findings.status, CheckStatus::Clean) << findings.text;
 }
 
+TEST_F(OrderCheckTest, CurrencyAndTaxThatTheSenderMayNotExpectAreHints) {
+  stageOrder("O1", [](AuftragFields& job) { job.Währung = "USD"; });
+  stagePosition("O1", 1, "A100", 1);
+  connection().execute(sql("Update Kundenstamm Set Währung = 'CHF', MwSt_KZ = 'EU', Preistyp = 1"_sql));
+  const Hints expected{
+      "Die Währung 'USD' des Auftrags gilt nicht, der Kunde hat 'CHF'.",
+      "Zur Währung 'CHF' ist kein Wechselkurs angelegt.",
+      "Der Kunde ist steuerfrei (MwSt_KZ 'EU'), hat aber keine UstIdentNr.",
+      "Bruttopreise (Preistyp 1) bei einem Kunden, der nicht im Inland besteuert wird (MwSt_KZ 'EU')."};
+  const Findings findings = engine.checkJob("O1");
+  EXPECT_EQ(findings.hints, expected);
+  EXPECT_EQ(findings.status, CheckStatus::Clean);
+  run();
+  ASSERT_EQ(outcomes.size(), 1U);
+  EXPECT_EQ(outcomes[0].hints, expected);
+  EXPECT_EQ(reasons("O1"), "");
+  EXPECT_EQ(
+      erp.text(sql("Select Memo0 From Protokollpositionen"_sql)),
+      "Kundennummer: 20001\r\nKunde: Hafenbau GmbH\r\nEingangsdatum: " + field("O1", "Eingangsdatum").text() +
+          "\r\nHinweis: " + expected[0] + "\r\nHinweis: " + expected[1] + "\r\nHinweis: " + expected[2] +
+          "\r\nHinweis: " + expected[3]);
+}
+
+TEST_F(OrderCheckTest, AnOrderInTheHomeCurrencyOrInAnotherWithARateHasNoHint) {
+  TableFiller(connection(), "Währungen").add({{"Währung", "CHF"}, {"Wechselkurs", 0.95}});
+  connection().execute(sql("Delete From Währungen Where Währung = 'EUR'"_sql));
+  stageOrder("O1", [](AuftragFields& job) { job.Währung = "eur"; });
+  EXPECT_EQ(engine.checkJob("O1").hints, Hints());
+  connection().execute(sql("Update Kundenstamm Set Währung = 'CHF', MwSt_KZ = 'EU', UstIdentNr = 'CH1'"_sql));
+  connection().execute(sql("Update ImportKopf Set Währung = 'CHF'"_sql));
+  EXPECT_EQ(engine.checkJob("O1").hints, Hints());
+  connection().execute(sql("Update ImportKopf Set Kundennummer = '88888'"_sql));
+  EXPECT_EQ(engine.checkJob("O1").hints, Hints());
+}
+
 TEST_F(OrderCheckTest, AStagedTextRaisesTheStatusWithoutAToken) {
   stageOrder("O1", [](AuftragFields& job) { job.Fehlertext = "vom Shop"; });
   stagePosition("O1", 1, "A100", 1);

@@ -138,7 +138,7 @@ TEST_F(CustomerRows, ANewCustomerWithItsCodesAndAddresses) {
     Text2=Erledigt
     Text3=05.10.2026
     Text8=1
-    Memo0=Neukunde angelegt. / Bez1: Bez1 / Bez2: Bez2 / Bez3: Bez3
+    Memo0=Neukunde angelegt. / Bez1: Bez1 / Bez2: Bez2 / Bez3: Bez3 / Hinweis: Nicht in den Kundenstamm übernommen: WährungEingabe 'WährungEingabe', ZahlungsbedSchl 'ZahlungsbedSchl', Zahlungsweise 'Zahlungsweise', Provisionsgruppe 'Provisionsgruppe', IndFild1 'IndFild1', IndFild2 'IndFild2', IndFild3 'IndFild3', IndFild4 'IndFild4' / Hinweis: Neukunde im Land 'Land' mit dem Steuermerkmal des Inlands (MwSt_KZ 'IN').
   )"));
   EXPECT_EQ(
       connection().open(sql("Select Kundennummer From Adressindex Where Art = 1"_sql))->text("Kundennummer"),
@@ -206,7 +206,7 @@ TEST_F(CustomerRows, AnExistingCustomerTakesWhatTheJobCarriesAndKeepsTheRest) {
     Text1=Kundennummer
     Text2=Erledigt
     Text3=05.10.2026
-    Memo0=Kunde geändert. / Bez1: Bez1 / Bez2: Bez2 / Bez3: Bez3
+    Memo0=Kunde geändert. / Bez1: Bez1 / Bez2: Bez2 / Bez3: Bez3 / Hinweis: Nicht in den Kundenstamm übernommen: Währung 'EUR', WährungEingabe 'WährungEingabe', ZahlungsbedSchl 'ZahlungsbedSchl', Zahlungsweise 'Zahlungsweise', Provisionsgruppe 'Provisionsgruppe', IndFild1 'IndFild1', IndFild2 'IndFild2', IndFild3 'IndFild3', IndFild4 'IndFild4'
   )"));
 }
 

@@ -508,7 +508,7 @@ TEST_F(OrderRows, AnOrderWithATextLineAddressesAndCostAssignment) {
     Text5=Artikel B200 / A_Bezeichnung
     Text6=8,000 / 4,000
     Text7=20,00 / 11,00
-    Memo0=Kundennummer: 20001 / Kunde: M_Bez1 / Eingangsdatum: 12.10.2026
+    Memo0=Kundennummer: 20001 / Kunde: M_Bez1 / Eingangsdatum: 12.10.2026 / Hinweis: Die Währung 'Währung' des Auftrags gilt nicht, der Kunde hat 'CHF'.
   )"));
 }
 

@@ -108,6 +108,20 @@ TEST_F(AddressDialogTest, AnAddressIsChosenAmongThoseOfItsCustomer) {
   EXPECT_EQ(dialog.block(Block::Delivery), (AddressBlock{"20001", "7", {}}));
 }
 
+TEST_F(AddressDialogTest, AChosenGeneralAddressFillsTheLinesInPlaceOfAKey) {
+  TableFiller(connection(), "Adressenstamm")
+      .add({{"Adressnummer", "MESSE"}, {"Bez1", "Messe"}, {"Strasse", "Ring 1"}, {"Ort", "Köln"}});
+  const Adresse fair{"Messe", "", "", "Ring 1", "", "", "Köln"};
+  AddressDialog dialog(context, "20001", {"20001", "7", warehouse}, {}, false);
+  chosen = {"", "MESSE"};
+  EXPECT_TRUE(dialog.lookUp(dialog.find("txtVS_AdrNr").value()));
+  EXPECT_EQ(dialog.block(Block::Delivery), (AddressBlock{"", "", fair}));
+  // One that is gone meanwhile leaves everything as it is.
+  chosen = {"", "FORT"};
+  EXPECT_FALSE(dialog.lookUp(dialog.find("txtVS_AdrNr").value()));
+  EXPECT_EQ(dialog.block(Block::Delivery), (AddressBlock{"", "", fair}));
+}
+
 TEST_F(AddressDialogTest, AFailureIsToldAndLeavesWhatWasTyped) {
   AddressDialog dialog(context, "20001", {"20001", "8", warehouse}, {}, false);
   erp.execute(sql("Alter Table Adressenstamm Rename To Fort"_sql));

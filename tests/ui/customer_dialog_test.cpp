@@ -114,6 +114,16 @@ TEST_F(CustomerDialogTest, ChecksWhereGoodsAndInvoicesGo) {
   EXPECT_EQ(state(*dialog, "txtRechnungAdr").text, "2");
   EXPECT_THAT(lookupsOpened, Contains("AUSK_Adressauskunft|Kundennummer='20001' or Kundennummer is null"));
   EXPECT_THAT(codes(*dialog), ElementsAre("VA"));
+  // One of no customer has no key that a check knows; the job takes its lines.
+  TableFiller(connection(), "Adressenstamm")
+      .add({{"Adressnummer", "MESSE"}, {"Bez1", "Messe"}, {"Ort", "Köln"}});
+  chosen = {"", "MESSE"};
+  EXPECT_TRUE(dialog->lookUp(place(*dialog, "txtVersandAdr")));
+  EXPECT_THAT(codes(*dialog), ElementsAre());
+  EXPECT_TRUE(dialog->save());
+  EXPECT_EQ(field("K1", "VS_AdrNr").text() + "|" + field("K1", "VS_Bez1").text() + "|" +
+                field("K1", "VS_Ort").text(),
+            "|Messe|Köln");
 }
 
 TEST_F(CustomerDialogTest, SavesWhatTheClerkChangedAndKeepsTheRest) {

@@ -532,6 +532,16 @@ TEST_F(JobViewTest, TheDetailsAreTheReasonsAndTheFindingsEachOnce) {
   EXPECT_NE(state.details.find(line), std::string::npos);
 }
 
+TEST_F(JobViewTest, HintsStandBehindTheFindingsOfTheDetails) {
+  stage("A", 10, "24.11.2026", "Müller", "10023");
+  erp.execute(sql("Update ImportKopf Set Land = 'FR'"_sql));
+  show();
+  view.readDetails();
+  EXPECT_EQ(state.details,
+            "Die Prüfung hat nichts zu beanstanden.\n"
+            "Hinweis: Neukunde im Land 'FR' mit dem Steuermerkmal des Inlands (MwSt_KZ 'IN').");
+}
+
 TEST_F(JobViewTest, AStagedLineBreakMakesNoFindingOfItsOwn) {
   stage("A", 10, "24.11.2026", "Müller", "10023");
   erp.execute(sql("Update ImportKopf Set Zahlungsart = '"_sql, value("X\r\nAlles in Ordnung"), "'"_sql));

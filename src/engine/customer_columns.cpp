@@ -1,0 +1,78 @@
+#include "engine/customer_columns.h"
+
+#include <array>
+
+namespace qx {
+namespace {
+
+// PLZ and Ort are written directly after Land as an addition of ours: an order takes them from the customer.
+constexpr std::array writtenColumns{CustomerColumn("Kundennummer"),
+                                    CustomerColumn("Suchbegriff"),
+                                    CustomerColumn("Bez1"),
+                                    CustomerColumn("Bez2"),
+                                    CustomerColumn("Bez3"),
+                                    CustomerColumn("Strasse"),
+                                    CustomerColumn("Land"),
+                                    CustomerColumn("PLZ").kept(),
+                                    CustomerColumn("Ort").kept(),
+                                    CustomerColumn("Telefon"),
+                                    CustomerColumn("Telefax"),
+                                    CustomerColumn("EMail"),
+                                    CustomerColumn("Versandart"),
+                                    CustomerColumn("Kundengruppe"),
+                                    CustomerColumn("VertreterNr1", "Vertreter1"),
+                                    CustomerColumn("VertreterNr2", "Vertreter2"),
+                                    CustomerColumn("VertreterNr3", "Vertreter3"),
+                                    CustomerColumn("Zahlungsart"),
+                                    CustomerColumn("Konto"),
+                                    CustomerColumn("KontoNummer"),
+                                    CustomerColumn("Bankleitzahl"),
+                                    CustomerColumn("KundengruppenShop"),
+                                    CustomerColumn("AendStatShop"),
+                                    CustomerColumn("VS_KdNr"),
+                                    CustomerColumn("VS_AdrNr"),
+                                    CustomerColumn("RG_KdNr"),
+                                    CustomerColumn("RG_AdrNr"),
+                                    CustomerColumn("Hauptkonto"),
+                                    CustomerColumn("Preisliste"),
+                                    CustomerColumn("Preistyp"),
+                                    CustomerColumn("KundeSeit").kept(),
+                                    CustomerColumn("KundeVerlorenAm"),
+                                    CustomerColumn("GrundVerloren"),
+                                    CustomerColumn("GrundVerlorenSchl"),
+                                    CustomerColumn("UstIdentNr")};
+
+constexpr std::array addressesOfJob{
+    BroughtAddress{"Versandanschrift",
+                   "VS_KdNr",
+                   "VS_AdrNr",
+                   {"VS_Bez1", "VS_Bez2", "VS_Bez3", "VS_Straße", "VS_Land", "VS_PLZ", "VS_Ort"}},
+    BroughtAddress{"Rechnungsanschrift",
+                   "RG_KdNr",
+                   "RG_AdrNr",
+                   {"RG_Bez1", "RG_Bez2", "RG_Bez3", "RG_Straße", "RG_Land", "RG_PLZ", "RG_Ort"}}};
+
+} // namespace
+
+std::span<const BroughtAddress> broughtAddresses() { return addressesOfJob; }
+
+std::span<const CustomerColumn> writtenCustomerColumns() { return writtenColumns; }
+
+const Value& bankCode(const JobFields& job) {
+  const Value& own = job("Bankleitzahl");
+  if (!own.isEmpty()) return own;
+  const Value& other = job("BLZ");
+  return other.isNull() ? own : other;
+}
+
+std::optional<Value> writtenBy(const JobFields& job, const CustomerColumn& field, bool isNew) {
+  const Value& staged = field.column == ColumnName("Bankleitzahl") ? bankCode(job) : job(field.jobField);
+  // A column of which the sender does not speak is kept; an empty text empties it.
+  if (staged.isNull()) return std::nullopt;
+  Value written = emptyToNull(staged);
+  // A new row leaves unset columns to the defaults of the table.
+  if (written.isNull() && (isNew || field.keptWhenEmpty)) return std::nullopt;
+  return written;
+}
+
+} // namespace qx

@@ -1,0 +1,155 @@
+#include "engine/hints.h"
+
+#include "platform/sql.h"
+#include "rules/german_text.h"
+
+#include <algorithm>
+#include <array>
+
+namespace qx {
+namespace {
+
+// The marks of customers who are taxed at home, and of those in the customs union.
+constexpr std::string_view domesticMark = "IN";
+constexpr std::string_view unionMark = "EU";
+
+/// How the home country is written in addresses.
+constexpr std::array<std::string_view, 5> homeCountries{"D", "DE", "DEU", "Deutschland", "Germany"};
+
+/// A field of a customer job that no column of the master takes, and the column that holds the like.
+struct UnwrittenField {
+  ColumnName field;
+  ColumnName like; ///< "" for none
+};
+constexpr std::array unwrittenFields{UnwrittenField{"Währung", "Währung"},
+                                     UnwrittenField{"WährungEingabe", "Währung"},
+                                     UnwrittenField{"ZahlungsbedSchl", "ZahlungsbedSchl"},
+                                     UnwrittenField{"Zahlungsweise", ""},
+                                     UnwrittenField{"Provisionsgruppe", "Provisionsgruppe"},
+                                     UnwrittenField{"Kreditinstitut", "Kreditinstitut"},
+                                     UnwrittenField{"IndFild1", "Ind_Text1"},
+                                     UnwrittenField{"IndFild2", "Ind_Text2"},
+                                     UnwrittenField{"IndFild3", "Ind_Text3"},
+                                     UnwrittenField{"IndFild4", "Ind_Text4"}};
+
+std::string inQuotes(std::string_view text) { return "'" + std::string(text) + "'"; }
+
+const Value& masterValue(Recordset* master, ColumnName column) {
+  static const Value none;
+  return master != nullptr && master->hasField(column) ? master->value(column) : none;
+}
+
+std::string masterText(Recordset* master, ColumnName column) { return masterValue(master, column).text(); }
+
+void addToList(std::string& list, std::string_view field, std::string_view content) {
+  list += (list.empty() ? "" : ", ") + std::string(field) + " " + inQuotes(content);
+}
+
+/// Nothing of worth: empty, or a number 0.
+bool holdsNothing(const Value& value) {
+  return value.isEmpty() || (value.kind() != ValueKind::Text && value.number() == 0.0);
+}
+
+void addEmptiedFields(const JobFields& job, Recordset& master, Hints& hints) {
+  std::string list;
+  for (const CustomerColumn& field : writtenCustomerColumns()) {
+    const Value& before = masterValue(&master, field.column);
+    if (holdsNothing(before)) continue;
+    const auto written = writtenBy(job, field, false);
+    if (written && holdsNothing(*written)) addToList(list, field.column.text(), before.text());
+  }
+  if (!list.empty()) hints.push_back("Im Kundenstamm geleert: " + list);
+}
+
+void addUnwrittenFields(const JobFields& job, Recordset* master, std::string_view homeCurrency,
+                        Hints& hints) {
+  std::string list;
+  for (const UnwrittenField& unwritten : unwrittenFields) {
+    const std::string given = job(unwritten.field).text();
+    if (given.empty()) continue;
+    // With a bank code the list of banks names the bank.
+    if (unwritten.field == ColumnName("Kreditinstitut") && !bankCode(job).isEmpty()) continue;
+    std::string stored = masterText(master, unwritten.like);
+    if (stored.empty() && unwritten.like == ColumnName("Währung")) stored = homeCurrency;
+    if (!equalCodes(given, stored)) addToList(list, unwritten.field.text(), given);
+  }
+  if (!list.empty()) hints.push_back("Nicht in den Kundenstamm übernommen: " + list);
+}
+
+void addUnwrittenAddresses(const JobFields& job, Hints& hints) {
+  for (const BroughtAddress& address : broughtAddresses())
+    if (job(address.number).isEmpty() &&
+        std::ranges::any_of(address.lines, [&](ColumnName line) { return !job(line).isEmpty(); }))
+      hints.push_back("Die " + std::string(address.name) +
+                      " hat keine Adressnummer und wird nicht gespeichert.");
+}
+
+void addTaxHints(std::string_view mark, std::string_view taxId, bool grossPrices, Hints& hints) {
+  if (mark.empty() || equalCodes(mark, domesticMark)) return;
+  if (equalCodes(mark, unionMark) && taxId.empty())
+    hints.push_back("Der Kunde ist steuerfrei (MwSt_KZ " + inQuotes(mark) + "), hat aber keine UstIdentNr.");
+  if (grossPrices)
+    hints.push_back(
+        "Bruttopreise (Preistyp 1) bei einem Kunden, der nicht im Inland besteuert wird (MwSt_KZ " +
+        inQuotes(mark) + ").");
+}
+
+bool isGross(const Value& priceType) { return priceType.integer() == std::int64_t{1}; }
+
+/// Whether amounts in the currency can be compared with others.
+bool hasRate(std::string_view currency, Connection& connection) {
+  const auto rows =
+      connection.open(sql("Select * From Währungen Where Währung = '"_sql, value(currency), "'"_sql));
+  return !rows->eof() && rows->hasField("Wechselkurs") && rows->value("Wechselkurs").number().value_or(0) > 0;
+}
+
+} // namespace
+
+std::string hintLine(std::string_view hint) { return "Hinweis: " + std::string(hint); }
+
+std::string homeCurrencyOf(const Settings& settings) {
+  return settings.getShared("Allgemein", "Landeswährung", defaultHomeCurrency);
+}
+
+Hints customerHints(const JobFields& job, Recordset* master, std::string_view homeCurrency) {
+  Hints hints;
+  if (master != nullptr) addEmptiedFields(job, *master, hints);
+  addUnwrittenFields(job, master, homeCurrency, hints);
+  addUnwrittenAddresses(job, hints);
+  if (master == nullptr) {
+    const std::string country = job("Land").text();
+    const auto isHome = [&](std::string_view home) { return equalCodes(country, home); };
+    if (!country.empty() && std::ranges::none_of(homeCountries, isHome))
+      hints.push_back("Neukunde im Land " + inQuotes(country) +
+                      " mit dem Steuermerkmal des Inlands (MwSt_KZ " + inQuotes(domesticMark) + ").");
+    return hints;
+  }
+  // What the master holds once the job is written.
+  const auto afterwards = [&](const CustomerColumn& field) {
+    return writtenBy(job, field, false).value_or(masterValue(master, field.column));
+  };
+  addTaxHints(masterText(master, "MwSt_KZ"), afterwards(CustomerColumn("UstIdentNr")).text(),
+              isGross(afterwards(CustomerColumn("Preistyp"))), hints);
+  return hints;
+}
+
+Hints orderHints(const JobFields& job, Recordset& customer, Connection& connection,
+                 std::string_view homeCurrency) {
+  Hints hints;
+  std::string currency = masterText(&customer, "Währung");
+  if (currency.empty()) currency = homeCurrency;
+  if (const std::string own = job("Währung").text(); !own.empty() && !equalCodes(own, currency))
+    hints.push_back("Die Währung " + inQuotes(own) + " des Auftrags gilt nicht, der Kunde hat " +
+                    inQuotes(currency) + ".");
+  if (!equalCodes(currency, homeCurrency) && !hasRate(currency, connection))
+    hints.push_back("Zur Währung " + inQuotes(currency) + " ist kein Wechselkurs angelegt.");
+  const auto jobOrMaster = [&](ColumnName column) -> const Value& {
+    const Value& own = job(column);
+    return own.isEmpty() ? masterValue(&customer, column) : own;
+  };
+  addTaxHints(masterText(&customer, "MwSt_KZ"), jobOrMaster("UstIdentNr").text(),
+              isGross(jobOrMaster("Preistyp")), hints);
+  return hints;
+}
+
+} // namespace qx
