@@ -1,5 +1,6 @@
 #include "engine/hints.h"
 
+#include "platform/one_line.h"
 #include "platform/sql.h"
 #include "rules/german_text.h"
 
@@ -89,8 +90,9 @@ void addTaxHints(std::string_view mark, std::string_view taxId, bool grossPrices
   if (equalCodes(mark, unionMark) && taxId.empty())
     hints.push_back("Der Kunde ist steuerfrei (MwSt_KZ " + inQuotes(mark) + "), hat aber keine UstIdentNr.");
   if (grossPrices)
-    hints.push_back("Bruttopreise (Preistyp 1) bei einem Kunden, der nicht im Inland besteuert wird (MwSt_KZ " +
-                    inQuotes(mark) + ").");
+    hints.push_back(
+        "Bruttopreise (Preistyp 1) bei einem Kunden, der nicht im Inland besteuert wird (MwSt_KZ " +
+        inQuotes(mark) + ").");
 }
 
 bool isGross(const Value& priceType) { return priceType.integer() == std::int64_t{1}; }
@@ -99,13 +101,12 @@ bool isGross(const Value& priceType) { return priceType.integer() == std::int64_
 bool hasRate(std::string_view currency, Connection& connection) {
   const auto rows =
       connection.open(sql("Select * From Währungen Where Währung = '"_sql, value(currency), "'"_sql));
-  return !rows->eof() && rows->hasField("Wechselkurs") &&
-         rows->value("Wechselkurs").number().value_or(0) > 0;
+  return !rows->eof() && rows->hasField("Wechselkurs") && rows->value("Wechselkurs").number().value_or(0) > 0;
 }
 
 } // namespace
 
-std::string hintLine(std::string_view hint) { return "Hinweis: " + std::string(hint); }
+std::string hintLine(std::string_view hint) { return std::string(hintMark) + oneLine(hint); }
 
 std::string homeCurrencyOf(const Settings& settings) {
   return settings.getShared("Allgemein", "Landeswährung", defaultHomeCurrency);
