@@ -79,7 +79,7 @@ private:
     output_.result << word(findings.status) << "  " << processText(job.jobType) << " " << oneLine(job.number)
                    << "  " << oneLine(job.jobId) << '\n';
     for (const std::string& text : findings.list) output_.result << "  " << oneLine(text) << '\n';
-    for (const std::string& hint : findings.hints) output_.result << "  " << oneLine(hintLine(hint)) << '\n';
+    for (const std::string& hint : findings.hints) output_.result << "  " << hintLine(hint) << '\n';
   }
 
   const Output& output_;

@@ -2,11 +2,15 @@
 
 #include "cli/json_writer.h"
 #include "cli/utf8.h"
+#include "engine/hints.h"
+#include "platform/one_line.h"
 #include "rules/dates.h"
 
+#include <algorithm>
 #include <array>
 #include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace qx::cli {
@@ -62,6 +66,15 @@ void writeJson(std::ostream& output, Connection& connection, const std::vector<s
   json.endArray().endObject().finish();
 }
 
+/// The hints among the lines of an information, whose first line alone has a column.
+void writeHints(std::ostream& output, std::string_view info) {
+  while (!info.empty()) {
+    const std::string_view line = info.substr(0, info.find('\n'));
+    if (line.starts_with(hintMark)) output << "  " << oneLine(line) << '\n';
+    info.remove_prefix(std::min(line.size() + 1, info.size()));
+  }
+}
+
 void writeText(std::ostream& output, Connection& connection, const std::vector<std::string>& ids) {
   constexpr std::size_t shortWidth = 8;
   constexpr std::size_t numberWidth = 10;
@@ -72,6 +85,7 @@ void writeText(std::ostream& output, Connection& connection, const std::vector<s
                        fitted(row.text("Text3"), numberWidth) + "  " + fitted(row.text("Memo0"), infoWidth);
     line.erase(line.find_last_not_of(' ') + 1);
     output << line << '\n';
+    writeHints(output, row.text("Memo0"));
   });
 }
 

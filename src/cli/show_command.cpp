@@ -79,7 +79,7 @@ void writeText(std::ostream& output, const ShownJob& job) {
   const auto& texts = job.findings.list;
   output << "\nPrüfung: " << (texts.empty() ? "keine Befunde" : "") << '\n';
   for (const std::string& text : texts) output << "  " << oneLine(text) << '\n';
-  for (const std::string& hint : job.findings.hints) output << "  " << oneLine(hintLine(hint)) << '\n';
+  for (const std::string& hint : job.findings.hints) output << "  " << hintLine(hint) << '\n';
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "engine/hints.h"
 
+#include "platform/one_line.h"
 #include "platform/sql.h"
 #include "rules/german_text.h"
 
@@ -105,7 +106,7 @@ bool hasRate(std::string_view currency, Connection& connection) {
 
 } // namespace
 
-std::string hintLine(std::string_view hint) { return "Hinweis: " + std::string(hint); }
+std::string hintLine(std::string_view hint) { return std::string(hintMark) + oneLine(hint); }
 
 std::string homeCurrencyOf(const Settings& settings) {
   return settings.getShared("Allgemein", "Landeswährung", defaultHomeCurrency);

@@ -14,7 +14,9 @@ namespace qx {
 /// Sentences for the clerk. They change neither status nor code of a job.
 using Hints = std::vector<std::string>;
 
-/// How a hint stands among findings and in the protocol.
+/// What a hint begins with among findings and in the protocol.
+inline constexpr std::string_view hintMark = "Hinweis: ";
+/// How it stands there: one line, whatever the values that it quotes.
 std::string hintLine(std::string_view hint);
 
 /// The currency of an installation that names none.

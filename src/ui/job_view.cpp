@@ -330,7 +330,7 @@ void JobViewPresenter::readDetails() {
       lines.emplace_back(stateOf(state_.rows[*state_.current].jobType) == JobState::Done
                              ? "Der Vorgang ist erledigt."
                              : "Die Prüfung hat nichts zu beanstanden.");
-    for (const std::string& hint : hints) addLine(lines, oneLine(hintLine(hint)));
+    for (const std::string& hint : hints) addLine(lines, hintLine(hint));
   }
   state_.details.clear();
   for (const std::string& line : lines) state_.details += (state_.details.empty() ? "" : "\n") + line;

@@ -148,6 +148,16 @@ TEST_F(Jobs, HaveHintsThatChangeNoStatus) {
   EXPECT_EQ(processed.json()["jobs"][0]["hints"], Json{hint});
   EXPECT_EQ(run({"protocol", "--json"}).json()["lines"][0]["Info"],
             "Neukunde angelegt.\r\nBez1: \r\nBez2: \r\nBez3: \r\nHinweis: " + hint);
+  EXPECT_EQ(run({"protocol"}).output,
+            "Erledigt  Kunden    1           24.11.2026  Neukunde angelegt.\n  Hinweis: " + hint + "\n");
+}
+
+TEST_F(Jobs, HaveHintsOfOneLineEach) {
+  erp.execute(sql("Insert Into Kundenstamm (Kundennummer, Telefon) Values ('1', 'a\r\nb')"_sql));
+  ASSERT_EQ(stage(R"({"type":"Kunde","JobID":"K1","Kundennummer":"1","Telefon":""})").status, 0);
+  ASSERT_EQ(run({"process"}).status, 0);
+  EXPECT_EQ(run({"protocol"}).output, "Erledigt  Kunden    1           24.11.2026  Kunde geändert.\n"
+                                      "  Hinweis: Im Kundenstamm geleert: Telefon 'a b'\n");
 }
 
 TEST_F(Jobs, LeaveOfACustomerWhatTheirObjectDoesNotName) {

@@ -60,6 +60,12 @@ TEST_F(CustomerDialogTest, WhatTheJobDoesNotSpeakOfIsNoDifferenceAndAnEmptiedFie
   EXPECT_EQ(field("K1", "Telefon"), Value(""));
   for (const char* untouched : {"Bez1", "Ort", "Telefax"})
     EXPECT_TRUE(field("K1", ColumnName(std::string_view(untouched))).isNull()) << untouched;
+  // And so it comes into the master.
+  erp.execute(sql("Update Kundenstamm Set Telefon = '040 1', Telefax = '040 2'"_sql));
+  ASSERT_TRUE(engine.ProcessJobs());
+  EXPECT_EQ(erp.rows(sql("Select Bez1, Ort, Strasse, Telefon, Telefax From Kundenstamm"_sql)),
+            (std::vector<std::vector<Value>>{
+                {Value("Hafenbau GmbH"), Value("Hamburg"), Value::null(), Value::null(), Value("040 2")}}));
 }
 
 TEST_F(CustomerDialogTest, ListsUnknownCodesBanksAndAccountsButNoEmptyOnes) {
