@@ -156,12 +156,14 @@ TEST_F(CustomerDialogTest, SavesWhatTheClerkChangedAndKeepsTheRest) {
 
 TEST_F(CustomerDialogTest, RaisesItsImportTypeToTheWorstOfTheContractsThatCameWithIt) {
   stageCustomer("K1", "20001", asStored);
-  stageContract("C1", [](VertragFields& job) { job.JobType = 41; });
+  stageContract("C1", [](VertragFields& job) {
+    job.JobType = 41;
+    job.Menge = 0;
+  });
   stageContract("C2", [](VertragFields& job) {
     job.JobType = 43;
     job.Vertragsnummer = "V2";
   });
-  set("C1", "Status", "20");
   set("C2", "Status", "30");
   const auto dialog = opened("K1");
   ASSERT_NE(dialog->grid(), nullptr);
