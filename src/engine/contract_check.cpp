@@ -2,6 +2,7 @@
 
 #include "engine/contract_texts.h"
 #include "engine/job_row.h"
+#include "platform/whole_number.h"
 #include "rules/active_connection.h"
 
 namespace qx {
@@ -43,29 +44,42 @@ Findings ContractCheck::check(const ContractFields& job, bool single) const {
   return findings;
 }
 
+Findings ContractCheck::checkStaged(Recordset& header) const {
+  const bool single = kindOf(jobCode(header.value("JobType"))) == qxtjobverträge;
+  const auto position = openContractPositions(activeConnection(environment_), header.text("JobID"));
+  const bool moved = single && !position->eof();
+  const auto fields = [&](ColumnName column) -> Value {
+    for (const ColumnName taken : contractPositionColumns)
+      if (moved && taken == column && position->hasField(column)) return position->value(column);
+    return header.hasField(column) ? header.value(column) : Value::null();
+  };
+  return check(fields, single);
+}
+
 CheckStatus ContractCheck::checkContract(std::string_view jobId) {
-  return checkRows(
-      sql("Select * From ImportKopf Where (JobType = 20 Or JobType = 21 Or JobType = 22) And JobID = '"_sql,
-          value(jobId), "'"_sql),
-      true);
+  return checkRows(sql("Select * From ImportKopf Where (JobType = 20 Or JobType = 21 Or JobType = 22 Or "
+                       "JobType = 40 Or JobType = 41 Or JobType = 42) And JobID = '"_sql,
+                       value(jobId), "'"_sql));
 }
 
 CheckStatus ContractCheck::checkCustomerContracts(std::string_view customer) {
-  return checkRows(
-      sql("Select * From ImportKopf Where (JobType = 40 Or JobType = 41 Or JobType = 42) And Kundennummer = '"_sql,
-          value(customer), "'"_sql),
-      false);
+  return checkRows(sql(
+      "Select * From ImportKopf Where (JobType = 40 Or JobType = 41 Or JobType = 42) And Kundennummer = '"_sql,
+      value(customer), "'"_sql));
 }
 
-CheckStatus ContractCheck::checkRows(const Sql& query, bool single) {
+CheckStatus ContractCheck::checkRows(const Sql& query) {
   MissingColumns missing(environment_.diagnostics);
   CheckStatus worst = CheckStatus::Clean;
   const auto rows = activeConnection(environment_).open(query);
   for (; !rows->eof(); rows->moveNext()) {
     JobRow job(*rows, missing);
-    const Findings findings = check(contractFields(job), single);
+    const Findings findings = checkStaged(*rows);
+    const Value severity(static_cast<std::int16_t>(findings.status));
     job.set("JobType", Value(withState(job.jobType(), stateFor(findings.status))));
-    job.set("Fehlertext", Value(findings.text));
+    job.set("Status", severity);
+    job.set("ImportType", severity);
+    job.set("Fehlertext", emptyToNull(Value(findings.text)));
     job.update();
     worst = worse(worst, findings.status);
   }

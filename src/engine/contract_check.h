@@ -24,13 +24,17 @@ public:
   /// The findings for these values. `single`: a contract that did not arrive with its customer; the two kinds
   /// spell one text differently on purpose.
   Findings check(const ContractFields& job, bool single) const;
-  /// Checks the single contract job of this key in the codes 20 to 22 and stores its code and reasons.
+  /// The findings of a staged job, `header` standing on its row: a single contract with the values of its
+  /// first position, as the run would take them over.
+  Findings checkStaged(Recordset& header) const;
+  /// Checks the contract job of this key in the codes 20 to 22 and 40 to 42 and stores the result in it: its
+  /// code, its two severities and its reasons.
   CheckStatus checkContract(std::string_view jobId);
   /// The same for all jobs 40 to 42 of a customer; the worst status.
   CheckStatus checkCustomerContracts(std::string_view customer);
 
 private:
-  CheckStatus checkRows(const Sql& query, bool single);
+  CheckStatus checkRows(const Sql& query);
 
   Environment& environment_;
   MasterData masterData_;

@@ -55,6 +55,10 @@ ContractFields contractFields(const VertragFields& record) {
   };
 }
 
+std::unique_ptr<Recordset> openContractPositions(Connection& connection, std::string_view jobId) {
+  return connection.open(sql("Select * From ImportPos   Where JobID = '"_sql, value(jobId), "'"_sql));
+}
+
 ContractKey ContractKey::of(const ContractFields& job) {
   return {job("Kundennummer").text(), job("Vertragsnummer").text(), job("Artikelnummer").text(),
           job("Vertragsart").text()};

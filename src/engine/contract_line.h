@@ -25,6 +25,9 @@ inline constexpr std::array contractPositionColumns{ColumnName("Menge"),        
                                                     ColumnName("Artikelnummer"), ColumnName("Vertragsende"),
                                                     ColumnName("Vertragsart"),   ColumnName("Vertragstext")};
 
+/// The positions of a contract job, the one that is taken over first.
+std::unique_ptr<Recordset> openContractPositions(Connection& connection, std::string_view jobId);
+
 /// The four values that identify a line of the contract table. Empty ones are stored as "", never as null, so
 /// that the search finds the line again.
 struct ContractKey {

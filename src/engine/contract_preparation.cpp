@@ -41,8 +41,7 @@ void ContractPreparation::prepare(Recordset& contracts) {
   const std::string jobId = job.text("JobID");
   // A group that was lost is prepared again.
   unprepared_.erase(jobId);
-  const auto positions = environment_.connection->open(
-      sql("Select * From ImportPos   Where JobID = '"_sql, value(jobId), "'"_sql));
+  const auto positions = openContractPositions(*environment_.connection, jobId);
   if (positions->eof()) return;
   Savepoint part(*environment_.connection);
   for (const ColumnName column : contractPositionColumns)

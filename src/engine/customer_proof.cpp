@@ -51,12 +51,10 @@ constexpr std::array addressBlocks{
                   ComparedField{"RG_Bez3", &Adresse::Bez3}, ComparedField{"RG_PLZ", &Adresse::PLZ},
                   ComparedField{"RG_Ort", &Adresse::Ort}, ComparedField{"RG_Land", &Adresse::Land}}}};
 
-const Value& fieldOf(Recordset& job, ColumnName field) {
-  static const Value none;
-  return job.hasField(field) ? job.value(field) : none;
+/// The values of a row by column; null for a column that it does not have.
+CustomerFields fieldsOf(Recordset& row) {
+  return [&row](ColumnName column) { return row.hasField(column) ? row.value(column) : Value::null(); };
 }
-
-std::string textOf(Recordset& job, ColumnName field) { return fieldOf(job, field).text(); }
 
 void addMissing(Findings& findings, std::string_view field, std::string_view code) {
   findings.add(CheckStatus::Warning,
@@ -70,9 +68,9 @@ void compare(Findings& findings, std::string_view field, const Value& job, const
                  std::string(field) + " ist nicht identisch: '" + job.text() + "' / '" + stored + "'");
 }
 
-bool blockIsEmpty(Recordset& job, const AddressBlock& block) {
+bool blockIsEmpty(const CustomerFields& job, const AddressBlock& block) {
   for (const ComparedField& field : block.fields)
-    if (!fieldOf(job, field.field).isEmpty()) return false;
+    if (!job(field.field).isEmpty()) return false;
   return true;
 }
 
@@ -90,75 +88,84 @@ Findings CustomerProof::prove(std::string_view jobId) const {
               "SELECT * FROM ImportKopf Where (JobType = 10 or JobType = 11 or JobType = 12) And (JobID ='"_sql,
               value(jobId), "')"_sql));
   if (job->eof()) return findings;
-  const std::string customer = job->text("Kundennummer");
-  if (customer.empty()) findings.add(CheckStatus::Error, "Die Kundennummer fehlt.");
-  proveCodes(*job, findings);
-  if (compareAddresses_ && !customer.empty()) compareWithMaster(*job, findings);
-  proveReferences(*job, findings);
-  proveContracts(customer, findings);
+  findings = prove(fieldsOf(*job));
+  findings.append(contracts(job->text("Kundennummer")));
   return findings;
 }
 
-void CustomerProof::proveCodes(Recordset& job, Findings& findings) const {
+Findings CustomerProof::prove(const CustomerFields& job) const {
+  Findings findings;
+  const std::string customer = job("Kundennummer").text();
+  if (customer.empty()) findings.add(CheckStatus::Error, "Die Kundennummer fehlt.");
+  proveCodes(job, findings);
+  if (compareAddresses_ && !customer.empty()) compareWithMaster(job, findings);
+  proveReferences(job, findings);
+  return findings;
+}
+
+void CustomerProof::proveCodes(const CustomerFields& job, Findings& findings) const {
   for (const CodeField& code : codeFields) {
-    const std::string wanted = textOf(job, code.field);
+    const std::string wanted = job(code.field).text();
     if (!wanted.empty() && !masterData_.codeExists(code.master, wanted))
       addMissing(findings, code.field.text(), wanted);
   }
-  std::string bank = textOf(job, "Bankleitzahl");
-  if (bank.empty()) bank = textOf(job, "BLZ");
+  std::string bank = job("Bankleitzahl").text();
+  if (bank.empty()) bank = job("BLZ").text();
   if (!bank.empty() && !masterData_.codeExists("Bankleitzahl", bank))
     addMissing(findings, "Bankleitzahl", bank);
 }
 
-void CustomerProof::compareWithMaster(Recordset& job, Findings& findings) const {
-  const std::string customer = textOf(job, "Kundennummer");
+void CustomerProof::compareWithMaster(const CustomerFields& job, Findings& findings) const {
+  const std::string customer = job("Kundennummer").text();
   const auto master =
       activeConnection(environment_)
           .open(sql("Select * From Kundenstamm Where Kundennummer = '"_sql, value(customer), "'"_sql));
   if (master->eof()) return;
+  const CustomerFields stored = fieldsOf(*master);
   for (const ComparedField& field : mainAddressFields)
-    compare(findings, field.field.text(), fieldOf(job, field.field), textOf(*master, field.field));
+    compare(findings, field.field.text(), job(field.field), stored(field.field).text());
   for (const AddressBlock& block : addressBlocks) {
     if (blockIsEmpty(job, block)) continue;
-    const std::string number = textOf(job, block.number);
-    compare(findings, block.number.text(), fieldOf(job, block.number), textOf(*master, block.number));
-    std::string owner = textOf(job, block.customer);
+    const std::string number = job(block.number).text();
+    compare(findings, block.number.text(), job(block.number), stored(block.number).text());
+    std::string owner = job(block.customer).text();
     if (owner.empty()) owner = customer;
-    const Adresse stored = addresses_.GetAdressDaten(owner, number).value_or(Adresse());
+    const Adresse address = addresses_.GetAdressDaten(owner, number).value_or(Adresse());
     for (const ComparedField& field : block.fields)
-      compare(findings, field.field.text(), fieldOf(job, field.field), stored.*field.stored);
+      compare(findings, field.field.text(), job(field.field), address.*field.stored);
   }
 }
 
-void CustomerProof::proveReferences(Recordset& job, Findings& findings) const {
-  const std::string account = textOf(job, "Hauptkonto");
+void CustomerProof::proveReferences(const CustomerFields& job, Findings& findings) const {
+  const std::string account = job("Hauptkonto").text();
   if (!account.empty() && !masterData_.codeExists("Hauptkonto", account))
     findings.add(CheckStatus::Warning, "Hauptkonto ist nicht angelegt");
   for (const AddressBlock& block : addressBlocks) {
-    const std::string owner = textOf(job, block.customer);
-    const std::string number = textOf(job, block.number);
+    const std::string owner = job(block.customer).text();
+    const std::string number = job(block.number).text();
     // The customer's own number stands for the customer that this job creates, and with an address for the
     // one that it brings along.
-    const bool brought = number.empty() || !blockIsEmpty(job, block) || !fieldOf(job, block.street).isEmpty();
-    const bool own = brought && equalCodes(owner, textOf(job, "Kundennummer"));
+    const bool brought = number.empty() || !blockIsEmpty(job, block) || !job(block.street).isEmpty();
+    const bool own = brought && equalCodes(owner, job("Kundennummer").text());
     if (!owner.empty() && !own && !addresses_.KundeAngelegt(owner, number))
       findings.add(CheckStatus::Error, std::string(block.customer.text()) + " ist nicht angelegt");
   }
 }
 
-void CustomerProof::proveContracts(std::string_view customer, Findings& findings) const {
-  const auto contracts =
+Findings CustomerProof::contracts(std::string_view customer) const {
+  Findings findings;
+  const auto staged =
       activeConnection(environment_)
           .open(sql(
               "Select JobType From ImportKopf where (JobType = 41 or JobType = 42) and  (Kundennummer = '"_sql,
               value(customer), "')"_sql));
-  for (; !contracts->eof(); contracts->moveNext()) {
-    if (contracts->value("JobType").integer() == qxtJobKundenVerträgeWarning)
-      findings.add(CheckStatus::Warning, "Im Kundenvertrag wurden ''Warnungen'' festgestellt.");
+  for (; !staged->eof(); staged->moveNext()) {
+    if (staged->value("JobType").integer() == qxtJobKundenVerträgeWarning)
+      findings.add(CheckStatus::Warning, contractWarnings);
     else
-      findings.add(CheckStatus::Error, "Im Kundenvertrag wurden ''Fehler'' festgestellt.");
+      findings.add(CheckStatus::Error, contractErrors);
   }
+  return findings;
 }
 
 } // namespace qx

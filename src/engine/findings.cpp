@@ -11,6 +11,13 @@ void Findings::add(CheckStatus severity, std::string_view finding) {
   text += crlf;
 }
 
+void Findings::append(const Findings& others) {
+  status = worse(status, others.status);
+  list.insert(list.end(), others.list.begin(), others.list.end());
+  text += others.text;
+  hints.insert(hints.end(), others.hints.begin(), others.hints.end());
+}
+
 std::string announced(const Findings& findings) {
   std::string text(findingsSentence);
   appendLine(text, findings.text);

@@ -24,6 +24,7 @@ struct Findings {
   Hints hints;      ///< what is worth knowing and no finding; the status is without them
 
   void add(CheckStatus severity, std::string_view finding);
+  void append(const Findings& others);
 };
 
 /// The sentence and the findings, as they are appended to a job's reasons.

@@ -53,7 +53,7 @@ Findings JobCheck::findingsOf(std::string_view jobId) {
     return withHints(CustomerProof(environment_, compareAddresses_).prove(jobId));
   case qxtjobverträge:
   case qxtjobkundenverträge:
-    return checkContract(*header);
+    return ContractCheck(environment_).checkStaged(*header);
   case qxtJobAufträge:
     // What a parked order was refused for is no finding of its own.
     return withHints(OrderCheck(environment_, orderOptions_)
@@ -78,21 +78,6 @@ Hints JobCheck::hintsOf(Recordset& header) const {
   if (kindOf(jobCode(header.value("JobType"))) == qxtjobkunden)
     return customerHints(job, known ? customer.get() : nullptr, homeCurrency_);
   return known ? orderHints(job, *customer, connection, homeCurrency_) : Hints();
-}
-
-/// A single contract is checked with the values of its first position, as the run would take them over.
-Findings JobCheck::checkContract(Recordset& header) const {
-  const bool single = kindOf(jobCode(header.value("JobType"))) == qxtjobverträge;
-  const auto position =
-      activeConnection(environment_)
-          .open(sql("Select * From ImportPos   Where JobID = '"_sql, value(header.text("JobID")), "'"_sql));
-  const bool moved = single && !position->eof();
-  const auto fields = [&](ColumnName column) -> Value {
-    for (const ColumnName taken : contractPositionColumns)
-      if (moved && taken == column && position->hasField(column)) return position->value(column);
-    return header.hasField(column) ? header.value(column) : Value::null();
-  };
-  return ContractCheck(environment_).check(fields, single);
 }
 
 } // namespace qx

@@ -23,7 +23,6 @@ public:
 
 private:
   Findings findingsOf(std::string_view jobId);
-  Findings checkContract(Recordset& header) const;
   Hints hintsOf(Recordset& header) const;
 
   Environment& environment_;

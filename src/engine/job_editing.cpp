@@ -133,6 +133,20 @@ void JobEditing::save(std::string_view jobId, std::span<const ColumnChange> chan
   row->update();
 }
 
+void JobEditing::saveContractPosition(std::string_view jobId, std::span<const ColumnChange> changes) const {
+  const auto position = openContractPositions(activeConnection(environment_), jobId);
+  if (position->eof()) return;
+  bool changed = false;
+  for (const ColumnChange& change : changes) {
+    if (std::ranges::find(contractPositionColumns, change.column) == contractPositionColumns.end() ||
+        !position->hasField(change.column))
+      continue;
+    position->set(change.column, change.content);
+    changed = true;
+  }
+  if (changed) position->update();
+}
+
 void JobEditing::saveCustomer(std::string_view jobId, std::span<const ColumnChange> changes,
                               std::string_view customer, std::optional<CheckStatus> status) const {
   ContractCheck(environment_).checkCustomerContracts(customer);

@@ -31,6 +31,7 @@ public:
   explicit StagedRows(Recordset& rows);
 
   std::size_t size() const { return rows_.size(); }
+  bool has(ColumnName column) const { return find(column).has_value(); }
   /// Null for a column that the table lacks and for a row that there is not.
   const Value& at(std::size_t row, ColumnName column) const;
   /// Does nothing for a column that the table lacks.
@@ -115,9 +116,11 @@ public:
   /// @name The work of `edit`
   /// @{
   void save(std::string_view jobId, std::span<const ColumnChange> changes) const;
-  /// The same for a customer job. Its staged contracts which are not done are checked, with the result stored
-  /// in them. Its `ImportType`, and that of its staged contracts which are not done,
-  /// becomes `status` or the worst `Status` of those contracts; without a status it stays.
+  /// Changes what the first position of a contract holds in place of its header.
+  void saveContractPosition(std::string_view jobId, std::span<const ColumnChange> changes) const;
+  /// The same as `save` for a customer job. Its staged contracts which are not done are checked, with the
+  /// result stored in them. Its `ImportType`, and that of its staged contracts which are not done, becomes
+  /// `status` or the worst `Status` of those contracts; without a status it stays.
   void saveCustomer(std::string_view jobId, std::span<const ColumnChange> changes, std::string_view customer,
                     std::optional<CheckStatus> status) const;
   /// Gives the staged contracts of a customer which are not done another number.

@@ -32,22 +32,24 @@ Findings OrderCheck::CheckAuftrag(std::string_view JobID, OrderPrices& prices, b
           "ImportKopf.JobType = 32) And (ImportKopf.JobID ='"_sql,
           value(JobID), "')"_sql));
   if (job->eof()) return findings;
-  if (options_.customerSpecific) checkNote(*job, findings);
+  findings.append(note(textOf(*job, "Bemerkung")));
   checkSalesRep(*job, findings);
   checkMethods(*job, findings);
-  if (options_.customerSpecific) checkIndividualFields(*job, findings);
+  findings.append(individualFields([&](ColumnName column) { return textOf(*job, column); }));
   checkPaymentTerms(*job, findings);
   checkBank(*job, findings);
   checkAddressKeys(*job, findings);
   checkAccount(*job, findings, stagedText);
   checkCustomer(*job, findings);
-  if (options_.checkCreditLimit) checkCredit(*job, findings);
+  findings.append(credit(textOf(*job, "Kundennummer")));
   checkPositions(*job, findings, prices);
   return findings;
 }
 
-void OrderCheck::checkNote(Recordset& job, Findings& findings) {
-  if (!textOf(job, "Bemerkung").empty()) findings.add(CheckStatus::Warning, order_tokens::note);
+Findings OrderCheck::note(std::string_view remark) const {
+  Findings findings;
+  if (options_.customerSpecific && !remark.empty()) findings.add(CheckStatus::Warning, order_tokens::note);
+  return findings;
 }
 
 void OrderCheck::checkSalesRep(Recordset& job, Findings& findings) const {
@@ -67,7 +69,9 @@ void OrderCheck::checkMethods(Recordset& job, Findings& findings) const {
 
 /// Certain marks in the individual fields demand a certain payment or shipping method. A rule whose setting
 /// is empty is off.
-void OrderCheck::checkIndividualFields(Recordset& job, Findings& findings) const {
+Findings OrderCheck::individualFields(const std::function<std::string(ColumnName)>& job) const {
+  Findings findings;
+  if (!options_.customerSpecific) return findings;
   struct Rule {
     ColumnName field;
     std::string_view mark;
@@ -79,9 +83,10 @@ void OrderCheck::checkIndividualFields(Recordset& job, Findings& findings) const
                         {"IndFild3", "ZA", "Zahlungsart", options_.ZAKunde, order_tokens::fieldZA},
                         {"IndFild4", "MK", "Versandart", options_.VAKunde, order_tokens::fieldMK}};
   for (const Rule& rule : rules)
-    if (!rule.demanded.empty() && textOf(job, rule.field) == rule.mark &&
-        !equalCodes(textOf(job, rule.method), rule.demanded))
+    if (!rule.demanded.empty() && job(rule.field) == rule.mark &&
+        !equalCodes(job(rule.method), rule.demanded))
       findings.add(CheckStatus::Warning, rule.token);
+  return findings;
 }
 
 void OrderCheck::checkPaymentTerms(Recordset& job, Findings& findings) const {
@@ -129,8 +134,10 @@ void OrderCheck::checkCustomer(Recordset& job, Findings& findings) const {
     findings.add(CheckStatus::Error, order_tokens::invoiceAddress);
 }
 
-void OrderCheck::checkCredit(Recordset& job, Findings& findings) const {
-  switch (credit_.query(textOf(job, "Kundennummer"))) {
+Findings OrderCheck::credit(std::string_view customer) const {
+  Findings findings;
+  if (!options_.checkCreditLimit) return findings;
+  switch (credit_.query(customer)) {
   case CreditResult::Limit1Reached:
     findings.add(CheckStatus::Warning, order_tokens::creditLimit1);
     break;
@@ -140,6 +147,7 @@ void OrderCheck::checkCredit(Recordset& job, Findings& findings) const {
   case CreditResult::WithinLimits:
     break;
   }
+  return findings;
 }
 
 void OrderCheck::checkPositions(Recordset& job, Findings& findings, OrderPrices& prices) const {

@@ -11,6 +11,7 @@
 #include "rules/master_data.h"
 #include "rules/stock.h"
 
+#include <functional>
 #include <string_view>
 
 namespace qx {
@@ -26,17 +27,22 @@ public:
   /// stands in `Fehlertext` counts as a warning.
   Findings CheckAuftrag(std::string_view JobID, OrderPrices& prices, bool stagedText = true) const;
 
+  /// @name Parts of it that a dialog asks for with what it shows; an option that is off finds nothing
+  /// @{
+  Findings note(std::string_view remark) const;
+  Findings individualFields(const std::function<std::string(ColumnName)>& job) const;
+  /// The limits of this customer.
+  Findings credit(std::string_view customer) const;
+  /// @}
+
 private:
-  static void checkNote(Recordset& job, Findings& findings);
   void checkSalesRep(Recordset& job, Findings& findings) const;
   void checkMethods(Recordset& job, Findings& findings) const;
-  void checkIndividualFields(Recordset& job, Findings& findings) const;
   void checkPaymentTerms(Recordset& job, Findings& findings) const;
   void checkBank(Recordset& job, Findings& findings) const;
   void checkAddressKeys(Recordset& job, Findings& findings) const;
   void checkAccount(Recordset& job, Findings& findings, bool stagedText) const;
   void checkCustomer(Recordset& job, Findings& findings) const;
-  void checkCredit(Recordset& job, Findings& findings) const;
   void checkPositions(Recordset& job, Findings& findings, OrderPrices& prices) const;
   void checkPrice(Recordset& position, const FoundPrice& price, Findings& findings) const;
   void checkCostAssignment(Recordset& position, Findings& findings) const;

@@ -9,12 +9,14 @@
 namespace qx {
 namespace {
 
-/// A combo, the code of its finding, how the finding begins and which list fills it.
+/// A combo, the code of its finding, how the finding begins, which list fills it and whether the check of the
+/// job looks at it as well.
 struct CodeControl {
   std::string_view control;
   std::string_view finding;
   std::string_view before;
   bool (ImportJobObject2::*list)(ComboTarget&, std::string_view) const;
+  bool counts = true;
 };
 
 constexpr std::array codeControls{
@@ -23,9 +25,9 @@ constexpr std::array codeControls{
     CodeControl{"tdbZahlungsart", "ZA", "Zahlungsart: ", &ImportJobObject2::FillComboZahlungsart},
     CodeControl{"tdbZahlungsbed", "ZB", "Zahlungsbedingung: ", &ImportJobObject2::FillComboZahlungsbed},
     CodeControl{"tdbKundengruppe", "KG", "Kundengruppe: ", &ImportJobObject2::FillComboKundengruppe},
-    CodeControl{"tdbPreisliste", "PL", "Preisliste: ", &ImportJobObject2::FillComboPreisliste},
-    CodeControl{"tdbWährung", "WÄ", "Währung: ", &ImportJobObject2::FillComboWährung},
-    CodeControl{"tdbWährungEG", "WÄE", "Währung: ", &ImportJobObject2::FillComboWährung},
+    CodeControl{"tdbPreisliste", "PL", "Preisliste: ", &ImportJobObject2::FillComboPreisliste, false},
+    CodeControl{"tdbWährung", "WÄ", "Währung: ", &ImportJobObject2::FillComboWährung, false},
+    CodeControl{"tdbWährungEG", "WÄE", "Währung: ", &ImportJobObject2::FillComboWährung, false},
 };
 
 } // namespace
@@ -68,11 +70,11 @@ std::unique_ptr<Recordset> AddressedJobDialog::open(std::string_view jobId) {
   return editing().header(jobId);
 }
 
-void AddressedJobDialog::checkHeader() {
+void AddressedJobDialog::checkHeader(bool failureCounts) {
   readAddresses();
   fillCodes();
   checking("Prüfen der Bank", [this] { checkBank(); });
-  reportFailure();
+  reportFailure(failureCounts);
   checkCustomer();
   checkAddresses();
   checking("Prüfen des Hauptkontos", [this] { checkAccount(); });
@@ -102,18 +104,20 @@ void AddressedJobDialog::checkCode(std::string_view control) {
     const std::string value = text(control);
     const bool known = select(control) || value.empty();
     report(code.finding, control, warningUnless(known),
-           std::string(code.before) + value + " wurde noch nicht angelegt.");
+           std::string(code.before) + value + " wurde noch nicht angelegt.", code.counts);
   }
 }
 
-/// The name of the bank belongs to its code.
+/// The name of the bank belongs to its code. A job without a name takes that of the code.
 void AddressedJobDialog::checkBank() {
   const std::string code = text("txtBlz");
   const std::string name = code.empty() ? std::string() : engine().GetBankverbindung(code);
   const bool unknown = !code.empty() && name.empty();
-  const bool differs = !name.empty() && name != text("txtKreditinstitut");
+  const std::string given = text("txtKreditinstitut");
+  const bool differs = !name.empty() && !given.empty() && name != given;
   report("BLZ", "txtBlz", warningUnless(!unknown), "Bankleitzahl: " + code + " wurde noch nicht angelegt.");
-  report("BV", "txtKreditinstitut", warningUnless(!differs), "Bankverbindung sind nicht identisch: " + name);
+  report("BV", "txtKreditinstitut", warningUnless(!differs), "Bankverbindung sind nicht identisch: " + name,
+         false);
   at("txtKreditinstitut").master = differs ? std::optional(name) : std::nullopt;
 }
 
@@ -144,9 +148,11 @@ void AddressedJobDialog::checkBlock(const BlockSpec& spec, const Adresse& lines)
   std::string customer = text(spec.customer);
   const bool noKey = customer.empty() && number.empty();
   if (customer.empty()) customer = own;
-  // The job's own number without an address number stands for the customer that the job creates.
+  // The job's own number without an address number stands for the customer that the job creates, and with
+  // lines for the address that it brings along.
+  const bool brought = number.empty() || (createsAddresses() && lines != Adresse());
   const bool exists =
-      noKey || (number.empty() && equalCodes(customer, own)) || engine().KundeAngelegt(customer, number);
+      noKey || (brought && equalCodes(customer, own)) || engine().KundeAngelegt(customer, number);
   report(spec.missingCode, spec.customer, exists ? CheckStatus::Clean : CheckStatus::Error,
          std::string(spec.missingText));
   Adresse stored;
@@ -155,7 +161,7 @@ void AddressedJobDialog::checkBlock(const BlockSpec& spec, const Adresse& lines)
                                              stored.Strasse, stored.Land, stored.PLZ, stored.Ort);
   const bool differs = found && lines != Adresse() && lines != stored;
   findings_.report({std::string(spec.differsCode), "", warningUnless(!differs),
-                    std::string(spec.differsText) + oneLine(stored), std::string(spec.number), ""});
+                    std::string(spec.differsText) + oneLine(stored), std::string(spec.number), "", false});
   mark(spec.number, warningUnless(!differs), std::string(spec.differsText) + oneLine(stored));
 }
 
@@ -228,6 +234,16 @@ void AddressedJobDialog::takeAddresses(const AddressDialog& edited) {
     lines_[block] = taken.lines;
   }
   trying("Prüfen der Adressen", [this] { checkAddresses(); });
+  checkAnswer();
+}
+
+Value AddressedJobDialog::current(ColumnName column) const {
+  for (std::size_t block = 0; block < blocks().size(); ++block)
+    for (std::size_t line = 0; line < addressLines.size(); ++line)
+      if (blocks()[block].columns[line] == column &&
+          lines_[block].*addressLines[line] != stored_[block].*addressLines[line])
+        return Value(lines_[block].*addressLines[line]);
+  return JobDialog::current(column);
 }
 
 bool AddressedJobDialog::changed() const { return JobDialog::changed() || lines_ != stored_; }

@@ -30,6 +30,7 @@ protected:
   void check(std::string_view control) override;
   void storeAddresses() override;
   void stored() override { stored_ = lines_; }
+  Value current(ColumnName column) const override;
 
   /// How an unknown customer is reported.
   virtual void reportUnknownCustomer(const std::string& number) = 0;
@@ -38,8 +39,14 @@ protected:
   /// Removes what `compareCustomer` may have reported.
   virtual void clearComparison() = 0;
 
-  /// Reads the addresses, fills the combos and runs every check of the header.
-  void checkHeader();
+  /// Whether the job creates an address of which it gives the lines.
+  virtual bool createsAddresses() const = 0;
+  /// What follows the checks of the controls.
+  virtual void checkAnswer() {}
+
+  /// Reads the addresses, fills the combos and runs every check of the header. `failureCounts`: whether a
+  /// reason that stands in the job counts for its status.
+  void checkHeader(bool failureCounts = false);
   void checkCustomer();
 
 private:

@@ -1,10 +1,13 @@
 #include "ui/contract_dialog.h"
 
 #include "engine/contract_check.h"
+#include "engine/contract_texts.h"
 #include "model/date.h"
+#include "rules/active_connection.h"
 #include "rules/german_text.h"
 #include "ui/shared_controls.h"
 
+#include <algorithm>
 #include <array>
 
 namespace qx {
@@ -73,11 +76,6 @@ constexpr std::array contractGroups{ControlGroup{"Vertrag", contractCustomerCont
 
 CheckStatus errorUnless(bool fine) { return fine ? CheckStatus::Clean : CheckStatus::Error; }
 
-JobState stateFor(CheckStatus status) {
-  if (status == CheckStatus::Error) return JobState::Error;
-  return status == CheckStatus::Warning ? JobState::Warning : JobState::Waiting;
-}
-
 } // namespace
 
 std::span<const ControlGroup> ContractDialog::groups() const { return contractGroups; }
@@ -92,32 +90,66 @@ bool ContractDialog::isDone(std::int16_t jobType) const {
 }
 
 std::unique_ptr<Recordset> ContractDialog::open(std::string_view jobId) {
+  positions_ = StagedRows(*openContractPositions(activeConnection(environment()), jobId));
   return editing().contractHeader(jobId);
+}
+
+bool ContractDialog::inPosition() const {
+  return kindOf(jobType()) == qxtjobverträge && positions_.size() > 0;
+}
+
+Value ContractDialog::loaded(ColumnName column) const {
+  const bool taken =
+      inPosition() && std::ranges::find(contractPositionColumns, column) != contractPositionColumns.end();
+  return taken && positions_.has(column) ? positions_.at(0, column) : JobDialog::loaded(column);
 }
 
 void ContractDialog::fill() {
   for (const std::string_view control :
        {"tdbAnzahl", "txtVertragsgegenstand", "tdbdtVertragsdatum", "tdbdtVertragsbeginn"})
-    check(control);
+    checkControl(control);
   checking("tdbVertragsart", [this] { fillKinds(); });
   reportFailure();
   checkState(offer("cboZustand", {{"Aktiv", "A"}, {"nur Info", "I"}, {"Erledigt", "E"}}));
   checkInterval(offer("cboIntervall", {{"1", "1"}, {"3", "3"}, {"6", "6"}, {"12", "12"}}));
+  checkAnswer();
+}
+
+void ContractDialog::checkAnswer() {
+  checking("Prüfen des Vertrags", [this] {
+    const ContractFields fields = [this](ColumnName column) { return current(column); };
+    answer_ = ContractCheck(environment()).check(fields, kindOf(jobType()) == qxtjobverträge).status;
+  });
+}
+
+std::optional<CheckStatus> ContractDialog::verdict() const {
+  return JobDialog::verdict() ? std::optional(answer_) : std::nullopt;
 }
 
 void ContractDialog::check(std::string_view control) {
+  checkControl(control);
+  checkAnswer();
+}
+
+void ContractDialog::checkControl(std::string_view control) {
   if (control == "tdbAnzahl") checkQuantity();
   if (control == "txtVertragsgegenstand") checking(control, [this] { checkObject(); });
-  if (control == "tdbdtVertragsdatum") checkDate(control, "VD", "Vertragsdatum wurde nicht angegeben");
-  if (control == "tdbdtVertragsbeginn") checkDate(control, "VB", "Vertragsbeginn wurde nicht angegeben");
+  if (control == "tdbdtVertragsdatum")
+    checkDate(control, "VD", false, "Vertragsdatum wurde nicht angegeben", contract_findings::signedOn);
+  if (control == "tdbdtVertragsbeginn")
+    checkDate(control, "VB", true, "Vertragsbeginn wurde nicht angegeben", contract_findings::begin);
   if (control == "tdbVertragsart") checkKind(select(control));
-  if (control == "cboZustand") checkState(select(control));
+  if (control == "cboZustand") {
+    checkState(select(control));
+    checking("txtVertragsgegenstand", [this] { checkObject(); });
+    checkKind(select("tdbVertragsart"));
+  }
   if (control == "cboIntervall") checkInterval(select(control));
 }
 
 /// Tool tip and list end differently on purpose.
 void ContractDialog::checkQuantity() {
-  const bool fine = parseEnteredNumber(text("tdbAnzahl")).value_or(0) > 0;
+  const bool fine = current("Menge").number().value_or(0) > 0;
   report("ME", "tdbAnzahl", warningUnless(fine), "Die Menge muss mindestens 1 betragen.");
   mark("tdbAnzahl", warningUnless(fine), "Die Menge muss mindestens 1 betragen!");
 }
@@ -125,12 +157,18 @@ void ContractDialog::checkQuantity() {
 void ContractDialog::checkObject() {
   const std::string number = text("txtVertragsgegenstand");
   at("txtVertragsgegenstand").description = engine().GetVertragsgegenstand(number);
-  report("VGG", "txtVertragsgegenstand", errorUnless(engine().VertragsgegenstandAngelegt(number)),
+  report("VGG", "txtVertragsgegenstand",
+         errorUnless(!objectMatters() || engine().VertragsgegenstandAngelegt(number)),
          "Vertragsgegenstand: " + number + " wurde nicht angelegt.");
 }
 
-void ContractDialog::checkDate(std::string_view control, std::string_view code, std::string_view message) {
-  report(code, control, errorUnless(!text(control).empty()), std::string(message));
+bool ContractDialog::objectMatters() const { return !skipsObjectChecks(text("cboZustand")); }
+
+void ContractDialog::checkDate(std::string_view control, std::string_view code, bool noon,
+                               std::string_view missing, std::string_view wrong) {
+  const std::string typed = text(control);
+  report(code, control, errorUnless(!contractDate(Value(typed), noon).isNull()),
+         std::string(typed.empty() ? missing : wrong));
 }
 
 void ContractDialog::fillKinds() {
@@ -145,14 +183,23 @@ void ContractDialog::fillKinds() {
 void ContractDialog::checkKind(bool known) {
   const ComboContent& kinds = contentOf("tdbVertragsart");
   at("tdbVertragsart").description = known && kinds.selected ? kinds.rows.rows[*kinds.selected][1] : "";
-  report("VA", "tdbVertragsart", warningUnless(known),
+  report("VA", "tdbVertragsart", warningUnless(known || !objectMatters()),
          "Die Vertragsart: " + text("tdbVertragsart") + " ist noch nicht angelegt.");
 }
 
+/// The states are compared exactly where contracts are written. One without a state is told though it is
+/// written as an active one.
 void ContractDialog::checkState(bool known) {
+  const std::string code = text("cboZustand");
+  ComboContent& states = contentOf("cboZustand");
+  if (known && states.rows.rows[*states.selected][1] != code) {
+    states.selected.reset();
+    known = false;
+  }
   report("ZD", "cboZustand", warningUnless(known), "Zustand konnte nicht ermittelt werden.");
 }
 
+/// Told only: contracts are written with any interval, and with the usual one when they have none.
 void ContractDialog::checkInterval(bool known) {
   report("INT", "cboIntervall", warningUnless(known),
          "Intervall: " + text("cboIntervall") + " nicht zulässig!");
@@ -165,28 +212,12 @@ void ContractDialog::takeLookup(std::string_view control, const std::vector<std:
   check(control);
 }
 
-void ContractDialog::prepareSaving() {
-  // What will stand in the row.
-  const ContractFields fields = [&](ColumnName column) -> Value {
-    for (std::size_t place = 0; place < specs().size(); ++place)
-      if (!specs()[place]->column.empty() && ColumnName(specs()[place]->column) == column)
-        return columnValue(*specs()[place], control(place));
-    return job().header.at(0, column);
-  };
-  const bool single = kindOf(jobType()) == qxtjobverträge;
-  checking("Prüfen des Vertrags",
-           [&] { reasons_ = ContractCheck(environment()).check(fields, single).text; });
-}
-
 void ContractDialog::store() {
-  std::vector<ColumnChange> all = changes();
-  if (const auto status = verdict()) {
-    all.push_back({"JobType", Value(withState(jobType(), stateFor(*status)))});
-    all.push_back({"Status", Value(static_cast<std::int16_t>(*status))});
-    all.push_back({"ImportType", Value(static_cast<std::int16_t>(*status))});
-    all.push_back({"Fehlertext", emptyToNull(Value(reasons_))});
-  }
-  editing().save(jobId(), all);
+  const std::vector<ColumnChange> changed = changes();
+  editing().save(jobId(), changed);
+  // The run takes over what stands in the position, whatever the header holds.
+  if (inPosition()) editing().saveContractPosition(jobId(), changed);
+  if (verdict()) ContractCheck(environment()).checkContract(jobId());
 }
 
 bool ContractDialog::erase() {

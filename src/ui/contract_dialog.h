@@ -5,8 +5,9 @@
 
 namespace qx {
 
-/// Contract jobs, also those that came with their customer. Saving gives the job the code that its findings
-/// ask for, so that a mended contract waits again.
+/// Contract jobs, also those that came with their customer. A single contract whose values came in a position
+/// is shown with those of the first one, as the run takes them over. Saving gives the job the answer of the
+/// contract check, so that a mended contract waits again.
 class ContractDialog final : public JobDialog {
 public:
   using JobDialog::JobDialog;
@@ -15,6 +16,7 @@ public:
   std::string title() const override;
   std::string_view cancelButton() const override { return "cmdCancel"; }
   std::string_view boxTitle() const override { return "Vertragsdetails"; }
+  std::optional<CheckStatus> verdict() const override;
   bool canErase() const override { return !readOnly(); }
   bool erase() override;
 
@@ -25,19 +27,30 @@ protected:
   void check(std::string_view control) override;
   void takeLookup(std::string_view control, const std::vector<std::string>& chosen) override;
   bool offersRelease() const override { return false; }
-  void prepareSaving() override;
+  Value loaded(ColumnName column) const override;
+  void prepareSaving() override { checkAnswer(); }
   void store() override;
 
 private:
+  void checkControl(std::string_view control);
+  /// What the contract check says of the values that are shown.
+  void checkAnswer();
+  /// The values of the contract stand in its first position.
+  bool inPosition() const;
   void checkQuantity();
   void checkObject();
-  void checkDate(std::string_view control, std::string_view code, std::string_view message);
+  void checkDate(std::string_view control, std::string_view code, bool noon, std::string_view missing,
+                 std::string_view wrong);
   void fillKinds();
   void checkKind(bool known);
   void checkState(bool known);
   void checkInterval(bool known);
 
-  std::string reasons_; ///< what the contract check says of what is about to be stored
+  /// Whether the state asks for a known kind and object.
+  bool objectMatters() const;
+
+  StagedRows positions_; ///< the first one first
+  CheckStatus answer_ = CheckStatus::Clean;
 };
 
 } // namespace qx

@@ -1,6 +1,8 @@
 #include "ui/customer_dialog.h"
 
+#include "engine/customer_proof.h"
 #include "rules/german_text.h"
+#include "settings/settings.h"
 #include "ui/shared_controls.h"
 
 #include <algorithm>
@@ -84,6 +86,7 @@ void CustomerDialog::fill() {
   for (const ComparedLine& compared : comparedLines)
     if (isUnspoken(compared.column)) unspoken_.push_back(compared.control);
   checkHeader();
+  checkAnswer();
   trying("Laden der Verträge", [this] { reloadGrid(); });
 }
 
@@ -91,6 +94,46 @@ void CustomerDialog::reloadGrid() {
   // The stored contracts that the import no longer carries are listed as well.
   if (!readOnly() && awaitDatabase()) engine().GetDelVerträge(text("txtKundennummer"));
   contracts_.load(editing(), engine(), text("txtKundennummer"));
+  checking("Prüfen der Verträge", [this] { checkContracts(); });
+}
+
+void CustomerDialog::checkAnswer() {
+  checking("Prüfen des Kundenvorgangs", [this] {
+    const bool compare = Settings(environment()).isOn("KundeAdressProof");
+    const Findings found =
+        CustomerProof(environment(), compare).prove([this](ColumnName column) { return current(column); });
+    answer_ = found.status;
+    // A finding for which no field stands is not to be missed.
+    findings_.clear("PB");
+    const auto shown = findings_.sorted();
+    const bool hasLine = std::ranges::any_of(shown, [&](const Finding& finding) {
+      return finding.code != processingErrorCode && finding.severity >= answer_;
+    });
+    std::string text;
+    for (const std::string& each : found.list) text += (text.empty() ? "" : "; ") + each;
+    findings_.report({"PB", "", hasLine ? CheckStatus::Clean : answer_, text, "txtKundennummer", ""});
+  });
+}
+
+void CustomerDialog::checkContracts() {
+  const Findings found = CustomerProof(environment(), false).contracts(text("txtKundennummer"));
+  contractAnswer_ = found.status;
+  const auto line = [&](std::string_view code, CheckStatus severity, std::string_view token) {
+    const bool holds = std::ranges::find(found.list, token) != found.list.end();
+    findings_.report({std::string(code), "", holds ? severity : CheckStatus::Clean, std::string(token),
+                      std::string(contracts_.name()), ""});
+  };
+  line("KVF", CheckStatus::Error, contractErrors);
+  line("KVW", CheckStatus::Warning, contractWarnings);
+}
+
+std::optional<CheckStatus> CustomerDialog::verdict() const {
+  return AddressedJobDialog::verdict() ? std::optional(worse(answer_, contractAnswer_)) : std::nullopt;
+}
+
+void CustomerDialog::stored() {
+  AddressedJobDialog::stored();
+  checking("Prüfen der Verträge", [this] { checkContracts(); });
 }
 
 void CustomerDialog::check(std::string_view control) {
@@ -98,6 +141,7 @@ void CustomerDialog::check(std::string_view control) {
   if (control == "txtKundennummer") trying("Laden der Verträge", [this] { reloadGrid(); });
   for (const ComparedLine& compared : comparedLines)
     if (compared.control == control) checkCustomer();
+  checkAnswer();
 }
 
 void CustomerDialog::reportUnknownCustomer(const std::string& number) {
@@ -132,6 +176,7 @@ void CustomerDialog::clearComparison() {
 
 /// Contracts name their customer by its number only: under the old one nobody would find them.
 void CustomerDialog::prepareSaving() {
+  checkAnswer();
   moveContracts_ = false;
   const std::string before = staged("Kundennummer");
   if (before.empty() || equalCodes(before, text("txtKundennummer"))) return;
@@ -154,7 +199,8 @@ void CustomerDialog::store() {
   for (ColumnChange& change : changed)
     if (change.content.isNull()) change.content = Value("");
   if (moveContracts_) editing().moveContracts(staged("Kundennummer"), text("txtKundennummer"));
-  editing().saveCustomer(jobId(), changed, text("txtKundennummer"), verdict());
+  editing().saveCustomer(jobId(), changed, text("txtKundennummer"),
+                         verdict() ? std::optional(answer_) : std::nullopt);
 }
 
 } // namespace qx

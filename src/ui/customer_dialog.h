@@ -17,20 +17,29 @@ public:
   std::span<const ControlGroup> groups() const override;
   std::string title() const override;
   JobGrid* grid() override { return &contracts_; }
+  std::optional<CheckStatus> verdict() const override;
 
 protected:
   bool isDone(std::int16_t jobType) const override { return jobType == qxtJobKundenDone; }
+  bool createsAddresses() const override { return true; }
   void fill() override;
   void check(std::string_view control) override;
   void reloadGrid() override;
   void prepareSaving() override;
   void store() override;
+  void stored() override;
   void reportUnknownCustomer(const std::string& number) override;
   void compareCustomer(const Adresse& stored) override;
   void clearComparison() override;
+  /// What the check of the job says of the values that are shown.
+  void checkAnswer() override;
 
 private:
+  void checkContracts();
+
   ContractGrid contracts_;
+  CheckStatus answer_ = CheckStatus::Clean;         ///< of the check
+  CheckStatus contractAnswer_ = CheckStatus::Clean; ///< what its contracts make of it
   std::vector<std::string_view> unspoken_; ///< compared controls whose column the job leaves as it is
   bool moveContracts_ = false;             ///< the contracts that came with it follow its new number
 };

@@ -38,7 +38,7 @@ std::vector<Finding> FindingList::sorted() const {
 CheckStatus FindingList::status() const {
   CheckStatus status = CheckStatus::Clean;
   for (const auto& [key, entry] : findings_)
-    if (entry.finding.code != processingErrorCode) status = worse(status, entry.finding.severity);
+    if (entry.finding.counts) status = worse(status, entry.finding.severity);
   return status;
 }
 

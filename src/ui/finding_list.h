@@ -12,7 +12,7 @@
 
 namespace qx {
 
-/// The code of what an earlier processing wrote into the job; it counts for no status.
+/// The code of what an earlier processing wrote into the job.
 inline constexpr std::string_view processingErrorCode = "EP";
 
 /// What a check reports that only warns.
@@ -26,6 +26,7 @@ struct Finding {
   std::string text;    ///< shown as "Fehlertext"
   std::string control; ///< the object name of the control that it speaks of; a grid for positions
   std::string place;   ///< the number of the position, shown behind the code; empty for the header
+  bool counts = true;  ///< for the status; not what a clerk is told though the job goes through with it
 };
 
 /// Holds one finding per code and position. A clean report removes it.
@@ -40,7 +41,7 @@ public:
   bool empty() const { return findings_.empty(); }
   /// Worst first; equal ones in the order in which they were found.
   std::vector<Finding> sorted() const;
-  /// The highest severity but for `processingErrorCode`; clean without findings.
+  /// The highest severity of those that count; clean without findings.
   CheckStatus status() const;
   /// The highest severity of one position.
   CheckStatus statusOf(std::string_view item) const;

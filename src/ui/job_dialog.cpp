@@ -73,8 +73,7 @@ bool JobDialog::load(std::string_view jobId) {
     return false;
   }
   for (const ControlSpec* spec : specs())
-    if (!spec->column.empty())
-      at(spec->name).text = shown(spec->kind, job_.header.at(0, ColumnName(spec->column)));
+    if (!spec->column.empty()) at(spec->name).text = shown(spec->kind, loaded(ColumnName(spec->column)));
   trying("Prüfen des Vorgangs", [this] { fill(); });
   settle();
   setReadOnly(isDone(jobType()));
@@ -149,7 +148,7 @@ bool JobDialog::save() {
   const bool parked = state == JobState::Warning || state == JobState::Error;
   if (parked && offersRelease() && !released())
     release(environment().desktop.ask(
-        {std::string(findings_.status() == CheckStatus::Clean ? mendedQuestion : releaseQuestion)}));
+        {std::string(verdict() == CheckStatus::Clean ? mendedQuestion : releaseQuestion)}));
   if (!stillLocked()) return false;
   checkMore(checksLeft());
   prepareSaving();
@@ -212,17 +211,28 @@ bool JobDialog::nothingNewSince(const std::vector<Finding>& seen) {
   return true;
 }
 
-void JobDialog::report(std::string_view code, std::string_view control, CheckStatus severity,
-                       std::string text) {
-  mark(control, severity, text);
-  findings_.report({std::string(code), "", severity, std::move(text), std::string(control), ""});
+Value JobDialog::current(ColumnName column) const {
+  Value before = loaded(column);
+  for (std::size_t place = 0; place < specs().size(); ++place) {
+    const ControlSpec& spec = *specs()[place];
+    if (!spec.column.empty() && ColumnName(spec.column) == column &&
+        control(place).text != shown(spec.kind, before))
+      return columnValue(spec, control(place));
+  }
+  return before;
 }
 
-void JobDialog::reportFailure() {
+void JobDialog::report(std::string_view code, std::string_view control, CheckStatus severity,
+                       std::string text, bool counts) {
+  mark(control, severity, text);
+  findings_.report({std::string(code), "", severity, std::move(text), std::string(control), "", counts});
+}
+
+void JobDialog::reportFailure(bool counts) {
   const std::string failure = staged("Fehlertext");
   if (!failure.empty())
     findings_.report({std::string(processingErrorCode), "", CheckStatus::Warning,
-                      "Fehler beim verarbeiten: " + failure, std::string(releaseControl), ""});
+                      "Fehler beim verarbeiten: " + failure, std::string(releaseControl), "", counts});
 }
 
 bool JobDialog::trying(std::string_view where, const std::function<void()>& step) {

@@ -66,6 +66,9 @@ public:
   const std::string& notice() const { return notice_; }
   /// Worst first.
   std::vector<Finding> findings() const { return findings_.sorted(); }
+  /// The answer of the job's check to what is shown; null while a check is outstanding, for nobody knows it
+  /// then.
+  virtual std::optional<CheckStatus> verdict() const;
   /// Whether the release is worth offering: there are findings, or the job stands at a warning or an error.
   bool canRelease() const;
   /// The next run takes the job whatever the check finds.
@@ -131,21 +134,24 @@ protected:
   virtual void stored() {}
   /// @}
 
+  /// What a column of the job holds, as it was read and is shown.
+  virtual Value loaded(ColumnName column) const { return job_.header.at(0, column); }
+  /// The same with what the clerk has typed.
+  virtual Value current(ColumnName column) const;
   /// A finding with a picture beside its control. A clean severity removes both.
-  void report(std::string_view code, std::string_view control, CheckStatus severity, std::string text = {});
+  void report(std::string_view code, std::string_view control, CheckStatus severity, std::string text = {},
+              bool counts = true);
   /// Runs a step; a failure is told to the diagnostics and the notice. False then.
   bool trying(std::string_view where, const std::function<void()>& step);
   /// The same for a check, which counts as outstanding until it comes to its end.
   void checking(std::string_view name, const std::function<void()>& check);
   /// A check that cannot be made, told to the diagnostics already.
   void tellUnchecked(const std::string& cause);
-  /// The severity of all findings; null while a check is outstanding, for nobody knows it then.
-  virtual std::optional<CheckStatus> verdict() const;
   /// Runs the work as one unit on the job as it was read. A failure is told with the text that `failure`
   /// then holds. False then.
   bool edit(std::string_view& failure, const std::function<void()>& work);
   /// Lists what an earlier processing wrote into the job.
-  void reportFailure();
+  void reportFailure(bool counts = false);
   /// What the controls changed in the columns behind them.
   std::vector<ColumnChange> changes() const;
   /// The value of a control as its column stores it; null for an empty one.

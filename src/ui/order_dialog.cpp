@@ -1,10 +1,15 @@
 #include "ui/order_dialog.h"
 
+#include "engine/order_check.h"
+#include "engine/order_texts.h"
 #include "model/date.h"
+#include "platform/whole_number.h"
 #include "settings/settings.h"
 #include "ui/shared_controls.h"
 
+#include <algorithm>
 #include <array>
+#include <span>
 #include <utility>
 
 namespace qx {
@@ -41,6 +46,29 @@ constexpr std::array orderGroups{ControlGroup{"Kunde", orderCustomerControls},
                                  ControlGroup{"Bemerkung", shared::noteControls},
                                  ControlGroup{"Individuell", individualControls}};
 
+/// A finding of the check for which no field of the dialog stands: its code here and the control that it
+/// concerns.
+struct RuleLine {
+  std::string_view code;
+  std::string_view control;
+  std::string_view token;
+};
+
+constexpr std::array noteLines{RuleLine{"NO", "txtHinweis", order_tokens::note}};
+constexpr std::array individualLines{RuleLine{"IF1", "txtIndFild1", order_tokens::fieldZB},
+                                     RuleLine{"IF3", "txtIndFild3", order_tokens::fieldZA},
+                                     RuleLine{"IF4", "txtIndFild4", order_tokens::fieldMK}};
+constexpr std::array creditLines{RuleLine{"KL1", "txtKundennummer", order_tokens::creditLimit1},
+                                 RuleLine{"KL2", "txtKundennummer", order_tokens::creditLimit2}};
+
+void reportRules(FindingList& list, std::span<const RuleLine> lines, const Findings& found) {
+  for (const RuleLine& line : lines) {
+    const bool holds = std::ranges::find(found.list, line.token) != found.list.end();
+    list.report({std::string(line.code), "", holds ? found.status : CheckStatus::Clean,
+                 std::string(line.token), std::string(line.control), ""});
+  }
+}
+
 } // namespace
 
 OrderDialog::OrderDialog(const DialogContext& context)
@@ -59,7 +87,9 @@ void OrderDialog::fill() {
   receivedOn_ = staged("Eingangsdatum");
   // First, so that they are there whatever the checks meet.
   loadPositions();
-  checkHeader();
+  // A text that stands in a waiting order counts for its check, what a parked one was refused for does not.
+  checkHeader(stateOf(jobType()) == JobState::Waiting);
+  checkRules();
   positions_.checkCount();
   // A usual order is checked at once, a long one while the clerk looks at it.
   checkMore(50);
@@ -67,11 +97,13 @@ void OrderDialog::fill() {
 
 void OrderDialog::loadPositions() {
   const Settings settings(environment());
+  checking("Lesen der Optionen",
+           [&] { options_ = OrderOptions::read(settings, customerSpecific(), environment().diagnostics); });
   PositionContext context;
   context.customer = text("txtKundennummer");
   context.date = parseGermanDate(receivedOn_);
-  context.warnOfStock = settings.isOn("WarnungLagerbestand");
-  context.costAssignment = settings.isOn("KostenzuordnungAuftrag");
+  context.warnOfStock = options_.warnOfStock;
+  context.costAssignment = options_.costAssignment;
   context.readOnly = isDone(jobType());
   context.customerSpecific = customerSpecific();
   context.ready = ReadyFlags::read(environment());
@@ -94,6 +126,16 @@ std::optional<CheckStatus> OrderDialog::verdict() const {
 void OrderDialog::check(std::string_view control) {
   AddressedJobDialog::check(control);
   if (control == "txtKundennummer") positions_.setCustomer(text(control));
+  checkRules();
+}
+
+void OrderDialog::checkRules() {
+  const OrderCheck check(environment(), options_);
+  reportRules(findings_, noteLines, check.note(text("txtHinweis")));
+  reportRules(findings_, individualLines,
+              check.individualFields([this](ColumnName column) { return current(column).text(); }));
+  checking("Prüfen des Kreditlimits",
+           [&] { reportRules(findings_, creditLines, check.credit(text("txtKundennummer"))); });
 }
 
 void OrderDialog::reportUnknownCustomer(const std::string& number) {
@@ -112,7 +154,7 @@ void OrderDialog::compareCustomer(const Adresse& stored) {
     const std::string& given = own_.*line.line;
     const bool equal = given.empty() || given == stored.*line.line;
     findings_.report({std::string(line.code), "", equal ? CheckStatus::Clean : CheckStatus::Warning,
-                      std::string(line.before) + stored.*line.line, "txtKundennummer", ""});
+                      std::string(line.before) + stored.*line.line, "txtKundennummer", "", false});
   }
 }
 
@@ -129,7 +171,7 @@ void OrderDialog::checkCustomerCodes() {
     const bool fine = method.empty() || masterData_.codeExists(field, method);
     findings_.report({std::string(code), "", fine ? CheckStatus::Clean : CheckStatus::Warning,
                       std::string(field) + " Kunde: " + method + " wurde noch nicht angelegt.",
-                      "txtKundennummer", ""});
+                      "txtKundennummer", "", false});
   };
   checkOne("VSK", "Versandart", masterData_.shippingMethodOfCustomer(customer));
   checkOne("ZAK", "Zahlungsart", masterData_.paymentMethodOfCustomer(customer));

@@ -1,6 +1,7 @@
 // The dialog of a staged order, without a toolkit.
 #pragma once
 
+#include "engine/order_options.h"
 #include "rules/master_data.h"
 #include "ui/addressed_job_dialog.h"
 #include "ui/position_grid.h"
@@ -18,23 +19,27 @@ public:
   JobGrid* grid() override { return &positions_; }
   std::size_t checksLeft() const override { return positions_.checksLeft(); }
   void checkMore(std::size_t count) override;
+  std::optional<CheckStatus> verdict() const override;
 
 protected:
   bool isDone(std::int16_t jobType) const override { return jobType == qxtJobAufträgeDone; }
+  bool createsAddresses() const override { return false; }
   void fill() override;
   void check(std::string_view control) override;
   void store() override;
   void stored() override;
-  std::optional<CheckStatus> verdict() const override;
   void reportUnknownCustomer(const std::string& number) override;
   void compareCustomer(const Adresse& stored) override;
   void clearComparison() override;
 
 private:
   void checkCustomerCodes();
+  /// What the check says of the order beyond its codes, addresses and positions.
+  void checkRules();
   void loadPositions();
 
   MasterData masterData_;
+  OrderOptions options_;
   PositionGrid positions_;
   Adresse own_; ///< the address that the order itself gives
   std::string receivedOn_;

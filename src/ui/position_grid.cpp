@@ -112,9 +112,10 @@ void PositionGrid::checkRow(std::size_t row) {
   }
 }
 
-void PositionGrid::report(std::size_t row, std::string_view code, CheckStatus severity, std::string text) {
+void PositionGrid::report(std::size_t row, std::string_view code, CheckStatus severity, std::string text,
+                          bool counts) {
   findings_.report({std::string(code), childOf(row), severity, std::move(text), std::string(name()),
-                    positions_.at(row, "Positionsnummer").text()});
+                    positions_.at(row, "Positionsnummer").text(), counts});
 }
 
 void PositionGrid::checkCount() {
@@ -192,10 +193,12 @@ void PositionGrid::checkPrice(std::size_t row) {
   } else {
     found_[childOf(row)] = price.price;
     const double staged = numberOf(positions_.at(row, "Preis"));
-    // Compared as stored, without rounding, on purpose.
-    report(row, "PR", warningUnless(staged == price.price),
+    // Without a price the order takes the found one. Compared as stored, without rounding, on purpose.
+    const bool open = staged == 0 && !context_.customerSpecific;
+    report(row, "PR", warningUnless(open || staged == price.price),
            "Ermittelter Preis: " + germanDecimals(price.price, 2) +
-               " weicht vom Importpreis: " + germanDecimals(staged, 2) + " ab!");
+               " weicht vom Importpreis: " + germanDecimals(staged, 2) + " ab!",
+           context_.customerSpecific);
   }
 }
 

@@ -196,12 +196,18 @@ TEST_F(ContractJobs, TheDialogsChecksStoreCodeAndReasons) {
   ContractCheck check(erp.environment);
   EXPECT_EQ(check.checkContract("V"), CheckStatus::Error);
   EXPECT_EQ(jobType("V"), 22);
+  EXPECT_EQ(field("V", "Status").integer(), 30);
+  EXPECT_EQ(field("V", "ImportType").integer(), 30);
+  EXPECT_EQ(check.checkContract("K"), CheckStatus::Error) << "one that came with its customer, by its key";
+  EXPECT_EQ(reasons("K"), "Menge ist falsch\r\nVertragsgegenstand ist nicht angelegt\r\n");
   EXPECT_EQ(check.checkCustomerContracts("20001"), CheckStatus::Error);
   EXPECT_EQ(jobType("K"), 42);
   EXPECT_EQ(reasons("K"), "Menge ist falsch\r\nVertragsgegenstand ist nicht angelegt\r\n");
   stageContract("K", [](VertragFields& job) { job.JobType = 42; });
   EXPECT_EQ(check.checkCustomerContracts("20001"), CheckStatus::Clean);
   EXPECT_EQ(jobType("K"), 40) << "a mended contract waits again";
+  EXPECT_EQ(field("K", "Status").integer(), 10);
+  EXPECT_TRUE(field("K", "Fehlertext").isNull());
 }
 
 TEST_F(ContractJobs, StagedContractsAreComparedWithStoredOnes) {

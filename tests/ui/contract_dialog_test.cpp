@@ -71,6 +71,82 @@ TEST_F(ContractDialogTest, SavingWithFindingsParksTheContractWithTheReasonsOfThe
   EXPECT_EQ(field("C1", "ImportType").integer(), 30);
 }
 
+TEST_F(ContractDialogTest, WhatTheRunWritesAnywayIsToldAndParksNothing) {
+  stageContract("C1", [](VertragFields& job) { job.Intervall = 2; });
+  set("C1", "Zustand", "");
+  const auto dialog = opened("C1");
+  EXPECT_THAT(findings(*dialog), ElementsAre("ZD|20|Zustand konnte nicht ermittelt werden.",
+                                             "INT|20|Intervall: 2 nicht zulässig!"));
+  enter(*dialog, "txtVertragstext", "neu");
+  ASSERT_TRUE(dialog->save());
+  EXPECT_EQ(jobType("C1"), 20);
+  EXPECT_EQ(field("C1", "Status").integer(), 10);
+  EXPECT_TRUE(field("C1", "Fehlertext").isNull());
+}
+
+TEST_F(ContractDialogTest, KindAndObjectMatterWhereTheRunAsksForThem) {
+  stageContract("C1", [](VertragFields& job) {
+    job.Vertragsart = "X";
+    job.Artikelnummer = "G9";
+    job.Zustand = "E";
+  });
+  const auto dialog = opened("C1");
+  EXPECT_THAT(findings(*dialog), IsEmpty());
+  enter(*dialog, "cboZustand", "Aktiv");
+  EXPECT_THAT(codes(*dialog), ElementsAre("VA", "VGG"));
+  EXPECT_EQ(dialog->verdict(), CheckStatus::Error);
+}
+
+TEST_F(ContractDialogTest, DatesAndStatesAreReadAsTheRunReadsThem) {
+  stageContract("C1");
+  set("C1", "Vertragsdatum", "31.02.2026");
+  set("C1", "Vertragsbeginn", "12:00:00 AM");
+  set("C1", "Zustand", "a");
+  const auto dialog = opened("C1");
+  EXPECT_THAT(findings(*dialog),
+              ElementsAre("VD|30|Vertragsdatum ist falsch", "VB|30|Vertragsbeginn ist falsch",
+                          "ZD|20|Zustand konnte nicht ermittelt werden."));
+  enter(*dialog, "cboZustand", "Aktiv");
+  ASSERT_TRUE(dialog->save());
+  EXPECT_EQ(field("C1", "Zustand").text(), "A");
+  EXPECT_EQ(jobType("C1"), 22);
+  EXPECT_EQ(field("C1", "Status").integer(), 30);
+  EXPECT_EQ(reasons("C1"), "Vertragsdatum ist falsch\r\nVertragsbeginn ist falsch\r\n");
+}
+
+TEST_F(ContractDialogTest, AContractInAPositionIsShownCheckedAndChangedThere) {
+  stageContract("C1", [](VertragFields& job) {
+    job.Menge = 0;
+    job.Artikelnummer = "";
+    job.Vertragsart = "";
+  });
+  const auto inPosition = [](AuftragsPosFields& position) {
+    position.Preis = 35;
+    position.ChildID = "P1";
+  };
+  stagePosition("C1", 2, "G1", 4, inPosition);
+  connection().execute(sql("Update ImportPos Set Vertragsart = 'W'"_sql));
+  stagePosition("C1", 1, "G9", 9);
+  const auto dialog = opened("C1");
+  EXPECT_THAT(findings(*dialog), IsEmpty());
+  EXPECT_EQ(state(*dialog, "tdbAnzahl").text, "4");
+  EXPECT_EQ(state(*dialog, "txtVertragsgegenstand").description, "Kassenwartung");
+  ASSERT_TRUE(dialog->save());
+  EXPECT_EQ(jobType("C1"), 20) << "a good contract is not spoilt";
+  EXPECT_TRUE(field("C1", "Fehlertext").isNull());
+  EXPECT_EQ(field("C1", "Menge").number(), 0) << "nor touched";
+  // The next run takes over what stands in the position.
+  enter(*dialog, "tdbAnzahl", "6");
+  ASSERT_TRUE(dialog->save());
+  EXPECT_EQ(erp.rows(sql("Select Menge From ImportPos Where ChildID = 'P1'"_sql))[0][0].number(), 6);
+  EXPECT_EQ(count(sql("Select Count(*) From ImportPos Where Menge = 9"_sql)), 1) << "the first one only";
+  EXPECT_EQ(dialog->verdict(), CheckStatus::Clean);
+  enter(*dialog, "txtVertragsgegenstand", "G9");
+  ASSERT_TRUE(dialog->save());
+  EXPECT_EQ(jobType("C1"), 22);
+  EXPECT_EQ(engine.checkJob("C1").status, CheckStatus::Error);
+}
+
 TEST_F(ContractDialogTest, OpensDoneAndDeletedContractsForReadingOnly) {
   for (const char* code : {"23", "43", "44"}) {
     stageContract("C1");

@@ -132,6 +132,66 @@ TEST_F(CustomerDialogTest, ChecksWhereGoodsAndInvoicesGo) {
             "|Messe|Köln");
 }
 
+TEST_F(CustomerDialogTest, WhatTheJobBringsAlongOrTheBankCodeGivesIsNoFinding) {
+  stageCustomer("K1", "20009", [](KundeFields& job) {
+    job.VS_KdNr = "20009";
+    job.VS_AdrNr = "5";
+    job.VS_Bez1 = "Lager Süd";
+    job.BLZ = "90000001";
+  });
+  set("K1", "BLZ", "90000001");
+  const auto dialog = opened("K1");
+  EXPECT_THAT(codes(*dialog), ElementsAre("KN"));
+  EXPECT_EQ(dialog->verdict(), CheckStatus::Clean) << "a new customer is no fault";
+  enter(*dialog, "txtKreditinstitut", "Sparbank");
+  EXPECT_THAT(codes(*dialog), ElementsAre("BV", "KN"));
+  EXPECT_EQ(dialog->verdict(), CheckStatus::Clean);
+  // Without lines there is no address to create.
+  const auto addresses = dialog->addresses();
+  addresses->type(*addresses->find("txtVS_Bez1"), "");
+  dialog->takeAddresses(*addresses);
+  ASSERT_TRUE(dialog->save());
+  EXPECT_THAT(codes(*dialog), ElementsAre("BV", "KN", "VS"));
+  EXPECT_EQ(field("K1", "ImportType").integer(), 30);
+}
+
+TEST_F(CustomerDialogTest, ParkedContractsOfTheCustomerAreToldAndCountUntilTheyAreMended) {
+  stageCustomer("K1", "20001", asStored);
+  stageContract("C1", [](VertragFields& job) { job.JobType = 42; });
+  const auto dialog = opened("K1");
+  EXPECT_THAT(findings(*dialog), ElementsAre("KVF|30|Im Kundenvertrag wurden ''Fehler'' festgestellt."));
+  EXPECT_EQ(dialog->verdict(), CheckStatus::Error);
+  // Saving checks the contract, which has no fault.
+  ASSERT_TRUE(dialog->save());
+  EXPECT_THAT(findings(*dialog), IsEmpty());
+  EXPECT_EQ(dialog->verdict(), CheckStatus::Clean);
+  EXPECT_EQ(field("K1", "ImportType").integer(), 10);
+  EXPECT_EQ(jobType("C1"), 40);
+}
+
+TEST_F(CustomerDialogTest, DifferencesFromTheMasterCountWhereTheCheckComparesThem) {
+  stageCustomer("K1", "20001", [](KundeFields& job) {
+    asStored(job);
+    job.Ort = "Kiel";
+  });
+  EXPECT_EQ(opened("K1")->verdict(), CheckStatus::Clean);
+  erp.setOption("KundeAdressProof", "1");
+  const auto dialog = opened("K1");
+  EXPECT_EQ(dialog->verdict(), CheckStatus::Warning);
+  enter(*dialog, "txtOrt", "Hamburg");
+  EXPECT_EQ(dialog->verdict(), CheckStatus::Clean) << "what is shown is checked, not what is stored";
+  // The number of the address is compared as well, for which the dialog has no line of its own.
+  const auto addresses = dialog->addresses();
+  addresses->type(*addresses->find("txtVS_Bez1"), "Lager");
+  addresses->type(*addresses->find("txtVS_Ort"), "Bremen");
+  addresses->type(*addresses->find("txtVS_AdrNr"), "2");
+  dialog->takeAddresses(*addresses);
+  EXPECT_THAT(findings(*dialog),
+              Contains("PB|20|VS_AdrNr ist nicht identisch: '2' / ''; VS_Bez1 ist nicht identisch: "
+                       "'Lager' / ''; VS_Ort ist nicht identisch: 'Bremen' / ''"));
+  EXPECT_EQ(dialog->verdict(), CheckStatus::Warning);
+}
+
 TEST_F(CustomerDialogTest, SavesWhatTheClerkChangedAndKeepsTheRest) {
   stageCustomer("K1", "20001", [](KundeFields& job) {
     asStored(job);
@@ -162,12 +222,14 @@ TEST_F(CustomerDialogTest, SavesWhatTheClerkChangedAndKeepsTheRest) {
 
 TEST_F(CustomerDialogTest, RaisesItsImportTypeToTheWorstOfTheContractsThatCameWithIt) {
   stageCustomer("K1", "20001", asStored);
-  stageContract("C1", [](VertragFields& job) { job.JobType = 41; });
+  stageContract("C1", [](VertragFields& job) {
+    job.JobType = 41;
+    job.Menge = 0;
+  });
   stageContract("C2", [](VertragFields& job) {
     job.JobType = 43;
     job.Vertragsnummer = "V2";
   });
-  set("C1", "Status", "20");
   set("C2", "Status", "30");
   const auto dialog = opened("K1");
   ASSERT_NE(dialog->grid(), nullptr);

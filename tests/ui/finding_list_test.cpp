@@ -23,9 +23,9 @@ TEST(FindingList, KeepsOneFindingPerCodeAndPositionAndListsTheWorstFirst) {
   EXPECT_EQ(list.status(), CheckStatus::Warning);
 }
 
-TEST(FindingList, LeavesAnEarlierFailureOutOfTheStatus) {
+TEST(FindingList, LeavesWhatDoesNotCountOutOfTheStatus) {
   FindingList list;
-  list.report({"EP", "", CheckStatus::Warning, "Fehler beim verarbeiten: x", "", ""});
+  list.report({"EP", "", CheckStatus::Warning, "Fehler beim verarbeiten: x", "", "", false});
   EXPECT_EQ(list.status(), CheckStatus::Clean);
   EXPECT_EQ(list.sorted().size(), 1U);
 }

@@ -52,6 +52,65 @@ TEST_F(OrderDialogTest, ShowsThePositionsInTheOrderOfTheirNumbersAndComparesPric
   EXPECT_EQ(grid.cell(3, column(grid, "Preis")).message, "Preis weicht ab.");
 }
 
+TEST_F(OrderDialogTest, APriceThatNobodyStagedIsNoDifferenceAndAnotherOneParksNothing) {
+  stageOrder("O1");
+  stagePriced("O1", 1, "A100", 1, 0);
+  const auto dialog = opened("O1");
+  EXPECT_THAT(findings(*dialog), IsEmpty());
+  dialog->grid()->edit(0, column(*dialog->grid(), "Preis"), "11");
+  EXPECT_THAT(findings(*dialog),
+              ElementsAre("PR 1|20|Ermittelter Preis: 10,00 weicht vom Importpreis: 11,00 ab!"));
+  EXPECT_EQ(dialog->verdict(), CheckStatus::Clean);
+  ASSERT_TRUE(dialog->save());
+  EXPECT_EQ(field("O1", "Status").integer(), 10);
+  erp.setSetting("Allgemein", "Individual", "VLK");
+  EXPECT_EQ(opened("O1")->verdict(), CheckStatus::Warning);
+  EXPECT_EQ(engine.checkJob("O1").status, CheckStatus::Warning);
+}
+
+TEST_F(OrderDialogTest, WhatTheCheckFindsBeyondTheFieldsIsListedAndCounts) {
+  erp.setSetting("Allgemein", "Individual", "VLK");
+  erp.setOption("KreditlimitAuftrag", "1");
+  erp.setOption("ZAVSRG", "VK");
+  erp.setOption("VAKunde", "VA");
+  TableFiller(connection(), "OffenePosten")
+      .add({{"Kundennummer", "20001"},
+            {"Belegnummer", "1"},
+            {"Betrag", *Money::parse("500")},
+            {"Währung", "EUR"}});
+  connection().execute(sql("Update Kundenstamm Set Kreditlimit1 = 100, Kreditlimit2 = 500"_sql));
+  stageOrder("O1", [](AuftragFields& job) { job.Bemerkung = "Bitte anrufen"; });
+  set("O1", "IndFild1", "ZB");
+  set("O1", "IndFild4", "MK");
+  stagePriced("O1", 1, "A100", 1, 10);
+  const auto dialog = opened("O1");
+  const auto told = findings(*dialog);
+  EXPECT_THAT(told, Contains("KL2|30|Kreditlimit 2 ist überschritten (Auftragssperre)"));
+  EXPECT_THAT(told, Contains("NO|20|Achtung es ist eine Notiz hinterlegt."));
+  EXPECT_THAT(told, Contains("IF1|20|Ind_Field ZB"));
+  EXPECT_THAT(told, Contains("IF4|20|Ind_Field MK"));
+  EXPECT_EQ(dialog->verdict(), CheckStatus::Error);
+  ASSERT_TRUE(dialog->save());
+  EXPECT_EQ(field("O1", "Status").integer(), 30);
+  // Another customer, another limit; a note that is gone is none.
+  enter(*dialog, "txtHinweis", "");
+  enter(*dialog, "txtIndFild1", "");
+  enter(*dialog, "txtIndFild4", "");
+  enter(*dialog, "txtKundennummer", "14888");
+  for (const char* code : {"KL1", "KL2", "NO", "IF1", "IF4"})
+    EXPECT_THAT(codes(*dialog), Not(Contains(code)));
+}
+
+TEST_F(OrderDialogTest, ATextOfTheSenderCountsAsTheCheckCountsIt) {
+  stageOrder("O1", [](AuftragFields& job) { job.Fehlertext = "vom Shop"; });
+  stagePriced("O1", 1, "A100", 1, 10);
+  EXPECT_EQ(opened("O1")->verdict(), CheckStatus::Warning);
+  EXPECT_EQ(engine.checkJob("O1").status, CheckStatus::Warning);
+  set("O1", "JobType", "32");
+  EXPECT_EQ(opened("O1")->verdict(), CheckStatus::Clean);
+  EXPECT_EQ(engine.checkJob("O1").status, CheckStatus::Clean);
+}
+
 TEST_F(OrderDialogTest, WarnsOfStockAndCostAssignmentOnlyWhereTheOptionsSaySo) {
   TableFiller(connection(), "Artikellager")
       .add({{"Artikelnummer", "A100"}, {"Lagernummer", "1"}, {"Lagerbestand", 2.0}, {"MitBestand", true}});
