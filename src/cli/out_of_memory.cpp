@@ -11,7 +11,9 @@
 namespace qx::cli {
 namespace {
 
-std::terminate_handler previousHandler = nullptr;
+// A terminate handler is given nothing by which it could find the one before.
+std::terminate_handler previousHandler =
+    nullptr; // NOLINT(cppcoreguidelines-avoid-non-const-global-variables)
 
 [[noreturn]] void endUncaught() {
   try {

@@ -35,6 +35,7 @@ public:
   /// be made or changed is still whole.
   Value(const Value& other) : content_(copyOf(other.content_)) {}
   Value& operator=(const Value& other) {
+    if (this == &other) return *this;
     auto* const mine = std::get_if<std::string>(&content_);
     const auto* const text = std::get_if<std::string>(&other.content_);
     if (mine != nullptr && text != nullptr)

@@ -39,6 +39,7 @@ public:
   ConnectionState(sqlite3* handle, std::string target, bool ownsWork);
   ConnectionState(const ConnectionState&) = delete;
   ConnectionState& operator=(const ConnectionState&) = delete;
+  ~ConnectionState() = default;
 
   DatabaseHandle& database() { return database_; }
   StatementCache& statements() { return statements_; }

@@ -227,7 +227,7 @@ void KeysetRecordset::rowWritten(std::int64_t rowId, bool inserted, const Column
 }
 
 StreamRecordset::StreamRecordset(ConnectionState& connection, const Sql& statement)
-    : connection_(connection), statement_(connection.statements().stream(statement)), shape_(statement_, 0),
+    : statement_(connection.statements().stream(statement)), shape_(statement_, 0),
       parameters_(statement.values().begin(), statement.values().end()) {
   requery();
 }

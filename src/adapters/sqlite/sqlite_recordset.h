@@ -141,7 +141,6 @@ public:
 private:
   [[noreturn]] static void refuse();
 
-  ConnectionState& connection_;
   PreparedStatement statement_;
   RowShape shape_;
   std::vector<Value> parameters_;
