@@ -12,8 +12,8 @@ namespace qx::cli {
 namespace {
 
 // A terminate handler is given nothing by which it could find the one before.
-std::terminate_handler previousHandler =
-    nullptr; // NOLINT(cppcoreguidelines-avoid-non-const-global-variables)
+// NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables)
+std::terminate_handler previousHandler = nullptr;
 
 [[noreturn]] void endUncaught() {
   try {

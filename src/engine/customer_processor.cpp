@@ -187,11 +187,11 @@ void CustomerProcessor::undoOnHost(Recordset& customer, const std::string& numbe
   const auto undo = [&](const std::function<void()>& step) {
     undoStep(environment_.diagnostics, "undoing a customer", step);
   };
-  for (const auto& [owner, address] : written.addresses)
+  for (const auto& address : written.addresses)
     undo([&] {
       environment_.connection->execute(sql("Delete From Adressenstamm Where Kundennummer = '"_sql,
-                                           value(owner), "' And Adressnummer = '"_sql, value(address),
-                                           "'"_sql));
+                                           value(address.first), "' And Adressnummer = '"_sql,
+                                           value(address.second), "'"_sql));
     });
   if (written.added)
     undo([&] {

@@ -49,8 +49,8 @@ private:
   bool checkCurrency(JobRow& job);
   bool checkReceiptDate(JobRow& job, std::string& stamp);
   void save(JobRow& job, Recordset& customer, bool isNew, const std::string& stamp);
-  void writeCustomer(const JobRow& job, Recordset& customer, bool isNew, const std::string& stamp,
-                     Written& written);
+  static void writeCustomer(const JobRow& job, Recordset& customer, bool isNew, const std::string& stamp,
+                            Written& written);
   void addAddresses(const JobRow& job, Written& written);
   void undoOnHost(Recordset& customer, const std::string& number, const Written& written);
   bool fail(JobRow& job, std::string_view text);

@@ -3,6 +3,7 @@
 #include "rules/active_connection.h"
 #include "rules/german_text.h"
 
+#include <algorithm>
 #include <array>
 
 namespace qx {
@@ -69,9 +70,8 @@ void compare(Findings& findings, std::string_view field, const Value& job, const
 }
 
 bool blockIsEmpty(const CustomerFields& job, const AddressBlock& block) {
-  for (const ComparedField& field : block.fields)
-    if (!job(field.field).isEmpty()) return false;
-  return true;
+  return std::ranges::all_of(block.fields,
+                             [&](const ComparedField& field) { return job(field.field).isEmpty(); });
 }
 
 } // namespace

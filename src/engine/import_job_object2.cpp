@@ -40,18 +40,17 @@ bool locksOut(const Connection& connection, const Connection& other) {
 /// While it lives a run is under way. What was asked of the run before, or of none, is forgotten.
 class UnderWay {
 public:
-  UnderWay(bool& flag, StopSignal& stop) : flag_(flag), stop_(stop) {
-    flag_ = true;
-    stop_.clear();
-  }
+  UnderWay(bool& flag, StopSignal& stop) : flag_(flag), stop_(stop) { set(true); }
   UnderWay(const UnderWay&) = delete;
   UnderWay& operator=(const UnderWay&) = delete;
-  ~UnderWay() {
-    flag_ = false;
+  ~UnderWay() { set(false); }
+
+private:
+  void set(bool underWay) {
+    flag_ = underWay;
     stop_.clear();
   }
 
-private:
   bool& flag_;
   StopSignal& stop_;
 };

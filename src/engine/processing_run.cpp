@@ -71,8 +71,11 @@ void ProcessingRun::breakOff(const std::exception& error) noexcept {
 /// A host learns of them from the collected texts.
 void ProcessingRun::collectJobsLeft() noexcept {
   try {
-    for (const auto& [jobId, reason] : report_.left)
-      parts_.errors.all.add("Die Datenbank lehnt es ab, den Vorgang '" + jobId + "' zu ändern: " + reason);
+    for (const auto& [jobId, reason] : report_.left) {
+      std::string sentence = "Die Datenbank lehnt es ab, den Vorgang '" + jobId + "' zu ändern: ";
+      sentence += reason;
+      parts_.errors.all.add(sentence);
+    }
   } catch (const std::bad_alloc&) {
     environment_.diagnostics.report({"processing run", "no memory for the jobs that were left", ""});
   }
