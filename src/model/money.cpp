@@ -1,12 +1,39 @@
 #include "model/money.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
+#include <limits>
+#include <string>
 
 namespace qx {
 namespace {
 
 constexpr std::int64_t scale = 10000;
+constexpr std::size_t places = 4;
+
+bool isDigits(std::string_view text) {
+  return text.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
+/// Whether the decimals behind the last that is kept round it away from 0; a half rounds to the even one.
+bool roundsUp(std::string_view rest, bool isOdd) {
+  if (rest.empty()) return false;
+  const bool half = rest.front() == '5' && rest.find_first_not_of('0', 1) == std::string_view::npos;
+  return half ? isOdd : rest.front() >= '5';
+}
+
+/// Builds a number from its digits; null when it does not fit.
+std::optional<std::int64_t> numberOf(std::string_view digits) {
+  constexpr std::int64_t most = std::numeric_limits<std::int64_t>::max();
+  std::int64_t number = 0;
+  for (const char digit : digits) {
+    const int figure = digit - '0';
+    if (number > (most - figure) / 10) return std::nullopt;
+    number = number * 10 + figure;
+  }
+  return number;
+}
 
 } // namespace
 
@@ -27,31 +54,16 @@ std::optional<Money> Money::parse(std::string_view text) {
   const auto point = text.find_first_of(".,");
   const std::string_view whole = text.substr(0, point);
   const std::string_view decimals = point == std::string_view::npos ? "" : text.substr(point + 1);
-  constexpr std::string_view digits = "0123456789";
-  if (whole.empty() && decimals.empty()) return std::nullopt;
-  if (whole.find_first_not_of(digits) != std::string_view::npos ||
-      decimals.find_first_not_of(digits) != std::string_view::npos)
-    return std::nullopt;
-  constexpr std::int64_t most = std::numeric_limits<std::int64_t>::max();
-  std::int64_t units = 0;
-  bool fits = true;
-  const auto append = [&](char digit) {
-    const int figure = digit - '0';
-    fits = fits && units <= (most - figure) / 10;
-    if (fits) units = units * 10 + figure;
-  };
-  for (const char c : whole) append(c);
-  for (std::size_t i = 0; i < 4; ++i) append(i < decimals.size() ? decimals[i] : '0');
-  if (decimals.size() > 4) {
-    const std::string_view rest = decimals.substr(4);
-    const bool tie = rest.front() == '5' && rest.find_first_not_of('0', 1) == std::string_view::npos;
-    if (tie ? units % 2 != 0 : rest.front() >= '5') {
-      fits = fits && units < most;
-      if (fits) ++units;
-    }
-  }
-  if (!fits) return std::nullopt;
-  return ofTenThousandths(negative ? -units : units);
+  if ((whole.empty() && decimals.empty()) || !isDigits(whole) || !isDigits(decimals)) return std::nullopt;
+
+  std::string digits(whole);
+  digits += decimals.substr(0, places);
+  digits.append(places - std::min(places, decimals.size()), '0');
+  auto units = numberOf(digits);
+  if (units && roundsUp(decimals.substr(std::min(places, decimals.size())), *units % 2 != 0))
+    units = *units < std::numeric_limits<std::int64_t>::max() ? std::optional(*units + 1) : std::nullopt;
+  if (!units) return std::nullopt;
+  return ofTenThousandths(negative ? -*units : *units);
 }
 
 std::string Money::toText() const {
