@@ -1,5 +1,6 @@
 #include "store/archive_purge.h"
 
+#include <algorithm>
 #include <array>
 
 namespace qx {
@@ -27,13 +28,12 @@ PurgeOptions PurgeOptions::read(const Settings& settings) {
 }
 
 bool ArchivePurge::run(const PurgeOptions& options, const Progress& progress, const Stopped& stopped) {
-  for (const Pass& pass : passes) {
-    if (!(options.*pass.isOn)) continue;
+  return std::ranges::all_of(passes, [&](const Pass& pass) {
+    if (!(options.*pass.isOn)) return true;
     if (stopped()) return false;
     progress(pass.text);
-    if (!removeAll(deletion_.jobIds(pass.selection()), stopped)) return false;
-  }
-  return true;
+    return removeAll(deletion_.jobIds(pass.selection()), stopped);
+  });
 }
 
 bool ArchivePurge::removeAll(const std::vector<std::string>& jobIds, const Stopped& stopped) {
