@@ -91,9 +91,9 @@ const std::array<AddressDialog::BlockSpec, 2>& AddressDialog::specsOfBlocks() {
   return specs;
 }
 
-AddressDialog::AddressDialog(const DialogContext& context, std::string ownCustomer, AddressBlock delivery,
+AddressDialog::AddressDialog(DialogContext context, std::string ownCustomer, AddressBlock delivery,
                              AddressBlock invoice, bool readOnly)
-    : context_(context), ownCustomer_(std::move(ownCustomer)) {
+    : context_(std::move(context)), ownCustomer_(std::move(ownCustomer)) {
   build(false);
   const std::array given{&delivery, &invoice};
   for (const Block block : allBlocks) {

@@ -29,8 +29,8 @@ struct AddressBlock {
 class AddressDialog final : public Form {
 public:
   /// `ownCustomer` is the job's own customer number, for keys without a customer.
-  AddressDialog(const DialogContext& context, std::string ownCustomer, AddressBlock delivery,
-                AddressBlock invoice, bool readOnly);
+  AddressDialog(DialogContext context, std::string ownCustomer, AddressBlock delivery, AddressBlock invoice,
+                bool readOnly);
 
   std::span<const ControlGroup> groups() const override;
   void leave(std::size_t place) override;

@@ -48,15 +48,36 @@ bool isWord(std::string_view text, std::string_view word) {
   return true;
 }
 
+/// A sign, then digits with at most one comma or point among them, few enough for every double.
+bool isPlainDecimal(std::string_view text) {
+  if (text.starts_with('-') || text.starts_with('+')) text.remove_prefix(1);
+  std::size_t marks = 0;
+  for (const char c : text) {
+    if (c == ',' || c == '.')
+      ++marks;
+    else if (!isDigit(c))
+      return false;
+  }
+  return marks <= 1 && text.size() > marks && text.size() <= 300;
+}
+
+/// What a permission says where that can be told without reading numbers: a decimal is true when it has
+/// another digit than 0.
+void requireTruth(const OptionKey& option, std::string_view text) {
+  const auto state = checkState(option, text);
+  const bool yes = isWord(text, "true") || isWord(text, "wahr");
+  if (yes || isWord(text, "false") || isWord(text, "falsch"))
+    require(state == yes, "a permission understands its words");
+  else if (const std::string_view number = between(text, " \t\r\n"); isPlainDecimal(number))
+    require(state == (number.find_first_of("123456789") != std::string_view::npos),
+            "a permission is a number of any size");
+}
+
 std::optional<bool> expectedState(OnRule rule, std::string_view text) {
   const auto number = shortNumber(text);
   if (rule == OnRule::One) {
     if (text == "1") return true;
     return text == "0" ? std::optional(false) : std::nullopt;
-  }
-  if (rule == OnRule::Truth) {
-    if (isWord(text, "true") || isWord(text, "wahr")) return true;
-    if (isWord(text, "false") || isWord(text, "falsch")) return false;
   }
   if (!number || (rule == OnRule::AtLeastOne && *number < 0)) return std::nullopt;
   return *number != 0;
@@ -70,7 +91,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   require(number == shortNumber(text), "a whole number is read as it stands");
   for (const OptionKey& option : optionKeys()) {
     if (option.type != OptionType::Check) continue;
-    require(checkState(option, text) == expectedState(option.on, text), "a check is judged by its rule");
+    if (option.on == OnRule::Truth)
+      requireTruth(option, text);
+    else
+      require(checkState(option, text) == expectedState(option.on, text), "a check is judged by its rule");
   }
   const auto truth = parseGermanBoolean(text);
   const std::string_view word = between(text, " ");
