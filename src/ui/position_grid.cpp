@@ -298,15 +298,7 @@ std::string PositionGrid::set(std::size_t row, ColumnName column, GridColumnKind
   const std::string typed(kind == Kind::LongText ? text : trimBlanks(text));
   Value value = typed.empty() ? Value::null() : Value(typed);
   if (kind == Kind::Number || kind == Kind::Money) {
-    const auto number = parseEnteredNumber(typed);
-    if (!number && !typed.empty()) return "'" + typed + "' ist keine Zahl.";
-    if (number) {
-      if (std::string reason = refusal(row, column, *number); !reason.empty()) return reason;
-      value = column == positionNumber ? Value(germanNumber(*number)) : Value(*number);
-      if (column == costNumber) value = Value(static_cast<std::int64_t>(*number));
-    } else if (column == positionNumber) {
-      return "Eine Position braucht eine Nummer.";
-    }
+    if (std::string reason = readNumber(row, column, typed, value); !reason.empty()) return reason;
   } else if (kind == Kind::Date) {
     const auto date = parseGermanDate(typed);
     if (!date && !typed.empty()) return "'" + typed + "' ist kein Datum (tt.mm.jjjj).";
@@ -322,6 +314,21 @@ std::string PositionGrid::set(std::size_t row, ColumnName column, GridColumnKind
     for (const ColumnName follower : {ColumnName("Auslieferungsmenge"), ColumnName("Fakturiermenge")})
       if (positions_.at(row, follower).number() == before.number())
         positions_.set(row, follower, positions_.at(row, column));
+  return {};
+}
+
+std::string PositionGrid::readNumber(std::size_t row, ColumnName column, const std::string& typed,
+                                     Value& value) const {
+  if (typed.empty()) return column == positionNumber ? "Eine Position braucht eine Nummer." : "";
+  const auto number = parseEnteredNumber(typed);
+  if (!number) return "'" + typed + "' ist keine Zahl.";
+  if (std::string reason = refusal(row, column, *number); !reason.empty()) return reason;
+  if (column == positionNumber)
+    value = Value(germanNumber(*number));
+  else if (column == costNumber)
+    value = Value(static_cast<std::int64_t>(*number));
+  else
+    value = Value(*number);
   return {};
 }
 

@@ -105,6 +105,8 @@ private:
   Preisfindung* prices();
   /// Sets a column, and what follows it, whichever way the value came; empty, or why it cannot stand there.
   std::string set(std::size_t row, ColumnName column, GridColumnKind kind, std::string_view text);
+  /// Reads a number that was typed into `value`; empty, or why it cannot stand in the column.
+  std::string readNumber(std::size_t row, ColumnName column, const std::string& typed, Value& value) const;
   /// Why a number cannot stand in the column; empty when it can.
   std::string refusal(std::size_t row, ColumnName column, double number) const;
 
