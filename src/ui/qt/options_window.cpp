@@ -33,12 +33,11 @@ Qt::CheckState stateOf(const OptionField& field) {
 } // namespace
 
 OptionsWindow::OptionsWindow(Environment& environment, QWidget* parent, WaitFactory wait)
-    : QDialog(parent), wait_(std::move(wait)), dialog_(environment) {
+    : QDialog(parent), wait_(std::move(wait)), dialog_(environment), tabs_(new QTabWidget(this)) {
   setObjectName(QStringLiteral("frmOptions"));
   setWindowTitle(QStringLiteral("Optionen"));
   dialog_.load();
 
-  tabs_ = new QTabWidget;
   tabs_->setObjectName(QStringLiteral("TabControll"));
   tabs_->addTab(makePage(false), QStringLiteral("Allgemein"));
   if (dialog_.customerSpecific()) tabs_->addTab(makePage(true), QStringLiteral("Kundenspezifische &Werte"));

@@ -38,7 +38,7 @@ private:
 
   WaitFactory wait_;
   OptionsDialog dialog_;
-  QTabWidget* tabs_ = nullptr;
+  QTabWidget* tabs_;
   std::vector<QCheckBox*> checks_;
 };
 
