@@ -108,7 +108,6 @@ void ProcessingRun::perform() {
   if (!environment_.connection) throw StoreError("Es ist keine Datenbank verbunden.", 0);
   createComponents();
   if (orderIsBeingReadIn()) return;
-  parts_.errors.clear();
   readOptions();
   initPrices();
   readProgramVersion();
