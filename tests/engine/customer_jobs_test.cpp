@@ -1,7 +1,6 @@
 // Customer jobs: what a run writes, creates and refuses.
 #include "engine_fixture.h"
 
-#include "adapters/sqlite/sqlite_database.h"
 #include "erp/table_filler.h"
 
 #include <gmock/gmock.h>
@@ -196,8 +195,7 @@ TEST_F(CustomerJobs, FurtherAddressesAreAddedOnceAndNeverOverwritten) {
 }
 
 TEST_F(CustomerJobs, ARefusedAddressLeavesNoCustomerBehind) {
-  connection().execute(sql("CREATE TRIGGER refuse BEFORE INSERT ON Adressenstamm "
-                           "BEGIN SELECT RAISE(ABORT, 'Adresse gesperrt'); END"_sql));
+  refuse("INSERT ON Adressenstamm"_sql, "'Adresse gesperrt'"_sql);
   stageCustomer("J1", "70001", [](KundeFields& job) {
     job.VS_AdrNr = "2";
     job.VS_Bez1 = "Lager";
@@ -212,11 +210,8 @@ TEST_F(CustomerJobs, OnAHostsConnectionAFailureTakesBackWhatStoodAlready) {
   TableFiller(connection(), "Kundenstamm")
       .add({{"Kundennummer", "70001"}, {"Bez1", "Alt"}, {"Telefon", "1"}, {"ÄndUser", "Anna"}});
   TableFiller(connection(), "Adressenstamm").add({{"Kundennummer", "70001"}, {"Adressnummer", "2"}});
-  connection().execute(sql("CREATE TRIGGER refuse BEFORE INSERT ON Adressenstamm WHEN new.Adressnummer = '3' "
-                           "BEGIN SELECT RAISE(ABORT, 'Adresse gesperrt'); END"_sql));
-  connection().execute(
-      sql("CREATE TRIGGER unfinished BEFORE UPDATE ON ImportKopf WHEN new.JobID = 'DONE' And "
-          "new.JobType = 13 BEGIN SELECT RAISE(ABORT, 'nie fertig'); END"_sql));
+  refuse("INSERT ON Adressenstamm WHEN new.Adressnummer = '3'"_sql, "'Adresse gesperrt'"_sql);
+  refuse("UPDATE ON ImportKopf WHEN new.JobID = 'DONE' And new.JobType = 13"_sql, "'nie fertig'"_sql);
   const auto withAddresses = [](const char* last) {
     return [last](KundeFields& job) {
       job.VS_AdrNr = "2";
@@ -228,7 +223,7 @@ TEST_F(CustomerJobs, OnAHostsConnectionAFailureTakesBackWhatStoodAlready) {
   stageCustomer("OLD", "70001", withAddresses("3"));
   stageCustomer("NEW", "70002", withAddresses("3"));
   stageCustomer("DONE", "70003", withAddresses("4"));
-  erp.environment.connection = SqliteDatabase::openAsHost(connection().connectionString());
+  becomeHost();
   EXPECT_TRUE(run());
   EXPECT_EQ(reasons("OLD") + "|" + reasons("NEW") + "|" + reasons("DONE"),
             "Adresse gesperrt|Adresse gesperrt|nie fertig");
@@ -242,8 +237,7 @@ TEST_F(CustomerJobs, OnAHostsConnectionAFailureTakesBackWhatStoodAlready) {
 }
 
 TEST_F(CustomerJobs, AFailedCustomersIndexIsBroughtUpToDateWhateverTheFailureCameFrom) {
-  connection().execute(sql("CREATE TRIGGER refuse BEFORE INSERT ON Kundenstamm "
-                           "BEGIN SELECT RAISE(ABORT, 'Kunde gesperrt'); END"_sql));
+  refuse("INSERT ON Kundenstamm"_sql, "'Kunde gesperrt'"_sql);
   for (const char* number : {"70001", "70002"})
     connection().execute(
         sql("Insert Into Adressindex (Kundennummer, Art) Values ('"_sql, value(number), "', 1)"_sql));

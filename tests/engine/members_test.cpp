@@ -430,8 +430,7 @@ protected:
     contract.Vertragsart = "W";
     contract.Zustand = "I";
     writeStaged(connection(), static_cast<const VertragFields&>(contract));
-    stageOrder("O1");
-    stagePosition("O1", 1, "A100", 2);
+    stageOrderOf("O1", "A100", 2);
     unit.commit();
     erp.diagnostics.entries.clear();
   }

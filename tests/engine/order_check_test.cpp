@@ -54,8 +54,7 @@ TEST_F(OrderCheckTest, FindingsComeInTheOrderOfTheSteps) {
 }
 
 TEST_F(OrderCheckTest, EmptyCodesAndKeysAreNoFindings) {
-  stageOrder("O1");
-  stagePosition("O1", 1, "A100", 1);
+  stageOrderOf("O1");
   const Findings findings = engine.checkJob("O1");
   EXPECT_EQ(findings.status, CheckStatus::Clean) << findings.text;
 }
@@ -112,8 +111,7 @@ TEST_F(OrderCheckTest, PricesAreComparedExactlyAndOnlyInTheInstallationsOwnMode)
 }
 
 TEST_F(OrderCheckTest, AFailingPriceAndMissingPositionsAreErrors) {
-  stageOrder("O1");
-  stagePosition("O1", 1, "G400", 1);
+  stageOrderOf("O1", "G400");
   EXPECT_EQ(engine.checkJob("O1").text, "PLU Fehler\r\n");
   EXPECT_EQ(engine.checkJob("O1").status, CheckStatus::Error);
   stageOrder("O2", [](AuftragFields& job) { job.Kundennummer = "99"; });
@@ -217,8 +215,7 @@ TEST_F(OrderCheckTest, CreditLimitsCountWhenTheyAreReached) {
     const char* limits;
     const char* text;
   };
-  stageOrder("O1");
-  stagePosition("O1", 1, "A100", 1);
+  stageOrderOf("O1");
   const auto checked = [&](const char* first, const char* second) {
     connection().execute(sql("Update Kundenstamm Set Kreditlimit1 = '"_sql, nullable(first),
                              "', Kreditlimit2 = '"_sql, nullable(second), "'"_sql));
@@ -252,8 +249,7 @@ TEST_F(OrderCheckTest, AConvertedCreditLimitIsReachedExactly) {
             {"Währung", "USD"}});
   // In double numbers 100 EUR are 110.00000000000001 USD.
   connection().execute(sql("Update Kundenstamm Set Kreditlimit2 = 100, Währung = 'EUR'"_sql));
-  stageOrder("O1");
-  stagePosition("O1", 1, "A100", 1);
+  stageOrderOf("O1");
   EXPECT_EQ(engine.checkJob("O1").text, "Kreditlimit 2 ist überschritten (Auftragssperre)\r\n");
   connection().execute(sql("Update Kundenstamm Set Kreditlimit2 = 100.0001"_sql));
   EXPECT_EQ(engine.checkJob("O1").text, "");
@@ -263,8 +259,7 @@ TEST_F(OrderCheckTest, ACostAssignmentThatDoesNotFitIsFoundMissing) {
   erp.setOption("KostenzuordnungAuftrag", "1");
   erp.setSetting("Kostenzuordnung", "Kundenauftrag", "1");
   TableFiller(connection(), "Kostenzuordnung").add({{"KostID", 1}, {"Kostenstelle", "S1"}});
-  stageOrder("O1");
-  stagePosition("O1", 1, "A100", 1);
+  stageOrderOf("O1");
   connection().execute(sql("Update ImportPos Set KostID = 4294967297"_sql));
   EXPECT_EQ(engine.checkJob("O1").text, "Kostenzuordnung\r\n");
   connection().execute(sql("Update ImportPos Set KostID = 1"_sql));
