@@ -75,6 +75,9 @@ constexpr std::array customerGroups{ControlGroup{"Kunde", customerControls},
 
 } // namespace
 
+CustomerDialogPresenter::CustomerDialogPresenter(const DialogContext& context)
+    : AddressedJobDialogPresenter(context, {.grid = &contracts_, .reloadGrid = [this] { reloadGrid(); }}) {}
+
 std::span<const ControlGroup> CustomerDialogPresenter::groups() const { return customerGroups; }
 
 std::string CustomerDialogPresenter::title() const {
@@ -95,6 +98,11 @@ void CustomerDialogPresenter::reloadGrid() {
   if (!readOnly() && awaitDatabase()) engine().GetDelVerträge(text("txtKundennummer"));
   contracts_.load(editing(), engine(), text("txtKundennummer"));
   checking("Prüfen der Verträge", [this] { checkContracts(); });
+}
+
+void CustomerDialogPresenter::takeAddresses(const AddressDialogPresenter& edited) {
+  AddressedJobDialogPresenter::takeAddresses(edited);
+  if (!readOnly()) checkAnswer();
 }
 
 void CustomerDialogPresenter::checkAnswer() {
@@ -194,7 +202,7 @@ void CustomerDialogPresenter::prepareSaving() {
   });
 }
 
-void CustomerDialogPresenter::store() {
+void CustomerDialogPresenter::store(std::string_view& failure) {
   std::vector<ColumnChange> changed = changes();
   // Null would keep what the master holds; a field that the clerk emptied empties it.
   for (ColumnChange& change : changed)
@@ -202,6 +210,7 @@ void CustomerDialogPresenter::store() {
   if (moveContracts_) editing().moveContracts(staged("Kundennummer"), text("txtKundennummer"));
   editing().saveCustomer(jobId(), changed, text("txtKundennummer"),
                          verdict() ? std::optional(answer_) : std::nullopt);
+  storeAddresses(failure);
 }
 
 } // namespace qx
