@@ -1,6 +1,7 @@
 #include "ui/customer_dialog_presenter.h"
 
 #include "engine/customer_proof.h"
+#include "platform/show_message.h"
 #include "rules/german_text.h"
 #include "settings/settings.h"
 #include "ui/shared_controls.h"
@@ -194,11 +195,11 @@ void CustomerDialogPresenter::prepareSaving() {
     for (const auto contract = editing().contractsOf(before); !contract->eof(); contract->moveNext())
       if (contract->value("JobType").integer().value_or(0) <= qxtJobKundenVerträgeError) ++waiting;
     if (waiting == 0) return;
-    moveContracts_ = environment().desktop.ask(
-        {(waiting == 1 ? "Ein Vertrag ist" : std::to_string(waiting) + " Verträge sind") +
-         std::string(" mit der Kundennummer ") + before + " eingegangen.\r\n" +
-         (waiting == 1 ? "Soll er" : "Sollen sie") + " auf " + text("txtKundennummer") +
-         " umgestellt werden?"});
+    moveContracts_ = askQuestion(
+        environment(), {(waiting == 1 ? "Ein Vertrag ist" : std::to_string(waiting) + " Verträge sind") +
+                        std::string(" mit der Kundennummer ") + before + " eingegangen.\r\n" +
+                        (waiting == 1 ? "Soll er" : "Sollen sie") + " auf " + text("txtKundennummer") +
+                        " umgestellt werden?"});
   });
 }
 

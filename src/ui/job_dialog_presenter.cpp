@@ -2,7 +2,9 @@
 
 #include "model/date.h"
 #include "platform/german_cause.h"
+#include "platform/show_message.h"
 #include "platform/whole_number.h"
+#include "rules/active_connection.h"
 #include "rules/german_text.h"
 #include "settings/settings.h"
 #include "ui/address_dialog_presenter.h"
@@ -66,7 +68,7 @@ bool JobDialogPresenter::load(std::string_view jobId) {
   customerSpecific_ = Settings(environment()).customerSpecific();
   build(customerSpecific_);
   const bool read = trying("Laden des Vorgangs", [&] {
-    const ReadView view(*environment().connection);
+    const ReadView view(activeConnection(environment()));
     job_ = editing_.read(jobId, *open(jobId));
   });
   if (!read) return false;
@@ -142,14 +144,14 @@ bool JobDialogPresenter::save() {
                                                                              : "keine Zahl.";
     notice_ = caption + ": '" + control(*bad).text + "' ist " + std::string(reason) +
               " Bitte berichtigen Sie das Feld.";
-    environment().desktop.show({notice_, std::string(defaultTitle), MessageIcon::Exclamation});
+    showMessage(environment(), {notice_, std::string(defaultTitle), MessageIcon::Exclamation});
     return false;
   }
   const JobState state = stateOf(jobType());
   const bool parked = state == JobState::Warning || state == JobState::Error;
   if (parked && kind_.offersRelease && !released())
-    release(environment().desktop.ask(
-        {std::string(verdict() == CheckStatus::Clean ? mendedQuestion : releaseQuestion)}));
+    release(askQuestion(environment(),
+                        {std::string(verdict() == CheckStatus::Clean ? mendedQuestion : releaseQuestion)}));
   if (!stillLocked()) return false;
   prepareSaving();
   std::string_view failure = "Fehler beim Speichern der Daten";
@@ -175,7 +177,7 @@ bool JobDialogPresenter::edit(std::string_view& failure, const std::function<voi
   } catch (const std::exception& error) {
     environment().diagnostics.report({failure, error.what(), jobId()});
     notice_ = std::string(failure) + ": " + germanCause(error);
-    environment().desktop.show({std::string(failure), std::string(defaultTitle), MessageIcon::Critical});
+    showMessage(environment(), {std::string(failure), std::string(defaultTitle), MessageIcon::Critical});
   }
   return false;
 }
@@ -185,11 +187,11 @@ void JobDialogPresenter::tellLoss(const JobChangedError& error) {
   loss_ = error.gone() ? JobLoss::Gone : JobLoss::Changed;
   if (!error.gone()) {
     notice_ = changedNotice;
-    readAnewAsked_ = environment().desktop.ask({std::string(changedQuestion)});
+    readAnewAsked_ = askQuestion(environment(), {std::string(changedQuestion)});
     return;
   }
   notice_ = error.what();
-  environment().desktop.show({notice_, std::string(defaultTitle), MessageIcon::Exclamation});
+  showMessage(environment(), {notice_, std::string(defaultTitle), MessageIcon::Exclamation});
 }
 
 void JobDialogPresenter::checkMore(std::size_t count) {
@@ -200,7 +202,7 @@ void JobDialogPresenter::checkMore(std::size_t count) {
 
 bool JobDialogPresenter::erase() {
   if (!canErase()) return false;
-  if (!environment().desktop.ask({std::string(eraseQuestion), "Wirklich löschen?"})) return false;
+  if (!askQuestion(environment(), {std::string(eraseQuestion), "Wirklich löschen?"})) return false;
   std::string_view failure = "Fehler beim Löschen des Vorgangs";
   return edit(failure, [this] { editing_.deleteHeader(jobId()); });
 }

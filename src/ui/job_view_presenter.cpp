@@ -1,6 +1,7 @@
 #include "ui/job_view_presenter.h"
 
 #include "platform/one_line.h"
+#include "rules/active_connection.h"
 #include "rules/german_text.h"
 #include "store/job_file_import.h"
 #include "ui/database_wait.h"
@@ -315,9 +316,9 @@ void JobViewPresenter::readDetails() {
   if (work_ != Work::None) return;
   std::vector<std::string> lines;
   const auto job = currentJob();
-  if (job && environment_.connection) {
+  if (job) {
     Hints hints;
-    if (!skip("Fehlertext", [&] { addLines(lines, readJobReasons(*environment_.connection, *job)); }))
+    if (!skip("Fehlertext", [&] { addLines(lines, readJobReasons(activeConnection(environment_), *job)); }))
       lines.emplace_back("Der Vorgang konnte nicht gelesen werden.");
     else if (!skip("checkJob", [&] {
                Findings findings = engine_.checkJob(*job);
@@ -350,13 +351,13 @@ void JobViewPresenter::verify() {
 
 void JobViewPresenter::refresh() {
   const bool read = skip("job list", [this] {
-    if (!environment_.connection) throw StoreError("Es ist keine Datenbank verbunden.", 0);
+    Connection& connection = activeConnection(environment_);
     // An open handle goes on reading a file that nobody can find any more.
-    const auto files = environment_.connection->files();
+    const auto files = connection.files();
     if (!files.empty() && !std::filesystem::exists(files.front()))
       throw StoreError("Die Datenbankdatei wurde entfernt.", 0);
-    found_ = readJobList(*environment_.connection, filter_, order_);
-    state_.counts = countJobs(*environment_.connection);
+    found_ = readJobList(connection, filter_, order_);
+    state_.counts = countJobs(connection);
   });
   state_.databaseGone = !read;
   if (read) listRows();
@@ -379,7 +380,7 @@ void JobViewPresenter::listRows() {
   state_.rows.clear();
   // What is sought may stand behind the jobs that were listed.
   const bool sought = beyondLimit() && !words.empty() && skip("search", [&] {
-                        state_.rows = findJobs(*environment_.connection, filter_, order_, wanted);
+                        state_.rows = findJobs(activeConnection(environment_), filter_, order_, wanted);
                       });
   if (!sought) std::ranges::copy_if(found_, std::back_inserter(state_.rows), wanted);
   ++state_.listing;
