@@ -78,6 +78,12 @@ CheckStatus errorUnless(bool fine) { return fine ? CheckStatus::Clean : CheckSta
 
 } // namespace
 
+ContractDialogPresenter::ContractDialogPresenter(const DialogContext& context)
+    : JobDialogPresenter(context, {.cancelButton = "cmdCancel",
+                                   .boxTitle = "Vertragsdetails",
+                                   .offersRelease = false,
+                                   .erases = true}) {}
+
 std::span<const ControlGroup> ContractDialogPresenter::groups() const { return contractGroups; }
 
 std::string ContractDialogPresenter::title() const {
@@ -212,20 +218,12 @@ void ContractDialogPresenter::takeLookup(std::string_view control, const std::ve
   check(control);
 }
 
-void ContractDialogPresenter::store() {
+void ContractDialogPresenter::store(std::string_view& /*failure*/) {
   const std::vector<ColumnChange> changed = changes();
   editing().save(jobId(), changed);
   // The run takes over what stands in the position, whatever the header holds.
   if (inPosition()) editing().saveContractPosition(jobId(), changed);
   if (verdict()) ContractCheck(environment()).checkContract(jobId());
-}
-
-bool ContractDialogPresenter::erase() {
-  if (readOnly()) return false;
-  Message question{"Wollen Sie diesen Importvorgang wirklich löschen?", "Wirklich löschen?"};
-  if (!environment().desktop.ask(question)) return false;
-  std::string_view failure = "Fehler beim Löschen des Vorgangs";
-  return edit(failure, [this] { editing().deleteHeader(jobId()); });
 }
 
 } // namespace qx
