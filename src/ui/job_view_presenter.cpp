@@ -1,4 +1,4 @@
-#include "ui/job_view.h"
+#include "ui/job_view_presenter.h"
 
 #include "platform/one_line.h"
 #include "rules/german_text.h"
@@ -119,8 +119,7 @@ private:
   JobViewPresenter& view_;
 };
 
-JobViewPresenter::JobViewPresenter(Environment& environment, ImportJobObject2& engine,
-                                   JobViewWindows& windows)
+JobViewPresenter::JobViewPresenter(Environment& environment, ImportJobObject2& engine, JobViewHost& windows)
     : environment_(environment), engine_(engine), windows_(windows), settings_(environment),
       subscription_(engine.subscribe(*this)) {
   compose();
