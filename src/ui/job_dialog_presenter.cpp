@@ -207,10 +207,10 @@ bool JobDialogPresenter::erase() {
   return edit(failure, [this] { editing_.deleteHeader(jobId()); });
 }
 
-bool JobDialogPresenter::nothingNewSince(const std::vector<Finding>& seen) {
+bool JobDialogPresenter::nothingNewSince(const std::vector<ListedFinding>& seen) {
   checkMore(checksLeft());
-  for (const Finding& finding : findings_.sorted()) {
-    const auto same = [&](const Finding& other) {
+  for (const ListedFinding& finding : findings_.sorted()) {
+    const auto same = [&](const ListedFinding& other) {
       return other.code == finding.code && other.item == finding.item && other.severity == finding.severity;
     };
     if (std::ranges::any_of(seen, same)) continue;

@@ -52,7 +52,7 @@ std::string counts(const RunReport& report) {
 
 std::string joined(const Findings& findings) {
   std::string all;
-  for (const std::string& finding : findings.list) all += finding + ";";
+  for (const std::string& finding : findings.texts()) all += finding + ";";
   return all;
 }
 
