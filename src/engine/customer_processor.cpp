@@ -132,7 +132,7 @@ bool CustomerProcessor::checkCurrency(JobRow& job) {
 bool CustomerProcessor::checkReceiptDate(JobRow& job, std::string& stamp) {
   const Value& received = job.value("Eingangsdatum");
   if (received.isEmpty()) {
-    stamp = DayStamp(NowEx(environment_));
+    stamp = dayStamp(NowEx(environment_));
     return true;
   }
   try {
