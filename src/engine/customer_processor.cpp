@@ -111,7 +111,7 @@ void CustomerProcessor::checkCode(const Code& code, std::string_view wanted, Fin
 
 std::string CustomerProcessor::receiptStamp(const JobRow& job, Findings& refused) const {
   const Value& received = job.value("Eingangsdatum");
-  if (received.isEmpty()) return DayStamp(NowEx(environment_));
+  if (received.isEmpty()) return dayStamp(NowEx(environment_));
   try {
     return intdat(received);
   } catch (const std::invalid_argument&) {
