@@ -1,8 +1,8 @@
 #include "engine/contract_processor.h"
 
 #include "engine/contract_texts.h"
+#include "model/german_text.h"
 #include "rules/dates.h"
-#include "rules/german_text.h"
 
 #include <string>
 

@@ -1,6 +1,7 @@
 #include "engine/findings.h"
 
 #include "engine/collected_text.h"
+#include "model/text.h"
 
 namespace qx {
 

@@ -2,8 +2,8 @@
 
 #include "engine/order_failure.h"
 #include "engine/order_texts.h"
+#include "model/text.h"
 #include "platform/whole_number.h"
-#include "rules/german_text.h"
 
 #include <string>
 

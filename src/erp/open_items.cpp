@@ -1,6 +1,6 @@
 #include "erp/open_items.h"
 
-#include "erp/caseless.h"
+#include "model/text.h"
 
 #include <optional>
 #include <stdexcept>

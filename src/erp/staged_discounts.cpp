@@ -1,6 +1,6 @@
 #include "erp/staged_discounts.h"
 
-#include "erp/caseless.h"
+#include "model/text.h"
 
 #include <algorithm>
 

@@ -3,7 +3,8 @@
 
 #include "platform/erp_components.h"
 
-#include <string>
+#include <cstdint>
+#include <string_view>
 
 namespace qx {
 
@@ -19,8 +20,5 @@ public:
 private:
   Connection& connection_;
 };
-
-/// Letters in lower case, umlauts included.
-std::string searchForm(std::string_view text);
 
 } // namespace qx

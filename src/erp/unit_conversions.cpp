@@ -1,6 +1,6 @@
 #include "erp/unit_conversions.h"
 
-#include "erp/caseless.h"
+#include "model/text.h"
 
 #include <cmath>
 #include <stdexcept>

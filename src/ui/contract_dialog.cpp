@@ -4,7 +4,6 @@
 #include "engine/contract_texts.h"
 #include "model/date.h"
 #include "rules/active_connection.h"
-#include "rules/german_text.h"
 #include "ui/shared_controls.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 #include "ui/customer_dialog.h"
 
 #include "engine/customer_proof.h"
-#include "rules/german_text.h"
+#include "model/text.h"
 #include "settings/settings.h"
 #include "ui/shared_controls.h"
 

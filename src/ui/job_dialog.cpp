@@ -1,9 +1,10 @@
 #include "ui/job_dialog.h"
 
 #include "model/date.h"
+#include "model/german_text.h"
+#include "model/text.h"
 #include "platform/german_cause.h"
 #include "platform/whole_number.h"
-#include "rules/german_text.h"
 #include "settings/settings.h"
 #include "ui/address_dialog.h"
 #include "ui/lookup_bridge.h"

@@ -1,6 +1,6 @@
 #include "ui/lookup_bridge.h"
 
-#include "rules/german_text.h"
+#include "model/text.h"
 
 #include <algorithm>
 #include <array>

@@ -2,6 +2,7 @@
 
 #include "adapters/local_settings/ini_line.h"
 #include "adapters/local_settings/setting_text.h"
+#include "model/text.h"
 
 #include <algorithm>
 #include <optional>
@@ -17,12 +18,6 @@ std::string sectionName(std::string_view application, std::string_view section) 
 /// An empty key becomes "%", which no encoded key is.
 std::string keyName(std::string_view key) { return key.empty() ? "%" : encodeSetting(key); }
 
-char lowerAscii(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
-
-bool sameIniName(std::string_view a, std::string_view b) {
-  return std::ranges::equal(a, b, {}, lowerAscii, lowerAscii);
-}
-
 struct IniPlace {
   std::optional<std::string_view> entry; ///< the line of the key, without its blanks
   std::size_t sectionEnd = 0;            ///< behind the last entry of the section; 0 without such a section
@@ -31,8 +26,7 @@ struct IniPlace {
 /// What begins with "[" ends the section before it, closed or not.
 bool opensSection(std::string_view line, std::string_view section) {
   const auto close = line.find(']');
-  return close != std::string_view::npos &&
-         sameIniName(withoutLineBlanks(line.substr(1, close - 1)), section);
+  return close != std::string_view::npos && equalCodes(withoutLineBlanks(line.substr(1, close - 1)), section);
 }
 
 /// The first entry of the key counts, as does the first section when there is none.
@@ -51,7 +45,7 @@ IniPlace findEntry(std::string_view content, std::string_view section, std::stri
     if (line.starts_with('[')) {
       inSection = opensSection(line, section);
       inFirst = inSection && place.sectionEnd == 0;
-    } else if (inSection && sameIniName(withoutLineBlanks(line.substr(0, line.find('='))), key)) {
+    } else if (inSection && equalCodes(withoutLineBlanks(line.substr(0, line.find('='))), key)) {
       place.entry = line;
       return place;
     }
