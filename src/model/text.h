@@ -11,6 +11,9 @@ namespace qx {
 /// The line separator of all texts that the component stores.
 inline constexpr std::string_view crlf = "\r\n";
 
+/// The mark with which a text in UTF-8 may begin.
+inline constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
+
 /// An ASCII letter in lower case, every other byte as it is.
 constexpr char asciiLower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
 std::string asciiLower(std::string_view text);

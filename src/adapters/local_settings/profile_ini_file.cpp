@@ -1,8 +1,9 @@
 #include "adapters/local_settings/profile_ini_file.h"
 
-#include "adapters/local_settings/ini_line.h"
+#include "adapters/local_settings/ini_reader.h"
 #include "adapters/local_settings/shared_file.h"
 #include "model/code_page.h"
+#include "model/text.h"
 #include "platform/column_name.h"
 
 #include <algorithm>
@@ -12,9 +13,7 @@ namespace qx {
 namespace {
 
 std::string toUtf8(std::string_view bytes) {
-  constexpr std::string_view mark = "\xEF\xBB\xBF";
-  if (bytes.starts_with(mark)) return std::string(bytes.substr(mark.size()));
-  return textFromCodePage(bytes);
+  return bytes.starts_with(utf8Mark) ? std::string(bytes) : textFromCodePage(bytes);
 }
 
 std::string_view unquoted(std::string_view value) {
@@ -24,23 +23,6 @@ std::string_view unquoted(std::string_view value) {
 }
 
 bool sameName(std::string_view a, std::string_view b) { return foldedNameHash(a) == foldedNameHash(b); }
-
-std::string_view findValue(std::string_view text, std::string_view section, std::string_view key) {
-  bool inSection = false;
-  while (!text.empty()) {
-    const std::string_view line = takeIniLine(text);
-    if (line.starts_with(';')) continue;
-    if (line.starts_with('[')) {
-      inSection = sameName(withoutLineBlanks(line.substr(1, line.find(']') - 1)), section);
-      continue;
-    }
-    const auto equals = line.find('=');
-    if (inSection && equals != std::string_view::npos &&
-        sameName(withoutLineBlanks(line.substr(0, equals)), key))
-      return unquoted(withoutLineBlanks(line.substr(equals + 1)));
-  }
-  return {};
-}
 
 /// The file as named, else with the separators of this system.
 std::optional<std::string> readProfile(std::string_view file) {
@@ -54,7 +36,9 @@ std::optional<std::string> readProfile(std::string_view file) {
 } // namespace
 
 std::string profileValue(std::string_view file, std::string_view section, std::string_view key) {
-  return std::string(findValue(toUtf8(file), withoutLineBlanks(section), withoutLineBlanks(key)));
+  const std::string text = toUtf8(file);
+  const IniRules rules{";", sameName, false};
+  return std::string(unquoted(findIniEntry(text, trimWhitespace(section), trimWhitespace(key), rules).value));
 }
 
 std::string ProfileIniFile::read(std::string_view file, std::string_view section, std::string_view key) {
