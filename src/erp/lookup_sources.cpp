@@ -7,7 +7,7 @@
 #include <stdexcept>
 #include <utility>
 
-namespace qx {
+namespace qx::erp {
 namespace {
 
 Sql everyRow() { return {}; }
@@ -305,4 +305,4 @@ Sql LookupPages::statement(std::string_view search, const LookupPosition& after,
   return selectOf(source_, Sections(source_, trimBlanks(search)), criteria_, after, limit);
 }
 
-} // namespace qx
+} // namespace qx::erp

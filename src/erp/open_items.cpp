@@ -6,7 +6,7 @@
 #include <stdexcept>
 #include <vector>
 
-namespace qx {
+namespace qx::erp {
 namespace {
 
 struct CurrencySum {
@@ -63,4 +63,4 @@ Connection& OpenItems::database() {
   return *connection_;
 }
 
-} // namespace qx
+} // namespace qx::erp

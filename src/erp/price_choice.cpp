@@ -5,7 +5,7 @@
 
 #include <cmath>
 
-namespace qx {
+namespace qx::erp {
 namespace {
 
 constexpr std::size_t dayLength = 8;
@@ -90,4 +90,4 @@ std::optional<std::string> PriceDates::validFrom(std::string_view article, const
   return std::nullopt;
 }
 
-} // namespace qx
+} // namespace qx::erp

@@ -7,7 +7,7 @@
 #include <fstream>
 #include <sstream>
 
-namespace qx {
+namespace qx::erp {
 namespace {
 
 constexpr std::size_t machineLength = 4;
@@ -98,4 +98,4 @@ std::optional<bool> ProcessIdentity::isAlive(std::string_view sessionId) {
   return process && base36(process->startTime, startLength) == sessionId.substr(machineLength + numberLength);
 }
 
-} // namespace qx
+} // namespace qx::erp

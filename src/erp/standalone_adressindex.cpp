@@ -2,7 +2,7 @@
 
 #include "model/text.h"
 
-namespace qx {
+namespace qx::erp {
 
 void StandaloneAdressindex::CreateIndex(std::string_view customer, std::int16_t kind) {
   const auto rows = connection_.open(sql("Select Kundennummer, Suchbegriff, Bez1, Bez2, Bez3, PLZ, Ort From "
@@ -26,4 +26,4 @@ void StandaloneAdressindex::CreateIndex(std::string_view customer, std::int16_t 
           "') On Conflict (Kundennummer, Art) Do Update Set Suchtext = excluded.Suchtext"_sql));
 }
 
-} // namespace qx
+} // namespace qx::erp

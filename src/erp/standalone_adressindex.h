@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <string_view>
 
-namespace qx {
+namespace qx::erp {
 
 /// Keeps one row per customer and kind with the words by which the customer is searched: search term, names,
 /// postcode and town in lower case. The row of a customer who no longer exists is removed.
@@ -21,4 +21,4 @@ private:
   Connection& connection_;
 };
 
-} // namespace qx
+} // namespace qx::erp

@@ -209,9 +209,9 @@ TEST_F(CustomerJobs, ARefusedAddressLeavesNoCustomerBehind) {
 }
 
 TEST_F(CustomerJobs, OnAHostsConnectionAFailureTakesBackWhatStoodAlready) {
-  TableFiller(connection(), "Kundenstamm")
+  erp::TableFiller(connection(), "Kundenstamm")
       .add({{"Kundennummer", "70001"}, {"Bez1", "Alt"}, {"Telefon", "1"}, {"ÄndUser", "Anna"}});
-  TableFiller(connection(), "Adressenstamm").add({{"Kundennummer", "70001"}, {"Adressnummer", "2"}});
+  erp::TableFiller(connection(), "Adressenstamm").add({{"Kundennummer", "70001"}, {"Adressnummer", "2"}});
   connection().execute(sql("CREATE TRIGGER refuse BEFORE INSERT ON Adressenstamm WHEN new.Adressnummer = '3' "
                            "BEGIN SELECT RAISE(ABORT, 'Adresse gesperrt'); END"_sql));
   connection().execute(
@@ -333,7 +333,7 @@ TEST_F(CustomerJobs, TheProofListsItsFindingsInOrderAndTakesTheWorst) {
 
 TEST_F(CustomerJobs, TheProofComparesOnlyWhatTheJobSpeaksOf) {
   erp.setOption("KundeAdressProof", "1");
-  TableFiller(connection(), "Kundenstamm")
+  erp::TableFiller(connection(), "Kundenstamm")
       .add({{"Kundennummer", "70001"}, {"Bez1", "Alt"}, {"Strasse", "Kai 1"}, {"Ort", "Kiel"}});
   stageCustomer("J1", "70001");
   connection().execute(sql("Update ImportKopf Set Bez1 = Null, Strasse = '', PLZ = Null, Ort = 'Kiel'"_sql));
@@ -344,8 +344,8 @@ TEST_F(CustomerJobs, TheProofComparesOnlyWhatTheJobSpeaksOf) {
 
 TEST_F(CustomerJobs, WhatAJobEmptiesAndCannotStoreIsAHintThatChangesNothing) {
   erp.setOption("AutomatischVerarbeiten", "1");
-  TableFiller(connection(), "Währungen").add({{"Währung", "USD"}, {"Wechselkurs", 1.1}});
-  TableFiller(connection(), "Kundenstamm")
+  erp::TableFiller(connection(), "Währungen").add({{"Währung", "USD"}, {"Wechselkurs", 1.1}});
+  erp::TableFiller(connection(), "Kundenstamm")
       .add({{"Kundennummer", "70001"},
             {"Telefon", "040 1"},
             {"Ort", "Kiel"},
@@ -379,7 +379,7 @@ TEST_F(CustomerJobs, WhatAJobEmptiesAndCannotStoreIsAHintThatChangesNothing) {
 }
 
 TEST_F(CustomerJobs, AJobThatKeepsTheMasterOrSaysTheSameHasNoHint) {
-  TableFiller(connection(), "Kundenstamm")
+  erp::TableFiller(connection(), "Kundenstamm")
       .add({{"Kundennummer", "70001"}, {"Telefon", "040 1"}, {"Währung", "CHF"}, {"ZahlungsbedSchl", "30"}});
   stageCustomer("J1", "70001", [](KundeFields& job) {
     job.Währung = "chf";
@@ -406,7 +406,7 @@ TEST_F(CustomerJobs, ANewCustomerAbroadIsCreatedAsADomesticOneWithAHint) {
 }
 
 TEST_F(CustomerJobs, TaxFreeCustomersNeedATaxNumberAndNetPrices) {
-  TableFiller(connection(), "Kundenstamm")
+  erp::TableFiller(connection(), "Kundenstamm")
       .add({{"Kundennummer", "70001"}, {"MwSt_KZ", "EU"}, {"Preistyp", 1}, {"Ort", "Lyon"}});
   const std::string noNumber = "Der Kunde ist steuerfrei (MwSt_KZ 'EU'), hat aber keine UstIdentNr.";
   const std::string gross = "Bruttopreise (Preistyp 1) bei einem Kunden, der nicht im Inland besteuert wird "

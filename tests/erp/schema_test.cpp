@@ -8,7 +8,7 @@
 #include <map>
 #include <set>
 
-namespace qx {
+namespace qx::erp {
 namespace {
 
 using SchemaTest = StandaloneErpTest;
@@ -176,4 +176,4 @@ TEST_F(SchemaTest, ASecondCreationIsRefusedAndLeavesEverythingAsItWas) {
 }
 
 } // namespace
-} // namespace qx
+} // namespace qx::erp

@@ -31,7 +31,8 @@ TEST(Text, WellFormedCharactersAreNeitherOverlongNorCutNorOutOfRange) {
   EXPECT_EQ(utf8Length("A"), 1U);
   EXPECT_EQ(utf8Length("€uro"), 3U);
   EXPECT_EQ(utf8Length("\xF4\x8F\xBF\xBF"), 4U);
-  for (const char* malformed : {"", "\x80", "\xC0\x80", "\xE0\x80\x80", "\xED\xA0\x80", "\xF4\x90\x80\x80", "\xE2\x82"})
+  for (const char* malformed :
+       {"", "\x80", "\xC0\x80", "\xE0\x80\x80", "\xED\xA0\x80", "\xF4\x90\x80\x80", "\xE2\x82"})
     EXPECT_EQ(utf8Length(malformed), 0U) << malformed;
 }
 
