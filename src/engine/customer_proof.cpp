@@ -1,7 +1,7 @@
 #include "engine/customer_proof.h"
 
+#include "model/text.h"
 #include "rules/active_connection.h"
-#include "rules/german_text.h"
 
 #include <algorithm>
 #include <array>

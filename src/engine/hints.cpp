@@ -1,7 +1,8 @@
 #include "engine/hints.h"
 
+#include "model/text.h"
+#include "platform/one_line.h"
 #include "platform/sql.h"
-#include "rules/german_text.h"
 
 #include <algorithm>
 #include <array>

@@ -2,7 +2,7 @@
 
 #include "engine/order_failure.h"
 #include "engine/order_values.h"
-#include "rules/german_text.h"
+#include "model/text.h"
 
 #include <algorithm>
 #include <array>

@@ -3,7 +3,6 @@
 #include "engine/contract_check.h"
 #include "model/date.h"
 #include "rules/active_connection.h"
-#include "rules/german_text.h"
 #include "ui/shared_controls.h"
 
 #include <algorithm>

@@ -1,8 +1,8 @@
 #include "ui/customer_dialog_presenter.h"
 
 #include "engine/customer_proof.h"
+#include "model/text.h"
 #include "platform/show_message.h"
-#include "rules/german_text.h"
 #include "settings/settings.h"
 #include "ui/shared_controls.h"
 

@@ -1,11 +1,12 @@
 #include "ui/job_dialog_presenter.h"
 
 #include "model/date.h"
+#include "model/german_text.h"
+#include "model/text.h"
 #include "platform/german_cause.h"
 #include "platform/show_message.h"
 #include "platform/whole_number.h"
 #include "rules/active_connection.h"
-#include "rules/german_text.h"
 #include "settings/settings.h"
 #include "ui/address_dialog_presenter.h"
 #include "ui/lookup_bridge.h"

@@ -68,8 +68,8 @@ protected:
   void stageDemo() {
     WorkUnit unit(erp.connection());
     erp.execute(sql("Delete From Einstellungen Where \"Key\" = 'AppSettings'"_sql));
-    fillDemoData(erp.connection());
-    stageDemoJobs(erp.connection(), makeDate(2026, 11, 24));
+    erp::fillDemoData(erp.connection());
+    erp::stageDemoJobs(erp.connection(), makeDate(2026, 11, 24));
     unit.commit();
   }
   void show() {

@@ -73,7 +73,7 @@ TEST_F(OrderDialogTest, WhatTheCheckFindsBeyondTheFieldsIsListedAndCounts) {
   erp.setOption("KreditlimitAuftrag", "1");
   erp.setOption("ZAVSRG", "VK");
   erp.setOption("VAKunde", "VA");
-  TableFiller(connection(), "OffenePosten")
+  erp::TableFiller(connection(), "OffenePosten")
       .add({{"Kundennummer", "20001"},
             {"Belegnummer", "1"},
             {"Betrag", *Money::parse("500")},
@@ -112,7 +112,7 @@ TEST_F(OrderDialogTest, ATextOfTheSenderCountsAsTheCheckCountsIt) {
 }
 
 TEST_F(OrderDialogTest, WarnsOfStockAndCostAssignmentOnlyWhereTheOptionsSaySo) {
-  TableFiller(connection(), "Artikellager")
+  erp::TableFiller(connection(), "Artikellager")
       .add({{"Artikelnummer", "A100"}, {"Lagernummer", "1"}, {"Lagerbestand", 2.0}, {"MitBestand", true}});
   stageOrder("O1");
   stagePriced("O1", 1, "A100", 3, 10);
@@ -121,7 +121,7 @@ TEST_F(OrderDialogTest, WarnsOfStockAndCostAssignmentOnlyWhereTheOptionsSaySo) {
   EXPECT_THAT(findings(*opened("O1")), IsEmpty());
   erp.setOption("WarnungLagerbestand", "1");
   erp.setOption("KostenzuordnungAuftrag", "1");
-  TableFiller(connection(), "Kostenzuordnung").add({{"KostID", 7}, {"Kostenstelle", "K1"}});
+  erp::TableFiller(connection(), "Kostenzuordnung").add({{"KostID", 7}, {"Kostenstelle", "K1"}});
   const auto dialog = opened("O1");
   EXPECT_THAT(findings(*dialog),
               UnorderedElementsAre("LB 1|20|Achtung: Lagerbestand für Artikel 'A100' reicht nicht aus!",
