@@ -11,7 +11,6 @@
 #include <map>
 #include <sys/resource.h>
 #include <sys/wait.h>
-#include <thread>
 #include <unistd.h>
 
 using namespace qx;
@@ -311,6 +310,19 @@ TEST_F(JobFileImportTest, ABusyDatabaseEndsTheImportWithWhatIsDurable) {
 }
 
 TEST_F(JobFileImportTest, AKillAtAnyMomentAndARerunLeaveEachRowOnce) {
+  /// Ends groups of records, and its own process at one of them.
+  class DyingObserver final : public JobFileObserver {
+  public:
+    DyingObserver(FixedClock& clock, int last) : clock_(clock), left_(last) {}
+    void progress(std::uintmax_t /*done*/, std::uintmax_t /*total*/) override {
+      clock_.passed += std::chrono::milliseconds(250);
+      if (--left_ == 0) raise(SIGKILL);
+    }
+
+  private:
+    FixedClock& clock_;
+    int left_;
+  };
   constexpr int orders = 3000;
   std::string content(banner2);
   content += "\r\n";
@@ -318,23 +330,24 @@ TEST_F(JobFileImportTest, AKillAtAnyMomentAndARerunLeaveEachRowOnce) {
   for (int i = 0; i < orders; ++i)
     content += position("A" + std::to_string(i), "P" + std::to_string(i)) + "\r\n";
   erp.folder.write("in.edi", content);
-  bool cutShort = false;
-  for (int milliseconds = 20; milliseconds < 20'000 && !cutShort; milliseconds += milliseconds / 2) {
+  std::int64_t before = -1;
+  for (const int last : {1, 3, 6}) {
     const pid_t child = fork();
     ASSERT_GE(child, 0);
     if (child == 0) {
       erp.connect(SqliteDatabase().open(erp.path));
-      observer.clock = &erp.clock;
-      importJobFile(erp.environment, file("in.edi"), JobFileVersion::Two, &observer);
+      DyingObserver dying(erp.clock, last);
+      importJobFile(erp.environment, file("in.edi"), JobFileVersion::Two, &dying);
       _exit(0);
     }
-    std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
-    kill(child, SIGKILL);
-    waitpid(child, nullptr, 0);
+    int status = 0;
+    waitpid(child, &status, 0);
+    EXPECT_TRUE(WIFSIGNALED(status)) << "the import ended before group " << last;
     const std::int64_t staged = erp.count(sql("Select Count(*) From ImportKopf"_sql));
-    cutShort = cutShort || (staged > 0 && staged < orders);
+    EXPECT_GT(staged, before);
+    EXPECT_LT(staged, orders);
+    before = staged;
   }
-  EXPECT_TRUE(cutShort) << "no kill came in the middle";
   const JobFileReport report = importJobFile(erp.environment, file("in.edi"), JobFileVersion::Two);
   EXPECT_EQ(report.end, JobFileEnd::Complete) << report.failure;
   EXPECT_EQ(report.counts.withoutHeader, 0);
