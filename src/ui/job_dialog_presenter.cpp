@@ -1,19 +1,16 @@
 #include "ui/job_dialog_presenter.h"
 
-#include "model/date.h"
 #include "platform/german_cause.h"
 #include "platform/show_message.h"
-#include "platform/whole_number.h"
 #include "rules/active_connection.h"
 #include "rules/german_text.h"
 #include "settings/settings.h"
 #include "ui/address_dialog_presenter.h"
+#include "ui/edit_codec.h"
 #include "ui/lookup_bridge.h"
 
 #include <algorithm>
-#include <cmath>
 #include <exception>
-#include <limits>
 #include <utility>
 
 namespace qx {
@@ -34,24 +31,6 @@ constexpr std::string_view changedNotice =
     "Von anderer Seite geändert: Diese Angaben sind überholt und können nicht mehr gespeichert werden.";
 constexpr std::string_view moreFindings =
     "Es sind Befunde hinzugekommen. Noch einmal Speichern übernimmt den Vorgang so.";
-
-/// How a column's value stands in its control.
-std::string shown(ControlKind kind, const Value& stored) {
-  switch (kind) {
-  case ControlKind::Number:
-    if (const auto number = stored.number()) return germanNumber(*number);
-    return stored.text();
-  case ControlKind::Check:
-    return stored.truth().value_or(false) ? "1" : "0";
-  case ControlKind::Text:
-  case ControlKind::Note:
-  case ControlKind::Date:
-  case ControlKind::Combo:
-  case ControlKind::List:
-    break;
-  }
-  return stored.text();
-}
 
 } // namespace
 
@@ -77,7 +56,7 @@ bool JobDialogPresenter::load(std::string_view jobId) {
     return false;
   }
   for (const ControlSpec* spec : specs())
-    if (!spec->column.empty()) at(spec->name).text = shown(spec->kind, loaded(ColumnName(spec->column)));
+    if (!spec->column.empty()) at(spec->name).text = editedText(spec->kind, loaded(ColumnName(spec->column)));
   trying("Prüfen des Vorgangs", [this] { fill(); });
   settle();
   setReadOnly(isDone(jobType()));
@@ -116,11 +95,8 @@ void JobDialogPresenter::leave(std::size_t place) {
 /// Numbers and dates take their usual form.
 void JobDialogPresenter::normalise(std::size_t place) {
   const std::string typed(trimBlanks(control(place).text));
-  if (specs()[place]->kind == ControlKind::Number) {
-    if (const auto number = parseEnteredNumber(typed)) type(place, germanNumber(*number));
-  } else if (specs()[place]->kind == ControlKind::Date) {
-    if (const auto date = parseGermanDate(typed)) type(place, germanDate(*date));
-  }
+  const std::string usual = respelt(specs()[place]->kind, typed);
+  if (usual != typed) type(place, usual);
 }
 
 bool JobDialogPresenter::lookUp(std::size_t place) {
@@ -139,11 +115,7 @@ bool JobDialogPresenter::save() {
     const ControlSpec& spec = *specs()[*bad];
     std::string caption(spec.caption);
     std::erase(caption, '&');
-    const std::string_view reason = spec.kind == ControlKind::Date           ? "kein Datum (tt.mm.jjjj)."
-                                    : parseEnteredNumber(control(*bad).text) ? "zu groß."
-                                                                             : "keine Zahl.";
-    notice_ = caption + ": '" + control(*bad).text + "' ist " + std::string(reason) +
-              " Bitte berichtigen Sie das Feld.";
+    notice_ = caption + ": " + refusalOf(spec.kind, control(*bad).text) + " Bitte berichtigen Sie das Feld.";
     showMessage(environment(), {notice_, std::string(defaultTitle), MessageIcon::Exclamation});
     return false;
   }
@@ -225,7 +197,7 @@ Value JobDialogPresenter::current(ColumnName column) const {
   for (std::size_t place = 0; place < specs().size(); ++place) {
     const ControlSpec& spec = *specs()[place];
     if (!spec.column.empty() && ColumnName(spec.column) == column &&
-        control(place).text != shown(spec.kind, before))
+        control(place).text != editedText(spec.kind, before))
       return columnValue(spec, control(place));
   }
   return before;
@@ -297,11 +269,7 @@ std::optional<std::size_t> JobDialogPresenter::unreadable() const {
   for (std::size_t place = 0; place < specs().size(); ++place) {
     const std::string& typed = control(place).text;
     if (typed.empty() || typed == storedText(place)) continue;
-    const ControlKind kind = specs()[place]->kind;
-    if (kind == ControlKind::Number &&
-        !(std::abs(parseEnteredNumber(typed).value_or(std::numeric_limits<double>::max())) <= largestNumber))
-      return place;
-    if (kind == ControlKind::Date && !parseGermanDate(typed)) return place;
+    if (!refusalOf(specs()[place]->kind, typed).empty()) return place;
   }
   return std::nullopt;
 }

@@ -80,24 +80,6 @@ constexpr std::array positionGroups{ControlGroup{"Ware", goodsControls},
                                     ControlGroup{"Preis und Kosten", priceControls},
                                     ControlGroup{"Lieferung", deliveryControls}};
 
-GridColumnKind columnKind(ControlKind kind) {
-  switch (kind) {
-  case ControlKind::Number:
-    return GridColumnKind::Number;
-  case ControlKind::Date:
-    return GridColumnKind::Date;
-  case ControlKind::Check:
-    return GridColumnKind::Check;
-  case ControlKind::Note:
-    return GridColumnKind::LongText;
-  case ControlKind::Text:
-  case ControlKind::Combo:
-  case ControlKind::List:
-    break;
-  }
-  return GridColumnKind::Text;
-}
-
 } // namespace
 
 PositionDetails::PositionDetails(PositionGrid& grid, std::size_t row, bool readOnly)
@@ -116,8 +98,7 @@ std::span<const ControlGroup> PositionDetails::groups() const { return positionG
 void PositionDetails::show() {
   for (std::size_t place = 0; place < specs().size(); ++place) {
     const ControlSpec& spec = *specs()[place];
-    if (!refused_.contains(place))
-      at(spec.name).text = grid_.value(row_, ColumnName(spec.column), columnKind(spec.kind));
+    if (!refused_.contains(place)) at(spec.name).text = grid_.value(row_, ColumnName(spec.column), spec.kind);
   }
   select("tdbMengeneinheit");
   at("txtArtikelnummer").description = grid_.articleText(row_);
@@ -137,8 +118,7 @@ void PositionDetails::show() {
 
 void PositionDetails::leave(std::size_t place) {
   const ControlSpec& spec = *specs()[place];
-  std::string reason =
-      grid_.setValue(row_, ColumnName(spec.column), columnKind(spec.kind), control(place).text);
+  std::string reason = grid_.setValue(row_, ColumnName(spec.column), spec.kind, control(place).text);
   if (reason.empty()) {
     dropRefused(place);
     return;
