@@ -194,14 +194,13 @@ void AddressDialogPresenter::readStored(Block which) {
   mark(spec.customer(), CheckStatus::Clean);
   mark(spec.number(), CheckStatus::Clean);
   try {
-    Adresse found;
-    if (context_.engine.GetAdressDaten(customer, edited.number, found.Bez1, found.Bez2, found.Bez3,
-                                       found.Strasse, found.Land, found.PLZ, found.Ort))
-      stored_[index(which)] = std::move(found);
-    else if (!isOwn(which) && !edited.number.empty() && context_.engine.KundeAngelegt(customer))
+    const CustomerAddresses addresses(context_.environment);
+    stored_[index(which)] = addresses.GetAdressDaten(customer, edited.number);
+    const bool unknown = !stored_[index(which)] && !isOwn(which);
+    if (unknown && !edited.number.empty() && addresses.KundeAngelegt(customer))
       mark(spec.number(), CheckStatus::Error,
            "Die Adresse " + edited.number + " des Kunden " + customer + " ist nicht angelegt.");
-    else if (!isOwn(which))
+    else if (unknown)
       mark(spec.customer(), CheckStatus::Error, "Der Kunde " + customer + " ist nicht angelegt.");
   } catch (const std::exception& error) {
     context_.environment.diagnostics.report({"stored address of a job", error.what(), customer});

@@ -4,6 +4,7 @@
 #include "engine/contract_texts.h"
 #include "model/date.h"
 #include "rules/active_connection.h"
+#include "rules/combo_lists.h"
 #include "rules/german_text.h"
 #include "ui/shared_controls.h"
 
@@ -162,9 +163,9 @@ void ContractDialogPresenter::checkQuantity() {
 
 void ContractDialogPresenter::checkObject() {
   const std::string number = text("txtVertragsgegenstand");
-  at("txtVertragsgegenstand").description = engine().GetVertragsgegenstand(number);
+  at("txtVertragsgegenstand").description = masterData().GetVertragsgegenstand(number);
   report("VGG", "txtVertragsgegenstand",
-         errorUnless(!objectMatters() || engine().VertragsgegenstandAngelegt(number)),
+         errorUnless(!objectMatters() || masterData().VertragsgegenstandAngelegt(number)),
          "Vertragsgegenstand: " + number + " wurde nicht angelegt.");
 }
 
@@ -180,7 +181,7 @@ void ContractDialogPresenter::checkDate(std::string_view control, std::string_vi
 void ContractDialogPresenter::fillKinds() {
   ComboContent& kinds = contentOf("tdbVertragsart");
   ComboFiller filler(kinds);
-  const bool known = engine().FillComboVertragsart(filler, text("tdbVertragsart"));
+  const bool known = ComboLists(environment()).FillComboVertragsart(filler, text("tdbVertragsart"));
   // Here the code stands in the first column and the text in the second, which is hidden.
   kinds.codeColumn = 0;
   checkKind(known);

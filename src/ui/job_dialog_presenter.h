@@ -2,6 +2,7 @@
 #pragma once
 
 #include "engine/job_editing.h"
+#include "rules/master_data.h"
 #include "ui/dialog_context.h"
 #include "ui/finding_list.h"
 #include "ui/form.h"
@@ -165,6 +166,7 @@ protected:
   bool awaitDatabase() const { return qx::awaitDatabase(environment(), makeWait(context_.wait).get()); }
   Environment& environment() const { return context_.environment; }
   ImportJobObject2& engine() const { return context_.engine; }
+  MasterData masterData() const { return MasterData(environment()); }
   const DialogContext& context() const { return context_; }
   FindingList findings_;
 
