@@ -128,8 +128,17 @@ void OrderDialogPresenter::checkRules() {
   reportRules(findings_, noteLines, check.note(text("txtHinweis")));
   reportRules(findings_, individualLines,
               check.individualFields([this](ColumnName column) { return current(column).text(); }));
-  checking("Prüfen des Kreditlimits",
-           [&] { reportRules(findings_, creditLines, check.credit(text("txtKundennummer"))); });
+  findings_.clear("KL");
+  checking("Prüfen des Kreditlimits", [&] {
+    Findings credit;
+    try {
+      credit = check.credit(text("txtKundennummer"));
+    } catch (const AmbiguousLimit& error) {
+      environment().diagnostics.report({"credit limit", error.what(), jobId()});
+      findings_.report({"KL", "", CheckStatus::Error, error.what(), "txtKundennummer", ""});
+    }
+    reportRules(findings_, creditLines, credit);
+  });
 }
 
 void OrderDialogPresenter::reportUnknownCustomer(const std::string& number) {
