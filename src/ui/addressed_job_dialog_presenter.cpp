@@ -195,7 +195,7 @@ std::string AddressedJobDialogPresenter::lookupContext(std::string_view control)
 void AddressedJobDialogPresenter::takeLookup(std::string_view control,
                                              const std::vector<std::string>& chosen) {
   const auto put = [&](std::string_view name, std::string_view value) {
-    if (const auto place = find(name)) type(*place, value);
+    if (const auto index = find(name)) type(*index, value);
   };
   bool addressKey = false;
   for (std::size_t i = 0; i < blocks().size(); ++i) {

@@ -213,9 +213,9 @@ void ContractDialogPresenter::checkInterval(bool known) {
 }
 
 void ContractDialogPresenter::takeLookup(std::string_view control, const std::vector<std::string>& chosen) {
-  const auto place = find(control);
-  if (!place) return;
-  type(*place, chosen.front());
+  const auto index = find(control);
+  if (!index) return;
+  type(*index, chosen.front());
   check(control);
 }
 

@@ -82,25 +82,25 @@ bool JobDialogPresenter::canRelease() const {
 bool JobDialogPresenter::released() const { return text(releaseControl) == "1"; }
 
 void JobDialogPresenter::release(bool on) {
-  if (const auto place = find(releaseControl)) type(*place, on ? "1" : "0");
+  if (const auto index = find(releaseControl)) type(*index, on ? "1" : "0");
 }
 
-void JobDialogPresenter::leave(std::size_t place) {
+void JobDialogPresenter::leave(std::size_t index) {
   if (readOnly()) return;
   if (loss_ == JobLoss::None) notice_.clear();
-  normalise(place);
-  trying(specs()[place]->name, [&] { check(specs()[place]->name); });
+  normalise(index);
+  trying(specs()[index]->name, [&] { check(specs()[index]->name); });
 }
 
 /// Numbers and dates take their usual form.
-void JobDialogPresenter::normalise(std::size_t place) {
-  const std::string typed(trimBlanks(control(place).text));
-  const std::string usual = respelt(specs()[place]->kind, typed);
-  if (usual != typed) type(place, usual);
+void JobDialogPresenter::normalise(std::size_t index) {
+  const std::string typed(trimBlanks(control(index).text));
+  const std::string usual = respelt(specs()[index]->kind, typed);
+  if (usual != typed) type(index, usual);
 }
 
-bool JobDialogPresenter::lookUp(std::size_t place) {
-  const ControlSpec& spec = *specs()[place];
+bool JobDialogPresenter::lookUp(std::size_t index) {
+  const ControlSpec& spec = *specs()[index];
   if (readOnly() || spec.lookup.empty()) return false;
   const std::string about = kind_.addresses == nullptr ? "" : kind_.addresses->lookupContext(spec.name);
   const std::vector<std::string> chosen = context_.lookups.open(spec.lookup, about);
@@ -194,11 +194,11 @@ bool JobDialogPresenter::nothingNewSince(const std::vector<Finding>& seen) {
 
 Value JobDialogPresenter::current(ColumnName column) const {
   Value before = loaded(column);
-  for (std::size_t place = 0; place < specs().size(); ++place) {
-    const ControlSpec& spec = *specs()[place];
+  for (std::size_t index = 0; index < specs().size(); ++index) {
+    const ControlSpec& spec = *specs()[index];
     if (!spec.column.empty() && ColumnName(spec.column) == column &&
-        control(place).text != editedText(spec.kind, before))
-      return columnValue(spec, control(place));
+        control(index).text != editedText(spec.kind, before))
+      return columnValue(spec, control(index));
   }
   return before;
 }
@@ -245,10 +245,10 @@ std::optional<CheckStatus> JobDialogPresenter::verdict() const {
 
 std::vector<ColumnChange> JobDialogPresenter::changes() const {
   std::vector<ColumnChange> changes;
-  for (std::size_t place = 0; place < specs().size(); ++place) {
-    const ControlSpec& spec = *specs()[place];
-    if (!spec.column.empty() && control(place).text != storedText(place))
-      changes.push_back({ColumnName(spec.column), columnValue(spec, control(place))});
+  for (std::size_t index = 0; index < specs().size(); ++index) {
+    const ControlSpec& spec = *specs()[index];
+    if (!spec.column.empty() && control(index).text != storedText(index))
+      changes.push_back({ColumnName(spec.column), columnValue(spec, control(index))});
   }
   return changes;
 }
@@ -266,10 +266,10 @@ Value JobDialogPresenter::columnValue(const ControlSpec& spec, const ControlStat
 }
 
 std::optional<std::size_t> JobDialogPresenter::unreadable() const {
-  for (std::size_t place = 0; place < specs().size(); ++place) {
-    const std::string& typed = control(place).text;
-    if (typed.empty() || typed == storedText(place)) continue;
-    if (!refusalOf(specs()[place]->kind, typed).empty()) return place;
+  for (std::size_t index = 0; index < specs().size(); ++index) {
+    const std::string& typed = control(index).text;
+    if (typed.empty() || typed == storedText(index)) continue;
+    if (!refusalOf(specs()[index]->kind, typed).empty()) return index;
   }
   return std::nullopt;
 }

@@ -95,8 +95,8 @@ public:
   /// The installation's own mode, with fields and columns of its own.
   bool customerSpecific() const { return customerSpecific_; }
 
-  void leave(std::size_t place) override;
-  bool lookUp(std::size_t place) override;
+  void leave(std::size_t index) override;
+  bool lookUp(std::size_t index) override;
 
   /// Runs the checks that are left. False when there are findings now that are not among those that the clerk
   /// has seen; `notice` says so.
@@ -173,7 +173,7 @@ protected:
 private:
   bool stillLocked();
   void tellLoss(const JobChangedError& error);
-  void normalise(std::size_t place);
+  void normalise(std::size_t index);
 
   DialogContext context_;
   JobDialogKind kind_;

@@ -60,7 +60,7 @@ public:
   virtual std::string failure() const = 0;
 };
 
-/// Rows of cells, counted from 0. Columns are known by their place in `columns`.
+/// Rows of cells, counted from 0. Columns are known by their index in `columns`.
 class JobGrid {
 public:
   virtual ~JobGrid() = default;

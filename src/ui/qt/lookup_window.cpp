@@ -122,14 +122,14 @@ LookupWindow::LookupWindow(const LookupRequest& request, LookupPages& pages, Loc
   search_->setObjectName(QStringLiteral("lookupSearch"));
   search_->setAccessibleName(tr("Suchen"));
   search_->setClearButtonEnabled(true);
-  QString places;
+  QString captions;
   for (const std::string_view name : pages.source().searched) {
     const auto column = std::ranges::find(pages.source().columns, name, &LookupColumn::name);
     if (column == pages.source().columns.end()) continue;
-    if (!places.isEmpty()) places += QStringLiteral(", ");
-    places += toQt(column->caption);
+    if (!captions.isEmpty()) captions += QStringLiteral(", ");
+    captions += toQt(column->caption);
   }
-  search_->setPlaceholderText(tr("Anfang von %1").arg(places));
+  search_->setPlaceholderText(tr("Anfang von %1").arg(captions));
   search_->installEventFilter(this);
   auto* label = new QLabel(tr("&Suchen:"), this);
   label->setObjectName(QStringLiteral("lookupSearchLabel"));
@@ -279,7 +279,7 @@ void LookupWindow::saveSize() {
 std::vector<std::string> QtAuskunft::show(Session& session, const LookupRequest& request) {
   const LookupSource* source = findLookupSource(request.recordSource);
   if (source == nullptr) throw std::runtime_error("Es gibt keine Auskunft " + request.recordSource + ".");
-  const std::vector<std::size_t> places = resultColumns(*source, request.resultFields);
+  const std::vector<std::size_t> columns = resultColumns(*source, request.resultFields);
   const std::shared_ptr<Connection> connection = session.connection();
   if (!connection) throw std::runtime_error("Die Auskunft hat keine Verbindung zur Datenbank.");
 
@@ -287,8 +287,8 @@ std::vector<std::string> QtAuskunft::show(Session& session, const LookupRequest&
   LookupWindow window(request, pages, settings_, diagnostics_, QApplication::activeWindow());
   if (window.exec() != QDialog::Accepted) return {};
   std::vector<std::string> values;
-  values.reserve(places.size());
-  for (const std::size_t place : places) values.push_back((*window.current())[place]);
+  values.reserve(columns.size());
+  for (const std::size_t column : columns) values.push_back((*window.current())[column]);
   return values;
 }
 
