@@ -4,7 +4,6 @@
 #include "model/text.h"
 #include "settings/settings.h"
 
-#include <stdexcept>
 #include <string>
 
 namespace qx {
@@ -13,9 +12,9 @@ namespace {
 /// Nobody is refused or let through for a thousand that may have been meant as one.
 void refuseAmbiguous(std::string_view text) {
   if (const auto readings = readingsOf(text))
-    throw std::runtime_error("Das Kreditlimit '" + std::string(text) +
-                             "' ist nicht eindeutig: " + germanNumber(readings->thousands) + " oder " +
-                             germanNumber(readings->decimals) + ".");
+    throw AmbiguousLimit("Das Kreditlimit '" + std::string(text) +
+                         "' ist nicht eindeutig: " + germanNumber(readings->thousands) + " oder " +
+                         germanNumber(readings->decimals) + ".");
 }
 
 /// Without what lies beyond the decimals of an amount; as it is when it is larger than every amount.

@@ -4,19 +4,26 @@
 #include "platform/environment.h"
 
 #include <cstdint>
+#include <stdexcept>
 #include <string_view>
 
 namespace qx {
 
 enum class CreditResult : std::int16_t { WithinLimits = 0, Limit1Reached = 1, Limit2Reached = 2 };
 
+/// A limit whose text can mean two amounts. It has to be corrected; trying again does not help.
+class AmbiguousLimit : public std::runtime_error {
+public:
+  using std::runtime_error::runtime_error;
+};
+
 /// Compares the balance of a customer's open items with the two limits. The order at hand is not added.
 class CreditLimit {
 public:
   explicit CreditLimit(Environment& environment) : environment_(environment) {}
 
-  /// Reaching a limit counts; a limit of 0 is none. An unknown customer is within the limits. What the
-  /// accounting component raises reaches the caller.
+  /// Reaching a limit counts; a limit of 0 is none. An unknown customer is within the limits. Raises
+  /// `AmbiguousLimit`; what the accounting component raises reaches the caller.
   CreditResult query(std::string_view customer) const;
 
 private:

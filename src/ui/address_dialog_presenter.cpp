@@ -97,8 +97,8 @@ AddressDialogPresenter::AddressDialogPresenter(DialogContext context, std::strin
   build(false);
   const std::array given{&delivery, &invoice};
   for (const Block block : allBlocks) {
-    const BlockSpec& spec = specsOfBlocks()[index(block)];
-    const AddressBlock& content = *given[index(block)];
+    const BlockSpec& spec = specsOfBlocks()[slot(block)];
+    const AddressBlock& content = *given[slot(block)];
     at(spec.customer()).text = content.customer;
     at(spec.number()).text = content.number;
     for (std::size_t i = 0; i < addressLines.size(); ++i)
@@ -111,10 +111,10 @@ AddressDialogPresenter::AddressDialogPresenter(DialogContext context, std::strin
 
 std::span<const ControlGroup> AddressDialogPresenter::groups() const { return addressGroups; }
 
-void AddressDialogPresenter::leave(std::size_t place) {
-  const std::string_view control = specs()[place]->name;
+void AddressDialogPresenter::leave(std::size_t index) {
+  const std::string_view control = specs()[index]->name;
   for (const Block block : allBlocks) {
-    const BlockSpec& spec = specsOfBlocks()[index(block)];
+    const BlockSpec& spec = specsOfBlocks()[slot(block)];
     if (!spec.owns(control)) continue;
     if (control == spec.customer() || control == spec.number())
       readStored(block);
@@ -123,11 +123,11 @@ void AddressDialogPresenter::leave(std::size_t place) {
   }
 }
 
-bool AddressDialogPresenter::lookUp(std::size_t place) {
-  const ControlSpec& control = *specs()[place];
+bool AddressDialogPresenter::lookUp(std::size_t index) {
+  const ControlSpec& control = *specs()[index];
   if (readOnly() || control.lookup.empty()) return false;
   for (const Block block : allBlocks) {
-    const BlockSpec& spec = specsOfBlocks()[index(block)];
+    const BlockSpec& spec = specsOfBlocks()[slot(block)];
     if (!spec.owns(control.name)) continue;
     const bool address = control.name == spec.number();
     const std::vector<std::string> chosen =
@@ -135,7 +135,7 @@ bool AddressDialogPresenter::lookUp(std::size_t place) {
     if (chosen.size() < (address ? 2U : 1U)) return false;
     if (address && chosen[0].empty()) return takeGeneral(block, chosen[1]);
     type(*find(spec.customer()), chosen[0]);
-    if (address) type(place, chosen[1]);
+    if (address) type(index, chosen[1]);
     readStored(block);
     return true;
   }
@@ -144,7 +144,7 @@ bool AddressDialogPresenter::lookUp(std::size_t place) {
 
 /// An address of no customer has no key that a check would know: the job takes its lines.
 bool AddressDialogPresenter::takeGeneral(Block block, std::string_view number) {
-  const BlockSpec& spec = specsOfBlocks()[index(block)];
+  const BlockSpec& spec = specsOfBlocks()[slot(block)];
   std::optional<Adresse> lines;
   try {
     lines = CustomerAddresses(context_.environment).generalAddress(number);
@@ -162,7 +162,7 @@ bool AddressDialogPresenter::takeGeneral(Block block, std::string_view number) {
 
 bool AddressDialogPresenter::takeStored(Block block) {
   if (readOnly() || !hasStored(block)) return false;
-  setLines(block, *stored_[index(block)]);
+  setLines(block, *stored_[slot(block)]);
   return true;
 }
 
@@ -171,7 +171,7 @@ void AddressDialogPresenter::clear(Block block) {
 }
 
 void AddressDialogPresenter::setLines(Block block, const Adresse& lines) {
-  const BlockSpec& spec = specsOfBlocks()[index(block)];
+  const BlockSpec& spec = specsOfBlocks()[slot(block)];
   for (std::size_t i = 0; i < addressLines.size(); ++i) type(*find(spec.line(i)), lines.*addressLines[i]);
   compare(block);
 }
@@ -186,22 +186,21 @@ bool AddressDialogPresenter::isOwn(Block which) const {
 }
 
 void AddressDialogPresenter::readStored(Block which) {
-  const BlockSpec& spec = specsOfBlocks()[index(which)];
+  const BlockSpec& spec = specsOfBlocks()[slot(which)];
   const AddressBlock edited = block(which);
   const std::string customer = owner(which);
-  stored_[index(which)].reset();
+  stored_[slot(which)].reset();
   notice_.clear();
   mark(spec.customer(), CheckStatus::Clean);
   mark(spec.number(), CheckStatus::Clean);
   try {
-    Adresse found;
-    if (context_.engine.GetAdressDaten(customer, edited.number, found.Bez1, found.Bez2, found.Bez3,
-                                       found.Strasse, found.Land, found.PLZ, found.Ort))
-      stored_[index(which)] = std::move(found);
-    else if (!isOwn(which) && !edited.number.empty() && context_.engine.KundeAngelegt(customer))
+    const CustomerAddresses addresses(context_.environment);
+    stored_[slot(which)] = addresses.GetAdressDaten(customer, edited.number);
+    const bool unknown = !stored_[slot(which)] && !isOwn(which);
+    if (unknown && !edited.number.empty() && addresses.KundeAngelegt(customer))
       mark(spec.number(), CheckStatus::Error,
            "Die Adresse " + edited.number + " des Kunden " + customer + " ist nicht angelegt.");
-    else if (!isOwn(which))
+    else if (unknown)
       mark(spec.customer(), CheckStatus::Error, "Der Kunde " + customer + " ist nicht angelegt.");
   } catch (const std::exception& error) {
     context_.environment.diagnostics.report({"stored address of a job", error.what(), customer});
@@ -211,8 +210,8 @@ void AddressDialogPresenter::readStored(Block which) {
 }
 
 void AddressDialogPresenter::compare(Block which) {
-  const BlockSpec& spec = specsOfBlocks()[index(which)];
-  const std::optional<Adresse>& stored = stored_[index(which)];
+  const BlockSpec& spec = specsOfBlocks()[slot(which)];
+  const std::optional<Adresse>& stored = stored_[slot(which)];
   const Adresse lines = block(which).lines;
   const bool compared = stored && lines != Adresse();
   for (std::size_t i = 0; i < addressLines.size(); ++i) {
@@ -225,7 +224,7 @@ void AddressDialogPresenter::compare(Block which) {
 
 std::string AddressDialogPresenter::standing(Block which) const {
   const AddressBlock edited = block(which);
-  const std::optional<Adresse>& stored = stored_[index(which)];
+  const std::optional<Adresse>& stored = stored_[slot(which)];
   const bool empty = edited.lines == Adresse();
   if (stored) {
     if (empty) return "Es gilt die Stammadresse: " + described(*stored);
@@ -240,7 +239,7 @@ std::string AddressDialogPresenter::standing(Block which) const {
 }
 
 AddressBlock AddressDialogPresenter::block(Block which) const {
-  const BlockSpec& spec = specsOfBlocks()[index(which)];
+  const BlockSpec& spec = specsOfBlocks()[slot(which)];
   AddressBlock block;
   block.customer = trimBlanks(text(spec.customer()));
   block.number = trimBlanks(text(spec.number()));

@@ -33,8 +33,8 @@ public:
                          AddressBlock invoice, bool readOnly);
 
   std::span<const ControlGroup> groups() const override;
-  void leave(std::size_t place) override;
-  bool lookUp(std::size_t place) override;
+  void leave(std::size_t index) override;
+  bool lookUp(std::size_t index) override;
 
   /// The group of the same number is about it.
   enum class Block : std::uint8_t { Delivery, Invoice };
@@ -43,7 +43,7 @@ public:
   bool takeStored(Block block);
   /// Empties the lines, so that the stored address of the key holds.
   void clear(Block block);
-  bool hasStored(Block block) const { return stored_[index(block)].has_value(); }
+  bool hasStored(Block block) const { return stored_[slot(block)].has_value(); }
   /// How the block stands, on one line: equal, different, stored nowhere, or empty.
   std::string standing(Block which) const;
   AddressBlock block(Block which) const;
@@ -52,7 +52,7 @@ public:
 private:
   struct BlockSpec;
   static const std::array<BlockSpec, 2>& specsOfBlocks();
-  static std::size_t index(Block block) { return static_cast<std::size_t>(block); }
+  static std::size_t slot(Block block) { return static_cast<std::size_t>(block); }
 
   bool takeGeneral(Block block, std::string_view number);
   void setLines(Block block, const Adresse& lines);

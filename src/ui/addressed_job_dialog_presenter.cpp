@@ -1,6 +1,7 @@
 #include "ui/addressed_job_dialog_presenter.h"
 
 #include "model/text.h"
+#include "rules/combo_lists.h"
 #include "ui/address_lines.h"
 
 #include <utility>
@@ -14,19 +15,19 @@ struct CodeControl {
   std::string_view control;
   std::string_view finding;
   std::string_view before;
-  bool (ImportJobObject2::*list)(ComboTarget&, std::string_view) const;
+  bool (ComboLists::*list)(ComboTarget&, std::string_view) const;
   bool counts = true;
 };
 
 constexpr std::array codeControls{
-    CodeControl{"tdbVertreter1", "VT", "Vertreter: ", &ImportJobObject2::FillComboVertreter},
-    CodeControl{"tdbVersandart", "VSA", "Versandart: ", &ImportJobObject2::FillComboVersandart},
-    CodeControl{"tdbZahlungsart", "ZA", "Zahlungsart: ", &ImportJobObject2::FillComboZahlungsart},
-    CodeControl{"tdbZahlungsbed", "ZB", "Zahlungsbedingung: ", &ImportJobObject2::FillComboZahlungsbed},
-    CodeControl{"tdbKundengruppe", "KG", "Kundengruppe: ", &ImportJobObject2::FillComboKundengruppe},
-    CodeControl{"tdbPreisliste", "PL", "Preisliste: ", &ImportJobObject2::FillComboPreisliste, false},
-    CodeControl{"tdbWährung", "WÄ", "Währung: ", &ImportJobObject2::FillComboWährung, false},
-    CodeControl{"tdbWährungEG", "WÄE", "Währung: ", &ImportJobObject2::FillComboWährung, false},
+    CodeControl{"tdbVertreter1", "VT", "Vertreter: ", &ComboLists::FillComboVertreter},
+    CodeControl{"tdbVersandart", "VSA", "Versandart: ", &ComboLists::FillComboVersandart},
+    CodeControl{"tdbZahlungsart", "ZA", "Zahlungsart: ", &ComboLists::FillComboZahlungsart},
+    CodeControl{"tdbZahlungsbed", "ZB", "Zahlungsbedingung: ", &ComboLists::FillComboZahlungsbed},
+    CodeControl{"tdbKundengruppe", "KG", "Kundengruppe: ", &ComboLists::FillComboKundengruppe},
+    CodeControl{"tdbPreisliste", "PL", "Preisliste: ", &ComboLists::FillComboPreisliste, false},
+    CodeControl{"tdbWährung", "WÄ", "Währung: ", &ComboLists::FillComboWährung, false},
+    CodeControl{"tdbWährungEG", "WÄE", "Währung: ", &ComboLists::FillComboWährung, false},
 };
 
 } // namespace
@@ -96,7 +97,7 @@ void AddressedJobDialogPresenter::fillCodes() {
     if (!has(code.control)) continue;
     checking(code.control, [&] {
       ComboFiller filler(contentOf(code.control));
-      (engine().*code.list)(filler, text(code.control));
+      (ComboLists(environment()).*code.list)(filler, text(code.control));
       checkCode(code.control);
     });
   }
@@ -115,7 +116,7 @@ void AddressedJobDialogPresenter::checkCode(std::string_view control) {
 /// The name of the bank belongs to its code. A job without a name takes that of the code.
 void AddressedJobDialogPresenter::checkBank() {
   const std::string code = text("txtBlz");
-  const std::string name = code.empty() ? std::string() : engine().GetBankverbindung(code);
+  const std::string name = code.empty() ? std::string() : masterData().GetBankverbindung(code);
   const bool unknown = !code.empty() && name.empty();
   const std::string given = text("txtKreditinstitut");
   const bool differs = !name.empty() && !given.empty() && name != given;
@@ -129,12 +130,9 @@ void AddressedJobDialogPresenter::checkCustomer() {
   const std::string number = text("txtKundennummer");
   clearComparison();
   checking("Prüfen des Kunden", [&] {
-    if (engine().KundeAngelegt(number)) {
+    if (storedAddresses().KundeAngelegt(number)) {
       report("KN", "txtKundennummer", CheckStatus::Clean);
-      Adresse stored;
-      engine().GetAdressDaten(number, "", stored.Bez1, stored.Bez2, stored.Bez3, stored.Strasse, stored.Land,
-                              stored.PLZ, stored.Ort);
-      compareCustomer(stored);
+      compareCustomer(storedAddresses().GetAdressDaten(number).value_or(Adresse()));
     } else {
       reportUnknownCustomer(number);
     }
@@ -156,22 +154,21 @@ void AddressedJobDialogPresenter::checkBlock(const BlockSpec& spec, const Adress
   // lines for the address that it brings along.
   const bool brought = number.empty() || (createsAddresses() && lines != Adresse());
   const bool exists =
-      noKey || (brought && equalCodes(customer, own)) || engine().KundeAngelegt(customer, number);
+      noKey || (brought && equalCodes(customer, own)) || storedAddresses().KundeAngelegt(customer, number);
   report(spec.missingCode, spec.customer, exists ? CheckStatus::Clean : CheckStatus::Error,
          std::string(spec.missingText));
-  Adresse stored;
-  const bool found = exists && !noKey &&
-                     engine().GetAdressDaten(customer, number, stored.Bez1, stored.Bez2, stored.Bez3,
-                                             stored.Strasse, stored.Land, stored.PLZ, stored.Ort);
-  const bool differs = found && lines != Adresse() && lines != stored;
-  findings_.report({std::string(spec.differsCode), "", warningUnless(!differs),
-                    std::string(spec.differsText) + oneLine(stored), std::string(spec.number), "", false});
-  mark(spec.number, warningUnless(!differs), std::string(spec.differsText) + oneLine(stored));
+  std::optional<Adresse> stored;
+  if (exists && !noKey) stored = storedAddresses().GetAdressDaten(customer, number);
+  const bool differs = stored && lines != Adresse() && lines != *stored;
+  const std::string difference = std::string(spec.differsText) + oneLine(stored.value_or(Adresse()));
+  findings_.report({std::string(spec.differsCode), "", warningUnless(!differs), difference,
+                    std::string(spec.number), "", false});
+  mark(spec.number, warningUnless(!differs), difference);
 }
 
 void AddressedJobDialogPresenter::checkAccount() {
   const std::string account = text("txtHauptkonto");
-  const bool fine = account.empty() || engine().KundeAngelegt(account);
+  const bool fine = account.empty() || storedAddresses().KundeAngelegt(account);
   report("HK", "txtHauptkonto", warningUnless(fine), "Hauptkonto " + account + " wurde nicht angelegt");
 }
 
@@ -198,7 +195,7 @@ std::string AddressedJobDialogPresenter::lookupContext(std::string_view control)
 void AddressedJobDialogPresenter::takeLookup(std::string_view control,
                                              const std::vector<std::string>& chosen) {
   const auto put = [&](std::string_view name, std::string_view value) {
-    if (const auto place = find(name)) type(*place, value);
+    if (const auto index = find(name)) type(*index, value);
   };
   bool addressKey = false;
   for (std::size_t i = 0; i < blocks().size(); ++i) {
@@ -208,7 +205,7 @@ void AddressedJobDialogPresenter::takeLookup(std::string_view control,
     if (!chosen[0].empty()) {
       put(block.customer, chosen[0]);
       put(block.number, chosen[1]);
-    } else if (auto lines = CustomerAddresses(environment()).generalAddress(chosen[1])) {
+    } else if (auto lines = storedAddresses().generalAddress(chosen[1])) {
       // An address of no customer has no key that a check would know: the job takes its lines.
       put(block.customer, "");
       put(block.number, "");
@@ -216,7 +213,7 @@ void AddressedJobDialogPresenter::takeLookup(std::string_view control,
     }
   }
   if (!addressKey) put(control, chosen.front());
-  if (control == "txtBlz") put("txtKreditinstitut", engine().GetBankverbindung(chosen.front()));
+  if (control == "txtBlz") put("txtKreditinstitut", masterData().GetBankverbindung(chosen.front()));
   check(control);
 }
 

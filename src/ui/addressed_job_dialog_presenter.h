@@ -44,6 +44,7 @@ protected:
   /// reason that stands in the job counts for its status.
   void checkHeader(bool failureCounts = false);
   void checkCustomer();
+  CustomerAddresses storedAddresses() const { return CustomerAddresses(environment()); }
   /// Writes the address blocks.
   void storeAddresses(std::string_view& failure);
 

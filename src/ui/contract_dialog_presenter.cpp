@@ -3,6 +3,7 @@
 #include "engine/contract_check.h"
 #include "model/date.h"
 #include "rules/active_connection.h"
+#include "rules/combo_lists.h"
 #include "ui/shared_controls.h"
 
 #include <algorithm>
@@ -160,9 +161,9 @@ void ContractDialogPresenter::checkQuantity() {
 
 void ContractDialogPresenter::checkObject() {
   const std::string number = text("txtVertragsgegenstand");
-  at("txtVertragsgegenstand").description = engine().GetVertragsgegenstand(number);
+  at("txtVertragsgegenstand").description = masterData().GetVertragsgegenstand(number);
   report("VGG", "txtVertragsgegenstand",
-         errorUnless(!objectMatters() || engine().VertragsgegenstandAngelegt(number)),
+         errorUnless(!objectMatters() || masterData().VertragsgegenstandAngelegt(number)),
          "Vertragsgegenstand: " + number + " wurde nicht angelegt.");
 }
 
@@ -178,7 +179,7 @@ void ContractDialogPresenter::checkDate(std::string_view control, std::string_vi
 void ContractDialogPresenter::fillKinds() {
   ComboContent& kinds = contentOf("tdbVertragsart");
   ComboFiller filler(kinds);
-  const bool known = engine().FillComboVertragsart(filler, text("tdbVertragsart"));
+  const bool known = ComboLists(environment()).FillComboVertragsart(filler, text("tdbVertragsart"));
   // Here the code stands in the first column and the text in the second, which is hidden.
   kinds.codeColumn = 0;
   checkKind(known);
@@ -210,9 +211,9 @@ void ContractDialogPresenter::checkInterval(bool known) {
 }
 
 void ContractDialogPresenter::takeLookup(std::string_view control, const std::vector<std::string>& chosen) {
-  const auto place = find(control);
-  if (!place) return;
-  type(*place, chosen.front());
+  const auto index = find(control);
+  if (!index) return;
+  type(*index, chosen.front());
   check(control);
 }
 

@@ -23,10 +23,10 @@ struct ListedFinding {
   std::string code; ///< short code of the field, shown as "Zuordnung"
   std::string item; ///< `ChildID` of the position that it concerns; empty for the header
   CheckStatus severity = CheckStatus::Clean;
-  std::string text;    ///< shown as "Fehlertext"
-  std::string control; ///< the object name of the control that it speaks of; a grid for positions
-  std::string place;   ///< the number of the position, shown behind the code; empty for the header
-  bool counts = true;  ///< for the status; not what a clerk is told though the job goes through with it
+  std::string text;     ///< shown as "Fehlertext"
+  std::string control;  ///< the object name of the control that it speaks of; a grid for positions
+  std::string position; ///< the number of the position, shown behind the code; empty for the header
+  bool counts = true;   ///< for the status; not what a clerk is told though the job goes through with it
 };
 
 /// Holds one finding per code and position. A clean report removes it.

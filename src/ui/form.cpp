@@ -34,34 +34,34 @@ std::optional<std::size_t> rowOf(const ComboContent& content, std::string_view c
 } // namespace
 
 std::optional<std::size_t> Form::find(std::string_view name) const {
-  for (std::size_t place = 0; place < specs_.size(); ++place)
-    if (specs_[place]->name == name) return place;
+  for (std::size_t index = 0; index < specs_.size(); ++index)
+    if (specs_[index]->name == name) return index;
   return std::nullopt;
 }
 
 bool Form::changed() const {
-  for (std::size_t place = 0; place < controls_.size(); ++place)
-    if (controls_[place].text != stored_[place]) return true;
+  for (std::size_t index = 0; index < controls_.size(); ++index)
+    if (controls_[index].text != stored_[index]) return true;
   return false;
 }
 
-void Form::type(std::size_t place, std::string_view text) {
-  if (readOnly_ || !controls_[place].enabled) return;
-  const ControlKind kind = specs_[place]->kind;
+void Form::type(std::size_t index, std::string_view text) {
+  if (readOnly_ || !controls_[index].enabled) return;
+  const ControlKind kind = specs_[index]->kind;
   if (kind != ControlKind::Combo && kind != ControlKind::List) {
     // Blanks around a number or code come with typing and pasting; they are never meant.
-    controls_[place].text = kind == ControlKind::Note ? text : trimBlanks(text);
+    controls_[index].text = kind == ControlKind::Note ? text : trimBlanks(text);
     return;
   }
-  ComboContent& content = contents_[place];
-  controls_[place].text = codeOf(content, trimBlanks(text));
-  content.selected = rowOf(content, controls_[place].text);
+  ComboContent& content = contents_[index];
+  controls_[index].text = codeOf(content, trimBlanks(text));
+  content.selected = rowOf(content, controls_[index].text);
 }
 
-void Form::takeMaster(std::size_t place) {
-  if (!controls_[place].master) return;
-  type(place, std::string(*controls_[place].master));
-  leave(place);
+void Form::takeMaster(std::size_t index) {
+  if (!controls_[index].master) return;
+  type(index, std::string(*controls_[index].master));
+  leave(index);
 }
 
 void Form::build(bool customerSpecific) {
@@ -75,20 +75,20 @@ void Form::build(bool customerSpecific) {
 }
 
 ControlState& Form::at(std::string_view name) {
-  const auto place = find(name);
-  if (!place) throw std::logic_error("no control " + std::string(name));
-  return controls_[*place];
+  const auto index = find(name);
+  if (!index) throw std::logic_error("no control " + std::string(name));
+  return controls_[*index];
 }
 
 std::string Form::text(std::string_view name) const {
-  const auto place = find(name);
-  return place ? controls_[*place].text : std::string();
+  const auto index = find(name);
+  return index ? controls_[*index].text : std::string();
 }
 
 ComboContent& Form::contentOf(std::string_view name) {
-  const auto place = find(name);
-  if (!place) throw std::logic_error("no control " + std::string(name));
-  return contents_[*place];
+  const auto index = find(name);
+  if (!index) throw std::logic_error("no control " + std::string(name));
+  return contents_[*index];
 }
 
 bool Form::offer(std::string_view name, std::vector<std::array<std::string, 2>> items) {
@@ -106,14 +106,14 @@ bool Form::select(std::string_view name) {
 }
 
 void Form::mark(std::string_view name, CheckStatus severity, std::string message) {
-  const auto place = find(name);
-  if (!place) return;
-  controls_[*place].picture = severity;
-  controls_[*place].message = severity == CheckStatus::Clean ? std::string() : std::move(message);
+  const auto index = find(name);
+  if (!index) return;
+  controls_[*index].picture = severity;
+  controls_[*index].message = severity == CheckStatus::Clean ? std::string() : std::move(message);
 }
 
 void Form::settle() {
-  for (std::size_t place = 0; place < controls_.size(); ++place) stored_[place] = controls_[place].text;
+  for (std::size_t index = 0; index < controls_.size(); ++index) stored_[index] = controls_[index].text;
 }
 
 void Form::setReadOnly(bool readOnly) {

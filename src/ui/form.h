@@ -26,13 +26,13 @@ public:
   /// The groups from left to right, top to bottom.
   virtual std::span<const ControlGroup> groups() const = 0;
 
-  /// The controls that are shown, in the order of the groups. A control is known by its place here.
+  /// The controls that are shown, in the order of the groups. A control is known by its index here.
   const std::vector<const ControlSpec*>& specs() const { return specs_; }
-  /// The place of a control; null when there is none of this name.
+  /// The index of a control; null when there is none of this name.
   std::optional<std::size_t> find(std::string_view name) const;
-  const ControlState& control(std::size_t place) const { return controls_[place]; }
+  const ControlState& control(std::size_t index) const { return controls_[index]; }
   /// What a combo or list offers.
-  const ComboContent& content(std::size_t place) const { return contents_[place]; }
+  const ComboContent& content(std::size_t index) const { return contents_[index]; }
   /// Nothing may be changed.
   bool readOnly() const { return readOnly_; }
   /// Differs from what was loaded or saved last.
@@ -40,17 +40,17 @@ public:
 
   /// The clerk has typed or chosen; nothing is checked yet. In a combo a code as well as a shown text stands
   /// for its row.
-  virtual void type(std::size_t place, std::string_view text);
+  virtual void type(std::size_t index, std::string_view text);
   /// The clerk leaves the control: its checks run again.
-  virtual void leave(std::size_t place) = 0;
+  virtual void leave(std::size_t index) = 0;
   /// A control whose text could not be taken; null when there is none.
   virtual std::optional<std::size_t> refused() const { return std::nullopt; }
   /// Shows the value of such a control again.
-  virtual void dropRefused(std::size_t /*place*/) {}
+  virtual void dropRefused(std::size_t /*index*/) {}
   /// Opens the control's lookup and takes over what was chosen. False when nothing was chosen.
-  virtual bool lookUp(std::size_t place) = 0;
+  virtual bool lookUp(std::size_t index) = 0;
   /// Takes over the stored value from which the control differs.
-  void takeMaster(std::size_t place);
+  void takeMaster(std::size_t index);
 
 protected:
   /// Shows the controls of the groups; those of the customer-specific mode only in it.
@@ -70,7 +70,7 @@ protected:
   /// What is shown now counts as stored.
   void settle();
   /// The text of a control as it was loaded or saved last.
-  const std::string& storedText(std::size_t place) const { return stored_[place]; }
+  const std::string& storedText(std::size_t index) const { return stored_[index]; }
   void setReadOnly(bool readOnly);
 
 private:

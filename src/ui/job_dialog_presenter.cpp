@@ -5,16 +5,14 @@
 #include "model/text.h"
 #include "platform/german_cause.h"
 #include "platform/show_message.h"
-#include "platform/whole_number.h"
 #include "rules/active_connection.h"
 #include "settings/settings.h"
 #include "ui/address_dialog_presenter.h"
+#include "ui/edit_codec.h"
 #include "ui/lookup_bridge.h"
 
 #include <algorithm>
-#include <cmath>
 #include <exception>
-#include <limits>
 #include <utility>
 
 namespace qx {
@@ -35,24 +33,6 @@ constexpr std::string_view changedNotice =
     "Von anderer Seite geändert: Diese Angaben sind überholt und können nicht mehr gespeichert werden.";
 constexpr std::string_view moreFindings =
     "Es sind Befunde hinzugekommen. Noch einmal Speichern übernimmt den Vorgang so.";
-
-/// How a column's value stands in its control.
-std::string shown(ControlKind kind, const Value& stored) {
-  switch (kind) {
-  case ControlKind::Number:
-    if (const auto number = stored.number()) return germanNumber(*number);
-    return stored.text();
-  case ControlKind::Check:
-    return stored.truth().value_or(false) ? "1" : "0";
-  case ControlKind::Text:
-  case ControlKind::Note:
-  case ControlKind::Date:
-  case ControlKind::Combo:
-  case ControlKind::List:
-    break;
-  }
-  return stored.text();
-}
 
 } // namespace
 
@@ -78,7 +58,7 @@ bool JobDialogPresenter::load(std::string_view jobId) {
     return false;
   }
   for (const ControlSpec* spec : specs())
-    if (!spec->column.empty()) at(spec->name).text = shown(spec->kind, loaded(ColumnName(spec->column)));
+    if (!spec->column.empty()) at(spec->name).text = editedText(spec->kind, loaded(ColumnName(spec->column)));
   trying("Prüfen des Vorgangs", [this] { fill(); });
   settle();
   setReadOnly(isDone(jobType()));
@@ -104,28 +84,25 @@ bool JobDialogPresenter::canRelease() const {
 bool JobDialogPresenter::released() const { return text(releaseControl) == "1"; }
 
 void JobDialogPresenter::release(bool on) {
-  if (const auto place = find(releaseControl)) type(*place, on ? "1" : "0");
+  if (const auto index = find(releaseControl)) type(*index, on ? "1" : "0");
 }
 
-void JobDialogPresenter::leave(std::size_t place) {
+void JobDialogPresenter::leave(std::size_t index) {
   if (readOnly()) return;
   if (loss_ == JobLoss::None) notice_.clear();
-  normalise(place);
-  trying(specs()[place]->name, [&] { check(specs()[place]->name); });
+  normalise(index);
+  trying(specs()[index]->name, [&] { check(specs()[index]->name); });
 }
 
 /// Numbers and dates take their usual form.
-void JobDialogPresenter::normalise(std::size_t place) {
-  const std::string typed(trimBlanks(control(place).text));
-  if (specs()[place]->kind == ControlKind::Number) {
-    if (const auto number = parseEnteredNumber(typed)) type(place, germanNumber(*number));
-  } else if (specs()[place]->kind == ControlKind::Date) {
-    if (const auto date = parseGermanDate(typed)) type(place, germanDate(*date));
-  }
+void JobDialogPresenter::normalise(std::size_t index) {
+  const std::string typed(trimBlanks(control(index).text));
+  const std::string usual = respelt(specs()[index]->kind, typed);
+  if (usual != typed) type(index, usual);
 }
 
-bool JobDialogPresenter::lookUp(std::size_t place) {
-  const ControlSpec& spec = *specs()[place];
+bool JobDialogPresenter::lookUp(std::size_t index) {
+  const ControlSpec& spec = *specs()[index];
   if (readOnly() || spec.lookup.empty()) return false;
   const std::string about = kind_.addresses == nullptr ? "" : kind_.addresses->lookupContext(spec.name);
   const std::vector<std::string> chosen = context_.lookups.open(spec.lookup, about);
@@ -140,11 +117,7 @@ bool JobDialogPresenter::save() {
     const ControlSpec& spec = *specs()[*bad];
     std::string caption(spec.caption);
     std::erase(caption, '&');
-    const std::string_view reason = spec.kind == ControlKind::Date           ? "kein Datum (tt.mm.jjjj)."
-                                    : parseEnteredNumber(control(*bad).text) ? "zu groß."
-                                                                             : "keine Zahl.";
-    notice_ = caption + ": '" + control(*bad).text + "' ist " + std::string(reason) +
-              " Bitte berichtigen Sie das Feld.";
+    notice_ = caption + ": " + refusalOf(spec.kind, control(*bad).text) + " Bitte berichtigen Sie das Feld.";
     showMessage(environment(), {notice_, std::string(defaultTitle), MessageIcon::Exclamation});
     return false;
   }
@@ -223,11 +196,11 @@ bool JobDialogPresenter::nothingNewSince(const std::vector<ListedFinding>& seen)
 
 Value JobDialogPresenter::current(ColumnName column) const {
   Value before = loaded(column);
-  for (std::size_t place = 0; place < specs().size(); ++place) {
-    const ControlSpec& spec = *specs()[place];
+  for (std::size_t index = 0; index < specs().size(); ++index) {
+    const ControlSpec& spec = *specs()[index];
     if (!spec.column.empty() && ColumnName(spec.column) == column &&
-        control(place).text != shown(spec.kind, before))
-      return columnValue(spec, control(place));
+        control(index).text != editedText(spec.kind, before))
+      return columnValue(spec, control(index));
   }
   return before;
 }
@@ -274,10 +247,10 @@ std::optional<CheckStatus> JobDialogPresenter::verdict() const {
 
 std::vector<ColumnChange> JobDialogPresenter::changes() const {
   std::vector<ColumnChange> changes;
-  for (std::size_t place = 0; place < specs().size(); ++place) {
-    const ControlSpec& spec = *specs()[place];
-    if (!spec.column.empty() && control(place).text != storedText(place))
-      changes.push_back({ColumnName(spec.column), columnValue(spec, control(place))});
+  for (std::size_t index = 0; index < specs().size(); ++index) {
+    const ControlSpec& spec = *specs()[index];
+    if (!spec.column.empty() && control(index).text != storedText(index))
+      changes.push_back({ColumnName(spec.column), columnValue(spec, control(index))});
   }
   return changes;
 }
@@ -295,14 +268,10 @@ Value JobDialogPresenter::columnValue(const ControlSpec& spec, const ControlStat
 }
 
 std::optional<std::size_t> JobDialogPresenter::unreadable() const {
-  for (std::size_t place = 0; place < specs().size(); ++place) {
-    const std::string& typed = control(place).text;
-    if (typed.empty() || typed == storedText(place)) continue;
-    const ControlKind kind = specs()[place]->kind;
-    if (kind == ControlKind::Number &&
-        !(std::abs(parseEnteredNumber(typed).value_or(std::numeric_limits<double>::max())) <= largestNumber))
-      return place;
-    if (kind == ControlKind::Date && !parseGermanDate(typed)) return place;
+  for (std::size_t index = 0; index < specs().size(); ++index) {
+    const std::string& typed = control(index).text;
+    if (typed.empty() || typed == storedText(index)) continue;
+    if (!refusalOf(specs()[index]->kind, typed).empty()) return index;
   }
   return std::nullopt;
 }

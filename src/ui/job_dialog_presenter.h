@@ -2,6 +2,7 @@
 #pragma once
 
 #include "engine/job_editing.h"
+#include "rules/master_data.h"
 #include "ui/dialog_context.h"
 #include "ui/finding_list.h"
 #include "ui/form.h"
@@ -94,8 +95,8 @@ public:
   /// The installation's own mode, with fields and columns of its own.
   bool customerSpecific() const { return customerSpecific_; }
 
-  void leave(std::size_t place) override;
-  bool lookUp(std::size_t place) override;
+  void leave(std::size_t index) override;
+  bool lookUp(std::size_t index) override;
 
   /// Runs the checks that are left. False when there are findings now that are not among those that the clerk
   /// has seen; `notice` says so.
@@ -165,13 +166,14 @@ protected:
   bool awaitDatabase() const { return qx::awaitDatabase(environment(), makeWait(context_.wait).get()); }
   Environment& environment() const { return context_.environment; }
   ImportJobObject2& engine() const { return context_.engine; }
+  MasterData masterData() const { return MasterData(environment()); }
   const DialogContext& context() const { return context_; }
   FindingList findings_;
 
 private:
   bool stillLocked();
   void tellLoss(const JobChangedError& error);
-  void normalise(std::size_t place);
+  void normalise(std::size_t index);
 
   DialogContext context_;
   JobDialogKind kind_;

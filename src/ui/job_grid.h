@@ -3,6 +3,7 @@
 
 #include "model/job_codes.h"
 #include "rules/combo_target.h"
+#include "ui/form.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -25,8 +26,6 @@ enum class GridColumnKind : std::uint8_t {
   Check,    ///< "1" or "0"
   Button,   ///< opens the details of its row
 };
-
-class Form;
 
 struct GridColumn {
   std::string_view name{}; ///< column of the table, or the heading of one that is not stored
@@ -61,7 +60,7 @@ public:
   virtual std::string failure() const = 0;
 };
 
-/// Rows of cells, counted from 0. Columns are known by their place in `columns`.
+/// Rows of cells, counted from 0. Columns are known by their index in `columns`.
 class JobGrid {
 public:
   virtual ~JobGrid() = default;
@@ -102,7 +101,7 @@ public:
   virtual bool lookUp(std::size_t /*row*/, std::size_t /*column*/) { return false; }
   /// Everything about a row, for the details button of rows that open no job: changes reach the row at once.
   /// Null for none; must not outlive the row.
-  virtual std::unique_ptr<Form> details(std::size_t row);
+  virtual std::unique_ptr<Form> details(std::size_t /*row*/) { return nullptr; }
   /// The staged job that the details button of a row opens; one without a key for none.
   virtual JobReference detailsOf(std::size_t /*row*/) const { return {}; }
 };

@@ -17,7 +17,7 @@ namespace qx {
 namespace {
 
 constexpr std::string_view processSection = "Process";
-constexpr std::string_view placeSection = "MAIN";
+constexpr std::string_view windowSection = "MAIN";
 constexpr std::string_view fileFilter = "EDI (*.edi)|*.edi";
 constexpr std::string_view mailLabel = "Bestellungen werden eingelesen...";
 constexpr std::string_view goneNotice =
@@ -143,23 +143,23 @@ void JobViewPresenter::create() {
   compose();
 }
 
-StoredPlace JobViewPresenter::storedPlace() const {
+StoredGeometry JobViewPresenter::storedGeometry() const {
   const auto stored = [this](std::string_view key) -> std::optional<int> {
-    return settingToInt16(settings_.get(applicationName, placeSection, key, true));
+    return settingToInt16(settings_.get(applicationName, windowSection, key, true));
   };
-  StoredPlace place;
+  StoredGeometry geometry;
   if (settings_.isOn("FenstergrößeSpeichern")) {
     const auto width = stored("MainWidth");
     const auto height = stored("MainHeight");
-    if (width >= 1 && height >= 1) place.size = {*width, *height};
+    if (width >= 1 && height >= 1) geometry.size = {*width, *height};
   }
   if (settings_.isOn("FensterpositionSpeichern")) {
     const auto state = stored("MainState");
-    if (state >= 0 && state <= 2) place.state = static_cast<WindowState>(*state);
-    place.left = stored("MainLeft");
-    place.top = stored("MainTop");
+    if (state >= 0 && state <= 2) geometry.state = static_cast<WindowState>(*state);
+    geometry.left = stored("MainLeft");
+    geometry.top = stored("MainTop");
   }
-  return place;
+  return geometry;
 }
 
 void JobViewPresenter::load() {
@@ -173,7 +173,7 @@ void JobViewPresenter::load() {
   compose();
 }
 
-bool JobViewPresenter::close(const WindowPlace& place) {
+bool JobViewPresenter::close(const WindowGeometry& geometry) {
   if (closed_) return true;
   if (work_ != Work::None) {
     closeAsked_ = true;
@@ -182,13 +182,13 @@ bool JobViewPresenter::close(const WindowPlace& place) {
   }
   if (!databaseIsFree()) return false;
   const auto keep = [this](std::string_view key, int number) {
-    settings_.save(applicationName, placeSection, key, std::to_string(number), true);
+    settings_.save(applicationName, windowSection, key, std::to_string(number), true);
   };
-  keep("MainWidth", place.width);
-  keep("MainHeight", place.height);
-  keep("MainState", static_cast<int>(place.state));
-  keep("MainLeft", place.left);
-  keep("MainTop", place.top);
+  keep("MainWidth", geometry.width);
+  keep("MainHeight", geometry.height);
+  keep("MainState", static_cast<int>(geometry.state));
+  keep("MainLeft", geometry.left);
+  keep("MainTop", geometry.top);
   closed_ = true;
   engine_.ViewFormLoad = qxtViewJobForm_Unload;
   engine_.Unload();
@@ -376,11 +376,10 @@ void JobViewPresenter::listRows() {
 }
 
 /// The same job; when it is no longer listed, the one in its place.
-void JobViewPresenter::keepCurrent(const std::optional<std::string>& jobId,
-                                   std::optional<std::size_t> place) {
+void JobViewPresenter::keepCurrent(const std::optional<std::string>& jobId, std::optional<std::size_t> row) {
   state_.current.reset();
   if (state_.rows.empty()) return;
-  state_.current = std::min(place.value_or(0), state_.rows.size() - 1);
+  state_.current = std::min(row.value_or(0), state_.rows.size() - 1);
   const auto same = std::ranges::find(state_.rows, jobId.value_or(""), &JobListRow::jobId);
   if (jobId && same != state_.rows.end())
     state_.current = static_cast<std::size_t>(same - state_.rows.begin());
@@ -394,10 +393,10 @@ void JobViewPresenter::readPermissions() {
 
 void JobViewPresenter::openCurrent() {
   while (state_.current && canBeOpened(state_.rows[*state_.current])) {
-    const std::size_t place = *state_.current;
-    const std::string jobId = state_.rows[place].jobId;
+    const std::size_t row = *state_.current;
+    const std::string jobId = state_.rows[row].jobId;
     std::vector<std::string> following;
-    for (std::size_t i = place + 1; i < state_.rows.size(); ++i)
+    for (std::size_t i = row + 1; i < state_.rows.size(); ++i)
       if (canBeOpened(state_.rows[i])) following.push_back(state_.rows[i].jobId);
     bool next = false;
     skip("job dialog", [&] { next = windows_.openJob(jobId, !following.empty()) && !following.empty(); });

@@ -75,7 +75,7 @@ enum class JobViewKey : std::uint8_t { Enter, F1, F2, F5, F9, Delete };
 enum class WindowState : std::int16_t { Normal = 0, Minimized = 1, Maximized = 2 };
 
 /// Where the window stands, in pixels.
-struct WindowPlace {
+struct WindowGeometry {
   int width = 0;
   int height = 0;
   WindowState state = WindowState::Normal;
@@ -84,7 +84,7 @@ struct WindowPlace {
 };
 
 /// What is to be restored of it; null where the switches, or unreadable values, leave the window as it is.
-struct StoredPlace {
+struct StoredGeometry {
   std::optional<std::pair<int, int>> size;
   std::optional<WindowState> state;
   std::optional<int> left;
@@ -107,12 +107,12 @@ public:
 
   /// What happens when the view is made, before it can be seen: the first look at the jobs.
   void create();
-  StoredPlace storedPlace() const;
+  StoredGeometry storedGeometry() const;
   /// What happens once it can be seen: permissions, on a first start the options, a file handed over before.
   void load();
   /// The close box. True when the window may go; false while something is under way, which then ends as soon
   /// as it can and closes the window.
-  bool close(const WindowPlace& place);
+  bool close(const WindowGeometry& geometry);
 
   void command(Tool tool);
   void key(JobViewKey key);
@@ -142,7 +142,7 @@ private:
   void refreshAndShow();
   void verifyAndShow();
   void listRows();
-  void keepCurrent(const std::optional<std::string>& jobId, std::optional<std::size_t> place);
+  void keepCurrent(const std::optional<std::string>& jobId, std::optional<std::size_t> row);
   void readPermissions();
   void openCurrent();
   void eraseCurrent();

@@ -71,7 +71,7 @@ void reportRules(FindingList& list, std::span<const RuleLine> lines, const Findi
 
 OrderDialogPresenter::OrderDialogPresenter(const DialogContext& context)
     : AddressedJobDialogPresenter(context, {.grid = &positions_, .checks = &positions_}),
-      masterData_(context.environment), positions_(context, findings_) {}
+      positions_(context, findings_) {}
 
 std::span<const ControlGroup> OrderDialogPresenter::groups() const { return orderGroups; }
 
@@ -126,8 +126,17 @@ void OrderDialogPresenter::checkRules() {
   reportRules(findings_, noteLines, check.note(text("txtHinweis")));
   reportRules(findings_, individualLines,
               check.individualFields([this](ColumnName column) { return current(column).text(); }));
-  checking("Prüfen des Kreditlimits",
-           [&] { reportRules(findings_, creditLines, check.credit(text("txtKundennummer"))); });
+  findings_.clear("KL");
+  checking("Prüfen des Kreditlimits", [&] {
+    Findings credit;
+    try {
+      credit = check.credit(text("txtKundennummer"));
+    } catch (const AmbiguousLimit& error) {
+      environment().diagnostics.report({"credit limit", error.what(), jobId()});
+      findings_.report({"KL", "", CheckStatus::Error, error.what(), "txtKundennummer", ""});
+    }
+    reportRules(findings_, creditLines, credit);
+  });
 }
 
 void OrderDialogPresenter::reportUnknownCustomer(const std::string& number) {
@@ -136,7 +145,7 @@ void OrderDialogPresenter::reportUnknownCustomer(const std::string& number) {
 }
 
 void OrderDialogPresenter::compareCustomer(const Adresse& stored) {
-  const bool divers = engine().GetDiversKunde(text("txtKundennummer"));
+  const bool divers = masterData().GetDiversKunde(text("txtKundennummer"));
   at("txtKundennummer").description =
       divers ? "(Divers) " + (own_.Bez1.empty() ? stored.Bez1 : own_.Bez1) : stored.Bez1 + ", " + stored.Ort;
   if (customerSpecific()) checkCustomerCodes();
@@ -160,13 +169,13 @@ void OrderDialogPresenter::clearComparison() {
 void OrderDialogPresenter::checkCustomerCodes() {
   const std::string customer = text("txtKundennummer");
   const auto checkOne = [&](std::string_view code, std::string_view field, const std::string& method) {
-    const bool fine = method.empty() || masterData_.codeExists(field, method);
+    const bool fine = method.empty() || masterData().codeExists(field, method);
     findings_.report({std::string(code), "", fine ? CheckStatus::Clean : CheckStatus::Warning,
                       std::string(field) + " Kunde: " + method + " wurde noch nicht angelegt.",
                       "txtKundennummer", "", false});
   };
-  checkOne("VSK", "Versandart", masterData_.shippingMethodOfCustomer(customer));
-  checkOne("ZAK", "Zahlungsart", masterData_.paymentMethodOfCustomer(customer));
+  checkOne("VSK", "Versandart", masterData().shippingMethodOfCustomer(customer));
+  checkOne("ZAK", "Zahlungsart", masterData().paymentMethodOfCustomer(customer));
 }
 
 void OrderDialogPresenter::store(std::string_view& failure) {

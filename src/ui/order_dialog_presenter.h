@@ -2,7 +2,6 @@
 #pragma once
 
 #include "engine/order_options.h"
-#include "rules/master_data.h"
 #include "ui/addressed_job_dialog_presenter.h"
 #include "ui/position_grid.h"
 
@@ -35,7 +34,6 @@ private:
   void checkRules();
   void loadPositions();
 
-  MasterData masterData_;
   OrderOptions options_;
   PositionGrid positions_;
   Adresse own_; ///< the address that the order itself gives

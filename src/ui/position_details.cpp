@@ -80,24 +80,6 @@ constexpr std::array positionGroups{ControlGroup{"Ware", goodsControls},
                                     ControlGroup{"Preis und Kosten", priceControls},
                                     ControlGroup{"Lieferung", deliveryControls}};
 
-GridColumnKind columnKind(ControlKind kind) {
-  switch (kind) {
-  case ControlKind::Number:
-    return GridColumnKind::Number;
-  case ControlKind::Date:
-    return GridColumnKind::Date;
-  case ControlKind::Check:
-    return GridColumnKind::Check;
-  case ControlKind::Note:
-    return GridColumnKind::LongText;
-  case ControlKind::Text:
-  case ControlKind::Combo:
-  case ControlKind::List:
-    break;
-  }
-  return GridColumnKind::Text;
-}
-
 } // namespace
 
 PositionDetails::PositionDetails(PositionGrid& grid, std::size_t row, bool readOnly)
@@ -114,36 +96,34 @@ PositionDetails::PositionDetails(PositionGrid& grid, std::size_t row, bool readO
 std::span<const ControlGroup> PositionDetails::groups() const { return positionGroups; }
 
 void PositionDetails::show() {
-  for (std::size_t place = 0; place < specs().size(); ++place) {
-    const ControlSpec& spec = *specs()[place];
-    if (!refused_.contains(place))
-      at(spec.name).text = grid_.value(row_, ColumnName(spec.column), columnKind(spec.kind));
+  for (std::size_t index = 0; index < specs().size(); ++index) {
+    const ControlSpec& spec = *specs()[index];
+    if (!refused_.contains(index)) at(spec.name).text = grid_.value(row_, ColumnName(spec.column), spec.kind);
   }
   select("tdbMengeneinheit");
   at("txtArtikelnummer").description = grid_.articleText(row_);
-  struct Place {
+  struct Mark {
     std::string_view control;
     std::string_view code;
   };
-  for (const Place& place : {Place{"txtArtikelnummer", "AR"}, Place{"tdbnbrMenge", "LB"},
-                             Place{"tdbnbrPreis", "PR"}, Place{"tdbnbrKostID", "KO"}}) {
-    if (const ListedFinding* found = grid_.finding(row_, place.code))
-      mark(place.control, found->severity, found->text);
+  for (const Mark& each : {Mark{"txtArtikelnummer", "AR"}, Mark{"tdbnbrMenge", "LB"},
+                           Mark{"tdbnbrPreis", "PR"}, Mark{"tdbnbrKostID", "KO"}}) {
+    if (const ListedFinding* found = grid_.finding(row_, each.code))
+      mark(each.control, found->severity, found->text);
     else
-      mark(place.control, CheckStatus::Clean);
+      mark(each.control, CheckStatus::Clean);
   }
-  for (const auto& [place, reason] : refused_) mark(specs()[place]->name, CheckStatus::Error, reason);
+  for (const auto& [index, reason] : refused_) mark(specs()[index]->name, CheckStatus::Error, reason);
 }
 
-void PositionDetails::leave(std::size_t place) {
-  const ControlSpec& spec = *specs()[place];
-  std::string reason =
-      grid_.setValue(row_, ColumnName(spec.column), columnKind(spec.kind), control(place).text);
+void PositionDetails::leave(std::size_t index) {
+  const ControlSpec& spec = *specs()[index];
+  std::string reason = grid_.setValue(row_, ColumnName(spec.column), spec.kind, control(index).text);
   if (reason.empty()) {
-    dropRefused(place);
+    dropRefused(index);
     return;
   }
-  refused_[place] = std::move(reason);
+  refused_[index] = std::move(reason);
   show();
 }
 
@@ -151,14 +131,14 @@ std::optional<std::size_t> PositionDetails::refused() const {
   return refused_.empty() ? std::nullopt : std::optional(refused_.begin()->first);
 }
 
-void PositionDetails::dropRefused(std::size_t place) {
-  if (refused_.erase(place) > 0) mark(specs()[place]->name, CheckStatus::Clean);
+void PositionDetails::dropRefused(std::size_t index) {
+  if (refused_.erase(index) > 0) mark(specs()[index]->name, CheckStatus::Clean);
   show();
 }
 
-bool PositionDetails::lookUp(std::size_t place) {
-  if (specs()[place]->lookup.empty() || !grid_.chooseArticle(row_)) return false;
-  dropRefused(place);
+bool PositionDetails::lookUp(std::size_t index) {
+  if (specs()[index]->lookup.empty() || !grid_.chooseArticle(row_)) return false;
+  dropRefused(index);
   return true;
 }
 

@@ -18,10 +18,10 @@ public:
   PositionDetails(PositionGrid& grid, std::size_t row, bool readOnly);
 
   std::span<const ControlGroup> groups() const override;
-  void leave(std::size_t place) override;
+  void leave(std::size_t index) override;
   std::optional<std::size_t> refused() const override;
-  void dropRefused(std::size_t place) override;
-  bool lookUp(std::size_t place) override;
+  void dropRefused(std::size_t index) override;
+  bool lookUp(std::size_t index) override;
 
 private:
   void show();

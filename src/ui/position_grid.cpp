@@ -211,7 +211,7 @@ GridCell PositionGrid::cell(std::size_t row, std::size_t column) const {
   if (spec.name == "Preis") return priceCell(row);
   if (spec.name == "Preis2") return foundPriceCell(row);
   if (spec.name == "Artikelnummer") return articleCell(row);
-  return {.text = value(row, ColumnName(spec.name), spec.kind)};
+  return {.text = value(row, ColumnName(spec.name), editorOf(spec.kind))};
 }
 
 GridCell PositionGrid::statusCell(std::size_t row) const {
@@ -244,7 +244,7 @@ GridCell PositionGrid::foundPriceCell(std::size_t row) const {
 
 GridCell PositionGrid::readyCell(std::size_t row, std::string_view flag) const {
   GridCell cell;
-  cell.text = value(row, ColumnName(flag), Kind::Check);
+  cell.text = value(row, ColumnName(flag), ControlKind::Check);
   if (cell.text != "1") cell.message = readyNote(positions_.at(row, "Artikelnummer").text(), flag);
   return cell;
 }
@@ -261,15 +261,11 @@ GridCell PositionGrid::articleCell(std::size_t row) const {
 
 std::string PositionGrid::editText(std::size_t row, std::size_t column) const {
   const GridColumn& spec = positionColumns[column];
-  return spec.editable ? value(row, ColumnName(spec.name), spec.kind) : std::string();
+  return spec.editable ? value(row, ColumnName(spec.name), editorOf(spec.kind)) : std::string();
 }
 
-std::string PositionGrid::value(std::size_t row, ColumnName column, GridColumnKind kind) const {
-  const Value& stored = positions_.at(row, column);
-  if (kind == Kind::Check) return stored.truth().value_or(false) ? "1" : "0";
-  const bool numeric = kind == Kind::Number || kind == Kind::Money;
-  const auto number = numeric ? stored.number() : std::nullopt;
-  return number ? germanNumber(*number) : stored.text();
+std::string PositionGrid::value(std::size_t row, ColumnName column, ControlKind kind) const {
+  return editedText(kind, positions_.at(row, column));
 }
 
 std::optional<std::size_t> PositionGrid::rowOf(std::string_view item) const {
@@ -293,22 +289,14 @@ std::string PositionGrid::summary() const {
          ", Summe " + germanDecimals(sum, 2);
 }
 
-std::string PositionGrid::set(std::size_t row, ColumnName column, GridColumnKind kind,
-                              std::string_view text) {
+std::string PositionGrid::set(std::size_t row, ColumnName column, ControlKind kind, std::string_view text) {
   const Value before = positions_.at(row, column);
-  const std::string typed(kind == Kind::LongText ? text : trimBlanks(text));
-  Value value = typed.empty() ? Value::null() : Value(typed);
-  if (kind == Kind::Number || kind == Kind::Money) {
-    if (std::string reason = readNumber(row, column, typed, value); !reason.empty()) return reason;
-  } else if (kind == Kind::Date) {
-    const auto date = parseGermanDate(typed);
-    if (!date && !typed.empty()) return "'" + typed + "' ist kein Datum (tt.mm.jjjj).";
-    if (date) value = Value(germanDate(*date));
-  } else if (kind == Kind::Check) {
-    const auto truth = parseGermanBoolean(typed);
-    if (!truth && !typed.empty()) return "'" + typed + "' ist weder ja noch nein (1 oder 0).";
-    value = Value(truth.value_or(false));
-  }
+  const std::string typed(kind == ControlKind::Note ? text : trimBlanks(text));
+  Value value = typed.empty() ? Value::null() : Value(respelt(kind, typed));
+  std::string reason =
+      kind == ControlKind::Number ? readNumber(row, column, typed, value) : refusalOf(kind, typed);
+  if (!reason.empty()) return reason;
+  if (kind == ControlKind::Check) value = Value(parseGermanBoolean(typed).value_or(false));
   positions_.set(row, column, std::move(value));
   // What was to be delivered and invoiced in full still is.
   if (column == "Menge")
@@ -322,8 +310,9 @@ std::string PositionGrid::readNumber(std::size_t row, ColumnName column, const s
                                      Value& value) const {
   if (typed.empty()) return column == positionNumber ? "Eine Position braucht eine Nummer." : "";
   const auto number = parseEnteredNumber(typed);
-  if (!number) return "'" + typed + "' ist keine Zahl.";
-  if (std::string reason = refusal(row, column, *number); !reason.empty()) return reason;
+  std::string reason = number ? refusal(row, column, *number) : "";
+  if (reason.empty()) reason = refusalOf(ControlKind::Number, typed);
+  if (!reason.empty()) return reason;
   if (column == positionNumber)
     value = Value(germanNumber(*number));
   else if (column == costNumber)
@@ -343,19 +332,17 @@ std::string PositionGrid::refusal(std::size_t row, ColumnName column, double num
     for (std::size_t other = 0; other < positions_.size(); ++other)
       if (other != row && positions_.at(other, column).integer() == static_cast<std::int64_t>(number))
         return "Die Positionsnummer " + germanNumber(number) + " gibt es in diesem Auftrag schon.";
-    return {};
   }
-  if (std::abs(number) > largestNumber) return "'" + germanNumber(number) + "' ist zu groß.";
   return {};
 }
 
 std::string PositionGrid::edit(std::size_t row, std::size_t column, std::string_view text) {
   const GridColumn& spec = positionColumns[column];
   if (!spec.editable) return "Diese Spalte kann nicht geändert werden.";
-  return setValue(row, ColumnName(spec.name), spec.kind, text);
+  return setValue(row, ColumnName(spec.name), editorOf(spec.kind), text);
 }
 
-std::string PositionGrid::setValue(std::size_t row, ColumnName column, GridColumnKind kind,
+std::string PositionGrid::setValue(std::size_t row, ColumnName column, ControlKind kind,
                                    std::string_view text) {
   if (context_.readOnly) return "Der Vorgang kann nicht mehr geändert werden.";
   std::string refused = set(row, column, kind, text);
@@ -371,7 +358,7 @@ bool PositionGrid::lookUp(std::size_t row, std::size_t column) {
 bool PositionGrid::chooseArticle(std::size_t row) {
   if (context_.readOnly) return false;
   const std::vector<std::string> chosen = lookups_.open("Artikelauskunft");
-  return !chosen.empty() && setValue(row, "Artikelnummer", Kind::Text, chosen.front()).empty();
+  return !chosen.empty() && setValue(row, "Artikelnummer", ControlKind::Text, chosen.front()).empty();
 }
 
 std::string PositionGrid::articleText(std::size_t row) const {
@@ -434,7 +421,7 @@ std::string PositionGrid::paste(std::size_t row, std::size_t column, std::string
     for (const std::size_t target : targets) {
       const auto tab = line.find('\t');
       const GridColumn& spec = positionColumns[target];
-      const std::string reason = set(row, ColumnName(spec.name), spec.kind, line.substr(0, tab));
+      const std::string reason = set(row, ColumnName(spec.name), editorOf(spec.kind), line.substr(0, tab));
       if (!reason.empty())
         refused += "Position " + rowLabel(row) + ", " + std::string(spec.caption) + ": " + reason + "\n";
       if (tab == std::string_view::npos) break;

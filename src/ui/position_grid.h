@@ -8,6 +8,7 @@
 #include "store/entry_objects.h"
 #include "ui/control.h"
 #include "ui/dialog_context.h"
+#include "ui/edit_codec.h"
 #include "ui/finding_list.h"
 #include "ui/job_grid.h"
 
@@ -72,9 +73,9 @@ public:
   std::unique_ptr<Form> details(std::size_t row) override;
 
   /// The value of any column of a row, as `editText` writes it.
-  std::string value(std::size_t row, ColumnName column, GridColumnKind kind) const;
+  std::string value(std::size_t row, ColumnName column, ControlKind kind) const;
   /// Sets any column of a row and checks the row again; otherwise like `edit`.
-  std::string setValue(std::size_t row, ColumnName column, GridColumnKind kind, std::string_view text);
+  std::string setValue(std::size_t row, ColumnName column, ControlKind kind, std::string_view text);
   /// Lets the clerk choose an article for a row.
   bool chooseArticle(std::size_t row);
   std::string articleText(std::size_t row) const;
@@ -103,10 +104,10 @@ private:
               bool counts = true);
   Preisfindung* prices();
   /// Sets a column, and what follows it, whichever way the value came; empty, or why it cannot stand there.
-  std::string set(std::size_t row, ColumnName column, GridColumnKind kind, std::string_view text);
+  std::string set(std::size_t row, ColumnName column, ControlKind kind, std::string_view text);
   /// Reads a number that was typed into `value`; empty, or why it cannot stand in the column.
   std::string readNumber(std::size_t row, ColumnName column, const std::string& typed, Value& value) const;
-  /// Why a number cannot stand in the column; empty when it can.
+  /// Why a number cannot stand in a column with rules of its own; empty when it can.
   std::string refusal(std::size_t row, ColumnName column, double number) const;
 
   Environment& environment_;

@@ -29,10 +29,10 @@ protected:
   /// The controls that show a stored value.
   static std::vector<std::string> differing(const AddressDialogPresenter& dialog) {
     std::vector<std::string> names;
-    for (std::size_t place = 0; place < dialog.specs().size(); ++place)
-      if (dialog.control(place).master) {
-        EXPECT_EQ(dialog.control(place).picture, CheckStatus::Warning);
-        names.emplace_back(dialog.specs()[place]->name);
+    for (std::size_t index = 0; index < dialog.specs().size(); ++index)
+      if (dialog.control(index).master) {
+        EXPECT_EQ(dialog.control(index).picture, CheckStatus::Warning);
+        names.emplace_back(dialog.specs()[index]->name);
       }
     return names;
   }

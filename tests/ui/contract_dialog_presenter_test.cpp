@@ -30,7 +30,7 @@ TEST_F(ContractDialogTest, ListsEveryFaultOfTheFieldsWithItsCodeAndPicture) {
                   "ZD|20|Zustand konnte nicht ermittelt werden.", "INT|20|Intervall: 2 nicht zulässig!"));
   EXPECT_EQ(state(*dialog, "tdbAnzahl").message, "Die Menge muss mindestens 1 betragen!");
   EXPECT_EQ(state(*dialog, "txtVertragsgegenstand").picture, CheckStatus::Error);
-  EXPECT_FALSE(dialog->content(place(*dialog, "cboZustand")).selected);
+  EXPECT_FALSE(dialog->content(indexOf(*dialog, "cboZustand")).selected);
 }
 
 TEST_F(ContractDialogTest, MendedFieldsLoseTheirFindingsAndTheJobWaitsAgainAfterSaving) {
@@ -43,7 +43,7 @@ TEST_F(ContractDialogTest, MendedFieldsLoseTheirFindingsAndTheJobWaitsAgainAfter
   enter(*dialog, "tdbAnzahl", " 2,50 ");
   EXPECT_EQ(state(*dialog, "tdbAnzahl").text, "2,5");
   chosen = {"G1"};
-  EXPECT_TRUE(dialog->lookUp(place(*dialog, "txtVertragsgegenstand")));
+  EXPECT_TRUE(dialog->lookUp(indexOf(*dialog, "txtVertragsgegenstand")));
   EXPECT_EQ(state(*dialog, "txtVertragsgegenstand").description, "Kassenwartung");
   EXPECT_THAT(findings(*dialog), IsEmpty());
   enter(*dialog, "cboZustand", "nur Info");

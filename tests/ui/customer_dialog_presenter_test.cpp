@@ -39,7 +39,7 @@ TEST_F(CustomerDialogTest, ComparesTheAddressWithTheMasterAndForgetsADifferenceT
   enter(*dialog, "txtBez1", "Hafenbau GmbH");
   EXPECT_THAT(codes(*dialog), ElementsAre("ORT"));
   EXPECT_EQ(state(*dialog, "txtBez1").picture, CheckStatus::Clean);
-  dialog->takeMaster(place(*dialog, "txtOrt"));
+  dialog->takeMaster(indexOf(*dialog, "txtOrt"));
   EXPECT_EQ(state(*dialog, "txtOrt").text, "Hamburg");
   EXPECT_THAT(codes(*dialog), IsEmpty());
 }
@@ -96,7 +96,7 @@ TEST_F(CustomerDialogTest, ListsUnknownCodesBanksAndAccountsButNoEmptyOnes) {
   EXPECT_EQ(state(*dialog, "tdbZahlungsart").text, "RE");
   enter(*dialog, "tdbVertreter1", "");
   enter(*dialog, "txtHauptkonto", "20001");
-  dialog->takeMaster(place(*dialog, "txtKreditinstitut"));
+  dialog->takeMaster(indexOf(*dialog, "txtKreditinstitut"));
   EXPECT_THAT(codes(*dialog), ElementsAre("EP", "KG", "PL", "ZB"));
 }
 
@@ -116,7 +116,7 @@ TEST_F(CustomerDialogTest, ChecksWhereGoodsAndInvoicesGo) {
   // Choosing an address of the customer fills both parts of its key.
   chosen = {"20001", "2"};
   enter(*dialog, "txtRechnungKdnr", "");
-  EXPECT_TRUE(dialog->lookUp(place(*dialog, "txtRechnungAdr")));
+  EXPECT_TRUE(dialog->lookUp(indexOf(*dialog, "txtRechnungAdr")));
   EXPECT_EQ(state(*dialog, "txtRechnungAdr").text, "2");
   EXPECT_THAT(lookupsOpened, Contains("AUSK_Adressauskunft|Kundennummer='20001' or Kundennummer is null"));
   EXPECT_THAT(codes(*dialog), ElementsAre("VA"));
@@ -124,7 +124,7 @@ TEST_F(CustomerDialogTest, ChecksWhereGoodsAndInvoicesGo) {
   erp::TableFiller(connection(), "Adressenstamm")
       .add({{"Adressnummer", "MESSE"}, {"Bez1", "Messe"}, {"Ort", "Köln"}});
   chosen = {"", "MESSE"};
-  EXPECT_TRUE(dialog->lookUp(place(*dialog, "txtVersandAdr")));
+  EXPECT_TRUE(dialog->lookUp(indexOf(*dialog, "txtVersandAdr")));
   EXPECT_THAT(codes(*dialog), ElementsAre());
   EXPECT_TRUE(dialog->save());
   EXPECT_EQ(field("K1", "VS_AdrNr").text() + "|" + field("K1", "VS_Bez1").text() + "|" +

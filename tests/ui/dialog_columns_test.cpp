@@ -36,7 +36,7 @@ protected:
     std::vector<std::string> typed;
     for (const auto& [control, column] : controls) {
       typed.push_back(std::to_string(typed.size() + 101));
-      dialog->type(place(*dialog, control), typed.back());
+      dialog->type(indexOf(*dialog, control), typed.back());
     }
     ASSERT_TRUE(dialog->save());
     for (std::size_t i = 0; i < controls.size(); ++i)

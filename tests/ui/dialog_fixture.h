@@ -47,24 +47,24 @@ protected:
     EXPECT_TRUE(dialog->load(jobId)) << dialog->notice();
     return dialog;
   }
-  static std::size_t place(const JobDialogPresenter& dialog, std::string_view control) {
+  static std::size_t indexOf(const JobDialogPresenter& dialog, std::string_view control) {
     const auto found = dialog.find(control);
     EXPECT_TRUE(found) << control;
     return found.value_or(0);
   }
   static const ControlState& state(const JobDialogPresenter& dialog, std::string_view control) {
-    return dialog.control(place(dialog, control));
+    return dialog.control(indexOf(dialog, control));
   }
   /// The clerk types into a control and leaves it.
   static void enter(JobDialogPresenter& dialog, std::string_view control, std::string_view text) {
-    dialog.type(place(dialog, control), text);
-    dialog.leave(place(dialog, control));
+    dialog.type(indexOf(dialog, control), text);
+    dialog.leave(indexOf(dialog, control));
   }
   /// "code severity text" of each finding.
   static std::vector<std::string> findings(const JobDialogPresenter& dialog) {
     std::vector<std::string> lines;
     for (const ListedFinding& finding : dialog.findings())
-      lines.push_back(finding.code + (finding.place.empty() ? "" : " " + finding.place) + "|" +
+      lines.push_back(finding.code + (finding.position.empty() ? "" : " " + finding.position) + "|" +
                       std::to_string(static_cast<int>(finding.severity)) + "|" + finding.text);
     return lines;
   }

@@ -505,18 +505,18 @@ TEST_F(JobViewTest, ThePlaceIsAlwaysKeptAndRestoredBySwitches) {
   EXPECT_TRUE(view.close({800, 600, WindowState::Maximized, -20, 30}));
   EXPECT_EQ(local("MainWidth") + " " + local("MainHeight"), "800 600");
   EXPECT_EQ(local("MainState") + " " + local("MainLeft") + " " + local("MainTop"), "2 -20 30");
-  EXPECT_FALSE(view.storedPlace().size || view.storedPlace().left);
+  EXPECT_FALSE(view.storedGeometry().size || view.storedGeometry().left);
   setLocal("ImportJob2", "FenstergrößeSpeichern", "1");
   setLocal("ImportJob2", "FensterpositionSpeichern", "1");
-  EXPECT_EQ(view.storedPlace().size, std::pair(800, 600));
-  EXPECT_EQ(view.storedPlace().state, WindowState::Maximized);
-  EXPECT_EQ(view.storedPlace().left, -20);
+  EXPECT_EQ(view.storedGeometry().size, std::pair(800, 600));
+  EXPECT_EQ(view.storedGeometry().state, WindowState::Maximized);
+  EXPECT_EQ(view.storedGeometry().left, -20);
   // A size needs both, a position has no such guard.
   setLocal("MAIN", "MainHeight", "0");
   setLocal("MAIN", "MainLeft", "links");
-  EXPECT_FALSE(view.storedPlace().size.has_value());
-  EXPECT_FALSE(view.storedPlace().left.has_value());
-  EXPECT_EQ(view.storedPlace().top, 30);
+  EXPECT_FALSE(view.storedGeometry().size.has_value());
+  EXPECT_FALSE(view.storedGeometry().left.has_value());
+  EXPECT_EQ(view.storedGeometry().top, 30);
 }
 
 TEST_F(JobViewTest, TheDetailsAreTheReasonsAndTheFindingsEachOnce) {

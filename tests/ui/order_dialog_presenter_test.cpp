@@ -68,6 +68,22 @@ TEST_F(OrderDialogTest, APriceThatNobodyStagedIsNoDifferenceAndAnotherOneParksNo
   EXPECT_EQ(engine.checkJob("O1").status(), CheckStatus::Warning);
 }
 
+TEST_F(OrderDialogTest, ACreditLimitOfTwoMeaningsIsAnErrorHereAsInTheCheck) {
+  erp.setOption("KreditlimitAuftrag", "1");
+  connection().execute(sql("Update Kundenstamm Set Kreditlimit1 = Null"_sql));
+  erp.setSetting("OP-Info", "Kreditlimit1", "1.000");
+  stageOrder("O1");
+  stagePriced("O1", 1, "A100", 1, 10);
+  const auto dialog = opened("O1");
+  EXPECT_THAT(findings(*dialog), Contains("KL|30|Das Kreditlimit '1.000' ist nicht eindeutig: 1000 oder 1."));
+  EXPECT_EQ(dialog->verdict(), CheckStatus::Error);
+  EXPECT_EQ(dialog->notice(), "");
+  EXPECT_EQ(engine.checkJob("O1").status, CheckStatus::Error);
+  erp.setSetting("OP-Info", "Kreditlimit1", "1000");
+  enter(*dialog, "txtHinweis", "");
+  EXPECT_THAT(findings(*dialog), Not(Contains(testing::HasSubstr("Kreditlimit"))));
+}
+
 TEST_F(OrderDialogTest, WhatTheCheckFindsBeyondTheFieldsIsListedAndCounts) {
   erp.setSetting("Allgemein", "Individual", "VLK");
   erp.setOption("KreditlimitAuftrag", "1");
@@ -351,7 +367,7 @@ TEST_F(OrderDialogTest, NumbersThatTheErpCannotHoldAreRefusedAtTheirField) {
   EXPECT_EQ(enterInto("txtPositionsnummer", "5"), "Die Positionsnummer 5 gibt es in diesem Auftrag schon.");
   EXPECT_EQ(enterInto("txtPositionsnummer", ""), "Eine Position braucht eine Nummer.");
   EXPECT_EQ(enterInto("txtPositionsnummer", "32767"), "");
-  EXPECT_EQ(grid.edit(0, column(grid, "Menge"), "1e99"), "'1E+99' ist zu groß.");
+  EXPECT_EQ(grid.edit(0, column(grid, "Menge"), "1e99"), "'1e99' ist zu groß.");
   EXPECT_EQ(grid.edit(0, column(grid, "Menge"), "1.00"), "'1.00' ist keine Zahl.");
   ASSERT_TRUE(dialog->save()) << dialog->notice();
   EXPECT_EQ(erp.text(sql("Select Positionsnummer || ' ' || KostID From ImportPos Where ChildID = 'P1'"_sql)),

@@ -56,35 +56,35 @@ ControlForm::ControlForm(Form& form, Desktop& desktop, std::string_view boxTitle
 }
 
 void ControlForm::buildGroup(const ControlGroup& group) {
-  std::vector<std::size_t> places;
+  std::vector<std::size_t> indexes;
   for (const ControlSpec& spec : group.controls)
-    if (const auto place = form_.find(spec.name)) places.push_back(*place);
-  if (places.empty()) {
+    if (const auto index = form_.find(spec.name)) indexes.push_back(*index);
+  if (indexes.empty()) {
     // Kept, so that groups are known by the form's numbers.
     groups_.emplace_back();
     return;
   }
   // A field that fills its group has the group's heading for a caption.
-  const ControlSpec& first = *form_.specs()[places.front()];
-  const bool alone = places.size() == 1 && accessible(first.caption) == toQt(group.caption);
+  const ControlSpec& first = *form_.specs()[indexes.front()];
+  const bool alone = indexes.size() == 1 && accessible(first.caption) == toQt(group.caption);
   auto* box = new QGroupBox(toQt(alone ? first.caption : group.caption), this);
   auto* rows = new QGridLayout(box);
   rows->setVerticalSpacing(std::max(2, rows->verticalSpacing() / 2));
   rows->setColumnStretch(1, 1);
   int weight = 2;
-  for (const std::size_t place : places) {
-    buildField(*rows, place, alone);
-    weight += form_.specs()[place]->kind == ControlKind::Note ? 3 : 1;
+  for (const std::size_t index : indexes) {
+    buildField(*rows, index, alone);
+    weight += form_.specs()[index]->kind == ControlKind::Note ? 3 : 1;
   }
   groups_.push_back({box, rows, weight});
 }
 
-void ControlForm::buildField(QGridLayout& rows, std::size_t place, bool alone) {
-  const ControlSpec& spec = *form_.specs()[place];
-  Field& field = fields_[place];
+void ControlForm::buildField(QGridLayout& rows, std::size_t index, bool alone) {
+  const ControlSpec& spec = *form_.specs()[index];
+  Field& field = fields_[index];
   QWidget* box = rows.parentWidget();
   const int row = rows.rowCount();
-  field.editor = makeEditor(place);
+  field.editor = makeEditor(index);
   field.editor->setObjectName(toQt(spec.name));
   field.editor->setAccessibleName(accessible(spec.caption));
   field.editor->installEventFilter(this);
@@ -99,7 +99,7 @@ void ControlForm::buildField(QGridLayout& rows, std::size_t place, bool alone) {
     field.calendar->setFocusPolicy(Qt::NoFocus);
     field.calendar->setAccessibleName(accessible(spec.caption) + QStringLiteral(" im Kalender wählen"));
     field.calendar->setToolTip(QStringLiteral("Im Kalender wählen (F4)"));
-    connect(field.calendar, &QToolButton::clicked, this, [this, place] { openCalendar(place); });
+    connect(field.calendar, &QToolButton::clicked, this, [this, index] { openCalendar(index); });
     line->addWidget(field.calendar);
   }
   if (!spec.lookup.empty()) {
@@ -110,7 +110,7 @@ void ControlForm::buildField(QGridLayout& rows, std::size_t place, bool alone) {
     field.lookup->setFocusPolicy(Qt::NoFocus);
     field.lookup->setAccessibleName(toQt(spec.lookup) + QStringLiteral(" zu ") + accessible(spec.caption));
     field.lookup->setToolTip(toQt(spec.lookup) + QStringLiteral(" (F4)"));
-    connect(field.lookup, &QToolButton::clicked, this, [this, place] { lookUp(place); });
+    connect(field.lookup, &QToolButton::clicked, this, [this, index] { lookUp(index); });
     line->addWidget(field.lookup);
   }
   if (!spec.description.empty()) {
@@ -126,12 +126,12 @@ void ControlForm::buildField(QGridLayout& rows, std::size_t place, bool alone) {
   QSizePolicy kept = field.picture->sizePolicy();
   kept.setRetainSizeWhenHidden(true);
   field.picture->setSizePolicy(kept);
-  connect(field.picture, &QToolButton::clicked, this, [this, place] { tell(place); });
+  connect(field.picture, &QToolButton::clicked, this, [this, index] { tell(index); });
 
   field.master = flatButton(box);
   field.master->setObjectName(toQt(spec.name) + QStringLiteral("Stamm"));
   field.master->setFocusPolicy(Qt::TabFocus);
-  connect(field.master, &QToolButton::clicked, this, [this, place] { takeMaster(place); });
+  connect(field.master, &QToolButton::clicked, this, [this, index] { takeMaster(index); });
 
   if (spec.kind == ControlKind::Check || alone) {
     rows.addLayout(line, row, 0, 1, 2);
@@ -145,8 +145,8 @@ void ControlForm::buildField(QGridLayout& rows, std::size_t place, bool alone) {
   rows.addWidget(field.master, row + 1, 1, 1, 2, Qt::AlignLeft);
 }
 
-QWidget* ControlForm::makeEditor(std::size_t place) {
-  const ControlSpec& spec = *form_.specs()[place];
+QWidget* ControlForm::makeEditor(std::size_t index) {
+  const ControlSpec& spec = *form_.specs()[index];
   switch (spec.kind) {
   case ControlKind::Note: {
     auto* note = new QPlainTextEdit(this);
@@ -159,12 +159,12 @@ QWidget* ControlForm::makeEditor(std::size_t place) {
   case ControlKind::Combo:
   case ControlKind::List: {
     auto* combo = new CodeCombo(spec.kind == ControlKind::Combo, this);
-    connect(combo, &QComboBox::activated, this, [this, place] { commitPlace(place); });
+    connect(combo, &QComboBox::activated, this, [this, index] { commitField(index); });
     return combo;
   }
   case ControlKind::Check: {
     auto* check = new QCheckBox(toQt(spec.caption), this);
-    connect(check, &QCheckBox::clicked, this, [this, place] { commitPlace(place); });
+    connect(check, &QCheckBox::clicked, this, [this, index] { commitField(index); });
     return check;
   }
   case ControlKind::Text:
@@ -230,9 +230,9 @@ void ControlForm::orderTabs() {
   }
 }
 
-QString ControlForm::content(std::size_t place) const {
-  QWidget* editor = fields_[place].editor;
-  switch (form_.specs()[place]->kind) {
+QString ControlForm::content(std::size_t index) const {
+  QWidget* editor = fields_[index].editor;
+  switch (form_.specs()[index]->kind) {
   case ControlKind::Note:
     return noteText(*static_cast<QPlainTextEdit*>(editor));
   case ControlKind::Combo:
@@ -248,25 +248,25 @@ QString ControlForm::content(std::size_t place) const {
   return static_cast<QLineEdit*>(editor)->text();
 }
 
-std::string ControlForm::typed(std::size_t place) const {
-  QString text = content(place);
+std::string ControlForm::typed(std::size_t index) const {
+  QString text = content(index);
   // Staged texts break their lines with CR LF, unless this one came otherwise.
-  const std::string& before = form_.control(place).text;
+  const std::string& before = form_.control(index).text;
   const bool bare = before.find('\n') != std::string::npos && before.find("\r\n") == std::string::npos;
-  if (form_.specs()[place]->kind == ControlKind::Note && !bare)
+  if (form_.specs()[index]->kind == ControlKind::Note && !bare)
     text.replace(QLatin1Char('\n'), QStringLiteral("\r\n"));
   return fromQt(text);
 }
 
 void ControlForm::render() {
-  for (std::size_t place = 0; place < fields_.size(); ++place) show(place);
+  for (std::size_t index = 0; index < fields_.size(); ++index) show(index);
 }
 
-void ControlForm::show(std::size_t place) {
-  const ControlState& state = form_.control(place);
-  Field& field = fields_[place];
+void ControlForm::show(std::size_t index) {
+  const ControlState& state = form_.control(index);
+  Field& field = fields_[index];
   showEnabled(*field.editor, state.enabled);
-  if (!pending(place) || field.shown.isNull()) showEditor(place);
+  if (!pending(index) || field.shown.isNull()) showEditor(index);
   if (field.calendar != nullptr) field.calendar->setEnabled(state.enabled);
   if (field.lookup != nullptr) field.lookup->setEnabled(state.enabled);
   if (field.description != nullptr) field.description->setText(toQt(state.description));
@@ -289,11 +289,11 @@ void ControlForm::show(std::size_t place) {
   }
 }
 
-void ControlForm::showEditor(std::size_t place) {
-  const ControlState& state = form_.control(place);
-  QWidget* editor = fields_[place].editor;
+void ControlForm::showEditor(std::size_t index) {
+  const ControlState& state = form_.control(index);
+  QWidget* editor = fields_[index].editor;
   const QSignalBlocker quiet(editor);
-  switch (form_.specs()[place]->kind) {
+  switch (form_.specs()[index]->kind) {
   case ControlKind::Note: {
     auto* note = static_cast<QPlainTextEdit*>(editor);
     QString text = toQt(state.text);
@@ -305,7 +305,7 @@ void ControlForm::showEditor(std::size_t place) {
   case ControlKind::Combo:
   case ControlKind::List: {
     auto* combo = static_cast<CodeCombo*>(editor);
-    combo->offer(form_.content(place));
+    combo->offer(form_.content(index));
     if (combo->code() != state.text || combo->currentIndex() < 0) combo->showCode(state.text);
     break;
   }
@@ -323,8 +323,8 @@ void ControlForm::showEditor(std::size_t place) {
     break;
   }
   }
-  fields_[place].shown = content(place);
-  if (fields_[place].shown.isNull()) fields_[place].shown = QLatin1String("");
+  fields_[index].shown = content(index);
+  if (fields_[index].shown.isNull()) fields_[index].shown = QLatin1String("");
 }
 
 /// A control that cannot be changed lies flat on the window and keeps a text that can be read and copied.
@@ -351,49 +351,49 @@ void ControlForm::showEnabled(QWidget& editor, bool enabled) {
 void ControlForm::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
   if (event->type() == QEvent::PaletteChange)
-    for (std::size_t place = 0; place < fields_.size(); ++place)
-      if (fields_[place].editor != nullptr) showEnabled(*fields_[place].editor, form_.control(place).enabled);
+    for (std::size_t index = 0; index < fields_.size(); ++index)
+      if (fields_[index].editor != nullptr) showEnabled(*fields_[index].editor, form_.control(index).enabled);
 }
 
-void ControlForm::commitPlace(std::size_t place) {
-  if (!pending(place)) return;
-  form_.type(place, typed(place));
-  fields_[place].shown = content(place);
-  form_.leave(place);
+void ControlForm::commitField(std::size_t index) {
+  if (!pending(index)) return;
+  form_.type(index, typed(index));
+  fields_[index].shown = content(index);
+  form_.leave(index);
   render();
   emit edited();
 }
 
 void ControlForm::commit() {
-  for (std::size_t place = 0; place < fields_.size(); ++place) commitPlace(place);
+  for (std::size_t index = 0; index < fields_.size(); ++index) commitField(index);
 }
 
-void ControlForm::lookUp(std::size_t place) {
-  if (!form_.control(place).enabled) return;
+void ControlForm::lookUp(std::size_t index) {
+  if (!form_.control(index).enabled) return;
   commit();
-  const bool taken = form_.lookUp(place);
-  fields_[place].editor->setFocus(Qt::OtherFocusReason);
+  const bool taken = form_.lookUp(index);
+  fields_[index].editor->setFocus(Qt::OtherFocusReason);
   render();
-  if (auto* line = qobject_cast<QLineEdit*>(fields_[place].editor); taken && line != nullptr)
+  if (auto* line = qobject_cast<QLineEdit*>(fields_[index].editor); taken && line != nullptr)
     line->selectAll();
   emit edited();
 }
 
-void ControlForm::takeMaster(std::size_t place) {
+void ControlForm::takeMaster(std::size_t index) {
   // Before its button vanishes, which would let the cursor wander on.
-  fields_[place].editor->setFocus(Qt::OtherFocusReason);
+  fields_[index].editor->setFocus(Qt::OtherFocusReason);
   commit();
-  form_.takeMaster(place);
+  form_.takeMaster(index);
   render();
   emit edited();
 }
 
-void ControlForm::tell(std::size_t place) {
-  desktop_.show({form_.control(place).message, boxTitle_, MessageIcon::Critical});
+void ControlForm::tell(std::size_t index) {
+  desktop_.show({form_.control(index).message, boxTitle_, MessageIcon::Critical});
 }
 
-void ControlForm::openCalendar(std::size_t place) {
-  auto* line = static_cast<QLineEdit*>(fields_[place].editor);
+void ControlForm::openCalendar(std::size_t index) {
+  auto* line = static_cast<QLineEdit*>(fields_[index].editor);
   auto* popup = new QFrame(this, Qt::Popup);
   popup->setAttribute(Qt::WA_DeleteOnClose);
   popup->setFrameShape(QFrame::StyledPanel);
@@ -406,11 +406,11 @@ void ControlForm::openCalendar(std::size_t place) {
     calendar->setSelectedDate(QDate(static_cast<int>(date->year()),
                                     static_cast<int>(static_cast<unsigned>(date->month())),
                                     static_cast<int>(static_cast<unsigned>(date->day()))));
-  const auto choose = [this, place, line, popup](const QDate& day) {
+  const auto choose = [this, index, line, popup](const QDate& day) {
     popup->close();
     line->setText(day.toString(QStringLiteral("dd.MM.yyyy")));
     line->setFocus(Qt::OtherFocusReason);
-    commitPlace(place);
+    commitField(index);
   };
   connect(calendar, &QCalendarWidget::activated, this, choose);
   connect(calendar, &QCalendarWidget::clicked, this, choose);
@@ -420,9 +420,9 @@ void ControlForm::openCalendar(std::size_t place) {
 }
 
 bool ControlForm::focusControl(std::string_view name) {
-  const auto place = form_.find(name);
-  if (!place) return false;
-  QWidget* editor = fields_[*place].editor;
+  const auto index = form_.find(name);
+  if (!index) return false;
+  QWidget* editor = fields_[*index].editor;
   editor->setFocus(Qt::ShortcutFocusReason);
   if (auto* line = qobject_cast<QLineEdit*>(editor)) line->selectAll();
   return true;
@@ -437,7 +437,7 @@ bool ControlForm::eventFilter(QObject* watched, QEvent* event) {
   const auto found = std::find_if(fields_.begin(), fields_.end(),
                                   [&](const Field& field) { return field.editor == watched; });
   if (found == fields_.end()) return QWidget::eventFilter(watched, event);
-  const auto place = static_cast<std::size_t>(found - fields_.begin());
+  const auto index = static_cast<std::size_t>(found - fields_.begin());
   switch (event->type()) {
   case QEvent::FocusOut: {
     const Qt::FocusReason reason = static_cast<QFocusEvent*>(event)->reason();
@@ -445,17 +445,17 @@ bool ControlForm::eventFilter(QObject* watched, QEvent* event) {
     if (reason == Qt::PopupFocusReason || reason == Qt::ActiveWindowFocusReason) break;
     // The editor sees the event first, since it may complete its text.
     watched->event(event);
-    commitPlace(place);
+    commitField(index);
     return true;
   }
   case QEvent::KeyPress:
     if (static_cast<QKeyEvent*>(event)->key() != Qt::Key_F4) break;
     if (found->lookup != nullptr) {
-      lookUp(place);
+      lookUp(index);
       return true;
     }
     if (found->calendar != nullptr && found->calendar->isEnabled()) {
-      openCalendar(place);
+      openCalendar(index);
       return true;
     }
     break;

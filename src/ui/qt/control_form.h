@@ -71,22 +71,22 @@ private:
   };
 
   void buildGroup(const ControlGroup& group);
-  void buildField(QGridLayout& rows, std::size_t place, bool alone);
-  QWidget* makeEditor(std::size_t place);
+  void buildField(QGridLayout& rows, std::size_t index, bool alone);
+  QWidget* makeEditor(std::size_t index);
   void arrange(int columns);
   void orderTabs();
-  QString content(std::size_t place) const;
-  bool pending(std::size_t place) const { return content(place) != fields_[place].shown; }
+  QString content(std::size_t index) const;
+  bool pending(std::size_t index) const { return content(index) != fields_[index].shown; }
   /// What the form is told of the editor's content.
-  std::string typed(std::size_t place) const;
-  void show(std::size_t place);
-  void showEditor(std::size_t place);
+  std::string typed(std::size_t index) const;
+  void show(std::size_t index);
+  void showEditor(std::size_t index);
   void showEnabled(QWidget& editor, bool enabled);
-  void commitPlace(std::size_t place);
-  void lookUp(std::size_t place);
-  void takeMaster(std::size_t place);
-  void openCalendar(std::size_t place);
-  void tell(std::size_t place);
+  void commitField(std::size_t index);
+  void lookUp(std::size_t index);
+  void takeMaster(std::size_t index);
+  void openCalendar(std::size_t index);
+  void tell(std::size_t index);
 
   Form& form_;
   Desktop& desktop_;

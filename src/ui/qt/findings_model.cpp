@@ -11,7 +11,7 @@ namespace {
 enum Column { Code, Status, Text, ColumnCount };
 
 QString placed(const ListedFinding& finding) {
-  return toQt(finding.place.empty() ? finding.code : finding.code + " " + finding.place);
+  return toQt(finding.position.empty() ? finding.code : finding.code + " " + finding.position);
 }
 
 QString severityText(CheckStatus severity) {

@@ -77,11 +77,11 @@ void FormWindow::done(int result) {
 
 /// Puts the cursor into a control whose text could not be taken. False when there is none.
 bool FormWindow::leadToRefused() {
-  const auto place = controls_.refused();
-  if (!place) return false;
-  form_->focusControl(controls_.specs()[*place]->name);
+  const auto index = controls_.refused();
+  if (!index) return false;
+  form_->focusControl(controls_.specs()[*index]->name);
   notice_->setText(
-      toQt(controls_.control(*place).message) +
+      toQt(controls_.control(*index).message) +
       QStringLiteral(" Bitte berichtigen Sie das Feld, oder verwerfen Sie die Eingabe mit Esc."));
   notice_->show();
   return true;
@@ -90,8 +90,8 @@ bool FormWindow::leadToRefused() {
 void FormWindow::keyPressEvent(QKeyEvent* event) {
   if (event->key() == Qt::Key_Escape) {
     form_->commit();
-    if (const auto place = controls_.refused()) {
-      controls_.dropRefused(*place);
+    if (const auto index = controls_.refused()) {
+      controls_.dropRefused(*index);
       form_->render();
       notice_->setVisible(leadToRefused());
       return;

@@ -82,16 +82,16 @@ void GridDelegate::setModelData(QWidget* editor, QAbstractItemModel* model, cons
 
 void GridDelegate::updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
                                         const QModelIndex& index) const {
-  QRect place = option.rect;
+  QRect area = option.rect;
   if (kind(index) == GridColumnKind::LongText) {
     const QRect room = editor->parentWidget()->rect();
     const QFontMetrics metrics = editor->fontMetrics();
-    place.setSize({std::max(place.width(), metrics.averageCharWidth() * 50), metrics.lineSpacing() * 7});
-    place.setSize(place.size().boundedTo(room.size()));
-    place.moveLeft(std::clamp(place.left(), 0, room.width() - place.width()));
-    place.moveTop(std::clamp(place.top(), 0, room.height() - place.height()));
+    area.setSize({std::max(area.width(), metrics.averageCharWidth() * 50), metrics.lineSpacing() * 7});
+    area.setSize(area.size().boundedTo(room.size()));
+    area.moveLeft(std::clamp(area.left(), 0, room.width() - area.width()));
+    area.moveTop(std::clamp(area.top(), 0, room.height() - area.height()));
   }
-  editor->setGeometry(place);
+  editor->setGeometry(area);
 }
 
 void GridDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const {

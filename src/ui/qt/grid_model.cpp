@@ -62,25 +62,25 @@ const GridModel::Refused* GridModel::refusedAt(const QModelIndex& index) const {
 QVariant GridModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid() || index.row() >= static_cast<int>(grid_.rowCount())) return {};
   const auto row = static_cast<std::size_t>(index.row());
-  const auto place = static_cast<std::size_t>(index.column());
+  const auto field = static_cast<std::size_t>(index.column());
   const GridColumnKind kind = column(index.column()).kind;
   const Refused* refused = refusedAt(index);
   switch (role) {
   case Qt::TextAlignmentRole:
     return alignment(kind);
   case Qt::EditRole:
-    return refused != nullptr ? refused->text : toQt(grid_.editText(row, place));
+    return refused != nullptr ? refused->text : toQt(grid_.editText(row, field));
   case Qt::DisplayRole:
-    return shownText(grid_.cell(row, place), kind, refused);
+    return shownText(grid_.cell(row, field), kind, refused);
   case Qt::DecorationRole:
-    return decoration(grid_.cell(row, place), kind, refused);
+    return decoration(grid_.cell(row, field), kind, refused);
   case Qt::CheckStateRole:
     if (kind != GridColumnKind::Check) return {};
-    return grid_.cell(row, place).text == "1" ? Qt::Checked : Qt::Unchecked;
+    return grid_.cell(row, field).text == "1" ? Qt::Checked : Qt::Unchecked;
   case Qt::AccessibleTextRole:
-    return isPicture(kind) ? explanation(grid_.cell(row, place), kind, refused) : QVariant();
+    return isPicture(kind) ? explanation(grid_.cell(row, field), kind, refused) : QVariant();
   case Qt::ToolTipRole:
-    return plainToolTip(explanation(grid_.cell(row, place), kind, refused).toString());
+    return plainToolTip(explanation(grid_.cell(row, field), kind, refused).toString());
   default:
     return {};
   }
@@ -106,14 +106,14 @@ Qt::ItemFlags GridModel::flags(const QModelIndex& index) const {
 bool GridModel::setData(const QModelIndex& index, const QVariant& value, int role) {
   if (!index.isValid() || (role != Qt::EditRole && role != Qt::CheckStateRole)) return false;
   const auto row = static_cast<std::size_t>(index.row());
-  const auto place = static_cast<std::size_t>(index.column());
+  const auto field = static_cast<std::size_t>(index.column());
   const QString text = role == Qt::EditRole           ? value.toString()
                        : value.toInt() == Qt::Checked ? QStringLiteral("1")
                                                       : QStringLiteral("0");
   refused_.erase({index.row(), index.column()});
   QString reason;
-  if (fromQt(text) != grid_.editText(row, place)) {
-    reason = toQt(grid_.edit(row, place, fromQt(text)));
+  if (fromQt(text) != grid_.editText(row, field)) {
+    reason = toQt(grid_.edit(row, field, fromQt(text)));
     if (!reason.isEmpty()) refused_[{index.row(), index.column()}] = {text, reason};
   }
   emit dataChanged(this->index(index.row(), 0), this->index(index.row(), columnCount() - 1));
@@ -145,10 +145,10 @@ void GridModel::removeRow(int row) {
   beginRemoveRows({}, row, row);
   grid_.removeRow(static_cast<std::size_t>(row));
   rows_ = static_cast<int>(grid_.rowCount());
-  std::map<Place, Refused> kept;
-  for (auto& [place, refused] : refused_)
-    if (place.first != row)
-      kept.emplace(Place{place.first > row ? place.first - 1 : place.first, place.second},
+  std::map<CellIndex, Refused> kept;
+  for (auto& [cell, refused] : refused_)
+    if (cell.first != row)
+      kept.emplace(CellIndex{cell.first > row ? cell.first - 1 : cell.first, cell.second},
                    std::move(refused));
   refused_ = std::move(kept);
   endRemoveRows();
@@ -167,8 +167,8 @@ void GridModel::dropRefused(const QModelIndex& index) {
 
 QModelIndex GridModel::firstRefused() const {
   if (refused_.empty()) return {};
-  const Place place = refused_.begin()->first;
-  return index(place.first, place.second);
+  const CellIndex cell = refused_.begin()->first;
+  return index(cell.first, cell.second);
 }
 
 } // namespace qx

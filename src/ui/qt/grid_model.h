@@ -52,7 +52,7 @@ private:
     QString text;
     QString reason;
   };
-  using Place = std::pair<int, int>; ///< row, column
+  using CellIndex = std::pair<int, int>; ///< row, column
 
   const Refused* refusedAt(const QModelIndex& index) const;
   static QVariant shownText(const GridCell& cell, GridColumnKind kind, const Refused* refused);
@@ -62,7 +62,7 @@ private:
 
   JobGrid& grid_;
   int rows_ = 0; ///< as the views know it
-  std::map<Place, Refused> refused_;
+  std::map<CellIndex, Refused> refused_;
 };
 
 } // namespace qx

@@ -335,12 +335,12 @@ void JobDialogWindow::renderFindings() {
   std::optional<ListedFinding> current;
   if (findingsView_->currentIndex().isValid())
     current = findings_->finding(findingsView_->currentIndex().row());
-  const int place = findingsView_->verticalScrollBar()->value();
+  const int scrolled = findingsView_->verticalScrollBar()->value();
   findings_->show(dialog_.findings());
   seeing_.start();
   if (current)
     if (const auto row = findings_->rowOf(*current)) findingsView_->selectRow(*row);
-  findingsView_->verticalScrollBar()->setValue(place);
+  findingsView_->verticalScrollBar()->setValue(scrolled);
 }
 
 void JobDialogWindow::commit() {

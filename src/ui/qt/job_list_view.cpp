@@ -32,17 +32,17 @@ public:
     style->drawControl(QStyle::CE_ItemViewItem, &background, painter, option.widget);
     const bool enabled = (option.state & QStyle::State_Enabled) != 0;
     const int side = style->pixelMetric(QStyle::PM_SmallIconSize, &option, option.widget);
-    QRect place(0, 0, side, side);
-    place.moveCenter(option.rect.center());
+    QRect area(0, 0, side, side);
+    area.moveCenter(option.rect.center());
     if (enabled && !icon.isNull() && (option.state & QStyle::State_Selected) != 0) {
       painter->save();
       painter->setRenderHint(QPainter::Antialiasing);
       painter->setPen(Qt::NoPen);
       painter->setBrush(option.palette.base());
-      painter->drawEllipse(place.adjusted(-1, -1, 1, 1));
+      painter->drawEllipse(area.adjusted(-1, -1, 1, 1));
       painter->restore();
     }
-    icon.paint(painter, place, Qt::AlignCenter, enabled ? QIcon::Normal : QIcon::Disabled);
+    icon.paint(painter, area, Qt::AlignCenter, enabled ? QIcon::Normal : QIcon::Disabled);
   }
 };
 
@@ -93,8 +93,8 @@ void JobListView::setHint(const QString& hint) {
 QString JobListView::currentRowText() const {
   if (!currentIndex().isValid()) return {};
   QStringList cells;
-  for (int place = 0; place < horizontalHeader()->count(); ++place) {
-    const int column = horizontalHeader()->logicalIndex(place);
+  for (int visual = 0; visual < horizontalHeader()->count(); ++visual) {
+    const int column = horizontalHeader()->logicalIndex(visual);
     const QModelIndex cell = currentIndex().siblingAtColumn(column);
     const QVariant text = cell.data(Qt::DisplayRole);
     if (!isColumnHidden(column))

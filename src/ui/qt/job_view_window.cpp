@@ -165,7 +165,7 @@ void JobViewWindow::setVisible(bool visible) {
   opened_ = true;
   presenter_.create();
   restoreLayout();
-  restorePlace();
+  restoreWindow();
   render();
   list_->setFocus();
   QMainWindow::setVisible(true);
@@ -433,7 +433,7 @@ void JobViewWindow::keyPressEvent(QKeyEvent* event) {
 }
 
 void JobViewWindow::closeEvent(QCloseEvent* event) {
-  if (!presenter_.close(place())) {
+  if (!presenter_.close(shownGeometry())) {
     event->ignore();
     return;
   }
@@ -572,7 +572,7 @@ void JobViewWindow::renderTexts() {
   details_->setText(toQt(state().details));
 }
 
-WindowPlace JobViewWindow::place() const {
+WindowGeometry JobViewWindow::shownGeometry() const {
   const QRect normal = isVisible() ? normalGeometry() : geometry();
   WindowState shown = WindowState::Normal;
   if (isMinimized()) shown = WindowState::Minimized;
@@ -580,8 +580,8 @@ WindowPlace JobViewWindow::place() const {
   return {normal.width(), normal.height(), shown, normal.left(), normal.top()};
 }
 
-void JobViewWindow::restorePlace() {
-  const StoredPlace stored = presenter_.storedPlace();
+void JobViewWindow::restoreWindow() {
+  const StoredGeometry stored = presenter_.storedGeometry();
   QRect wanted = geometry();
   if (stored.size) wanted.setSize({stored.size->first, stored.size->second});
   if (stored.left) wanted.moveLeft(*stored.left);

@@ -98,10 +98,10 @@ private:
   void renderList();
   void renderTexts();
 
-  void restorePlace();
+  void restoreWindow();
   void restoreLayout();
   void saveLayout();
-  WindowPlace place() const;
+  WindowGeometry shownGeometry() const;
   QByteArray stored(std::string_view key) const;
 
   JobViewDialogs dialogs_;

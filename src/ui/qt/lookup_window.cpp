@@ -123,14 +123,14 @@ LookupWindow::LookupWindow(const LookupRequest& request, erp::LookupPages& pages
   search_->setObjectName(QStringLiteral("lookupSearch"));
   search_->setAccessibleName(tr("Suchen"));
   search_->setClearButtonEnabled(true);
-  QString places;
+  QString captions;
   for (const std::string_view name : pages.source().searched) {
     const auto column = std::ranges::find(pages.source().columns, name, &erp::LookupColumn::name);
     if (column == pages.source().columns.end()) continue;
-    if (!places.isEmpty()) places += QStringLiteral(", ");
-    places += toQt(column->caption);
+    if (!captions.isEmpty()) captions += QStringLiteral(", ");
+    captions += toQt(column->caption);
   }
-  search_->setPlaceholderText(tr("Anfang von %1").arg(places));
+  search_->setPlaceholderText(tr("Anfang von %1").arg(captions));
   search_->installEventFilter(this);
   auto* label = new QLabel(tr("&Suchen:"), this);
   label->setObjectName(QStringLiteral("lookupSearchLabel"));
@@ -280,7 +280,7 @@ void LookupWindow::saveSize() {
 std::vector<std::string> QtAuskunft::show(Session& session, const LookupRequest& request) {
   const erp::LookupSource* source = erp::findLookupSource(request.recordSource);
   if (source == nullptr) throw std::runtime_error("Es gibt keine Auskunft " + request.recordSource + ".");
-  const std::vector<std::size_t> places = erp::resultColumns(*source, request.resultFields);
+  const std::vector<std::size_t> columns = erp::resultColumns(*source, request.resultFields);
   const std::shared_ptr<Connection> connection = session.connection();
   if (!connection) throw std::runtime_error("Die Auskunft hat keine Verbindung zur Datenbank.");
 
@@ -288,8 +288,8 @@ std::vector<std::string> QtAuskunft::show(Session& session, const LookupRequest&
   LookupWindow window(request, pages, settings_, diagnostics_, QApplication::activeWindow());
   if (window.exec() != QDialog::Accepted) return {};
   std::vector<std::string> values;
-  values.reserve(places.size());
-  for (const std::size_t place : places) values.push_back((*window.current())[place]);
+  values.reserve(columns.size());
+  for (const std::size_t column : columns) values.push_back((*window.current())[column]);
   return values;
 }
 

@@ -1,5 +1,6 @@
 #include "ui/qt/qt_desktop.h"
 
+#include "ui/qt/small_windows.h"
 #include "ui/qt/text.h"
 
 #include <QApplication>
@@ -9,12 +10,22 @@
 #include <QPushButton>
 #include <QTimer>
 
+#include <algorithm>
+#include <cstddef>
+
 namespace qx {
 namespace {
 
 /// The core ends lines as the ERP's tables do.
 QString shownText(std::string_view text) {
   return toQt(text).replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+}
+
+/// A box of this size would reach beyond a small screen; it neither scrolls nor wraps long words.
+bool isLong(const Message& message) {
+  constexpr std::ptrdiff_t mostLines = 12;
+  constexpr std::size_t mostBytes = 800;
+  return message.text.size() > mostBytes || std::ranges::count(message.text, '\n') >= mostLines;
 }
 
 QMessageBox::Icon boxIcon(MessageIcon icon) {
@@ -75,6 +86,10 @@ void QtDesktop::showKept() {
     const Message message = kept_.front();
     // Before it is shown: the box runs a message loop, which may come here again.
     kept_.pop_front();
+    if (isLong(message)) {
+      ErrorWindow(message.text, QApplication::activeWindow(), message.title).exec();
+      continue;
+    }
     QMessageBox box(QApplication::activeWindow());
     prepare(box, message);
     box.setIcon(boxIcon(message.icon));

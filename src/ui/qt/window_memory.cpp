@@ -44,9 +44,9 @@ bool WindowMemory::restore(QWidget& window, QSplitter* splitter, const QSize& us
   const bool whole = kept.size() >= 2 && kept[0] > 0 && kept[1] > 0;
   const QSize size = whole ? QSize(kept[0], kept[1]) : usual;
   window.resize(size.boundedTo(roomFor(window, *window.screen())));
-  const bool places = whole && splitter != nullptr && kept.size() == splitter->count() + 2;
-  if (places) splitter->setSizes(kept.mid(2));
-  return whole && (places || splitter == nullptr);
+  const bool sections = whole && splitter != nullptr && kept.size() == splitter->count() + 2;
+  if (sections) splitter->setSizes(kept.mid(2));
+  return whole && (sections || splitter == nullptr);
 }
 
 void WindowMemory::keep(const QWidget& window, const QSplitter* splitter) const {

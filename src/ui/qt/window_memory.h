@@ -17,7 +17,7 @@ namespace qx {
 /// framed a usual frame is allowed for.
 QSize roomFor(const QWidget& window, const QScreen& screen);
 
-/// Keeps a window's size and the places of its splitter in the user's settings, under a key per window. A
+/// Keeps a window's size and the sections of its splitter in the user's settings, under a key per window. A
 /// failure is told to the diagnostics; the window has its usual size then.
 class WindowMemory {
 public:

@@ -11,6 +11,7 @@
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QPlainTextEdit>
 #include <QTest>
 #include <QTimer>
 
@@ -54,6 +55,21 @@ TEST_F(QtDesktopTest, ShowsTextTitleAndIconAsTheyAre) {
     press(box, QStringLiteral("OK"));
   });
   desktop.show({"<b>Fehler</b>\r\nzwei", "Titel", MessageIcon::Exclamation});
+  EXPECT_EQ(boxes, 1);
+}
+
+TEST_F(QtDesktopTest, ShowsALongReasonWhereItCanBeScrolled) {
+  std::string reason = "Diese Vorgänge wurden nicht verarbeitet:";
+  for (int job = 1; job <= 12; ++job) reason += "\r\nVorgang " + std::to_string(job);
+  next<QDialog>([](QDialog& window) {
+    EXPECT_EQ(window.objectName(), QStringLiteral("frmError"));
+    EXPECT_EQ(window.windowTitle(), QStringLiteral("Titel"));
+    EXPECT_TRUE(window.findChild<QPlainTextEdit*>(QStringLiteral("txtError"))
+                    ->toPlainText()
+                    .endsWith(QStringLiteral("\nVorgang 11\nVorgang 12")));
+    window.reject();
+  });
+  desktop.show({reason, "Titel", MessageIcon::Exclamation});
   EXPECT_EQ(boxes, 1);
 }
 

@@ -11,8 +11,10 @@
 
 #include <csignal>
 #include <cstdlib>
+#include <filesystem>
 #include <memory>
 #include <string_view>
+#include <unistd.h>
 #include <xcb/xcb.h>
 
 namespace qx {
@@ -147,6 +149,28 @@ TEST_F(WindowProgram, EndsWithFourAndTheInitLineWithoutADatabase) {
   close(toQt(defaultTitle));
   EXPECT_EQ(status(), 4);
   EXPECT_NE(messages.find("Create it with: qximportjob --db " + erp.file + " init"), std::string::npos)
+      << messages;
+}
+
+/// As root everything may be written, so another user opens it then.
+TEST_F(WindowProgram, SaysThatTheDatabaseCanOnlyBeRead) {
+  namespace fs = std::filesystem;
+  const fs::path folder = erp.folder.path();
+  constexpr fs::perms readable = fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read;
+  constexpr fs::perms enterable = fs::perms::owner_exec | fs::perms::group_exec | fs::perms::others_exec;
+  for (const fs::directory_entry& file : fs::directory_iterator(folder)) fs::permissions(file, readable);
+  fs::permissions(folder, readable | enterable);
+  QStringList command{QStringLiteral(QXIMPORTJOB_VIEW), QStringLiteral("--db"), toQt(erp.file)};
+  if (geteuid() == 0)
+    command = QStringList{QStringLiteral("setpriv"), QStringLiteral("--reuid=65534"),
+                          QStringLiteral("--regid=65534"), QStringLiteral("--clear-groups")} +
+              command;
+  process.start(command.takeFirst(), command);
+  close(toQt(defaultTitle));
+  EXPECT_EQ(status(), 4);
+  fs::permissions(folder, fs::perms::owner_all);
+  EXPECT_NE(messages.find("the import cannot be locked: "), std::string::npos) << messages;
+  EXPECT_NE(messages.find("Let this user write the database file and its folder."), std::string::npos)
       << messages;
 }
 
