@@ -1,8 +1,8 @@
 #include "ui/edit_codec.h"
 
 #include "model/date.h"
+#include "model/german_text.h"
 #include "platform/whole_number.h"
-#include "rules/german_text.h"
 
 #include <cmath>
 

@@ -78,7 +78,7 @@ TEST_F(OrderDialogTest, ACreditLimitOfTwoMeaningsIsAnErrorHereAsInTheCheck) {
   EXPECT_THAT(findings(*dialog), Contains("KL|30|Das Kreditlimit '1.000' ist nicht eindeutig: 1000 oder 1."));
   EXPECT_EQ(dialog->verdict(), CheckStatus::Error);
   EXPECT_EQ(dialog->notice(), "");
-  EXPECT_EQ(engine.checkJob("O1").status, CheckStatus::Error);
+  EXPECT_EQ(engine.checkJob("O1").status(), CheckStatus::Error);
   erp.setSetting("OP-Info", "Kreditlimit1", "1000");
   enter(*dialog, "txtHinweis", "");
   EXPECT_THAT(findings(*dialog), Not(Contains(testing::HasSubstr("Kreditlimit"))));
