@@ -8,7 +8,7 @@
 #include "store/entry_objects.h"
 #include "ui/control.h"
 #include "ui/finding_list.h"
-#include "ui/job_dialog.h"
+#include "ui/job_dialog_presenter.h"
 #include "ui/job_grid.h"
 
 #include <map>

@@ -7,7 +7,7 @@
 #include "settings/option_keys.h"
 #include "store/job_lines.h"
 #include "store/version1_rows.h"
-#include "ui/options_dialog.h"
+#include "ui/options_dialog_presenter.h"
 
 #include <algorithm>
 #include <iostream>

@@ -8,6 +8,7 @@
 
 #include "require.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <optional>
 #include <sstream>
@@ -52,11 +53,13 @@ std::vector<std::string> linesOf(const std::string& content, const Scrambler* sc
 bool beginsRecord(std::string_view line) {
   if (!line.starts_with('"')) return false;
   std::size_t at = line.starts_with("\"-") ? 2 : 1;
+  const std::string_view largest = at == 2 ? "9223372036854775808" : "9223372036854775807";
   const std::size_t first = at;
-  constexpr std::size_t digitsThatFit = 18;
   while (at < line.size() && line[at] >= '0' && line[at] <= '9') ++at;
-  if (at - first > digitsThatFit) at = first;
-  return at > first && line.substr(at).starts_with("\";\"");
+  if (at == first || !line.substr(at).starts_with("\";\"")) return false;
+  const std::size_t significant = std::min(line.find_first_not_of('0', first), at);
+  const std::string_view digits = line.substr(significant, at - significant);
+  return digits.size() < largest.size() || (digits.size() == largest.size() && digits <= largest);
 }
 
 /// Every line that begins a record gives one item, and so does every line outside.

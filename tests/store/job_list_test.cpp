@@ -111,6 +111,30 @@ TEST_F(JobListTest, HasTheRowsOfThePlainStatementInItsOrder) {
   EXPECT_EQ(readJobList(erp.connection(), {}, {}).size(), jobListLimit);
 }
 
+TEST_F(JobListTest, EachColumnOfARowStandsInItsOwnField) {
+  const auto row = erp.connection().open(sql("Select * From ImportKopf Where 1 = 0"_sql));
+  row->addNew();
+  row->set("JobID", Value("J1"));
+  row->set("JobType", Value(std::int64_t{31}));
+  row->set("Eingangsdatum", Value("24.11.2026"));
+  row->set("Kundennummer", Value("10010"));
+  row->set("Bez1", Value("Bergmann"));
+  row->set("Bemerkung", Value("bitte anrufen"));
+  row->set("Betreff", Value("Shop"));
+  row->update();
+  const auto rows = readJobList(erp.connection(), {}, {});
+  ASSERT_EQ(rows.size(), 1U);
+  const JobListRow& found = rows.front();
+  EXPECT_EQ(found.jobType, 31);
+  EXPECT_EQ(found.jobId, "J1");
+  EXPECT_EQ(found.received, "24.11.2026");
+  EXPECT_EQ(found.customer, "10010");
+  EXPECT_EQ(found.name, "Bergmann");
+  EXPECT_EQ(found.remark, "bitte anrufen");
+  EXPECT_EQ(found.subject, "Shop");
+  EXPECT_EQ(found.date, makeDate(2026, 11, 24));
+}
+
 /// The plan of a statement, one step a line.
 std::string planOf(const std::string& file, const Sql& statement) {
   sqlite3* opened = nullptr;

@@ -32,7 +32,7 @@ protected:
       keys.push_back(job[0].text());
     return keys;
   }
-  std::unique_ptr<JobDialog> opened(const std::string& job) {
+  std::unique_ptr<JobDialogPresenter> opened(const std::string& job) {
     auto dialog = makeJobDialog(context, *JobEditing(erp.environment).codeOf(job));
     EXPECT_TRUE(dialog->load(job)) << job << dialog->notice();
     dialog->checkMore(dialog->checksLeft());
@@ -47,7 +47,7 @@ protected:
 };
 
 /// The findings that the clerk sees though the job goes through with them, as "job: codes".
-std::string onlyTold(const std::string& job, const JobDialog& dialog, CheckStatus answer) {
+std::string onlyTold(const std::string& job, const JobDialogPresenter& dialog, CheckStatus answer) {
   std::string codes;
   for (const Finding& finding : dialog.findings())
     if (finding.severity > answer && finding.code != processingErrorCode) codes += " " + finding.code;

@@ -42,33 +42,33 @@ protected:
     erp::TableFiller(connection(), "PreislistenKopf").add({{"Preisliste", "A"}, {"Langtext", "Liste A"}});
   }
 
-  std::unique_ptr<JobDialog> opened(std::string_view jobId) {
+  std::unique_ptr<JobDialogPresenter> opened(std::string_view jobId) {
     auto dialog = makeJobDialog(context, jobType(jobId));
     EXPECT_TRUE(dialog->load(jobId)) << dialog->notice();
     return dialog;
   }
-  static std::size_t place(const JobDialog& dialog, std::string_view control) {
+  static std::size_t place(const JobDialogPresenter& dialog, std::string_view control) {
     const auto found = dialog.find(control);
     EXPECT_TRUE(found) << control;
     return found.value_or(0);
   }
-  static const ControlState& state(const JobDialog& dialog, std::string_view control) {
+  static const ControlState& state(const JobDialogPresenter& dialog, std::string_view control) {
     return dialog.control(place(dialog, control));
   }
   /// The clerk types into a control and leaves it.
-  static void enter(JobDialog& dialog, std::string_view control, std::string_view text) {
+  static void enter(JobDialogPresenter& dialog, std::string_view control, std::string_view text) {
     dialog.type(place(dialog, control), text);
     dialog.leave(place(dialog, control));
   }
   /// "code severity text" of each finding.
-  static std::vector<std::string> findings(const JobDialog& dialog) {
+  static std::vector<std::string> findings(const JobDialogPresenter& dialog) {
     std::vector<std::string> lines;
     for (const Finding& finding : dialog.findings())
       lines.push_back(finding.code + (finding.place.empty() ? "" : " " + finding.place) + "|" +
                       std::to_string(static_cast<int>(finding.severity)) + "|" + finding.text);
     return lines;
   }
-  static std::vector<std::string> codes(const JobDialog& dialog) {
+  static std::vector<std::string> codes(const JobDialogPresenter& dialog) {
     std::vector<std::string> codes;
     for (const Finding& finding : dialog.findings()) codes.push_back(finding.code);
     std::sort(codes.begin(), codes.end());

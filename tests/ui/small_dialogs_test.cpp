@@ -2,7 +2,7 @@
 #include "platform/german_cause.h"
 #include "support/test_erp.h"
 #include "ui/about_box.h"
-#include "ui/delete_by_date.h"
+#include "ui/delete_by_date_presenter.h"
 
 #include <gtest/gtest.h>
 
@@ -30,7 +30,7 @@ class SmallDialogs : public ::testing::Test {
 protected:
   TestErp erp;
   ImportJobObject2 engine{erp.environment};
-  DeleteByDate deletion{erp.environment, engine};
+  DeleteByDatePresenter deletion{erp.environment, engine};
 };
 
 TEST_F(SmallDialogs, TheDayProposedGoesByTheSession) {

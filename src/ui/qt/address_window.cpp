@@ -1,6 +1,6 @@
 #include "ui/qt/address_window.h"
 
-#include "ui/address_dialog.h"
+#include "ui/address_dialog_presenter.h"
 #include "ui/qt/access_keys.h"
 #include "ui/qt/control_form.h"
 #include "ui/qt/text.h"
@@ -23,7 +23,7 @@ constexpr std::array<std::string_view, 2> blockNames{"VS", "RG"};
 
 class AddressWindow final : public QDialog {
 public:
-  AddressWindow(QWidget* parent, Environment& environment, AddressDialog& addresses);
+  AddressWindow(QWidget* parent, Environment& environment, AddressDialogPresenter& addresses);
   void done(int result) override;
   void accept() override;
 
@@ -31,11 +31,11 @@ protected:
   void keyPressEvent(QKeyEvent* event) override;
 
 private:
-  void buildBlock(AddressDialog::Block block, AccessKeys& keys);
+  void buildBlock(AddressDialogPresenter::Block block, AccessKeys& keys);
   QPushButton* button(const QString& caption, const QString& name);
   void render();
 
-  AddressDialog& addresses_;
+  AddressDialogPresenter& addresses_;
   WindowMemory memory_;
   ControlForm* form_;
   QLabel* notice_;
@@ -43,7 +43,7 @@ private:
   std::array<QPushButton*, 2> takers_{};
 };
 
-AddressWindow::AddressWindow(QWidget* parent, Environment& environment, AddressDialog& addresses)
+AddressWindow::AddressWindow(QWidget* parent, Environment& environment, AddressDialogPresenter& addresses)
     : QDialog(parent), addresses_(addresses), memory_(environment, "DialogAdressen"),
       form_(new ControlForm(addresses, environment.desktop, "Adressen", this)), notice_(new QLabel(this)) {
   setObjectName(QStringLiteral("frmAdressen"));
@@ -51,7 +51,7 @@ AddressWindow::AddressWindow(QWidget* parent, Environment& environment, AddressD
   AccessKeys keys;
   for (const ControlSpec* spec : addresses_.specs()) keys.take(spec->caption);
   keys.take("Abb&rechen");
-  for (const AddressDialog::Block block : AddressDialog::allBlocks) buildBlock(block, keys);
+  for (const AddressDialogPresenter::Block block : AddressDialogPresenter::allBlocks) buildBlock(block, keys);
 
   auto* scroll = new QScrollArea(this);
   scroll->setWidgetResizable(true);
@@ -90,7 +90,7 @@ QPushButton* AddressWindow::button(const QString& caption, const QString& name) 
   return made;
 }
 
-void AddressWindow::buildBlock(AddressDialog::Block block, AccessKeys& keys) {
+void AddressWindow::buildBlock(AddressDialogPresenter::Block block, AccessKeys& keys) {
   const auto number = static_cast<std::size_t>(block);
   const QString name = toQt(blockNames[number]);
   auto* below = new QWidget(form_);
@@ -131,7 +131,7 @@ void AddressWindow::render() {
   form_->render();
   notice_->setText(toQt(addresses_.notice()));
   notice_->setVisible(!addresses_.notice().empty());
-  for (const AddressDialog::Block block : AddressDialog::allBlocks) {
+  for (const AddressDialogPresenter::Block block : AddressDialogPresenter::allBlocks) {
     const auto number = static_cast<std::size_t>(block);
     standings_[number]->setText(toQt(addresses_.standing(block)));
     takers_[number]->setEnabled(!addresses_.readOnly() && addresses_.hasStored(block));
@@ -161,7 +161,7 @@ void AddressWindow::keyPressEvent(QKeyEvent* event) {
 
 } // namespace
 
-bool editJobAddresses(QWidget* parent, Environment& environment, AddressDialog& addresses) {
+bool editJobAddresses(QWidget* parent, Environment& environment, AddressDialogPresenter& addresses) {
   return AddressWindow(parent, environment, addresses).exec() == QDialog::Accepted;
 }
 

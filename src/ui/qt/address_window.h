@@ -7,9 +7,9 @@ class QWidget;
 
 namespace qx {
 
-class AddressDialog;
+class AddressDialogPresenter;
 
 /// Opens the editor modally. True when the clerk agrees to what it holds then.
-bool editJobAddresses(QWidget* parent, Environment& environment, AddressDialog& addresses);
+bool editJobAddresses(QWidget* parent, Environment& environment, AddressDialogPresenter& addresses);
 
 } // namespace qx

@@ -1,7 +1,7 @@
 #include "ui/qt/job_dialog_window.h"
 
 #include "settings/settings.h"
-#include "ui/address_dialog.h"
+#include "ui/address_dialog_presenter.h"
 #include "ui/job_dialogs.h"
 #include "ui/qt/access_keys.h"
 #include "ui/qt/address_window.h"
@@ -59,7 +59,7 @@ std::string_view memoryKey(std::int16_t jobType) {
 
 class JobDialogWindow final : public QDialog {
 public:
-  JobDialogWindow(QWidget* parent, const DialogContext& context, JobDialog& dialog, bool offerNext);
+  JobDialogWindow(QWidget* parent, const DialogContext& context, JobDialogPresenter& dialog, bool offerNext);
 
   DialogEnd end() const { return end_; }
   void reject() override;
@@ -101,7 +101,7 @@ private:
   void checkMore();
 
   DialogContext context_;
-  JobDialog& dialog_;
+  JobDialogPresenter& dialog_;
   WindowMemory memory_;
   DialogEnd end_ = DialogEnd::Closed;
   ElidedLabel* title_ = nullptr;
@@ -120,7 +120,7 @@ private:
   QTimer seeing_;
 };
 
-JobDialogWindow::JobDialogWindow(QWidget* parent, const DialogContext& context, JobDialog& dialog,
+JobDialogWindow::JobDialogWindow(QWidget* parent, const DialogContext& context, JobDialogPresenter& dialog,
                                  bool offerNext)
     : QDialog(parent), context_(context), dialog_(dialog),
       memory_(context.environment, memoryKey(dialog.jobType())) {
@@ -405,7 +405,7 @@ void JobDialogWindow::erase() {
 
 void JobDialogWindow::editAddresses() {
   commit();
-  const std::unique_ptr<AddressDialog> addresses = dialog_.addresses();
+  const std::unique_ptr<AddressDialogPresenter> addresses = dialog_.addresses();
   if (!addresses || !editJobAddresses(this, context_.environment, *addresses)) return;
   dialog_.takeAddresses(*addresses);
   render();
@@ -490,7 +490,7 @@ void JobDialogWindow::keyPressEvent(QKeyEvent* event) {
 
 DialogEnd showJobDialog(QWidget* parent, const DialogContext& context, std::string_view jobId,
                         bool offerNext) {
-  while (const std::unique_ptr<JobDialog> dialog = openJobDialog(context, jobId)) {
+  while (const std::unique_ptr<JobDialogPresenter> dialog = openJobDialog(context, jobId)) {
     JobDialogWindow window(parent, context, *dialog, offerNext);
     window.exec();
     if (!dialog->readAnewAsked()) return window.end();

@@ -1,7 +1,7 @@
 // The window of a job dialog.
 #pragma once
 
-#include "ui/job_dialog.h"
+#include "ui/job_dialog_presenter.h"
 
 #include <cstdint>
 #include <string_view>

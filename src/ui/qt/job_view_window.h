@@ -1,7 +1,7 @@
 // The clerk's main window.
 #pragma once
 
-#include "ui/job_view.h"
+#include "ui/job_view_presenter.h"
 
 #include <QMainWindow>
 #include <QTimer>
@@ -44,7 +44,7 @@ struct JobViewDialogs {
 ///
 /// It draws when the message loop runs, so that events raised inside a unit of work cost nothing. Its
 /// actions carry the tool names, its controls their specified names as object names.
-class JobViewWindow final : public QMainWindow, private JobViewWindows {
+class JobViewWindow final : public QMainWindow, private JobViewHost {
 public:
   /// Environment and engine outlive the window.
   JobViewWindow(Environment& environment, ImportJobObject2& engine, JobViewDialogs dialogs);
@@ -65,7 +65,7 @@ protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-  /// @name `JobViewWindows`
+  /// @name `JobViewHost`
   /// @{
   bool openJob(std::string_view jobId, bool offerNext) override;
   void options() override;

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "ui/database_wait.h"
-#include "ui/options_dialog.h"
+#include "ui/options_dialog_presenter.h"
 
 #include <QDialog>
 
@@ -37,7 +37,7 @@ private:
   void showWrongControl();
 
   WaitFactory wait_;
-  OptionsDialog dialog_;
+  OptionsDialogPresenter dialog_;
   QTabWidget* tabs_;
   std::vector<QCheckBox*> checks_;
 };

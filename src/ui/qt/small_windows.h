@@ -2,7 +2,7 @@
 #pragma once
 
 #include "engine/import_job_object2.h"
-#include "ui/delete_by_date.h"
+#include "ui/delete_by_date_presenter.h"
 
 #include <QDialog>
 
@@ -24,7 +24,7 @@ public:
   void accept() override;
 
 private:
-  DeleteByDate deletion_;
+  DeleteByDatePresenter deletion_;
   QLineEdit* date_;
   QPushButton* remove_;
 };

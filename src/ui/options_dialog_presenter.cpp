@@ -1,4 +1,4 @@
-#include "ui/options_dialog.h"
+#include "ui/options_dialog_presenter.h"
 
 #include "model/german_text.h"
 #include "platform/german_cause.h"
@@ -171,7 +171,7 @@ public:
 
 std::span<const OptionGroup> optionGroups() { return groups; }
 
-void OptionsDialog::load() {
+void OptionsDialogPresenter::load() {
   fields_.clear();
   ended_ = false;
   confirmed_ = settings_.isOn("AppSettings");
@@ -186,13 +186,13 @@ void OptionsDialog::load() {
   followCostAssignment();
 }
 
-const OptionField* OptionsDialog::field(std::string_view control) const {
+const OptionField* OptionsDialogPresenter::field(std::string_view control) const {
   const auto found = std::find_if(fields_.begin(), fields_.end(),
                                   [&](const OptionField& held) { return held.option->control == control; });
   return found == fields_.end() ? nullptr : &*found;
 }
 
-std::string OptionsDialog::notice() const {
+std::string OptionsDialogPresenter::notice() const {
   const auto unread =
       std::count_if(fields_.begin(), fields_.end(), [](const auto& f) { return !f.readable; });
   if (unread == 0) return {};
@@ -201,27 +201,27 @@ std::string OptionsDialog::notice() const {
   return "Einige Optionen konnten nicht gelesen werden; sie sind gesperrt und bleiben, wie sie sind.";
 }
 
-OptionField* OptionsDialog::editable(std::string_view control) {
+OptionField* OptionsDialogPresenter::editable(std::string_view control) {
   const auto found = std::find_if(fields_.begin(), fields_.end(),
                                   [&](const OptionField& held) { return held.option->control == control; });
   return found == fields_.end() || !found->enabled ? nullptr : &*found;
 }
 
-void OptionsDialog::check(std::string_view control, bool on) {
+void OptionsDialogPresenter::check(std::string_view control, bool on) {
   if (OptionField* const changed = editable(control)) changed->value = on ? "1" : "0";
   if (control == costAssignment) followCostAssignment();
 }
 
-void OptionsDialog::unset(std::string_view control) {
+void OptionsDialogPresenter::unset(std::string_view control) {
   OptionField* const changed = editable(control);
   if (changed != nullptr && changed->option->threeStates) changed->value.clear();
 }
 
-void OptionsDialog::type(std::string_view control, std::string_view text) {
+void OptionsDialogPresenter::type(std::string_view control, std::string_view text) {
   if (OptionField* const changed = editable(control)) changed->value = text;
 }
 
-void OptionsDialog::followCostAssignment() {
+void OptionsDialogPresenter::followCostAssignment() {
   const OptionField* const assignment = field(costAssignment);
   for (OptionField& creation : fields_) {
     if (creation.option->control != costCreation) continue;
@@ -232,7 +232,7 @@ void OptionsDialog::followCostAssignment() {
   }
 }
 
-bool OptionsDialog::close(BusyWait* wait) {
+bool OptionsDialogPresenter::close(BusyWait* wait) {
   if (ended_ || fields_.empty()) return true;
   if (!numbersAreReadable()) return false;
   try {
@@ -251,7 +251,7 @@ bool OptionsDialog::close(BusyWait* wait) {
 }
 
 /// Of the fields that would be written; the first that is none is told.
-bool OptionsDialog::numbersAreReadable() {
+bool OptionsDialogPresenter::numbersAreReadable() {
   wrongControl_ = {};
   for (const OptionField& held : fields_) {
     if (held.option->type != OptionType::Number || held.value.empty() || !mustBeWritten(held)) continue;
@@ -272,11 +272,11 @@ bool OptionsDialog::numbersAreReadable() {
 
 /// What was not touched keeps its text, whatever it is. Only the first confirmation also stores what has
 /// never been stored.
-bool OptionsDialog::mustBeWritten(const OptionField& held) const {
+bool OptionsDialogPresenter::mustBeWritten(const OptionField& held) const {
   return held.readable && (held.value != held.loaded || (!confirmed_ && held.absent));
 }
 
-void OptionsDialog::saveShared(BusyWait* wait) {
+void OptionsDialogPresenter::saveShared(BusyWait* wait) {
   const auto isShared = [](const OptionField& held) { return !isLocal(*held.option); };
   // A first start is over only when the shared options were there to be confirmed.
   const bool confirms =
@@ -298,7 +298,7 @@ void OptionsDialog::saveShared(BusyWait* wait) {
   unit.commit();
 }
 
-void OptionsDialog::save(const Settings& settings, OptionStore store) const {
+void OptionsDialogPresenter::save(const Settings& settings, OptionStore store) const {
   for (const OptionField& held : fields_)
     if (held.option->store == store && mustBeWritten(held))
       settings.save(applicationOf(*held.option), held.option->section, held.option->key, held.value,

@@ -17,9 +17,9 @@
 namespace qx {
 
 /// What the presenter asks of the window around it.
-class JobViewWindows {
+class JobViewHost {
 public:
-  virtual ~JobViewWindows() = default;
+  virtual ~JobViewHost() = default;
   /// Opens the dialog of a job modally. True when the clerk wants to go on to the next one, which only
   /// happens when `offerNext` says that there is one.
   virtual bool openJob(std::string_view jobId, bool offerNext) = 0;
@@ -99,7 +99,7 @@ struct StoredPlace {
 class JobViewPresenter final : private EngineEvents {
 public:
   /// Everything handed over outlives the presenter.
-  JobViewPresenter(Environment& environment, ImportJobObject2& engine, JobViewWindows& windows);
+  JobViewPresenter(Environment& environment, ImportJobObject2& engine, JobViewHost& windows);
 
   const JobViewState& state() const { return state_; }
   /// The option `Ändern`, as it was read last; nothing in the view depends on it.
@@ -166,7 +166,7 @@ private:
 
   Environment& environment_;
   ImportJobObject2& engine_;
-  JobViewWindows& windows_;
+  JobViewHost& windows_;
   Settings settings_;
   Subscription subscription_;
 

@@ -1,5 +1,5 @@
 // The job view without a window, on a whole ERP in a file.
-#include "ui/job_view.h"
+#include "ui/job_view_presenter.h"
 
 #include "erp/demo_data.h"
 #include "erp/demo_jobs.h"
@@ -14,7 +14,7 @@ namespace qx {
 namespace {
 
 /// Keeps what it was asked and answers as the test says.
-class RecordingWindows final : public JobViewWindows {
+class RecordingWindows final : public JobViewHost {
 public:
   bool openJob(std::string_view jobId, bool offerNext) override {
     opened.push_back(std::string(jobId) + (offerNext ? " +" : ""));

@@ -20,7 +20,7 @@
 
 namespace qx {
 
-class AddressDialog;
+class AddressDialogPresenter;
 class LookupBridge;
 
 /// What every dialog works with; all of it outlives the dialog.
@@ -42,12 +42,12 @@ enum class JobLoss : std::uint8_t {
 ///
 /// Nothing is written before `save`, which stores onto the job as it was read only. Members do not raise:
 /// what fails is told to the diagnostics and stands in `notice`; what the clerk typed stays.
-class JobDialog : public Form {
+class JobDialogPresenter : public Form {
 public:
-  explicit JobDialog(const DialogContext& context);
-  JobDialog(const JobDialog&) = delete;
-  JobDialog& operator=(const JobDialog&) = delete;
-  ~JobDialog() override;
+  explicit JobDialogPresenter(const DialogContext& context);
+  JobDialogPresenter(const JobDialogPresenter&) = delete;
+  JobDialogPresenter& operator=(const JobDialogPresenter&) = delete;
+  ~JobDialogPresenter() override;
 
   /// Reads the job and checks it. False when there is no such job or it cannot be read; `notice` says why.
   bool load(std::string_view jobId);
@@ -87,8 +87,8 @@ public:
   bool customerSpecific() const { return customerSpecific_; }
   /// The editor of the job's delivery and invoice address, made on what is shown now; null for none. Hand it
   /// back to `takeAddresses` when the clerk agrees.
-  virtual std::unique_ptr<AddressDialog> addresses();
-  virtual void takeAddresses(const AddressDialog& /*edited*/) {}
+  virtual std::unique_ptr<AddressDialogPresenter> addresses();
+  virtual void takeAddresses(const AddressDialogPresenter& /*edited*/) {}
 
   void leave(std::size_t place) override;
   bool lookUp(std::size_t place) override;

@@ -1,4 +1,4 @@
-#include "ui/delete_by_date.h"
+#include "ui/delete_by_date_presenter.h"
 
 #include "platform/german_cause.h"
 #include "store/work_group.h"
@@ -12,7 +12,7 @@ Date monthBefore(const Date& date) {
   return sameDay.ok() ? sameDay : Date(sameDay.year() / sameDay.month() / std::chrono::last);
 }
 
-Date DeleteByDate::proposedDate() {
+Date DeleteByDatePresenter::proposedDate() {
   try {
     return monthBefore(engine_.NowEx());
   } catch (const std::exception& failure) {
@@ -21,7 +21,7 @@ Date DeleteByDate::proposedDate() {
   }
 }
 
-std::optional<Date> DeleteByDate::confirmedDate(std::string_view day) {
+std::optional<Date> DeleteByDatePresenter::confirmedDate(std::string_view day) {
   constexpr std::string_view title = "Erledigte Vorgänge löschen";
   const auto date = parseGermanDate(day);
   if (!date) {
@@ -44,7 +44,7 @@ std::optional<Date> DeleteByDate::confirmedDate(std::string_view day) {
   return date;
 }
 
-void DeleteByDate::deleteBefore(const Date& date, BusyWait* wait) {
+void DeleteByDatePresenter::deleteBefore(const Date& date, BusyWait* wait) {
   try {
     WorkGroup group(environment_, wait);
     group.begin();

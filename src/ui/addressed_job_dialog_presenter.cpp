@@ -1,4 +1,4 @@
-#include "ui/addressed_job_dialog.h"
+#include "ui/addressed_job_dialog_presenter.h"
 
 #include "model/text.h"
 #include "ui/address_lines.h"
@@ -31,7 +31,7 @@ constexpr std::array codeControls{
 
 } // namespace
 
-struct AddressedJobDialog::BlockSpec {
+struct AddressedJobDialogPresenter::BlockSpec {
   std::string_view customer; ///< control of the customer number
   std::string_view number;   ///< control of the address number
   std::array<ColumnName, 7> columns;
@@ -41,7 +41,7 @@ struct AddressedJobDialog::BlockSpec {
   std::string_view differsText;
 };
 
-const std::array<AddressedJobDialog::BlockSpec, 2>& AddressedJobDialog::blocks() {
+const std::array<AddressedJobDialogPresenter::BlockSpec, 2>& AddressedJobDialogPresenter::blocks() {
   static constexpr std::array<BlockSpec, 2> specs{
       BlockSpec{"txtVersandKdn",
                 "txtVersandAdr",
@@ -61,15 +61,16 @@ const std::array<AddressedJobDialog::BlockSpec, 2>& AddressedJobDialog::blocks()
   return specs;
 }
 
-AddressedJobDialog::AddressedJobDialog(const DialogContext& context) : JobDialog(context) {}
+AddressedJobDialogPresenter::AddressedJobDialogPresenter(const DialogContext& context)
+    : JobDialogPresenter(context) {}
 
-AddressedJobDialog::~AddressedJobDialog() = default;
+AddressedJobDialogPresenter::~AddressedJobDialogPresenter() = default;
 
-std::unique_ptr<Recordset> AddressedJobDialog::open(std::string_view jobId) {
+std::unique_ptr<Recordset> AddressedJobDialogPresenter::open(std::string_view jobId) {
   return editing().header(jobId);
 }
 
-void AddressedJobDialog::checkHeader(bool failureCounts) {
+void AddressedJobDialogPresenter::checkHeader(bool failureCounts) {
   readAddresses();
   fillCodes();
   checking("Prüfen der Bank", [this] { checkBank(); });
@@ -79,14 +80,14 @@ void AddressedJobDialog::checkHeader(bool failureCounts) {
   checking("Prüfen des Hauptkontos", [this] { checkAccount(); });
 }
 
-void AddressedJobDialog::readAddresses() {
+void AddressedJobDialogPresenter::readAddresses() {
   for (std::size_t block = 0; block < blocks().size(); ++block)
     for (std::size_t line = 0; line < addressLines.size(); ++line)
       lines_[block].*addressLines[line] = staged(blocks()[block].columns[line]);
   stored_ = lines_;
 }
 
-void AddressedJobDialog::fillCodes() {
+void AddressedJobDialogPresenter::fillCodes() {
   for (const CodeControl& code : codeControls) {
     if (!has(code.control)) continue;
     checking(code.control, [&] {
@@ -97,7 +98,7 @@ void AddressedJobDialog::fillCodes() {
   }
 }
 
-void AddressedJobDialog::checkCode(std::string_view control) {
+void AddressedJobDialogPresenter::checkCode(std::string_view control) {
   for (const CodeControl& code : codeControls) {
     if (code.control != control) continue;
     const std::string value = text(control);
@@ -108,7 +109,7 @@ void AddressedJobDialog::checkCode(std::string_view control) {
 }
 
 /// The name of the bank belongs to its code. A job without a name takes that of the code.
-void AddressedJobDialog::checkBank() {
+void AddressedJobDialogPresenter::checkBank() {
   const std::string code = text("txtBlz");
   const std::string name = code.empty() ? std::string() : engine().GetBankverbindung(code);
   const bool unknown = !code.empty() && name.empty();
@@ -120,7 +121,7 @@ void AddressedJobDialog::checkBank() {
   at("txtKreditinstitut").master = differs ? std::optional(name) : std::nullopt;
 }
 
-void AddressedJobDialog::checkCustomer() {
+void AddressedJobDialogPresenter::checkCustomer() {
   const std::string number = text("txtKundennummer");
   clearComparison();
   checking("Prüfen des Kunden", [&] {
@@ -136,12 +137,12 @@ void AddressedJobDialog::checkCustomer() {
   });
 }
 
-void AddressedJobDialog::checkAddresses() {
+void AddressedJobDialogPresenter::checkAddresses() {
   for (std::size_t block = 0; block < blocks().size(); ++block)
     checking(blocks()[block].missingCode, [&] { checkBlock(blocks()[block], lines_[block]); });
 }
 
-void AddressedJobDialog::checkBlock(const BlockSpec& spec, const Adresse& lines) {
+void AddressedJobDialogPresenter::checkBlock(const BlockSpec& spec, const Adresse& lines) {
   const std::string own = text("txtKundennummer");
   const std::string number = text(spec.number);
   std::string customer = text(spec.customer);
@@ -164,13 +165,13 @@ void AddressedJobDialog::checkBlock(const BlockSpec& spec, const Adresse& lines)
   mark(spec.number, warningUnless(!differs), std::string(spec.differsText) + oneLine(stored));
 }
 
-void AddressedJobDialog::checkAccount() {
+void AddressedJobDialogPresenter::checkAccount() {
   const std::string account = text("txtHauptkonto");
   const bool fine = account.empty() || engine().KundeAngelegt(account);
   report("HK", "txtHauptkonto", warningUnless(fine), "Hauptkonto " + account + " wurde nicht angelegt");
 }
 
-void AddressedJobDialog::check(std::string_view control) {
+void AddressedJobDialogPresenter::check(std::string_view control) {
   checkCode(control);
   if (control == "txtBlz" || control == "txtKreditinstitut")
     checking("Prüfen der Bank", [this] { checkBank(); });
@@ -181,7 +182,7 @@ void AddressedJobDialog::check(std::string_view control) {
     if (customer || control == block.customer || control == block.number) checkAddresses();
 }
 
-std::string AddressedJobDialog::lookupContext(std::string_view control) const {
+std::string AddressedJobDialogPresenter::lookupContext(std::string_view control) const {
   for (const BlockSpec& block : blocks()) {
     if (control != block.number) continue;
     const std::string customer = text(block.customer);
@@ -190,7 +191,8 @@ std::string AddressedJobDialog::lookupContext(std::string_view control) const {
   return {};
 }
 
-void AddressedJobDialog::takeLookup(std::string_view control, const std::vector<std::string>& chosen) {
+void AddressedJobDialogPresenter::takeLookup(std::string_view control,
+                                             const std::vector<std::string>& chosen) {
   const auto put = [&](std::string_view name, std::string_view value) {
     if (const auto place = find(name)) type(*place, value);
   };
@@ -214,18 +216,19 @@ void AddressedJobDialog::takeLookup(std::string_view control, const std::vector<
   check(control);
 }
 
-AddressBlock AddressedJobDialog::blockOf(const BlockSpec& spec, const Adresse& lines) const {
+AddressBlock AddressedJobDialogPresenter::blockOf(const BlockSpec& spec, const Adresse& lines) const {
   return {text(spec.customer), text(spec.number), lines};
 }
 
-std::unique_ptr<AddressDialog> AddressedJobDialog::addresses() {
-  return std::make_unique<AddressDialog>(context(), text("txtKundennummer"), blockOf(blocks()[0], lines_[0]),
-                                         blockOf(blocks()[1], lines_[1]), readOnly());
+std::unique_ptr<AddressDialogPresenter> AddressedJobDialogPresenter::addresses() {
+  return std::make_unique<AddressDialogPresenter>(context(), text("txtKundennummer"),
+                                                  blockOf(blocks()[0], lines_[0]),
+                                                  blockOf(blocks()[1], lines_[1]), readOnly());
 }
 
-void AddressedJobDialog::takeAddresses(const AddressDialog& edited) {
+void AddressedJobDialogPresenter::takeAddresses(const AddressDialogPresenter& edited) {
   if (readOnly()) return;
-  constexpr std::array parts{AddressDialog::Block::Delivery, AddressDialog::Block::Invoice};
+  constexpr std::array parts{AddressDialogPresenter::Block::Delivery, AddressDialogPresenter::Block::Invoice};
   for (std::size_t block = 0; block < parts.size(); ++block) {
     const AddressBlock taken = edited.block(parts[block]);
     type(*find(blocks()[block].customer), taken.customer);
@@ -236,18 +239,20 @@ void AddressedJobDialog::takeAddresses(const AddressDialog& edited) {
   checkAnswer();
 }
 
-Value AddressedJobDialog::current(ColumnName column) const {
+Value AddressedJobDialogPresenter::current(ColumnName column) const {
   for (std::size_t block = 0; block < blocks().size(); ++block)
     for (std::size_t line = 0; line < addressLines.size(); ++line)
       if (blocks()[block].columns[line] == column &&
           lines_[block].*addressLines[line] != stored_[block].*addressLines[line])
         return Value(lines_[block].*addressLines[line]);
-  return JobDialog::current(column);
+  return JobDialogPresenter::current(column);
 }
 
-bool AddressedJobDialog::changed() const { return JobDialog::changed() || lines_ != stored_; }
+bool AddressedJobDialogPresenter::changed() const {
+  return JobDialogPresenter::changed() || lines_ != stored_;
+}
 
-void AddressedJobDialog::storeAddresses() {
+void AddressedJobDialogPresenter::storeAddresses() {
   std::vector<ColumnChange> changes;
   for (std::size_t block = 0; block < blocks().size(); ++block)
     for (std::size_t line = 0; line < addressLines.size(); ++line) {

@@ -1,6 +1,6 @@
 #include "dialog_fixture.h"
 
-#include "ui/address_dialog.h"
+#include "ui/address_dialog_presenter.h"
 
 namespace qx {
 namespace {

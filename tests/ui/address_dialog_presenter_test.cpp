@@ -1,11 +1,11 @@
 #include "dialog_fixture.h"
 
-#include "ui/address_dialog.h"
+#include "ui/address_dialog_presenter.h"
 
 namespace qx {
 namespace {
 
-using Block = AddressDialog::Block;
+using Block = AddressDialogPresenter::Block;
 
 class AddressDialogTest : public DialogTest {
 protected:
@@ -19,15 +19,15 @@ protected:
               {"Ort", "Rostock"}});
   }
 
-  static void enter(AddressDialog& dialog, std::string_view control, std::string_view text) {
+  static void enter(AddressDialogPresenter& dialog, std::string_view control, std::string_view text) {
     dialog.type(dialog.find(control).value(), text);
     dialog.leave(dialog.find(control).value());
   }
-  static const ControlState& state(const AddressDialog& dialog, std::string_view control) {
+  static const ControlState& state(const AddressDialogPresenter& dialog, std::string_view control) {
     return dialog.control(dialog.find(control).value());
   }
   /// The controls that show a stored value.
-  static std::vector<std::string> differing(const AddressDialog& dialog) {
+  static std::vector<std::string> differing(const AddressDialogPresenter& dialog) {
     std::vector<std::string> names;
     for (std::size_t place = 0; place < dialog.specs().size(); ++place)
       if (dialog.control(place).master) {
@@ -43,7 +43,7 @@ protected:
 TEST_F(AddressDialogTest, LinesAreComparedWithTheAddressOfTheKeyAndNullCountsAsEmpty) {
   Adresse lines = warehouse;
   lines.Strasse = "Kai 4";
-  AddressDialog dialog(context, "20001", {"", "7", lines}, {"20001", "7", warehouse}, false);
+  AddressDialogPresenter dialog(context, "20001", {"", "7", lines}, {"20001", "7", warehouse}, false);
   EXPECT_THAT(differing(dialog), testing::ElementsAre("txtVS_Strasse"));
   EXPECT_EQ(state(dialog, "txtVS_Strasse").master, "Kai 3");
   EXPECT_EQ(dialog.standing(Block::Delivery),
@@ -57,7 +57,7 @@ TEST_F(AddressDialogTest, LinesAreComparedWithTheAddressOfTheKeyAndNullCountsAsE
 }
 
 TEST_F(AddressDialogTest, ABlockWithoutLinesMeansTheStoredAddress) {
-  AddressDialog dialog(context, "20001", {"20001", "7", {}}, {}, false);
+  AddressDialogPresenter dialog(context, "20001", {"20001", "7", {}}, {}, false);
   EXPECT_THAT(differing(dialog), testing::IsEmpty());
   EXPECT_EQ(dialog.standing(Block::Delivery),
             "Es gilt die Stammadresse: Hafenbau Lager, Kai 3, 18055, Rostock");
@@ -73,7 +73,7 @@ TEST_F(AddressDialogTest, ABlockWithoutLinesMeansTheStoredAddress) {
 }
 
 TEST_F(AddressDialogTest, AKeyThatIsStoredNowhereIsMarkedWhereItIsWrong) {
-  AddressDialog dialog(context, "20001", {"20001", "8", warehouse}, {"5", "7", {}}, false);
+  AddressDialogPresenter dialog(context, "20001", {"20001", "8", warehouse}, {"5", "7", {}}, false);
   EXPECT_EQ(state(dialog, "txtVS_AdrNr").message, "Die Adresse 8 des Kunden 20001 ist nicht angelegt.");
   EXPECT_EQ(state(dialog, "txtVS_KdNr").picture, CheckStatus::Clean);
   EXPECT_EQ(state(dialog, "txtRG_KdNr").message, "Der Kunde 5 ist nicht angelegt.");
@@ -87,7 +87,7 @@ TEST_F(AddressDialogTest, AKeyThatIsStoredNowhereIsMarkedWhereItIsWrong) {
 }
 
 TEST_F(AddressDialogTest, TheCustomerWhomTheJobCreatesIsNoFault) {
-  AddressDialog dialog(context, "30000", {}, {"30000", "", warehouse}, false);
+  AddressDialogPresenter dialog(context, "30000", {}, {"30000", "", warehouse}, false);
   EXPECT_EQ(state(dialog, "txtVS_KdNr").picture, CheckStatus::Clean);
   EXPECT_EQ(state(dialog, "txtRG_KdNr").picture, CheckStatus::Clean);
   EXPECT_EQ(dialog.standing(Block::Delivery),
@@ -96,7 +96,7 @@ TEST_F(AddressDialogTest, TheCustomerWhomTheJobCreatesIsNoFault) {
 }
 
 TEST_F(AddressDialogTest, AnAddressIsChosenAmongThoseOfItsCustomer) {
-  AddressDialog dialog(context, "20001", {"", "", {}}, {}, false);
+  AddressDialogPresenter dialog(context, "20001", {"", "", {}}, {}, false);
   chosen = {"20001", "7"};
   EXPECT_TRUE(dialog.lookUp(dialog.find("txtVS_AdrNr").value()));
   EXPECT_EQ(dialog.block(Block::Delivery), (AddressBlock{"20001", "7", {}}));
@@ -112,7 +112,7 @@ TEST_F(AddressDialogTest, AChosenGeneralAddressFillsTheLinesInPlaceOfAKey) {
   erp::TableFiller(connection(), "Adressenstamm")
       .add({{"Adressnummer", "MESSE"}, {"Bez1", "Messe"}, {"Strasse", "Ring 1"}, {"Ort", "Köln"}});
   const Adresse fair{"Messe", "", "", "Ring 1", "", "", "Köln"};
-  AddressDialog dialog(context, "20001", {"20001", "7", warehouse}, {}, false);
+  AddressDialogPresenter dialog(context, "20001", {"20001", "7", warehouse}, {}, false);
   chosen = {"", "MESSE"};
   EXPECT_TRUE(dialog.lookUp(dialog.find("txtVS_AdrNr").value()));
   EXPECT_EQ(dialog.block(Block::Delivery), (AddressBlock{"", "", fair}));
@@ -123,7 +123,7 @@ TEST_F(AddressDialogTest, AChosenGeneralAddressFillsTheLinesInPlaceOfAKey) {
 }
 
 TEST_F(AddressDialogTest, AFailureIsToldAndLeavesWhatWasTyped) {
-  AddressDialog dialog(context, "20001", {"20001", "8", warehouse}, {}, false);
+  AddressDialogPresenter dialog(context, "20001", {"20001", "8", warehouse}, {}, false);
   erp.execute(sql("Alter Table Adressenstamm Rename To Fort"_sql));
   enter(dialog, "txtVS_AdrNr", "7");
   EXPECT_THAT(dialog.notice(), testing::StartsWith("Die Stammadresse kann nicht gelesen werden: "));
@@ -132,7 +132,7 @@ TEST_F(AddressDialogTest, AFailureIsToldAndLeavesWhatWasTyped) {
 }
 
 TEST_F(AddressDialogTest, AReadOnlyBlockStaysAsItIs) {
-  AddressDialog dialog(context, "20001", {"20001", "7", {}}, {}, true);
+  AddressDialogPresenter dialog(context, "20001", {"20001", "7", {}}, {}, true);
   EXPECT_FALSE(dialog.takeStored(Block::Delivery));
   dialog.type(dialog.find("txtVS_Ort").value(), "Kiel");
   EXPECT_FALSE(dialog.lookUp(dialog.find("txtVS_KdNr").value()));

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "rules/customer_addresses.h"
-#include "ui/address_dialog.h"
-#include "ui/job_dialog.h"
+#include "ui/address_dialog_presenter.h"
+#include "ui/job_dialog_presenter.h"
 
 #include <array>
 #include <optional>
@@ -11,17 +11,17 @@
 namespace qx {
 
 /// A job with codes of the master tables, a bank, a delivery and an invoice address.
-class AddressedJobDialog : public JobDialog {
+class AddressedJobDialogPresenter : public JobDialogPresenter {
 public:
-  explicit AddressedJobDialog(const DialogContext& context);
-  AddressedJobDialog(const AddressedJobDialog&) = delete;
-  AddressedJobDialog& operator=(const AddressedJobDialog&) = delete;
-  ~AddressedJobDialog() override;
+  explicit AddressedJobDialogPresenter(const DialogContext& context);
+  AddressedJobDialogPresenter(const AddressedJobDialogPresenter&) = delete;
+  AddressedJobDialogPresenter& operator=(const AddressedJobDialogPresenter&) = delete;
+  ~AddressedJobDialogPresenter() override;
 
   std::string_view cancelButton() const override { return "cmdClose"; }
   bool changed() const override;
-  std::unique_ptr<AddressDialog> addresses() override;
-  void takeAddresses(const AddressDialog& edited) override;
+  std::unique_ptr<AddressDialogPresenter> addresses() override;
+  void takeAddresses(const AddressDialogPresenter& edited) override;
 
 protected:
   std::unique_ptr<Recordset> open(std::string_view jobId) override;

@@ -1,4 +1,4 @@
-#include "ui/contract_dialog.h"
+#include "ui/contract_dialog_presenter.h"
 
 #include "engine/contract_check.h"
 #include "engine/contract_texts.h"
@@ -77,33 +77,33 @@ CheckStatus errorUnless(bool fine) { return fine ? CheckStatus::Clean : CheckSta
 
 } // namespace
 
-std::span<const ControlGroup> ContractDialog::groups() const { return contractGroups; }
+std::span<const ControlGroup> ContractDialogPresenter::groups() const { return contractGroups; }
 
-std::string ContractDialog::title() const {
+std::string ContractDialogPresenter::title() const {
   return "Vertrag " + text("txtVertragsnummer") + " zu Kunde " + text("txtKundennummer");
 }
 
-bool ContractDialog::isDone(std::int16_t jobType) const {
+bool ContractDialogPresenter::isDone(std::int16_t jobType) const {
   return jobType == qxtJobVerträgeDone || jobType == qxtjobkundenverträgedone ||
          jobType == qxtJobKundenVerträgedel;
 }
 
-std::unique_ptr<Recordset> ContractDialog::open(std::string_view jobId) {
+std::unique_ptr<Recordset> ContractDialogPresenter::open(std::string_view jobId) {
   positions_ = StagedRows(*openContractPositions(activeConnection(environment()), jobId));
   return editing().contractHeader(jobId);
 }
 
-bool ContractDialog::inPosition() const {
+bool ContractDialogPresenter::inPosition() const {
   return kindOf(jobType()) == qxtjobverträge && positions_.size() > 0;
 }
 
-Value ContractDialog::loaded(ColumnName column) const {
+Value ContractDialogPresenter::loaded(ColumnName column) const {
   const bool taken =
       inPosition() && std::ranges::find(contractPositionColumns, column) != contractPositionColumns.end();
-  return taken && positions_.has(column) ? positions_.at(0, column) : JobDialog::loaded(column);
+  return taken && positions_.has(column) ? positions_.at(0, column) : JobDialogPresenter::loaded(column);
 }
 
-void ContractDialog::fill() {
+void ContractDialogPresenter::fill() {
   for (const std::string_view control :
        {"tdbAnzahl", "txtVertragsgegenstand", "tdbdtVertragsdatum", "tdbdtVertragsbeginn"})
     checkControl(control);
@@ -114,23 +114,23 @@ void ContractDialog::fill() {
   checkAnswer();
 }
 
-void ContractDialog::checkAnswer() {
+void ContractDialogPresenter::checkAnswer() {
   checking("Prüfen des Vertrags", [this] {
     const ContractFields fields = [this](ColumnName column) { return current(column); };
     answer_ = ContractCheck(environment()).check(fields, kindOf(jobType()) == qxtjobverträge).status;
   });
 }
 
-std::optional<CheckStatus> ContractDialog::verdict() const {
-  return JobDialog::verdict() ? std::optional(answer_) : std::nullopt;
+std::optional<CheckStatus> ContractDialogPresenter::verdict() const {
+  return JobDialogPresenter::verdict() ? std::optional(answer_) : std::nullopt;
 }
 
-void ContractDialog::check(std::string_view control) {
+void ContractDialogPresenter::check(std::string_view control) {
   checkControl(control);
   checkAnswer();
 }
 
-void ContractDialog::checkControl(std::string_view control) {
+void ContractDialogPresenter::checkControl(std::string_view control) {
   if (control == "tdbAnzahl") checkQuantity();
   if (control == "txtVertragsgegenstand") checking(control, [this] { checkObject(); });
   if (control == "tdbdtVertragsdatum")
@@ -147,13 +147,13 @@ void ContractDialog::checkControl(std::string_view control) {
 }
 
 /// Tool tip and list end differently on purpose.
-void ContractDialog::checkQuantity() {
+void ContractDialogPresenter::checkQuantity() {
   const bool fine = current("Menge").number().value_or(0) > 0;
   report("ME", "tdbAnzahl", warningUnless(fine), "Die Menge muss mindestens 1 betragen.");
   mark("tdbAnzahl", warningUnless(fine), "Die Menge muss mindestens 1 betragen!");
 }
 
-void ContractDialog::checkObject() {
+void ContractDialogPresenter::checkObject() {
   const std::string number = text("txtVertragsgegenstand");
   at("txtVertragsgegenstand").description = engine().GetVertragsgegenstand(number);
   report("VGG", "txtVertragsgegenstand",
@@ -161,16 +161,16 @@ void ContractDialog::checkObject() {
          "Vertragsgegenstand: " + number + " wurde nicht angelegt.");
 }
 
-bool ContractDialog::objectMatters() const { return !skipsObjectChecks(text("cboZustand")); }
+bool ContractDialogPresenter::objectMatters() const { return !skipsObjectChecks(text("cboZustand")); }
 
-void ContractDialog::checkDate(std::string_view control, std::string_view code, bool noon,
-                               std::string_view missing, std::string_view wrong) {
+void ContractDialogPresenter::checkDate(std::string_view control, std::string_view code, bool noon,
+                                        std::string_view missing, std::string_view wrong) {
   const std::string typed = text(control);
   report(code, control, errorUnless(!contractDate(Value(typed), noon).isNull()),
          std::string(typed.empty() ? missing : wrong));
 }
 
-void ContractDialog::fillKinds() {
+void ContractDialogPresenter::fillKinds() {
   ComboContent& kinds = contentOf("tdbVertragsart");
   ComboFiller filler(kinds);
   const bool known = engine().FillComboVertragsart(filler, text("tdbVertragsart"));
@@ -179,7 +179,7 @@ void ContractDialog::fillKinds() {
   checkKind(known);
 }
 
-void ContractDialog::checkKind(bool known) {
+void ContractDialogPresenter::checkKind(bool known) {
   const ComboContent& kinds = contentOf("tdbVertragsart");
   at("tdbVertragsart").description = known && kinds.selected ? kinds.rows.rows[*kinds.selected][1] : "";
   report("VA", "tdbVertragsart", warningUnless(known || !objectMatters()),
@@ -188,7 +188,7 @@ void ContractDialog::checkKind(bool known) {
 
 /// The states are compared exactly where contracts are written. One without a state is told though it is
 /// written as an active one.
-void ContractDialog::checkState(bool known) {
+void ContractDialogPresenter::checkState(bool known) {
   const std::string code = text("cboZustand");
   ComboContent& states = contentOf("cboZustand");
   if (known && states.rows.rows[*states.selected][1] != code) {
@@ -199,19 +199,19 @@ void ContractDialog::checkState(bool known) {
 }
 
 /// Told only: contracts are written with any interval, and with the usual one when they have none.
-void ContractDialog::checkInterval(bool known) {
+void ContractDialogPresenter::checkInterval(bool known) {
   report("INT", "cboIntervall", warningUnless(known),
          "Intervall: " + text("cboIntervall") + " nicht zulässig!");
 }
 
-void ContractDialog::takeLookup(std::string_view control, const std::vector<std::string>& chosen) {
+void ContractDialogPresenter::takeLookup(std::string_view control, const std::vector<std::string>& chosen) {
   const auto place = find(control);
   if (!place) return;
   type(*place, chosen.front());
   check(control);
 }
 
-void ContractDialog::store() {
+void ContractDialogPresenter::store() {
   const std::vector<ColumnChange> changed = changes();
   editing().save(jobId(), changed);
   // The run takes over what stands in the position, whatever the header holds.
@@ -219,7 +219,7 @@ void ContractDialog::store() {
   if (verdict()) ContractCheck(environment()).checkContract(jobId());
 }
 
-bool ContractDialog::erase() {
+bool ContractDialogPresenter::erase() {
   if (readOnly()) return false;
   Message question{"Wollen Sie diesen Importvorgang wirklich löschen?", "Wirklich löschen?"};
   if (!environment().desktop.ask(question)) return false;

@@ -12,9 +12,9 @@ namespace qx {
 Date monthBefore(const Date& date);
 
 /// Works on an environment and its engine, which outlive it. Members do not raise.
-class DeleteByDate {
+class DeleteByDatePresenter {
 public:
-  DeleteByDate(Environment& environment, ImportJobObject2& engine)
+  DeleteByDatePresenter(Environment& environment, ImportJobObject2& engine)
       : environment_(environment), engine_(engine) {}
 
   /// One month before the session's date; before the workstation's when that cannot be told.

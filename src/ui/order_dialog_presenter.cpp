@@ -1,4 +1,4 @@
-#include "ui/order_dialog.h"
+#include "ui/order_dialog_presenter.h"
 
 #include "engine/order_check.h"
 #include "engine/order_texts.h"
@@ -71,18 +71,21 @@ void reportRules(FindingList& list, std::span<const RuleLine> lines, const Findi
 
 } // namespace
 
-OrderDialog::OrderDialog(const DialogContext& context)
-    : AddressedJobDialog(context), masterData_(context.environment), positions_(context, findings_) {}
+OrderDialogPresenter::OrderDialogPresenter(const DialogContext& context)
+    : AddressedJobDialogPresenter(context), masterData_(context.environment), positions_(context, findings_) {
+}
 
-std::span<const ControlGroup> OrderDialog::groups() const { return orderGroups; }
+std::span<const ControlGroup> OrderDialogPresenter::groups() const { return orderGroups; }
 
-std::string OrderDialog::title() const {
+std::string OrderDialogPresenter::title() const {
   return "Auftrag von Kunde " + text("txtKundennummer") + " " + own_.Bez1 + " vom " + receivedOn_;
 }
 
-bool OrderDialog::changed() const { return AddressedJobDialog::changed() || positions_.changed(); }
+bool OrderDialogPresenter::changed() const {
+  return AddressedJobDialogPresenter::changed() || positions_.changed();
+}
 
-void OrderDialog::fill() {
+void OrderDialogPresenter::fill() {
   for (const ComparedLine& line : comparedLines) own_.*line.line = staged(line.column);
   receivedOn_ = staged("Eingangsdatum");
   // First, so that they are there whatever the checks meet.
@@ -95,7 +98,7 @@ void OrderDialog::fill() {
   checkMore(50);
 }
 
-void OrderDialog::loadPositions() {
+void OrderDialogPresenter::loadPositions() {
   const Settings settings(environment());
   checking("Lesen der Optionen",
            [&] { options_ = OrderOptions::read(settings, customerSpecific(), environment().diagnostics); });
@@ -114,22 +117,22 @@ void OrderDialog::loadPositions() {
   positions_.load(jobId(), job().positions, std::move(units), std::move(context));
 }
 
-void OrderDialog::checkMore(std::size_t count) {
+void OrderDialogPresenter::checkMore(std::size_t count) {
   positions_.checkMore(count);
   if (!positions_.failure().empty()) tellUnchecked(positions_.failure());
 }
 
-std::optional<CheckStatus> OrderDialog::verdict() const {
-  return positions_.failure().empty() ? AddressedJobDialog::verdict() : std::nullopt;
+std::optional<CheckStatus> OrderDialogPresenter::verdict() const {
+  return positions_.failure().empty() ? AddressedJobDialogPresenter::verdict() : std::nullopt;
 }
 
-void OrderDialog::check(std::string_view control) {
-  AddressedJobDialog::check(control);
+void OrderDialogPresenter::check(std::string_view control) {
+  AddressedJobDialogPresenter::check(control);
   if (control == "txtKundennummer") positions_.setCustomer(text(control));
   checkRules();
 }
 
-void OrderDialog::checkRules() {
+void OrderDialogPresenter::checkRules() {
   const OrderCheck check(environment(), options_);
   reportRules(findings_, noteLines, check.note(text("txtHinweis")));
   reportRules(findings_, individualLines,
@@ -138,12 +141,12 @@ void OrderDialog::checkRules() {
            [&] { reportRules(findings_, creditLines, check.credit(text("txtKundennummer"))); });
 }
 
-void OrderDialog::reportUnknownCustomer(const std::string& number) {
+void OrderDialogPresenter::reportUnknownCustomer(const std::string& number) {
   at("txtKundennummer").description = own_.Bez1;
   report("KN", "txtKundennummer", CheckStatus::Error, "Kundennummer " + number + " ist nicht angelegt.");
 }
 
-void OrderDialog::compareCustomer(const Adresse& stored) {
+void OrderDialogPresenter::compareCustomer(const Adresse& stored) {
   const bool divers = engine().GetDiversKunde(text("txtKundennummer"));
   at("txtKundennummer").description =
       divers ? "(Divers) " + (own_.Bez1.empty() ? stored.Bez1 : own_.Bez1) : stored.Bez1 + ", " + stored.Ort;
@@ -158,14 +161,14 @@ void OrderDialog::compareCustomer(const Adresse& stored) {
   }
 }
 
-void OrderDialog::clearComparison() {
+void OrderDialogPresenter::clearComparison() {
   for (const ComparedLine& line : comparedLines) findings_.clear(line.code);
   findings_.clear("VSK");
   findings_.clear("ZAK");
 }
 
 /// The methods that the customer has in the master.
-void OrderDialog::checkCustomerCodes() {
+void OrderDialogPresenter::checkCustomerCodes() {
   const std::string customer = text("txtKundennummer");
   const auto checkOne = [&](std::string_view code, std::string_view field, const std::string& method) {
     const bool fine = method.empty() || masterData_.codeExists(field, method);
@@ -177,7 +180,7 @@ void OrderDialog::checkCustomerCodes() {
   checkOne("ZAK", "Zahlungsart", masterData_.paymentMethodOfCustomer(customer));
 }
 
-void OrderDialog::store() {
+void OrderDialogPresenter::store() {
   std::vector<ColumnChange> all = changes();
   if (const auto found = verdict()) {
     const Value status(static_cast<std::int16_t>(*found));
@@ -188,8 +191,8 @@ void OrderDialog::store() {
   if (positions_.changed()) editing().savePositions(jobId(), positions_.positions());
 }
 
-void OrderDialog::stored() {
-  AddressedJobDialog::stored();
+void OrderDialogPresenter::stored() {
+  AddressedJobDialogPresenter::stored();
   positions_.settle();
 }
 

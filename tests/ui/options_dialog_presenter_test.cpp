@@ -1,4 +1,4 @@
-#include "ui/options_dialog.h"
+#include "ui/options_dialog_presenter.h"
 
 #include "support/fake_session.h"
 #include "support/test_erp.h"
@@ -28,7 +28,7 @@ protected:
   }
 
   TestErp erp;
-  OptionsDialog dialog{erp.environment};
+  OptionsDialogPresenter dialog{erp.environment};
 };
 
 TEST_F(OptionsDialogTest, ShowsEveryControlInExactlyOneGroupOfItsPage) {
@@ -282,7 +282,7 @@ TEST(OptionsOfAHost, AnAssignmentThatCannotBeReadLeavesTheCreationAsItIs) {
                              {{"ImportJob2", "KostAutomatischAnlegen"}, "1"}};
   const auto before = world.session->settings;
   world.session->refused = {"KostenzuordnungAuftrag"};
-  OptionsDialog dialog(world.environment);
+  OptionsDialogPresenter dialog(world.environment);
   dialog.load();
   EXPECT_FALSE(dialog.field("chkCreateKost")->enabled);
   EXPECT_EQ(dialog.notice(),
@@ -296,7 +296,7 @@ TEST(OptionsOfAHost, AnAssignmentThatCannotBeReadLeavesTheCreationAsItIs) {
 
 TEST(OptionsOfAHost, AStoreThatCannotBeWrittenIsToldAndARefusedSettingIsSkipped) {
   FakeWorld world;
-  OptionsDialog dialog(world.environment);
+  OptionsDialogPresenter dialog(world.environment);
   EXPECT_TRUE(dialog.close()) << "nothing was loaded";
   EXPECT_TRUE(world.session->settings.empty());
   dialog.load();

@@ -1,4 +1,4 @@
-#include "ui/customer_dialog.h"
+#include "ui/customer_dialog_presenter.h"
 
 #include "engine/customer_proof.h"
 #include "model/text.h"
@@ -75,13 +75,13 @@ constexpr std::array customerGroups{ControlGroup{"Kunde", customerControls},
 
 } // namespace
 
-std::span<const ControlGroup> CustomerDialog::groups() const { return customerGroups; }
+std::span<const ControlGroup> CustomerDialogPresenter::groups() const { return customerGroups; }
 
-std::string CustomerDialog::title() const {
+std::string CustomerDialogPresenter::title() const {
   return "Kunde " + text("txtKundennummer") + " " + text("txtBez1");
 }
 
-void CustomerDialog::fill() {
+void CustomerDialogPresenter::fill() {
   unspoken_.clear();
   for (const ComparedLine& compared : comparedLines)
     if (isUnspoken(compared.column)) unspoken_.push_back(compared.control);
@@ -90,14 +90,14 @@ void CustomerDialog::fill() {
   trying("Laden der Verträge", [this] { reloadGrid(); });
 }
 
-void CustomerDialog::reloadGrid() {
+void CustomerDialogPresenter::reloadGrid() {
   // The stored contracts that the import no longer carries are listed as well.
   if (!readOnly() && awaitDatabase()) engine().GetDelVerträge(text("txtKundennummer"));
   contracts_.load(editing(), engine(), text("txtKundennummer"));
   checking("Prüfen der Verträge", [this] { checkContracts(); });
 }
 
-void CustomerDialog::checkAnswer() {
+void CustomerDialogPresenter::checkAnswer() {
   checking("Prüfen des Kundenvorgangs", [this] {
     const bool compare = Settings(environment()).isOn("KundeAdressProof");
     const Findings found =
@@ -115,7 +115,7 @@ void CustomerDialog::checkAnswer() {
   });
 }
 
-void CustomerDialog::checkContracts() {
+void CustomerDialogPresenter::checkContracts() {
   const Findings found = CustomerProof(environment(), false).contracts(text("txtKundennummer"));
   contractAnswer_ = found.status;
   const auto line = [&](std::string_view code, CheckStatus severity, std::string_view token) {
@@ -127,24 +127,25 @@ void CustomerDialog::checkContracts() {
   line("KVW", CheckStatus::Warning, contractWarnings);
 }
 
-std::optional<CheckStatus> CustomerDialog::verdict() const {
-  return AddressedJobDialog::verdict() ? std::optional(worse(answer_, contractAnswer_)) : std::nullopt;
+std::optional<CheckStatus> CustomerDialogPresenter::verdict() const {
+  return AddressedJobDialogPresenter::verdict() ? std::optional(worse(answer_, contractAnswer_))
+                                                : std::nullopt;
 }
 
-void CustomerDialog::stored() {
-  AddressedJobDialog::stored();
+void CustomerDialogPresenter::stored() {
+  AddressedJobDialogPresenter::stored();
   checking("Prüfen der Verträge", [this] { checkContracts(); });
 }
 
-void CustomerDialog::check(std::string_view control) {
-  AddressedJobDialog::check(control);
+void CustomerDialogPresenter::check(std::string_view control) {
+  AddressedJobDialogPresenter::check(control);
   if (control == "txtKundennummer") trying("Laden der Verträge", [this] { reloadGrid(); });
   for (const ComparedLine& compared : comparedLines)
     if (compared.control == control) checkCustomer();
   checkAnswer();
 }
 
-void CustomerDialog::reportUnknownCustomer(const std::string& number) {
+void CustomerDialogPresenter::reportUnknownCustomer(const std::string& number) {
   at("txtKundennummer").description = "Neukunde";
   if (number.empty())
     report("KN", "txtKundennummer", CheckStatus::Error, "Die Kundennummer fehlt.");
@@ -153,7 +154,7 @@ void CustomerDialog::reportUnknownCustomer(const std::string& number) {
            "Die Kundennummer: " + number + " wurde nicht angelegt. Neukunde!");
 }
 
-void CustomerDialog::compareCustomer(const Adresse& stored) {
+void CustomerDialogPresenter::compareCustomer(const Adresse& stored) {
   at("txtKundennummer").description = stored.Bez1;
   for (const ComparedLine& compared : comparedLines) {
     const std::string& master = stored.*compared.line;
@@ -167,7 +168,7 @@ void CustomerDialog::compareCustomer(const Adresse& stored) {
   }
 }
 
-void CustomerDialog::clearComparison() {
+void CustomerDialogPresenter::clearComparison() {
   for (const ComparedLine& compared : comparedLines) {
     report(compared.code, compared.control, CheckStatus::Clean);
     at(compared.control).master.reset();
@@ -175,7 +176,7 @@ void CustomerDialog::clearComparison() {
 }
 
 /// Contracts name their customer by its number only: under the old one nobody would find them.
-void CustomerDialog::prepareSaving() {
+void CustomerDialogPresenter::prepareSaving() {
   checkAnswer();
   moveContracts_ = false;
   const std::string before = staged("Kundennummer");
@@ -193,7 +194,7 @@ void CustomerDialog::prepareSaving() {
   });
 }
 
-void CustomerDialog::store() {
+void CustomerDialogPresenter::store() {
   std::vector<ColumnChange> changed = changes();
   // Null would keep what the master holds; a field that the clerk emptied empties it.
   for (ColumnChange& change : changed)

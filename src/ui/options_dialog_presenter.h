@@ -45,9 +45,10 @@ struct OptionField {
 
 /// Opened with `load`, ended with `close`, which saves unless `cancel` came before. A setting that is refused
 /// is told to the diagnostics and skipped.
-class OptionsDialog {
+class OptionsDialogPresenter {
 public:
-  explicit OptionsDialog(Environment& environment) : environment_(environment), settings_(environment) {}
+  explicit OptionsDialogPresenter(Environment& environment)
+      : environment_(environment), settings_(environment) {}
 
   /// Reads every option that is shown. Without customer-specific mode those of the second page are neither
   /// read nor, later, written.

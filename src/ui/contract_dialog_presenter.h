@@ -1,16 +1,16 @@
 // The dialog of a staged contract, without a toolkit.
 #pragma once
 
-#include "ui/job_dialog.h"
+#include "ui/job_dialog_presenter.h"
 
 namespace qx {
 
 /// Contract jobs, also those that came with their customer. A single contract whose values came in a position
 /// is shown with those of the first one, as the run takes them over. Saving gives the job the answer of the
 /// contract check, so that a mended contract waits again.
-class ContractDialog final : public JobDialog {
+class ContractDialogPresenter final : public JobDialogPresenter {
 public:
-  using JobDialog::JobDialog;
+  using JobDialogPresenter::JobDialogPresenter;
 
   std::span<const ControlGroup> groups() const override;
   std::string title() const override;

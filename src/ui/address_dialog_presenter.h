@@ -3,7 +3,7 @@
 
 #include "rules/customer_addresses.h"
 #include "ui/form.h"
-#include "ui/job_dialog.h"
+#include "ui/job_dialog_presenter.h"
 
 #include <array>
 #include <cstddef>
@@ -26,11 +26,11 @@ struct AddressBlock {
 /// Edits copies; the dialog that opened it takes them over. A line that differs from the stored address of
 /// its key shows the stored value; a block without lines is not compared, since the stored address holds
 /// then. Failures are told to the diagnostics and stand in `notice`.
-class AddressDialog final : public Form {
+class AddressDialogPresenter final : public Form {
 public:
   /// `ownCustomer` is the job's own customer number, for keys without a customer.
-  AddressDialog(DialogContext context, std::string ownCustomer, AddressBlock delivery, AddressBlock invoice,
-                bool readOnly);
+  AddressDialogPresenter(DialogContext context, std::string ownCustomer, AddressBlock delivery,
+                         AddressBlock invoice, bool readOnly);
 
   std::span<const ControlGroup> groups() const override;
   void leave(std::size_t place) override;

@@ -3,15 +3,15 @@
 
 #include "engine/order_options.h"
 #include "rules/master_data.h"
-#include "ui/addressed_job_dialog.h"
+#include "ui/addressed_job_dialog_presenter.h"
 #include "ui/position_grid.h"
 
 namespace qx {
 
 /// Checks the header and, in steps, the positions of an order job.
-class OrderDialog final : public AddressedJobDialog {
+class OrderDialogPresenter final : public AddressedJobDialogPresenter {
 public:
-  explicit OrderDialog(const DialogContext& context);
+  explicit OrderDialogPresenter(const DialogContext& context);
 
   std::span<const ControlGroup> groups() const override;
   std::string title() const override;

@@ -1,4 +1,4 @@
-#include "ui/job_view.h"
+#include "ui/job_view_presenter.h"
 
 #include "model/text.h"
 #include "platform/one_line.h"
@@ -106,8 +106,7 @@ private:
   JobViewPresenter& view_;
 };
 
-JobViewPresenter::JobViewPresenter(Environment& environment, ImportJobObject2& engine,
-                                   JobViewWindows& windows)
+JobViewPresenter::JobViewPresenter(Environment& environment, ImportJobObject2& engine, JobViewHost& windows)
     : environment_(environment), engine_(engine), windows_(windows), settings_(environment),
       subscription_(engine.subscribe(*this)) {
   compose();

@@ -1,4 +1,4 @@
-#include "ui/address_dialog.h"
+#include "ui/address_dialog_presenter.h"
 
 #include "model/text.h"
 #include "platform/german_cause.h"
@@ -75,7 +75,7 @@ std::string differenceTo(const std::string& stored) {
 
 } // namespace
 
-struct AddressDialog::BlockSpec {
+struct AddressDialogPresenter::BlockSpec {
   std::span<const ControlSpec> controls;
 
   std::string_view customer() const { return controls[0].name; }
@@ -86,13 +86,13 @@ struct AddressDialog::BlockSpec {
   }
 };
 
-const std::array<AddressDialog::BlockSpec, 2>& AddressDialog::specsOfBlocks() {
+const std::array<AddressDialogPresenter::BlockSpec, 2>& AddressDialogPresenter::specsOfBlocks() {
   static const std::array<BlockSpec, 2> specs{BlockSpec{deliveryControls}, BlockSpec{invoiceControls}};
   return specs;
 }
 
-AddressDialog::AddressDialog(DialogContext context, std::string ownCustomer, AddressBlock delivery,
-                             AddressBlock invoice, bool readOnly)
+AddressDialogPresenter::AddressDialogPresenter(DialogContext context, std::string ownCustomer,
+                                               AddressBlock delivery, AddressBlock invoice, bool readOnly)
     : context_(std::move(context)), ownCustomer_(std::move(ownCustomer)) {
   build(false);
   const std::array given{&delivery, &invoice};
@@ -109,9 +109,9 @@ AddressDialog::AddressDialog(DialogContext context, std::string ownCustomer, Add
   setReadOnly(readOnly);
 }
 
-std::span<const ControlGroup> AddressDialog::groups() const { return addressGroups; }
+std::span<const ControlGroup> AddressDialogPresenter::groups() const { return addressGroups; }
 
-void AddressDialog::leave(std::size_t place) {
+void AddressDialogPresenter::leave(std::size_t place) {
   const std::string_view control = specs()[place]->name;
   for (const Block block : allBlocks) {
     const BlockSpec& spec = specsOfBlocks()[index(block)];
@@ -123,7 +123,7 @@ void AddressDialog::leave(std::size_t place) {
   }
 }
 
-bool AddressDialog::lookUp(std::size_t place) {
+bool AddressDialogPresenter::lookUp(std::size_t place) {
   const ControlSpec& control = *specs()[place];
   if (readOnly() || control.lookup.empty()) return false;
   for (const Block block : allBlocks) {
@@ -143,7 +143,7 @@ bool AddressDialog::lookUp(std::size_t place) {
 }
 
 /// An address of no customer has no key that a check would know: the job takes its lines.
-bool AddressDialog::takeGeneral(Block block, std::string_view number) {
+bool AddressDialogPresenter::takeGeneral(Block block, std::string_view number) {
   const BlockSpec& spec = specsOfBlocks()[index(block)];
   std::optional<Adresse> lines;
   try {
@@ -160,32 +160,32 @@ bool AddressDialog::takeGeneral(Block block, std::string_view number) {
   return true;
 }
 
-bool AddressDialog::takeStored(Block block) {
+bool AddressDialogPresenter::takeStored(Block block) {
   if (readOnly() || !hasStored(block)) return false;
   setLines(block, *stored_[index(block)]);
   return true;
 }
 
-void AddressDialog::clear(Block block) {
+void AddressDialogPresenter::clear(Block block) {
   if (!readOnly()) setLines(block, {});
 }
 
-void AddressDialog::setLines(Block block, const Adresse& lines) {
+void AddressDialogPresenter::setLines(Block block, const Adresse& lines) {
   const BlockSpec& spec = specsOfBlocks()[index(block)];
   for (std::size_t i = 0; i < addressLines.size(); ++i) type(*find(spec.line(i)), lines.*addressLines[i]);
   compare(block);
 }
 
-std::string AddressDialog::owner(Block which) const {
+std::string AddressDialogPresenter::owner(Block which) const {
   const std::string customer = block(which).customer;
   return customer.empty() ? ownCustomer_ : customer;
 }
 
-bool AddressDialog::isOwn(Block which) const {
+bool AddressDialogPresenter::isOwn(Block which) const {
   return block(which).number.empty() && equalCodes(owner(which), ownCustomer_);
 }
 
-void AddressDialog::readStored(Block which) {
+void AddressDialogPresenter::readStored(Block which) {
   const BlockSpec& spec = specsOfBlocks()[index(which)];
   const AddressBlock edited = block(which);
   const std::string customer = owner(which);
@@ -210,7 +210,7 @@ void AddressDialog::readStored(Block which) {
   compare(which);
 }
 
-void AddressDialog::compare(Block which) {
+void AddressDialogPresenter::compare(Block which) {
   const BlockSpec& spec = specsOfBlocks()[index(which)];
   const std::optional<Adresse>& stored = stored_[index(which)];
   const Adresse lines = block(which).lines;
@@ -223,7 +223,7 @@ void AddressDialog::compare(Block which) {
   }
 }
 
-std::string AddressDialog::standing(Block which) const {
+std::string AddressDialogPresenter::standing(Block which) const {
   const AddressBlock edited = block(which);
   const std::optional<Adresse>& stored = stored_[index(which)];
   const bool empty = edited.lines == Adresse();
@@ -239,7 +239,7 @@ std::string AddressDialog::standing(Block which) const {
                : "Eigene Anschrift; es gibt zu diesen Nummern keine Stammadresse.";
 }
 
-AddressBlock AddressDialog::block(Block which) const {
+AddressBlock AddressDialogPresenter::block(Block which) const {
   const BlockSpec& spec = specsOfBlocks()[index(which)];
   AddressBlock block;
   block.customer = trimBlanks(text(spec.customer()));

@@ -1,7 +1,7 @@
 // The dialog of a staged customer, without a toolkit.
 #pragma once
 
-#include "ui/addressed_job_dialog.h"
+#include "ui/addressed_job_dialog_presenter.h"
 #include "ui/contract_grid.h"
 
 #include <string_view>
@@ -10,9 +10,9 @@
 namespace qx {
 
 /// Compares the job field by field with the customer master and lists the contracts that came with it.
-class CustomerDialog final : public AddressedJobDialog {
+class CustomerDialogPresenter final : public AddressedJobDialogPresenter {
 public:
-  using AddressedJobDialog::AddressedJobDialog;
+  using AddressedJobDialogPresenter::AddressedJobDialogPresenter;
 
   std::span<const ControlGroup> groups() const override;
   std::string title() const override;

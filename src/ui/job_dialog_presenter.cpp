@@ -1,4 +1,4 @@
-#include "ui/job_dialog.h"
+#include "ui/job_dialog_presenter.h"
 
 #include "model/date.h"
 #include "model/german_text.h"
@@ -6,7 +6,7 @@
 #include "platform/german_cause.h"
 #include "platform/whole_number.h"
 #include "settings/settings.h"
-#include "ui/address_dialog.h"
+#include "ui/address_dialog_presenter.h"
 #include "ui/lookup_bridge.h"
 
 #include <algorithm>
@@ -53,11 +53,12 @@ std::string shown(ControlKind kind, const Value& stored) {
 
 } // namespace
 
-JobDialog::JobDialog(const DialogContext& context) : context_(context), editing_(context.environment) {}
+JobDialogPresenter::JobDialogPresenter(const DialogContext& context)
+    : context_(context), editing_(context.environment) {}
 
-JobDialog::~JobDialog() = default;
+JobDialogPresenter::~JobDialogPresenter() = default;
 
-bool JobDialog::load(std::string_view jobId) {
+bool JobDialogPresenter::load(std::string_view jobId) {
   job_ = {std::string(jobId), {}, {}};
   notice_.clear();
   outstanding_.clear();
@@ -81,31 +82,31 @@ bool JobDialog::load(std::string_view jobId) {
   return true;
 }
 
-std::unique_ptr<AddressDialog> JobDialog::addresses() { return nullptr; }
+std::unique_ptr<AddressDialogPresenter> JobDialogPresenter::addresses() { return nullptr; }
 
-std::string JobDialog::readOnlyReason() const {
+std::string JobDialogPresenter::readOnlyReason() const {
   if (!readOnly()) return {};
   if (jobType() == qxtJobKundenVerträgedel)
     return "Der Vertrag ist als gelöscht gekennzeichnet und kann nicht mehr geändert werden.";
   return "Der Vorgang ist erledigt und kann nicht mehr geändert werden.";
 }
 
-void JobDialog::detailsClosed() {
+void JobDialogPresenter::detailsClosed() {
   trying("Laden der Verträge", [this] { reloadGrid(); });
 }
 
-bool JobDialog::canRelease() const {
+bool JobDialogPresenter::canRelease() const {
   const JobState state = stateOf(jobType());
   return !readOnly() && (!findings_.empty() || state == JobState::Warning || state == JobState::Error);
 }
 
-bool JobDialog::released() const { return text(releaseControl) == "1"; }
+bool JobDialogPresenter::released() const { return text(releaseControl) == "1"; }
 
-void JobDialog::release(bool on) {
+void JobDialogPresenter::release(bool on) {
   if (const auto place = find(releaseControl)) type(*place, on ? "1" : "0");
 }
 
-void JobDialog::leave(std::size_t place) {
+void JobDialogPresenter::leave(std::size_t place) {
   if (readOnly()) return;
   if (loss_ == JobLoss::None) notice_.clear();
   normalise(place);
@@ -113,7 +114,7 @@ void JobDialog::leave(std::size_t place) {
 }
 
 /// Numbers and dates take their usual form.
-void JobDialog::normalise(std::size_t place) {
+void JobDialogPresenter::normalise(std::size_t place) {
   const std::string typed(trimBlanks(control(place).text));
   if (specs()[place]->kind == ControlKind::Number) {
     if (const auto number = parseEnteredNumber(typed)) type(place, germanNumber(*number));
@@ -122,7 +123,7 @@ void JobDialog::normalise(std::size_t place) {
   }
 }
 
-bool JobDialog::lookUp(std::size_t place) {
+bool JobDialogPresenter::lookUp(std::size_t place) {
   const ControlSpec& spec = *specs()[place];
   if (readOnly() || spec.lookup.empty()) return false;
   const std::vector<std::string> chosen = context_.lookups.open(spec.lookup, lookupContext(spec.name));
@@ -130,7 +131,7 @@ bool JobDialog::lookUp(std::size_t place) {
   return trying(spec.lookup, [&] { takeLookup(spec.name, chosen); });
 }
 
-bool JobDialog::save() {
+bool JobDialogPresenter::save() {
   if (readOnly()) return false;
   notice_.clear();
   if (const auto bad = unreadable()) {
@@ -166,14 +167,14 @@ bool JobDialog::save() {
 }
 
 /// A lock that was taken away may be another user's by now, whose run reads what would be saved here.
-bool JobDialog::stillLocked() {
+bool JobDialogPresenter::stillLocked() {
   const auto wait = makeWait(context_.wait);
   if (engine().importLock().confirm(wait.get()).state != LockState::Refused) return true;
   notice_ = "Ein anderer Benutzer bearbeitet den Import gerade. Es wurde nichts gespeichert.";
   return false;
 }
 
-bool JobDialog::edit(std::string_view& failure, const std::function<void()>& work) {
+bool JobDialogPresenter::edit(std::string_view& failure, const std::function<void()>& work) {
   try {
     editing_.edit(job_, work, makeWait(context_.wait).get());
     return true;
@@ -187,7 +188,7 @@ bool JobDialog::edit(std::string_view& failure, const std::function<void()>& wor
   return false;
 }
 
-void JobDialog::tellLoss(const JobChangedError& error) {
+void JobDialogPresenter::tellLoss(const JobChangedError& error) {
   environment().diagnostics.report({"saving a job", error.what(), jobId()});
   loss_ = error.gone() ? JobLoss::Gone : JobLoss::Changed;
   if (!error.gone()) {
@@ -199,7 +200,7 @@ void JobDialog::tellLoss(const JobChangedError& error) {
   environment().desktop.show({notice_, std::string(defaultTitle), MessageIcon::Exclamation});
 }
 
-bool JobDialog::nothingNewSince(const std::vector<Finding>& seen) {
+bool JobDialogPresenter::nothingNewSince(const std::vector<Finding>& seen) {
   checkMore(checksLeft());
   for (const Finding& finding : findings_.sorted()) {
     const auto same = [&](const Finding& other) {
@@ -212,7 +213,7 @@ bool JobDialog::nothingNewSince(const std::vector<Finding>& seen) {
   return true;
 }
 
-Value JobDialog::current(ColumnName column) const {
+Value JobDialogPresenter::current(ColumnName column) const {
   Value before = loaded(column);
   for (std::size_t place = 0; place < specs().size(); ++place) {
     const ControlSpec& spec = *specs()[place];
@@ -223,20 +224,20 @@ Value JobDialog::current(ColumnName column) const {
   return before;
 }
 
-void JobDialog::report(std::string_view code, std::string_view control, CheckStatus severity,
-                       std::string text, bool counts) {
+void JobDialogPresenter::report(std::string_view code, std::string_view control, CheckStatus severity,
+                                std::string text, bool counts) {
   mark(control, severity, text);
   findings_.report({std::string(code), "", severity, std::move(text), std::string(control), "", counts});
 }
 
-void JobDialog::reportFailure(bool counts) {
+void JobDialogPresenter::reportFailure(bool counts) {
   const std::string failure = staged("Fehlertext");
   if (!failure.empty())
     findings_.report({std::string(processingErrorCode), "", CheckStatus::Warning,
                       "Fehler beim verarbeiten: " + failure, std::string(releaseControl), "", counts});
 }
 
-bool JobDialog::trying(std::string_view where, const std::function<void()>& step) {
+bool JobDialogPresenter::trying(std::string_view where, const std::function<void()>& step) {
   try {
     step();
     return true;
@@ -247,22 +248,22 @@ bool JobDialog::trying(std::string_view where, const std::function<void()>& step
   }
 }
 
-void JobDialog::checking(std::string_view name, const std::function<void()>& check) {
+void JobDialogPresenter::checking(std::string_view name, const std::function<void()>& check) {
   if (trying(name, check))
     outstanding_.erase(std::string(name));
   else
     outstanding_.emplace(name);
 }
 
-void JobDialog::tellUnchecked(const std::string& cause) {
+void JobDialogPresenter::tellUnchecked(const std::string& cause) {
   notice_ = "Die Prüfung ist nicht möglich: " + cause;
 }
 
-std::optional<CheckStatus> JobDialog::verdict() const {
+std::optional<CheckStatus> JobDialogPresenter::verdict() const {
   return outstanding_.empty() ? std::optional(findings_.status()) : std::nullopt;
 }
 
-std::vector<ColumnChange> JobDialog::changes() const {
+std::vector<ColumnChange> JobDialogPresenter::changes() const {
   std::vector<ColumnChange> changes;
   for (std::size_t place = 0; place < specs().size(); ++place) {
     const ControlSpec& spec = *specs()[place];
@@ -272,7 +273,7 @@ std::vector<ColumnChange> JobDialog::changes() const {
   return changes;
 }
 
-Value JobDialog::columnValue(const ControlSpec& spec, const ControlState& control) {
+Value JobDialogPresenter::columnValue(const ControlSpec& spec, const ControlState& control) {
   if (spec.kind == ControlKind::Check) return Value(std::int64_t{control.text == "1" ? 1 : 0});
   if (control.text.empty()) return Value::null();
   if (spec.kind == ControlKind::Number) {
@@ -284,7 +285,7 @@ Value JobDialog::columnValue(const ControlSpec& spec, const ControlState& contro
   return Value(control.text);
 }
 
-std::optional<std::size_t> JobDialog::unreadable() const {
+std::optional<std::size_t> JobDialogPresenter::unreadable() const {
   for (std::size_t place = 0; place < specs().size(); ++place) {
     const std::string& typed = control(place).text;
     if (typed.empty() || typed == storedText(place)) continue;
