@@ -2,6 +2,7 @@
 
 #include "cli/json_writer.h"
 #include "cli/terminal_text.h"
+#include "engine/findings.h"
 #include "engine/hints.h"
 #include "platform/one_line.h"
 #include "rules/dates.h"

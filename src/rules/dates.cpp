@@ -33,8 +33,6 @@ Date NowEx(const Environment& environment) {
   return environment.clock.now().date;
 }
 
-std::string DayStamp(const Date& date) { return dayStamp(date); }
-
 std::string PeriodOf(const Date& date) {
   if (date == openEnd || date == openEndOfOldData) return "999999";
   return dayStamp(date).substr(0, 6);

@@ -180,10 +180,6 @@ bool MasterData::isAccessory(std::string_view article) const {
 
 bool MasterData::isAccessoryScheme(std::string_view scheme) { return equalCodes(scheme, "Zubehoer"); }
 
-bool MasterData::isMarketing(std::string_view article) const {
-  return equalCodes(entryScheme(article), "Marketing");
-}
-
 double MasterData::orderWeight(std::int32_t order) const {
   return firstNumber(sql(
       "SELECT Sum(PosGewicht) AS GesamtGewicht FROM Auftragspos Where Auftragsnummer= "_sql, number(order)));

@@ -67,10 +67,4 @@ double TaxRules::GetSteuerSatz(std::string_view Steuerschlüssel) const {
   return *rate;
 }
 
-std::string TaxRules::changeDateText() const {
-  const std::string stamp = changeDay();
-  if (stamp.empty()) return {};
-  return stamp.substr(6, 2) + "." + stamp.substr(4, 2) + "." + stamp.substr(0, 4);
-}
-
 } // namespace qx

@@ -132,6 +132,11 @@ protected:
     if (change) change(position);
     writeStaged(connection(), static_cast<const AuftragsPosFields&>(position));
   }
+  /// An order of one position.
+  void stageOrderOf(std::string_view jobId, std::string_view article = "A100", double quantity = 1) {
+    stageOrder(jobId);
+    stagePosition(jobId, 1, article, quantity);
+  }
   void customerSpecific() { erp.setSetting("Allgemein", "Individual", "VLK"); }
   std::unique_ptr<Recordset> order() { return connection().open(sql("Select * From Auftragskopf"_sql)); }
   std::unique_ptr<Recordset> lines() { return connection().open(sql("Select * From Auftragspos"_sql)); }
