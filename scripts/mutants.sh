@@ -44,7 +44,7 @@ suites_of() {
   src/adapters/local_settings/*) echo local_settings cli ;;
   src/adapters/sqlite/*) echo sqlite store engine golden erp cli ;;
   src/adapters/system/*) echo system cli ;;
-  src/cli/*) echo cli golden ;;
+  src/cli/* | src/program/* | src/composition/*) echo cli golden ;;
   src/ui/*) echo ui ;;
   esac
 }

@@ -1,6 +1,6 @@
 // Draws the pictures of the manual from the demo company: draw_screenshots DATABASE FOLDER
 #include "adapters/system/stream_diagnostics.h"
-#include "cli/composition.h"
+#include "composition/composition.h"
 #include "engine/import_job_object2.h"
 #include "ui/lookup_bridge.h"
 #include "ui/qt/job_dialog_window.h"
@@ -122,11 +122,11 @@ void draw(const std::string& database, const std::string& folder) {
     void open() override {}
     void close() override {}
   } view;
-  cli::ProgramOptions options;
+  ProgramOptions options;
   options.database = database;
   options.user = "Erika Beispiel";
   options.sessionDate = makeDate(2026, 11, 24);
-  cli::Composition composition(options, diagnostics, desktop, view);
+  Composition composition(options, diagnostics, desktop, view);
   composition.create(true);
   Environment& environment = composition.open();
   composition.offerLookups([&environment, &diagnostics] {

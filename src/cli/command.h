@@ -1,10 +1,10 @@
 // What all commands of the program have in common.
 #pragma once
 
-#include "cli/exit_code.h"
-#include "cli/installation.h"
 #include "cli/output.h"
 #include "engine/import_job_object2.h"
+#include "program/installation.h"
+#include "program/program_error.h"
 
 namespace qx::cli {
 

@@ -1,7 +1,6 @@
 #include "cli/command_line.h"
 
 #include "cli/check_command.h"
-#include "cli/common_options.h"
 #include "cli/delete_command.h"
 #include "cli/init_command.h"
 #include "cli/job_file_command.h"
@@ -14,6 +13,7 @@
 #include "cli/show_command.h"
 #include "cli/stage_command.h"
 #include "cli/view_command.h"
+#include "program/common_options.h"
 
 #include <CLI/CLI.hpp>
 

@@ -1,8 +1,8 @@
 #include "cli/delete_command.h"
 
-#include "cli/busy_notice.h"
 #include "cli/job_query.h"
 #include "cli/json_writer.h"
+#include "program/busy_notice.h"
 #include "store/work_group.h"
 
 namespace qx::cli {

@@ -1,8 +1,8 @@
 #include "cli/job_file_command.h"
 
-#include "cli/busy_notice.h"
 #include "cli/job_file_progress.h"
 #include "cli/text_source.h"
+#include "program/busy_notice.h"
 #include "store/job_file_export.h"
 #include "store/job_file_import.h"
 #include "store/job_file_scrambling.h"

@@ -1,9 +1,9 @@
 #include "cli/job_query.h"
 
-#include "cli/exit_code.h"
 #include "model/job_codes.h"
 #include "model/text.h"
 #include "platform/whole_number.h"
+#include "program/program_error.h"
 
 #include <algorithm>
 

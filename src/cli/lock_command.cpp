@@ -1,7 +1,7 @@
 #include "cli/lock_command.h"
 
-#include "cli/busy_notice.h"
 #include "cli/json_writer.h"
+#include "program/busy_notice.h"
 
 namespace qx::cli {
 namespace {

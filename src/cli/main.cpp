@@ -3,13 +3,13 @@
 #include "adapters/system/console_desktop.h"
 #include "adapters/system/stream_diagnostics.h"
 #include "cli/command_line.h"
-#include "cli/composition.h"
 #include "cli/counting_buffer.h"
 #include "cli/harmless_buffer.h"
 #include "cli/json_writer.h"
 #include "cli/out_of_memory.h"
-#include "cli/version.h"
+#include "composition/composition.h"
 #include "platform/one_line.h"
+#include "program/version.h"
 
 #include <exception>
 #include <iostream>
@@ -65,7 +65,6 @@ ExitCode execute(int count, const char* const* arguments, std::ostream& result, 
   return code;
 }
 
-/// The one place where exceptions become exit codes.
 ExitCode guarded(int count, const char* const* arguments) {
   HarmlessStream standardOutput(std::cout);
   HarmlessStream messages(std::cerr);
@@ -77,20 +76,8 @@ ExitCode guarded(int count, const char* const* arguments) {
       tellAsJson(result, error);
     else
       tell(messages, error);
-    return error.code();
   };
-  try {
-    return execute(count, arguments, result, messages);
-  } catch (const ProgramError& error) {
-    return end(error);
-  } catch (const std::bad_alloc&) {
-    throw;
-  } catch (const BusyError& error) {
-    return end(ProgramError(ExitCode::Failure, error.what(),
-                            "Another program holds the database. Try again when it has finished."));
-  } catch (const std::exception& error) {
-    return end(ProgramError(ExitCode::Failure, error.what()));
-  }
+  return exitCodeOf([&] { return execute(count, arguments, result, messages); }, end);
 }
 
 } // namespace

@@ -1,6 +1,6 @@
 #include "cli/out_of_memory.h"
 
-#include "cli/exit_code.h"
+#include "program/program_error.h"
 
 #include <cstdlib>
 #include <exception>

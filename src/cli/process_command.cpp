@@ -1,10 +1,10 @@
 #include "cli/process_command.h"
 
-#include "cli/busy_notice.h"
 #include "cli/job_terms.h"
 #include "cli/progress_bar.h"
 #include "cli/run_printer.h"
 #include "cli/stop_on_signal.h"
+#include "program/busy_notice.h"
 
 #include <unistd.h>
 

@@ -1,9 +1,9 @@
 #include "cli/release_command.h"
 
-#include "cli/busy_notice.h"
 #include "cli/job_terms.h"
 #include "cli/json_writer.h"
 #include "platform/one_line.h"
+#include "program/busy_notice.h"
 
 namespace qx::cli {
 namespace {

@@ -1,11 +1,11 @@
 #include "cli/stage_command.h"
 
-#include "cli/busy_notice.h"
 #include "cli/job_terms.h"
 #include "cli/json_writer.h"
 #include "cli/stage_reader.h"
 #include "cli/staging_area.h"
 #include "platform/one_line.h"
+#include "program/busy_notice.h"
 
 namespace qx::cli {
 namespace {

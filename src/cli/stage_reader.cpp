@@ -1,6 +1,6 @@
 #include "cli/stage_reader.h"
 
-#include "cli/exit_code.h"
+#include "program/program_error.h"
 
 #include <nlohmann/json.hpp>
 

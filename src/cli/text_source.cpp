@@ -1,6 +1,6 @@
 #include "cli/text_source.h"
 
-#include "cli/exit_code.h"
+#include "program/program_error.h"
 
 #include <cerrno>
 #include <cstdio>

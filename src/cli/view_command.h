@@ -2,7 +2,7 @@
 #pragma once
 
 #include "cli/command.h"
-#include "cli/view_arguments.h"
+#include "program/view_arguments.h"
 
 namespace qx::cli {
 

@@ -1,6 +1,6 @@
 // Prints the lists that the pages take from the tables of the code, each behind a line "=== NAME".
 // The pages hold them between "<!-- list: NAME -->" and "<!-- end -->".
-#include "erp/lookup_sources.h"
+#include "erp/lookups/lookup_sources.h"
 #include "erp/schema_lists.h"
 #include "model/entry_records.h"
 #include "model/import_job.h"

@@ -1,5 +1,5 @@
-#include "erp/lookup_sources.h"
 
+#include "erp/lookups/lookup_sources.h"
 #include "standalone_fixture.h"
 
 #include <gmock/gmock.h>

@@ -1,6 +1,6 @@
 // Any bytes as a JSON file of jobs: the records against the values that another reading of the file finds.
-#include "cli/exit_code.h"
 #include "cli/stage_reader.h"
+#include "program/program_error.h"
 #include "support/fake_session.h"
 
 #include "require.h"

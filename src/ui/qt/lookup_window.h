@@ -1,7 +1,7 @@
 // The window in which a record of the ERP is looked up.
 #pragma once
 
-#include "erp/lookup_sources.h"
+#include "erp/lookups/lookup_sources.h"
 #include "platform/erp_components.h"
 #include "platform/system.h"
 

@@ -1,10 +1,10 @@
 // The window program: arguments to window, exceptions to exit status.
 #include "adapters/system/stream_diagnostics.h"
-#include "cli/busy_notice.h"
-#include "cli/composition.h"
-#include "cli/exit_code.h"
-#include "cli/version.h"
-#include "cli/view_arguments.h"
+#include "composition/composition.h"
+#include "program/busy_notice.h"
+#include "program/program_error.h"
+#include "program/version.h"
+#include "program/view_arguments.h"
 #include "ui/lookup_bridge.h"
 #include "ui/qt/busy_wait.h"
 #include "ui/qt/end_on_signal.h"
@@ -29,15 +29,11 @@
 
 #include <cstdlib>
 #include <iostream>
+#include <new>
 #include <optional>
 
 namespace qx {
 namespace {
-
-using cli::ExitCode;
-using cli::ProgramError;
-
-constexpr std::string_view noLockText = "the import cannot be locked: ";
 
 /// The dialogs that the job window opens.
 JobViewDialogs dialogsOf(const DialogContext& context) {
@@ -51,7 +47,9 @@ JobViewDialogs dialogsOf(const DialogContext& context) {
   dialogs.deleteDate = [&context](QWidget* parent) {
     DeleteDateWindow(context.environment, context.engine, parent).exec();
   };
-  dialogs.about = [&context](QWidget* parent) { AboutWindow(context.environment, parent).exec(); };
+  dialogs.about = [&context](QWidget* parent) {
+    AboutWindow(context.environment, Composition::schemaVersion(), parent).exec();
+  };
   dialogs.report = [](QWidget* parent, std::string_view title, std::string_view text) {
     ErrorWindow(text, parent, title).exec();
   };
@@ -96,12 +94,20 @@ private:
   QtJobView& view_;
 };
 
-ExitCode openView(const cli::ViewArguments& arguments, Diagnostics& diagnostics, QtDesktop& desktop) {
+[[noreturn]] void refuseLock(const std::string& reason, bool forbidden) {
+  throw ProgramError(ExitCode::Failure, "the import cannot be locked: " + reason,
+                     forbidden ? "Let this user write the database file and its folder."
+                               : "Try again when no other program holds the database, and see that it can be "
+                                 "written.")
+      .of(forbidden ? ErrorCause::ReadOnlyDatabase : ErrorCause::NoLock);
+}
+
+ExitCode openView(const ViewArguments& arguments, Diagnostics& diagnostics, QtDesktop& desktop) {
   std::optional<DialogContext> context;
   QtJobView view([&context](ImportJobObject2& engine) {
     return std::make_unique<JobViewWindow>(context->environment, engine, dialogsOf(*context));
   });
-  cli::Composition composition(arguments.options, diagnostics, desktop, view);
+  Composition composition(arguments.options, diagnostics, desktop, view);
   Environment& environment = composition.open();
   desktop.watch(environment.connection);
   composition.offerLookups([&environment, &diagnostics] {
@@ -118,15 +124,10 @@ ExitCode openView(const cli::ViewArguments& arguments, Diagnostics& diagnostics,
   const OpenView opened(engine, view);
   engine.setStartParameters({"", "", arguments.file});
   // The window program takes the lock itself, because `JobViewShow` does not say why it was not given.
-  cli::BusyNotice wait(std::cerr);
+  BusyNotice wait(std::cerr);
   const LockOutcome lock = engine.importLock().take(&wait);
   if (lock.state == LockState::Refused) return ExitCode::Refused;
-  if (lock.state == LockState::Unavailable)
-    throw ProgramError(ExitCode::Failure, std::string(noLockText) + lock.reason,
-                       readOnly(*environment.connection)
-                           ? "Let this user write the database file and its folder."
-                           : "Try again when no other program holds the database, and see that it can be "
-                             "written.");
+  if (lock.state == LockState::Unavailable) refuseLock(lock.reason, readOnly(*environment.connection));
   engine.JobViewShow();
   if (!view.isOpen() && !ending.ended() && !loopEnd.unloaded()) return ExitCode::Failure;
   if (!ending.ended() && !loopEnd.unloaded()) QApplication::exec();
@@ -134,17 +135,38 @@ ExitCode openView(const cli::ViewArguments& arguments, Diagnostics& diagnostics,
 }
 
 void tellOnMessages(const ProgramError& error) {
-  std::cerr << cli::viewProgram << ": " << error.what() << '\n';
+  std::cerr << viewProgram << ": " << error.what() << '\n';
   if (!error.nextStep().empty()) std::cerr << error.nextStep() << '\n';
   std::cerr << std::flush;
 }
 
+std::string_view sentenceOf(ErrorCause cause) {
+  switch (cause) {
+  case ErrorCause::Call:
+    return "Der Aufruf oder die Datenbank passt nicht zu diesem Programm.";
+  case ErrorCause::NoDatabase:
+    return "Die Datenbank gibt es nicht.";
+  case ErrorCause::ReadOnlyDatabase:
+    return "Die Datenbank kann nur gelesen werden: Diesem Benutzer fehlt das Recht, die Datei und ihren "
+           "Ordner "
+           "zu ändern.";
+  case ErrorCause::NoLock:
+    return "Die Sperre kann nicht in die Datenbank geschrieben werden.";
+  case ErrorCause::BusyDatabase:
+    return "Die Datenbank wird gerade von einem anderen Programm benutzt. Versuchen Sie es später noch "
+           "einmal.";
+  case ErrorCause::Database:
+    break;
+  }
+  return "Die Datenbank kann nicht gelesen oder geschrieben werden.";
+}
+
 /// Tells the clerk in a sentence, and those who look after the installation in their words.
-void tell(QtDesktop& desktop, const ProgramError& error, std::string_view sentence) {
+void tell(QtDesktop& desktop, const ProgramError& error) {
   tellOnMessages(error);
   Message message;
-  message.text = "Die Importvorgänge können nicht geöffnet werden.\r\n" + std::string(sentence) +
-                 "\r\n\r\nFür die Betreuung: " + error.what();
+  message.text = "Die Importvorgänge können nicht geöffnet werden.\r\n" +
+                 std::string(sentenceOf(error.cause())) + "\r\n\r\nFür die Betreuung: " + error.what();
   if (!error.nextStep().empty()) message.text += "\r\n" + error.nextStep();
   message.icon = MessageIcon::Critical;
   desktop.show(message);
@@ -156,7 +178,7 @@ void tellFatal(QtMsgType type, const QMessageLogContext& /*context*/, const QStr
     std::cerr << text.toLocal8Bit().constData() << std::endl;
     return;
   }
-  std::cerr << cli::viewProgram << ": the window cannot be opened: " << text.toLocal8Bit().constData()
+  std::cerr << viewProgram << ": the window cannot be opened: " << text.toLocal8Bit().constData()
             << "\nIs there a display? Without one: qximportjob list" << std::endl;
   std::_Exit(static_cast<int>(ExitCode::Failure));
 }
@@ -164,7 +186,7 @@ void tellFatal(QtMsgType type, const QMessageLogContext& /*context*/, const QStr
 void dress(QApplication& application) {
   // No display name: the toolkit would append it to the title of every box.
   QApplication::setApplicationName(QStringLiteral("qximportjob"));
-  QApplication::setApplicationVersion(toQt(cli::versionNumber));
+  QApplication::setApplicationVersion(toQt(versionNumber));
   QApplication::setWindowIcon(picture("qximportjob"));
   // The last window may be a box that comes before the job window.
   QApplication::setQuitOnLastWindowClosed(false);
@@ -179,53 +201,28 @@ void dress(QApplication& application) {
     QApplication::installTranslator(german);
 }
 
-ExitCode runInWindow(int& count, char** arguments, const cli::ViewArguments& parsed) {
+ExitCode runInWindow(int& count, char** arguments, const ViewArguments& parsed) {
   qInstallMessageHandler(tellFatal);
   QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
   QApplication application(count, arguments);
   dress(application);
   StreamDiagnostics diagnostics(std::cerr, parsed.options.verbose);
   QtDesktop desktop(diagnostics);
-  const auto end = [&](const ProgramError& error, std::string_view sentence) {
-    tell(desktop, error, sentence);
-    return error.code();
-  };
-  try {
-    return openView(parsed, diagnostics, desktop);
-  } catch (const ProgramError& error) {
-    const bool missing = std::string_view(error.what()).ends_with(cli::noDatabaseText);
-    const bool locked = std::string_view(error.what()).starts_with(noLockText);
-    const bool unwritable = error.nextStep().starts_with("Let this user write");
-    return end(error, missing ? "Die Datenbank gibt es nicht."
-                      : unwritable
-                          ? "Die Datenbank kann nur gelesen werden: Diesem Benutzer fehlt das Recht, die "
-                            "Datei und ihren Ordner zu ändern."
-                      : locked ? "Die Sperre kann nicht in die Datenbank geschrieben werden."
-                               : "Der Aufruf oder die Datenbank passt nicht zu diesem Programm.");
-  } catch (const BusyError& error) {
-    return end(ProgramError(ExitCode::Failure, error.what(),
-                            "Another program holds the database. Try again when it has finished."),
-               "Die Datenbank wird gerade von einem anderen Programm benutzt. Versuchen Sie es später noch "
-               "einmal.");
-  } catch (const std::exception& error) {
-    return end(ProgramError(ExitCode::Failure, error.what()),
-               "Die Datenbank kann nicht gelesen oder geschrieben werden.");
-  }
+  return exitCodeOf([&] { return openView(parsed, diagnostics, desktop); },
+                    [&](const ProgramError& error) { tell(desktop, error); });
 }
 
-/// The one place where exceptions become exit codes.
+ExitCode run(int& count, char** arguments) {
+  const ViewArguments parsed = parseViewArguments(count, arguments, versionText);
+  if (parsed.text.empty()) return runInWindow(count, arguments, parsed);
+  std::cout << parsed.text << std::flush;
+  return ExitCode::Success;
+}
+
 ExitCode guarded(int count, char** arguments) {
   try {
-    const cli::ViewArguments parsed = cli::parseViewArguments(count, arguments, cli::versionText);
-    if (!parsed.text.empty()) {
-      std::cout << parsed.text << std::flush;
-      return ExitCode::Success;
-    }
-    return runInWindow(count, arguments, parsed);
-  } catch (const ProgramError& error) {
-    tellOnMessages(error);
-    return error.code();
-  } catch (const std::exception& error) {
+    return exitCodeOf([&] { return run(count, arguments); }, tellOnMessages);
+  } catch (const std::bad_alloc& error) {
     tellOnMessages(ProgramError(ExitCode::Failure, error.what()));
     return ExitCode::Failure;
   }

@@ -1,8 +1,7 @@
 #include "ui/qt/small_windows.h"
 
-#include "cli/version.h"
-#include "erp/schema.h"
 #include "model/date.h"
+#include "program/version.h"
 #include "ui/about_box.h"
 #include "ui/qt/busy_wait.h"
 #include "ui/qt/pictures.h"
@@ -134,8 +133,8 @@ ErrorWindow::ErrorWindow(std::string_view text, QWidget* parent, std::string_vie
   close->setFocus();
 }
 
-AboutWindow::AboutWindow(Environment& environment, QWidget* parent)
-    : QDialog(parent), environment_(environment) {
+AboutWindow::AboutWindow(Environment& environment, std::string schemaVersion, QWidget* parent)
+    : QDialog(parent), environment_(environment), schemaVersion_(std::move(schemaVersion)) {
   setObjectName(QStringLiteral("frmAbout2"));
   setWindowTitle(QStringLiteral("Info über die Importvorgänge"));
   auto* const icon = new QLabel;
@@ -146,8 +145,8 @@ AboutWindow::AboutWindow(Environment& environment, QWidget* parent)
   large.setPointSizeF(large.pointSizeF() * enlarged);
   name->setFont(large);
   auto* const facts = new QFormLayout;
-  facts->addRow(QStringLiteral("Version:"), makeFact(toQt(cli::versionNumber), "lblVersion"));
-  facts->addRow(QStringLiteral("Stand:"), makeFact(toQt(cli::commitText), "lblCommit"));
+  facts->addRow(QStringLiteral("Version:"), makeFact(toQt(versionNumber), "lblVersion"));
+  facts->addRow(QStringLiteral("Stand:"), makeFact(toQt(commitText), "lblCommit"));
   facts->addRow(QStringLiteral("Warenwirtschaft:"), makeFact(toQt(erpVersion(environment)), "lblErpVersion"));
   auto* const texts = new QVBoxLayout;
   texts->addWidget(name);
@@ -169,18 +168,10 @@ AboutWindow::AboutWindow(Environment& environment, QWidget* parent)
 }
 
 std::string AboutWindow::systemInformation() {
-  std::vector<InformationLine> lines{{"Programm", std::string(cli::versionText)},
+  std::vector<InformationLine> lines{{"Programm", std::string(versionText)},
                                      {"Warenwirtschaft", erpVersion(environment_)}};
   for (InformationLine& line : workInformation(environment_)) lines.push_back(std::move(line));
-  std::string schema = "nicht bekannt";
-  try {
-    if (const auto version =
-            environment_.connection ? erp::storedSchemaVersion(*environment_.connection) : std::nullopt)
-      schema = *version;
-  } catch (const std::exception& failure) {
-    environment_.diagnostics.report({"system information", failure.what(), {}});
-  }
-  lines.push_back({"Stand der Tabellen", schema});
+  lines.push_back({"Stand der Tabellen", schemaVersion_});
   lines.push_back({"Qt", qVersion()});
   lines.push_back({"Bildschirm", fromQt(QGuiApplication::platformName())});
   lines.push_back({"Betriebssystem", fromQt(QSysInfo::prettyProductName())});

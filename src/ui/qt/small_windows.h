@@ -38,14 +38,15 @@ public:
 /// `frmAbout2`: the program and its ERP, and the system information on demand.
 class AboutWindow final : public QDialog {
 public:
-  /// The environment outlives the window.
-  explicit AboutWindow(Environment& environment, QWidget* parent = nullptr);
+  /// The environment outlives the window. `schemaVersion` is that of the database's tables.
+  AboutWindow(Environment& environment, std::string schemaVersion, QWidget* parent = nullptr);
 
 private:
   std::string systemInformation();
   void showSystemInformation();
 
   Environment& environment_;
+  std::string schemaVersion_;
 };
 
 } // namespace qx

@@ -1,14 +1,14 @@
-#include "cli/view_arguments.h"
+#include "program/view_arguments.h"
 
-#include "cli/common_options.h"
-#include "cli/exit_code.h"
+#include "program/common_options.h"
+#include "program/program_error.h"
 
 #include <CLI/CLI.hpp>
 
 #include <filesystem>
 #include <sstream>
 
-namespace qx::cli {
+namespace qx {
 
 ViewArguments parseViewArguments(int count, const char* const* arguments, std::string_view version) {
   ViewArguments read;
@@ -60,4 +60,4 @@ void requireJobFile(const std::string& file) {
                        "Name a job file, or none.", {file, 0, ""});
 }
 
-} // namespace qx::cli
+} // namespace qx

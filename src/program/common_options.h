@@ -1,7 +1,7 @@
 // The options that the program and its window have in common.
 #pragma once
 
-#include "cli/program_options.h"
+#include "program/program_options.h"
 
 #include <string_view>
 
@@ -9,10 +9,10 @@ namespace CLI {
 class App;
 }
 
-namespace qx::cli {
+namespace qx {
 
 /// Declares `--db`, `--user`, `--date` and `--verbose`, which fill in `options` when the arguments are
 /// parsed. A date that is none then raises `ProgramError`. `options` must live until then.
 void declareCommonOptions(CLI::App& app, ProgramOptions& options);
 
-} // namespace qx::cli
+} // namespace qx

@@ -6,7 +6,7 @@
 #include <chrono>
 #include <ostream>
 
-namespace qx::cli {
+namespace qx {
 
 /// Waits for 60 seconds and says so once, after the first one.
 class BusyNotice final : public BusyWait {
@@ -29,4 +29,4 @@ private:
   bool told_ = false;
 };
 
-} // namespace qx::cli
+} // namespace qx

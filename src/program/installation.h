@@ -5,7 +5,7 @@
 
 #include <cstddef>
 
-namespace qx::cli {
+namespace qx {
 
 struct InstallationReport {
   bool created = false;
@@ -24,4 +24,4 @@ public:
   virtual InstallationReport create(bool demo) = 0;
 };
 
-} // namespace qx::cli
+} // namespace qx

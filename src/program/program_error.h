@@ -2,11 +2,12 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <stdexcept>
 #include <string>
 #include <utility>
 
-namespace qx::cli {
+namespace qx {
 
 enum class ExitCode : int {
   Success = 0,
@@ -24,6 +25,9 @@ struct InputPlace {
   std::string field;
 };
 
+/// What lies behind an error, for a program that says it in words of its own.
+enum class ErrorCause : std::uint8_t { Call, NoDatabase, ReadOnlyDatabase, NoLock, BusyDatabase, Database };
+
 /// An error with its exit code, its place in the input and what to do next.
 class ProgramError : public std::runtime_error {
 public:
@@ -31,7 +35,14 @@ public:
       : std::runtime_error(whole(message)), code_(code), nextStep_(std::move(nextStep)),
         place_(std::move(place)) {}
 
+  /// The error with the cause given instead of `Call`.
+  ProgramError of(ErrorCause cause) && {
+    cause_ = cause;
+    return std::move(*this);
+  }
+
   ExitCode code() const { return code_; }
+  ErrorCause cause() const { return cause_; }
   const std::string& nextStep() const { return nextStep_; }
   const InputPlace& place() const { return place_; }
 
@@ -46,6 +57,12 @@ private:
   ExitCode code_;
   std::string nextStep_;
   InputPlace place_;
+  ErrorCause cause_ = ErrorCause::Call;
 };
 
-} // namespace qx::cli
+/// Does the work of a program and gives its exit code. What the work throws is told as a `ProgramError` whose
+/// code is given instead. Only `std::bad_alloc` goes on: to tell it takes memory.
+ExitCode exitCodeOf(const std::function<ExitCode()>& work,
+                    const std::function<void(const ProgramError&)>& tell);
+
+} // namespace qx

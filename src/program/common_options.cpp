@@ -1,10 +1,10 @@
-#include "cli/common_options.h"
+#include "program/common_options.h"
 
-#include "cli/exit_code.h"
+#include "program/program_error.h"
 
 #include <CLI/CLI.hpp>
 
-namespace qx::cli {
+namespace qx {
 
 void declareCommonOptions(CLI::App& app, ProgramOptions& options) {
   app.add_option("--db", options.database,
@@ -23,4 +23,4 @@ void declareCommonOptions(CLI::App& app, ProgramOptions& options) {
   app.add_flag("--verbose", options.verbose, "Tell every failure that was skipped");
 }
 
-} // namespace qx::cli
+} // namespace qx

@@ -1,13 +1,13 @@
 // The arguments of the window program.
 #pragma once
 
-#include "cli/program_options.h"
+#include "program/program_options.h"
 
 #include <string>
 #include <string_view>
 #include <vector>
 
-namespace qx::cli {
+namespace qx {
 
 /// The name of the window program; it lies beside the program.
 inline constexpr std::string_view viewProgram = "qximportjob-view";
@@ -27,4 +27,4 @@ std::vector<std::string> viewWords(const ViewArguments& arguments);
 /// Raises `ProgramError` when the file is not there; an empty name is none.
 void requireJobFile(const std::string& file);
 
-} // namespace qx::cli
+} // namespace qx

@@ -5,10 +5,10 @@
 #include "adapters/sqlite/sqlite_database.h"
 #include "adapters/system/random_guid_source.h"
 #include "adapters/system/system_clock.h"
-#include "cli/installation.h"
-#include "cli/program_options.h"
 #include "erp/process_identity.h"
 #include "erp/standalone_erp.h"
+#include "program/installation.h"
+#include "program/program_options.h"
 
 #include <functional>
 #include <memory>
@@ -16,16 +16,16 @@
 #include <string>
 #include <string_view>
 
-namespace qx::cli {
-
-/// How the message about a missing database ends.
-inline constexpr std::string_view noDatabaseText = ": there is no such database";
+namespace qx {
 
 /// The standalone ERP on a database file. The environment lives as long as the composition.
 class Composition final : public Installation {
 public:
   /// The ports outlive the composition.
   Composition(ProgramOptions options, Diagnostics& diagnostics, Desktop& desktop, JobView& jobView);
+
+  /// The version of the tables that the program works with and that every open database has.
+  static std::string schemaVersion();
 
   Environment& open() override;
   InstallationReport create(bool demo) override;
@@ -60,4 +60,4 @@ private:
   std::optional<Environment> environment_;
 };
 
-} // namespace qx::cli
+} // namespace qx

@@ -1,11 +1,11 @@
-#include "cli/composition.h"
+#include "composition/composition.h"
 
 #include "adapters/local_settings/ini_local_settings.h"
-#include "cli/exit_code.h"
 #include "erp/base_data.h"
 #include "erp/demo_data.h"
 #include "erp/demo_jobs.h"
 #include "erp/schema.h"
+#include "program/program_error.h"
 
 #include <cstdlib>
 #include <filesystem>
@@ -14,7 +14,7 @@
 #include <unistd.h>
 #include <utility>
 
-namespace qx::cli {
+namespace qx {
 namespace {
 
 namespace fs = std::filesystem;
@@ -102,11 +102,14 @@ std::string Composition::initLine() const {
   return "Create it with: qximportjob " + option + "init";
 }
 
+std::string Composition::schemaVersion() { return std::to_string(erp::schemaVersion); }
+
 Environment& Composition::open() {
   const std::string target = databaseTarget(options_);
   std::error_code ignored;
   if (!fs::exists(target, ignored))
-    throw ProgramError(ExitCode::Failure, target + std::string(noDatabaseText), initLine());
+    throw ProgramError(ExitCode::Failure, target + ": there is no such database", initLine())
+        .of(ErrorCause::NoDatabase);
   const std::shared_ptr<Connection> connection = database_.open(target);
   requireSchema(*connection, target);
   connect(connection, target);
@@ -119,10 +122,10 @@ void Composition::requireSchema(Connection& connection, const std::string& targe
     throw ProgramError(ExitCode::Failure, target + ": the database does not hold the tables of this program",
                        holdsTables(connection) ? "Name the database of this program with --db FILE."
                                                : initLine());
-  if (*version != std::to_string(erp::schemaVersion))
+  if (*version != schemaVersion())
     throw ProgramError(ExitCode::Failure,
                        target + ": the database has version " + *version +
-                           ", this program works with version " + std::to_string(erp::schemaVersion),
+                           ", this program works with version " + schemaVersion(),
                        "Use the program of that version, or another database with --db.");
 }
 
@@ -164,4 +167,4 @@ InstallationReport Composition::create(bool demo) {
   return {true, demo, staged};
 }
 
-} // namespace qx::cli
+} // namespace qx

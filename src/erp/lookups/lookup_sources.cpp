@@ -1,4 +1,4 @@
-#include "erp/lookup_sources.h"
+#include "erp/lookups/lookup_sources.h"
 
 #include "model/text.h"
 

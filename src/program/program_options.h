@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-namespace qx::cli {
+namespace qx {
 
 struct ProgramOptions {
   std::string database; ///< empty when it was not given
@@ -16,4 +16,4 @@ struct ProgramOptions {
   bool verbose = false;
 };
 
-} // namespace qx::cli
+} // namespace qx

@@ -1,0 +1,30 @@
+#include "program/program_error.h"
+
+#include "platform/database_error.h"
+
+#include <new>
+
+namespace qx {
+
+ExitCode exitCodeOf(const std::function<ExitCode()>& work,
+                    const std::function<void(const ProgramError&)>& tell) {
+  const auto end = [&](const ProgramError& error) {
+    tell(error);
+    return error.code();
+  };
+  try {
+    return work();
+  } catch (const ProgramError& error) {
+    return end(error);
+  } catch (const std::bad_alloc&) {
+    throw;
+  } catch (const BusyError& error) {
+    return end(ProgramError(ExitCode::Failure, error.what(),
+                            "Another program holds the database. Try again when it has finished.")
+                   .of(ErrorCause::BusyDatabase));
+  } catch (const std::exception& error) {
+    return end(ProgramError(ExitCode::Failure, error.what()).of(ErrorCause::Database));
+  }
+}
+
+} // namespace qx
