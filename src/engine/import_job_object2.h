@@ -17,7 +17,6 @@
 #include "rules/scrambler.h"
 #include "settings/settings.h"
 #include "store/import_lock.h"
-#include "store/job_deletion.h"
 
 #include <cstdint>
 #include <functional>
@@ -205,7 +204,6 @@ public:
   /// cannot go on reaches the caller.
   Findings checkJob(std::string_view jobId);
   ImportLock& importLock() { return lock_; }
-  JobDeletion& jobDeletion() { return deletion_; }
   const std::string& homeCurrency() const { return homeCurrency_; }
   /// @}
 
@@ -233,7 +231,6 @@ private:
   OutcomeSink outcomes_;
   RunReport lastRun_;
   ImportLock lock_;
-  JobDeletion deletion_;
   MasterData masterData_;
   CustomerAddresses addresses_;
   ComboLists combos_;

@@ -3,8 +3,8 @@
 #include "engine/contract_check.h"
 #include "engine/customer_proof.h"
 #include "engine/order_check.h"
-#include "engine/section_runner.h"
 #include "platform/german_cause.h"
+#include "platform/trapped.h"
 #include "platform/whole_number.h"
 #include "rules/active_connection.h"
 #include "settings/settings.h"
@@ -30,7 +30,7 @@ Findings JobCheck::check(std::string_view jobId) {
   try {
     return findingsOf(jobId);
   } catch (const std::exception& error) {
-    rethrowUnlessJobFailure();
+    if (isFatal(error)) throw;
     environment_.diagnostics.report({"check of a job", error.what(), jobId});
     Findings failed;
     failed.add(CheckStatus::Error, std::string(checkFailure) + germanCause(error));

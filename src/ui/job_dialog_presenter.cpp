@@ -2,6 +2,7 @@
 
 #include "model/date.h"
 #include "platform/german_cause.h"
+#include "platform/trapped.h"
 #include "platform/whole_number.h"
 #include "rules/german_text.h"
 #include "settings/settings.h"
@@ -237,14 +238,8 @@ void JobDialogPresenter::reportFailure(bool counts) {
 }
 
 bool JobDialogPresenter::trying(std::string_view where, const std::function<void()>& step) {
-  try {
-    step();
-    return true;
-  } catch (const std::exception& error) {
-    environment().diagnostics.report({where, error.what(), jobId()});
-    tellUnchecked(germanCause(error));
-    return false;
-  }
+  return !trapped(environment().diagnostics, {where, jobId()}, step,
+                  [this](const std::exception& error) { tellUnchecked(germanCause(error)); });
 }
 
 void JobDialogPresenter::checking(std::string_view name, const std::function<void()>& check) {
