@@ -2,49 +2,48 @@
 
 #include "cli/job_query.h"
 #include "cli/json_writer.h"
+#include "platform/one_line.h"
 #include "program/busy_notice.h"
-#include "store/work_group.h"
+#include "store/job_deletion.h"
 
 namespace qx::cli {
 namespace {
 
-void print(const Output& output, std::int64_t deleted) {
-  if (!output.json) {
-    output.result << deleted << " deleted\n";
-    return;
-  }
-  JsonWriter json(output.result);
-  json.beginObject().key("deleted").number(deleted).endObject().finish();
+/// Names the jobs that stayed, whatever the form of the output.
+ExitCode end(const Output& output, const JobDeletion& deletion) {
+  if (deletion.refusals() == 0) return ExitCode::Success;
+  output.messages << "The database refused " << deletion.refusals() << " deletions:\n";
+  for (const auto& [jobId, reason] : deletion.left())
+    output.messages << "  " << oneLine(jobId) << ": " << oneLine(reason) << '\n';
+  output.messages << std::flush;
+  return ExitCode::Failure;
 }
 
-void print(const Output& output, const JobDeletion& deletion) {
-  if (output.json) {
-    JsonWriter json(output.result);
-    json.beginObject().key("deleted").number(deletion.deletedHeaders());
-    json.key("undated").number(deletion.undatedJobs());
-    json.key("refused").number(deletion.refusedStatements()).endObject().finish();
-    return;
-  }
-  print(output, deletion.deletedHeaders());
-  if (deletion.undatedJobs() > 0)
-    output.result << deletion.undatedJobs() << " kept: no readable date of receipt\n";
+void writeLeft(JsonWriter& json, const JobDeletion& deletion) {
+  if (deletion.left().empty()) return;
+  json.key("left").beginArray();
+  for (const auto& [jobId, reason] : deletion.left())
+    json.beginObject().key("JobID").text(jobId).key("Reason").text(reason).endObject();
+  json.endArray();
 }
 
 } // namespace
 
 ExitCode DeleteCommand::work(const Workplace& place) {
   BusyNotice wait(place.output.messages);
-  JobDeletion deletion(place.environment);
-  WorkUnit unit(place.connection(), &wait);
-  const auto jobs = findJobs(place.connection(), jobIds);
-  for (const JobBrief& job : jobs) deletion.DelItem(job.jobId, withContracts);
-  for (const JobBrief& job : jobs)
-    if (findJob(place.connection(), job.jobId))
-      throw ProgramError(ExitCode::Failure, "the job '" + job.jobId + "' could not be deleted",
-                         "Nothing was changed. --verbose tells the reason.");
-  unit.commit();
-  print(place.output, deletion.deletedHeaders());
-  return ExitCode::Success;
+  std::vector<std::string> found;
+  for (const JobBrief& job : findJobs(place.connection(), jobIds)) found.push_back(job.jobId);
+  JobDeletion deletion(place.environment, &wait);
+  deletion.delItems(found, withContracts);
+  if (place.output.json) {
+    JsonWriter json(place.output.result);
+    json.beginObject().key("deleted").number(deletion.deletedHeaders());
+    writeLeft(json, deletion);
+    json.endObject().finish();
+  } else {
+    place.output.result << deletion.deletedHeaders() << " deleted\n";
+  }
+  return end(place.output, deletion);
 }
 
 void PurgeCommand::prepare() {
@@ -56,23 +55,24 @@ void PurgeCommand::prepare() {
 
 ExitCode PurgeCommand::work(const Workplace& place) {
   BusyNotice wait(place.output.messages);
-  JobDeletion deletion(place.environment);
-  WorkGroup group(place.environment, wait);
-  const auto afterJob = [&] {
-    group.endJob();
-    group.begin();
-  };
-  group.begin();
+  JobDeletion deletion(place.environment, &wait);
   if (day_)
-    deletion.deleteDoneBefore(*day_, afterJob);
+    deletion.deleteDoneBefore(*day_);
   else
-    deletion.DelArchives(afterJob);
-  group.finish();
-  print(place.output, deletion);
-  if (deletion.refusedStatements() == 0) return ExitCode::Success;
-  place.output.messages << "The database refused " << deletion.refusedStatements()
-                        << " statements; --verbose tells the reason." << std::endl;
-  return ExitCode::Failure;
+    deletion.DelArchives();
+  if (place.output.json) {
+    JsonWriter json(place.output.result);
+    json.beginObject().key("deleted").number(deletion.deletedHeaders());
+    json.key("undated").number(deletion.undatedJobs());
+    json.key("refused").number(deletion.refusals());
+    writeLeft(json, deletion);
+    json.endObject().finish();
+  } else {
+    place.output.result << deletion.deletedHeaders() << " deleted\n";
+    if (deletion.undatedJobs() > 0)
+      place.output.result << deletion.undatedJobs() << " kept: no readable date of receipt\n";
+  }
+  return end(place.output, deletion);
 }
 
 } // namespace qx::cli

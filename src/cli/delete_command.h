@@ -9,7 +9,7 @@
 
 namespace qx::cli {
 
-/// `delete JOBID... [--with-contracts]`: all of them or none.
+/// `delete JOBID... [--with-contracts]`; a job that the database refuses to delete stays and is named.
 class DeleteCommand final : public DatabaseCommand {
 public:
   std::vector<std::string> jobIds;

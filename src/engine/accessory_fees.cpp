@@ -2,9 +2,9 @@
 
 #include "engine/section_runner.h"
 #include "model/german_text.h"
+#include "platform/trapped.h"
 
 #include <algorithm>
-#include <exception>
 
 namespace qx {
 
@@ -42,7 +42,7 @@ bool AccessoryFees::parse(std::string_view key, const std::string& entry, Row& r
 void AccessoryFees::load() {
   if (loaded_) return;
   loaded_ = true;
-  try {
+  trapped(environment_.diagnostics, {"Zubehoer.ini", {}, &isFatal}, [&] {
     const std::string file = environment_.components.createProfile()->GetAppPath() + "\\Zubehoer.ini";
     const std::string minimum = environment_.iniFile.read(file, "Allgemein", "MinBestGebuehr");
     // An empty value, or one without a semicolon, means no fee.
@@ -53,10 +53,7 @@ void AccessoryFees::load() {
       if (entry.empty()) break;
       if (Row row; parse(key, entry, row)) graded_.push_back(row);
     }
-  } catch (const std::exception& error) {
-    rethrowUnlessJobFailure();
-    environment_.diagnostics.report({"Zubehoer.ini", error.what(), ""});
-  }
+  });
 }
 
 } // namespace qx

@@ -108,7 +108,7 @@ ContractState ContractComparison::state(const ContractKey& key, std::string& job
 }
 
 std::int32_t ContractComparison::markUncarried(std::string_view customer) {
-  JoinedUnit unit(activeConnection(environment_));
+  WorkUnit unit(activeConnection(environment_), nullptr, Join::IfOpen);
   std::int32_t marked = 0;
   const auto lines =
       activeConnection(environment_)

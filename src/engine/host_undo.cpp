@@ -1,15 +1,11 @@
 #include "engine/host_undo.h"
 
-#include <exception>
+#include "platform/trapped.h"
 
 namespace qx {
 
 void undoStep(Diagnostics& diagnostics, std::string_view where, const std::function<void()>& step) {
-  try {
-    step();
-  } catch (const std::exception& error) {
-    diagnostics.report({where, error.what(), ""});
-  }
+  trapped(diagnostics, {where}, step);
 }
 
 } // namespace qx

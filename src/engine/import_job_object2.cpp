@@ -5,10 +5,10 @@
 #include "platform/german_cause.h"
 #include "platform/show_message.h"
 #include "rules/active_connection.h"
+#include "store/job_deletion.h"
 #include "store/job_file_export.h"
 #include "store/job_file_import.h"
 #include "store/new_job_key.h"
-#include "store/work_group.h"
 
 #include <algorithm>
 #include <exception>
@@ -21,6 +21,7 @@ namespace {
 
 constexpr std::string_view noConnectionText = "Bitte geben Sie eine Connection an.";
 constexpr std::string_view sessionFailure = "Fehler beim Verbinden mit der Warenwirtschaft: ";
+constexpr std::string_view deletionFailure = "Fehler beim Löschen: ";
 constexpr std::string_view viewFailure = "Fehler beim Öffnen der Importvorgänge: ";
 constexpr std::string_view contractFailure = "Fehler beim Vergleichen der Verträge: ";
 
@@ -59,8 +60,8 @@ private:
 
 ImportJobObject2::ImportJobObject2(Environment& environment)
     : environment_(environment), settings_(environment), events_(environment.diagnostics),
-      protocol_(environment), lock_(environment), deletion_(environment), masterData_(environment),
-      addresses_(environment), combos_(environment) {
+      protocol_(environment), lock_(environment), masterData_(environment), addresses_(environment),
+      combos_(environment) {
   const auto session = environment_.session;
   if (!session) return;
   // A session that cannot be used is none.
@@ -79,11 +80,7 @@ void ImportJobObject2::closeLists() {
 }
 
 void ImportJobObject2::disconnect(qx::Session& session) const {
-  try {
-    session.Disconnect();
-  } catch (const std::exception& error) {
-    environment_.diagnostics.report({"Disconnect", error.what(), ""});
-  }
+  trapped(environment_.diagnostics, {"Disconnect"}, [&] { session.Disconnect(); });
 }
 
 void ImportJobObject2::showFailure(std::string_view text, std::string_view cause) const {
@@ -96,14 +93,8 @@ void ImportJobObject2::showFailure(std::string_view text, std::string_view cause
 
 template <class Work>
 bool ImportJobObject2::guarded(std::string_view member, std::string_view text, Work&& work) const {
-  try {
-    work();
-    return true;
-  } catch (const std::exception& error) {
-    environment_.diagnostics.report({member, error.what(), ""});
-    showFailure(text, germanCause(error));
-    return false;
-  }
+  return !trapped(environment_.diagnostics, {member}, work,
+                  [&](const std::exception& error) { showFailure(text, germanCause(error)); });
 }
 
 /// A handler of the run's events, or its message loop, may call anything. No box: a unit may be open.
@@ -304,20 +295,14 @@ void ImportJobObject2::AddProtocolColumn(std::string_view Vorgang, std::string_v
 }
 
 void ImportJobObject2::DelItem(std::string_view ItemName, bool DelKundenVertrag) {
-  guarded("DelItem", "Fehler beim Löschen: ", [&] { deletion_.DelItem(ItemName, DelKundenVertrag); });
+  guarded("DelItem", deletionFailure, [&] { JobDeletion(environment_).DelItem(ItemName, DelKundenVertrag); });
 }
 
 void ImportJobObject2::DelArchives() {
-  // Between two groups the window around it is drawn.
-  guarded("DelArchives", "Fehler beim Löschen: ", [&] {
-    activeConnection(environment_);
-    WorkGroup group(environment_, nullptr);
-    group.begin();
-    deletion_.DelArchives([&group] {
-      group.endJob();
-      group.begin();
-    });
-    group.finish();
+  guarded("DelArchives", deletionFailure, [&] {
+    JobDeletion deletion(environment_);
+    deletion.DelArchives();
+    if (!deletion.left().empty()) showFailure(deletionFailure, deletion.germanLeft());
   });
 }
 

@@ -18,7 +18,6 @@
 #include "rules/scrambler.h"
 #include "settings/settings.h"
 #include "store/import_lock.h"
-#include "store/job_deletion.h"
 
 #include <cstdint>
 #include <functional>
@@ -206,7 +205,6 @@ public:
   /// cannot go on reaches the caller.
   Findings checkJob(std::string_view jobId);
   ImportLock& importLock() { return lock_; }
-  JobDeletion& jobDeletion() { return deletion_; }
   const std::string& homeCurrency() const { return homeCurrency_; }
   /// @}
 
@@ -234,7 +232,6 @@ private:
   OutcomeSink outcomes_;
   RunReport lastRun_;
   ImportLock lock_;
-  JobDeletion deletion_;
   MasterData masterData_;
   CustomerAddresses addresses_;
   ComboLists combos_;

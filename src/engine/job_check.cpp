@@ -4,8 +4,8 @@
 #include "engine/customer_proof.h"
 #include "engine/hints.h"
 #include "engine/order_check.h"
-#include "engine/section_runner.h"
 #include "platform/german_cause.h"
+#include "platform/trapped.h"
 #include "platform/whole_number.h"
 #include "rules/active_connection.h"
 #include "settings/settings.h"
@@ -26,7 +26,7 @@ Findings JobCheck::check(std::string_view jobId) {
   try {
     return findingsOf(jobId);
   } catch (const std::exception& error) {
-    rethrowUnlessJobFailure();
+    if (isFatal(error)) throw;
     environment_.diagnostics.report({"check of a job", error.what(), jobId});
     return {Finding(Rule::CheckFailed, germanCause(error))};
   }

@@ -1,6 +1,7 @@
 #include "engine/job_editing.h"
 
 #include "engine/contract_check.h"
+#include "platform/trapped.h"
 #include "platform/whole_number.h"
 #include "rules/active_connection.h"
 
@@ -109,7 +110,7 @@ ReadJob JobEditing::read(std::string_view jobId, Recordset& header) const {
 void JobEditing::edit(ReadJob& job, const std::function<void()>& work, BusyWait* wait) const {
   Connection& connection = activeConnection(environment_);
   ShortWait shortWait;
-  JoinedUnit unit(connection, wait != nullptr ? wait : &shortWait);
+  WorkUnit unit(connection, wait != nullptr ? wait : &shortWait, Join::IfOpen);
   ReadJob now = read(job.jobId, *header(job.jobId));
   if (now.header.size() == 0) throw JobChangedError(true);
   if (!(now == job)) throw JobChangedError(false);
@@ -191,16 +192,14 @@ void JobEditing::savePositions(std::string_view jobId, const StagedRows& positio
 }
 
 void JobEditing::putBack(const ReadJob& job) const noexcept {
-  try {
+  trapped(environment_.diagnostics, {"job put back", job.jobId}, [&] {
     const auto row = header(job.jobId);
     if (!row->eof()) {
       job.header.copyChanged(*row);
       row->update();
     }
     if (!(positions(job.jobId) == job.positions)) savePositions(job.jobId, job.positions);
-  } catch (const std::exception& error) {
-    environment_.diagnostics.report({"job put back", error.what(), job.jobId});
-  }
+  });
 }
 
 void JobEditing::deleteHeader(std::string_view jobId) const {

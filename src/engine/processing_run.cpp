@@ -5,6 +5,7 @@
 #include "engine/order_section.h"
 #include "engine/order_texts.h"
 #include "platform/german_cause.h"
+#include "platform/trapped.h"
 #include "rules/tax_rules.h"
 
 #include <new>
@@ -84,24 +85,20 @@ void ProcessingRun::collectJobsLeft() noexcept {
 /// What was written is to be said also when the run broke off behind it.
 void ProcessingRun::announceCashOnDelivery() noexcept {
   if (cashOnDelivery_.empty()) return;
-  try {
+  trapped(environment_.diagnostics, {"cash on delivery", cashOnDelivery_}, [&] {
     Message message;
     message.text = std::string(heavyCashOnDelivery) + cashOnDelivery_;
     environment_.desktop.show(message);
-  } catch (const std::exception& error) {
-    environment_.diagnostics.report({"cash on delivery", error.what(), cashOnDelivery_});
-  }
+  });
 }
 
 /// For a run that was interrupted between its sections, where nobody counts.
 void ProcessingRun::countWaiting() {
-  try {
+  trapped(environment_.diagnostics, {"count of waiting jobs"}, [&] {
     const auto rows = environment_.connection->open(
         sql("Select Count(*) As Anzahl From ImportKopf Where JobType In (10, 20, 30, 40)"_sql));
     report_.stillWaiting = static_cast<std::size_t>(rows->value(0).integer().value_or(0));
-  } catch (const DatabaseError& error) {
-    environment_.diagnostics.report({"count of waiting jobs", error.what(), ""});
-  }
+  });
 }
 
 void ProcessingRun::perform() {
@@ -124,18 +121,11 @@ void ProcessingRun::perform() {
 
 /// A component that the host lacks is no failure of the run; a store or memory that cannot go on is.
 void ProcessingRun::createComponents() {
-  try {
+  trapped(environment_.diagnostics, {"address index component", {}, &isFatal}, [&] {
     sections_.setAddressIndex(environment_.components.createAdressindex(*environment_.connection));
-  } catch (const std::exception& error) {
-    rethrowUnlessJobFailure();
-    environment_.diagnostics.report({"address index component", error.what(), ""});
-  }
-  try {
-    prices_ = environment_.components.createPreisfindung();
-  } catch (const std::exception& error) {
-    rethrowUnlessJobFailure();
-    environment_.diagnostics.report({"price component", error.what(), ""});
-  }
+  });
+  trapped(environment_.diagnostics, {"price component", {}, &isFatal},
+          [&] { prices_ = environment_.components.createPreisfindung(); });
 }
 
 /// All of them before the first job: with one that cannot be read nothing is to be written.
@@ -143,24 +133,16 @@ void ProcessingRun::readOptions() {
   options_ = RunOptions::read(settings_);
   orderOptions_ = OrderOptions::read(settings_, options_.customerSpecific, environment_.diagnostics);
   purgeOptions_ = PurgeOptions::read(settings_);
-  try {
-    orderOptions_.taxChangeDay = TaxRules(environment_).changeDay();
-  } catch (const std::exception& error) {
-    rethrowUnlessJobFailure();
-    // Customers and contracts do without it; every order fails, for its tax would be a guess.
-    environment_.diagnostics.report({"change of tax rates", error.what(), ""});
-  }
+  // Customers and contracts do without it; every order fails, for its tax would be a guess.
+  trapped(environment_.diagnostics, {"change of tax rates", {}, &isFatal},
+          [&] { orderOptions_.taxChangeDay = TaxRules(environment_).changeDay(); });
 }
 
 void ProcessingRun::initPrices() {
   if (!prices_) return;
-  try {
-    prices_->Init(*environment_.connection);
-  } catch (const std::exception& error) {
-    rethrowUnlessJobFailure();
-    environment_.diagnostics.report({"price component", error.what(), ""});
+  if (trapped(environment_.diagnostics, {"price component", {}, &isFatal},
+              [&] { prices_->Init(*environment_.connection); }))
     prices_.reset();
-  }
 }
 
 bool ProcessingRun::orderIsBeingReadIn() {
@@ -174,14 +156,10 @@ bool ProcessingRun::orderIsBeingReadIn() {
 }
 
 void ProcessingRun::readProgramVersion() {
-  try {
-    programVersion_ = " " + environment_.components.createVersion()->version();
-  } catch (const std::exception& error) {
-    rethrowUnlessJobFailure();
-    environment_.diagnostics.report({"version component", error.what(), ""});
-    programVersion_ = defaultVersion;
-  }
-  if (programVersion_ == " ") programVersion_ = defaultVersion;
+  std::string version;
+  trapped(environment_.diagnostics, {"version component", {}, &isFatal},
+          [&] { version = environment_.components.createVersion()->version(); });
+  if (!version.empty()) programVersion_ = " " + version;
 }
 
 /// Every released row is reset in every run, whatever its code: the flag itself is never cleared by a run.
@@ -273,22 +251,19 @@ void ProcessingRun::close() {
 }
 
 void ProcessingRun::cleanUpProtocol() {
-  try {
-    parts_.protocol.cleanUp(&wait_);
-  } catch (const StatementError& error) {
-    environment_.diagnostics.report({"protocol clean-up", error.what(), ""});
-  } catch (const WorkLostError& error) {
-    environment_.diagnostics.report({"protocol clean-up", error.what(), ""});
-  }
+  const auto endsTheRun = [](const std::exception& failure) {
+    return isFatal(failure) && dynamic_cast<const WorkLostError*>(&failure) == nullptr;
+  };
+  trapped(environment_.diagnostics, {"protocol clean-up", {}, endsTheRun},
+          [&] { parts_.protocol.cleanUp(&wait_); });
   report_.protocolId = parts_.protocol.id();
 }
 
 void ProcessingRun::purge() {
-  JobDeletion deletion(environment_);
-  ArchivePurge archive(environment_, deletion, group_);
-  const bool complete = archive.run(
-      purgeOptions_, [this](std::string_view text) { parts_.events.raiseProcessInfo(text); },
-      [this] { return parts_.stop.requested(); });
+  JobDeletion deletion(environment_, &wait_);
+  const bool complete = purgeArchives(
+      deletion, purgeOptions_, [this](std::string_view text) { parts_.events.raiseProcessInfo(text); },
+      [this] { return !parts_.stop.requested(); });
   if (!complete) report_.end = RunEnd::Stopped;
 }
 

@@ -84,7 +84,7 @@ void Protocol::openOrCreate(BusyWait* wait) {
   const std::string today = germanDate(NowEx(environment_));
   // The protocol, its identity and its day are stored together: with a part of them the next run of the day
   // would begin a second protocol, and whoever asks for the day's protocol would miss the lines of the first.
-  JoinedUnit unit(connection, wait);
+  WorkUnit unit(connection, wait, Join::IfOpen);
   std::string id;
   if (settings_.option("ProtoDate") == today) {
     const std::string stored = settings_.option("ProtoID");
@@ -132,7 +132,7 @@ void Protocol::giveUpLine(const std::exception& loss, const Show& show) {
 void Protocol::cleanUp(BusyWait* wait) {
   if (id_.empty()) return;
   Connection& connection = *environment_.connection;
-  JoinedUnit unit(connection, wait);
+  WorkUnit unit(connection, wait, Join::IfOpen);
   const auto kept = connection.open(
       sql("SELECT * FROM Protokollpositionen WHERE ([Text0]='Auftrag' Or [Text8]='1') and ID ='"_sql,
           value(id_), "'"_sql));

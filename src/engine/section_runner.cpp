@@ -1,10 +1,10 @@
 #include "engine/section_runner.h"
 
 #include "engine/collected_text.h"
+#include "platform/trapped.h"
 #include "platform/whole_number.h"
 
 #include <cmath>
-#include <new>
 #include <stdexcept>
 #include <utility>
 
@@ -13,20 +13,6 @@ namespace qx {
 void JobResult::addHints(Findings hints) {
   for (const Finding& hint : hints) appendLine(line.info, hintLine(hint));
   findings.append(std::move(hints));
-}
-
-void rethrowUnlessJobFailure() {
-  try {
-    throw;
-  } catch (const StatementError&) {
-    return;
-  } catch (const DatabaseError&) {
-    throw;
-  } catch (const std::bad_alloc&) {
-    throw;
-  } catch (const std::exception&) {
-    return;
-  }
 }
 
 void SectionRunner::run(const Section& section, const Sql& query, const Handler& handler) {
@@ -71,14 +57,16 @@ void SectionRunner::take(const Section& section, Recordset& jobs, std::size_t at
 /// Nothing when the job disappeared meanwhile.
 std::optional<JobResult> SectionRunner::processJob(const Handler& handler, Recordset& jobs) {
   JobRow job(jobs, parts_.missing);
-  try {
-    return handler.process(job);
-  } catch (const std::exception& error) {
-    rethrowUnlessJobFailure();
-    parts_.group.requireWork();
-    parts_.environment.diagnostics.report({"processing of a job", error.what(), job.text("JobID")});
-    return markFailed(handler, jobs, error.what());
-  }
+  std::optional<JobResult> result;
+  const std::string jobId = job.text("JobID");
+  trapped(
+      parts_.environment.diagnostics, {"processing of a job", jobId, &isFatal},
+      [&] { result = handler.process(job); },
+      [&](const std::exception& error) {
+        parts_.group.requireWork();
+        result = markFailed(handler, jobs, error.what());
+      });
+  return result;
 }
 
 /// Marks the job at hand as failed. One that is no longer there is passed over; a refusal takes the unit
@@ -167,17 +155,12 @@ bool SectionRunner::indexCustomer(std::string_view customer, std::string_view jo
     return false;
   }
   attempt_.step = Step::Indexing;
-  try {
+  return !trapped(parts_.environment.diagnostics, {"address index", jobId, &isFatal}, [&] {
     if (!addressIndex_) throw std::runtime_error("there is no address index component");
     Savepoint part(*parts_.environment.connection);
     addressIndex_->CreateIndex(customer, 1);
     part.release();
-    return true;
-  } catch (const std::exception& error) {
-    rethrowUnlessJobFailure();
-    parts_.environment.diagnostics.report({"address index", error.what(), jobId});
-    return false;
-  }
+  });
 }
 
 JobResult SectionRunner::refused(const Section& section, const JobRow& job, std::string_view status,

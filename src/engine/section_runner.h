@@ -52,10 +52,6 @@ struct JobResult {
   void addHints(Findings hints);
 };
 
-/// Rethrows the exception at hand when it ends more than the one job: everything that the database reports
-/// but a refused statement, and a lack of memory. To be called inside a handler.
-void rethrowUnlessJobFailure();
-
 /// Takes jobs in groups of units of work. A group that is lost is taken again job by job. Of the job that
 /// loses its unit when it is alone the part that lost it is given up: its writing, then it is marked as
 /// failed; its protocol line or index entry, then it stands without. One that cannot even be marked is left

@@ -106,7 +106,8 @@ void createSchema(Connection& connection) {
     connection.execute(createTable(table));
     for (const SchemaIndex& index : table.indexes) connection.execute(createIndex(table, index));
   }
-  connection.execute(sql("Insert Into Schemastand (Version) Values ("_sql, number(schemaVersion), ")"_sql));
+  connection.insert("Schemastand",
+                    sql("Insert Into Schemastand (Version) Values ("_sql, number(schemaVersion), ")"_sql));
 }
 
 std::optional<std::string> storedSchemaVersion(Connection& connection) {

@@ -30,9 +30,9 @@ std::string StandaloneProtokoll::CreateProtokoll(Connection& connection, std::st
                                                  std::string_view kind, std::string_view list) {
   const std::string stamp = timeStamp(now_());
   const std::string id = freeIdentity(connection, stamp + sessionId_);
-  connection.execute(sql("Insert Into Protokolle (ID, Titel, Art, Liste, Datum) Values ('"_sql, value(id),
-                         "', '"_sql, value(title), "', '"_sql, value(kind), "', '"_sql, value(list),
-                         "', '"_sql, value(stamp), "')"_sql));
+  connection.insert("Protokolle", sql("Insert Into Protokolle (ID, Titel, Art, Liste, Datum) Values ('"_sql,
+                                      value(id), "', '"_sql, value(title), "', '"_sql, value(kind),
+                                      "', '"_sql, value(list), "', '"_sql, value(stamp), "')"_sql));
   connection_ = &connection;
   id_ = id;
   line_.reset();
@@ -65,7 +65,8 @@ void StandaloneProtokoll::SetField(int kind, int column, std::string_view text) 
 
 void StandaloneProtokoll::UpdateRecord() {
   const auto& [t, memo] = pendingLine();
-  connection_->execute(
+  connection_->insert(
+      "Protokollpositionen",
       sql("Insert Into Protokollpositionen (ID, Zeile, Text0, Text1, Text2, Text3, Text4, Text5, Text6, "
           "Text7, Text8, Memo0) Select '"_sql,
           value(id_), "', coalesce(max(Zeile),0)+1, '"_sql, nullable(t[0]), "', '"_sql, nullable(t[1]),

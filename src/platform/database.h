@@ -82,6 +82,11 @@ public:
 
   /// Runs a statement without rows; the number of rows that it changed.
   virtual std::int64_t execute(const Sql& statement) = 0;
+  /// Runs a statement that adds or replaces a row of the table. Raises `NotInserted` when it has done
+  /// neither.
+  void insert(std::string_view table, const Sql& statement) {
+    if (execute(statement) == 0) throw NotInserted(table);
+  }
   /// All rows are fetched before it returns; rows of a single table can be changed.
   virtual std::unique_ptr<Recordset> open(const Sql& statement) = 0;
   /// The keys are fetched at once, each row when it is reached. Changing a row takes none away.
@@ -126,37 +131,22 @@ public:
   virtual std::unique_ptr<Connection> create(std::string_view connectionString) = 0;
 };
 
+/// What a unit of work does when another one is open already.
+enum class Join : std::uint8_t {
+  Never,  ///< it must be the only one
+  IfOpen, ///< it is a part of that one, whose owner commits it or rolls it back
+};
+
 /// A unit of work that rolls back unless it is committed.
 class WorkUnit {
 public:
-  explicit WorkUnit(Connection& connection, BusyWait* wait = nullptr) : connection_(connection) {
-    connection_.beginWork(wait);
+  explicit WorkUnit(Connection& connection, BusyWait* wait = nullptr, Join join = Join::Never)
+      : connection_(connection), open_(join == Join::Never || !connection.inWork()) {
+    if (open_) connection_.beginWork(wait);
   }
   WorkUnit(const WorkUnit&) = delete;
   WorkUnit& operator=(const WorkUnit&) = delete;
   ~WorkUnit() {
-    if (open_) connection_.rollbackWork();
-  }
-  void commit() {
-    connection_.commitWork();
-    open_ = false;
-  }
-
-private:
-  Connection& connection_;
-  bool open_ = true;
-};
-
-/// A unit of work of its own, or a part of the one that is already open.
-class JoinedUnit {
-public:
-  explicit JoinedUnit(Connection& connection, BusyWait* wait = nullptr)
-      : connection_(connection), open_(!connection.inWork()) {
-    if (open_) connection_.beginWork(wait);
-  }
-  JoinedUnit(const JoinedUnit&) = delete;
-  JoinedUnit& operator=(const JoinedUnit&) = delete;
-  ~JoinedUnit() {
     if (open_) connection_.rollbackWork();
   }
   void commit() {

@@ -3,6 +3,7 @@
 
 #include <stdexcept>
 #include <string>
+#include <string_view>
 
 namespace qx {
 
@@ -23,6 +24,13 @@ private:
 class StatementError : public DatabaseError {
 public:
   using DatabaseError::DatabaseError;
+};
+
+/// The database left a new row out without a word, as a trigger can.
+class NotInserted : public StatementError {
+public:
+  explicit NotInserted(std::string_view table)
+      : StatementError("the database has not taken the new row of the table " + std::string(table), 0) {}
 };
 
 /// The statement took the whole unit of work with it, for example by a trigger that rolls back. Nothing of

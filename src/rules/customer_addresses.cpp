@@ -56,16 +56,19 @@ std::string CustomerAddresses::GetAdresse(std::string_view Kundennummer,
 bool CustomerAddresses::AddAdressDaten(std::string_view Kundennummer, std::string_view Adressnummer,
                                        const Adresse& adresse) const {
   if (Adressnummer.empty()) return false;
-  return activeConnection(environment_)
-             .execute(
-                 sql("Insert Into Adressenstamm (Kundennummer, Adressnummer, Bez1, Bez2, Bez3, Strasse, "
-                     "Land, PLZ, Ort) Select '"_sql,
-                     value(Kundennummer), "', '"_sql, value(Adressnummer), "', '"_sql, nullable(adresse.Bez1),
-                     "', '"_sql, nullable(adresse.Bez2), "', '"_sql, nullable(adresse.Bez3), "', '"_sql,
-                     nullable(adresse.Strasse), "', '"_sql, nullable(adresse.Land), "', '"_sql,
-                     nullable(adresse.PLZ), "', '"_sql, nullable(adresse.Ort),
-                     "' Where Not Exists (Select Kundennummer From Adressenstamm where Kundennummer = '"_sql,
-                     value(Kundennummer), "' And Adressnummer = '"_sql, value(Adressnummer), "')"_sql)) > 0;
+  const std::int64_t added =
+      activeConnection(environment_)
+          .execute(
+              sql("Insert Into Adressenstamm (Kundennummer, Adressnummer, Bez1, Bez2, Bez3, Strasse, "
+                  "Land, PLZ, Ort) Select '"_sql,
+                  value(Kundennummer), "', '"_sql, value(Adressnummer), "', '"_sql, nullable(adresse.Bez1),
+                  "', '"_sql, nullable(adresse.Bez2), "', '"_sql, nullable(adresse.Bez3), "', '"_sql,
+                  nullable(adresse.Strasse), "', '"_sql, nullable(adresse.Land), "', '"_sql,
+                  nullable(adresse.PLZ), "', '"_sql, nullable(adresse.Ort),
+                  "' Where Not Exists (Select Kundennummer From Adressenstamm where Kundennummer = '"_sql,
+                  value(Kundennummer), "' And Adressnummer = '"_sql, value(Adressnummer), "')"_sql));
+  if (added == 0 && !KundeAngelegt(Kundennummer, Adressnummer)) throw NotInserted("Adressenstamm");
+  return added > 0;
 }
 
 } // namespace qx

@@ -1,9 +1,7 @@
 #include "settings/settings.h"
 
-#include "platform/database_error.h"
+#include "platform/trapped.h"
 
-#include <exception>
-#include <new>
 #include <stdexcept>
 
 namespace qx {
@@ -18,10 +16,9 @@ std::string describe(std::string_view store, std::string_view section, std::stri
   return text;
 }
 
-/// Whether the store itself cannot go on, so that it is not this one setting that is missing.
-bool endsTheRun(const std::exception& failure) {
-  return dynamic_cast<const DatabaseError*>(&failure) != nullptr &&
-         dynamic_cast<const StatementError*>(&failure) == nullptr;
+/// Whatever is skipped, a shortage of memory says nothing about one setting.
+bool isOutOfMemory(const std::exception& failure) {
+  return dynamic_cast<const std::bad_alloc*>(&failure) != nullptr;
 }
 
 Session& connectedSession(const Environment& environment) {
@@ -33,17 +30,14 @@ Session& connectedSession(const Environment& environment) {
 
 /// Runs one access; null when it failed and that is skipped.
 template <class Access>
-std::optional<std::string> Settings::trapped(const std::string& where, Access&& access) const {
-  try {
-    return access();
-  } catch (const std::bad_alloc&) {
-    // Whatever is skipped, a shortage of memory says nothing about this setting.
-    throw;
-  } catch (const std::exception& failure) {
-    environment_.diagnostics.report({where, failure.what(), {}});
-    if (trap_ == SettingTrap::Nothing || (trap_ == SettingTrap::Refusals && endsTheRun(failure))) throw;
-    return std::nullopt;
-  }
+std::optional<std::string> Settings::attempt(const std::string& where, Access&& access) const {
+  std::optional<std::string> text;
+  trapped(
+      environment_.diagnostics, {where, {}, &isOutOfMemory}, [&] { text = access(); },
+      [this](const std::exception& failure) {
+        if (trap_ == SettingTrap::Nothing || (trap_ == SettingTrap::Refusals && isFatal(failure))) throw;
+      });
+  return text;
 }
 
 std::string Settings::get(std::string_view application, std::string_view section, std::string_view key,
@@ -54,22 +48,22 @@ std::string Settings::get(std::string_view application, std::string_view section
 std::optional<std::string> Settings::read(std::string_view application, std::string_view section,
                                           std::string_view key, bool local) const {
   if (local)
-    return trapped(describe("local", section, key, "read"),
+    return attempt(describe("local", section, key, "read"),
                    [&] { return environment_.localSettings.read(application, section, key); });
-  return trapped(describe("shared", section, key, "read"),
+  return attempt(describe("shared", section, key, "read"),
                  [&] { return connectedSession(environment_).GetSetting(section, key, std::nullopt); });
 }
 
 std::string Settings::getShared(std::string_view section, std::string_view key,
                                 std::string_view fallback) const {
-  return trapped(describe("shared", section, key, "read"),
+  return attempt(describe("shared", section, key, "read"),
                  [&] { return connectedSession(environment_).GetSetting(section, key, fallback); })
       .value_or(std::string(fallback));
 }
 
 void Settings::save(std::string_view application, std::string_view section, std::string_view key,
                     std::string_view setting, bool local) const {
-  trapped(describe(local ? "local" : "shared", section, key, "written"), [&] {
+  attempt(describe(local ? "local" : "shared", section, key, "written"), [&] {
     if (local)
       environment_.localSettings.write(application, section, key, setting);
     else

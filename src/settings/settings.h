@@ -58,7 +58,7 @@ public:
 
 private:
   template <class Access>
-  std::optional<std::string> trapped(const std::string& where, Access&& access) const;
+  std::optional<std::string> attempt(const std::string& where, Access&& access) const;
 
   Environment& environment_;
   SettingTrap trap_;

@@ -27,24 +27,15 @@ PurgeOptions PurgeOptions::read(const Settings& settings) {
   return {settings.isOn("KundeDelete"), settings.isOn("VTDelete"), settings.isOn("AuftragDelete")};
 }
 
-bool ArchivePurge::run(const PurgeOptions& options, const Progress& progress, const Stopped& stopped) {
+bool purgeArchives(JobDeletion& deletion, const PurgeOptions& options,
+                   const std::function<void(std::string_view text)>& progress,
+                   const JobDeletion::GoOn& goOn) {
   return std::ranges::all_of(passes, [&](const Pass& pass) {
     if (!(options.*pass.isOn)) return true;
-    if (stopped()) return false;
+    if (!goOn()) return false;
     progress(pass.text);
-    return removeAll(deletion_.jobIds(pass.selection()), stopped);
+    return deletion.deleteDone(deletion.jobIds(pass.selection()), goOn);
   });
-}
-
-bool ArchivePurge::removeAll(const std::vector<std::string>& jobIds, const Stopped& stopped) {
-  const std::size_t taken =
-      group_.takeAll(jobIds.size(), {[&](std::size_t at) { deletion_.deleteDone(jobIds[at]); },
-                                     [&](std::size_t at, const WorkLostError& loss) {
-                                       environment_.diagnostics.report({"purge", loss.what(), jobIds[at]});
-                                       return false;
-                                     },
-                                     stopped});
-  return taken == jobIds.size();
 }
 
 } // namespace qx

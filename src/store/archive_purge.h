@@ -3,7 +3,6 @@
 
 #include "settings/settings.h"
 #include "store/job_deletion.h"
-#include "store/work_group.h"
 
 #include <functional>
 #include <string_view>
@@ -20,25 +19,9 @@ struct PurgeOptions {
 };
 
 /// Deletes done customers, then done customer contracts, then done orders. Done contract jobs without a
-/// customer are not among them, on purpose. Failures are treated as `JobDeletion` treats them, but a job that
-/// takes its unit of work along stays and is told to the diagnostics.
-class ArchivePurge {
-public:
-  using Progress = std::function<void(std::string_view text)>;
-  using Stopped = std::function<bool()>;
-
-  ArchivePurge(Environment& environment, JobDeletion& deletion, WorkGroup& group)
-      : environment_(environment), deletion_(deletion), group_(group) {}
-
-  /// Gives each active pass's text once, before its deletions. False when it was stopped before its end.
-  bool run(const PurgeOptions& options, const Progress& progress, const Stopped& stopped);
-
-private:
-  bool removeAll(const std::vector<std::string>& jobIds, const Stopped& stopped);
-
-  Environment& environment_;
-  JobDeletion& deletion_;
-  WorkGroup& group_;
-};
+/// customer are not among them, on purpose. Gives each active pass's text once, before its deletions. False
+/// when it was stopped before its end.
+bool purgeArchives(JobDeletion& deletion, const PurgeOptions& options,
+                   const std::function<void(std::string_view text)>& progress, const JobDeletion::GoOn& goOn);
 
 } // namespace qx

@@ -1,6 +1,7 @@
 #include "store/entry_objects.h"
 
 #include "model/job_codes.h"
+#include "platform/trapped.h"
 #include "rules/active_connection.h"
 #include "settings/settings.h"
 #include "store/job_file_text.h"
@@ -26,11 +27,7 @@ void appendFields(std::string& line, const Record& record, const FieldTable<Reco
 template <class Record>
 void addItem(const Environment& environment, const Record& record, std::string_view where,
              std::string_view key) noexcept {
-  try {
-    writeStaged(activeConnection(environment), record);
-  } catch (const std::exception& failure) {
-    environment.diagnostics.report({where, failure.what(), key});
-  }
+  trapped(environment.diagnostics, {where, key}, [&] { writeStaged(activeConnection(environment), record); });
 }
 
 template <class Record>

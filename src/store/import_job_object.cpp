@@ -2,13 +2,12 @@
 
 #include "platform/german_cause.h"
 #include "platform/show_message.h"
+#include "platform/trapped.h"
 #include "rules/active_connection.h"
 #include "store/job_deletion.h"
 #include "store/job_file_export.h"
 #include "store/job_file_import.h"
 #include "store/new_job_key.h"
-
-#include <exception>
 
 namespace qx {
 
@@ -21,32 +20,17 @@ Connection& ImportJobObject::connection() const { return activeConnection(enviro
 
 template <class Work>
 bool ImportJobObject::trapping(std::string_view member, std::string_view job, Work&& work) {
-  try {
-    work();
-    return true;
-  } catch (const std::exception& failure) {
-    environment_.diagnostics.report({member, failure.what(), job});
-    return false;
-  }
+  return !trapped(environment_.diagnostics, {member, job}, work);
 }
 
 /// The same for the two members that show their failure.
 template <class Work>
 bool ImportJobObject::updating(std::string_view member, std::string_view key, Work&& work) {
-  std::string cause;
-  const bool done = trapping(member, key, [&] {
-    try {
-      work();
-    } catch (const std::exception& failure) {
-      cause = germanCause(failure);
-      throw;
-    }
+  return !trapped(environment_.diagnostics, {member, key}, work, [&](const std::exception& failure) {
+    Message message;
+    message.text = "Fehler beim Update: " + germanCause(failure);
+    showMessage(environment_, message);
   });
-  if (done) return true;
-  Message message;
-  message.text = "Fehler beim Update: " + cause;
-  showMessage(environment_, message);
-  return false;
 }
 
 bool ImportJobObject::ConnectDB() {
@@ -84,9 +68,10 @@ void ImportJobObject::DelItem(std::string_view ItemName) {
 void ImportJobObject::DelArchives() {
   trapping("DelArchives", {}, [this] {
     JobDeletion deletion(environment_);
-    for (const std::string& jobId : deletion.jobIds(sql(
-             "Select JobID From ImportKopf Where Right(JobType,1) = '1' And Not Left(JobType,1) ='-'"_sql)))
-      deletion.DelItem(jobId);
+    deletion.delItems(
+        deletion.jobIds(sql(
+            "Select JobID From ImportKopf Where Right(JobType,1) = '1' And Not Left(JobType,1) ='-'"_sql)),
+        false);
   });
 }
 
@@ -138,7 +123,7 @@ void ImportJobObject::loadJobs() {
 
 bool ImportJobObject::StoreItemToDB(const ImportJob& myItem) {
   return trapping("StoreItemToDB", myItem.JobID, [&] {
-    JoinedUnit unit(connection());
+    WorkUnit unit(connection(), nullptr, Join::IfOpen);
     insertVersion1(connection(), myItem);
     for (const auto& position : myItem.SubItems()) insertVersion1(connection(), *position);
     unit.commit();

@@ -3,6 +3,7 @@
 #include "model/text.h"
 #include "platform/german_cause.h"
 #include "platform/show_message.h"
+#include "platform/trapped.h"
 #include "rules/active_connection.h"
 
 namespace qx {
@@ -24,13 +25,7 @@ LockHolder readHolder(Recordset& row) {
 /// Runs a step whose failure is skipped; false when it failed.
 template <class Step>
 bool ImportLock::skipping(Step&& step) {
-  try {
-    step();
-    return true;
-  } catch (const std::exception& failure) {
-    environment_.diagnostics.report({"ImportLock", failure.what(), {}});
-    return false;
-  }
+  return !trapped(environment_.diagnostics, {"ImportLock"}, step);
 }
 
 LockOutcome ImportLock::take(BusyWait* wait) {

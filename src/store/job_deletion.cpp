@@ -1,98 +1,129 @@
 #include "store/job_deletion.h"
 
 #include "model/job_codes.h"
+#include "platform/trapped.h"
 #include "rules/active_connection.h"
-
-#include <optional>
+#include "store/work_group.h"
 
 namespace qx {
 namespace {
 
 bool isCustomerJob(std::int64_t jobType) { return jobType >= qxtjobkunden && jobType <= qxtJobKundenDone; }
 
-} // namespace
-
-/// Runs a step whose failure must not keep the next one from running.
-template <class Step>
-void JobDeletion::skipping(std::string_view where, std::string_view job, Step&& step) {
-  try {
-    step();
-  } catch (const DatabaseError& failure) {
-    const bool refused = dynamic_cast<const StatementError*>(&failure) != nullptr;
-    if (!refused && activeConnection(environment_).ownsWork()) throw;
-    ++refusedStatements_;
-    environment_.diagnostics.report({where, failure.what(), job});
-  }
+bool isNoDatabaseError(const std::exception& failure) {
+  return dynamic_cast<const DatabaseError*>(&failure) == nullptr;
 }
 
-/// Runs the work, which returns a number of deleted headers, as one unit of our own unless one is open.
+/// Which failures of a deletion reach the caller: on a host's connection none of the database's.
+auto letsFatal(const Connection& connection) { return connection.ownsWork() ? &isFatal : &isNoDatabaseError; }
+
+} // namespace
+
+/// Undone as a whole when it fails; the number of deleted headers. A host's connection has no savepoints:
+/// there the rest of it is not run.
 template <class Work>
-void JobDeletion::inUnit(Work&& work) {
+std::int64_t JobDeletion::part(std::string_view job, Work&& work) {
   Connection& connection = activeConnection(environment_);
-  std::optional<WorkUnit> unit;
-  if (connection.ownsWork() && !connection.inWork()) unit.emplace(connection);
-  const std::int64_t deleted = work();
-  if (unit) unit->commit();
-  deletedHeaders_ += deleted;
+  std::int64_t deleted = 0;
+  const auto all = [&] {
+    Savepoint savepoint(connection);
+    const std::int64_t headers = work();
+    savepoint.release();
+    deleted = headers;
+  };
+  trapped(environment_.diagnostics, {"DelItem", job, letsFatal(connection)}, all,
+          [&](const std::exception& failure) { left_.try_emplace(std::string(job), failure.what()); });
+  return deleted;
 }
 
 void JobDeletion::DelItem(std::string_view ItemName, bool DelKundenVertrag) {
-  inUnit([&] {
+  WorkUnit unit(activeConnection(environment_), wait_, Join::IfOpen);
+  const std::int64_t deleted = deleteItem(ItemName, DelKundenVertrag);
+  unit.commit();
+  deletedHeaders_ += deleted;
+}
+
+void JobDeletion::delItems(const std::vector<std::string>& jobIds, bool withContracts) {
+  inGroups(jobIds, {}, [&](std::string_view jobId) { return deleteItem(jobId, withContracts); });
+}
+
+template <class Take>
+bool JobDeletion::inGroups(const std::vector<std::string>& jobIds, const GoOn& goOn, Take&& take) {
+  activeConnection(environment_);
+  WorkGroup group(environment_, wait_);
+  const std::size_t taken = group.takeAll(
+      jobIds.size(), {[&](std::size_t at) {
+                        group.afterCommit([this, deleted = take(jobIds[at])] { deletedHeaders_ += deleted; });
+                      },
+                      [&](std::size_t at, const WorkLostError& loss) {
+                        environment_.diagnostics.report({"DelItem", loss.what(), jobIds[at]});
+                        left_.try_emplace(jobIds[at], loss.what());
+                        return false;
+                      },
+                      [&] { return goOn && !goOn(); }});
+  return taken == jobIds.size();
+}
+
+std::unique_ptr<Recordset> JobDeletion::header(std::string_view jobId) {
+  return activeConnection(environment_)
+      .open(sql("Select JobType, Kundennummer From ImportKopf where JobID = '"_sql, value(jobId), "'"_sql));
+}
+
+std::int64_t JobDeletion::deleteItem(std::string_view key, bool withContracts) {
+  return part(key, [&] {
     std::int64_t deleted = 0;
-    std::optional<std::string> customer;
     // What the header says matters only when its contracts go too; the key of a position finds no header.
-    if (DelKundenVertrag)
-      skipping("DelItem", ItemName, [&] {
-        const auto header = activeConnection(environment_)
-                                .open(sql("Select JobType, Kundennummer From ImportKopf where JobID = '"_sql,
-                                          value(ItemName), "'"_sql));
-        if (!header->eof() && isCustomerJob(header->value("JobType").integer().value_or(0)))
-          customer = header->text("Kundennummer");
-      });
-    if (customer) deleted += deleteContractsOf(*customer, ItemName);
-    return deleted + deleteRows(ItemName);
+    const auto row = withContracts ? header(key) : nullptr;
+    if (row && !row->eof() && isCustomerJob(row->value("JobType").integer().value_or(0)))
+      deleted = deleteContractsOf(row->text("Kundennummer"));
+    return deleted + deleteRows(key);
   });
 }
 
 /// Deletes the headers only: the positions of customer contracts stay, on purpose, as does 43.
-std::int64_t JobDeletion::deleteContractsOf(std::string_view customer, std::string_view job) {
-  std::int64_t deleted = 0;
-  skipping("DelItem", job, [&] {
-    deleted = activeConnection(environment_)
-                  .execute(sql("Delete From ImportKopf where Kundennummer = '"_sql, value(customer),
-                               "' And (JobType = "_sql, number(qxtjobkundenverträge), " or JobType = "_sql,
-                               number(qxtJobKundenVerträgeWarning), " or JobType = "_sql,
-                               number(qxtJobKundenVerträgeError), " or JobType ="_sql,
-                               number(qxtJobKundenVerträgedel), ")"_sql));
-  });
-  return deleted;
+std::int64_t JobDeletion::deleteContractsOf(std::string_view customer) {
+  return activeConnection(environment_)
+      .execute(sql("Delete From ImportKopf where Kundennummer = '"_sql, value(customer),
+                   "' And (JobType = "_sql, number(qxtjobkundenverträge), " or JobType = "_sql,
+                   number(qxtJobKundenVerträgeWarning), " or JobType = "_sql,
+                   number(qxtJobKundenVerträgeError), " or JobType ="_sql, number(qxtJobKundenVerträgedel),
+                   ")"_sql));
 }
 
 std::int64_t JobDeletion::deleteRows(std::string_view key) {
-  std::int64_t deleted = 0;
-  skipping("DelItem", key, [&] {
-    deleted = activeConnection(environment_)
-                  .execute(sql("Delete From [ImportKopf] where [JobID] = '"_sql, value(key), "'"_sql));
-  });
-  skipping("DelItem", key, [&] {
-    activeConnection(environment_)
-        .execute(sql("Delete From [ImportPos] where [JobID] = '"_sql, value(key), "' or [ChildID] = '"_sql,
-                     value(key), "'"_sql));
-  });
+  Connection& connection = activeConnection(environment_);
+  const std::int64_t deleted =
+      connection.execute(sql("Delete From [ImportKopf] where [JobID] = '"_sql, value(key), "'"_sql));
+  // A trigger can keep a row without a word.
+  if (deleted == 0 && !header(key)->eof()) throw StatementError("the database has not deleted the job", 0);
+  connection.execute(sql("Delete From [ImportPos] where [JobID] = '"_sql, value(key),
+                         "' or [ChildID] = '"_sql, value(key), "'"_sql));
   return deleted;
 }
 
-void JobDeletion::DelArchives(const AfterJob& afterJob) {
-  deleteDone(jobIds(sql("Select JobID From ImportKopf Where Right(JobType,1) = '3' "_sql)), afterJob);
+void JobDeletion::DelArchives() {
+  deleteDone(jobIds(sql("Select JobID From ImportKopf Where Right(JobType,1) = '3' "_sql)));
 }
 
-void JobDeletion::deleteDoneBefore(const Date& date, const AfterJob& afterJob) {
-  deleteDone(doneBefore(date), afterJob);
+/// Another program may have staged a job afresh since its key was read.
+bool JobDeletion::deleteDone(const std::vector<std::string>& jobIds, const GoOn& goOn) {
+  return inGroups(jobIds, goOn, [&](std::string_view jobId) {
+    return part(jobId, [&]() -> std::int64_t {
+      const auto row = header(jobId);
+      return !row->eof() && row->text("JobType").ends_with('3') ? deleteRows(jobId) : 0;
+    });
+  });
+}
+
+template <class Select>
+void JobDeletion::selecting(std::string_view where, Select&& select) {
+  trapped(environment_.diagnostics, {where, {}, letsFatal(activeConnection(environment_))}, select,
+          [this](const std::exception&) { ++refusedSelections_; });
 }
 
 std::vector<std::string> JobDeletion::doneBefore(const Date& date) {
   std::vector<std::string> earlier;
-  skipping("deleteDoneBefore", {}, [&] {
+  selecting("deleteDoneBefore", [&] {
     const auto rows =
         activeConnection(environment_)
             .openStream(sql("Select JobID,Eingangsdatum From ImportKopf Where Right(JobType,1) = '3'"_sql));
@@ -112,37 +143,28 @@ std::vector<std::string> JobDeletion::doneBefore(const Date& date) {
   return earlier;
 }
 
-void JobDeletion::deleteDone(const std::vector<std::string>& jobIds, const AfterJob& afterJob) {
-  for (const std::string& jobId : jobIds) {
-    deleteDone(jobId);
-    if (afterJob) afterJob();
-  }
-}
-
-void JobDeletion::deleteDone(std::string_view jobId) {
-  inUnit([&] { return isDone(jobId) ? deleteRows(jobId) : 0; });
-}
-
-/// Another program may have staged the job afresh since its key was read.
-bool JobDeletion::isDone(std::string_view jobId) {
-  bool done = false;
-  skipping("DelItem", jobId, [&] {
-    const auto header = activeConnection(environment_)
-                            .open(sql("Select JobType, Kundennummer From ImportKopf where JobID = '"_sql,
-                                      value(jobId), "'"_sql));
-    done = !header->eof() && header->text("JobType").ends_with('3');
-  });
-  return done;
-}
-
 std::vector<std::string> JobDeletion::jobIds(const Sql& select) {
   std::vector<std::string> keys;
-  skipping("jobIds", {}, [&] {
+  selecting("jobIds", [&] {
     const auto rows = activeConnection(environment_).openStream(select);
     for (; !rows->eof(); rows->moveNext())
       if (std::string key = rows->value(std::size_t{0}).text(); !key.empty()) keys.push_back(std::move(key));
   });
   return keys;
+}
+
+std::string JobDeletion::germanLeft() const {
+  constexpr std::size_t named = 10;
+  if (left_.empty()) return {};
+  std::string keys;
+  std::size_t rest = left_.size();
+  for (const auto& [jobId, reason] : left_) {
+    if (left_.size() - rest == named) break;
+    keys += (keys.empty() ? "" : ", ") + jobId;
+    --rest;
+  }
+  if (rest > 0) keys += " und " + std::to_string(rest) + " weitere";
+  return "Die Datenbank lehnt es ab, diese Vorgänge zu löschen: " + keys;
 }
 
 } // namespace qx

@@ -5,45 +5,56 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace qx {
 
-/// Called after each job of a set, so that the caller can end one unit of work and begin the next.
-using AfterJob = std::function<void()>;
-
 /// Deletion on the shared connection.
 ///
-/// A statement that the database refuses is told to the diagnostics and the next one still runs; on a host's
-/// connection so is every other database failure. On a connection of our own a failure of the store itself
-/// (`StoreError`, `BusyError`, `WorkLostError`) reaches the caller. There each job is one unit of work unless
-/// the caller has one open.
+/// What the database refuses to delete stays as a whole and is told to the diagnostics; so is, on a host's
+/// connection, what any other failure of the database concerns. On a connection of our own a store that
+/// cannot go on reaches the caller.
+///
+/// A set of jobs is committed in groups, for which no unit of work may be open. A job whose deletion takes
+/// the unit along stays, and those of its group are deleted one by one. Other programs and the message loop
+/// have their turn between the groups.
 class JobDeletion {
 public:
-  explicit JobDeletion(Environment& environment) : environment_(environment) {}
+  /// Asked before each job of a set; false ends the deletion there.
+  using GoOn = std::function<bool()>;
 
-  /// Deletes the job or the position of this key. With `DelKundenVertrag`, when it is a customer job, also
-  /// the customer-contract jobs of the customer, but not those that are done.
+  /// `wait` decides how long the start of a unit waits for another program; null for the connection's limit.
+  explicit JobDeletion(Environment& environment, BusyWait* wait = nullptr)
+      : environment_(environment), wait_(wait) {}
+
+  /// Deletes the job or the position of this key, as a part of the unit of work that is open. With
+  /// `DelKundenVertrag`, when it is a customer job, also the customer-contract jobs of the customer, but not
+  /// those that are done.
   void DelItem(std::string_view ItemName, bool DelKundenVertrag = false);
+  /// The same for a set.
+  void delItems(const std::vector<std::string>& jobIds, bool withContracts);
   /// Deletes every done job of any kind.
-  void DelArchives(const AfterJob& afterJob = {});
+  void DelArchives();
   /// The keys of the done jobs received before the date. A job without a readable date is not among them and
   /// is told to the diagnostics.
   std::vector<std::string> doneBefore(const Date& date);
   /// Deletes them.
-  void deleteDoneBefore(const Date& date, const AfterJob& afterJob = {});
-  /// Deletes the job of this key if it still is done.
-  void deleteDone(std::string_view jobId);
-  /// Deletes the jobs of these keys that still are done when their turn comes.
-  void deleteDone(const std::vector<std::string>& jobIds, const AfterJob& afterJob = {});
+  void deleteDoneBefore(const Date& date) { deleteDone(doneBefore(date)); }
+  /// Deletes the jobs of these keys that still are done when their turn comes. False when it was ended.
+  bool deleteDone(const std::vector<std::string>& jobIds, const GoOn& goOn = {});
 
   /// How many job headers this object has deleted.
   std::int64_t deletedHeaders() const { return deletedHeaders_; }
-
-  /// How many statements the database has refused.
-  std::int64_t refusedStatements() const { return refusedStatements_; }
+  /// The jobs that stayed because the database refused to delete them, with its reasons.
+  const std::map<std::string, std::string>& left() const { return left_; }
+  /// A German sentence that names the first of them; "" when there is none.
+  std::string germanLeft() const;
+  /// How many jobs or selections of jobs the database has refused.
+  std::int64_t refusals() const { return static_cast<std::int64_t>(left_.size()) + refusedSelections_; }
   /// How many done jobs stayed because their date of receipt cannot be read.
   std::int64_t undatedJobs() const { return undatedJobs_; }
 
@@ -51,17 +62,22 @@ public:
   std::vector<std::string> jobIds(const Sql& select);
 
 private:
-  std::int64_t deleteContractsOf(std::string_view customer, std::string_view job);
-  std::int64_t deleteRows(std::string_view key);
-  bool isDone(std::string_view jobId);
-  template <class Step>
-  void skipping(std::string_view where, std::string_view job, Step&& step);
+  template <class Take>
+  bool inGroups(const std::vector<std::string>& jobIds, const GoOn& goOn, Take&& take);
   template <class Work>
-  void inUnit(Work&& work);
+  std::int64_t part(std::string_view job, Work&& work);
+  template <class Select>
+  void selecting(std::string_view where, Select&& select);
+  std::unique_ptr<Recordset> header(std::string_view jobId);
+  std::int64_t deleteItem(std::string_view key, bool withContracts);
+  std::int64_t deleteContractsOf(std::string_view customer);
+  std::int64_t deleteRows(std::string_view key);
 
   Environment& environment_;
+  BusyWait* wait_;
   std::int64_t deletedHeaders_ = 0;
-  std::int64_t refusedStatements_ = 0;
+  std::map<std::string, std::string> left_;
+  std::int64_t refusedSelections_ = 0;
   std::int64_t undatedJobs_ = 0;
 };
 

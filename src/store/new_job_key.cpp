@@ -1,18 +1,18 @@
 #include "store/new_job_key.h"
 
-#include <exception>
+#include "platform/trapped.h"
+
 #include <optional>
+#include <stdexcept>
 
 namespace qx {
 
 std::string newJobKey(const Environment& environment) {
   std::optional<GuidFields> guid;
-  try {
+  trapped(environment.diagnostics, {"newJobKey"}, [&] {
     guid = environment.guids.create();
-    if (!guid) environment.diagnostics.report({"newJobKey", "the system could not generate a key", {}});
-  } catch (const std::exception& error) {
-    environment.diagnostics.report({"newJobKey", error.what(), {}});
-  }
+    if (!guid) throw std::runtime_error("the system could not generate a key");
+  });
   return jobKey(guid);
 }
 

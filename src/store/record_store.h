@@ -7,9 +7,11 @@
 #include "store/job_file_text.h"
 #include "store/work_group.h"
 
+#include <cstdint>
 #include <memory>
 #include <stdexcept>
 #include <string_view>
+#include <unordered_set>
 #include <vector>
 
 namespace qx {
@@ -18,6 +20,15 @@ namespace qx {
 class RecordRefused : public std::runtime_error {
 public:
   using std::runtime_error::runtime_error;
+};
+
+/// Tells the first record of a key from later ones; keys are told apart as the database does.
+class SeenKeys {
+public:
+  bool isFirst(std::string_view key);
+
+private:
+  std::unordered_set<std::uint64_t> hashes_; ///< the keys of a large file would fill the memory
 };
 
 /// What storing works with.

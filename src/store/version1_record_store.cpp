@@ -50,7 +50,7 @@ private:
     }
     updateVersion1(*row, job);
     header_ = job.JobID;
-    ++place_.pending.jobs;
+    if (jobs_.isFirst(job.JobID)) ++place_.pending.jobs;
     if (!setsBack(before, job.JobType)) return;
     ++place_.pending.setBack;
     place_.group.afterCommit([&observer = place_.observer, line = record.line, jobId = job.JobID] {
@@ -72,12 +72,14 @@ private:
     else if (row->value("JobType").integer() == qxtJobAuftragsPos)
       position.JobType = qxtJobAuftragsPos;
     updateVersion1(*row, position);
-    ++place_.pending.positions;
+    if (positions_.isFirst(position.ChildID)) ++place_.pending.positions;
   }
 
   Connection& connection() const { return activeConnection(place_.environment); }
 
   RecordPlace place_;
+  SeenKeys jobs_;
+  SeenKeys positions_;
   std::string header_; ///< the key of the last header that was stored
 };
 

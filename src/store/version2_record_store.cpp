@@ -58,7 +58,7 @@ private:
     checkKey("JobID", job.JobID);
     place_.group.begin();
     const auto before = writeStaged(activeConnection(place_.environment), static_cast<const Record&>(job));
-    ++place_.pending.jobs;
+    if (jobs_.isFirst(job.JobID)) ++place_.pending.jobs;
     if (!before || !setsBack(*before, job.JobType)) return;
     ++place_.pending.setBack;
     place_.group.afterCommit([&observer = place_.observer, line = record.line, jobId = job.JobID] {
@@ -72,7 +72,7 @@ private:
     checkKey("ChildID", position.ChildID);
     place_.group.begin();
     writeStaged(activeConnection(place_.environment), static_cast<const AuftragsPosFields&>(position));
-    ++place_.pending.positions;
+    if (positions_.isFirst(position.ChildID)) ++place_.pending.positions;
     if (hasHeader(position.JobID)) return;
     ++place_.pending.withoutHeader;
     place_.group.afterCommit([&observer = place_.observer, line = record.line, jobId = position.JobID,
@@ -93,6 +93,8 @@ private:
 
   RecordPlace place_;
   ReadyFlags flags_;
+  SeenKeys jobs_;
+  SeenKeys positions_;
   std::string lastJob_;
   bool lastJobFound_ = false;
 };
@@ -106,6 +108,15 @@ std::unique_ptr<RecordStore> version2RecordStore(const RecordPlace& place) {
 void refuseField(std::string_view name, std::string_view text) {
   constexpr std::size_t shown = 40;
   throw RecordRefused(std::string(name) + " cannot be '" + std::string(firstCharacters(text, shown)) + "'");
+}
+
+bool SeenKeys::isFirst(std::string_view key) {
+  std::uint64_t hash = 14695981039346656037ULL;
+  for (char c : key) {
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + ('a' - 'A'));
+    hash = (hash ^ static_cast<unsigned char>(c)) * 1099511628211ULL;
+  }
+  return hashes_.insert(hash).second;
 }
 
 void checkKey(std::string_view name, std::string_view key) {

@@ -1,7 +1,8 @@
 #include "ui/about_box.h"
 
+#include "platform/trapped.h"
+
 #include <cstdint>
-#include <exception>
 #include <filesystem>
 #include <stdexcept>
 
@@ -21,24 +22,18 @@ std::string sizeText(std::uintmax_t bytes) {
 
 template <class Tell>
 InformationLine line(Environment& environment, const char* name, Tell&& tell) {
-  try {
-    return {name, tell()};
-  } catch (const std::exception& failure) {
-    environment.diagnostics.report({"system information", failure.what(), {}});
-    return {name, std::string(unknown)};
-  }
+  InformationLine line{name, std::string(unknown)};
+  trapped(environment.diagnostics, {"system information"}, [&] { line.value = tell(); });
+  return line;
 }
 
 } // namespace
 
 std::string erpVersion(Environment& environment) {
-  try {
-    std::string told = environment.components.createVersion()->version();
-    if (!told.empty()) return told;
-  } catch (const std::exception& failure) {
-    environment.diagnostics.report({"version component", failure.what(), {}});
-  }
-  return std::string(defaultVersion);
+  std::string version;
+  trapped(environment.diagnostics, {"version component"},
+          [&] { version = environment.components.createVersion()->version(); });
+  return version.empty() ? std::string(defaultVersion) : version;
 }
 
 std::vector<InformationLine> workInformation(Environment& environment) {

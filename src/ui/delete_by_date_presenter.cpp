@@ -1,7 +1,8 @@
 #include "ui/delete_by_date_presenter.h"
 
 #include "platform/german_cause.h"
-#include "store/work_group.h"
+#include "platform/trapped.h"
+#include "store/job_deletion.h"
 
 #include <exception>
 
@@ -13,12 +14,9 @@ Date monthBefore(const Date& date) {
 }
 
 Date DeleteByDatePresenter::proposedDate() {
-  try {
-    return monthBefore(engine_.NowEx());
-  } catch (const std::exception& failure) {
-    environment_.diagnostics.report({"session date for deleting by date", failure.what(), {}});
-    return monthBefore(environment_.clock.now().date);
-  }
+  Date today = environment_.clock.now().date;
+  trapped(environment_.diagnostics, {"session date for deleting by date"}, [&] { today = engine_.NowEx(); });
+  return monthBefore(today);
 }
 
 std::optional<Date> DeleteByDatePresenter::confirmedDate(std::string_view day) {
@@ -29,7 +27,7 @@ std::optional<Date> DeleteByDatePresenter::confirmedDate(std::string_view day) {
                                MessageIcon::Exclamation});
     return std::nullopt;
   }
-  const std::size_t jobs = engine_.jobDeletion().doneBefore(*date).size();
+  const std::size_t jobs = JobDeletion(environment_).doneBefore(*date).size();
   const std::string before = " vor dem " + germanDate(*date) + " eingegangen.";
   if (jobs == 0) {
     environment_.desktop.show(
@@ -45,21 +43,20 @@ std::optional<Date> DeleteByDatePresenter::confirmedDate(std::string_view day) {
 }
 
 void DeleteByDatePresenter::deleteBefore(const Date& date, BusyWait* wait) {
-  try {
-    WorkGroup group(environment_, wait);
-    group.begin();
-    engine_.jobDeletion().deleteDoneBefore(date, [&group] {
-      group.endJob();
-      group.begin();
-    });
-    group.finish();
-  } catch (const std::exception& failure) {
-    environment_.diagnostics.report({"deleting by date", failure.what(), {}});
-    Message message;
-    message.text = "Fehler beim Löschen: " + germanCause(failure);
-    message.icon = MessageIcon::Critical;
-    environment_.desktop.show(message);
-  }
+  std::string cause;
+  trapped(
+      environment_.diagnostics, {"deleting by date"},
+      [&] {
+        JobDeletion deletion(environment_, wait);
+        deletion.deleteDoneBefore(date);
+        cause = deletion.germanLeft();
+      },
+      [&](const std::exception& failure) { cause = germanCause(failure); });
+  if (cause.empty()) return;
+  Message message;
+  message.text = "Fehler beim Löschen: " + cause;
+  message.icon = MessageIcon::Critical;
+  environment_.desktop.show(message);
 }
 
 } // namespace qx

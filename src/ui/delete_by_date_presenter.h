@@ -22,8 +22,8 @@ public:
   /// The day of a text, after a question that names it and the number of done jobs received before it. Null
   /// when it is not confirmed; a text that is no day, and a day before which nothing is done, are told.
   std::optional<Date> confirmedDate(std::string_view day);
-  /// Deletes the done jobs received before the day. A failure is shown; what was deleted until then stays
-  /// deleted. Waits for other programs as `wait` says.
+  /// Deletes the done jobs received before the day. A failure is shown, and so are the jobs that the database
+  /// refuses to delete; what was deleted until then stays deleted. Waits for other programs as `wait` says.
   void deleteBefore(const Date& date, BusyWait* wait = nullptr);
 
 private:

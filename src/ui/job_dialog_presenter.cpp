@@ -5,6 +5,8 @@
 #include "model/text.h"
 #include "platform/german_cause.h"
 #include "platform/show_message.h"
+#include "platform/trapped.h"
+#include "platform/whole_number.h"
 #include "rules/active_connection.h"
 #include "settings/settings.h"
 #include "ui/address_dialog_presenter.h"
@@ -219,14 +221,8 @@ void JobDialogPresenter::reportFailure(bool counts) {
 }
 
 bool JobDialogPresenter::trying(std::string_view where, const std::function<void()>& step) {
-  try {
-    step();
-    return true;
-  } catch (const std::exception& error) {
-    environment().diagnostics.report({where, error.what(), jobId()});
-    tellUnchecked(germanCause(error));
-    return false;
-  }
+  return !trapped(environment().diagnostics, {where, jobId()}, step,
+                  [this](const std::exception& error) { tellUnchecked(germanCause(error)); });
 }
 
 void JobDialogPresenter::checking(std::string_view name, const std::function<void()>& check) {

@@ -2,6 +2,7 @@
 
 #include "model/text.h"
 #include "platform/one_line.h"
+#include "platform/trapped.h"
 #include "rules/active_connection.h"
 #include "store/job_file_import.h"
 #include "ui/database_wait.h"
@@ -109,13 +110,8 @@ JobViewPresenter::JobViewPresenter(Environment& environment, ImportJobObject2& e
 
 template <class Step>
 bool JobViewPresenter::skip(std::string_view where, Step&& step) {
-  try {
-    step();
-    return true;
-  } catch (const std::exception& error) {
-    environment_.diagnostics.report({where, error.what(), currentJob().value_or("")});
-    return false;
-  }
+  const std::string job = currentJob().value_or("");
+  return !trapped(environment_.diagnostics, {where, job}, step);
 }
 
 // Both events may come while a unit of work is open: what they say is kept, the window draws later.

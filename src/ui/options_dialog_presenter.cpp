@@ -293,7 +293,7 @@ void OptionsDialogPresenter::saveShared(BusyWait* wait) {
   const auto connection = environment_.session ? environment_.connection : nullptr;
   if (!connection) return write();
   OptionsWait brief;
-  JoinedUnit unit(*connection, wait != nullptr ? wait : &brief);
+  WorkUnit unit(*connection, wait != nullptr ? wait : &brief, Join::IfOpen);
   write();
   unit.commit();
 }

@@ -179,7 +179,8 @@ TEST_F(Run, TellsThatASettingWasNotKept) {
   const ProgramResult lost = run({"settings", "set", "ImportJob2", "Löschen", "1"});
   EXPECT_EQ(lost.status, 4);
   EXPECT_EQ(lost.output, "");
-  EXPECT_EQ(lost.messages, "qximportjob: the store did not keep the setting 'ImportJob2' 'Löschen'\n");
+  EXPECT_EQ(lost.messages,
+            "qximportjob: the database has not taken the new row of the table Einstellungen\n");
 }
 
 TEST_F(Run, WritesParkedJobsWhenItIsToldNotToCheck) {

@@ -30,6 +30,22 @@ TEST_F(StandaloneComponents, ProtocolLinesAreNumberedAndKeepUnsetColumnsEmpty) {
   EXPECT_TRUE(lines->value("Text0").isNull()) << "nothing is left of the line before";
 }
 
+TEST_F(StandaloneComponents, RowsThatTheDatabaseLeavesOutAreFailures) {
+  auto erp = erpOf({});
+  const auto protocol = erp.createProtokoll();
+  protocol->CreateProtokoll(database(), "Titel", "Import", "LST_ImportJob");
+  database().execute(sql("Insert Into Kundenstamm (Kundennummer) Values ('K1')"_sql));
+  for (const Sql& trigger :
+       {sql("Create Trigger a Before Insert On Protokolle Begin Select Raise(Ignore); End"_sql),
+        sql("Create Trigger b Before Insert On Protokollpositionen Begin Select Raise(Ignore); End"_sql),
+        sql("Create Trigger c Before Insert On Adressindex Begin Select Raise(Ignore); End"_sql)})
+    database().execute(trigger);
+  protocol->AddNewRecord();
+  EXPECT_THROW(protocol->UpdateRecord(), NotInserted);
+  EXPECT_THROW(protocol->CreateProtokoll(database(), "Titel", "Import", "LST_ImportJob"), NotInserted);
+  EXPECT_THROW(erp.createAdressindex(database())->CreateIndex("K1", 1), NotInserted);
+}
+
 TEST_F(StandaloneComponents, AReopenedProtocolGoesOnAndAnUnknownOneCannotBeOpened) {
   auto erp = erpOf({});
   const auto add = [](Protokoll& protocol) {

@@ -187,7 +187,7 @@ TEST_F(StatementTexts, OfDeleting) {
                   "Delete From [ImportPos] where [JobID] = 'C1' or [ChildID] = 'C1'"}));
   EXPECT_EQ(of([&] { engine.DelArchives(); }),
             Statements{"Select JobID From ImportKopf Where Right(JobType,1) = '3' "});
-  EXPECT_EQ(of([&] { engine.jobDeletion().deleteDoneBefore(makeDate(2026, 1, 1)); }),
+  EXPECT_EQ(of([&] { JobDeletion(erp.environment).deleteDoneBefore(makeDate(2026, 1, 1)); }),
             Statements{"Select JobID,Eingangsdatum From ImportKopf Where Right(JobType,1) = '3'"});
 }
 

@@ -41,6 +41,12 @@ TEST_F(CustomerAddressesTest, ANumberedAddressIsAddedOnceAndNeverOverwritten) {
   EXPECT_EQ(erp.count(sql("Select Count(*) From Adressenstamm Where Ort is null And Bez1 = 'Büro'"_sql)), 1);
 }
 
+TEST_F(CustomerAddressesTest, AnAddressThatTheDatabaseLeavesOutIsAFailure) {
+  erp.connection().execute(
+      sql("Create Trigger Nicht Before Insert On Adressenstamm Begin Select Raise(Ignore); End"_sql));
+  EXPECT_THROW(addresses.AddAdressDaten("100", "A", {"Lager", "", "", "", "", "", ""}), NotInserted);
+}
+
 TEST_F(CustomerAddressesTest, TheMainAddressIsNeverAdded) {
   EXPECT_FALSE(addresses.AddAdressDaten("100", "", {"Lager", "", "", "", "", "", ""}));
   EXPECT_EQ(erp.count(sql("Select Count(*) From Adressenstamm"_sql)), 0);

@@ -2,6 +2,7 @@
 #include "store/job_deletion.h"
 
 #include "support/erp_file.h"
+#include "support/recording_connection.h"
 
 #include <gtest/gtest.h>
 
@@ -78,10 +79,9 @@ TEST_F(JobDeletionTest, APositionsKeyDeletesJustThatPosition) {
 TEST_F(JobDeletionTest, ArchivesAreTheDoneJobsOfEveryKind) {
   for (const std::int16_t type : {10, 11, 12, 13, 23, 30, 33, 43, 44, -11, -13})
     stage("j" + std::to_string(type), type);
-  int jobsDone = 0;
-  deletion.DelArchives([&] { ++jobsDone; });
+  deletion.DelArchives();
   EXPECT_EQ(jobs(), "j-11 j10 j11 j12 j30 j44 ");
-  EXPECT_EQ(jobsDone, 5);
+  EXPECT_EQ(deletion.deletedHeaders(), 5);
 }
 
 TEST_F(JobDeletionTest, ByDateOnlyStrictlyEarlierReadableDatesGo) {
@@ -99,17 +99,66 @@ TEST_F(JobDeletionTest, ByDateOnlyStrictlyEarlierReadableDatesGo) {
   EXPECT_EQ(erp.diagnostics.entries.size(), 2U) << erp.diagnostics.text();
 }
 
-TEST_F(JobDeletionTest, ARefusedStatementDoesNotKeepTheNextFromRunning) {
-  stage("a", 30);
-  stagePosition("a", "p1");
-  erp.connection().execute(sql("Create Trigger Verbot Before Delete On ImportKopf Begin "
-                               "Select Raise(Abort, 'nicht erlaubt'); End"_sql));
-  deletion.DelItem("a");
-  EXPECT_EQ(jobs(), "a ");
-  EXPECT_EQ(positions(), "");
-  EXPECT_EQ(deletion.deletedHeaders(), 0);
-  ASSERT_EQ(erp.diagnostics.entries.size(), 1U);
-  EXPECT_EQ(erp.diagnostics.entries[0].job, "a");
+TEST_F(JobDeletionTest, AJobThatTheDatabaseKeepsStaysWholeAndTheOthersGo) {
+  const struct {
+    Sql trigger;
+    std::string_view reason;
+  } cases[] = {
+      {sql("Create Trigger Verbot Before Delete On ImportKopf When old.JobID = 'b' Begin Select Raise(Abort, 'nein'); End"_sql),
+       "nein"},
+      {sql("Create Trigger Verbot Before Delete On ImportKopf When old.JobID = 'b' Begin Select Raise(Ignore); End"_sql),
+       "the database has not deleted the job"},
+      {sql("Create Trigger Verbot Before Delete On ImportKopf When old.JobID = 'b' Begin Select Raise(Rollback, 'nie'); End"_sql),
+       "nie"},
+      {sql("Create Trigger Verbot After Delete On ImportPos When old.JobID = 'b' Begin Select Raise(Abort, 'nein'); End"_sql),
+       "nein"},
+      {sql("Create Trigger Verbot After Delete On ImportPos When old.JobID = 'b' Begin Select Raise(Rollback, 'nie'); End"_sql),
+       "nie"},
+  };
+  for (const auto& c : cases) {
+    for (const char* job : {"a", "b", "c"}) {
+      stage(job, 13);
+      stagePosition(job, std::string("p") + job);
+    }
+    erp.connection().execute(c.trigger);
+    erp.diagnostics.entries.clear();
+    JobDeletion one(erp.environment);
+    one.DelArchives();
+    EXPECT_EQ(jobs() + positions(), "b pb ") << c.trigger.text();
+    EXPECT_EQ(one.deletedHeaders(), 2) << c.trigger.text();
+    ASSERT_EQ(one.left().size(), 1U) << c.trigger.text();
+    EXPECT_EQ(one.left().begin()->first, "b");
+    EXPECT_NE(one.left().begin()->second.find(c.reason), std::string::npos) << one.left().begin()->second;
+    EXPECT_FALSE(erp.diagnostics.entries.empty());
+    EXPECT_EQ(erp.diagnostics.entries.back().job, "b");
+    erp.connection().execute(sql("Drop Trigger Verbot"_sql));
+    erp.connection().execute(sql("Delete From ImportKopf"_sql));
+    erp.connection().execute(sql("Delete From ImportPos"_sql));
+  }
+}
+
+TEST_F(JobDeletionTest, JobsAreCommittedInGroupsWhoeverAsks) {
+  const auto recording = std::make_shared<RecordingConnection>(erp.environment.connection);
+  erp.environment.connection = recording;
+  const auto commitsOf = [&](std::int16_t code, const std::function<void()>& work) {
+    {
+      WorkUnit unit(erp.connection());
+      for (int i = 0; i < 3000; ++i) stage("j" + std::to_string(i), code);
+      unit.commit();
+    }
+    recording->commits = 0;
+    work();
+    EXPECT_EQ(jobs(), "");
+    return recording->commits;
+  };
+  // The clock of the test stands still: a group ends with its hundredth job.
+  EXPECT_EQ(commitsOf(13, [&] { deletion.DelArchives(); }), 30);
+  EXPECT_EQ(commitsOf(13, [&] { deletion.deleteDoneBefore(makeDate(2026, 1, 1)); }), 30);
+  EXPECT_EQ(
+      commitsOf(10,
+                [&] { deletion.delItems(deletion.jobIds(sql("Select JobID From ImportKopf"_sql)), true); }),
+      30);
+  EXPECT_EQ(deletion.deletedHeaders(), 9000);
 }
 
 TEST_F(JobDeletionTest, AJobStagedAfreshMeanwhileStays) {
@@ -121,15 +170,14 @@ TEST_F(JobDeletionTest, AJobStagedAfreshMeanwhileStays) {
   EXPECT_EQ(jobs(), "a ");
 }
 
-TEST_F(JobDeletionTest, ACallersUnitHoldsTheWholeSet) {
+TEST_F(JobDeletionTest, OneJobIsAPartOfACallersUnit) {
   stage("a", 13);
-  stage("b", 33);
   {
     WorkUnit unit(erp.connection());
-    deletion.DelArchives();
-    EXPECT_EQ(erp.secondConnection()->open(sql("Select JobID From ImportKopf"_sql))->recordCount(), 2U);
+    deletion.DelItem("a");
+    EXPECT_EQ(jobs(), "");
   }
-  EXPECT_EQ(jobs(), "a b ");
+  EXPECT_EQ(jobs(), "a ");
 }
 
 TEST_F(JobDeletionTest, ThePurgeFollowsItsSettings) {
@@ -148,11 +196,9 @@ TEST_F(JobDeletionTest, ThePurgeFollowsItsSettings) {
     for (const char* key : {"KundeDelete", "VTDelete", "AuftragDelete"})
       erp.set(key, key == c.on ? "1" : "2");
     std::string info;
-    WorkGroup group(erp.environment, nullptr);
-    EXPECT_TRUE(ArchivePurge(erp.environment, deletion, group)
-                    .run(
-                        PurgeOptions::read(Settings(erp.environment)),
-                        [&](std::string_view text) { info += text; }, [] { return false; }));
+    EXPECT_TRUE(purgeArchives(
+        deletion, PurgeOptions::read(Settings(erp.environment)), [&](std::string_view text) { info += text; },
+        [] { return true; }));
     EXPECT_EQ(jobs(), c.left) << c.on;
     EXPECT_EQ(info, c.info);
   }

@@ -170,6 +170,13 @@ TEST_F(JobFileImportTest, ReadingAFileAgainAddsNothing) {
   EXPECT_EQ(observer.lastDone, observer.lastTotal);
 }
 
+TEST_F(JobFileImportTest, ARecordThatStandsTwiceIsCountedOnce) {
+  const JobFileReport report = importLines(
+      banner2, {customer("K1"), customer("k1"), order("A1"), position("A1", "P1"), position("A1", "P1")});
+  EXPECT_EQ(report.counts.jobs, 2);
+  EXPECT_EQ(report.counts.positions, 1);
+}
+
 TEST_F(JobFileImportTest, DefectiveRecordsAreRefusedByTheirLineAndTheRestIsRead) {
   const JobFileReport report = importLines(
       banner2, {fileLine(20, {"10", "zuwenig"}), customer("K1"), fileLine(67, {"10", "zuviel"}),

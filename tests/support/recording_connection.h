@@ -69,6 +69,7 @@ public:
     if (!host_) connection_->beginWork(wait);
   }
   void commitWork() override {
+    ++commits;
     if (!host_) connection_->commitWork();
   }
   void rollbackWork() noexcept override {
@@ -93,7 +94,8 @@ public:
 
   std::vector<std::string> statements;
   std::vector<std::string> columns; ///< that were set, of all record sets
-  bool refusing = false;            ///< every statement raises `StatementError`
+  int commits = 0;
+  bool refusing = false; ///< every statement raises `StatementError`
 
 private:
   std::unique_ptr<Recordset> watched(std::unique_ptr<Recordset> rows) {

@@ -75,6 +75,25 @@ TEST(GermanCause, SaysInGermanWhatADatabaseSaysInEnglish) {
             "Der Vorgang ist nicht mehr vorhanden.");
 }
 
+TEST_F(SmallDialogs, JobsThatTheDatabaseKeepsAreNamedInABox) {
+  erp.execute(sql("Create Trigger bleibt Before Delete On ImportKopf When old.JobID = 'B' Begin "
+                  "Select raise(rollback, 'nein'); End"_sql));
+  const std::string box = "Fehler beim Löschen: Die Datenbank lehnt es ab, diese Vorgänge zu löschen: B";
+  for (const bool byDate : {true, false}) {
+    erp.execute(sql("Delete From ImportKopf Where JobID <> 'B'"_sql));
+    erp.execute(sql("Insert Or Ignore Into ImportKopf (JobID, JobType, Eingangsdatum) Values "
+                    "('A', 13, '01.01.2026'), ('B', 13, '01.01.2026'), ('C', 13, '01.01.2026')"_sql));
+    erp.desktop.shown.clear();
+    if (byDate)
+      deletion.deleteBefore(makeDate(2026, 2, 1));
+    else
+      engine.DelArchives();
+    EXPECT_EQ(erp.text(sql("Select group_concat(JobID) From ImportKopf"_sql)), "B");
+    ASSERT_EQ(erp.desktop.shown.size(), 1U);
+    EXPECT_EQ(erp.desktop.shown[0].text, box);
+  }
+}
+
 TEST_F(SmallDialogs, ADeletionThatFailsIsTold) {
   erp.execute(
       sql("Insert Into ImportKopf (JobID, JobType, Eingangsdatum) Values ('A', 13, '01.01.2026')"_sql));

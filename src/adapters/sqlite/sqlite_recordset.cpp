@@ -59,8 +59,7 @@ void EditableRecordset::update() {
   if (adding_) {
     PreparedStatement& insert = connection_.statements().insert(source_, pendingColumns_);
     bindPending(insert);
-    if (connection_.run(insert) == 0)
-      throw StatementError("the database has not taken the new row of the table " + source_.table, 0);
+    if (connection_.run(insert) == 0) throw NotInserted(source_.table);
     rowId = connection_.lastRowId();
   } else if (pendingColumns_.any()) {
     rowId = currentRowId();

@@ -1,0 +1,49 @@
+// Runs a step and keeps its failure from the caller.
+#pragma once
+
+#include "platform/database_error.h"
+#include "platform/system.h"
+
+#include <exception>
+#include <new>
+#include <string_view>
+#include <utility>
+
+namespace qx {
+
+/// Whether a failure concerns more than the job or setting at hand: everything that the database reports but a
+/// refused statement, and a lack of memory.
+inline bool isFatal(const std::exception& failure) {
+  if (dynamic_cast<const std::bad_alloc*>(&failure) != nullptr) return true;
+  return dynamic_cast<const DatabaseError*>(&failure) != nullptr &&
+         dynamic_cast<const StatementError*>(&failure) == nullptr;
+}
+
+/// How the failures of a step are taken.
+struct Trap {
+  std::string_view where;    ///< what the diagnostics call the step
+  std::string_view job = {}; ///< the key of the job that it concerns
+  /// Which failures reach the caller instead, unreported; null for none.
+  bool (*lets)(const std::exception& failure) = nullptr;
+};
+
+/// Runs a step. True when a failure was trapped; it was reported and then given to `react`, which may raise.
+template <class Step, class React>
+bool trapped(Diagnostics& diagnostics, const Trap& trap, Step&& step, React&& react) {
+  try {
+    std::forward<Step>(step)();
+    return false;
+  } catch (const std::exception& failure) {
+    if (trap.lets != nullptr && trap.lets(failure)) throw;
+    diagnostics.report({trap.where, failure.what(), trap.job});
+    std::forward<React>(react)(failure);
+    return true;
+  }
+}
+
+template <class Step>
+bool trapped(Diagnostics& diagnostics, const Trap& trap, Step&& step) {
+  return trapped(diagnostics, trap, std::forward<Step>(step), [](const std::exception&) {});
+}
+
+} // namespace qx
