@@ -1,7 +1,7 @@
 #include "engine/accessory_fees.h"
 
+#include "model/german_text.h"
 #include "platform/trapped.h"
-#include "rules/german_text.h"
 
 #include <algorithm>
 

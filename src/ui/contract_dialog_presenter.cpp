@@ -1,10 +1,8 @@
 #include "ui/contract_dialog_presenter.h"
 
 #include "engine/contract_check.h"
-#include "engine/contract_texts.h"
 #include "model/date.h"
 #include "rules/active_connection.h"
-#include "rules/german_text.h"
 #include "ui/shared_controls.h"
 
 #include <algorithm>
@@ -78,6 +76,12 @@ CheckStatus errorUnless(bool fine) { return fine ? CheckStatus::Clean : CheckSta
 
 } // namespace
 
+ContractDialogPresenter::ContractDialogPresenter(const DialogContext& context)
+    : JobDialogPresenter(context, {.cancelButton = "cmdCancel",
+                                   .boxTitle = "Vertragsdetails",
+                                   .offersRelease = false,
+                                   .erases = true}) {}
+
 std::span<const ControlGroup> ContractDialogPresenter::groups() const { return contractGroups; }
 
 std::string ContractDialogPresenter::title() const {
@@ -118,7 +122,7 @@ void ContractDialogPresenter::fill() {
 void ContractDialogPresenter::checkAnswer() {
   checking("Prüfen des Vertrags", [this] {
     const ContractFields fields = [this](ColumnName column) { return current(column); };
-    answer_ = ContractCheck(environment()).check(fields, kindOf(jobType()) == qxtjobverträge).status;
+    answer_ = ContractCheck(environment()).check(fields, kindOf(jobType()) == qxtjobverträge).status();
   });
 }
 
@@ -135,9 +139,9 @@ void ContractDialogPresenter::checkControl(std::string_view control) {
   if (control == "tdbAnzahl") checkQuantity();
   if (control == "txtVertragsgegenstand") checking(control, [this] { checkObject(); });
   if (control == "tdbdtVertragsdatum")
-    checkDate(control, "VD", false, "Vertragsdatum wurde nicht angegeben", contract_findings::signedOn);
+    checkDate(control, "VD", false, "Vertragsdatum wurde nicht angegeben", terms(Rule::ContractDate).run);
   if (control == "tdbdtVertragsbeginn")
-    checkDate(control, "VB", true, "Vertragsbeginn wurde nicht angegeben", contract_findings::begin);
+    checkDate(control, "VB", true, "Vertragsbeginn wurde nicht angegeben", terms(Rule::ContractBegin).run);
   if (control == "tdbVertragsart") checkKind(select(control));
   if (control == "cboZustand") {
     checkState(select(control));
@@ -212,20 +216,12 @@ void ContractDialogPresenter::takeLookup(std::string_view control, const std::ve
   check(control);
 }
 
-void ContractDialogPresenter::store() {
+void ContractDialogPresenter::store(std::string_view& /*failure*/) {
   const std::vector<ColumnChange> changed = changes();
   editing().save(jobId(), changed);
   // The run takes over what stands in the position, whatever the header holds.
   if (inPosition()) editing().saveContractPosition(jobId(), changed);
   if (verdict()) ContractCheck(environment()).checkContract(jobId());
-}
-
-bool ContractDialogPresenter::erase() {
-  if (readOnly()) return false;
-  Message question{"Wollen Sie diesen Importvorgang wirklich löschen?", "Wirklich löschen?"};
-  if (!environment().desktop.ask(question)) return false;
-  std::string_view failure = "Fehler beim Löschen des Vorgangs";
-  return edit(failure, [this] { editing().deleteHeader(jobId()); });
 }
 
 } // namespace qx

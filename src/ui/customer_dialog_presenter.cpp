@@ -1,7 +1,8 @@
 #include "ui/customer_dialog_presenter.h"
 
 #include "engine/customer_proof.h"
-#include "rules/german_text.h"
+#include "model/text.h"
+#include "platform/show_message.h"
 #include "settings/settings.h"
 #include "ui/shared_controls.h"
 
@@ -75,6 +76,9 @@ constexpr std::array customerGroups{ControlGroup{"Kunde", customerControls},
 
 } // namespace
 
+CustomerDialogPresenter::CustomerDialogPresenter(const DialogContext& context)
+    : AddressedJobDialogPresenter(context, {.grid = &contracts_, .reloadGrid = [this] { reloadGrid(); }}) {}
+
 std::span<const ControlGroup> CustomerDialogPresenter::groups() const { return customerGroups; }
 
 std::string CustomerDialogPresenter::title() const {
@@ -97,34 +101,39 @@ void CustomerDialogPresenter::reloadGrid() {
   checking("Prüfen der Verträge", [this] { checkContracts(); });
 }
 
+void CustomerDialogPresenter::takeAddresses(const AddressDialogPresenter& edited) {
+  AddressedJobDialogPresenter::takeAddresses(edited);
+  if (!readOnly()) checkAnswer();
+}
+
 void CustomerDialogPresenter::checkAnswer() {
   checking("Prüfen des Kundenvorgangs", [this] {
     const bool compare = Settings(environment()).isOn("KundeAdressProof");
     const Findings found =
         CustomerProof(environment(), compare).prove([this](ColumnName column) { return current(column); });
-    answer_ = found.status;
+    answer_ = found.status();
     // A finding for which no field stands is not to be missed.
     findings_.clear("PB");
     const auto shown = findings_.sorted();
-    const bool hasLine = std::ranges::any_of(shown, [&](const Finding& finding) {
+    const bool hasLine = std::ranges::any_of(shown, [&](const ListedFinding& finding) {
       return finding.code != processingErrorCode && finding.severity >= answer_;
     });
     std::string text;
-    for (const std::string& each : found.list) text += (text.empty() ? "" : "; ") + each;
+    for (const std::string& each : found.texts()) text += (text.empty() ? "" : "; ") + each;
     findings_.report({"PB", "", hasLine ? CheckStatus::Clean : answer_, text, "txtKundennummer", ""});
   });
 }
 
 void CustomerDialogPresenter::checkContracts() {
   const Findings found = CustomerProof(environment(), false).contracts(text("txtKundennummer"));
-  contractAnswer_ = found.status;
-  const auto line = [&](std::string_view code, CheckStatus severity, std::string_view token) {
-    const bool holds = std::ranges::find(found.list, token) != found.list.end();
-    findings_.report({std::string(code), "", holds ? severity : CheckStatus::Clean, std::string(token),
-                      std::string(contracts_.name()), ""});
+  contractAnswer_ = found.status();
+  const auto line = [&](Rule rule) {
+    const RuleTerms& row = terms(rule);
+    findings_.report({std::string(row.dialog.code), "", found.holds(rule) ? row.severity : CheckStatus::Clean,
+                      std::string(row.run), std::string(contracts_.name()), ""});
   };
-  line("KVF", CheckStatus::Error, contractErrors);
-  line("KVW", CheckStatus::Warning, contractWarnings);
+  line(Rule::CustomerContractErrors);
+  line(Rule::CustomerContractWarnings);
 }
 
 std::optional<CheckStatus> CustomerDialogPresenter::verdict() const {
@@ -186,15 +195,15 @@ void CustomerDialogPresenter::prepareSaving() {
     for (const auto contract = editing().contractsOf(before); !contract->eof(); contract->moveNext())
       if (contract->value("JobType").integer().value_or(0) <= qxtJobKundenVerträgeError) ++waiting;
     if (waiting == 0) return;
-    moveContracts_ = environment().desktop.ask(
-        {(waiting == 1 ? "Ein Vertrag ist" : std::to_string(waiting) + " Verträge sind") +
-         std::string(" mit der Kundennummer ") + before + " eingegangen.\r\n" +
-         (waiting == 1 ? "Soll er" : "Sollen sie") + " auf " + text("txtKundennummer") +
-         " umgestellt werden?"});
+    moveContracts_ = askQuestion(
+        environment(), {(waiting == 1 ? "Ein Vertrag ist" : std::to_string(waiting) + " Verträge sind") +
+                        std::string(" mit der Kundennummer ") + before + " eingegangen.\r\n" +
+                        (waiting == 1 ? "Soll er" : "Sollen sie") + " auf " + text("txtKundennummer") +
+                        " umgestellt werden?"});
   });
 }
 
-void CustomerDialogPresenter::store() {
+void CustomerDialogPresenter::store(std::string_view& failure) {
   std::vector<ColumnChange> changed = changes();
   // Null would keep what the master holds; a field that the clerk emptied empties it.
   for (ColumnChange& change : changed)
@@ -202,6 +211,7 @@ void CustomerDialogPresenter::store() {
   if (moveContracts_) editing().moveContracts(staged("Kundennummer"), text("txtKundennummer"));
   editing().saveCustomer(jobId(), changed, text("txtKundennummer"),
                          verdict() ? std::optional(answer_) : std::nullopt);
+  storeAddresses(failure);
 }
 
 } // namespace qx

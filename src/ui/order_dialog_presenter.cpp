@@ -1,7 +1,6 @@
 #include "ui/order_dialog_presenter.h"
 
 #include "engine/order_check.h"
-#include "engine/order_texts.h"
 #include "model/date.h"
 #include "platform/whole_number.h"
 #include "settings/settings.h"
@@ -51,29 +50,28 @@ constexpr std::array orderGroups{ControlGroup{"Kunde", orderCustomerControls},
 struct RuleLine {
   std::string_view code;
   std::string_view control;
-  std::string_view token;
+  Rule rule;
 };
 
-constexpr std::array noteLines{RuleLine{"NO", "txtHinweis", order_tokens::note}};
-constexpr std::array individualLines{RuleLine{"IF1", "txtIndFild1", order_tokens::fieldZB},
-                                     RuleLine{"IF3", "txtIndFild3", order_tokens::fieldZA},
-                                     RuleLine{"IF4", "txtIndFild4", order_tokens::fieldMK}};
-constexpr std::array creditLines{RuleLine{"KL1", "txtKundennummer", order_tokens::creditLimit1},
-                                 RuleLine{"KL2", "txtKundennummer", order_tokens::creditLimit2}};
+constexpr std::array noteLines{RuleLine{"NO", "txtHinweis", Rule::OrderNote}};
+constexpr std::array individualLines{RuleLine{"IF1", "txtIndFild1", Rule::OrderMarkZB},
+                                     RuleLine{"IF3", "txtIndFild3", Rule::OrderMarkZA},
+                                     RuleLine{"IF4", "txtIndFild4", Rule::OrderMarkMK}};
+constexpr std::array creditLines{RuleLine{"KL1", "txtKundennummer", Rule::OrderCreditLimit1},
+                                 RuleLine{"KL2", "txtKundennummer", Rule::OrderCreditLimit2}};
 
 void reportRules(FindingList& list, std::span<const RuleLine> lines, const Findings& found) {
   for (const RuleLine& line : lines) {
-    const bool holds = std::ranges::find(found.list, line.token) != found.list.end();
-    list.report({std::string(line.code), "", holds ? found.status : CheckStatus::Clean,
-                 std::string(line.token), std::string(line.control), ""});
+    list.report({std::string(line.code), "", found.holds(line.rule) ? found.status() : CheckStatus::Clean,
+                 std::string(terms(line.rule).run), std::string(line.control), ""});
   }
 }
 
 } // namespace
 
 OrderDialogPresenter::OrderDialogPresenter(const DialogContext& context)
-    : AddressedJobDialogPresenter(context), masterData_(context.environment), positions_(context, findings_) {
-}
+    : AddressedJobDialogPresenter(context, {.grid = &positions_, .checks = &positions_}),
+      masterData_(context.environment), positions_(context, findings_) {}
 
 std::span<const ControlGroup> OrderDialogPresenter::groups() const { return orderGroups; }
 
@@ -115,15 +113,6 @@ void OrderDialogPresenter::loadPositions() {
     for (auto& [code, name] : editing().units()) units.rows.push_back({std::move(name), std::move(code)});
   });
   positions_.load(jobId(), job().positions, std::move(units), std::move(context));
-}
-
-void OrderDialogPresenter::checkMore(std::size_t count) {
-  positions_.checkMore(count);
-  if (!positions_.failure().empty()) tellUnchecked(positions_.failure());
-}
-
-std::optional<CheckStatus> OrderDialogPresenter::verdict() const {
-  return positions_.failure().empty() ? AddressedJobDialogPresenter::verdict() : std::nullopt;
 }
 
 void OrderDialogPresenter::check(std::string_view control) {
@@ -180,7 +169,7 @@ void OrderDialogPresenter::checkCustomerCodes() {
   checkOne("ZAK", "Zahlungsart", masterData_.paymentMethodOfCustomer(customer));
 }
 
-void OrderDialogPresenter::store() {
+void OrderDialogPresenter::store(std::string_view& failure) {
   std::vector<ColumnChange> all = changes();
   if (const auto found = verdict()) {
     const Value status(static_cast<std::int16_t>(*found));
@@ -189,6 +178,7 @@ void OrderDialogPresenter::store() {
   }
   editing().save(jobId(), all);
   if (positions_.changed()) editing().savePositions(jobId(), positions_.positions());
+  storeAddresses(failure);
 }
 
 void OrderDialogPresenter::stored() {
