@@ -290,7 +290,8 @@ constexpr std::string_view unchecked = "Die Prüfung ist nicht möglich: %";
 constexpr std::string_view unread = "unread Die Prüfung ist nicht möglich: %";
 constexpr std::string_view unmarked =
     "Die Prüfung ist nicht möglich: %|Fehler beim Kennzeichnen der Verträge: %";
-constexpr std::string_view unsaved = "open Fehler beim Speichern der Daten: %|Fehler beim Speichern der Daten";
+constexpr std::string_view unsaved =
+    "open Fehler beim Speichern der Daten: %|Fehler beim Speichern der Daten";
 constexpr std::string_view listUnchecked = "list gone|Fehler beim Prüfen der Importvorgänge: #";
 
 /// Where the connection does not work. A step that is not named shows what it shows otherwise.
@@ -301,10 +302,12 @@ constexpr std::array withoutDatabase{
     Outcome{"row is opened", listUnchecked},
     Outcome{"delete by date", "list gone"},
     Outcome{"check", listUnchecked},
-    Outcome{"import", "list gone|Beim Importieren der Daten sind Fehler aufgetreten, es konnten evtl. nicht alle "
-                      "Daten importiert werden.|Fehler beim Prüfen der Importvorgänge: #"},
-    Outcome{"export", "|Beim Exportieren der Daten sind Fehler aufgetreten, es konnten evtl. nicht alle Daten "
-                      "exportiert werden."},
+    Outcome{"import",
+            "list gone|Beim Importieren der Daten sind Fehler aufgetreten, es konnten evtl. nicht alle "
+            "Daten importiert werden.|Fehler beim Prüfen der Importvorgänge: #"},
+    Outcome{"export",
+            "|Beim Exportieren der Daten sind Fehler aufgetreten, es konnten evtl. nicht alle Daten "
+            "exportiert werden."},
     Outcome{"filter", "list gone"},
     Outcome{"customer is opened", unread},
     Outcome{"contract is opened", unread},

@@ -15,9 +15,10 @@ struct IniRules {
 };
 
 struct IniEntry {
-  std::optional<std::string_view> line; ///< that of the key, without its outer blanks; null when it is missing
-  std::string_view value;               ///< without its outer blanks
-  std::size_t sectionEnd = 0;           ///< behind the last entry of the section; 0 without such a section
+  std::optional<std::string_view>
+      line;                   ///< that of the key, without its outer blanks; null when it is missing
+  std::string_view value;     ///< without its outer blanks
+  std::size_t sectionEnd = 0; ///< behind the last entry of the section; 0 without such a section
 };
 
 /// The first entry of the key counts, as does the first section when there is none. A line that begins with
