@@ -162,7 +162,7 @@ struct RuleTerms {
   std::string_view field; ///< property of the job; empty for none, or when the finding names it
   DialogTerms dialog{};
   std::string_view remedy; ///< what to do, in German
-  std::string_view note{};   ///< where run and dialog differ on purpose, or when it is looked at; in German
+  std::string_view note{}; ///< where run and dialog differ on purpose, or when it is looked at; in German
   bool counts = true;      ///< for the status; not what a dialog shows though the job goes through with it
 
   constexpr RuleTerms noted(std::string_view text) const {

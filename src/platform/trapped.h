@@ -11,8 +11,8 @@
 
 namespace qx {
 
-/// Whether a failure concerns more than the job or setting at hand: everything that the database reports but a
-/// refused statement, and a lack of memory.
+/// Whether a failure concerns more than the job or setting at hand: everything that the database reports but
+/// a refused statement, and a lack of memory.
 inline bool isFatal(const std::exception& failure) {
   if (dynamic_cast<const std::bad_alloc*>(&failure) != nullptr) return true;
   return dynamic_cast<const DatabaseError*>(&failure) != nullptr &&

@@ -111,12 +111,9 @@ void refuseField(std::string_view name, std::string_view text) {
 }
 
 bool SeenKeys::isFirst(std::string_view key) {
-  std::uint64_t hash = 14695981039346656037ULL;
-  for (char c : key) {
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + ('a' - 'A'));
-    hash = (hash ^ static_cast<unsigned char>(c)) * 1099511628211ULL;
-  }
-  return hashes_.insert(hash).second;
+  TextHash hash;
+  for (const char c : key) hash.add(asciiLower(c));
+  return hashes_.insert(hash.value()).second;
 }
 
 void checkKey(std::string_view name, std::string_view key) {

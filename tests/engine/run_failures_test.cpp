@@ -234,7 +234,7 @@ TEST_F(RunFailures, AJobThatThePurgeCannotTakeAwayStaysAlone) {
   EXPECT_EQ(engine.lastRun().end, RunEnd::Completed);
   EXPECT_EQ(engine.lastRun().done, 5U);
   EXPECT_EQ(erp.text(sql("Select Group_Concat(JobID) From ImportKopf"_sql)), "J3");
-  EXPECT_THAT(erp.diagnostics.text(), HasSubstr("purge | bleibt | J3"));
+  EXPECT_THAT(erp.diagnostics.text(), HasSubstr("DelItem | bleibt | J3"));
 }
 
 TEST_F(RunFailures, AStopEndsThePurgeBeforeItsNextJob) {
