@@ -22,26 +22,22 @@ if [ "${1:-}" = --memory ]; then
     shift 2
   fi
 fi
-if [ $suite = StorageFaults ]; then
-  declare -A tests=(
-    [init]=ADatabaseIsCreatedByTheNextAttempt
-    [stage]=AFileIsStagedWhollyOrNotAtAll
-    [import]=AJobFileThatIsReadInAgainIsComplete
-    [process]=EveryJobIsProcessedOnceWhateverCallFails
-    [release]=JobsAreReleasedTogetherOrNotAtAll
-    [purge]=APurgeThatIsRepeatedIsComplete)
-else
-  declare -A tests=(
-    [init]=ADatabaseIsCreatedByTheNextAttempt
-    [stage]=AFileIsStagedByTheNextAttempt
-    [check]=JobsAreCheckedListedAndShownAsTheyAre
-    [release]=JobsAreReleasedByTheNextAttempt
-    [process]=EveryJobIsProcessedOnceWhateverRequestFails
-    [protocol]=AProtocolIsPrintedWholeOrNotAtAll
-    [export]=AJobFileIsWrittenAndReadByTheNextAttempt
-    [purge]=APurgeThatIsRepeatedIsComplete
-    [settings]=AnOptionIsStoredByTheNextAttempt)
-fi
+declare -A tests
+while read -r command storage memory; do
+  if [ $suite = StorageFaults ]; then name=$storage; else name=$memory; fi
+  [ "$name" = - ] || tests[$command]=$name
+done <<'END'
+init     ADatabaseIsCreatedByTheNextAttempt          ADatabaseIsCreatedByTheNextAttempt
+stage    AFileIsStagedWhollyOrNotAtAll               AFileIsStagedByTheNextAttempt
+check    -                                           JobsAreCheckedListedAndShownAsTheyAre
+release  JobsAreReleasedTogetherOrNotAtAll           JobsAreReleasedByTheNextAttempt
+process  EveryJobIsProcessedOnceWhateverCallFails    EveryJobIsProcessedOnceWhateverRequestFails
+protocol -                                           AProtocolIsPrintedWholeOrNotAtAll
+export   -                                           AJobFileIsWrittenAndReadByTheNextAttempt
+import   AJobFileThatIsReadInAgainIsComplete         -
+purge    APurgeThatIsRepeatedIsComplete              APurgeThatIsRepeatedIsComplete
+settings -                                           AnOptionIsStoredByTheNextAttempt
+END
 filter=
 for command in "$@"; do
   [ -n "${tests[$command]:-}" ] || usage

@@ -1,6 +1,7 @@
 #include "cli/run_printer.h"
 
-#include "cli/utf8.h"
+#include "cli/findings_json.h"
+#include "cli/terminal_text.h"
 #include "platform/one_line.h"
 
 namespace qx::cli {
@@ -30,11 +31,12 @@ void TextRunPrinter::add(const JobOutcome& outcome) {
   constexpr std::size_t numberWidth = 10;
   constexpr std::size_t keyWidth = 32;
   constexpr std::size_t reasonWidth = 80;
-  std::string line = fitted(outcome.status, statusWidth) + "  " + fitted(outcome.process, processWidth) +
-                     "  " + fitted(outcome.number, numberWidth) + "  " + fitted(outcome.jobId, keyWidth) +
-                     "  " + fitted(outcome.reasons, reasonWidth);
-  line.erase(line.find_last_not_of(' ') + 1);
-  output_.result << line << '\n';
+  output_.result << tableLine({{outcome.status, statusWidth},
+                               {outcome.process, processWidth},
+                               {outcome.number, numberWidth},
+                               {outcome.jobId, keyWidth},
+                               {outcome.reasons, reasonWidth}})
+                 << '\n';
 }
 
 void TextRunPrinter::finish(const RunReport& report, std::chrono::milliseconds span) {
@@ -59,9 +61,7 @@ void JsonRunPrinter::add(const JobOutcome& outcome) {
   json_.key("Status").text(outcome.status);
   json_.key("JobType").number(std::int64_t{outcome.jobType});
   json_.key("Fehlertext").text(outcome.reasons);
-  json_.key("hints").beginArray();
-  for (const std::string& hint : outcome.hints) json_.text(hint);
-  json_.endArray();
+  writeDetails(json_, outcome.findings);
   json_.endObject();
 }
 

@@ -1,7 +1,7 @@
 #include "engine/customer_proof.h"
 
+#include "model/text.h"
 #include "rules/active_connection.h"
-#include "rules/german_text.h"
 
 #include <algorithm>
 #include <array>
@@ -13,11 +13,13 @@ namespace {
 struct CodeField {
   ColumnName field;
   std::string_view master;
+  Rule rule;
 };
-constexpr std::array codeFields{CodeField{"Kundengruppe", "Kundengruppe"},
-                                CodeField{"Vertreter1", "Vertreter"}, CodeField{"Versandart", "Versandart"},
-                                CodeField{"Zahlungsart", "Zahlungsart"},
-                                CodeField{"ZahlungsbedSchl", "ZahlungsbedSchl"}};
+constexpr std::array codeFields{CodeField{"Kundengruppe", "Kundengruppe", Rule::CustomerGroup},
+                                CodeField{"Vertreter1", "Vertreter", Rule::CustomerSalesRep},
+                                CodeField{"Versandart", "Versandart", Rule::CustomerShippingMethod},
+                                CodeField{"Zahlungsart", "Zahlungsart", Rule::CustomerPaymentMethod},
+                                CodeField{"ZahlungsbedSchl", "ZahlungsbedSchl", Rule::CustomerPaymentTerms}};
 
 using AddressPart = std::string Adresse::*;
 
@@ -25,11 +27,15 @@ struct ComparedField {
   ColumnName field;
   AddressPart stored = nullptr;
 };
+struct MainField {
+  ColumnName field;
+  Rule rule;
+};
 constexpr std::array mainAddressFields{
-    ComparedField{"Bez1", &Adresse::Bez1}, ComparedField{"Bez2", &Adresse::Bez2},
-    ComparedField{"Bez3", &Adresse::Bez3}, ComparedField{"Strasse", &Adresse::Strasse},
-    ComparedField{"Land", &Adresse::Land}, ComparedField{"PLZ", &Adresse::PLZ},
-    ComparedField{"Ort", &Adresse::Ort}};
+    MainField{"Bez1", Rule::CustomerName1},   MainField{"Bez2", Rule::CustomerName2},
+    MainField{"Bez3", Rule::CustomerName3},   MainField{"Strasse", Rule::CustomerStreet},
+    MainField{"Land", Rule::CustomerCountry}, MainField{"PLZ", Rule::CustomerPostCode},
+    MainField{"Ort", Rule::CustomerCity}};
 
 // The streets of these two blocks are not compared.
 struct AddressBlock {
@@ -37,6 +43,8 @@ struct AddressBlock {
   ColumnName number;
   ColumnName street;
   std::array<ComparedField, 6> fields;
+  Rule differs;
+  Rule unknown;
 };
 constexpr std::array addressBlocks{
     AddressBlock{"VS_KdNr",
@@ -44,29 +52,26 @@ constexpr std::array addressBlocks{
                  "VS_Straße",
                  {ComparedField{"VS_Bez1", &Adresse::Bez1}, ComparedField{"VS_Bez2", &Adresse::Bez2},
                   ComparedField{"VS_Bez3", &Adresse::Bez3}, ComparedField{"VS_PLZ", &Adresse::PLZ},
-                  ComparedField{"VS_Ort", &Adresse::Ort}, ComparedField{"VS_Land", &Adresse::Land}}},
+                  ComparedField{"VS_Ort", &Adresse::Ort}, ComparedField{"VS_Land", &Adresse::Land}},
+                 Rule::CustomerDelivery,
+                 Rule::CustomerDeliveryKey},
     AddressBlock{"RG_KdNr",
                  "RG_AdrNr",
                  "RG_Straße",
                  {ComparedField{"RG_Bez1", &Adresse::Bez1}, ComparedField{"RG_Bez2", &Adresse::Bez2},
                   ComparedField{"RG_Bez3", &Adresse::Bez3}, ComparedField{"RG_PLZ", &Adresse::PLZ},
-                  ComparedField{"RG_Ort", &Adresse::Ort}, ComparedField{"RG_Land", &Adresse::Land}}}};
+                  ComparedField{"RG_Ort", &Adresse::Ort}, ComparedField{"RG_Land", &Adresse::Land}},
+                 Rule::CustomerInvoice,
+                 Rule::CustomerInvoiceKey}};
 
 /// The values of a row by column; null for a column that it does not have.
 CustomerFields fieldsOf(Recordset& row) {
   return [&row](ColumnName column) { return row.hasField(column) ? row.value(column) : Value::null(); };
 }
 
-void addMissing(Findings& findings, std::string_view field, std::string_view code) {
-  findings.add(CheckStatus::Warning,
-               std::string(field) + ": '" + std::string(code) + "' ist nicht angelegt.");
-}
-
 /// A field of which the job does not speak changes nothing in the master.
-void compare(Findings& findings, std::string_view field, const Value& job, const std::string& stored) {
-  if (!job.isNull() && job.text() != stored)
-    findings.add(CheckStatus::Warning,
-                 std::string(field) + " ist nicht identisch: '" + job.text() + "' / '" + stored + "'");
+void compare(Findings& findings, Rule rule, ColumnName field, const Value& job, const std::string& stored) {
+  if (!job.isNull() && job.text() != stored) findings.add(Finding(rule, job.text(), stored).of(field.text()));
 }
 
 bool blockIsEmpty(const CustomerFields& job, const AddressBlock& block) {
@@ -96,7 +101,7 @@ Findings CustomerProof::prove(std::string_view jobId) const {
 Findings CustomerProof::prove(const CustomerFields& job) const {
   Findings findings;
   const std::string customer = job("Kundennummer").text();
-  if (customer.empty()) findings.add(CheckStatus::Error, "Die Kundennummer fehlt.");
+  if (customer.empty()) findings.add(Finding(Rule::CustomerNumberMissing));
   proveCodes(job, findings);
   if (compareAddresses_ && !customer.empty()) compareWithMaster(job, findings);
   proveReferences(job, findings);
@@ -107,12 +112,12 @@ void CustomerProof::proveCodes(const CustomerFields& job, Findings& findings) co
   for (const CodeField& code : codeFields) {
     const std::string wanted = job(code.field).text();
     if (!wanted.empty() && !masterData_.codeExists(code.master, wanted))
-      addMissing(findings, code.field.text(), wanted);
+      findings.add(Finding(code.rule, wanted));
   }
   std::string bank = job("Bankleitzahl").text();
   if (bank.empty()) bank = job("BLZ").text();
   if (!bank.empty() && !masterData_.codeExists("Bankleitzahl", bank))
-    addMissing(findings, "Bankleitzahl", bank);
+    findings.add(Finding(Rule::CustomerBank, bank));
 }
 
 void CustomerProof::compareWithMaster(const CustomerFields& job, Findings& findings) const {
@@ -122,24 +127,24 @@ void CustomerProof::compareWithMaster(const CustomerFields& job, Findings& findi
           .open(sql("Select * From Kundenstamm Where Kundennummer = '"_sql, value(customer), "'"_sql));
   if (master->eof()) return;
   const CustomerFields stored = fieldsOf(*master);
-  for (const ComparedField& field : mainAddressFields)
-    compare(findings, field.field.text(), job(field.field), stored(field.field).text());
+  for (const MainField& field : mainAddressFields)
+    compare(findings, field.rule, field.field, job(field.field), stored(field.field).text());
   for (const AddressBlock& block : addressBlocks) {
     if (blockIsEmpty(job, block)) continue;
     const std::string number = job(block.number).text();
-    compare(findings, block.number.text(), job(block.number), stored(block.number).text());
+    compare(findings, block.differs, block.number, job(block.number), stored(block.number).text());
     std::string owner = job(block.customer).text();
     if (owner.empty()) owner = customer;
     const Adresse address = addresses_.GetAdressDaten(owner, number).value_or(Adresse());
     for (const ComparedField& field : block.fields)
-      compare(findings, field.field.text(), job(field.field), address.*field.stored);
+      compare(findings, block.differs, field.field, job(field.field), address.*field.stored);
   }
 }
 
 void CustomerProof::proveReferences(const CustomerFields& job, Findings& findings) const {
   const std::string account = job("Hauptkonto").text();
   if (!account.empty() && !masterData_.codeExists("Hauptkonto", account))
-    findings.add(CheckStatus::Warning, "Hauptkonto ist nicht angelegt");
+    findings.add(Finding(Rule::CustomerAccount, account));
   for (const AddressBlock& block : addressBlocks) {
     const std::string owner = job(block.customer).text();
     const std::string number = job(block.number).text();
@@ -148,7 +153,7 @@ void CustomerProof::proveReferences(const CustomerFields& job, Findings& finding
     const bool brought = number.empty() || !blockIsEmpty(job, block) || !job(block.street).isEmpty();
     const bool own = brought && equalCodes(owner, job("Kundennummer").text());
     if (!owner.empty() && !own && !addresses_.KundeAngelegt(owner, number))
-      findings.add(CheckStatus::Error, std::string(block.customer.text()) + " ist nicht angelegt");
+      findings.add(Finding(block.unknown, owner));
   }
 }
 
@@ -160,10 +165,8 @@ Findings CustomerProof::contracts(std::string_view customer) const {
               "Select JobType From ImportKopf where (JobType = 41 or JobType = 42) and  (Kundennummer = '"_sql,
               value(customer), "')"_sql));
   for (; !staged->eof(); staged->moveNext()) {
-    if (staged->value("JobType").integer() == qxtJobKundenVerträgeWarning)
-      findings.add(CheckStatus::Warning, contractWarnings);
-    else
-      findings.add(CheckStatus::Error, contractErrors);
+    const bool warning = staged->value("JobType").integer() == qxtJobKundenVerträgeWarning;
+    findings.add(Finding(warning ? Rule::CustomerContractWarnings : Rule::CustomerContractErrors));
   }
   return findings;
 }

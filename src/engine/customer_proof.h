@@ -15,10 +15,6 @@ namespace qx {
 /// The fields of a customer job by staging column; null for a column that it does not have.
 using CustomerFields = std::function<Value(ColumnName)>;
 
-/// What parked contracts of the customer make of its own job: a warning and an error.
-inline constexpr std::string_view contractWarnings = "Im Kundenvertrag wurden ''Warnungen'' festgestellt.";
-inline constexpr std::string_view contractErrors = "Im Kundenvertrag wurden ''Fehler'' festgestellt.";
-
 /// Proves a staged customer job against the master data. Writes nothing.
 class CustomerProof {
 public:

@@ -339,7 +339,7 @@ Findings ImportJobObject2::proveCustomerJob(std::string_view jobId) {
       findings = CustomerProof(environment_, settings_.isOn("KundeAdressProof")).prove(jobId);
     } catch (const std::exception& error) {
       // A job that nobody could look at is not clean.
-      findings.add(CheckStatus::Error, std::string(failure) + germanCause(error));
+      findings.add(Finding(Rule::CheckFailed, germanCause(error)));
       throw;
     }
   });

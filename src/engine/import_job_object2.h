@@ -4,6 +4,7 @@
 #include "engine/customer_proof.h"
 #include "engine/event_source.h"
 #include "engine/findings.h"
+#include "engine/hints.h"
 #include "engine/job_marks.h"
 #include "engine/job_outcome.h"
 #include "engine/processing_run.h"

@@ -1,28 +1,17 @@
 #include "engine/order_writer.h"
 
+#include "engine/hints.h"
 #include "engine/host_undo.h"
 #include "engine/order_failure.h"
-#include "engine/order_texts.h"
 #include "engine/order_values.h"
+#include "model/text.h"
 #include "rules/dates.h"
-#include "rules/german_text.h"
 #include "rules/rounding.h"
 
 #include <exception>
 #include <stdexcept>
 
 namespace qx {
-namespace {
-
-/// ASCII letters in lower case; enough for the one word that is looked for.
-std::string lowered(std::string text) {
-  for (char& c : text)
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + ('a' - 'A'));
-  return text;
-}
-
-} // namespace
-
 OrderWriter::OrderWriter(Environment& environment, const OrderOptions& options, const OrderStamp& stamp,
                          OrderPrices& prices)
     : environment_(environment), options_(options), stamp_(stamp), header_(environment, options, stamp),
@@ -100,8 +89,7 @@ void OrderWriter::insertHeader(Recordset& header, const OrderNumber& drawn) {
         sql("Select Auftragsnummer From Auftragskopf Where Auftragsnummer = "_sql, number(drawn.number)));
     if (other->eof()) throw;
     numbers_.foreignNumber();
-    throw OrderFailure(order_failures::numberInUse.with(
-        std::to_string(drawn.number) + "' im Buchungskreis '" + std::to_string(drawn.circle)));
+    throw OrderFailure(Rule::OrderNumberInUse, std::to_string(drawn.number), std::to_string(drawn.circle));
   }
 }
 
@@ -109,7 +97,7 @@ std::string OrderWriter::receiptStamp(const JobRow& job) {
   try {
     return intdat(job.value("Eingangsdatum"));
   } catch (const std::invalid_argument&) {
-    throw OrderFailure(order_failures::receiptDate.with(job.text("Eingangsdatum")));
+    throw OrderFailure(Rule::OrderReceiptDate, job.text("Eingangsdatum"));
   }
 }
 
@@ -117,9 +105,9 @@ std::unique_ptr<Recordset> OrderWriter::openCustomer(const JobRow& job) const {
   const std::string number = job.text("Kundennummer");
   auto customer = environment_.connection->open(
       sql("Select * From Kundenstamm where Kundennummer  = '"_sql, value(number), "'"_sql));
-  if (customer->eof()) throw OrderFailure(order_failures::customer.with(number));
+  if (customer->eof()) throw OrderFailure(Rule::OrderCustomerRefused, number);
   if (customer->value("Liefersperre").truth().value_or(false))
-    throw OrderFailure(order_failures::deliveryStop.with(number));
+    throw OrderFailure(Rule::OrderDeliveryStop, number);
   return customer;
 }
 
@@ -241,7 +229,7 @@ bool OrderWriter::isCashOnDelivery(const OrderContext& order) const {
   if (order.paymentMethod.empty()) return false;
   const auto method = environment_.connection->open(sql(
       "Select Kurztext From Zahlungsarten Where Zahlungsart = '"_sql, value(order.paymentMethod), "'"_sql));
-  return !method->eof() && lowered(method->text("Kurztext")).find("nachnahme") != std::string::npos;
+  return !method->eof() && asciiLower(method->text("Kurztext")).find("nachnahme") != std::string::npos;
 }
 
 } // namespace qx

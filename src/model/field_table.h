@@ -26,8 +26,6 @@ struct Field {
   Member member;
   FieldKind kind = FieldKind::Text;
   std::string_view column;
-  /// False for properties that the class has beyond its documented automation list.
-  bool documented = true;
 
   constexpr Field() = default;
   template <class Owner>
@@ -63,11 +61,6 @@ struct Field {
     return field;
   }
   constexpr Field notStored() const { return in({}); }
-  constexpr Field undocumented() const {
-    Field field = *this;
-    field.documented = false;
-    return field;
-  }
   constexpr bool stored() const { return !column.empty(); }
 
   /// Calls `visitor` with a reference to the property inside `record`.

@@ -1,6 +1,6 @@
 #include "rules/dates.h"
 
-#include "rules/german_text.h"
+#include "model/text.h"
 
 #include <stdexcept>
 
@@ -32,8 +32,6 @@ Date NowEx(const Environment& environment) {
   environment.diagnostics.report({"NowEx", "without a session the date is the workstation's", {}});
   return environment.clock.now().date;
 }
-
-std::string DayStamp(const Date& date) { return dayStamp(date); }
 
 std::string PeriodOf(const Date& date) {
   if (date == openEnd || date == openEndOfOldData) return "999999";

@@ -19,9 +19,6 @@ std::string germanDay(const Value& SystemDatum);
 /// session raises reaches the caller.
 Date NowEx(const Environment& environment);
 
-/// "yyyymmdd000000".
-std::string DayStamp(const Date& date);
-
 /// "yyyymm", or "999999" for one of the two dates that stand for an open end.
 std::string PeriodOf(const Date& date);
 

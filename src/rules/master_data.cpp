@@ -1,8 +1,8 @@
 #include "rules/master_data.h"
 
+#include "model/text.h"
 #include "platform/whole_number.h"
 #include "rules/active_connection.h"
-#include "rules/german_text.h"
 #include "rules/payment_terms.h"
 
 #include <array>
@@ -179,10 +179,6 @@ bool MasterData::isAccessory(std::string_view article) const {
 }
 
 bool MasterData::isAccessoryScheme(std::string_view scheme) { return equalCodes(scheme, "Zubehoer"); }
-
-bool MasterData::isMarketing(std::string_view article) const {
-  return equalCodes(entryScheme(article), "Marketing");
-}
 
 double MasterData::orderWeight(std::int32_t order) const {
   return firstNumber(sql(

@@ -46,8 +46,6 @@ public:
   /// The article's entry scheme is "Zubehoer".
   bool isAccessory(std::string_view article) const;
   static bool isAccessoryScheme(std::string_view scheme);
-  /// The article's entry scheme is "Marketing".
-  bool isMarketing(std::string_view article) const;
 
   double orderWeight(std::int32_t order) const;
   double accessoryValue(std::int32_t order) const;

@@ -1,8 +1,8 @@
 #include "rules/tax_rules.h"
 
+#include "model/text.h"
 #include "platform/whole_number.h"
 #include "rules/active_connection.h"
-#include "rules/german_text.h"
 
 #include <cmath>
 
@@ -65,12 +65,6 @@ double TaxRules::GetSteuerSatz(std::string_view Steuerschlüssel) const {
   if (!rate || !std::isfinite(*rate))
     throw MissingTaxRate("the rate of the tax key '" + std::string(Steuerschlüssel) + "' is no number");
   return *rate;
-}
-
-std::string TaxRules::changeDateText() const {
-  const std::string stamp = changeDay();
-  if (stamp.empty()) return {};
-  return stamp.substr(6, 2) + "." + stamp.substr(4, 2) + "." + stamp.substr(0, 4);
 }
 
 } // namespace qx

@@ -42,8 +42,6 @@ public:
   /// The day of the change of rates as "yyyymmdd", empty when none is set; also read from dd.mm.yyyy. What is
   /// no day is told to the diagnostics and counts as none.
   std::string changeDay() const;
-  /// The date of the change of rates as "dd.mm.yyyy"; empty when none is set.
-  std::string changeDateText() const;
 
 private:
   Connection& connection() const;

@@ -3,11 +3,43 @@
 
 #include "model/field_table.h"
 
+#include <algorithm>
 #include <array>
 #include <string>
 #include <string_view>
 
 namespace qx {
+
+/// Words with blanks between them.
+template <std::size_t size>
+struct WordText {
+  // NOLINTNEXTLINE(google-explicit-constructor,hicpp-explicit-conversions)
+  consteval WordText(const char (&literal)[size]) { std::copy_n(literal, size, text); }
+  char text[size]{};
+};
+
+/// The words of a text as an array.
+template <WordText list>
+consteval auto words() {
+  constexpr std::string_view text(list.text, sizeof list.text - 1);
+  std::array<std::string_view, std::ranges::count(text, ' ') + 1> found;
+  std::size_t start = 0;
+  for (std::string_view& word : found) {
+    const std::size_t end = std::min(text.find(' ', start), text.size());
+    word = text.substr(start, end - start);
+    start = end + 1;
+  }
+  return found;
+}
+
+/// Several lists as one.
+template <std::size_t... sizes>
+consteval auto joined(const std::array<std::string_view, sizes>&... lists) {
+  std::array<std::string_view, (sizes + ...)> all;
+  auto next = all.begin();
+  ((next = std::ranges::copy(lists, next).out), ...);
+  return all;
+}
 
 /// The place of a field that stands in a line without being a property of the record.
 inline constexpr std::size_t noProperty = static_cast<std::size_t>(-1);

@@ -10,203 +10,51 @@
 namespace qx {
 
 /// A customer in a job file.
-inline constexpr auto customerLine = std::to_array<std::string_view>({"JobType",       "JobID",
-                                                                      "Bemerkung",     "Betreff",
-                                                                      "Bez1",          "Bez2",
-                                                                      "Bez3",          "BLZ",
-                                                                      "Eingangsdatum", "EMail",
-                                                                      "Fehlertext",    "Hauptkonto",
-                                                                      "Konto",         "Kreditinstitut",
-                                                                      "Kundengruppe",  "Kundennummer",
-                                                                      "Land",          "Ort",
-                                                                      "PLZ",           "Provisionsgruppe",
-                                                                      "RG_AdrNr",      "RG_Bez1",
-                                                                      "RG_Bez2",       "RG_Bez3",
-                                                                      "RG_KdNr",       "RG_Land",
-                                                                      "RG_Ort",        "RG_PLZ",
-                                                                      "RG_Strasse",    "Status",
-                                                                      "Strasse",       "Suchbegriff",
-                                                                      "Telefax",       "Telefon",
-                                                                      "UstIdentNr",    "Versandart",
-                                                                      "Vertreter1",    "Vertreter2",
-                                                                      "Vertreter3",    "VS_AdrNr",
-                                                                      "VS_Bez1",       "VS_Bez2",
-                                                                      "VS_Bez3",       "VS_KdNr",
-                                                                      "VS_Land",       "VS_Ort",
-                                                                      "VS_PLZ",        "VS_Strasse",
-                                                                      "Währung",       "WährungEingabe",
-                                                                      "Zahlungsart",   "ZahlungsbedSchl",
-                                                                      "Zahlungsweise", "ImportType",
-                                                                      "IndFild1",      "IndFild2",
-                                                                      "IndFild3"});
+inline constexpr auto customerLine =
+    words<"JobType JobID Bemerkung Betreff Bez1 Bez2 Bez3 BLZ Eingangsdatum EMail Fehlertext Hauptkonto "
+          "Konto Kreditinstitut Kundengruppe Kundennummer Land Ort PLZ Provisionsgruppe RG_AdrNr RG_Bez1 "
+          "RG_Bez2 RG_Bez3 RG_KdNr RG_Land RG_Ort RG_PLZ RG_Strasse Status Strasse Suchbegriff Telefax "
+          "Telefon UstIdentNr Versandart Vertreter1 Vertreter2 Vertreter3 VS_AdrNr VS_Bez1 VS_Bez2 VS_Bez3 "
+          "VS_KdNr VS_Land VS_Ort VS_PLZ VS_Strasse Währung WährungEingabe Zahlungsart ZahlungsbedSchl "
+          "Zahlungsweise ImportType IndFild1 IndFild2 IndFild3">();
 
 /// A contract in a job file and as a text line of its own.
-inline constexpr auto contractLine = std::to_array<std::string_view>({"JobType",
-                                                                      "JobID",
-                                                                      "Bemerkung",
-                                                                      "Eingangsdatum",
-                                                                      "Fehlertext",
-                                                                      "Intervall",
-                                                                      "Kundennummer",
-                                                                      "Kündigungsgrund",
-                                                                      "Menge",
-                                                                      "Preis",
-                                                                      "Status",
-                                                                      "Vertragsart",
-                                                                      "Vertragsbeginn",
-                                                                      "Vertragsdatum",
-                                                                      "Vertragsende",
-                                                                      "Vertragsnummer",
-                                                                      "Vertragstext",
-                                                                      "Artikelnummer",
-                                                                      "Zustand",
-                                                                      "PreisabweichungGrund",
-                                                                      "PreisabweichungGenehmigender",
-                                                                      "PreisabweichungDatum",
-                                                                      "PreisabweichungBemerkung"});
+inline constexpr auto contractLine =
+    words<"JobType JobID Bemerkung Eingangsdatum Fehlertext Intervall Kundennummer Kündigungsgrund Menge "
+          "Preis Status Vertragsart Vertragsbeginn Vertragsdatum Vertragsende Vertragsnummer Vertragstext "
+          "Artikelnummer Zustand PreisabweichungGrund PreisabweichungGenehmigender PreisabweichungDatum "
+          "PreisabweichungBemerkung">();
+
+namespace detail {
+inline constexpr auto lineToBank = words<"JobType JobID Bemerkung Betreff Bez1 Bez2 Bez3 BLZ">();
+inline constexpr auto lineFromDate =
+    words<"Eingangsdatum EMail Fehlertext Hauptkonto Konto Kreditinstitut Kundengruppe Kundennummer Land "
+          "Ort PLZ Preisliste Provisionsgruppe RG_AdrNr RG_Bez1 RG_Bez2 RG_Bez3 RG_KdNr RG_Land RG_Ort "
+          "RG_PLZ RG_Strasse Status Strasse Suchbegriff Telefax Telefon UstIdentNr Versandart "
+          "Vertragsnummer Vertreter1 Vertreter2 Vertreter3 VS_AdrNr VS_Bez1 VS_Bez2 VS_Bez3 VS_KdNr VS_Land "
+          "VS_Ort VS_PLZ VS_Strasse Währung WährungEingabe Zahlungsart ZahlungsbedSchl Zahlungsweise "
+          "Preistyp IndFild1 IndFild2 IndFild3 IndFild4">();
+} // namespace detail
 
 /// An order header in a job file.
-inline constexpr auto orderLine = std::to_array<std::string_view>({"JobType",
-                                                                   "JobID",
-                                                                   "Bemerkung",
-                                                                   "Betreff",
-                                                                   "Bez1",
-                                                                   "Bez2",
-                                                                   "Bez3",
-                                                                   "BLZ",
-                                                                   "Eingangsdatum",
-                                                                   "EMail",
-                                                                   "Fehlertext",
-                                                                   "Hauptkonto",
-                                                                   "Konto",
-                                                                   "Kreditinstitut",
-                                                                   "Kundengruppe",
-                                                                   "Kundennummer",
-                                                                   "Land",
-                                                                   "Ort",
-                                                                   "PLZ",
-                                                                   "Preisliste",
-                                                                   "Provisionsgruppe",
-                                                                   "RG_AdrNr",
-                                                                   "RG_Bez1",
-                                                                   "RG_Bez2",
-                                                                   "RG_Bez3",
-                                                                   "RG_KdNr",
-                                                                   "RG_Land",
-                                                                   "RG_Ort",
-                                                                   "RG_PLZ",
-                                                                   "RG_Strasse",
-                                                                   "Status",
-                                                                   "Strasse",
-                                                                   "Suchbegriff",
-                                                                   "Telefax",
-                                                                   "Telefon",
-                                                                   "UstIdentNr",
-                                                                   "Versandart",
-                                                                   "Vertragsnummer",
-                                                                   "Vertreter1",
-                                                                   "Vertreter2",
-                                                                   "Vertreter3",
-                                                                   "VS_AdrNr",
-                                                                   "VS_Bez1",
-                                                                   "VS_Bez2",
-                                                                   "VS_Bez3",
-                                                                   "VS_KdNr",
-                                                                   "VS_Land",
-                                                                   "VS_Ort",
-                                                                   "VS_PLZ",
-                                                                   "VS_Strasse",
-                                                                   "Währung",
-                                                                   "WährungEingabe",
-                                                                   "Zahlungsart",
-                                                                   "ZahlungsbedSchl",
-                                                                   "Zahlungsweise",
-                                                                   "Preistyp",
-                                                                   "IndFild1",
-                                                                   "IndFild2",
-                                                                   "IndFild3",
-                                                                   "IndFild4"});
+inline constexpr auto orderLine = joined(detail::lineToBank, detail::lineFromDate);
 
 /// An order position in a job file.
-inline constexpr auto positionLine = std::to_array<std::string_view>(
-    {"JobType", "JobID", "ChildID", "Artikellangtext", "Artikelnummer", "Auslieferungsmenge",
-     "Fakturierbereit", "Fakturiermenge", "Lieferbereit", "Menge", "Mengeneinheit", "Positionsnummer",
-     "Preis", "Rabatt", "Preiseinheit"});
+inline constexpr auto positionLine =
+    words<"JobType JobID ChildID Artikellangtext Artikelnummer Auslieferungsmenge Fakturierbereit "
+          "Fakturiermenge Lieferbereit Menge Mengeneinheit Positionsnummer Preis Rabatt Preiseinheit">();
 
 /// A customer as a text line of its own; the field after `BLZ` is always empty.
-inline constexpr auto customerTextLine = std::to_array<std::string_view>({"JobType",
-                                                                          "JobID",
-                                                                          "Bemerkung",
-                                                                          "Betreff",
-                                                                          "Bez1",
-                                                                          "Bez2",
-                                                                          "Bez3",
-                                                                          "BLZ",
-                                                                          "",
-                                                                          "Eingangsdatum",
-                                                                          "EMail",
-                                                                          "Fehlertext",
-                                                                          "Hauptkonto",
-                                                                          "Konto",
-                                                                          "Kreditinstitut",
-                                                                          "Kundengruppe",
-                                                                          "Kundennummer",
-                                                                          "Land",
-                                                                          "Ort",
-                                                                          "PLZ",
-                                                                          "Preisliste",
-                                                                          "Provisionsgruppe",
-                                                                          "RG_AdrNr",
-                                                                          "RG_Bez1",
-                                                                          "RG_Bez2",
-                                                                          "RG_Bez3",
-                                                                          "RG_KdNr",
-                                                                          "RG_Land",
-                                                                          "RG_Ort",
-                                                                          "RG_PLZ",
-                                                                          "RG_Strasse",
-                                                                          "Status",
-                                                                          "Strasse",
-                                                                          "Suchbegriff",
-                                                                          "Telefax",
-                                                                          "Telefon",
-                                                                          "UstIdentNr",
-                                                                          "Versandart",
-                                                                          "Vertragsnummer",
-                                                                          "Vertreter1",
-                                                                          "Vertreter2",
-                                                                          "Vertreter3",
-                                                                          "VS_AdrNr",
-                                                                          "VS_Bez1",
-                                                                          "VS_Bez2",
-                                                                          "VS_Bez3",
-                                                                          "VS_KdNr",
-                                                                          "VS_Land",
-                                                                          "VS_Ort",
-                                                                          "VS_PLZ",
-                                                                          "VS_Strasse",
-                                                                          "Währung",
-                                                                          "WährungEingabe",
-                                                                          "Zahlungsart",
-                                                                          "ZahlungsbedSchl",
-                                                                          "Zahlungsweise",
-                                                                          "Preistyp",
-                                                                          "IndFild1",
-                                                                          "IndFild2",
-                                                                          "IndFild3",
-                                                                          "IndFild4",
-                                                                          "KundeSeit",
-                                                                          "KundeVerlorenAm",
-                                                                          "GrundVerloren",
-                                                                          "GrundVerlorenSchl"});
+inline constexpr auto customerTextLine =
+    joined(detail::lineToBank, std::array{std::string_view()}, detail::lineFromDate,
+           words<"KundeSeit KundeVerlorenAm GrundVerloren GrundVerlorenSchl">());
 
 /// What follows the job-file fields in the text lines of orders and positions.
-inline constexpr auto orderTextTail = std::to_array<std::string_view>({"Liefertermin", "KostID"});
+inline constexpr auto orderTextTail = words<"Liefertermin KostID">();
 
 /// Fields of the lines that the entry objects do not have: they are written empty and dropped when read.
-inline constexpr auto lackedByKunde = std::to_array<std::string_view>({"ImportType"});
-inline constexpr auto lackedByAuftrag =
-    std::to_array<std::string_view>({"Preisliste", "Preistyp", "IndFild4"});
+inline constexpr auto lackedByKunde = words<"ImportType">();
+inline constexpr auto lackedByAuftrag = words<"Preisliste Preistyp IndFild4">();
 
 inline constexpr auto customerLineOrder = fieldOrder(kundeFields, customerLine, lackedByKunde);
 inline constexpr auto contractLineOrder = fieldOrder(vertragFields, contractLine);

@@ -12,50 +12,27 @@
 
 namespace qx {
 
+namespace detail {
+// Runs that the headers of both versions have.
+inline constexpr auto nameToReps =
+    words<"Suchbegriff Bez1 Bez2 Bez3 Strasse Land PLZ Ort Telefon Telefax EMail Kundengruppe Vertreter1 "
+          "Vertreter2 Vertreter3">();
+inline constexpr auto paymentToContract =
+    words<"Zahlungsart Konto BLZ Kreditinstitut Bemerkung Vertragsnummer">();
+inline constexpr auto currencies = words<"Währung WährungEingabe">();
+inline constexpr auto reasonsToTaxId =
+    words<"Fehlertext Betreff Versandart ZahlungsbedSchl Provisionsgruppe UstIdentNr">();
+} // namespace detail
+
 /// The properties of a version-1 header that are stored, in the order of a version-1 job file.
-inline constexpr auto version1HeaderLine = std::to_array<std::string_view>({"JobType",
-                                                                            "JobID",
-                                                                            "Status",
-                                                                            "Eingagsdatum",
-                                                                            "Kundennummer",
-                                                                            "AdresseAendernJN",
-                                                                            "Suchbegriff",
-                                                                            "Bez1",
-                                                                            "Bez2",
-                                                                            "Bez3",
-                                                                            "Strasse",
-                                                                            "Land",
-                                                                            "PLZ",
-                                                                            "Ort",
-                                                                            "Telefon",
-                                                                            "Telefax",
-                                                                            "EMail",
-                                                                            "Kundengruppe",
-                                                                            "Vertreter1",
-                                                                            "Vertreter2",
-                                                                            "Vertreter3",
-                                                                            "ZahlungsartAendernJN",
-                                                                            "Zahlungsart",
-                                                                            "Konto",
-                                                                            "BLZ",
-                                                                            "Kreditinstitut",
-                                                                            "Bemerkung",
-                                                                            "Vertragsnummer",
-                                                                            "Vertragsdatum",
-                                                                            "Vertragsbeginn",
-                                                                            "Zahlungsweise",
-                                                                            "Fehlertext",
-                                                                            "Betreff",
-                                                                            "Versandart",
-                                                                            "ZahlungsbedSchl",
-                                                                            "Provisionsgruppe",
-                                                                            "UstIdentNr",
-                                                                            "Währung",
-                                                                            "WährungEingabe"});
+inline constexpr auto version1HeaderLine =
+    joined(words<"JobType JobID Status Eingagsdatum Kundennummer AdresseAendernJN">(), detail::nameToReps,
+           words<"ZahlungsartAendernJN">(), detail::paymentToContract,
+           words<"Vertragsdatum Vertragsbeginn Zahlungsweise">(), detail::reasonsToTaxId, detail::currencies);
 
 /// The same for a position.
-inline constexpr auto version1PositionLine = std::to_array<std::string_view>(
-    {"JobType", "JobID", "ChildID", "Positionsnummer", "Vertragsart", "Artikelnummer", "Menge", "Preis"});
+inline constexpr auto version1PositionLine =
+    words<"JobType JobID ChildID Positionsnummer Vertragsart Artikelnummer Menge Preis">();
 
 inline constexpr auto version1HeaderOrder = fieldOrder(importJobFields, version1HeaderLine);
 inline constexpr auto version1PositionOrder = fieldOrder(importJobSubItemFields, version1PositionLine);

@@ -1,7 +1,7 @@
 #include "ui/addressed_job_dialog_presenter.h"
 
+#include "model/text.h"
 #include "rules/combo_lists.h"
-#include "rules/german_text.h"
 #include "ui/address_lines.h"
 
 #include <utility>

@@ -1,11 +1,9 @@
 #include "ui/contract_dialog_presenter.h"
 
 #include "engine/contract_check.h"
-#include "engine/contract_texts.h"
 #include "model/date.h"
 #include "rules/active_connection.h"
 #include "rules/combo_lists.h"
-#include "rules/german_text.h"
 #include "ui/shared_controls.h"
 
 #include <algorithm>
@@ -125,7 +123,7 @@ void ContractDialogPresenter::fill() {
 void ContractDialogPresenter::checkAnswer() {
   checking("Prüfen des Vertrags", [this] {
     const ContractFields fields = [this](ColumnName column) { return current(column); };
-    answer_ = ContractCheck(environment()).check(fields, kindOf(jobType()) == qxtjobverträge).status;
+    answer_ = ContractCheck(environment()).check(fields, kindOf(jobType()) == qxtjobverträge).status();
   });
 }
 
@@ -142,9 +140,9 @@ void ContractDialogPresenter::checkControl(std::string_view control) {
   if (control == "tdbAnzahl") checkQuantity();
   if (control == "txtVertragsgegenstand") checking(control, [this] { checkObject(); });
   if (control == "tdbdtVertragsdatum")
-    checkDate(control, "VD", false, "Vertragsdatum wurde nicht angegeben", contract_findings::signedOn);
+    checkDate(control, "VD", false, "Vertragsdatum wurde nicht angegeben", terms(Rule::ContractDate).run);
   if (control == "tdbdtVertragsbeginn")
-    checkDate(control, "VB", true, "Vertragsbeginn wurde nicht angegeben", contract_findings::begin);
+    checkDate(control, "VB", true, "Vertragsbeginn wurde nicht angegeben", terms(Rule::ContractBegin).run);
   if (control == "tdbVertragsart") checkKind(select(control));
   if (control == "cboZustand") {
     checkState(select(control));

@@ -1,8 +1,7 @@
 #include "ui/edit_codec.h"
 
 #include "model/date.h"
-#include "platform/whole_number.h"
-#include "rules/german_text.h"
+#include "model/german_text.h"
 
 #include <cmath>
 

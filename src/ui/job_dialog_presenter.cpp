@@ -1,9 +1,10 @@
 #include "ui/job_dialog_presenter.h"
 
+#include "model/german_text.h"
+#include "model/text.h"
 #include "platform/german_cause.h"
 #include "platform/show_message.h"
 #include "rules/active_connection.h"
-#include "rules/german_text.h"
 #include "settings/settings.h"
 #include "ui/address_dialog_presenter.h"
 #include "ui/edit_codec.h"
@@ -179,10 +180,10 @@ bool JobDialogPresenter::erase() {
   return edit(failure, [this] { editing_.deleteHeader(jobId()); });
 }
 
-bool JobDialogPresenter::nothingNewSince(const std::vector<Finding>& seen) {
+bool JobDialogPresenter::nothingNewSince(const std::vector<ListedFinding>& seen) {
   checkMore(checksLeft());
-  for (const Finding& finding : findings_.sorted()) {
-    const auto same = [&](const Finding& other) {
+  for (const ListedFinding& finding : findings_.sorted()) {
+    const auto same = [&](const ListedFinding& other) {
       return other.code == finding.code && other.item == finding.item && other.severity == finding.severity;
     };
     if (std::ranges::any_of(seen, same)) continue;

@@ -1,8 +1,8 @@
 #include "ui/job_view_presenter.h"
 
+#include "model/text.h"
 #include "platform/one_line.h"
 #include "rules/active_connection.h"
-#include "rules/german_text.h"
 #include "store/job_file_import.h"
 #include "ui/database_wait.h"
 #include "ui/import_report.h"
@@ -24,22 +24,9 @@ constexpr std::string_view goneNotice =
     "Die Datenbank ist nicht erreichbar. Die Liste zeigt den letzten Stand; F5 liest sie neu.";
 constexpr std::string_view limitNotice = "Es werden die ersten 2000 Vorgänge angezeigt.";
 
-/// ASCII letters and umlauts in lower case, for the search.
-std::string folded(std::string_view text) {
-  std::string result(text);
-  for (std::size_t i = 0; i < result.size(); ++i) {
-    const auto byte = static_cast<unsigned char>(result[i]);
-    if (byte >= 'A' && byte <= 'Z') result[i] = static_cast<char>(byte + ('a' - 'A'));
-    if (byte != 0xC3 || i + 1 == result.size()) continue;
-    const auto second = static_cast<unsigned char>(result[++i]);
-    if (second >= 0x80 && second <= 0x9E && second != 0x97) result[i] = static_cast<char>(second + 0x20);
-  }
-  return result;
-}
-
 std::vector<std::string> wordsOf(std::string_view text) {
   std::vector<std::string> words;
-  const std::string all = folded(text);
+  const std::string all = lowerCase(text);
   for (std::size_t at = all.find_first_not_of(' '); at != std::string::npos;) {
     const std::size_t end = std::min(all.find(' ', at), all.size());
     words.push_back(all.substr(at, end - at));
@@ -50,7 +37,7 @@ std::vector<std::string> wordsOf(std::string_view text) {
 
 bool matches(const JobListRow& row, const std::vector<std::string>& words) {
   if (words.empty()) return true;
-  const std::string searched = folded(row.name + '\n' + row.customer + '\n' + row.subject);
+  const std::string searched = lowerCase(row.name + '\n' + row.customer + '\n' + row.subject);
   return std::ranges::all_of(
       words, [&](const std::string& word) { return searched.find(word) != std::string::npos; });
 }
@@ -317,20 +304,21 @@ void JobViewPresenter::readDetails() {
   std::vector<std::string> lines;
   const auto job = currentJob();
   if (job) {
-    Hints hints;
+    Findings findings;
     if (!skip("Fehlertext", [&] { addLines(lines, readJobReasons(activeConnection(environment_), *job)); }))
       lines.emplace_back("Der Vorgang konnte nicht gelesen werden.");
     else if (!skip("checkJob", [&] {
-               Findings findings = engine_.checkJob(*job);
-               for (const std::string& finding : findings.list) addLine(lines, oneLine(finding));
-               hints = std::move(findings.hints);
+               findings = engine_.checkJob(*job);
+               for (const Finding& finding : findings)
+                 if (!finding.isHint()) addLine(lines, runLine(finding));
              }))
       lines.emplace_back("Der Vorgang konnte nicht geprüft werden.");
     if (lines.empty())
       lines.emplace_back(stateOf(state_.rows[*state_.current].jobType) == JobState::Done
                              ? "Der Vorgang ist erledigt."
                              : "Die Prüfung hat nichts zu beanstanden.");
-    for (const std::string& hint : hints) addLine(lines, hintLine(hint));
+    for (const Finding& finding : findings)
+      if (finding.isHint()) addLine(lines, hintLine(finding));
   }
   state_.details.clear();
   for (const std::string& line : lines) state_.details += (state_.details.empty() ? "" : "\n") + line;

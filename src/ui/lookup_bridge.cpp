@@ -1,7 +1,7 @@
 #include "ui/lookup_bridge.h"
 
+#include "model/text.h"
 #include "platform/show_message.h"
-#include "rules/german_text.h"
 
 #include <algorithm>
 #include <array>

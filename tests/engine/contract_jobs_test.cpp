@@ -13,9 +13,10 @@ using ::testing::ElementsAre;
 class ContractJobs : public OrderTest {
 protected:
   ContractJobs() {
-    TableFiller(connection(), "Vertragsarten").add({{"Vertragsart", "WA"}, {"Kurztext", "Wartung"}});
-    TableFiller(connection(), "Vertragsgegenstände").add({{"VertrGegenstandsNr", "G1"}, {"Bez", "Anlage"}});
-    TableFiller(connection(), "VertragsGegenständePos")
+    erp::TableFiller(connection(), "Vertragsarten").add({{"Vertragsart", "WA"}, {"Kurztext", "Wartung"}});
+    erp::TableFiller(connection(), "Vertragsgegenstände")
+        .add({{"VertrGegenstandsNr", "G1"}, {"Bez", "Anlage"}});
+    erp::TableFiller(connection(), "VertragsGegenständePos")
         .add({{"VertrGegenstandsNr", "G1"}, {"Vertragsart", "WA"}});
   }
   void stageContract(std::string_view jobId, const std::function<void(VertragFields&)>& change = {}) {
@@ -190,8 +191,9 @@ TEST_F(ContractJobs, TheDialogsChecksStoreCodeAndReasons) {
     job.Menge = -1;
     job.Artikelnummer = "G9";
   });
-  EXPECT_EQ(engine.checkJob("V").text, "Vertragsart ist nicht angelegt\r\nMenge ist faslch\r\nZustand ist "
-                                       "falsch\r\nVertragsdatum ist falsch\r\nVertragsbeginn ist falsch\r\n");
+  EXPECT_EQ(engine.checkJob("V").text(),
+            "Vertragsart ist nicht angelegt\r\nMenge ist faslch\r\nZustand ist "
+            "falsch\r\nVertragsdatum ist falsch\r\nVertragsbeginn ist falsch\r\n");
   EXPECT_EQ(jobType("V"), 20);
   ContractCheck check(erp.environment);
   EXPECT_EQ(check.checkContract("V"), CheckStatus::Error);

@@ -1,7 +1,6 @@
 // Customer jobs: what a run writes, creates and refuses.
 #include "engine_fixture.h"
 
-#include "adapters/sqlite/sqlite_database.h"
 #include "erp/table_filler.h"
 
 #include <gmock/gmock.h>
@@ -196,8 +195,7 @@ TEST_F(CustomerJobs, FurtherAddressesAreAddedOnceAndNeverOverwritten) {
 }
 
 TEST_F(CustomerJobs, ARefusedAddressLeavesNoCustomerBehind) {
-  connection().execute(sql("CREATE TRIGGER refuse BEFORE INSERT ON Adressenstamm "
-                           "BEGIN SELECT RAISE(ABORT, 'Adresse gesperrt'); END"_sql));
+  refuse("INSERT ON Adressenstamm"_sql, "'Adresse gesperrt'"_sql);
   stageCustomer("J1", "70001", [](KundeFields& job) {
     job.VS_AdrNr = "2";
     job.VS_Bez1 = "Lager";
@@ -209,14 +207,11 @@ TEST_F(CustomerJobs, ARefusedAddressLeavesNoCustomerBehind) {
 }
 
 TEST_F(CustomerJobs, OnAHostsConnectionAFailureTakesBackWhatStoodAlready) {
-  TableFiller(connection(), "Kundenstamm")
+  erp::TableFiller(connection(), "Kundenstamm")
       .add({{"Kundennummer", "70001"}, {"Bez1", "Alt"}, {"Telefon", "1"}, {"ÄndUser", "Anna"}});
-  TableFiller(connection(), "Adressenstamm").add({{"Kundennummer", "70001"}, {"Adressnummer", "2"}});
-  connection().execute(sql("CREATE TRIGGER refuse BEFORE INSERT ON Adressenstamm WHEN new.Adressnummer = '3' "
-                           "BEGIN SELECT RAISE(ABORT, 'Adresse gesperrt'); END"_sql));
-  connection().execute(
-      sql("CREATE TRIGGER unfinished BEFORE UPDATE ON ImportKopf WHEN new.JobID = 'DONE' And "
-          "new.JobType = 13 BEGIN SELECT RAISE(ABORT, 'nie fertig'); END"_sql));
+  erp::TableFiller(connection(), "Adressenstamm").add({{"Kundennummer", "70001"}, {"Adressnummer", "2"}});
+  refuse("INSERT ON Adressenstamm WHEN new.Adressnummer = '3'"_sql, "'Adresse gesperrt'"_sql);
+  refuse("UPDATE ON ImportKopf WHEN new.JobID = 'DONE' And new.JobType = 13"_sql, "'nie fertig'"_sql);
   const auto withAddresses = [](const char* last) {
     return [last](KundeFields& job) {
       job.VS_AdrNr = "2";
@@ -228,7 +223,7 @@ TEST_F(CustomerJobs, OnAHostsConnectionAFailureTakesBackWhatStoodAlready) {
   stageCustomer("OLD", "70001", withAddresses("3"));
   stageCustomer("NEW", "70002", withAddresses("3"));
   stageCustomer("DONE", "70003", withAddresses("4"));
-  erp.environment.connection = SqliteDatabase::openAsHost(connection().connectionString());
+  becomeHost();
   EXPECT_TRUE(run());
   EXPECT_EQ(reasons("OLD") + "|" + reasons("NEW") + "|" + reasons("DONE"),
             "Adresse gesperrt|Adresse gesperrt|nie fertig");
@@ -242,8 +237,7 @@ TEST_F(CustomerJobs, OnAHostsConnectionAFailureTakesBackWhatStoodAlready) {
 }
 
 TEST_F(CustomerJobs, AFailedCustomersIndexIsBroughtUpToDateWhateverTheFailureCameFrom) {
-  connection().execute(sql("CREATE TRIGGER refuse BEFORE INSERT ON Kundenstamm "
-                           "BEGIN SELECT RAISE(ABORT, 'Kunde gesperrt'); END"_sql));
+  refuse("INSERT ON Kundenstamm"_sql, "'Kunde gesperrt'"_sql);
   for (const char* number : {"70001", "70002"})
     connection().execute(
         sql("Insert Into Adressindex (Kundennummer, Art) Values ('"_sql, value(number), "', 1)"_sql));
@@ -333,19 +327,19 @@ TEST_F(CustomerJobs, TheProofListsItsFindingsInOrderAndTakesTheWorst) {
 
 TEST_F(CustomerJobs, TheProofComparesOnlyWhatTheJobSpeaksOf) {
   erp.setOption("KundeAdressProof", "1");
-  TableFiller(connection(), "Kundenstamm")
+  erp::TableFiller(connection(), "Kundenstamm")
       .add({{"Kundennummer", "70001"}, {"Bez1", "Alt"}, {"Strasse", "Kai 1"}, {"Ort", "Kiel"}});
   stageCustomer("J1", "70001");
   connection().execute(sql("Update ImportKopf Set Bez1 = Null, Strasse = '', PLZ = Null, Ort = 'Kiel'"_sql));
-  EXPECT_EQ(engine.proveCustomerJob("J1").text, "Strasse ist nicht identisch: '' / 'Kai 1'\r\n");
+  EXPECT_EQ(engine.proveCustomerJob("J1").text(), "Strasse ist nicht identisch: '' / 'Kai 1'\r\n");
 }
 
 // Hints.
 
 TEST_F(CustomerJobs, WhatAJobEmptiesAndCannotStoreIsAHintThatChangesNothing) {
   erp.setOption("AutomatischVerarbeiten", "1");
-  TableFiller(connection(), "Währungen").add({{"Währung", "USD"}, {"Wechselkurs", 1.1}});
-  TableFiller(connection(), "Kundenstamm")
+  erp::TableFiller(connection(), "Währungen").add({{"Währung", "USD"}, {"Wechselkurs", 1.1}});
+  erp::TableFiller(connection(), "Kundenstamm")
       .add({{"Kundennummer", "70001"},
             {"Telefon", "040 1"},
             {"Ort", "Kiel"},
@@ -360,17 +354,18 @@ TEST_F(CustomerJobs, WhatAJobEmptiesAndCannotStoreIsAHintThatChangesNothing) {
     job.Kreditinstitut = "Hafenbank";
     job.VS_Bez1 = "Lager";
   });
-  const Hints expected{"Im Kundenstamm geleert: Telefon '040 1', Preisliste 'A', Preistyp '1'",
-                       "Nicht in den Kundenstamm übernommen: Währung 'USD', Zahlungsweise 'M', "
-                       "Kreditinstitut 'Hafenbank'",
-                       "Die Versandanschrift hat keine Adressnummer und wird nicht gespeichert."};
+  const std::vector<std::string> expected{
+      "Im Kundenstamm geleert: Telefon '040 1', Preisliste 'A', Preistyp '1'",
+      "Nicht in den Kundenstamm übernommen: Währung 'USD', Zahlungsweise 'M', "
+      "Kreditinstitut 'Hafenbank'",
+      "Die Versandanschrift hat keine Adressnummer und wird nicht gespeichert."};
   const Findings findings = engine.checkJob("J1");
-  EXPECT_EQ(findings.hints, expected);
-  EXPECT_EQ(findings.status, CheckStatus::Clean);
-  EXPECT_EQ(findings.text, "");
+  EXPECT_EQ(findings.hints(), expected);
+  EXPECT_EQ(findings.status(), CheckStatus::Clean);
+  EXPECT_EQ(findings.text(), "");
   run();
   ASSERT_EQ(outcomes.size(), 1U);
-  EXPECT_EQ(outcomes[0].hints, expected);
+  EXPECT_EQ(outcomes[0].findings.hints(), expected);
   EXPECT_EQ(outcomes[0].status, "Erledigt");
   EXPECT_EQ(reasons("J1"), "");
   EXPECT_EQ(erp.text(sql("Select Memo0 From Protokollpositionen"_sql)),
@@ -379,7 +374,7 @@ TEST_F(CustomerJobs, WhatAJobEmptiesAndCannotStoreIsAHintThatChangesNothing) {
 }
 
 TEST_F(CustomerJobs, AJobThatKeepsTheMasterOrSaysTheSameHasNoHint) {
-  TableFiller(connection(), "Kundenstamm")
+  erp::TableFiller(connection(), "Kundenstamm")
       .add({{"Kundennummer", "70001"}, {"Telefon", "040 1"}, {"Währung", "CHF"}, {"ZahlungsbedSchl", "30"}});
   stageCustomer("J1", "70001", [](KundeFields& job) {
     job.Währung = "chf";
@@ -391,13 +386,13 @@ TEST_F(CustomerJobs, AJobThatKeepsTheMasterOrSaysTheSameHasNoHint) {
     job.VS_Bez1 = "Lager";
   });
   connection().execute(sql("Update ImportKopf Set Telefon = Null"_sql));
-  EXPECT_THAT(engine.checkJob("J1").hints, ElementsAre());
+  EXPECT_THAT(engine.checkJob("J1").hints(), ElementsAre());
 }
 
 TEST_F(CustomerJobs, ANewCustomerAbroadIsCreatedAsADomesticOneWithAHint) {
   const auto ofCountry = [&](const char* jobId, const char* country) {
     stageCustomer(jobId, jobId, [&](KundeFields& job) { job.Land = country; });
-    return engine.checkJob(jobId).hints;
+    return engine.checkJob(jobId).hints();
   };
   EXPECT_THAT(ofCountry("J1", "FR"),
               ElementsAre("Neukunde im Land 'FR' mit dem Steuermerkmal des Inlands (MwSt_KZ 'IN')."));
@@ -406,21 +401,21 @@ TEST_F(CustomerJobs, ANewCustomerAbroadIsCreatedAsADomesticOneWithAHint) {
 }
 
 TEST_F(CustomerJobs, TaxFreeCustomersNeedATaxNumberAndNetPrices) {
-  TableFiller(connection(), "Kundenstamm")
+  erp::TableFiller(connection(), "Kundenstamm")
       .add({{"Kundennummer", "70001"}, {"MwSt_KZ", "EU"}, {"Preistyp", 1}, {"Ort", "Lyon"}});
   const std::string noNumber = "Der Kunde ist steuerfrei (MwSt_KZ 'EU'), hat aber keine UstIdentNr.";
   const std::string gross = "Bruttopreise (Preistyp 1) bei einem Kunden, der nicht im Inland besteuert wird "
                             "(MwSt_KZ 'EU').";
   stageCustomer("J1", "70001");
   connection().execute(sql("Update ImportKopf Set Preistyp = Null"_sql));
-  EXPECT_THAT(engine.checkJob("J1").hints, ElementsAre(noNumber, gross));
+  EXPECT_THAT(engine.checkJob("J1").hints(), ElementsAre(noNumber, gross));
   connection().execute(sql("Update ImportKopf Set UstIdentNr = 'FR1'"_sql));
-  EXPECT_THAT(engine.checkJob("J1").hints, ElementsAre(gross));
+  EXPECT_THAT(engine.checkJob("J1").hints(), ElementsAre(gross));
   connection().execute(sql("Update Kundenstamm Set MwSt_KZ = 'DR'"_sql));
   connection().execute(sql("Update ImportKopf Set UstIdentNr = Null"_sql));
-  EXPECT_EQ(engine.checkJob("J1").hints.size(), 1U);
+  EXPECT_EQ(engine.checkJob("J1").hints().size(), 1U);
   connection().execute(sql("Update Kundenstamm Set MwSt_KZ = 'IN'"_sql));
-  EXPECT_THAT(engine.checkJob("J1").hints, ElementsAre());
+  EXPECT_THAT(engine.checkJob("J1").hints(), ElementsAre());
 }
 
 TEST_F(CustomerJobs, TheProofOfANewCustomerAcceptsItsOwnNumberAsAddress) {
@@ -430,10 +425,10 @@ TEST_F(CustomerJobs, TheProofOfANewCustomerAcceptsItsOwnNumberAsAddress) {
     job.RG_AdrNr = "7";
   });
   const Findings findings = engine.proveCustomerJob("J1");
-  EXPECT_EQ(findings.status, CheckStatus::Error);
-  EXPECT_EQ(findings.text, "RG_KdNr ist nicht angelegt\r\n");
+  EXPECT_EQ(findings.status(), CheckStatus::Error);
+  EXPECT_EQ(findings.text(), "RG_KdNr ist nicht angelegt\r\n");
   EXPECT_EQ(jobType("J1"), 10);
-  EXPECT_EQ(engine.proveCustomerJob("unbekannt").status, CheckStatus::Clean);
+  EXPECT_EQ(engine.proveCustomerJob("unbekannt").status(), CheckStatus::Clean);
 }
 
 TEST_F(CustomerJobs, AnAddressThatTheJobBringsAlongIsCreatedWhetherOrNotItNamesItsOwner) {

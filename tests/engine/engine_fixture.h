@@ -1,6 +1,7 @@
 // A standalone ERP with an engine object, and staged jobs in a line each.
 #pragma once
 
+#include "adapters/sqlite/sqlite_database.h"
 #include "engine/import_job_object2.h"
 #include "store/entry_objects.h"
 #include "store/staging_writer.h"
@@ -38,6 +39,25 @@ protected:
         sql("Update ImportKopf Set ProcessWarning = 1 Where JobID = '"_sql, value(jobId), "'"_sql));
   }
   Connection& connection() { return *erp.environment.connection; }
+  /// A connection of a host to the same file: its work is not the component's to begin and end.
+  std::shared_ptr<Connection> hostConnection() {
+    return SqliteDatabase::openAsHost(connection().connectionString());
+  }
+  void becomeHost() { erp.environment.connection = hostConnection(); }
+  /// Lets the database refuse an event, as in "INSERT ON Belegindex", until `allow`; and take the unit of
+  /// work along if so told.
+  template <class Event, class Reason>
+  void refuse(Event event, Reason reason, bool takesTheUnitAlong = false) {
+    refused_.push_back("refused" + std::to_string(refused_.size()));
+    connection().execute(sql("CREATE TRIGGER "_sql, name(refused_.back()), " BEFORE "_sql, event)
+                             .append(takesTheUnitAlong
+                                         ? sql(" BEGIN SELECT RAISE(ROLLBACK, "_sql, reason, "); END"_sql)
+                                         : sql(" BEGIN SELECT RAISE(ABORT, "_sql, reason, "); END"_sql)));
+  }
+  void allow() {
+    for (const std::string& trigger : refused_) connection().execute(sql("DROP TRIGGER "_sql, name(trigger)));
+    refused_.clear();
+  }
   Value field(std::string_view jobId, ColumnName column) {
     return connection()
         .open(sql("Select * From ImportKopf Where JobID = '"_sql, value(jobId), "'"_sql))
@@ -64,6 +84,14 @@ protected:
       lines.push_back(rows->text("Text0") + "|" + rows->text("Text1") + "|" + rows->text("Text2"));
     return lines;
   }
+  /// Stages the customers 70001 to 70000 + count as J1, J2...
+  void stageMany(int count) {
+    WorkUnit unit(connection());
+    for (int i = 1; i <= count; ++i) stageCustomer("J" + std::to_string(i), std::to_string(70000 + i));
+    unit.commit();
+  }
+  /// How many customer jobs are done.
+  std::int64_t done() { return count(sql("Select Count(*) From ImportKopf Where JobType = 13"_sql)); }
   bool run(qxProcessState selection = qxProcessState::ProcessAll, bool unevaluated = false) {
     outcomes.clear();
     return engine.ProcessJobs(unevaluated, selection);
@@ -74,6 +102,9 @@ protected:
   ImportJobObject2 engine;
   Subscription subscription;
   std::vector<JobOutcome> outcomes;
+
+private:
+  std::vector<std::string> refused_;
 };
 
 } // namespace qx

@@ -52,7 +52,7 @@ std::string counts(const RunReport& report) {
 
 std::string joined(const Findings& findings) {
   std::string all;
-  for (const std::string& finding : findings.list) all += finding + ";";
+  for (const std::string& finding : findings.texts()) all += finding + ";";
   return all;
 }
 
@@ -430,8 +430,7 @@ protected:
     contract.Vertragsart = "W";
     contract.Zustand = "I";
     writeStaged(connection(), static_cast<const VertragFields&>(contract));
-    stageOrder("O1");
-    stagePosition("O1", 1, "A100", 2);
+    stageOrderOf("O1", "A100", 2);
     unit.commit();
     erp.diagnostics.entries.clear();
   }

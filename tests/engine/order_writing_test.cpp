@@ -1,8 +1,6 @@
 // What a run writes for an order, and what it takes back when one fails.
 #include "order_fixture.h"
 
-#include "adapters/sqlite/sqlite_database.h"
-
 #include <gmock/gmock.h>
 
 #include <array>
@@ -94,8 +92,7 @@ TEST_F(OrderWriting, AnOrderIsWrittenWithTotalsIndexAndStamps) {
 
 TEST_F(OrderWriting, PricesThatContainTheTaxHaveItTakenOut) {
   connection().execute(sql("Update Kundenstamm Set Preistyp = 1, Auftragsrabatt = 0"_sql));
-  stageOrder("O1");
-  stagePosition("O1", 1, "A100", 2);
+  stageOrderOf("O1", "A100", 2);
   run();
   // 20.00 with 19 % inside: 20 * 19 / 119 = 3.1933.
   EXPECT_EQ(order()->value("Gesamtbrutto"), Value(money("20")));
@@ -135,15 +132,14 @@ TEST_F(OrderWriting, ALongTextFollowsItsLineWithoutAnAmount) {
 }
 
 TEST_F(OrderWriting, ReturnsAreWrittenWithTheirSign) {
-  stageOrder("O1");
-  stagePosition("O1", 1, "B200", -2);
+  stageOrderOf("O1", "B200", -2);
   run();
   EXPECT_EQ(order()->value("Gesamtnetto"), Value(money("-9.98")));
   EXPECT_EQ(order()->value("GesamtMwSt"), Value(money("-0.7")));
 }
 
 TEST_F(OrderWriting, AddressBlocksComeWholeFromOnePlace) {
-  TableFiller(connection(), "Adressenstamm")
+  erp::TableFiller(connection(), "Adressenstamm")
       .add({{"Kundennummer", "20001"}, {"Adressnummer", "7"}, {"Bez1", "Lager Nord"}, {"Ort", "Kiel"}});
   stageOrder("O1", [](AuftragFields& job) {
     job.VS_AdrNr = "7";
@@ -158,7 +154,7 @@ TEST_F(OrderWriting, AddressBlocksComeWholeFromOnePlace) {
 }
 
 TEST_F(OrderWriting, AOneTimeCustomerIsNamedByTheJob) {
-  TableFiller(connection(), "Kundenstamm")
+  erp::TableFiller(connection(), "Kundenstamm")
       .add({{"Kundennummer", "14888"}, {"Bez1", "Barverkauf"}, {"Ort", "Hier"}});
   stageOrder("O1", [](AuftragFields& job) {
     job.Kundennummer = "14888";
@@ -174,8 +170,8 @@ TEST_F(OrderWriting, AOneTimeCustomerIsNamedByTheJob) {
 }
 
 TEST_F(OrderWriting, EachFailureEndsItsOrderWithOneSentenceAndNothingElse) {
-  TableFiller(connection(), "Kundenstamm").add({{"Kundennummer", "20009"}, {"Liefersperre", true}});
-  TableFiller(connection(), "Kundenstamm").add({{"Kundennummer", "20010"}, {"MwSt_KZ", "??"}});
+  erp::TableFiller(connection(), "Kundenstamm").add({{"Kundennummer", "20009"}, {"Liefersperre", true}});
+  erp::TableFiller(connection(), "Kundenstamm").add({{"Kundennummer", "20010"}, {"MwSt_KZ", "??"}});
   struct Case {
     std::string key;
     std::string article;
@@ -212,8 +208,7 @@ TEST_F(OrderWriting, EachFailureEndsItsOrderWithOneSentenceAndNothingElse) {
     stageOrder(each.key, each.change);
     if (!each.article.empty()) stagePosition(each.key, 1, each.article, 1);
   }
-  stageOrder("OK");
-  stagePosition("OK", 1, "A100", 1);
+  stageOrderOf("OK");
   // Without the check, so that the writing itself has to refuse.
   run(qxProcessState::ProcessAufträge, true);
   for (const Case& each : cases) {
@@ -230,10 +225,8 @@ TEST_F(OrderWriting, EachFailureEndsItsOrderWithOneSentenceAndNothingElse) {
 }
 
 TEST_F(OrderWriting, ACostAssignmentThatIsNoNumberOfTheErpFailsTheOrder) {
-  stageOrder("BIG");
-  stagePosition("BIG", 1, "A100", 1);
-  stageOrder("HALF");
-  stagePosition("HALF", 1, "A100", 1);
+  stageOrderOf("BIG");
+  stageOrderOf("HALF");
   connection().execute(sql("Update ImportPos Set KostID = 99999999999 Where JobID = 'BIG'"_sql));
   connection().execute(sql("Update ImportPos Set KostID = 1.5 Where JobID = 'HALF'"_sql));
   run(qxProcessState::ProcessAufträge, true);
@@ -244,21 +237,15 @@ TEST_F(OrderWriting, ACostAssignmentThatIsNoNumberOfTheErpFailsTheOrder) {
 
 TEST_F(OrderWriting, WithoutAnActiveRangeThereIsNoNumber) {
   connection().execute(sql("Update Nummernkreise Set Aktiviert = 0"_sql));
-  stageOrder("O1");
-  stagePosition("O1", 1, "A100", 1);
+  stageOrderOf("O1");
   run();
   EXPECT_EQ(reasons("O1"), "Es konnte keine Auftragsnummer ermittelt werden.");
   EXPECT_EQ(drawn(), 0);
 }
 
 TEST_F(OrderWriting, ARefusedLineTakesTheWholeOrderAndItsNumberBack) {
-  connection().execute(
-      sql("CREATE TRIGGER refuse BEFORE INSERT ON Auftragspos WHEN new.Artikelnummer = 'B200' "
-          "BEGIN SELECT RAISE(ABORT, 'Zeile gesperrt'); END"_sql));
-  for (const char* key : {"O1", "O2"}) {
-    stageOrder(key);
-    stagePosition(key, 1, "A100", 1);
-  }
+  refuse("INSERT ON Auftragspos WHEN new.Artikelnummer = 'B200'"_sql, "'Zeile gesperrt'"_sql);
+  for (const char* key : {"O1", "O2"}) stageOrderOf(key);
   stagePosition("O1", 2, "B200", 1);
   run();
   EXPECT_EQ(reasons("O1"), "Zeile gesperrt");
@@ -269,13 +256,10 @@ TEST_F(OrderWriting, ARefusedLineTakesTheWholeOrderAndItsNumberBack) {
 }
 
 TEST_F(OrderWriting, OnAHostsConnectionTheSameIsDeletedAndTheNumberGivenBack) {
-  connection().execute(
-      sql("CREATE TRIGGER refuse BEFORE INSERT ON Auftragspos WHEN new.Artikelnummer = 'B200' "
-          "BEGIN SELECT RAISE(ABORT, 'Zeile gesperrt'); END"_sql));
-  stageOrder("O1");
-  stagePosition("O1", 1, "A100", 1);
+  refuse("INSERT ON Auftragspos WHEN new.Artikelnummer = 'B200'"_sql, "'Zeile gesperrt'"_sql);
+  stageOrderOf("O1");
   stagePosition("O1", 2, "B200", 1);
-  erp.environment.connection = SqliteDatabase::openAsHost(connection().connectionString());
+  becomeHost();
   run();
   EXPECT_EQ(jobType("O1"), 32);
   EXPECT_EQ(orders(), 0);
@@ -285,30 +269,29 @@ TEST_F(OrderWriting, OnAHostsConnectionTheSameIsDeletedAndTheNumberGivenBack) {
 
 TEST_F(OrderWriting, WhicheverOfTheLastStepsFailsTheWholeOrderIsTakenBack) {
   struct Case {
-    Sql trigger;
+    std::function<void()> refusal;
     const char* reason;
   };
   const std::array cases{
-      Case{sql("CREATE TRIGGER refuse BEFORE INSERT ON Belegindex "
-               "BEGIN SELECT RAISE(ABORT, 'kein Index'); END"_sql),
-           "kein Index"},
-      Case{sql("CREATE TRIGGER refuse BEFORE UPDATE OF KundeSeit ON Kundenstamm WHEN new.KundeSeit Is Not "
-               "Null BEGIN SELECT RAISE(ABORT, 'kein Stempel'); END"_sql),
+      Case{[this] { refuse("INSERT ON Belegindex"_sql, "'kein Index'"_sql); }, "kein Index"},
+      Case{[this] {
+             refuse("UPDATE OF KundeSeit ON Kundenstamm WHEN new.KundeSeit Is Not Null"_sql,
+                    "'kein Stempel'"_sql);
+           },
            "kein Stempel"},
-      Case{sql("CREATE TRIGGER refuse BEFORE UPDATE ON ImportKopf WHEN new.JobType = 33 "
-               "BEGIN SELECT RAISE(ABORT, 'nie fertig'); END"_sql),
+      Case{[this] { refuse("UPDATE ON ImportKopf WHEN new.JobType = 33"_sql, "'nie fertig'"_sql); },
            "nie fertig"}};
   const auto own = erp.environment.connection;
   for (const bool host : {false, true}) {
     for (const Case& each : cases) {
       const std::string key = std::string(each.reason) + (host ? " host" : "");
-      own->execute(each.trigger);
+      each.refusal();
       stageOrder(key, [](AuftragFields& job) {
         job.IndFild2 = "Spur";
         job.Bemerkung = "eilt";
       });
       stagePosition(key, 1, "A100", 1);
-      if (host) erp.environment.connection = SqliteDatabase::openAsHost(own->connectionString());
+      if (host) becomeHost();
       EXPECT_TRUE(run()) << key;
       erp.environment.connection = own;
       EXPECT_EQ(engine.lastRun().error, 1U) << key;
@@ -321,15 +304,14 @@ TEST_F(OrderWriting, WhicheverOfTheLastStepsFailsTheWholeOrderIsTakenBack) {
       EXPECT_EQ(drawn(), 0) << key;
       EXPECT_TRUE(customer("20001", "KundeSeit").isNull()) << key;
       EXPECT_TRUE(customer("20001", "Ind_Text2").isNull()) << key;
-      own->execute(sql("DROP TRIGGER refuse"_sql));
+      allow();
     }
   }
 }
 
 TEST_F(OrderWriting, AnOrderWhosePaymentCannotBeLookedUpFailsOnceAndForAll) {
   connection().execute(sql("ALTER TABLE Zahlungsarten DROP COLUMN Kurztext"_sql));
-  stageOrder("O1");
-  stagePosition("O1", 1, "A100", 1);
+  stageOrderOf("O1");
   ASSERT_TRUE(run());
   EXPECT_EQ(engine.lastRun().error, 1U);
   EXPECT_EQ(jobType("O1"), 32);
@@ -339,13 +321,10 @@ TEST_F(OrderWriting, AnOrderWhosePaymentCannotBeLookedUpFailsOnceAndForAll) {
 }
 
 TEST_F(OrderWriting, AStepThatCannotBeTakenBackOnAHostsConnectionKeepsNoOther) {
-  connection().execute(sql("CREATE TRIGGER unfinished BEFORE UPDATE ON ImportKopf WHEN new.JobType = 33 "
-                           "BEGIN SELECT RAISE(ABORT, 'nie fertig'); END"_sql));
-  connection().execute(sql("CREATE TRIGGER kept BEFORE DELETE ON Belegindex "
-                           "BEGIN SELECT RAISE(ABORT, 'bleibt'); END"_sql));
-  stageOrder("O1");
-  stagePosition("O1", 1, "A100", 1);
-  erp.environment.connection = SqliteDatabase::openAsHost(connection().connectionString());
+  refuse("UPDATE ON ImportKopf WHEN new.JobType = 33"_sql, "'nie fertig'"_sql);
+  refuse("DELETE ON Belegindex"_sql, "'bleibt'"_sql);
+  stageOrderOf("O1");
+  becomeHost();
   run();
   EXPECT_EQ(reasons("O1"), "nie fertig");
   EXPECT_EQ(orders(), 0);
@@ -370,10 +349,8 @@ TEST_F(OrderWriting, AnOrderIsRecordedAlikeWhateverItsFailureCameFrom) {
                   [](AuftragsPosFields& position) { position.Preis = 4.5; });
   }
   connection().execute(sql("Delete From Verkaufspreise"_sql));
-  connection().execute(sql("CREATE TRIGGER lost BEFORE INSERT ON Auftragskopf WHEN new.Betreff = 'LOST' "
-                           "BEGIN SELECT RAISE(ROLLBACK, 'zurück'); END"_sql));
-  connection().execute(sql("CREATE TRIGGER refuse BEFORE INSERT ON Auftragskopf "
-                           "WHEN new.Betreff = 'REFUSED' BEGIN SELECT RAISE(ABORT, 'gesperrt'); END"_sql));
+  refuse("INSERT ON Auftragskopf WHEN new.Betreff = 'LOST'"_sql, "'zurück'"_sql, true);
+  refuse("INSERT ON Auftragskopf WHEN new.Betreff = 'REFUSED'"_sql, "'gesperrt'"_sql);
   connection().execute(sql("Update ImportKopf Set JobType = 31 Where JobID = 'CHECK'"_sql));
   run(qxProcessState::ProcessAufträge, true);
   connection().execute(sql("Update ImportKopf Set JobType = 30 Where JobID = 'CHECK'"_sql));
@@ -399,10 +376,10 @@ TEST_F(OrderWriting, AnOrderIsRecordedAlikeWhateverItsFailureCameFrom) {
 
 TEST_F(OrderWriting, ARangeWithoutAWholeNumberFailsItsOrdersAndNoOthers) {
   connection().execute(sql("Update Nummernkreise Set aktuellerWert = 'abc'"_sql));
-  TableFiller(connection(), "Nummernkreise")
+  erp::TableFiller(connection(), "Nummernkreise")
       .add({{"NSchl", "AB"}, {"Buchungskreis", 2}, {"Aktiviert", true}, {"aktuellerWert", 500}});
-  TableFiller(connection(), "Vertreter").add({{"VertreterNr", "2"}});
-  TableFiller(connection(), "Kundenstamm").add({{"Kundennummer", "14999"}, {"Preisliste", "A"}});
+  erp::TableFiller(connection(), "Vertreter").add({{"VertreterNr", "2"}});
+  erp::TableFiller(connection(), "Kundenstamm").add({{"Kundennummer", "14999"}, {"Preisliste", "A"}});
   stageOrder("O1");
   stageOrder("O2", [](AuftragFields& job) {
     job.Kundennummer = "14999";
@@ -429,7 +406,7 @@ TEST_F(OrderWriting, AnAmountOrSumThatDoesNotFitFailsAndLeavesNothingOnAHostsCon
         position.Preis = key == std::string_view("SUM") ? 9e14 : 1e15;
       });
   }
-  erp.environment.connection = SqliteDatabase::openAsHost(connection().connectionString());
+  becomeHost();
   run();
   EXPECT_THAT(reasons("SUM"), HasSubstr("Die Summe des Auftrags ist zu groß."));
   EXPECT_THAT(reasons("PRICE"), HasSubstr("Der Preis: '1000000000000000,00' ist zu groß."));
@@ -456,8 +433,7 @@ TEST_F(OrderWriting, NumbersBeyondAllSenseAreNamedAndNotWritten) {
       {"6", sql("KostID"_sql), 4294967297.0, "Die Kostenzuordnung: '4294967297' ist keine gültige Nummer."}};
   connection().execute(sql("Delete From Verkaufspreise"_sql));
   for (const Case& each : cases) {
-    stageOrder(each.key);
-    stagePosition(each.key, 1, "A100", 1);
+    stageOrderOf(each.key);
     const auto position =
         connection().open(sql("Select * From ImportPos Where JobID = '"_sql, value(each.key), "'"_sql));
     position->set(ColumnName(each.column.text()), Value(each.number));
@@ -473,17 +449,15 @@ TEST_F(OrderWriting, NumbersBeyondAllSenseAreNamedAndNotWritten) {
 
 TEST_F(OrderWriting, ANumberOfAHeadersCostAssignmentThatDoesNotFitIsNamed) {
   erp.setOption("KostenzuordnungAuftrag", "1");
-  TableFiller(connection(), "Kostenzuordnung").add({{"KostID", 1}, {"Kostenstelle", "S1"}});
-  stageOrder("O1");
-  stagePosition("O1", 1, "A100", 1);
+  erp::TableFiller(connection(), "Kostenzuordnung").add({{"KostID", 1}, {"Kostenstelle", "S1"}});
+  stageOrderOf("O1");
   connection().execute(sql("Update ImportKopf Set KostID = 4294967297"_sql));
   run();
   EXPECT_EQ(reasons("O1"), "Die Kostenzuordnung: '4294967297' ist keine gültige Nummer.");
 }
 
 TEST_F(OrderWriting, PositionsWithoutKeysHavePricesOfTheirOwn) {
-  stageOrder("O1");
-  stagePosition("O1", 1, "A100", 1);
+  stageOrderOf("O1");
   stagePosition("O1", 2, "B200", 1);
   stagePosition("O1", 3, "A100", 10);
   stagePosition("O1", 4, "A100", 1, [](AuftragsPosFields& position) { position.Mengeneinheit = "PAL"; });
@@ -500,14 +474,10 @@ TEST_F(OrderWriting, PositionsWithoutKeysHavePricesOfTheirOwn) {
 TEST_F(OrderWriting, ANumberInUseIsToldWithItsCircleAndTheOtherOrderStays) {
   connection().execute(sql("Insert Into Auftragskopf (Auftragsnummer) Values (1)"_sql));
   connection().execute(sql("Insert Into Auftragspos (Auftragsnummer, Positionsnummer) Values (1, 7)"_sql));
-  const auto staged = [this](const char* key) {
-    stageOrder(key);
-    stagePosition(key, 1, "A100", 1);
-  };
-  staged("OWN");
+  stageOrderOf("OWN");
   run();
-  staged("HOST");
-  erp.environment.connection = SqliteDatabase::openAsHost(connection().connectionString());
+  stageOrderOf("HOST");
+  becomeHost();
   run();
   for (const char* key : {"OWN", "HOST"})
     EXPECT_EQ(reasons(key), "Die Auftragsnummer: '1' im Buchungskreis '1' ist bereits vergeben. "
@@ -526,10 +496,8 @@ TEST_F(OrderWriting, AnOrderFindsTheCustomerOfTheSameRun) {
 }
 
 TEST_F(OrderWriting, PlainAndAccessoryOrdersCanBeTakenApart) {
-  stageOrder("P");
-  stagePosition("P", 1, "A100", 1);
-  stageOrder("Z");
-  stagePosition("Z", 1, "A100", 1);
+  stageOrderOf("P");
+  stageOrderOf("Z");
   stagePosition("Z", 2, "Z300", 1);
   run(qxProcessState::ProcessZubehör);
   EXPECT_EQ(jobType("P"), 30);
@@ -608,10 +576,7 @@ TEST_F(OrderWriting, NumbersOfTheOptionsThatNobodyCanReadAreNotUsed) {
   erp.setOption("VAKunde", "PO");
   erp.setOption("FrachtGebuehr", "GEBUEHR");
   erp.setOption("MinGebuehr", "reichlich");
-  for (const char* key : {"O1", "O2"}) {
-    stageOrder(key);
-    stagePosition(key, 1, "A100", 1);
-  }
+  for (const char* key : {"O1", "O2"}) stageOrderOf(key);
   run();
   EXPECT_EQ(count(sql("Select Count(*) From Auftragskopf Where Versandart = 'PO'"_sql)), 2);
   EXPECT_EQ(
@@ -630,7 +595,7 @@ TEST_F(OrderWriting, BinaryRemaindersDecideNoLimit) {
     std::int32_t number = 0;
     for (const double weight : weights) {
       const std::string article = std::string(key) + std::to_string(++number);
-      TableFiller(connection(), "Artikelstamm")
+      erp::TableFiller(connection(), "Artikelstamm")
           .add({{"Artikelnummer", article}, {"MwSt_KZ", "V"}, {"Gewicht", weight}, {"Mengeneinheit", "ST"}});
       stagePosition(key, number, article, 1);
     }
@@ -662,8 +627,7 @@ TEST_F(OrderWriting, HeavyCashOnDeliveryOrdersAreAnnouncedOnce) {
     stageOrder(key, [](AuftragFields& job) { job.Zahlungsart = "NN"; });
     stagePosition(key, 1, "A100", quantity);
   }
-  stageOrder("O4");
-  stagePosition("O4", 1, "A100", 50);
+  stageOrderOf("O4", "A100", 50);
   run();
   ASSERT_EQ(erp.desktop.shown.size(), 1U);
   // 30 and 50 kg are heavy, 27.5 kg is not, and the last one pays by invoice.
@@ -673,7 +637,7 @@ TEST_F(OrderWriting, HeavyCashOnDeliveryOrdersAreAnnouncedOnce) {
 
 TEST_F(OrderWriting, CostAssignmentsAreCompletedFromJobAndCustomer) {
   erp.setOption("KostenzuordnungAuftrag", "1");
-  TableFiller costs(connection(), "Kostenzuordnung");
+  erp::TableFiller costs(connection(), "Kostenzuordnung");
   costs.add({{"KostID", 1}, {"Kostenstelle", "S1"}});
   costs.add({{"KostID", 2}, {"Kostentraeger", "T2"}});
   costs.add({{"KostID", 3}, {"Kostenstelle", "S9"}, {"Kostentraeger", "T9"}});

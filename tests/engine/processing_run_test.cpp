@@ -20,15 +20,7 @@ using ::testing::IsEmpty;
 using ::testing::Not;
 using ::testing::StartsWith;
 
-class Run : public EngineTest {
-protected:
-  void stageMany(int count) {
-    WorkUnit unit(connection());
-    for (int i = 1; i <= count; ++i) stageCustomer("J" + std::to_string(i), std::to_string(70000 + i));
-    unit.commit();
-  }
-  std::int64_t done() { return count(sql("Select Count(*) From ImportKopf Where JobType = 13"_sql)); }
-};
+class Run : public EngineTest {};
 
 TEST_F(Run, CustomersAreTakenInTextOrderOfTheirNumberWithRoundedProgress) {
   const std::array<const char*, 8> numbers{"2", "10", "1", "3", "4", "5", "6", "7"};
@@ -126,9 +118,7 @@ TEST_F(Run, WhileAnOrderIsBeingReadInNothingHappens) {
 
 TEST_F(Run, OneRefusedSaveOfManyFailsItsJobAlone) {
   stageMany(250);
-  connection().execute(
-      sql("CREATE TRIGGER refuse BEFORE INSERT ON Kundenstamm WHEN new.Kundennummer = '70123' "
-          "BEGIN SELECT RAISE(ABORT, 'Satz gesperrt'); END"_sql));
+  refuse("INSERT ON Kundenstamm WHEN new.Kundennummer = '70123'"_sql, "'Satz gesperrt'"_sql);
   EXPECT_TRUE(run());
   EXPECT_EQ(done(), 249);
   EXPECT_EQ(jobType("J123"), 12);
@@ -139,8 +129,7 @@ TEST_F(Run, OneRefusedSaveOfManyFailsItsJobAlone) {
 
 TEST_F(Run, AJobThatTakesTheWholeUnitWithItFailsAloneAndItsNeighboursAreWrittenOnce) {
   stageMany(130);
-  connection().execute(sql("CREATE TRIGGER lose BEFORE INSERT ON Kundenstamm WHEN new.Kundennummer = '70042' "
-                           "BEGIN SELECT RAISE(ROLLBACK, 'alles verloren'); END"_sql));
+  refuse("INSERT ON Kundenstamm WHEN new.Kundennummer = '70042'"_sql, "'alles verloren'"_sql, true);
   EXPECT_TRUE(run());
   EXPECT_EQ(done(), 129);
   EXPECT_EQ(jobType("J42"), 12);
@@ -153,8 +142,7 @@ TEST_F(Run, AJobThatTakesTheWholeUnitWithItFailsAloneAndItsNeighboursAreWrittenO
 
 TEST_F(Run, AProtocolLineThatCannotBeWrittenTakesNothingBack) {
   stageMany(3);
-  connection().execute(sql("CREATE TRIGGER refuse BEFORE INSERT ON Protokollpositionen "
-                           "BEGIN SELECT RAISE(ABORT, 'Protokoll voll'); END"_sql));
+  refuse("INSERT ON Protokollpositionen"_sql, "'Protokoll voll'"_sql);
   EXPECT_TRUE(run());
   EXPECT_EQ(done(), 3);
   EXPECT_EQ(engine.lastRun().protocolErrors, 3U);
@@ -343,7 +331,7 @@ TEST_F(Run, TheDayDecidesWhichProtocolIsUsed) {
 
 TEST_F(Run, OnAHostsConnectionTheRunWorksWithoutUnitsOfItsOwn) {
   stageMany(3);
-  erp.environment.connection = SqliteDatabase::openAsHost(connection().connectionString());
+  becomeHost();
   EXPECT_TRUE(run());
   EXPECT_EQ(done(), 3);
   EXPECT_EQ(outcomes.size(), 3U);

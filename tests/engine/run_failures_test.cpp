@@ -2,12 +2,11 @@
 // and when memory is short; and that the next run completes what was left.
 #include "order_fixture.h"
 
-#include "adapters/sqlite/sqlite_database.h"
+#include "support/failing_components.h"
 
 #include <gmock/gmock.h>
 
 #include <map>
-#include <new>
 
 namespace qx {
 namespace {
@@ -20,21 +19,12 @@ using ::testing::UnorderedElementsAre;
 
 class RunFailures : public OrderTest {
 protected:
-  void stageMany(int count) {
-    WorkUnit unit(connection());
-    for (int i = 1; i <= count; ++i) stageCustomer("J" + std::to_string(i), std::to_string(70000 + i));
-    unit.commit();
-  }
-  std::int64_t done() { return count(sql("Select Count(*) From ImportKopf Where JobType = 13"_sql)); }
   /// Numbers that have more than one customer, line or index entry.
   std::int64_t doubled() {
     return count(
         sql("Select (Select Count(*) From (Select 1 From Kundenstamm Group By Kundennummer Having "
             "Count(*) > 1)) + (Select Count(*) From (Select 1 From Protokollpositionen Where Text2 = "
             "'Erledigt' Group By Text1 Having Count(*) > 1))"_sql));
-  }
-  void becomeHost() {
-    erp.environment.connection = SqliteDatabase::openAsHost(connection().connectionString());
   }
   std::map<std::string, std::string> left() { return engine.lastRun().left; }
 };
@@ -45,12 +35,7 @@ TEST_F(RunFailures, AJobThatCannotBeMarkedIsLeftWaitingAndTheOthersAreWrittenOnc
     connection().execute(sql("Delete From Kundenstamm Where Kundennummer Like '7%'"_sql));
     connection().execute(sql("Delete From Protokollpositionen"_sql));
     stageMany(120);
-    if (takesTheUnitAlong)
-      connection().execute(sql("CREATE TRIGGER freeze BEFORE UPDATE ON ImportKopf WHEN new.JobID = 'J110' "
-                               "BEGIN SELECT RAISE(ROLLBACK, 'Vorgang gesperrt'); END"_sql));
-    else
-      connection().execute(sql("CREATE TRIGGER freeze BEFORE UPDATE ON ImportKopf WHEN new.JobID = 'J110' "
-                               "BEGIN SELECT RAISE(ABORT, 'Vorgang gesperrt'); END"_sql));
+    refuse("UPDATE ON ImportKopf WHEN new.JobID = 'J110'"_sql, "'Vorgang gesperrt'"_sql, takesTheUnitAlong);
     EXPECT_TRUE(run());
     EXPECT_EQ(engine.lastRun().end, RunEnd::Completed);
     EXPECT_THAT(left(), ElementsAre(std::pair("J110", "Vorgang gesperrt")));
@@ -65,7 +50,7 @@ TEST_F(RunFailures, AJobThatCannotBeMarkedIsLeftWaitingAndTheOthersAreWrittenOnc
     EXPECT_EQ(engine.strGlobalProcErr,
               "Die Datenbank lehnt es ab, den Vorgang 'J110' zu ändern: Vorgang gesperrt");
     EXPECT_THAT(erp.desktop.shown, IsEmpty());
-    connection().execute(sql("Drop Trigger freeze"_sql));
+    allow();
     EXPECT_TRUE(run());
     EXPECT_THAT(left(), IsEmpty());
     EXPECT_EQ(done(), 120);
@@ -76,8 +61,7 @@ TEST_F(RunFailures, AJobThatCannotBeMarkedIsLeftWaitingAndTheOthersAreWrittenOnc
 
 TEST_F(RunFailures, EvenATableThatRefusesEveryMarkEndsNoRun) {
   stageMany(3);
-  connection().execute(sql("CREATE TRIGGER freeze BEFORE UPDATE ON ImportKopf "
-                           "BEGIN SELECT RAISE(ABORT, 'nur lesen'); END"_sql));
+  refuse("UPDATE ON ImportKopf"_sql, "'nur lesen'"_sql);
   EXPECT_TRUE(run());
   EXPECT_EQ(left().size(), 3U);
   EXPECT_EQ(count(sql("Select Count(*) From Kundenstamm Where Kundennummer Like '7%'"_sql)), 0);
@@ -86,19 +70,16 @@ TEST_F(RunFailures, EvenATableThatRefusesEveryMarkEndsNoRun) {
 }
 
 TEST_F(RunFailures, OnAHostsConnectionAJobThatCannotBeMarkedIsLeftTheSameWay) {
-  stageOrder("O1");
-  stagePosition("O1", 1, "A100", 1);
-  stageOrder("O2");
-  stagePosition("O2", 1, "A100", 1);
-  connection().execute(sql("CREATE TRIGGER freeze BEFORE UPDATE ON ImportKopf WHEN new.JobID = 'O1' "
-                           "BEGIN SELECT RAISE(ABORT, 'zu kurz'); END"_sql));
+  stageOrderOf("O1");
+  stageOrderOf("O2");
+  refuse("UPDATE ON ImportKopf WHEN new.JobID = 'O1'"_sql, "'zu kurz'"_sql);
   becomeHost();
   EXPECT_TRUE(run());
   EXPECT_THAT(left(), ElementsAre(std::pair("O1", "zu kurz")));
   EXPECT_EQ(jobType("O1"), 30);
   EXPECT_EQ(jobType("O2"), 33);
   EXPECT_EQ(orders(), 1);
-  connection().execute(sql("Drop Trigger freeze"_sql));
+  allow();
   EXPECT_TRUE(run());
   EXPECT_EQ(jobType("O1"), 33);
   EXPECT_EQ(orders(), 2);
@@ -133,12 +114,8 @@ TEST_F(RunFailures, AJobThatDisappearsWhileItIsProcessedIsPassedOver) {
 
 TEST_F(RunFailures, ALineOrIndexEntryThatTakesTheJobAlongIsGivenUpAlone) {
   stageMany(5);
-  connection().execute(
-      sql("CREATE TRIGGER line BEFORE INSERT ON Protokollpositionen WHEN new.Text1 = '70002' "
-          "BEGIN SELECT RAISE(ROLLBACK, 'Zeile'); END"_sql));
-  connection().execute(
-      sql("CREATE TRIGGER entry BEFORE INSERT ON Adressindex WHEN new.Kundennummer = '70004' "
-          "BEGIN SELECT RAISE(ROLLBACK, 'Index'); END"_sql));
+  refuse("INSERT ON Protokollpositionen WHEN new.Text1 = '70002'"_sql, "'Zeile'"_sql, true);
+  refuse("INSERT ON Adressindex WHEN new.Kundennummer = '70004'"_sql, "'Index'"_sql, true);
   EXPECT_TRUE(run());
   EXPECT_EQ(done(), 5);
   EXPECT_EQ(engine.lastRun().done, 5U);
@@ -154,11 +131,8 @@ TEST_F(RunFailures, ALineOrIndexEntryThatTakesTheJobAlongIsGivenUpAlone) {
 
 TEST_F(RunFailures, AFailedJobKeepsItsMarkWhenItsLineTakesItAlong) {
   stageMany(3);
-  connection().execute(sql("CREATE TRIGGER lose BEFORE INSERT ON Kundenstamm WHEN new.Kundennummer = '70002' "
-                           "BEGIN SELECT RAISE(ROLLBACK, 'Satz'); END"_sql));
-  connection().execute(
-      sql("CREATE TRIGGER line BEFORE INSERT ON Protokollpositionen WHEN new.Text1 = '70002' "
-          "BEGIN SELECT RAISE(ROLLBACK, 'Zeile'); END"_sql));
+  refuse("INSERT ON Kundenstamm WHEN new.Kundennummer = '70002'"_sql, "'Satz'"_sql, true);
+  refuse("INSERT ON Protokollpositionen WHEN new.Text1 = '70002'"_sql, "'Zeile'"_sql, true);
   EXPECT_TRUE(run());
   EXPECT_EQ(done(), 2);
   EXPECT_EQ(jobType("J2"), 12);
@@ -179,8 +153,7 @@ TEST_F(RunFailures, AGroupThatIsLostUnnoticedIsTakenAgain) {
     Connection& connection_;
   } loser(connection());
   const Subscription handle = engine.subscribe(loser);
-  connection().execute(sql("CREATE TRIGGER lose BEFORE UPDATE ON Vertreter "
-                           "BEGIN SELECT RAISE(ROLLBACK, 'verloren'); END"_sql));
+  refuse("UPDATE ON Vertreter"_sql, "'verloren'"_sql, true);
   stageMany(3);
   EXPECT_TRUE(run());
   EXPECT_EQ(done(), 3);
@@ -196,13 +169,12 @@ TEST_F(RunFailures, AReleasedJobThatCannotBeResetIsNamedAndTheRunGoesOn) {
   stageCustomer("J3", "70003");
   release("R1");
   release("R2");
-  connection().execute(sql("CREATE TRIGGER freeze BEFORE UPDATE ON ImportKopf WHEN old.JobID = 'R1' "
-                           "BEGIN SELECT RAISE(ROLLBACK, 'Vorgang gesperrt'); END"_sql));
+  refuse("UPDATE ON ImportKopf WHEN old.JobID = 'R1'"_sql, "'Vorgang gesperrt'"_sql, true);
   EXPECT_TRUE(run());
   EXPECT_THAT(left(), ElementsAre(std::pair("R1", "Vorgang gesperrt")));
   EXPECT_EQ(jobType("R1"), 12);
   EXPECT_EQ(done(), 2);
-  connection().execute(sql("Drop Trigger freeze"_sql));
+  allow();
   EXPECT_TRUE(run());
   EXPECT_EQ(done(), 3);
   EXPECT_THAT(protocol(),
@@ -210,9 +182,10 @@ TEST_F(RunFailures, AReleasedJobThatCannotBeResetIsNamedAndTheRunGoesOn) {
 }
 
 TEST_F(RunFailures, AContractThatCannotBePreparedFailsAndIsNotWrittenEmpty) {
-  TableFiller(connection(), "Vertragsarten").add({{"Vertragsart", "WA"}, {"Kurztext", "Wartung"}});
-  TableFiller(connection(), "Vertragsgegenstände").add({{"VertrGegenstandsNr", "G1"}, {"Bez", "Anlage"}});
-  TableFiller(connection(), "VertragsGegenständePos")
+  erp::TableFiller(connection(), "Vertragsarten").add({{"Vertragsart", "WA"}, {"Kurztext", "Wartung"}});
+  erp::TableFiller(connection(), "Vertragsgegenstände")
+      .add({{"VertrGegenstandsNr", "G1"}, {"Bez", "Anlage"}});
+  erp::TableFiller(connection(), "VertragsGegenständePos")
       .add({{"VertrGegenstandsNr", "G1"}, {"Vertragsart", "WA"}});
   const auto stage = [&](const char* key, const char* number) {
     Vertrag job(erp.environment);
@@ -237,12 +210,7 @@ TEST_F(RunFailures, AContractThatCannotBePreparedFailsAndIsNotWrittenEmpty) {
     connection().execute(sql("Delete From Protokollpositionen"_sql));
     stage("V1", "1");
     stage("V2", "2");
-    if (takesTheUnitAlong)
-      connection().execute(sql("CREATE TRIGGER keep BEFORE DELETE ON ImportPos WHEN old.JobID = 'V1' "
-                               "BEGIN SELECT RAISE(ROLLBACK, 'Position gesperrt'); END"_sql));
-    else
-      connection().execute(sql("CREATE TRIGGER keep BEFORE DELETE ON ImportPos WHEN old.JobID = 'V1' "
-                               "BEGIN SELECT RAISE(ABORT, 'Position gesperrt'); END"_sql));
+    refuse("DELETE ON ImportPos WHEN old.JobID = 'V1'"_sql, "'Position gesperrt'"_sql, takesTheUnitAlong);
     EXPECT_TRUE(run());
     EXPECT_EQ(jobType("V1"), 22);
     EXPECT_EQ(reasons("V1"), "Position gesperrt");
@@ -250,7 +218,7 @@ TEST_F(RunFailures, AContractThatCannotBePreparedFailsAndIsNotWrittenEmpty) {
     EXPECT_THAT(protocol(), ElementsAre("Vertrag|1|Fehler", "Vertrag|2|Erledigt"));
     EXPECT_EQ(erp.text(sql("Select Group_Concat(VertrGegenstandsNr) From Verträge"_sql)), "G1");
     EXPECT_EQ(erp.text(sql("Select Group_Concat(JobID) From ImportPos"_sql)), "V1");
-    connection().execute(sql("Drop Trigger keep"_sql));
+    allow();
     connection().execute(sql("Update ImportKopf Set JobType = 20 Where JobID = 'V1'"_sql));
     EXPECT_TRUE(run());
     EXPECT_EQ(jobType("V1"), 23);
@@ -261,8 +229,7 @@ TEST_F(RunFailures, AContractThatCannotBePreparedFailsAndIsNotWrittenEmpty) {
 TEST_F(RunFailures, AJobThatThePurgeCannotTakeAwayStaysAlone) {
   erp.setOption("KundeDelete", "1");
   stageMany(5);
-  connection().execute(sql("CREATE TRIGGER keep BEFORE DELETE ON ImportKopf WHEN old.JobID = 'J3' "
-                           "BEGIN SELECT RAISE(ROLLBACK, 'bleibt'); END"_sql));
+  refuse("DELETE ON ImportKopf WHEN old.JobID = 'J3'"_sql, "'bleibt'"_sql, true);
   EXPECT_TRUE(run());
   EXPECT_EQ(engine.lastRun().end, RunEnd::Completed);
   EXPECT_EQ(engine.lastRun().done, 5U);
@@ -285,8 +252,7 @@ TEST_F(RunFailures, AStopEndsThePurgeBeforeItsNextJob) {
 TEST_F(RunFailures, AProtocolThatCannotBeRemovedStaysWhole) {
   customerSpecific();
   stageCustomer("J1", "20001");
-  connection().execute(sql("CREATE TRIGGER keep BEFORE DELETE ON Protokolle "
-                           "BEGIN SELECT RAISE(ROLLBACK, 'bleibt'); END"_sql));
+  refuse("DELETE ON Protokolle"_sql, "'bleibt'"_sql, true);
   EXPECT_TRUE(run());
   EXPECT_EQ(engine.lastRun().protocolId, erp.text(sql("Select ID From Protokolle"_sql)));
   EXPECT_THAT(protocol(), ElementsAre("Kunden|20001|Erledigt"));
@@ -294,8 +260,7 @@ TEST_F(RunFailures, AProtocolThatCannotBeRemovedStaysWhole) {
 
 TEST_F(RunFailures, AProtocolWhoseIdentityCannotBeKeptCostsTheProtocolAlone) {
   stageMany(2);
-  connection().execute(sql("CREATE TRIGGER lose BEFORE INSERT ON Einstellungen WHEN new.Key = 'ProtoID' "
-                           "BEGIN SELECT RAISE(ROLLBACK, 'gesperrt'); END"_sql));
+  refuse("INSERT ON Einstellungen WHEN new.Key = 'ProtoID'"_sql, "'gesperrt'"_sql, true);
   EXPECT_TRUE(run());
   EXPECT_EQ(done(), 2);
   EXPECT_EQ(engine.lastRun().protocolId, "");
@@ -332,116 +297,32 @@ TEST_F(RunFailures, ARunWaitsForABusyDatabaseAlsoWhileItsProtocolIsMade) {
 
 // Memory that is short.
 
-/// The ERP's components, of which one raises for a certain text while it lasts.
-class ShortComponents final : public ErpComponents {
-public:
-  explicit ShortComponents(ErpComponents& erp) : erp_(erp) {}
-
-  std::string indexOf; ///< the customer whose index entry fails
-  std::string lineOf;  ///< the number whose protocol line fails
-  std::string priceOf; ///< the article whose price fails
-  bool versionShort = false;
-
-  std::shared_ptr<Session> createSession() override { return erp_.createSession(); }
-  std::unique_ptr<Einkaufspreisfindung> createEinkaufspreisfindung(Connection& connection) override {
-    return erp_.createEinkaufspreisfindung(connection);
-  }
-  std::unique_ptr<Version> createVersion() override {
-    if (versionShort) throw std::bad_alloc();
-    return erp_.createVersion();
-  }
-  std::unique_ptr<Profile> createProfile() override { return erp_.createProfile(); }
-  std::unique_ptr<FibuUebergabe> createFibuUebergabe() override { return erp_.createFibuUebergabe(); }
-  std::unique_ptr<Auskunft> createAuskunft() override { return erp_.createAuskunft(); }
-  std::unique_ptr<Adressindex> createAdressindex(Connection& connection) override {
-    struct Index final : Adressindex {
-      Index(std::unique_ptr<Adressindex> index, const std::string& shortAt)
-          : index_(std::move(index)), shortAt_(shortAt) {}
-      void CreateIndex(std::string_view customer, std::int16_t kind) override {
-        if (customer == shortAt_) throw std::bad_alloc();
-        index_->CreateIndex(customer, kind);
-      }
-      std::unique_ptr<Adressindex> index_;
-      const std::string& shortAt_;
-    };
-    return std::make_unique<Index>(erp_.createAdressindex(connection), indexOf);
-  }
-  std::unique_ptr<Protokoll> createProtokoll() override {
-    struct Lines final : Protokoll {
-      Lines(std::unique_ptr<Protokoll> lines, const std::string& shortAt)
-          : lines_(std::move(lines)), shortAt_(shortAt) {}
-      std::string CreateProtokoll(Connection& connection, std::string_view title, std::string_view kind,
-                                  std::string_view list) override {
-        return lines_->CreateProtokoll(connection, title, kind, list);
-      }
-      bool OpenProtokoll(Connection& connection, std::string_view id) override {
-        return lines_->OpenProtokoll(connection, id);
-      }
-      void AddNewRecord() override { lines_->AddNewRecord(); }
-      void SetField(int kind, int column, std::string_view value) override {
-        if (column == 1 && value == shortAt_) throw std::bad_alloc();
-        lines_->SetField(kind, column, value);
-      }
-      void UpdateRecord() override { lines_->UpdateRecord(); }
-      std::unique_ptr<Protokoll> lines_;
-      const std::string& shortAt_;
-    };
-    return std::make_unique<Lines>(erp_.createProtokoll(), lineOf);
-  }
-  std::unique_ptr<Preisfindung> createPreisfindung() override {
-    struct Prices final : Preisfindung {
-      Prices(std::unique_ptr<Preisfindung> prices, const std::string& shortAt)
-          : prices_(std::move(prices)), shortAt_(shortAt) {}
-      void setConnection(Connection& connection) override { prices_->setConnection(connection); }
-      void Init() override { prices_->Init(); }
-      void Init(Connection& connection) override { prices_->Init(connection); }
-      std::int32_t GetVKPreis(const PriceQuestion& question, SalesPrice& found) override {
-        if (question.article == shortAt_) throw std::bad_alloc();
-        return prices_->GetVKPreis(question, found);
-      }
-      double GetGesamtRabattWert(const StagedDiscounts& discounts, double amount) override {
-        return prices_->GetGesamtRabattWert(discounts, amount);
-      }
-      double GetGesamtRabattSatz(const StagedDiscounts& discounts) override {
-        return prices_->GetGesamtRabattSatz(discounts);
-      }
-      std::unique_ptr<Preisfindung> prices_;
-      const std::string& shortAt_;
-    };
-    return std::make_unique<Prices>(erp_.createPreisfindung(), priceOf);
-  }
-
-private:
-  ErpComponents& erp_;
-};
-
 class ShortMemory : public RunFailures {
 protected:
-  bool runShort() { return shortEngine.ProcessJobs(); }
+  ShortMemory() { world.fault.outOfMemory = true; }
 
-  ShortComponents components{erp.components};
-  Environment shortEnvironment{components,
-                               erp.desktop,
-                               erp.jobView,
-                               erp.clock,
-                               erp.guids,
-                               erp.localSettings,
-                               erp.iniFile,
-                               erp.diagnostics,
-                               erp.liveness,
-                               erp.database,
-                               erp.environment.session,
-                               ""};
-  ImportJobObject2 shortEngine{shortEnvironment};
+  bool runShort(const char* member, const char* only = "") {
+    world.fault.failing = member;
+    world.fault.only = only;
+    return shortEngine.ProcessJobs();
+  }
+
+  FailingWorld world{erp.environment};
+  ImportJobObject2 shortEngine{world.environment};
 };
 
 TEST_F(ShortMemory, EndsTheRunWithTheJobStillWaitingWhereverItIsShort) {
   stageMany(2);
-  stageOrder("O1");
-  stagePosition("O1", 1, "A100", 1);
-  for (std::string* place : {&components.indexOf, &components.lineOf, &components.priceOf}) {
-    *place = place == &components.priceOf ? "A100" : "70002";
-    EXPECT_FALSE(runShort());
+  stageOrderOf("O1");
+  struct Case {
+    const char* member;
+    const char* only;
+    int done;
+  };
+  for (const Case& each :
+       {Case{"Adressindex.CreateIndex", "70002", 0}, Case{"Protokoll.SetField", "70002", 0},
+        Case{"Preisfindung.GetVKPreis", "A100", 2}}) {
+    EXPECT_FALSE(runShort(each.member, each.only));
     EXPECT_EQ(shortEngine.lastRun().end, RunEnd::Broken);
     EXPECT_EQ(erp.desktop.shown.back().text,
               "Fehler bei der Verarbeitung: Der Arbeitsspeicher reicht nicht aus.");
@@ -449,14 +330,12 @@ TEST_F(ShortMemory, EndsTheRunWithTheJobStillWaitingWhereverItIsShort) {
     EXPECT_EQ(jobType("O1"), 30);
     EXPECT_EQ(reasons("O1"), "");
     EXPECT_EQ(reasons("J2"), "");
-    EXPECT_EQ(done(), place == &components.priceOf ? 2 : 0);
+    EXPECT_EQ(done(), each.done);
     EXPECT_EQ(orders(), 0);
-    place->clear();
   }
-  components.versionShort = true;
-  EXPECT_FALSE(runShort()) << "a component that is there but cannot be made is not taken for a missing one";
-  components.versionShort = false;
-  EXPECT_TRUE(runShort());
+  EXPECT_FALSE(runShort("ErpComponents.createVersion"))
+      << "a component that is there but cannot be made is not taken for a missing one";
+  EXPECT_TRUE(runShort(""));
   EXPECT_EQ(jobType("O1"), 33);
   EXPECT_THAT(protocol(),
               ElementsAre("Kunden|70001|Erledigt", "Kunden|70002|Erledigt", "Auftrag|1|Erledigt"));
@@ -469,9 +348,8 @@ TEST_F(ShortMemory, TheHeavyOrdersPaidOnDeliveryAreToldAlsoWhenTheRunBreaksOff) 
     stagePosition(key, 1, key == std::string_view("O1") ? "A100" : "B200", 50);
   }
   // A host's connection has no groups: the first order is durable when the second one ends the run.
-  shortEnvironment.connection = SqliteDatabase::openAsHost(connection().connectionString());
-  components.priceOf = "B200";
-  EXPECT_FALSE(runShort());
+  world.environment.connection = hostConnection();
+  EXPECT_FALSE(runShort("Preisfindung.GetVKPreis", "B200"));
   EXPECT_EQ(orders(), 1);
   EXPECT_EQ(erp.desktop.texts(),
             "Folgende Aufträge enthalten Zahlungsart Nachnahme und wiegen mehr als 28 KG: 1\n"

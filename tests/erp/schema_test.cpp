@@ -5,30 +5,51 @@
 #include "model/entry_records.h"
 #include "standalone_fixture.h"
 
-#include <map>
+#include <algorithm>
 #include <set>
+#include <vector>
 
-namespace qx {
+namespace qx::erp {
 namespace {
 
 using SchemaTest = StandaloneErpTest;
 
-template <class Table>
-std::string missingColumns(Recordset& rows, const Table& fields) {
-  std::string missing;
-  for (const auto& field : fields)
-    if (!field.column.empty() && !rows.hasField(ColumnName(field.column)))
-      missing += std::string(field.column) + " ";
-  return missing;
+bool holds(ColumnType column, FieldKind kind) {
+  switch (kind) {
+  case FieldKind::Int16:
+    return column == ColumnType::Small;
+  case FieldKind::Int32:
+    return column == ColumnType::Integer;
+  case FieldKind::Double:
+    return column == ColumnType::Double;
+  case FieldKind::Boolean:
+    return column == ColumnType::Boolean;
+  case FieldKind::Date:
+  case FieldKind::Text:
+    break;
+  }
+  return column == ColumnType::Text || column == ColumnType::Code;
 }
 
-TEST_F(SchemaTest, EveryStoredPropertyHasItsStagingColumn) {
-  const auto heads = database().open(sql("Select * From ImportKopf"_sql));
-  const auto positions = database().open(sql("Select * From ImportPos"_sql));
-  EXPECT_EQ(missingColumns(*heads, kundeFields), "");
-  EXPECT_EQ(missingColumns(*heads, vertragFields), "");
-  EXPECT_EQ(missingColumns(*heads, auftragFields), "");
-  EXPECT_EQ(missingColumns(*positions, auftragsPosFields), "");
+/// The stored properties that the table has no column for, or one of another kind.
+template <class Table>
+std::string unfit(std::string_view tableName, const Table& fields) {
+  const std::vector<SchemaTable> tables = schemaTables();
+  const SchemaTable& table = *std::ranges::find(tables, tableName, &SchemaTable::name);
+  std::string names;
+  for (const auto& field : fields) {
+    const auto column = std::ranges::find(table.columns, field.column, &SchemaColumn::name);
+    if (field.stored() && (column == table.columns.end() || !holds(column->type, field.kind)))
+      names += std::string(field.name) + " ";
+  }
+  return names;
+}
+
+TEST_F(SchemaTest, EveryStoredPropertyHasAStagingColumnOfItsKind) {
+  EXPECT_EQ(unfit("ImportKopf", kundeFields), "");
+  EXPECT_EQ(unfit("ImportKopf", vertragFields), "");
+  EXPECT_EQ(unfit("ImportKopf", auftragFields), "");
+  EXPECT_EQ(unfit("ImportPos", auftragsPosFields), "Positionsnummer ") << "a number that is stored as a text";
 }
 
 // Column lookup folds case and sharp s, so two such names in a table would hide one another.
@@ -39,42 +60,6 @@ TEST_F(SchemaTest, NoTwoColumnsOfATableDifferInCaseOrSharpSOnly) {
       EXPECT_TRUE(hashes.insert(foldedNameHash(column.name)).second) << table.name << "." << column.name;
     }
   }
-}
-
-TEST_F(SchemaTest, StatementsOfTheComponentFitTheTables) {
-  const Sql statements[] = {
-      sql("SELECT *, Cast(Positionsnummer as int) as intPos From ImportPos where JobID = '"_sql, value("A"),
-          "' Order By intPos"_sql),
-      sql("SELECT * FROM LockControl WHERE Dateiname='ImportJob' AND Satz='1'"_sql),
-      sql("Select * From Verträge Where KundenNummer ='"_sql, value("A"), "' and Vertragsnummer='"_sql,
-          value("A"), "' and  VertrGegenstandsNr='"_sql, value("A"), "' and Vertragsart='"_sql, value("A"),
-          "'"_sql),
-      sql("Select VertrGegenstandsNr From [VertragsGegenständePos] where [VertrGegenstandsNr] = '"_sql,
-          value("A"), "' And Vertragsart ='"_sql, value("A"), "'"_sql),
-      sql("Select Kreditlimit1, Kreditlimit2, Währung from Kundenstamm WHERE Kundennummer='"_sql, value("A"),
-          "'"_sql),
-      sql("SELECT Sum([IND_Zahl4]*Menge) AS GesamtPreis FROM Auftragspos Where Auftragsnummer= "_sql,
-          number(1), " And Zeilentyp = 'K' And Erfassungsschema = 'Zubehoer'"_sql),
-      sql("SELECT Zeilentyp, MwSt_KZ, WertJN, Menge, Preis, Preiseinheit, KZRabattart, Rabatt1, Rabatt2, "
-          "Rabatt3, Rabattfähig, PosGewicht FROM Auftragspos WHERE Auftragsnummer = '"_sql,
-          value("1"), "'"_sql),
-      sql("SELECT * From Nummernkreise Where NSchl ='"_sql, value("AB"), "' AND Buchungskreis = "_sql,
-          number(1), " AND Aktiviert =1"_sql),
-      sql("SELECT * FROM Steuerschlüsselzuordnung WHERE MwStKZKunde='"_sql, value("A"),
-          "' AND MwStKZArtikel='"_sql, value("A"), "'"_sql),
-      sql("SELECT * FROM Textbausteine WHERE Textart='"_sql, value("A"), "' AND TextNummer='"_sql, value("A"),
-          "' AND ZusatztextNummer='"_sql, value("A"), "' AND SprachKZ='"_sql, value("A"), "'"_sql),
-      sql("Select (isnull(Bez1,'') + ' ' + isnull(Bez2,'')) as Bezeichnung, VertreterNr from Vertreter order "
-          "by vertreternr"_sql),
-      sql("SELECT [ZahlbedSchl], [SkontoTage1],[SkontoProzent1],[SkontoTage2],[SkontoProzent2],"
-          "[SkontoTage3],[SkontoProzent3],[NettoTage] FROM Zahlungsbedingungen ORDER BY [ZahlbedSchl]"_sql),
-      sql("Select Lagerbestand, MitBestand From Artikellager Where Artikelnummer = '"_sql, value("A"),
-          "'"_sql),
-      sql("Select Mengeneinheit From MengeneinheitenAltern Where Alternativ = '"_sql, value("A"), "'"_sql),
-      sql("Select * FROM Kostenzuordnung WHERE Kostenstelle Is Null AND Kostentraeger Is Null"_sql),
-      sql("SELECT * FROM Protokollpositionen WHERE ([Text0]='Auftrag' Or [Text8]='1') and ID ='"_sql,
-          value("A"), "'"_sql)};
-  for (const Sql& statement : statements) EXPECT_NO_THROW(database().open(statement)) << statement.text();
 }
 
 class StatementPlan : public SchemaTest {
@@ -176,4 +161,4 @@ TEST_F(SchemaTest, ASecondCreationIsRefusedAndLeavesEverythingAsItWas) {
 }
 
 } // namespace
-} // namespace qx
+} // namespace qx::erp

@@ -1,8 +1,7 @@
 // Any bytes as a JSON file of jobs: the records against the values that another reading of the file finds.
 #include "cli/exit_code.h"
 #include "cli/stage_reader.h"
-#include "support/fake_desktop.h"
-#include "support/fake_system.h"
+#include "support/fake_session.h"
 
 #include "require.h"
 
@@ -11,7 +10,6 @@
 #include <algorithm>
 #include <cstdint>
 #include <sstream>
-#include <stdexcept>
 #include <string>
 #include <type_traits>
 #include <variant>
@@ -21,39 +19,6 @@ using namespace qx;
 using namespace qx::cli;
 
 namespace {
-
-/// A workstation without an ERP.
-class NoErp final : public ErpComponents {
-public:
-  std::shared_ptr<Session> createSession() override { lack(); }
-  std::unique_ptr<Protokoll> createProtokoll() override { lack(); }
-  std::unique_ptr<Preisfindung> createPreisfindung() override { lack(); }
-  std::unique_ptr<Einkaufspreisfindung> createEinkaufspreisfindung(Connection& /*connection*/) override {
-    lack();
-  }
-  std::unique_ptr<Version> createVersion() override { lack(); }
-  std::unique_ptr<Profile> createProfile() override { lack(); }
-  std::unique_ptr<Adressindex> createAdressindex(Connection& /*connection*/) override { lack(); }
-  std::unique_ptr<FibuUebergabe> createFibuUebergabe() override { lack(); }
-  std::unique_ptr<Auskunft> createAuskunft() override { lack(); }
-
-private:
-  [[noreturn]] static void lack() { throw std::runtime_error("there is no ERP"); }
-};
-
-struct Workstation {
-  NoErp components;
-  RecordingDesktop desktop;
-  RecordingJobView jobView;
-  FixedClock clock;
-  SequentialGuids guids;
-  MemoryLocalSettings localSettings;
-  FixedIniFile iniFile;
-  RecordingDiagnostics diagnostics;
-  FixedLiveness liveness;
-  Environment environment{components, desktop,     jobView,  clock, guids, localSettings,
-                          iniFile,    diagnostics, liveness, {},    {},    {}};
-};
 
 class MemoryText final : public TextSource {
 public:
@@ -175,7 +140,7 @@ std::vector<Json> objectsOf(const std::string& content) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string content(reinterpret_cast<const char*>(data), size);
-  Workstation workstation;
+  FakeWorld workstation;
   KeptRecords kept;
   MemoryText source(content);
   JobAssembler assembler(workstation.environment, kept, source.name());

@@ -26,27 +26,12 @@ constexpr const char* customerJob = R"(
   GrundVerloren GrundVerlorenSchl
 )";
 
-constexpr const char* stagedCustomer = R"(
-  JobID=C1
+constexpr const char* stagedDifferently = R"(
   JobType=13
   ImportType=10
-  Status=14
-  Eingangsdatum=05.10.2026
-  Kundennummer Suchbegriff Bez1 Bez2 Bez3 Strasse Land PLZ Ort Telefon Telefax EMail
-  Kundengruppe Vertreter1 Vertreter2 Vertreter3 Zahlungsart Konto BLZ Kreditinstitut Bemerkung
-  Vertragsnummer Zahlungsweise
-  Währung=EUR
-  WährungEingabe Fehlertext Betreff Versandart ZahlungsbedSchl Provisionsgruppe UstIdentNr
-  VS_KdNr VS_AdrNr RG_KdNr RG_AdrNr Hauptkonto VS_Bez1 VS_Bez2 VS_Bez3
   VS_Straße=VS_Strasse
-  VS_Land VS_PLZ VS_Ort RG_Bez1 RG_Bez2 RG_Bez3
   RG_Straße=RG_Strasse
-  RG_Land RG_PLZ RG_Ort Preisliste
-  Preistyp=3
-  IndFild1 IndFild2 IndFild3 IndFild4
-  KundeSeit=06.10.2020
-  KundeVerlorenAm=07.10.2021
-  GrundVerloren GrundVerlorenSchl
+  ~ Eingagsart VS_Strasse RG_Strasse
 )";
 
 class CustomerRows : public GoldenTest {
@@ -61,7 +46,7 @@ protected:
 TEST_F(CustomerRows, ANewCustomerWithItsCodesAndAddresses) {
   stage("Kunde", customerJob);
   run();
-  EXPECT_EQ(rows("ImportKopf"), expected(stagedCustomer));
+  EXPECT_EQ(rows("ImportKopf"), expected(customerJob, "", stagedDifferently));
   EXPECT_EQ(rows("Kundenstamm"), expected(R"(
     Kundennummer
     ÄndUser=Import
@@ -150,55 +135,21 @@ TEST_F(CustomerRows, AnExistingCustomerTakesWhatTheJobCarriesAndKeepsTheRest) {
   stage("Kunde", customerJob);
   setStaged("KontoNummer Bankleitzahl KundengruppenShop\nAendStatShop=4");
   run();
-  EXPECT_EQ(rows("Kundenstamm"), expected(R"(
-    Kundennummer=Kundennummer
+  EXPECT_EQ(rows("Kundenstamm"), expected(storedCustomer, "M_", R"(
     ÄndUser=Import
     ÄndDatum=20261005000000
     Suchbegriff Bez1 Bez2 Bez3 Strasse Land PLZ Ort Telefon Telefax EMail Versandart Kundengruppe
     VertreterNr1=Vertreter1
     VertreterNr2=Vertreter2
     VertreterNr3=Vertreter3
-    AnteilVertreter1=21
-    AnteilVertreter2=22
-    AnteilVertreter3=23
-    Zahlungsart
-    ZahlungsbedSchl=M_ZahlungsbedSchl
-    Konto KontoNummer Bankleitzahl
-    Kreditinstitut=M_Kreditinstitut
-    KundengruppenShop
+    Zahlungsart Konto KontoNummer Bankleitzahl KundengruppenShop
     AendStatShop=4
     VS_KdNr VS_AdrNr RG_KdNr RG_AdrNr Hauptkonto Preisliste
     Preistyp=3
     KundeSeit=06.10.2020
     KundeVerlorenAm=07.10.2021
     GrundVerloren GrundVerlorenSchl UstIdentNr
-  )") + expected(R"(
-    Provisionsgruppe Klassifizierung
-    Auftragsrabatt=26
-    FremdLiefNr
-    KostID=27
-    Valutabehandlung=28
-    Valutatage=29
-    MwSt_KZ Ind_Text1 Ind_Text2 Ind_Text3 Ind_Text4
-    Ind_Zahl1=31
-    Ind_Zahl2=32
-    Ind_Zahl3=33
-    Ind_Zahl4=34
-    Ind_Memo1 Ind_Memo2 SprachKZ
-    AnzAN=41
-    AnzAB=42
-    AnzLS=43
-    AnzVE=44
-    AnzRG=45
-    AnzGS=46
-    KopftextAN KopftextAB KopftextLS KopftextRG KopftextGS
-    KZDivers=1
-    Liefersperre=1
-    Kreditlimit1=47
-    Kreditlimit2=48
-    Währung
-  )",
-                 "M_"));
+  )"));
   EXPECT_EQ(rows("Kreditinstitute"), expected("Bankleitzahl Kreditinstitut"));
   EXPECT_EQ(rows("Protokollpositionen"), expected(R"(
     Zeile=1
@@ -224,49 +175,12 @@ TEST_F(CustomerRows, AJobKeepsAllOfWhichItDoesNotSpeak) {
     Strasse
     - Telefon
   )"));
-  EXPECT_EQ(rows("Kundenstamm"), expected(R"(
-    Kundennummer=Kundennummer
+  EXPECT_EQ(rows("Kundenstamm"), expected(storedCustomer, "M_", R"(
     ÄndUser=Import
     ÄndDatum=20261124000000
-    Suchbegriff Bez1 Bez2 Bez3
-    Strasse=Strasse
-    Land PLZ Ort Telefax EMail Versandart Kundengruppe
-    VertreterNr1 VertreterNr2 VertreterNr3
-    AnteilVertreter1=21
-    AnteilVertreter2=22
-    AnteilVertreter3=23
-    Zahlungsart ZahlungsbedSchl Konto KontoNummer Bankleitzahl Kreditinstitut KundengruppenShop
-    AendStatShop=24
-    VS_KdNr VS_AdrNr RG_KdNr RG_AdrNr Hauptkonto Preisliste
-    Preistyp=25
-    KundeSeit=01.02.2003
-    KundeVerlorenAm=02.03.2004
-    GrundVerloren GrundVerlorenSchl UstIdentNr Provisionsgruppe Klassifizierung
-    Auftragsrabatt=26
-    FremdLiefNr
-    KostID=27
-    Valutabehandlung=28
-    Valutatage=29
-    MwSt_KZ Ind_Text1 Ind_Text2 Ind_Text3 Ind_Text4
-    Ind_Zahl1=31
-    Ind_Zahl2=32
-    Ind_Zahl3=33
-    Ind_Zahl4=34
-    Ind_Memo1 Ind_Memo2 SprachKZ
-    AnzAN=41
-    AnzAB=42
-    AnzLS=43
-    AnzVE=44
-    AnzRG=45
-    AnzGS=46
-    KopftextAN KopftextAB KopftextLS KopftextRG KopftextGS
-    KZDivers=1
-    Liefersperre=1
-    Kreditlimit1=47
-    Kreditlimit2=48
-    Währung
-  )",
-                                          "M_"));
+    Strasse
+    ~ Telefon
+  )"));
 }
 
 TEST_F(CustomerRows, AJobOfEmptyPropertiesEmptiesWhatItMayAndCreatesNothing) {
@@ -293,44 +207,15 @@ TEST_F(CustomerRows, AJobOfEmptyPropertiesEmptiesWhatItMayAndCreatesNothing) {
     Preistyp=0
     - IndFild1 IndFild2 IndFild3 IndFild4 KundeSeit KundeVerlorenAm GrundVerloren GrundVerlorenSchl
   )"));
-  EXPECT_EQ(rows("Kundenstamm"), expected(R"(
-    Kundennummer=Kundennummer
+  EXPECT_EQ(rows("Kundenstamm"), expected(storedCustomer, "M_", R"(
     ÄndUser=Import
     ÄndDatum=20261124000000
-    PLZ Ort
-    AnteilVertreter1=21
-    AnteilVertreter2=22
-    AnteilVertreter3=23
-    ZahlungsbedSchl KontoNummer Kreditinstitut KundengruppenShop
-    AendStatShop=24
     Preistyp=0
-    KundeSeit=01.02.2003
-    Provisionsgruppe Klassifizierung
-    Auftragsrabatt=26
-    FremdLiefNr
-    KostID=27
-    Valutabehandlung=28
-    Valutatage=29
-    MwSt_KZ Ind_Text1 Ind_Text2 Ind_Text3 Ind_Text4
-    Ind_Zahl1=31
-    Ind_Zahl2=32
-    Ind_Zahl3=33
-    Ind_Zahl4=34
-    Ind_Memo1 Ind_Memo2 SprachKZ
-    AnzAN=41
-    AnzAB=42
-    AnzLS=43
-    AnzVE=44
-    AnzRG=45
-    AnzGS=46
-    KopftextAN KopftextAB KopftextLS KopftextRG KopftextGS
-    KZDivers=1
-    Liefersperre=1
-    Kreditlimit1=47
-    Kreditlimit2=48
-    Währung
-  )",
-                                          "M_"));
+    ~ Suchbegriff Bez1 Bez2 Bez3 Strasse Land Telefon Telefax EMail Versandart Kundengruppe
+    ~ VertreterNr1 VertreterNr2 VertreterNr3 Zahlungsart Konto Bankleitzahl
+    ~ VS_KdNr VS_AdrNr RG_KdNr RG_AdrNr Hauptkonto Preisliste
+    ~ KundeVerlorenAm GrundVerloren GrundVerlorenSchl UstIdentNr
+  )"));
   for (const char* table :
        {"Adressenstamm", "Kundengruppen", "Vertreter", "Zahlungsarten", "Kreditinstitute"})
     EXPECT_EQ(rows(table), "") << table;

@@ -31,19 +31,18 @@ std::vector<std::string> linesOf(std::string_view notation) {
 }
 
 std::string jsonObject(std::string_view notation, std::string object) {
+  std::map<std::string, std::string> properties;
   for (const std::string& line : linesOf(notation)) {
-    const auto add = [&](const std::string& name, const std::string& value) {
-      object += object.size() > 1 ? "," : "";
-      object += "\"" + name + "\":" + value;
-    };
     if (const auto at = line.find_first_of("=:"); at != std::string::npos) {
       const std::string value = line.substr(at + 1);
-      add(line.substr(0, at), line[at] == ':' ? value : "\"" + value + "\"");
+      properties[line.substr(0, at)] = line[at] == ':' ? value : "\"" + value + "\"";
       continue;
     }
     std::istringstream names(line);
-    for (std::string name; names >> name;) add(name, "\"" + name + "\"");
+    for (std::string name; names >> name;) properties[name] = "\"" + name + "\"";
   }
+  for (const auto& [name, value] : properties)
+    object += (object.size() > 1 ? ",\"" : "\"") + name + "\":" + value;
   return object;
 }
 
@@ -58,24 +57,31 @@ Environment& GoldenTest::environmentWithClerk() {
   return erp.environment;
 }
 
+void GoldenTest::overlay(Row& row, const std::string& line, std::string_view prefix) {
+  if (const auto at = line.find_first_of("=:"); at != std::string::npos) {
+    row[line.substr(0, at)] = replaced(line.substr(at + 1), " / ", "\r\n");
+    return;
+  }
+  std::istringstream names(line);
+  char mark = ' ';
+  for (std::string name; names >> name;)
+    if (name == "-" || name == "~")
+      mark = name.front();
+    else if (mark == '~')
+      row.erase(name);
+    else
+      row[name] = mark == '-' ? "" : std::string(prefix) + name;
+}
+
 std::vector<GoldenTest::Row> GoldenTest::parsed(std::string_view notation, std::string_view prefix) {
   std::vector<Row> rows;
   bool begins = true;
   for (const std::string& line : linesOf(notation)) {
     if (std::exchange(begins, false)) rows.emplace_back();
-    if (line == "--") {
+    if (line == "--")
       begins = true;
-    } else if (const auto at = line.find_first_of("=:"); at != std::string::npos) {
-      rows.back().emplace_back(line.substr(0, at), replaced(line.substr(at + 1), " / ", "\r\n"));
-    } else {
-      std::istringstream names(line);
-      bool empty = false;
-      for (std::string name; names >> name;)
-        if (name == "-")
-          empty = true;
-        else
-          rows.back().emplace_back(name, empty ? "" : std::string(prefix) + name);
-    }
+    else
+      overlay(rows.back(), line, prefix);
   }
   return rows;
 }
@@ -117,39 +123,32 @@ void GoldenTest::setStaged(std::string_view notation) {
   job->update();
 }
 
-std::string GoldenTest::rows(std::string_view table) {
+std::string GoldenTest::text(const std::vector<Row>& rows) {
   std::string text;
-  for (const auto found = connection().open(sql("Select * From "_sql, name(table))); !found->eof();
-       found->moveNext()) {
+  for (const Row& row : rows) {
     if (!text.empty()) text += "--\n";
-    for (std::size_t i = 0; i < found->fieldCount(); ++i)
-      if (!found->value(i).isNull() && found->fieldName(i) != "ID")
-        text +=
-            std::string(found->fieldName(i)) + "=" + replaced(found->value(i).text(), "\r\n", " / ") + "\n";
-  }
-  return text;
-}
-
-std::string GoldenTest::expected(std::string_view notation, std::string_view prefix) {
-  std::string text;
-  bool first = true;
-  for (const Row& row : parsed(notation, prefix)) {
-    if (!std::exchange(first, false)) text += "--\n";
     for (const auto& [column, value] : row) text += column + "=" + replaced(value, "\r\n", " / ") + "\n";
   }
   return text;
 }
 
-std::string GoldenTest::changed(std::string_view notation, const std::vector<std::string_view>& lines) {
-  std::string text;
-  for (const std::string& line : linesOf(notation)) {
-    std::string_view result = line;
-    for (const std::string_view other : lines)
-      if (const auto at = other.find_first_of("=:"); line.starts_with(other.substr(0, at + 1)))
-        result = other;
-    text += std::string(result) + "\n";
+std::string GoldenTest::rows(std::string_view table) {
+  std::vector<Row> all;
+  for (const auto found = connection().open(sql("Select * From "_sql, name(table))); !found->eof();
+       found->moveNext()) {
+    Row& row = all.emplace_back();
+    for (std::size_t i = 0; i < found->fieldCount(); ++i)
+      if (!found->value(i).isNull() && found->fieldName(i) != "ID")
+        row.emplace(found->fieldName(i), found->value(i).text());
   }
-  return text;
+  return text(all);
+}
+
+std::string GoldenTest::expected(std::string_view notation, std::string_view prefix,
+                                 std::string_view changes) {
+  std::vector<Row> rows = parsed(notation, prefix);
+  for (const std::string& line : linesOf(changes)) overlay(rows.back(), line, "");
+  return text(rows);
 }
 
 } // namespace qx

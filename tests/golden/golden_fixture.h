@@ -4,9 +4,11 @@
 //   Status=11          the column holds this text; CR LF is written as " / "
 //   Preistyp:3         the same without quotes: a number or truth value of a JSON file
 //   - Konto BLZ        each column holds the empty text
+//   ~ Bez3             each column is null after all
 //   --                 the next row begins
 //
-// A column that is not named is null.
+// A column that is not named is null. A later line overrides an earlier one, so that a row is said as another
+// one and what differs.
 #pragma once
 
 #include "engine/import_job_object2.h"
@@ -15,9 +17,9 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 namespace qx {
@@ -70,7 +72,7 @@ inline constexpr const char* storedCustomer = R"(
 
 class GoldenTest : public ::testing::Test {
 protected:
-  using Row = std::vector<std::pair<std::string, std::string>>;
+  using Row = std::map<std::string, std::string>;
 
   GoldenTest();
 
@@ -85,12 +87,12 @@ protected:
     ASSERT_TRUE(engine.ProcessJobs(unevaluated, qxProcessState::ProcessAll));
   }
 
-  /// Every row of a table, a line for each column that is not null. Keys of protocols are left out.
+  /// Every row of a table, a line for each column that is not null, by name. Keys of protocols are left out.
   std::string rows(std::string_view table);
-  /// The rows that the notation describes, in the form of `rows`.
-  static std::string expected(std::string_view notation, std::string_view prefix = "");
-  /// A notation with some of its lines replaced by others that begin alike, up to "=" or ":".
-  static std::string changed(std::string_view notation, const std::vector<std::string_view>& lines);
+  /// The rows that the notation describes, in the form of `rows`; `changes`, without the prefix, override
+  /// those of the last row.
+  static std::string expected(std::string_view notation, std::string_view prefix = "",
+                              std::string_view changes = "");
   Connection& connection() { return *erp.environment.connection; }
 
   TestErp erp;
@@ -101,7 +103,9 @@ protected:
 private:
   /// The user of the session is a clerk with a booking circle of his own.
   Environment& environmentWithClerk();
+  static void overlay(Row& row, const std::string& line, std::string_view prefix);
   static std::vector<Row> parsed(std::string_view notation, std::string_view prefix);
+  static std::string text(const std::vector<Row>& rows);
 };
 
 } // namespace qx

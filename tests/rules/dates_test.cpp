@@ -14,7 +14,6 @@ TEST(Dates, StampOfADayHasNoTime) {
   EXPECT_EQ(intdat(" 13.05.2007 "), "20070513000000");
   EXPECT_THROW(intdat("01.01.0000"), std::invalid_argument);
   EXPECT_EQ(intdat(Value(DateTime{makeDate(2007, 5, 13), 17, 45, 0})), "20070513000000");
-  EXPECT_EQ(DayStamp(makeDate(2026, 1, 9)), "20260109000000");
 }
 
 TEST(Dates, StampOfWhatIsNoDayNamesTheValue) {

@@ -53,12 +53,6 @@ TEST_F(TaxRulesTest, TheNewKeyHoldsFromTheDayOfTheChange) {
   EXPECT_EQ(tax.GetSteuerschlüssel("I", "V", ""), 3);
 }
 
-TEST_F(TaxRulesTest, TellsTheDayOfTheChangeAsItIsWritten) {
-  EXPECT_EQ(tax.changeDateText(), "");
-  erp.set("DatumMwStÄnderung", "20070131000000", "Allgemein");
-  EXPECT_EQ(tax.changeDateText(), "31.01.2007");
-}
-
 TEST_F(TaxRulesTest, APairWithoutAUsableKeyRaises) {
   EXPECT_THROW(tax.GetSteuerschlüssel("I", "Z", ""), MissingTaxKey);
   EXPECT_THROW(tax.GetSteuerschlüssel("I", "X", ""), MissingTaxKey);

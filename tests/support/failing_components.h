@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <new>
 #include <optional>
 #include <set>
 #include <stdexcept>
@@ -17,12 +18,16 @@ namespace qx {
 
 /// Which member fails, as "Session.PersonalNr"; what its failure says is "<member> fails".
 struct Fault {
-  void at(const char* member) {
+  void at(const char* member, std::string_view subject = {}) {
     reached.insert(member);
-    if (failing == member) throw std::runtime_error(failing + " fails");
+    if (failing != member || (!only.empty() && only != subject)) return;
+    if (outOfMemory) throw std::bad_alloc();
+    throw std::runtime_error(failing + " fails");
   }
 
   std::string failing;
+  std::string only;              ///< the customer, article or protocol number whose call alone fails
+  bool outOfMemory = false;      ///< raises `std::bad_alloc` instead
   std::set<std::string> reached; ///< every member that was called
 };
 
@@ -106,7 +111,7 @@ public:
     inner_->AddNewRecord();
   }
   void SetField(int kind, int column, std::string_view value) override {
-    fault_.at("Protokoll.SetField");
+    fault_.at("Protokoll.SetField", column == 1 ? value : std::string_view());
     inner_->SetField(kind, column, value);
   }
   void UpdateRecord() override {
@@ -137,7 +142,7 @@ public:
     inner_->Init(connection);
   }
   std::int32_t GetVKPreis(const PriceQuestion& question, SalesPrice& found) override {
-    fault_.at("Preisfindung.GetVKPreis");
+    fault_.at("Preisfindung.GetVKPreis", question.article);
     return inner_->GetVKPreis(question, found);
   }
   double GetGesamtRabattWert(const StagedDiscounts& discounts, double amount) override {
@@ -198,7 +203,7 @@ class FailingIndex final : public Adressindex {
 public:
   FailingIndex(std::unique_ptr<Adressindex> inner, Fault& fault) : inner_(std::move(inner)), fault_(fault) {}
   void CreateIndex(std::string_view customer, std::int16_t kind) override {
-    fault_.at("Adressindex.CreateIndex");
+    fault_.at("Adressindex.CreateIndex", customer);
     inner_->CreateIndex(customer, kind);
   }
 

@@ -101,7 +101,7 @@ TEST_F(CustomerDialogTest, ListsUnknownCodesBanksAndAccountsButNoEmptyOnes) {
 }
 
 TEST_F(CustomerDialogTest, ChecksWhereGoodsAndInvoicesGo) {
-  TableFiller(connection(), "Adressenstamm")
+  erp::TableFiller(connection(), "Adressenstamm")
       .add({{"Kundennummer", "20001"}, {"Adressnummer", "2"}, {"Bez1", "Lager"}, {"Ort", "Bremen"}});
   stageCustomer("K1", "20001", [](KundeFields& job) {
     asStored(job);
@@ -121,7 +121,7 @@ TEST_F(CustomerDialogTest, ChecksWhereGoodsAndInvoicesGo) {
   EXPECT_THAT(lookupsOpened, Contains("AUSK_Adressauskunft|Kundennummer='20001' or Kundennummer is null"));
   EXPECT_THAT(codes(*dialog), ElementsAre("VA"));
   // One of no customer has no key that a check knows; the job takes its lines.
-  TableFiller(connection(), "Adressenstamm")
+  erp::TableFiller(connection(), "Adressenstamm")
       .add({{"Adressnummer", "MESSE"}, {"Bez1", "Messe"}, {"Ort", "Köln"}});
   chosen = {"", "MESSE"};
   EXPECT_TRUE(dialog->lookUp(indexOf(*dialog, "txtVersandAdr")));

@@ -35,11 +35,11 @@ protected:
   DialogTest() {
     erp.components.setAuskunftFactory(
         [this] { return std::make_unique<ScriptedAuskunft>(chosen, lookupsOpened); });
-    TableFiller(connection(), "Vertragsarten").add({{"Vertragsart", "W"}, {"Kurztext", "Wartung"}});
-    TableFiller(connection(), "Vertragsgegenstände")
+    erp::TableFiller(connection(), "Vertragsarten").add({{"Vertragsart", "W"}, {"Kurztext", "Wartung"}});
+    erp::TableFiller(connection(), "Vertragsgegenstände")
         .add({{"VertrGegenstandsNr", "G1"}, {"Bez", "Kassenwartung"}});
-    TableFiller(connection(), "Kundengruppen").add({{"Kundengruppe", "GH"}, {"Langtext", "Großhandel"}});
-    TableFiller(connection(), "PreislistenKopf").add({{"Preisliste", "A"}, {"Langtext", "Liste A"}});
+    erp::TableFiller(connection(), "Kundengruppen").add({{"Kundengruppe", "GH"}, {"Langtext", "Großhandel"}});
+    erp::TableFiller(connection(), "PreislistenKopf").add({{"Preisliste", "A"}, {"Langtext", "Liste A"}});
   }
 
   std::unique_ptr<JobDialogPresenter> opened(std::string_view jobId) {
@@ -63,14 +63,14 @@ protected:
   /// "code severity text" of each finding.
   static std::vector<std::string> findings(const JobDialogPresenter& dialog) {
     std::vector<std::string> lines;
-    for (const Finding& finding : dialog.findings())
+    for (const ListedFinding& finding : dialog.findings())
       lines.push_back(finding.code + (finding.position.empty() ? "" : " " + finding.position) + "|" +
                       std::to_string(static_cast<int>(finding.severity)) + "|" + finding.text);
     return lines;
   }
   static std::vector<std::string> codes(const JobDialogPresenter& dialog) {
     std::vector<std::string> codes;
-    for (const Finding& finding : dialog.findings()) codes.push_back(finding.code);
+    for (const ListedFinding& finding : dialog.findings()) codes.push_back(finding.code);
     std::sort(codes.begin(), codes.end());
     return codes;
   }

@@ -65,7 +65,7 @@ TEST_F(OrderDialogTest, APriceThatNobodyStagedIsNoDifferenceAndAnotherOneParksNo
   EXPECT_EQ(field("O1", "Status").integer(), 10);
   erp.setSetting("Allgemein", "Individual", "VLK");
   EXPECT_EQ(opened("O1")->verdict(), CheckStatus::Warning);
-  EXPECT_EQ(engine.checkJob("O1").status, CheckStatus::Warning);
+  EXPECT_EQ(engine.checkJob("O1").status(), CheckStatus::Warning);
 }
 
 TEST_F(OrderDialogTest, ACreditLimitOfTwoMeaningsIsAnErrorHereAsInTheCheck) {
@@ -78,7 +78,7 @@ TEST_F(OrderDialogTest, ACreditLimitOfTwoMeaningsIsAnErrorHereAsInTheCheck) {
   EXPECT_THAT(findings(*dialog), Contains("KL|30|Das Kreditlimit '1.000' ist nicht eindeutig: 1000 oder 1."));
   EXPECT_EQ(dialog->verdict(), CheckStatus::Error);
   EXPECT_EQ(dialog->notice(), "");
-  EXPECT_EQ(engine.checkJob("O1").status, CheckStatus::Error);
+  EXPECT_EQ(engine.checkJob("O1").status(), CheckStatus::Error);
   erp.setSetting("OP-Info", "Kreditlimit1", "1000");
   enter(*dialog, "txtHinweis", "");
   EXPECT_THAT(findings(*dialog), Not(Contains(testing::HasSubstr("Kreditlimit"))));
@@ -89,7 +89,7 @@ TEST_F(OrderDialogTest, WhatTheCheckFindsBeyondTheFieldsIsListedAndCounts) {
   erp.setOption("KreditlimitAuftrag", "1");
   erp.setOption("ZAVSRG", "VK");
   erp.setOption("VAKunde", "VA");
-  TableFiller(connection(), "OffenePosten")
+  erp::TableFiller(connection(), "OffenePosten")
       .add({{"Kundennummer", "20001"},
             {"Belegnummer", "1"},
             {"Betrag", *Money::parse("500")},
@@ -121,14 +121,14 @@ TEST_F(OrderDialogTest, ATextOfTheSenderCountsAsTheCheckCountsIt) {
   stageOrder("O1", [](AuftragFields& job) { job.Fehlertext = "vom Shop"; });
   stagePriced("O1", 1, "A100", 1, 10);
   EXPECT_EQ(opened("O1")->verdict(), CheckStatus::Warning);
-  EXPECT_EQ(engine.checkJob("O1").status, CheckStatus::Warning);
+  EXPECT_EQ(engine.checkJob("O1").status(), CheckStatus::Warning);
   set("O1", "JobType", "32");
   EXPECT_EQ(opened("O1")->verdict(), CheckStatus::Clean);
-  EXPECT_EQ(engine.checkJob("O1").status, CheckStatus::Clean);
+  EXPECT_EQ(engine.checkJob("O1").status(), CheckStatus::Clean);
 }
 
 TEST_F(OrderDialogTest, WarnsOfStockAndCostAssignmentOnlyWhereTheOptionsSaySo) {
-  TableFiller(connection(), "Artikellager")
+  erp::TableFiller(connection(), "Artikellager")
       .add({{"Artikelnummer", "A100"}, {"Lagernummer", "1"}, {"Lagerbestand", 2.0}, {"MitBestand", true}});
   stageOrder("O1");
   stagePriced("O1", 1, "A100", 3, 10);
@@ -137,7 +137,7 @@ TEST_F(OrderDialogTest, WarnsOfStockAndCostAssignmentOnlyWhereTheOptionsSaySo) {
   EXPECT_THAT(findings(*opened("O1")), IsEmpty());
   erp.setOption("WarnungLagerbestand", "1");
   erp.setOption("KostenzuordnungAuftrag", "1");
-  TableFiller(connection(), "Kostenzuordnung").add({{"KostID", 7}, {"Kostenstelle", "K1"}});
+  erp::TableFiller(connection(), "Kostenzuordnung").add({{"KostID", 7}, {"Kostenstelle", "K1"}});
   const auto dialog = opened("O1");
   EXPECT_THAT(findings(*dialog),
               UnorderedElementsAre("LB 1|20|Achtung: Lagerbestand für Artikel 'A100' reicht nicht aus!",
