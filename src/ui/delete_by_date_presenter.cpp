@@ -1,6 +1,7 @@
 #include "ui/delete_by_date_presenter.h"
 
 #include "platform/german_cause.h"
+#include "platform/show_message.h"
 #include "platform/trapped.h"
 #include "store/job_deletion.h"
 
@@ -23,22 +24,35 @@ std::optional<Date> DeleteByDatePresenter::confirmedDate(std::string_view day) {
   constexpr std::string_view title = "Erledigte Vorgänge löschen";
   const auto date = parseGermanDate(day);
   if (!date) {
-    environment_.desktop.show({"'" + std::string(day) + "' ist kein Datum (tt.mm.jjjj).", std::string(title),
+    showMessage(environment_, {"'" + std::string(day) + "' ist kein Datum (tt.mm.jjjj).", std::string(title),
                                MessageIcon::Exclamation});
     return std::nullopt;
   }
-  const std::size_t jobs = JobDeletion(environment_).doneBefore(*date).size();
+  std::size_t jobs = 0;
+  if (trapped(
+          environment_.diagnostics, {"counting the done jobs"},
+          [&] {
+            JobDeletion deletion(environment_);
+            jobs = deletion.doneBefore(*date).size();
+            if (deletion.refusals() > 0) throw StatementError("Die Datenbank hat das abgelehnt.", 0);
+          },
+          [&](const std::exception& failure) {
+            showMessage(environment_,
+                        {"Die erledigten Vorgänge können nicht gelesen werden: " + germanCause(failure),
+                         std::string(title), MessageIcon::Critical});
+          }))
+    return std::nullopt;
   const std::string before = " vor dem " + germanDate(*date) + " eingegangen.";
   if (jobs == 0) {
-    environment_.desktop.show(
-        {"Kein erledigter Vorgang ist" + before, std::string(title), MessageIcon::Information});
+    showMessage(environment_,
+                {"Kein erledigter Vorgang ist" + before, std::string(title), MessageIcon::Information});
     return std::nullopt;
   }
   const std::string question =
       jobs == 1 ? "Ein erledigter Vorgang ist" + before + "\r\nSoll er endgültig gelöscht werden?"
                 : std::to_string(jobs) + " erledigte Vorgänge sind" + before +
                       "\r\nSollen sie endgültig gelöscht werden?";
-  if (!environment_.desktop.ask({question, std::string(title), MessageIcon::None})) return std::nullopt;
+  if (!askQuestion(environment_, {question, std::string(title), MessageIcon::None})) return std::nullopt;
   return date;
 }
 
@@ -56,7 +70,7 @@ void DeleteByDatePresenter::deleteBefore(const Date& date, BusyWait* wait) {
   Message message;
   message.text = "Fehler beim Löschen: " + cause;
   message.icon = MessageIcon::Critical;
-  environment_.desktop.show(message);
+  showMessage(environment_, message);
 }
 
 } // namespace qx

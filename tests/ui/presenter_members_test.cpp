@@ -213,6 +213,8 @@ const std::vector<Step>& steps() {
          return w.options.notice();
        }},
       {"day is proposed", [](W& w) { return germanDate(w.deletion.proposedDate()); }},
+      {"day is confirmed",
+       [](W& w) { return std::string(w.deletion.confirmedDate("01.12.2026") ? "yes" : "no"); }},
   };
   return all;
 }
@@ -326,6 +328,7 @@ constexpr std::array withoutDatabase{
     Outcome{"order is saved", unsaved},
     Outcome{"contract is deleted",
             "stays Fehler beim Löschen des Vorgangs: %|Fehler beim Löschen des Vorgangs"},
+    Outcome{"day is confirmed", "no|Die erledigten Vorgänge können nicht gelesen werden: %"},
     Outcome{"addresses: number", "Die Stammadresse kann nicht gelesen werden: %"},
 };
 
@@ -348,6 +351,7 @@ constexpr std::array consequences{
                 "Die Prüfung ist nicht möglich: Preisfindung.GetVKPreis fails"},
     Consequence{"order: lookup", "ErpComponents.createAuskunft", "none "},
     Consequence{"contract is deleted", "Desktop.ask", "stays "},
+    Consequence{"day is confirmed", "Desktop.ask", "no"},
     Consequence{"options are read", "LocalSettings.read", someUnread},
     Consequence{"options are read", "Session.GetSetting", someUnread},
 };
