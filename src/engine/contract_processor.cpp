@@ -9,7 +9,7 @@
 namespace qx {
 
 bool ContractProcessor::process(JobRow& job) {
-  const ContractFields fields = contractFields(job);
+  const JobFields fields = fieldsOf(job);
   const ContractKey key = ContractKey::of(fields);
   const auto line = openContract(*environment_.connection, key);
   bool fits = checkCustomer(job, key);
@@ -63,7 +63,7 @@ bool ContractProcessor::checkNumber(JobRow& job, ColumnName field, std::string_v
   return false;
 }
 
-void ContractProcessor::save(JobRow& job, Recordset& line, const ContractFields& fields) {
+void ContractProcessor::save(JobRow& job, Recordset& line, const JobFields& fields) {
   const auto columns = contractColumns(*environment_.connection, fields);
   Savepoint part(*environment_.connection);
   const bool isNew = line.eof();

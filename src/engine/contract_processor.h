@@ -25,7 +25,7 @@ private:
   bool checkCustomer(JobRow& job, const ContractKey& key);
   bool checkObject(JobRow& job, const ContractKey& key);
   bool checkNumber(JobRow& job, ColumnName field, std::string_view failure);
-  void save(JobRow& job, Recordset& line, const ContractFields& fields);
+  void save(JobRow& job, Recordset& line, const JobFields& fields);
   bool any(const Sql& statement);
 
   Environment& environment_;

@@ -2,6 +2,7 @@
 
 #include "engine/customer_columns.h"
 #include "engine/host_undo.h"
+#include "rules/address_fields.h"
 #include "rules/dates.h"
 
 #include <exception>
@@ -10,14 +11,6 @@
 #include <stdexcept>
 
 namespace qx {
-namespace {
-
-JobFields fieldsOf(const JobRow& job) {
-  return [&job](ColumnName field) -> const Value& { return job.value(field); };
-}
-
-} // namespace
-
 /// One kind of code: how its messages name it, how a missing one is found and created, and whether it may be.
 struct CustomerProcessor::Code {
   std::string_view subject; ///< as in "Die Kundengruppe"
@@ -50,8 +43,7 @@ CustomerProcessor::Outcome CustomerProcessor::process(JobRow& job) {
   if (!codesFit || !dateFits) return {Result::Failed, {}};
   events_.raiseProcessInfo("Kunden werden verarbeitet... (Kundennummer: " + number + ")");
   // Before the row is written: they name what it held.
-  Hints hints = customerHints([&job](ColumnName field) -> const Value& { return job.valueIfAny(field); },
-                              isNew ? nullptr : customer.get(), homeCurrency_);
+  Hints hints = customerHints(fieldsOf(job.row()), isNew ? nullptr : customer.get(), homeCurrency_);
   save(job, *customer, isNew, stamp);
   return {isNew ? Result::Created : Result::Changed, std::move(hints)};
 }
@@ -206,12 +198,10 @@ void CustomerProcessor::undoOnHost(Recordset& customer, const std::string& numbe
 }
 
 void CustomerProcessor::addAddresses(const JobRow& job, Written& written) {
-  for (const BroughtAddress& block : broughtAddresses()) {
+  for (const AddressFields& block : jobAddresses) {
     const std::string number = job.text(block.number);
     if (number.empty()) continue;
-    const auto& lines = block.lines;
-    const Adresse address{job.text(lines[0]), job.text(lines[1]), job.text(lines[2]), job.text(lines[3]),
-                          job.text(lines[4]), job.text(lines[5]), job.text(lines[6])};
+    const Adresse address = addressOf(block.lines, [&](ColumnName column) { return job.text(column); });
     if (address == Adresse()) continue;
     std::string owner = job.firstOf(block.customer, "Kundennummer");
     if (addresses_.AddAdressDaten(owner, number, address))

@@ -52,11 +52,6 @@ constexpr std::array addressBlocks{
                   ComparedField{"RG_Bez3", &Adresse::Bez3}, ComparedField{"RG_PLZ", &Adresse::PLZ},
                   ComparedField{"RG_Ort", &Adresse::Ort}, ComparedField{"RG_Land", &Adresse::Land}}}};
 
-/// The values of a row by column; null for a column that it does not have.
-CustomerFields fieldsOf(Recordset& row) {
-  return [&row](ColumnName column) { return row.hasField(column) ? row.value(column) : Value::null(); };
-}
-
 void addMissing(Findings& findings, std::string_view field, std::string_view code) {
   findings.add(CheckStatus::Warning,
                std::string(field) + ": '" + std::string(code) + "' ist nicht angelegt.");
@@ -69,7 +64,7 @@ void compare(Findings& findings, std::string_view field, const Value& job, const
                  std::string(field) + " ist nicht identisch: '" + job.text() + "' / '" + stored + "'");
 }
 
-bool blockIsEmpty(const CustomerFields& job, const AddressBlock& block) {
+bool blockIsEmpty(const JobFields& job, const AddressBlock& block) {
   return std::ranges::all_of(block.fields,
                              [&](const ComparedField& field) { return job(field.field).isEmpty(); });
 }
@@ -93,7 +88,7 @@ Findings CustomerProof::prove(std::string_view jobId) const {
   return findings;
 }
 
-Findings CustomerProof::prove(const CustomerFields& job) const {
+Findings CustomerProof::prove(const JobFields& job) const {
   Findings findings;
   const std::string customer = job("Kundennummer").text();
   if (customer.empty()) findings.add(CheckStatus::Error, "Die Kundennummer fehlt.");
@@ -103,25 +98,24 @@ Findings CustomerProof::prove(const CustomerFields& job) const {
   return findings;
 }
 
-void CustomerProof::proveCodes(const CustomerFields& job, Findings& findings) const {
+void CustomerProof::proveCodes(const JobFields& job, Findings& findings) const {
   for (const CodeField& code : codeFields) {
     const std::string wanted = job(code.field).text();
     if (!wanted.empty() && !masterData_.codeExists(code.master, wanted))
       addMissing(findings, code.field.text(), wanted);
   }
-  std::string bank = job("Bankleitzahl").text();
-  if (bank.empty()) bank = job("BLZ").text();
+  const std::string bank = bankCode(job).text();
   if (!bank.empty() && !masterData_.codeExists("Bankleitzahl", bank))
     addMissing(findings, "Bankleitzahl", bank);
 }
 
-void CustomerProof::compareWithMaster(const CustomerFields& job, Findings& findings) const {
+void CustomerProof::compareWithMaster(const JobFields& job, Findings& findings) const {
   const std::string customer = job("Kundennummer").text();
   const auto master =
       activeConnection(environment_)
           .open(sql("Select * From Kundenstamm Where Kundennummer = '"_sql, value(customer), "'"_sql));
   if (master->eof()) return;
-  const CustomerFields stored = fieldsOf(*master);
+  const JobFields stored = fieldsOf(*master);
   for (const ComparedField& field : mainAddressFields)
     compare(findings, field.field.text(), job(field.field), stored(field.field).text());
   for (const AddressBlock& block : addressBlocks) {
@@ -136,7 +130,7 @@ void CustomerProof::compareWithMaster(const CustomerFields& job, Findings& findi
   }
 }
 
-void CustomerProof::proveReferences(const CustomerFields& job, Findings& findings) const {
+void CustomerProof::proveReferences(const JobFields& job, Findings& findings) const {
   const std::string account = job("Hauptkonto").text();
   if (!account.empty() && !masterData_.codeExists("Hauptkonto", account))
     findings.add(CheckStatus::Warning, "Hauptkonto ist nicht angelegt");

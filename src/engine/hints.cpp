@@ -2,6 +2,7 @@
 
 #include "platform/one_line.h"
 #include "platform/sql.h"
+#include "rules/address_fields.h"
 #include "rules/german_text.h"
 
 #include <algorithm>
@@ -78,9 +79,10 @@ void addUnwrittenFields(const JobFields& job, Recordset* master, std::string_vie
 }
 
 void addUnwrittenAddresses(const JobFields& job, Hints& hints) {
-  for (const BroughtAddress& address : broughtAddresses())
-    if (job(address.number).isEmpty() &&
-        std::ranges::any_of(address.lines, [&](ColumnName line) { return !job(line).isEmpty(); }))
+  for (const AddressFields& address : jobAddresses)
+    if (job(address.number).isEmpty() && std::ranges::any_of(address.lines, [&](const AddressLine& line) {
+          return !job(line.column).isEmpty();
+        }))
       hints.push_back("Die " + std::string(address.name) +
                       " hat keine Adressnummer und wird nicht gespeichert.");
 }
@@ -144,8 +146,8 @@ Hints orderHints(const JobFields& job, Recordset& customer, Connection& connecti
                     inQuotes(currency) + ".");
   if (!equalCodes(currency, homeCurrency) && !hasRate(currency, connection))
     hints.push_back("Zur Währung " + inQuotes(currency) + " ist kein Wechselkurs angelegt.");
-  const auto jobOrMaster = [&](ColumnName column) -> const Value& {
-    const Value& own = job(column);
+  const auto jobOrMaster = [&](ColumnName column) {
+    const Value own = job(column);
     return own.isEmpty() ? masterValue(&customer, column) : own;
   };
   addTaxHints(masterText(&customer, "MwSt_KZ"), jobOrMaster("UstIdentNr").text(),

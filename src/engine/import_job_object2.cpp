@@ -364,7 +364,7 @@ std::int16_t ImportJobObject2::GetVertragsZustand(std::string_view Kundennummer,
 bool ImportJobObject2::GetDiffVertrags(const VertragFields& vertrag) const {
   bool differs = false;
   guarded("GetDiffVertrags", contractFailure,
-          [&] { differs = ContractComparison(environment_).differs(contractFields(vertrag)); });
+          [&] { differs = ContractComparison(environment_).differs(fieldsOf(vertrag)); });
   return differs;
 }
 

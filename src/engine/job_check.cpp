@@ -65,10 +65,7 @@ Findings JobCheck::findingsOf(std::string_view jobId) {
 
 /// Those of a customer or an order job; an order of an unknown customer has none.
 Hints JobCheck::hintsOf(Recordset& header) const {
-  const Value none;
-  const JobFields job = [&](ColumnName field) -> const Value& {
-    return header.hasField(field) ? header.value(field) : none;
-  };
+  const JobFields job = fieldsOf(header);
   const std::string number = job("Kundennummer").text();
   if (number.empty()) return {};
   Connection& connection = activeConnection(environment_);
