@@ -1,11 +1,13 @@
 #include "cli/check_command.h"
 
+#include "cli/findings_json.h"
 #include "cli/job_query.h"
 #include "cli/job_terms.h"
 #include "cli/json_writer.h"
 #include "engine/job_check.h"
 #include "platform/one_line.h"
 
+#include <algorithm>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -21,11 +23,11 @@ public:
   void add(const JobBrief& job, const Findings& findings) {
     begin();
     ++checked_;
-    if (findings.status != CheckStatus::Clean) ++withFindings_;
-    if (!findings.hints.empty()) ++withHints_;
+    if (findings.status() != CheckStatus::Clean) ++withFindings_;
+    if (std::ranges::any_of(findings, &Finding::isHint)) ++withHints_;
     if (output_.json)
       addJson(job, findings);
-    else if (findings.status != CheckStatus::Clean || !findings.hints.empty())
+    else if (!findings.empty())
       addText(job, findings);
   }
 
@@ -56,13 +58,8 @@ private:
     json_.key("JobID").text(job.jobId);
     json_.key("Vorgang").text(processText(job.jobType));
     json_.key("Nummer").text(job.number);
-    json_.key("status").number(static_cast<std::int64_t>(findings.status));
-    json_.key("findings").beginArray();
-    for (const std::string& text : findings.list) json_.text(text);
-    json_.endArray();
-    json_.key("hints").beginArray();
-    for (const std::string& hint : findings.hints) json_.text(hint);
-    json_.endArray().endObject();
+    writeCheck(json_, findings);
+    json_.endObject();
   }
   static std::string_view word(CheckStatus status) {
     switch (status) {
@@ -76,10 +73,9 @@ private:
     return "Fehler";
   }
   void addText(const JobBrief& job, const Findings& findings) {
-    output_.result << word(findings.status) << "  " << processText(job.jobType) << " " << oneLine(job.number)
-                   << "  " << oneLine(job.jobId) << '\n';
-    for (const std::string& text : findings.list) output_.result << "  " << oneLine(text) << '\n';
-    for (const std::string& hint : findings.hints) output_.result << "  " << hintLine(hint) << '\n';
+    output_.result << word(findings.status()) << "  " << processText(job.jobType) << " "
+                   << oneLine(job.number) << "  " << oneLine(job.jobId) << '\n';
+    for (const std::string& line : findings.lines()) output_.result << "  " << line << '\n';
   }
 
   const Output& output_;

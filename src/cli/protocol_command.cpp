@@ -2,7 +2,7 @@
 
 #include "cli/json_writer.h"
 #include "cli/utf8.h"
-#include "engine/hints.h"
+#include "engine/findings.h"
 #include "platform/one_line.h"
 #include "rules/dates.h"
 

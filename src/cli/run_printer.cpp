@@ -1,5 +1,6 @@
 #include "cli/run_printer.h"
 
+#include "cli/findings_json.h"
 #include "cli/utf8.h"
 #include "platform/one_line.h"
 
@@ -59,9 +60,7 @@ void JsonRunPrinter::add(const JobOutcome& outcome) {
   json_.key("Status").text(outcome.status);
   json_.key("JobType").number(std::int64_t{outcome.jobType});
   json_.key("Fehlertext").text(outcome.reasons);
-  json_.key("hints").beginArray();
-  for (const std::string& hint : outcome.hints) json_.text(hint);
-  json_.endArray();
+  writeDetails(json_, outcome.findings);
   json_.endObject();
 }
 

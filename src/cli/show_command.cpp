@@ -1,10 +1,10 @@
 #include "cli/show_command.h"
 
+#include "cli/findings_json.h"
 #include "cli/job_query.h"
 #include "cli/job_terms.h"
 #include "cli/json_writer.h"
 #include "cli/utf8.h"
-#include "platform/one_line.h"
 #include "platform/whole_number.h"
 #include "rules/german_text.h"
 
@@ -35,13 +35,8 @@ void writeJson(std::ostream& output, const ShownJob& job) {
     json.endObject();
   }
   json.endArray();
-  json.key("status").number(static_cast<std::int64_t>(job.findings.status));
-  json.key("findings").beginArray();
-  for (const std::string& text : job.findings.list) json.text(text);
-  json.endArray();
-  json.key("hints").beginArray();
-  for (const std::string& hint : job.findings.hints) json.text(hint);
-  json.endArray().endObject().finish();
+  writeCheck(json, job.findings);
+  json.endObject().finish();
 }
 
 std::string readable(const Value& value) {
@@ -76,10 +71,8 @@ void writeText(std::ostream& output, const ShownJob& job) {
     output << "\nPosition " << number << "\n";
     writeSheet(output, job.positions, shownColumns(job.positions), "  ");
   }
-  const auto& texts = job.findings.list;
-  output << "\nPrüfung: " << (texts.empty() ? "keine Befunde" : "") << '\n';
-  for (const std::string& text : texts) output << "  " << oneLine(text) << '\n';
-  for (const std::string& hint : job.findings.hints) output << "  " << hintLine(hint) << '\n';
+  output << "\nPrüfung: " << (job.findings.texts().empty() ? "keine Befunde" : "") << '\n';
+  for (const std::string& line : job.findings.lines()) output << "  " << line << '\n';
 }
 
 } // namespace

@@ -1,6 +1,5 @@
 #include "engine/contract_check.h"
 
-#include "engine/contract_texts.h"
 #include "engine/job_row.h"
 #include "platform/whole_number.h"
 #include "rules/active_connection.h"
@@ -30,17 +29,20 @@ Findings ContractCheck::check(const JobFields& job, bool single) const {
   const std::string state = contractState(job);
   const bool objectMatters = !skipsObjectChecks(state);
   if (objectMatters && !masterData_.codeExists("Vertragsart", key.kind))
-    findings.add(CheckStatus::Warning, contract_findings::kind);
+    findings.add(Finding(Rule::ContractKind, key.kind));
   if (job("Menge").number().value_or(0) <= 0)
-    findings.add(CheckStatus::Warning,
-                 single ? contract_findings::quantityOfSingle : contract_findings::quantity);
-  if (!knownState(state)) findings.add(CheckStatus::Warning, contract_findings::state);
-  if (contractDate(job("Vertragsdatum"), false).isNull())
-    findings.add(CheckStatus::Error, contract_findings::signedOn);
-  if (contractDate(job("Vertragsbeginn"), true).isNull())
-    findings.add(CheckStatus::Error, contract_findings::begin);
+    findings.add(
+        Finding(single ? Rule::SingleContractQuantity : Rule::ContractQuantity, job("Menge").text()));
+  if (!knownState(state)) findings.add(Finding(Rule::ContractState, state));
+  const auto checkDate = [&](ColumnName field, bool noon, Rule missing, Rule invalid) {
+    const Value date = job(field);
+    if (contractDate(date, noon).isNull())
+      findings.add(Finding(date.isEmpty() ? missing : invalid, date.text()));
+  };
+  checkDate("Vertragsdatum", false, Rule::ContractDateMissing, Rule::ContractDate);
+  checkDate("Vertragsbeginn", true, Rule::ContractBeginMissing, Rule::ContractBegin);
   if (objectMatters && !masterData_.VertragsgegenstandAngelegt(key.object))
-    findings.add(CheckStatus::Error, contract_findings::object);
+    findings.add(Finding(Rule::ContractObject, key.object));
   return findings;
 }
 
@@ -75,13 +77,14 @@ CheckStatus ContractCheck::checkRows(const Sql& query) {
   for (; !rows->eof(); rows->moveNext()) {
     JobRow job(*rows, missing);
     const Findings findings = checkStaged(*rows);
-    const Value severity(static_cast<std::int16_t>(findings.status));
-    job.set("JobType", Value(withState(job.jobType(), stateFor(findings.status))));
+    const CheckStatus status = findings.status();
+    const Value severity(static_cast<std::int16_t>(status));
+    job.set("JobType", Value(withState(job.jobType(), stateFor(status))));
     job.set("Status", severity);
     job.set("ImportType", severity);
-    job.set("Fehlertext", emptyToNull(Value(findings.text)));
+    job.set("Fehlertext", emptyToNull(Value(findings.text())));
     job.update();
-    worst = worse(worst, findings.status);
+    worst = worse(worst, status);
   }
   return worst;
 }

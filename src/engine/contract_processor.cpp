@@ -1,66 +1,51 @@
 #include "engine/contract_processor.h"
 
-#include "engine/contract_texts.h"
 #include "rules/dates.h"
 #include "rules/german_text.h"
 
-#include <string>
-
 namespace qx {
 
-bool ContractProcessor::process(JobRow& job) {
+Findings ContractProcessor::process(JobRow& job) {
   const JobFields fields = fieldsOf(job);
   const ContractKey key = ContractKey::of(fields);
   const auto line = openContract(*environment_.connection, key);
-  bool fits = checkCustomer(job, key);
-  if (!skipsObjectChecks(contractState(fields))) fits &= checkObject(job, key);
-  fits &= checkNumber(job, "Preis", contract_failures::price);
-  fits &= checkNumber(job, "Menge", contract_failures::quantity);
+  Findings refused;
+  checkCustomer(key, refused);
+  if (!skipsObjectChecks(contractState(fields))) checkObject(key, refused);
+  checkNumber(job.value("Preis"), Rule::ContractPriceTooLarge, Rule::ContractPriceNoNumber, refused);
+  checkNumber(job.value("Menge"), Rule::ContractQuantityTooLarge, Rule::ContractQuantityNoNumber, refused);
+  for (const Finding& finding : refused) marks_.markJobError(job, runLine(finding));
   // Raised for a failing contract as well.
   events_.raiseProcessInfo("Verträge werden überprüft und verarbeitet... (Kunde: " + key.customer +
                            " Vertragsgegenstand: " + key.object + ")");
-  if (fits) save(job, *line, fields);
-  return fits;
+  if (refused.empty()) save(job, *line, fields);
+  return refused;
 }
 
 bool ContractProcessor::any(const Sql& statement) { return !environment_.connection->open(statement)->eof(); }
 
-bool ContractProcessor::checkCustomer(JobRow& job, const ContractKey& key) {
-  if (any(sql("Select Kundennummer From Kundenstamm where Kundennummer  = '"_sql, value(key.customer),
-              "'"_sql)))
-    return true;
-  marks_.markJobError(job, std::string(contract_failures::customer) + key.customer +
-                               "' wurde noch nicht angelegt.");
-  return false;
+void ContractProcessor::checkCustomer(const ContractKey& key, Findings& refused) {
+  if (!any(sql("Select Kundennummer From Kundenstamm where Kundennummer  = '"_sql, value(key.customer),
+               "'"_sql)))
+    refused.add(Finding(Rule::ContractCustomerRefused, key.customer));
 }
 
 /// Every failed check is reported.
-bool ContractProcessor::checkObject(JobRow& job, const ContractKey& key) {
-  bool fits = true;
-  const auto fail = [&](const std::string& text) {
-    marks_.markJobError(job, text);
-    fits = false;
-  };
+void ContractProcessor::checkObject(const ContractKey& key, Findings& refused) {
   if (!any(sql("Select Vertragsart From Vertragsarten where Vertragsart  = '"_sql, value(key.kind), "'"_sql)))
-    fail(std::string(contract_failures::kind) + key.kind + "' wurde noch nicht angelegt.");
+    refused.add(Finding(Rule::ContractKindRefused, key.kind));
   if (!any(sql("Select VertrGegenstandsNr From [VertragsGegenständePos] where [VertrGegenstandsNr] = '"_sql,
                value(key.object), "' And Vertragsart ='"_sql, value(key.kind), "'"_sql)))
-    // The quote after the object number stands without an opening one on purpose.
-    fail(std::string(contract_failures::relation) + key.kind +
-         "' und Vertragsgegenstandsnummer: " + key.object + "' ermittelt werden.");
+    refused.add(Finding(Rule::ContractRelationRefused, key.kind, key.object));
   if (!any(sql("Select VertrGegenstandsNr From [Vertragsgegenstände] where [VertrGegenstandsNr]  = '"_sql,
                value(key.object), "'"_sql)))
-    fail(std::string(contract_failures::object) + key.object + "' wurde noch nicht angelegt.");
-  return fits;
+    refused.add(Finding(Rule::ContractObjectRefused, key.object));
 }
 
-bool ContractProcessor::checkNumber(JobRow& job, ColumnName field, std::string_view failure) {
-  const Value& staged = job.value(field);
+void ContractProcessor::checkNumber(const Value& staged, Rule tooLarge, Rule noNumber, Findings& refused) {
   const auto number = staged.number();
-  if (staged.isEmpty() || (number && Money::fromDouble(*number))) return true;
-  marks_.markJobError(job, std::string(failure) + (number ? germanNumber(*number) : staged.text()) +
-                               (number ? "' ist zu groß." : "' ist keine Zahl."));
-  return false;
+  if (staged.isEmpty() || (number && Money::fromDouble(*number))) return;
+  refused.add(number ? Finding(tooLarge, germanNumber(*number)) : Finding(noNumber, staged.text()));
 }
 
 void ContractProcessor::save(JobRow& job, Recordset& line, const JobFields& fields) {

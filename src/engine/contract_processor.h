@@ -3,11 +3,10 @@
 
 #include "engine/contract_line.h"
 #include "engine/event_source.h"
+#include "engine/findings.h"
 #include "engine/job_marks.h"
 #include "engine/job_row.h"
 #include "platform/environment.h"
-
-#include <string_view>
 
 namespace qx {
 
@@ -17,14 +16,14 @@ public:
   ContractProcessor(Environment& environment, JobMarks& marks, EventSource& events)
       : environment_(environment), marks_(marks), events_(events) {}
 
-  /// True when the line was written; the line and the job's done code are written together. A failed job is
-  /// marked with every reason that was found and its line is not written.
-  bool process(JobRow& job);
+  /// Why the contract was not written; empty when it was. The line and the job's done code are written
+  /// together. A failed job is marked with every reason that was found and its line is not written.
+  Findings process(JobRow& job);
 
 private:
-  bool checkCustomer(JobRow& job, const ContractKey& key);
-  bool checkObject(JobRow& job, const ContractKey& key);
-  bool checkNumber(JobRow& job, ColumnName field, std::string_view failure);
+  void checkCustomer(const ContractKey& key, Findings& refused);
+  void checkObject(const ContractKey& key, Findings& refused);
+  static void checkNumber(const Value& staged, Rule tooLarge, Rule noNumber, Findings& refused);
   void save(JobRow& job, Recordset& line, const JobFields& fields);
   bool any(const Sql& statement);
 

@@ -1,5 +1,7 @@
 #include "engine/contract_section.h"
 
+#include <utility>
+
 namespace qx {
 namespace {
 
@@ -21,16 +23,16 @@ void ContractSection::run(SectionRunner& runner) {
               }});
 }
 
-/// Writes the job, or marks it as failed.
-bool ContractSection::fits(JobRow& job) {
+Findings ContractSection::refusalOf(JobRow& job) {
   const auto unprepared = unprepared_.find(job.text("JobID"));
   if (unprepared == unprepared_.end()) return processor_.process(job);
   marks_.markJobError(job, unprepared->second);
-  return false;
+  return {Finding(Rule::ProcessingFailed, unprepared->second)};
 }
 
 JobResult ContractSection::processJob(JobRow& job) {
-  if (!fits(job)) return SectionRunner::refused(contracts, job, statusError);
+  if (Findings refused = refusalOf(job); !refused.empty())
+    return SectionRunner::refused(contracts, job, statusError, std::move(refused));
   JobResult result;
   result.line.process = contracts.process;
   result.line.number = job.text("Vertragsnummer");

@@ -21,7 +21,8 @@ public:
 private:
   JobResult processJob(JobRow& job);
 
-  bool fits(JobRow& job);
+  /// Writes the job, or marks it as failed; why it was.
+  Findings refusalOf(JobRow& job);
 
   JobMarks& marks_;
   const UnpreparedContracts& unprepared_;

@@ -1,6 +1,7 @@
 #include "engine/customer_processor.h"
 
 #include "engine/customer_columns.h"
+#include "engine/hints.h"
 #include "engine/host_undo.h"
 #include "rules/address_fields.h"
 #include "rules/dates.h"
@@ -11,10 +12,10 @@
 #include <stdexcept>
 
 namespace qx {
-/// One kind of code: how its messages name it, how a missing one is found and created, and whether it may be.
+/// One kind of code: what a missing one breaks, how it is found and created, and whether it may be.
 struct CustomerProcessor::Code {
-  std::string_view subject; ///< as in "Die Kundengruppe"
-  std::string_view object;  ///< as in "die Kundengruppe"
+  Rule refused;
+  std::string_view field;
   bool mayCreate;
   Sql lookup;
   ColumnName key;
@@ -30,79 +31,66 @@ CustomerProcessor::CustomerProcessor(Environment& environment, const RunOptions&
 
 CustomerProcessor::Outcome CustomerProcessor::process(JobRow& job) {
   const std::string number = job.text("Kundennummer");
-  if (number.empty()) {
-    fail(job, "Die Kundennummer fehlt.");
-    return {Result::Failed, {}};
-  }
+  if (number.empty()) return failed(job, {Finding(Rule::CustomerNumberMissing)});
   const auto customer = environment_.connection->open(
       sql("Select * From Kundenstamm Where Kundennummer = '"_sql, value(number), "'"_sql));
   const bool isNew = customer->eof();
-  std::string stamp;
-  const bool codesFit = checkCodes(job);
-  const bool dateFits = checkReceiptDate(job, stamp);
-  if (!codesFit || !dateFits) return {Result::Failed, {}};
+  Findings refused;
+  checkCodes(job, refused);
+  const std::string stamp = receiptStamp(job, refused);
+  if (!refused.empty()) return failed(job, std::move(refused));
   events_.raiseProcessInfo("Kunden werden verarbeitet... (Kundennummer: " + number + ")");
   // Before the row is written: they name what it held.
-  Hints hints = customerHints(fieldsOf(job.row()), isNew ? nullptr : customer.get(), homeCurrency_);
+  Findings hints = customerHints(fieldsOf(job.row()), isNew ? nullptr : customer.get(), homeCurrency_);
   save(job, *customer, isNew, stamp);
   return {isNew ? Result::Created : Result::Changed, std::move(hints)};
 }
 
-bool CustomerProcessor::fail(JobRow& job, std::string_view text) {
-  marks_.markJobError(job, text);
-  return false;
+CustomerProcessor::Outcome CustomerProcessor::failed(JobRow& job, Findings refused) {
+  for (const Finding& finding : refused) marks_.markJobError(job, runLine(finding));
+  return {Result::Failed, std::move(refused)};
 }
 
 /// All missing codes are reported, so that the clerk sees them at once.
-bool CustomerProcessor::checkCodes(JobRow& job) {
-  bool fits = true;
+void CustomerProcessor::checkCodes(const JobRow& job, Findings& refused) {
   if (const std::string group = job.text("Kundengruppe"); !group.empty())
-    fits &= checkCode(job,
-                      {"Die Kundengruppe", "die Kundengruppe", options_.createGroups,
-                       sql("Select Kundengruppe, Langtext From Kundengruppen where Kundengruppe = '"_sql,
-                           value(group), "'"_sql),
-                       "Kundengruppe", "Langtext", "Kundengruppe " + group},
-                      group);
+    checkCode({Rule::CustomerGroupRefused, "Kundengruppe", options_.createGroups,
+               sql("Select Kundengruppe, Langtext From Kundengruppen where Kundengruppe = '"_sql,
+                   value(group), "'"_sql),
+               "Kundengruppe", "Langtext", "Kundengruppe " + group},
+              group, refused);
   for (const ColumnName field :
        {ColumnName("Vertreter1"), ColumnName("Vertreter2"), ColumnName("Vertreter3")})
     if (const std::string rep = job.text(field); !rep.empty())
-      fits &= checkCode(job,
-                        {"Der Vertreter", "den Vertreter", options_.createReps,
-                         sql("Select VertreterNr, Suchbegriff, Bez1 From Vertreter where VertreterNr = '"_sql,
-                             value(rep), "'"_sql),
-                         "VertreterNr", "Bez1", "Vertreter " + rep, true},
-                        rep);
+      checkCode({Rule::CustomerSalesRepRefused, field.text(), options_.createReps,
+                 sql("Select VertreterNr, Suchbegriff, Bez1 From Vertreter where VertreterNr = '"_sql,
+                     value(rep), "'"_sql),
+                 "VertreterNr", "Bez1", "Vertreter " + rep, true},
+                rep, refused);
   if (const std::string payment = job.text("Zahlungsart"); !payment.empty())
-    fits &= checkCode(job,
-                      {"Die Zahlungsart", "die Zahlungsart", options_.createPayments,
-                       sql("Select Zahlungsart, Kurztext From Zahlungsarten  where Zahlungsart = '"_sql,
-                           value(payment), "'"_sql),
-                       "Zahlungsart", "Kurztext", "Zahlungsart " + payment},
-                      payment);
-  fits &= checkCurrency(job);
+    checkCode({Rule::CustomerPaymentMethodRefused, "Zahlungsart", options_.createPayments,
+               sql("Select Zahlungsart, Kurztext From Zahlungsarten  where Zahlungsart = '"_sql,
+                   value(payment), "'"_sql),
+               "Zahlungsart", "Kurztext", "Zahlungsart " + payment},
+              payment, refused);
+  // Currencies are never created.
+  if (const std::string currency = job.text("Währung");
+      !currency.empty() && !masterData_.codeExists("Währung", currency))
+    refused.add(Finding(Rule::CustomerCurrencyRefused, currency));
   if (const std::string bank = bankCode(fieldsOf(job)).text(); !bank.empty())
-    fits &=
-        checkCode(job,
-                  {"Die Bankleitzahl", "die Bankleitzahl", options_.createBanks,
-                   sql("Select Bankleitzahl, Kreditinstitut From Kreditinstitute where Bankleitzahl = '"_sql,
-                       value(bank), "'"_sql),
-                   "Bankleitzahl", "Kreditinstitut", job.text("Kreditinstitut")},
-                  bank);
-  return fits;
+    checkCode({Rule::CustomerBankRefused, "Bankleitzahl", options_.createBanks,
+               sql("Select Bankleitzahl, Kreditinstitut From Kreditinstitute where Bankleitzahl = '"_sql,
+                   value(bank), "'"_sql),
+               "Bankleitzahl", "Kreditinstitut", job.text("Kreditinstitut")},
+              bank, refused);
 }
 
-bool CustomerProcessor::checkCode(JobRow& job, const Code& code, std::string_view wanted) {
+void CustomerProcessor::checkCode(const Code& code, std::string_view wanted, Findings& refused) {
   const auto rows = environment_.connection->open(code.lookup);
-  if (!rows->eof()) return true;
+  if (!rows->eof()) return;
   if (!code.mayCreate) {
-    std::string text(code.subject);
-    text += ": '";
-    text += wanted;
-    text += "' wurde noch nicht angelegt.";
-    appendLine(text, "Um automatisch ");
-    text += code.object;
-    text += " anzulegen, stellen Sie dies bitte in den Optionen ein.";
-    return fail(job, text);
+    refused.add(Finding(code.refused, wanted).of(code.field));
+    return;
   }
   Savepoint part(*environment_.connection);
   rows->addNew();
@@ -111,27 +99,16 @@ bool CustomerProcessor::checkCode(JobRow& job, const Code& code, std::string_vie
   if (code.hasSearchTerm) rows->set("Suchbegriff", Value(code.newText));
   rows->update();
   part.release();
-  return true;
 }
 
-/// Currencies are never created.
-bool CustomerProcessor::checkCurrency(JobRow& job) {
-  const std::string currency = job.text("Währung");
-  if (currency.empty() || masterData_.codeExists("Währung", currency)) return true;
-  return fail(job, "Die Währung: '" + currency + "' ist nicht angelegt.");
-}
-
-bool CustomerProcessor::checkReceiptDate(JobRow& job, std::string& stamp) {
+std::string CustomerProcessor::receiptStamp(const JobRow& job, Findings& refused) const {
   const Value& received = job.value("Eingangsdatum");
-  if (received.isEmpty()) {
-    stamp = dayStamp(NowEx(environment_));
-    return true;
-  }
+  if (received.isEmpty()) return dayStamp(NowEx(environment_));
   try {
-    stamp = intdat(received);
-    return true;
+    return intdat(received);
   } catch (const std::invalid_argument&) {
-    return fail(job, "Das Eingangsdatum: '" + received.text() + "' ist kein Datum.");
+    refused.add(Finding(Rule::CustomerReceiptDate, received.text()));
+    return {};
   }
 }
 

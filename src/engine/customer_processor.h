@@ -2,7 +2,7 @@
 #pragma once
 
 #include "engine/event_source.h"
-#include "engine/hints.h"
+#include "engine/findings.h"
 #include "engine/job_marks.h"
 #include "engine/job_row.h"
 #include "engine/run_options.h"
@@ -24,7 +24,7 @@ public:
   enum class Result { Created, Changed, Failed };
   struct Outcome {
     Result result = Result::Failed;
-    Hints hints; ///< of a job that was written
+    Findings findings; ///< hints of a job that was written, the reasons of one that failed
   };
 
   CustomerProcessor(Environment& environment, const RunOptions& options, JobMarks& marks, EventSource& events,
@@ -44,16 +44,16 @@ private:
     std::vector<std::pair<std::string, std::string>> addresses; ///< that were added: customer and number
   };
 
-  bool checkCodes(JobRow& job);
-  bool checkCode(JobRow& job, const Code& code, std::string_view wanted);
-  bool checkCurrency(JobRow& job);
-  bool checkReceiptDate(JobRow& job, std::string& stamp);
+  void checkCodes(const JobRow& job, Findings& refused);
+  void checkCode(const Code& code, std::string_view wanted, Findings& refused);
+  std::string receiptStamp(const JobRow& job, Findings& refused) const;
   void save(JobRow& job, Recordset& customer, bool isNew, const std::string& stamp);
   static void writeCustomer(const JobRow& job, Recordset& customer, bool isNew, const std::string& stamp,
                             Written& written);
   void addAddresses(const JobRow& job, Written& written);
   void undoOnHost(Recordset& customer, const std::string& number, const Written& written);
-  bool fail(JobRow& job, std::string_view text);
+
+  Outcome failed(JobRow& job, Findings refused);
 
   Environment& environment_;
   const RunOptions& options_;

@@ -1,6 +1,7 @@
 #include "engine/customer_proof.h"
 
 #include "rules/active_connection.h"
+#include "rules/address_fields.h"
 #include "rules/german_text.h"
 
 #include <algorithm>
@@ -13,60 +14,35 @@ namespace {
 struct CodeField {
   ColumnName field;
   std::string_view master;
+  Rule rule;
 };
-constexpr std::array codeFields{CodeField{"Kundengruppe", "Kundengruppe"},
-                                CodeField{"Vertreter1", "Vertreter"}, CodeField{"Versandart", "Versandart"},
-                                CodeField{"Zahlungsart", "Zahlungsart"},
-                                CodeField{"ZahlungsbedSchl", "ZahlungsbedSchl"}};
+constexpr std::array codeFields{CodeField{"Kundengruppe", "Kundengruppe", Rule::CustomerGroup},
+                                CodeField{"Vertreter1", "Vertreter", Rule::CustomerSalesRep},
+                                CodeField{"Versandart", "Versandart", Rule::CustomerShippingMethod},
+                                CodeField{"Zahlungsart", "Zahlungsart", Rule::CustomerPaymentMethod},
+                                CodeField{"ZahlungsbedSchl", "ZahlungsbedSchl", Rule::CustomerPaymentTerms}};
 
-using AddressPart = std::string Adresse::*;
+/// In the order of `mainAddress`.
+constexpr std::array mainAddressRules{Rule::CustomerName1,  Rule::CustomerName2,   Rule::CustomerName3,
+                                      Rule::CustomerStreet, Rule::CustomerCountry, Rule::CustomerPostCode,
+                                      Rule::CustomerCity};
+static_assert(mainAddressRules.size() == mainAddress.size());
 
-struct ComparedField {
-  ColumnName field;
-  AddressPart stored = nullptr;
+struct AddressRules {
+  const AddressFields& fields;
+  Rule differs;
+  Rule unknown;
 };
-constexpr std::array mainAddressFields{
-    ComparedField{"Bez1", &Adresse::Bez1}, ComparedField{"Bez2", &Adresse::Bez2},
-    ComparedField{"Bez3", &Adresse::Bez3}, ComparedField{"Strasse", &Adresse::Strasse},
-    ComparedField{"Land", &Adresse::Land}, ComparedField{"PLZ", &Adresse::PLZ},
-    ComparedField{"Ort", &Adresse::Ort}};
+constexpr std::array addressRules{
+    AddressRules{deliveryAddress, Rule::CustomerDelivery, Rule::CustomerDeliveryKey},
+    AddressRules{invoiceAddress, Rule::CustomerInvoice, Rule::CustomerInvoiceKey}};
 
-// The streets of these two blocks are not compared.
-struct AddressBlock {
-  ColumnName customer;
-  ColumnName number;
-  ColumnName street;
-  std::array<ComparedField, 6> fields;
-};
-constexpr std::array addressBlocks{
-    AddressBlock{"VS_KdNr",
-                 "VS_AdrNr",
-                 "VS_Straße",
-                 {ComparedField{"VS_Bez1", &Adresse::Bez1}, ComparedField{"VS_Bez2", &Adresse::Bez2},
-                  ComparedField{"VS_Bez3", &Adresse::Bez3}, ComparedField{"VS_PLZ", &Adresse::PLZ},
-                  ComparedField{"VS_Ort", &Adresse::Ort}, ComparedField{"VS_Land", &Adresse::Land}}},
-    AddressBlock{"RG_KdNr",
-                 "RG_AdrNr",
-                 "RG_Straße",
-                 {ComparedField{"RG_Bez1", &Adresse::Bez1}, ComparedField{"RG_Bez2", &Adresse::Bez2},
-                  ComparedField{"RG_Bez3", &Adresse::Bez3}, ComparedField{"RG_PLZ", &Adresse::PLZ},
-                  ComparedField{"RG_Ort", &Adresse::Ort}, ComparedField{"RG_Land", &Adresse::Land}}}};
-
-void addMissing(Findings& findings, std::string_view field, std::string_view code) {
-  findings.add(CheckStatus::Warning,
-               std::string(field) + ": '" + std::string(code) + "' ist nicht angelegt.");
-}
+/// The streets of the two addresses are not compared.
+bool isCompared(const AddressLine& line) { return line.part != &Adresse::Strasse; }
 
 /// A field of which the job does not speak changes nothing in the master.
-void compare(Findings& findings, std::string_view field, const Value& job, const std::string& stored) {
-  if (!job.isNull() && job.text() != stored)
-    findings.add(CheckStatus::Warning,
-                 std::string(field) + " ist nicht identisch: '" + job.text() + "' / '" + stored + "'");
-}
-
-bool blockIsEmpty(const JobFields& job, const AddressBlock& block) {
-  return std::ranges::all_of(block.fields,
-                             [&](const ComparedField& field) { return job(field.field).isEmpty(); });
+void compare(Findings& findings, Rule rule, ColumnName field, const Value& job, const std::string& stored) {
+  if (!job.isNull() && job.text() != stored) findings.add(Finding(rule, job.text(), stored).of(field.text()));
 }
 
 } // namespace
@@ -75,13 +51,13 @@ CustomerProof::CustomerProof(Environment& environment, bool compareAddresses)
     : environment_(environment), compareAddresses_(compareAddresses), masterData_(environment),
       addresses_(environment) {}
 
-Findings CustomerProof::prove(std::string_view jobId) const {
+Findings CustomerProof::ProveCustomerJob(std::string_view JobID) const {
   Findings findings;
   const auto job =
       activeConnection(environment_)
           .open(sql(
               "SELECT * FROM ImportKopf Where (JobType = 10 or JobType = 11 or JobType = 12) And (JobID ='"_sql,
-              value(jobId), "')"_sql));
+              value(JobID), "')"_sql));
   if (job->eof()) return findings;
   findings = prove(fieldsOf(*job));
   findings.append(contracts(job->text("Kundennummer")));
@@ -91,7 +67,7 @@ Findings CustomerProof::prove(std::string_view jobId) const {
 Findings CustomerProof::prove(const JobFields& job) const {
   Findings findings;
   const std::string customer = job("Kundennummer").text();
-  if (customer.empty()) findings.add(CheckStatus::Error, "Die Kundennummer fehlt.");
+  if (customer.empty()) findings.add(Finding(Rule::CustomerNumberMissing));
   proveCodes(job, findings);
   if (compareAddresses_ && !customer.empty()) compareWithMaster(job, findings);
   proveReferences(job, findings);
@@ -102,11 +78,11 @@ void CustomerProof::proveCodes(const JobFields& job, Findings& findings) const {
   for (const CodeField& code : codeFields) {
     const std::string wanted = job(code.field).text();
     if (!wanted.empty() && !masterData_.codeExists(code.master, wanted))
-      addMissing(findings, code.field.text(), wanted);
+      findings.add(Finding(code.rule, wanted));
   }
   const std::string bank = bankCode(job).text();
   if (!bank.empty() && !masterData_.codeExists("Bankleitzahl", bank))
-    addMissing(findings, "Bankleitzahl", bank);
+    findings.add(Finding(Rule::CustomerBank, bank));
 }
 
 void CustomerProof::compareWithMaster(const JobFields& job, Findings& findings) const {
@@ -116,33 +92,40 @@ void CustomerProof::compareWithMaster(const JobFields& job, Findings& findings) 
           .open(sql("Select * From Kundenstamm Where Kundennummer = '"_sql, value(customer), "'"_sql));
   if (master->eof()) return;
   const JobFields stored = fieldsOf(*master);
-  for (const ComparedField& field : mainAddressFields)
-    compare(findings, field.field.text(), job(field.field), stored(field.field).text());
-  for (const AddressBlock& block : addressBlocks) {
-    if (blockIsEmpty(job, block)) continue;
-    const std::string number = job(block.number).text();
-    compare(findings, block.number.text(), job(block.number), stored(block.number).text());
-    std::string owner = job(block.customer).text();
+  for (std::size_t i = 0; i < mainAddress.size(); ++i) {
+    const ColumnName column = mainAddress[i].column;
+    compare(findings, mainAddressRules[i], column, job(column), stored(column).text());
+  }
+  for (const auto& [fields, differs, unknown] : addressRules) {
+    const auto isSpokenOf = [&](const AddressLine& line) {
+      return isCompared(line) && !job(line.column).isEmpty();
+    };
+    if (std::ranges::none_of(fields.lines, isSpokenOf)) continue;
+    const std::string number = job(fields.number).text();
+    compare(findings, differs, fields.number, job(fields.number), stored(fields.number).text());
+    std::string owner = job(fields.customer).text();
     if (owner.empty()) owner = customer;
     const Adresse address = addresses_.GetAdressDaten(owner, number).value_or(Adresse());
-    for (const ComparedField& field : block.fields)
-      compare(findings, field.field.text(), job(field.field), address.*field.stored);
+    for (const AddressLine& line : fields.lines)
+      if (isCompared(line)) compare(findings, differs, line.column, job(line.column), address.*line.part);
   }
 }
 
 void CustomerProof::proveReferences(const JobFields& job, Findings& findings) const {
   const std::string account = job("Hauptkonto").text();
   if (!account.empty() && !masterData_.codeExists("Hauptkonto", account))
-    findings.add(CheckStatus::Warning, "Hauptkonto ist nicht angelegt");
-  for (const AddressBlock& block : addressBlocks) {
-    const std::string owner = job(block.customer).text();
-    const std::string number = job(block.number).text();
+    findings.add(Finding(Rule::CustomerAccount, account));
+  for (const auto& [fields, differs, unknown] : addressRules) {
+    const std::string owner = job(fields.customer).text();
+    const std::string number = job(fields.number).text();
     // The customer's own number stands for the customer that this job creates, and with an address for the
     // one that it brings along.
-    const bool brought = number.empty() || !blockIsEmpty(job, block) || !job(block.street).isEmpty();
+    const bool brought = number.empty() || std::ranges::any_of(fields.lines, [&](const AddressLine& line) {
+                           return !job(line.column).isEmpty();
+                         });
     const bool own = brought && equalCodes(owner, job("Kundennummer").text());
     if (!owner.empty() && !own && !addresses_.KundeAngelegt(owner, number))
-      findings.add(CheckStatus::Error, std::string(block.customer.text()) + " ist nicht angelegt");
+      findings.add(Finding(unknown, owner));
   }
 }
 
@@ -154,10 +137,8 @@ Findings CustomerProof::contracts(std::string_view customer) const {
               "Select JobType From ImportKopf where (JobType = 41 or JobType = 42) and  (Kundennummer = '"_sql,
               value(customer), "')"_sql));
   for (; !staged->eof(); staged->moveNext()) {
-    if (staged->value("JobType").integer() == qxtJobKundenVerträgeWarning)
-      findings.add(CheckStatus::Warning, contractWarnings);
-    else
-      findings.add(CheckStatus::Error, contractErrors);
+    const bool warning = staged->value("JobType").integer() == qxtJobKundenVerträgeWarning;
+    findings.add(Finding(warning ? Rule::CustomerContractWarnings : Rule::CustomerContractErrors));
   }
   return findings;
 }

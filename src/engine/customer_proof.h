@@ -12,10 +12,6 @@
 
 namespace qx {
 
-/// What parked contracts of the customer make of its own job: a warning and an error.
-inline constexpr std::string_view contractWarnings = "Im Kundenvertrag wurden ''Warnungen'' festgestellt.";
-inline constexpr std::string_view contractErrors = "Im Kundenvertrag wurden ''Fehler'' festgestellt.";
-
 /// Proves a staged customer job against the master data. Writes nothing.
 class CustomerProof {
 public:
@@ -23,7 +19,7 @@ public:
   CustomerProof(Environment& environment, bool compareAddresses);
 
   /// Clean for a job that is neither waiting nor parked.
-  Findings prove(std::string_view jobId) const;
+  Findings ProveCustomerJob(std::string_view JobID) const;
   /// For these values, without the contracts.
   Findings prove(const JobFields& job) const;
   /// What the staged contracts of the customer make of it.

@@ -35,12 +35,14 @@ void CustomerSection::run(SectionRunner& runner) {
 }
 
 JobResult CustomerSection::processJob(JobRow& job) {
-  CheckStatus status = CheckStatus::Clean;
-  if (!unevaluated_ && options_.automatic && !job.released() && park(job, status))
-    return SectionRunner::refused(customers, job,
-                                  status == CheckStatus::Warning ? statusWarning : statusError);
+  if (!unevaluated_ && options_.automatic && !job.released()) {
+    Findings findings = park(job);
+    if (const CheckStatus status = findings.status(); status != CheckStatus::Clean)
+      return SectionRunner::refused(
+          customers, job, status == CheckStatus::Warning ? statusWarning : statusError, std::move(findings));
+  }
   CustomerProcessor::Outcome written = processor_.process(job);
-  if (written.result == CustomerProcessor::Result::Failed) return failed(job);
+  if (written.result == CustomerProcessor::Result::Failed) return failed(job, std::move(written.findings));
   const bool isNew = written.result == CustomerProcessor::Result::Created;
   JobResult result;
   result.line.process = customers.process;
@@ -49,12 +51,12 @@ JobResult CustomerSection::processJob(JobRow& job) {
   result.line.date = job.text("Eingangsdatum");
   result.line.info = info(job, isNew);
   result.line.newCustomer = isNew;
-  result.tell(std::move(written.hints));
+  result.addHints(std::move(written.findings));
   return indexed(job, std::move(result));
 }
 
-JobResult CustomerSection::failed(const JobRow& job) {
-  return indexed(job, SectionRunner::refused(customers, job, statusError));
+JobResult CustomerSection::failed(const JobRow& job, Findings findings) {
+  return indexed(job, SectionRunner::refused(customers, job, statusError, std::move(findings)));
 }
 
 /// The search index is brought up to date for a failed job's customer as well.
@@ -63,20 +65,18 @@ JobResult CustomerSection::indexed(const JobRow& job, JobResult result) {
   return result;
 }
 
-/// True when the proof has findings: the job is then marked and not written.
-bool CustomerSection::park(JobRow& job, CheckStatus& status) {
+/// When the proof has findings the job is marked and not written.
+Findings CustomerSection::park(JobRow& job) {
   if (!job.value("Fehlertext").isEmpty()) {
     job.set("Fehlertext", Value(""));
     job.update();
   }
-  const Findings findings = proof_.prove(job.text("JobID"));
-  status = findings.status;
-  if (status == CheckStatus::Clean) return false;
-  if (status == CheckStatus::Warning)
+  Findings findings = proof_.ProveCustomerJob(job.text("JobID"));
+  if (findings.status() == CheckStatus::Warning)
     JobMarks::markJobWarning(job, announced(findings));
-  else
+  else if (findings.status() == CheckStatus::Error)
     marks_.markJobError(job, announced(findings));
-  return true;
+  return findings;
 }
 
 } // namespace qx

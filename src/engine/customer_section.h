@@ -18,9 +18,9 @@ public:
 
 private:
   JobResult processJob(JobRow& job);
-  static JobResult failed(const JobRow& job);
+  static JobResult failed(const JobRow& job, Findings findings = {});
   static JobResult indexed(const JobRow& job, JobResult result);
-  bool park(JobRow& job, CheckStatus& status);
+  Findings park(JobRow& job);
 
   const RunOptions& options_;
   JobMarks& marks_;

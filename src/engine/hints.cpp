@@ -1,6 +1,5 @@
 #include "engine/hints.h"
 
-#include "platform/one_line.h"
 #include "platform/sql.h"
 #include "rules/address_fields.h"
 #include "rules/german_text.h"
@@ -34,8 +33,6 @@ constexpr std::array unwrittenFields{UnwrittenField{"Währung", "Währung"},
                                      UnwrittenField{"IndFild3", "Ind_Text3"},
                                      UnwrittenField{"IndFild4", "Ind_Text4"}};
 
-std::string inQuotes(std::string_view text) { return "'" + std::string(text) + "'"; }
-
 const Value& masterValue(Recordset* master, ColumnName column) {
   static const Value none;
   return master != nullptr && master->hasField(column) ? master->value(column) : none;
@@ -44,7 +41,7 @@ const Value& masterValue(Recordset* master, ColumnName column) {
 std::string masterText(Recordset* master, ColumnName column) { return masterValue(master, column).text(); }
 
 void addToList(std::string& list, std::string_view field, std::string_view content) {
-  list += (list.empty() ? "" : ", ") + std::string(field) + " " + inQuotes(content);
+  list += (list.empty() ? "" : ", ") + std::string(field) + " '" + std::string(content) + "'";
 }
 
 /// Nothing of worth: empty, or a number 0.
@@ -52,7 +49,7 @@ bool holdsNothing(const Value& value) {
   return value.isEmpty() || (value.kind() != ValueKind::Text && value.number() == 0.0);
 }
 
-void addEmptiedFields(const JobFields& job, Recordset& master, Hints& hints) {
+void addEmptiedFields(const JobFields& job, Recordset& master, Findings& hints) {
   std::string list;
   for (const CustomerColumn& field : writtenCustomerColumns()) {
     const Value& before = masterValue(&master, field.column);
@@ -60,11 +57,11 @@ void addEmptiedFields(const JobFields& job, Recordset& master, Hints& hints) {
     const auto written = writtenBy(job, field, false);
     if (written && holdsNothing(*written)) addToList(list, field.column.text(), before.text());
   }
-  if (!list.empty()) hints.push_back("Im Kundenstamm geleert: " + list);
+  if (!list.empty()) hints.add(Finding(Rule::CustomerEmptied, list));
 }
 
 void addUnwrittenFields(const JobFields& job, Recordset* master, std::string_view homeCurrency,
-                        Hints& hints) {
+                        Findings& hints) {
   std::string list;
   for (const UnwrittenField& unwritten : unwrittenFields) {
     const std::string given = job(unwritten.field).text();
@@ -75,26 +72,21 @@ void addUnwrittenFields(const JobFields& job, Recordset* master, std::string_vie
     if (stored.empty() && unwritten.like == ColumnName("Währung")) stored = homeCurrency;
     if (!equalCodes(given, stored)) addToList(list, unwritten.field.text(), given);
   }
-  if (!list.empty()) hints.push_back("Nicht in den Kundenstamm übernommen: " + list);
+  if (!list.empty()) hints.add(Finding(Rule::CustomerUnwritten, list));
 }
 
-void addUnwrittenAddresses(const JobFields& job, Hints& hints) {
+void addUnwrittenAddresses(const JobFields& job, Findings& hints) {
   for (const AddressFields& address : jobAddresses)
     if (job(address.number).isEmpty() && std::ranges::any_of(address.lines, [&](const AddressLine& line) {
           return !job(line.column).isEmpty();
         }))
-      hints.push_back("Die " + std::string(address.name) +
-                      " hat keine Adressnummer und wird nicht gespeichert.");
+      hints.add(Finding(Rule::CustomerAddressUnstored, address.name).of(address.number.text()));
 }
 
-void addTaxHints(std::string_view mark, std::string_view taxId, bool grossPrices, Hints& hints) {
+void addTaxHints(std::string_view mark, std::string_view taxId, bool grossPrices, Findings& hints) {
   if (mark.empty() || equalCodes(mark, domesticMark)) return;
-  if (equalCodes(mark, unionMark) && taxId.empty())
-    hints.push_back("Der Kunde ist steuerfrei (MwSt_KZ " + inQuotes(mark) + "), hat aber keine UstIdentNr.");
-  if (grossPrices)
-    hints.push_back(
-        "Bruttopreise (Preistyp 1) bei einem Kunden, der nicht im Inland besteuert wird (MwSt_KZ " +
-        inQuotes(mark) + ").");
+  if (equalCodes(mark, unionMark) && taxId.empty()) hints.add(Finding(Rule::TaxIdMissing, mark));
+  if (grossPrices) hints.add(Finding(Rule::GrossPricesAbroad, mark));
 }
 
 bool isGross(const Value& priceType) { return priceType.integer() == std::int64_t{1}; }
@@ -108,14 +100,12 @@ bool hasRate(std::string_view currency, Connection& connection) {
 
 } // namespace
 
-std::string hintLine(std::string_view hint) { return std::string(hintMark) + oneLine(hint); }
-
 std::string homeCurrencyOf(const Settings& settings) {
   return settings.getShared("Allgemein", "Landeswährung", defaultHomeCurrency);
 }
 
-Hints customerHints(const JobFields& job, Recordset* master, std::string_view homeCurrency) {
-  Hints hints;
+Findings customerHints(const JobFields& job, Recordset* master, std::string_view homeCurrency) {
+  Findings hints;
   if (master != nullptr) addEmptiedFields(job, *master, hints);
   addUnwrittenFields(job, master, homeCurrency, hints);
   addUnwrittenAddresses(job, hints);
@@ -123,8 +113,7 @@ Hints customerHints(const JobFields& job, Recordset* master, std::string_view ho
     const std::string country = job("Land").text();
     const auto isHome = [&](std::string_view home) { return equalCodes(country, home); };
     if (!country.empty() && std::ranges::none_of(homeCountries, isHome))
-      hints.push_back("Neukunde im Land " + inQuotes(country) +
-                      " mit dem Steuermerkmal des Inlands (MwSt_KZ " + inQuotes(domesticMark) + ").");
+      hints.add(Finding(Rule::CustomerAbroad, country, domesticMark));
     return hints;
   }
   // What the master holds once the job is written.
@@ -136,16 +125,15 @@ Hints customerHints(const JobFields& job, Recordset* master, std::string_view ho
   return hints;
 }
 
-Hints orderHints(const JobFields& job, Recordset& customer, Connection& connection,
-                 std::string_view homeCurrency) {
-  Hints hints;
+Findings orderHints(const JobFields& job, Recordset& customer, Connection& connection,
+                    std::string_view homeCurrency) {
+  Findings hints;
   std::string currency = masterText(&customer, "Währung");
   if (currency.empty()) currency = homeCurrency;
   if (const std::string own = job("Währung").text(); !own.empty() && !equalCodes(own, currency))
-    hints.push_back("Die Währung " + inQuotes(own) + " des Auftrags gilt nicht, der Kunde hat " +
-                    inQuotes(currency) + ".");
+    hints.add(Finding(Rule::OrderCurrency, own, currency));
   if (!equalCodes(currency, homeCurrency) && !hasRate(currency, connection))
-    hints.push_back("Zur Währung " + inQuotes(currency) + " ist kein Wechselkurs angelegt.");
+    hints.add(Finding(Rule::OrderExchangeRate, "", currency));
   const auto jobOrMaster = [&](ColumnName column) {
     const Value own = job(column);
     return own.isEmpty() ? masterValue(&customer, column) : own;

@@ -4,6 +4,7 @@
 #include "engine/customer_proof.h"
 #include "engine/event_source.h"
 #include "engine/findings.h"
+#include "engine/hints.h"
 #include "engine/job_marks.h"
 #include "engine/job_outcome.h"
 #include "engine/processing_run.h"
@@ -199,14 +200,11 @@ public:
   void interruptStatement() noexcept {
     if (environment_.connection) environment_.connection->interrupt();
   }
-  /// Checks a staged customer job without writing anything. A check that fails is shown and is a finding.
-  Findings proveCustomerJob(std::string_view jobId);
   /// Checks a staged job of any kind without writing anything. A check that fails is a finding; a store that
   /// cannot go on reaches the caller.
   Findings checkJob(std::string_view jobId);
   ImportLock& importLock() { return lock_; }
   JobDeletion& jobDeletion() { return deletion_; }
-  const std::string& homeCurrency() const { return homeCurrency_; }
   /// @}
 
 private:

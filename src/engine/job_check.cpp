@@ -2,6 +2,7 @@
 
 #include "engine/contract_check.h"
 #include "engine/customer_proof.h"
+#include "engine/hints.h"
 #include "engine/order_check.h"
 #include "engine/section_runner.h"
 #include "platform/german_cause.h"
@@ -13,11 +14,6 @@
 #include <string>
 
 namespace qx {
-namespace {
-
-constexpr std::string_view checkFailure = "Der Vorgang konnte nicht geprüft werden: ";
-
-} // namespace
 
 JobCheck::JobCheck(Environment& environment) : environment_(environment), prices_(environment) {
   const Settings settings(environment, SettingTrap::Refusals);
@@ -32,9 +28,7 @@ Findings JobCheck::check(std::string_view jobId) {
   } catch (const std::exception& error) {
     rethrowUnlessJobFailure();
     environment_.diagnostics.report({"check of a job", error.what(), jobId});
-    Findings failed;
-    failed.add(CheckStatus::Error, std::string(checkFailure) + germanCause(error));
-    return failed;
+    return {Finding(Rule::CheckFailed, germanCause(error))};
   }
 }
 
@@ -45,12 +39,12 @@ Findings JobCheck::findingsOf(std::string_view jobId) {
   const auto jobType = jobCode(header->value("JobType"));
   if (stateOf(jobType) > JobState::Error) return {};
   const auto withHints = [&](Findings findings) {
-    findings.hints = hintsOf(*header);
+    findings.append(hintsOf(*header));
     return findings;
   };
   switch (kindOf(jobType)) {
   case qxtjobkunden:
-    return withHints(CustomerProof(environment_, compareAddresses_).prove(jobId));
+    return withHints(CustomerProof(environment_, compareAddresses_).ProveCustomerJob(jobId));
   case qxtjobverträge:
   case qxtjobkundenverträge:
     return ContractCheck(environment_).checkStaged(*header);
@@ -64,7 +58,7 @@ Findings JobCheck::findingsOf(std::string_view jobId) {
 }
 
 /// Those of a customer or an order job; an order of an unknown customer has none.
-Hints JobCheck::hintsOf(Recordset& header) const {
+Findings JobCheck::hintsOf(Recordset& header) const {
   const JobFields job = fieldsOf(header);
   const std::string number = job("Kundennummer").text();
   if (number.empty()) return {};
@@ -74,7 +68,7 @@ Hints JobCheck::hintsOf(Recordset& header) const {
   const bool known = !customer->eof();
   if (kindOf(jobCode(header.value("JobType"))) == qxtjobkunden)
     return customerHints(job, known ? customer.get() : nullptr, homeCurrency_);
-  return known ? orderHints(job, *customer, connection, homeCurrency_) : Hints();
+  return known ? orderHints(job, *customer, connection, homeCurrency_) : Findings();
 }
 
 } // namespace qx

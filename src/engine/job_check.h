@@ -23,7 +23,7 @@ public:
 
 private:
   Findings findingsOf(std::string_view jobId);
-  Hints hintsOf(Recordset& header) const;
+  Findings hintsOf(Recordset& header) const;
 
   Environment& environment_;
   bool compareAddresses_ = false;

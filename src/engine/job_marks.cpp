@@ -1,5 +1,7 @@
 #include "engine/job_marks.h"
 
+#include "engine/finding_terms.h"
+
 namespace qx {
 namespace {
 
@@ -34,7 +36,7 @@ void JobMarks::markCustomerJobsOfContract(std::string_view customer) {
   const auto jobs = environment_.connection->open(
       sql("Select JobType, Fehlertext, JobID From ImportKopf Where Kundennummer = '"_sql, value(customer),
           "' And (JobType = 10 or JobType = 13)"_sql));
-  constexpr std::string_view reason = "Im Kundenvertrag wurden ''Fehler'' festgestellt.";
+  const std::string_view reason = terms(Rule::CustomerContractErrors).run;
   for (; !jobs->eof(); jobs->moveNext()) {
     JobRow job(*jobs, missing_);
     errors_(job.jobType(), reason);

@@ -1,7 +1,7 @@
 // What a processing run tells about its jobs and about itself.
 #pragma once
 
-#include "engine/hints.h"
+#include "engine/findings.h"
 #include "model/job_codes.h"
 
 #include <cstddef>
@@ -21,7 +21,7 @@ struct JobOutcome {
   std::string status;
   std::int16_t jobType = 0;
   std::string reasons; ///< `Fehlertext`
-  Hints hints;         ///< of a job that was written
+  Findings findings;   ///< why it was parked or refused; hints of a job that was written
 };
 
 enum class RunEnd : std::uint8_t {

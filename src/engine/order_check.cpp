@@ -1,6 +1,5 @@
 #include "engine/order_check.h"
 
-#include "engine/order_texts.h"
 #include "platform/whole_number.h"
 #include "rules/german_text.h"
 #include "rules/rounding.h"
@@ -11,11 +10,6 @@ namespace qx {
 namespace {
 
 std::string textOf(Recordset& row, ColumnName column) { return row.hasField(column) ? row.text(column) : ""; }
-
-/// Whether both fields of an address key are empty.
-bool noKey(Recordset& job, ColumnName customer, ColumnName number) {
-  return textOf(job, customer).empty() && textOf(job, number).empty();
-}
 
 } // namespace
 
@@ -38,7 +32,7 @@ Findings OrderCheck::CheckAuftrag(std::string_view JobID, OrderPrices& prices, b
   findings.append(individualFields([&](ColumnName column) { return textOf(*job, column); }));
   checkPaymentTerms(*job, findings);
   checkBank(*job, findings);
-  checkAddressKeys(*job, findings);
+  checkAddressKeys(*job, findings, Rule::OrderDeliveryKey, Rule::OrderInvoiceKey);
   checkAccount(*job, findings, stagedText);
   checkCustomer(*job, findings);
   findings.append(credit(textOf(*job, "Kundennummer")));
@@ -48,23 +42,23 @@ Findings OrderCheck::CheckAuftrag(std::string_view JobID, OrderPrices& prices, b
 
 Findings OrderCheck::note(std::string_view remark) const {
   Findings findings;
-  if (options_.customerSpecific && !remark.empty()) findings.add(CheckStatus::Warning, order_tokens::note);
+  if (options_.customerSpecific && !remark.empty()) findings.add(Finding(Rule::OrderNote, remark));
   return findings;
 }
 
 void OrderCheck::checkSalesRep(Recordset& job, Findings& findings) const {
   const std::string rep = textOf(job, "Vertreter1");
   if (!rep.empty() && !masterData_.codeExists("Vertreter", rep))
-    findings.add(CheckStatus::Warning, order_tokens::salesRep);
+    findings.add(Finding(Rule::OrderSalesRep, rep));
 }
 
 void OrderCheck::checkMethods(Recordset& job, Findings& findings) const {
   const std::string shipping = textOf(job, "Versandart");
   if (!shipping.empty() && !masterData_.codeExists("Versandart", shipping))
-    findings.add(CheckStatus::Warning, order_tokens::shippingMethod);
+    findings.add(Finding(Rule::OrderShippingMethod, shipping));
   const std::string payment = textOf(job, "Zahlungsart");
   if (!payment.empty() && !masterData_.codeExists("Zahlungsart", payment))
-    findings.add(CheckStatus::Warning, order_tokens::paymentMethod);
+    findings.add(Finding(Rule::OrderPaymentMethod, payment));
 }
 
 /// Certain marks in the individual fields demand a certain payment or shipping method. A rule whose setting
@@ -72,66 +66,62 @@ void OrderCheck::checkMethods(Recordset& job, Findings& findings) const {
 Findings OrderCheck::individualFields(const std::function<std::string(ColumnName)>& job) const {
   Findings findings;
   if (!options_.customerSpecific) return findings;
-  struct Rule {
+  struct Demand {
     ColumnName field;
     std::string_view mark;
     ColumnName method;
     const std::string& demanded;
-    std::string_view token;
+    Rule rule;
   };
-  const Rule rules[] = {{"IndFild1", "ZB", "Zahlungsart", options_.ZAVSRG, order_tokens::fieldZB},
-                        {"IndFild3", "ZA", "Zahlungsart", options_.ZAKunde, order_tokens::fieldZA},
-                        {"IndFild4", "MK", "Versandart", options_.VAKunde, order_tokens::fieldMK}};
-  for (const Rule& rule : rules)
-    if (!rule.demanded.empty() && job(rule.field) == rule.mark &&
-        !equalCodes(job(rule.method), rule.demanded))
-      findings.add(CheckStatus::Warning, rule.token);
+  const Demand demands[] = {{"IndFild1", "ZB", "Zahlungsart", options_.ZAVSRG, Rule::OrderMarkZB},
+                            {"IndFild3", "ZA", "Zahlungsart", options_.ZAKunde, Rule::OrderMarkZA},
+                            {"IndFild4", "MK", "Versandart", options_.VAKunde, Rule::OrderMarkMK}};
+  for (const Demand& demand : demands)
+    if (!demand.demanded.empty() && job(demand.field) == demand.mark &&
+        !equalCodes(job(demand.method), demand.demanded))
+      findings.add(Finding(demand.rule, job(demand.method), demand.demanded));
   return findings;
 }
 
 void OrderCheck::checkPaymentTerms(Recordset& job, Findings& findings) const {
   const std::string terms = textOf(job, "ZahlungsbedSchl");
   if (!terms.empty() && !masterData_.codeExists("ZahlungsbedSchl", terms))
-    findings.add(CheckStatus::Warning, order_tokens::paymentTerms);
+    findings.add(Finding(Rule::OrderPaymentTerms, terms));
 }
 
 void OrderCheck::checkBank(Recordset& job, Findings& findings) const {
   std::string bank = textOf(job, "Bankleitzahl");
   if (bank.empty()) bank = textOf(job, "BLZ");
   if (!bank.empty() && !masterData_.codeExists("Bankleitzahl", bank))
-    findings.add(CheckStatus::Warning, order_tokens::bank);
+    findings.add(Finding(Rule::OrderBank, bank));
 }
 
-bool OrderCheck::addressResolves(Recordset& job, ColumnName customer, ColumnName number) const {
-  std::string owner = textOf(job, customer);
-  if (owner.empty()) owner = textOf(job, "Kundennummer");
-  return addresses_.KundeAngelegt(owner, textOf(job, number));
-}
-
-void OrderCheck::checkAddressKeys(Recordset& job, Findings& findings) const {
-  if (!noKey(job, "VS_KdNr", "VS_AdrNr") && !addressResolves(job, "VS_KdNr", "VS_AdrNr"))
-    findings.add(CheckStatus::Warning, order_tokens::shippingKey);
-  if (!noKey(job, "RG_KdNr", "RG_AdrNr") && !addressResolves(job, "RG_KdNr", "RG_AdrNr"))
-    findings.add(CheckStatus::Warning, order_tokens::invoiceKey);
+void OrderCheck::checkAddressKeys(Recordset& job, Findings& findings, Rule delivery, Rule invoice) const {
+  const auto check = [&](ColumnName customer, ColumnName number, Rule rule) {
+    const std::string given = textOf(job, customer);
+    const std::string address = textOf(job, number);
+    if (given.empty() && address.empty()) return;
+    if (!addresses_.KundeAngelegt(given.empty() ? textOf(job, "Kundennummer") : given, address))
+      findings.add(given.empty() ? Finding(rule, address).of(number.text()) : Finding(rule, given));
+  };
+  check("VS_KdNr", "VS_AdrNr", delivery);
+  check("RG_KdNr", "RG_AdrNr", invoice);
 }
 
 void OrderCheck::checkAccount(Recordset& job, Findings& findings, bool stagedText) const {
   const std::string account = textOf(job, "Hauptkonto");
   if (!account.empty() && !masterData_.codeExists("Hauptkonto", account))
-    findings.add(CheckStatus::Warning, order_tokens::account);
+    findings.add(Finding(Rule::OrderAccount, account));
   // A text that stands there already raises the status but has no token of its own.
-  if (stagedText && !textOf(job, "Fehlertext").empty())
-    findings.status = worse(findings.status, CheckStatus::Warning);
+  if (const std::string reasons = textOf(job, "Fehlertext"); stagedText && !reasons.empty())
+    findings.add(Finding(Rule::EarlierReasons, reasons));
 }
 
 /// An address key that does not resolve was a warning above and is an error here.
 void OrderCheck::checkCustomer(Recordset& job, Findings& findings) const {
-  if (!addresses_.KundeAngelegt(textOf(job, "Kundennummer")))
-    findings.add(CheckStatus::Error, order_tokens::customer);
-  if (!noKey(job, "VS_KdNr", "VS_AdrNr") && !addressResolves(job, "VS_KdNr", "VS_AdrNr"))
-    findings.add(CheckStatus::Error, order_tokens::shippingAddress);
-  if (!noKey(job, "RG_KdNr", "RG_AdrNr") && !addressResolves(job, "RG_KdNr", "RG_AdrNr"))
-    findings.add(CheckStatus::Error, order_tokens::invoiceAddress);
+  if (const std::string number = textOf(job, "Kundennummer"); !addresses_.KundeAngelegt(number))
+    findings.add(Finding(Rule::OrderCustomer, number));
+  checkAddressKeys(job, findings, Rule::OrderDelivery, Rule::OrderInvoice);
 }
 
 Findings OrderCheck::credit(std::string_view customer) const {
@@ -139,10 +129,10 @@ Findings OrderCheck::credit(std::string_view customer) const {
   if (!options_.checkCreditLimit) return findings;
   switch (credit_.query(customer)) {
   case CreditResult::Limit1Reached:
-    findings.add(CheckStatus::Warning, order_tokens::creditLimit1);
+    findings.add(Finding(Rule::OrderCreditLimit1, customer));
     break;
   case CreditResult::Limit2Reached:
-    findings.add(CheckStatus::Error, order_tokens::creditLimit2);
+    findings.add(Finding(Rule::OrderCreditLimit2, customer));
     break;
   case CreditResult::WithinLimits:
     break;
@@ -153,7 +143,7 @@ Findings OrderCheck::credit(std::string_view customer) const {
 void OrderCheck::checkPositions(Recordset& job, Findings& findings, OrderPrices& prices) const {
   const auto positions = environment_.connection->open(
       sql("SELECT * FROM ImportPos Where ImportPos.JobID ='"_sql, value(job.text("JobID")), "'"_sql));
-  if (positions->eof()) findings.add(CheckStatus::Error, order_tokens::noPositions);
+  if (positions->eof()) findings.add(Finding(Rule::OrderNoPositions));
   const auto date = parseGermanDate(textOf(job, "Eingangsdatum"));
   const std::string customer = textOf(job, "Kundennummer");
   for (; !positions->eof(); positions->moveNext()) {
@@ -166,19 +156,23 @@ void OrderCheck::checkPositions(Recordset& job, Findings& findings, OrderPrices&
 }
 
 void OrderCheck::checkPrice(Recordset& position, const FoundPrice& price, Findings& findings) const {
-  if (price.failed()) findings.add(CheckStatus::Error, order_tokens::priceFailed);
-  if (price.result == Preisfindung::notFound) findings.add(CheckStatus::Warning, order_tokens::priceNotFound);
+  const double staged = position.value("Preis").number().value_or(0);
+  const auto add = [&](Rule rule, const std::string& found) {
+    findings.add(Finding(rule, germanNumber(staged), found).at(positionOf(position)));
+  };
+  if (price.failed()) add(Rule::OrderPriceFailed, "");
+  if (price.result == Preisfindung::notFound) add(Rule::OrderPriceMissing, "");
   // Compared as stored, without tolerance or rounding, on purpose.
-  if (options_.customerSpecific && price.found() &&
-      position.value("Preis").number().value_or(0) != price.price.price)
-    findings.add(CheckStatus::Warning, order_tokens::priceDiffers);
+  if (options_.customerSpecific && price.found() && staged != price.price.price)
+    add(Rule::OrderPriceDiffers, germanNumber(price.price.price));
 }
 
 void OrderCheck::checkCostAssignment(Recordset& position, Findings& findings) const {
   const Value& staged = position.value("KostID");
   const auto number = staged.isEmpty() ? 0 : wholeAs<std::int32_t>(staged);
   if (!number || costs_.CheckKostzuord("AB", *number, false) != 0)
-    findings.add(CheckStatus::Warning, order_tokens::costAssignment);
+    findings.add(Finding(Rule::OrderCostAssignment, staged.text(), position.text("Artikelnummer"))
+                     .at(positionOf(position)));
 }
 
 void OrderCheck::checkStock(Recordset& position, const FoundPrice& price, Findings& findings) const {
@@ -186,9 +180,9 @@ void OrderCheck::checkStock(Recordset& position, const FoundPrice& price, Findin
   try {
     const bool convert = !equalCodes(price.unit, price.baseUnit);
     const StockAnswer answer = stock_.GetLagerbestand(article, price.unit, convert);
-    if (answer.unit != noStockUnit &&
-        throughDecimalText(position.value("Menge").number().value_or(0)) > throughDecimalText(answer.stock))
-      findings.add(CheckStatus::Warning, order_tokens::stock);
+    const double quantity = throughDecimalText(position.value("Menge").number().value_or(0));
+    if (answer.unit != noStockUnit && quantity > throughDecimalText(answer.stock))
+      findings.add(Finding(Rule::OrderStock, germanNumber(quantity), article).at(positionOf(position)));
   } catch (const std::exception&) {
     // A missing conversion is no finding of the order; it only makes the warning impossible.
     const std::string reason = missingConversion();
@@ -197,8 +191,9 @@ void OrderCheck::checkStock(Recordset& position, const FoundPrice& price, Findin
 }
 
 void OrderCheck::checkArticle(Recordset& position, Findings& findings) const {
-  if (!masterData_.ArtikelAngelegt(position.text("Artikelnummer")))
-    findings.add(CheckStatus::Error, order_tokens::article);
+  const std::string article = position.text("Artikelnummer");
+  if (!masterData_.ArtikelAngelegt(article))
+    findings.add(Finding(Rule::OrderArticle, article).at(positionOf(position)));
 }
 
 } // namespace qx

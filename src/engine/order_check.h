@@ -40,7 +40,7 @@ private:
   void checkMethods(Recordset& job, Findings& findings) const;
   void checkPaymentTerms(Recordset& job, Findings& findings) const;
   void checkBank(Recordset& job, Findings& findings) const;
-  void checkAddressKeys(Recordset& job, Findings& findings) const;
+  void checkAddressKeys(Recordset& job, Findings& findings, Rule delivery, Rule invoice) const;
   void checkAccount(Recordset& job, Findings& findings, bool stagedText) const;
   void checkCustomer(Recordset& job, Findings& findings) const;
   void checkPositions(Recordset& job, Findings& findings, OrderPrices& prices) const;
@@ -48,7 +48,6 @@ private:
   void checkCostAssignment(Recordset& position, Findings& findings) const;
   void checkStock(Recordset& position, const FoundPrice& price, Findings& findings) const;
   void checkArticle(Recordset& position, Findings& findings) const;
-  bool addressResolves(Recordset& job, ColumnName customer, ColumnName number) const;
 
   Environment& environment_;
   const OrderOptions& options_;

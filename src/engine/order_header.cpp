@@ -2,7 +2,6 @@
 
 #include "engine/job_fields.h"
 #include "engine/order_failure.h"
-#include "engine/order_texts.h"
 #include "engine/order_values.h"
 #include "rules/german_text.h"
 
@@ -124,16 +123,16 @@ void OrderHeader::fillAddress(Recordset& header, const JobRow& job, Recordset& c
   for (const AddressLine& line : fields.lines) header.set(line.column, emptyToNull(Value(block.*line.part)));
 }
 
-std::string OrderHeader::requireCode(const Sql& lookup, const std::string& failure) const {
+std::string OrderHeader::requireCode(const Sql& lookup, Rule rule, std::string_view code) const {
   const auto rows = environment_.connection->open(lookup);
-  if (rows->eof()) throw OrderFailure(failure);
+  if (rows->eof()) throw OrderFailure(rule, code);
   return rows->value(std::size_t{0}).text();
 }
 
 std::string OrderHeader::requireShippingMethod(std::string_view code) const {
   return requireCode(
       sql("Select Versandart From Versandtexte where Versandart  = '"_sql, value(code), "'"_sql),
-      order_failures::shippingMethod.with(code));
+      Rule::OrderShippingMethodRefused, code);
 }
 
 void OrderHeader::fillCodes(Recordset& header, const JobRow& job, Recordset& customer) {
@@ -147,13 +146,13 @@ void OrderHeader::fillCodes(Recordset& header, const JobRow& job, Recordset& cus
   if (!payment.isNull())
     payment = Value(requireCode(sql("Select Zahlungsart From Zahlungsarten  where Zahlungsart = '"_sql,
                                     value(payment.text()), "'"_sql),
-                                order_failures::paymentMethod.with(payment.text())));
+                                Rule::OrderPaymentMethodRefused, payment.text()));
   header.set("Zahlungsart", payment);
   Value terms = jobOrCustomer(job, customer, "ZahlungsbedSchl");
   if (!terms.isNull())
     terms = Value(requireCode(sql("Select ZahlbedSchl From Zahlungsbedingungen where ZahlbedSchl = '"_sql,
                                   value(terms.text()), "'"_sql),
-                              order_failures::paymentTerms.with(terms.text())));
+                              Rule::OrderPaymentTermsRefused, terms.text()));
   header.set("ZahlungsbedSchl", terms);
 }
 
@@ -171,7 +170,8 @@ void OrderHeader::fillSalesReps(Recordset& header, const JobRow& job, Recordset&
     if (number.isNull()) continue;
     const auto stored = environment_.connection->open(
         sql("Select * From Vertreter where VertreterNr = '"_sql, value(number.text()), "'"_sql));
-    if (stored->eof()) throw OrderFailure(order_failures::salesRep.with(number.text()));
+    if (stored->eof())
+      throw OrderFailure(Finding(Rule::OrderSalesRepRefused, number.text()).of(rep.jobField.text()));
     header.set(rep.column, stored->value("VertreterNr"));
     // The customer's share goes with the customer's representative; another one brings the own share.
     const bool ofCustomer = equalCodes(number.text(), customer.text(rep.column));

@@ -1,6 +1,7 @@
 // The header of an order: what it takes from the job and what from the customer.
 #pragma once
 
+#include "engine/finding_terms.h"
 #include "engine/job_row.h"
 #include "engine/order_number.h"
 #include "engine/order_options.h"
@@ -43,7 +44,7 @@ private:
   void fillCurrency(Recordset& header, Recordset& customer);
   void fillBookkeeping(Recordset& header, const JobRow& job, const std::string& dateStamp);
   void fillClerk(Recordset& header);
-  std::string requireCode(const Sql& lookup, const std::string& failure) const;
+  std::string requireCode(const Sql& lookup, Rule rule, std::string_view code) const;
 
   Environment& environment_;
   const OrderOptions& options_;

@@ -1,7 +1,6 @@
 #include "engine/order_lines.h"
 
 #include "engine/order_failure.h"
-#include "engine/order_texts.h"
 #include "engine/order_values.h"
 #include "platform/whole_number.h"
 #include "rules/german_text.h"
@@ -47,7 +46,7 @@ std::int32_t nextPosition(const std::set<std::int32_t>& used) {
   if (last < most) return last + 1;
   for (std::int32_t number = 1; number < most; ++number)
     if (!used.contains(number)) return number;
-  throw OrderFailure(order_failures::noPositionNumber.with(""));
+  throw OrderFailure(Rule::OrderNoPositionNumber);
 }
 
 /// Null where there are none, also when they cannot be had: the purchase columns stay empty then.
@@ -72,42 +71,51 @@ WrittenLines OrderLines::writePositions(const OrderContext& order, std::string_v
   const auto positions = environment_.connection->open(
       sql("Select *, Cast(Positionsnummer as int) as intPos From ImportPos Where JobID ='"_sql, value(jobId),
           "' Order By intPos"_sql));
-  if (positions->eof()) throw OrderFailure(order_failures::noPositions.with(""));
+  if (positions->eof()) throw OrderFailure(Rule::OrderNoPositionsRefused);
   const auto lines =
       environment_.connection->open(sql("Select * From Auftragspos Where Auftragsnummer =0"_sql));
   WrittenLines written;
   for (; !positions->eof(); positions->moveNext()) {
-    const std::int32_t number = positionNumber(*positions);
-    const std::string articleNumber = positions->text("Artikelnummer");
-    const auto article = openArticle(articleNumber);
-    const FoundPrice& price = prices_.of(*positions, order.customer, order.date);
-    const double quantity = numberOf(*positions, "Menge");
-    lines->addNew();
-    fillCommon(*lines, order, number, "K");
-    fillArticle(*lines, *article, price.unit, quantity);
-    fillQuantities(*lines, *positions);
-    const double charged = fillPrice(*lines, *positions, price);
-    fillPurchasePrice(*lines, *article, order, price.unit, quantity);
-    const std::string delivery = positions->text("Liefertermin");
-    fillFlags(*lines, positions->value("Lieferbereit"), positions->value("Fakturierbereit"),
-              delivery.empty() ? order.deliveryDate : delivery);
-    fillTax(*lines, *article, order);
-    fillCostAssignment(*lines, *positions, order);
-    written.lines.push_back({articleNumber, lines->text("Bezeichnung"), quantity, charged});
-    written.anyAccessory |= MasterData::isAccessoryScheme(article->text("Erfassungsschema"));
-    written.numbers.insert(number);
-    lines->update();
-    if (!positions->value("Artikellangtext").isEmpty()) writeText(*lines, order, *positions);
+    try {
+      writePosition(*lines, *positions, order, written);
+    } catch (const OrderFailure& failure) {
+      throw OrderFailure(Finding(failure.finding()).at(positionOf(*positions)));
+    }
   }
   return written;
+}
+
+void OrderLines::writePosition(Recordset& lines, Recordset& position, const OrderContext& order,
+                               WrittenLines& written) {
+  const std::int32_t number = positionNumber(position);
+  const std::string articleNumber = position.text("Artikelnummer");
+  const auto article = openArticle(articleNumber);
+  const FoundPrice& price = prices_.of(position, order.customer, order.date);
+  const double quantity = numberOf(position, "Menge");
+  lines.addNew();
+  fillCommon(lines, order, number, "K");
+  fillArticle(lines, *article, price.unit, quantity);
+  fillQuantities(lines, position);
+  const double charged = fillPrice(lines, position, price);
+  fillPurchasePrice(lines, *article, order, price.unit, quantity);
+  const std::string delivery = position.text("Liefertermin");
+  fillFlags(lines, position.value("Lieferbereit"), position.value("Fakturierbereit"),
+            delivery.empty() ? order.deliveryDate : delivery);
+  fillTax(lines, *article, order);
+  fillCostAssignment(lines, position, order);
+  written.lines.push_back({articleNumber, lines.text("Bezeichnung"), quantity, charged});
+  written.anyAccessory |= MasterData::isAccessoryScheme(article->text("Erfassungsschema"));
+  written.numbers.insert(number);
+  lines.update();
+  if (!position.value("Artikellangtext").isEmpty()) writeText(lines, order, position);
 }
 
 std::unique_ptr<Recordset> OrderLines::openArticle(std::string_view article) const {
   auto found = environment_.connection->open(
       sql("Select * From Artikelstamm where Artikelnummer  = '"_sql, value(article), "'"_sql));
-  if (found->eof()) throw OrderFailure(order_failures::article.with(article));
+  if (found->eof()) throw OrderFailure(Rule::OrderArticleRefused, article);
   if (found->value("ArtikelGesperrt").truth().value_or(false))
-    throw OrderFailure(order_failures::blockedArticle.with(article));
+    throw OrderFailure(Rule::OrderArticleBlocked, article);
   return found;
 }
 
@@ -147,7 +155,7 @@ void OrderLines::fillQuantities(Recordset& line, Recordset& position) {
 
 /// The found price, or the staged one when none was found; what was written comes back.
 double OrderLines::fillPrice(Recordset& line, Recordset& position, const FoundPrice& found) {
-  if (found.failed()) throw OrderFailure(order_failures::priceFailed.with(""));
+  if (found.failed()) throw OrderFailure(Rule::OrderPriceRefused);
   SalesPrice price = found.price;
   if (!found.found()) {
     price = SalesPrice();
@@ -219,7 +227,7 @@ const OrderLines::Tax& OrderLines::taxOf(const OrderContext& order, const std::s
       taxes_.try_emplace({order.customerTaxMark, articleMark, order.dateStamp.substr(0, 8)});
   if (!isNew) return entry->second;
   try {
-    if (!options_.taxChangeDay) throw OrderFailure(order_failures::taxChangeDay.with(""));
+    if (!options_.taxChangeDay) throw OrderFailure(Rule::OrderTaxChangeDay);
     const auto key =
         taxRules_.keyOf(order.customerTaxMark, articleMark, order.dateStamp, *options_.taxChangeDay);
     entry->second.key = std::to_string(key);
@@ -227,11 +235,11 @@ const OrderLines::Tax& OrderLines::taxOf(const OrderContext& order, const std::s
     return entry->second;
   } catch (const MissingTaxKey&) {
     taxes_.erase(entry);
-    throw OrderFailure(order_failures::taxKey.with(""));
+    throw OrderFailure(Rule::OrderTaxKey);
   } catch (const MissingTaxRate&) {
     const std::string key = entry->second.key;
     taxes_.erase(entry);
-    throw OrderFailure(order_failures::taxRate.with(key));
+    throw OrderFailure(Rule::OrderTaxRate, key);
   } catch (...) {
     taxes_.erase(entry);
     throw;

@@ -34,6 +34,7 @@ public:
   double articlePrice(std::string_view article);
 
 private:
+  void writePosition(Recordset& lines, Recordset& position, const OrderContext& order, WrittenLines& written);
   struct Tax {
     std::string key;
     double rate = 0;

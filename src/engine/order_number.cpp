@@ -1,7 +1,6 @@
 #include "engine/order_number.h"
 
 #include "engine/order_failure.h"
-#include "engine/order_texts.h"
 #include "platform/whole_number.h"
 #include "rules/german_text.h"
 
@@ -24,15 +23,15 @@ std::optional<std::int16_t> OrderNumbers::bookingCircle(const JobRow& job) {
 }
 
 OrderNumber OrderNumbers::draw(const JobRow& job) {
-  if (!environment_.session) throw OrderFailure(order_failures::noNumber.with(""));
+  if (!environment_.session) throw OrderFailure(Rule::OrderNumberNone);
   const auto circle = bookingCircle(job);
-  if (!circle) throw OrderFailure(order_failures::noNumber.with(""));
+  if (!circle) throw OrderFailure(Rule::OrderNumberNone);
   const auto active = environment_.connection->open(sql("SELECT * From Nummernkreise Where NSchl ='"_sql,
                                                         value(range), "' AND Buchungskreis = "_sql,
                                                         number(*circle), " AND Aktiviert =1"_sql));
-  if (active->eof()) throw OrderFailure(order_failures::noNumber.with(""));
+  if (active->eof()) throw OrderFailure(Rule::OrderNumberNone);
   const auto drawn = environment_.session->GetBelegnummer(range, *circle);
-  if (!drawn) throw OrderFailure(order_failures::noNumber.with(""));
+  if (!drawn) throw OrderFailure(Rule::OrderNumberNone);
   pending_ = OrderNumber{*drawn, *circle};
   foreign_ = false;
   return *pending_;

@@ -4,6 +4,10 @@
 
 namespace qx {
 
+FindingPosition positionOf(Recordset& position) {
+  return {position.text("ChildID"), position.text("Positionsnummer")};
+}
+
 Preisfindung& OrderPrices::component() {
   if (!component_) {
     auto created = environment_.components.createPreisfindung();

@@ -1,6 +1,7 @@
 // The sales prices of one order.
 #pragma once
 
+#include "engine/findings.h"
 #include "platform/environment.h"
 #include "rules/stock.h"
 
@@ -25,6 +26,9 @@ struct FoundPrice {
   bool failed() const { return result == Preisfindung::failed; }
   bool found() const { return result != Preisfindung::failed && result != Preisfindung::notFound; }
 };
+
+/// By what findings name a row of `ImportPos`.
+FindingPosition positionOf(Recordset& position);
 
 /// Asks the pricing component once per article, quantity and unit of an order, so that the check and the
 /// writing of one job use the same answer.

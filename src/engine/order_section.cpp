@@ -63,13 +63,13 @@ JobResult OrderSection::processJob(JobRow& job) {
     result.leftOut = true;
     return result;
   }
-  std::string text;
-  if (!evaluate(job, text, result)) return result;
+  Findings findings;
+  if (!evaluate(job, findings, result)) return result;
   try {
     // Pending until the order is written: the text, the order and the done code go together.
-    if (!text.empty()) {
+    if (!findings.empty()) {
       std::string reasons = job.text("Fehlertext");
-      appendLine(reasons, text);
+      appendLine(reasons, announced(findings));
       job.set("Fehlertext", Value(std::move(reasons)));
     }
     WrittenOrder order = writer_.WriteAuftrag(job);
@@ -78,15 +78,18 @@ JobResult OrderSection::processJob(JobRow& job) {
         std::string& list = parts_.cashOnDelivery;
         list += (list.empty() ? "" : ", ") + number;
       });
-    return written(job, std::move(order));
+    result = written(job, std::move(order));
+    findings.append(std::move(result.findings));
+    result.findings = std::move(findings);
+    return result;
   } catch (const OrderFailure& failure) {
     job.reread();
-    return fail(job, failure.what());
+    return fail(job, failure.what(), {failure.finding()});
   }
 }
 
 /// Warnings stop an order only in automatic mode; errors stop every order that the clerk has not released.
-bool OrderSection::evaluate(JobRow& job, std::string& text, JobResult& refused) {
+bool OrderSection::evaluate(JobRow& job, Findings& findings, JobResult& refused) {
   prices_.beginOrder();
   if (parts_.unevaluated) return true;
   const bool automatic = parts_.automatic && !job.released();
@@ -94,30 +97,28 @@ bool OrderSection::evaluate(JobRow& job, std::string& text, JobResult& refused) 
     job.set("Fehlertext", Value(""));
     job.update();
   }
-  const Findings findings = check_.CheckAuftrag(job.text("JobID"), prices_);
-  if (findings.status == CheckStatus::Clean) return true;
-  const bool isError = findings.status == CheckStatus::Error;
-  if (automatic || (isError && !job.released())) {
+  findings = check_.CheckAuftrag(job.text("JobID"), prices_);
+  const bool isError = findings.status() == CheckStatus::Error;
+  if (!findings.empty() && (automatic || (isError && !job.released()))) {
     if (isError)
       parts_.marks.markJobError(job, announced(findings));
     else
       JobMarks::markJobWarning(job, announced(findings));
-    refused = refusedResult(job, isError ? statusError : statusWarning);
+    refused = refusedResult(job, isError ? statusError : statusWarning, std::move(findings));
     return false;
   }
-  text = announced(findings);
   return true;
 }
 
-JobResult OrderSection::fail(JobRow& job, std::string_view reason) {
+JobResult OrderSection::fail(JobRow& job, std::string_view reason, Findings findings) {
   job.set("Fehler", Value(true));
   job.set("Erledigt", Value(false));
   parts_.marks.markJobError(job, reason);
-  return refusedResult(job, statusError);
+  return refusedResult(job, statusError, std::move(findings));
 }
 
-JobResult OrderSection::refusedResult(const JobRow& job, std::string_view status) const {
-  JobResult result = SectionRunner::refused(orders, job, status);
+JobResult OrderSection::refusedResult(const JobRow& job, std::string_view status, Findings findings) const {
+  JobResult result = SectionRunner::refused(orders, job, status, std::move(findings));
   try {
     result.line.articles = stagedArticles(job);
   } catch (const StatementError& error) {
@@ -146,7 +147,7 @@ JobResult OrderSection::written(const JobRow& job, WrittenOrder order) {
     isFirst = false;
   }
   result.line.articles = std::move(articles);
-  result.tell(std::move(order.hints));
+  result.addHints(std::move(order.hints));
   return result;
 }
 

@@ -37,12 +37,12 @@ private:
   JobResult processJob(JobRow& job);
   void announceMalformedFees() const;
   bool leftOut(const JobRow& job) const;
-  /// Sets the text that the job is to carry when it is written; null when the job must not be written.
-  bool evaluate(JobRow& job, std::string& text, JobResult& refused);
-  JobResult fail(JobRow& job, std::string_view reason);
+  /// False when the job must not be written; else `findings` are those that it is written with.
+  bool evaluate(JobRow& job, Findings& findings, JobResult& refused);
+  JobResult fail(JobRow& job, std::string_view reason, Findings findings = {});
   static JobResult written(const JobRow& job, WrittenOrder order);
   ProtocolLine::Articles stagedArticles(const JobRow& job) const;
-  JobResult refusedResult(const JobRow& job, std::string_view status) const;
+  JobResult refusedResult(const JobRow& job, std::string_view status, Findings findings) const;
 
   Parts parts_;
   OrderPrices prices_;

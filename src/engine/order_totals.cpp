@@ -1,7 +1,6 @@
 #include "engine/order_totals.h"
 
 #include "engine/order_failure.h"
-#include "engine/order_texts.h"
 #include "rules/discounts.h"
 #include "rules/rounding.h"
 
@@ -16,7 +15,7 @@ constexpr double cent = 0.01;
 
 Money rounded(double amount) {
   const auto money = Money::fromDouble(rundenEx(amount, cent, false));
-  if (!money) throw OrderFailure(order_failures::totalTooLarge.with(""));
+  if (!money) throw OrderFailure(Rule::OrderTotalTooLarge);
   return *money;
 }
 
@@ -101,7 +100,7 @@ OrderTotals orderTotals(Environment& environment, OrderPrices& prices, std::int3
   try {
     return addUp(environment, prices, number, orderDiscount, pricesContainTax);
   } catch (const std::overflow_error&) {
-    throw OrderFailure(order_failures::totalTooLarge.with(""));
+    throw OrderFailure(Rule::OrderTotalTooLarge);
   }
 }
 

@@ -1,7 +1,6 @@
 #include "engine/order_values.h"
 
 #include "engine/order_failure.h"
-#include "engine/order_texts.h"
 #include "model/money.h"
 #include "platform/whole_number.h"
 #include "rules/german_text.h"
@@ -9,8 +8,8 @@
 namespace qx {
 namespace {
 
-double fitting(double number, const OrderSentence& failure) {
-  if (!Money::fromDouble(number)) throw OrderFailure(failure.with(germanNumber(number)));
+double fitting(double number, Rule rule) {
+  if (!Money::fromDouble(number)) throw OrderFailure(rule, germanNumber(number));
   return number;
 }
 
@@ -18,23 +17,23 @@ double fitting(double number, const OrderSentence& failure) {
 
 Value orderAmount(double price) {
   const auto money = Money::fromDouble(price);
-  if (!money) throw OrderFailure(order_failures::priceTooLarge.with(germanDecimals(price, 2)));
+  if (!money) throw OrderFailure(Rule::OrderPriceTooLarge, germanDecimals(price, 2));
   return Value(*money);
 }
 
 const Value& orderQuantity(const Value& staged) {
-  fitting(staged.number().value_or(0), order_failures::quantityTooLarge);
+  fitting(staged.number().value_or(0), Rule::OrderQuantityTooLarge);
   return staged;
 }
 
-double orderDiscount(double discount) { return fitting(discount, order_failures::discountTooLarge); }
+double orderDiscount(double discount) { return fitting(discount, Rule::OrderDiscountTooLarge); }
 
-double orderPriceUnit(double priceUnit) { return fitting(priceUnit, order_failures::priceUnitTooLarge); }
+double orderPriceUnit(double priceUnit) { return fitting(priceUnit, Rule::OrderPriceUnitTooLarge); }
 
 std::int32_t orderCost(const Value& staged) {
   if (staged.isEmpty()) return 0;
   const auto number = wholeAs<std::int32_t>(staged);
-  if (!number) throw OrderFailure(order_failures::costNumber.with(staged.text()));
+  if (!number) throw OrderFailure(Rule::OrderCostNumber, staged.text());
   return *number;
 }
 

@@ -1,8 +1,8 @@
 #include "engine/order_writer.h"
 
+#include "engine/hints.h"
 #include "engine/host_undo.h"
 #include "engine/order_failure.h"
-#include "engine/order_texts.h"
 #include "engine/order_values.h"
 #include "rules/dates.h"
 #include "rules/german_text.h"
@@ -99,8 +99,7 @@ void OrderWriter::insertHeader(Recordset& header, const OrderNumber& drawn) {
         sql("Select Auftragsnummer From Auftragskopf Where Auftragsnummer = "_sql, number(drawn.number)));
     if (other->eof()) throw;
     numbers_.foreignNumber();
-    throw OrderFailure(order_failures::numberInUse.with(
-        std::to_string(drawn.number) + "' im Buchungskreis '" + std::to_string(drawn.circle)));
+    throw OrderFailure(Rule::OrderNumberInUse, std::to_string(drawn.number), std::to_string(drawn.circle));
   }
 }
 
@@ -108,7 +107,7 @@ std::string OrderWriter::receiptStamp(const JobRow& job) {
   try {
     return intdat(job.value("Eingangsdatum"));
   } catch (const std::invalid_argument&) {
-    throw OrderFailure(order_failures::receiptDate.with(job.text("Eingangsdatum")));
+    throw OrderFailure(Rule::OrderReceiptDate, job.text("Eingangsdatum"));
   }
 }
 
@@ -116,9 +115,9 @@ std::unique_ptr<Recordset> OrderWriter::openCustomer(const JobRow& job) const {
   const std::string number = job.text("Kundennummer");
   auto customer = environment_.connection->open(
       sql("Select * From Kundenstamm where Kundennummer  = '"_sql, value(number), "'"_sql));
-  if (customer->eof()) throw OrderFailure(order_failures::customer.with(number));
+  if (customer->eof()) throw OrderFailure(Rule::OrderCustomerRefused, number);
   if (customer->value("Liefersperre").truth().value_or(false))
-    throw OrderFailure(order_failures::deliveryStop.with(number));
+    throw OrderFailure(Rule::OrderDeliveryStop, number);
   return customer;
 }
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "engine/accessory_fees.h"
-#include "engine/hints.h"
+#include "engine/findings.h"
 #include "engine/job_marks.h"
 #include "engine/job_row.h"
 #include "engine/order_context.h"
@@ -27,7 +27,7 @@ struct WrittenOrder {
   double weight = 0; ///< kg
   bool cashOnDelivery = false;
   std::string customerName; ///< as written in the header
-  Hints hints;
+  Findings hints;
 };
 
 /// Turns a job into header, lines, totals, index entry and customer stamp.

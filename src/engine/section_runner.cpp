@@ -10,9 +10,9 @@
 
 namespace qx {
 
-void JobResult::tell(Hints told) {
-  hints = std::move(told);
-  for (const std::string& hint : hints) appendLine(line.info, hintLine(hint));
+void JobResult::addHints(Findings hints) {
+  for (const Finding& hint : hints) appendLine(line.info, hintLine(hint));
+  findings.append(std::move(hints));
 }
 
 void rethrowUnlessJobFailure() {
@@ -95,7 +95,9 @@ std::optional<JobResult> SectionRunner::markFailed(const Handler& handler, Recor
     return std::nullopt;
   }
   try {
-    return handler.fail(job, reason);
+    JobResult failed = handler.fail(job, reason);
+    failed.findings.add(Finding(Rule::ProcessingFailed, reason));
+    return failed;
   } catch (const StatementError& refusal) {
     // The group is taken back with what the job has done so far.
     throw WorkLostError(refusal.what(), refusal.nativeCode());
@@ -136,7 +138,7 @@ void SectionRunner::logJob(const JobRow& job, const JobResult& result) {
   JobOutcome outcome{job.text("JobID"),  std::string(result.line.process),
                      result.line.number, std::string(result.line.status),
                      job.jobType(),      job.text("Fehlertext"),
-                     result.hints};
+                     result.findings};
   bool logged = addLine(result.line);
   if (!result.indexedCustomer.empty() && !indexCustomer(result.indexedCustomer, outcome.jobId))
     logged = false;
@@ -178,8 +180,10 @@ bool SectionRunner::indexCustomer(std::string_view customer, std::string_view jo
   }
 }
 
-JobResult SectionRunner::refused(const Section& section, const JobRow& job, std::string_view status) {
+JobResult SectionRunner::refused(const Section& section, const JobRow& job, std::string_view status,
+                                 Findings findings) {
   JobResult result;
+  result.findings = std::move(findings);
   result.line.process = section.process;
   result.line.number = job.text(section.numberField);
   result.line.status = status;

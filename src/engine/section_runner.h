@@ -2,7 +2,7 @@
 #pragma once
 
 #include "engine/event_source.h"
-#include "engine/hints.h"
+#include "engine/findings.h"
 #include "engine/job_marks.h"
 #include "engine/job_outcome.h"
 #include "engine/job_row.h"
@@ -45,11 +45,11 @@ struct Section {
 struct JobResult {
   bool leftOut = false; ///< the section leaves the job as it is: no line, not counted
   ProtocolLine line;
-  Hints hints;
+  Findings findings;           ///< why it was refused, or what is worth knowing though it was written
   std::string indexedCustomer; ///< whose address index is to be brought up to date; empty for none
 
   /// The hints of a job that was written; in the protocol they stand behind its information.
-  void tell(Hints told);
+  void addHints(Findings hints);
 };
 
 /// Rethrows the exception at hand when it ends more than the one job: everything that the database reports
@@ -85,7 +85,8 @@ public:
   void setAddressIndex(std::unique_ptr<Adressindex> index) { addressIndex_ = std::move(index); }
   void run(const Section& section, const Sql& query, const Handler& handler);
   /// The result of a job that was parked or failed: its reasons are the protocol's info.
-  static JobResult refused(const Section& section, const JobRow& job, std::string_view status);
+  static JobResult refused(const Section& section, const JobRow& job, std::string_view status,
+                           Findings findings = {});
 
 private:
   /// What a job was at when its unit was lost.

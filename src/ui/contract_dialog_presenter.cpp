@@ -1,7 +1,6 @@
 #include "ui/contract_dialog_presenter.h"
 
 #include "engine/contract_check.h"
-#include "engine/contract_texts.h"
 #include "model/date.h"
 #include "rules/active_connection.h"
 #include "rules/german_text.h"
@@ -117,7 +116,7 @@ void ContractDialogPresenter::fill() {
 
 void ContractDialogPresenter::checkAnswer() {
   checking("Prüfen des Vertrags", [this] {
-    answer_ = ContractCheck(environment()).check(fields(), kindOf(jobType()) == qxtjobverträge).status;
+    answer_ = ContractCheck(environment()).check(fields(), kindOf(jobType()) == qxtjobverträge).status();
   });
 }
 
@@ -134,9 +133,9 @@ void ContractDialogPresenter::checkControl(std::string_view control) {
   if (control == "tdbAnzahl") checkQuantity();
   if (control == "txtVertragsgegenstand") checking(control, [this] { checkObject(); });
   if (control == "tdbdtVertragsdatum")
-    checkDate(control, "VD", false, "Vertragsdatum wurde nicht angegeben", contract_findings::signedOn);
+    checkDate(control, "VD", false, "Vertragsdatum wurde nicht angegeben", terms(Rule::ContractDate).run);
   if (control == "tdbdtVertragsbeginn")
-    checkDate(control, "VB", true, "Vertragsbeginn wurde nicht angegeben", contract_findings::begin);
+    checkDate(control, "VB", true, "Vertragsbeginn wurde nicht angegeben", terms(Rule::ContractBegin).run);
   if (control == "tdbVertragsart") checkKind(select(control));
   if (control == "cboZustand") {
     checkState(select(control));

@@ -101,29 +101,29 @@ void CustomerDialogPresenter::checkAnswer() {
   checking("Prüfen des Kundenvorgangs", [this] {
     const bool compare = Settings(environment()).isOn("KundeAdressProof");
     const Findings found = CustomerProof(environment(), compare).prove(fields());
-    answer_ = found.status;
+    answer_ = found.status();
     // A finding for which no field stands is not to be missed.
     findings_.clear("PB");
     const auto shown = findings_.sorted();
-    const bool hasLine = std::ranges::any_of(shown, [&](const Finding& finding) {
+    const bool hasLine = std::ranges::any_of(shown, [&](const ListedFinding& finding) {
       return finding.code != processingErrorCode && finding.severity >= answer_;
     });
     std::string text;
-    for (const std::string& each : found.list) text += (text.empty() ? "" : "; ") + each;
+    for (const std::string& each : found.texts()) text += (text.empty() ? "" : "; ") + each;
     findings_.report({"PB", "", hasLine ? CheckStatus::Clean : answer_, text, "txtKundennummer", ""});
   });
 }
 
 void CustomerDialogPresenter::checkContracts() {
   const Findings found = CustomerProof(environment(), false).contracts(text("txtKundennummer"));
-  contractAnswer_ = found.status;
-  const auto line = [&](std::string_view code, CheckStatus severity, std::string_view token) {
-    const bool holds = std::ranges::find(found.list, token) != found.list.end();
-    findings_.report({std::string(code), "", holds ? severity : CheckStatus::Clean, std::string(token),
-                      std::string(contracts_.name()), ""});
+  contractAnswer_ = found.status();
+  const auto line = [&](Rule rule) {
+    const RuleTerms& row = terms(rule);
+    findings_.report({std::string(row.dialog.code), "", found.holds(rule) ? row.severity : CheckStatus::Clean,
+                      std::string(row.run), std::string(contracts_.name()), ""});
   };
-  line("KVF", CheckStatus::Error, contractErrors);
-  line("KVW", CheckStatus::Warning, contractWarnings);
+  line(Rule::CustomerContractErrors);
+  line(Rule::CustomerContractWarnings);
 }
 
 std::optional<CheckStatus> CustomerDialogPresenter::verdict() const {

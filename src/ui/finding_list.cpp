@@ -4,7 +4,7 @@
 
 namespace qx {
 
-void FindingList::report(Finding finding) {
+void FindingList::report(ListedFinding finding) {
   if (finding.severity == CheckStatus::Clean) {
     clear(finding.code, finding.item);
     return;
@@ -21,7 +21,7 @@ void FindingList::clearItem(std::string_view item) {
   while (entry != findings_.end() && entry->first.first == item) entry = findings_.erase(entry);
 }
 
-std::vector<Finding> FindingList::sorted() const {
+std::vector<ListedFinding> FindingList::sorted() const {
   std::vector<const Entry*> order;
   order.reserve(findings_.size());
   for (const auto& [key, entry] : findings_) order.push_back(&entry);
@@ -29,7 +29,7 @@ std::vector<Finding> FindingList::sorted() const {
     if (a->finding.severity != b->finding.severity) return a->finding.severity > b->finding.severity;
     return a->number < b->number;
   });
-  std::vector<Finding> findings;
+  std::vector<ListedFinding> findings;
   findings.reserve(order.size());
   for (const Entry* entry : order) findings.push_back(entry->finding);
   return findings;
@@ -50,7 +50,7 @@ CheckStatus FindingList::statusOf(std::string_view item) const {
   return status;
 }
 
-const Finding* FindingList::find(std::string_view code, std::string_view item) const {
+const ListedFinding* FindingList::find(std::string_view code, std::string_view item) const {
   const auto entry = findings_.find(key(item, code));
   return entry == findings_.end() ? nullptr : &entry->second.finding;
 }

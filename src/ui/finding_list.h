@@ -19,7 +19,7 @@ inline constexpr std::string_view processingErrorCode = "EP";
 inline CheckStatus warningUnless(bool fine) { return fine ? CheckStatus::Clean : CheckStatus::Warning; }
 
 /// One line of a findings list.
-struct Finding {
+struct ListedFinding {
   std::string code; ///< short code of the field, shown as "Zuordnung"
   std::string item; ///< `ChildID` of the position that it concerns; empty for the header
   CheckStatus severity = CheckStatus::Clean;
@@ -32,7 +32,7 @@ struct Finding {
 /// Holds one finding per code and position. A clean report removes it.
 class FindingList {
 public:
-  void report(Finding finding);
+  void report(ListedFinding finding);
   void clear(std::string_view code, std::string_view item = {});
   /// Removes all findings of a position.
   void clearItem(std::string_view item);
@@ -40,17 +40,17 @@ public:
 
   bool empty() const { return findings_.empty(); }
   /// Worst first; equal ones in the order in which they were found.
-  std::vector<Finding> sorted() const;
+  std::vector<ListedFinding> sorted() const;
   /// The highest severity of those that count; clean without findings.
   CheckStatus status() const;
   /// The highest severity of one position.
   CheckStatus statusOf(std::string_view item) const;
   /// Null when there is none. Valid until the list changes.
-  const Finding* find(std::string_view code, std::string_view item) const;
+  const ListedFinding* find(std::string_view code, std::string_view item) const;
 
 private:
   struct Entry {
-    Finding finding;
+    ListedFinding finding;
     std::uint64_t number = 0; ///< of arrival
   };
   using Key = std::pair<std::string, std::string>; ///< position, code

@@ -199,10 +199,10 @@ void JobDialogPresenter::tellLoss(const JobChangedError& error) {
   environment().desktop.show({notice_, std::string(defaultTitle), MessageIcon::Exclamation});
 }
 
-bool JobDialogPresenter::nothingNewSince(const std::vector<Finding>& seen) {
+bool JobDialogPresenter::nothingNewSince(const std::vector<ListedFinding>& seen) {
   checkMore(checksLeft());
-  for (const Finding& finding : findings_.sorted()) {
-    const auto same = [&](const Finding& other) {
+  for (const ListedFinding& finding : findings_.sorted()) {
+    const auto same = [&](const ListedFinding& other) {
       return other.code == finding.code && other.item == finding.item && other.severity == finding.severity;
     };
     if (std::ranges::any_of(seen, same)) continue;

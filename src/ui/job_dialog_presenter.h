@@ -65,7 +65,7 @@ public:
   /// One line on what went wrong last; empty otherwise.
   const std::string& notice() const { return notice_; }
   /// Worst first.
-  std::vector<Finding> findings() const { return findings_.sorted(); }
+  std::vector<ListedFinding> findings() const { return findings_.sorted(); }
   /// The answer of the job's check to what is shown; null while a check is outstanding, for nobody knows it
   /// then.
   virtual std::optional<CheckStatus> verdict() const;
@@ -95,7 +95,7 @@ public:
 
   /// Runs the checks that are left. False when there are findings now that are not among those that the clerk
   /// has seen; `notice` says so.
-  bool nothingNewSince(const std::vector<Finding>& seen);
+  bool nothingNewSince(const std::vector<ListedFinding>& seen);
   /// Writes the job. False when it could not be written; the message was shown then and the input stays.
   bool save();
   JobLoss loss() const { return loss_; }

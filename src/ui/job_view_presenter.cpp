@@ -316,20 +316,21 @@ void JobViewPresenter::readDetails() {
   std::vector<std::string> lines;
   const auto job = currentJob();
   if (job && environment_.connection) {
-    Hints hints;
+    Findings findings;
     if (!skip("Fehlertext", [&] { addLines(lines, readJobReasons(*environment_.connection, *job)); }))
       lines.emplace_back("Der Vorgang konnte nicht gelesen werden.");
     else if (!skip("checkJob", [&] {
-               Findings findings = engine_.checkJob(*job);
-               for (const std::string& finding : findings.list) addLine(lines, oneLine(finding));
-               hints = std::move(findings.hints);
+               findings = engine_.checkJob(*job);
+               for (const Finding& finding : findings)
+                 if (!finding.isHint()) addLine(lines, runLine(finding));
              }))
       lines.emplace_back("Der Vorgang konnte nicht geprüft werden.");
     if (lines.empty())
       lines.emplace_back(stateOf(state_.rows[*state_.current].jobType) == JobState::Done
                              ? "Der Vorgang ist erledigt."
                              : "Die Prüfung hat nichts zu beanstanden.");
-    for (const std::string& hint : hints) addLine(lines, hintLine(hint));
+    for (const Finding& finding : findings)
+      if (finding.isHint()) addLine(lines, hintLine(finding));
   }
   state_.details.clear();
   for (const std::string& line : lines) state_.details += (state_.details.empty() ? "" : "\n") + line;

@@ -1,7 +1,6 @@
 #include "ui/order_dialog_presenter.h"
 
 #include "engine/order_check.h"
-#include "engine/order_texts.h"
 #include "model/date.h"
 #include "platform/whole_number.h"
 #include "settings/settings.h"
@@ -51,21 +50,20 @@ constexpr std::array orderGroups{ControlGroup{"Kunde", orderCustomerControls},
 struct RuleLine {
   std::string_view code;
   std::string_view control;
-  std::string_view token;
+  Rule rule;
 };
 
-constexpr std::array noteLines{RuleLine{"NO", "txtHinweis", order_tokens::note}};
-constexpr std::array individualLines{RuleLine{"IF1", "txtIndFild1", order_tokens::fieldZB},
-                                     RuleLine{"IF3", "txtIndFild3", order_tokens::fieldZA},
-                                     RuleLine{"IF4", "txtIndFild4", order_tokens::fieldMK}};
-constexpr std::array creditLines{RuleLine{"KL1", "txtKundennummer", order_tokens::creditLimit1},
-                                 RuleLine{"KL2", "txtKundennummer", order_tokens::creditLimit2}};
+constexpr std::array noteLines{RuleLine{"NO", "txtHinweis", Rule::OrderNote}};
+constexpr std::array individualLines{RuleLine{"IF1", "txtIndFild1", Rule::OrderMarkZB},
+                                     RuleLine{"IF3", "txtIndFild3", Rule::OrderMarkZA},
+                                     RuleLine{"IF4", "txtIndFild4", Rule::OrderMarkMK}};
+constexpr std::array creditLines{RuleLine{"KL1", "txtKundennummer", Rule::OrderCreditLimit1},
+                                 RuleLine{"KL2", "txtKundennummer", Rule::OrderCreditLimit2}};
 
 void reportRules(FindingList& list, std::span<const RuleLine> lines, const Findings& found) {
   for (const RuleLine& line : lines) {
-    const bool holds = std::ranges::find(found.list, line.token) != found.list.end();
-    list.report({std::string(line.code), "", holds ? found.status : CheckStatus::Clean,
-                 std::string(line.token), std::string(line.control), ""});
+    list.report({std::string(line.code), "", found.holds(line.rule) ? found.status() : CheckStatus::Clean,
+                 std::string(terms(line.rule).run), std::string(line.control), ""});
   }
 }
 

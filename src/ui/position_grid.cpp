@@ -1,6 +1,5 @@
 #include "ui/position_grid.h"
 
-#include "engine/order_texts.h"
 #include "platform/german_cause.h"
 #include "platform/whole_number.h"
 #include "rules/active_connection.h"
@@ -120,7 +119,7 @@ void PositionGrid::report(std::size_t row, std::string_view code, CheckStatus se
 
 void PositionGrid::checkCount() {
   findings_.report({"PO", "", positions_.size() == 0 ? CheckStatus::Error : CheckStatus::Clean,
-                    std::string(order_tokens::noPositions), std::string(name()), ""});
+                    std::string(terms(Rule::OrderNoPositions).run), std::string(name()), ""});
 }
 
 void PositionGrid::checkArticle(std::size_t row) {
@@ -251,7 +250,7 @@ GridCell PositionGrid::readyCell(std::size_t row, std::string_view flag) const {
 GridCell PositionGrid::articleCell(std::size_t row) const {
   GridCell cell;
   cell.text = positions_.at(row, "Artikelnummer").text();
-  if (const Finding* found = finding(row, "AR")) {
+  if (const ListedFinding* found = finding(row, "AR")) {
     cell.message = found->text;
     cell.severity = found->severity;
   }
@@ -385,7 +384,7 @@ std::string PositionGrid::articleText(std::size_t row) const {
 std::string PositionGrid::messages(std::size_t row) const {
   std::string lines;
   for (const std::string_view code : positionCodes)
-    if (const Finding* found = finding(row, code)) lines += (lines.empty() ? "" : "\n") + found->text;
+    if (const ListedFinding* found = finding(row, code)) lines += (lines.empty() ? "" : "\n") + found->text;
   return lines;
 }
 

@@ -82,7 +82,7 @@ public:
   /// The findings of a row, one a line.
   std::string messages(std::size_t row) const;
   /// Null when there is none. Valid until the row is checked again.
-  const Finding* finding(std::size_t row, std::string_view code) const {
+  const ListedFinding* finding(std::size_t row, std::string_view code) const {
     return findings_.find(code, childOf(row));
   }
 

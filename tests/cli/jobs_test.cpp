@@ -62,7 +62,7 @@ TEST_F(Jobs, AreShownWithTheColumnsOfTheirTables) {
   EXPECT_EQ(position["Fakturierbereit"], false);
   EXPECT_EQ(position["Vertragsart"], Json());
   EXPECT_FALSE(position.contains("intPos"));
-  for (const char* added : {"Positionen", "status", "findings", "hints"}) {
+  for (const char* added : {"Positionen", "status", "findings", "hints", "details"}) {
     EXPECT_TRUE(shown.contains(added)) << added;
     shown.erase(added);
   }
@@ -98,13 +98,14 @@ TEST_F(Jobs, AreCheckedWithoutBeingChanged) {
   ASSERT_EQ(jobs.size(), 3U);
   // Ordered by customer number.
   EXPECT_EQ(jobs[0], Json::parse(R"({"JobID":"K2","Vorgang":"Kunden","Nummer":"","status":30,
-                                     "findings":["Die Kundennummer fehlt."],"hints":[]})"));
+      "findings":["Die Kundennummer fehlt."],"hints":[],"details":[{"code":"customer.number.missing",
+      "severity":30,"field":"Kundennummer","position":null,"value":"","stored":"",
+      "text":"Die Kundennummer fehlt."}]})"));
   EXPECT_EQ(jobs[1]["status"], 20);
   EXPECT_EQ(jobs[1]["findings"],
             (Json{"Kundengruppe: 'NEU' ist nicht angelegt.", "Vertreter1: '9' ist nicht angelegt."}));
-  EXPECT_EQ(
-      jobs[2],
-      Json::parse(R"({"JobID":"K3","Vorgang":"Kunden","Nummer":"3","status":10,"findings":[],"hints":[]})"));
+  EXPECT_EQ(jobs[2], Json::parse(R"({"JobID":"K3","Vorgang":"Kunden","Nummer":"3","status":10,
+                                     "findings":[],"hints":[],"details":[]})"));
   EXPECT_EQ(run({"check", "K3"}).status, 0);
   EXPECT_EQ(run({"check", "K3", "K1"}).output,
             "Warnung  Kunden 1  K1\n  Kundengruppe: 'NEU' ist nicht angelegt.\n"
@@ -125,8 +126,10 @@ TEST_F(Jobs, WhoseCheckFailsHaveThatAsAFindingAndTheRestIsChecked) {
   EXPECT_EQ(result.status, 1);
   const Json jobs = result.json()["jobs"];
   ASSERT_EQ(jobs.size(), 3U);
-  EXPECT_EQ(jobs[1], Json::parse(R"({"JobID":"A1","Vorgang":"Auftrag","Nummer":"70001","status":30,"findings":
-      ["Der Vorgang konnte nicht geprüft werden: Die Währung 'XTS' hat keinen Wechselkurs."],"hints":[]})"));
+  EXPECT_EQ(jobs[1]["status"], 30);
+  EXPECT_EQ(jobs[1]["findings"],
+            Json{"Der Vorgang konnte nicht geprüft werden: Die Währung 'XTS' hat keinen Wechselkurs."});
+  EXPECT_EQ(jobs[1]["details"][0]["value"], "Die Währung 'XTS' hat keinen Wechselkurs.");
   EXPECT_EQ(jobs[2]["JobID"], "A2");
   EXPECT_EQ(show("A1")["status"], 30);
 }

@@ -190,8 +190,9 @@ TEST_F(ContractJobs, TheDialogsChecksStoreCodeAndReasons) {
     job.Menge = -1;
     job.Artikelnummer = "G9";
   });
-  EXPECT_EQ(engine.checkJob("V").text, "Vertragsart ist nicht angelegt\r\nMenge ist faslch\r\nZustand ist "
-                                       "falsch\r\nVertragsdatum ist falsch\r\nVertragsbeginn ist falsch\r\n");
+  EXPECT_EQ(engine.checkJob("V").text(),
+            "Vertragsart ist nicht angelegt\r\nMenge ist faslch\r\nZustand ist "
+            "falsch\r\nVertragsdatum ist falsch\r\nVertragsbeginn ist falsch\r\n");
   EXPECT_EQ(jobType("V"), 20);
   ContractCheck check(erp.environment);
   EXPECT_EQ(check.checkContract("V"), CheckStatus::Error);

@@ -38,7 +38,7 @@ protected:
     dialog->checkMore(dialog->checksLeft());
     return dialog;
   }
-  int check(const std::string& job) { return static_cast<int>(engine.checkJob(job).status); }
+  int check(const std::string& job) { return static_cast<int>(engine.checkJob(job).status()); }
 
   TestErp erp;
   ImportJobObject2 engine{erp.environment};
@@ -49,7 +49,7 @@ protected:
 /// The findings that the clerk sees though the job goes through with them, as "job: codes".
 std::string onlyTold(const std::string& job, const JobDialogPresenter& dialog, CheckStatus answer) {
   std::string codes;
-  for (const Finding& finding : dialog.findings())
+  for (const ListedFinding& finding : dialog.findings())
     if (finding.severity > answer && finding.code != processingErrorCode) codes += " " + finding.code;
   return codes.empty() ? codes : job.substr(job.size() - 2) + ":" + codes;
 }
@@ -62,7 +62,7 @@ TEST_F(Agreement, TheDialogAndTheCheckGiveEachDemoJobOneAnswer) {
     EXPECT_EQ(static_cast<int>(*dialog->verdict()), check(job)) << job;
     // Nothing that the check finds stays without a line.
     CheckStatus worst = CheckStatus::Clean;
-    for (const Finding& finding : dialog->findings()) worst = worse(worst, finding.severity);
+    for (const ListedFinding& finding : dialog->findings()) worst = worse(worst, finding.severity);
     EXPECT_GE(worst, *dialog->verdict()) << job;
     if (const std::string line = onlyTold(job, *dialog, *dialog->verdict()); !line.empty())
       told.push_back(line);
@@ -91,7 +91,7 @@ TEST_F(Agreement, SavingADemoJobWithoutAChangeLeavesItsAnswerAsItWas) {
     EXPECT_EQ(row[1].integer(), before) << "Status";
     if (kind == qxtJobAufträge) continue;
     EXPECT_EQ(*row[0].integer(), kind + (before - 10) / 10) << "JobType";
-    EXPECT_EQ(row[3].text(), engine.checkJob(job).text) << "Fehlertext";
+    EXPECT_EQ(row[3].text(), engine.checkJob(job).text()) << "Fehlertext";
   }
 }
 

@@ -144,7 +144,7 @@ TEST_F(ContractDialogTest, AContractInAPositionIsShownCheckedAndChangedThere) {
   enter(*dialog, "txtVertragsgegenstand", "G9");
   ASSERT_TRUE(dialog->save());
   EXPECT_EQ(jobType("C1"), 22);
-  EXPECT_EQ(engine.checkJob("C1").status, CheckStatus::Error);
+  EXPECT_EQ(engine.checkJob("C1").status(), CheckStatus::Error);
 }
 
 TEST_F(ContractDialogTest, OpensDoneAndDeletedContractsForReadingOnly) {

@@ -63,14 +63,14 @@ protected:
   /// "code severity text" of each finding.
   static std::vector<std::string> findings(const JobDialogPresenter& dialog) {
     std::vector<std::string> lines;
-    for (const Finding& finding : dialog.findings())
+    for (const ListedFinding& finding : dialog.findings())
       lines.push_back(finding.code + (finding.place.empty() ? "" : " " + finding.place) + "|" +
                       std::to_string(static_cast<int>(finding.severity)) + "|" + finding.text);
     return lines;
   }
   static std::vector<std::string> codes(const JobDialogPresenter& dialog) {
     std::vector<std::string> codes;
-    for (const Finding& finding : dialog.findings()) codes.push_back(finding.code);
+    for (const ListedFinding& finding : dialog.findings()) codes.push_back(finding.code);
     std::sort(codes.begin(), codes.end());
     return codes;
   }

@@ -520,7 +520,7 @@ TEST_F(JobViewTest, ThePlaceIsAlwaysKeptAndRestoredBySwitches) {
 TEST_F(JobViewTest, TheDetailsAreTheReasonsAndTheFindingsEachOnce) {
   stage("A", 10, "24.11.2026", "Müller", "10023");
   erp.execute(sql("Update ImportKopf Set Zahlungsart = 'XX'"_sql));
-  const std::string finding = engine.checkJob("A").text;
+  const std::string finding = engine.checkJob("A").text();
   ASSERT_FALSE(finding.empty());
   erp.execute(sql("Update ImportKopf Set JobType = 12, Fehlertext = '"_sql,
                   value("Nicht geschrieben\r\n" + finding), "'"_sql));

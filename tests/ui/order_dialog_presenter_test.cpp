@@ -65,7 +65,7 @@ TEST_F(OrderDialogTest, APriceThatNobodyStagedIsNoDifferenceAndAnotherOneParksNo
   EXPECT_EQ(field("O1", "Status").integer(), 10);
   erp.setSetting("Allgemein", "Individual", "VLK");
   EXPECT_EQ(opened("O1")->verdict(), CheckStatus::Warning);
-  EXPECT_EQ(engine.checkJob("O1").status, CheckStatus::Warning);
+  EXPECT_EQ(engine.checkJob("O1").status(), CheckStatus::Warning);
 }
 
 TEST_F(OrderDialogTest, WhatTheCheckFindsBeyondTheFieldsIsListedAndCounts) {
@@ -105,10 +105,10 @@ TEST_F(OrderDialogTest, ATextOfTheSenderCountsAsTheCheckCountsIt) {
   stageOrder("O1", [](AuftragFields& job) { job.Fehlertext = "vom Shop"; });
   stagePriced("O1", 1, "A100", 1, 10);
   EXPECT_EQ(opened("O1")->verdict(), CheckStatus::Warning);
-  EXPECT_EQ(engine.checkJob("O1").status, CheckStatus::Warning);
+  EXPECT_EQ(engine.checkJob("O1").status(), CheckStatus::Warning);
   set("O1", "JobType", "32");
   EXPECT_EQ(opened("O1")->verdict(), CheckStatus::Clean);
-  EXPECT_EQ(engine.checkJob("O1").status, CheckStatus::Clean);
+  EXPECT_EQ(engine.checkJob("O1").status(), CheckStatus::Clean);
 }
 
 TEST_F(OrderDialogTest, WarnsOfStockAndCostAssignmentOnlyWhereTheOptionsSaySo) {

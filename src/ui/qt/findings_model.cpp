@@ -10,7 +10,7 @@ namespace {
 
 enum Column { Code, Status, Text, ColumnCount };
 
-QString placed(const Finding& finding) {
+QString placed(const ListedFinding& finding) {
   return toQt(finding.place.empty() ? finding.code : finding.code + " " + finding.place);
 }
 
@@ -28,13 +28,13 @@ QString severityText(CheckStatus severity) {
 
 } // namespace
 
-void FindingsModel::show(std::vector<Finding> findings) {
+void FindingsModel::show(std::vector<ListedFinding> findings) {
   beginResetModel();
   findings_ = std::move(findings);
   endResetModel();
 }
 
-std::optional<int> FindingsModel::rowOf(const Finding& finding) const {
+std::optional<int> FindingsModel::rowOf(const ListedFinding& finding) const {
   for (std::size_t row = 0; row < findings_.size(); ++row)
     if (findings_[row].code == finding.code && findings_[row].item == finding.item)
       return static_cast<int>(row);
@@ -42,7 +42,7 @@ std::optional<int> FindingsModel::rowOf(const Finding& finding) const {
 }
 
 QString FindingsModel::line(int row) const {
-  const Finding& shown = finding(row);
+  const ListedFinding& shown = finding(row);
   return placed(shown) + QLatin1Char('\t') + severityText(shown.severity) + QLatin1Char('\t') +
          toQt(shown.text);
 }
@@ -55,7 +55,7 @@ int FindingsModel::columnCount(const QModelIndex& parent) const { return parent.
 
 QVariant FindingsModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid()) return {};
-  const Finding& shown = finding(index.row());
+  const ListedFinding& shown = finding(index.row());
   if (index.column() == Status) {
     if (role == Qt::DecorationRole) return severityPicture(shown.severity);
     if (role == Qt::ToolTipRole || role == Qt::AccessibleTextRole) return severityText(shown.severity);

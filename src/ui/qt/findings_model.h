@@ -15,10 +15,10 @@ class FindingsModel final : public QAbstractTableModel {
 public:
   using QAbstractTableModel::QAbstractTableModel;
 
-  void show(std::vector<Finding> findings);
-  const Finding& finding(int row) const { return findings_[static_cast<std::size_t>(row)]; }
+  void show(std::vector<ListedFinding> findings);
+  const ListedFinding& finding(int row) const { return findings_[static_cast<std::size_t>(row)]; }
   /// The row of the finding of this code and position.
-  std::optional<int> rowOf(const Finding& finding) const;
+  std::optional<int> rowOf(const ListedFinding& finding) const;
   /// A finding on one line.
   QString line(int row) const;
 
@@ -28,7 +28,7 @@ public:
   QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
 
 private:
-  std::vector<Finding> findings_;
+  std::vector<ListedFinding> findings_;
 };
 
 } // namespace qx

@@ -95,7 +95,7 @@ private:
   void erase();
   void editAddresses();
   void openDetails(std::size_t row);
-  void goTo(const Finding& finding);
+  void goTo(const ListedFinding& finding);
   void copyFindings();
   void startChecks();
   void checkMore();
@@ -116,7 +116,7 @@ private:
   QPushButton* release_ = nullptr;
   QPushButton* save_ = nullptr;
   QTimer checks_;
-  std::vector<Finding> seen_; ///< by the clerk
+  std::vector<ListedFinding> seen_; ///< by the clerk
   QTimer seeing_;
 };
 
@@ -212,7 +212,7 @@ QWidget* JobDialogWindow::buildFindings() {
   findingsView_->setColumnWidth(1, fontMetrics().horizontalAdvance(QStringLiteral("Status mm")));
   findingsView_->setMinimumHeight(fontMetrics().lineSpacing() * 5);
   connect(findingsView_, &QTableView::activated, this,
-          [this](const QModelIndex& index) { goTo(Finding(findings_->finding(index.row()))); });
+          [this](const QModelIndex& index) { goTo(ListedFinding(findings_->finding(index.row()))); });
   auto* copy = new QAction(QStringLiteral("&Kopieren"), findingsView_);
   copy->setShortcut(QKeySequence::Copy);
   copy->setShortcutContext(Qt::WidgetShortcut);
@@ -332,7 +332,7 @@ void JobDialogWindow::render() {
 }
 
 void JobDialogWindow::renderFindings() {
-  std::optional<Finding> current;
+  std::optional<ListedFinding> current;
   if (findingsView_->currentIndex().isValid())
     current = findings_->finding(findingsView_->currentIndex().row());
   const int place = findingsView_->verticalScrollBar()->value();
@@ -427,7 +427,7 @@ void JobDialogWindow::openDetails(std::size_t row) {
   startChecks();
 }
 
-void JobDialogWindow::goTo(const Finding& finding) {
+void JobDialogWindow::goTo(const ListedFinding& finding) {
   if (grid_ != nullptr && !finding.item.empty()) {
     if (const auto row = dialog_.grid()->rowOf(finding.item)) grid_->selectRow(*row);
   } else if (grid_ != nullptr && finding.control == dialog_.grid()->name()) {

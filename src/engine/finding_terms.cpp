@@ -1,0 +1,462 @@
+#include "engine/finding_terms.h"
+
+#include <algorithm>
+#include <array>
+
+namespace qx {
+namespace {
+
+constexpr std::string_view codeMissing = "{field}: '{value}' ist nicht angelegt.";
+constexpr std::string_view fieldDiffers = "{field} ist nicht identisch: '{value}' / '{stored}'";
+constexpr std::string_view comparedWithOption = "Der geöffnete Vorgang vergleicht immer, die Verarbeitung "
+                                                "nur mit der Option Adressen mit dem Kundenstamm "
+                                                "vergleichen.";
+constexpr std::string_view ownModeOnly = "Nur in Installationen mit kundenspezifischen Werten.";
+
+// What customers and orders share. The odd spellings here and below are part of what clerks know.
+constexpr std::string_view grid = "TDBGrid1";
+constexpr DialogTerms salesRepTerms{"VT", "tdbVertreter1", "Vertreter: {value} wurde noch nicht angelegt."};
+constexpr DialogTerms shippingTerms{"VSA", "tdbVersandart", "Versandart: {value} wurde noch nicht angelegt."};
+constexpr DialogTerms paymentTerms{"ZA", "tdbZahlungsart", "Zahlungsart: {value} wurde noch nicht angelegt."};
+constexpr DialogTerms termsTerms{"ZB", "tdbZahlungsbed",
+                                 "Zahlungsbedingung: {value} wurde noch nicht angelegt."};
+constexpr DialogTerms bankTerms{"BLZ", "txtBlz", "Bankleitzahl: {value} wurde noch nicht angelegt."};
+constexpr DialogTerms accountTerms{"HK", "txtHauptkonto", "Hauptkonto {value} wurde nicht angelegt"};
+constexpr DialogTerms deliveryTerms{"VS", "txtVersandKdn", "Versand an wurde nicht angelegt"};
+constexpr DialogTerms invoiceTerms{"RG", "txtRechnungKdnr", "Rechnung an wurde nicht angelgt"};
+constexpr DialogTerms quantityTerms{"ME", "tdbAnzahl", "Die Menge muss mindestens 1 betragen."};
+
+constexpr RuleTerms row(CheckStatus severity, Rule rule, std::string_view code, std::string_view run,
+                        std::string_view field, DialogTerms dialog, std::string_view remedy) {
+  return {rule, code, severity, run, field, dialog, remedy};
+}
+constexpr RuleTerms warning(Rule rule, std::string_view code, std::string_view run, std::string_view field,
+                            DialogTerms dialog, std::string_view remedy) {
+  return row(CheckStatus::Warning, rule, code, run, field, dialog, remedy);
+}
+constexpr RuleTerms warning(Rule rule, std::string_view code, std::string_view run, std::string_view field,
+                            std::string_view remedy) {
+  return row(CheckStatus::Warning, rule, code, run, field, {}, remedy);
+}
+constexpr RuleTerms error(Rule rule, std::string_view code, std::string_view run, std::string_view field,
+                          DialogTerms dialog, std::string_view remedy) {
+  return row(CheckStatus::Error, rule, code, run, field, dialog, remedy);
+}
+constexpr RuleTerms error(Rule rule, std::string_view code, std::string_view run, std::string_view field,
+                          std::string_view remedy) {
+  return row(CheckStatus::Error, rule, code, run, field, {}, remedy);
+}
+constexpr RuleTerms hint(Rule rule, std::string_view code, std::string_view run, std::string_view field,
+                         DialogTerms dialog, std::string_view remedy) {
+  return row(CheckStatus::Clean, rule, code, run, field, dialog, remedy);
+}
+/// A warning of the dialog alone; the job goes through with it.
+constexpr RuleTerms told(Rule rule, std::string_view code, std::string_view field, DialogTerms dialog,
+                         std::string_view remedy) {
+  RuleTerms terms = row(CheckStatus::Warning, rule, code, {}, field, dialog, remedy);
+  terms.counts = false;
+  return terms;
+}
+
+// In the order of `Rule`: code, text of the run, field, terms of the dialog, what to do.
+constexpr std::array ruleTerms{
+    // Of a job of any kind.
+    warning(Rule::EarlierReasons, "job.reasons.standing", "", "Fehlertext",
+            DialogTerms{"EP", "chkProcessWaring", "Fehler beim verarbeiten: {value}"},
+            "Die genannte Ursache beheben. Der Text bleibt bis zur nächsten Verarbeitung.")
+        .noted("Bei einem wartenden Auftrag ist er eine Warnung der Prüfung, sonst zeigt ihn nur der "
+               "geöffnete Vorgang."),
+    error(Rule::CheckFailed, "job.check.failed", "Der Vorgang konnte nicht geprüft werden: {value}", "",
+          "Die genannte Ursache beheben und noch einmal prüfen."),
+    error(Rule::ProcessingFailed, "job.processing.failed", "{value}", "",
+          "Die genannte Ursache beheben und den Vorgang freigeben. Bleibt es dabei, die Betreuung fragen."),
+    hint(Rule::TaxIdMissing, "job.tax.id_missing",
+         "Der Kunde ist steuerfrei (MwSt_KZ '{value}'), hat aber keine UstIdentNr.", "UstIdentNr",
+         DialogTerms{"HI", "txtKundennummer"},
+         "Umsatzsteuernummer eintragen oder das Steuermerkmal berichtigen."),
+    hint(
+        Rule::GrossPricesAbroad, "job.tax.gross_prices",
+        "Bruttopreise (Preistyp 1) bei einem Kunden, der nicht im Inland besteuert wird (MwSt_KZ '{value}').",
+        "Preistyp", DialogTerms{"HI", "txtKundennummer"}, "Eine Nettopreisliste zuordnen."),
+    // Check of a customer.
+    error(Rule::CustomerNumberMissing, "customer.number.missing", "Die Kundennummer fehlt.", "Kundennummer",
+          DialogTerms{"KN", "txtKundennummer"}, "Kundennummer eintragen oder mit F4 suchen."),
+    told(Rule::CustomerIsNew, "customer.number.new", "Kundennummer",
+         DialogTerms{"KN", "txtKundennummer", "Die Kundennummer: {value} wurde nicht angelegt. Neukunde!"},
+         "Nichts, wenn der Kunde neu ist. Sonst die richtige Nummer suchen."),
+    warning(Rule::CustomerGroup, "customer.group.unknown", codeMissing, "Kundengruppe",
+            DialogTerms{"KG", "tdbKundengruppe", "Kundengruppe: {value} wurde noch nicht angelegt."},
+            "Aus der Liste wählen, oder in den Optionen das Anlegen erlauben."),
+    warning(Rule::CustomerSalesRep, "customer.sales_rep.unknown", codeMissing, "Vertreter1", salesRepTerms,
+            "Aus der Liste wählen, oder in den Optionen das Anlegen erlauben."),
+    warning(Rule::CustomerShippingMethod, "customer.shipping_method.unknown", codeMissing, "Versandart",
+            shippingTerms, "Aus der Liste wählen."),
+    warning(Rule::CustomerPaymentMethod, "customer.payment_method.unknown", codeMissing, "Zahlungsart",
+            paymentTerms, "Aus der Liste wählen, oder in den Optionen das Anlegen erlauben."),
+    warning(Rule::CustomerPaymentTerms, "customer.payment_terms.unknown", codeMissing, "ZahlungsbedSchl",
+            termsTerms, "Aus der Liste wählen."),
+    warning(Rule::CustomerBank, "customer.bank.unknown", codeMissing, "Bankleitzahl", bankTerms,
+            "Mit F4 suchen, oder in den Optionen das Anlegen erlauben."),
+    warning(Rule::CustomerName1, "customer.name1.differs", fieldDiffers, "Bez1",
+            DialogTerms{"BZ1", "txtBez1", "Bezeichnung 1 ist nicht identisch: {stored}"},
+            "Stammwert übernehmen, oder die Abweichung gelten lassen.")
+        .noted(comparedWithOption),
+    warning(Rule::CustomerName2, "customer.name2.differs", fieldDiffers, "Bez2",
+            DialogTerms{"BZ2", "txtBez2", "Bezeichnung 2 ist nicht identisch: {stored}"},
+            "Stammwert übernehmen, oder die Abweichung gelten lassen.")
+        .noted(comparedWithOption),
+    warning(Rule::CustomerName3, "customer.name3.differs", fieldDiffers, "Bez3",
+            DialogTerms{"BZ3", "txtBez3", "Bezeichnung 3 ist nicht identisch: {stored}"},
+            "Stammwert übernehmen, oder die Abweichung gelten lassen.")
+        .noted(comparedWithOption),
+    warning(Rule::CustomerStreet, "customer.street.differs", fieldDiffers, "Strasse",
+            DialogTerms{"STR", "txtStrasse", "Straße ist nicht identisch: {stored}"},
+            "Stammwert übernehmen, oder die Abweichung gelten lassen.")
+        .noted(comparedWithOption),
+    warning(Rule::CustomerCountry, "customer.country.differs", fieldDiffers, "Land",
+            DialogTerms{"LD", "txtLand", "Land ist nicht identisch: {stored}"},
+            "Stammwert übernehmen, oder die Abweichung gelten lassen.")
+        .noted(comparedWithOption),
+    warning(Rule::CustomerPostCode, "customer.post_code.differs", fieldDiffers, "PLZ",
+            DialogTerms{"PLZ", "txtPLZ", "Postleitzahl ist nicht identisch: {stored}"},
+            "Stammwert übernehmen, oder die Abweichung gelten lassen.")
+        .noted(comparedWithOption),
+    warning(Rule::CustomerCity, "customer.city.differs", fieldDiffers, "Ort",
+            DialogTerms{"ORT", "txtOrt", "Ort ist nicht identisch: {stored}"},
+            "Stammwert übernehmen, oder die Abweichung gelten lassen.")
+        .noted(comparedWithOption),
+    warning(Rule::CustomerDelivery, "customer.delivery.differs", fieldDiffers, "",
+            DialogTerms{"VA", "txtVersandAdr", "Versandadresse ist nicht identisch: {stored}"},
+            "Unter Adressen… mit dem Stamm vergleichen.")
+        .noted(comparedWithOption),
+    warning(Rule::CustomerInvoice, "customer.invoice.differs", fieldDiffers, "",
+            DialogTerms{"RA", "txtRechnungAdr", "Rechnungsadresse ist nicht identisch: {stored}"},
+            "Unter Adressen… mit dem Stamm vergleichen.")
+        .noted(comparedWithOption),
+    warning(Rule::CustomerAccount, "customer.account.unknown", "Hauptkonto ist nicht angelegt", "Hauptkonto",
+            accountTerms, "Mit F4 suchen oder leeren."),
+    error(Rule::CustomerDeliveryKey, "customer.delivery.unknown", "VS_KdNr ist nicht angelegt", "VS_KdNr",
+          deliveryTerms, "Die Nummern unter Versand an berichtigen."),
+    error(Rule::CustomerInvoiceKey, "customer.invoice.unknown", "RG_KdNr ist nicht angelegt", "RG_KdNr",
+          invoiceTerms, "Die Nummern unter Rechnung an berichtigen."),
+    warning(Rule::CustomerContractWarnings, "customer.contracts.warning",
+            "Im Kundenvertrag wurden ''Warnungen'' festgestellt.", "", DialogTerms{"KVW", grid},
+            "Den Vertrag in der Liste öffnen und berichtigen."),
+    error(Rule::CustomerContractErrors, "customer.contracts.error",
+          "Im Kundenvertrag wurden ''Fehler'' festgestellt.", "", DialogTerms{"KVF", grid},
+          "Den Vertrag in der Liste öffnen und berichtigen."),
+    // Told by the dialogs of customers and orders only.
+    told(Rule::PriceList, "job.price_list.unknown", "Preisliste",
+         DialogTerms{"PL", "tdbPreisliste", "Preisliste: {value} wurde noch nicht angelegt."},
+         "Aus der Liste wählen."),
+    told(Rule::Currency, "customer.currency.unlisted", "Währung",
+         DialogTerms{"WÄ", "tdbWährung", "Währung: {value} wurde noch nicht angelegt."},
+         "Aus der Liste wählen.")
+        .noted("Die Verarbeitung schreibt einen solchen Kunden nicht: customer.currency.refused."),
+    told(Rule::EntryCurrency, "customer.entry_currency.unlisted", "WährungEingabe",
+         DialogTerms{"WÄE", "tdbWährungEG", "Währung: {value} wurde noch nicht angelegt."},
+         "Aus der Liste wählen."),
+    told(Rule::BankName, "job.bank_name.differs", "Kreditinstitut",
+         DialogTerms{"BV", "txtKreditinstitut", "Bankverbindung sind nicht identisch: {stored}"},
+         "Das Kreditinstitut des Stamms übernehmen."),
+    warning(Rule::OtherFindings, "customer.check.others", "", "",
+            DialogTerms{"PB", "txtKundennummer", "{value}"}, "Das genannte Feld prüfen.")
+        .noted("Nur im geöffneten Vorgang: was die Prüfung sonst noch findet."),
+    // Refusal of a customer.
+    error(Rule::CustomerGroupRefused, "customer.group.refused",
+          "Die Kundengruppe: '{value}' wurde noch nicht angelegt.\r\nUm automatisch die Kundengruppe "
+          "anzulegen, stellen Sie dies bitte in den Optionen ein.",
+          "Kundengruppe", "Den Schlüssel berichtigen, oder in den Optionen das Anlegen erlauben."),
+    error(Rule::CustomerSalesRepRefused, "customer.sales_rep.refused",
+          "Der Vertreter: '{value}' wurde noch nicht angelegt.\r\nUm automatisch den Vertreter anzulegen, "
+          "stellen Sie dies bitte in den Optionen ein.",
+          "Vertreter1", "Den Schlüssel berichtigen, oder in den Optionen das Anlegen erlauben."),
+    error(Rule::CustomerPaymentMethodRefused, "customer.payment_method.refused",
+          "Die Zahlungsart: '{value}' wurde noch nicht angelegt.\r\nUm automatisch die Zahlungsart "
+          "anzulegen, stellen Sie dies bitte in den Optionen ein.",
+          "Zahlungsart", "Den Schlüssel berichtigen, oder in den Optionen das Anlegen erlauben."),
+    error(Rule::CustomerBankRefused, "customer.bank.refused",
+          "Die Bankleitzahl: '{value}' wurde noch nicht angelegt.\r\nUm automatisch die Bankleitzahl "
+          "anzulegen, stellen Sie dies bitte in den Optionen ein.",
+          "Bankleitzahl", "Den Schlüssel berichtigen, oder in den Optionen das Anlegen erlauben."),
+    error(Rule::CustomerCurrencyRefused, "customer.currency.refused",
+          "Die Währung: '{value}' ist nicht angelegt.", "Währung",
+          "Die Währung berichtigen. Währungen werden nie angelegt."),
+    error(Rule::CustomerReceiptDate, "customer.receipt_date.invalid",
+          "Das Eingangsdatum: '{value}' ist kein Datum.", "Eingangsdatum",
+          "Den Vorgang neu einlesen lassen."),
+    // Hints at a customer.
+    hint(Rule::CustomerEmptied, "customer.master.emptied", "Im Kundenstamm geleert: {value}", "",
+         DialogTerms{"HI", "txtKundennummer"},
+         "Sollen die Angaben bleiben, sie im Vorgang eintragen, ehe er verarbeitet wird."),
+    hint(Rule::CustomerUnwritten, "customer.master.unwritten", "Nicht in den Kundenstamm übernommen: {value}",
+         "", DialogTerms{"HI", "txtKundennummer"},
+         "In der Warenwirtschaft eintragen, wenn die Angaben gelten sollen."),
+    hint(Rule::CustomerAddressUnstored, "customer.address.unstored",
+         "Die {value} hat keine Adressnummer und wird nicht gespeichert.", "",
+         DialogTerms{"HI", "txtKundennummer"}, "Unter Adressen… eine Adressnummer eintragen."),
+    hint(Rule::CustomerAbroad, "customer.country.abroad",
+         "Neukunde im Land '{value}' mit dem Steuermerkmal des Inlands (MwSt_KZ '{stored}').", "Land",
+         DialogTerms{"HI", "txtLand"},
+         "Das Steuermerkmal in der Warenwirtschaft setzen, ehe die Aufträge des Kunden verarbeitet werden."),
+    // Check of a contract.
+    warning(Rule::ContractKind, "contract.kind.unknown", "Vertragsart ist nicht angelegt", "Vertragsart",
+            DialogTerms{"VA", "tdbVertragsart", "Die Vertragsart: {value} ist noch nicht angelegt."},
+            "Aus der Liste wählen."),
+    warning(Rule::ContractQuantity, "contract.quantity.invalid", "Menge ist falsch", "Menge", quantityTerms,
+            "Eine Anzahl ab 1 eintragen."),
+    warning(Rule::SingleContractQuantity, "contract.single_quantity.invalid", "Menge ist faslch", "Menge",
+            quantityTerms, "Eine Anzahl ab 1 eintragen."),
+    warning(Rule::ContractState, "contract.state.unknown", "Zustand ist falsch", "Zustand",
+            DialogTerms{"ZD", "cboZustand", "Zustand konnte nicht ermittelt werden."},
+            "Aktiv, nur Info oder Erledigt wählen.")
+        .noted("Ein leerer Zustand wird als Aktiv geschrieben; ihn zeigt nur der geöffnete Vorgang."),
+    error(Rule::ContractDate, "contract.date.invalid", "Vertragsdatum ist falsch", "Vertragsdatum",
+          DialogTerms{"VD", "tdbdtVertragsdatum"}, "Ein Datum eintragen; F4 öffnet den Kalender."),
+    error(Rule::ContractDateMissing, "contract.date.missing", "Vertragsdatum ist falsch", "Vertragsdatum",
+          DialogTerms{"VD", "tdbdtVertragsdatum", "Vertragsdatum wurde nicht angegeben"},
+          "Ein Datum eintragen; F4 öffnet den Kalender."),
+    error(Rule::ContractBegin, "contract.begin.invalid", "Vertragsbeginn ist falsch", "Vertragsbeginn",
+          DialogTerms{"VB", "tdbdtVertragsbeginn"}, "Ein Datum eintragen; F4 öffnet den Kalender."),
+    error(Rule::ContractBeginMissing, "contract.begin.missing", "Vertragsbeginn ist falsch", "Vertragsbeginn",
+          DialogTerms{"VB", "tdbdtVertragsbeginn", "Vertragsbeginn wurde nicht angegeben"},
+          "Ein Datum eintragen; F4 öffnet den Kalender."),
+    error(Rule::ContractObject, "contract.object.unknown", "Vertragsgegenstand ist nicht angelegt",
+          "Artikelnummer",
+          DialogTerms{"VGG", "txtVertragsgegenstand", "Vertragsgegenstand: {value} wurde nicht angelegt."},
+          "Mit F4 suchen."),
+    told(Rule::ContractInterval, "contract.interval.unusual", "Intervall",
+         DialogTerms{"INT", "cboIntervall", "Intervall: {value} nicht zulässig!"},
+         "1, 3, 6 oder 12 Monate wählen.")
+        .noted("Geschrieben wird jedes Intervall, ein fehlendes als 12 Monate."),
+    // Refusal of a contract.
+    error(Rule::ContractCustomerRefused, "contract.customer.refused",
+          "Die Kundennummer: '{value}' wurde noch nicht angelegt.", "Kundennummer",
+          "Zuerst den Kunden verarbeiten, oder die Nummer berichtigen."),
+    error(Rule::ContractKindRefused, "contract.kind.refused",
+          "Die Vertragsart: '{value}' wurde noch nicht angelegt.", "Vertragsart", "Aus der Liste wählen."),
+    // The quote behind the object number stands without an opening one on purpose.
+    error(Rule::ContractRelationRefused, "contract.relation.refused",
+          "Es konnte keine Beziehung zwischen Vertragsart: '{value}' und Vertragsgegenstandsnummer: "
+          "{stored}' ermittelt werden.",
+          "Vertragsart", "Vertragsart und Gegenstand wählen, die in der Warenwirtschaft zusammengehören."),
+    error(Rule::ContractObjectRefused, "contract.object.refused",
+          "Die Vertragsgegenstandsnummer: '{value}' wurde noch nicht angelegt.", "Artikelnummer",
+          "Mit F4 suchen."),
+    error(Rule::ContractPriceTooLarge, "contract.price.too_large", "Der Preis: '{value}' ist zu groß.",
+          "Preis", "Den Wert berichtigen."),
+    error(Rule::ContractPriceNoNumber, "contract.price.no_number", "Der Preis: '{value}' ist keine Zahl.",
+          "Preis", "Den Wert berichtigen."),
+    error(Rule::ContractQuantityTooLarge, "contract.quantity.too_large", "Die Menge: '{value}' ist zu groß.",
+          "Menge", "Den Wert berichtigen."),
+    error(Rule::ContractQuantityNoNumber, "contract.quantity.no_number",
+          "Die Menge: '{value}' ist keine Zahl.", "Menge", "Den Wert berichtigen."),
+    // Check of an order.
+    warning(Rule::OrderNote, "order.note.present", "Achtung es ist eine Notiz hinterlegt.", "Bemerkung",
+            DialogTerms{"NO", "txtHinweis"}, "Die Bemerkung lesen, dann freigeben.")
+        .noted(ownModeOnly),
+    warning(Rule::OrderSalesRep, "order.sales_rep.unknown", "Vertreter1", "Vertreter1", salesRepTerms,
+            "Aus der Liste wählen."),
+    warning(Rule::OrderShippingMethod, "order.shipping_method.unknown", "Versandart", "Versandart",
+            shippingTerms, "Aus der Liste wählen."),
+    warning(Rule::OrderPaymentMethod, "order.payment_method.unknown", "Zahlungsart", "Zahlungsart",
+            paymentTerms, "Aus der Liste wählen."),
+    warning(Rule::OrderMarkZB, "order.mark_zb.method", "Ind_Field ZB", "IndFild1",
+            DialogTerms{"IF1", "txtIndFild1"},
+            "Das Kennzeichen ZB verlangt eine andere Zahlungsart: diese berichtigen.")
+        .noted(ownModeOnly),
+    warning(Rule::OrderMarkZA, "order.mark_za.method", "IndField3 ZA", "IndFild3",
+            DialogTerms{"IF3", "txtIndFild3"},
+            "Das Kennzeichen ZA verlangt eine andere Zahlungsart: diese berichtigen.")
+        .noted(ownModeOnly),
+    warning(Rule::OrderMarkMK, "order.mark_mk.method", "Ind_Field MK", "IndFild4",
+            DialogTerms{"IF4", "txtIndFild4"},
+            "Das Kennzeichen MK verlangt eine andere Versandart: diese berichtigen.")
+        .noted(ownModeOnly),
+    warning(Rule::OrderPaymentTerms, "order.payment_terms.unknown", "ZahlungsbedSchl", "ZahlungsbedSchl",
+            termsTerms, "Aus der Liste wählen."),
+    warning(Rule::OrderBank, "order.bank.unknown", "Bankverbindung", "Bankleitzahl", bankTerms,
+            "Mit F4 suchen."),
+    warning(Rule::OrderDeliveryKey, "order.delivery_key.unknown", "VS_KdNr", "VS_KdNr",
+            "Die Nummern unter Versand an berichtigen.")
+        .noted("Die Prüfung nennt sie zweimal: als Warnung und als order.delivery.unknown. Der geöffnete "
+               "Vorgang zeigt nur den Fehler."),
+    warning(Rule::OrderInvoiceKey, "order.invoice_key.unknown", "RG_KdNr", "RG_KdNr",
+            "Die Nummern unter Rechnung an berichtigen.")
+        .noted("Die Prüfung nennt sie zweimal: als Warnung und als order.invoice.unknown. Der geöffnete "
+               "Vorgang zeigt nur den Fehler."),
+    warning(Rule::OrderAccount, "order.account.unknown", "Hauptkonto", "Hauptkonto", accountTerms,
+            "Mit F4 suchen oder leeren."),
+    error(Rule::OrderCustomer, "order.customer.unknown", "Kunde nicht angelegt", "Kundennummer",
+          DialogTerms{"KN", "txtKundennummer", "Kundennummer {value} ist nicht angelegt."},
+          "Mit F4 suchen, oder zuerst den Kunden verarbeiten."),
+    error(Rule::OrderDelivery, "order.delivery.unknown", "Versandanschrift nicht angelegt", "VS_KdNr",
+          deliveryTerms, "Die Nummern unter Versand an berichtigen."),
+    error(Rule::OrderInvoice, "order.invoice.unknown", "Rechnungsanschrift nicht angelegt", "RG_KdNr",
+          invoiceTerms, "Die Nummern unter Rechnung an berichtigen."),
+    warning(Rule::OrderCreditLimit1, "order.credit_limit1.reached",
+            "Kreditlimit 1 ist überschritten (Warnhinweis)", "Kundennummer",
+            DialogTerms{"KL1", "txtKundennummer"}, "Die offenen Posten des Kunden klären, oder freigeben."),
+    error(Rule::OrderCreditLimit2, "order.credit_limit2.reached",
+          "Kreditlimit 2 ist überschritten (Auftragssperre)", "Kundennummer",
+          DialogTerms{"KL2", "txtKundennummer"}, "Die offenen Posten des Kunden klären, oder freigeben."),
+    error(Rule::OrderNoPositions, "order.positions.missing", "Auftrag ohne Positionen angelegt.",
+          "Positionen", DialogTerms{"PO", grid}, "Eine Position anfügen."),
+    error(Rule::OrderPriceFailed, "order.price.failed", "PLU Fehler", "Preis",
+          DialogTerms{"PR", grid, "Es ist ein Fehler beim ermitteln des Preises aufgetreten."},
+          "Artikel und Einheit prüfen. Bleibt es dabei, die Betreuung fragen."),
+    warning(Rule::OrderPriceMissing, "order.price.missing", "Preis nicht gefunden", "Preis",
+            DialogTerms{"PR", grid, "Es konnte kein Preis gefunden werden!"},
+            "Den Preis in der Warenwirtschaft pflegen, oder freigeben."),
+    warning(Rule::OrderPriceDiffers, "order.price.differs", "Preis ist nicht identisch", "Preis",
+            DialogTerms{"PR", grid, "Ermittelter Preis: {stored.00} weicht vom Importpreis: {value.00} ab!"},
+            "Den Preis prüfen.")
+        .noted("Der geöffnete Vorgang vergleicht jeden angelieferten Preis; zum Zustand zählt er nur in "
+               "Installationen mit kundenspezifischen Werten."),
+    warning(Rule::OrderCostAssignment, "order.cost_assignment.missing", "Kostenzuordnung", "KostID",
+            DialogTerms{"KO", grid, "Achtung: Fehlende Kostenzuordnung für Artikel '{stored}'!"},
+            "Die Nummer unter Details eintragen."),
+    warning(Rule::OrderStock, "order.stock.too_small", "Lagerbestand", "Menge",
+            DialogTerms{"LB", grid, "Achtung: Lagerbestand für Artikel '{stored}' reicht nicht aus!"},
+            "Die Menge ändern, oder freigeben."),
+    error(Rule::OrderArticle, "order.article.unknown", "Artikel ist nicht angelegt", "Artikelnummer",
+          DialogTerms{"AR", grid, "Der Artikel '{value}' ist nicht angelegt."},
+          "In der Zelle F4 drücken und den Artikel suchen."),
+    // Told by the dialog of an order only.
+    told(Rule::OrderName1, "order.name1.differs", "Bez1",
+         DialogTerms{"BZ1", "txtKundennummer", "Bezeichnung 1 ist nicht identisch: {stored}"},
+         "Die Kundennummer prüfen. Die Anschrift selbst wird hier nicht geändert."),
+    told(Rule::OrderName2, "order.name2.differs", "Bez2",
+         DialogTerms{"BZ2", "txtKundennummer", "Bezeichnung 2 ist nicht identisch: {stored}"},
+         "Die Kundennummer prüfen. Die Anschrift selbst wird hier nicht geändert."),
+    told(Rule::OrderName3, "order.name3.differs", "Bez3",
+         DialogTerms{"BZ3", "txtKundennummer", "Bezeichnung 3 ist nicht identisch: {stored}"},
+         "Die Kundennummer prüfen. Die Anschrift selbst wird hier nicht geändert."),
+    told(Rule::OrderStreet, "order.street.differs", "Strasse",
+         DialogTerms{"STR", "txtKundennummer", "Straße ist nicht identisch: {stored}"},
+         "Die Kundennummer prüfen. Die Anschrift selbst wird hier nicht geändert."),
+    told(Rule::OrderCountry, "order.country.differs", "Land",
+         DialogTerms{"LD", "txtKundennummer", "Land ist nicht identisch: {stored}"},
+         "Die Kundennummer prüfen. Die Anschrift selbst wird hier nicht geändert."),
+    told(Rule::OrderPostCode, "order.post_code.differs", "PLZ",
+         DialogTerms{"PLZ", "txtKundennummer", "Postleitzahl ist nicht identisch: {stored}"},
+         "Die Kundennummer prüfen. Die Anschrift selbst wird hier nicht geändert."),
+    told(Rule::OrderCity, "order.city.differs", "Ort",
+         DialogTerms{"ORT", "txtKundennummer", "Ort ist nicht identisch: {stored}"},
+         "Die Kundennummer prüfen. Die Anschrift selbst wird hier nicht geändert."),
+    told(Rule::OrderDeliveryLines, "order.delivery.differs", "VS_AdrNr",
+         DialogTerms{"VA", "txtVersandAdr", "Versandadresse ist nicht identisch: {stored}"},
+         "Unter Adressen… mit dem Stamm vergleichen."),
+    told(Rule::OrderInvoiceLines, "order.invoice.differs", "RG_AdrNr",
+         DialogTerms{"RA", "txtRechnungAdr", "Rechnungsadresse ist nicht identisch: {stored}"},
+         "Unter Adressen… mit dem Stamm vergleichen."),
+    told(Rule::CustomersShippingMethod, "order.customers_shipping_method.unknown", "",
+         DialogTerms{"VSK", "txtKundennummer", "Versandart Kunde: {value} wurde noch nicht angelegt."},
+         "Den Kunden in der Warenwirtschaft berichtigen.")
+        .noted(ownModeOnly),
+    told(Rule::CustomersPaymentMethod, "order.customers_payment_method.unknown", "",
+         DialogTerms{"ZAK", "txtKundennummer", "Zahlungsart Kunde: {value} wurde noch nicht angelegt."},
+         "Den Kunden in der Warenwirtschaft berichtigen.")
+        .noted(ownModeOnly),
+    // Refusal of an order.
+    error(Rule::OrderNumberNone, "order.number.none", "Es konnte keine Auftragsnummer ermittelt werden.", "",
+          "Den Buchungskreis der Aufträge und seinen Nummernkreis prüfen lassen."),
+    error(Rule::OrderNumberInUse, "order.number.in_use",
+          "Die Auftragsnummer: '{value}' im Buchungskreis '{stored}' ist bereits vergeben. Bitte prüfen Sie "
+          "den Nummernkreis der Aufträge.",
+          "", "Den Nummernkreis der Aufträge prüfen lassen."),
+    error(Rule::OrderCustomerRefused, "order.customer.refused",
+          "Die Kundennummer: '{value}' wurde noch nicht angelegt.", "Kundennummer",
+          "Zuerst den Kunden verarbeiten, oder die Nummer berichtigen."),
+    error(Rule::OrderDeliveryStop, "order.customer.delivery_stop",
+          "Die Kundennummer: '{value}' ist eine Liefersperre aktiviert.", "Kundennummer",
+          "Die Liefersperre in der Warenwirtschaft klären."),
+    error(Rule::OrderReceiptDate, "order.receipt_date.invalid",
+          "Das Eingangsdatum: '{value}' ist kein Datum.", "Eingangsdatum",
+          "Den Vorgang neu einlesen lassen."),
+    error(Rule::OrderShippingMethodRefused, "order.shipping_method.refused",
+          "Die Versandart: '{value}' wurde noch nicht angelegt.", "Versandart",
+          "Den Schlüssel berichtigen, im Auftrag, beim Kunden oder in den Optionen."),
+    error(Rule::OrderPaymentMethodRefused, "order.payment_method.refused",
+          "Die Zahlungsart: '{value}' wurde noch nicht angelegt.", "Zahlungsart",
+          "Den Schlüssel berichtigen, im Auftrag oder beim Kunden."),
+    error(Rule::OrderPaymentTermsRefused, "order.payment_terms.refused",
+          "Der ZahlungsbedSchl: '{value}' wurde noch nicht angelegt.", "ZahlungsbedSchl",
+          "Den Schlüssel berichtigen, im Auftrag oder beim Kunden."),
+    error(Rule::OrderSalesRepRefused, "order.sales_rep.refused",
+          "Der Vertreter: '{value}' ist nicht angelegt.", "Vertreter1",
+          "Den Vertreter berichtigen, im Auftrag oder beim Kunden."),
+    error(Rule::OrderNoPositionsRefused, "order.positions.refused", "Auftrag ohne Positionen angelegt.",
+          "Positionen", "Eine Position anfügen."),
+    error(Rule::OrderArticleRefused, "order.article.refused",
+          "Der Artikel: '{value}' wurde noch nicht angelegt.", "Artikelnummer",
+          "Den Artikel suchen, oder in der Warenwirtschaft anlegen."),
+    error(Rule::OrderArticleBlocked, "order.article.blocked", "Der Artikel: '{value}' ist gesperrt!",
+          "Artikelnummer", "Einen anderen Artikel wählen, oder die Sperre aufheben lassen."),
+    error(Rule::OrderPriceRefused, "order.price.refused", "PLU Fehler", "Preis",
+          "Artikel und Einheit prüfen. Bleibt es dabei, die Betreuung fragen."),
+    error(Rule::OrderPriceTooLarge, "order.price.too_large", "Der Preis: '{value}' ist zu groß.", "Preis",
+          "Den Wert berichtigen."),
+    error(Rule::OrderQuantityTooLarge, "order.quantity.too_large", "Die Menge: '{value}' ist zu groß.",
+          "Menge", "Den Wert berichtigen."),
+    error(Rule::OrderDiscountTooLarge, "order.discount.too_large", "Der Rabatt: '{value}' ist zu groß.",
+          "Rabatt", "Den Wert berichtigen."),
+    error(Rule::OrderPriceUnitTooLarge, "order.price_unit.too_large",
+          "Die Preiseinheit: '{value}' ist zu groß.", "Preiseinheit", "Den Wert berichtigen."),
+    error(Rule::OrderCostNumber, "order.cost_assignment.invalid",
+          "Die Kostenzuordnung: '{value}' ist keine gültige Nummer.", "KostID",
+          "Die Kostenzuordnung berichtigen, im Auftrag oder beim Kunden."),
+    error(Rule::OrderTotalTooLarge, "order.total.too_large", "Die Summe des Auftrags ist zu groß.", "",
+          "Mengen und Preise berichtigen."),
+    error(Rule::OrderNoPositionNumber, "order.position_number.none",
+          "Für die Fracht- und Gebührenzeilen ist keine Positionsnummer mehr frei.", "Positionsnummer",
+          "Die Positionen anders nummerieren."),
+    error(Rule::OrderTaxKey, "order.tax_key.missing",
+          "Die Steuerschlüsselzuordnung konnte nicht ermittelt werden.", "",
+          "Steuermerkmale von Kunde und Artikel in der Warenwirtschaft prüfen."),
+    error(Rule::OrderTaxRate, "order.tax_rate.invalid",
+          "Der Steuersatz des Steuerschlüssels: '{value}' ist keine Zahl.", "",
+          "Den Steuerschlüssel in der Warenwirtschaft berichtigen."),
+    error(Rule::OrderTaxChangeDay, "order.tax_change_day.unreadable",
+          "Der Tag der Steuersatzänderung (DatumMwStÄnderung) konnte nicht gelesen werden.", "",
+          "Den Tag in den Optionen berichtigen."),
+    // Hints at an order.
+    hint(Rule::OrderCurrency, "order.currency.ignored",
+         "Die Währung '{value}' des Auftrags gilt nicht, der Kunde hat '{stored}'.", "Währung",
+         DialogTerms{"HI", "txtKundennummer"}, "Währung und Preise klären."),
+    hint(Rule::OrderExchangeRate, "order.exchange_rate.missing",
+         "Zur Währung '{stored}' ist kein Wechselkurs angelegt.", "Währung",
+         DialogTerms{"HI", "txtKundennummer"}, "Den Kurs in der Warenwirtschaft eintragen lassen."),
+};
+
+constexpr bool inOrder() {
+  for (std::size_t i = 0; i < ruleTerms.size(); ++i)
+    if (static_cast<std::size_t>(ruleTerms[i].rule) != i) return false;
+  return true;
+}
+
+constexpr bool codesAreUnique() {
+  for (std::size_t i = 0; i < ruleTerms.size(); ++i)
+    for (std::size_t j = 0; j < i; ++j)
+      if (ruleTerms[i].code == ruleTerms[j].code) return false;
+  return true;
+}
+
+/// Every rule is said by the run or by a dialog, and has a code and a remedy.
+constexpr bool complete(const RuleTerms& row) {
+  return !row.code.empty() && !row.remedy.empty() && !(row.run.empty() && row.dialog.text.empty()) &&
+         row.dialog.code.empty() == row.dialog.control.empty();
+}
+
+static_assert(ruleTerms.size() == static_cast<std::size_t>(lastRule) + 1 && inOrder(),
+              "one row for each rule");
+static_assert(codesAreUnique());
+static_assert(std::ranges::all_of(ruleTerms, complete));
+
+} // namespace
+
+std::span<const RuleTerms> allTerms() { return ruleTerms; }
+
+const RuleTerms& terms(Rule rule) { return ruleTerms[static_cast<std::size_t>(rule)]; }
+
+} // namespace qx

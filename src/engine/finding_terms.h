@@ -1,0 +1,179 @@
+// The rules that a job can break, and how a run, a dialog and a program speak of each.
+#pragma once
+
+#include "model/job_codes.h"
+
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+namespace qx {
+
+/// A rule of the checks and of the writing of jobs; each has one row of terms.
+enum class Rule : std::uint8_t {
+  // Of a job of any kind.
+  EarlierReasons,
+  CheckFailed,
+  ProcessingFailed,
+  TaxIdMissing,
+  GrossPricesAbroad,
+  // Check of a customer.
+  CustomerNumberMissing,
+  CustomerIsNew,
+  CustomerGroup,
+  CustomerSalesRep,
+  CustomerShippingMethod,
+  CustomerPaymentMethod,
+  CustomerPaymentTerms,
+  CustomerBank,
+  CustomerName1,
+  CustomerName2,
+  CustomerName3,
+  CustomerStreet,
+  CustomerCountry,
+  CustomerPostCode,
+  CustomerCity,
+  CustomerDelivery,
+  CustomerInvoice,
+  CustomerAccount,
+  CustomerDeliveryKey,
+  CustomerInvoiceKey,
+  CustomerContractWarnings,
+  CustomerContractErrors,
+  // Told by the dialogs of customers and orders only.
+  PriceList,
+  Currency,
+  EntryCurrency,
+  BankName,
+  OtherFindings,
+  // Refusal of a customer.
+  CustomerGroupRefused,
+  CustomerSalesRepRefused,
+  CustomerPaymentMethodRefused,
+  CustomerBankRefused,
+  CustomerCurrencyRefused,
+  CustomerReceiptDate,
+  // Hints at a customer.
+  CustomerEmptied,
+  CustomerUnwritten,
+  CustomerAddressUnstored,
+  CustomerAbroad,
+  // Check of a contract.
+  ContractKind,
+  ContractQuantity,
+  SingleContractQuantity,
+  ContractState,
+  ContractDate,
+  ContractDateMissing,
+  ContractBegin,
+  ContractBeginMissing,
+  ContractObject,
+  ContractInterval,
+  // Refusal of a contract.
+  ContractCustomerRefused,
+  ContractKindRefused,
+  ContractRelationRefused,
+  ContractObjectRefused,
+  ContractPriceTooLarge,
+  ContractPriceNoNumber,
+  ContractQuantityTooLarge,
+  ContractQuantityNoNumber,
+  // Check of an order.
+  OrderNote,
+  OrderSalesRep,
+  OrderShippingMethod,
+  OrderPaymentMethod,
+  OrderMarkZB,
+  OrderMarkZA,
+  OrderMarkMK,
+  OrderPaymentTerms,
+  OrderBank,
+  OrderDeliveryKey,
+  OrderInvoiceKey,
+  OrderAccount,
+  OrderCustomer,
+  OrderDelivery,
+  OrderInvoice,
+  OrderCreditLimit1,
+  OrderCreditLimit2,
+  OrderNoPositions,
+  OrderPriceFailed,
+  OrderPriceMissing,
+  OrderPriceDiffers,
+  OrderCostAssignment,
+  OrderStock,
+  OrderArticle,
+  // Told by the dialog of an order only.
+  OrderName1,
+  OrderName2,
+  OrderName3,
+  OrderStreet,
+  OrderCountry,
+  OrderPostCode,
+  OrderCity,
+  OrderDeliveryLines,
+  OrderInvoiceLines,
+  CustomersShippingMethod,
+  CustomersPaymentMethod,
+  // Refusal of an order.
+  OrderNumberNone,
+  OrderNumberInUse,
+  OrderCustomerRefused,
+  OrderDeliveryStop,
+  OrderReceiptDate,
+  OrderShippingMethodRefused,
+  OrderPaymentMethodRefused,
+  OrderPaymentTermsRefused,
+  OrderSalesRepRefused,
+  OrderNoPositionsRefused,
+  OrderArticleRefused,
+  OrderArticleBlocked,
+  OrderPriceRefused,
+  OrderPriceTooLarge,
+  OrderQuantityTooLarge,
+  OrderDiscountTooLarge,
+  OrderPriceUnitTooLarge,
+  OrderCostNumber,
+  OrderTotalTooLarge,
+  OrderNoPositionNumber,
+  OrderTaxKey,
+  OrderTaxRate,
+  OrderTaxChangeDay,
+  // Hints at an order.
+  OrderCurrency,
+  OrderExchangeRate,
+};
+inline constexpr Rule lastRule = Rule::OrderExchangeRate;
+
+/// How a dialog speaks of a broken rule.
+struct DialogTerms {
+  std::string_view code;    ///< short code of the findings list; empty when no dialog tells it
+  std::string_view control; ///< object name of the control that it speaks of; a grid for positions
+  std::string_view text{};  ///< empty: as the run says it
+};
+
+/// In texts "{value}", "{stored}" and "{field}" stand for those of the finding, "{value.00}" for a number
+/// with two decimals.
+struct RuleTerms {
+  Rule rule{};
+  std::string_view code; ///< for programs; never changes
+  CheckStatus severity = CheckStatus::Clean;
+  std::string_view run;   ///< as it is written into `Fehlertext` and the protocol; empty: a run says nothing
+  std::string_view field; ///< property of the job; empty for none, or when the finding names it
+  DialogTerms dialog{};
+  std::string_view remedy; ///< what to do, in German
+  std::string_view note{}; ///< where run and dialog differ on purpose, or when it is looked at; in German
+  bool counts = true;      ///< for the status; not what a dialog shows though the job goes through with it
+
+  constexpr RuleTerms noted(std::string_view text) const {
+    RuleTerms noted = *this;
+    noted.note = text;
+    return noted;
+  }
+};
+
+/// In the order of `Rule`.
+std::span<const RuleTerms> allTerms();
+const RuleTerms& terms(Rule rule);
+
+} // namespace qx
