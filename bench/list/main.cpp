@@ -77,7 +77,7 @@ void addJob(Recordset& jobs, std::uint32_t number) {
 
 void makeJobs(Connection& connection, std::uint32_t count) {
   WorkUnit unit(connection);
-  createSchema(connection);
+  erp::createSchema(connection);
   const auto jobs = connection.open(sql("Select * From ImportKopf Where 1 = 0"_sql));
   for (std::uint32_t i = 0; i < count; ++i) addJob(*jobs, i);
   unit.commit();

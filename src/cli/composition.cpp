@@ -72,7 +72,7 @@ void writeDemoFees(const fs::path& folder) {
   const fs::path file = folder / "Zubehoer.ini";
   if (fs::exists(file)) return;
   std::ofstream stream(file, std::ios::binary);
-  stream << demoAccessoryFees();
+  stream << erp::demoAccessoryFees();
   stream.close();
   if (!stream) throw ProgramError(ExitCode::Failure, file.string() + ": the file cannot be written");
 }
@@ -91,7 +91,7 @@ void Composition::UserSettings::write(std::string_view application, std::string_
 
 Composition::Composition(ProgramOptions options, Diagnostics& diagnostics, Desktop& desktop, JobView& jobView)
     : options_(std::move(options)), diagnostics_(diagnostics), desktop_(desktop), jobView_(jobView),
-      iniFile_(diagnostics_), identity_(MachineName::read(), processes_) {}
+      iniFile_(diagnostics_), identity_(erp::MachineName::read(), processes_) {}
 
 void Composition::offerLookups(std::function<std::unique_ptr<Auskunft>()> factory) {
   if (erp_) erp_->setAuskunftFactory(std::move(factory));
@@ -114,20 +114,20 @@ Environment& Composition::open() {
 }
 
 void Composition::requireSchema(Connection& connection, const std::string& target) const {
-  const auto version = storedSchemaVersion(connection);
+  const auto version = erp::storedSchemaVersion(connection);
   if (!version)
     throw ProgramError(ExitCode::Failure, target + ": the database does not hold the tables of this program",
                        holdsTables(connection) ? "Name the database of this program with --db FILE."
                                                : initLine());
-  if (*version != std::to_string(schemaVersion))
+  if (*version != std::to_string(erp::schemaVersion))
     throw ProgramError(ExitCode::Failure,
                        target + ": the database has version " + *version +
-                           ", this program works with version " + std::to_string(schemaVersion),
+                           ", this program works with version " + std::to_string(erp::schemaVersion),
                        "Use the program of that version, or another database with --db.");
 }
 
 void Composition::connect(const std::shared_ptr<Connection>& connection, const std::string& target) {
-  StandaloneOptions standalone;
+  erp::StandaloneOptions standalone;
   standalone.userName = options_.user.empty() ? loginName() : options_.user;
   standalone.sessionDate = options_.sessionDate;
   standalone.applicationDirectory = fs::absolute(target).parent_path().string();
@@ -142,7 +142,7 @@ InstallationReport Composition::create(bool demo) {
   std::error_code ignored;
   if (fs::exists(target, ignored) && fs::file_size(target, ignored) > 0) {
     const std::shared_ptr<Connection> existing = database_.open(target);
-    if (storedSchemaVersion(*existing)) {
+    if (erp::storedSchemaVersion(*existing)) {
       requireSchema(*existing, target);
       return {};
     }
@@ -152,12 +152,12 @@ InstallationReport Composition::create(bool demo) {
   }
   const std::shared_ptr<Connection> connection = database_.create(target);
   WorkUnit unit(*connection);
-  createSchema(*connection);
-  fillBaseData(*connection);
+  erp::createSchema(*connection);
+  erp::fillBaseData(*connection);
   std::size_t staged = 0;
   if (demo) {
-    fillDemoData(*connection);
-    staged = stageDemoJobs(*connection, options_.sessionDate.value_or(clock_.now().date));
+    erp::fillDemoData(*connection);
+    staged = erp::stageDemoJobs(*connection, options_.sessionDate.value_or(clock_.now().date));
     writeDemoFees(fs::absolute(target).parent_path());
   }
   unit.commit();

@@ -53,10 +53,10 @@ private:
   RandomGuidSource guids_;
   UserSettings localSettings_;
   ProfileIniFile iniFile_;
-  ProcFileSystem processes_;
-  ProcessIdentity identity_;
+  erp::ProcFileSystem processes_;
+  erp::ProcessIdentity identity_;
   SqliteDatabase database_;
-  std::optional<StandaloneErp> erp_;
+  std::optional<erp::StandaloneErp> erp_;
   std::optional<Environment> environment_;
 };
 

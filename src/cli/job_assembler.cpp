@@ -1,8 +1,8 @@
 #include "cli/job_assembler.h"
 
 #include "cli/exit_code.h"
-#include "cli/utf8.h"
 #include "model/job_codes.h"
+#include "model/text.h"
 #include "store/entry_objects.h"
 #include "store/new_job_key.h"
 

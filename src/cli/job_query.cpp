@@ -2,8 +2,8 @@
 
 #include "cli/exit_code.h"
 #include "model/job_codes.h"
+#include "model/text.h"
 #include "platform/whole_number.h"
-#include "rules/german_text.h"
 
 #include <algorithm>
 

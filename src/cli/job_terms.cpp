@@ -1,6 +1,6 @@
 #include "cli/job_terms.h"
 
-#include "cli/utf8.h"
+#include "cli/terminal_text.h"
 
 #include <array>
 
@@ -60,9 +60,9 @@ std::optional<JobState> stateFromText(std::string_view text) {
 }
 
 std::optional<qxProcessState> selectionFromText(std::string_view text) {
-  const std::string composed = composeUmlauts(text);
+  const std::string typed = composed(text);
   for (const Selection& selection : selections)
-    if (composed == selection.argument || composed == selection.plain) return selection.state;
+    if (typed == selection.argument || typed == selection.plain) return selection.state;
   return std::nullopt;
 }
 

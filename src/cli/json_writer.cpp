@@ -1,6 +1,6 @@
 #include "cli/json_writer.h"
 
-#include "cli/utf8.h"
+#include "model/text.h"
 
 #include <array>
 #include <charconv>

@@ -2,7 +2,7 @@
 
 #include "cli/job_terms.h"
 #include "cli/json_writer.h"
-#include "cli/utf8.h"
+#include "cli/terminal_text.h"
 #include "platform/whole_number.h"
 
 namespace qx::cli {
@@ -55,12 +55,14 @@ private:
     constexpr std::size_t shortWidth = 10;
     constexpr std::size_t keyWidth = 32;
     constexpr std::size_t textWidth = 24;
-    std::string text = fitted(state, stateWidth) + "  " + fitted(kind, kindWidth) + "  " +
-                       fitted(date, shortWidth) + "  " + fitted(customer, shortWidth) + "  " +
-                       fitted(jobId, keyWidth) + "  " + fitted(title, textWidth) + "  " +
-                       fitted(remark, 2 * textWidth);
-    text.erase(text.find_last_not_of(' ') + 1);
-    output_ << text << '\n';
+    output_ << tableLine({{state, stateWidth},
+                          {kind, kindWidth},
+                          {date, shortWidth},
+                          {customer, shortWidth},
+                          {jobId, keyWidth},
+                          {title, textWidth},
+                          {remark, 2 * textWidth}})
+            << '\n';
   }
 
   std::ostream& output_;

@@ -1,6 +1,6 @@
 #include "cli/progress_bar.h"
 
-#include "cli/utf8.h"
+#include "cli/terminal_text.h"
 
 namespace qx::cli {
 

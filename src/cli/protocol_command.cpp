@@ -1,8 +1,9 @@
 #include "cli/protocol_command.h"
 
 #include "cli/json_writer.h"
-#include "cli/utf8.h"
+#include "cli/terminal_text.h"
 #include "engine/findings.h"
+#include "engine/hints.h"
 #include "platform/one_line.h"
 #include "rules/dates.h"
 
@@ -80,11 +81,12 @@ void writeText(std::ostream& output, Connection& connection, const std::vector<s
   constexpr std::size_t numberWidth = 10;
   constexpr std::size_t infoWidth = 80;
   forEachLine(connection, ids, [&](Recordset& row) {
-    std::string line = fitted(row.text("Text2"), shortWidth) + "  " + fitted(row.text("Text0"), shortWidth) +
-                       "  " + fitted(row.text("Text1"), numberWidth) + "  " +
-                       fitted(row.text("Text3"), numberWidth) + "  " + fitted(row.text("Memo0"), infoWidth);
-    line.erase(line.find_last_not_of(' ') + 1);
-    output << line << '\n';
+    output << tableLine({{row.text("Text2"), shortWidth},
+                         {row.text("Text0"), shortWidth},
+                         {row.text("Text1"), numberWidth},
+                         {row.text("Text3"), numberWidth},
+                         {row.text("Memo0"), infoWidth}})
+           << '\n';
     writeHints(output, row.text("Memo0"));
   });
 }

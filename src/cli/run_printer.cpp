@@ -1,7 +1,7 @@
 #include "cli/run_printer.h"
 
 #include "cli/findings_json.h"
-#include "cli/utf8.h"
+#include "cli/terminal_text.h"
 #include "platform/one_line.h"
 
 namespace qx::cli {
@@ -31,11 +31,12 @@ void TextRunPrinter::add(const JobOutcome& outcome) {
   constexpr std::size_t numberWidth = 10;
   constexpr std::size_t keyWidth = 32;
   constexpr std::size_t reasonWidth = 80;
-  std::string line = fitted(outcome.status, statusWidth) + "  " + fitted(outcome.process, processWidth) +
-                     "  " + fitted(outcome.number, numberWidth) + "  " + fitted(outcome.jobId, keyWidth) +
-                     "  " + fitted(outcome.reasons, reasonWidth);
-  line.erase(line.find_last_not_of(' ') + 1);
-  output_.result << line << '\n';
+  output_.result << tableLine({{outcome.status, statusWidth},
+                               {outcome.process, processWidth},
+                               {outcome.number, numberWidth},
+                               {outcome.jobId, keyWidth},
+                               {outcome.reasons, reasonWidth}})
+                 << '\n';
 }
 
 void TextRunPrinter::finish(const RunReport& report, std::chrono::milliseconds span) {

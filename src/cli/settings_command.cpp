@@ -1,8 +1,8 @@
 #include "cli/settings_command.h"
 
 #include "cli/json_writer.h"
-#include "cli/utf8.h"
-#include "rules/german_text.h"
+#include "cli/terminal_text.h"
+#include "model/german_text.h"
 #include "settings/option_keys.h"
 #include "settings/settings.h"
 
@@ -108,8 +108,8 @@ ExitCode SettingsListCommand::work(const Workplace& place) {
 }
 
 void SettingsGetCommand::prepare() {
-  section = composeUmlauts(section);
-  key = composeUmlauts(key);
+  section = composed(section);
+  key = composed(key);
 }
 
 ExitCode SettingsGetCommand::work(const Workplace& place) {
@@ -119,8 +119,8 @@ ExitCode SettingsGetCommand::work(const Workplace& place) {
 }
 
 void SettingsSetCommand::prepare() {
-  section = composeUmlauts(section);
-  key = composeUmlauts(key);
+  section = composed(section);
+  key = composed(key);
   const OptionKey* option = findOptionKey(section, key);
   if (option == nullptr) return;
   if (const auto wrong = wrongValue(*option, value); !wrong.empty())

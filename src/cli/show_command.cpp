@@ -4,9 +4,10 @@
 #include "cli/job_query.h"
 #include "cli/job_terms.h"
 #include "cli/json_writer.h"
-#include "cli/utf8.h"
+#include "cli/terminal_text.h"
+#include "model/german_text.h"
+#include "platform/one_line.h"
 #include "platform/whole_number.h"
-#include "rules/german_text.h"
 
 namespace qx::cli {
 namespace {

@@ -1,6 +1,7 @@
 #include "cli/stage_value.h"
 
 #include "model/date.h"
+#include "model/text.h"
 #include "store/staging_writer.h"
 
 #include <algorithm>
@@ -46,8 +47,7 @@ std::optional<std::string> assignWhole(const StageValue& value, Number& property
 std::size_t jobFileLength(std::string_view text) {
   constexpr std::size_t shortText = 4096;
   if (text.size() < shortText) return text.size();
-  return static_cast<std::size_t>(
-      std::ranges::count_if(text, [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; }));
+  return characterCount(text);
 }
 
 std::string_view describe(const StageValue& value) {

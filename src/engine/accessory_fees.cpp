@@ -1,7 +1,7 @@
 #include "engine/accessory_fees.h"
 
 #include "engine/section_runner.h"
-#include "rules/german_text.h"
+#include "model/german_text.h"
 
 #include <algorithm>
 #include <exception>

@@ -1,5 +1,7 @@
 #include "engine/collected_text.h"
 
+#include "model/text.h"
+
 namespace qx {
 namespace {
 

@@ -7,9 +7,6 @@
 
 namespace qx {
 
-/// The line separator of all texts that the component stores.
-inline constexpr std::string_view crlf = "\r\n";
-
 /// Appends to a text, separated from what stands there by a line break; nothing before the first.
 void appendLine(std::string& text, std::string_view line);
 

@@ -1,7 +1,7 @@
 #include "engine/contract_processor.h"
 
+#include "model/german_text.h"
 #include "rules/dates.h"
-#include "rules/german_text.h"
 
 namespace qx {
 

@@ -1,6 +1,7 @@
 #include "engine/credit_limit.h"
 
-#include "rules/german_text.h"
+#include "model/german_text.h"
+#include "model/text.h"
 #include "settings/settings.h"
 
 #include <stdexcept>

@@ -1,8 +1,8 @@
 #include "engine/customer_proof.h"
 
+#include "model/text.h"
 #include "rules/active_connection.h"
 #include "rules/address_fields.h"
-#include "rules/german_text.h"
 
 #include <algorithm>
 #include <array>

@@ -1,9 +1,9 @@
 #include "engine/findings.h"
 
 #include "engine/collected_text.h"
+#include "model/german_text.h"
+#include "model/text.h"
 #include "platform/one_line.h"
-#include "rules/german_text.h"
-
 #include <algorithm>
 #include <iterator>
 

@@ -1,8 +1,8 @@
 #include "engine/hints.h"
 
+#include "model/text.h"
 #include "platform/sql.h"
 #include "rules/address_fields.h"
-#include "rules/german_text.h"
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,9 @@
 #include "engine/order_check.h"
 
+#include "engine/order_texts.h"
+#include "model/german_text.h"
+#include "model/text.h"
 #include "platform/whole_number.h"
-#include "rules/german_text.h"
 #include "rules/rounding.h"
 
 #include <exception>

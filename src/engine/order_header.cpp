@@ -3,7 +3,7 @@
 #include "engine/job_fields.h"
 #include "engine/order_failure.h"
 #include "engine/order_values.h"
-#include "rules/german_text.h"
+#include "model/text.h"
 
 #include <array>
 

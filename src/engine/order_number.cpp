@@ -1,8 +1,9 @@
 #include "engine/order_number.h"
 
 #include "engine/order_failure.h"
+#include "engine/order_texts.h"
+#include "model/text.h"
 #include "platform/whole_number.h"
-#include "rules/german_text.h"
 
 #include <string>
 

@@ -1,6 +1,7 @@
 #include "engine/order_options.h"
 
-#include "rules/german_text.h"
+#include "model/german_text.h"
+#include "model/text.h"
 
 namespace qx {
 

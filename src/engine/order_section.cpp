@@ -2,7 +2,8 @@
 
 #include "engine/order_failure.h"
 #include "engine/order_texts.h"
-#include "rules/german_text.h"
+#include "model/german_text.h"
+#include "model/text.h"
 
 #include <utility>
 

@@ -4,25 +4,14 @@
 #include "engine/host_undo.h"
 #include "engine/order_failure.h"
 #include "engine/order_values.h"
+#include "model/text.h"
 #include "rules/dates.h"
-#include "rules/german_text.h"
 #include "rules/rounding.h"
 
 #include <exception>
 #include <stdexcept>
 
 namespace qx {
-namespace {
-
-/// ASCII letters in lower case; enough for the one word that is looked for.
-std::string lowered(std::string text) {
-  for (char& c : text)
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + ('a' - 'A'));
-  return text;
-}
-
-} // namespace
-
 OrderWriter::OrderWriter(Environment& environment, const OrderOptions& options, const OrderStamp& stamp,
                          OrderPrices& prices)
     : environment_(environment), options_(options), stamp_(stamp), header_(environment, options, stamp),
@@ -239,7 +228,7 @@ bool OrderWriter::isCashOnDelivery(const OrderContext& order) const {
   if (order.paymentMethod.empty()) return false;
   const auto method = environment_.connection->open(sql(
       "Select Kurztext From Zahlungsarten Where Zahlungsart = '"_sql, value(order.paymentMethod), "'"_sql));
-  return !method->eof() && lowered(method->text("Kurztext")).find("nachnahme") != std::string::npos;
+  return !method->eof() && asciiLower(method->text("Kurztext")).find("nachnahme") != std::string::npos;
 }
 
 } // namespace qx

@@ -4,7 +4,7 @@
 #include "erp/table_filler.h"
 #include "erp/tax_codes.h"
 
-namespace qx {
+namespace qx::erp {
 namespace {
 
 void fillCurrency(Connection& connection) {
@@ -45,4 +45,4 @@ void fillBaseData(Connection& connection) {
   fillNumberRange(connection);
 }
 
-} // namespace qx
+} // namespace qx::erp

@@ -3,10 +3,10 @@
 
 #include "platform/database.h"
 
-namespace qx {
+namespace qx::erp {
 
 /// Fills a fresh schema with the home currency, the tax marks and keys and the number range of orders.
 /// Options are left unset. Call it inside a unit of work.
 void fillBaseData(Connection& connection);
 
-} // namespace qx
+} // namespace qx::erp

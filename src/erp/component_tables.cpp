@@ -2,7 +2,7 @@
 
 #include <array>
 
-namespace qx {
+namespace qx::erp {
 namespace {
 
 using namespace columns;
@@ -73,4 +73,4 @@ constexpr std::array componentTableList{SchemaTable{"Protokolle", protokolle, {}
 
 std::span<const SchemaTable> componentTables() { return componentTableList; }
 
-} // namespace qx
+} // namespace qx::erp

@@ -2,7 +2,7 @@
 
 #include <array>
 
-namespace qx {
+namespace qx::erp {
 namespace {
 
 using namespace columns;
@@ -168,4 +168,4 @@ constexpr std::array customerTableList{SchemaTable{"Kundenstamm", kundenstamm, k
 
 std::span<const SchemaTable> customerTables() { return customerTableList; }
 
-} // namespace qx
+} // namespace qx::erp

@@ -6,7 +6,7 @@
 #include <tuple>
 #include <utility>
 
-namespace qx::demo {
+namespace qx::erp::demo {
 namespace {
 
 struct Product {
@@ -183,4 +183,4 @@ void fillArticles(Connection& connection) {
   addCustomerPrices(tables.sales);
 }
 
-} // namespace qx::demo
+} // namespace qx::erp::demo

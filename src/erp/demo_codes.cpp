@@ -5,7 +5,7 @@
 #include <initializer_list>
 #include <utility>
 
-namespace qx::demo {
+namespace qx::erp::demo {
 namespace {
 
 using CodeAndText = std::pair<std::string_view, std::string_view>;
@@ -102,4 +102,4 @@ void fillCodes(Connection& connection) {
   fillTaxChange(connection);
 }
 
-} // namespace qx::demo
+} // namespace qx::erp::demo

@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-namespace qx::demo {
+namespace qx::erp::demo {
 
 inline constexpr std::size_t customerCount = 300;
 inline constexpr std::size_t productCount = 10;
@@ -63,4 +63,4 @@ void fillCustomers(Connection& connection);
 void fillContracts(Connection& connection);
 void fillArticles(Connection& connection);
 
-} // namespace qx::demo
+} // namespace qx::erp::demo

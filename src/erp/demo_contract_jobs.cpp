@@ -5,7 +5,7 @@
 #include <initializer_list>
 #include <string>
 
-namespace qx::demo {
+namespace qx::erp::demo {
 namespace {
 
 struct Line {
@@ -86,4 +86,4 @@ void stageContracts(Staging& staging) {
   stageEarlierContracts(staging);
 }
 
-} // namespace qx::demo
+} // namespace qx::erp::demo

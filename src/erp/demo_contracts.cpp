@@ -3,7 +3,7 @@
 
 #include <array>
 
-namespace qx::demo {
+namespace qx::erp::demo {
 namespace {
 
 struct ContractObject {
@@ -57,4 +57,4 @@ void fillContracts(Connection& connection) {
   }
 }
 
-} // namespace qx::demo
+} // namespace qx::erp::demo

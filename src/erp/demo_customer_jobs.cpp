@@ -5,7 +5,7 @@
 #include <initializer_list>
 #include <string>
 
-namespace qx::demo {
+namespace qx::erp::demo {
 namespace {
 
 constexpr std::size_t newCustomer(std::size_t nth) { return customerCount + nth; }
@@ -106,4 +106,4 @@ void stageCustomers(Staging& staging) {
   stageEarlierCustomers(staging);
 }
 
-} // namespace qx::demo
+} // namespace qx::erp::demo

@@ -5,7 +5,7 @@
 
 #include <array>
 
-namespace qx::demo {
+namespace qx::erp::demo {
 namespace {
 
 constexpr std::array<std::string_view, 20> families{
@@ -170,4 +170,4 @@ void fillCustomers(Connection& connection) {
   fillOpenItems(connection);
 }
 
-} // namespace qx::demo
+} // namespace qx::erp::demo

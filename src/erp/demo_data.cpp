@@ -5,7 +5,7 @@
 
 #include <array>
 
-namespace qx {
+namespace qx::erp {
 namespace {
 
 /// Automatic checks are on, missing groups and banks are created, missing reps and payment methods are not:
@@ -114,4 +114,4 @@ void fillDemoData(Connection& connection) {
   fillCostAssignments(connection);
 }
 
-} // namespace qx
+} // namespace qx::erp

@@ -5,7 +5,7 @@
 
 #include <string_view>
 
-namespace qx {
+namespace qx::erp {
 
 /// Fills a schema that holds the base rows with the master data and options of an invented company. Call it
 /// inside a unit of work.
@@ -14,4 +14,4 @@ void fillDemoData(Connection& connection);
 /// What stands in the company's file of accessory fees, "Zubehoer.ini" in the application directory.
 std::string_view demoAccessoryFees();
 
-} // namespace qx
+} // namespace qx::erp

@@ -4,7 +4,7 @@
 
 #include "model/job_codes.h"
 
-namespace qx {
+namespace qx::erp {
 namespace demo {
 namespace {
 
@@ -73,4 +73,4 @@ std::size_t stageDemoJobs(Connection& connection, const Date& today) {
   return staging.count();
 }
 
-} // namespace qx
+} // namespace qx::erp

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace qx::demo {
+namespace qx::erp::demo {
 namespace {
 
 struct Line {
@@ -150,4 +150,4 @@ void stageOrders(Staging& staging) {
   stageReleased(staging);
 }
 
-} // namespace qx::demo
+} // namespace qx::erp::demo

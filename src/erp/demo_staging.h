@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-namespace qx::demo {
+namespace qx::erp::demo {
 
 class Staging {
 public:
@@ -44,4 +44,4 @@ void stageCustomers(Staging& staging);
 void stageContracts(Staging& staging);
 void stageOrders(Staging& staging);
 
-} // namespace qx::demo
+} // namespace qx::erp::demo

@@ -1,13 +1,13 @@
 #include "erp/lookup_sources.h"
 
-#include "erp/caseless.h"
+#include "model/text.h"
 
 #include <algorithm>
 #include <array>
 #include <stdexcept>
 #include <utility>
 
-namespace qx {
+namespace qx::erp {
 namespace {
 
 Sql everyRow() { return {}; }
@@ -104,28 +104,16 @@ constexpr std::array lookupSourceList{
     LookupSource{"AUSK_RECHNUNGSAUSKUNFT", "Belegindex", documentColumns, documentSearch, documentOrder,
                  invoiceGroup}};
 
-std::string_view trimmed(std::string_view text) {
-  const auto first = text.find_first_not_of(' ');
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
-
 enum class Case : std::uint8_t { AsTyped, Lower, Upper, Capitalised };
 
 /// Gives the umlauts and accented letters the case wanted; the tables themselves see to the ASCII letters.
 std::string withCase(std::string_view text, Case wanted) {
   std::string form(text);
   if (wanted == Case::AsTyped) return form;
-  for (std::size_t i = 0; i + 1 < form.size(); ++i) {
-    if (static_cast<unsigned char>(form[i]) != 0xC3) continue;
-    // U+00C0 to U+00DE are the capitals of U+00E0 to U+00FE, the signs of multiplication and division
-    // excepted.
-    const auto second = static_cast<unsigned char>(form[i + 1]);
-    const unsigned base = second & 0x9FU;
-    const bool upper = wanted == Case::Upper || (wanted == Case::Capitalised && i == 0);
-    if (second >= 0x80 && base <= 0x9E && base != 0x97)
-      form[i + 1] = static_cast<char>(upper ? base : base + 0x20);
-    ++i;
+  for (std::size_t i = 1; i < form.size(); ++i) {
+    if (form[i - 1] != accentedLead) continue;
+    const bool upper = wanted == Case::Upper || (wanted == Case::Capitalised && i == 1);
+    form[i] = upper ? accentedUpper(form[i]) : accentedLower(form[i]);
   }
   return form;
 }
@@ -292,7 +280,7 @@ LookupPages::LookupPages(Connection& connection, const LookupSource& source, Sql
     : connection_(connection), source_(source), criteria_(std::move(criteria)) {}
 
 LookupPage LookupPages::page(std::string_view search, const LookupPosition& after, std::size_t limit) const {
-  const Sections sections(source_, trimmed(search));
+  const Sections sections(source_, trimBlanks(search));
   LookupPage page;
   LookupPosition position = after;
   while (position.section < sections.count() && page.rows.size() < limit) {
@@ -314,7 +302,7 @@ LookupPage LookupPages::page(std::string_view search, const LookupPosition& afte
 }
 
 Sql LookupPages::statement(std::string_view search, const LookupPosition& after, std::size_t limit) const {
-  return selectOf(source_, Sections(source_, trimmed(search)), criteria_, after, limit);
+  return selectOf(source_, Sections(source_, trimBlanks(search)), criteria_, after, limit);
 }
 
-} // namespace qx
+} // namespace qx::erp

@@ -11,7 +11,7 @@
 #include <string_view>
 #include <vector>
 
-namespace qx {
+namespace qx::erp {
 
 /// `Number` columns hold integers, `Stamp` columns time stamps of which the day is shown.
 enum class LookupColumnKind : std::uint8_t { Text, Number, Stamp };
@@ -85,4 +85,4 @@ private:
   Sql criteria_;
 };
 
-} // namespace qx
+} // namespace qx::erp

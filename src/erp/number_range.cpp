@@ -5,7 +5,7 @@
 #include <stdexcept>
 #include <string>
 
-namespace qx {
+namespace qx::erp {
 namespace {
 
 struct RangeState {
@@ -61,4 +61,4 @@ std::optional<std::int32_t> drawNumber(Connection& connection, std::string_view 
   fail(range, bookingCircle, "nimmt keine neue Nummer an.");
 }
 
-} // namespace qx
+} // namespace qx::erp

@@ -7,7 +7,7 @@
 #include <optional>
 #include <string_view>
 
-namespace qx {
+namespace qx::erp {
 
 /// Draws the next number of an active range and advances the range. Null when there is no such range in the
 /// booking circle, when it is not active or when it is used up. Two programs never draw the same number.
@@ -15,4 +15,4 @@ namespace qx {
 std::optional<std::int32_t> drawNumber(Connection& connection, std::string_view range,
                                        std::int16_t bookingCircle);
 
-} // namespace qx
+} // namespace qx::erp

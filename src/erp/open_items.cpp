@@ -1,12 +1,12 @@
 #include "erp/open_items.h"
 
-#include "erp/caseless.h"
+#include "model/text.h"
 
 #include <optional>
 #include <stdexcept>
 #include <vector>
 
-namespace qx {
+namespace qx::erp {
 namespace {
 
 struct CurrencySum {
@@ -63,4 +63,4 @@ Connection& OpenItems::database() {
   return *connection_;
 }
 
-} // namespace qx
+} // namespace qx::erp

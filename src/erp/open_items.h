@@ -3,7 +3,7 @@
 
 #include "platform/erp_components.h"
 
-namespace qx {
+namespace qx::erp {
 
 /// Sums up the table of open items.
 class OpenItems final : public FibuUebergabe {
@@ -20,4 +20,4 @@ private:
   Connection* connection_ = nullptr;
 };
 
-} // namespace qx
+} // namespace qx::erp

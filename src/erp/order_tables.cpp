@@ -2,7 +2,7 @@
 
 #include <array>
 
-namespace qx {
+namespace qx::erp {
 namespace {
 
 using namespace columns;
@@ -240,4 +240,4 @@ constexpr std::array orderTableList{SchemaTable{"Auftragskopf", auftragskopf, {}
 
 std::span<const SchemaTable> orderTables() { return orderTableList; }
 
-} // namespace qx
+} // namespace qx::erp

@@ -1,11 +1,11 @@
 #include "erp/price_choice.h"
 
-#include "erp/caseless.h"
+#include "model/text.h"
 #include "platform/value.h"
 
 #include <cmath>
 
-namespace qx {
+namespace qx::erp {
 namespace {
 
 constexpr std::size_t dayLength = 8;
@@ -82,7 +82,7 @@ std::optional<ChosenPrice> choosePrice(const std::vector<PriceStep>& steps, cons
 }
 
 std::optional<std::string> PriceDates::validFrom(std::string_view article, const std::string& text) {
-  if (text.find_first_not_of(' ') == std::string::npos) return std::string();
+  if (trimBlanks(text).empty()) return std::string();
   if (const auto moment = parseTimeStamp(text)) return timeStamp(*moment);
   std::string what = "a price row has the date '" + text + "', which is no time stamp, and is not used";
   const std::string where = "price of article " + std::string(article);
@@ -90,4 +90,4 @@ std::optional<std::string> PriceDates::validFrom(std::string_view article, const
   return std::nullopt;
 }
 
-} // namespace qx
+} // namespace qx::erp

@@ -11,7 +11,7 @@
 #include <string_view>
 #include <vector>
 
-namespace qx {
+namespace qx::erp {
 
 /// What is asked of a price table. Without a date the latest price counts, without a unit that of the table.
 struct PriceDemand {
@@ -65,4 +65,4 @@ private:
   std::set<std::string> told_;
 };
 
-} // namespace qx
+} // namespace qx::erp

@@ -1,11 +1,13 @@
 #include "erp/process_identity.h"
 
+#include "model/text.h"
+
 #include <algorithm>
 #include <charconv>
 #include <fstream>
 #include <sstream>
 
-namespace qx {
+namespace qx::erp {
 namespace {
 
 constexpr std::size_t machineLength = 4;
@@ -30,11 +32,7 @@ std::uint64_t fromBase36(std::string_view text) {
 }
 
 std::uint64_t hashOf(const MachineName& machine) {
-  std::uint64_t hash = 14695981039346656037ULL;
-  for (const char c : machine.hostName + '\n' + machine.machineId) {
-    hash ^= static_cast<unsigned char>(c);
-    hash *= 1099511628211ULL;
-  }
+  const std::uint64_t hash = textHash(machine.hostName + '\n' + machine.machineId);
   // The low digits alone would depend on the low bits alone.
   return hash ^ (hash >> 32);
 }
@@ -100,4 +98,4 @@ std::optional<bool> ProcessIdentity::isAlive(std::string_view sessionId) {
   return process && base36(process->startTime, startLength) == sessionId.substr(machineLength + numberLength);
 }
 
-} // namespace qx
+} // namespace qx::erp

@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-namespace qx {
+namespace qx::erp {
 
 /// What tells one machine from another.
 struct MachineName {
@@ -65,4 +65,4 @@ private:
   std::string sessionId_;
 };
 
-} // namespace qx
+} // namespace qx::erp

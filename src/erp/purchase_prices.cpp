@@ -2,7 +2,7 @@
 
 #include "erp/staged_discounts.h"
 
-namespace qx {
+namespace qx::erp {
 namespace {
 
 double purchaseNumber(Recordset& row, ColumnName column, double whenNull = 0) {
@@ -40,4 +40,4 @@ std::optional<PurchasePrice> PurchasePrices::find(const PurchasePriceQuestion& q
   return purchasePrice(*rows, chosen->price);
 }
 
-} // namespace qx
+} // namespace qx::erp

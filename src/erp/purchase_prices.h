@@ -6,7 +6,7 @@
 
 #include <optional>
 
-namespace qx {
+namespace qx::erp {
 
 /// Finds a supplier's price by the same steps as sales prices. The purchase group and the kind of price
 /// finding make no difference. A price with the unit 0 is none. Null when there is no price.
@@ -24,4 +24,4 @@ private:
   PriceDates dates_;
 };
 
-} // namespace qx
+} // namespace qx::erp

@@ -6,7 +6,7 @@
 #include <stdexcept>
 #include <utility>
 
-namespace qx {
+namespace qx::erp {
 namespace {
 
 constexpr std::size_t levels = 3;
@@ -98,4 +98,4 @@ std::string SalesPrices::priceListOf(std::string_view customer) {
   return rows->eof() ? std::string() : rows->text("Preisliste");
 }
 
-} // namespace qx
+} // namespace qx::erp

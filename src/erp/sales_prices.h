@@ -8,7 +8,7 @@
 #include <optional>
 #include <vector>
 
-namespace qx {
+namespace qx::erp {
 
 /// Finds a price in three levels: the customer's own, the customer's price list, the list for everybody. The
 /// first level with a price that holds decides. A price with the unit 0 makes the search fail.
@@ -37,4 +37,4 @@ private:
   std::optional<UnitConversions> conversions_;
 };
 
-} // namespace qx
+} // namespace qx::erp

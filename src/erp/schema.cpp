@@ -2,7 +2,7 @@
 
 #include "erp/schema_lists.h"
 
-namespace qx {
+namespace qx::erp {
 namespace {
 
 Sql typeOf(ColumnType type) {
@@ -120,4 +120,4 @@ std::optional<std::string> storedSchemaVersion(Connection& connection) {
   }
 }
 
-} // namespace qx
+} // namespace qx::erp

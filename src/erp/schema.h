@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-namespace qx {
+namespace qx::erp {
 
 /// Grows with every change of the tables.
 inline constexpr int schemaVersion = 3;
@@ -27,4 +27,4 @@ void createSchema(Connection& connection);
 /// The version of the schema in the database, as it stands there; null when it does not hold ours.
 std::optional<std::string> storedSchemaVersion(Connection& connection);
 
-} // namespace qx
+} // namespace qx::erp

@@ -5,7 +5,7 @@
 
 #include <span>
 
-namespace qx {
+namespace qx::erp {
 
 /// The staged jobs and the lock.
 std::span<const SchemaTable> stagingTables();
@@ -16,4 +16,4 @@ std::span<const SchemaTable> orderTables();
 /// Protocols and what the ERP's own components need.
 std::span<const SchemaTable> componentTables();
 
-} // namespace qx
+} // namespace qx::erp

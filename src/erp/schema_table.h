@@ -6,7 +6,7 @@
 #include <span>
 #include <string_view>
 
-namespace qx {
+namespace qx::erp {
 
 /// What a column holds. `Code` compares without regard to ASCII case, `Text` byte by byte.
 enum class ColumnType : std::uint8_t { Code, Text, Small, Integer, Double, Boolean, Money };
@@ -60,4 +60,4 @@ constexpr SchemaColumn withDefault(SchemaColumn column, ColumnDefault standard) 
 
 } // namespace columns
 
-} // namespace qx
+} // namespace qx::erp

@@ -1,10 +1,10 @@
 #include "erp/staged_discounts.h"
 
-#include "erp/caseless.h"
+#include "model/text.h"
 
 #include <algorithm>
 
-namespace qx {
+namespace qx::erp {
 namespace {
 
 /// An amount has the sign of what it is taken from: nothing is taken off a line worth 0, and never more than
@@ -37,4 +37,4 @@ double discountAmount(const StagedDiscounts& discounts, double amount) {
 
 double discountRate(const StagedDiscounts& discounts) { return total(discounts, 100, false); }
 
-} // namespace qx
+} // namespace qx::erp

@@ -5,7 +5,7 @@
 
 #include <string_view>
 
-namespace qx {
+namespace qx::erp {
 
 /// How the discounts of a price combine (`KZRabattart`): "A", also when nothing is stated, applies one after
 /// the other to what the one before left; "S" adds them up and applies them to the whole.
@@ -23,4 +23,4 @@ double discountAmount(const StagedDiscounts& discounts, double amount);
 /// The total discount in percent. Discounts that are amounts have no rate and are left out.
 double discountRate(const StagedDiscounts& discounts);
 
-} // namespace qx
+} // namespace qx::erp

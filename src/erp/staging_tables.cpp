@@ -2,7 +2,7 @@
 
 #include <array>
 
-namespace qx {
+namespace qx::erp {
 namespace {
 
 using namespace columns;
@@ -64,4 +64,4 @@ constexpr std::array stagingTableList{SchemaTable{"ImportKopf", importKopf, impo
 
 std::span<const SchemaTable> stagingTables() { return stagingTableList; }
 
-} // namespace qx
+} // namespace qx::erp

@@ -3,9 +3,10 @@
 
 #include "platform/erp_components.h"
 
-#include <string>
+#include <cstdint>
+#include <string_view>
 
-namespace qx {
+namespace qx::erp {
 
 /// Keeps one row per customer and kind with the words by which the customer is searched: search term, names,
 /// postcode and town in lower case. The row of a customer who no longer exists is removed.
@@ -20,7 +21,4 @@ private:
   Connection& connection_;
 };
 
-/// Letters in lower case, umlauts included.
-std::string searchForm(std::string_view text);
-
-} // namespace qx
+} // namespace qx::erp

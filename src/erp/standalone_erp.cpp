@@ -10,7 +10,7 @@
 #include <stdexcept>
 #include <utility>
 
-namespace qx {
+namespace qx::erp {
 namespace {
 
 class StandaloneVersion final : public Version {
@@ -82,4 +82,4 @@ std::unique_ptr<Auskunft> StandaloneErp::createAuskunft() {
   throw std::runtime_error("Auskünfte gibt es nur im Fenster, nicht in diesem Programm.");
 }
 
-} // namespace qx
+} // namespace qx::erp

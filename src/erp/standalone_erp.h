@@ -10,7 +10,7 @@
 #include <memory>
 #include <utility>
 
-namespace qx {
+namespace qx::erp {
 
 /// Creates real components that all work on one database connection.
 class StandaloneErp final : public ErpComponents {
@@ -47,4 +47,4 @@ private:
   std::function<std::unique_ptr<Auskunft>()> auskunftFactory_;
 };
 
-} // namespace qx
+} // namespace qx::erp

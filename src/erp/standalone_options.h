@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-namespace qx {
+namespace qx::erp {
 
 struct StandaloneOptions {
   std::string userName;            ///< a name without a row in the users table is accepted
@@ -15,4 +15,4 @@ struct StandaloneOptions {
   std::string version = "6.3.0"; ///< what the version component answers
 };
 
-} // namespace qx
+} // namespace qx::erp

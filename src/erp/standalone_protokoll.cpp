@@ -3,7 +3,7 @@
 #include <stdexcept>
 #include <utility>
 
-namespace qx {
+namespace qx::erp {
 namespace {
 
 bool exists(Connection& connection, std::string_view id) {
@@ -80,4 +80,4 @@ StandaloneProtokoll::Line& StandaloneProtokoll::pendingLine() {
   return *line_;
 }
 
-} // namespace qx
+} // namespace qx::erp

@@ -10,7 +10,7 @@
 #include <optional>
 #include <string>
 
-namespace qx {
+namespace qx::erp {
 
 /// Writes protocols as a head with numbered lines: short text column n is `Text`n, the long text is `Memo0`.
 /// After a failed write the collected line is still there, until a new one is begun.
@@ -44,4 +44,4 @@ private:
   std::optional<Line> line_;
 };
 
-} // namespace qx
+} // namespace qx::erp

@@ -6,7 +6,7 @@
 #include <stdexcept>
 #include <utility>
 
-namespace qx {
+namespace qx::erp {
 namespace {
 
 constexpr std::int16_t defaultBookingCircle = 1;
@@ -80,4 +80,4 @@ std::unique_ptr<Recordset> StandaloneSession::userRow() {
                              value(userName_), "'"_sql));
 }
 
-} // namespace qx
+} // namespace qx::erp

@@ -10,7 +10,7 @@
 #include <memory>
 #include <string>
 
-namespace qx {
+namespace qx::erp {
 
 /// A login of one user on the shared connection. Before `Connect` and after `Disconnect` every question
 /// about the database raises `std::runtime_error`.
@@ -58,4 +58,4 @@ private:
   std::int32_t errorCode_ = 0;
 };
 
-} // namespace qx
+} // namespace qx::erp

@@ -7,7 +7,7 @@
 #include <memory>
 #include <string_view>
 
-namespace qx {
+namespace qx::erp {
 
 struct Cell {
   ColumnName column;
@@ -38,4 +38,4 @@ private:
   std::unique_ptr<Recordset> rows_;
 };
 
-} // namespace qx
+} // namespace qx::erp

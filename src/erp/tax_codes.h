@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string_view>
 
-namespace qx {
+namespace qx::erp {
 
 // The mark of customers in the country itself stands beside the column default that it is: erp/schema.h.
 inline constexpr std::string_view unionTaxMark = "EU";  ///< customers in the customs union
@@ -18,4 +18,4 @@ inline constexpr std::int16_t taxFree = 1;
 inline constexpr std::int16_t reducedTax = 2;
 inline constexpr std::int16_t fullTax = 3;
 
-} // namespace qx
+} // namespace qx::erp

@@ -1,11 +1,11 @@
 #include "erp/unit_conversions.h"
 
-#include "erp/caseless.h"
+#include "model/text.h"
 
 #include <cmath>
 #include <stdexcept>
 
-namespace qx {
+namespace qx::erp {
 
 double UnitConversions::GetUmrechnung(const UnitConversion& conversion) {
   if (const auto found = ratio(conversion.article, conversion.toUnit, conversion.fromUnit))
@@ -38,4 +38,4 @@ std::optional<double> UnitConversions::storedFactor(std::string_view article, st
   return found && *found > 0 && std::isfinite(*found) && std::isfinite(1 / *found) ? found : std::nullopt;
 }
 
-} // namespace qx
+} // namespace qx::erp

@@ -5,7 +5,7 @@
 
 #include <optional>
 
-namespace qx {
+namespace qx::erp {
 
 /// How many base units one unit is, as the two numbers of a fraction: the reverse of a stored factor has no
 /// exact value of its own.
@@ -34,4 +34,4 @@ private:
   Connection& connection_;
 };
 
-} // namespace qx
+} // namespace qx::erp

@@ -1,6 +1,8 @@
 // The keyed, 1-based collections of the public record classes.
 #pragma once
 
+#include "model/text.h"
+
 #include <cstdint>
 #include <memory>
 #include <stdexcept>
@@ -23,7 +25,7 @@ public:
 
   /// False, and nothing changed, when the key is already present or there is no item.
   bool Add(const Pointer& item) {
-    if (!item || !places_.emplace(folded((*item).*key), items_.size()).second) return false;
+    if (!item || !places_.emplace(asciiLower((*item).*key), items_.size()).second) return false;
     items_.push_back(item);
     return true;
   }
@@ -37,14 +39,8 @@ public:
   auto end() const { return items_.end(); }
 
 private:
-  static std::string folded(std::string_view itemKey) {
-    std::string text(itemKey);
-    for (char& c : text)
-      if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + ('a' - 'A'));
-    return text;
-  }
   std::size_t place(std::string_view itemKey) const {
-    const auto found = places_.find(folded(itemKey));
+    const auto found = places_.find(asciiLower(itemKey));
     if (found == places_.end())
       throw std::out_of_range("the collection has no item of the key '" + std::string(itemKey) + "'");
     return found->second;

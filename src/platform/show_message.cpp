@@ -12,4 +12,13 @@ void showMessage(const Environment& environment, const Message& message) {
   }
 }
 
+bool askQuestion(const Environment& environment, const Message& question) {
+  try {
+    return environment.desktop.ask(question);
+  } catch (const std::exception& error) {
+    environment.diagnostics.report({"question: " + question.text, error.what(), ""});
+    return false;
+  }
+}
+
 } // namespace qx

@@ -1,5 +1,7 @@
 #include "platform/value.h"
 
+#include "model/text.h"
+
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -7,15 +9,9 @@
 namespace qx {
 namespace {
 
-std::string_view trimmed(std::string_view text) {
-  const auto first = text.find_first_not_of(" \t\r\n");
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(" \t\r\n") - first + 1);
-}
-
 template <class Number>
 std::optional<Number> parseWhole(std::string_view text) {
-  text = trimmed(text);
+  text = trimWhitespace(text);
   if (text.size() > 1 && text.front() == '+' && text[1] != '-') text.remove_prefix(1);
   Number number{};
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
@@ -84,7 +80,7 @@ std::optional<double> Value::number() const {
 
 std::optional<Money> Value::money() const {
   if (const auto* amount = std::get_if<Money>(&content_)) return *amount;
-  if (const auto* text = std::get_if<std::string>(&content_)) return Money::parse(trimmed(*text));
+  if (const auto* text = std::get_if<std::string>(&content_)) return Money::parse(trimWhitespace(*text));
   const auto plain = number();
   return plain ? Money::fromDouble(*plain) : std::nullopt;
 }

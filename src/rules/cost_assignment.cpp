@@ -1,8 +1,8 @@
 #include "rules/cost_assignment.h"
 
+#include "model/text.h"
 #include "platform/whole_number.h"
 #include "rules/active_connection.h"
-#include "rules/german_text.h"
 #include "settings/settings.h"
 
 #include <array>

@@ -1,6 +1,6 @@
 #include "rules/dates.h"
 
-#include "rules/german_text.h"
+#include "model/text.h"
 
 #include <stdexcept>
 

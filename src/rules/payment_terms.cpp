@@ -1,6 +1,7 @@
 #include "rules/payment_terms.h"
 
-#include "rules/german_text.h"
+#include "model/german_text.h"
+#include "model/text.h"
 
 #include <algorithm>
 

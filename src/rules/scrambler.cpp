@@ -1,6 +1,7 @@
 #include "rules/scrambler.h"
 
-#include "rules/code_page.h"
+#include "model/code_page.h"
+#include "model/text.h"
 
 #include <limits>
 #include <stdexcept>
@@ -12,7 +13,6 @@ namespace {
 constexpr std::array<std::size_t, 7> tableOfRemainder{0, 1, 2, 3, 3, 3, 3};
 
 constexpr std::size_t indexOf(char c) { return static_cast<unsigned char>(c); }
-constexpr bool beginsCharacter(char c) { return (indexOf(c) & 0xC0U) != 0x80; }
 
 } // namespace
 

@@ -1,8 +1,8 @@
 #include "rules/tax_rules.h"
 
+#include "model/text.h"
 #include "platform/whole_number.h"
 #include "rules/active_connection.h"
-#include "rules/german_text.h"
 
 #include <cmath>
 

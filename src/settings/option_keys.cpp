@@ -1,5 +1,6 @@
 #include "settings/option_keys.h"
 
+#include "model/text.h"
 #include "platform/value.h"
 
 #include <algorithm>
@@ -126,20 +127,10 @@ constexpr bool keysAreUnique() {
 }
 static_assert(keysAreUnique());
 
-/// One of two ASCII words, whatever the case.
-bool isWord(std::string_view text, std::string_view english, std::string_view german) {
-  const auto same = [&](std::string_view word) {
-    return std::ranges::equal(text, word, [](char typed, char lower) {
-      return (typed >= 'A' && typed <= 'Z' ? typed + ('a' - 'A') : typed) == lower;
-    });
-  };
-  return same(english) || same(german);
-}
-
 /// A word or a number of any size, with a comma or a point.
 std::optional<bool> truthOf(std::string_view text) {
-  if (isWord(text, "true", "wahr")) return true;
-  if (isWord(text, "false", "falsch")) return false;
+  if (equalCodes(text, "true") || equalCodes(text, "wahr")) return true;
+  if (equalCodes(text, "false") || equalCodes(text, "falsch")) return false;
   std::string digits(text);
   std::ranges::replace(digits, ',', '.');
   const auto number = Value(digits).number();

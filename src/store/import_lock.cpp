@@ -1,9 +1,9 @@
 #include "store/import_lock.h"
 
+#include "model/text.h"
 #include "platform/german_cause.h"
 #include "platform/show_message.h"
 #include "rules/active_connection.h"
-#include "rules/german_text.h"
 
 namespace qx {
 namespace {

@@ -1,6 +1,6 @@
 #include "store/job_file_record.h"
 
-#include "rules/code_page.h"
+#include "model/code_page.h"
 
 #include <algorithm>
 #include <charconv>

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "model/field_table.h"
+#include "model/german_text.h"
 #include "platform/value.h"
-#include "rules/german_text.h"
 
 #include <cstdint>
 #include <limits>

@@ -1,6 +1,6 @@
 #include "store/job_file_writer.h"
 
-#include "rules/code_page.h"
+#include "model/code_page.h"
 #include "store/job_file_line.h"
 #include "store/job_file_text.h"
 

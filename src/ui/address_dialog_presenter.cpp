@@ -1,9 +1,9 @@
 #include "ui/address_dialog_presenter.h"
 
+#include "model/text.h"
 #include "platform/german_cause.h"
 #include "ui/address_lines.h"
 
-#include "rules/german_text.h"
 #include "ui/lookup_bridge.h"
 
 #include <algorithm>

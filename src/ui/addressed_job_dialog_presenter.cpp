@@ -1,8 +1,7 @@
 #include "ui/addressed_job_dialog_presenter.h"
 
+#include "model/text.h"
 #include "ui/address_lines.h"
-
-#include "rules/german_text.h"
 
 #include <utility>
 
@@ -52,8 +51,12 @@ const std::array<AddressedJobDialogPresenter::BlockSpec, 2>& AddressedJobDialogP
   return specs;
 }
 
-AddressedJobDialogPresenter::AddressedJobDialogPresenter(const DialogContext& context)
-    : JobDialogPresenter(context) {}
+AddressedJobDialogPresenter::AddressedJobDialogPresenter(const DialogContext& context, JobDialogKind kind)
+    : JobDialogPresenter(context, [&] {
+        kind.cancelButton = "cmdClose";
+        kind.addresses = this;
+        return std::move(kind);
+      }()) {}
 
 AddressedJobDialogPresenter::~AddressedJobDialogPresenter() = default;
 
@@ -227,7 +230,6 @@ void AddressedJobDialogPresenter::takeAddresses(const AddressDialogPresenter& ed
     lines_[block] = taken.lines;
   }
   trying("Prüfen der Adressen", [this] { checkAddresses(); });
-  checkAnswer();
 }
 
 Value AddressedJobDialogPresenter::current(ColumnName column) const {
@@ -242,7 +244,13 @@ bool AddressedJobDialogPresenter::changed() const {
   return JobDialogPresenter::changed() || lines_ != stored_;
 }
 
-void AddressedJobDialogPresenter::storeAddresses() {
+void AddressedJobDialogPresenter::stored() {
+  settle();
+  stored_ = lines_;
+}
+
+void AddressedJobDialogPresenter::storeAddresses(std::string_view& failure) {
+  failure = "Fehler beim Update der Daten";
   std::vector<ColumnChange> changes;
   for (std::size_t block = 0; block < blocks().size(); ++block)
     for (const AddressLine& line : blocks()[block].fields.lines) {

@@ -11,25 +11,24 @@
 namespace qx {
 
 /// A job with codes of the master tables, a bank, a delivery and an invoice address.
-class AddressedJobDialogPresenter : public JobDialogPresenter {
+class AddressedJobDialogPresenter : public JobDialogPresenter, public AddressPart {
 public:
-  explicit AddressedJobDialogPresenter(const DialogContext& context);
+  /// `kind` says what the dialog has besides the addresses.
+  AddressedJobDialogPresenter(const DialogContext& context, JobDialogKind kind);
   AddressedJobDialogPresenter(const AddressedJobDialogPresenter&) = delete;
   AddressedJobDialogPresenter& operator=(const AddressedJobDialogPresenter&) = delete;
   ~AddressedJobDialogPresenter() override;
 
-  std::string_view cancelButton() const override { return "cmdClose"; }
   bool changed() const override;
   std::unique_ptr<AddressDialogPresenter> addresses() override;
   void takeAddresses(const AddressDialogPresenter& edited) override;
+  std::string lookupContext(std::string_view control) const override;
 
 protected:
   std::unique_ptr<Recordset> open(std::string_view jobId) override;
   void takeLookup(std::string_view control, const std::vector<std::string>& chosen) override;
-  std::string lookupContext(std::string_view control) const override;
   void check(std::string_view control) override;
-  void storeAddresses() override;
-  void stored() override { stored_ = lines_; }
+  void stored() override;
   Value current(ColumnName column) const override;
 
   /// How an unknown customer is reported.
@@ -41,13 +40,12 @@ protected:
 
   /// Whether the job creates an address of which it gives the lines.
   virtual bool createsAddresses() const = 0;
-  /// What follows the checks of the controls.
-  virtual void checkAnswer() {}
-
   /// Reads the addresses, fills the combos and runs every check of the header. `failureCounts`: whether a
   /// reason that stands in the job counts for its status.
   void checkHeader(bool failureCounts = false);
   void checkCustomer();
+  /// Writes the address blocks.
+  void storeAddresses(std::string_view& failure);
 
 private:
   /// One of the two address blocks: its columns, controls, codes and messages.

@@ -3,7 +3,6 @@
 #include "engine/contract_check.h"
 #include "model/date.h"
 #include "rules/active_connection.h"
-#include "rules/german_text.h"
 #include "ui/shared_controls.h"
 
 #include <algorithm>
@@ -76,6 +75,12 @@ constexpr std::array contractGroups{ControlGroup{"Vertrag", contractCustomerCont
 CheckStatus errorUnless(bool fine) { return fine ? CheckStatus::Clean : CheckStatus::Error; }
 
 } // namespace
+
+ContractDialogPresenter::ContractDialogPresenter(const DialogContext& context)
+    : JobDialogPresenter(context, {.cancelButton = "cmdCancel",
+                                   .boxTitle = "Vertragsdetails",
+                                   .offersRelease = false,
+                                   .erases = true}) {}
 
 std::span<const ControlGroup> ContractDialogPresenter::groups() const { return contractGroups; }
 
@@ -210,20 +215,12 @@ void ContractDialogPresenter::takeLookup(std::string_view control, const std::ve
   check(control);
 }
 
-void ContractDialogPresenter::store() {
+void ContractDialogPresenter::store(std::string_view& /*failure*/) {
   const std::vector<ColumnChange> changed = changes();
   editing().save(jobId(), changed);
   // The run takes over what stands in the position, whatever the header holds.
   if (inPosition()) editing().saveContractPosition(jobId(), changed);
   if (verdict()) ContractCheck(environment()).checkContract(jobId());
-}
-
-bool ContractDialogPresenter::erase() {
-  if (readOnly()) return false;
-  Message question{"Wollen Sie diesen Importvorgang wirklich löschen?", "Wirklich löschen?"};
-  if (!environment().desktop.ask(question)) return false;
-  std::string_view failure = "Fehler beim Löschen des Vorgangs";
-  return edit(failure, [this] { editing().deleteHeader(jobId()); });
 }
 
 } // namespace qx

@@ -10,15 +10,11 @@ namespace qx {
 /// contract check, so that a mended contract waits again.
 class ContractDialogPresenter final : public JobDialogPresenter {
 public:
-  using JobDialogPresenter::JobDialogPresenter;
+  explicit ContractDialogPresenter(const DialogContext& context);
 
   std::span<const ControlGroup> groups() const override;
   std::string title() const override;
-  std::string_view cancelButton() const override { return "cmdCancel"; }
-  std::string_view boxTitle() const override { return "Vertragsdetails"; }
   std::optional<CheckStatus> verdict() const override;
-  bool canErase() const override { return !readOnly(); }
-  bool erase() override;
 
 protected:
   bool isDone(std::int16_t jobType) const override;
@@ -26,10 +22,10 @@ protected:
   void fill() override;
   void check(std::string_view control) override;
   void takeLookup(std::string_view control, const std::vector<std::string>& chosen) override;
-  bool offersRelease() const override { return false; }
   Value loaded(ColumnName column) const override;
   void prepareSaving() override { checkAnswer(); }
-  void store() override;
+  void store(std::string_view& failure) override;
+  void stored() override { settle(); }
 
 private:
   void checkControl(std::string_view control);

@@ -1,7 +1,7 @@
 #include "ui/contract_grid.h"
 
+#include "model/german_text.h"
 #include "platform/whole_number.h"
-#include "rules/german_text.h"
 
 #include <array>
 

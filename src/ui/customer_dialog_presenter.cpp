@@ -1,7 +1,8 @@
 #include "ui/customer_dialog_presenter.h"
 
 #include "engine/customer_proof.h"
-#include "rules/german_text.h"
+#include "model/text.h"
+#include "platform/show_message.h"
 #include "settings/settings.h"
 #include "ui/shared_controls.h"
 
@@ -75,6 +76,9 @@ constexpr std::array customerGroups{ControlGroup{"Kunde", customerControls},
 
 } // namespace
 
+CustomerDialogPresenter::CustomerDialogPresenter(const DialogContext& context)
+    : AddressedJobDialogPresenter(context, {.grid = &contracts_, .reloadGrid = [this] { reloadGrid(); }}) {}
+
 std::span<const ControlGroup> CustomerDialogPresenter::groups() const { return customerGroups; }
 
 std::string CustomerDialogPresenter::title() const {
@@ -95,6 +99,11 @@ void CustomerDialogPresenter::reloadGrid() {
   if (!readOnly() && awaitDatabase()) engine().GetDelVerträge(text("txtKundennummer"));
   contracts_.load(editing(), engine(), text("txtKundennummer"));
   checking("Prüfen der Verträge", [this] { checkContracts(); });
+}
+
+void CustomerDialogPresenter::takeAddresses(const AddressDialogPresenter& edited) {
+  AddressedJobDialogPresenter::takeAddresses(edited);
+  if (!readOnly()) checkAnswer();
 }
 
 void CustomerDialogPresenter::checkAnswer() {
@@ -185,15 +194,15 @@ void CustomerDialogPresenter::prepareSaving() {
     for (const auto contract = editing().contractsOf(before); !contract->eof(); contract->moveNext())
       if (contract->value("JobType").integer().value_or(0) <= qxtJobKundenVerträgeError) ++waiting;
     if (waiting == 0) return;
-    moveContracts_ = environment().desktop.ask(
-        {(waiting == 1 ? "Ein Vertrag ist" : std::to_string(waiting) + " Verträge sind") +
-         std::string(" mit der Kundennummer ") + before + " eingegangen.\r\n" +
-         (waiting == 1 ? "Soll er" : "Sollen sie") + " auf " + text("txtKundennummer") +
-         " umgestellt werden?"});
+    moveContracts_ = askQuestion(
+        environment(), {(waiting == 1 ? "Ein Vertrag ist" : std::to_string(waiting) + " Verträge sind") +
+                        std::string(" mit der Kundennummer ") + before + " eingegangen.\r\n" +
+                        (waiting == 1 ? "Soll er" : "Sollen sie") + " auf " + text("txtKundennummer") +
+                        " umgestellt werden?"});
   });
 }
 
-void CustomerDialogPresenter::store() {
+void CustomerDialogPresenter::store(std::string_view& failure) {
   std::vector<ColumnChange> changed = changes();
   // Null would keep what the master holds; a field that the clerk emptied empties it.
   for (ColumnChange& change : changed)
@@ -201,6 +210,7 @@ void CustomerDialogPresenter::store() {
   if (moveContracts_) editing().moveContracts(staged("Kundennummer"), text("txtKundennummer"));
   editing().saveCustomer(jobId(), changed, text("txtKundennummer"),
                          verdict() ? std::optional(answer_) : std::nullopt);
+  storeAddresses(failure);
 }
 
 } // namespace qx

@@ -12,11 +12,11 @@ namespace qx {
 /// Compares the job field by field with the customer master and lists the contracts that came with it.
 class CustomerDialogPresenter final : public AddressedJobDialogPresenter {
 public:
-  using AddressedJobDialogPresenter::AddressedJobDialogPresenter;
+  explicit CustomerDialogPresenter(const DialogContext& context);
 
   std::span<const ControlGroup> groups() const override;
   std::string title() const override;
-  JobGrid* grid() override { return &contracts_; }
+  void takeAddresses(const AddressDialogPresenter& edited) override;
   std::optional<CheckStatus> verdict() const override;
 
 protected:
@@ -24,17 +24,17 @@ protected:
   bool createsAddresses() const override { return true; }
   void fill() override;
   void check(std::string_view control) override;
-  void reloadGrid() override;
   void prepareSaving() override;
-  void store() override;
+  void store(std::string_view& failure) override;
   void stored() override;
   void reportUnknownCustomer(const std::string& number) override;
   void compareCustomer(const Adresse& stored) override;
   void clearComparison() override;
-  /// What the check of the job says of the values that are shown.
-  void checkAnswer() override;
 
 private:
+  /// What the check of the job says of the values that are shown.
+  void checkAnswer();
+  void reloadGrid();
   void checkContracts();
 
   ContractGrid contracts_;

@@ -1,6 +1,6 @@
 #include "ui/form.h"
 
-#include "rules/german_text.h"
+#include "model/text.h"
 
 #include <stdexcept>
 #include <utility>

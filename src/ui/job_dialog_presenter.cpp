@@ -1,9 +1,12 @@
 #include "ui/job_dialog_presenter.h"
 
 #include "model/date.h"
+#include "model/german_text.h"
+#include "model/text.h"
 #include "platform/german_cause.h"
+#include "platform/show_message.h"
 #include "platform/whole_number.h"
-#include "rules/german_text.h"
+#include "rules/active_connection.h"
 #include "settings/settings.h"
 #include "ui/address_dialog_presenter.h"
 #include "ui/lookup_bridge.h"
@@ -17,6 +20,7 @@
 namespace qx {
 namespace {
 
+constexpr std::string_view eraseQuestion = "Wollen Sie diesen Importvorgang wirklich löschen?";
 constexpr std::string_view releaseControl = "chkProcessWaring";
 constexpr std::string_view releaseQuestion = "Der Vorgang hat Befunde und wird so nicht verarbeitet.\r\n"
                                              "Soll ihn die nächste Verarbeitung trotzdem übernehmen?";
@@ -52,8 +56,8 @@ std::string shown(ControlKind kind, const Value& stored) {
 
 } // namespace
 
-JobDialogPresenter::JobDialogPresenter(const DialogContext& context)
-    : context_(context), editing_(context.environment) {}
+JobDialogPresenter::JobDialogPresenter(const DialogContext& context, JobDialogKind kind)
+    : context_(context), kind_(std::move(kind)), editing_(context.environment) {}
 
 JobDialogPresenter::~JobDialogPresenter() = default;
 
@@ -65,7 +69,7 @@ bool JobDialogPresenter::load(std::string_view jobId) {
   customerSpecific_ = Settings(environment()).customerSpecific();
   build(customerSpecific_);
   const bool read = trying("Laden des Vorgangs", [&] {
-    const ReadView view(*environment().connection);
+    const ReadView view(activeConnection(environment()));
     job_ = editing_.read(jobId, *open(jobId));
   });
   if (!read) return false;
@@ -81,8 +85,6 @@ bool JobDialogPresenter::load(std::string_view jobId) {
   return true;
 }
 
-std::unique_ptr<AddressDialogPresenter> JobDialogPresenter::addresses() { return nullptr; }
-
 std::string JobDialogPresenter::readOnlyReason() const {
   if (!readOnly()) return {};
   if (jobType() == qxtJobKundenVerträgedel)
@@ -91,7 +93,7 @@ std::string JobDialogPresenter::readOnlyReason() const {
 }
 
 void JobDialogPresenter::detailsClosed() {
-  trying("Laden der Verträge", [this] { reloadGrid(); });
+  if (kind_.reloadGrid) trying("Laden der Verträge", kind_.reloadGrid);
 }
 
 bool JobDialogPresenter::canRelease() const {
@@ -125,7 +127,8 @@ void JobDialogPresenter::normalise(std::size_t place) {
 bool JobDialogPresenter::lookUp(std::size_t place) {
   const ControlSpec& spec = *specs()[place];
   if (readOnly() || spec.lookup.empty()) return false;
-  const std::vector<std::string> chosen = context_.lookups.open(spec.lookup, lookupContext(spec.name));
+  const std::string about = kind_.addresses == nullptr ? "" : kind_.addresses->lookupContext(spec.name);
+  const std::vector<std::string> chosen = context_.lookups.open(spec.lookup, about);
   if (chosen.empty()) return false;
   return trying(spec.lookup, [&] { takeLookup(spec.name, chosen); });
 }
@@ -142,25 +145,18 @@ bool JobDialogPresenter::save() {
                                                                              : "keine Zahl.";
     notice_ = caption + ": '" + control(*bad).text + "' ist " + std::string(reason) +
               " Bitte berichtigen Sie das Feld.";
-    environment().desktop.show({notice_, std::string(defaultTitle), MessageIcon::Exclamation});
+    showMessage(environment(), {notice_, std::string(defaultTitle), MessageIcon::Exclamation});
     return false;
   }
   const JobState state = stateOf(jobType());
   const bool parked = state == JobState::Warning || state == JobState::Error;
-  if (parked && offersRelease() && !released())
-    release(environment().desktop.ask(
-        {std::string(verdict() == CheckStatus::Clean ? mendedQuestion : releaseQuestion)}));
+  if (parked && kind_.offersRelease && !released())
+    release(askQuestion(environment(),
+                        {std::string(verdict() == CheckStatus::Clean ? mendedQuestion : releaseQuestion)}));
   if (!stillLocked()) return false;
-  checkMore(checksLeft());
   prepareSaving();
   std::string_view failure = "Fehler beim Speichern der Daten";
-  if (!edit(failure, [&] {
-        store();
-        failure = "Fehler beim Update der Daten";
-        storeAddresses();
-      }))
-    return false;
-  settle();
+  if (!edit(failure, [&] { store(failure); })) return false;
   stored();
   return true;
 }
@@ -182,7 +178,7 @@ bool JobDialogPresenter::edit(std::string_view& failure, const std::function<voi
   } catch (const std::exception& error) {
     environment().diagnostics.report({failure, error.what(), jobId()});
     notice_ = std::string(failure) + ": " + germanCause(error);
-    environment().desktop.show({std::string(failure), std::string(defaultTitle), MessageIcon::Critical});
+    showMessage(environment(), {std::string(failure), std::string(defaultTitle), MessageIcon::Critical});
   }
   return false;
 }
@@ -192,11 +188,24 @@ void JobDialogPresenter::tellLoss(const JobChangedError& error) {
   loss_ = error.gone() ? JobLoss::Gone : JobLoss::Changed;
   if (!error.gone()) {
     notice_ = changedNotice;
-    readAnewAsked_ = environment().desktop.ask({std::string(changedQuestion)});
+    readAnewAsked_ = askQuestion(environment(), {std::string(changedQuestion)});
     return;
   }
   notice_ = error.what();
-  environment().desktop.show({notice_, std::string(defaultTitle), MessageIcon::Exclamation});
+  showMessage(environment(), {notice_, std::string(defaultTitle), MessageIcon::Exclamation});
+}
+
+void JobDialogPresenter::checkMore(std::size_t count) {
+  if (kind_.checks == nullptr) return;
+  kind_.checks->checkMore(count);
+  if (const std::string failure = kind_.checks->failure(); !failure.empty()) tellUnchecked(failure);
+}
+
+bool JobDialogPresenter::erase() {
+  if (!canErase()) return false;
+  if (!askQuestion(environment(), {std::string(eraseQuestion), "Wirklich löschen?"})) return false;
+  std::string_view failure = "Fehler beim Löschen des Vorgangs";
+  return edit(failure, [this] { editing_.deleteHeader(jobId()); });
 }
 
 bool JobDialogPresenter::nothingNewSince(const std::vector<ListedFinding>& seen) {
@@ -259,7 +268,8 @@ void JobDialogPresenter::tellUnchecked(const std::string& cause) {
 }
 
 std::optional<CheckStatus> JobDialogPresenter::verdict() const {
-  return outstanding_.empty() ? std::optional(findings_.status()) : std::nullopt;
+  const bool unmade = !outstanding_.empty() || (kind_.checks != nullptr && !kind_.checks->failure().empty());
+  return unmade ? std::nullopt : std::optional(findings_.status());
 }
 
 std::vector<ColumnChange> JobDialogPresenter::changes() const {

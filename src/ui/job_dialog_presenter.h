@@ -1,9 +1,8 @@
 // What the dialogs of customer, contract and order jobs have in common, without a toolkit.
 #pragma once
 
-#include "engine/import_job_object2.h"
 #include "engine/job_editing.h"
-#include "ui/database_wait.h"
+#include "ui/dialog_context.h"
 #include "ui/finding_list.h"
 #include "ui/form.h"
 #include "ui/job_grid.h"
@@ -21,14 +20,28 @@
 namespace qx {
 
 class AddressDialogPresenter;
-class LookupBridge;
 
-/// What every dialog works with; all of it outlives the dialog.
-struct DialogContext {
-  Environment& environment;
-  ImportJobObject2& engine;
-  LookupBridge& lookups;
-  WaitFactory wait{}; ///< for the work that writes
+/// The part of a dialog that has a delivery and an invoice address.
+class AddressPart {
+public:
+  virtual ~AddressPart() = default;
+  /// The editor of both, made on what is shown now. Hand it back to `takeAddresses` when the clerk agrees.
+  virtual std::unique_ptr<AddressDialogPresenter> addresses() = 0;
+  virtual void takeAddresses(const AddressDialogPresenter& edited) = 0;
+  /// Whose addresses the lookup of this control lists; "" for any other lookup.
+  virtual std::string lookupContext(std::string_view control) const = 0;
+};
+
+/// What a kind of dialog is and which parts it has.
+struct JobDialogKind {
+  std::string_view cancelButton{};          ///< object name of the button that closes without saving
+  std::string_view boxTitle = defaultTitle; ///< of a box that shows the message of a picture
+  bool offersRelease = true;                ///< a parked job goes on by a release only
+  bool erases = false;                      ///< the dialog can delete its job
+  JobGrid* grid = nullptr;                  ///< contracts of a customer, positions of an order
+  std::function<void()> reloadGrid{};       ///< reads its rows again; may raise
+  StepwiseChecks* checks = nullptr;         ///< those of its rows
+  AddressPart* addresses = nullptr;
 };
 
 /// What has become of a job since its dialog read it, as far as saving has shown.
@@ -44,7 +57,7 @@ enum class JobLoss : std::uint8_t {
 /// what fails is told to the diagnostics and stands in `notice`; what the clerk typed stays.
 class JobDialogPresenter : public Form {
 public:
-  explicit JobDialogPresenter(const DialogContext& context);
+  JobDialogPresenter(const DialogContext& context, JobDialogKind kind);
   JobDialogPresenter(const JobDialogPresenter&) = delete;
   JobDialogPresenter& operator=(const JobDialogPresenter&) = delete;
   ~JobDialogPresenter() override;
@@ -56,10 +69,7 @@ public:
   std::int16_t jobType() const { return job_.jobType(); }
   /// Names the job: kind, number and name.
   virtual std::string title() const = 0;
-  /// The object name of the button that closes without saving.
-  virtual std::string_view cancelButton() const = 0;
-  /// The title of a box that shows the message of a picture.
-  virtual std::string_view boxTitle() const { return defaultTitle; }
+  const JobDialogKind& kind() const { return kind_; }
   /// Why nothing may be changed, on one line; empty when it may.
   std::string readOnlyReason() const;
   /// One line on what went wrong last; empty otherwise.
@@ -75,20 +85,14 @@ public:
   bool released() const;
   void release(bool on);
 
-  /// The contracts of a customer or the positions of an order; null for none.
-  virtual JobGrid* grid() { return nullptr; }
-  /// Positions still to be checked.
-  virtual std::size_t checksLeft() const { return 0; }
-  /// Checks up to `count` further positions.
-  virtual void checkMore(std::size_t /*count*/) {}
+  /// Rows of the grid that are still to be checked.
+  std::size_t checksLeft() const { return kind_.checks == nullptr ? 0 : kind_.checks->checksLeft(); }
+  /// Checks up to `count` further rows.
+  void checkMore(std::size_t count);
   /// The dialog of a row's own job was closed: the grid shows what that one has saved.
   void detailsClosed();
   /// The installation's own mode, with fields and columns of its own.
   bool customerSpecific() const { return customerSpecific_; }
-  /// The editor of the job's delivery and invoice address, made on what is shown now; null for none. Hand it
-  /// back to `takeAddresses` when the clerk agrees.
-  virtual std::unique_ptr<AddressDialogPresenter> addresses();
-  virtual void takeAddresses(const AddressDialogPresenter& /*edited*/) {}
 
   void leave(std::size_t place) override;
   bool lookUp(std::size_t place) override;
@@ -101,10 +105,9 @@ public:
   JobLoss loss() const { return loss_; }
   /// The clerk wants to see the job as another program has left it.
   bool readAnewAsked() const { return readAnewAsked_; }
-  /// Whether the dialog can delete its job.
-  virtual bool canErase() const { return false; }
+  bool canErase() const { return kind_.erases && !readOnly(); }
   /// Deletes the job after a question. True when it is gone.
-  virtual bool erase() { return false; }
+  bool erase();
 
 protected:
   /// @name What the kinds of dialog fill in; all of it may raise.
@@ -118,20 +121,12 @@ protected:
   virtual void check(std::string_view control) = 0;
   /// Puts what a lookup gave into the controls; their checks run afterwards.
   virtual void takeLookup(std::string_view control, const std::vector<std::string>& chosen) = 0;
-  /// What a lookup of this control is about: a customer number or "".
-  virtual std::string lookupContext(std::string_view /*control*/) const { return {}; }
-  /// Reads the grid's rows again.
-  virtual void reloadGrid() {}
-  /// Whether a job that stands at a warning or an error goes on by a release only.
-  virtual bool offersRelease() const { return true; }
-  /// What is to be asked before the work of saving begins.
-  virtual void prepareSaving() {}
-  /// Writes everything but the address blocks.
-  virtual void store() = 0;
-  /// Writes the address blocks, in the same unit.
-  virtual void storeAddresses() {}
-  /// What was written is stored now.
-  virtual void stored() {}
+  /// Makes the checks that are left and asks what is to be asked, before the work of saving begins.
+  virtual void prepareSaving() = 0;
+  /// Writes everything. `failure` is what the clerk reads when it raises.
+  virtual void store(std::string_view& failure) = 0;
+  /// What was written counts as stored from now on.
+  virtual void stored() = 0;
   /// @}
 
   /// What a column of the job holds, as it was read and is shown.
@@ -183,6 +178,7 @@ private:
   void normalise(std::size_t place);
 
   DialogContext context_;
+  JobDialogKind kind_;
   JobEditing editing_;
   bool customerSpecific_ = false;
   ReadJob job_;

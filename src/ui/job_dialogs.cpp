@@ -1,6 +1,7 @@
 #include "ui/job_dialogs.h"
 
 #include "platform/german_cause.h"
+#include "platform/show_message.h"
 #include "ui/contract_dialog_presenter.h"
 #include "ui/customer_dialog_presenter.h"
 #include "ui/order_dialog_presenter.h"
@@ -40,7 +41,7 @@ std::unique_ptr<JobDialogPresenter> openJobDialog(const DialogContext& context, 
     environment.diagnostics.report({"Laden des Vorgangs", error.what(), jobId});
     reason = germanCause(error);
   }
-  environment.desktop.show({reason, std::string(defaultTitle), MessageIcon::Exclamation});
+  showMessage(environment, {reason, std::string(defaultTitle), MessageIcon::Exclamation});
   return nullptr;
 }
 

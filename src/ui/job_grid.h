@@ -50,6 +50,17 @@ struct JobReference {
   std::int16_t jobType = 0;
 };
 
+/// Checks of rows that take their time: the window has them made bit by bit.
+class StepwiseChecks {
+public:
+  virtual ~StepwiseChecks() = default;
+  virtual std::size_t checksLeft() const = 0;
+  /// Checks up to `count` further rows.
+  virtual void checkMore(std::size_t count) = 0;
+  /// Why a check could not be made, for the clerk; empty when all could be made.
+  virtual std::string failure() const = 0;
+};
+
 /// Rows of cells, counted from 0. Columns are known by their place in `columns`.
 class JobGrid {
 public:

@@ -1,7 +1,8 @@
 #include "ui/job_view_presenter.h"
 
+#include "model/text.h"
 #include "platform/one_line.h"
-#include "rules/german_text.h"
+#include "rules/active_connection.h"
 #include "store/job_file_import.h"
 #include "ui/database_wait.h"
 #include "ui/import_report.h"
@@ -23,22 +24,9 @@ constexpr std::string_view goneNotice =
     "Die Datenbank ist nicht erreichbar. Die Liste zeigt den letzten Stand; F5 liest sie neu.";
 constexpr std::string_view limitNotice = "Es werden die ersten 2000 Vorgänge angezeigt.";
 
-/// ASCII letters and umlauts in lower case, for the search.
-std::string folded(std::string_view text) {
-  std::string result(text);
-  for (std::size_t i = 0; i < result.size(); ++i) {
-    const auto byte = static_cast<unsigned char>(result[i]);
-    if (byte >= 'A' && byte <= 'Z') result[i] = static_cast<char>(byte + ('a' - 'A'));
-    if (byte != 0xC3 || i + 1 == result.size()) continue;
-    const auto second = static_cast<unsigned char>(result[++i]);
-    if (second >= 0x80 && second <= 0x9E && second != 0x97) result[i] = static_cast<char>(second + 0x20);
-  }
-  return result;
-}
-
 std::vector<std::string> wordsOf(std::string_view text) {
   std::vector<std::string> words;
-  const std::string all = folded(text);
+  const std::string all = lowerCase(text);
   for (std::size_t at = all.find_first_not_of(' '); at != std::string::npos;) {
     const std::size_t end = std::min(all.find(' ', at), all.size());
     words.push_back(all.substr(at, end - at));
@@ -49,7 +37,7 @@ std::vector<std::string> wordsOf(std::string_view text) {
 
 bool matches(const JobListRow& row, const std::vector<std::string>& words) {
   if (words.empty()) return true;
-  const std::string searched = folded(row.name + '\n' + row.customer + '\n' + row.subject);
+  const std::string searched = lowerCase(row.name + '\n' + row.customer + '\n' + row.subject);
   return std::ranges::all_of(
       words, [&](const std::string& word) { return searched.find(word) != std::string::npos; });
 }
@@ -79,12 +67,6 @@ void addLines(std::vector<std::string>& lines, std::string_view text) {
 }
 
 } // namespace
-
-const ToolState& JobViewState::tool(std::string_view name) const {
-  static const ToolState none{false, false, false};
-  const auto place = findTool(name);
-  return place && *place < tools.size() ? tools[*place] : none;
-}
 
 /// Keeps every command and key away while something is under way.
 class JobViewPresenter::Busy {
@@ -213,39 +195,45 @@ bool JobViewPresenter::close(const WindowPlace& place) {
   return true;
 }
 
-void JobViewPresenter::command(std::string_view tool) {
-  if (tool == stopTool) {
-    stop();
-    return;
-  }
-  if (work_ != Work::None || !state_.tool(tool).enabled) return;
+void JobViewPresenter::command(Tool tool) {
+  using P = JobViewPresenter;
   using enum qxProcessState;
-  if (tool == "ProcessTransactions") process(ProcessAll);
-  if (tool == "mnuKunden") process(ProcessKunden);
-  if (tool == "mnuVerträge") process(ProcessVerträge);
-  if (tool == "mnuAufträge") process(ProcessAufträge);
-  if (tool == "mnuZubehör") process(ProcessZubehör);
-  if (tool == "mnuKundenVerträge") processCustomersThenContracts();
-  if (tool == openTool) openCurrent();
-  if (tool == "Delete") eraseCurrent();
-  if (tool == "DeleteViewDone") purge();
-  if (tool == "DeleteDate") {
-    skip("DeleteDate", [this] { windows_.deleteDate(); });
-    refreshAndShow();
-  }
-  if (tool == "UpdateDisplay") {
-    verify();
-    refreshAndShow();
-  }
-  if (tool == "ImportProcessTransactions") importChosen();
-  if (tool == "Export") exportChosen();
-  if (tool == "ViewWaiting") toggle(&JobListFilter::waiting);
-  if (tool == "ViewDone") toggle(&JobListFilter::done);
-  if (tool == "ViewWarnings") toggle(&JobListFilter::warnings);
-  if (tool == "ViewError") toggle(&JobListFilter::errors);
-  if (tool == "Options") options();
-  if (tool == "About") skip("About", [this] { windows_.about(); });
-  if (tool == "End") windows_.closeWindow();
+  struct Command {
+    Tool tool;
+    void (JobViewPresenter::*run)();
+  };
+  static constexpr std::array commands{
+      Command{Tool::ProcessTransactions, &P::processOnly<ProcessAll>},
+      Command{Tool::Kunden, &P::processOnly<ProcessKunden>},
+      Command{Tool::Verträge, &P::processOnly<ProcessVerträge>},
+      Command{Tool::KundenVerträge, &P::processCustomersThenContracts},
+      Command{Tool::Aufträge, &P::processOnly<ProcessAufträge>},
+      Command{Tool::Zubehör, &P::processOnly<ProcessZubehör>},
+      Command{Tool::EinzelnVerarbeiten, nullptr},
+      Command{Tool::StopProcessing, &P::stop},
+      Command{Tool::OpenJob, &P::openCurrent},
+      Command{Tool::Delete, &P::eraseCurrent},
+      Command{Tool::DeleteViewDone, &P::purge},
+      Command{Tool::DeleteDate, &P::purgeByDate},
+      Command{Tool::UpdateDisplay, &P::verifyAndShow},
+      Command{Tool::ImportProcessTransactions, &P::importChosen},
+      Command{Tool::Export, &P::exportChosen},
+      Command{Tool::ViewWaiting, &P::toggle<&JobListFilter::waiting>},
+      Command{Tool::ViewWarnings, &P::toggle<&JobListFilter::warnings>},
+      Command{Tool::ViewError, &P::toggle<&JobListFilter::errors>},
+      Command{Tool::ViewDone, &P::toggle<&JobListFilter::done>},
+      Command{Tool::Options, &P::options},
+      Command{Tool::About, &P::about},
+      Command{Tool::End, &P::end},
+  };
+  static_assert([] {
+    for (std::size_t i = 0; i < toolCount; ++i)
+      if (indexOf(commands[i].tool) != i) return false;
+    return commands.size() == toolCount;
+  }());
+  const auto run = commands[indexOf(tool)].run;
+  const bool mayRun = tool == Tool::StopProcessing || (work_ == Work::None && state_.tool(tool).enabled);
+  if (mayRun && run != nullptr) (this->*run)();
 }
 
 void JobViewPresenter::key(JobViewKey key) {
@@ -255,13 +243,13 @@ void JobViewPresenter::key(JobViewKey key) {
     openCurrent();
     break;
   case JobViewKey::F2:
-    command("About");
+    command(Tool::About);
     break;
   case JobViewKey::F5:
     refreshAndShow();
     break;
   case JobViewKey::F9:
-    command("ProcessTransactions");
+    command(Tool::ProcessTransactions);
     break;
   case JobViewKey::Delete:
     // The permission takes away the tool only.
@@ -315,9 +303,9 @@ void JobViewPresenter::readDetails() {
   if (work_ != Work::None) return;
   std::vector<std::string> lines;
   const auto job = currentJob();
-  if (job && environment_.connection) {
+  if (job) {
     Findings findings;
-    if (!skip("Fehlertext", [&] { addLines(lines, readJobReasons(*environment_.connection, *job)); }))
+    if (!skip("Fehlertext", [&] { addLines(lines, readJobReasons(activeConnection(environment_), *job)); }))
       lines.emplace_back("Der Vorgang konnte nicht gelesen werden.");
     else if (!skip("checkJob", [&] {
                findings = engine_.checkJob(*job);
@@ -351,13 +339,13 @@ void JobViewPresenter::verify() {
 
 void JobViewPresenter::refresh() {
   const bool read = skip("job list", [this] {
-    if (!environment_.connection) throw StoreError("Es ist keine Datenbank verbunden.", 0);
+    Connection& connection = activeConnection(environment_);
     // An open handle goes on reading a file that nobody can find any more.
-    const auto files = environment_.connection->files();
+    const auto files = connection.files();
     if (!files.empty() && !std::filesystem::exists(files.front()))
       throw StoreError("Die Datenbankdatei wurde entfernt.", 0);
-    found_ = readJobList(*environment_.connection, filter_, order_);
-    state_.counts = countJobs(*environment_.connection);
+    found_ = readJobList(connection, filter_, order_);
+    state_.counts = countJobs(connection);
   });
   state_.databaseGone = !read;
   if (read) listRows();
@@ -368,6 +356,11 @@ void JobViewPresenter::refreshAndShow() {
   compose();
 }
 
+void JobViewPresenter::verifyAndShow() {
+  verify();
+  refreshAndShow();
+}
+
 void JobViewPresenter::listRows() {
   const auto current = currentJob();
   const auto words = wordsOf(searched_);
@@ -375,7 +368,7 @@ void JobViewPresenter::listRows() {
   state_.rows.clear();
   // What is sought may stand behind the jobs that were listed.
   const bool sought = beyondLimit() && !words.empty() && skip("search", [&] {
-                        state_.rows = findJobs(*environment_.connection, filter_, order_, wanted);
+                        state_.rows = findJobs(activeConnection(environment_), filter_, order_, wanted);
                       });
   if (!sought) std::ranges::copy_if(found_, std::back_inserter(state_.rows), wanted);
   ++state_.listing;
@@ -408,8 +401,7 @@ void JobViewPresenter::openCurrent() {
       if (canBeOpened(state_.rows[i])) following.push_back(state_.rows[i].jobId);
     bool next = false;
     skip("job dialog", [&] { next = windows_.openJob(jobId, !following.empty()) && !following.empty(); });
-    verify();
-    refreshAndShow();
+    verifyAndShow();
     if (!next) return;
     // The saved job may have changed its place: the next one is the one that followed it.
     state_.current.reset();
@@ -492,6 +484,11 @@ void JobViewPresenter::purge() {
   if (closeAsked_) windows_.closeWindow();
 }
 
+void JobViewPresenter::purgeByDate() {
+  skip("DeleteDate", [this] { windows_.deleteDate(); });
+  refreshAndShow();
+}
+
 void JobViewPresenter::importChosen() {
   std::optional<std::string> file;
   skip("file choice",
@@ -549,8 +546,13 @@ void JobViewPresenter::options() {
   compose();
 }
 
-void JobViewPresenter::toggle(bool JobListFilter::*state) {
-  filter_.*state = !(filter_.*state);
+void JobViewPresenter::about() {
+  skip("About", [this] { windows_.about(); });
+}
+
+template <bool JobListFilter::*State>
+void JobViewPresenter::toggle() {
+  filter_.*State = !(filter_.*State);
   refreshAndShow();
 }
 
@@ -577,22 +579,21 @@ void JobViewPresenter::compose() {
 }
 
 void JobViewPresenter::composeTools() {
-  state_.tools.assign(jobViewTools().size(), {});
-  const auto tool = [this](std::string_view name) -> ToolState& { return state_.tools[*findTool(name)]; };
-  for (ToolState& each : state_.tools) each.enabled = work_ == Work::None;
-  tool(stopTool).enabled = work_ == Work::Run && !stopAsked_;
-  tool("ViewWaiting").checked = filter_.waiting;
-  tool("ViewDone").checked = filter_.done;
-  tool("ViewWarnings").checked = filter_.warnings;
-  tool("ViewError").checked = filter_.errors;
-  tool("mnuEinzelnVerarbeiten").visible = state_.customerSpecific;
-  tool("Delete").visible = mayDelete_;
+  state_.tools.fill({.enabled = work_ == Work::None});
+  const auto tool = [this](Tool which) -> ToolState& { return state_.tools[indexOf(which)]; };
+  tool(Tool::StopProcessing).enabled = work_ == Work::Run && !stopAsked_;
+  tool(Tool::ViewWaiting).checked = filter_.waiting;
+  tool(Tool::ViewDone).checked = filter_.done;
+  tool(Tool::ViewWarnings).checked = filter_.warnings;
+  tool(Tool::ViewError).checked = filter_.errors;
+  tool(Tool::EinzelnVerarbeiten).visible = state_.customerSpecific;
+  tool(Tool::Delete).visible = mayDelete_;
   if (work_ != Work::None) return;
-  tool("ProcessTransactions").enabled = !mailComesIn_;
-  tool("UpdateDisplay").enabled = !mailComesIn_;
+  tool(Tool::ProcessTransactions).enabled = !mailComesIn_;
+  tool(Tool::UpdateDisplay).enabled = !mailComesIn_;
   const bool atJob = state_.listEnabled && state_.current.has_value();
-  tool("Delete").enabled = atJob;
-  tool(openTool).enabled = atJob && canBeOpened(state_.rows[*state_.current]);
+  tool(Tool::Delete).enabled = atJob;
+  tool(Tool::OpenJob).enabled = atJob && canBeOpened(state_.rows[*state_.current]);
 }
 
 void JobViewPresenter::composeTexts() {

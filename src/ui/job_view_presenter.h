@@ -47,9 +47,9 @@ struct ToolState {
 
 /// All that the window shows.
 struct JobViewState {
-  std::vector<ToolState> tools; ///< in the order of `jobViewTools`
-  std::vector<JobListRow> rows; ///< what is listed, after the search
-  std::uint64_t listing = 0;    ///< grows whenever `rows` is made anew
+  std::array<ToolState, toolCount> tools; ///< by `Tool`
+  std::vector<JobListRow> rows;           ///< what is listed, after the search
+  std::uint64_t listing = 0;              ///< grows whenever `rows` is made anew
   std::optional<std::size_t> current;
   bool listEnabled = true;
   JobColumn sortColumn = JobColumn::Eingangsdatum;
@@ -65,7 +65,7 @@ struct JobViewState {
   std::string details;         ///< `txtDetails`
   bool customerSpecific = false;
 
-  const ToolState& tool(std::string_view name) const;
+  const ToolState& tool(Tool tool) const { return tools[indexOf(tool)]; }
 };
 
 /// The keys that the list answers to.
@@ -114,7 +114,7 @@ public:
   /// as it can and closes the window.
   bool close(const WindowPlace& place);
 
-  void command(std::string_view tool);
+  void command(Tool tool);
   void key(JobViewKey key);
   void headClick(std::size_t column);
   void timerTick();
@@ -140,23 +140,32 @@ private:
   void verify();
   void refresh();
   void refreshAndShow();
+  void verifyAndShow();
   void listRows();
   void keepCurrent(const std::optional<std::string>& jobId, std::optional<std::size_t> place);
   void readPermissions();
   void openCurrent();
   void eraseCurrent();
   void process(qxProcessState selection);
+  template <qxProcessState Selection>
+  void processOnly() {
+    process(Selection);
+  }
   void tellJobsLeft();
   void processCustomersThenContracts();
   void stop();
   void purge();
+  void purgeByDate();
   void importChosen();
   void importFile(std::string_view file);
   bool maySetBack(std::string_view file);
   std::string readFile(std::string_view file);
   void exportChosen();
   void options();
-  void toggle(bool JobListFilter::*state);
+  void about();
+  void end() { windows_.closeWindow(); }
+  template <bool JobListFilter::*State>
+  void toggle();
   std::optional<std::string> currentJob() const;
   std::int64_t matchingJobs() const;
   bool beyondLimit() const;

@@ -42,36 +42,47 @@ const StateItem* itemOf(std::int16_t jobType) {
 }
 
 constexpr std::array tools{
-    ToolSpec{"ProcessTransactions", "&Alle Vorgänge verarbeiten",
+    ToolSpec{Tool::ProcessTransactions, "ProcessTransactions", "&Alle Vorgänge verarbeiten",
              "Prüft alle wartenden Vorgänge und schreibt sie in die Warenwirtschaft", "tool-process", "F9"},
-    ToolSpec{"mnuKunden", "&Kunden", "Verarbeitet nur die Kunden", "", ""},
-    ToolSpec{"mnuVerträge", "&Verträge", "Verarbeitet nur die Verträge", "", ""},
-    ToolSpec{"mnuKundenVerträge", "Kunden &und Verträge", "Verarbeitet die Kunden und dann die Verträge", "",
-             ""},
-    ToolSpec{"mnuAufträge", "Auf&träge", "Verarbeitet nur die Aufträge", "", ""},
-    ToolSpec{"mnuZubehör", "&Zubehöraufträge", "Verarbeitet nur die Zubehöraufträge", "", ""},
-    ToolSpec{"mnuEinzelnVerarbeiten", "&Einzeln verarbeiten", "Verarbeitet die Vorgänge einer Art", "", ""},
-    ToolSpec{stopTool, "A&nhalten", "Hält nach dem aktuellen Vorgang an; die übrigen bleiben wartend",
-             "tool-stop", ""},
-    ToolSpec{openTool, "&Öffnen", "Öffnet den gewählten Vorgang zum Prüfen und Berichtigen", "", "Eingabe"},
-    ToolSpec{"Delete", "&Löschen", "Löscht den gewählten Vorgang", "tool-delete", "Entf"},
-    ToolSpec{"DeleteViewDone", "&Erledigte löschen", "Löscht alle erledigten Vorgänge", "", ""},
-    ToolSpec{"DeleteDate", "Erledigte bis &Datum löschen...",
-             "Löscht die erledigten Vorgänge, die vor einem Tag eingegangen sind", "", ""},
-    ToolSpec{"UpdateDisplay", "Vorgänge &prüfen", "Liest die Liste neu und prüft den gewählten Vorgang",
-             "tool-check", ""},
-    ToolSpec{"ImportProcessTransactions", "&Einlesen...", "Liest eine Datei mit Vorgängen ein", "tool-import",
-             ""},
-    ToolSpec{"Export", "&Ausgeben...", "Schreibt alle Vorgänge in eine Datei", "tool-export", ""},
-    ToolSpec{"ViewWaiting", "&Wartend", "Zeigt die wartenden Vorgänge", "PROCESSING", "", true},
-    ToolSpec{"ViewWarnings", "War&nungen", "Zeigt die Vorgänge mit Warnungen", "WARNING", "", true},
-    ToolSpec{"ViewError", "&Fehler", "Zeigt die Vorgänge mit Fehlern", "ERROR", "", true},
-    ToolSpec{"ViewDone", "&Erledigt", "Zeigt die erledigten Vorgänge", "PROCESSED", "", true},
-    ToolSpec{"Options", "&Optionen...", "Legt fest, wie Vorgänge geprüft und verarbeitet werden",
-             "tool-options", ""},
-    ToolSpec{"About", "&Info...", "Zeigt die Version des Programms", "", "F2"},
-    ToolSpec{"End", "&Beenden", "Schließt das Fenster und gibt den Import für andere frei", "", ""},
+    ToolSpec{Tool::Kunden, "mnuKunden", "&Kunden", "Verarbeitet nur die Kunden"},
+    ToolSpec{Tool::Verträge, "mnuVerträge", "&Verträge", "Verarbeitet nur die Verträge"},
+    ToolSpec{Tool::KundenVerträge, "mnuKundenVerträge", "Kunden &und Verträge",
+             "Verarbeitet die Kunden und dann die Verträge"},
+    ToolSpec{Tool::Aufträge, "mnuAufträge", "Auf&träge", "Verarbeitet nur die Aufträge"},
+    ToolSpec{Tool::Zubehör, "mnuZubehör", "&Zubehöraufträge", "Verarbeitet nur die Zubehöraufträge"},
+    ToolSpec{Tool::EinzelnVerarbeiten, "mnuEinzelnVerarbeiten", "&Einzeln verarbeiten",
+             "Verarbeitet die Vorgänge einer Art"},
+    ToolSpec{Tool::StopProcessing, "StopProcessing", "A&nhalten",
+             "Hält nach dem aktuellen Vorgang an; die übrigen bleiben wartend", "tool-stop"},
+    ToolSpec{Tool::OpenJob, "OpenJob", "&Öffnen", "Öffnet den gewählten Vorgang zum Prüfen und Berichtigen",
+             "", "Eingabe"},
+    ToolSpec{Tool::Delete, "Delete", "&Löschen", "Löscht den gewählten Vorgang", "tool-delete", "Entf"},
+    ToolSpec{Tool::DeleteViewDone, "DeleteViewDone", "&Erledigte löschen", "Löscht alle erledigten Vorgänge"},
+    ToolSpec{Tool::DeleteDate, "DeleteDate", "Erledigte bis &Datum löschen...",
+             "Löscht die erledigten Vorgänge, die vor einem Tag eingegangen sind"},
+    ToolSpec{Tool::UpdateDisplay, "UpdateDisplay", "Vorgänge &prüfen",
+             "Liest die Liste neu und prüft den gewählten Vorgang", "tool-check"},
+    ToolSpec{Tool::ImportProcessTransactions, "ImportProcessTransactions", "&Einlesen...",
+             "Liest eine Datei mit Vorgängen ein", "tool-import"},
+    ToolSpec{Tool::Export, "Export", "&Ausgeben...", "Schreibt alle Vorgänge in eine Datei", "tool-export"},
+    ToolSpec{Tool::ViewWaiting, "ViewWaiting", "&Wartend", "Zeigt die wartenden Vorgänge", "PROCESSING", "",
+             true},
+    ToolSpec{Tool::ViewWarnings, "ViewWarnings", "War&nungen", "Zeigt die Vorgänge mit Warnungen", "WARNING",
+             "", true},
+    ToolSpec{Tool::ViewError, "ViewError", "&Fehler", "Zeigt die Vorgänge mit Fehlern", "ERROR", "", true},
+    ToolSpec{Tool::ViewDone, "ViewDone", "&Erledigt", "Zeigt die erledigten Vorgänge", "PROCESSED", "", true},
+    ToolSpec{Tool::Options, "Options", "&Optionen...",
+             "Legt fest, wie Vorgänge geprüft und verarbeitet werden", "tool-options"},
+    ToolSpec{Tool::About, "About", "&Info...", "Zeigt die Version des Programms", "", "F2"},
+    ToolSpec{Tool::End, "End", "&Beenden", "Schließt das Fenster und gibt den Import für andere frei"},
 };
+
+constexpr bool inOrder() {
+  for (std::size_t i = 0; i < tools.size(); ++i)
+    if (indexOf(tools[i].tool) != i) return false;
+  return true;
+}
+static_assert(tools.size() == toolCount && inOrder());
 
 } // namespace
 
@@ -117,11 +128,6 @@ std::string cellText(const JobListRow& row, JobColumn column) {
   return {};
 }
 
-std::span<const ToolSpec> jobViewTools() { return tools; }
-
-std::optional<std::size_t> findTool(std::string_view name) {
-  const auto* const found = std::ranges::find(tools, name, &ToolSpec::name);
-  return found == tools.end() ? std::nullopt : std::optional(static_cast<std::size_t>(found - tools.begin()));
-}
+std::span<const ToolSpec, toolCount> jobViewTools() { return tools; }
 
 } // namespace qx

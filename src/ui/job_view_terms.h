@@ -46,23 +46,48 @@ std::string_view statePicture(std::int16_t jobType);
 /// The text of a cell; empty for the picture column.
 std::string cellText(const JobListRow& row, JobColumn column);
 
-/// One tool of the menu bar. Texts are literals; the access key is marked with '&'.
+/// The tools of the menu bar, in the order of `jobViewTools`.
+enum class Tool : std::uint8_t {
+  ProcessTransactions,
+  Kunden,
+  Verträge,
+  KundenVerträge,
+  Aufträge,
+  Zubehör,
+  EinzelnVerarbeiten, ///< the heading above the runs of one kind; not a command
+  StopProcessing,     ///< ends a run after the current job
+  OpenJob,
+  Delete,
+  DeleteViewDone,
+  DeleteDate,
+  UpdateDisplay,
+  ImportProcessTransactions,
+  Export,
+  ViewWaiting,
+  ViewWarnings,
+  ViewError,
+  ViewDone,
+  Options,
+  About,
+  End,
+};
+
+inline constexpr std::size_t toolCount = 22;
+
+constexpr std::size_t indexOf(Tool tool) { return static_cast<std::size_t>(tool); }
+
+/// What the clerk sees of a tool. Texts are literals; the access key is marked with '&'.
 struct ToolSpec {
-  std::string_view name;
+  Tool tool;
+  std::string_view name; ///< the object name in the window
   std::string_view caption;
   std::string_view tip;
-  std::string_view picture; ///< empty for none
-  std::string_view key;     ///< the key of the list that does the same, as shown in the menu; empty for none
+  std::string_view picture{}; ///< empty for none
+  std::string_view key{}; ///< the key of the list that does the same, as shown in the menu; empty for none
   bool checkable = false;
 };
 
-/// The name of the tool that ends a run after the current job.
-inline constexpr std::string_view stopTool = "StopProcessing";
-/// The name of the tool that opens the current job.
-inline constexpr std::string_view openTool = "OpenJob";
-
-std::span<const ToolSpec> jobViewTools();
-/// The place of a tool in `jobViewTools`; null for an unknown name.
-std::optional<std::size_t> findTool(std::string_view name);
+std::span<const ToolSpec, toolCount> jobViewTools();
+inline const ToolSpec& toolSpec(Tool tool) { return jobViewTools()[indexOf(tool)]; }
 
 } // namespace qx

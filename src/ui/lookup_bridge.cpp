@@ -1,6 +1,7 @@
 #include "ui/lookup_bridge.h"
 
-#include "rules/german_text.h"
+#include "model/text.h"
+#include "platform/show_message.h"
 
 #include <algorithm>
 #include <array>
@@ -102,7 +103,7 @@ std::vector<std::string> LookupBridge::open(std::string_view lookup, std::string
                                             LookupDocument document) {
   const std::optional<LookupRequest> request = requestOf(lookup, context, document);
   if (!request) {
-    environment_.desktop.show({"Diese Auskunft wird nicht unterstützt!"});
+    showMessage(environment_, {"Diese Auskunft wird nicht unterstützt!"});
     return {};
   }
   const auto failed = [&](std::string_view cause) {

@@ -1,8 +1,8 @@
 #include "ui/options_dialog_presenter.h"
 
+#include "model/german_text.h"
 #include "platform/german_cause.h"
 #include "platform/show_message.h"
-#include "rules/german_text.h"
 
 #include <algorithm>
 #include <array>

@@ -70,8 +70,8 @@ void reportRules(FindingList& list, std::span<const RuleLine> lines, const Findi
 } // namespace
 
 OrderDialogPresenter::OrderDialogPresenter(const DialogContext& context)
-    : AddressedJobDialogPresenter(context), masterData_(context.environment), positions_(context, findings_) {
-}
+    : AddressedJobDialogPresenter(context, {.grid = &positions_, .checks = &positions_}),
+      masterData_(context.environment), positions_(context, findings_) {}
 
 std::span<const ControlGroup> OrderDialogPresenter::groups() const { return orderGroups; }
 
@@ -113,15 +113,6 @@ void OrderDialogPresenter::loadPositions() {
     for (auto& [code, name] : editing().units()) units.rows.push_back({std::move(name), std::move(code)});
   });
   positions_.load(jobId(), job().positions, std::move(units), std::move(context));
-}
-
-void OrderDialogPresenter::checkMore(std::size_t count) {
-  positions_.checkMore(count);
-  if (!positions_.failure().empty()) tellUnchecked(positions_.failure());
-}
-
-std::optional<CheckStatus> OrderDialogPresenter::verdict() const {
-  return positions_.failure().empty() ? AddressedJobDialogPresenter::verdict() : std::nullopt;
 }
 
 void OrderDialogPresenter::check(std::string_view control) {
@@ -178,7 +169,7 @@ void OrderDialogPresenter::checkCustomerCodes() {
   checkOne("ZAK", "Zahlungsart", masterData_.paymentMethodOfCustomer(customer));
 }
 
-void OrderDialogPresenter::store() {
+void OrderDialogPresenter::store(std::string_view& failure) {
   std::vector<ColumnChange> all = changes();
   if (const auto found = verdict()) {
     const Value status(static_cast<std::int16_t>(*found));
@@ -187,6 +178,7 @@ void OrderDialogPresenter::store() {
   }
   editing().save(jobId(), all);
   if (positions_.changed()) editing().savePositions(jobId(), positions_.positions());
+  storeAddresses(failure);
 }
 
 void OrderDialogPresenter::stored() {

@@ -16,17 +16,14 @@ public:
   std::span<const ControlGroup> groups() const override;
   std::string title() const override;
   bool changed() const override;
-  JobGrid* grid() override { return &positions_; }
-  std::size_t checksLeft() const override { return positions_.checksLeft(); }
-  void checkMore(std::size_t count) override;
-  std::optional<CheckStatus> verdict() const override;
 
 protected:
   bool isDone(std::int16_t jobType) const override { return jobType == qxtJobAufträgeDone; }
   bool createsAddresses() const override { return false; }
   void fill() override;
   void check(std::string_view control) override;
-  void store() override;
+  void prepareSaving() override { checkMore(checksLeft()); }
+  void store(std::string_view& failure) override;
   void stored() override;
   void reportUnknownCustomer(const std::string& number) override;
   void compareCustomer(const Adresse& stored) override;

@@ -1,9 +1,11 @@
 #include "ui/position_grid.h"
 
+#include "engine/order_texts.h"
+#include "model/german_text.h"
+#include "model/text.h"
 #include "platform/german_cause.h"
 #include "platform/whole_number.h"
 #include "rules/active_connection.h"
-#include "rules/german_text.h"
 #include "rules/stock.h"
 #include "ui/lookup_bridge.h"
 #include "ui/position_details.h"

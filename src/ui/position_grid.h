@@ -7,8 +7,8 @@
 #include "rules/stock.h"
 #include "store/entry_objects.h"
 #include "ui/control.h"
+#include "ui/dialog_context.h"
 #include "ui/finding_list.h"
-#include "ui/job_dialog_presenter.h"
 #include "ui/job_grid.h"
 
 #include <map>
@@ -33,7 +33,7 @@ struct PositionContext {
 
 /// The positions in the order of their numbers, each checked against stock, cost assignment and price.
 /// Findings go to the dialog's list under the key of their position.
-class PositionGrid final : public JobGrid {
+class PositionGrid final : public JobGrid, public StepwiseChecks {
 public:
   PositionGrid(const DialogContext& context, FindingList& findings)
       : environment_(context.environment), engine_(context.engine), lookups_(context.lookups),
@@ -43,11 +43,10 @@ public:
   void load(std::string_view jobId, StagedRows positions, ComboRows units, PositionContext context);
   /// Another customer has other prices: every position is to be checked again.
   void setCustomer(std::string_view customer);
-  std::size_t checksLeft() const { return unchecked_.size(); }
-  void checkMore(std::size_t count);
+  std::size_t checksLeft() const override { return unchecked_.size(); }
+  void checkMore(std::size_t count) override;
   void checkCount();
-  /// Why the check of a position could not be made, for the clerk; empty when all could be made.
-  std::string failure() const { return failed_.empty() ? std::string() : failure_; }
+  std::string failure() const override { return failed_.empty() ? std::string() : failure_; }
 
   const StagedRows& positions() const { return positions_; }
   bool changed() const { return !(positions_ == stored_); }

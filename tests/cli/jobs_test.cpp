@@ -86,6 +86,18 @@ TEST_F(Jobs, AreShownToPeopleWithPositionsAndFindings) {
   EXPECT_NE(sheet.output.find("  Kundengruppe: 'NEU' ist nicht angelegt.\n"), std::string::npos);
 }
 
+TEST_F(Jobs, ColumnsCountWideCharactersTwiceAndCombiningMarksNotAtAll) {
+  ASSERT_EQ(stage(R"([{"type":"Kunde","JobID":"W","Bez1":"\u6771\u4EAC\u5546\u4F1A","Betreff":"a"},
+                      {"type":"Kunde","JobID":"Z","Bez1":"Mu\u0308ller","Betreff":"b"},
+                      {"type":"Kunde","JobID":"L","Bez1":"\u6771\u4EAC\u6771\u4EAC\u6771\u4EAC\u6771\u4EAC\u6771\u4EAC\u6771xyz","Betreff":"c"}])")
+                .status,
+            0);
+  const std::string output = run({"list"}).output;
+  EXPECT_NE(output.find("東京商会" + std::string(16 + 2, ' ') + "a\n"), std::string::npos) << output;
+  EXPECT_NE(output.find("Mu\u0308ller" + std::string(18 + 2, ' ') + "b\n"), std::string::npos) << output;
+  EXPECT_NE(output.find("東京東京東京東京東京東xy  c\n"), std::string::npos) << output;
+}
+
 TEST_F(Jobs, AreCheckedWithoutBeingChanged) {
   ASSERT_EQ(stage(R"([{"type":"Kunde","JobID":"K1","Kundennummer":"1","Kundengruppe":"NEU","Vertreter1":"9"},
                       {"type":"Kunde","JobID":"K2"},{"type":"Kunde","JobID":"K3","Kundennummer":"3"}])")

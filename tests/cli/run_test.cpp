@@ -13,8 +13,8 @@ namespace qx {
 namespace {
 
 std::string identityOfThisProcess() {
-  const ProcFileSystem processes;
-  return ProcessIdentity(MachineName::read(), processes).sessionId();
+  const erp::ProcFileSystem processes;
+  return erp::ProcessIdentity(erp::MachineName::read(), processes).sessionId();
 }
 
 /// What a process had that has ended.
@@ -28,7 +28,7 @@ std::string identityOfADeadProcess() {
     _exit(written == static_cast<ssize_t>(identity.size()) ? 0 : 1);
   }
   waitpid(child, nullptr, 0);
-  std::string identity(ProcessIdentity::length, ' ');
+  std::string identity(erp::ProcessIdentity::length, ' ');
   const ssize_t length = read(ends[0], identity.data(), identity.size());
   close(ends[0]);
   close(ends[1]);

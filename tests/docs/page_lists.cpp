@@ -118,7 +118,7 @@ void printWhatDoesNotTravel() {
 
 void printLookups() {
   std::cout << "=== lookups\n\n| record source | table | searched |\n|---|---|---|\n";
-  for (const LookupSource& source : lookupSources())
+  for (const erp::LookupSource& source : erp::lookupSources())
     std::cout << "| `" << source.name << "` | `" << source.table << "` | "
               << joined({source.searched.begin(), source.searched.end()}, false) << " |\n";
   std::cout << '\n';
@@ -184,15 +184,15 @@ void printOptionHints(bool customerSpecific) {
 
 void printTables() {
   std::cout << "=== tables\n\n| group | tables |\n|---|---|\n";
-  const auto row = [](std::string_view group, std::span<const SchemaTable> tables) {
+  const auto row = [](std::string_view group, std::span<const erp::SchemaTable> tables) {
     Names names;
-    for (const SchemaTable& table : tables) names.push_back(table.name);
+    for (const erp::SchemaTable& table : tables) names.push_back(table.name);
     std::cout << "| " << group << " | " << joined(names, false) << " |\n";
   };
-  row("staging", stagingTables());
-  row("customers and contracts", customerTables());
-  row("orders", orderTables());
-  row("components", componentTables());
+  row("staging", erp::stagingTables());
+  row("customers and contracts", erp::customerTables());
+  row("orders", erp::orderTables());
+  row("components", erp::componentTables());
   std::cout << '\n';
 }
 

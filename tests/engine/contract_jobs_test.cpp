@@ -13,9 +13,10 @@ using ::testing::ElementsAre;
 class ContractJobs : public OrderTest {
 protected:
   ContractJobs() {
-    TableFiller(connection(), "Vertragsarten").add({{"Vertragsart", "WA"}, {"Kurztext", "Wartung"}});
-    TableFiller(connection(), "Vertragsgegenstände").add({{"VertrGegenstandsNr", "G1"}, {"Bez", "Anlage"}});
-    TableFiller(connection(), "VertragsGegenständePos")
+    erp::TableFiller(connection(), "Vertragsarten").add({{"Vertragsart", "WA"}, {"Kurztext", "Wartung"}});
+    erp::TableFiller(connection(), "Vertragsgegenstände")
+        .add({{"VertrGegenstandsNr", "G1"}, {"Bez", "Anlage"}});
+    erp::TableFiller(connection(), "VertragsGegenständePos")
         .add({{"VertrGegenstandsNr", "G1"}, {"Vertragsart", "WA"}});
   }
   void stageContract(std::string_view jobId, const std::function<void(VertragFields&)>& change = {}) {

@@ -207,9 +207,9 @@ TEST_F(CustomerJobs, ARefusedAddressLeavesNoCustomerBehind) {
 }
 
 TEST_F(CustomerJobs, OnAHostsConnectionAFailureTakesBackWhatStoodAlready) {
-  TableFiller(connection(), "Kundenstamm")
+  erp::TableFiller(connection(), "Kundenstamm")
       .add({{"Kundennummer", "70001"}, {"Bez1", "Alt"}, {"Telefon", "1"}, {"ÄndUser", "Anna"}});
-  TableFiller(connection(), "Adressenstamm").add({{"Kundennummer", "70001"}, {"Adressnummer", "2"}});
+  erp::TableFiller(connection(), "Adressenstamm").add({{"Kundennummer", "70001"}, {"Adressnummer", "2"}});
   refuse("INSERT ON Adressenstamm WHEN new.Adressnummer = '3'"_sql, "'Adresse gesperrt'"_sql);
   refuse("UPDATE ON ImportKopf WHEN new.JobID = 'DONE' And new.JobType = 13"_sql, "'nie fertig'"_sql);
   const auto withAddresses = [](const char* last) {
@@ -327,7 +327,7 @@ TEST_F(CustomerJobs, TheProofListsItsFindingsInOrderAndTakesTheWorst) {
 
 TEST_F(CustomerJobs, TheProofComparesOnlyWhatTheJobSpeaksOf) {
   erp.setOption("KundeAdressProof", "1");
-  TableFiller(connection(), "Kundenstamm")
+  erp::TableFiller(connection(), "Kundenstamm")
       .add({{"Kundennummer", "70001"}, {"Bez1", "Alt"}, {"Strasse", "Kai 1"}, {"Ort", "Kiel"}});
   stageCustomer("J1", "70001");
   connection().execute(sql("Update ImportKopf Set Bez1 = Null, Strasse = '', PLZ = Null, Ort = 'Kiel'"_sql));
@@ -338,8 +338,8 @@ TEST_F(CustomerJobs, TheProofComparesOnlyWhatTheJobSpeaksOf) {
 
 TEST_F(CustomerJobs, WhatAJobEmptiesAndCannotStoreIsAHintThatChangesNothing) {
   erp.setOption("AutomatischVerarbeiten", "1");
-  TableFiller(connection(), "Währungen").add({{"Währung", "USD"}, {"Wechselkurs", 1.1}});
-  TableFiller(connection(), "Kundenstamm")
+  erp::TableFiller(connection(), "Währungen").add({{"Währung", "USD"}, {"Wechselkurs", 1.1}});
+  erp::TableFiller(connection(), "Kundenstamm")
       .add({{"Kundennummer", "70001"},
             {"Telefon", "040 1"},
             {"Ort", "Kiel"},
@@ -374,7 +374,7 @@ TEST_F(CustomerJobs, WhatAJobEmptiesAndCannotStoreIsAHintThatChangesNothing) {
 }
 
 TEST_F(CustomerJobs, AJobThatKeepsTheMasterOrSaysTheSameHasNoHint) {
-  TableFiller(connection(), "Kundenstamm")
+  erp::TableFiller(connection(), "Kundenstamm")
       .add({{"Kundennummer", "70001"}, {"Telefon", "040 1"}, {"Währung", "CHF"}, {"ZahlungsbedSchl", "30"}});
   stageCustomer("J1", "70001", [](KundeFields& job) {
     job.Währung = "chf";
@@ -401,7 +401,7 @@ TEST_F(CustomerJobs, ANewCustomerAbroadIsCreatedAsADomesticOneWithAHint) {
 }
 
 TEST_F(CustomerJobs, TaxFreeCustomersNeedATaxNumberAndNetPrices) {
-  TableFiller(connection(), "Kundenstamm")
+  erp::TableFiller(connection(), "Kundenstamm")
       .add({{"Kundennummer", "70001"}, {"MwSt_KZ", "EU"}, {"Preistyp", 1}, {"Ort", "Lyon"}});
   const std::string noNumber = "Der Kunde ist steuerfrei (MwSt_KZ 'EU'), hat aber keine UstIdentNr.";
   const std::string gross = "Bruttopreise (Preistyp 1) bei einem Kunden, der nicht im Inland besteuert wird "

@@ -21,8 +21,8 @@ class DemoErp : public TestErp {
 public:
   DemoErp() {
     WorkUnit unit(connection());
-    fillDemoData(connection());
-    stageDemoJobs(connection(), makeDate(2026, 11, 24));
+    erp::fillDemoData(connection());
+    erp::stageDemoJobs(connection(), makeDate(2026, 11, 24));
     unit.commit();
     engine.setOutcomeSink([this](const JobOutcome& outcome) { note(outcome.findings); });
   }

@@ -23,7 +23,7 @@ TEST_F(OrderCheckTest, FindingsComeInTheOrderOfTheSteps) {
   erp.setOption("KostenzuordnungAuftrag", "1");
   erp.setOption("WarnungLagerbestand", "1");
   erp.setSetting("Kostenzuordnung", "Kundenauftrag", "3");
-  TableFiller(connection(), "Artikellager")
+  erp::TableFiller(connection(), "Artikellager")
       .add({{"Artikelnummer", "A100"}, {"Lagernummer", "1"}, {"Lagerbestand", 5.0}, {"MitBestand", true}});
   stageOrder("O1", [](AuftragFields& job) {
     job.Bemerkung = "Notiz";
@@ -83,7 +83,7 @@ TEST_F(OrderCheckTest, CurrencyAndTaxThatTheSenderMayNotExpectAreHints) {
 }
 
 TEST_F(OrderCheckTest, AnOrderInTheHomeCurrencyOrInAnotherWithARateHasNoHint) {
-  TableFiller(connection(), "Währungen").add({{"Währung", "CHF"}, {"Wechselkurs", 0.95}});
+  erp::TableFiller(connection(), "Währungen").add({{"Währung", "CHF"}, {"Wechselkurs", 0.95}});
   connection().execute(sql("Delete From Währungen Where Währung = 'EUR'"_sql));
   stageOrder("O1", [](AuftragFields& job) { job.Währung = "eur"; });
   EXPECT_EQ(engine.checkJob("O1").hints(), std::vector<std::string>());
@@ -121,12 +121,12 @@ TEST_F(OrderCheckTest, AFailingPriceAndMissingPositionsAreErrors) {
 TEST_F(OrderCheckTest, AStockOfSeveralStoresIsComparedWithoutItsBinaryRemainder) {
   erp.setOption("WarnungLagerbestand", "1");
   for (const auto& [store, stock] : {std::pair{"1", 0.7}, {"2", 0.1}})
-    TableFiller(connection(), "Artikellager")
+    erp::TableFiller(connection(), "Artikellager")
         .add({{"Artikelnummer", "B200"},
               {"Lagernummer", store},
               {"Lagerbestand", stock},
               {"MitBestand", true}});
-  TableFiller(connection(), "Verkaufspreise")
+  erp::TableFiller(connection(), "Verkaufspreise")
       .add({{"Artikelnummer", "B200"}, {"Preis", 4.99}, {"Preisliste", ""}, {"Kundennummer", ""}});
   stageOrder("O1");
   stagePosition("O1", 1, "B200", 0.8);
@@ -138,12 +138,12 @@ TEST_F(OrderCheckTest, AStockOfSeveralStoresIsComparedWithoutItsBinaryRemainder)
 
 TEST_F(OrderCheckTest, StockIsComparedInTheUnitOfTheOrder) {
   erp.setOption("WarnungLagerbestand", "1");
-  TableFiller(connection(), "Artikellager")
+  erp::TableFiller(connection(), "Artikellager")
       .add({{"Artikelnummer", "A100"}, {"Lagernummer", "1"}, {"Lagerbestand", 24.0}, {"MitBestand", true}});
-  TableFiller(connection(), "Mengeneinheiten").add({{"Mengeneinheit", "KAR"}});
-  TableFiller(connection(), "MengeneinheitenAltern")
+  erp::TableFiller(connection(), "Mengeneinheiten").add({{"Mengeneinheit", "KAR"}});
+  erp::TableFiller(connection(), "MengeneinheitenAltern")
       .add({{"Alternativ", "Karton"}, {"Mengeneinheit", "KAR"}});
-  TableFiller(connection(), "Umrechnungen")
+  erp::TableFiller(connection(), "Umrechnungen")
       .add({{"Artikelnummer", "A100"}, {"Mengeneinheit", "KAR"}, {"Basiseinheit", "ST"}, {"Faktor", 12.0}});
   struct Case {
     double quantity;
@@ -177,7 +177,7 @@ public:
 };
 
 TEST_F(OrderCheckTest, OnlyAMissingConversionIsNoFindingOfTheStock) {
-  TableFiller(connection(), "Artikellager")
+  erp::TableFiller(connection(), "Artikellager")
       .add({{"Artikelnummer", "A100"}, {"Lagernummer", "1"}, {"Lagerbestand", 24.0}, {"MitBestand", true}});
   RaisingConversions conversions;
   const auto session = std::make_shared<FixedSession>();
@@ -206,7 +206,7 @@ TEST_F(OrderCheckTest, OnlyAMissingConversionIsNoFindingOfTheStock) {
 
 TEST_F(OrderCheckTest, CreditLimitsCountWhenTheyAreReached) {
   erp.setOption("KreditlimitAuftrag", "1");
-  TableFiller(connection(), "OffenePosten")
+  erp::TableFiller(connection(), "OffenePosten")
       .add({{"Kundennummer", "20001"},
             {"Belegnummer", "1"},
             {"Betrag", *Money::parse("500")},
@@ -232,7 +232,7 @@ TEST_F(OrderCheckTest, CreditLimitsCountWhenTheyAreReached) {
   EXPECT_EQ(checked("", "0"), "Der Vorgang konnte nicht geprüft werden: Das Kreditlimit '1.000' ist nicht "
                               "eindeutig: 1000 oder 1.\r\n");
   EXPECT_EQ(checked("501", "0"), "") << "with a limit of their own";
-  TableFiller(connection(), "Währungen").add({{"Währung", "USD"}, {"Wechselkurs", 1.25}});
+  erp::TableFiller(connection(), "Währungen").add({{"Währung", "USD"}, {"Wechselkurs", 1.25}});
   connection().execute(sql("Update Kundenstamm Set Währung = 'USD'"_sql));
   // 625 USD are 500 EUR.
   EXPECT_EQ(checked("625", "0"), "Kreditlimit 1 ist überschritten (Warnhinweis)\r\n");
@@ -241,8 +241,8 @@ TEST_F(OrderCheckTest, CreditLimitsCountWhenTheyAreReached) {
 
 TEST_F(OrderCheckTest, AConvertedCreditLimitIsReachedExactly) {
   erp.setOption("KreditlimitAuftrag", "1");
-  TableFiller(connection(), "Währungen").add({{"Währung", "USD"}, {"Wechselkurs", 1.1}});
-  TableFiller(connection(), "OffenePosten")
+  erp::TableFiller(connection(), "Währungen").add({{"Währung", "USD"}, {"Wechselkurs", 1.1}});
+  erp::TableFiller(connection(), "OffenePosten")
       .add({{"Kundennummer", "20001"},
             {"Belegnummer", "1"},
             {"Betrag", *Money::parse("110")},
@@ -258,7 +258,7 @@ TEST_F(OrderCheckTest, AConvertedCreditLimitIsReachedExactly) {
 TEST_F(OrderCheckTest, ACostAssignmentThatDoesNotFitIsFoundMissing) {
   erp.setOption("KostenzuordnungAuftrag", "1");
   erp.setSetting("Kostenzuordnung", "Kundenauftrag", "1");
-  TableFiller(connection(), "Kostenzuordnung").add({{"KostID", 1}, {"Kostenstelle", "S1"}});
+  erp::TableFiller(connection(), "Kostenzuordnung").add({{"KostID", 1}, {"Kostenstelle", "S1"}});
   stageOrderOf("O1");
   connection().execute(sql("Update ImportPos Set KostID = 4294967297"_sql));
   EXPECT_EQ(engine.checkJob("O1").text(), "Kostenzuordnung\r\n");

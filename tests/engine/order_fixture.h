@@ -17,7 +17,7 @@ protected:
     fillCodes();
     fillArticles();
     fillPrices();
-    TableFiller(connection(), "Kundenstamm")
+    erp::TableFiller(connection(), "Kundenstamm")
         .add({{"Kundennummer", "20001"},
               {"Suchbegriff", "HAFENBAU"},
               {"Bez1", "Hafenbau GmbH"},
@@ -39,22 +39,23 @@ protected:
   }
 
   void fillCodes() {
-    TableFiller(connection(), "Versandtexte").add({{"Versandart", "PO"}, {"Kurztext", "Paket"}});
-    TableFiller(connection(), "Versandtexte").add({{"Versandart", "SP"}, {"Kurztext", "Spedition"}});
-    TableFiller(connection(), "Zahlungsarten").add({{"Zahlungsart", "RE"}, {"Kurztext", "Rechnung"}});
-    TableFiller(connection(), "Zahlungsarten").add({{"Zahlungsart", "NN"}, {"Kurztext", "Per NACHNAHME"}});
-    TableFiller(connection(), "Zahlungsbedingungen").add({{"ZahlbedSchl", "30"}, {"NettoTage", 30}});
-    TableFiller(connection(), "Vertreter").add({{"VertreterNr", "01"}, {"Bez1", "Berg"}});
-    TableFiller(connection(), "Vertreter")
+    erp::TableFiller(connection(), "Versandtexte").add({{"Versandart", "PO"}, {"Kurztext", "Paket"}});
+    erp::TableFiller(connection(), "Versandtexte").add({{"Versandart", "SP"}, {"Kurztext", "Spedition"}});
+    erp::TableFiller(connection(), "Zahlungsarten").add({{"Zahlungsart", "RE"}, {"Kurztext", "Rechnung"}});
+    erp::TableFiller(connection(), "Zahlungsarten")
+        .add({{"Zahlungsart", "NN"}, {"Kurztext", "Per NACHNAHME"}});
+    erp::TableFiller(connection(), "Zahlungsbedingungen").add({{"ZahlbedSchl", "30"}, {"NettoTage", 30}});
+    erp::TableFiller(connection(), "Vertreter").add({{"VertreterNr", "01"}, {"Bez1", "Berg"}});
+    erp::TableFiller(connection(), "Vertreter")
         .add({{"VertreterNr", "02"}, {"Bez1", "Tal"}, {"AnteilVertreter", 50.0}});
-    TableFiller(connection(), "Kreditinstitute")
+    erp::TableFiller(connection(), "Kreditinstitute")
         .add({{"Bankleitzahl", "90000001"}, {"Kreditinstitut", "Musterbank"}});
-    TableFiller(connection(), "Kreditinstitute")
+    erp::TableFiller(connection(), "Kreditinstitute")
         .add({{"Bankleitzahl", "90000002"}, {"Kreditinstitut", "Andere Bank"}});
   }
 
   void fillArticles() {
-    TableFiller articles(connection(), "Artikelstamm");
+    erp::TableFiller articles(connection(), "Artikelstamm");
     const auto add = [&](const char* number, const char* tax, double weight, bool discountable) {
       articles.begin({{"Artikelnummer", number},
                       {"Bez", std::string("Artikel ") + number},
@@ -84,7 +85,7 @@ protected:
   }
 
   void fillPrices() {
-    TableFiller prices(connection(), "Verkaufspreise");
+    erp::TableFiller prices(connection(), "Verkaufspreise");
     const auto price = [&](const char* article, double from, double amount) {
       prices.begin({{"Preisliste", "A"},
                     {"Kundennummer", ""},

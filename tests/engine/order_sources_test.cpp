@@ -28,14 +28,14 @@ protected:
     return values;
   }
   void addRange(int circle, int drawn) {
-    TableFiller(connection(), "Nummernkreise")
+    erp::TableFiller(connection(), "Nummernkreise")
         .add({{"NSchl", "AB"}, {"Buchungskreis", circle}, {"Aktiviert", true}, {"aktuellerWert", drawn}});
   }
 };
 
 TEST_F(OrderSources, TheBookingCircleIsAskedOnceOrForEachOrder) {
   addRange(2, 500);
-  TableFiller(connection(), "Benutzer").add({{"UserName", "pruefer"}, {"Buchungskreis", 1}});
+  erp::TableFiller(connection(), "Benutzer").add({{"UserName", "pruefer"}, {"Buchungskreis", 1}});
   // The user moves to another circle while the run is under way.
   connection().execute(sql("CREATE TRIGGER move AFTER INSERT ON Belegindex BEGIN Update Benutzer Set "
                            "Buchungskreis = 2; END"_sql));
@@ -62,9 +62,9 @@ TEST_F(OrderSources, WithoutACurrencySettingMarksAreTheHomeCurrency) {
 
 TEST_F(OrderSources, AMarkedOrderOfTheCollectingCustomerHasTheCircleOfItsRep) {
   addRange(2, 500);
-  TableFiller(connection(), "Vertreter").add({{"VertreterNr", "2"}, {"Bez1", "See"}});
+  erp::TableFiller(connection(), "Vertreter").add({{"VertreterNr", "2"}, {"Bez1", "See"}});
   for (const char* number : {"14999", "1499900"})
-    TableFiller(connection(), "Kundenstamm").add({{"Kundennummer", number}, {"Preisliste", "A"}});
+    erp::TableFiller(connection(), "Kundenstamm").add({{"Kundennummer", number}, {"Preisliste", "A"}});
   const auto ofRep = [](const char* customer, const char* mark) {
     return [=](AuftragFields& job) {
       job.Kundennummer = customer;
@@ -81,7 +81,7 @@ TEST_F(OrderSources, AMarkedOrderOfTheCollectingCustomerHasTheCircleOfItsRep) {
 }
 
 TEST_F(OrderSources, TheDateOfReceiptDecidesTheTaxKey) {
-  TableFiller(connection(), "Steuerschlüssel").add({{"Steuerschlüssel", 4}, {"MwSt_Satz", 21.0}});
+  erp::TableFiller(connection(), "Steuerschlüssel").add({{"Steuerschlüssel", 4}, {"MwSt_Satz", 21.0}});
   connection().execute(
       sql("Update Steuerschlüsselzuordnung Set SteuerschlüsselNeu = 4 Where MwStKZArtikel = 'V'"_sql));
   connection().execute(sql("Update Kundenstamm Set Auftragsrabatt = 0"_sql));
@@ -174,7 +174,7 @@ TEST_F(OrderSources, BankDataAreOneAccountWithTheNameOfItsCode) {
 }
 
 TEST_F(OrderSources, TheTwoTextsOfAnOrderAreItsOwnAndOthersOnlyOfTheSameCustomer) {
-  TableFiller(connection(), "Kundenstamm")
+  erp::TableFiller(connection(), "Kundenstamm")
       .add({{"Kundennummer", "14888"}, {"Bez1", "Barverkauf"}, {"Preisliste", "A"}});
   for (const char* customer : {"20001", "14888"}) {
     stagePlain(std::string(customer) + "A", [customer](AuftragFields& job) {
@@ -194,7 +194,7 @@ TEST_F(OrderSources, TheTwoTextsOfAnOrderAreItsOwnAndOthersOnlyOfTheSameCustomer
 }
 
 TEST_F(OrderSources, AKeyIsWrittenOnlyWithItsOwnAddress) {
-  TableFiller(connection(), "Adressenstamm")
+  erp::TableFiller(connection(), "Adressenstamm")
       .add({{"Kundennummer", "20001"}, {"Adressnummer", "7"}, {"Bez1", "Lager Nord"}});
   const auto addressed = [](const char* key, const char* town) {
     return [=](AuftragFields& job) {
@@ -239,8 +239,8 @@ TEST_F(OrderSources, ThePurchasePriceIsThatOfTheQuantityInThePurchaseUnit) {
 }
 
 TEST_F(OrderSources, GapsInTheMasterDataLeaveNoTrace) {
-  TableFiller(connection(), "Benutzer").add({{"UserName", "pruefer"}, {"PersonalNr", "1"}});
-  TableFiller(connection(), "Personalstamm")
+  erp::TableFiller(connection(), "Benutzer").add({{"UserName", "pruefer"}, {"PersonalNr", "1"}});
+  erp::TableFiller(connection(), "Personalstamm")
       .add({{"PersonalNr", "1"}, {"Anrede", "Herr"}, {"Nachname", "Lüders"}});
   engine.Session(erp.environment.session);
   erp.setOption("KostenzuordnungAuftrag", "1");
@@ -272,18 +272,18 @@ bool isLeftAsItIs(std::string_view column) {
 class FullOrder : public OrderSources {
 protected:
   FullOrder() {
-    TableFiller(connection(), "Benutzer").add({{"UserName", "pruefer"}, {"PersonalNr", "1"}});
-    TableFiller(connection(), "Personalstamm").add({{"PersonalNr", "1"}});
-    TableFiller(connection(), "Vertreter").add({{"VertreterNr", "1"}});
-    TableFiller(connection(), "Versandtexte").add({{"Versandart", "1"}});
-    TableFiller(connection(), "Zahlungsarten").add({{"Zahlungsart", "1"}});
-    TableFiller(connection(), "Zahlungsbedingungen").add({{"ZahlbedSchl", "1"}});
-    TableFiller(connection(), "Währungen").add({{"Währung", "1"}});
-    TableFiller(connection(), "Kostenzuordnung").add({{"KostID", 1}, {"Kostenstelle", "1"}});
-    TableFiller(connection(), "Adressenstamm").add({{"Kundennummer", "1"}, {"Adressnummer", "1"}});
-    TableFiller(connection(), "Umrechnungen")
+    erp::TableFiller(connection(), "Benutzer").add({{"UserName", "pruefer"}, {"PersonalNr", "1"}});
+    erp::TableFiller(connection(), "Personalstamm").add({{"PersonalNr", "1"}});
+    erp::TableFiller(connection(), "Vertreter").add({{"VertreterNr", "1"}});
+    erp::TableFiller(connection(), "Versandtexte").add({{"Versandart", "1"}});
+    erp::TableFiller(connection(), "Zahlungsarten").add({{"Zahlungsart", "1"}});
+    erp::TableFiller(connection(), "Zahlungsbedingungen").add({{"ZahlbedSchl", "1"}});
+    erp::TableFiller(connection(), "Währungen").add({{"Währung", "1"}});
+    erp::TableFiller(connection(), "Kostenzuordnung").add({{"KostID", 1}, {"Kostenstelle", "1"}});
+    erp::TableFiller(connection(), "Adressenstamm").add({{"Kundennummer", "1"}, {"Adressnummer", "1"}});
+    erp::TableFiller(connection(), "Umrechnungen")
         .add({{"Artikelnummer", ""}, {"Mengeneinheit", "1"}, {"Basiseinheit", "ST"}, {"Faktor", 1.0}});
-    TableFiller(connection(), "Einkaufspreise")
+    erp::TableFiller(connection(), "Einkaufspreise")
         .add({{"Lieferantennummer", "1"}, {"Artikelnummer", "A100"}, {"GueltigAb", "20260101"}});
     erp.setOption("KostenzuordnungAuftrag", "1");
     engine.Session(erp.environment.session);
@@ -291,10 +291,10 @@ protected:
   /// Puts something into every column that is null, and into every empty one of the jobs.
   void fillUp() {
     WorkUnit unit(connection());
-    for (const SchemaTable& table : schemaTables()) {
+    for (const erp::SchemaTable& table : erp::schemaTables()) {
       if (table.name.starts_with("Auftrag") || table.name == "Belegindex") continue;
       const char* empty = table.name.starts_with("Import") ? "" : "-";
-      for (const SchemaColumn& column : table.columns)
+      for (const erp::SchemaColumn& column : table.columns)
         if (!isLeftAsItIs(column.name))
           connection().execute(sql("Update "_sql, name(table.name), " Set "_sql, name(column.name),
                                    " = '1' Where "_sql, name(column.name), " Is Null Or "_sql,
@@ -304,9 +304,9 @@ protected:
   }
   std::vector<std::string> columnsAlwaysNull() {
     std::vector<std::string> columns;
-    for (const SchemaTable& table : schemaTables()) {
+    for (const erp::SchemaTable& table : erp::schemaTables()) {
       if (!table.name.starts_with("Auftrag") && table.name != "Belegindex") continue;
-      for (const SchemaColumn& column : table.columns)
+      for (const erp::SchemaColumn& column : table.columns)
         if (count(sql("Select Count("_sql, name(column.name), ") From "_sql, name(table.name))) == 0)
           columns.push_back(std::string(table.name) + "." + std::string(column.name));
     }

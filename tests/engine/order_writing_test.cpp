@@ -139,7 +139,7 @@ TEST_F(OrderWriting, ReturnsAreWrittenWithTheirSign) {
 }
 
 TEST_F(OrderWriting, AddressBlocksComeWholeFromOnePlace) {
-  TableFiller(connection(), "Adressenstamm")
+  erp::TableFiller(connection(), "Adressenstamm")
       .add({{"Kundennummer", "20001"}, {"Adressnummer", "7"}, {"Bez1", "Lager Nord"}, {"Ort", "Kiel"}});
   stageOrder("O1", [](AuftragFields& job) {
     job.VS_AdrNr = "7";
@@ -154,7 +154,7 @@ TEST_F(OrderWriting, AddressBlocksComeWholeFromOnePlace) {
 }
 
 TEST_F(OrderWriting, AOneTimeCustomerIsNamedByTheJob) {
-  TableFiller(connection(), "Kundenstamm")
+  erp::TableFiller(connection(), "Kundenstamm")
       .add({{"Kundennummer", "14888"}, {"Bez1", "Barverkauf"}, {"Ort", "Hier"}});
   stageOrder("O1", [](AuftragFields& job) {
     job.Kundennummer = "14888";
@@ -170,8 +170,8 @@ TEST_F(OrderWriting, AOneTimeCustomerIsNamedByTheJob) {
 }
 
 TEST_F(OrderWriting, EachFailureEndsItsOrderWithOneSentenceAndNothingElse) {
-  TableFiller(connection(), "Kundenstamm").add({{"Kundennummer", "20009"}, {"Liefersperre", true}});
-  TableFiller(connection(), "Kundenstamm").add({{"Kundennummer", "20010"}, {"MwSt_KZ", "??"}});
+  erp::TableFiller(connection(), "Kundenstamm").add({{"Kundennummer", "20009"}, {"Liefersperre", true}});
+  erp::TableFiller(connection(), "Kundenstamm").add({{"Kundennummer", "20010"}, {"MwSt_KZ", "??"}});
   struct Case {
     std::string key;
     std::string article;
@@ -376,10 +376,10 @@ TEST_F(OrderWriting, AnOrderIsRecordedAlikeWhateverItsFailureCameFrom) {
 
 TEST_F(OrderWriting, ARangeWithoutAWholeNumberFailsItsOrdersAndNoOthers) {
   connection().execute(sql("Update Nummernkreise Set aktuellerWert = 'abc'"_sql));
-  TableFiller(connection(), "Nummernkreise")
+  erp::TableFiller(connection(), "Nummernkreise")
       .add({{"NSchl", "AB"}, {"Buchungskreis", 2}, {"Aktiviert", true}, {"aktuellerWert", 500}});
-  TableFiller(connection(), "Vertreter").add({{"VertreterNr", "2"}});
-  TableFiller(connection(), "Kundenstamm").add({{"Kundennummer", "14999"}, {"Preisliste", "A"}});
+  erp::TableFiller(connection(), "Vertreter").add({{"VertreterNr", "2"}});
+  erp::TableFiller(connection(), "Kundenstamm").add({{"Kundennummer", "14999"}, {"Preisliste", "A"}});
   stageOrder("O1");
   stageOrder("O2", [](AuftragFields& job) {
     job.Kundennummer = "14999";
@@ -449,7 +449,7 @@ TEST_F(OrderWriting, NumbersBeyondAllSenseAreNamedAndNotWritten) {
 
 TEST_F(OrderWriting, ANumberOfAHeadersCostAssignmentThatDoesNotFitIsNamed) {
   erp.setOption("KostenzuordnungAuftrag", "1");
-  TableFiller(connection(), "Kostenzuordnung").add({{"KostID", 1}, {"Kostenstelle", "S1"}});
+  erp::TableFiller(connection(), "Kostenzuordnung").add({{"KostID", 1}, {"Kostenstelle", "S1"}});
   stageOrderOf("O1");
   connection().execute(sql("Update ImportKopf Set KostID = 4294967297"_sql));
   run();
@@ -595,7 +595,7 @@ TEST_F(OrderWriting, BinaryRemaindersDecideNoLimit) {
     std::int32_t number = 0;
     for (const double weight : weights) {
       const std::string article = std::string(key) + std::to_string(++number);
-      TableFiller(connection(), "Artikelstamm")
+      erp::TableFiller(connection(), "Artikelstamm")
           .add({{"Artikelnummer", article}, {"MwSt_KZ", "V"}, {"Gewicht", weight}, {"Mengeneinheit", "ST"}});
       stagePosition(key, number, article, 1);
     }
@@ -637,7 +637,7 @@ TEST_F(OrderWriting, HeavyCashOnDeliveryOrdersAreAnnouncedOnce) {
 
 TEST_F(OrderWriting, CostAssignmentsAreCompletedFromJobAndCustomer) {
   erp.setOption("KostenzuordnungAuftrag", "1");
-  TableFiller costs(connection(), "Kostenzuordnung");
+  erp::TableFiller costs(connection(), "Kostenzuordnung");
   costs.add({{"KostID", 1}, {"Kostenstelle", "S1"}});
   costs.add({{"KostID", 2}, {"Kostentraeger", "T2"}});
   costs.add({{"KostID", 3}, {"Kostenstelle", "S9"}, {"Kostentraeger", "T9"}});

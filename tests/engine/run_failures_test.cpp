@@ -182,9 +182,10 @@ TEST_F(RunFailures, AReleasedJobThatCannotBeResetIsNamedAndTheRunGoesOn) {
 }
 
 TEST_F(RunFailures, AContractThatCannotBePreparedFailsAndIsNotWrittenEmpty) {
-  TableFiller(connection(), "Vertragsarten").add({{"Vertragsart", "WA"}, {"Kurztext", "Wartung"}});
-  TableFiller(connection(), "Vertragsgegenstände").add({{"VertrGegenstandsNr", "G1"}, {"Bez", "Anlage"}});
-  TableFiller(connection(), "VertragsGegenständePos")
+  erp::TableFiller(connection(), "Vertragsarten").add({{"Vertragsart", "WA"}, {"Kurztext", "Wartung"}});
+  erp::TableFiller(connection(), "Vertragsgegenstände")
+      .add({{"VertrGegenstandsNr", "G1"}, {"Bez", "Anlage"}});
+  erp::TableFiller(connection(), "VertragsGegenständePos")
       .add({{"VertrGegenstandsNr", "G1"}, {"Vertragsart", "WA"}});
   const auto stage = [&](const char* key, const char* number) {
     Vertrag job(erp.environment);

@@ -1,7 +1,7 @@
 // Protocol, address index, units, open items and the small components.
 #include "standalone_fixture.h"
 
-namespace qx {
+namespace qx::erp {
 namespace {
 
 using StandaloneComponents = StandaloneErpTest;
@@ -135,4 +135,4 @@ TEST_F(StandaloneComponents, ApplicationDirectoryEndsWithoutSeparator) {
 }
 
 } // namespace
-} // namespace qx
+} // namespace qx::erp

@@ -4,7 +4,7 @@
 #include "erp/sales_prices.h"
 #include "standalone_fixture.h"
 
-namespace qx {
+namespace qx::erp {
 namespace {
 
 class DemoTest : public StandaloneErpTest {
@@ -92,4 +92,4 @@ TEST_F(DemoTest, JobsOfEveryKindWaitAndPositionsBelongToThem) {
 }
 
 } // namespace
-} // namespace qx
+} // namespace qx::erp

@@ -6,7 +6,7 @@
 
 #include <array>
 
-namespace qx {
+namespace qx::erp {
 namespace {
 
 using ::testing::ElementsAre;
@@ -169,4 +169,4 @@ TEST_F(LookupSourcesTest, APageOfCustomersOrArticlesReadsAnIndexInItsOrder) {
 }
 
 } // namespace
-} // namespace qx
+} // namespace qx::erp

@@ -3,7 +3,7 @@
 #include "erp/staged_discounts.h"
 #include "standalone_fixture.h"
 
-namespace qx {
+namespace qx::erp {
 namespace {
 
 struct PriceRow {
@@ -247,4 +247,4 @@ TEST_F(SalesPriceTest, PurchasePricesAreTheSuppliersOwn) {
 }
 
 } // namespace
-} // namespace qx
+} // namespace qx::erp

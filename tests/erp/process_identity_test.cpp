@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <map>
 
-namespace qx {
+namespace qx::erp {
 namespace {
 
 class ListedProcesses final : public ProcessTable {
@@ -91,4 +91,4 @@ TEST(ProcessIdentityTest, TheRealTableKnowsThisProcessAndNoneOfAnImpossibleNumbe
 }
 
 } // namespace
-} // namespace qx
+} // namespace qx::erp

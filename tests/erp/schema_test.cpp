@@ -9,7 +9,7 @@
 #include <set>
 #include <vector>
 
-namespace qx {
+namespace qx::erp {
 namespace {
 
 using SchemaTest = StandaloneErpTest;
@@ -161,4 +161,4 @@ TEST_F(SchemaTest, ASecondCreationIsRefusedAndLeavesEverythingAsItWas) {
 }
 
 } // namespace
-} // namespace qx
+} // namespace qx::erp

@@ -1,7 +1,7 @@
 // Settings, user, date and numbers of the standalone session.
 #include "standalone_fixture.h"
 
-namespace qx {
+namespace qx::erp {
 namespace {
 
 using StandaloneSessionTest = StandaloneErpTest;
@@ -149,4 +149,4 @@ TEST_F(NumberRange, ANumberGivenBackIsDrawnAgain) {
 }
 
 } // namespace
-} // namespace qx
+} // namespace qx::erp

@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-namespace qx {
+namespace qx::erp {
 
 /// A machine on which just this program runs.
 class OneProcess final : public ProcessTable {
@@ -43,4 +43,4 @@ protected:
   ProcessIdentity identity{{"rechner", "1234"}, processes};
 };
 
-} // namespace qx
+} // namespace qx::erp

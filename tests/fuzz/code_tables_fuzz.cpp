@@ -1,5 +1,5 @@
 // Any bytes as a file of code tables; tables that are taken unscramble what they have scrambled.
-#include "rules/code_page.h"
+#include "model/code_page.h"
 #include "rules/scrambler.h"
 
 #include <cstdint>

@@ -1,7 +1,7 @@
 // Any text as a German number, and any number as a text: compared with exact decimals.
 #include "model/date.h"
+#include "model/german_text.h"
 #include "model/money.h"
-#include "rules/german_text.h"
 
 #include "require.h"
 

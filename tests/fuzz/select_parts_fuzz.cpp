@@ -2,6 +2,7 @@
 #include "adapters/sqlite/merged_select.h"
 #include "adapters/sqlite/select_parts.h"
 
+#include "model/text.h"
 #include "require.h"
 
 #include <cstdint>
@@ -19,7 +20,7 @@ public:
 
   void keyword(std::string_view word) {
     blanks();
-    require(sameWord(rest_.substr(0, word.size()), word), "the keyword stands before its clause");
+    require(equalCodes(rest_.substr(0, word.size()), word), "the keyword stands before its clause");
     rest_.remove_prefix(word.size());
   }
   void clause(std::string_view text) {

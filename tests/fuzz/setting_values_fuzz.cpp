@@ -1,5 +1,5 @@
 // Any text as the value of every setting: each judge against the rule worked out by hand.
-#include "rules/german_text.h"
+#include "model/german_text.h"
 #include "settings/option_keys.h"
 
 #include "require.h"

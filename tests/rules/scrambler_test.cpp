@@ -1,6 +1,6 @@
+#include "model/code_page.h"
 #include "rules/scrambler.h"
 
-#include "rules/code_page.h"
 #include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>

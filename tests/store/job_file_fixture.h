@@ -1,7 +1,7 @@
 // A staging database and the files that are exchanged with it.
 #pragma once
 
-#include "rules/code_page.h"
+#include "model/code_page.h"
 #include "store/job_file_export.h"
 #include "store/job_file_import.h"
 #include "support/erp_file.h"

@@ -20,7 +20,7 @@ struct ErpFile : FakeWorld {
   ErpFile() {
     connect(SqliteDatabase().create(path));
     WorkUnit unit(connection());
-    createSchema(connection());
+    erp::createSchema(connection());
     unit.commit();
   }
 

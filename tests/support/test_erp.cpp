@@ -10,8 +10,8 @@ namespace {
 std::shared_ptr<Connection> createdDatabase(const std::string& file) {
   std::shared_ptr<Connection> database = SqliteDatabase().create(file);
   WorkUnit unit(*database);
-  createSchema(*database);
-  fillBaseData(*database);
+  erp::createSchema(*database);
+  erp::fillBaseData(*database);
   unit.commit();
   return database;
 }

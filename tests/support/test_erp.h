@@ -17,10 +17,10 @@
 namespace qx {
 
 /// One process whose numbers never change, so that the session identity does not either.
-class FixedProcesses final : public ProcessTable {
+class FixedProcesses final : public erp::ProcessTable {
 public:
-  std::optional<ProcessStart> self() const override { return ProcessStart{4711, 1000}; }
-  std::optional<ProcessStart> find(std::uint64_t) const override { return std::nullopt; }
+  std::optional<erp::ProcessStart> self() const override { return erp::ProcessStart{4711, 1000}; }
+  std::optional<erp::ProcessStart> find(std::uint64_t) const override { return std::nullopt; }
 };
 
 /// Schema, base data and a connected session of the user "pruefer" on 24.11.2026; the clock stands at 10:30
@@ -64,9 +64,9 @@ public:
   RecordingDiagnostics diagnostics;
   FixedLiveness liveness;
   FixedProcesses processes;
-  ProcessIdentity identity{MachineName{"pruefstand", "0"}, processes};
+  erp::ProcessIdentity identity{erp::MachineName{"pruefstand", "0"}, processes};
   std::shared_ptr<Connection> database;
-  StandaloneErp components;
+  erp::StandaloneErp components;
   Environment environment;
 };
 

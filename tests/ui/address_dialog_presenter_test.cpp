@@ -10,7 +10,7 @@ using Block = AddressDialogPresenter::Block;
 class AddressDialogTest : public DialogTest {
 protected:
   AddressDialogTest() {
-    TableFiller(connection(), "Adressenstamm")
+    erp::TableFiller(connection(), "Adressenstamm")
         .add({{"Kundennummer", "20001"},
               {"Adressnummer", "7"},
               {"Bez1", "Hafenbau Lager"},
@@ -109,7 +109,7 @@ TEST_F(AddressDialogTest, AnAddressIsChosenAmongThoseOfItsCustomer) {
 }
 
 TEST_F(AddressDialogTest, AChosenGeneralAddressFillsTheLinesInPlaceOfAKey) {
-  TableFiller(connection(), "Adressenstamm")
+  erp::TableFiller(connection(), "Adressenstamm")
       .add({{"Adressnummer", "MESSE"}, {"Bez1", "Messe"}, {"Strasse", "Ring 1"}, {"Ort", "Köln"}});
   const Adresse fair{"Messe", "", "", "Ring 1", "", "", "Köln"};
   AddressDialogPresenter dialog(context, "20001", {"20001", "7", warehouse}, {}, false);

@@ -19,8 +19,8 @@ class Agreement : public testing::Test {
 protected:
   Agreement() {
     WorkUnit unit(erp.connection());
-    fillDemoData(erp.connection());
-    stageDemoJobs(erp.connection(), makeDate(2026, 11, 24));
+    erp::fillDemoData(erp.connection());
+    erp::stageDemoJobs(erp.connection(), makeDate(2026, 11, 24));
     unit.commit();
   }
 

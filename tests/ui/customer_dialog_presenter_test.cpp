@@ -101,7 +101,7 @@ TEST_F(CustomerDialogTest, ListsUnknownCodesBanksAndAccountsButNoEmptyOnes) {
 }
 
 TEST_F(CustomerDialogTest, ChecksWhereGoodsAndInvoicesGo) {
-  TableFiller(connection(), "Adressenstamm")
+  erp::TableFiller(connection(), "Adressenstamm")
       .add({{"Kundennummer", "20001"}, {"Adressnummer", "2"}, {"Bez1", "Lager"}, {"Ort", "Bremen"}});
   stageCustomer("K1", "20001", [](KundeFields& job) {
     asStored(job);
@@ -121,7 +121,7 @@ TEST_F(CustomerDialogTest, ChecksWhereGoodsAndInvoicesGo) {
   EXPECT_THAT(lookupsOpened, Contains("AUSK_Adressauskunft|Kundennummer='20001' or Kundennummer is null"));
   EXPECT_THAT(codes(*dialog), ElementsAre("VA"));
   // One of no customer has no key that a check knows; the job takes its lines.
-  TableFiller(connection(), "Adressenstamm")
+  erp::TableFiller(connection(), "Adressenstamm")
       .add({{"Adressnummer", "MESSE"}, {"Bez1", "Messe"}, {"Ort", "Köln"}});
   chosen = {"", "MESSE"};
   EXPECT_TRUE(dialog->lookUp(place(*dialog, "txtVersandAdr")));
@@ -147,9 +147,9 @@ TEST_F(CustomerDialogTest, WhatTheJobBringsAlongOrTheBankCodeGivesIsNoFinding) {
   EXPECT_THAT(codes(*dialog), ElementsAre("BV", "KN"));
   EXPECT_EQ(dialog->verdict(), CheckStatus::Clean);
   // Without lines there is no address to create.
-  const auto addresses = dialog->addresses();
+  const auto addresses = dialog->kind().addresses->addresses();
   addresses->type(*addresses->find("txtVS_Bez1"), "");
-  dialog->takeAddresses(*addresses);
+  dialog->kind().addresses->takeAddresses(*addresses);
   ASSERT_TRUE(dialog->save());
   EXPECT_THAT(codes(*dialog), ElementsAre("BV", "KN", "VS"));
   EXPECT_EQ(field("K1", "ImportType").integer(), 30);
@@ -181,11 +181,11 @@ TEST_F(CustomerDialogTest, DifferencesFromTheMasterCountWhereTheCheckComparesThe
   enter(*dialog, "txtOrt", "Hamburg");
   EXPECT_EQ(dialog->verdict(), CheckStatus::Clean) << "what is shown is checked, not what is stored";
   // The number of the address is compared as well, for which the dialog has no line of its own.
-  const auto addresses = dialog->addresses();
+  const auto addresses = dialog->kind().addresses->addresses();
   addresses->type(*addresses->find("txtVS_Bez1"), "Lager");
   addresses->type(*addresses->find("txtVS_Ort"), "Bremen");
   addresses->type(*addresses->find("txtVS_AdrNr"), "2");
-  dialog->takeAddresses(*addresses);
+  dialog->kind().addresses->takeAddresses(*addresses);
   EXPECT_THAT(findings(*dialog),
               Contains("PB|20|VS_AdrNr ist nicht identisch: '2' / ''; VS_Bez1 ist nicht identisch: "
                        "'Lager' / ''; VS_Ort ist nicht identisch: 'Bremen' / ''"));
@@ -204,9 +204,9 @@ TEST_F(CustomerDialogTest, SavesWhatTheClerkChangedAndKeepsTheRest) {
   enter(*dialog, "txtBlz", "90000002");
   enter(*dialog, "txtHinweis", "Erste Zeile\nzweite");
   enter(*dialog, "txtTelefon", std::string(10000, '7'));
-  const auto addresses = dialog->addresses();
+  const auto addresses = dialog->kind().addresses->addresses();
   addresses->type(*addresses->find("txtVS_Ort"), "Kiel");
-  dialog->takeAddresses(*addresses);
+  dialog->kind().addresses->takeAddresses(*addresses);
   EXPECT_TRUE(dialog->changed());
   dialog->release(true);
   ASSERT_TRUE(dialog->save());
@@ -232,10 +232,10 @@ TEST_F(CustomerDialogTest, RaisesItsImportTypeToTheWorstOfTheContractsThatCameWi
   });
   set("C2", "Status", "30");
   const auto dialog = opened("K1");
-  ASSERT_NE(dialog->grid(), nullptr);
-  EXPECT_EQ(dialog->grid()->rowCount(), 2U);
-  EXPECT_EQ(dialog->grid()->cell(0, 0).bitmap, "CONTRACT_NEW");
-  EXPECT_EQ(dialog->grid()->detailsOf(0).jobType, 41);
+  ASSERT_NE(dialog->kind().grid, nullptr);
+  EXPECT_EQ(dialog->kind().grid->rowCount(), 2U);
+  EXPECT_EQ(dialog->kind().grid->cell(0, 0).bitmap, "CONTRACT_NEW");
+  EXPECT_EQ(dialog->kind().grid->detailsOf(0).jobType, 41);
   ASSERT_TRUE(dialog->save());
   EXPECT_EQ(field("K1", "ImportType").integer(), 20);
   EXPECT_EQ(field("C1", "ImportType").integer(), 20);
@@ -247,11 +247,11 @@ TEST_F(CustomerDialogTest, ListsStoredContractsThatTheImportNoLongerCarries) {
       sql("Insert Into Verträge (Kundennummer, Vertragsnummer, VertrGegenstandsNr, Vertragsart, Zustand) "
           "Values ('20001', 'V9', 'G1', 'WA', 'A')"_sql));
   const auto dialog = opened("K1");
-  ASSERT_EQ(dialog->grid()->rowCount(), 1U);
-  EXPECT_EQ(dialog->grid()->cell(0, 0).bitmap, "CONTRACT_DELETE");
-  EXPECT_EQ(dialog->grid()->cell(0, 0).message, "Gelöschter Vertrag");
-  EXPECT_EQ(dialog->grid()->cell(0, 2).text, "V9");
-  EXPECT_EQ(opened("K1")->grid()->rowCount(), 1U) << "marked once";
+  ASSERT_EQ(dialog->kind().grid->rowCount(), 1U);
+  EXPECT_EQ(dialog->kind().grid->cell(0, 0).bitmap, "CONTRACT_DELETE");
+  EXPECT_EQ(dialog->kind().grid->cell(0, 0).message, "Gelöschter Vertrag");
+  EXPECT_EQ(dialog->kind().grid->cell(0, 2).text, "V9");
+  EXPECT_EQ(opened("K1")->kind().grid->rowCount(), 1U) << "marked once";
 }
 
 TEST_F(CustomerDialogTest, SavingChecksTheContractsThatCameWithIt) {
@@ -294,9 +294,9 @@ TEST_F(CustomerDialogTest, AnAddressThatCannotBeStoredLeavesTheHeaderAsItWas) {
   stageCustomer("K1", "20001", asStored);
   const auto dialog = opened("K1");
   enter(*dialog, "txtFax", "0431 9");
-  const auto addresses = dialog->addresses();
+  const auto addresses = dialog->kind().addresses->addresses();
   addresses->type(*addresses->find("txtVS_Ort"), "Kiel");
-  dialog->takeAddresses(*addresses);
+  dialog->kind().addresses->takeAddresses(*addresses);
   connection().execute(sql("Create Trigger kein_ort Before Update Of VS_Ort On ImportKopf "
                            "Begin Select Raise(Abort, 'no'); End"_sql));
   EXPECT_FALSE(dialog->save());

@@ -87,7 +87,7 @@ TEST_F(DialogColumns, AnAddedPositionIsNumberedBehindTheLast) {
   stagePosition("O1", 7, "A100", 1);
   stagePosition("O1", 3, "B200", 1);
   const auto dialog = opened("O1");
-  dialog->grid()->addRow();
+  dialog->kind().grid->addRow();
   ASSERT_TRUE(dialog->save());
   EXPECT_EQ(erp.text(sql("Select Group_Concat(Positionsnummer) From (Select Positionsnummer From ImportPos "
                          "Order By Positionsnummer)"_sql)),

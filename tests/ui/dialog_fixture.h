@@ -35,11 +35,11 @@ protected:
   DialogTest() {
     erp.components.setAuskunftFactory(
         [this] { return std::make_unique<ScriptedAuskunft>(chosen, lookupsOpened); });
-    TableFiller(connection(), "Vertragsarten").add({{"Vertragsart", "W"}, {"Kurztext", "Wartung"}});
-    TableFiller(connection(), "Vertragsgegenstände")
+    erp::TableFiller(connection(), "Vertragsarten").add({{"Vertragsart", "W"}, {"Kurztext", "Wartung"}});
+    erp::TableFiller(connection(), "Vertragsgegenstände")
         .add({{"VertrGegenstandsNr", "G1"}, {"Bez", "Kassenwartung"}});
-    TableFiller(connection(), "Kundengruppen").add({{"Kundengruppe", "GH"}, {"Langtext", "Großhandel"}});
-    TableFiller(connection(), "PreislistenKopf").add({{"Preisliste", "A"}, {"Langtext", "Liste A"}});
+    erp::TableFiller(connection(), "Kundengruppen").add({{"Kundengruppe", "GH"}, {"Langtext", "Großhandel"}});
+    erp::TableFiller(connection(), "PreislistenKopf").add({{"Preisliste", "A"}, {"Langtext", "Liste A"}});
   }
 
   std::unique_ptr<JobDialogPresenter> opened(std::string_view jobId) {

@@ -68,8 +68,8 @@ protected:
   void stageDemo() {
     WorkUnit unit(erp.connection());
     erp.execute(sql("Delete From Einstellungen Where \"Key\" = 'AppSettings'"_sql));
-    fillDemoData(erp.connection());
-    stageDemoJobs(erp.connection(), makeDate(2026, 11, 24));
+    erp::fillDemoData(erp.connection());
+    erp::stageDemoJobs(erp.connection(), makeDate(2026, 11, 24));
     unit.commit();
   }
   void show() {
@@ -104,10 +104,11 @@ TEST_F(JobViewTest, FiltersByStateAndSaysWhyNothingIsListed) {
   show();
   EXPECT_EQ(listed(), "T32 T21 T10 T0 ");
   EXPECT_EQ(state.counts, (JobCounts{1, 1, 1, 1}));
-  view.command("ViewDone");
-  EXPECT_TRUE(state.tool("ViewDone").checked);
+  view.command(Tool::ViewDone);
+  EXPECT_TRUE(state.tool(Tool::ViewDone).checked);
   EXPECT_EQ(listed(), "T13 T32 T21 T10 T0 ");
-  for (const char* tool : {"ViewDone", "ViewWaiting", "ViewWarnings", "ViewError"}) view.command(tool);
+  for (const Tool tool : {Tool::ViewDone, Tool::ViewWaiting, Tool::ViewWarnings, Tool::ViewError})
+    view.command(tool);
   EXPECT_EQ(listed(), "T0 ");
   EXPECT_EQ(state.emptyHint, "");
   erp.execute(sql("Delete From ImportKopf Where JobType = 0"_sql));
@@ -207,7 +208,7 @@ TEST_F(JobViewTest, DeletesAfterAQuestionWithOrWithoutThePermission) {
   stage("K", 10, "24.11.2026", "", "100");
   stage("V", 40, "24.11.2026", "", "100");
   show();
-  EXPECT_FALSE(state.tool("Delete").visible);
+  EXPECT_FALSE(state.tool(Tool::Delete).visible);
   view.key(JobViewKey::Delete);
   ASSERT_EQ(erp.desktop.asked.size(), 1U);
   EXPECT_EQ(erp.desktop.asked[0].text, "Wollen Sie diesen Importvorgang wirklich löschen?");
@@ -230,8 +231,8 @@ TEST_F(JobViewTest, DeletesAfterAQuestionWithOrWithoutThePermission) {
       else
         erp.setOption("Löschen", stored);
     };
-    view.command("Options");
-    return state.tool("Delete").visible;
+    view.command(Tool::Options);
+    return state.tool(Tool::Delete).visible;
   };
   for (const char* stored : {"1", "0", "Wahr", "falsch", "70000"})
     EXPECT_EQ(offers(stored), std::string_view("0") != stored && std::string_view("falsch") != stored)
@@ -246,7 +247,7 @@ TEST_F(JobViewTest, OpensTheDialogOfAJobAndGoesOnToTheNext) {
   stage("B", 20);
   stage("A", 10);
   show();
-  view.command("ViewDone");
+  view.command(Tool::ViewDone);
   ASSERT_EQ(listed(), "A B X C ");
   windows.nexts = 2;
   // The saved job leaves the list: the next one is still the one that followed it.
@@ -274,8 +275,8 @@ TEST_F(JobViewTest, ARunReportsToTheOtherProgramsAndRefreshesTheList) {
     percent = std::max(percent, state.progress.value_or(0));
     EXPECT_FALSE(state.listEnabled);
     EXPECT_TRUE(state.progressVisible);
-    for (const ToolSpec& tool : jobViewTools())
-      EXPECT_TRUE(tool.name == stopTool || !state.tool(tool.name).enabled) << tool.name;
+    for (const ToolSpec& spec : jobViewTools())
+      EXPECT_TRUE(spec.tool == Tool::StopProcessing || !state.tool(spec.tool).enabled) << spec.name;
   };
   view.key(JobViewKey::F9);
   EXPECT_EQ(flagDuringRun, "1");
@@ -323,21 +324,22 @@ TEST_F(JobViewTest, NothingGetsThroughDuringARunButTheStop) {
     EXPECT_NE(state.label, "Bestellungen werden eingelesen...");
     for (const JobViewKey key : {JobViewKey::F9, JobViewKey::Delete, JobViewKey::F5, JobViewKey::Enter})
       view.key(key);
-    for (const char* tool : {"ProcessTransactions", "DeleteViewDone", "Options", "ViewDone", "End"})
+    for (const Tool tool :
+         {Tool::ProcessTransactions, Tool::DeleteViewDone, Tool::Options, Tool::ViewDone, Tool::End})
       view.command(tool);
     view.headClick(2);
     view.open(0);
-    if (yields == 2) view.command(stopTool);
+    if (yields == 2) view.command(Tool::StopProcessing);
   };
-  view.command("ProcessTransactions");
+  view.command(Tool::ProcessTransactions);
   EXPECT_TRUE(erp.desktop.asked.empty());
   EXPECT_TRUE(windows.opened.empty());
   EXPECT_EQ(windows.optionsShown + windows.closings, 0);
-  EXPECT_FALSE(state.tool("ViewDone").checked);
+  EXPECT_FALSE(state.tool(Tool::ViewDone).checked);
   EXPECT_EQ(engine.lastRun().end, RunEnd::Stopped);
   EXPECT_GT(state.counts.waiting, 0);
   erp.desktop.onYield = {};
-  view.command("ProcessTransactions");
+  view.command(Tool::ProcessTransactions);
   EXPECT_EQ(engine.lastRun().end, RunEnd::Completed) << "the stop was for the run before";
 }
 
@@ -346,7 +348,7 @@ TEST_F(JobViewTest, ClosingDuringARunStopsItAndClosesOnceItHasReturned) {
   show();
   bool refused = false;
   erp.desktop.onYield = [&] { refused = !view.close({}); };
-  view.command("mnuKundenVerträge");
+  view.command(Tool::KundenVerträge);
   EXPECT_TRUE(refused);
   EXPECT_EQ(windows.closings, 1);
   EXPECT_EQ(engine.lastRun().end, RunEnd::Stopped);
@@ -363,9 +365,9 @@ TEST_F(JobViewTest, AnOrderBeingReadInBlocksTheListUntilItIsOver) {
   show();
   erp.setOption("NewMail", "1");
   view.timerTick();
-  EXPECT_FALSE(state.tool("ProcessTransactions").enabled);
-  EXPECT_FALSE(state.tool("UpdateDisplay").enabled);
-  EXPECT_TRUE(state.tool("Options").enabled);
+  EXPECT_FALSE(state.tool(Tool::ProcessTransactions).enabled);
+  EXPECT_FALSE(state.tool(Tool::UpdateDisplay).enabled);
+  EXPECT_TRUE(state.tool(Tool::Options).enabled);
   EXPECT_FALSE(state.listEnabled);
   EXPECT_EQ(state.label, "Bestellungen werden eingelesen...");
   view.key(JobViewKey::F9);
@@ -373,7 +375,7 @@ TEST_F(JobViewTest, AnOrderBeingReadInBlocksTheListUntilItIsOver) {
   EXPECT_EQ(option("ImportJob2", "OnProcess"), "");
   erp.setOption("NewMail", "0");
   view.timerTick();
-  EXPECT_TRUE(state.tool("ProcessTransactions").enabled);
+  EXPECT_TRUE(state.tool(Tool::ProcessTransactions).enabled);
   EXPECT_TRUE(state.listEnabled);
   EXPECT_EQ(state.label, "");
 }
@@ -388,8 +390,8 @@ TEST_F(JobViewTest, AFirstStartShowsTheOptionsThenReadsThePermissions) {
   };
   show();
   EXPECT_EQ(windows.optionsShown, 1);
-  EXPECT_TRUE(state.tool("Delete").visible);
-  EXPECT_TRUE(state.tool("mnuEinzelnVerarbeiten").visible);
+  EXPECT_TRUE(state.tool(Tool::Delete).visible);
+  EXPECT_TRUE(state.tool(Tool::EinzelnVerarbeiten).visible);
   EXPECT_EQ(listed(), "A ");
   EXPECT_EQ(option("Process", "OnProcess"), "0");
 }
@@ -398,10 +400,10 @@ TEST_F(JobViewTest, AFileHandedOverBeforeIsReadInOnceAndFilesAreAskedFor) {
   stage("A", 10, "24.11.2026", "Müller");
   show();
   const std::string file = (erp.folder.path() / "jobs.edi").string();
-  view.command("Export");
+  view.command(Tool::Export);
   EXPECT_FALSE(std::ifstream(file).good());
   erp.desktop.file = file;
-  view.command("Export");
+  view.command(Tool::Export);
   ASSERT_TRUE(std::ifstream(file).good());
   EXPECT_EQ(erp.desktop.choices.back().filter, "EDI (*.edi)|*.edi");
   erp.execute(sql("Delete From ImportKopf"_sql));
@@ -412,7 +414,7 @@ TEST_F(JobViewTest, AFileHandedOverBeforeIsReadInOnceAndFilesAreAskedFor) {
   view.load();
   view.key(JobViewKey::F5);
   EXPECT_EQ(listed(), "");
-  view.command("ImportProcessTransactions");
+  view.command(Tool::ImportProcessTransactions);
   EXPECT_EQ(listed(), "A ");
   EXPECT_TRUE(erp.desktop.asked.empty());
   EXPECT_TRUE(windows.reports.empty());
@@ -424,12 +426,12 @@ TEST_F(JobViewTest, AFileThatSetsDoneJobsBackIsReadOnlyAfterAQuestion) {
   stage("C", 13, "24.11.2026", "Kontor");
   show();
   erp.desktop.file = (erp.folder.path() / "jobs.edi").string();
-  view.command("Export");
+  view.command(Tool::Export);
   erp.execute(sql("Update ImportKopf Set JobType = 33 Where JobID = 'B'"_sql));
   erp.execute(sql("Update ImportKopf Set Bez1 = 'geändert' Where JobID = 'A'"_sql));
   const auto typeOfB = [&] { return erp.text(sql("Select JobType From ImportKopf Where JobID = 'B'"_sql)); };
 
-  view.command("ImportProcessTransactions");
+  view.command(Tool::ImportProcessTransactions);
   ASSERT_EQ(erp.desktop.asked.size(), 1U);
   EXPECT_EQ(erp.desktop.asked[0].title, "Vorgänge einlesen");
   EXPECT_EQ(erp.desktop.asked[0].text,
@@ -442,7 +444,7 @@ TEST_F(JobViewTest, AFileThatSetsDoneJobsBackIsReadOnlyAfterAQuestion) {
   EXPECT_TRUE(windows.reports.empty());
 
   erp.desktop.answer = true;
-  view.command("ImportProcessTransactions");
+  view.command(Tool::ImportProcessTransactions);
   EXPECT_EQ(typeOfB(), "30");
   ASSERT_EQ(windows.reports.size(), 1U);
   EXPECT_EQ(
@@ -457,9 +459,9 @@ TEST_F(JobViewTest, WhatBreaksTheReadingOfAFileIsToldInGerman) {
   stage("A", 10, "24.11.2026", "Müller");
   show();
   erp.desktop.file = (erp.folder.path() / "jobs.edi").string();
-  view.command("Export");
+  view.command(Tool::Export);
   erp.execute(sql("Pragma query_only = 1"_sql));
-  view.command("ImportProcessTransactions");
+  view.command(Tool::ImportProcessTransactions);
   ASSERT_EQ(windows.reports.size(), 1U);
   EXPECT_NE(windows.reports[0].find("\r\nDas Lesen brach ab: Die Datenbank kann nicht gelesen oder "
                                     "geschrieben werden."),
@@ -471,9 +473,9 @@ TEST_F(JobViewTest, RefusedLinesOfAFileAreListedWithTheirReasonsInGerman) {
   stage("A", 10, "24.11.2026", "Müller");
   show();
   erp.desktop.file = (erp.folder.path() / "jobs.edi").string();
-  view.command("Export");
+  view.command(Tool::Export);
   std::ofstream(*erp.desktop.file, std::ios::app) << "\"30\";\"kurz\";\r\n";
-  view.command("ImportProcessTransactions");
+  view.command(Tool::ImportProcessTransactions);
   EXPECT_EQ(erp.desktop.texts(), "Beim Importieren der Daten sind Fehler aufgetreten, es konnten evtl. nicht "
                                  "alle Daten importiert werden.\n");
   ASSERT_EQ(windows.reports.size(), 1U);
@@ -493,7 +495,7 @@ TEST_F(JobViewTest, DoneJobsAreDeletedInFewUnitsOfWork) {
     ++yields;
     inUnits += erp.connection().inWork() ? 1 : 0;
   };
-  view.command("DeleteViewDone");
+  view.command(Tool::DeleteViewDone);
   EXPECT_EQ(erp.text(sql("Select Count(*) From ImportKopf"_sql)), "1");
   EXPECT_EQ(inUnits, 0);
   EXPECT_LE(yields, 3) << "each unit of work yields at its end";
@@ -573,8 +575,8 @@ TEST_F(JobViewTest, WhoDoesNotWaitForAnotherProgramLeavesEverythingAsItIs) {
   const auto other = erp.secondConnection();
   other->beginWork(nullptr);
   view.key(JobViewKey::Delete);
-  view.command("ProcessTransactions");
-  view.command("DeleteViewDone");
+  view.command(Tool::ProcessTransactions);
+  view.command(Tool::DeleteViewDone);
   EXPECT_FALSE(view.close({}));
   other->rollbackWork();
   EXPECT_EQ(erp.count(sql("Select Count(*) From ImportKopf Where JobType In (10, 13)"_sql)), 2);
@@ -591,7 +593,7 @@ TEST_F(JobViewTest, AFileThatWasRemovedAndARunThatDiedAreNoticed) {
   std::filesystem::rename(erp.file, erp.file + ".alt");
   view.key(JobViewKey::F5);
   EXPECT_TRUE(view.state().databaseGone);
-  view.command("ProcessTransactions");
+  view.command(Tool::ProcessTransactions);
   ASSERT_FALSE(erp.desktop.shown.empty());
   EXPECT_NE(erp.desktop.shown.back().text.find("wurde entfernt oder ersetzt"), std::string::npos)
       << erp.desktop.shown.back().text;

@@ -38,7 +38,7 @@ TEST_F(OrderDialogTest, ShowsThePositionsInTheOrderOfTheirNumbersAndComparesPric
   stagePriced("O1", 1, "A100", 1, 10);
   stagePriced("O1", 3, "GEBUEHR", 1, 1);
   const auto dialog = opened("O1");
-  JobGrid& grid = *dialog->grid();
+  JobGrid& grid = *dialog->kind().grid;
   ASSERT_EQ(grid.rowCount(), 4U);
   EXPECT_EQ(cell(grid, 0, "Artikelnummer"), "A100");
   EXPECT_EQ(cell(grid, 3, "Artikelnummer"), "B200");
@@ -57,7 +57,7 @@ TEST_F(OrderDialogTest, APriceThatNobodyStagedIsNoDifferenceAndAnotherOneParksNo
   stagePriced("O1", 1, "A100", 1, 0);
   const auto dialog = opened("O1");
   EXPECT_THAT(findings(*dialog), IsEmpty());
-  dialog->grid()->edit(0, column(*dialog->grid(), "Preis"), "11");
+  dialog->kind().grid->edit(0, column(*dialog->kind().grid, "Preis"), "11");
   EXPECT_THAT(findings(*dialog),
               ElementsAre("PR 1|20|Ermittelter Preis: 10,00 weicht vom Importpreis: 11,00 ab!"));
   EXPECT_EQ(dialog->verdict(), CheckStatus::Clean);
@@ -73,7 +73,7 @@ TEST_F(OrderDialogTest, WhatTheCheckFindsBeyondTheFieldsIsListedAndCounts) {
   erp.setOption("KreditlimitAuftrag", "1");
   erp.setOption("ZAVSRG", "VK");
   erp.setOption("VAKunde", "VA");
-  TableFiller(connection(), "OffenePosten")
+  erp::TableFiller(connection(), "OffenePosten")
       .add({{"Kundennummer", "20001"},
             {"Belegnummer", "1"},
             {"Betrag", *Money::parse("500")},
@@ -112,7 +112,7 @@ TEST_F(OrderDialogTest, ATextOfTheSenderCountsAsTheCheckCountsIt) {
 }
 
 TEST_F(OrderDialogTest, WarnsOfStockAndCostAssignmentOnlyWhereTheOptionsSaySo) {
-  TableFiller(connection(), "Artikellager")
+  erp::TableFiller(connection(), "Artikellager")
       .add({{"Artikelnummer", "A100"}, {"Lagernummer", "1"}, {"Lagerbestand", 2.0}, {"MitBestand", true}});
   stageOrder("O1");
   stagePriced("O1", 1, "A100", 3, 10);
@@ -121,13 +121,13 @@ TEST_F(OrderDialogTest, WarnsOfStockAndCostAssignmentOnlyWhereTheOptionsSaySo) {
   EXPECT_THAT(findings(*opened("O1")), IsEmpty());
   erp.setOption("WarnungLagerbestand", "1");
   erp.setOption("KostenzuordnungAuftrag", "1");
-  TableFiller(connection(), "Kostenzuordnung").add({{"KostID", 7}, {"Kostenstelle", "K1"}});
+  erp::TableFiller(connection(), "Kostenzuordnung").add({{"KostID", 7}, {"Kostenstelle", "K1"}});
   const auto dialog = opened("O1");
   EXPECT_THAT(findings(*dialog),
               UnorderedElementsAre("LB 1|20|Achtung: Lagerbestand für Artikel 'A100' reicht nicht aus!",
                                    "KO 1|20|Achtung: Fehlende Kostenzuordnung für Artikel 'A100'!"));
   // Mending one value leaves the other findings.
-  JobGrid& grid = *dialog->grid();
+  JobGrid& grid = *dialog->kind().grid;
   EXPECT_EQ(grid.edit(0, column(grid, "Menge"), "2"), "");
   EXPECT_THAT(codes(*dialog), ElementsAre("KO"));
   const auto details = grid.details(0);
@@ -162,7 +162,7 @@ TEST_F(OrderDialogTest, SavesHeaderAndPositionsAndCarriesWhatTheGridDoesNotShow)
   stagePriced("O1", 1, "A100", 1, 10);
   stagePriced("O1", 2, "B200", 1, 4.99);
   const auto dialog = opened("O1");
-  JobGrid& grid = *dialog->grid();
+  JobGrid& grid = *dialog->kind().grid;
   EXPECT_EQ(grid.edit(0, column(grid, "Menge"), "1,5"), "");
   EXPECT_EQ(grid.edit(0, column(grid, "Menge"), "viel"), "'viel' ist keine Zahl.");
   EXPECT_EQ(cell(grid, 0, "Menge"), "1,5");
@@ -194,7 +194,7 @@ TEST_F(OrderDialogTest, APositionThatTheDatabaseRefusesLeavesTheStoredOrderAsItW
   stageOrder("O1");
   stagePriced("O1", 1, "A100", 1, 10);
   const auto dialog = opened("O1");
-  JobGrid& grid = *dialog->grid();
+  JobGrid& grid = *dialog->kind().grid;
   grid.edit(grid.addRow(), column(grid, "Artikelnummer"), "B200");
   enter(*dialog, "txtTelefon", "040");
   connection().execute(sql("Create Trigger refuse Before Insert On ImportPos When new.Artikelnummer = 'B200' "
@@ -225,9 +225,9 @@ TEST_F(OrderDialogTest, OpensADoneOrderForReadingWithItsPositions) {
   set("O1", "JobType", "33");
   const auto dialog = opened("O1");
   EXPECT_TRUE(dialog->readOnly());
-  EXPECT_FALSE(dialog->grid()->editable());
-  EXPECT_EQ(dialog->grid()->cell(0, 0).bitmap, "PROCESSED");
-  EXPECT_NE(dialog->grid()->edit(0, 2, "5"), "");
+  EXPECT_FALSE(dialog->kind().grid->editable());
+  EXPECT_EQ(dialog->kind().grid->cell(0, 0).bitmap, "PROCESSED");
+  EXPECT_NE(dialog->kind().grid->edit(0, 2, "5"), "");
 }
 
 TEST_F(OrderDialogTest, QuantitiesToDeliverFollowTheOrderedOneUnlessTheyDiffer) {
@@ -237,7 +237,7 @@ TEST_F(OrderDialogTest, QuantitiesToDeliverFollowTheOrderedOneUnlessTheyDiffer) 
     position.Fakturiermenge = 2;
   });
   const auto dialog = opened("O1");
-  JobGrid& grid = *dialog->grid();
+  JobGrid& grid = *dialog->kind().grid;
   EXPECT_EQ(grid.edit(0, column(grid, "Menge"), "3"), "");
   EXPECT_EQ(cell(grid, 0, "Auslieferungsmenge"), "3");
   EXPECT_EQ(cell(grid, 0, "Fakturiermenge"), "2");
@@ -256,15 +256,15 @@ TEST_F(OrderDialogTest, ARowIsCalledByTheNumberThatItsFindingsName) {
   stagePriced("O1", 10, "A100", 1, 10);
   const auto dialog = opened("O1");
   EXPECT_THAT(findings(*dialog), ElementsAre(testing::StartsWith("PR 20|20|")));
-  EXPECT_EQ(dialog->grid()->rowLabel(0), "10");
-  EXPECT_EQ(dialog->grid()->rowLabel(1), "20");
+  EXPECT_EQ(dialog->kind().grid->rowLabel(0), "10");
+  EXPECT_EQ(dialog->kind().grid->rowLabel(1), "20");
 }
 
 TEST_F(OrderDialogTest, TheDetailsOfAPositionReachWhatTheGridDoesNotShow) {
   stageOrder("O1");
   stagePriced("O1", 1, "A100", 1, 10);
   const auto dialog = opened("O1");
-  const auto details = dialog->grid()->details(0);
+  const auto details = dialog->kind().grid->details(0);
   ASSERT_NE(details, nullptr);
   const auto type = [&](std::string_view control, std::string_view text) {
     details->type(*details->find(control), text);
@@ -304,7 +304,7 @@ TEST_F(OrderDialogTest, AnOrderThatWasStagedAgainMeanwhileKeepsItsNewPositions) 
   stageOrder("O1");
   stagePriced("O1", 1, "A100", 8, 10);
   const auto dialog = opened("O1");
-  JobGrid& grid = *dialog->grid();
+  JobGrid& grid = *dialog->kind().grid;
   ASSERT_EQ(grid.edit(0, column(grid, "Preis"), "11"), "");
   connection().execute(sql("Update ImportPos Set Menge = 99"_sql));
   EXPECT_FALSE(dialog->save());
@@ -316,7 +316,7 @@ TEST_F(OrderDialogTest, SavesTwiceInARow) {
   stageOrder("O1");
   stagePriced("O1", 1, "A100", 8, 10);
   const auto dialog = opened("O1");
-  JobGrid& grid = *dialog->grid();
+  JobGrid& grid = *dialog->kind().grid;
   for (const char* quantity : {"9", "1.234,5"}) {
     ASSERT_EQ(grid.edit(0, column(grid, "Menge"), quantity), "");
     ASSERT_TRUE(dialog->save()) << dialog->notice();
@@ -330,7 +330,7 @@ TEST_F(OrderDialogTest, NumbersThatTheErpCannotHoldAreRefusedAtTheirField) {
   stagePriced("O1", 1, "A100", 3, 10);
   stagePriced("O1", 5, "A100", 3, 10);
   const auto dialog = opened("O1");
-  JobGrid& grid = *dialog->grid();
+  JobGrid& grid = *dialog->kind().grid;
   const auto details = grid.details(0);
   const auto enterInto = [&](std::string_view control, std::string_view text) {
     details->type(*details->find(control), text);
@@ -364,7 +364,7 @@ TEST_F(OrderDialogTest, AMissingTableTakesNeitherPositionsNorOtherChecksAlong) {
   set("O1", "ImportType", "20");
   connection().execute(sql("Drop Table Zahlungsarten"_sql));
   const auto dialog = opened("O1");
-  EXPECT_EQ(dialog->grid()->rowCount(), 1U);
+  EXPECT_EQ(dialog->kind().grid->rowCount(), 1U);
   EXPECT_THAT(codes(*dialog), testing::IsSupersetOf({"AR", "KN"}));
   enter(*dialog, "txtFax", "0431 9");
   ASSERT_TRUE(dialog->save());
@@ -376,7 +376,7 @@ TEST_F(OrderDialogTest, AnAddedPositionIsAsReadyAsTheOptionsSay) {
   erp.setOption("AuftragLieferbereit", "1");
   stageOrder("O1");
   const auto dialog = opened("O1");
-  JobGrid& grid = *dialog->grid();
+  JobGrid& grid = *dialog->kind().grid;
   grid.addRow();
   EXPECT_EQ(cell(grid, 0, "Lieferbereit"), "1");
   EXPECT_EQ(cell(grid, 0, "Fakturierbereit"), "0");

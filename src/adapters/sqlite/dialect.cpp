@@ -2,6 +2,7 @@
 
 #include "adapters/sqlite/merged_select.h"
 #include "adapters/sqlite/select_parts.h"
+#include "model/text.h"
 
 #include <array>
 
@@ -45,7 +46,7 @@ std::string withParameters(const Sql& statement) {
 /// Takes "Top 2000" out of "Select Top 2000 ..." and returns the number; empty without one.
 std::string takeTop(std::string& text) {
   constexpr std::string_view top = "select top ";
-  if (text.size() < top.size() || !sameWord(std::string_view(text).substr(0, top.size()), top)) return {};
+  if (text.size() < top.size() || !equalCodes(std::string_view(text).substr(0, top.size()), top)) return {};
   const auto end = text.find_first_not_of("0123456789", top.size());
   std::string count = text.substr(top.size(), end - top.size());
   text.erase(6, end - 6);

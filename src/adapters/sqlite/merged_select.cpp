@@ -2,6 +2,7 @@
 
 #include "adapters/sqlite/dialect.h"
 #include "adapters/sqlite/select_parts.h"
+#include "model/text.h"
 
 #include <algorithm>
 #include <vector>
@@ -11,16 +12,10 @@ namespace {
 
 constexpr std::string_view codeColumn = "JobType";
 
-std::string_view withoutBlanks(std::string_view text) {
-  const auto first = text.find_first_not_of(' ');
-  return first == std::string_view::npos ? std::string_view()
-                                         : text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
-
 /// Takes a word off the front, with the blanks before it.
 bool take(std::string_view& text, std::string_view word) {
-  text = withoutBlanks(text);
-  if (!sameWord(text.substr(0, word.size()), word)) return false;
+  text = trimBlanks(text);
+  if (!equalCodes(text.substr(0, word.size()), word)) return false;
   text.remove_prefix(word.size());
   return true;
 }
@@ -43,7 +38,7 @@ std::vector<std::string_view> codesOf(std::string_view condition) {
     if (!code) return {};
     if (std::ranges::find(codes, *code) == codes.end()) codes.push_back(*code);
   } while (take(condition, "or"));
-  return withoutBlanks(condition).empty() ? codes : std::vector<std::string_view>();
+  return trimBlanks(condition).empty() ? codes : std::vector<std::string_view>();
 }
 
 /// The terms of a list, split at the commas outside parentheses and quotes.
@@ -58,10 +53,10 @@ std::vector<std::string_view> termsOf(std::string_view list) {
     if (list[at] == '(') ++depth;
     if (list[at] == ')') --depth;
     if (list[at] != ',' || depth != 0) continue;
-    terms.push_back(withoutBlanks(list.substr(begin, at - begin)));
+    terms.push_back(trimBlanks(list.substr(begin, at - begin)));
     begin = at + 1;
   }
-  terms.push_back(withoutBlanks(list.substr(begin)));
+  terms.push_back(trimBlanks(list.substr(begin)));
   return terms;
 }
 
@@ -69,14 +64,14 @@ std::vector<std::string_view> termsOf(std::string_view list) {
 std::string_view expressionOf(std::string_view key, std::string_view list) {
   const std::string ending = " as " + std::string(key);
   for (const std::string_view term : termsOf(list))
-    if (term.size() > ending.size() && sameWord(term.substr(term.size() - ending.size()), ending))
-      return withoutBlanks(term.substr(0, term.size() - ending.size()));
+    if (term.size() > ending.size() && equalCodes(term.substr(term.size() - ending.size()), ending))
+      return trimBlanks(term.substr(0, term.size() - ending.size()));
   return key;
 }
 
 std::string_view sortKey(const SelectParts& parts) {
-  std::string_view key = withoutBlanks(parts.orderBy);
-  if (parts.descending()) key = withoutBlanks(key.substr(0, key.size() - std::string_view("desc").size()));
+  std::string_view key = trimBlanks(parts.orderBy);
+  if (parts.descending()) key = trimBlanks(key.substr(0, key.size() - std::string_view("desc").size()));
   return key;
 }
 

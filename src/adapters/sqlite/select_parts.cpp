@@ -1,23 +1,17 @@
 #include "adapters/sqlite/select_parts.h"
 
+#include "model/text.h"
+
 #include <algorithm>
 #include <array>
 
 namespace qx::sqlite {
 namespace {
 
-char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
-
 bool isWordCharacter(char c) {
   const auto byte = static_cast<unsigned char>(c);
   return (byte >= '0' && byte <= '9') || (byte >= 'A' && byte <= 'Z') || (byte >= 'a' && byte <= 'z') ||
          byte == '_' || byte >= 0x80;
-}
-
-std::string_view trimmed(std::string_view text) {
-  const auto first = text.find_first_not_of(" \r\n\t");
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(" \r\n\t") - first + 1);
 }
 
 /// The end of the quoted run that begins at `at`.
@@ -42,12 +36,12 @@ std::size_t wordEnd(std::string_view text, std::size_t at) {
 }
 
 void noteKeyword(Keywords& found, std::string_view word, std::size_t at) {
-  if (sameWord(word, "from") && found.from == std::string_view::npos) found.from = at;
-  if (sameWord(word, "where") && found.where == std::string_view::npos) found.where = at;
-  if (sameWord(word, "order")) found.order = at;
+  if (equalCodes(word, "from") && found.from == std::string_view::npos) found.from = at;
+  if (equalCodes(word, "where") && found.where == std::string_view::npos) found.where = at;
+  if (equalCodes(word, "order")) found.order = at;
   constexpr std::array<std::string_view, 6> compoundWords{"group", "union", "having",
                                                           "limit", "join",  "distinct"};
-  if (std::ranges::any_of(compoundWords, [&](auto other) { return sameWord(word, other); }))
+  if (std::ranges::any_of(compoundWords, [&](auto other) { return equalCodes(word, other); }))
     found.compound = true;
 }
 
@@ -83,8 +77,8 @@ std::string_view unquoted(std::string_view name) {
 /// What stands behind the keyword that the text begins with; null when there is no such word, or nothing.
 std::optional<std::string_view> clause(std::string_view text, std::string_view keyword) {
   const std::size_t end = wordEnd(text, 0);
-  const std::string_view content = trimmed(text.substr(end));
-  if (!sameWord(text.substr(0, end), keyword) || content.empty()) return std::nullopt;
+  const std::string_view content = trimWhitespace(text.substr(end));
+  if (!equalCodes(text.substr(0, end), keyword) || content.empty()) return std::nullopt;
   return content;
 }
 
@@ -99,25 +93,21 @@ bool hasAggregate(std::string_view list) {
 
 } // namespace
 
-bool sameWord(std::string_view a, std::string_view b) {
-  return std::ranges::equal(a, b, [](char x, char y) { return lower(x) == lower(y); });
-}
-
 std::size_t findWord(std::string_view text, std::string_view word, std::size_t from) {
   for (std::size_t at = from; at + word.size() <= text.size(); ++at) {
     const bool starts = at == 0 || !isWordCharacter(word.front()) || !isWordCharacter(text[at - 1]);
-    if (starts && sameWord(text.substr(at, word.size()), word)) return at;
+    if (starts && equalCodes(text.substr(at, word.size()), word)) return at;
   }
   return std::string_view::npos;
 }
 
 bool SelectParts::descending() const {
-  const auto last = trimmed(orderBy);
-  return last.size() > 5 && sameWord(last.substr(last.size() - 5), " desc");
+  const auto last = trimWhitespace(orderBy);
+  return last.size() > 5 && equalCodes(last.substr(last.size() - 5), " desc");
 }
 
 std::optional<SelectParts> splitSelect(std::string_view statement) {
-  statement = trimmed(statement);
+  statement = trimWhitespace(statement);
   const Keywords at = findKeywords(statement);
   const std::size_t orderAt = std::min(at.order, statement.size());
   const std::size_t whereAt = std::min(at.where, orderAt);

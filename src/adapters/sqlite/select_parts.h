@@ -21,8 +21,7 @@ struct SelectParts {
 /// Null for everything that is not a plain select over a single table.
 std::optional<SelectParts> splitSelect(std::string_view statement);
 
-/// Case-insensitive (ASCII) comparison and search, as statement keywords need it.
-bool sameWord(std::string_view a, std::string_view b);
+/// Where a word stands in a statement, whatever the case of its ASCII letters; npos without it.
 std::size_t findWord(std::string_view text, std::string_view word, std::size_t from = 0);
 
 } // namespace qx::sqlite

@@ -1,5 +1,6 @@
 #include "adapters/sqlite/sqlite_recordset.h"
 
+#include "model/text.h"
 #include "platform/database_error.h"
 
 #include <sqlite3.h>
@@ -14,15 +15,6 @@ const Value nullValue;
 
 [[noreturn]] void raiseUnknownColumn(std::string_view name) {
   throw StatementError("the record set has no column '" + std::string(name) + "'", 0);
-}
-
-std::uint64_t hashOf(std::string_view text) {
-  std::uint64_t hash = 14695981039346656037ULL;
-  for (const char c : text) {
-    hash ^= static_cast<unsigned char>(c);
-    hash *= 1099511628211ULL;
-  }
-  return hash;
 }
 
 } // namespace
@@ -172,7 +164,7 @@ void KeysetRecordset::readKeys() {
   const StatementUse use(select);
   while (select.step()) {
     Key key{readKey(select).integer().value_or(0), 0};
-    if (source().keyColumn >= 0) key.textHash = hashOf(select.column(1, ColumnKind::Plain).textView());
+    if (source().keyColumn >= 0) key.textHash = textHash(select.column(1, ColumnKind::Plain).textView());
     keys_.push_back(key);
   }
 }
@@ -196,7 +188,7 @@ bool KeysetRecordset::resync() {
   row_.resize(fieldCount());
   readRow(select, row_, 0);
   const int key = source().keyColumn;
-  present_ = key < 0 || hashOf(row_[static_cast<std::size_t>(key)].textView()) == keys_[position_].textHash;
+  present_ = key < 0 || textHash(row_[static_cast<std::size_t>(key)].textView()) == keys_[position_].textHash;
   return present_;
 }
 
@@ -218,7 +210,7 @@ void KeysetRecordset::rowWritten(std::int64_t rowId, bool inserted, const Column
     position_ = keys_.size();
     keys_.push_back({rowId, 0});
     if (const int key = source().keyColumn; key >= 0)
-      keys_.back().textHash = hashOf(values[static_cast<std::size_t>(key)].textView());
+      keys_.back().textHash = textHash(values[static_cast<std::size_t>(key)].textView());
     loaded_ = false;
     return;
   }

@@ -2,6 +2,7 @@
 
 #include "adapters/sqlite/dialect.h"
 #include "adapters/sqlite/select_parts.h"
+#include "model/text.h"
 #include "platform/database_error.h"
 
 namespace qx::sqlite {
@@ -144,7 +145,7 @@ StatementCache::TableKey StatementCache::keyOf(const std::string& table) {
     const std::string name = info.column(0, ColumnKind::Plain).text();
     const std::string type = info.column(1, ColumnKind::Plain).text();
     if (findWord(type, "text") == 0) key.text = name;
-    if (sameWord(type, "integer")) key.identity = name;
+    if (equalCodes(type, "integer")) key.identity = name;
   }
   return count == 1 ? key : TableKey();
 }

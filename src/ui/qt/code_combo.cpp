@@ -1,6 +1,6 @@
 #include "ui/qt/code_combo.h"
 
-#include "rules/german_text.h"
+#include "model/text.h"
 #include "ui/qt/text.h"
 
 #include <QAbstractItemView>

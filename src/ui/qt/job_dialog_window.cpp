@@ -132,7 +132,7 @@ JobDialogWindow::JobDialogWindow(QWidget* parent, const DialogContext& context, 
   splitter_->setChildrenCollapsible(false);
   splitter_->addWidget(buildForm());
   splitter_->addWidget(buildFindings());
-  if (dialog_.grid() != nullptr) splitter_->addWidget(buildGrid());
+  if (dialog_.kind().grid != nullptr) splitter_->addWidget(buildGrid());
   layout->addWidget(splitter_, 1);
   layout->addLayout(buildButtons(offerNext));
 
@@ -170,7 +170,7 @@ QWidget* JobDialogWindow::buildHead() {
 }
 
 QWidget* JobDialogWindow::buildForm() {
-  form_ = new ControlForm(dialog_, context_.environment.desktop, dialog_.boxTitle());
+  form_ = new ControlForm(dialog_, context_.environment.desktop, dialog_.kind().boxTitle);
   scroll_ = new QScrollArea(this);
   scroll_->setWidgetResizable(true);
   scroll_->setFrameShape(QFrame::NoFrame);
@@ -223,7 +223,7 @@ QWidget* JobDialogWindow::buildFindings() {
 }
 
 QWidget* JobDialogWindow::buildGrid() {
-  grid_ = new GridView(*dialog_.grid(), dialog_.customerSpecific(), this);
+  grid_ = new GridView(*dialog_.kind().grid, dialog_.customerSpecific(), this);
   connect(grid_, &GridView::edited, this, [this] {
     render();
     startChecks();
@@ -248,7 +248,7 @@ QLayout* JobDialogWindow::buildButtons(bool offerNext) {
   AccessKeys keys;
   for (const ControlSpec* spec : dialog_.specs()) keys.take(spec->caption);
   auto* row = new QHBoxLayout;
-  if (dialog_.addresses() != nullptr)
+  if (dialog_.kind().addresses != nullptr)
     addButton(*row, keys, "cmdAdressen", QStringLiteral("Adr&essen…"), &JobDialogWindow::editAddresses);
   if (dialog_.canErase())
     addButton(*row, keys, "cmdDelete", QStringLiteral("&Löschen"), &JobDialogWindow::erase);
@@ -271,7 +271,7 @@ QLayout* JobDialogWindow::buildButtons(bool offerNext) {
   QPushButton* cancel = addButton(
       *row, keys, "", dialog_.readOnly() ? QStringLiteral("Schließen") : QStringLiteral("Abb&rechen"),
       &JobDialogWindow::reject);
-  cancel->setObjectName(toQt(dialog_.cancelButton()));
+  cancel->setObjectName(toQt(dialog_.kind().cancelButton));
   cancel->setEnabled(true);
   return row;
 }
@@ -405,15 +405,15 @@ void JobDialogWindow::erase() {
 
 void JobDialogWindow::editAddresses() {
   commit();
-  const std::unique_ptr<AddressDialogPresenter> addresses = dialog_.addresses();
-  if (!addresses || !editJobAddresses(this, context_.environment, *addresses)) return;
-  dialog_.takeAddresses(*addresses);
+  const std::unique_ptr<AddressDialogPresenter> addresses = dialog_.kind().addresses->addresses();
+  if (!editJobAddresses(this, context_.environment, *addresses)) return;
+  dialog_.kind().addresses->takeAddresses(*addresses);
   render();
 }
 
 void JobDialogWindow::openDetails(std::size_t row) {
   commit();
-  JobGrid& grid = *dialog_.grid();
+  JobGrid& grid = *dialog_.kind().grid;
   const JobReference job = grid.detailsOf(row);
   if (const std::unique_ptr<Form> details = grid.details(row)) {
     showForm(this, context_.environment, *details, QStringLiteral("Position"), "DialogPosition");
@@ -429,8 +429,8 @@ void JobDialogWindow::openDetails(std::size_t row) {
 
 void JobDialogWindow::goTo(const ListedFinding& finding) {
   if (grid_ != nullptr && !finding.item.empty()) {
-    if (const auto row = dialog_.grid()->rowOf(finding.item)) grid_->selectRow(*row);
-  } else if (grid_ != nullptr && finding.control == dialog_.grid()->name()) {
+    if (const auto row = dialog_.kind().grid->rowOf(finding.item)) grid_->selectRow(*row);
+  } else if (grid_ != nullptr && finding.control == dialog_.kind().grid->name()) {
     grid_->selectRow(0);
   } else {
     form_->focusControl(finding.control);
@@ -457,7 +457,8 @@ void JobDialogWindow::checkMore() {
   // Checks that do not get on are given up; the notice says why.
   const bool over = left == 0 || left >= before;
   if (over) checks_.stop();
-  const std::size_t all = std::max(left, dialog_.grid() != nullptr ? dialog_.grid()->rowCount() : left);
+  const std::size_t all =
+      std::max(left, dialog_.kind().grid != nullptr ? dialog_.kind().grid->rowCount() : left);
   progress_->setText(QStringLiteral("Positionen werden geprüft (%1 von %2)").arg(all - left).arg(all));
   progress_->setVisible(!over);
   if (grid_ != nullptr) grid_->render();

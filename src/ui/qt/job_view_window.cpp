@@ -47,7 +47,7 @@ constexpr std::string_view layoutSection = "MAIN";
 constexpr std::string_view columnsKey = "MainColumns";
 constexpr std::string_view splitterKey = "MainSplitter";
 
-constexpr std::array<std::string_view, 4> filterTools{"ViewWaiting", "ViewWarnings", "ViewError", "ViewDone"};
+constexpr std::array filterTools{Tool::ViewWaiting, Tool::ViewWarnings, Tool::ViewError, Tool::ViewDone};
 
 std::optional<JobViewKey> listKey(int key) {
   switch (key) {
@@ -69,10 +69,10 @@ std::optional<JobViewKey> listKey(int key) {
   }
 }
 
-std::int64_t countOf(const JobCounts& counts, std::string_view filterTool) {
-  if (filterTool == "ViewWaiting") return counts.waiting;
-  if (filterTool == "ViewWarnings") return counts.warnings;
-  return filterTool == "ViewError" ? counts.errors : counts.done;
+std::int64_t countOf(const JobCounts& counts, Tool filter) {
+  if (filter == Tool::ViewWaiting) return counts.waiting;
+  if (filter == Tool::ViewWarnings) return counts.warnings;
+  return filter == Tool::ViewError ? counts.errors : counts.done;
 }
 
 QString withoutAccessKey(std::string_view caption) { return toQt(caption).remove(QLatin1Char('&')); }
@@ -190,7 +190,7 @@ QAction* JobViewWindow::makeAction(const char* name, const QString& caption, con
 
 void JobViewWindow::makeActions() {
   for (const ToolSpec& spec : jobViewTools()) {
-    if (spec.name == "mnuEinzelnVerarbeiten") continue;
+    if (spec.tool == Tool::EinzelnVerarbeiten) continue;
     auto* action = new QAction(toQt(spec.caption), this);
     // The key belongs to the list; the menu only shows it.
     if (!spec.key.empty()) action->setText(toQt(spec.caption) + QLatin1Char('\t') + toQt(spec.key));
@@ -200,11 +200,11 @@ void JobViewWindow::makeActions() {
     action->setStatusTip(QString());
     action->setCheckable(spec.checkable);
     if (!spec.picture.empty()) action->setIcon(picture(spec.picture));
-    connect(action, &QAction::triggered, this, [this, name = spec.name] { command(name); });
-    actions_.emplace(spec.name, action);
+    connect(action, &QAction::triggered, this, [this, tool = spec.tool] { command(tool); });
+    actions_[indexOf(spec.tool)] = action;
   }
-  tool("ProcessTransactions")->setIconText(QStringLiteral("Verarbeiten"));
-  tool("UpdateDisplay")->setIconText(QStringLiteral("Prüfen"));
+  tool(Tool::ProcessTransactions)->setIconText(QStringLiteral("Verarbeiten"));
+  tool(Tool::UpdateDisplay)->setIconText(QStringLiteral("Prüfen"));
 
   copy_ = makeAction("mnuCopy", QStringLiteral("Zeile &kopieren"), QKeySequence());
   copy_->setShortcuts(QKeySequence::Copy);
@@ -228,36 +228,38 @@ void JobViewWindow::makeActions() {
           [this](bool on) { list_->setColumnHidden(static_cast<int>(JobColumn::JobID), !on); });
 }
 
-QAction* JobViewWindow::tool(std::string_view name) const { return actions_.find(name)->second; }
+QAction* JobViewWindow::tool(Tool tool) const { return actions_[indexOf(tool)]; }
 
-QMenu* JobViewWindow::makeMenu(const QString& caption, const std::vector<std::string_view>& tools) {
+QMenu* JobViewWindow::makeMenu(const QString& caption, std::initializer_list<std::optional<Tool>> tools) {
   auto* menu = menuBar()->addMenu(caption);
   menu->setToolTipsVisible(true);
-  for (const std::string_view name : tools)
-    if (name.empty())
-      menu->addSeparator();
+  for (const std::optional<Tool> each : tools)
+    if (each)
+      menu->addAction(tool(*each));
     else
-      menu->addAction(tool(name));
+      menu->addSeparator();
   return menu;
 }
 
 void JobViewWindow::makeMenus() {
+  constexpr std::nullopt_t separator = std::nullopt;
   menuBar()->setObjectName(QStringLiteral("ActiveBar1"));
-  makeMenu(QStringLiteral("&Datei"), {"ImportProcessTransactions", "Export", "", "End"});
-  QMenu* edit =
-      makeMenu(QStringLiteral("&Bearbeiten"), {openTool, "", "Delete", "DeleteViewDone", "DeleteDate"});
-  edit->insertAction(tool("Delete"), copy_);
-  edit->insertAction(tool("Delete"), find_);
-  edit->insertSeparator(tool("Delete"));
-  QMenu* view = makeMenu(QStringLiteral("&Ansicht"), {filterTools.begin(), filterTools.end()});
+  makeMenu(QStringLiteral("&Datei"), {Tool::ImportProcessTransactions, Tool::Export, separator, Tool::End});
+  QMenu* edit = makeMenu(QStringLiteral("&Bearbeiten"),
+                         {Tool::OpenJob, separator, Tool::Delete, Tool::DeleteViewDone, Tool::DeleteDate});
+  edit->insertAction(tool(Tool::Delete), copy_);
+  edit->insertAction(tool(Tool::Delete), find_);
+  edit->insertSeparator(tool(Tool::Delete));
+  QMenu* view = makeMenu(QStringLiteral("&Ansicht"), {});
+  for (const Tool each : filterTools) view->addAction(tool(each));
   view->addSeparator();
   view->addAction(refresh_);
   view->addAction(showKeys_);
   makeMenu(QStringLiteral("&Verarbeiten"),
-           {"ProcessTransactions", "", "mnuKunden", "mnuVerträge", "mnuKundenVerträge", "mnuAufträge",
-            "mnuZubehör", "", "UpdateDisplay", stopTool});
-  makeMenu(QStringLiteral("E&xtras"), {"Options"});
-  makeMenu(QStringLiteral("&Hilfe"), {"About"});
+           {Tool::ProcessTransactions, separator, Tool::Kunden, Tool::Verträge, Tool::KundenVerträge,
+            Tool::Aufträge, Tool::Zubehör, separator, Tool::UpdateDisplay, Tool::StopProcessing});
+  makeMenu(QStringLiteral("E&xtras"), {Tool::Options});
+  makeMenu(QStringLiteral("&Hilfe"), {Tool::About});
 }
 
 void JobViewWindow::makeToolBar() {
@@ -270,28 +272,28 @@ void JobViewWindow::makeToolBar() {
   bar->setIconSize({side, side});
 
   processMenu_ = new QMenu(this);
-  processMenu_->addAction(tool("ProcessTransactions"));
-  const ToolSpec& single = jobViewTools()[*findTool("mnuEinzelnVerarbeiten")];
+  processMenu_->addAction(tool(Tool::ProcessTransactions));
+  const ToolSpec& single = toolSpec(Tool::EinzelnVerarbeiten);
   QMenu* singleMenu = processMenu_->addMenu(toQt(single.caption));
   singleMenu->menuAction()->setObjectName(toQt(single.name));
   singleMenu->menuAction()->setToolTip(toQt(single.tip));
-  for (const char* name : {"mnuKunden", "mnuVerträge", "mnuKundenVerträge", "mnuAufträge", "mnuZubehör"})
-    singleMenu->addAction(tool(name));
-  actions_.emplace(single.name, singleMenu->menuAction());
+  for (const Tool each : {Tool::Kunden, Tool::Verträge, Tool::KundenVerträge, Tool::Aufträge, Tool::Zubehör})
+    singleMenu->addAction(tool(each));
+  actions_[indexOf(single.tool)] = singleMenu->menuAction();
 
   processButton_ = new QToolButton(bar);
   processButton_->setObjectName(QStringLiteral("btnProcess"));
-  processButton_->setDefaultAction(tool("ProcessTransactions"));
+  processButton_->setDefaultAction(tool(Tool::ProcessTransactions));
   processButton_->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
   processButton_->setIconSize({side, side});
   bar->addWidget(processButton_);
-  bar->addAction(tool("UpdateDisplay"));
+  bar->addAction(tool(Tool::UpdateDisplay));
   bar->addSeparator();
-  bar->addAction(tool("ImportProcessTransactions"));
-  bar->addAction(tool("Export"));
+  bar->addAction(tool(Tool::ImportProcessTransactions));
+  bar->addAction(tool(Tool::Export));
   bar->addSeparator();
-  bar->addAction(tool("Delete"));
-  bar->addAction(tool("Options"));
+  bar->addAction(tool(Tool::Delete));
+  bar->addAction(tool(Tool::Options));
 }
 
 QLineEdit* JobViewWindow::makeSearch(QWidget* parent) {
@@ -316,19 +318,20 @@ QWidget* JobViewWindow::makeFilterBar() {
   auto* bar = new QWidget(this);
   auto* layout = new QHBoxLayout(bar);
   layout->setContentsMargins(0, 2, 0, 2);
-  for (const std::string_view name : filterTools) {
+  for (std::size_t i = 0; i < filterTools.size(); ++i) {
+    const Tool filter = filterTools[i];
     auto* button = new QToolButton(bar);
-    button->setObjectName(QStringLiteral("btn") + toQt(name));
+    button->setObjectName(QStringLiteral("btn") + toQt(toolSpec(filter).name));
     button->setCheckable(true);
     // Flat when off and framed when on: the colour alone would tell too little on a dark screen.
     button->setAutoRaise(true);
     button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-    button->setIcon(tool(name)->icon());
-    button->setToolTip(tool(name)->toolTip());
+    button->setIcon(tool(filter)->icon());
+    button->setToolTip(tool(filter)->toolTip());
     button->setFocusPolicy(Qt::StrongFocus);
-    connect(button, &QToolButton::clicked, this, [this, name] { command(name); });
+    connect(button, &QToolButton::clicked, this, [this, filter] { command(filter); });
     layout->addWidget(button);
-    filterButtons_.emplace(name, button);
+    filterButtons_[i] = button;
   }
   layout->addStretch(1);
   layout->addWidget(makeSearch(bar), 2);
@@ -342,7 +345,7 @@ void JobViewWindow::makeStatusLine() {
   progress_->setMaximumWidth(progress_->fontMetrics().averageCharWidth() * 40);
   stopButton_ = new QToolButton(this);
   stopButton_->setObjectName(QStringLiteral("btnStop"));
-  stopButton_->setDefaultAction(tool(stopTool));
+  stopButton_->setDefaultAction(tool(Tool::StopProcessing));
   stopButton_->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
   stopButton_->setFocusPolicy(Qt::StrongFocus);
   count_->setObjectName(QStringLiteral("lblCount"));
@@ -377,15 +380,15 @@ void JobViewWindow::connectList() {
 void JobViewWindow::showListMenu(const QPoint& at) {
   if (!list_->indexAt(at).isValid()) return;
   QMenu menu(this);
-  menu.addAction(tool(openTool));
+  menu.addAction(tool(Tool::OpenJob));
   menu.addAction(copy_);
   menu.addSeparator();
-  menu.addAction(tool("Delete"));
+  menu.addAction(tool(Tool::Delete));
   menu.exec(list_->viewport()->mapToGlobal(at));
 }
 
-void JobViewWindow::command(std::string_view name) {
-  presenter_.command(name);
+void JobViewWindow::command(Tool tool) {
+  presenter_.command(tool);
   render();
 }
 
@@ -494,8 +497,8 @@ void JobViewWindow::render() {
 
 void JobViewWindow::renderTools() {
   for (const ToolSpec& spec : jobViewTools()) {
-    const ToolState& shown = state().tool(spec.name);
-    QAction* action = tool(spec.name);
+    const ToolState& shown = state().tool(spec.tool);
+    QAction* action = tool(spec.tool);
     action->setEnabled(shown.enabled);
     action->setVisible(shown.visible);
     if (spec.checkable) action->setChecked(shown.checked);
@@ -503,15 +506,16 @@ void JobViewWindow::renderTools() {
   processButton_->setMenu(state().customerSpecific ? processMenu_ : nullptr);
   processButton_->setPopupMode(state().customerSpecific ? QToolButton::MenuButtonPopup
                                                         : QToolButton::DelayedPopup);
-  for (const auto& [name, button] : filterButtons_) {
-    const ToolState& shown = state().tool(name);
+  for (std::size_t i = 0; i < filterTools.size(); ++i) {
+    const ToolState& shown = state().tool(filterTools[i]);
+    QToolButton* button = filterButtons_[i];
     button->setEnabled(shown.enabled);
     button->setChecked(shown.checked);
-    const std::int64_t count = countOf(state().counts, name);
-    const QString caption = withoutAccessKey(jobViewTools()[*findTool(name)].caption);
+    const std::int64_t count = countOf(state().counts, filterTools[i]);
+    const QString caption = withoutAccessKey(toolSpec(filterTools[i]).caption);
     button->setText(caption + QLatin1Char(' ') + QLocale().toString(static_cast<qlonglong>(count)));
   }
-  const bool idle = state().tool("Options").enabled;
+  const bool idle = state().tool(Tool::Options).enabled;
   search_->setEnabled(idle);
   refresh_->setEnabled(state().listEnabled);
   copy_->setEnabled(state().listEnabled && state().current.has_value());

@@ -6,13 +6,13 @@
 #include <QMainWindow>
 #include <QTimer>
 
+#include <array>
 #include <cstdint>
 #include <functional>
-#include <map>
+#include <initializer_list>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 class QAction;
 class QLabel;
@@ -81,15 +81,15 @@ private:
   void makeActions();
   QAction* makeAction(const char* name, const QString& caption, const QKeySequence& shortcut);
   void makeMenus();
-  QMenu* makeMenu(const QString& caption, const std::vector<std::string_view>& tools);
+  QMenu* makeMenu(const QString& caption, std::initializer_list<std::optional<Tool>> tools);
   void makeToolBar();
   QWidget* makeFilterBar();
   QLineEdit* makeSearch(QWidget* parent);
   void makeStatusLine();
   void connectList();
-  QAction* tool(std::string_view name) const;
+  QAction* tool(Tool tool) const;
   bool passKey(const QKeyEvent& event);
-  void command(std::string_view name);
+  void command(Tool tool);
   void copyRow();
   void showListMenu(const QPoint& at);
 
@@ -106,8 +106,8 @@ private:
 
   JobViewDialogs dialogs_;
   Settings settings_;
-  std::map<std::string, QAction*, std::less<>> actions_; ///< by tool name
-  std::map<std::string, QToolButton*, std::less<>> filterButtons_;
+  std::array<QAction*, toolCount> actions_{};   ///< by `Tool`
+  std::array<QToolButton*, 4> filterButtons_{}; ///< one per state
   JobListModel* model_;
   JobListView* list_;
   JobDetailsPane* details_;

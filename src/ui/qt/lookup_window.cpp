@@ -32,22 +32,22 @@ constexpr bool moves(int key) {
 
 } // namespace
 
-LookupModel::LookupModel(LookupPages& pages, Diagnostics& diagnostics, QObject* parent)
+LookupModel::LookupModel(erp::LookupPages& pages, Diagnostics& diagnostics, QObject* parent)
     : QAbstractTableModel(parent), pages_(pages), diagnostics_(diagnostics) {}
 
 void LookupModel::search(const QString& text) {
   beginResetModel();
   search_ = fromQt(text);
   failure_.clear();
-  next_ = LookupPosition();
+  next_ = erp::LookupPosition();
   rows_ = nextPage().rows;
   endResetModel();
   emit fetched();
 }
 
-LookupPage LookupModel::nextPage() {
+erp::LookupPage LookupModel::nextPage() {
   try {
-    LookupPage page = pages_.page(search_, *next_, pageSize);
+    erp::LookupPage page = pages_.page(search_, *next_, pageSize);
     next_ = page.next;
     return page;
   } catch (const std::exception& error) {
@@ -76,9 +76,10 @@ QVariant LookupModel::data(const QModelIndex& index, int role) const {
   case Qt::ToolTipRole:
     return plainToolTip(toQt(row(index.row())[column]).simplified());
   case Qt::TextAlignmentRole:
-    return QVariant::fromValue(
-        (pages_.source().columns[column].kind == LookupColumnKind::Number ? Qt::AlignRight : Qt::AlignLeft) |
-        Qt::AlignVCenter);
+    return QVariant::fromValue((pages_.source().columns[column].kind == erp::LookupColumnKind::Number
+                                    ? Qt::AlignRight
+                                    : Qt::AlignLeft) |
+                               Qt::AlignVCenter);
   default:
     return {};
   }
@@ -86,11 +87,11 @@ QVariant LookupModel::data(const QModelIndex& index, int role) const {
 
 QVariant LookupModel::headerData(int section, Qt::Orientation orientation, int role) const {
   if (orientation != Qt::Horizontal) return QAbstractTableModel::headerData(section, orientation, role);
-  const LookupColumn& column = pages_.source().columns[static_cast<std::size_t>(section)];
+  const erp::LookupColumn& column = pages_.source().columns[static_cast<std::size_t>(section)];
   if (role == Qt::DisplayRole) return toQt(column.caption);
   if (role == Qt::TextAlignmentRole)
-    return QVariant::fromValue((column.kind == LookupColumnKind::Number ? Qt::AlignRight : Qt::AlignLeft) |
-                               Qt::AlignVCenter);
+    return QVariant::fromValue(
+        (column.kind == erp::LookupColumnKind::Number ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
   return {};
 }
 
@@ -100,7 +101,7 @@ bool LookupModel::canFetchMore(const QModelIndex& parent) const {
 
 void LookupModel::fetchMore(const QModelIndex& parent) {
   if (!canFetchMore(parent)) return;
-  LookupPage page = nextPage();
+  erp::LookupPage page = nextPage();
   if (!page.rows.empty()) {
     const int first = rowCount();
     beginInsertRows({}, first, first + static_cast<int>(page.rows.size()) - 1);
@@ -110,7 +111,7 @@ void LookupModel::fetchMore(const QModelIndex& parent) {
   emit fetched();
 }
 
-LookupWindow::LookupWindow(const LookupRequest& request, LookupPages& pages, LocalSettings& settings,
+LookupWindow::LookupWindow(const LookupRequest& request, erp::LookupPages& pages, LocalSettings& settings,
                            Diagnostics& diagnostics, QWidget* parent)
     : QDialog(parent), model_(new LookupModel(pages, diagnostics, this)), search_(new QLineEdit(this)),
       table_(new QTableView(this)), hint_(new QLabel(table_->viewport())), notice_(new QLabel(this)),
@@ -124,7 +125,7 @@ LookupWindow::LookupWindow(const LookupRequest& request, LookupPages& pages, Loc
   search_->setClearButtonEnabled(true);
   QString places;
   for (const std::string_view name : pages.source().searched) {
-    const auto column = std::ranges::find(pages.source().columns, name, &LookupColumn::name);
+    const auto column = std::ranges::find(pages.source().columns, name, &erp::LookupColumn::name);
     if (column == pages.source().columns.end()) continue;
     if (!places.isEmpty()) places += QStringLiteral(", ");
     places += toQt(column->caption);
@@ -174,7 +175,7 @@ LookupWindow::LookupWindow(const LookupRequest& request, LookupPages& pages, Loc
   search_->setFocus();
 }
 
-void LookupWindow::buildTable(const LookupSource& source) {
+void LookupWindow::buildTable(const erp::LookupSource& source) {
   table_->setObjectName(QStringLiteral("lookupTable"));
   table_->setAccessibleName(tr("Gefundene Einträge"));
   table_->setModel(model_);
@@ -196,7 +197,7 @@ void LookupWindow::buildTable(const LookupSource& source) {
   columns->setHighlightSections(false);
   columns->setStretchLastSection(true);
   for (std::size_t i = 0; i < source.columns.size(); ++i) {
-    const LookupColumn& column = source.columns[i];
+    const erp::LookupColumn& column = source.columns[i];
     const int wanted = fontMetrics().horizontalAdvance(QLatin1Char('0')) * static_cast<int>(column.width);
     const int caption = columns->sectionSizeHint(static_cast<int>(i));
     table_->setColumnWidth(static_cast<int>(i), std::max(wanted, caption));
@@ -211,7 +212,7 @@ void LookupWindow::buildTable(const LookupSource& source) {
   layout->addWidget(hint_);
 }
 
-const LookupRow* LookupWindow::current() const {
+const erp::LookupRow* LookupWindow::current() const {
   const QModelIndex index = table_->currentIndex();
   return index.isValid() ? &model_->row(index.row()) : nullptr;
 }
@@ -277,13 +278,13 @@ void LookupWindow::saveSize() {
 }
 
 std::vector<std::string> QtAuskunft::show(Session& session, const LookupRequest& request) {
-  const LookupSource* source = findLookupSource(request.recordSource);
+  const erp::LookupSource* source = erp::findLookupSource(request.recordSource);
   if (source == nullptr) throw std::runtime_error("Es gibt keine Auskunft " + request.recordSource + ".");
-  const std::vector<std::size_t> places = resultColumns(*source, request.resultFields);
+  const std::vector<std::size_t> places = erp::resultColumns(*source, request.resultFields);
   const std::shared_ptr<Connection> connection = session.connection();
   if (!connection) throw std::runtime_error("Die Auskunft hat keine Verbindung zur Datenbank.");
 
-  LookupPages pages(*connection, *source, request.criteria);
+  erp::LookupPages pages(*connection, *source, request.criteria);
   LookupWindow window(request, pages, settings_, diagnostics_, QApplication::activeWindow());
   if (window.exec() != QDialog::Accepted) return {};
   std::vector<std::string> values;

@@ -24,11 +24,11 @@ class LookupModel final : public QAbstractTableModel {
 
 public:
   /// Both arguments must outlive the model.
-  LookupModel(LookupPages& pages, Diagnostics& diagnostics, QObject* parent);
+  LookupModel(erp::LookupPages& pages, Diagnostics& diagnostics, QObject* parent);
 
   /// Lists the rows that a search finds, from the first one.
   void search(const QString& text);
-  const LookupRow& row(int number) const { return rows_[static_cast<std::size_t>(number)]; }
+  const erp::LookupRow& row(int number) const { return rows_[static_cast<std::size_t>(number)]; }
   /// Why rows could not be read; empty when all is well.
   const QString& failure() const { return failure_; }
 
@@ -45,13 +45,13 @@ signals:
 
 private:
   /// Reads the next page; what fails is told to the diagnostics and ends the list.
-  LookupPage nextPage();
+  erp::LookupPage nextPage();
 
-  LookupPages& pages_;
+  erp::LookupPages& pages_;
   Diagnostics& diagnostics_;
   std::string search_;
-  std::vector<LookupRow> rows_;
-  std::optional<LookupPosition> next_;
+  std::vector<erp::LookupRow> rows_;
+  std::optional<erp::LookupPosition> next_;
   QString failure_;
 };
 
@@ -61,17 +61,17 @@ class LookupWindow final : public QDialog {
 
 public:
   /// All references must outlive the window.
-  LookupWindow(const LookupRequest& request, LookupPages& pages, LocalSettings& settings,
+  LookupWindow(const LookupRequest& request, erp::LookupPages& pages, LocalSettings& settings,
                Diagnostics& diagnostics, QWidget* parent);
 
   /// The current row; null when the list is empty.
-  const LookupRow* current() const;
+  const erp::LookupRow* current() const;
 
   void done(int result) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-  void buildTable(const LookupSource& source);
+  void buildTable(const erp::LookupSource& source);
   void restoreSize();
   void saveSize();
   void showRows();

@@ -175,7 +175,7 @@ std::string AboutWindow::systemInformation() {
   std::string schema = "nicht bekannt";
   try {
     if (const auto version =
-            environment_.connection ? storedSchemaVersion(*environment_.connection) : std::nullopt)
+            environment_.connection ? erp::storedSchemaVersion(*environment_.connection) : std::nullopt)
       schema = *version;
   } catch (const std::exception& failure) {
     environment_.diagnostics.report({"system information", failure.what(), {}});

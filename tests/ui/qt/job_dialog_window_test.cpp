@@ -28,7 +28,7 @@ using testing::Not;
 class JobDialogWindowTest : public DialogTest {
 protected:
   JobDialogWindowTest() {
-    TableFiller(connection(), "Adressenstamm")
+    erp::TableFiller(connection(), "Adressenstamm")
         .add({{"Kundennummer", "20001"}, {"Adressnummer", "7"}, {"Bez1", "Lager"}, {"Ort", "Kiel"}});
   }
 

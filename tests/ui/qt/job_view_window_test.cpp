@@ -32,8 +32,8 @@ class JobViewWindowTest : public ::testing::Test {
 protected:
   JobViewWindowTest() {
     WorkUnit unit(erp.connection());
-    fillDemoData(erp.connection());
-    stageDemoJobs(erp.connection(), makeDate(2026, 11, 24));
+    erp::fillDemoData(erp.connection());
+    erp::stageDemoJobs(erp.connection(), makeDate(2026, 11, 24));
     unit.commit();
     erp.desktop.onYield = [this] {
       QCoreApplication::processEvents();

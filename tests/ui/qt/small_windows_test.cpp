@@ -236,7 +236,7 @@ TEST_F(Windows, TheAboutBoxTellsTheSystemInformation) {
   });
   EXPECT_TRUE(information.contains(toQt("Datenbank: " + erp.file))) << information.toStdString();
   EXPECT_TRUE(information.contains(QStringLiteral("Benutzer: pruefer")));
-  EXPECT_TRUE(information.contains(QStringLiteral("Stand der Tabellen: %1").arg(schemaVersion)));
+  EXPECT_TRUE(information.contains(QStringLiteral("Stand der Tabellen: %1").arg(erp::schemaVersion)));
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-// The German text forms of numbers and truth values, and texts counted by characters.
+// The German text forms of numbers and truth values.
 #pragma once
 
 #include <optional>
@@ -44,14 +44,5 @@ std::optional<NumberReadings> readingsOf(std::string_view text);
 /// Why nobody should calculate with a typed number, as it stands behind the text in a message: "is no
 /// number", "may mean 1000 or 1". Empty for one that is clear.
 std::string doubtAbout(std::string_view text);
-
-/// The first `count` characters (not bytes) of a UTF-8 text.
-std::string_view firstCharacters(std::string_view text, std::size_t count);
-
-/// Equal but for the case of ASCII letters, as the databases compare codes.
-bool equalCodes(std::string_view a, std::string_view b);
-
-/// Without blanks at either end.
-std::string_view trimBlanks(std::string_view text);
 
 } // namespace qx

@@ -1,4 +1,5 @@
-#include "rules/german_text.h"
+
+#include "model/german_text.h"
 
 #include <gtest/gtest.h>
 
@@ -33,12 +34,6 @@ TEST(GermanText, ReadsItsOwnNumbersAndRefusesADot) {
   EXPECT_EQ(parseGermanNumber(" +3,5 "), 3.5);
   for (const char* text : {"1.5", "1.000,5", "", "12a", "1,2,3", "inf", "nan", "--1"})
     EXPECT_EQ(parseGermanNumber(text), std::nullopt) << text;
-}
-
-TEST(GermanText, CountsCharactersNotBytes) {
-  EXPECT_EQ(firstCharacters("Größe", 4), "Größ");
-  EXPECT_EQ(firstCharacters("ab", 15), "ab");
-  EXPECT_EQ(firstCharacters("😀😀😀", 2), "😀😀");
 }
 
 TEST(GermanText, EnteredNumbersMayHavePointsBetweenGroupsOfThreeDigits) {

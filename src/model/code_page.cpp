@@ -1,4 +1,6 @@
-#include "rules/code_page.h"
+#include "model/code_page.h"
+
+#include "model/text.h"
 
 #include <algorithm>
 #include <array>
@@ -38,23 +40,12 @@ void appendUtf8(std::string& text, char16_t character) {
   text += static_cast<char>(0x80U | (character & sixBits));
 }
 
-struct Decoded {
-  std::uint32_t character = 0;
-  std::size_t length = 1; ///< of the bytes taken
-};
-
-/// Reads one character above 7F; a malformed byte is taken alone and gives 0.
-Decoded decode(std::string_view text) {
-  const auto lead = static_cast<unsigned char>(text.front());
-  const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC2 ? 2 : 0;
-  if (length == 0 || lead > 0xF4 || text.size() < length) return {};
-  std::uint32_t character = lead & (0x7FU >> length);
-  for (std::size_t i = 1; i < length; ++i) {
-    const auto next = static_cast<unsigned char>(text[i]);
-    if ((next & 0xC0U) != 0x80) return {};
-    character = (character << 6U) | (next & 0x3FU);
-  }
-  return {character, length};
+/// The character of a well-formed sequence of more than one byte.
+std::uint32_t decoded(std::string_view sequence) {
+  std::uint32_t character = static_cast<unsigned char>(sequence.front()) & (0x7FU >> sequence.size());
+  for (const char c : sequence.substr(1))
+    character = (character << 6U) | (static_cast<unsigned char>(c) & 0x3FU);
+  return character;
 }
 
 } // namespace
@@ -82,11 +73,11 @@ std::size_t appendCodePage(std::string& bytes, std::string_view text) {
     bytes += text.substr(0, plain);
     text.remove_prefix(plain);
     while (!text.empty() && !isAscii(text.front())) {
-      const Decoded decoded = decode(text);
-      const unsigned char byte = byteOf(decoded.character);
+      const std::size_t length = utf8Length(text);
+      const unsigned char byte = length == 0 ? 0 : byteOf(decoded(text.substr(0, length)));
       bytes += byte == 0 ? '?' : static_cast<char>(byte);
       if (byte == 0) ++replaced;
-      text.remove_prefix(decoded.length);
+      text.remove_prefix(std::max<std::size_t>(length, 1));
     }
   }
   return replaced;

@@ -1,4 +1,4 @@
-// Texts of job files: the single-byte code page 1252 and UTF-8.
+// The single-byte code page 1252 of job files and profile files, and UTF-8.
 #pragma once
 
 #include <cstddef>

@@ -1,4 +1,6 @@
-#include "rules/german_text.h"
+#include "model/german_text.h"
+
+#include "model/text.h"
 
 #include <algorithm>
 #include <array>
@@ -54,8 +56,6 @@ DecimalDigits decimalDigits(double number) {
     result.whole += power;
   return result;
 }
-
-char asciiLower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
 
 } // namespace
 
@@ -148,25 +148,6 @@ std::string doubtAbout(std::string_view text) {
   if (const auto readings = readingsOf(text))
     return "may mean " + germanNumber(readings->thousands) + " or " + germanNumber(readings->decimals);
   return parseTypedNumber(text) ? "" : "is no number";
-}
-
-std::string_view firstCharacters(std::string_view text, std::size_t count) {
-  std::size_t at = 0;
-  for (; at < text.size(); ++at) {
-    const bool begins = (static_cast<unsigned char>(text[at]) & 0xC0) != 0x80;
-    if (begins && count-- == 0) break;
-  }
-  return text.substr(0, at);
-}
-
-bool equalCodes(std::string_view a, std::string_view b) {
-  return std::ranges::equal(a, b, [](char x, char y) { return asciiLower(x) == asciiLower(y); });
-}
-
-std::string_view trimBlanks(std::string_view text) {
-  const auto first = text.find_first_not_of(' ');
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(' ') - first + 1);
 }
 
 } // namespace qx

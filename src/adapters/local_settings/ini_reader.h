@@ -1,0 +1,30 @@
+// Finds entries in the text of an INI file.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string_view>
+
+namespace qx {
+
+/// What one kind of file understands differently from the other.
+struct IniRules {
+  std::string_view commentMarks;                        ///< a line that begins with one of them is a comment
+  bool (*sameName)(std::string_view, std::string_view); ///< of sections and keys
+  bool bareKeys;                                        ///< a line without "=" is a key without a value
+};
+
+struct IniEntry {
+  std::optional<std::string_view>
+      line;                   ///< that of the key, without its outer blanks; null when it is missing
+  std::string_view value;     ///< without its outer blanks
+  std::size_t sectionEnd = 0; ///< behind the last entry of the section; 0 without such a section
+};
+
+/// The first entry of the key counts, as does the first section when there is none. A line that begins with
+/// "[" ends the section before it; without "]" it opens none. The mark of UTF-8 is passed over. The views
+/// point into `content`.
+IniEntry findIniEntry(std::string_view content, std::string_view section, std::string_view key,
+                      const IniRules& rules);
+
+} // namespace qx

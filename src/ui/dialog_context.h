@@ -1,0 +1,19 @@
+// What every dialog works with.
+#pragma once
+
+#include "engine/import_job_object2.h"
+#include "ui/database_wait.h"
+
+namespace qx {
+
+class LookupBridge;
+
+/// All of it outlives the dialog.
+struct DialogContext {
+  Environment& environment;
+  ImportJobObject2& engine;
+  LookupBridge& lookups;
+  WaitFactory wait{}; ///< for the work that writes
+};
+
+} // namespace qx
