@@ -23,7 +23,7 @@ JobState stateFor(CheckStatus status) {
 
 } // namespace
 
-Findings ContractCheck::check(const ContractFields& job, bool single) const {
+Findings ContractCheck::check(const JobFields& job, bool single) const {
   Findings findings;
   const ContractKey key = ContractKey::of(job);
   const std::string state = contractState(job);

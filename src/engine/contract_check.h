@@ -23,7 +23,7 @@ public:
 
   /// The findings for these values. `single`: a contract that did not arrive with its customer; the two kinds
   /// spell one text differently on purpose.
-  Findings check(const ContractFields& job, bool single) const;
+  Findings check(const JobFields& job, bool single) const;
   /// The findings of a staged job, `header` standing on its row: a single contract with the values of its
   /// first position, as the run would take them over.
   Findings checkStaged(Recordset& header) const;
@@ -46,7 +46,7 @@ public:
   explicit ContractComparison(Environment& environment) : environment_(environment) {}
 
   /// True when processing the contract would change the stored line or add one.
-  bool differs(const ContractFields& job) const;
+  bool differs(const JobFields& job) const;
   /// The state of a line; `jobId` receives the staged job that carries it, or "".
   ContractState state(const ContractKey& key, std::string& jobId) const;
   /// Marks the customer's stored lines that no staged customer contract carries: one job of code 44 each.

@@ -7,40 +7,11 @@
 #include "store/staging_writer.h"
 
 #include <algorithm>
-#include <array>
 #include <utility>
 #include <vector>
 
 namespace qx {
 namespace {
-
-/// A column of the contract table and the staging column that stands for it.
-struct LineField {
-  ColumnName line;
-  ColumnName staged;
-};
-constexpr std::array lineFields{LineField{"Kundennummer", "Kundennummer"},
-                                LineField{"Vertragsnummer", "Vertragsnummer"},
-                                LineField{"VertrGegenstandsNr", "Artikelnummer"},
-                                LineField{"Vertragsart", "Vertragsart"},
-                                LineField{"Vertragsdatum", "Vertragsdatum"},
-                                LineField{"Vertragsbeginn", "Vertragsbeginn"},
-                                LineField{"Vertragsende", "Vertragsende"},
-                                LineField{"Zahlungsweise", "Zahlungsweise"},
-                                LineField{"Intervall", "Intervall"},
-                                LineField{"Bemerkung", "Info"},
-                                LineField{"Kündigungsgrund", "Kündigungsgrund"},
-                                LineField{"Zustand", "Zustand"},
-                                LineField{"Anzahl", "Menge"},
-                                LineField{"Betrag", "Preis"},
-                                LineField{"PreisabweichungGrund", "IndFild1"},
-                                LineField{"PreisabweichungGenehmigender", "IndFild2"},
-                                LineField{"PreisabweichungDatum", "IndFild3"},
-                                LineField{"PreisabweichungBemerkung", "IndFild4"},
-                                LineField{"VS_KdNr", "VS_KdNr"},
-                                LineField{"GekuendigtAm", "GekuendigtAm"},
-                                LineField{"GrundVerlorenSchl", "GrundVerlorenSchl"},
-                                LineField{"Vertragstext", "Vertragstext"}};
 
 bool sameContent(const Value& a, const Value& b) {
   const auto x = a.number();
@@ -69,7 +40,7 @@ bool isCode(Recordset& job, JobConstants2 code) {
 
 } // namespace
 
-bool ContractComparison::differs(const ContractFields& job) const {
+bool ContractComparison::differs(const JobFields& job) const {
   const auto line = openContract(activeConnection(environment_), ContractKey::of(job));
   if (line->eof()) return true;
   const auto columns = contractColumns(activeConnection(environment_), job);
@@ -102,9 +73,7 @@ ContractState ContractComparison::state(const ContractKey& key, std::string& job
   if (!jobs->eof() && isCode(*jobs, qxtJobKundenVerträgedel)) return ContractState::Deleted;
   if (openContract(activeConnection(environment_), key)->eof()) return ContractState::New;
   if (jobs->eof()) return ContractState::Done;
-  MissingColumns missing(environment_.diagnostics);
-  const JobRow job(*jobs, missing);
-  return differs(contractFields(job)) ? ContractState::Changed : ContractState::Done;
+  return differs(fieldsOf(*jobs)) ? ContractState::Changed : ContractState::Done;
 }
 
 std::int32_t ContractComparison::markUncarried(std::string_view customer) {
@@ -157,7 +126,8 @@ void ContractComparison::mark(Recordset& line, const ContractKey& key) {
   }
   jobs->set("ImportType", Value(stagedImportType));
   jobs->set("Status", Value(static_cast<std::int16_t>(CheckStatus::Clean)));
-  for (const LineField& field : lineFields) {
+  for (const ContractPair& field : contractPairs()) {
+    if (field.role == ContractPair::Role::Repeats) continue;
     // A table without the contract's own remark carries it as that of the job.
     const bool carried = field.line != ColumnName("Bemerkung") || jobs->hasField(field.staged);
     const ColumnName staged = carried ? field.staged : ColumnName("Bemerkung");

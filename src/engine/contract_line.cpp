@@ -3,6 +3,7 @@
 #include "model/date.h"
 #include "store/staging_writer.h"
 
+#include <array>
 #include <utility>
 
 namespace qx {
@@ -30,36 +31,55 @@ bool isTimeOfDay(std::string_view text) {
   return text.empty() || text == " AM" || text == " PM";
 }
 
-Value contractAmount(const Value& price) {
-  const auto amount = price.money();
-  return amount ? Value(*amount) : emptyToNull(price);
+Value written(const Value& staged) { return emptyToNull(staged); }
+Value writtenKey(const Value& staged) { return Value(staged.text()); }
+Value writtenDay(const Value& staged) { return contractDate(staged, false); }
+Value writtenBegin(const Value& staged) { return contractDate(staged, true); }
+Value writtenEnd(const Value& staged) {
+  Value end = contractDate(staged, false);
+  return end.isNull() ? Value(openContractEnd) : end;
+}
+Value writtenPayments(const Value& staged) { return staged.isEmpty() ? Value("0") : staged; }
+Value writtenInterval(const Value& staged) { return staged.isNull() ? Value(std::int16_t{12}) : staged; }
+Value writtenState(const Value& staged) { return staged.isEmpty() ? Value(activeContract) : staged; }
+Value writtenAmount(const Value& staged) {
+  const auto amount = staged.money();
+  return amount ? Value(*amount) : emptyToNull(staged);
 }
 
-Value valueOr(const Value& value, const char* fallback) { return value.isEmpty() ? Value(fallback) : value; }
+using Role = ContractPair::Role;
+constexpr std::array pairs{ContractPair{"Kundennummer", "Kundennummer", writtenKey, Role::Key},
+                           ContractPair{"Vertragsnummer", "Vertragsnummer", writtenKey, Role::Key},
+                           ContractPair{"Vertragsdatum", "Vertragsdatum", writtenDay},
+                           ContractPair{"Vertragsbeginn", "Vertragsbeginn", writtenBegin},
+                           ContractPair{"Vertragsende", "Vertragsende", writtenEnd},
+                           ContractPair{"Zahlungsweise", "Zahlungsweise", writtenPayments},
+                           ContractPair{"Intervall", "Intervall", writtenInterval},
+                           ContractPair{"IntervallErstmals", "Intervall", writtenInterval, Role::Repeats},
+                           ContractPair{"IntervallVerlängerung", "Intervall", writtenInterval, Role::Repeats},
+                           ContractPair{"Bemerkung", "Info", written},
+                           ContractPair{"Kündigungsgrund", "Kündigungsgrund", written},
+                           ContractPair{"Zustand", "Zustand", writtenState},
+                           ContractPair{"Vertragsart", "Vertragsart", writtenKey, Role::Key},
+                           ContractPair{"VertrGegenstandsNr", "Artikelnummer", writtenKey, Role::Key},
+                           ContractPair{"Anzahl", "Menge", written},
+                           ContractPair{"Betrag", "Preis", writtenAmount},
+                           ContractPair{"PreisabweichungGrund", "IndFild1", written},
+                           ContractPair{"PreisabweichungGenehmigender", "IndFild2", written},
+                           ContractPair{"PreisabweichungDatum", "IndFild3", written},
+                           ContractPair{"PreisabweichungBemerkung", "IndFild4", written},
+                           ContractPair{"VS_KdNr", "VS_KdNr", written},
+                           ContractPair{"GekuendigtAm", "GekuendigtAm", written},
+                           ContractPair{"GrundVerlorenSchl", "GrundVerlorenSchl", written},
+                           ContractPair{"Vertragstext", "Vertragstext", written}};
 
 } // namespace
-
-ContractFields contractFields(const JobRow& job) {
-  return [&job](ColumnName column) { return job.value(column); };
-}
-
-ContractFields contractFields(const VertragFields& record) {
-  return [&record](ColumnName column) -> Value {
-    for (const auto& field : vertragFields) {
-      if (!field.stored() || ColumnName(field.column) != column) continue;
-      Value stored = field.visit(record, [](const auto& property) { return Value(property); });
-      const bool open = column == ColumnName("Vertragsende") && stored.textView() == openContractEnd;
-      return open ? Value::null() : emptyToNull(std::move(stored));
-    }
-    return Value::null();
-  };
-}
 
 std::unique_ptr<Recordset> openContractPositions(Connection& connection, std::string_view jobId) {
   return connection.open(sql("Select * From ImportPos   Where JobID = '"_sql, value(jobId), "'"_sql));
 }
 
-ContractKey ContractKey::of(const ContractFields& job) {
+ContractKey ContractKey::of(const JobFields& job) {
   return {job("Kundennummer").text(), job("Vertragsnummer").text(), job("Artikelnummer").text(),
           job("Vertragsart").text()};
 }
@@ -77,7 +97,7 @@ Value contractObjectText(Connection& connection, std::string_view object) {
   return found->eof() ? Value::null() : found->value("Bez");
 }
 
-std::string contractState(const ContractFields& job) {
+std::string contractState(const JobFields& job) {
   std::string state = job("Zustand").text();
   return state.empty() ? std::string(activeContract) : state;
 }
@@ -90,40 +110,19 @@ Value contractDate(const Value& text, bool noon) {
   return parseGermanDateTime(written) || isTimeOfDay(written) ? text : Value::null();
 }
 
-std::vector<ContractColumn> contractColumns(Connection& connection, const ContractFields& job) {
-  const ContractKey key = ContractKey::of(job);
-  const Value interval = job("Intervall").isNull() ? Value(std::int16_t{12}) : job("Intervall");
-  Value text = emptyToNull(job("Vertragstext"));
-  if (text.isNull()) text = contractObjectText(connection, key.object);
-  // Senders that know no field for it give the remark as that of the job.
-  Value remark = emptyToNull(job("Info"));
-  if (remark.isNull()) remark = emptyToNull(job("Bemerkung"));
-  Value end = contractDate(job("Vertragsende"), false);
-  if (end.isNull()) end = Value(openContractEnd);
-  return {{"Kundennummer", Value(key.customer), true},
-          {"Vertragsnummer", Value(key.number), true},
-          {"Vertragsdatum", contractDate(job("Vertragsdatum"), false)},
-          {"Vertragsbeginn", contractDate(job("Vertragsbeginn"), true)},
-          {"Vertragsende", std::move(end)},
-          {"Zahlungsweise", valueOr(job("Zahlungsweise"), "0")},
-          {"Intervall", interval},
-          {"IntervallErstmals", interval},
-          {"IntervallVerlängerung", interval},
-          {"Bemerkung", std::move(remark)},
-          {"Kündigungsgrund", emptyToNull(job("Kündigungsgrund"))},
-          {"Zustand", Value(contractState(job))},
-          {"Vertragsart", Value(key.kind), true},
-          {"VertrGegenstandsNr", Value(key.object), true},
-          {"Anzahl", emptyToNull(job("Menge"))},
-          {"Betrag", contractAmount(job("Preis"))},
-          {"PreisabweichungGrund", emptyToNull(job("IndFild1"))},
-          {"PreisabweichungGenehmigender", emptyToNull(job("IndFild2"))},
-          {"PreisabweichungDatum", emptyToNull(job("IndFild3"))},
-          {"PreisabweichungBemerkung", emptyToNull(job("IndFild4"))},
-          {"VS_KdNr", emptyToNull(job("VS_KdNr"))},
-          {"GekuendigtAm", emptyToNull(job("GekuendigtAm"))},
-          {"GrundVerlorenSchl", emptyToNull(job("GrundVerlorenSchl"))},
-          {"Vertragstext", std::move(text)}};
+std::span<const ContractPair> contractPairs() { return pairs; }
+
+std::vector<ContractColumn> contractColumns(Connection& connection, const JobFields& job) {
+  std::vector<ContractColumn> columns;
+  for (const ContractPair& pair : pairs) {
+    Value content = pair.written(job(pair.staged));
+    // Senders that know no field for it give the remark as that of the job.
+    if (content.isNull() && pair.line == ColumnName("Bemerkung")) content = emptyToNull(job("Bemerkung"));
+    if (content.isNull() && pair.line == ColumnName("Vertragstext"))
+      content = contractObjectText(connection, job("Artikelnummer").text());
+    columns.push_back({pair.line, std::move(content), pair.role == Role::Key});
+  }
+  return columns;
 }
 
 } // namespace qx

@@ -1,24 +1,16 @@
 // What a contract job stores as a line of the contract table.
 #pragma once
 
-#include "engine/job_row.h"
-#include "model/entry_records.h"
-#include "platform/value.h"
+#include "engine/job_fields.h"
 
 #include <array>
-#include <functional>
+#include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
 namespace qx {
-
-/// The fields of a contract job by staging column; null for a column that it does not have.
-using ContractFields = std::function<Value(ColumnName)>;
-
-ContractFields contractFields(const JobRow& job);
-/// As `AddItem` would stage the record.
-ContractFields contractFields(const VertragFields& record);
 
 /// What a position of a contract job holds in place of its header.
 inline constexpr std::array contractPositionColumns{ColumnName("Menge"),         ColumnName("Preis"),
@@ -36,7 +28,7 @@ struct ContractKey {
   std::string object; ///< the job's `Artikelnummer`
   std::string kind;   ///< `Vertragsart`
 
-  static ContractKey of(const ContractFields& job);
+  static ContractKey of(const JobFields& job);
 };
 
 /// The line of this key, or no row. Rows can be changed.
@@ -49,7 +41,7 @@ Value contractObjectText(Connection& connection, std::string_view object);
 inline constexpr std::string_view activeContract = "A";
 
 /// The job's state, or the default for an empty one.
-std::string contractState(const ContractFields& job);
+std::string contractState(const JobFields& job);
 /// The kind and the object of a contract in one of the states "I" and "E" are not checked. Compared exactly.
 bool skipsObjectChecks(std::string_view state);
 
@@ -57,14 +49,28 @@ bool skipsObjectChecks(std::string_view state);
 /// neither is "12:00:00 AM".
 Value contractDate(const Value& text, bool noon);
 
+/// A column of the contract table and the staging column that stands for it.
+struct ContractPair {
+  enum class Role : std::uint8_t { Plain, Key, Repeats };
+
+  ColumnName line;
+  ColumnName staged;
+  Value (*written)(const Value& staged); ///< what processing writes for it
+  /// `Key`: a line that exists has it in its own spelling and keeps it. `Repeats`: another column holds the
+  /// same.
+  Role role = Role::Plain;
+};
+/// In the order in which they are written.
+std::span<const ContractPair> contractPairs();
+
 struct ContractColumn {
   ColumnName column;
   Value content;
-  bool isKey = false; ///< a line that exists has it in its own spelling and keeps it
+  bool isKey = false;
 };
 
 /// Every column that processing writes, with its defaults, but for the user and time of the change. The price
 /// is an amount; one that fits none stands as it is.
-std::vector<ContractColumn> contractColumns(Connection& connection, const ContractFields& job);
+std::vector<ContractColumn> contractColumns(Connection& connection, const JobFields& job);
 
 } // namespace qx

@@ -6,7 +6,7 @@
 namespace qx {
 
 Findings ContractProcessor::process(JobRow& job) {
-  const ContractFields fields = contractFields(job);
+  const JobFields fields = fieldsOf(job);
   const ContractKey key = ContractKey::of(fields);
   const auto line = openContract(*environment_.connection, key);
   Findings refused;
@@ -48,7 +48,7 @@ void ContractProcessor::checkNumber(const Value& staged, Rule tooLarge, Rule noN
   refused.add(number ? Finding(tooLarge, germanNumber(*number)) : Finding(noNumber, staged.text()));
 }
 
-void ContractProcessor::save(JobRow& job, Recordset& line, const ContractFields& fields) {
+void ContractProcessor::save(JobRow& job, Recordset& line, const JobFields& fields) {
   const auto columns = contractColumns(*environment_.connection, fields);
   Savepoint part(*environment_.connection);
   const bool isNew = line.eof();

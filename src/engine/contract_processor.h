@@ -24,7 +24,7 @@ private:
   void checkCustomer(const ContractKey& key, Findings& refused);
   void checkObject(const ContractKey& key, Findings& refused);
   static void checkNumber(const Value& staged, Rule tooLarge, Rule noNumber, Findings& refused);
-  void save(JobRow& job, Recordset& line, const ContractFields& fields);
+  void save(JobRow& job, Recordset& line, const JobFields& fields);
   bool any(const Sql& statement);
 
   Environment& environment_;

@@ -42,31 +42,12 @@ constexpr std::array writtenColumns{CustomerColumn("Kundennummer"),
                                     CustomerColumn("GrundVerlorenSchl"),
                                     CustomerColumn("UstIdentNr")};
 
-constexpr std::array addressesOfJob{
-    BroughtAddress{"Versandanschrift",
-                   "VS_KdNr",
-                   "VS_AdrNr",
-                   {"VS_Bez1", "VS_Bez2", "VS_Bez3", "VS_Straße", "VS_Land", "VS_PLZ", "VS_Ort"}},
-    BroughtAddress{"Rechnungsanschrift",
-                   "RG_KdNr",
-                   "RG_AdrNr",
-                   {"RG_Bez1", "RG_Bez2", "RG_Bez3", "RG_Straße", "RG_Land", "RG_PLZ", "RG_Ort"}}};
-
 } // namespace
-
-std::span<const BroughtAddress> broughtAddresses() { return addressesOfJob; }
 
 std::span<const CustomerColumn> writtenCustomerColumns() { return writtenColumns; }
 
-const Value& bankCode(const JobFields& job) {
-  const Value& own = job("Bankleitzahl");
-  if (!own.isEmpty()) return own;
-  const Value& other = job("BLZ");
-  return other.isNull() ? own : other;
-}
-
 std::optional<Value> writtenBy(const JobFields& job, const CustomerColumn& field, bool isNew) {
-  const Value& staged = field.column == ColumnName("Bankleitzahl") ? bankCode(job) : job(field.jobField);
+  const Value staged = field.column == ColumnName("Bankleitzahl") ? bankCode(job) : job(field.jobField);
   // A column of which the sender does not speak is kept; an empty text empties it.
   if (staged.isNull()) return std::nullopt;
   Value written = emptyToNull(staged);

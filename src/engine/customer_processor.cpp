@@ -3,6 +3,7 @@
 #include "engine/customer_columns.h"
 #include "engine/hints.h"
 #include "engine/host_undo.h"
+#include "rules/address_fields.h"
 #include "rules/dates.h"
 
 #include <exception>
@@ -11,14 +12,6 @@
 #include <stdexcept>
 
 namespace qx {
-namespace {
-
-JobFields fieldsOf(const JobRow& job) {
-  return [&job](ColumnName field) -> const Value& { return job.value(field); };
-}
-
-} // namespace
-
 /// One kind of code: what a missing one breaks, how it is found and created, and whether it may be.
 struct CustomerProcessor::Code {
   Rule refused;
@@ -48,8 +41,7 @@ CustomerProcessor::Outcome CustomerProcessor::process(JobRow& job) {
   if (!refused.empty()) return failed(job, std::move(refused));
   events_.raiseProcessInfo("Kunden werden verarbeitet... (Kundennummer: " + number + ")");
   // Before the row is written: they name what it held.
-  Findings hints = customerHints([&job](ColumnName field) -> const Value& { return job.valueIfAny(field); },
-                                 isNew ? nullptr : customer.get(), homeCurrency_);
+  Findings hints = customerHints(fieldsOf(job.row()), isNew ? nullptr : customer.get(), homeCurrency_);
   save(job, *customer, isNew, stamp);
   return {isNew ? Result::Created : Result::Changed, std::move(hints)};
 }
@@ -183,12 +175,10 @@ void CustomerProcessor::undoOnHost(Recordset& customer, const std::string& numbe
 }
 
 void CustomerProcessor::addAddresses(const JobRow& job, Written& written) {
-  for (const BroughtAddress& block : broughtAddresses()) {
+  for (const AddressFields& block : jobAddresses) {
     const std::string number = job.text(block.number);
     if (number.empty()) continue;
-    const auto& lines = block.lines;
-    const Adresse address{job.text(lines[0]), job.text(lines[1]), job.text(lines[2]), job.text(lines[3]),
-                          job.text(lines[4]), job.text(lines[5]), job.text(lines[6])};
+    const Adresse address = addressOf(block.lines, [&](ColumnName column) { return job.text(column); });
     if (address == Adresse()) continue;
     std::string owner = job.firstOf(block.customer, "Kundennummer");
     if (addresses_.AddAdressDaten(owner, number, address))

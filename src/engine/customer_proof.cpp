@@ -2,6 +2,7 @@
 
 #include "model/text.h"
 #include "rules/active_connection.h"
+#include "rules/address_fields.h"
 
 #include <algorithm>
 #include <array>
@@ -21,62 +22,27 @@ constexpr std::array codeFields{CodeField{"Kundengruppe", "Kundengruppe", Rule::
                                 CodeField{"Zahlungsart", "Zahlungsart", Rule::CustomerPaymentMethod},
                                 CodeField{"ZahlungsbedSchl", "ZahlungsbedSchl", Rule::CustomerPaymentTerms}};
 
-using AddressPart = std::string Adresse::*;
+/// In the order of `mainAddress`.
+constexpr std::array mainAddressRules{Rule::CustomerName1,  Rule::CustomerName2,   Rule::CustomerName3,
+                                      Rule::CustomerStreet, Rule::CustomerCountry, Rule::CustomerPostCode,
+                                      Rule::CustomerCity};
+static_assert(mainAddressRules.size() == mainAddress.size());
 
-struct ComparedField {
-  ColumnName field;
-  AddressPart stored = nullptr;
-};
-struct MainField {
-  ColumnName field;
-  Rule rule;
-};
-constexpr std::array mainAddressFields{
-    MainField{"Bez1", Rule::CustomerName1},   MainField{"Bez2", Rule::CustomerName2},
-    MainField{"Bez3", Rule::CustomerName3},   MainField{"Strasse", Rule::CustomerStreet},
-    MainField{"Land", Rule::CustomerCountry}, MainField{"PLZ", Rule::CustomerPostCode},
-    MainField{"Ort", Rule::CustomerCity}};
-
-// The streets of these two blocks are not compared.
-struct AddressBlock {
-  ColumnName customer;
-  ColumnName number;
-  ColumnName street;
-  std::array<ComparedField, 6> fields;
+struct AddressRules {
+  const AddressFields& fields;
   Rule differs;
   Rule unknown;
 };
-constexpr std::array addressBlocks{
-    AddressBlock{"VS_KdNr",
-                 "VS_AdrNr",
-                 "VS_Straße",
-                 {ComparedField{"VS_Bez1", &Adresse::Bez1}, ComparedField{"VS_Bez2", &Adresse::Bez2},
-                  ComparedField{"VS_Bez3", &Adresse::Bez3}, ComparedField{"VS_PLZ", &Adresse::PLZ},
-                  ComparedField{"VS_Ort", &Adresse::Ort}, ComparedField{"VS_Land", &Adresse::Land}},
-                 Rule::CustomerDelivery,
-                 Rule::CustomerDeliveryKey},
-    AddressBlock{"RG_KdNr",
-                 "RG_AdrNr",
-                 "RG_Straße",
-                 {ComparedField{"RG_Bez1", &Adresse::Bez1}, ComparedField{"RG_Bez2", &Adresse::Bez2},
-                  ComparedField{"RG_Bez3", &Adresse::Bez3}, ComparedField{"RG_PLZ", &Adresse::PLZ},
-                  ComparedField{"RG_Ort", &Adresse::Ort}, ComparedField{"RG_Land", &Adresse::Land}},
-                 Rule::CustomerInvoice,
-                 Rule::CustomerInvoiceKey}};
+constexpr std::array addressRules{
+    AddressRules{deliveryAddress, Rule::CustomerDelivery, Rule::CustomerDeliveryKey},
+    AddressRules{invoiceAddress, Rule::CustomerInvoice, Rule::CustomerInvoiceKey}};
 
-/// The values of a row by column; null for a column that it does not have.
-CustomerFields fieldsOf(Recordset& row) {
-  return [&row](ColumnName column) { return row.hasField(column) ? row.value(column) : Value::null(); };
-}
+/// The streets of the two addresses are not compared.
+bool isCompared(const AddressLine& line) { return line.part != &Adresse::Strasse; }
 
 /// A field of which the job does not speak changes nothing in the master.
 void compare(Findings& findings, Rule rule, ColumnName field, const Value& job, const std::string& stored) {
   if (!job.isNull() && job.text() != stored) findings.add(Finding(rule, job.text(), stored).of(field.text()));
-}
-
-bool blockIsEmpty(const CustomerFields& job, const AddressBlock& block) {
-  return std::ranges::all_of(block.fields,
-                             [&](const ComparedField& field) { return job(field.field).isEmpty(); });
 }
 
 } // namespace
@@ -85,20 +51,20 @@ CustomerProof::CustomerProof(Environment& environment, bool compareAddresses)
     : environment_(environment), compareAddresses_(compareAddresses), masterData_(environment),
       addresses_(environment) {}
 
-Findings CustomerProof::prove(std::string_view jobId) const {
+Findings CustomerProof::ProveCustomerJob(std::string_view JobID) const {
   Findings findings;
   const auto job =
       activeConnection(environment_)
           .open(sql(
               "SELECT * FROM ImportKopf Where (JobType = 10 or JobType = 11 or JobType = 12) And (JobID ='"_sql,
-              value(jobId), "')"_sql));
+              value(JobID), "')"_sql));
   if (job->eof()) return findings;
   findings = prove(fieldsOf(*job));
   findings.append(contracts(job->text("Kundennummer")));
   return findings;
 }
 
-Findings CustomerProof::prove(const CustomerFields& job) const {
+Findings CustomerProof::prove(const JobFields& job) const {
   Findings findings;
   const std::string customer = job("Kundennummer").text();
   if (customer.empty()) findings.add(Finding(Rule::CustomerNumberMissing));
@@ -108,52 +74,58 @@ Findings CustomerProof::prove(const CustomerFields& job) const {
   return findings;
 }
 
-void CustomerProof::proveCodes(const CustomerFields& job, Findings& findings) const {
+void CustomerProof::proveCodes(const JobFields& job, Findings& findings) const {
   for (const CodeField& code : codeFields) {
     const std::string wanted = job(code.field).text();
     if (!wanted.empty() && !masterData_.codeExists(code.master, wanted))
       findings.add(Finding(code.rule, wanted));
   }
-  std::string bank = job("Bankleitzahl").text();
-  if (bank.empty()) bank = job("BLZ").text();
+  const std::string bank = bankCode(job).text();
   if (!bank.empty() && !masterData_.codeExists("Bankleitzahl", bank))
     findings.add(Finding(Rule::CustomerBank, bank));
 }
 
-void CustomerProof::compareWithMaster(const CustomerFields& job, Findings& findings) const {
+void CustomerProof::compareWithMaster(const JobFields& job, Findings& findings) const {
   const std::string customer = job("Kundennummer").text();
   const auto master =
       activeConnection(environment_)
           .open(sql("Select * From Kundenstamm Where Kundennummer = '"_sql, value(customer), "'"_sql));
   if (master->eof()) return;
-  const CustomerFields stored = fieldsOf(*master);
-  for (const MainField& field : mainAddressFields)
-    compare(findings, field.rule, field.field, job(field.field), stored(field.field).text());
-  for (const AddressBlock& block : addressBlocks) {
-    if (blockIsEmpty(job, block)) continue;
-    const std::string number = job(block.number).text();
-    compare(findings, block.differs, block.number, job(block.number), stored(block.number).text());
-    std::string owner = job(block.customer).text();
+  const JobFields stored = fieldsOf(*master);
+  for (std::size_t i = 0; i < mainAddress.size(); ++i) {
+    const ColumnName column = mainAddress[i].column;
+    compare(findings, mainAddressRules[i], column, job(column), stored(column).text());
+  }
+  for (const auto& [fields, differs, unknown] : addressRules) {
+    const auto isSpokenOf = [&](const AddressLine& line) {
+      return isCompared(line) && !job(line.column).isEmpty();
+    };
+    if (std::ranges::none_of(fields.lines, isSpokenOf)) continue;
+    const std::string number = job(fields.number).text();
+    compare(findings, differs, fields.number, job(fields.number), stored(fields.number).text());
+    std::string owner = job(fields.customer).text();
     if (owner.empty()) owner = customer;
     const Adresse address = addresses_.GetAdressDaten(owner, number).value_or(Adresse());
-    for (const ComparedField& field : block.fields)
-      compare(findings, block.differs, field.field, job(field.field), address.*field.stored);
+    for (const AddressLine& line : fields.lines)
+      if (isCompared(line)) compare(findings, differs, line.column, job(line.column), address.*line.part);
   }
 }
 
-void CustomerProof::proveReferences(const CustomerFields& job, Findings& findings) const {
+void CustomerProof::proveReferences(const JobFields& job, Findings& findings) const {
   const std::string account = job("Hauptkonto").text();
   if (!account.empty() && !masterData_.codeExists("Hauptkonto", account))
     findings.add(Finding(Rule::CustomerAccount, account));
-  for (const AddressBlock& block : addressBlocks) {
-    const std::string owner = job(block.customer).text();
-    const std::string number = job(block.number).text();
+  for (const auto& [fields, differs, unknown] : addressRules) {
+    const std::string owner = job(fields.customer).text();
+    const std::string number = job(fields.number).text();
     // The customer's own number stands for the customer that this job creates, and with an address for the
     // one that it brings along.
-    const bool brought = number.empty() || !blockIsEmpty(job, block) || !job(block.street).isEmpty();
+    const bool brought = number.empty() || std::ranges::any_of(fields.lines, [&](const AddressLine& line) {
+                           return !job(line.column).isEmpty();
+                         });
     const bool own = brought && equalCodes(owner, job("Kundennummer").text());
     if (!owner.empty() && !own && !addresses_.KundeAngelegt(owner, number))
-      findings.add(Finding(block.unknown, owner));
+      findings.add(Finding(unknown, owner));
   }
 }
 

@@ -71,7 +71,7 @@ Findings CustomerSection::park(JobRow& job) {
     job.set("Fehlertext", Value(""));
     job.update();
   }
-  Findings findings = proof_.prove(job.text("JobID"));
+  Findings findings = proof_.ProveCustomerJob(job.text("JobID"));
   if (findings.status() == CheckStatus::Warning)
     JobMarks::markJobWarning(job, announced(findings));
   else if (findings.status() == CheckStatus::Error)

@@ -1,8 +1,8 @@
 #include "engine/hints.h"
 
 #include "model/text.h"
-#include "platform/one_line.h"
 #include "platform/sql.h"
+#include "rules/address_fields.h"
 
 #include <algorithm>
 #include <array>
@@ -76,9 +76,10 @@ void addUnwrittenFields(const JobFields& job, Recordset* master, std::string_vie
 }
 
 void addUnwrittenAddresses(const JobFields& job, Findings& hints) {
-  for (const BroughtAddress& address : broughtAddresses())
-    if (job(address.number).isEmpty() &&
-        std::ranges::any_of(address.lines, [&](ColumnName line) { return !job(line).isEmpty(); }))
+  for (const AddressFields& address : jobAddresses)
+    if (job(address.number).isEmpty() && std::ranges::any_of(address.lines, [&](const AddressLine& line) {
+          return !job(line.column).isEmpty();
+        }))
       hints.add(Finding(Rule::CustomerAddressUnstored, address.name).of(address.number.text()));
 }
 
@@ -133,8 +134,8 @@ Findings orderHints(const JobFields& job, Recordset& customer, Connection& conne
     hints.add(Finding(Rule::OrderCurrency, own, currency));
   if (!equalCodes(currency, homeCurrency) && !hasRate(currency, connection))
     hints.add(Finding(Rule::OrderExchangeRate, "", currency));
-  const auto jobOrMaster = [&](ColumnName column) -> const Value& {
-    const Value& own = job(column);
+  const auto jobOrMaster = [&](ColumnName column) {
+    const Value own = job(column);
     return own.isEmpty() ? masterValue(&customer, column) : own;
   };
   addTaxHints(masterText(&customer, "MwSt_KZ"), jobOrMaster("UstIdentNr").text(),

@@ -316,21 +316,6 @@ bool ImportJobObject2::Import(std::string_view FileName) {
 
 std::string ImportJobObject2::GUID() { return newJobKey(environment_); }
 
-Findings ImportJobObject2::proveCustomerJob(std::string_view jobId) {
-  Findings findings;
-  constexpr std::string_view failure = "Der Vorgang konnte nicht geprüft werden: ";
-  guarded("proveCustomerJob", failure, [&] {
-    try {
-      findings = CustomerProof(environment_, settings_.isOn("KundeAdressProof")).prove(jobId);
-    } catch (const std::exception& error) {
-      // A job that nobody could look at is not clean.
-      findings.add(Finding(Rule::CheckFailed, germanCause(error)));
-      throw;
-    }
-  });
-  return findings;
-}
-
 std::int16_t ImportJobObject2::GetVertragsZustand(std::string_view Kundennummer,
                                                   std::string_view Vertragsnummer,
                                                   std::string_view Artikelnummer,
@@ -349,7 +334,7 @@ std::int16_t ImportJobObject2::GetVertragsZustand(std::string_view Kundennummer,
 bool ImportJobObject2::GetDiffVertrags(const VertragFields& vertrag) const {
   bool differs = false;
   guarded("GetDiffVertrags", contractFailure,
-          [&] { differs = ContractComparison(environment_).differs(contractFields(vertrag)); });
+          [&] { differs = ContractComparison(environment_).differs(fieldsOf(vertrag)); });
   return differs;
 }
 

@@ -199,13 +199,10 @@ public:
   void interruptStatement() noexcept {
     if (environment_.connection) environment_.connection->interrupt();
   }
-  /// Checks a staged customer job without writing anything. A check that fails is shown and is a finding.
-  Findings proveCustomerJob(std::string_view jobId);
   /// Checks a staged job of any kind without writing anything. A check that fails is a finding; a store that
   /// cannot go on reaches the caller.
   Findings checkJob(std::string_view jobId);
   ImportLock& importLock() { return lock_; }
-  const std::string& homeCurrency() const { return homeCurrency_; }
   /// @}
 
 private:

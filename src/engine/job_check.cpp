@@ -44,7 +44,7 @@ Findings JobCheck::findingsOf(std::string_view jobId) {
   };
   switch (kindOf(jobType)) {
   case qxtjobkunden:
-    return withHints(CustomerProof(environment_, compareAddresses_).prove(jobId));
+    return withHints(CustomerProof(environment_, compareAddresses_).ProveCustomerJob(jobId));
   case qxtjobverträge:
   case qxtjobkundenverträge:
     return ContractCheck(environment_).checkStaged(*header);
@@ -59,10 +59,7 @@ Findings JobCheck::findingsOf(std::string_view jobId) {
 
 /// Those of a customer or an order job; an order of an unknown customer has none.
 Findings JobCheck::hintsOf(Recordset& header) const {
-  const Value none;
-  const JobFields job = [&](ColumnName field) -> const Value& {
-    return header.hasField(field) ? header.value(field) : none;
-  };
+  const JobFields job = fieldsOf(header);
   const std::string number = job("Kundennummer").text();
   if (number.empty()) return {};
   Connection& connection = activeConnection(environment_);

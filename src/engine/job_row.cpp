@@ -20,10 +20,6 @@ const Value& JobRow::value(ColumnName column) const {
   return nullValue;
 }
 
-const Value& JobRow::valueIfAny(ColumnName column) const {
-  return rows_.hasField(column) ? rows_.value(column) : nullValue;
-}
-
 std::string JobRow::firstOf(ColumnName first, ColumnName second) const {
   std::string found = text(first);
   return found.empty() ? text(second) : found;

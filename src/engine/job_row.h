@@ -30,8 +30,7 @@ public:
   JobRow(Recordset& rows, MissingColumns& missing) : rows_(rows), missing_(missing) {}
 
   const Value& value(ColumnName column) const;
-  /// The same without a word to the diagnostics when the table lacks the column.
-  const Value& valueIfAny(ColumnName column) const;
+  Recordset& row() const { return rows_; }
   bool has(ColumnName column) const { return rows_.hasField(column); }
   std::string text(ColumnName column) const { return value(column).text(); }
   /// The value of the first column that is not empty.

@@ -1,10 +1,10 @@
 #include "engine/order_header.h"
 
+#include "engine/job_fields.h"
 #include "engine/order_failure.h"
 #include "engine/order_values.h"
 #include "model/text.h"
 
-#include <algorithm>
 #include <array>
 
 namespace qx {
@@ -30,44 +30,6 @@ struct StampedText {
   ColumnName jobField, column;
 };
 constexpr std::array stampedTexts{StampedText{"IndFild2", "Ind_Text2"}, StampedText{"IndFild3", "Ind_Text3"}};
-
-/// The columns of one of the two address blocks; the main address of the master has the parts' bare names.
-struct BlockColumns {
-  ColumnName customer, number;
-  std::array<ColumnName, 7> job;
-  std::array<ColumnName, 7> header;
-};
-constexpr BlockColumns shippingBlock{
-    "VS_KdNr",
-    "VS_AdrNr",
-    {"VS_Bez1", "VS_Bez2", "VS_Bez3", "VS_Straße", "VS_Land", "VS_PLZ", "VS_Ort"},
-    {"VS_Bez1", "VS_Bez2", "VS_Bez3", "VS_Strasse", "VS_Land", "VS_PLZ", "VS_Ort"}};
-constexpr BlockColumns invoiceBlock{
-    "RG_KdNr",
-    "RG_AdrNr",
-    {"RG_Bez1", "RG_Bez2", "RG_Bez3", "RG_Straße", "RG_Land", "RG_PLZ", "RG_Ort"},
-    {"RG_Bez1", "RG_Bez2", "RG_Bez3", "RG_Strasse", "RG_Land", "RG_PLZ", "RG_Ort"}};
-constexpr std::array<ColumnName, 7> mainAddress{"Bez1", "Bez2", "Bez3", "Strasse", "Land", "PLZ", "Ort"};
-
-using Block = std::array<std::string, 7>;
-
-Block blockOf(const JobRow& job, const std::array<ColumnName, 7>& columns) {
-  Block block;
-  for (std::size_t i = 0; i < block.size(); ++i) block[i] = job.text(columns[i]);
-  return block;
-}
-
-Block blockOf(Recordset& row) {
-  Block block;
-  for (std::size_t i = 0; i < block.size(); ++i) block[i] = row.text(mainAddress[i]);
-  return block;
-}
-
-Block blockOf(const Adresse& address) {
-  return {address.Bez1, address.Bez2, address.Bez3, address.Strasse, address.Land, address.PLZ, address.Ort};
-}
-
-bool isEmpty(const Block& block) { return std::ranges::all_of(block, &std::string::empty); }
 
 Value jobOrCustomer(const JobRow& job, ColumnName jobField, Recordset& customer, ColumnName column) {
   const Value& own = job.value(jobField);
@@ -99,8 +61,7 @@ void OrderHeader::fill(Recordset& header, const JobRow& job, Recordset& customer
   header.set("Auftragsnummer", Value(number.number));
   header.set("Buchungskreis", Value(number.circle));
   fillMasterData(header, job, customer);
-  fillAddress(header, job, customer, true);
-  fillAddress(header, job, customer, false);
+  for (const AddressFields& fields : jobAddresses) fillAddress(header, job, customer, fields);
   fillCodes(header, job, customer);
   fillSalesReps(header, job, customer);
   fillBank(header, job, customer);
@@ -137,27 +98,29 @@ void OrderHeader::fillMasterData(Recordset& header, const JobRow& job, Recordset
 /// A block comes whole from one place: the job's own lines, the address that the job's key names, or the main
 /// address. Mixing two addresses line by line would send parcels astray. The key goes with the block: one
 /// that names nothing, or another address than the one written, is left out.
-void OrderHeader::fillAddress(Recordset& header, const JobRow& job, Recordset& customer, bool shipping) {
-  const BlockColumns& columns = shipping ? shippingBlock : invoiceBlock;
-  std::string owner = job.text(columns.customer);
-  const std::string number = job.text(columns.number);
+void OrderHeader::fillAddress(Recordset& header, const JobRow& job, Recordset& customer,
+                              const AddressFields& fields) {
+  const auto ofJob = [&](ColumnName column) { return job.text(column); };
+  std::string owner = job.text(fields.customer);
+  const std::string number = job.text(fields.number);
   const bool keyGiven = !owner.empty() || !number.empty();
   if (owner.empty()) owner = job.text("Kundennummer");
-  Block block = blockOf(job, columns.job);
+  const Adresse none;
+  Adresse block = addressOf(fields.lines, ofJob);
   bool keyFits = true;
   if (keyGiven) {
     const auto stored = addresses_.GetAdressDaten(owner, number);
     keyFits = stored.has_value();
-    if (isEmpty(block) && stored) {
-      block = blockOf(*stored);
-      keyFits = !isEmpty(block);
+    if (block == none && stored) {
+      block = *stored;
+      keyFits = block != none;
     }
   }
-  if (isEmpty(block) && isDiversNumber(job.text("Kundennummer"))) block = blockOf(job, mainAddress);
-  if (isEmpty(block)) block = blockOf(customer);
-  header.set(columns.customer, keyFits ? Value(owner) : Value::null());
-  header.set(columns.number, keyFits ? emptyToNull(Value(number)) : Value::null());
-  for (std::size_t i = 0; i < block.size(); ++i) header.set(columns.header[i], emptyToNull(Value(block[i])));
+  if (block == none && isDiversNumber(job.text("Kundennummer"))) block = addressOf(mainAddress, ofJob);
+  if (block == none) block = addressOf(mainAddress, [&](ColumnName column) { return customer.text(column); });
+  header.set(fields.customer, keyFits ? Value(owner) : Value::null());
+  header.set(fields.number, keyFits ? emptyToNull(Value(number)) : Value::null());
+  for (const AddressLine& line : fields.lines) header.set(line.column, emptyToNull(Value(block.*line.part)));
 }
 
 std::string OrderHeader::requireCode(const Sql& lookup, Rule rule, std::string_view code) const {
@@ -223,7 +186,7 @@ void OrderHeader::fillSalesReps(Recordset& header, const JobRow& job, Recordset&
 /// Bank data are one account, the job's or the customer's; one put together from both exists nowhere. The
 /// bank's name is that of the code, as far as the code is known.
 void OrderHeader::fillBank(Recordset& header, const JobRow& job, Recordset& customer) {
-  BankData bank{job.text("Konto"), job.text("KontoNummer"), job.firstOf("Bankleitzahl", "BLZ"),
+  BankData bank{job.text("Konto"), job.text("KontoNummer"), bankCode(fieldsOf(job)).text(),
                 job.text("Kreditinstitut")};
   if (bank == BankData())
     bank = {customer.text("Konto"), customer.text("KontoNummer"), customer.text("Bankleitzahl"),

@@ -6,7 +6,7 @@
 #include "engine/order_number.h"
 #include "engine/order_options.h"
 #include "platform/environment.h"
-#include "rules/customer_addresses.h"
+#include "rules/address_fields.h"
 #include "rules/master_data.h"
 
 #include <string>
@@ -37,7 +37,7 @@ public:
 
 private:
   void fillMasterData(Recordset& header, const JobRow& job, Recordset& customer) const;
-  void fillAddress(Recordset& header, const JobRow& job, Recordset& customer, bool shipping);
+  void fillAddress(Recordset& header, const JobRow& job, Recordset& customer, const AddressFields& fields);
   void fillCodes(Recordset& header, const JobRow& job, Recordset& customer);
   void fillSalesReps(Recordset& header, const JobRow& job, Recordset& customer);
   void fillBank(Recordset& header, const JobRow& job, Recordset& customer);

@@ -73,8 +73,7 @@ WrittenOrder OrderWriter::write(JobRow& job) {
   written.weight = totals.weight;
   written.cashOnDelivery = isCashOnDelivery(order);
   written.customerName = header->text("Bez1");
-  written.hints = orderHints([&job](ColumnName field) -> const Value& { return job.valueIfAny(field); },
-                             *customer, *environment_.connection, stamp_.homeCurrency);
+  written.hints = orderHints(fieldsOf(job.row()), *customer, *environment_.connection, stamp_.homeCurrency);
   stampCustomer(job, *customer);
   // Last of all: a job that is done has its whole order.
   finishJob(job, number.number);

@@ -60,8 +60,9 @@ constexpr std::array invoiceControls{
 constexpr std::array addressGroups{ControlGroup{"Versand an", deliveryControls},
                                    ControlGroup{"Rechnung an", invoiceControls}};
 
-/// In every block the key stands before the lines.
+/// In every block the key stands before the lines, which are in the order of these.
 constexpr std::size_t keyControls = 2;
+constexpr const AddressLines& addressLines = deliveryAddress.lines;
 
 std::string described(const Adresse& address) {
   const std::string text = oneLine(address);
@@ -102,7 +103,7 @@ AddressDialogPresenter::AddressDialogPresenter(DialogContext context, std::strin
     at(spec.customer()).text = content.customer;
     at(spec.number()).text = content.number;
     for (std::size_t i = 0; i < addressLines.size(); ++i)
-      at(spec.line(i)).text = content.lines.*addressLines[i];
+      at(spec.line(i)).text = content.lines.*addressLines[i].part;
     readStored(block);
   }
   settle();
@@ -172,7 +173,8 @@ void AddressDialogPresenter::clear(Block block) {
 
 void AddressDialogPresenter::setLines(Block block, const Adresse& lines) {
   const BlockSpec& spec = specsOfBlocks()[slot(block)];
-  for (std::size_t i = 0; i < addressLines.size(); ++i) type(*find(spec.line(i)), lines.*addressLines[i]);
+  for (std::size_t i = 0; i < addressLines.size(); ++i)
+    type(*find(spec.line(i)), lines.*addressLines[i].part);
   compare(block);
 }
 
@@ -215,10 +217,10 @@ void AddressDialogPresenter::compare(Block which) {
   const Adresse lines = block(which).lines;
   const bool compared = stored && lines != Adresse();
   for (std::size_t i = 0; i < addressLines.size(); ++i) {
-    const bool differs = compared && lines.*addressLines[i] != (*stored).*addressLines[i];
-    at(spec.line(i)).master = differs ? std::optional((*stored).*addressLines[i]) : std::nullopt;
+    const bool differs = compared && lines.*addressLines[i].part != (*stored).*addressLines[i].part;
+    at(spec.line(i)).master = differs ? std::optional((*stored).*addressLines[i].part) : std::nullopt;
     mark(spec.line(i), differs ? CheckStatus::Warning : CheckStatus::Clean,
-         differs ? differenceTo((*stored).*addressLines[i]) : std::string());
+         differs ? differenceTo((*stored).*addressLines[i].part) : std::string());
   }
 }
 
@@ -243,7 +245,8 @@ AddressBlock AddressDialogPresenter::block(Block which) const {
   AddressBlock block;
   block.customer = trimBlanks(text(spec.customer()));
   block.number = trimBlanks(text(spec.number()));
-  for (std::size_t i = 0; i < addressLines.size(); ++i) block.lines.*addressLines[i] = text(spec.line(i));
+  for (std::size_t i = 0; i < addressLines.size(); ++i)
+    block.lines.*addressLines[i].part = text(spec.line(i));
   return block;
 }
 

@@ -35,7 +35,7 @@ constexpr std::array codeControls{
 struct AddressedJobDialogPresenter::BlockSpec {
   std::string_view customer; ///< control of the customer number
   std::string_view number;   ///< control of the address number
-  std::array<ColumnName, 7> columns;
+  const AddressFields& fields;
   std::string_view missingCode;
   std::string_view missingText;
   std::string_view differsCode;
@@ -44,21 +44,11 @@ struct AddressedJobDialogPresenter::BlockSpec {
 
 const std::array<AddressedJobDialogPresenter::BlockSpec, 2>& AddressedJobDialogPresenter::blocks() {
   static constexpr std::array<BlockSpec, 2> specs{
-      BlockSpec{"txtVersandKdn",
-                "txtVersandAdr",
-                {"VS_Bez1", "VS_Bez2", "VS_Bez3", "VS_Straße", "VS_PLZ", "VS_Ort", "VS_Land"},
-                "VS",
-                "Versand an wurde nicht angelegt",
-                "VA",
-                "Versandadresse ist nicht identisch: "},
+      BlockSpec{"txtVersandKdn", "txtVersandAdr", deliveryAddress, "VS", "Versand an wurde nicht angelegt",
+                "VA", "Versandadresse ist nicht identisch: "},
       // The spelling of the first text is what clerks know.
-      BlockSpec{"txtRechnungKdnr",
-                "txtRechnungAdr",
-                {"RG_Bez1", "RG_Bez2", "RG_Bez3", "RG_Straße", "RG_PLZ", "RG_Ort", "RG_Land"},
-                "RG",
-                "Rechnung an wurde nicht angelgt",
-                "RA",
-                "Rechnungsadresse ist nicht identisch: "}};
+      BlockSpec{"txtRechnungKdnr", "txtRechnungAdr", invoiceAddress, "RG", "Rechnung an wurde nicht angelgt",
+                "RA", "Rechnungsadresse ist nicht identisch: "}};
   return specs;
 }
 
@@ -87,8 +77,8 @@ void AddressedJobDialogPresenter::checkHeader(bool failureCounts) {
 
 void AddressedJobDialogPresenter::readAddresses() {
   for (std::size_t block = 0; block < blocks().size(); ++block)
-    for (std::size_t line = 0; line < addressLines.size(); ++line)
-      lines_[block].*addressLines[line] = staged(blocks()[block].columns[line]);
+    lines_[block] =
+        addressOf(blocks()[block].fields.lines, [&](ColumnName column) { return staged(column); });
   stored_ = lines_;
 }
 
@@ -241,10 +231,9 @@ void AddressedJobDialogPresenter::takeAddresses(const AddressDialogPresenter& ed
 
 Value AddressedJobDialogPresenter::current(ColumnName column) const {
   for (std::size_t block = 0; block < blocks().size(); ++block)
-    for (std::size_t line = 0; line < addressLines.size(); ++line)
-      if (blocks()[block].columns[line] == column &&
-          lines_[block].*addressLines[line] != stored_[block].*addressLines[line])
-        return Value(lines_[block].*addressLines[line]);
+    for (const AddressLine& line : blocks()[block].fields.lines)
+      if (line.column == column && lines_[block].*line.part != stored_[block].*line.part)
+        return Value(lines_[block].*line.part);
   return JobDialogPresenter::current(column);
 }
 
@@ -261,11 +250,10 @@ void AddressedJobDialogPresenter::storeAddresses(std::string_view& failure) {
   failure = "Fehler beim Update der Daten";
   std::vector<ColumnChange> changes;
   for (std::size_t block = 0; block < blocks().size(); ++block)
-    for (std::size_t line = 0; line < addressLines.size(); ++line) {
-      const std::string& text = lines_[block].*addressLines[line];
-      if (text == stored_[block].*addressLines[line]) continue;
+    for (const AddressLine& line : blocks()[block].fields.lines) {
+      const std::string& text = lines_[block].*line.part;
       // The empty text empties the master's column, null would keep it.
-      changes.push_back({blocks()[block].columns[line], Value(text)});
+      if (text != stored_[block].*line.part) changes.push_back({line.column, Value(text)});
     }
   editing().save(jobId(), changes);
 }

@@ -122,8 +122,7 @@ void ContractDialogPresenter::fill() {
 
 void ContractDialogPresenter::checkAnswer() {
   checking("Prüfen des Vertrags", [this] {
-    const ContractFields fields = [this](ColumnName column) { return current(column); };
-    answer_ = ContractCheck(environment()).check(fields, kindOf(jobType()) == qxtjobverträge).status();
+    answer_ = ContractCheck(environment()).check(fields(), kindOf(jobType()) == qxtjobverträge).status();
   });
 }
 

@@ -134,6 +134,10 @@ protected:
   virtual Value loaded(ColumnName column) const { return job_.header.at(0, column); }
   /// The same with what the clerk has typed.
   virtual Value current(ColumnName column) const;
+  /// Every field of the job as it is shown.
+  JobFields fields() const {
+    return [this](ColumnName column) { return current(column); };
+  }
   /// A finding with a picture beside its control. A clean severity removes both.
   void report(std::string_view code, std::string_view control, CheckStatus severity, std::string text = {},
               bool counts = true);

@@ -331,7 +331,7 @@ TEST_F(CustomerJobs, TheProofComparesOnlyWhatTheJobSpeaksOf) {
       .add({{"Kundennummer", "70001"}, {"Bez1", "Alt"}, {"Strasse", "Kai 1"}, {"Ort", "Kiel"}});
   stageCustomer("J1", "70001");
   connection().execute(sql("Update ImportKopf Set Bez1 = Null, Strasse = '', PLZ = Null, Ort = 'Kiel'"_sql));
-  EXPECT_EQ(engine.proveCustomerJob("J1").text(), "Strasse ist nicht identisch: '' / 'Kai 1'\r\n");
+  EXPECT_EQ(engine.checkJob("J1").text(), "Strasse ist nicht identisch: '' / 'Kai 1'\r\n");
 }
 
 // Hints.
@@ -424,11 +424,11 @@ TEST_F(CustomerJobs, TheProofOfANewCustomerAcceptsItsOwnNumberAsAddress) {
     job.RG_KdNr = "70001";
     job.RG_AdrNr = "7";
   });
-  const Findings findings = engine.proveCustomerJob("J1");
+  const Findings findings = engine.checkJob("J1");
   EXPECT_EQ(findings.status(), CheckStatus::Error);
   EXPECT_EQ(findings.text(), "RG_KdNr ist nicht angelegt\r\n");
   EXPECT_EQ(jobType("J1"), 10);
-  EXPECT_EQ(engine.proveCustomerJob("unbekannt").status(), CheckStatus::Clean);
+  EXPECT_EQ(engine.checkJob("unbekannt").status(), CheckStatus::Clean);
 }
 
 TEST_F(CustomerJobs, AnAddressThatTheJobBringsAlongIsCreatedWhetherOrNotItNamesItsOwner) {

@@ -53,6 +53,13 @@ TEST_F(OrderSources, TheBookingCircleIsAskedOnceOrForEachOrder) {
   EXPECT_THAT(headers("Buchungskreis"), ElementsAre("1", "1", "1", "2"));
 }
 
+TEST_F(OrderSources, WithoutACurrencySettingMarksAreTheHomeCurrency) {
+  connection().execute(sql("Delete From Einstellungen Where Key = 'Landeswährung'"_sql));
+  stagePlain("O1");
+  EXPECT_TRUE(ImportJobObject2(erp.environment).ProcessJobs());
+  EXPECT_EQ(order()->text("Währung"), "DM");
+}
+
 TEST_F(OrderSources, AMarkedOrderOfTheCollectingCustomerHasTheCircleOfItsRep) {
   addRange(2, 500);
   erp::TableFiller(connection(), "Vertreter").add({{"VertreterNr", "2"}, {"Bez1", "See"}});

@@ -149,12 +149,10 @@ protected:
 };
 
 TEST_F(SessionUse, ConnectsWithTheStartParametersAndDisconnectsAtTheEnd) {
-  world.session->settings[{"Allgemein", "Landeswährung"}] = "CHF";
   {
     ImportJobObject2 object(world.environment);
     object.setStartParameters({"Mandant", "S4711", ""});
     EXPECT_TRUE(object.WWSSession());
-    EXPECT_EQ(object.homeCurrency(), "CHF");
     EXPECT_EQ(object.ActiveConnection(), erp.database);
     EXPECT_EQ(world.session->calls,
               std::vector<std::string>{"Connect ActiveSessionID=S4711 Connectwith=Mandant"});
@@ -171,12 +169,6 @@ TEST_F(SessionUse, ARefusedConnectIsShownByTheSession) {
   EXPECT_EQ(world.session->calls.back().substr(0, 9), "ShowError");
   EXPECT_NE(world.session->calls.back().find("Mandant"), std::string::npos);
   EXPECT_FALSE(object.ActiveConnection());
-}
-
-TEST_F(SessionUse, WithoutACurrencySettingMarksAreTheHomeCurrency) {
-  ImportJobObject2 object(world.environment);
-  EXPECT_TRUE(object.WWSSession());
-  EXPECT_EQ(object.homeCurrency(), "DM");
 }
 
 } // namespace
