@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <span>
+#include <string>
 #include <string_view>
 
 namespace qx {
@@ -162,7 +163,7 @@ struct RuleTerms {
   std::string_view field; ///< property of the job; empty for none, or when the finding names it
   DialogTerms dialog{};
   std::string_view remedy; ///< what to do, in German
-  std::string_view note{};   ///< where run and dialog differ on purpose, or when it is looked at; in German
+  std::string_view note{}; ///< where run and dialog differ on purpose, or when it is looked at; in German
   bool counts = true;      ///< for the status; not what a dialog shows though the job goes through with it
 
   constexpr RuleTerms noted(std::string_view text) const {
@@ -175,5 +176,12 @@ struct RuleTerms {
 /// In the order of `Rule`.
 std::span<const RuleTerms> allTerms();
 const RuleTerms& terms(Rule rule);
+
+/// The pattern of a row's text with "..." for the values.
+std::string withoutValues(const RuleTerms& row, std::string_view pattern);
+
+/// Whether the text, or its first line, is what a run or a dialog says of this rule, whatever the values.
+/// False for a rule of which only the values are said.
+bool says(const RuleTerms& row, std::string_view text);
 
 } // namespace qx

@@ -39,7 +39,11 @@ Findings JobCheck::findingsOf(std::string_view jobId) {
   const auto jobType = jobCode(header->value("JobType"));
   if (stateOf(jobType) > JobState::Error) return {};
   const auto withHints = [&](Findings findings) {
-    findings.append(hintsOf(*header));
+    const Value none;
+    const JobFields job = [&](ColumnName field) -> const Value& {
+      return header->hasField(field) ? header->value(field) : none;
+    };
+    findings.append(jobHints(activeConnection(environment_), kindOf(jobType), job, homeCurrency_));
     return findings;
   };
   switch (kindOf(jobType)) {
@@ -55,23 +59,6 @@ Findings JobCheck::findingsOf(std::string_view jobId) {
   default:
     return {};
   }
-}
-
-/// Those of a customer or an order job; an order of an unknown customer has none.
-Findings JobCheck::hintsOf(Recordset& header) const {
-  const Value none;
-  const JobFields job = [&](ColumnName field) -> const Value& {
-    return header.hasField(field) ? header.value(field) : none;
-  };
-  const std::string number = job("Kundennummer").text();
-  if (number.empty()) return {};
-  Connection& connection = activeConnection(environment_);
-  const auto customer =
-      connection.open(sql("Select * From Kundenstamm Where Kundennummer = '"_sql, value(number), "'"_sql));
-  const bool known = !customer->eof();
-  if (kindOf(jobCode(header.value("JobType"))) == qxtjobkunden)
-    return customerHints(job, known ? customer.get() : nullptr, homeCurrency_);
-  return known ? orderHints(job, *customer, connection, homeCurrency_) : Findings();
 }
 
 } // namespace qx

@@ -2,32 +2,38 @@
 
 #include "ui/address_lines.h"
 
+#include "engine/hints.h"
+#include "rules/active_connection.h"
 #include "rules/german_text.h"
+#include "settings/settings.h"
 
+#include <deque>
 #include <utility>
 
 namespace qx {
 namespace {
 
-/// A combo, the code of its finding, how the finding begins, which list fills it and whether the check of the
-/// job looks at it as well.
+/// A combo, the rule that an unknown code of it breaks in a customer and in an order, and the list that fills
+/// it.
 struct CodeControl {
-  std::string_view control;
-  std::string_view finding;
-  std::string_view before;
+  Rule customer;
+  Rule order;
   bool (ImportJobObject2::*list)(ComboTarget&, std::string_view) const;
-  bool counts = true;
+
+  std::string_view control() const { return terms(customer).dialog.control; }
 };
 
 constexpr std::array codeControls{
-    CodeControl{"tdbVertreter1", "VT", "Vertreter: ", &ImportJobObject2::FillComboVertreter},
-    CodeControl{"tdbVersandart", "VSA", "Versandart: ", &ImportJobObject2::FillComboVersandart},
-    CodeControl{"tdbZahlungsart", "ZA", "Zahlungsart: ", &ImportJobObject2::FillComboZahlungsart},
-    CodeControl{"tdbZahlungsbed", "ZB", "Zahlungsbedingung: ", &ImportJobObject2::FillComboZahlungsbed},
-    CodeControl{"tdbKundengruppe", "KG", "Kundengruppe: ", &ImportJobObject2::FillComboKundengruppe},
-    CodeControl{"tdbPreisliste", "PL", "Preisliste: ", &ImportJobObject2::FillComboPreisliste, false},
-    CodeControl{"tdbWährung", "WÄ", "Währung: ", &ImportJobObject2::FillComboWährung, false},
-    CodeControl{"tdbWährungEG", "WÄE", "Währung: ", &ImportJobObject2::FillComboWährung, false},
+    CodeControl{Rule::CustomerSalesRep, Rule::OrderSalesRep, &ImportJobObject2::FillComboVertreter},
+    CodeControl{Rule::CustomerShippingMethod, Rule::OrderShippingMethod,
+                &ImportJobObject2::FillComboVersandart},
+    CodeControl{Rule::CustomerPaymentMethod, Rule::OrderPaymentMethod,
+                &ImportJobObject2::FillComboZahlungsart},
+    CodeControl{Rule::CustomerPaymentTerms, Rule::OrderPaymentTerms, &ImportJobObject2::FillComboZahlungsbed},
+    CodeControl{Rule::CustomerGroup, Rule::CustomerGroup, &ImportJobObject2::FillComboKundengruppe},
+    CodeControl{Rule::PriceList, Rule::PriceList, &ImportJobObject2::FillComboPreisliste},
+    CodeControl{Rule::Currency, Rule::Currency, &ImportJobObject2::FillComboWährung},
+    CodeControl{Rule::EntryCurrency, Rule::EntryCurrency, &ImportJobObject2::FillComboWährung},
 };
 
 } // namespace
@@ -36,10 +42,8 @@ struct AddressedJobDialogPresenter::BlockSpec {
   std::string_view customer; ///< control of the customer number
   std::string_view number;   ///< control of the address number
   std::array<ColumnName, 7> columns;
-  std::string_view missingCode;
-  std::string_view missingText;
-  std::string_view differsCode;
-  std::string_view differsText;
+  RulePair unknown;
+  RulePair differs;
 };
 
 const std::array<AddressedJobDialogPresenter::BlockSpec, 2>& AddressedJobDialogPresenter::blocks() {
@@ -47,18 +51,13 @@ const std::array<AddressedJobDialogPresenter::BlockSpec, 2>& AddressedJobDialogP
       BlockSpec{"txtVersandKdn",
                 "txtVersandAdr",
                 {"VS_Bez1", "VS_Bez2", "VS_Bez3", "VS_Straße", "VS_PLZ", "VS_Ort", "VS_Land"},
-                "VS",
-                "Versand an wurde nicht angelegt",
-                "VA",
-                "Versandadresse ist nicht identisch: "},
-      // The spelling of the first text is what clerks know.
+                {Rule::CustomerDeliveryKey, Rule::OrderDelivery},
+                {Rule::CustomerDelivery, Rule::OrderDeliveryLines}},
       BlockSpec{"txtRechnungKdnr",
                 "txtRechnungAdr",
                 {"RG_Bez1", "RG_Bez2", "RG_Bez3", "RG_Straße", "RG_PLZ", "RG_Ort", "RG_Land"},
-                "RG",
-                "Rechnung an wurde nicht angelgt",
-                "RA",
-                "Rechnungsadresse ist nicht identisch: "}};
+                {Rule::CustomerInvoiceKey, Rule::OrderInvoice},
+                {Rule::CustomerInvoice, Rule::OrderInvoiceLines}}};
   return specs;
 }
 
@@ -79,6 +78,23 @@ void AddressedJobDialogPresenter::checkHeader(bool failureCounts) {
   checkCustomer();
   checkAddresses();
   checking("Prüfen des Hauptkontos", [this] { checkAccount(); });
+  checkHints();
+}
+
+Rule AddressedJobDialogPresenter::ruleOf(RulePair rules) const {
+  return kindOf(jobType()) == qxtjobkunden ? rules.customer : rules.order;
+}
+
+void AddressedJobDialogPresenter::checkHints() {
+  if (isDone(jobType())) return;
+  trying("Prüfen der Hinweise", [this] {
+    std::deque<Value> values;
+    const JobFields fields = [&](ColumnName column) -> const Value& {
+      return values.emplace_back(current(column));
+    };
+    findings_.setHints(jobHints(activeConnection(environment()), kindOf(jobType()), fields,
+                                homeCurrencyOf(Settings(environment()))));
+  });
 }
 
 void AddressedJobDialogPresenter::readAddresses() {
@@ -90,22 +106,21 @@ void AddressedJobDialogPresenter::readAddresses() {
 
 void AddressedJobDialogPresenter::fillCodes() {
   for (const CodeControl& code : codeControls) {
-    if (!has(code.control)) continue;
-    checking(code.control, [&] {
-      ComboFiller filler(contentOf(code.control));
-      (engine().*code.list)(filler, text(code.control));
-      checkCode(code.control);
+    if (!has(code.control())) continue;
+    checking(code.control(), [&] {
+      ComboFiller filler(contentOf(code.control()));
+      (engine().*code.list)(filler, text(code.control()));
+      checkCode(code.control());
     });
   }
 }
 
 void AddressedJobDialogPresenter::checkCode(std::string_view control) {
   for (const CodeControl& code : codeControls) {
-    if (code.control != control) continue;
+    if (code.control() != control) continue;
     const std::string value = text(control);
     const bool known = select(control) || value.empty();
-    report(code.finding, control, warningUnless(known),
-           std::string(code.before) + value + " wurde noch nicht angelegt.", code.counts);
+    report(known, Finding(ruleOf({code.customer, code.order}), value));
   }
 }
 
@@ -116,9 +131,8 @@ void AddressedJobDialogPresenter::checkBank() {
   const bool unknown = !code.empty() && name.empty();
   const std::string given = text("txtKreditinstitut");
   const bool differs = !name.empty() && !given.empty() && name != given;
-  report("BLZ", "txtBlz", warningUnless(!unknown), "Bankleitzahl: " + code + " wurde noch nicht angelegt.");
-  report("BV", "txtKreditinstitut", warningUnless(!differs), "Bankverbindung sind nicht identisch: " + name,
-         false);
+  report(!unknown, Finding(ruleOf({Rule::CustomerBank, Rule::OrderBank}), code));
+  report(!differs, Finding(Rule::BankName, given, name));
   at("txtKreditinstitut").master = differs ? std::optional(name) : std::nullopt;
 }
 
@@ -127,7 +141,7 @@ void AddressedJobDialogPresenter::checkCustomer() {
   clearComparison();
   checking("Prüfen des Kunden", [&] {
     if (engine().KundeAngelegt(number)) {
-      report("KN", "txtKundennummer", CheckStatus::Clean);
+      report(true, Finding(Rule::OrderCustomer, number));
       Adresse stored;
       engine().GetAdressDaten(number, "", stored.Bez1, stored.Bez2, stored.Bez3, stored.Strasse, stored.Land,
                               stored.PLZ, stored.Ort);
@@ -140,7 +154,7 @@ void AddressedJobDialogPresenter::checkCustomer() {
 
 void AddressedJobDialogPresenter::checkAddresses() {
   for (std::size_t block = 0; block < blocks().size(); ++block)
-    checking(blocks()[block].missingCode, [&] { checkBlock(blocks()[block], lines_[block]); });
+    checking(blocks()[block].customer, [&] { checkBlock(blocks()[block], lines_[block]); });
 }
 
 void AddressedJobDialogPresenter::checkBlock(const BlockSpec& spec, const Adresse& lines) {
@@ -154,22 +168,19 @@ void AddressedJobDialogPresenter::checkBlock(const BlockSpec& spec, const Adress
   const bool brought = number.empty() || (createsAddresses() && lines != Adresse());
   const bool exists =
       noKey || (brought && equalCodes(customer, own)) || engine().KundeAngelegt(customer, number);
-  report(spec.missingCode, spec.customer, exists ? CheckStatus::Clean : CheckStatus::Error,
-         std::string(spec.missingText));
+  report(exists, Finding(ruleOf(spec.unknown), customer));
   Adresse stored;
   const bool found = exists && !noKey &&
                      engine().GetAdressDaten(customer, number, stored.Bez1, stored.Bez2, stored.Bez3,
                                              stored.Strasse, stored.Land, stored.PLZ, stored.Ort);
   const bool differs = found && lines != Adresse() && lines != stored;
-  findings_.report({std::string(spec.differsCode), "", warningUnless(!differs),
-                    std::string(spec.differsText) + oneLine(stored), std::string(spec.number), "", false});
-  mark(spec.number, warningUnless(!differs), std::string(spec.differsText) + oneLine(stored));
+  report(!differs, Finding(ruleOf(spec.differs), oneLine(lines), oneLine(stored)));
 }
 
 void AddressedJobDialogPresenter::checkAccount() {
   const std::string account = text("txtHauptkonto");
   const bool fine = account.empty() || engine().KundeAngelegt(account);
-  report("HK", "txtHauptkonto", warningUnless(fine), "Hauptkonto " + account + " wurde nicht angelegt");
+  report(fine, Finding(ruleOf({Rule::CustomerAccount, Rule::OrderAccount}), account));
 }
 
 void AddressedJobDialogPresenter::check(std::string_view control) {
@@ -181,6 +192,7 @@ void AddressedJobDialogPresenter::check(std::string_view control) {
   if (customer) checkCustomer();
   for (const BlockSpec& block : blocks())
     if (customer || control == block.customer || control == block.number) checkAddresses();
+  checkHints();
 }
 
 std::string AddressedJobDialogPresenter::lookupContext(std::string_view control) const {
@@ -237,6 +249,7 @@ void AddressedJobDialogPresenter::takeAddresses(const AddressDialogPresenter& ed
     lines_[block] = taken.lines;
   }
   trying("Prüfen der Adressen", [this] { checkAddresses(); });
+  checkHints();
   checkAnswer();
 }
 

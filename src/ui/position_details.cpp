@@ -128,7 +128,7 @@ void PositionDetails::show() {
   for (const Place& place : {Place{"txtArtikelnummer", "AR"}, Place{"tdbnbrMenge", "LB"},
                              Place{"tdbnbrPreis", "PR"}, Place{"tdbnbrKostID", "KO"}}) {
     if (const ListedFinding* found = grid_.finding(row_, place.code))
-      mark(place.control, found->severity, found->text);
+      mark(place.control, found->found.severity, found->text());
     else
       mark(place.control, CheckStatus::Clean);
   }
