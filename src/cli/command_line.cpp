@@ -2,6 +2,7 @@
 
 #include "cli/check_command.h"
 #include "cli/delete_command.h"
+#include "cli/explain_command.h"
 #include "cli/init_command.h"
 #include "cli/job_file_command.h"
 #include "cli/list_command.h"
@@ -104,6 +105,11 @@ private:
     CheckCommand* check = nullptr;
     verb(app_, "check", "Check jobs and write nothing", check)
         ->add_option("JOBID", check->jobIds, "Keys of jobs; default all that wait");
+
+    ExplainCommand* explain = nullptr;
+    verb(app_, "explain", "Explain a finding, or the findings of a job", explain)
+        ->add_option("SUBJECT", explain->subject, "Code or text of a finding, or key of a job")
+        ->required();
 
     declareDeletion();
   }

@@ -11,10 +11,12 @@ namespace {
 
 /// Nobody is refused or let through for a thousand that may have been meant as one.
 void refuseAmbiguous(std::string_view text) {
-  if (const auto readings = readingsOf(text))
-    throw AmbiguousLimit("Das Kreditlimit '" + std::string(text) +
-                         "' ist nicht eindeutig: " + germanNumber(readings->thousands) + " oder " +
-                         germanNumber(readings->decimals) + ".");
+  if (const auto readings = readingsOf(text)) throw AmbiguousLimit(text, *readings);
+}
+
+Finding doubtful(std::string_view limit, const NumberReadings& readings) {
+  return Finding(Rule::OrderCreditLimitDoubtful, std::string(limit),
+                 germanNumber(readings.thousands) + " oder " + germanNumber(readings.decimals));
 }
 
 /// Without what lies beyond the decimals of an amount; as it is when it is larger than every amount.
@@ -30,6 +32,9 @@ struct Limit {
 };
 
 } // namespace
+
+AmbiguousLimit::AmbiguousLimit(std::string_view limit, const NumberReadings& readings)
+    : std::runtime_error(runText(doubtful(limit, readings))), finding_(doubtful(limit, readings)) {}
 
 CreditResult CreditLimit::query(std::string_view customer) const {
   const auto row = environment_.connection->open(

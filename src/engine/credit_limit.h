@@ -1,6 +1,8 @@
 // The credit limits of a customer against the open items.
 #pragma once
 
+#include "engine/findings.h"
+#include "model/german_text.h"
 #include "platform/environment.h"
 
 #include <cstdint>
@@ -14,7 +16,12 @@ enum class CreditResult : std::int16_t { WithinLimits = 0, Limit1Reached = 1, Li
 /// A limit whose text can mean two amounts. It has to be corrected; trying again does not help.
 class AmbiguousLimit : public std::runtime_error {
 public:
-  using std::runtime_error::runtime_error;
+  AmbiguousLimit(std::string_view limit, const NumberReadings& readings);
+
+  const Finding& finding() const { return finding_; }
+
+private:
+  Finding finding_;
 };
 
 /// Compares the balance of a customer's open items with the two limits. The order at hand is not added.

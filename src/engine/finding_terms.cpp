@@ -125,11 +125,11 @@ constexpr std::array ruleTerms{
             DialogTerms{"ORT", "txtOrt", "Ort ist nicht identisch: {stored}"},
             "Stammwert übernehmen, oder die Abweichung gelten lassen.")
         .noted(comparedWithOption),
-    warning(Rule::CustomerDelivery, "customer.delivery.differs", fieldDiffers, "",
+    warning(Rule::CustomerDelivery, "customer.delivery.differs", fieldDiffers, "VS_AdrNr",
             DialogTerms{"VA", "txtVersandAdr", "Versandadresse ist nicht identisch: {stored}"},
             "Unter Adressen… mit dem Stamm vergleichen.")
         .noted(comparedWithOption),
-    warning(Rule::CustomerInvoice, "customer.invoice.differs", fieldDiffers, "",
+    warning(Rule::CustomerInvoice, "customer.invoice.differs", fieldDiffers, "RG_AdrNr",
             DialogTerms{"RA", "txtRechnungAdr", "Rechnungsadresse ist nicht identisch: {stored}"},
             "Unter Adressen… mit dem Stamm vergleichen.")
         .noted(comparedWithOption),
@@ -300,6 +300,10 @@ constexpr std::array ruleTerms{
     error(Rule::OrderCreditLimit2, "order.credit_limit2.reached",
           "Kreditlimit 2 ist überschritten (Auftragssperre)", "Kundennummer",
           DialogTerms{"KL2", "txtKundennummer"}, "Die offenen Posten des Kunden klären, oder freigeben."),
+    error(Rule::OrderCreditLimitDoubtful, "order.credit_limit.doubtful",
+          "Das Kreditlimit '{value}' ist nicht eindeutig: {stored}.", "Kundennummer",
+          DialogTerms{"KL", "txtKundennummer"},
+          "Das Limit des Kunden oder der Einstellungen ohne Tausenderpunkt eintragen."),
     error(Rule::OrderNoPositions, "order.positions.missing", "Auftrag ohne Positionen angelegt.",
           "Positionen", DialogTerms{"PO", grid}, "Eine Position anfügen."),
     error(Rule::OrderPriceFailed, "order.price.failed", "PLU Fehler", "Preis",
@@ -448,6 +452,32 @@ constexpr bool complete(const RuleTerms& row) {
          row.dialog.code.empty() == row.dialog.control.empty();
 }
 
+/// The fields of an address are named by the finding and begin alike.
+bool namesField(std::string_view field, std::string_view text) {
+  const auto isOfAddress = [](std::string_view name) {
+    return name.starts_with("VS_") || name.starts_with("RG_");
+  };
+  return text == field ||
+         (isOfAddress(field) && isOfAddress(text) && text.substr(0, 3) == field.substr(0, 3));
+}
+
+/// Whether the text has the literal parts of the pattern, and the right field where it says one.
+bool fits(std::string_view pattern, std::string_view field, std::string_view text) {
+  const std::size_t begin = pattern.find('{');
+  if (begin == std::string_view::npos) return pattern == text;
+  if (!text.starts_with(pattern.substr(0, begin))) return false;
+  text.remove_prefix(begin);
+  const std::size_t end = pattern.find('}');
+  const bool isField = pattern.substr(begin, end - begin + 1) == "{field}";
+  const std::string_view rest = pattern.substr(end + 1);
+  const std::string_view literal = rest.substr(0, rest.find('{'));
+  if (rest.empty()) return !isField || namesField(field, text);
+  for (std::size_t at = text.find(literal); at != std::string_view::npos; at = text.find(literal, at + 1))
+    if ((!isField || namesField(field, text.substr(0, at))) && fits(rest, field, text.substr(at)))
+      return true;
+  return false;
+}
+
 static_assert(ruleTerms.size() == static_cast<std::size_t>(lastRule) + 1 && inOrder(),
               "one row for each rule");
 static_assert(codesAreUnique());
@@ -456,6 +486,27 @@ static_assert(std::ranges::all_of(ruleTerms, complete));
 } // namespace
 
 std::span<const RuleTerms> allTerms() { return ruleTerms; }
+
+std::string withoutValues(const RuleTerms& row, std::string_view pattern) {
+  std::string text;
+  while (!pattern.empty()) {
+    const std::size_t begin = std::min(pattern.find('{'), pattern.size());
+    text += pattern.substr(0, begin);
+    pattern.remove_prefix(begin);
+    if (pattern.empty()) break;
+    text += pattern.starts_with("{field}") ? row.field : "...";
+    pattern.remove_prefix(pattern.find('}') + 1);
+  }
+  return text;
+}
+
+bool says(const RuleTerms& row, std::string_view text) {
+  const auto saysIt = [&](std::string_view pattern) {
+    if (pattern.empty() || pattern == "{value}") return false;
+    return fits(pattern, row.field, text) || fits(pattern.substr(0, pattern.find("\r\n")), row.field, text);
+  };
+  return saysIt(row.run) || saysIt(row.dialog.text);
+}
 
 const RuleTerms& terms(Rule rule) { return ruleTerms[static_cast<std::size_t>(rule)]; }
 

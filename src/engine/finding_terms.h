@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <span>
+#include <string>
 #include <string_view>
 
 namespace qx {
@@ -96,6 +97,7 @@ enum class Rule : std::uint8_t {
   OrderInvoice,
   OrderCreditLimit1,
   OrderCreditLimit2,
+  OrderCreditLimitDoubtful,
   OrderNoPositions,
   OrderPriceFailed,
   OrderPriceMissing,
@@ -175,5 +177,12 @@ struct RuleTerms {
 /// In the order of `Rule`.
 std::span<const RuleTerms> allTerms();
 const RuleTerms& terms(Rule rule);
+
+/// The pattern of a row's text with "..." for the values.
+std::string withoutValues(const RuleTerms& row, std::string_view pattern);
+
+/// Whether the text, or its first line, is what a run or a dialog says of this rule, whatever the values.
+/// False for a rule of which only the values are said.
+bool says(const RuleTerms& row, std::string_view text);
 
 } // namespace qx

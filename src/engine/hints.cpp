@@ -143,4 +143,15 @@ Findings orderHints(const JobFields& job, Recordset& customer, Connection& conne
   return hints;
 }
 
+Findings jobHints(Connection& connection, std::int16_t kind, const JobFields& job,
+                  std::string_view homeCurrency) {
+  const std::string number = job("Kundennummer").text();
+  if (number.empty() || (kind != qxtjobkunden && kind != qxtJobAufträge)) return {};
+  const auto customer =
+      connection.open(sql("Select * From Kundenstamm Where Kundennummer = '"_sql, value(number), "'"_sql));
+  const bool known = !customer->eof();
+  if (kind == qxtjobkunden) return customerHints(job, known ? customer.get() : nullptr, homeCurrency);
+  return known ? orderHints(job, *customer, connection, homeCurrency) : Findings();
+}
+
 } // namespace qx

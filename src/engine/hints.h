@@ -17,6 +17,11 @@ inline constexpr std::string_view defaultHomeCurrency = "DM";
 /// The currency of the installation.
 std::string homeCurrencyOf(const Settings& settings);
 
+/// Those of a customer or order job (`kind`); of a contract, or an order of an unknown customer, there are
+/// none.
+Findings jobHints(Connection& connection, std::int16_t kind, const JobFields& job,
+                  std::string_view homeCurrency);
+
 /// What becomes of a customer's data that its sender may not expect. `master` is the customer's row, null for
 /// a new customer.
 Findings customerHints(const JobFields& job, Recordset* master, std::string_view homeCurrency);

@@ -39,7 +39,8 @@ Findings JobCheck::findingsOf(std::string_view jobId) {
   const auto jobType = jobCode(header->value("JobType"));
   if (stateOf(jobType) > JobState::Error) return {};
   const auto withHints = [&](Findings findings) {
-    findings.append(hintsOf(*header));
+    findings.append(
+        jobHints(activeConnection(environment_), kindOf(jobType), fieldsOf(*header), homeCurrency_));
     return findings;
   };
   switch (kindOf(jobType)) {
@@ -55,20 +56,6 @@ Findings JobCheck::findingsOf(std::string_view jobId) {
   default:
     return {};
   }
-}
-
-/// Those of a customer or an order job; an order of an unknown customer has none.
-Findings JobCheck::hintsOf(Recordset& header) const {
-  const JobFields job = fieldsOf(header);
-  const std::string number = job("Kundennummer").text();
-  if (number.empty()) return {};
-  Connection& connection = activeConnection(environment_);
-  const auto customer =
-      connection.open(sql("Select * From Kundenstamm Where Kundennummer = '"_sql, value(number), "'"_sql));
-  const bool known = !customer->eof();
-  if (kindOf(jobCode(header.value("JobType"))) == qxtjobkunden)
-    return customerHints(job, known ? customer.get() : nullptr, homeCurrency_);
-  return known ? orderHints(job, *customer, connection, homeCurrency_) : Findings();
 }
 
 } // namespace qx

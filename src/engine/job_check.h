@@ -23,7 +23,6 @@ public:
 
 private:
   Findings findingsOf(std::string_view jobId);
-  Findings hintsOf(Recordset& header) const;
 
   Environment& environment_;
   bool compareAddresses_ = false;

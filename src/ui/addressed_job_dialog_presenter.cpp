@@ -4,30 +4,34 @@
 #include "rules/combo_lists.h"
 #include "ui/address_lines.h"
 
+#include "engine/hints.h"
+#include "rules/active_connection.h"
+#include "settings/settings.h"
+#include <deque>
 #include <utility>
 
 namespace qx {
 namespace {
 
-/// A combo, the code of its finding, how the finding begins, which list fills it and whether the check of the
-/// job looks at it as well.
+/// A combo, the rule that an unknown code of it breaks in a customer and in an order, and the list that fills
+/// it.
 struct CodeControl {
-  std::string_view control;
-  std::string_view finding;
-  std::string_view before;
+  Rule customer;
+  Rule order;
   bool (ComboLists::*list)(ComboTarget&, std::string_view) const;
-  bool counts = true;
+
+  std::string_view control() const { return terms(customer).dialog.control; }
 };
 
 constexpr std::array codeControls{
-    CodeControl{"tdbVertreter1", "VT", "Vertreter: ", &ComboLists::FillComboVertreter},
-    CodeControl{"tdbVersandart", "VSA", "Versandart: ", &ComboLists::FillComboVersandart},
-    CodeControl{"tdbZahlungsart", "ZA", "Zahlungsart: ", &ComboLists::FillComboZahlungsart},
-    CodeControl{"tdbZahlungsbed", "ZB", "Zahlungsbedingung: ", &ComboLists::FillComboZahlungsbed},
-    CodeControl{"tdbKundengruppe", "KG", "Kundengruppe: ", &ComboLists::FillComboKundengruppe},
-    CodeControl{"tdbPreisliste", "PL", "Preisliste: ", &ComboLists::FillComboPreisliste, false},
-    CodeControl{"tdbWährung", "WÄ", "Währung: ", &ComboLists::FillComboWährung, false},
-    CodeControl{"tdbWährungEG", "WÄE", "Währung: ", &ComboLists::FillComboWährung, false},
+    CodeControl{Rule::CustomerSalesRep, Rule::OrderSalesRep, &ComboLists::FillComboVertreter},
+    CodeControl{Rule::CustomerShippingMethod, Rule::OrderShippingMethod, &ComboLists::FillComboVersandart},
+    CodeControl{Rule::CustomerPaymentMethod, Rule::OrderPaymentMethod, &ComboLists::FillComboZahlungsart},
+    CodeControl{Rule::CustomerPaymentTerms, Rule::OrderPaymentTerms, &ComboLists::FillComboZahlungsbed},
+    CodeControl{Rule::CustomerGroup, Rule::CustomerGroup, &ComboLists::FillComboKundengruppe},
+    CodeControl{Rule::PriceList, Rule::PriceList, &ComboLists::FillComboPreisliste},
+    CodeControl{Rule::Currency, Rule::Currency, &ComboLists::FillComboWährung},
+    CodeControl{Rule::EntryCurrency, Rule::EntryCurrency, &ComboLists::FillComboWährung},
 };
 
 } // namespace
@@ -36,19 +40,22 @@ struct AddressedJobDialogPresenter::BlockSpec {
   std::string_view customer; ///< control of the customer number
   std::string_view number;   ///< control of the address number
   const AddressFields& fields;
-  std::string_view missingCode;
-  std::string_view missingText;
-  std::string_view differsCode;
-  std::string_view differsText;
+  RulePair unknown;
+  RulePair differs;
 };
 
 const std::array<AddressedJobDialogPresenter::BlockSpec, 2>& AddressedJobDialogPresenter::blocks() {
   static constexpr std::array<BlockSpec, 2> specs{
-      BlockSpec{"txtVersandKdn", "txtVersandAdr", deliveryAddress, "VS", "Versand an wurde nicht angelegt",
-                "VA", "Versandadresse ist nicht identisch: "},
-      // The spelling of the first text is what clerks know.
-      BlockSpec{"txtRechnungKdnr", "txtRechnungAdr", invoiceAddress, "RG", "Rechnung an wurde nicht angelgt",
-                "RA", "Rechnungsadresse ist nicht identisch: "}};
+      BlockSpec{"txtVersandKdn",
+                "txtVersandAdr",
+                deliveryAddress,
+                {Rule::CustomerDeliveryKey, Rule::OrderDelivery},
+                {Rule::CustomerDelivery, Rule::OrderDeliveryLines}},
+      BlockSpec{"txtRechnungKdnr",
+                "txtRechnungAdr",
+                invoiceAddress,
+                {Rule::CustomerInvoiceKey, Rule::OrderInvoice},
+                {Rule::CustomerInvoice, Rule::OrderInvoiceLines}}};
   return specs;
 }
 
@@ -73,6 +80,23 @@ void AddressedJobDialogPresenter::checkHeader(bool failureCounts) {
   checkCustomer();
   checkAddresses();
   checking("Prüfen des Hauptkontos", [this] { checkAccount(); });
+  checkHints();
+}
+
+Rule AddressedJobDialogPresenter::ruleOf(RulePair rules) const {
+  return kindOf(jobType()) == qxtjobkunden ? rules.customer : rules.order;
+}
+
+void AddressedJobDialogPresenter::checkHints() {
+  if (isDone(jobType())) return;
+  trying("Prüfen der Hinweise", [this] {
+    std::deque<Value> values;
+    const JobFields fields = [&](ColumnName column) -> const Value& {
+      return values.emplace_back(current(column));
+    };
+    findings_.setHints(jobHints(activeConnection(environment()), kindOf(jobType()), fields,
+                                homeCurrencyOf(Settings(environment()))));
+  });
 }
 
 void AddressedJobDialogPresenter::readAddresses() {
@@ -84,22 +108,21 @@ void AddressedJobDialogPresenter::readAddresses() {
 
 void AddressedJobDialogPresenter::fillCodes() {
   for (const CodeControl& code : codeControls) {
-    if (!has(code.control)) continue;
-    checking(code.control, [&] {
-      ComboFiller filler(contentOf(code.control));
-      (ComboLists(environment()).*code.list)(filler, text(code.control));
-      checkCode(code.control);
+    if (!has(code.control())) continue;
+    checking(code.control(), [&] {
+      ComboFiller filler(contentOf(code.control()));
+      (ComboLists(environment()).*code.list)(filler, text(code.control()));
+      checkCode(code.control());
     });
   }
 }
 
 void AddressedJobDialogPresenter::checkCode(std::string_view control) {
   for (const CodeControl& code : codeControls) {
-    if (code.control != control) continue;
+    if (code.control() != control) continue;
     const std::string value = text(control);
     const bool known = select(control) || value.empty();
-    report(code.finding, control, warningUnless(known),
-           std::string(code.before) + value + " wurde noch nicht angelegt.", code.counts);
+    report(known, Finding(ruleOf({code.customer, code.order}), value));
   }
 }
 
@@ -110,9 +133,8 @@ void AddressedJobDialogPresenter::checkBank() {
   const bool unknown = !code.empty() && name.empty();
   const std::string given = text("txtKreditinstitut");
   const bool differs = !name.empty() && !given.empty() && name != given;
-  report("BLZ", "txtBlz", warningUnless(!unknown), "Bankleitzahl: " + code + " wurde noch nicht angelegt.");
-  report("BV", "txtKreditinstitut", warningUnless(!differs), "Bankverbindung sind nicht identisch: " + name,
-         false);
+  report(!unknown, Finding(ruleOf({Rule::CustomerBank, Rule::OrderBank}), code));
+  report(!differs, Finding(Rule::BankName, given, name));
   at("txtKreditinstitut").master = differs ? std::optional(name) : std::nullopt;
 }
 
@@ -121,7 +143,7 @@ void AddressedJobDialogPresenter::checkCustomer() {
   clearComparison();
   checking("Prüfen des Kunden", [&] {
     if (storedAddresses().KundeAngelegt(number)) {
-      report("KN", "txtKundennummer", CheckStatus::Clean);
+      report(true, Finding(Rule::OrderCustomer, number));
       compareCustomer(storedAddresses().GetAdressDaten(number).value_or(Adresse()));
     } else {
       reportUnknownCustomer(number);
@@ -131,7 +153,7 @@ void AddressedJobDialogPresenter::checkCustomer() {
 
 void AddressedJobDialogPresenter::checkAddresses() {
   for (std::size_t block = 0; block < blocks().size(); ++block)
-    checking(blocks()[block].missingCode, [&] { checkBlock(blocks()[block], lines_[block]); });
+    checking(blocks()[block].customer, [&] { checkBlock(blocks()[block], lines_[block]); });
 }
 
 void AddressedJobDialogPresenter::checkBlock(const BlockSpec& spec, const Adresse& lines) {
@@ -145,21 +167,17 @@ void AddressedJobDialogPresenter::checkBlock(const BlockSpec& spec, const Adress
   const bool brought = number.empty() || (createsAddresses() && lines != Adresse());
   const bool exists =
       noKey || (brought && equalCodes(customer, own)) || storedAddresses().KundeAngelegt(customer, number);
-  report(spec.missingCode, spec.customer, exists ? CheckStatus::Clean : CheckStatus::Error,
-         std::string(spec.missingText));
+  report(exists, Finding(ruleOf(spec.unknown), customer));
   std::optional<Adresse> stored;
   if (exists && !noKey) stored = storedAddresses().GetAdressDaten(customer, number);
   const bool differs = stored && lines != Adresse() && lines != *stored;
-  const std::string difference = std::string(spec.differsText) + oneLine(stored.value_or(Adresse()));
-  findings_.report({std::string(spec.differsCode), "", warningUnless(!differs), difference,
-                    std::string(spec.number), "", false});
-  mark(spec.number, warningUnless(!differs), difference);
+  report(!differs, Finding(ruleOf(spec.differs), oneLine(lines), oneLine(stored.value_or(Adresse()))));
 }
 
 void AddressedJobDialogPresenter::checkAccount() {
   const std::string account = text("txtHauptkonto");
   const bool fine = account.empty() || storedAddresses().KundeAngelegt(account);
-  report("HK", "txtHauptkonto", warningUnless(fine), "Hauptkonto " + account + " wurde nicht angelegt");
+  report(fine, Finding(ruleOf({Rule::CustomerAccount, Rule::OrderAccount}), account));
 }
 
 void AddressedJobDialogPresenter::check(std::string_view control) {
@@ -171,6 +189,7 @@ void AddressedJobDialogPresenter::check(std::string_view control) {
   if (customer) checkCustomer();
   for (const BlockSpec& block : blocks())
     if (customer || control == block.customer || control == block.number) checkAddresses();
+  checkHints();
 }
 
 std::string AddressedJobDialogPresenter::lookupContext(std::string_view control) const {
@@ -227,6 +246,8 @@ void AddressedJobDialogPresenter::takeAddresses(const AddressDialogPresenter& ed
     lines_[block] = taken.lines;
   }
   trying("Prüfen der Adressen", [this] { checkAddresses(); });
+  checkHints();
+  checkAnswer();
 }
 
 Value AddressedJobDialogPresenter::current(ColumnName column) const {

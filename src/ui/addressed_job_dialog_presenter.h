@@ -49,7 +49,15 @@ protected:
   void storeAddresses(std::string_view& failure);
 
 private:
-  /// One of the two address blocks: its columns, controls, codes and messages.
+  /// The rules that the same thing breaks in a customer and in an order.
+  struct RulePair {
+    Rule customer;
+    Rule order;
+  };
+  Rule ruleOf(RulePair rules) const;
+  /// What is worth knowing about the job as it is shown.
+  void checkHints();
+  /// One of the two address blocks: its columns, controls and rules.
   struct BlockSpec;
   static const std::array<BlockSpec, 2>& blocks();
 

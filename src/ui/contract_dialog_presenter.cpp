@@ -73,8 +73,6 @@ constexpr std::array termControls{
 constexpr std::array contractGroups{ControlGroup{"Vertrag", contractCustomerControls},
                                     ControlGroup{"Konditionen und Laufzeit", termControls}};
 
-CheckStatus errorUnless(bool fine) { return fine ? CheckStatus::Clean : CheckStatus::Error; }
-
 } // namespace
 
 ContractDialogPresenter::ContractDialogPresenter(const DialogContext& context)
@@ -139,9 +137,9 @@ void ContractDialogPresenter::checkControl(std::string_view control) {
   if (control == "tdbAnzahl") checkQuantity();
   if (control == "txtVertragsgegenstand") checking(control, [this] { checkObject(); });
   if (control == "tdbdtVertragsdatum")
-    checkDate(control, "VD", false, "Vertragsdatum wurde nicht angegeben", terms(Rule::ContractDate).run);
+    checkDate(control, false, Rule::ContractDateMissing, Rule::ContractDate);
   if (control == "tdbdtVertragsbeginn")
-    checkDate(control, "VB", true, "Vertragsbeginn wurde nicht angegeben", terms(Rule::ContractBegin).run);
+    checkDate(control, true, Rule::ContractBeginMissing, Rule::ContractBegin);
   if (control == "tdbVertragsart") checkKind(select(control));
   if (control == "cboZustand") {
     checkState(select(control));
@@ -154,25 +152,24 @@ void ContractDialogPresenter::checkControl(std::string_view control) {
 /// Tool tip and list end differently on purpose.
 void ContractDialogPresenter::checkQuantity() {
   const bool fine = current("Menge").number().value_or(0) > 0;
-  report("ME", "tdbAnzahl", warningUnless(fine), "Die Menge muss mindestens 1 betragen.");
-  mark("tdbAnzahl", warningUnless(fine), "Die Menge muss mindestens 1 betragen!");
+  const bool single = kindOf(jobType()) == qxtjobverträge;
+  report(fine, Finding(single ? Rule::SingleContractQuantity : Rule::ContractQuantity, text("tdbAnzahl")));
+  mark("tdbAnzahl", fine ? CheckStatus::Clean : CheckStatus::Warning,
+       "Die Menge muss mindestens 1 betragen!");
 }
 
 void ContractDialogPresenter::checkObject() {
   const std::string number = text("txtVertragsgegenstand");
   at("txtVertragsgegenstand").description = masterData().GetVertragsgegenstand(number);
-  report("VGG", "txtVertragsgegenstand",
-         errorUnless(!objectMatters() || masterData().VertragsgegenstandAngelegt(number)),
-         "Vertragsgegenstand: " + number + " wurde nicht angelegt.");
+  report(!objectMatters() || masterData().VertragsgegenstandAngelegt(number),
+         Finding(Rule::ContractObject, number));
 }
 
 bool ContractDialogPresenter::objectMatters() const { return !skipsObjectChecks(text("cboZustand")); }
 
-void ContractDialogPresenter::checkDate(std::string_view control, std::string_view code, bool noon,
-                                        std::string_view missing, std::string_view wrong) {
+void ContractDialogPresenter::checkDate(std::string_view control, bool noon, Rule missing, Rule wrong) {
   const std::string typed = text(control);
-  report(code, control, errorUnless(!contractDate(Value(typed), noon).isNull()),
-         std::string(typed.empty() ? missing : wrong));
+  report(!contractDate(Value(typed), noon).isNull(), Finding(typed.empty() ? missing : wrong, typed));
 }
 
 void ContractDialogPresenter::fillKinds() {
@@ -187,8 +184,7 @@ void ContractDialogPresenter::fillKinds() {
 void ContractDialogPresenter::checkKind(bool known) {
   const ComboContent& kinds = contentOf("tdbVertragsart");
   at("tdbVertragsart").description = known && kinds.selected ? kinds.rows.rows[*kinds.selected][1] : "";
-  report("VA", "tdbVertragsart", warningUnless(known || !objectMatters()),
-         "Die Vertragsart: " + text("tdbVertragsart") + " ist noch nicht angelegt.");
+  report(known || !objectMatters(), Finding(Rule::ContractKind, text("tdbVertragsart")));
 }
 
 /// The states are compared exactly where contracts are written. One without a state is told though it is
@@ -200,13 +196,12 @@ void ContractDialogPresenter::checkState(bool known) {
     states.selected.reset();
     known = false;
   }
-  report("ZD", "cboZustand", warningUnless(known), "Zustand konnte nicht ermittelt werden.");
+  report(known, Finding(Rule::ContractState, code));
 }
 
 /// Told only: contracts are written with any interval, and with the usual one when they have none.
 void ContractDialogPresenter::checkInterval(bool known) {
-  report("INT", "cboIntervall", warningUnless(known),
-         "Intervall: " + text("cboIntervall") + " nicht zulässig!");
+  report(known, Finding(Rule::ContractInterval, text("cboIntervall")));
 }
 
 void ContractDialogPresenter::takeLookup(std::string_view control, const std::vector<std::string>& chosen) {

@@ -35,8 +35,7 @@ private:
   bool inPosition() const;
   void checkQuantity();
   void checkObject();
-  void checkDate(std::string_view control, std::string_view code, bool noon, std::string_view missing,
-                 std::string_view wrong);
+  void checkDate(std::string_view control, bool noon, Rule missing, Rule wrong);
   void fillKinds();
   void checkKind(bool known);
   void checkState(bool known);

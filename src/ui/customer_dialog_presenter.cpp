@@ -88,7 +88,7 @@ std::string CustomerDialogPresenter::title() const {
 void CustomerDialogPresenter::fill() {
   unspoken_.clear();
   for (const ComparedLine& compared : comparedLines)
-    if (isUnspoken(compared.column)) unspoken_.push_back(compared.control);
+    if (isUnspoken(compared.column)) unspoken_.push_back(compared.control());
   checkHeader();
   checkAnswer();
   trying("Laden der Verträge", [this] { reloadGrid(); });
@@ -112,27 +112,23 @@ void CustomerDialogPresenter::checkAnswer() {
     const Findings found = CustomerProof(environment(), compare).prove(fields());
     answer_ = found.status();
     // A finding for which no field stands is not to be missed.
-    findings_.clear("PB");
+    findings_.clear(Rule::OtherFindings);
     const auto shown = findings_.sorted();
     const bool hasLine = std::ranges::any_of(shown, [&](const ListedFinding& finding) {
-      return finding.code != processingErrorCode && finding.severity >= answer_;
+      return finding.found.rule != Rule::EarlierReasons && finding.found.severity >= answer_;
     });
     std::string text;
     for (const std::string& each : found.texts()) text += (text.empty() ? "" : "; ") + each;
-    findings_.report({"PB", "", hasLine ? CheckStatus::Clean : answer_, text, "txtKundennummer", ""});
+    Finding others(Rule::OtherFindings, text);
+    others.severity = answer_;
+    findings_.report(hasLine || answer_ == CheckStatus::Clean, std::move(others));
   });
 }
 
 void CustomerDialogPresenter::checkContracts() {
   const Findings found = CustomerProof(environment(), false).contracts(text("txtKundennummer"));
   contractAnswer_ = found.status();
-  const auto line = [&](Rule rule) {
-    const RuleTerms& row = terms(rule);
-    findings_.report({std::string(row.dialog.code), "", found.holds(rule) ? row.severity : CheckStatus::Clean,
-                      std::string(row.run), std::string(contracts_.name()), ""});
-  };
-  line(Rule::CustomerContractErrors);
-  line(Rule::CustomerContractWarnings);
+  findings_.report(found, {Rule::CustomerContractErrors, Rule::CustomerContractWarnings});
 }
 
 std::optional<CheckStatus> CustomerDialogPresenter::verdict() const {
@@ -149,17 +145,16 @@ void CustomerDialogPresenter::check(std::string_view control) {
   AddressedJobDialogPresenter::check(control);
   if (control == "txtKundennummer") trying("Laden der Verträge", [this] { reloadGrid(); });
   for (const ComparedLine& compared : comparedLines)
-    if (compared.control == control) checkCustomer();
+    if (compared.control() == control) checkCustomer();
   checkAnswer();
 }
 
 void CustomerDialogPresenter::reportUnknownCustomer(const std::string& number) {
   at("txtKundennummer").description = "Neukunde";
   if (number.empty())
-    report("KN", "txtKundennummer", CheckStatus::Error, "Die Kundennummer fehlt.");
+    report(false, Finding(Rule::CustomerNumberMissing));
   else
-    report("KN", "txtKundennummer", CheckStatus::Warning,
-           "Die Kundennummer: " + number + " wurde nicht angelegt. Neukunde!");
+    report(false, Finding(Rule::CustomerIsNew, number));
 }
 
 void CustomerDialogPresenter::compareCustomer(const Adresse& stored) {
@@ -167,19 +162,18 @@ void CustomerDialogPresenter::compareCustomer(const Adresse& stored) {
   for (const ComparedLine& compared : comparedLines) {
     const std::string& master = stored.*compared.line;
     // What the job does not speak of stays as the master has it.
-    const std::string typed = text(compared.control);
-    const bool kept = typed.empty() && std::ranges::find(unspoken_, compared.control) != unspoken_.end();
+    const std::string typed = text(compared.control());
+    const bool kept = typed.empty() && std::ranges::find(unspoken_, compared.control()) != unspoken_.end();
     const bool equal = kept || typed == master;
-    report(compared.code, compared.control, equal ? CheckStatus::Clean : CheckStatus::Warning,
-           std::string(compared.before) + master);
-    at(compared.control).master = equal ? std::nullopt : std::optional(master);
+    report(equal, Finding(compared.customer, typed, master));
+    at(compared.control()).master = equal ? std::nullopt : std::optional(master);
   }
 }
 
 void CustomerDialogPresenter::clearComparison() {
   for (const ComparedLine& compared : comparedLines) {
-    report(compared.code, compared.control, CheckStatus::Clean);
-    at(compared.control).master.reset();
+    report(true, Finding(compared.customer));
+    at(compared.control()).master.reset();
   }
 }
 

@@ -4,17 +4,24 @@
 
 namespace qx {
 
-void FindingList::report(ListedFinding finding) {
-  if (finding.severity == CheckStatus::Clean) {
-    clear(finding.code, finding.item);
+void FindingList::report(bool fine, Finding finding, std::optional<bool> counts) {
+  const RuleTerms& row = terms(finding.rule);
+  Key place = key(finding.position.key, row.dialog.code);
+  if (fine) {
+    findings_.erase(place);
     return;
   }
-  const auto [entry, isNew] = findings_.try_emplace(key(finding.item, finding.code));
+  const auto [entry, isNew] = findings_.try_emplace(std::move(place));
   if (isNew) entry->second.number = arrived_++;
-  entry->second.finding = std::move(finding);
+  entry->second.finding = {std::move(finding), counts.value_or(row.counts)};
 }
 
-void FindingList::clear(std::string_view code, std::string_view item) { findings_.erase(key(item, code)); }
+void FindingList::report(const Findings& found, std::initializer_list<Rule> rules) {
+  for (const Rule rule : rules) {
+    const auto broken = std::ranges::find(found, rule, &Finding::rule);
+    report(broken == found.end(), broken == found.end() ? Finding(rule) : *broken);
+  }
+}
 
 void FindingList::clearItem(std::string_view item) {
   auto entry = findings_.lower_bound(key(item, ""));
@@ -26,19 +33,21 @@ std::vector<ListedFinding> FindingList::sorted() const {
   order.reserve(findings_.size());
   for (const auto& [key, entry] : findings_) order.push_back(&entry);
   std::sort(order.begin(), order.end(), [](const Entry* a, const Entry* b) {
-    if (a->finding.severity != b->finding.severity) return a->finding.severity > b->finding.severity;
+    if (a->finding.found.severity != b->finding.found.severity)
+      return a->finding.found.severity > b->finding.found.severity;
     return a->number < b->number;
   });
   std::vector<ListedFinding> findings;
-  findings.reserve(order.size());
+  findings.reserve(order.size() + hints_.size());
   for (const Entry* entry : order) findings.push_back(entry->finding);
+  for (const Finding& hint : hints_) findings.push_back({hint, false});
   return findings;
 }
 
 CheckStatus FindingList::status() const {
   CheckStatus status = CheckStatus::Clean;
   for (const auto& [key, entry] : findings_)
-    if (entry.finding.counts) status = worse(status, entry.finding.severity);
+    if (entry.finding.counts) status = worse(status, entry.finding.found.severity);
   return status;
 }
 
@@ -46,7 +55,7 @@ CheckStatus FindingList::statusOf(std::string_view item) const {
   CheckStatus status = CheckStatus::Clean;
   for (auto entry = findings_.lower_bound(key(item, ""));
        entry != findings_.end() && entry->first.first == item; ++entry)
-    status = worse(status, entry->second.finding.severity);
+    status = worse(status, entry->second.finding.found.severity);
   return status;
 }
 

@@ -1,10 +1,12 @@
 // The findings of a job dialog.
 #pragma once
 
-#include "model/job_codes.h"
+#include "engine/findings.h"
 
 #include <cstdint>
+#include <initializer_list>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -12,34 +14,40 @@
 
 namespace qx {
 
-/// The code of what an earlier processing wrote into the job.
-inline constexpr std::string_view processingErrorCode = "EP";
-
-/// What a check reports that only warns.
-inline CheckStatus warningUnless(bool fine) { return fine ? CheckStatus::Clean : CheckStatus::Warning; }
-
-/// One line of a findings list.
+/// One line of a findings list: a finding as the dialog shows it, or a hint.
 struct ListedFinding {
-  std::string code; ///< short code of the field, shown as "Zuordnung"
-  std::string item; ///< `ChildID` of the position that it concerns; empty for the header
-  CheckStatus severity = CheckStatus::Clean;
-  std::string text;     ///< shown as "Fehlertext"
-  std::string control;  ///< the object name of the control that it speaks of; a grid for positions
-  std::string position; ///< the number of the position, shown behind the code; empty for the header
-  bool counts = true;   ///< for the status; not what a clerk is told though the job goes through with it
+  Finding found;
+  bool counts = true; ///< for the status; not what a clerk is told though the job goes through with it
+
+  /// Short code of the field, shown as "Zuordnung".
+  std::string_view code() const { return terms(found.rule).dialog.code; }
+  /// The object name of the control that it speaks of; a grid for positions.
+  std::string_view control() const { return terms(found.rule).dialog.control; }
+  /// Shown as "Fehlertext".
+  std::string text() const { return dialogText(found); }
+  /// `ChildID` of the position that it concerns; empty for the header.
+  const std::string& item() const { return found.position.key; }
 };
 
-/// Holds one finding per code and position. A clean report removes it.
+/// Holds one finding per code and position, and the hints, which change neither status nor `empty`.
 class FindingList {
 public:
-  void report(ListedFinding finding);
-  void clear(std::string_view code, std::string_view item = {});
+  /// Lists the finding unless what it speaks of is fine; then one of the same code and position goes.
+  /// `counts`: other than its rule says.
+  void report(bool fine, Finding finding, std::optional<bool> counts = {});
+  /// The same for these rules of a check.
+  void report(const Findings& found, std::initializer_list<Rule> rules);
+  void clear(Rule rule) { findings_.erase(key({}, terms(rule).dialog.code)); }
   /// Removes all findings of a position.
   void clearItem(std::string_view item);
-  void clearAll() { findings_.clear(); }
+  void clearAll() {
+    findings_.clear();
+    hints_ = {};
+  }
+  void setHints(Findings hints) { hints_ = std::move(hints); }
 
   bool empty() const { return findings_.empty(); }
-  /// Worst first; equal ones in the order in which they were found.
+  /// Worst first; equal ones in the order in which they were found. The hints stand at the end.
   std::vector<ListedFinding> sorted() const;
   /// The highest severity of those that count; clean without findings.
   CheckStatus status() const;
@@ -61,6 +69,7 @@ private:
 
   std::map<Key, Entry> findings_;
   std::uint64_t arrived_ = 0;
+  Findings hints_;
 };
 
 } // namespace qx

@@ -187,9 +187,10 @@ bool JobDialogPresenter::nothingNewSince(const std::vector<ListedFinding>& seen)
   checkMore(checksLeft());
   for (const ListedFinding& finding : findings_.sorted()) {
     const auto same = [&](const ListedFinding& other) {
-      return other.code == finding.code && other.item == finding.item && other.severity == finding.severity;
+      return other.code() == finding.code() && other.item() == finding.item() &&
+             other.found.severity == finding.found.severity;
     };
-    if (std::ranges::any_of(seen, same)) continue;
+    if (finding.found.isHint() || std::ranges::any_of(seen, same)) continue;
     notice_ = moreFindings;
     return false;
   }
@@ -207,17 +208,14 @@ Value JobDialogPresenter::current(ColumnName column) const {
   return before;
 }
 
-void JobDialogPresenter::report(std::string_view code, std::string_view control, CheckStatus severity,
-                                std::string text, bool counts) {
-  mark(control, severity, text);
-  findings_.report({std::string(code), "", severity, std::move(text), std::string(control), "", counts});
+void JobDialogPresenter::report(bool fine, Finding finding) {
+  mark(terms(finding.rule).dialog.control, fine ? CheckStatus::Clean : finding.severity, dialogText(finding));
+  findings_.report(fine, std::move(finding));
 }
 
 void JobDialogPresenter::reportFailure(bool counts) {
   const std::string failure = staged("Fehlertext");
-  if (!failure.empty())
-    findings_.report({std::string(processingErrorCode), "", CheckStatus::Warning,
-                      "Fehler beim verarbeiten: " + failure, std::string(releaseControl), "", counts});
+  if (!failure.empty()) findings_.report(false, Finding(Rule::EarlierReasons, failure), counts);
 }
 
 bool JobDialogPresenter::trying(std::string_view where, const std::function<void()>& step) {

@@ -138,9 +138,8 @@ protected:
   JobFields fields() const {
     return [this](ColumnName column) { return current(column); };
   }
-  /// A finding with a picture beside its control. A clean severity removes both.
-  void report(std::string_view code, std::string_view control, CheckStatus severity, std::string text = {},
-              bool counts = true);
+  /// A finding with a picture beside its control; both go when what it speaks of is fine.
+  void report(bool fine, Finding finding);
   /// Runs a step; a failure is told to the diagnostics and the notice. False then.
   bool trying(std::string_view where, const std::function<void()>& step);
   /// The same for a check, which counts as outstanding until it comes to its end.

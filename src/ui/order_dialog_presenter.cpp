@@ -45,28 +45,6 @@ constexpr std::array orderGroups{ControlGroup{"Kunde", orderCustomerControls},
                                  ControlGroup{"Bemerkung", shared::noteControls},
                                  ControlGroup{"Individuell", individualControls}};
 
-/// A finding of the check for which no field of the dialog stands: its code here and the control that it
-/// concerns.
-struct RuleLine {
-  std::string_view code;
-  std::string_view control;
-  Rule rule;
-};
-
-constexpr std::array noteLines{RuleLine{"NO", "txtHinweis", Rule::OrderNote}};
-constexpr std::array individualLines{RuleLine{"IF1", "txtIndFild1", Rule::OrderMarkZB},
-                                     RuleLine{"IF3", "txtIndFild3", Rule::OrderMarkZA},
-                                     RuleLine{"IF4", "txtIndFild4", Rule::OrderMarkMK}};
-constexpr std::array creditLines{RuleLine{"KL1", "txtKundennummer", Rule::OrderCreditLimit1},
-                                 RuleLine{"KL2", "txtKundennummer", Rule::OrderCreditLimit2}};
-
-void reportRules(FindingList& list, std::span<const RuleLine> lines, const Findings& found) {
-  for (const RuleLine& line : lines) {
-    list.report({std::string(line.code), "", found.holds(line.rule) ? found.status() : CheckStatus::Clean,
-                 std::string(terms(line.rule).run), std::string(line.control), ""});
-  }
-}
-
 } // namespace
 
 OrderDialogPresenter::OrderDialogPresenter(const DialogContext& context)
@@ -123,25 +101,25 @@ void OrderDialogPresenter::check(std::string_view control) {
 
 void OrderDialogPresenter::checkRules() {
   const OrderCheck check(environment(), options_);
-  reportRules(findings_, noteLines, check.note(text("txtHinweis")));
-  reportRules(findings_, individualLines,
-              check.individualFields([this](ColumnName column) { return current(column).text(); }));
-  findings_.clear("KL");
+  findings_.report(check.note(text("txtHinweis")), {Rule::OrderNote});
+  findings_.report(check.individualFields([this](ColumnName column) { return current(column).text(); }),
+                   {Rule::OrderMarkZB, Rule::OrderMarkZA, Rule::OrderMarkMK});
   checking("Prüfen des Kreditlimits", [&] {
     Findings credit;
     try {
       credit = check.credit(text("txtKundennummer"));
     } catch (const AmbiguousLimit& error) {
       environment().diagnostics.report({"credit limit", error.what(), jobId()});
-      findings_.report({"KL", "", CheckStatus::Error, error.what(), "txtKundennummer", ""});
+      credit.add(error.finding());
     }
-    reportRules(findings_, creditLines, credit);
+    findings_.report(credit,
+                     {Rule::OrderCreditLimit1, Rule::OrderCreditLimit2, Rule::OrderCreditLimitDoubtful});
   });
 }
 
 void OrderDialogPresenter::reportUnknownCustomer(const std::string& number) {
   at("txtKundennummer").description = own_.Bez1;
-  report("KN", "txtKundennummer", CheckStatus::Error, "Kundennummer " + number + " ist nicht angelegt.");
+  report(false, Finding(Rule::OrderCustomer, number));
 }
 
 void OrderDialogPresenter::compareCustomer(const Adresse& stored) {
@@ -154,28 +132,25 @@ void OrderDialogPresenter::compareCustomer(const Adresse& stored) {
     // A line that the order does not give means the customer's.
     const std::string& given = own_.*line.line;
     const bool equal = given.empty() || given == stored.*line.line;
-    findings_.report({std::string(line.code), "", equal ? CheckStatus::Clean : CheckStatus::Warning,
-                      std::string(line.before) + stored.*line.line, "txtKundennummer", "", false});
+    findings_.report(equal, Finding(line.order, given, stored.*line.line));
   }
 }
 
 void OrderDialogPresenter::clearComparison() {
-  for (const ComparedLine& line : comparedLines) findings_.clear(line.code);
-  findings_.clear("VSK");
-  findings_.clear("ZAK");
+  for (const ComparedLine& line : comparedLines) findings_.clear(line.order);
+  findings_.clear(Rule::CustomersShippingMethod);
+  findings_.clear(Rule::CustomersPaymentMethod);
 }
 
 /// The methods that the customer has in the master.
 void OrderDialogPresenter::checkCustomerCodes() {
   const std::string customer = text("txtKundennummer");
-  const auto checkOne = [&](std::string_view code, std::string_view field, const std::string& method) {
+  const auto checkOne = [&](Rule rule, std::string_view field, const std::string& method) {
     const bool fine = method.empty() || masterData().codeExists(field, method);
-    findings_.report({std::string(code), "", fine ? CheckStatus::Clean : CheckStatus::Warning,
-                      std::string(field) + " Kunde: " + method + " wurde noch nicht angelegt.",
-                      "txtKundennummer", "", false});
+    findings_.report(fine, Finding(rule, method));
   };
-  checkOne("VSK", "Versandart", masterData().shippingMethodOfCustomer(customer));
-  checkOne("ZAK", "Zahlungsart", masterData().paymentMethodOfCustomer(customer));
+  checkOne(Rule::CustomersShippingMethod, "Versandart", masterData().shippingMethodOfCustomer(customer));
+  checkOne(Rule::CustomersPaymentMethod, "Zahlungsart", masterData().paymentMethodOfCustomer(customer));
 }
 
 void OrderDialogPresenter::store(std::string_view& failure) {

@@ -109,7 +109,7 @@ void PositionDetails::show() {
   for (const Mark& each : {Mark{"txtArtikelnummer", "AR"}, Mark{"tdbnbrMenge", "LB"},
                            Mark{"tdbnbrPreis", "PR"}, Mark{"tdbnbrKostID", "KO"}}) {
     if (const ListedFinding* found = grid_.finding(row_, each.code))
-      mark(each.control, found->severity, found->text);
+      mark(each.control, found->found.severity, found->text());
     else
       mark(each.control, CheckStatus::Clean);
   }

@@ -113,22 +113,16 @@ void PositionGrid::checkRow(std::size_t row) {
   }
 }
 
-void PositionGrid::report(std::size_t row, std::string_view code, CheckStatus severity, std::string text,
-                          bool counts) {
-  findings_.report({std::string(code), childOf(row), severity, std::move(text), std::string(name()),
-                    positions_.at(row, "Positionsnummer").text(), counts});
+void PositionGrid::report(std::size_t row, bool fine, Finding finding, std::optional<bool> counts) {
+  findings_.report(fine, std::move(finding).at({childOf(row), positions_.at(row, "Positionsnummer").text()}),
+                   counts);
 }
 
-void PositionGrid::checkCount() {
-  findings_.report({"PO", "", positions_.size() == 0 ? CheckStatus::Error : CheckStatus::Clean,
-                    std::string(terms(Rule::OrderNoPositions).run), std::string(name()), ""});
-}
+void PositionGrid::checkCount() { findings_.report(positions_.size() > 0, Finding(Rule::OrderNoPositions)); }
 
 void PositionGrid::checkArticle(std::size_t row) {
   const std::string article = positions_.at(row, "Artikelnummer").text();
-  const bool known = engine_.ArtikelAngelegt(article);
-  report(row, "AR", known ? CheckStatus::Clean : CheckStatus::Error,
-         "Der Artikel '" + article + "' ist nicht angelegt.");
+  report(row, engine_.ArtikelAngelegt(article), Finding(Rule::OrderArticle, article));
 }
 
 std::string PositionGrid::unitOf(std::size_t row) const {
@@ -138,7 +132,7 @@ std::string PositionGrid::unitOf(std::size_t row) const {
 }
 
 void PositionGrid::checkStock(std::size_t row) {
-  report(row, "LB", CheckStatus::Clean);
+  report(row, true, Finding(Rule::OrderStock));
   if (!context_.warnOfStock) return;
   const std::string article = positions_.at(row, "Artikelnummer").text();
   const double quantity = numberOf(positions_.at(row, "Menge"));
@@ -147,8 +141,8 @@ void PositionGrid::checkStock(std::size_t row) {
     std::string stockUnit;
     const bool convert = !equalCodes(unit, stock_.baseUnit(article));
     const double stock = engine_.GetLagerbestand(article, unit, quantity, stockUnit, convert);
-    report(row, "LB", warningUnless(stockUnit == noStockUnit || stock >= quantity),
-           "Achtung: Lagerbestand für Artikel '" + article + "' reicht nicht aus!");
+    report(row, stockUnit == noStockUnit || stock >= quantity,
+           Finding(Rule::OrderStock, germanNumber(quantity), article));
   } catch (const std::exception&) {
     // Without a conversion between the units nothing can be said.
     environment_.diagnostics.report({"stock of article " + article, missingConversion(), jobId_});
@@ -159,9 +153,8 @@ void PositionGrid::checkCost(std::size_t row) {
   const Value& staged = positions_.at(row, costNumber);
   const auto number = staged.isEmpty() ? 0 : wholeAs<std::int32_t>(staged);
   const bool fine = !context_.costAssignment || (number && engine_.CheckKostzuord("AB", *number, false) == 0);
-  report(row, "KO", warningUnless(fine),
-         "Achtung: Fehlende Kostenzuordnung für Artikel '" + positions_.at(row, "Artikelnummer").text() +
-             "'!");
+  report(row, fine,
+         Finding(Rule::OrderCostAssignment, staged.text(), positions_.at(row, "Artikelnummer").text()));
 }
 
 Preisfindung* PositionGrid::prices() {
@@ -187,18 +180,17 @@ void PositionGrid::checkPrice(std::size_t row) {
   const std::int32_t result =
       component == nullptr ? Preisfindung::failed : component->GetVKPreis(question, price);
   found_.erase(childOf(row));
+  const double staged = numberOf(positions_.at(row, "Preis"));
   if (result == Preisfindung::failed) {
-    report(row, "PR", CheckStatus::Error, "Es ist ein Fehler beim ermitteln des Preises aufgetreten.");
+    report(row, false, Finding(Rule::OrderPriceFailed, germanNumber(staged)));
   } else if (result == Preisfindung::notFound) {
-    report(row, "PR", CheckStatus::Warning, "Es konnte kein Preis gefunden werden!");
+    report(row, false, Finding(Rule::OrderPriceMissing, germanNumber(staged)));
   } else {
     found_[childOf(row)] = price.price;
-    const double staged = numberOf(positions_.at(row, "Preis"));
     // Without a price the order takes the found one. Compared as stored, without rounding, on purpose.
     const bool open = staged == 0 && !context_.customerSpecific;
-    report(row, "PR", warningUnless(open || staged == price.price),
-           "Ermittelter Preis: " + germanDecimals(price.price, 2) +
-               " weicht vom Importpreis: " + germanDecimals(staged, 2) + " ab!",
+    report(row, open || staged == price.price,
+           Finding(Rule::OrderPriceDiffers, germanNumber(staged), germanNumber(price.price)),
            context_.customerSpecific);
   }
 }
@@ -253,8 +245,8 @@ GridCell PositionGrid::articleCell(std::size_t row) const {
   GridCell cell;
   cell.text = positions_.at(row, "Artikelnummer").text();
   if (const ListedFinding* found = finding(row, "AR")) {
-    cell.message = found->text;
-    cell.severity = found->severity;
+    cell.message = found->text();
+    cell.severity = found->found.severity;
   }
   return cell;
 }
@@ -373,7 +365,7 @@ std::string PositionGrid::articleText(std::size_t row) const {
 std::string PositionGrid::messages(std::size_t row) const {
   std::string lines;
   for (const std::string_view code : positionCodes)
-    if (const ListedFinding* found = finding(row, code)) lines += (lines.empty() ? "" : "\n") + found->text;
+    if (const ListedFinding* found = finding(row, code)) lines += (lines.empty() ? "" : "\n") + found->text();
   return lines;
 }
 

@@ -100,8 +100,7 @@ private:
   void checkPrice(std::size_t row);
   /// The staged unit as the ERP knows it, or the article's own.
   std::string unitOf(std::size_t row) const;
-  void report(std::size_t row, std::string_view code, CheckStatus severity, std::string text = {},
-              bool counts = true);
+  void report(std::size_t row, bool fine, Finding finding, std::optional<bool> counts = {});
   Preisfindung* prices();
   /// Sets a column, and what follows it, whichever way the value came; empty, or why it cannot stand there.
   std::string set(std::size_t row, ColumnName column, ControlKind kind, std::string_view text);

@@ -113,23 +113,24 @@ inline constexpr std::array noteControls{ControlSpec{
 
 namespace qx {
 
-/// A line of an address that is compared with the customer master: its control in the customer dialog, its
-/// column, the code of the finding and how it begins.
+/// A line of an address that is compared with the customer master, and the rule that it breaks in either
+/// dialog.
 struct ComparedLine {
-  std::string_view control;
   ColumnName column;
-  std::string_view code;
-  std::string_view before;
   std::string Adresse::*line;
+  Rule customer;
+  Rule order;
+
+  std::string_view control() const { return terms(customer).dialog.control; } ///< of the customer dialog
 };
 
 inline constexpr std::array comparedLines{
-    ComparedLine{"txtBez1", "Bez1", "BZ1", "Bezeichnung 1 ist nicht identisch: ", &Adresse::Bez1},
-    ComparedLine{"txtBez2", "Bez2", "BZ2", "Bezeichnung 2 ist nicht identisch: ", &Adresse::Bez2},
-    ComparedLine{"txtBez3", "Bez3", "BZ3", "Bezeichnung 3 ist nicht identisch: ", &Adresse::Bez3},
-    ComparedLine{"txtStrasse", "Strasse", "STR", "Straße ist nicht identisch: ", &Adresse::Strasse},
-    ComparedLine{"txtPLZ", "PLZ", "PLZ", "Postleitzahl ist nicht identisch: ", &Adresse::PLZ},
-    ComparedLine{"txtOrt", "Ort", "ORT", "Ort ist nicht identisch: ", &Adresse::Ort},
-    ComparedLine{"txtLand", "Land", "LD", "Land ist nicht identisch: ", &Adresse::Land}};
+    ComparedLine{"Bez1", &Adresse::Bez1, Rule::CustomerName1, Rule::OrderName1},
+    ComparedLine{"Bez2", &Adresse::Bez2, Rule::CustomerName2, Rule::OrderName2},
+    ComparedLine{"Bez3", &Adresse::Bez3, Rule::CustomerName3, Rule::OrderName3},
+    ComparedLine{"Strasse", &Adresse::Strasse, Rule::CustomerStreet, Rule::OrderStreet},
+    ComparedLine{"PLZ", &Adresse::PLZ, Rule::CustomerPostCode, Rule::OrderPostCode},
+    ComparedLine{"Ort", &Adresse::Ort, Rule::CustomerCity, Rule::OrderCity},
+    ComparedLine{"Land", &Adresse::Land, Rule::CustomerCountry, Rule::OrderCountry}};
 
 } // namespace qx

@@ -1,9 +1,11 @@
 // Prints the lists that the pages take from the tables of the code, each behind a line "=== NAME".
 // The pages hold them between "<!-- list: NAME -->" and "<!-- end -->".
+#include "engine/finding_terms.h"
 #include "erp/lookups/lookup_sources.h"
 #include "erp/schema_lists.h"
 #include "model/entry_records.h"
 #include "model/import_job.h"
+#include "platform/one_line.h"
 #include "settings/option_keys.h"
 #include "store/job_lines.h"
 #include "store/version1_rows.h"
@@ -182,6 +184,29 @@ void printOptionHints(bool customerSpecific) {
   std::cout << '\n';
 }
 
+std::string inCell(const RuleTerms& row, std::string_view pattern) {
+  const std::string text = oneLine(withoutValues(row, pattern));
+  return text.empty() ? text : "`" + text + "`";
+}
+
+/// The rules of one kind of job, in the order of the table.
+void printRules(std::string_view title, std::string_view kind) {
+  std::cout << "=== " << title
+            << "\n\n| Text der Verarbeitung | Kürzel, Text im Fenster | Art | Feld | Was Sie tun | Code "
+               "|\n|---|---|---|---|---|---|\n";
+  for (const RuleTerms& row : allTerms()) {
+    if (!row.code.starts_with(kind)) continue;
+    const char* severity = row.severity == CheckStatus::Error     ? "Fehler"
+                           : row.severity == CheckStatus::Warning ? "Warnung"
+                                                                  : "Hinweis";
+    const std::string shown = inCell(row, row.dialog.text);
+    std::cout << "| " << inCell(row, row.run) << " | " << row.dialog.code
+              << (shown.empty() ? "" : " " + shown) << " | " << severity << " | " << row.field << " | "
+              << row.remedy << (row.note.empty() ? "" : " ") << row.note << " | " << row.code << " |\n";
+  }
+  std::cout << '\n';
+}
+
 void printTables() {
   std::cout << "=== tables\n\n| group | tables |\n|---|---|\n";
   const auto row = [](std::string_view group, std::span<const erp::SchemaTable> tables) {
@@ -211,6 +236,10 @@ int main() {
   printOptions();
   printOptionHints(false);
   printOptionHints(true);
+  printRules("Befunde jedes Vorgangs", "job.");
+  printRules("Befunde eines Kunden", "customer.");
+  printRules("Befunde eines Vertrags", "contract.");
+  printRules("Befunde eines Auftrags", "order.");
   printTables();
   printLookups();
 }

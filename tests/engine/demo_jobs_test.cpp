@@ -34,10 +34,16 @@ public:
   }
 
   std::set<std::string> broken; ///< codes of the rules
+  std::vector<std::string> unexplained;
 
 private:
   void note(const Findings& findings) {
-    for (const Finding& finding : findings) broken.emplace(terms(finding.rule).code);
+    for (const Finding& finding : findings) {
+      const RuleTerms& row = terms(finding.rule);
+      broken.emplace(row.code);
+      if (finding.rule == Rule::ProcessingFailed || row.run.empty()) continue;
+      if (!says(row, runText(finding))) unexplained.push_back(runText(finding));
+    }
   }
 
   ImportJobObject2 engine{environment};
@@ -64,6 +70,8 @@ TEST(DemoJobs, ShowEveryFindingAndEveryFailure) {
   own.setSetting("Allgemein", "Individual", "VLK");
   own.setOption("KostenzuordnungAuftrag", "1");
   own.run();
+  EXPECT_EQ(plain.unexplained, std::vector<std::string>()) << "texts that lead to no rule";
+  EXPECT_EQ(own.unexplained, std::vector<std::string>());
   std::set<std::string> broken = plain.broken;
   broken.insert(own.broken.begin(), own.broken.end());
   std::vector<std::string_view> missing;

@@ -50,7 +50,8 @@ protected:
 std::string onlyTold(const std::string& job, const JobDialogPresenter& dialog, CheckStatus answer) {
   std::string codes;
   for (const ListedFinding& finding : dialog.findings())
-    if (finding.severity > answer && finding.code != processingErrorCode) codes += " " + finding.code;
+    if (finding.found.severity > answer && finding.found.rule != Rule::EarlierReasons)
+      (codes += " ") += finding.code();
   return codes.empty() ? codes : job.substr(job.size() - 2) + ":" + codes;
 }
 
@@ -62,7 +63,7 @@ TEST_F(Agreement, TheDialogAndTheCheckGiveEachDemoJobOneAnswer) {
     EXPECT_EQ(static_cast<int>(*dialog->verdict()), check(job)) << job;
     // Nothing that the check finds stays without a line.
     CheckStatus worst = CheckStatus::Clean;
-    for (const ListedFinding& finding : dialog->findings()) worst = worse(worst, finding.severity);
+    for (const ListedFinding& finding : dialog->findings()) worst = worse(worst, finding.found.severity);
     EXPECT_GE(worst, *dialog->verdict()) << job;
     if (const std::string line = onlyTold(job, *dialog, *dialog->verdict()); !line.empty())
       told.push_back(line);

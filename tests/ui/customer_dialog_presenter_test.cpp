@@ -8,6 +8,7 @@ namespace {
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::Not;
 
 class CustomerDialogTest : public DialogTest {
 protected:
@@ -98,6 +99,24 @@ TEST_F(CustomerDialogTest, ListsUnknownCodesBanksAndAccountsButNoEmptyOnes) {
   enter(*dialog, "txtHauptkonto", "20001");
   dialog->takeMaster(indexOf(*dialog, "txtKreditinstitut"));
   EXPECT_THAT(codes(*dialog), ElementsAre("EP", "KG", "PL", "ZB"));
+}
+
+TEST_F(CustomerDialogTest, HintsFollowWhatIsTypedAndDoNotHoldSavingUp) {
+  stageCustomer("K1", "20001", [](KundeFields& job) {
+    asStored(job);
+    job.ZahlungsbedSchl = "99";
+  });
+  const std::string unwritten = "Nicht in den Kundenstamm übernommen: ZahlungsbedSchl '99'";
+  const auto dialog = opened("K1");
+  const auto list = dialog->findings();
+  EXPECT_EQ(list.front().code(), "ZB");
+  EXPECT_EQ(list.back().text(), unwritten) << "behind the findings";
+  EXPECT_EQ(list.back().found.severity, CheckStatus::Clean);
+  EXPECT_TRUE(dialog->nothingNewSince({list.front()}));
+  enter(*dialog, "tdbZahlungsbed", "");
+  EXPECT_THAT(hints(*dialog), Not(Contains(unwritten)));
+  EXPECT_THAT(hints(*dialog), Not(IsEmpty()));
+  EXPECT_FALSE(dialog->canRelease());
 }
 
 TEST_F(CustomerDialogTest, ChecksWhereGoodsAndInvoicesGo) {

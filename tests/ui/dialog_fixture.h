@@ -60,17 +60,26 @@ protected:
     dialog.type(indexOf(dialog, control), text);
     dialog.leave(indexOf(dialog, control));
   }
-  /// "code severity text" of each finding.
+  /// "code severity text" of each finding, without the hints.
   static std::vector<std::string> findings(const JobDialogPresenter& dialog) {
     std::vector<std::string> lines;
     for (const ListedFinding& finding : dialog.findings())
-      lines.push_back(finding.code + (finding.position.empty() ? "" : " " + finding.position) + "|" +
-                      std::to_string(static_cast<int>(finding.severity)) + "|" + finding.text);
+      if (!finding.found.isHint())
+        lines.push_back(std::string(finding.code()) +
+                        (finding.item().empty() ? "" : " " + finding.found.position.number) + "|" +
+                        std::to_string(static_cast<int>(finding.found.severity)) + "|" + finding.text());
     return lines;
+  }
+  static std::vector<std::string> hints(const JobDialogPresenter& dialog) {
+    std::vector<std::string> texts;
+    for (const ListedFinding& finding : dialog.findings())
+      if (finding.found.isHint()) texts.push_back(finding.text());
+    return texts;
   }
   static std::vector<std::string> codes(const JobDialogPresenter& dialog) {
     std::vector<std::string> codes;
-    for (const ListedFinding& finding : dialog.findings()) codes.push_back(finding.code);
+    for (const ListedFinding& finding : dialog.findings())
+      if (!finding.found.isHint()) codes.emplace_back(finding.code());
     std::sort(codes.begin(), codes.end());
     return codes;
   }

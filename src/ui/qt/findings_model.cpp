@@ -11,13 +11,15 @@ namespace {
 enum Column { Code, Status, Text, ColumnCount };
 
 QString placed(const ListedFinding& finding) {
-  return toQt(finding.position.empty() ? finding.code : finding.code + " " + finding.position);
+  const std::string code(finding.code());
+  const std::string& number = finding.found.position.number;
+  return toQt(number.empty() ? code : code + " " + number);
 }
 
 QString severityText(CheckStatus severity) {
   switch (severity) {
   case CheckStatus::Clean:
-    return QStringLiteral("In Ordnung");
+    return QStringLiteral("Hinweis");
   case CheckStatus::Warning:
     return QStringLiteral("Warnung");
   case CheckStatus::Error:
@@ -36,15 +38,15 @@ void FindingsModel::show(std::vector<ListedFinding> findings) {
 
 std::optional<int> FindingsModel::rowOf(const ListedFinding& finding) const {
   for (std::size_t row = 0; row < findings_.size(); ++row)
-    if (findings_[row].code == finding.code && findings_[row].item == finding.item)
+    if (findings_[row].found.rule == finding.found.rule && findings_[row].item() == finding.item())
       return static_cast<int>(row);
   return std::nullopt;
 }
 
 QString FindingsModel::line(int row) const {
   const ListedFinding& shown = finding(row);
-  return placed(shown) + QLatin1Char('\t') + severityText(shown.severity) + QLatin1Char('\t') +
-         toQt(shown.text);
+  return placed(shown) + QLatin1Char('\t') + severityText(shown.found.severity) + QLatin1Char('\t') +
+         toQt(shown.text());
 }
 
 int FindingsModel::rowCount(const QModelIndex& parent) const {
@@ -57,12 +59,13 @@ QVariant FindingsModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid()) return {};
   const ListedFinding& shown = finding(index.row());
   if (index.column() == Status) {
-    if (role == Qt::DecorationRole) return severityPicture(shown.severity);
-    if (role == Qt::ToolTipRole || role == Qt::AccessibleTextRole) return severityText(shown.severity);
+    if (role == Qt::DecorationRole) return severityPicture(shown.found.severity);
+    if (role == Qt::ToolTipRole || role == Qt::AccessibleTextRole) return severityText(shown.found.severity);
     return {};
   }
-  if (role == Qt::DisplayRole) return index.column() == Code ? placed(shown) : toQt(shown.text).simplified();
-  return role == Qt::ToolTipRole ? QVariant(plainToolTip(toQt(shown.text))) : QVariant();
+  if (role == Qt::DisplayRole)
+    return index.column() == Code ? placed(shown) : toQt(shown.text()).simplified();
+  return role == Qt::ToolTipRole ? QVariant(plainToolTip(toQt(shown.text()))) : QVariant();
 }
 
 QVariant FindingsModel::headerData(int section, Qt::Orientation orientation, int role) const {

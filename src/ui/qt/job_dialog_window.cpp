@@ -300,10 +300,13 @@ void JobDialogWindow::showEvent(QShowEvent* event) {
   QDialog::showEvent(event);
   fitForm();
   // The day's work begins with what is wrong; Enter leads to its field.
-  if (event->spontaneous() || dialog_.readOnly() || findings_->rowCount() == 0) return;
+  if (event->spontaneous() || dialog_.readOnly() || findings_->rowCount() == 0 ||
+      findings_->finding(0).found.isHint())
+    return;
   // What an earlier processing wrote comes after what can be mended.
   int first = 0;
-  while (first + 1 < findings_->rowCount() && findings_->finding(first).code == processingErrorCode) ++first;
+  while (first + 1 < findings_->rowCount() && findings_->finding(first).found.rule == Rule::EarlierReasons)
+    ++first;
   findingsView_->selectRow(first);
   findingsView_->setFocus(Qt::OtherFocusReason);
 }
@@ -428,12 +431,12 @@ void JobDialogWindow::openDetails(std::size_t row) {
 }
 
 void JobDialogWindow::goTo(const ListedFinding& finding) {
-  if (grid_ != nullptr && !finding.item.empty()) {
-    if (const auto row = dialog_.kind().grid->rowOf(finding.item)) grid_->selectRow(*row);
-  } else if (grid_ != nullptr && finding.control == dialog_.kind().grid->name()) {
+  if (grid_ != nullptr && !finding.item().empty()) {
+    if (const auto row = dialog_.kind().grid->rowOf(finding.item())) grid_->selectRow(*row);
+  } else if (grid_ != nullptr && finding.control() == dialog_.kind().grid->name()) {
     grid_->selectRow(0);
   } else {
-    form_->focusControl(finding.control);
+    form_->focusControl(finding.control());
   }
 }
 
