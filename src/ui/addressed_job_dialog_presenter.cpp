@@ -247,7 +247,6 @@ void AddressedJobDialogPresenter::takeAddresses(const AddressDialogPresenter& ed
   }
   trying("Prüfen der Adressen", [this] { checkAddresses(); });
   checkHints();
-  checkAnswer();
 }
 
 Value AddressedJobDialogPresenter::current(ColumnName column) const {
