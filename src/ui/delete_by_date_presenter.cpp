@@ -15,9 +15,9 @@ Date monthBefore(const Date& date) {
 }
 
 Date DeleteByDatePresenter::proposedDate() {
-  Date today = environment_.clock.now().date;
+  std::optional<Date> today;
   trapped(environment_.diagnostics, {"session date for deleting by date"}, [&] { today = engine_.NowEx(); });
-  return monthBefore(today);
+  return monthBefore(today.value_or(environment_.clock.now().date));
 }
 
 std::optional<Date> DeleteByDatePresenter::confirmedDate(std::string_view day) {

@@ -56,7 +56,8 @@ const std::set<std::string_view> beyondTheDemo{
     "contract.quantity.too_large",   "contract.quantity.no_number", "order.number.in_use",
     "order.quantity.too_large",      "order.discount.too_large",    "order.price_unit.too_large",
     "order.cost_assignment.invalid", "order.position_number.none",  "order.tax_change_day.unreadable",
-    "order.tax_rate.invalid",        "order.currency.ignored",      "order.exchange_rate.missing"};
+    "order.tax_rate.invalid",        "order.currency.ignored",      "order.exchange_rate.missing",
+    "order.credit_limit.doubtful"};
 
 TEST(DemoJobs, ShowEveryFindingAndEveryFailure) {
   DemoErp plain;

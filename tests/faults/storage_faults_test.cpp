@@ -42,8 +42,13 @@ std::vector<Json> printedJobs(const std::string& output) {
   std::vector<Json> jobs;
   constexpr std::string_view start = R"({"JobID")";
   for (auto at = output.find(start); at != std::string::npos; at = output.find(start, at + 1)) {
-    const auto end = output.find('}', at);
-    if (end != std::string::npos) jobs.push_back(Json::parse(output.substr(at, end - at + 1)));
+    // A job holds objects of its own.
+    for (auto end = output.find('}', at); end != std::string::npos; end = output.find('}', end + 1)) {
+      const Json job = Json::parse(output.substr(at, end - at + 1), nullptr, false);
+      if (job.is_discarded()) continue;
+      jobs.push_back(job);
+      break;
+    }
   }
   return jobs;
 }

@@ -323,6 +323,7 @@ constexpr std::array withoutDatabase{
     Outcome{"order: details", ""},
     Outcome{"order: lookup", "chosen Die Prüfung ist nicht möglich: %"},
     Outcome{"customer: contracts anew", unmarked},
+    Outcome{"customer: addresses back", "Die Prüfung ist nicht möglich: %"},
     Outcome{"customer is saved", unsaved},
     Outcome{"contract is saved", unsaved},
     Outcome{"order is saved", unsaved},
