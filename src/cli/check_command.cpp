@@ -98,14 +98,14 @@ void forEachWaiting(Connection& connection, const std::function<void(const JobBr
 
 } // namespace
 
-ExitCode CheckCommand::work(const Workplace& place) {
-  const auto jobs = findJobs(place.connection(), jobIds);
-  CheckPrinter printer(place.output);
-  JobCheck checker(place.environment);
+ExitCode CheckCommand::work(const CommandContext& context) {
+  const auto jobs = findJobs(context.connection(), jobIds);
+  CheckPrinter printer(context.output);
+  JobCheck checker(context.environment);
   const auto checkOne = [&](const JobBrief& job) { printer.add(job, checker.check(job.jobId)); };
   try {
     if (jobIds.empty())
-      forEachWaiting(place.connection(), checkOne);
+      forEachWaiting(context.connection(), checkOne);
     else
       for (const JobBrief& job : jobs) checkOne(job);
   } catch (const DatabaseError& error) {

@@ -14,7 +14,7 @@ public:
   std::vector<std::string> jobIds;
 
 protected:
-  ExitCode work(const Workplace& place) override;
+  ExitCode work(const CommandContext& context) override;
 };
 
 } // namespace qx::cli

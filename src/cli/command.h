@@ -18,7 +18,7 @@ public:
 };
 
 /// What a command on an open database works with.
-struct Workplace {
+struct CommandContext {
   Environment& environment;
   ImportJobObject2& engine;
   const Output& output;
@@ -40,7 +40,7 @@ public:
   }
 
 protected:
-  virtual ExitCode work(const Workplace& place) = 0;
+  virtual ExitCode work(const CommandContext& context) = 0;
 };
 
 } // namespace qx::cli

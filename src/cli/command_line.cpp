@@ -67,8 +67,8 @@ private:
     command = made.get();
     CLI::App* verb = parent.add_subcommand(name, purpose);
     commands_.push_back(std::move(made));
-    const std::size_t place = commands_.size() - 1;
-    verb->callback([this, place] { chosen_ = std::move(commands_[place]); });
+    const std::size_t index = commands_.size() - 1;
+    verb->callback([this, index] { chosen_ = std::move(commands_[index]); });
     return verb;
   }
 

@@ -29,21 +29,21 @@ void writeLeft(JsonWriter& json, const JobDeletion& deletion) {
 
 } // namespace
 
-ExitCode DeleteCommand::work(const Workplace& place) {
-  BusyNotice wait(place.output.messages);
+ExitCode DeleteCommand::work(const CommandContext& context) {
+  BusyNotice wait(context.output.messages);
   std::vector<std::string> found;
-  for (const JobBrief& job : findJobs(place.connection(), jobIds)) found.push_back(job.jobId);
-  JobDeletion deletion(place.environment, &wait);
+  for (const JobBrief& job : findJobs(context.connection(), jobIds)) found.push_back(job.jobId);
+  JobDeletion deletion(context.environment, &wait);
   deletion.delItems(found, withContracts);
-  if (place.output.json) {
-    JsonWriter json(place.output.result);
+  if (context.output.json) {
+    JsonWriter json(context.output.result);
     json.beginObject().key("deleted").number(deletion.deletedHeaders());
     writeLeft(json, deletion);
     json.endObject().finish();
   } else {
-    place.output.result << deletion.deletedHeaders() << " deleted\n";
+    context.output.result << deletion.deletedHeaders() << " deleted\n";
   }
-  return end(place.output, deletion);
+  return end(context.output, deletion);
 }
 
 void PurgeCommand::prepare() {
@@ -53,26 +53,26 @@ void PurgeCommand::prepare() {
     throw ProgramError(ExitCode::BadInput, "'" + *before + "' is no date", "Dates are written dd.mm.yyyy.");
 }
 
-ExitCode PurgeCommand::work(const Workplace& place) {
-  BusyNotice wait(place.output.messages);
-  JobDeletion deletion(place.environment, &wait);
+ExitCode PurgeCommand::work(const CommandContext& context) {
+  BusyNotice wait(context.output.messages);
+  JobDeletion deletion(context.environment, &wait);
   if (day_)
     deletion.deleteDoneBefore(*day_);
   else
     deletion.DelArchives();
-  if (place.output.json) {
-    JsonWriter json(place.output.result);
+  if (context.output.json) {
+    JsonWriter json(context.output.result);
     json.beginObject().key("deleted").number(deletion.deletedHeaders());
     json.key("undated").number(deletion.undatedJobs());
     json.key("refused").number(deletion.refusals());
     writeLeft(json, deletion);
     json.endObject().finish();
   } else {
-    place.output.result << deletion.deletedHeaders() << " deleted\n";
+    context.output.result << deletion.deletedHeaders() << " deleted\n";
     if (deletion.undatedJobs() > 0)
-      place.output.result << deletion.undatedJobs() << " kept: no readable date of receipt\n";
+      context.output.result << deletion.undatedJobs() << " kept: no readable date of receipt\n";
   }
-  return end(place.output, deletion);
+  return end(context.output, deletion);
 }
 
 } // namespace qx::cli

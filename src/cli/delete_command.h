@@ -16,7 +16,7 @@ public:
   bool withContracts = false; ///< of a customer job also the customer's contract jobs
 
 protected:
-  ExitCode work(const Workplace& place) override;
+  ExitCode work(const CommandContext& context) override;
 };
 
 /// `purge [--before dd.mm.yyyy]`: every done job, or those received before a day.
@@ -27,7 +27,7 @@ public:
   void prepare() override;
 
 protected:
-  ExitCode work(const Workplace& place) override;
+  ExitCode work(const CommandContext& context) override;
 
 private:
   std::optional<Date> day_;

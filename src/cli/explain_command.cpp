@@ -89,7 +89,7 @@ void printFinding(std::ostream& output, const Finding& finding) {
 
 /// The lines of a job's reasons that no finding says again, each with the rules that say it.
 std::vector<std::pair<std::string, std::vector<const RuleTerms*>>> reasonsOf(std::string_view reasons,
-                                                                              const Findings& findings) {
+                                                                             const Findings& findings) {
   const std::vector<std::string> known = findings.lines();
   std::vector<std::pair<std::string, std::vector<const RuleTerms*>>> explained;
   while (!reasons.empty()) {
@@ -123,7 +123,8 @@ ExitCode ExplainCommand::explainJob(Installation& installation, const Output& ou
   ImportJobObject2 engine(environment);
   const auto job = findJob(*environment.connection, subject);
   if (!job)
-    throw ProgramError(ExitCode::BadInput, "'" + subject + "' is neither a code nor a text of a finding nor a job",
+    throw ProgramError(ExitCode::BadInput,
+                       "'" + subject + "' is neither a code nor a text of a finding nor a job",
                        "Codes and texts are in docs/befunde.md, jobs are listed by: qximportjob list");
   const Findings findings = engine.checkJob(subject);
   const auto reasons = reasonsOf(readJobReasons(*environment.connection, subject), findings);

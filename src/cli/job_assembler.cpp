@@ -50,9 +50,9 @@ void JobAssembler::refuse(std::int64_t line, std::string_view field, std::string
 }
 
 void JobAssembler::refusePosition(std::int64_t line, std::string_view field, std::string_view reason) const {
-  std::string place = "Positionen[" + std::to_string(positionNumber_) + "]";
-  if (!field.empty()) place += "." + std::string(field);
-  refuse(line, place, reason);
+  std::string path = "Positionen[" + std::to_string(positionNumber_) + "]";
+  if (!field.empty()) path += "." + std::string(field);
+  refuse(line, path, reason);
 }
 
 void JobAssembler::beginJob(std::int64_t line) {

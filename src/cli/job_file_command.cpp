@@ -34,10 +34,10 @@ void refuseInput(const JobFileReport& report, const std::string& file, const std
   if (report.end == JobFileEnd::NoFile) throw ProgramError(ExitCode::BadInput, report.failure);
 }
 
-ExitCode change(const Workplace& place, const std::string& file, const std::string& target,
+ExitCode change(const CommandContext& context, const std::string& file, const std::string& target,
                 Scrambling scrambling) {
-  JobFileProgress progress(place.output, scrambling == Scrambling::Scramble ? "scramble" : "unscramble");
-  const JobFileReport report = scrambleJobFile(place.environment, file, target, scrambling, &progress);
+  JobFileProgress progress(context.output, scrambling == Scrambling::Scramble ? "scramble" : "unscramble");
+  const JobFileReport report = scrambleJobFile(context.environment, file, target, scrambling, &progress);
   progress.end();
   refuseInput(report, file,
               scrambling == Scrambling::Scramble
@@ -45,22 +45,22 @@ ExitCode change(const Workplace& place, const std::string& file, const std::stri
                   : "Only a job file that was scrambled with the code tables of this installation can be "
                     "unscrambled.");
   if (report.end == JobFileEnd::Failed) throw ProgramError(ExitCode::Failure, report.failure);
-  if (place.output.json)
-    JsonWriter(place.output.result).beginObject().key("lines").number(report.lines).endObject().finish();
+  if (context.output.json)
+    JsonWriter(context.output.result).beginObject().key("lines").number(report.lines).endObject().finish();
   else
-    place.output.result << report.lines << " lines written to " << target << '\n';
+    context.output.result << report.lines << " lines written to " << target << '\n';
   return ExitCode::Success;
 }
 
 } // namespace
 
-ExitCode ImportCommand::work(const Workplace& place) {
-  ImportPrinter printer(place.output);
-  BusyNotice wait(place.output.messages);
+ExitCode ImportCommand::work(const CommandContext& context) {
+  ImportPrinter printer(context.output);
+  BusyNotice wait(context.output.messages);
   std::optional<StandardInputCopy> input;
   if (file == "-") input.emplace();
   const JobFileReport report =
-      importJobFile(place.environment, input ? input->path() : file, versionOf(version1), &printer, &wait);
+      importJobFile(context.environment, input ? input->path() : file, versionOf(version1), &printer, &wait);
   printer.end();
   refuseInput(report, input ? "standard input" : file,
               version1 ? "A job file of version 2 is read without --version1."
@@ -68,26 +68,26 @@ ExitCode ImportCommand::work(const Workplace& place) {
                          "tables of its sender.");
   printer.finish(report);
   if (report.end == JobFileEnd::Failed) {
-    place.output.messages << "The import broke off: " << report.failure
-                          << "\nWhat the counts say is staged; remedy the cause and import the file again."
-                          << std::endl;
+    context.output.messages << "The import broke off: " << report.failure
+                            << "\nWhat the counts say is staged; remedy the cause and import the file again."
+                            << std::endl;
     return ExitCode::Failure;
   }
   return report.counts.refused == 0 ? ExitCode::Success : ExitCode::Findings;
 }
 
-ExitCode ExportCommand::work(const Workplace& place) {
+ExitCode ExportCommand::work(const CommandContext& context) {
   const bool toStandardOutput = isStandardOutput(file);
-  if (toStandardOutput && place.output.json)
+  if (toStandardOutput && context.output.json)
     throw ProgramError(ExitCode::BadInput,
                        "the job file and the JSON document would both go to standard output",
                        "Leave --json out, or name a file.");
   const std::string name = toStandardOutput ? "standard output" : file;
-  ExportProgress progress(place.output);
+  ExportProgress progress(context.output);
   const JobFileReport report =
       toStandardOutput
-          ? exportJobFile(place.environment, OpenFile{STDOUT_FILENO, name}, versionOf(version1), &progress)
-          : exportJobFile(place.environment, file, versionOf(version1), &progress);
+          ? exportJobFile(context.environment, OpenFile{STDOUT_FILENO, name}, versionOf(version1), &progress)
+          : exportJobFile(context.environment, file, versionOf(version1), &progress);
   progress.end();
   refuseInput(report, file, {});
   if (report.end != JobFileEnd::Complete)
@@ -95,8 +95,8 @@ ExitCode ExportCommand::work(const Workplace& place) {
                        report.backup.empty() ? "Remedy the cause and export again."
                                              : "The file is incomplete; the one that was there before is " +
                                                    report.backup + ".");
-  if (place.output.json) {
-    JsonWriter json(place.output.result);
+  if (context.output.json) {
+    JsonWriter json(context.output.result);
     json.beginObject().key("jobs").number(report.counts.jobs);
     json.key("positions").number(report.counts.positions);
     json.key("skipped").number(report.counts.skipped);
@@ -105,7 +105,7 @@ ExitCode ExportCommand::work(const Workplace& place) {
     json.endArray().endObject().finish();
     return ExitCode::Success;
   }
-  std::ostream& told = toStandardOutput ? place.output.messages : place.output.result;
+  std::ostream& told = toStandardOutput ? context.output.messages : context.output.result;
   for (const std::string& jobId : progress.unreadableJobs())
     told << "will not read back as it is: " << jobId << '\n';
   if (report.counts.unreadable > 0)
@@ -115,12 +115,12 @@ ExitCode ExportCommand::work(const Workplace& place) {
   return ExitCode::Success;
 }
 
-ExitCode ScrambleCommand::work(const Workplace& place) {
-  return change(place, file, target, Scrambling::Scramble);
+ExitCode ScrambleCommand::work(const CommandContext& context) {
+  return change(context, file, target, Scrambling::Scramble);
 }
 
-ExitCode UnscrambleCommand::work(const Workplace& place) {
-  return change(place, file, target, Scrambling::Unscramble);
+ExitCode UnscrambleCommand::work(const CommandContext& context) {
+  return change(context, file, target, Scrambling::Unscramble);
 }
 
 } // namespace qx::cli

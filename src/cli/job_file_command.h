@@ -14,7 +14,7 @@ public:
   bool version1 = false;
 
 protected:
-  ExitCode work(const Workplace& place) override;
+  ExitCode work(const CommandContext& context) override;
 };
 
 /// `export FILE [--version1]`: every job and position.
@@ -24,7 +24,7 @@ public:
   bool version1 = false;
 
 protected:
-  ExitCode work(const Workplace& place) override;
+  ExitCode work(const CommandContext& context) override;
 };
 
 /// `scramble FILE OUT`: from the plain form to that of the installation's code tables.
@@ -34,7 +34,7 @@ public:
   std::string target;
 
 protected:
-  ExitCode work(const Workplace& place) override;
+  ExitCode work(const CommandContext& context) override;
 };
 
 /// `unscramble FILE OUT`: and back.
@@ -44,7 +44,7 @@ public:
   std::string target;
 
 protected:
-  ExitCode work(const Workplace& place) override;
+  ExitCode work(const CommandContext& context) override;
 };
 
 } // namespace qx::cli

@@ -109,13 +109,13 @@ Sql ListCommand::query() const {
   return query.append(sql(" Order by Eingangsdatum"_sql));
 }
 
-ExitCode ListCommand::work(const Workplace& place) {
-  const auto jobs = place.connection().openStream(query());
+ExitCode ListCommand::work(const CommandContext& context) {
+  const auto jobs = context.connection().openStream(query());
   std::unique_ptr<Rows> rows;
-  if (place.output.json)
-    rows = std::make_unique<JsonRows>(place.output.result);
+  if (context.output.json)
+    rows = std::make_unique<JsonRows>(context.output.result);
   else
-    rows = std::make_unique<TextRows>(place.output.result);
+    rows = std::make_unique<TextRows>(context.output.result);
   rows->begin();
   for (std::int64_t count = 0; !jobs->eof() && (!limit || count < *limit); ++count, jobs->moveNext())
     rows->add(*jobs);

@@ -20,7 +20,7 @@ public:
   void prepare() override;
 
 protected:
-  ExitCode work(const Workplace& place) override;
+  ExitCode work(const CommandContext& context) override;
 
 private:
   Sql query() const;

@@ -29,30 +29,30 @@ std::string_view livenessText(const LockHolder& holder) {
 
 } // namespace
 
-ExitCode LockShowCommand::work(const Workplace& place) {
-  const auto holder = place.engine.importLock().holder();
-  if (place.output.json)
-    writeJson(place.output.result, holder.has_value(), holder);
+ExitCode LockShowCommand::work(const CommandContext& context) {
+  const auto holder = context.engine.importLock().holder();
+  if (context.output.json)
+    writeJson(context.output.result, holder.has_value(), holder);
   else if (holder)
-    place.output.result << "The import is locked by user '" << holder->Benutzer << "' (session "
-                        << holder->SessionID << "); " << livenessText(*holder) << ".\n";
+    context.output.result << "The import is locked by user '" << holder->Benutzer << "' (session "
+                          << holder->SessionID << "); " << livenessText(*holder) << ".\n";
   else
-    place.output.result << "The import is not locked.\n";
+    context.output.result << "The import is not locked.\n";
   return ExitCode::Success;
 }
 
-ExitCode LockReleaseCommand::work(const Workplace& place) {
-  ImportLock& lock = place.engine.importLock();
-  BusyNotice wait(place.output.messages);
+ExitCode LockReleaseCommand::work(const CommandContext& context) {
+  ImportLock& lock = context.engine.importLock();
+  BusyNotice wait(context.output.messages);
   const auto holder = lock.holder();
   if (holder && !lock.release(&wait))
     throw ProgramError(ExitCode::Failure, "the lock could not be released", "--verbose tells the reason.");
-  if (place.output.json)
-    writeJson(place.output.result, false, holder);
+  if (context.output.json)
+    writeJson(context.output.result, false, holder);
   else if (holder)
-    place.output.result << "The lock of user '" << holder->Benutzer << "' was released.\n";
+    context.output.result << "The lock of user '" << holder->Benutzer << "' was released.\n";
   else
-    place.output.result << "The import was not locked.\n";
+    context.output.result << "The import was not locked.\n";
   return ExitCode::Success;
 }
 

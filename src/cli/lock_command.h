@@ -8,13 +8,13 @@ namespace qx::cli {
 /// `lock show`.
 class LockShowCommand final : public DatabaseCommand {
 protected:
-  ExitCode work(const Workplace& place) override;
+  ExitCode work(const CommandContext& context) override;
 };
 
 /// `lock release`, whoever holds it.
 class LockReleaseCommand final : public DatabaseCommand {
 protected:
-  ExitCode work(const Workplace& place) override;
+  ExitCode work(const CommandContext& context) override;
 };
 
 } // namespace qx::cli

@@ -30,20 +30,20 @@ void tellAsJson(std::ostream& result, const ProgramError& error) {
   };
   JsonWriter json(result);
   json.beginObject().key("error").text(error.what());
-  textOrNull(json.key("file"), error.place().file);
+  textOrNull(json.key("file"), error.location().file);
   json.key("line");
-  if (error.place().line == 0)
+  if (error.location().line == 0)
     json.null();
   else
-    json.number(error.place().line);
-  textOrNull(json.key("field"), error.place().field);
+    json.number(error.location().line);
+  textOrNull(json.key("field"), error.location().field);
   json.endObject().finish();
 }
 
 void tell(std::ostream& messages, const ProgramError& error) {
-  const InputPlace& place = error.place();
+  const SourceLocation& location = error.location();
   messages << "qximportjob: ";
-  if (place.line != 0) messages << oneLine(place.file) << ", line " << place.line << ": ";
+  if (location.line != 0) messages << oneLine(location.file) << ", line " << location.line << ": ";
   messages << oneLine(error.what()) << '\n';
   if (!error.nextStep().empty()) messages << error.nextStep() << '\n';
 }

@@ -33,17 +33,17 @@ public:
   }
   /// Null when the property was taken, else what is wrong. A null value counts as not given.
   std::optional<std::string> add(StageProperty& property, bool contract) {
-    const auto place = places().find(property.name);
-    if (place == places().end()) return "the type has no such property";
-    std::int64_t& line = lines_[place->second];
+    const auto found = indexes().find(property.name);
+    if (found == indexes().end()) return "the type has no such property";
+    std::int64_t& line = lines_[found->second];
     if (line != 0) return "the property stands already on line " + std::to_string(line);
     line = property.line;
     if (std::holds_alternative<std::monostate>(property.value)) return std::nullopt;
-    given_[place->second] = true;
+    given_[found->second] = true;
     if (const auto* text = std::get_if<std::string>(&property.value)) textLength_ += jobFileLength(*text);
     if (textLength_ > longestTexts)
       return "with this text the object is longer than a job file can carry (16 MiB)";
-    const auto& field = table[place->second];
+    const auto& field = table[found->second];
     const DateRule rule{contract, contract && field.name == "Vertragsende"};
     return field.visit(record_,
                        [&](auto& member) { return assign(property.value, member, field.kind, rule); });
@@ -73,11 +73,11 @@ private:
   /// What an object's texts may have together; the rest of a record is for its numbers and signs.
   static constexpr std::size_t longestTexts = longestRecord - std::size_t{4} * 1024;
 
-  using Places = std::unordered_map<std::string_view, std::size_t>;
+  using Indexes = std::unordered_map<std::string_view, std::size_t>;
 
-  static const Places& places() {
-    static const Places known = [] {
-      Places all;
+  static const Indexes& indexes() {
+    static const Indexes known = [] {
+      Indexes all;
       for (std::size_t i = 0; i < table.size(); ++i) all.emplace(table[i].name, i);
       return all;
     }();

@@ -15,12 +15,12 @@ namespace {
 /// program waits for the lock they end it at once.
 class HeldLock {
 public:
-  explicit HeldLock(const Workplace& place) : place_(place) {
-    ImportLock& lock = place.engine.importLock();
-    BusyNotice wait(place.output.messages);
+  explicit HeldLock(const CommandContext& context) : context_(context) {
+    ImportLock& lock = context.engine.importLock();
+    BusyNotice wait(context.output.messages);
     const LockOutcome outcome = lock.take(&wait);
     if (outcome.state == LockState::Taken) {
-      stop_.emplace(place.engine);
+      stop_.emplace(context.engine);
       return;
     }
     if (outcome.state == LockState::Unavailable)
@@ -35,14 +35,14 @@ public:
   HeldLock(const HeldLock&) = delete;
   HeldLock& operator=(const HeldLock&) = delete;
   ~HeldLock() {
-    BusyNotice wait(place_.output.messages);
-    if (!place_.engine.importLock().releaseIfHeld(&wait))
-      place_.output.messages << "The lock could not be released. Later: qximportjob lock release"
-                             << std::endl;
+    BusyNotice wait(context_.output.messages);
+    if (!context_.engine.importLock().releaseIfHeld(&wait))
+      context_.output.messages << "The lock could not be released. Later: qximportjob lock release"
+                               << std::endl;
   }
 
 private:
-  const Workplace& place_;
+  const CommandContext& context_;
   std::optional<StopOnSignal> stop_;
 };
 
@@ -69,31 +69,31 @@ void ProcessCommand::prepare() {
   selection_ = *selection;
 }
 
-ExitCode ProcessCommand::work(const Workplace& place) {
-  const HeldLock lock(place);
-  return runLocked(place);
+ExitCode ProcessCommand::work(const CommandContext& context) {
+  const HeldLock lock(context);
+  return runLocked(context);
 }
 
-ExitCode ProcessCommand::runLocked(const Workplace& place) const {
-  ProgressBar bar(place.output.terminal, isatty(STDERR_FILENO) != 0);
-  const Subscription subscription = place.engine.subscribe(bar);
-  const auto printer = printerFor(place.output);
-  place.engine.setOutcomeSink([&](const JobOutcome& outcome) {
-    if (!place.output.json) bar.clear();
+ExitCode ProcessCommand::runLocked(const CommandContext& context) const {
+  ProgressBar bar(context.output.terminal, isatty(STDERR_FILENO) != 0);
+  const Subscription subscription = context.engine.subscribe(bar);
+  const auto printer = printerFor(context.output);
+  context.engine.setOutcomeSink([&](const JobOutcome& outcome) {
+    if (!context.output.json) bar.clear();
     printer->add(outcome);
     bar.draw();
   });
-  const auto start = place.environment.clock.elapsed();
-  place.engine.ProcessJobs(unevaluated, selection_);
-  const auto span = place.environment.clock.elapsed() - start;
-  place.engine.setOutcomeSink({});
+  const auto start = context.environment.clock.elapsed();
+  context.engine.ProcessJobs(unevaluated, selection_);
+  const auto span = context.environment.clock.elapsed() - start;
+  context.engine.setOutcomeSink({});
   bar.clear();
-  const RunReport& report = place.engine.lastRun();
+  const RunReport& report = context.engine.lastRun();
   if (report.end == RunEnd::Refused)
     throw ProgramError(ExitCode::Refused, report.failure, "Try again when the order has been read in.");
   printer->finish(report, span);
   if (report.end == RunEnd::Broken)
-    place.output.messages
+    context.output.messages
         << "The run broke off: " << report.failure
         << "\nJobs that are not listed are still waiting; remedy the cause and run it again." << std::endl;
   return codeOf(report);

@@ -16,10 +16,10 @@ public:
   void prepare() override;
 
 protected:
-  ExitCode work(const Workplace& place) override;
+  ExitCode work(const CommandContext& context) override;
 
 private:
-  ExitCode runLocked(const Workplace& place) const;
+  ExitCode runLocked(const CommandContext& context) const;
 
   qxProcessState selection_ = qxProcessState::ProcessAll;
 };

@@ -93,15 +93,15 @@ void writeText(std::ostream& output, Connection& connection, const std::vector<s
 
 } // namespace
 
-ExitCode ProtocolCommand::work(const Workplace& place) {
-  const Date day = NowEx(place.environment);
-  const auto ids = protocolsOf(place.connection(), day);
-  if (place.output.json)
-    writeJson(place.output.result, place.connection(), ids);
+ExitCode ProtocolCommand::work(const CommandContext& context) {
+  const Date day = NowEx(context.environment);
+  const auto ids = protocolsOf(context.connection(), day);
+  if (context.output.json)
+    writeJson(context.output.result, context.connection(), ids);
   else if (ids.empty())
-    place.output.result << "There is no protocol of " << germanDate(day) << ".\n";
+    context.output.result << "There is no protocol of " << germanDate(day) << ".\n";
   else
-    writeText(place.output.result, place.connection(), ids);
+    writeText(context.output.result, context.connection(), ids);
   return ExitCode::Success;
 }
 

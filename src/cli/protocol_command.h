@@ -8,7 +8,7 @@ namespace qx::cli {
 /// `protocol`: the lines of the session date's protocols.
 class ProtocolCommand final : public DatabaseCommand {
 protected:
-  ExitCode work(const Workplace& place) override;
+  ExitCode work(const CommandContext& context) override;
 };
 
 } // namespace qx::cli

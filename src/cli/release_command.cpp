@@ -43,21 +43,21 @@ void ReleaseCommand::prepare() {
                      "Give JOBIDs or --all-warnings.");
 }
 
-ExitCode ReleaseCommand::work(const Workplace& place) {
-  BusyNotice wait(place.output.messages);
-  WorkUnit unit(place.connection(), &wait);
+ExitCode ReleaseCommand::work(const CommandContext& context) {
+  BusyNotice wait(context.output.messages);
+  WorkUnit unit(context.connection(), &wait);
   const auto keys =
-      allWarnings ? jobsWithWarnings(place.connection()) : namedJobs(place.connection(), jobIds);
+      allWarnings ? jobsWithWarnings(context.connection()) : namedJobs(context.connection(), jobIds);
   for (const std::string& key : keys)
-    place.connection().execute(
+    context.connection().execute(
         sql("Update ImportKopf Set ProcessWarning = 1 Where JobID = '"_sql, value(key), "'"_sql));
   unit.commit();
-  if (!place.output.json) {
-    for (const std::string& key : keys) place.output.result << "released  " << oneLine(key) << '\n';
-    place.output.result << keys.size() << " released; the next run takes them again\n";
+  if (!context.output.json) {
+    for (const std::string& key : keys) context.output.result << "released  " << oneLine(key) << '\n';
+    context.output.result << keys.size() << " released; the next run takes them again\n";
     return ExitCode::Success;
   }
-  JsonWriter json(place.output.result);
+  JsonWriter json(context.output.result);
   json.beginObject();
   json.key("released").number(static_cast<std::int64_t>(keys.size()));
   json.key("jobs").beginArray();

@@ -18,7 +18,7 @@ public:
   void prepare() override;
 
 protected:
-  ExitCode work(const Workplace& place) override;
+  ExitCode work(const CommandContext& context) override;
 };
 
 } // namespace qx::cli

@@ -83,8 +83,8 @@ std::string wrongValue(const OptionKey& option, std::string_view text) {
 
 } // namespace
 
-ExitCode SettingsListCommand::work(const Workplace& place) {
-  const Settings settings(place.environment, SettingTrap::Nothing);
+ExitCode SettingsListCommand::work(const CommandContext& context) {
+  const Settings settings(context.environment, SettingTrap::Nothing);
   // All are read before the first is printed: half a list would look like a whole one.
   std::vector<Entry> entries;
   for (const OptionKey& option : optionKeys()) {
@@ -92,18 +92,18 @@ ExitCode SettingsListCommand::work(const Workplace& place) {
     entries.push_back({option.section, option.key,
                        settings.get(applicationName, option.section, option.key, local), local});
   }
-  JsonWriter json(place.output.result);
-  if (place.output.json) json.beginArray();
+  JsonWriter json(context.output.result);
+  if (context.output.json) json.beginArray();
   for (const Entry& entry : entries) {
     constexpr std::size_t sectionWidth = 16;
     constexpr std::size_t keyWidth = 26;
-    if (place.output.json)
+    if (context.output.json)
       writeMembers(json, entry);
     else
-      place.output.result << fitted(entry.section, sectionWidth) << fitted(entry.key, keyWidth)
-                          << (entry.local ? "local   " : "shared  ") << entry.setting << '\n';
+      context.output.result << fitted(entry.section, sectionWidth) << fitted(entry.key, keyWidth)
+                            << (entry.local ? "local   " : "shared  ") << entry.setting << '\n';
   }
-  if (place.output.json) json.endArray().finish();
+  if (context.output.json) json.endArray().finish();
   return ExitCode::Success;
 }
 
@@ -112,9 +112,9 @@ void SettingsGetCommand::prepare() {
   key = composed(key);
 }
 
-ExitCode SettingsGetCommand::work(const Workplace& place) {
-  const Settings settings(place.environment, SettingTrap::Nothing);
-  print(place.output, {section, key, settings.get(applicationName, section, key, local), local});
+ExitCode SettingsGetCommand::work(const CommandContext& context) {
+  const Settings settings(context.environment, SettingTrap::Nothing);
+  print(context.output, {section, key, settings.get(applicationName, section, key, local), local});
   return ExitCode::Success;
 }
 
@@ -128,16 +128,16 @@ void SettingsSetCommand::prepare() {
   if (option->type == OptionType::TimeStamp && !value.empty()) value = *typedStamp(value);
 }
 
-ExitCode SettingsSetCommand::work(const Workplace& place) {
-  const Settings settings(place.environment, SettingTrap::Nothing);
-  noteUnknown(place.output, section, key, local);
+ExitCode SettingsSetCommand::work(const CommandContext& context) {
+  const Settings settings(context.environment, SettingTrap::Nothing);
+  noteUnknown(context.output, section, key, local);
   settings.save(applicationName, section, key, value, local);
   // A trigger of the database can keep it out without a word.
   const std::string stored = settings.get(applicationName, section, key, local);
   if (stored != value)
     throw ProgramError(ExitCode::Failure,
                        "the store did not keep the setting '" + section + "' '" + key + "'");
-  print(place.output, {section, key, stored, local});
+  print(context.output, {section, key, stored, local});
   return ExitCode::Success;
 }
 

@@ -10,7 +10,7 @@ namespace qx::cli {
 /// `settings list`: every option that the program knows.
 class SettingsListCommand final : public DatabaseCommand {
 protected:
-  ExitCode work(const Workplace& place) override;
+  ExitCode work(const CommandContext& context) override;
 };
 
 /// `settings get SECTION KEY [--local]`.
@@ -23,7 +23,7 @@ public:
   void prepare() override;
 
 protected:
-  ExitCode work(const Workplace& place) override;
+  ExitCode work(const CommandContext& context) override;
 };
 
 /// `settings set SECTION KEY VALUE [--local]`.
@@ -37,7 +37,7 @@ public:
   void prepare() override;
 
 protected:
-  ExitCode work(const Workplace& place) override;
+  ExitCode work(const CommandContext& context) override;
 };
 
 } // namespace qx::cli

@@ -78,18 +78,18 @@ void writeText(std::ostream& output, const ShownJob& job) {
 
 } // namespace
 
-ExitCode ShowCommand::work(const Workplace& place) {
-  const JobBrief job = findJobs(place.connection(), {jobId}).front();
-  const auto header = place.connection().openStream(
+ExitCode ShowCommand::work(const CommandContext& context) {
+  const JobBrief job = findJobs(context.connection(), {jobId}).front();
+  const auto header = context.connection().openStream(
       sql("SELECT * From ImportKopf where JobID = '"_sql, value(job.jobId), "'"_sql));
-  const auto positions = place.connection().openStream(
+  const auto positions = context.connection().openStream(
       sql("SELECT *, Cast(Positionsnummer as int) as intPos From ImportPos where JobID = '"_sql,
           value(job.jobId), "' Order By intPos"_sql));
-  const ShownJob shown{*header, *positions, place.engine.checkJob(job.jobId)};
-  if (place.output.json)
-    writeJson(place.output.result, shown);
+  const ShownJob shown{*header, *positions, context.engine.checkJob(job.jobId)};
+  if (context.output.json)
+    writeJson(context.output.result, shown);
   else
-    writeText(place.output.result, shown);
+    writeText(context.output.result, shown);
   return ExitCode::Success;
 }
 

@@ -67,19 +67,19 @@ void writeText(const Output& output, StagingArea& area) {
 
 } // namespace
 
-ExitCode StageCommand::work(const Workplace& place) {
+ExitCode StageCommand::work(const CommandContext& context) {
   TextFile source(file);
-  StagingArea area(place.connection());
-  JobAssembler assembler(place.environment, area, source.name());
+  StagingArea area(context.connection());
+  JobAssembler assembler(context.environment, area, source.name());
   area.begin();
   readJobs(source, assembler);
   if (const auto conflict = area.finish()) refuse(*conflict, source.name());
-  BusyNotice wait(place.output.messages);
+  BusyNotice wait(context.output.messages);
   if (const auto conflict = area.copy(wait, again)) refuse(*conflict, source.name());
-  if (place.output.json)
-    writeJson(place.output, area);
+  if (context.output.json)
+    writeJson(context.output, area);
   else
-    writeText(place.output, area);
+    writeText(context.output, area);
   return ExitCode::Success;
 }
 

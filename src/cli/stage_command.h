@@ -14,7 +14,7 @@ public:
   bool again = false; ///< stage jobs anew that are done
 
 protected:
-  ExitCode work(const Workplace& place) override;
+  ExitCode work(const CommandContext& context) override;
 };
 
 } // namespace qx::cli

@@ -23,9 +23,9 @@ struct KeyConflict {
   };
   Kind kind = Kind::JobTwice;
   std::string key;
-  std::int64_t job = 0; ///< place of the later job in the file
+  std::int64_t job = 0; ///< number of the later job in the file
   std::int64_t line = 0;
-  std::int64_t otherJob = 0; ///< place of the earlier job; 0 when it is not in the file
+  std::int64_t otherJob = 0; ///< number of the earlier job; 0 when it is not in the file
   std::int64_t otherLine = 0;
   std::string owner; ///< the other job's key, of the last two
 };

@@ -43,12 +43,12 @@ std::optional<std::size_t> StagedRows::find(ColumnName column) const {
 
 const Value& StagedRows::at(std::size_t row, ColumnName column) const {
   static const Value none;
-  const auto place = find(column);
-  return place && row < rows_.size() ? rows_[row][*place] : none;
+  const auto index = find(column);
+  return index && row < rows_.size() ? rows_[row][*index] : none;
 }
 
 void StagedRows::set(std::size_t row, ColumnName column, Value value) {
-  if (const auto place = find(column)) rows_[row][*place] = std::move(value);
+  if (const auto index = find(column)) rows_[row][*index] = std::move(value);
 }
 
 std::size_t StagedRows::add() {

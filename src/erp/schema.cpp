@@ -72,11 +72,11 @@ Sql createTable(const SchemaTable& table) {
 }
 
 /// The order of an index by date is that of the statements which sort by it.
-Sql indexTerm(const SchemaIndex& index, std::size_t place) {
-  const bool last = place + 1 == index.columns.size() || index.columns[place + 1].empty();
+Sql indexTerm(const SchemaIndex& index, std::size_t column) {
+  const bool last = column + 1 == index.columns.size() || index.columns[column + 1].empty();
   if (index.kind == IndexKind::ByDate && last)
-    return sql("Convert(DateTime, "_sql, name(index.columns[place]), ", 104)"_sql);
-  return sql(name(index.columns[place]));
+    return sql("Convert(DateTime, "_sql, name(index.columns[column]), ", 104)"_sql);
+  return sql(name(index.columns[column]));
 }
 
 Sql createIndex(const SchemaTable& table, const SchemaIndex& index) {

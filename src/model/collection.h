@@ -30,16 +30,16 @@ public:
     return true;
   }
   const Pointer& Item(std::int32_t index) const { return items_.at(offset(index)); }
-  const Pointer& Item(std::string_view itemKey) const { return items_[place(itemKey)]; }
+  const Pointer& Item(std::string_view itemKey) const { return items_[indexOf(itemKey)]; }
   std::int32_t Count() const { return static_cast<std::int32_t>(items_.size()); }
   void Remove(std::int32_t index) { removeAt(offset(index)); }
-  void Remove(std::string_view itemKey) { removeAt(place(itemKey)); }
+  void Remove(std::string_view itemKey) { removeAt(indexOf(itemKey)); }
 
   auto begin() const { return items_.begin(); }
   auto end() const { return items_.end(); }
 
 private:
-  std::size_t place(std::string_view itemKey) const {
+  std::size_t indexOf(std::string_view itemKey) const {
     const auto found = places_.find(asciiLower(itemKey));
     if (found == places_.end())
       throw std::out_of_range("the collection has no item of the key '" + std::string(itemKey) + "'");

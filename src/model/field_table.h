@@ -90,7 +90,7 @@ constexpr auto joinTables(const FieldTable<Record, Ns>&... tables) {
   return joined;
 }
 
-/// The place of a property in a table, or the size of the table when it has none of that name.
+/// The index of a property in a table, or the size of the table when it has none of that name.
 template <class Record, std::size_t N>
 constexpr std::size_t fieldIndex(const FieldTable<Record, N>& table, std::string_view name) {
   std::size_t index = 0;

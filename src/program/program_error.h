@@ -19,7 +19,7 @@ enum class ExitCode : int {
 };
 
 /// Where in a file of jobs something is wrong. Unknown parts are empty or 0.
-struct InputPlace {
+struct SourceLocation {
   std::string file;
   std::int64_t line = 0;
   std::string field;
@@ -28,12 +28,13 @@ struct InputPlace {
 /// What lies behind an error, for a program that says it in words of its own.
 enum class ErrorCause : std::uint8_t { Call, NoDatabase, ReadOnlyDatabase, NoLock, BusyDatabase, Database };
 
-/// An error with its exit code, its place in the input and what to do next.
+/// An error with its exit code, its location in the input and what to do next.
 class ProgramError : public std::runtime_error {
 public:
-  ProgramError(ExitCode code, const std::string& message, std::string nextStep = {}, InputPlace place = {})
+  ProgramError(ExitCode code, const std::string& message, std::string nextStep = {},
+               SourceLocation location = {})
       : std::runtime_error(whole(message)), code_(code), nextStep_(std::move(nextStep)),
-        place_(std::move(place)) {}
+        location_(std::move(location)) {}
 
   /// The error with the cause given instead of `Call`.
   ProgramError of(ErrorCause cause) && {
@@ -44,7 +45,7 @@ public:
   ExitCode code() const { return code_; }
   ErrorCause cause() const { return cause_; }
   const std::string& nextStep() const { return nextStep_; }
-  const InputPlace& place() const { return place_; }
+  const SourceLocation& location() const { return location_; }
 
 private:
   /// What `what()` gives ends at a NUL, which a name in a file may hold.
@@ -56,7 +57,7 @@ private:
 
   ExitCode code_;
   std::string nextStep_;
-  InputPlace place_;
+  SourceLocation location_;
   ErrorCause cause_ = ErrorCause::Call;
 };
 

@@ -9,7 +9,7 @@
 namespace qx {
 namespace {
 
-/// Which table serves a place, by its remainder: four of seven places share the last one.
+/// Which table serves a position, by its remainder: four of seven positions share the last one.
 constexpr std::array<std::size_t, 7> tableOfRemainder{0, 1, 2, 3, 3, 3, 3};
 
 constexpr std::size_t indexOf(char c) { return static_cast<unsigned char>(c); }
@@ -45,17 +45,17 @@ Scrambler::Scrambler(const CodeTables& tables) {
   banner1_ = scrambledBanner(jobFileBanner1);
 }
 
-char Scrambler::at(const Substitution& substitution, std::size_t place, char c) {
-  return substitution[tableOfRemainder[place % tableOfRemainder.size()]][indexOf(c)];
+char Scrambler::at(const Substitution& substitution, std::size_t position, char c) {
+  return substitution[tableOfRemainder[position % tableOfRemainder.size()]][indexOf(c)];
 }
 
 std::string Scrambler::substitute(std::string_view text, const Substitution& substitution) {
   std::string result;
   result.reserve(text.size());
-  std::size_t place = 0;
+  std::size_t position = 0;
   for (const char c : text) {
-    if (beginsCharacter(c)) ++place;
-    result += at(substitution, place, c);
+    if (beginsCharacter(c)) ++position;
+    result += at(substitution, position, c);
   }
   return result;
 }

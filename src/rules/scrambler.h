@@ -15,7 +15,7 @@ namespace qx {
 /// `std::overflow_error` when 32 bits do not hold it.
 std::int32_t textCheckSum(std::string_view text);
 
-/// A character's table depends on its place in the text, counted from 1 and in characters, not bytes.
+/// A character's table depends on its position in the text, counted from 1 and in characters, not bytes.
 /// Characters other than the 94 of the tables stay as they are.
 class Scrambler {
 public:
@@ -27,9 +27,9 @@ public:
   std::string Decrypt(std::string_view strText) const { return substitute(strText, decrypting_); }
   static std::int32_t CheckSum(std::string_view strText) { return textCheckSum(strText); }
 
-  /// The same for one single-byte character at a place.
-  char encrypted(std::size_t place, char c) const { return at(encrypting_, place, c); }
-  char decrypted(std::size_t place, char c) const { return at(decrypting_, place, c); }
+  /// The same for one single-byte character at a position.
+  char encrypted(std::size_t position, char c) const { return at(encrypting_, position, c); }
+  char decrypted(std::size_t position, char c) const { return at(decrypting_, position, c); }
 
   /// What stands between the quotes of the first line of a scrambled file.
   const std::string& banner() const { return banner_; }
@@ -39,7 +39,7 @@ public:
 private:
   using Substitution = std::array<std::array<char, 256>, 4>;
 
-  static char at(const Substitution& substitution, std::size_t place, char c);
+  static char at(const Substitution& substitution, std::size_t position, char c);
   static std::string substitute(std::string_view text, const Substitution& substitution);
 
   Substitution encrypting_{};

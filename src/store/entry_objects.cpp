@@ -16,11 +16,11 @@ constexpr auto customerTextOrder = fieldOrder(kundeFields, customerTextLine);
 constexpr auto orderTailOrder = fieldOrder(auftragFields, orderTextTail);
 constexpr auto positionTailOrder = fieldOrder(auftragsPosFields, orderTextTail);
 
-template <class Record, std::size_t fields, std::size_t places>
+template <class Record, std::size_t fields, std::size_t named>
 void appendFields(std::string& line, const Record& record, const FieldTable<Record, fields>& table,
-                  const std::array<std::size_t, places>& order) {
-  for (const std::size_t place : order)
-    appendFileField(line, place == noProperty ? std::string() : fileText(table[place], record));
+                  const std::array<std::size_t, named>& order) {
+  for (const std::size_t index : order)
+    appendFileField(line, index == noProperty ? std::string() : fileText(table[index], record));
 }
 
 /// The write behind `AddItem`, with every failure trapped.

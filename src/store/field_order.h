@@ -41,28 +41,28 @@ consteval auto joined(const std::array<std::string_view, sizes>&... lists) {
   return all;
 }
 
-/// The place of a field that stands in a line without being a property of the record.
+/// The index of a field that stands in a line without being a property of the record.
 inline constexpr std::size_t noProperty = static_cast<std::size_t>(-1);
 
-/// The places in `table` of the named properties. A name that the table lacks does not build, unless it is
+/// The indexes in `table` of the named properties. A name that the table lacks does not build, unless it is
 /// empty or among those that the record is known to lack.
 template <class Record, std::size_t fields, std::size_t names, std::size_t lacking = 0>
 consteval std::array<std::size_t, names> fieldOrder(const FieldTable<Record, fields>& table,
                                                     const std::array<std::string_view, names>& order,
                                                     const std::array<std::string_view, lacking>& lacks = {}) {
-  std::array<std::size_t, names> places{};
+  std::array<std::size_t, names> indexes{};
   for (std::size_t i = 0; i < names; ++i) {
     bool known = order[i].empty();
     for (const std::string_view name : lacks) known = known || name == order[i];
-    places[i] = fieldIndex(table, order[i]);
-    if (places[i] == fields) {
+    indexes[i] = fieldIndex(table, order[i]);
+    if (indexes[i] == fields) {
       if (!known) throw "a field of the order is missing from the table";
-      places[i] = noProperty;
+      indexes[i] = noProperty;
     } else if (known) {
       throw "a field that should be missing is in the table";
     }
   }
-  return places;
+  return indexes;
 }
 
 } // namespace qx

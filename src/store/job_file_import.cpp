@@ -25,8 +25,8 @@ public:
       : environment_(environment), file_(std::move(file)), observer_(observer),
         group_(environment, wait, recordsInGroup) {
     activeConnection(environment_);
-    const RecordPlace place{environment_, group_, observer_, pending_};
-    store_ = version == JobFileVersion::One ? version1RecordStore(place) : version2RecordStore(place);
+    const StoreContext context{environment_, group_, observer_, pending_};
+    store_ = version == JobFileVersion::One ? version1RecordStore(context) : version2RecordStore(context);
   }
 
   /// False for a file that has not the banner of the version.

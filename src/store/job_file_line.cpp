@@ -92,14 +92,14 @@ void JobFileLines::skipRest() {
   }
 }
 
-/// The place of the character that ends the line.
+/// The position of the character that ends the line.
 std::optional<std::size_t> JobFileLines::findEnd(std::size_t from) const {
   while (from < end_) {
     const void* const found = std::memchr(&buffer_[from], lineEnd_ == LineEnd::Cr ? '\r' : '\n', end_ - from);
     if (found == nullptr) return std::nullopt;
-    const auto place = static_cast<std::size_t>(static_cast<const char*>(found) - buffer_.data());
-    if (lineEnd_ != LineEnd::CrLf || (place > begin_ && buffer_[place - 1] == '\r')) return place;
-    from = place + 1;
+    const auto at = static_cast<std::size_t>(static_cast<const char*>(found) - buffer_.data());
+    if (lineEnd_ != LineEnd::CrLf || (at > begin_ && buffer_[at - 1] == '\r')) return at;
+    from = at + 1;
   }
   return std::nullopt;
 }

@@ -34,7 +34,7 @@ public:
     output_.clear();
     if (lines_ == 0) endBanner(banner, behind_ && last_ == '\r' ? "\r" : "");
     target_.write(output_);
-    if (place_ > 0) ++lines_;
+    if (position_ > 0) ++lines_;
   }
   std::int64_t lines() const { return lines_; }
 
@@ -62,18 +62,18 @@ private:
     output_ += banner;
     output_ += "\";";
     behind_ = true;
-    place_ = banner.size() + 3;
+    position_ = banner.size() + 3;
   }
   void takeBehind(char c) {
-    ++place_;
+    ++position_;
     output_ += changed(c);
   }
   char changed(char c) const {
-    return scramble_ ? scrambler_.encrypted(place_, c) : scrambler_.decrypted(place_, c);
+    return scramble_ ? scrambler_.encrypted(position_, c) : scrambler_.decrypted(position_, c);
   }
   void endBanner(std::string_view banner, std::string_view lineEnd) {
     if (!behind_) writeBanner(banner);
-    place_ = 0;
+    position_ = 0;
     output_ += lineEnd;
     ++lines_;
   }
@@ -82,7 +82,7 @@ private:
         lineEnd_ == LineEnd::Cr ? c == '\r' : c == '\n' && (lineEnd_ == LineEnd::Lf || last_ == '\r');
     last_ = c;
     if (end) ++lines_;
-    place_ = end ? 0 : place_ + 1;
+    position_ = end ? 0 : position_ + 1;
     output_ += end ? c : changed(c);
   }
 
@@ -90,7 +90,7 @@ private:
   bool scramble_;
   JobFileTarget& target_;
   std::string output_;
-  std::size_t place_ = 0;
+  std::size_t position_ = 0;
   std::int64_t lines_ = 0;
   std::size_t bannerLength_ = 0;
   LineEnd lineEnd_ = LineEnd::Lf;

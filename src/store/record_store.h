@@ -32,7 +32,7 @@ private:
 };
 
 /// What storing works with.
-struct RecordPlace {
+struct StoreContext {
   Environment& environment;
   WorkGroup& group;
   JobFileObserver& observer;
@@ -64,16 +64,16 @@ public:
 /// Refuses a key that nobody could name: empty, with NUL, or of more than 32 characters.
 void checkKey(std::string_view name, std::string_view key);
 
-std::unique_ptr<RecordStore> version1RecordStore(const RecordPlace& place);
-std::unique_ptr<RecordStore> version2RecordStore(const RecordPlace& place);
+std::unique_ptr<RecordStore> version1RecordStore(const StoreContext& context);
+std::unique_ptr<RecordStore> version2RecordStore(const StoreContext& context);
 
-/// Reads the fields of a record, `places` of them at least, into its properties. Raises `RecordRefused` for a
-/// field that its property cannot hold. Empty numbers and truth values leave the property as it was.
-template <class Record, std::size_t fields, std::size_t places>
+/// Reads the fields of a record, as many as are named at least, into its properties. Raises `RecordRefused`
+/// for a field that its property cannot hold. Empty numbers and truth values leave the property as it was.
+template <class Record, std::size_t fields, std::size_t named>
 void readRecord(const std::vector<std::string_view>& texts, const FieldTable<Record, fields>& table,
-                const std::array<std::size_t, places>& order, Record& record) {
+                const std::array<std::size_t, named>& order, Record& record) {
   std::string text;
-  for (std::size_t i = 0; i < places; ++i) {
+  for (std::size_t i = 0; i < named; ++i) {
     if (order[i] == noProperty) continue;
     readField(texts[i], text);
     const auto& field = table[order[i]];

@@ -12,7 +12,7 @@ bool isDone(std::int64_t code) { return code > 0 && (code % 10 == 1 || code % 10
 /// A header stands before its positions. What is there already is overwritten, all else is added.
 class Version1RecordStore final : public RecordStore {
 public:
-  explicit Version1RecordStore(const RecordPlace& place) : place_(place) {}
+  explicit Version1RecordStore(const StoreContext& context) : context_(context) {}
 
   JobFileVersion version() const override { return JobFileVersion::One; }
   FieldCount fieldCount() const override { return &fieldCount1; }
@@ -41,7 +41,7 @@ private:
     ImportJob job;
     readRecord(fields, importJobFields, version1HeaderOrder, job);
     checkKey("JobID", job.JobID);
-    place_.group.begin();
+    context_.group.begin();
     const auto row = openVersion1Header(connection(), job.JobID);
     const std::int64_t before = row->eof() ? 0 : row->value("JobType").integer().value_or(0);
     if (row->eof()) {
@@ -50,10 +50,10 @@ private:
     }
     updateVersion1(*row, job);
     header_ = job.JobID;
-    if (jobs_.isFirst(job.JobID)) ++place_.pending.jobs;
+    if (jobs_.isFirst(job.JobID)) ++context_.pending.jobs;
     if (!setsBack(before, job.JobType)) return;
-    ++place_.pending.setBack;
-    place_.group.afterCommit([&observer = place_.observer, line = record.line, jobId = job.JobID] {
+    ++context_.pending.setBack;
+    context_.group.afterCommit([&observer = context_.observer, line = record.line, jobId = job.JobID] {
       observer.setBack(line, jobId);
     });
   }
@@ -64,7 +64,7 @@ private:
     checkKey("ChildID", position.ChildID);
     if (header_.empty() || position.JobID != header_)
       throw RecordRefused("the position does not follow its header");
-    place_.group.begin();
+    context_.group.begin();
     const auto row = openVersion1Position(connection(), position.ChildID);
     // The file marks every position as one of this version; one of an order stays what it is.
     if (row->eof())
@@ -72,12 +72,12 @@ private:
     else if (row->value("JobType").integer() == qxtJobAuftragsPos)
       position.JobType = qxtJobAuftragsPos;
     updateVersion1(*row, position);
-    if (positions_.isFirst(position.ChildID)) ++place_.pending.positions;
+    if (positions_.isFirst(position.ChildID)) ++context_.pending.positions;
   }
 
-  Connection& connection() const { return activeConnection(place_.environment); }
+  Connection& connection() const { return activeConnection(context_.environment); }
 
-  RecordPlace place_;
+  StoreContext context_;
   SeenKeys jobs_;
   SeenKeys positions_;
   std::string header_; ///< the key of the last header that was stored
@@ -85,8 +85,8 @@ private:
 
 } // namespace
 
-std::unique_ptr<RecordStore> version1RecordStore(const RecordPlace& place) {
-  return std::make_unique<Version1RecordStore>(place);
+std::unique_ptr<RecordStore> version1RecordStore(const StoreContext& context) {
+  return std::make_unique<Version1RecordStore>(context);
 }
 
 } // namespace qx

@@ -17,23 +17,23 @@ void assign(const Value& value, Property& property) {
     property = static_cast<Property>(value.integer().value_or(0));
 }
 
-template <class Record, std::size_t fields, std::size_t places>
+template <class Record, std::size_t fields, std::size_t named>
 void readColumns(Recordset& row, const FieldTable<Record, fields>& table,
-                 const std::array<std::size_t, places>& order, Record& record) {
-  for (const std::size_t place : order) {
-    const Value& value = row.value(ColumnName(table[place].column));
-    table[place].visit(record, [&value](auto& property) { assign(value, property); });
+                 const std::array<std::size_t, named>& order, Record& record) {
+  for (const std::size_t index : order) {
+    const Value& value = row.value(ColumnName(table[index].column));
+    table[index].visit(record, [&value](auto& property) { assign(value, property); });
   }
 }
 
-template <class Record, std::size_t fields, std::size_t places>
+template <class Record, std::size_t fields, std::size_t named>
 void setColumns(Recordset& row, const FieldTable<Record, fields>& table,
-                const std::array<std::size_t, places>& order, const Record& record,
+                const std::array<std::size_t, named>& order, const Record& record,
                 std::string_view except = {}) {
-  for (const std::size_t place : order)
-    if (table[place].name != except)
-      row.set(ColumnName(table[place].column),
-              table[place].visit(record, [](const auto& property) { return Value(property); }));
+  for (const std::size_t index : order)
+    if (table[index].name != except)
+      row.set(ColumnName(table[index].column),
+              table[index].visit(record, [](const auto& property) { return Value(property); }));
 }
 
 } // namespace

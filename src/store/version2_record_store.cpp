@@ -15,8 +15,8 @@ bool isDone(std::int64_t code) { return code % 10 == 3 || code == qxtJobKundenVe
 /// Each record becomes an entry object, with the starting values of one.
 class Version2RecordStore final : public RecordStore {
 public:
-  explicit Version2RecordStore(const RecordPlace& place)
-      : place_(place), flags_(ReadyFlags::read(place.environment)) {}
+  explicit Version2RecordStore(const StoreContext& context)
+      : context_(context), flags_(ReadyFlags::read(context.environment)) {}
 
   JobFileVersion version() const override { return JobFileVersion::Two; }
   FieldCount fieldCount() const override { return &qx::fieldCount; }
@@ -26,13 +26,13 @@ public:
   void store(const JobFileItem& record, const std::vector<std::string_view>& fields) override {
     switch (lineKind(record.code)) {
     case LineKind::Customer:
-      storeJob(record, fields, Kunde(place_.environment), kundeFields, customerLineOrder);
+      storeJob(record, fields, Kunde(context_.environment), kundeFields, customerLineOrder);
       break;
     case LineKind::Contract:
-      storeJob(record, fields, Vertrag(place_.environment), vertragFields, contractLineOrder);
+      storeJob(record, fields, Vertrag(context_.environment), vertragFields, contractLineOrder);
       break;
     case LineKind::Order:
-      storeJob(record, fields, Auftrag(place_.environment), auftragFields, orderLineOrder);
+      storeJob(record, fields, Auftrag(context_.environment), auftragFields, orderLineOrder);
       break;
     case LineKind::Position:
       storePosition(record, fields);
@@ -51,32 +51,33 @@ public:
   }
 
 private:
-  template <class Entry, class Record, std::size_t fields, std::size_t places>
+  template <class Entry, class Record, std::size_t fields, std::size_t named>
   void storeJob(const JobFileItem& record, const std::vector<std::string_view>& texts, Entry job,
-                const FieldTable<Record, fields>& table, const std::array<std::size_t, places>& order) {
+                const FieldTable<Record, fields>& table, const std::array<std::size_t, named>& order) {
     readRecord<Record>(texts, table, order, job);
     checkKey("JobID", job.JobID);
-    place_.group.begin();
-    const auto before = writeStaged(activeConnection(place_.environment), static_cast<const Record&>(job));
-    if (jobs_.isFirst(job.JobID)) ++place_.pending.jobs;
+    context_.group.begin();
+    const auto before = writeStaged(activeConnection(context_.environment), static_cast<const Record&>(job));
+    if (jobs_.isFirst(job.JobID)) ++context_.pending.jobs;
     if (!before || !setsBack(*before, job.JobType)) return;
-    ++place_.pending.setBack;
-    place_.group.afterCommit([&observer = place_.observer, line = record.line, jobId = job.JobID] {
+    ++context_.pending.setBack;
+    context_.group.afterCommit([&observer = context_.observer, line = record.line, jobId = job.JobID] {
       observer.setBack(line, jobId);
     });
   }
 
   void storePosition(const JobFileItem& record, const std::vector<std::string_view>& texts) {
-    AuftragsPos position(place_.environment, flags_);
+    AuftragsPos position(context_.environment, flags_);
     readRecord<AuftragsPosFields>(texts, auftragsPosFields, positionLineOrder, position);
     checkKey("ChildID", position.ChildID);
-    place_.group.begin();
-    writeStaged(activeConnection(place_.environment), static_cast<const AuftragsPosFields&>(position));
-    if (positions_.isFirst(position.ChildID)) ++place_.pending.positions;
+    context_.group.begin();
+    writeStaged(activeConnection(context_.environment), static_cast<const AuftragsPosFields&>(position));
+    if (positions_.isFirst(position.ChildID)) ++context_.pending.positions;
     if (hasHeader(position.JobID)) return;
-    ++place_.pending.withoutHeader;
-    place_.group.afterCommit([&observer = place_.observer, line = record.line, jobId = position.JobID,
-                              childId = position.ChildID] { observer.withoutHeader(line, jobId, childId); });
+    ++context_.pending.withoutHeader;
+    context_.group.afterCommit(
+        [&observer = context_.observer, line = record.line, jobId = position.JobID,
+         childId = position.ChildID] { observer.withoutHeader(line, jobId, childId); });
   }
 
   /// Positions of one job stand together, so that one look serves them all.
@@ -84,14 +85,14 @@ private:
     if (jobId != lastJob_ || !lastJobFound_) {
       lastJob_ = jobId;
       lastJobFound_ =
-          !activeConnection(place_.environment)
+          !activeConnection(context_.environment)
                .open(sql("Select JobID From ImportKopf where JobID = '"_sql, value(jobId), "'"_sql))
                ->eof();
     }
     return lastJobFound_;
   }
 
-  RecordPlace place_;
+  StoreContext context_;
   ReadyFlags flags_;
   SeenKeys jobs_;
   SeenKeys positions_;
@@ -101,8 +102,8 @@ private:
 
 } // namespace
 
-std::unique_ptr<RecordStore> version2RecordStore(const RecordPlace& place) {
-  return std::make_unique<Version2RecordStore>(place);
+std::unique_ptr<RecordStore> version2RecordStore(const StoreContext& context) {
+  return std::make_unique<Version2RecordStore>(context);
 }
 
 void refuseField(std::string_view name, std::string_view text) {

@@ -13,7 +13,8 @@ TEST_F(Explained, AValueWithLineBreaksForgesNoFinding) {
   const Json job = run({"check", "--json"}).json()["jobs"][0];
   ASSERT_EQ(job["findings"].size(), 1U);
   EXPECT_EQ(job["findings"][0], "Kundengruppe: '" + value + "' ist nicht angelegt.");
-  EXPECT_EQ(job["details"], Json::parse(R"([{"code":"customer.group.unknown","severity":20,"field":"Kundengruppe",
+  EXPECT_EQ(job["details"],
+            Json::parse(R"([{"code":"customer.group.unknown","severity":20,"field":"Kundengruppe",
       "position":null,"value":"A'\r\nVertreter1: '007' ist nicht angelegt.","stored":"",
       "text":"Kundengruppe: 'A'\r\nVertreter1: '007' ist nicht angelegt.' ist nicht angelegt."}])"));
   EXPECT_EQ(run({"check"}).output,
@@ -73,26 +74,29 @@ TEST_F(Explained, ACodeATokenAndATextWithValuesGiveTheirRules) {
   EXPECT_EQ(codes("Vertreter1: '007' ist nicht angelegt."), Codes{"customer.sales_rep.unknown"});
   EXPECT_EQ(codes("VS_Ort ist nicht identisch: 'a' / 'b'"), Codes{"customer.delivery.differs"});
   EXPECT_EQ(codes("Vertragsdatum ist falsch"), (Codes{"contract.date.invalid", "contract.date.missing"}));
-  EXPECT_EQ(codes("Hinweis: Zur Währung 'CHF' ist kein Wechselkurs angelegt."), Codes{"order.exchange_rate.missing"});
+  EXPECT_EQ(codes("Hinweis: Zur Währung 'CHF' ist kein Wechselkurs angelegt."),
+            Codes{"order.exchange_rate.missing"});
   EXPECT_EQ(run({"explain", "Nirgends gesagt"}).status, 2);
 }
 
 TEST_F(Explained, AJobGivesItsFindingsWithValuesAndTheReasonsOfItsLastRun) {
-  ASSERT_EQ(stage(R"({"type":"Kunde","JobID":"K1","Kundennummer":"1","Kundengruppe":"NEU","Land":"FR"})").status,
-            0);
+  ASSERT_EQ(
+      stage(R"({"type":"Kunde","JobID":"K1","Kundennummer":"1","Kundengruppe":"NEU","Land":"FR"})").status,
+      0);
   erp.execute(sql("Update ImportKopf Set JobType = 12, Fehlertext = '"_sql,
                   value("Die Währung: 'XTS' ist nicht angelegt."), "'"_sql));
-  EXPECT_EQ(run({"explain", "K1"}).output,
-            "Kunden 1  K1\n"
-            "  Kundengruppe: 'NEU' ist nicht angelegt.\n"
-            "    Warnung customer.group.unknown, Feld Kundengruppe, im Vorgang 'NEU'\n"
-            "    Aus der Liste wählen, oder in den Optionen das Anlegen erlauben.\n"
-            "  Neukunde im Land 'FR' mit dem Steuermerkmal des Inlands (MwSt_KZ 'IN').\n"
-            "    Hinweis customer.country.abroad, Feld Land, im Vorgang 'FR', im Stamm 'IN'\n"
-            "    Das Steuermerkmal in der Warenwirtschaft setzen, ehe die Aufträge des Kunden verarbeitet werden.\n"
-            "  Die Währung: 'XTS' ist nicht angelegt.\n"
-            "    aus der letzten Verarbeitung: customer.currency.refused\n"
-            "    Die Währung berichtigen. Währungen werden nie angelegt.\n");
+  EXPECT_EQ(
+      run({"explain", "K1"}).output,
+      "Kunden 1  K1\n"
+      "  Kundengruppe: 'NEU' ist nicht angelegt.\n"
+      "    Warnung customer.group.unknown, Feld Kundengruppe, im Vorgang 'NEU'\n"
+      "    Aus der Liste wählen, oder in den Optionen das Anlegen erlauben.\n"
+      "  Neukunde im Land 'FR' mit dem Steuermerkmal des Inlands (MwSt_KZ 'IN').\n"
+      "    Hinweis customer.country.abroad, Feld Land, im Vorgang 'FR', im Stamm 'IN'\n"
+      "    Das Steuermerkmal in der Warenwirtschaft setzen, ehe die Aufträge des Kunden verarbeitet werden.\n"
+      "  Die Währung: 'XTS' ist nicht angelegt.\n"
+      "    aus der letzten Verarbeitung: customer.currency.refused\n"
+      "    Die Währung berichtigen. Währungen werden nie angelegt.\n");
   const Json job = run({"explain", "K1", "--json"}).json();
   EXPECT_EQ(job["details"].size(), 2U);
   EXPECT_EQ(job["rules"].size(), 3U);

@@ -148,7 +148,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     readJobs(source, assembler);
   } catch (const ProgramError& refused) {
     require(refused.code() == ExitCode::BadInput, "bad input is the only reason to refuse it");
-    require(refused.place().line > 0 && refused.place().line <= std::ranges::count(content, '\n') + 1,
+    require(refused.location().line > 0 && refused.location().line <= std::ranges::count(content, '\n') + 1,
             "a refusal names a line of the file");
     return 0;
   }

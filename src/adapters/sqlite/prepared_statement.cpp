@@ -100,28 +100,28 @@ const char* PreparedStatement::declaredType(int index) const {
   return sqlite3_column_decltype(statement_, index);
 }
 
-void PreparedStatement::bind(int place, const Value& value) {
+void PreparedStatement::bind(int index, const Value& value) {
   int code = SQLITE_OK;
   switch (value.kind()) {
   case ValueKind::Null:
-    code = sqlite3_bind_null(statement_, place);
+    code = sqlite3_bind_null(statement_, index);
     break;
   case ValueKind::Integer:
   case ValueKind::Boolean:
-    code = sqlite3_bind_int64(statement_, place, value.integer().value_or(0));
+    code = sqlite3_bind_int64(statement_, index, value.integer().value_or(0));
     break;
   case ValueKind::Double:
   case ValueKind::Currency:
-    code = sqlite3_bind_double(statement_, place, value.number().value_or(0));
+    code = sqlite3_bind_double(statement_, index, value.number().value_or(0));
     break;
   case ValueKind::Text: {
     const auto text = value.textView();
-    code = sqlite3_bind_text64(statement_, place, text.data(), text.size(), SQLITE_STATIC, SQLITE_UTF8);
+    code = sqlite3_bind_text64(statement_, index, text.data(), text.size(), SQLITE_STATIC, SQLITE_UTF8);
     break;
   }
   case ValueKind::TimeStamp: {
     const std::string text = value.text();
-    code = sqlite3_bind_text64(statement_, place, text.data(), text.size(), SQLITE_TRANSIENT, SQLITE_UTF8);
+    code = sqlite3_bind_text64(statement_, index, text.data(), text.size(), SQLITE_TRANSIENT, SQLITE_UTF8);
     break;
   }
   }
@@ -129,8 +129,8 @@ void PreparedStatement::bind(int place, const Value& value) {
 }
 
 void PreparedStatement::bindAll(std::span<const Value> values) {
-  int place = 0;
-  for (const Value& value : values) bind(++place, value);
+  int index = 0;
+  for (const Value& value : values) bind(++index, value);
 }
 
 bool PreparedStatement::step() {

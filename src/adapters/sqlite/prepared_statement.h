@@ -32,7 +32,7 @@ public:
   ColumnKind kind(std::size_t index) const { return kinds_[index]; }
   /// True for a column of the table, false for a computed one.
   bool stored(std::size_t index) const { return stored_[index]; }
-  /// The place of a column, or `size()`.
+  /// The index of a column, or `size()`.
   std::size_t find(ColumnName column) const;
 
 private:
@@ -66,8 +66,8 @@ public:
   /// The type that the table declares; null for a computed column.
   const char* declaredType(int index) const;
 
-  /// Binds by 1-based place. Texts are not copied: the value outlives the next `reset`.
-  void bind(int place, const Value& value);
+  /// Binds by 1-based index. Texts are not copied: the value outlives the next `reset`.
+  void bind(int index, const Value& value);
   void bindAll(std::span<const Value> values);
   /// True when the step gave a row, false at the end; raises for everything else.
   bool step();

@@ -86,9 +86,9 @@ KeysetQuery& StatementCache::keyset(const Sql& statement) {
                          orderClause(*parts));
     query.row = compile(rowsOf(*parts) + " WHERE rowid=?");
     completeShape(query.source, query.row);
-    const std::size_t place =
+    const std::size_t index =
         key.empty() ? query.source.shape->size() : query.source.shape->find(ColumnName(key));
-    if (place < query.source.shape->size()) query.source.keyColumn = static_cast<int>(place);
+    if (index < query.source.shape->size()) query.source.keyColumn = static_cast<int>(index);
     return query;
   });
 }
@@ -120,16 +120,15 @@ PreparedStatement& StatementCache::insert(RowSource& source, const ColumnMask& c
   PreparedStatement& statement = source.inserts[columns];
   if (!statement) {
     std::string names;
-    std::string places;
+    std::string parameters;
     for (std::size_t i = 0; i < source.shape->size(); ++i) {
       if (!columns[i]) continue;
       names += (names.empty() ? "" : ", ") + quotedName(source.shape->name(i));
-      places += places.empty() ? "?" : ", ?";
+      parameters += parameters.empty() ? "?" : ", ?";
     }
-    statement =
-        names.empty()
-            ? compile("INSERT INTO " + quotedName(source.table) + " DEFAULT VALUES")
-            : compile("INSERT INTO " + quotedName(source.table) + " (" + names + ") VALUES (" + places + ")");
+    statement = names.empty() ? compile("INSERT INTO " + quotedName(source.table) + " DEFAULT VALUES")
+                              : compile("INSERT INTO " + quotedName(source.table) + " (" + names +
+                                        ") VALUES (" + parameters + ")");
   }
   return statement;
 }

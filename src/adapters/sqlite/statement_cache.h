@@ -16,7 +16,7 @@
 
 namespace qx::sqlite {
 
-/// Which columns of a row a write touches, by place in the row shape.
+/// Which columns of a row a write touches, by index in the row shape.
 using ColumnMask = std::bitset<256>;
 
 /// Where rows come from: their shape, and for rows of one table how to write them back.
@@ -24,7 +24,7 @@ struct RowSource {
   std::optional<RowShape> shape;
   std::string table;    ///< empty when the rows cannot be changed
   int hidden = 0;       ///< leading columns that serve the cursor only
-  int keyColumn = -1;   ///< place in the shape of a single text key, or -1
+  int keyColumn = -1;   ///< index in the shape of a single text key, or -1
   std::string identity; ///< the key column that the database assigns, or empty
   std::unordered_map<ColumnMask, PreparedStatement> updates;
   std::unordered_map<ColumnMask, PreparedStatement> inserts;

@@ -160,10 +160,10 @@ public:
         byIndex_(source.indexed && !search.empty()) {}
 
   std::size_t count() const { return source_.groups.size() * perGroup(); }
-  Section at(std::size_t place) const {
-    if (!byIndex_) return {place, 0, 0};
-    const std::size_t within = place % perGroup();
-    return {place / perGroup(), within / spellings_.size(), within % spellings_.size()};
+  Section at(std::size_t index) const {
+    if (!byIndex_) return {index, 0, 0};
+    const std::size_t within = index % perGroup();
+    return {index / perGroup(), within / spellings_.size(), within % spellings_.size()};
   }
 
   /// Columns by which the rows of a section come, the searched one first.
@@ -265,15 +265,15 @@ const LookupSource* findLookupSource(std::string_view recordSource) {
 }
 
 std::vector<std::size_t> resultColumns(const LookupSource& source, std::span<const std::string> fields) {
-  std::vector<std::size_t> places;
+  std::vector<std::size_t> indexes;
   for (const std::string& field : fields) {
     const auto found = std::ranges::find_if(
         source.columns, [&](const LookupColumn& column) { return equalCodes(column.name, field); });
     if (found == source.columns.end())
       throw std::runtime_error("Die Auskunft " + std::string(source.name) + " hat kein Feld " + field + ".");
-    places.push_back(static_cast<std::size_t>(found - source.columns.begin()));
+    indexes.push_back(static_cast<std::size_t>(found - source.columns.begin()));
   }
-  return places;
+  return indexes;
 }
 
 LookupPages::LookupPages(Connection& connection, const LookupSource& source, Sql criteria)

@@ -45,7 +45,7 @@ std::span<const LookupSource> lookupSources();
 /// program.
 const LookupSource* findLookupSource(std::string_view recordSource);
 
-/// The places of result fields among the columns. Raises `std::runtime_error` for a field that the source
+/// The indexes of result fields among the columns. Raises `std::runtime_error` for a field that the source
 /// does not have.
 std::vector<std::size_t> resultColumns(const LookupSource& source, std::span<const std::string> fields);
 
