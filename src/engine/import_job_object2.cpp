@@ -4,6 +4,7 @@
 #include "engine/job_check.h"
 #include "platform/german_cause.h"
 #include "platform/show_message.h"
+#include "platform/trapped.h"
 #include "rules/active_connection.h"
 #include "store/job_deletion.h"
 #include "store/job_file_export.h"

@@ -2,6 +2,7 @@
 
 #include "model/text.h"
 
+#include <algorithm>
 #include <optional>
 #include <stdexcept>
 #include <vector>
