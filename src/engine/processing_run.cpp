@@ -131,7 +131,7 @@ void ProcessingRun::createComponents() {
 /// All of them before the first job: with one that cannot be read nothing is to be written.
 void ProcessingRun::readOptions() {
   options_ = RunOptions::read(settings_);
-  orderOptions_ = OrderOptions::read(settings_, options_.customerSpecific, environment_.diagnostics);
+  orderOptions_ = OrderOptions::read(settings_, options_.customerSpecific);
   purgeOptions_ = PurgeOptions::read(settings_);
   // Customers and contracts do without it; every order fails, for its tax would be a guess.
   trapped(environment_.diagnostics, {"change of tax rates", {}, &isFatal},
@@ -146,7 +146,7 @@ void ProcessingRun::initPrices() {
 }
 
 bool ProcessingRun::orderIsBeingReadIn() {
-  if (!settings_.isOn("NewMail")) return false;
+  if (!settings_[option::orderBeingReadIn]) return false;
   report_.end = RunEnd::Refused;
   report_.failure = "Es wird gerade eine Bestellung eingelesen.";
   Message message;
