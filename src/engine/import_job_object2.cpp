@@ -233,10 +233,9 @@ bool ImportJobObject2::ProcessJobs(bool UnEvaluated, qxProcessState ProcessState
   {
     const UnderWay underWay(running_, stop_);
     errors_.clear();
-    ProcessingRun run(
-        {environment_, events_, protocol_, errors_, stop_, outcomes_, personalNr_, homeCurrency_},
-        UnEvaluated, ProcessState);
-    lastRun_ = run.execute();
+    RunContext run{environment_, events_,     protocol_,     errors_,     stop_,
+                   outcomes_,    personalNr_, homeCurrency_, UnEvaluated, ProcessState};
+    lastRun_ = ProcessingRun(run).execute();
   }
   if (std::exchange(unloadedInRun_, false)) lock_.releaseIfHeld();
   if (lastRun_.end == RunEnd::Refused) return false;
