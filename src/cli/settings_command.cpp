@@ -3,7 +3,6 @@
 #include "cli/json_writer.h"
 #include "cli/terminal_text.h"
 #include "model/german_text.h"
-#include "settings/option_keys.h"
 #include "settings/settings.h"
 
 #include <ostream>
@@ -17,6 +16,7 @@ struct Entry {
   std::string_view key;
   std::string setting;
   bool local;
+  std::string_view meaning = {}; ///< in lists
 };
 
 void writeMembers(JsonWriter& json, const Entry& entry) {
@@ -25,6 +25,7 @@ void writeMembers(JsonWriter& json, const Entry& entry) {
   json.key("Key").text(entry.key);
   json.key("Value").text(entry.setting);
   json.key("Local").boolean(entry.local);
+  if (!entry.meaning.empty()) json.key("Meaning").text(entry.meaning);
   json.endObject();
 }
 
@@ -40,11 +41,11 @@ void print(const Output& output, const Entry& entry) {
 
 /// A setting that no part of the program reads is kept all the same: a host may read it.
 void noteUnknown(const Output& output, std::string_view section, std::string_view key, bool local) {
-  const OptionKey* option = findOptionKey(section, key);
+  const OptionSpec* option = findOption(section, key);
   if (option == nullptr)
     output.messages << "Note: no option '" << section << "' '" << key
                     << "' is known. 'qximportjob settings list' shows those that are.\n";
-  else if (local != (option->store == OptionStore::Local))
+  else if (local != option->isLocal())
     output.messages << "Note: this option is read from the " << (local ? "shared" : "local") << " store; "
                     << (local ? "leave --local out.\n" : "add --local.\n");
 }
@@ -63,19 +64,23 @@ std::optional<std::string> typedStamp(std::string_view text) {
 }
 
 /// Judges a text as those who read the option do: what they make nothing of is not stored.
-std::string wrongValue(const OptionKey& option, std::string_view text) {
+std::string wrongValue(const OptionSpec& option, std::string_view text) {
   if (text.empty()) return {};
-  switch (option.type) {
-  case OptionType::Check:
+  switch (option.rule) {
+  case OptionRule::NonZero:
+  case OptionRule::AtLeastOne:
+  case OptionRule::One:
+  case OptionRule::Truth:
     return checkState(option, text) ? "" : "the option is 0 or 1";
-  case OptionType::Integer:
+  case OptionRule::Integer:
     return settingToInt16(text) ? "" : "the option is a whole number from -32768 to 32767";
-  case OptionType::Number:
+  case OptionRule::Number:
     return wrongNumber(text);
-  case OptionType::TimeStamp:
+  case OptionRule::Day:
     return typedStamp(text) ? "" : "the option is a day, dd.mm.yyyy or a time stamp yyyymmdd";
-  case OptionType::Text:
-  case OptionType::ArticleNumber:
+  case OptionRule::CustomerSpecific:
+  case OptionRule::Text:
+  case OptionRule::ArticleNumber:
     break;
   }
   return {};
@@ -87,11 +92,9 @@ ExitCode SettingsListCommand::work(const CommandContext& context) {
   const Settings settings(context.environment, SettingTrap::Nothing);
   // All are read before the first is printed: half a list would look like a whole one.
   std::vector<Entry> entries;
-  for (const OptionKey& option : optionKeys()) {
-    const bool local = option.store == OptionStore::Local;
-    entries.push_back({option.section, option.key,
-                       settings.get(applicationName, option.section, option.key, local), local});
-  }
+  for (const OptionSpec* option : allOptions())
+    entries.push_back({option->section, option->key, settings.read(*option).value_or(""), option->isLocal(),
+                       option->english});
   JsonWriter json(context.output.result);
   if (context.output.json) json.beginArray();
   for (const Entry& entry : entries) {
@@ -121,11 +124,11 @@ ExitCode SettingsGetCommand::work(const CommandContext& context) {
 void SettingsSetCommand::prepare() {
   section = composed(section);
   key = composed(key);
-  const OptionKey* option = findOptionKey(section, key);
+  const OptionSpec* option = findOption(section, key);
   if (option == nullptr) return;
   if (const auto wrong = wrongValue(*option, value); !wrong.empty())
     throw ProgramError(ExitCode::BadInput, "'" + value + "': " + wrong, "Nothing was changed.");
-  if (option->type == OptionType::TimeStamp && !value.empty()) value = *typedStamp(value);
+  if (option->rule == OptionRule::Day && !value.empty()) value = *typedStamp(value);
 }
 
 ExitCode SettingsSetCommand::work(const CommandContext& context) {

@@ -1,13 +1,9 @@
 // Moves the values of contract positions into their headers.
 #pragma once
 
-#include "engine/job_row.h"
-#include "engine/stop_signal.h"
-#include "platform/environment.h"
-#include "store/work_group.h"
+#include "engine/run_context.h"
 
 #include <exception>
-#include <functional>
 #include <map>
 #include <string>
 
@@ -22,9 +18,7 @@ using UnpreparedContracts = std::map<std::string, std::string, std::less<>>;
 /// header holds.
 class ContractPreparation {
 public:
-  ContractPreparation(Environment& environment, MissingColumns& missing, WorkGroup& group,
-                      const StopSignal& stop)
-      : environment_(environment), missing_(missing), group_(group), stop_(stop) {}
+  explicit ContractPreparation(RunContext& run) : run_(run) {}
 
   UnpreparedContracts run();
 
@@ -32,10 +26,7 @@ private:
   void prepare(Recordset& contracts);
   void refuse(Recordset& contracts, const std::exception& refusal);
 
-  Environment& environment_;
-  MissingColumns& missing_;
-  WorkGroup& group_;
-  const StopSignal& stop_;
+  RunContext& run_;
   UnpreparedContracts unprepared_;
 };
 

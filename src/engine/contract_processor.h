@@ -2,19 +2,17 @@
 #pragma once
 
 #include "engine/contract_line.h"
-#include "engine/event_source.h"
 #include "engine/findings.h"
-#include "engine/job_marks.h"
 #include "engine/job_row.h"
-#include "platform/environment.h"
+#include "engine/run_context.h"
 
 namespace qx {
 
 /// Checks a contract job and adds or updates its line.
 class ContractProcessor {
 public:
-  ContractProcessor(Environment& environment, JobMarks& marks, EventSource& events)
-      : environment_(environment), marks_(marks), events_(events) {}
+  explicit ContractProcessor(RunContext& run)
+      : environment_(run.environment), marks_(run.marks), events_(run.events) {}
 
   /// Why the contract was not written; empty when it was. The line and the job's done code are written
   /// together. A failed job is marked with every reason that was found and its line is not written.

@@ -33,11 +33,7 @@ Findings ContractSection::refusalOf(JobRow& job) {
 JobResult ContractSection::processJob(JobRow& job) {
   if (Findings refused = refusalOf(job); !refused.empty())
     return SectionRunner::refused(contracts, job, statusError, std::move(refused));
-  JobResult result;
-  result.line.process = contracts.process;
-  result.line.number = job.text("Vertragsnummer");
-  result.line.status = statusDone;
-  result.line.date = job.text("Eingangsdatum");
+  JobResult result = SectionRunner::result(contracts, job, statusDone);
   result.line.info = "Vertragsnummer: " + job.text("Vertragsnummer");
   appendLine(result.line.info, "Vertragsdatum: " + job.text("Vertragsdatum"));
   appendLine(result.line.info, "Kundennummer: " + job.text("Kundennummer"));

@@ -12,9 +12,8 @@ namespace qx {
 class ContractSection {
 public:
   /// `unprepared`: the jobs that fail because their position could not be taken over.
-  ContractSection(Environment& environment, JobMarks& marks, EventSource& events,
-                  const UnpreparedContracts& unprepared)
-      : marks_(marks), unprepared_(unprepared), processor_(environment, marks, events) {}
+  ContractSection(RunContext& run, const UnpreparedContracts& unprepared)
+      : marks_(run.marks), unprepared_(unprepared), processor_(run) {}
 
   void run(SectionRunner& runner);
 

@@ -43,16 +43,16 @@ CreditResult CreditLimit::query(std::string_view customer) const {
   if (row->eof()) return CreditResult::WithinLimits;
   const Settings settings(environment_, SettingTrap::Refusals);
   // The ERP's own limits stand in for a customer that has none; they are in the home currency.
-  const auto limit = [&](ColumnName column, std::string_view key) -> Limit {
+  const auto limit = [&](ColumnName column, const TextOption& option) -> Limit {
     const Value own = row->value(column);
     if (own.kind() == ValueKind::Text) refuseAmbiguous(own.textView());
     if (const auto amount = own.number()) return {asAmount(*amount), row->text("Währung")};
-    const std::string common = settings.getShared("OP-Info", key, "");
+    const std::string common = settings[option];
     refuseAmbiguous(common);
     return {asAmount(parseTypedNumber(common).value_or(0)), ""};
   };
-  const Limit first = limit("Kreditlimit1", "Kreditlimit1");
-  const Limit second = limit("Kreditlimit2", "Kreditlimit2");
+  const Limit first = limit("Kreditlimit1", option::creditLimit1);
+  const Limit second = limit("Kreditlimit2", option::creditLimit2);
 
   const auto accounting = environment_.components.createFibuUebergabe();
   accounting->setConnection(*environment_.connection);

@@ -24,10 +24,8 @@ struct CustomerProcessor::Code {
   bool hasSearchTerm = false;
 };
 
-CustomerProcessor::CustomerProcessor(Environment& environment, const RunOptions& options, JobMarks& marks,
-                                     EventSource& events, std::string homeCurrency)
-    : environment_(environment), options_(options), marks_(marks), events_(events),
-      homeCurrency_(std::move(homeCurrency)), masterData_(environment), addresses_(environment) {}
+CustomerProcessor::CustomerProcessor(RunContext& run)
+    : environment_(run.environment), run_(run), masterData_(run.environment), addresses_(run.environment) {}
 
 CustomerProcessor::Outcome CustomerProcessor::process(JobRow& job) {
   const std::string number = job.text("Kundennummer");
@@ -39,22 +37,22 @@ CustomerProcessor::Outcome CustomerProcessor::process(JobRow& job) {
   checkCodes(job, refused);
   const std::string stamp = receiptStamp(job, refused);
   if (!refused.empty()) return failed(job, std::move(refused));
-  events_.raiseProcessInfo("Kunden werden verarbeitet... (Kundennummer: " + number + ")");
+  run_.events.raiseProcessInfo("Kunden werden verarbeitet... (Kundennummer: " + number + ")");
   // Before the row is written: they name what it held.
-  Findings hints = customerHints(fieldsOf(job.row()), isNew ? nullptr : customer.get(), homeCurrency_);
+  Findings hints = customerHints(fieldsOf(job.row()), isNew ? nullptr : customer.get(), run_.homeCurrency);
   save(job, *customer, isNew, stamp);
   return {isNew ? Result::Created : Result::Changed, std::move(hints)};
 }
 
 CustomerProcessor::Outcome CustomerProcessor::failed(JobRow& job, Findings refused) {
-  for (const Finding& finding : refused) marks_.markJobError(job, runLine(finding));
+  for (const Finding& finding : refused) run_.marks.markJobError(job, runLine(finding));
   return {Result::Failed, std::move(refused)};
 }
 
 /// All missing codes are reported, so that the clerk sees them at once.
 void CustomerProcessor::checkCodes(const JobRow& job, Findings& refused) {
   if (const std::string group = job.text("Kundengruppe"); !group.empty())
-    checkCode({Rule::CustomerGroupRefused, "Kundengruppe", options_.createGroups,
+    checkCode({Rule::CustomerGroupRefused, "Kundengruppe", run_.options.createGroups,
                sql("Select Kundengruppe, Langtext From Kundengruppen where Kundengruppe = '"_sql,
                    value(group), "'"_sql),
                "Kundengruppe", "Langtext", "Kundengruppe " + group},
@@ -62,13 +60,13 @@ void CustomerProcessor::checkCodes(const JobRow& job, Findings& refused) {
   for (const ColumnName field :
        {ColumnName("Vertreter1"), ColumnName("Vertreter2"), ColumnName("Vertreter3")})
     if (const std::string rep = job.text(field); !rep.empty())
-      checkCode({Rule::CustomerSalesRepRefused, field.text(), options_.createReps,
+      checkCode({Rule::CustomerSalesRepRefused, field.text(), run_.options.createReps,
                  sql("Select VertreterNr, Suchbegriff, Bez1 From Vertreter where VertreterNr = '"_sql,
                      value(rep), "'"_sql),
                  "VertreterNr", "Bez1", "Vertreter " + rep, true},
                 rep, refused);
   if (const std::string payment = job.text("Zahlungsart"); !payment.empty())
-    checkCode({Rule::CustomerPaymentMethodRefused, "Zahlungsart", options_.createPayments,
+    checkCode({Rule::CustomerPaymentMethodRefused, "Zahlungsart", run_.options.createPayments,
                sql("Select Zahlungsart, Kurztext From Zahlungsarten  where Zahlungsart = '"_sql,
                    value(payment), "'"_sql),
                "Zahlungsart", "Kurztext", "Zahlungsart " + payment},
@@ -78,7 +76,7 @@ void CustomerProcessor::checkCodes(const JobRow& job, Findings& refused) {
       !currency.empty() && !masterData_.codeExists("Währung", currency))
     refused.add(Finding(Rule::CustomerCurrencyRefused, currency));
   if (const std::string bank = bankCode(fieldsOf(job)).text(); !bank.empty())
-    checkCode({Rule::CustomerBankRefused, "Bankleitzahl", options_.createBanks,
+    checkCode({Rule::CustomerBankRefused, "Bankleitzahl", run_.options.createBanks,
                sql("Select Bankleitzahl, Kreditinstitut From Kreditinstitute where Bankleitzahl = '"_sql,
                    value(bank), "'"_sql),
                "Bankleitzahl", "Kreditinstitut", job.text("Kreditinstitut")},

@@ -1,12 +1,9 @@
 // Writes one customer job into the customer master.
 #pragma once
 
-#include "engine/event_source.h"
 #include "engine/findings.h"
-#include "engine/job_marks.h"
 #include "engine/job_row.h"
-#include "engine/run_options.h"
-#include "platform/environment.h"
+#include "engine/run_context.h"
 #include "rules/customer_addresses.h"
 #include "rules/master_data.h"
 
@@ -27,8 +24,7 @@ public:
     Findings findings; ///< hints of a job that was written, the reasons of one that failed
   };
 
-  CustomerProcessor(Environment& environment, const RunOptions& options, JobMarks& marks, EventSource& events,
-                    std::string homeCurrency);
+  explicit CustomerProcessor(RunContext& run);
 
   /// A failed job is marked with every reason that was found; nothing of the customer is then written, while
   /// codes that were created stay. The customer, its addresses and the job's done code are written together
@@ -56,10 +52,7 @@ private:
   Outcome failed(JobRow& job, Findings refused);
 
   Environment& environment_;
-  const RunOptions& options_;
-  JobMarks& marks_;
-  EventSource& events_;
-  std::string homeCurrency_;
+  RunContext& run_;
   MasterData masterData_;
   CustomerAddresses addresses_;
 };

@@ -17,25 +17,19 @@ std::string info(const JobRow& job, bool isNew) {
 
 } // namespace
 
-CustomerSection::CustomerSection(Environment& environment, const RunOptions& options, JobMarks& marks,
-                                 EventSource& events, const std::string& homeCurrency, bool unevaluated)
-    : options_(options), marks_(marks), unevaluated_(unevaluated),
-      proof_(environment, options.compareAddresses),
-      processor_(environment, options, marks, events, homeCurrency) {}
-
 void CustomerSection::run(SectionRunner& runner) {
   runner.run(customers,
              sql("Select * From ImportKopf Where JobType = "_sql, number(qxtjobkunden),
                  " Order By Kundennummer"_sql),
              {[this](JobRow& job) { return processJob(job); },
               [this](JobRow& job, std::string_view reason) {
-                marks_.markJobError(job, reason);
+                run_.marks.markJobError(job, reason);
                 return failed(job);
               }});
 }
 
 JobResult CustomerSection::processJob(JobRow& job) {
-  if (!unevaluated_ && options_.automatic && !job.released()) {
+  if (!run_.unevaluated && run_.options.automatic && !job.released()) {
     Findings findings = park(job);
     if (const CheckStatus status = findings.status(); status != CheckStatus::Clean)
       return SectionRunner::refused(
@@ -44,11 +38,7 @@ JobResult CustomerSection::processJob(JobRow& job) {
   CustomerProcessor::Outcome written = processor_.process(job);
   if (written.result == CustomerProcessor::Result::Failed) return failed(job, std::move(written.findings));
   const bool isNew = written.result == CustomerProcessor::Result::Created;
-  JobResult result;
-  result.line.process = customers.process;
-  result.line.number = job.text("Kundennummer");
-  result.line.status = statusDone;
-  result.line.date = job.text("Eingangsdatum");
+  JobResult result = SectionRunner::result(customers, job, statusDone);
   result.line.info = info(job, isNew);
   result.line.newCustomer = isNew;
   result.addHints(std::move(written.findings));
@@ -75,7 +65,7 @@ Findings CustomerSection::park(JobRow& job) {
   if (findings.status() == CheckStatus::Warning)
     JobMarks::markJobWarning(job, announced(findings));
   else if (findings.status() == CheckStatus::Error)
-    marks_.markJobError(job, announced(findings));
+    run_.marks.markJobError(job, announced(findings));
   return findings;
 }
 

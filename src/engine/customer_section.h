@@ -10,9 +10,8 @@ namespace qx {
 /// Proves each waiting customer job in automatic mode, parks it or writes it.
 class CustomerSection {
 public:
-  /// `unevaluated`: the automatic check is left out. The arguments must outlive the section.
-  CustomerSection(Environment& environment, const RunOptions& options, JobMarks& marks, EventSource& events,
-                  const std::string& homeCurrency, bool unevaluated);
+  explicit CustomerSection(RunContext& run)
+      : run_(run), proof_(run.environment, run.options.compareAddresses), processor_(run) {}
 
   void run(SectionRunner& runner);
 
@@ -22,9 +21,7 @@ private:
   static JobResult indexed(const JobRow& job, JobResult result);
   Findings park(JobRow& job);
 
-  const RunOptions& options_;
-  JobMarks& marks_;
-  bool unevaluated_;
+  RunContext& run_;
   CustomerProof proof_;
   CustomerProcessor processor_;
 };

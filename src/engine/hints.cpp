@@ -100,10 +100,6 @@ bool hasRate(std::string_view currency, Connection& connection) {
 
 } // namespace
 
-std::string homeCurrencyOf(const Settings& settings) {
-  return settings.getShared("Allgemein", "Landeswährung", defaultHomeCurrency);
-}
-
 Findings customerHints(const JobFields& job, Recordset* master, std::string_view homeCurrency) {
   Findings hints;
   if (master != nullptr) addEmptiedFields(job, *master, hints);

@@ -5,17 +5,11 @@
 #include "engine/customer_columns.h"
 #include "engine/findings.h"
 #include "platform/database.h"
-#include "settings/settings.h"
 
 #include <string>
 #include <string_view>
 
 namespace qx {
-
-/// The currency of an installation that names none.
-inline constexpr std::string_view defaultHomeCurrency = "DM";
-/// The currency of the installation.
-std::string homeCurrencyOf(const Settings& settings);
 
 /// Those of a customer or order job (`kind`); of a contract, or an order of an unknown customer, there are
 /// none.

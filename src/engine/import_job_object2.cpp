@@ -167,7 +167,7 @@ void ImportJobObject2::adopt(const std::shared_ptr<qx::Session>& session) {
   std::string number = session->PersonalNr();
   Environment itsOwn = environment_;
   itsOwn.session = session;
-  std::string currency = homeCurrencyOf(Settings(itsOwn));
+  std::string currency = Settings(itsOwn)[option::homeCurrency];
   if (environment_.session != session) dropSession();
   environment_.session = session;
   if (connection) setConnection(std::move(connection));
@@ -179,7 +179,7 @@ void ImportJobObject2::dropSession() {
   if (environment_.session) disconnect(*environment_.session);
   environment_.session.reset();
   personalNr_.clear();
-  homeCurrency_ = defaultHomeCurrency;
+  homeCurrency_ = option::homeCurrency.fallback;
 }
 
 void ImportJobObject2::Session(std::shared_ptr<qx::Session> session) {
@@ -234,10 +234,9 @@ bool ImportJobObject2::ProcessJobs(bool UnEvaluated, qxProcessState ProcessState
   {
     const UnderWay underWay(running_, stop_);
     errors_.clear();
-    ProcessingRun run(
-        {environment_, events_, protocol_, errors_, stop_, outcomes_, personalNr_, homeCurrency_},
-        UnEvaluated, ProcessState);
-    lastRun_ = run.execute();
+    RunContext run{environment_, events_,     protocol_,     errors_,     stop_,
+                   outcomes_,    personalNr_, homeCurrency_, UnEvaluated, ProcessState};
+    lastRun_ = ProcessingRun(run).execute();
   }
   if (std::exchange(unloadedInRun_, false)) lock_.releaseIfHeld();
   if (lastRun_.end == RunEnd::Refused) return false;
@@ -261,7 +260,7 @@ void ImportJobObject2::VerifyProcesses(bool& NoProof, bool& NoProcess) {
     const auto any = [&](const Sql& statement) {
       return connection.open(statement)->value(0).truth().value_or(false);
     };
-    const bool unchecked = settings_.isOn("AutomatischVerarbeiten") &&
+    const bool unchecked = settings_[option::automatic] &&
                            any(sql("Select Exists(Select 1 From ImportKopf Where JobType In (10, 20, 30) And "
                                    "(ProcessWarning Is Null Or ProcessWarning = 0)) As found"_sql));
     NoProcess = !any(sql("Select Exists(Select 1 From ImportKopf Where JobType In (10, 20, 30)) Or "

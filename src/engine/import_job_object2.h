@@ -238,7 +238,7 @@ private:
   bool running_ = false;
   bool unloadedInRun_ = false; ///< the lock is to be released at the end of the run
   std::string personalNr_;
-  std::string homeCurrency_{defaultHomeCurrency};
+  std::string homeCurrency_{option::homeCurrency.fallback};
 };
 
 } // namespace qx

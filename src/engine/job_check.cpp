@@ -17,9 +17,9 @@ namespace qx {
 
 JobCheck::JobCheck(Environment& environment) : environment_(environment), prices_(environment) {
   const Settings settings(environment, SettingTrap::Refusals);
-  compareAddresses_ = settings.isOn("KundeAdressProof");
-  homeCurrency_ = homeCurrencyOf(settings);
-  orderOptions_ = OrderOptions::read(settings, settings.customerSpecific(), environment.diagnostics);
+  compareAddresses_ = settings[option::compareAddresses];
+  homeCurrency_ = settings[option::homeCurrency];
+  orderOptions_ = OrderOptions::read(settings, settings[option::customerSpecific]);
 }
 
 Findings JobCheck::check(std::string_view jobId) {

@@ -52,9 +52,8 @@ bool isDiversNumber(std::string_view customer) {
   return prefix == "14888" || prefix == "14999";
 }
 
-OrderHeader::OrderHeader(Environment& environment, const OrderOptions& options, const OrderStamp& stamp)
-    : environment_(environment), options_(options), stamp_(stamp), masterData_(environment),
-      addresses_(environment) {}
+OrderHeader::OrderHeader(const RunContext& run)
+    : environment_(run.environment), run_(run), masterData_(run.environment), addresses_(run.environment) {}
 
 void OrderHeader::fill(Recordset& header, const JobRow& job, Recordset& customer, const OrderNumber& number,
                        const std::string& dateStamp) {
@@ -82,7 +81,7 @@ void OrderHeader::fillMasterData(Recordset& header, const JobRow& job, Recordset
   header.set("Preisliste", jobOrCustomer(job, customer, "Preisliste"));
   const Value priceType = jobOrCustomer(job, customer, "Preistyp");
   header.set("Preistyp", priceType.isNull() ? Value(std::int16_t{0}) : priceType);
-  if (options_.costAssignment) {
+  if (run_.orderOptions.costAssignment) {
     std::int32_t assigned = orderCost(job.value("KostID"));
     if (assigned == 0) assigned = orderCost(customer.value("KostID"));
     header.set("KostID", assigned == 0 ? Value::null() : Value(assigned));
@@ -202,7 +201,7 @@ void OrderHeader::fillBank(Recordset& header, const JobRow& job, Recordset& cust
 
 void OrderHeader::fillCurrency(Recordset& header, Recordset& customer) {
   std::string currency = customer.text("Währung");
-  if (currency.empty()) currency = stamp_.homeCurrency;
+  if (currency.empty()) currency = run_.homeCurrency;
   header.set("Währung", emptyToNull(Value(currency)));
   const auto rate = environment_.connection->open(
       sql("Select * From Währungen Where Währung = '"_sql, value(currency), "'"_sql));
@@ -221,13 +220,13 @@ void OrderHeader::fillBookkeeping(Recordset& header, const JobRow& job, const st
   // Only an installation whose staging table carries the customer's own reference has something to write
   // here.
   if (job.has("IhreBestellung")) header.set("IhreBestellung", emptyToNull(job.value("IhreBestellung")));
-  header.set("PrgVersion", Value(stamp_.programVersion));
+  header.set("PrgVersion", Value(run_.programVersion));
   header.set("ÄndUser", Value("Import"));
 }
 
 void OrderHeader::fillClerk(Recordset& header) {
   const auto person = environment_.connection->open(
-      sql("Select * From Personalstamm where PersonalNr  = '"_sql, value(stamp_.personnelNumber), "'"_sql));
+      sql("Select * From Personalstamm where PersonalNr  = '"_sql, value(run_.personnelNumber), "'"_sql));
   if (person->eof()) return;
   header.set("UnsereZeichen", emptyToNull(person->value("Kurzzeichen")));
   std::string clerk;

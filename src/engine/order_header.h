@@ -4,8 +4,7 @@
 #include "engine/finding_terms.h"
 #include "engine/job_row.h"
 #include "engine/order_number.h"
-#include "engine/order_options.h"
-#include "platform/environment.h"
+#include "engine/run_context.h"
 #include "rules/address_fields.h"
 #include "rules/master_data.h"
 
@@ -14,20 +13,13 @@
 
 namespace qx {
 
-/// What does not change from order to order of a run.
-struct OrderStamp {
-  std::string programVersion;
-  std::string personnelNumber;
-  std::string homeCurrency;
-};
-
 /// Fills the pending row of `Auftragskopf`.
 ///
 /// A field that both have is the job's, else the customer's; when that is empty too, the column is null and
 /// the code is not looked up. Unknown codes raise `OrderFailure`.
 class OrderHeader {
 public:
-  OrderHeader(Environment& environment, const OrderOptions& options, const OrderStamp& stamp);
+  explicit OrderHeader(const RunContext& run);
 
   /// `header` is in `addNew`; `customer` stands on the customer's row.
   void fill(Recordset& header, const JobRow& job, Recordset& customer, const OrderNumber& number,
@@ -47,8 +39,7 @@ private:
   std::string requireCode(const Sql& lookup, Rule rule, std::string_view code) const;
 
   Environment& environment_;
-  const OrderOptions& options_;
-  const OrderStamp& stamp_;
+  const RunContext& run_;
   MasterData masterData_;
   CustomerAddresses addresses_;
 };

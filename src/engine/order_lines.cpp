@@ -272,7 +272,7 @@ void OrderLines::fillCostAssignment(Recordset& line, Recordset& position, const 
   }
   if (pair.Kostenstelle.empty() && pair.Kostentraeger.empty()) {
     line.set("KostID", Value::null());
-  } else if (options_.createCostAssignment) {
+  } else if (options_.createCosts) {
     line.set("KostID", Value(costs_.findOrCreate(pair)));
   } else {
     const auto found = costs_.find(pair);

@@ -1,39 +1,26 @@
 #include "engine/order_options.h"
 
-#include "model/german_text.h"
-#include "model/text.h"
-
 namespace qx {
 
-OrderOptions OrderOptions::read(const Settings& settings, bool customerSpecific, Diagnostics& diagnostics) {
+OrderOptions OrderOptions::read(const Settings& settings, bool customerSpecific) {
   OrderOptions options;
   options.customerSpecific = customerSpecific;
-  options.checkCreditLimit = settings.isOn("KreditlimitAuftrag");
-  options.costAssignment = settings.isOn("KostenzuordnungAuftrag");
-  options.createCostAssignment = settings.isOn("KostAutomatischAnlegen");
-  options.warnOfStock = settings.isOn("WarnungLagerbestand");
-  options.circlePerOrder = settings.isOn("Buchungskreise", "OnNewAB");
+  options.checkCreditLimit = settings[option::checkCreditLimit];
+  options.costAssignment = settings[option::costAssignment];
+  options.createCosts = settings[option::createCosts];
+  options.warnOfStock = settings[option::warnOfStock];
+  options.circlePerOrder = settings[option::circlePerOrder];
   if (!customerSpecific) return options;
-  const auto own = [&](std::string_view key) { return settings.get(runApplicationName, optionSection, key); };
-  const auto amount = [&](std::string_view key) {
-    const std::string text = own(key);
-    if (trimBlanks(text).empty()) return 0.0;
-    const std::string doubt = doubtAbout(text);
-    if (doubt.empty()) return *parseTypedNumber(text);
-    diagnostics.report(
-        {"setting ImportJob2/" + std::string(key), "'" + text + "' " + doubt + " and is not used", ""});
-    return 0.0;
-  };
-  options.ZAVSRG = own("ZAVSRG");
-  options.VAKunde = own("VAKunde");
-  options.ZAKunde = own("ZAKunde");
-  options.abGewicht = amount("abGewicht");
-  options.VSabGewicht = own("VSabGewicht");
-  options.FrachtTransport = own("FrachtTransport");
-  options.FrachtGebuehr = own("FrachtGebuehr");
-  options.MinGebuehr = amount("MinGebuehr");
-  options.lineReadyForDelivery = settings.state("SWAuftLieferbereit");
-  options.lineReadyForInvoice = settings.state("SWAuftFakturierbereit");
+  options.ZAVSRG = settings[option::ZAVSRG];
+  options.VAKunde = settings[option::VAKunde];
+  options.ZAKunde = settings[option::ZAKunde];
+  options.abGewicht = settings[option::abGewicht];
+  options.VSabGewicht = settings[option::VSabGewicht];
+  options.FrachtTransport = settings[option::FrachtTransport];
+  options.FrachtGebuehr = settings[option::FrachtGebuehr];
+  options.MinGebuehr = settings[option::MinGebuehr];
+  options.lineReadyForDelivery = settings[option::linesReadyForDelivery];
+  options.lineReadyForInvoice = settings[option::linesReadyForInvoice];
   return options;
 }
 

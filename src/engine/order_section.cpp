@@ -22,10 +22,9 @@ void addEntry(std::string& list, std::string_view entry, bool isFirst) {
 
 } // namespace
 
-OrderSection::OrderSection(const Parts& parts, std::unique_ptr<Preisfindung> component)
-    : parts_(parts), prices_(parts.environment, std::move(component)),
-      check_(parts.environment, parts.options),
-      writer_(parts.environment, parts.options, parts.stamp, prices_) {}
+OrderSection::OrderSection(RunContext& run, std::unique_ptr<Preisfindung> component)
+    : run_(run), prices_(run.environment, std::move(component)), check_(run.environment, run.orderOptions),
+      writer_(run, prices_) {}
 
 void OrderSection::run(SectionRunner& runner) {
   runner.run(orders,
@@ -41,31 +40,27 @@ void OrderSection::announceMalformedFees() const {
   if (entries.empty()) return;
   Message message;
   message.text = std::string(malformedFees) + entries;
-  parts_.environment.desktop.show(message);
+  run_.environment.desktop.show(message);
 }
 
 /// Plain and accessory orders can be taken apart; an order is an accessory order when one of its articles is
 /// one.
 bool OrderSection::leftOut(const JobRow& job) const {
-  if (parts_.selection == qxProcessState::ProcessAll) return false;
-  const auto accessory = parts_.environment.connection->open(
+  if (run_.selection == qxProcessState::ProcessAll) return false;
+  const auto accessory = run_.environment.connection->open(
       sql("Select Exists(Select 1 From ImportPos, Artikelstamm Where ImportPos.JobID = '"_sql,
           value(job.text("JobID")),
           "' And Artikelstamm.Artikelnummer = ImportPos.Artikelnummer And Artikelstamm.Erfassungsschema = "
           "'Zubehoer') "
           "As found"_sql));
   const bool isAccessory = accessory->value(0).truth().value_or(false);
-  return isAccessory != (parts_.selection == qxProcessState::ProcessZubehör);
+  return isAccessory != (run_.selection == qxProcessState::ProcessZubehör);
 }
 
 JobResult OrderSection::processJob(JobRow& job) {
-  JobResult result;
-  if (leftOut(job)) {
-    result.leftOut = true;
-    return result;
-  }
-  Findings findings;
-  if (!evaluate(job, findings, result)) return result;
+  if (leftOut(job)) return {.leftOut = true};
+  auto [findings, refused] = evaluate(job);
+  if (refused) return std::move(*refused);
   try {
     // Pending until the order is written: the text, the order and the done code go together.
     if (!findings.empty()) {
@@ -75,11 +70,11 @@ JobResult OrderSection::processJob(JobRow& job) {
     }
     WrittenOrder order = writer_.WriteAuftrag(job);
     if (order.cashOnDelivery && order.weight > heavyWeight)
-      parts_.group.afterCommit([this, number = std::to_string(order.number)] {
-        std::string& list = parts_.cashOnDelivery;
+      run_.group.afterCommit([this, number = std::to_string(order.number)] {
+        std::string& list = run_.cashOnDelivery;
         list += (list.empty() ? "" : ", ") + number;
       });
-    result = written(job, std::move(order));
+    JobResult result = written(job, std::move(order));
     findings.append(std::move(result.findings));
     result.findings = std::move(findings);
     return result;
@@ -90,31 +85,30 @@ JobResult OrderSection::processJob(JobRow& job) {
 }
 
 /// Warnings stop an order only in automatic mode; errors stop every order that the clerk has not released.
-bool OrderSection::evaluate(JobRow& job, Findings& findings, JobResult& refused) {
+OrderSection::Verdict OrderSection::evaluate(JobRow& job) {
   prices_.beginOrder();
-  if (parts_.unevaluated) return true;
-  const bool automatic = parts_.automatic && !job.released();
+  if (run_.unevaluated) return {};
+  const bool automatic = run_.options.automatic && !job.released();
   if (automatic && !job.value("Fehlertext").isEmpty()) {
     job.set("Fehlertext", Value(""));
     job.update();
   }
-  findings = check_.CheckAuftrag(job.text("JobID"), prices_);
+  Findings findings = check_.CheckAuftrag(job.text("JobID"), prices_);
   const bool isError = findings.status() == CheckStatus::Error;
   if (!findings.empty() && (automatic || (isError && !job.released()))) {
     if (isError)
-      parts_.marks.markJobError(job, announced(findings));
+      run_.marks.markJobError(job, announced(findings));
     else
       JobMarks::markJobWarning(job, announced(findings));
-    refused = refusedResult(job, isError ? statusError : statusWarning, std::move(findings));
-    return false;
+    return {{}, refusedResult(job, isError ? statusError : statusWarning, std::move(findings))};
   }
-  return true;
+  return {std::move(findings), std::nullopt};
 }
 
 JobResult OrderSection::fail(JobRow& job, std::string_view reason, Findings findings) {
   job.set("Fehler", Value(true));
   job.set("Erledigt", Value(false));
-  parts_.marks.markJobError(job, reason);
+  run_.marks.markJobError(job, reason);
   return refusedResult(job, statusError, std::move(findings));
 }
 
@@ -124,17 +118,14 @@ JobResult OrderSection::refusedResult(const JobRow& job, std::string_view status
     result.line.articles = stagedArticles(job);
   } catch (const StatementError& error) {
     // The job is marked already; positions that cannot be read may be why it failed.
-    parts_.environment.diagnostics.report({"positions of an order", error.what(), job.text("JobID")});
+    run_.environment.diagnostics.report({"positions of an order", error.what(), job.text("JobID")});
   }
   return result;
 }
 
 JobResult OrderSection::written(const JobRow& job, WrittenOrder order) {
-  JobResult result;
-  result.line.process = orders.process;
+  JobResult result = SectionRunner::result(orders, job, statusDone);
   result.line.number = std::to_string(order.number);
-  result.line.status = statusDone;
-  result.line.date = job.text("Eingangsdatum");
   result.line.info = "Kundennummer: " + job.text("Kundennummer");
   appendLine(result.line.info, "Kunde: " + order.customerName);
   appendLine(result.line.info, "Eingangsdatum: " + job.text("Eingangsdatum"));
@@ -153,10 +144,10 @@ JobResult OrderSection::written(const JobRow& job, WrittenOrder order) {
 }
 
 ProtocolLine::Articles OrderSection::stagedArticles(const JobRow& job) const {
-  const auto positions = parts_.environment.connection->open(
+  const auto positions = run_.environment.connection->open(
       sql("Select *, Cast(Positionsnummer as int) as intPos From ImportPos Where JobID ='"_sql,
           value(job.text("JobID")), "' Order By intPos"_sql));
-  const MasterData masterData(parts_.environment);
+  const MasterData masterData(run_.environment);
   ProtocolLine::Articles articles;
   for (bool isFirst = true; !positions->eof(); positions->moveNext(), isFirst = false) {
     const std::string article = positions->text("Artikelnummer");

@@ -2,33 +2,20 @@
 #pragma once
 
 #include "engine/order_check.h"
-#include "engine/order_options.h"
 #include "engine/order_prices.h"
 #include "engine/order_writer.h"
 #include "engine/section_runner.h"
 
 #include <memory>
-#include <string>
+#include <optional>
 
 namespace qx {
 
 /// Checks each waiting order, parks it or writes it.
 class OrderSection {
 public:
-  struct Parts {
-    Environment& environment;
-    JobMarks& marks;
-    WorkGroup& group;
-    const OrderOptions& options;
-    const OrderStamp& stamp;
-    std::string& cashOnDelivery; ///< takes the numbers of the heavy orders that are paid to the carrier
-    bool automatic = false;
-    bool unevaluated = false;
-    qxProcessState selection = qxProcessState::ProcessAll;
-  };
-
   /// `component`: the run's pricing component, initialised; may be null.
-  OrderSection(const Parts& parts, std::unique_ptr<Preisfindung> component);
+  OrderSection(RunContext& run, std::unique_ptr<Preisfindung> component);
 
   /// Shows the malformed fee entries at its end.
   void run(SectionRunner& runner);
@@ -37,14 +24,18 @@ private:
   JobResult processJob(JobRow& job);
   void announceMalformedFees() const;
   bool leftOut(const JobRow& job) const;
-  /// False when the job must not be written; else `findings` are those that it is written with.
-  bool evaluate(JobRow& job, Findings& findings, JobResult& refused);
+  /// What the check says of a job.
+  struct Verdict {
+    Findings findings;                ///< what it is written with
+    std::optional<JobResult> refused; ///< set when it must not be written
+  };
+  Verdict evaluate(JobRow& job);
   JobResult fail(JobRow& job, std::string_view reason, Findings findings = {});
   static JobResult written(const JobRow& job, WrittenOrder order);
   ProtocolLine::Articles stagedArticles(const JobRow& job) const;
   JobResult refusedResult(const JobRow& job, std::string_view status, Findings findings) const;
 
-  Parts parts_;
+  RunContext& run_;
   OrderPrices prices_;
   OrderCheck check_;
   OrderWriter writer_;

@@ -12,11 +12,10 @@
 #include <stdexcept>
 
 namespace qx {
-OrderWriter::OrderWriter(Environment& environment, const OrderOptions& options, const OrderStamp& stamp,
-                         OrderPrices& prices)
-    : environment_(environment), options_(options), stamp_(stamp), header_(environment, options, stamp),
-      numbers_(environment, options), prices_(prices), lines_(environment, options, prices),
-      fees_(environment), masterData_(environment) {}
+OrderWriter::OrderWriter(const RunContext& run, OrderPrices& prices)
+    : environment_(run.environment), options_(run.orderOptions), homeCurrency_(run.homeCurrency),
+      header_(run), numbers_(environment_, options_), prices_(prices), lines_(environment_, options_, prices),
+      fees_(environment_), masterData_(environment_) {}
 
 WrittenOrder OrderWriter::WriteAuftrag(JobRow& job) {
   writing_ = 0;
@@ -73,7 +72,7 @@ WrittenOrder OrderWriter::write(JobRow& job) {
   written.weight = totals.weight;
   written.cashOnDelivery = isCashOnDelivery(order);
   written.customerName = header->text("Bez1");
-  written.hints = orderHints(fieldsOf(job.row()), *customer, *environment_.connection, stamp_.homeCurrency);
+  written.hints = orderHints(fieldsOf(job.row()), *customer, *environment_.connection, homeCurrency_);
   stampCustomer(job, *customer);
   // Last of all: a job that is done has its whole order.
   finishJob(job, number.number);

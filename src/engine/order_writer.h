@@ -3,7 +3,6 @@
 
 #include "engine/accessory_fees.h"
 #include "engine/findings.h"
-#include "engine/job_marks.h"
 #include "engine/job_row.h"
 #include "engine/order_context.h"
 #include "engine/order_header.h"
@@ -37,8 +36,7 @@ struct WrittenOrder {
 /// and index entry and header are deleted, each step whatever became of the others.
 class OrderWriter {
 public:
-  OrderWriter(Environment& environment, const OrderOptions& options, const OrderStamp& stamp,
-              OrderPrices& prices);
+  OrderWriter(const RunContext& run, OrderPrices& prices);
 
   /// Raises `OrderFailure` with the sentence for the clerk, or what the database raises. The job's done code
   /// is written last.
@@ -72,7 +70,7 @@ private:
 
   Environment& environment_;
   const OrderOptions& options_;
-  const OrderStamp& stamp_;
+  const std::string& homeCurrency_;
   OrderHeader header_;
   OrderNumbers numbers_;
   OrderPrices& prices_;

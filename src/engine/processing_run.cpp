@@ -12,40 +12,24 @@
 #include <utility>
 
 namespace qx {
-namespace {
-
-constexpr std::string_view defaultVersion = " 6.3.0";
-
-} // namespace
-
-ProcessingRun::ProcessingRun(const RunParts& parts, bool unevaluated, qxProcessState selection)
-    : parts_(parts), environment_(parts.environment), settings_(environment_, SettingTrap::Refusals),
-      unevaluated_(unevaluated), selection_(selection), missing_(environment_.diagnostics),
-      wait_(parts.events, environment_.diagnostics, parts.stop, environment_.desktop),
-      group_(environment_, wait_), marks_(environment_, missing_,
-                                          [this](std::int16_t jobType, std::string_view text) {
-                                            group_.afterCommit([this, jobType, kept = std::string(text)] {
-                                              parts_.errors.add(jobType, kept);
-                                            });
-                                          }),
-      sections_({environment_, parts.events, parts.protocol, parts.stop, parts.outcomes, group_, missing_,
-                 report_}),
-      programVersion_(defaultVersion) {}
+ProcessingRun::ProcessingRun(RunContext& run)
+    : run_(run), environment_(run.environment), settings_(environment_, SettingTrap::Refusals),
+      sections_(run) {}
 
 RunReport ProcessingRun::execute() {
   try {
     perform();
   } catch (const InterruptedError&) {
-    group_.abandon();
-    report_.end = RunEnd::Stopped;
+    run_.group.abandon();
+    run_.report.end = RunEnd::Stopped;
     countWaiting();
   } catch (const BusyError& error) {
     // The wait for the database ends when the run is stopped.
-    if (!parts_.stop.requested()) {
+    if (!run_.stop.requested()) {
       breakOff(error);
     } else {
-      group_.abandon();
-      report_.end = RunEnd::Stopped;
+      run_.group.abandon();
+      run_.report.end = RunEnd::Stopped;
       countWaiting();
     }
   } catch (const std::exception& error) {
@@ -53,17 +37,17 @@ RunReport ProcessingRun::execute() {
   }
   collectJobsLeft();
   announceCashOnDelivery();
-  return std::move(report_);
+  return std::move(run_.report);
 }
 
 /// What happens when memory is short must do without it.
 void ProcessingRun::breakOff(const std::exception& error) noexcept {
-  group_.abandon();
-  report_.end = RunEnd::Broken;
+  run_.group.abandon();
+  run_.report.end = RunEnd::Broken;
   environment_.diagnostics.report({"processing run", error.what(), ""});
   try {
-    report_.failure = error.what();
-    report_.germanFailure = germanCause(error);
+    run_.report.failure = error.what();
+    run_.report.germanFailure = germanCause(error);
   } catch (const std::bad_alloc&) {
     environment_.diagnostics.report({"processing run", "no memory for the reason", ""});
   }
@@ -72,10 +56,10 @@ void ProcessingRun::breakOff(const std::exception& error) noexcept {
 /// A host learns of them from the collected texts.
 void ProcessingRun::collectJobsLeft() noexcept {
   try {
-    for (const auto& [jobId, reason] : report_.left) {
+    for (const auto& [jobId, reason] : run_.report.left) {
       std::string sentence = "Die Datenbank lehnt es ab, den Vorgang '" + jobId + "' zu ändern: ";
       sentence += reason;
-      parts_.errors.all.add(sentence);
+      run_.errors.all.add(sentence);
     }
   } catch (const std::bad_alloc&) {
     environment_.diagnostics.report({"processing run", "no memory for the jobs that were left", ""});
@@ -84,10 +68,10 @@ void ProcessingRun::collectJobsLeft() noexcept {
 
 /// What was written is to be said also when the run broke off behind it.
 void ProcessingRun::announceCashOnDelivery() noexcept {
-  if (cashOnDelivery_.empty()) return;
-  trapped(environment_.diagnostics, {"cash on delivery", cashOnDelivery_}, [&] {
+  if (run_.cashOnDelivery.empty()) return;
+  trapped(environment_.diagnostics, {"cash on delivery", run_.cashOnDelivery}, [&] {
     Message message;
-    message.text = std::string(heavyCashOnDelivery) + cashOnDelivery_;
+    message.text = std::string(heavyCashOnDelivery) + run_.cashOnDelivery;
     environment_.desktop.show(message);
   });
 }
@@ -97,7 +81,7 @@ void ProcessingRun::countWaiting() {
   trapped(environment_.diagnostics, {"count of waiting jobs"}, [&] {
     const auto rows = environment_.connection->open(
         sql("Select Count(*) As Anzahl From ImportKopf Where JobType In (10, 20, 30, 40)"_sql));
-    report_.stillWaiting = static_cast<std::size_t>(rows->value(0).integer().value_or(0));
+    run_.report.stillWaiting = static_cast<std::size_t>(rows->value(0).integer().value_or(0));
   });
 }
 
@@ -108,8 +92,8 @@ void ProcessingRun::perform() {
   readOptions();
   initPrices();
   readProgramVersion();
-  parts_.protocol.create([this](const Message& message) { environment_.desktop.show(message); }, &wait_);
-  report_.protocolId = parts_.protocol.id();
+  run_.protocol.create([this](const Message& message) { environment_.desktop.show(message); }, &run_.wait);
+  run_.report.protocolId = run_.protocol.id();
   // Before the reset on purpose: a contract that is released in this run keeps its position until the next.
   prepareContracts();
   resetReleasedJobs();
@@ -130,12 +114,12 @@ void ProcessingRun::createComponents() {
 
 /// All of them before the first job: with one that cannot be read nothing is to be written.
 void ProcessingRun::readOptions() {
-  options_ = RunOptions::read(settings_);
-  orderOptions_ = OrderOptions::read(settings_, options_.customerSpecific, environment_.diagnostics);
+  run_.options = RunOptions::read(settings_);
+  run_.orderOptions = OrderOptions::read(settings_, run_.options.customerSpecific);
   purgeOptions_ = PurgeOptions::read(settings_);
   // Customers and contracts do without it; every order fails, for its tax would be a guess.
   trapped(environment_.diagnostics, {"change of tax rates", {}, &isFatal},
-          [&] { orderOptions_.taxChangeDay = TaxRules(environment_).changeDay(); });
+          [&] { run_.orderOptions.taxChangeDay = TaxRules(environment_).changeDay(); });
 }
 
 void ProcessingRun::initPrices() {
@@ -146,11 +130,11 @@ void ProcessingRun::initPrices() {
 }
 
 bool ProcessingRun::orderIsBeingReadIn() {
-  if (!settings_.isOn("NewMail")) return false;
-  report_.end = RunEnd::Refused;
-  report_.failure = "Es wird gerade eine Bestellung eingelesen.";
+  if (!settings_[option::orderBeingReadIn]) return false;
+  run_.report.end = RunEnd::Refused;
+  run_.report.failure = "Es wird gerade eine Bestellung eingelesen.";
   Message message;
-  message.text = report_.failure;
+  message.text = run_.report.failure;
   environment_.desktop.show(message);
   return true;
 }
@@ -159,7 +143,7 @@ void ProcessingRun::readProgramVersion() {
   std::string version;
   trapped(environment_.diagnostics, {"version component", {}, &isFatal},
           [&] { version = environment_.components.createVersion()->version(); });
-  if (!version.empty()) programVersion_ = " " + version;
+  if (!version.empty()) run_.programVersion = " " + version;
 }
 
 /// Every released row is reset in every run, whatever its code: the flag itself is never cleared by a run.
@@ -171,23 +155,23 @@ void ProcessingRun::resetReleasedJobs() {
     environment_.diagnostics.report({"reset of released jobs", error.what(), ""});
     refusal = error.what();
   };
-  group_.takeAll(rows->recordCount(), {[&](std::size_t at) {
-                                         rows->moveTo(at);
-                                         if (!rows->resync()) return;
-                                         JobRow job(*rows, missing_);
-                                         try {
-                                           resetJob(job);
-                                         } catch (const StatementError& error) {
-                                           job.cancelUpdate();
-                                           refused(error);
-                                         }
-                                       },
-                                       [&](std::size_t, const WorkLostError& loss) {
-                                         refused(loss);
-                                         return false;
-                                       },
-                                       [this] { return parts_.stop.requested(); }});
-  if (!refusal.empty() && !parts_.stop.requested()) nameReleasedJobsLeft(refusal);
+  run_.group.takeAll(rows->recordCount(), {[&](std::size_t at) {
+                                             rows->moveTo(at);
+                                             if (!rows->resync()) return;
+                                             JobRow job(*rows, run_.missing);
+                                             try {
+                                               resetJob(job);
+                                             } catch (const StatementError& error) {
+                                               job.cancelUpdate();
+                                               refused(error);
+                                             }
+                                           },
+                                           [&](std::size_t, const WorkLostError& loss) {
+                                             refused(loss);
+                                             return false;
+                                           },
+                                           [this] { return run_.stop.requested(); }});
+  if (!refusal.empty() && !run_.stop.requested()) nameReleasedJobsLeft(refusal);
 }
 
 /// The reset reads no keys. Released jobs that are still parked behind it are the ones that it had to leave.
@@ -195,7 +179,7 @@ void ProcessingRun::nameReleasedJobsLeft(const std::string& reason) {
   const auto jobs =
       environment_.connection->open(sql("Select JobID From ImportKopf Where ProcessWarning = 1 And "
                                         "JobType In (11, 12, 21, 22, 31, 32, 41, 42)"_sql));
-  for (; !jobs->eof(); jobs->moveNext()) report_.leave(jobs->text("JobID"), reason);
+  for (; !jobs->eof(); jobs->moveNext()) run_.report.leave(jobs->text("JobID"), reason);
 }
 
 void ProcessingRun::resetJob(JobRow& job) {
@@ -214,38 +198,30 @@ void ProcessingRun::resetJob(JobRow& job) {
 
 /// The values look like flags but are compared for equality: a combination selects nothing.
 bool ProcessingRun::selects(qxProcessState section) const {
-  return selection_ == qxProcessState::ProcessAll || selection_ == section;
+  return run_.selection == qxProcessState::ProcessAll || run_.selection == section;
 }
 
-void ProcessingRun::prepareContracts() {
-  unprepared_ = ContractPreparation(environment_, missing_, group_, parts_.stop).run();
-}
+void ProcessingRun::prepareContracts() { unprepared_ = ContractPreparation(run_).run(); }
 
 void ProcessingRun::processCustomers() {
   if (!selects(qxProcessState::ProcessKunden)) return;
-  CustomerSection section(environment_, options_, marks_, parts_.events, parts_.homeCurrency, unevaluated_);
-  section.run(sections_);
+  CustomerSection(run_).run(sections_);
 }
 
 void ProcessingRun::processContracts() {
   if (!selects(qxProcessState::ProcessVerträge)) return;
-  ContractSection section(environment_, marks_, parts_.events, unprepared_);
-  section.run(sections_);
+  ContractSection(run_, unprepared_).run(sections_);
 }
 
 void ProcessingRun::processOrders() {
   if (!selects(qxProcessState::ProcessAufträge) && !selects(qxProcessState::ProcessZubehör)) return;
-  const OrderStamp stamp{programVersion_, parts_.personnelNumber, parts_.homeCurrency};
-  OrderSection section({environment_, marks_, group_, orderOptions_, stamp, cashOnDelivery_,
-                        options_.automatic, unevaluated_, selection_},
-                       std::move(prices_));
-  section.run(sections_);
+  OrderSection(run_, std::move(prices_)).run(sections_);
 }
 
 void ProcessingRun::close() {
-  if (options_.customerSpecific) cleanUpProtocol();
-  if (parts_.stop.requested())
-    report_.end = RunEnd::Stopped;
+  if (run_.options.customerSpecific) cleanUpProtocol();
+  if (run_.stop.requested())
+    run_.report.end = RunEnd::Stopped;
   else
     purge();
 }
@@ -255,16 +231,16 @@ void ProcessingRun::cleanUpProtocol() {
     return isFatal(failure) && dynamic_cast<const WorkLostError*>(&failure) == nullptr;
   };
   trapped(environment_.diagnostics, {"protocol clean-up", {}, endsTheRun},
-          [&] { parts_.protocol.cleanUp(&wait_); });
-  report_.protocolId = parts_.protocol.id();
+          [&] { run_.protocol.cleanUp(&run_.wait); });
+  run_.report.protocolId = run_.protocol.id();
 }
 
 void ProcessingRun::purge() {
-  JobDeletion deletion(environment_, &wait_);
+  JobDeletion deletion(environment_, &run_.wait);
   const bool complete = purgeArchives(
-      deletion, purgeOptions_, [this](std::string_view text) { parts_.events.raiseProcessInfo(text); },
-      [this] { return !parts_.stop.requested(); });
-  if (!complete) report_.end = RunEnd::Stopped;
+      deletion, purgeOptions_, [this](std::string_view text) { run_.events.raiseProcessInfo(text); },
+      [this] { return !run_.stop.requested(); });
+  if (!complete) run_.report.end = RunEnd::Stopped;
 }
 
 } // namespace qx

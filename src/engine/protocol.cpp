@@ -86,15 +86,15 @@ void Protocol::openOrCreate(BusyWait* wait) {
   // would begin a second protocol, and whoever asks for the day's protocol would miss the lines of the first.
   WorkUnit unit(connection, wait, Join::IfOpen);
   std::string id;
-  if (settings_.option("ProtoDate") == today) {
-    const std::string stored = settings_.option("ProtoID");
+  if (settings_[option::protocolDate] == today) {
+    const std::string stored = settings_[option::protocolId];
     if (protokoll_->OpenProtokoll(connection, stored)) id = stored;
   }
   if (id.empty()) {
     id = protokoll_->CreateProtokoll(connection, title, kind, list);
-    settings_.save(applicationName, optionSection, "ProtoID", id);
+    settings_.save(option::protocolId, id);
   }
-  settings_.save(applicationName, optionSection, "ProtoDate", today);
+  settings_.save(option::protocolDate, today);
   // A host's session may say of a lost unit only that the setting could not be written, and that is skipped.
   if (connection.ownsWork() && !connection.inWork())
     throw WorkLostError("Das Protokoll konnte nicht gespeichert werden.", 0);

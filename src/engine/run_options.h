@@ -3,20 +3,17 @@
 
 #include "settings/settings.h"
 
-#include <string>
-
 namespace qx {
 
-/// Options of the run. Texts are as stored; "" when absent.
+/// Options of the run, those of orders aside.
 struct RunOptions {
-  bool automatic = false;        ///< `AutomatischVerarbeiten`
-  bool createGroups = false;     ///< `KundenKundengruppe`
-  bool createReps = false;       ///< `KundenVertreter`
-  bool createPayments = false;   ///< `KundenZahlungsart`
-  bool createBanks = false;      ///< `KundenBankleitzahl`
-  bool compareAddresses = false; ///< `KundeAdressProof`
   bool customerSpecific = false; ///< the installation's own checks and fees
-  std::string ZAVSRG, ZAVS, VAZA, abGewicht, VSabGewicht;
+  bool automatic = false;        ///< check the jobs and park those with findings
+  bool createGroups = false;     ///< create unknown customer groups, and so on
+  bool createReps = false;
+  bool createPayments = false;
+  bool createBanks = false;
+  bool compareAddresses = false; ///< warn of addresses that differ from the customer's
 
   static RunOptions read(const Settings& settings);
 };

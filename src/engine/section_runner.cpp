@@ -17,23 +17,23 @@ void JobResult::addHints(Findings hints) {
 
 void SectionRunner::run(const Section& section, const Sql& query, const Handler& handler) {
   // A section that takes nothing any more only counts what it leaves.
-  if (!parts_.stop.requested()) parts_.events.raiseProcessInfo(section.info);
-  const auto jobs = parts_.environment.connection->openKeyset(query);
+  if (!run_.stop.requested()) run_.events.raiseProcessInfo(section.info);
+  const auto jobs = run_.environment.connection->openKeyset(query);
   const std::size_t count = jobs->recordCount();
   progressRaised_ = 0;
   attempt_ = {};
-  const std::size_t taken = parts_.group.takeAll(count, {[&](std::size_t at) {
-                                                           take(section, *jobs, at, handler);
-                                                           raiseProgress(at + 1, count);
-                                                         },
-                                                         [&](std::size_t at, const WorkLostError& loss) {
-                                                           if (takesAgain(loss)) return true;
-                                                           leave(*jobs, at, loss);
-                                                           raiseProgress(at + 1, count);
-                                                           return false;
-                                                         },
-                                                         [&] { return parts_.stop.requested(); }});
-  parts_.report.stillWaiting += count - taken;
+  const std::size_t taken = run_.group.takeAll(count, {[&](std::size_t at) {
+                                                         take(section, *jobs, at, handler);
+                                                         raiseProgress(at + 1, count);
+                                                       },
+                                                       [&](std::size_t at, const WorkLostError& loss) {
+                                                         if (takesAgain(loss)) return true;
+                                                         leave(*jobs, at, loss);
+                                                         raiseProgress(at + 1, count);
+                                                         return false;
+                                                       },
+                                                       [&] { return run_.stop.requested(); }});
+  run_.report.stillWaiting += count - taken;
 }
 
 void SectionRunner::take(const Section& section, Recordset& jobs, std::size_t at, const Handler& handler) {
@@ -48,22 +48,22 @@ void SectionRunner::take(const Section& section, Recordset& jobs, std::size_t at
   const auto result =
       attempt_.writing ? markFailed(handler, jobs, attempt_.writing->what()) : processJob(handler, jobs);
   if (result && !result->leftOut) {
-    parts_.group.requireWork();
-    logJob(JobRow(jobs, parts_.missing), *result);
+    run_.group.requireWork();
+    logJob(JobRow(jobs, run_.missing), *result);
   }
   attempt_.step = Step::Committing;
 }
 
 /// Nothing when the job disappeared meanwhile.
 std::optional<JobResult> SectionRunner::processJob(const Handler& handler, Recordset& jobs) {
-  JobRow job(jobs, parts_.missing);
+  JobRow job(jobs, run_.missing);
   std::optional<JobResult> result;
   const std::string jobId = job.text("JobID");
   trapped(
-      parts_.environment.diagnostics, {"processing of a job", jobId, &isFatal},
+      run_.environment.diagnostics, {"processing of a job", jobId, &isFatal},
       [&] { result = handler.process(job); },
       [&](const std::exception& error) {
-        parts_.group.requireWork();
+        run_.group.requireWork();
         result = markFailed(handler, jobs, error.what());
       });
   return result;
@@ -74,11 +74,11 @@ std::optional<JobResult> SectionRunner::processJob(const Handler& handler, Recor
 std::optional<JobResult> SectionRunner::markFailed(const Handler& handler, Recordset& jobs,
                                                    const std::string& reason) {
   attempt_.step = Step::Marking;
-  JobRow job(jobs, parts_.missing);
+  JobRow job(jobs, run_.missing);
   job.cancelUpdate();
   // What its failure undid still stands in the values that were read before.
   if (!jobs.resync()) {
-    parts_.environment.diagnostics.report(
+    run_.environment.diagnostics.report(
         {"processing of a job", "a job was deleted while it was processed; it is passed over", ""});
     return std::nullopt;
   }
@@ -115,10 +115,10 @@ bool SectionRunner::takesAgain(const WorkLostError& loss) {
 void SectionRunner::leave(Recordset& jobs, std::size_t at, const WorkLostError& loss) {
   jobs.moveTo(at);
   if (!jobs.resync()) return;
-  const std::string jobId = JobRow(jobs, parts_.missing).text("JobID");
-  parts_.environment.diagnostics.report(
+  const std::string jobId = JobRow(jobs, run_.missing).text("JobID");
+  run_.environment.diagnostics.report(
       {"marking of a job", std::string("the job is left waiting: ") + loss.what(), jobId});
-  parts_.report.leave(jobId, loss.what());
+  run_.report.leave(jobId, loss.what());
 }
 
 /// Protocol line, then address index. Neither takes the job's result back.
@@ -130,49 +130,54 @@ void SectionRunner::logJob(const JobRow& job, const JobResult& result) {
   bool logged = addLine(result.line);
   if (!result.indexedCustomer.empty() && !indexCustomer(result.indexedCustomer, outcome.jobId))
     logged = false;
-  parts_.group.afterCommit([this, logged, outcome = std::move(outcome)] {
-    parts_.report.count(outcome);
-    if (!logged) ++parts_.report.protocolErrors;
-    if (parts_.outcomes) parts_.outcomes(outcome);
+  run_.group.afterCommit([this, logged, outcome = std::move(outcome)] {
+    run_.report.count(outcome);
+    if (!logged) ++run_.report.protocolErrors;
+    if (run_.outcomes) run_.outcomes(outcome);
   });
 }
 
 bool SectionRunner::addLine(const ProtocolLine& line) {
   const auto show = [this](const Message& message) {
-    parts_.group.afterCommit([this, message] { parts_.environment.desktop.show(message); });
+    run_.group.afterCommit([this, message] { run_.environment.desktop.show(message); });
   };
   if (attempt_.line) {
-    parts_.protocol.giveUpLine(*attempt_.line, show);
+    run_.protocol.giveUpLine(*attempt_.line, show);
     return false;
   }
   attempt_.step = Step::Logging;
-  return parts_.protocol.add(line, show);
+  return run_.protocol.add(line, show);
 }
 
 bool SectionRunner::indexCustomer(std::string_view customer, std::string_view jobId) {
   if (attempt_.index) {
-    parts_.environment.diagnostics.report({"address index", attempt_.index->what(), jobId});
+    run_.environment.diagnostics.report({"address index", attempt_.index->what(), jobId});
     return false;
   }
   attempt_.step = Step::Indexing;
-  return !trapped(parts_.environment.diagnostics, {"address index", jobId, &isFatal}, [&] {
+  return !trapped(run_.environment.diagnostics, {"address index", jobId, &isFatal}, [&] {
     if (!addressIndex_) throw std::runtime_error("there is no address index component");
-    Savepoint part(*parts_.environment.connection);
+    Savepoint part(*run_.environment.connection);
     addressIndex_->CreateIndex(customer, 1);
     part.release();
   });
 }
 
-JobResult SectionRunner::refused(const Section& section, const JobRow& job, std::string_view status,
-                                 Findings findings) {
+JobResult SectionRunner::result(const Section& section, const JobRow& job, std::string_view status) {
   JobResult result;
-  result.findings = std::move(findings);
   result.line.process = section.process;
   result.line.number = job.text(section.numberField);
   result.line.status = status;
   result.line.date = job.text("Eingangsdatum");
-  result.line.info = job.text("Fehlertext");
   return result;
+}
+
+JobResult SectionRunner::refused(const Section& section, const JobRow& job, std::string_view status,
+                                 Findings findings) {
+  JobResult refused = result(section, job, status);
+  refused.findings = std::move(findings);
+  refused.line.info = job.text("Fehlertext");
+  return refused;
 }
 
 void SectionRunner::raiseProgress(std::size_t position, std::size_t count) {
@@ -180,7 +185,7 @@ void SectionRunner::raiseProgress(std::size_t position, std::size_t count) {
   if (position <= progressRaised_) return;
   progressRaised_ = position;
   const double percent = 100.0 / static_cast<double>(count) * static_cast<double>(position);
-  parts_.events.raiseProcessProgress(static_cast<std::int16_t>(std::nearbyint(percent)));
+  run_.events.raiseProcessProgress(static_cast<std::int16_t>(std::nearbyint(percent)));
 }
 
 } // namespace qx

@@ -1,15 +1,9 @@
 // Takes the jobs of one section of a run, one after the other.
 #pragma once
 
-#include "engine/event_source.h"
 #include "engine/findings.h"
-#include "engine/job_marks.h"
-#include "engine/job_outcome.h"
 #include "engine/job_row.h"
-#include "engine/protocol.h"
-#include "engine/stop_signal.h"
-#include "platform/environment.h"
-#include "store/work_group.h"
+#include "engine/run_context.h"
 
 #include <array>
 #include <cstddef>
@@ -21,9 +15,6 @@
 #include <string_view>
 
 namespace qx {
-
-/// Told of every job of a run once its outcome is durable.
-using OutcomeSink = std::function<void(const JobOutcome&)>;
 
 inline constexpr std::string_view statusDone = "Erledigt";
 inline constexpr std::string_view statusWarning = "Warnung";
@@ -44,9 +35,9 @@ struct Section {
 /// What became of one job, as its protocol line tells it.
 struct JobResult {
   bool leftOut = false; ///< the section leaves the job as it is: no line, not counted
-  ProtocolLine line;
-  Findings findings;           ///< why it was refused, or what is worth knowing though it was written
-  std::string indexedCustomer; ///< whose address index is to be brought up to date; empty for none
+  ProtocolLine line{};
+  Findings findings{};           ///< why it was refused, or what is worth knowing though it was written
+  std::string indexedCustomer{}; ///< whose address index is to be brought up to date; empty for none
 
   /// The hints of a job that was written; in the protocol they stand behind its information.
   void addHints(Findings hints);
@@ -64,23 +55,14 @@ public:
     std::function<JobResult(JobRow&, std::string_view reason)> fail;
   };
 
-  struct Parts {
-    Environment& environment;
-    EventSource& events;
-    Protocol& protocol;
-    const StopSignal& stop;
-    const OutcomeSink& outcomes; ///< may be empty
-    WorkGroup& group;
-    MissingColumns& missing;
-    RunReport& report;
-  };
-
-  explicit SectionRunner(const Parts& parts) : parts_(parts) {}
+  explicit SectionRunner(RunContext& run) : run_(run) {}
 
   /// The component that keeps the address index; without one every entry counts as not written.
   void setAddressIndex(std::unique_ptr<Adressindex> index) { addressIndex_ = std::move(index); }
   void run(const Section& section, const Sql& query, const Handler& handler);
-  /// The result of a job that was parked or failed: its reasons are the protocol's info.
+  /// The result of a job with what every protocol line says; its number is that of the section's field.
+  static JobResult result(const Section& section, const JobRow& job, std::string_view status);
+  /// The same of a job that was parked or failed: its reasons are the protocol's info.
   static JobResult refused(const Section& section, const JobRow& job, std::string_view status,
                            Findings findings = {});
 
@@ -107,7 +89,7 @@ private:
   bool indexCustomer(std::string_view customer, std::string_view jobId);
   void raiseProgress(std::size_t position, std::size_t count);
 
-  Parts parts_;
+  RunContext& run_;
   std::unique_ptr<Adressindex> addressIndex_;
   Attempt attempt_;
   std::size_t progressRaised_ = 0;

@@ -11,14 +11,13 @@
 namespace qx {
 namespace {
 
-constexpr std::string_view section = "Kostenzuordnung";
-
 struct DocumentKind {
   std::string_view code;
-  std::string_view key;
+  const WholeOption* option;
 };
-constexpr std::array documentKinds{DocumentKind{"AN", "Angebot"}, DocumentKind{"AB", "Kundenauftrag"},
-                                   DocumentKind{"BS", "Bestellung"}, DocumentKind{"AF", "Anfrage"}};
+constexpr std::array documentKinds{
+    DocumentKind{"AN", &option::costsOfQuotes}, DocumentKind{"AB", &option::costsOfOrders},
+    DocumentKind{"BS", &option::costsOfPurchases}, DocumentKind{"AF", &option::costsOfInquiries}};
 
 /// What a document kind demands, as the setting's number says it.
 constexpr bool demandsCentre(std::int16_t rule) { return rule == 1 || rule == 3; }
@@ -41,27 +40,25 @@ std::int32_t CostAssignment::CheckKostzuord(std::string_view Belegart, std::int3
   const CostPair pair = trimmed(read(KostID));
   const std::int16_t rule = ruleOf(Belegart);
   if (demandsCentre(rule) && pair.Kostenstelle.empty()) {
-    if (ShowMessage) showMissing("Kost1", "Kostenstelle");
+    if (ShowMessage) showMissing(option::costCentreLabel);
     return -1;
   }
   if (demandsUnit(rule) && pair.Kostentraeger.empty()) {
-    if (ShowMessage) showMissing("Kost2", "Kostenträger");
+    if (ShowMessage) showMissing(option::costUnitLabel);
     return -1;
   }
   return 0;
 }
 
 std::int16_t CostAssignment::ruleOf(std::string_view documentKind) const {
-  std::string_view key; // an unknown kind reads an empty key, for which nothing is set
   for (const DocumentKind& kind : documentKinds)
-    if (equalCodes(kind.code, documentKind)) key = kind.key;
-  return settingToInt16(Settings(environment_, SettingTrap::Refusals).getShared(section, key, "0"))
-      .value_or(0);
+    if (equalCodes(kind.code, documentKind))
+      return Settings(environment_, SettingTrap::Refusals)[*kind.option].value_or(0);
+  return 0; // of an unknown kind
 }
 
-void CostAssignment::showMissing(std::string_view labelKey, std::string_view fallback) const {
-  const std::string label =
-      Settings(environment_, SettingTrap::Refusals).getShared(section, labelKey, fallback);
+void CostAssignment::showMissing(const TextOption& labelOption) const {
+  const std::string label = Settings(environment_, SettingTrap::Refusals)[labelOption];
   environment_.desktop.show(
       {"Fehlende Zuordnung für " + label + "!", "Kostenzuordnung fehlt!", MessageIcon::Exclamation});
 }

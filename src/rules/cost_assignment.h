@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/environment.h"
+#include "settings/options.h"
 
 #include <cstdint>
 #include <optional>
@@ -37,7 +38,7 @@ public:
 private:
   std::unique_ptr<Recordset> openPair(const CostPair& pair) const;
   std::int16_t ruleOf(std::string_view documentKind) const;
-  void showMissing(std::string_view labelKey, std::string_view fallback) const;
+  void showMissing(const TextOption& labelOption) const;
 
   Environment& environment_;
 };

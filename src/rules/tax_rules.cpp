@@ -3,6 +3,7 @@
 #include "model/text.h"
 #include "platform/whole_number.h"
 #include "rules/active_connection.h"
+#include "settings/options.h"
 
 #include <cmath>
 
@@ -24,7 +25,8 @@ Connection& TaxRules::connection() const {
 
 std::string TaxRules::changeDay() const {
   if (!environment_.session) return {};
-  const std::string setting = environment_.session->GetSetting("Allgemein", "DatumMwStÄnderung", "");
+  const std::string setting =
+      environment_.session->GetSetting(option::taxChangeDay.section, option::taxChangeDay.key, "");
   const std::string_view text = trimBlanks(setting);
   if (text.empty()) return {};
   // Of a time stamp the day counts, whatever stands behind it.

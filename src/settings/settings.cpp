@@ -1,5 +1,7 @@
 #include "settings/settings.h"
 
+#include "model/german_text.h"
+#include "model/text.h"
 #include "platform/trapped.h"
 
 #include <stdexcept>
@@ -54,13 +56,6 @@ std::optional<std::string> Settings::read(std::string_view application, std::str
                  [&] { return connectedSession(environment_).GetSetting(section, key, std::nullopt); });
 }
 
-std::string Settings::getShared(std::string_view section, std::string_view key,
-                                std::string_view fallback) const {
-  return attempt(describe("shared", section, key, "read"),
-                 [&] { return connectedSession(environment_).GetSetting(section, key, fallback); })
-      .value_or(std::string(fallback));
-}
-
 void Settings::save(std::string_view application, std::string_view section, std::string_view key,
                     std::string_view setting, bool local) const {
   attempt(describe(local ? "local" : "shared", section, key, "written"), [&] {
@@ -72,14 +67,48 @@ void Settings::save(std::string_view application, std::string_view section, std:
   });
 }
 
-std::optional<bool> Settings::state(std::string_view section, std::string_view key) const {
-  const OptionKey* check = findOptionKey(section, key);
-  if (check == nullptr) throw std::logic_error("no option is called " + std::string(key));
-  const bool local = check->store == OptionStore::Local;
-  const auto text = read(applicationName, section, key, local);
-  return text ? checkState(*check, *text) : std::nullopt;
+std::optional<std::string> Settings::read(const OptionSpec& option) const {
+  return read(applicationName, option.section, option.key, option.isLocal());
 }
 
-bool Settings::customerSpecific() const { return get(applicationName, "Allgemein", "Individual") == "VLK"; }
+void Settings::save(const OptionSpec& option, std::string_view setting) const {
+  save(applicationName, option.section, option.key, setting, option.isLocal());
+}
+
+std::optional<bool> Settings::state(const OptionSpec& option) const {
+  const auto text = read(option);
+  return text ? checkState(option, *text) : std::nullopt;
+}
+
+/// The ERP is asked for its default itself.
+std::string Settings::text(const OptionSpec& option) const {
+  if (option.fallback.empty()) return read(option).value_or("");
+  return attempt(
+             describe("shared", option.section, option.key, "read"),
+             [&] {
+               return connectedSession(environment_).GetSetting(option.section, option.key, option.fallback);
+             })
+      .value_or(std::string(option.fallback));
+}
+
+bool Settings::operator[](const CheckOption& option) const { return state(option).value_or(false); }
+
+std::optional<bool> Settings::operator[](const TriStateOption& option) const { return state(option); }
+
+std::string Settings::operator[](const TextOption& option) const { return text(option); }
+
+double Settings::operator[](const AmountOption& option) const {
+  const std::string stored = text(option);
+  if (trimBlanks(stored).empty()) return 0;
+  const std::string doubt = doubtAbout(stored);
+  if (doubt.empty()) return *parseTypedNumber(stored);
+  environment_.diagnostics.report({"setting " + std::string(option.section) + "/" + std::string(option.key),
+                                   "'" + stored + "' " + doubt + " and is not used", ""});
+  return 0;
+}
+
+std::optional<std::int16_t> Settings::operator[](const WholeOption& option) const {
+  return settingToInt16(text(option));
+}
 
 } // namespace qx

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/environment.h"
-#include "settings/option_keys.h"
+#include "settings/options.h"
 
 #include <optional>
 #include <string>
@@ -12,10 +12,6 @@ namespace qx {
 
 /// The component's own application name.
 inline constexpr std::string_view applicationName = "QXImportJob";
-/// The application name under which some reads of the run are made; the shared store ignores it.
-inline constexpr std::string_view runApplicationName = "ImportJob";
-/// The section of the component's options.
-inline constexpr std::string_view optionSection = "ImportJob2";
 
 /// Which failures of a store are skipped. What is not reaches the caller.
 enum class SettingTrap : std::uint8_t {
@@ -37,26 +33,26 @@ public:
   /// The same; null when the store could not be read.
   std::optional<std::string> read(std::string_view application, std::string_view section,
                                   std::string_view key, bool local = false) const;
-  /// A shared value; the default when the key is absent or cannot be read.
-  std::string getShared(std::string_view section, std::string_view key, std::string_view fallback) const;
   void save(std::string_view application, std::string_view section, std::string_view key,
             std::string_view setting, bool local = false) const;
 
-  /// An option of the section `ImportJob2` of the shared store.
-  std::string option(std::string_view key) const { return get(applicationName, optionSection, key); }
-  /// What a check of the option table is set to, by the rule and from the store of its key; null when it is
-  /// not set, cannot be read or holds a text of which its readers make nothing.
-  std::optional<bool> state(std::string_view key) const { return state(optionSection, key); }
-  std::optional<bool> state(std::string_view section, std::string_view key) const;
-  /// The same for those to whom such a check is off.
-  bool isOn(std::string_view key) const { return isOn(optionSection, key); }
-  bool isOn(std::string_view section, std::string_view key) const {
-    return state(section, key).value_or(false);
-  }
-  /// `Allgemein`/`Individual` equals "VLK".
-  bool customerSpecific() const;
+  /// What an option is set to, by its rule and from its store. A check that is not set, cannot be read or
+  /// holds a text of which its readers make nothing is off.
+  bool operator[](const CheckOption& option) const;
+  /// The same for those to whom null is neither on nor off.
+  std::optional<bool> operator[](const TriStateOption& option) const;
+  /// The default when the key is absent or cannot be read.
+  std::string operator[](const TextOption& option) const;
+  /// 0 for none. A number that nobody can read, or in two ways, is not used and told to the diagnostics.
+  double operator[](const AmountOption& option) const;
+  std::optional<std::int16_t> operator[](const WholeOption& option) const;
+  /// As stored; null when the store could not be read.
+  std::optional<std::string> read(const OptionSpec& option) const;
+  void save(const OptionSpec& option, std::string_view setting) const;
 
 private:
+  std::optional<bool> state(const OptionSpec& option) const;
+  std::string text(const OptionSpec& option) const;
   template <class Access>
   std::optional<std::string> attempt(const std::string& where, Access&& access) const;
 

@@ -24,7 +24,7 @@ constexpr std::array passes{
 } // namespace
 
 PurgeOptions PurgeOptions::read(const Settings& settings) {
-  return {settings.isOn("KundeDelete"), settings.isOn("VTDelete"), settings.isOn("AuftragDelete")};
+  return {settings[option::purgeCustomers], settings[option::purgeContracts], settings[option::purgeOrders]};
 }
 
 bool purgeArchives(JobDeletion& deletion, const PurgeOptions& options,

@@ -93,7 +93,7 @@ std::string Auftrag::FormatItemCSV() const {
 
 ReadyFlags ReadyFlags::read(Environment& environment) {
   const Settings settings(environment);
-  return {settings.isOn("AuftragLieferbereit"), settings.isOn("AuftragFakturierbereit")};
+  return {settings[option::readyForDelivery], settings[option::readyForInvoice]};
 }
 
 AuftragsPos::AuftragsPos(Environment& environment)

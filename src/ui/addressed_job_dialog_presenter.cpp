@@ -95,7 +95,7 @@ void AddressedJobDialogPresenter::checkHints() {
       return values.emplace_back(current(column));
     };
     findings_.setHints(jobHints(activeConnection(environment()), kindOf(jobType()), fields,
-                                homeCurrencyOf(Settings(environment()))));
+                                Settings(environment())[option::homeCurrency]));
   });
 }
 

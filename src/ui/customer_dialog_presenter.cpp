@@ -108,7 +108,7 @@ void CustomerDialogPresenter::takeAddresses(const AddressDialogPresenter& edited
 
 void CustomerDialogPresenter::checkAnswer() {
   checking("Prüfen des Kundenvorgangs", [this] {
-    const bool compare = Settings(environment()).isOn("KundeAdressProof");
+    const bool compare = Settings(environment())[option::compareAddresses];
     const Findings found = CustomerProof(environment(), compare).prove(fields());
     answer_ = found.status();
     // A finding for which no field stands is not to be missed.

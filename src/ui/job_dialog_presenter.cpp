@@ -48,7 +48,7 @@ bool JobDialogPresenter::load(std::string_view jobId) {
   notice_.clear();
   outstanding_.clear();
   findings_.clearAll();
-  customerSpecific_ = Settings(environment()).customerSpecific();
+  customerSpecific_ = Settings(environment())[option::customerSpecific];
   build(customerSpecific_);
   const bool read = trying("Laden des Vorgangs", [&] {
     const ReadView view(activeConnection(environment()));

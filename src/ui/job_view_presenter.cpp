@@ -17,8 +17,6 @@
 namespace qx {
 namespace {
 
-constexpr std::string_view processSection = "Process";
-constexpr std::string_view windowSection = "MAIN";
 constexpr std::string_view fileFilter = "EDI (*.edi)|*.edi";
 constexpr std::string_view mailLabel = "Bestellungen werden eingelesen...";
 constexpr std::string_view goneNotice =
@@ -128,38 +126,33 @@ void JobViewPresenter::ProcessInfo(std::string_view info) {
 }
 
 void JobViewPresenter::create() {
-  state_.customerSpecific = settings_.customerSpecific();
+  state_.customerSpecific = settings_[option::customerSpecific];
   verify();
   refresh();
-  // Not the value that a run sets: the section differs, as stated.
-  settings_.save(applicationName, processSection, "OnProcess", "0");
+  settings_.save(option::processMark, "0");
   // Whoever opens the view holds the lock: a run that is said to be under way has died.
-  if (settings_.get(runApplicationName, optionSection, "OnProcess") == "1")
-    settings_.save(runApplicationName, optionSection, "OnProcess", "0");
+  if (settings_[option::runUnderWay]) settings_.save(option::runUnderWay, "0");
   compose();
 }
 
 StoredGeometry JobViewPresenter::storedGeometry() const {
-  const auto stored = [this](std::string_view key) -> std::optional<int> {
-    return settingToInt16(settings_.get(applicationName, windowSection, key, true));
-  };
   StoredGeometry geometry;
-  if (settings_.isOn("FenstergrößeSpeichern")) {
-    const auto width = stored("MainWidth");
-    const auto height = stored("MainHeight");
+  if (settings_[option::keepSize]) {
+    const auto width = settings_[option::mainWidth];
+    const auto height = settings_[option::mainHeight];
     if (width >= 1 && height >= 1) geometry.size = {*width, *height};
   }
-  if (settings_.isOn("FensterpositionSpeichern")) {
-    const auto state = stored("MainState");
+  if (settings_[option::keepPosition]) {
+    const auto state = settings_[option::mainState];
     if (state >= 0 && state <= 2) geometry.state = static_cast<WindowState>(*state);
-    geometry.left = stored("MainLeft");
-    geometry.top = stored("MainTop");
+    geometry.left = settings_[option::mainLeft];
+    geometry.top = settings_[option::mainTop];
   }
   return geometry;
 }
 
 void JobViewPresenter::load() {
-  if (!settings_.isOn("AppSettings")) {
+  if (!settings_[option::confirmed]) {
     options();
     refresh();
   } else {
@@ -177,14 +170,14 @@ bool JobViewPresenter::close(const WindowGeometry& geometry) {
     return false;
   }
   if (!databaseIsFree()) return false;
-  const auto keep = [this](std::string_view key, int number) {
-    settings_.save(applicationName, windowSection, key, std::to_string(number), true);
+  const auto keep = [this](const WholeOption& option, int number) {
+    settings_.save(option, std::to_string(number));
   };
-  keep("MainWidth", geometry.width);
-  keep("MainHeight", geometry.height);
-  keep("MainState", static_cast<int>(geometry.state));
-  keep("MainLeft", geometry.left);
-  keep("MainTop", geometry.top);
+  keep(option::mainWidth, geometry.width);
+  keep(option::mainHeight, geometry.height);
+  keep(option::mainState, static_cast<int>(geometry.state));
+  keep(option::mainLeft, geometry.left);
+  keep(option::mainTop, geometry.top);
   closed_ = true;
   engine_.ViewFormLoad = qxtViewJobForm_Unload;
   engine_.Unload();
@@ -271,7 +264,7 @@ void JobViewPresenter::headClick(std::size_t column) {
 
 void JobViewPresenter::timerTick() {
   if (work_ != Work::None || closed_) return;
-  mailComesIn_ = settings_.isOn("NewMail");
+  mailComesIn_ = settings_[option::orderBeingReadIn];
   state_.label = mailComesIn_ ? mailLabel : std::string_view();
   compose();
 }
@@ -383,8 +376,8 @@ void JobViewPresenter::keepCurrent(const std::optional<std::string>& jobId, std:
 
 void JobViewPresenter::readPermissions() {
   // What cannot be read takes no permission away.
-  mayDelete_ = settings_.state("Löschen").value_or(mayDelete_);
-  mayChange_ = settings_.state("Ändern").value_or(mayChange_);
+  mayDelete_ = settings_[option::mayDelete].value_or(mayDelete_);
+  mayChange_ = settings_[option::mayChange].value_or(mayChange_);
 }
 
 void JobViewPresenter::openCurrent() {
@@ -427,7 +420,7 @@ void JobViewPresenter::eraseCurrent() {
 
 void JobViewPresenter::process(qxProcessState selection) {
   if (!databaseIsFree()) return;
-  settings_.save(runApplicationName, optionSection, "OnProcess", "1");
+  settings_.save(option::runUnderWay, "1");
   {
     Busy busy(*this, Work::Run, "Daten werden verarbeitet...");
     engine_.ProcessJobs(false, selection);
@@ -437,7 +430,7 @@ void JobViewPresenter::process(qxProcessState selection) {
     refresh();
   }
   databaseIsFree();
-  settings_.save(runApplicationName, optionSection, "OnProcess", "0");
+  settings_.save(option::runUnderWay, "0");
   tellJobsLeft();
   if (closeAsked_) windows_.closeWindow();
 }

@@ -3,7 +3,6 @@
 
 #include "platform/database.h"
 #include "platform/environment.h"
-#include "settings/option_keys.h"
 #include "settings/settings.h"
 
 #include <span>
@@ -13,17 +12,10 @@
 
 namespace qx {
 
-/// What the clerk reads about one option. Texts are literals.
-struct OptionText {
-  std::string_view control; ///< object name
-  std::string_view caption; ///< access key marked with '&'
-  std::string_view hint;    ///< what the option does
-};
-
 /// Options that stand together under a heading.
 struct OptionGroup {
   std::string_view caption;
-  std::span<const OptionText> options;
+  std::span<const OptionSpec* const> options;
   bool customerSpecific = false; ///< on the second page
 };
 
@@ -32,14 +24,14 @@ std::span<const OptionGroup> optionGroups();
 
 /// One control with what it carries.
 struct OptionField {
-  const OptionKey* option = nullptr;
+  const OptionSpec* option = nullptr;
   std::string value; ///< of a check box "1" or "0", or "" for one of three states that is not set
   bool enabled = true;
   bool readable = true; ///< false when the store could not be read: shown disabled and never written
   std::string loaded;   ///< the value as it was read
   bool absent = false;  ///< nothing was stored
 
-  bool isCheck() const { return option->type == OptionType::Check; }
+  bool isCheck() const { return option->isCheck(); }
   bool checked() const { return value == "1"; }
 };
 

@@ -76,8 +76,7 @@ void OrderDialogPresenter::fill() {
 
 void OrderDialogPresenter::loadPositions() {
   const Settings settings(environment());
-  checking("Lesen der Optionen",
-           [&] { options_ = OrderOptions::read(settings, customerSpecific(), environment().diagnostics); });
+  checking("Lesen der Optionen", [&] { options_ = OrderOptions::read(settings, customerSpecific()); });
   PositionContext context;
   context.customer = text("txtKundennummer");
   context.date = parseGermanDate(receivedOn_);

@@ -6,7 +6,7 @@
 #include "model/entry_records.h"
 #include "model/import_job.h"
 #include "platform/one_line.h"
-#include "settings/option_keys.h"
+#include "settings/options.h"
 #include "store/job_lines.h"
 #include "store/version1_rows.h"
 #include "ui/options_dialog_presenter.h"
@@ -133,41 +133,46 @@ std::string plain(std::string_view caption) {
   return text;
 }
 
-std::string captionOf(const OptionKey& option) {
-  for (const OptionGroup& group : optionGroups())
-    for (const OptionText& text : group.options)
-      if (!option.control.empty() && text.control == option.control) return plain(text.caption);
-  return {};
-}
-
-std::string_view takenBy(OptionType type) {
-  switch (type) {
-  case OptionType::Check:
+std::string_view takenBy(OptionRule rule) {
+  switch (rule) {
+  case OptionRule::NonZero:
+  case OptionRule::AtLeastOne:
+  case OptionRule::One:
+  case OptionRule::Truth:
     return "0 or 1";
-  case OptionType::Text:
+  case OptionRule::CustomerSpecific:
+  case OptionRule::Text:
     return "text";
-  case OptionType::Number:
+  case OptionRule::Number:
     return "number";
-  case OptionType::Integer:
+  case OptionRule::Integer:
     return "whole number";
-  case OptionType::ArticleNumber:
+  case OptionRule::ArticleNumber:
     return "article";
-  case OptionType::TimeStamp:
+  case OptionRule::Day:
     return "day";
   }
   return {};
 }
 
 void printOptions() {
-  std::cout << "=== options\n\n| section | option | value | read by | in the options dialog "
+  std::cout << "=== options\n\n| section | option | value | meaning | in the options dialog "
                "|\n|---|---|---|---|---|\n";
-  for (const OptionKey& option : optionKeys()) {
-    std::cout << "| `" << option.section << "` | `" << option.key << "` | " << takenBy(option.type);
-    if (!option.fallback.empty()) std::cout << ", unset `" << option.fallback << '`';
-    if (option.store == OptionStore::Local) std::cout << ", local";
-    std::cout << " | " << (option.readers.empty() ? "other programs" : option.readers) << " | "
-              << captionOf(option) << " |\n";
+  for (const OptionSpec* option : allOptions()) {
+    std::cout << "| `" << option->section << "` | `" << option->key << "` | " << takenBy(option->rule);
+    if (!option->fallback.empty()) std::cout << ", unset `" << option->fallback << '`';
+    if (option->isLocal()) std::cout << ", local";
+    std::cout << " | " << option->english << " | " << plain(option->caption) << " |\n";
   }
+  std::cout << '\n';
+}
+
+/// Those that only the program sets.
+void printHiddenOptions() {
+  std::cout << "=== Weitere Einstellungen\n\n| Bereich | Einstellung | Bedeutung |\n|---|---|---|\n";
+  for (const OptionSpec* option : allOptions())
+    if (option->control.empty())
+      std::cout << "| `" << option->section << "` | `" << option->key << "` | " << option->german << " |\n";
   std::cout << '\n';
 }
 
@@ -178,8 +183,8 @@ void printOptionHints(bool customerSpecific) {
   for (const OptionGroup& group : optionGroups()) {
     if (group.customerSpecific != customerSpecific) continue;
     std::cout << "| **" << group.caption << "** | |\n";
-    for (const OptionText& text : group.options)
-      std::cout << "| " << plain(text.caption) << " | " << text.hint << " |\n";
+    for (const OptionSpec* option : group.options)
+      std::cout << "| " << plain(option->caption) << " | " << option->german << " |\n";
   }
   std::cout << '\n';
 }
@@ -236,6 +241,7 @@ int main() {
   printOptions();
   printOptionHints(false);
   printOptionHints(true);
+  printHiddenOptions();
   printRules("Befunde jedes Vorgangs", "job.");
   printRules("Befunde eines Kunden", "customer.");
   printRules("Befunde eines Vertrags", "contract.");

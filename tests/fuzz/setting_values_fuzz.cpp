@@ -1,6 +1,6 @@
 // Any text as the value of every setting: each judge against the rule worked out by hand.
 #include "model/german_text.h"
-#include "settings/option_keys.h"
+#include "settings/options.h"
 
 #include "require.h"
 
@@ -63,7 +63,7 @@ bool isPlainDecimal(std::string_view text) {
 
 /// What a permission says where that can be told without reading numbers: a decimal is true when it has
 /// another digit than 0.
-void requireTruth(const OptionKey& option, std::string_view text) {
+void requireTruth(const OptionSpec& option, std::string_view text) {
   const auto state = checkState(option, text);
   const bool yes = isWord(text, "true") || isWord(text, "wahr");
   if (yes || isWord(text, "false") || isWord(text, "falsch"))
@@ -73,13 +73,13 @@ void requireTruth(const OptionKey& option, std::string_view text) {
             "a permission is a number of any size");
 }
 
-std::optional<bool> expectedState(OnRule rule, std::string_view text) {
+std::optional<bool> expectedState(OptionRule rule, std::string_view text) {
   const auto number = shortNumber(text);
-  if (rule == OnRule::One) {
+  if (rule == OptionRule::One) {
     if (text == "1") return true;
     return text == "0" ? std::optional(false) : std::nullopt;
   }
-  if (!number || (rule == OnRule::AtLeastOne && *number < 0)) return std::nullopt;
+  if (!number || (rule == OptionRule::AtLeastOne && *number < 0)) return std::nullopt;
   return *number != 0;
 }
 
@@ -89,12 +89,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::string_view text(reinterpret_cast<const char*>(data), size);
   const auto number = settingToInt16(text);
   require(number == shortNumber(text), "a whole number is read as it stands");
-  for (const OptionKey& option : optionKeys()) {
-    if (option.type != OptionType::Check) continue;
-    if (option.on == OnRule::Truth)
-      requireTruth(option, text);
+  for (const OptionSpec* option : allOptions()) {
+    if (!option->isCheck()) continue;
+    if (option->rule == OptionRule::Truth)
+      requireTruth(*option, text);
     else
-      require(checkState(option, text) == expectedState(option.on, text), "a check is judged by its rule");
+      require(checkState(*option, text) == expectedState(option->rule, text),
+              "a check is judged by its rule");
   }
   const auto truth = parseGermanBoolean(text);
   const std::string_view word = between(text, " ");

@@ -1,5 +1,4 @@
 // Which store a setting comes from, how options are read as numbers, and what a failing store costs.
-#include "settings/option_keys.h"
 #include "settings/settings.h"
 #include "support/fake_session.h"
 
@@ -25,23 +24,23 @@ protected:
 
 TEST_F(SettingsTest, SharedOnesIgnoreTheApplicationName) {
   settings_.save(applicationName, "ImportJob2", "Löschen", "1");
-  EXPECT_EQ(settings_.get(runApplicationName, "ImportJob2", "Löschen"), "1");
-  EXPECT_EQ(settings_.option("Löschen"), "1");
+  EXPECT_EQ(settings_.get("ImportJob", "ImportJob2", "Löschen"), "1");
+  EXPECT_EQ(settings_.get(applicationName, "ImportJob2", "Löschen"), "1");
   EXPECT_EQ(settings_.get(applicationName, "Process", "Löschen"), "") << "another section";
 }
 
 TEST_F(SettingsTest, LocalOnesBelongToTheirApplicationAndNeverReachTheErp) {
   settings_.save(applicationName, "MAIN", "MainWidth", "800", true);
   EXPECT_EQ(settings_.get(applicationName, "MAIN", "MainWidth", true), "800");
-  EXPECT_EQ(settings_.get(runApplicationName, "MAIN", "MainWidth", true), "");
+  EXPECT_EQ(settings_.get("ImportJob", "MAIN", "MainWidth", true), "");
   EXPECT_EQ(settings_.get(applicationName, "MAIN", "MainWidth"), "");
   EXPECT_TRUE(world_.session->settings.empty());
 }
 
 TEST_F(SettingsTest, ADefaultServesOnlyForAnAbsentKey) {
-  EXPECT_EQ(settings_.getShared("Allgemein", "Landeswährung", "DM"), "DM");
+  EXPECT_EQ(settings_[option::homeCurrency], "DM");
   world_.session->settings[{"Allgemein", "Landeswährung"}] = "";
-  EXPECT_EQ(settings_.getShared("Allgemein", "Landeswährung", "DM"), "");
+  EXPECT_EQ(settings_[option::homeCurrency], "");
 }
 
 TEST_F(SettingsTest, ReadAsNumbersOnlyWhatFitsSixteenBits) {
@@ -60,27 +59,27 @@ TEST_F(SettingsTest, ReadAsNumbersOnlyWhatFitsSixteenBits) {
         Case{"99999999999999999999", fallback, false}}) {
     setOption("AutomatischVerarbeiten", c.text);
     EXPECT_EQ(settingToInt16(c.text).value_or(fallback), c.expected) << c.text;
-    EXPECT_EQ(settings_.isOn("AutomatischVerarbeiten"), c.on) << c.text;
+    EXPECT_EQ(settings_[option::automatic], c.on) << c.text;
   }
-  EXPECT_EQ(settings_.state("KundeDelete"), std::nullopt) << "never written";
+  EXPECT_EQ(settings_[option::mayDelete], std::nullopt) << "never written";
 }
 
 TEST_F(SettingsTest, AreOneOnlyWhenTheyReadExactlyOne) {
   for (const std::string_view text : {"", "0", "2", " 1", "1 ", "01", "+1", "Wahr"}) {
     setOption("NewMail", text);
-    EXPECT_FALSE(settings_.isOn("NewMail")) << text;
+    EXPECT_FALSE(settings_[option::orderBeingReadIn]) << text;
   }
   setOption("NewMail", "1");
-  EXPECT_TRUE(settings_.isOn("NewMail"));
+  EXPECT_TRUE(settings_[option::orderBeingReadIn]);
 }
 
 TEST_F(SettingsTest, SwitchOnTheCustomerSpecificModeByItsExactMark) {
   for (const std::string_view text : {"", "vlk", "VLK ", "VLK2"}) {
     world_.session->settings[{"Allgemein", "Individual"}] = text;
-    EXPECT_FALSE(settings_.customerSpecific()) << text;
+    EXPECT_FALSE(settings_[option::customerSpecific]) << text;
   }
   world_.session->settings[{"Allgemein", "Individual"}] = "VLK";
-  EXPECT_TRUE(settings_.customerSpecific());
+  EXPECT_TRUE(settings_[option::customerSpecific]);
 }
 
 TEST_F(SettingsTest, AFailingStoreGivesTheDefaultAndIsTold) {
@@ -94,7 +93,7 @@ TEST_F(SettingsTest, AFailingStoreGivesTheDefaultAndIsTold) {
     for (const auto& entry : world_.diagnostics.entries)
       EXPECT_NE(entry.where.find("ImportJob2/Ändern"), std::string::npos) << entry.where;
   }
-  EXPECT_EQ(settings_.getShared("Kostenzuordnung", "Kost1", "Kostenstelle"), "Kostenstelle");
+  EXPECT_EQ(settings_[option::costCentreLabel], "Kostenstelle");
   EXPECT_TRUE(world_.desktop.shown.empty()) << "no box comes up";
 }
 
@@ -105,12 +104,12 @@ TEST_F(SettingsTest, ARunSkipsARefusedAccessButNoStoreThatCannotGoOn) {
   EXPECT_EQ(ofRun.get(applicationName, "ImportJob2", "Ändern", true), "");
   EXPECT_THROW((void)untrapped.get(applicationName, "ImportJob2", "Ändern", true), std::runtime_error);
   world_.session->failing = true;
-  EXPECT_THROW((void)ofRun.isOn("KundeAdressProof"), StoreError);
-  EXPECT_THROW((void)ofRun.getShared("Kostenzuordnung", "Kost1", "Kostenstelle"), StoreError);
-  EXPECT_THROW(ofRun.save(applicationName, "ImportJob2", "ProtoID", "1"), StoreError);
+  EXPECT_THROW((void)ofRun[option::compareAddresses], StoreError);
+  EXPECT_THROW((void)ofRun[option::costCentreLabel], StoreError);
+  EXPECT_THROW(ofRun.save(option::protocolId, "1"), StoreError);
   EXPECT_EQ(world_.diagnostics.entries.size(), 5U) << world_.diagnostics.text();
   world_.environment.session.reset();
-  EXPECT_FALSE(ofRun.isOn("KundeAdressProof")) << "no session is no failing store";
+  EXPECT_FALSE(ofRun[option::compareAddresses]) << "no session is no failing store";
 }
 
 TEST_F(SettingsTest, WithoutASessionSharedOnesAreEmptyAndLocalOnesWork) {
@@ -118,21 +117,21 @@ TEST_F(SettingsTest, WithoutASessionSharedOnesAreEmptyAndLocalOnesWork) {
   settings_.save(applicationName, "MAIN", "MainTop", "5", true);
   EXPECT_EQ(settings_.get(applicationName, "MAIN", "MainTop", true), "5");
   EXPECT_TRUE(world_.diagnostics.entries.empty());
-  EXPECT_EQ(settings_.option("Löschen"), "");
+  EXPECT_EQ(settings_.get(applicationName, "ImportJob2", "Löschen"), "");
   settings_.save(applicationName, "ImportJob2", "Löschen", "1");
   EXPECT_EQ(world_.diagnostics.entries.size(), 2U) << world_.diagnostics.text();
 }
 
-TEST(OptionKeys, GiveTheDialogItsControlsInTheOrderOfLoading) {
+TEST(Options, GiveTheDialogItsControlsInTheOrderOfLoading) {
   std::string firstPage;
   std::string secondPage;
   std::set<std::string_view> controls;
-  for (const OptionKey& option : optionKeys()) {
-    if (option.control.empty()) continue;
-    EXPECT_TRUE(controls.insert(option.control).second) << option.control << " shows two keys";
-    EXPECT_EQ(option.section, "ImportJob2");
-    EXPECT_EQ(option.owner, OptionOwner::Component);
-    (option.customerSpecific ? secondPage : firstPage).append(option.key).append(" ");
+  for (const OptionSpec* option : allOptions()) {
+    EXPECT_FALSE(option->english.empty() || option->german.empty()) << option->key;
+    if (option->control.empty()) continue;
+    EXPECT_TRUE(controls.insert(option->control).second) << option->control << " shows two keys";
+    EXPECT_EQ(option->section, "ImportJob2");
+    (option->customerSpecific ? secondPage : firstPage).append(option->key).append(" ");
   }
   EXPECT_EQ(
       firstPage,
@@ -146,7 +145,7 @@ TEST(OptionKeys, GiveTheDialogItsControlsInTheOrderOfLoading) {
             "SWAuftLieferbereit SWAuftFakturierbereit NeukundenRabatt ");
 }
 
-TEST(OptionKeys, JudgeACheckByTheRuleOfItsReaders) {
+TEST(Options, JudgeACheckByTheRuleOfItsReaders) {
   struct Case {
     std::string_view key;
     std::string_view on;
@@ -167,7 +166,7 @@ TEST(OptionKeys, JudgeACheckByTheRuleOfItsReaders) {
         Case{"NewMail", "1", "0", "2"},
         Case{"Löschen", "1 2 -1 70000 1,5 0.5 True wahr WAHR", "0 0,0 False falsch", "ja 1,5,2"},
         Case{"Ändern", "Wahr", "0", "x"}}) {
-    const OptionKey* key = findOptionKey("ImportJob2", c.key);
+    const OptionSpec* key = findOption("ImportJob2", c.key);
     ASSERT_NE(key, nullptr) << c.key;
     for (const std::string& text : words(c.on)) EXPECT_EQ(checkState(*key, text), true) << c.key << text;
     for (const std::string& text : words(c.off)) EXPECT_EQ(checkState(*key, text), false) << c.key << text;
@@ -177,21 +176,21 @@ TEST(OptionKeys, JudgeACheckByTheRuleOfItsReaders) {
   }
 }
 
-TEST(OptionKeys, KeepOnlyWhatBelongsToOneScreenInTheLocalStore) {
+TEST(Options, KeepOnlyWhatBelongsToOneScreenInTheLocalStore) {
   std::set<std::string_view> local;
-  for (const OptionKey& option : optionKeys())
-    if (option.store == OptionStore::Local) local.insert(option.key);
+  for (const OptionSpec* option : allOptions())
+    if (option->isLocal()) local.insert(option->key);
   EXPECT_EQ(local,
             (std::set<std::string_view>{"FensterpositionSpeichern", "FenstergrößeSpeichern", "MainWidth",
                                         "MainHeight", "MainState", "MainLeft", "MainTop"}));
 }
 
-TEST(OptionKeys, AreFoundBySectionAndKey) {
-  ASSERT_NE(findOptionKey("Process", "OnProcess"), nullptr);
-  EXPECT_NE(findOptionKey("Process", "OnProcess"), findOptionKey("ImportJob2", "OnProcess"));
-  ASSERT_NE(findOptionKey("Allgemein", "Landeswährung"), nullptr);
-  EXPECT_EQ(findOptionKey("Allgemein", "Landeswährung")->fallback, "DM");
-  EXPECT_EQ(findOptionKey("Allgemein", "Löschen"), nullptr);
+TEST(Options, AreFoundBySectionAndKey) {
+  ASSERT_NE(findOption("Process", "OnProcess"), nullptr);
+  EXPECT_NE(findOption("Process", "OnProcess"), findOption("ImportJob2", "OnProcess"));
+  ASSERT_NE(findOption("Allgemein", "Landeswährung"), nullptr);
+  EXPECT_EQ(findOption("Allgemein", "Landeswährung")->fallback, "DM");
+  EXPECT_EQ(findOption("Allgemein", "Löschen"), nullptr);
 }
 
 } // namespace

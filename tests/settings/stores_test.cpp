@@ -10,9 +10,10 @@ namespace {
 TEST(SharedStore, KeepsValuesForEveryOtherWorkstation) {
   TestErp erp;
   const Settings settings(erp.environment);
-  settings.save(applicationName, optionSection, "GelöschteVerträge", "1");
-  settings.save(runApplicationName, optionSection, "GelöschteVerträge", "0");
-  EXPECT_EQ(settings.option("GelöschteVerträge"), "0") << "the last writer wins, whatever the application";
+  settings.save(applicationName, "ImportJob2", "GelöschteVerträge", "1");
+  settings.save("ImportJob", "ImportJob2", "GelöschteVerträge", "0");
+  EXPECT_EQ(settings.get(applicationName, "ImportJob2", "GelöschteVerträge"), "0")
+      << "the last writer wins, whatever the application";
   const auto other = erp.secondConnection();
   const auto rows = other->open(sql("Select Value From Einstellungen Where Key = 'GelöschteVerträge'"_sql));
   ASSERT_EQ(rows->recordCount(), 1U);
@@ -26,8 +27,8 @@ TEST(SharedStore, TakesAKeyThatAnotherWorkstationHasStoredInTheSameMoment) {
                   "Insert Into Einstellungen (Section, Key, Value) Values (new.Section, new.Key, 'fremder'); "
                   "End"_sql));
   const Settings settings(erp.environment);
-  settings.save(applicationName, optionSection, "ZAVSRG", "eigener");
-  EXPECT_EQ(settings.option("ZAVSRG"), "eigener") << "the last writer wins";
+  settings.save(applicationName, "ImportJob2", "ZAVSRG", "eigener");
+  EXPECT_EQ(settings.get(applicationName, "ImportJob2", "ZAVSRG"), "eigener") << "the last writer wins";
   EXPECT_TRUE(erp.diagnostics.entries.empty()) << erp.diagnostics.text();
 }
 
@@ -35,8 +36,8 @@ TEST(SharedStore, ThatIsBrokenCostsTheValueAndIsTold) {
   TestErp erp;
   const Settings settings(erp.environment);
   erp.execute(sql("Drop Table Einstellungen"_sql));
-  settings.save(applicationName, optionSection, "NewMail", "1");
-  EXPECT_EQ(settings.option("NewMail"), "");
+  settings.save(applicationName, "ImportJob2", "NewMail", "1");
+  EXPECT_EQ(settings.get(applicationName, "ImportJob2", "NewMail"), "");
   EXPECT_EQ(erp.diagnostics.entries.size(), 2U) << erp.diagnostics.text();
 }
 

@@ -14,9 +14,11 @@ namespace {
 
 class OptionsDialogTest : public ::testing::Test {
 protected:
-  std::string option(std::string_view key) { return Settings(erp.environment).option(key); }
+  std::string option(std::string_view key) {
+    return Settings(erp.environment).get(applicationName, "ImportJob2", key);
+  }
   std::string local(std::string_view key) {
-    return Settings(erp.environment).get(applicationName, optionSection, key, true);
+    return Settings(erp.environment).get(applicationName, "ImportJob2", key, true);
   }
   /// Every stored option of the component as "key=text".
   std::set<std::string> stored() {
@@ -34,29 +36,25 @@ protected:
 TEST_F(OptionsDialogTest, ShowsEveryControlInExactlyOneGroupOfItsPage) {
   std::set<std::string_view> shown;
   for (const OptionGroup& group : optionGroups())
-    for (const OptionText& text : group.options) {
-      EXPECT_TRUE(shown.insert(text.control).second) << text.control;
-      EXPECT_FALSE(text.hint.empty()) << text.control;
-      for (const OptionKey& key : optionKeys())
-        if (key.control == text.control) {
-          EXPECT_EQ(key.customerSpecific, group.customerSpecific) << key.key;
-        }
+    for (const OptionSpec* option : group.options) {
+      EXPECT_TRUE(shown.insert(option->control).second) << option->control;
+      EXPECT_EQ(option->customerSpecific, group.customerSpecific) << option->key;
     }
-  for (const OptionKey& key : optionKeys())
-    EXPECT_EQ(shown.count(key.control) == 1, !key.control.empty()) << key.key;
+  for (const OptionSpec* option : allOptions())
+    EXPECT_EQ(shown.count(option->control) == 1, !option->control.empty()) << option->key;
 }
 
 TEST_F(OptionsDialogTest, NoTwoCaptionsOfAPageShareAnAccessKey) {
   for (const bool second : {false, true}) {
     std::set<std::string> keys;
     for (const OptionGroup& group : optionGroups())
-      for (const OptionText& text : group.options) {
+      for (const OptionSpec* option : group.options) {
         if (group.customerSpecific != second) continue;
-        const std::size_t mark = text.caption.find('&');
-        ASSERT_NE(mark, std::string_view::npos) << text.caption;
-        std::string key(text.caption.substr(mark + 1, text.caption[mark + 1] < 0 ? 2 : 1));
+        const std::size_t mark = option->caption.find('&');
+        ASSERT_NE(mark, std::string_view::npos) << option->caption;
+        std::string key(option->caption.substr(mark + 1, option->caption[mark + 1] < 0 ? 2 : 1));
         if (key.size() == 1) key[0] = static_cast<char>(std::tolower(key[0]));
-        EXPECT_TRUE(keys.insert(key).second) << text.caption;
+        EXPECT_TRUE(keys.insert(key).second) << option->caption;
       }
   }
 }

@@ -19,10 +19,10 @@ namespace qx {
 namespace {
 
 /// Screen readers read the hint after the caption.
-void describe(QWidget& control, const OptionText& text) {
-  control.setObjectName(toQt(text.control));
-  control.setToolTip(toQt(text.hint));
-  control.setAccessibleDescription(toQt(text.hint));
+void describe(QWidget& control, const OptionSpec& option) {
+  control.setObjectName(toQt(option.control));
+  control.setToolTip(toQt(option.german));
+  control.setAccessibleDescription(toQt(option.german));
 }
 
 Qt::CheckState stateOf(const OptionField& field) {
@@ -85,24 +85,24 @@ QWidget* OptionsWindow::makePage(bool customerSpecific) {
 QWidget* OptionsWindow::makeGroup(const OptionGroup& group) {
   auto* const box = new QGroupBox(toQt(group.caption));
   auto* const layout = new QFormLayout(box);
-  for (const OptionText& text : group.options) {
-    const OptionField* const field = dialog_.field(text.control);
+  for (const OptionSpec* const option : group.options) {
+    const OptionField* const field = dialog_.field(option->control);
     if (field == nullptr) continue;
     if (field->isCheck())
-      addCheck(text, *field, *layout);
+      addCheck(*option, *field, *layout);
     else
-      addText(text, *field, *layout);
+      addText(*option, *field, *layout);
   }
   return box;
 }
 
-void OptionsWindow::addCheck(const OptionText& text, const OptionField& field, QFormLayout& layout) {
-  auto* const box = new QCheckBox(toQt(text.caption));
-  describe(*box, text);
-  box->setTristate(field.option->threeStates);
+void OptionsWindow::addCheck(const OptionSpec& option, const OptionField& field, QFormLayout& layout) {
+  auto* const box = new QCheckBox(toQt(option.caption));
+  describe(*box, option);
+  box->setTristate(option.threeStates);
   box->setCheckState(stateOf(field));
   box->setEnabled(field.enabled);
-  connect(box, &QCheckBox::clicked, this, [this, box, control = text.control] {
+  connect(box, &QCheckBox::clicked, this, [this, box, control = option.control] {
     if (box->checkState() == Qt::PartiallyChecked)
       dialog_.unset(control);
     else
@@ -113,13 +113,13 @@ void OptionsWindow::addCheck(const OptionText& text, const OptionField& field, Q
   layout.addRow(box);
 }
 
-void OptionsWindow::addText(const OptionText& text, const OptionField& field, QFormLayout& layout) {
+void OptionsWindow::addText(const OptionSpec& option, const OptionField& field, QFormLayout& layout) {
   auto* const edit = new QLineEdit(toQt(field.value));
-  describe(*edit, text);
+  describe(*edit, option);
   edit->setEnabled(field.enabled);
   connect(edit, &QLineEdit::textChanged, this,
-          [this, control = text.control](const QString& typed) { dialog_.type(control, fromQt(typed)); });
-  layout.addRow(toQt(text.caption), edit);
+          [this, control = option.control](const QString& typed) { dialog_.type(control, fromQt(typed)); });
+  layout.addRow(toQt(option.caption), edit);
 }
 
 void OptionsWindow::render() {

@@ -30,8 +30,8 @@ protected:
 private:
   QWidget* makePage(bool customerSpecific);
   QWidget* makeGroup(const OptionGroup& group);
-  void addCheck(const OptionText& text, const OptionField& field, QFormLayout& layout);
-  void addText(const OptionText& text, const OptionField& field, QFormLayout& layout);
+  void addCheck(const OptionSpec& option, const OptionField& field, QFormLayout& layout);
+  void addText(const OptionSpec& option, const OptionField& field, QFormLayout& layout);
   /// Shows every check box as the presenter holds it.
   void render();
   void showWrongControl();

@@ -48,7 +48,9 @@ protected:
     EXPECT_FALSE(window.isVisible());
   }
 
-  std::string option(std::string_view key) { return Settings(erp.environment).option(key); }
+  std::string option(std::string_view key) {
+    return Settings(erp.environment).get(applicationName, "ImportJob2", key);
+  }
 
   TestErp erp;
   ImportJobObject2 engine{erp.environment};

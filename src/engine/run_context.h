@@ -1,0 +1,51 @@
+// What the parts of one processing run share.
+#pragma once
+
+#include "engine/event_source.h"
+#include "engine/job_marks.h"
+#include "engine/job_outcome.h"
+#include "engine/order_options.h"
+#include "engine/protocol.h"
+#include "engine/run_options.h"
+#include "engine/run_wait.h"
+#include "engine/stop_signal.h"
+#include "platform/environment.h"
+#include "store/work_group.h"
+
+#include <functional>
+#include <string>
+
+namespace qx {
+
+/// Told of every job of a run once its outcome is durable.
+using OutcomeSink = std::function<void(const JobOutcome&)>;
+
+/// The first members come from the engine object that starts the run; the run fills the others. It outlives
+/// the parts that refer to it.
+struct RunContext {
+  Environment& environment;
+  EventSource& events;
+  Protocol& protocol;
+  CollectedErrors& errors;
+  const StopSignal& stop;
+  const OutcomeSink& outcomes; ///< may be empty
+  std::string personnelNumber; ///< of the session's user
+  std::string homeCurrency;
+  bool unevaluated = false; ///< the automatic check is left out
+  qxProcessState selection = qxProcessState::ProcessAll;
+
+  RunOptions options{};
+  OrderOptions orderOptions{};
+  std::string programVersion = " 6.3.0"; ///< of a host that does not say its own
+  std::string cashOnDelivery{};          ///< numbers of the heavy orders that are paid to the carrier
+  RunReport report{};
+  MissingColumns missing{environment.diagnostics};
+  RunWait wait{events, environment.diagnostics, stop, environment.desktop};
+  WorkGroup group{environment, wait};
+  JobMarks marks{environment, missing, [this](std::int16_t jobType, std::string_view text) {
+                   group.afterCommit(
+                       [this, jobType, kept = std::string(text)] { errors.add(jobType, kept); });
+                 }};
+};
+
+} // namespace qx
