@@ -24,12 +24,27 @@ JobState stateFor(CheckStatus status) {
 } // namespace
 
 Findings ContractCheck::check(const JobFields& job, bool single) const {
+  Findings findings = kind(job);
+  findings.append(values(job, single));
+  findings.append(object(job));
+  return findings;
+}
+
+Findings ContractCheck::kind(const JobFields& job) const {
+  const std::string kind = job("Vertragsart").text();
+  if (skipsObjectChecks(contractState(job)) || masterData_.codeExists("Vertragsart", kind)) return {};
+  return {Finding(Rule::ContractKind, kind)};
+}
+
+Findings ContractCheck::object(const JobFields& job) const {
+  const std::string object = job("Artikelnummer").text();
+  if (skipsObjectChecks(contractState(job)) || masterData_.VertragsgegenstandAngelegt(object)) return {};
+  return {Finding(Rule::ContractObject, object)};
+}
+
+Findings ContractCheck::values(const JobFields& job, bool single) {
   Findings findings;
-  const ContractKey key = ContractKey::of(job);
   const std::string state = contractState(job);
-  const bool objectMatters = !skipsObjectChecks(state);
-  if (objectMatters && !masterData_.codeExists("Vertragsart", key.kind))
-    findings.add(Finding(Rule::ContractKind, key.kind));
   if (job("Menge").number().value_or(0) <= 0)
     findings.add(
         Finding(single ? Rule::SingleContractQuantity : Rule::ContractQuantity, job("Menge").text()));
@@ -41,8 +56,6 @@ Findings ContractCheck::check(const JobFields& job, bool single) const {
   };
   checkDate("Vertragsdatum", false, Rule::ContractDateMissing, Rule::ContractDate);
   checkDate("Vertragsbeginn", true, Rule::ContractBeginMissing, Rule::ContractBegin);
-  if (objectMatters && !masterData_.VertragsgegenstandAngelegt(key.object))
-    findings.add(Finding(Rule::ContractObject, key.object));
   return findings;
 }
 

@@ -24,6 +24,13 @@ public:
   /// The findings for these values. `single`: a contract that did not arrive with its customer; the two kinds
   /// spell one text differently on purpose.
   Findings check(const JobFields& job, bool single) const;
+  /// @name The parts of it
+  /// @{
+  Findings kind(const JobFields& job) const;
+  Findings object(const JobFields& job) const;
+  /// Quantity, state and dates, which need no database.
+  static Findings values(const JobFields& job, bool single);
+  /// @}
   /// The findings of a staged job, `header` standing on its row: a single contract with the values of its
   /// first position, as the run would take them over.
   Findings checkStaged(Recordset& header) const;

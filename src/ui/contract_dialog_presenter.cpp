@@ -1,7 +1,6 @@
 #include "ui/contract_dialog_presenter.h"
 
 #include "engine/contract_check.h"
-#include "model/date.h"
 #include "rules/active_connection.h"
 #include "rules/combo_lists.h"
 #include "ui/shared_controls.h"
@@ -97,9 +96,9 @@ std::unique_ptr<Recordset> ContractDialogPresenter::open(std::string_view jobId)
   return editing().contractHeader(jobId);
 }
 
-bool ContractDialogPresenter::inPosition() const {
-  return kindOf(jobType()) == qxtjobverträge && positions_.size() > 0;
-}
+bool ContractDialogPresenter::isSingle() const { return kindOf(jobType()) == qxtjobverträge; }
+
+bool ContractDialogPresenter::inPosition() const { return isSingle() && positions_.size() > 0; }
 
 Value ContractDialogPresenter::loaded(ColumnName column) const {
   const bool taken =
@@ -108,100 +107,63 @@ Value ContractDialogPresenter::loaded(ColumnName column) const {
 }
 
 void ContractDialogPresenter::fill() {
-  for (const std::string_view control :
-       {"tdbAnzahl", "txtVertragsgegenstand", "tdbdtVertragsdatum", "tdbdtVertragsbeginn"})
-    checkControl(control);
-  checking("tdbVertragsart", [this] { fillKinds(); });
+  checking("Füllen der Vertragsarten", [this] {
+    ComboContent& kinds = contentOf("tdbVertragsart");
+    ComboFiller filler(kinds);
+    ComboLists(environment()).FillComboVertragsart(filler, text("tdbVertragsart"));
+    // Here the code stands in the first column and the text in the second, which is hidden.
+    kinds.codeColumn = 0;
+  });
+  offer("cboZustand", {{"Aktiv", "A"}, {"nur Info", "I"}, {"Erledigt", "E"}});
+  offer("cboIntervall", {{"1", "1"}, {"3", "3"}, {"6", "6"}, {"12", "12"}});
+  checkContract();
   reportFailure();
-  checkState(offer("cboZustand", {{"Aktiv", "A"}, {"nur Info", "I"}, {"Erledigt", "E"}}));
-  checkInterval(offer("cboIntervall", {{"1", "1"}, {"3", "3"}, {"6", "6"}, {"12", "12"}}));
-  checkAnswer();
+  checkChoices();
 }
 
-void ContractDialogPresenter::checkAnswer() {
-  checking("Prüfen des Vertrags", [this] {
-    answer_ = ContractCheck(environment()).check(fields(), kindOf(jobType()) == qxtjobverträge).status();
+/// Tool tip and list speak of the quantity with different ends on purpose.
+void ContractDialogPresenter::checkContract() {
+  const ContractCheck check(environment());
+  answer_ = CheckStatus::Clean;
+  const auto list = [this](const Findings& found, std::initializer_list<Rule> rules) {
+    report(found, rules);
+    answer_ = worse(answer_, found.status());
+  };
+  checking("Prüfen des Gegenstands", [&] {
+    at("txtVertragsgegenstand").description =
+        masterData().GetVertragsgegenstand(text("txtVertragsgegenstand"));
+    list(check.object(fields()), {Rule::ContractObject});
   });
+  list(check.values(fields(), isSingle()),
+       {Rule::ContractDate, Rule::ContractDateMissing, Rule::ContractBegin, Rule::ContractBeginMissing,
+        Rule::ContractQuantity, Rule::SingleContractQuantity});
+  if (ControlState& quantity = at("tdbAnzahl"); quantity.picture != CheckStatus::Clean)
+    quantity.message = "Die Menge muss mindestens 1 betragen!";
+  checking("Prüfen der Vertragsart", [&] {
+    const ComboContent& kinds = contentOf("tdbVertragsart");
+    at("tdbVertragsart").description = kinds.selected ? kinds.rows.rows[*kinds.selected][1] : "";
+    list(check.kind(fields()), {Rule::ContractKind});
+  });
+}
+
+void ContractDialogPresenter::checkChoices() {
+  // The states are compared exactly where contracts are written.
+  const std::string state = text("cboZustand");
+  ComboContent& states = contentOf("cboZustand");
+  if (states.selected && states.rows.rows[*states.selected][1] != state) states.selected.reset();
+  report(states.selected.has_value(), Finding(Rule::ContractState, state));
+  report(contentOf("cboIntervall").selected.has_value(),
+         Finding(Rule::ContractInterval, text("cboIntervall")));
 }
 
 std::optional<CheckStatus> ContractDialogPresenter::verdict() const {
   return JobDialogPresenter::verdict() ? std::optional(answer_) : std::nullopt;
 }
 
-void ContractDialogPresenter::check(std::string_view control) {
-  checkControl(control);
-  checkAnswer();
-}
-
-void ContractDialogPresenter::checkControl(std::string_view control) {
-  if (control == "tdbAnzahl") checkQuantity();
-  if (control == "txtVertragsgegenstand") checking(control, [this] { checkObject(); });
-  if (control == "tdbdtVertragsdatum")
-    checkDate(control, false, Rule::ContractDateMissing, Rule::ContractDate);
-  if (control == "tdbdtVertragsbeginn")
-    checkDate(control, true, Rule::ContractBeginMissing, Rule::ContractBegin);
-  if (control == "tdbVertragsart") checkKind(select(control));
-  if (control == "cboZustand") {
-    checkState(select(control));
-    checking("txtVertragsgegenstand", [this] { checkObject(); });
-    checkKind(select("tdbVertragsart"));
-  }
-  if (control == "cboIntervall") checkInterval(select(control));
-}
-
-/// Tool tip and list end differently on purpose.
-void ContractDialogPresenter::checkQuantity() {
-  const bool fine = current("Menge").number().value_or(0) > 0;
-  const bool single = kindOf(jobType()) == qxtjobverträge;
-  report(fine, Finding(single ? Rule::SingleContractQuantity : Rule::ContractQuantity, text("tdbAnzahl")));
-  mark("tdbAnzahl", fine ? CheckStatus::Clean : CheckStatus::Warning,
-       "Die Menge muss mindestens 1 betragen!");
-}
-
-void ContractDialogPresenter::checkObject() {
-  const std::string number = text("txtVertragsgegenstand");
-  at("txtVertragsgegenstand").description = masterData().GetVertragsgegenstand(number);
-  report(!objectMatters() || masterData().VertragsgegenstandAngelegt(number),
-         Finding(Rule::ContractObject, number));
-}
-
-bool ContractDialogPresenter::objectMatters() const { return !skipsObjectChecks(text("cboZustand")); }
-
-void ContractDialogPresenter::checkDate(std::string_view control, bool noon, Rule missing, Rule wrong) {
-  const std::string typed = text(control);
-  report(!contractDate(Value(typed), noon).isNull(), Finding(typed.empty() ? missing : wrong, typed));
-}
-
-void ContractDialogPresenter::fillKinds() {
-  ComboContent& kinds = contentOf("tdbVertragsart");
-  ComboFiller filler(kinds);
-  const bool known = ComboLists(environment()).FillComboVertragsart(filler, text("tdbVertragsart"));
-  // Here the code stands in the first column and the text in the second, which is hidden.
-  kinds.codeColumn = 0;
-  checkKind(known);
-}
-
-void ContractDialogPresenter::checkKind(bool known) {
-  const ComboContent& kinds = contentOf("tdbVertragsart");
-  at("tdbVertragsart").description = known && kinds.selected ? kinds.rows.rows[*kinds.selected][1] : "";
-  report(known || !objectMatters(), Finding(Rule::ContractKind, text("tdbVertragsart")));
-}
-
-/// The states are compared exactly where contracts are written. One without a state is told though it is
-/// written as an active one.
-void ContractDialogPresenter::checkState(bool known) {
-  const std::string code = text("cboZustand");
-  ComboContent& states = contentOf("cboZustand");
-  if (known && states.rows.rows[*states.selected][1] != code) {
-    states.selected.reset();
-    known = false;
-  }
-  report(known, Finding(Rule::ContractState, code));
-}
-
-/// Told only: contracts are written with any interval, and with the usual one when they have none.
-void ContractDialogPresenter::checkInterval(bool known) {
-  report(known, Finding(Rule::ContractInterval, text("cboIntervall")));
+void ContractDialogPresenter::check(std::string_view /*control*/) {
+  for (const std::string_view combo : {"tdbVertragsart", "cboZustand", "cboIntervall"}) select(combo);
+  checkContract();
+  checkChoices();
 }
 
 void ContractDialogPresenter::takeLookup(std::string_view control, const std::vector<std::string>& chosen) {

@@ -23,26 +23,19 @@ protected:
   void check(std::string_view control) override;
   void takeLookup(std::string_view control, const std::vector<std::string>& chosen) override;
   Value loaded(ColumnName column) const override;
-  void prepareSaving() override { checkAnswer(); }
+  void prepareSaving() override { checkContract(); }
   void store(std::string_view& failure) override;
   void stored() override { settle(); }
 
 private:
-  void checkControl(std::string_view control);
-  /// What the contract check says of the values that are shown.
-  void checkAnswer();
+  /// Lists what the contract check finds in the values that are shown.
+  void checkContract();
+  /// The state and the interval: of those the dialog tells more than the check finds.
+  void checkChoices();
+  /// It did not come with a customer.
+  bool isSingle() const;
   /// The values of the contract stand in its first position.
   bool inPosition() const;
-  void checkQuantity();
-  void checkObject();
-  void checkDate(std::string_view control, bool noon, Rule missing, Rule wrong);
-  void fillKinds();
-  void checkKind(bool known);
-  void checkState(bool known);
-  void checkInterval(bool known);
-
-  /// Whether the state asks for a known kind and object.
-  bool objectMatters() const;
 
   StagedRows positions_; ///< the first one first
   CheckStatus answer_ = CheckStatus::Clean;

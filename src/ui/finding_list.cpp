@@ -18,9 +18,13 @@ void FindingList::report(bool fine, Finding finding, std::optional<bool> counts)
 
 void FindingList::report(const Findings& found, std::initializer_list<Rule> rules) {
   for (const Rule rule : rules) {
-    const auto broken = std::ranges::find(found, rule, &Finding::rule);
-    report(broken == found.end(), broken == found.end() ? Finding(rule) : *broken);
+    const auto sameCode = [&](const Finding& each) {
+      return terms(each.rule).dialog.code == terms(rule).dialog.code;
+    };
+    if (std::ranges::none_of(found, sameCode)) clear(rule);
   }
+  for (const Finding& each : found)
+    if (std::ranges::find(rules, each.rule) != rules.end()) report(false, each);
 }
 
 void FindingList::clearItem(std::string_view item) {

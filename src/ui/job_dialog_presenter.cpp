@@ -213,6 +213,14 @@ void JobDialogPresenter::report(bool fine, Finding finding) {
   findings_.report(fine, std::move(finding));
 }
 
+void JobDialogPresenter::report(const Findings& found, std::initializer_list<Rule> rules) {
+  for (const Rule rule : rules) mark(terms(rule).dialog.control, CheckStatus::Clean);
+  for (const Finding& each : found)
+    if (std::ranges::find(rules, each.rule) != rules.end())
+      mark(terms(each.rule).dialog.control, each.severity, dialogText(each));
+  findings_.report(found, rules);
+}
+
 void JobDialogPresenter::reportFailure(bool counts) {
   const std::string failure = staged("Fehlertext");
   if (!failure.empty()) findings_.report(false, Finding(Rule::EarlierReasons, failure), counts);

@@ -11,6 +11,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <initializer_list>
 #include <memory>
 #include <optional>
 #include <set>
@@ -140,6 +141,8 @@ protected:
   }
   /// A finding with a picture beside its control; both go when what it speaks of is fine.
   void report(bool fine, Finding finding);
+  /// The same for these rules of a check.
+  void report(const Findings& found, std::initializer_list<Rule> rules);
   /// Runs a step; a failure is told to the diagnostics and the notice. False then.
   bool trying(std::string_view where, const std::function<void()>& step);
   /// The same for a check, which counts as outstanding until it comes to its end.
