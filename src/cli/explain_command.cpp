@@ -87,7 +87,7 @@ void printFinding(std::ostream& output, const Finding& finding) {
   output << "\n    " << terms(finding.rule).remedy << '\n';
 }
 
-/// The lines of a job's reasons that no finding says again, each with the rules that say it.
+/// The lines of a job's reasons that are no current finding, each with its rules.
 std::vector<std::pair<std::string, std::vector<const RuleTerms*>>> reasonsOf(std::string_view reasons,
                                                                              const Findings& findings) {
   const std::vector<std::string> known = findings.lines();
