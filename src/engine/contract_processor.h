@@ -16,8 +16,8 @@ public:
   ContractProcessor(Environment& environment, JobMarks& marks, EventSource& events)
       : environment_(environment), marks_(marks), events_(events) {}
 
-  /// Why the contract was not written; empty when it was. The line and the job's done code are written
-  /// together. A failed job is marked with every reason that was found and its line is not written.
+  /// Returns why the contract was not written; empty when it was. The line and the job's done code are
+  /// written together. A failed job is marked with every reason that was found and its line is not written.
   Findings process(JobRow& job);
 
 private:
