@@ -31,7 +31,7 @@ public:
       addText(job, findings);
   }
 
-  /// Closes a document that was begun with the reason why it is not complete; false when none was begun.
+  /// Closes a begun document with the reason why it is incomplete; false when none was begun.
   bool breakOff(std::string_view reason) {
     if (!output_.json || !begun_) return false;
     json_.endArray().key("error").text(reason).endObject().finish();

@@ -1,4 +1,4 @@
-// Checks staged jobs and writes nothing.
+// Checks staged jobs without writing anything.
 #pragma once
 
 #include "cli/command.h"
@@ -8,7 +8,7 @@
 
 namespace qx::cli {
 
-/// `check [JOBID...]`: the jobs of these keys, or all that wait.
+/// `check [JOBID...]`: the jobs of these keys, or all waiting ones.
 class CheckCommand final : public DatabaseCommand {
 public:
   std::vector<std::string> jobIds;

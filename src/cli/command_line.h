@@ -10,17 +10,17 @@
 
 namespace qx::cli {
 
-/// What the arguments ask for. Without a command `text` is to be printed: help or the version.
+/// The requested command. Without one, `text` is printed: help or the version.
 struct Invocation {
   ProgramOptions options;
   std::unique_ptr<Command> command;
   std::string text;
 };
 
-/// Raises `ProgramError` for arguments that make no sense.
+/// Raises `ProgramError` for invalid arguments.
 Invocation parseArguments(int count, const char* const* arguments, std::string_view version);
 
-/// Whether errors are to be told as JSON, even when the arguments cannot be parsed.
+/// Whether errors are to be reported as JSON, even when the arguments cannot be parsed.
 bool asksForJson(int count, const char* const* arguments);
 
 } // namespace qx::cli

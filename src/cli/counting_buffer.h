@@ -1,11 +1,11 @@
-// Tells whether anything was written to a stream.
+// Detects whether anything was written to a stream.
 #pragma once
 
 #include <streambuf>
 
 namespace qx::cli {
 
-/// Passes everything on to another buffer, which must outlive it.
+/// Forwards everything to another buffer, which must outlive it.
 class CountingBuffer final : public std::streambuf {
 public:
   explicit CountingBuffer(std::streambuf* target) : target_(target) {}

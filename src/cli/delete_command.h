@@ -1,4 +1,4 @@
-// Deletes jobs: by key, or those that are done.
+// Deletes jobs: by key, or all done ones.
 #pragma once
 
 #include "cli/command.h"
@@ -19,7 +19,7 @@ protected:
   ExitCode work(const CommandContext& context) override;
 };
 
-/// `purge [--before dd.mm.yyyy]`: every done job, or those received before a day.
+/// `purge [--before dd.mm.yyyy]`: all done jobs, or those received before a day.
 class PurgeCommand final : public DatabaseCommand {
 public:
   std::optional<std::string> before;

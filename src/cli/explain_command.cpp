@@ -87,7 +87,7 @@ void printFinding(std::ostream& output, const Finding& finding) {
   output << "\n    " << terms(finding.rule).remedy << '\n';
 }
 
-/// The lines of a job's reasons that no finding says again, each with the rules that say it.
+/// The lines of a job's reasons that are no current finding, each with its rules.
 std::vector<std::pair<std::string, std::vector<const RuleTerms*>>> reasonsOf(std::string_view reasons,
                                                                              const Findings& findings) {
   const std::vector<std::string> known = findings.lines();
@@ -133,8 +133,7 @@ ExitCode ExplainCommand::explainJob(Installation& installation, const Output& ou
     for (const Finding& finding : findings) rules.push_back(&terms(finding.rule));
     for (const auto& [line, sayingIt] : reasons) rules.insert(rules.end(), sayingIt.begin(), sayingIt.end());
     std::ranges::sort(rules);
-    const auto again = std::ranges::unique(rules);
-    rules.erase(again.begin(), again.end());
+    rules.erase(std::unique(rules.begin(), rules.end()), rules.end());
     JsonWriter json(output.result);
     json.beginObject().key("JobID").text(job->jobId);
     writeCheck(json, findings);

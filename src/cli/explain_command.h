@@ -1,4 +1,4 @@
-// Says what a finding means and what to do about it.
+// Explains what a finding means and what to do about it.
 #pragma once
 
 #include "cli/command.h"

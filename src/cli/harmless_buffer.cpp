@@ -24,7 +24,7 @@ HarmlessBuffer::int_type HarmlessBuffer::overflow(int_type character) {
 }
 
 std::streamsize HarmlessBuffer::xsputn(const char* text, std::streamsize length) {
-  std::streamsize clean = 0; // where the text begins that is not passed on yet
+  std::streamsize clean = 0; // start of the text not yet forwarded
   for (std::streamsize at = 0; at < length; ++at) {
     const char c = text[at];
     if (held_) {

@@ -6,9 +6,9 @@
 
 namespace qx::cli {
 
-/// Passes text on to another buffer, which must outlive it, with a blank in place of every control character
-/// but line feed and tab. Texts of jobs come from strangers: an escape sequence among them would move the
-/// cursor or rewrite what stands on the screen. JSON passes unchanged, it spells these characters out.
+/// Forwards text to another buffer, which must outlive it, with every control character but line feed and tab
+/// replaced by a blank. Texts of jobs are untrusted: an escape sequence could move the cursor or rewrite the
+/// screen. JSON is unaffected, because it escapes these characters.
 class HarmlessBuffer final : public std::streambuf {
 public:
   explicit HarmlessBuffer(std::streambuf* target) : target_(target) {}
@@ -22,8 +22,8 @@ private:
   bool put(const char* text, std::streamsize length) { return target_->sputn(text, length) == length; }
 
   std::streambuf* target_;
-  /// The first byte of a character of two is kept back: U+0080 to U+009F begin with it and are control
-  /// characters as well.
+  /// Held back until the second byte arrives: U+0080 to U+009F begin with it and are control characters as
+  /// well.
   bool held_ = false;
 };
 

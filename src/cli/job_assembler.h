@@ -1,4 +1,4 @@
-// Puts the objects of a file of jobs together and hands each finished record on.
+// Assembles the objects of a file of jobs and passes on each finished record.
 #pragma once
 
 #include "cli/object_builder.h"
@@ -15,9 +15,9 @@
 
 namespace qx::cli {
 
-/// Takes the events of one file in their order. Properties may stand before the object's type: they wait
-/// until it is known, and so do positions. Raises `ProgramError` that names line, object and property for
-/// everything that cannot be staged.
+/// Receives the parser's events of one file in order. Properties and positions may precede the object's type:
+/// they are kept until it is known. Raises `ProgramError`, which names line, object and property, for
+/// anything that cannot be staged.
 class JobAssembler {
 public:
   JobAssembler(Environment& environment, StagedRecords& records, std::string fileName);
@@ -30,7 +30,7 @@ public:
   void endPosition();
   void endJob();
 
-  /// Refuses what stands at a line; `field` is empty when it is no property.
+  /// Refuses an item at a line; `field` is empty when it is not a property.
   [[noreturn]] void refuse(std::int64_t line, std::string_view field, std::string_view reason) const;
   /// Refuses a property of the current position.
   [[noreturn]] void refusePosition(std::int64_t line, std::string_view field, std::string_view reason) const;
@@ -72,7 +72,7 @@ private:
   std::int64_t positionsLine_ = 0;
   std::int64_t positionNumber_ = 0;
   std::int64_t positionLine_ = 0;
-  bool positionsAreNumbered_ = false; ///< by the file, as its first position shows
+  bool positionsAreNumbered_ = false; ///< by the file, as decided by its first position
   std::vector<StageProperty> waitingProperties_;
   std::vector<WaitingPosition> waitingPositions_;
 };

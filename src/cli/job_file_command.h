@@ -1,4 +1,4 @@
-// Exchanges jobs with other installations by job files.
+// Exchanges jobs with other installations through job files.
 #pragma once
 
 #include "cli/command.h"
@@ -27,7 +27,7 @@ protected:
   ExitCode work(const CommandContext& context) override;
 };
 
-/// `scramble FILE OUT`: from the plain form to that of the installation's code tables.
+/// `scramble FILE OUT`: from the plain form to the scrambled one of the installation's code tables.
 class ScrambleCommand final : public DatabaseCommand {
 public:
   std::string file;
@@ -37,7 +37,7 @@ protected:
   ExitCode work(const CommandContext& context) override;
 };
 
-/// `unscramble FILE OUT`: and back.
+/// `unscramble FILE OUT`: the reverse.
 class UnscrambleCommand final : public DatabaseCommand {
 public:
   std::string file;

@@ -1,4 +1,4 @@
-// What a job-file command shows while it is at work.
+// The progress and messages of a job-file command.
 #pragma once
 
 #include "cli/json_writer.h"
@@ -19,7 +19,7 @@ public:
   JobFileProgress(const Output& output, std::string_view what);
 
   void progress(std::uintmax_t done, std::uintmax_t total) override;
-  /// Wipes the bar.
+  /// Erases the bar.
   void end() { bar_.clear(); }
 
 private:
@@ -27,7 +27,7 @@ private:
   std::int16_t percent_ = -1;
 };
 
-/// Keeps the keys of the first jobs that an export cannot carry whole.
+/// Keeps the keys of the first jobs that an export cannot carry completely.
 class ExportProgress final : public JobFileProgress {
 public:
   explicit ExportProgress(const Output& output) : JobFileProgress(output, "export") {}
@@ -39,8 +39,8 @@ private:
   std::set<std::string, std::less<>> jobs_;
 };
 
-/// Prints what an import finds in single lines as it is told, and the counts at its end: as lines, or as one
-/// JSON document, whatever the number of findings.
+/// Prints the messages of an import as they arrive and the counts at its end: as lines, or as one JSON
+/// document of any length.
 class ImportPrinter final : public JobFileProgress {
 public:
   explicit ImportPrinter(const Output& output);
@@ -49,7 +49,7 @@ public:
   void refused(std::int64_t line, std::string_view reason) override;
   void setBack(std::int64_t line, std::string_view jobId) override;
   void withoutHeader(std::int64_t line, std::string_view jobId, std::string_view childId) override;
-  /// After an import that changed something or could have.
+  /// To be called after an import that was not refused.
   void finish(const JobFileReport& report);
 
 private:

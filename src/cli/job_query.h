@@ -11,20 +11,20 @@
 
 namespace qx::cli {
 
-/// What a command needs to know of a job before it works on it.
+/// What a command needs to know about a job before working on it.
 struct JobBrief {
   std::string jobId;
   std::int16_t jobType = 0;
-  std::string number; ///< by which the protocol names it while it is not written
+  std::string number; ///< by which the protocol names the job before it is written
 };
 
-/// Of a row that holds `JobID`, `JobType`, `Kundennummer` and `Vertragsnummer`.
+/// From a row with `JobID`, `JobType`, `Kundennummer` and `Vertragsnummer`.
 JobBrief briefOf(Recordset& header);
 
-/// Null when there is no job of this key.
+/// Null when no job has this key.
 std::optional<JobBrief> findJob(Connection& connection, std::string_view jobId);
 
-/// The jobs of these keys in their order, each once. Raises `ProgramError` for a key that no job has.
+/// The jobs of these keys, in order and without duplicates. Raises `ProgramError` for an unknown key.
 std::vector<JobBrief> findJobs(Connection& connection, const std::vector<std::string>& jobIds);
 
 } // namespace qx::cli

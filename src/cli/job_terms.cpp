@@ -20,7 +20,7 @@ constexpr std::array kinds{Kind{qxtjobkunden, "kunde", "Kunde", "Kunden"},
 
 struct State {
   JobState state;
-  std::string_view argument; ///< empty when it cannot be asked for
+  std::string_view argument; ///< empty when it cannot be given as an argument
   std::string_view text;
 };
 constexpr std::array states{

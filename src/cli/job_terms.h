@@ -1,4 +1,4 @@
-// The kinds and states of jobs as people and command lines name them.
+// The names of the kinds and states of jobs on the command line and in the output.
 #pragma once
 
 #include "model/job_codes.h"

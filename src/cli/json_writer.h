@@ -10,8 +10,8 @@
 
 namespace qx::cli {
 
-/// Members appear in the order in which they are written. Text that is not UTF-8 is mended with U+FFFD, and a
-/// number that JSON cannot express is null, so that the document can always be read.
+/// Members appear in the order in which they are written. Malformed UTF-8 becomes U+FFFD and a number that
+/// JSON cannot express becomes null, so that the document is always valid.
 class JsonWriter {
 public:
   explicit JsonWriter(std::ostream& output) : output_(output) {}
@@ -27,7 +27,7 @@ public:
   JsonWriter& number(double content);
   JsonWriter& boolean(bool truth);
   JsonWriter& null();
-  /// A column's value in its own kind.
+  /// A column's value with its own type.
   JsonWriter& value(const Value& column);
 
   /// Ends the line that holds the document.

@@ -11,7 +11,7 @@
 namespace qx::cli {
 namespace {
 
-// A terminate handler is given nothing by which it could find the one before.
+// Global because a terminate handler has no argument by which to find its predecessor.
 // NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables)
 std::terminate_handler previousHandler = nullptr;
 
@@ -21,7 +21,7 @@ std::terminate_handler previousHandler = nullptr;
   } catch (const std::bad_alloc&) {
     std::_Exit(endOutOfMemory());
   } catch (...) {
-    // The handler of the library tells what it is.
+    // The library's handler reports what it is.
   }
   if (previousHandler != nullptr) previousHandler();
   std::abort();

@@ -1,13 +1,13 @@
-// The end of a program that gets no more memory.
+// How the program ends when it runs out of memory.
 #pragma once
 
 namespace qx::cli {
 
-/// Says so on standard error, in one sentence and without any memory, and gives the exit status for it.
+/// Prints a sentence to standard error without allocating memory and returns the exit status.
 int endOutOfMemory() noexcept;
 
-/// As long as it exists, a shortage of memory in places where nobody can catch it ends the program as
-/// `endOutOfMemory` does instead of an abort.
+/// While it exists, running out of memory where nothing can catch it ends the program as `endOutOfMemory`
+/// does instead of an abort.
 class OutOfMemoryGuard {
 public:
   OutOfMemoryGuard() noexcept;

@@ -5,13 +5,13 @@
 
 namespace qx::cli {
 
-/// The result goes to standard output, messages to standard error; neither lets control characters through.
+/// The result goes to standard output, messages to standard error; control characters are removed from both.
 struct Output {
   std::ostream& result;
   std::ostream& messages;
   std::ostream& terminal; ///< standard error as it is, for a progress bar that moves the cursor
   bool json = false;      ///< the result is one JSON document
-  bool verbose = false;   ///< tell every trapped failure
+  bool verbose = false;   ///< print every trapped failure
 };
 
 } // namespace qx::cli

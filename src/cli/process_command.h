@@ -11,7 +11,7 @@ namespace qx::cli {
 class ProcessCommand final : public DatabaseCommand {
 public:
   std::string select = "alle";
-  bool unevaluated = false; ///< leave the automatic check out
+  bool unevaluated = false; ///< skip the automatic check
 
   void prepare() override;
 

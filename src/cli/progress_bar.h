@@ -9,8 +9,8 @@
 
 namespace qx::cli {
 
-/// Keeps what the run tells and draws it when asked, so that a slow terminal never holds up a unit of work.
-/// Draws nothing when the stream is no terminal.
+/// Stores the reported progress and draws it on request, so that a slow terminal never holds up a unit of
+/// work. Draws nothing when the stream is not a terminal.
 class ProgressBar final : public EngineEvents {
 public:
   ProgressBar(std::ostream& output, bool terminal) : output_(output), terminal_(terminal) {}
@@ -23,7 +23,7 @@ public:
 
   /// Draws the bar when it has changed.
   void draw();
-  /// Wipes the bar, before anything else is written.
+  /// Erases the bar before other output.
   void clear();
 
 private:

@@ -26,7 +26,7 @@ constexpr std::array lineColumns{
     LineColumn{"VADatum", "Text3"}, LineColumn{"Info", "Memo0"},   LineColumn{"Artikelnummern", "Text4"},
     LineColumn{"Bez", "Text5"},     LineColumn{"Menge", "Text6"},  LineColumn{"Preis", "Text7"}};
 
-/// The protocols of the day, the oldest first: a run under another session date in between begins a new one.
+/// The protocols of the day, oldest first: after a run under another session date a new one is begun.
 std::vector<std::string> protocolsOf(Connection& connection, const Date& day) {
   constexpr std::size_t dayDigits = 8;
   const std::string from = dayStamp(day);
@@ -67,7 +67,7 @@ void writeJson(std::ostream& output, Connection& connection, const std::vector<s
   json.endArray().endObject().finish();
 }
 
-/// The hints among the lines of an information, whose first line alone has a column.
+/// The hints among the lines of an information text, of which only the first has a column.
 void writeHints(std::ostream& output, std::string_view info) {
   while (!info.empty()) {
     const std::string_view line = info.substr(0, info.find('\n'));

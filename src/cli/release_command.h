@@ -1,4 +1,4 @@
-// Releases jobs with warnings or errors, so that the next run takes them again.
+// Releases jobs with warnings or errors for the next run.
 #pragma once
 
 #include "cli/command.h"

@@ -13,7 +13,7 @@ class RunPrinter {
 public:
   virtual ~RunPrinter() = default;
   virtual void add(const JobOutcome& outcome) = 0;
-  /// After a run that was not refused.
+  /// To be called after a run that was not refused.
   virtual void finish(const RunReport& report, std::chrono::milliseconds span) = 0;
 };
 

@@ -39,7 +39,7 @@ void print(const Output& output, const Entry& entry) {
   }
 }
 
-/// A setting that no part of the program reads is kept all the same: a host may read it.
+/// Unknown settings are stored too: a host may read them.
 void noteUnknown(const Output& output, std::string_view section, std::string_view key, bool local) {
   const OptionSpec* option = findOption(section, key);
   if (option == nullptr)
@@ -55,7 +55,7 @@ std::string wrongNumber(std::string_view text) {
   return parseTypedNumber(text) ? "" : "the option is a number";
 }
 
-/// The stamp of a day that was typed, as a stamp or as dd.mm.yyyy; null when it is none.
+/// The stamp of a day typed as a stamp or as dd.mm.yyyy; null for anything else.
 std::optional<std::string> typedStamp(std::string_view text) {
   auto moment = parseTimeStamp(text);
   if (!moment) moment = parseGermanDateTime(text);
@@ -63,7 +63,7 @@ std::optional<std::string> typedStamp(std::string_view text) {
   return timeStamp(*moment);
 }
 
-/// Judges a text as those who read the option do: what they make nothing of is not stored.
+/// Validates a text by the reading rule of its option; an unreadable text is not stored.
 std::string wrongValue(const OptionSpec& option, std::string_view text) {
   if (text.empty()) return {};
   switch (option.rule) {
@@ -90,7 +90,7 @@ std::string wrongValue(const OptionSpec& option, std::string_view text) {
 
 ExitCode SettingsListCommand::work(const CommandContext& context) {
   const Settings settings(context.environment, SettingTrap::Nothing);
-  // All are read before the first is printed: half a list would look like a whole one.
+  // Reads all before printing the first: half a list would look complete.
   std::vector<Entry> entries;
   for (const OptionSpec* option : allOptions())
     entries.push_back({option->section, option->key, settings.read(*option).value_or(""), option->isLocal(),
@@ -135,7 +135,7 @@ ExitCode SettingsSetCommand::work(const CommandContext& context) {
   const Settings settings(context.environment, SettingTrap::Nothing);
   noteUnknown(context.output, section, key, local);
   settings.save(applicationName, section, key, value, local);
-  // A trigger of the database can keep it out without a word.
+  // A trigger of the database can silently drop it.
   const std::string stored = settings.get(applicationName, section, key, local);
   if (stored != value)
     throw ProgramError(ExitCode::Failure,

@@ -18,7 +18,7 @@ struct ShownJob {
   Findings findings;
 };
 
-/// The last column of the positions only orders them.
+/// The last column of the positions only sorts them.
 std::size_t shownColumns(const Recordset& positions) { return positions.fieldCount() - 1; }
 
 void writeMembers(JsonWriter& json, Recordset& row, std::size_t count) {
@@ -46,7 +46,7 @@ std::string readable(const Value& value) {
   return value.text();
 }
 
-/// Every column that holds something, further lines of a text below the first.
+/// Prints every non-empty column, further lines of a text below the first.
 void writeSheet(std::ostream& output, Recordset& row, std::size_t count, std::string_view indent) {
   constexpr std::size_t nameWidth = 22;
   for (std::size_t i = 0; i < count; ++i) {

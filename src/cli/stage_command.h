@@ -11,7 +11,7 @@ namespace qx::cli {
 class StageCommand final : public DatabaseCommand {
 public:
   std::string file;
-  bool again = false; ///< stage jobs anew that are done
+  bool again = false; ///< stage done jobs again
 
 protected:
   ExitCode work(const CommandContext& context) override;

@@ -6,8 +6,8 @@
 
 namespace qx::cli {
 
-/// Reads an array of objects, a single object or one object after the other, whatever its size, and gives
-/// them to the assembler. Raises `ProgramError` with the line for everything that is no such file.
+/// Reads an array of objects, a single object or a sequence of objects of any size and passes them to the
+/// assembler. Raises `ProgramError` with the line for anything else.
 void readJobs(TextSource& source, JobAssembler& assembler);
 
 } // namespace qx::cli

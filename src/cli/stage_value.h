@@ -1,4 +1,4 @@
-// One property of a staged object as it stands in the file, and how it becomes a property of a record.
+// One property of a staged object as in the file, and its conversion to a property of a record.
 #pragma once
 
 #include "model/field_table.h"
@@ -20,23 +20,24 @@ struct StageProperty {
   StageValue value;
 };
 
-/// Which texts a date property takes beside "" and the German date forms.
+/// Which texts a date property accepts beside "" and the German date forms.
 struct DateRule {
-  bool contract = false; ///< also the two times that stand for no date
+  bool contract = false; ///< also the two times that mean "no date"
   bool openEnd = false;  ///< also the mark of a contract without an end
 };
 
-/// Each sets the property and gives null, or leaves it as it was and says what is wrong with the value.
+/// Each sets the property and returns null, or leaves it unchanged and returns what is wrong with the value.
 std::optional<std::string> assign(StageValue& value, std::string& property, FieldKind kind, DateRule rule);
 std::optional<std::string> assign(StageValue& value, std::int16_t& property, FieldKind kind, DateRule rule);
 std::optional<std::string> assign(StageValue& value, std::int32_t& property, FieldKind kind, DateRule rule);
 std::optional<std::string> assign(StageValue& value, double& property, FieldKind kind, DateRule rule);
 std::optional<std::string> assign(StageValue& value, bool& property, FieldKind kind, DateRule rule);
 
-/// The characters of a text, which a job file carries as one byte each; of a short text an upper bound.
+/// The number of characters of a text, which are one byte each in a job file; for a short text an upper
+/// bound.
 std::size_t jobFileLength(std::string_view text);
 
-/// What a value is, for messages: "a text", "a number"...
+/// The type of a value for messages: "a text", "a number"...
 std::string_view describe(const StageValue& value);
 
 } // namespace qx::cli

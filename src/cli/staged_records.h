@@ -1,4 +1,4 @@
-// Where the records of a file of jobs go.
+// Receives the records of a file of jobs.
 #pragma once
 
 #include "model/entry_records.h"
@@ -10,11 +10,11 @@
 
 namespace qx::cli {
 
-/// The columns of a record of which its object does not speak.
+/// The columns of a record that its object does not mention.
 using Unspoken = std::vector<ColumnName>;
 
-/// Takes each record as soon as it is finished and known to be in order. Positions are added before their
-/// header. `line` is where the key stands, or the object begins; the `unspoken` columns become null.
+/// Receives each record as soon as it is complete and valid. Positions are added before their header. `line`
+/// is that of the key or of the object's beginning; the `unspoken` columns become null.
 class StagedRecords {
 public:
   virtual ~StagedRecords() = default;

@@ -33,7 +33,7 @@ Sql plainColumn(const std::string& column) { return sql(name(column)); }
 } // namespace
 
 StagingArea::StagingArea(Connection& connection) : connection_(connection) {
-  // After a failure nobody reads the temporary tables again; their journal would only take memory.
+  // After a failure the temporary tables are not read again; their journal would only take memory.
   connection_.open(sql("PRAGMA temp.journal_mode = OFF"_sql));
   connection_.execute(sql("CREATE TEMP TABLE StageKopf AS SELECT *, CAST(0 AS INTEGER) AS StageZeile, "
                           "CAST(0 AS INTEGER) AS StageZiel, CAST(0 AS INTEGER) AS StageSperre "
@@ -45,7 +45,7 @@ StagingArea::StagingArea(Connection& connection) : connection_(connection) {
 void StagingArea::begin() {
   headers_ = connection_.open(sql("SELECT * FROM StageKopf WHERE 0 = 1"_sql));
   positions_ = connection_.open(sql("SELECT * FROM StagePos WHERE 0 = 1"_sql));
-  // A transaction that takes no lock on the database: up to the copy only temporary tables are written.
+  // A transaction without a lock on the database: until the copy only temporary tables are written.
   connection_.execute(sql("BEGIN DEFERRED"_sql));
 }
 
@@ -85,7 +85,7 @@ void StagingArea::add(const AuftragFields& job, std::int64_t line, const Unspoke
   addJob(job, line, unspoken);
 }
 
-/// The header's row number is its place in the file: rows are only added, one by one.
+/// The header's row number is its position in the file, because rows are only appended.
 void StagingArea::endPosition(std::int64_t line) {
   positions_->set("StageZeile", line);
   positions_->set("StageVorgang", jobs_ + 1);
@@ -101,7 +101,7 @@ void StagingArea::endJob(std::int64_t line) {
   forgetWritten();
 }
 
-/// A record set keeps the rows that it added until it is opened anew.
+/// A record set keeps its added rows in memory until it is reopened.
 void StagingArea::forgetWritten() {
   constexpr int rowsKept = 256;
   if (++written_ < rowsKept) return;
@@ -140,7 +140,7 @@ std::optional<KeyConflict> StagingArea::finish() {
   return conflict ? conflict : ownedInFile();
 }
 
-/// A position that names another job than the one in which it stands.
+/// A position that names another job than the one that contains it.
 std::optional<KeyConflict> StagingArea::ownedInFile() {
   return firstOwned(
       sql("SELECT s.ChildID AS Schluessel, s.StageVorgang AS Vorgang, s.StageZeile AS Zeile, "
@@ -175,7 +175,7 @@ std::optional<KeyConflict> StagingArea::copy(BusyWait& wait, bool again) {
   return std::nullopt;
 }
 
-/// `StageZiel` becomes the row of the job that is there already, `StageSperre` 1 when it must stay as it is.
+/// `StageZiel` becomes the row of an existing job, `StageSperre` 1 when that must not be changed.
 void StagingArea::findExisting(bool again) {
   connection_.execute(sql("UPDATE StageKopf SET StageSperre = 0, StageZiel = (SELECT k.rowid FROM "
                           "main.ImportKopf k WHERE k.JobID = StageKopf.JobID)"_sql));
@@ -194,7 +194,7 @@ std::optional<KeyConflict> StagingArea::ownedByOthers() {
       KeyConflict::Kind::OtherOwner);
 }
 
-/// A replaced job keeps its row and with it its place; columns that the file does not give become null.
+/// A replaced job keeps its row and so its position; columns that the file does not give become null.
 void StagingArea::copyHeaders() {
   const auto names = columnsOf(connection_, sql("SELECT * FROM ImportKopf WHERE 0 = 1"_sql));
   std::int64_t taken = 0;
@@ -215,7 +215,7 @@ void StagingArea::copyHeaders() {
   requireTaken(taken, sql("SELECT count(*) FROM StageKopf WHERE StageSperre = 0"_sql), "jobs");
 }
 
-/// A trigger can leave rows out without a word.
+/// A trigger can silently drop rows.
 void StagingArea::requireTaken(std::int64_t taken, const Sql& count, std::string_view what) {
   const std::int64_t expected = connection_.open(count)->value(0).integer().value_or(0);
   if (taken != expected)
@@ -224,7 +224,7 @@ void StagingArea::requireTaken(std::int64_t taken, const Sql& count, std::string
                          0);
 }
 
-/// A statement keeps a copy of every page that it changes until it ends.
+/// A statement keeps a copy of every changed page until it ends.
 void StagingArea::inPortions(std::int64_t rows, const std::function<void(std::int64_t, std::int64_t)>& copy) {
   constexpr std::int64_t portion = 5000;
   for (std::int64_t from = 0; from < rows; from += portion) copy(from, from + portion);

@@ -1,4 +1,4 @@
-// Temporary tables that take a file's jobs until all of it has been checked.
+// Temporary tables that hold a file's jobs until all of them have been checked.
 #pragma once
 
 #include "cli/staged_records.h"
@@ -19,7 +19,7 @@ struct KeyConflict {
     JobTwice,      ///< two jobs of the file have the same key
     PositionTwice, ///< two positions of the file have the same key
     OtherOwner,    ///< the position belongs to another job in the database
-    OtherName,     ///< the position names another job than the one in which it stands
+    OtherName,     ///< the position names another job than the one that contains it
   };
   Kind kind = Kind::JobTwice;
   std::string key;
@@ -27,10 +27,10 @@ struct KeyConflict {
   std::int64_t line = 0;
   std::int64_t otherJob = 0; ///< number of the earlier job; 0 when it is not in the file
   std::int64_t otherLine = 0;
-  std::string owner; ///< the other job's key, of the last two
+  std::string owner; ///< the other job's key, for the last two
 };
 
-/// What became of one job of the file.
+/// The result for one job of the file.
 enum class StageResult : std::uint8_t { Added, Replaced, Skipped };
 
 struct StageCounts {
@@ -51,10 +51,10 @@ public:
   void add(const KundeFields& job, std::int64_t line, const Unspoken& unspoken) override;
   void add(const VertragFields& job, std::int64_t line, const Unspoken& unspoken) override;
   void add(const AuftragFields& job, std::int64_t line, const Unspoken& unspoken) override;
-  /// After the last job. Null when no key stands twice.
+  /// After the last job. Null when there are no duplicate keys.
   std::optional<KeyConflict> finish();
 
-  /// Copies all jobs, but skips those that are done unless `again`. A conflict leaves everything as it was.
+  /// Copies all jobs, but skips those that are done unless `again`. A conflict leaves everything unchanged.
   std::optional<KeyConflict> copy(BusyWait& wait, bool again);
   StageCounts counts() const { return counts_; }
   /// The jobs in the order of the file, after `copy`.

@@ -5,7 +5,7 @@
 namespace qx::cli {
 namespace {
 
-/// What a signal asks. A handler is handed nothing, so this one state is global.
+/// The object that a signal stops. Global because a signal handler has no argument.
 // NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables)
 std::atomic<StandingStop*> stoppable{nullptr};
 static_assert(std::atomic<StandingStop*>::is_always_lock_free);

@@ -1,4 +1,4 @@
-// Texts that a person types, and those that stand in the columns of a terminal.
+// Typed texts, and texts in the columns of a terminal.
 #pragma once
 
 #include <cstddef>
@@ -9,11 +9,11 @@
 namespace qx::cli {
 
 /// The text with letters and their combining marks joined (NFC), as the tables spell them. A malformed text
-/// stays as it is.
+/// is returned unchanged.
 std::string composed(std::string_view text);
 
-/// The first line, cut to `width` columns and filled up with blanks to it. A wide character takes two
-/// columns, a combining mark none; a control character or malformed byte becomes a blank.
+/// The first line, cut or padded with blanks to `width` columns. A wide character takes two columns, a
+/// combining mark none; a control character or malformed byte becomes a blank.
 std::string fitted(std::string_view text, std::size_t width);
 
 struct Column {
@@ -21,7 +21,7 @@ struct Column {
   std::size_t width;
 };
 
-/// The texts fitted into their columns, two blanks apart, without blanks at the end.
+/// The texts fitted into their columns, two blanks apart, without trailing blanks.
 std::string tableLine(std::initializer_list<Column> columns);
 
 } // namespace qx::cli

@@ -39,7 +39,7 @@ void writeAll(int file, const char* data, std::size_t size) {
   }
 }
 
-/// A file without a name that vanishes when it is closed.
+/// A file without a name that is deleted when it is closed.
 int temporaryFile() {
   std::error_code error;
   std::filesystem::path folder = std::filesystem::temp_directory_path(error);

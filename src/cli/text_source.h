@@ -11,7 +11,7 @@
 
 namespace qx::cli {
 
-/// Characters one after the other. Where they come from is the business of a derived class.
+/// A stream of characters; a derived class supplies them.
 class TextSource {
 public:
   /// `name` is for messages.
@@ -28,13 +28,13 @@ public:
     if (last_ == '\n') ++line_;
     if (++at_ == end_) fill();
   }
-  /// The line of the character that was read last; a line break belongs to the line that it ends.
+  /// The line of the character that was read last; a line break counts to the line that it ends.
   std::int64_t line() const { return last_ == '\n' ? line_ - 1 : line_; }
-  /// Reads on to the next character that is no blank.
+  /// Skips to the next character that is not a blank.
   void skipBlanks();
 
 protected:
-  /// Gets the next characters. A derived class calls it once it can give the first ones.
+  /// Fetches the next characters. A derived class calls it once the first ones are available.
   void fill() {
     const std::string_view characters = more();
     at_ = characters.data();
@@ -42,7 +42,7 @@ protected:
   }
 
 private:
-  /// The next characters, which stay until the next call; none at the end.
+  /// The next characters, valid until the next call; none at the end.
   virtual std::string_view more() = 0;
 
   std::string name_;
@@ -77,14 +77,14 @@ public:
   StandardInputCopy& operator=(const StandardInputCopy&) = delete;
   ~StandardInputCopy();
 
-  /// By this name the file can be opened as long as the copy lives.
+  /// The name by which the file can be opened as long as the copy exists.
   std::string path() const { return "/dev/fd/" + std::to_string(file_); }
 
 private:
   int file_;
 };
 
-/// Moves through a source. All iterators of a source share its place.
+/// Iterates over a source. All iterators of a source share its position.
 class TextIterator {
 public:
   using iterator_category = std::input_iterator_tag;

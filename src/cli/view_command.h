@@ -6,7 +6,7 @@
 
 namespace qx::cli {
 
-/// `view [FILE]`: becomes the window program, whose exit status is then this one's.
+/// `view [FILE]`: replaces this process with the window program.
 class ViewCommand final : public Command {
 public:
   ViewArguments arguments;

@@ -1,4 +1,4 @@
-// What the program and its window are composed of: the one place that knows the adapters of both.
+// The composition root of the program and its window: the only place that knows the adapters of both.
 #pragma once
 
 #include "adapters/local_settings/profile_ini_file.h"
@@ -21,7 +21,7 @@ namespace qx {
 /// The standalone ERP on a database file. The environment lives as long as the composition.
 class Composition final : public Installation {
 public:
-  /// The ports outlive the composition.
+  /// The ports must outlive the composition.
   Composition(ProgramOptions options, Diagnostics& diagnostics, Desktop& desktop, JobView& jobView);
 
   /// The version of the tables that the program works with and that every open database has.
@@ -33,7 +33,7 @@ public:
   void offerLookups(std::function<std::unique_ptr<Auskunft>()> factory);
 
 private:
-  /// Finds the file of the user's settings when it is needed: most commands do without a home folder.
+  /// Finds the file of the user's settings on demand: most commands need no home folder.
   class UserSettings final : public LocalSettings {
   public:
     std::string read(std::string_view application, std::string_view section, std::string_view key) override;

@@ -19,9 +19,9 @@ public:
 
   /// The fee of an order below the minimum order value.
   double minimumOrderFee(double orderValue);
-  /// The graded fee: that of the first bound above the value; beyond the last bound the last one.
+  /// The graded fee: that of the first bound above the value; beyond the last bound that of the last.
   double gradedFee(double accessoryValue);
-  /// The keys of the malformed entries, separated by commas; "" without any and before the file is read.
+  /// The keys of the malformed entries, separated by commas; "" if none or before the file is read.
   const std::string& malformedEntries() const { return malformed_; }
 
 private:

@@ -1,4 +1,4 @@
-// Texts of many failures in one, within bounds.
+// Collects the texts of many failures, within bounds.
 #pragma once
 
 #include <cstddef>
@@ -7,16 +7,16 @@
 
 namespace qx {
 
-/// Appends to a text, separated from what stands there by a line break; nothing before the first.
+/// Appends a line to a text, with a line break unless the text is empty.
 void appendLine(std::string& text, std::string_view line);
 
 /// Collects lines up to about one megabyte and then only counts them, so that a run over many refused jobs
-/// keeps its memory.
+/// does not exhaust memory.
 class CollectedText {
 public:
   void clear();
   void add(std::string_view line);
-  /// The lines, and one more that says how many were left out.
+  /// The lines, and a final one with the number of omitted ones.
   std::string text() const;
 
 private:

@@ -25,8 +25,8 @@ ContractKey lineKey(Recordset& line) {
           line.text("Vertragsart")};
 }
 
-/// Which of several jobs speaks for a line: one that is still to be processed goes before a mark and before
-/// one that is done, a customer contract before a single one.
+/// The job for a line, among several: a pending one precedes a mark or a done one; customer contracts (40-44)
+/// precede single ones (20-22).
 constexpr int contractRanks = 4;
 int rankOf(std::int16_t code) {
   if (code == qxtJobKundenVerträgedel) return 1;
@@ -114,7 +114,7 @@ std::int32_t ContractComparison::markUncarried(std::string_view customer) {
   return marked;
 }
 
-/// One job of code 44 with the line's values; a mark that is there already is reused.
+/// Adds one job of code 44 with the line's values; an existing mark is reused.
 void ContractComparison::mark(Recordset& line, const ContractKey& key) {
   const auto jobs = stagedJobs(key);
   while (!jobs->eof() && !isCode(*jobs, qxtJobKundenVerträgedel)) jobs->moveNext();
@@ -128,7 +128,7 @@ void ContractComparison::mark(Recordset& line, const ContractKey& key) {
   jobs->set("Status", Value(static_cast<std::int16_t>(CheckStatus::Clean)));
   for (const ContractPair& field : contractPairs()) {
     if (field.role == ContractPair::Role::Repeats) continue;
-    // A table without the contract's own remark carries it as that of the job.
+    // A table without the contract's own remark has it in the job's.
     const bool carried = field.line != ColumnName("Bemerkung") || jobs->hasField(field.staged);
     const ColumnName staged = carried ? field.staged : ColumnName("Bemerkung");
     if (!jobs->hasField(staged)) continue;

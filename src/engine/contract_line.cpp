@@ -116,7 +116,7 @@ std::vector<ContractColumn> contractColumns(Connection& connection, const JobFie
   std::vector<ContractColumn> columns;
   for (const ContractPair& pair : pairs) {
     Value content = pair.written(job(pair.staged));
-    // Senders that know no field for it give the remark as that of the job.
+    // Senders without a field for it put the remark in the job's.
     if (content.isNull() && pair.line == ColumnName("Bemerkung")) content = emptyToNull(job("Bemerkung"));
     if (content.isNull() && pair.line == ColumnName("Vertragstext"))
       content = contractObjectText(connection, job("Artikelnummer").text());

@@ -1,4 +1,4 @@
-// What a contract job stores as a line of the contract table.
+// The line of the contract table that a contract job writes.
 #pragma once
 
 #include "engine/job_fields.h"
@@ -12,12 +12,12 @@
 
 namespace qx {
 
-/// What a position of a contract job holds in place of its header.
+/// The values that a position of a contract job may have in place of its header.
 inline constexpr std::array contractPositionColumns{ColumnName("Menge"),         ColumnName("Preis"),
                                                     ColumnName("Artikelnummer"), ColumnName("Vertragsende"),
                                                     ColumnName("Vertragsart"),   ColumnName("Vertragstext")};
 
-/// The positions of a contract job, the one that is taken over first.
+/// The positions of a contract job; the first one is taken over.
 std::unique_ptr<Recordset> openContractPositions(Connection& connection, std::string_view jobId);
 
 /// The four values that identify a line of the contract table. Empty ones are stored as "", never as null, so
@@ -31,33 +31,32 @@ struct ContractKey {
   static ContractKey of(const JobFields& job);
 };
 
-/// The line of this key, or no row. Rows can be changed.
+/// Opens the line of this key, or no row. Rows can be changed.
 std::unique_ptr<Recordset> openContract(Connection& connection, const ContractKey& key);
 
-/// `Bez` of a contract object; null when it is unknown.
+/// `Bez` of a contract object; null when unknown.
 Value contractObjectText(Connection& connection, std::string_view object);
 
-/// The state that a job without one gets.
+/// The default state of a job.
 inline constexpr std::string_view activeContract = "A";
 
 /// The job's state, or the default for an empty one.
 std::string contractState(const JobFields& job);
-/// The kind and the object of a contract in one of the states "I" and "E" are not checked. Compared exactly.
+/// Whether kind and object are not checked: in the states "I" and "E", compared exactly.
 bool skipsObjectChecks(std::string_view state);
 
-/// The text when it holds a date or a time of day, else null. A time-only midnight is no date; `noon`:
-/// neither is "12:00:00 AM".
+/// The text if it is a date or a time of day, otherwise null. Midnight without a date is null; with `noon` so
+/// is "12:00:00 AM".
 Value contractDate(const Value& text, bool noon);
 
-/// A column of the contract table and the staging column that stands for it.
+/// A column of the contract table and its staging column.
 struct ContractPair {
   enum class Role : std::uint8_t { Plain, Key, Repeats };
 
   ColumnName line;
   ColumnName staged;
-  Value (*written)(const Value& staged); ///< what processing writes for it
-  /// `Key`: a line that exists has it in its own spelling and keeps it. `Repeats`: another column holds the
-  /// same.
+  Value (*written)(const Value& staged); ///< the value that processing writes
+  /// `Key`: an existing line keeps its own spelling. `Repeats`: another column has the same value.
   Role role = Role::Plain;
 };
 /// In the order in which they are written.
@@ -69,8 +68,8 @@ struct ContractColumn {
   bool isKey = false;
 };
 
-/// Every column that processing writes, with its defaults, but for the user and time of the change. The price
-/// is an amount; one that fits none stands as it is.
+/// Every column that processing writes, with its defaults, except user and time of the change. The price is
+/// an amount, or the staged value when it does not fit one.
 std::vector<ContractColumn> contractColumns(Connection& connection, const JobFields& job);
 
 } // namespace qx

@@ -39,7 +39,7 @@ void ContractPreparation::prepare(Recordset& contracts) {
   JobRow job(contracts, run_.missing);
   if (job.jobType() != qxtjobverträge) return;
   const std::string jobId = job.text("JobID");
-  // A group that was lost is prepared again.
+  // A lost group is prepared again.
   unprepared_.erase(jobId);
   const auto positions = openContractPositions(*run_.environment.connection, jobId);
   if (positions->eof()) return;

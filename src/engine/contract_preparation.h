@@ -12,10 +12,10 @@ namespace qx {
 /// The contract jobs whose position could not be taken over, by key, with the reason.
 using UnpreparedContracts = std::map<std::string, std::string, std::less<>>;
 
-/// A contract job may arrive with its values in a position instead of its header. Of each waiting contract
-/// job the first position is taken over, empty values too, and all its positions are deleted. Customer
-/// contracts are not touched. A job that the database refuses to prepare must not be written with what its
-/// header holds.
+/// A contract job may arrive with its values in a position instead of its header. The first position of each
+/// waiting contract job is copied to the header, empty values too, and all its positions are deleted.
+/// Customer contracts are not changed. A job that the database refuses to prepare must not be written with
+/// the values of its header.
 class ContractPreparation {
 public:
   explicit ContractPreparation(RunContext& run) : run_(run) {}

@@ -14,8 +14,8 @@ public:
   explicit ContractProcessor(RunContext& run)
       : environment_(run.environment), marks_(run.marks), events_(run.events) {}
 
-  /// Why the contract was not written; empty when it was. The line and the job's done code are written
-  /// together. A failed job is marked with every reason that was found and its line is not written.
+  /// Returns why the contract was not written; empty when it was. The line and the job's done code are
+  /// written together. A failed job is marked with every reason that was found and its line is not written.
   Findings process(JobRow& job);
 
 private:

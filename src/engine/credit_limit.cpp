@@ -9,7 +9,7 @@
 namespace qx {
 namespace {
 
-/// Nobody is refused or let through for a thousand that may have been meant as one.
+/// "1.000" may mean 1000 or 1, so it must not decide.
 void refuseAmbiguous(std::string_view text) {
   if (const auto readings = readingsOf(text)) throw AmbiguousLimit(text, *readings);
 }
@@ -19,7 +19,7 @@ Finding doubtful(std::string_view limit, const NumberReadings& readings) {
                  germanNumber(readings.thousands) + " oder " + germanNumber(readings.decimals));
 }
 
-/// Without what lies beyond the decimals of an amount; as it is when it is larger than every amount.
+/// Truncated to the decimals of an amount; unchanged when too large for one.
 double asAmount(double number) {
   const auto amount = Money::fromDouble(number);
   return amount ? amount->toDouble() : number;
@@ -42,7 +42,7 @@ CreditResult CreditLimit::query(std::string_view customer) const {
           value(customer), "'"_sql));
   if (row->eof()) return CreditResult::WithinLimits;
   const Settings settings(environment_, SettingTrap::Refusals);
-  // The ERP's own limits stand in for a customer that has none; they are in the home currency.
+  // A customer without limits has those of the ERP, which are in the home currency.
   const auto limit = [&](ColumnName column, const TextOption& option) -> Limit {
     const Value own = row->value(column);
     if (own.kind() == ValueKind::Text) refuseAmbiguous(own.textView());

@@ -13,7 +13,7 @@ namespace qx {
 
 enum class CreditResult : std::int16_t { WithinLimits = 0, Limit1Reached = 1, Limit2Reached = 2 };
 
-/// A limit whose text can mean two amounts. It has to be corrected; trying again does not help.
+/// Raised for a limit whose text can mean two amounts; it has to be corrected.
 class AmbiguousLimit : public std::runtime_error {
 public:
   AmbiguousLimit(std::string_view limit, const NumberReadings& readings);
@@ -24,13 +24,13 @@ private:
   Finding finding_;
 };
 
-/// Compares the balance of a customer's open items with the two limits. The order at hand is not added.
+/// Compares the balance of a customer's open items with the two limits. The current order is not added.
 class CreditLimit {
 public:
   explicit CreditLimit(Environment& environment) : environment_(environment) {}
 
-  /// Reaching a limit counts; a limit of 0 is none. An unknown customer is within the limits. Raises
-  /// `AmbiguousLimit`; what the accounting component raises reaches the caller.
+  /// Reaching a limit counts; 0 means no limit. An unknown customer is within the limits. Raises
+  /// `AmbiguousLimit`; exceptions of the accounting component reach the caller.
   CreditResult query(std::string_view customer) const;
 
 private:

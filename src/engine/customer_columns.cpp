@@ -5,7 +5,7 @@
 namespace qx {
 namespace {
 
-// PLZ and Ort are written directly after Land as an addition of ours: an order takes them from the customer.
+// PLZ and Ort follow Land as an addition of ours: an order takes them from the customer.
 constexpr std::array writtenColumns{CustomerColumn("Kundennummer"),
                                     CustomerColumn("Suchbegriff"),
                                     CustomerColumn("Bez1"),
@@ -48,10 +48,10 @@ std::span<const CustomerColumn> writtenCustomerColumns() { return writtenColumns
 
 std::optional<Value> writtenBy(const JobFields& job, const CustomerColumn& field, bool isNew) {
   const Value staged = field.column == ColumnName("Bankleitzahl") ? bankCode(job) : job(field.jobField);
-  // A column of which the sender does not speak is kept; an empty text empties it.
+  // A null column leaves the stored value unchanged; an empty text clears it.
   if (staged.isNull()) return std::nullopt;
   Value written = emptyToNull(staged);
-  // A new row leaves unset columns to the defaults of the table.
+  // A new row gets the table's defaults for unset columns.
   if (written.isNull() && (isNew || field.keptWhenEmpty)) return std::nullopt;
   return written;
 }

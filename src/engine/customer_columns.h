@@ -1,4 +1,4 @@
-// Which columns of the customer master a job writes, and from what.
+// The columns of the customer master that a job writes, and their sources.
 #pragma once
 
 #include "engine/job_fields.h"
@@ -12,7 +12,7 @@ namespace qx {
 struct CustomerColumn {
   ColumnName column;
   ColumnName jobField;
-  /// An update with an empty text, too, leaves what the master holds.
+  /// An update with an empty text also leaves the master's value unchanged.
   bool keptWhenEmpty = false;
 
   consteval CustomerColumn(ColumnName name) : column(name), jobField(name) {}
@@ -27,7 +27,7 @@ struct CustomerColumn {
 /// In the order in which they are written.
 std::span<const CustomerColumn> writtenCustomerColumns();
 
-/// What the job writes into the column, null to empty it; nothing where the column stays as it is.
+/// The value that the job writes, null to clear the column; nothing where the column stays unchanged.
 std::optional<Value> writtenBy(const JobFields& job, const CustomerColumn& field, bool isNew);
 
 } // namespace qx

@@ -12,7 +12,8 @@
 #include <stdexcept>
 
 namespace qx {
-/// One kind of code: what a missing one breaks, how it is found and created, and whether it may be.
+/// One kind of code: the rule that a missing one breaks, how it is found and created, and whether that is
+/// allowed.
 struct CustomerProcessor::Code {
   Rule refused;
   std::string_view field;
@@ -38,7 +39,7 @@ CustomerProcessor::Outcome CustomerProcessor::process(JobRow& job) {
   const std::string stamp = receiptStamp(job, refused);
   if (!refused.empty()) return failed(job, std::move(refused));
   run_.events.raiseProcessInfo("Kunden werden verarbeitet... (Kundennummer: " + number + ")");
-  // Before the row is written: they name what it held.
+  // Before the row is written: they compare with its old values.
   Findings hints = customerHints(fieldsOf(job.row()), isNew ? nullptr : customer.get(), run_.homeCurrency);
   save(job, *customer, isNew, stamp);
   return {isNew ? Result::Created : Result::Changed, std::move(hints)};
@@ -137,7 +138,7 @@ void CustomerProcessor::writeCustomer(const JobRow& job, Recordset& customer, bo
   set("ÄndDatum", Value(stamp));
   const JobFields fields = fieldsOf(job);
   for (const CustomerColumn& field : writtenCustomerColumns()) {
-    // The key of a found customer is the same and stays as the master spells it.
+    // The key of an existing customer keeps the master's spelling.
     if (!isNew && field.column == ColumnName("Kundennummer")) continue;
     std::optional<Value> content = writtenBy(fields, field, isNew);
     if (!content) continue;
@@ -149,7 +150,7 @@ void CustomerProcessor::writeCustomer(const JobRow& job, Recordset& customer, bo
   written.before = std::move(before);
 }
 
-/// What the host's transaction does not undo for us, the latest first.
+/// Undoes on a host's connection what was written, the latest first.
 void CustomerProcessor::undoOnHost(Recordset& customer, const std::string& number, const Written& written) {
   const auto undo = [&](const std::function<void()>& step) {
     undoStep(environment_.diagnostics, "undoing a customer", step);

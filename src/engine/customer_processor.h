@@ -21,23 +21,23 @@ public:
   enum class Result { Created, Changed, Failed };
   struct Outcome {
     Result result = Result::Failed;
-    Findings findings; ///< hints of a job that was written, the reasons of one that failed
+    Findings findings; ///< hints of a written job, or the reasons of a failed one
   };
 
   explicit CustomerProcessor(RunContext& run);
 
-  /// A failed job is marked with every reason that was found; nothing of the customer is then written, while
-  /// codes that were created stay. The customer, its addresses and the job's done code are written together
-  /// or not at all; on a host's connection what was written before the failure is taken back.
+  /// A failed job is marked with every reason found; nothing of the customer is written, but created codes
+  /// stay. The customer, its addresses and the job's done code are written together or not at all; on a
+  /// host's connection earlier writes are undone.
   Outcome process(JobRow& job);
 
 private:
   struct Code;
-  /// What of a customer stands in the tables.
+  /// What has been written of a customer.
   struct Written {
     bool added = false;
-    std::vector<std::pair<ColumnName, Value>> before;           ///< of a customer that was changed
-    std::vector<std::pair<std::string, std::string>> addresses; ///< that were added: customer and number
+    std::vector<std::pair<ColumnName, Value>> before;           ///< of a changed customer
+    std::vector<std::pair<std::string, std::string>> addresses; ///< added ones: customer and number
   };
 
   void checkCodes(const JobRow& job, Findings& refused);

@@ -1,4 +1,4 @@
-// The rules that a job can break, and how a run, a dialog and a program speak of each.
+// The rules that a job can break, with the terms of run, dialogs and programs for each.
 #pragma once
 
 #include "model/job_codes.h"
@@ -10,9 +10,9 @@
 
 namespace qx {
 
-/// A rule of the checks and of the writing of jobs; each has one row of terms.
+/// A rule of checking or writing jobs; each has one row of terms.
 enum class Rule : std::uint8_t {
-  // Of a job of any kind.
+  // Jobs of any kind.
   EarlierReasons,
   CheckFailed,
   ProcessingFailed,
@@ -41,7 +41,7 @@ enum class Rule : std::uint8_t {
   CustomerInvoiceKey,
   CustomerContractWarnings,
   CustomerContractErrors,
-  // Told by the dialogs of customers and orders only.
+  // Only in the dialogs of customers and orders.
   PriceList,
   Currency,
   EntryCurrency,
@@ -105,7 +105,7 @@ enum class Rule : std::uint8_t {
   OrderCostAssignment,
   OrderStock,
   OrderArticle,
-  // Told by the dialog of an order only.
+  // Only in the dialog of an order.
   OrderName1,
   OrderName2,
   OrderName3,
@@ -147,25 +147,25 @@ enum class Rule : std::uint8_t {
 };
 inline constexpr Rule lastRule = Rule::OrderExchangeRate;
 
-/// How a dialog speaks of a broken rule.
+/// The terms of a dialog for a broken rule.
 struct DialogTerms {
-  std::string_view code;    ///< short code of the findings list; empty when no dialog tells it
-  std::string_view control; ///< object name of the control that it speaks of; a grid for positions
-  std::string_view text{};  ///< empty: as the run says it
+  std::string_view code;    ///< short code of the findings list; empty when no dialog shows it
+  std::string_view control; ///< object name of the control concerned; a grid for positions
+  std::string_view text{};  ///< empty: the text of the run
 };
 
-/// In texts "{value}", "{stored}" and "{field}" stand for those of the finding, "{value.00}" for a number
-/// with two decimals.
+/// In texts "{value}", "{stored}" and "{field}" are replaced by those of the finding, "{value.00}" by a
+/// number with two decimals.
 struct RuleTerms {
   Rule rule{};
   std::string_view code; ///< for programs; never changes
   CheckStatus severity = CheckStatus::Clean;
-  std::string_view run;   ///< as it is written into `Fehlertext` and the protocol; empty: a run says nothing
+  std::string_view run;   ///< as written to `Fehlertext` and the protocol; empty: none
   std::string_view field; ///< property of the job; empty for none, or when the finding names it
   DialogTerms dialog{};
   std::string_view remedy; ///< what to do, in German
-  std::string_view note{}; ///< where run and dialog differ on purpose, or when it is looked at; in German
-  bool counts = true;      ///< for the status; not what a dialog shows though the job goes through with it
+  std::string_view note{}; ///< where run and dialog differ on purpose, or when it is checked; in German
+  bool counts = true;      ///< whether it raises the status; false for what only a dialog shows
 
   constexpr RuleTerms noted(std::string_view text) const {
     RuleTerms noted = *this;
@@ -181,8 +181,8 @@ const RuleTerms& terms(Rule rule);
 /// The pattern of a row's text with "..." for the values.
 std::string withoutValues(const RuleTerms& row, std::string_view pattern);
 
-/// Whether the text, or its first line, is what a run or a dialog says of this rule, whatever the values.
-/// False for a rule of which only the values are said.
+/// Whether the text, or its first line, is that of a run or dialog for this rule, with any values. False for
+/// a rule whose text is only its values.
 bool says(const RuleTerms& row, std::string_view text);
 
 } // namespace qx

@@ -18,7 +18,7 @@ std::string withTwoDecimals(const std::string& number) {
   return germanDecimals(parseEnteredNumber(number).value_or(0), 2);
 }
 
-/// Puts the values of the finding into the places of the pattern.
+/// Replaces the placeholders of the pattern by the values of the finding.
 std::string filled(std::string_view pattern, const Finding& finding, TextOfValue shown) {
   std::string text;
   while (!pattern.empty()) {

@@ -1,4 +1,4 @@
-// What a check or a refused writing of a job found.
+// The findings of a check or of a job that could not be written.
 #pragma once
 
 #include "engine/finding_terms.h"
@@ -15,22 +15,22 @@ namespace qx {
 /// The sentence that announces findings; warnings and errors share it on purpose.
 inline constexpr std::string_view findingsSentence = "Beim Verarbeiten wurden Warnungen festgestellt.";
 
-/// The position of a job; empty for the job itself.
+/// A position of a job; empty for the job itself.
 struct FindingPosition {
   std::string key;    ///< `ChildID`
-  std::string number; ///< `Positionsnummer`, as staged
+  std::string number; ///< staged `Positionsnummer`
 
   friend bool operator==(const FindingPosition&, const FindingPosition&) = default;
 };
 
-/// One thing that speaks against a job, or, with the severity `Clean`, is worth knowing (a hint). The values
-/// are data: what they look like in a text is said by the terms of the rule.
+/// One objection to a job or, with the severity `Clean`, a hint. The values are data; the terms of the rule
+/// say how to put them in a text.
 struct Finding {
   Rule rule{};
   CheckStatus severity = CheckStatus::Clean;
   std::string value;  ///< of the job
-  std::string stored; ///< what stands against it in the master data
-  std::string field;  ///< of the job, where the rule speaks of several
+  std::string stored; ///< the differing value of the master data
+  std::string field;  ///< property of the job, for rules about several
   FindingPosition position;
 
   Finding() = default;
@@ -47,23 +47,23 @@ struct Finding {
   }
 
   bool isHint() const { return severity == CheckStatus::Clean; }
-  /// The property of the job that it speaks of; empty for none.
+  /// The property of the job concerned; empty for none.
   std::string_view fieldName() const { return field.empty() ? terms(rule).field : std::string_view(field); }
 
   friend bool operator==(const Finding&, const Finding&) = default;
 };
 
-/// As a run says it; empty for a rule of which it says nothing.
+/// The text of a run; empty for a rule without one.
 std::string runText(const Finding& finding);
-/// The same with line breaks of values as blanks, so that no value begins a line of its own.
+/// The same with line breaks of values as blanks, so that no value can begin a line.
 std::string runLine(const Finding& finding);
-/// What a hint begins with among findings and in the protocol.
+/// The prefix of a hint among findings and in the protocol.
 inline constexpr std::string_view hintMark = "Hinweis: ";
-/// The line of a hint there.
+/// A hint with that prefix.
 std::string hintLine(const Finding& hint);
-/// As a dialog says it.
+/// The text of a dialog.
 std::string dialogText(const Finding& finding);
-/// As a run says it, else as a dialog does.
+/// The text of a run, else that of a dialog.
 std::string anyText(const Finding& finding);
 
 /// The findings of a job in the order in which they were found.
@@ -83,7 +83,7 @@ public:
   auto begin() const { return list_.begin(); }
   auto end() const { return list_.end(); }
 
-  /// What the run says of those that raise the status, and of the others.
+  /// The texts of those that raise the status, and of the others.
   std::vector<std::string> texts() const;
   std::vector<std::string> hints() const;
   /// One line for each of both, as lists show them.
@@ -95,7 +95,7 @@ private:
   std::vector<Finding> list_;
 };
 
-/// The sentence and the findings, as they are appended to a job's reasons.
+/// The sentence and the findings, as appended to a job's reasons.
 std::string announced(const Findings& findings);
 
 } // namespace qx

@@ -10,14 +10,14 @@
 namespace qx {
 namespace {
 
-// The marks of customers who are taxed at home, and of those in the customs union.
+// The tax marks of domestic customers and of those in the EU.
 constexpr std::string_view domesticMark = "IN";
 constexpr std::string_view unionMark = "EU";
 
-/// How the home country is written in addresses.
+/// The spellings of the home country in addresses.
 constexpr std::array<std::string_view, 5> homeCountries{"D", "DE", "DEU", "Deutschland", "Germany"};
 
-/// A field of a customer job that no column of the master takes, and the column that holds the like.
+/// A field of a customer job that is not written to the master, and the column with a similar meaning.
 struct UnwrittenField {
   ColumnName field;
   ColumnName like; ///< "" for none
@@ -44,7 +44,7 @@ void addToList(std::string& list, std::string_view field, std::string_view conte
   list += (list.empty() ? "" : ", ") + std::string(field) + " '" + std::string(content) + "'";
 }
 
-/// Nothing of worth: empty, or a number 0.
+/// Whether the value is empty or 0.
 bool holdsNothing(const Value& value) {
   return value.isEmpty() || (value.kind() != ValueKind::Text && value.number() == 0.0);
 }
@@ -66,7 +66,7 @@ void addUnwrittenFields(const JobFields& job, Recordset* master, std::string_vie
   for (const UnwrittenField& unwritten : unwrittenFields) {
     const std::string given = job(unwritten.field).text();
     if (given.empty()) continue;
-    // With a bank code the list of banks names the bank.
+    // With a bank code the bank's name comes from the list of banks.
     if (unwritten.field == ColumnName("Kreditinstitut") && !bankCode(job).isEmpty()) continue;
     std::string stored = masterText(master, unwritten.like);
     if (stored.empty() && unwritten.like == ColumnName("Währung")) stored = homeCurrency;
@@ -112,7 +112,7 @@ Findings customerHints(const JobFields& job, Recordset* master, std::string_view
       hints.add(Finding(Rule::CustomerAbroad, country, domesticMark));
     return hints;
   }
-  // What the master holds once the job is written.
+  // The value of the master after the job is written.
   const auto afterwards = [&](const CustomerColumn& field) {
     return writtenBy(job, field, false).value_or(masterValue(master, field.column));
   };

@@ -1,5 +1,4 @@
-// What a user should know about a job that is no fault of it: findings that change neither its status nor its
-// code.
+// Hints: findings that a user should know about but that change neither status nor code of the job.
 #pragma once
 
 #include "engine/customer_columns.h"
@@ -11,17 +10,15 @@
 
 namespace qx {
 
-/// Those of a customer or order job (`kind`); of a contract, or an order of an unknown customer, there are
-/// none.
+/// The hints of a customer or order job (`kind`); none for a contract or an order of an unknown customer.
 Findings jobHints(Connection& connection, std::int16_t kind, const JobFields& job,
                   std::string_view homeCurrency);
 
-/// What becomes of a customer's data that its sender may not expect. `master` is the customer's row, null for
-/// a new customer.
+/// Possibly unexpected handling of a customer's data. `master` is the customer's row, null for a new
+/// customer.
 Findings customerHints(const JobFields& job, Recordset* master, std::string_view homeCurrency);
 
-/// Which currency and tax an order gets that its sender may not expect. `customer` stands on the order's
-/// customer.
+/// Possibly unexpected currency and tax of an order. `customer` is positioned on the order's customer.
 Findings orderHints(const JobFields& job, Recordset& customer, Connection& connection,
                     std::string_view homeCurrency);
 

@@ -1,4 +1,4 @@
-// Takes back, on a host's connection, what a failed job has written.
+// Undoes, on a host's connection, what a failed job has written.
 #pragma once
 
 #include "platform/system.h"
@@ -8,8 +8,8 @@
 
 namespace qx {
 
-/// One step of taking something back. A step that fails is told under `where` and hides neither the failure
-/// that made it necessary nor the steps that follow.
+/// Runs one undo step. Its failure is reported under `where`; it does not hide the original failure or
+/// prevent later steps.
 void undoStep(Diagnostics& diagnostics, std::string_view where, const std::function<void()>& step);
 
 } // namespace qx

@@ -29,23 +29,22 @@
 
 namespace qx {
 
-/// What the host hands over at its start.
+/// The start parameters of the host.
 struct StartParameters {
   std::string connect;  ///< how to connect
   std::string session;  ///< the ERP session to join
-  std::string filename; ///< a job file to read in once the view is open; may be empty
+  std::string filename; ///< a job file to import once the view is open; may be empty
 };
 
 /// Through this class a host and the job view reach the staged jobs and turn them into ERP data.
 ///
-/// Created on an environment that outlives it; its session and connection are the environment's. One thread.
-/// Members do not raise: they catch at their end, show a critical box with the failure's description and
-/// return false or empty, unless stated otherwise. A session that the environment holds already is adopted
-/// at once; one that cannot be is dropped, with a box. At its end the object gives its lock back and
-/// disconnects the session that it holds, an adopted one too.
+/// The environment must outlive it; its session and connection are the environment's. Not thread-safe. Unless
+/// stated otherwise, members do not raise: they trap failures, show them in a critical box and return false
+/// or empty. A session already in the environment is adopted at once or, with a box, dropped if that fails.
+/// The destructor releases the lock and disconnects the session, even an adopted one.
 ///
-/// A handler of the run's events may call members. While the run is under way `ProcessJobs` and `WWSSession`
-/// return false, and connection and session stay as they are; only the diagnostics are told.
+/// A handler of the run's events may call members. During the run `ProcessJobs` and `WWSSession` return
+/// false, and connection and session do not change; this is only reported to the diagnostics.
 class ImportJobObject2 {
 public:
   explicit ImportJobObject2(Environment& environment);
@@ -56,31 +55,29 @@ public:
   /// @name Object
   /// @{
   std::shared_ptr<Connection> ActiveConnection() const { return environment_.connection; }
-  /// Closes the job list, the protocol and, when it is another connection, gives the lock back. Beside a
-  /// session that works on the same file with a connection of its own, one with units of work is refused with
-  /// a box and the earlier one stays: each run would wait for itself when it draws a number.
+  /// Closes the job list and the protocol and, for another connection, releases the lock. Refused with a box,
+  /// without a change, for a connection with units of work on the file that the session has open through its
+  /// own connection: a run would wait for itself when drawing a number.
   void ActiveConnection(std::shared_ptr<Connection> connection);
   /// Opens the job list and its positions on the connection; true when both could be opened.
   bool ConnectDB();
   /// Connects to the ERP session and adopts it; true when connected. After a refused or failed connect there
-  /// is neither session nor connection, whatever there was before.
+  /// is neither session nor connection.
   bool WWSSession();
   std::shared_ptr<qx::Session> Session() const { return environment_.session; }
-  /// Adopts a session: its connection, personnel number and home currency. The one before is disconnected.
-  /// When any of them cannot be had, everything stays as it was. Null lets the session go; the connection
-  /// stays.
+  /// Adopts a session: its connection, personnel number and home currency. The previous one is disconnected.
+  /// Nothing changes when any of them is unavailable. Null releases the session but keeps the connection.
   void Session(std::shared_ptr<qx::Session> session);
-  /// Takes the single-user lock and opens the job view; unloads again when it cannot have the lock, which is
-  /// always said, or cannot open the view.
+  /// Takes the single-user lock and opens the job view; unloads again when the lock is refused, which is
+  /// always shown, or the view cannot be opened.
   void JobViewShow();
-  /// Releases the lock if this object holds it and raises `JobViewUnload`. While a run is under way the lock
-  /// is released at its end. A lock whose row could not be deleted is still held.
+  /// Releases the lock if this object holds it and raises `JobViewUnload`. During a run the lock is released
+  /// at its end. A lock whose row could not be deleted is still held.
   void Unload();
-  /// The processing run. True when it came to its end, also when it was stopped; false when it was refused,
-  /// broke off or was called in the middle of another. `UnEvaluated` leaves the automatic check out.
+  /// Performs a processing run. True when it ended normally or was stopped; false when it was refused, failed
+  /// or called during another. `UnEvaluated` skips the automatic check.
   bool ProcessJobs(bool UnEvaluated = false, qxProcessState ProcessState = qxProcessState::ProcessAll);
-  /// `NoProof`: jobs are waiting that the automatic mode has still to check. `NoProcess`: nothing can be
-  /// processed.
+  /// `NoProof`: waiting jobs have yet to be checked in automatic mode. `NoProcess`: nothing can be processed.
   void VerifyProcesses(bool& NoProof, bool& NoProcess);
   bool CreateProtocol();
   void AddProtocolColumn(std::string_view Vorgang, std::string_view Nummer, std::string_view Status,
@@ -96,7 +93,7 @@ public:
   /// Writes every staged job and position to a job file; a failure is shown.
   bool Export(std::string_view FileName);
   /// Reads a plain or scrambled job file into the staging tables. Jobs of the same key are overwritten. A
-  /// file of another kind, and any record that had to be refused, is shown.
+  /// wrong kind of file and refused records are shown.
   bool Import(std::string_view FileName);
   std::string nCommand;
   JobViewFormState ViewFormLoad = qxtViewJobForm_Nothing;
@@ -143,12 +140,11 @@ public:
                                   std::string* JobID = nullptr) const;
   /// Whether processing the contract would change what is stored.
   bool GetDiffVertrags(const VertragFields& vertrag) const;
-  /// Marks the stored contracts of the customer that the import no longer carries; their number.
+  /// Marks the customer's stored contracts that are no longer imported; returns their number.
   std::int32_t GetDelVerträge(std::string_view Kundennummer);
   /// @}
 
-  /// @name Rules. What they raise reaches the caller.
-  /// @{
+  /// @name Rules. Their exceptions reach the caller. @{
   std::int16_t GetSteuerschlüssel(std::string_view MwStKZKunde, std::string_view MwStKZArtikel,
                                   std::string_view Datum) const;
   double GetSteuerSatz(std::string_view Steuerschlüssel) const;
@@ -184,23 +180,22 @@ public:
   /// @{
   [[nodiscard]] Subscription subscribe(EngineEvents& observer) { return events_.subscribe(observer); }
   void setStartParameters(StartParameters parameters) { start_ = std::move(parameters); }
-  /// The file to be read in, once: it is forgotten with this call. Empty for none.
+  /// Returns and clears the file to import; empty for none.
   std::string takeFilename() { return std::exchange(start_.filename, {}); }
-  /// Told of every job of a run once its outcome is durable.
+  /// Called for every job of a run once its outcome is durable.
   void setOutcomeSink(OutcomeSink sink) { outcomes_ = std::move(sink); }
   /// The end and the counts of the last run.
   const RunReport& lastRun() const { return lastRun_; }
-  /// Ends the run that is under way after its current job; before and after a run it does nothing. May be
-  /// called from a signal handler.
+  /// Ends the running run after its current job; otherwise does nothing. May be called from a signal handler.
   void requestStop() noexcept { stop_.request(); }
   bool stopRequested() const noexcept { return stop_.requested(); }
-  /// Ends the statement that a run is stuck in; its group of jobs is rolled back and waits again. May be
+  /// Interrupts the running statement of a run; its group of jobs is rolled back and waits again. May be
   /// called from a signal handler.
   void interruptStatement() noexcept {
     if (environment_.connection) environment_.connection->interrupt();
   }
-  /// Checks a staged job of any kind without writing anything. A check that fails is a finding; a store that
-  /// cannot go on reaches the caller.
+  /// Checks a staged job of any kind without writing anything. A failed check is a finding; a failure of the
+  /// whole database reaches the caller.
   Findings checkJob(std::string_view jobId);
   ImportLock& importLock() { return lock_; }
   /// @}
@@ -215,7 +210,7 @@ private:
   bool refusedInRun(std::string_view member) const;
   void showFailure(std::string_view text, std::string_view cause) const;
   const Scrambler& scrambler();
-  /// Runs a member's work; shows and reports what it raises, and returns false then.
+  /// Runs a member's work; shows and reports an exception and then returns false.
   template <class Work>
   bool guarded(std::string_view member, std::string_view text, Work&& work) const;
 
@@ -232,11 +227,11 @@ private:
   MasterData masterData_;
   CustomerAddresses addresses_;
   ComboLists combos_;
-  std::optional<Scrambler> scrambler_; ///< made when it is first needed
+  std::optional<Scrambler> scrambler_; ///< created on first use
   std::unique_ptr<Recordset> jobList_;
   std::unique_ptr<Recordset> positionList_;
   bool running_ = false;
-  bool unloadedInRun_ = false; ///< the lock is to be released at the end of the run
+  bool unloadedInRun_ = false; ///< release the lock at the end of the run
   std::string personalNr_;
   std::string homeCurrency_{option::homeCurrency.fallback};
 };

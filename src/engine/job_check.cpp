@@ -50,7 +50,7 @@ Findings JobCheck::findingsOf(std::string_view jobId) {
   case qxtjobkundenverträge:
     return ContractCheck(environment_).checkStaged(*header);
   case qxtJobAufträge:
-    // What a parked order was refused for is no finding of its own.
+    // A parked order's Fehlertext is the result of the last check, not a new finding.
     return withHints(OrderCheck(environment_, orderOptions_)
                          .CheckAuftrag(jobId, prices_, stateOf(jobType) == JobState::Waiting));
   default:

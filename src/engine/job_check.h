@@ -11,14 +11,14 @@
 
 namespace qx {
 
-/// Tells what the automatic check and the dialogs would find, without writing anything. The settings are read
-/// when it is created, so that many jobs can be checked in a row.
+/// Determines what the automatic check and the dialogs would find, without writing anything. Reads the
+/// settings when created, so that many jobs can be checked in a row.
 class JobCheck {
 public:
   explicit JobCheck(Environment& environment);
 
-  /// Clean for a job that is unknown or done. What fails for this job alone, a refused statement included, is
-  /// an error among its findings; a store that cannot go on reaches the caller.
+  /// Clean for a job that is unknown or done. A failure of this job only, such as a refused statement, is an
+  /// error among its findings; a failure of the whole database reaches the caller.
   Findings check(std::string_view jobId);
 
 private:

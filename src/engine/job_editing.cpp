@@ -13,10 +13,10 @@
 namespace qx {
 namespace {
 
-/// Computed by the query, no column of the table.
+/// Computed by the query, not a column of the table.
 constexpr ColumnName orderOfPositions = "intPos";
 
-/// A clerk does not wait longer for another program than this.
+/// How long a clerk waits for another program.
 class ShortWait final : public BusyWait {
 public:
   bool goOn(std::chrono::milliseconds waited) override { return waited < std::chrono::seconds(5); }
@@ -90,7 +90,7 @@ StagedRows JobEditing::positions(std::string_view jobId) const {
 }
 
 std::unique_ptr<Recordset> JobEditing::contractsOf(std::string_view customer) const {
-  // Completed on purpose: the statement was handed down without the codes and its closing bracket.
+  // Completed on purpose: the original statement lacks the codes and its closing bracket.
   return activeConnection(environment_)
       .open(sql("Select * From ImportKopf where Kundennummer = '"_sql, value(customer),
                 "' And (JobType = 40 or JobType = 41 or JobType = 42 or JobType = 43 or JobType = 44)"_sql));
@@ -118,7 +118,7 @@ void JobEditing::edit(ReadJob& job, const std::function<void()>& work, BusyWait*
     work();
     now = read(job.jobId, *header(job.jobId));
   } catch (const std::exception&) {
-    // A host's connection has no unit of ours that could be rolled back.
+    // A host's connection has no unit to roll back.
     if (!connection.ownsWork()) putBack(job);
     throw;
   }

@@ -1,4 +1,4 @@
-// What the dialogs read of a staged job and write back.
+// Reads and writes staged jobs for the dialogs.
 #pragma once
 
 #include "model/job_codes.h"
@@ -24,7 +24,7 @@ struct ColumnChange {
   Value content;
 };
 
-/// Rows of a staging table in memory, with every column that the table has.
+/// Rows of a staging table in memory, with all columns of the table.
 class StagedRows {
 public:
   StagedRows() = default;
@@ -32,17 +32,17 @@ public:
 
   std::size_t size() const { return rows_.size(); }
   bool has(ColumnName column) const { return find(column).has_value(); }
-  /// Null for a column that the table lacks and for a row that there is not.
+  /// Null for a missing column or row.
   const Value& at(std::size_t row, ColumnName column) const;
-  /// Does nothing for a column that the table lacks.
+  /// Does nothing for a missing column.
   void set(std::size_t row, ColumnName column, Value value);
-  /// Appends a row of nulls; its number.
+  /// Appends a row of nulls and returns its index.
   std::size_t add();
   void remove(std::size_t row);
   /// Sets every column of a new row of the record set.
   void copyTo(Recordset& target, std::size_t row) const;
 
-  /// Sets the columns of a row that differ from the first one here.
+  /// Sets the columns of a row that differ from the first row here.
   void copyChanged(Recordset& row) const;
 
   friend bool operator==(const StagedRows&, const StagedRows&) = default;
@@ -50,7 +50,7 @@ public:
 private:
   std::optional<std::size_t> find(ColumnName column) const;
 
-  /// A column with the hash by which it is found.
+  /// A column with its hash.
   struct Column {
     std::string name;
     std::uint64_t hash = 0;
@@ -62,7 +62,7 @@ private:
   std::vector<std::vector<Value>> rows_;
 };
 
-/// A job as it stood when a dialog read it: its row and its positions in the order of their numbers.
+/// A job as a dialog read it: its row and its positions, sorted by number.
 struct ReadJob {
   std::string jobId;
   StagedRows header; ///< none or one
@@ -74,22 +74,22 @@ struct ReadJob {
   friend bool operator==(const ReadJob&, const ReadJob&) = default;
 };
 
-/// The job is no longer the one that was read; nothing was written.
+/// The job has changed since it was read; nothing was written.
 class JobChangedError : public std::runtime_error {
 public:
   explicit JobChangedError(bool gone)
       : std::runtime_error(gone ? "Der Vorgang ist nicht mehr vorhanden."
                                 : "Der Vorgang wurde inzwischen von anderer Seite geändert."),
         gone_(gone) {}
-  /// There is no job of this key any more.
+  /// No job has this key any longer.
   bool gone() const { return gone_; }
 
 private:
   bool gone_;
 };
 
-/// Reads and writes on the shared connection. A column that the staging table lacks is not written. What the
-/// database raises reaches the caller.
+/// Reads and writes on the shared connection. A column that the staging table lacks is not written. Database
+/// errors reach the caller.
 class JobEditing {
 public:
   explicit JobEditing(Environment& environment) : environment_(environment) {}
@@ -102,28 +102,28 @@ public:
   /// The staged contracts that came with this customer, done and deleted ones included.
   std::unique_ptr<Recordset> contractsOf(std::string_view customer) const;
 
-  /// The code that the job has now; null when there is none of this key.
+  /// The current code of the job; null when no job has this key.
   std::optional<std::int16_t> codeOf(std::string_view jobId) const;
   /// The job of a header with its positions.
   ReadJob read(std::string_view jobId, Recordset& header) const;
 
-  /// Runs the work as one unit, provided that the job is still the one that was read, and takes over how it
-  /// stands afterwards. Raises `JobChangedError` otherwise. When the work raises, nothing of it is stored; on
-  /// a host's connection the job is put back as it was read, as far as the database allows. Waits for other
-  /// programs as `wait` says, without one for a few seconds.
+  /// Runs the work as one unit, provided that the job is unchanged since it was read, and rereads it
+  /// afterwards. Raises `JobChangedError` otherwise. When the work raises, nothing is stored; on a host's
+  /// connection the job is restored as far as the database allows. Waits for other programs as long as `wait`
+  /// decides (null: a few seconds).
   void edit(ReadJob& job, const std::function<void()>& work, BusyWait* wait = nullptr) const;
 
   /// @name The work of `edit`
   /// @{
   void save(std::string_view jobId, std::span<const ColumnChange> changes) const;
-  /// Changes what the first position of a contract holds in place of its header.
+  /// Changes the first position of a contract instead of its header.
   void saveContractPosition(std::string_view jobId, std::span<const ColumnChange> changes) const;
-  /// The same as `save` for a customer job. Its staged contracts which are not done are checked, with the
-  /// result stored in them. Its `ImportType`, and that of its staged contracts which are not done, becomes
-  /// `status` or the worst `Status` of those contracts; without a status it stays.
+  /// Like `save`, for a customer job. Checks its staged contracts that are not done and stores the result in
+  /// them. Its `ImportType` and that of those contracts becomes `status` or the worst `Status` of the
+  /// contracts; without a status it stays.
   void saveCustomer(std::string_view jobId, std::span<const ColumnChange> changes, std::string_view customer,
                     std::optional<CheckStatus> status) const;
-  /// Gives the staged contracts of a customer which are not done another number.
+  /// Changes the customer number of the staged contracts that are not done.
   void moveContracts(std::string_view from, std::string_view to) const;
   /// Replaces the positions of a job.
   void savePositions(std::string_view jobId, const StagedRows& positions) const;
@@ -131,7 +131,7 @@ public:
   void deleteHeader(std::string_view jobId) const;
   /// @}
 
-  /// The units that positions may be counted in: code and text.
+  /// The units for positions: code and text.
   std::vector<std::pair<std::string, std::string>> units() const;
 
 private:

@@ -1,4 +1,4 @@
-// The fields of a job by name, wherever they stand: in a row, in the controls of a dialog or in a record.
+// The fields of a job by name, from a row, the controls of a dialog or a record.
 #pragma once
 
 #include "engine/job_row.h"
@@ -10,23 +10,23 @@
 
 namespace qx {
 
-/// Reads a field by its staging column; null for a column that there is not.
+/// Reads a field by its staging column; null for an unknown column.
 using JobFields = std::function<Value(ColumnName)>;
 
-/// Those of the row on which the job stands; a column that the table lacks is told to the diagnostics.
+/// The fields of the job's current row; a missing column is reported to the diagnostics.
 inline JobFields fieldsOf(const JobRow& job) {
   return [&job](ColumnName column) { return job.value(column); };
 }
 
-/// Those of the row on which the record set stands.
+/// The fields of the record set's current row.
 inline JobFields fieldsOf(Recordset& row) {
   return [&row](ColumnName column) { return row.hasField(column) ? row.value(column) : Value::null(); };
 }
 
-/// Those of the record, as `AddItem` would stage them; an empty text is null.
+/// The fields of the record, as `AddItem` would stage them; an empty text is null.
 JobFields fieldsOf(const VertragFields& record);
 
-/// The bank code that the job gives: `Bankleitzahl`, else `BLZ`. Null when the sender speaks of neither.
+/// The bank code of the job: `Bankleitzahl`, else `BLZ`. Null when the job gives neither.
 Value bankCode(const JobFields& job);
 
 } // namespace qx

@@ -5,7 +5,7 @@
 namespace qx {
 namespace {
 
-/// Whether a failing customer contract marks the jobs of its customer; it does in every run.
+/// Whether a failing customer contract marks its customer's jobs; always so in a run.
 constexpr bool customerErrorFlag = true;
 
 } // namespace
@@ -16,7 +16,7 @@ void JobMarks::markJobError(JobRow& job, std::string_view text) {
   const std::int16_t before = job.jobType();
   errors_(before, text);
   mark(job, JobState::Error, text);
-  // Only the step from waiting to failed passes the customer on, not a later message of the same job.
+  // Only the change from waiting to failed marks the customer's jobs, not a later message of the same job.
   if (before == qxtjobkundenverträge && customerErrorFlag)
     markCustomerJobsOfContract(job.text("Kundennummer"));
 }
@@ -31,8 +31,7 @@ void JobMarks::mark(JobRow& job, JobState state, std::string_view text) {
 }
 
 void JobMarks::markCustomerJobsOfContract(std::string_view customer) {
-  // Completed on purpose: the statement was handed down without its comparison, and without the columns that
-  // marking needs.
+  // Completed on purpose: the original statement lacks its comparison and the columns required for marking.
   const auto jobs = environment_.connection->open(
       sql("Select JobType, Fehlertext, JobID From ImportKopf Where Kundennummer = '"_sql, value(customer),
           "' And (JobType = 10 or JobType = 13)"_sql));

@@ -28,11 +28,11 @@ struct CollectedErrors {
   }
 };
 
-/// Told of every reason of a failed job, with the job's code before the failure.
+/// Called for every reason of a failed job, with the job's code before the failure.
 using ErrorSink = std::function<void(std::int16_t jobType, std::string_view text)>;
 
-/// Marks the current job of a cursor: moves its code on from waiting and appends the reason to `Fehlertext`,
-/// one line per reason. A job that is not waiting keeps its code and still gets the text.
+/// Marks the current job of a cursor: changes a waiting code and appends the reason to `Fehlertext`, one line
+/// per reason. A job that is not waiting keeps its code but still gets the text.
 class JobMarks {
 public:
   JobMarks(Environment& environment, MissingColumns& missing, ErrorSink errors)

@@ -1,4 +1,4 @@
-// What a processing run tells about its jobs and about itself.
+// The results of a processing run and of its jobs.
 #pragma once
 
 #include "engine/findings.h"
@@ -21,17 +21,17 @@ struct JobOutcome {
   std::string status;
   std::int16_t jobType = 0;
   std::string reasons; ///< `Fehlertext`
-  Findings findings;   ///< why it was parked or refused; hints of a job that was written
+  Findings findings;   ///< why it was parked or refused; hints of a written job
 };
 
 enum class RunEnd : std::uint8_t {
-  Completed, ///< came to its end
-  Stopped,   ///< came to its end early because it was asked to
-  Refused,   ///< another program is reading an order in; nothing was changed
-  Broken,    ///< the store could not go on; `error` says why
+  Completed, ///< ended normally
+  Stopped,   ///< stopped early on request
+  Refused,   ///< another program is importing an order; nothing was changed
+  Broken,    ///< the database failed; `failure` says why
 };
 
-/// The counts speak of what is durable.
+/// Counts include only what is durable.
 struct RunReport {
   RunEnd end = RunEnd::Completed;
   std::size_t processed = 0;
@@ -40,15 +40,15 @@ struct RunReport {
   std::size_t error = 0;
   std::size_t protocolErrors = 0; ///< protocol lines and index entries that could not be written
   std::size_t stillWaiting = 0;   ///< jobs left waiting when the run was stopped
-  /// The jobs whose row the database refuses to change, by key, with its reason. They stand as before the
-  /// run and the next one meets them again.
+  /// The jobs whose row the database refuses to change, by key, with the reason. They are unchanged, and the
+  /// next run meets them again.
   std::map<std::string, std::string> left;
   std::string protocolId; ///< empty without a protocol
   std::string failure;
-  std::string germanFailure; ///< of a broken run: the same for a box
+  std::string germanFailure; ///< of a failed run: the same for a box
 
   void count(const JobOutcome& outcome);
-  /// Names a job that is left as it is; its first reason stays.
+  /// Records an unchanged job; its first reason is kept.
   void leave(std::string_view jobId, std::string_view reason);
 };
 

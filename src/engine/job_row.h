@@ -12,7 +12,7 @@
 
 namespace qx {
 
-/// Remembers which columns a staging table lacks, so that each is told to the diagnostics once.
+/// Remembers which columns a staging table lacks, so that each is reported to the diagnostics once.
 class MissingColumns {
 public:
   explicit MissingColumns(Diagnostics& diagnostics) : diagnostics_(diagnostics) {}
@@ -23,8 +23,8 @@ private:
   std::set<std::uint64_t> reported_;
 };
 
-/// Reads and writes the row on which a cursor of `ImportKopf` stands. A column that the table lacks reads as
-/// null and is not written. The cursor and the record of missing columns must outlive it.
+/// Reads and writes the current row of a cursor on `ImportKopf`. A column that the table lacks reads as null
+/// and is not written. The cursor and the record of missing columns must outlive it.
 class JobRow {
 public:
   JobRow(Recordset& rows, MissingColumns& missing) : rows_(rows), missing_(missing) {}
@@ -36,14 +36,14 @@ public:
   /// The value of the first column that is not empty.
   std::string firstOf(ColumnName first, ColumnName second) const;
   std::int16_t jobType() const { return jobCode(value("JobType")); }
-  /// The clerk has released the job with its warnings or errors.
+  /// Whether the clerk has released the job with its warnings or errors.
   bool released() const { return value("ProcessWarning").integer().value_or(0) != 0; }
 
   void set(ColumnName column, Value value);
   void update() { rows_.update(); }
   void cancelUpdate() { rows_.cancelUpdate(); }
-  /// Drops pending values and reads the row again; a part of the unit that was undone took back what it had
-  /// written. False when the row is gone.
+  /// Drops pending values and reads the row again, after a savepoint was rolled back. False when the row is
+  /// gone.
   bool reread() {
     rows_.cancelUpdate();
     return rows_.resync();

@@ -1,4 +1,4 @@
-// A request to stop that comes from outside the program, at any moment.
+// A request to stop from outside the program, at any time.
 #pragma once
 
 #include "engine/import_job_object2.h"
@@ -9,8 +9,8 @@
 
 namespace qx {
 
-/// Asks the run that is under way to stop, and every later one as soon as it has begun: the engine itself
-/// forgets what no run was under way for. The engine outlives it.
+/// Asks the current run to stop, and every later one as soon as it begins; the engine itself ignores requests
+/// outside a run. The engine must outlive it.
 class StandingStop final : private EngineEvents {
 public:
   explicit StandingStop(ImportJobObject2& engine) : engine_(engine), subscription_(engine.subscribe(*this)) {}
@@ -18,7 +18,7 @@ public:
   StandingStop& operator=(const StandingStop&) = delete;
   ~StandingStop() override = default;
 
-  /// True when it was asked for before. May be called from a signal handler.
+  /// True when a stop was already requested. May be called from a signal handler.
   bool ask() noexcept {
     const bool before = asked_.exchange(true);
     engine_.requestStop();

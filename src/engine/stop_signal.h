@@ -5,7 +5,7 @@
 
 namespace qx {
 
-/// Set from anywhere, a signal handler included; looked at after each job.
+/// Set from anywhere, even a signal handler; checked after each job.
 class StopSignal {
 public:
   void request() noexcept { requested_.store(true, std::memory_order_relaxed); }

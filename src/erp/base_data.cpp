@@ -19,7 +19,7 @@ void fillTax(Connection& connection) {
   for (const auto& [taxKey, rate] : {std::pair{taxFree, 0.0}, {reducedTax, 7.0}, {fullTax, 19.0}})
     rates.add({{"Steuerschlüssel", taxKey}, {"MwSt_Satz", rate}});
 
-  // Customers abroad are not taxed, whatever the article.
+  // Customers abroad are never taxed.
   TableFiller keys(connection, "Steuerschlüsselzuordnung");
   for (const std::string_view customer : {domesticTaxMark, unionTaxMark, exportTaxMark})
     for (const auto& [article, domesticKey] :

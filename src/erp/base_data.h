@@ -1,4 +1,4 @@
-// The rows without which no job can be processed.
+// The rows required to process any job.
 #pragma once
 
 #include "platform/database.h"

@@ -15,7 +15,7 @@ constexpr std::array protokollpositionen{key("ID"),     key("Zeile", ColumnType:
                                          text("Text6"), text("Text7"),
                                          text("Text8"), text("Memo0")};
 
-/// A code for which the empty text stands for all.
+/// A code whose empty text means all.
 constexpr SchemaColumn orAny(SchemaColumn column) { return withDefault(column, ColumnDefault::EmptyText); }
 
 constexpr std::array verkaufspreise{orAny(code("Preisliste")),

@@ -7,7 +7,7 @@ namespace {
 
 using namespace columns;
 
-// Names and descriptions in which a lookup searches compare as codes do, here and in the tables below.
+// Here and in the tables below, names and descriptions that lookups search compare like codes.
 constexpr std::array kundenstamm{key("Kundennummer"),
                                  text("ÄndUser"),
                                  stamp("ÄndDatum"),
@@ -89,7 +89,7 @@ constexpr std::array kundenstammIndexes{
     SchemaIndex{"Kundenstamm_Suchbegriff", {"Suchbegriff", "Kundennummer"}},
     SchemaIndex{"Kundenstamm_Name", {"Bez1", "Kundennummer"}}};
 
-// An address of no customer has no customer number, so the pair is no primary key.
+// Addresses of no customer lack a customer number, so the pair cannot be a primary key.
 constexpr std::array adressenstamm{code("Kundennummer"), code("Adressnummer"), code("Bez1"),
                                    text("Bez2"),         text("Bez3"),         text("Strasse"),
                                    code("Land"),         code("PLZ"),          code("Ort"),

@@ -13,8 +13,8 @@ struct Product {
   std::string_view code;
   std::string_view text;
   std::string_view taxMark;
-  std::int64_t price; ///< of the smallest size, in ten-thousandths
-  double weight;      ///< of the smallest size, in kilograms
+  std::int64_t price; ///< price of the smallest size, in ten-thousandths
+  double weight;      ///< weight of the smallest size, in kilograms
   std::string_view supplier;
 };
 
@@ -103,7 +103,7 @@ void beginSpecial(ArticleTables& to, std::string_view number, std::string_view t
                      {"Rabattfähig", true}});
 }
 
-/// Articles for the less common turns that an order can take.
+/// Articles for the less common cases of orders.
 void addSpecials(ArticleTables& to) {
   beginSpecial(to, blockedArticle, "Auslaufartikel");
   to.articles.set({{"ArtikelGesperrt", true}});
@@ -148,7 +148,7 @@ void addSpecials(ArticleTables& to) {
   }
 }
 
-/// Agreements with single customers: a price of their own, and staged discounts.
+/// Agreements with single customers: special prices and staged discounts.
 void addCustomerPrices(TableFiller& sales) {
   sales.add({{"Artikelnummer", articleNumber(0, 0)},
              {"Kundennummer", customer(0).number},

@@ -64,7 +64,7 @@ void fillForeignCurrencies(Connection& connection) {
       {{"Währung", "CHF"}, {"Langtext", "Schweizer Franken"}, {"Wechselkurs", 0.95}, {"Kursbehandlung", 0}});
 }
 
-/// The rate rose from 16 to 19 percent on the day of the setting, so older orders take the older key.
+/// The rate rose from 16 to 19 percent on the day in the setting; older orders have the older key.
 void fillTaxChange(Connection& connection) {
   TableFiller(connection, "Steuerschlüssel").add({{"Steuerschlüssel", 4}, {"MwSt_Satz", 16.0}});
   connection.execute(

@@ -44,12 +44,12 @@ void stageWritten(Staging& staging) {
   addContract(staging, qxtjobverträge, 6, 72, {"V20003", "XX", "ALTGERAET", 0},
               {{"Zustand", "E"}, {"GekuendigtAm", staging.day(25)}, {"Kündigungsgrund", "Geschäftsaufgabe"}});
   addContract(staging, qxtjobkundenverträge, 5, customerCount, {"V20004", "MV", "M-WASCH", 35});
-  // The check objects to these; the run writes them as they are.
+  // The check complains about these; the run writes them unchanged.
   addContract(staging, qxtjobverträge, 5, 66, {"V20013", "WV", "W-SAEGE", 29.5}, {{"Zustand", "Q"}});
   addContract(staging, qxtjobverträge, 5, 67, {"V20014", "WV", "W-SAEGE", 29.5}, {{"Vertragsdatum", ""}});
   addContract(staging, qxtjobkundenverträge, 5, 68, {"V20015", "MV", "M-REGAL", 12}, {{"Menge", 0.0}});
 
-  // The values of this one come with its position.
+  // The values of this one are in its position.
   staging.add(qxtjobverträge, 5,
               {{"Kundennummer", customer(73).number},
                {"Bez1", customer(73).name},

@@ -18,7 +18,7 @@ void addCustomer(Staging& staging, int daysAgo, std::size_t index, std::initiali
   staging.finish();
 }
 
-/// Written at once: customers who are new and customers with other contact data.
+/// Written at once: new customers and customers with changed contact data.
 void stageClean(Staging& staging) {
   for (std::size_t i = 0; i < 6; ++i)
     addCustomer(staging, static_cast<int>(12 - i), newCustomer(i),
@@ -33,12 +33,12 @@ void stageClean(Staging& staging) {
                {"VS_Land", "DE"},
                {"VS_PLZ", "00117"},
                {"VS_Ort", "Hohenlauter"}});
-  // The same customer twice: the first creates him, the second changes him.
+  // The same customer twice: created by the first job, changed by the second.
   addCustomer(staging, 5, newCustomer(7), {});
   addCustomer(staging, 4, newCustomer(7), {{"Telefon", "00000/771100"}});
 }
 
-/// Parked by the check: an unknown code, another address, a main account that does not exist.
+/// Parked by the check: an unknown code, a different address, a missing main account.
 void stageWarnings(Staging& staging) {
   addCustomer(staging, 8, newCustomer(10), {{"Kundengruppe", "NEU"}});
   addCustomer(staging, 8, newCustomer(11), {{"Vertreter1", "999"}, {"Versandart", "DROHNE"}});
@@ -46,7 +46,7 @@ void stageWarnings(Staging& staging) {
   addCustomer(staging, 7, 61, {{"Hauptkonto", "79999"}});
 }
 
-/// Not written: references that lead nowhere, a date that is none, no customer number, a contract in error.
+/// Not written: dangling references, an invalid date, no customer number, a contract in error.
 void stageErrors(Staging& staging) {
   addCustomer(staging, 6, 62, {{"VS_KdNr", "79998"}});
   addCustomer(staging, 6, newCustomer(12), {{"Eingangsdatum", "31.02.2025"}});
@@ -62,8 +62,8 @@ void stageErrors(Staging& staging) {
                {"Fehlertext", "Die Vertragsart: 'XX' wurde noch nicht angelegt."}});
 }
 
-/// Released by the clerk, so that the next run takes them without a check: groups and banks are created, reps
-/// and payment methods are not.
+/// Released by the clerk, so that the next run writes them without a check: it creates groups and banks, but
+/// no reps and payment methods.
 void stageReleased(Staging& staging) {
   const Cell released{"ProcessWarning", 1};
   const Cell warned{"Fehlertext", "Beim Verarbeiten wurden Warnungen festgestellt."};
@@ -79,7 +79,7 @@ void stageReleased(Staging& staging) {
   addCustomer(staging, 8, 64, {released, {"Strasse", "Neue Straße 12"}}, qxtJobKundenError);
 }
 
-/// As earlier runs left them: nobody takes them until they are released.
+/// Left by earlier runs: not processed until released.
 void stageEarlierCustomers(Staging& staging) {
   addCustomer(
       staging, 14, newCustomer(30),

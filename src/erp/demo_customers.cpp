@@ -39,7 +39,7 @@ std::string_view pick(const std::array<std::string_view, N>& from, std::size_t i
   return from[index % N];
 }
 
-/// No postcode of the country begins with two zeros.
+/// No German postcode begins with two zeros.
 std::string postcodeOf(std::size_t index) { return padded(101 + index % towns.size() * 16, 5); }
 
 void addRow(TableFiller& filler, const Customer& c, std::size_t index) {
@@ -140,7 +140,7 @@ Customer customer(std::size_t index) {
   Customer c;
   c.number = std::to_string(70001 + index);
   c.searchTerm = family;
-  // Customers who are not in the master data yet are told apart by their name as well.
+  // Customers who are not in the master data yet also have distinct names.
   c.name = family + (index < customerCount ? " " : " & Söhne ");
   c.name += pick(trades, index / families.size());
   c.department = pick(departments, index);

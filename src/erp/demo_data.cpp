@@ -8,9 +8,9 @@
 namespace qx::erp {
 namespace {
 
-/// Automatic checks are on, missing groups and banks are created, missing reps and payment methods are not:
-/// so that the staged jobs show every outcome. What only the installation's own mode reads is there as well;
-/// it waits for that mode to be switched on, as the rule for cost assignments waits for its check.
+/// Automatic checks are on, missing groups and banks are created, missing reps and payment methods are not,
+/// so that the staged jobs show every outcome. Options of the customer-specific mode and the rule for cost
+/// assignments are set too, but have no effect until the mode or the check is switched on.
 void fillOptions(Connection& connection) {
   TableFiller options(connection, "Einstellungen");
   options.add({{"Section", "Kostenzuordnung"}, {"Key", "Kundenauftrag"}, {"Value", "1"}});
@@ -79,7 +79,7 @@ void fillNumberRanges(Connection& connection) {
           "299999 Where NSchl = 'AB' And Buchungskreis = 1"_sql));
   TableFiller ranges(connection, "Nummernkreise");
   ranges.add({{"NSchl", "AB"}, {"Buchungskreis", 2}, {"Aktiviert", false}, {"aktuellerWert", 300000}});
-  // Orders that the rep of this number collects; the other reps have no range.
+  // The number range of orders collected by this rep; the other reps have none.
   ranges.add({{"NSchl", "AB"}, {"Buchungskreis", 101}, {"Aktiviert", true}, {"aktuellerWert", 400000}});
 }
 

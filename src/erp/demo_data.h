@@ -1,4 +1,4 @@
-// An invented company to try everything out with.
+// An invented company for trying out the program.
 #pragma once
 
 #include "platform/database.h"
@@ -11,7 +11,7 @@ namespace qx::erp {
 /// inside a unit of work.
 void fillDemoData(Connection& connection);
 
-/// What stands in the company's file of accessory fees, "Zubehoer.ini" in the application directory.
+/// The content of the company's file of accessory fees, "Zubehoer.ini" in the application directory.
 std::string_view demoAccessoryFees();
 
 } // namespace qx::erp

@@ -8,7 +8,7 @@ namespace qx::erp {
 namespace demo {
 namespace {
 
-/// 32 hexadecimal digits that cannot be those of a generated key by any likely chance.
+/// 32 hexadecimal digits that a generated key is most unlikely to have.
 std::string fixedKey(std::string_view prefix, std::size_t number) {
   constexpr std::size_t keyLength = 32;
   return std::string(prefix) + padded(number, keyLength - prefix.size());

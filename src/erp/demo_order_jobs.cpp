@@ -14,11 +14,11 @@ struct Line {
   double quantity = 1;
   std::string unit = "ST";
   std::string longText = {};
-  double price = 0;            ///< as the shop shows it; 0 for none
-  std::int32_t costNumber = 0; ///< of a cost assignment; 0 for none
+  double price = 0;            ///< as shown in the shop; 0 for none
+  std::int32_t costNumber = 0; ///< cost assignment; 0 for none
 };
 
-/// A price that no amount column holds, and a quantity that makes a sum of that kind.
+/// A price, and a quantity whose total, exceed every amount column.
 constexpr double absurdPrice = 1e15;
 constexpr double absurdQuantity = 9e14;
 
@@ -62,7 +62,7 @@ std::vector<Line> usualLines(std::size_t seed) {
   return lines;
 }
 
-/// The job itself says who this is.
+/// The job itself has the name and address.
 void addForOneTimeCustomer(Staging& staging, std::string_view number, std::size_t index,
                            std::initializer_list<Cell> cells) {
   staging.begin(qxtJobAufträge, 1, {});
@@ -91,16 +91,16 @@ void stageWritten(Staging& staging) {
   addForOneTimeCustomer(staging, collectiveCustomer, customerCount + 40, {{"Betreff", "Barverkauf"}});
   addForOneTimeCustomer(staging, groupCustomer, customerCount + 41,
                         {{"IndFild1", "ZB"}, {"Vertreter1", "101"}});
-  // Heavy, and paid to the carrier. It passes every check, whatever is switched on.
+  // Heavy, and paid to the carrier. Passes every check.
   addOrder(
       staging, 1, 45,
       {{articleNumber(5, 19), 12, "ST", "", 36.8, 1}, {std::string(accessoryArticle), 3, "ST", "", 12.5, 1}},
       {{"Zahlungsart", "NN"}});
-  // These marks mean something in the installation's own mode only.
+  // These marks have a meaning in customer-specific mode only.
   addOrder(staging, 1, 93, usualLines(1), {{"IndFild1", "ZB"}, {"IndFild3", "ZA"}, {"IndFild4", "MK"}});
 }
 
-/// With the checks on these are parked as warnings or errors.
+/// Parked as warnings or errors when the checks are on.
 void stageParked(Staging& staging) {
   addOrder(staging, 6, 80, {{articleNumber(7, 0), 5000}});
   addOrder(staging, 6, 81, {{std::string(unpricedArticle), 1}});
@@ -117,7 +117,7 @@ void stageParked(Staging& staging) {
   addOrder(staging, 3, customerCount + 60, usualLines(2));
 }
 
-/// These pass the check and fail in the writing.
+/// These pass the check but fail when written.
 void stageFailing(Staging& staging) {
   addOrder(staging, 3, 87, {{std::string(blockedArticle), 1}});
   addOrder(staging, 3, indexOf(blockedCustomer), usualLines(1));

@@ -15,7 +15,7 @@ class Staging {
 public:
   Staging(Connection& connection, const Date& today);
 
-  /// Begins a job that was received so many days ago.
+  /// Begins a job received this many days ago.
   void begin(std::int16_t jobType, int daysAgo, std::initializer_list<Cell> cells);
   void set(std::initializer_list<Cell> cells) { heads_.set(cells); }
   /// Name, address and contact of a customer; with `withCodes` also the codes of the master data.
@@ -25,10 +25,10 @@ public:
     begin(jobType, daysAgo, cells);
     finish();
   }
-  /// A position of the job that was begun last.
+  /// Adds a position to the job begun last.
   void addPosition(std::int16_t jobType, std::initializer_list<Cell> cells);
 
-  /// A day as the jobs carry it; negative numbers lie ahead.
+  /// A day in the jobs' text form; negative numbers are in the future.
   std::string day(int daysAgo) const;
   std::size_t count() const { return jobs_; }
 

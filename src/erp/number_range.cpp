@@ -14,7 +14,7 @@ struct RangeState {
   std::int64_t last = std::numeric_limits<std::int32_t>::max();
 };
 
-/// A session draws inside the caller's unit, so another program comes in between only on a host's connection.
+/// The caller's unit keeps other programs out, except on a host's connection.
 constexpr int mostTries = 20;
 
 [[noreturn]] void fail(std::string_view range, std::int16_t bookingCircle, const std::string& why) {
@@ -51,7 +51,7 @@ std::optional<std::int32_t> drawNumber(Connection& connection, std::string_view 
   for (int tries = 0; tries < mostTries; ++tries) {
     const auto state = readRange(connection, range, bookingCircle);
     if (!state || state->next > state->last) return std::nullopt;
-    // The old value in the condition tells when another program drew in between; then it is tried again.
+    // The old value in the condition detects another program's draw in between; then it retries.
     const auto changed = connection.execute(
         sql("Update Nummernkreise Set aktuellerWert = "_sql, number(state->next), " Where NSchl = '"_sql,
             value(range), "' And Buchungskreis = "_sql, number(bookingCircle),

@@ -5,11 +5,11 @@
 
 namespace qx::erp {
 
-/// Sums up the table of open items.
+/// Adds up the table of open items.
 class OpenItems final : public FibuUebergabe {
 public:
   void setConnection(Connection& connection) override { connection_ = &connection; }
-  /// In the currency of the items when they all have the same one, else in the home currency.
+  /// In the items' currency when they all have the same, otherwise in the home currency.
   OpenItemsBalance GetOPSaldo(std::string_view customer) override;
   double convert(double amount, std::string_view from, std::string_view to) override;
 

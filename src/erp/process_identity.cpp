@@ -33,7 +33,7 @@ std::uint64_t fromBase36(std::string_view text) {
 
 std::uint64_t hashOf(const MachineName& machine) {
   const std::uint64_t hash = textHash(machine.hostName + '\n' + machine.machineId);
-  // The low digits alone would depend on the low bits alone.
+  // The low digits alone would depend on the low bits only.
   return hash ^ (hash >> 32);
 }
 
@@ -54,7 +54,7 @@ bool hasIdentityForm(std::string_view text) {
 } // namespace
 
 std::optional<ProcessStart> parseProcessStat(std::string_view line) {
-  // The program's name stands in parentheses and may itself hold blanks and parentheses.
+  // The program's name is in parentheses and may itself contain blanks and parentheses.
   const auto nameEnd = line.rfind(')');
   if (nameEnd == std::string_view::npos) return std::nullopt;
   ProcessStart process;
@@ -94,7 +94,7 @@ std::optional<bool> ProcessIdentity::isAlive(std::string_view sessionId) {
   if (!processesKnown_ || !hasIdentityForm(sessionId) || !sessionId.starts_with(machine_))
     return std::nullopt;
   const auto process = processes_.find(fromBase36(sessionId.substr(machineLength, numberLength)));
-  // A process number is given again: only the same start time makes it the same process.
+  // Process numbers are reused: only an equal start time means the same process.
   return process && base36(process->startTime, startLength) == sessionId.substr(machineLength + numberLength);
 }
 

@@ -1,4 +1,4 @@
-// The session identity that tells machine and process, and whether that process still runs.
+// The session identity of machine and process, and whether that process still runs.
 #pragma once
 
 #include "platform/system.h"
@@ -10,23 +10,22 @@
 
 namespace qx::erp {
 
-/// What tells one machine from another.
+/// What identifies a machine.
 struct MachineName {
   std::string hostName;
   std::string machineId;
 
-  /// Of this machine; parts that cannot be read are empty.
+  /// Reads this machine's; unreadable parts are empty.
   static MachineName read();
 };
 
-/// A process by its number and the moment it was started, in ticks since the machine was started.
+/// A process by its number and its start time, in ticks since the machine was booted.
 struct ProcessStart {
   std::uint64_t number = 0;
   std::uint64_t startTime = 0;
 };
 
-/// Reads a line of the form of /proc/<number>/stat. Null for another form and for a process that has ended
-/// but was not collected yet.
+/// Reads a line of the form of /proc/<number>/stat. Null for another form and for a zombie process.
 std::optional<ProcessStart> parseProcessStat(std::string_view line);
 
 /// The processes of this machine.
@@ -35,7 +34,7 @@ public:
   virtual ~ProcessTable() = default;
   /// Null when the system has no such table.
   virtual std::optional<ProcessStart> self() const = 0;
-  /// Null when no process of that number runs; one that has ended but was not collected does not run.
+  /// Null when no process of that number runs; a zombie does not run.
   virtual std::optional<ProcessStart> find(std::uint64_t number) const = 0;
 };
 
@@ -46,7 +45,7 @@ public:
   std::optional<ProcessStart> find(std::uint64_t number) const override;
 };
 
-/// Makes the identity of this process and judges those of others. An identity has 15 characters in base 36:
+/// Creates the identity of this process and checks those of others. An identity has 15 characters in base 36:
 /// 4 of the machine, 5 of the process number, 6 of its start time.
 class ProcessIdentity final : public SessionLiveness {
 public:

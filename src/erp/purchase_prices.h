@@ -9,7 +9,7 @@
 namespace qx::erp {
 
 /// Finds a supplier's price by the same steps as sales prices. The purchase group and the kind of price
-/// finding make no difference. A price with the unit 0 is none. Null when there is no price.
+/// finding make no difference. A price with the unit 0 is ignored. Null when there is no price.
 class PurchasePrices final : public Einkaufspreisfindung {
 public:
   /// `connection` and `diagnostics` must outlive the object.

@@ -11,10 +11,10 @@
 namespace qx::erp {
 
 /// Finds a price in three levels: the customer's own, the customer's price list, the list for everybody. The
-/// first level with a price that holds decides. A price with the unit 0 makes the search fail.
+/// first level with a valid price decides. A price with the unit 0 makes the search fail.
 class SalesPrices final : public Preisfindung {
 public:
-  /// Where a price was found, as `GetVKPreis` answers it and (in words) as `SalesPrice::source` says it.
+  /// Where a price was found: the result of `GetVKPreis` and, in words, `SalesPrice::source`.
   enum Level : std::int32_t { OwnPrice = 1, PriceList = 2, GeneralPrice = 3 };
 
   /// `diagnostics` must outlive the object.

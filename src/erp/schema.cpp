@@ -71,7 +71,7 @@ Sql createTable(const SchemaTable& table) {
   return statement.append(primaryKey(table)).append(sql(")"_sql));
 }
 
-/// The order of an index by date is that of the statements which sort by it.
+/// An index by date has the expression by which the statements sort.
 Sql indexTerm(const SchemaIndex& index, std::size_t column) {
   const bool last = column + 1 == index.columns.size() || index.columns[column + 1].empty();
   if (index.kind == IndexKind::ByDate && last)
@@ -116,7 +116,7 @@ std::optional<std::string> storedSchemaVersion(Connection& connection) {
     if (rows->eof()) return std::nullopt;
     return rows->text("Version");
   } catch (const StatementError&) {
-    // The table is missing: that is the answer, not a failure.
+    // A missing table is an answer, not a failure.
     return std::nullopt;
   }
 }

@@ -1,4 +1,4 @@
-// The schema of the standalone ERP: every table that the component and the ERP's own components touch.
+// The schema of the standalone ERP: every table that the component and the ERP's components use.
 #pragma once
 
 #include "erp/schema_table.h"
@@ -10,21 +10,21 @@
 
 namespace qx::erp {
 
-/// Grows with every change of the tables.
+/// Incremented with every change of the tables.
 inline constexpr int schemaVersion = 3;
 
-/// The tax mark that a customer gets who is created without one.
+/// The tax mark of a customer created without one.
 inline constexpr std::string_view domesticTaxMark = "IN";
 
 /// All tables, each once, in the order in which they are created. The descriptions live as long as the
 /// program.
 std::vector<SchemaTable> schemaTables();
 
-/// Creates all tables and indexes and notes the version. Call it inside a unit of work: a failure, for
-/// example a table of that name, raises `StatementError` and leaves what was created before it.
+/// Creates all tables and indexes and stores the version. Call it inside a unit of work: a failure, such as
+/// an existing table, raises `StatementError` and leaves what was created before it.
 void createSchema(Connection& connection);
 
-/// The version of the schema in the database, as it stands there; null when it does not hold ours.
+/// The version of the schema as stored in the database; null when the database does not have our schema.
 std::optional<std::string> storedSchemaVersion(Connection& connection);
 
 } // namespace qx::erp

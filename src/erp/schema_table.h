@@ -8,16 +8,16 @@
 
 namespace qx::erp {
 
-/// What a column holds. `Code` compares without regard to ASCII case, `Text` byte by byte.
+/// The type of a column. `Code` compares ignoring ASCII case, `Text` byte by byte.
 enum class ColumnType : std::uint8_t { Code, Text, Small, Integer, Double, Boolean, Money };
 
-/// What an insert leaves in a column that it does not name; null unless stated.
+/// The default of a column; null unless stated.
 enum class ColumnDefault : std::uint8_t { None, Zero, One, EmptyText, DomesticTaxMark };
 
 struct SchemaColumn {
   std::string_view name;
   ColumnType type = ColumnType::Text;
-  bool key = false; ///< part of the primary key, hence never null
+  bool key = false; ///< part of the primary key, so never null
   ColumnDefault standard = ColumnDefault::None;
 };
 
@@ -31,7 +31,7 @@ struct SchemaIndex {
   IndexKind kind = IndexKind::Plain;
 };
 
-/// Tables without key columns are kept in the order of insertion and addressed by the database's own row key.
+/// Tables without key columns are kept in order of insertion and addressed by the database's own row key.
 struct SchemaTable {
   std::string_view name;
   std::span<const SchemaColumn> columns;

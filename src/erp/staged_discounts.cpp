@@ -7,8 +7,8 @@
 namespace qx::erp {
 namespace {
 
-/// An amount has the sign of what it is taken from: nothing is taken off a line worth 0, and never more than
-/// what is left of it. A negative amount adds to the line.
+/// An amount takes the sign of its base: nothing is deducted from a line worth 0, and never more than
+/// remains. A negative amount increases the line.
 double amountOff(double value, double amount, double left) {
   if (amount == 0) return 0;
   const double sign = amount < 0 ? -1 : 1;

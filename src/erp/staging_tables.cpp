@@ -10,7 +10,7 @@ using namespace columns;
 constexpr std::array importKopf{
     key("JobID"), small("JobType"), small("ImportType"), small("Status"), date("Eingangsdatum"),
     code("Kundennummer"), flag("AdresseAendernJN"), flag("ZahlungsartAendernJN"), code("Suchbegriff"),
-    // The name and the subject are sort keys of the job list and sort as the code columns do.
+    // The name and the subject are sort keys of the job list and sort like the code columns.
     code("Bez1"), text("Bez2"), text("Bez3"), text("Strasse"), code("Land"), code("PLZ"), text("Ort"),
     text("Telefon"), text("Telefax"), text("EMail"), code("Kundengruppe"), code("Vertreter1"),
     code("Vertreter2"), code("Vertreter3"), code("Zahlungsart"), text("Konto"), code("BLZ"),
@@ -31,7 +31,7 @@ constexpr std::array importKopf{
     flag("Fehler"), flag("Erledigt"), flag("Neukunde")};
 
 // One index per sort order of the job list, each led by the job code; the sections of a run and the searches
-// for a customer's jobs use them as well. Every further one slows the staging down.
+// for a customer's jobs use them as well. Each further index slows staging down.
 constexpr std::array importKopfIndexes{
     SchemaIndex{"ImportKopf_Art", {"JobType"}},
     SchemaIndex{"ImportKopf_Kunde", {"JobType", "Kundennummer"}},

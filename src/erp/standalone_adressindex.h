@@ -8,8 +8,8 @@
 
 namespace qx::erp {
 
-/// Keeps one row per customer and kind with the words by which the customer is searched: search term, names,
-/// postcode and town in lower case. The row of a customer who no longer exists is removed.
+/// Keeps one row per customer and kind with the customer's search words: search term, names, postcode and
+/// town in lower case. The row of a customer who no longer exists is removed.
 class StandaloneAdressindex final : public Adressindex {
 public:
   /// `connection` must outlive the object.

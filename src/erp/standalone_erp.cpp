@@ -46,7 +46,7 @@ std::shared_ptr<Session> StandaloneErp::createSession() {
 }
 
 std::unique_ptr<Protokoll> StandaloneErp::createProtokoll() {
-  // A protocol belongs to the day under which the user works, at the time of the clock.
+  // A protocol has the session date and the time of the clock.
   auto now = [&clock = clock_, sessionDate = options_.sessionDate] {
     DateTime moment = clock.now();
     if (sessionDate) moment.date = *sessionDate;

@@ -19,7 +19,7 @@ public:
   StandaloneErp(std::shared_ptr<Connection> connection, Clock& clock, Desktop& desktop,
                 Diagnostics& diagnostics, const ProcessIdentity& identity, StandaloneOptions options);
 
-  /// Not yet connected: `Connect` takes the shared connection, whatever its arguments.
+  /// Not yet connected: `Connect` uses the shared connection, whatever its arguments.
   std::shared_ptr<Session> createSession() override;
   std::unique_ptr<Protokoll> createProtokoll() override;
   std::unique_ptr<Preisfindung> createPreisfindung() override;
@@ -28,11 +28,10 @@ public:
   std::unique_ptr<Profile> createProfile() override;
   std::unique_ptr<Adressindex> createAdressindex(Connection& connection) override;
   std::unique_ptr<FibuUebergabe> createFibuUebergabe() override;
-  /// A window of the factory; raises `std::runtime_error` without one, since lookup windows belong to a
-  /// desktop.
+  /// A window of the factory; raises `std::runtime_error` without a factory.
   std::unique_ptr<Auskunft> createAuskunft() override;
 
-  /// For programs with windows; without one there are no lookups.
+  /// Sets the factory of lookup windows, for programs with windows.
   void setAuskunftFactory(std::function<std::unique_ptr<Auskunft>()> factory) {
     auskunftFactory_ = std::move(factory);
   }

@@ -10,7 +10,7 @@ bool exists(Connection& connection, std::string_view id) {
   return !connection.open(sql("Select ID From Protokolle Where ID = '"_sql, value(id), "'"_sql))->eof();
 }
 
-/// Stamp, session and a number that tells protocols of the same second apart: 32 characters.
+/// Stamp, session and a number that distinguishes protocols of the same second: 32 characters.
 std::string freeIdentity(Connection& connection, const std::string& start) {
   constexpr int triesPerSecond = 1000;
   for (int i = 0; i < triesPerSecond; ++i) {

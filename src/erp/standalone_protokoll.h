@@ -13,13 +13,13 @@
 namespace qx::erp {
 
 /// Writes protocols as a head with numbered lines: short text column n is `Text`n, the long text is `Memo0`.
-/// After a failed write the collected line is still there, until a new one is begun.
+/// A failed write keeps the collected line until a new one is begun.
 class StandaloneProtokoll final : public Protokoll {
 public:
   static constexpr std::size_t shortColumns = 9;
 
-  /// `now` gives the time stamp of a new protocol; its day is the day under which it is found. `sessionId`
-  /// becomes part of its identity.
+  /// `now` returns the time stamp of a new protocol; protocols are found by its day. `sessionId` becomes part
+  /// of its identity.
   StandaloneProtokoll(std::function<DateTime()> now, std::string sessionId);
 
   std::string CreateProtokoll(Connection& connection, std::string_view title, std::string_view kind,

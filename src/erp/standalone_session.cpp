@@ -19,7 +19,7 @@ StandaloneSession::StandaloneSession(std::shared_ptr<Connection> connection, Clo
       userName_(options.userName), sessionDate_(options.sessionDate) {}
 
 void StandaloneSession::Connect(std::string_view /*activeSessionId*/, std::string_view /*connectWith*/) {
-  // The connection is the program's own: there is no running session to join and nothing to log in to.
+  // The program owns the connection: there is no running session to join and no login.
   connected_ = connection_ != nullptr;
   errorCode_ = connected_ ? 0 : noDatabase;
 }
@@ -45,7 +45,7 @@ std::string StandaloneSession::GetSetting(std::string_view section, std::string_
 
 void StandaloneSession::SaveSetting(std::string_view section, std::string_view key,
                                     std::string_view setting) {
-  // One statement: between two of them another workstation could store the same key for the first time.
+  // One statement: between two, another workstation could insert the same key.
   database().insert("Einstellungen",
                     sql("Insert Into Einstellungen (Section, Key, Value) Values ('"_sql, value(section),
                         "', '"_sql, value(key), "', '"_sql, value(setting),

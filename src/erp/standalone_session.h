@@ -12,8 +12,8 @@
 
 namespace qx::erp {
 
-/// A login of one user on the shared connection. Before `Connect` and after `Disconnect` every question
-/// about the database raises `std::runtime_error`.
+/// A login of one user on the shared connection. Before `Connect` and after `Disconnect` every member that
+/// needs the database raises `std::runtime_error`.
 class StandaloneSession final : public Session {
 public:
   /// The error code of a session that has no database to connect to.

@@ -14,7 +14,7 @@ struct Cell {
   Value value;
 };
 
-/// Appends rows; columns that a row does not name take their default.
+/// Appends rows; unnamed columns get their default.
 class TableFiller {
 public:
   TableFiller(Connection& connection, std::string_view table)

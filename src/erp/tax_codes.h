@@ -1,4 +1,4 @@
-// The tax marks and tax keys with which a fresh installation begins.
+// The tax marks and tax keys of a fresh installation.
 #pragma once
 
 #include <cstdint>
@@ -6,7 +6,7 @@
 
 namespace qx::erp {
 
-// The mark of customers in the country itself stands beside the column default that it is: erp/schema.h.
+// The mark of domestic customers is a column default: erp/schema.h.
 inline constexpr std::string_view unionTaxMark = "EU";  ///< customers in the customs union
 inline constexpr std::string_view exportTaxMark = "DR"; ///< customers elsewhere
 

@@ -20,7 +20,7 @@ std::optional<UnitRatio> UnitConversions::ratio(std::string_view article, std::s
   if (equalCodes(unit, baseUnit)) return UnitRatio{};
   for (const std::string_view owner : {article, std::string_view()}) {
     if (const auto direct = storedFactor(owner, unit, baseUnit)) return UnitRatio{*direct, 1};
-    // NOLINTNEXTLINE(readability-suspicious-call-argument): the other way round on purpose.
+    // NOLINTNEXTLINE(readability-suspicious-call-argument): reversed on purpose.
     if (const auto reverse = storedFactor(owner, baseUnit, unit)) return UnitRatio{1, *reverse};
     if (owner.empty()) break;
   }
@@ -34,7 +34,7 @@ std::optional<double> UnitConversions::storedFactor(std::string_view article, st
                                          "' And Basiseinheit = '"_sql, value(baseUnit), "'"_sql));
   if (rows->eof()) return std::nullopt;
   const auto found = rows->value("Faktor").number();
-  // So small a factor that its reverse is no number any more is none either.
+  // A factor whose reciprocal is not finite is unusable.
   return found && *found > 0 && std::isfinite(*found) && std::isfinite(1 / *found) ? found : std::nullopt;
 }
 

@@ -7,8 +7,7 @@
 
 namespace qx::erp {
 
-/// How many base units one unit is, as the two numbers of a fraction: the reverse of a stored factor has no
-/// exact value of its own.
+/// How many base units one unit is, as a fraction: the reciprocal of a stored factor may have no exact value.
 struct UnitRatio {
   double times = 1;
   double per = 1;
@@ -16,8 +15,8 @@ struct UnitRatio {
   double factor() const { return times / per; }
 };
 
-/// Looks in the table of conversions, an article's own before the general ones and the stated direction
-/// before its reverse. Conversions are not chained. The roles of the units make no difference.
+/// Reads the table of conversions: an article's own before the general ones and the stated direction before
+/// its reverse. Conversions are not chained. The roles of the units make no difference.
 class UnitConversions final : public Umrechnungen {
 public:
   /// `connection` must outlive the object.

@@ -9,7 +9,7 @@
 namespace qx {
 namespace {
 
-/// What the bytes 80 to 9F stand for; all other bytes have the number of their character.
+/// The characters of the bytes 80 to 9F; every other byte equals its code point.
 constexpr std::array<char16_t, 32> upperControls{
     0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
     0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
@@ -21,7 +21,7 @@ char16_t characterOf(unsigned char byte) {
   return byte >= 0x80 && byte < 0xA0 ? upperControls[byte - 0x80U] : byte;
 }
 
-/// The byte of a character above 7F, or 0.
+/// The byte of a code point above 7F; 0 when there is none.
 unsigned char byteOf(std::uint32_t character) {
   if (character >= 0xA0 && character <= 0xFF) return static_cast<unsigned char>(character);
   const auto* const found = std::ranges::find(upperControls, character);
@@ -40,7 +40,7 @@ void appendUtf8(std::string& text, char16_t character) {
   text += static_cast<char>(0x80U | (character & sixBits));
 }
 
-/// The character of a well-formed sequence of more than one byte.
+/// The code point of a well-formed sequence of two or more bytes.
 std::uint32_t decoded(std::string_view sequence) {
   std::uint32_t character = static_cast<unsigned char>(sequence.front()) & (0x7FU >> sequence.size());
   for (const char c : sequence.substr(1))

@@ -8,13 +8,13 @@
 namespace qx {
 
 /// The UTF-8 text of bytes of code page 1252. The five bytes that the code page leaves undefined become the
-/// control characters of the same number, so that every byte survives the way there and back.
+/// control characters of the same number, so that every byte survives a round trip.
 std::string textFromCodePage(std::string_view bytes);
-/// The same, added at the end of a text.
+/// Appends the same to a text.
 void appendTextFromCodePage(std::string& text, std::string_view bytes);
 
-/// Adds the bytes of a UTF-8 text. A character that the code page lacks, and every malformed byte, becomes
-/// "?"; their number is returned.
+/// Appends the bytes of a UTF-8 text. A character that the code page lacks, and every malformed byte, becomes
+/// "?". Returns how many did.
 std::size_t appendCodePage(std::string& bytes, std::string_view text);
 
 } // namespace qx

@@ -1,4 +1,4 @@
-// Calendar dates and points in time, and the German text forms in which they travel.
+// Calendar dates and points in time, and their German text forms.
 #pragma once
 
 #include <chrono>
@@ -34,7 +34,7 @@ std::optional<DateTime> parseGermanDateTime(std::string_view text);
 /// The day of `parseGermanDateTime`.
 std::optional<Date> parseGermanDate(std::string_view text);
 
-/// Reads a time stamp: eight digits "yyyymmdd" or all fourteen. Null for every other text and for moments
+/// Reads a time stamp: the eight digits "yyyymmdd" or all fourteen. Null for every other text and for times
 /// that do not exist.
 std::optional<DateTime> parseTimeStamp(std::string_view text);
 

@@ -12,7 +12,7 @@
 
 namespace qx {
 
-/// What a property holds. `Date` is a text in the German short form.
+/// The type of a property. `Date` is a text in the German short form.
 enum class FieldKind : std::uint8_t { Text, Date, Int16, Int32, Double, Boolean };
 
 /// One property of a record class: its public name, where it lives in the record, what it holds, and the
@@ -78,7 +78,7 @@ constexpr FieldTable<Record, sizeof...(Fields)> fieldTable(const Fields&... fiel
   return {fields...};
 }
 
-/// One table after another.
+/// Concatenates tables.
 template <class Record, std::size_t... Ns>
 constexpr auto joinTables(const FieldTable<Record, Ns>&... tables) {
   FieldTable<Record, (Ns + ... + 0)> joined{};

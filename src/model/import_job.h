@@ -98,16 +98,16 @@ public:
   std::string Zustand;
   std::string VertrGegenstandsNr;
 
-  /// Replaces `SubItem` by a fresh, empty position.
+  /// Replaces `SubItem` with a new, empty position.
   void NewSubItem() { SubItem = std::make_shared<ImportJobSubItem>(); }
   /// Adds the current `SubItem` under its `ChildID`; false when that key is already present.
   bool AddSubItem() { return items_.Add(SubItem); }
-  /// To position 1 when there is one; else nothing changes.
+  /// Moves to position 1 if there is one; otherwise does nothing.
   void SubItemMoveFirst();
-  /// One further, always; `SubItem` follows while the cursor is within the collection.
+  /// Always advances by one; `SubItem` follows while the cursor is within the collection.
   void SubItemMoveNext();
-  /// One back when the cursor is above 0. Stepping back to a position that does not exist raises
-  /// `std::out_of_range`, with the cursor already moved: the caller tests first.
+  /// Moves back by one when the cursor is above 0. Raises `std::out_of_range`, with the cursor already moved,
+  /// when there is no such position.
   void SubItemMovePrev();
   std::int32_t SubItemCount() const { return items_.Count(); }
   bool SubItemEof() const { return items_.Count() == 0 || cursor_ > items_.Count(); }

@@ -68,10 +68,10 @@ enum JobViewFormState : std::int16_t {
   qxtViewJobForm_Unload = 2,
 };
 
-/// What stands in the column `ImportType` of every staged job.
+/// The value of the column `ImportType` of every staged job.
 inline constexpr std::int16_t stagedImportType = 10;
 
-/// Severity of the findings of a job check. Findings only raise it.
+/// Severity of the findings of a job check; that of a job is the highest.
 enum class CheckStatus : std::int16_t { Clean = 10, Warning = 20, Error = 30 };
 
 constexpr CheckStatus worse(CheckStatus a, CheckStatus b) { return a < b ? b : a; }

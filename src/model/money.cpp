@@ -16,7 +16,7 @@ bool isDigits(std::string_view text) {
   return text.find_first_not_of("0123456789") == std::string_view::npos;
 }
 
-/// Whether the decimals behind the last that is kept round it away from 0; a half rounds to the even one.
+/// Whether the dropped decimals round the last kept one away from 0; a half rounds to even.
 bool roundsUp(std::string_view rest, bool isOdd) {
   if (rest.empty()) return false;
   const bool half = rest.front() == '5' && rest.find_first_not_of('0', 1) == std::string_view::npos;

@@ -11,7 +11,7 @@ namespace qx {
 /// The line separator of all texts that the component stores.
 inline constexpr std::string_view crlf = "\r\n";
 
-/// The mark with which a text in UTF-8 may begin.
+/// The byte order mark of UTF-8.
 inline constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
 
 /// An ASCII letter in lower case, every other byte as it is.
@@ -21,10 +21,10 @@ std::string asciiLower(std::string_view text);
 /// Equal but for the case of ASCII letters, as the databases compare codes.
 bool equalCodes(std::string_view a, std::string_view b);
 
-/// The first byte of "ä" and of every other letter of U+00C0 to U+00FF.
+/// The first byte of the letters U+00C0 to U+00FF in UTF-8.
 inline constexpr char accentedLead = '\xC3';
-/// The second byte of such a letter in lower case, or in upper case. The signs of multiplication and division
-/// and "ß" and "ÿ", whose other case lies elsewhere, stay as they are.
+/// The second byte of such a letter in lower or upper case. "×", "÷", "ß" and "ÿ" (whose other case lies
+/// elsewhere) stay as they are.
 constexpr char accentedLower(char second) {
   const auto byte = static_cast<unsigned char>(second);
   return byte >= 0x80 && byte <= 0x9E && byte != 0x97 ? static_cast<char>(byte + 0x20) : second;

@@ -19,8 +19,8 @@ namespace qx {
 
 /// The rows of one statement with a cursor, and the way to change them.
 ///
-/// A record set belongs to the connection that opened it and must not outlive it. After a failed `update` the
-/// pending values are still there: call `cancelUpdate` or try again.
+/// A record set belongs to the connection that opened it and must not outlive it. A failed `update` keeps the
+/// pending values: call `cancelUpdate` or try again.
 class Recordset {
 public:
   Recordset() = default;
@@ -28,22 +28,22 @@ public:
   Recordset& operator=(const Recordset&) = delete;
   virtual ~Recordset() = default;
 
-  /// The number of rows; of a stream the number read so far.
+  /// The number of rows; for a stream the number read so far.
   virtual std::size_t recordCount() const = 0;
   virtual bool eof() const = 0;
   virtual void moveFirst() = 0;
   virtual void moveNext() = 0;
-  /// To the row of this 0-based position; beyond the last one `eof` holds.
+  /// Moves to a row by its 0-based position; `eof` is true beyond the last one.
   virtual void moveTo(std::size_t position) = 0;
-  /// Reads the current row again. False when it is no longer there; its values are then null.
+  /// Reads the current row again. False when it no longer exists; its values are then null.
   virtual bool resync() = 0;
-  /// Runs the statement again and stands on the first row.
+  /// Runs the statement again and moves to the first row.
   virtual void requery() = 0;
 
   virtual std::size_t fieldCount() const = 0;
   virtual std::string_view fieldName(std::size_t index) const = 0;
   virtual bool hasField(ColumnName column) const = 0;
-  /// The value in the current row, a pending one included. Raises `StatementError` for an unknown column.
+  /// The value in the current row, or its pending value. Raises `StatementError` for an unknown column.
   virtual const Value& value(ColumnName column) = 0;
   virtual const Value& value(std::size_t index) = 0;
 
@@ -59,7 +59,7 @@ public:
   std::string text(ColumnName column) { return value(column).text(); }
 };
 
-/// What to do while another program holds the database.
+/// Decides how long to wait while another program holds the database.
 class BusyWait {
 public:
   virtual ~BusyWait() = default;
@@ -75,44 +75,43 @@ public:
   Connection& operator=(const Connection&) = delete;
   virtual ~Connection() = default;
 
-  /// What the connection was opened with; empty when there is none.
+  /// The string that the connection was opened with; empty when there is none.
   virtual const std::string& connectionString() const = 0;
   /// The files that hold the data and its journals, existing or not; none when a server keeps them.
   virtual std::vector<std::filesystem::path> files() const { return {}; }
 
-  /// Runs a statement without rows; the number of rows that it changed.
+  /// Runs a statement without rows. Returns the number of changed rows.
   virtual std::int64_t execute(const Sql& statement) = 0;
-  /// Runs a statement that adds or replaces a row of the table. Raises `NotInserted` when it has done
-  /// neither.
+  /// Runs a statement that adds or replaces a row of the table. Raises `NotInserted` when it did neither.
   void insert(std::string_view table, const Sql& statement) {
     if (execute(statement) == 0) throw NotInserted(table);
   }
-  /// All rows are fetched before it returns; rows of a single table can be changed.
+  /// Fetches all rows before it returns; rows of a single table can be changed.
   virtual std::unique_ptr<Recordset> open(const Sql& statement) = 0;
-  /// The keys are fetched at once, each row when it is reached. Changing a row takes none away.
+  /// Fetches all keys at once and each row when it is reached. Changed rows stay in the set.
   virtual std::unique_ptr<Recordset> openKeyset(const Sql& statement) = 0;
-  /// Rows are read as the cursor moves; they cannot be changed, and no unit begins or ends meanwhile.
+  /// Reads rows as the cursor moves. They cannot be changed, and no unit may begin or end meanwhile.
   virtual std::unique_ptr<Recordset> openStream(const Sql& statement) = 0;
 
-  /// True when the component opened the connection itself, so that units of work are its own business. On a
-  /// host's connection the unit and savepoint members do nothing: the host owns its transactions.
+  /// True when the component opened the connection and so owns its units of work. On a host's connection the
+  /// unit and savepoint members do nothing: the host owns its transactions.
   virtual bool ownsWork() const = 0;
   /// True between `beginWork` and its end, unless the unit was lost.
   virtual bool inWork() const = 0;
-  /// Begins a unit that holds the database for writing. Waits while another program does, for as long as
-  /// `wait` says (null: the connection's own limit).
+  /// Begins a unit that locks the database for writing. While another program holds it, waits as long as
+  /// `wait` decides (null: the connection's own limit).
   virtual void beginWork(BusyWait* wait) = 0;
   virtual void commitWork() = 0;
   /// Never raises.
   virtual void rollbackWork() noexcept = 0;
 
-  /// From here to `endReading` all statements see the same state. Nothing is written meanwhile. Does nothing
-  /// on a host's connection and inside a unit.
+  /// Until `endReading` all statements see the same state; the caller writes nothing meanwhile. Does nothing
+  /// on a host's connection or inside a unit.
   virtual void beginReading() {}
   virtual void endReading() noexcept {}
 
-  /// Ends the statement that is running with `InterruptedError`; may be called from a signal handler. Does
-  /// nothing when none runs, or where the database cannot.
+  /// Ends the running statement with `InterruptedError`; safe in a signal handler. Does nothing when none
+  /// runs or the database does not support it.
   virtual void interrupt() noexcept {}
 
   virtual void setSavepoint() = 0;
@@ -121,20 +120,20 @@ public:
   virtual void rollbackToSavepoint() noexcept = 0;
 };
 
-/// Opens connections from what a user types.
+/// Opens connections from the text that a user types.
 class Database {
 public:
   virtual ~Database() = default;
-  /// Opens an existing database without creating one. Raises `StoreError` that names target and cause.
+  /// Opens an existing database. Raises `StoreError`, which names target and cause.
   virtual std::unique_ptr<Connection> open(std::string_view connectionString) = 0;
-  /// Opens a database and creates it, folder included, when there is none.
+  /// Opens a database; creates it and its folder when missing.
   virtual std::unique_ptr<Connection> create(std::string_view connectionString) = 0;
 };
 
 /// What a unit of work does when another one is open already.
 enum class Join : std::uint8_t {
   Never,  ///< it must be the only one
-  IfOpen, ///< it is a part of that one, whose owner commits it or rolls it back
+  IfOpen, ///< it becomes part of that one, whose owner commits it or rolls it back
 };
 
 /// A unit of work that rolls back unless it is committed.
@@ -171,7 +170,7 @@ private:
   Connection& connection_;
 };
 
-/// A part of a unit that is undone alone unless it is released.
+/// A part of a unit that is rolled back by itself unless it is released.
 class Savepoint {
 public:
   explicit Savepoint(Connection& connection) : connection_(connection) { connection_.setSavepoint(); }

@@ -7,12 +7,12 @@
 
 namespace qx {
 
-/// Any failure that a database reports. `what()` is a sentence for people that names the database.
+/// Any failure that a database reports. `what()` is a readable sentence that names the database.
 class DatabaseError : public std::runtime_error {
 public:
   DatabaseError(const std::string& message, int nativeCode)
       : std::runtime_error(message), nativeCode_(nativeCode) {}
-  /// The number that the database gave for the failure; 0 when it gave none.
+  /// The database's own error number; 0 for none.
   int nativeCode() const { return nativeCode_; }
 
 private:
@@ -26,15 +26,15 @@ public:
   using DatabaseError::DatabaseError;
 };
 
-/// The database left a new row out without a word, as a trigger can.
+/// The database silently dropped a new row, as a trigger can make it do.
 class NotInserted : public StatementError {
 public:
   explicit NotInserted(std::string_view table)
       : StatementError("the database has not taken the new row of the table " + std::string(table), 0) {}
 };
 
-/// The statement took the whole unit of work with it, for example by a trigger that rolls back. Nothing of
-/// the unit remains. Until its owner ends it with `rollbackWork`, every further statement raises this again.
+/// The statement rolled back the whole unit of work, for example through a trigger. Nothing of the unit
+/// remains. Until its owner ends it with `rollbackWork`, every further statement raises this again.
 class WorkLostError : public DatabaseError {
 public:
   using DatabaseError::DatabaseError;
@@ -46,7 +46,7 @@ public:
   using DatabaseError::DatabaseError;
 };
 
-/// Another program kept the database for longer than the caller was ready to wait.
+/// Another program held the database for longer than the caller was willing to wait.
 class BusyError : public DatabaseError {
 public:
   using DatabaseError::DatabaseError;

@@ -1,4 +1,4 @@
-// What the component asks of the user's desktop.
+// The ports to the user's desktop.
 #pragma once
 
 #include <cstdint>
@@ -10,7 +10,7 @@ namespace qx {
 
 enum class MessageIcon : std::uint8_t { None, Information, Exclamation, Critical };
 
-/// The title of boxes for which none is given.
+/// The default title of message boxes.
 inline constexpr std::string_view defaultTitle = "Quorvex Import";
 
 struct Message {
@@ -19,19 +19,19 @@ struct Message {
   MessageIcon icon = MessageIcon::None;
 };
 
-/// Message boxes, questions and the message loop. An unattended desktop writes the text down and answers with
-/// the safe choice.
+/// Message boxes, questions and the message loop. An unattended desktop logs the text and gives the safe
+/// answer.
 class Desktop {
 public:
   virtual ~Desktop() = default;
-  /// Shows a text with one button and returns when it was read.
+  /// Shows a text with one button and returns when it is closed.
   virtual void show(const Message& message) = 0;
   /// A yes-no question; the safe answer is no.
   virtual bool ask(const Message& message) = 0;
   /// The chosen file, or null. `filter` as in "EDI (*.edi)|*.edi".
   virtual std::optional<std::string> chooseFile(std::string_view title, std::string_view filter,
                                                 bool forWriting) = 0;
-  /// Lets the message loop run. Called between units of work only.
+  /// Runs the message loop. Called only between units of work.
   virtual void yield() = 0;
 };
 

@@ -6,8 +6,8 @@
 
 namespace qx {
 
-/// Events are raised synchronously, possibly inside an open unit of work: an observer stores what it is given
-/// and never runs a message loop.
+/// Events are raised synchronously, possibly inside an open unit of work: an observer only stores its
+/// arguments and never runs a message loop.
 class EngineEvents {
 public:
   virtual ~EngineEvents() = default;

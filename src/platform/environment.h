@@ -1,4 +1,4 @@
-// What is module-wide in the component, in one object that is passed in.
+// The module-wide state of the component, as one object that is passed in.
 #pragma once
 
 #include "platform/desktop.h"

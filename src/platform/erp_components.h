@@ -33,7 +33,7 @@ public:
 class Adressindex {
 public:
   virtual ~Adressindex() = default;
-  /// Brings the search index of a customer up to date; a number that no customer has is no error.
+  /// Updates the search index of a customer; an unknown number is no error.
   virtual void CreateIndex(std::string_view customer, std::int16_t kind) = 0;
 };
 
@@ -54,7 +54,7 @@ public:
   virtual double convert(double amount, std::string_view from, std::string_view to) = 0;
 };
 
-/// One lookup window: what it shows and which fields of the chosen row it gives back.
+/// One lookup window: what it shows and which fields of the chosen row it returns.
 struct LookupRequest {
   std::string recordSource;
   std::string caption;
@@ -73,8 +73,8 @@ public:
   virtual std::vector<std::string> show(Session& session, const LookupRequest& request) = 0;
 };
 
-/// Creates the ERP's components. Each call gives a component of its own; a host that lacks one raises
-/// `std::runtime_error`, except for the optional purchase prices, which are null then.
+/// Creates the ERP's components. Each call returns a new component; for one that the host lacks it raises
+/// `std::runtime_error`, except for the optional purchase prices, which are then null.
 class ErpComponents {
 public:
   virtual ~ErpComponents() = default;

@@ -34,7 +34,7 @@ std::string germanCause(const std::exception& error) {
     return std::string(sentenceFor(system->code()));
   if (dynamic_cast<const std::bad_alloc*>(&error) != nullptr) return "Der Arbeitsspeicher reicht nicht aus.";
   const auto* const database = dynamic_cast<const DatabaseError*>(&error);
-  // A failure that no database has numbered was found by the program itself.
+  // A failure without a database error number was detected by the program itself.
   if (database == nullptr || database->nativeCode() == 0) return error.what();
   return std::string(sentenceFor(*database));
 }

@@ -1,4 +1,4 @@
-// Why something failed, for a box or a message.
+// Why something failed, as a text for a box or a message.
 #pragma once
 
 #include <exception>
@@ -6,11 +6,11 @@
 
 namespace qx {
 
-/// A German sentence for the clerk; texts of our own are German already and stay as they are. What a database
-/// or the system says in its own language is for the diagnostics.
+/// A German sentence for the clerk; the component's own texts are German already and stay as they are. The
+/// database's or system's own words are for the diagnostics.
 std::string germanCause(const std::exception& error);
 
-/// In English and as it was raised, but with words where the language's own failure has none.
+/// In English and as raised, but readable also for failures of the C++ runtime.
 std::string plainCause(const std::exception& error);
 
 } // namespace qx

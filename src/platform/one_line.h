@@ -1,4 +1,4 @@
-// Texts that have one line to stand on.
+// Texts for a single line.
 #pragma once
 
 #include <string>
@@ -6,8 +6,8 @@
 
 namespace qx {
 
-/// The text with every run of line breaks as one blank, so that a value never begins a line of its own among
-/// the lines of a list or a log.
+/// The text with every run of line breaks replaced by one blank, so that a value cannot forge a line of a
+/// list or log.
 std::string oneLine(std::string_view text);
 
 } // namespace qx

@@ -20,7 +20,7 @@ struct PriceQuestion {
   std::optional<Date> date;
 };
 
-/// Up to three staged discounts: how each is meant and its value (percent or amount).
+/// Up to three staged discounts: the kind of each and its value (percent or amount).
 struct StagedDiscounts {
   std::string kind;                 ///< `KZRabattart`: how the three combine
   std::array<std::string, 3> marks; ///< `KZRabatt1`..`3`
@@ -49,7 +49,7 @@ public:
   virtual void setConnection(Connection& connection) = 0;
   virtual void Init() = 0;
   virtual void Init(Connection& connection) = 0;
-  /// `failed`, `notFound` or any other number for a price that was found.
+  /// Returns `failed`, `notFound` or, for a price that was found, any other number.
   virtual std::int32_t GetVKPreis(const PriceQuestion& question, SalesPrice& found) = 0;
   virtual double GetGesamtRabattWert(const StagedDiscounts& discounts, double amount) = 0;
   /// Percent.
@@ -74,7 +74,7 @@ struct PurchasePrice {
   std::array<double, 3> discounts{};
 };
 
-/// An optional component; hosts without one leave the purchase columns of an order line empty.
+/// An optional component; without it the purchase columns of an order line stay empty.
 class Einkaufspreisfindung {
 public:
   virtual ~Einkaufspreisfindung() = default;

@@ -8,7 +8,7 @@
 
 namespace qx {
 
-/// `QXHProto.Protokoll`: protocols with lines of short and long text columns. A line is collected by
+/// `QXHProto.Protokoll`: protocols with lines of short and long text columns. A line is built by
 /// `AddNewRecord` and `SetField` and written by `UpdateRecord`.
 class Protokoll {
 public:
@@ -16,7 +16,7 @@ public:
   static constexpr int longText = 12;  ///< kind of the long text column 0
 
   virtual ~Protokoll() = default;
-  /// The identity of the new protocol.
+  /// Returns the identity of the new protocol.
   virtual std::string CreateProtokoll(Connection& connection, std::string_view title, std::string_view kind,
                                       std::string_view list) = 0;
   virtual bool OpenProtokoll(Connection& connection, std::string_view id) = 0;

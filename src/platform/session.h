@@ -11,7 +11,7 @@
 
 namespace qx {
 
-/// What to convert: between the roles "ME Lager" (base unit) and "ME Verkauf" (wanted unit) of an article.
+/// A unit conversion of an article, from the role "ME Lager" (base unit) to "ME Verkauf" (wanted unit).
 struct UnitConversion {
   std::string_view article;
   std::string_view fromRole;
@@ -46,15 +46,15 @@ public:
   virtual std::string SessionID() = 0;
   virtual std::string UserName() = 0;
 
-  /// A value of the shared settings store; the default, or "" without one, when it was never written.
+  /// A value of the shared settings store; the default (else "") when it was never written.
   virtual std::string GetSetting(std::string_view section, std::string_view key,
                                  std::optional<std::string_view> fallback) = 0;
   virtual void SaveSetting(std::string_view section, std::string_view key, std::string_view value) = 0;
 
-  /// The date under which the user works; all decisions go by it.
+  /// The session date, on which all decisions are based.
   virtual Date GetSessionDate() = 0;
   virtual std::int16_t GetBuchungskreis() = 0;
-  /// Draws the next number of a range and advances the range. Null when no number can be drawn.
+  /// Draws the next number of a number range. Null when none can be drawn.
   virtual std::optional<std::int32_t> GetBelegnummer(std::string_view range, std::int16_t bookingCircle) = 0;
   virtual qx::Umrechnungen& Umrechnungen() = 0;
 };

@@ -1,4 +1,4 @@
-// Statements as fixed fragments and values that never mix.
+// Statements of fixed fragments and values, which never mix.
 #pragma once
 
 #include "platform/value.h"
@@ -33,11 +33,11 @@ consteval SqlFragment<literal> operator""_sql() {
   return {};
 }
 
-/// A value that stands between single quotes in the statement's text.
+/// A value between single quotes in the statement's text.
 struct SqlText {
   Value content;
 };
-/// A number that stands bare in the statement's text.
+/// A number without quotes in the statement's text.
 struct SqlNumber {
   std::int64_t content;
 };
@@ -54,7 +54,7 @@ inline SqlName name(std::string_view identifier) { return {identifier}; }
 
 enum class SqlSlot : std::uint8_t { Fixed, Text, Number, Name };
 
-/// One element of a statement's shape: a fixed text or the place of a value.
+/// One element of a statement's shape: a fixed text or a placeholder for a value.
 struct SqlPiece {
   SqlSlot slot;
   std::string_view text; ///< of a fixed piece only
@@ -91,8 +91,8 @@ struct ShapeOf {
   static constexpr std::array<SqlPiece, sizeof...(Parts)> pieces{PieceOf<Parts>::piece...};
   static constexpr SqlShape shape{pieces};
 
-  /// A text value stands between a fragment that ends in a quote and one that begins with a quote; no other
-  /// value does.
+  /// A text value must be between a fragment that ends in a quote and one that begins with a quote; other
+  /// values must not.
   static constexpr bool quotesFit() {
     for (std::size_t i = 0; i < pieces.size(); ++i) {
       if (pieces[i].slot == SqlSlot::Fixed) continue;
@@ -108,7 +108,7 @@ struct ShapeOf {
 
 } // namespace detail
 
-/// A statement: fixed fragments that the program wrote and values that it was given.
+/// A statement: fixed fragments from the source code and values from outside.
 ///
 /// `text()` is the plain concatenation, values raw between the fixed quotes, for logs and for late-bound
 /// hosts; adapters never execute it but bind the values. Nothing from outside can become part of the
@@ -117,14 +117,14 @@ class Sql {
 public:
   Sql() = default;
 
-  /// Adds another part at the end, for statements that are composed at run time.
+  /// Appends a part, for statements that are composed at run time.
   Sql& append(const Sql& part);
 
   std::string text() const;
-  /// The parts that were joined, by address: equal spans mean an equal statement but for its values and
+  /// The shapes of the joined parts, by address: equal spans mean statements that differ only in values and
   /// names.
   std::span<const SqlShape* const> shapes() const { return shapes_; }
-  /// The values of all text and number places, in order.
+  /// The values of all text and number placeholders, in order.
   std::span<const Value> values() const { return values_; }
   /// The names, in order.
   std::span<const std::string> names() const { return names_; }

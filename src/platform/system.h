@@ -16,7 +16,7 @@ public:
   virtual ~Clock() = default;
   /// The workstation's date and time.
   virtual DateTime now() = 0;
-  /// For measuring spans of time; never goes back.
+  /// Monotonic, for measuring durations.
   virtual std::chrono::milliseconds elapsed() = 0;
   virtual void sleep(std::chrono::milliseconds span) = 0;
 };
@@ -46,11 +46,11 @@ public:
   virtual std::string read(std::string_view file, std::string_view section, std::string_view key) = 0;
 };
 
-/// Tells whether the program behind a stored session identity still runs.
+/// Determines whether the program behind a stored session identity still runs.
 class SessionLiveness {
 public:
   virtual ~SessionLiveness() = default;
-  /// Null when it cannot be told: an identity of another machine or of an unknown form.
+  /// Null when unknown: the identity is of another machine or of an unknown form.
   virtual std::optional<bool> isAlive(std::string_view sessionId) = 0;
 };
 
@@ -61,7 +61,7 @@ struct Diagnostic {
   std::string_view job;
 };
 
-/// Takes every trapped failure. Never raises.
+/// Receives every trapped failure. Never raises.
 class Diagnostics {
 public:
   virtual ~Diagnostics() = default;

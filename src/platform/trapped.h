@@ -11,23 +11,24 @@
 
 namespace qx {
 
-/// Whether a failure concerns more than the job or setting at hand: everything that the database reports but
-/// a refused statement, and a lack of memory.
+/// Whether a failure concerns more than the current job or setting: any database failure other than a refused
+/// statement, or a lack of memory.
 inline bool isFatal(const std::exception& failure) {
   if (dynamic_cast<const std::bad_alloc*>(&failure) != nullptr) return true;
   return dynamic_cast<const DatabaseError*>(&failure) != nullptr &&
          dynamic_cast<const StatementError*>(&failure) == nullptr;
 }
 
-/// How the failures of a step are taken.
+/// How the failures of a step are handled.
 struct Trap {
-  std::string_view where;    ///< what the diagnostics call the step
+  std::string_view where;    ///< the name of the step in the diagnostics
   std::string_view job = {}; ///< the key of the job that it concerns
   /// Which failures reach the caller instead, unreported; null for none.
   bool (*lets)(const std::exception& failure) = nullptr;
 };
 
-/// Runs a step. True when a failure was trapped; it was reported and then given to `react`, which may raise.
+/// Runs a step. Returns true when a failure was trapped: it has been reported and then passed to `react`,
+/// which may raise.
 template <class Step, class React>
 bool trapped(Diagnostics& diagnostics, const Trap& trap, Step&& step, React&& react) {
   try {

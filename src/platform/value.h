@@ -1,4 +1,4 @@
-// One value of a database column, as it travels between the component and a database.
+// One value of a database column.
 #pragma once
 
 #include "model/date.h"
@@ -31,8 +31,7 @@ public:
   Value(std::string_view text) : content_(std::string(text)) {}
   Value(const char* text) : content_(std::string(text)) {}
   Value(const DateTime& moment) : content_(moment) {}
-  /// A text is copied before it becomes the content: when the memory for it is missing, the value that was to
-  /// be made or changed is still whole.
+  /// Copies the text first, so that a lack of memory leaves the value unchanged.
   Value(const Value& other) : content_(copyOf(other.content_)) {}
   Value& operator=(const Value& other) {
     if (this == &other) return *this;
@@ -55,17 +54,17 @@ public:
   /// Null, or empty when read as text. A blank is not empty, nor is 0.
   bool isEmpty() const;
 
-  /// The text itself; numbers in digits with a decimal point, truth as "1" or "0", time as its 14 digits,
-  /// null as the empty text.
+  /// As text: numbers with a decimal point, truth as "1" or "0", time as its 14 digits, null as "".
   std::string text() const;
   /// The text without a copy; empty for every other kind.
   std::string_view textView() const;
-  /// Numbers that are whole, truth as 1 or 0, and texts of an optional sign and digits between blanks.
+  /// Whole numbers, truth as 1 or 0, and texts of an optional sign and digits, with blanks around them
+  /// allowed.
   std::optional<std::int64_t> integer() const;
-  /// Numbers, truth as 1 or 0, and texts that hold nothing but a number with a decimal point.
+  /// Numbers, truth as 1 or 0, and texts that are a number with a decimal point.
   std::optional<double> number() const;
   std::optional<Money> money() const;
-  /// Null and every number 0 are false, every other number is true; texts only when they hold a number.
+  /// Null and 0 are false, every other number is true; a text counts only when it is a number.
   std::optional<bool> truth() const;
   std::optional<DateTime> moment() const;
 

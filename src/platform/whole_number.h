@@ -1,4 +1,4 @@
-// Whole numbers of the database in types of their own.
+// Whole numbers of the database as C++ integer types.
 #pragma once
 
 #include "platform/value.h"
@@ -9,8 +9,7 @@
 
 namespace qx {
 
-/// The whole number of a value as a `Number`; null when the value holds none or one that does not fit, which
-/// cut off would be another number.
+/// The whole number of a value as a `Number`; null when the value holds none or one that does not fit.
 template <class Number>
 std::optional<Number> wholeAs(const Value& value) {
   const auto whole = value.integer();
@@ -18,7 +17,7 @@ std::optional<Number> wholeAs(const Value& value) {
   return static_cast<Number>(*whole);
 }
 
-/// The code of a job as its row holds it; 0, which is no code, for everything else.
+/// The job code in a value; 0, which is no code, for anything else.
 inline std::int16_t jobCode(const Value& value) { return wholeAs<std::int16_t>(value).value_or(0); }
 
 } // namespace qx

@@ -12,7 +12,7 @@ class App;
 namespace qx {
 
 /// Declares `--db`, `--user`, `--date` and `--verbose`, which fill in `options` when the arguments are
-/// parsed. A date that is none then raises `ProgramError`. `options` must live until then.
+/// parsed. An invalid date then raises `ProgramError`. `options` must live until then.
 void declareCommonOptions(CLI::App& app, ProgramOptions& options);
 
 } // namespace qx

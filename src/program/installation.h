@@ -1,4 +1,4 @@
-// The database and the ERP that a command works on.
+// The port to the database and the ERP that a command works on.
 #pragma once
 
 #include "platform/environment.h"
@@ -13,14 +13,14 @@ struct InstallationReport {
   std::size_t staged = 0; ///< demo jobs
 };
 
-/// Implemented where concrete adapters are known.
+/// Implemented in the composition.
 class Installation {
 public:
   virtual ~Installation() = default;
-  /// Opens the database, which must hold our schema, and connects the ERP's session. Raises `ProgramError`
-  /// that says how to make one, or what the database raises.
+  /// Opens the database, which must hold our schema, and connects the ERP's session. Raises `ProgramError`,
+  /// which says how to create one, or a database error.
   virtual Environment& open() = 0;
-  /// Creates the database when there is none. An existing one is left as it is.
+  /// Creates the database unless it exists.
   virtual InstallationReport create(bool demo) = 0;
 };
 

@@ -1,4 +1,4 @@
-// The component's database connection, for code that cannot do without one.
+// The component's database connection, for code that requires one.
 #pragma once
 
 #include "platform/environment.h"

@@ -10,7 +10,7 @@
 
 namespace qx {
 
-/// A line of an address and the column that holds it.
+/// A line of an address and its column.
 struct AddressLine {
   ColumnName column;
   std::string Adresse::*part;
@@ -20,8 +20,8 @@ using AddressLines = std::array<AddressLine, 7>;
 /// One of the two addresses. An order's header has the same columns.
 struct AddressFields {
   std::string_view name; ///< as the clerk calls it
-  ColumnName customer;   ///< whose address it is
-  ColumnName number;     ///< which of that customer's
+  ColumnName customer;   ///< number of the customer whose address it is
+  ColumnName number;     ///< number of the address among that customer's
   AddressLines lines;    ///< in the order in which they are shown and compared
 };
 

@@ -12,7 +12,7 @@ namespace qx {
 namespace {
 
 constexpr std::size_t tableCount = 4;
-/// Five lines have 404 characters; whatever is longer by far is no such file.
+/// Five lines have 404 characters; a far longer file is no such file.
 constexpr std::size_t longestFile = 4096;
 
 constexpr std::array<std::string_view, tableCount> ownTables{
@@ -23,7 +23,7 @@ constexpr std::array<std::string_view, tableCount> ownTables{
 
 constexpr bool isScrambled(char c) { return c >= ' ' && c <= '~' && c != '"'; }
 
-/// Whether every scrambled character stands in the table once.
+/// Whether the table holds every scrambled character once.
 constexpr bool isPermutation(std::string_view table) {
   if (table.size() != scrambledCharacters) return false;
   std::array<bool, 128> seen{};

@@ -11,7 +11,8 @@
 namespace qx {
 namespace {
 
-/// The row of the current value: the first in its exact spelling, else the first in any. Null equals nothing.
+/// The row of the current value: the first in its exact spelling, else the first in any case. Null matches
+/// nothing.
 class Selection {
 public:
   explicit Selection(std::string_view current) : current_(current) {}

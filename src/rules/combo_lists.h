@@ -9,8 +9,8 @@
 namespace qx {
 
 /// Each member fills a list, selects the row of the current value (codes compare without regard to ASCII
-/// case) and tells whether there was one. A table without rows leaves the list as it is. Database errors
-/// reach the caller.
+/// case) and returns whether there was one. An empty table leaves the list unchanged. Database errors reach
+/// the caller.
 class ComboLists {
 public:
   explicit ComboLists(Environment& environment) : environment_(environment) {}

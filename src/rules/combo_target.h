@@ -1,4 +1,4 @@
-// A drop-down list of codes as the rules see it, without any toolkit.
+// The port to a drop-down list of codes, independent of any toolkit.
 #pragma once
 
 #include <array>
@@ -8,7 +8,7 @@
 
 namespace qx {
 
-/// What a drop-down list is bound to: rows of a text and a code.
+/// The rows of a drop-down list, each a text and a code.
 struct ComboRows {
   std::array<std::string, 2> columns;
   std::vector<std::array<std::string, 2>> rows;
@@ -18,11 +18,11 @@ struct ComboRows {
 class ComboTarget {
 public:
   virtual ~ComboTarget() = default;
-  /// Replaces what the list holds; nothing is selected afterwards.
+  /// Replaces the rows and clears the selection.
   virtual void setRowSource(ComboRows rows) = 0;
   virtual void hideColumn(int index) = 0;
   virtual void setColumnHeaders(bool shown) = 0;
-  /// Selects the row of this 0-based position.
+  /// Selects a row by its 0-based position.
   virtual void setBookmark(std::size_t row) = 0;
 };
 

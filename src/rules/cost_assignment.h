@@ -22,17 +22,17 @@ class CostAssignment {
 public:
   explicit CostAssignment(Environment& environment) : environment_(environment) {}
 
-  /// 0 when the pair of the number has what the document kind demands, -1 when a mandatory dimension is
-  /// missing; with `ShowMessage` a box then names the first missing one. A kind without a rule demands
+  /// 0 when the pair of the number has every dimension that the document kind requires, -1 when one is
+  /// missing; with `ShowMessage` a box then names the first missing one. A kind without a rule requires
   /// nothing.
   std::int32_t CheckKostzuord(std::string_view Belegart, std::int32_t KostID, bool ShowMessage) const;
   /// The pair of a number; both empty when the number is unknown or 0.
   CostPair read(std::int32_t KostID) const;
-  /// Blanks alone name no dimension.
+  /// A dimension of blanks only counts as empty.
   static CostPair trimmed(const CostPair& pair);
-  /// The number of a pair, blanks at its ends left out of account; null when the pair has none.
+  /// The number of a pair, ignoring outer blanks; null when the pair has none.
   std::optional<std::int32_t> find(const CostPair& pair) const;
-  /// The same, with a new number for a pair that had none.
+  /// The same, but creates a number for a pair that has none.
   std::int32_t findOrCreate(const CostPair& pair) const;
 
 private:

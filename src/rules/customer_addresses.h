@@ -17,8 +17,8 @@ struct Adresse {
   friend bool operator==(const Adresse&, const Adresse&) = default;
 };
 
-/// Looks up and adds addresses, one statement each. An empty address number means the customer's main address
-/// in `Kundenstamm`, any other a row of `Adressenstamm`. Database errors reach the caller.
+/// Looks up and adds addresses, with one statement each. An empty address number means the customer's main
+/// address in `Kundenstamm`, any other a row of `Adressenstamm`. Database errors reach the caller.
 class CustomerAddresses {
 public:
   explicit CustomerAddresses(Environment& environment) : environment_(environment) {}
@@ -30,8 +30,7 @@ public:
                                         std::string_view Adressnummer = {}) const;
   /// The lines of an address that belongs to no customer.
   std::optional<Adresse> generalAddress(std::string_view number) const;
-  /// Adds a numbered address when it is new, empty lines as null; an address that exists stays as it is. True
-  /// when it was added.
+  /// Adds a numbered address, empty lines as null; an existing one is left unchanged. True when it was added.
   bool AddAdressDaten(std::string_view Kundennummer, std::string_view Adressnummer,
                       const Adresse& adresse) const;
 

@@ -7,19 +7,19 @@
 
 namespace qx {
 
-/// The time stamp of the day of a point in time or of a German date text; the time of day is dropped. Raises
+/// The time stamp of midnight on the day of a point in time or German date text. Raises
 /// `std::invalid_argument`, which names the value, for anything else, null and "" included.
 std::string intdat(const Value& SystemDatum);
 
-/// The day of a point in time or of a German date text as "dd.mm.yyyy", without the time of day; what is no
-/// date comes back as it is.
+/// The day of a point in time or of a German date text as "dd.mm.yyyy", without the time of day; anything
+/// else is returned unchanged.
 std::string germanDay(const Value& SystemDatum);
 
-/// The session's current date; without a session the workstation's, with a diagnostics entry. What the
-/// session raises reaches the caller.
+/// The session's current date; without a session the workstation's, with a diagnostics entry. Exceptions of
+/// the session reach the caller.
 Date NowEx(const Environment& environment);
 
-/// "yyyymm", or "999999" for one of the two dates that stand for an open end.
+/// "yyyymm", or "999999" for one of the two dates that mean an open end.
 std::string PeriodOf(const Date& date);
 
 } // namespace qx

@@ -25,10 +25,10 @@ PaymentTerms PaymentTerms::read(Recordset& row) {
 }
 
 std::string paymentTermsText(const PaymentTerms& terms) {
-  // The rates decide, not the days: a discount of 0 days is one.
+  // The rates decide, not the days: a discount may have 0 days.
   const auto applies = [](const PaymentTerms::Discount& discount) { return discount.percent != 0; };
   if (std::ranges::none_of(terms.discounts, applies))
-    // The capital N is deliberate.
+    // The upper-case N is deliberate.
     return terms.netDays == 0 ? "sofort rein Netto." : daysText(terms.netDays) + " netto.";
 
   std::string text;

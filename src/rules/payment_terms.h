@@ -8,7 +8,7 @@
 
 namespace qx {
 
-/// A term of payment; what is null in the table counts as 0.
+/// A term of payment; null columns count as 0.
 struct PaymentTerms {
   struct Discount {
     int days = 0;

@@ -20,7 +20,7 @@ double rundenEx(double zahl, double RundenAuf, bool Aufrunden) {
   if (RundenAuf == 0) throw std::domain_error("rundenEx: division by zero, the step is 0");
   const double sign = zahl < 0 ? -1 : 1;
   const double steps = throughDecimalText(std::fabs(zahl)) / RundenAuf;
-  // 0.99999999 on purpose: a shorter remainder than that is not rounded up.
+  // 0.99999999 on purpose: smaller remainders are not rounded up.
   const double raised = steps + (Aufrunden ? 0.99999999 : 0.5);
   return std::trunc(throughDecimalText(raised)) * RundenAuf * sign;
 }

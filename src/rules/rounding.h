@@ -1,9 +1,9 @@
-// Rounding to any step, commercial or upwards.
+// Rounding to a multiple of any step, half or always away from zero.
 #pragma once
 
 namespace qx {
 
-/// `number` as it reads with at most 15 significant digits, so that binary residues do not decide a result.
+/// `number` rounded to 15 significant digits, so that binary residues do not decide a result.
 double throughDecimalText(double number);
 
 /// Rounds `zahl` to a multiple of `RundenAuf`: half away from zero, or away from zero when `Aufrunden`.

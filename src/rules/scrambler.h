@@ -11,8 +11,8 @@
 
 namespace qx {
 
-/// The sum of a UTF-8 text's characters in code page 1252, a character that it lacks as "?". Raises
-/// `std::overflow_error` when 32 bits do not hold it.
+/// The sum of a UTF-8 text's bytes in code page 1252, where missing characters are "?". Raises
+/// `std::overflow_error` when it exceeds 32 bits.
 std::int32_t textCheckSum(std::string_view text);
 
 /// A character's table depends on its position in the text, counted from 1 and in characters, not bytes.
@@ -22,7 +22,7 @@ public:
   /// The tables must be permutations.
   explicit Scrambler(const CodeTables& tables);
 
-  /// UTF-8 texts of any kind.
+  /// Scrambles and unscrambles any UTF-8 text.
   std::string Encrypt(std::string_view strText) const { return substitute(strText, encrypting_); }
   std::string Decrypt(std::string_view strText) const { return substitute(strText, decrypting_); }
   static std::int32_t CheckSum(std::string_view strText) { return textCheckSum(strText); }
@@ -31,9 +31,9 @@ public:
   char encrypted(std::size_t position, char c) const { return at(encrypting_, position, c); }
   char decrypted(std::size_t position, char c) const { return at(decrypting_, position, c); }
 
-  /// What stands between the quotes of the first line of a scrambled file.
+  /// The banner of a scrambled file, between the quotes of its first line.
   const std::string& banner() const { return banner_; }
-  /// The same of a version-1 file: its plain banner scrambled with the tables.
+  /// The same for a version-1 file: its plain banner scrambled with the tables.
   const std::string& banner1() const { return banner1_; }
 
 private:

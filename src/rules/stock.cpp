@@ -25,7 +25,7 @@ StockAnswer Stock::GetLagerbestand(std::string_view Artikelnummer, std::string_v
       activeConnection(environment_)
           .open(sql("Select Lagerbestand, MitBestand From Artikellager Where Artikelnummer = '"_sql,
                     value(Artikelnummer), "'"_sql));
-  // The first store decides whether stock is kept, whatever the others say.
+  // The first store alone decides whether stock is kept.
   if (stores->eof() || !stores->value("MitBestand").truth().value_or(false))
     return {0, std::string(noStockUnit)};
   double sum = 0;
@@ -41,7 +41,7 @@ double Stock::conversionFactor(std::string_view article, std::string_view fromUn
   if (!environment_.session) throw std::runtime_error("units cannot be converted without a session");
   const double factor = environment_.session->Umrechnungen().GetUmrechnung(
       {article, "ME Lager", "ME Verkauf", fromUnit, toUnit});
-  // An infinite stock would silence the warning, and one that is no number would as well.
+  // An infinite or NaN stock would silence the warning.
   if (!(factor > 0) || !std::isfinite(factor) || !std::isfinite(1 / factor))
     throw std::domain_error("the factor from '" + std::string(fromUnit) + "' to '" + std::string(toUnit) +
                             "' of article '" + std::string(article) + "' is " + plainNumber(factor));
@@ -53,8 +53,8 @@ std::string Stock::MengeneinheitAlternativ(std::string_view Mengeneinheit) const
                         .open(sql("Select Mengeneinheit From MengeneinheitenAltern Where Alternativ = '"_sql,
                                   value(Mengeneinheit), "'"_sql));
   if (!rows->eof()) return rows->text("Mengeneinheit");
-  // A unit without an alternative stays as it is, whether or not it is known; that the units can be read is
-  // asked all the same.
+  // A unit without an alternative is returned unchanged, known or not; the query still checks that the table
+  // is readable.
   activeConnection(environment_)
       .open(sql("Select * From Mengeneinheiten Where Mengeneinheit = '"_sql, value(Mengeneinheit), "'"_sql));
   return std::string(Mengeneinheit);

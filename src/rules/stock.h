@@ -1,4 +1,4 @@
-// The stock of an article and the units in which quantities arrive.
+// The stock of an article and the units of staged quantities.
 #pragma once
 
 #include "platform/environment.h"
@@ -8,7 +8,7 @@
 
 namespace qx {
 
-/// The unit that stands for "no stock is kept".
+/// The unit that means "no stock is kept".
 inline constexpr std::string_view noStockUnit = "QXNone";
 
 struct StockAnswer {
@@ -16,28 +16,26 @@ struct StockAnswer {
   std::string unit; ///< `noStockUnit` for an article without stock or without a store
 };
 
-/// Why there is no conversion between two units: what the conversion raised. Whatever else is at hand, a
-/// database's failure or a lack of memory, is rethrown. To be called inside a handler.
+/// The reason of a failed unit conversion, from the current exception. Rethrows database failures and a lack
+/// of memory. Call it only inside a handler.
 std::string missingConversion();
 
-/// Stock and unit lookups on the shared connection. Unknown articles and units are no errors; database errors
-/// reach the caller.
+/// Stock and unit lookups on the shared connection. Unknown articles and units are not errors; database
+/// errors reach the caller.
 class Stock {
 public:
   explicit Stock(Environment& environment) : environment_(environment) {}
 
   /// The stock of all stores of the article, in its base unit or, with `MEUmrechnung`, in `Mengeneinheit`.
-  /// The conversion's failure reaches the caller; `std::domain_error` is raised for a factor that is no
-  /// usable number.
+  /// Exceptions of the conversion reach the caller; raises `std::domain_error` for an unusable factor.
   StockAnswer GetLagerbestand(std::string_view Artikelnummer, std::string_view Mengeneinheit,
                               bool MEUmrechnung = false) const;
-  /// The unit that the ERP knows for an alternative spelling; else the unit as given.
+  /// The ERP's unit for an alternative spelling; otherwise the unit as given.
   std::string MengeneinheitAlternativ(std::string_view Mengeneinheit) const;
   /// The article's base unit; empty when the article is unknown.
   std::string baseUnit(std::string_view article) const;
-  /// How many of `fromUnit` make one of `toUnit`. The conversion's failure reaches the caller;
-  /// `std::domain_error` is raised for what is no finite number above 0, or so small that its reverse is
-  /// none.
+  /// How many of `fromUnit` make one of `toUnit`. Exceptions of the conversion reach the caller; raises
+  /// `std::domain_error` unless the factor is finite, above 0 and its reciprocal finite.
   double conversionFactor(std::string_view article, std::string_view fromUnit, std::string_view toUnit) const;
 
 private:

@@ -1,4 +1,4 @@
-// Removes done jobs as the settings ask.
+// Removes done jobs as configured.
 #pragma once
 
 #include "settings/settings.h"
@@ -19,8 +19,8 @@ struct PurgeOptions {
 };
 
 /// Deletes done customers, then done customer contracts, then done orders. Done contract jobs without a
-/// customer are not among them, on purpose. Gives each active pass's text once, before its deletions. False
-/// when it was stopped before its end.
+/// customer are not among them, on purpose. Shows the text of each active pass once, before its deletions.
+/// False when it was stopped early.
 bool purgeArchives(JobDeletion& deletion, const PurgeOptions& options,
                    const std::function<void(std::string_view text)>& progress, const JobDeletion::GoOn& goOn);
 

@@ -8,11 +8,12 @@
 
 namespace qx {
 
-/// What the entry objects have in common. The environment must outlive the object.
+/// The base of the entry objects. The environment must outlive the object.
 ///
-/// `AddItem` writes the object to its staging table on the shared connection, over the row of the same key if
-/// there is one. It never raises and shows nothing: a failure goes to the diagnostics and the row may be
-/// missing. `FormatItemCSV` gives the values as one line of job-file fields. Properties are not validated.
+/// `AddItem` writes the object to its staging table on the shared connection and replaces the row of the same
+/// key if there is one. It never raises and shows nothing: a failure is reported to the diagnostics and the
+/// row may be missing. `FormatItemCSV` returns the values as one line of job-file fields. Properties are not
+/// validated.
 
 /// A customer job, created waiting, with a fresh key and today's date.
 class Kunde : public KundeFields {
@@ -47,7 +48,7 @@ private:
   Environment* environment_;
 };
 
-/// With which flags a new order position starts.
+/// The initial flags of a new order position.
 struct ReadyFlags {
   bool Lieferbereit = false;
   bool Fakturierbereit = false;
@@ -60,7 +61,7 @@ struct ReadyFlags {
 class AuftragsPos : public AuftragsPosFields {
 public:
   explicit AuftragsPos(Environment& environment);
-  /// For many positions: with flags that were read once.
+  /// For many positions: with flags read beforehand.
   AuftragsPos(Environment& environment, const ReadyFlags& flags);
   void AddItem() const noexcept;
   std::string FormatItemCSV() const;

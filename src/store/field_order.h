@@ -1,4 +1,4 @@
-// Orders of fields that differ from the order of a field table, checked when the program is built.
+// Field orders that differ from that of a field table, checked at compile time.
 #pragma once
 
 #include "model/field_table.h"
@@ -10,7 +10,7 @@
 
 namespace qx {
 
-/// Words with blanks between them.
+/// Words separated by blanks.
 template <std::size_t size>
 struct WordText {
   // NOLINTNEXTLINE(google-explicit-constructor,hicpp-explicit-conversions)
@@ -32,7 +32,7 @@ consteval auto words() {
   return found;
 }
 
-/// Several lists as one.
+/// Concatenates lists.
 template <std::size_t... sizes>
 consteval auto joined(const std::array<std::string_view, sizes>&... lists) {
   std::array<std::string_view, (sizes + ...)> all;
@@ -41,11 +41,11 @@ consteval auto joined(const std::array<std::string_view, sizes>&... lists) {
   return all;
 }
 
-/// The index of a field that stands in a line without being a property of the record.
+/// The index of a field of a line that is no property of the record.
 inline constexpr std::size_t noProperty = static_cast<std::size_t>(-1);
 
-/// The indexes in `table` of the named properties. A name that the table lacks does not build, unless it is
-/// empty or among those that the record is known to lack.
+/// The indexes in `table` of the named properties. A name that the table lacks does not compile, unless it is
+/// empty or one of those that the record is known to lack.
 template <class Record, std::size_t fields, std::size_t names, std::size_t lacking = 0>
 consteval std::array<std::size_t, names> fieldOrder(const FieldTable<Record, fields>& table,
                                                     const std::array<std::string_view, names>& order,

@@ -15,13 +15,13 @@ namespace qx {
 
 /// Deletion on the shared connection.
 ///
-/// What the database refuses to delete stays as a whole and is told to the diagnostics; so is, on a host's
-/// connection, what any other failure of the database concerns. On a connection of our own a store that
-/// cannot go on reaches the caller.
+/// A job that the database refuses to delete stays as a whole and is reported to the diagnostics; on a host's
+/// connection every database failure is handled so. On a connection of our own any other database failure
+/// reaches the caller.
 ///
-/// A set of jobs is committed in groups, for which no unit of work may be open. A job whose deletion takes
-/// the unit along stays, and those of its group are deleted one by one. Other programs and the message loop
-/// have their turn between the groups.
+/// A set of jobs is committed in groups, for which no unit of work may be open. A job whose deletion rolls
+/// back the unit stays, and the others of its group are deleted one by one. Other programs and the message
+/// loop get their turn between groups.
 class JobDeletion {
 public:
   /// Asked before each job of a set; false ends the deletion there.
@@ -39,26 +39,26 @@ public:
   void delItems(const std::vector<std::string>& jobIds, bool withContracts);
   /// Deletes every done job of any kind.
   void DelArchives();
-  /// The keys of the done jobs received before the date. A job without a readable date is not among them and
-  /// is told to the diagnostics.
+  /// The keys of the done jobs received before the date. A job without a readable date is left out and
+  /// reported to the diagnostics.
   std::vector<std::string> doneBefore(const Date& date);
   /// Deletes them.
   void deleteDoneBefore(const Date& date) { deleteDone(doneBefore(date)); }
-  /// Deletes the jobs of these keys that still are done when their turn comes. False when it was ended.
+  /// Deletes the jobs of these keys that are still done when reached. False when it was stopped.
   bool deleteDone(const std::vector<std::string>& jobIds, const GoOn& goOn = {});
 
   /// How many job headers this object has deleted.
   std::int64_t deletedHeaders() const { return deletedHeaders_; }
-  /// The jobs that stayed because the database refused to delete them, with its reasons.
+  /// The jobs that the database refused to delete, with its reasons.
   const std::map<std::string, std::string>& left() const { return left_; }
   /// A German sentence that names the first of them; "" when there is none.
   std::string germanLeft() const;
-  /// How many jobs or selections of jobs the database has refused.
+  /// How many jobs or selections of jobs the database has refused to delete.
   std::int64_t refusals() const { return static_cast<std::int64_t>(left_.size()) + refusedSelections_; }
   /// How many done jobs stayed because their date of receipt cannot be read.
   std::int64_t undatedJobs() const { return undatedJobs_; }
 
-  /// The first column of a select, "" left out; empty when the database refuses the select.
+  /// The non-empty values of a select's first column; none when the database refuses the select.
   std::vector<std::string> jobIds(const Sql& select);
 
 private:

@@ -35,7 +35,7 @@ Scrambler installedScrambler(Environment& environment) {
   try {
     folder = environment.components.createProfile()->GetAppPath();
   } catch (const std::runtime_error& absent) {
-    // A host without the component has no application directory, hence no tables of its own.
+    // A host without the component has no application directory and no tables of its own.
     environment.diagnostics.report({"Codetabellen.txt", absent.what(), {}});
     return Scrambler(defaultCodeTables());
   }

@@ -1,4 +1,4 @@
-// The first line of a job file tells what the rest is.
+// The banner: the first line of a job file, which tells its form.
 #pragma once
 
 #include "platform/environment.h"
@@ -14,7 +14,7 @@ class Scrambler;
 struct JobFileForm {
   JobFileVersion version = JobFileVersion::Two;
   bool scrambled = false;
-  bool textBehind = false; ///< something stands on the line behind the field of the banner
+  bool textBehind = false; ///< the line goes on after the banner field
 };
 
 /// The form of a file that begins with this line, null when it is no job file. Only the characters of the
@@ -22,8 +22,8 @@ struct JobFileForm {
 std::optional<JobFileForm> plainForm(std::string_view firstLine);
 std::optional<JobFileForm> scrambledForm(std::string_view firstLine, const Scrambler& scrambler);
 
-/// The scrambler of this installation: with the tables of its application directory, or with the default ones
-/// where there are none. Raises `std::runtime_error` when the tables cannot be used.
+/// The scrambler of this installation, with the tables of its application directory or else the default ones.
+/// Raises `std::runtime_error` when the tables cannot be used.
 Scrambler installedScrambler(Environment& environment);
 
 } // namespace qx

@@ -1,4 +1,4 @@
-// Which job codes stand in job files, and how many fields their lines have.
+// Which job codes occur in job files, and how many fields their lines have.
 #pragma once
 
 #include "store/job_lines.h"
@@ -11,7 +11,7 @@ namespace qx {
 
 enum class LineKind : std::uint8_t { None, Customer, Contract, Order, Position };
 
-/// The line that a code has in a version-2 file. 44 has none, on purpose: deleted jobs do not travel.
+/// The line that a code has in a version-2 file. 44 has none, on purpose: deleted jobs are not exchanged.
 constexpr LineKind lineKind(std::int64_t code) {
   if (code == qxtJobAuftragsPos) return LineKind::Position;
   if (code < qxtjobkunden || code > qxtjobkundenverträgedone || code % 10 > 3) return LineKind::None;

@@ -8,7 +8,7 @@
 
 namespace qx {
 
-/// A file that is open already, standard output for one, and its name for messages.
+/// An open file, for example standard output, and its name for messages.
 struct OpenFile {
   int descriptor;
   std::string name;
@@ -18,11 +18,11 @@ struct OpenFile {
 /// writes each job followed by its positions, with the columns of that version. The plain form is always
 /// written. Constant memory, whatever the number of jobs.
 ///
-/// All lines show the database in one state, whatever others write meanwhile. A target that belongs to the
+/// All lines show one state of the database, whatever others write meanwhile. A target that belongs to the
 /// database or the installation (`protectedFiles`) is refused.
 ///
-/// Never raises: what went wrong is in the report and in the diagnostics. After a failure the lines written
-/// up to it stand in the file.
+/// Never raises: failures are in the report and the diagnostics. After a failure the file holds the lines
+/// written up to it.
 JobFileReport exportJobFile(Environment& environment, std::string_view fileName, JobFileVersion version,
                             JobFileObserver* observer = nullptr);
 /// The same directly into an open file.

@@ -19,29 +19,28 @@ inline constexpr std::size_t longestRecord = std::size_t{16} * 1024 * 1024;
 
 enum class LineEnd : std::uint8_t { Lf, CrLf, Cr };
 
-/// A CR without a LF ends the first line when no more characters than those of a banner stand before it;
-/// later on the line it belongs to a value.
+/// A lone CR ends the first line when no more characters than a banner's precede it; further on it belongs to
+/// a value.
 inline constexpr std::size_t longestBannerLine = 32;
 
 struct PhysicalLine {
   std::string_view text;   ///< without its end; bytes of the code page, unscrambled
   std::int64_t number = 0; ///< the banner has 1
-  bool overlong = false;   ///< more than `longestRecord`: only its beginning is given
+  bool overlong = false;   ///< longer than `longestRecord`: only its beginning is returned
 };
 
-/// Reads a file line by line, whatever its size. The end of the banner decides how lines end: after CR LF a
-/// CR or LF alone belongs to the value, after a LF alone every LF ends a line, with or without a CR before
-/// it, after a CR alone every CR does. Raises `std::system_error`
-/// when the file cannot be read on.
+/// Reads a file line by line, whatever its size. The end of the banner decides how lines end: with CR LF a
+/// lone CR or LF belongs to the value, with LF every LF ends a line (a CR before it included), with CR every
+/// CR does. Raises `std::system_error` when reading fails.
 class JobFileLines {
 public:
-  /// The stream must outlive the reader; `name` is for messages. `readAhead` is how much is read at a time,
-  /// more than the longest line of a banner.
+  /// The stream must outlive the reader; `name` is for messages. `readAhead` is the number of bytes read at a
+  /// time; it must exceed the longest banner line.
   JobFileLines(std::istream& stream, std::string name, std::size_t readAhead = std::size_t{128} * 1024);
 
-  /// Lines read from now on are unscrambled. It must outlive the reader; null for plain lines.
+  /// Unscrambles the lines read from now on; null for plain lines. Must outlive the reader.
   void unscramble(const Scrambler* scrambler) { scrambler_ = scrambler; }
-  /// The next line, null at the end of the file. It is valid until the next call.
+  /// The next line, valid until the next call; null at the end of the file.
   std::optional<PhysicalLine> next();
   std::uintmax_t bytesRead() const { return bytesRead_; }
 
@@ -56,17 +55,17 @@ private:
   std::string name_;
   std::size_t readAhead_;
   std::vector<char> buffer_;
-  std::size_t begin_ = 0; ///< of what is not yet given out
+  std::size_t begin_ = 0; ///< of the unconsumed bytes
   std::size_t end_ = 0;
   std::uintmax_t bytesRead_ = 0;
   std::int64_t number_ = 0;
   LineEnd lineEnd_ = LineEnd::Lf;
   bool atEnd_ = false;
-  bool skipping_ = false; ///< the rest of an overlong line is still to be passed over
+  bool skipping_ = false; ///< the rest of an overlong line is still to be skipped
   const Scrambler* scrambler_ = nullptr;
 };
 
-/// A UTF-8 file name.
+/// The path of a UTF-8 file name.
 std::filesystem::path pathOf(std::string_view name);
 
 /// Why this cannot be read as a job file: missing, a directory, a device; "" when it is a plain file.

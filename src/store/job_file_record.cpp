@@ -84,7 +84,7 @@ std::optional<JobFileItem> JobFileRecords::goOn(const PhysicalLine& line) {
   return judge(text_);
 }
 
-/// Whether the record is complete or too long; null when it goes on. Blanks behind its end do not count.
+/// Whether the record is complete or too long; null when it continues. Blanks after its end are ignored.
 std::optional<JobFileItem> JobFileRecords::judge(std::string_view text) {
   text.remove_suffix(text.size() - (text.find_last_not_of(" \t") + 1));
   const bool ends = text.ends_with(fieldEnd);

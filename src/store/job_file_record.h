@@ -14,7 +14,7 @@ namespace qx {
 /// A line of a job file never has more fields.
 inline constexpr std::size_t mostFields = 66;
 
-/// What stands at a place of the file.
+/// The next item of the file.
 struct JobFileItem {
   enum class Kind : std::uint8_t {
     Record,  ///< complete: it has the fields of its kind
@@ -31,24 +31,23 @@ struct JobFileItem {
 /// How many fields a record of this code has; 0 for a code that the file does not hold.
 using FieldCount = std::size_t (*)(std::int64_t code);
 
-/// Puts the lines together. A line that begins with a number in quotes and another field always begins a
-/// record; it goes on until it ends like a field and has the fields of its kind. What breaks it off (a new
-/// record, the end of the file, more than 66 fields or `longestRecord`) refuses it, as do more fields than
-/// those of its kind, and reading goes on with
-/// the next record.
+/// Joins lines to records. A line that begins with a number in quotes and another field always begins a
+/// record; the record continues until it ends like a field and has the fields of its kind. It is refused when
+/// it is cut off (by a new record, the end of the file, more than 66 fields or `longestRecord`) or has more
+/// fields than its kind; reading continues with the next record.
 class JobFileRecords {
 public:
-  /// `lines` stands behind the banner and outlives the reader.
+  /// `lines` is positioned after the banner and must outlive the reader.
   JobFileRecords(JobFileLines& lines, FieldCount fieldCount) : lines_(lines), fieldCount_(fieldCount) {}
 
-  /// Null at the end of the file. Valid until the next call.
+  /// The next item, valid until the next call; null at the end of the file.
   std::optional<JobFileItem> next();
 
 private:
   enum class State : std::uint8_t {
     Outside,
-    Open,     ///< the record goes on
-    Ignoring, ///< what follows belongs to a record that is dropped
+    Open,     ///< the record continues
+    Ignoring, ///< following lines belong to a dropped record
   };
 
   std::optional<JobFileItem> take(const PhysicalLine& line);
@@ -71,7 +70,7 @@ private:
 /// The fields of a record without their semicolons; quotes and code page as in the file.
 void splitFields(std::string_view record, std::vector<std::string_view>& fields);
 
-/// A field's text in UTF-8. Every double quote goes, also one that belonged to the value: the format has no
+/// A field's text in UTF-8. All double quotes are removed, even those of the value: the format has no
 /// escapes.
 void readField(std::string_view field, std::string& text);
 

@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::size_t chunk = std::size_t{256} * 1024;
 
-/// Passes a file on character by character, whatever the length of its lines.
+/// Copies a file character by character, whatever the length of its lines.
 class FormChange {
 public:
   FormChange(const Scrambler& scrambler, Scrambling scrambling, JobFileTarget& target)
@@ -29,7 +29,7 @@ public:
     }
     target_.write(output_);
   }
-  /// After the last character.
+  /// To be called after the last character.
   void finish(std::string_view banner) {
     output_.clear();
     if (lines_ == 0) endBanner(banner, behind_ && last_ == '\r' ? "\r" : "");
@@ -39,7 +39,7 @@ public:
   std::int64_t lines() const { return lines_; }
 
 private:
-  /// The banner is replaced by that of the other form; what stands behind it stays.
+  /// The banner is replaced by that of the other form; the rest of the line stays.
   void takeBanner(char c, std::string_view banner) {
     if (c == '\n') {
       lineEnd_ = last_ == '\r' ? LineEnd::CrLf : LineEnd::Lf;
@@ -95,7 +95,7 @@ private:
   std::size_t bannerLength_ = 0;
   LineEnd lineEnd_ = LineEnd::Lf;
   char last_ = 0;
-  bool behind_ = false; ///< the banner is written, the first line goes on
+  bool behind_ = false; ///< the banner is written, the first line continues
 };
 
 /// The form of the file, null when it is no job file.

@@ -10,11 +10,11 @@ namespace qx {
 enum class Scrambling : std::uint8_t { Scramble, Unscramble };
 
 /// Writes the other form of a job file of either version to `targetName`, which may be the file itself. Each
-/// physical line is a text of its own; the first line carries the banner of the other form. A file that has
-/// not the form asked for is refused as `WrongBanner`.
+/// physical line is a text of its own; the first line carries the banner of the other form. A file that does
+/// not have the requested form is refused as `WrongBanner`.
 ///
-/// Constant memory. Never raises: what went wrong is in the report and in the diagnostics; the target is then
-/// as it was.
+/// Constant memory. Never raises: failures are in the report and the diagnostics and leave the target
+/// unchanged.
 JobFileReport scrambleJobFile(Environment& environment, std::string_view fileName,
                               std::string_view targetName, Scrambling scrambling,
                               JobFileObserver* observer = nullptr);

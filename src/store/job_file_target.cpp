@@ -16,7 +16,7 @@ namespace fs = std::filesystem;
 
 constexpr std::size_t fullBuffer = std::size_t{256} * 1024;
 
-/// The file behind links, there or not, so that a link stays one.
+/// The target of symbolic links, existing or not, so that a link stays a link.
 fs::path resolved(fs::path target) {
   constexpr int mostLinks = 40;
   for (int link = 0; link < mostLinks && fs::is_symlink(fs::symlink_status(target)); ++link)
@@ -35,7 +35,7 @@ bool isWrittenDirectly(const fs::path& target) {
   return fs::exists(status) && !fs::is_regular_file(status);
 }
 
-/// The first of "name.bak", "name.bak2"... that is free.
+/// The first of "name.bak", "name.bak2"... that does not exist.
 fs::path freeBackup(const fs::path& target) {
   const auto ending = [&](const std::string& text) {
     fs::path name = target;
@@ -47,7 +47,7 @@ fs::path freeBackup(const fs::path& target) {
   return name;
 }
 
-/// Device and number decide for files that are there; a journal may not be there yet.
+/// Existing files are compared by device and inode; a journal may not exist yet.
 bool isSameFile(const fs::path& target, const fs::path& other) {
   std::error_code absent;
   if (fs::equivalent(target, other, absent)) return true;
@@ -65,7 +65,7 @@ std::vector<fs::path> protectedFiles(const Environment& environment) {
   try {
     folder = environment.components.createProfile()->GetAppPath();
   } catch (const std::exception& error) {
-    // A host without the component has no application directory, hence no code tables of its own.
+    // A host without the component has no application directory and no code tables of its own.
     environment.diagnostics.report({"application directory", error.what(), ""});
     return files;
   }
@@ -149,7 +149,7 @@ void JobFileTarget::flush() {
 
 void JobFileTarget::closeFile() {
   flush();
-  // Without this a loss of power could leave an empty file in the target's place.
+  // Otherwise a power failure could leave an empty file as the target.
   if (!direct_ && fsync(file_) != 0) fail(errno);
   const int failed = close(file_);
   file_ = -1;
@@ -170,7 +170,7 @@ void JobFileTarget::finish() {
 
 std::string JobFileTarget::finishBroken() {
   if (direct_) return {};
-  // What a full disk no longer takes is missing from the file, which is incomplete anyway.
+  // Errors are ignored: the file is incomplete anyway.
   if (!flushFailed_) writeBuffer();
   if (file_ >= 0) close(file_);
   file_ = -1;

@@ -13,30 +13,30 @@
 
 namespace qx {
 
-/// A target that must not be written; `what()` names it and says why. Nothing was changed.
+/// The target must not be written; `what()` names it and says why. Nothing was changed.
 class TargetRefused : public std::runtime_error {
 public:
   using std::runtime_error::runtime_error;
 };
 
-/// A target that cannot be one: without a name, a directory, a name that is too long. Nothing was changed.
+/// The target cannot be a file: no name, a directory, or too long a name. Nothing was changed.
 class NoTarget : public std::runtime_error {
 public:
   using std::runtime_error::runtime_error;
 };
 
-/// How an exchange ends that one of the two stopped; null for every other failure.
+/// The end of an exchange that one of the two stopped; null for every other failure.
 std::optional<JobFileEnd> endOfTarget(const std::exception& failure);
 
-/// What a job file never replaces: the files of the shared connection's database and the code tables of the
+/// Files that a job file never replaces: those of the shared connection's database and the code tables of the
 /// installation.
 std::vector<std::filesystem::path> protectedFiles(const Environment& environment);
 
-/// Writes beside the target and takes its place at the end, so that a file that stands there is never half
-/// written. The file beside it has a name of its own and only its owner reads it; at the end it takes the
-/// permissions of the file that it replaces. What is no plain file (a device, a pipe) is written directly.
+/// Writes a temporary file beside the target and renames it at the end, so that an existing file is never
+/// half written. The temporary file is readable by its owner only; at the end it gets the permissions of the
+/// file that it replaces. Anything but a plain file (a device, a pipe) is written directly.
 ///
-/// Raises `std::system_error` that names the file. A target that is dropped leaves nothing behind.
+/// Raises `std::system_error`, which names the file. Without `commit` the destructor leaves nothing behind.
 class JobFileTarget {
 public:
   /// Raises `TargetRefused` when the target is one of the protected files, under whatever name, and
@@ -49,10 +49,10 @@ public:
   ~JobFileTarget();
 
   void write(std::string_view bytes);
-  /// Takes the target's place.
+  /// Renames the written file to the target.
   void finish();
-  /// After a failure: what could be written takes the target's place, and the file that stood there is kept
-  /// beside it. Returns its name, "" when none was there. A file kept earlier is never overwritten.
+  /// After a failure: the incomplete file becomes the target, and the previous one is kept beside it. Returns
+  /// the previous file's new name, "" when there was none. A file kept earlier is never overwritten.
   std::string finishBroken();
 
 private:

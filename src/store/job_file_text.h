@@ -1,4 +1,4 @@
-// How values look in the lines of job files.
+// The text forms of values in the lines of job files.
 #pragma once
 
 #include "model/field_table.h"
@@ -31,7 +31,8 @@ std::string fileText(const Field<Record>& field, const Record& record) {
 }
 
 /// The text of a column's value. The kind of the field decides, not how the database stores it: 1 reads
-/// "Wahr" in a boolean field. Null is the empty text; a value that does not fit the kind is given as it is.
+/// "Wahr" in a boolean field. Null is the empty text; a value that does not fit the kind is returned as it
+/// is.
 std::string fileText(FieldKind kind, const Value& value);
 
 namespace detail {
@@ -53,7 +54,7 @@ std::optional<Number> numberFromFile(std::string_view text) {
 } // namespace detail
 
 /// Reads a text of a job file into a property. An empty text leaves a number or truth value as it was. False,
-/// and nothing changed, when the text does not fit the property.
+/// without a change, when the text does not fit the property.
 template <class Property>
 bool readFileText(std::string_view text, Property& property) {
   if constexpr (std::is_same_v<Property, std::string>) {

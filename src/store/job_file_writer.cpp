@@ -7,7 +7,7 @@
 namespace qx {
 namespace {
 
-/// The text without what would be read back wrongly.
+/// The text without characters that would be read back wrongly.
 std::string readable(std::string_view text) {
   std::string result;
   result.reserve(text.size());

@@ -13,7 +13,7 @@
 
 namespace qx {
 
-/// One line after the other, in code page 1252. Values are written as they are; with `replacing` the signs
+/// Builds one line at a time, in code page 1252. Values are written as they are; with `replacing`, characters
 /// that the format cannot carry in a value are replaced first, as version 1 does.
 class JobFileLineWriter {
 public:
@@ -27,11 +27,11 @@ public:
   void add(FieldKind kind, const Value& value);
   /// The finished line with its end, valid until the next `begin`.
   std::string_view end();
-  /// How many characters of the line the code page lacks.
+  /// The number of characters of the line that the code page lacks.
   std::size_t replaced() const { return replaced_; }
 
-  /// Whether a value of the line holds a sign that an import takes for one of the format, or the line is
-  /// longer than an import reads. Known once it is finished.
+  /// Whether a value of the finished line holds a character that an import takes for syntax, or the line is
+  /// longer than an import reads.
   bool unreadable() const { return unreadable_; }
 
 private:
@@ -42,14 +42,14 @@ private:
   bool unreadable_ = false;
 };
 
-/// Tells the diagnostics of each job once that the code page lacks some of its characters; of very many jobs
-/// the first ones by name and the number of the others.
+/// Reports each job with characters that the code page lacks to the diagnostics once; of very many jobs the
+/// first ones by key and the number of the others.
 class LostCharacters {
 public:
   explicit LostCharacters(Diagnostics& diagnostics) : diagnostics_(diagnostics) {}
 
   void note(std::string_view jobId, std::size_t characters);
-  /// After the last line.
+  /// To be called after the last line.
   void finish();
 
 private:

@@ -8,7 +8,7 @@
 namespace qx {
 namespace {
 
-/// The fragments meet without a blank: the quote that closes one code stands before the "Or" of the next.
+/// The fragments join without a blank: the closing quote of one code precedes the "Or" of the next.
 Sql whereClause(const JobListFilter& filter) {
   Sql clause = sql("Where JobType = '0' "_sql);
   if (filter.waiting) clause.append(sql("Or JobType = '10' Or JobType = '20' Or JobType = '30'"_sql));
@@ -36,7 +36,7 @@ Sql orderClause(JobListKey key) {
   return sql(" Order by Eingangsdatum "_sql);
 }
 
-/// Servers give a point in time, an embedded database the digits "yyyymmdd".
+/// Servers return a point in time, an embedded database the digits "yyyymmdd".
 std::optional<Date> dayOf(const Value& value) {
   if (const auto moment = value.moment()) return moment->date;
   const auto digits = value.integer();

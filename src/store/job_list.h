@@ -23,7 +23,7 @@ struct JobListFilter {
   friend bool operator==(const JobListFilter&, const JobListFilter&) = default;
 };
 
-/// What the list is sorted by. `Eingangsdatum` and `FormatDatum` are the same day in two forms.
+/// The sort key of the list. `Eingangsdatum` and `FormatDatum` are the same day in two forms.
 enum class JobListKey : std::uint8_t { Eingangsdatum, JobType, FormatDatum, Kundennummer, Bez1, Betreff };
 
 struct JobListOrder {
@@ -37,7 +37,7 @@ struct JobListOrder {
 struct JobListRow {
   std::int16_t jobType = 0;
   std::string jobId;
-  std::string received;     ///< `Eingangsdatum` as it is stored
+  std::string received;     ///< `Eingangsdatum` as stored
   std::string customer;     ///< `Kundennummer`
   std::string name;         ///< `Bez1`
   std::string remark;       ///< `Bemerkung`
@@ -47,7 +47,7 @@ struct JobListRow {
   friend bool operator==(const JobListRow&, const JobListRow&) = default;
 };
 
-/// How many customer, contract and order jobs stand at each state.
+/// How many customer, contract and order jobs have each state.
 struct JobCounts {
   std::int64_t waiting = 0;
   std::int64_t warnings = 0;
@@ -57,18 +57,17 @@ struct JobCounts {
   friend bool operator==(const JobCounts&, const JobCounts&) = default;
 };
 
-/// A list holds this many jobs at most: the first ones in its order.
+/// A list holds at most this many jobs: the first ones in its order.
 inline constexpr std::size_t jobListLimit = 2000;
 
 /// The statement behind the list.
 Sql jobListQuery(const JobListFilter& filter, const JobListOrder& order);
 
-/// The jobs of the list. Database errors reach the caller, here and below.
+/// The jobs of the list. Here and below database errors reach the caller.
 std::vector<JobListRow> readJobList(Connection& connection, const JobListFilter& filter,
                                     const JobListOrder& order);
 
-/// The jobs that the filter and the condition let through, whatever their number; `jobListLimit` of them at
-/// most.
+/// The jobs that satisfy filter and condition, at most `jobListLimit`.
 std::vector<JobListRow> findJobs(Connection& connection, const JobListFilter& filter,
                                  const JobListOrder& order,
                                  const std::function<bool(const JobListRow&)>& wanted);

@@ -7,7 +7,7 @@
 
 namespace qx {
 
-/// A key that no other job has; empty, with a diagnostics entry, when the system cannot make one.
+/// A unique key; empty, with a diagnostics entry, when the system cannot generate one.
 std::string newJobKey(const Environment& environment);
 
 } // namespace qx

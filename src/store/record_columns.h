@@ -35,14 +35,14 @@ constexpr auto orderedColumns = orderedNames<table, names, order>(std::make_inde
 
 } // namespace detail
 
-/// A column that is not simply the property of its name.
+/// A column whose value is not simply the property of its name.
 struct GivenColumn {
   std::string_view name;
   Value value;
 };
 
-/// Sets the named columns in their order. `order` are the places of `names` in the table; what has no place
-/// there must be given.
+/// Sets the named columns in their order. `order` holds the table indexes of `names`; a name without an index
+/// must be in `given`.
 template <const auto& table, const auto& names, const auto& order, class Record>
 void setColumnsInOrder(Recordset& row, const Record& record, std::initializer_list<GivenColumn> given) {
   for (std::size_t i = 0; i < names.size(); ++i) {

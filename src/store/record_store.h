@@ -16,13 +16,13 @@
 
 namespace qx {
 
-/// A record whose fields cannot be stored; `what()` says why.
+/// The fields of a record cannot be stored; `what()` says why.
 class RecordRefused : public std::runtime_error {
 public:
   using std::runtime_error::runtime_error;
 };
 
-/// Tells the first record of a key from later ones; keys are told apart as the database does.
+/// Distinguishes the first record of a key from later ones; keys compare as in the database.
 class SeenKeys {
 public:
   bool isFirst(std::string_view key);
@@ -31,7 +31,7 @@ private:
   std::unordered_set<std::uint64_t> hashes_; ///< the keys of a large file would fill the memory
 };
 
-/// What storing works with.
+/// The context of storing records.
 struct StoreContext {
   Environment& environment;
   WorkGroup& group;
@@ -50,9 +50,9 @@ public:
   virtual bool isHeader(std::int64_t code) const = 0;
   /// Stores a complete record. Raises `RecordRefused`, with nothing stored, and what the connection raises.
   virtual void store(const JobFileItem& record, const std::vector<std::string_view>& fields) = 0;
-  /// Whether a job of the first code, overwritten by one of the second, was done and is no longer.
+  /// Whether a done job (first code) is reset when a job of the second code overwrites it.
   virtual bool setsBack(std::int64_t before, std::int64_t after) const = 0;
-  /// The reason to be told of a skipped record that somebody may miss; "" for all others.
+  /// The reason to report for a skipped record that somebody may miss; "" for all others.
   virtual std::string_view whySkipped(std::int64_t /*code*/) const { return {}; }
   /// A record was refused or belongs to no kind.
   virtual void passedOver(std::int64_t /*code*/) {}
@@ -61,14 +61,14 @@ public:
 /// Refuses a field whose text does not fit its property.
 [[noreturn]] void refuseField(std::string_view name, std::string_view text);
 
-/// Refuses a key that nobody could name: empty, with NUL, or of more than 32 characters.
+/// Refuses an unusable key: empty, with NUL, or of more than 32 characters.
 void checkKey(std::string_view name, std::string_view key);
 
 std::unique_ptr<RecordStore> version1RecordStore(const StoreContext& context);
 std::unique_ptr<RecordStore> version2RecordStore(const StoreContext& context);
 
-/// Reads the fields of a record, as many as are named at least, into its properties. Raises `RecordRefused`
-/// for a field that its property cannot hold. Empty numbers and truth values leave the property as it was.
+/// Reads the fields of a record, at least as many as are named, into its properties. Raises `RecordRefused`
+/// for a field that its property cannot hold. Empty numbers and truth values leave the property unchanged.
 template <class Record, std::size_t fields, std::size_t named>
 void readRecord(const std::vector<std::string_view>& texts, const FieldTable<Record, fields>& table,
                 const std::array<std::size_t, named>& order, Record& record) {

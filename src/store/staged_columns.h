@@ -1,5 +1,5 @@
-// The columns of the staging tables in the order in which the entry objects set them: a host's record set
-// sees it.
+// The columns of the staging tables in the order in which the entry objects set them; a host's record set can
+// observe it.
 #pragma once
 
 #include "model/entry_records.h"
@@ -26,7 +26,7 @@ consteval bool namesWhatIsStored(const FieldTable<Record, fields>& table,
 
 } // namespace detail
 
-/// What customers and orders begin with.
+/// The first columns of customers and orders.
 inline constexpr auto headerColumns = joined(
     words<"JobID JobType ImportType Status Eingangsdatum Kundennummer">(), detail::nameToReps,
     detail::paymentToContract, words<"Zahlungsweise">(), detail::currencies, detail::reasonsToTaxId,
@@ -51,7 +51,7 @@ inline constexpr auto auftragsPosColumns =
           "Auslieferungsmenge Fakturiermenge Lieferbereit Fakturierbereit Mengeneinheit Liefertermin KostID "
           "Rabatt Preiseinheit">();
 
-/// A column that no property stands behind.
+/// A column without a property.
 inline constexpr auto lackedByHeaders = words<"ImportType">();
 
 inline constexpr auto kundeColumnOrder = fieldOrder(kundeFields, kundeColumns, lackedByHeaders);

@@ -11,12 +11,12 @@
 
 namespace qx {
 
-/// The end of a contract that has none.
+/// The end date that means "no end" for a contract.
 inline constexpr std::string_view openContractEnd = "999999";
 
-/// Each of these sets the columns of a row that the record stores, in their order, and leaves writing the row
-/// to the caller. Texts are stored as they are, empty ones too, except that the end of a contract is null
-/// when it is empty or `openContractEnd`.
+/// Each of these sets the record's stored columns of a row, in their order; the caller writes the row. Texts
+/// are stored as they are, empty ones too, except that the end of a contract is null when it is empty or
+/// `openContractEnd`.
 void setStaged(Recordset& row, const KundeFields& job);
 void setStaged(Recordset& row, const VertragFields& job);
 void setStaged(Recordset& row, const AuftragFields& job);
@@ -26,9 +26,9 @@ void setStaged(Recordset& row, const ImportJobSubItem& position);
 /// Each of these writes one row: the row of the record's key is overwritten when there is one, else a row is
 /// added. Only the columns that the record stores are touched.
 ///
-/// A job gives the code that its row had before, null for a new row.
+/// For a job, returns the code that its row had before, null for a new row.
 ///
-/// Raises what the connection raises; nothing of the record is then stored.
+/// Database errors reach the caller; nothing of the record is then stored.
 std::optional<std::int16_t> writeStaged(Connection& connection, const KundeFields& job);
 std::optional<std::int16_t> writeStaged(Connection& connection, const VertragFields& job);
 std::optional<std::int16_t> writeStaged(Connection& connection, const AuftragFields& job);

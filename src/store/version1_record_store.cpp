@@ -9,7 +9,7 @@ namespace {
 /// Done in the sense of either version, which share the table; a failed version-1 job is negative.
 bool isDone(std::int64_t code) { return code > 0 && (code % 10 == 1 || code % 10 == 3); }
 
-/// A header stands before its positions. What is there already is overwritten, all else is added.
+/// A header precedes its positions. Existing rows are overwritten, others added.
 class Version1RecordStore final : public RecordStore {
 public:
   explicit Version1RecordStore(const StoreContext& context) : context_(context) {}
@@ -31,7 +31,7 @@ public:
     return isDone(before) && !isDone(after);
   }
 
-  /// The positions of a header that was not stored must not fall to the one before it.
+  /// The positions of a header that was not stored must not be added to the previous one.
   void passedOver(std::int64_t code) override {
     if (code != 0 && code != qxtJobTypeSubItem) header_.clear();
   }

@@ -1,4 +1,4 @@
-// The columns that the first version of the component knows, and its way to and from the staging tables.
+// The columns that version 1 of the component knows, and reading and writing them in the staging tables.
 #pragma once
 
 #include "model/import_job.h"
@@ -13,7 +13,7 @@
 namespace qx {
 
 namespace detail {
-// Runs that the headers of both versions have.
+// Column sequences that the headers of both versions share.
 inline constexpr auto nameToReps =
     words<"Suchbegriff Bez1 Bez2 Bez3 Strasse Land PLZ Ort Telefon Telefax EMail Kundengruppe Vertreter1 "
           "Vertreter2 Vertreter3">();
@@ -44,15 +44,15 @@ std::shared_ptr<ImportJobSubItem> readVersion1Position(Recordset& row);
 /// The row of a key, empty when there is none.
 std::unique_ptr<Recordset> openVersion1Header(Connection& connection, std::string_view jobId);
 std::unique_ptr<Recordset> openVersion1Position(Connection& connection, std::string_view childId);
-/// The positions of a job in the order of their numbers' texts: "10" before "2", on purpose.
+/// The positions of a job, sorted by their numbers as texts: "10" before "2", on purpose.
 std::unique_ptr<Recordset> openVersion1Positions(Connection& connection, std::string_view jobId);
 
 /// Adds a row; its key must not be there yet. Positions of a job are not added.
 void insertVersion1(Connection& connection, const ImportJob& job);
 void insertVersion1(Connection& connection, const ImportJobSubItem& position);
 
-/// Overwrites the version-1 columns of the row that the record set stands on. A header keeps its key, which
-/// its positions name; a position takes both keys of the record.
+/// Overwrites the version-1 columns of the current row. A header keeps its key, which its positions name; a
+/// position takes both keys of the record.
 void updateVersion1(Recordset& row, const ImportJob& job);
 void updateVersion1(Recordset& row, const ImportJobSubItem& position);
 

@@ -80,7 +80,7 @@ private:
          childId = position.ChildID] { observer.withoutHeader(line, jobId, childId); });
   }
 
-  /// Positions of one job stand together, so that one look serves them all.
+  /// Positions of one job are adjacent, so one lookup serves them all.
   bool hasHeader(const std::string& jobId) {
     if (jobId != lastJob_ || !lastJobFound_) {
       lastJob_ = jobId;

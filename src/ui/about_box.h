@@ -1,4 +1,4 @@
-// What the about box tells, without a toolkit.
+// The content of the about box, without a toolkit.
 #pragma once
 
 #include "platform/environment.h"
@@ -15,14 +15,14 @@ struct InformationLine {
   std::string value;
 };
 
-/// The version of the ERP; "6.3.0" when the ERP does not tell it.
+/// The version of the ERP; "6.3.0" when the ERP does not give it.
 std::string erpVersion(Environment& environment);
 
-/// Database with its size, user and session date. What cannot be told is "nicht bekannt" and goes to the
+/// Database with its size, user and session date. Unavailable values are "nicht bekannt" and reported to the
 /// diagnostics.
 std::vector<InformationLine> workInformation(Environment& environment);
 
-/// "name: value", one a line.
+/// "name: value", one per line.
 std::string informationText(const std::vector<InformationLine>& lines);
 
 } // namespace qx

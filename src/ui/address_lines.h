@@ -1,4 +1,4 @@
-// An address on one line.
+// An address as a single line.
 #pragma once
 
 #include "rules/address_fields.h"

@@ -27,7 +27,7 @@ struct StateLook {
   std::string_view text;
 };
 
-/// By the answer of `GetVertragsZustand`.
+/// Indexed by the result of `GetVertragsZustand`.
 constexpr std::array<StateLook, 4> stateLooks{
     StateLook{"CONTRACT_NEW", "Neuer Vertrag"}, StateLook{"CONTRACT_ALTERED", "Geänderter Vertrag"},
     StateLook{"CONTRACT_DONE", "Unverändert"}, StateLook{"CONTRACT_DELETE", "Gelöschter Vertrag"}};

@@ -18,20 +18,21 @@ enum class ControlKind : std::uint8_t {
   Note,   ///< several lines
   Number, ///< a German decimal number
   Date,   ///< dd.mm.yyyy; may be empty
-  Combo,  ///< a code of a master table, chosen from two columns of which one is shown; others can be typed
+  Combo,  ///< a code of a master table, chosen from two columns of which one is shown; other texts can be
+          ///< typed
   List,   ///< one of a few fixed codes, chosen by their texts
   Check,  ///< "1" or "0"
 };
 
-/// No number in a control or cell may go beyond it: the ERP keeps 15 digits, four of them decimals.
+/// The largest number in a control or cell: the ERP stores 15 digits, four of them decimals.
 inline constexpr double largestNumber = 99999999999;
 
-/// What does not change about a control. Texts are literals; names are the object names in the window.
+/// The constant properties of a control. Texts are literals; names are the object names in the window.
 struct ControlSpec {
   std::string_view name{};
   std::string_view caption{}; ///< of the field, access key marked with '&'
   ControlKind kind = ControlKind::Text;
-  std::string_view column{};      ///< of `ImportKopf`; empty for one that is shown only
+  std::string_view column{};      ///< of `ImportKopf`; empty for a display-only control
   std::string_view picture{};     ///< the picture control beside it; empty for none
   std::string_view button{};      ///< its lookup button; empty for none
   std::string_view lookup{};      ///< the name of the lookup that button and F4 open
@@ -39,13 +40,13 @@ struct ControlSpec {
   bool customerSpecific = false;  ///< shown in customer-specific mode only
 };
 
-/// Controls that stand together under a heading.
+/// Controls grouped under a heading.
 struct ControlGroup {
   std::string_view caption;
   std::span<const ControlSpec> controls;
 };
 
-/// What a drop-down list offers.
+/// The items of a drop-down list.
 struct ComboContent {
   ComboRows rows;
   int hiddenColumn = -1;
@@ -53,11 +54,11 @@ struct ComboContent {
   std::optional<std::size_t> selected;
 };
 
-/// What a control shows at this moment.
+/// The current state of a control.
 struct ControlState {
   std::string text; ///< of a combo or list: the code; of a check box: "1" or "0"
   bool enabled = true;
-  CheckStatus picture = CheckStatus::Clean; ///< of the picture beside it; clean shows none
+  CheckStatus picture = CheckStatus::Clean; ///< of the picture beside it; none when clean
   std::string message;                      ///< the picture's tool tip
   std::string description;                  ///< the text of `ControlSpec::description`
   std::optional<std::string> master;        ///< the stored value from which it differs

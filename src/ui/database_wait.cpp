@@ -8,7 +8,7 @@ bool awaitDatabase(Environment& environment, BusyWait* wait) {
   const auto connection = environment.connection;
   if (!connection || !connection->ownsWork() || connection->inWork()) return true;
   try {
-    // Whoever gets a unit does not have to wait; it ends without having done anything.
+    // Waits by beginning a unit, which ends without a change.
     const WorkUnit unit(*connection, wait);
     return true;
   } catch (const BusyError& error) {

@@ -11,19 +11,19 @@ namespace qx {
 /// The same day one month earlier; the last day of that month when it has no such day.
 Date monthBefore(const Date& date);
 
-/// Works on an environment and its engine, which outlive it. Members do not raise.
+/// Environment and engine must outlive it. Members do not raise.
 class DeleteByDatePresenter {
 public:
   DeleteByDatePresenter(Environment& environment, ImportJobObject2& engine)
       : environment_(environment), engine_(engine) {}
 
-  /// One month before the session's date; before the workstation's when that cannot be told.
+  /// One month before the session's date, or before the workstation's when that is unavailable.
   Date proposedDate();
-  /// The day of a text, after a question that names it and the number of done jobs received before it. Null
-  /// when it is not confirmed; a text that is no day, and a day before which nothing is done, are told.
+  /// The day of a text, after a question with the day and the number of done jobs received before it. Null
+  /// when not confirmed; an invalid day, or one without such jobs, shows a message.
   std::optional<Date> confirmedDate(std::string_view day);
-  /// Deletes the done jobs received before the day. A failure is shown, and so are the jobs that the database
-  /// refuses to delete; what was deleted until then stays deleted. Waits for other programs as `wait` says.
+  /// Deletes the done jobs received before the day. Shows a failure and the jobs that the database refuses to
+  /// delete; earlier deletions are kept. Waits for other programs as long as `wait` decides.
   void deleteBefore(const Date& date, BusyWait* wait = nullptr);
 
 private:

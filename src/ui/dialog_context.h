@@ -1,4 +1,4 @@
-// What every dialog works with.
+// The context of every dialog.
 #pragma once
 
 #include "engine/import_job_object2.h"
@@ -8,7 +8,7 @@ namespace qx {
 
 class LookupBridge;
 
-/// All of it outlives the dialog.
+/// All of it must outlive the dialog.
 struct DialogContext {
   Environment& environment;
   ImportJobObject2& engine;

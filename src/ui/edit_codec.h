@@ -1,4 +1,4 @@
-// Values as they are typed, in controls and in cells of grids.
+// Conversion between stored values and typed texts in controls and grid cells.
 #pragma once
 
 #include "platform/value.h"
@@ -10,15 +10,15 @@
 
 namespace qx {
 
-/// The control that edits the cells of a column.
+/// The kind of control that edits the cells of a column.
 ControlKind editorOf(GridColumnKind kind);
 
-/// A stored value as its editor shows it.
+/// A stored value as shown in its editor.
 std::string editedText(ControlKind kind, const Value& stored);
-/// Why a typed text cannot be stored, as "'12x' ist keine Zahl."; empty when it can. The empty text always
-/// can.
+/// Why a typed text cannot be stored, for example "'12x' ist keine Zahl."; empty when it can, as the empty
+/// text always can.
 std::string refusalOf(ControlKind kind, std::string_view typed);
-/// A number or date in its usual spelling; any other text as it is.
+/// A number or date in its usual form; any other text unchanged.
 std::string respelt(ControlKind kind, std::string_view typed);
 
 } // namespace qx

@@ -17,23 +17,23 @@ namespace qx {
 /// One line of a findings list: a finding as the dialog shows it, or a hint.
 struct ListedFinding {
   Finding found;
-  bool counts = true; ///< for the status; not what a clerk is told though the job goes through with it
+  bool counts = true; ///< whether it raises the status
 
   /// Short code of the field, shown as "Zuordnung".
   std::string_view code() const { return terms(found.rule).dialog.code; }
-  /// The object name of the control that it speaks of; a grid for positions.
+  /// The object name of the control concerned; a grid for positions.
   std::string_view control() const { return terms(found.rule).dialog.control; }
   /// Shown as "Fehlertext".
   std::string text() const { return dialogText(found); }
-  /// `ChildID` of the position that it concerns; empty for the header.
+  /// `ChildID` of the position concerned; empty for the header.
   const std::string& item() const { return found.position.key; }
 };
 
 /// Holds one finding per code and position, and the hints, which change neither status nor `empty`.
 class FindingList {
 public:
-  /// Lists the finding unless what it speaks of is fine; then one of the same code and position goes.
-  /// `counts`: other than its rule says.
+  /// Adds the finding or, when `fine`, removes the one of the same code and position. `counts` overrides the
+  /// rule's.
   void report(bool fine, Finding finding, std::optional<bool> counts = {});
   /// The same for these rules of a check.
   void report(const Findings& found, std::initializer_list<Rule> rules);
@@ -47,7 +47,7 @@ public:
   void setHints(Findings hints) { hints_ = std::move(hints); }
 
   bool empty() const { return findings_.empty(); }
-  /// Worst first; equal ones in the order in which they were found. The hints stand at the end.
+  /// Worst first; equal ones in the order in which they were found. Hints are last.
   std::vector<ListedFinding> sorted() const;
   /// The highest severity of those that count; clean without findings.
   CheckStatus status() const;

@@ -8,7 +8,7 @@
 namespace qx {
 namespace {
 
-/// The first row with this text in the column, in its exact spelling before any other.
+/// The first row with this text in the column; an exact match precedes one in another case.
 std::optional<std::size_t> rowWith(const ComboContent& content, std::size_t column, std::string_view text) {
   std::optional<std::size_t> found;
   for (std::size_t row = 0; row < content.rows.rows.size(); ++row) {
@@ -19,7 +19,7 @@ std::optional<std::size_t> rowWith(const ComboContent& content, std::size_t colu
   return found;
 }
 
-/// The code of the row that a typed text stands for; the text itself when it stands for none.
+/// The code of the row that a typed text means; otherwise the text itself.
 std::string codeOf(const ComboContent& content, std::string_view typed) {
   const auto code = static_cast<std::size_t>(content.codeColumn);
   for (const std::size_t column : {code, 1 - code})
@@ -49,7 +49,7 @@ void Form::type(std::size_t index, std::string_view text) {
   if (readOnly_ || !controls_[index].enabled) return;
   const ControlKind kind = specs_[index]->kind;
   if (kind != ControlKind::Combo && kind != ControlKind::List) {
-    // Blanks around a number or code come with typing and pasting; they are never meant.
+    // Blanks around a number or code come from typing and pasting and are never intended.
     controls_[index].text = kind == ControlKind::Note ? text : trimBlanks(text);
     return;
   }

@@ -13,9 +13,9 @@
 
 namespace qx {
 
-/// Groups of controls of which each holds one value.
+/// Groups of controls with one value each.
 ///
-/// The window calls a member for each thing that the clerk does and then shows the state again.
+/// The window calls a member for each action of the clerk and then shows the state again.
 class Form {
 public:
   Form() = default;
@@ -31,25 +31,25 @@ public:
   /// The index of a control; null when there is none of this name.
   std::optional<std::size_t> find(std::string_view name) const;
   const ControlState& control(std::size_t index) const { return controls_[index]; }
-  /// What a combo or list offers.
+  /// The items of a combo or list.
   const ComboContent& content(std::size_t index) const { return contents_[index]; }
-  /// Nothing may be changed.
+  /// Whether nothing may be changed.
   bool readOnly() const { return readOnly_; }
-  /// Differs from what was loaded or saved last.
+  /// Whether it differs from what was last loaded or saved.
   virtual bool changed() const;
 
-  /// The clerk has typed or chosen; nothing is checked yet. In a combo a code as well as a shown text stands
-  /// for its row.
+  /// The clerk has typed or chosen; nothing is checked yet. In a combo both a code and a shown text select a
+  /// row.
   virtual void type(std::size_t index, std::string_view text);
   /// The clerk leaves the control: its checks run again.
   virtual void leave(std::size_t index) = 0;
-  /// A control whose text could not be taken; null when there is none.
+  /// The index of a control whose text was refused; null when there is none.
   virtual std::optional<std::size_t> refused() const { return std::nullopt; }
-  /// Shows the value of such a control again.
+  /// Restores the value of such a control.
   virtual void dropRefused(std::size_t /*index*/) {}
-  /// Opens the control's lookup and takes over what was chosen. False when nothing was chosen.
+  /// Opens the control's lookup and stores the chosen value. False when nothing was chosen.
   virtual bool lookUp(std::size_t index) = 0;
-  /// Takes over the stored value from which the control differs.
+  /// Sets the control to the stored value from which it differs.
   void takeMaster(std::size_t index);
 
 protected:
@@ -60,16 +60,16 @@ protected:
   /// The value of a control; "" for one that is not shown.
   std::string text(std::string_view name) const;
   ComboContent& contentOf(std::string_view name);
-  /// Offers fixed items, each a text and a code, and selects that of the control's value. False when it is
+  /// Sets fixed items, each a text and a code, and selects that of the control's value. False when there is
   /// none.
   bool offer(std::string_view name, std::vector<std::array<std::string, 2>> items);
   /// Selects the row of the control's value. False when there is none.
   bool select(std::string_view name);
   /// Shows a picture with its message beside the control; clean clears it.
   void mark(std::string_view name, CheckStatus severity, std::string message = {});
-  /// What is shown now counts as stored.
+  /// Marks the current values as saved.
   void settle();
-  /// The text of a control as it was loaded or saved last.
+  /// The text of a control as last loaded or saved.
   const std::string& storedText(std::size_t index) const { return stored_[index]; }
   void setReadOnly(bool readOnly);
 

@@ -1,4 +1,4 @@
-// What reading a job file came to, told to the clerk.
+// The result of importing a job file, as texts for the clerk.
 #pragma once
 
 #include "store/job_file_report.h"
@@ -10,8 +10,7 @@
 
 namespace qx {
 
-/// Keeps what the clerk has to know of an import: jobs that were done and are no longer, and what was
-/// refused.
+/// Collects what the clerk has to know about an import: done jobs that were reset, and refused records.
 class ImportReport final : public JobFileObserver {
 public:
   void skipped(std::int64_t line, std::string_view reason) override;
@@ -20,9 +19,9 @@ public:
   void withoutHeader(std::int64_t line, std::string_view jobId, std::string_view childId) override;
 
   bool setsBack() const { return setBack_.count > 0; }
-  /// The question before done jobs are set back.
+  /// The question before done jobs are reset.
   std::string question() const;
-  /// The lines to be shown afterwards; empty when the file was read without anything to tell.
+  /// The lines to show afterwards; empty when there is nothing to report.
   std::string text(std::string_view fileName, const JobFileReport& report) const;
 
 private:

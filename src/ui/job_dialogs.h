@@ -1,4 +1,4 @@
-// Makes the dialog of a job by its kind.
+// Creates the dialog of a job by its kind.
 #pragma once
 
 #include "ui/job_dialog_presenter.h"
@@ -13,8 +13,8 @@ namespace qx {
 /// 30 to 33. Null for any other.
 std::unique_ptr<JobDialogPresenter> makeJobDialog(const DialogContext& context, std::int16_t jobType);
 
-/// The dialog of the job, loaded, by the code that the job has now; a list may be out of date. Null when it
-/// cannot be opened; the reason was shown.
+/// The loaded dialog of the job, by the job's current code, since a list may be out of date. Null when it
+/// cannot be opened; the reason has been shown.
 std::unique_ptr<JobDialogPresenter> openJobDialog(const DialogContext& context, std::string_view jobId);
 
 } // namespace qx

@@ -22,7 +22,7 @@ enum class GridColumnKind : std::uint8_t {
   Number,   ///< a German decimal number
   Money,    ///< two decimals
   Date,     ///< dd.mm.yyyy; may be empty
-  Unit,     ///< one of `JobGrid::units`, others can be typed
+  Unit,     ///< one of `JobGrid::units`; others can be typed
   Check,    ///< "1" or "0"
   Button,   ///< opens the details of its row
 };
@@ -49,18 +49,18 @@ struct JobReference {
   std::int16_t jobType = 0;
 };
 
-/// Checks of rows that take their time: the window has them made bit by bit.
+/// Slow checks of rows, which the window runs step by step.
 class StepwiseChecks {
 public:
   virtual ~StepwiseChecks() = default;
   virtual std::size_t checksLeft() const = 0;
   /// Checks up to `count` further rows.
   virtual void checkMore(std::size_t count) = 0;
-  /// Why a check could not be made, for the clerk; empty when all could be made.
+  /// Why a check could not be run, for the clerk; empty when all could.
   virtual std::string failure() const = 0;
 };
 
-/// Rows of cells, counted from 0. Columns are known by their index in `columns`.
+/// Rows of cells with 0-based indexes. Columns are indexes into `columns`.
 class JobGrid {
 public:
   virtual ~JobGrid() = default;
@@ -71,36 +71,35 @@ public:
   virtual GridCell cell(std::size_t row, std::size_t column) const = 0;
   /// The row of a position's or job's key; null when there is none.
   virtual std::optional<std::size_t> rowOf(std::string_view item) const = 0;
-  /// What stands beside a row.
+  /// The header of a row.
   virtual std::string rowLabel(std::size_t row) const { return std::to_string(row + 1); }
   /// One line below the grid; empty for none.
   virtual std::string summary() const { return {}; }
 
   /// Whether cells can be edited and rows added and removed.
   virtual bool editable() const { return false; }
-  /// What an editor of the cell begins with: the value with all its digits.
+  /// The initial text of the cell's editor: the value with all its digits.
   virtual std::string editText(std::size_t row, std::size_t column) const { return cell(row, column).text; }
-  /// What the unit column offers: texts and codes.
+  /// The items of the unit column: texts and codes.
   virtual ComboRows units() const { return {}; }
-  /// Sets a cell and checks its row again. An empty text when it was taken, else why this text cannot stand
-  /// here; the cell keeps its value then.
+  /// Sets a cell and checks its row again. Returns "" when the text was accepted, otherwise why not; the cell
+  /// then keeps its value.
   virtual std::string edit(std::size_t /*row*/, std::size_t /*column*/, std::string_view /*text*/) {
     return {};
   }
-  /// Appends an empty row; its number.
+  /// Appends an empty row and returns its index.
   virtual std::size_t addRow() { return 0; }
   virtual void removeRow(std::size_t /*row*/) {}
-  /// Sets cells from tab separated lines, downwards and to the right of a cell through the columns that are
-  /// shown and can be edited; rows are appended as needed. Empty when every cell was taken, else what was
-  /// not.
+  /// Sets cells from tab-separated lines, down and to the right of a cell in the visible editable columns;
+  /// appends rows as needed. Returns "" when every cell was accepted, otherwise which were not.
   virtual std::string paste(std::size_t /*row*/, std::size_t /*column*/, std::string_view /*text*/) {
     return {};
   }
-  /// Opens the lookup of a cell (F4) and takes over what was chosen. False when there is none or nothing was
+  /// Opens the lookup of a cell (F4) and stores the chosen value. False when there is none or nothing was
   /// chosen.
   virtual bool lookUp(std::size_t /*row*/, std::size_t /*column*/) { return false; }
-  /// Everything about a row, for the details button of rows that open no job: changes reach the row at once.
-  /// Null for none; must not outlive the row.
+  /// A form with all fields of a row, for the details button of rows that open no job; changes take effect at
+  /// once. Null for none; must not outlive the row.
   virtual std::unique_ptr<Form> details(std::size_t /*row*/) { return nullptr; }
   /// The staged job that the details button of a row opens; one without a key for none.
   virtual JobReference detailsOf(std::size_t /*row*/) const { return {}; }

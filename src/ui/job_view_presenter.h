@@ -16,24 +16,24 @@
 
 namespace qx {
 
-/// What the presenter asks of the window around it.
+/// The window as seen by the presenter.
 class JobViewHost {
 public:
   virtual ~JobViewHost() = default;
-  /// Opens the dialog of a job modally. True when the clerk wants to go on to the next one, which only
-  /// happens when `offerNext` says that there is one.
+  /// Opens the dialog of a job modally. True when the clerk wants to continue with the next one, which
+  /// `offerNext` makes available.
   virtual bool openJob(std::string_view jobId, bool offerNext) = 0;
   virtual void options() = 0;
   virtual void deleteDate() = 0;
   virtual void about() = 0;
-  /// Shows a long text that can be read and copied.
+  /// Shows a long text that can be copied.
   virtual void report(std::string_view title, std::string_view text) = 0;
-  /// Brings the current job into sight at once.
+  /// Scrolls to the current job at once.
   virtual void showCurrent() = 0;
-  /// The state has changed. May come while a unit of work is open: the window draws when the message loop
-  /// runs next, never at once.
+  /// Called when the state has changed, possibly while a unit of work is open: the window draws when the
+  /// message loop next runs, never at once.
   virtual void redraw() = 0;
-  /// What is shown while another program holds the database; null for nothing.
+  /// Creates the notice shown while another program holds the database; null for none.
   virtual std::unique_ptr<BusyWait> databaseWait() { return nullptr; }
   /// Closes the window as its close box does, once the message loop runs again.
   virtual void closeWindow() = 0;
@@ -45,11 +45,11 @@ struct ToolState {
   bool visible = true;
 };
 
-/// All that the window shows.
+/// The complete state of the window.
 struct JobViewState {
   std::array<ToolState, toolCount> tools; ///< by `Tool`
   std::vector<JobListRow> rows;           ///< what is listed, after the search
-  std::uint64_t listing = 0;              ///< grows whenever `rows` is made anew
+  std::uint64_t listing = 0;              ///< incremented whenever `rows` is rebuilt
   std::optional<std::size_t> current;
   bool listEnabled = true;
   JobColumn sortColumn = JobColumn::Eingangsdatum;
@@ -57,10 +57,10 @@ struct JobViewState {
   JobCounts counts;
   std::string label; ///< `lblInfo`
   bool progressVisible = false;
-  std::optional<int> progress; ///< percent; null while it is not known how much there is
-  std::string notice;          ///< one quiet line on the list; empty for none
-  bool databaseGone = false;   ///< the notice says so
-  std::string emptyHint;       ///< why nothing is listed and what to do; empty when something is
+  std::optional<int> progress; ///< percent; null while the total is unknown
+  std::string notice;          ///< one discreet line about the list; empty for none
+  bool databaseGone = false;   ///< whether the notice reports it
+  std::string emptyHint;       ///< why nothing is listed and what to do; empty when something is listed
   std::string countText;       ///< "15 Vorgänge"
   std::string details;         ///< `txtDetails`
   bool customerSpecific = false;
@@ -68,13 +68,13 @@ struct JobViewState {
   const ToolState& tool(Tool tool) const { return tools[indexOf(tool)]; }
 };
 
-/// The keys that the list answers to.
+/// The keys that the list handles.
 enum class JobViewKey : std::uint8_t { Enter, F1, F2, F5, F9, Delete };
 
-/// `MainState` as it is stored.
+/// `MainState` as stored.
 enum class WindowState : std::int16_t { Normal = 0, Minimized = 1, Maximized = 2 };
 
-/// Where the window stands, in pixels.
+/// The window's geometry in pixels.
 struct WindowGeometry {
   int width = 0;
   int height = 0;
@@ -83,7 +83,7 @@ struct WindowGeometry {
   int top = 0;
 };
 
-/// What is to be restored of it; null where the switches, or unreadable values, leave the window as it is.
+/// The parts to restore; null where the switches or unreadable values leave the window unchanged.
 struct StoredGeometry {
   std::optional<std::pair<int, int>> size;
   std::optional<WindowState> state;
@@ -91,38 +91,38 @@ struct StoredGeometry {
   std::optional<int> top;
 };
 
-/// Holds the form state, carries out every command and says what is to be seen.
+/// Holds the state of the window and carries out every command.
 ///
-/// Members do not raise: what fails is skipped and told to the diagnostics. While a run, an import, an export
-/// or a purge is under way every command and key but the stop is ignored. One thread; commands may arrive
-/// from inside `Desktop::yield`.
+/// Members do not raise: failures are skipped and reported to the diagnostics. During a run, an import, an
+/// export or a purge every command and key but the stop is ignored. Not thread-safe; commands may arrive from
+/// inside `Desktop::yield`.
 class JobViewPresenter final : private EngineEvents {
 public:
-  /// Everything handed over outlives the presenter.
+  /// All arguments must outlive the presenter.
   JobViewPresenter(Environment& environment, ImportJobObject2& engine, JobViewHost& windows);
 
   const JobViewState& state() const { return state_; }
-  /// The option `Ändern`, as it was read last; nothing in the view depends on it.
+  /// The option `Ändern` as last read; nothing in the view depends on it.
   bool mayChange() const { return mayChange_; }
 
-  /// What happens when the view is made, before it can be seen: the first look at the jobs.
+  /// To be called before the view is visible: reads the jobs for the first time.
   void create();
   StoredGeometry storedGeometry() const;
-  /// What happens once it can be seen: permissions, on a first start the options, a file handed over before.
+  /// To be called once it is visible: permissions, the options on a first start, a file passed before.
   void load();
-  /// The close box. True when the window may go; false while something is under way, which then ends as soon
-  /// as it can and closes the window.
+  /// The close box. True when the window may close; false while something is under way, which then ends as
+  /// soon as possible and closes the window.
   bool close(const WindowGeometry& geometry);
 
   void command(Tool tool);
   void key(JobViewKey key);
   void headClick(std::size_t column);
   void timerTick();
-  /// Makes a row the current one; its details follow with `readDetails`. Null for none.
+  /// Makes a row current; `readDetails` then reads its details. Null for none.
   void select(std::optional<std::size_t> row);
   /// Opens the dialog of a row, as a double click does.
   void open(std::size_t row);
-  /// Narrows what is listed to the jobs whose name, number or subject contains every word of the text.
+  /// Limits the list to the jobs whose name, number or subject contains every word of the text.
   void search(std::string_view text);
   /// Reads and checks the current job for the details pane. Writes nothing.
   void readDetails();
@@ -190,7 +190,7 @@ private:
   bool closeAsked_ = false;
   bool closed_ = false;
   std::string searched_;
-  std::vector<JobListRow> found_; ///< what the list query gave
+  std::vector<JobListRow> found_; ///< the result of the list query
   JobViewState state_;
 };
 

@@ -30,15 +30,15 @@ inline constexpr std::size_t jobColumnCount = 9;
 
 struct JobColumnSpec {
   std::string_view name;              ///< of the column of the list query
-  std::string_view caption;           ///< what the clerk reads above it
-  std::optional<JobListKey> sortedBy; ///< null for a column whose header leaves the order as it is
+  std::string_view caption;           ///< its heading
+  std::optional<JobListKey> sortedBy; ///< null for a column that does not sort
 };
 
 const JobColumnSpec& columnSpec(JobColumn column);
 
-/// The display text of a job code, as "Auftrag (prüfen)"; the number itself for a code without one.
+/// The display text of a job code, for example "Auftrag (prüfen)"; the number itself for an unknown code.
 std::string processText(std::int16_t jobType);
-/// What the picture of a job code means, as "Warnung"; empty for a code without a picture.
+/// The meaning of a job code's picture, for example "Warnung"; empty for a code without one.
 std::string_view stateText(std::int16_t jobType);
 /// `PROCESSING`, `WARNING`, `ERROR` or `PROCESSED`; empty for a code without a picture.
 std::string_view statePicture(std::int16_t jobType);
@@ -54,7 +54,7 @@ enum class Tool : std::uint8_t {
   KundenVerträge,
   Aufträge,
   Zubehör,
-  EinzelnVerarbeiten, ///< the heading above the runs of one kind; not a command
+  EinzelnVerarbeiten, ///< the heading of the runs of one kind; not a command
   StopProcessing,     ///< ends a run after the current job
   OpenJob,
   Delete,
@@ -76,14 +76,14 @@ inline constexpr std::size_t toolCount = 22;
 
 constexpr std::size_t indexOf(Tool tool) { return static_cast<std::size_t>(tool); }
 
-/// What the clerk sees of a tool. Texts are literals; the access key is marked with '&'.
+/// The visible properties of a tool. Texts are literals; the access key is marked with '&'.
 struct ToolSpec {
   Tool tool;
   std::string_view name; ///< the object name in the window
   std::string_view caption;
   std::string_view tip;
   std::string_view picture{}; ///< empty for none
-  std::string_view key{}; ///< the key of the list that does the same, as shown in the menu; empty for none
+  std::string_view key{};     ///< the equivalent key of the list, as shown in the menu; empty for none
   bool checkable = false;
 };
 

@@ -11,7 +11,7 @@
 namespace qx {
 namespace {
 
-/// To what the rows are restricted.
+/// The restriction of the rows.
 enum class Criteria : std::uint8_t { None, CustomerOrNone, TextKind, Supplier, Customer };
 
 struct Lookup {
@@ -75,7 +75,7 @@ Sql criteriaOf(Criteria criteria, std::string_view context) {
   return {};
 }
 
-/// Null for an unknown name. The record source keeps the caller's spelling.
+/// Null for an unknown name. The record source has the caller's spelling.
 std::optional<LookupRequest> requestOf(std::string_view lookup, std::string_view context,
                                        LookupDocument document) {
   // The second lookup of text blocks is the first one.

@@ -1,4 +1,4 @@
-// Everything about one position of a staged order, without a toolkit.
+// The form with all fields of a position of a staged order, without a toolkit.
 #pragma once
 
 #include "ui/form.h"
@@ -10,8 +10,8 @@ namespace qx {
 
 class PositionGrid;
 
-/// Shows also what the grid has no room for, the cost assignment among it. What the clerk leaves reaches the
-/// position at once; a text that the position refuses stays in its control, with the reason.
+/// Also shows fields without a grid column, such as the cost assignment. A changed field is stored in the
+/// position as soon as the clerk leaves it; a refused text stays in its control, with the reason.
 class PositionDetails final : public Form {
 public:
   /// The grid and its row must outlive the object.

@@ -1,4 +1,4 @@
-// The controls that the dialogs of customers and orders have in common.
+// The controls shared by the dialogs of customers and orders.
 #pragma once
 
 #include "platform/column_name.h"
@@ -113,7 +113,7 @@ inline constexpr std::array noteControls{ControlSpec{
 
 namespace qx {
 
-/// A line of an address that is compared with the customer master, and the rule that it breaks in either
+/// A line of an address that is compared with the customer master, and the rule that it breaks in each
 /// dialog.
 struct ComparedLine {
   ColumnName column;

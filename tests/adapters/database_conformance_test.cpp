@@ -1,4 +1,4 @@
-// What every database adapter must do, told as the story of a table.
+// What every database adapter must do, shown with one table.
 #include "adapters/sqlite/dialect.h"
 #include "adapters/sqlite/select_parts.h"
 #include "adapters/sqlite/sqlite_database.h"
@@ -364,7 +364,7 @@ TEST_F(DatabaseConformance, ABusyDatabaseIsWaitedForAsLongAsTheCallerSays) {
   EXPECT_FALSE(connection_->inWork());
 }
 
-/// Reads on the connection that waits and lets it go on after a while.
+/// Reads on the waiting connection and lets it continue after a while.
 class ReadingWait final : public BusyWait {
 public:
   ReadingWait(Connection& own, Connection& other) : own_(own), other_(other) {}

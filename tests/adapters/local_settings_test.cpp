@@ -1,4 +1,4 @@
-// What the user's settings file and the ERP's profile files promise.
+// Tests of the user's settings file and the ERP's profile files.
 #include "adapters/local_settings/ini_local_settings.h"
 #include "adapters/local_settings/profile_ini_file.h"
 #include "support/fake_system.h"

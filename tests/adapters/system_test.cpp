@@ -1,4 +1,4 @@
-// What the ports of the system itself promise.
+// Tests of the system adapters.
 #include "adapters/system/absent_job_view.h"
 #include "adapters/system/console_desktop.h"
 #include "adapters/system/random_guid_source.h"

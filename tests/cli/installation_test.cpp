@@ -1,4 +1,4 @@
-// Where the database is, what is told when it cannot be used, and wrong usage.
+// Where the database is, the errors when it cannot be used, and wrong usage.
 #include "program_fixture.h"
 
 #include "adapters/sqlite/sqlite_database.h"

@@ -23,7 +23,7 @@ struct ProgramResult {
   std::string output;
   std::string messages;
 
-  /// The output as JSON; the test fails when it is none.
+  /// The output as JSON; the test fails when it is not valid.
   Json json() const;
 };
 

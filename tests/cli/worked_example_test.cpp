@@ -106,7 +106,7 @@ protected:
     ASSERT_EQ(error, nullptr) << error;
   }
 
-  /// Stages the page's order and writes it; what the run told.
+  /// Stages the page's order and writes it; returns the output of the run.
   ProgramResult write(const Example& example, const std::vector<std::string>& options) {
     runScript(example.box("sql"));
     EXPECT_EQ(stage(example.box("json")).status, 0);

@@ -72,7 +72,7 @@ void printLine(std::string_view what, const Line& line) {
             << " |\n";
 }
 
-/// The columns behind the fields of a line.
+/// The columns of the fields of a line.
 template <class Table, class Order>
 Names columnsOf(const Table& table, const Order& order) {
   Names names;

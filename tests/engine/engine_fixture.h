@@ -44,8 +44,8 @@ protected:
     return SqliteDatabase::openAsHost(connection().connectionString());
   }
   void becomeHost() { erp.environment.connection = hostConnection(); }
-  /// Lets the database refuse an event, as in "INSERT ON Belegindex", until `allow`; and take the unit of
-  /// work along if so told.
+  /// Lets the database refuse an event, as in "INSERT ON Belegindex", until `allow`; optionally rolling back
+  /// the unit of work.
   template <class Event, class Reason>
   void refuse(Event event, Reason reason, bool takesTheUnitAlong = false) {
     refused_.push_back("refused" + std::to_string(refused_.size()));

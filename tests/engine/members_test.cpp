@@ -211,7 +211,7 @@ std::string outcome(TestErp& erp, const std::function<std::string()>& call) {
 
 std::string withoutBoxes(const std::string& outcome) { return outcome.substr(0, outcome.find('|')); }
 
-/// '%' stands for the cause as a box tells it, '#' for the cause as it was raised.
+/// '%' stands for the cause as shown in a box, '#' for the cause as raised.
 std::string filledIn(std::string_view pattern, std::string_view cause, std::string_view raised) {
   std::string result;
   for (const char c : pattern) {

@@ -430,7 +430,7 @@ TEST_F(Engine, AConnectionOfItsOwnBesideThatOfTheSessionIsRefused) {
   EXPECT_EQ(engine.ActiveConnection(), before);
   EXPECT_EQ(erp.desktop.texts(), "Die Verbindung kann nicht verwendet werden: Die Sitzung arbeitet mit einer "
                                  "anderen Verbindung zu derselben Datenbank.\n");
-  // A host's has no units that could last, and without the session nobody is waited for.
+  // A host's connection has no units to outlast, and without the session there is nobody to wait for.
   const std::shared_ptr<Connection> host = SqliteDatabase::openAsHost(erp.file);
   engine.ActiveConnection(host);
   EXPECT_EQ(engine.ActiveConnection(), host);

@@ -37,7 +37,7 @@ protected:
     rows->set("Preis", row.price);
     rows->update();
   }
-  /// The price per unit asked for; -1 when there is none.
+  /// The price per requested unit; -1 when there is none.
   double price(std::string_view customer, double quantity = 1, std::string_view unit = "ST",
                std::optional<Date> date = makeDate(2026, 11, 24)) {
     SalesPrice found;

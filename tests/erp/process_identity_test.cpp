@@ -1,4 +1,5 @@
-// A session identity tells machine and process, so that a lock left behind can be told from one that is held.
+// A session identity names machine and process, so that an abandoned lock can be distinguished from one that
+// is held.
 #include "erp/process_identity.h"
 
 #include <gtest/gtest.h>

@@ -29,7 +29,7 @@ std::string_view variable(const char* name) {
   return text == nullptr ? std::string_view() : text;
 }
 
-/// The function of that name that this library stands in front of.
+/// The function of that name that this library replaces.
 template <class Function>
 Function* behind(const char* name) {
   return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));

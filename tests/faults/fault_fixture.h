@@ -1,4 +1,4 @@
-// A small database whose program runs under faults, and what its rows are worth afterwards.
+// A small database on which the program runs with faults, and the state of its rows afterwards.
 #pragma once
 
 #include "adapters/sqlite/sqlite_database.h"
@@ -82,7 +82,7 @@ protected:
                                    const std::map<std::string, std::string>& fault = {}) const;
   void must(const std::vector<std::string>& arguments, std::string_view input = {}) const;
 
-  /// From here `restore` brings the database back as it is now, which may be that there is none.
+  /// Saves the database, or its absence, for `restore`.
   void keepStart();
   void restore() const;
   /// Looking at the database would complete or clear away what the fault left beside it.

@@ -21,7 +21,7 @@ namespace fs = std::filesystem;
 constexpr std::array<std::string_view, 4> callKinds{"write", "sync", "truncate", "open"};
 constexpr std::array<std::string_view, 3> faultEffects{"error", "full", "kill"};
 
-/// What a command wrote, and what stood there before and would stand there without the fault.
+/// What a command wrote, with the content before it and without the fault.
 struct Aftermath {
   const ProgramResult& result;
   const Rows& before;
@@ -160,7 +160,7 @@ private:
   Rows before_, expected_;
 };
 
-/// A job is processed, marked and logged, or it is none of these; what was printed is durable.
+/// A job is processed, marked and logged, or none of these; what was printed is durable.
 std::string judgeRun(const fs::path& look, const Aftermath& aftermath) {
   const auto database = SqliteDatabase().open(look.string());
   const auto marked = single(*database, sql("Select Count(*) From ImportKopf Where JobType % 10 <> 0 And "

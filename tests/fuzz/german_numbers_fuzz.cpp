@@ -92,7 +92,7 @@ bool isNearest(const Decimal& decimal, double number) {
   const auto above = compare(decimal, 2 * mantissa + 1, exponent - 1);
   if (above > 0 || (above == 0 && mantissa % 2 != 0)) return false;
   if (mantissa == 0) return true;
-  // Below a power of two the numbers stand twice as close.
+  // Below a power of two the numbers are twice as dense.
   const bool close = mantissa == fullMantissa && exponent > leastExponent;
   const auto below = close ? compare(decimal, 4 * mantissa - 1, exponent - 2)
                            : compare(decimal, 2 * mantissa - 1, exponent - 1);
@@ -180,7 +180,7 @@ void increment(std::string& digits) {
     ++digits[at - 1];
 }
 
-/// The decimal with so many digits behind the comma, halves away from zero.
+/// The decimal with that many digits after the comma, halves away from zero.
 std::string roundedText(const Decimal& decimal, int decimals) {
   std::string digits = decimal.digits;
   int exponent = decimal.exponent;

@@ -39,7 +39,7 @@ std::vector<Item> itemsOf(const std::string& content, FieldCount count, const Sc
   return items;
 }
 
-/// The lines behind the first one, unscrambled.
+/// The lines after the first one, unscrambled.
 std::vector<std::string> linesOf(const std::string& content, const Scrambler* scrambler) {
   std::istringstream stream(content);
   JobFileLines lines(stream, "input", content.size() + smallReadAhead);

@@ -23,7 +23,7 @@ std::string take(std::string_view& input) {
   return text;
 }
 
-/// Null for what is no text.
+/// Null for content that is not text.
 std::optional<std::string> settingOf(const std::string& content, std::string_view section,
                                      std::string_view key) {
   try {

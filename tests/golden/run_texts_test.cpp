@@ -1,4 +1,4 @@
-// What a run tells in its events, which boxes come up, and how the session is connected and left.
+// The events of a run, its message boxes, and how the session is connected and released.
 #include "golden_fixture.h"
 
 #include "store/entry_objects.h"

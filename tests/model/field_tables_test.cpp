@@ -25,7 +25,7 @@ std::string outOfOrder(const Table& table) {
 }
 
 TEST(FieldTables, ReachTheMembersInTheOrderInWhichTheyAreDeclared) {
-  // The fields of both kinds come first in the record, so what one kind has in their midst lies behind.
+  // The shared fields come first in the record, so the fields of one kind among them follow.
   EXPECT_EQ(outOfOrder<KundeFields>(kundeFields), "VS_KdNr ");
   EXPECT_EQ(outOfOrder<AuftragFields>(auftragFields), "Vertragsnummer ");
   EXPECT_EQ(outOfOrder<VertragFields>(vertragFields), "");

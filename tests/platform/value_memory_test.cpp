@@ -1,4 +1,4 @@
-// What a value is worth when the memory for a copy of its text is missing.
+// The state of a value when there is no memory for a copy of its text.
 #include "platform/value.h"
 
 #include <gtest/gtest.h>

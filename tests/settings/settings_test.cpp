@@ -50,7 +50,7 @@ TEST_F(SettingsTest, ReadAsNumbersOnlyWhatFitsSixteenBits) {
     bool on;
   };
   constexpr std::int16_t fallback = 7;
-  // What is no number counts as off, whatever the fallback of the number is.
+  // A text that is not a number counts as off, whatever the fallback.
   for (const Case& c :
        {Case{"0", 0, false}, Case{"1", 1, true}, Case{" 2 ", 2, true}, Case{"+3", 3, true},
         Case{"-1", -1, true}, Case{"32767", 32767, true}, Case{"-32768", -32768, true},

@@ -173,6 +173,6 @@ TEST(EntryObjects, TextLinesOfTheOthersFollowTheJobFile) {
   const Auftrag order(world.environment);
   const std::string line = order.FormatItemCSV();
   EXPECT_EQ(std::ranges::count(line, ';'), 62);
-  // What an order does not have stands as an empty field.
+  // What an order does not have is an empty field.
   EXPECT_TRUE(line.ends_with(R"("";"";"";"";"";"";"0";)")) << line;
 }

@@ -29,7 +29,7 @@ protected:
     }
     return made;
   }
-  /// Writes the connection of the object cannot be told of.
+  /// Writes through another connection, which the object's does not notice.
   void stage(std::string_view jobId, std::int16_t code) {
     execute(sql("Insert Into ImportKopf (JobID, JobType) Values ('"_sql, value(jobId), "', "_sql,
                 number(code), ")"_sql));

@@ -14,7 +14,7 @@
 
 namespace qx {
 
-/// Keeps what an import tells, one entry a line.
+/// Records what an import reports, one entry per line.
 class RecordingObserver final : public JobFileObserver {
 public:
   void progress(std::uintmax_t done, std::uintmax_t total) override {

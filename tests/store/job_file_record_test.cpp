@@ -13,7 +13,7 @@ namespace {
 /// Records of code 1 have two fields, of code 2 four.
 std::size_t fieldsOf(std::int64_t code) { return code == 1 ? 2 : code == 2 ? 4 : 0; }
 
-/// The items of a file behind its banner, one a line: first line, kind, code and text or reason. Line breaks
+/// The items of a file after its banner, one per line: first line, kind, code and text or reason. Line breaks
 /// of a text show as "|" for CR LF and "/" for LF.
 std::string items(const std::string& content) {
   std::istringstream stream(content);
@@ -65,7 +65,7 @@ TEST(JobFileRecord, OfNoKindIsSkippedAsAWholeAndSoIsEveryLineOutside) {
   EXPECT_EQ(
       items("B\r\n\"44\";\"a\r\nb\";\r\n\"1\";\"c\";\r\nverloren\r\n\r\n\"x\";\"y\";\r\n\"-7\";\"d\";\r\n"),
       "2 skipped 44 \n4 record 1 \"1\";\"c\";\n5 skipped 0 \n6 skipped 0 \n7 skipped 0 \n8 skipped -7 \n");
-  // A number alone begins nothing: it may stand in a value.
+  // A number alone begins no record: it may stand in a value.
   EXPECT_EQ(items("B\r\n\"2\";\"a\r\n\"1\";\r\n\"c\";\"d\";\r\n"),
             "2 record 2 \"2\";\"a|\"1\";|\"c\";\"d\";\n");
 }
@@ -86,7 +86,7 @@ TEST(JobFileRecord, OfALineFeedFileMayHaveCarriageReturnsAndAnyMayHaveBlanksBehi
 TEST(JobFileRecord, OfACarriageReturnFileIsRead) {
   EXPECT_EQ(items("B\r\"2\";\"a\nb\";\"d\";\"e\";\r\"1\";\"f\";\r"),
             "2 record 2 \"2\";\"a\nb\";\"d\";\"e\";\n3 record 1 \"1\";\"f\";\n");
-  // Far behind the banner a CR belongs to a value.
+  // Well after the banner a CR belongs to a value.
   const std::string banner(longestBannerLine, 'B');
   EXPECT_EQ(items(banner + "\r\"1\";\"f\";\r"), "2 record 1 \"1\";\"f\";\n");
   EXPECT_EQ(items(banner + "B\r\"1\";\"f\";\r\n\"1\";\"g\";\r\n"), "2 record 1 \"1\";\"g\";\n");

@@ -92,7 +92,7 @@ TEST_F(JobFileScramblingTest, TheTablesOfTheInstallationServeAndDefectiveOnesAre
   std::string alphabet;
   for (char c = ' '; c <= '~'; ++c)
     if (c != '"') alphabet += c;
-  // The four tables leave every character as it is; only the banner tells.
+  // The four tables leave every character unchanged; only the banner differs.
   write("Codetabellen.txt",
         alphabet + "\n" + alphabet + "\n" + alphabet + "\n" + alphabet + "\nDas Banner der anderen.");
   ASSERT_EQ(change("klar.edi", "wirr.edi", Scrambling::Scramble).end, JobFileEnd::Complete);

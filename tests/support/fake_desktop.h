@@ -1,4 +1,4 @@
-// Stand-ins for the user's desktop, the job window and whoever watches a run.
+// Fakes of the user's desktop, the job window and the observers of a run.
 #pragma once
 
 #include "platform/desktop.h"
@@ -48,7 +48,7 @@ public:
   std::function<void()> onYield;   ///< what the message loop does
 };
 
-/// Keeps what the window was told.
+/// Records the calls of the window.
 class RecordingJobView final : public JobView {
 public:
   void open() override {

@@ -1,4 +1,4 @@
-// A logged-in session without an ERP behind it, and an environment around it.
+// A logged-in session without an ERP, and an environment with it.
 #pragma once
 
 #include "platform/environment.h"

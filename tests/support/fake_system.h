@@ -1,4 +1,4 @@
-// Settable or recording stand-ins for clock, keys, settings, profile files, diagnostics and liveness.
+// Settable or recording fakes of clock, keys, settings, profile files, diagnostics and liveness.
 #pragma once
 
 #include "platform/system.h"
@@ -75,7 +75,7 @@ public:
   std::vector<Entry> entries;
 };
 
-/// Answers what the test says, null unless told otherwise.
+/// Gives the answer set by the test, null by default.
 class FixedLiveness final : public SessionLiveness {
 public:
   std::optional<bool> isAlive(std::string_view sessionId) override {

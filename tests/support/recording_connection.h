@@ -44,7 +44,7 @@ private:
   std::vector<std::string>& columns_;
 };
 
-/// Everything else is the connection's behind it; as a host's it has no units of work of its own.
+/// Everything else is forwarded; as a host's connection it has no units of work of its own.
 class RecordingConnection final : public Connection {
 public:
   explicit RecordingConnection(std::shared_ptr<Connection> connection, bool host = false)

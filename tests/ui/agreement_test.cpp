@@ -68,8 +68,8 @@ TEST_F(Agreement, TheDialogAndTheCheckGiveEachDemoJobOneAnswer) {
     if (const std::string line = onlyTold(job, *dialog, *dialog->verdict()); !line.empty())
       told.push_back(line);
   }
-  // A new customer (KN) is no fault of his job. A currency that nobody knows (WÄ) is refused by the run only.
-  // A contract without a state is written as an active one, one with any interval with that interval.
+  // A new customer (KN) is not an error of his job. An unknown currency (WÄ) is refused by the run only. A
+  // contract without a state is written as an active one, one with any interval with that interval.
   EXPECT_THAT(told, testing::ElementsAre("01: KN", "02: KN", "03: KN", "04: KN", "05: KN", "06: KN", "12: KN",
                                          "13: KN", "14: KN", "20: KN", "21: WÄ KN", "41: ZD INT"));
 }

@@ -135,7 +135,7 @@ TEST_F(ContractDialogTest, AContractInAPositionIsShownCheckedAndChangedThere) {
   EXPECT_EQ(jobType("C1"), 20) << "a good contract is not spoilt";
   EXPECT_TRUE(field("C1", "Fehlertext").isNull());
   EXPECT_EQ(field("C1", "Menge").number(), 0) << "nor touched";
-  // The next run takes over what stands in the position.
+  // The next run takes over the values of the position.
   enter(*dialog, "tdbAnzahl", "6");
   ASSERT_TRUE(dialog->save());
   EXPECT_EQ(erp.rows(sql("Select Menge From ImportPos Where ChildID = 'P1'"_sql))[0][0].number(), 6);

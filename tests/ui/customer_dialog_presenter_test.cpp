@@ -92,7 +92,7 @@ TEST_F(CustomerDialogTest, ListsUnknownCodesBanksAndAccountsButNoEmptyOnes) {
                           "PL|20|Preisliste: Z wurde noch nicht angelegt.",
                           "BV|20|Bankverbindung sind nicht identisch: Musterbank",
                           "EP|20|Fehler beim verarbeiten: Grund", "HK|20|Hauptkonto 4 wurde nicht angelegt"));
-  // A shown text stands for its code as well.
+  // A shown text also selects its code.
   enter(*dialog, "tdbZahlungsart", "Rechnung");
   EXPECT_EQ(state(*dialog, "tdbZahlungsart").text, "RE");
   enter(*dialog, "tdbVertreter1", "");

@@ -42,7 +42,7 @@ public:
   }
 
   std::vector<std::string> opened;
-  std::size_t nexts = 0; ///< so often the clerk wants to go on
+  std::size_t nexts = 0; ///< how often the clerk wants to continue
   int optionsShown = 0;
   int deleteDates = 0;
   int abouts = 0;

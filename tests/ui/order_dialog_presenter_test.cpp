@@ -108,7 +108,7 @@ TEST_F(OrderDialogTest, WhatTheCheckFindsBeyondTheFieldsIsListedAndCounts) {
   EXPECT_EQ(dialog->verdict(), CheckStatus::Error);
   ASSERT_TRUE(dialog->save());
   EXPECT_EQ(field("O1", "Status").integer(), 30);
-  // Another customer, another limit; a note that is gone is none.
+  // Another customer, another limit; a removed note does not count.
   enter(*dialog, "txtHinweis", "");
   enter(*dialog, "txtIndFild1", "");
   enter(*dialog, "txtIndFild4", "");

@@ -16,7 +16,7 @@
 namespace qx {
 namespace {
 
-/// The window around the job view, which keeps what it was told.
+/// The window of the job view, which records its calls.
 class SilentHost final : public JobViewHost {
 public:
   bool openJob(std::string_view /*jobId*/, bool /*offerNext*/) override { return false; }

@@ -1,4 +1,4 @@
-// Deleting by date and what the about box tells.
+// Deleting by date, and the content of the about box.
 #include "platform/german_cause.h"
 #include "support/test_erp.h"
 #include "ui/about_box.h"

@@ -12,10 +12,10 @@ namespace qx {
 /// when the user has no home directory.
 std::filesystem::path defaultLocalSettingsFile();
 
-/// One INI section "application/section" per pair of them. Names are found without regard to ASCII case.
-/// Every text comes back as it was written; comments and the keys of others stay in the file.
+/// One INI section "application/section" per pair of them. Names ignore ASCII case. Every text is read back
+/// as it was written; comments and foreign keys stay in the file.
 ///
-/// Nothing is kept between two calls: a value that another process wrote is seen at once.
+/// Nothing is cached: a value written by another process is seen at once.
 class IniLocalSettings final : public LocalSettings {
 public:
   explicit IniLocalSettings(std::filesystem::path file) : file_(std::move(file)) {}

@@ -7,7 +7,7 @@
 
 namespace qx {
 
-/// What one kind of file understands differently from the other.
+/// The differences between the two kinds of files.
 struct IniRules {
   std::string_view commentMarks;                        ///< a line that begins with one of them is a comment
   bool (*sameName)(std::string_view, std::string_view); ///< of sections and keys
@@ -15,14 +15,13 @@ struct IniRules {
 };
 
 struct IniEntry {
-  std::optional<std::string_view>
-      line;                   ///< that of the key, without its outer blanks; null when it is missing
-  std::string_view value;     ///< without its outer blanks
-  std::size_t sectionEnd = 0; ///< behind the last entry of the section; 0 without such a section
+  std::optional<std::string_view> line; ///< value of the key, without outer blanks; null when missing
+  std::string_view value;               ///< without its outer blanks
+  std::size_t sectionEnd = 0; ///< offset after the last entry of the section; 0 without such a section
 };
 
 /// The first entry of the key counts, as does the first section when there is none. A line that begins with
-/// "[" ends the section before it; without "]" it opens none. The mark of UTF-8 is passed over. The views
+/// "[" ends the section before it; without "]" it opens none. A UTF-8 byte order mark is skipped. The views
 /// point into `content`.
 IniEntry findIniEntry(std::string_view content, std::string_view section, std::string_view key,
                       const IniRules& rules);

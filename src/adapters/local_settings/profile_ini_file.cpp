@@ -24,7 +24,7 @@ std::string_view unquoted(std::string_view value) {
 
 bool sameName(std::string_view a, std::string_view b) { return foldedNameHash(a) == foldedNameHash(b); }
 
-/// The file as named, else with the separators of this system.
+/// The file as named, else with this system's path separators.
 std::optional<std::string> readProfile(std::string_view file) {
   auto content = SharedFile(file).read();
   if (content || file.find('\\') == std::string_view::npos) return content;

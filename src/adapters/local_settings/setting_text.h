@@ -1,4 +1,4 @@
-// Texts in a form that an INI file keeps unchanged.
+// Encodes texts so that an INI file keeps them unchanged.
 #pragma once
 
 #include <string>
@@ -11,7 +11,7 @@ namespace qx {
 /// blanks stay readable.
 std::string encodeSetting(std::string_view text);
 
-/// The text before `encodeSetting`. A "%" that no two hexadecimal digits follow stands for itself.
+/// Reverses `encodeSetting`. A "%" without two hexadecimal digits after it is literal.
 std::string decodeSetting(std::string_view text);
 
 } // namespace qx

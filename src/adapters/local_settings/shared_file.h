@@ -9,17 +9,17 @@
 
 namespace qx {
 
-/// Readers see either the old or the new content, never a part. Writers take turns by a lock file beside it
-/// (same name with ".lock"), so that none loses what another wrote. Failures raise `std::runtime_error` that
-/// names the file; the old content is then unchanged.
+/// Readers see either the old or the new content, never a part. A lock file beside it (same name with
+/// ".lock") serialises writers, so that no change is lost. Failures raise `std::runtime_error`, which names
+/// the file, and leave the content unchanged.
 class SharedFile {
 public:
   explicit SharedFile(std::filesystem::path path) : path_(std::move(path)) {}
 
   /// Null when there is no such file.
   std::optional<std::string> read() const;
-  /// Replaces the content by what `change` makes of it, "" for a missing file. Creates the folder and the
-  /// file, which only the user may read.
+  /// Replaces the content ("" for a missing file) with the result of `change`. Creates missing folder and
+  /// file, readable by the user only.
   void rewrite(const std::function<std::string(std::string_view)>& change) const;
 
 private:

@@ -1,4 +1,4 @@
-// What a connection and its record sets share.
+// The state that a connection and its record sets share.
 #pragma once
 
 #include "adapters/sqlite/statement_cache.h"
@@ -11,11 +11,11 @@ struct sqlite3;
 
 namespace qx::sqlite {
 
-/// Answers SQLite's question whether to go on waiting for another program.
+/// SQLite's busy handler: decides whether to go on waiting for another program.
 class BusyHandler {
 public:
   void install(sqlite3* database);
-  /// The decision of the caller for the statements to come; null for the default limit.
+  /// Sets the caller's wait for the following statements; null for the default limit.
   void setWait(BusyWait* wait) { wait_ = wait; }
 
 private:
@@ -26,9 +26,9 @@ private:
   std::chrono::steady_clock::time_point start_;
 };
 
-/// The database handle with its compiled statements and the way to wait.
+/// The database handle with its compiled statements and its busy handler.
 class ConnectionState {
-  // Declared first: the statements go before the database.
+  // Declared first, so that the statements are destroyed before the database.
   DatabaseHandle database_;
   StatementCache statements_{database_};
   BusyHandler busy_;
@@ -46,7 +46,7 @@ public:
   bool ownsWork() const { return ownsWork_; }
   BusyHandler& busy() { return busy_; }
 
-  /// Runs a statement to its end, without rows; the number of rows that it changed.
+  /// Runs a statement without rows. Returns the number of changed rows.
   std::int64_t run(PreparedStatement& statement);
   void interrupt() noexcept;
   std::int64_t lastRowId() const;
@@ -54,9 +54,9 @@ public:
   void setReading(bool reading) { reading_ = reading; }
   /// The absolute path of the database, "" when it has no file.
   std::string file() const;
-  /// The file was removed or replaced since it was opened.
+  /// Whether the file was removed or replaced since it was opened.
   bool moved() const;
-  /// Compiles one of the fixed transaction statements when that has not been done.
+  /// Compiles one of the fixed transaction statements unless already done.
   void prepare(PreparedStatement& cached, const char* text);
   /// Runs one of them.
   void control(PreparedStatement& cached, const char* text);

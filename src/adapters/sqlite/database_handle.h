@@ -9,15 +9,15 @@ namespace qx::sqlite {
 
 /// Owns the handle, knows whether a unit of work is open, and turns result codes into failures.
 ///
-/// SQLite may roll a unit back by itself, and whoever ran the statement may have swallowed its failure. Such
-/// a unit stays lost until its owner ends it: every statement before that raises, so that nothing is written
-/// outside of a unit by mistake.
+/// SQLite may roll a unit back by itself, and the caller of the statement may have swallowed the failure.
+/// Such a unit stays lost until its owner ends it: until then every statement raises, so that nothing is
+/// written outside a unit by mistake.
 class DatabaseHandle {
 public:
   DatabaseHandle(sqlite3* handle, std::string target);
   DatabaseHandle(const DatabaseHandle&) = delete;
   DatabaseHandle& operator=(const DatabaseHandle&) = delete;
-  /// Statements that are still compiled keep the database open until they go.
+  /// Remaining compiled statements keep the database open until they are destroyed.
   ~DatabaseHandle();
 
   sqlite3* get() const { return handle_; }
@@ -33,7 +33,7 @@ public:
 
   /// Raises for every result but success.
   void check(int code) const;
-  /// Raises what the last failure stands for.
+  /// Raises the error of the last failure.
   [[noreturn]] void fail() const;
   [[noreturn]] void failForMemory() const;
 

@@ -15,8 +15,8 @@ void replaceAll(std::string& text, std::string_view from, std::string_view to) {
     text.replace(at, from.size(), to);
 }
 
-/// Fixed text with a parameter in place of every value. The quotes around a text value belong to the
-/// statement's own notation and are dropped with it.
+/// The fixed text with a parameter in place of every value. The quotes around text values are notation and
+/// are dropped.
 std::string withParameters(const Sql& statement) {
   std::string text;
   auto nextName = statement.names().begin();
@@ -66,7 +66,7 @@ void rewriteConvert(std::string& text) {
   }
 }
 
-/// "[ImportKopf]" alone opens the table.
+/// "[ImportKopf]" alone selects the whole table.
 void rewriteTableCommand(std::string& text) {
   if (text.size() > 2 && text.front() == '[' && text.find(']') == text.size() - 1)
     text = "SELECT * FROM " + text;

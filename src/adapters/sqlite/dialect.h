@@ -1,4 +1,4 @@
-// From the statements' own dialect to SQLite's.
+// Translates statements to SQLite's dialect.
 #pragma once
 
 #include "platform/sql.h"
@@ -12,8 +12,8 @@ namespace qx::sqlite {
 /// rewritten. The rewriting is a fixed list, not a parser; it is done once per distinct statement.
 std::string translate(const Sql& statement);
 
-/// An integer that orders German date texts by time, null for texts that are no date. Made of built-in
-/// functions only, so that an index on it can be kept by every program that writes the table.
+/// An integer expression that orders German date texts by time, null for other texts. It uses built-in
+/// functions only, so that any program that writes the table can maintain an index on it.
 std::string chronological(std::string_view column);
 
 /// An identifier in double quotes.

@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::string_view codeColumn = "JobType";
 
-/// Takes a word off the front, with the blanks before it.
+/// Removes a word, with the blanks before it, from the front.
 bool take(std::string_view& text, std::string_view word) {
   text = trimBlanks(text);
   if (!equalCodes(text.substr(0, word.size()), word)) return false;
@@ -60,7 +60,7 @@ std::vector<std::string_view> termsOf(std::string_view list) {
   return terms;
 }
 
-/// What the sort key stands for when it is the name of a computed column, else the key itself.
+/// The expression of the sort key when it names a computed column, else the key itself.
 std::string_view expressionOf(std::string_view key, std::string_view list) {
   const std::string ending = " as " + std::string(key);
   for (const std::string_view term : termsOf(list))
@@ -90,7 +90,7 @@ std::optional<std::string> mergedSelect(std::string_view select, std::string_vie
     return " ORDER BY " + std::string(first) + direction + ", " + std::string(second) + direction;
   };
   const std::string limited = " LIMIT " + std::string(limit);
-  // Only keys and row numbers are merged, the rows are fetched once it is known which they are.
+  // Merges only keys and row numbers; the rows themselves are fetched afterwards.
   std::string merged;
   for (const std::string_view code : codes) {
     if (!merged.empty()) merged += " UNION ALL ";

@@ -10,7 +10,7 @@ namespace qx::sqlite {
 /// A translated select of this one shape, "Select ... From [t]Where JobType = 'a' Or JobType = 'b' ... Order
 /// by x", limited to its first rows: a union of one limited select per code, each in the order asked for,
 /// merged and limited again. An index on (`JobType`, x) then serves every part, however many rows there are.
-/// Equal keys come in the order of insertion, or against it when x descends. Null for every other shape.
+/// Equal keys come in order of insertion, reversed when x descends. Null for every other shape.
 std::optional<std::string> mergedSelect(std::string_view select, std::string_view limit);
 
 } // namespace qx::sqlite

@@ -74,7 +74,7 @@ std::string_view unquoted(std::string_view name) {
   return quoted ? name.substr(1, name.size() - 2) : name;
 }
 
-/// What stands behind the keyword that the text begins with; null when there is no such word, or nothing.
+/// The text after the keyword with which it begins; null without that keyword or when nothing follows.
 std::optional<std::string_view> clause(std::string_view text, std::string_view keyword) {
   const std::size_t end = wordEnd(text, 0);
   const std::string_view content = trimWhitespace(text.substr(end));

@@ -18,10 +18,10 @@ struct SelectParts {
   bool descending() const;
 };
 
-/// Null for everything that is not a plain select over a single table.
+/// Null for anything but a plain select over a single table.
 std::optional<SelectParts> splitSelect(std::string_view statement);
 
-/// Where a word stands in a statement, whatever the case of its ASCII letters; npos without it.
+/// The position of a word in a statement, ignoring ASCII case; npos without it.
 std::size_t findWord(std::string_view text, std::string_view word, std::size_t from = 0);
 
 } // namespace qx::sqlite

@@ -13,7 +13,7 @@ class SqliteDatabase final : public Database {
 public:
   std::unique_ptr<Connection> open(std::string_view path) override;
   std::unique_ptr<Connection> create(std::string_view path) override;
-  /// A connection as a host would hand it over: its units of work are not ours.
+  /// A connection like a host's, whose units of work are not ours.
   static std::unique_ptr<Connection> openAsHost(std::string_view path);
 };
 

@@ -9,7 +9,7 @@
 
 namespace qx::sqlite {
 
-/// What all record sets on a single table share: the pending row and how it is written.
+/// The base of record sets on a single table: the pending row and how it is written.
 class EditableRecordset : public Recordset {
 public:
   EditableRecordset(ConnectionState& connection, RowSource& source)
@@ -30,7 +30,7 @@ protected:
   virtual const Value& storedValue(std::size_t index) = 0;
   /// The rowid of the current row, or 0 when there is none.
   virtual std::int64_t currentRowId() = 0;
-  /// A row was inserted or changed; `written` are the columns.
+  /// Called after a row was inserted or changed; `written` are the columns.
   virtual void rowWritten(std::int64_t rowId, bool inserted, const ColumnMask& written,
                           std::vector<Value>& values) = 0;
 
@@ -50,7 +50,7 @@ private:
   bool adding_ = false;
 };
 
-/// All rows are read when it is opened.
+/// Reads all rows when opened.
 class FetchedRecordset final : public EditableRecordset {
 public:
   FetchedRecordset(ConnectionState& connection, const Sql& statement);
@@ -79,7 +79,7 @@ private:
   std::size_t position_ = 0;
 };
 
-/// Holds the keys; the current row is read when it is needed.
+/// Holds the keys and reads the current row on demand.
 class KeysetRecordset final : public EditableRecordset {
 public:
   KeysetRecordset(ConnectionState& connection, const Sql& statement);
@@ -99,7 +99,7 @@ protected:
                   std::vector<Value>& values) override;
 
 private:
-  /// SQLite gives the rowid of a deleted last row to the next one, so the key's hash tells them apart.
+  /// SQLite reuses the rowid of a deleted last row, so the key's hash distinguishes the two.
   struct Key {
     std::int64_t rowId = 0;
     std::uint64_t textHash = 0;
@@ -116,7 +116,7 @@ private:
   bool present_ = false;
 };
 
-/// Reads as it moves; never changes anything.
+/// Forward-only and read-only.
 class StreamRecordset final : public Recordset {
 public:
   StreamRecordset(ConnectionState& connection, const Sql& statement);

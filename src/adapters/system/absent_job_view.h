@@ -1,11 +1,11 @@
-// Stands for the job window in programs that have none.
+// Replaces the job window in programs without one.
 #pragma once
 
 #include "platform/desktop.h"
 
 namespace qx {
 
-/// Tells the user that the window is missing and how to see the jobs without it.
+/// Informs the user that the window is missing and how to list the jobs.
 class AbsentJobView final : public JobView {
 public:
   explicit AbsentJobView(Desktop& desktop) : desktop_(desktop) {}

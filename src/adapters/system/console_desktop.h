@@ -1,4 +1,4 @@
-// The desktop of a program that nobody watches.
+// The desktop of an unattended program.
 #pragma once
 
 #include "platform/desktop.h"
@@ -8,8 +8,8 @@
 
 namespace qx {
 
-/// Writes every box as one line "title: text" and tells it to the diagnostics. Questions are answered with
-/// no, and no file is ever chosen, so that a run never waits for anybody.
+/// Writes every box as one line "title: text" and reports it to the diagnostics. Questions are answered with
+/// no and no file is ever chosen, so that a run never waits for a user.
 class ConsoleDesktop final : public Desktop {
 public:
   /// `output` is the program's standard error; both must outlive the desktop.

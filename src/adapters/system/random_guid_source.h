@@ -11,7 +11,7 @@
 
 namespace qx {
 
-/// Fills the bytes with random ones; false when the system has none.
+/// Fills the bytes with random ones; false when the system cannot provide them.
 using RandomBytes = std::function<bool(std::span<std::uint8_t>)>;
 
 /// The random bytes of the operating system. Never raises.

@@ -10,7 +10,7 @@ void StreamDiagnostics::report(const Diagnostic& diagnostic) noexcept {
     if (!diagnostic.job.empty()) output_ << " (Job " << diagnostic.job << ')';
     output_ << '\n' << std::flush;
   } catch (...) {
-    // Nowhere is left to tell it; the count still says that there was something.
+    // There is nowhere left to report it; the count still includes it.
     return;
   }
 }

@@ -8,8 +8,8 @@
 
 namespace qx {
 
-/// Counts every trapped failure and writes it as one line when asked to be verbose. A stream that fails costs
-/// the line, never the run.
+/// Counts every trapped failure and, when verbose, writes it as one line. A failing stream loses the line,
+/// never the run.
 class StreamDiagnostics final : public Diagnostics {
 public:
   /// `output` must outlive the diagnostics.

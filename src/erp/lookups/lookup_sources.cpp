@@ -11,8 +11,7 @@ namespace qx::erp {
 namespace {
 
 Sql everyRow() { return {}; }
-// A row without an address number could not be chosen. A customer's own addresses come before the common
-// ones.
+// Rows without an address number cannot be chosen. A customer's own addresses precede the common ones.
 Sql ownAddresses() { return sql("Kundennummer Is Not Null And Adressnummer Is Not Null"_sql); }
 Sql commonAddresses() { return sql("Kundennummer Is Null And Adressnummer Is Not Null"_sql); }
 Sql deliveryNotes() { return sql("Belegart = 'LS' And Belegnummer Is Not Null"_sql); }
@@ -106,7 +105,7 @@ constexpr std::array lookupSourceList{
 
 enum class Case : std::uint8_t { AsTyped, Lower, Upper, Capitalised };
 
-/// Gives the umlauts and accented letters the case wanted; the tables themselves see to the ASCII letters.
+/// Converts the case of umlauts and accented letters; the tables ignore that of ASCII letters.
 std::string withCase(std::string_view text, Case wanted) {
   std::string form(text);
   if (wanted == Case::AsTyped) return form;
@@ -118,7 +117,7 @@ std::string withCase(std::string_view text, Case wanted) {
   return form;
 }
 
-/// The tables compare umlauts exactly, so each way in which a text is usually written is a search of its own.
+/// The tables compare umlauts exactly, so each usual spelling of a text is searched separately.
 std::vector<std::string> spellings(std::string_view text) {
   std::vector<std::string> all;
   for (const Case wanted : {Case::AsTyped, Case::Lower, Case::Upper, Case::Capitalised})
@@ -127,10 +126,10 @@ std::vector<std::string> spellings(std::string_view text) {
   return all;
 }
 
-/// Behind every text that begins with the prefix: none of them reaches the last character there is.
+/// An upper bound of all texts with the prefix: the prefix and the last code point.
 std::string endOf(const std::string& prefix) { return prefix + "\xF4\x8F\xBF\xBF"; }
 
-/// A range instead of a pattern: it reads the index and knows no wildcards.
+/// A range instead of a pattern: it uses the index and has no wildcards.
 Sql beginsWith(const LookupSource& source, std::string_view column, const std::string& prefix) {
   const auto shown = std::ranges::find(source.columns, column, &LookupColumn::name);
   if (shown != source.columns.end() && shown->kind == LookupColumnKind::Number)
@@ -145,14 +144,14 @@ Sql bound(const Value& content) {
   return sql("'"_sql, value(content.text()), "'"_sql);
 }
 
-/// Where a section looks: the group of rows, and for a search by index the column and the spelling.
+/// What a section reads: a group of rows and, for a search by index, a column and a spelling.
 struct Section {
   std::size_t group = 0;
   std::size_t column = 0;
   std::size_t spelling = 0;
 };
 
-/// The parts in which the rows of a search are read: by group, and by index also by column and spelling.
+/// The sections of a search: one per group and, by index, per column and spelling.
 class Sections {
 public:
   Sections(const LookupSource& source, std::string_view search)
@@ -166,7 +165,7 @@ public:
     return {index / perGroup(), within / spellings_.size(), within % spellings_.size()};
   }
 
-  /// Columns by which the rows of a section come, the searched one first.
+  /// The sort columns of a section, the searched one first.
   std::vector<std::string_view> order(const Section& section) const {
     std::vector<std::string_view> columns;
     if (byIndex_) columns.push_back(source_.searched[section.column]);
@@ -175,8 +174,8 @@ public:
     return columns;
   }
 
-  /// What a row of the section meets, without what sections before it have listed; each condition is led by
-  /// its And. A row behind `after` is not before the prefix, and the index is entered at one bound only.
+  /// The conditions for a row of the section, each preceded by its And, excluding rows of earlier sections. A
+  /// row after `after` cannot precede the prefix, so the index needs one lower bound only.
   Sql conditions(const Section& section, const LookupPosition& after) const {
     Sql all;
     if (!byIndex_)
@@ -197,7 +196,7 @@ public:
 private:
   std::size_t perGroup() const { return byIndex_ ? source_.searched.size() * spellings_.size() : 1; }
 
-  /// One of the columns begins with one of the spellings.
+  /// The condition that one of the columns begins with one of the spellings.
   Sql anyOf(std::span<const std::string_view> columns) const {
     Sql all;
     for (const std::string_view column : columns)

@@ -1,4 +1,4 @@
-// Access keys of buttons beside those of a form.
+// Access keys of buttons that share a window with a form.
 #pragma once
 
 #include <QString>
@@ -7,13 +7,13 @@
 
 namespace qx {
 
-/// Gives each caption the first of its letters that is still free.
+/// Marks in each caption the first letter that is still free.
 class AccessKeys {
 public:
-  /// Takes the key that is marked in a caption.
+  /// Reserves the key marked in a caption.
   void take(std::string_view caption);
-  /// The caption with its key marked; without a mark when every letter is taken. A mark that stands there
-  /// already stays: the button has the same key everywhere.
+  /// The caption with its key marked, or unmarked when every letter is taken. An existing mark is kept, so
+  /// that a button has the same key everywhere.
   QString mark(const QString& caption);
 
 private:

@@ -9,7 +9,7 @@ namespace qx {
 
 class AddressDialogPresenter;
 
-/// Opens the editor modally. True when the clerk agrees to what it holds then.
+/// Opens the editor modally. True when the clerk confirms.
 bool editJobAddresses(QWidget* parent, Environment& environment, AddressDialogPresenter& addresses);
 
 } // namespace qx

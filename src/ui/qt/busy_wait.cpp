@@ -12,7 +12,7 @@
 namespace qx {
 namespace {
 
-/// What takes no longer needs no sign.
+/// A shorter wait needs no notice.
 constexpr std::chrono::milliseconds cursorAfter{100};
 constexpr std::chrono::milliseconds boxAfter{600};
 
@@ -31,7 +31,7 @@ bool QtBusyWait::goOn(std::chrono::milliseconds waited) {
     cursor_ = true;
   }
   if (!box_ && waited >= boxAfter) open();
-  // Before there is the box, keys and clicks wait for their turn: the windows are not ready for them.
+  // Until the box is open, keys and clicks stay queued: the windows are not ready for them.
   QCoreApplication::processEvents(box_ ? QEventLoop::AllEvents : QEventLoop::ExcludeUserInputEvents);
   return !givenUp_;
 }
@@ -48,7 +48,7 @@ void QtBusyWait::open() {
   auto* const cancel = new QPushButton(QStringLiteral("Abb&rechen"));
   cancel->setObjectName(QStringLiteral("cmdCancel"));
   QObject::connect(cancel, &QPushButton::clicked, box_.get(), &QDialog::reject);
-  // Escape and the close box give up as the button does.
+  // Escape and the close box cancel as the button does.
   QObject::connect(box_.get(), &QDialog::rejected, box_.get(), [this] { givenUp_ = true; });
   auto* const row = new QHBoxLayout;
   row->addStretch();

@@ -12,12 +12,11 @@ class QWidget;
 
 namespace qx {
 
-/// A wait cursor at first, then a box that says for what the program waits, with a button that gives up.
-/// Meanwhile the windows are drawn; nothing else can be done in them. Goes with the wait. Needs a
-/// `QApplication`.
+/// A wait cursor at first, then a box that names the reason, with a button to cancel. Meanwhile the windows
+/// are redrawn but accept no input. Disappears with the wait. Needs a `QApplication`.
 class QtBusyWait final : public BusyWait {
 public:
-  /// `parent` is the window that waits; null for the active one.
+  /// `parent` is the waiting window; null for the active one.
   explicit QtBusyWait(QWidget* parent = nullptr);
   QtBusyWait(const QtBusyWait&) = delete;
   QtBusyWait& operator=(const QtBusyWait&) = delete;

@@ -12,17 +12,17 @@ class QStandardItemModel;
 
 namespace qx {
 
-/// Drops down in two columns, of which the closed field shows one. An editable one takes other texts, too,
-/// and offers what contains the typed characters, be it the text or the code.
+/// Drops down in two columns, of which the closed field shows one. An editable one also accepts other texts
+/// and offers the rows whose text or code contains the typed characters.
 class CodeCombo final : public QComboBox {
 public:
   explicit CodeCombo(bool editable, QWidget* parent = nullptr);
 
-  /// Shows these rows; nothing happens when they are shown already.
+  /// Shows these rows; does nothing when they are already shown.
   void offer(const ComboContent& content);
   /// Shows the row of a code, or the code itself when no row has it.
   void showCode(std::string_view code);
-  /// The code of the chosen row, or what was typed instead.
+  /// The code of the chosen row, or the typed text.
   std::string code() const;
 
   void showPopup() override;

@@ -1,11 +1,11 @@
-// A line of text that gives way.
+// A line of text that shrinks with its window.
 #pragma once
 
 #include <QLabel>
 
 namespace qx {
 
-/// Shows as much of its text as there is room for; the whole text is the tool tip when it is cut.
+/// Shows as much of its text as fits; when cut, the whole text is the tool tip.
 class ElidedLabel final : public QLabel {
 public:
   explicit ElidedLabel(QWidget* parent = nullptr);

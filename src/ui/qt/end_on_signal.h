@@ -10,8 +10,8 @@
 
 namespace qx {
 
-/// While it lives, SIGINT and SIGTERM stop a run after its current job and then leave the event loop. One
-/// object at a time. Raises `std::runtime_error` when the system gives it no pipe.
+/// While it exists, SIGINT and SIGTERM stop a run after its current job and then leave the event loop. One
+/// object at a time. Raises `std::runtime_error` when the system cannot create a pipe.
 class EndOnSignal {
 public:
   explicit EndOnSignal(ImportJobObject2& engine);
@@ -19,7 +19,7 @@ public:
   EndOnSignal& operator=(const EndOnSignal&) = delete;
   ~EndOnSignal();
 
-  /// A signal has come, maybe before there was an event loop to leave.
+  /// Handles a signal, which may precede the event loop.
   bool ended() const { return stop_.asked(); }
 
 private:

@@ -19,7 +19,7 @@ public:
   const ListedFinding& finding(int row) const { return findings_[static_cast<std::size_t>(row)]; }
   /// The row of the finding of this code and position.
   std::optional<int> rowOf(const ListedFinding& finding) const;
-  /// A finding on one line.
+  /// A finding as a single line.
   QString line(int row) const;
 
   int rowCount(const QModelIndex& parent = {}) const override;

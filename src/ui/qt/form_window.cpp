@@ -69,13 +69,13 @@ FormWindow::FormWindow(QWidget* parent, Environment& environment, Form& form, co
 
 void FormWindow::done(int result) {
   form_->commit();
-  // What was typed there would vanish with the window.
+  // Typed text would be lost with the window.
   if (leadToRefused()) return;
   memory_.keep(*this, nullptr);
   QDialog::done(result);
 }
 
-/// Puts the cursor into a control whose text could not be taken. False when there is none.
+/// Sets the focus to a control whose text was refused. False when there is none.
 bool FormWindow::leadToRefused() {
   const auto index = controls_.refused();
   if (!index) return false;

@@ -13,7 +13,7 @@ namespace qx {
 class Form;
 
 /// Opens a form modally whose changes take effect as each field is left; returns when it is closed. The size
-/// is kept under `memoryKey`.
+/// is stored under `memoryKey`.
 void showForm(QWidget* parent, Environment& environment, Form& form, const QString& title,
               std::string_view memoryKey);
 

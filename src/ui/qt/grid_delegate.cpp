@@ -15,7 +15,7 @@
 namespace qx {
 namespace {
 
-constexpr const char* filled = "qxFilled"; ///< the editor has got its text
+constexpr const char* filled = "qxFilled"; ///< the editor has received its text
 
 } // namespace
 
@@ -54,7 +54,7 @@ QWidget* GridDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&
 }
 
 void GridDelegate::setEditorData(QWidget* editor, const QModelIndex& index) const {
-  // The view asks again whenever the model changes; what is being typed stays.
+  // Called again whenever the model changes: keeps what is being typed.
   if (editor->property(filled).toBool()) return;
   editor->setProperty(filled, true);
   const QString text = index.data(Qt::EditRole).toString();
@@ -105,7 +105,7 @@ void GridDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
     PictureDelegate::paint(painter, option, index);
     return;
   }
-  // A cell that is no picture is painted as the toolkit does.
+  // A cell without a picture is painted by the toolkit.
   QStyledItemDelegate::paint(painter, option, index); // NOLINT(bugprone-parent-virtual-call)
   if (kind(index) != GridColumnKind::Check) return;
   const QStyle* style = option.widget != nullptr ? option.widget->style() : QApplication::style();
@@ -138,7 +138,7 @@ bool GridDelegate::eventFilter(QObject* editor, QEvent* event) {
   if (note != nullptr && event->type() == QEvent::KeyPress) {
     const auto* key = static_cast<QKeyEvent*>(event);
     const bool enter = key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter;
-    // Enter begins a line; with Ctrl it ends the text, like Tab.
+    // Enter begins a new line; Ctrl+Enter ends editing, like Tab.
     if (key->key() == Qt::Key_Tab || (enter && key->modifiers().testFlag(Qt::ControlModifier))) {
       emit commitData(note);
       emit closeEditor(note, enter ? NoHint : EditNextItem);

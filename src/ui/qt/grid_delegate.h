@@ -6,8 +6,8 @@
 
 namespace qx {
 
-/// Gives each kind of column its editor. A check box is switched where it stands; a long text is edited on
-/// several lines that open over the cell.
+/// Gives each kind of column its editor. A check box is toggled in place; a long text is edited in a
+/// multi-line editor over the cell.
 class GridDelegate final : public PictureDelegate {
 public:
   explicit GridDelegate(JobGrid& grid, QObject* parent = nullptr) : PictureDelegate(parent), grid_(grid) {}

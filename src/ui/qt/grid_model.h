@@ -13,13 +13,13 @@
 
 namespace qx {
 
-/// Shows the grid of a dialog; columns keep their numbers. A text that the grid refuses stays visible in its
-/// cell, with the reason, until another one is taken or it is dropped.
+/// Shows the grid of a dialog; columns keep their numbers. A refused text stays visible in its cell, with the
+/// reason, until another one is accepted or it is discarded.
 class GridModel final : public QAbstractTableModel {
   Q_OBJECT
 
 public:
-  /// The grid outlives the model.
+  /// The grid must outlive the model.
   explicit GridModel(JobGrid& grid, QObject* parent = nullptr);
 
   int rowCount(const QModelIndex& parent = {}) const override;
@@ -31,20 +31,20 @@ public:
 
   JobGrid& grid() { return grid_; }
   const GridColumn& column(int column) const { return grid_.columns()[static_cast<std::size_t>(column)]; }
-  /// Takes over whatever the grid holds now.
+  /// Reads the current content of the grid.
   void refresh();
   int addRow();
   void removeRow(int row);
   bool isRefused(const QModelIndex& index) const;
   /// Shows the value of the cell again.
   void dropRefused(const QModelIndex& index);
-  /// A cell whose text was refused; invalid when there is none.
+  /// The index of a cell whose text was refused; invalid when there is none.
   QModelIndex firstRefused() const;
-  /// Why the text of a refused cell could not be taken.
+  /// The reason why the text of a cell was refused.
   QString reason(const QModelIndex& index) const;
 
 signals:
-  /// A cell was set. `refusal` is empty when its text was taken.
+  /// Emitted when a cell was set. `refusal` is empty when its text was accepted.
   void cellSet(const QString& refusal);
 
 private:
@@ -57,7 +57,7 @@ private:
   const Refused* refusedAt(const QModelIndex& index) const;
   static QVariant shownText(const GridCell& cell, GridColumnKind kind, const Refused* refused);
   static QVariant decoration(const GridCell& cell, GridColumnKind kind, const Refused* refused);
-  /// The tool tip, which is also what a screen reader says of a picture.
+  /// The tool tip, which screen readers also use for a picture.
   static QVariant explanation(const GridCell& cell, GridColumnKind kind, const Refused* refused);
 
   JobGrid& grid_;

@@ -21,19 +21,18 @@
 namespace qx {
 namespace {
 
-constexpr int measuredRows = 100; ///< whose texts decide how wide the columns begin
+constexpr int measuredRows = 100; ///< whose texts determine the initial column widths
 constexpr int widestColumn = 260;
 constexpr int shownReasons = 3;
 
-/// The tabulator goes from cell to cell and leaves the table before its first and after its last one.
+/// Tab moves from cell to cell and leaves the table after the last and (backwards) before the first one.
 class CellTable final : public QTableView {
 public:
   using QTableView::QTableView;
 
 protected:
   bool focusNextPrevChild(bool next) override {
-    // Past the view, which would take the key itself.
-    // NOLINTNEXTLINE(bugprone-parent-virtual-call)
+    // Bypasses the view, which would handle the key itself. NOLINTNEXTLINE(bugprone-parent-virtual-call)
     if (atEnd(next)) return QWidget::focusNextPrevChild(next);
     return QTableView::focusNextPrevChild(next);
   }
@@ -138,7 +137,7 @@ void GridView::addActions() {
     if (editing && !grid_.editable()) return;
     auto* entry = new QAction(text, table_);
     entry->setShortcut(keys);
-    // In the editor of a cell the keys mean its text.
+    // In the editor of a cell these keys edit its text.
     entry->setShortcutContext(Qt::WidgetShortcut);
     connect(entry, &QAction::triggered, this, member);
     table_->addAction(entry);
@@ -174,7 +173,7 @@ void GridView::render() {
   fold();
 }
 
-/// An empty table in which nothing can be added is no more than its one line below.
+/// An empty read-only table shows only the line below it.
 void GridView::fold() {
   const bool folded = isFolded();
   table_->setVisible(!folded);
@@ -189,7 +188,7 @@ void GridView::setCurrent(int row, int column) {
 
 void GridView::commit() {
   const QWidget* focus = QApplication::focusWidget();
-  // An editor that loses the focus hands its text over.
+  // An editor that loses the focus commits its text.
   if (focus != nullptr && focus != table_ && table_->isAncestorOf(focus)) table_->setFocus();
 }
 
@@ -210,7 +209,7 @@ bool GridView::showRefused() {
   return true;
 }
 
-/// The column where the cursor stands in a row that is sought.
+/// The column for the cursor in a row that is looked for.
 int GridView::firstEditable() const {
   for (int column = 0; column < model_->columnCount(); ++column)
     if (!table_->isColumnHidden(column) && model_->column(column).editable) return column;
@@ -257,7 +256,7 @@ void GridView::copy() {
     if (table_->isColumnHidden(cell.column()) || kind == GridColumnKind::Button) continue;
     if (row >= 0) text += cell.row() == row ? QLatin1Char('\t') : QLatin1Char('\n');
     row = cell.row();
-    // A cell is one field of one line, whatever stands in it.
+    // A cell is one field of one line, whatever it contains.
     text += kind == GridColumnKind::Picture ? cell.data(Qt::AccessibleTextRole).toString().simplified()
                                             : cell.data(Qt::EditRole).toString().simplified();
   }
@@ -299,7 +298,7 @@ void GridView::showSummary() {
 }
 
 bool GridView::eventFilter(QObject* watched, QEvent* event) {
-  // Keys that an open editor passes on are not meant.
+  // Ignores keys that an open editor passes on.
   if (watched == table_ && event->type() == QEvent::KeyPress && table_->hasFocus()) {
     const int key = static_cast<QKeyEvent*>(event)->key();
     const QModelIndex current = table_->currentIndex();

@@ -1,4 +1,4 @@
-// The table of a job dialog with what belongs to it.
+// The table of a job dialog with its buttons.
 #pragma once
 
 #ifndef Q_MOC_RUN // it stumbles over the umlauts of the job codes
@@ -18,30 +18,30 @@ namespace qx {
 
 class GridModel;
 
-/// Shows a grid, edits its cells, adds and removes rows, copies and pastes them as tab separated lines.
+/// Shows a grid, edits its cells, adds and removes rows, copies and pastes them as tab-separated lines.
 class GridView final : public QWidget {
   Q_OBJECT
 
 public:
-  /// The grid outlives the widget.
+  /// The grid must outlive the widget.
   GridView(JobGrid& grid, bool customerSpecific, QWidget* parent = nullptr);
 
-  /// Takes over whatever the grid holds now.
+  /// Reads the current content of the grid.
   void render();
-  /// Ends the editor of a cell and takes its text.
+  /// Closes the open editor of a cell and commits its text.
   void commit();
-  /// Puts the cursor into a row.
+  /// Moves the cursor to a row.
   void selectRow(std::size_t row);
-  /// Puts the cursor into a cell whose text was refused. False when there is none.
+  /// Moves the cursor to a cell whose text was refused. False when there is none.
   bool showRefused();
   bool hasRefused() const;
-  /// There is nothing but one line to be seen.
+  /// Whether only the one line below the table is visible.
   bool isFolded() const;
 
 signals:
-  /// Cells were set, or rows added or removed.
+  /// Emitted when cells were set, or rows added or removed.
   void edited();
-  /// The details button of a row was pressed.
+  /// Emitted when the details button of a row was pressed.
   void detailsAsked(std::size_t row);
 
 protected:

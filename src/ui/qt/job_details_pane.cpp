@@ -9,7 +9,7 @@ JobDetailsPane::JobDetailsPane(QWidget* parent) : QWidget(parent), text_(new QPl
   text_->setObjectName(QStringLiteral("txtDetails"));
   text_->setAccessibleName(QStringLiteral("Befunde des Vorgangs"));
   text_->setReadOnly(true);
-  // Readable by keyboard without catching the tabulator.
+  // Readable by keyboard without capturing the Tab key.
   text_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   text_->setTabChangesFocus(true);
   auto* caption = new QLabel(QStringLiteral("Be&funde des Vorgangs"), this);

@@ -6,7 +6,7 @@
 
 namespace qx {
 
-/// Shows why a job is where it is, line by line, to be read and copied.
+/// Shows the reasons of a job's state, line by line, for reading and copying.
 class JobDetailsPane final : public QWidget {
 public:
   explicit JobDetailsPane(QWidget* parent);

@@ -40,12 +40,12 @@
 namespace qx {
 namespace {
 
-constexpr std::size_t checkedAtOnce = 50; ///< positions between two looks at the message loop
+constexpr std::size_t checkedAtOnce = 50; ///< positions checked between two runs of the message loop
 
-/// A click on a button takes the cursor out of its field and saves in the same breath.
+/// A click on a button both leaves the current field and saves.
 constexpr std::chrono::milliseconds timeToSee{500};
 
-/// Under which key the size of a dialog is kept.
+/// The key under which the size of a dialog is stored.
 std::string_view memoryKey(std::int16_t jobType) {
   switch (kindOf(jobType)) {
   case qxtjobkunden:
@@ -81,10 +81,10 @@ private:
   void setSizes();
   void fitForm();
 
-  /// Shows what the presenter says now.
+  /// Shows the current state of the presenter.
   void render();
   void renderFindings();
-  /// Hands over what is still being typed.
+  /// Passes on the text that is still being typed.
   void commit();
   bool changed();
   bool mayLeave();
@@ -116,7 +116,7 @@ private:
   QPushButton* release_ = nullptr;
   QPushButton* save_ = nullptr;
   QTimer checks_;
-  std::vector<ListedFinding> seen_; ///< by the clerk
+  std::vector<ListedFinding> seen_; ///< already seen by the clerk
   QTimer seeing_;
 };
 
@@ -184,7 +184,7 @@ QWidget* JobDialogWindow::buildForm() {
     render();
     startChecks();
   });
-  // A field that gets the cursor is rolled into sight.
+  // A field that gets the focus is scrolled into view.
   connect(qApp, &QApplication::focusChanged, this, [this](QWidget* /*before*/, QWidget* now) {
     if (now != nullptr && form_->isAncestorOf(now)) scroll_->ensureWidgetVisible(now, 8, 24);
   });
@@ -299,11 +299,11 @@ void JobDialogWindow::fitForm() { form_->fitWidth(scroll_->viewport()->width());
 void JobDialogWindow::showEvent(QShowEvent* event) {
   QDialog::showEvent(event);
   fitForm();
-  // The day's work begins with what is wrong; Enter leads to its field.
+  // The list of findings has the initial focus; Enter moves to a finding's field.
   if (event->spontaneous() || dialog_.readOnly() || findings_->rowCount() == 0 ||
       findings_->finding(0).found.isHint())
     return;
-  // What an earlier processing wrote comes after what can be mended.
+  // Reasons of an earlier run come after findings that can be corrected.
   int first = 0;
   while (first + 1 < findings_->rowCount() && findings_->finding(first).found.rule == Rule::EarlierReasons)
     ++first;
@@ -355,7 +355,7 @@ bool JobDialogWindow::changed() { return dialog_.changed() || (grid_ != nullptr 
 
 bool JobDialogWindow::mayLeave() {
   commit();
-  // What fits no longer cannot be saved; the clerk knows it.
+  // Refused texts cannot be saved; the clerk has been told so.
   if (dialog_.readOnly() || dialog_.loss() != JobLoss::None || !changed()) return true;
   QMessageBox box(QMessageBox::Question, toQt(defaultTitle),
                   QStringLiteral("Der Vorgang wurde geändert.\nSollen die Änderungen gespeichert werden?"),
@@ -373,7 +373,7 @@ bool JobDialogWindow::mayLeave() {
 bool JobDialogWindow::save() {
   commit();
   if (grid_ != nullptr && grid_->showRefused()) return false;
-  // What the last field gave rise to would close with the window, unseen.
+  // Findings of the last field would be closed with the window, unseen.
   const bool saved = dialog_.nothingNewSince(seen_) && dialog_.save();
   render();
   seen_ = dialog_.findings();
@@ -394,7 +394,7 @@ void JobDialogWindow::saveAndGoOn() {
 void JobDialogWindow::release() {
   commit();
   dialog_.release(true);
-  // The button goes; what is left to do is saving.
+  // The button is hidden; the remaining step is saving.
   save_->setFocus(Qt::OtherFocusReason);
   render();
 }
@@ -457,7 +457,7 @@ void JobDialogWindow::checkMore() {
   const std::size_t before = dialog_.checksLeft();
   dialog_.checkMore(checkedAtOnce);
   const std::size_t left = dialog_.checksLeft();
-  // Checks that do not get on are given up; the notice says why.
+  // Checks that cannot proceed are abandoned; the notice says why.
   const bool over = left == 0 || left >= before;
   if (over) checks_.stop();
   const std::size_t all =

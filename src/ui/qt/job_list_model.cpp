@@ -38,7 +38,7 @@ QVariant JobListModel::data(const QModelIndex& index, int role) const {
     if (role == Qt::ToolTipRole || role == Qt::AccessibleTextRole) return toQt(stateText(row.jobType));
     return {};
   }
-  // A cell that is too narrow for its text shows it as a tool tip.
+  // A cell too narrow for its text shows it as a tool tip.
   if (role == Qt::DisplayRole) return toQt(cellText(row, column));
   if (role == Qt::ToolTipRole) return plainToolTip(toQt(cellText(row, column)));
   return {};

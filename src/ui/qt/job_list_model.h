@@ -12,7 +12,7 @@
 
 namespace qx {
 
-/// One row per listed job, the columns of `JobColumn`. Nothing can be changed through it.
+/// One row per listed job, with the columns of `JobColumn`. Read-only.
 class JobListModel final : public QAbstractTableModel {
 public:
   explicit JobListModel(QObject* parent);

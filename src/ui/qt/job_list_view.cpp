@@ -16,8 +16,8 @@
 namespace qx {
 namespace {
 
-/// Shows a state in the middle of its cell, in its own colours. On a selected row it stands on the colour of
-/// the list, else some of them could not be told from the selection.
+/// Shows a state in the middle of its cell, in its own colours. On a selected row it keeps the list's
+/// background, or some colours would merge with the selection.
 class JobPictureDelegate final : public QStyledItemDelegate {
 public:
   using QStyledItemDelegate::QStyledItemDelegate;
@@ -76,7 +76,7 @@ JobListView::JobListView(QWidget* parent) : QTableView(parent), hint_(new QLabel
 
 void JobListView::arrangeColumns() {
   const int letter = fontMetrics().averageCharWidth();
-  // In characters; the last column takes what is left.
+  // In characters; the last column takes the remaining width.
   constexpr std::array<int, jobColumnCount> widths{0, 36, 20, 13, 11, 40, 36, 13, 30};
   for (std::size_t column = 1; column < jobColumnCount; ++column)
     setColumnWidth(static_cast<int>(column), widths[column] * letter);

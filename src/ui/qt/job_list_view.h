@@ -7,16 +7,16 @@ class QLabel;
 
 namespace qx {
 
-/// A table of whole rows that shows a hint where it has none. The keys of the list are the window's business.
+/// A table of whole rows that shows a hint where it has none. The window handles the keys of the list.
 class JobListView final : public QTableView {
 public:
   explicit JobListView(QWidget* parent);
 
-  /// Widths and hidden columns as they are at first; call it once the model is set.
+  /// Sets the initial widths and hidden columns; call it once the model is set.
   void arrangeColumns();
-  /// What stands in the empty list; the first line is the reason. Empty for none.
+  /// The text of the empty list; the first line is the reason. Empty for none.
   void setHint(const QString& hint);
-  /// The current row, its shown cells in the order shown and separated by tabs.
+  /// The visible cells of the current row, in visible order and separated by tabs.
   QString currentRowText() const;
 
 protected:

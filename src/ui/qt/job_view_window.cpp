@@ -39,7 +39,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto tickInterval = 2s;
-/// The details of a job are read when the clerk rests on it, not on every row that is passed.
+/// The details of a job are read when the clerk pauses on it, not on every row passed.
 constexpr auto detailsDelay = 60ms;
 constexpr QSize firstSize(1100, 700);
 
@@ -85,7 +85,7 @@ QRect onScreen(const QWidget& window, QRect wanted) {
   const QRect available = screen->availableGeometry();
   const QSize room = roomFor(window, *screen);
   wanted.setSize(wanted.size().boundedTo(room));
-  // The frame stands to both sides, most of it above.
+  // The frame is on all sides, most of it above.
   const int side = (available.width() - room.width()) / 2;
   const int above = available.height() - room.height() - side;
   wanted.moveLeft(std::clamp(wanted.left(), available.left() + side,
@@ -170,7 +170,7 @@ void JobViewWindow::setVisible(bool visible) {
   list_->setFocus();
   QMainWindow::setVisible(true);
   timer_.start(tickInterval);
-  // The options of a first start and the report on a file come above a window that can be seen.
+  // The options of a first start and the report on a file open above a visible window.
   QMetaObject::invokeMethod(
       this,
       [this] {
@@ -323,7 +323,7 @@ QWidget* JobViewWindow::makeFilterBar() {
     auto* button = new QToolButton(bar);
     button->setObjectName(QStringLiteral("btn") + toQt(toolSpec(filter).name));
     button->setCheckable(true);
-    // Flat when off and framed when on: the colour alone would tell too little on a dark screen.
+    // Flat when off and framed when on: colour alone would not be enough on a dark screen.
     button->setAutoRaise(true);
     button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     button->setIcon(tool(filter)->icon());
@@ -411,7 +411,7 @@ bool JobViewWindow::eventFilter(QObject* watched, QEvent* event) {
   const auto& key = static_cast<QKeyEvent&>(*event);
   if (watched == list_ && passKey(key)) return true;
   if (watched == search_) {
-    // From the search straight into what was found, and back to everything.
+    // Moves from the search to the matches, and clears the search.
     if (key.key() == Qt::Key_Down || key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter) {
       list_->setFocus(Qt::OtherFocusReason);
       return true;
@@ -425,7 +425,7 @@ bool JobViewWindow::eventFilter(QObject* watched, QEvent* event) {
   return QMainWindow::eventFilter(watched, event);
 }
 
-/// The function keys work wherever the cursor is; Enter and Del belong to the list alone.
+/// The function keys work everywhere; Enter and Del only in the list.
 void JobViewWindow::keyPressEvent(QKeyEvent* event) {
   const bool function =
       event->key() == Qt::Key_F2 || event->key() == Qt::Key_F5 || event->key() == Qt::Key_F9;
@@ -535,7 +535,7 @@ void JobViewWindow::renderList() {
                                                               static_cast<int>(JobColumn::Vorgang))
                                               : QModelIndex();
   if (made || (current.isValid() && list_->currentIndex().row() != current.row())) {
-    // The row is made current without the list jumping to it; a job that stays where it was looks so.
+    // Makes the row current without scrolling to it, so that an unmoved job does not seem to move.
     list_->setAutoScroll(false);
     list_->selectionModel()->setCurrentIndex(current,
                                              QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
@@ -549,8 +549,8 @@ void JobViewWindow::renderList() {
   const bool hadFocus = list_->hasFocus();
   if (list_->isEnabled() != state().listEnabled) {
     list_->setEnabled(state().listEnabled);
-    // A disabled list loses the focus. The window keeps it meanwhile, so that the keys find back afterwards
-    // unless the clerk has gone elsewhere.
+    // A disabled list loses the focus. The window keeps it meanwhile, so that the list gets it back unless
+    // the clerk has moved it.
     if (hadFocus) setFocus();
     if (state().listEnabled && QApplication::focusWidget() == this) list_->setFocus();
   }

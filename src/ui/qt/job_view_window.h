@@ -32,7 +32,7 @@ class JobListView;
 /// The dialogs that the window opens; all of them are modal to the widget given. An empty function does
 /// nothing.
 struct JobViewDialogs {
-  /// True when the clerk wants to go on to the next job.
+  /// True when the clerk wants to continue with the next job.
   std::function<bool(QWidget* parent, std::string_view jobId, bool offerNext)> openJob;
   std::function<void(QWidget* parent)> options;
   std::function<void(QWidget* parent)> deleteDate;
@@ -40,22 +40,22 @@ struct JobViewDialogs {
   std::function<void(QWidget* parent, std::string_view title, std::string_view text)> report;
 };
 
-/// Shows what the presenter says and passes on what the clerk does; decides nothing.
+/// Shows the state of the presenter and passes on the clerk's input; contains no logic.
 ///
-/// It draws when the message loop runs, so that events raised inside a unit of work cost nothing. Its
-/// actions carry the tool names, its controls their specified names as object names.
+/// It draws when the message loop runs, so that events raised inside a unit of work cost nothing. Its actions
+/// carry the tool names, its controls their specified names as object names.
 class JobViewWindow final : public QMainWindow, private JobViewHost {
 public:
-  /// Environment and engine outlive the window.
+  /// Environment and engine must outlive the window.
   JobViewWindow(Environment& environment, ImportJobObject2& engine, JobViewDialogs dialogs);
   JobViewWindow(const JobViewWindow&) = delete;
   JobViewWindow& operator=(const JobViewWindow&) = delete;
   ~JobViewWindow() override;
 
-  /// Shows itself in front of the others.
+  /// Shows itself in front of other windows.
   void open();
-  /// The first time it is shown it reads the jobs and takes its old place on the screen; permissions, the
-  /// options of a first start and a file handed over before follow when the message loop runs.
+  /// When first shown it reads the jobs and restores its geometry; permissions, the options of a first start
+  /// and a file passed before follow when the message loop runs.
   void setVisible(bool visible) override;
   const JobViewState& state() const { return presenter_.state(); }
 
@@ -112,7 +112,7 @@ private:
   JobListView* list_;
   JobDetailsPane* details_;
   QSplitter* splitter_;
-  QMenu* processMenu_ = nullptr; ///< with the runs of one kind, in customer-specific mode
+  QMenu* processMenu_ = nullptr; ///< has the runs of one kind, in customer-specific mode
   QToolButton* processButton_ = nullptr;
   QLineEdit* search_ = nullptr;
   QLabel* notice_;
@@ -131,7 +131,7 @@ private:
   bool rendering_ = false;
   std::uint64_t shownListing_ = 0;
   std::string shownJob_;
-  JobViewPresenter presenter_; ///< last: it draws on everything above
+  JobViewPresenter presenter_; ///< last: it uses everything above
 };
 
 } // namespace qx

@@ -18,7 +18,7 @@ class QTableView;
 
 namespace qx {
 
-/// The rows of a lookup that were read so far.
+/// The rows of a lookup read so far.
 class LookupModel final : public QAbstractTableModel {
   Q_OBJECT
 
@@ -26,10 +26,10 @@ public:
   /// Both arguments must outlive the model.
   LookupModel(erp::LookupPages& pages, Diagnostics& diagnostics, QObject* parent);
 
-  /// Lists the rows that a search finds, from the first one.
+  /// Starts listing the rows that a search finds.
   void search(const QString& text);
   const erp::LookupRow& row(int number) const { return rows_[static_cast<std::size_t>(number)]; }
-  /// Why rows could not be read; empty when all is well.
+  /// Why rows could not be read; empty without an error.
   const QString& failure() const { return failure_; }
 
   int rowCount(const QModelIndex& parent = {}) const override;
@@ -40,11 +40,11 @@ public:
   void fetchMore(const QModelIndex& parent) override;
 
 signals:
-  /// Rows were added, or could not be read.
+  /// Emitted when rows were added or could not be read.
   void fetched();
 
 private:
-  /// Reads the next page; what fails is told to the diagnostics and ends the list.
+  /// Reads the next page; a failure is reported to the diagnostics and ends the list.
   erp::LookupPage nextPage();
 
   erp::LookupPages& pages_;
@@ -55,7 +55,7 @@ private:
   QString failure_;
 };
 
-/// Search field, list and two buttons; the list can be walked from within the search field.
+/// Search field, list and two buttons; the arrow keys move in the list from within the search field.
 class LookupWindow final : public QDialog {
   Q_OBJECT
 
@@ -95,8 +95,8 @@ public:
   QtAuskunft(LocalSettings& settings, Diagnostics& diagnostics)
       : settings_(settings), diagnostics_(diagnostics) {}
 
-  /// Shows the window above the active one. Raises `std::runtime_error` for a record source or result field
-  /// that there is not, and without a database.
+  /// Shows the window above the active one. Raises `std::runtime_error` for an unknown record source or
+  /// result field, and without a database.
   std::vector<std::string> show(Session& session, const LookupRequest& request) override;
 
 private:

@@ -14,7 +14,7 @@ void PictureDelegate::paint(QPainter* painter, const QStyleOptionViewItem& optio
   cell.features &= ~QStyleOptionViewItem::HasDecoration;
   const QStyle* style = cell.widget != nullptr ? cell.widget->style() : QApplication::style();
   style->drawControl(QStyle::CE_ItemViewItem, &cell, painter, cell.widget);
-  // Never tinted: the colour says something.
+  // Never tinted: the colour has a meaning.
   picture.paint(painter,
                 QStyle::alignedRect(cell.direction, Qt::AlignCenter, cell.decorationSize, cell.rect));
 }

@@ -7,15 +7,15 @@
 #include <QHash>
 #include <QPointer>
 
-/// The pictures lie in a static library; the linker drops them unless they are asked for. Must stand outside
-/// of any namespace.
+/// The pictures are in a static library; the linker drops them unless initialised here. Must be outside any
+/// namespace.
 static void registerPictures() { Q_INIT_RESOURCE(pictures); }
 
 namespace qx {
 
 namespace {
 
-/// Draws each picture once and goes with the application.
+/// Draws each picture once; destroyed with the application.
 class PictureStore final : public QObject {
 public:
   using QObject::QObject;

@@ -16,12 +16,12 @@
 namespace qx {
 namespace {
 
-/// The core ends lines as the ERP's tables do.
+/// The core has CR LF as line ends, like the ERP's tables.
 QString shownText(std::string_view text) {
   return toQt(text).replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
 }
 
-/// A box of this size would reach beyond a small screen; it neither scrolls nor wraps long words.
+/// Whether a box with this text would exceed a small screen; boxes neither scroll nor wrap long words.
 bool isLong(const Message& message) {
   constexpr std::ptrdiff_t mostLines = 12;
   constexpr std::size_t mostBytes = 800;
@@ -84,7 +84,7 @@ void QtDesktop::show(const Message& message) {
 void QtDesktop::showKept() {
   while (!kept_.empty() && !unitIsOpen()) {
     const Message message = kept_.front();
-    // Before it is shown: the box runs a message loop, which may come here again.
+    // Before it is shown: the box runs a message loop, which may re-enter.
     kept_.pop_front();
     if (isLong(message)) {
       ErrorWindow(message.text, QApplication::activeWindow(), message.title).exec();

@@ -15,22 +15,24 @@ namespace qx {
 
 /// Shows boxes above the active window.
 ///
-/// While a unit of work is open on the watched connection no box may keep the database: messages wait until
-/// the unit has ended, questions are answered with no and told to the diagnostics. Needs a `QApplication`.
+/// While a unit of work is open on the watched connection, no box may hold up the database: messages wait
+/// until the unit has ended; questions are answered with no and reported to the diagnostics. Needs a
+/// `QApplication`.
 class QtDesktop final : public Desktop {
 public:
   /// `diagnostics` must outlive the desktop.
   explicit QtDesktop(Diagnostics& diagnostics) : diagnostics_(diagnostics) {}
 
-  /// The connection whose units of work boxes wait for.
+  /// Sets the connection whose units of work boxes wait for.
   void watch(const std::shared_ptr<Connection>& connection) { connection_ = connection; }
 
   void show(const Message& message) override;
   bool ask(const Message& message) override;
-  /// Asks before an existing file is chosen for writing; a name without suffix gets that of the filter.
+  /// Asks for confirmation before an existing file is chosen for writing; a name without suffix gets that of
+  /// the filter.
   std::optional<std::string> chooseFile(std::string_view title, std::string_view filter,
                                         bool forWriting) override;
-  /// Shows what was kept back and handles the pending events.
+  /// Shows the held-back messages and handles pending events.
   void yield() override;
 
 private:
@@ -41,7 +43,7 @@ private:
   std::weak_ptr<Connection> connection_;
   std::deque<Message> kept_;
   QString folder_;  ///< of the file chosen last
-  QObject context_; ///< ends what is still due when the desktop goes
+  QObject context_; ///< cancels pending calls when the desktop is destroyed
 };
 
 } // namespace qx

@@ -13,7 +13,7 @@ namespace qx {
 
 class JobViewWindow;
 
-/// Creates the window on an engine that outlives it; not yet opened.
+/// Creates the window, not yet opened, on an engine that must outlive it.
 using JobWindowFactory = std::function<std::unique_ptr<JobViewWindow>(ImportJobObject2& engine)>;
 
 /// Owns the window between `open` and `close`.
@@ -27,12 +27,11 @@ public:
   /// To be called once, before the window is opened.
   void attach(ImportJobObject2& engine) { engine_ = &engine; }
 
-  /// Opens the window; brings it to the front when it is open already. What the factory raises reaches the
-  /// caller.
+  /// Opens the window, or brings it to the front when it is open. Exceptions of the factory reach the caller.
   void open() override;
-  /// Hides the window; it is destroyed by the event loop, since it may be its own handler that calls.
+  /// Hides the window; the event loop destroys it, since the caller may be its own handler.
   void close() override;
-  /// Closes the window as its close box does: it keeps its place, and the engine is unloaded.
+  /// Closes the window as its close box does: its geometry is saved and the engine is unloaded.
   void leave();
   bool isOpen() const { return !window_.isNull(); }
 

@@ -5,8 +5,8 @@
 
 namespace qx {
 
-/// Quieter than the text of a list or field and still to be read on its ground. The toolkit's own colour for
-/// hints can be half a black, which cannot be seen on a dark one.
+/// Fainter than the text of a list or field but still readable. The toolkit's own colour for hints can be
+/// half-transparent black, which is invisible on a dark background.
 inline QColor quietText(const QPalette& palette) {
   const QColor text = palette.color(QPalette::Active, QPalette::Text);
   const QColor ground = palette.color(QPalette::Active, QPalette::Base);

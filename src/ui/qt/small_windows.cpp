@@ -39,7 +39,7 @@ QPushButton* makeButton(const QString& caption, const char* name) {
   return button;
 }
 
-/// A text that can be read, marked and copied, in the width that its lines need.
+/// A text that can be selected and copied, in the width of its lines.
 QPlainTextEdit* makeTextBox(const QString& text) {
   auto* const box = new QPlainTextEdit(text);
   box->setReadOnly(true);
@@ -96,7 +96,7 @@ DeleteDateWindow::DeleteDateWindow(Environment& environment, ImportJobObject2& e
   remove_->setDefault(true);
   connect(remove_, &QPushButton::clicked, this, &DeleteDateWindow::accept);
   QPushButton* const cancel = makeButton(QStringLiteral("Abbrechen"), "cmdCancel");
-  // Enter belongs to the deletion, also while there is no day.
+  // Enter triggers the deletion even without a day.
   cancel->setAutoDefault(false);
   connect(cancel, &QPushButton::clicked, this, &DeleteDateWindow::reject);
   auto* const layout = new QVBoxLayout(this);

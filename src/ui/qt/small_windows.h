@@ -17,10 +17,10 @@ namespace qx {
 /// `frmDeleteDate`: asks for a day and, after a question, deletes the done jobs received before it.
 class DeleteDateWindow final : public QDialog {
 public:
-  /// Environment and engine outlive the window.
+  /// Environment and engine must outlive the window.
   DeleteDateWindow(Environment& environment, ImportJobObject2& engine, QWidget* parent = nullptr);
 
-  /// Asks, deletes under the hourglass and closes; stays open when nothing was deleted.
+  /// Asks, deletes with a wait cursor and closes; stays open when nothing was deleted.
   void accept() override;
 
 private:
@@ -38,7 +38,7 @@ public:
 /// `frmAbout2`: the program and its ERP, and the system information on demand.
 class AboutWindow final : public QDialog {
 public:
-  /// The environment outlives the window. `schemaVersion` is that of the database's tables.
+  /// The environment must outlive the window. `schemaVersion` is that of the database's tables.
   AboutWindow(Environment& environment, std::string schemaVersion, QWidget* parent = nullptr);
 
 private:

@@ -15,7 +15,7 @@ namespace {
 constexpr std::string_view application = "QXImportJob";
 constexpr std::string_view section = "MAIN";
 
-/// The whole numbers of a text like "900,600,300,120"; empty when it is anything else.
+/// The whole numbers of a text like "900,600,300,120"; empty for anything else.
 QList<int> numbers(const QString& text) {
   QList<int> numbers;
   for (const QString& part : text.split(QLatin1Char(','), Qt::SkipEmptyParts)) {

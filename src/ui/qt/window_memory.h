@@ -1,4 +1,4 @@
-// The size of a window from one time to the next.
+// Remembers the size of a window.
 #pragma once
 
 #include "platform/environment.h"
@@ -13,17 +13,17 @@ class QWidget;
 
 namespace qx {
 
-/// How large a window may be inside its frame so that all of it can be seen on a screen. Before the window is
-/// framed a usual frame is allowed for.
+/// The maximum size of a window inside its frame for all of it to fit on a screen. Assumes a usual frame
+/// before the window has one.
 QSize roomFor(const QWidget& window, const QScreen& screen);
 
 /// Keeps a window's size and the sections of its splitter in the user's settings, under a key per window. A
-/// failure is told to the diagnostics; the window has its usual size then.
+/// failure is reported to the diagnostics; the window then has its default size.
 class WindowMemory {
 public:
   WindowMemory(Environment& environment, std::string_view key) : environment_(environment), key_(key) {}
 
-  /// Sizes the window as it was, or as given, and no larger than the screen. False when nothing was kept.
+  /// Sets the stored size, or else the given one, limited to the screen. False when no size was stored.
   bool restore(QWidget& window, QSplitter* splitter, const QSize& usual) const;
   void keep(const QWidget& window, const QSplitter* splitter) const;
 

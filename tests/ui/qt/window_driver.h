@@ -76,7 +76,7 @@ inline void expectSingleAccessKeys(QWidget& window) {
   EXPECT_FALSE(texts.empty());
 }
 
-/// Replaces what stands in a field and goes on to the next one.
+/// Replaces the text of a field and moves to the next one.
 inline void enterInto(QWidget& window, const char* field, const char* text) {
   auto& editor = child<QWidget>(window, field);
   editor.setFocus();
