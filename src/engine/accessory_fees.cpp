@@ -10,7 +10,7 @@ namespace qx {
 
 double AccessoryFees::minimumOrderFee(double orderValue) {
   load();
-  return hasMinimum_ && orderValue < minimum_.bound ? minimum_.fee : 0;
+  return minimum_ && orderValue < minimum_->bound ? minimum_->fee : 0;
 }
 
 double AccessoryFees::gradedFee(double accessoryValue) {
@@ -21,22 +21,19 @@ double AccessoryFees::gradedFee(double accessoryValue) {
   return row == graded_.end() ? graded_.back().fee : row->fee;
 }
 
-bool AccessoryFees::parse(std::string_view key, const std::string& entry, Row& row) {
+std::optional<AccessoryFees::Row> AccessoryFees::parse(std::string_view key, const std::string& entry) {
   std::string doubt = "has no semicolon";
   if (const auto separator = entry.find(';'); separator != std::string::npos) {
     const std::string bound = entry.substr(0, separator);
     const std::string fee = entry.substr(separator + 1);
     const std::string& doubtful = doubtAbout(bound).empty() ? fee : bound;
     doubt = doubtAbout(doubtful);
-    if (doubt.empty()) {
-      row = {*parseTypedNumber(bound), *parseTypedNumber(fee)};
-      return true;
-    }
+    if (doubt.empty()) return Row{*parseTypedNumber(bound), *parseTypedNumber(fee)};
     doubt.insert(0, "is not used: '" + doubtful + "' ");
   }
   malformed_ += (malformed_.empty() ? "" : ", ") + std::string(key);
   environment_.diagnostics.report({"Zubehoer.ini", std::string(key) + "=" + entry + " " + doubt, ""});
-  return false;
+  return std::nullopt;
 }
 
 void AccessoryFees::load() {
@@ -46,12 +43,12 @@ void AccessoryFees::load() {
     const std::string file = environment_.components.createProfile()->GetAppPath() + "\\Zubehoer.ini";
     const std::string minimum = environment_.iniFile.read(file, "Allgemein", "MinBestGebuehr");
     // An empty value, or one without a semicolon, means no fee.
-    if (!minimum.empty()) hasMinimum_ = parse("MinBestGebuehr", minimum, minimum_);
+    if (!minimum.empty()) minimum_ = parse("MinBestGebuehr", minimum);
     for (int number = 1;; ++number) {
       const std::string key = std::to_string(number);
       const std::string entry = environment_.iniFile.read(file, "Werte", key);
       if (entry.empty()) break;
-      if (Row row; parse(key, entry, row)) graded_.push_back(row);
+      if (const auto row = parse(key, entry)) graded_.push_back(*row);
     }
   });
 }

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -31,12 +32,11 @@ private:
   };
 
   void load();
-  bool parse(std::string_view key, const std::string& entry, Row& row);
+  std::optional<Row> parse(std::string_view key, const std::string& entry);
 
   Environment& environment_;
   bool loaded_ = false;
-  bool hasMinimum_ = false;
-  Row minimum_;
+  std::optional<Row> minimum_;
   std::vector<Row> graded_;
   std::string malformed_;
 };
