@@ -2,12 +2,12 @@
 
 #include "model/text.h"
 #include "platform/german_cause.h"
+#include "platform/trapped.h"
 #include "ui/address_lines.h"
 
 #include "ui/lookup_bridge.h"
 
 #include <algorithm>
-#include <exception>
 #include <utility>
 #include <vector>
 
@@ -147,12 +147,12 @@ bool AddressDialogPresenter::lookUp(std::size_t index) {
 bool AddressDialogPresenter::takeGeneral(Block block, std::string_view number) {
   const BlockSpec& spec = specsOfBlocks()[slot(block)];
   std::optional<Adresse> lines;
-  try {
-    lines = CustomerAddresses(context_.environment).generalAddress(number);
-  } catch (const std::exception& error) {
-    context_.environment.diagnostics.report({"general address of a job", error.what(), number});
-    notice_ = "Die Adresse kann nicht gelesen werden: " + germanCause(error);
-  }
+  trapped(
+      context_.environment.diagnostics, {"general address of a job", number},
+      [&] { lines = CustomerAddresses(context_.environment).generalAddress(number); },
+      [&](const std::exception& error) {
+        notice_ = "Die Adresse kann nicht gelesen werden: " + germanCause(error);
+      });
   if (!lines) return false;
   type(*find(spec.customer()), "");
   type(*find(spec.number()), "");
@@ -195,7 +195,7 @@ void AddressDialogPresenter::readStored(Block which) {
   notice_.clear();
   mark(spec.customer(), CheckStatus::Clean);
   mark(spec.number(), CheckStatus::Clean);
-  try {
+  const auto read = [&] {
     const CustomerAddresses addresses(context_.environment);
     stored_[slot(which)] = addresses.GetAdressDaten(customer, edited.number);
     const bool unknown = !stored_[slot(which)] && !isOwn(which);
@@ -204,10 +204,11 @@ void AddressDialogPresenter::readStored(Block which) {
            "Die Adresse " + edited.number + " des Kunden " + customer + " ist nicht angelegt.");
     else if (unknown)
       mark(spec.customer(), CheckStatus::Error, "Der Kunde " + customer + " ist nicht angelegt.");
-  } catch (const std::exception& error) {
-    context_.environment.diagnostics.report({"stored address of a job", error.what(), customer});
-    notice_ = "Die Stammadresse kann nicht gelesen werden: " + germanCause(error);
-  }
+  };
+  trapped(context_.environment.diagnostics, {"stored address of a job", customer}, read,
+          [&](const std::exception& error) {
+            notice_ = "Die Stammadresse kann nicht gelesen werden: " + germanCause(error);
+          });
   compare(which);
 }
 
