@@ -1,13 +1,13 @@
 // The customer section of a run.
 #pragma once
 
+#include "engine/customer_check.h"
 #include "engine/customer_processor.h"
-#include "engine/customer_proof.h"
 #include "engine/section_runner.h"
 
 namespace qx {
 
-/// Proves each waiting customer job in automatic mode, parks it or writes it.
+/// Checks each waiting customer job in automatic mode, parks it or writes it.
 class CustomerSection {
 public:
   /// `unevaluated`: the automatic check is left out. The arguments must outlive the section.
@@ -25,7 +25,7 @@ private:
   const RunOptions& options_;
   JobMarks& marks_;
   bool unevaluated_;
-  CustomerProof proof_;
+  CustomerCheck check_;
   CustomerProcessor processor_;
 };
 

@@ -107,7 +107,7 @@ Value ContractDialogPresenter::loaded(ColumnName column) const {
 }
 
 void ContractDialogPresenter::fill() {
-  checking("Füllen der Vertragsarten", [this] {
+  trying("Füllen der Vertragsarten", [this] {
     ComboContent& kinds = contentOf("tdbVertragsart");
     ComboFiller filler(kinds);
     ComboLists(environment()).FillComboVertragsart(filler, text("tdbVertragsart"));

@@ -110,27 +110,3 @@ inline constexpr std::array noteControls{ControlSpec{
     .name = "txtHinweis", .caption = "Be&merkung", .kind = ControlKind::Note, .column = "Bemerkung"}};
 
 } // namespace qx::shared_controls
-
-namespace qx {
-
-/// A line of an address that is compared with the customer master, and the rule that it breaks in either
-/// dialog.
-struct ComparedLine {
-  ColumnName column;
-  std::string Adresse::*line;
-  Rule customer;
-  Rule order;
-
-  std::string_view control() const { return terms(customer).dialog.control; } ///< of the customer dialog
-};
-
-inline constexpr std::array comparedLines{
-    ComparedLine{"Bez1", &Adresse::Bez1, Rule::CustomerName1, Rule::OrderName1},
-    ComparedLine{"Bez2", &Adresse::Bez2, Rule::CustomerName2, Rule::OrderName2},
-    ComparedLine{"Bez3", &Adresse::Bez3, Rule::CustomerName3, Rule::OrderName3},
-    ComparedLine{"Strasse", &Adresse::Strasse, Rule::CustomerStreet, Rule::OrderStreet},
-    ComparedLine{"PLZ", &Adresse::PLZ, Rule::CustomerPostCode, Rule::OrderPostCode},
-    ComparedLine{"Ort", &Adresse::Ort, Rule::CustomerCity, Rule::OrderCity},
-    ComparedLine{"Land", &Adresse::Land, Rule::CustomerCountry, Rule::OrderCountry}};
-
-} // namespace qx
