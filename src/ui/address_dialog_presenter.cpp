@@ -18,16 +18,10 @@ constexpr std::string_view customerLookup = "Kundenauskunft";
 constexpr std::string_view addressLookup = "Adressauskunft";
 
 constexpr std::array deliveryControls{
-    ControlSpec{.name = "txtVS_KdNr",
-                .caption = "&Kundennummer",
-                .picture = "imgVS_KdNr",
-                .button = "cmdVS_KdNr",
-                .lookup = customerLookup},
-    ControlSpec{.name = "txtVS_AdrNr",
-                .caption = "&Adressnummer",
-                .picture = "imgVS_AdrNr",
-                .button = "cmdVS_AdrNr",
-                .lookup = addressLookup},
+    ControlSpec{"txtVS_KdNr", "&Kundennummer", ControlKind::Text, "", "imgVS_KdNr", "cmdVS_KdNr",
+                customerLookup},
+    ControlSpec{"txtVS_AdrNr", "&Adressnummer", ControlKind::Text, "", "imgVS_AdrNr", "cmdVS_AdrNr",
+                addressLookup},
     ControlSpec{.name = "txtVS_Bez1", .caption = "Bezeichnung &1", .picture = "imgVS_Bez1"},
     ControlSpec{.name = "txtVS_Bez2", .caption = "Bezeichnung &2", .picture = "imgVS_Bez2"},
     ControlSpec{.name = "txtVS_Bez3", .caption = "Bezeichnung &3", .picture = "imgVS_Bez3"},
@@ -38,16 +32,10 @@ constexpr std::array deliveryControls{
 };
 
 constexpr std::array invoiceControls{
-    ControlSpec{.name = "txtRG_KdNr",
-                .caption = "K&undennummer",
-                .picture = "imgRG_KdNr",
-                .button = "cmdRG_KdNr",
-                .lookup = customerLookup},
-    ControlSpec{.name = "txtRG_AdrNr",
-                .caption = "A&dressnummer",
-                .picture = "imgRG_AdrNr",
-                .button = "cmdRG_AdrNr",
-                .lookup = addressLookup},
+    ControlSpec{"txtRG_KdNr", "K&undennummer", ControlKind::Text, "", "imgRG_KdNr", "cmdRG_KdNr",
+                customerLookup},
+    ControlSpec{"txtRG_AdrNr", "A&dressnummer", ControlKind::Text, "", "imgRG_AdrNr", "cmdRG_AdrNr",
+                addressLookup},
     ControlSpec{.name = "txtRG_Bez1", .caption = "Bezeichnung 1", .picture = "imgRG_Bez1"},
     ControlSpec{.name = "txtRG_Bez2", .caption = "Bezeichnung 2", .picture = "imgRG_Bez2"},
     ControlSpec{.name = "txtRG_Bez3", .caption = "Bezeichnung 3", .picture = "imgRG_Bez3"},

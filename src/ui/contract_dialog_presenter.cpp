@@ -14,57 +14,26 @@ namespace {
 namespace shared = shared_controls;
 
 constexpr std::array contractCustomerControls{
-    ControlSpec{.name = "txtKundennummer",
-                .caption = "&Kundennummer",
-                .column = "Kundennummer",
-                .button = "cmdKundennummer",
-                .lookup = "Kundenauskunft"},
+    ControlSpec{"txtKundennummer", "&Kundennummer", ControlKind::Text, "Kundennummer", "", "cmdKundennummer",
+                "Kundenauskunft"},
     ControlSpec{.name = "txtVertragsnummer", .caption = "&Vertragsnummer", .column = "Vertragsnummer"},
-    ControlSpec{.name = "txtVertragsgegenstand",
-                .caption = "&Gegenstand",
-                .column = "Artikelnummer",
-                .picture = "imgVertragsgegenstand",
-                .button = "cmdVertragsgegenstand",
-                .lookup = "Vertragsgegenstandsauskunft",
-                .description = "lblVertragsgegenstand"},
-    ControlSpec{.name = "tdbVertragsart",
-                .caption = "Vertrags&art",
-                .kind = ControlKind::Combo,
-                .column = "Vertragsart",
-                .picture = "imgVertragsart",
-                .description = "lblVertragsart"},
+    ControlSpec{"txtVertragsgegenstand", "&Gegenstand", ControlKind::Text, "Artikelnummer",
+                "imgVertragsgegenstand", "cmdVertragsgegenstand", "Vertragsgegenstandsauskunft",
+                "lblVertragsgegenstand"},
+    ControlSpec{"tdbVertragsart", "Vertrags&art", ControlKind::Combo, "Vertragsart", "imgVertragsart", "", "",
+                "lblVertragsart"},
     ControlSpec{.name = "txtVertragstext", .caption = "Vertrags&text", .column = "Vertragstext"},
 };
 
 constexpr std::array termControls{
-    ControlSpec{.name = "tdbAnzahl",
-                .caption = "Anza&hl",
-                .kind = ControlKind::Number,
-                .column = "Menge",
-                .picture = "imgAnzahl"},
+    ControlSpec{"tdbAnzahl", "Anza&hl", ControlKind::Number, "Menge", "imgAnzahl"},
     ControlSpec{.name = "tdbBetrag", .caption = "&Betrag", .kind = ControlKind::Number, .column = "Preis"},
-    ControlSpec{.name = "cboIntervall",
-                .caption = "Intervall (M&onate)",
-                .kind = ControlKind::List,
-                .column = "Intervall",
-                .picture = "imgIntervall"},
-    ControlSpec{.name = "cboZustand",
-                .caption = "&Zustand",
-                .kind = ControlKind::List,
-                .column = "Zustand",
-                .picture = "imgZustand"},
-    ControlSpec{.name = "tdbdtVertragsdatum",
-                .caption = "Vertragsdat&um",
-                .kind = ControlKind::Date,
-                .column = "Vertragsdatum",
-                .picture = "imgVertragsdatum"},
-    ControlSpec{.name = "tdbdtVertragsbeginn",
-                .caption = "B&eginn",
-                .kind = ControlKind::Date,
-                .column = "Vertragsbeginn",
-                .picture = "imgVertragsbeginn"},
-    ControlSpec{
-        .name = "tdbdtVertragsende", .caption = "En&de", .kind = ControlKind::Date, .column = "Vertragsende"},
+    ControlSpec{"cboIntervall", "Intervall (M&onate)", ControlKind::List, "Intervall", "imgIntervall"},
+    ControlSpec{"cboZustand", "&Zustand", ControlKind::List, "Zustand", "imgZustand"},
+    ControlSpec{"tdbdtVertragsdatum", "Vertragsdat&um", ControlKind::Date, "Vertragsdatum",
+                "imgVertragsdatum"},
+    ControlSpec{"tdbdtVertragsbeginn", "B&eginn", ControlKind::Date, "Vertragsbeginn", "imgVertragsbeginn"},
+    ControlSpec{"tdbdtVertragsende", "En&de", ControlKind::Date, "Vertragsende"},
     ControlSpec{.name = "txtGrund", .caption = "Kündigung&sgrund", .column = "Kündigungsgrund"},
     shared::release,
 };
@@ -107,7 +76,7 @@ Value ContractDialogPresenter::loaded(ColumnName column) const {
 }
 
 void ContractDialogPresenter::fill() {
-  trying("Füllen der Vertragsarten", [this] {
+  checking("Füllen der Vertragsarten", [this] {
     ComboContent& kinds = contentOf("tdbVertragsart");
     ComboFiller filler(kinds);
     ComboLists(environment()).FillComboVertragsart(filler, text("tdbVertragsart"));

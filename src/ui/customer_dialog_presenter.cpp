@@ -21,11 +21,7 @@ constexpr std::array customerControls{
     shared::customerNumber,
     ControlSpec{.name = "txtSuchbegriff", .caption = "S&uchbegriff", .column = "Suchbegriff"},
     shared::account,
-    ControlSpec{.name = "tdbKundengruppe",
-                .caption = "Kunden&gruppe",
-                .kind = ControlKind::Combo,
-                .column = "Kundengruppe",
-                .picture = "imgKundengruppe"},
+    ControlSpec{"tdbKundengruppe", "Kunden&gruppe", ControlKind::Combo, "Kundengruppe", "imgKundengruppe"},
     shared::salesRep,
     shared::priceList,
     shared::release,
@@ -46,16 +42,8 @@ constexpr std::array addressControls{
 constexpr std::array paymentControls{
     shared::paymentMethod,
     shared::paymentTerms,
-    ControlSpec{.name = "tdbWährung",
-                .caption = "Währung",
-                .kind = ControlKind::Combo,
-                .column = "Währung",
-                .picture = "imgWährung"},
-    ControlSpec{.name = "tdbWährungEG",
-                .caption = "Währung der Eingabe",
-                .kind = ControlKind::Combo,
-                .column = "WährungEingabe",
-                .picture = "imgWährungEG"},
+    ControlSpec{"tdbWährung", "Währung", ControlKind::Combo, "Währung", "imgWährung"},
+    ControlSpec{"tdbWährungEG", "Währung der Eingabe", ControlKind::Combo, "WährungEingabe", "imgWährungEG"},
 };
 
 constexpr std::array individualControls{
