@@ -55,13 +55,13 @@ JobResult CustomerSection::indexed(const JobRow& job, JobResult result) {
   return result;
 }
 
-/// When the proof has findings the job is marked and not written.
+/// When the check has findings the job is marked and not written.
 Findings CustomerSection::park(JobRow& job) {
   if (!job.value("Fehlertext").isEmpty()) {
     job.set("Fehlertext", Value(""));
     job.update();
   }
-  Findings findings = proof_.ProveCustomerJob(job.text("JobID"));
+  Findings findings = check_.ProveCustomerJob(job.text("JobID"));
   if (findings.status() == CheckStatus::Warning)
     JobMarks::markJobWarning(job, announced(findings));
   else if (findings.status() == CheckStatus::Error)

@@ -1,17 +1,17 @@
 // The customer section of a run.
 #pragma once
 
+#include "engine/customer_check.h"
 #include "engine/customer_processor.h"
-#include "engine/customer_proof.h"
 #include "engine/section_runner.h"
 
 namespace qx {
 
-/// Proves each waiting customer job in automatic mode, parks it or writes it.
+/// Checks each waiting customer job in automatic mode, parks it or writes it.
 class CustomerSection {
 public:
   explicit CustomerSection(RunContext& run)
-      : run_(run), proof_(run.environment, run.options.compareAddresses), processor_(run) {}
+      : run_(run), check_(run.environment, run.options.compareAddresses), processor_(run) {}
 
   void run(SectionRunner& runner);
 
@@ -22,7 +22,7 @@ private:
   Findings park(JobRow& job);
 
   RunContext& run_;
-  CustomerProof proof_;
+  CustomerCheck check_;
   CustomerProcessor processor_;
 };
 

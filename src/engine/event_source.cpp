@@ -1,7 +1,8 @@
 #include "engine/event_source.h"
 
+#include "platform/trapped.h"
+
 #include <algorithm>
-#include <exception>
 #include <utility>
 
 namespace qx {
@@ -26,9 +27,7 @@ void EventSource::raise(const std::function<void(EngineEvents&)>& event) {
   for (EngineEvents* observer : observers) {
     if (std::ranges::find(observers_, observer) == observers_.end()) continue;
     try {
-      event(*observer);
-    } catch (const std::exception& error) {
-      diagnostics_.report({"event observer", error.what(), ""});
+      trapped(diagnostics_, {"event observer"}, [&] { event(*observer); });
     } catch (...) {
       diagnostics_.report({"event observer", "raised something of an unknown kind", ""});
     }

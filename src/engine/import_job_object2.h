@@ -1,7 +1,7 @@
 // The public engine object.
 #pragma once
 
-#include "engine/customer_proof.h"
+#include "engine/customer_check.h"
 #include "engine/event_source.h"
 #include "engine/findings.h"
 #include "engine/hints.h"

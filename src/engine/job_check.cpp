@@ -1,7 +1,7 @@
 #include "engine/job_check.h"
 
 #include "engine/contract_check.h"
-#include "engine/customer_proof.h"
+#include "engine/customer_check.h"
 #include "engine/hints.h"
 #include "engine/order_check.h"
 #include "platform/german_cause.h"
@@ -23,13 +23,11 @@ JobCheck::JobCheck(Environment& environment) : environment_(environment), prices
 }
 
 Findings JobCheck::check(std::string_view jobId) {
-  try {
-    return findingsOf(jobId);
-  } catch (const std::exception& error) {
-    if (isFatal(error)) throw;
-    environment_.diagnostics.report({"check of a job", error.what(), jobId});
-    return {Finding(Rule::CheckFailed, germanCause(error))};
-  }
+  Findings findings;
+  trapped(
+      environment_.diagnostics, {"check of a job", jobId, &isFatal}, [&] { findings = findingsOf(jobId); },
+      [&](const std::exception& error) { findings = {Finding(Rule::CheckFailed, germanCause(error))}; });
+  return findings;
 }
 
 Findings JobCheck::findingsOf(std::string_view jobId) {
@@ -45,7 +43,7 @@ Findings JobCheck::findingsOf(std::string_view jobId) {
   };
   switch (kindOf(jobType)) {
   case qxtjobkunden:
-    return withHints(CustomerProof(environment_, compareAddresses_).ProveCustomerJob(jobId));
+    return withHints(CustomerCheck(environment_, compareAddresses_).ProveCustomerJob(jobId));
   case qxtjobverträge:
   case qxtjobkundenverträge:
     return ContractCheck(environment_).checkStaged(*header);

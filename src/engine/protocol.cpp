@@ -1,11 +1,11 @@
 #include "engine/protocol.h"
 
 #include "platform/german_cause.h"
+#include "platform/trapped.h"
 #include "rules/active_connection.h"
 #include "rules/dates.h"
 
 #include <exception>
-#include <new>
 #include <stdexcept>
 
 namespace qx {
@@ -17,9 +17,7 @@ constexpr std::string_view list = "LST_ImportJob";
 
 constexpr std::string_view lineFailure = "Fehler beim Erzeugen der Protokollzeile. ";
 
-void showFailure(Environment& environment, const Protocol::Show& show, std::string_view text,
-                 const std::exception& error) {
-  environment.diagnostics.report({"protocol", error.what(), ""});
+void showFailure(const Protocol::Show& show, std::string_view text, const std::exception& error) {
   Message message;
   message.text = text;
   message.text += germanCause(error);
@@ -48,17 +46,14 @@ void fillLine(Protokoll& protokoll, const ProtocolLine& line) {
 
 Protocol::Protocol(Environment& environment)
     : environment_(environment), settings_(environment, SettingTrap::Refusals) {
-  try {
-    protokoll_ = environment.components.createProtokoll();
-  } catch (const std::exception& error) {
-    environment.diagnostics.report({"protocol component", error.what(), ""});
-  }
+  trapped(environment.diagnostics, {"protocol component"},
+          [&] { protokoll_ = environment.components.createProtokoll(); });
 }
 
 /// A run without its protocol would leave no trace of what it did, so a store that cannot go on ends it
 /// before its first job. On a host's connection that is for the host to find out.
 bool Protocol::endsTheRun(const std::exception& error) const {
-  if (dynamic_cast<const std::bad_alloc*>(&error) != nullptr) return true;
+  if (isOutOfMemory(error)) return true;
   const bool fatal = dynamic_cast<const StoreError*>(&error) != nullptr ||
                      dynamic_cast<const InterruptedError*>(&error) != nullptr ||
                      dynamic_cast<const BusyError*>(&error) != nullptr;
@@ -67,15 +62,13 @@ bool Protocol::endsTheRun(const std::exception& error) const {
 
 bool Protocol::create(const Show& show, BusyWait* wait) {
   id_.clear();
-  try {
-    openOrCreate(wait);
-    return true;
-  } catch (const std::exception& error) {
-    id_.clear();
-    if (endsTheRun(error)) throw;
-    showFailure(environment_, show, "Verarbeitungsprotokoll konnte nicht erzeugt werden. ", error);
-    return false;
-  }
+  return !trapped(
+      environment_.diagnostics,
+      {"protocol", {}, [this](const std::exception& error) { return endsTheRun(error); }},
+      [&] { openOrCreate(wait); },
+      [&](const std::exception& error) {
+        showFailure(show, "Verarbeitungsprotokoll konnte nicht erzeugt werden. ", error);
+      });
 }
 
 void Protocol::openOrCreate(BusyWait* wait) {
@@ -103,30 +96,22 @@ void Protocol::openOrCreate(BusyWait* wait) {
 }
 
 bool Protocol::add(const ProtocolLine& line, const Show& show) {
-  try {
-    if (!protokoll_ || id_.empty()) throw std::runtime_error("Es ist kein Protokoll geöffnet.");
-    Savepoint part(activeConnection(environment_));
-    fillLine(*protokoll_, line);
-    part.release();
-    return true;
-  } catch (const StatementError& error) {
-    showFailure(environment_, show, lineFailure, error);
-    return false;
-  } catch (const DatabaseError& error) {
-    // The unit around the line is gone as well; that is for the run to decide.
-    if (environment_.connection && environment_.connection->ownsWork()) throw;
-    showFailure(environment_, show, lineFailure, error);
-    return false;
-  } catch (const std::bad_alloc&) {
-    throw;
-  } catch (const std::exception& error) {
-    showFailure(environment_, show, lineFailure, error);
-    return false;
-  }
+  // With a failed unit of its own all around the line is gone as well; that is for the run to decide.
+  const bool own = environment_.connection && environment_.connection->ownsWork();
+  return !trapped(
+      environment_.diagnostics, {"protocol", {}, own ? &isFatal : &isOutOfMemory},
+      [&] {
+        if (!protokoll_ || id_.empty()) throw std::runtime_error("Es ist kein Protokoll geöffnet.");
+        Savepoint part(activeConnection(environment_));
+        fillLine(*protokoll_, line);
+        part.release();
+      },
+      [&](const std::exception& error) { showFailure(show, lineFailure, error); });
 }
 
 void Protocol::giveUpLine(const std::exception& loss, const Show& show) {
-  showFailure(environment_, show, lineFailure, loss);
+  environment_.diagnostics.report({"protocol", loss.what(), ""});
+  showFailure(show, lineFailure, loss);
 }
 
 void Protocol::cleanUp(BusyWait* wait) {

@@ -53,6 +53,11 @@ constexpr SchemaColumn integer(std::string_view name) { return {name, ColumnType
 constexpr SchemaColumn real(std::string_view name) { return {name, ColumnType::Double}; }
 constexpr SchemaColumn flag(std::string_view name) { return {name, ColumnType::Boolean}; }
 constexpr SchemaColumn money(std::string_view name) { return {name, ColumnType::Money}; }
+/// The columns of a table.
+template <class... Columns>
+constexpr std::array<SchemaColumn, sizeof...(Columns)> list(const Columns&... columns) {
+  return {columns...};
+}
 constexpr SchemaColumn withDefault(SchemaColumn column, ColumnDefault standard) {
   column.standard = standard;
   return column;

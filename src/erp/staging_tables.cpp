@@ -7,7 +7,7 @@ namespace {
 
 using namespace columns;
 
-constexpr std::array importKopf{
+constexpr auto importKopf = list(
     key("JobID"), small("JobType"), small("ImportType"), small("Status"), date("Eingangsdatum"),
     code("Kundennummer"), flag("AdresseAendernJN"), flag("ZahlungsartAendernJN"), code("Suchbegriff"),
     // The name and the subject are sort keys of the job list and sort like the code columns.
@@ -28,7 +28,7 @@ constexpr std::array importKopf{
     small("ProcessWarning"), text("KontoNummer"), code("Bankleitzahl"), text("KundengruppenShop"),
     small("AendStatShop"), text("Info"), text("Kündigungsgrund"), small("PreisabweichungGrund"),
     text("PreisabweichungGenehmigender"), date("PreisabweichungDatum"), text("PreisabweichungBemerkung"),
-    flag("Fehler"), flag("Erledigt"), flag("Neukunde")};
+    flag("Fehler"), flag("Erledigt"), flag("Neukunde"));
 
 // One index per sort order of the job list, each led by the job code; the sections of a run and the searches
 // for a customer's jobs use them as well. Each further index slows staging down.
@@ -40,21 +40,17 @@ constexpr std::array importKopfIndexes{
     SchemaIndex{"ImportKopf_Betreff", {"JobType", "Betreff"}},
     SchemaIndex{"ImportKopf_Freigabe", {"ProcessWarning"}, IndexKind::Released}};
 
-constexpr std::array importPos{code("JobID"),           key("ChildID"),
-                               small("JobType"),        code("Positionsnummer"),
-                               code("Vertragsart"),     code("Artikelnummer"),
-                               real("Menge"),           real("Preis"),
-                               text("Artikellangtext"), real("Auslieferungsmenge"),
-                               real("Fakturiermenge"),  flag("Lieferbereit"),
-                               flag("Fakturierbereit"), code("Mengeneinheit"),
-                               date("Liefertermin"),    integer("KostID"),
-                               real("Rabatt"),          real("Preiseinheit"),
-                               date("Vertragsende"),    text("Vertragstext")};
+constexpr auto importPos =
+    list(code("JobID"), key("ChildID"), small("JobType"), code("Positionsnummer"), code("Vertragsart"),
+         code("Artikelnummer"), real("Menge"), real("Preis"), text("Artikellangtext"),
+         real("Auslieferungsmenge"), real("Fakturiermenge"), flag("Lieferbereit"), flag("Fakturierbereit"),
+         code("Mengeneinheit"), date("Liefertermin"), integer("KostID"), real("Rabatt"), real("Preiseinheit"),
+         date("Vertragsende"), text("Vertragstext"));
 
 constexpr std::array importPosIndexes{SchemaIndex{"ImportPos_Job", {"JobID"}}};
 
-constexpr std::array lockControl{key("Dateiname"), key("Satz"), text("StationID"), text("SessionID"),
-                                 text("Benutzer")};
+constexpr auto lockControl =
+    list(key("Dateiname"), key("Satz"), text("StationID"), text("SessionID"), text("Benutzer"));
 
 constexpr std::array stagingTableList{SchemaTable{"ImportKopf", importKopf, importKopfIndexes},
                                       SchemaTable{"ImportPos", importPos, importPosIndexes},

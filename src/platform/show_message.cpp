@@ -1,24 +1,18 @@
 #include "platform/show_message.h"
 
-#include <exception>
+#include "platform/trapped.h"
 
 namespace qx {
 
 void showMessage(const Environment& environment, const Message& message) {
-  try {
-    environment.desktop.show(message);
-  } catch (const std::exception& error) {
-    environment.diagnostics.report({"box: " + message.text, error.what(), ""});
-  }
+  trapped(environment.diagnostics, {"box: " + message.text}, [&] { environment.desktop.show(message); });
 }
 
 bool askQuestion(const Environment& environment, const Message& question) {
-  try {
-    return environment.desktop.ask(question);
-  } catch (const std::exception& error) {
-    environment.diagnostics.report({"question: " + question.text, error.what(), ""});
-    return false;
-  }
+  bool agreed = false;
+  trapped(environment.diagnostics, {"question: " + question.text},
+          [&] { agreed = environment.desktop.ask(question); });
+  return agreed;
 }
 
 } // namespace qx

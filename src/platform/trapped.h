@@ -5,16 +5,21 @@
 #include "platform/system.h"
 
 #include <exception>
+#include <functional>
 #include <new>
 #include <string_view>
 #include <utility>
 
 namespace qx {
 
+inline bool isOutOfMemory(const std::exception& failure) {
+  return dynamic_cast<const std::bad_alloc*>(&failure) != nullptr;
+}
+
 /// Whether a failure concerns more than the current job or setting: any database failure other than a refused
 /// statement, or a lack of memory.
 inline bool isFatal(const std::exception& failure) {
-  if (dynamic_cast<const std::bad_alloc*>(&failure) != nullptr) return true;
+  if (isOutOfMemory(failure)) return true;
   return dynamic_cast<const DatabaseError*>(&failure) != nullptr &&
          dynamic_cast<const StatementError*>(&failure) == nullptr;
 }
@@ -24,7 +29,7 @@ struct Trap {
   std::string_view where;    ///< the name of the step in the diagnostics
   std::string_view job = {}; ///< the key of the job that it concerns
   /// Which failures reach the caller instead, unreported; null for none.
-  bool (*lets)(const std::exception& failure) = nullptr;
+  std::function<bool(const std::exception& failure)> lets = {};
 };
 
 /// Runs a step. Returns true when a failure was trapped: it has been reported and then passed to `react`,
@@ -35,7 +40,7 @@ bool trapped(Diagnostics& diagnostics, const Trap& trap, Step&& step, React&& re
     std::forward<Step>(step)();
     return false;
   } catch (const std::exception& failure) {
-    if (trap.lets != nullptr && trap.lets(failure)) throw;
+    if (trap.lets && trap.lets(failure)) throw;
     diagnostics.report({trap.where, failure.what(), trap.job});
     std::forward<React>(react)(failure);
     return true;

@@ -18,57 +18,24 @@ struct CodeTable {
   Sql (*lookup)(std::string_view code);
 };
 
+template <SqlLiteral beforeCode>
+Sql codeLookup(std::string_view code) {
+  return sql(SqlFragment<beforeCode>(), value(code), "'"_sql);
+}
+
 // The doubled blanks are part of the statements.
 constexpr std::array codeTables{
-    CodeTable{"Zahlungsart",
-              [](std::string_view code) {
-                return sql("SELECT  Zahlungsart From Zahlungsarten where Zahlungsart='"_sql, value(code),
-                           "'"_sql);
-              }},
-    CodeTable{"Vertreter",
-              [](std::string_view code) {
-                return sql("SELECT VertreterNr From Vertreter where VertreterNr ='"_sql, value(code),
-                           "'"_sql);
-              }},
-    CodeTable{"Preisliste",
-              [](std::string_view code) {
-                return sql("SELECT  Preisliste From PreislistenKopf where Preisliste = '"_sql, value(code),
-                           "'"_sql);
-              }},
-    CodeTable{"Kundengruppe",
-              [](std::string_view code) {
-                return sql("SELECT  Kundengruppe From Kundengruppen where Kundengruppe = '"_sql, value(code),
-                           "'"_sql);
-              }},
-    CodeTable{"Versandart",
-              [](std::string_view code) {
-                return sql("SELECT  Versandart From Versandtexte where Versandart = '"_sql, value(code),
-                           "'"_sql);
-              }},
-    CodeTable{"Vertragsart",
-              [](std::string_view code) {
-                return sql("SELECT Vertragsart From Vertragsarten where Vertragsart = '"_sql, value(code),
-                           "'"_sql);
-              }},
+    CodeTable{"Zahlungsart", codeLookup<"SELECT  Zahlungsart From Zahlungsarten where Zahlungsart='">},
+    CodeTable{"Vertreter", codeLookup<"SELECT VertreterNr From Vertreter where VertreterNr ='">},
+    CodeTable{"Preisliste", codeLookup<"SELECT  Preisliste From PreislistenKopf where Preisliste = '">},
+    CodeTable{"Kundengruppe", codeLookup<"SELECT  Kundengruppe From Kundengruppen where Kundengruppe = '">},
+    CodeTable{"Versandart", codeLookup<"SELECT  Versandart From Versandtexte where Versandart = '">},
+    CodeTable{"Vertragsart", codeLookup<"SELECT Vertragsart From Vertragsarten where Vertragsart = '">},
     CodeTable{"ZahlungsbedSchl",
-              [](std::string_view code) {
-                return sql("SELECT ZahlbedSchl From Zahlungsbedingungen where ZahlbedSchl = '"_sql,
-                           value(code), "'"_sql);
-              }},
-    CodeTable{"Währung",
-              [](std::string_view code) {
-                return sql("SELECT Währung From Währungen where Währung = '"_sql, value(code), "'"_sql);
-              }},
-    CodeTable{"Bankleitzahl",
-              [](std::string_view code) {
-                return sql("SELECT Bankleitzahl From Kreditinstitute where Bankleitzahl = '"_sql, value(code),
-                           "'"_sql);
-              }},
-    CodeTable{"Hauptkonto",
-              [](std::string_view code) {
-                return sql("SELECT Kundennummer From Kundenstamm where Kundennummer = '"_sql, value(code),
-                           "'"_sql);
-              }},
+              codeLookup<"SELECT ZahlbedSchl From Zahlungsbedingungen where ZahlbedSchl = '">},
+    CodeTable{"Währung", codeLookup<"SELECT Währung From Währungen where Währung = '">},
+    CodeTable{"Bankleitzahl", codeLookup<"SELECT Bankleitzahl From Kreditinstitute where Bankleitzahl = '">},
+    CodeTable{"Hauptkonto", codeLookup<"SELECT Kundennummer From Kundenstamm where Kundennummer = '">},
 };
 
 } // namespace

@@ -18,11 +18,6 @@ std::string describe(std::string_view store, std::string_view section, std::stri
   return text;
 }
 
-/// Whatever is skipped, a shortage of memory says nothing about one setting.
-bool isOutOfMemory(const std::exception& failure) {
-  return dynamic_cast<const std::bad_alloc*>(&failure) != nullptr;
-}
-
 Session& connectedSession(const Environment& environment) {
   if (!environment.session) throw std::runtime_error("no ERP session is connected");
   return *environment.session;
@@ -34,6 +29,7 @@ Session& connectedSession(const Environment& environment) {
 template <class Access>
 std::optional<std::string> Settings::attempt(const std::string& where, Access&& access) const {
   std::optional<std::string> text;
+  // Whatever is skipped, a shortage of memory says nothing about one setting.
   trapped(
       environment_.diagnostics, {where, {}, &isOutOfMemory}, [&] { text = access(); },
       [this](const std::exception& failure) {

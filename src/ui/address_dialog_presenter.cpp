@@ -2,12 +2,12 @@
 
 #include "model/text.h"
 #include "platform/german_cause.h"
+#include "platform/trapped.h"
 #include "ui/address_lines.h"
 
 #include "ui/lookup_bridge.h"
 
 #include <algorithm>
-#include <exception>
 #include <utility>
 #include <vector>
 
@@ -18,16 +18,10 @@ constexpr std::string_view customerLookup = "Kundenauskunft";
 constexpr std::string_view addressLookup = "Adressauskunft";
 
 constexpr std::array deliveryControls{
-    ControlSpec{.name = "txtVS_KdNr",
-                .caption = "&Kundennummer",
-                .picture = "imgVS_KdNr",
-                .button = "cmdVS_KdNr",
-                .lookup = customerLookup},
-    ControlSpec{.name = "txtVS_AdrNr",
-                .caption = "&Adressnummer",
-                .picture = "imgVS_AdrNr",
-                .button = "cmdVS_AdrNr",
-                .lookup = addressLookup},
+    ControlSpec{"txtVS_KdNr", "&Kundennummer", ControlKind::Text, "", "imgVS_KdNr", "cmdVS_KdNr",
+                customerLookup},
+    ControlSpec{"txtVS_AdrNr", "&Adressnummer", ControlKind::Text, "", "imgVS_AdrNr", "cmdVS_AdrNr",
+                addressLookup},
     ControlSpec{.name = "txtVS_Bez1", .caption = "Bezeichnung &1", .picture = "imgVS_Bez1"},
     ControlSpec{.name = "txtVS_Bez2", .caption = "Bezeichnung &2", .picture = "imgVS_Bez2"},
     ControlSpec{.name = "txtVS_Bez3", .caption = "Bezeichnung &3", .picture = "imgVS_Bez3"},
@@ -38,16 +32,10 @@ constexpr std::array deliveryControls{
 };
 
 constexpr std::array invoiceControls{
-    ControlSpec{.name = "txtRG_KdNr",
-                .caption = "K&undennummer",
-                .picture = "imgRG_KdNr",
-                .button = "cmdRG_KdNr",
-                .lookup = customerLookup},
-    ControlSpec{.name = "txtRG_AdrNr",
-                .caption = "A&dressnummer",
-                .picture = "imgRG_AdrNr",
-                .button = "cmdRG_AdrNr",
-                .lookup = addressLookup},
+    ControlSpec{"txtRG_KdNr", "K&undennummer", ControlKind::Text, "", "imgRG_KdNr", "cmdRG_KdNr",
+                customerLookup},
+    ControlSpec{"txtRG_AdrNr", "A&dressnummer", ControlKind::Text, "", "imgRG_AdrNr", "cmdRG_AdrNr",
+                addressLookup},
     ControlSpec{.name = "txtRG_Bez1", .caption = "Bezeichnung 1", .picture = "imgRG_Bez1"},
     ControlSpec{.name = "txtRG_Bez2", .caption = "Bezeichnung 2", .picture = "imgRG_Bez2"},
     ControlSpec{.name = "txtRG_Bez3", .caption = "Bezeichnung 3", .picture = "imgRG_Bez3"},
@@ -147,12 +135,12 @@ bool AddressDialogPresenter::lookUp(std::size_t index) {
 bool AddressDialogPresenter::takeGeneral(Block block, std::string_view number) {
   const BlockSpec& spec = specsOfBlocks()[slot(block)];
   std::optional<Adresse> lines;
-  try {
-    lines = CustomerAddresses(context_.environment).generalAddress(number);
-  } catch (const std::exception& error) {
-    context_.environment.diagnostics.report({"general address of a job", error.what(), number});
-    notice_ = "Die Adresse kann nicht gelesen werden: " + germanCause(error);
-  }
+  trapped(
+      context_.environment.diagnostics, {"general address of a job", number},
+      [&] { lines = CustomerAddresses(context_.environment).generalAddress(number); },
+      [&](const std::exception& error) {
+        notice_ = "Die Adresse kann nicht gelesen werden: " + germanCause(error);
+      });
   if (!lines) return false;
   type(*find(spec.customer()), "");
   type(*find(spec.number()), "");
@@ -195,7 +183,7 @@ void AddressDialogPresenter::readStored(Block which) {
   notice_.clear();
   mark(spec.customer(), CheckStatus::Clean);
   mark(spec.number(), CheckStatus::Clean);
-  try {
+  const auto read = [&] {
     const CustomerAddresses addresses(context_.environment);
     stored_[slot(which)] = addresses.GetAdressDaten(customer, edited.number);
     const bool unknown = !stored_[slot(which)] && !isOwn(which);
@@ -204,10 +192,11 @@ void AddressDialogPresenter::readStored(Block which) {
            "Die Adresse " + edited.number + " des Kunden " + customer + " ist nicht angelegt.");
     else if (unknown)
       mark(spec.customer(), CheckStatus::Error, "Der Kunde " + customer + " ist nicht angelegt.");
-  } catch (const std::exception& error) {
-    context_.environment.diagnostics.report({"stored address of a job", error.what(), customer});
-    notice_ = "Die Stammadresse kann nicht gelesen werden: " + germanCause(error);
-  }
+  };
+  trapped(context_.environment.diagnostics, {"stored address of a job", customer}, read,
+          [&](const std::exception& error) {
+            notice_ = "Die Stammadresse kann nicht gelesen werden: " + germanCause(error);
+          });
   compare(which);
 }
 

@@ -1,20 +1,20 @@
 #include "ui/addressed_job_dialog_presenter.h"
 
-#include "model/text.h"
-#include "rules/combo_lists.h"
-#include "ui/address_lines.h"
-
+#include "engine/code_rules.h"
 #include "engine/hints.h"
 #include "rules/active_connection.h"
+#include "rules/combo_lists.h"
 #include "settings/settings.h"
+#include "ui/address_lines.h"
+
 #include <deque>
 #include <utility>
 
 namespace qx {
 namespace {
 
-/// A combo, the rule that an unknown code of it breaks in a customer and in an order, and the list that fills
-/// it.
+/// The rules that an unknown code breaks in a customer and in an order, and the list of its combo; null for
+/// a code that is typed.
 struct CodeControl {
   Rule customer;
   Rule order;
@@ -22,6 +22,9 @@ struct CodeControl {
 
   std::string_view control() const { return terms(customer).dialog.control; }
 };
+
+constexpr std::string_view bankControl = "txtBlz";
+constexpr std::string_view accountControl = "txtHauptkonto";
 
 constexpr std::array codeControls{
     CodeControl{Rule::CustomerSalesRep, Rule::OrderSalesRep, &ComboLists::FillComboVertreter},
@@ -32,6 +35,8 @@ constexpr std::array codeControls{
     CodeControl{Rule::PriceList, Rule::PriceList, &ComboLists::FillComboPreisliste},
     CodeControl{Rule::Currency, Rule::Currency, &ComboLists::FillComboWährung},
     CodeControl{Rule::EntryCurrency, Rule::EntryCurrency, &ComboLists::FillComboWährung},
+    CodeControl{Rule::CustomerBank, Rule::OrderBank, nullptr},
+    CodeControl{Rule::CustomerAccount, Rule::OrderAccount, nullptr},
 };
 
 } // namespace
@@ -75,11 +80,11 @@ std::unique_ptr<Recordset> AddressedJobDialogPresenter::open(std::string_view jo
 void AddressedJobDialogPresenter::checkHeader(bool failureCounts) {
   readAddresses();
   fillCodes();
-  checking("Prüfen der Bank", [this] { checkBank(); });
+  checkBank();
   reportFailure(failureCounts);
   checkCustomer();
   checkAddresses();
-  checking("Prüfen des Hauptkontos", [this] { checkAccount(); });
+  checkCode(accountControl);
   checkHints();
 }
 
@@ -108,34 +113,34 @@ void AddressedJobDialogPresenter::readAddresses() {
 
 void AddressedJobDialogPresenter::fillCodes() {
   for (const CodeControl& code : codeControls) {
-    if (!has(code.control())) continue;
-    checking(code.control(), [&] {
+    if (code.list == nullptr || !has(code.control())) continue;
+    checking("Füllen von " + std::string(code.control()), [&] {
       ComboFiller filler(contentOf(code.control()));
       (ComboLists(environment()).*code.list)(filler, text(code.control()));
-      checkCode(code.control());
     });
+    checkCode(code.control());
   }
 }
 
 void AddressedJobDialogPresenter::checkCode(std::string_view control) {
   for (const CodeControl& code : codeControls) {
     if (code.control() != control) continue;
-    const std::string value = text(control);
-    const bool known = select(control) || value.empty();
-    report(known, Finding(ruleOf({code.customer, code.order}), value));
+    if (code.list != nullptr) select(control);
+    const Rule rule = ruleOf({code.customer, code.order});
+    checking(control, [&] { report(unknownCode(masterData(), fields(), rule), {rule}); });
   }
 }
 
 /// The name of the bank belongs to its code. A job without a name takes that of the code.
 void AddressedJobDialogPresenter::checkBank() {
-  const std::string code = text("txtBlz");
-  const std::string name = code.empty() ? std::string() : masterData().GetBankverbindung(code);
-  const bool unknown = !code.empty() && name.empty();
-  const std::string given = text("txtKreditinstitut");
-  const bool differs = !name.empty() && !given.empty() && name != given;
-  report(!unknown, Finding(ruleOf({Rule::CustomerBank, Rule::OrderBank}), code));
-  report(!differs, Finding(Rule::BankName, given, name));
-  at("txtKreditinstitut").master = differs ? std::optional(name) : std::nullopt;
+  checkCode(bankControl);
+  checking("Prüfen der Bank", [this] {
+    const std::string name = masterData().GetBankverbindung(text(bankControl));
+    const std::string given = text("txtKreditinstitut");
+    const bool differs = !name.empty() && !given.empty() && name != given;
+    report(!differs, Finding(Rule::BankName, given, name));
+    at("txtKreditinstitut").master = differs ? std::optional(name) : std::nullopt;
+  });
 }
 
 void AddressedJobDialogPresenter::checkCustomer() {
@@ -152,39 +157,31 @@ void AddressedJobDialogPresenter::checkCustomer() {
 }
 
 void AddressedJobDialogPresenter::checkAddresses() {
-  for (std::size_t block = 0; block < blocks().size(); ++block)
-    checking(blocks()[block].customer, [&] { checkBlock(blocks()[block], lines_[block]); });
+  checking("Prüfen der Adressen", [this] {
+    const Findings keys = addressKeys();
+    for (std::size_t block = 0; block < blocks().size(); ++block)
+      checkBlock(blocks()[block], lines_[block], keys);
+  });
 }
 
-void AddressedJobDialogPresenter::checkBlock(const BlockSpec& spec, const Adresse& lines) {
-  const std::string own = text("txtKundennummer");
+void AddressedJobDialogPresenter::checkBlock(const BlockSpec& spec, const Adresse& lines,
+                                             const Findings& keys) {
+  const Rule unknown = ruleOf(spec.unknown);
+  report(keys, {unknown});
+  const std::string customer = text(spec.customer);
   const std::string number = text(spec.number);
-  std::string customer = text(spec.customer);
-  const bool noKey = customer.empty() && number.empty();
-  if (customer.empty()) customer = own;
-  // The job's own number without an address number stands for the customer that the job creates, and with
-  // lines for the address that it brings along.
-  const bool brought = number.empty() || (createsAddresses() && lines != Adresse());
-  const bool exists =
-      noKey || (brought && equalCodes(customer, own)) || storedAddresses().KundeAngelegt(customer, number);
-  report(exists, Finding(ruleOf(spec.unknown), customer));
   std::optional<Adresse> stored;
-  if (exists && !noKey) stored = storedAddresses().GetAdressDaten(customer, number);
+  if (!keys.holds(unknown) && !(customer.empty() && number.empty()))
+    stored = storedAddresses().GetAdressDaten(customer.empty() ? text("txtKundennummer") : customer, number);
   const bool differs = stored && lines != Adresse() && lines != *stored;
   report(!differs, Finding(ruleOf(spec.differs), oneLine(lines), oneLine(stored.value_or(Adresse()))));
 }
 
-void AddressedJobDialogPresenter::checkAccount() {
-  const std::string account = text("txtHauptkonto");
-  const bool fine = account.empty() || storedAddresses().KundeAngelegt(account);
-  report(fine, Finding(ruleOf({Rule::CustomerAccount, Rule::OrderAccount}), account));
-}
-
 void AddressedJobDialogPresenter::check(std::string_view control) {
-  checkCode(control);
-  if (control == "txtBlz" || control == "txtKreditinstitut")
-    checking("Prüfen der Bank", [this] { checkBank(); });
-  if (control == "txtHauptkonto") checking("Prüfen des Hauptkontos", [this] { checkAccount(); });
+  if (control == bankControl || control == "txtKreditinstitut")
+    checkBank();
+  else
+    checkCode(control);
   const bool customer = control == "txtKundennummer";
   if (customer) checkCustomer();
   for (const BlockSpec& block : blocks())
@@ -222,7 +219,7 @@ void AddressedJobDialogPresenter::takeLookup(std::string_view control,
     }
   }
   if (!addressKey) put(control, chosen.front());
-  if (control == "txtBlz") put("txtKreditinstitut", masterData().GetBankverbindung(chosen.front()));
+  if (control == bankControl) put("txtKreditinstitut", masterData().GetBankverbindung(chosen.front()));
   check(control);
 }
 
@@ -245,7 +242,7 @@ void AddressedJobDialogPresenter::takeAddresses(const AddressDialogPresenter& ed
     type(*find(blocks()[block].number), taken.number);
     lines_[block] = taken.lines;
   }
-  trying("Prüfen der Adressen", [this] { checkAddresses(); });
+  checkAddresses();
   checkHints();
 }
 

@@ -38,8 +38,8 @@ protected:
   /// Removes what `compareCustomer` may have reported.
   virtual void clearComparison() = 0;
 
-  /// Whether the job creates an address of which it gives the lines.
-  virtual bool createsAddresses() const = 0;
+  /// Which customers and addresses the master data do not know, to which goods and invoices go.
+  virtual Findings addressKeys() const = 0;
   /// Reads the addresses, fills the combos and runs every check of the header. `failureCounts`: whether a
   /// reason that stands in the job counts for its status.
   void checkHeader(bool failureCounts = false);
@@ -66,9 +66,8 @@ private:
   void fillCodes();
   void checkBank();
   void checkAddresses();
-  void checkAccount();
   void checkCode(std::string_view control);
-  void checkBlock(const BlockSpec& spec, const Adresse& lines);
+  void checkBlock(const BlockSpec& spec, const Adresse& lines, const Findings& keys);
   AddressBlock blockOf(const BlockSpec& spec, const Adresse& lines) const;
 
   std::array<Adresse, 2> lines_;  ///< delivery and invoice, as the clerk left them

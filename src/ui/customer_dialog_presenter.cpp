@@ -1,6 +1,6 @@
 #include "ui/customer_dialog_presenter.h"
 
-#include "engine/customer_proof.h"
+#include "engine/customer_check.h"
 #include "model/text.h"
 #include "platform/show_message.h"
 #include "settings/settings.h"
@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <array>
+#include <initializer_list>
 #include <string>
 #include <vector>
 
@@ -20,11 +21,7 @@ constexpr std::array customerControls{
     shared::customerNumber,
     ControlSpec{.name = "txtSuchbegriff", .caption = "S&uchbegriff", .column = "Suchbegriff"},
     shared::account,
-    ControlSpec{.name = "tdbKundengruppe",
-                .caption = "Kunden&gruppe",
-                .kind = ControlKind::Combo,
-                .column = "Kundengruppe",
-                .picture = "imgKundengruppe"},
+    ControlSpec{"tdbKundengruppe", "Kunden&gruppe", ControlKind::Combo, "Kundengruppe", "imgKundengruppe"},
     shared::salesRep,
     shared::priceList,
     shared::release,
@@ -45,16 +42,8 @@ constexpr std::array addressControls{
 constexpr std::array paymentControls{
     shared::paymentMethod,
     shared::paymentTerms,
-    ControlSpec{.name = "tdbWährung",
-                .caption = "Währung",
-                .kind = ControlKind::Combo,
-                .column = "Währung",
-                .picture = "imgWährung"},
-    ControlSpec{.name = "tdbWährungEG",
-                .caption = "Währung der Eingabe",
-                .kind = ControlKind::Combo,
-                .column = "WährungEingabe",
-                .picture = "imgWährungEG"},
+    ControlSpec{"tdbWährung", "Währung", ControlKind::Combo, "Währung", "imgWährung"},
+    ControlSpec{"tdbWährungEG", "Währung der Eingabe", ControlKind::Combo, "WährungEingabe", "imgWährungEG"},
 };
 
 constexpr std::array individualControls{
@@ -74,6 +63,10 @@ constexpr std::array customerGroups{ControlGroup{"Kunde", customerControls},
                                     ControlGroup{"Bemerkung", shared::noteControls},
                                     ControlGroup{"Individuell", individualControls}};
 
+constexpr std::initializer_list<Rule> comparedRules{
+    Rule::CustomerName1,    Rule::CustomerName2, Rule::CustomerName3,  Rule::CustomerStreet,
+    Rule::CustomerPostCode, Rule::CustomerCity,  Rule::CustomerCountry};
+
 } // namespace
 
 CustomerDialogPresenter::CustomerDialogPresenter(const DialogContext& context)
@@ -86,9 +79,6 @@ std::string CustomerDialogPresenter::title() const {
 }
 
 void CustomerDialogPresenter::fill() {
-  unspoken_.clear();
-  for (const ComparedLine& compared : comparedLines)
-    if (isUnspoken(compared.column)) unspoken_.push_back(compared.control());
   checkHeader();
   checkAnswer();
   trying("Laden der Verträge", [this] { reloadGrid(); });
@@ -109,7 +99,7 @@ void CustomerDialogPresenter::takeAddresses(const AddressDialogPresenter& edited
 void CustomerDialogPresenter::checkAnswer() {
   checking("Prüfen des Kundenvorgangs", [this] {
     const bool compare = Settings(environment())[option::compareAddresses];
-    const Findings found = CustomerProof(environment(), compare).prove(fields());
+    const Findings found = CustomerCheck(environment(), compare).check(fields());
     answer_ = found.status();
     // A finding for which no field stands is not to be missed.
     findings_.clear(Rule::OtherFindings);
@@ -126,7 +116,7 @@ void CustomerDialogPresenter::checkAnswer() {
 }
 
 void CustomerDialogPresenter::checkContracts() {
-  const Findings found = CustomerProof(environment(), false).contracts(text("txtKundennummer"));
+  const Findings found = CustomerCheck(environment(), false).contracts(text("txtKundennummer"));
   contractAnswer_ = found.status();
   findings_.report(found, {Rule::CustomerContractErrors, Rule::CustomerContractWarnings});
 }
@@ -144,8 +134,8 @@ void CustomerDialogPresenter::stored() {
 void CustomerDialogPresenter::check(std::string_view control) {
   AddressedJobDialogPresenter::check(control);
   if (control == "txtKundennummer") trying("Laden der Verträge", [this] { reloadGrid(); });
-  for (const ComparedLine& compared : comparedLines)
-    if (compared.control() == control) checkCustomer();
+  for (const Rule rule : comparedRules)
+    if (terms(rule).dialog.control == control) checkCustomer();
   checkAnswer();
 }
 
@@ -159,22 +149,25 @@ void CustomerDialogPresenter::reportUnknownCustomer(const std::string& number) {
 
 void CustomerDialogPresenter::compareCustomer(const Adresse& stored) {
   at("txtKundennummer").description = stored.Bez1;
-  for (const ComparedLine& compared : comparedLines) {
-    const std::string& master = stored.*compared.line;
-    // What the job does not speak of stays as the master has it.
-    const std::string typed = text(compared.control());
-    const bool kept = typed.empty() && std::ranges::find(unspoken_, compared.control()) != unspoken_.end();
-    const bool equal = kept || typed == master;
-    report(equal, Finding(compared.customer, typed, master));
-    at(compared.control()).master = equal ? std::nullopt : std::optional(master);
-  }
+  showDifferences(mainAddressDifferences(fields(), stored));
 }
 
-void CustomerDialogPresenter::clearComparison() {
-  for (const ComparedLine& compared : comparedLines) {
-    report(true, Finding(compared.customer));
-    at(compared.control()).master.reset();
-  }
+void CustomerDialogPresenter::clearComparison() { showDifferences({}); }
+
+void CustomerDialogPresenter::showDifferences(const Findings& found) {
+  report(found, comparedRules);
+  for (const Rule rule : comparedRules) at(terms(rule).dialog.control).master.reset();
+  for (const Finding& each : found) at(terms(each.rule).dialog.control).master = each.stored;
+}
+
+Findings CustomerDialogPresenter::addressKeys() const {
+  return CustomerCheck(environment(), false).addressKeys(fields());
+}
+
+/// A field that the clerk empties is spoken of, unlike one that the job leaves out.
+Value CustomerDialogPresenter::current(ColumnName column) const {
+  Value shown = AddressedJobDialogPresenter::current(column);
+  return shown.isNull() && !loaded(column).isNull() ? Value("") : shown;
 }
 
 /// Contracts name their customer by its number only: under the old one nobody would find them.

@@ -21,7 +21,8 @@ public:
 
 protected:
   bool isDone(std::int16_t jobType) const override { return jobType == qxtJobKundenDone; }
-  bool createsAddresses() const override { return true; }
+  Findings addressKeys() const override;
+  Value current(ColumnName column) const override;
   void fill() override;
   void check(std::string_view control) override;
   void prepareSaving() override;
@@ -34,14 +35,14 @@ protected:
 private:
   /// What the check of the job says of the values that are shown.
   void checkAnswer();
+  void showDifferences(const Findings& found);
   void reloadGrid();
   void checkContracts();
 
   ContractGrid contracts_;
   CheckStatus answer_ = CheckStatus::Clean;         ///< of the check
   CheckStatus contractAnswer_ = CheckStatus::Clean; ///< what its contracts make of it
-  std::vector<std::string_view> unspoken_; ///< compared controls whose column the job leaves as it is
-  bool moveContracts_ = false;             ///< the contracts that came with it follow its new number
+  bool moveContracts_ = false;                      ///< the contracts that came with it follow its new number
 };
 
 } // namespace qx

@@ -1,23 +1,18 @@
 #include "ui/database_wait.h"
 
-#include <exception>
+#include "platform/trapped.h"
 
 namespace qx {
 
 bool awaitDatabase(Environment& environment, BusyWait* wait) {
   const auto connection = environment.connection;
   if (!connection || !connection->ownsWork() || connection->inWork()) return true;
-  try {
-    // Waits by beginning a unit, which ends without a change.
-    const WorkUnit unit(*connection, wait);
-    return true;
-  } catch (const BusyError& error) {
-    environment.diagnostics.report({"waiting for the database", error.what(), {}});
-    return false;
-  } catch (const std::exception& error) {
-    environment.diagnostics.report({"waiting for the database", error.what(), {}});
-    return true;
-  }
+  bool stayedBusy = false;
+  // Waits by beginning a unit, which ends without a change.
+  trapped(
+      environment.diagnostics, {"waiting for the database"}, [&] { const WorkUnit unit(*connection, wait); },
+      [&](const std::exception& error) { stayedBusy = dynamic_cast<const BusyError*>(&error) != nullptr; });
+  return !stayedBusy;
 }
 
 } // namespace qx

@@ -22,9 +22,9 @@ void FindingList::report(const Findings& found, std::initializer_list<Rule> rule
       return terms(each.rule).dialog.code == terms(rule).dialog.code;
     };
     if (std::ranges::none_of(found, sameCode)) clear(rule);
+    if (const auto broken = std::ranges::find(found, rule, &Finding::rule); broken != found.end())
+      report(false, *broken);
   }
-  for (const Finding& each : found)
-    if (std::ranges::find(rules, each.rule) != rules.end()) report(false, each);
 }
 
 void FindingList::clearItem(std::string_view item) {

@@ -145,21 +145,17 @@ bool JobDialogPresenter::stillLocked() {
 }
 
 bool JobDialogPresenter::edit(std::string_view& failure, const std::function<void()>& work) {
-  try {
-    editing_.edit(job_, work, makeWait(context_.wait).get());
-    return true;
-  } catch (const JobChangedError& error) {
-    tellLoss(error);
-  } catch (const std::exception& error) {
-    environment().diagnostics.report({failure, error.what(), jobId()});
+  const auto loss = [&](const std::exception& error) {
+    if (const auto* lost = dynamic_cast<const JobChangedError*>(&error)) return tellLoss(*lost);
     notice_ = std::string(failure) + ": " + germanCause(error);
     showMessage(environment(), {std::string(failure), std::string(defaultTitle), MessageIcon::Critical});
-  }
-  return false;
+  };
+  return !trapped(
+      environment().diagnostics, {"saving a job", jobId()},
+      [&] { editing_.edit(job_, work, makeWait(context_.wait).get()); }, loss);
 }
 
 void JobDialogPresenter::tellLoss(const JobChangedError& error) {
-  environment().diagnostics.report({"saving a job", error.what(), jobId()});
   loss_ = error.gone() ? JobLoss::Gone : JobLoss::Changed;
   if (!error.gone()) {
     notice_ = changedNotice;

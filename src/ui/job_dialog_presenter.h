@@ -165,8 +165,6 @@ protected:
   const ReadJob& job() const { return job_; }
   /// The text of a column there.
   std::string staged(ColumnName column) const { return job_.header.at(0, column).text(); }
-  /// The job does not speak of the column: what is stored for it elsewhere stays.
-  bool isUnspoken(ColumnName column) const { return job_.header.at(0, column).isNull(); }
 
   /// Waits for a program that writes. False when the clerk has given up.
   bool awaitDatabase() const { return qx::awaitDatabase(environment(), makeWait(context_.wait).get()); }

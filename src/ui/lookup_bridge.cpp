@@ -2,11 +2,13 @@
 
 #include "model/text.h"
 #include "platform/show_message.h"
+#include "platform/trapped.h"
 
 #include <algorithm>
 #include <array>
-#include <exception>
 #include <optional>
+#include <stdexcept>
+#include <utility>
 
 namespace qx {
 namespace {
@@ -106,20 +108,16 @@ std::vector<std::string> LookupBridge::open(std::string_view lookup, std::string
     showMessage(environment_, {"Diese Auskunft wird nicht unterstützt!"});
     return {};
   }
-  const auto failed = [&](std::string_view cause) {
-    environment_.diagnostics.report({request->recordSource, cause, ""});
-    return std::vector<std::string>();
-  };
-  try {
+  std::vector<std::string> chosen;
+  trapped(environment_.diagnostics, {request->recordSource}, [&] {
     const std::shared_ptr<Session> session = environment_.session;
-    if (!session) return failed("there is no ERP session");
-    std::vector<std::string> chosen = environment_.components.createAuskunft()->show(*session, *request);
-    if (!chosen.empty() && chosen.size() != request->resultFields.size())
-      return failed("the lookup did not give all of its result fields");
-    return chosen;
-  } catch (const std::exception& error) {
-    return failed(error.what());
-  }
+    if (!session) throw std::runtime_error("there is no ERP session");
+    std::vector<std::string> fields = environment_.components.createAuskunft()->show(*session, *request);
+    if (!fields.empty() && fields.size() != request->resultFields.size())
+      throw std::runtime_error("the lookup did not give all of its result fields");
+    chosen = std::move(fields);
+  });
+  return chosen;
 }
 
 } // namespace qx

@@ -2,7 +2,9 @@
 
 #include "engine/order_check.h"
 #include "model/date.h"
+#include "model/text.h"
 #include "platform/whole_number.h"
+#include "rules/address_fields.h"
 #include "settings/settings.h"
 #include "ui/shared_controls.h"
 
@@ -45,6 +47,19 @@ constexpr std::array orderGroups{ControlGroup{"Kunde", orderCustomerControls},
                                  ControlGroup{"Bemerkung", shared::noteControls},
                                  ControlGroup{"Individuell", individualControls}};
 
+/// A line of an address that an order's dialog compares with the customer master, and the rule that it
+/// breaks.
+struct ComparedLine {
+  std::string Adresse::*line;
+  Rule rule;
+};
+
+constexpr std::array comparedLines{
+    ComparedLine{&Adresse::Bez1, Rule::OrderName1},   ComparedLine{&Adresse::Bez2, Rule::OrderName2},
+    ComparedLine{&Adresse::Bez3, Rule::OrderName3},   ComparedLine{&Adresse::Strasse, Rule::OrderStreet},
+    ComparedLine{&Adresse::PLZ, Rule::OrderPostCode}, ComparedLine{&Adresse::Ort, Rule::OrderCity},
+    ComparedLine{&Adresse::Land, Rule::OrderCountry}};
+
 } // namespace
 
 OrderDialogPresenter::OrderDialogPresenter(const DialogContext& context)
@@ -62,7 +77,7 @@ bool OrderDialogPresenter::changed() const {
 }
 
 void OrderDialogPresenter::fill() {
-  for (const ComparedLine& line : comparedLines) own_.*line.line = staged(line.column);
+  own_ = addressOf(mainAddress, [this](ColumnName column) { return staged(column); });
   receivedOn_ = staged("Eingangsdatum");
   // First, so that they are there whatever the checks meet.
   loadPositions();
@@ -121,6 +136,21 @@ void OrderDialogPresenter::reportUnknownCustomer(const std::string& number) {
   report(false, Finding(Rule::OrderCustomer, number));
 }
 
+Findings OrderDialogPresenter::addressKeys() const {
+  const std::string own = text("txtKundennummer");
+  Findings found;
+  for (const auto& [address, unknown] :
+       {std::pair{&deliveryAddress, Rule::OrderDelivery}, std::pair{&invoiceAddress, Rule::OrderInvoice}}) {
+    const std::string given = current(address->customer).text();
+    const std::string number = current(address->number).text();
+    // Of the order's customer himself another rule speaks.
+    const bool himself = number.empty() && (given.empty() || equalCodes(given, own));
+    if (!himself && !storedAddresses().KundeAngelegt(given.empty() ? own : given, number))
+      found.add(Finding(unknown, given));
+  }
+  return found;
+}
+
 void OrderDialogPresenter::compareCustomer(const Adresse& stored) {
   const bool divers = masterData().GetDiversKunde(text("txtKundennummer"));
   at("txtKundennummer").description =
@@ -131,12 +161,12 @@ void OrderDialogPresenter::compareCustomer(const Adresse& stored) {
     // A line that the order does not give means the customer's.
     const std::string& given = own_.*line.line;
     const bool equal = given.empty() || given == stored.*line.line;
-    findings_.report(equal, Finding(line.order, given, stored.*line.line));
+    findings_.report(equal, Finding(line.rule, given, stored.*line.line));
   }
 }
 
 void OrderDialogPresenter::clearComparison() {
-  for (const ComparedLine& line : comparedLines) findings_.clear(line.order);
+  for (const ComparedLine& line : comparedLines) findings_.clear(line.rule);
   findings_.clear(Rule::CustomersShippingMethod);
   findings_.clear(Rule::CustomersPaymentMethod);
 }

@@ -18,7 +18,7 @@ public:
 
 protected:
   bool isDone(std::int16_t jobType) const override { return jobType == qxtJobAufträgeDone; }
-  bool createsAddresses() const override { return false; }
+  Findings addressKeys() const override;
   void fill() override;
   void check(std::string_view control) override;
   void prepareSaving() override { checkMore(checksLeft()); }

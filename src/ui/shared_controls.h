@@ -11,45 +11,23 @@
 
 namespace qx::shared_controls {
 
-inline constexpr ControlSpec customerNumber{.name = "txtKundennummer",
-                                            .caption = "&Kundennummer",
-                                            .column = "Kundennummer",
-                                            .picture = "imgKundennummer",
-                                            .button = "cmdKundennummer",
-                                            .lookup = "Kundenauskunft",
-                                            .description = "lblKundennummer"};
-inline constexpr ControlSpec account{.name = "txtHauptkonto",
-                                     .caption = "&Hauptkonto",
-                                     .column = "Hauptkonto",
-                                     .picture = "imgHauptkonto",
-                                     .button = "cmdHauptkonto",
-                                     .lookup = "Kundenauskunft"};
+inline constexpr ControlSpec customerNumber{"txtKundennummer", "&Kundennummer",   ControlKind::Text,
+                                            "Kundennummer",    "imgKundennummer", "cmdKundennummer",
+                                            "Kundenauskunft",  "lblKundennummer"};
+inline constexpr ControlSpec account{"txtHauptkonto", "&Hauptkonto",   ControlKind::Text, "Hauptkonto",
+                                     "imgHauptkonto", "cmdHauptkonto", "Kundenauskunft"};
 inline constexpr ControlSpec telephone{.name = "txtTelefon", .caption = "&Telefon", .column = "Telefon"};
 inline constexpr ControlSpec fax{.name = "txtFax", .caption = "Tele&fax", .column = "Telefax"};
-inline constexpr ControlSpec salesRep{.name = "tdbVertreter1",
-                                      .caption = "&Vertreter",
-                                      .kind = ControlKind::Combo,
-                                      .column = "Vertreter1",
-                                      .picture = "imgVertreter1"};
-inline constexpr ControlSpec priceList{.name = "tdbPreisliste",
-                                       .caption = "Preis&liste",
-                                       .kind = ControlKind::Combo,
-                                       .column = "Preisliste",
-                                       .picture = "imgPreisliste"};
-inline constexpr ControlSpec release{.name = "chkProcessWaring",
-                                     .caption = "Trotz &Warnungen verarbeiten",
-                                     .kind = ControlKind::Check,
-                                     .column = "ProcessWarning"};
-inline constexpr ControlSpec paymentMethod{.name = "tdbZahlungsart",
-                                           .caption = "&Zahlungsart",
-                                           .kind = ControlKind::Combo,
-                                           .column = "Zahlungsart",
-                                           .picture = "imgZahlungsart"};
-inline constexpr ControlSpec paymentTerms{.name = "tdbZahlungsbed",
-                                          .caption = "Zahlungs&bedingung",
-                                          .kind = ControlKind::Combo,
-                                          .column = "ZahlungsbedSchl",
-                                          .picture = "imgZahlungsbed"};
+inline constexpr ControlSpec salesRep{"tdbVertreter1", "&Vertreter", ControlKind::Combo, "Vertreter1",
+                                      "imgVertreter1"};
+inline constexpr ControlSpec priceList{"tdbPreisliste", "Preis&liste", ControlKind::Combo, "Preisliste",
+                                       "imgPreisliste"};
+inline constexpr ControlSpec release{"chkProcessWaring", "Trotz &Warnungen verarbeiten", ControlKind::Check,
+                                     "ProcessWarning"};
+inline constexpr ControlSpec paymentMethod{"tdbZahlungsart", "&Zahlungsart", ControlKind::Combo,
+                                           "Zahlungsart", "imgZahlungsart"};
+inline constexpr ControlSpec paymentTerms{"tdbZahlungsbed", "Zahlungs&bedingung", ControlKind::Combo,
+                                          "ZahlungsbedSchl", "imgZahlungsbed"};
 inline constexpr ControlSpec individual1{
     .name = "txtIndFild1", .caption = "Kennzeichen 1", .column = "IndFild1", .customerSpecific = true};
 inline constexpr ControlSpec individual3{
@@ -58,79 +36,29 @@ inline constexpr ControlSpec individual4{
     .name = "txtIndFild4", .caption = "Kennzeichen 4", .column = "IndFild4", .customerSpecific = true};
 
 inline constexpr std::array deliveryControls{
-    ControlSpec{.name = "txtVersandKdn",
-                .caption = "Kundennummer",
-                .column = "VS_KdNr",
-                .picture = "imgVersandKdn",
-                .button = "cmdVersandKdn",
-                .lookup = "Kundenauskunft"},
-    ControlSpec{.name = "txtVersandAdr",
-                .caption = "Adressnummer",
-                .column = "VS_AdrNr",
-                .picture = "imgVersandAdr",
-                .button = "cmdVersandAdr",
-                .lookup = "Adressauskunft"},
-    ControlSpec{.name = "tdbVersandart",
-                .caption = "Vers&andart",
-                .kind = ControlKind::Combo,
-                .column = "Versandart",
-                .picture = "imgVersandart"},
+    ControlSpec{"txtVersandKdn", "Kundennummer", ControlKind::Text, "VS_KdNr", "imgVersandKdn",
+                "cmdVersandKdn", "Kundenauskunft"},
+    ControlSpec{"txtVersandAdr", "Adressnummer", ControlKind::Text, "VS_AdrNr", "imgVersandAdr",
+                "cmdVersandAdr", "Adressauskunft"},
+    ControlSpec{"tdbVersandart", "Vers&andart", ControlKind::Combo, "Versandart", "imgVersandart"},
 };
 
 inline constexpr std::array invoiceControls{
-    ControlSpec{.name = "txtRechnungKdnr",
-                .caption = "Kundennummer",
-                .column = "RG_KdNr",
-                .picture = "imgRechnungKdnr",
-                .button = "cmdRechnungKdnr",
-                .lookup = "Kundenauskunft"},
-    ControlSpec{.name = "txtRechnungAdr",
-                .caption = "Adressnummer",
-                .column = "RG_AdrNr",
-                .picture = "imgRechnungAdr",
-                .button = "cmdRechnungAdr",
-                .lookup = "Adressauskunft"},
+    ControlSpec{"txtRechnungKdnr", "Kundennummer", ControlKind::Text, "RG_KdNr", "imgRechnungKdnr",
+                "cmdRechnungKdnr", "Kundenauskunft"},
+    ControlSpec{"txtRechnungAdr", "Adressnummer", ControlKind::Text, "RG_AdrNr", "imgRechnungAdr",
+                "cmdRechnungAdr", "Adressauskunft"},
 };
 
 inline constexpr std::array bankControls{
     ControlSpec{.name = "txtKonto", .caption = "Konto", .column = "Konto"},
-    ControlSpec{.name = "txtBlz",
-                .caption = "Bankleitzahl",
-                .column = "BLZ",
-                .picture = "imgBlz",
-                .button = "cmdBLZ",
-                .lookup = "Kreditinstitutauskunft"},
-    ControlSpec{.name = "txtKreditinstitut",
-                .caption = "Kreditinstitut",
-                .column = "Kreditinstitut",
-                .picture = "imgKreditinstitut"},
+    ControlSpec{"txtBlz", "Bankleitzahl", ControlKind::Text, "BLZ", "imgBlz", "cmdBLZ",
+                "Kreditinstitutauskunft"},
+    ControlSpec{"txtKreditinstitut", "Kreditinstitut", ControlKind::Text, "Kreditinstitut",
+                "imgKreditinstitut"},
 };
 
-inline constexpr std::array noteControls{ControlSpec{
-    .name = "txtHinweis", .caption = "Be&merkung", .kind = ControlKind::Note, .column = "Bemerkung"}};
+inline constexpr std::array noteControls{
+    ControlSpec{"txtHinweis", "Be&merkung", ControlKind::Note, "Bemerkung"}};
 
 } // namespace qx::shared_controls
-
-namespace qx {
-
-/// A line of an address that is compared with the customer master, and the rule that it breaks in each
-/// dialog.
-struct ComparedLine {
-  ColumnName column;
-  std::string Adresse::*line;
-  Rule customer;
-  Rule order;
-
-  std::string_view control() const { return terms(customer).dialog.control; } ///< of the customer dialog
-};
-
-inline constexpr std::array comparedLines{
-    ComparedLine{"Bez1", &Adresse::Bez1, Rule::CustomerName1, Rule::OrderName1},
-    ComparedLine{"Bez2", &Adresse::Bez2, Rule::CustomerName2, Rule::OrderName2},
-    ComparedLine{"Bez3", &Adresse::Bez3, Rule::CustomerName3, Rule::OrderName3},
-    ComparedLine{"Strasse", &Adresse::Strasse, Rule::CustomerStreet, Rule::OrderStreet},
-    ComparedLine{"PLZ", &Adresse::PLZ, Rule::CustomerPostCode, Rule::OrderPostCode},
-    ComparedLine{"Ort", &Adresse::Ort, Rule::CustomerCity, Rule::OrderCity},
-    ComparedLine{"Land", &Adresse::Land, Rule::CustomerCountry, Rule::OrderCountry}};
-
-} // namespace qx

@@ -281,7 +281,7 @@ TEST_F(CustomerJobs, AnEvaluatedRunCanBeToldToLeaveTheCheckOut) {
   EXPECT_EQ(jobType("J1"), 13);
 }
 
-TEST_F(CustomerJobs, TheProofListsItsFindingsInOrderAndTakesTheWorst) {
+TEST_F(CustomerJobs, TheCheckListsItsFindingsInOrderAndTakesTheWorst) {
   stageCustomer("J0", "70001", [](KundeFields& job) {
     job.Bez2 = "Alt";
     job.VS_AdrNr = "2";
@@ -325,7 +325,7 @@ TEST_F(CustomerJobs, TheProofListsItsFindingsInOrderAndTakesTheWorst) {
                            "Im Kundenvertrag wurden ''Fehler'' festgestellt.\r\n");
 }
 
-TEST_F(CustomerJobs, TheProofComparesOnlyWhatTheJobSpeaksOf) {
+TEST_F(CustomerJobs, TheCheckComparesOnlyWhatTheJobSpeaksOf) {
   erp.setOption("KundeAdressProof", "1");
   erp::TableFiller(connection(), "Kundenstamm")
       .add({{"Kundennummer", "70001"}, {"Bez1", "Alt"}, {"Strasse", "Kai 1"}, {"Ort", "Kiel"}});
@@ -418,7 +418,7 @@ TEST_F(CustomerJobs, TaxFreeCustomersNeedATaxNumberAndNetPrices) {
   EXPECT_THAT(engine.checkJob("J1").hints(), ElementsAre());
 }
 
-TEST_F(CustomerJobs, TheProofOfANewCustomerAcceptsItsOwnNumberAsAddress) {
+TEST_F(CustomerJobs, TheCheckOfANewCustomerAcceptsItsOwnNumberAsAddress) {
   stageCustomer("J1", "70001", [](KundeFields& job) {
     job.VS_KdNr = "70001";
     job.RG_KdNr = "70001";

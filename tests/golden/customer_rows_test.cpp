@@ -8,10 +8,7 @@ namespace qx {
 namespace {
 
 constexpr const char* customerJob = R"(
-  JobID=C1
-  Status:14
-  Eingagsart:15
-  Eingangsdatum=05.10.2026
+  JobID=C1 | Status:14 | Eingagsart:15 | Eingangsdatum=05.10.2026
   Kundennummer Suchbegriff Bez1 Bez2 Bez3 Strasse Land PLZ Ort Telefon Telefax EMail
   Kundengruppe Vertreter1 Vertreter2 Vertreter3 Zahlungsart Konto BLZ Kreditinstitut Bemerkung
   Vertragsnummer Zahlungsweise
@@ -20,17 +17,12 @@ constexpr const char* customerJob = R"(
   IndFild1 IndFild2 IndFild3 IndFild4 VS_KdNr VS_AdrNr RG_KdNr RG_AdrNr Hauptkonto
   VS_Bez1 VS_Bez2 VS_Bez3 VS_Strasse VS_Land VS_PLZ VS_Ort
   RG_Bez1 RG_Bez2 RG_Bez3 RG_Strasse RG_Land RG_PLZ RG_Ort Preisliste
-  Preistyp:3
-  KundeSeit=06.10.2020
-  KundeVerlorenAm=07.10.2021
+  Preistyp:3 | KundeSeit=06.10.2020 | KundeVerlorenAm=07.10.2021
   GrundVerloren GrundVerlorenSchl
 )";
 
 constexpr const char* stagedDifferently = R"(
-  JobType=13
-  ImportType=10
-  VS_Straße=VS_Strasse
-  RG_Straße=RG_Strasse
+  JobType=13 | ImportType=10 | VS_Straße=VS_Strasse | RG_Straße=RG_Strasse
   ~ Eingagsart VS_Strasse RG_Strasse
 )";
 
@@ -49,58 +41,33 @@ TEST_F(CustomerRows, ANewCustomerWithItsCodesAndAddresses) {
   EXPECT_EQ(rows("ImportKopf"), expected(customerJob, "", stagedDifferently));
   EXPECT_EQ(rows("Kundenstamm"), expected(R"(
     Kundennummer
-    ÄndUser=Import
-    ÄndDatum=20261005000000
+    ÄndUser=Import | ÄndDatum=20261005000000
     Suchbegriff Bez1 Bez2 Bez3 Strasse Land PLZ Ort Telefon Telefax EMail Versandart Kundengruppe
-    VertreterNr1=Vertreter1
-    VertreterNr2=Vertreter2
-    VertreterNr3=Vertreter3
+    VertreterNr1=Vertreter1 | VertreterNr2=Vertreter2 | VertreterNr3=Vertreter3
     Zahlungsart Konto
     Bankleitzahl=BLZ
     VS_KdNr VS_AdrNr RG_KdNr RG_AdrNr Hauptkonto Preisliste
-    Preistyp=3
-    KundeSeit=06.10.2020
-    KundeVerlorenAm=07.10.2021
+    Preistyp=3 | KundeSeit=06.10.2020 | KundeVerlorenAm=07.10.2021
     GrundVerloren GrundVerlorenSchl UstIdentNr
     MwSt_KZ=IN
   )"));
   EXPECT_EQ(rows("Adressenstamm"), expected(R"(
-    Kundennummer=VS_KdNr
-    Adressnummer=VS_AdrNr
-    Bez1=VS_Bez1
-    Bez2=VS_Bez2
-    Bez3=VS_Bez3
-    Strasse=VS_Strasse
-    Land=VS_Land
-    PLZ=VS_PLZ
-    Ort=VS_Ort
+    Kundennummer=VS_KdNr | Adressnummer=VS_AdrNr | Bez1=VS_Bez1 | Bez2=VS_Bez2 | Bez3=VS_Bez3
+    Strasse=VS_Strasse | Land=VS_Land | PLZ=VS_PLZ | Ort=VS_Ort
     --
-    Kundennummer=RG_KdNr
-    Adressnummer=RG_AdrNr
-    Bez1=RG_Bez1
-    Bez2=RG_Bez2
-    Bez3=RG_Bez3
-    Strasse=RG_Strasse
-    Land=RG_Land
-    PLZ=RG_PLZ
-    Ort=RG_Ort
+    Kundennummer=RG_KdNr | Adressnummer=RG_AdrNr | Bez1=RG_Bez1 | Bez2=RG_Bez2 | Bez3=RG_Bez3
+    Strasse=RG_Strasse | Land=RG_Land | PLZ=RG_PLZ | Ort=RG_Ort
   )"));
   EXPECT_EQ(rows("Kundengruppen"), expected(R"(
     Kundengruppe
     Langtext=Kundengruppe Kundengruppe
   )"));
   EXPECT_EQ(rows("Vertreter"), expected(R"(
-    VertreterNr=Vertreter1
-    Suchbegriff=Vertreter Vertreter1
-    Bez1=Vertreter Vertreter1
+    VertreterNr=Vertreter1 | Suchbegriff=Vertreter Vertreter1 | Bez1=Vertreter Vertreter1
     --
-    VertreterNr=Vertreter2
-    Suchbegriff=Vertreter Vertreter2
-    Bez1=Vertreter Vertreter2
+    VertreterNr=Vertreter2 | Suchbegriff=Vertreter Vertreter2 | Bez1=Vertreter Vertreter2
     --
-    VertreterNr=Vertreter3
-    Suchbegriff=Vertreter Vertreter3
-    Bez1=Vertreter Vertreter3
+    VertreterNr=Vertreter3 | Suchbegriff=Vertreter Vertreter3 | Bez1=Vertreter Vertreter3
   )"));
   EXPECT_EQ(rows("Zahlungsarten"), expected(R"(
     Zahlungsart
@@ -111,18 +78,10 @@ TEST_F(CustomerRows, ANewCustomerWithItsCodesAndAddresses) {
     Kreditinstitut
   )"));
   EXPECT_EQ(rows("Protokolle"), expected(R"(
-    Titel=Verarbeitungsprotokoll ImportJob
-    Art=Import
-    Liste=LST_ImportJob
-    Datum=20261124103000
+    Titel=Verarbeitungsprotokoll ImportJob | Art=Import | Liste=LST_ImportJob | Datum=20261124103000
   )"));
   EXPECT_EQ(rows("Protokollpositionen"), expected(R"(
-    Zeile=1
-    Text0=Kunden
-    Text1=Kundennummer
-    Text2=Erledigt
-    Text3=05.10.2026
-    Text8=1
+    Zeile=1 | Text0=Kunden | Text1=Kundennummer | Text2=Erledigt | Text3=05.10.2026 | Text8=1
     Memo0=Neukunde angelegt. / Bez1: Bez1 / Bez2: Bez2 / Bez3: Bez3 / Hinweis: Nicht in den Kundenstamm übernommen: WährungEingabe 'WährungEingabe', ZahlungsbedSchl 'ZahlungsbedSchl', Zahlungsweise 'Zahlungsweise', Provisionsgruppe 'Provisionsgruppe', IndFild1 'IndFild1', IndFild2 'IndFild2', IndFild3 'IndFild3', IndFild4 'IndFild4' / Hinweis: Neukunde im Land 'Land' mit dem Steuermerkmal des Inlands (MwSt_KZ 'IN').
   )"));
   EXPECT_EQ(
@@ -136,27 +95,18 @@ TEST_F(CustomerRows, AnExistingCustomerTakesWhatTheJobCarriesAndKeepsTheRest) {
   setStaged("KontoNummer Bankleitzahl KundengruppenShop\nAendStatShop=4");
   run();
   EXPECT_EQ(rows("Kundenstamm"), expected(storedCustomer, "M_", R"(
-    ÄndUser=Import
-    ÄndDatum=20261005000000
+    ÄndUser=Import | ÄndDatum=20261005000000
     Suchbegriff Bez1 Bez2 Bez3 Strasse Land PLZ Ort Telefon Telefax EMail Versandart Kundengruppe
-    VertreterNr1=Vertreter1
-    VertreterNr2=Vertreter2
-    VertreterNr3=Vertreter3
+    VertreterNr1=Vertreter1 | VertreterNr2=Vertreter2 | VertreterNr3=Vertreter3
     Zahlungsart Konto KontoNummer Bankleitzahl KundengruppenShop
     AendStatShop=4
     VS_KdNr VS_AdrNr RG_KdNr RG_AdrNr Hauptkonto Preisliste
-    Preistyp=3
-    KundeSeit=06.10.2020
-    KundeVerlorenAm=07.10.2021
+    Preistyp=3 | KundeSeit=06.10.2020 | KundeVerlorenAm=07.10.2021
     GrundVerloren GrundVerlorenSchl UstIdentNr
   )"));
   EXPECT_EQ(rows("Kreditinstitute"), expected("Bankleitzahl Kreditinstitut"));
   EXPECT_EQ(rows("Protokollpositionen"), expected(R"(
-    Zeile=1
-    Text0=Kunden
-    Text1=Kundennummer
-    Text2=Erledigt
-    Text3=05.10.2026
+    Zeile=1 | Text0=Kunden | Text1=Kundennummer | Text2=Erledigt | Text3=05.10.2026
     Memo0=Kunde geändert. / Bez1: Bez1 / Bez2: Bez2 / Bez3: Bez3 / Hinweis: Nicht in den Kundenstamm übernommen: Währung 'EUR', WährungEingabe 'WährungEingabe', ZahlungsbedSchl 'ZahlungsbedSchl', Zahlungsweise 'Zahlungsweise', Provisionsgruppe 'Provisionsgruppe', IndFild1 'IndFild1', IndFild2 'IndFild2', IndFild3 'IndFild3', IndFild4 'IndFild4'
   )"));
 }
@@ -166,18 +116,12 @@ TEST_F(CustomerRows, AJobKeepsAllOfWhichItDoesNotSpeak) {
   stage("Kunde", "JobID=C1\nKundennummer=kundenNUMMER\nStrasse\nTelefon=\nPreistyp:null\nBemerkung:null");
   run();
   EXPECT_EQ(rows("ImportKopf"), expected(R"(
-    JobID=C1
-    JobType=13
-    ImportType=10
-    Status=10
-    Eingangsdatum=24.11.2026
-    Kundennummer=kundenNUMMER
+    JobID=C1 | JobType=13 | ImportType=10 | Status=10 | Eingangsdatum=24.11.2026 | Kundennummer=kundenNUMMER
     Strasse
     - Telefon
   )"));
   EXPECT_EQ(rows("Kundenstamm"), expected(storedCustomer, "M_", R"(
-    ÄndUser=Import
-    ÄndDatum=20261124000000
+    ÄndUser=Import | ÄndDatum=20261124000000
     Strasse
     ~ Telefon
   )"));
@@ -192,10 +136,7 @@ TEST_F(CustomerRows, AJobOfEmptyPropertiesEmptiesWhatItMayAndCreatesNothing) {
   writeStaged(connection(), job);
   run();
   EXPECT_EQ(rows("ImportKopf"), expected(R"(
-    JobID=C1
-    JobType=13
-    ImportType=10
-    Status=0
+    JobID=C1 | JobType=13 | ImportType=10 | Status=0
     - Eingangsdatum
     Kundennummer
     - Suchbegriff Bez1 Bez2 Bez3 Strasse Land PLZ Ort Telefon Telefax EMail
@@ -208,9 +149,7 @@ TEST_F(CustomerRows, AJobOfEmptyPropertiesEmptiesWhatItMayAndCreatesNothing) {
     - IndFild1 IndFild2 IndFild3 IndFild4 KundeSeit KundeVerlorenAm GrundVerloren GrundVerlorenSchl
   )"));
   EXPECT_EQ(rows("Kundenstamm"), expected(storedCustomer, "M_", R"(
-    ÄndUser=Import
-    ÄndDatum=20261124000000
-    Preistyp=0
+    ÄndUser=Import | ÄndDatum=20261124000000 | Preistyp=0
     ~ Suchbegriff Bez1 Bez2 Bez3 Strasse Land Telefon Telefax EMail Versandart Kundengruppe
     ~ VertreterNr1 VertreterNr2 VertreterNr3 Zahlungsart Konto Bankleitzahl
     ~ VS_KdNr VS_AdrNr RG_KdNr RG_AdrNr Hauptkonto Preisliste

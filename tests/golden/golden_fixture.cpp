@@ -20,10 +20,10 @@ std::string replaced(std::string text, std::string_view from, std::string_view t
   return text;
 }
 
-/// The notation's lines without indent and without empty ones.
+/// The notation's lines without indent and without empty ones; " | " joins lines.
 std::vector<std::string> linesOf(std::string_view notation) {
   std::vector<std::string> lines;
-  std::istringstream text{std::string(notation)};
+  std::istringstream text{replaced(std::string(notation), " | ", "\n")};
   for (std::string line; std::getline(text, line);)
     if (const auto start = line.find_first_not_of(' '); start != std::string::npos)
       lines.push_back(line.substr(start));

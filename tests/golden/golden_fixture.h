@@ -5,6 +5,7 @@
 //   Preistyp:3         the same without quotes: a number or truth value of a JSON file
 //   - Konto BLZ        each column holds the empty text
 //   ~ Bez3             each column is null after all
+//   A=1 | B=2          two lines in one
 //   --                 the next row begins
 //
 // A column that is not named is null. A later line overrides an earlier one, so that a row is said as another

@@ -199,6 +199,9 @@ TEST_F(CustomerDialogTest, DifferencesFromTheMasterCountWhereTheCheckComparesThe
   EXPECT_EQ(dialog->verdict(), CheckStatus::Warning);
   enter(*dialog, "txtOrt", "Hamburg");
   EXPECT_EQ(dialog->verdict(), CheckStatus::Clean) << "what is shown is checked, not what is stored";
+  enter(*dialog, "txtStrasse", "");
+  EXPECT_EQ(dialog->verdict(), CheckStatus::Warning) << "an emptied field empties that of the master";
+  enter(*dialog, "txtStrasse", "Am Kai 1");
   // The number of the address is compared as well, for which the dialog has no line of its own.
   const auto addresses = dialog->kind().addresses->addresses();
   addresses->type(*addresses->find("txtVS_Bez1"), "Lager");

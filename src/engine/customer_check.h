@@ -1,4 +1,4 @@
-// The automatic check of a customer job.
+// The check of a customer job.
 #pragma once
 
 #include "engine/findings.h"
@@ -12,23 +12,27 @@
 
 namespace qx {
 
-/// Proves a staged customer job against the master data. Writes nothing.
-class CustomerProof {
+/// Where the main address of the job is not the stored one. A line of which the job does not speak is as it
+/// is.
+Findings mainAddressDifferences(const JobFields& job, const Adresse& stored);
+
+/// Checks a customer job against the master data. Writes nothing.
+class CustomerCheck {
 public:
   /// `compareAddresses`: whether the addresses are compared with the stored ones.
-  CustomerProof(Environment& environment, bool compareAddresses);
+  CustomerCheck(Environment& environment, bool compareAddresses);
 
   /// Clean for a job that is neither waiting nor parked.
   Findings ProveCustomerJob(std::string_view JobID) const;
   /// For these values, without the contracts.
-  Findings prove(const JobFields& job) const;
+  Findings check(const JobFields& job) const;
+  /// The part of it that looks for the customers and addresses to which goods and invoices go.
+  Findings addressKeys(const JobFields& job) const;
   /// What the staged contracts of the customer make of it.
   Findings contracts(std::string_view customer) const;
 
 private:
-  void proveCodes(const JobFields& job, Findings& findings) const;
   void compareWithMaster(const JobFields& job, Findings& findings) const;
-  void proveReferences(const JobFields& job, Findings& findings) const;
 
   Environment& environment_;
   bool compareAddresses_;

@@ -1,5 +1,6 @@
-#include "engine/customer_proof.h"
+#include "engine/customer_check.h"
 
+#include "engine/code_rules.h"
 #include "model/text.h"
 #include "rules/active_connection.h"
 #include "rules/address_fields.h"
@@ -10,17 +11,9 @@
 namespace qx {
 namespace {
 
-/// A field of the job and the master table that must know its code.
-struct CodeField {
-  ColumnName field;
-  std::string_view master;
-  Rule rule;
-};
-constexpr std::array codeFields{CodeField{"Kundengruppe", "Kundengruppe", Rule::CustomerGroup},
-                                CodeField{"Vertreter1", "Vertreter", Rule::CustomerSalesRep},
-                                CodeField{"Versandart", "Versandart", Rule::CustomerShippingMethod},
-                                CodeField{"Zahlungsart", "Zahlungsart", Rule::CustomerPaymentMethod},
-                                CodeField{"ZahlungsbedSchl", "ZahlungsbedSchl", Rule::CustomerPaymentTerms}};
+constexpr std::array codeRules{Rule::CustomerGroup,          Rule::CustomerSalesRep,
+                               Rule::CustomerShippingMethod, Rule::CustomerPaymentMethod,
+                               Rule::CustomerPaymentTerms,   Rule::CustomerBank};
 
 /// In the order of `mainAddress`.
 constexpr std::array mainAddressRules{Rule::CustomerName1,  Rule::CustomerName2,   Rule::CustomerName3,
@@ -47,11 +40,11 @@ void compare(Findings& findings, Rule rule, ColumnName field, const Value& job, 
 
 } // namespace
 
-CustomerProof::CustomerProof(Environment& environment, bool compareAddresses)
+CustomerCheck::CustomerCheck(Environment& environment, bool compareAddresses)
     : environment_(environment), compareAddresses_(compareAddresses), masterData_(environment),
       addresses_(environment) {}
 
-Findings CustomerProof::ProveCustomerJob(std::string_view JobID) const {
+Findings CustomerCheck::ProveCustomerJob(std::string_view JobID) const {
   Findings findings;
   const auto job =
       activeConnection(environment_)
@@ -59,43 +52,40 @@ Findings CustomerProof::ProveCustomerJob(std::string_view JobID) const {
               "SELECT * FROM ImportKopf Where (JobType = 10 or JobType = 11 or JobType = 12) And (JobID ='"_sql,
               value(JobID), "')"_sql));
   if (job->eof()) return findings;
-  findings = prove(fieldsOf(*job));
+  findings = check(fieldsOf(*job));
   findings.append(contracts(job->text("Kundennummer")));
   return findings;
 }
 
-Findings CustomerProof::prove(const JobFields& job) const {
+Findings CustomerCheck::check(const JobFields& job) const {
   Findings findings;
   const std::string customer = job("Kundennummer").text();
   if (customer.empty()) findings.add(Finding(Rule::CustomerNumberMissing));
-  proveCodes(job, findings);
+  for (const Rule rule : codeRules) findings.append(unknownCode(masterData_, job, rule));
   if (compareAddresses_ && !customer.empty()) compareWithMaster(job, findings);
-  proveReferences(job, findings);
+  findings.append(unknownCode(masterData_, job, Rule::CustomerAccount));
+  findings.append(addressKeys(job));
   return findings;
 }
 
-void CustomerProof::proveCodes(const JobFields& job, Findings& findings) const {
-  for (const CodeField& code : codeFields) {
-    const std::string wanted = job(code.field).text();
-    if (!wanted.empty() && !masterData_.codeExists(code.master, wanted))
-      findings.add(Finding(code.rule, wanted));
+Findings mainAddressDifferences(const JobFields& job, const Adresse& stored) {
+  Findings findings;
+  for (std::size_t i = 0; i < mainAddress.size(); ++i) {
+    const auto& [column, part] = mainAddress[i];
+    compare(findings, mainAddressRules[i], column, job(column), stored.*part);
   }
-  const std::string bank = bankCode(job).text();
-  if (!bank.empty() && !masterData_.codeExists("Bankleitzahl", bank))
-    findings.add(Finding(Rule::CustomerBank, bank));
+  return findings;
 }
 
-void CustomerProof::compareWithMaster(const JobFields& job, Findings& findings) const {
+void CustomerCheck::compareWithMaster(const JobFields& job, Findings& findings) const {
   const std::string customer = job("Kundennummer").text();
   const auto master =
       activeConnection(environment_)
           .open(sql("Select * From Kundenstamm Where Kundennummer = '"_sql, value(customer), "'"_sql));
   if (master->eof()) return;
   const JobFields stored = fieldsOf(*master);
-  for (std::size_t i = 0; i < mainAddress.size(); ++i) {
-    const ColumnName column = mainAddress[i].column;
-    compare(findings, mainAddressRules[i], column, job(column), stored(column).text());
-  }
+  findings.append(mainAddressDifferences(
+      job, addressOf(mainAddress, [&](ColumnName column) { return stored(column).text(); })));
   for (const auto& [fields, differs, unknown] : addressRules) {
     const auto isSpokenOf = [&](const AddressLine& line) {
       return isCompared(line) && !job(line.column).isEmpty();
@@ -111,10 +101,8 @@ void CustomerProof::compareWithMaster(const JobFields& job, Findings& findings) 
   }
 }
 
-void CustomerProof::proveReferences(const JobFields& job, Findings& findings) const {
-  const std::string account = job("Hauptkonto").text();
-  if (!account.empty() && !masterData_.codeExists("Hauptkonto", account))
-    findings.add(Finding(Rule::CustomerAccount, account));
+Findings CustomerCheck::addressKeys(const JobFields& job) const {
+  Findings findings;
   for (const auto& [fields, differs, unknown] : addressRules) {
     const std::string owner = job(fields.customer).text();
     const std::string number = job(fields.number).text();
@@ -127,9 +115,10 @@ void CustomerProof::proveReferences(const JobFields& job, Findings& findings) co
     if (!owner.empty() && !own && !addresses_.KundeAngelegt(owner, number))
       findings.add(Finding(unknown, owner));
   }
+  return findings;
 }
 
-Findings CustomerProof::contracts(std::string_view customer) const {
+Findings CustomerCheck::contracts(std::string_view customer) const {
   Findings findings;
   const auto staged =
       activeConnection(environment_)
