@@ -166,11 +166,20 @@ struct RuleTerms {
   std::string_view remedy; ///< what to do, in German
   std::string_view note{}; ///< where run and dialog differ on purpose, or when it is looked at; in German
   bool counts = true;      ///< for the status; not what a dialog shows though the job goes through with it
+  bool inOwnMode = false;  ///< counts only in installations with customer-specific values
 
   constexpr RuleTerms noted(std::string_view text) const {
     RuleTerms noted = *this;
     noted.note = text;
     return noted;
+  }
+  constexpr RuleTerms countingInOwnMode() const {
+    RuleTerms counting = *this;
+    counting.inOwnMode = true;
+    return counting;
+  }
+  constexpr bool countsWhere(bool customerSpecific) const {
+    return counts && (customerSpecific || !inOwnMode);
   }
 };
 

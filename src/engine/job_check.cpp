@@ -49,10 +49,12 @@ Findings JobCheck::findingsOf(std::string_view jobId) {
   case qxtjobverträge:
   case qxtjobkundenverträge:
     return ContractCheck(environment_).checkStaged(*header);
-  case qxtJobAufträge:
+  case qxtJobAufträge: {
+    OrderFacts facts(environment_, prices_, fieldsOf(*header));
     // What a parked order was refused for is no finding of its own.
     return withHints(OrderCheck(environment_, orderOptions_)
-                         .CheckAuftrag(jobId, prices_, stateOf(jobType) == JobState::Waiting));
+                         .CheckAuftrag(jobId, facts, stateOf(jobType) == JobState::Waiting));
+  }
   default:
     return {};
   }

@@ -65,7 +65,8 @@ JobResult OrderSection::processJob(JobRow& job) {
     return result;
   }
   Findings findings;
-  if (!evaluate(job, findings, result)) return result;
+  OrderFacts facts(parts_.environment, prices_, fieldsOf(job));
+  if (!evaluate(job, facts, findings, result)) return result;
   try {
     // Pending until the order is written: the text, the order and the done code go together.
     if (!findings.empty()) {
@@ -73,7 +74,7 @@ JobResult OrderSection::processJob(JobRow& job) {
       appendLine(reasons, announced(findings));
       job.set("Fehlertext", Value(std::move(reasons)));
     }
-    WrittenOrder order = writer_.WriteAuftrag(job);
+    WrittenOrder order = writer_.WriteAuftrag(job, facts);
     if (order.cashOnDelivery && order.weight > heavyWeight)
       parts_.group.afterCommit([this, number = std::to_string(order.number)] {
         std::string& list = parts_.cashOnDelivery;
@@ -90,15 +91,14 @@ JobResult OrderSection::processJob(JobRow& job) {
 }
 
 /// Warnings stop an order only in automatic mode; errors stop every order that the clerk has not released.
-bool OrderSection::evaluate(JobRow& job, Findings& findings, JobResult& refused) {
-  prices_.beginOrder();
+bool OrderSection::evaluate(JobRow& job, OrderFacts& facts, Findings& findings, JobResult& refused) {
   if (parts_.unevaluated) return true;
   const bool automatic = parts_.automatic && !job.released();
   if (automatic && !job.value("Fehlertext").isEmpty()) {
     job.set("Fehlertext", Value(""));
     job.update();
   }
-  findings = check_.CheckAuftrag(job.text("JobID"), prices_);
+  findings = check_.CheckAuftrag(job.text("JobID"), facts);
   const bool isError = findings.status() == CheckStatus::Error;
   if (!findings.empty() && (automatic || (isError && !job.released()))) {
     if (isError)

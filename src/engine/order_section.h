@@ -3,8 +3,8 @@
 
 #include "engine/order_check.h"
 #include "engine/order_options.h"
-#include "engine/order_prices.h"
 #include "engine/order_writer.h"
+#include "engine/position_facts.h"
 #include "engine/section_runner.h"
 
 #include <memory>
@@ -38,14 +38,14 @@ private:
   void announceMalformedFees() const;
   bool leftOut(const JobRow& job) const;
   /// False when the job must not be written; else `findings` are those that it is written with.
-  bool evaluate(JobRow& job, Findings& findings, JobResult& refused);
+  bool evaluate(JobRow& job, OrderFacts& facts, Findings& findings, JobResult& refused);
   JobResult fail(JobRow& job, std::string_view reason, Findings findings = {});
   static JobResult written(const JobRow& job, WrittenOrder order);
   ProtocolLine::Articles stagedArticles(const JobRow& job) const;
   JobResult refusedResult(const JobRow& job, std::string_view status, Findings findings) const;
 
   Parts parts_;
-  OrderPrices prices_;
+  PriceComponent prices_;
   OrderCheck check_;
   OrderWriter writer_;
 };

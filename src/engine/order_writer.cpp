@@ -13,17 +13,17 @@
 
 namespace qx {
 OrderWriter::OrderWriter(Environment& environment, const OrderOptions& options, const OrderStamp& stamp,
-                         OrderPrices& prices)
+                         PriceComponent& prices)
     : environment_(environment), options_(options), stamp_(stamp), header_(environment, options, stamp),
-      numbers_(environment, options), prices_(prices), lines_(environment, options, prices),
-      fees_(environment), masterData_(environment) {}
+      numbers_(environment, options), prices_(prices), lines_(environment, options), fees_(environment),
+      masterData_(environment) {}
 
-WrittenOrder OrderWriter::WriteAuftrag(JobRow& job) {
+WrittenOrder OrderWriter::WriteAuftrag(JobRow& job, OrderFacts& facts) {
   writing_ = 0;
   stampBefore_.reset();
   try {
     Savepoint part(*environment_.connection);
-    WrittenOrder order = write(job);
+    WrittenOrder order = write(job, facts);
     part.release();
     numbers_.keep();
     return order;
@@ -37,7 +37,7 @@ WrittenOrder OrderWriter::WriteAuftrag(JobRow& job) {
   }
 }
 
-WrittenOrder OrderWriter::write(JobRow& job) {
+WrittenOrder OrderWriter::write(JobRow& job, OrderFacts& facts) {
   const std::string stamp = receiptStamp(job);
   const auto header =
       environment_.connection->open(sql("Select * From Auftragskopf Where Auftragsnummer = 0"_sql));
@@ -56,7 +56,7 @@ WrittenOrder OrderWriter::write(JobRow& job) {
   }
   WrittenOrder written;
   written.number = number.number;
-  written.lines = lines_.writePositions(order, job.text("JobID"));
+  written.lines = lines_.writePositions(order, facts, job.text("JobID"));
   if (options_.customerSpecific) {
     applyWeightLimit(*header, order);
     appendFreightAndFees(order, written.lines);
