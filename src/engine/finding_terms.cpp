@@ -315,6 +315,7 @@ constexpr std::array ruleTerms{
     warning(Rule::OrderPriceDiffers, "order.price.differs", "Preis ist nicht identisch", "Preis",
             DialogTerms{"PR", grid, "Ermittelter Preis: {stored.00} weicht vom Importpreis: {value.00} ab!"},
             "Den Preis prüfen.")
+        .countingInOwnMode()
         .noted("Der geöffnete Vorgang vergleicht jeden angelieferten Preis; zum Zustand zählt er nur in "
                "Installationen mit kundenspezifischen Werten."),
     warning(Rule::OrderCostAssignment, "order.cost_assignment.missing", "Kostenzuordnung", "KostID",

@@ -166,11 +166,20 @@ struct RuleTerms {
   std::string_view remedy; ///< what to do, in German
   std::string_view note{}; ///< where run and dialog differ on purpose, or when it is checked; in German
   bool counts = true;      ///< whether it raises the status; false for what only a dialog shows
+  bool inOwnMode = false;  ///< counts only in installations with customer-specific values
 
   constexpr RuleTerms noted(std::string_view text) const {
     RuleTerms noted = *this;
     noted.note = text;
     return noted;
+  }
+  constexpr RuleTerms countingInOwnMode() const {
+    RuleTerms counting = *this;
+    counting.inOwnMode = true;
+    return counting;
+  }
+  constexpr bool countsWhere(bool customerSpecific) const {
+    return counts && (customerSpecific || !inOwnMode);
   }
 };
 

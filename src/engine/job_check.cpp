@@ -47,10 +47,12 @@ Findings JobCheck::findingsOf(std::string_view jobId) {
   case qxtjobverträge:
   case qxtjobkundenverträge:
     return ContractCheck(environment_).checkStaged(*header);
-  case qxtJobAufträge:
+  case qxtJobAufträge: {
+    OrderFacts facts(environment_, prices_, fieldsOf(*header));
     // A parked order's Fehlertext is the result of the last check, not a new finding.
     return withHints(OrderCheck(environment_, orderOptions_)
-                         .CheckAuftrag(jobId, prices_, stateOf(jobType) == JobState::Waiting));
+                         .CheckAuftrag(jobId, facts, stateOf(jobType) == JobState::Waiting));
+  }
   default:
     return {};
   }

@@ -3,7 +3,7 @@
 
 #include "engine/findings.h"
 #include "engine/order_options.h"
-#include "engine/order_prices.h"
+#include "engine/position_facts.h"
 #include "platform/environment.h"
 
 #include <string>
@@ -28,7 +28,7 @@ private:
   bool compareAddresses_ = false;
   std::string homeCurrency_;
   OrderOptions orderOptions_;
-  OrderPrices prices_;
+  PriceComponent prices_;
 };
 
 } // namespace qx

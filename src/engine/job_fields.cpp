@@ -1,10 +1,15 @@
 #include "engine/job_fields.h"
 
+#include "engine/job_editing.h"
 #include "store/staging_writer.h"
 
 #include <utility>
 
 namespace qx {
+
+JobFields fieldsOf(const StagedRows& rows, std::size_t row) {
+  return [&rows, row](ColumnName column) { return rows.at(row, column); };
+}
 
 JobFields fieldsOf(const VertragFields& record) {
   return [&record](ColumnName column) -> Value {

@@ -6,9 +6,12 @@
 #include "platform/column_name.h"
 #include "platform/value.h"
 
+#include <cstddef>
 #include <functional>
 
 namespace qx {
+
+class StagedRows;
 
 /// Reads a field by its staging column; null for an unknown column.
 using JobFields = std::function<Value(ColumnName)>;
@@ -22,6 +25,9 @@ inline JobFields fieldsOf(const JobRow& job) {
 inline JobFields fieldsOf(Recordset& row) {
   return [&row](ColumnName column) { return row.hasField(column) ? row.value(column) : Value::null(); };
 }
+
+/// The fields of a row of the table, which must outlive them.
+JobFields fieldsOf(const StagedRows& rows, std::size_t row);
 
 /// The fields of the record, as `AddItem` would stage them; an empty text is null.
 JobFields fieldsOf(const VertragFields& record);

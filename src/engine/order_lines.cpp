@@ -63,11 +63,12 @@ std::unique_ptr<Einkaufspreisfindung> purchasePricesOf(const Environment& enviro
 
 } // namespace
 
-OrderLines::OrderLines(Environment& environment, const OrderOptions& options, OrderPrices& prices)
-    : environment_(environment), options_(options), prices_(prices), taxRules_(environment),
-      costs_(environment), stock_(environment), purchasePrices_(purchasePricesOf(environment)) {}
+OrderLines::OrderLines(Environment& environment, const OrderOptions& options)
+    : environment_(environment), options_(options), taxRules_(environment), costs_(environment),
+      stock_(environment), purchasePrices_(purchasePricesOf(environment)) {}
 
-WrittenLines OrderLines::writePositions(const OrderContext& order, std::string_view jobId) {
+WrittenLines OrderLines::writePositions(const OrderContext& order, OrderFacts& facts,
+                                        std::string_view jobId) {
   const auto positions = environment_.connection->open(
       sql("Select *, Cast(Positionsnummer as int) as intPos From ImportPos Where JobID ='"_sql, value(jobId),
           "' Order By intPos"_sql));
@@ -75,29 +76,31 @@ WrittenLines OrderLines::writePositions(const OrderContext& order, std::string_v
   const auto lines =
       environment_.connection->open(sql("Select * From Auftragspos Where Auftragsnummer =0"_sql));
   WrittenLines written;
+  const JobFields position = fieldsOf(*positions);
   for (; !positions->eof(); positions->moveNext()) {
     try {
-      writePosition(*lines, *positions, order, written);
+      writePosition(*lines, *positions, facts.of(position), order, written);
     } catch (const OrderFailure& failure) {
-      throw OrderFailure(Finding(failure.finding()).at(positionOf(*positions)));
+      throw OrderFailure(Finding(failure.finding()).at(positionOf(position)));
     }
   }
   return written;
 }
 
-void OrderLines::writePosition(Recordset& lines, Recordset& position, const OrderContext& order,
-                               WrittenLines& written) {
+void OrderLines::writePosition(Recordset& lines, Recordset& position, PositionFacts& facts,
+                               const OrderContext& order, WrittenLines& written) {
   const std::int32_t number = positionNumber(position);
   const std::string articleNumber = position.text("Artikelnummer");
   const auto article = openArticle(articleNumber);
-  const FoundPrice& price = prices_.of(position, order.customer, order.date);
+  const std::string& unit = facts.unit();
+  const FoundPrice& price = facts.price();
   const double quantity = numberOf(position, "Menge");
   lines.addNew();
   fillCommon(lines, order, number, "K");
-  fillArticle(lines, *article, price.unit, quantity);
+  fillArticle(lines, *article, unit, quantity);
   fillQuantities(lines, position);
   const double charged = fillPrice(lines, position, price);
-  fillPurchasePrice(lines, *article, order, price.unit, quantity);
+  fillPurchasePrice(lines, *article, order, unit, quantity);
   const std::string delivery = position.text("Liefertermin");
   fillFlags(lines, position.value("Lieferbereit"), position.value("Fakturierbereit"),
             delivery.empty() ? order.deliveryDate : delivery);

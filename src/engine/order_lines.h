@@ -3,7 +3,7 @@
 
 #include "engine/order_context.h"
 #include "engine/order_options.h"
-#include "engine/order_prices.h"
+#include "engine/position_facts.h"
 #include "platform/environment.h"
 #include "rules/cost_assignment.h"
 #include "rules/stock.h"
@@ -23,10 +23,10 @@ namespace qx {
 /// and a pricing component that fails raise `OrderFailure`.
 class OrderLines {
 public:
-  OrderLines(Environment& environment, const OrderOptions& options, OrderPrices& prices);
+  OrderLines(Environment& environment, const OrderOptions& options);
 
   /// The staged positions in the numeric order of their line numbers. Raises `OrderFailure` without any.
-  WrittenLines writePositions(const OrderContext& order, std::string_view jobId);
+  WrittenLines writePositions(const OrderContext& order, OrderFacts& facts, std::string_view jobId);
   /// One line of quantity 1 for an article that the order itself does not name. `price` is what the line
   /// costs.
   void appendLine(const OrderContext& order, WrittenLines& written, std::string_view article, double price);
@@ -34,7 +34,8 @@ public:
   double articlePrice(std::string_view article);
 
 private:
-  void writePosition(Recordset& lines, Recordset& position, const OrderContext& order, WrittenLines& written);
+  void writePosition(Recordset& lines, Recordset& position, PositionFacts& facts, const OrderContext& order,
+                     WrittenLines& written);
   struct Tax {
     std::string key;
     double rate = 0;
@@ -56,7 +57,6 @@ private:
 
   Environment& environment_;
   const OrderOptions& options_;
-  OrderPrices& prices_;
   TaxRules taxRules_;
   CostAssignment costs_;
   Stock stock_;

@@ -59,7 +59,8 @@ bool OrderSection::leftOut(const JobRow& job) const {
 
 JobResult OrderSection::processJob(JobRow& job) {
   if (leftOut(job)) return {.leftOut = true};
-  auto [findings, refused] = evaluate(job);
+  OrderFacts facts(run_.environment, prices_, fieldsOf(job));
+  auto [findings, refused] = evaluate(job, facts);
   if (refused) return std::move(*refused);
   try {
     // Pending until the order is written: the text, the order and the done code go together.
@@ -68,7 +69,7 @@ JobResult OrderSection::processJob(JobRow& job) {
       appendLine(reasons, announced(findings));
       job.set("Fehlertext", Value(std::move(reasons)));
     }
-    WrittenOrder order = writer_.WriteAuftrag(job);
+    WrittenOrder order = writer_.WriteAuftrag(job, facts);
     if (order.cashOnDelivery && order.weight > heavyWeight)
       run_.group.afterCommit([this, number = std::to_string(order.number)] {
         std::string& list = run_.cashOnDelivery;
@@ -85,15 +86,14 @@ JobResult OrderSection::processJob(JobRow& job) {
 }
 
 /// Warnings stop an order only in automatic mode; errors stop every order that the clerk has not released.
-OrderSection::Verdict OrderSection::evaluate(JobRow& job) {
-  prices_.beginOrder();
+OrderSection::Verdict OrderSection::evaluate(JobRow& job, OrderFacts& facts) {
   if (run_.unevaluated) return {};
   const bool automatic = run_.options.automatic && !job.released();
   if (automatic && !job.value("Fehlertext").isEmpty()) {
     job.set("Fehlertext", Value(""));
     job.update();
   }
-  Findings findings = check_.CheckAuftrag(job.text("JobID"), prices_);
+  Findings findings = check_.CheckAuftrag(job.text("JobID"), facts);
   const bool isError = findings.status() == CheckStatus::Error;
   if (!findings.empty() && (automatic || (isError && !job.released()))) {
     if (isError)

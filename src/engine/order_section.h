@@ -2,8 +2,8 @@
 #pragma once
 
 #include "engine/order_check.h"
-#include "engine/order_prices.h"
 #include "engine/order_writer.h"
+#include "engine/position_facts.h"
 #include "engine/section_runner.h"
 
 #include <memory>
@@ -29,14 +29,14 @@ private:
     Findings findings;                ///< what it is written with
     std::optional<JobResult> refused; ///< set when it must not be written
   };
-  Verdict evaluate(JobRow& job);
+  Verdict evaluate(JobRow& job, OrderFacts& facts);
   JobResult fail(JobRow& job, std::string_view reason, Findings findings = {});
   static JobResult written(const JobRow& job, WrittenOrder order);
   ProtocolLine::Articles stagedArticles(const JobRow& job) const;
   JobResult refusedResult(const JobRow& job, std::string_view status, Findings findings) const;
 
   RunContext& run_;
-  OrderPrices prices_;
+  PriceComponent prices_;
   OrderCheck check_;
   OrderWriter writer_;
 };

@@ -42,19 +42,19 @@ bool anyDiscount(const StagedDiscounts& discounts) {
   return discounts.values[0] != 0 || discounts.values[1] != 0 || discounts.values[2] != 0;
 }
 
-Money lineAmount(Recordset& line, OrderPrices& prices) {
+Money lineAmount(Recordset& line, PriceComponent& prices) {
   double priceUnit = line.value("Preiseinheit").number().value_or(0);
   if (priceUnit == 0) priceUnit = 1;
   const double amount =
       line.value("Menge").number().value_or(0) * line.value("Preis").number().value_or(0) / priceUnit;
   const StagedDiscounts discounts = discountsOf(line);
   const double discount =
-      anyDiscount(discounts) ? GetGRabatt(prices.component(), discounts, Value(std::int16_t{1}), amount) : 0;
+      anyDiscount(discounts) ? GetGRabatt(prices.get(), discounts, Value(std::int16_t{1}), amount) : 0;
   return rounded(amount - discount);
 }
 
 /// Raises `std::overflow_error` for sums that are too large.
-OrderTotals addUp(Environment& environment, OrderPrices& prices, std::int32_t number, double orderDiscount,
+OrderTotals addUp(Environment& environment, PriceComponent& prices, std::int32_t number, double orderDiscount,
                   bool pricesContainTax) {
   // Completed on purpose: the statement was handed down with its middle left out and without its end.
   const auto lines =
@@ -95,7 +95,7 @@ OrderTotals addUp(Environment& environment, OrderPrices& prices, std::int32_t nu
 
 } // namespace
 
-OrderTotals orderTotals(Environment& environment, OrderPrices& prices, std::int32_t number,
+OrderTotals orderTotals(Environment& environment, PriceComponent& prices, std::int32_t number,
                         double orderDiscount, bool pricesContainTax) {
   try {
     return addUp(environment, prices, number, orderDiscount, pricesContainTax);

@@ -1,7 +1,7 @@
 // The totals of an order.
 #pragma once
 
-#include "engine/order_prices.h"
+#include "engine/position_facts.h"
 #include "model/money.h"
 #include "platform/environment.h"
 
@@ -23,7 +23,7 @@ struct OrderTotals {
 /// that allow it share the order's discount, which is taken off and rounded once per tax key; tax is rounded
 /// once per tax key. When the prices contain the tax it is taken out instead of added. Text lines have no
 /// amount. `orderDiscount` is a percentage.
-OrderTotals orderTotals(Environment& environment, OrderPrices& prices, std::int32_t number,
+OrderTotals orderTotals(Environment& environment, PriceComponent& prices, std::int32_t number,
                         double orderDiscount, bool pricesContainTax);
 
 } // namespace qx

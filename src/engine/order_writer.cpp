@@ -12,17 +12,17 @@
 #include <stdexcept>
 
 namespace qx {
-OrderWriter::OrderWriter(const RunContext& run, OrderPrices& prices)
+OrderWriter::OrderWriter(const RunContext& run, PriceComponent& prices)
     : environment_(run.environment), options_(run.orderOptions), homeCurrency_(run.homeCurrency),
-      header_(run), numbers_(environment_, options_), prices_(prices), lines_(environment_, options_, prices),
+      header_(run), numbers_(environment_, options_), prices_(prices), lines_(environment_, options_),
       fees_(environment_), masterData_(environment_) {}
 
-WrittenOrder OrderWriter::WriteAuftrag(JobRow& job) {
+WrittenOrder OrderWriter::WriteAuftrag(JobRow& job, OrderFacts& facts) {
   writing_ = 0;
   stampBefore_.reset();
   try {
     Savepoint part(*environment_.connection);
-    WrittenOrder order = write(job);
+    WrittenOrder order = write(job, facts);
     part.release();
     numbers_.keep();
     return order;
@@ -36,7 +36,7 @@ WrittenOrder OrderWriter::WriteAuftrag(JobRow& job) {
   }
 }
 
-WrittenOrder OrderWriter::write(JobRow& job) {
+WrittenOrder OrderWriter::write(JobRow& job, OrderFacts& facts) {
   const std::string stamp = receiptStamp(job);
   const auto header =
       environment_.connection->open(sql("Select * From Auftragskopf Where Auftragsnummer = 0"_sql));
@@ -55,7 +55,7 @@ WrittenOrder OrderWriter::write(JobRow& job) {
   }
   WrittenOrder written;
   written.number = number.number;
-  written.lines = lines_.writePositions(order, job.text("JobID"));
+  written.lines = lines_.writePositions(order, facts, job.text("JobID"));
   if (options_.customerSpecific) {
     applyWeightLimit(*header, order);
     appendFreightAndFees(order, written.lines);

@@ -9,8 +9,8 @@
 #include "engine/order_lines.h"
 #include "engine/order_number.h"
 #include "engine/order_options.h"
-#include "engine/order_prices.h"
 #include "engine/order_totals.h"
+#include "engine/position_facts.h"
 #include "platform/environment.h"
 #include "rules/master_data.h"
 
@@ -36,11 +36,11 @@ struct WrittenOrder {
 /// and index entry and header are deleted, each step whatever became of the others.
 class OrderWriter {
 public:
-  OrderWriter(const RunContext& run, OrderPrices& prices);
+  OrderWriter(const RunContext& run, PriceComponent& prices);
 
   /// Raises `OrderFailure` with the sentence for the clerk, or what the database raises. The job's done code
-  /// is written last.
-  WrittenOrder WriteAuftrag(JobRow& job);
+  /// is written last. `facts` are those of this job.
+  WrittenOrder WriteAuftrag(JobRow& job, OrderFacts& facts);
   const AccessoryFees& fees() const { return fees_; }
 
 private:
@@ -53,7 +53,7 @@ private:
 
   static std::string receiptStamp(const JobRow& job);
   std::unique_ptr<Recordset> openCustomer(const JobRow& job) const;
-  WrittenOrder write(JobRow& job);
+  WrittenOrder write(JobRow& job, OrderFacts& facts);
   static OrderContext contextOf(const JobRow& job, Recordset& customer, Recordset& header,
                                 std::int32_t number, const std::string& stamp);
   /// Raises `OrderFailure` when the number is that of another order.
@@ -73,7 +73,7 @@ private:
   const std::string& homeCurrency_;
   OrderHeader header_;
   OrderNumbers numbers_;
-  OrderPrices& prices_;
+  PriceComponent& prices_;
   OrderLines lines_;
   AccessoryFees fees_;
   MasterData masterData_;

@@ -27,6 +27,14 @@ void FindingList::report(const Findings& found, std::initializer_list<Rule> rule
   }
 }
 
+void FindingList::report(const std::optional<Finding>& found, std::span<const Rule> rules,
+                         bool customerSpecific, const FindingPosition& position) {
+  const auto code = [](Rule rule) { return terms(rule).dialog.code; };
+  for (const Rule rule : rules)
+    if (!found || code(rule) != code(found->rule)) report(true, Finding(rule).at(position));
+  if (found) report(false, Finding(*found).at(position), terms(found->rule).countsWhere(customerSpecific));
+}
+
 void FindingList::clearItem(std::string_view item) {
   auto entry = findings_.lower_bound(key(item, ""));
   while (entry != findings_.end() && entry->first.first == item) entry = findings_.erase(entry);

@@ -7,6 +7,7 @@
 #include <initializer_list>
 #include <map>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -37,6 +38,9 @@ public:
   void report(bool fine, Finding finding, std::optional<bool> counts = {});
   /// The same for these rules of a check.
   void report(const Findings& found, std::initializer_list<Rule> rules);
+  /// The same for a check that finds one of them at most; the keys of the finding are those of `position`.
+  void report(const std::optional<Finding>& found, std::span<const Rule> rules, bool customerSpecific,
+              const FindingPosition& position = {});
   void clear(Rule rule) { findings_.erase(key({}, terms(rule).dialog.code)); }
   /// Removes all findings of a position.
   void clearItem(std::string_view item);

@@ -1,6 +1,5 @@
 #include "ui/order_dialog_presenter.h"
 
-#include "engine/order_check.h"
 #include "model/date.h"
 #include "model/text.h"
 #include "platform/whole_number.h"
@@ -64,7 +63,7 @@ constexpr std::array comparedLines{
 
 OrderDialogPresenter::OrderDialogPresenter(const DialogContext& context)
     : AddressedJobDialogPresenter(context, {.grid = &positions_, .checks = &positions_}),
-      positions_(context, findings_) {}
+      master_(context.environment, options_), positions_(context, master_, findings_) {}
 
 std::span<const ControlGroup> OrderDialogPresenter::groups() const { return orderGroups; }
 
@@ -91,14 +90,12 @@ void OrderDialogPresenter::fill() {
 
 void OrderDialogPresenter::loadPositions() {
   const Settings settings(environment());
+  options_.customerSpecific = customerSpecific();
   checking("Lesen der Optionen", [&] { options_ = OrderOptions::read(settings, customerSpecific()); });
   PositionContext context;
   context.customer = text("txtKundennummer");
   context.date = parseGermanDate(receivedOn_);
-  context.warnOfStock = options_.warnOfStock;
-  context.costAssignment = options_.costAssignment;
   context.readOnly = isDone(jobType());
-  context.customerSpecific = customerSpecific();
   context.ready = ReadyFlags::read(environment());
   ComboRows units{{"Langtext", "Mengeneinheit"}, {}};
   trying("Laden der Mengeneinheiten", [&] {
@@ -114,21 +111,19 @@ void OrderDialogPresenter::check(std::string_view control) {
 }
 
 void OrderDialogPresenter::checkRules() {
-  const OrderCheck check(environment(), options_);
-  findings_.report(check.note(text("txtHinweis")), {Rule::OrderNote});
-  findings_.report(check.individualFields([this](ColumnName column) { return current(column).text(); }),
-                   {Rule::OrderMarkZB, Rule::OrderMarkZA, Rule::OrderMarkMK});
-  checking("Prüfen des Kreditlimits", [&] {
-    Findings credit;
-    try {
-      credit = check.credit(text("txtKundennummer"));
-    } catch (const AmbiguousLimit& error) {
-      environment().diagnostics.report({"credit limit", error.what(), jobId()});
-      credit.add(error.finding());
-    }
-    findings_.report(credit,
-                     {Rule::OrderCreditLimit1, Rule::OrderCreditLimit2, Rule::OrderCreditLimitDoubtful});
-  });
+  for (const HeaderRule& rule : headerRules()) {
+    if (rule.atControl) continue;
+    checking(terms(rule.rules.front()).code, [&] {
+      std::optional<Finding> found;
+      try {
+        found = rule.broken(master_, fields());
+      } catch (const AmbiguousLimit& error) {
+        environment().diagnostics.report({"credit limit", error.what(), jobId()});
+        found = error.finding();
+      }
+      findings_.report(found, rule.rules, customerSpecific());
+    });
+  }
 }
 
 void OrderDialogPresenter::reportUnknownCustomer(const std::string& number) {

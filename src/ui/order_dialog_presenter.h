@@ -2,6 +2,7 @@
 #pragma once
 
 #include "engine/order_options.h"
+#include "engine/order_rules.h"
 #include "ui/addressed_job_dialog_presenter.h"
 #include "ui/position_grid.h"
 
@@ -35,6 +36,7 @@ private:
   void loadPositions();
 
   OrderOptions options_;
+  OrderMaster master_;
   PositionGrid positions_;
   Adresse own_; ///< the address that the order itself gives
   std::string receivedOn_;

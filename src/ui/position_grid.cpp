@@ -1,12 +1,11 @@
 #include "ui/position_grid.h"
 
-#include "engine/order_texts.h"
 #include "model/german_text.h"
 #include "model/text.h"
 #include "platform/german_cause.h"
+#include "platform/trapped.h"
 #include "platform/whole_number.h"
-#include "rules/active_connection.h"
-#include "rules/stock.h"
+#include "store/new_job_key.h"
 #include "ui/lookup_bridge.h"
 #include "ui/position_details.h"
 
@@ -16,6 +15,7 @@
 #include <exception>
 #include <limits>
 #include <new>
+#include <ranges>
 #include <utility>
 
 namespace qx {
@@ -72,7 +72,7 @@ void PositionGrid::load(std::string_view jobId, StagedRows positions, ComboRows 
   stored_ = positions_;
   units_ = std::move(units);
   context_ = std::move(context);
-  prices_.reset();
+  prices_.emplace(environment_);
   found_.clear();
   unchecked_.clear();
   failed_.clear();
@@ -99,11 +99,19 @@ void PositionGrid::checkRow(std::size_t row) {
   const std::string child = childOf(row);
   unchecked_.erase(child);
   failed_.erase(child);
-  // A check that fails keeps the others of the position from nothing.
-  for (const auto check : {&PositionGrid::checkArticle, &PositionGrid::checkStock, &PositionGrid::checkCost,
-                           &PositionGrid::checkPrice}) {
+  found_.erase(child);
+  const JobFields position = fieldsOf(positions_, row);
+  OrderFacts order(environment_, *prices_, context_.customer, context_.date);
+  PositionFacts& facts = order.of(position);
+  // A component that there is not is a finding, not a check that is outstanding.
+  if (trapped(environment_.diagnostics, {"price component", jobId_}, [this] { prices_->get(); }))
+    facts.failPrice();
+  // A check that fails keeps the others of the position from nothing. Findings of one severity are listed in
+  // the order of arrival, the article first.
+  for (const PositionRule& rule : std::views::reverse(positionRules())) {
     try {
-      (this->*check)(row);
+      findings_.report(rule.broken(master_, position, facts), rule.rules, customerSpecific(),
+                       positionOf(position));
     } catch (const std::exception& error) {
       failed_.insert(child);
       failure_ = germanCause(error);
@@ -111,89 +119,10 @@ void PositionGrid::checkRow(std::size_t row) {
         environment_.diagnostics.report({"check of a position", error.what(), jobId_});
     }
   }
-}
-
-void PositionGrid::report(std::size_t row, bool fine, Finding finding, std::optional<bool> counts) {
-  findings_.report(fine, std::move(finding).at({childOf(row), positions_.at(row, "Positionsnummer").text()}),
-                   counts);
+  if (const auto price = facts.knownPrice()) found_[child] = *price;
 }
 
 void PositionGrid::checkCount() { findings_.report(positions_.size() > 0, Finding(Rule::OrderNoPositions)); }
-
-void PositionGrid::checkArticle(std::size_t row) {
-  const std::string article = positions_.at(row, "Artikelnummer").text();
-  report(row, engine_.ArtikelAngelegt(article), Finding(Rule::OrderArticle, article));
-}
-
-std::string PositionGrid::unitOf(std::size_t row) const {
-  const std::string staged = positions_.at(row, "Mengeneinheit").text();
-  if (!staged.empty()) return engine_.MengeneinheitAlternativ(staged);
-  return stock_.baseUnit(positions_.at(row, "Artikelnummer").text());
-}
-
-void PositionGrid::checkStock(std::size_t row) {
-  report(row, true, Finding(Rule::OrderStock));
-  if (!context_.warnOfStock) return;
-  const std::string article = positions_.at(row, "Artikelnummer").text();
-  const double quantity = numberOf(positions_.at(row, "Menge"));
-  const std::string unit = unitOf(row);
-  try {
-    std::string stockUnit;
-    const bool convert = !equalCodes(unit, stock_.baseUnit(article));
-    const double stock = engine_.GetLagerbestand(article, unit, quantity, stockUnit, convert);
-    report(row, stockUnit == noStockUnit || stock >= quantity,
-           Finding(Rule::OrderStock, germanNumber(quantity), article));
-  } catch (const std::exception&) {
-    // Without a conversion between the units nothing can be said.
-    environment_.diagnostics.report({"stock of article " + article, missingConversion(), jobId_});
-  }
-}
-
-void PositionGrid::checkCost(std::size_t row) {
-  const Value& staged = positions_.at(row, costNumber);
-  const auto number = staged.isEmpty() ? 0 : wholeAs<std::int32_t>(staged);
-  const bool fine = !context_.costAssignment || (number && engine_.CheckKostzuord("AB", *number, false) == 0);
-  report(row, fine,
-         Finding(Rule::OrderCostAssignment, staged.text(), positions_.at(row, "Artikelnummer").text()));
-}
-
-Preisfindung* PositionGrid::prices() {
-  if (!prices_) {
-    try {
-      auto created = environment_.components.createPreisfindung();
-      created->Init(activeConnection(environment_));
-      prices_ = std::move(created);
-    } catch (const std::exception& error) {
-      environment_.diagnostics.report({"price component", error.what(), jobId_});
-    }
-  }
-  return prices_.get();
-}
-
-void PositionGrid::checkPrice(std::size_t row) {
-  const std::string article = positions_.at(row, "Artikelnummer").text();
-  const std::string unit = unitOf(row);
-  const PriceQuestion question{context_.customer, article, numberOf(positions_.at(row, "Menge")), unit,
-                               context_.date};
-  SalesPrice price;
-  Preisfindung* component = prices();
-  const std::int32_t result =
-      component == nullptr ? Preisfindung::failed : component->GetVKPreis(question, price);
-  found_.erase(childOf(row));
-  const double staged = numberOf(positions_.at(row, "Preis"));
-  if (result == Preisfindung::failed) {
-    report(row, false, Finding(Rule::OrderPriceFailed, germanNumber(staged)));
-  } else if (result == Preisfindung::notFound) {
-    report(row, false, Finding(Rule::OrderPriceMissing, germanNumber(staged)));
-  } else {
-    found_[childOf(row)] = price.price;
-    // Without a price the order takes the found one. Compared as stored, without rounding, on purpose.
-    const bool open = staged == 0 && !context_.customerSpecific;
-    report(row, open || staged == price.price,
-           Finding(Rule::OrderPriceDiffers, germanNumber(staged), germanNumber(price.price)),
-           context_.customerSpecific);
-  }
-}
 
 GridCell PositionGrid::cell(std::size_t row, std::size_t column) const {
   const GridColumn& spec = positionColumns[column];
@@ -355,7 +284,7 @@ bool PositionGrid::chooseArticle(std::size_t row) {
 
 std::string PositionGrid::articleText(std::size_t row) const {
   try {
-    return engine_.GetArtikelbezeichnung(positions_.at(row, "Artikelnummer").text());
+    return master_.masterData.GetArtikelbezeichnung(positions_.at(row, "Artikelnummer").text());
   } catch (const std::exception& error) {
     environment_.diagnostics.report({"text of an article", error.what(), jobId_});
     return {};
@@ -379,7 +308,7 @@ std::size_t PositionGrid::addRow() {
     last = std::max(last, positions_.at(row, "Positionsnummer").integer().value_or(0));
   const std::size_t row = positions_.add();
   positions_.set(row, "JobID", Value(jobId_));
-  positions_.set(row, "ChildID", Value(engine_.GUID()));
+  positions_.set(row, "ChildID", Value(newJobKey(environment_)));
   positions_.set(row, "JobType", Value(std::int16_t{qxtJobAuftragsPos}));
   positions_.set(row, "Positionsnummer", Value(std::to_string(last + 1)));
   positions_.set(row, "Lieferbereit", Value(context_.ready.Lieferbereit));
@@ -401,7 +330,7 @@ void PositionGrid::removeRow(std::size_t row) {
 std::string PositionGrid::paste(std::size_t row, std::size_t column, std::string_view text) {
   std::vector<std::size_t> targets;
   for (std::size_t i = column; i < positionColumns.size(); ++i)
-    if (positionColumns[i].editable && (context_.customerSpecific || !positionColumns[i].customerSpecific))
+    if (positionColumns[i].editable && (customerSpecific() || !positionColumns[i].customerSpecific))
       targets.push_back(i);
   std::string refused;
   while (!text.empty()) {

@@ -1,10 +1,10 @@
 // The positions of a staged order, in its dialog.
 #pragma once
 
-#include "engine/import_job_object2.h"
 #include "engine/job_editing.h"
+#include "engine/order_rules.h"
+#include "engine/position_facts.h"
 #include "model/date.h"
-#include "rules/stock.h"
 #include "store/entry_objects.h"
 #include "ui/control.h"
 #include "ui/dialog_context.h"
@@ -17,6 +17,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace qx {
@@ -25,10 +26,7 @@ namespace qx {
 struct PositionContext {
   std::string customer;
   std::optional<Date> date; ///< of the order; null when it cannot be read
-  bool warnOfStock = false;
-  bool costAssignment = false;
   bool readOnly = false;
-  bool customerSpecific = false;
   ReadyFlags ready; ///< of a position that is added
 };
 
@@ -36,9 +34,9 @@ struct PositionContext {
 /// Findings go to the dialog's list under the key of their position.
 class PositionGrid final : public JobGrid, public StepwiseChecks {
 public:
-  PositionGrid(const DialogContext& context, FindingList& findings)
-      : environment_(context.environment), engine_(context.engine), lookups_(context.lookups),
-        findings_(findings), stock_(context.environment) {}
+  PositionGrid(const DialogContext& context, const OrderMaster& master, FindingList& findings)
+      : environment_(context.environment), master_(master), lookups_(context.lookups), findings_(findings),
+        prices_(std::in_place, context.environment) {}
 
   /// Takes the positions of a job; all of them, and their number, are still to be checked.
   void load(std::string_view jobId, StagedRows positions, ComboRows units, PositionContext context);
@@ -93,15 +91,8 @@ private:
   GridCell readyCell(std::size_t row, std::string_view flag) const;
   GridCell articleCell(std::size_t row) const;
   std::string childOf(std::size_t row) const { return positions_.at(row, "ChildID").text(); }
+  bool customerSpecific() const { return master_.options.customerSpecific; }
   void checkRow(std::size_t row);
-  void checkArticle(std::size_t row);
-  void checkStock(std::size_t row);
-  void checkCost(std::size_t row);
-  void checkPrice(std::size_t row);
-  /// The staged unit as the ERP knows it, or the article's own.
-  std::string unitOf(std::size_t row) const;
-  void report(std::size_t row, bool fine, Finding finding, std::optional<bool> counts = {});
-  Preisfindung* prices();
   /// Sets a column, and what follows it, whichever way the value came; empty, or why it cannot stand there.
   std::string set(std::size_t row, ColumnName column, ControlKind kind, std::string_view text);
   /// Reads a number that was typed into `value`; empty, or why it cannot stand in the column.
@@ -110,20 +101,19 @@ private:
   std::string refusal(std::size_t row, ColumnName column, double number) const;
 
   Environment& environment_;
-  ImportJobObject2& engine_;
+  const OrderMaster& master_;
   LookupBridge& lookups_;
   FindingList& findings_;
-  Stock stock_;
   std::string jobId_;
   PositionContext context_;
   StagedRows positions_;
   StagedRows stored_;
   ComboRows units_;
-  std::unique_ptr<Preisfindung> prices_;
-  std::map<std::string, double> found_; ///< prices by `ChildID`
-  std::set<std::string> unchecked_;     ///< by `ChildID`
-  std::set<std::string> failed_;        ///< positions with a check that could not be made, by `ChildID`
-  std::set<std::string> told_;          ///< failures that the diagnostics know
+  std::optional<PriceComponent> prices_; ///< anew for each job
+  std::map<std::string, double> found_;  ///< prices by `ChildID`
+  std::set<std::string> unchecked_;      ///< by `ChildID`
+  std::set<std::string> failed_;         ///< positions with a check that could not be made, by `ChildID`
+  std::set<std::string> told_;           ///< failures that the diagnostics know
   std::string failure_;
 };
 

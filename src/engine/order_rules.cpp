@@ -1,0 +1,183 @@
+#include "engine/order_rules.h"
+
+#include "model/german_text.h"
+#include "model/text.h"
+#include "platform/whole_number.h"
+#include "rules/address_fields.h"
+#include "rules/rounding.h"
+
+#include <array>
+#include <exception>
+
+namespace qx {
+namespace {
+
+using Broken = std::optional<Finding>;
+
+Broken noteOfOrder(const OrderMaster& master, const JobFields& job) {
+  const std::string remark = job("Bemerkung").text();
+  if (!master.options.customerSpecific || remark.empty()) return {};
+  return Finding(Rule::OrderNote, remark);
+}
+
+/// A field that must hold a code of a master table, where it holds any.
+struct OrderCode {
+  Rule rule;
+  ColumnName field;
+  std::string_view table;
+};
+constexpr OrderCode orderSalesRep{Rule::OrderSalesRep, "Vertreter1", "Vertreter"};
+constexpr OrderCode orderShipping{Rule::OrderShippingMethod, "Versandart", "Versandart"};
+constexpr OrderCode orderPayment{Rule::OrderPaymentMethod, "Zahlungsart", "Zahlungsart"};
+constexpr OrderCode orderTerms{Rule::OrderPaymentTerms, "ZahlungsbedSchl", "ZahlungsbedSchl"};
+constexpr OrderCode orderBank{Rule::OrderBank, "Bankleitzahl", "Bankleitzahl"};
+constexpr OrderCode orderAccount{Rule::OrderAccount, "Hauptkonto", "Hauptkonto"};
+
+template <const OrderCode& must>
+Broken unknownCode(const OrderMaster& master, const JobFields& job) {
+  const std::string code = (&must == &orderBank ? bankCode(job) : job(must.field)).text();
+  if (code.empty() || master.masterData.codeExists(must.table, code)) return {};
+  return Finding(must.rule, code);
+}
+
+/// A mark in an individual field that demands a certain payment or shipping method; without a setting for it
+/// there is no demand.
+struct Demand {
+  Rule rule;
+  ColumnName field;
+  std::string_view mark;
+  ColumnName method;
+  std::string OrderOptions::*demanded;
+};
+constexpr Demand markZB{Rule::OrderMarkZB, "IndFild1", "ZB", "Zahlungsart", &OrderOptions::ZAVSRG};
+constexpr Demand markZA{Rule::OrderMarkZA, "IndFild3", "ZA", "Zahlungsart", &OrderOptions::ZAKunde};
+constexpr Demand markMK{Rule::OrderMarkMK, "IndFild4", "MK", "Versandart", &OrderOptions::VAKunde};
+
+template <const Demand& demand>
+Broken otherMethod(const OrderMaster& master, const JobFields& job) {
+  const std::string& demanded = master.options.*demand.demanded;
+  if (!master.options.customerSpecific || demanded.empty() || job(demand.field).text() != demand.mark)
+    return {};
+  const std::string method = job(demand.method).text();
+  if (equalCodes(method, demanded)) return {};
+  return Finding(demand.rule, method, demanded);
+}
+
+/// An address key that does not resolve breaks two rules: a run says it as a warning and as an error.
+template <Rule rule, const AddressFields& fields>
+Broken unknownAddress(const OrderMaster& master, const JobFields& job) {
+  const std::string given = job(fields.customer).text();
+  const std::string address = job(fields.number).text();
+  if (given.empty() && address.empty()) return {};
+  if (master.addresses.KundeAngelegt(given.empty() ? job("Kundennummer").text() : given, address)) return {};
+  return given.empty() ? Finding(rule, address).of(fields.number.text()) : Finding(rule, given);
+}
+
+/// A text that stands there already raises the status but has no token of its own.
+Broken earlierReasons(const OrderMaster& /*master*/, const JobFields& job) {
+  const std::string reasons = job("Fehlertext").text();
+  if (reasons.empty()) return {};
+  return Finding(Rule::EarlierReasons, reasons);
+}
+
+Broken unknownCustomer(const OrderMaster& master, const JobFields& job) {
+  const std::string number = job("Kundennummer").text();
+  if (master.addresses.KundeAngelegt(number)) return {};
+  return Finding(Rule::OrderCustomer, number);
+}
+
+Broken reachedCreditLimit(const OrderMaster& master, const JobFields& job) {
+  if (!master.options.checkCreditLimit) return {};
+  const std::string customer = job("Kundennummer").text();
+  switch (master.credit.query(customer)) {
+  case CreditResult::Limit1Reached:
+    return Finding(Rule::OrderCreditLimit1, customer);
+  case CreditResult::Limit2Reached:
+    return Finding(Rule::OrderCreditLimit2, customer);
+  case CreditResult::WithinLimits:
+    break;
+  }
+  return {};
+}
+
+Broken otherPrice(const OrderMaster& master, const JobFields& position, PositionFacts& facts) {
+  const double staged = position("Preis").number().value_or(0);
+  const FoundPrice& price = facts.price();
+  if (price.failed()) return Finding(Rule::OrderPriceFailed, germanNumber(staged));
+  if (!price.found()) return Finding(Rule::OrderPriceMissing, germanNumber(staged));
+  // Without a price the order takes the found one.
+  if (staged == 0 && !master.options.customerSpecific) return {};
+  // Compared as stored, without tolerance or rounding, on purpose.
+  if (staged == price.price.price) return {};
+  return Finding(Rule::OrderPriceDiffers, germanNumber(staged), germanNumber(price.price.price));
+}
+
+Broken missingCostAssignment(const OrderMaster& master, const JobFields& position, PositionFacts& /*facts*/) {
+  if (!master.options.costAssignment) return {};
+  const Value staged = position("KostID");
+  const auto number = staged.isEmpty() ? 0 : wholeAs<std::int32_t>(staged);
+  if (number && master.costs.CheckKostzuord("AB", *number, false) == 0) return {};
+  return Finding(Rule::OrderCostAssignment, staged.text(), position("Artikelnummer").text());
+}
+
+Broken stockTooSmall(const OrderMaster& master, const JobFields& position, PositionFacts& facts) {
+  if (!master.options.warnOfStock) return {};
+  const std::string article = position("Artikelnummer").text();
+  try {
+    const StockAnswer answer = facts.stock();
+    const double quantity = throughDecimalText(position("Menge").number().value_or(0));
+    if (answer.unit == noStockUnit || quantity <= throughDecimalText(answer.stock)) return {};
+    return Finding(Rule::OrderStock, germanNumber(quantity), article);
+  } catch (const std::exception&) {
+    // A missing conversion is no finding of the order; it only makes the warning impossible.
+    const std::string reason = missingConversion();
+    master.environment.diagnostics.report({"stock of article " + article, reason, position("JobID").text()});
+    return {};
+  }
+}
+
+Broken unknownArticle(const OrderMaster& master, const JobFields& position, PositionFacts& /*facts*/) {
+  const std::string article = position("Artikelnummer").text();
+  if (master.masterData.ArtikelAngelegt(article)) return {};
+  return Finding(Rule::OrderArticle, article);
+}
+
+template <Rule... rules>
+constexpr std::array<Rule, sizeof...(rules)> list{rules...};
+constexpr bool atControl = true;
+
+constexpr std::array ofHeader{
+    HeaderRule{list<Rule::OrderNote>, noteOfOrder},
+    HeaderRule{list<Rule::OrderSalesRep>, unknownCode<orderSalesRep>, atControl},
+    HeaderRule{list<Rule::OrderShippingMethod>, unknownCode<orderShipping>, atControl},
+    HeaderRule{list<Rule::OrderPaymentMethod>, unknownCode<orderPayment>, atControl},
+    HeaderRule{list<Rule::OrderMarkZB>, otherMethod<markZB>},
+    HeaderRule{list<Rule::OrderMarkZA>, otherMethod<markZA>},
+    HeaderRule{list<Rule::OrderMarkMK>, otherMethod<markMK>},
+    HeaderRule{list<Rule::OrderPaymentTerms>, unknownCode<orderTerms>, atControl},
+    HeaderRule{list<Rule::OrderBank>, unknownCode<orderBank>, atControl},
+    HeaderRule{list<Rule::OrderDeliveryKey>, unknownAddress<Rule::OrderDeliveryKey, deliveryAddress>,
+               atControl},
+    HeaderRule{list<Rule::OrderInvoiceKey>, unknownAddress<Rule::OrderInvoiceKey, invoiceAddress>, atControl},
+    HeaderRule{list<Rule::OrderAccount>, unknownCode<orderAccount>, atControl},
+    HeaderRule{list<Rule::EarlierReasons>, earlierReasons, atControl},
+    HeaderRule{list<Rule::OrderCustomer>, unknownCustomer, atControl},
+    HeaderRule{list<Rule::OrderDelivery>, unknownAddress<Rule::OrderDelivery, deliveryAddress>, atControl},
+    HeaderRule{list<Rule::OrderInvoice>, unknownAddress<Rule::OrderInvoice, invoiceAddress>, atControl},
+    HeaderRule{list<Rule::OrderCreditLimit1, Rule::OrderCreditLimit2, Rule::OrderCreditLimitDoubtful>,
+               reachedCreditLimit},
+};
+
+constexpr std::array ofPosition{
+    PositionRule{list<Rule::OrderPriceFailed, Rule::OrderPriceMissing, Rule::OrderPriceDiffers>, otherPrice},
+    PositionRule{list<Rule::OrderCostAssignment>, missingCostAssignment},
+    PositionRule{list<Rule::OrderStock>, stockTooSmall},
+    PositionRule{list<Rule::OrderArticle>, unknownArticle},
+};
+
+} // namespace
+
+std::span<const HeaderRule> headerRules() { return ofHeader; }
+std::span<const PositionRule> positionRules() { return ofPosition; }
+
+} // namespace qx
