@@ -3,7 +3,6 @@
 #include "model/text.h"
 #include "platform/whole_number.h"
 #include "rules/active_connection.h"
-#include "rules/payment_terms.h"
 
 #include <array>
 #include <stdexcept>
@@ -127,13 +126,6 @@ std::string MasterData::paymentMethodOfCustomer(std::string_view customer) const
 
 std::string MasterData::shippingMethodText(std::string_view code) const {
   return firstText(sql("SELECT Kurztext From Versandtexte Where Versandart ='"_sql, value(code), "'"_sql));
-}
-
-std::string MasterData::paymentTermsText(std::string_view key) const {
-  const auto rows =
-      activeConnection(environment_)
-          .open(sql("SELECT * From Zahlungsbedingungen where ZahlbedSchl = '"_sql, value(key), "'"_sql));
-  return rows->eof() ? std::string() : qx::paymentTermsText(PaymentTerms::read(*rows));
 }
 
 std::string MasterData::entryScheme(std::string_view article) const {

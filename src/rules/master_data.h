@@ -40,8 +40,6 @@ public:
   std::string shippingMethodOfCustomer(std::string_view customer) const;
   std::string paymentMethodOfCustomer(std::string_view customer) const;
   std::string shippingMethodText(std::string_view code) const;
-  /// The sentence of a term of payment; empty when the key is unknown.
-  std::string paymentTermsText(std::string_view key) const;
 
   /// The article's entry scheme is "Zubehoer".
   bool isAccessory(std::string_view article) const;
