@@ -20,13 +20,13 @@ struct DocumentKind {
 constexpr std::array documentKinds{DocumentKind{"AN", "Angebot"}, DocumentKind{"AB", "Kundenauftrag"},
                                    DocumentKind{"BS", "Bestellung"}, DocumentKind{"AF", "Anfrage"}};
 
-/// What a document kind demands, as the setting's number says it.
+/// The mandatory dimensions of a document kind, by the number in its setting.
 constexpr bool demandsCentre(std::int16_t rule) { return rule == 1 || rule == 3; }
 constexpr bool demandsUnit(std::int16_t rule) { return rule == 2 || rule == 3; }
 
 std::int32_t numberOf(Recordset& row) {
   const auto number = wholeAs<std::int32_t>(row.value("KostID"));
-  if (!number) throw std::runtime_error("a cost assignment has no number that fits");
+  if (!number) throw std::runtime_error("a cost assignment has no usable number");
   return *number;
 }
 
@@ -52,7 +52,7 @@ std::int32_t CostAssignment::CheckKostzuord(std::string_view Belegart, std::int3
 }
 
 std::int16_t CostAssignment::ruleOf(std::string_view documentKind) const {
-  std::string_view key; // an unknown kind reads an empty key, for which nothing is set
+  std::string_view key; // an unknown kind reads the empty key, which is never set
   for (const DocumentKind& kind : documentKinds)
     if (equalCodes(kind.code, documentKind)) key = kind.key;
   return settingToInt16(Settings(environment_, SettingTrap::Refusals).getShared(section, key, "0"))
