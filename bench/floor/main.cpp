@@ -56,7 +56,7 @@ std::uint32_t count(const std::string& text) {
   std::uint32_t number = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
   if (error != std::errc() || end != text.data() + text.size())
-    throw std::invalid_argument("'" + text + "' is no number");
+    throw std::invalid_argument("'" + text + "' is not a number");
   return number;
 }
 

@@ -1,4 +1,4 @@
-// What all commands of the program have in common.
+// The base classes of the program's commands.
 #pragma once
 
 #include "cli/output.h"
@@ -12,12 +12,12 @@ namespace qx::cli {
 class Command {
 public:
   virtual ~Command() = default;
-  /// Checks the arguments and touches nothing. Raises `ProgramError`.
+  /// Checks the arguments only. Raises `ProgramError`.
   virtual void prepare() {}
   virtual ExitCode run(Installation& installation, const Output& output) = 0;
 };
 
-/// What a command on an open database works with.
+/// The context of a command on an open database.
 struct CommandContext {
   Environment& environment;
   ImportJobObject2& engine;
@@ -32,10 +32,10 @@ public:
   ExitCode run(Installation& installation, const Output& output) final {
     Environment& environment = installation.open();
     ImportJobObject2 engine(environment);
-    // Without it every option would count as not set and every order would go without a number.
+    // Without it every option would count as not set and no order would get a number.
     if (!engine.Session())
       throw ProgramError(ExitCode::Failure, "the session of the ERP cannot be used",
-                         "The reason stands above; see that the tables of the ERP can be read.");
+                         "The reason is given above; make sure that the tables of the ERP can be read.");
     return work({environment, engine, output});
   }
 

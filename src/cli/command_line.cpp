@@ -32,14 +32,14 @@ public:
     app_.require_subcommand(1);
     app_.fallthrough();
     app_.footer("Exit status: 0 all well, 1 jobs with findings, 2 wrong usage or input, 3 refused,\n"
-                "4 database or environment failure, 5 run stopped. 'qximportjob COMMAND --help' tells more.");
+                "4 database or environment failure, 5 run stopped. 'qximportjob COMMAND --help' says more.");
     declareOptions();
     declareJobCommands();
     declareRunCommands();
     declareJobFiles();
     declareSettings();
     verb(app_, "view", "Open the window", view_)
-        ->add_option("FILE", view_->arguments.file, "Job file to be read in once it is open");
+        ->add_option("FILE", view_->arguments.file, "Job file to import once it is open");
   }
 
   Invocation parse(int count, const char* const* arguments) {
@@ -48,7 +48,7 @@ public:
       app_.parse(count, arguments);
     } catch (const CLI::ParseError& error) {
       if (error.get_exit_code() != 0)
-        throw ProgramError(ExitCode::BadInput, error.what(), "qximportjob --help tells how it is used.");
+        throw ProgramError(ExitCode::BadInput, error.what(), "qximportjob --help shows the usage.");
       std::ostringstream text;
       app_.exit(error, text, text);
       invocation.text = text.str();
@@ -85,7 +85,7 @@ private:
     StageCommand* stage = nullptr;
     CLI::App* stageVerb = verb(app_, "stage", "Stage jobs from a JSON file", stage);
     stageVerb->add_option("FILE", stage->file, "File of jobs, - for standard input")->required();
-    stageVerb->add_flag("--again", stage->again, "Stage jobs anew that are done");
+    stageVerb->add_flag("--again", stage->again, "Stage done jobs again");
 
     ListCommand* list = nullptr;
     CLI::App* listVerb = verb(app_, "list", "List jobs, oldest first", list);
@@ -103,8 +103,8 @@ private:
         ->required();
 
     CheckCommand* check = nullptr;
-    verb(app_, "check", "Check jobs and write nothing", check)
-        ->add_option("JOBID", check->jobIds, "Keys of jobs; default all that wait");
+    verb(app_, "check", "Check jobs without writing anything", check)
+        ->add_option("JOBID", check->jobIds, "Keys of jobs; default: all waiting jobs");
 
     ExplainCommand* explain = nullptr;
     verb(app_, "explain", "Explain a finding, or the findings of a job", explain)
@@ -122,7 +122,7 @@ private:
                          "Delete the customer's contract jobs with a customer job");
 
     PurgeCommand* purge = nullptr;
-    verb(app_, "purge", "Delete jobs that are done", purge)
+    verb(app_, "purge", "Delete done jobs", purge)
         ->add_option("--before", purge->before, "Only those received before this day, dd.mm.yyyy");
   }
 
@@ -131,7 +131,7 @@ private:
     CLI::App* processVerb = verb(app_, "process", "Process the waiting jobs", process);
     processVerb->add_option("--select", process->select, "alle, kunden, verträge, aufträge or zubehör")
         ->capture_default_str();
-    processVerb->add_flag("--unevaluated", process->unevaluated, "Leave the automatic check out");
+    processVerb->add_flag("--unevaluated", process->unevaluated, "Skip the automatic check");
 
     ReleaseCommand* release = nullptr;
     CLI::App* releaseVerb =
@@ -155,24 +155,24 @@ private:
     CLI::App* importVerb = verb(app_, "import", "Stage the jobs of a job file", importing);
     importVerb->add_option("FILE", importing->file, "Job file, plain or scrambled, - for standard input")
         ->required();
-    importVerb->add_flag("--version1", importing->version1, "It is a file of version 1");
+    importVerb->add_flag("--version1", importing->version1, "The file has version 1");
 
     ExportCommand* exporting = nullptr;
     CLI::App* exportVerb = verb(app_, "export", "Write all jobs to a job file", exporting);
-    exportVerb->add_option("FILE", exporting->file, "File to be written, - for standard output")->required();
-    exportVerb->add_flag("--version1", exporting->version1, "Write a file of version 1");
+    exportVerb->add_option("FILE", exporting->file, "File to write, - for standard output")->required();
+    exportVerb->add_flag("--version1", exporting->version1, "Write version 1");
 
     ScrambleCommand* scramble = nullptr;
     CLI::App* scrambleVerb =
         verb(app_, "scramble", "Scramble a job file with the code tables of this installation", scramble);
     scrambleVerb->add_option("FILE", scramble->file, "Plain job file")->required();
-    scrambleVerb->add_option("OUT", scramble->target, "File to be written")->required();
+    scrambleVerb->add_option("OUT", scramble->target, "File to write")->required();
 
     UnscrambleCommand* unscramble = nullptr;
     CLI::App* unscrambleVerb =
         verb(app_, "unscramble", "Turn a scrambled job file into a plain one", unscramble);
     unscrambleVerb->add_option("FILE", unscramble->file, "Scrambled job file")->required();
-    unscrambleVerb->add_option("OUT", unscramble->target, "File to be written")->required();
+    unscrambleVerb->add_option("OUT", unscramble->target, "File to write")->required();
   }
 
   void declareSettings() {
@@ -198,7 +198,7 @@ private:
   CLI::App app_;
   ProgramOptions options_;
   std::vector<std::unique_ptr<Command>> commands_;
-  ViewCommand* view_ = nullptr; ///< the one command that hands the options on
+  ViewCommand* view_ = nullptr; ///< the one command that passes the options on
   std::unique_ptr<Command> chosen_;
 };
 

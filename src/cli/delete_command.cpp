@@ -50,7 +50,8 @@ void PurgeCommand::prepare() {
   if (!before) return;
   day_ = parseGermanDate(*before);
   if (!day_)
-    throw ProgramError(ExitCode::BadInput, "'" + *before + "' is no date", "Dates are written dd.mm.yyyy.");
+    throw ProgramError(ExitCode::BadInput, "'" + *before + "' is not a date",
+                       "Dates are written dd.mm.yyyy.");
 }
 
 ExitCode PurgeCommand::work(const CommandContext& context) {

@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::size_t longestKey = 32;
 
-/// What an entry object starts with, without its key: every job gets its own.
+/// The initial values of an entry object without its key: every job gets its own.
 template <class Fields>
 Fields initial(const Fields& object) {
   Fields fields = object;
@@ -84,7 +84,7 @@ void JobAssembler::property(StageProperty property) {
 
 void JobAssembler::setType(const StageProperty& type) {
   if (typeLine_ != 0)
-    refuse(type.line, "type", "the property stands already on line " + std::to_string(typeLine_));
+    refuse(type.line, "type", "the property is already given on line " + std::to_string(typeLine_));
   const auto* text = std::get_if<std::string>(&type.value);
   if (text == nullptr)
     refuse(type.line, "type", "a text is expected, not " + std::string(describe(type.value)));
@@ -96,7 +96,7 @@ void JobAssembler::setType(const StageProperty& type) {
   else if (*text == "Auftrag")
     type_ = Type::Auftrag;
   else
-    refuse(type.line, "type", "\"" + *text + "\" is no type; there are Kunde, Vertrag and Auftrag");
+    refuse(type.line, "type", "\"" + *text + "\" is not a type; the types are Kunde, Vertrag and Auftrag");
   kunde_.begin();
   vertrag_.begin();
   auftrag_.begin();
@@ -130,7 +130,7 @@ void JobAssembler::addToJob(StageProperty& property) {
 
 void JobAssembler::beginPositions(const StageProperty& key) {
   if (positionsLine_ != 0)
-    refuse(key.line, key.name, "the property stands already on line " + std::to_string(positionsLine_));
+    refuse(key.line, key.name, "the property is already given on line " + std::to_string(positionsLine_));
   positionsLine_ = key.line;
   if (type_ != Type::Unknown) allowPositions();
 }
@@ -188,7 +188,7 @@ void JobAssembler::finishPosition(Builder& builder, std::int16_t code) {
   records_.add(record, line == 0 ? positionLine_ : line, builder.unspoken());
 }
 
-/// An order position is of no use without article and quantity; what follows from them need not be given.
+/// An order position requires article and quantity; values that follow from them are optional.
 void JobAssembler::completeOrderPosition() {
   AuftragsPosFields& position = orderPosition_.record();
   const auto need = [&](std::string_view name, bool missing) {
@@ -199,7 +199,7 @@ void JobAssembler::completeOrderPosition() {
   need("Menge", !orderPosition_.given("Menge"));
   if (!orderPosition_.given("Auslieferungsmenge")) position.Auslieferungsmenge = position.Menge;
   if (!orderPosition_.given("Fakturiermenge")) position.Fakturiermenge = position.Menge;
-  // The options have said what the last two are.
+  // The last two come from the options.
   for (const char* name : {"Auslieferungsmenge", "Fakturiermenge", "Lieferbereit", "Fakturierbereit"})
     orderPosition_.follows(name);
   const bool numbered = orderPosition_.given("Positionsnummer");
@@ -220,7 +220,7 @@ void JobAssembler::endJob() {
   case Type::Unknown:
     break;
   }
-  refuse(jobLine_, "type", "the property is missing; there are Kunde, Vertrag and Auftrag");
+  refuse(jobLine_, "type", "the property is missing; the types are Kunde, Vertrag and Auftrag");
 }
 
 template <class Builder>
@@ -231,7 +231,7 @@ void JobAssembler::finishJob(Builder& builder, std::int16_t code, std::int16_t o
            otherCode == 0 ? "a waiting job of this type has the code " + std::to_string(code)
                           : "a waiting job of this type has the code " + std::to_string(code) + " or " +
                                 std::to_string(otherCode));
-  // The run takes over positions of single contracts only.
+  // The run processes positions of single contracts only.
   if (record.JobType == qxtjobkundenverträge && positionNumber_ > 0)
     refuse(positionsLine_, "Positionen",
            "a contract of a customer (JobType 40) has none; give their values as properties of the contract");

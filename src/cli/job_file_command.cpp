@@ -16,7 +16,7 @@ namespace {
 
 JobFileVersion versionOf(bool version1) { return version1 ? JobFileVersion::One : JobFileVersion::Two; }
 
-/// "-", or another name of the pipe or terminal that standard output is.
+/// Whether the name is "-" or another name of standard output's pipe or terminal.
 bool isStandardOutput(const std::string& file) {
   if (file == "-") return true;
   struct stat named {};
@@ -25,7 +25,7 @@ bool isStandardOutput(const std::string& file) {
          named.st_dev == output.st_dev && named.st_ino == output.st_ino;
 }
 
-/// Raises what stands for an exchange that changed nothing.
+/// Raises the error of an exchange that changed nothing.
 void refuseInput(const JobFileReport& report, const std::string& file, const std::string& nextStep) {
   if (report.end == JobFileEnd::WrongBanner)
     throw ProgramError(ExitCode::BadInput, std::string(wrongBannerText), nextStep, {file, 1, {}});
@@ -42,7 +42,7 @@ ExitCode change(const CommandContext& context, const std::string& file, const st
   refuseInput(report, file,
               scrambling == Scrambling::Scramble
                   ? "Only a plain job file can be scrambled."
-                  : "Only a job file that was scrambled with the code tables of this installation can be "
+                  : "Only a job file scrambled with the code tables of this installation can be "
                     "unscrambled.");
   if (report.end == JobFileEnd::Failed) throw ProgramError(ExitCode::Failure, report.failure);
   if (context.output.json)
@@ -81,7 +81,7 @@ ExitCode ExportCommand::work(const CommandContext& context) {
   if (toStandardOutput && context.output.json)
     throw ProgramError(ExitCode::BadInput,
                        "the job file and the JSON document would both go to standard output",
-                       "Leave --json out, or name a file.");
+                       "Omit --json, or name a file.");
   const std::string name = toStandardOutput ? "standard output" : file;
   ExportProgress progress(context.output);
   const JobFileReport report =
@@ -92,7 +92,7 @@ ExitCode ExportCommand::work(const CommandContext& context) {
   refuseInput(report, file, {});
   if (report.end != JobFileEnd::Complete)
     throw ProgramError(ExitCode::Failure, report.failure,
-                       report.backup.empty() ? "Remedy the cause and export again."
+                       report.backup.empty() ? "Fix the cause and export again."
                                              : "The file is incomplete; the one that was there before is " +
                                                    report.backup + ".");
   if (context.output.json) {
@@ -107,9 +107,9 @@ ExitCode ExportCommand::work(const CommandContext& context) {
   }
   std::ostream& told = toStandardOutput ? context.output.messages : context.output.result;
   for (const std::string& jobId : progress.unreadableJobs())
-    told << "will not read back as it is: " << jobId << '\n';
+    told << "cannot be read back unchanged: " << jobId << '\n';
   if (report.counts.unreadable > 0)
-    told << report.counts.unreadable << " lines will not read back as they are\n";
+    told << report.counts.unreadable << " lines cannot be read back unchanged\n";
   told << report.counts.jobs << " jobs and " << report.counts.positions << " positions written to " << name
        << ", " << report.counts.skipped << " skipped\n";
   return ExitCode::Success;

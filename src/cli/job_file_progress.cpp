@@ -62,7 +62,7 @@ void ImportPrinter::setBack(std::int64_t line, std::string_view jobId) {
     return;
   }
   end();
-  output_.result << "line " << line << "  was done and is no longer: " << jobId << '\n';
+  output_.result << "line " << line << "  was done and is now waiting or parked: " << jobId << '\n';
 }
 
 void ImportPrinter::withoutHeader(std::int64_t line, std::string_view jobId, std::string_view childId) {

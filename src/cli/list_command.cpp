@@ -31,7 +31,7 @@ private:
   JsonWriter json_;
 };
 
-/// Columns of fixed width, so that rows can be printed as they come.
+/// Columns of fixed width, so that rows can be printed as they arrive.
 class TextRows final : public Rows {
 public:
   explicit TextRows(std::ostream& output) : output_(output) {}
@@ -73,12 +73,12 @@ private:
 void ListCommand::prepare() {
   if (limit && *limit < 0)
     throw ProgramError(ExitCode::BadInput, "the limit must not be negative",
-                       "Give the number of jobs that are to be listed.");
+                       "Give the number of jobs to list.");
   std::vector<JobState> wantedStates;
   for (const std::string& text : states) {
     const auto state = stateFromText(text);
     if (!state)
-      throw ProgramError(ExitCode::BadInput, "'" + text + "' is no state",
+      throw ProgramError(ExitCode::BadInput, "'" + text + "' is not a state",
                          "States are waiting, warning, error and done.");
     wantedStates.push_back(*state);
   }
@@ -86,7 +86,7 @@ void ListCommand::prepare() {
   for (const std::string& text : kinds) {
     const auto kind = kindFromText(text);
     if (!kind)
-      throw ProgramError(ExitCode::BadInput, "'" + text + "' is no kind of job",
+      throw ProgramError(ExitCode::BadInput, "'" + text + "' is not a kind of job",
                          "Kinds are kunde, vertrag, auftrag and kundenvertrag.");
     wantedKinds.push_back(*kind);
   }

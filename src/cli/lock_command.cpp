@@ -6,7 +6,7 @@
 namespace qx::cli {
 namespace {
 
-/// `held`: whether the lock is held now; the holder may be the one that has just lost it.
+/// `held`: whether the lock is held now; otherwise the holder has just lost it.
 void writeJson(std::ostream& output, bool held, const std::optional<LockHolder>& holder) {
   const LockHolder shown = holder.value_or(LockHolder());
   JsonWriter json(output);
@@ -23,8 +23,8 @@ void writeJson(std::ostream& output, bool held, const std::optional<LockHolder>&
 }
 
 std::string_view livenessText(const LockHolder& holder) {
-  if (!holder.alive) return "whether that program still runs cannot be told";
-  return *holder.alive ? "that program is running" : "that program is not running any more";
+  if (!holder.alive) return "it is unknown whether that program is still running";
+  return *holder.alive ? "that program is running" : "that program is no longer running";
 }
 
 } // namespace
@@ -46,7 +46,7 @@ ExitCode LockReleaseCommand::work(const CommandContext& context) {
   BusyNotice wait(context.output.messages);
   const auto holder = lock.holder();
   if (holder && !lock.release(&wait))
-    throw ProgramError(ExitCode::Failure, "the lock could not be released", "--verbose tells the reason.");
+    throw ProgramError(ExitCode::Failure, "the lock could not be released", "--verbose shows the reason.");
   if (context.output.json)
     writeJson(context.output.result, false, holder);
   else if (holder)

@@ -18,10 +18,10 @@
 namespace qx::cli {
 namespace {
 
-// Before all other variables: they may need memory, too.
+// Before all other variables, which may need memory too.
 [[gnu::init_priority(101)]] const OutOfMemoryGuard outOfMemoryGuard;
 
-void tellAsJson(std::ostream& result, const ProgramError& error) {
+void reportAsJson(std::ostream& result, const ProgramError& error) {
   const auto textOrNull = [](JsonWriter& json, const std::string& text) {
     if (text.empty())
       json.null();
@@ -40,7 +40,7 @@ void tellAsJson(std::ostream& result, const ProgramError& error) {
   json.endObject().finish();
 }
 
-void tell(std::ostream& messages, const ProgramError& error) {
+void printError(std::ostream& messages, const ProgramError& error) {
   const SourceLocation& location = error.location();
   messages << "qximportjob: ";
   if (location.line != 0) messages << oneLine(location.file) << ", line " << location.line << ": ";
@@ -71,11 +71,11 @@ ExitCode guarded(int count, const char* const* arguments) {
   CountingBuffer buffer(standardOutput.rdbuf());
   std::ostream result(&buffer);
   const auto end = [&](const ProgramError& error) {
-    // A document that is already begun cannot become an error document.
+    // A begun document cannot become an error document.
     if (asksForJson(count, arguments) && !buffer.used())
-      tellAsJson(result, error);
+      reportAsJson(result, error);
     else
-      tell(messages, error);
+      printError(messages, error);
   };
   return exitCodeOf([&] { return execute(count, arguments, result, messages); }, end);
 }

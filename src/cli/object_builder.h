@@ -18,8 +18,8 @@
 
 namespace qx::cli {
 
-/// Properties are found by name in the record's field table. A property that the table lacks, one that stands
-/// twice in an object and one whose value does not fit are refused with the reason.
+/// Properties are found by name in the record's field table. An unknown or repeated property and one whose
+/// value does not fit are refused with the reason.
 template <const auto& table, class Record>
 class ObjectBuilder {
 public:
@@ -31,12 +31,12 @@ public:
     lines_.fill(0);
     given_.fill(false);
   }
-  /// Null when the property was taken, else what is wrong. A null value counts as not given.
+  /// Null when the property was accepted, otherwise the reason. A null value counts as not given.
   std::optional<std::string> add(StageProperty& property, bool contract) {
     const auto found = indexes().find(property.name);
     if (found == indexes().end()) return "the type has no such property";
     std::int64_t& line = lines_[found->second];
-    if (line != 0) return "the property stands already on line " + std::to_string(line);
+    if (line != 0) return "the property is already given on line " + std::to_string(line);
     line = property.line;
     if (std::holds_alternative<std::monostate>(property.value)) return std::nullopt;
     given_[found->second] = true;
@@ -53,12 +53,12 @@ public:
   /// The line of a property, or 0 when it was not given.
   std::int64_t line(std::string_view name) const { return lines_[fieldIndex(table, name)]; }
 
-  /// Whether the object has a value for the property; null is none.
+  /// Whether the object gives the property a value; null is none.
   bool given(std::string_view name) const { return given_[fieldIndex(table, name)]; }
-  /// The property has a value that follows from others.
+  /// Marks a property as having a value derived from others.
   void follows(std::string_view name) { given_[fieldIndex(table, name)] = true; }
 
-  /// The columns of the properties that the object does not speak of and that have no value from elsewhere.
+  /// The columns of the properties that the object does not mention and that have no derived value.
   const std::vector<ColumnName>& unspoken() {
     unspoken_.clear();
     for (std::size_t i = 0; i < table.size(); ++i)
@@ -70,7 +70,7 @@ public:
   }
 
 private:
-  /// What an object's texts may have together; the rest of a record is for its numbers and signs.
+  /// The maximum total length of an object's texts; the rest of a record is for numbers and delimiters.
   static constexpr std::size_t longestTexts = longestRecord - std::size_t{4} * 1024;
 
   using Indexes = std::unordered_map<std::string_view, std::size_t>;

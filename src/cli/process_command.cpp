@@ -11,7 +11,7 @@
 namespace qx::cli {
 namespace {
 
-/// Holds the single-user lock, released in every case. Signals stop the run as long as it is held; while the
+/// Holds the single-user lock and always releases it. Signals stop the run while it is held; while the
 /// program waits for the lock they end it at once.
 class HeldLock {
 public:
@@ -30,7 +30,7 @@ public:
     const std::string name = holder ? holder->Benutzer : std::string();
     throw ProgramError(
         ExitCode::Refused, "the import is locked by user '" + name + "'",
-        "Wait until that user has finished. When nobody is at work any more: qximportjob lock release");
+        "Wait until that user has finished. If nobody is working any more: qximportjob lock release");
   }
   HeldLock(const HeldLock&) = delete;
   HeldLock& operator=(const HeldLock&) = delete;

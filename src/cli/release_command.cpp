@@ -39,7 +39,7 @@ std::vector<std::string> jobsWithWarnings(Connection& connection) {
 void ReleaseCommand::prepare() {
   if (jobIds.empty() == allWarnings) return;
   throw ProgramError(ExitCode::BadInput,
-                     allWarnings ? "--all-warnings goes without JOBIDs" : "which jobs are to be released?",
+                     allWarnings ? "--all-warnings goes without JOBIDs" : "no jobs to release were named",
                      "Give JOBIDs or --all-warnings.");
 }
 

@@ -11,8 +11,8 @@ double seconds(std::chrono::milliseconds span) { return std::chrono::duration<do
 
 std::int64_t count(std::size_t number) { return static_cast<std::int64_t>(number); }
 
-/// What is left to do, for people.
-void tellRest(std::ostream& output, const RunReport& report) {
+/// Prints jobs left waiting and unwritten protocol lines.
+void printRest(std::ostream& output, const RunReport& report) {
   if (report.end == RunEnd::Stopped)
     output << "The run was stopped; " << report.stillWaiting << " jobs are left waiting.\n";
   if (report.protocolErrors > 0)
@@ -42,7 +42,7 @@ void TextRunPrinter::add(const JobOutcome& outcome) {
 void TextRunPrinter::finish(const RunReport& report, std::chrono::milliseconds span) {
   output_.result << report.processed << " processed: " << report.done << " done, " << report.warning
                  << " with warnings, " << report.error << " with errors, in " << seconds(span) << " s\n";
-  tellRest(output_.result, report);
+  printRest(output_.result, report);
   output_.result << std::flush;
 }
 
@@ -93,7 +93,7 @@ void JsonRunPrinter::finish(const RunReport& report, std::chrono::milliseconds s
   }
   if (report.end == RunEnd::Broken) json_.key("error").text(report.failure);
   json_.endObject().finish();
-  tellRest(output_.messages, report);
+  printRest(output_.messages, report);
 }
 
 } // namespace qx::cli

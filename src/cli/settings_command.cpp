@@ -139,7 +139,7 @@ ExitCode SettingsSetCommand::work(const CommandContext& context) {
   const std::string stored = settings.get(applicationName, section, key, local);
   if (stored != value)
     throw ProgramError(ExitCode::Failure,
-                       "the store did not keep the setting '" + section + "' '" + key + "'");
+                       "the database did not store the setting '" + section + "' '" + key + "'");
   print(context.output, {section, key, stored, local});
   return ExitCode::Success;
 }

@@ -86,12 +86,12 @@ public:
                    const Json::exception& error) override {
     std::string reason = error.what();
     if (reason.starts_with('[')) reason.erase(0, reason.find(' ') + 1);
-    // The library's own place is counted from the beginning of the object.
+    // The library counts its position from the beginning of the object.
     if (const auto colon = reason.find(": "); colon != std::string::npos) reason.erase(0, colon + 2);
     const bool cut = reason.find("unexpected end of input") != std::string::npos ||
                      reason.find("missing closing quote") != std::string::npos;
     if (cut && source_.atEnd()) reason = "it ends in the middle";
-    throw ProgramError(ExitCode::BadInput, "the file is no valid JSON: " + reason,
+    throw ProgramError(ExitCode::BadInput, "the file is not valid JSON: " + reason,
                        "Nothing was staged. Correct the file and stage it again.",
                        {source_.name(), source_.line(), {}});
   }

@@ -59,7 +59,7 @@ std::optional<std::string> assign(StageValue& value, std::string& property, Fiel
   auto* text = std::get_if<std::string>(&value);
   if (text == nullptr) return expected("a text", value);
   if (text->find('\0') != std::string::npos) return "a text must not hold the character NUL";
-  if (kind == FieldKind::Date && !isDate(*text, rule)) return "'" + *text + "' is no date (dd.mm.yyyy)";
+  if (kind == FieldKind::Date && !isDate(*text, rule)) return "'" + *text + "' is not a date (dd.mm.yyyy)";
   property = std::move(*text);
   return std::nullopt;
 }

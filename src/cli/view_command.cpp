@@ -11,7 +11,8 @@ ExitCode ViewCommand::run(Installation& /*installation*/, const Output& output) 
   std::error_code failure;
   const auto self = std::filesystem::read_symlink("/proc/self/exe", failure);
   if (failure)
-    throw ProgramError(ExitCode::Failure, "the program's own folder cannot be told: " + failure.message());
+    throw ProgramError(ExitCode::Failure,
+                       "the program's own folder cannot be determined: " + failure.message());
   const std::string program = (self.parent_path() / viewProgram).string();
   std::vector<std::string> words = viewWords(arguments);
   words.insert(words.begin(), program);

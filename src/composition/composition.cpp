@@ -41,19 +41,19 @@ std::optional<std::string> namedTarget(const ProgramOptions& options) {
 
 std::string databaseTarget(const ProgramOptions& options) {
   if (auto target = namedTarget(options)) return *target;
-  // A relative path in this variable counts as not set, as its definition demands.
+  // By definition a relative path in this variable counts as not set.
   fs::path data = variable("XDG_DATA_HOME");
   if (!data.is_absolute()) {
     const std::string home = variable("HOME");
     if (home.empty())
-      throw ProgramError(ExitCode::Failure, "there is no home folder that could hold the database",
+      throw ProgramError(ExitCode::Failure, "there is no home folder for the database",
                          "Name the database with --db FILE or $QXIMPORTJOB_DB.");
     data = fs::path(home) / ".local" / "share";
   }
   return (data / "qximportjob" / "qximportjob.db").string();
 }
 
-/// For the shell: in single quotes when it is not plain.
+/// Quoted for the shell when necessary.
 std::string shellWord(const std::string& text) {
   constexpr std::string_view plain = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789._-/";
   if (!text.empty() && text.find_first_not_of(plain) == std::string::npos) return text;
@@ -62,12 +62,12 @@ std::string shellWord(const std::string& text) {
   return word + "'";
 }
 
-/// Whether somebody has made tables in the database.
+/// Whether the database has any tables.
 bool holdsTables(Connection& connection) {
   return connection.open(sql("Select Count(*) As Anzahl From sqlite_master"_sql))->value(0).integer() > 0;
 }
 
-/// A file that is there already is the user's own.
+/// An existing file belongs to the user.
 void writeDemoFees(const fs::path& folder) {
   const fs::path file = folder / "Zubehoer.ini";
   if (fs::exists(file)) return;

@@ -13,7 +13,7 @@ constexpr std::string_view comparedWithOption = "Der geöffnete Vorgang vergleic
                                                 "vergleichen.";
 constexpr std::string_view ownModeOnly = "Nur in Installationen mit kundenspezifischen Werten.";
 
-// What customers and orders share. The odd spellings here and below are part of what clerks know.
+// Shared by customers and orders. The odd spellings here and below are deliberate: clerks know them.
 constexpr std::string_view grid = "TDBGrid1";
 constexpr DialogTerms salesRepTerms{"VT", "tdbVertreter1", "Vertreter: {value} wurde noch nicht angelegt."};
 constexpr DialogTerms shippingTerms{"VSA", "tdbVersandart", "Versandart: {value} wurde noch nicht angelegt."};
@@ -50,9 +50,9 @@ constexpr RuleTerms hint(Rule rule, std::string_view code, std::string_view run,
                          DialogTerms dialog, std::string_view remedy) {
   return row(CheckStatus::Clean, rule, code, run, field, dialog, remedy);
 }
-/// A warning of the dialog alone; the job goes through with it.
-constexpr RuleTerms told(Rule rule, std::string_view code, std::string_view field, DialogTerms dialog,
-                         std::string_view remedy) {
+/// A warning of the dialog only, which does not hold up the job.
+constexpr RuleTerms notice(Rule rule, std::string_view code, std::string_view field, DialogTerms dialog,
+                           std::string_view remedy) {
   RuleTerms terms = row(CheckStatus::Warning, rule, code, {}, field, dialog, remedy);
   terms.counts = false;
   return terms;
@@ -60,7 +60,7 @@ constexpr RuleTerms told(Rule rule, std::string_view code, std::string_view fiel
 
 // In the order of `Rule`: code, text of the run, field, terms of the dialog, what to do.
 constexpr std::array ruleTerms{
-    // Of a job of any kind.
+    // Jobs of any kind.
     warning(Rule::EarlierReasons, "job.reasons.standing", "", "Fehlertext",
             DialogTerms{"EP", "chkProcessWaring", "Fehler beim verarbeiten: {value}"},
             "Die genannte Ursache beheben. Der Text bleibt bis zur nächsten Verarbeitung.")
@@ -81,9 +81,9 @@ constexpr std::array ruleTerms{
     // Check of a customer.
     error(Rule::CustomerNumberMissing, "customer.number.missing", "Die Kundennummer fehlt.", "Kundennummer",
           DialogTerms{"KN", "txtKundennummer"}, "Kundennummer eintragen oder mit F4 suchen."),
-    told(Rule::CustomerIsNew, "customer.number.new", "Kundennummer",
-         DialogTerms{"KN", "txtKundennummer", "Die Kundennummer: {value} wurde nicht angelegt. Neukunde!"},
-         "Nichts, wenn der Kunde neu ist. Sonst die richtige Nummer suchen."),
+    notice(Rule::CustomerIsNew, "customer.number.new", "Kundennummer",
+           DialogTerms{"KN", "txtKundennummer", "Die Kundennummer: {value} wurde nicht angelegt. Neukunde!"},
+           "Nichts, wenn der Kunde neu ist. Sonst die richtige Nummer suchen."),
     warning(Rule::CustomerGroup, "customer.group.unknown", codeMissing, "Kundengruppe",
             DialogTerms{"KG", "tdbKundengruppe", "Kundengruppe: {value} wurde noch nicht angelegt."},
             "Aus der Liste wählen, oder in den Optionen das Anlegen erlauben."),
@@ -145,20 +145,20 @@ constexpr std::array ruleTerms{
     error(Rule::CustomerContractErrors, "customer.contracts.error",
           "Im Kundenvertrag wurden ''Fehler'' festgestellt.", "", DialogTerms{"KVF", grid},
           "Den Vertrag in der Liste öffnen und berichtigen."),
-    // Told by the dialogs of customers and orders only.
-    told(Rule::PriceList, "job.price_list.unknown", "Preisliste",
-         DialogTerms{"PL", "tdbPreisliste", "Preisliste: {value} wurde noch nicht angelegt."},
-         "Aus der Liste wählen."),
-    told(Rule::Currency, "customer.currency.unlisted", "Währung",
-         DialogTerms{"WÄ", "tdbWährung", "Währung: {value} wurde noch nicht angelegt."},
-         "Aus der Liste wählen.")
+    // Only in the dialogs of customers and orders.
+    notice(Rule::PriceList, "job.price_list.unknown", "Preisliste",
+           DialogTerms{"PL", "tdbPreisliste", "Preisliste: {value} wurde noch nicht angelegt."},
+           "Aus der Liste wählen."),
+    notice(Rule::Currency, "customer.currency.unlisted", "Währung",
+           DialogTerms{"WÄ", "tdbWährung", "Währung: {value} wurde noch nicht angelegt."},
+           "Aus der Liste wählen.")
         .noted("Die Verarbeitung schreibt einen solchen Kunden nicht: customer.currency.refused."),
-    told(Rule::EntryCurrency, "customer.entry_currency.unlisted", "WährungEingabe",
-         DialogTerms{"WÄE", "tdbWährungEG", "Währung: {value} wurde noch nicht angelegt."},
-         "Aus der Liste wählen."),
-    told(Rule::BankName, "job.bank_name.differs", "Kreditinstitut",
-         DialogTerms{"BV", "txtKreditinstitut", "Bankverbindung sind nicht identisch: {stored}"},
-         "Das Kreditinstitut des Stamms übernehmen."),
+    notice(Rule::EntryCurrency, "customer.entry_currency.unlisted", "WährungEingabe",
+           DialogTerms{"WÄE", "tdbWährungEG", "Währung: {value} wurde noch nicht angelegt."},
+           "Aus der Liste wählen."),
+    notice(Rule::BankName, "job.bank_name.differs", "Kreditinstitut",
+           DialogTerms{"BV", "txtKreditinstitut", "Bankverbindung sind nicht identisch: {stored}"},
+           "Das Kreditinstitut des Stamms übernehmen."),
     warning(Rule::OtherFindings, "customer.check.others", "", "",
             DialogTerms{"PB", "txtKundennummer", "{value}"}, "Das genannte Feld prüfen.")
         .noted("Nur im geöffneten Vorgang: was die Prüfung sonst noch findet."),
@@ -225,9 +225,9 @@ constexpr std::array ruleTerms{
           "Artikelnummer",
           DialogTerms{"VGG", "txtVertragsgegenstand", "Vertragsgegenstand: {value} wurde nicht angelegt."},
           "Mit F4 suchen."),
-    told(Rule::ContractInterval, "contract.interval.unusual", "Intervall",
-         DialogTerms{"INT", "cboIntervall", "Intervall: {value} nicht zulässig!"},
-         "1, 3, 6 oder 12 Monate wählen.")
+    notice(Rule::ContractInterval, "contract.interval.unusual", "Intervall",
+           DialogTerms{"INT", "cboIntervall", "Intervall: {value} nicht zulässig!"},
+           "1, 3, 6 oder 12 Monate wählen.")
         .noted("Geschrieben wird jedes Intervall, ein fehlendes als 12 Monate."),
     // Refusal of a contract.
     error(Rule::ContractCustomerRefused, "contract.customer.refused",
@@ -235,7 +235,7 @@ constexpr std::array ruleTerms{
           "Zuerst den Kunden verarbeiten, oder die Nummer berichtigen."),
     error(Rule::ContractKindRefused, "contract.kind.refused",
           "Die Vertragsart: '{value}' wurde noch nicht angelegt.", "Vertragsart", "Aus der Liste wählen."),
-    // The quote behind the object number stands without an opening one on purpose.
+    // The quote after the object number has no opening one, on purpose.
     error(Rule::ContractRelationRefused, "contract.relation.refused",
           "Es konnte keine Beziehung zwischen Vertragsart: '{value}' und Vertragsgegenstandsnummer: "
           "{stored}' ermittelt werden.",
@@ -327,41 +327,41 @@ constexpr std::array ruleTerms{
     error(Rule::OrderArticle, "order.article.unknown", "Artikel ist nicht angelegt", "Artikelnummer",
           DialogTerms{"AR", grid, "Der Artikel '{value}' ist nicht angelegt."},
           "In der Zelle F4 drücken und den Artikel suchen."),
-    // Told by the dialog of an order only.
-    told(Rule::OrderName1, "order.name1.differs", "Bez1",
-         DialogTerms{"BZ1", "txtKundennummer", "Bezeichnung 1 ist nicht identisch: {stored}"},
-         "Die Kundennummer prüfen. Die Anschrift selbst wird hier nicht geändert."),
-    told(Rule::OrderName2, "order.name2.differs", "Bez2",
-         DialogTerms{"BZ2", "txtKundennummer", "Bezeichnung 2 ist nicht identisch: {stored}"},
-         "Die Kundennummer prüfen. Die Anschrift selbst wird hier nicht geändert."),
-    told(Rule::OrderName3, "order.name3.differs", "Bez3",
-         DialogTerms{"BZ3", "txtKundennummer", "Bezeichnung 3 ist nicht identisch: {stored}"},
-         "Die Kundennummer prüfen. Die Anschrift selbst wird hier nicht geändert."),
-    told(Rule::OrderStreet, "order.street.differs", "Strasse",
-         DialogTerms{"STR", "txtKundennummer", "Straße ist nicht identisch: {stored}"},
-         "Die Kundennummer prüfen. Die Anschrift selbst wird hier nicht geändert."),
-    told(Rule::OrderCountry, "order.country.differs", "Land",
-         DialogTerms{"LD", "txtKundennummer", "Land ist nicht identisch: {stored}"},
-         "Die Kundennummer prüfen. Die Anschrift selbst wird hier nicht geändert."),
-    told(Rule::OrderPostCode, "order.post_code.differs", "PLZ",
-         DialogTerms{"PLZ", "txtKundennummer", "Postleitzahl ist nicht identisch: {stored}"},
-         "Die Kundennummer prüfen. Die Anschrift selbst wird hier nicht geändert."),
-    told(Rule::OrderCity, "order.city.differs", "Ort",
-         DialogTerms{"ORT", "txtKundennummer", "Ort ist nicht identisch: {stored}"},
-         "Die Kundennummer prüfen. Die Anschrift selbst wird hier nicht geändert."),
-    told(Rule::OrderDeliveryLines, "order.delivery.differs", "VS_AdrNr",
-         DialogTerms{"VA", "txtVersandAdr", "Versandadresse ist nicht identisch: {stored}"},
-         "Unter Adressen… mit dem Stamm vergleichen."),
-    told(Rule::OrderInvoiceLines, "order.invoice.differs", "RG_AdrNr",
-         DialogTerms{"RA", "txtRechnungAdr", "Rechnungsadresse ist nicht identisch: {stored}"},
-         "Unter Adressen… mit dem Stamm vergleichen."),
-    told(Rule::CustomersShippingMethod, "order.customers_shipping_method.unknown", "",
-         DialogTerms{"VSK", "txtKundennummer", "Versandart Kunde: {value} wurde noch nicht angelegt."},
-         "Den Kunden in der Warenwirtschaft berichtigen.")
+    // Only in the dialog of an order.
+    notice(Rule::OrderName1, "order.name1.differs", "Bez1",
+           DialogTerms{"BZ1", "txtKundennummer", "Bezeichnung 1 ist nicht identisch: {stored}"},
+           "Die Kundennummer prüfen. Die Anschrift selbst wird hier nicht geändert."),
+    notice(Rule::OrderName2, "order.name2.differs", "Bez2",
+           DialogTerms{"BZ2", "txtKundennummer", "Bezeichnung 2 ist nicht identisch: {stored}"},
+           "Die Kundennummer prüfen. Die Anschrift selbst wird hier nicht geändert."),
+    notice(Rule::OrderName3, "order.name3.differs", "Bez3",
+           DialogTerms{"BZ3", "txtKundennummer", "Bezeichnung 3 ist nicht identisch: {stored}"},
+           "Die Kundennummer prüfen. Die Anschrift selbst wird hier nicht geändert."),
+    notice(Rule::OrderStreet, "order.street.differs", "Strasse",
+           DialogTerms{"STR", "txtKundennummer", "Straße ist nicht identisch: {stored}"},
+           "Die Kundennummer prüfen. Die Anschrift selbst wird hier nicht geändert."),
+    notice(Rule::OrderCountry, "order.country.differs", "Land",
+           DialogTerms{"LD", "txtKundennummer", "Land ist nicht identisch: {stored}"},
+           "Die Kundennummer prüfen. Die Anschrift selbst wird hier nicht geändert."),
+    notice(Rule::OrderPostCode, "order.post_code.differs", "PLZ",
+           DialogTerms{"PLZ", "txtKundennummer", "Postleitzahl ist nicht identisch: {stored}"},
+           "Die Kundennummer prüfen. Die Anschrift selbst wird hier nicht geändert."),
+    notice(Rule::OrderCity, "order.city.differs", "Ort",
+           DialogTerms{"ORT", "txtKundennummer", "Ort ist nicht identisch: {stored}"},
+           "Die Kundennummer prüfen. Die Anschrift selbst wird hier nicht geändert."),
+    notice(Rule::OrderDeliveryLines, "order.delivery.differs", "VS_AdrNr",
+           DialogTerms{"VA", "txtVersandAdr", "Versandadresse ist nicht identisch: {stored}"},
+           "Unter Adressen… mit dem Stamm vergleichen."),
+    notice(Rule::OrderInvoiceLines, "order.invoice.differs", "RG_AdrNr",
+           DialogTerms{"RA", "txtRechnungAdr", "Rechnungsadresse ist nicht identisch: {stored}"},
+           "Unter Adressen… mit dem Stamm vergleichen."),
+    notice(Rule::CustomersShippingMethod, "order.customers_shipping_method.unknown", "",
+           DialogTerms{"VSK", "txtKundennummer", "Versandart Kunde: {value} wurde noch nicht angelegt."},
+           "Den Kunden in der Warenwirtschaft berichtigen.")
         .noted(ownModeOnly),
-    told(Rule::CustomersPaymentMethod, "order.customers_payment_method.unknown", "",
-         DialogTerms{"ZAK", "txtKundennummer", "Zahlungsart Kunde: {value} wurde noch nicht angelegt."},
-         "Den Kunden in der Warenwirtschaft berichtigen.")
+    notice(Rule::CustomersPaymentMethod, "order.customers_payment_method.unknown", "",
+           DialogTerms{"ZAK", "txtKundennummer", "Zahlungsart Kunde: {value} wurde noch nicht angelegt."},
+           "Den Kunden in der Warenwirtschaft berichtigen.")
         .noted(ownModeOnly),
     // Refusal of an order.
     error(Rule::OrderNumberNone, "order.number.none", "Es konnte keine Auftragsnummer ermittelt werden.", "",
@@ -447,13 +447,13 @@ constexpr bool codesAreUnique() {
   return true;
 }
 
-/// Every rule is said by the run or by a dialog, and has a code and a remedy.
+/// Every rule has a text of the run or a dialog, a code and a remedy.
 constexpr bool complete(const RuleTerms& row) {
   return !row.code.empty() && !row.remedy.empty() && !(row.run.empty() && row.dialog.text.empty()) &&
          row.dialog.code.empty() == row.dialog.control.empty();
 }
 
-/// The fields of an address are named by the finding and begin alike.
+/// The fields of an address are given by the finding and share a prefix.
 bool namesField(std::string_view field, std::string_view text) {
   const auto isOfAddress = [](std::string_view name) {
     return name.starts_with("VS_") || name.starts_with("RG_");
@@ -462,7 +462,7 @@ bool namesField(std::string_view field, std::string_view text) {
          (isOfAddress(field) && isOfAddress(text) && text.substr(0, 3) == field.substr(0, 3));
 }
 
-/// Whether the text has the literal parts of the pattern, and the right field where it says one.
+/// Whether the text has the literal parts of the pattern, and the right field if it names one.
 bool fits(std::string_view pattern, std::string_view field, std::string_view text) {
   const std::size_t begin = pattern.find('{');
   if (begin == std::string_view::npos) return pattern == text;

@@ -39,7 +39,7 @@ bool locksOut(const Connection& connection, const Connection& other) {
   });
 }
 
-/// While it lives a run is under way. What was asked of the run before, or of none, is forgotten.
+/// Marks a run as under way while it exists. Clears earlier requests to stop.
 class UnderWay {
 public:
   UnderWay(bool& flag, StopSignal& stop) : flag_(flag), stop_(stop) { set(true); }
@@ -65,7 +65,7 @@ ImportJobObject2::ImportJobObject2(Environment& environment)
       combos_(environment) {
   const auto session = environment_.session;
   if (!session) return;
-  // A session that cannot be used is none.
+  // An unusable session is dropped.
   if (!guarded("Session", sessionFailure, [&] { adopt(session); })) environment_.session.reset();
 }
 
@@ -98,7 +98,7 @@ bool ImportJobObject2::guarded(std::string_view member, std::string_view text, W
                   [&](const std::exception& error) { showFailure(text, germanCause(error)); });
 }
 
-/// A handler of the run's events, or its message loop, may call anything. No box: a unit may be open.
+/// An event handler or the message loop may call any member. No box: a unit may be open.
 bool ImportJobObject2::refusedInRun(std::string_view member) const {
   if (running_) environment_.diagnostics.report({member, "refused while a processing run is under way", ""});
   return running_;
@@ -115,7 +115,7 @@ void ImportJobObject2::ActiveConnection(std::shared_ptr<Connection> connection) 
   });
 }
 
-/// Nothing of the connection before is kept: neither rows nor protocol nor its lock.
+/// Nothing of the previous connection is kept: neither rows nor protocol nor its lock.
 void ImportJobObject2::setConnection(std::shared_ptr<Connection> connection) {
   closeLists();
   protocol_.forget();
@@ -161,7 +161,7 @@ bool ImportJobObject2::connectSession() {
   return true;
 }
 
-/// Reads everything before it sets anything, so that a session that fails leaves no trace.
+/// Reads everything before setting anything, so that a failing session changes nothing.
 void ImportJobObject2::adopt(const std::shared_ptr<qx::Session>& session) {
   auto connection = session->connection();
   std::string number = session->PersonalNr();
@@ -214,7 +214,7 @@ void ImportJobObject2::JobViewShow() {
 void ImportJobObject2::Unload() {
   guarded("Unload", "Fehler beim Schließen der Importvorgänge: ", [this] {
     if (!lock_.held()) return;
-    // A run goes on without its view, but not without the lock.
+    // A run continues without its view, but not without the lock.
     unloadedInRun_ = running_;
     if (!running_) lock_.releaseIfHeld();
     environment_.jobView.close();
@@ -225,7 +225,7 @@ void ImportJobObject2::Unload() {
 
 bool ImportJobObject2::ProcessJobs(bool UnEvaluated, qxProcessState ProcessState) {
   if (refusedInRun("ProcessJobs")) return false;
-  // Whoever took the lock away may be at work himself.
+  // Whoever took the lock may be working.
   if (lock_.confirm().state == LockState::Refused) {
     lastRun_ = {};
     lastRun_.end = RunEnd::Refused;
@@ -307,11 +307,11 @@ void ImportJobObject2::DelArchives() {
 }
 
 bool ImportJobObject2::Export(std::string_view FileName) {
-  return tellExport(environment_, exportJobFile(environment_, FileName, JobFileVersion::Two));
+  return showExportResult(environment_, exportJobFile(environment_, FileName, JobFileVersion::Two));
 }
 
 bool ImportJobObject2::Import(std::string_view FileName) {
-  return tellImport(environment_, importJobFile(environment_, FileName, JobFileVersion::Two));
+  return showImportResult(environment_, importJobFile(environment_, FileName, JobFileVersion::Two));
 }
 
 std::string ImportJobObject2::GUID() { return newJobKey(environment_); }

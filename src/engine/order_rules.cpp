@@ -143,36 +143,39 @@ Broken unknownArticle(const OrderMaster& master, const JobFields& position, Posi
 }
 
 template <Rule... rules>
-constexpr std::array<Rule, sizeof...(rules)> list{rules...};
+constexpr std::array<Rule, sizeof...(rules)> ruleArray{rules...};
 constexpr bool atControl = true;
 
 constexpr std::array ofHeader{
-    HeaderRule{list<Rule::OrderNote>, noteOfOrder},
-    HeaderRule{list<Rule::OrderSalesRep>, unknownCode<orderSalesRep>, atControl},
-    HeaderRule{list<Rule::OrderShippingMethod>, unknownCode<orderShipping>, atControl},
-    HeaderRule{list<Rule::OrderPaymentMethod>, unknownCode<orderPayment>, atControl},
-    HeaderRule{list<Rule::OrderMarkZB>, otherMethod<markZB>},
-    HeaderRule{list<Rule::OrderMarkZA>, otherMethod<markZA>},
-    HeaderRule{list<Rule::OrderMarkMK>, otherMethod<markMK>},
-    HeaderRule{list<Rule::OrderPaymentTerms>, unknownCode<orderTerms>, atControl},
-    HeaderRule{list<Rule::OrderBank>, unknownCode<orderBank>, atControl},
-    HeaderRule{list<Rule::OrderDeliveryKey>, unknownAddress<Rule::OrderDeliveryKey, deliveryAddress>,
+    HeaderRule{ruleArray<Rule::OrderNote>, noteOfOrder},
+    HeaderRule{ruleArray<Rule::OrderSalesRep>, unknownCode<orderSalesRep>, atControl},
+    HeaderRule{ruleArray<Rule::OrderShippingMethod>, unknownCode<orderShipping>, atControl},
+    HeaderRule{ruleArray<Rule::OrderPaymentMethod>, unknownCode<orderPayment>, atControl},
+    HeaderRule{ruleArray<Rule::OrderMarkZB>, otherMethod<markZB>},
+    HeaderRule{ruleArray<Rule::OrderMarkZA>, otherMethod<markZA>},
+    HeaderRule{ruleArray<Rule::OrderMarkMK>, otherMethod<markMK>},
+    HeaderRule{ruleArray<Rule::OrderPaymentTerms>, unknownCode<orderTerms>, atControl},
+    HeaderRule{ruleArray<Rule::OrderBank>, unknownCode<orderBank>, atControl},
+    HeaderRule{ruleArray<Rule::OrderDeliveryKey>, unknownAddress<Rule::OrderDeliveryKey, deliveryAddress>,
                atControl},
-    HeaderRule{list<Rule::OrderInvoiceKey>, unknownAddress<Rule::OrderInvoiceKey, invoiceAddress>, atControl},
-    HeaderRule{list<Rule::OrderAccount>, unknownCode<orderAccount>, atControl},
-    HeaderRule{list<Rule::EarlierReasons>, earlierReasons, atControl},
-    HeaderRule{list<Rule::OrderCustomer>, unknownCustomer, atControl},
-    HeaderRule{list<Rule::OrderDelivery>, unknownAddress<Rule::OrderDelivery, deliveryAddress>, atControl},
-    HeaderRule{list<Rule::OrderInvoice>, unknownAddress<Rule::OrderInvoice, invoiceAddress>, atControl},
-    HeaderRule{list<Rule::OrderCreditLimit1, Rule::OrderCreditLimit2, Rule::OrderCreditLimitDoubtful>,
+    HeaderRule{ruleArray<Rule::OrderInvoiceKey>, unknownAddress<Rule::OrderInvoiceKey, invoiceAddress>,
+               atControl},
+    HeaderRule{ruleArray<Rule::OrderAccount>, unknownCode<orderAccount>, atControl},
+    HeaderRule{ruleArray<Rule::EarlierReasons>, earlierReasons, atControl},
+    HeaderRule{ruleArray<Rule::OrderCustomer>, unknownCustomer, atControl},
+    HeaderRule{ruleArray<Rule::OrderDelivery>, unknownAddress<Rule::OrderDelivery, deliveryAddress>,
+               atControl},
+    HeaderRule{ruleArray<Rule::OrderInvoice>, unknownAddress<Rule::OrderInvoice, invoiceAddress>, atControl},
+    HeaderRule{ruleArray<Rule::OrderCreditLimit1, Rule::OrderCreditLimit2, Rule::OrderCreditLimitDoubtful>,
                reachedCreditLimit},
 };
 
 constexpr std::array ofPosition{
-    PositionRule{list<Rule::OrderPriceFailed, Rule::OrderPriceMissing, Rule::OrderPriceDiffers>, otherPrice},
-    PositionRule{list<Rule::OrderCostAssignment>, missingCostAssignment},
-    PositionRule{list<Rule::OrderStock>, stockTooSmall},
-    PositionRule{list<Rule::OrderArticle>, unknownArticle},
+    PositionRule{ruleArray<Rule::OrderPriceFailed, Rule::OrderPriceMissing, Rule::OrderPriceDiffers>,
+                 otherPrice},
+    PositionRule{ruleArray<Rule::OrderCostAssignment>, missingCostAssignment},
+    PositionRule{ruleArray<Rule::OrderStock>, stockTooSmall},
+    PositionRule{ruleArray<Rule::OrderArticle>, unknownArticle},
 };
 
 } // namespace

@@ -19,7 +19,7 @@ bool sameUnit(const PriceStep& step, std::string_view unit) {
   return unit.empty() || step.unit.empty() || equalCodes(step.unit, unit);
 }
 
-/// The number as 15 digits tell it, so that no binary remainder decides whether a step is reached.
+/// The number rounded to 15 digits, so that no binary residue decides whether a step is reached.
 double asDecimals(double number) { return Value(plainNumber(number)).number().value_or(number); }
 
 /// Amounts have four decimals.
@@ -28,8 +28,8 @@ bool isAmount(double number) {
   return amount && amount->toDouble() == asDecimals(number);
 }
 
-/// Nothing is cut: where a price does not fit an amount any more, the price unit is scaled in its place.
-/// Below 1 that is always so, since goods in small units would else cost another price than in large ones.
+/// Nothing is rounded away: where a price does not fit an amount, the price unit is scaled instead. Below 1
+/// this is always done; otherwise small units would cost a different price than large ones.
 UnitPrice converted(const UnitPrice& stated, const UnitRatio& ratio) {
   const double factor = ratio.factor();
   const UnitPrice multiplied{asDecimals(stated.price * factor), asDecimals(stated.calculated * factor),
@@ -38,7 +38,7 @@ UnitPrice converted(const UnitPrice& stated, const UnitRatio& ratio) {
   return {stated.price, stated.calculated, stated.priceUnit * ratio.per / ratio.times};
 }
 
-/// A step in the unit asked for.
+/// A step in the requested unit.
 struct Candidate {
   const PriceStep* step = nullptr;
   double fromQuantity = 0;
@@ -55,7 +55,7 @@ bool outranks(const Candidate& one, const Candidate& other) {
   return pricePerUnit(one.price) < pricePerUnit(other.price);
 }
 
-/// Takes the step when it holds and outranks the best so far.
+/// Takes the step when it is valid and outranks the best so far.
 void consider(const PriceStep& step, const UnitRatio& ratio, const PriceDemand& demand,
               std::optional<Candidate>& best) {
   const double from = asDecimals(step.fromQuantity * ratio.per / ratio.times);
@@ -84,9 +84,9 @@ std::optional<ChosenPrice> choosePrice(const std::vector<PriceStep>& steps, cons
 std::optional<std::string> PriceDates::validFrom(std::string_view article, const std::string& text) {
   if (trimBlanks(text).empty()) return std::string();
   if (const auto moment = parseTimeStamp(text)) return timeStamp(*moment);
-  std::string what = "a price row has the date '" + text + "', which is no time stamp, and is not used";
+  std::string what = "a price row has the date '" + text + "', which is not a time stamp, and is not used";
   const std::string where = "price of article " + std::string(article);
-  if (told_.insert(where + what).second) diagnostics_.report({where, what, ""});
+  if (reported_.insert(where + what).second) diagnostics_.report({where, what, ""});
   return std::nullopt;
 }
 

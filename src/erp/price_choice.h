@@ -1,4 +1,4 @@
-// Which step of a price table holds for a quantity, a unit and a day.
+// Selects the step of a price table for a quantity, a unit and a day.
 #pragma once
 
 #include "erp/unit_conversions.h"
@@ -13,7 +13,7 @@
 
 namespace qx::erp {
 
-/// What is asked of a price table. Without a date the latest price counts, without a unit that of the table.
+/// A query to a price table. Without a date the latest price counts, without a unit that of the table.
 struct PriceDemand {
   std::string_view article;
   double quantity = 0;
@@ -21,15 +21,15 @@ struct PriceDemand {
   std::optional<Date> date;
 };
 
-/// What a row of a price table states: a price and what is calculated with, both for so many units.
+/// The prices of a row of a price table: sales and calculation price, both per `priceUnit` units.
 struct UnitPrice {
   double price = 0;
   double calculated = 0;
   double priceUnit = 1;
 };
 
-/// When a row of a price table holds: from this quantity of this unit on ("" is any unit), from this time
-/// stamp on ("" is ever since). `row` is the caller's.
+/// The validity of a row of a price table: from this quantity of this unit ("" is any unit) and from this
+/// time stamp ("" is always). `row` is for the caller.
 struct PriceStep {
   std::size_t row = 0;
   std::string unit;
@@ -40,29 +40,28 @@ struct PriceStep {
 
 struct ChosenPrice {
   std::size_t row = 0;
-  UnitPrice price; ///< in the unit asked for
+  UnitPrice price; ///< in the requested unit
 };
 
-/// The highest step that the quantity reaches, of equal steps the one that came into force last, not after
-/// the date, of these the cheapest, and of equal prices the first. Steps in the unit asked for go before
-/// those that must be converted, which are compared as quantities of the unit asked for. The sign of the
-/// quantity does not count: a return is priced like a sale.
+/// The highest step that the quantity reaches; among equal steps the latest valid one, then the cheapest,
+/// then the first. Steps in the requested unit precede those that must be converted, which are compared in
+/// the requested unit. The sign of the quantity is ignored: a return is priced like a sale.
 std::optional<ChosenPrice> choosePrice(const std::vector<PriceStep>& steps, const PriceDemand& demand,
                                        UnitConversions& conversions);
 
-/// The day from which a row of a price table holds.
+/// The day from which a row of a price table is valid.
 class PriceDates {
 public:
   /// `diagnostics` must outlive the object.
   explicit PriceDates(Diagnostics& diagnostics) : diagnostics_(diagnostics) {}
 
-  /// The time stamp, or "" for a row that holds ever since. A text that is neither is told to the
-  /// diagnostics, once, and null: nobody can say when that row holds.
+  /// The time stamp, or "" for a row that is always valid. Any other text gives null and is reported to the
+  /// diagnostics once.
   std::optional<std::string> validFrom(std::string_view article, const std::string& text);
 
 private:
   Diagnostics& diagnostics_;
-  std::set<std::string> told_;
+  std::set<std::string> reported_;
 };
 
 } // namespace qx::erp

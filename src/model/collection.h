@@ -23,9 +23,9 @@ class KeyedCollection {
 public:
   using Pointer = std::shared_ptr<ItemType>;
 
-  /// False, and nothing changed, when the key is already present or there is no item.
+  /// False, without a change, when the key is already present or the item is null.
   bool Add(const Pointer& item) {
-    if (!item || !places_.emplace(asciiLower((*item).*key), items_.size()).second) return false;
+    if (!item || !indexes_.emplace(asciiLower((*item).*key), items_.size()).second) return false;
     items_.push_back(item);
     return true;
   }
@@ -40,14 +40,14 @@ public:
 
 private:
   std::size_t indexOf(std::string_view itemKey) const {
-    const auto found = places_.find(asciiLower(itemKey));
-    if (found == places_.end())
-      throw std::out_of_range("the collection has no item of the key '" + std::string(itemKey) + "'");
+    const auto found = indexes_.find(asciiLower(itemKey));
+    if (found == indexes_.end())
+      throw std::out_of_range("the collection has no item with the key '" + std::string(itemKey) + "'");
     return found->second;
   }
   void removeAt(std::size_t removed) {
-    std::erase_if(places_, [&](const auto& entry) { return entry.second == removed; });
-    for (auto& [ignored, at] : places_)
+    std::erase_if(indexes_, [&](const auto& entry) { return entry.second == removed; });
+    for (auto& [ignored, at] : indexes_)
       if (at > removed) --at;
     items_.erase(items_.begin() + static_cast<std::ptrdiff_t>(removed));
   }
@@ -58,7 +58,7 @@ private:
   }
 
   std::vector<Pointer> items_;
-  std::unordered_map<std::string, std::size_t> places_; ///< of the keys, without regard to case
+  std::unordered_map<std::string, std::size_t> indexes_; ///< of the keys, without regard to case
 };
 
 } // namespace qx

@@ -16,13 +16,13 @@ constexpr int mostDecimals = 6;
 /// The significant digits of every number that is written.
 constexpr int precision = 15;
 
-/// A number as `germanNumber` sees it: digits, of which so many stand before the comma, one at least.
-/// Rounding is done on them because the division by a step adds digits that the number has not.
+/// The digits of a number, of which `whole` (at least one) precede the comma. Rounding works on them because
+/// dividing by a step would add digits that the number does not have.
 struct DecimalDigits {
   std::string digits;
   std::size_t whole = 1;
 
-  /// To so many digits behind the comma, halves up.
+  /// Rounds to that many decimals, halves up.
   void round(std::size_t decimals) {
     const std::size_t kept = whole + decimals;
     const bool up = kept < digits.size() && digits[kept] >= '5';
@@ -111,7 +111,7 @@ std::optional<double> parseEnteredNumber(std::string_view text) {
     const std::size_t first = whole.find('.') - sign;
     if (first < 1 || first > 3 || whole.find_first_not_of("0123456789.", sign) != std::string::npos)
       return std::nullopt;
-    // Every fourth character from the first point on, and nothing else, is one.
+    // Every fourth character from the first point on must be a point, and no other.
     for (std::size_t i = sign; i < whole.size(); ++i)
       if ((whole[i] == '.') != (i >= sign + first && (i - sign - first) % 4 == 0)) return std::nullopt;
     if ((whole.size() - sign - first) % 4 != 0) return std::nullopt;
@@ -147,7 +147,7 @@ std::optional<NumberReadings> readingsOf(std::string_view text) {
 std::string doubtAbout(std::string_view text) {
   if (const auto readings = readingsOf(text))
     return "may mean " + germanNumber(readings->thousands) + " or " + germanNumber(readings->decimals);
-  return parseTypedNumber(text) ? "" : "is no number";
+  return parseTypedNumber(text) ? "" : "is not a number";
 }
 
 } // namespace qx

@@ -8,14 +8,14 @@
 
 namespace qx {
 
-/// Waits for 60 seconds and says so once, after the first one.
+/// Waits for up to 60 seconds and prints one notice after the first second.
 class BusyNotice final : public BusyWait {
 public:
   explicit BusyNotice(std::ostream& messages) : messages_(messages) {}
 
   bool goOn(std::chrono::milliseconds waited) override {
-    if (!told_ && waited >= firstNotice) {
-      told_ = true;
+    if (!shown_ && waited >= firstNotice) {
+      shown_ = true;
       messages_ << "The database is in use by another program; waiting up to 60 seconds..." << std::endl;
     }
     return waited < limit;
@@ -26,7 +26,7 @@ private:
   static constexpr std::chrono::milliseconds limit{60000};
 
   std::ostream& messages_;
-  bool told_ = false;
+  bool shown_ = false;
 };
 
 } // namespace qx

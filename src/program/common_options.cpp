@@ -16,7 +16,7 @@ void declareCommonOptions(CLI::App& app, ProgramOptions& options) {
       [&options](const std::string& text) {
         options.sessionDate = parseGermanDate(text);
         if (!options.sessionDate)
-          throw ProgramError(ExitCode::BadInput, "'" + text + "' is no date",
+          throw ProgramError(ExitCode::BadInput, "'" + text + "' is not a date",
                              "Dates are written dd.mm.yyyy.");
       },
       "Session date, dd.mm.yyyy; default today");

@@ -7,9 +7,9 @@
 namespace qx {
 
 ExitCode exitCodeOf(const std::function<ExitCode()>& work,
-                    const std::function<void(const ProgramError&)>& tell) {
+                    const std::function<void(const ProgramError&)>& report) {
   const auto end = [&](const ProgramError& error) {
-    tell(error);
+    report(error);
     return error.code();
   };
   try {

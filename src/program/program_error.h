@@ -1,4 +1,4 @@
-// How the program ends, and the errors that it tells its user.
+// The exit codes and errors of the programs.
 #pragma once
 
 #include <cstdint>
@@ -13,19 +13,19 @@ enum class ExitCode : int {
   Success = 0,
   Findings = 1, ///< the work was done, and some job ended in warning or error or has findings
   BadInput = 2, ///< wrong usage or bad input; nothing was changed
-  Refused = 3,  ///< somebody else is at work
+  Refused = 3,  ///< another program or user holds the lock
   Failure = 4,  ///< the database or the environment failed
-  Stopped = 5,  ///< the run was stopped before its end; what it had done is kept, the rest is waiting
+  Stopped = 5,  ///< the run was stopped; completed jobs are kept, the rest is waiting
 };
 
-/// Where in a file of jobs something is wrong. Unknown parts are empty or 0.
+/// The location of an error in a file of jobs. Unknown parts are empty or 0.
 struct SourceLocation {
   std::string file;
   std::int64_t line = 0;
   std::string field;
 };
 
-/// What lies behind an error, for a program that says it in words of its own.
+/// The cause of an error, for a program with texts of its own.
 enum class ErrorCause : std::uint8_t { Call, NoDatabase, ReadOnlyDatabase, NoLock, BusyDatabase, Database };
 
 /// An error with its exit code, its location in the input and what to do next.
@@ -36,7 +36,7 @@ public:
       : std::runtime_error(whole(message)), code_(code), nextStep_(std::move(nextStep)),
         location_(std::move(location)) {}
 
-  /// The error with the cause given instead of `Call`.
+  /// The error with this cause instead of `Call`.
   ProgramError of(ErrorCause cause) && {
     cause_ = cause;
     return std::move(*this);
@@ -48,7 +48,7 @@ public:
   const SourceLocation& location() const { return location_; }
 
 private:
-  /// What `what()` gives ends at a NUL, which a name in a file may hold.
+  /// A file name may hold NUL, at which `what()` would end.
   static std::string whole(std::string message) {
     for (auto at = message.find('\0'); at != std::string::npos; at = message.find('\0', at))
       message.replace(at, 1, "\\0");
@@ -61,9 +61,9 @@ private:
   ErrorCause cause_ = ErrorCause::Call;
 };
 
-/// Does the work of a program and gives its exit code. What the work throws is told as a `ProgramError` whose
-/// code is given instead. Only `std::bad_alloc` goes on: to tell it takes memory.
+/// Runs a program's work and returns its exit code. An exception is passed to `report` as a `ProgramError`,
+/// whose code is returned instead. Only `std::bad_alloc` is rethrown: reporting it takes memory.
 ExitCode exitCodeOf(const std::function<ExitCode()>& work,
-                    const std::function<void(const ProgramError&)>& tell);
+                    const std::function<void(const ProgramError&)>& report);
 
 } // namespace qx

@@ -15,7 +15,7 @@ ViewArguments parseViewArguments(int count, const char* const* arguments, std::s
   CLI::App app("Import jobs: the window.", std::string(viewProgram));
   app.set_version_flag("--version", std::string(version));
   declareCommonOptions(app, read.options);
-  app.add_option("FILE", read.file, "Job file to be read in");
+  app.add_option("FILE", read.file, "Job file to import");
   app.footer(
       "Exit status: 0 all well, 2 wrong usage or input, 3 refused, 4 database or environment failure.");
   try {
@@ -23,7 +23,7 @@ ViewArguments parseViewArguments(int count, const char* const* arguments, std::s
   } catch (const CLI::ParseError& error) {
     if (error.get_exit_code() != 0)
       throw ProgramError(ExitCode::BadInput, error.what(),
-                         std::string(viewProgram) + " --help tells how it is used.");
+                         std::string(viewProgram) + " --help shows the usage.");
     std::ostringstream text;
     app.exit(error, text, text);
     read.text = text.str();
@@ -43,7 +43,7 @@ std::vector<std::string> viewWords(const ViewArguments& arguments) {
   if (arguments.options.sessionDate) add("--date=", germanDate(*arguments.options.sessionDate));
   if (arguments.options.verbose) words.emplace_back("--verbose");
   if (arguments.file.empty()) return words;
-  // A file may be named like an option.
+  // A file name may look like an option.
   words.emplace_back("--");
   words.push_back(arguments.file);
   return words;

@@ -19,13 +19,13 @@ constexpr std::array documentKinds{
     DocumentKind{"AN", &option::costsOfQuotes}, DocumentKind{"AB", &option::costsOfOrders},
     DocumentKind{"BS", &option::costsOfPurchases}, DocumentKind{"AF", &option::costsOfInquiries}};
 
-/// What a document kind demands, as the setting's number says it.
+/// The mandatory dimensions of a document kind, by the number in its setting.
 constexpr bool demandsCentre(std::int16_t rule) { return rule == 1 || rule == 3; }
 constexpr bool demandsUnit(std::int16_t rule) { return rule == 2 || rule == 3; }
 
 std::int32_t numberOf(Recordset& row) {
   const auto number = wholeAs<std::int32_t>(row.value("KostID"));
-  if (!number) throw std::runtime_error("a cost assignment has no number that fits");
+  if (!number) throw std::runtime_error("a cost assignment has no usable number");
   return *number;
 }
 

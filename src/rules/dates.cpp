@@ -7,7 +7,7 @@
 namespace qx {
 namespace {
 
-/// Day numbers 999999 and 463711 counted from 30.12.1899.
+/// The dates with the day numbers 999999 and 463711, counted from 30.12.1899.
 constexpr Date openEnd = makeDate(4637, 11, 25);
 constexpr Date openEndOfOldData = makeDate(3169, 8, 5);
 
@@ -17,7 +17,7 @@ std::string intdat(const Value& SystemDatum) {
   if (const auto moment = SystemDatum.moment()) return dayStamp(moment->date);
   const auto date = parseGermanDate(trimBlanks(SystemDatum.textView()));
   if (!date || static_cast<int>(date->year()) == 0)
-    throw std::invalid_argument("'" + SystemDatum.text() + "' is no date");
+    throw std::invalid_argument("'" + SystemDatum.text() + "' is not a date");
   return dayStamp(*date);
 }
 

@@ -17,7 +17,7 @@ double GetGRabatt(Environment& environment, const StagedDiscounts& discounts, co
 double GetGRabatt(Preisfindung& pricing, const StagedDiscounts& discounts, const Value& Param,
                   double Betrag) {
   const auto wanted = Param.isEmpty() ? 0.0 : Param.number();
-  if (!wanted) throw std::invalid_argument("GetGRabatt: '" + Param.text() + "' is no number");
+  if (!wanted) throw std::invalid_argument("GetGRabatt: '" + Param.text() + "' is not a number");
   return *wanted == 1 ? pricing.GetGesamtRabattWert(discounts, Betrag)
                       : pricing.GetGesamtRabattSatz(discounts);
 }

@@ -9,7 +9,7 @@
 namespace qx {
 namespace {
 
-/// Which table serves a position, by its remainder: four of seven positions share the last one.
+/// The table of a position, by its remainder modulo 7: four of seven share the last one.
 constexpr std::array<std::size_t, 7> tableOfRemainder{0, 1, 2, 3, 3, 3, 3};
 
 constexpr std::size_t indexOf(char c) { return static_cast<unsigned char>(c); }
@@ -22,7 +22,7 @@ std::int32_t textCheckSum(std::string_view text) {
   std::int64_t sum = 0;
   for (const char c : bytes) sum += static_cast<std::int64_t>(indexOf(c));
   if (sum > std::numeric_limits<std::int32_t>::max())
-    throw std::overflow_error("the sum of the characters does not fit in 32 bits");
+    throw std::overflow_error("the sum of the characters exceeds 32 bits");
   return static_cast<std::int32_t>(sum);
 }
 

@@ -10,7 +10,7 @@
 namespace qx {
 namespace {
 
-/// Later than every date: without a change of rates the old keys hold.
+/// Later than every date: without a change of rates the old keys apply.
 constexpr std::string_view never = "99999999";
 
 std::string_view dayOf(std::string_view stamp) { return stamp.substr(0, 8); }
@@ -29,10 +29,11 @@ std::string TaxRules::changeDay() const {
       environment_.session->GetSetting(option::taxChangeDay.section, option::taxChangeDay.key, "");
   const std::string_view text = trimBlanks(setting);
   if (text.empty()) return {};
-  // Of a time stamp the day counts, whatever stands behind it.
+  // Only the day of a time stamp counts.
   if (parseTimeStamp(dayOf(text))) return std::string(dayOf(text));
   if (const auto day = parseGermanDate(text)) return std::string(dayOf(dayStamp(*day)));
-  environment_.diagnostics.report({"change of tax rates", "'" + setting + "' is no day and is not used", ""});
+  environment_.diagnostics.report(
+      {"change of tax rates", "'" + setting + "' is not a day and is not used", ""});
   return {};
 }
 
@@ -51,11 +52,11 @@ std::int16_t TaxRules::keyOf(std::string_view customerMark, std::string_view art
   };
   if (rows->eof()) throw MissingTaxKey(describe() + " have no tax key");
 
-  // Compared as texts: the day of the change itself takes the new key.
+  // Compared as texts; the day of the change itself has the new key.
   const bool changed = !trimBlanks(stamp).empty() && dayOf(stamp) >= (changeDay.empty() ? never : changeDay);
   const auto key = wholeAs<std::int16_t>(
       rows->value(changed ? ColumnName("SteuerschlüsselNeu") : ColumnName("Steuerschlüssel")));
-  if (!key) throw MissingTaxKey(describe() + " have a tax key that is no 16-bit number");
+  if (!key) throw MissingTaxKey(describe() + " have a tax key that is not a 16-bit number");
   return *key;
 }
 
@@ -65,7 +66,7 @@ double TaxRules::GetSteuerSatz(std::string_view Steuerschlüssel) const {
   if (rows->eof()) return 0;
   const auto rate = rows->value("MwSt_Satz").number();
   if (!rate || !std::isfinite(*rate))
-    throw MissingTaxRate("the rate of the tax key '" + std::string(Steuerschlüssel) + "' is no number");
+    throw MissingTaxRate("the rate of the tax key '" + std::string(Steuerschlüssel) + "' is not a number");
   return *rate;
 }
 

@@ -11,10 +11,10 @@ namespace {
 
 /// How diagnostics name a setting: "shared setting ImportJob2/Löschen could not be read".
 std::string describe(std::string_view store, std::string_view section, std::string_view key,
-                     std::string_view deed) {
+                     std::string_view verb) {
   std::string text(store);
   text.append(" setting ").append(section).append("/").append(key);
-  text.append(" could not be ").append(deed);
+  text.append(" could not be ").append(verb);
   return text;
 }
 

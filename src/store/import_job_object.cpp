@@ -23,7 +23,7 @@ bool ImportJobObject::trapping(std::string_view member, std::string_view job, Wo
   return !trapped(environment_.diagnostics, {member, job}, work);
 }
 
-/// The same for the two members that show their failure.
+/// The same for the two members that show their failures.
 template <class Work>
 bool ImportJobObject::updating(std::string_view member, std::string_view key, Work&& work) {
   return !trapped(environment_.diagnostics, {member, key}, work, [&](const std::exception& failure) {
@@ -36,7 +36,7 @@ bool ImportJobObject::updating(std::string_view member, std::string_view key, Wo
 bool ImportJobObject::ConnectDB() {
   return trapping("ConnectDB", {}, [this] {
     environment_.connection = database_.open(connectionString_);
-    // Both are opened again at every use, so that what others have stored meanwhile is seen.
+    // Opened anew at every use to see what others have stored meanwhile.
     connection().openStream(sql("Select * From [ImportKopf]"_sql));
     connection().openStream(sql("Select * From [ImportPos]"_sql));
   });
@@ -139,11 +139,11 @@ bool ImportJobObject::SaveSubItem(const ImportJobSubItem& mySubItem) {
 }
 
 bool ImportJobObject::Export(std::string_view FileName) {
-  return tellExport(environment_, exportJobFile(environment_, FileName, JobFileVersion::One));
+  return showExportResult(environment_, exportJobFile(environment_, FileName, JobFileVersion::One));
 }
 
 bool ImportJobObject::Import(std::string_view FileName) {
-  return tellImport(environment_, importJobFile(environment_, FileName, JobFileVersion::One));
+  return showImportResult(environment_, importJobFile(environment_, FileName, JobFileVersion::One));
 }
 
 std::string ImportJobObject::GUID() { return newJobKey(environment_); }

@@ -10,7 +10,7 @@ namespace qx {
 namespace {
 
 constexpr std::string_view title = "Datensatz gesperrt";
-/// So much of a session's identity has a place in the row.
+/// The length of the session column.
 constexpr std::size_t storedSessionCharacters = 15;
 
 Sql selectLock() { return sql("SELECT * FROM LockControl WHERE Dateiname='ImportJob' AND Satz='1'"_sql); }
@@ -50,9 +50,9 @@ LockOutcome ImportLock::takeOwn(BusyWait* wait) {
   } catch (const DatabaseError& failure) {
     return afterFailure(failure);
   }
-  // The unit has ended: a box may stand for a long time.
+  // Outside the unit: a box may stay open for a long time.
   if (attempt.heldBy) return refuse(*attempt.heldBy);
-  if (attempt.takenFrom) tellTakeOver(*attempt.takenFrom);
+  if (attempt.takenFrom) showTakeOver(*attempt.takenFrom);
   return {LockState::Taken, {}, {}};
 }
 
@@ -78,8 +78,8 @@ ImportLock::Attempt ImportLock::lookAndWrite(BusyWait* wait) {
   return attempt;
 }
 
-/// The row may have come between looking and writing, or the database was busy all the time: whoever stands
-/// in the row now holds the lock.
+/// The row may have been added between reading and writing, or the database was busy all the time: the lock
+/// belongs to the session in the row.
 LockOutcome ImportLock::afterFailure(const DatabaseError& failure) {
   if (const auto holder = holderIfReadable()) return refuse(*holder);
   environment_.diagnostics.report({"ImportLock", failure.what(), {}});
@@ -108,7 +108,7 @@ void ImportLock::setLockColumns(Recordset& row) {
   skipping([&] { row.set("Satz", "1"); });
   // The misspelling is deliberate, and so is the missing name of the workstation.
   skipping([&] { row.set("StationID", "unbennant"); });
-  // Without a session the row is written all the same.
+  // The row is written even without a session.
   session_.clear();
   const auto session = environment_.session;
   if (!session) return;
@@ -162,7 +162,7 @@ LockOutcome ImportLock::refuse(const LockHolder& holder) {
   return {LockState::Refused, {}, {}};
 }
 
-void ImportLock::tellTakeOver(const LockHolder& holder) {
+void ImportLock::showTakeOver(const LockHolder& holder) {
   showMessage(environment_, {"Die Sperre von Benutzer '" + holder.Benutzer +
                                  "' wurde übernommen, weil dessen Programm nicht mehr läuft.",
                              std::string(title), MessageIcon::Information});

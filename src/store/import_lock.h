@@ -1,4 +1,4 @@
-// The row that keeps all users but one out of the import.
+// The lock row that limits the import to one user.
 #pragma once
 
 #include "platform/environment.h"
@@ -13,42 +13,42 @@ namespace qx {
 enum class LockState : std::uint8_t {
   Taken,
   Refused,     ///< another user holds the lock; the message was shown
-  Unavailable, ///< the database did not let us look or write; `reason` says why
+  Unavailable, ///< the database refused reading or writing; `reason` says why
 };
 
 struct LockOutcome {
   LockState state = LockState::Unavailable;
-  std::string reason;       ///< of `Unavailable` only, for the caller to tell
+  std::string reason;       ///< of `Unavailable` only, for the caller to report
   std::string germanReason; ///< the same for a box
 };
 
-/// Who stands in the lock row.
+/// The session in the lock row.
 struct LockHolder {
   std::string Benutzer;
   std::string StationID;
   std::string SessionID;
-  std::optional<bool> alive; ///< null when it cannot be told
+  std::optional<bool> alive; ///< null when unknown
 };
 
 /// Takes and releases the lock row. Called outside units of work.
 ///
-/// On a connection of our own looking and writing are one unit, and a lock that a dead program of this
-/// machine left behind is taken over with a notice. On a host's connection the steps run one by one, each
-/// failing one is skipped, and nothing is taken over.
+/// On a connection of our own reading and writing are one unit, and a lock left behind by a dead program of
+/// this machine is taken over with a notice. On a host's connection each step runs by itself and is skipped
+/// when it fails, and nothing is taken over.
 class ImportLock {
 public:
   explicit ImportLock(Environment& environment) : environment_(environment) {}
 
   LockOutcome take(BusyWait* wait = nullptr);
-  /// Looks whether the lock that was taken is still ours. A row that is gone is written again; when another
-  /// user stands in it, the message is shown. Does not look on a host's connection.
+  /// Checks that the lock is still ours. Writes a missing row again; shows the message when the row is
+  /// another user's. Always true on a host's connection.
   LockOutcome confirm(BusyWait* wait = nullptr);
-  /// Deletes the row, whoever owns it. False, with a diagnostics entry, when the database did not let us.
+  /// Deletes the row, whoever owns it. False, with a diagnostics entry, when the database refuses.
   bool release(BusyWait* wait = nullptr);
-  /// Releases the lock only when this object took it; on a connection of our own a row that is another
-  /// user's by now stays.
+  /// Releases the lock only when this object took it; on a connection of our own a row that now belongs to
+  /// another user stays.
   bool releaseIfHeld(BusyWait* wait = nullptr);
-  /// The same for the last time: a row that cannot be deleted stays, and this object no longer holds it.
+  /// The same, but the object gives up the lock even when the row cannot be deleted.
   void giveUp() {
     releaseIfHeld();
     held_ = false;
@@ -72,14 +72,14 @@ private:
   void setLockColumns(Recordset& row);
   template <class Step>
   bool skipping(Step&& step);
-  /// Deletes the row; of a session only when it stands there.
+  /// Deletes the row; given a session, only when the row is that session's.
   bool remove(BusyWait* wait, const std::optional<std::string>& session);
   LockOutcome refuse(const LockHolder& holder);
-  void tellTakeOver(const LockHolder& holder);
+  void showTakeOver(const LockHolder& holder);
 
   Environment& environment_;
   bool held_ = false;
-  std::string session_; ///< as it stands in the row that was taken
+  std::string session_; ///< as in the row that was written
 };
 
 } // namespace qx

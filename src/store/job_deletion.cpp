@@ -19,8 +19,8 @@ auto letsFatal(const Connection& connection) { return connection.ownsWork() ? &i
 
 } // namespace
 
-/// Undone as a whole when it fails; the number of deleted headers. A host's connection has no savepoints:
-/// there the rest of it is not run.
+/// Rolled back as a whole when it fails. Returns the number of deleted headers. A host's connection has no
+/// savepoints: there the remaining statements are skipped.
 template <class Work>
 std::int64_t JobDeletion::part(std::string_view job, Work&& work) {
   Connection& connection = activeConnection(environment_);
@@ -72,7 +72,7 @@ std::unique_ptr<Recordset> JobDeletion::header(std::string_view jobId) {
 std::int64_t JobDeletion::deleteItem(std::string_view key, bool withContracts) {
   return part(key, [&] {
     std::int64_t deleted = 0;
-    // What the header says matters only when its contracts go too; the key of a position finds no header.
+    // The header matters only when its contracts are deleted too; the key of a position finds no header.
     const auto row = withContracts ? header(key) : nullptr;
     if (row && !row->eof() && isCustomerJob(row->value("JobType").integer().value_or(0)))
       deleted = deleteContractsOf(row->text("Kundennummer"));
@@ -94,8 +94,8 @@ std::int64_t JobDeletion::deleteRows(std::string_view key) {
   Connection& connection = activeConnection(environment_);
   const std::int64_t deleted =
       connection.execute(sql("Delete From [ImportKopf] where [JobID] = '"_sql, value(key), "'"_sql));
-  // A trigger can keep a row without a word.
-  if (deleted == 0 && !header(key)->eof()) throw StatementError("the database has not deleted the job", 0);
+  // A trigger can silently keep a row.
+  if (deleted == 0 && !header(key)->eof()) throw StatementError("the database did not delete the job", 0);
   connection.execute(sql("Delete From [ImportPos] where [JobID] = '"_sql, value(key),
                          "' or [ChildID] = '"_sql, value(key), "'"_sql));
   return deleted;
@@ -133,7 +133,7 @@ std::vector<std::string> JobDeletion::doneBefore(const Date& date) {
       if (!day) {
         ++undatedJobs_;
         environment_.diagnostics.report({"deleteDoneBefore",
-                                         "the job stays: '" + received + "' is no date of receipt",
+                                         "the job is kept: '" + received + "' is not a date of receipt",
                                          rows->text("JobID")});
       } else if (*day < date) {
         earlier.push_back(rows->text("JobID"));

@@ -95,13 +95,13 @@ private:
         writeLine(*rows, columnsOf(kind), counts_.jobs);
       else
         ++counts_.skipped;
-      told();
+      advance();
     }
     for (const auto rows = connection_.openStream(everyPosition()); !rows->eof(); rows->moveNext()) {
       const bool read = lineKind(rows->value("JobType").integer().value_or(0)) == LineKind::Position;
       writeLine(*rows, columnsOf(LineKind::Position), counts_.positions);
       if (!read && !writer_.unreadable()) noteUnreadable(*rows);
-      told();
+      advance();
     }
   }
 
@@ -115,11 +115,11 @@ private:
       } else {
         ++counts_.skipped;
       }
-      told();
+      advance();
     }
   }
 
-  /// The first field is the version-1 mark of a position, whatever the row says: it is how one is known.
+  /// The first field is always the version-1 mark of a position, by which it is recognised.
   void writeVersion1Positions(const std::string& jobId) {
     constexpr std::span<const FileColumn> position =
         fileColumns<importJobSubItemFields, version1PositionLine, version1PositionOrder>;
@@ -127,7 +127,7 @@ private:
       writer_.begin();
       writer_.add(FieldKind::Int16, Value(qxtJobTypeSubItem));
       writeRest(*rows, position.subspan(1), counts_.positions);
-      told();
+      advance();
     }
   }
 
@@ -149,7 +149,7 @@ private:
     if (writer_.replaced() > 0) lost_.note(row.text("JobID"), writer_.replaced());
   }
 
-  void told() {
+  void advance() {
     ++done_;
     if (observer_ != nullptr) observer_->progress(done_, total_);
   }

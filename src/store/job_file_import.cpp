@@ -15,7 +15,7 @@ namespace {
 /// Records are cheaper than the jobs of a run. Large groups write each page of an index once instead of
 /// often; the 200 ms after which a group ends keep other programs from waiting.
 constexpr std::size_t recordsInGroup = 10'000;
-/// Without a unit of work the message loop runs after so many records.
+/// Without a unit of work the message loop runs after this many records.
 constexpr std::int64_t recordsBetweenYields = 1000;
 
 class JobFileImport {
@@ -29,7 +29,7 @@ public:
     store_ = version == JobFileVersion::One ? version1RecordStore(context) : version2RecordStore(context);
   }
 
-  /// False for a file that has not the banner of the version.
+  /// False for a file without the banner of the version.
   bool readBanner() {
     std::ifstream stream = openJobFile(file_);
     JobFileLines lines(stream, file_.string());
@@ -46,7 +46,7 @@ public:
   }
 
   void readRecords() {
-    if (textBehindBanner_) skip(1, "text behind the banner is not read");
+    if (textBehindBanner_) skip(1, "text after the banner is not read");
     total_ = std::filesystem::file_size(file_) * static_cast<std::uintmax_t>(store_->passes());
     for (int pass = 0; pass < store_->passes(); ++pass)
       if (pass == 0 || laterPasses_) readPass(pass);
@@ -54,7 +54,7 @@ public:
     observer_.progress(total_, total_);
   }
 
-  /// Tells the observer which done jobs reading would set back. Nothing is stored.
+  /// Reports which done jobs the import would reset. Nothing is stored.
   void findSetBack() {
     std::ifstream stream = openJobFile(file_);
     JobFileLines lines(stream, file_.string());
@@ -89,7 +89,7 @@ private:
     lines.unscramble(scrambler_ ? &*scrambler_ : nullptr);
     JobFileRecords records(lines, store_->fieldCount());
     while (const auto item = records.next()) {
-      tellProgress(pass, lines.bytesRead());
+      reportProgress(pass, lines.bytesRead());
       if (store_->passOf(item->code) == pass)
         take(*item);
       else
@@ -130,11 +130,11 @@ private:
   void skip(std::int64_t line, std::string_view reason) {
     ++counts_.skipped;
     if (reason.empty()) return;
-    tellDiagnostics(line, reason);
+    reportToDiagnostics(line, reason);
     observer_.skipped(line, reason);
   }
 
-  void tellDiagnostics(std::int64_t line, std::string_view reason) {
+  void reportToDiagnostics(std::int64_t line, std::string_view reason) {
     const std::string text = file_.string() + ", line " + std::to_string(line) + ": " + std::string(reason);
     environment_.diagnostics.report({"Import", text, {}});
   }
@@ -142,7 +142,7 @@ private:
   void refuse(const JobFileItem& item, std::string_view reason) {
     ++counts_.refused;
     store_->passedOver(item.code);
-    tellDiagnostics(item.line, reason);
+    reportToDiagnostics(item.line, reason);
     observer_.refused(item.line, reason);
   }
 
@@ -151,9 +151,9 @@ private:
     pending_ = {};
   }
 
-  void tellProgress(int pass, std::uintmax_t bytes) {
-    if (bytes == toldBytes_) return;
-    toldBytes_ = bytes;
+  void reportProgress(int pass, std::uintmax_t bytes) {
+    if (bytes == reportedBytes_) return;
+    reportedBytes_ = bytes;
     observer_.progress(
         total_ / static_cast<std::uintmax_t>(store_->passes()) * static_cast<std::uintmax_t>(pass) + bytes,
         total_);
@@ -175,7 +175,7 @@ private:
   std::optional<Scrambler> scrambler_;
   std::vector<std::string_view> fields_;
   std::uintmax_t total_ = 0;
-  std::uintmax_t toldBytes_ = 0;
+  std::uintmax_t reportedBytes_ = 0;
   std::int64_t sinceYield_ = 0;
   bool textBehindBanner_ = false;
   bool laterPasses_ = false; ///< something was left for them
@@ -186,8 +186,8 @@ void keep(JobFileReport& report, const std::exception& failure) {
   report.germanFailure = germanCause(failure);
 }
 
-/// Reads what is readable. A database that cannot go on takes its open unit with it; after every other
-/// failure what was stored before it is kept.
+/// Reads what is readable. When the database fails, the open unit is lost; after any other failure everything
+/// stored before it is kept.
 void readRecords(JobFileImport& job, JobFileReport& report) {
   try {
     job.readRecords();
@@ -235,7 +235,7 @@ void previewSetBacks(Environment& environment, std::string_view fileName, JobFil
     JobFileImport job(environment, pathOf(fileName), version, observer, nullptr);
     if (job.readBanner()) job.findSetBack();
   } catch (const std::exception& failure) {
-    // The import that follows meets the same failure and tells it.
+    // The import that follows meets the same failure and reports it.
     environment.diagnostics.report({"Import", failure.what(), {}});
   }
 }

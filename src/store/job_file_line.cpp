@@ -26,7 +26,7 @@ std::string whyNoJobFile(const std::filesystem::path& file) {
   if (std::filesystem::is_directory(status))
     reason = "it is a directory";
   else if (std::filesystem::exists(status))
-    reason = "it is no plain file";
+    reason = "it is not a regular file";
   else if (!std::filesystem::status_known(status))
     reason = failure.message();
   return file.string() + ": " + reason;
@@ -84,7 +84,7 @@ void JobFileLines::skipRest() {
       begin_ = *end + 1;
       return;
     }
-    // A CR at the end may belong to the LF that comes next.
+    // A CR at the end may be the first half of a CR LF.
     begin_ = end_ > begin_ && buffer_[end_ - 1] == '\r' ? end_ - 1 : end_;
     if (fill()) continue;
     begin_ = end_;
@@ -104,7 +104,7 @@ std::optional<std::size_t> JobFileLines::findEnd(std::size_t from) const {
   return std::nullopt;
 }
 
-/// Reads on; what is not yet given out moves to the front. False at the end of the file.
+/// Reads more; unconsumed bytes move to the front. False at the end of the file.
 bool JobFileLines::fill() {
   if (atEnd_) return false;
   if (begin_ > 0) {

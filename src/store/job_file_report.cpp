@@ -12,7 +12,7 @@ constexpr std::string_view exportFailureText = "Beim Exportieren der Daten sind 
 
 } // namespace
 
-bool tellImport(Environment& environment, const JobFileReport& report) {
+bool showImportResult(Environment& environment, const JobFileReport& report) {
   if (report.end == JobFileEnd::Complete && report.counts.refused == 0) return true;
   Message message;
   message.text = report.end == JobFileEnd::WrongBanner ? wrongBannerText : importFailureText;
@@ -20,7 +20,7 @@ bool tellImport(Environment& environment, const JobFileReport& report) {
   return false;
 }
 
-bool tellExport(Environment& environment, const JobFileReport& report) {
+bool showExportResult(Environment& environment, const JobFileReport& report) {
   if (report.end == JobFileEnd::Complete) return true;
   Message message;
   message.text = exportFailureText;

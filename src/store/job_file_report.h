@@ -1,4 +1,4 @@
-// What reading or writing a job file came to.
+// The result of reading or writing a job file.
 #pragma once
 
 #include "platform/environment.h"
@@ -14,8 +14,8 @@ enum class JobFileVersion : std::uint8_t { One = 1, Two = 2 };
 enum class JobFileEnd : std::uint8_t {
   Complete,      ///< read or written to the end; single records may have been refused
   WrongBanner,   ///< not a job file of the version asked for; nothing was changed
-  NoFile,        ///< a name that is none of a file: missing, or a directory; nothing was changed
-  Failed,        ///< broke off; what the counts say is kept
+  NoFile,        ///< not the name of a file: missing, or a directory; nothing was changed
+  Failed,        ///< stopped by a failure; what was counted is kept
   TargetRefused, ///< the target belongs to the database or the installation; nothing was changed
 };
 
@@ -25,9 +25,9 @@ struct JobFileCounts {
   std::int64_t positions = 0;
   std::int64_t skipped = 0;       ///< records of no kind and lines outside a record; jobs not exported
   std::int64_t refused = 0;       ///< defective records
-  std::int64_t setBack = 0;       ///< jobs that were done and are no longer
-  std::int64_t unreadable = 0;    ///< lines of an export that no import reads back as they were
-  std::int64_t withoutHeader = 0; ///< positions, stored all the same, whose job is not staged
+  std::int64_t setBack = 0;       ///< done jobs that were reset
+  std::int64_t unreadable = 0;    ///< lines of an export that no import reads back unchanged
+  std::int64_t withoutHeader = 0; ///< positions stored although their job is not staged
 
   JobFileCounts& operator+=(const JobFileCounts& other) {
     jobs += other.jobs;
@@ -50,32 +50,33 @@ struct JobFileReport {
   std::string backup;        ///< of a failed export: where the file that stood there before is kept
 };
 
-/// Told while a job file is read or written. Never called while it could hold up a unit of work for long: it
-/// only keeps what it is told.
+/// Receives progress while a job file is read or written, possibly inside a unit of work: it only stores its
+/// arguments.
 class JobFileObserver {
 public:
   virtual ~JobFileObserver() = default;
   /// Bytes of an import, rows of an export.
   virtual void progress(std::uintmax_t /*done*/, std::uintmax_t /*total*/) {}
-  /// A record or text that somebody may miss was passed over.
+  /// A record or text that the sender may miss was skipped.
   virtual void skipped(std::int64_t /*line*/, std::string_view /*reason*/) {}
   virtual void refused(std::int64_t /*line*/, std::string_view /*reason*/) {}
-  /// A job that was done is waiting or parked again, as the file says. Told once it is durable.
+  /// A done job is waiting or parked again, as in the file. Called once this is durable.
   virtual void setBack(std::int64_t /*line*/, std::string_view /*jobId*/) {}
-  /// A position was stored whose job is not staged. Told once it is durable.
+  /// A position was stored whose job is not staged. Called once this is durable.
   virtual void withoutHeader(std::int64_t /*line*/, std::string_view /*jobId*/,
                              std::string_view /*childId*/) {}
-  /// A line of an export will not be read back as it was: a value holds a quote or a semicolon, it is longer
+  /// A line of an export will not be read back unchanged: a value holds a quote or a semicolon, it is longer
   /// than an import reads, or it is a position that version 2 does not read.
   virtual void unreadable(std::string_view /*jobId*/) {}
 };
 
-/// Shows the box that an import of this outcome calls for, if any. True when there was none.
-bool tellImport(Environment& environment, const JobFileReport& report);
+/// Shows the box for the outcome of an import, if any. True when there was none.
+bool showImportResult(Environment& environment, const JobFileReport& report);
 /// The same for an export.
-bool tellExport(Environment& environment, const JobFileReport& report);
+bool showExportResult(Environment& environment, const JobFileReport& report);
 
-/// The text for a file that is no job file of the version asked for. Its small letter is deliberate.
+/// The text for a file that is no job file of the version asked for. Its lower-case first letter is
+/// deliberate.
 inline constexpr std::string_view wrongBannerText =
     "Die ausgewählte Datei entspricht nicht den konventionen.";
 

@@ -29,23 +29,23 @@ void WorkGroup::finish() {
   try {
     environment_.connection->commitWork();
   } catch (const StatementError& refusal) {
-    // Checks that the database puts off to the commit end the unit, not a statement.
+    // A constraint that is only checked at the commit fails the unit, not a statement.
     throw WorkLostError(refusal.what(), refusal.nativeCode());
   }
   open_ = false;
   heldSinceGap_ += environment_.clock.elapsed() - begunAt_;
-  const auto promises = std::exchange(promises_, {});
-  for (const auto& promise : promises) promise();
+  const auto actions = std::exchange(actions_, {});
+  for (const auto& action : actions) action();
   try {
     environment_.desktop.yield();
   } catch (const std::exception& error) {
-    // What the group did is durable, whatever becomes of the windows.
+    // The group is durable, whatever an action does.
     environment_.diagnostics.report({"message loop", error.what(), ""});
   }
   leaveGap();
 }
 
-/// Someone may have trapped the error that told of the loss; what follows would be written without a unit.
+/// The error that reported the loss may have been trapped; later statements would be written outside a unit.
 void WorkGroup::requireWork() const {
   const Connection& connection = *environment_.connection;
   if (open_ && connection.ownsWork() && !connection.inWork())
@@ -54,7 +54,7 @@ void WorkGroup::requireWork() const {
 
 std::size_t WorkGroup::takeAll(std::size_t count, const JobWalk& walk) {
   std::size_t groupStart = 0;  // the first job of the open group
-  std::size_t aloneBefore = 0; // jobs before this place are committed one by one
+  std::size_t aloneBefore = 0; // jobs before this index are committed one by one
   std::size_t at = 0;
   const auto stoppedAtGroup = [&] {
     abandon();
@@ -65,7 +65,8 @@ std::size_t WorkGroup::takeAll(std::size_t count, const JobWalk& walk) {
     try {
       begin();
       walk.take(at);
-      const bool committed = endJob(at < aloneBefore || at + 1 == count);
+      const bool alone = at < aloneBefore || at + 1 == count;
+      const bool committed = endJob(alone);
       ++at;
       if (committed) groupStart = at;
     } catch (const WorkLostError& loss) {
@@ -84,7 +85,7 @@ std::size_t WorkGroup::takeAll(std::size_t count, const JobWalk& walk) {
   try {
     finish();
   } catch (const WorkLostError&) {
-    // Only after a stop is something open here; what was lost waits for the next run.
+    // A unit is open here only after a stop; lost jobs wait for the next run.
     stoppedAtGroup();
   }
   return at;
@@ -98,17 +99,17 @@ void WorkGroup::leaveGap() {
 }
 
 void WorkGroup::abandon() noexcept {
-  promises_.clear();
+  actions_.clear();
   if (!open_) return;
   open_ = false;
   environment_.connection->rollbackWork();
 }
 
-void WorkGroup::afterCommit(std::function<void()> promise) {
+void WorkGroup::afterCommit(std::function<void()> action) {
   if (open_)
-    promises_.push_back(std::move(promise));
+    actions_.push_back(std::move(action));
   else
-    promise();
+    action();
 }
 
 } // namespace qx

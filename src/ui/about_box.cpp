@@ -12,7 +12,7 @@ namespace {
 constexpr std::string_view defaultVersion = "6.3.0";
 constexpr std::string_view unknown = "nicht bekannt";
 
-/// In KB below one MB; rounded up, so that no file seems empty that is not.
+/// In KB below one MB; rounded up, so that no file seems empty.
 std::string sizeText(std::uintmax_t bytes) {
   constexpr std::uintmax_t kilo = 1024;
   const std::uintmax_t kilobytes = (bytes + kilo - 1) / kilo;
@@ -20,10 +20,10 @@ std::string sizeText(std::uintmax_t bytes) {
   return std::to_string((kilobytes + kilo - 1) / kilo) + " MB";
 }
 
-template <class Tell>
-InformationLine line(Environment& environment, const char* name, Tell&& tell) {
+template <class Read>
+InformationLine line(Environment& environment, const char* name, Read&& read) {
   InformationLine line{name, std::string(unknown)};
-  trapped(environment.diagnostics, {"system information"}, [&] { line.value = tell(); });
+  trapped(environment.diagnostics, {"system information"}, [&] { line.value = read(); });
   return line;
 }
 

@@ -10,7 +10,7 @@ namespace {
 constexpr std::size_t mostKept = 500;
 constexpr std::size_t mostInQuestion = 10;
 
-/// The reasons of a refusal as the reader of the file gives them to technicians.
+/// The reasons of a refusal, as reported by the reader of the file, with their German texts.
 struct Reason {
   std::string_view given;
   std::string_view german;
@@ -27,7 +27,7 @@ constexpr std::array reasons{
     Reason{"JobID has more than 32 characters", "Der Schlüssel des Vorgangs ist länger als 32 Zeichen."},
     Reason{"ChildID has more than 32 characters", "Der Schlüssel der Position ist länger als 32 Zeichen."},
     Reason{"a position of code 1001 is not read", "Positionen der Art 1001 werden nicht eingelesen."},
-    Reason{"text behind the banner is not read", "Der Text hinter der Kennung der Datei wird nicht gelesen."},
+    Reason{"text after the banner is not read", "Der Text hinter der Kennung der Datei wird nicht gelesen."},
     Reason{"the position does not follow its header", "Die Position folgt nicht auf ihren Vorgang."},
 };
 

@@ -48,13 +48,13 @@ std::string jobsInWords(std::size_t count) {
   return std::to_string(count) + (count == 1 ? " Vorgang" : " Vorgänge");
 }
 
-/// Appends a line that is not there yet.
+/// Appends a line unless it is already present.
 void addLine(std::vector<std::string>& lines, std::string_view line) {
   line = trimBlanks(line);
   if (!line.empty() && std::ranges::find(lines, line) == lines.end()) lines.emplace_back(line);
 }
 
-/// Appends the lines of a text that are not there yet.
+/// Appends the lines of a text that are not already present.
 void addLines(std::vector<std::string>& lines, std::string_view text) {
   while (!text.empty()) {
     const std::size_t end = std::min(text.find('\n'), text.size());
@@ -67,7 +67,7 @@ void addLines(std::vector<std::string>& lines, std::string_view text) {
 
 } // namespace
 
-/// Keeps every command and key away while something is under way.
+/// Blocks every command and key while something is under way.
 class JobViewPresenter::Busy {
 public:
   Busy(JobViewPresenter& view, Work work, std::string_view label) : view_(view) {
@@ -93,7 +93,7 @@ public:
     view_.compose();
     view_.skip("yield", [this] { view_.environment_.desktop.yield(); });
   }
-  /// From here on nothing is left to be stopped.
+  /// From here on there is nothing left to stop.
   void closeRun() { view_.work_ = Work::Files; }
 
 private:
@@ -112,7 +112,7 @@ bool JobViewPresenter::skip(std::string_view where, Step&& step) {
   return !trapped(environment_.diagnostics, {where, job}, step);
 }
 
-// Both events may come while a unit of work is open: what they say is kept, the window draws later.
+// Both events may come while a unit of work is open: their values are stored, the window draws later.
 void JobViewPresenter::ProcessProgress(std::int16_t percent) {
   state_.progress = std::clamp<int>(percent, 0, 100);
   windows_.redraw();
@@ -120,7 +120,7 @@ void JobViewPresenter::ProcessProgress(std::int16_t percent) {
 
 void JobViewPresenter::ProcessInfo(std::string_view info) {
   if (work_ == Work::Run && !stopAsked_) state_.label = info;
-  // The clerk may have asked before the run had begun.
+  // The clerk may have asked to stop before the run had begun.
   if (stopAsked_) engine_.requestStop();
   windows_.redraw();
 }
@@ -129,8 +129,9 @@ void JobViewPresenter::create() {
   state_.customerSpecific = settings_[option::customerSpecific];
   verify();
   refresh();
+  // Clears Process/OnProcess; a run sets ImportJob2/OnProcess. They differ on purpose; do not merge them.
   settings_.save(option::processMark, "0");
-  // Whoever opens the view holds the lock: a run that is said to be under way has died.
+  // The view holds the lock: a run still marked as under way has died.
   if (settings_[option::runUnderWay]) settings_.save(option::runUnderWay, "0");
   compose();
 }
@@ -241,7 +242,7 @@ void JobViewPresenter::key(JobViewKey key) {
     command(Tool::ProcessTransactions);
     break;
   case JobViewKey::Delete:
-    // The permission takes away the tool only.
+    // The permission only removes the tool.
     eraseCurrent();
     break;
   case JobViewKey::F1:
@@ -314,7 +315,7 @@ void JobViewPresenter::readDetails() {
   windows_.redraw();
 }
 
-/// Waits for a program that writes, with a sign and a way out. False when the clerk has given up.
+/// Waits for a writing program, with a notice and a way to cancel. False when the clerk cancelled.
 bool JobViewPresenter::databaseIsFree() {
   const auto wait = windows_.databaseWait();
   return awaitDatabase(environment_, wait.get());
@@ -329,7 +330,7 @@ void JobViewPresenter::verify() {
 void JobViewPresenter::refresh() {
   const bool read = skip("job list", [this] {
     Connection& connection = activeConnection(environment_);
-    // An open handle goes on reading a file that nobody can find any more.
+    // An open handle would continue reading a deleted file.
     const auto files = connection.files();
     if (!files.empty() && !std::filesystem::exists(files.front()))
       throw StoreError("Die Datenbankdatei wurde entfernt.", 0);
@@ -355,7 +356,7 @@ void JobViewPresenter::listRows() {
   const auto words = wordsOf(searched_);
   const auto wanted = [&words](const JobListRow& row) { return matches(row, words); };
   state_.rows.clear();
-  // What is sought may stand behind the jobs that were listed.
+  // A match may be beyond the listed jobs.
   const bool sought = beyondLimit() && !words.empty() && skip("search", [&] {
                         state_.rows = findJobs(activeConnection(environment_), filter_, order_, wanted);
                       });
@@ -364,7 +365,7 @@ void JobViewPresenter::listRows() {
   keepCurrent(current, state_.current);
 }
 
-/// The same job; when it is no longer listed, the one in its place.
+/// The same job or, when it is no longer listed, the one at its index.
 void JobViewPresenter::keepCurrent(const std::optional<std::string>& jobId, std::optional<std::size_t> row) {
   state_.current.reset();
   if (state_.rows.empty()) return;
@@ -375,7 +376,7 @@ void JobViewPresenter::keepCurrent(const std::optional<std::string>& jobId, std:
 }
 
 void JobViewPresenter::readPermissions() {
-  // What cannot be read takes no permission away.
+  // An unreadable permission keeps its value.
   mayDelete_ = settings_[option::mayDelete].value_or(mayDelete_);
   mayChange_ = settings_[option::mayChange].value_or(mayChange_);
 }
@@ -391,7 +392,7 @@ void JobViewPresenter::openCurrent() {
     skip("job dialog", [&] { next = windows_.openJob(jobId, !following.empty()) && !following.empty(); });
     verifyAndShow();
     if (!next) return;
-    // The saved job may have changed its place: the next one is the one that followed it.
+    // The saved job may have moved: the next one is the one that followed it before.
     state_.current.reset();
     for (const std::string& jobId : following) {
       const auto found = std::ranges::find(state_.rows, jobId, &JobListRow::jobId);
@@ -406,7 +407,7 @@ void JobViewPresenter::openCurrent() {
 void JobViewPresenter::eraseCurrent() {
   const auto job = currentJob();
   if (!job) return;
-  // The question is about a job that the clerk sees.
+  // Shows the job that the question is about.
   windows_.showCurrent();
   skip("delete", [&] {
     if (!environment_.desktop.ask(
@@ -435,7 +436,7 @@ void JobViewPresenter::process(qxProcessState selection) {
   if (closeAsked_) windows_.closeWindow();
 }
 
-/// Nothing in the list says why such a job is still waiting.
+/// The list does not show why such a job is still waiting.
 void JobViewPresenter::tellJobsLeft() {
   std::string text;
   for (const auto& [jobId, reason] : engine_.lastRun().left) {
@@ -449,7 +450,7 @@ void JobViewPresenter::tellJobsLeft() {
 
 void JobViewPresenter::processCustomersThenContracts() {
   process(qxProcessState::ProcessKunden);
-  // Whoever stopped the first run or wants to leave does not want the second one.
+  // A clerk who stopped the first run or is closing the window does not want the second one.
   if (stopAsked_ || closeAsked_ || engine_.lastRun().end == RunEnd::Stopped) return;
   process(qxProcessState::ProcessVerträge);
 }
@@ -496,7 +497,7 @@ void JobViewPresenter::importFile(std::string_view file) {
   if (closeAsked_) windows_.closeWindow();
 }
 
-/// Done jobs that a file sets back would be written to the ERP a second time: the clerk decides.
+/// Done jobs that an import resets would be written to the ERP a second time: the clerk decides.
 bool JobViewPresenter::maySetBack(std::string_view file) {
   ImportReport ahead;
   previewSetBacks(environment_, file, JobFileVersion::Two, ahead);
@@ -508,11 +509,11 @@ bool JobViewPresenter::maySetBack(std::string_view file) {
   return wanted;
 }
 
-/// Reads a job file in; what the clerk has to know of it.
+/// Imports a job file; returns what the clerk has to know about it.
 std::string JobViewPresenter::readFile(std::string_view file) {
   ImportReport read;
   const JobFileReport report = importJobFile(environment_, file, JobFileVersion::Two, &read);
-  tellImport(environment_, report);
+  showImportResult(environment_, report);
   return read.text(file, report);
 }
 
@@ -527,7 +528,7 @@ void JobViewPresenter::exportChosen() {
   if (closeAsked_) windows_.closeWindow();
 }
 
-/// What the clerk may do is settled there.
+/// The options decide what the clerk may do.
 void JobViewPresenter::options() {
   skip("Options", [this] { windows_.options(); });
   readPermissions();
@@ -554,7 +555,7 @@ std::int64_t JobViewPresenter::matchingJobs() const {
          (filter_.errors ? state_.counts.errors : 0) + (filter_.done ? state_.counts.done : 0);
 }
 
-/// There are jobs that the list query left out.
+/// Whether the list query left jobs out.
 bool JobViewPresenter::beyondLimit() const {
   return found_.size() == jobListLimit && matchingJobs() > static_cast<std::int64_t>(jobListLimit);
 }

@@ -119,7 +119,7 @@ TEST_F(JobFile, ANameThatIsNoneOfAFileIsBadInput) {
                         Case{{"export", endless}, endless + ": File name too long"},
                         Case{{"import", ""}, "the job file has no name"},
                         Case{{"scramble", folder, file("out")}, folder + ": it is a directory"},
-                        Case{{"scramble", "/dev/null", file("out")}, "/dev/null: it is no plain file"},
+                        Case{{"scramble", "/dev/null", file("out")}, "/dev/null: it is not a regular file"},
                         Case{{"scramble", file("jobs.edi"), folder}, folder + ": it is a directory"}}) {
     const ProgramResult result = run(c.arguments);
     EXPECT_EQ(result.status, 2) << c.message;
@@ -188,7 +188,7 @@ TEST_F(JobFile, JobsThatWillNotReadBackAreNamed) {
   ASSERT_EQ(stage(R"({"type":"Kunde","JobID":"K1","Bemerkung":"Bitte anrufen; eilt"})").status, 0);
   const ProgramResult result = run({"export", file("out.edi")});
   EXPECT_EQ(result.status, 0);
-  EXPECT_EQ(result.output, "will not read back as it is: K1\n1 lines will not read back as they are\n"
+  EXPECT_EQ(result.output, "cannot be read back unchanged: K1\n1 lines cannot be read back unchanged\n"
                            "1 jobs and 0 positions written to " +
                                file("out.edi") + ", 0 skipped\n");
   EXPECT_EQ(run({"import", file("out.edi")}).output,

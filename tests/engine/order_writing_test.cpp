@@ -565,7 +565,7 @@ TEST_F(OrderWriting, MalformedFeesAreToldOncePerRun) {
   EXPECT_EQ(count(sql("Select Count(*) From Auftragspos Where Preis = 2.5"_sql)), 2);
   EXPECT_EQ(erp.diagnostics.text(),
             "Zubehoer.ini | MinBestGebuehr=100 has no semicolon | \n"
-            "Zubehoer.ini | 1=fünfzig;1,5 is not used: 'fünfzig' is no number | \n"
+            "Zubehoer.ini | 1=fünfzig;1,5 is not used: 'fünfzig' is not a number | \n"
             "Zubehoer.ini | 3=1.000;4,5 is not used: '1.000' may mean 1000 or 1 | \n");
 }
 
@@ -583,7 +583,7 @@ TEST_F(OrderWriting, NumbersOfTheOptionsThatNobodyCanReadAreNotUsed) {
       count(sql("Select Count(*) From Auftragspos Where Artikelnummer = 'GEBUEHR' And Preis = 2.5"_sql)), 2);
   EXPECT_EQ(erp.diagnostics.text(),
             "setting ImportJob2/abGewicht | '1.000' may mean 1000 or 1 and is not used | \n"
-            "setting ImportJob2/MinGebuehr | 'reichlich' is no number and is not used | \n");
+            "setting ImportJob2/MinGebuehr | 'reichlich' is not a number and is not used | \n");
 }
 
 TEST_F(OrderWriting, BinaryRemaindersDecideNoLimit) {

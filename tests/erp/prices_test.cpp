@@ -144,13 +144,14 @@ TEST_F(SalesPriceTest, ARowWhoseDateIsNoTimeStampIsNamedAndNotTaken) {
   add({"", "", 0, "20260231000000", 9});
   EXPECT_EQ(price("K"), 10);
   EXPECT_EQ(price("K"), 10);
-  EXPECT_EQ(file.diagnostics.text(),
-            "price of article a | a price row has the date '01.01.2026', which is no time stamp, and is not "
-            "used | \n"
-            "price of article a | a price row has the date '01.01.2027', which is no time stamp, and is not "
-            "used | \n"
-            "price of article a | a price row has the date '20260231000000', which is no time stamp, and is "
-            "not used | \n")
+  EXPECT_EQ(
+      file.diagnostics.text(),
+      "price of article a | a price row has the date '01.01.2026', which is not a time stamp, and is not "
+      "used | \n"
+      "price of article a | a price row has the date '01.01.2027', which is not a time stamp, and is not "
+      "used | \n"
+      "price of article a | a price row has the date '20260231000000', which is not a time stamp, and is "
+      "not used | \n")
       << "each of them once";
 }
 

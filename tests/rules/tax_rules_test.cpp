@@ -46,7 +46,7 @@ TEST_F(TaxRulesTest, TheNewKeyHoldsFromTheDayOfTheChange) {
     erp.set("DatumMwStÄnderung", c.change, "Allgemein");
     EXPECT_EQ(tax.GetSteuerschlüssel("I", "V", c.date), c.expected) << c.change << " / " << c.date;
   }
-  EXPECT_EQ(erp.diagnostics.text(), "change of tax rates | 'bald' is no day and is not used | \n");
+  EXPECT_EQ(erp.diagnostics.text(), "change of tax rates | 'bald' is not a day and is not used | \n");
   EXPECT_EQ(tax.keyOf("I", "V", "20260101000000", "20260101"), 9) << "whatever the setting";
   erp.session->failing = true;
   EXPECT_THROW(tax.GetSteuerschlüssel("I", "V", "20260101000000"), StoreError);

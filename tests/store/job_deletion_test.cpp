@@ -107,7 +107,7 @@ TEST_F(JobDeletionTest, AJobThatTheDatabaseKeepsStaysWholeAndTheOthersGo) {
       {sql("Create Trigger Verbot Before Delete On ImportKopf When old.JobID = 'b' Begin Select Raise(Abort, 'nein'); End"_sql),
        "nein"},
       {sql("Create Trigger Verbot Before Delete On ImportKopf When old.JobID = 'b' Begin Select Raise(Ignore); End"_sql),
-       "the database has not deleted the job"},
+       "the database did not delete the job"},
       {sql("Create Trigger Verbot Before Delete On ImportKopf When old.JobID = 'b' Begin Select Raise(Rollback, 'nie'); End"_sql),
        "nie"},
       {sql("Create Trigger Verbot After Delete On ImportPos When old.JobID = 'b' Begin Select Raise(Abort, 'nein'); End"_sql),

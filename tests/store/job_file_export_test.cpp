@@ -153,7 +153,7 @@ TEST_F(JobFileExportTest, CharactersThatTheCodePageLacksAreToldOncePerJob) {
   stage("b", 10);
   execute(sql("Update ImportKopf Set Bez1 = 'Ж', Bez2 = '€ё' Where JobID = 'a'"_sql));
   EXPECT_NE(exported().find("\"\";\"?\";\"€?\";"), std::string::npos);
-  // That this host has no application directory is no matter of a job.
+  // Without the entry that this host has no application directory, which concerns no job.
   std::erase_if(erp.diagnostics.entries, [](const auto& entry) { return entry.job.empty(); });
   ASSERT_EQ(erp.diagnostics.entries.size(), 1U) << erp.diagnostics.text();
   EXPECT_EQ(erp.diagnostics.entries[0].job, "a");
@@ -174,7 +174,7 @@ TEST_F(JobFileExportTest, AFullDiskKeepsTheFileThatWasThereAndTheLinesWrittenSoF
     }
     EXPECT_EQ(report.end, JobFileEnd::Failed);
     EXPECT_EQ(report.backup, file(backup));
-    EXPECT_FALSE(tellExport(erp.environment, report));
+    EXPECT_FALSE(showExportResult(erp.environment, report));
     EXPECT_NE(erp.desktop.shown.back().text.find(report.backup), std::string::npos);
     EXPECT_EQ(erp.desktop.shown.back().icon, MessageIcon::Information);
     EXPECT_EQ(erp.folder.read("out.edi").substr(0, head.size()), head);
@@ -225,7 +225,7 @@ TEST_F(JobFileExportTest, TheFilesOfTheInstallationAreNeverReplacedUnderAnyName)
   EXPECT_EQ(exportJobFile(erp.environment, "", JobFileVersion::Two).end, JobFileEnd::NoFile);
   EXPECT_EQ(erp.secondConnection()->open(sql("Select JobID From ImportKopf"_sql))->text("JobID"), "a");
   const JobFileReport report = exportJobFile(erp.environment, erp.path, JobFileVersion::Two);
-  EXPECT_FALSE(tellExport(erp.environment, report));
+  EXPECT_FALSE(showExportResult(erp.environment, report));
   EXPECT_TRUE(
       erp.desktop.shown.back().text.ends_with("Die Datei gehört zur Datenbank und wird nicht überschrieben."))
       << erp.desktop.shown.back().text;

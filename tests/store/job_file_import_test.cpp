@@ -140,7 +140,7 @@ TEST_F(JobFileImportTest, WhatIsNoFileOfTheVersionChangesNothing) {
         std::string(1, '\0') + std::string(banner2)}) {
     const JobFileReport report = importContent(content);
     EXPECT_EQ(report.end, JobFileEnd::WrongBanner) << content;
-    EXPECT_FALSE(tellImport(erp.environment, report));
+    EXPECT_FALSE(showImportResult(erp.environment, report));
     EXPECT_EQ(erp.desktop.shown.back().text, "Die ausgewählte Datei entspricht nicht den konventionen.");
   }
   EXPECT_EQ(importLines(banner2, {customer("K1")}, JobFileVersion::One).end, JobFileEnd::WrongBanner);
@@ -148,7 +148,7 @@ TEST_F(JobFileImportTest, WhatIsNoFileOfTheVersionChangesNothing) {
        {file("fehlt.edi"), erp.folder.path().string(), std::string("/dev/zero"), std::string()}) {
     const JobFileReport report = importJobFile(erp.environment, missing, JobFileVersion::Two);
     EXPECT_EQ(report.end, JobFileEnd::NoFile) << missing;
-    EXPECT_FALSE(tellImport(erp.environment, report));
+    EXPECT_FALSE(showImportResult(erp.environment, report));
     EXPECT_EQ(
         erp.desktop.shown.back().text,
         "Beim Importieren der Daten sind Fehler aufgetreten, es konnten evtl. nicht alle Daten importiert "
@@ -164,7 +164,7 @@ TEST_F(JobFileImportTest, ReadingAFileAgainAddsNothing) {
     EXPECT_EQ(report.end, JobFileEnd::Complete);
     EXPECT_EQ(report.counts.jobs, 2);
     EXPECT_EQ(report.counts.positions, 1);
-    EXPECT_TRUE(tellImport(erp.environment, report));
+    EXPECT_TRUE(showImportResult(erp.environment, report));
     EXPECT_EQ(jobs() + positions(), "A1 K1 P1 ");
   }
   EXPECT_EQ(observer.lastDone, observer.lastTotal);
@@ -192,7 +192,7 @@ TEST_F(JobFileImportTest, DefectiveRecordsAreRefusedByTheirLineAndTheRestIsRead)
                            "5: Auslieferungsmenge cannot be '2.5'\n"
                            "8: ChildID is empty\n");
   EXPECT_EQ(erp.diagnostics.entries.size(), 6U);
-  EXPECT_FALSE(tellImport(erp.environment, report));
+  EXPECT_FALSE(showImportResult(erp.environment, report));
   EXPECT_EQ(erp.desktop.shown.size(), 1U);
 }
 
@@ -240,7 +240,7 @@ TEST_F(JobFileImportTest, PositionsMayStandAnywhereAndOneWithoutItsJobIsNamed) {
   EXPECT_EQ(positions(), "P1 P2 P3 ");
   EXPECT_EQ(report.counts.withoutHeader, 1);
   EXPECT_EQ(observer.told, "3 P2 without fehlt\n");
-  EXPECT_TRUE(tellImport(erp.environment, report));
+  EXPECT_TRUE(showImportResult(erp.environment, report));
 }
 
 TEST_F(JobFileImportTest, EmptyNumbersLeaveTheStartingValuesOfTheEntryObjects) {
@@ -248,7 +248,7 @@ TEST_F(JobFileImportTest, EmptyNumbersLeaveTheStartingValuesOfTheEntryObjects) {
   importLines(banner2, {order("A1"), position("A1", "P1"),
                         fileLine(15, {"50", "A1", "P2", "", "", "", "Wahr", "", "Falsch", "1E-05"})});
   EXPECT_EQ(header("A1", "Status"), Value(10));
-  // A text is no number: the date of the file stands, empty as it is.
+  // Unlike a number, an empty text is stored.
   EXPECT_EQ(header("A1", "Eingangsdatum"), Value(""));
   EXPECT_EQ(keys(sql("Select Lieferbereit || Fakturierbereit || Menge From ImportPos Order By ChildID"_sql)),
             "100.0 011.0e-05 ");
@@ -378,7 +378,7 @@ TEST_F(JobFileImportTest, WhatIsPassedOverIsNamed) {
   const std::string head(banner2);
   const JobFileReport report =
       importLines(head + "\"10\";\"verloren\";", {order("A1"), fileLine(15, {"1001", "A1", "P1"})});
-  EXPECT_EQ(observer.told, "1 skipped: text behind the banner is not read\n"
+  EXPECT_EQ(observer.told, "1 skipped: text after the banner is not read\n"
                            "3 skipped: a position of code 1001 is not read\n");
   EXPECT_EQ(report.counts.skipped, 2);
   EXPECT_EQ(jobs() + positions(), "A1 ");

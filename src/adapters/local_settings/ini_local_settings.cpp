@@ -12,7 +12,8 @@ std::filesystem::path configFolder() {
   if (const char* folder = std::getenv("XDG_CONFIG_HOME"); folder != nullptr && *folder == '/') return folder;
   if (const char* home = std::getenv("HOME"); home != nullptr && *home != '\0')
     return std::filesystem::path(home) / ".config";
-  throw std::runtime_error("the local settings have no place: neither XDG_CONFIG_HOME nor HOME is set");
+  throw std::runtime_error(
+      "there is no folder for the local settings: neither XDG_CONFIG_HOME nor HOME is set");
 }
 
 } // namespace

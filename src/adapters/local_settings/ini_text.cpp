@@ -13,12 +13,12 @@ std::string sectionName(std::string_view application, std::string_view section) 
   return encodeSetting(application) + "/" + encodeSetting(section);
 }
 
-/// An empty key becomes "%", which no encoded key is.
+/// An empty key becomes "%", which no encoded key can be.
 std::string keyName(std::string_view key) { return key.empty() ? "%" : encodeSetting(key); }
 
 IniEntry findSetting(std::string_view content, std::string_view section, std::string_view key) {
   if (content.find('\0') != std::string_view::npos)
-    throw std::runtime_error("the local settings file is no text file");
+    throw std::runtime_error("the local settings file is not a text file");
   return findIniEntry(content, section, key, {";#", equalCodes, true});
 }
 

@@ -14,9 +14,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-[[noreturn]] void fail(const fs::path& path, std::string_view deed, int error) {
+[[noreturn]] void fail(const fs::path& path, std::string_view verb, int error) {
   std::string message = "the file '" + path.string() + "' cannot be ";
-  message.append(deed).append(": ").append(std::generic_category().message(error));
+  message.append(verb).append(": ").append(std::generic_category().message(error));
   throw std::runtime_error(message);
 }
 
@@ -58,7 +58,7 @@ void writeAll(const FileDescriptor& file, std::string_view content, const fs::pa
   }
 }
 
-/// Removes a half-written file unless it took its place.
+/// Removes a half-written file unless it was renamed.
 class Draft {
 public:
   explicit Draft(fs::path path) : path_(std::move(path)) {}
@@ -126,7 +126,7 @@ void SharedFile::rewrite(const std::function<std::string(std::string_view)>& cha
   const fs::path lockPath = withEnding(path_, ".lock");
   const FileDescriptor turn(openForUser(lockPath, O_RDWR | O_CREAT));
   lock(turn, lockPath);
-  // A link that points elsewhere stays a link.
+  // A symbolic link stays a link.
   fs::path target = fs::canonical(path_, error);
   if (error) target = path_;
   Draft draft(withEnding(target, ".new"));

@@ -57,7 +57,7 @@ std::string ConnectionState::file() const {
 }
 
 void ConnectionState::prepare(PreparedStatement& cached, const char* text) {
-  if (!cached) cached = PreparedStatement(database_, text, true);
+  if (!cached) cached = PreparedStatement(database_, text, StatementLife::Cached);
 }
 
 void ConnectionState::control(PreparedStatement& cached, const char* text) {

@@ -17,7 +17,7 @@ DatabaseHandle::~DatabaseHandle() { sqlite3_close_v2(handle_); }
 bool DatabaseHandle::unitLost() const { return unitBegun_ && sqlite3_get_autocommit(handle_) != 0; }
 
 void DatabaseHandle::requireUnit() const {
-  if (unitLost()) throw WorkLostError("the database has rolled the unit of work back", SQLITE_ABORT_ROLLBACK);
+  if (unitLost()) throw WorkLostError("the database rolled back the unit of work", SQLITE_ABORT_ROLLBACK);
 }
 
 void DatabaseHandle::check(int code) const {

@@ -70,11 +70,13 @@ std::size_t RowShape::find(ColumnName column) const {
   return size();
 }
 
-PreparedStatement::PreparedStatement(const DatabaseHandle& database, std::string_view text, bool lasting)
+PreparedStatement::PreparedStatement(const DatabaseHandle& database, std::string_view text,
+                                     StatementLife life)
     : database_(&database) {
   database.requireUnit();
   database.check(sqlite3_prepare_v3(database.get(), text.data(), static_cast<int>(text.size()),
-                                    lasting ? SQLITE_PREPARE_PERSISTENT : 0, &statement_, nullptr));
+                                    life == StatementLife::Cached ? SQLITE_PREPARE_PERSISTENT : 0,
+                                    &statement_, nullptr));
 }
 
 PreparedStatement::PreparedStatement(PreparedStatement&& other) noexcept

@@ -18,13 +18,13 @@ namespace qx::sqlite {
 class DatabaseHandle;
 class PreparedStatement;
 
-/// How a declared column type is given back.
+/// The kind of value that a declared column type yields.
 enum class ColumnKind : std::uint8_t { Plain, Double, Currency, Boolean };
 
-/// The columns of a result: names, kinds and where to find a name.
+/// The columns of a result: names, kinds and the index of names.
 class RowShape {
 public:
-  /// `hidden` leading columns are left out.
+  /// Omits `hidden` leading columns.
   RowShape(const PreparedStatement& statement, int hidden);
 
   std::size_t size() const { return names_.size(); }
@@ -48,12 +48,15 @@ private:
   std::vector<Slot> slots_; ///< open addressing, a power of two long
 };
 
-/// Owns a compiled statement. It is reset after every use, so that none stays open across units of work.
+/// How long a compiled statement is meant to be kept.
+enum class StatementLife { Once, Cached };
+
+/// Owns a compiled statement, which is reset after every use so that none stays open across units of work.
 class PreparedStatement {
 public:
   PreparedStatement() = default;
   /// Raises when SQLite refuses the text.
-  PreparedStatement(const DatabaseHandle& database, std::string_view text, bool lasting);
+  PreparedStatement(const DatabaseHandle& database, std::string_view text, StatementLife life);
   PreparedStatement(PreparedStatement&& other) noexcept;
   PreparedStatement& operator=(PreparedStatement&& other) noexcept;
   PreparedStatement(const PreparedStatement&) = delete;
@@ -66,10 +69,10 @@ public:
   /// The type that the table declares; null for a computed column.
   const char* declaredType(int index) const;
 
-  /// Binds by 1-based index. Texts are not copied: the value outlives the next `reset`.
+  /// Binds by 1-based index. Texts are not copied: the value must live until the next `reset`.
   void bind(int index, const Value& value);
   void bindAll(std::span<const Value> values);
-  /// True when the step gave a row, false at the end; raises for everything else.
+  /// True when the step produced a row, false at the end; otherwise raises.
   bool step();
   void reset() noexcept;
   Value column(int index, ColumnKind kind) const;
@@ -79,7 +82,7 @@ private:
   sqlite3_stmt* statement_ = nullptr;
 };
 
-/// Resets a statement at the end of a scope, whatever happens in it.
+/// Resets a statement at the end of a scope.
 class StatementUse {
 public:
   explicit StatementUse(PreparedStatement& statement) : statement_(statement) {}

@@ -20,7 +20,7 @@ public:
   bool goOn(std::chrono::milliseconds /*waited*/) override { return false; }
 };
 
-/// What is written to a file that has no name any more is lost with the connection.
+/// Whatever is written to a removed file is lost with the connection.
 void requireFile(const ConnectionState& state) {
   if (state.moved())
     throw StoreError("Die Datenbankdatei " + state.file() +
@@ -28,7 +28,7 @@ void requireFile(const ConnectionState& state) {
                      0);
 }
 
-/// Waits between the attempts and not inside of one: whoever waits may use the connection meanwhile.
+/// Waits between attempts, not inside one: the caller's wait may use the connection.
 void beginWith(ConnectionState& state, BusyWait& wait) {
   constexpr std::chrono::milliseconds pollInterval{2};
   const auto start = std::chrono::steady_clock::now();
@@ -53,8 +53,9 @@ void beginWith(ConnectionState& state, BusyWait& wait) {
 
 } // namespace
 
-SqliteConnection::SqliteConnection(sqlite3* handle, std::string target, bool ownsWork)
-    : state_(std::make_unique<ConnectionState>(handle, std::move(target), ownsWork)) {}
+SqliteConnection::SqliteConnection(sqlite3* handle, std::string target, WorkOwner workOwner)
+    : state_(
+          std::make_unique<ConnectionState>(handle, std::move(target), workOwner == WorkOwner::Component)) {}
 
 SqliteConnection::~SqliteConnection() = default;
 
@@ -95,7 +96,7 @@ void SqliteConnection::beginWork(BusyWait* wait) {
   state_->database().requireUnit();
   if (state_->database().unitBegun()) throw std::logic_error("a unit of work is already open");
   requireFile(*state_);
-  // Compiled before it is needed: undoing must not depend on memory that is no longer there.
+  // Compiled beforehand: a rollback must not depend on free memory.
   state_->prepare(state_->rollback, "ROLLBACK");
   if (wait == nullptr)
     state_->control(state_->begin, "BEGIN IMMEDIATE");
@@ -125,7 +126,7 @@ void SqliteConnection::undoUnit() noexcept {
   try {
     state_->control(state_->rollback, "ROLLBACK");
   } catch (const std::exception&) {
-    // SQLite has already rolled back whatever made the statement fail; there is nothing left to undo.
+    // SQLite has already rolled back; there is nothing left to undo.
   }
 }
 
@@ -141,7 +142,7 @@ void SqliteConnection::endReading() noexcept {
   try {
     state_->control(state_->rollback, "ROLLBACK");
   } catch (const std::exception&) {
-    // A failed read has already ended it.
+    // A failed read may already have ended it.
   }
 }
 
@@ -164,7 +165,7 @@ void SqliteConnection::rollbackToSavepoint() noexcept {
     state_->control(state_->rollbackTo, "ROLLBACK TO part");
     state_->control(state_->release, "RELEASE part");
   } catch (const std::exception&) {
-    // Without its savepoint the unit cannot be told apart from a half-written one: it is lost as a whole.
+    // Without its savepoint the unit may be half written: it is lost as a whole.
     undoUnit();
   }
 }

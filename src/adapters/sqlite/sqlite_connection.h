@@ -14,13 +14,15 @@ namespace sqlite {
 class ConnectionState;
 }
 
-/// Implements the connection port on SQLite. Statements are compiled once and cached; every value is bound.
-/// After a failed statement the unit of work is still open unless the failure says otherwise.
+/// Who begins and ends units of work on a connection; on a host's, units and savepoints do nothing.
+enum class WorkOwner { Component, Host };
+
+/// Implements the connection port on SQLite. Statements are compiled once and cached; every value is bound. A
+/// failed statement leaves the unit of work open unless its error type says otherwise.
 class SqliteConnection final : public Connection {
 public:
-  /// Takes over the handle. `ownsWork` is false for a connection that stands for a host's: units and
-  /// savepoints then do nothing.
-  SqliteConnection(sqlite3* handle, std::string target, bool ownsWork);
+  /// Takes ownership of the handle.
+  SqliteConnection(sqlite3* handle, std::string target, WorkOwner workOwner);
   SqliteConnection(const SqliteConnection&) = delete;
   SqliteConnection& operator=(const SqliteConnection&) = delete;
   ~SqliteConnection() override;

@@ -27,7 +27,7 @@ void check(sqlite3* handle, int code, const std::string& target) {
   if (code != SQLITE_OK) sqlite::raiseLastError(handle, target, false);
 }
 
-/// Texts are read as they are stored.
+/// Texts are read without conversion, so the database must be in UTF-8.
 void requireUtf8(sqlite3* handle, const std::string& target) {
   std::string encoding;
   const auto keep = [](void* into, int /*count*/, char** values, char** /*names*/) {
@@ -47,9 +47,9 @@ void configure(sqlite3* handle, const std::string& target) {
   sqlite3_db_config(handle, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
   sqlite3_db_config(handle, SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
   sqlite3_busy_timeout(handle, 60000);
-  // Reading the schema first tells a file that is not a database from one that is.
+  // Reading the schema detects a file that is not a database.
   check(handle, sqlite3_exec(handle, "PRAGMA schema_version", nullptr, nullptr, nullptr), target);
-  // SQLite's check of a page's cells when it is read finds some damage that would look like missing rows.
+  // Checking the cells of every page read detects damage that would look like missing rows.
   check(handle,
         sqlite3_exec(handle, "PRAGMA synchronous=FULL; PRAGMA cache_size=-32000; PRAGMA cell_size_check=ON;",
                      nullptr, nullptr, nullptr),
@@ -60,8 +60,7 @@ void configure(sqlite3* handle, const std::string& target) {
 /// A savepoint keeps copies of the pages that it changes; beyond 64 KiB SQLite would spill them to temporary
 /// files, which costs a run half its time. One job changes few pages, so they stay in memory. (Limits between
 /// 128 KiB and none fail: an overflow is written in one piece, of which SQLite's file layer takes 17 bits of
-/// length.) Once per process and before SQLite starts; in a process that has already started it, the default
-/// stays.
+/// length.) Set once per process, before SQLite starts; afterwards it has no effect.
 void keepSavepointsInMemory() {
   constexpr int never = -1;
   [[maybe_unused]] static const int configured = sqlite3_config(SQLITE_CONFIG_STMTJRNL_SPILL, never);
@@ -70,7 +69,7 @@ void keepSavepointsInMemory() {
 Handle openHandle(const std::string& target, int flags) {
   keepSavepointsInMemory();
   sqlite3* raw = nullptr;
-  // The name is that of a file, also where SQLite would see an address or a database in memory in it.
+  // The name is always that of a file, even if SQLite would take it for a URI or an in-memory database.
   const std::string file = fs::absolute(target).string();
   const int code = sqlite3_open_v2(file.c_str(), &raw, flags | SQLITE_OPEN_NOMUTEX, nullptr);
   Handle handle(raw);
@@ -80,17 +79,17 @@ Handle openHandle(const std::string& target, int flags) {
   return handle;
 }
 
-std::unique_ptr<Connection> openExisting(std::string_view path, bool ownsWork) {
+std::unique_ptr<Connection> openExisting(std::string_view path, WorkOwner workOwner) {
   const std::string target(path);
   std::error_code ignored;
   if (fs::is_directory(target, ignored)) throw StoreError(target + ": is a directory", SQLITE_CANTOPEN);
   if (!fs::exists(target, ignored)) throw StoreError(target + ": there is no such file", SQLITE_CANTOPEN);
   Handle handle = openHandle(target, SQLITE_OPEN_READWRITE);
-  return std::make_unique<SqliteConnection>(handle.release(), target, ownsWork);
+  return std::make_unique<SqliteConnection>(handle.release(), target, workOwner);
 }
 
-/// An empty file that only its owner reads: SQLite gives the files beside it the same permissions. One that
-/// is there stays as it is.
+/// Creates an empty file readable by its owner only: SQLite gives its journals the same permissions. An
+/// existing file stays unchanged.
 void createPrivately(const std::string& target) {
   constexpr mode_t ownerOnly = 0600;
   const int file = ::open(target.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, ownerOnly);
@@ -102,10 +101,12 @@ void createPrivately(const std::string& target) {
 
 } // namespace
 
-std::unique_ptr<Connection> SqliteDatabase::open(std::string_view path) { return openExisting(path, true); }
+std::unique_ptr<Connection> SqliteDatabase::open(std::string_view path) {
+  return openExisting(path, WorkOwner::Component);
+}
 
 std::unique_ptr<Connection> SqliteDatabase::openAsHost(std::string_view path) {
-  return openExisting(path, false);
+  return openExisting(path, WorkOwner::Host);
 }
 
 std::unique_ptr<Connection> SqliteDatabase::create(std::string_view path) {
@@ -116,13 +117,13 @@ std::unique_ptr<Connection> SqliteDatabase::create(std::string_view path) {
   if (error) throw StoreError(folder.string() + ": " + error.message(), error.value());
   createPrivately(target);
   Handle handle = openHandle(target, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
-  // Write-ahead logging is a property of the file: readers never wait for a run.
+  // Write-ahead logging, a property of the file: readers never wait for a run.
   check(handle.get(), sqlite3_exec(handle.get(), "PRAGMA journal_mode=WAL", nullptr, nullptr, nullptr),
         target);
-  // "qxij": by this mark in its header other programs can tell whose file it is.
+  // "qxij": identifies the file's owner in its header.
   check(handle.get(),
         sqlite3_exec(handle.get(), "PRAGMA application_id=0x7178696A", nullptr, nullptr, nullptr), target);
-  return std::make_unique<SqliteConnection>(handle.release(), target, true);
+  return std::make_unique<SqliteConnection>(handle.release(), target, WorkOwner::Component);
 }
 
 } // namespace qx

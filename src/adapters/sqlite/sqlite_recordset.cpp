@@ -63,7 +63,7 @@ void EditableRecordset::update() {
     rowId = connection_.lastRowId();
   } else if (pendingColumns_.any()) {
     rowId = currentRowId();
-    if (rowId == 0 || source_.table.empty()) throw StatementError("there is no row that could be changed", 0);
+    if (rowId == 0 || source_.table.empty()) throw StatementError("there is no row to change", 0);
     PreparedStatement& update = connection_.statements().update(source_, pendingColumns_);
     const Value key(rowId);
     const std::size_t bound = bindPending(update);
@@ -102,7 +102,7 @@ void FetchedRecordset::fetch() {
   PreparedStatement& select = query_.select;
   select.bindAll(parameters_);
   const StatementUse use(select);
-  // The shape is taken after the first step, which compiles the statement anew when the schema has changed.
+  // Read the shape after the first step, which recompiles the statement when the schema has changed.
   bool more = select.step();
   StatementCache::completeShape(source(), select);
   while (more) {
@@ -119,7 +119,7 @@ void FetchedRecordset::moveTo(std::size_t position) {
 }
 
 bool FetchedRecordset::resync() {
-  // The rows are a picture of the moment of opening; another look is another statement.
+  // The rows are a snapshot of the moment of opening; reading them again takes another statement.
   const std::size_t position = position_;
   requery();
   moveTo(position);

@@ -8,7 +8,7 @@
 namespace qx::sqlite {
 namespace {
 
-/// Rows without an order come in the order in which they were inserted; equal sort keys as well.
+/// Appends the rowid to the order: rows without an order and equal sort keys come in order of insertion.
 std::string orderClause(const SelectParts& parts) {
   std::string clause = " ORDER BY ";
   if (!parts.orderBy.empty()) clause += std::string(parts.orderBy) + ", ";
@@ -46,10 +46,10 @@ PreparedStatement& StatementCache::plain(const Sql& statement) {
 PreparedStatement StatementCache::stream(const Sql& statement) {
   const std::string text = translate(statement);
   const auto parts = splitSelect(text);
-  if (!parts || parts->aggregate) return {database_, text, false};
+  if (!parts || parts->aggregate) return {database_, text, StatementLife::Once};
   const std::string ordered = "SELECT " + std::string(parts->list) + " FROM " + quotedName(parts->table) +
                               whereClause(*parts) + orderClause(*parts);
-  return {database_, ordered, false};
+  return {database_, ordered, StatementLife::Once};
 }
 
 RowQuery& StatementCache::rows(const Sql& statement) {
@@ -134,7 +134,8 @@ PreparedStatement& StatementCache::insert(RowSource& source, const ColumnMask& c
 }
 
 StatementCache::TableKey StatementCache::keyOf(const std::string& table) {
-  PreparedStatement info(database_, "SELECT name, type FROM pragma_table_info(?) WHERE pk > 0", false);
+  PreparedStatement info(database_, "SELECT name, type FROM pragma_table_info(?) WHERE pk > 0",
+                         StatementLife::Once);
   const Value tableName(table);
   info.bind(1, tableName);
   TableKey key;

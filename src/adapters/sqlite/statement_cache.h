@@ -19,7 +19,7 @@ namespace qx::sqlite {
 /// Which columns of a row a write touches, by index in the row shape.
 using ColumnMask = std::bitset<256>;
 
-/// Where rows come from: their shape, and for rows of one table how to write them back.
+/// The source of rows: their shape and, for rows of a single table, how to write them back.
 struct RowSource {
   std::optional<RowShape> shape;
   std::string table;    ///< empty when the rows cannot be changed
@@ -50,11 +50,11 @@ public:
   PreparedStatement& plain(const Sql& statement);
   RowQuery& rows(const Sql& statement);
   KeysetQuery& keyset(const Sql& statement);
-  /// A statement of its own for a stream, not shared.
+  /// A statement for a stream, not shared.
   PreparedStatement stream(const Sql& statement);
   PreparedStatement& update(RowSource& source, const ColumnMask& columns);
   PreparedStatement& insert(RowSource& source, const ColumnMask& columns);
-  /// Reads the shape when the statement is used for the first time, and again when the schema changed.
+  /// Reads the shape at the first use of the statement, and again when the schema has changed.
   static void completeShape(RowSource& source, const PreparedStatement& statement);
 
 private:
@@ -70,7 +70,7 @@ private:
         joined_;
   };
 
-  PreparedStatement compile(const std::string& text) { return {database_, text, true}; }
+  PreparedStatement compile(const std::string& text) { return {database_, text, StatementLife::Cached}; }
   struct TableKey {
     std::string text;     ///< the single text column that is the table's primary key, or empty
     std::string identity; ///< the integer column that is the rowid itself, or empty

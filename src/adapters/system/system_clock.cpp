@@ -10,9 +10,10 @@ namespace qx {
 DateTime SystemClock::now() {
   const std::time_t seconds = std::chrono::system_clock::to_time_t(std::chrono::system_clock::now());
   std::tm local{};
-  if (localtime_r(&seconds, &local) == nullptr) throw std::runtime_error("the local time cannot be told");
+  if (localtime_r(&seconds, &local) == nullptr)
+    throw std::runtime_error("the local time cannot be determined");
   constexpr int firstYear = 1900;
-  // A leap second has no place in a time of day of 60 seconds.
+  // A leap second (60) becomes second 59.
   constexpr int lastSecond = 59;
   return {makeDate(firstYear + local.tm_year, static_cast<unsigned>(local.tm_mon) + 1,
                    static_cast<unsigned>(local.tm_mday)),

@@ -30,7 +30,7 @@ constexpr int masterLength = 38; ///< characters of a stored value on its button
 
 QString accessible(std::string_view caption) { return toQt(caption).remove(QLatin1Char('&')); }
 
-/// The editor's own text would have common blanks for those that no line breaks at.
+/// `toPlainText` would turn non-breaking blanks into common ones.
 QString noteText(const QPlainTextEdit& note) {
   QString text = note.document()->toRawText();
   for (const QChar end : {QChar(QChar::ParagraphSeparator), QChar(QChar::LineSeparator)})
@@ -60,11 +60,11 @@ void ControlForm::buildGroup(const ControlGroup& group) {
   for (const ControlSpec& spec : group.controls)
     if (const auto index = form_.find(spec.name)) indexes.push_back(*index);
   if (indexes.empty()) {
-    // Kept, so that groups are known by the form's numbers.
+    // Kept so that groups have the form's indexes.
     groups_.emplace_back();
     return;
   }
-  // A field that fills its group has the group's heading for a caption.
+  // A field that fills its group has the group's heading as its caption.
   const ControlSpec& first = *form_.specs()[indexes.front()];
   const bool alone = indexes.size() == 1 && accessible(first.caption) == toQt(group.caption);
   auto* box = new QGroupBox(toQt(alone ? first.caption : group.caption), this);
@@ -106,7 +106,7 @@ void ControlForm::buildField(QGridLayout& rows, std::size_t index, bool alone) {
     field.lookup = new QToolButton(box);
     field.lookup->setObjectName(toQt(spec.button));
     field.lookup->setText(QStringLiteral("…"));
-    // F4 does the same without a stop on the way through the fields.
+    // F4 does the same, so the button needs no tab stop.
     field.lookup->setFocusPolicy(Qt::NoFocus);
     field.lookup->setAccessibleName(toQt(spec.lookup) + QStringLiteral(" zu ") + accessible(spec.caption));
     field.lookup->setToolTip(toQt(spec.lookup) + QStringLiteral(" (F4)"));
@@ -126,7 +126,7 @@ void ControlForm::buildField(QGridLayout& rows, std::size_t index, bool alone) {
   QSizePolicy kept = field.picture->sizePolicy();
   kept.setRetainSizeWhenHidden(true);
   field.picture->setSizePolicy(kept);
-  connect(field.picture, &QToolButton::clicked, this, [this, index] { tell(index); });
+  connect(field.picture, &QToolButton::clicked, this, [this, index] { showMessage(index); });
 
   field.master = flatButton(box);
   field.master->setObjectName(toQt(spec.name) + QStringLiteral("Stamm"));
@@ -174,13 +174,13 @@ QWidget* ControlForm::makeEditor(std::size_t index) {
   }
   auto* line = new QLineEdit(this);
   line->setMinimumWidth(line->fontMetrics().averageCharWidth() * 10);
-  // What is no number or date stays as it was typed: the form says what is wrong with it.
+  // A text that is not a number or date is kept as typed: the form says what is wrong.
   if (spec.kind == ControlKind::Number) line->setAlignment(Qt::AlignRight);
   if (spec.kind == ControlKind::Date) line->setPlaceholderText(QStringLiteral("tt.mm.jjjj"));
   return line;
 }
 
-/// Each group goes below the shortest column, so that the order runs from left to right.
+/// Each group is added to the shortest column, so that the order runs from left to right.
 void ControlForm::arrange(int columns) {
   if (columns == columnCount_) return;
   columnCount_ = columns;
@@ -250,7 +250,7 @@ QString ControlForm::content(std::size_t index) const {
 
 std::string ControlForm::typed(std::size_t index) const {
   QString text = content(index);
-  // Staged texts break their lines with CR LF, unless this one came otherwise.
+  // Staged texts have CR LF as line ends unless this one came with others.
   const std::string& before = form_.control(index).text;
   const bool bare = before.find('\n') != std::string::npos && before.find("\r\n") == std::string::npos;
   if (form_.specs()[index]->kind == ControlKind::Note && !bare)
@@ -327,7 +327,7 @@ void ControlForm::showEditor(std::size_t index) {
   if (fields_[index].shown.isNull()) fields_[index].shown = QLatin1String("");
 }
 
-/// A control that cannot be changed lies flat on the window and keeps a text that can be read and copied.
+/// A read-only control is drawn flat; its text can be read and copied.
 void ControlForm::showEnabled(QWidget& editor, bool enabled) {
   if (auto* line = qobject_cast<QLineEdit*>(&editor))
     line->setReadOnly(!enabled);
@@ -380,7 +380,7 @@ void ControlForm::lookUp(std::size_t index) {
 }
 
 void ControlForm::takeMaster(std::size_t index) {
-  // Before its button vanishes, which would let the cursor wander on.
+  // Before its button is hidden, which would move the focus.
   fields_[index].editor->setFocus(Qt::OtherFocusReason);
   commit();
   form_.takeMaster(index);
@@ -388,7 +388,7 @@ void ControlForm::takeMaster(std::size_t index) {
   emit edited();
 }
 
-void ControlForm::tell(std::size_t index) {
+void ControlForm::showMessage(std::size_t index) {
   desktop_.show({form_.control(index).message, boxTitle_, MessageIcon::Critical});
 }
 
@@ -441,9 +441,9 @@ bool ControlForm::eventFilter(QObject* watched, QEvent* event) {
   switch (event->type()) {
   case QEvent::FocusOut: {
     const Qt::FocusReason reason = static_cast<QFocusEvent*>(event)->reason();
-    // A menu, a list that drops down or another program takes the focus without the clerk leaving the field.
+    // A menu, a drop-down list or another program takes the focus without the clerk leaving the field.
     if (reason == Qt::PopupFocusReason || reason == Qt::ActiveWindowFocusReason) break;
-    // The editor sees the event first, since it may complete its text.
+    // The editor handles the event first, since it may complete its text.
     watched->event(event);
     commitField(index);
     return true;
@@ -460,7 +460,7 @@ bool ControlForm::eventFilter(QObject* watched, QEvent* event) {
     }
     break;
   case QEvent::Wheel:
-    // Rolling the form must not change what a list shows.
+    // Scrolling the form must not change the selection of a list.
     if (qobject_cast<QComboBox*>(watched) == nullptr) break;
     event->ignore();
     return true;

@@ -1,4 +1,4 @@
-// The controls of a form, built and kept up to date.
+// Builds the controls of a form and keeps them up to date.
 #pragma once
 
 #ifndef Q_MOC_RUN // it stumbles over the umlauts of the job codes
@@ -24,30 +24,29 @@ namespace qx {
 
 class ElidedLabel;
 
-/// Builds a control for each of the form's and shows their state. A control that the clerk leaves with
-/// another text than it showed is handed to the form, and everything is shown again, but for a control in
-/// which the clerk is typing.
+/// Builds a widget for each control of the form. When the clerk leaves one with a changed text, the text is
+/// passed to the form and everything is shown again, except a control in which the clerk is typing.
 class ControlForm final : public QWidget {
   Q_OBJECT
 
 public:
-  /// `boxTitle` is that of the box in which a picture tells its message. The form and the desktop outlive the
+  /// `boxTitle` is the title of the box with a picture's message. The form and the desktop must outlive the
   /// widget.
   ControlForm(Form& form, Desktop& desktop, std::string_view boxTitle, QWidget* parent = nullptr);
 
   /// Shows the state of the form.
   void render();
-  /// Hands over what stands in a control that the clerk has not left yet.
+  /// Passes on the text of a control that the clerk has not left yet.
   void commit();
-  /// Puts the cursor into a control. False when there is none of this name.
+  /// Sets the focus to a control. False when there is none of this name.
   bool focusControl(std::string_view name);
-  /// Places a widget at the end of a group.
+  /// Adds a widget at the end of a group.
   void addBelow(std::size_t group, QWidget* widget);
-  /// Sets the groups in as many columns as fit into a width.
+  /// Arranges the groups in as many columns as fit into a width.
   void fitWidth(int width);
 
 signals:
-  /// The form was changed and may have other findings.
+  /// Emitted when the form was changed and may have other findings.
   void edited();
 
 protected:
@@ -62,7 +61,7 @@ private:
     QToolButton* picture = nullptr;
     QToolButton* master = nullptr;
     ElidedLabel* description = nullptr;
-    QString shown; ///< the editor's content after it was shown last
+    QString shown; ///< the editor's content when last shown
   };
   struct Group {
     QGroupBox* box = nullptr;
@@ -77,7 +76,7 @@ private:
   void orderTabs();
   QString content(std::size_t index) const;
   bool pending(std::size_t index) const { return content(index) != fields_[index].shown; }
-  /// What the form is told of the editor's content.
+  /// The editor's content as passed to the form.
   std::string typed(std::size_t index) const;
   void show(std::size_t index);
   void showEditor(std::size_t index);
@@ -86,7 +85,7 @@ private:
   void lookUp(std::size_t index);
   void takeMaster(std::size_t index);
   void openCalendar(std::size_t index);
-  void tell(std::size_t index);
+  void showMessage(std::size_t index);
 
   Form& form_;
   Desktop& desktop_;

@@ -11,14 +11,14 @@
 namespace qx {
 namespace {
 
-/// Where a handler writes, which is handed nothing.
+/// The pipe for the signal handler. Global because a handler has no argument.
 // NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables)
 std::atomic<int> wakeUp{-1};
 static_assert(std::atomic<int>::is_always_lock_free);
 
-extern "C" void tellLoop(int /*signal*/) {
+extern "C" void notifyLoop(int /*signal*/) {
   const int before = errno;
-  // A full pipe holds a signal already.
+  // A full pipe already contains a signal.
   [[maybe_unused]] const ssize_t written = write(wakeUp.load(), "", 1);
   errno = before;
 }
@@ -34,11 +34,11 @@ EndOnSignal::EndOnSignal(ImportJobObject2& engine) : stop_(engine) {
     QCoreApplication::exit(0);
   });
   wakeUp.store(ends_[1]);
-  struct sigaction tell {};
-  tell.sa_handler = tellLoop;
-  tell.sa_flags = SA_RESTART;
-  sigaction(SIGINT, &tell, &interrupt_);
-  sigaction(SIGTERM, &tell, &terminate_);
+  struct sigaction action {};
+  action.sa_handler = notifyLoop;
+  action.sa_flags = SA_RESTART;
+  sigaction(SIGINT, &action, &interrupt_);
+  sigaction(SIGTERM, &action, &terminate_);
 }
 
 EndOnSignal::~EndOnSignal() {

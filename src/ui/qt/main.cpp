@@ -69,14 +69,14 @@ public:
     unloaded_ = true;
     QCoreApplication::exit(0);
   }
-  /// Maybe before there was a loop to leave.
+  /// Possibly before the event loop has started.
   bool unloaded() const { return unloaded_; }
 
 private:
   bool unloaded_ = false;
 };
 
-/// Releases the lock and destroys the window before the engine goes.
+/// Releases the lock and destroys the window before the engine is destroyed.
 class OpenView {
 public:
   OpenView(ImportJobObject2& engine, QtJobView& view) : engine_(engine), view_(view) {}
@@ -114,7 +114,7 @@ ExitCode openView(const ViewArguments& arguments, Diagnostics& diagnostics, QtDe
     return std::make_unique<QtAuskunft>(environment.localSettings, diagnostics);
   });
   ImportJobObject2 engine(environment);
-  if (!engine.Session()) return ExitCode::Failure; // a box has said why
+  if (!engine.Session()) return ExitCode::Failure; // a box has shown the reason
   LookupBridge lookups(environment);
   context.emplace(DialogContext{environment, engine, lookups, [] { return std::make_unique<QtBusyWait>(); }});
   view.attach(engine);
@@ -123,7 +123,7 @@ ExitCode openView(const ViewArguments& arguments, Diagnostics& diagnostics, QtDe
   const EndOnSignal ending(engine);
   const OpenView opened(engine, view);
   engine.setStartParameters({"", "", arguments.file});
-  // The window program takes the lock itself, because `JobViewShow` does not say why it was not given.
+  // The window program takes the lock itself, because `JobViewShow` does not report why it was refused.
   BusyNotice wait(std::cerr);
   const LockOutcome lock = engine.importLock().take(&wait);
   if (lock.state == LockState::Refused) return ExitCode::Refused;
@@ -134,7 +134,7 @@ ExitCode openView(const ViewArguments& arguments, Diagnostics& diagnostics, QtDe
   return ExitCode::Success;
 }
 
-void tellOnMessages(const ProgramError& error) {
+void printError(const ProgramError& error) {
   std::cerr << viewProgram << ": " << error.what() << '\n';
   if (!error.nextStep().empty()) std::cerr << error.nextStep() << '\n';
   std::cerr << std::flush;
@@ -161,9 +161,9 @@ std::string_view sentenceOf(ErrorCause cause) {
   return "Die Datenbank kann nicht gelesen oder geschrieben werden.";
 }
 
-/// Tells the clerk in a sentence, and those who look after the installation in their words.
-void tell(QtDesktop& desktop, const ProgramError& error) {
-  tellOnMessages(error);
+/// A sentence for the clerk, followed by the technical message for the support.
+void showError(QtDesktop& desktop, const ProgramError& error) {
+  printError(error);
   Message message;
   message.text = "Die Importvorgänge können nicht geöffnet werden.\r\n" +
                  std::string(sentenceOf(error.cause())) + "\r\n\r\nFür die Betreuung: " + error.what();
@@ -172,8 +172,8 @@ void tell(QtDesktop& desktop, const ProgramError& error) {
   desktop.show(message);
 }
 
-/// The toolkit ends a program that finds no display with a core dump.
-void tellFatal(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text) {
+/// Without a display the toolkit would abort with a core dump.
+void showFatal(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text) {
   if (type != QtFatalMsg) {
     std::cerr << text.toLocal8Bit().constData() << std::endl;
     return;
@@ -188,7 +188,7 @@ void dress(QApplication& application) {
   QApplication::setApplicationName(QStringLiteral("qximportjob"));
   QApplication::setApplicationVersion(toQt(versionNumber));
   QApplication::setWindowIcon(picture("qximportjob"));
-  // The last window may be a box that comes before the job window.
+  // The last window may be a box shown before the job window.
   QApplication::setQuitOnLastWindowClosed(false);
   if (QApplication::style()->name() == QStringLiteral("windows"))
     QApplication::setStyle(QStringLiteral("Fusion"));
@@ -202,14 +202,14 @@ void dress(QApplication& application) {
 }
 
 ExitCode runInWindow(int& count, char** arguments, const ViewArguments& parsed) {
-  qInstallMessageHandler(tellFatal);
+  qInstallMessageHandler(showFatal);
   QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
   QApplication application(count, arguments);
   dress(application);
   StreamDiagnostics diagnostics(std::cerr, parsed.options.verbose);
   QtDesktop desktop(diagnostics);
   return exitCodeOf([&] { return openView(parsed, diagnostics, desktop); },
-                    [&](const ProgramError& error) { tell(desktop, error); });
+                    [&](const ProgramError& error) { showError(desktop, error); });
 }
 
 ExitCode run(int& count, char** arguments) {
@@ -221,9 +221,9 @@ ExitCode run(int& count, char** arguments) {
 
 ExitCode guarded(int count, char** arguments) {
   try {
-    return exitCodeOf([&] { return run(count, arguments); }, tellOnMessages);
+    return exitCodeOf([&] { return run(count, arguments); }, printError);
   } catch (const std::bad_alloc& error) {
-    tellOnMessages(ProgramError(ExitCode::Failure, error.what()));
+    printError(ProgramError(ExitCode::Failure, error.what()));
     return ExitCode::Failure;
   }
 }
