@@ -7,11 +7,14 @@
 namespace qx::cli {
 namespace {
 
+/// The library hands over memory of `malloc`.
 struct FreeMemory {
+  // NOLINTNEXTLINE(cppcoreguidelines-no-malloc,cppcoreguidelines-owning-memory)
   void operator()(utf8proc_uint8_t* memory) const { std::free(memory); }
 };
 
 const utf8proc_uint8_t* bytesOf(std::string_view text) {
+  // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast)
   return reinterpret_cast<const utf8proc_uint8_t*>(text.data());
 }
 

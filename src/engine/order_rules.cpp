@@ -1,5 +1,6 @@
 #include "engine/order_rules.h"
 
+#include "engine/code_rules.h"
 #include "model/german_text.h"
 #include "model/text.h"
 #include "platform/whole_number.h"
@@ -20,24 +21,10 @@ Broken noteOfOrder(const OrderMaster& master, const JobFields& job) {
   return Finding(Rule::OrderNote, remark);
 }
 
-/// A field that must hold a code of a master table, where it holds any.
-struct OrderCode {
-  Rule rule;
-  ColumnName field;
-  std::string_view table;
-};
-constexpr OrderCode orderSalesRep{Rule::OrderSalesRep, "Vertreter1", "Vertreter"};
-constexpr OrderCode orderShipping{Rule::OrderShippingMethod, "Versandart", "Versandart"};
-constexpr OrderCode orderPayment{Rule::OrderPaymentMethod, "Zahlungsart", "Zahlungsart"};
-constexpr OrderCode orderTerms{Rule::OrderPaymentTerms, "ZahlungsbedSchl", "ZahlungsbedSchl"};
-constexpr OrderCode orderBank{Rule::OrderBank, "Bankleitzahl", "Bankleitzahl"};
-constexpr OrderCode orderAccount{Rule::OrderAccount, "Hauptkonto", "Hauptkonto"};
-
-template <const OrderCode& must>
-Broken unknownCode(const OrderMaster& master, const JobFields& job) {
-  const std::string code = (&must == &orderBank ? bankCode(job) : job(must.field)).text();
-  if (code.empty() || master.masterData.codeExists(must.table, code)) return {};
-  return Finding(must.rule, code);
+template <Rule rule>
+Broken missingCode(const OrderMaster& master, const JobFields& job) {
+  const Findings found = unknownCode(master.masterData, job, rule);
+  return found.empty() ? Broken() : *found.begin();
 }
 
 /// A mark in an individual field that demands a certain payment or shipping method; without a setting for it
@@ -148,19 +135,19 @@ constexpr bool atControl = true;
 
 constexpr std::array ofHeader{
     HeaderRule{ruleArray<Rule::OrderNote>, noteOfOrder},
-    HeaderRule{ruleArray<Rule::OrderSalesRep>, unknownCode<orderSalesRep>, atControl},
-    HeaderRule{ruleArray<Rule::OrderShippingMethod>, unknownCode<orderShipping>, atControl},
-    HeaderRule{ruleArray<Rule::OrderPaymentMethod>, unknownCode<orderPayment>, atControl},
+    HeaderRule{ruleArray<Rule::OrderSalesRep>, missingCode<Rule::OrderSalesRep>, atControl},
+    HeaderRule{ruleArray<Rule::OrderShippingMethod>, missingCode<Rule::OrderShippingMethod>, atControl},
+    HeaderRule{ruleArray<Rule::OrderPaymentMethod>, missingCode<Rule::OrderPaymentMethod>, atControl},
     HeaderRule{ruleArray<Rule::OrderMarkZB>, otherMethod<markZB>},
     HeaderRule{ruleArray<Rule::OrderMarkZA>, otherMethod<markZA>},
     HeaderRule{ruleArray<Rule::OrderMarkMK>, otherMethod<markMK>},
-    HeaderRule{ruleArray<Rule::OrderPaymentTerms>, unknownCode<orderTerms>, atControl},
-    HeaderRule{ruleArray<Rule::OrderBank>, unknownCode<orderBank>, atControl},
+    HeaderRule{ruleArray<Rule::OrderPaymentTerms>, missingCode<Rule::OrderPaymentTerms>, atControl},
+    HeaderRule{ruleArray<Rule::OrderBank>, missingCode<Rule::OrderBank>, atControl},
     HeaderRule{ruleArray<Rule::OrderDeliveryKey>, unknownAddress<Rule::OrderDeliveryKey, deliveryAddress>,
                atControl},
     HeaderRule{ruleArray<Rule::OrderInvoiceKey>, unknownAddress<Rule::OrderInvoiceKey, invoiceAddress>,
                atControl},
-    HeaderRule{ruleArray<Rule::OrderAccount>, unknownCode<orderAccount>, atControl},
+    HeaderRule{ruleArray<Rule::OrderAccount>, missingCode<Rule::OrderAccount>, atControl},
     HeaderRule{ruleArray<Rule::EarlierReasons>, earlierReasons, atControl},
     HeaderRule{ruleArray<Rule::OrderCustomer>, unknownCustomer, atControl},
     HeaderRule{ruleArray<Rule::OrderDelivery>, unknownAddress<Rule::OrderDelivery, deliveryAddress>,

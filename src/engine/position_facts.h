@@ -63,7 +63,7 @@ public:
 
   /// Made by `OrderFacts`, which it does not outlive.
   using Asked = std::tuple<std::string, double, std::string>; ///< article, quantity and staged unit
-  PositionFacts(const OrderFacts& order, const Asked& asked) : order_(order), asked_(asked) {}
+  PositionFacts(const OrderFacts& order, Asked asked) : order_(order), asked_(std::move(asked)) {}
 
 private:
   struct Units {
@@ -88,6 +88,7 @@ public:
   OrderFacts(Environment& environment, PriceComponent& prices, const JobFields& job);
   OrderFacts(const OrderFacts&) = delete;
   OrderFacts& operator=(const OrderFacts&) = delete;
+  ~OrderFacts() = default;
 
   PositionFacts& of(const JobFields& position);
 
