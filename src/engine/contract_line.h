@@ -55,7 +55,7 @@ struct ContractPair {
 
   ColumnName line;
   ColumnName staged;
-  Value (*written)(const Value& staged); ///< the value that processing writes
+  Value (*written)(const Value& staged) = nullptr; ///< the value that processing writes
   /// `Key`: an existing line keeps its own spelling. `Repeats`: another column has the same value.
   Role role = Role::Plain;
 };

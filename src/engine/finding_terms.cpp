@@ -462,7 +462,9 @@ bool namesField(std::string_view field, std::string_view text) {
          (isOfAddress(field) && isOfAddress(text) && text.substr(0, 3) == field.substr(0, 3));
 }
 
-/// Whether the text has the literal parts of the pattern, and the right field if it names one.
+/// Whether the text has the literal parts of the pattern, and the right field if it names one. Goes as deep
+/// as the pattern has placeholders.
+// NOLINTNEXTLINE(misc-no-recursion)
 bool fits(std::string_view pattern, std::string_view field, std::string_view text) {
   const std::size_t begin = pattern.find('{');
   if (begin == std::string_view::npos) return pattern == text;

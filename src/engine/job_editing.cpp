@@ -191,7 +191,7 @@ void JobEditing::savePositions(std::string_view jobId, const StagedRows& positio
   }
 }
 
-void JobEditing::putBack(const ReadJob& job) const noexcept {
+void JobEditing::putBack(const ReadJob& job) const {
   trapped(environment_.diagnostics, {"job put back", job.jobId}, [&] {
     const auto row = header(job.jobId);
     if (!row->eof()) {

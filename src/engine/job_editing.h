@@ -135,7 +135,7 @@ public:
   std::vector<std::pair<std::string, std::string>> units() const;
 
 private:
-  void putBack(const ReadJob& job) const noexcept;
+  void putBack(const ReadJob& job) const;
 
   Environment& environment_;
 };
