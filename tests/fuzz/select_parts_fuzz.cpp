@@ -20,7 +20,7 @@ public:
 
   void keyword(std::string_view word) {
     blanks();
-    require(equalCodes(rest_.substr(0, word.size()), word), "the keyword stands before its clause");
+    require(qx::equalCodes(rest_.substr(0, word.size()), word), "the keyword stands before its clause");
     rest_.remove_prefix(word.size());
   }
   void clause(std::string_view text) {
