@@ -103,7 +103,7 @@ void ContractDialogPresenter::checkContract() {
         masterData().GetVertragsgegenstand(text("txtVertragsgegenstand"));
     list(check.object(fields()), {Rule::ContractObject});
   });
-  list(check.values(fields(), isSingle()),
+  list(ContractCheck::values(fields(), isSingle()),
        {Rule::ContractDate, Rule::ContractDateMissing, Rule::ContractBegin, Rule::ContractBeginMissing,
         Rule::ContractQuantity, Rule::SingleContractQuantity});
   if (ControlState& quantity = at("tdbAnzahl"); quantity.picture != CheckStatus::Clean)

@@ -289,27 +289,28 @@ void JobViewPresenter::search(std::string_view text) {
   compose();
 }
 
+std::vector<std::string> JobViewPresenter::detailsOf(const std::string& job) {
+  std::vector<std::string> lines;
+  Findings findings;
+  if (!skip("Fehlertext", [&] { addLines(lines, readJobReasons(activeConnection(environment_), job)); }))
+    lines.emplace_back("Der Vorgang konnte nicht gelesen werden.");
+  else if (!skip("checkJob", [&] { findings = engine_.checkJob(job); }))
+    lines.emplace_back("Der Vorgang konnte nicht geprüft werden.");
+  for (const Finding& finding : findings)
+    if (!finding.isHint()) addLine(lines, runLine(finding));
+  if (lines.empty())
+    lines.emplace_back(stateOf(state_.rows[*state_.current].jobType) == JobState::Done
+                           ? "Der Vorgang ist erledigt."
+                           : "Die Prüfung hat nichts zu beanstanden.");
+  for (const Finding& finding : findings)
+    if (finding.isHint()) addLine(lines, hintLine(finding));
+  return lines;
+}
+
 void JobViewPresenter::readDetails() {
   if (work_ != Work::None) return;
   std::vector<std::string> lines;
-  const auto job = currentJob();
-  if (job) {
-    Findings findings;
-    if (!skip("Fehlertext", [&] { addLines(lines, readJobReasons(activeConnection(environment_), *job)); }))
-      lines.emplace_back("Der Vorgang konnte nicht gelesen werden.");
-    else if (!skip("checkJob", [&] {
-               findings = engine_.checkJob(*job);
-               for (const Finding& finding : findings)
-                 if (!finding.isHint()) addLine(lines, runLine(finding));
-             }))
-      lines.emplace_back("Der Vorgang konnte nicht geprüft werden.");
-    if (lines.empty())
-      lines.emplace_back(stateOf(state_.rows[*state_.current].jobType) == JobState::Done
-                             ? "Der Vorgang ist erledigt."
-                             : "Die Prüfung hat nichts zu beanstanden.");
-    for (const Finding& finding : findings)
-      if (finding.isHint()) addLine(lines, hintLine(finding));
-  }
+  if (const auto job = currentJob()) lines = detailsOf(*job);
   state_.details.clear();
   for (const std::string& line : lines) state_.details += (state_.details.empty() ? "" : "\n") + line;
   windows_.redraw();

@@ -125,6 +125,8 @@ public:
   /// Limits the list to the jobs whose name, number or subject contains every word of the text.
   void search(std::string_view text);
   /// Reads and checks the current job for the details pane. Writes nothing.
+  /// The lines of the details pane: earlier reasons, findings, hints.
+  std::vector<std::string> detailsOf(const std::string& job);
   void readDetails();
 
 private:

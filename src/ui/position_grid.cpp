@@ -15,7 +15,6 @@
 #include <exception>
 #include <limits>
 #include <new>
-#include <ranges>
 #include <utility>
 
 namespace qx {
@@ -108,7 +107,9 @@ void PositionGrid::checkRow(std::size_t row) {
     facts.failPrice();
   // A check that fails keeps the others of the position from nothing. Findings of one severity are listed in
   // the order of arrival, the article first.
-  for (const PositionRule& rule : std::views::reverse(positionRules())) {
+  const auto rules = positionRules();
+  for (std::size_t i = rules.size(); i-- > 0;) {
+    const PositionRule& rule = rules[i];
     try {
       findings_.report(rule.broken(master_, position, facts), rule.rules, customerSpecific(),
                        positionOf(position));
