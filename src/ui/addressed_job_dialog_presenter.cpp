@@ -7,7 +7,6 @@
 #include "settings/settings.h"
 #include "ui/address_lines.h"
 
-#include <deque>
 #include <utility>
 
 namespace qx {
@@ -95,11 +94,7 @@ Rule AddressedJobDialogPresenter::ruleOf(RulePair rules) const {
 void AddressedJobDialogPresenter::checkHints() {
   if (isDone(jobType())) return;
   trying("Prüfen der Hinweise", [this] {
-    std::deque<Value> values;
-    const JobFields fields = [&](ColumnName column) -> const Value& {
-      return values.emplace_back(current(column));
-    };
-    findings_.setHints(jobHints(activeConnection(environment()), kindOf(jobType()), fields,
+    findings_.setHints(jobHints(activeConnection(environment()), kindOf(jobType()), fields(),
                                 Settings(environment())[option::homeCurrency]));
   });
 }
