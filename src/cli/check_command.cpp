@@ -61,19 +61,8 @@ private:
     writeCheck(json_, findings);
     json_.endObject();
   }
-  static std::string_view word(CheckStatus status) {
-    switch (status) {
-    case CheckStatus::Clean:
-      return "Hinweis";
-    case CheckStatus::Warning:
-      return "Warnung";
-    case CheckStatus::Error:
-      break;
-    }
-    return "Fehler";
-  }
   void addText(const JobBrief& job, const Findings& findings) {
-    output_.result << word(findings.status()) << "  " << processText(job.jobType) << " "
+    output_.result << severityWord(findings.status()) << "  " << processText(job.jobType) << " "
                    << oneLine(job.number) << "  " << oneLine(job.jobId) << '\n';
     for (const std::string& line : findings.lines()) output_.result << "  " << line << '\n';
   }

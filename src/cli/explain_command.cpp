@@ -14,18 +14,6 @@
 namespace qx::cli {
 namespace {
 
-std::string_view severityWord(CheckStatus severity) {
-  switch (severity) {
-  case CheckStatus::Clean:
-    return "Hinweis";
-  case CheckStatus::Warning:
-    return "Warnung";
-  case CheckStatus::Error:
-    break;
-  }
-  return "Fehler";
-}
-
 std::vector<const RuleTerms*> rulesOf(std::string_view subject) {
   std::vector<const RuleTerms*> rules;
   for (const RuleTerms& row : allTerms())

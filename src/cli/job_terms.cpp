@@ -83,4 +83,16 @@ std::string_view processText(std::int16_t jobType) {
   return kind == nullptr ? "?" : kind->process;
 }
 
+std::string_view severityWord(CheckStatus severity) {
+  switch (severity) {
+  case CheckStatus::Clean:
+    return "Hinweis";
+  case CheckStatus::Warning:
+    return "Warnung";
+  case CheckStatus::Error:
+    break;
+  }
+  return "Fehler";
+}
+
 } // namespace qx::cli

@@ -26,4 +26,7 @@ std::string_view stateText(std::int16_t jobType);
 /// The kind of transaction as the protocol names it.
 std::string_view processText(std::int16_t jobType);
 
+/// How findings of this severity are called; a clean one is a hint.
+std::string_view severityWord(CheckStatus severity);
+
 } // namespace qx::cli
