@@ -3,12 +3,13 @@
 # the run after it leaves the same rows as without a fault: scripts/fault_matrix.sh [COMMAND...]
 # Commands are init, stage, import, process, release and purge; without an argument all of them.
 #
-# scripts/fault_matrix.sh --memory [--step N] [COMMAND...] does the same with every request for memory, or with
-# every N-th; then also for check (with list and show), export (with import), settings and protocol.
+# scripts/fault_matrix.sh --memory [--step N | --paths N] [COMMAND...] does the same with every request for memory,
+# with every N-th, or with the first one of each call path of N callers; then also for check (with list and show),
+# export (with import), settings and protocol.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 usage() {
-  sed -n '2,8s/^# \{0,1\}//p' "$0" >&2
+  sed -n '2,9s/^# \{0,1\}//p' "$0" >&2
   exit 2
 }
 suite=StorageFaults
@@ -16,9 +17,9 @@ export QX_FAULT_STEP=1
 if [ "${1:-}" = --memory ]; then
   suite=MemoryFaults
   shift
-  if [ "${1:-}" = --step ]; then
+  if [ "${1:-}" = --step ] || [ "${1:-}" = --paths ]; then
     [[ "${2:-}" =~ ^[1-9][0-9]*$ ]] || usage
-    QX_FAULT_STEP=$2
+    if [ "$1" = --step ]; then QX_FAULT_STEP=$2; else export QX_FAULT_PATHS=$2; fi
     shift 2
   fi
 fi

@@ -7,8 +7,11 @@
 #include <filesystem>
 #include <iomanip>
 #include <iostream>
+#include <iterator>
+#include <sstream>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace qx {
@@ -36,25 +39,23 @@ protected:
 #endif
   }
 
-  /// QX_FAULT_POINTS places of all, or with 0 every QX_FAULT_STEP-th of them.
+  /// QX_FAULT_POINTS places of all; with 0 every QX_FAULT_STEP-th of them, or the first one of each call path
+  /// of QX_FAULT_PATHS callers.
   void expectRecovery(const MemoryCommand& command) {
     keepStart();
     std::filesystem::remove(folder.path() / "report");
-    const auto undisturbed = run(command.arguments, command.input, faultVariables());
+    auto variables = faultVariables();
+    if (const char* const paths = std::getenv("QX_FAULT_PATHS")) variables.emplace("FAULT_PATHS", paths);
+    const auto undisturbed = run(command.arguments, command.input, variables);
     ASSERT_TRUE(undisturbed && undisturbed->status <= 1) << (undisturbed ? undisturbed->messages : "hangs");
     expected_ = rowsOf(file);
     output_ = undisturbed->output;
     written_ = contentOf(command.written);
-    const std::size_t requests = std::stoul(folder.read("report"));
-    constexpr std::size_t sample = 6;
-    const std::size_t points = numberFrom("QX_FAULT_POINTS", sample);
-    const std::size_t step = points == 0 ? numberFrom("QX_FAULT_STEP", 1) : requests / points;
+    const auto [requests, places] = placesToFail(folder.read("report"));
     std::map<int, int> statuses;
-    std::size_t tried = 0;
     std::size_t reached = 0;
     std::size_t failed = 0;
-    for (std::size_t at = 1 + step / 2; at <= requests; at += step) {
-      ++tried;
+    for (const std::size_t at : places) {
       std::filesystem::remove(folder.path() / "report");
       const std::string problem = tryPoint(command, at, statuses);
       if (std::filesystem::exists(folder.path() / "report")) ++reached;
@@ -62,12 +63,26 @@ protected:
       ++failed;
       ADD_FAILURE() << command.name << ", request " << at << " for memory fails: " << problem;
     }
-    EXPECT_GE(reached * 4, tried * 3) << "the faults did not take place";
+    EXPECT_GE(reached * 4, places.size() * 3) << "the faults did not take place";
     std::cout << std::left << std::setw(9) << command.name << std::right << std::setw(7) << requests
-              << " requests" << std::setw(6) << tried << " tried" << std::setw(5) << failed
+              << " requests" << std::setw(6) << places.size() << " tried" << std::setw(5) << failed
               << " failed; status";
     for (const auto& [status, count] : statuses) std::cout << "  " << status << ": " << count;
     std::cout << std::endl;
+  }
+
+  /// The number of all requests, and those that are to fail.
+  static std::pair<std::size_t, std::vector<std::size_t>> placesToFail(const std::string& report) {
+    std::istringstream lines(report);
+    std::vector<std::size_t> places{std::istream_iterator<std::size_t>(lines), {}};
+    const std::size_t requests = places.back();
+    places.pop_back();
+    if (!places.empty()) return {requests, places};
+    constexpr std::size_t sample = 6;
+    const std::size_t points = numberFrom("QX_FAULT_POINTS", sample);
+    const std::size_t step = points == 0 ? numberFrom("QX_FAULT_STEP", 1) : requests / points;
+    for (std::size_t at = 1 + step / 2; at <= requests; at += step) places.push_back(at);
+    return {requests, places};
   }
 
   /// What is wrong after a fault, or after the run that follows it; empty when nothing is.
