@@ -132,6 +132,8 @@ private:
     processVerb->add_option("--select", process->select, "alle, kunden, verträge, aufträge or zubehör")
         ->capture_default_str();
     processVerb->add_flag("--unevaluated", process->unevaluated, "Skip the automatic check");
+    processVerb->add_flag("--wait{forever}", process->wait,
+                          "Wait for the lock, for no longer than TIME: --wait=90s, =5min, =2h");
 
     ReleaseCommand* release = nullptr;
     CLI::App* releaseVerb =

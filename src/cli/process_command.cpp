@@ -6,31 +6,46 @@
 #include "cli/stop_on_signal.h"
 #include "program/busy_notice.h"
 
+#include <charconv>
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <string_view>
+#include <system_error>
+#include <thread>
 #include <unistd.h>
 
 namespace qx::cli {
 namespace {
 
+constexpr std::chrono::seconds noLimit = std::chrono::seconds::max();
+
 /// Holds the single-user lock and always releases it. Signals stop the run while it is held; while the
 /// program waits for the lock they end it at once.
 class HeldLock {
 public:
-  explicit HeldLock(const CommandContext& context) : context_(context) {
+  HeldLock(const CommandContext& context, std::chrono::seconds limit) : context_(context) {
     ImportLock& lock = context.engine.importLock();
     BusyNotice wait(context.output.messages);
-    const LockOutcome outcome = lock.take(&wait);
+    const auto end = deadline(limit);
+    LockOutcome outcome;
+    do {
+      waitForHolder(end);
+      outcome = lock.take(&wait);
+      // Another program may have been quicker.
+    } while (outcome.state == LockState::Refused && Clock::now() < end);
     if (outcome.state == LockState::Taken) {
       stop_.emplace(context.engine);
       return;
     }
     if (outcome.state == LockState::Unavailable)
       throw ProgramError(ExitCode::Failure, "the import cannot be locked: " + outcome.reason,
-                         "Try again when no other program holds the database.");
+                         outcome.busy ? "Try again when no other program holds the database." : "");
     const auto holder = lock.holder();
     const std::string name = holder ? holder->Benutzer : std::string();
-    throw ProgramError(
-        ExitCode::Refused, "the import is locked by user '" + name + "'",
-        "Wait until that user has finished. If nobody is working any more: qximportjob lock release");
+    throw ProgramError(ExitCode::Refused, "the import is locked by user '" + name + "'",
+                       "Wait until that user has finished (--wait does). If nobody is working any more: "
+                       "qximportjob lock release");
   }
   HeldLock(const HeldLock&) = delete;
   HeldLock& operator=(const HeldLock&) = delete;
@@ -42,9 +57,43 @@ public:
   }
 
 private:
+  using Clock = std::chrono::steady_clock;
+
+  static Clock::time_point deadline(std::chrono::seconds limit) {
+    return limit == noLimit ? Clock::time_point::max() : Clock::now() + limit;
+  }
+
+  /// Until nobody who may be alive holds the lock, or the time is over.
+  void waitForHolder(Clock::time_point end) {
+    constexpr std::chrono::milliseconds pollInterval{200};
+    while (Clock::now() < end) {
+      const auto holder = context_.engine.importLock().holder();
+      if (!holder || holder->alive == false) return;
+      if (!waiting_)
+        context_.output.messages << "Waiting until user '" << holder->Benutzer << "' releases the lock..."
+                                 << std::endl;
+      waiting_ = true;
+      std::this_thread::sleep_for(pollInterval);
+    }
+  }
+
   const CommandContext& context_;
   std::optional<StopOnSignal> stop_;
+  bool waiting_ = false;
 };
+
+/// Null when the text is no span of time.
+std::optional<std::chrono::seconds> spanFromText(std::string_view text) {
+  if (text == ProcessCommand::forever) return noLimit;
+  std::int32_t number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc() || number < 0) return std::nullopt;
+  const std::string_view unit = text.substr(static_cast<std::size_t>(end - text.data()));
+  if (unit.empty() || unit == "s") return std::chrono::seconds(number);
+  if (unit == "min") return std::chrono::minutes(number);
+  if (unit == "h") return std::chrono::hours(number);
+  return std::nullopt;
+}
 
 std::unique_ptr<RunPrinter> printerFor(const Output& output) {
   if (output.json) return std::make_unique<JsonRunPrinter>(output);
@@ -67,10 +116,16 @@ void ProcessCommand::prepare() {
     throw ProgramError(ExitCode::BadInput, "'" + select + "' cannot be selected",
                        "Selections are alle, kunden, verträge, aufträge and zubehör.");
   selection_ = *selection;
+  const auto span = spanFromText(wait);
+  if (!span)
+    throw ProgramError(
+        ExitCode::BadInput, "--wait: '" + wait + "' is not a span of time",
+        "Write a number with s, min or h behind it, such as --wait=5min; --wait alone has no limit.");
+  lockWait_ = *span;
 }
 
 ExitCode ProcessCommand::work(const CommandContext& context) {
-  const HeldLock lock(context);
+  const HeldLock lock(context, lockWait_);
   return runLocked(context);
 }
 

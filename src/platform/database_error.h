@@ -59,4 +59,10 @@ public:
   using DatabaseError::DatabaseError;
 };
 
+/// The user may read the database, but not change it.
+class ReadOnlyError : public StoreError {
+public:
+  using StoreError::StoreError;
+};
+
 } // namespace qx

@@ -15,6 +15,8 @@ std::string_view sentenceFor(const DatabaseError& error) {
   if (dynamic_cast<const StatementError*>(&error) != nullptr) return "Die Datenbank hat das abgelehnt.";
   if (dynamic_cast<const WorkLostError*>(&error) != nullptr)
     return "Die Datenbank hat die Änderungen zurückgenommen.";
+  if (dynamic_cast<const ReadOnlyError*>(&error) != nullptr)
+    return "Sie dürfen die Datenbank lesen, aber nicht ändern.";
   return "Die Datenbank kann nicht gelesen oder geschrieben werden.";
 }
 

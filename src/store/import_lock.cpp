@@ -83,7 +83,8 @@ ImportLock::Attempt ImportLock::lookAndWrite(BusyWait* wait) {
 LockOutcome ImportLock::afterFailure(const DatabaseError& failure) {
   if (const auto holder = holderIfReadable()) return refuse(*holder);
   environment_.diagnostics.report({"ImportLock", failure.what(), {}});
-  return {LockState::Unavailable, failure.what(), germanCause(failure)};
+  return {LockState::Unavailable, failure.what(), germanCause(failure),
+          dynamic_cast<const BusyError*>(&failure) != nullptr};
 }
 
 LockOutcome ImportLock::takeOnHost() {

@@ -20,6 +20,7 @@ struct LockOutcome {
   LockState state = LockState::Unavailable;
   std::string reason;       ///< of `Unavailable` only, for the caller to report
   std::string germanReason; ///< the same for a box
+  bool busy = false;        ///< another program holds the database: a later attempt may succeed
 };
 
 /// The session in the lock row.

@@ -3,6 +3,7 @@
 
 #include "erp/process_identity.h"
 
+#include <chrono>
 #include <csignal>
 #include <fstream>
 #include <sys/wait.h>
@@ -227,6 +228,23 @@ TEST_F(Run, IsRefusedWhileALivingProgramHoldsTheLock) {
             "{\"held\":false,\"Benutzer\":\"\",\"SessionID\":\"\",\"alive\":null}\n");
   EXPECT_EQ(run({"lock", "release"}).status, 0);
   EXPECT_EQ(run({"process"}).status, 0);
+}
+
+TEST_F(Run, WaitsForTheLockAsLongAsItIsTold) {
+  lockFor(identityOfThisProcess());
+  stageCustomers(1);
+  const auto before = std::chrono::steady_clock::now();
+  EXPECT_EQ(run({"process", "--wait=1s"}).status, 3);
+  EXPECT_GE(std::chrono::steady_clock::now() - before, std::chrono::seconds(1));
+  ProgramRun waiting(erp.folder, onDatabase({"process", "--wait"}), variables, {});
+  std::this_thread::sleep_for(std::chrono::milliseconds(300));
+  erp.execute(sql("Delete From LockControl"_sql));
+  const ProgramResult result = waiting.wait();
+  EXPECT_EQ(result.status, 0);
+  EXPECT_NE(result.messages.find("Waiting until user 'meier' releases the lock...\n"), std::string::npos)
+      << result.messages;
+  for (const char* span : {"--wait=soon", "--wait=-1s", "--wait=5 min", "--wait=99999999999"})
+    EXPECT_EQ(run({"process", span}).status, 2) << span;
 }
 
 TEST_F(Run, TakesTheLockOfADeadProgramOverButNotThatOfAnotherMachine) {

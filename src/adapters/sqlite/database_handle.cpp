@@ -5,6 +5,7 @@
 
 #include <sqlite3.h>
 
+#include <system_error>
 #include <utility>
 
 namespace qx::sqlite {
@@ -18,6 +19,20 @@ bool DatabaseHandle::unitLost() const { return unitBegun_ && sqlite3_get_autocom
 
 void DatabaseHandle::requireUnit() const {
   if (unitLost()) throw WorkLostError("the database rolled back the unit of work", SQLITE_ABORT_ROLLBACK);
+}
+
+FileStamp FileStamp::of(const std::filesystem::path& file) {
+  std::error_code missing;
+  std::filesystem::path journal = file;
+  journal += "-wal";
+  const auto length = std::filesystem::file_size(journal, missing);
+  return {std::filesystem::last_write_time(file), std::filesystem::file_size(file), !missing && length > 0};
+}
+
+void DatabaseHandle::compareStamp() const {
+  if (FileStamp::of(target_) != *watched_)
+    throw BusyError(target_ + ": another program changed the database while it was read; try again",
+                    SQLITE_BUSY);
 }
 
 void DatabaseHandle::check(int code) const {

@@ -1,11 +1,24 @@
 // SQLite's handle of an open database.
 #pragma once
 
+#include <cstdint>
+#include <filesystem>
+#include <optional>
 #include <string>
 
 struct sqlite3;
 
 namespace qx::sqlite {
+
+/// What shows that a file has not been written meanwhile.
+struct FileStamp {
+  std::filesystem::file_time_type written;
+  std::uintmax_t size = 0;
+  bool journal = false; ///< a journal with content lies beside it
+  bool operator==(const FileStamp&) const = default;
+
+  static FileStamp of(const std::filesystem::path& file);
+};
 
 /// Owns the handle, knows whether a unit of work is open, and turns result codes into failures.
 ///
@@ -31,6 +44,13 @@ public:
   /// Raises `WorkLostError` when the unit was lost.
   void requireUnit() const;
 
+  /// From now on every statement raises when the file is not as it was: it is read without locks.
+  void watch(const FileStamp& before) { watched_ = before; }
+  /// Raises `BusyError` when a watched file has changed, so that what was read may not fit together.
+  void requireUnchanged() const {
+    if (watched_) compareStamp();
+  }
+
   /// Raises for every result but success.
   void check(int code) const;
   /// Raises the error of the last failure.
@@ -38,8 +58,11 @@ public:
   [[noreturn]] void failForMemory() const;
 
 private:
+  void compareStamp() const;
+
   sqlite3* handle_;
   std::string target_;
+  std::optional<FileStamp> watched_;
   bool unitBegun_ = false;
 };
 

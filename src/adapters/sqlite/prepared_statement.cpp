@@ -139,6 +139,7 @@ bool PreparedStatement::step() {
   database_->requireUnit();
   const int code = sqlite3_step(statement_);
   if (code != SQLITE_ROW && code != SQLITE_DONE) database_->fail();
+  if (code == SQLITE_DONE) database_->requireUnchanged();
   return code == SQLITE_ROW;
 }
 

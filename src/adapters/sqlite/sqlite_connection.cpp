@@ -59,6 +59,8 @@ SqliteConnection::SqliteConnection(sqlite3* handle, std::string target, WorkOwne
 
 SqliteConnection::~SqliteConnection() = default;
 
+void SqliteConnection::watchFile(const sqlite::FileStamp& before) { state_->database().watch(before); }
+
 const std::string& SqliteConnection::connectionString() const { return state_->database().target(); }
 
 std::vector<std::filesystem::path> SqliteConnection::files() const {

@@ -12,7 +12,8 @@ namespace qx {
 
 namespace sqlite {
 class ConnectionState;
-}
+struct FileStamp;
+} // namespace sqlite
 
 /// Who begins and ends units of work on a connection; on a host's, units and savepoints do nothing.
 enum class WorkOwner { Component, Host };
@@ -26,6 +27,9 @@ public:
   SqliteConnection(const SqliteConnection&) = delete;
   SqliteConnection& operator=(const SqliteConnection&) = delete;
   ~SqliteConnection() override;
+
+  /// Reading raises `BusyError` when the file is no longer as it was.
+  void watchFile(const sqlite::FileStamp& before);
 
   const std::string& connectionString() const override;
   std::vector<std::filesystem::path> files() const override;

@@ -1,5 +1,6 @@
 #include "adapters/sqlite/sqlite_database.h"
 
+#include "adapters/sqlite/database_handle.h"
 #include "adapters/sqlite/sqlite_connection.h"
 #include "adapters/sqlite/sqlite_error.h"
 #include "platform/database_error.h"
@@ -9,7 +10,10 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <filesystem>
+#include <ios>
+#include <sstream>
 #include <string>
+#include <string_view>
 #include <system_error>
 #include <unistd.h>
 
@@ -66,12 +70,11 @@ void keepSavepointsInMemory() {
   [[maybe_unused]] static const int configured = sqlite3_config(SQLITE_CONFIG_STMTJRNL_SPILL, never);
 }
 
-Handle openHandle(const std::string& target, int flags) {
+/// `name` is absolute, so that SQLite takes none for an in-memory database.
+Handle openHandle(const std::string& target, const std::string& name, int flags) {
   keepSavepointsInMemory();
   sqlite3* raw = nullptr;
-  // The name is always that of a file, even if SQLite would take it for a URI or an in-memory database.
-  const std::string file = fs::absolute(target).string();
-  const int code = sqlite3_open_v2(file.c_str(), &raw, flags | SQLITE_OPEN_NOMUTEX, nullptr);
+  const int code = sqlite3_open_v2(name.c_str(), &raw, flags | SQLITE_OPEN_NOMUTEX, nullptr);
   Handle handle(raw);
   if (code != SQLITE_OK)
     sqlite::raiseOpenError(code, target, raw == nullptr ? "out of memory" : sqlite3_errmsg(raw));
@@ -79,12 +82,50 @@ Handle openHandle(const std::string& target, int flags) {
   return handle;
 }
 
+bool mayWrite(const std::string& target) {
+  const fs::path folder = fs::absolute(target).parent_path();
+  return access(target.c_str(), W_OK) == 0 && access(folder.c_str(), W_OK) == 0;
+}
+
+/// The file's name for SQLite with the promise that nobody writes it.
+std::string unchangingFile(const std::string& target) {
+  constexpr std::string_view reserved = "%?#";
+  std::ostringstream uri;
+  uri << "file:" << std::hex << std::uppercase;
+  for (const char c : fs::absolute(target).string())
+    if (reserved.find(c) == std::string_view::npos)
+      uri << c;
+    else
+      uri << '%' << static_cast<int>(c);
+  uri << "?immutable=1";
+  return uri.str();
+}
+
+/// For a user who may only read. Where no other program has the file open, SQLite could not create the files
+/// that readers and writers share: the file is then read as it is, and watched.
+std::unique_ptr<SqliteConnection> openForReading(const std::string& target, WorkOwner workOwner) {
+  const sqlite::FileStamp before = sqlite::FileStamp::of(target);
+  const auto connect = [&](const std::string& name, int flags) {
+    return std::make_unique<SqliteConnection>(
+        openHandle(target, name, SQLITE_OPEN_READONLY | flags).release(), target, workOwner);
+  };
+  try {
+    return connect(fs::absolute(target).string(), 0);
+  } catch (const StoreError&) {
+    if (before.journal) throw;
+  }
+  auto connection = connect(unchangingFile(target), SQLITE_OPEN_URI);
+  connection->watchFile(before);
+  return connection;
+}
+
 std::unique_ptr<Connection> openExisting(std::string_view path, WorkOwner workOwner) {
   const std::string target(path);
   std::error_code ignored;
   if (fs::is_directory(target, ignored)) throw StoreError(target + ": is a directory", SQLITE_CANTOPEN);
   if (!fs::exists(target, ignored)) throw StoreError(target + ": there is no such file", SQLITE_CANTOPEN);
-  Handle handle = openHandle(target, SQLITE_OPEN_READWRITE);
+  if (!mayWrite(target)) return openForReading(target, workOwner);
+  Handle handle = openHandle(target, fs::absolute(target).string(), SQLITE_OPEN_READWRITE);
   return std::make_unique<SqliteConnection>(handle.release(), target, workOwner);
 }
 
@@ -116,7 +157,8 @@ std::unique_ptr<Connection> SqliteDatabase::create(std::string_view path) {
   if (!folder.empty()) fs::create_directories(folder, error);
   if (error) throw StoreError(folder.string() + ": " + error.message(), error.value());
   createPrivately(target);
-  Handle handle = openHandle(target, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+  Handle handle =
+      openHandle(target, fs::absolute(target).string(), SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
   // Write-ahead logging, a property of the file: readers never wait for a run.
   check(handle.get(), sqlite3_exec(handle.get(), "PRAGMA journal_mode=WAL", nullptr, nullptr, nullptr),
         target);

@@ -7,7 +7,7 @@
 namespace qx::sqlite {
 namespace {
 
-enum class Severity { Statement, Busy, Interrupted, Store };
+enum class Severity { Statement, Busy, Interrupted, Store, ReadOnly };
 
 Severity severityOf(int primaryCode) {
   switch (primaryCode) {
@@ -16,12 +16,13 @@ Severity severityOf(int primaryCode) {
     return Severity::Busy;
   case SQLITE_INTERRUPT:
     return Severity::Interrupted;
+  case SQLITE_READONLY:
+    return Severity::ReadOnly;
   case SQLITE_FULL:
   case SQLITE_IOERR:
   case SQLITE_CORRUPT:
   case SQLITE_NOTADB:
   case SQLITE_CANTOPEN:
-  case SQLITE_READONLY:
   case SQLITE_NOMEM:
   case SQLITE_PROTOCOL:
   case SQLITE_PERM:
@@ -44,6 +45,10 @@ void raiseLastError(sqlite3* database, const std::string& target, bool workWasOp
     throw InterruptedError(target + ": " + cause, code);
   case Severity::Store:
     throw StoreError(target + ": " + cause, code);
+  case Severity::ReadOnly:
+    throw ReadOnlyError(
+        target + ": you may read this database, but not change it: its file and folder must be writable",
+        code);
   case Severity::Statement:
     break;
   }
