@@ -1,18 +1,25 @@
 #!/usr/bin/env bash
-# Measures the program against bare SQLite on this machine: scripts/bench.sh [--quick] [--only PART_OF_NAME]
+# Measures the program against bare SQLite on this machine:
+# scripts/bench.sh [--quick | --instructions] [--only PART_OF_NAME]
+# --instructions counts the instructions of a job with callgrind, which come out the same on any machine.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 usage() {
-  echo "usage: scripts/bench.sh [--quick] [--only PART_OF_NAME]" >&2
+  echo "usage: scripts/bench.sh [--quick | --instructions] [--only PART_OF_NAME]" >&2
   exit 2
 }
 arguments=("$@")
 only=
 size=()
+list=yes
 while [ $# -gt 0 ]; do
   case $1 in
   --quick)
     size=(--quick)
+    shift
+    ;;
+  --instructions)
+    list=no
     shift
     ;;
   --only)
@@ -29,6 +36,7 @@ scripts/build.sh release qximportjob bench_floor bench_driver bench_list
 folder=$(mktemp -d build/release/bench-XXXXXX)
 trap 'rm -rf "$folder"' EXIT
 build/release/bin/bench_driver "$folder" "${arguments[@]}"
+[ $list = yes ] || exit 0
 case "job list" in
 *"$only"*)
   echo

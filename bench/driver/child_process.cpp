@@ -11,6 +11,7 @@
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
+#include <string_view>
 #include <system_error>
 
 namespace qx::bench {
@@ -78,6 +79,18 @@ Measurement measure(const Command& command, const std::filesystem::path& message
   constexpr double kibPerMib = 1024;
   return {taken.count(), seconds(usage.ru_utime) + seconds(usage.ru_stime),
           static_cast<double>(usage.ru_maxrss) / kibPerMib};
+}
+
+std::uint64_t countInstructions(const Command& command, const std::filesystem::path& messages) {
+  Command counted{"/usr/bin/valgrind", "--tool=callgrind", "--callgrind-out-file=/dev/null"};
+  counted.insert(counted.end(), command.begin(), command.end());
+  measure(counted, messages);
+  constexpr std::string_view total = "Collected : ";
+  std::ifstream lines(messages);
+  for (std::string line; std::getline(lines, line);)
+    if (const auto at = line.find(total); at != std::string::npos)
+      return std::stoull(line.substr(at + total.size()));
+  throw std::runtime_error("valgrind has counted nothing: " + messages.string());
 }
 
 } // namespace qx::bench

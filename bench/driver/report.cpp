@@ -61,4 +61,21 @@ void printReport(std::ostream& out, const std::vector<Outcome>& outcomes,
   }
 }
 
+void printCosts(std::ostream& out, const std::vector<JobCost>& costs) {
+  out << "| workload" << std::string(34, ' ') << " | instructions/job |   floor | ratio | goal |\n|"
+      << std::string(44, '-') << "|-----------------:|--------:|------:|-----:|\n";
+  for (const JobCost& cost : costs) {
+    const double ratio = cost.ours / cost.floor;
+    out << "| " << std::left << std::setw(42) << cost.name << std::right << std::fixed << std::setprecision(0)
+        << " | " << std::setw(16) << cost.ours << " | " << std::setw(7) << cost.floor << " | "
+        << std::setprecision(2) << std::setw(5) << ratio << " | " << std::setw(4) << std::setprecision(1);
+    if (cost.goal > 0)
+      out << cost.goal << " |" << verdict(ratio, cost.goal);
+    else
+      out << ""
+          << " |";
+    out << '\n';
+  }
+}
+
 } // namespace qx::bench

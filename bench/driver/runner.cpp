@@ -87,8 +87,20 @@ Outcome Runner::measureWorkload(const Workload& workload) {
     if (round == 1) requireSameWork(workload);
   }
   const auto size = workload.file ? fs::file_size(workload.file(databaseOf("ours").string())) : 0;
-  return {workload.name, workload.jobs,  workload.goal,
+  return {workload.name, workload.jobs,  workload.goal.time,
           medians(ours), medians(floor), static_cast<double>(size) / 1e6};
+}
+
+Instructions Runner::countWorkload(const Workload& workload) {
+  prepare(workload.start);
+  progress_ << workload.name << ": counting" << std::endl;
+  const auto count = [&](const CommandFor& command, const std::string& side) {
+    copyDatabase(workload.start, side);
+    return countInstructions(command(databaseOf(side).string()), place_.folder / "messages");
+  };
+  const Instructions counted{count(workload.ours, "ours"), count(workload.floor, "floor")};
+  requireSameWork(workload);
+  return counted;
 }
 
 } // namespace qx::bench

@@ -20,6 +20,12 @@ struct Outcome {
   double megabytes = 0; ///< of the file that was written or read; 0 when there is none
 };
 
+/// Instructions of one run of a workload on both sides.
+struct Instructions {
+  std::uint64_t ours = 0;
+  std::uint64_t floor = 0;
+};
+
 /// Measures workloads and prepares the databases that they begin with when one asks for them. Each round
 /// begins with fresh copies, and after the first one both sides must have left the same rows behind.
 class Runner {
@@ -28,6 +34,7 @@ public:
   Runner(const Place& place, std::vector<StartDatabase> starts, int rounds, std::ostream& progress);
 
   Outcome measureWorkload(const Workload& workload);
+  Instructions countWorkload(const Workload& workload);
 
 private:
   void requireSameWork(const Workload& workload) const;

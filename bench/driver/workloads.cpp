@@ -11,9 +11,11 @@
 namespace qx::bench {
 namespace {
 
-constexpr double stagingGoal = 2.0;
-constexpr double processingGoal = 1.6;
-constexpr double orderGoal = 2.0;
+constexpr Goal stagingGoal{2.0, 1.25};
+constexpr Goal processingGoal{1.6, 1.0};
+constexpr Goal orderGoal{2.0, 1.1};
+constexpr Goal exportGoal{0, 1.3};
+constexpr Goal importGoal{0, 1.1};
 constexpr double growthGoal = 11.0;
 constexpr double memoryGoalMiB = 64;
 
@@ -133,9 +135,9 @@ void addJobFiles(Plan& plan, const Place& place, const Sizes& sizes) {
   const std::filesystem::path file = place.folder / "exported.db.edi";
   plan.starts.push_back({"exported", waiting(sizes.many), {exportTo}});
   plan.starts.push_back({"importing", "empty", {}, "exported"});
-  plan.workloads.push_back({"export customers, " + grouped(sizes.many), sizes.many, 0, waiting(sizes.many),
-                            exportTo, floorExport, exported});
-  plan.workloads.push_back({"import customers, " + grouped(sizes.many), sizes.many, 0, "importing",
+  plan.workloads.push_back({"export customers, " + grouped(sizes.many), sizes.many, exportGoal,
+                            waiting(sizes.many), exportTo, floorExport, exported});
+  plan.workloads.push_back({"import customers, " + grouped(sizes.many), sizes.many, importGoal, "importing",
                             commands.program({"import", file.string()}),
                             commands.floor("import-customers", {file.string()}),
                             [file](const std::string&) { return file; }});

@@ -33,10 +33,16 @@ using CommandFor = std::function<Command(const std::string& database)>;
 /// The file that a command writes or reads.
 using FileFor = std::function<std::filesystem::path(const std::string& database)>;
 
+/// At most so many times the floor; 0: none.
+struct Goal {
+  double time = 0;
+  double instructions = 0;
+};
+
 struct Workload {
-  std::string name;
+  std::string name; ///< with the number of jobs behind a comma
   std::uint32_t jobs = 0;
-  double goal = 0;   ///< at most so many times the floor; 0: none
+  Goal goal;
   std::string start; ///< the prepared database that both sides begin with
   CommandFor ours;
   CommandFor floor;
