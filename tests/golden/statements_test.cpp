@@ -14,6 +14,8 @@
 #include "support/recording_connection.h"
 
 #include <algorithm>
+#include <cstdlib>
+#include <fstream>
 #include <functional>
 
 namespace qx {
@@ -29,9 +31,22 @@ public:
   void setBookmark(std::size_t) override {}
 };
 
+/// Appends the statements to the file that a program named which checks them against a grammar.
+void handOver(const Statements& statements) {
+  const char* const file = std::getenv("QX_STATEMENTS");
+  if (file == nullptr) return;
+  std::ofstream out(file, std::ios::app | std::ios::binary);
+  for (const std::string& statement : statements) out << statement << '\n';
+  ASSERT_TRUE(out.flush()) << file;
+}
+
 class StatementTexts : public GoldenTest {
 protected:
+  void TearDown() override {
+    if (recording) handOver(recording->forms);
+  }
   void record(bool host = false) {
+    if (recording) handOver(recording->forms);
     recording = std::make_shared<RecordingConnection>(erp.database, host);
     erp.environment.connection = recording;
   }
