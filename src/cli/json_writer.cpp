@@ -2,11 +2,25 @@
 
 #include "model/text.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <ios>
 
 namespace qx::cli {
+namespace {
+
+/// The number of leading bytes that a JSON text holds as they are.
+std::size_t lengthOfPlain(std::string_view content) {
+  const auto escaped = [](char c) {
+    const auto byte = static_cast<unsigned char>(c);
+    return byte < 0x20 || byte >= 0x7F || c == '"' || c == '\\';
+  };
+  return static_cast<std::size_t>(std::ranges::find_if(content, escaped) - content.begin());
+}
+
+} // namespace
 
 JsonWriter& JsonWriter::open(char bracket) {
   separate();
@@ -92,36 +106,42 @@ JsonWriter& JsonWriter::value(const Value& column) {
 void JsonWriter::finish() { output_ << '\n' << std::flush; }
 
 void JsonWriter::quote(std::string_view content) {
-  constexpr std::string_view digits = "0123456789abcdef";
   output_ << '"';
   for (std::size_t at = 0; at < content.size();) {
-    const auto byte = static_cast<unsigned char>(content[at]);
-    if (byte >= 0x80) {
-      const std::size_t length = utf8Length(content.substr(at));
-      const std::string_view character = content.substr(at, length);
-      if (length == 2 && character < "\u00A0")
-        output_ << "\\u00" << digits[static_cast<unsigned char>(content[at + 1]) >> 4U]
-                << digits[static_cast<unsigned char>(content[at + 1]) & 0xFU];
-      else
-        output_ << (length == 0 ? std::string_view("\xEF\xBF\xBD") : character);
-      at += length == 0 ? 1 : length;
-      continue;
-    }
-    if (byte == '"' || byte == '\\')
-      output_ << '\\' << content[at];
-    else if (byte == '\n')
-      output_ << "\\n";
-    else if (byte == '\r')
-      output_ << "\\r";
-    else if (byte == '\t')
-      output_ << "\\t";
-    else if (byte < 0x20 || byte == 0x7F)
-      output_ << "\\u00" << digits[byte >> 4U] << digits[byte & 0xFU];
-    else
-      output_ << content[at];
-    ++at;
+    const std::size_t plain = lengthOfPlain(content.substr(at));
+    output_.write(content.data() + at, static_cast<std::streamsize>(plain));
+    at += plain;
+    if (at < content.size()) at += escapeFirst(content.substr(at));
   }
   output_ << '"';
+}
+
+std::size_t JsonWriter::escapeFirst(std::string_view content) {
+  constexpr std::string_view digits = "0123456789abcdef";
+  const auto byte = static_cast<unsigned char>(content.front());
+  const auto code = [&](unsigned char control) {
+    output_ << "\\u00" << digits[control >> 4U] << digits[control & 0xFU];
+  };
+  if (byte >= 0x80) {
+    const std::size_t length = utf8Length(content);
+    const std::string_view character = content.substr(0, length);
+    if (length == 2 && character < "\u00A0")
+      code(static_cast<unsigned char>(content[1]));
+    else
+      output_ << (length == 0 ? std::string_view("\xEF\xBF\xBD") : character);
+    return length == 0 ? 1 : length;
+  }
+  if (byte == '"' || byte == '\\')
+    output_ << '\\' << content.front();
+  else if (byte == '\n')
+    output_ << "\\n";
+  else if (byte == '\r')
+    output_ << "\\r";
+  else if (byte == '\t')
+    output_ << "\\t";
+  else
+    code(byte);
+  return 1;
 }
 
 } // namespace qx::cli

@@ -39,6 +39,9 @@ private:
   /// The comma before an element, unless it is the first one or follows its key.
   void separate();
   void quote(std::string_view content);
+  /// Writes the first character of a text with an escape, as far as it needs one. Returns its length in
+  /// bytes.
+  std::size_t escapeFirst(std::string_view content);
 
   std::ostream& output_;
   std::vector<bool> hasElements_;
