@@ -82,7 +82,8 @@ Measurement measure(const Command& command, const std::filesystem::path& message
 }
 
 std::uint64_t countInstructions(const Command& command, const std::filesystem::path& messages) {
-  Command counted{"/usr/bin/valgrind", "--tool=callgrind", "--callgrind-out-file=/dev/null"};
+  Command counted{"/usr/bin/env", "LD_PRELOAD=" SLOW_CLOCK, "/usr/bin/valgrind", "--tool=callgrind",
+                  "--callgrind-out-file=/dev/null"};
   counted.insert(counted.end(), command.begin(), command.end());
   measure(counted, messages);
   constexpr std::string_view total = "Collected : ";
