@@ -142,8 +142,8 @@ TEST_F(JobFile, ARecordOfMoreThan16MiBIsRefusedByStageAndNamedByExport) {
   EXPECT_EQ(refused["line"], 3);
   EXPECT_EQ(listed(), std::vector<std::string>{"K1"});
   // Other programs may have stored it.
-  erp.execute(
-      sql("Update ImportKopf Set Bemerkung = '"_sql, value(half), "', Bez1 = '"_sql, value(half), "'"_sql));
+  erp.execute("Update ImportKopf Set Bemerkung = '"_sql, value(half), "', Bez1 = '"_sql, value(half),
+              "'"_sql);
   EXPECT_EQ(run({"export", file("jobs.edi"), "--json"}).json(),
             Json::parse(R"({"jobs":1,"positions":0,"skipped":0,"unreadable":1,"unreadableJobs":["K1"]})"));
   EXPECT_EQ(run({"import", file("jobs.edi")}).output, "line 2  refused: the record is longer than 16 MiB\n0 "
@@ -161,7 +161,7 @@ TEST_F(JobFile, AFullDiskEndsWithFourAndTheCountsAreWhatIsDurable) {
   }
   EXPECT_EQ(result.status, 4);
   EXPECT_TRUE(result.json().contains("error"));
-  EXPECT_EQ(result.json()["jobs"], erp.count(sql("Select Count(*) From ImportKopf"_sql)));
+  EXPECT_EQ(result.json()["jobs"], erp.count("Select Count(*) From ImportKopf"_sql));
   EXPECT_LT(result.json()["jobs"], 12000);
   EXPECT_EQ(run({"import", file("in.edi"), "--json"}).json()["jobs"], 12000);
 

@@ -53,7 +53,7 @@ TEST_F(Jobs, AreShownWithTheColumnsOfTheirTables) {
   EXPECT_EQ(names.at(0), "JobID");
   EXPECT_EQ(names.at(4), "Eingangsdatum");
   EXPECT_EQ(static_cast<std::int64_t>(names.size()),
-            erp.count(sql("Select Count(*) From pragma_table_info('ImportKopf')"_sql)));
+            erp.count("Select Count(*) From pragma_table_info('ImportKopf')"_sql));
   Json shown = show("A");
   const Json position = shown["Positionen"].at(0);
   EXPECT_EQ(position["Menge"], 1.5);
@@ -103,7 +103,7 @@ TEST_F(Jobs, AreCheckedWithoutBeingChanged) {
                       {"type":"Kunde","JobID":"K2"},{"type":"Kunde","JobID":"K3","Kundennummer":"3"}])")
                 .status,
             0);
-  const auto before = erp.rows(sql("Select * From ImportKopf"_sql));
+  const auto before = erp.rows("Select * From ImportKopf"_sql);
   const ProgramResult result = run({"check", "--json"});
   EXPECT_EQ(result.status, 1);
   const Json jobs = result.json()["jobs"];
@@ -122,13 +122,13 @@ TEST_F(Jobs, AreCheckedWithoutBeingChanged) {
   EXPECT_EQ(run({"check", "K3", "K1"}).output,
             "Warnung  Kunden 1  K1\n  Kundengruppe: 'NEU' ist nicht angelegt.\n"
             "  Vertreter1: '9' ist nicht angelegt.\n2 checked, 1 with findings\n");
-  EXPECT_EQ(erp.rows(sql("Select * From ImportKopf"_sql)), before);
+  EXPECT_EQ(erp.rows("Select * From ImportKopf"_sql), before);
 }
 
 TEST_F(Jobs, WhoseCheckFailsHaveThatAsAFindingAndTheRestIsChecked) {
   erp.setOption("KreditlimitAuftrag", "1");
-  erp.execute(sql("Insert Into Kundenstamm (Kundennummer, Bez1, Währung, Kreditlimit1) Values "
-                  "('70001', 'Kontor', 'XTS', 100)"_sql));
+  erp.execute("Insert Into Kundenstamm (Kundennummer, Bez1, Währung, Kreditlimit1) Values "
+              "('70001', 'Kontor', 'XTS', 100)"_sql);
   ASSERT_EQ(stage(R"([{"type":"Auftrag","JobID":"A1","Kundennummer":"70001"},
                       {"type":"Kunde","JobID":"K1","Kundennummer":"3"},
                       {"type":"Auftrag","JobID":"A2","Kundennummer":"9"}])")
@@ -168,7 +168,7 @@ TEST_F(Jobs, HaveHintsThatChangeNoStatus) {
 }
 
 TEST_F(Jobs, HaveHintsOfOneLineEach) {
-  erp.execute(sql("Insert Into Kundenstamm (Kundennummer, Telefon) Values ('1', 'a\r\nb')"_sql));
+  erp.execute("Insert Into Kundenstamm (Kundennummer, Telefon) Values ('1', 'a\r\nb')"_sql);
   ASSERT_EQ(stage(R"({"type":"Kunde","JobID":"K1","Kundennummer":"1","Telefon":""})").status, 0);
   ASSERT_EQ(run({"process"}).status, 0);
   EXPECT_EQ(run({"protocol"}).output, "Erledigt  Kunden    1           24.11.2026  Kunde geändert.\n"
@@ -184,11 +184,11 @@ TEST_F(Jobs, LeaveOfACustomerWhatTheirObjectDoesNotName) {
           .status,
       0);
   ASSERT_EQ(run({"process"}).status, 0);
-  const auto row = [&] { return erp.rows(sql("Select * From Kundenstamm"_sql)); };
+  const auto row = [&] { return erp.rows("Select * From Kundenstamm"_sql); };
   auto expected = row();
   ASSERT_EQ(expected.size(), 1U);
   const auto put = [&](std::string_view column, const Value& content) {
-    const auto master = erp.connection().open(sql("Select * From Kundenstamm"_sql));
+    const auto master = erp.open("Select * From Kundenstamm"_sql);
     for (std::size_t i = 0; i < master->fieldCount(); ++i)
       if (master->fieldName(i) == column) expected[0].at(i) = content;
   };
@@ -290,7 +290,7 @@ TEST_F(Jobs, AreDeletedWithTheirPositionsAndOnDemandWithTheirContracts) {
       0);
   setJobType("V2", 43); // done contracts stay
   EXPECT_EQ(run({"delete", "A", "--json"}).output, "{\"deleted\":1}\n");
-  EXPECT_EQ(erp.count(sql("Select Count(*) From ImportPos"_sql)), 0);
+  EXPECT_EQ(erp.count("Select Count(*) From ImportPos"_sql), 0);
   EXPECT_EQ(run({"delete", "K", "--with-contracts", "--json"}).output, "{\"deleted\":2}\n");
   EXPECT_EQ(listed(), Keys{"V2"});
   EXPECT_EQ(run({"delete"}).status, 2);
@@ -305,7 +305,7 @@ TEST_F(Jobs, ThatAreDoneArePurgedAllOrUpToADay) {
   setJobType("alt", 13);
   setJobType("neu", 33);
   setJobType("unlesbar", 23);
-  erp.execute(sql("Update ImportKopf Set Eingangsdatum = 'bald' Where JobID = 'unlesbar'"_sql));
+  erp.execute("Update ImportKopf Set Eingangsdatum = 'bald' Where JobID = 'unlesbar'"_sql);
   EXPECT_EQ(run({"purge", "--before", "2026-11-24"}).status, 2);
   EXPECT_EQ(run({"purge", "--before", "24.11.2026", "--json"}).output,
             "{\"deleted\":1,\"undated\":1,\"refused\":0}\n");
@@ -321,8 +321,8 @@ TEST_F(Jobs, ThatTheDatabaseKeepsAreNamedByDeleteAndTheOthersGo) {
       stage(R"([{"type":"Kunde","JobID":"A"},{"type":"Kunde","JobID":"B"},{"type":"Kunde","JobID":"C"}])")
           .status,
       0);
-  erp.execute(sql("Create Trigger bleibt Before Delete On ImportKopf When old.JobID = 'B' Begin "
-                  "Select raise(rollback, 'nein'); End"_sql));
+  erp.execute("Create Trigger bleibt Before Delete On ImportKopf When old.JobID = 'B' Begin "
+              "Select raise(rollback, 'nein'); End"_sql);
   const ProgramResult result = run({"delete", "A", "B", "C"});
   EXPECT_EQ(result.status, 4);
   EXPECT_EQ(result.output, "2 deleted\n");
@@ -333,8 +333,7 @@ TEST_F(Jobs, ThatTheDatabaseKeepsAreNamedByDeleteAndTheOthersGo) {
 TEST_F(Jobs, ThatTheDatabaseKeepsEndAPurgeWithFour) {
   ASSERT_EQ(stage(R"({"type":"Kunde","JobID":"A"})").status, 0);
   setJobType("A", 13);
-  erp.execute(
-      sql("Create Trigger bleibt Before Delete On ImportKopf Begin Select raise(abort, 'nein'); End"_sql));
+  erp.execute("Create Trigger bleibt Before Delete On ImportKopf Begin Select raise(abort, 'nein'); End"_sql);
   const ProgramResult result = run({"purge"});
   EXPECT_EQ(result.status, 4);
   EXPECT_EQ(result.output, "0 deleted\n");

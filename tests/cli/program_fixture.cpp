@@ -128,8 +128,8 @@ std::vector<std::string> ProgramTest::listed(std::vector<std::string> options) c
 }
 
 void ProgramTest::setJobType(std::string_view jobId, std::int64_t jobType) {
-  erp.execute(sql("Update ImportKopf Set JobType = "_sql, number(jobType), " Where JobID = '"_sql,
-                  value(jobId), "'"_sql));
+  erp.execute("Update ImportKopf Set JobType = "_sql, number(jobType), " Where JobID = '"_sql, value(jobId),
+              "'"_sql);
 }
 
 } // namespace qx

@@ -67,8 +67,8 @@ TEST_F(Staging, LeavesTheRowThatTheEntryObjectsLeaveAndNullForWhatIsNotGiven) {
   const auto positions = sql("Select * From ImportPos"_sql);
   const auto expectedHeaders = withoutEmpties(erp.rows(headers));
   const auto expectedPositions = withoutEmpties(withoutKeys(positions));
-  erp.execute(sql("Delete From ImportKopf"_sql));
-  erp.execute(sql("Delete From ImportPos"_sql));
+  erp.execute("Delete From ImportKopf"_sql);
+  erp.execute("Delete From ImportPos"_sql);
 
   const std::string jobs =
       R"({"type":"Kunde","JobID":")" + kunde.JobID +
@@ -79,7 +79,7 @@ TEST_F(Staging, LeavesTheRowThatTheEntryObjectsLeaveAndNullForWhatIsNotGiven) {
   ASSERT_EQ(stage(jobs).status, 0);
   EXPECT_EQ(erp.rows(headers), expectedHeaders);
   EXPECT_EQ(withoutKeys(positions), expectedPositions);
-  EXPECT_EQ(erp.text(sql("Select JobID From ImportPos"_sql)), auftrag.JobID);
+  EXPECT_EQ(erp.text("Select JobID From ImportPos"_sql), auftrag.JobID);
 }
 
 TEST_F(Staging, OrderPositionsStartWithTheReadyFlagsOfTheSettings) {
@@ -105,9 +105,8 @@ TEST_F(Staging, OrderPositionsAreNumberedAndTheirQuantitiesFollow) {
       {"Artikelnummer":"X","Menge":2},{"Artikelnummer":"Y","Menge":3,"Auslieferungsmenge":1,"Fakturiermenge":0}]},
       {"Positionen":[{"Artikelnummer":"Z","Menge":4,"Fakturiermenge":null}],"type":"Auftrag","JobID":"B"}])";
   ASSERT_EQ(stage(jobs).status, 0);
-  const auto rows =
-      erp.rows(sql("Select JobID || Positionsnummer || Artikelnummer, Menge, Auslieferungsmenge, "
-                   "Fakturiermenge From ImportPos Order By 1"_sql));
+  const auto rows = erp.rows("Select JobID || Positionsnummer || Artikelnummer, Menge, Auslieferungsmenge, "
+                             "Fakturiermenge From ImportPos Order By 1"_sql);
   EXPECT_EQ(rows, (std::vector<std::vector<Value>>{{Value("A1X"), Value(2.0), Value(2.0), Value(2.0)},
                                                    {Value("A2Y"), Value(3.0), Value(1.0), Value(0.0)},
                                                    {Value("B1Z"), Value(4.0), Value(4.0), Value(4.0)}}));
@@ -189,8 +188,7 @@ TEST_F(Staging, AKnownJobIsReplacedInItsPlace) {
                        "Positionen":[{"ChildID":"P1","Artikelnummer":"A","Menge":1},{"ChildID":"P2","Artikelnummer":"A","Menge":1}]},{"type":"Kunde","JobID":"B"}])")
                 .status,
             0);
-  erp.execute(
-      sql("Update ImportKopf Set ProcessWarning = 1, Info = 'alt', JobType = 32 Where JobID = 'A'"_sql));
+  erp.execute("Update ImportKopf Set ProcessWarning = 1, Info = 'alt', JobType = 32 Where JobID = 'A'"_sql);
   const ProgramResult again =
       run({"stage", "-"}, R"([{"type":"Kunde","JobID":"C"},{"type":"Kunde","JobID":"A","Bez2":"neu"}])");
   EXPECT_EQ(again.output, "added     C  Kunde\nreplaced  A  Kunde\n2 staged, 0 skipped\n");
@@ -202,7 +200,7 @@ TEST_F(Staging, AKnownJobIsReplacedInItsPlace) {
   EXPECT_EQ(job["Liefertermin"], Json()); // no property of a customer
   EXPECT_EQ(job["Bez1"], Json());
   EXPECT_EQ(job["Bez2"], "neu");
-  EXPECT_EQ(erp.count(sql("Select Count(*) From ImportPos"_sql)), 0);
+  EXPECT_EQ(erp.count("Select Count(*) From ImportPos"_sql), 0);
 }
 
 TEST_F(Staging, APositionKeyMayStandAgainInItsOwnJob) {
@@ -243,8 +241,8 @@ TEST_F(Staging, WaitsForAnotherProgramAndSaysSoOnce) {
 }
 
 TEST_F(Staging, AFailureOfTheDatabaseStagesNothing) {
-  erp.execute(sql("Create Trigger Sperre Before Insert On ImportKopf When New.JobID = 'B' Begin Select "
-                  "Raise(Abort, 'gesperrt'); End"_sql));
+  erp.execute("Create Trigger Sperre Before Insert On ImportKopf When New.JobID = 'B' Begin Select "
+              "Raise(Abort, 'gesperrt'); End"_sql);
   const ProgramResult result = stage(R"([{"type":"Kunde","JobID":"A"},{"type":"Kunde","JobID":"B"}])");
   EXPECT_EQ(result.status, 4);
   EXPECT_NE(result.json()["error"].get<std::string>().find("gesperrt"), std::string::npos);
@@ -253,14 +251,14 @@ TEST_F(Staging, AFailureOfTheDatabaseStagesNothing) {
 
 TEST_F(Staging, ARowThatATriggerLeavesOutTakesTheWholeFileBack) {
   for (const char* table : {"ImportKopf", "ImportPos"}) {
-    erp.execute(sql("Create Trigger leave Before Insert On "_sql, name(table),
-                    " When new.JobID = 'B' Begin Select Raise(Ignore); End"_sql));
+    erp.execute("Create Trigger leave Before Insert On "_sql, name(table),
+                " When new.JobID = 'B' Begin Select Raise(Ignore); End"_sql);
     const ProgramResult result = stage(R"([{"type":"Kunde","JobID":"A"},
                   {"type":"Auftrag","JobID":"B","Positionen":[{"ChildID":"P","Artikelnummer":"A","Menge":1}]}])");
     EXPECT_EQ(result.status, 4) << table;
     EXPECT_NE(result.output.find("the database has taken "), std::string::npos) << result.output;
     EXPECT_EQ(listed(), std::vector<std::string>());
-    erp.execute(sql("Drop Trigger leave"_sql));
+    erp.execute("Drop Trigger leave"_sql);
   }
 }
 

@@ -13,7 +13,7 @@ class JobFileExportTest : public JobFileTest {
 protected:
   /// A row in which every column holds its own name, numbers where a line has numbers.
   void stageHeader(std::int16_t jobType) {
-    const auto row = erp.connection().open(sql("Select * From ImportKopf Where JobID = ''"_sql));
+    const auto row = erp.open("Select * From ImportKopf Where JobID = ''"_sql);
     fillWithNames(*row);
     row->set("JobType", jobType);
     row->set("ImportType", 12);
@@ -26,7 +26,7 @@ protected:
     row->update();
   }
   void stagePosition() {
-    const auto row = erp.connection().open(sql("Select * From ImportPos Where ChildID = ''"_sql));
+    const auto row = erp.open("Select * From ImportPos Where ChildID = ''"_sql);
     fillWithNames(*row);
     row->set("JobType", 50);
     row->set("Positionsnummer", "10");

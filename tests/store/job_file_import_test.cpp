@@ -20,8 +20,7 @@ namespace {
 class JobFileImportTest : public JobFileTest {
 protected:
   Value header(std::string_view jobId, ColumnName column) {
-    const auto rows =
-        erp.connection().open(sql("Select * From ImportKopf Where JobID = '"_sql, value(jobId), "'"_sql));
+    const auto rows = erp.open("Select * From ImportKopf Where JobID = '"_sql, value(jobId), "'"_sql);
     return rows->eof() ? Value("no row") : rows->value(column);
   }
   /// Every row of a table as column -> value.
@@ -313,7 +312,7 @@ TEST_F(JobFileImportTest, ABusyDatabaseEndsTheImportWithWhatIsDurable) {
   EXPECT_EQ(report.end, JobFileEnd::Failed);
   EXPECT_GT(report.counts.jobs, 0);
   EXPECT_LT(report.counts.jobs, 2000);
-  EXPECT_EQ(erp.count(sql("Select Count(*) From ImportKopf"_sql)), report.counts.jobs);
+  EXPECT_EQ(erp.count("Select Count(*) From ImportKopf"_sql), report.counts.jobs);
 }
 
 TEST_F(JobFileImportTest, AKillAtAnyMomentAndARerunLeaveEachRowOnce) {
@@ -350,7 +349,7 @@ TEST_F(JobFileImportTest, AKillAtAnyMomentAndARerunLeaveEachRowOnce) {
     int status = 0;
     waitpid(child, &status, 0);
     EXPECT_TRUE(WIFSIGNALED(status)) << "the import ended before group " << last;
-    const std::int64_t staged = erp.count(sql("Select Count(*) From ImportKopf"_sql));
+    const std::int64_t staged = erp.count("Select Count(*) From ImportKopf"_sql);
     EXPECT_GT(staged, before);
     EXPECT_LT(staged, orders);
     before = staged;
@@ -358,8 +357,8 @@ TEST_F(JobFileImportTest, AKillAtAnyMomentAndARerunLeaveEachRowOnce) {
   const JobFileReport report = importJobFile(erp.environment, file("in.edi"), JobFileVersion::Two);
   EXPECT_EQ(report.end, JobFileEnd::Complete) << report.failure;
   EXPECT_EQ(report.counts.withoutHeader, 0);
-  EXPECT_EQ(erp.count(sql("Select Count(*) From ImportKopf"_sql)), orders);
-  EXPECT_EQ(erp.count(sql("Select Count(*) From ImportPos"_sql)), orders);
+  EXPECT_EQ(erp.count("Select Count(*) From ImportKopf"_sql), orders);
+  EXPECT_EQ(erp.count("Select Count(*) From ImportPos"_sql), orders);
 }
 
 TEST_F(JobFileImportTest, AVeryLongLineIsRefusedInBoundedMemory) {

@@ -93,6 +93,7 @@ public:
   }
 
   std::vector<std::string> statements;
+  std::vector<Sql> asked;           ///< the same, to be run again
   std::vector<std::string> columns; ///< that were set, of all record sets
   int commits = 0;
   bool refusing = false; ///< every statement raises `StatementError`
@@ -103,6 +104,7 @@ private:
   }
   const Sql& recorded(const Sql& statement) {
     statements.push_back(statement.text());
+    asked.push_back(statement);
     if (refusing) throw StatementError("refused", 1);
     return statement;
   }
