@@ -79,7 +79,7 @@ protected:
     for (int i = 0; i < count; ++i)
       jobs +=
           R"({"type":"Kunde","Kundennummer":"K)" + std::to_string(10000 + i) + R"(","Bez1":"Firma"})" + "\n";
-    ASSERT_EQ(stage(jobs).status, 0);
+    mustStage(jobs);
   }
   void lockFor(const std::string& sessionId) {
     erp.execute("Insert Into LockControl (Dateiname, Satz, StationID, SessionID, Benutzer) Values "
@@ -90,11 +90,9 @@ protected:
 
 TEST_F(Run, TellsEveryJobItsCountsAndItsProtocol) {
   erp.setOption("AutomatischVerarbeiten", "1");
-  ASSERT_EQ(stage(R"([{"type":"Kunde","JobID":"gut","Kundennummer":"K1","Bez1":"Firma"},
+  mustStage(R"([{"type":"Kunde","JobID":"gut","Kundennummer":"K1","Bez1":"Firma"},
                       {"type":"Kunde","JobID":"geparkt","Kundennummer":"K2","Versandart":"DROHNE"},
-                      {"type":"Kunde","JobID":"falsch","Kundennummer":""}])")
-                .status,
-            0);
+                      {"type":"Kunde","JobID":"falsch","Kundennummer":""}])");
   const ProgramResult result = run({"process", "--json", "--select", "kunden"});
   EXPECT_EQ(result.status, 1);
   const Json document = result.json();
@@ -117,7 +115,7 @@ TEST_F(Run, TellsEveryJobItsCountsAndItsProtocol) {
 
 TEST_F(Run, NamesAJobThatTheDatabaseRefusesToMarkAndProcessesTheOthers) {
   stageCustomers(3);
-  ASSERT_EQ(stage(R"({"type":"Kunde","JobID":"fest","Kundennummer":"K2","Bez1":"Firma"})").status, 0);
+  mustStage(R"({"type":"Kunde","JobID":"fest","Kundennummer":"K2","Bez1":"Firma"})");
   erp.execute("CREATE TRIGGER freeze BEFORE UPDATE ON ImportKopf WHEN new.JobID = 'fest' "
               "BEGIN SELECT RAISE(ABORT, 'Vorgang gesperrt'); END"_sql);
   const ProgramResult result = run({"process", "--json"});
@@ -186,7 +184,7 @@ TEST_F(Run, TellsThatASettingWasNotKept) {
 TEST_F(Run, WritesParkedJobsWhenItIsToldNotToCheck) {
   erp.setOption("AutomatischVerarbeiten", "1");
   // The reference to an unknown invoice customer parks the job, but does not keep it from being written.
-  ASSERT_EQ(stage(R"({"type":"Kunde","JobID":"K","Kundennummer":"K1","RG_KdNr":"fehlt"})").status, 0);
+  mustStage(R"({"type":"Kunde","JobID":"K","Kundennummer":"K1","RG_KdNr":"fehlt"})");
   EXPECT_EQ(run({"process", "--unevaluated", "--json"}).json()["counts"]["warning"], 0);
   EXPECT_EQ(erp.count("Select Count(*) From Kundenstamm Where Kundennummer = 'K1'"_sql), 1);
 }
@@ -199,7 +197,7 @@ TEST_F(Run, SelectionsAreReadInEverySpelling) {
 }
 
 TEST_F(Run, CreatesMissingRepsWhenTheOptionIsOn) {
-  ASSERT_EQ(stage(R"({"type":"Kunde","JobID":"K","Kundennummer":"K1","Vertreter1":"77"})").status, 0);
+  mustStage(R"({"type":"Kunde","JobID":"K","Kundennummer":"K1","Vertreter1":"77"})");
   EXPECT_EQ(run({"process"}).status, 1);
   EXPECT_EQ(show("K")["JobType"], 12);
   EXPECT_EQ(run({"settings", "set", "ImportJob2", "KundenVertreter", "1", "--json"}).output,
@@ -336,7 +334,7 @@ TEST_F(Run, LeavesAProtocolOfTheDay) {
 
 TEST_F(Run, PrintsTheLinesOfEveryProtocolOfTheDay) {
   const auto processed = [&](const std::string& number, const char* day) {
-    EXPECT_EQ(stage(R"({"type":"Kunde","Kundennummer":")" + number + R"(","Bez1":"Firma"})").status, 0);
+    mustStage(R"({"type":"Kunde","Kundennummer":")" + number + R"(","Bez1":"Firma"})");
     const ProgramResult result = runPlain({"--db", erp.file, "--date", day, "process", "--json"});
     EXPECT_EQ(result.status, 0);
     return result.json()["protocol"].get<std::string>();

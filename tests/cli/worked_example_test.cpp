@@ -109,7 +109,7 @@ protected:
   /// Stages the page's order and writes it; returns the output of the run.
   ProgramResult write(const Example& example, const std::vector<std::string>& options) {
     runScript(example.box("sql"));
-    EXPECT_EQ(stage(example.box("json")).status, 0);
+    mustStage(example.box("json"));
     std::vector<std::string> arguments = options;
     arguments.emplace_back("process");
     const ProgramResult result = run(arguments);

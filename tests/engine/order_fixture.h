@@ -138,6 +138,13 @@ protected:
     stagePosition(jobId, 1, article, quantity);
   }
   void customerSpecific() { erp.setSetting("Allgemein", "Individual", "VLK"); }
+  /// In that mode, orders by parcel have a freight line and a fee line.
+  void takeFreight() {
+    customerSpecific();
+    erp.setOption("VAKunde", "PO");
+    erp.setOption("FrachtTransport", "FRACHT");
+    erp.setOption("FrachtGebuehr", "GEBUEHR");
+  }
   std::unique_ptr<Recordset> order() { return open("Select * From Auftragskopf"_sql); }
   std::unique_ptr<Recordset> lines() { return open("Select * From Auftragspos"_sql); }
   std::int64_t orders() { return count("Select Count(*) From Auftragskopf"_sql); }

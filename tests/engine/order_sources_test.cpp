@@ -118,10 +118,7 @@ TEST_F(OrderSources, OrdersFailAndCustomersDoNotWhileTheDayOfTheTaxChangeCannotB
 }
 
 TEST_F(OrderSources, CodesAreWrittenAsTheirTablesSpellThemAndComparedWithoutRegardToCase) {
-  customerSpecific();
-  erp.setOption("VAKunde", "PO");
-  erp.setOption("FrachtTransport", "FRACHT");
-  erp.setOption("FrachtGebuehr", "GEBUEHR");
+  takeFreight();
   erp.iniFile.set("Allgemein", "MinBestGebuehr", "100;5,25");
   execute("Insert Into Vertreter (VertreterNr, Bez1) Values ('V3', 'Au')"_sql);
   execute("Insert Into Zahlungsbedingungen (ZahlbedSchl) Values ('K14')"_sql);

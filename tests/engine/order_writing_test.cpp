@@ -469,10 +469,7 @@ TEST_F(OrderWriting, PlainAndAccessoryOrdersCanBeTakenApart) {
 // The installation's own mode.
 
 TEST_F(OrderWriting, FreightAndAccessoryFeesAreAppendedInTheInstallationsOwnMode) {
-  customerSpecific();
-  erp.setOption("VAKunde", "PO");
-  erp.setOption("FrachtTransport", "FRACHT");
-  erp.setOption("FrachtGebuehr", "GEBUEHR");
+  takeFreight();
   erp.setOption("MinGebuehr", "3,5");
   erp.iniFile.set("Allgemein", "MinBestGebuehr", "100;5,25");
   erp.iniFile.set("Werte", "1", "50;1,5");
@@ -488,10 +485,7 @@ TEST_F(OrderWriting, FreightAndAccessoryFeesAreAppendedInTheInstallationsOwnMode
 }
 
 TEST_F(OrderWriting, AppendedLinesTakeFreeNumbersAndLookLikeOthers) {
-  customerSpecific();
-  erp.setOption("VAKunde", "PO");
-  erp.setOption("FrachtTransport", "FRACHT");
-  erp.setOption("FrachtGebuehr", "GEBUEHR");
+  takeFreight();
   stageOrder("O1");
   for (const std::int32_t number : {2147483647, 1, 3})
     stagePosition("O1", number, "A100", 1, {{"Preis", 10}});

@@ -22,14 +22,8 @@ protected:
     erp.execute("Insert Into ImportPos (JobID, ChildID) Values ('"_sql, value(jobId), "', '"_sql,
                 value(childId), "')"_sql);
   }
-  std::string keys(const Sql& statement) {
-    std::string text;
-    const auto rows = erp.connection().open(statement);
-    for (; !rows->eof(); rows->moveNext()) text += rows->value(std::size_t{0}).text() + " ";
-    return text;
-  }
-  std::string jobs() { return keys(sql("Select JobID From ImportKopf Order By JobID"_sql)); }
-  std::string positions() { return keys(sql("Select ChildID From ImportPos Order By ChildID"_sql)); }
+  std::string jobs() { return erp.keys("Select JobID From ImportKopf Order By JobID"_sql); }
+  std::string positions() { return erp.keys("Select ChildID From ImportPos Order By ChildID"_sql); }
 
   ErpFile erp;
   JobDeletion deletion{erp.environment};

@@ -59,6 +59,13 @@ public:
     }
     return lines;
   }
+  /// The first column of every row, each followed by a blank.
+  template <class... Parts>
+  std::string keys(const Parts&... parts) {
+    std::string all;
+    for (const auto& row : rows(parts...)) all += row.front().text() + " ";
+    return all;
+  }
   /// Adds a row; unnamed columns get their default.
   void add(std::string_view table, std::initializer_list<erp::Cell> cells) {
     erp::TableFiller(connection(), table).add(cells);

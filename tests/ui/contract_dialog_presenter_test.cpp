@@ -73,15 +73,6 @@ TEST_F(ContractDialogTest, WhatTheRunWritesAnywayIsToldAndParksNothing) {
   EXPECT_TRUE(field("C1", "Fehlertext").isNull());
 }
 
-TEST_F(ContractDialogTest, KindAndObjectMatterWhereTheRunAsksForThem) {
-  stageContract("C1", {{"Vertragsart", "X"}, {"Artikelnummer", "G9"}, {"Zustand", "E"}});
-  const auto dialog = opened("C1");
-  EXPECT_THAT(findings(*dialog), IsEmpty());
-  enter(*dialog, "cboZustand", "Aktiv");
-  EXPECT_THAT(codes(*dialog), ElementsAre("VA", "VGG"));
-  EXPECT_EQ(dialog->verdict(), CheckStatus::Error);
-}
-
 TEST_F(ContractDialogTest, DatesAndStatesAreReadAsTheRunReadsThem) {
   stageContract("C1");
   set("C1", "Vertragsdatum", "31.02.2026");
