@@ -113,7 +113,7 @@ void draw(const std::string& database, const std::string& folder) {
     void show(const Message& /*message*/) override {}
     bool ask(const Message& /*message*/) override { return false; }
     std::optional<std::string> chooseFile(std::string_view /*title*/, std::string_view /*filter*/,
-                                          bool /*forWriting*/) override {
+                                          FileUse /*use*/) override {
       return std::nullopt;
     }
     void yield() override { QApplication::processEvents(); }

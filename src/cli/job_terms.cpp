@@ -11,7 +11,7 @@ struct Kind {
   std::int16_t code;
   std::string_view argument;
   std::string_view text;
-  std::string_view process;
+  std::string_view transaction;
 };
 constexpr std::array kinds{Kind{qxtjobkunden, "kunde", "Kunde", "Kunden"},
                            Kind{qxtjobverträge, "vertrag", "Vertrag", "Vertrag"},
@@ -80,7 +80,7 @@ std::string_view stateText(std::int16_t jobType) {
 
 std::string_view processText(std::int16_t jobType) {
   const Kind* kind = findKind(jobType);
-  return kind == nullptr ? "?" : kind->process;
+  return kind == nullptr ? "?" : kind->transaction;
 }
 
 std::string_view severityWord(CheckStatus severity) {

@@ -27,12 +27,12 @@ void printRest(std::ostream& output, const RunReport& report) {
 
 void TextRunPrinter::add(const JobOutcome& outcome) {
   constexpr std::size_t statusWidth = 8;
-  constexpr std::size_t processWidth = 7;
+  constexpr std::size_t transactionWidth = 7;
   constexpr std::size_t numberWidth = 10;
   constexpr std::size_t keyWidth = 32;
   constexpr std::size_t reasonWidth = 80;
   output_.result << tableLine({{outcome.status, statusWidth},
-                               {outcome.process, processWidth},
+                               {outcome.transaction, transactionWidth},
                                {outcome.number, numberWidth},
                                {outcome.jobId, keyWidth},
                                {outcome.reasons, reasonWidth}})
@@ -56,7 +56,7 @@ void JsonRunPrinter::add(const JobOutcome& outcome) {
   begin();
   json_.beginObject();
   json_.key("JobID").text(outcome.jobId);
-  json_.key("Vorgang").text(outcome.process);
+  json_.key("Vorgang").text(outcome.transaction);
   json_.key("Nummer").text(outcome.number);
   json_.key("Status").text(outcome.status);
   json_.key("JobType").number(std::int64_t{outcome.jobType});

@@ -49,13 +49,13 @@ Findings ContractCheck::values(const JobFields& job, bool single) {
     findings.add(
         Finding(single ? Rule::SingleContractQuantity : Rule::ContractQuantity, job("Menge").text()));
   if (!knownState(state)) findings.add(Finding(Rule::ContractState, state));
-  const auto checkDate = [&](ColumnName field, bool noon, Rule missing, Rule invalid) {
+  const auto checkDate = [&](ColumnName field, NoDate none, Rule missing, Rule invalid) {
     const Value date = job(field);
-    if (contractDate(date, noon).isNull())
+    if (contractDate(date, none).isNull())
       findings.add(Finding(date.isEmpty() ? missing : invalid, date.text()));
   };
-  checkDate("Vertragsdatum", false, Rule::ContractDateMissing, Rule::ContractDate);
-  checkDate("Vertragsbeginn", true, Rule::ContractBeginMissing, Rule::ContractBegin);
+  checkDate("Vertragsdatum", NoDate::Midnight, Rule::ContractDateMissing, Rule::ContractDate);
+  checkDate("Vertragsbeginn", NoDate::MidnightOrNoon, Rule::ContractBeginMissing, Rule::ContractBegin);
   return findings;
 }
 

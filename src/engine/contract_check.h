@@ -13,10 +13,10 @@
 
 namespace qx {
 
-/// How a contract line stands against the contract table.
+/// How a contract compares with the contract table.
 enum class ContractState : std::int16_t { New = 0, Changed = 1, Done = 2, Deleted = 3 };
 
-/// Checks contract jobs without writing, or with storing the result in them.
+/// Checks contract jobs, either without writing or storing the result in the job.
 class ContractCheck {
 public:
   explicit ContractCheck(Environment& environment) : environment_(environment), masterData_(environment) {}
@@ -31,13 +31,13 @@ public:
   /// Quantity, state and dates, which need no database.
   static Findings values(const JobFields& job, bool single);
   /// @}
-  /// The findings of a staged job, `header` standing on its row: a single contract with the values of its
-  /// first position, as the run would take them over.
+  /// The findings of a staged job; `header` is positioned on its row. A single contract is checked with the
+  /// values of its first position, which the run would copy to the header.
   Findings checkStaged(Recordset& header) const;
-  /// Checks the contract job of this key in the codes 20 to 22 and 40 to 42 and stores the result in it: its
-  /// code, its two severities and its reasons.
+  /// Checks the contract job of this key if its code is 20 to 22 or 40 to 42, and stores the result in it:
+  /// code, both severities and reasons.
   CheckStatus checkContract(std::string_view jobId);
-  /// The same for all jobs 40 to 42 of a customer; the worst status.
+  /// The same for all jobs 40 to 42 of a customer; returns the worst status.
   CheckStatus checkCustomerContracts(std::string_view customer);
 
 private:
@@ -54,10 +54,10 @@ public:
 
   /// True when processing the contract would change the stored line or add one.
   bool differs(const JobFields& job) const;
-  /// The state of a line; `jobId` receives the staged job that carries it, or "".
+  /// The state of a line; `jobId` receives the key of the staged job for it, or "".
   ContractState state(const ContractKey& key, std::string& jobId) const;
-  /// Marks the customer's stored lines that no staged customer contract carries: one job of code 44 each.
-  /// Marks whose line is carried again, or gone, are removed. The number of marked lines.
+  /// Marks the customer's stored lines for which there is no staged customer contract, with one job of code
+  /// 44 each. Removes marks whose line has a contract again or is gone. Returns the number of marked lines.
   std::int32_t markUncarried(std::string_view customer);
 
 private:

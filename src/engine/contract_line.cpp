@@ -33,10 +33,10 @@ bool isTimeOfDay(std::string_view text) {
 
 Value written(const Value& staged) { return emptyToNull(staged); }
 Value writtenKey(const Value& staged) { return Value(staged.text()); }
-Value writtenDay(const Value& staged) { return contractDate(staged, false); }
-Value writtenBegin(const Value& staged) { return contractDate(staged, true); }
+Value writtenDay(const Value& staged) { return contractDate(staged, NoDate::Midnight); }
+Value writtenBegin(const Value& staged) { return contractDate(staged, NoDate::MidnightOrNoon); }
 Value writtenEnd(const Value& staged) {
-  Value end = contractDate(staged, false);
+  Value end = contractDate(staged, NoDate::Midnight);
   return end.isNull() ? Value(openContractEnd) : end;
 }
 Value writtenPayments(const Value& staged) { return staged.isEmpty() ? Value("0") : staged; }
@@ -104,9 +104,10 @@ std::string contractState(const JobFields& job) {
 
 bool skipsObjectChecks(std::string_view state) { return state == "I" || state == "E"; }
 
-Value contractDate(const Value& text, bool noon) {
+Value contractDate(const Value& text, NoDate none) {
   const std::string written = text.text();
-  if (written == "00:00:00" || (noon && written == "12:00:00 AM")) return Value::null();
+  if (written == "00:00:00" || (none == NoDate::MidnightOrNoon && written == "12:00:00 AM"))
+    return Value::null();
   return parseGermanDateTime(written) || isTimeOfDay(written) ? text : Value::null();
 }
 

@@ -45,9 +45,12 @@ std::string contractState(const JobFields& job);
 /// Whether kind and object are not checked: in the states "I" and "E", compared exactly.
 bool skipsObjectChecks(std::string_view state);
 
-/// The text if it is a date or a time of day, otherwise null. Midnight without a date is null; with `noon` so
-/// is "12:00:00 AM".
-Value contractDate(const Value& text, bool noon);
+/// How a date field spells "no date" besides "00:00:00".
+enum class NoDate : std::uint8_t { Midnight, MidnightOrNoon };
+
+/// The text if it is a date or a time of day, otherwise null. "00:00:00" is null; with
+/// `NoDate::MidnightOrNoon` so is "12:00:00 AM".
+Value contractDate(const Value& text, NoDate none);
 
 /// A column of the contract table and its staging column.
 struct ContractPair {

@@ -11,7 +11,7 @@ namespace qx {
 /// dialogs do.
 class ContractSection {
 public:
-  /// `unprepared`: the jobs that fail because their position could not be taken over.
+  /// `unprepared`: jobs whose position could not be copied to the header; they fail.
   ContractSection(RunContext& run, const UnpreparedContracts& unprepared)
       : marks_(run.marks), unprepared_(unprepared), processor_(run) {}
 
@@ -20,7 +20,7 @@ public:
 private:
   JobResult processJob(JobRow& job);
 
-  /// Writes the job, or marks it as failed; why it was.
+  /// Writes the job or marks it as failed; returns the reasons.
   Findings refusalOf(JobRow& job);
 
   JobMarks& marks_;

@@ -49,13 +49,13 @@ JobResult CustomerSection::failed(const JobRow& job, Findings findings) {
   return indexed(job, SectionRunner::refused(customers, job, statusError, std::move(findings)));
 }
 
-/// The search index is brought up to date for a failed job's customer as well.
+/// The search index is updated for the customer of a failed job as well.
 JobResult CustomerSection::indexed(const JobRow& job, JobResult result) {
   result.indexedCustomer = job.text("Kundennummer");
   return result;
 }
 
-/// When the check has findings the job is marked and not written.
+/// A job with findings is marked and not written.
 Findings CustomerSection::park(JobRow& job) {
   if (!job.value("Fehlertext").isEmpty()) {
     job.set("Fehlertext", Value(""));

@@ -22,7 +22,7 @@ Subscription::~Subscription() {
 }
 
 void EventSource::raise(const std::function<void(EngineEvents&)>& event) {
-  // A copy, since an observer may end a subscription, its own or another's, while it is called.
+  // A copy, since observers may end subscriptions, even their own, while they are called.
   const auto observers = observers_;
   for (EngineEvents* observer : observers) {
     if (std::ranges::find(observers_, observer) == observers_.end()) continue;

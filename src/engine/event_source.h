@@ -28,8 +28,8 @@ private:
   EngineEvents* observer_;
 };
 
-/// Calls the observers in the order in which they subscribed, on the caller's thread. What an observer raises
-/// is told to the diagnostics and stops nothing.
+/// Calls the observers in the order in which they subscribed, on the caller's thread. An exception of an
+/// observer is reported to the diagnostics; the others are still called.
 class EventSource {
 public:
   explicit EventSource(Diagnostics& diagnostics) : diagnostics_(diagnostics) {}

@@ -57,6 +57,17 @@ constexpr RuleTerms notice(Rule rule, std::string_view code, std::string_view fi
   terms.counts = false;
   return terms;
 }
+/// A line of the address that differs from the customer's.
+constexpr RuleTerms customerLine(Rule rule, std::string_view code, std::string_view field,
+                                 DialogTerms dialog) {
+  return warning(rule, code, fieldDiffers, field, dialog,
+                 "Stammwert übernehmen, oder die Abweichung gelten lassen.")
+      .noted(comparedWithOption);
+}
+constexpr RuleTerms orderLine(Rule rule, std::string_view code, std::string_view field, DialogTerms dialog) {
+  return notice(rule, code, field, dialog,
+                "Die Kundennummer prüfen. Die Anschrift selbst wird hier nicht geändert.");
+}
 
 // In the order of `Rule`: code, text of the run, field, terms of the dialog, what to do.
 constexpr std::array ruleTerms{
@@ -97,34 +108,20 @@ constexpr std::array ruleTerms{
             termsTerms, "Aus der Liste wählen."),
     warning(Rule::CustomerBank, "customer.bank.unknown", codeMissing, "Bankleitzahl", bankTerms,
             "Mit F4 suchen, oder in den Optionen das Anlegen erlauben."),
-    warning(Rule::CustomerName1, "customer.name1.differs", fieldDiffers, "Bez1",
-            DialogTerms{"BZ1", "txtBez1", "Bezeichnung 1 ist nicht identisch: {stored}"},
-            "Stammwert übernehmen, oder die Abweichung gelten lassen.")
-        .noted(comparedWithOption),
-    warning(Rule::CustomerName2, "customer.name2.differs", fieldDiffers, "Bez2",
-            DialogTerms{"BZ2", "txtBez2", "Bezeichnung 2 ist nicht identisch: {stored}"},
-            "Stammwert übernehmen, oder die Abweichung gelten lassen.")
-        .noted(comparedWithOption),
-    warning(Rule::CustomerName3, "customer.name3.differs", fieldDiffers, "Bez3",
-            DialogTerms{"BZ3", "txtBez3", "Bezeichnung 3 ist nicht identisch: {stored}"},
-            "Stammwert übernehmen, oder die Abweichung gelten lassen.")
-        .noted(comparedWithOption),
-    warning(Rule::CustomerStreet, "customer.street.differs", fieldDiffers, "Strasse",
-            DialogTerms{"STR", "txtStrasse", "Straße ist nicht identisch: {stored}"},
-            "Stammwert übernehmen, oder die Abweichung gelten lassen.")
-        .noted(comparedWithOption),
-    warning(Rule::CustomerCountry, "customer.country.differs", fieldDiffers, "Land",
-            DialogTerms{"LD", "txtLand", "Land ist nicht identisch: {stored}"},
-            "Stammwert übernehmen, oder die Abweichung gelten lassen.")
-        .noted(comparedWithOption),
-    warning(Rule::CustomerPostCode, "customer.post_code.differs", fieldDiffers, "PLZ",
-            DialogTerms{"PLZ", "txtPLZ", "Postleitzahl ist nicht identisch: {stored}"},
-            "Stammwert übernehmen, oder die Abweichung gelten lassen.")
-        .noted(comparedWithOption),
-    warning(Rule::CustomerCity, "customer.city.differs", fieldDiffers, "Ort",
-            DialogTerms{"ORT", "txtOrt", "Ort ist nicht identisch: {stored}"},
-            "Stammwert übernehmen, oder die Abweichung gelten lassen.")
-        .noted(comparedWithOption),
+    customerLine(Rule::CustomerName1, "customer.name1.differs", "Bez1",
+                 {"BZ1", "txtBez1", "Bezeichnung 1 ist nicht identisch: {stored}"}),
+    customerLine(Rule::CustomerName2, "customer.name2.differs", "Bez2",
+                 {"BZ2", "txtBez2", "Bezeichnung 2 ist nicht identisch: {stored}"}),
+    customerLine(Rule::CustomerName3, "customer.name3.differs", "Bez3",
+                 {"BZ3", "txtBez3", "Bezeichnung 3 ist nicht identisch: {stored}"}),
+    customerLine(Rule::CustomerStreet, "customer.street.differs", "Strasse",
+                 {"STR", "txtStrasse", "Straße ist nicht identisch: {stored}"}),
+    customerLine(Rule::CustomerCountry, "customer.country.differs", "Land",
+                 {"LD", "txtLand", "Land ist nicht identisch: {stored}"}),
+    customerLine(Rule::CustomerPostCode, "customer.post_code.differs", "PLZ",
+                 {"PLZ", "txtPLZ", "Postleitzahl ist nicht identisch: {stored}"}),
+    customerLine(Rule::CustomerCity, "customer.city.differs", "Ort",
+                 {"ORT", "txtOrt", "Ort ist nicht identisch: {stored}"}),
     warning(Rule::CustomerDelivery, "customer.delivery.differs", fieldDiffers, "VS_AdrNr",
             DialogTerms{"VA", "txtVersandAdr", "Versandadresse ist nicht identisch: {stored}"},
             "Unter Adressen… mit dem Stamm vergleichen.")
@@ -328,27 +325,20 @@ constexpr std::array ruleTerms{
           DialogTerms{"AR", grid, "Der Artikel '{value}' ist nicht angelegt."},
           "In der Zelle F4 drücken und den Artikel suchen."),
     // Only in the dialog of an order.
-    notice(Rule::OrderName1, "order.name1.differs", "Bez1",
-           DialogTerms{"BZ1", "txtKundennummer", "Bezeichnung 1 ist nicht identisch: {stored}"},
-           "Die Kundennummer prüfen. Die Anschrift selbst wird hier nicht geändert."),
-    notice(Rule::OrderName2, "order.name2.differs", "Bez2",
-           DialogTerms{"BZ2", "txtKundennummer", "Bezeichnung 2 ist nicht identisch: {stored}"},
-           "Die Kundennummer prüfen. Die Anschrift selbst wird hier nicht geändert."),
-    notice(Rule::OrderName3, "order.name3.differs", "Bez3",
-           DialogTerms{"BZ3", "txtKundennummer", "Bezeichnung 3 ist nicht identisch: {stored}"},
-           "Die Kundennummer prüfen. Die Anschrift selbst wird hier nicht geändert."),
-    notice(Rule::OrderStreet, "order.street.differs", "Strasse",
-           DialogTerms{"STR", "txtKundennummer", "Straße ist nicht identisch: {stored}"},
-           "Die Kundennummer prüfen. Die Anschrift selbst wird hier nicht geändert."),
-    notice(Rule::OrderCountry, "order.country.differs", "Land",
-           DialogTerms{"LD", "txtKundennummer", "Land ist nicht identisch: {stored}"},
-           "Die Kundennummer prüfen. Die Anschrift selbst wird hier nicht geändert."),
-    notice(Rule::OrderPostCode, "order.post_code.differs", "PLZ",
-           DialogTerms{"PLZ", "txtKundennummer", "Postleitzahl ist nicht identisch: {stored}"},
-           "Die Kundennummer prüfen. Die Anschrift selbst wird hier nicht geändert."),
-    notice(Rule::OrderCity, "order.city.differs", "Ort",
-           DialogTerms{"ORT", "txtKundennummer", "Ort ist nicht identisch: {stored}"},
-           "Die Kundennummer prüfen. Die Anschrift selbst wird hier nicht geändert."),
+    orderLine(Rule::OrderName1, "order.name1.differs", "Bez1",
+              {"BZ1", "txtKundennummer", "Bezeichnung 1 ist nicht identisch: {stored}"}),
+    orderLine(Rule::OrderName2, "order.name2.differs", "Bez2",
+              {"BZ2", "txtKundennummer", "Bezeichnung 2 ist nicht identisch: {stored}"}),
+    orderLine(Rule::OrderName3, "order.name3.differs", "Bez3",
+              {"BZ3", "txtKundennummer", "Bezeichnung 3 ist nicht identisch: {stored}"}),
+    orderLine(Rule::OrderStreet, "order.street.differs", "Strasse",
+              {"STR", "txtKundennummer", "Straße ist nicht identisch: {stored}"}),
+    orderLine(Rule::OrderCountry, "order.country.differs", "Land",
+              {"LD", "txtKundennummer", "Land ist nicht identisch: {stored}"}),
+    orderLine(Rule::OrderPostCode, "order.post_code.differs", "PLZ",
+              {"PLZ", "txtKundennummer", "Postleitzahl ist nicht identisch: {stored}"}),
+    orderLine(Rule::OrderCity, "order.city.differs", "Ort",
+              {"ORT", "txtKundennummer", "Ort ist nicht identisch: {stored}"}),
     notice(Rule::OrderDeliveryLines, "order.delivery.differs", "VS_AdrNr",
            DialogTerms{"VA", "txtVersandAdr", "Versandadresse ist nicht identisch: {stored}"},
            "Unter Adressen… mit dem Stamm vergleichen."),

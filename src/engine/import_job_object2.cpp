@@ -167,7 +167,7 @@ void ImportJobObject2::adopt(const std::shared_ptr<qx::Session>& session) {
   std::string number = session->PersonalNr();
   Environment itsOwn = environment_;
   itsOwn.session = session;
-  std::string currency = Settings(itsOwn)[option::homeCurrency];
+  std::string currency = Settings(itsOwn, SettingTrap::Refusals)[option::homeCurrency];
   if (environment_.session != session) dropSession();
   environment_.session = session;
   if (connection) setConnection(std::move(connection));

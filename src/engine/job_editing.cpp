@@ -112,8 +112,8 @@ void JobEditing::edit(ReadJob& job, const std::function<void()>& work, BusyWait*
   ShortWait shortWait;
   WorkUnit unit(connection, wait != nullptr ? wait : &shortWait, Join::IfOpen);
   ReadJob now = read(job.jobId, *header(job.jobId));
-  if (now.header.size() == 0) throw JobChangedError(true);
-  if (!(now == job)) throw JobChangedError(false);
+  if (now.header.size() == 0) throw JobChangedError(JobChangedError::Change::Gone);
+  if (!(now == job)) throw JobChangedError(JobChangedError::Change::Edited);
   try {
     work();
     now = read(job.jobId, *header(job.jobId));

@@ -77,15 +77,18 @@ struct ReadJob {
 /// The job has changed since it was read; nothing was written.
 class JobChangedError : public std::runtime_error {
 public:
-  explicit JobChangedError(bool gone)
-      : std::runtime_error(gone ? "Der Vorgang ist nicht mehr vorhanden."
-                                : "Der Vorgang wurde inzwischen von anderer Seite geändert."),
-        gone_(gone) {}
+  enum class Change : std::uint8_t { Edited, Gone };
+
+  explicit JobChangedError(Change change)
+      : std::runtime_error(change == Change::Gone
+                               ? "Der Vorgang ist nicht mehr vorhanden."
+                               : "Der Vorgang wurde inzwischen von anderer Seite geändert."),
+        change_(change) {}
   /// No job has this key any longer.
-  bool gone() const { return gone_; }
+  bool gone() const { return change_ == Change::Gone; }
 
 private:
-  bool gone_;
+  Change change_;
 };
 
 /// Reads and writes on the shared connection. A column that the staging table lacks is not written. Database

@@ -12,11 +12,11 @@
 
 namespace qx {
 
-/// One job after its run, as durable in the database. `process`, `number` and `status` are those of the
+/// One job after its run, as durable in the database. `transaction`, `number` and `status` are those of the
 /// protocol line.
 struct JobOutcome {
   std::string jobId;
-  std::string process;
+  std::string transaction;
   std::string number;
   std::string status;
   std::int16_t jobType = 0;

@@ -8,7 +8,7 @@ namespace qx {
 
 Findings OrderCheck::CheckAuftrag(std::string_view JobID, OrderFacts& facts, bool stagedText) const {
   Findings findings;
-  // The specified statement lacks its closing bracket; it is added here.
+  // The known form of this statement lacks the closing bracket.
   const auto row =
       activeConnection(master_.environment)
           .open(sql("SELECT * FROM ImportKopf Where (ImportKopf.JobType = 30 or ImportKopf.JobType = 31 or "

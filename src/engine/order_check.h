@@ -11,15 +11,14 @@
 
 namespace qx {
 
-/// Inspects a staged order, header and positions, against the master data. Each finding is a token. Writes
-/// nothing.
+/// Checks a staged order, header and positions, against the master data. Writes nothing.
 class OrderCheck {
 public:
   OrderCheck(Environment& environment, const OrderOptions& options) : master_(environment, options) {}
 
-  /// The findings of the job, header first. Clean for a job that is neither waiting nor parked. `facts` are
-  /// those of this job; what was read of them is left for its writing. `stagedText`: whether a text that
-  /// stands in `Fehlertext` counts as a warning.
+  /// The findings of the job, header first. Clean for a job that is neither waiting nor parked. `facts`
+  /// belong to this job; what has been read into them can be reused when it is written. `stagedText`: whether
+  /// a text in `Fehlertext` counts as a warning.
   Findings CheckAuftrag(std::string_view JobID, OrderFacts& facts, bool stagedText = true) const;
 
 private:

@@ -11,7 +11,7 @@
 
 namespace qx {
 
-/// What the lines of an order need of its header, job and customer.
+/// What order lines need to know about their header, job and customer.
 struct OrderContext {
   std::int32_t number = 0;
   std::string customer;
@@ -25,7 +25,7 @@ struct OrderContext {
   std::string paymentMethod;
 };
 
-/// What the protocol tells about a line.
+/// What the protocol says about a line.
 struct WrittenLine {
   std::string article;
   std::string description;

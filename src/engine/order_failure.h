@@ -9,7 +9,7 @@
 
 namespace qx {
 
-/// Ends the writing of one order; `what()` is the line that stands among the job's reasons.
+/// Ends the writing of one order; `what()` is the line added to the job's reasons.
 class OrderFailure : public std::runtime_error {
 public:
   explicit OrderFailure(Finding finding)

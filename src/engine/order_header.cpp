@@ -87,16 +87,16 @@ void OrderHeader::fillMasterData(Recordset& header, const JobRow& job, Recordset
     header.set("KostID", assigned == 0 ? Value::null() : Value(assigned));
   }
   for (const ColumnName column : customerColumns) header.set(column, emptyToNull(customer.value(column)));
-  // What earlier orders left with a customer who is many people belongs to somebody else.
+  // A one-time customer is shared by many people: what earlier orders recorded belongs to someone else.
   for (const auto& [jobField, column] : stampedTexts) {
     const Value own = emptyToNull(job.value(jobField));
     if (divers || !own.isNull()) header.set(column, own);
   }
 }
 
-/// A block comes whole from one place: the job's own lines, the address that the job's key names, or the main
-/// address. Mixing two addresses line by line would send parcels astray. The key goes with the block: one
-/// that names nothing, or another address than the one written, is left out.
+/// A block comes as a whole from one source: the job's own lines, the address that its key names, or the main
+/// address. Mixing two addresses line by line would misdirect parcels. The key is only written with its own
+/// address: one that names nothing, or a different address, is omitted.
 void OrderHeader::fillAddress(Recordset& header, const JobRow& job, Recordset& customer,
                               const AddressFields& fields) {
   const auto ofJob = [&](ColumnName column) { return job.text(column); };
@@ -155,7 +155,7 @@ void OrderHeader::fillCodes(Recordset& header, const JobRow& job, Recordset& cus
   header.set("ZahlungsbedSchl", terms);
 }
 
-/// The number "14000" stands for no particular representative; it has no effect of its own.
+/// The number "14000" means no particular representative.
 void OrderHeader::fillSalesReps(Recordset& header, const JobRow& job, Recordset& customer) {
   struct Rep {
     ColumnName jobField, column, share;
@@ -172,7 +172,7 @@ void OrderHeader::fillSalesReps(Recordset& header, const JobRow& job, Recordset&
     if (stored->eof())
       throw OrderFailure(Finding(Rule::OrderSalesRepRefused, number.text()).of(rep.jobField.text()));
     header.set(rep.column, stored->value("VertreterNr"));
-    // The customer's share goes with the customer's representative; another one brings the own share.
+    // The customer's share applies to the customer's representative; any other has a share of their own.
     const bool ofCustomer = equalCodes(number.text(), customer.text(rep.column));
     const Value share = ofCustomer ? customer.value(rep.share) : Value::null();
     const bool own = share.isNull() && stored->hasField("AnteilVertreter");
@@ -182,8 +182,8 @@ void OrderHeader::fillSalesReps(Recordset& header, const JobRow& job, Recordset&
   header.set("UstIdentNr", jobOrCustomer(job, customer, "UstIdentNr"));
 }
 
-/// Bank data are one account, the job's or the customer's; one put together from both exists nowhere. The
-/// bank's name is that of the code, as far as the code is known.
+/// Bank data are those of one account, the job's or the customer's, never a mixture. The bank's name is that
+/// of its code if the code is known.
 void OrderHeader::fillBank(Recordset& header, const JobRow& job, Recordset& customer) {
   BankData bank{job.text("Konto"), job.text("KontoNummer"), bankCode(fieldsOf(job)).text(),
                 job.text("Kreditinstitut")};
@@ -217,8 +217,7 @@ void OrderHeader::fillBookkeeping(Recordset& header, const JobRow& job, const st
   header.set("Zustand", Value("0"));
   header.set("Import", Value(true));
   header.set("Betreff", emptyToNull(job.value("Betreff")));
-  // Only an installation whose staging table carries the customer's own reference has something to write
-  // here.
+  // Only some installations have the customer's own reference in their staging table.
   if (job.has("IhreBestellung")) header.set("IhreBestellung", emptyToNull(job.value("IhreBestellung")));
   header.set("PrgVersion", Value(run_.programVersion));
   header.set("ÄndUser", Value("Import"));

@@ -15,13 +15,13 @@ namespace qx {
 
 /// Fills the pending row of `Auftragskopf`.
 ///
-/// A field that both have is the job's, else the customer's; when that is empty too, the column is null and
-/// the code is not looked up. Unknown codes raise `OrderFailure`.
+/// A field that job and customer both have is taken from the job, else from the customer; when both are empty
+/// the column is null and the code is not looked up. Unknown codes raise `OrderFailure`.
 class OrderHeader {
 public:
   explicit OrderHeader(const RunContext& run);
 
-  /// `header` is in `addNew`; `customer` stands on the customer's row.
+  /// `header` is in `addNew`; `customer` is positioned on the customer's row.
   void fill(Recordset& header, const JobRow& job, Recordset& customer, const OrderNumber& number,
             const std::string& dateStamp);
   /// The code as the master spells it. Raises `OrderFailure` when the shipping method is unknown.

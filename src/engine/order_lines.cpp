@@ -39,7 +39,7 @@ std::int32_t positionNumber(Recordset& position) {
   return wholeAs<std::int32_t>(position.value("intPos")).value_or(0);
 }
 
-/// The next number behind the lines so far; where there is none the first that is free.
+/// The number after the last line, or the first free one if there is none.
 std::int32_t nextPosition(const std::set<std::int32_t>& used) {
   constexpr auto most = std::numeric_limits<std::int32_t>::max();
   const std::int32_t last = used.empty() ? 0 : std::max(*used.rbegin(), 0);
@@ -49,7 +49,7 @@ std::int32_t nextPosition(const std::set<std::int32_t>& used) {
   throw OrderFailure(Rule::OrderNoPositionNumber);
 }
 
-/// Null where there are none, also when they cannot be had: the purchase columns stay empty then.
+/// Null when there is no component, or none can be created: the purchase columns then stay empty.
 std::unique_ptr<Einkaufspreisfindung> purchasePricesOf(const Environment& environment) {
   try {
     return environment.components.createEinkaufspreisfindung(*environment.connection);
@@ -134,7 +134,7 @@ void OrderLines::fillCommon(Recordset& line, const OrderContext& order, std::int
 
 void OrderLines::fillArticle(Recordset& line, Recordset& article, std::string_view unit, double quantity) {
   for (const ColumnName column : articleColumns) line.set(column, article.value(column));
-  // An article that says nothing about it has an amount.
+  // An article without that flag has an amount.
   if (article.value("WertJN").isNull()) line.set("WertJN", Value(true));
   const Value divers(article.value("KZDivers").truth().value_or(false));
   line.set("Artikelnummer", article.value("Artikelnummer"));
@@ -156,7 +156,7 @@ void OrderLines::fillQuantities(Recordset& line, Recordset& position) {
   line.set("Fakturiermenge", orderQuantity(position.value("Fakturiermenge")));
 }
 
-/// The found price, or the staged one when none was found; what was written comes back.
+/// Writes the found price, or the staged one when none was found, and returns it.
 double OrderLines::fillPrice(Recordset& line, Recordset& position, const FoundPrice& found) {
   if (found.failed()) throw OrderFailure(Rule::OrderPriceRefused);
   SalesPrice price = found.price;
@@ -167,7 +167,7 @@ double OrderLines::fillPrice(Recordset& line, Recordset& position, const FoundPr
     if (price.priceUnit == 0) price.priceUnit = 1;
     price.discount = numberOf(position, "Rabatt");
     if (price.discount != 0) {
-      // The staged discount is a percentage; as a first stage the totals take it off.
+      // The staged discount is a percentage; the totals deduct it as a first stage.
       price.discountKind = price.discounts.kind = "A";
       price.discounts.marks[0] = "P";
       price.discounts.values[0] = price.discount;
@@ -189,8 +189,8 @@ double OrderLines::fillPrice(Recordset& line, Recordset& position, const FoundPr
   return price.price;
 }
 
-/// The steps of purchase prices count purchase units, so the quantity is converted first; one that cannot be
-/// leaves the line without a purchase price.
+/// Scale quantities of purchase prices are in purchase units, so the quantity is converted first; if that is
+/// impossible the line gets no purchase price.
 void OrderLines::fillPurchasePrice(Recordset& line, Recordset& article, const OrderContext& order,
                                    std::string_view salesUnit, double quantity) {
   const std::string supplier = article.text("Hauptlieferant");
@@ -258,7 +258,7 @@ void OrderLines::fillTax(Recordset& line, Recordset& article, const OrderContext
   line.set("DZMwSt", Value(order.dateStamp));
 }
 
-/// Dimensions that the line lacks come from the job, then from the customer.
+/// Dimensions missing from the line are taken from the job, then from the customer.
 void OrderLines::fillCostAssignment(Recordset& line, Recordset& position, const OrderContext& order) {
   const std::int32_t own = orderCost(position.value("KostID"));
   const Value kept = own == 0 ? Value::null() : Value(own);

@@ -18,8 +18,8 @@
 
 namespace qx {
 
-/// Writes order lines into `Auftragspos`: an article line per staged position, a text line behind each that
-/// has a long text, and lines of its own for freight and fees. Unknown or blocked articles, missing tax keys
+/// Writes order lines to `Auftragspos`: an article line per staged position, a text line after each one that
+/// has a long text, and additional lines for freight and fees. Unknown or blocked articles, missing tax keys
 /// and a pricing component that fails raise `OrderFailure`.
 class OrderLines {
 public:
@@ -27,8 +27,7 @@ public:
 
   /// The staged positions in the numeric order of their line numbers. Raises `OrderFailure` without any.
   WrittenLines writePositions(const OrderContext& order, OrderFacts& facts, std::string_view jobId);
-  /// One line of quantity 1 for an article that the order itself does not name. `price` is what the line
-  /// costs.
+  /// One line of quantity 1 for an article that the order itself does not name, at this price.
   void appendLine(const OrderContext& order, WrittenLines& written, std::string_view article, double price);
   /// The price of such an article: its own, else its fourth individual number.
   double articlePrice(std::string_view article);
@@ -61,7 +60,7 @@ private:
   CostAssignment costs_;
   Stock stock_;
   std::unique_ptr<Einkaufspreisfindung> purchasePrices_;
-  std::map<std::tuple<std::string, std::string, std::string>, Tax> taxes_; ///< no job of a run changes them
+  std::map<std::tuple<std::string, std::string, std::string>, Tax> taxes_; ///< unchanged throughout a run
 };
 
 } // namespace qx

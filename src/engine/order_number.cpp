@@ -15,7 +15,7 @@ constexpr std::string_view range = "AB";
 } // namespace
 
 std::optional<std::int16_t> OrderNumbers::bookingCircle(const JobRow& job) {
-  // Orders of this one-time customer that are marked so go to the circle of their sales representative.
+  // Marked orders of this one-time customer use the booking circle of their sales representative.
   if (firstCharacters(job.text("Kundennummer"), 5) == "14999" && job.text("IndFild1") == "ZB") {
     return wholeAs<std::int16_t>(job.value("Vertreter1"));
   }
@@ -52,7 +52,7 @@ void OrderNumbers::giveBack() {
       sql("Select aktuellerWert From Nummernkreise Where NSchl = 'AB' And Buchungskreis ="_sql,
           number(drawn.circle)));
   if (current->eof()) return;
-  // Deliberately without a look whether another number was drawn meanwhile.
+  // Deliberately without checking whether another number has been drawn meanwhile.
   current->set("aktuellerWert", Value(current->value("aktuellerWert").integer().value_or(0) - 1));
   current->update();
 }

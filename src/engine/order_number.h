@@ -10,13 +10,13 @@
 
 namespace qx {
 
-/// A number that was drawn and the circle it came from.
+/// A drawn order number and the booking circle it came from.
 struct OrderNumber {
   std::int32_t number = 0;
   std::int16_t circle = 0;
 };
 
-/// Draws numbers and gives back the one that is pending.
+/// Draws order numbers and returns the pending one to its range when its order fails.
 class OrderNumbers {
 public:
   OrderNumbers(Environment& environment, const OrderOptions& options)
@@ -26,13 +26,13 @@ public:
   OrderNumber draw(const JobRow& job);
   /// The order was written; its number is no longer pending.
   void keep() { pending_.reset(); }
-  /// The draw was undone with its unit of work.
+  /// The draw was rolled back with its unit of work.
   void forget() { pending_.reset(); }
-  /// The number that was drawn is that of another order, whose lines must stay.
+  /// The drawn number belongs to another order, whose lines must be kept.
   void foreignNumber() { foreign_ = true; }
   /// Removes the lines of the order whose number is pending.
   void removeLines();
-  /// Takes the pending number back into its range; nothing without one.
+  /// Returns the pending number, if any, to its range.
   void giveBack();
 
 private:
@@ -42,7 +42,7 @@ private:
   const OrderOptions& options_;
   std::optional<std::int16_t> sessionCircle_;
   std::optional<OrderNumber> pending_;
-  bool foreign_ = false; ///< the pending number belongs to an order that is not ours
+  bool foreign_ = false; ///< the pending number belongs to another order
 };
 
 } // namespace qx

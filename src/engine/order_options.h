@@ -8,15 +8,15 @@
 
 namespace qx {
 
-/// Texts are codes or article numbers as stored; "" when absent or, for the installation's own settings, when
-/// its mode is off.
+/// Texts are codes or article numbers as stored; "" when absent or, for customer-specific settings, when that
+/// mode is off.
 struct OrderOptions {
   bool customerSpecific = false;
   bool checkCreditLimit = false;
   bool costAssignment = false;
   bool createCosts = false; ///< create missing cost assignments
   bool warnOfStock = false;
-  bool circlePerOrder = false; ///< ask for the booking circle each time
+  bool circlePerOrder = false; ///< determine the booking circle for each order
   std::string ZAVSRG, VAKunde, ZAKunde;
   double abGewicht = 0; ///< kg; 0 for no limit
   std::string VSabGewicht;
@@ -24,7 +24,7 @@ struct OrderOptions {
   double MinGebuehr = 0;
   std::optional<bool> lineReadyForDelivery; ///< null leaves the staged flag
   std::optional<bool> lineReadyForInvoice;
-  /// The day of the change of tax rates, "" for none; null when it could not be read. Set by the run.
+  /// The day on which the tax rates change, "" for none; null when it could not be read. Set by the run.
   std::optional<std::string> taxChangeDay = std::nullopt;
 
   static OrderOptions read(const Settings& settings, bool customerSpecific);

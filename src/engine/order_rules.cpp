@@ -7,6 +7,7 @@
 #include "rules/address_fields.h"
 #include "rules/rounding.h"
 
+#include <algorithm>
 #include <array>
 #include <exception>
 
@@ -27,8 +28,8 @@ Broken missingCode(const OrderMaster& master, const JobFields& job) {
   return found.empty() ? Broken() : *found.begin();
 }
 
-/// A mark in an individual field that demands a certain payment or shipping method; without a setting for it
-/// there is no demand.
+/// A mark in an individual field that requires a certain payment or shipping method, if the setting names
+/// one.
 struct Demand {
   Rule rule;
   ColumnName field;
@@ -50,7 +51,7 @@ Broken otherMethod(const OrderMaster& master, const JobFields& job) {
   return Finding(demand.rule, method, demanded);
 }
 
-/// An address key that does not resolve breaks two rules: a run says it as a warning and as an error.
+/// An unknown address key breaks two rules: a run reports it as a warning and as an error.
 template <Rule rule, const AddressFields& fields>
 Broken unknownAddress(const OrderMaster& master, const JobFields& job) {
   const std::string given = job(fields.customer).text();
@@ -60,7 +61,7 @@ Broken unknownAddress(const OrderMaster& master, const JobFields& job) {
   return given.empty() ? Finding(rule, address).of(fields.number.text()) : Finding(rule, given);
 }
 
-/// A text that stands there already raises the status but has no token of its own.
+/// An existing text raises the status but adds no text of its own.
 Broken earlierReasons(const OrderMaster& /*master*/, const JobFields& job) {
   const std::string reasons = job("Fehlertext").text();
   if (reasons.empty()) return {};
@@ -92,7 +93,7 @@ Broken otherPrice(const OrderMaster& master, const JobFields& position, Position
   const FoundPrice& price = facts.price();
   if (price.failed()) return Finding(Rule::OrderPriceFailed, germanNumber(staged));
   if (!price.found()) return Finding(Rule::OrderPriceMissing, germanNumber(staged));
-  // Without a price the order takes the found one.
+  // An order without a price is written with the found one.
   if (staged == 0 && !master.options.customerSpecific) return {};
   // Compared as stored, without tolerance or rounding, on purpose.
   if (staged == price.price.price) return {};
@@ -116,7 +117,7 @@ Broken stockTooSmall(const OrderMaster& master, const JobFields& position, Posit
     if (answer.unit == noStockUnit || quantity <= throughDecimalText(answer.stock)) return {};
     return Finding(Rule::OrderStock, germanNumber(quantity), article);
   } catch (const std::exception&) {
-    // A missing conversion is no finding of the order; it only makes the warning impossible.
+    // A missing conversion is not the order's fault; stock just cannot be compared.
     const std::string reason = missingConversion();
     master.environment.diagnostics.report({"stock of article " + article, reason, position("JobID").text()});
     return {};
@@ -131,28 +132,29 @@ Broken unknownArticle(const OrderMaster& master, const JobFields& position, Posi
 
 template <Rule... rules>
 constexpr std::array<Rule, sizeof...(rules)> ruleArray{rules...};
-constexpr bool atControl = true;
+constexpr bool withControl = true;
 
 constexpr std::array ofHeader{
     HeaderRule{ruleArray<Rule::OrderNote>, noteOfOrder},
-    HeaderRule{ruleArray<Rule::OrderSalesRep>, missingCode<Rule::OrderSalesRep>, atControl},
-    HeaderRule{ruleArray<Rule::OrderShippingMethod>, missingCode<Rule::OrderShippingMethod>, atControl},
-    HeaderRule{ruleArray<Rule::OrderPaymentMethod>, missingCode<Rule::OrderPaymentMethod>, atControl},
+    HeaderRule{ruleArray<Rule::OrderSalesRep>, missingCode<Rule::OrderSalesRep>, withControl},
+    HeaderRule{ruleArray<Rule::OrderShippingMethod>, missingCode<Rule::OrderShippingMethod>, withControl},
+    HeaderRule{ruleArray<Rule::OrderPaymentMethod>, missingCode<Rule::OrderPaymentMethod>, withControl},
     HeaderRule{ruleArray<Rule::OrderMarkZB>, otherMethod<markZB>},
     HeaderRule{ruleArray<Rule::OrderMarkZA>, otherMethod<markZA>},
     HeaderRule{ruleArray<Rule::OrderMarkMK>, otherMethod<markMK>},
-    HeaderRule{ruleArray<Rule::OrderPaymentTerms>, missingCode<Rule::OrderPaymentTerms>, atControl},
-    HeaderRule{ruleArray<Rule::OrderBank>, missingCode<Rule::OrderBank>, atControl},
+    HeaderRule{ruleArray<Rule::OrderPaymentTerms>, missingCode<Rule::OrderPaymentTerms>, withControl},
+    HeaderRule{ruleArray<Rule::OrderBank>, missingCode<Rule::OrderBank>, withControl},
     HeaderRule{ruleArray<Rule::OrderDeliveryKey>, unknownAddress<Rule::OrderDeliveryKey, deliveryAddress>,
-               atControl},
+               withControl},
     HeaderRule{ruleArray<Rule::OrderInvoiceKey>, unknownAddress<Rule::OrderInvoiceKey, invoiceAddress>,
-               atControl},
-    HeaderRule{ruleArray<Rule::OrderAccount>, missingCode<Rule::OrderAccount>, atControl},
-    HeaderRule{ruleArray<Rule::EarlierReasons>, earlierReasons, atControl},
-    HeaderRule{ruleArray<Rule::OrderCustomer>, unknownCustomer, atControl},
+               withControl},
+    HeaderRule{ruleArray<Rule::OrderAccount>, missingCode<Rule::OrderAccount>, withControl},
+    HeaderRule{ruleArray<Rule::EarlierReasons>, earlierReasons, withControl},
+    HeaderRule{ruleArray<Rule::OrderCustomer>, unknownCustomer, withControl},
     HeaderRule{ruleArray<Rule::OrderDelivery>, unknownAddress<Rule::OrderDelivery, deliveryAddress>,
-               atControl},
-    HeaderRule{ruleArray<Rule::OrderInvoice>, unknownAddress<Rule::OrderInvoice, invoiceAddress>, atControl},
+               withControl},
+    HeaderRule{ruleArray<Rule::OrderInvoice>, unknownAddress<Rule::OrderInvoice, invoiceAddress>,
+               withControl},
     HeaderRule{ruleArray<Rule::OrderCreditLimit1, Rule::OrderCreditLimit2, Rule::OrderCreditLimitDoubtful>,
                reachedCreditLimit},
 };
@@ -169,5 +171,9 @@ constexpr std::array ofPosition{
 
 std::span<const HeaderRule> headerRules() { return ofHeader; }
 std::span<const PositionRule> positionRules() { return ofPosition; }
+
+const HeaderRule& headerRule(Rule rule) {
+  return *std::ranges::find(ofHeader, rule, [](const HeaderRule& each) { return each.rules.front(); });
+}
 
 } // namespace qx

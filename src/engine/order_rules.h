@@ -1,4 +1,4 @@
-// The rules of staged orders: each is one function, which the check, the run and the dialog share.
+// The rules for staged orders: each is one function, shared by check, run and dialog.
 #pragma once
 
 #include "engine/credit_limit.h"
@@ -16,7 +16,7 @@
 
 namespace qx {
 
-/// The master data and options against which the rules are held. Both must outlive it.
+/// The master data and options that the rules refer to. Both arguments must outlive it.
 struct OrderMaster {
   OrderMaster(Environment& erp, const OrderOptions& orderOptions)
       : environment(erp), options(orderOptions), masterData(erp), addresses(erp), costs(erp), credit(erp) {}
@@ -29,22 +29,24 @@ struct OrderMaster {
   CreditLimit credit;
 };
 
-/// A check of the header. Without a finding the job keeps the rules; one whose option is off finds nothing.
+/// A check of the header. No finding means that the job keeps the rules or that their option is off.
 struct HeaderRule {
-  std::span<const Rule> rules; ///< those that it can find broken
+  std::span<const Rule> rules; ///< those that it can report as broken
   std::optional<Finding> (*broken)(const OrderMaster& master, const JobFields& job);
-  bool atControl = false; ///< a dialog looks at it with the control, against the list or lines shown there
+  bool withControl = false; ///< a dialog checks it together with its control, the others after every change
 };
 
-/// The same for a position; the finding does not name the position yet.
+/// The same for a position; the caller adds the position to the finding.
 struct PositionRule {
   std::span<const Rule> rules;
   std::optional<Finding> (*broken)(const OrderMaster& master, const JobFields& position,
                                    PositionFacts& facts);
 };
 
-/// Each in the order in which a run looks.
+/// In the order in which a run checks them.
 std::span<const HeaderRule> headerRules();
+/// The check whose first rule is this one.
+const HeaderRule& headerRule(Rule rule);
 std::span<const PositionRule> positionRules();
 
 } // namespace qx

@@ -22,9 +22,8 @@ void addEntry(std::string& list, std::string_view entry, bool isFirst) {
 
 } // namespace
 
-OrderSection::OrderSection(RunContext& run, std::unique_ptr<Preisfindung> component)
-    : run_(run), prices_(run.environment, std::move(component)), check_(run.environment, run.orderOptions),
-      writer_(run, prices_) {}
+OrderSection::OrderSection(RunContext& run, PriceComponent& prices)
+    : run_(run), prices_(prices), check_(run.environment, run.orderOptions), writer_(run, prices) {}
 
 void OrderSection::run(SectionRunner& runner) {
   runner.run(orders,
@@ -43,8 +42,7 @@ void OrderSection::announceMalformedFees() const {
   run_.environment.desktop.show(message);
 }
 
-/// Plain and accessory orders can be taken apart; an order is an accessory order when one of its articles is
-/// one.
+/// Plain and accessory orders can be processed separately; one accessory article makes an accessory order.
 bool OrderSection::leftOut(const JobRow& job) const {
   if (run_.selection == qxProcessState::ProcessAll) return false;
   const auto accessory = run_.environment.connection->open(
@@ -63,7 +61,7 @@ JobResult OrderSection::processJob(JobRow& job) {
   auto [findings, refused] = evaluate(job, facts);
   if (refused) return std::move(*refused);
   try {
-    // Pending until the order is written: the text, the order and the done code go together.
+    // Pending until the order is written, so that text, order and done code are saved together.
     if (!findings.empty()) {
       std::string reasons = job.text("Fehlertext");
       appendLine(reasons, announced(findings));
@@ -117,7 +115,7 @@ JobResult OrderSection::refusedResult(const JobRow& job, std::string_view status
   try {
     result.line.articles = stagedArticles(job);
   } catch (const StatementError& error) {
-    // The job is marked already; positions that cannot be read may be why it failed.
+    // The job is already marked; unreadable positions may be why it failed.
     run_.environment.diagnostics.report({"positions of an order", error.what(), job.text("JobID")});
   }
   return result;

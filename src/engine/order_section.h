@@ -6,7 +6,6 @@
 #include "engine/position_facts.h"
 #include "engine/section_runner.h"
 
-#include <memory>
 #include <optional>
 
 namespace qx {
@@ -14,20 +13,20 @@ namespace qx {
 /// Checks each waiting order, parks it or writes it.
 class OrderSection {
 public:
-  /// `component`: the run's pricing component, initialised; may be null.
-  OrderSection(RunContext& run, std::unique_ptr<Preisfindung> component);
+  /// `prices` must outlive it.
+  OrderSection(RunContext& run, PriceComponent& prices);
 
-  /// Shows the malformed fee entries at its end.
+  /// Reports malformed fee entries in a message box at the end.
   void run(SectionRunner& runner);
 
 private:
   JobResult processJob(JobRow& job);
   void announceMalformedFees() const;
   bool leftOut(const JobRow& job) const;
-  /// What the check says of a job.
+  /// The outcome of the check.
   struct Verdict {
-    Findings findings;                ///< what it is written with
-    std::optional<JobResult> refused; ///< set when it must not be written
+    Findings findings;                ///< recorded with the job
+    std::optional<JobResult> refused; ///< set when the job must not be written
   };
   Verdict evaluate(JobRow& job, OrderFacts& facts);
   JobResult fail(JobRow& job, std::string_view reason, Findings findings = {});
@@ -36,7 +35,7 @@ private:
   JobResult refusedResult(const JobRow& job, std::string_view status, Findings findings) const;
 
   RunContext& run_;
-  PriceComponent prices_;
+  PriceComponent& prices_;
   OrderCheck check_;
   OrderWriter writer_;
 };

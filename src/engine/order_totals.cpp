@@ -56,7 +56,7 @@ Money lineAmount(Recordset& line, PriceComponent& prices) {
 /// Raises `std::overflow_error` for sums that are too large.
 OrderTotals addUp(Environment& environment, PriceComponent& prices, std::int32_t number, double orderDiscount,
                   bool pricesContainTax) {
-  // Completed on purpose: the statement was handed down with its middle left out and without its end.
+  // The known form of this statement is incomplete; the missing parts are filled in here.
   const auto lines =
       environment.connection->open(sql("SELECT Zeilentyp, MwSt_KZ, WertJN, Menge, Preis, Preiseinheit, "
                                        "KZRabattart, Rabatt1, Rabatt2, Rabatt3, "

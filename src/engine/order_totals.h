@@ -19,10 +19,10 @@ struct OrderTotals {
 
 /// Adds up the written lines of an order.
 ///
-/// A line's amount is quantity times price by price unit, less its staged discounts, rounded to cents. Lines
-/// that allow it share the order's discount, which is taken off and rounded once per tax key; tax is rounded
-/// once per tax key. When the prices contain the tax it is taken out instead of added. Text lines have no
-/// amount. `orderDiscount` is a percentage.
+/// A line's amount is its quantity times its price, divided by the price unit, less its staged discounts,
+/// rounded to cents. The order's discount applies to the lines that allow it and is rounded once per tax key,
+/// as is the tax. When prices include tax it is extracted instead of added. Text lines have no amount.
+/// `orderDiscount` is a percentage.
 OrderTotals orderTotals(Environment& environment, PriceComponent& prices, std::int32_t number,
                         double orderDiscount, bool pricesContainTax);
 

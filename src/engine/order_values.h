@@ -7,11 +7,11 @@
 
 namespace qx {
 
-/// Each of these raises `OrderFailure` with a sentence that names a value which does not fit.
+/// Each of these raises `OrderFailure` with a sentence naming the value that does not fit.
 
 /// For a price column.
 Value orderAmount(double price);
-/// The staged quantity as it is. One that no amount could hold would spoil every sum.
+/// The staged quantity, unchanged. One too large for any amount is refused: it would ruin every sum.
 const Value& orderQuantity(const Value& staged);
 double orderDiscount(double discount);
 double orderPriceUnit(double priceUnit);

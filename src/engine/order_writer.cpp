@@ -44,7 +44,7 @@ WrittenOrder OrderWriter::write(JobRow& job, OrderFacts& facts) {
   const auto customer = openCustomer(job);
   header->addNew();
   header_.fill(*header, job, *customer, number, stamp);
-  // Only now, after every check of the header: a number that is given back must find no header in its way.
+  // Only after every check of the header: a number must not be returned while a header uses it.
   insertHeader(*header, number);
   writing_ = number.number;
 
@@ -74,7 +74,7 @@ WrittenOrder OrderWriter::write(JobRow& job, OrderFacts& facts) {
   written.customerName = header->text("Bez1");
   written.hints = orderHints(fieldsOf(job.row()), *customer, *environment_.connection, homeCurrency_);
   stampCustomer(job, *customer);
-  // Last of all: a job that is done has its whole order.
+  // Last, so that a done job always has its complete order.
   finishJob(job, number.number);
   return written;
 }
@@ -123,7 +123,7 @@ OrderContext OrderWriter::contextOf(const JobRow& job, Recordset& customer, Reco
   return order;
 }
 
-/// Heavy orders go by another shipping method; the freight lines see the new one.
+/// Heavy orders get another shipping method, which also decides about the freight lines.
 void OrderWriter::applyWeightLimit(Recordset& header, OrderContext& order) {
   if (options_.abGewicht <= 0 || options_.VSabGewicht.empty()) return;
   if (throughDecimalText(masterData_.orderWeight(order.number)) < options_.abGewicht) return;
@@ -132,7 +132,7 @@ void OrderWriter::applyWeightLimit(Recordset& header, OrderContext& order) {
   header.update();
 }
 
-/// The fee line carries the freight fee, when shipping or payment method call for it, and the accessory fees.
+/// The fee line holds the freight fee, if shipping or payment method require it, and the accessory fees.
 void OrderWriter::appendFreightAndFees(const OrderContext& order, WrittenLines& written) {
   const auto callsFor = [](const std::string& setting, const std::string& method) {
     return !setting.empty() && equalCodes(setting, method);
@@ -162,7 +162,7 @@ double OrderWriter::accessoryFee(const OrderContext& order) {
          fees_.gradedFee(throughDecimalText(masterData_.accessoryValue(order.number)));
 }
 
-/// The first order dates the customer; a date that is there already stays.
+/// The first order sets the customer's date; an existing date is kept.
 void OrderWriter::stampCustomer(const JobRow& job, Recordset& customer) {
   const auto jobOrCustomer = [&](ColumnName jobField, ColumnName column) {
     std::string text = job.text(jobField);
@@ -204,7 +204,7 @@ void OrderWriter::finishJob(JobRow& job, std::int32_t number) {
   job.update();
 }
 
-/// What the host's transaction does not undo for us.
+/// Undoes what the host's transaction may not.
 void OrderWriter::undoOnHost() {
   const auto undo = [&](const std::function<void()>& step) {
     undoStep(environment_.diagnostics, "undoing an order", step);

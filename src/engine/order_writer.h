@@ -29,11 +29,11 @@ struct WrittenOrder {
   Findings hints;
 };
 
-/// Turns a job into header, lines, totals, index entry and customer stamp.
+/// Writes a job as an order: header, lines, totals, index entry and customer stamp.
 ///
 /// On a connection of our own everything is undone together when one step fails, the drawn number included;
-/// on a host's connection the lines are deleted, the number is given back, the customer's stamp is taken back
-/// and index entry and header are deleted, each step whatever became of the others.
+/// on a host's connection the lines are deleted, the number is returned, the customer's stamp is restored and
+/// index entry and header are deleted, each step even if another fails.
 class OrderWriter {
 public:
   OrderWriter(const RunContext& run, PriceComponent& prices);
@@ -44,7 +44,7 @@ public:
   const AccessoryFees& fees() const { return fees_; }
 
 private:
-  /// What an order leaves with its customer.
+  /// What an order records in its customer's row.
   struct CustomerStamp {
     std::string customer;
     std::string since; ///< `KundeSeit`
@@ -77,8 +77,8 @@ private:
   OrderLines lines_;
   AccessoryFees fees_;
   MasterData masterData_;
-  std::int32_t writing_ = 0; ///< the number of the order whose header stands in the table, or 0
-  std::optional<CustomerStamp> stampBefore_; ///< of the order at hand, once its customer is stamped
+  std::int32_t writing_ = 0;                 ///< number of the order whose header has been written, or 0
+  std::optional<CustomerStamp> stampBefore_; ///< set once the current order has stamped its customer
 };
 
 } // namespace qx

@@ -1,22 +1,11 @@
 #include "engine/position_facts.h"
 
 #include "model/text.h"
-#include "rules/active_connection.h"
 
 namespace qx {
 
 FindingPosition positionOf(const JobFields& position) {
   return {position("ChildID").text(), position("Positionsnummer").text()};
-}
-
-Preisfindung& PriceComponent::get() {
-  if (!component_) {
-    auto created = environment_.components.createPreisfindung();
-    created->setConnection(activeConnection(environment_));
-    created->Init();
-    component_ = std::move(created);
-  }
-  return *component_;
 }
 
 const PositionFacts::Units& PositionFacts::units() {

@@ -4,6 +4,7 @@
 #include "engine/findings.h"
 #include "engine/job_fields.h"
 #include "platform/environment.h"
+#include "rules/price_component.h"
 #include "rules/stock.h"
 
 #include <cstdint>
@@ -28,20 +29,6 @@ struct FoundPrice {
 
 /// By what findings name a position.
 FindingPosition positionOf(const JobFields& position);
-
-/// The pricing component. Without one that is initialised already it is created and initialised at the first
-/// question; a failure of that reaches the caller.
-class PriceComponent {
-public:
-  explicit PriceComponent(Environment& environment, std::unique_ptr<Preisfindung> initialised = nullptr)
-      : environment_(environment), component_(std::move(initialised)) {}
-
-  Preisfindung& get();
-
-private:
-  Environment& environment_;
-  std::unique_ptr<Preisfindung> component_;
-};
 
 class OrderFacts;
 

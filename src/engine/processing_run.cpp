@@ -14,7 +14,7 @@
 namespace qx {
 ProcessingRun::ProcessingRun(RunContext& run)
     : run_(run), environment_(run.environment), settings_(environment_, SettingTrap::Refusals),
-      sections_(run) {}
+      sections_(run), prices_(environment_) {}
 
 RunReport ProcessingRun::execute() {
   try {
@@ -108,8 +108,7 @@ void ProcessingRun::createComponents() {
   trapped(environment_.diagnostics, {"address index component", {}, &isFatal}, [&] {
     sections_.setAddressIndex(environment_.components.createAdressindex(*environment_.connection));
   });
-  trapped(environment_.diagnostics, {"price component", {}, &isFatal},
-          [&] { prices_ = environment_.components.createPreisfindung(); });
+  trapped(environment_.diagnostics, {"price component", {}, &isFatal}, [&] { prices_.create(); });
 }
 
 /// All of them before the first job: with one that cannot be read nothing is to be written.
@@ -123,10 +122,8 @@ void ProcessingRun::readOptions() {
 }
 
 void ProcessingRun::initPrices() {
-  if (!prices_) return;
-  if (trapped(environment_.diagnostics, {"price component", {}, &isFatal},
-              [&] { prices_->Init(*environment_.connection); }))
-    prices_.reset();
+  trapped(environment_.diagnostics, {"price component", {}, &isFatal},
+          [&] { prices_.init(*environment_.connection); });
 }
 
 bool ProcessingRun::orderIsBeingReadIn() {
@@ -215,7 +212,7 @@ void ProcessingRun::processContracts() {
 
 void ProcessingRun::processOrders() {
   if (!selects(qxProcessState::ProcessAufträge) && !selects(qxProcessState::ProcessZubehör)) return;
-  OrderSection(run_, std::move(prices_)).run(sections_);
+  OrderSection(run_, prices_).run(sections_);
 }
 
 void ProcessingRun::close() {

@@ -4,10 +4,10 @@
 #include "engine/contract_preparation.h"
 #include "engine/run_context.h"
 #include "engine/section_runner.h"
+#include "rules/price_component.h"
 #include "store/archive_purge.h"
 
 #include <exception>
-#include <memory>
 #include <string>
 
 namespace qx {
@@ -51,7 +51,7 @@ private:
   Settings settings_;
   PurgeOptions purgeOptions_;
   SectionRunner sections_;
-  std::unique_ptr<Preisfindung> prices_;
+  PriceComponent prices_;
   UnpreparedContracts unprepared_;
 };
 

@@ -27,7 +27,7 @@ void showFailure(const Protocol::Show& show, std::string_view text, const std::e
 
 void fillLine(Protokoll& protokoll, const ProtocolLine& line) {
   protokoll.AddNewRecord();
-  protokoll.SetField(Protokoll::shortText, 0, line.process);
+  protokoll.SetField(Protokoll::shortText, 0, line.transaction);
   protokoll.SetField(Protokoll::shortText, 1, line.number);
   protokoll.SetField(Protokoll::shortText, 2, line.status);
   protokoll.SetField(Protokoll::shortText, 3, germanDay(Value(line.date)));
@@ -46,12 +46,12 @@ void fillLine(Protokoll& protokoll, const ProtocolLine& line) {
 
 Protocol::Protocol(Environment& environment)
     : environment_(environment), settings_(environment, SettingTrap::Refusals) {
-  trapped(environment.diagnostics, {"protocol component"},
-          [&] { protokoll_ = environment.components.createProtokoll(); });
+  // When this fails the next protocol that is created asks for it again.
+  trapped(environment.diagnostics, {"protocol component"}, [this] { createComponent(); });
 }
 
-/// A run without its protocol would leave no trace of what it did, so a store that cannot go on ends it
-/// before its first job. On a host's connection that is for the host to find out.
+/// A run without a protocol would leave no trace of its work, so a fatal store error ends it before its first
+/// job. On a host's connection the host has to notice.
 bool Protocol::endsTheRun(const std::exception& error) const {
   if (isOutOfMemory(error)) return true;
   const bool fatal = dynamic_cast<const StoreError*>(&error) != nullptr ||
@@ -59,6 +59,8 @@ bool Protocol::endsTheRun(const std::exception& error) const {
                      dynamic_cast<const BusyError*>(&error) != nullptr;
   return fatal && environment_.connection && environment_.connection->ownsWork();
 }
+
+void Protocol::createComponent() { protokoll_ = environment_.components.createProtokoll(); }
 
 bool Protocol::create(const Show& show, BusyWait* wait) {
   id_.clear();
@@ -72,11 +74,12 @@ bool Protocol::create(const Show& show, BusyWait* wait) {
 }
 
 void Protocol::openOrCreate(BusyWait* wait) {
+  if (!protokoll_) createComponent();
   if (!protokoll_) throw std::runtime_error("Die Protokollkomponente fehlt.");
   Connection& connection = activeConnection(environment_);
   const std::string today = germanDate(NowEx(environment_));
-  // The protocol, its identity and its day are stored together: with a part of them the next run of the day
-  // would begin a second protocol, and whoever asks for the day's protocol would miss the lines of the first.
+  // The protocol, its identity and its day are stored together: if one were missing, the next run of the day
+  // would create a second protocol and readers of the day's protocol would miss the lines of the first.
   WorkUnit unit(connection, wait, Join::IfOpen);
   std::string id;
   if (settings_[option::protocolDate] == today) {
@@ -88,7 +91,7 @@ void Protocol::openOrCreate(BusyWait* wait) {
     settings_.save(option::protocolId, id);
   }
   settings_.save(option::protocolDate, today);
-  // A host's session may say of a lost unit only that the setting could not be written, and that is skipped.
+  // A host's session may report a lost unit as a setting that could not be written, which would be skipped.
   if (connection.ownsWork() && !connection.inWork())
     throw WorkLostError("Das Protokoll konnte nicht gespeichert werden.", 0);
   unit.commit();
@@ -96,7 +99,7 @@ void Protocol::openOrCreate(BusyWait* wait) {
 }
 
 bool Protocol::add(const ProtocolLine& line, const Show& show) {
-  // With a failed unit of its own all around the line is gone as well; that is for the run to decide.
+  // If the surrounding unit has failed, the line is lost as well; the run decides what to do.
   const bool own = environment_.connection && environment_.connection->ownsWork();
   return !trapped(
       environment_.diagnostics, {"protocol", {}, own ? &isFatal : &isOutOfMemory},
@@ -122,7 +125,7 @@ void Protocol::cleanUp(BusyWait* wait) {
       sql("SELECT * FROM Protokollpositionen WHERE ([Text0]='Auftrag' Or [Text8]='1') and ID ='"_sql,
           value(id_), "'"_sql));
   if (kept->recordCount() > 0) return;
-  // ProtoID and ProtoDate go on naming the deleted protocol on purpose: the next run of the day fails to open
+  // ProtoID and ProtoDate keep naming the deleted protocol on purpose: the next run of the day fails to open
   // it and creates another.
   connection.execute(sql("DELETE FROM Protokollpositionen WHERE ID ='"_sql, value(id_), "'"_sql));
   connection.execute(sql("DELETE FROM Protokolle WHERE ID ='"_sql, value(id_), "'"_sql));

@@ -23,7 +23,7 @@ struct ProtocolLine {
     std::string prices;
   };
 
-  std::string_view process; ///< "Kunden", "Vertrag" or "Auftrag"
+  std::string_view transaction; ///< "Kunden", "Vertrag" or "Auftrag"
   std::string number;
   std::string_view status; ///< "Erledigt", "Warnung" or "Fehler"
   std::string date;        ///< date of receipt of the job
@@ -34,22 +34,22 @@ struct ProtocolLine {
 
 /// Opens the day's protocol, adds lines to it and removes one that holds nothing worth keeping.
 ///
-/// A failure shows a box and is told to the diagnostics; it takes nothing else back. After a failed `create`
-/// there is no protocol and no stale identity: every line then fails as well.
+/// A failure shows a message box and is reported to the diagnostics; nothing else is rolled back. After a
+/// failed `create` no protocol is open and no old identity is kept, so that every line fails as well.
 class Protocol {
 public:
   using Show = std::function<void(const Message&)>;
 
-  /// Asks the ERP for its protocol component at once; without one every call fails with its box.
+  /// Creates the ERP's protocol component at once; without one every call fails with a message box.
   explicit Protocol(Environment& environment);
 
   /// Makes sure that a protocol of the session's day is open; true when one is. Outside a unit of work. On a
-  /// connection of our own a store that cannot go on raises; `wait` decides there how long a busy database is
-  /// waited for, null for the connection's own limit.
+  /// connection of our own a fatal store error is raised, and `wait` decides how long to wait for a busy
+  /// database, null for the connection's own limit.
   bool create(const Show& show, BusyWait* wait = nullptr);
   /// Adds a line in a savepoint of its own; false when it could not be written.
   bool add(const ProtocolLine& line, const Show& show);
-  /// Tells that a line is given up because it took the job around it along.
+  /// Reports that a line was given up because it had undone its job.
   void giveUpLine(const std::exception& loss, const Show& show);
   /// Deletes the open protocol unless it holds an order or a new customer; none is open then. Outside a unit
   /// of work.
@@ -62,6 +62,7 @@ public:
   const std::string& id() const { return id_; }
 
 private:
+  void createComponent();
   void openOrCreate(BusyWait* wait);
   bool endsTheRun(const std::exception& error) const;
 

@@ -17,11 +17,11 @@
 
 namespace qx {
 
-/// Told of every job of a run once its outcome is durable.
+/// Called for every job of a run once its outcome is durable.
 using OutcomeSink = std::function<void(const JobOutcome&)>;
 
-/// The first members come from the engine object that starts the run; the run fills the others. It outlives
-/// the parts that refer to it.
+/// The first members come from the engine object that starts the run; the run fills in the others. Must
+/// outlive everything that refers to it.
 struct RunContext {
   Environment& environment;
   EventSource& events;
@@ -31,13 +31,13 @@ struct RunContext {
   const OutcomeSink& outcomes; ///< may be empty
   std::string personnelNumber; ///< of the session's user
   std::string homeCurrency;
-  bool unevaluated = false; ///< the automatic check is left out
+  bool unevaluated = false; ///< skip the automatic check
   qxProcessState selection = qxProcessState::ProcessAll;
 
   RunOptions options{};
   OrderOptions orderOptions{};
-  std::string programVersion = " 6.3.0"; ///< of a host that does not say its own
-  std::string cashOnDelivery{};          ///< numbers of the heavy orders that are paid to the carrier
+  std::string programVersion = " 6.3.0"; ///< default for a host without a version component
+  std::string cashOnDelivery{};          ///< numbers of the heavy cash-on-delivery orders
   RunReport report{};
   MissingColumns missing{environment.diagnostics};
   RunWait wait{events, environment.diagnostics, stop, environment.desktop};

@@ -5,11 +5,11 @@
 
 namespace qx {
 
-/// Options of the run, those of orders aside.
+/// The options of a run, except those for orders.
 struct RunOptions {
-  bool customerSpecific = false; ///< the installation's own checks and fees
+  bool customerSpecific = false; ///< customer-specific checks and fees are on
   bool automatic = false;        ///< check the jobs and park those with findings
-  bool createGroups = false;     ///< create unknown customer groups, and so on
+  bool createGroups = false;     ///< create unknown customer groups; likewise below
   bool createReps = false;
   bool createPayments = false;
   bool createBanks = false;

@@ -8,8 +8,8 @@
 
 namespace qx {
 
-/// A run whose lock is held waits until it gets through or is stopped, with a notice once a minute. The
-/// message loop runs meanwhile, or nobody could stop it.
+/// A run waits for a busy database until it is free or the run is stopped, with a notice once a minute. The
+/// message loop runs meanwhile, since otherwise nobody could stop it.
 class RunWait final : public BusyWait {
 public:
   RunWait(EventSource& events, Diagnostics& diagnostics, const StopSignal& stop, Desktop& desktop)

@@ -16,7 +16,7 @@ void JobResult::addHints(Findings hints) {
 }
 
 void SectionRunner::run(const Section& section, const Sql& query, const Handler& handler) {
-  // A section that takes nothing any more only counts what it leaves.
+  // Once the run is ending, the section only counts the remaining jobs.
   if (!run_.stop.requested()) run_.events.raiseProcessInfo(section.info);
   const auto jobs = run_.environment.connection->openKeyset(query);
   const std::size_t count = jobs->recordCount();
@@ -43,7 +43,7 @@ void SectionRunner::take(const Section& section, Recordset& jobs, std::size_t at
   }
   attempt_.step = Step::Writing;
   jobs.moveTo(at);
-  // Passed over: deleted, or taken to another state by someone else since the section was opened.
+  // Skipped: deleted, or moved to another state by someone else since the section was opened.
   if (!jobs.resync() || !section.takes(jobCode(jobs.value("JobType")))) return;
   const auto result =
       attempt_.writing ? markFailed(handler, jobs, attempt_.writing->what()) : processJob(handler, jobs);
@@ -54,7 +54,7 @@ void SectionRunner::take(const Section& section, Recordset& jobs, std::size_t at
   attempt_.step = Step::Committing;
 }
 
-/// Nothing when the job disappeared meanwhile.
+/// Null when the job has disappeared meanwhile.
 std::optional<JobResult> SectionRunner::processJob(const Handler& handler, Recordset& jobs) {
   JobRow job(jobs, run_.missing);
   std::optional<JobResult> result;
@@ -69,14 +69,14 @@ std::optional<JobResult> SectionRunner::processJob(const Handler& handler, Recor
   return result;
 }
 
-/// Marks the job at hand as failed. One that is no longer there is passed over; a refusal takes the unit
-/// back, for the job has not been told apart from one that was processed.
+/// Marks the current job as failed. One that has disappeared is skipped; if marking is refused, the unit is
+/// rolled back, since otherwise the job would look as if it had been processed.
 std::optional<JobResult> SectionRunner::markFailed(const Handler& handler, Recordset& jobs,
                                                    const std::string& reason) {
   attempt_.step = Step::Marking;
   JobRow job(jobs, run_.missing);
   job.cancelUpdate();
-  // What its failure undid still stands in the values that were read before.
+  // The values read before still hold what the failure has undone.
   if (!jobs.resync()) {
     run_.environment.diagnostics.report(
         {"processing of a job", "a job was deleted while it was processed; it is passed over", ""});
@@ -87,12 +87,12 @@ std::optional<JobResult> SectionRunner::markFailed(const Handler& handler, Recor
     failed.findings.add(Finding(Rule::ProcessingFailed, reason));
     return failed;
   } catch (const StatementError& refusal) {
-    // The group is taken back with what the job has done so far.
+    // Rolls back the group, with what the job has done so far.
     throw WorkLostError(refusal.what(), refusal.nativeCode());
   }
 }
 
-/// What lost the unit is given up; false when there is nothing left that could be.
+/// Gives up the step that lost the unit; false when nothing is left to give up.
 bool SectionRunner::takesAgain(const WorkLostError& loss) {
   switch (attempt_.step) {
   case Step::Logging:
@@ -121,9 +121,9 @@ void SectionRunner::leave(Recordset& jobs, std::size_t at, const WorkLostError& 
   run_.report.leave(jobId, loss.what());
 }
 
-/// Protocol line, then address index. Neither takes the job's result back.
+/// Protocol line, then address index. A failure of either leaves the job's result as it is.
 void SectionRunner::logJob(const JobRow& job, const JobResult& result) {
-  JobOutcome outcome{job.text("JobID"),  std::string(result.line.process),
+  JobOutcome outcome{job.text("JobID"),  std::string(result.line.transaction),
                      result.line.number, std::string(result.line.status),
                      job.jobType(),      job.text("Fehlertext"),
                      result.findings};
@@ -165,7 +165,7 @@ bool SectionRunner::indexCustomer(std::string_view customer, std::string_view jo
 
 JobResult SectionRunner::result(const Section& section, const JobRow& job, std::string_view status) {
   JobResult result;
-  result.line.process = section.process;
+  result.line.transaction = section.transaction;
   result.line.number = job.text(section.numberField);
   result.line.status = status;
   result.line.date = job.text("Eingangsdatum");
@@ -181,7 +181,7 @@ JobResult SectionRunner::refused(const Section& section, const JobRow& job, std:
 }
 
 void SectionRunner::raiseProgress(std::size_t position, std::size_t count) {
-  // Jobs of a lost group are taken again; the bar does not go back for them.
+  // Jobs of a lost group are repeated; the progress bar never goes back.
   if (position <= progressRaised_) return;
   progressRaised_ = position;
   const double percent = 100.0 / static_cast<double>(count) * static_cast<double>(position);

@@ -20,59 +20,59 @@ inline constexpr std::string_view statusDone = "Erledigt";
 inline constexpr std::string_view statusWarning = "Warnung";
 inline constexpr std::string_view statusError = "Fehler";
 
-/// Which jobs a section takes and how it announces itself.
+/// The jobs that a section processes, and how it announces itself.
 struct Section {
-  std::string_view process; ///< kind of transaction in the protocol
+  std::string_view transaction; ///< its kind in the protocol
   std::string_view info;
-  std::array<std::int16_t, 2> codes{}; ///< job codes that it takes; 0 for none
-  ColumnName numberField;              ///< what the protocol names an unwritten job by
+  std::array<std::int16_t, 2> codes{}; ///< job codes that it processes; 0 for none
+  ColumnName numberField;              ///< by which the protocol identifies an unwritten job
 
   bool takes(std::int16_t jobType) const {
     return jobType != 0 && (jobType == codes[0] || jobType == codes[1]);
   }
 };
 
-/// What became of one job, as its protocol line tells it.
+/// The result of one job, as recorded in its protocol line.
 struct JobResult {
-  bool leftOut = false; ///< the section leaves the job as it is: no line, not counted
+  bool leftOut = false; ///< the section ignores the job: no line, not counted
   ProtocolLine line{};
-  Findings findings{};           ///< why it was refused, or what is worth knowing though it was written
-  std::string indexedCustomer{}; ///< whose address index is to be brought up to date; empty for none
+  Findings findings{};           ///< why it was refused, or hints about a job that was written
+  std::string indexedCustomer{}; ///< customer whose address index must be updated; empty for none
 
-  /// The hints of a job that was written; in the protocol they stand behind its information.
+  /// The hints about a job that was written; the protocol shows them after its information.
   void addHints(Findings hints);
 };
 
-/// Takes jobs in groups of units of work. A group that is lost is taken again job by job. Of the job that
-/// loses its unit when it is alone the part that lost it is given up: its writing, then it is marked as
-/// failed; its protocol line or index entry, then it stands without. One that cannot even be marked is left
-/// waiting and named; the run goes on behind it.
+/// Processes jobs in groups, one unit of work per group. A group whose unit is lost is repeated job by job.
+/// When a job on its own loses its unit again, the step that lost it is given up: if that was the writing,
+/// the job is marked as failed; if it was the protocol line or the index entry, the job does without. A job
+/// that cannot even be marked stays waiting and is named; the run continues with the next one.
 class SectionRunner {
 public:
   struct Handler {
     std::function<JobResult(JobRow&)> process;
-    /// Marks a job as failed and records all that belongs to a failure, whatever the reason came from.
+    /// Marks a job as failed and records the failure, whatever caused it.
     std::function<JobResult(JobRow&, std::string_view reason)> fail;
   };
 
   explicit SectionRunner(RunContext& run) : run_(run) {}
 
-  /// The component that keeps the address index; without one every entry counts as not written.
+  /// The address index component; without one every entry counts as not written.
   void setAddressIndex(std::unique_ptr<Adressindex> index) { addressIndex_ = std::move(index); }
   void run(const Section& section, const Sql& query, const Handler& handler);
-  /// The result of a job with what every protocol line says; its number is that of the section's field.
+  /// A result with the columns common to all protocol lines; the number comes from the section's field.
   static JobResult result(const Section& section, const JobRow& job, std::string_view status);
-  /// The same of a job that was parked or failed: its reasons are the protocol's info.
+  /// The same for a job that was parked or failed; its reasons become the protocol's information.
   static JobResult refused(const Section& section, const JobRow& job, std::string_view status,
                            Findings findings = {});
 
 private:
-  /// What a job was at when its unit was lost.
+  /// The step a job had reached when its unit was lost.
   enum class Step : std::uint8_t { Writing, Marking, Logging, Indexing, Committing };
 
-  /// What is given up of the job at hand, and the loss that made it so.
+  /// The step of the current job that is given up, and the loss that caused it.
   struct Attempt {
-    std::size_t at = static_cast<std::size_t>(-1); ///< the job's place
+    std::size_t at = static_cast<std::size_t>(-1); ///< index of the job
     Step step = Step::Writing;
     std::optional<WorkLostError> writing;
     std::optional<WorkLostError> line;

@@ -19,6 +19,9 @@ struct Message {
   MessageIcon icon = MessageIcon::None;
 };
 
+/// What a file is chosen for.
+enum class FileUse : std::uint8_t { Reading, Writing };
+
 /// Message boxes, questions and the message loop. An unattended desktop logs the text and gives the safe
 /// answer.
 class Desktop {
@@ -30,7 +33,7 @@ public:
   virtual bool ask(const Message& message) = 0;
   /// The chosen file, or null. `filter` as in "EDI (*.edi)|*.edi".
   virtual std::optional<std::string> chooseFile(std::string_view title, std::string_view filter,
-                                                bool forWriting) = 0;
+                                                FileUse use) = 0;
   /// Runs the message loop. Called only between units of work.
   virtual void yield() = 0;
 };

@@ -1,6 +1,6 @@
 #include "rules/discounts.h"
 
-#include "rules/active_connection.h"
+#include "rules/price_component.h"
 
 #include <stdexcept>
 
@@ -8,10 +8,7 @@ namespace qx {
 
 double GetGRabatt(Environment& environment, const StagedDiscounts& discounts, const Value& Param,
                   double Betrag) {
-  const auto pricing = environment.components.createPreisfindung();
-  pricing->setConnection(activeConnection(environment));
-  pricing->Init();
-  return GetGRabatt(*pricing, discounts, Param, Betrag);
+  return GetGRabatt(PriceComponent(environment).get(), discounts, Param, Betrag);
 }
 
 double GetGRabatt(Preisfindung& pricing, const StagedDiscounts& discounts, const Value& Param,

@@ -79,7 +79,7 @@ constexpr bool keysAreUnique() {
 }
 static_assert(keysAreUnique());
 
-/// A word or a number of any size, with a comma or a point.
+/// A word, or a number of any size with a comma or a point.
 std::optional<bool> truthOf(std::string_view text) {
   if (equalCodes(text, "true") || equalCodes(text, "wahr")) return true;
   if (equalCodes(text, "false") || equalCodes(text, "falsch")) return false;

@@ -9,7 +9,7 @@
 
 namespace qx {
 
-/// What the text of a setting holds and how it is read. Each check has had its own rule from the beginning.
+/// The format of a setting's text. Checks differ on purpose in which texts count as on.
 enum class OptionRule : std::uint8_t {
   NonZero,          ///< a check: a number other than 0 is on, 0 is off
   AtLeastOne,       ///< a check: a number from 1 is on, 0 is off
@@ -32,12 +32,12 @@ struct OptionSpec {
   OptionRule rule = OptionRule::Text;
   std::string_view english;  ///< what it does
   std::string_view german;   ///< the same for clerks
-  std::string_view fallback; ///< what the key counts as when it was never written
-  std::string_view control;  ///< of the options dialog; empty when the dialog does not show the key
+  std::string_view fallback; ///< the value of a key that was never written
+  std::string_view control;  ///< object name in the options dialog; empty when the dialog does not show it
   std::string_view caption;  ///< of the control, access key marked with '&'
   OptionStore store = OptionStore::Shared;
   bool customerSpecific = false; ///< shown, saved and used in customer-specific mode only
-  bool threeStates = false;      ///< a check for whose readers "not set" is neither on nor off
+  bool threeStates = false;      ///< a check that can be on, off or not set
 
   constexpr bool isCheck() const { return rule <= OptionRule::Truth; }
   constexpr bool isLocal() const { return store == OptionStore::Local; }
@@ -54,17 +54,16 @@ using TextOption = Option<std::string>;
 using AmountOption = Option<double>;
 using WholeOption = Option<std::optional<std::int16_t>>;
 
-/// All keys. Those that the options dialog shows come first, in its order of loading and saving: the general
-/// ones, then the customer-specific ones.
+/// All keys. Those of the options dialog come first, in the order in which it loads and saves them: the
+/// general ones, then the customer-specific ones.
 std::span<const OptionSpec* const> allOptions();
 
-/// Whether the text turns the check on or off: the one judge for those who read it, show it and store it.
-/// Null when the readers of the key make nothing of the text, the empty one included; for them it is off
-/// then.
+/// Whether the text turns the check on or off; used for reading, showing and storing it. Null for any other
+/// text, including the empty one, which counts as off.
 std::optional<bool> checkState(const OptionSpec& option, std::string_view text);
 
-/// The text of a number setting as 16 bits between blanks with an optional sign; null when it is none or does
-/// not fit.
+/// The value of an integer setting, with an optional sign and blanks around it; null when the text is not a
+/// number or exceeds 16 bits.
 std::optional<std::int16_t> settingToInt16(std::string_view text);
 
 /// The entry of a section and key, or null. The local store and the shared one have no key in common.
@@ -103,7 +102,7 @@ constexpr OptionSpec window(std::string_view key, std::string_view english, std:
   return hidden("MAIN", key, OptionRule::Integer, english, german, "", OptionStore::Local);
 }
 
-/// What documents of a kind demand: 1 cost centre, 2 cost unit, 3 both.
+/// What documents of a kind require: 1 cost centre, 2 cost unit, 3 both.
 constexpr OptionSpec costsOf(std::string_view key, std::string_view german) {
   return hidden("Kostenzuordnung", key, OptionRule::Integer,
                 "costs that the document must name: 1 cost centre, 2 cost unit, 3 both", german, "0");
@@ -250,7 +249,7 @@ inline constexpr TriStateOption linesReadyForInvoice{
             "Dazwischen: Jede behält ihre eigene Angabe.")};
 inline constexpr TextOption NeukundenRabatt{
     special("NeukundenRabatt", Text, "txtNeukundenRabatt", "&Neukundenrabatt:", forOthersEnglish, forOthers)};
-// Read together with the fee line, but no control shows it.
+// Read together with the fee line, but not shown in the dialog.
 inline constexpr AmountOption MinGebuehr{{ownSection, "MinGebuehr", Number, "least price of the fee line",
                                           "Der Mindestpreis der Gebührenzeile.", "0", "", "",
                                           OptionStore::Shared, true}};
@@ -267,7 +266,7 @@ inline constexpr TextOption protocolId{
     hidden(ownSection, "ProtoID", Text, "the protocol of the day", "Das Protokoll des Tages.")};
 inline constexpr TextOption protocolDate{hidden(
     ownSection, "ProtoDate", Text, "the day of that protocol, dd.mm.yyyy", "Der Tag dieses Protokolls.")};
-// The window clears this one when it opens; a run sets `runUnderWay`. Both are kept apart on purpose.
+// The window clears this one when it opens; a run sets `runUnderWay`. They are separate on purpose.
 inline constexpr CheckOption processMark{
     hidden("Process", "OnProcess", One, "cleared when the window opens; stored for other programs",
            "Wird beim Öffnen des Fensters gelöscht; für andere Programme.")};

@@ -25,11 +25,11 @@ Session& connectedSession(const Environment& environment) {
 
 } // namespace
 
-/// Runs one access; null when it failed and that is skipped.
+/// Runs one access; null when it failed and the failure is skipped.
 template <class Access>
 std::optional<std::string> Settings::attempt(const std::string& where, Access&& access) const {
   std::optional<std::string> text;
-  // Whatever is skipped, a shortage of memory says nothing about one setting.
+  // Lack of memory is never skipped: it is no failure of this setting.
   trapped(
       environment_.diagnostics, {where, {}, &isOutOfMemory}, [&] { text = access(); },
       [this](const std::exception& failure) {
@@ -76,7 +76,7 @@ std::optional<bool> Settings::state(const OptionSpec& option) const {
   return text ? checkState(option, *text) : std::nullopt;
 }
 
-/// The ERP is asked for its default itself.
+/// Asks the ERP for its own default.
 std::string Settings::text(const OptionSpec& option) const {
   if (option.fallback.empty()) return read(option).value_or("");
   return attempt(

@@ -10,18 +10,18 @@
 
 namespace qx {
 
-/// The component's own application name.
+/// The component's application name.
 inline constexpr std::string_view applicationName = "QXImportJob";
 
-/// Which failures of a store are skipped. What is not reaches the caller.
+/// Which failures of a store are skipped. All others reach the caller.
 enum class SettingTrap : std::uint8_t {
   Everything,
-  Refusals, ///< all but a store that itself cannot go on (disk, damage, a lost unit of work) or memory
+  Refusals, ///< all but fatal store errors (disk, damage, a lost unit of work) and lack of memory
   Nothing,
 };
 
-/// Reads and writes settings as texts. Of the failures that are skipped a failed read gives "", a failed
-/// write is lost; both are told to the diagnostics.
+/// Reads and writes settings as texts. When a failure is skipped, a read returns "" and a write has no
+/// effect; both are reported to the diagnostics.
 class Settings {
 public:
   explicit Settings(Environment& environment, SettingTrap trap = SettingTrap::Everything)
@@ -36,14 +36,14 @@ public:
   void save(std::string_view application, std::string_view section, std::string_view key,
             std::string_view setting, bool local = false) const;
 
-  /// What an option is set to, by its rule and from its store. A check that is not set, cannot be read or
-  /// holds a text of which its readers make nothing is off.
+  /// The value of an option, from its store and by its format. A check that is not set, cannot be read or
+  /// holds an invalid text is off.
   bool operator[](const CheckOption& option) const;
-  /// The same for those to whom null is neither on nor off.
+  /// The same for options that can also be unset, which is null.
   std::optional<bool> operator[](const TriStateOption& option) const;
   /// The default when the key is absent or cannot be read.
   std::string operator[](const TextOption& option) const;
-  /// 0 for none. A number that nobody can read, or in two ways, is not used and told to the diagnostics.
+  /// 0 for none. An invalid or ambiguous number is not used but reported to the diagnostics.
   double operator[](const AmountOption& option) const;
   std::optional<std::int16_t> operator[](const WholeOption& option) const;
   /// As stored; null when the store could not be read.

@@ -56,22 +56,17 @@ public:
 
   /// Reports which done jobs the import would reset. Nothing is stored.
   void findSetBack() {
-    std::ifstream stream = openJobFile(file_);
-    JobFileLines lines(stream, file_.string());
-    lines.next();
-    lines.unscramble(scrambler_ ? &*scrambler_ : nullptr);
-    JobFileRecords records(lines, store_->fieldCount());
-    while (const auto item = records.next()) {
-      if (item->kind != JobFileItem::Kind::Record || !store_->isHeader(item->code)) continue;
-      splitFields(item->text, fields_);
+    eachItem([this](const JobFileItem& item, std::uintmax_t /*bytesRead*/) {
+      if (item.kind != JobFileItem::Kind::Record || !store_->isHeader(item.code)) return;
+      splitFields(item.text, fields_);
       std::string jobId;
       readField(fields_.at(1), jobId);
       const auto row =
           activeConnection(environment_)
               .open(sql("Select JobType From ImportKopf where JobID = '"_sql, value(jobId), "'"_sql));
-      if (!row->eof() && store_->setsBack(row->value("JobType").integer().value_or(0), item->code))
-        observer_.setBack(item->line, jobId);
-    }
+      if (!row->eof() && store_->setsBack(row->value("JobType").integer().value_or(0), item.code))
+        observer_.setBack(item.line, jobId);
+    });
   }
 
   /// Commits what is open.
@@ -82,20 +77,26 @@ public:
   const JobFileCounts& counts() const { return counts_; }
 
 private:
-  void readPass(int pass) {
+  /// Calls `visit` with each item after the banner and the number of bytes read so far.
+  template <class Visit>
+  void eachItem(Visit visit) {
     std::ifstream stream = openJobFile(file_);
     JobFileLines lines(stream, file_.string());
     lines.next();
     lines.unscramble(scrambler_ ? &*scrambler_ : nullptr);
     JobFileRecords records(lines, store_->fieldCount());
-    while (const auto item = records.next()) {
-      reportProgress(pass, lines.bytesRead());
-      if (store_->passOf(item->code) == pass)
-        take(*item);
+    while (const auto item = records.next()) visit(*item, lines.bytesRead());
+  }
+
+  void readPass(int pass) {
+    eachItem([&](const JobFileItem& item, std::uintmax_t bytesRead) {
+      reportProgress(pass, bytesRead);
+      if (store_->passOf(item.code) == pass)
+        take(item);
       else
         laterPasses_ = true;
       yieldOutsideUnits();
-    }
+    });
   }
 
   void take(const JobFileItem& item) {

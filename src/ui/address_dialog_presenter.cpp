@@ -48,7 +48,7 @@ constexpr std::array invoiceControls{
 constexpr std::array addressGroups{ControlGroup{"Versand an", deliveryControls},
                                    ControlGroup{"Rechnung an", invoiceControls}};
 
-/// In every block the key stands before the lines, which are in the order of these.
+/// Each block consists of the key and then the lines, in this order.
 constexpr std::size_t keyControls = 2;
 constexpr const AddressLines& addressLines = deliveryAddress.lines;
 
@@ -94,7 +94,7 @@ AddressDialogPresenter::AddressDialogPresenter(DialogContext context, std::strin
       at(spec.line(i)).text = content.lines.*addressLines[i].part;
     readStored(block);
   }
-  settle();
+  markSaved();
   setReadOnly(readOnly);
 }
 
@@ -131,7 +131,7 @@ bool AddressDialogPresenter::lookUp(std::size_t index) {
   return false;
 }
 
-/// An address of no customer has no key that a check would know: the job takes its lines.
+/// An address that belongs to no customer has no key that a check would accept, so the job copies its lines.
 bool AddressDialogPresenter::takeGeneral(Block block, std::string_view number) {
   const BlockSpec& spec = specsOfBlocks()[slot(block)];
   std::optional<Adresse> lines;

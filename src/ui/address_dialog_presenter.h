@@ -14,7 +14,7 @@
 
 namespace qx {
 
-/// One address of a job: whose it is (customer and address number, both may be empty) and its own lines.
+/// One address of a job: its key (customer and address number, both may be empty) and its own lines.
 struct AddressBlock {
   std::string customer;
   std::string number;
@@ -23,9 +23,9 @@ struct AddressBlock {
   friend bool operator==(const AddressBlock&, const AddressBlock&) = default;
 };
 
-/// Edits copies; the dialog that opened it takes them over. A line that differs from the stored address of
-/// its key shows the stored value; a block without lines is not compared, since the stored address holds
-/// then. Failures are told to the diagnostics and stand in `notice`.
+/// Edits copies, which the dialog that opened it takes over. A line that differs from the stored address of
+/// the key shows the stored value; a block without lines is not compared, since the stored address then
+/// applies. Failures are reported to the diagnostics and shown in `notice`.
 class AddressDialogPresenter final : public Form {
 public:
   /// `ownCustomer` is the job's own customer number, for keys without a customer.
@@ -39,12 +39,12 @@ public:
   /// The group of the same number is about it.
   enum class Block : std::uint8_t { Delivery, Invoice };
   static constexpr std::array allBlocks{Block::Delivery, Block::Invoice};
-  /// Takes every line of the stored address over. False when there is none.
+  /// Copies every line of the stored address. False when there is none.
   bool takeStored(Block block);
-  /// Empties the lines, so that the stored address of the key holds.
+  /// Empties the lines, so that the stored address of the key applies.
   void clear(Block block);
   bool hasStored(Block block) const { return stored_[slot(block)].has_value(); }
-  /// How the block stands, on one line: equal, different, stored nowhere, or empty.
+  /// The state of the block on one line: equal, different, not stored, or empty.
   std::string standing(Block which) const;
   AddressBlock block(Block which) const;
   const std::string& notice() const { return notice_; }
@@ -56,11 +56,11 @@ private:
 
   bool takeGeneral(Block block, std::string_view number);
   void setLines(Block block, const Adresse& lines);
-  /// Whose address the key means.
+  /// The customer whose address the key refers to.
   std::string owner(Block which) const;
-  /// The key means the customer of the job itself, who need not be stored yet.
+  /// Whether the key refers to the customer of the job itself, who need not be stored yet.
   bool isOwn(Block which) const;
-  /// Reads the stored address of the key again and marks a key that is stored nowhere.
+  /// Reads the stored address of the key again and marks an unknown key.
   void readStored(Block which);
   void compare(Block which);
 

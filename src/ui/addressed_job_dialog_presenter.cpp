@@ -12,8 +12,8 @@
 namespace qx {
 namespace {
 
-/// The rules that an unknown code breaks in a customer and in an order, and the list of its combo; null for
-/// a code that is typed.
+/// The rules that an unknown code breaks in a customer and in an order, and the list for its combo box; null
+/// for a plain text field.
 struct CodeControl {
   Rule customer;
   Rule order;
@@ -126,7 +126,7 @@ void AddressedJobDialogPresenter::checkCode(std::string_view control) {
   }
 }
 
-/// The name of the bank belongs to its code. A job without a name takes that of the code.
+/// The bank code determines the bank's name. A job without a name uses it.
 void AddressedJobDialogPresenter::checkBank() {
   checkCode(bankControl);
   checking("Prüfen der Bank", [this] {
@@ -142,12 +142,12 @@ void AddressedJobDialogPresenter::checkCustomer() {
   const std::string number = text("txtKundennummer");
   clearComparison();
   checking("Prüfen des Kunden", [&] {
-    if (storedAddresses().KundeAngelegt(number)) {
-      report(true, Finding(Rule::OrderCustomer, number));
+    const std::optional<Finding> unknown = unknownCustomer();
+    report(!unknown, unknown.value_or(Finding(Rule::OrderCustomer)));
+    if (unknown)
+      at("txtKundennummer").description = unknownCustomerName();
+    else
       compareCustomer(storedAddresses().GetAdressDaten(number).value_or(Adresse()));
-    } else {
-      reportUnknownCustomer(number);
-    }
   });
 }
 
@@ -207,7 +207,7 @@ void AddressedJobDialogPresenter::takeLookup(std::string_view control,
       put(block.customer, chosen[0]);
       put(block.number, chosen[1]);
     } else if (auto lines = storedAddresses().generalAddress(chosen[1])) {
-      // An address of no customer has no key that a check would know: the job takes its lines.
+      // An address that belongs to no customer has no key that a check would accept: copy its lines.
       put(block.customer, "");
       put(block.number, "");
       lines_[i] = std::move(*lines);
@@ -254,7 +254,7 @@ bool AddressedJobDialogPresenter::changed() const {
 }
 
 void AddressedJobDialogPresenter::stored() {
-  settle();
+  markSaved();
   stored_ = lines_;
 }
 
@@ -264,7 +264,7 @@ void AddressedJobDialogPresenter::storeAddresses(std::string_view& failure) {
   for (std::size_t block = 0; block < blocks().size(); ++block)
     for (const AddressLine& line : blocks()[block].fields.lines) {
       const std::string& text = lines_[block].*line.part;
-      // The empty text empties the master's column, null would keep it.
+      // An empty text clears the master's column; null would keep it.
       if (text != stored_[block].*line.part) changes.push_back({line.column, Value(text)});
     }
   editing().save(jobId(), changes);

@@ -13,7 +13,7 @@ namespace qx {
 /// A job with codes of the master tables, a bank, a delivery and an invoice address.
 class AddressedJobDialogPresenter : public JobDialogPresenter, public AddressPart {
 public:
-  /// `kind` says what the dialog has besides the addresses.
+  /// `kind` describes everything but the addresses.
   AddressedJobDialogPresenter(const DialogContext& context, JobDialogKind kind);
   AddressedJobDialogPresenter(const AddressedJobDialogPresenter&) = delete;
   AddressedJobDialogPresenter& operator=(const AddressedJobDialogPresenter&) = delete;
@@ -31,17 +31,19 @@ protected:
   void stored() override;
   Value current(ColumnName column) const override;
 
-  /// How an unknown customer is reported.
-  virtual void reportUnknownCustomer(const std::string& number) = 0;
-  /// What follows a customer that is known; `stored` is its main address.
+  /// What the check finds in the customer number; null for a known one.
+  virtual std::optional<Finding> unknownCustomer() const = 0;
+  /// Shown beside the number of an unknown customer.
+  virtual std::string unknownCustomerName() const = 0;
+  /// Compares the job with a known customer; `stored` is the main address.
   virtual void compareCustomer(const Adresse& stored) = 0;
   /// Removes what `compareCustomer` may have reported.
   virtual void clearComparison() = 0;
 
-  /// Which customers and addresses the master data do not know, to which goods and invoices go.
+  /// The findings on the keys of the delivery and the invoice address.
   virtual Findings addressKeys() const = 0;
-  /// Reads the addresses, fills the combos and runs every check of the header. `failureCounts`: whether a
-  /// reason that stands in the job counts for its status.
+  /// Reads the addresses, fills the combo boxes and runs every check of the header. `failureCounts`: whether
+  /// an existing reason in the job affects its status.
   void checkHeader(bool failureCounts = false);
   void checkCustomer();
   CustomerAddresses storedAddresses() const { return CustomerAddresses(environment()); }
@@ -49,20 +51,20 @@ protected:
   void storeAddresses(std::string_view& failure);
 
 private:
-  /// The rules that the same thing breaks in a customer and in an order.
+  /// The rule for customers and the one for orders on the same subject.
   struct RulePair {
     Rule customer;
     Rule order;
   };
   Rule ruleOf(RulePair rules) const;
-  /// What is worth knowing about the job as it is shown.
+  /// Updates the hints for the job as shown.
   void checkHints();
   /// One of the two address blocks: its columns, controls and rules.
   struct BlockSpec;
   static const std::array<BlockSpec, 2>& blocks();
 
   void readAddresses();
-  /// Fills the combos that the dialog shows and reports unknown codes.
+  /// Fills the combo boxes of the dialog and reports unknown codes.
   void fillCodes();
   void checkBank();
   void checkAddresses();
@@ -70,8 +72,8 @@ private:
   void checkBlock(const BlockSpec& spec, const Adresse& lines, const Findings& keys);
   AddressBlock blockOf(const BlockSpec& spec, const Adresse& lines) const;
 
-  std::array<Adresse, 2> lines_;  ///< delivery and invoice, as the clerk left them
-  std::array<Adresse, 2> stored_; ///< as they stand in the job
+  std::array<Adresse, 2> lines_;  ///< delivery and invoice, as edited
+  std::array<Adresse, 2> stored_; ///< as stored in the job
 };
 
 } // namespace qx

@@ -80,7 +80,7 @@ void ContractDialogPresenter::fill() {
     ComboContent& kinds = contentOf("tdbVertragsart");
     ComboFiller filler(kinds);
     ComboLists(environment()).FillComboVertragsart(filler, text("tdbVertragsart"));
-    // Here the code stands in the first column and the text in the second, which is hidden.
+    // In this list the code is in the first column and the text in the second, which is hidden.
     kinds.codeColumn = 0;
   });
   offer("cboZustand", {{"Aktiv", "A"}, {"nur Info", "I"}, {"Erledigt", "E"}});
@@ -90,7 +90,7 @@ void ContractDialogPresenter::fill() {
   checkChoices();
 }
 
-/// Tool tip and list speak of the quantity with different ends on purpose.
+/// Tool tip and list word the message about the quantity differently on purpose.
 void ContractDialogPresenter::checkContract() {
   const ContractCheck check(environment());
   answer_ = CheckStatus::Clean;
@@ -116,7 +116,7 @@ void ContractDialogPresenter::checkContract() {
 }
 
 void ContractDialogPresenter::checkChoices() {
-  // The states are compared exactly where contracts are written.
+  // Case matters, since it does when contracts are written.
   const std::string state = text("cboZustand");
   ComboContent& states = contentOf("cboZustand");
   if (states.selected && states.rows.rows[*states.selected][1] != state) states.selected.reset();
@@ -145,7 +145,7 @@ void ContractDialogPresenter::takeLookup(std::string_view control, const std::ve
 void ContractDialogPresenter::store(std::string_view& /*failure*/) {
   const std::vector<ColumnChange> changed = changes();
   editing().save(jobId(), changed);
-  // The run takes over what stands in the position, whatever the header holds.
+  // The run copies the values of the position, whatever the header holds.
   if (inPosition()) editing().saveContractPosition(jobId(), changed);
   if (verdict()) ContractCheck(environment()).checkContract(jobId());
 }

@@ -5,9 +5,9 @@
 
 namespace qx {
 
-/// Contract jobs, also those that came with their customer. A single contract whose values came in a position
-/// is shown with those of the first one, as the run takes them over. Saving gives the job the answer of the
-/// contract check, so that a mended contract waits again.
+/// Contract jobs, including those that came with their customer. A single contract with positions is shown
+/// with the values of the first one, as the run would copy them. Saving stores the result of the contract
+/// check, so that a corrected contract waits again.
 class ContractDialogPresenter final : public JobDialogPresenter {
 public:
   explicit ContractDialogPresenter(const DialogContext& context);
@@ -25,19 +25,19 @@ protected:
   Value loaded(ColumnName column) const override;
   void prepareSaving() override { checkContract(); }
   void store(std::string_view& failure) override;
-  void stored() override { settle(); }
+  void stored() override { markSaved(); }
 
 private:
-  /// Lists what the contract check finds in the values that are shown.
+  /// Lists the findings of the contract check on the values shown.
   void checkContract();
-  /// The state and the interval: of those the dialog tells more than the check finds.
+  /// Checks state and interval more strictly than the contract check.
   void checkChoices();
-  /// It did not come with a customer.
+  /// Whether it came without a customer.
   bool isSingle() const;
-  /// The values of the contract stand in its first position.
+  /// Whether its first position holds the values of the contract.
   bool inPosition() const;
 
-  StagedRows positions_; ///< the first one first
+  StagedRows positions_; ///< in the order in which the run reads them
   CheckStatus answer_ = CheckStatus::Clean;
 };
 

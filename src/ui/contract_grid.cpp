@@ -89,6 +89,6 @@ std::string ContractGrid::summary() const {
          germanDecimals(sum, 2);
 }
 
-JobReference ContractGrid::detailsOf(std::size_t row) const { return rows_[row].job; }
+JobReference ContractGrid::jobOf(std::size_t row) const { return rows_[row].job; }
 
 } // namespace qx

@@ -101,7 +101,7 @@ void CustomerDialogPresenter::checkAnswer() {
     const bool compare = Settings(environment())[option::compareAddresses];
     const Findings found = CustomerCheck(environment(), compare).check(fields());
     answer_ = found.status();
-    // A finding for which no field stands is not to be missed.
+    // A finding without a field of its own must not be overlooked.
     findings_.clear(Rule::OtherFindings);
     const auto shown = findings_.sorted();
     const bool hasLine = std::ranges::any_of(shown, [&](const ListedFinding& finding) {
@@ -139,12 +139,10 @@ void CustomerDialogPresenter::check(std::string_view control) {
   checkAnswer();
 }
 
-void CustomerDialogPresenter::reportUnknownCustomer(const std::string& number) {
-  at("txtKundennummer").description = "Neukunde";
-  if (number.empty())
-    report(false, Finding(Rule::CustomerNumberMissing));
-  else
-    report(false, Finding(Rule::CustomerIsNew, number));
+std::optional<Finding> CustomerDialogPresenter::unknownCustomer() const {
+  const std::string number = text("txtKundennummer");
+  if (storedAddresses().KundeAngelegt(number)) return {};
+  return number.empty() ? Finding(Rule::CustomerNumberMissing) : Finding(Rule::CustomerIsNew, number);
 }
 
 void CustomerDialogPresenter::compareCustomer(const Adresse& stored) {
@@ -164,13 +162,13 @@ Findings CustomerDialogPresenter::addressKeys() const {
   return CustomerCheck(environment(), false).addressKeys(fields());
 }
 
-/// A field that the clerk empties is spoken of, unlike one that the job leaves out.
+/// An emptied field counts as given, unlike one that the job leaves out.
 Value CustomerDialogPresenter::current(ColumnName column) const {
   Value shown = AddressedJobDialogPresenter::current(column);
   return shown.isNull() && !loaded(column).isNull() ? Value("") : shown;
 }
 
-/// Contracts name their customer by its number only: under the old one nobody would find them.
+/// Contracts refer to their customer only by its number and would be lost under the old one.
 void CustomerDialogPresenter::prepareSaving() {
   checkAnswer();
   moveContracts_ = false;
@@ -191,7 +189,7 @@ void CustomerDialogPresenter::prepareSaving() {
 
 void CustomerDialogPresenter::store(std::string_view& failure) {
   std::vector<ColumnChange> changed = changes();
-  // Null would keep what the master holds; a field that the clerk emptied empties it.
+  // An emptied field clears the one of the master; null would keep it.
   for (ColumnChange& change : changed)
     if (change.content.isNull()) change.content = Value("");
   if (moveContracts_) editing().moveContracts(staged("Kundennummer"), text("txtKundennummer"));

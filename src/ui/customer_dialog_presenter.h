@@ -28,21 +28,22 @@ protected:
   void prepareSaving() override;
   void store(std::string_view& failure) override;
   void stored() override;
-  void reportUnknownCustomer(const std::string& number) override;
+  std::optional<Finding> unknownCustomer() const override;
+  std::string unknownCustomerName() const override { return "Neukunde"; }
   void compareCustomer(const Adresse& stored) override;
   void clearComparison() override;
 
 private:
-  /// What the check of the job says of the values that are shown.
+  /// Runs the job's check on the values shown.
   void checkAnswer();
   void showDifferences(const Findings& found);
   void reloadGrid();
   void checkContracts();
 
   ContractGrid contracts_;
-  CheckStatus answer_ = CheckStatus::Clean;         ///< of the check
-  CheckStatus contractAnswer_ = CheckStatus::Clean; ///< what its contracts make of it
-  bool moveContracts_ = false;                      ///< the contracts that came with it follow its new number
+  CheckStatus answer_ = CheckStatus::Clean;         ///< result of the check
+  CheckStatus contractAnswer_ = CheckStatus::Clean; ///< result of the check of its contracts
+  bool moveContracts_ = false;                      ///< its contracts get its new number
 };
 
 } // namespace qx

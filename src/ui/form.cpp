@@ -112,7 +112,7 @@ void Form::mark(std::string_view name, CheckStatus severity, std::string message
   controls_[*index].message = severity == CheckStatus::Clean ? std::string() : std::move(message);
 }
 
-void Form::settle() {
+void Form::markSaved() {
   for (std::size_t index = 0; index < controls_.size(); ++index) stored_[index] = controls_[index].text;
 }
 

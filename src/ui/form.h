@@ -68,7 +68,7 @@ protected:
   /// Shows a picture with its message beside the control; clean clears it.
   void mark(std::string_view name, CheckStatus severity, std::string message = {});
   /// Marks the current values as saved.
-  void settle();
+  void markSaved();
   /// The text of a control as last loaded or saved.
   const std::string& storedText(std::size_t index) const { return stored_[index]; }
   void setReadOnly(bool readOnly);

@@ -62,7 +62,7 @@ bool JobDialogPresenter::load(std::string_view jobId) {
   for (const ControlSpec* spec : specs())
     if (!spec->column.empty()) at(spec->name).text = editedText(spec->kind, loaded(ColumnName(spec->column)));
   trying("Prüfen des Vorgangs", [this] { fill(); });
-  settle();
+  markSaved();
   setReadOnly(isDone(jobType()));
   return true;
 }
@@ -96,7 +96,7 @@ void JobDialogPresenter::leave(std::size_t index) {
   trying(specs()[index]->name, [&] { check(specs()[index]->name); });
 }
 
-/// Numbers and dates take their usual form.
+/// Writes numbers and dates in their usual form.
 void JobDialogPresenter::normalise(std::size_t index) {
   const std::string typed(trimBlanks(control(index).text));
   const std::string usual = respelt(specs()[index]->kind, typed);
@@ -136,7 +136,7 @@ bool JobDialogPresenter::save() {
   return true;
 }
 
-/// A lock that was taken away may be another user's by now, whose run reads what would be saved here.
+/// Another user may have taken over the lock, and their run would read what is saved here.
 bool JobDialogPresenter::stillLocked() {
   const auto wait = makeWait(context_.wait);
   if (engine().importLock().confirm(wait.get()).state != LockState::Refused) return true;
@@ -146,7 +146,7 @@ bool JobDialogPresenter::stillLocked() {
 
 bool JobDialogPresenter::edit(std::string_view& failure, const std::function<void()>& work) {
   const auto loss = [&](const std::exception& error) {
-    if (const auto* lost = dynamic_cast<const JobChangedError*>(&error)) return tellLoss(*lost);
+    if (const auto* lost = dynamic_cast<const JobChangedError*>(&error)) return showLoss(*lost);
     notice_ = std::string(failure) + ": " + germanCause(error);
     showMessage(environment(), {std::string(failure), std::string(defaultTitle), MessageIcon::Critical});
   };
@@ -155,7 +155,7 @@ bool JobDialogPresenter::edit(std::string_view& failure, const std::function<voi
       [&] { editing_.edit(job_, work, makeWait(context_.wait).get()); }, loss);
 }
 
-void JobDialogPresenter::tellLoss(const JobChangedError& error) {
+void JobDialogPresenter::showLoss(const JobChangedError& error) {
   loss_ = error.gone() ? JobLoss::Gone : JobLoss::Changed;
   if (!error.gone()) {
     notice_ = changedNotice;
@@ -169,7 +169,7 @@ void JobDialogPresenter::tellLoss(const JobChangedError& error) {
 void JobDialogPresenter::checkMore(std::size_t count) {
   if (kind_.checks == nullptr) return;
   kind_.checks->checkMore(count);
-  if (const std::string failure = kind_.checks->failure(); !failure.empty()) tellUnchecked(failure);
+  if (const std::string failure = kind_.checks->failure(); !failure.empty()) showUnchecked(failure);
 }
 
 bool JobDialogPresenter::erase() {
@@ -224,7 +224,7 @@ void JobDialogPresenter::reportFailure(bool counts) {
 
 bool JobDialogPresenter::trying(std::string_view where, const std::function<void()>& step) {
   return !trapped(environment().diagnostics, {where, jobId()}, step,
-                  [this](const std::exception& error) { tellUnchecked(germanCause(error)); });
+                  [this](const std::exception& error) { showUnchecked(germanCause(error)); });
 }
 
 void JobDialogPresenter::checking(std::string_view name, const std::function<void()>& check) {
@@ -234,7 +234,7 @@ void JobDialogPresenter::checking(std::string_view name, const std::function<voi
     outstanding_.emplace(name);
 }
 
-void JobDialogPresenter::tellUnchecked(const std::string& cause) {
+void JobDialogPresenter::showUnchecked(const std::string& cause) {
   notice_ = "Die Prüfung ist nicht möglich: " + cause;
 }
 

@@ -27,36 +27,36 @@ class AddressDialogPresenter;
 class AddressPart {
 public:
   virtual ~AddressPart() = default;
-  /// The editor of both, made on what is shown now. Hand it back to `takeAddresses` when the clerk agrees.
+  /// An editor for both, with the values shown now. Pass it to `takeAddresses` when the clerk confirms.
   virtual std::unique_ptr<AddressDialogPresenter> addresses() = 0;
   virtual void takeAddresses(const AddressDialogPresenter& edited) = 0;
-  /// Whose addresses the lookup of this control lists; "" for any other lookup.
+  /// The customer whose addresses the lookup of this control lists; "" for any other lookup.
   virtual std::string lookupContext(std::string_view control) const = 0;
 };
 
-/// What a kind of dialog is and which parts it has.
+/// Describes a kind of dialog and its parts.
 struct JobDialogKind {
   std::string_view cancelButton{};          ///< object name of the button that closes without saving
   std::string_view boxTitle = defaultTitle; ///< of a box that shows the message of a picture
-  bool offersRelease = true;                ///< a parked job goes on by a release only
+  bool offersRelease = true;                ///< a parked job can be released
   bool erases = false;                      ///< the dialog can delete its job
   JobGrid* grid = nullptr;                  ///< contracts of a customer, positions of an order
   std::function<void()> reloadGrid{};       ///< reads its rows again; may raise
-  StepwiseChecks* checks = nullptr;         ///< those of its rows
+  StepwiseChecks* checks = nullptr;         ///< checks of its rows
   AddressPart* addresses = nullptr;
 };
 
-/// What has become of a job since its dialog read it, as far as saving has shown.
+/// What has happened to a job since its dialog read it, as far as saving has revealed.
 enum class JobLoss : std::uint8_t {
   None,
-  Changed, ///< another program has changed it: what the clerk typed fits no longer
-  Gone,    ///< it is no longer there
+  Changed, ///< another program has changed it, so the input no longer fits
+  Gone,    ///< it no longer exists
 };
 
 /// The dialog of one staged job.
 ///
-/// Nothing is written before `save`, which stores onto the job as it was read only. Members do not raise:
-/// what fails is told to the diagnostics and stands in `notice`; what the clerk typed stays.
+/// Nothing is written before `save`, which refuses to overwrite a job that has changed since it was read.
+/// Members do not raise: failures are reported to the diagnostics and shown in `notice`; the input is kept.
 class JobDialogPresenter : public Form {
 public:
   JobDialogPresenter(const DialogContext& context, JobDialogKind kind);
@@ -74,45 +74,44 @@ public:
   const JobDialogKind& kind() const { return kind_; }
   /// Why nothing may be changed, on one line; empty when it may.
   std::string readOnlyReason() const;
-  /// One line on what went wrong last; empty otherwise.
+  /// The last failure on one line; empty without one.
   const std::string& notice() const { return notice_; }
   /// Worst first.
   std::vector<ListedFinding> findings() const { return findings_.sorted(); }
-  /// The answer of the job's check to what is shown; null while a check is outstanding, for nobody knows it
-  /// then.
+  /// The status that the job's check gives for the values shown; null while a check is outstanding.
   virtual std::optional<CheckStatus> verdict() const;
-  /// Whether the release is worth offering: there are findings, or the job stands at a warning or an error.
+  /// Whether to offer the release: there are findings, or the job is parked.
   bool canRelease() const;
-  /// The next run takes the job whatever the check finds.
+  /// Whether the next run processes the job regardless of findings.
   bool released() const;
   void release(bool on);
 
-  /// Rows of the grid that are still to be checked.
+  /// The number of rows of the grid that are still to be checked.
   std::size_t checksLeft() const { return kind_.checks == nullptr ? 0 : kind_.checks->checksLeft(); }
   /// Checks up to `count` further rows.
   void checkMore(std::size_t count);
-  /// The dialog of a row's own job was closed: the grid shows what that one has saved.
+  /// To be called when the dialog of a row's job was closed: reads the rows again.
   void detailsClosed();
-  /// The installation's own mode, with fields and columns of its own.
+  /// Whether customer-specific fields and columns are shown.
   bool customerSpecific() const { return customerSpecific_; }
 
   void leave(std::size_t index) override;
   bool lookUp(std::size_t index) override;
 
-  /// Runs the checks that are left. False when there are findings now that are not among those that the clerk
-  /// has seen; `notice` says so.
+  /// Runs the remaining checks. False when there are findings that the clerk has not seen yet; `notice` says
+  /// so.
   bool nothingNewSince(const std::vector<ListedFinding>& seen);
-  /// Writes the job. False when it could not be written; the message was shown then and the input stays.
+  /// Writes the job. False when it could not be written; a message has been shown and the input is kept.
   bool save();
   JobLoss loss() const { return loss_; }
-  /// The clerk wants to see the job as another program has left it.
+  /// Whether the clerk wants to read the job again as another program has left it.
   bool readAnewAsked() const { return readAnewAsked_; }
   bool canErase() const { return kind_.erases && !readOnly(); }
-  /// Deletes the job after a question. True when it is gone.
+  /// Asks and then deletes the job. True when it was deleted.
   bool erase();
 
 protected:
-  /// @name What the kinds of dialog fill in; all of it may raise.
+  /// @name Implemented by the kinds of dialog; all may raise.
   /// @{
   virtual bool isDone(std::int16_t jobType) const = 0;
   /// The header row of the job.
@@ -121,52 +120,52 @@ protected:
   virtual void fill() = 0;
   /// Runs the checks of one control, each by `checking`.
   virtual void check(std::string_view control) = 0;
-  /// Puts what a lookup gave into the controls; their checks run afterwards.
+  /// Puts the chosen values of a lookup into the controls and checks them.
   virtual void takeLookup(std::string_view control, const std::vector<std::string>& chosen) = 0;
-  /// Makes the checks that are left and asks what is to be asked, before the work of saving begins.
+  /// Makes the remaining checks and asks any questions, before the unit of work of saving begins.
   virtual void prepareSaving() = 0;
-  /// Writes everything. `failure` is what the clerk reads when it raises.
+  /// Writes everything. `failure` is the message for the clerk when it raises.
   virtual void store(std::string_view& failure) = 0;
-  /// What was written counts as stored from now on.
+  /// Called after saving: the values shown are now the stored ones.
   virtual void stored() = 0;
   /// @}
 
-  /// What a column of the job holds, as it was read and is shown.
+  /// The value of a column of the job as it was read.
   virtual Value loaded(ColumnName column) const { return job_.header.at(0, column); }
-  /// The same with what the clerk has typed.
+  /// The same with the clerk's input.
   virtual Value current(ColumnName column) const;
-  /// Every field of the job as it is shown.
+  /// Every field of the job as shown.
   JobFields fields() const {
     return [this](ColumnName column) { return current(column); };
   }
-  /// A finding with a picture beside its control; both go when what it speaks of is fine.
+  /// Lists the finding and shows a picture beside its control, or removes both when `fine`.
   void report(bool fine, Finding finding);
-  /// The same for these rules of a check.
+  /// The same for these rules, of which `found` holds those that are broken.
   void report(const Findings& found, std::initializer_list<Rule> rules);
-  /// Runs a step; a failure is told to the diagnostics and the notice. False then.
+  /// Runs a step. A failure is reported to the diagnostics and in `notice`; false then.
   bool trying(std::string_view where, const std::function<void()>& step);
-  /// The same for a check, which counts as outstanding until it comes to its end.
+  /// The same for a check, which counts as outstanding until it succeeds.
   void checking(std::string_view name, const std::function<void()>& check);
-  /// A check that cannot be made, told to the diagnostics already.
-  void tellUnchecked(const std::string& cause);
-  /// Runs the work as one unit on the job as it was read. A failure is told with the text that `failure`
-  /// then holds. False then.
+  /// Shows that a check cannot be made; the diagnostics know already.
+  void showUnchecked(const std::string& cause);
+  /// Runs the work as one unit if the job is unchanged since it was read. Shows a failure with the text that
+  /// `failure` then holds; false then.
   bool edit(std::string_view& failure, const std::function<void()>& work);
-  /// Lists what an earlier processing wrote into the job.
+  /// Lists the reasons that earlier processing stored in the job.
   void reportFailure(bool counts = false);
-  /// What the controls changed in the columns behind them.
+  /// The changed columns of the controls.
   std::vector<ColumnChange> changes() const;
   /// The value of a control as its column stores it; null for an empty one.
   static Value columnValue(const ControlSpec& spec, const ControlState& control);
-  /// A control whose text is no number or date; null when all can be read.
+  /// A control whose text is not a valid number or date; null when there is none.
   std::optional<std::size_t> unreadable() const;
   const JobEditing& editing() const { return editing_; }
-  /// As it stands in the database.
+  /// As stored in the database.
   const ReadJob& job() const { return job_; }
-  /// The text of a column there.
+  /// The stored text of a column.
   std::string staged(ColumnName column) const { return job_.header.at(0, column).text(); }
 
-  /// Waits for a program that writes. False when the clerk has given up.
+  /// Waits while another program writes. False when the clerk has given up.
   bool awaitDatabase() const { return qx::awaitDatabase(environment(), makeWait(context_.wait).get()); }
   Environment& environment() const { return context_.environment; }
   ImportJobObject2& engine() const { return context_.engine; }
@@ -176,7 +175,7 @@ protected:
 
 private:
   bool stillLocked();
-  void tellLoss(const JobChangedError& error);
+  void showLoss(const JobChangedError& error);
   void normalise(std::size_t index);
 
   DialogContext context_;

@@ -60,10 +60,52 @@ public:
   virtual std::string failure() const = 0;
 };
 
+/// Sets cells, adds and removes rows. Rows and columns are indexes of the grid.
+class GridEditing {
+public:
+  virtual ~GridEditing() = default;
+  /// Whether anything may be changed.
+  virtual bool editable() const = 0;
+  /// The initial text of the cell's editor: the value with all its digits.
+  virtual std::string editText(std::size_t row, std::size_t column) const = 0;
+  /// The items of the unit column: texts and codes.
+  virtual ComboRows units() const = 0;
+  /// Sets a cell and checks its row again. Returns "" when the text was accepted, otherwise why not; the cell
+  /// then keeps its value.
+  virtual std::string edit(std::size_t row, std::size_t column, std::string_view text) = 0;
+  /// Appends an empty row and returns its index.
+  virtual std::size_t addRow() = 0;
+  virtual void removeRow(std::size_t row) = 0;
+  /// Sets cells from tab-separated lines, down and to the right of a cell in the visible editable columns;
+  /// appends rows as needed. Returns "" when every cell was accepted, otherwise which were not.
+  virtual std::string paste(std::size_t row, std::size_t column, std::string_view text) = 0;
+  /// Opens the lookup of a cell (F4) and stores the chosen value. False when there is none or nothing was
+  /// chosen.
+  virtual bool lookUp(std::size_t row, std::size_t column) = 0;
+  /// A form with all fields of a row; changes take effect at once. Must not outlive the row.
+  virtual std::unique_ptr<Form> details(std::size_t row) = 0;
+};
+
+/// A grid whose rows are staged jobs.
+class GridJobs {
+public:
+  virtual ~GridJobs() = default;
+  virtual JobReference jobOf(std::size_t row) const = 0;
+};
+
 /// Rows of cells with 0-based indexes. Columns are indexes into `columns`.
 class JobGrid {
 public:
+  /// The parts that the grid has besides its cells, null for those that it lacks. They outlive it.
+  JobGrid(GridEditing* editing, GridJobs* jobs) : editing_(editing), jobs_(jobs) {}
+  JobGrid(const JobGrid&) = delete;
+  JobGrid& operator=(const JobGrid&) = delete;
   virtual ~JobGrid() = default;
+
+  GridEditing* editing() const { return editing_; }
+  GridJobs* jobs() const { return jobs_; }
+  bool editable() const { return editing_ != nullptr && editing_->editable(); }
+
   /// The object name of the grid.
   virtual std::string_view name() const = 0;
   virtual std::span<const GridColumn> columns() const = 0;
@@ -72,37 +114,13 @@ public:
   /// The row of a position's or job's key; null when there is none.
   virtual std::optional<std::size_t> rowOf(std::string_view item) const = 0;
   /// The header of a row.
-  virtual std::string rowLabel(std::size_t row) const { return std::to_string(row + 1); }
-  /// One line below the grid; empty for none.
-  virtual std::string summary() const { return {}; }
+  virtual std::string rowLabel(std::size_t row) const = 0;
+  /// One line below the grid.
+  virtual std::string summary() const = 0;
 
-  /// Whether cells can be edited and rows added and removed.
-  virtual bool editable() const { return false; }
-  /// The initial text of the cell's editor: the value with all its digits.
-  virtual std::string editText(std::size_t row, std::size_t column) const { return cell(row, column).text; }
-  /// The items of the unit column: texts and codes.
-  virtual ComboRows units() const { return {}; }
-  /// Sets a cell and checks its row again. Returns "" when the text was accepted, otherwise why not; the cell
-  /// then keeps its value.
-  virtual std::string edit(std::size_t /*row*/, std::size_t /*column*/, std::string_view /*text*/) {
-    return {};
-  }
-  /// Appends an empty row and returns its index.
-  virtual std::size_t addRow() { return 0; }
-  virtual void removeRow(std::size_t /*row*/) {}
-  /// Sets cells from tab-separated lines, down and to the right of a cell in the visible editable columns;
-  /// appends rows as needed. Returns "" when every cell was accepted, otherwise which were not.
-  virtual std::string paste(std::size_t /*row*/, std::size_t /*column*/, std::string_view /*text*/) {
-    return {};
-  }
-  /// Opens the lookup of a cell (F4) and stores the chosen value. False when there is none or nothing was
-  /// chosen.
-  virtual bool lookUp(std::size_t /*row*/, std::size_t /*column*/) { return false; }
-  /// A form with all fields of a row, for the details button of rows that open no job; changes take effect at
-  /// once. Null for none; must not outlive the row.
-  virtual std::unique_ptr<Form> details(std::size_t /*row*/) { return nullptr; }
-  /// The staged job that the details button of a row opens; one without a key for none.
-  virtual JobReference detailsOf(std::size_t /*row*/) const { return {}; }
+private:
+  GridEditing* editing_;
+  GridJobs* jobs_;
 };
 
 } // namespace qx

@@ -482,7 +482,7 @@ void JobViewPresenter::purgeByDate() {
 void JobViewPresenter::importChosen() {
   std::optional<std::string> file;
   skip("file choice",
-       [&] { file = environment_.desktop.chooseFile("Vorgänge einlesen", fileFilter, false); });
+       [&] { file = environment_.desktop.chooseFile("Vorgänge einlesen", fileFilter, FileUse::Reading); });
   if (file && !file->empty()) importFile(*file);
 }
 
@@ -520,7 +520,8 @@ std::string JobViewPresenter::readFile(std::string_view file) {
 
 void JobViewPresenter::exportChosen() {
   std::optional<std::string> file;
-  skip("file choice", [&] { file = environment_.desktop.chooseFile("Vorgänge ausgeben", fileFilter, true); });
+  skip("file choice",
+       [&] { file = environment_.desktop.chooseFile("Vorgänge ausgeben", fileFilter, FileUse::Writing); });
   if (!file || file->empty()) return;
   {
     const Busy busy(*this, Work::Files, "Die Datei wird geschrieben...");

@@ -43,7 +43,7 @@ constexpr std::array groups{
     OptionGroup{"Aufträge und Kunden", specialOptions, true},
 };
 
-/// A check box is ticked when the readers of the option take it as on.
+/// A check box is ticked when the option counts as on.
 std::string shownValue(const OptionSpec& option, const std::string& stored) {
   if (!option.isCheck()) return stored;
   const auto state = checkState(option, stored);
@@ -51,7 +51,7 @@ std::string shownValue(const OptionSpec& option, const std::string& stored) {
   return state.value_or(false) ? "1" : "0";
 }
 
-/// A clerk who is shown nothing meanwhile does not wait longer for another program than this.
+/// Without a window that shows the wait, another program is waited for no longer than this.
 class OptionsWait final : public BusyWait {
 public:
   bool goOn(std::chrono::milliseconds waited) override { return waited < std::chrono::seconds(5); }
@@ -115,7 +115,7 @@ void OptionsDialogPresenter::followCostAssignment() {
   const OptionField* const assignment = field(option::costAssignment.control);
   for (OptionField& creation : fields_) {
     if (creation.option != &option::createCosts) continue;
-    // Whether an assignment that could not be read allows it, nobody knows.
+    // Without the assignment it is unknown whether this is allowed.
     creation.readable = creation.readable && assignment->readable;
     creation.enabled = creation.readable && assignment->checked();
     if (creation.readable && !assignment->checked()) creation.value = "0";
@@ -140,7 +140,7 @@ bool OptionsDialogPresenter::close(BusyWait* wait) {
   return true;
 }
 
-/// Of the fields that would be written; the first that is none is told.
+/// Checks the fields to be written and reports the first that is invalid.
 bool OptionsDialogPresenter::numbersAreReadable() {
   wrongControl_ = {};
   for (const OptionField& held : fields_) {
@@ -162,15 +162,15 @@ bool OptionsDialogPresenter::numbersAreReadable() {
   return true;
 }
 
-/// What was not touched keeps its text, whatever it is. Only the first confirmation also stores what has
-/// never been stored.
+/// An untouched field keeps its stored text. Only the first confirmation also stores what has never been
+/// stored.
 bool OptionsDialogPresenter::mustBeWritten(const OptionField& held) const {
   return held.readable && (held.value != held.loaded || (!confirmed_ && held.absent));
 }
 
 void OptionsDialogPresenter::saveShared(BusyWait* wait) {
   const auto isShared = [](const OptionField& held) { return !held.option->isLocal(); };
-  // A first start is over only when the shared options were there to be confirmed.
+  // The first start only ends when the shared options could be confirmed.
   const bool confirms =
       std::ranges::all_of(fields_, [&](const OptionField& held) { return held.readable || !isShared(held); });
   if (!confirms && std::ranges::none_of(fields_, [&](const OptionField& held) {

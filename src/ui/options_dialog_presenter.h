@@ -12,20 +12,20 @@
 
 namespace qx {
 
-/// Options that stand together under a heading.
+/// Options grouped under a heading.
 struct OptionGroup {
   std::string_view caption;
   std::span<const OptionSpec* const> options;
   bool customerSpecific = false; ///< on the second page
 };
 
-/// The groups from top to bottom; together they hold every control once.
+/// The groups from top to bottom; each control is in exactly one.
 std::span<const OptionGroup> optionGroups();
 
-/// One control with what it carries.
+/// One control and its value.
 struct OptionField {
   const OptionSpec* option = nullptr;
-  std::string value; ///< of a check box "1" or "0", or "" for one of three states that is not set
+  std::string value; ///< of a check box "1" or "0", or "" for an unset one with three states
   bool enabled = true;
   bool readable = true; ///< false when the store could not be read: shown disabled and never written
   std::string loaded;   ///< the value as it was read
@@ -35,27 +35,27 @@ struct OptionField {
   bool checked() const { return value == "1"; }
 };
 
-/// Opened with `load`, ended with `close`, which saves unless `cancel` came before. A setting that is refused
-/// is told to the diagnostics and skipped.
+/// Opened with `load`, ended with `close`, which saves unless `cancel` was called before. A setting that the
+/// store refuses is reported to the diagnostics and skipped.
 class OptionsDialogPresenter {
 public:
   explicit OptionsDialogPresenter(Environment& environment)
       : environment_(environment), settings_(environment) {}
 
-  /// Reads every option that is shown. Without customer-specific mode those of the second page are neither
-  /// read nor, later, written.
+  /// Reads every option that is shown. Without customer-specific mode the second page is neither read nor
+  /// written.
   void load();
   bool customerSpecific() const { return customerSpecific_; }
   /// In the order of loading and saving.
   const std::vector<OptionField>& fields() const { return fields_; }
   /// The field of a control; null for one that is not shown.
   const OptionField* field(std::string_view control) const;
-  /// Tells which options cannot be changed because they could not be read; empty when all could.
+  /// A line about options that could not be read and therefore cannot be changed; empty without any.
   std::string notice() const;
 
   /// The clerk ticks or unticks; other fields may change with it. Does nothing for a disabled control.
   void check(std::string_view control, bool on);
-  /// The clerk leaves a box of three states open: the option is not set.
+  /// Unsets an option with three states.
   void unset(std::string_view control);
   void type(std::string_view control, std::string_view text);
 

@@ -1,14 +1,13 @@
 #include "ui/order_dialog_presenter.h"
 
 #include "model/date.h"
-#include "model/text.h"
-#include "platform/whole_number.h"
 #include "rules/address_fields.h"
 #include "settings/settings.h"
 #include "ui/shared_controls.h"
 
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <span>
 #include <utility>
 
@@ -46,7 +45,7 @@ constexpr std::array orderGroups{ControlGroup{"Kunde", orderCustomerControls},
                                  ControlGroup{"Bemerkung", shared::noteControls},
                                  ControlGroup{"Individuell", individualControls}};
 
-/// A line of an address that an order's dialog compares with the customer master, and the rule that it
+/// A line of an address that the dialog compares with the customer master, and the rule that a difference
 /// breaks.
 struct ComparedLine {
   std::string Adresse::*line;
@@ -78,13 +77,13 @@ bool OrderDialogPresenter::changed() const {
 void OrderDialogPresenter::fill() {
   own_ = addressOf(mainAddress, [this](ColumnName column) { return staged(column); });
   receivedOn_ = staged("Eingangsdatum");
-  // First, so that they are there whatever the checks meet.
+  // First, so that the positions are shown even if checks fail.
   loadPositions();
-  // A text that stands in a waiting order counts for its check, what a parked one was refused for does not.
+  // An existing text counts for a waiting order; in a parked one it is the result of an earlier check.
   checkHeader(stateOf(jobType()) == JobState::Waiting);
   checkRules();
   positions_.checkCount();
-  // A usual order is checked at once, a long one while the clerk looks at it.
+  // Checks a usual order at once; the rest of a long one follows while the dialog is open.
   checkMore(50);
 }
 
@@ -112,7 +111,7 @@ void OrderDialogPresenter::check(std::string_view control) {
 
 void OrderDialogPresenter::checkRules() {
   for (const HeaderRule& rule : headerRules()) {
-    if (rule.atControl) continue;
+    if (rule.withControl) continue;
     checking(terms(rule.rules.front()).code, [&] {
       std::optional<Finding> found;
       try {
@@ -126,23 +125,14 @@ void OrderDialogPresenter::checkRules() {
   }
 }
 
-void OrderDialogPresenter::reportUnknownCustomer(const std::string& number) {
-  at("txtKundennummer").description = own_.Bez1;
-  report(false, Finding(Rule::OrderCustomer, number));
+std::optional<Finding> OrderDialogPresenter::unknownCustomer() const {
+  return headerRule(Rule::OrderCustomer).broken(master_, fields());
 }
 
 Findings OrderDialogPresenter::addressKeys() const {
-  const std::string own = text("txtKundennummer");
   Findings found;
-  for (const auto& [address, unknown] :
-       {std::pair{&deliveryAddress, Rule::OrderDelivery}, std::pair{&invoiceAddress, Rule::OrderInvoice}}) {
-    const std::string given = current(address->customer).text();
-    const std::string number = current(address->number).text();
-    // Of the order's customer himself another rule speaks.
-    const bool himself = number.empty() && (given.empty() || equalCodes(given, own));
-    if (!himself && !storedAddresses().KundeAngelegt(given.empty() ? own : given, number))
-      found.add(Finding(unknown, given));
-  }
+  for (const Rule rule : {Rule::OrderDelivery, Rule::OrderInvoice})
+    if (auto unknown = headerRule(rule).broken(master_, fields())) found.add(std::move(*unknown));
   return found;
 }
 
@@ -153,7 +143,7 @@ void OrderDialogPresenter::compareCustomer(const Adresse& stored) {
   if (customerSpecific()) checkCustomerCodes();
   if (divers) return;
   for (const ComparedLine& line : comparedLines) {
-    // A line that the order does not give means the customer's.
+    // An empty line of the order means the customer's.
     const std::string& given = own_.*line.line;
     const bool equal = given.empty() || given == stored.*line.line;
     findings_.report(equal, Finding(line.rule, given, stored.*line.line));
@@ -166,7 +156,7 @@ void OrderDialogPresenter::clearComparison() {
   findings_.clear(Rule::CustomersPaymentMethod);
 }
 
-/// The methods that the customer has in the master.
+/// Checks the customer's own shipping and payment method.
 void OrderDialogPresenter::checkCustomerCodes() {
   const std::string customer = text("txtKundennummer");
   const auto checkOne = [&](Rule rule, std::string_view field, const std::string& method) {
@@ -191,7 +181,7 @@ void OrderDialogPresenter::store(std::string_view& failure) {
 
 void OrderDialogPresenter::stored() {
   AddressedJobDialogPresenter::stored();
-  positions_.settle();
+  positions_.markSaved();
 }
 
 } // namespace qx

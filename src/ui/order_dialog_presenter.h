@@ -25,20 +25,21 @@ protected:
   void prepareSaving() override { checkMore(checksLeft()); }
   void store(std::string_view& failure) override;
   void stored() override;
-  void reportUnknownCustomer(const std::string& number) override;
+  std::optional<Finding> unknownCustomer() const override;
+  std::string unknownCustomerName() const override { return own_.Bez1; }
   void compareCustomer(const Adresse& stored) override;
   void clearComparison() override;
 
 private:
   void checkCustomerCodes();
-  /// What the check says of the order beyond its codes, addresses and positions.
+  /// Makes the checks of the header that belong to no control.
   void checkRules();
   void loadPositions();
 
   OrderOptions options_;
   OrderMaster master_;
   PositionGrid positions_;
-  Adresse own_; ///< the address that the order itself gives
+  Adresse own_; ///< the address given in the order
   std::string receivedOn_;
 };
 

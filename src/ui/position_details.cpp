@@ -44,7 +44,7 @@ PositionDetails::PositionDetails(PositionGrid& grid, std::size_t row, bool readO
   units.setRowSource(grid.units());
   units.hideColumn(1);
   show();
-  settle();
+  markSaved();
   setReadOnly(readOnly);
 }
 

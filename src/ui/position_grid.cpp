@@ -90,7 +90,7 @@ void PositionGrid::checkMore(std::size_t count) {
     checkRow(row);
     --count;
   }
-  // Keys that no row has any more cannot be checked.
+  // What remains are keys of rows that no longer exist.
   if (count > 0) unchecked_.clear();
 }
 
@@ -102,11 +102,11 @@ void PositionGrid::checkRow(std::size_t row) {
   const JobFields position = fieldsOf(positions_, row);
   OrderFacts order(environment_, *prices_, context_.customer, context_.date);
   PositionFacts& facts = order.of(position);
-  // A component that there is not is a finding, not a check that is outstanding.
+  // A missing component is a finding, not an outstanding check.
   if (trapped(environment_.diagnostics, {"price component", jobId_}, [this] { prices_->get(); }))
     facts.failPrice();
-  // A check that fails keeps the others of the position from nothing. Findings of one severity are listed in
-  // the order of arrival, the article first.
+  // A failing check does not prevent the others. In reverse order, since findings of equal severity are
+  // listed as they arrive and the article should come first.
   const auto rules = positionRules();
   for (std::size_t i = rules.size(); i-- > 0;) {
     const PositionRule& rule = rules[i];
@@ -220,7 +220,7 @@ std::string PositionGrid::set(std::size_t row, ColumnName column, ControlKind ki
   if (!reason.empty()) return reason;
   if (kind == ControlKind::Check) value = Value(parseGermanBoolean(typed).value_or(false));
   positions_.set(row, column, std::move(value));
-  // What was to be delivered and invoiced in full still is.
+  // Quantities that were to be delivered or invoiced in full follow.
   if (column == "Menge")
     for (const ColumnName follower : {ColumnName("Auslieferungsmenge"), ColumnName("Fakturiermenge")})
       if (positions_.at(row, follower).number() == before.number())

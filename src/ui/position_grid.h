@@ -22,25 +22,25 @@
 
 namespace qx {
 
-/// On what the checks of the positions depend.
+/// What the checks of the positions depend on.
 struct PositionContext {
   std::string customer;
   std::optional<Date> date; ///< of the order; null when it cannot be read
   bool readOnly = false;
-  ReadyFlags ready; ///< of a position that is added
+  ReadyFlags ready; ///< of an added position
 };
 
 /// The positions in the order of their numbers, each checked against stock, cost assignment and price.
-/// Findings go to the dialog's list under the key of their position.
-class PositionGrid final : public JobGrid, public StepwiseChecks {
+/// Findings are added to the dialog's list under the key of their position.
+class PositionGrid final : public JobGrid, public GridEditing, public StepwiseChecks {
 public:
   PositionGrid(const DialogContext& context, const OrderMaster& master, FindingList& findings)
-      : environment_(context.environment), master_(master), lookups_(context.lookups), findings_(findings),
-        prices_(std::in_place, context.environment) {}
+      : JobGrid(this, nullptr), environment_(context.environment), master_(master), lookups_(context.lookups),
+        findings_(findings), prices_(std::in_place, context.environment) {}
 
-  /// Takes the positions of a job; all of them, and their number, are still to be checked.
+  /// Replaces the positions by those of a job; they, and their number, have yet to be checked.
   void load(std::string_view jobId, StagedRows positions, ComboRows units, PositionContext context);
-  /// Another customer has other prices: every position is to be checked again.
+  /// Every position must be checked again if the customer, and with it the prices, changes.
   void setCustomer(std::string_view customer);
   std::size_t checksLeft() const override { return unchecked_.size(); }
   void checkMore(std::size_t count) override;
@@ -49,7 +49,7 @@ public:
 
   const StagedRows& positions() const { return positions_; }
   bool changed() const { return !(positions_ == stored_); }
-  void settle() { stored_ = positions_; }
+  void markSaved() { stored_ = positions_; }
 
   std::string_view name() const override { return "TDBGrid1"; }
   std::span<const GridColumn> columns() const override;
@@ -70,7 +70,7 @@ public:
   bool lookUp(std::size_t row, std::size_t column) override;
   std::unique_ptr<Form> details(std::size_t row) override;
 
-  /// The value of any column of a row, as `editText` writes it.
+  /// The value of any column of a row, in the form of `editText`.
   std::string value(std::size_t row, ColumnName column, ControlKind kind) const;
   /// Sets any column of a row and checks the row again; otherwise like `edit`.
   std::string setValue(std::size_t row, ColumnName column, ControlKind kind, std::string_view text);
@@ -93,11 +93,11 @@ private:
   std::string childOf(std::size_t row) const { return positions_.at(row, "ChildID").text(); }
   bool customerSpecific() const { return master_.options.customerSpecific; }
   void checkRow(std::size_t row);
-  /// Sets a column, and what follows it, whichever way the value came; empty, or why it cannot stand there.
+  /// Sets a column and those that follow it. Empty when accepted, otherwise why not.
   std::string set(std::size_t row, ColumnName column, ControlKind kind, std::string_view text);
-  /// Reads a number that was typed into `value`; empty, or why it cannot stand in the column.
+  /// Reads a typed number into `value`. Empty when the column accepts it, otherwise why not.
   std::string readNumber(std::size_t row, ColumnName column, const std::string& typed, Value& value) const;
-  /// Why a number cannot stand in a column with rules of its own; empty when it can.
+  /// Why a column with rules of its own does not accept the number; empty when it does.
   std::string refusal(std::size_t row, ColumnName column, double number) const;
 
   Environment& environment_;
@@ -109,11 +109,11 @@ private:
   StagedRows positions_;
   StagedRows stored_;
   ComboRows units_;
-  std::optional<PriceComponent> prices_; ///< anew for each job
+  std::optional<PriceComponent> prices_; ///< a new one for each job
   std::map<std::string, double> found_;  ///< prices by `ChildID`
   std::set<std::string> unchecked_;      ///< by `ChildID`
-  std::set<std::string> failed_;         ///< positions with a check that could not be made, by `ChildID`
-  std::set<std::string> told_;           ///< failures that the diagnostics know
+  std::set<std::string> failed_;         ///< positions with a check that could not be made; by `ChildID`
+  std::set<std::string> told_;           ///< failures already reported to the diagnostics
   std::string failure_;
 };
 

@@ -86,7 +86,7 @@ TEST(ConsoleDesktop, NeverAgreesAndNeverChoosesAFile) {
   RecordingDiagnostics diagnostics;
   ConsoleDesktop desktop(output, diagnostics);
   EXPECT_FALSE(desktop.ask({"Job löschen?", "Löschen"}));
-  EXPECT_FALSE(desktop.chooseFile("Export", "EDI (*.edi)|*.edi", true));
+  EXPECT_FALSE(desktop.chooseFile("Export", "EDI (*.edi)|*.edi", FileUse::Writing));
   EXPECT_TRUE(output.str().starts_with("Löschen: Job löschen?")) << output.str();
   EXPECT_EQ(std::ranges::count(output.str(), '\n'), 2) << "both are told";
   EXPECT_EQ(diagnostics.entries.size(), 2U);

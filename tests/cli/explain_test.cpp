@@ -9,7 +9,7 @@ class Explained : public ProgramTest {};
 TEST_F(Explained, AValueWithLineBreaksForgesNoFinding) {
   const std::string value = "A'\r\nVertreter1: '007' ist nicht angelegt.";
   Json staged{{"type", "Kunde"}, {"JobID", "K1"}, {"Kundennummer", "1"}, {"Kundengruppe", value}};
-  ASSERT_EQ(stage(staged.dump()).status, 0);
+  mustStage(staged.dump());
   const Json job = run({"check", "--json"}).json()["jobs"][0];
   ASSERT_EQ(job["findings"].size(), 1U);
   EXPECT_EQ(job["findings"][0], "Kundengruppe: '" + value + "' ist nicht angelegt.");
@@ -31,14 +31,12 @@ TEST_F(Explained, AValueWithLineBreaksForgesNoFinding) {
 }
 
 TEST_F(Explained, AFailedJobNamesRuleFieldAndPosition) {
-  erp.execute(sql("Insert Into Kundenstamm (Kundennummer, Bez1) Values ('1', 'Kontor')"_sql));
-  ASSERT_EQ(stage(R"([{"type":"Kunde","JobID":"K1","Kundennummer":"2","Währung":"XTS","Vertreter2":"77"},
+  erp.execute("Insert Into Kundenstamm (Kundennummer, Bez1) Values ('1', 'Kontor')"_sql);
+  mustStage(R"([{"type":"Kunde","JobID":"K1","Kundennummer":"2","Währung":"XTS","Vertreter2":"77"},
                       {"type":"Vertrag","JobID":"V1","Kundennummer":"9","Zustand":"I"},
                       {"type":"Auftrag","JobID":"A1","Kundennummer":"1","Positionen":
-                       [{"ChildID":"P1","Positionsnummer":1,"Artikelnummer":"A9","Menge":1}]}])")
-                .status,
-            0);
-  erp.execute(sql("Update ImportKopf Set Eingangsdatum = '31.02.2026' Where JobID = 'A1'"_sql));
+                       [{"ChildID":"P1","Positionsnummer":1,"Artikelnummer":"A9","Menge":1}]}])");
+  erp.execute("Update ImportKopf Set Eingangsdatum = '31.02.2026' Where JobID = 'A1'"_sql);
   const Json jobs = run({"process", "--json", "--unevaluated"}).json()["jobs"];
   const auto brief = [&](std::size_t job) {
     std::vector<std::string> codes;
@@ -83,8 +81,8 @@ TEST_F(Explained, AJobGivesItsFindingsWithValuesAndTheReasonsOfItsLastRun) {
   ASSERT_EQ(
       stage(R"({"type":"Kunde","JobID":"K1","Kundennummer":"1","Kundengruppe":"NEU","Land":"FR"})").status,
       0);
-  erp.execute(sql("Update ImportKopf Set JobType = 12, Fehlertext = '"_sql,
-                  value("Die Währung: 'XTS' ist nicht angelegt."), "'"_sql));
+  erp.execute("Update ImportKopf Set JobType = 12, Fehlertext = '"_sql,
+              value("Die Währung: 'XTS' ist nicht angelegt."), "'"_sql);
   EXPECT_EQ(
       run({"explain", "K1"}).output,
       "Kunden 1  K1\n"

@@ -31,12 +31,12 @@ protected:
     job.Ort = "Celle";
     writeStaged(connection, static_cast<const KundeFields&>(job));
   }
-  std::int64_t done() { return erp.count(sql("Select Count(*) From ImportKopf Where JobType = 13"_sql)); }
+  std::int64_t done() { return erp.count("Select Count(*) From ImportKopf Where JobType = 13"_sql); }
 };
 
 TEST_F(Faults, AFullDiskBreaksARunOffAndARerunCompletesIt) {
   stageCustomers(3000);
-  erp.connection().execute(sql("PRAGMA wal_checkpoint(TRUNCATE)"_sql));
+  erp.execute("PRAGMA wal_checkpoint(TRUNCATE)"_sql);
   const auto size = std::filesystem::file_size(erp.file);
   ProgramResult result;
   {
@@ -50,13 +50,13 @@ TEST_F(Faults, AFullDiskBreaksARunOffAndARerunCompletesIt) {
   EXPECT_LT(done(), 3000);
   EXPECT_EQ(run({"process", "--json"}).status, 0);
   EXPECT_EQ(done(), 3000);
-  EXPECT_EQ(erp.count(sql("Select Count(*) From Kundenstamm"_sql)), 3000);
-  EXPECT_EQ(erp.count(sql("Select Count(*) From Protokollpositionen"_sql)), 3000);
+  EXPECT_EQ(erp.count("Select Count(*) From Kundenstamm"_sql), 3000);
+  EXPECT_EQ(erp.count("Select Count(*) From Protokollpositionen"_sql), 3000);
 }
 
 TEST_F(Faults, AMissingTableEndsWithFourAndIsNamed) {
-  erp.execute(sql("DROP TABLE ImportPos"_sql));
-  erp.execute(sql("DROP TABLE ImportKopf"_sql));
+  erp.execute("DROP TABLE ImportPos"_sql);
+  erp.execute("DROP TABLE ImportKopf"_sql);
   for (const char* command : {"process", "list", "check"}) {
     const ProgramResult result = run({command, "--json"});
     EXPECT_EQ(result.status, 4) << command;
@@ -67,7 +67,7 @@ TEST_F(Faults, AMissingTableEndsWithFourAndIsNamed) {
 TEST_F(Faults, AFileThatMayNotBeWrittenIsReadAndNotProcessed) {
   namespace fs = std::filesystem;
   ASSERT_EQ(stage(R"({"type":"Kunde","JobID":"K","Kundennummer":"K1","Versandart":"DROHNE"})").status, 0);
-  erp.connection().execute(sql("PRAGMA wal_checkpoint(TRUNCATE)"_sql));
+  erp.execute("PRAGMA wal_checkpoint(TRUNCATE)"_sql);
   // The program runs as a user without rights to the folder; root would be let through.
   const fs::path folder = erp.folder.path() / "fremd";
   fs::create_directories(folder);
@@ -125,8 +125,8 @@ TEST_F(Faults, ARunBesideAProgramThatStagesAllTheTimeLetsItIn) {
   EXPECT_GE(done(), jobs);
   EXPECT_GT(staged, 10);
   EXPECT_LT(longest.count(), 2000);
-  EXPECT_EQ(erp.count(sql("Select Count(*) From ImportKopf Where JobType = 10"_sql)) + done(), jobs + staged);
-  EXPECT_EQ(erp.count(sql("Select Count(*) From Protokollpositionen"_sql)), done());
+  EXPECT_EQ(erp.count("Select Count(*) From ImportKopf Where JobType = 10"_sql) + done(), jobs + staged);
+  EXPECT_EQ(erp.count("Select Count(*) From Protokollpositionen"_sql), done());
 }
 
 TEST_F(Faults, OfTwoRunsAtOnceOneIsRefused) {
@@ -135,7 +135,7 @@ TEST_F(Faults, OfTwoRunsAtOnceOneIsRefused) {
   const ProgramResult second = [&] {
     ProgramResult result;
     for (int tries = 0; tries < 400; ++tries) {
-      if (erp.count(sql("Select Count(*) From LockControl"_sql)) == 1) return run({"process", "--json"});
+      if (erp.count("Select Count(*) From LockControl"_sql) == 1) return run({"process", "--json"});
       std::this_thread::sleep_for(std::chrono::milliseconds(5));
     }
     return result;
@@ -143,7 +143,7 @@ TEST_F(Faults, OfTwoRunsAtOnceOneIsRefused) {
   const ProgramResult winner = first.wait();
   EXPECT_EQ(second.status, 3) << second.output;
   EXPECT_EQ(winner.status, 0) << winner.messages;
-  EXPECT_EQ(erp.count(sql("Select Count(*) From Protokollpositionen"_sql)), 4000);
+  EXPECT_EQ(erp.count("Select Count(*) From Protokollpositionen"_sql), 4000);
   EXPECT_EQ(done(), 4000);
 }
 

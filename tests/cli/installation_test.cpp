@@ -94,7 +94,7 @@ TEST_F(InstallationOfTheProgram, IsNotAForeignFile) {
 
   // The second one is 3 in its lower 32 bits.
   for (const std::string version : {"99", "4294967299", "alt"}) {
-    erp.execute(sql("Update Schemastand Set Version = '"_sql, value(version), "'"_sql));
+    erp.execute("Update Schemastand Set Version = '"_sql, value(version), "'"_sql);
     for (const char* verb : {"list", "init"}) {
       const ProgramResult newer = run({verb});
       EXPECT_EQ(newer.status, 4) << verb;

@@ -23,10 +23,8 @@ protected:
 };
 
 TEST_F(JobFile, ExportAndImportCarryJobsFromOneDatabaseToAnother) {
-  ASSERT_EQ(stage(R"([{"type":"Kunde","JobID":"K1","Bez1":"Müller €"},
-                      {"type":"Auftrag","JobID":"A1","Positionen":[{"ChildID":"P1","Artikelnummer":"A","Menge":2.5}]}])")
-                .status,
-            0);
+  mustStage(R"([{"type":"Kunde","JobID":"K1","Bez1":"Müller €"},
+                      {"type":"Auftrag","JobID":"A1","Positionen":[{"ChildID":"P1","Artikelnummer":"A","Menge":2.5}]}])");
   setJobType("K1", 44);
   ProgramResult result = run({"export", file("jobs.edi"), "--json"});
   EXPECT_EQ(result.status, 0) << result.messages;
@@ -43,7 +41,7 @@ TEST_F(JobFile, ExportAndImportCarryJobsFromOneDatabaseToAnother) {
 }
 
 TEST_F(JobFile, ImportNamesTheLinesThatItRefusesAndReadsTheRest) {
-  ASSERT_EQ(stage(R"({"type":"Kunde","JobID":"K3"})").status, 0);
+  mustStage(R"({"type":"Kunde","JobID":"K3"})");
   setJobType("K3", 13);
   erp.folder.write("in.edi", banner + customer("K1", "10") + customer("K2", "10", "zehn") +
                                  customer("K3", "10") + customer("K4", "44") + "\"50\";\"K9\";\"P1\"" +
@@ -92,7 +90,7 @@ TEST_F(JobFile, TravelsThroughStandardOutputAndInput) {
 }
 
 TEST_F(JobFile, GoesIntoAPipeThatIsGivenByItsName) {
-  ASSERT_EQ(stage(R"([{"type":"Kunde","JobID":"K1"},{"type":"Kunde","JobID":"K2"}])").status, 0);
+  mustStage(R"([{"type":"Kunde","JobID":"K1"},{"type":"Kunde","JobID":"K2"}])");
   ASSERT_EQ(run({"export", file("jobs.edi")}).status, 0);
   const auto shell = [&](const std::string& command) {
     return std::system(("PATH=/usr/bin:/bin; cd " + erp.folder.path().string() + "; " + command).c_str());
@@ -133,7 +131,7 @@ TEST_F(JobFile, ARecordOfMoreThan16MiBIsRefusedByStageAndNamedByExport) {
   // Two bytes here, one in a job file.
   std::string umlauts;
   for (std::size_t i = 0; i < 12 * mebi; ++i) umlauts += "ä";
-  EXPECT_EQ(stage("{\"type\":\"Kunde\",\"JobID\":\"K1\",\"Bemerkung\":\"" + umlauts + "\"}").status, 0);
+  mustStage("{\"type\":\"Kunde\",\"JobID\":\"K1\",\"Bemerkung\":\"" + umlauts + "\"}");
   const Json refused =
       stage("{\"type\":\"Kunde\",\n\"Bez1\":\"" + half + "\",\n\"Bemerkung\":\"" + half + "\"}").json();
   EXPECT_EQ(refused["error"],
@@ -142,8 +140,8 @@ TEST_F(JobFile, ARecordOfMoreThan16MiBIsRefusedByStageAndNamedByExport) {
   EXPECT_EQ(refused["line"], 3);
   EXPECT_EQ(listed(), std::vector<std::string>{"K1"});
   // Other programs may have stored it.
-  erp.execute(
-      sql("Update ImportKopf Set Bemerkung = '"_sql, value(half), "', Bez1 = '"_sql, value(half), "'"_sql));
+  erp.execute("Update ImportKopf Set Bemerkung = '"_sql, value(half), "', Bez1 = '"_sql, value(half),
+              "'"_sql);
   EXPECT_EQ(run({"export", file("jobs.edi"), "--json"}).json(),
             Json::parse(R"({"jobs":1,"positions":0,"skipped":0,"unreadable":1,"unreadableJobs":["K1"]})"));
   EXPECT_EQ(run({"import", file("jobs.edi")}).output, "line 2  refused: the record is longer than 16 MiB\n0 "
@@ -161,7 +159,7 @@ TEST_F(JobFile, AFullDiskEndsWithFourAndTheCountsAreWhatIsDurable) {
   }
   EXPECT_EQ(result.status, 4);
   EXPECT_TRUE(result.json().contains("error"));
-  EXPECT_EQ(result.json()["jobs"], erp.count(sql("Select Count(*) From ImportKopf"_sql)));
+  EXPECT_EQ(result.json()["jobs"], erp.count("Select Count(*) From ImportKopf"_sql));
   EXPECT_LT(result.json()["jobs"], 12000);
   EXPECT_EQ(run({"import", file("in.edi"), "--json"}).json()["jobs"], 12000);
 
@@ -176,7 +174,7 @@ TEST_F(JobFile, AFullDiskEndsWithFourAndTheCountsAreWhatIsDurable) {
 }
 
 TEST_F(JobFile, ExportsOfTheFirstVersionAreReadWithItsOption) {
-  ASSERT_EQ(stage(R"({"type":"Kunde","JobID":"K1","Bez1":"a;b"})").status, 0);
+  mustStage(R"({"type":"Kunde","JobID":"K1","Bez1":"a;b"})");
   ASSERT_EQ(run({"export", file("a.aim"), "--version1"}).status, 0);
   EXPECT_EQ(run({"import", file("a.aim")}).status, 2);
   ASSERT_EQ(run({"delete", "K1"}).status, 0);
@@ -185,7 +183,7 @@ TEST_F(JobFile, ExportsOfTheFirstVersionAreReadWithItsOption) {
 }
 
 TEST_F(JobFile, JobsThatWillNotReadBackAreNamed) {
-  ASSERT_EQ(stage(R"({"type":"Kunde","JobID":"K1","Bemerkung":"Bitte anrufen; eilt"})").status, 0);
+  mustStage(R"({"type":"Kunde","JobID":"K1","Bemerkung":"Bitte anrufen; eilt"})");
   const ProgramResult result = run({"export", file("out.edi")});
   EXPECT_EQ(result.status, 0);
   EXPECT_EQ(result.output, "cannot be read back unchanged: K1\n1 lines cannot be read back unchanged\n"
@@ -197,7 +195,7 @@ TEST_F(JobFile, JobsThatWillNotReadBackAreNamed) {
 }
 
 TEST_F(JobFile, TheDatabaseIsNoTarget) {
-  ASSERT_EQ(stage(R"({"type":"Kunde","JobID":"K1"})").status, 0);
+  mustStage(R"({"type":"Kunde","JobID":"K1"})");
   erp.folder.write("klar.edi", banner + customer("K2", "10"));
   ASSERT_EQ(run({"scramble", file("klar.edi"), file("wirr.edi")}).status, 0);
   for (const char* name : {"erp.db", "erp.db-wal", "Codetabellen.txt"}) {

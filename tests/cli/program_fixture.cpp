@@ -118,6 +118,11 @@ ProgramResult ProgramTest::stage(std::string_view jobs, std::vector<std::string>
   return run(std::move(options), jobs);
 }
 
+void ProgramTest::mustStage(std::string_view jobs, std::vector<std::string> options) const {
+  const ProgramResult result = stage(jobs, std::move(options));
+  if (result.status != 0) throw std::runtime_error(result.messages);
+}
+
 Json ProgramTest::show(const std::string& jobId) const { return run({"show", jobId, "--json"}).json(); }
 
 std::vector<std::string> ProgramTest::listed(std::vector<std::string> options) const {
@@ -128,8 +133,8 @@ std::vector<std::string> ProgramTest::listed(std::vector<std::string> options) c
 }
 
 void ProgramTest::setJobType(std::string_view jobId, std::int64_t jobType) {
-  erp.execute(sql("Update ImportKopf Set JobType = "_sql, number(jobType), " Where JobID = '"_sql,
-                  value(jobId), "'"_sql));
+  erp.execute("Update ImportKopf Set JobType = "_sql, number(jobType), " Where JobID = '"_sql, value(jobId),
+              "'"_sql);
 }
 
 } // namespace qx

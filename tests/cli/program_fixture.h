@@ -60,6 +60,8 @@ protected:
   /// Runs exactly these arguments.
   ProgramResult runPlain(const std::vector<std::string>& arguments, std::string_view input = {}) const;
   ProgramResult stage(std::string_view jobs, std::vector<std::string> options = {}) const;
+  /// The same for jobs that are accepted; raises otherwise.
+  void mustStage(std::string_view jobs, std::vector<std::string> options = {}) const;
   Json show(const std::string& jobId) const;
   /// The keys of all jobs in the order of the list.
   std::vector<std::string> listed(std::vector<std::string> options = {}) const;

@@ -118,8 +118,8 @@ TEST_F(StagingRefusals, NameLineObjectAndPropertyAndStageNothing) {
     EXPECT_EQ(error["line"], refusal.line);
     EXPECT_EQ(error["field"], refusal.field.empty() ? Json() : Json(refusal.field));
     EXPECT_NE(error["error"].get<std::string>().find(refusal.message), std::string::npos) << error["error"];
-    EXPECT_EQ(erp.count(sql("Select Count(*) From ImportKopf"_sql)), 0);
-    EXPECT_EQ(erp.count(sql("Select Count(*) From ImportPos"_sql)), 0);
+    EXPECT_EQ(erp.count("Select Count(*) From ImportKopf"_sql), 0);
+    EXPECT_EQ(erp.count("Select Count(*) From ImportPos"_sql), 0);
   }
 }
 

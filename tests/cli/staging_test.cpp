@@ -67,8 +67,8 @@ TEST_F(Staging, LeavesTheRowThatTheEntryObjectsLeaveAndNullForWhatIsNotGiven) {
   const auto positions = sql("Select * From ImportPos"_sql);
   const auto expectedHeaders = withoutEmpties(erp.rows(headers));
   const auto expectedPositions = withoutEmpties(withoutKeys(positions));
-  erp.execute(sql("Delete From ImportKopf"_sql));
-  erp.execute(sql("Delete From ImportPos"_sql));
+  erp.execute("Delete From ImportKopf"_sql);
+  erp.execute("Delete From ImportPos"_sql);
 
   const std::string jobs =
       R"({"type":"Kunde","JobID":")" + kunde.JobID +
@@ -76,10 +76,10 @@ TEST_F(Staging, LeavesTheRowThatTheEntryObjectsLeaveAndNullForWhatIsNotGiven) {
       vertrag.JobID + R"(","Menge":2.5,"Intervall":6,"Vertragsende":"999999","IndFild4":"vier"})" +
       R"({"type":"Auftrag","JobID":")" + auftrag.JobID +
       R"(","VS_Strasse":"Weg 1","KostID":7,"Positionen":[{"Positionsnummer":10,"Rabatt":5,"Artikelnummer":"A","Menge":3}]})";
-  ASSERT_EQ(stage(jobs).status, 0);
+  mustStage(jobs);
   EXPECT_EQ(erp.rows(headers), expectedHeaders);
   EXPECT_EQ(withoutKeys(positions), expectedPositions);
-  EXPECT_EQ(erp.text(sql("Select JobID From ImportPos"_sql)), auftrag.JobID);
+  EXPECT_EQ(erp.text("Select JobID From ImportPos"_sql), auftrag.JobID);
 }
 
 TEST_F(Staging, OrderPositionsStartWithTheReadyFlagsOfTheSettings) {
@@ -104,20 +104,17 @@ TEST_F(Staging, OrderPositionsAreNumberedAndTheirQuantitiesFollow) {
   const std::string jobs = R"([{"type":"Auftrag","JobID":"A","Positionen":[
       {"Artikelnummer":"X","Menge":2},{"Artikelnummer":"Y","Menge":3,"Auslieferungsmenge":1,"Fakturiermenge":0}]},
       {"Positionen":[{"Artikelnummer":"Z","Menge":4,"Fakturiermenge":null}],"type":"Auftrag","JobID":"B"}])";
-  ASSERT_EQ(stage(jobs).status, 0);
-  const auto rows =
-      erp.rows(sql("Select JobID || Positionsnummer || Artikelnummer, Menge, Auslieferungsmenge, "
-                   "Fakturiermenge From ImportPos Order By 1"_sql));
+  mustStage(jobs);
+  const auto rows = erp.rows("Select JobID || Positionsnummer || Artikelnummer, Menge, Auslieferungsmenge, "
+                             "Fakturiermenge From ImportPos Order By 1"_sql);
   EXPECT_EQ(rows, (std::vector<std::vector<Value>>{{Value("A1X"), Value(2.0), Value(2.0), Value(2.0)},
                                                    {Value("A2Y"), Value(3.0), Value(1.0), Value(0.0)},
                                                    {Value("B1Z"), Value(4.0), Value(4.0), Value(4.0)}}));
 }
 
 TEST_F(Staging, AContractWithoutAnIntervalLeavesItToTheProcessing) {
-  ASSERT_EQ(stage(R"([{"type":"Vertrag","JobID":"A"},{"type":"Vertrag","JobID":"B","Intervall":null},
-                      {"type":"Vertrag","JobID":"C","Intervall":0}])")
-                .status,
-            0);
+  mustStage(R"([{"type":"Vertrag","JobID":"A"},{"type":"Vertrag","JobID":"B","Intervall":null},
+                      {"type":"Vertrag","JobID":"C","Intervall":0}])");
   EXPECT_EQ(show("A")["Intervall"], Json());
   EXPECT_EQ(show("B")["Intervall"], Json());
   EXPECT_EQ(show("C")["Intervall"], 0);
@@ -130,7 +127,7 @@ TEST_F(Staging, ContractsTakePositionsOpenEndsAndTheCustomerContractCode) {
                       "Vertragsdatum":"12:00:00 AM","Vertragsende":"","type":"Vertrag"})")
           .status,
       0);
-  ASSERT_EQ(stage(R"({"type":"Vertrag","JobType":40,"JobID":"K","Positionen":[]})").status, 0);
+  mustStage(R"({"type":"Vertrag","JobType":40,"JobID":"K","Positionen":[]})");
   EXPECT_EQ(show("K")["JobType"], 40);
   const Json job = show("V");
   EXPECT_EQ(job["JobType"], 20);
@@ -185,12 +182,9 @@ TEST_F(Staging, AwkwardTextsComeBackFromEveryTextProperty) {
 }
 
 TEST_F(Staging, AKnownJobIsReplacedInItsPlace) {
-  ASSERT_EQ(stage(R"([{"type":"Auftrag","JobID":"A","Bez1":"alt","Liefertermin":"1.1.2026",
-                       "Positionen":[{"ChildID":"P1","Artikelnummer":"A","Menge":1},{"ChildID":"P2","Artikelnummer":"A","Menge":1}]},{"type":"Kunde","JobID":"B"}])")
-                .status,
-            0);
-  erp.execute(
-      sql("Update ImportKopf Set ProcessWarning = 1, Info = 'alt', JobType = 32 Where JobID = 'A'"_sql));
+  mustStage(R"([{"type":"Auftrag","JobID":"A","Bez1":"alt","Liefertermin":"1.1.2026",
+                       "Positionen":[{"ChildID":"P1","Artikelnummer":"A","Menge":1},{"ChildID":"P2","Artikelnummer":"A","Menge":1}]},{"type":"Kunde","JobID":"B"}])");
+  erp.execute("Update ImportKopf Set ProcessWarning = 1, Info = 'alt', JobType = 32 Where JobID = 'A'"_sql);
   const ProgramResult again =
       run({"stage", "-"}, R"([{"type":"Kunde","JobID":"C"},{"type":"Kunde","JobID":"A","Bez2":"neu"}])");
   EXPECT_EQ(again.output, "added     C  Kunde\nreplaced  A  Kunde\n2 staged, 0 skipped\n");
@@ -202,14 +196,14 @@ TEST_F(Staging, AKnownJobIsReplacedInItsPlace) {
   EXPECT_EQ(job["Liefertermin"], Json()); // no property of a customer
   EXPECT_EQ(job["Bez1"], Json());
   EXPECT_EQ(job["Bez2"], "neu");
-  EXPECT_EQ(erp.count(sql("Select Count(*) From ImportPos"_sql)), 0);
+  EXPECT_EQ(erp.count("Select Count(*) From ImportPos"_sql), 0);
 }
 
 TEST_F(Staging, APositionKeyMayStandAgainInItsOwnJob) {
   const std::string_view job =
       R"({"type":"Auftrag","JobID":"A","Positionen":[{"ChildID":"P","Artikelnummer":"A","Menge":2}]})";
-  ASSERT_EQ(stage(job).status, 0);
-  EXPECT_EQ(stage(job).status, 0);
+  mustStage(job);
+  mustStage(job);
   EXPECT_EQ(show("A")["Positionen"].size(), 1U);
 }
 
@@ -217,7 +211,7 @@ TEST_F(Staging, DoneJobsAreSkippedUnlessAskedForAgain) {
   const std::string_view jobs =
       R"([{"type":"Kunde","JobID":"A"},{"type":"Auftrag","JobID":"B","Positionen":[{"ChildID":"P","Artikelnummer":"A","Menge":1}]},
           {"type":"Vertrag","JobID":"C","JobType":40},{"type":"Kunde","JobID":"D"}])";
-  ASSERT_EQ(stage(jobs).status, 0);
+  mustStage(jobs);
   setJobType("A", 13);
   setJobType("B", 33);
   setJobType("C", 44);
@@ -243,8 +237,8 @@ TEST_F(Staging, WaitsForAnotherProgramAndSaysSoOnce) {
 }
 
 TEST_F(Staging, AFailureOfTheDatabaseStagesNothing) {
-  erp.execute(sql("Create Trigger Sperre Before Insert On ImportKopf When New.JobID = 'B' Begin Select "
-                  "Raise(Abort, 'gesperrt'); End"_sql));
+  erp.execute("Create Trigger Sperre Before Insert On ImportKopf When New.JobID = 'B' Begin Select "
+              "Raise(Abort, 'gesperrt'); End"_sql);
   const ProgramResult result = stage(R"([{"type":"Kunde","JobID":"A"},{"type":"Kunde","JobID":"B"}])");
   EXPECT_EQ(result.status, 4);
   EXPECT_NE(result.json()["error"].get<std::string>().find("gesperrt"), std::string::npos);
@@ -253,14 +247,14 @@ TEST_F(Staging, AFailureOfTheDatabaseStagesNothing) {
 
 TEST_F(Staging, ARowThatATriggerLeavesOutTakesTheWholeFileBack) {
   for (const char* table : {"ImportKopf", "ImportPos"}) {
-    erp.execute(sql("Create Trigger leave Before Insert On "_sql, name(table),
-                    " When new.JobID = 'B' Begin Select Raise(Ignore); End"_sql));
+    erp.execute("Create Trigger leave Before Insert On "_sql, name(table),
+                " When new.JobID = 'B' Begin Select Raise(Ignore); End"_sql);
     const ProgramResult result = stage(R"([{"type":"Kunde","JobID":"A"},
                   {"type":"Auftrag","JobID":"B","Positionen":[{"ChildID":"P","Artikelnummer":"A","Menge":1}]}])");
     EXPECT_EQ(result.status, 4) << table;
     EXPECT_NE(result.output.find("the database has taken "), std::string::npos) << result.output;
     EXPECT_EQ(listed(), std::vector<std::string>());
-    erp.execute(sql("Drop Trigger leave"_sql));
+    erp.execute("Drop Trigger leave"_sql);
   }
 }
 

@@ -109,13 +109,13 @@ protected:
   /// Stages the page's order and writes it; returns the output of the run.
   ProgramResult write(const Example& example, const std::vector<std::string>& options) {
     runScript(example.box("sql"));
-    EXPECT_EQ(stage(example.box("json")).status, 0);
+    mustStage(example.box("json"));
     std::vector<std::string> arguments = options;
     arguments.emplace_back("process");
     const ProgramResult result = run(arguments);
     EXPECT_EQ(result.status, 0) << result.output << result.messages;
-    EXPECT_EQ(erp.text(sql("Select Fehlertext From ImportKopf"_sql)), "");
-    EXPECT_EQ(erp.count(sql("Select JobType From ImportKopf"_sql)), 33);
+    EXPECT_EQ(erp.text("Select Fehlertext From ImportKopf"_sql), "");
+    EXPECT_EQ(erp.count("Select JobType From ImportKopf"_sql), 33);
     return result;
   }
 
@@ -138,8 +138,7 @@ protected:
     expectTable(example, "Protokollpositionen",
                 sql("Select Zeile, Text0, Text1, Text2, Text3, Text4, Text5, Text6, Text7, Text8, Memo0 From "
                     "Protokollpositionen"_sql));
-    EXPECT_EQ(erp.text(sql("Select ID From Protokollpositionen"_sql)),
-              erp.text(sql("Select ID From Protokolle"_sql)));
+    EXPECT_EQ(erp.text("Select ID From Protokollpositionen"_sql), erp.text("Select ID From Protokolle"_sql));
   }
 };
 
@@ -149,7 +148,7 @@ TEST_F(WorkedExample, IsWrittenAsThePageSays) {
   const ProgramResult result = write(example, {"--user", "weber"});
   EXPECT_THAT(result.messages,
               HasSubstr("Folgende Aufträge enthalten Zahlungsart Nachnahme und wiegen mehr als 28 KG: 5001"));
-  EXPECT_EQ(erp.text(sql("Select Bemerkung From ImportKopf"_sql)), " Auftrag: 5001");
+  EXPECT_EQ(erp.text("Select Bemerkung From ImportKopf"_sql), " Auftrag: 5001");
   expectOrder(example);
   expectTable(example, "Kostenzuordnung", sql("Select * From Kostenzuordnung"_sql));
 }

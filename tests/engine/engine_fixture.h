@@ -10,35 +10,58 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
+#include <initializer_list>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 namespace qx {
 
-class EngineTest : public ::testing::Test {
+/// Properties of a job record, each by its name.
+using Properties = std::vector<erp::Cell>;
+
+inline Properties operator+(Properties first, const Properties& more) {
+  first.insert(first.end(), more.begin(), more.end());
+  return first;
+}
+
+template <class Record, std::size_t N>
+void give(Record& record, const FieldTable<Record, N>& fields, const Properties& given) {
+  for (const erp::Cell& each : given) {
+    const std::size_t index = fieldIndex(fields, each.column.text());
+    ASSERT_LT(index, N) << each.column.text();
+    fields[index].visit(record, [&](auto& property) {
+      using Property = std::remove_reference_t<decltype(property)>;
+      if constexpr (std::is_same_v<Property, std::string>)
+        property = each.value.text();
+      else
+        property = static_cast<Property>(each.value.number().value());
+    });
+  }
+}
+
+class EngineTest : public ::testing::Test, public DatabaseAccess {
 protected:
   EngineTest() : engine(erp.environment), subscription(engine.subscribe(events)) {
     engine.setOutcomeSink([this](const JobOutcome& outcome) { outcomes.push_back(outcome); });
   }
 
   /// Stages a customer job of this key.
-  void stageCustomer(std::string_view jobId, std::string_view number,
-                     const std::function<void(KundeFields&)>& change = {}) {
+  void stageCustomer(std::string_view jobId, std::string_view number, const Properties& given = {}) {
     Kunde job(erp.environment);
-    job.JobID = jobId;
-    job.Kundennummer = number;
-    job.Bez1 = "Firma " + std::string(number);
-    job.PLZ = "20095";
-    job.Ort = "Hamburg";
-    if (change) change(job);
+    give<KundeFields>(job, kundeFields,
+                      Properties{{"JobID", jobId},
+                                 {"Kundennummer", number},
+                                 {"Bez1", "Firma " + std::string(number)},
+                                 {"PLZ", "20095"},
+                                 {"Ort", "Hamburg"}} +
+                          given);
     writeStaged(connection(), static_cast<const KundeFields&>(job));
   }
   void release(std::string_view jobId) {
-    connection().execute(
-        sql("Update ImportKopf Set ProcessWarning = 1 Where JobID = '"_sql, value(jobId), "'"_sql));
+    execute("Update ImportKopf Set ProcessWarning = 1 Where JobID = '"_sql, value(jobId), "'"_sql);
   }
-  Connection& connection() { return *erp.environment.connection; }
+  Connection& connection() override { return *erp.environment.connection; }
   /// A connection of a host to the same file: its work is not the component's to begin and end.
   std::shared_ptr<Connection> hostConnection() {
     return SqliteDatabase::openAsHost(connection().connectionString());
@@ -55,31 +78,34 @@ protected:
                                          : sql(" BEGIN SELECT RAISE(ABORT, "_sql, reason, "); END"_sql)));
   }
   void allow() {
-    for (const std::string& trigger : refused_) connection().execute(sql("DROP TRIGGER "_sql, name(trigger)));
+    for (const std::string& trigger : refused_) execute("DROP TRIGGER "_sql, name(trigger));
     refused_.clear();
   }
   Value field(std::string_view jobId, ColumnName column) {
-    return connection()
-        .open(sql("Select * From ImportKopf Where JobID = '"_sql, value(jobId), "'"_sql))
-        ->value(column);
+    return open("Select * From ImportKopf Where JobID = '"_sql, value(jobId), "'"_sql)->value(column);
   }
   std::int16_t jobType(std::string_view jobId) {
     return static_cast<std::int16_t>(field(jobId, "JobType").integer().value_or(0));
   }
   std::string reasons(std::string_view jobId) { return field(jobId, "Fehlertext").text(); }
+  /// "code|reasons" of a job.
+  std::string outcomeOf(std::string_view jobId) { return fields(jobId, {"JobType", "Fehlertext"}); }
+  /// The values of a job's columns joined by '|'.
+  std::string fields(std::string_view jobId, std::initializer_list<ColumnName> columns) {
+    std::string joined;
+    for (const ColumnName& column : columns)
+      joined += (&column == columns.begin() ? "" : "|") + field(jobId, column).text();
+    return joined;
+  }
   Value customer(std::string_view number, ColumnName column) {
-    return connection()
-        .open(sql("Select * From Kundenstamm Where Kundennummer = '"_sql, value(number), "'"_sql))
+    return open("Select * From Kundenstamm Where Kundennummer = '"_sql, value(number), "'"_sql)
         ->value(column);
   }
-  std::int64_t count(const Sql& statement) {
-    return connection().open(statement)->value(0).integer().value_or(-1);
-  }
-  std::int64_t protocolLines() { return count(sql("Select Count(*) From Protokollpositionen"_sql)); }
+  std::int64_t protocolLines() { return count("Select Count(*) From Protokollpositionen"_sql); }
   /// "Text0|Text1|Text2" of each protocol line.
   std::vector<std::string> protocol() {
     std::vector<std::string> lines;
-    const auto rows = connection().open(sql("Select * From Protokollpositionen"_sql));
+    const auto rows = open("Select * From Protokollpositionen"_sql);
     for (; !rows->eof(); rows->moveNext())
       lines.push_back(rows->text("Text0") + "|" + rows->text("Text1") + "|" + rows->text("Text2"));
     return lines;
@@ -91,7 +117,7 @@ protected:
     unit.commit();
   }
   /// How many customer jobs are done.
-  std::int64_t done() { return count(sql("Select Count(*) From ImportKopf Where JobType = 13"_sql)); }
+  std::int64_t done() { return count("Select Count(*) From ImportKopf Where JobType = 13"_sql); }
   bool run(qxProcessState selection = qxProcessState::ProcessAll, bool unevaluated = false) {
     outcomes.clear();
     return engine.ProcessJobs(unevaluated, selection);

@@ -7,11 +7,13 @@
 #include "store/job_file_export.h"
 #include "support/failing_components.h"
 #include "support/recording_connection.h"
+#include "support/words.h"
 
 #include <gmock/gmock.h>
 
 #include <algorithm>
 #include <array>
+#include <set>
 
 namespace qx {
 namespace {
@@ -65,6 +67,10 @@ std::string filled(Stage& stage) {
   return yes((stage.engine().*Fill)(list, "30"));
 }
 
+Member silent(std::string_view name, std::function<void(ImportJobObject2&)> call) {
+  return {name, [call = std::move(call)](Stage& s) { return call(s.engine()), std::string(); }};
+}
+
 const std::vector<Member>& members() {
   using E = ImportJobObject2;
   static const std::vector<Member> all{
@@ -116,21 +122,10 @@ const std::vector<Member>& members() {
          const bool created = s.engine().CreateProtocol();
          return yes(s.engine().CreateProtocol() && created);
        }},
-      {"AddProtocolColumn",
-       [](Stage& s) {
-         s.engine().AddProtocolColumn("Kunden", "1", "Fehler", "24.11.2026", "");
-         return std::string();
-       }},
-      {"DelItem",
-       [](Stage& s) {
-         s.engine().DelItem("C1", true);
-         return std::string();
-       }},
-      {"DelArchives",
-       [](Stage& s) {
-         s.engine().DelArchives();
-         return std::string();
-       }},
+      silent("AddProtocolColumn",
+             [](E& engine) { engine.AddProtocolColumn("Kunden", "1", "Fehler", "24.11.2026", ""); }),
+      silent("DelItem", [](E& engine) { engine.DelItem("C1", true); }),
+      silent("DelArchives", [](E& engine) { engine.DelArchives(); }),
       {"GUID", [](Stage& s) { return std::to_string(s.engine().GUID().size()); }},
       {"Export", [](Stage& s) { return yes(s.engine().Export((s.erp.folder.path() / "a.edi").string())); }},
       {"Import",
@@ -245,6 +240,14 @@ constexpr Expectation same(std::string_view member, std::string_view outcome) {
   return {member, {outcome, outcome, outcome}};
 }
 
+/// They raise in every situation.
+constexpr std::string_view raising =
+    "KundeAngelegt GetAdresse GetAdressDaten AddAdressDaten GetBankverbindung GetDiversKunde "
+    "VertragsgegenstandAngelegt GetVertragsgegenstand GetTextbaustein GetArtikelbezeichnung ArtikelAngelegt "
+    "FillComboVersandart FillComboZahlungsart FillComboKundengruppe FillComboPreisliste FillComboWährung "
+    "FillComboVertragsart FillComboVertreter FillComboZahlungsbed GetSteuerschlüssel GetSteuerSatz "
+    "GetLagerbestand MengeneinheitAlternativ CheckKostzuord";
+
 constexpr std::array expectations{
     Expectation{"ConnectDB",
                 {"no|Fehler beim Öffnen der Importvorgänge: Bitte geben Sie eine Connection an.",
@@ -275,36 +278,12 @@ constexpr std::array expectations{
                    "exportiert werden."),
     same("Import", "no|Beim Importieren der Daten sind Fehler aufgetreten, es konnten evtl. nicht alle Daten "
                    "importiert werden."),
-    same("KundeAngelegt", "raises #"),
-    same("GetAdresse", "raises #"),
-    same("GetAdressDaten", "raises #"),
-    same("AddAdressDaten", "raises #"),
-    same("GetBankverbindung", "raises #"),
-    same("GetDiversKunde", "raises #"),
-    same("VertragsgegenstandAngelegt", "raises #"),
-    same("GetVertragsgegenstand", "raises #"),
-    same("GetTextbaustein", "raises #"),
-    same("GetArtikelbezeichnung", "raises #"),
-    same("ArtikelAngelegt", "raises #"),
-    same("FillComboVersandart", "raises #"),
-    same("FillComboZahlungsart", "raises #"),
-    same("FillComboKundengruppe", "raises #"),
-    same("FillComboPreisliste", "raises #"),
-    same("FillComboWährung", "raises #"),
-    same("FillComboVertragsart", "raises #"),
-    same("FillComboVertreter", "raises #"),
-    same("FillComboZahlungsbed", "raises #"),
     same("GetVertragsZustand", "0|Fehler beim Vergleichen der Verträge: %"),
     same("GetDiffVertrags", "no|Fehler beim Vergleichen der Verträge: %"),
     same("GetDelVerträge", "0|Fehler beim Kennzeichnen der Verträge: %"),
-    same("GetSteuerschlüssel", "raises #"),
-    same("GetSteuerSatz", "raises #"),
     // The amount comes from the price component, which needs no statement for it.
     Expectation{"GetGRabatt", {"raises #", "5.000000", "5.000000"}},
     same("NowEx", "24"),
-    same("GetLagerbestand", "raises #"),
-    same("MengeneinheitAlternativ", "raises #"),
-    same("CheckKostzuord", "raises #"),
     same("Encrypt", "A"),
     same("ImpGetSetting", "EUR"),
     same("ImpSaveSetting", ""),
@@ -315,7 +294,7 @@ constexpr std::array expectations{
 /// nothing but an entry in the diagnostics.
 struct Consequence {
   std::string_view member;
-  std::string_view fault;
+  std::string_view faults; ///< apart by blanks
   std::string_view outcome;
 };
 
@@ -335,94 +314,66 @@ constexpr std::string_view noDay =
     "|Fehler beim Erzeugen der Protokollzeile. Es ist kein Protokoll geöffnet.";
 
 constexpr std::array consequences{
-    Consequence{"constructor", "Session.PersonalNr", "no|Fehler beim Verbinden mit der Warenwirtschaft: %"},
-    Consequence{"constructor", "Session.connection", "no|Fehler beim Verbinden mit der Warenwirtschaft: %"},
-    Consequence{"WWSSession", "ErpComponents.createSession",
+    Consequence{"constructor", "Session.PersonalNr Session.connection",
+                "no|Fehler beim Verbinden mit der Warenwirtschaft: %"},
+    Consequence{"WWSSession",
+                "ErpComponents.createSession Session.Connect Session.NotConnected Session.PersonalNr "
+                "Session.connection",
                 "nonono|Fehler beim Verbinden mit der Warenwirtschaft: %"},
-    Consequence{"WWSSession", "Session.Connect", "nonono|Fehler beim Verbinden mit der Warenwirtschaft: %"},
-    Consequence{"WWSSession", "Session.NotConnected",
-                "nonono|Fehler beim Verbinden mit der Warenwirtschaft: %"},
-    Consequence{"WWSSession", "Session.PersonalNr",
-                "nonono|Fehler beim Verbinden mit der Warenwirtschaft: %"},
-    Consequence{"WWSSession", "Session.connection",
-                "nonono|Fehler beim Verbinden mit der Warenwirtschaft: %"},
-    Consequence{"Session", "Session.PersonalNr", "no|Fehler beim Verbinden mit der Warenwirtschaft: %"},
-    Consequence{"Session", "Session.connection", "no|Fehler beim Verbinden mit der Warenwirtschaft: %"},
+    Consequence{"Session", "Session.PersonalNr Session.connection",
+                "no|Fehler beim Verbinden mit der Warenwirtschaft: %"},
     Consequence{"ActiveConnection", "Session.connection", "no|Die Verbindung kann nicht verwendet werden: %"},
     Consequence{"JobViewShow", "JobView.open", "nono1|Fehler beim Öffnen der Importvorgänge: %"},
-    Consequence{"ProcessJobs", "ErpComponents.createPreisfindung", "yes 2/0/1"},
-    Consequence{"ProcessJobs", "Preisfindung.Init", "yes 2/0/1"},
-    Consequence{"ProcessJobs", "Preisfindung.GetVKPreis", "yes 2/0/1"},
-    Consequence{"ProcessJobs", "Session.GetBelegnummer", "yes 2/0/1"},
-    Consequence{"ProcessJobs", "Session.GetBuchungskreis", "yes 2/0/1"},
-    Consequence{"ProcessJobs", "Session.connection", "yes 2/0/1"},
-    Consequence{"ProcessJobs", "Session.GetSetting", "yes 2/0/1"},
+    Consequence{"ProcessJobs",
+                "ErpComponents.createPreisfindung Preisfindung.Init Preisfindung.GetVKPreis "
+                "Session.GetBelegnummer Session.GetBuchungskreis Session.connection Session.GetSetting",
+                "yes 2/0/1"},
     Consequence{"ProcessJobs", "Session.GetSessionDate", noDay},
     Consequence{"ProcessJobs", "Protokoll.CreateProtokoll", noProtocol},
-    Consequence{"ProcessJobs", "Protokoll.AddNewRecord", threeLines},
-    Consequence{"ProcessJobs", "Protokoll.SetField", threeLines},
-    Consequence{"ProcessJobs", "Protokoll.UpdateRecord", threeLines},
-    Consequence{"CreateProtocol", "Protokoll.CreateProtokoll",
-                "no|Verarbeitungsprotokoll konnte nicht erzeugt werden. %"
-                "|Verarbeitungsprotokoll konnte nicht erzeugt werden. %"},
+    Consequence{"ProcessJobs", "Protokoll.AddNewRecord Protokoll.SetField Protokoll.UpdateRecord",
+                threeLines},
+    Consequence{"CreateProtocol", "Protokoll.CreateProtokoll Session.GetSessionDate",
+                "no|Verarbeitungsprotokoll konnte nicht erzeugt werden. %|Verarbeitungsprotokoll konnte "
+                "nicht erzeugt werden. %"},
     Consequence{"CreateProtocol", "Protokoll.OpenProtokoll",
                 "no|Verarbeitungsprotokoll konnte nicht erzeugt werden. %"},
-    Consequence{"CreateProtocol", "Session.GetSessionDate",
-                "no|Verarbeitungsprotokoll konnte nicht erzeugt werden. %"
-                "|Verarbeitungsprotokoll konnte nicht erzeugt werden. %"},
-    Consequence{"AddProtocolColumn", "Protokoll.AddNewRecord", "|Fehler beim Erzeugen der Protokollzeile. %"},
-    Consequence{"AddProtocolColumn", "Protokoll.SetField", "|Fehler beim Erzeugen der Protokollzeile. %"},
-    Consequence{"AddProtocolColumn", "Protokoll.UpdateRecord", "|Fehler beim Erzeugen der Protokollzeile. %"},
+    Consequence{"AddProtocolColumn", "Protokoll.AddNewRecord Protokoll.SetField Protokoll.UpdateRecord",
+                "|Fehler beim Erzeugen der Protokollzeile. %"},
     Consequence{"GUID", "GuidSource.create", "0"},
-    Consequence{"GetSteuerschlüssel", "Session.connection", "raises %"},
-    Consequence{"GetSteuerschlüssel", "Session.GetSetting", "raises %"},
+    Consequence{"GetSteuerschlüssel", "Session.connection Session.GetSetting", "raises %"},
     Consequence{"GetSteuerSatz", "Session.connection", "raises %"},
-    Consequence{"GetGRabatt", "ErpComponents.createPreisfindung", "raises %"},
-    Consequence{"GetGRabatt", "Preisfindung.setConnection", "raises %"},
-    Consequence{"GetGRabatt", "Preisfindung.Init", "raises %"},
-    Consequence{"GetGRabatt", "Preisfindung.GetGesamtRabattWert", "raises %"},
+    Consequence{"GetGRabatt",
+                "ErpComponents.createPreisfindung Preisfindung.setConnection Preisfindung.Init "
+                "Preisfindung.GetGesamtRabattWert",
+                "raises %"},
     Consequence{"NowEx", "Session.GetSessionDate", "raises %"},
-    Consequence{"GetLagerbestand", "Session.Umrechnungen", "raises %"},
-    Consequence{"GetLagerbestand", "Umrechnungen.GetUmrechnung", "raises %"},
+    Consequence{"GetLagerbestand", "Session.Umrechnungen Umrechnungen.GetUmrechnung", "raises %"},
     Consequence{"ImpGetSetting", "Session.GetSetting", ""},
-    Consequence{"checkJob", "ErpComponents.createPreisfindung",
+    Consequence{"checkJob",
+                "ErpComponents.createPreisfindung Preisfindung.setConnection Preisfindung.Init "
+                "Preisfindung.GetVKPreis",
                 "Der Vorgang konnte nicht geprüft werden: %;"},
-    Consequence{"checkJob", "Preisfindung.setConnection", "Der Vorgang konnte nicht geprüft werden: %;"},
-    Consequence{"checkJob", "Preisfindung.Init", "Der Vorgang konnte nicht geprüft werden: %;"},
-    Consequence{"checkJob", "Preisfindung.GetVKPreis", "Der Vorgang konnte nicht geprüft werden: %;"},
 };
 
 class Members : public OrderTest {
 protected:
   Members() {
-    connection().execute(
-        sql("Insert Into Artikellager (Artikelnummer, Lagernummer, MitBestand, Lagerbestand) "
-            "Values ('A100', '1', 1, 10)"_sql));
+    execute("Insert Into Artikellager (Artikelnummer, Lagernummer, MitBestand, Lagerbestand) "
+            "Values ('A100', '1', 1, 10)"_sql);
   }
 
   /// The same tables before each call.
   void restage() {
     WorkUnit unit(connection());
-    connection().execute(sql("Delete From ImportKopf"_sql));
-    connection().execute(sql("Delete From ImportPos"_sql));
-    connection().execute(sql("Delete From LockControl"_sql));
-    connection().execute(sql("Delete From Protokolle"_sql));
-    connection().execute(sql("Delete From Einstellungen Where Key In ('ProtoID', 'ProtoDate')"_sql));
-    connection().execute(sql("Delete From Auftragskopf"_sql));
-    connection().execute(sql("Delete From Verträge"_sql));
-    connection().execute(sql("Delete From Adressenstamm"_sql));
-    connection().execute(sql("Delete From Kundenstamm Where Kundennummer = '30001'"_sql));
+    for (const char* table : {"ImportKopf", "ImportPos", "LockControl", "Protokolle", "Auftragskopf",
+                              "Verträge", "Adressenstamm"})
+      execute("Delete From "_sql, name(table));
+    execute("Delete From Einstellungen Where Key In ('ProtoID', 'ProtoDate')"_sql);
+    execute("Delete From Kundenstamm Where Kundennummer = '30001'"_sql);
     erp.jobView.isOpen = false;
     erp.environment.session->Connect("", "");
     stageCustomer("C1", "30001");
-    Vertrag contract(erp.environment);
-    contract.JobID = "V1";
-    contract.Kundennummer = "20001";
-    contract.Vertragsnummer = "V1";
-    contract.Artikelnummer = "G1";
-    contract.Vertragsart = "W";
-    contract.Zustand = "I";
-    writeStaged(connection(), static_cast<const VertragFields&>(contract));
+    stageContract("V1", {{"Zustand", "I"}});
     stageOrderOf("O1", "A100", 2);
     unit.commit();
     erp.diagnostics.entries.clear();
@@ -455,7 +406,10 @@ protected:
 };
 
 TEST_F(Members, HaveAStatedOutcomeOnAConnectionThatDoesNotWork) {
-  for (const Expectation& expected : expectations)
+  std::vector<Expectation> all(expectations.begin(), expectations.end());
+  const std::vector<std::string> raisers = split(raising);
+  for (const std::string& member : raisers) all.push_back(same(member, "raises #"));
+  for (const Expectation& expected : all)
     for (std::size_t i = 0; i < situations.size(); ++i) {
       SCOPED_TRACE(std::string(expected.member) + " on " + std::string(situations[i].name));
       const std::string stated = filledIn(expected.outcomes[i], situations[i].cause, situations[i].raised);
@@ -491,7 +445,7 @@ TEST_F(Members, HaveAStatedOutcomeWhereAComponentRaises) {
     for (const std::string& fault : reached) {
       SCOPED_TRACE(std::string(member.name) + " where " + fault + " raises");
       const auto stated = std::ranges::find_if(consequences, [&](const Consequence& each) {
-        return each.member == member.name && each.fault == fault;
+        return each.member == member.name && std::ranges::count(split(each.faults), fault) == 1;
       });
       Stage stage(erp);
       prepare(stage);
@@ -508,7 +462,9 @@ TEST_F(Members, HaveAStatedOutcomeWhereAComponentRaises) {
       EXPECT_THAT(erp.diagnostics.text(), ::testing::HasSubstr(fault + " fails"));
     }
   }
-  EXPECT_EQ(met, consequences.size()) << "a consequence is stated for a component that is not asked";
+  std::size_t stated = 0;
+  for (const Consequence& each : consequences) stated += split(each.faults).size();
+  EXPECT_EQ(met, stated) << "a consequence is stated for a component that is not asked";
 }
 
 /// Opens what the test has prepared.

@@ -5,7 +5,6 @@
 
 #include "erp/table_filler.h"
 
-#include <functional>
 #include <string>
 
 namespace qx {
@@ -17,41 +16,36 @@ protected:
     fillCodes();
     fillArticles();
     fillPrices();
-    erp::TableFiller(connection(), "Kundenstamm")
-        .add({{"Kundennummer", "20001"},
-              {"Suchbegriff", "HAFENBAU"},
-              {"Bez1", "Hafenbau GmbH"},
-              {"Strasse", "Am Kai 1"},
-              {"Land", "DE"},
-              {"PLZ", "20457"},
-              {"Ort", "Hamburg"},
-              {"Versandart", "PO"},
-              {"Zahlungsart", "RE"},
-              {"ZahlungsbedSchl", "30"},
-              {"VertreterNr1", "01"},
-              {"AnteilVertreter1", 80.0},
-              {"Bankleitzahl", "90000001"},
-              {"Kreditinstitut", "Musterbank"},
-              {"Konto", "4711"},
-              {"Preisliste", "A"},
-              {"Auftragsrabatt", 5.0}});
+    add("Kundenstamm", {{"Kundennummer", "20001"},
+                        {"Suchbegriff", "HAFENBAU"},
+                        {"Bez1", "Hafenbau GmbH"},
+                        {"Strasse", "Am Kai 1"},
+                        {"Land", "DE"},
+                        {"PLZ", "20457"},
+                        {"Ort", "Hamburg"},
+                        {"Versandart", "PO"},
+                        {"Zahlungsart", "RE"},
+                        {"ZahlungsbedSchl", "30"},
+                        {"VertreterNr1", "01"},
+                        {"AnteilVertreter1", 80.0},
+                        {"Bankleitzahl", "90000001"},
+                        {"Kreditinstitut", "Musterbank"},
+                        {"Konto", "4711"},
+                        {"Preisliste", "A"},
+                        {"Auftragsrabatt", 5.0}});
     unit.commit();
   }
 
   void fillCodes() {
-    erp::TableFiller(connection(), "Versandtexte").add({{"Versandart", "PO"}, {"Kurztext", "Paket"}});
-    erp::TableFiller(connection(), "Versandtexte").add({{"Versandart", "SP"}, {"Kurztext", "Spedition"}});
-    erp::TableFiller(connection(), "Zahlungsarten").add({{"Zahlungsart", "RE"}, {"Kurztext", "Rechnung"}});
-    erp::TableFiller(connection(), "Zahlungsarten")
-        .add({{"Zahlungsart", "NN"}, {"Kurztext", "Per NACHNAHME"}});
-    erp::TableFiller(connection(), "Zahlungsbedingungen").add({{"ZahlbedSchl", "30"}, {"NettoTage", 30}});
-    erp::TableFiller(connection(), "Vertreter").add({{"VertreterNr", "01"}, {"Bez1", "Berg"}});
-    erp::TableFiller(connection(), "Vertreter")
-        .add({{"VertreterNr", "02"}, {"Bez1", "Tal"}, {"AnteilVertreter", 50.0}});
-    erp::TableFiller(connection(), "Kreditinstitute")
-        .add({{"Bankleitzahl", "90000001"}, {"Kreditinstitut", "Musterbank"}});
-    erp::TableFiller(connection(), "Kreditinstitute")
-        .add({{"Bankleitzahl", "90000002"}, {"Kreditinstitut", "Andere Bank"}});
+    add("Versandtexte", {{"Versandart", "PO"}, {"Kurztext", "Paket"}});
+    add("Versandtexte", {{"Versandart", "SP"}, {"Kurztext", "Spedition"}});
+    add("Zahlungsarten", {{"Zahlungsart", "RE"}, {"Kurztext", "Rechnung"}});
+    add("Zahlungsarten", {{"Zahlungsart", "NN"}, {"Kurztext", "Per NACHNAHME"}});
+    add("Zahlungsbedingungen", {{"ZahlbedSchl", "30"}, {"NettoTage", 30}});
+    add("Vertreter", {{"VertreterNr", "01"}, {"Bez1", "Berg"}});
+    add("Vertreter", {{"VertreterNr", "02"}, {"Bez1", "Tal"}, {"AnteilVertreter", 50.0}});
+    add("Kreditinstitute", {{"Bankleitzahl", "90000001"}, {"Kreditinstitut", "Musterbank"}});
+    add("Kreditinstitute", {{"Bankleitzahl", "90000002"}, {"Kreditinstitut", "Andere Bank"}});
   }
 
   void fillArticles() {
@@ -70,8 +64,8 @@ protected:
     add("B200", "E", 0.3, false);
     add("FRACHT", "V", 0, false);
     add("GEBUEHR", "V", 0, false);
-    connection().execute(sql("Update Artikelstamm Set Preis = 6.9 Where Artikelnummer = 'FRACHT'"_sql));
-    connection().execute(sql("Update Artikelstamm Set Ind_Zahl4 = 2.5 Where Artikelnummer = 'GEBUEHR'"_sql));
+    execute("Update Artikelstamm Set Preis = 6.9 Where Artikelnummer = 'FRACHT'"_sql);
+    execute("Update Artikelstamm Set Ind_Zahl4 = 2.5 Where Artikelnummer = 'GEBUEHR'"_sql);
     articles.add({{"Artikelnummer", "Z300"},
                   {"Bez", "Zubehör"},
                   {"Mengeneinheit", "ST"},
@@ -113,24 +107,30 @@ protected:
     prices.finish();
   }
 
-  void stageOrder(std::string_view jobId, const std::function<void(AuftragFields&)>& change = {}) {
+  void stageOrder(std::string_view jobId, const Properties& given = {}) {
     Auftrag job(erp.environment);
-    job.JobID = jobId;
-    job.Kundennummer = "20001";
-    job.Bez1 = "Hafenbau GmbH";
-    job.Eingangsdatum = "20.11.2026";
-    if (change) change(job);
+    give<AuftragFields>(job, auftragFields,
+                        Properties{{"JobID", jobId},
+                                   {"Kundennummer", "20001"},
+                                   {"Bez1", "Hafenbau GmbH"},
+                                   {"Eingangsdatum", "20.11.2026"}} +
+                            given);
     writeStaged(connection(), static_cast<const AuftragFields&>(job));
   }
   void stagePosition(std::string_view jobId, std::int32_t number, std::string_view article, double quantity,
-                     const std::function<void(AuftragsPosFields&)>& change = {}) {
+                     const Properties& given = {}) {
     AuftragsPos position(erp.environment);
-    position.JobID = jobId;
-    position.Positionsnummer = number;
-    position.Artikelnummer = article;
-    position.Menge = quantity;
-    if (change) change(position);
+    give<AuftragsPosFields>(
+        position, auftragsPosFields,
+        Properties{
+            {"JobID", jobId}, {"Positionsnummer", number}, {"Artikelnummer", article}, {"Menge", quantity}} +
+            given);
     writeStaged(connection(), static_cast<const AuftragsPosFields&>(position));
+  }
+  void stageContract(std::string_view jobId, const Properties& given = {}) {
+    Vertrag job(erp.environment);
+    give<VertragFields>(job, vertragFields, Properties{{"JobID", jobId}} + usualContract + given);
+    writeStaged(connection(), static_cast<const VertragFields&>(job));
   }
   /// An order of one position.
   void stageOrderOf(std::string_view jobId, std::string_view article = "A100", double quantity = 1) {
@@ -138,10 +138,20 @@ protected:
     stagePosition(jobId, 1, article, quantity);
   }
   void customerSpecific() { erp.setSetting("Allgemein", "Individual", "VLK"); }
-  std::unique_ptr<Recordset> order() { return connection().open(sql("Select * From Auftragskopf"_sql)); }
-  std::unique_ptr<Recordset> lines() { return connection().open(sql("Select * From Auftragspos"_sql)); }
-  std::int64_t orders() { return count(sql("Select Count(*) From Auftragskopf"_sql)); }
+  /// In that mode, orders by parcel have a freight line and a fee line.
+  void takeFreight() {
+    customerSpecific();
+    erp.setOption("VAKunde", "PO");
+    erp.setOption("FrachtTransport", "FRACHT");
+    erp.setOption("FrachtGebuehr", "GEBUEHR");
+  }
+  std::unique_ptr<Recordset> order() { return open("Select * From Auftragskopf"_sql); }
+  std::unique_ptr<Recordset> lines() { return open("Select * From Auftragspos"_sql); }
+  std::int64_t orders() { return count("Select Count(*) From Auftragskopf"_sql); }
   Money money(const char* text) { return *Money::parse(text); }
+
+  Properties usualContract{
+      {"Kundennummer", "20001"}, {"Vertragsnummer", "V1"}, {"Artikelnummer", "G1"}, {"Vertragsart", "W"}};
 };
 
 } // namespace qx

@@ -17,7 +17,7 @@ TEST_F(StandaloneComponents, ProtocolLinesAreNumberedAndKeepUnsetColumnsEmpty) {
   protocol->SetField(Protokoll::shortText, 8, "1");
   protocol->UpdateRecord();
 
-  const auto lines = database().open(sql("Select * From Protokollpositionen"_sql));
+  const auto lines = file.open("Select * From Protokollpositionen"_sql);
   ASSERT_EQ(lines->recordCount(), 2U);
   EXPECT_EQ(lines->text("ID"), id);
   EXPECT_EQ(lines->value("Zeile"), Value(1));
@@ -34,7 +34,7 @@ TEST_F(StandaloneComponents, RowsThatTheDatabaseLeavesOutAreFailures) {
   auto erp = erpOf({});
   const auto protocol = erp.createProtokoll();
   protocol->CreateProtokoll(database(), "Titel", "Import", "LST_ImportJob");
-  database().execute(sql("Insert Into Kundenstamm (Kundennummer) Values ('K1')"_sql));
+  file.execute("Insert Into Kundenstamm (Kundennummer) Values ('K1')"_sql);
   for (const Sql& trigger :
        {sql("Create Trigger a Before Insert On Protokolle Begin Select Raise(Ignore); End"_sql),
         sql("Create Trigger b Before Insert On Protokollpositionen Begin Select Raise(Ignore); End"_sql),
@@ -61,7 +61,7 @@ TEST_F(StandaloneComponents, AReopenedProtocolGoesOnAndAnUnknownOneCannotBeOpene
   ASSERT_TRUE(second->OpenProtokoll(database(), id));
   add(*second);
   add(*first);
-  EXPECT_EQ(file.count(sql("Select Max(Zeile) From Protokollpositionen"_sql)), 3);
+  EXPECT_EQ(file.count("Select Max(Zeile) From Protokollpositionen"_sql), 3);
 }
 
 TEST_F(StandaloneComponents, ProtocolsOfTheSameSecondAreTwo) {
@@ -70,7 +70,7 @@ TEST_F(StandaloneComponents, ProtocolsOfTheSameSecondAreTwo) {
   const std::string id = protocol->CreateProtokoll(database(), "", "", "");
   EXPECT_NE(protocol->CreateProtokoll(database(), "", "", ""), id);
   EXPECT_LE(id.size(), 32U);
-  EXPECT_EQ(file.first(sql("Select Datum From Protokolle"_sql)), Value("20260102103000"))
+  EXPECT_EQ(file.single("Select Datum From Protokolle"_sql), Value("20260102103000"))
       << "the session's day at the clock's time";
 }
 
@@ -87,28 +87,26 @@ TEST_F(StandaloneComponents, ProtocolRefusesUnknownColumnsAndLinesThatWereNotBeg
 
 TEST_F(StandaloneComponents, AddressIndexHasOneRowPerCustomerAndKind) {
   const auto index = erpOf({}).createAdressindex(database());
-  database().execute(sql("Insert Into Kundenstamm (Kundennummer, Suchbegriff, Bez1, Bez3, PLZ, Ort) Values "
-                         "('k1', 'ÖLMÜHLE', 'Ölmühle Straß', 'Halle 2', '00117', 'Übersee')"_sql));
+  file.execute("Insert Into Kundenstamm (Kundennummer, Suchbegriff, Bez1, Bez3, PLZ, Ort) Values "
+               "('k1', 'ÖLMÜHLE', 'Ölmühle Straß', 'Halle 2', '00117', 'Übersee')"_sql);
   index->CreateIndex("K1", 1);
-  EXPECT_EQ(file.first(sql("Select Suchtext From Adressindex Where Kundennummer = 'K1'"_sql)),
+  EXPECT_EQ(file.single("Select Suchtext From Adressindex Where Kundennummer = 'K1'"_sql),
             Value("ölmühle ölmühle straß halle 2 00117 übersee"));
-  database().execute(sql("Update Kundenstamm Set Suchbegriff = Null, Ort = 'O''Ort'"_sql));
+  file.execute("Update Kundenstamm Set Suchbegriff = Null, Ort = 'O''Ort'"_sql);
   index->CreateIndex("k1", 1);
   index->CreateIndex("k1", 2);
-  EXPECT_EQ(file.count(sql("Select Count(*) From Adressindex"_sql)), 2);
-  EXPECT_EQ(file.first(sql("Select Suchtext From Adressindex Where Art = 1"_sql)),
+  EXPECT_EQ(file.count("Select Count(*) From Adressindex"_sql), 2);
+  EXPECT_EQ(file.single("Select Suchtext From Adressindex Where Art = 1"_sql),
             Value("ölmühle straß halle 2 00117 o'ort"));
-  database().execute(sql("Delete From Kundenstamm"_sql));
+  file.execute("Delete From Kundenstamm"_sql);
   index->CreateIndex("k1", 1);
   index->CreateIndex("unbekannt", 1);
-  EXPECT_EQ(file.count(sql("Select Count(*) From Adressindex"_sql)), 1)
-      << "the row of kind 2 was not asked about";
+  EXPECT_EQ(file.count("Select Count(*) From Adressindex"_sql), 1) << "the row of kind 2 was not asked about";
 }
 
 TEST_F(StandaloneComponents, UnitsConvertByTheArticlesOwnFactorFirst) {
-  database().execute(
-      sql("Insert Into Umrechnungen (Artikelnummer, Mengeneinheit, Basiseinheit, Faktor) Values "
-          "('', 'KT', 'ST', 12), ('A', 'ST', 'KT', 0.1), ('B', 'KT', 'ST', 0)"_sql));
+  file.execute("Insert Into Umrechnungen (Artikelnummer, Mengeneinheit, Basiseinheit, Faktor) Values "
+               "('', 'KT', 'ST', 12), ('A', 'ST', 'KT', 0.1), ('B', 'KT', 'ST', 0)"_sql);
   const auto s = session();
   const auto factor = [&](std::string_view article, std::string_view base, std::string_view wanted) {
     return s->Umrechnungen().GetUmrechnung({article, "ME Lager", "ME Verkauf", base, wanted});
@@ -122,10 +120,9 @@ TEST_F(StandaloneComponents, UnitsConvertByTheArticlesOwnFactorFirst) {
 }
 
 TEST_F(StandaloneComponents, BalanceStaysInItsCurrencyUnlessThereAreSeveral) {
-  database().execute(
-      sql("Insert Into Währungen (Währung, Wechselkurs) Values ('TAL', 2), ('LEER', Null)"_sql));
-  database().execute(sql("Insert Into OffenePosten (Kundennummer, Betrag, Währung) Values ('1', 0.1, 'TAL'), "
-                         "('1', 0.2, 'tal'), ('2', 100, 'TAL'), ('2', 10, 'EUR'), ('2', 1, Null)"_sql));
+  file.execute("Insert Into Währungen (Währung, Wechselkurs) Values ('TAL', 2), ('LEER', Null)"_sql);
+  file.execute("Insert Into OffenePosten (Kundennummer, Betrag, Währung) Values ('1', 0.1, 'TAL'), "
+               "('1', 0.2, 'tal'), ('2', 100, 'TAL'), ('2', 10, 'EUR'), ('2', 1, Null)"_sql);
   const auto items = erpOf({}).createFibuUebergabe();
   EXPECT_THROW(items->GetOPSaldo("1"), std::logic_error) << "no connection yet";
   items->setConnection(database());
@@ -134,9 +131,9 @@ TEST_F(StandaloneComponents, BalanceStaysInItsCurrencyUnlessThereAreSeveral) {
   EXPECT_DOUBLE_EQ(items->GetOPSaldo("2").amount, 61);
   EXPECT_EQ(items->GetOPSaldo("2").currency, "");
   EXPECT_EQ(items->GetOPSaldo("3").amount, 0);
-  database().execute(sql("Insert Into Währungen (Währung, Wechselkurs) Values ('DRI', 3)"_sql));
-  database().execute(sql("Insert Into OffenePosten (Kundennummer, Belegnummer, Betrag, Währung) Values "
-                         "('4', '1', 1, 'DRI'), ('4', '2', 1, '')"_sql));
+  file.execute("Insert Into Währungen (Währung, Wechselkurs) Values ('DRI', 3)"_sql);
+  file.execute("Insert Into OffenePosten (Kundennummer, Belegnummer, Betrag, Währung) Values "
+               "('4', '1', 1, 'DRI'), ('4', '2', 1, '')"_sql);
   EXPECT_EQ(items->GetOPSaldo("4").amount, 1.3333) << "each part is an amount before it is added";
   EXPECT_DOUBLE_EQ(items->convert(10, "EUR", "TAL"), 20);
   EXPECT_DOUBLE_EQ(items->convert(10, "TAL", ""), 5);

@@ -63,7 +63,7 @@ TEST_F(DemoTest, EveryArticleIsTaxableAndAllButTheSampleHaveAPrice) {
   SalesPrices prices(file.diagnostics);
   prices.Init(database());
   std::string without;
-  const auto articles = database().open(sql("Select Artikelnummer, Mengeneinheit From Artikelstamm"_sql));
+  const auto articles = file.open("Select Artikelnummer, Mengeneinheit From Artikelstamm"_sql);
   for (; !articles->eof(); articles->moveNext()) {
     SalesPrice found;
     const auto result = prices.GetVKPreis({"70005", articles->text("Artikelnummer"), 1,
@@ -86,9 +86,9 @@ TEST_F(DemoTest, JobsOfEveryKindWaitAndPositionsBelongToThem) {
               "p.JobID)"_sql)),
       0);
   EXPECT_EQ(count(sql("Select Count(*) From ImportKopf Where Length(JobID) <> 32"_sql)), 0);
-  EXPECT_EQ(file.first(sql(
-                "Select Eingangsdatum From ImportKopf Where Kundennummer = '70301' And JobType = 10"_sql)),
-            Value("12.11.2026"));
+  EXPECT_EQ(
+      file.single("Select Eingangsdatum From ImportKopf Where Kundennummer = '70301' And JobType = 10"_sql),
+      Value("12.11.2026"));
 }
 
 } // namespace

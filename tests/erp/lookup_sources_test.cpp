@@ -15,8 +15,8 @@ using ::testing::IsEmpty;
 class LookupSourcesTest : public StandaloneErpTest {
 protected:
   void customer(std::string_view number, std::string_view term, std::string_view name) {
-    database().execute(sql("Insert Into Kundenstamm (Kundennummer, Suchbegriff, Bez1) Values ('"_sql,
-                           value(number), "', '"_sql, value(term), "', '"_sql, value(name), "')"_sql));
+    file.execute("Insert Into Kundenstamm (Kundennummer, Suchbegriff, Bez1) Values ('"_sql, value(number),
+                 "', '"_sql, value(term), "', '"_sql, value(name), "')"_sql);
   }
   void address(const Sql& customer, std::string_view number, std::string_view name) {
     database().execute(sql("Insert Into Adressenstamm (Kundennummer, Adressnummer, Bez1) Values ("_sql)
@@ -83,7 +83,7 @@ TEST_F(LookupSourcesTest, EqualNamesArePagedWithoutGapsOrRepeats) {
     customer(numbers.back(), "MEIER", "Meier");
   }
   customer("200", "MEIER", "");
-  database().execute(sql("Insert Into Kundenstamm (Kundennummer, Bez1) Values ('300', 'Meier')"_sql));
+  file.execute("Insert Into Kundenstamm (Kundennummer, Bez1) Values ('300', 'Meier')"_sql);
   numbers.insert(numbers.end(), {"200", "300"});
   EXPECT_EQ(all(pages("AUSK_KUNDENAUSKUNFT"), "mei", 7), numbers);
   EXPECT_EQ(all(pages("AUSK_KUNDENAUSKUNFT"), "", 13), numbers);
@@ -136,11 +136,9 @@ TEST_F(LookupSourcesTest, ACustomersAddressesComeBeforeTheCommonOnes) {
 
 TEST_F(LookupSourcesTest, DocumentsOfACustomerAreFoundByTheDigitsOfTheirNumber) {
   for (const std::int64_t document : {9, 120, 1200, 3120})
-    database().execute(
-        sql("Insert Into Belegindex (Belegart, Belegnummer, Kundennummer, Datum) Values ('LS', "_sql,
-            number(document), ", '7', '20261124000000')"_sql));
-  database().execute(
-      sql("Insert Into Belegindex (Belegart, Belegnummer, Kundennummer) Values ('RG', 121, '7')"_sql));
+    file.execute("Insert Into Belegindex (Belegart, Belegnummer, Kundennummer, Datum) Values ('LS', "_sql,
+                 number(document), ", '7', '20261124000000')"_sql);
+  file.execute("Insert Into Belegindex (Belegart, Belegnummer, Kundennummer) Values ('RG', 121, '7')"_sql);
   const LookupPages notes =
       pages("AUSK_Lieferscheinauskunft", sql("Kundennummer='"_sql, value("7"), "'"_sql));
   EXPECT_THAT(all(notes, "", 2), ElementsAre("9", "120", "1200", "3120"));

@@ -18,15 +18,14 @@ struct PriceRow {
 class SalesPriceTest : public StandaloneErpTest {
 protected:
   SalesPriceTest() {
-    database().execute(
-        sql("Insert Into Kundenstamm (Kundennummer, Preisliste) Values ('K', 'H'), ('L', 'H'), "
-            "('M', Null)"_sql));
-    database().execute(sql("Insert Into Umrechnungen (Mengeneinheit, Basiseinheit, Faktor) Values "
-                           "('KT', 'ST', 12)"_sql));
+    file.execute("Insert Into Kundenstamm (Kundennummer, Preisliste) Values ('K', 'H'), ('L', 'H'), "
+                 "('M', Null)"_sql);
+    file.execute("Insert Into Umrechnungen (Mengeneinheit, Basiseinheit, Faktor) Values "
+                 "('KT', 'ST', 12)"_sql);
     finder->Init(database());
   }
   void add(const PriceRow& row) {
-    const auto rows = database().open(sql("Select * From Verkaufspreise"_sql));
+    const auto rows = file.open("Select * From Verkaufspreise"_sql);
     rows->addNew();
     rows->set("Artikelnummer", "A");
     rows->set("Preisliste", row.list);
@@ -93,9 +92,8 @@ TEST_F(SalesPriceTest, AConvertedPriceIsAnAmountWithoutABinaryRemainder) {
 }
 
 TEST_F(SalesPriceTest, NothingIsCutWhereAPriceOfALargeUnitIsAskedForInASmallOne) {
-  database().execute(
-      sql("Insert Into Umrechnungen (Artikelnummer, Mengeneinheit, Basiseinheit, Faktor) Values "
-          "('A', 'BOX', 'ST', 1000), ('A', 'G', 'KG', 0.001), ('A', 'ROL', 'M', 2.5)"_sql));
+  file.execute("Insert Into Umrechnungen (Artikelnummer, Mengeneinheit, Basiseinheit, Faktor) Values "
+               "('A', 'BOX', 'ST', 1000), ('A', 'G', 'KG', 0.001), ('A', 'ROL', 'M', 2.5)"_sql);
   const auto shown = [&](double quantity, std::string_view unit) {
     SalesPrice found;
     if (finder->GetVKPreis({"K", "A", quantity, unit, {}}, found) != SalesPrices::GeneralPrice)
@@ -105,25 +103,25 @@ TEST_F(SalesPriceTest, NothingIsCutWhereAPriceOfALargeUnitIsAskedForInASmallOne)
   };
   add({"", "", 0, "", 4.44, "BOX"});
   EXPECT_EQ(shown(1000, "ST"), "4.44 / 0 per 1000");
-  database().execute(sql("Update Verkaufspreise Set Mengeneinheit = 'KG', Preis = 12.34, KalkPreis = 7, "
-                         "Preiseinheit = 5"_sql));
+  file.execute("Update Verkaufspreise Set Mengeneinheit = 'KG', Preis = 12.34, KalkPreis = 7, "
+               "Preiseinheit = 5"_sql);
   EXPECT_EQ(shown(25000, "G"), "12.34 / 7 per 5000");
-  database().execute(sql("Update Verkaufspreise Set Mengeneinheit = 'M', Preis = 1.2345, KalkPreis = 0.5, "
-                         "Preiseinheit = 10"_sql));
+  file.execute("Update Verkaufspreise Set Mengeneinheit = 'M', Preis = 1.2345, KalkPreis = 0.5, "
+               "Preiseinheit = 10"_sql);
   EXPECT_EQ(shown(1, "ROL"), "1.2345 / 0.5 per 4") << "1.2345 * 2.5 has five decimals";
-  database().execute(sql("Update Verkaufspreise Set Preis = 1.2344"_sql));
+  file.execute("Update Verkaufspreise Set Preis = 1.2344"_sql);
   EXPECT_EQ(shown(1, "ROL"), "3.086 / 1.25 per 10");
 }
 
 TEST_F(SalesPriceTest, OfStepsInSeveralOtherUnitsTheHighestWinsWhateverTheirOrder) {
-  database().execute(sql("Insert Into Umrechnungen (Mengeneinheit, Basiseinheit, Faktor) Values "
-                         "('PAL', 'ST', 480)"_sql));
+  file.execute("Insert Into Umrechnungen (Mengeneinheit, Basiseinheit, Faktor) Values "
+               "('PAL', 'ST', 480)"_sql);
   const PriceRow box{"", "", 1, "", 60, "KT"};
   const PriceRow pallet{"", "", 1, "", 1920, "PAL"};
   const PriceRow dearBox{"", "", 40, "", 61, "KT"};
   const PriceRow newBox{"", "", 40, "20260101000000", 62, "KT"};
   const auto perThousand = [&](std::vector<PriceRow> rows) {
-    database().execute(sql("Delete From Verkaufspreise"_sql));
+    file.execute("Delete From Verkaufspreise"_sql);
     for (const PriceRow& row : rows) add(row);
     SalesPrice found;
     finder->GetVKPreis({"K", "A", 960, "ST", makeDate(2026, 11, 24)}, found);
@@ -160,15 +158,15 @@ TEST_F(SalesPriceTest, APriceUnitOfZeroFailsAndAMissingOneIsOne) {
   SalesPrice found;
   EXPECT_EQ(finder->GetVKPreis({"K", "A", 1, "ST", {}}, found), SalesPrices::GeneralPrice);
   EXPECT_EQ(found.priceUnit, 1);
-  database().execute(sql("Update Verkaufspreise Set Preiseinheit = 0"_sql));
+  file.execute("Update Verkaufspreise Set Preiseinheit = 0"_sql);
   EXPECT_EQ(finder->GetVKPreis({"K", "A", 1, "ST", {}}, found), Preisfindung::failed);
   EXPECT_EQ(found.price, 10) << "untouched by the failure";
 }
 
 TEST_F(SalesPriceTest, DiscountsOfThePriceComeWithTheirTotalRate) {
   add({"", "", 0, "", 10});
-  database().execute(sql("Update Verkaufspreise Set KZRabattart = 'A', KZRabatt1 = 'P', Rabatt1 = 10, "
-                         "KZRabatt2 = 'P', Rabatt2 = 5"_sql));
+  file.execute("Update Verkaufspreise Set KZRabattart = 'A', KZRabatt1 = 'P', Rabatt1 = 10, "
+               "KZRabatt2 = 'P', Rabatt2 = 5"_sql);
   SalesPrice found;
   ASSERT_EQ(finder->GetVKPreis({"K", "A", 1, "ST", {}}, found), SalesPrices::GeneralPrice);
   EXPECT_DOUBLE_EQ(found.discount, 14.5);
@@ -204,32 +202,29 @@ TEST(StagedDiscountsTest, AmountsTakeNothingOffNothingAndNeverMoreThanIsLeft) {
 
 TEST_F(SalesPriceTest, RowsWithoutListAndCustomerAreForEverybodyAndOwnPricesHoldWhateverTheirList) {
   // As in the tables of a host, which may hold null there.
-  database().execute(sql("Drop Table Verkaufspreise"_sql));
-  database().execute(
-      sql("Create Table Verkaufspreise (Preisliste Text Collate Nocase, Kundennummer Text Collate Nocase, "
-          "Artikelnummer Text Collate Nocase, Mengeneinheit Text, Menge Real, GueltigAb Text, Preis Real, "
-          "KalkPreis Real, Preiseinheit Real, KZRabattart Text, KZRabatt1 Text, KZRabatt2 Text, "
-          "KZRabatt3 Text, Rabatt1 Real, Rabatt2 Real, Rabatt3 Real)"_sql));
-  database().execute(sql("Insert Into Verkaufspreise (Artikelnummer, Mengeneinheit, Menge, Preis) Values "
-                         "('A', 'ST', 1, 10)"_sql));
+  file.execute("Drop Table Verkaufspreise"_sql);
+  file.execute(
+      "Create Table Verkaufspreise (Preisliste Text Collate Nocase, Kundennummer Text Collate Nocase, "
+      "Artikelnummer Text Collate Nocase, Mengeneinheit Text, Menge Real, GueltigAb Text, Preis Real, "
+      "KalkPreis Real, Preiseinheit Real, KZRabattart Text, KZRabatt1 Text, KZRabatt2 Text, "
+      "KZRabatt3 Text, Rabatt1 Real, Rabatt2 Real, Rabatt3 Real)"_sql);
+  file.execute("Insert Into Verkaufspreise (Artikelnummer, Mengeneinheit, Menge, Preis) Values "
+               "('A', 'ST', 1, 10)"_sql);
   EXPECT_EQ(price("K"), 10);
   EXPECT_EQ(price("unbekannt"), 10);
-  database().execute(
-      sql("Insert Into Verkaufspreise (Preisliste, Artikelnummer, Mengeneinheit, Menge, Preis) "
-          "Values ('h', 'A', 'ST', 1, 9), ('X', 'A', 'ST', 1, 8)"_sql));
+  file.execute("Insert Into Verkaufspreise (Preisliste, Artikelnummer, Mengeneinheit, Menge, Preis) "
+               "Values ('h', 'A', 'ST', 1, 9), ('X', 'A', 'ST', 1, 8)"_sql);
   EXPECT_EQ(price("K"), 9);
-  database().execute(
-      sql("Insert Into Verkaufspreise (Preisliste, Kundennummer, Artikelnummer, Mengeneinheit, "
-          "Menge, Preis) Values ('X', 'k', 'A', 'ST', 1, 7)"_sql));
+  file.execute("Insert Into Verkaufspreise (Preisliste, Kundennummer, Artikelnummer, Mengeneinheit, "
+               "Menge, Preis) Values ('X', 'k', 'A', 'ST', 1, 7)"_sql);
   EXPECT_EQ(price("K"), 7);
   EXPECT_EQ(price("L"), 9);
 }
 
 TEST_F(SalesPriceTest, PurchasePricesAreTheSuppliersOwn) {
-  database().execute(
-      sql("Insert Into Einkaufspreise (Lieferantennummer, Artikelnummer, Mengeneinheit, Menge, EKPreis, "
-          "EKRabatt1) Values ('L1', 'A', 'ST', 0, 5, 10), ('L1', 'A', 'ST', 50, 4, 0), "
-          "('L2', 'A', 'ST', 0, 1, 0)"_sql));
+  file.execute("Insert Into Einkaufspreise (Lieferantennummer, Artikelnummer, Mengeneinheit, Menge, EKPreis, "
+               "EKRabatt1) Values ('L1', 'A', 'ST', 0, 5, 10), ('L1', 'A', 'ST', 50, 4, 0), "
+               "('L2', 'A', 'ST', 0, 1, 0)"_sql);
   const auto prices = erpOf({}).createEinkaufspreisfindung(database());
   const auto found = prices->find({"L1", "A", 2, "KT", "", 0, {}});
   ASSERT_TRUE(found.has_value());
@@ -237,9 +232,8 @@ TEST_F(SalesPriceTest, PurchasePricesAreTheSuppliersOwn) {
   EXPECT_EQ(found->discount, 10);
   EXPECT_EQ(prices->find({"L1", "A", 5, "KT", "", 0, {}})->price, 48);
   EXPECT_FALSE(prices->find({"L3", "A", 1, "ST", "", 0, {}}).has_value());
-  database().execute(
-      sql("Insert Into Einkaufspreise (Lieferantennummer, Artikelnummer, Mengeneinheit, Menge, EKPreis, "
-          "EKPreiseinheit) Values ('L1', 'A', 'ST', 55, 1, 0), ('L4', 'A', 'KT', 1, 0.05, 1)"_sql));
+  file.execute("Insert Into Einkaufspreise (Lieferantennummer, Artikelnummer, Mengeneinheit, Menge, EKPreis, "
+               "EKPreiseinheit) Values ('L1', 'A', 'ST', 55, 1, 0), ('L4', 'A', 'KT', 1, 0.05, 1)"_sql);
   EXPECT_EQ(prices->find({"L1", "A", 5, "KT", "", 0, {}})->price, 48) << "a price unit of 0 is no price";
   const auto piece = prices->find({"L4", "A", 12, "ST", "", 0, {}});
   ASSERT_TRUE(piece.has_value());

@@ -1,5 +1,4 @@
-// The tables hold everything that the component reads and writes, and its statements find their rows by
-// index.
+// The tables hold everything that the component reads and writes.
 #include "erp/schema.h"
 
 #include "model/entry_records.h"
@@ -62,87 +61,25 @@ TEST_F(SchemaTest, NoTwoColumnsOfATableDifferInCaseOrSharpSOnly) {
   }
 }
 
-class StatementPlan : public SchemaTest {
-protected:
-  /// What the database means to do; the row key is the last sort key of every cursor.
-  std::string planOf(const Sql& statement) {
-    const auto rows = database().open(sql("EXPLAIN QUERY PLAN "_sql).append(statement));
-    std::string plan;
-    for (; !rows->eof(); rows->moveNext()) plan += rows->text("detail") + "\n";
-    return plan;
-  }
-  void expectIndexOnly(const Sql& statement, std::string_view index) {
-    const std::string plan = planOf(statement);
-    EXPECT_NE(plan.find(index), std::string::npos) << statement.text() << "\n" << plan;
-    EXPECT_EQ(plan.find("SCAN"), std::string::npos) << statement.text() << "\n" << plan;
-    EXPECT_EQ(plan.find("TEMP B-TREE"), std::string::npos) << statement.text() << "\n" << plan;
-  }
-};
-
-TEST_F(StatementPlan, SectionsResetAndJobListReadAnIndexInItsOrder) {
-  expectIndexOnly(sql("Select rowid, JobID From ImportKopf Where JobType = "_sql, number(10),
-                      " Order By Kundennummer, rowid"_sql),
-                  "ImportKopf_Kunde");
-  expectIndexOnly(sql("Select rowid, JobID From ImportKopf Where JobType = "_sql, number(30),
-                      " Order by Eingangsdatum, rowid"_sql),
-                  "ImportKopf_Datum");
-  expectIndexOnly(
-      sql("Select rowid, JobID, Convert(DateTime, Eingangsdatum, 104) as FormatDatum From ImportKopf "
-          "Where JobType = '10' Order by FormatDatum DESC, rowid DESC"_sql),
-      "ImportKopf_Datum");
-  expectIndexOnly(
-      sql("Select rowid, JobID From ImportKopf Where JobType = '10' Order by Bez1 DESC, rowid DESC"_sql),
-      "ImportKopf_Name");
-  expectIndexOnly(sql("Select rowid, JobID From ImportKopf Where JobType = '10' Order by Betreff, rowid"_sql),
-                  "ImportKopf_Betreff");
-  expectIndexOnly(sql("Select rowid, JobID From ImportKopf Where JobType = '10' Order by JobType, rowid"_sql),
-                  "ImportKopf_Art");
-  expectIndexOnly(
-      sql("Select JobType, ImportType, Fehlertext From ImportKopf Where ProcessWarning = 1 Order by "
-          "rowid"_sql),
-      "ImportKopf_Freigabe");
-}
-
-TEST_F(StatementPlan, SearchesForACustomersJobsAndLinesUseAnIndex) {
-  expectIndexOnly(
-      sql("Select JobType From ImportKopf where (JobType = 41 or JobType = 42) and  (Kundennummer = '"_sql,
-          value("1"), "')"_sql),
-      "ImportKopf_Kunde (JobType=? AND Kundennummer=?)");
-  expectIndexOnly(sql("Select * From ImportPos where JobID = '"_sql, value("A"), "' Order by rowid"_sql),
-                  "ImportPos_Job");
-  expectIndexOnly(sql("Select * From Auftragspos Where Auftragsnummer = '"_sql, value("1"), "'"_sql),
-                  "Auftragspos_Auftrag");
-  expectIndexOnly(sql("Select * From Adressenstamm Where Kundennummer = '"_sql, value("1"),
-                      "' And Adressnummer = '"_sql, value("2"), "'"_sql),
-                  "Adressenstamm_Adresse");
-  expectIndexOnly(sql("Select * From Verkaufspreise Where Artikelnummer = '"_sql, value("A"),
-                      "' And (Kundennummer = '"_sql, value("K"),
-                      "' Or Kundennummer = '') And (Preisliste = '"_sql, value("P"),
-                      "' Or Preisliste = '')"_sql),
-                  "Verkaufspreise_Artikel (Artikelnummer=? AND Kundennummer=?");
-}
-
 TEST_F(SchemaTest, CodesCompareWithoutRegardToCaseAndKeysAreUnique) {
-  database().execute(sql("Insert Into Versandtexte (Versandart) Values ('Post')"_sql));
-  EXPECT_EQ(file.count(sql("Select Count(*) From Versandtexte Where Versandart = 'POST'"_sql)), 1);
-  EXPECT_THROW(database().execute(sql("Insert Into Versandtexte (Versandart) Values ('post')"_sql)),
-               StatementError);
-  EXPECT_THROW(database().execute(sql("Insert Into Versandtexte (Kurztext) Values ('ohne')"_sql)),
-               StatementError);
-  database().execute(sql("Insert Into Adressenstamm (Adressnummer) Values ('1')"_sql));
-  EXPECT_NO_THROW(database().execute(sql("Insert Into Adressenstamm (Adressnummer) Values ('1')"_sql)))
+  file.execute("Insert Into Versandtexte (Versandart) Values ('Post')"_sql);
+  EXPECT_EQ(file.count("Select Count(*) From Versandtexte Where Versandart = 'POST'"_sql), 1);
+  EXPECT_THROW(file.execute("Insert Into Versandtexte (Versandart) Values ('post')"_sql), StatementError);
+  EXPECT_THROW(file.execute("Insert Into Versandtexte (Kurztext) Values ('ohne')"_sql), StatementError);
+  file.execute("Insert Into Adressenstamm (Adressnummer) Values ('1')"_sql);
+  EXPECT_NO_THROW(file.execute("Insert Into Adressenstamm (Adressnummer) Values ('1')"_sql))
       << "addresses of no customer";
 }
 
 TEST_F(SchemaTest, ANewCustomerIsTaxableWithoutSayingHow) {
-  database().execute(sql("Insert Into Kundenstamm (Kundennummer) Values ('70001')"_sql));
-  const auto customer = database().open(sql("Select * From Kundenstamm"_sql));
+  file.execute("Insert Into Kundenstamm (Kundennummer) Values ('70001')"_sql);
+  const auto customer = file.open("Select * From Kundenstamm"_sql);
   EXPECT_EQ(customer->value("Preistyp"), Value(0));
-  const Value taxKey = file.first(sql(
+  const Value taxKey = file.single(
       "Select Steuerschlüssel From Steuerschlüsselzuordnung Where MwStKZArtikel = 'V' And MwStKZKunde = '"_sql,
-      value(customer->text("MwSt_KZ")), "'"_sql));
-  EXPECT_EQ(file.first(sql("Select MwSt_Satz From Steuerschlüssel Where Steuerschlüssel='"_sql,
-                           value(taxKey.text()), "'"_sql)),
+      value(customer->text("MwSt_KZ")), "'"_sql);
+  EXPECT_EQ(file.single("Select MwSt_Satz From Steuerschlüssel Where Steuerschlüssel='"_sql,
+                        value(taxKey.text()), "'"_sql),
             Value(19.0));
 }
 
@@ -157,7 +94,7 @@ TEST_F(SchemaTest, ASecondCreationIsRefusedAndLeavesEverythingAsItWas) {
     WorkUnit unit(database());
     EXPECT_THROW(createSchema(database()), StatementError);
   }
-  EXPECT_EQ(file.count(sql("Select Count(*) From Schemastand"_sql)), 1);
+  EXPECT_EQ(file.count("Select Count(*) From Schemastand"_sql), 1);
 }
 
 } // namespace

@@ -39,9 +39,8 @@ TEST_F(StandaloneSessionTest, ASettingIsWhatWasWrittenLastAndTheDefaultOnlyWhenI
 }
 
 TEST_F(StandaloneSessionTest, PersonnelNumberAndBookingCircleComeFromTheUsersRow) {
-  database().execute(
-      sql("Insert Into Benutzer (UserName, PersonalNr, Buchungskreis) Values ('meier', '12', 2)"_sql));
-  database().execute(sql("Insert Into Benutzer (UserName, PersonalNr) Values ('kunz', '13')"_sql));
+  file.execute("Insert Into Benutzer (UserName, PersonalNr, Buchungskreis) Values ('meier', '12', 2)"_sql);
+  file.execute("Insert Into Benutzer (UserName, PersonalNr) Values ('kunz', '13')"_sql);
   const auto meier = sessionOf({"MEIER", {}, "", ""});
   EXPECT_EQ(meier->PersonalNr(), "12");
   EXPECT_EQ(meier->GetBuchungskreis(), 2);
@@ -63,7 +62,7 @@ TEST_F(StandaloneSessionTest, WorksUnderTheClocksDayUnlessADayIsGiven) {
 class NumberRange : public StandaloneErpTest {
 protected:
   void range(std::int16_t circle, bool active, Value current, Value lower, Value upper) {
-    const auto rows = database().open(sql("Select * From Nummernkreise Where NSchl = 'X'"_sql));
+    const auto rows = file.open("Select * From Nummernkreise Where NSchl = 'X'"_sql);
     rows->addNew();
     rows->set("NSchl", "X");
     rows->set("Buchungskreis", circle);
@@ -75,9 +74,8 @@ protected:
   }
   std::optional<std::int32_t> draw(std::int16_t circle) { return session()->GetBelegnummer("X", circle); }
   Value current(std::int16_t circle) {
-    return file.first(
-        sql("Select aktuellerWert From Nummernkreise Where NSchl = 'X' And Buchungskreis = "_sql,
-            number(circle)));
+    return file.single("Select aktuellerWert From Nummernkreise Where NSchl = 'X' And Buchungskreis = "_sql,
+                       number(circle));
   }
 };
 
@@ -129,8 +127,8 @@ TEST_F(NumberRange, ThatHasNoWholeNumbersOrDoesNotMoveIsNamed) {
   range(6, true, std::int64_t{9223372036854775807}, {}, {});
   EXPECT_EQ(draw(6), std::nullopt) << "beyond every number is used up";
   range(7, true, 7, {}, {});
-  database().execute(sql("CREATE TRIGGER ignore BEFORE UPDATE ON Nummernkreise "
-                         "BEGIN SELECT RAISE(IGNORE); END"_sql));
+  file.execute("CREATE TRIGGER ignore BEFORE UPDATE ON Nummernkreise "
+               "BEGIN SELECT RAISE(IGNORE); END"_sql);
   EXPECT_EQ(failure(7), "Der Nummernkreis 'X' im Buchungskreis '7' nimmt keine neue Nummer an.");
 }
 
@@ -144,7 +142,7 @@ TEST_F(NumberRange, GivesNothingWhenMissingOrInactive) {
 TEST_F(NumberRange, ANumberGivenBackIsDrawnAgain) {
   range(1, true, 5, {}, {});
   EXPECT_EQ(draw(1), 6);
-  database().execute(sql("Update Nummernkreise Set aktuellerWert = aktuellerWert - 1 Where NSchl = 'X'"_sql));
+  file.execute("Update Nummernkreise Set aktuellerWert = aktuellerWert - 1 Where NSchl = 'X'"_sql);
   EXPECT_EQ(draw(1), 6);
 }
 

@@ -303,15 +303,15 @@ TEST_F(OrderRows, AnOrderOfEmptyPropertiesHoldsOnlyWhatTheRunAdds) {
   EXPECT_EQ(rows("Belegindex"), expected(R"(
     Belegart=AB | Belegnummer=501 | Herkunft=HAN | Kundennummer=20002 | Datum=20261012000000
   )"));
-  EXPECT_EQ(erp.text(sql("Select Text3 From Protokollpositionen"_sql)), "12.10.2026");
+  EXPECT_EQ(erp.text("Select Text3 From Protokollpositionen"_sql), "12.10.2026");
 }
 
 TEST_F(OrderRows, AFileMayLeaveOutNumbersAndFurtherQuantitiesOfItsPositions) {
   stage("Auftrag", "JobID=O1\nKundennummer=20001",
         {"Artikelnummer=B200\nMenge:8", "Artikelnummer=C300\nMenge:3"});
   EXPECT_EQ(
-      erp.rows(sql("Select Positionsnummer, Artikelnummer, Menge, Auslieferungsmenge, Fakturiermenge "
-                   "From ImportPos Order By Positionsnummer"_sql)),
+      erp.rows("Select Positionsnummer, Artikelnummer, Menge, Auslieferungsmenge, Fakturiermenge "
+               "From ImportPos Order By Positionsnummer"_sql),
       (std::vector<std::vector<Value>>{{Value("1"), Value("B200"), Value(8.0), Value(8.0), Value(8.0)},
                                        {Value("2"), Value("C300"), Value(3.0), Value(3.0), Value(3.0)}}));
 }

@@ -27,35 +27,19 @@ TEST(Values, ReadAsText) {
 }
 
 TEST(Values, ReadAsWholeNumbers) {
-  struct Case {
-    Value value;
-    std::optional<std::int64_t> expected;
-  };
-  const auto none = std::nullopt;
-  for (const Case& c : {Case{Value(" 12 "), 12},
-                        Case{Value("+7"), 7},
-                        Case{Value("-7"), -7},
-                        Case{Value("007"), 7},
-                        Case{Value(""), none},
-                        Case{Value("+-7"), none},
-                        Case{Value("++7"), none},
-                        Case{Value("1.0"), none},
-                        Case{Value("1e2"), none},
-                        Case{Value("0x10"), none},
-                        Case{Value("1 2"), none},
-                        Case{Value("12a"), none},
-                        Case{Value("9223372036854775807"), std::numeric_limits<std::int64_t>::max()},
-                        Case{Value("9223372036854775808"), none},
-                        Case{Value(3.0), 3},
-                        Case{Value(3.5), none},
-                        Case{Value(1e19), none},
-                        Case{Value(std::nan("")), none},
-                        Case{Value(true), 1},
-                        Case{Value(Money::ofTenThousandths(20000)), 2},
-                        Case{Value(Money::ofTenThousandths(1)), none},
-                        Case{Value::null(), none},
-                        Case{moment, none}})
-    EXPECT_EQ(c.value.integer(), c.expected) << c.value.text();
+  for (const auto& [value, expected] : {std::pair<Value, std::int64_t>{" 12 ", 12},
+                                        {"+7", 7},
+                                        {"-7", -7},
+                                        {"007", 7},
+                                        {Value(3.0), 3},
+                                        {"9223372036854775807", std::numeric_limits<std::int64_t>::max()},
+                                        {Value(true), 1},
+                                        {Value(Money::ofTenThousandths(20000)), 2}})
+    EXPECT_EQ(value.integer(), expected) << value.text();
+  for (const Value& none : {Value(""), Value("+-7"), Value("++7"), Value("1.0"), Value("1e2"), Value("0x10"),
+                            Value("1 2"), Value("12a"), Value("9223372036854775808"), Value(3.5), Value(1e19),
+                            Value(std::nan("")), Value(Money::ofTenThousandths(1)), Value(), Value(moment)})
+    EXPECT_EQ(none.integer(), std::nullopt) << none.text();
 }
 
 TEST(Values, ReadAsNumbers) {

@@ -26,8 +26,8 @@ TEST_F(CostAssignmentTest, APairGetsOneNumberWhateverItsBlanks) {
   EXPECT_EQ(costs.findOrCreate({"", ""}), none);
   EXPECT_EQ(costs.find({"100", ""}), centreOnly);
   EXPECT_EQ(costs.find({"100", "P8"}), std::nullopt);
-  EXPECT_EQ(erp.count(sql("Select Count(*) From Kostenzuordnung"_sql)), 3);
-  EXPECT_EQ(erp.count(sql("Select Count(*) From Kostenzuordnung Where Kostentraeger is null"_sql)), 2);
+  EXPECT_EQ(erp.count("Select Count(*) From Kostenzuordnung"_sql), 3);
+  EXPECT_EQ(erp.count("Select Count(*) From Kostenzuordnung Where Kostentraeger is null"_sql), 2);
   EXPECT_EQ(costs.read(both).Kostentraeger, "P7");
 }
 
@@ -43,8 +43,8 @@ TEST_F(CostAssignmentTest, EveryDocumentKindHasItsOwnRule) {
 }
 
 TEST_F(CostAssignmentTest, TheRuleOfTheDocumentKindSaysWhatIsMissing) {
-  erp.connection().execute(sql("Insert Into Kostenzuordnung (KostID, Kostenstelle, Kostentraeger) Values "
-                               "(1,'100',null), (2,null,'P7'), (3,'  ','P7')"_sql));
+  erp.execute("Insert Into Kostenzuordnung (KostID, Kostenstelle, Kostentraeger) Values "
+              "(1,'100',null), (2,null,'P7'), (3,'  ','P7')"_sql);
   erp.set("Kost2", "Projekt", "Kostenzuordnung");
   const struct {
     std::string_view rule, kind;

@@ -11,9 +11,8 @@ namespace {
 class CustomerAddressesTest : public ::testing::Test {
 protected:
   void SetUp() override {
-    erp.connection().execute(
-        sql("Insert Into Kundenstamm (Kundennummer, Bez1, Bez2, Strasse, PLZ, Ort) Values "
-            "('100','Müller','','Hauptweg 1','20095','Hamburg')"_sql));
+    erp.execute("Insert Into Kundenstamm (Kundennummer, Bez1, Bez2, Strasse, PLZ, Ort) Values "
+                "('100','Müller','','Hauptweg 1','20095','Hamburg')"_sql);
   }
 
   ErpFile erp;
@@ -38,16 +37,15 @@ TEST_F(CustomerAddressesTest, ANumberedAddressIsAddedOnceAndNeverOverwritten) {
   EXPECT_TRUE(addresses.AddAdressDaten("100", "B", second));
   EXPECT_EQ(addresses.GetAdressDaten("100", "A"), first);
   EXPECT_TRUE(addresses.KundeAngelegt("100", "B"));
-  EXPECT_EQ(erp.count(sql("Select Count(*) From Adressenstamm Where Ort is null And Bez1 = 'Büro'"_sql)), 1);
+  EXPECT_EQ(erp.count("Select Count(*) From Adressenstamm Where Ort is null And Bez1 = 'Büro'"_sql), 1);
 }
 
 TEST_F(CustomerAddressesTest, AnAddressThatTheDatabaseLeavesOutIsAFailure) {
-  erp.connection().execute(
-      sql("Create Trigger Nicht Before Insert On Adressenstamm Begin Select Raise(Ignore); End"_sql));
+  erp.execute("Create Trigger Nicht Before Insert On Adressenstamm Begin Select Raise(Ignore); End"_sql);
   EXPECT_THROW(addresses.AddAdressDaten("100", "A", {"Lager", "", "", "", "", "", ""}), NotInserted);
 }
 
 TEST_F(CustomerAddressesTest, TheMainAddressIsNeverAdded) {
   EXPECT_FALSE(addresses.AddAdressDaten("100", "", {"Lager", "", "", "", "", "", ""}));
-  EXPECT_EQ(erp.count(sql("Select Count(*) From Adressenstamm"_sql)), 0);
+  EXPECT_EQ(erp.count("Select Count(*) From Adressenstamm"_sql), 0);
 }

@@ -11,11 +11,9 @@ namespace {
 class TaxRulesTest : public ::testing::Test {
 protected:
   void SetUp() override {
-    erp.connection().execute(
-        sql("Insert Into Steuerschlüsselzuordnung (MwStKZKunde, MwStKZArtikel, "
-            "Steuerschlüssel, SteuerschlüsselNeu) Values ('I','V',3,9), ('I','X',99999,null)"_sql));
-    erp.connection().execute(
-        sql("Insert Into Steuerschlüssel (Steuerschlüssel, MwSt_Satz) Values (90,19.5)"_sql));
+    erp.execute("Insert Into Steuerschlüsselzuordnung (MwStKZKunde, MwStKZArtikel, "
+                "Steuerschlüssel, SteuerschlüsselNeu) Values ('I','V',3,9), ('I','X',99999,null)"_sql);
+    erp.execute("Insert Into Steuerschlüssel (Steuerschlüssel, MwSt_Satz) Values (90,19.5)"_sql);
   }
 
   ErpFile erp;
@@ -63,8 +61,7 @@ TEST_F(TaxRulesTest, APairWithoutAUsableKeyRaises) {
 TEST_F(TaxRulesTest, AnUnknownKeyHasTheRateZeroAndARateThatIsNoNumberRaises) {
   EXPECT_EQ(tax.GetSteuerSatz("90"), 19.5);
   EXPECT_EQ(tax.GetSteuerSatz("91"), 0);
-  erp.connection().execute(
-      sql("Insert Into Steuerschlüssel (Steuerschlüssel, MwSt_Satz) Values (92,null), (93,'7,5')"_sql));
+  erp.execute("Insert Into Steuerschlüssel (Steuerschlüssel, MwSt_Satz) Values (92,null), (93,'7,5')"_sql);
   EXPECT_THROW(tax.GetSteuerSatz("92"), MissingTaxRate);
   EXPECT_THROW(tax.GetSteuerSatz("93"), MissingTaxRate);
 }

@@ -1,13 +1,12 @@
 // Which store a setting comes from, how options are read as numbers, and what a failing store costs.
 #include "settings/settings.h"
 #include "support/fake_session.h"
+#include "support/words.h"
 
 #include <gtest/gtest.h>
 
 #include <optional>
 #include <set>
-#include <sstream>
-#include <vector>
 
 namespace qx {
 namespace {
@@ -152,12 +151,6 @@ TEST(Options, JudgeACheckByTheRuleOfItsReaders) {
     std::string_view off;
     std::string_view unknown;
   };
-  const auto words = [](std::string_view list) {
-    std::vector<std::string> found;
-    std::istringstream stream{std::string(list)};
-    for (std::string word; stream >> word;) found.push_back(word);
-    return found;
-  };
   for (const Case& c :
        {Case{"AutomatischVerarbeiten", "1 2 -1", "0 00", "true Wahr ja 1.0 99999"},
         Case{"SWAuftLieferbereit", "1 -1", "0", "Wahr"}, Case{"KreditlimitAuftrag", "1 2", "0", "-1 true"},
@@ -168,9 +161,9 @@ TEST(Options, JudgeACheckByTheRuleOfItsReaders) {
         Case{"Ändern", "Wahr", "0", "x"}}) {
     const OptionSpec* key = findOption("ImportJob2", c.key);
     ASSERT_NE(key, nullptr) << c.key;
-    for (const std::string& text : words(c.on)) EXPECT_EQ(checkState(*key, text), true) << c.key << text;
-    for (const std::string& text : words(c.off)) EXPECT_EQ(checkState(*key, text), false) << c.key << text;
-    for (const std::string& text : words(c.unknown))
+    for (const std::string& text : split(c.on)) EXPECT_EQ(checkState(*key, text), true) << c.key << text;
+    for (const std::string& text : split(c.off)) EXPECT_EQ(checkState(*key, text), false) << c.key << text;
+    for (const std::string& text : split(c.unknown))
       EXPECT_EQ(checkState(*key, text), std::nullopt) << c.key << text;
     EXPECT_EQ(checkState(*key, ""), std::nullopt) << c.key;
   }

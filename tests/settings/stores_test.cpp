@@ -23,9 +23,9 @@ TEST(SharedStore, KeepsValuesForEveryOtherWorkstation) {
 
 TEST(SharedStore, TakesAKeyThatAnotherWorkstationHasStoredInTheSameMoment) {
   TestErp erp;
-  erp.execute(sql("Create Trigger Vorher Before Insert On Einstellungen When new.Value = 'eigener' Begin "
-                  "Insert Into Einstellungen (Section, Key, Value) Values (new.Section, new.Key, 'fremder'); "
-                  "End"_sql));
+  erp.execute("Create Trigger Vorher Before Insert On Einstellungen When new.Value = 'eigener' Begin "
+              "Insert Into Einstellungen (Section, Key, Value) Values (new.Section, new.Key, 'fremder'); "
+              "End"_sql);
   const Settings settings(erp.environment);
   settings.save(applicationName, "ImportJob2", "ZAVSRG", "eigener");
   EXPECT_EQ(settings.get(applicationName, "ImportJob2", "ZAVSRG"), "eigener") << "the last writer wins";
@@ -35,7 +35,7 @@ TEST(SharedStore, TakesAKeyThatAnotherWorkstationHasStoredInTheSameMoment) {
 TEST(SharedStore, ThatIsBrokenCostsTheValueAndIsTold) {
   TestErp erp;
   const Settings settings(erp.environment);
-  erp.execute(sql("Drop Table Einstellungen"_sql));
+  erp.execute("Drop Table Einstellungen"_sql);
   settings.save(applicationName, "ImportJob2", "NewMail", "1");
   EXPECT_EQ(settings.get(applicationName, "ImportJob2", "NewMail"), "");
   EXPECT_EQ(erp.diagnostics.entries.size(), 2U) << erp.diagnostics.text();

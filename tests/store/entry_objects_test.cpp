@@ -120,13 +120,13 @@ TEST(EntryObjects, AddItemWritesOneRowHoweverOften) {
   customer.AddItem();
   customer.Ort = "Köln";
   customer.AddItem();
-  EXPECT_EQ(erp.count(sql("Select Count(*) From ImportKopf"_sql)), 1);
-  EXPECT_EQ(erp.first(sql("Select Ort From ImportKopf"_sql)), Value("Köln"));
+  EXPECT_EQ(erp.count("Select Count(*) From ImportKopf"_sql), 1);
+  EXPECT_EQ(erp.single("Select Ort From ImportKopf"_sql), Value("Köln"));
 }
 
 TEST(EntryObjects, AFailingAddItemIsTrappedAndTold) {
   ErpFile erp;
-  erp.connection().execute(sql("Drop Table ImportPos"_sql));
+  erp.execute("Drop Table ImportPos"_sql);
   const AuftragsPos position(erp.environment);
   position.AddItem();
   ASSERT_EQ(erp.diagnostics.entries.size(), 1U);

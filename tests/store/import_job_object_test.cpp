@@ -52,9 +52,8 @@ TEST_F(ImportJobObjectTest, StoredJobsComeBackWithTheirPositionsInTheOrderOfTheN
   stored->IndFild1 = "kennt diese Version nicht";
   stored->SubItems().Item(1)->Menge = 2.5;
   EXPECT_TRUE(object.StoreItemToDB(*stored));
-  EXPECT_EQ(
-      keys(sql("Select Eingangsdatum From ImportKopf Where IndFild1 Is Null And ImportType Is Null"_sql)),
-      "01.02.2006 ");
+  EXPECT_EQ(keys("Select Eingangsdatum From ImportKopf Where IndFild1 Is Null And ImportType Is Null"_sql),
+            "01.02.2006 ");
   ASSERT_TRUE(object.LoadFromDatabase());
   const auto loaded = object.GetItem("k1");
   EXPECT_EQ(loaded, object.GetItem(1));
@@ -91,7 +90,7 @@ TEST_F(ImportJobObjectTest, AnUpdateTouchesItsColumnsOnlyAndShowsItsFailure) {
   const auto changed = job("K1", 10);
   changed->Bez1 = "neu";
   EXPECT_TRUE(object.UpdateItem(*changed, "K1"));
-  EXPECT_EQ(keys(sql("Select JobType || Bez1 || IndFild1 || ProcessWarning From ImportKopf"_sql)),
+  EXPECT_EQ(keys("Select JobType || Bez1 || IndFild1 || ProcessWarning From ImportKopf"_sql),
             "10neubleibt1 ");
   // The record's own key does not become that of the row: its positions name it.
   changed->JobID = "anders";
@@ -108,7 +107,7 @@ TEST_F(ImportJobObjectTest, AnUpdateTouchesItsColumnsOnlyAndShowsItsFailure) {
   const auto moved = job("K1", 10, {"P1"})->SubItem;
   moved->Positionsnummer = 77;
   EXPECT_TRUE(object.UpdateSubItem(*moved, "P1"));
-  EXPECT_EQ(keys(sql("Select Positionsnummer From ImportPos"_sql)), "77 ");
+  EXPECT_EQ(keys("Select Positionsnummer From ImportPos"_sql), "77 ");
 }
 
 TEST_F(ImportJobObjectTest, ArchivesAreDoneInTheSenseOfThisVersion) {
@@ -183,8 +182,8 @@ TEST_F(ImportJobObjectTest, FilesTravelWithBothKindsOfLines) {
   for (int round = 0; round < 2; ++round) {
     EXPECT_TRUE(object.Import(file("a.aim"))) << erp.diagnostics.text();
     EXPECT_EQ(jobs() + positions(), "K1 K2 P1 P2 ");
-    EXPECT_EQ(keys(sql("Select Preis From ImportPos Where ChildID = 'P1' And JobType = 1001"_sql)), "0.1 ");
-    EXPECT_EQ(keys(sql("Select JobType || Fehlertext From ImportKopf Where JobID = 'K1'"_sql)), "-11falsch ");
+    EXPECT_EQ(keys("Select Preis From ImportPos Where ChildID = 'P1' And JobType = 1001"_sql), "0.1 ");
+    EXPECT_EQ(keys("Select JobType || Fehlertext From ImportKopf Where JobID = 'K1'"_sql), "-11falsch ");
   }
   EXPECT_FALSE(object.Import(file("fehlt.aim")));
 }
@@ -194,10 +193,10 @@ TEST_F(ImportJobObjectTest, APositionOfAnOrderStaysOneWhenAFileOfThisVersionIsRe
   execute(sql("Insert Into ImportPos (JobID, ChildID, JobType) Values ('A1', 'P1', 50)"_sql));
   ASSERT_TRUE(object.Export(file("a.aim")));
   ASSERT_TRUE(object.Import(file("a.aim"))) << erp.diagnostics.text();
-  EXPECT_EQ(keys(sql("Select JobType From ImportPos"_sql)), "50 ");
+  EXPECT_EQ(keys("Select JobType From ImportPos"_sql), "50 ");
   execute(sql("Delete From ImportPos"_sql));
   ASSERT_TRUE(object.Import(file("a.aim")));
-  EXPECT_EQ(keys(sql("Select JobType From ImportPos"_sql)), "1001 ");
+  EXPECT_EQ(keys("Select JobType From ImportPos"_sql), "1001 ");
 }
 
 TEST_F(ImportJobObjectTest, APositionFollowsItsOwnHeader) {

@@ -10,13 +10,12 @@ namespace {
 
 class ImportLockTest : public ::testing::Test {
 protected:
-  std::int64_t rows() { return erp.count(sql("Select Count(*) From LockControl"_sql)); }
+  std::int64_t rows() { return erp.count("Select Count(*) From LockControl"_sql); }
   /// The row of another user.
   void lockBy(std::string_view user, std::string_view session = "S9") {
-    erp.connection().execute(
-        sql("Insert Into LockControl (Dateiname, Satz, StationID, SessionID, Benutzer) Values "
-            "('ImportJob', '1', 'unbennant', '"_sql,
-            value(session), "', '"_sql, value(user), "')"_sql));
+    erp.execute("Insert Into LockControl (Dateiname, Satz, StationID, SessionID, Benutzer) Values "
+                "('ImportJob', '1', 'unbennant', '"_sql,
+                value(session), "', '"_sql, value(user), "')"_sql);
   }
 
   ErpFile erp;
@@ -35,10 +34,10 @@ constexpr std::string_view refusal =
 TEST_F(ImportLockTest, ReleasesOnlyItsOwnRowAndTakesAgainWhatWasTakenAway) {
   ASSERT_EQ(lock.take().state, LockState::Taken);
   EXPECT_EQ(lock.confirm().state, LockState::Taken);
-  erp.connection().execute(sql("Delete From LockControl"_sql));
+  erp.execute("Delete From LockControl"_sql);
   EXPECT_EQ(lock.confirm().state, LockState::Taken);
   EXPECT_TRUE(lock.holder());
-  erp.connection().execute(sql("Delete From LockControl"_sql));
+  erp.execute("Delete From LockControl"_sql);
   lockBy("erika");
   EXPECT_EQ(lock.confirm().state, LockState::Refused);
   EXPECT_EQ(erp.desktop.shown.size(), 1U);
@@ -65,11 +64,10 @@ TEST_F(ImportLockTest, TheRowNamesUserSessionAndAMisspelledStation) {
 
 TEST_F(ImportLockTest, ALockWhoseRowCannotBeDeletedIsStillHeldAndCanBeReleasedLater) {
   EXPECT_EQ(lock.take().state, LockState::Taken);
-  erp.connection().execute(
-      sql("Create Trigger Fest Before Delete On LockControl Begin Select Raise(Abort, 'fest'); End"_sql));
+  erp.execute("Create Trigger Fest Before Delete On LockControl Begin Select Raise(Abort, 'fest'); End"_sql);
   EXPECT_FALSE(lock.releaseIfHeld());
   EXPECT_TRUE(lock.held());
-  erp.connection().execute(sql("Drop Trigger Fest"_sql));
+  erp.execute("Drop Trigger Fest"_sql);
   {
     const WorkUnit another(erp.connection());
     EXPECT_FALSE(lock.releaseIfHeld()) << "what becomes of the open unit is not for the lock to say";
@@ -82,7 +80,7 @@ TEST_F(ImportLockTest, ALockWhoseRowCannotBeDeletedIsStillHeldAndCanBeReleasedLa
 TEST_F(ImportLockTest, OfALongSessionIdentityTheRowKeepsFifteenCharacters) {
   erp.session->sessionId = "Sitzung-äöü-123456";
   EXPECT_EQ(lock.take().state, LockState::Taken);
-  EXPECT_EQ(erp.first(sql("Select SessionID From LockControl"_sql)), Value("Sitzung-äöü-123"));
+  EXPECT_EQ(erp.single("Select SessionID From LockControl"_sql), Value("Sitzung-äöü-123"));
 }
 
 TEST_F(ImportLockTest, ASecondUserIsRefusedWithTheHoldersNameAndReleasesNothing) {
@@ -127,7 +125,7 @@ TEST_F(ImportLockTest, ABusyDatabaseIsRefusedByARowAndUnavailableWithoutOne) {
 }
 
 TEST_F(ImportLockTest, OnOurOwnConnectionAMissingTableMakesItUnavailable) {
-  erp.connection().execute(sql("Drop Table LockControl"_sql));
+  erp.execute("Drop Table LockControl"_sql);
   EXPECT_EQ(lock.take().state, LockState::Unavailable);
   EXPECT_FALSE(erp.diagnostics.entries.empty());
 }
@@ -138,17 +136,16 @@ TEST_F(ImportLockTest, OnAHostsConnectionFailingStepsAreSkippedAndNothingIsTaken
   erp.connect(SqliteDatabase::openAsHost(erp.path));
   EXPECT_EQ(lock.take().state, LockState::Refused);
   EXPECT_EQ(erp.desktop.shown.back().text, refusal);
-  erp.connection().execute(sql("Drop Table LockControl"_sql));
+  erp.execute("Drop Table LockControl"_sql);
   EXPECT_EQ(lock.take().state, LockState::Taken);
   EXPECT_FALSE(erp.diagnostics.entries.empty());
 }
 
 TEST_F(ImportLockTest, OnAHostsConnectionARowMetByTheInsertRefuses) {
   // Another user's row appears between looking and writing; "Fail" keeps it although our insert is refused.
-  erp.connection().execute(
-      sql("Create Trigger Dazwischen Before Insert On LockControl When New.Benutzer = 'prüfer' Begin "
-          "Insert Into LockControl (Dateiname, Satz, StationID, SessionID, Benutzer) Values "
-          "('ImportJob', '1', 'unbennant', 'S9', 'erika'); Select Raise(Fail, 'schon da'); End"_sql));
+  erp.execute("Create Trigger Dazwischen Before Insert On LockControl When New.Benutzer = 'prüfer' Begin "
+              "Insert Into LockControl (Dateiname, Satz, StationID, SessionID, Benutzer) Values "
+              "('ImportJob', '1', 'unbennant', 'S9', 'erika'); Select Raise(Fail, 'schon da'); End"_sql);
   erp.connect(SqliteDatabase::openAsHost(erp.path));
   EXPECT_EQ(lock.take().state, LockState::Refused);
   EXPECT_FALSE(lock.held());

@@ -14,22 +14,16 @@ class JobDeletionTest : public ::testing::Test {
 protected:
   void stage(std::string_view jobId, std::int16_t jobType, std::string_view customer = "100",
              std::string_view received = "01.02.2006") {
-    erp.connection().execute(sql(
-        "Insert Into ImportKopf (JobID, JobType, Kundennummer, Eingangsdatum) Values ('"_sql, value(jobId),
-        "', "_sql, number(jobType), ", '"_sql, value(customer), "', '"_sql, value(received), "')"_sql));
+    erp.execute("Insert Into ImportKopf (JobID, JobType, Kundennummer, Eingangsdatum) Values ('"_sql,
+                value(jobId), "', "_sql, number(jobType), ", '"_sql, value(customer), "', '"_sql,
+                value(received), "')"_sql);
   }
   void stagePosition(std::string_view jobId, std::string_view childId) {
-    erp.connection().execute(sql("Insert Into ImportPos (JobID, ChildID) Values ('"_sql, value(jobId),
-                                 "', '"_sql, value(childId), "')"_sql));
+    erp.execute("Insert Into ImportPos (JobID, ChildID) Values ('"_sql, value(jobId), "', '"_sql,
+                value(childId), "')"_sql);
   }
-  std::string keys(const Sql& statement) {
-    std::string text;
-    const auto rows = erp.connection().open(statement);
-    for (; !rows->eof(); rows->moveNext()) text += rows->value(std::size_t{0}).text() + " ";
-    return text;
-  }
-  std::string jobs() { return keys(sql("Select JobID From ImportKopf Order By JobID"_sql)); }
-  std::string positions() { return keys(sql("Select ChildID From ImportPos Order By ChildID"_sql)); }
+  std::string jobs() { return erp.keys("Select JobID From ImportKopf Order By JobID"_sql); }
+  std::string positions() { return erp.keys("Select ChildID From ImportPos Order By ChildID"_sql); }
 
   ErpFile erp;
   JobDeletion deletion{erp.environment};
@@ -131,9 +125,9 @@ TEST_F(JobDeletionTest, AJobThatTheDatabaseKeepsStaysWholeAndTheOthersGo) {
     EXPECT_NE(one.left().begin()->second.find(c.reason), std::string::npos) << one.left().begin()->second;
     EXPECT_FALSE(erp.diagnostics.entries.empty());
     EXPECT_EQ(erp.diagnostics.entries.back().job, "b");
-    erp.connection().execute(sql("Drop Trigger Verbot"_sql));
-    erp.connection().execute(sql("Delete From ImportKopf"_sql));
-    erp.connection().execute(sql("Delete From ImportPos"_sql));
+    erp.execute("Drop Trigger Verbot"_sql);
+    erp.execute("Delete From ImportKopf"_sql);
+    erp.execute("Delete From ImportPos"_sql);
   }
 }
 
@@ -191,7 +185,7 @@ TEST_F(JobDeletionTest, ThePurgeFollowsItsSettings) {
       {"", "a13 a23 a33 a43 ", ""},
   };
   for (const auto& c : cases) {
-    erp.connection().execute(sql("Delete From ImportKopf"_sql));
+    erp.execute("Delete From ImportKopf"_sql);
     for (const std::int16_t type : {13, 23, 33, 43}) stage("a" + std::to_string(type), type);
     for (const char* key : {"KundeDelete", "VTDelete", "AuftragDelete"})
       erp.set(key, key == c.on ? "1" : "2");

@@ -13,7 +13,7 @@ class JobFileExportTest : public JobFileTest {
 protected:
   /// A row in which every column holds its own name, numbers where a line has numbers.
   void stageHeader(std::int16_t jobType) {
-    const auto row = erp.connection().open(sql("Select * From ImportKopf Where JobID = ''"_sql));
+    const auto row = erp.open("Select * From ImportKopf Where JobID = ''"_sql);
     fillWithNames(*row);
     row->set("JobType", jobType);
     row->set("ImportType", 12);
@@ -26,7 +26,7 @@ protected:
     row->update();
   }
   void stagePosition() {
-    const auto row = erp.connection().open(sql("Select * From ImportPos Where ChildID = ''"_sql));
+    const auto row = erp.open("Select * From ImportPos Where ChildID = ''"_sql);
     fillWithNames(*row);
     row->set("JobType", 50);
     row->set("Positionsnummer", "10");
@@ -46,8 +46,8 @@ protected:
       row.set(ColumnName(row.fieldName(i)), Value(row.fieldName(i)));
   }
   void stage(std::string_view jobId, std::int16_t jobType, std::string_view received = "01.02.2026") {
-    execute(sql("Insert Into ImportKopf (JobID, JobType, Eingangsdatum) Values ('"_sql, value(jobId),
-                "', "_sql, number(jobType), ", '"_sql, value(received), "')"_sql));
+    execute("Insert Into ImportKopf (JobID, JobType, Eingangsdatum) Values ('"_sql, value(jobId), "', "_sql,
+            number(jobType), ", '"_sql, value(received), "')"_sql);
   }
 };
 
@@ -72,7 +72,7 @@ TEST_F(JobFileExportTest, ACustomerLineHasTheseFields) {
 
 TEST_F(JobFileExportTest, AContractLineHasTheseFields) {
   for (const std::int16_t code : {20, 43}) {
-    execute(sql("Delete From ImportKopf"_sql));
+    execute("Delete From ImportKopf"_sql);
     stageHeader(code);
     EXPECT_EQ(exported(),
               std::string(head) + "\"" + std::to_string(code) +
@@ -111,8 +111,8 @@ TEST_F(JobFileExportTest, APositionLineHasTheseFieldsInGermanForm) {
 TEST_F(JobFileExportTest, AVersionOneFileHasEachJobWithItsPositionsAndReplacesWhatItCannotCarry) {
   stageHeader(-11);
   stagePosition();
-  execute(sql("Update ImportKopf Set Bez1 = 'a;b\"c', Fehlertext = 'eins' || char(13, 10) || 'zwei'"_sql));
-  execute(sql("Update ImportKopf Set AdresseAendernJN = 1, ZahlungsartAendernJN = 0"_sql));
+  execute("Update ImportKopf Set Bez1 = 'a;b\"c', Fehlertext = 'eins' || char(13, 10) || 'zwei'"_sql);
+  execute("Update ImportKopf Set AdresseAendernJN = 1, ZahlungsartAendernJN = 0"_sql);
   EXPECT_EQ(exported(JobFileVersion::One),
             "\"Quorvex ImportJob V 1.0.1\";\r\n"
             R"("-11";"JobID";"20";"Eingangsdatum";"Kundennummer";"Wahr";"Suchbegriff";"a,b'c";"Bez2";"Bez3";)"
@@ -130,7 +130,7 @@ TEST_F(JobFileExportTest, OldestJobsComeFirstDeletedOnesDoNotTravelAndAllPositio
   stage("alt", 33, "02.12.2025");
   stage("gelöscht", 44);
   stage("unbekannt", 17);
-  execute(sql("Insert Into ImportPos (JobID, ChildID) Values ('gelöscht', 'p')"_sql));
+  execute("Insert Into ImportPos (JobID, ChildID) Values ('gelöscht', 'p')"_sql);
   const JobFileReport report =
       exportJobFile(erp.environment, file("out.edi"), JobFileVersion::Two, &observer);
   EXPECT_EQ(report.counts.jobs, 2);
@@ -151,7 +151,7 @@ TEST_F(JobFileExportTest, EmptyTablesGiveTheBannerOnly) {
 TEST_F(JobFileExportTest, CharactersThatTheCodePageLacksAreToldOncePerJob) {
   stage("a", 10);
   stage("b", 10);
-  execute(sql("Update ImportKopf Set Bez1 = 'Ж', Bez2 = '€ё' Where JobID = 'a'"_sql));
+  execute("Update ImportKopf Set Bez1 = 'Ж', Bez2 = '€ё' Where JobID = 'a'"_sql);
   EXPECT_NE(exported().find("\"\";\"?\";\"€?\";"), std::string::npos);
   // Without the entry that this host has no application directory, which concerns no job.
   std::erase_if(erp.diagnostics.entries, [](const auto& entry) { return entry.job.empty(); });
@@ -188,7 +188,7 @@ TEST_F(JobFileExportTest, AFullDiskKeepsTheFileThatWasThereAndTheLinesWrittenSoF
 TEST_F(JobFileExportTest, AFailureOfTheDatabaseKeepsTheOldFileToo) {
   stage("a", 20);
   erp.folder.write("out.edi", "die alte Datei");
-  execute(sql("Alter Table ImportKopf Drop Column Kündigungsgrund"_sql));
+  execute("Alter Table ImportKopf Drop Column Kündigungsgrund"_sql);
   const JobFileReport report = exportJobFile(erp.environment, file("out.edi"), JobFileVersion::Two);
   EXPECT_EQ(report.end, JobFileEnd::Failed);
   EXPECT_EQ(erp.folder.read("out.edi"), head);
@@ -268,7 +268,7 @@ TEST_F(JobFileExportTest, AFileShowsOneStateWhoeverWritesMeanwhile) {
     bool written_ = false;
   };
   stage("alt", 30);
-  execute(sql("Insert Into ImportPos (JobID, ChildID, JobType) Values ('alt', 'P', 50)"_sql));
+  execute("Insert Into ImportPos (JobID, ChildID, JobType) Values ('alt', 'P', 50)"_sql);
   const auto other = erp.secondConnection();
   Writer writer(*other);
   ASSERT_EQ(exportJobFile(erp.environment, file("out.edi"), JobFileVersion::Two, &writer).end,

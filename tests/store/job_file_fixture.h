@@ -62,7 +62,7 @@ inline std::string position(const std::string& jobId, const std::string& childId
   return fileLine(15, {"50", jobId, childId});
 }
 
-class JobFileTest : public ::testing::Test {
+class JobFileTest : public ::testing::Test, public DatabaseAccess {
 protected:
   std::string file(const char* name) const { return (erp.folder.path() / name).string(); }
 
@@ -85,15 +85,9 @@ protected:
     EXPECT_EQ(report.end, JobFileEnd::Complete) << report.failure;
     return textFromCodePage(erp.folder.read("out.edi"));
   }
-  std::string keys(const Sql& statement) {
-    std::string text;
-    for (const auto rows = erp.connection().open(statement); !rows->eof(); rows->moveNext())
-      text += rows->value(std::size_t{0}).text() + " ";
-    return text;
-  }
-  std::string jobs() { return keys(sql("Select JobID From ImportKopf Order By JobID"_sql)); }
-  std::string positions() { return keys(sql("Select ChildID From ImportPos Order By ChildID"_sql)); }
-  void execute(const Sql& statement) { erp.connection().execute(statement); }
+  std::string jobs() { return keys("Select JobID From ImportKopf Order By JobID"_sql); }
+  std::string positions() { return keys("Select ChildID From ImportPos Order By ChildID"_sql); }
+  Connection& connection() override { return erp.connection(); }
 
   ErpFile erp;
   RecordingObserver observer;

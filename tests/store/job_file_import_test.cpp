@@ -20,8 +20,7 @@ namespace {
 class JobFileImportTest : public JobFileTest {
 protected:
   Value header(std::string_view jobId, ColumnName column) {
-    const auto rows =
-        erp.connection().open(sql("Select * From ImportKopf Where JobID = '"_sql, value(jobId), "'"_sql));
+    const auto rows = erp.open("Select * From ImportKopf Where JobID = '"_sql, value(jobId), "'"_sql);
     return rows->eof() ? Value("no row") : rows->value(column);
   }
   /// Every row of a table as column -> value.
@@ -233,7 +232,7 @@ TEST_F(JobFileImportTest, LineFeedsAloneAndAMissingLastLineEndAreAccepted) {
 }
 
 TEST_F(JobFileImportTest, PositionsMayStandAnywhereAndOneWithoutItsJobIsNamed) {
-  execute(sql("Insert Into ImportKopf (JobID, JobType) Values ('schon da', 30)"_sql));
+  execute("Insert Into ImportKopf (JobID, JobType) Values ('schon da', 30)"_sql);
   const JobFileReport report = importLines(
       banner2, {position("A1", "P1"), position("fehlt", "P2"), order("A1"), position("schon da", "P3")});
   EXPECT_EQ(report.end, JobFileEnd::Complete);
@@ -250,14 +249,14 @@ TEST_F(JobFileImportTest, EmptyNumbersLeaveTheStartingValuesOfTheEntryObjects) {
   EXPECT_EQ(header("A1", "Status"), Value(10));
   // Unlike a number, an empty text is stored.
   EXPECT_EQ(header("A1", "Eingangsdatum"), Value(""));
-  EXPECT_EQ(keys(sql("Select Lieferbereit || Fakturierbereit || Menge From ImportPos Order By ChildID"_sql)),
+  EXPECT_EQ(keys("Select Lieferbereit || Fakturierbereit || Menge From ImportPos Order By ChildID"_sql),
             "100.0 011.0e-05 ");
 }
 
 TEST_F(JobFileImportTest, ADoneJobThatWaitsAgainIsNamed) {
   for (const char* done : {"K1", "K2", "K3"})
-    execute(sql("Insert Into ImportKopf (JobID, JobType, ProcessWarning) Values ('"_sql, value(done),
-                "', 13, 1)"_sql));
+    execute("Insert Into ImportKopf (JobID, JobType, ProcessWarning) Values ('"_sql, value(done),
+            "', 13, 1)"_sql);
   const JobFileReport report =
       importLines(banner2, {customer("K1", "10"), customer("K2", "13"), customer("K4", "10")});
   EXPECT_EQ(report.counts.setBack, 1);
@@ -268,14 +267,14 @@ TEST_F(JobFileImportTest, ADoneJobThatWaitsAgainIsNamed) {
 }
 
 TEST_F(JobFileImportTest, ADeletedContractThatWaitsAgainIsNamedAsWell) {
-  execute(sql("Insert Into ImportKopf (JobID, JobType) Values ('K1', 44)"_sql));
+  execute("Insert Into ImportKopf (JobID, JobType) Values ('K1', 44)"_sql);
   EXPECT_EQ(importLines(banner2, {customer("K1", "10")}).counts.setBack, 1);
   EXPECT_EQ(observer.told, "2 set back K1\n");
 }
 
 TEST_F(JobFileImportTest, ARecordThatTheDatabaseRefusesIsOneOfMany) {
-  execute(sql("Create Trigger Verbot Before Insert On ImportKopf When New.JobID = 'K2' Begin "
-              "Select Raise(Abort, 'nicht erlaubt'); End"_sql));
+  execute("Create Trigger Verbot Before Insert On ImportKopf When New.JobID = 'K2' Begin "
+          "Select Raise(Abort, 'nicht erlaubt'); End"_sql);
   const JobFileReport report = importLines(banner2, {customer("K1"), customer("K2"), customer("K3")});
   EXPECT_EQ(report.end, JobFileEnd::Complete);
   EXPECT_EQ(report.counts.jobs, 2);
@@ -313,7 +312,7 @@ TEST_F(JobFileImportTest, ABusyDatabaseEndsTheImportWithWhatIsDurable) {
   EXPECT_EQ(report.end, JobFileEnd::Failed);
   EXPECT_GT(report.counts.jobs, 0);
   EXPECT_LT(report.counts.jobs, 2000);
-  EXPECT_EQ(erp.count(sql("Select Count(*) From ImportKopf"_sql)), report.counts.jobs);
+  EXPECT_EQ(erp.count("Select Count(*) From ImportKopf"_sql), report.counts.jobs);
 }
 
 TEST_F(JobFileImportTest, AKillAtAnyMomentAndARerunLeaveEachRowOnce) {
@@ -350,7 +349,7 @@ TEST_F(JobFileImportTest, AKillAtAnyMomentAndARerunLeaveEachRowOnce) {
     int status = 0;
     waitpid(child, &status, 0);
     EXPECT_TRUE(WIFSIGNALED(status)) << "the import ended before group " << last;
-    const std::int64_t staged = erp.count(sql("Select Count(*) From ImportKopf"_sql));
+    const std::int64_t staged = erp.count("Select Count(*) From ImportKopf"_sql);
     EXPECT_GT(staged, before);
     EXPECT_LT(staged, orders);
     before = staged;
@@ -358,8 +357,8 @@ TEST_F(JobFileImportTest, AKillAtAnyMomentAndARerunLeaveEachRowOnce) {
   const JobFileReport report = importJobFile(erp.environment, file("in.edi"), JobFileVersion::Two);
   EXPECT_EQ(report.end, JobFileEnd::Complete) << report.failure;
   EXPECT_EQ(report.counts.withoutHeader, 0);
-  EXPECT_EQ(erp.count(sql("Select Count(*) From ImportKopf"_sql)), orders);
-  EXPECT_EQ(erp.count(sql("Select Count(*) From ImportPos"_sql)), orders);
+  EXPECT_EQ(erp.count("Select Count(*) From ImportKopf"_sql), orders);
+  EXPECT_EQ(erp.count("Select Count(*) From ImportPos"_sql), orders);
 }
 
 TEST_F(JobFileImportTest, AVeryLongLineIsRefusedInBoundedMemory) {
@@ -413,8 +412,8 @@ TEST_F(JobFileImportTest, WhichJobsAFileWouldSetBackIsKnownBeforehand) {
 
 TEST_F(JobFileImportTest, AValueWithASeparatorIsToldByExportAndImport) {
   importLines(banner2, {customer("K1"), customer("K2"), order("A1")});
-  execute(sql("Update ImportKopf Set Bemerkung = 'Bitte anrufen; eilt' Where JobID = 'K1'"_sql));
-  execute(sql("Insert Into ImportPos (JobID, ChildID, JobType) Values ('A1', 'P', 1001)"_sql));
+  execute("Update ImportKopf Set Bemerkung = 'Bitte anrufen; eilt' Where JobID = 'K1'"_sql);
+  execute("Insert Into ImportPos (JobID, ChildID, JobType) Values ('A1', 'P', 1001)"_sql);
   observer = {};
   const JobFileReport written =
       exportJobFile(erp.environment, file("out.edi"), JobFileVersion::Two, &observer);
@@ -422,5 +421,5 @@ TEST_F(JobFileImportTest, AValueWithASeparatorIsToldByExportAndImport) {
   EXPECT_EQ(observer.told, "unreadable K1\nunreadable A1\n");
   EXPECT_EQ(importContent(erp.folder.read("out.edi")).counts.refused, 1);
   EXPECT_NE(observer.told.find("a value holds the separator"), std::string::npos) << observer.told;
-  EXPECT_EQ(keys(sql("Select Bemerkung From ImportKopf Where JobID = 'K1'"_sql)), "Bitte anrufen; eilt ");
+  EXPECT_EQ(keys("Select Bemerkung From ImportKopf Where JobID = 'K1'"_sql), "Bitte anrufen; eilt ");
 }

@@ -72,16 +72,16 @@ TEST_F(JobFileScramblingTest, WhatHasNotTheFormAskedForLeavesTheTargetAlone) {
 }
 
 TEST_F(JobFileScramblingTest, ScrambledFilesOfEitherVersionAreImported) {
-  erp.execute(sql("Insert Into ImportKopf (JobID, JobType, Bez1, Fehlertext) Values "
-                  "('K1', 10, 'Müller €', 'eins' || char(13, 10) || 'zwei')"_sql));
+  erp.execute("Insert Into ImportKopf (JobID, JobType, Bez1, Fehlertext) Values "
+              "('K1', 10, 'Müller €', 'eins' || char(13, 10) || 'zwei')"_sql);
   for (const JobFileVersion version : {JobFileVersion::Two, JobFileVersion::One}) {
     ASSERT_EQ(exportJobFile(erp.environment, file("a.edi"), version).end, JobFileEnd::Complete);
     ASSERT_EQ(change("a.edi", "b.edi", Scrambling::Scramble).end, JobFileEnd::Complete);
-    erp.execute(sql("Delete From ImportKopf"_sql));
+    erp.execute("Delete From ImportKopf"_sql);
     const JobFileReport report = importJobFile(erp.environment, file("b.edi"), version);
     EXPECT_EQ(report.end, JobFileEnd::Complete) << report.failure;
     EXPECT_EQ(report.counts.jobs, 1);
-    EXPECT_EQ(erp.text(sql("Select Bez1 From ImportKopf"_sql)), "Müller €");
+    EXPECT_EQ(erp.text("Select Bez1 From ImportKopf"_sql), "Müller €");
     const JobFileVersion other = version == JobFileVersion::Two ? JobFileVersion::One : JobFileVersion::Two;
     EXPECT_EQ(importJobFile(erp.environment, file("b.edi"), other).end, JobFileEnd::WrongBanner);
   }

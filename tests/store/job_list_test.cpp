@@ -45,7 +45,7 @@ protected:
                                "kein Datum", "31.02.2026", "24.11.26"};
     constexpr std::array names{"Müller", "müller", "MEIER", "Meier", "", "Zander", "abel"};
     WorkUnit unit(erp.connection());
-    const auto rows = erp.connection().open(sql("Select * From ImportKopf Where 1 = 0"_sql));
+    const auto rows = erp.open("Select * From ImportKopf Where 1 = 0"_sql);
     unsigned mixed = 1;
     for (int i = 0; i < count; ++i) {
       mixed = mixed * 1103515245U + 12345U;
@@ -112,7 +112,7 @@ TEST_F(JobListTest, HasTheRowsOfThePlainStatementInItsOrder) {
 }
 
 TEST_F(JobListTest, EachColumnOfARowStandsInItsOwnField) {
-  const auto row = erp.connection().open(sql("Select * From ImportKopf Where 1 = 0"_sql));
+  const auto row = erp.open("Select * From ImportKopf Where 1 = 0"_sql);
   row->addNew();
   row->set("JobID", Value("J1"));
   row->set("JobType", Value(std::int64_t{31}));
@@ -168,9 +168,8 @@ TEST_F(JobListTest, FindsItsRowsByIndexWhateverTheOrder) {
 
 TEST_F(JobListTest, ReadsDatesAndCountsTheStatesOfTheThreeKinds) {
   const auto add = [&](std::string_view jobId, int jobType, std::string_view date) {
-    erp.connection().execute(
-        sql("Insert Into ImportKopf (JobID, JobType, Eingangsdatum, Fehlertext) Values ('"_sql, value(jobId),
-            "', "_sql, number(jobType), ", '"_sql, value(date), "', 'Grund')"_sql));
+    erp.execute("Insert Into ImportKopf (JobID, JobType, Eingangsdatum, Fehlertext) Values ('"_sql,
+                value(jobId), "', "_sql, number(jobType), ", '"_sql, value(date), "', 'Grund')"_sql);
   };
   add("A", 10, "24.11.2026");
   add("B", 30, "unlesbar");

@@ -15,8 +15,7 @@ protected:
     writeStaged(erp.connection(), record);
   }
   Value header(std::string_view jobId, ColumnName column) {
-    const auto rows =
-        erp.connection().open(sql("Select * From ImportKopf Where JobID = '"_sql, value(jobId), "'"_sql));
+    const auto rows = erp.open("Select * From ImportKopf Where JobID = '"_sql, value(jobId), "'"_sql);
     EXPECT_EQ(rows->recordCount(), 1U);
     return rows->value(column);
   }
@@ -73,8 +72,7 @@ TEST_F(StagingWriterTest, WritingAgainReplacesTheValuesAndTouchesNoOtherColumn) 
   job.Bez1 = "Alt";
   job.Ort = "Bonn";
   write(job);
-  erp.connection().execute(
-      sql("Update ImportKopf Set ProcessWarning = 1, Vertragstext = 'bleibt', Zustand = 'A'"_sql));
+  erp.execute("Update ImportKopf Set ProcessWarning = 1, Vertragstext = 'bleibt', Zustand = 'A'"_sql);
   job.Bez1 = "Neu";
   job.Ort = "";
   write(job);
@@ -114,7 +112,7 @@ TEST_F(StagingWriterTest, WhateverATextHoldsIsStoredAsData) {
     EXPECT_EQ(header("K1", "Bemerkung"), Value(text));
     EXPECT_EQ(header("K1", "Kundennummer"), Value(text));
   }
-  EXPECT_EQ(erp.count(sql("Select Count(*) From ImportKopf"_sql)), 1);
+  EXPECT_EQ(erp.count("Select Count(*) From ImportKopf"_sql), 1);
 }
 
 TEST_F(StagingWriterTest, PositionsComeBackInTheOrderOfTheirNumbers) {
@@ -126,9 +124,9 @@ TEST_F(StagingWriterTest, PositionsComeBackInTheOrderOfTheirNumbers) {
     position.Lieferbereit = number == 2;
     write(position);
   }
-  const auto rows = erp.connection().open(
-      sql("SELECT *, Cast(Positionsnummer as int) as intPos From ImportPos where JobID = '"_sql, value("A1"),
-          "' Order By intPos"_sql));
+  const auto rows =
+      erp.open("SELECT *, Cast(Positionsnummer as int) as intPos From ImportPos where JobID = '"_sql,
+               value("A1"), "' Order By intPos"_sql);
   std::string order;
   for (; !rows->eof(); rows->moveNext())
     order += rows->text("ChildID") + rows->value("Lieferbereit").text() + " ";
@@ -143,16 +141,16 @@ TEST_F(StagingWriterTest, AVersionOnePositionKeepsItsContractColumns) {
   position.Vertragsart = "W";
   position.Vertragsende = "31.12.2027";
   write(position);
-  EXPECT_EQ(erp.count(sql("Select Count(*) From ImportPos Where JobType = 1001 And Vertragsart = 'W' And "
-                          "Vertragsende = '31.12.2027' And Positionsnummer = '0'"_sql)),
+  EXPECT_EQ(erp.count("Select Count(*) From ImportPos Where JobType = 1001 And Vertragsart = 'W' And "
+                      "Vertragsende = '31.12.2027' And Positionsnummer = '0'"_sql),
             1);
 }
 
 TEST_F(StagingWriterTest, AFailureIsRaisedAndLeavesNothing) {
-  erp.connection().execute(sql("Create Trigger Verbot Before Insert On ImportKopf Begin "
-                               "Select Raise(Abort, 'nicht erlaubt'); End"_sql));
+  erp.execute("Create Trigger Verbot Before Insert On ImportKopf Begin "
+              "Select Raise(Abort, 'nicht erlaubt'); End"_sql);
   KundeFields job;
   job.JobID = "K1";
   EXPECT_THROW(write(job), StatementError);
-  EXPECT_EQ(erp.count(sql("Select Count(*) From ImportKopf"_sql)), 0);
+  EXPECT_EQ(erp.count("Select Count(*) From ImportKopf"_sql), 0);
 }

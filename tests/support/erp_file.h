@@ -3,6 +3,7 @@
 
 #include "adapters/sqlite/sqlite_database.h"
 #include "erp/schema.h"
+#include "support/database_access.h"
 #include "support/fake_session.h"
 #include "support/temporary_folder.h"
 
@@ -13,7 +14,7 @@
 namespace qx {
 
 /// `FakeWorld` on a real database. Link `qx_sqlite` and `qx_erp` to use it.
-struct ErpFile : FakeWorld {
+struct ErpFile : FakeWorld, DatabaseAccess {
   TemporaryFolder folder;
   std::string path = (folder.path() / "erp.db").string();
 
@@ -28,19 +29,13 @@ struct ErpFile : FakeWorld {
     environment.connection = std::move(database);
     session->database = environment.connection;
   }
-  Connection& connection() { return *environment.connection; }
+  Connection& connection() override { return *environment.connection; }
   /// Another program's connection to the same file.
   std::unique_ptr<Connection> secondConnection() const { return SqliteDatabase().open(path); }
 
   void set(std::string_view key, std::string_view value, std::string_view section = "ImportJob2") {
     session->SaveSetting(section, key, value);
   }
-  /// The first column of the first row; null when there is no row.
-  Value first(const Sql& statement) {
-    const auto rows = connection().open(statement);
-    return rows->eof() ? Value::null() : rows->value(std::size_t{0});
-  }
-  std::int64_t count(const Sql& statement) { return first(statement).integer().value_or(-1); }
 };
 
 } // namespace qx

@@ -31,50 +31,64 @@ struct Fault {
   std::set<std::string> reached; ///< every member that was called
 };
 
-class FailingConversions final : public Umrechnungen {
+/// Stands before another implementation of a port; `at` asks the fault, then gives that implementation.
+template <class Port, class Holder = std::unique_ptr<Port>>
+class Failing : public Port {
 public:
-  FailingConversions(Umrechnungen& inner, Fault& fault) : inner_(inner), fault_(fault) {}
-  double GetUmrechnung(const UnitConversion& conversion) override {
-    fault_.at("Umrechnungen.GetUmrechnung");
-    return inner_.GetUmrechnung(conversion);
+  Failing(Holder inner, Fault& fault) : inner_(std::move(inner)), fault_(fault) {}
+
+protected:
+  Port& at(const char* member, std::string_view subject = {}) {
+    fault_.at(member, subject);
+    return *inner_;
   }
+  Fault& fault() { return fault_; }
 
 private:
-  Umrechnungen& inner_;
+  Holder inner_;
   Fault& fault_;
 };
 
-class FailingSession final : public Session {
+class FailingConversions final : public Failing<Umrechnungen, Umrechnungen*> {
 public:
-  FailingSession(std::shared_ptr<Session> inner, Fault& fault) : inner_(std::move(inner)), fault_(fault) {}
+  using Failing::Failing;
+  double GetUmrechnung(const UnitConversion& conversion) override {
+    return at("Umrechnungen.GetUmrechnung").GetUmrechnung(conversion);
+  }
+};
 
-  void Connect(std::string_view id, std::string_view with) override { reach("Connect").Connect(id, with); }
-  void Disconnect() override { reach("Disconnect").Disconnect(); }
-  bool NotConnected() override { return reach("NotConnected").NotConnected(); }
-  std::int32_t ErrorCode() override { return reach("ErrorCode").ErrorCode(); }
-  void ShowError(std::string_view message) override { reach("ShowError").ShowError(message); }
+class FailingSession final : public Failing<Session, std::shared_ptr<Session>> {
+public:
+  using Failing::Failing;
+  void Connect(std::string_view id, std::string_view with) override {
+    at("Session.Connect").Connect(id, with);
+  }
+  void Disconnect() override { at("Session.Disconnect").Disconnect(); }
+  bool NotConnected() override { return at("Session.NotConnected").NotConnected(); }
+  std::int32_t ErrorCode() override { return at("Session.ErrorCode").ErrorCode(); }
+  void ShowError(std::string_view message) override { at("Session.ShowError").ShowError(message); }
   std::shared_ptr<Connection> connection() override {
-    Session& session = reach("connection");
+    Session& session = at("Session.connection");
     return replaced ? replacement : session.connection();
   }
-  std::string PersonalNr() override { return reach("PersonalNr").PersonalNr(); }
-  std::string SessionID() override { return reach("SessionID").SessionID(); }
-  std::string UserName() override { return reach("UserName").UserName(); }
+  std::string PersonalNr() override { return at("Session.PersonalNr").PersonalNr(); }
+  std::string SessionID() override { return at("Session.SessionID").SessionID(); }
+  std::string UserName() override { return at("Session.UserName").UserName(); }
   std::string GetSetting(std::string_view section, std::string_view key,
                          std::optional<std::string_view> fallback) override {
-    return reach("GetSetting").GetSetting(section, key, fallback);
+    return at("Session.GetSetting").GetSetting(section, key, fallback);
   }
   void SaveSetting(std::string_view section, std::string_view key, std::string_view value) override {
-    reach("SaveSetting").SaveSetting(section, key, value);
+    at("Session.SaveSetting").SaveSetting(section, key, value);
   }
-  Date GetSessionDate() override { return reach("GetSessionDate").GetSessionDate(); }
-  std::int16_t GetBuchungskreis() override { return reach("GetBuchungskreis").GetBuchungskreis(); }
+  Date GetSessionDate() override { return at("Session.GetSessionDate").GetSessionDate(); }
+  std::int16_t GetBuchungskreis() override { return at("Session.GetBuchungskreis").GetBuchungskreis(); }
   std::optional<std::int32_t> GetBelegnummer(std::string_view range, std::int16_t circle) override {
-    return reach("GetBelegnummer").GetBelegnummer(range, circle);
+    return at("Session.GetBelegnummer").GetBelegnummer(range, circle);
   }
   qx::Umrechnungen& Umrechnungen() override {
-    Session& session = reach("Umrechnungen");
-    if (!conversions_) conversions_ = std::make_unique<FailingConversions>(session.Umrechnungen(), fault_);
+    Session& session = at("Session.Umrechnungen");
+    if (!conversions_) conversions_ = std::make_unique<FailingConversions>(&session.Umrechnungen(), fault());
     return *conversions_;
   }
 
@@ -82,242 +96,142 @@ public:
   std::shared_ptr<Connection> replacement;
 
 private:
-  Session& reach(const char* member) {
-    fault_.at((std::string("Session.") + member).c_str());
-    return *inner_;
-  }
-
-  std::shared_ptr<Session> inner_;
-  Fault& fault_;
   std::unique_ptr<FailingConversions> conversions_;
 };
 
-class FailingProtokoll final : public Protokoll {
+class FailingProtokoll final : public Failing<Protokoll> {
 public:
-  FailingProtokoll(std::unique_ptr<Protokoll> inner, Fault& fault)
-      : inner_(std::move(inner)), fault_(fault) {}
-
+  using Failing::Failing;
   std::string CreateProtokoll(Connection& connection, std::string_view title, std::string_view kind,
                               std::string_view list) override {
-    fault_.at("Protokoll.CreateProtokoll");
-    return inner_->CreateProtokoll(connection, title, kind, list);
+    return at("Protokoll.CreateProtokoll").CreateProtokoll(connection, title, kind, list);
   }
   bool OpenProtokoll(Connection& connection, std::string_view id) override {
-    fault_.at("Protokoll.OpenProtokoll");
-    return inner_->OpenProtokoll(connection, id);
+    return at("Protokoll.OpenProtokoll").OpenProtokoll(connection, id);
   }
-  void AddNewRecord() override {
-    fault_.at("Protokoll.AddNewRecord");
-    inner_->AddNewRecord();
-  }
+  void AddNewRecord() override { at("Protokoll.AddNewRecord").AddNewRecord(); }
   void SetField(int kind, int column, std::string_view value) override {
-    fault_.at("Protokoll.SetField", column == 1 ? value : std::string_view());
-    inner_->SetField(kind, column, value);
+    at("Protokoll.SetField", column == 1 ? value : std::string_view()).SetField(kind, column, value);
   }
-  void UpdateRecord() override {
-    fault_.at("Protokoll.UpdateRecord");
-    inner_->UpdateRecord();
-  }
-
-private:
-  std::unique_ptr<Protokoll> inner_;
-  Fault& fault_;
+  void UpdateRecord() override { at("Protokoll.UpdateRecord").UpdateRecord(); }
 };
 
-class FailingPrices final : public Preisfindung {
+class FailingPrices final : public Failing<Preisfindung> {
 public:
-  FailingPrices(std::unique_ptr<Preisfindung> inner, Fault& fault)
-      : inner_(std::move(inner)), fault_(fault) {}
-
+  using Failing::Failing;
   void setConnection(Connection& connection) override {
-    fault_.at("Preisfindung.setConnection");
-    inner_->setConnection(connection);
+    at("Preisfindung.setConnection").setConnection(connection);
   }
-  void Init() override {
-    fault_.at("Preisfindung.Init");
-    inner_->Init();
-  }
-  void Init(Connection& connection) override {
-    fault_.at("Preisfindung.Init");
-    inner_->Init(connection);
-  }
+  void Init() override { at("Preisfindung.Init").Init(); }
+  void Init(Connection& connection) override { at("Preisfindung.Init").Init(connection); }
   std::int32_t GetVKPreis(const PriceQuestion& question, SalesPrice& found) override {
-    fault_.at("Preisfindung.GetVKPreis", question.article);
-    return inner_->GetVKPreis(question, found);
+    return at("Preisfindung.GetVKPreis", question.article).GetVKPreis(question, found);
   }
   double GetGesamtRabattWert(const StagedDiscounts& discounts, double amount) override {
-    fault_.at("Preisfindung.GetGesamtRabattWert");
-    return inner_->GetGesamtRabattWert(discounts, amount);
+    return at("Preisfindung.GetGesamtRabattWert").GetGesamtRabattWert(discounts, amount);
   }
   double GetGesamtRabattSatz(const StagedDiscounts& discounts) override {
-    fault_.at("Preisfindung.GetGesamtRabattSatz");
-    return inner_->GetGesamtRabattSatz(discounts);
+    return at("Preisfindung.GetGesamtRabattSatz").GetGesamtRabattSatz(discounts);
   }
-
-private:
-  std::unique_ptr<Preisfindung> inner_;
-  Fault& fault_;
 };
 
-class FailingPurchasePrices final : public Einkaufspreisfindung {
+class FailingPurchasePrices final : public Failing<Einkaufspreisfindung> {
 public:
-  FailingPurchasePrices(std::unique_ptr<Einkaufspreisfindung> inner, Fault& fault)
-      : inner_(std::move(inner)), fault_(fault) {}
+  using Failing::Failing;
   std::optional<PurchasePrice> find(const PurchasePriceQuestion& question) override {
-    fault_.at("Einkaufspreisfindung.find");
-    return inner_->find(question);
+    return at("Einkaufspreisfindung.find").find(question);
   }
-
-private:
-  std::unique_ptr<Einkaufspreisfindung> inner_;
-  Fault& fault_;
 };
 
-class FailingVersion final : public Version {
+class FailingVersion final : public Failing<Version> {
 public:
-  FailingVersion(std::unique_ptr<Version> inner, Fault& fault) : inner_(std::move(inner)), fault_(fault) {}
-  std::string version() override {
-    fault_.at("Version.version");
-    return inner_->version();
-  }
-
-private:
-  std::unique_ptr<Version> inner_;
-  Fault& fault_;
+  using Failing::Failing;
+  std::string version() override { return at("Version.version").version(); }
 };
 
-class FailingProfile final : public Profile {
+class FailingProfile final : public Failing<Profile> {
 public:
-  FailingProfile(std::unique_ptr<Profile> inner, Fault& fault) : inner_(std::move(inner)), fault_(fault) {}
-  std::string GetAppPath() override {
-    fault_.at("Profile.GetAppPath");
-    return inner_->GetAppPath();
-  }
-
-private:
-  std::unique_ptr<Profile> inner_;
-  Fault& fault_;
+  using Failing::Failing;
+  std::string GetAppPath() override { return at("Profile.GetAppPath").GetAppPath(); }
 };
 
-class FailingIndex final : public Adressindex {
+class FailingIndex final : public Failing<Adressindex> {
 public:
-  FailingIndex(std::unique_ptr<Adressindex> inner, Fault& fault) : inner_(std::move(inner)), fault_(fault) {}
+  using Failing::Failing;
   void CreateIndex(std::string_view customer, std::int16_t kind) override {
-    fault_.at("Adressindex.CreateIndex", customer);
-    inner_->CreateIndex(customer, kind);
+    at("Adressindex.CreateIndex", customer).CreateIndex(customer, kind);
   }
-
-private:
-  std::unique_ptr<Adressindex> inner_;
-  Fault& fault_;
 };
 
-class FailingAccounting final : public FibuUebergabe {
+class FailingAccounting final : public Failing<FibuUebergabe> {
 public:
-  FailingAccounting(std::unique_ptr<FibuUebergabe> inner, Fault& fault)
-      : inner_(std::move(inner)), fault_(fault) {}
+  using Failing::Failing;
   void setConnection(Connection& connection) override {
-    fault_.at("FibuUebergabe.setConnection");
-    inner_->setConnection(connection);
+    at("FibuUebergabe.setConnection").setConnection(connection);
   }
   OpenItemsBalance GetOPSaldo(std::string_view customer) override {
-    fault_.at("FibuUebergabe.GetOPSaldo");
-    return inner_->GetOPSaldo(customer);
+    return at("FibuUebergabe.GetOPSaldo").GetOPSaldo(customer);
   }
   double convert(double amount, std::string_view from, std::string_view to) override {
-    fault_.at("FibuUebergabe.convert");
-    return inner_->convert(amount, from, to);
+    return at("FibuUebergabe.convert").convert(amount, from, to);
   }
-
-private:
-  std::unique_ptr<FibuUebergabe> inner_;
-  Fault& fault_;
 };
 
 /// A component that cannot be created fails as "ErpComponents.createVersion" and so on.
-class FailingErp final : public ErpComponents {
+class FailingErp final : public Failing<ErpComponents, ErpComponents*> {
 public:
-  FailingErp(ErpComponents& inner, Fault& fault) : inner_(inner), fault_(fault) {}
-
+  using Failing::Failing;
   std::shared_ptr<Session> createSession() override {
-    return std::make_shared<FailingSession>(reach("createSession").createSession(), fault_);
+    return std::make_shared<FailingSession>(at("ErpComponents.createSession").createSession(), fault());
   }
   std::unique_ptr<Protokoll> createProtokoll() override {
-    return std::make_unique<FailingProtokoll>(reach("createProtokoll").createProtokoll(), fault_);
+    return std::make_unique<FailingProtokoll>(at("ErpComponents.createProtokoll").createProtokoll(), fault());
   }
   std::unique_ptr<Preisfindung> createPreisfindung() override {
-    return std::make_unique<FailingPrices>(reach("createPreisfindung").createPreisfindung(), fault_);
+    return std::make_unique<FailingPrices>(at("ErpComponents.createPreisfindung").createPreisfindung(),
+                                           fault());
   }
   std::unique_ptr<Einkaufspreisfindung> createEinkaufspreisfindung(Connection& connection) override {
-    auto inner = reach("createEinkaufspreisfindung").createEinkaufspreisfindung(connection);
+    auto inner = at("ErpComponents.createEinkaufspreisfindung").createEinkaufspreisfindung(connection);
     if (!inner) return nullptr;
-    return std::make_unique<FailingPurchasePrices>(std::move(inner), fault_);
+    return std::make_unique<FailingPurchasePrices>(std::move(inner), fault());
   }
   std::unique_ptr<Version> createVersion() override {
-    return std::make_unique<FailingVersion>(reach("createVersion").createVersion(), fault_);
+    return std::make_unique<FailingVersion>(at("ErpComponents.createVersion").createVersion(), fault());
   }
   std::unique_ptr<Profile> createProfile() override {
-    return std::make_unique<FailingProfile>(reach("createProfile").createProfile(), fault_);
+    return std::make_unique<FailingProfile>(at("ErpComponents.createProfile").createProfile(), fault());
   }
   std::unique_ptr<Adressindex> createAdressindex(Connection& connection) override {
-    return std::make_unique<FailingIndex>(reach("createAdressindex").createAdressindex(connection), fault_);
+    return std::make_unique<FailingIndex>(at("ErpComponents.createAdressindex").createAdressindex(connection),
+                                          fault());
   }
   std::unique_ptr<FibuUebergabe> createFibuUebergabe() override {
-    return std::make_unique<FailingAccounting>(reach("createFibuUebergabe").createFibuUebergabe(), fault_);
+    return std::make_unique<FailingAccounting>(at("ErpComponents.createFibuUebergabe").createFibuUebergabe(),
+                                               fault());
   }
-  std::unique_ptr<Auskunft> createAuskunft() override { return reach("createAuskunft").createAuskunft(); }
-
-private:
-  ErpComponents& reach(const char* member) {
-    fault_.at((std::string("ErpComponents.") + member).c_str());
-    return inner_;
+  std::unique_ptr<Auskunft> createAuskunft() override {
+    return at("ErpComponents.createAuskunft").createAuskunft();
   }
-
-  ErpComponents& inner_;
-  Fault& fault_;
 };
 
-class FailingDesktop final : public Desktop {
+class FailingDesktop final : public Failing<Desktop, Desktop*> {
 public:
-  FailingDesktop(Desktop& inner, Fault& fault) : inner_(inner), fault_(fault) {}
-  void show(const Message& message) override {
-    fault_.at("Desktop.show");
-    inner_.show(message);
-  }
-  bool ask(const Message& message) override {
-    fault_.at("Desktop.ask");
-    return inner_.ask(message);
-  }
+  using Failing::Failing;
+  void show(const Message& message) override { at("Desktop.show").show(message); }
+  bool ask(const Message& message) override { return at("Desktop.ask").ask(message); }
   std::optional<std::string> chooseFile(std::string_view title, std::string_view filter,
-                                        bool forWriting) override {
-    fault_.at("Desktop.chooseFile");
-    return inner_.chooseFile(title, filter, forWriting);
+                                        FileUse use) override {
+    return at("Desktop.chooseFile").chooseFile(title, filter, use);
   }
-  void yield() override {
-    fault_.at("Desktop.yield");
-    inner_.yield();
-  }
-
-private:
-  Desktop& inner_;
-  Fault& fault_;
+  void yield() override { at("Desktop.yield").yield(); }
 };
 
-class FailingView final : public JobView {
+class FailingView final : public Failing<JobView, JobView*> {
 public:
-  FailingView(JobView& inner, Fault& fault) : inner_(inner), fault_(fault) {}
-  void open() override {
-    fault_.at("JobView.open");
-    inner_.open();
-  }
-  void close() override {
-    fault_.at("JobView.close");
-    inner_.close();
-  }
-
-private:
-  JobView& inner_;
-  Fault& fault_;
+  using Failing::Failing;
+  void open() override { at("JobView.open").open(); }
+  void close() override { at("JobView.close").close(); }
 };
 
 /// Keys, local settings, profile files and the liveness of sessions.
@@ -355,7 +269,7 @@ private:
 /// Another environment's outside, where the fault says which member fails.
 struct FailingWorld {
   explicit FailingWorld(Environment& inner)
-      : components(inner.components, fault), desktop(inner.desktop, fault), view(inner.jobView, fault),
+      : components(&inner.components, fault), desktop(&inner.desktop, fault), view(&inner.jobView, fault),
         system(inner, fault), session(std::make_shared<FailingSession>(inner.session, fault)),
         environment{components, desktop,           view,   inner.clock,      system,  system,
                     system,     inner.diagnostics, system, inner.connection, session, ""} {}

@@ -22,8 +22,8 @@ public:
     return answer;
   }
   std::optional<std::string> chooseFile(std::string_view title, std::string_view filter,
-                                        bool forWriting) override {
-    choices.push_back({std::string(title), std::string(filter), forWriting});
+                                        FileUse use) override {
+    choices.push_back({std::string(title), std::string(filter), use});
     return file;
   }
   void yield() override {
@@ -36,7 +36,7 @@ public:
   struct Choice {
     std::string title;
     std::string filter;
-    bool forWriting = false;
+    FileUse use = FileUse::Reading;
   };
   std::vector<Message> shown;
   std::vector<Message> asked;

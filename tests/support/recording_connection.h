@@ -93,37 +93,18 @@ public:
   }
 
   std::vector<std::string> statements;
-  std::vector<std::string> forms;   ///< the same with one value for all texts and one for all numbers
+  std::vector<Sql> asked;           ///< the same, to be run again
   std::vector<std::string> columns; ///< that were set, of all record sets
   int commits = 0;
   bool refusing = false; ///< every statement raises `StatementError`
 
 private:
-  static std::string formOf(const Sql& statement) {
-    std::string form;
-    auto nextName = statement.names().begin();
-    for (const SqlShape* shape : statement.shapes())
-      for (const SqlPiece& piece : shape->pieces) switch (piece.slot) {
-        case SqlSlot::Fixed:
-          form += piece.text;
-          break;
-        case SqlSlot::Text:
-          form += 'x';
-          break;
-        case SqlSlot::Number:
-          form += '1';
-          break;
-        case SqlSlot::Name:
-          form += "[" + *nextName++ + "]";
-        }
-    return form;
-  }
   std::unique_ptr<Recordset> watched(std::unique_ptr<Recordset> rows) {
     return std::make_unique<RecordingRecordset>(std::move(rows), columns);
   }
   const Sql& recorded(const Sql& statement) {
     statements.push_back(statement.text());
-    forms.push_back(formOf(statement));
+    asked.push_back(statement);
     if (refusing) throw StatementError("refused", 1);
     return statement;
   }

@@ -29,18 +29,4 @@ TestErp::TestErp()
 
 std::unique_ptr<Connection> TestErp::secondConnection() const { return SqliteDatabase().open(file); }
 
-Value TestErp::single(const Sql& statement) {
-  const auto found = connection().open(statement);
-  return found->eof() ? Value::null() : found->value(std::size_t{0});
-}
-
-std::vector<std::vector<Value>> TestErp::rows(const Sql& statement) {
-  std::vector<std::vector<Value>> all;
-  for (const auto found = connection().open(statement); !found->eof(); found->moveNext()) {
-    auto& row = all.emplace_back();
-    for (std::size_t i = 0; i < found->fieldCount(); ++i) row.push_back(found->value(i));
-  }
-  return all;
-}
-
 } // namespace qx

@@ -4,11 +4,11 @@
 #include "erp/process_identity.h"
 #include "erp/standalone_erp.h"
 #include "platform/environment.h"
+#include "support/database_access.h"
 #include "support/fake_desktop.h"
 #include "support/fake_system.h"
 #include "support/temporary_folder.h"
 
-#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -25,24 +25,16 @@ public:
 
 /// Schema, base data and a connected session of the user "pruefer" on 24.11.2026; the clock stands at 10:30
 /// of that day. Units of work are the component's own. Raises when the database cannot be created.
-class TestErp {
+class TestErp : public DatabaseAccess {
 public:
   TestErp();
   TestErp(const TestErp&) = delete;
   TestErp& operator=(const TestErp&) = delete;
   ~TestErp() = default;
 
-  Connection& connection() { return *environment.connection; }
+  Connection& connection() override { return *environment.connection; }
   /// Another program's connection to the same file.
   std::unique_ptr<Connection> secondConnection() const;
-
-  std::int64_t execute(const Sql& statement) { return connection().execute(statement); }
-  /// The first column of the first row; null when there is no row.
-  Value single(const Sql& statement);
-  std::string text(const Sql& statement) { return single(statement).text(); }
-  std::int64_t count(const Sql& statement) { return single(statement).integer().value_or(-1); }
-  /// Every row as its values.
-  std::vector<std::vector<Value>> rows(const Sql& statement);
 
   /// An option of the section `ImportJob2` of the shared store.
   void setOption(std::string_view key, std::string_view value) { setSetting("ImportJob2", key, value); }

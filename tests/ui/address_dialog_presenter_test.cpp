@@ -10,13 +10,12 @@ using Block = AddressDialogPresenter::Block;
 class AddressDialogTest : public DialogTest {
 protected:
   AddressDialogTest() {
-    erp::TableFiller(connection(), "Adressenstamm")
-        .add({{"Kundennummer", "20001"},
-              {"Adressnummer", "7"},
-              {"Bez1", "Hafenbau Lager"},
-              {"Strasse", "Kai 3"},
-              {"PLZ", "18055"},
-              {"Ort", "Rostock"}});
+    add("Adressenstamm", {{"Kundennummer", "20001"},
+                          {"Adressnummer", "7"},
+                          {"Bez1", "Hafenbau Lager"},
+                          {"Strasse", "Kai 3"},
+                          {"PLZ", "18055"},
+                          {"Ort", "Rostock"}});
   }
 
   static void enter(AddressDialogPresenter& dialog, std::string_view control, std::string_view text) {
@@ -109,8 +108,8 @@ TEST_F(AddressDialogTest, AnAddressIsChosenAmongThoseOfItsCustomer) {
 }
 
 TEST_F(AddressDialogTest, AChosenGeneralAddressFillsTheLinesInPlaceOfAKey) {
-  erp::TableFiller(connection(), "Adressenstamm")
-      .add({{"Adressnummer", "MESSE"}, {"Bez1", "Messe"}, {"Strasse", "Ring 1"}, {"Ort", "Köln"}});
+  add("Adressenstamm",
+      {{"Adressnummer", "MESSE"}, {"Bez1", "Messe"}, {"Strasse", "Ring 1"}, {"Ort", "Köln"}});
   const Adresse fair{"Messe", "", "", "Ring 1", "", "", "Köln"};
   AddressDialogPresenter dialog(context, "20001", {"20001", "7", warehouse}, {}, false);
   chosen = {"", "MESSE"};
@@ -124,7 +123,7 @@ TEST_F(AddressDialogTest, AChosenGeneralAddressFillsTheLinesInPlaceOfAKey) {
 
 TEST_F(AddressDialogTest, AFailureIsToldAndLeavesWhatWasTyped) {
   AddressDialogPresenter dialog(context, "20001", {"20001", "8", warehouse}, {}, false);
-  erp.execute(sql("Alter Table Adressenstamm Rename To Fort"_sql));
+  erp.execute("Alter Table Adressenstamm Rename To Fort"_sql);
   enter(dialog, "txtVS_AdrNr", "7");
   EXPECT_THAT(dialog.notice(), testing::StartsWith("Die Stammadresse kann nicht gelesen werden: "));
   EXPECT_EQ(erp.diagnostics.entries.size(), 1U);

@@ -26,9 +26,8 @@ protected:
 
   std::vector<std::string> jobs() {
     std::vector<std::string> keys;
-    for (const auto& job :
-         erp.rows(sql("Select JobID From ImportKopf Where JobType In (10, 11, 12, 20, 21, 22, "
-                      "30, 31, 32, 40, 41, 42) Order By JobID"_sql)))
+    for (const auto& job : erp.rows("Select JobID From ImportKopf Where JobType In (10, 11, 12, 20, 21, 22, "
+                                    "30, 31, 32, 40, 41, 42) Order By JobID"_sql))
       keys.push_back(job[0].text());
     return keys;
   }
@@ -84,8 +83,8 @@ TEST_F(Agreement, SavingADemoJobWithoutAChangeLeavesItsAnswerAsItWas) {
     EXPECT_EQ(check(job), before);
     EXPECT_EQ(static_cast<int>(dialog->verdict().value_or(CheckStatus::Clean)), before);
     const auto row =
-        erp.rows(sql("Select JobType, Status, ImportType, Fehlertext From ImportKopf Where JobID = '"_sql,
-                     value(job), "'"_sql))[0];
+        erp.rows("Select JobType, Status, ImportType, Fehlertext From ImportKopf Where JobID = '"_sql,
+                 value(job), "'"_sql)[0];
     EXPECT_EQ(row[2].integer(), before) << "ImportType";
     const auto kind = kindOf(static_cast<std::int16_t>(*row[0].integer()));
     if (kind == qxtjobkunden) continue;

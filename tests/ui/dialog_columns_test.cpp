@@ -1,37 +1,23 @@
 // Each control of the dialogs stores what was typed in the column that the manual names for it.
 #include "dialog_fixture.h"
-
-#include <utility>
+#include "support/words.h"
 
 namespace qx {
 namespace {
 
-using ControlColumns = std::vector<std::pair<std::string_view, std::string_view>>;
-
-const ControlColumns ofCustomersAndOrders{{"txtKundennummer", "Kundennummer"},
-                                          {"txtHauptkonto", "Hauptkonto"},
-                                          {"txtTelefon", "Telefon"},
-                                          {"txtFax", "Telefax"},
-                                          {"tdbVertreter1", "Vertreter1"},
-                                          {"tdbPreisliste", "Preisliste"},
-                                          {"tdbZahlungsart", "Zahlungsart"},
-                                          {"tdbZahlungsbed", "ZahlungsbedSchl"},
-                                          {"txtVersandKdn", "VS_KdNr"},
-                                          {"txtVersandAdr", "VS_AdrNr"},
-                                          {"tdbVersandart", "Versandart"},
-                                          {"txtRechnungKdnr", "RG_KdNr"},
-                                          {"txtRechnungAdr", "RG_AdrNr"},
-                                          {"txtKonto", "Konto"},
-                                          {"txtBlz", "BLZ"},
-                                          {"txtKreditinstitut", "Kreditinstitut"},
-                                          {"txtHinweis", "Bemerkung"},
-                                          {"txtIndFild1", "IndFild1"},
-                                          {"txtIndFild3", "IndFild3"},
-                                          {"txtIndFild4", "IndFild4"}};
+constexpr std::string_view ofCustomersAndOrders =
+    "txtKundennummer=Kundennummer txtHauptkonto=Hauptkonto txtTelefon=Telefon txtFax=Telefax "
+    "tdbVertreter1=Vertreter1 tdbPreisliste=Preisliste tdbZahlungsart=Zahlungsart "
+    "tdbZahlungsbed=ZahlungsbedSchl txtVersandKdn=VS_KdNr txtVersandAdr=VS_AdrNr tdbVersandart=Versandart "
+    "txtRechnungKdnr=RG_KdNr txtRechnungAdr=RG_AdrNr txtKonto=Konto txtBlz=BLZ "
+    "txtKreditinstitut=Kreditinstitut txtHinweis=Bemerkung txtIndFild1=IndFild1 txtIndFild3=IndFild3 "
+    "txtIndFild4=IndFild4";
 
 class DialogColumns : public DialogTest {
 protected:
-  void expectOwnColumns(std::string_view jobId, const ControlColumns& controls) {
+  /// "control=column" of each.
+  void expectOwnColumns(std::string_view jobId, std::string_view list) {
+    const auto controls = pairs(list);
     const auto dialog = opened(jobId);
     std::vector<std::string> typed;
     for (const auto& [control, column] : controls) {
@@ -49,18 +35,9 @@ TEST_F(DialogColumns, OfACustomerAreItsOwn) {
   stageCustomer("K1", "20001");
   expectOwnColumns("K1", ofCustomersAndOrders);
   stageCustomer("K2", "20001");
-  expectOwnColumns("K2", {{"txtSuchbegriff", "Suchbegriff"},
-                          {"tdbKundengruppe", "Kundengruppe"},
-                          {"txtBez1", "Bez1"},
-                          {"txtBez2", "Bez2"},
-                          {"txtBez3", "Bez3"},
-                          {"txtStrasse", "Strasse"},
-                          {"txtPLZ", "PLZ"},
-                          {"txtOrt", "Ort"},
-                          {"txtLand", "Land"},
-                          {"tdbWährung", "Währung"},
-                          {"tdbWährungEG", "WährungEingabe"},
-                          {"txtIndFild2", "IndFild2"}});
+  expectOwnColumns("K2", "txtSuchbegriff=Suchbegriff tdbKundengruppe=Kundengruppe txtBez1=Bez1 txtBez2=Bez2 "
+                         "txtBez3=Bez3 txtStrasse=Strasse txtPLZ=PLZ txtOrt=Ort txtLand=Land "
+                         "tdbWährung=Währung tdbWährungEG=WährungEingabe txtIndFild2=IndFild2");
 }
 
 TEST_F(DialogColumns, OfAnOrderAreItsOwn) {
@@ -71,15 +48,10 @@ TEST_F(DialogColumns, OfAnOrderAreItsOwn) {
 
 TEST_F(DialogColumns, OfAContractAreItsOwn) {
   stageContract("C1");
-  expectOwnColumns("C1", {{"txtKundennummer", "Kundennummer"},
-                          {"txtVertragsnummer", "Vertragsnummer"},
-                          {"txtVertragsgegenstand", "Artikelnummer"},
-                          {"tdbVertragsart", "Vertragsart"},
-                          {"txtVertragstext", "Vertragstext"},
-                          {"tdbAnzahl", "Menge"},
-                          {"tdbBetrag", "Preis"},
-                          {"cboIntervall", "Intervall"},
-                          {"txtGrund", "Kündigungsgrund"}});
+  expectOwnColumns(
+      "C1", "txtKundennummer=Kundennummer txtVertragsnummer=Vertragsnummer "
+            "txtVertragsgegenstand=Artikelnummer tdbVertragsart=Vertragsart txtVertragstext=Vertragstext "
+            "tdbAnzahl=Menge tdbBetrag=Preis cboIntervall=Intervall txtGrund=Kündigungsgrund");
 }
 
 TEST_F(DialogColumns, AnAddedPositionIsNumberedBehindTheLast) {
@@ -87,10 +59,10 @@ TEST_F(DialogColumns, AnAddedPositionIsNumberedBehindTheLast) {
   stagePosition("O1", 7, "A100", 1);
   stagePosition("O1", 3, "B200", 1);
   const auto dialog = opened("O1");
-  dialog->kind().grid->addRow();
+  dialog->kind().grid->editing()->addRow();
   ASSERT_TRUE(dialog->save());
-  EXPECT_EQ(erp.text(sql("Select Group_Concat(Positionsnummer) From (Select Positionsnummer From ImportPos "
-                         "Order By Positionsnummer)"_sql)),
+  EXPECT_EQ(text("Select Group_Concat(Positionsnummer) From (Select Positionsnummer From ImportPos "
+                 "Order By Positionsnummer)"_sql),
             "3,7,8");
 }
 

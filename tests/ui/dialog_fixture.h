@@ -33,13 +33,17 @@ private:
 class DialogTest : public OrderTest {
 protected:
   DialogTest() {
+    usualContract = usualContract + Properties{{"Zustand", "A"},
+                                               {"Intervall", 12},
+                                               {"Menge", 1},
+                                               {"Vertragsdatum", "01.11.2026"},
+                                               {"Vertragsbeginn", "01.12.2026"}};
     erp.components.setAuskunftFactory(
         [this] { return std::make_unique<ScriptedAuskunft>(chosen, lookupsOpened); });
-    erp::TableFiller(connection(), "Vertragsarten").add({{"Vertragsart", "W"}, {"Kurztext", "Wartung"}});
-    erp::TableFiller(connection(), "Vertragsgegenstände")
-        .add({{"VertrGegenstandsNr", "G1"}, {"Bez", "Kassenwartung"}});
-    erp::TableFiller(connection(), "Kundengruppen").add({{"Kundengruppe", "GH"}, {"Langtext", "Großhandel"}});
-    erp::TableFiller(connection(), "PreislistenKopf").add({{"Preisliste", "A"}, {"Langtext", "Liste A"}});
+    add("Vertragsarten", {{"Vertragsart", "W"}, {"Kurztext", "Wartung"}});
+    add("Vertragsgegenstände", {{"VertrGegenstandsNr", "G1"}, {"Bez", "Kassenwartung"}});
+    add("Kundengruppen", {{"Kundengruppe", "GH"}, {"Langtext", "Großhandel"}});
+    add("PreislistenKopf", {{"Preisliste", "A"}, {"Langtext", "Liste A"}});
   }
 
   std::unique_ptr<JobDialogPresenter> opened(std::string_view jobId) {
@@ -83,24 +87,9 @@ protected:
     std::sort(codes.begin(), codes.end());
     return codes;
   }
-  void stageContract(std::string_view jobId, const std::function<void(VertragFields&)>& change = {}) {
-    Vertrag job(erp.environment);
-    job.JobID = jobId;
-    job.Kundennummer = "20001";
-    job.Vertragsnummer = "V1";
-    job.Vertragsart = "W";
-    job.Artikelnummer = "G1";
-    job.Zustand = "A";
-    job.Intervall = 12;
-    job.Menge = 1;
-    job.Vertragsdatum = "01.11.2026";
-    job.Vertragsbeginn = "01.12.2026";
-    if (change) change(job);
-    writeStaged(connection(), static_cast<const VertragFields&>(job));
-  }
   void set(std::string_view jobId, std::string_view column, std::string_view text) {
-    connection().execute(sql("Update ImportKopf Set "_sql, name(column), " = '"_sql, value(text),
-                             "' Where JobID = '"_sql, value(jobId), "'"_sql));
+    execute("Update ImportKopf Set "_sql, name(column), " = '"_sql, value(text), "' Where JobID = '"_sql,
+            value(jobId), "'"_sql);
   }
 
   std::vector<std::string> chosen;        ///< what a lookup gives

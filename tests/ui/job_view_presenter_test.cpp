@@ -60,14 +60,14 @@ protected:
 
   void stage(std::string_view jobId, std::int16_t jobType, std::string_view date = "24.11.2026",
              std::string_view name = "", std::string_view customer = "", std::string_view subject = "") {
-    erp.execute(sql("Insert Into ImportKopf (JobID, JobType, Eingangsdatum, Bez1, Kundennummer, Betreff) "
-                    "Values ('"_sql,
-                    value(jobId), "', "_sql, number(jobType), ", '"_sql, value(date), "', '"_sql, value(name),
-                    "', '"_sql, value(customer), "', '"_sql, value(subject), "')"_sql));
+    erp.execute("Insert Into ImportKopf (JobID, JobType, Eingangsdatum, Bez1, Kundennummer, Betreff) "
+                "Values ('"_sql,
+                value(jobId), "', "_sql, number(jobType), ", '"_sql, value(date), "', '"_sql, value(name),
+                "', '"_sql, value(customer), "', '"_sql, value(subject), "')"_sql);
   }
   void stageDemo() {
     WorkUnit unit(erp.connection());
-    erp.execute(sql("Delete From Einstellungen Where \"Key\" = 'AppSettings'"_sql));
+    erp.execute("Delete From Einstellungen Where \"Key\" = 'AppSettings'"_sql);
     erp::fillDemoData(erp.connection());
     erp::stageDemoJobs(erp.connection(), makeDate(2026, 11, 24));
     unit.commit();
@@ -111,7 +111,7 @@ TEST_F(JobViewTest, FiltersByStateAndSaysWhyNothingIsListed) {
     view.command(tool);
   EXPECT_EQ(listed(), "T0 ");
   EXPECT_EQ(state.emptyHint, "");
-  erp.execute(sql("Delete From ImportKopf Where JobType = 0"_sql));
+  erp.execute("Delete From ImportKopf Where JobType = 0"_sql);
   view.key(JobViewKey::F5);
   EXPECT_NE(state.emptyHint.find("kein Zustand"), std::string::npos);
   EXPECT_EQ(state.countText, "0 Vorgänge");
@@ -199,7 +199,7 @@ TEST_F(JobViewTest, ARefreshKeepsTheJobAndElseItsPlace) {
   stage("D", 10);
   view.key(JobViewKey::F5);
   EXPECT_EQ(state.rows[*state.current].jobId, "B");
-  erp.execute(sql("Delete From ImportKopf Where JobID = 'B'"_sql));
+  erp.execute("Delete From ImportKopf Where JobID = 'B'"_sql);
   view.key(JobViewKey::F5);
   EXPECT_EQ(state.rows[*state.current].jobId, "A");
 }
@@ -218,7 +218,7 @@ TEST_F(JobViewTest, DeletesAfterAQuestionWithOrWithoutThePermission) {
   erp.desktop.answer = true;
   view.key(JobViewKey::Delete);
   EXPECT_EQ(listed(), "");
-  EXPECT_EQ(erp.count(sql("Select Count(*) From ImportKopf"_sql)), 0);
+  EXPECT_EQ(erp.count("Select Count(*) From ImportKopf"_sql), 0);
   view.key(JobViewKey::Delete);
   EXPECT_EQ(erp.desktop.asked.size(), 2U);
 
@@ -252,7 +252,7 @@ TEST_F(JobViewTest, OpensTheDialogOfAJobAndGoesOnToTheNext) {
   windows.nexts = 2;
   // The saved job leaves the list: the next one is still the one that followed it.
   windows.onOpen = [&](std::string_view jobId) {
-    if (jobId == "A") erp.execute(sql("Delete From ImportKopf Where JobID = 'A'"_sql));
+    if (jobId == "A") erp.execute("Delete From ImportKopf Where JobID = 'A'"_sql);
   };
   view.open(0);
   EXPECT_EQ(windows.opened, (std::vector<std::string>{"A +", "B +", "C"}));
@@ -287,7 +287,7 @@ TEST_F(JobViewTest, ARunReportsToTheOtherProgramsAndRefreshesTheList) {
   EXPECT_GT(percent, 0);
   EXPECT_LT(state.counts.waiting, waiting);
   EXPECT_EQ(state.counts.waiting,
-            erp.count(sql("Select Count(*) From ImportKopf Where JobType In (10,20,30)"_sql)));
+            erp.count("Select Count(*) From ImportKopf Where JobType In (10,20,30)"_sql));
   EXPECT_TRUE(state.listEnabled);
   EXPECT_FALSE(state.progressVisible);
   EXPECT_EQ(state.label, "");
@@ -296,18 +296,18 @@ TEST_F(JobViewTest, ARunReportsToTheOtherProgramsAndRefreshesTheList) {
 TEST_F(JobViewTest, JobsThatARunHadToLeaveAreNamedWithTheirReason) {
   stage("A", 10, "24.11.2026", "Firma", "70001");
   stage("B", 10, "24.11.2026", "Firma", "70002");
-  erp.execute(sql("CREATE TRIGGER freeze BEFORE UPDATE ON ImportKopf WHEN new.JobID = 'B' "
-                  "BEGIN SELECT RAISE(ABORT, 'Vorgang gesperrt'); END"_sql));
+  erp.execute("CREATE TRIGGER freeze BEFORE UPDATE ON ImportKopf WHEN new.JobID = 'B' "
+              "BEGIN SELECT RAISE(ABORT, 'Vorgang gesperrt'); END"_sql);
   show();
   view.key(JobViewKey::F9);
   EXPECT_EQ(windows.reports,
             std::vector<std::string>{
                 "Vorgänge, die nicht geändert werden konnten|Die Datenbank lehnt es ab, "
                 "diese Vorgänge zu ändern. Sie stehen noch wie zuvor:\r\nB: Vorgang gesperrt"});
-  erp.execute(sql("Drop Trigger freeze"_sql));
+  erp.execute("Drop Trigger freeze"_sql);
   view.key(JobViewKey::F9);
   EXPECT_EQ(windows.reports.size(), 1U);
-  EXPECT_EQ(erp.count(sql("Select Count(*) From ImportKopf Where JobType = 13"_sql)), 2);
+  EXPECT_EQ(erp.count("Select Count(*) From ImportKopf Where JobType = 13"_sql), 2);
 }
 
 TEST_F(JobViewTest, NothingGetsThroughDuringARunButTheStop) {
@@ -353,7 +353,7 @@ TEST_F(JobViewTest, ClosingDuringARunStopsItAndClosesOnceItHasReturned) {
   EXPECT_EQ(windows.closings, 1);
   EXPECT_EQ(engine.lastRun().end, RunEnd::Stopped);
   EXPECT_EQ(option("ImportJob2", "OnProcess"), "0");
-  EXPECT_GT(erp.count(sql("Select Count(*) From ImportKopf Where JobType = 20"_sql)), 0)
+  EXPECT_GT(erp.count("Select Count(*) From ImportKopf Where JobType = 20"_sql), 0)
       << "the second run must not begin";
   EXPECT_EQ(engine.ViewFormLoad, qxtViewJobForm_Nothing);
   EXPECT_TRUE(view.close({}));
@@ -406,11 +406,11 @@ TEST_F(JobViewTest, AFileHandedOverBeforeIsReadInOnceAndFilesAreAskedFor) {
   view.command(Tool::Export);
   ASSERT_TRUE(std::ifstream(file).good());
   EXPECT_EQ(erp.desktop.choices.back().filter, "EDI (*.edi)|*.edi");
-  erp.execute(sql("Delete From ImportKopf"_sql));
+  erp.execute("Delete From ImportKopf"_sql);
   engine.setStartParameters({"", "", file});
   view.load();
   ASSERT_EQ(listed(), "A ");
-  erp.execute(sql("Delete From ImportKopf"_sql));
+  erp.execute("Delete From ImportKopf"_sql);
   view.load();
   view.key(JobViewKey::F5);
   EXPECT_EQ(listed(), "");
@@ -427,9 +427,9 @@ TEST_F(JobViewTest, AFileThatSetsDoneJobsBackIsReadOnlyAfterAQuestion) {
   show();
   erp.desktop.file = (erp.folder.path() / "jobs.edi").string();
   view.command(Tool::Export);
-  erp.execute(sql("Update ImportKopf Set JobType = 33 Where JobID = 'B'"_sql));
-  erp.execute(sql("Update ImportKopf Set Bez1 = 'geändert' Where JobID = 'A'"_sql));
-  const auto typeOfB = [&] { return erp.text(sql("Select JobType From ImportKopf Where JobID = 'B'"_sql)); };
+  erp.execute("Update ImportKopf Set JobType = 33 Where JobID = 'B'"_sql);
+  erp.execute("Update ImportKopf Set Bez1 = 'geändert' Where JobID = 'A'"_sql);
+  const auto typeOfB = [&] { return erp.text("Select JobType From ImportKopf Where JobID = 'B'"_sql); };
 
   view.command(Tool::ImportProcessTransactions);
   ASSERT_EQ(erp.desktop.asked.size(), 1U);
@@ -440,7 +440,7 @@ TEST_F(JobViewTest, AFileThatSetsDoneJobsBackIsReadOnlyAfterAQuestion) {
             "Die nächste Verarbeitung schreibt sie dann noch einmal in die Warenwirtschaft.\r\n"
             "Soll die Datei trotzdem eingelesen werden?");
   EXPECT_EQ(typeOfB(), "33");
-  EXPECT_EQ(erp.text(sql("Select Bez1 From ImportKopf Where JobID = 'A'"_sql)), "geändert");
+  EXPECT_EQ(erp.text("Select Bez1 From ImportKopf Where JobID = 'A'"_sql), "geändert");
   EXPECT_TRUE(windows.reports.empty());
 
   erp.desktop.answer = true;
@@ -460,7 +460,7 @@ TEST_F(JobViewTest, WhatBreaksTheReadingOfAFileIsToldInGerman) {
   show();
   erp.desktop.file = (erp.folder.path() / "jobs.edi").string();
   view.command(Tool::Export);
-  erp.execute(sql("Pragma query_only = 1"_sql));
+  erp.execute("Pragma query_only = 1"_sql);
   view.command(Tool::ImportProcessTransactions);
   ASSERT_EQ(windows.reports.size(), 1U);
   EXPECT_NE(windows.reports[0].find("\r\nDas Lesen brach ab: Die Datenbank kann nicht gelesen oder "
@@ -496,7 +496,7 @@ TEST_F(JobViewTest, DoneJobsAreDeletedInFewUnitsOfWork) {
     inUnits += erp.connection().inWork() ? 1 : 0;
   };
   view.command(Tool::DeleteViewDone);
-  EXPECT_EQ(erp.text(sql("Select Count(*) From ImportKopf"_sql)), "1");
+  EXPECT_EQ(erp.text("Select Count(*) From ImportKopf"_sql), "1");
   EXPECT_EQ(inUnits, 0);
   EXPECT_LE(yields, 3) << "each unit of work yields at its end";
 }
@@ -521,11 +521,11 @@ TEST_F(JobViewTest, ThePlaceIsAlwaysKeptAndRestoredBySwitches) {
 
 TEST_F(JobViewTest, TheDetailsAreTheReasonsAndTheFindingsEachOnce) {
   stage("A", 10, "24.11.2026", "Müller", "10023");
-  erp.execute(sql("Update ImportKopf Set Zahlungsart = 'XX'"_sql));
+  erp.execute("Update ImportKopf Set Zahlungsart = 'XX'"_sql);
   const std::string finding = engine.checkJob("A").text();
   ASSERT_FALSE(finding.empty());
-  erp.execute(sql("Update ImportKopf Set JobType = 12, Fehlertext = '"_sql,
-                  value("Nicht geschrieben\r\n" + finding), "'"_sql));
+  erp.execute("Update ImportKopf Set JobType = 12, Fehlertext = '"_sql,
+              value("Nicht geschrieben\r\n" + finding), "'"_sql);
   show();
   view.readDetails();
   EXPECT_TRUE(state.details.starts_with("Nicht geschrieben\n")) << state.details;
@@ -536,7 +536,7 @@ TEST_F(JobViewTest, TheDetailsAreTheReasonsAndTheFindingsEachOnce) {
 
 TEST_F(JobViewTest, HintsStandBehindTheFindingsOfTheDetails) {
   stage("A", 10, "24.11.2026", "Müller", "10023");
-  erp.execute(sql("Update ImportKopf Set Land = 'FR'"_sql));
+  erp.execute("Update ImportKopf Set Land = 'FR'"_sql);
   show();
   view.readDetails();
   EXPECT_EQ(state.details,
@@ -546,7 +546,7 @@ TEST_F(JobViewTest, HintsStandBehindTheFindingsOfTheDetails) {
 
 TEST_F(JobViewTest, AStagedLineBreakMakesNoFindingOfItsOwn) {
   stage("A", 10, "24.11.2026", "Müller", "10023");
-  erp.execute(sql("Update ImportKopf Set Zahlungsart = '"_sql, value("X\r\nAlles in Ordnung"), "'"_sql));
+  erp.execute("Update ImportKopf Set Zahlungsart = '"_sql, value("X\r\nAlles in Ordnung"), "'"_sql);
   show();
   view.readDetails();
   EXPECT_NE(state.details.find("Zahlungsart: 'X Alles in Ordnung' ist nicht angelegt."), std::string::npos)
@@ -579,8 +579,8 @@ TEST_F(JobViewTest, WhoDoesNotWaitForAnotherProgramLeavesEverythingAsItIs) {
   view.command(Tool::DeleteViewDone);
   EXPECT_FALSE(view.close({}));
   other->rollbackWork();
-  EXPECT_EQ(erp.count(sql("Select Count(*) From ImportKopf Where JobType In (10, 13)"_sql)), 2);
-  EXPECT_NE(erp.text(sql("Select Value From Einstellungen Where Key = 'OnProcess'"_sql)), "1");
+  EXPECT_EQ(erp.count("Select Count(*) From ImportKopf Where JobType In (10, 13)"_sql), 2);
+  EXPECT_NE(erp.text("Select Value From Einstellungen Where Key = 'OnProcess'"_sql), "1");
   EXPECT_TRUE(view.close({}));
 }
 
@@ -588,7 +588,7 @@ TEST_F(JobViewTest, AFileThatWasRemovedAndARunThatDiedAreNoticed) {
   erp.setOption("OnProcess", "1");
   show();
   EXPECT_EQ(
-      erp.text(sql("Select Value From Einstellungen Where Section = 'ImportJob2' And Key = 'OnProcess'"_sql)),
+      erp.text("Select Value From Einstellungen Where Section = 'ImportJob2' And Key = 'OnProcess'"_sql),
       "0");
   std::filesystem::rename(erp.file, erp.file + ".alt");
   view.key(JobViewKey::F5);

@@ -2,6 +2,7 @@
 
 #include "support/fake_session.h"
 #include "support/test_erp.h"
+#include "support/words.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -23,8 +24,7 @@ protected:
   /// Every stored option of the component as "key=text".
   std::set<std::string> stored() {
     std::set<std::string> all;
-    for (const auto& row :
-         erp.rows(sql("Select Key, Value From Einstellungen Where Section = 'ImportJob2'"_sql)))
+    for (const auto& row : erp.rows("Select Key, Value From Einstellungen Where Section = 'ImportJob2'"_sql))
       all.insert(row[0].text() + "=" + row[1].text());
     return all;
   }
@@ -211,16 +211,10 @@ TEST_F(OptionsDialogTest, NumbersAreRefusedAtTheirField) {
 TEST_F(OptionsDialogTest, EveryFieldOfTheSecondPageIsStoredUnderItsOwnName) {
   erp.setSetting("Allgemein", "Individual", "VLK");
   dialog.load();
-  const std::pair<std::string_view, std::string_view> names[] = {{"txtZA_RG_VS", "ZAVSRG"},
-                                                                 {"txtZAVS", "ZAVS"},
-                                                                 {"txtVAZA", "VAZA"},
-                                                                 {"txtGewicht", "abGewicht"},
-                                                                 {"txtVAGewicht", "VSabGewicht"},
-                                                                 {"txtFrachtTransport", "FrachtTransport"},
-                                                                 {"txtFrachGebuehr", "FrachtGebuehr"},
-                                                                 {"txtVAKunde", "VAKunde"},
-                                                                 {"txtZAKunde", "ZAKunde"},
-                                                                 {"txtNeukundenRabatt", "NeukundenRabatt"}};
+  const auto names =
+      pairs("txtZA_RG_VS=ZAVSRG txtZAVS=ZAVS txtVAZA=VAZA txtGewicht=abGewicht txtVAGewicht=VSabGewicht "
+            "txtFrachtTransport=FrachtTransport txtFrachGebuehr=FrachtGebuehr txtVAKunde=VAKunde "
+            "txtZAKunde=ZAKunde txtNeukundenRabatt=NeukundenRabatt");
   int number = 0;
   for (const auto& [control, key] : names) dialog.type(control, std::to_string(++number));
   dialog.close();

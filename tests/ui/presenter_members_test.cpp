@@ -75,29 +75,39 @@ std::string seen(const JobViewPresenter& view) {
   return view.state().databaseGone ? "list gone" : view.state().details;
 }
 
-Step command(std::string_view name, Tool tool) {
-  return {name, [tool](OpenWindows& w) {
-            w.view.command(tool);
+Step viewing(std::string_view name, std::function<void(JobViewPresenter&)> act) {
+  return {name, [act = std::move(act)](OpenWindows& w) {
+            act(w.view);
             return seen(w.view);
+          }};
+}
+
+Step command(std::string_view name, Tool tool) {
+  return viewing(name, [tool](JobViewPresenter& view) { view.command(tool); });
+}
+
+/// What the action says, and the notice after it.
+template <class Presenter, class Action>
+Step noticed(std::string_view name, std::unique_ptr<Presenter> OpenWindows::*which, Action act) {
+  return {name, [=](OpenWindows& w) {
+            const std::string said = act(*(w.*which), w);
+            return said + (w.*which)->notice();
           }};
 }
 
 Step entry(std::string_view name, std::unique_ptr<JobDialogPresenter> OpenWindows::*which,
            std::string_view control, std::string_view text) {
-  return {name, [=](OpenWindows& w) {
-            JobDialogPresenter& dialog = *(w.*which);
-            dialog.type(dialog.find(control).value(), text);
-            dialog.leave(dialog.find(control).value());
-            return dialog.notice();
-          }};
+  return noticed(name, which, [=](JobDialogPresenter& dialog, OpenWindows&) {
+    dialog.type(dialog.find(control).value(), text);
+    dialog.leave(dialog.find(control).value());
+    return "";
+  });
 }
 
 Step saving(std::string_view name, std::unique_ptr<JobDialogPresenter> OpenWindows::*which) {
-  return {name, [=](OpenWindows& w) {
-            JobDialogPresenter& dialog = *(w.*which);
-            const bool saved = dialog.nothingNewSince(dialog.findings()) && dialog.save();
-            return (saved ? "saved " : "open ") + dialog.notice();
-          }};
+  return noticed(name, which, [](JobDialogPresenter& dialog, OpenWindows&) {
+    return dialog.nothingNewSince(dialog.findings()) && dialog.save() ? "saved " : "open ";
+  });
 }
 
 Step loading(std::string_view name, std::string_view jobId, std::int16_t jobType) {
@@ -110,42 +120,14 @@ Step loading(std::string_view name, std::string_view jobId, std::int16_t jobType
 const std::vector<Step>& steps() {
   using W = OpenWindows;
   static const std::vector<Step> all{
-      {"view is made",
-       [](W& w) {
-         w.view.create();
-         return seen(w.view);
-       }},
-      {"view is loaded",
-       [](W& w) {
-         w.view.load();
-         return seen(w.view);
-       }},
+      viewing("view is made", [](auto& view) { view.create(); }),
+      viewing("view is loaded", [](auto& view) { view.load(); }),
       {"view is closed", [](W& w) { return std::string(w.view.close({}) ? "gone" : "stays"); }},
-      {"details",
-       [](W& w) {
-         w.view.readDetails();
-         return seen(w.view);
-       }},
-      {"search",
-       [](W& w) {
-         w.view.search("hafen");
-         return seen(w.view);
-       }},
-      {"head is clicked",
-       [](W& w) {
-         w.view.headClick(3);
-         return seen(w.view);
-       }},
-      {"timer",
-       [](W& w) {
-         w.view.timerTick();
-         return seen(w.view);
-       }},
-      {"row is opened",
-       [](W& w) {
-         w.view.open(0);
-         return seen(w.view);
-       }},
+      viewing("details", [](auto& view) { view.readDetails(); }),
+      viewing("search", [](auto& view) { view.search("hafen"); }),
+      viewing("head is clicked", [](auto& view) { view.headClick(3); }),
+      viewing("timer", [](auto& view) { view.timerTick(); }),
+      viewing("row is opened", [](auto& view) { view.open(0); }),
       command("delete by date", Tool::DeleteDate),
       command("check", Tool::UpdateDisplay),
       command("import", Tool::ImportProcessTransactions),
@@ -161,52 +143,44 @@ const std::vector<Step>& steps() {
       entry("customer: bank", &W::customer, "txtBlz", "90000002"),
       entry("contract: object", &W::contract, "txtVertragsgegenstand", "G2"),
       entry("order: customer", &W::order, "txtKundennummer", "20002"),
-      {"order: article",
-       [](W& w) {
-         JobGrid& grid = *w.order->kind().grid;
-         const std::string refused = grid.edit(0, 1, "B200");
-         w.order->checkMore(1);
-         return refused + w.order->notice();
-       }},
+      noticed("order: article", &W::order,
+              [](auto& order, W&) {
+                const std::string refused = order.kind().grid->editing()->edit(0, 1, "B200");
+                order.checkMore(1);
+                return refused;
+              }),
       {"order: details",
        [](W& w) {
-         const auto details = w.order->kind().grid->details(0);
+         const auto details = w.order->kind().grid->editing()->details(0);
          details->leave(details->find("tdbnbrPreis").value());
          return details->control(details->find("txtArtikelnummer").value()).description;
        }},
-      {"order: new position",
-       [](W& w) { return std::to_string(w.order->kind().grid->addRow()) + w.order->notice(); }},
-      {"order: lookup",
-       [](W& w) {
-         const bool chosen = w.order->lookUp(w.order->find("txtKundennummer").value());
-         return (chosen ? "chosen " : "none ") + w.order->notice();
-       }},
-      {"customer: contracts anew",
-       [](W& w) {
-         w.customer->detailsClosed();
-         return w.customer->notice();
-       }},
-      {"customer: addresses back",
-       [](W& w) {
-         w.customer->kind().addresses->takeAddresses(*w.addresses);
-         return w.customer->notice();
-       }},
+      noticed("order: new position", &W::order,
+              [](auto& order, W&) { return std::to_string(order.kind().grid->editing()->addRow()); }),
+      noticed("order: lookup", &W::order,
+              [](auto& order, W&) {
+                return order.lookUp(order.find("txtKundennummer").value()) ? "chosen " : "none ";
+              }),
+      noticed("customer: contracts anew", &W::customer,
+              [](auto& customer, W&) { return customer.detailsClosed(), ""; }),
+      noticed(
+          "customer: addresses back", &W::customer,
+          [](auto& customer, W& w) { return customer.kind().addresses->takeAddresses(*w.addresses), ""; }),
       saving("customer is saved", &W::customer),
       saving("contract is saved", &W::contract),
       saving("order is saved", &W::order),
-      {"contract is deleted",
-       [](W& w) { return (w.contract->erase() ? "gone " : "stays ") + w.contract->notice(); }},
-      {"addresses: number",
-       [](W& w) {
-         w.addresses->type(w.addresses->find("txtVS_AdrNr").value(), "8");
-         w.addresses->leave(w.addresses->find("txtVS_AdrNr").value());
-         return w.addresses->notice();
-       }},
-      {"addresses: lookup",
-       [](W& w) {
-         const bool chosen = w.addresses->lookUp(w.addresses->find("txtVS_AdrNr").value());
-         return (chosen ? "chosen " : "none ") + w.addresses->notice();
-       }},
+      noticed("contract is deleted", &W::contract,
+              [](auto& contract, W&) { return contract.erase() ? "gone " : "stays "; }),
+      noticed("addresses: number", &W::addresses,
+              [](auto& addresses, W&) {
+                addresses.type(addresses.find("txtVS_AdrNr").value(), "8");
+                addresses.leave(addresses.find("txtVS_AdrNr").value());
+                return "";
+              }),
+      noticed("addresses: lookup", &W::addresses,
+              [](auto& addresses, W&) {
+                return addresses.lookUp(addresses.find("txtVS_AdrNr").value()) ? "chosen " : "none ";
+              }),
       {"options are read",
        [](W& w) {
          w.options.load();
@@ -241,7 +215,7 @@ protected:
     stageContract("V1");
     stageOrder("O1");
     stagePosition("O1", 1, "A100", 2);
-    stageOrder("D1", [](AuftragFields& order) { order.JobType = qxtJobAufträgeDone; });
+    stageOrder("D1", {{"JobType", qxtJobAufträgeDone}});
     unit.commit();
   }
   /// What the clerk sees of a step, the boxes and reports after it; what leaves it is a fault.

@@ -13,17 +13,13 @@ namespace qx {
 namespace {
 
 TEST(MonthBefore, IsTheSameDayOrTheLastOneOfAShorterMonth) {
-  struct Case {
-    Date day;
-    Date expected;
-  };
-  for (const Case& c : {Case{makeDate(2026, 11, 24), makeDate(2026, 10, 24)},
-                        Case{makeDate(2026, 1, 15), makeDate(2025, 12, 15)},
-                        Case{makeDate(2026, 3, 31), makeDate(2026, 2, 28)},
-                        Case{makeDate(2028, 3, 30), makeDate(2028, 2, 29)},
-                        Case{makeDate(2026, 12, 31), makeDate(2026, 11, 30)},
-                        Case{makeDate(2026, 2, 28), makeDate(2026, 1, 28)}})
-    EXPECT_EQ(germanDate(monthBefore(c.day)), germanDate(c.expected)) << germanDate(c.day);
+  for (const auto& [day, expected] : {std::pair{"24.11.2026", "24.10.2026"},
+                                      {"15.01.2026", "15.12.2025"},
+                                      {"31.03.2026", "28.02.2026"},
+                                      {"30.03.2028", "29.02.2028"},
+                                      {"31.12.2026", "30.11.2026"},
+                                      {"28.02.2026", "28.01.2026"}})
+    EXPECT_EQ(germanDate(monthBefore(parseGermanDate(day).value())), expected) << day;
 }
 
 class SmallDialogs : public ::testing::Test {
@@ -41,9 +37,9 @@ TEST_F(SmallDialogs, TheDayProposedGoesByTheSession) {
 }
 
 TEST_F(SmallDialogs, ADayIsConfirmedWithTheNumberOfJobsAndARubbishOneIsRefused) {
-  erp.execute(sql("Insert Into ImportKopf (JobID, JobType, Eingangsdatum) Values ('A', 13, '01.01.2026'), "
-                  "('B', 33, '31.12.2025'), ('C', 33, '02.01.2026'), ('D', 30, '01.01.2020'), "
-                  "('E', 13, 'gestern')"_sql));
+  erp.execute("Insert Into ImportKopf (JobID, JobType, Eingangsdatum) Values ('A', 13, '01.01.2026'), "
+              "('B', 33, '31.12.2025'), ('C', 33, '02.01.2026'), ('D', 30, '01.01.2020'), "
+              "('E', 13, 'gestern')"_sql);
   EXPECT_FALSE(deletion.confirmedDate("31.02.2026"));
   EXPECT_FALSE(deletion.confirmedDate("01.01.2001"));
   ASSERT_EQ(erp.desktop.shown.size(), 2U);
@@ -59,7 +55,7 @@ TEST_F(SmallDialogs, ADayIsConfirmedWithTheNumberOfJobsAndARubbishOneIsRefused) 
   ASSERT_TRUE(day);
   EXPECT_EQ(erp.desktop.asked.back().text, "Ein erledigter Vorgang ist vor dem 01.01.2026 eingegangen.\r\n"
                                            "Soll er endgültig gelöscht werden?");
-  EXPECT_EQ(erp.count(sql("Select Count(*) From ImportKopf"_sql)), 5);
+  EXPECT_EQ(erp.count("Select Count(*) From ImportKopf"_sql), 5);
 }
 
 TEST(GermanCause, SaysInGermanWhatADatabaseSaysInEnglish) {
@@ -76,28 +72,27 @@ TEST(GermanCause, SaysInGermanWhatADatabaseSaysInEnglish) {
 }
 
 TEST_F(SmallDialogs, JobsThatTheDatabaseKeepsAreNamedInABox) {
-  erp.execute(sql("Create Trigger bleibt Before Delete On ImportKopf When old.JobID = 'B' Begin "
-                  "Select raise(rollback, 'nein'); End"_sql));
+  erp.execute("Create Trigger bleibt Before Delete On ImportKopf When old.JobID = 'B' Begin "
+              "Select raise(rollback, 'nein'); End"_sql);
   const std::string box = "Fehler beim Löschen: Die Datenbank lehnt es ab, diese Vorgänge zu löschen: B";
   for (const bool byDate : {true, false}) {
-    erp.execute(sql("Delete From ImportKopf Where JobID <> 'B'"_sql));
-    erp.execute(sql("Insert Or Ignore Into ImportKopf (JobID, JobType, Eingangsdatum) Values "
-                    "('A', 13, '01.01.2026'), ('B', 13, '01.01.2026'), ('C', 13, '01.01.2026')"_sql));
+    erp.execute("Delete From ImportKopf Where JobID <> 'B'"_sql);
+    erp.execute("Insert Or Ignore Into ImportKopf (JobID, JobType, Eingangsdatum) Values "
+                "('A', 13, '01.01.2026'), ('B', 13, '01.01.2026'), ('C', 13, '01.01.2026')"_sql);
     erp.desktop.shown.clear();
     if (byDate)
       deletion.deleteBefore(makeDate(2026, 2, 1));
     else
       engine.DelArchives();
-    EXPECT_EQ(erp.text(sql("Select group_concat(JobID) From ImportKopf"_sql)), "B");
+    EXPECT_EQ(erp.text("Select group_concat(JobID) From ImportKopf"_sql), "B");
     ASSERT_EQ(erp.desktop.shown.size(), 1U);
     EXPECT_EQ(erp.desktop.shown[0].text, box);
   }
 }
 
 TEST_F(SmallDialogs, ADeletionThatFailsIsTold) {
-  erp.execute(
-      sql("Insert Into ImportKopf (JobID, JobType, Eingangsdatum) Values ('A', 13, '01.01.2026')"_sql));
-  erp.execute(sql("Pragma query_only = 1"_sql));
+  erp.execute("Insert Into ImportKopf (JobID, JobType, Eingangsdatum) Values ('A', 13, '01.01.2026')"_sql);
+  erp.execute("Pragma query_only = 1"_sql);
   deletion.deleteBefore(makeDate(2026, 11, 24));
   ASSERT_EQ(erp.desktop.shown.size(), 1U);
   EXPECT_EQ(erp.desktop.shown[0].icon, MessageIcon::Critical);

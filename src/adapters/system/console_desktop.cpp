@@ -12,7 +12,7 @@ bool ConsoleDesktop::ask(const Message& message) {
 }
 
 std::optional<std::string> ConsoleDesktop::chooseFile(std::string_view title, std::string_view /*filter*/,
-                                                      bool /*forWriting*/) {
+                                                      FileUse /*use*/) {
   write(title, "Unbeaufsichtigt wird keine Datei gewählt; der Dateiname muss angegeben werden.");
   return std::nullopt;
 }

@@ -19,7 +19,7 @@ public:
   void show(const Message& message) override;
   bool ask(const Message& message) override;
   std::optional<std::string> chooseFile(std::string_view title, std::string_view filter,
-                                        bool forWriting) override;
+                                        FileUse use) override;
   void yield() override {}
 
 private:

@@ -25,7 +25,7 @@ QWidget* GridDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&
   case GridColumnKind::Unit: {
     auto* combo = new CodeCombo(true, parent);
     ComboContent content;
-    content.rows = grid_.units();
+    content.rows = grid_.editing()->units();
     content.hiddenColumn = 0; // the cell shows the code
     combo->offer(content);
     return combo;

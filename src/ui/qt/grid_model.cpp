@@ -59,6 +59,10 @@ const GridModel::Refused* GridModel::refusedAt(const QModelIndex& index) const {
   return found == refused_.end() ? nullptr : &found->second;
 }
 
+std::string GridModel::editText(std::size_t row, std::size_t column) const {
+  return grid_.editing() == nullptr ? grid_.cell(row, column).text : grid_.editing()->editText(row, column);
+}
+
 QVariant GridModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid() || index.row() >= static_cast<int>(grid_.rowCount())) return {};
   const auto row = static_cast<std::size_t>(index.row());
@@ -69,7 +73,7 @@ QVariant GridModel::data(const QModelIndex& index, int role) const {
   case Qt::TextAlignmentRole:
     return alignment(kind);
   case Qt::EditRole:
-    return refused != nullptr ? refused->text : toQt(grid_.editText(row, field));
+    return refused != nullptr ? refused->text : toQt(editText(row, field));
   case Qt::DisplayRole:
     return shownText(grid_.cell(row, field), kind, refused);
   case Qt::DecorationRole:
@@ -112,8 +116,8 @@ bool GridModel::setData(const QModelIndex& index, const QVariant& value, int rol
                                                       : QStringLiteral("0");
   refused_.erase({index.row(), index.column()});
   QString reason;
-  if (fromQt(text) != grid_.editText(row, field)) {
-    reason = toQt(grid_.edit(row, field, fromQt(text)));
+  if (fromQt(text) != editText(row, field)) {
+    reason = toQt(grid_.editing()->edit(row, field, fromQt(text)));
     if (!reason.isEmpty()) refused_[{index.row(), index.column()}] = {text, reason};
   }
   emit dataChanged(this->index(index.row(), 0), this->index(index.row(), columnCount() - 1));
@@ -135,7 +139,7 @@ void GridModel::refresh() {
 
 int GridModel::addRow() {
   beginInsertRows({}, rows_, rows_);
-  const int row = static_cast<int>(grid_.addRow());
+  const int row = static_cast<int>(grid_.editing()->addRow());
   rows_ = static_cast<int>(grid_.rowCount());
   endInsertRows();
   return row;
@@ -143,7 +147,7 @@ int GridModel::addRow() {
 
 void GridModel::removeRow(int row) {
   beginRemoveRows({}, row, row);
-  grid_.removeRow(static_cast<std::size_t>(row));
+  grid_.editing()->removeRow(static_cast<std::size_t>(row));
   rows_ = static_cast<int>(grid_.rowCount());
   std::map<CellIndex, Refused> kept;
   for (auto& [cell, refused] : refused_)

@@ -9,6 +9,7 @@
 
 #include <map>
 #include <optional>
+#include <string>
 #include <utility>
 
 namespace qx {
@@ -54,6 +55,8 @@ private:
   };
   using CellIndex = std::pair<int, int>; ///< row, column
 
+  /// What the editor of a cell begins with.
+  std::string editText(std::size_t row, std::size_t column) const;
   const Refused* refusedAt(const QModelIndex& index) const;
   static QVariant shownText(const GridCell& cell, GridColumnKind kind, const Refused* refused);
   static QVariant decoration(const GridCell& cell, GridColumnKind kind, const Refused* refused);

@@ -16,6 +16,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <cstdint>
 #include <set>
 
 namespace qx {
@@ -132,9 +133,10 @@ GridView::GridView(JobGrid& grid, bool customerSpecific, QWidget* parent)
 }
 
 void GridView::addActions() {
+  enum class Needs : std::uint8_t { AnyGrid, EditableGrid };
   const auto action = [this](const QString& text, const QKeySequence& keys, void (GridView::*member)(),
-                             bool editing) {
-    if (editing && !grid_.editable()) return;
+                             Needs needs) {
+    if (needs == Needs::EditableGrid && !grid_.editable()) return;
     auto* entry = new QAction(text, table_);
     entry->setShortcut(keys);
     // In the editor of a cell these keys edit its text.
@@ -142,11 +144,12 @@ void GridView::addActions() {
     connect(entry, &QAction::triggered, this, member);
     table_->addAction(entry);
   };
-  action(QStringLiteral("&Kopieren"), QKeySequence::Copy, &GridView::copy, false);
-  action(QStringLiteral("&Einfügen"), QKeySequence::Paste, &GridView::paste, true);
-  action(QStringLiteral("Zeile &anfügen"), QKeySequence(Qt::Key_Insert), &GridView::addRow, true);
+  action(QStringLiteral("&Kopieren"), QKeySequence::Copy, &GridView::copy, Needs::AnyGrid);
+  action(QStringLiteral("&Einfügen"), QKeySequence::Paste, &GridView::paste, Needs::EditableGrid);
+  action(QStringLiteral("Zeile &anfügen"), QKeySequence(Qt::Key_Insert), &GridView::addRow,
+         Needs::EditableGrid);
   action(QStringLiteral("Zeile ent&fernen"), QKeySequence(Qt::CTRL | Qt::Key_Delete), &GridView::removeRows,
-         true);
+         Needs::EditableGrid);
   table_->setContextMenuPolicy(Qt::ActionsContextMenu);
 }
 
@@ -227,7 +230,8 @@ void GridView::addRow() {
 
 void GridView::lookUp(const QModelIndex& cell) {
   if (!grid_.editable()) return;
-  if (!grid_.lookUp(static_cast<std::size_t>(cell.row()), static_cast<std::size_t>(cell.column()))) return;
+  if (!grid_.editing()->lookUp(static_cast<std::size_t>(cell.row()), static_cast<std::size_t>(cell.column())))
+    return;
   model_->dropRefused(cell);
   showNotice({});
   render();
@@ -269,8 +273,8 @@ void GridView::paste() {
   const QModelIndex current = table_->currentIndex();
   const int row = current.isValid() ? current.row() : model_->rowCount();
   const int column = current.isValid() ? current.column() : firstEditable();
-  const QString refused =
-      toQt(grid_.paste(static_cast<std::size_t>(row), static_cast<std::size_t>(column), fromQt(text)));
+  const QString refused = toQt(
+      grid_.editing()->paste(static_cast<std::size_t>(row), static_cast<std::size_t>(column), fromQt(text)));
   render();
   setCurrent(row, column);
   QStringList reasons = refused.split(QLatin1Char('\n'), Qt::SkipEmptyParts);

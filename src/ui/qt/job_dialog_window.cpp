@@ -416,14 +416,12 @@ void JobDialogWindow::editAddresses() {
 
 void JobDialogWindow::openDetails(std::size_t row) {
   commit();
-  JobGrid& grid = *dialog_.kind().grid;
-  const JobReference job = grid.detailsOf(row);
-  if (const std::unique_ptr<Form> details = grid.details(row)) {
+  const JobGrid& grid = *dialog_.kind().grid;
+  if (grid.editing() != nullptr) {
+    const std::unique_ptr<Form> details = grid.editing()->details(row);
     showForm(this, context_.environment, *details, QStringLiteral("Position"), "DialogPosition");
-  } else if (job.jobId.empty()) {
-    return;
-  } else {
-    showJobDialog(this, context_, job.jobId, false);
+  } else if (grid.jobs() != nullptr) {
+    showJobDialog(this, context_, grid.jobs()->jobOf(row).jobId, false);
     dialog_.detailsClosed();
   }
   render();

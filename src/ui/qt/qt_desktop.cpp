@@ -117,7 +117,8 @@ bool QtDesktop::ask(const Message& message) {
 }
 
 std::optional<std::string> QtDesktop::chooseFile(std::string_view title, std::string_view filter,
-                                                 bool forWriting) {
+                                                 FileUse use) {
+  const bool forWriting = use == FileUse::Writing;
   const QString filterText = toQt(filter);
   QString name;
   while (true) {

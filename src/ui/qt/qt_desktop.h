@@ -31,7 +31,7 @@ public:
   /// Asks for confirmation before an existing file is chosen for writing; a name without suffix gets that of
   /// the filter.
   std::optional<std::string> chooseFile(std::string_view title, std::string_view filter,
-                                        bool forWriting) override;
+                                        FileUse use) override;
   /// Shows the held-back messages and handles pending events.
   void yield() override;
 

@@ -4,6 +4,7 @@
 #include "erp/demo_data.h"
 #include "erp/demo_jobs.h"
 #include "support/test_erp.h"
+#include "support/words.h"
 #include "ui/qt/text.h"
 
 #include <gtest/gtest.h>
@@ -75,7 +76,7 @@ protected:
         header.viewport(), Qt::LeftButton, {},
         {header.sectionViewportPosition(section) + header.sectionSize(section) / 2, header.height() / 2});
   }
-  std::int64_t staged() { return erp.count(sql("Select Count(*) From ImportKopf"_sql)); }
+  std::int64_t staged() { return erp.count("Select Count(*) From ImportKopf"_sql); }
 
   TestErp erp;
   std::unique_ptr<ImportJobObject2> engine;
@@ -88,27 +89,11 @@ protected:
 
 TEST_F(JobViewWindowTest, HasEveryToolAndControlUnderItsName) {
   open();
-  for (const char* name : {"ProcessTransactions",
-                           "mnuKunden",
-                           "mnuVerträge",
-                           "mnuAufträge",
-                           "mnuZubehör",
-                           "mnuKundenVerträge",
-                           "mnuEinzelnVerarbeiten",
-                           "Delete",
-                           "DeleteViewDone",
-                           "DeleteDate",
-                           "UpdateDisplay",
-                           "ImportProcessTransactions",
-                           "Export",
-                           "ViewWaiting",
-                           "ViewDone",
-                           "ViewWarnings",
-                           "ViewError",
-                           "Options",
-                           "About",
-                           "End"})
-    EXPECT_NE(window->findChild<QAction*>(QString::fromUtf8(name)), nullptr) << name;
+  for (const std::string& name :
+       split("ProcessTransactions mnuKunden mnuVerträge mnuAufträge mnuZubehör mnuKundenVerträge "
+             "mnuEinzelnVerarbeiten Delete DeleteViewDone DeleteDate UpdateDisplay ImportProcessTransactions "
+             "Export ViewWaiting ViewDone ViewWarnings ViewError Options About End"))
+    EXPECT_NE(window->findChild<QAction*>(toQt(name)), nullptr) << name;
   control<QLabel>("lblInfo");
   control<QProgressBar>("ProgressBar");
   control<QPlainTextEdit>("txtDetails");
@@ -185,7 +170,7 @@ TEST_F(JobViewWindowTest, DelAsksAndKeepsOrDeletesTheCurrentJob) {
   QTest::keyClick(&list(), Qt::Key_Delete);
   EXPECT_EQ(erp.desktop.asked.size(), 2U);
   EXPECT_LT(staged(), before);
-  EXPECT_EQ(erp.count(sql("Select Count(*) From ImportKopf Where JobID = '"_sql, value(job), "'"_sql)), 0);
+  EXPECT_EQ(erp.count("Select Count(*) From ImportKopf Where JobID = '"_sql, value(job), "'"_sql), 0);
   EXPECT_EQ(currentJob(), following);
 }
 
@@ -230,7 +215,7 @@ TEST_F(JobViewWindowTest, TheCloseBoxDuringARunClosesOnceTheRunHasReturned) {
 }
 
 TEST_F(JobViewWindowTest, ShowsTheDetailsOfTheCurrentJobAndCopiesItsRow) {
-  erp.execute(sql("Update ImportKopf Set Fehlertext = 'Grund der Ablehnung' Where JobType = 12"_sql));
+  erp.execute("Update ImportKopf Set Fehlertext = 'Grund der Ablehnung' Where JobType = 12"_sql);
   open();
   int row = 0;
   while (row < rows() && cell(row, JobColumn::Vorgang) != QStringLiteral("Kunden (fehler)")) ++row;
@@ -247,8 +232,8 @@ TEST_F(JobViewWindowTest, ARefreshKeepsTheCurrentJobAndTheScrollPosition) {
   {
     WorkUnit unit(erp.connection());
     for (int i = 0; i < 200; ++i)
-      erp.execute(sql("Insert Into ImportKopf (JobID, JobType, Eingangsdatum) Values ('"_sql,
-                      value("Z" + std::to_string(i)), "', 10, '01.01.2020')"_sql));
+      erp.execute("Insert Into ImportKopf (JobID, JobType, Eingangsdatum) Values ('"_sql,
+                  value("Z" + std::to_string(i)), "', 10, '01.01.2020')"_sql);
     unit.commit();
   }
   open();
@@ -265,8 +250,8 @@ TEST_F(JobViewWindowTest, AHeadClickKeepsTheCurrentJobInSight) {
   {
     WorkUnit unit(erp.connection());
     for (int i = 0; i < 200; ++i)
-      erp.execute(sql("Insert Into ImportKopf (JobID, JobType, Eingangsdatum, Kundennummer) Values ('"_sql,
-                      value("Z" + std::to_string(i)), "', 10, '01.01.2020', '5')"_sql));
+      erp.execute("Insert Into ImportKopf (JobID, JobType, Eingangsdatum, Kundennummer) Values ('"_sql,
+                  value("Z" + std::to_string(i)), "', 10, '01.01.2020', '5')"_sql);
     unit.commit();
   }
   open();

@@ -29,12 +29,11 @@ protected:
   LookupWindowTest() {
     erp.components.setAuskunftFactory(
         [this] { return std::make_unique<QtAuskunft>(erp.localSettings, erp.diagnostics); });
-    erp.execute(
-        sql("With Recursive n(i) As (Select 1 Union All Select i + 1 From n Where i < 250) "
-            "Insert Into Kundenstamm (Kundennummer, Suchbegriff, Bez1) Select Cast(10000 + i As Text), "
-            "'KUNDE', 'Kunde ' || i From n"_sql));
-    erp.execute(sql("Insert Into Kundenstamm (Kundennummer, Suchbegriff, Bez1) Values ('20001', 'MÜLLER', "
-                    "'Müller & Söhne'), ('20002', 'MÜLLER', 'Müllerhaus')"_sql));
+    erp.execute("With Recursive n(i) As (Select 1 Union All Select i + 1 From n Where i < 250) "
+                "Insert Into Kundenstamm (Kundennummer, Suchbegriff, Bez1) Select Cast(10000 + i As Text), "
+                "'KUNDE', 'Kunde ' || i From n"_sql);
+    erp.execute("Insert Into Kundenstamm (Kundennummer, Suchbegriff, Bez1) Values ('20001', 'MÜLLER', "
+                "'Müller & Söhne'), ('20002', 'MÜLLER', 'Müllerhaus')"_sql);
   }
 
   /// Opens the lookup and lets the clerk act in it once it is there.
@@ -134,9 +133,8 @@ TEST_F(LookupWindowTest, WalkingDownReadsOnlyWhatIsReachedAndThenAllOfIt) {
 }
 
 TEST_F(LookupWindowTest, GivesBothKeysOfAnAddress) {
-  erp.execute(
-      sql("Insert Into Adressenstamm (Kundennummer, Adressnummer, Bez1) Values ('20001', '1', 'Lager'), "
-          "(Null, '1', 'Messe'), ('20002', '1', 'Haus')"_sql));
+  erp.execute("Insert Into Adressenstamm (Kundennummer, Adressnummer, Bez1) Values ('20001', '1', 'Lager'), "
+              "(Null, '1', 'Messe'), ('20002', '1', 'Haus')"_sql);
   const auto chosen = lookUp(
       "Adressauskunft",
       [&] {
@@ -150,7 +148,7 @@ TEST_F(LookupWindowTest, GivesBothKeysOfAnAddress) {
 TEST_F(LookupWindowTest, AFailureOfTheDatabaseIsOneLineInTheWindow) {
   EXPECT_THAT(lookUp("Kundenauskunft",
                      [&] {
-                       erp.execute(sql("Drop Table Kundenstamm"_sql));
+                       erp.execute("Drop Table Kundenstamm"_sql);
                        type("m");
                        EXPECT_FALSE(find<QLabel>("lookupNotice")->text().isEmpty());
                        EXPECT_EQ(table().model()->rowCount(), 0);

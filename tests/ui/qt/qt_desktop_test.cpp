@@ -127,7 +127,7 @@ TEST_F(QtDesktopTest, AddsTheSuffixAndAsksBeforeAnExistingFileIsWritten) {
     };
   };
   next<QFileDialog>(choose(path("neu")));
-  EXPECT_EQ(desktop.chooseFile("Ausgeben", "EDI (*.edi)|*.edi", true), path("neu.edi"));
+  EXPECT_EQ(desktop.chooseFile("Ausgeben", "EDI (*.edi)|*.edi", FileUse::Writing), path("neu.edi"));
 
   next<QFileDialog>([&](QFileDialog& dialog) {
     next<QMessageBox>([&](QMessageBox& box) {
@@ -136,10 +136,10 @@ TEST_F(QtDesktopTest, AddsTheSuffixAndAsksBeforeAnExistingFileIsWritten) {
     });
     choose(path("alt"))(dialog);
   });
-  EXPECT_EQ(desktop.chooseFile("Ausgeben", "EDI (*.edi)|*.edi", true), std::nullopt);
+  EXPECT_EQ(desktop.chooseFile("Ausgeben", "EDI (*.edi)|*.edi", FileUse::Writing), std::nullopt);
 
   next<QFileDialog>(choose(path("alt.edi")));
-  EXPECT_EQ(desktop.chooseFile("Einlesen", "EDI (*.edi)|*.edi", false), path("alt.edi"));
+  EXPECT_EQ(desktop.chooseFile("Einlesen", "EDI (*.edi)|*.edi", FileUse::Reading), path("alt.edi"));
 }
 
 } // namespace

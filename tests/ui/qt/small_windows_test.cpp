@@ -167,9 +167,9 @@ TEST_F(Windows, DeletingByDateTakesOnlyDoneJobsReceivedBeforeTheDay) {
   for (const Job& job :
        {Job{"alt", 13, "23.10.2026"}, Job{"vertrag", 43, "01.01.2025"}, Job{"tag", 33, "24.10.2026"},
         Job{"wartet", 10, "01.01.2025"}, Job{"fehler", 32, "01.01.2025"}, Job{"ohne", 13, "gestern"}})
-    erp.execute(sql("Insert Into ImportKopf (JobID, JobType, Eingangsdatum) Values ('"_sql, value(job.id),
-                    "', "_sql, number(job.type), ", '"_sql, value(job.received), "')"_sql));
-  const auto left = [&] { return erp.count(sql("Select Count(*) From ImportKopf"_sql)); };
+    erp.execute("Insert Into ImportKopf (JobID, JobType, Eingangsdatum) Values ('"_sql, value(job.id),
+                "', "_sql, number(job.type), ", '"_sql, value(job.received), "')"_sql);
+  const auto left = [&] { return erp.count("Select Count(*) From ImportKopf"_sql); };
 
   DeleteDateWindow cancelled(erp.environment, engine);
   run(cancelled, [](QWidget& window) {
@@ -200,12 +200,12 @@ TEST_F(Windows, DeletingByDateTakesOnlyDoneJobsReceivedBeforeTheDay) {
     QTest::keyClick(&window, Qt::Key_Return);
   });
   EXPECT_EQ(left(), 5);
-  EXPECT_EQ(erp.count(sql("Select Count(*) From ImportKopf Where JobID = 'vertrag'"_sql)), 0);
+  EXPECT_EQ(erp.count("Select Count(*) From ImportKopf Where JobID = 'vertrag'"_sql), 0);
 
   DeleteDateWindow confirmed(erp.environment, engine);
   run(confirmed, [](QWidget& window) { click(window, "cmdOK"); });
   EXPECT_EQ(left(), 4);
-  EXPECT_EQ(erp.count(sql("Select Count(*) From ImportKopf Where JobID = 'alt'"_sql)), 0);
+  EXPECT_EQ(erp.count("Select Count(*) From ImportKopf Where JobID = 'alt'"_sql), 0);
   EXPECT_EQ(QApplication::overrideCursor(), nullptr);
 }
 

@@ -109,7 +109,7 @@ protected:
     messages = process.readAllStandardError().toStdString();
     return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
   }
-  std::int64_t locks() { return erp.count(sql("Select Count(*) From LockControl"_sql)); }
+  std::int64_t locks() { return erp.count("Select Count(*) From LockControl"_sql); }
 
   TestErp erp;
   Screen screen;
@@ -135,8 +135,8 @@ TEST_F(WindowProgram, ReleasesTheLockWhenItIsTerminated) {
 }
 
 TEST_F(WindowProgram, TellsWhoHoldsTheLockAndEndsWithThree) {
-  erp.execute(sql("Insert Into LockControl (Dateiname, Satz, StationID, SessionID, Benutzer) Values "
-                  "('ImportJob', '1', 'unbennant', 'fremd', 'meier')"_sql));
+  erp.execute("Insert Into LockControl (Dateiname, Satz, StationID, SessionID, Benutzer) Values "
+              "('ImportJob', '1', 'unbennant', 'fremd', 'meier')"_sql);
   start();
   close(QStringLiteral("Datensatz gesperrt"));
   EXPECT_EQ(status(), 3) << messages;
