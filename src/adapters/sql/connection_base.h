@@ -6,7 +6,7 @@
 
 #include <memory>
 
-namespace qx::sql {
+namespace qx::relational {
 
 class StatementCache;
 
@@ -32,4 +32,4 @@ private:
   std::unique_ptr<StatementCache> statements_; // destroyed before its driver
 };
 
-} // namespace qx::sql
+} // namespace qx::relational

@@ -3,7 +3,7 @@
 
 #include <string_view>
 
-namespace qx::sql {
+namespace qx::relational {
 
 /// One column of the table of constructs: how a database writes what the component's statements ask for.
 struct Dialect {
@@ -17,4 +17,4 @@ extern const Dialect sqliteDialect;
 /// PostgreSQL and the engines that speak its protocol.
 extern const Dialect postgresDialect;
 
-} // namespace qx::sql
+} // namespace qx::relational

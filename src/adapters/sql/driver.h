@@ -11,7 +11,7 @@
 #include <string>
 #include <string_view>
 
-namespace qx::sql {
+namespace qx::relational {
 
 struct Dialect;
 
@@ -99,4 +99,4 @@ private:
   Statement& statement_;
 };
 
-} // namespace qx::sql
+} // namespace qx::relational
