@@ -68,8 +68,8 @@ std::string chronologicalByRegex(std::string_view column) {
   const std::string written = part(date, 3);
   const std::string year = "(CASE WHEN length(split_part(" + date + ",'.',3))=4 THEN 0 WHEN " + written +
                            "<30 THEN 2000 ELSE 1900 END+" + written + ")";
-  const std::string leap = "CASE WHEN " + year + "%4=0 AND (" + year + "%100<>0 OR " + year +
-                           "%400=0) THEN 29 ELSE 28 END";
+  const std::string leap =
+      "CASE WHEN " + year + "%4=0 AND (" + year + "%100<>0 OR " + year + "%400=0) THEN 29 ELSE 28 END";
   // Neither braces nor question marks: what stands between statement and server reads them in its own way.
   return "(CASE WHEN " + x +
          " ~ '^([0-9]|[0-9][0-9])[.]([0-9]|[0-9][0-9])[.]([0-9][0-9]|[0-9][0-9][0-9][0-9])"

@@ -17,8 +17,8 @@ constexpr std::array postgresRewritings{Rewriting{"right(jobtype,1)", "right(CAS
                                         Rewriting{"isnull(", "coalesce("},
                                         Rewriting{") + ' ' + coalesce(", ") || ' ' || coalesce("}};
 
-constexpr std::array sqliteTypes{Rewriting{"CODE", "TEXT COLLATE NOCASE"}, Rewriting{"MONEY", "DECIMAL(19,4)"},
-                                 Rewriting{"ASSIGNED", "INTEGER"}};
+constexpr std::array sqliteTypes{Rewriting{"CODE", "TEXT COLLATE NOCASE"},
+                                 Rewriting{"MONEY", "DECIMAL(19,4)"}, Rewriting{"ASSIGNED", "INTEGER"}};
 // A truth value is a number of one digit: statements compare it with 1, and the description of a result tells
 // it from other numbers.
 constexpr std::array postgresTypes{Rewriting{"CODE", "TEXT COLLATE code"},
@@ -31,7 +31,8 @@ constexpr std::array postgresTypes{Rewriting{"CODE", "TEXT COLLATE code"},
 
 // Ignores the case of letters, but not their accents.
 constexpr std::array<std::string_view, 1> postgresSetUp{
-    "CREATE COLLATION IF NOT EXISTS code (provider = icu, locale = 'und-u-ks-level2', deterministic = false)"};
+    "CREATE COLLATION IF NOT EXISTS code (provider = icu, locale = 'und-u-ks-level2', deterministic = "
+    "false)"};
 
 std::string leadingNumber(std::string_view column) {
   const std::string x(column);

@@ -16,8 +16,8 @@ RowShape::RowShape(Statement& statement, const ResultLayout& layout, const Diale
     if (!dialect.rowKeyColumn.empty() && equalCodes(name, dialect.rowKey)) continue;
     const bool computed =
         std::ranges::any_of(layout.computed, [&](const auto& each) { return equalCodes(each, name); });
-    columns_.push_back({std::string(spelling.of(name)), static_cast<std::uint32_t>(i),
-                        statement.columnKind(i), !computed});
+    columns_.push_back(
+        {std::string(spelling.of(name)), static_cast<std::uint32_t>(i), statement.columnKind(i), !computed});
   }
   slots_.resize(std::bit_ceil(columns_.size() * 2 + 1));
   for (std::size_t i = 0; i < columns_.size(); ++i) {

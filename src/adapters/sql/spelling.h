@@ -1,10 +1,10 @@
 // Names as the catalogue spells them, for databases that report them in lower case.
 #pragma once
 
-#include "platform/column_name.h"
+#include "model/text.h"
 
-#include <cstdint>
 #include <span>
+#include <string>
 #include <string_view>
 #include <unordered_map>
 
@@ -17,17 +17,17 @@ public:
   Spelling() = default;
   /// The names live as long as the spelling.
   explicit Spelling(std::span<const std::string_view> names) {
-    for (const std::string_view name : names) names_.emplace(foldedNameHash(name), name);
+    for (const std::string_view name : names) names_.emplace(asciiLower(name), name);
   }
 
   /// The name as spelled, or the reported one when it is unknown.
   std::string_view of(std::string_view reported) const {
-    const auto found = names_.find(foldedNameHash(reported));
+    const auto found = names_.find(asciiLower(reported));
     return found == names_.end() ? reported : found->second;
   }
 
 private:
-  std::unordered_map<std::uint64_t, std::string_view> names_;
+  std::unordered_map<std::string, std::string_view> names_;
 };
 
 } // namespace qx::relational
