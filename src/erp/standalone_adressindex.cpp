@@ -20,11 +20,9 @@ void StandaloneAdressindex::CreateIndex(std::string_view customer, std::int16_t 
     if (!words.empty()) words += ' ';
     words += lowerCase(word);
   }
-  connection_.insert(
-      "Adressindex",
-      sql("Insert Into Adressindex (Kundennummer, Art, Suchtext) Values ('"_sql,
-          value(rows->text("Kundennummer")), "', "_sql, number(kind), ", '"_sql, value(words),
-          "') On Conflict (Kundennummer, Art) Do Update Set Suchtext = excluded.Suchtext"_sql));
+  connection_.insert("Adressindex", sql("Insert Into Adressindex (Kundennummer, Art, Suchtext) Values ('"_sql,
+                                        value(rows->text("Kundennummer")), "', "_sql, number(kind), ", '"_sql,
+                                        value(words), "') Replacing (Kundennummer, Art)"_sql));
 }
 
 } // namespace qx::erp

@@ -46,10 +46,9 @@ std::string StandaloneSession::GetSetting(std::string_view section, std::string_
 void StandaloneSession::SaveSetting(std::string_view section, std::string_view key,
                                     std::string_view setting) {
   // One statement: between two, another workstation could insert the same key.
-  database().insert("Einstellungen",
-                    sql("Insert Into Einstellungen (Section, Key, Value) Values ('"_sql, value(section),
-                        "', '"_sql, value(key), "', '"_sql, value(setting),
-                        "') On Conflict (Section, Key) Do Update Set Value = excluded.Value"_sql));
+  database().insert("Einstellungen", sql("Insert Into Einstellungen (Section, Key, Value) Values ('"_sql,
+                                         value(section), "', '"_sql, value(key), "', '"_sql, value(setting),
+                                         "') Replacing (Section, Key)"_sql));
 }
 
 Date StandaloneSession::GetSessionDate() { return sessionDate_.value_or(clock_.now().date); }

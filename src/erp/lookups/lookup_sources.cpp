@@ -187,9 +187,9 @@ public:
     else
       all.append(sql(" And "_sql, name(column), " < '"_sql, value(endOf(spelling)), "'"_sql));
     if (section.column > 0)
-      all.append(sql(" And "_sql))
+      all.append(sql(" And Case When "_sql))
           .append(anyOf(source_.searched.first(section.column)))
-          .append(sql(" Is Not True"_sql));
+          .append(sql(" Then 0 Else 1 End = 1"_sql)); // also where a column is null
     return all;
   }
 
