@@ -1,6 +1,4 @@
 // What every database adapter must do, shown with one table.
-#include "adapters/sqlite/dialect.h"
-#include "adapters/sqlite/select_parts.h"
 #include "adapters/sqlite/sqlite_database.h"
 #include "platform/database.h"
 
@@ -166,21 +164,6 @@ TEST_F(DatabaseConformance, ChronologicalOrderAgreesWithTheDateReader) {
                                   static_cast<unsigned>(date->day());
     EXPECT_EQ(rows->value("FormatDatum"), Value(expected)) << text;
   }
-}
-
-TEST_F(DatabaseConformance, TheDialectRewritesItsFixedListOnly) {
-  const auto rewritten = [](const Sql& statement) { return sqlite::translate(statement); };
-  EXPECT_EQ(rewritten(sql("Select JobID From ImportKopf Where Right(JobType,1) = '3' "_sql)),
-            "Select JobID From ImportKopf Where substr(CAST(JobType AS TEXT),-1) = '3' ");
-  EXPECT_EQ(rewritten(sql("Select Top 2000 JobID From [ImportKopf]Where JobType = '0' "_sql)),
-            "Select JobID From [ImportKopf]Where JobType = '0'  LIMIT 2000");
-  EXPECT_EQ(
-      rewritten(sql("Select (isnull(Bez1,'') + ' ' + isnull(Bez2,'')) as Bezeichnung from Vertreter"_sql)),
-      "Select (coalesce(Bez1,'') || ' ' || coalesce(Bez2,'')) as Bezeichnung from Vertreter");
-  EXPECT_EQ(rewritten(sql("[ImportKopf]"_sql)), "SELECT * FROM [ImportKopf]");
-  EXPECT_EQ(rewritten(sql("Select x From "_sql, name("a\"b"), " Where n = "_sql, number(7), " and t='"_sql,
-                          value("v"), "' or u='"_sql, value("w"), "'"_sql)),
-            "Select x From \"a\"\"b\" Where n = ? and t=? or u=?");
 }
 
 TEST_F(DatabaseConformance, AKeysetKeepsItsRowsWhileTheyChange) {
@@ -438,28 +421,6 @@ TEST_F(DatabaseConformance, WhatCannotBeOpenedIsNamedWithItsCause) {
   const std::string text = folder_.string() + "/text.db";
   std::ofstream(text) << std::string(5000, 'x');
   EXPECT_EQ(message(text), text + ": file is not a database");
-}
-
-TEST_F(DatabaseConformance, SelectsAreSplitAtTheirTopLevelOnly) {
-  const auto parts = sqlite::splitSelect("Select JobID, (Select 1 From x Where y) From [ImportKopf]Where Bez "
-                                         "= ' Where Order by' Order By a, b DESC");
-  ASSERT_TRUE(parts.has_value());
-  EXPECT_EQ(parts->table, "ImportKopf");
-  EXPECT_EQ(parts->where, "Bez = ' Where Order by'");
-  EXPECT_EQ(parts->orderBy, "a, b DESC");
-  EXPECT_TRUE(parts->descending());
-  EXPECT_FALSE(sqlite::splitSelect("Select * From a, b").has_value());
-  EXPECT_FALSE(sqlite::splitSelect("Delete From a").has_value());
-}
-
-TEST_F(DatabaseConformance, ASelectThatIsNoneIsLeftToTheDatabase) {
-  for (const std::string_view statement :
-       {"Select a From [ImportKopf", "Select a From ImportKopf\"", "Selecta From t", "Select From t",
-        "Select a From t Where", "Select a From t Order By", "Select a From t Order Bya",
-        "Select a From t Order a", "Select Where From t", "Select Order By From t",
-        "Select a From t Order By b Where c", "Select a Order By b From t"})
-    EXPECT_FALSE(sqlite::splitSelect(statement).has_value()) << statement;
-  EXPECT_EQ(sqlite::splitSelect("Select*From[t]Order By[a]")->orderBy, "[a]");
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "adapters/sql/driver.h"
+#include "adapters/sql/spelling.h"
 #include "platform/database.h"
 
 #include <memory>
@@ -20,16 +21,17 @@ public:
   std::unique_ptr<Recordset> openStream(const Sql& statement) override;
 
 protected:
-  /// Takes ownership of the driver. Derived classes keep a reference to it under its own type.
-  explicit ConnectionBase(std::unique_ptr<Driver> driver);
+  /// Takes ownership of the driver; derived classes keep a reference to it under its own type. `spelling`:
+  /// for a database that reports names in lower case.
+  explicit ConnectionBase(std::unique_ptr<Driver> driver, Spelling spelling = {});
   ~ConnectionBase() override;
 
-  /// Forgets all compiled statements, which a new session of the database does not know.
-  void forgetStatements() noexcept;
+  Driver& driver() { return *driver_; }
 
 private:
   std::unique_ptr<Driver> driver_;
-  std::unique_ptr<StatementCache> statements_; // destroyed before its driver
+  Spelling spelling_;
+  std::unique_ptr<StatementCache> statements_; ///< last, so that it is destroyed before its driver
 };
 
 } // namespace qx::relational

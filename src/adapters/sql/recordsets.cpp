@@ -1,14 +1,12 @@
-#include "adapters/sqlite/sqlite_recordset.h"
+#include "adapters/sql/recordsets.h"
 
 #include "model/text.h"
 #include "platform/database_error.h"
 
-#include <sqlite3.h>
-
 #include <stdexcept>
 #include <utility>
 
-namespace qx::sqlite {
+namespace qx::relational {
 namespace {
 
 const Value nullValue;
@@ -47,32 +45,33 @@ void EditableRecordset::set(ColumnName column, Value value) {
   pendingColumns_.set(index);
 }
 
-std::size_t EditableRecordset::bindPending(PreparedStatement& statement) {
-  int bound = 0;
+std::size_t EditableRecordset::bindPending(Statement& statement) {
+  std::size_t bound = 0;
   for (std::size_t i = 0; i < fieldCount(); ++i)
-    if (pendingColumns_[i]) statement.bind(++bound, pending_[i]);
-  return static_cast<std::size_t>(bound);
+    if (pendingColumns_[i]) statement.bind(bound++, pending_[i]);
+  return bound;
 }
 
 void EditableRecordset::update() {
-  std::int64_t rowId = 0;
+  std::int64_t rowKey = 0;
   if (adding_) {
-    PreparedStatement& insert = connection_.statements().insert(source_, pendingColumns_);
+    Statement& insert = statements_.insert(source_, pendingColumns_);
     bindPending(insert);
-    if (connection_.run(insert) == 0) throw NotInserted(source_.table);
-    rowId = connection_.lastRowId();
+    const auto inserted = statements_.driver().insertRow(insert);
+    if (!inserted) throw NotInserted(source_.table);
+    rowKey = *inserted;
   } else if (pendingColumns_.any()) {
-    rowId = currentRowId();
-    if (rowId == 0 || source_.table.empty()) throw StatementError("there is no row to change", 0);
-    PreparedStatement& update = connection_.statements().update(source_, pendingColumns_);
-    const Value key(rowId);
+    rowKey = currentRowKey();
+    if (rowKey == 0 || source_.table.empty()) throw StatementError("there is no row to change", 0);
+    Statement& update = statements_.update(source_, pendingColumns_);
+    const Value key(rowKey);
     const std::size_t bound = bindPending(update);
-    update.bind(static_cast<int>(bound) + 1, key);
-    if (connection_.run(update) == 0) throw StatementError("the row was deleted by another program", 0);
+    update.bind(bound, key);
+    if (update.run() == 0) throw StatementError("the row was deleted by another program", 0);
   } else {
     return;
   }
-  rowWritten(rowId, adding_, pendingColumns_, pending_);
+  rowWritten(rowKey, adding_, pendingColumns_, pending_);
   pendingColumns_.reset();
   adding_ = false;
 }
@@ -82,31 +81,28 @@ void EditableRecordset::cancelUpdate() {
   adding_ = false;
 }
 
-void EditableRecordset::readRow(PreparedStatement& statement, std::vector<Value>& into,
-                                std::size_t at) const {
-  for (std::size_t i = 0; i < fieldCount(); ++i)
-    into[at + i] = statement.column(static_cast<int>(i) + source_.hidden, source_.shape->kind(i));
+void EditableRecordset::readRow(Statement& statement, std::vector<Value>& into, std::size_t at) const {
+  for (std::size_t i = 0; i < fieldCount(); ++i) into[at + i] = source_.shape->read(statement, i);
 }
 
-FetchedRecordset::FetchedRecordset(ConnectionState& connection, const Sql& statement)
-    : EditableRecordset(connection, connection.statements().rows(statement).source),
-      query_(connection.statements().rows(statement)),
+FetchedRecordset::FetchedRecordset(StatementCache& statements, const Sql& statement)
+    : EditableRecordset(statements, statements.rows(statement).source), query_(statements.rows(statement)),
       parameters_(statement.values().begin(), statement.values().end()) {
   fetch();
 }
 
 void FetchedRecordset::fetch() {
-  rowIds_.clear();
+  rowKeys_.clear();
   values_.clear();
   position_ = 0;
-  PreparedStatement& select = query_.select;
+  Statement& select = *query_.select;
   select.bindAll(parameters_);
   const StatementUse use(select);
   // Read the shape after the first step, which recompiles the statement when the schema has changed.
   bool more = select.step();
-  StatementCache::completeShape(source(), select);
+  statements().completeShape(source(), select);
   while (more) {
-    rowIds_.push_back(source().hidden > 0 ? readKey(select).integer().value_or(0) : 0);
+    rowKeys_.push_back(source().layout.hidden > 0 ? readKey(select) : 0);
     values_.resize(values_.size() + fieldCount());
     readRow(select, values_, values_.size() - fieldCount());
     more = select.step();
@@ -115,7 +111,7 @@ void FetchedRecordset::fetch() {
 
 void FetchedRecordset::moveTo(std::size_t position) {
   cancelUpdate();
-  position_ = std::min(position, rowIds_.size());
+  position_ = std::min(position, rowKeys_.size());
 }
 
 bool FetchedRecordset::resync() {
@@ -135,22 +131,22 @@ const Value& FetchedRecordset::storedValue(std::size_t index) {
   return eof() ? nullValue : values_[position_ * fieldCount() + index];
 }
 
-void FetchedRecordset::rowWritten(std::int64_t rowId, bool inserted, const ColumnMask& written,
+void FetchedRecordset::rowWritten(std::int64_t rowKey, bool inserted, const ColumnMask& written,
                                   std::vector<Value>& values) {
   if (inserted) {
-    position_ = rowIds_.size();
-    rowIds_.push_back(rowId);
+    position_ = rowKeys_.size();
+    rowKeys_.push_back(rowKey);
     values_.resize(values_.size() + fieldCount());
-    const std::size_t identity = source().shape->find(ColumnName(source().identity));
-    if (identity < fieldCount()) values_[position_ * fieldCount() + identity] = Value(rowId);
+    const std::size_t identity = source().shape->find(ColumnName(source().key.identity));
+    if (identity < fieldCount()) values_[position_ * fieldCount() + identity] = Value(rowKey);
   }
   for (std::size_t i = 0; i < fieldCount(); ++i)
     if (written[i]) values_[position_ * fieldCount() + i] = std::move(values[i]);
 }
 
-KeysetRecordset::KeysetRecordset(ConnectionState& connection, const Sql& statement)
-    : EditableRecordset(connection, connection.statements().keyset(statement).source),
-      query_(connection.statements().keyset(statement)),
+KeysetRecordset::KeysetRecordset(StatementCache& statements, const Sql& statement)
+    : EditableRecordset(statements, statements.keyset(statement).source),
+      query_(statements.keyset(statement)),
       parameters_(statement.values().begin(), statement.values().end()) {
   readKeys();
 }
@@ -158,11 +154,11 @@ KeysetRecordset::KeysetRecordset(ConnectionState& connection, const Sql& stateme
 void KeysetRecordset::readKeys() {
   keys_.clear();
   moveTo(0);
-  PreparedStatement& select = query_.keys;
+  Statement& select = *query_.keys;
   select.bindAll(parameters_);
   const StatementUse use(select);
   while (select.step()) {
-    Key key{readKey(select).integer().value_or(0), 0};
+    Key key{readKey(select), 0};
     if (source().keyColumn >= 0) key.textHash = textHash(select.column(1, ColumnKind::Plain).textView());
     keys_.push_back(key);
   }
@@ -178,12 +174,12 @@ bool KeysetRecordset::resync() {
   loaded_ = true;
   present_ = false;
   if (eof()) return false;
-  PreparedStatement& select = query_.row;
-  const Value rowId(keys_[position_].rowId);
-  select.bind(1, rowId);
+  Statement& select = *query_.row;
+  const Value rowKey(keys_[position_].rowKey);
+  select.bind(0, rowKey);
   const StatementUse use(select);
   if (!select.step()) return false;
-  StatementCache::completeShape(source(), select);
+  statements().completeShape(source(), select);
   row_.resize(fieldCount());
   readRow(select, row_, 0);
   const int key = source().keyColumn;
@@ -198,16 +194,16 @@ const Value& KeysetRecordset::storedValue(std::size_t index) {
   return present_ ? row_[index] : nullValue;
 }
 
-std::int64_t KeysetRecordset::currentRowId() {
+std::int64_t KeysetRecordset::currentRowKey() {
   if (!loaded_) resync();
-  return present_ ? keys_[position_].rowId : 0;
+  return present_ ? keys_[position_].rowKey : 0;
 }
 
-void KeysetRecordset::rowWritten(std::int64_t rowId, bool inserted, const ColumnMask& written,
+void KeysetRecordset::rowWritten(std::int64_t rowKey, bool inserted, const ColumnMask& written,
                                  std::vector<Value>& values) {
   if (inserted) {
     position_ = keys_.size();
-    keys_.push_back({rowId, 0});
+    keys_.push_back({rowKey, 0});
     if (const int key = source().keyColumn; key >= 0)
       keys_.back().textHash = textHash(values[static_cast<std::size_t>(key)].textView());
     loaded_ = false;
@@ -217,15 +213,15 @@ void KeysetRecordset::rowWritten(std::int64_t rowId, bool inserted, const Column
     if (written[i]) row_[i] = std::move(values[i]);
 }
 
-StreamRecordset::StreamRecordset(ConnectionState& connection, const Sql& statement)
-    : statement_(connection.statements().stream(statement)), shape_(statement_, 0),
+StreamRecordset::StreamRecordset(StatementCache& statements, const Sql& statement)
+    : query_(statements.stream(statement)), shape_(statements.shapeOf(*query_.select, query_.layout)),
       parameters_(statement.values().begin(), statement.values().end()) {
   requery();
 }
 
 void StreamRecordset::requery() {
-  statement_.reset();
-  statement_.bindAll(parameters_);
+  query_.select->reset();
+  query_.select->bindAll(parameters_);
   count_ = 0;
   eof_ = false;
   row_.resize(shape_.size());
@@ -234,15 +230,14 @@ void StreamRecordset::requery() {
 
 void StreamRecordset::moveNext() {
   if (eof_) return;
-  if (!statement_.step()) {
+  if (!query_.select->step()) {
     eof_ = true;
-    statement_.reset();
+    query_.select->reset();
     row_.assign(shape_.size(), Value());
     return;
   }
   ++count_;
-  for (std::size_t i = 0; i < row_.size(); ++i)
-    row_[i] = statement_.column(static_cast<int>(i), shape_.kind(i));
+  for (std::size_t i = 0; i < row_.size(); ++i) row_[i] = shape_.read(*query_.select, i);
 }
 
 void StreamRecordset::moveTo(std::size_t position) {
@@ -258,4 +253,4 @@ const Value& StreamRecordset::value(ColumnName column) {
 
 void StreamRecordset::refuse() { throw StatementError("the rows of a stream cannot be changed", 0); }
 
-} // namespace qx::sqlite
+} // namespace qx::relational

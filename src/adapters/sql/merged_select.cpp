@@ -1,13 +1,13 @@
-#include "adapters/sqlite/merged_select.h"
+#include "adapters/sql/merged_select.h"
 
-#include "adapters/sqlite/dialect.h"
-#include "adapters/sqlite/select_parts.h"
+#include "adapters/sql/select_parts.h"
+#include "adapters/sql/translation.h"
 #include "model/text.h"
 
 #include <algorithm>
 #include <vector>
 
-namespace qx::sqlite {
+namespace qx::relational {
 namespace {
 
 constexpr std::string_view codeColumn = "JobType";
@@ -41,31 +41,10 @@ std::vector<std::string_view> codesOf(std::string_view condition) {
   return trimBlanks(condition).empty() ? codes : std::vector<std::string_view>();
 }
 
-/// The terms of a list, split at the commas outside parentheses and quotes.
-std::vector<std::string_view> termsOf(std::string_view list) {
-  std::vector<std::string_view> terms;
-  int depth = 0;
-  bool quotes = false;
-  std::size_t begin = 0;
-  for (std::size_t at = 0; at < list.size(); ++at) {
-    if (list[at] == '\'') quotes = !quotes;
-    if (quotes) continue;
-    if (list[at] == '(') ++depth;
-    if (list[at] == ')') --depth;
-    if (list[at] != ',' || depth != 0) continue;
-    terms.push_back(trimBlanks(list.substr(begin, at - begin)));
-    begin = at + 1;
-  }
-  terms.push_back(trimBlanks(list.substr(begin)));
-  return terms;
-}
-
 /// The expression of the sort key when it names a computed column, else the key itself.
 std::string_view expressionOf(std::string_view key, std::string_view list) {
-  const std::string ending = " as " + std::string(key);
-  for (const std::string_view term : termsOf(list))
-    if (term.size() > ending.size() && equalCodes(term.substr(term.size() - ending.size()), ending))
-      return trimBlanks(term.substr(0, term.size() - ending.size()));
+  for (const std::string_view term : listTerms(list))
+    if (const NamedTerm named = splitTerm(term); equalCodes(named.name, key)) return named.expression;
   return key;
 }
 
@@ -77,30 +56,34 @@ std::string_view sortKey(const SelectParts& parts) {
 
 } // namespace
 
-std::optional<std::string> mergedSelect(std::string_view select, std::string_view limit) {
+std::optional<std::string> mergedSelect(std::string_view select, std::string_view limit,
+                                        const Dialect& dialect) {
   const auto parts = splitSelect(select);
   if (!parts || parts->aggregate || parts->orderBy.empty()) return std::nullopt;
   const auto codes = codesOf(parts->where);
-  if (codes.empty() || termsOf(parts->orderBy).size() != 1) return std::nullopt;
+  if (codes.empty() || listTerms(parts->orderBy).size() != 1) return std::nullopt;
 
   const std::string key(expressionOf(sortKey(*parts), parts->list));
-  const std::string table = quotedName(parts->table);
+  const std::string table = quotedName(parts->table, dialect);
+  const std::string rowKey(dialect.rowKey);
   const std::string direction = parts->descending() ? " DESC" : "";
-  const auto ordered = [&](std::string_view first, std::string_view second) {
-    return " ORDER BY " + std::string(first) + direction + ", " + std::string(second) + direction;
+  const auto ordered = [&](const std::string& first, const std::string& second) {
+    return " ORDER BY " + sortTerms(first + direction, dialect) + ", " + second + direction;
   };
   const std::string limited = " LIMIT " + std::string(limit);
   // Merges only keys and row numbers; the rows themselves are fetched afterwards.
   std::string merged;
   for (const std::string_view code : codes) {
     if (!merged.empty()) merged += " UNION ALL ";
-    merged.append("SELECT * FROM (SELECT rowid AS merged_row, ").append(key).append(" AS merged_key FROM ");
-    merged.append(table).append(" WHERE ").append(codeColumn).append(" = '").append(code).append("'");
-    merged.append(ordered(key, "rowid")).append(limited).append(")");
+    merged.append("SELECT * FROM (SELECT ").append(rowKey).append(" AS merged_row, ").append(key);
+    merged.append(" AS merged_key FROM ").append(table);
+    merged.append(" WHERE ").append(codeColumn).append(" = '").append(code).append("'");
+    merged.append(ordered(key, rowKey)).append(limited).append(") AS part");
   }
   merged += ordered("merged_key", "merged_row") + limited;
-  return "SELECT " + std::string(parts->list) + " FROM (" + merged + ") CROSS JOIN " + table + " ON " +
-         table + ".rowid = merged_row" + ordered("merged_key", "merged_row");
+  return "SELECT " + std::string(parts->list) + " FROM (" + merged + ") AS merged " +
+         std::string(dialect.drivenJoin) + " " + table + " ON " + table + "." + rowKey + " = merged_row" +
+         ordered("merged_key", "merged_row");
 }
 
-} // namespace qx::sqlite
+} // namespace qx::relational

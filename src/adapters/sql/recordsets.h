@@ -1,19 +1,19 @@
-// The three kinds of record sets on SQLite.
+// The three kinds of record sets.
 #pragma once
 
-#include "adapters/sqlite/connection_state.h"
+#include "adapters/sql/statement_cache.h"
 #include "platform/database.h"
 
 #include <cstdint>
 #include <vector>
 
-namespace qx::sqlite {
+namespace qx::relational {
 
 /// The base of record sets on a single table: the pending row and how it is written.
 class EditableRecordset : public Recordset {
 public:
-  EditableRecordset(ConnectionState& connection, RowSource& source)
-      : connection_(connection), source_(source) {}
+  EditableRecordset(StatementCache& statements, RowSource& source)
+      : statements_(statements), source_(source) {}
 
   std::size_t fieldCount() const override { return source_.shape->size(); }
   std::string_view fieldName(std::size_t index) const override { return source_.shape->name(index); }
@@ -28,22 +28,24 @@ public:
 protected:
   /// The stored value in the current row.
   virtual const Value& storedValue(std::size_t index) = 0;
-  /// The rowid of the current row, or 0 when there is none.
-  virtual std::int64_t currentRowId() = 0;
+  /// The key of the current row, or 0 when there is none.
+  virtual std::int64_t currentRowKey() = 0;
   /// Called after a row was inserted or changed; `written` are the columns.
-  virtual void rowWritten(std::int64_t rowId, bool inserted, const ColumnMask& written,
+  virtual void rowWritten(std::int64_t rowKey, bool inserted, const ColumnMask& written,
                           std::vector<Value>& values) = 0;
 
   std::size_t place(ColumnName column) const;
-  ConnectionState& connection() { return connection_; }
+  StatementCache& statements() { return statements_; }
   RowSource& source() { return source_; }
-  static Value readKey(PreparedStatement& statement) { return statement.column(0, ColumnKind::Plain); }
-  void readRow(PreparedStatement& statement, std::vector<Value>& into, std::size_t at) const;
+  static std::int64_t readKey(Statement& statement) {
+    return statement.column(0, ColumnKind::Plain).integer().value_or(0);
+  }
+  void readRow(Statement& statement, std::vector<Value>& into, std::size_t at) const;
 
 private:
-  std::size_t bindPending(PreparedStatement& statement);
+  std::size_t bindPending(Statement& statement);
 
-  ConnectionState& connection_;
+  StatementCache& statements_;
   RowSource& source_;
   std::vector<Value> pending_;
   ColumnMask pendingColumns_;
@@ -53,10 +55,10 @@ private:
 /// Reads all rows when opened.
 class FetchedRecordset final : public EditableRecordset {
 public:
-  FetchedRecordset(ConnectionState& connection, const Sql& statement);
+  FetchedRecordset(StatementCache& statements, const Sql& statement);
 
-  std::size_t recordCount() const override { return rowIds_.size(); }
-  bool eof() const override { return position_ >= rowIds_.size(); }
+  std::size_t recordCount() const override { return rowKeys_.size(); }
+  bool eof() const override { return position_ >= rowKeys_.size(); }
   void moveFirst() override { moveTo(0); }
   void moveNext() override { moveTo(position_ + 1); }
   void moveTo(std::size_t position) override;
@@ -65,8 +67,8 @@ public:
 
 protected:
   const Value& storedValue(std::size_t index) override;
-  std::int64_t currentRowId() override { return eof() ? 0 : rowIds_[position_]; }
-  void rowWritten(std::int64_t rowId, bool inserted, const ColumnMask& written,
+  std::int64_t currentRowKey() override { return eof() ? 0 : rowKeys_[position_]; }
+  void rowWritten(std::int64_t rowKey, bool inserted, const ColumnMask& written,
                   std::vector<Value>& values) override;
 
 private:
@@ -74,7 +76,7 @@ private:
 
   RowQuery& query_;
   std::vector<Value> parameters_;
-  std::vector<std::int64_t> rowIds_; ///< 0 for rows that cannot be changed
+  std::vector<std::int64_t> rowKeys_; ///< 0 for rows that cannot be changed
   std::vector<Value> values_;
   std::size_t position_ = 0;
 };
@@ -82,7 +84,7 @@ private:
 /// Holds the keys and reads the current row on demand.
 class KeysetRecordset final : public EditableRecordset {
 public:
-  KeysetRecordset(ConnectionState& connection, const Sql& statement);
+  KeysetRecordset(StatementCache& statements, const Sql& statement);
 
   std::size_t recordCount() const override { return keys_.size(); }
   bool eof() const override { return position_ >= keys_.size(); }
@@ -94,14 +96,14 @@ public:
 
 protected:
   const Value& storedValue(std::size_t index) override;
-  std::int64_t currentRowId() override;
-  void rowWritten(std::int64_t rowId, bool inserted, const ColumnMask& written,
+  std::int64_t currentRowKey() override;
+  void rowWritten(std::int64_t rowKey, bool inserted, const ColumnMask& written,
                   std::vector<Value>& values) override;
 
 private:
-  /// SQLite reuses the rowid of a deleted last row, so the key's hash distinguishes the two.
+  /// A database may give the row key of a deleted row to a new one; the text key's hash tells them apart.
   struct Key {
-    std::int64_t rowId = 0;
+    std::int64_t rowKey = 0;
     std::uint64_t textHash = 0;
   };
 
@@ -119,7 +121,7 @@ private:
 /// Forward-only and read-only.
 class StreamRecordset final : public Recordset {
 public:
-  StreamRecordset(ConnectionState& connection, const Sql& statement);
+  StreamRecordset(StatementCache& statements, const Sql& statement);
 
   std::size_t recordCount() const override { return count_; }
   bool eof() const override { return eof_; }
@@ -141,7 +143,7 @@ public:
 private:
   [[noreturn]] static void refuse();
 
-  PreparedStatement statement_;
+  StreamQuery query_;
   RowShape shape_;
   std::vector<Value> parameters_;
   std::vector<Value> row_;
@@ -149,4 +151,4 @@ private:
   bool eof_ = true;
 };
 
-} // namespace qx::sqlite
+} // namespace qx::relational

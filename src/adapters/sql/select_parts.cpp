@@ -1,11 +1,11 @@
-#include "adapters/sqlite/select_parts.h"
+#include "adapters/sql/select_parts.h"
 
 #include "model/text.h"
 
 #include <algorithm>
 #include <array>
 
-namespace qx::sqlite {
+namespace qx::relational {
 namespace {
 
 bool isWordCharacter(char c) {
@@ -14,26 +14,12 @@ bool isWordCharacter(char c) {
          byte == '_' || byte >= 0x80;
 }
 
-/// The end of the quoted run that begins at `at`.
-std::size_t skipQuoted(std::string_view text, std::size_t at) {
-  const char open = text[at];
-  const char close = open == '[' ? ']' : open;
-  const auto end = text.find(close, at + 1);
-  return end == std::string_view::npos ? text.size() : end + 1;
-}
-
 struct Keywords {
   std::size_t from = std::string_view::npos;
   std::size_t where = std::string_view::npos;
   std::size_t order = std::string_view::npos;
   bool compound = false;
 };
-
-/// The end of the word that begins at `at`.
-std::size_t wordEnd(std::string_view text, std::size_t at) {
-  while (at < text.size() && isWordCharacter(text[at])) ++at;
-  return at;
-}
 
 void noteKeyword(Keywords& found, std::string_view word, std::size_t at) {
   if (equalCodes(word, "from") && found.from == std::string_view::npos) found.from = at;
@@ -82,10 +68,6 @@ std::optional<std::string_view> clause(std::string_view text, std::string_view k
   return content;
 }
 
-bool isIdentifier(std::string_view name) {
-  return !name.empty() && std::ranges::all_of(name, isWordCharacter);
-}
-
 bool hasAggregate(std::string_view list) {
   return std::ranges::any_of(std::array<std::string_view, 5>{"sum(", "count(", "min(", "max(", "exists("},
                              [&](auto call) { return findWord(list, call) != std::string_view::npos; });
@@ -93,12 +75,60 @@ bool hasAggregate(std::string_view list) {
 
 } // namespace
 
+std::size_t wordEnd(std::string_view text, std::size_t at) {
+  while (at < text.size() && isWordCharacter(text[at])) ++at;
+  return at;
+}
+
+std::size_t skipQuoted(std::string_view text, std::size_t at) {
+  const char open = text[at];
+  const char close = open == '[' ? ']' : open;
+  const auto end = text.find(close, at + 1);
+  return end == std::string_view::npos ? text.size() : end + 1;
+}
+
+bool isIdentifier(std::string_view name) {
+  return !name.empty() && std::ranges::all_of(name, isWordCharacter);
+}
+
 std::size_t findWord(std::string_view text, std::string_view word, std::size_t from) {
   for (std::size_t at = from; at + word.size() <= text.size(); ++at) {
     const bool starts = at == 0 || !isWordCharacter(word.front()) || !isWordCharacter(text[at - 1]);
     if (starts && equalCodes(text.substr(at, word.size()), word)) return at;
   }
   return std::string_view::npos;
+}
+
+std::vector<std::string_view> listTerms(std::string_view list) {
+  std::vector<std::string_view> terms;
+  int depth = 0;
+  std::size_t begin = 0;
+  for (std::size_t at = 0; at < list.size();) {
+    const char c = list[at];
+    if (c == '\'' || c == '"' || c == '[') {
+      at = skipQuoted(list, at);
+      continue;
+    }
+    if (c == '(') ++depth;
+    if (c == ')') --depth;
+    if (c == ',' && depth == 0) {
+      terms.push_back(trimBlanks(list.substr(begin, at - begin)));
+      begin = at + 1;
+    }
+    ++at;
+  }
+  terms.push_back(trimBlanks(list.substr(begin)));
+  return terms;
+}
+
+NamedTerm splitTerm(std::string_view term) {
+  constexpr std::string_view as = " as ";
+  const auto last = term.find_last_of(' ');
+  if (last == std::string_view::npos || last + 1 < as.size()) return {term, {}};
+  const auto begin = last + 1 - as.size();
+  const std::string_view name = term.substr(last + 1);
+  if (!equalCodes(term.substr(begin, as.size()), as) || !isIdentifier(name)) return {term, {}};
+  return {trimBlanks(term.substr(0, begin)), name};
 }
 
 bool SelectParts::descending() const {
@@ -136,4 +166,4 @@ std::optional<SelectParts> splitSelect(std::string_view statement) {
   return parts;
 }
 
-} // namespace qx::sqlite
+} // namespace qx::relational
