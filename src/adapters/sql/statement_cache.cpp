@@ -57,13 +57,17 @@ Statement& StatementCache::plain(const Sql& statement) {
   return *plain_.get(statement, [&] { return compile(translate(statement, driver_.dialect())); });
 }
 
+TableKey StatementCache::rowKeyOf(std::string_view table) {
+  const Dialect& dialect = driver_.dialect();
+  return dialect.rowKeyColumn.empty() ? TableKey{std::string(dialect.rowKey), {}, {}} : driver_.keyOf(table);
+}
+
 StreamQuery StatementCache::stream(const Sql& statement) {
   const std::string text = translate(statement, driver_.dialect());
   const auto parts = splitSelect(text);
   if (!parts || parts->aggregate) return {driver_.prepare(text, StatementLife::Once), {}};
   const std::string ordered = "SELECT " + std::string(parts->list) + " FROM " + quoted(parts->table) +
-                              whereClause(*parts) +
-                              orderClause(*parts, driver_.keyOf(std::string(parts->table)));
+                              whereClause(*parts) + orderClause(*parts, rowKeyOf(parts->table));
   return {driver_.prepare(ordered, StatementLife::Once), {0, computedNames(*parts)}};
 }
 

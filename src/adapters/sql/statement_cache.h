@@ -82,6 +82,8 @@ private:
   std::unique_ptr<Statement> compile(const std::string& text) {
     return driver_.prepare(text, StatementLife::Cached);
   }
+  /// For reading in order only: where every table has one, the database need not be asked.
+  TableKey rowKeyOf(std::string_view table);
   std::string quoted(std::string_view identifier) const;
   std::string orderClause(const struct SelectParts& parts, const TableKey& key) const;
   std::string rowsOf(const struct SelectParts& parts, const TableKey& key) const;
