@@ -1,7 +1,9 @@
 #include "adapters/sqlite/sqlite_connection.h"
 
 #include "adapters/sqlite/connection_state.h"
+#include "adapters/sqlite/sqlite_bulk_staging.h"
 #include "adapters/sqlite/sqlite_recordset.h"
+#include "adapters/sqlite/upsert.h"
 
 #include <stdexcept>
 #include <thread>
@@ -72,6 +74,25 @@ std::int64_t SqliteConnection::execute(const Sql& statement) {
   prepared.bindAll(statement.values());
   return state_->run(prepared);
 }
+
+void SqliteConnection::put(std::string_view table, std::span<const ColumnValue> row, std::size_t keys) {
+  insert(table, sqlite::upsert(table, row, keys));
+}
+
+std::unique_ptr<BulkStaging> SqliteConnection::bulkStaging() {
+  return std::make_unique<sqlite::SqliteBulkStaging>(*this);
+}
+
+std::vector<std::string> SqliteConnection::tableNames() {
+  // No pattern: the underscore would be a wildcard.
+  const auto rows = open(sql("SELECT name FROM sqlite_master WHERE type IN ('table', 'view') AND "
+                             "substr(name, 1, 7) <> 'sqlite_'"_sql));
+  std::vector<std::string> names;
+  for (; !rows->eof(); rows->moveNext()) names.push_back(rows->text("name"));
+  return names;
+}
+
+std::string_view SqliteConnection::rowKey() const { return "rowid"; }
 
 std::unique_ptr<Recordset> SqliteConnection::open(const Sql& statement) {
   return std::make_unique<sqlite::FetchedRecordset>(*state_, statement);

@@ -30,6 +30,10 @@ public:
   const std::string& connectionString() const override;
   std::vector<std::filesystem::path> files() const override;
   std::int64_t execute(const Sql& statement) override;
+  void put(std::string_view table, std::span<const ColumnValue> row, std::size_t keys) override;
+  std::unique_ptr<BulkStaging> bulkStaging() override;
+  std::vector<std::string> tableNames() override;
+  std::string_view rowKey() const override;
   std::unique_ptr<Recordset> open(const Sql& statement) override;
   std::unique_ptr<Recordset> openKeyset(const Sql& statement) override;
   std::unique_ptr<Recordset> openStream(const Sql& statement) override;
