@@ -62,11 +62,6 @@ std::string shellWord(const std::string& text) {
   return word + "'";
 }
 
-/// Whether the database has any tables.
-bool holdsTables(Connection& connection) {
-  return connection.open(sql("Select Count(*) As Anzahl From sqlite_master"_sql))->value(0).integer() > 0;
-}
-
 /// An existing file belongs to the user.
 void writeDemoFees(const fs::path& folder) {
   const fs::path file = folder / "Zubehoer.ini";
@@ -120,8 +115,8 @@ void Composition::requireSchema(Connection& connection, const std::string& targe
   const auto version = erp::storedSchemaVersion(connection);
   if (!version)
     throw ProgramError(ExitCode::Failure, target + ": the database does not hold the tables of this program",
-                       holdsTables(connection) ? "Name the database of this program with --db FILE."
-                                               : initLine());
+                       connection.tableNames().empty() ? initLine()
+                                                       : "Name the database of this program with --db FILE.");
   if (*version != schemaVersion())
     throw ProgramError(ExitCode::Failure,
                        target + ": the database has version " + *version +
@@ -149,7 +144,7 @@ InstallationReport Composition::create(bool demo) {
       requireSchema(*existing, target);
       return {};
     }
-    if (holdsTables(*existing))
+    if (!existing->tableNames().empty())
       throw ProgramError(ExitCode::BadInput, target + ": this is a database of another program",
                          "Nothing was changed. Name another file with --db FILE.");
   }
