@@ -75,10 +75,12 @@ public:
   Connection& operator=(const Connection&) = delete;
   virtual ~Connection() = default;
 
-  /// The string that the connection was opened with; empty when there is none.
+  /// The string that the connection was opened with, without passwords; empty when there is none.
   virtual const std::string& connectionString() const = 0;
   /// The files that hold the data and its journals, existing or not; none when a server keeps them.
   virtual std::vector<std::filesystem::path> files() const { return {}; }
+  /// Whether there is any table, of whatever program, where this connection creates its own.
+  virtual bool holdsTables() = 0;
 
   /// Runs a statement without rows. Returns the number of changed rows.
   virtual std::int64_t execute(const Sql& statement) = 0;
@@ -124,6 +126,15 @@ public:
 class Database {
 public:
   virtual ~Database() = default;
+  /// The text as messages may show it, without passwords. Raises `std::invalid_argument` when it is
+  /// malformed.
+  virtual std::string displayed(std::string_view connectionString) const {
+    return std::string(connectionString);
+  }
+  /// False when it is known without opening that there is no such database.
+  virtual bool exists(std::string_view /*connectionString*/) const { return true; }
+  /// The folder in which the database lies; empty when a server keeps it.
+  virtual std::filesystem::path folder(std::string_view /*connectionString*/) const { return {}; }
   /// Opens an existing database. Raises `StoreError`, which names target and cause.
   virtual std::unique_ptr<Connection> open(std::string_view connectionString) = 0;
   /// Opens a database; creates it and its folder when missing.

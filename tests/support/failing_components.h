@@ -375,6 +375,7 @@ struct FailingWorld {
 class ClosedConnection final : public Connection {
 public:
   const std::string& connectionString() const override { return nowhere_; }
+  bool holdsTables() override { fail(); }
   std::int64_t execute(const Sql& /*statement*/) override { fail(); }
   std::unique_ptr<Recordset> open(const Sql& /*statement*/) override { fail(); }
   std::unique_ptr<Recordset> openKeyset(const Sql& /*statement*/) override { fail(); }

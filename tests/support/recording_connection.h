@@ -52,6 +52,7 @@ public:
 
   const std::string& connectionString() const override { return connection_->connectionString(); }
   std::vector<std::filesystem::path> files() const override { return connection_->files(); }
+  bool holdsTables() override { return connection_->holdsTables(); }
   std::int64_t execute(const Sql& statement) override { return connection_->execute(recorded(statement)); }
   std::unique_ptr<Recordset> open(const Sql& statement) override {
     return watched(connection_->open(recorded(statement)));

@@ -79,6 +79,10 @@ void SqliteConnection::beginWith(BusyWait& wait) {
   }
 }
 
+bool SqliteConnection::holdsTables() {
+  return !open(sql("Select name From sqlite_master Limit 1"_sql))->eof();
+}
+
 bool SqliteConnection::ownsWork() const { return ownsWork_; }
 
 bool SqliteConnection::inWork() const {

@@ -31,6 +31,7 @@ public:
 
   const std::string& connectionString() const override;
   std::vector<std::filesystem::path> files() const override;
+  bool holdsTables() override;
   bool ownsWork() const override;
   bool inWork() const override;
   void beginWork(BusyWait* wait) override;

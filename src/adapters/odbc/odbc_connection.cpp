@@ -1,0 +1,49 @@
+#include "adapters/odbc/odbc_connection.h"
+
+#include "adapters/odbc/odbc_driver.h"
+
+#include <utility>
+
+namespace qx {
+
+OdbcConnection::OdbcConnection(std::unique_ptr<odbc::OdbcDriver> driver, relational::Spelling spelling)
+    : ConnectionBase(std::move(driver), std::move(spelling)),
+      odbc_(static_cast<odbc::OdbcDriver&>(this->driver())) {}
+
+// The statements that the base still holds end with the session, without a word to the server for each.
+OdbcConnection::~OdbcConnection() { odbc_.disconnect(); }
+
+const std::string& OdbcConnection::connectionString() const { return odbc_.name(); }
+
+bool OdbcConnection::holdsTables() { return odbc_.holdsTables(); }
+
+bool OdbcConnection::inWork() const { return odbc_.inUnit() && !odbc_.unitLost(); }
+
+void OdbcConnection::beginWork(BusyWait* wait) { odbc_.begin(wait); }
+
+void OdbcConnection::commitWork() {
+  try {
+    odbc_.commit();
+  } catch (...) {
+    odbc_.rollback();
+    throw;
+  }
+}
+
+void OdbcConnection::rollbackWork() noexcept {
+  if (odbc_.inUnit()) odbc_.rollback();
+}
+
+void OdbcConnection::beginReading() { odbc_.beginReading(); }
+
+void OdbcConnection::endReading() noexcept { odbc_.endReading(); }
+
+void OdbcConnection::interrupt() noexcept { odbc_.interrupt(); }
+
+void OdbcConnection::setSavepoint() { odbc_.setSavepoint(); }
+
+void OdbcConnection::releaseSavepoint() { odbc_.releaseSavepoint(); }
+
+void OdbcConnection::rollbackToSavepoint() noexcept { odbc_.rollbackToSavepoint(); }
+
+} // namespace qx
