@@ -90,7 +90,7 @@ public:
   Connection& operator=(const Connection&) = delete;
   virtual ~Connection() = default;
 
-  /// The string that the connection was opened with; empty when there is none.
+  /// The string that the connection was opened with, without passwords; empty when there is none.
   virtual const std::string& connectionString() const = 0;
   /// The files that hold the data and its journals, existing or not; none when a server keeps them.
   virtual std::vector<std::filesystem::path> files() const { return {}; }
@@ -107,8 +107,8 @@ public:
   virtual void put(std::string_view table, std::span<const ColumnValue> row, std::size_t keys) = 0;
   /// The way to stage the jobs of a whole file; it must not outlive the connection.
   virtual std::unique_ptr<BulkStaging> bulkStaging() = 0;
-  /// The tables and views that the database holds, in no order; those of the database system itself are left
-  /// out.
+  /// The tables and views that lie where this connection creates its own, in no order; those of the database
+  /// system itself are left out.
   virtual std::vector<std::string> tableNames() = 0;
   /// A column that every table has beside those of its definition: it identifies a row and ascends in the
   /// order in which rows are added.
@@ -151,6 +151,15 @@ public:
 class Database {
 public:
   virtual ~Database() = default;
+  /// The text as messages may show it, without passwords. Raises `std::invalid_argument` when it is
+  /// malformed.
+  virtual std::string displayed(std::string_view connectionString) const {
+    return std::string(connectionString);
+  }
+  /// False when it is known without opening that there is no such database.
+  virtual bool exists(std::string_view /*connectionString*/) const { return true; }
+  /// The folder in which the database lies; empty when a server keeps it.
+  virtual std::filesystem::path folder(std::string_view /*connectionString*/) const { return {}; }
   /// Opens an existing database. Raises `StoreError`, which names target and cause.
   virtual std::unique_ptr<Connection> open(std::string_view connectionString) = 0;
   /// Opens a database; creates it and its folder when missing.

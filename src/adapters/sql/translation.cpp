@@ -152,7 +152,7 @@ std::string quotedName(std::string_view identifier, const Dialect& dialect) {
 }
 
 std::string sortTerms(std::string_view orderBy, const Dialect& dialect) {
-  if (dialect.nullsFirst.empty()) return std::string(orderBy);
+  if (dialect.nullsFirst.empty() || orderBy.empty()) return std::string(orderBy);
   constexpr std::string_view falling = " desc";
   std::string sorted;
   for (const std::string_view term : listTerms(orderBy)) {
