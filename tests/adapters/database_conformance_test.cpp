@@ -309,6 +309,11 @@ TEST_P(DatabaseConformance, AnAssignedKeyIsReadAfterTheInsert) {
   rows->set("Kostenstelle", Value("200"));
   rows->update();
   EXPECT_EQ(rows->value("KostID").integer(), *first + 1);
+  connection_->execute(sql("Insert Into Kostenzuordnung (KostID, Kostenstelle) Values (7, '300')"_sql));
+  rows->addNew();
+  rows->set("Kostenstelle", Value("400"));
+  rows->update();
+  EXPECT_EQ(rows->value("KostID").integer(), 8) << "the number after the highest";
 }
 
 TEST_P(DatabaseConformance, PendingValuesAreSeenUntilTheyAreCancelled) {

@@ -52,14 +52,28 @@ std::size_t EditableRecordset::bindPending(Statement& statement) {
   return bound;
 }
 
+std::int64_t EditableRecordset::insertPending() {
+  constexpr std::string_view keyTaken = "23505";
+  constexpr int most = 10;
+  Statement& insert = statements_.insert(source_, pendingColumns_);
+  for (int tries = 1;; ++tries) {
+    bindPending(insert);
+    try {
+      const auto inserted = statements_.driver().insertRow(insert);
+      if (!inserted) throw NotInserted(source_.table);
+      return *inserted;
+    } catch (const StatementError& error) {
+      // Another program has drawn the same key in the meantime.
+      if (tries == most || error.sqlState() != keyTaken || !statements_.assignsKey(source_, pendingColumns_))
+        throw;
+    }
+  }
+}
+
 void EditableRecordset::update() {
   std::int64_t rowKey = 0;
   if (adding_) {
-    Statement& insert = statements_.insert(source_, pendingColumns_);
-    bindPending(insert);
-    const auto inserted = statements_.driver().insertRow(insert);
-    if (!inserted) throw NotInserted(source_.table);
-    rowKey = *inserted;
+    rowKey = insertPending();
   } else if (pendingColumns_.any()) {
     rowKey = currentRowKey();
     if (rowKey == 0 || source_.table.empty()) throw StatementError("there is no row to change", 0);

@@ -44,6 +44,7 @@ protected:
 
 private:
   std::size_t bindPending(Statement& statement);
+  std::int64_t insertPending();
 
   StatementCache& statements_;
   RowSource& source_;

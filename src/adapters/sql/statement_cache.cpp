@@ -141,6 +141,12 @@ Statement& StatementCache::update(RowSource& source, const ColumnMask& columns) 
   return *statement;
 }
 
+bool StatementCache::assignsKey(const RowSource& source, const ColumnMask& columns) const {
+  if (source.key.identity.empty() || driver_.dialect().rowKeyColumn.empty()) return false;
+  const std::size_t index = source.shape->find(ColumnName(source.key.identity));
+  return index < source.shape->size() && !columns[index];
+}
+
 Statement& StatementCache::insert(RowSource& source, const ColumnMask& columns) {
   std::unique_ptr<Statement>& statement = source.inserts[columns];
   if (!statement) {
@@ -150,6 +156,12 @@ Statement& StatementCache::insert(RowSource& source, const ColumnMask& columns) 
       if (!columns[i]) continue;
       names += (names.empty() ? "" : ", ") + quoted(source.shape->name(i));
       parameters += parameters.empty() ? "?" : ", ?";
+    }
+    const std::string& identity = source.key.identity;
+    if (assignsKey(source, columns)) {
+      names += (names.empty() ? "" : ", ") + quoted(identity);
+      parameters.append(parameters.empty() ? "" : ", ").append("(SELECT coalesce(max(" + quoted(identity));
+      parameters.append("), 0) + 1 FROM " + quoted(source.table) + ")");
     }
     std::string text = "INSERT INTO " + quoted(source.table);
     text += names.empty() ? " DEFAULT VALUES" : " (" + names + ") VALUES (" + parameters + ")";

@@ -60,6 +60,9 @@ public:
   StreamQuery stream(const Sql& statement);
   Statement& update(RowSource& source, const ColumnMask& columns);
   Statement& insert(RowSource& source, const ColumnMask& columns);
+  /// Whether an insert of these columns draws the table's key itself: the number after the highest, as rows
+  /// that name theirs have left it. A sequence would not know of those.
+  bool assignsKey(const RowSource& source, const ColumnMask& columns) const;
   RowShape shapeOf(Statement& statement, const ResultLayout& layout) const {
     return {statement, layout, driver_.dialect(), spelling_};
   }

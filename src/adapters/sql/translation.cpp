@@ -125,7 +125,9 @@ void rewriteTable(std::string& text, const Dialect& dialect) {
     at += word.size();
   }
   // A key that the database assigns identifies the rows as well.
-  if (!assigned) table.insert(table.find('(') + 1, dialect.rowKeyColumn);
+  const auto open = table.find('(');
+  if (!assigned && open != std::string::npos && findWord(table, "select ") == std::string::npos)
+    table.insert(open + 1, dialect.rowKeyColumn);
   text = std::move(table);
 }
 
