@@ -59,12 +59,21 @@ std::string firstWord(std::string_view statement) {
 }
 
 std::string nextStep(const Failure& failure) {
+  // What the driver manager reports before any driver was loaded.
   if (failure.sqlState == "IM002" || failure.sqlState == "01000")
-    return ". The driver or data source is not installed under this name: odbcinst -q -d lists the drivers";
+    return ". No driver or data source of this name is installed: odbcinst -q -d lists the drivers";
+  // This word begins what the server itself has answered.
+  if (failure.message.find("FATAL:") != std::string::npos)
+    return ". Check database, user and password in the connection string";
   if (failure.lostConnection())
     return ". Check that the server runs and can be reached, then start the command again";
   if (failure.sqlState.starts_with("53")) return ". Make room on the server, then start the command again";
   return "";
+}
+
+[[noreturn]] void raiseStoreError(const Failure& failure, const std::string& target) {
+  throw StoreError(target + ": " + failure.message + " (" + failure.sqlState + ")" + nextStep(failure),
+                   failure.nativeCode, failure.sqlState);
 }
 
 } // namespace
@@ -107,6 +116,10 @@ Failure failureOf(short kind, void* handle) {
   return failure;
 }
 
+void raiseConnectFailure(const Failure& failure, const std::string& target) {
+  raiseStoreError(failure, target);
+}
+
 void raiseFailure(const Failure& failure, const std::string& target, std::string_view statement,
                   bool interruptRequested) {
   const int code = failure.nativeCode;
@@ -127,7 +140,7 @@ void raiseFailure(const Failure& failure, const std::string& target, std::string
   case FailureKind::Store:
     break;
   }
-  throw StoreError(named + " (" + state + ")" + nextStep(failure), code, state);
+  raiseStoreError(failure, target);
 }
 
 } // namespace qx::odbc

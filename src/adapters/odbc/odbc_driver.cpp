@@ -82,12 +82,7 @@ void OdbcDriver::open(const ConnectionString& connectionString) {
   const SQLRETURN result =
       SQLDriverConnectW(connection_.get(), nullptr, wide(text), static_cast<SQLSMALLINT>(text.size()),
                         nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT);
-  if (!SQL_SUCCEEDED(result)) {
-    Failure failure = failureOf(SQL_HANDLE_DBC, connection_.get());
-    // Whatever prevents a connection is for the administrator.
-    if (failure.kind() != FailureKind::Store) failure.sqlState = "08001";
-    raiseFailure(failure, name_, {}, false);
-  }
+  if (!SQL_SUCCEEDED(result)) raiseConnectFailure(failureOf(SQL_HANDLE_DBC, connection_.get()), name_);
   disconnected_ = false;
   ++session_;
 }
@@ -111,7 +106,6 @@ void OdbcDriver::greet() {
 
 std::unique_ptr<relational::Statement> OdbcDriver::prepare(std::string_view text,
                                                            relational::StatementLife /*life*/) {
-  requireUnit();
   requireConnection();
   return std::make_unique<OdbcStatement>(*this, text);
 }
@@ -151,7 +145,10 @@ std::optional<std::int64_t> OdbcDriver::insertRow(relational::Statement& insert)
 bool OdbcDriver::holdsTables() { return answer(server_->anyTable).has_value(); }
 
 void OdbcDriver::requireConnection() {
-  if (disconnected_ && scope_ == Scope::None) connect();
+  requireUnit();
+  if (!disconnected_) return;
+  if (scope_ != Scope::None) throw WorkLostError("the connection to the database was lost", 0);
+  connect();
 }
 
 void OdbcDriver::requireUnit() const {
