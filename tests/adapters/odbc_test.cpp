@@ -1,6 +1,8 @@
-// What happens when a database server, or the way to it, fails.
+// What the adapter of database servers does beyond what all do, above all when the server or the way to it
+// fails.
 #include "adapters/odbc/connection_string.h"
 #include "adapters/odbc/odbc_database.h"
+#include "adapters/odbc/odbc_driver.h"
 #include "platform/database.h"
 #include "support/test_server.h"
 
@@ -17,6 +19,7 @@
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
+#include <vector>
 
 namespace qx {
 namespace {
@@ -25,12 +28,14 @@ using ::testing::HasSubstr;
 using ::testing::Not;
 
 TEST(OdbcConnectionString, KeepsWhatStandsInBracesAndHidesPasswords) {
-  const odbc::ConnectionString text(" Driver = {PostgreSQL Unicode} ;server=db;PWD={a;b}}c}; pwd=second;;UID=x ");
+  const odbc::ConnectionString text(
+      " Driver = {PostgreSQL Unicode} ;server=db;PWD={a;b}}c}; pwd=second;;UID=x ");
   EXPECT_EQ(text.value("driver"), "PostgreSQL Unicode");
   EXPECT_EQ(text.value("PWD"), "a;b}c");
   EXPECT_EQ(text.text(), "Driver={PostgreSQL Unicode};server=db;PWD={a;b}}c};UID=x;");
   EXPECT_EQ(text.displayed(), "Driver={PostgreSQL Unicode};server=db;UID=x");
-  for (const std::string_view malformed : {"", " ; ", "secret", "Server=a;secret", "=b", "PWD={secret", "PWD={a}b"}) {
+  for (const std::string_view malformed :
+       {"", " ; ", "secret", "Server=a;secret", "=b", "PWD={secret", "PWD={a}b"}) {
     try {
       const odbc::ConnectionString refused(malformed);
       ADD_FAILURE() << malformed;
@@ -61,11 +66,12 @@ TEST(OdbcServer, WhatPreventsAConnectionIsNamedWithCauseAndNextStep) {
     std::string_view cause;
     std::string_view nextStep;
   };
-  for (const Row& row : {Row{replaced("PWD", "geheim"), "password authentication failed", "Check database, user"},
-                         Row{replaced("Database", "fehlt"), "\"fehlt\" does not exist", "Check database, user"},
-                         Row{replaced("Port", "1"), "Connection refused", "Check that the server runs"},
-                         Row{"Driver={Fehlt};PWD=geheim", "Fehlt", "odbcinst -q -d lists"},
-                         Row{"DSN=fehlt;PWD=geheim", "Data source name not found", "odbcinst -q -d lists"}}) {
+  for (const Row& row :
+       {Row{replaced("PWD", "geheim"), "password authentication failed", "Check database, user"},
+        Row{replaced("Database", "fehlt"), "\"fehlt\" does not exist", "Check database, user"},
+        Row{replaced("Port", "1"), "Connection refused", "Check that the server runs"},
+        Row{"Driver={Fehlt};PWD=geheim", "Fehlt", "odbcinst -q -d lists"},
+        Row{"DSN=fehlt;PWD=geheim", "Data source name not found", "odbcinst -q -d lists"}}) {
     const std::string message = messageOf([&] { OdbcDatabase().open(row.connectionString); });
     EXPECT_THAT(message, HasSubstr(row.cause));
     EXPECT_THAT(message, HasSubstr(row.nextStep));
@@ -74,12 +80,14 @@ TEST(OdbcServer, WhatPreventsAConnectionIsNamedWithCauseAndNextStep) {
 }
 
 TEST(OdbcServer, OnlyDatabasesInUtf8AreAccepted) {
-  const std::string database = "latin_" + std::to_string(std::chrono::steady_clock::now().time_since_epoch().count());
+  const std::string database =
+      "latin_" + std::to_string(std::chrono::steady_clock::now().time_since_epoch().count());
   const auto owner = OdbcDatabase().open(testServer());
   owner->execute(sql("Create Database "_sql, name(database),
                      " Template template0 Encoding LATIN1 LC_Collate 'C' LC_CType 'C'"_sql));
-  EXPECT_THAT(messageOf([&] { OdbcDatabase().open(replaced("Database", database)); }),
-              HasSubstr("the texts of the database are stored as LATIN1; only databases in UTF8 can be used"));
+  EXPECT_THAT(
+      messageOf([&] { OdbcDatabase().open(replaced("Database", database)); }),
+      HasSubstr("the texts of the database are stored as LATIN1; only databases in UTF8 can be used"));
   owner->execute(sql("Drop Database "_sql, name(database)));
 }
 
@@ -87,7 +95,8 @@ TEST(OdbcServer, OnlyDatabasesInUtf8AreAccepted) {
 class OdbcServerTable : public ::testing::Test {
 protected:
   void SetUp() override {
-    connection->execute(sql("Create Table Lager (Artikel CODE Primary Key, Bestand SMALLINT, Preis MONEY)"_sql));
+    connection->execute(
+        sql("Create Table Lager (Artikel CODE Primary Key, Bestand SMALLINT, Preis MONEY)"_sql));
     connection->execute(sql("Insert Into Lager (Artikel, Bestand) Values ('a', 1)"_sql));
     connection->execute(sql("Insert Into Lager (Artikel, Bestand) Values ('b', 2)"_sql));
   }
@@ -99,7 +108,8 @@ protected:
         .value_or(-1);
   }
   static void setStock(Connection& on, std::string_view article, std::int64_t stock) {
-    on.execute(sql("Update Lager Set Bestand = "_sql, number(stock), " Where Artikel = '"_sql, value(article), "'"_sql));
+    on.execute(sql("Update Lager Set Bestand = "_sql, number(stock), " Where Artikel = '"_sql, value(article),
+                   "'"_sql));
   }
   /// Ends the session of a connection from outside.
   void cut(Connection& victim) {
@@ -112,11 +122,11 @@ protected:
 };
 
 TEST_F(OdbcServerTable, MissingRightsTablesAndColumnsAreNamed) {
-  const std::string user = "reader_" + std::to_string(std::chrono::steady_clock::now().time_since_epoch().count());
+  const std::string user =
+      "reader_" + std::to_string(std::chrono::steady_clock::now().time_since_epoch().count());
   const auto server = OdbcDatabase().open(testServer());
   server->execute(sql("Create Role "_sql, name(user), " Login Password 'geheim'"_sql));
-  const auto schemaName =
-      connection->open(sql("Select current_schema() As Name"_sql))->text("Name");
+  const auto schemaName = connection->open(sql("Select current_schema() As Name"_sql))->text("Name");
   server->execute(sql("Grant Usage On Schema "_sql, name(schemaName), " To "_sql, name(user)));
   server->execute(sql("Grant Select On All Tables In Schema "_sql, name(schemaName), " To "_sql, name(user)));
   {
@@ -144,7 +154,8 @@ TEST_F(OdbcServerTable, MissingRightsTablesAndColumnsAreNamed) {
   };
   EXPECT_EQ(stateOf(sql("Delete From Fehlt"_sql)), "42P01");
   EXPECT_EQ(stateOf(sql("Update Lager Set Fehlt = 1"_sql)), "42703");
-  EXPECT_EQ(stateOf(sql("Insert Into Lager (Artikel) Values ('A')"_sql)), "23505") << "codes compare without case";
+  EXPECT_EQ(stateOf(sql("Insert Into Lager (Artikel) Values ('A')"_sql)), "23505")
+      << "codes compare without case";
   unit.commit();
   EXPECT_EQ(stock("a"), 7);
 }
@@ -171,13 +182,15 @@ TEST_F(OdbcServerTable, ATextIsANumberWhereTheColumnIsOne) {
     EXPECT_STREQ(error.what(), "\"viel\" is not a number and cannot be stored as one");
   }
   const auto found = [&](std::string_view stock) {
-    return connection->open(sql("Select * From Lager Where Bestand = '"_sql, value(stock), "'"_sql))->recordCount();
+    return connection->open(sql("Select * From Lager Where Bestand = '"_sql, value(stock), "'"_sql))
+        ->recordCount();
   };
   EXPECT_EQ(found("14"), 1U);
   for (const std::string_view none : {"", "viel", "70000", "14.5"}) EXPECT_EQ(found(none), 0U) << none;
 }
 
-/// The driver manager lets one thread of a process wait at a time, so the other unit is that of another process.
+/// The driver manager lets one thread of a process wait at a time, so the other unit is that of another
+/// process.
 TEST_F(OdbcServerTable, OfTwoUnitsThatBlockEachOtherOneGivesWay) {
   std::array<int, 2> holding{};
   ASSERT_EQ(pipe(holding.data()), 0);
@@ -259,6 +272,38 @@ TEST_F(OdbcServerTable, ALostConnectionLosesItsUnitAndIsOpenedAgainForTheNext) {
   setStock(*connection, "a", 9);
   next.commit();
   EXPECT_EQ(stock("a"), 9) << "a connection that was lost between two units is no failure";
+}
+
+TEST_F(OdbcServerTable, ManyRowsGoOutAtOnceAndARefusedOneIsNoLoss) {
+  odbc::OdbcDriver driver(odbc::ConnectionString(schema.connectionString()));
+  const auto insert = driver.prepare("Insert Into lager (artikel, bestand, preis) Values (?, ?, ?)",
+                                     relational::StatementLife::Cached);
+  const std::string longText = std::string(30000, 'x') + "ü'\\?";
+  std::vector<Value> values;
+  for (int i = 0; i < 250; ++i) {
+    values.emplace_back(i == 201 ? longText : "O'" + std::to_string(i));
+    values.push_back(i % 2 == 0 ? Value(i) : Value(""));
+    values.push_back(i % 3 == 0 ? Value(*Money::parse("-0.0001")) : Value::null());
+  }
+  driver.begin(nullptr);
+  EXPECT_EQ(insert->runRows(values, 3), 250);
+  values.resize(30);
+  values[15] = Value("b");
+  EXPECT_THROW(insert->runRows(values, 3), StatementError);
+  values[15] = Value("viel");
+  values[16] = Value("viel");
+  EXPECT_THROW(insert->runRows(values, 3), StatementError);
+  driver.commit();
+  const auto sums =
+      connection->open(sql("Select Count(*) As Zeilen, Count(Bestand) As Zahlen, Sum(Bestand) As Summe, "
+                           "Sum(Preis) As Betrag From Lager"_sql));
+  EXPECT_EQ(sums->value("Zeilen"), Value(252));
+  EXPECT_EQ(sums->value("Zahlen"), Value(127));
+  EXPECT_EQ(sums->value("Summe"), Value(124 * 125 + 3));
+  EXPECT_EQ(sums->value("Betrag"), Value(-0.0084));
+  EXPECT_EQ(connection->open(sql("Select * From Lager Where Artikel = '"_sql, value(longText), "'"_sql))
+                ->recordCount(),
+            1U);
 }
 
 TEST_F(OdbcServerTable, ChangedTablesAreReadAnew) {
