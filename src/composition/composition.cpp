@@ -121,8 +121,8 @@ void Composition::requireSchema(Connection& connection, const std::string& targe
   const auto version = erp::storedSchemaVersion(connection);
   if (!version)
     throw ProgramError(ExitCode::Failure, target + ": the database does not hold the tables of this program",
-                       connection.holdsTables() ? "Name the database of this program with --db FILE."
-                                                : initLine());
+                       connection.tableNames().empty() ? initLine()
+                                                       : "Name the database of this program with --db FILE.");
   if (*version != schemaVersion())
     throw ProgramError(ExitCode::Failure,
                        target + ": the database has version " + *version +
@@ -149,7 +149,7 @@ InstallationReport Composition::create(bool demo) {
       requireSchema(*existing, target.displayed);
       return {};
     }
-    if (existing->holdsTables())
+    if (!existing->tableNames().empty())
       throw ProgramError(ExitCode::BadInput, target.displayed + ": this is a database of another program",
                          "Nothing was changed. Name another one with --db.");
   }

@@ -9,18 +9,8 @@
 #include <stdexcept>
 
 namespace qx {
-namespace {
 
-std::vector<std::string_view> columnNames() {
-  std::vector<std::string_view> names;
-  for (const erp::SchemaTable& table : erp::schemaTables())
-    for (const erp::SchemaColumn& column : table.columns) names.push_back(column.name);
-  return names;
-}
-
-} // namespace
-
-DatabaseDrivers::DatabaseDrivers() : columnNames_(columnNames()) {
+DatabaseDrivers::DatabaseDrivers() : columnNames_(erp::schemaNames()) {
   drivers_.push_back(
       {"odbc:", "odbc:Driver={PostgreSQL Unicode};Server=HOST;Port=5432;Database=NAME;UID=USER;PWD=PASSWORD",
        std::make_unique<OdbcDatabase>(columnNames_)});

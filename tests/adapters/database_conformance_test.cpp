@@ -4,6 +4,7 @@
 #include "platform/database.h"
 #include "support/test_server.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <array>
@@ -516,6 +517,37 @@ TEST_P(FileConformance, WhatCannotBeOpenedIsNamedWithItsCause) {
   const std::string text = folder + "/text.db";
   std::ofstream(text) << std::string(5000, 'x');
   EXPECT_EQ(message(text), text + ": file is not a database");
+}
+
+TEST_P(DatabaseConformance, PutAddsARowOrOverwritesTheOtherColumnsOfTheOneWithItsKey) {
+  const auto put = [&](const char* key, const Value& price) {
+    const std::array<ColumnValue, 2> row{ColumnValue{"JobID", key}, ColumnValue{"Preis", price}};
+    connection_->put("ImportKopf", row, 1);
+  };
+  put("it's", 1.5);
+  put("B", 2.5);
+  connection_->execute(sql("UPDATE ImportKopf SET Land = 'AT' WHERE JobID = 'B'"_sql));
+  put("b", Value::null());
+  std::string found;
+  const auto rows = connection_->open(sql("SELECT * From ImportKopf"_sql));
+  for (; !rows->eof(); rows->moveNext())
+    found += rows->text("JobID") + " " + rows->text("Preis") + " " + rows->text("Land") + "; ";
+  EXPECT_EQ(found, "it's 1.5 DE; B  AT; ");
+}
+
+TEST_P(DatabaseConformance, TheDatabaseNamesItsTablesAndViewsAndTheKeyOfARow) {
+  connection_->execute(sql("CREATE TABLE sqliteExtra (A INTEGER)"_sql));
+  connection_->execute(sql("CREATE VIEW Offen AS SELECT * FROM ImportKopf"_sql));
+  connection_->execute(sql("CREATE INDEX Nach_Art ON ImportKopf (JobType)"_sql));
+  auto names = connection_->tableNames();
+  for (std::string& name : names) name = asciiLower(name);
+  EXPECT_THAT(names,
+              ::testing::UnorderedElementsAre("importkopf", "kostenzuordnung", "sqliteextra", "offen"));
+  add("B", 10, "");
+  add("A", 10, "");
+  const auto rows =
+      connection_->open(sql("SELECT JobID From ImportKopf Order By "_sql, name(connection_->rowKey())));
+  EXPECT_EQ(rows->text("JobID"), "B");
 }
 
 } // namespace

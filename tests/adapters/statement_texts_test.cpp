@@ -46,14 +46,6 @@ TEST(StatementTexts, AServersNamesAreInLowerCaseAndItsConstructsItsOwn) {
             "JobType NULLS FIRST, coalesce(a, b) DESC NULLS LAST");
 }
 
-TEST(StatementTexts, AnInsertMayReplaceTheRowOfItsKeys) {
-  EXPECT_EQ(
-      forServer(sql("Insert Into T (A, B, C, D) Values ('"_sql, value("a"), "', 1, 2, "_sql, number(3),
-                    ") Replacing (A, C)"_sql)),
-      "Insert Into T (A, B, C, D) Values (?, 1, 2, ?) ON CONFLICT (A, C) DO UPDATE SET B = excluded.B, D = "
-      "excluded.D");
-}
-
 TEST(StatementTexts, AServersTablesDeclareTheirRowKeyAndTypes) {
   EXPECT_EQ(
       forServer(sql("CREATE TABLE "_sql, name("Code"), " ("_sql, name("Text"),

@@ -1,6 +1,7 @@
 #include "adapters/odbc/odbc_connection.h"
 
 #include "adapters/odbc/odbc_driver.h"
+#include "adapters/sql/temporary_staging.h"
 
 #include <utility>
 
@@ -15,7 +16,11 @@ OdbcConnection::~OdbcConnection() { odbc_.disconnect(); }
 
 const std::string& OdbcConnection::connectionString() const { return odbc_.name(); }
 
-bool OdbcConnection::holdsTables() { return odbc_.holdsTables(); }
+std::vector<std::string> OdbcConnection::tableNames() { return odbc_.tableNames(); }
+
+std::unique_ptr<BulkStaging> OdbcConnection::bulkStaging() {
+  return std::make_unique<relational::TemporaryStaging>(*this);
+}
 
 bool OdbcConnection::inWork() const { return odbc_.inUnit() && !odbc_.unitLost(); }
 

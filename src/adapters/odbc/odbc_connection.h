@@ -6,6 +6,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace qx {
 
@@ -28,7 +29,8 @@ public:
 
   /// Without the password.
   const std::string& connectionString() const override;
-  bool holdsTables() override;
+  std::vector<std::string> tableNames() override;
+  std::unique_ptr<BulkStaging> bulkStaging() override;
   bool ownsWork() const override { return true; }
   bool inWork() const override;
   void beginWork(BusyWait* wait) override;

@@ -142,7 +142,12 @@ std::optional<std::int64_t> OdbcDriver::insertRow(relational::Statement& insert)
   return insert.column(0, relational::ColumnKind::Plain).integer();
 }
 
-bool OdbcDriver::holdsTables() { return answer(server_->anyTable).has_value(); }
+std::vector<std::string> OdbcDriver::tableNames() {
+  OdbcStatement statement(*this, server_->tables);
+  std::vector<std::string> names;
+  while (statement.step()) names.push_back(statement.column(0, relational::ColumnKind::Plain).text());
+  return names;
+}
 
 void OdbcDriver::requireConnection() {
   requireUnit();

@@ -48,8 +48,8 @@ public:
   const std::string& name() const { return name_; }
   /// Ends the session with all its statements. It begins anew when it is needed.
   void disconnect() noexcept;
-  /// Whether there is any table where new tables are created.
-  bool holdsTables();
+  /// The tables and views where new tables are created.
+  std::vector<std::string> tableNames();
 
   bool inUnit() const { return scope_ == Scope::Unit; }
   bool unitLost() const { return lost_; }

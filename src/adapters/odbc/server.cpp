@@ -36,8 +36,7 @@ constexpr std::array servers{
            .keyedTables =
                "Select c.relname, a.attname From pg_class c Join pg_attribute a On a.attrelid = c.oid "
                "Where a.attidentity <> '' And c.relkind = 'r' And pg_table_is_visible(c.oid)",
-           .anyTable = "Select 1 From information_schema.tables "
-                       "Where table_schema = current_schema() And table_type = 'BASE TABLE' Limit 1",
+           .tables = "Select table_name From information_schema.tables Where table_schema = current_schema()",
            .begin = "Begin;Savepoint step",
            .beginReading = "Begin Isolation Level Repeatable Read Read Only;Savepoint step",
            .commit = "Commit",

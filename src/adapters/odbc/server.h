@@ -21,7 +21,7 @@ struct Server {
   /// The tables and their columns whose values the database assigns, and whether there is any table at all
   /// (one row if so).
   std::string_view keyedTables;
-  std::string_view anyTable;
+  std::string_view tables;
   std::string_view begin;        ///< and sets the savepoint "step"
   std::string_view beginReading; ///< the same with one state for all reads
   std::string_view commit;

@@ -1,7 +1,9 @@
 #include "adapters/sql/connection_base.h"
 
+#include "adapters/sql/dialect.h"
 #include "adapters/sql/recordsets.h"
 #include "adapters/sql/statement_cache.h"
+#include "adapters/sql/upsert.h"
 
 #include <utility>
 
@@ -18,6 +20,12 @@ std::int64_t ConnectionBase::execute(const Sql& statement) {
   prepared.bindAll(statement.values());
   return prepared.run();
 }
+
+void ConnectionBase::put(std::string_view table, std::span<const ColumnValue> row, std::size_t keys) {
+  insert(table, upsert(table, row, keys));
+}
+
+std::string_view ConnectionBase::rowKey() const { return driver_->dialect().rowKey; }
 
 std::unique_ptr<Recordset> ConnectionBase::open(const Sql& statement) {
   return std::make_unique<FetchedRecordset>(*statements_, statement);

@@ -5,7 +5,11 @@
 #include "adapters/sql/spelling.h"
 #include "platform/database.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <memory>
+#include <span>
+#include <string_view>
 
 namespace qx::relational {
 
@@ -16,6 +20,8 @@ class StatementCache;
 class ConnectionBase : public Connection {
 public:
   std::int64_t execute(const Sql& statement) override;
+  void put(std::string_view table, std::span<const ColumnValue> row, std::size_t keys) override;
+  std::string_view rowKey() const override;
   std::unique_ptr<Recordset> open(const Sql& statement) override;
   std::unique_ptr<Recordset> openKeyset(const Sql& statement) override;
   std::unique_ptr<Recordset> openStream(const Sql& statement) override;

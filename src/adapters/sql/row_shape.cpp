@@ -13,7 +13,7 @@ RowShape::RowShape(Statement& statement, const ResultLayout& layout, const Diale
     : width_(statement.columnCount()) {
   for (auto i = static_cast<std::size_t>(layout.hidden); i < width_; ++i) {
     const std::string_view name = statement.columnName(i);
-    if (!dialect.rowKeyColumn.empty() && equalCodes(name, dialect.rowKey)) continue;
+    if (layout.wholeRows && !dialect.rowKeyColumn.empty() && equalCodes(name, dialect.rowKey)) continue;
     const bool computed =
         std::ranges::any_of(layout.computed, [&](const auto& each) { return equalCodes(each, name); });
     columns_.push_back(

@@ -15,11 +15,11 @@ namespace qx::relational {
 /// What is known of a result before its columns are read.
 struct ResultLayout {
   int hidden = 0;                    ///< leading columns that serve the cursor only
+  bool wholeRows = false;            ///< `*` lists columns, and with them a row key that the table declares
   std::vector<std::string> computed; ///< the names of columns that are no column of the table
 };
 
-/// The columns that callers see: names, kinds and the index of names. A row key that the table declares is
-/// left out wherever it stands.
+/// The columns that callers see: names, kinds and the index of names.
 class RowShape {
 public:
   RowShape(Statement& statement, const ResultLayout& layout, const Dialect& dialect,

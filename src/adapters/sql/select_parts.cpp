@@ -131,6 +131,15 @@ NamedTerm splitTerm(std::string_view term) {
   return {trimBlanks(term.substr(0, begin)), name};
 }
 
+bool listsWholeRows(std::string_view statement) {
+  statement = trimWhitespace(statement);
+  constexpr std::string_view select = "select";
+  if (!equalCodes(statement.substr(0, select.size()), select)) return false;
+  const std::size_t from = std::min(findKeywords(statement).from, statement.size());
+  return std::ranges::any_of(listTerms(statement.substr(select.size(), from - select.size())),
+                             [](std::string_view term) { return term == "*" || term.ends_with(".*"); });
+}
+
 bool SelectParts::descending() const {
   const auto last = trimWhitespace(orderBy);
   return last.size() > 5 && equalCodes(last.substr(last.size() - 5), " desc");

@@ -32,6 +32,9 @@ struct NamedTerm {
 };
 NamedTerm splitTerm(std::string_view term);
 
+/// Whether a select lists all columns of a table by `*`.
+bool listsWholeRows(std::string_view statement);
+
 /// Whether it is the plain name of a column.
 bool isIdentifier(std::string_view name);
 

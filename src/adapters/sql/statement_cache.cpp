@@ -12,12 +12,15 @@ std::string whereClause(const SelectParts& parts) {
   return parts.where.empty() ? std::string() : " WHERE " + std::string(parts.where);
 }
 
-/// The names of the terms that are no column of the table.
-std::vector<std::string> computedNames(const SelectParts& parts) {
-  std::vector<std::string> names;
-  for (const std::string_view term : listTerms(parts.list))
-    if (const NamedTerm named = splitTerm(term); !named.name.empty()) names.emplace_back(named.name);
-  return names;
+/// The layout of a select over one table with `hidden` columns before its own.
+ResultLayout layoutOf(const SelectParts& parts, int hidden) {
+  ResultLayout layout{hidden, false, {}};
+  for (const std::string_view term : listTerms(parts.list)) {
+    layout.wholeRows = layout.wholeRows || term == "*";
+    if (const NamedTerm named = splitTerm(term); !named.name.empty())
+      layout.computed.emplace_back(named.name);
+  }
+  return layout;
 }
 
 } // namespace
@@ -65,10 +68,11 @@ TableKey StatementCache::rowKeyOf(std::string_view table) {
 StreamQuery StatementCache::stream(const Sql& statement) {
   const std::string text = translate(statement, driver_.dialect());
   const auto parts = splitSelect(text);
-  if (!parts || parts->aggregate) return {driver_.prepare(text, StatementLife::Once), {}};
+  if (!parts || parts->aggregate)
+    return {driver_.prepare(text, StatementLife::Once), {0, listsWholeRows(text), {}}};
   const std::string ordered = "SELECT " + std::string(parts->list) + " FROM " + quoted(parts->table) +
                               whereClause(*parts) + orderClause(*parts, rowKeyOf(parts->table));
-  return {driver_.prepare(ordered, StatementLife::Once), {0, computedNames(*parts)}};
+  return {driver_.prepare(ordered, StatementLife::Once), layoutOf(*parts, 0)};
 }
 
 RowQuery& StatementCache::rows(const Sql& statement) {
@@ -78,16 +82,15 @@ RowQuery& StatementCache::rows(const Sql& statement) {
     const auto parts = splitSelect(text);
     if (!parts || parts->aggregate) {
       query.select = compile(text);
+      query.source.layout.wholeRows = listsWholeRows(text);
       return query;
     }
     RowSource& source = query.source;
     source.key = driver_.keyOf(parts->table);
     query.select =
         compile(rowsOf(*parts, source.key) + whereClause(*parts) + orderClause(*parts, source.key));
-    source.layout = {0, computedNames(*parts)};
-    if (source.key.row.empty()) return query;
-    source.table = std::string(parts->table);
-    source.layout.hidden = 1;
+    source.layout = layoutOf(*parts, source.key.row.empty() ? 0 : 1);
+    if (!source.key.row.empty()) source.table = std::string(parts->table);
     return query;
   });
 }
@@ -102,7 +105,7 @@ KeysetQuery& StatementCache::keyset(const Sql& statement) {
     if (!parts || parts->aggregate || source.key.row.empty())
       throw StatementError("the statement cannot be opened as a keyset: " + statement.text(), 0);
     source.table = std::string(parts->table);
-    source.layout = {1, computedNames(*parts)};
+    source.layout = layoutOf(*parts, 1);
     const std::string& textKey = source.key.text;
     const std::string keyList = source.key.row + (textKey.empty() ? "" : ", " + quoted(textKey));
     query.keys = compile("SELECT " + keyList + " FROM " + quoted(source.table) + whereClause(*parts) +

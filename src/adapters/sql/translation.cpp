@@ -108,24 +108,6 @@ void rewriteQuotedNames(std::string& text, const Dialect& dialect) {
   }
 }
 
-/// "... Replacing (Keys)" behind an insert: a row of these keys that is there already takes the other values.
-void rewriteReplacing(std::string& text) {
-  constexpr std::string_view replacing = " replacing (";
-  const auto at = findWord(text, replacing);
-  if (at == std::string::npos) return;
-  const auto inner = [&](std::size_t open) {
-    return listTerms(std::string_view(text).substr(open + 1, text.find(')', open) - open - 1));
-  };
-  const auto keys = inner(at + replacing.size() - 1);
-  std::string changes;
-  for (const std::string_view column : inner(text.find('('))) {
-    if (std::ranges::find(keys, column) != keys.end()) continue;
-    changes.append(changes.empty() ? "" : ", ").append(column).append(" = excluded.").append(column);
-  }
-  text += " DO UPDATE SET " + changes;
-  text.replace(at, replacing.size() - 1, " ON CONFLICT ");
-}
-
 /// The types of a new table's columns, and its row key.
 void rewriteTable(std::string& text, const Dialect& dialect) {
   constexpr std::string_view create = "create table ";
@@ -191,7 +173,6 @@ std::string translate(const Sql& statement, const Dialect& dialect) {
   rewriteConvert(text, dialect);
   rewriteCast(text, dialect);
   rewriteIndex(text, dialect);
-  rewriteReplacing(text);
   for (const Rewriting& each : dialect.rewritings) replaceAll(text, each.from, each.to);
   replaceAll(text, "order by eingangsdatum", "Order by " + dialect.chronological("Eingangsdatum"));
   if (limit.empty()) return text;

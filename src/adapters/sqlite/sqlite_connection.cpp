@@ -1,5 +1,6 @@
 #include "adapters/sqlite/sqlite_connection.h"
 
+#include "adapters/sqlite/sqlite_bulk_staging.h"
 #include "adapters/sqlite/sqlite_driver.h"
 
 #include <stdexcept>
@@ -79,8 +80,17 @@ void SqliteConnection::beginWith(BusyWait& wait) {
   }
 }
 
-bool SqliteConnection::holdsTables() {
-  return !open(sql("Select name From sqlite_master Limit 1"_sql))->eof();
+std::unique_ptr<BulkStaging> SqliteConnection::bulkStaging() {
+  return std::make_unique<sqlite::SqliteBulkStaging>(*this);
+}
+
+std::vector<std::string> SqliteConnection::tableNames() {
+  // No pattern: the underscore would be a wildcard.
+  const auto rows = open(sql("SELECT name FROM sqlite_master WHERE type IN ('table', 'view') AND "
+                             "substr(name, 1, 7) <> 'sqlite_'"_sql));
+  std::vector<std::string> names;
+  for (; !rows->eof(); rows->moveNext()) names.push_back(rows->text("name"));
+  return names;
 }
 
 bool SqliteConnection::ownsWork() const { return ownsWork_; }

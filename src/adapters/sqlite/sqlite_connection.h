@@ -31,7 +31,8 @@ public:
 
   const std::string& connectionString() const override;
   std::vector<std::filesystem::path> files() const override;
-  bool holdsTables() override;
+  std::unique_ptr<BulkStaging> bulkStaging() override;
+  std::vector<std::string> tableNames() override;
   bool ownsWork() const override;
   bool inWork() const override;
   void beginWork(BusyWait* wait) override;

@@ -1,14 +1,13 @@
-#include "cli/staging_area.h"
+#include "adapters/sqlite/sqlite_bulk_staging.h"
 
+#include "platform/database_error.h"
 #include "platform/whole_number.h"
-#include "store/staging_writer.h"
 
-#include <array>
-#include <string_view>
-#include <utility>
+#include <functional>
+#include <string>
 #include <vector>
 
-namespace qx::cli {
+namespace qx::sqlite {
 namespace {
 
 /// The names of the columns of a table.
@@ -32,7 +31,7 @@ Sql plainColumn(const std::string& column) { return sql(name(column)); }
 
 } // namespace
 
-StagingArea::StagingArea(Connection& connection) : connection_(connection) {
+SqliteBulkStaging::SqliteBulkStaging(Connection& connection) : connection_(connection) {
   // After a failure the temporary tables are not read again; their journal would only take memory.
   connection_.open(sql("PRAGMA temp.journal_mode = OFF"_sql));
   connection_.execute(sql("CREATE TEMP TABLE StageKopf AS SELECT *, CAST(0 AS INTEGER) AS StageZeile, "
@@ -42,51 +41,20 @@ StagingArea::StagingArea(Connection& connection) : connection_(connection) {
                           "CAST(0 AS INTEGER) AS StageVorgang FROM main.ImportPos WHERE 0 = 1"_sql));
 }
 
-void StagingArea::begin() {
+void SqliteBulkStaging::begin() {
   headers_ = connection_.open(sql("SELECT * FROM StageKopf WHERE 0 = 1"_sql));
   positions_ = connection_.open(sql("SELECT * FROM StagePos WHERE 0 = 1"_sql));
   // A transaction without a lock on the database: until the copy only temporary tables are written.
   connection_.execute(sql("BEGIN DEFERRED"_sql));
 }
 
-template <class Record>
-void StagingArea::addPosition(const Record& position, std::int64_t line, const Unspoken& unspoken) {
+RowValues& SqliteBulkStaging::newPosition() {
   positions_->addNew();
-  setStaged(*positions_, position);
-  for (const ColumnName column : unspoken) positions_->set(column, Value::null());
-  endPosition(line);
-}
-
-template <class Record>
-void StagingArea::addJob(const Record& job, std::int64_t line, const Unspoken& unspoken) {
-  headers_->addNew();
-  setStaged(*headers_, job);
-  for (const ColumnName column : unspoken) headers_->set(column, Value::null());
-  endJob(line);
-}
-
-void StagingArea::add(const AuftragsPosFields& position, std::int64_t line, const Unspoken& unspoken) {
-  addPosition(position, line, unspoken);
-}
-
-void StagingArea::add(const ImportJobSubItem& position, std::int64_t line, const Unspoken& unspoken) {
-  addPosition(position, line, unspoken);
-}
-
-void StagingArea::add(const KundeFields& job, std::int64_t line, const Unspoken& unspoken) {
-  addJob(job, line, unspoken);
-}
-
-void StagingArea::add(const VertragFields& job, std::int64_t line, const Unspoken& unspoken) {
-  addJob(job, line, unspoken);
-}
-
-void StagingArea::add(const AuftragFields& job, std::int64_t line, const Unspoken& unspoken) {
-  addJob(job, line, unspoken);
+  return *positions_;
 }
 
 /// The header's row number is its position in the file, because rows are only appended.
-void StagingArea::endPosition(std::int64_t line) {
+void SqliteBulkStaging::addPosition(std::int64_t line) {
   positions_->set("StageZeile", line);
   positions_->set("StageVorgang", jobs_ + 1);
   positions_->update();
@@ -94,7 +62,12 @@ void StagingArea::endPosition(std::int64_t line) {
   forgetWritten();
 }
 
-void StagingArea::endJob(std::int64_t line) {
+RowValues& SqliteBulkStaging::newJob() {
+  headers_->addNew();
+  return *headers_;
+}
+
+void SqliteBulkStaging::addJob(std::int64_t line) {
   headers_->set("StageZeile", line);
   headers_->update();
   ++jobs_;
@@ -102,7 +75,7 @@ void StagingArea::endJob(std::int64_t line) {
 }
 
 /// A record set keeps its added rows in memory until it is reopened.
-void StagingArea::forgetWritten() {
+void SqliteBulkStaging::forgetWritten() {
   constexpr int rowsKept = 256;
   if (++written_ < rowsKept) return;
   written_ = 0;
@@ -110,7 +83,7 @@ void StagingArea::forgetWritten() {
   positions_->requery();
 }
 
-std::optional<KeyConflict> StagingArea::twice(const Sql& query, KeyConflict::Kind kind) {
+std::optional<KeyConflict> SqliteBulkStaging::twice(const Sql& query, KeyConflict::Kind kind) {
   const auto rows = connection_.open(query);
   if (rows->eof()) return std::nullopt;
   const auto whole = [&](ColumnName column) { return rows->value(column).integer().value_or(0); };
@@ -123,7 +96,7 @@ std::optional<KeyConflict> StagingArea::twice(const Sql& query, KeyConflict::Kin
                      {}};
 }
 
-std::optional<KeyConflict> StagingArea::finish() {
+std::optional<KeyConflict> SqliteBulkStaging::finish() {
   headers_.reset();
   positions_.reset();
   connection_.execute(sql("COMMIT"_sql));
@@ -141,7 +114,7 @@ std::optional<KeyConflict> StagingArea::finish() {
 }
 
 /// A position that names another job than the one that contains it.
-std::optional<KeyConflict> StagingArea::ownedInFile() {
+std::optional<KeyConflict> SqliteBulkStaging::ownedInFile() {
   return firstOwned(
       sql("SELECT s.ChildID AS Schluessel, s.StageVorgang AS Vorgang, s.StageZeile AS Zeile, "
           "s.JobID AS Besitzer FROM StagePos s JOIN StageKopf k ON k.rowid = s.StageVorgang "
@@ -149,7 +122,7 @@ std::optional<KeyConflict> StagingArea::ownedInFile() {
       KeyConflict::Kind::OtherName);
 }
 
-std::optional<KeyConflict> StagingArea::firstOwned(const Sql& query, KeyConflict::Kind kind) {
+std::optional<KeyConflict> SqliteBulkStaging::firstOwned(const Sql& query, KeyConflict::Kind kind) {
   const auto rows = connection_.open(query);
   if (rows->eof()) return std::nullopt;
   KeyConflict conflict;
@@ -161,7 +134,7 @@ std::optional<KeyConflict> StagingArea::firstOwned(const Sql& query, KeyConflict
   return conflict;
 }
 
-std::optional<KeyConflict> StagingArea::copy(BusyWait& wait, bool again) {
+std::optional<KeyConflict> SqliteBulkStaging::copy(BusyWait& wait, bool again) {
   WorkUnit unit(connection_, &wait);
   findExisting(again);
   if (auto conflict = ownedByOthers()) return conflict;
@@ -176,7 +149,7 @@ std::optional<KeyConflict> StagingArea::copy(BusyWait& wait, bool again) {
 }
 
 /// `StageZiel` becomes the row of an existing job, `StageSperre` 1 when that must not be changed.
-void StagingArea::findExisting(bool again) {
+void SqliteBulkStaging::findExisting(bool again) {
   connection_.execute(sql("UPDATE StageKopf SET StageSperre = 0, StageZiel = (SELECT k.rowid FROM "
                           "main.ImportKopf k WHERE k.JobID = StageKopf.JobID)"_sql));
   if (again) return;
@@ -185,7 +158,7 @@ void StagingArea::findExisting(bool again) {
                           "(13, 23, 33, 43, 44))"_sql));
 }
 
-std::optional<KeyConflict> StagingArea::ownedByOthers() {
+std::optional<KeyConflict> SqliteBulkStaging::ownedByOthers() {
   return firstOwned(
       sql("SELECT s.ChildID AS Schluessel, s.StageVorgang AS Vorgang, s.StageZeile AS Zeile, p.JobID AS "
           "Besitzer FROM StagePos s JOIN StageKopf k ON k.rowid = s.StageVorgang JOIN main.ImportPos p "
@@ -195,7 +168,7 @@ std::optional<KeyConflict> StagingArea::ownedByOthers() {
 }
 
 /// A replaced job keeps its row and so its position; columns that the file does not give become null.
-void StagingArea::copyHeaders() {
+void SqliteBulkStaging::copyHeaders() {
   const auto names = columnsOf(connection_, sql("SELECT * FROM ImportKopf WHERE 0 = 1"_sql));
   std::int64_t taken = 0;
   Sql replace = sql("UPDATE main.ImportKopf SET "_sql);
@@ -216,7 +189,7 @@ void StagingArea::copyHeaders() {
 }
 
 /// A trigger can silently drop rows.
-void StagingArea::requireTaken(std::int64_t taken, const Sql& count, std::string_view what) {
+void SqliteBulkStaging::requireTaken(std::int64_t taken, const Sql& count, std::string_view what) {
   const std::int64_t expected = connection_.open(count)->value(0).integer().value_or(0);
   if (taken != expected)
     throw StatementError("the database has taken " + std::to_string(taken) + " of " +
@@ -225,12 +198,13 @@ void StagingArea::requireTaken(std::int64_t taken, const Sql& count, std::string
 }
 
 /// A statement keeps a copy of every changed page until it ends.
-void StagingArea::inPortions(std::int64_t rows, const std::function<void(std::int64_t, std::int64_t)>& copy) {
+void SqliteBulkStaging::inPortions(std::int64_t rows,
+                                   const std::function<void(std::int64_t, std::int64_t)>& copy) {
   constexpr std::int64_t portion = 5000;
   for (std::int64_t from = 0; from < rows; from += portion) copy(from, from + portion);
 }
 
-void StagingArea::copyPositions() {
+void SqliteBulkStaging::copyPositions() {
   connection_.execute(sql("DELETE FROM main.ImportPos WHERE JobID IN (SELECT JobID FROM StageKopf WHERE "
                           "StageZiel IS NOT NULL AND StageSperre = 0)"_sql));
   const auto names = columnsOf(connection_, sql("SELECT * FROM ImportPos WHERE 0 = 1"_sql));
@@ -253,7 +227,7 @@ void StagingArea::copyPositions() {
                "positions");
 }
 
-void StagingArea::forEach(const Visitor& visit) {
+void SqliteBulkStaging::forEach(const Visitor& visit) {
   const auto rows =
       connection_.openStream(sql("SELECT JobID, JobType, StageZiel, StageSperre FROM StageKopf"_sql));
   for (; !rows->eof(); rows->moveNext()) {
@@ -263,4 +237,4 @@ void StagingArea::forEach(const Visitor& visit) {
   }
 }
 
-} // namespace qx::cli
+} // namespace qx::sqlite
