@@ -93,9 +93,9 @@ void TemporaryStaging::begin() {
       sql("CREATE TEMPORARY TABLE StageKopf AS SELECT *, CAST(0 AS BIGINT) AS StageNummer, "
           "CAST(0 AS BIGINT) AS StageZeile, CAST(0 AS BIGINT) AS StageZiel, CAST(0 AS BIGINT) AS StageSperre "
           "FROM ImportKopf WHERE 0 = 1"_sql));
-  connection_.execute(
-      sql("CREATE TEMPORARY TABLE StagePos AS SELECT *, CAST(0 AS BIGINT) AS StageNummer, "
-          "CAST(0 AS BIGINT) AS StageZeile, CAST(0 AS BIGINT) AS StageVorgang FROM ImportPos WHERE 0 = 1"_sql));
+  connection_.execute(sql(
+      "CREATE TEMPORARY TABLE StagePos AS SELECT *, CAST(0 AS BIGINT) AS StageNummer, "
+      "CAST(0 AS BIGINT) AS StageZeile, CAST(0 AS BIGINT) AS StageVorgang FROM ImportPos WHERE 0 = 1"_sql));
   headers_.emplace(connection_, "StageKopf", with(headerColumns_, {"StageNummer", "StageZeile"}));
   positions_.emplace(connection_, "StagePos",
                      with(positionColumns_, {"StageNummer", "StageZeile", "StageVorgang"}));
@@ -153,10 +153,11 @@ std::optional<KeyConflict> TemporaryStaging::finish() {
   positions_->flush();
   connection_.commitWork();
   filling_ = false;
-  auto conflict = twice(sql("SELECT JobID AS Schluessel, max(StageNummer) AS Vorgang, max(StageZeile) AS Zeile, "
-                            "min(StageNummer) AS VorigerVorgang, min(StageZeile) AS VorigeZeile FROM StageKopf "
-                            "GROUP BY JobID HAVING count(*) > 1 ORDER BY 2 LIMIT 1"_sql),
-                        KeyConflict::Kind::JobTwice);
+  auto conflict =
+      twice(sql("SELECT JobID AS Schluessel, max(StageNummer) AS Vorgang, max(StageZeile) AS Zeile, "
+                "min(StageNummer) AS VorigerVorgang, min(StageZeile) AS VorigeZeile FROM StageKopf "
+                "GROUP BY JobID HAVING count(*) > 1 ORDER BY 2 LIMIT 1"_sql),
+            KeyConflict::Kind::JobTwice);
   if (!conflict)
     conflict = twice(sql("SELECT ChildID AS Schluessel, max(StageVorgang) AS Vorgang, "
                          "max(StageZeile) AS Zeile, min(StageVorgang) AS VorigerVorgang, "
@@ -192,12 +193,13 @@ std::optional<KeyConflict> TemporaryStaging::copy(BusyWait& wait, bool again) {
   return std::nullopt;
 }
 
-/// `StageZiel` becomes the row of an existing job, `StageSperre` 1 when that must not be changed. The rows are
-/// locked first: a run beside this program may be about to finish one of them.
+/// `StageZiel` becomes the row of an existing job, `StageSperre` 1 when that must not be changed. The rows
+/// are locked first: a run beside this program may be about to finish one of them.
 void TemporaryStaging::findExisting(bool again) {
   const std::string_view rowKey = connection_.rowKey();
-  connection_.execute(sql("SELECT 1 FROM ImportKopf k WHERE EXISTS (SELECT 1 FROM StageKopf s WHERE s.JobID = "
-                          "k.JobID) FOR UPDATE"_sql));
+  connection_.execute(
+      sql("SELECT 1 FROM ImportKopf k WHERE EXISTS (SELECT 1 FROM StageKopf s WHERE s.JobID = "
+          "k.JobID) FOR UPDATE"_sql));
   connection_.execute(sql("UPDATE StageKopf SET StageSperre = 0, StageZiel = (SELECT k."_sql, name(rowKey),
                           " FROM ImportKopf k WHERE k.JobID = StageKopf.JobID)"_sql));
   if (again) return;
