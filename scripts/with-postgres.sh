@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Runs a command beside a PostgreSQL server of its own: scripts/with-postgres.sh [--fast] COMMAND...
-# The command finds the connection string in $QXIMPORTJOB_TEST_ODBC (and in $QXIMPORTJOB_DB, with "odbc:" before it)
-# and the server's folder in $QXIMPORTJOB_TEST_POSTGRES, where "start" starts a server that was stopped. Server and
-# folder are gone when the command ends, also by a signal; the exit status is that of the command.
+# The command finds the connection string in $QXIMPORTJOB_TEST_ODBC (and in $QXIMPORTJOB_DB, with "odbc:" before it),
+# that of a second database in $QXIMPORTJOB_TEST_ODBC2, and the server's folder in $QXIMPORTJOB_TEST_POSTGRES, where
+# "start" starts a server that was stopped. Server and folder are gone when the command ends, also by a signal; the
+# exit status is that of the command.
 # --fast leaves out the writing through to the disk: after a crash of the machine the data would be lost.
 set -euo pipefail
 
@@ -108,9 +109,11 @@ done
 
 # The user of the tests may create databases and other users, but is not almighty: rights are tested too.
 ask postgres "Create Role qx Login CreateDB CreateRole Password '$password'" >"$folder/setup.log" 2>&1 &&
-  ask postgres "Create Database qx Owner qx" >>"$folder/setup.log" 2>&1 || fail setup.log
+  ask postgres "Create Database qx Owner qx" >>"$folder/setup.log" 2>&1 &&
+  ask postgres "Create Database qx2 Owner qx" >>"$folder/setup.log" 2>&1 || fail setup.log
 
 export QXIMPORTJOB_TEST_ODBC="Driver={PostgreSQL Unicode};Server=127.0.0.1;Port=$port;Database=qx;UID=qx;PWD=$password"
+export QXIMPORTJOB_TEST_ODBC2="${QXIMPORTJOB_TEST_ODBC/Database=qx/Database=qx2}"
 export QXIMPORTJOB_DB="odbc:$QXIMPORTJOB_TEST_ODBC"
 export QXIMPORTJOB_TEST_POSTGRES="$folder"
 

@@ -1,12 +1,9 @@
 #include "adapters/odbc/failure.h"
 
+#include "adapters/odbc/odbc_call.h"
 #include "adapters/odbc/unicode.h"
 #include "model/text.h"
 #include "platform/database_error.h"
-
-#include <sql.h>
-#include <sqlext.h>
-#include <sqlucode.h>
 
 #include <algorithm>
 #include <array>
@@ -59,12 +56,21 @@ std::string firstWord(std::string_view statement) {
 }
 
 std::string nextStep(const Failure& failure) {
+  // What the driver manager reports before any driver was loaded.
   if (failure.sqlState == "IM002" || failure.sqlState == "01000")
-    return ". The driver or data source is not installed under this name: odbcinst -q -d lists the drivers";
+    return ". No driver or data source of this name is installed: odbcinst -q -d lists the drivers";
+  // This word begins what the server itself has answered.
+  if (failure.message.find("FATAL:") != std::string::npos)
+    return ". Check database, user and password in the connection string";
   if (failure.lostConnection())
     return ". Check that the server runs and can be reached, then start the command again";
   if (failure.sqlState.starts_with("53")) return ". Make room on the server, then start the command again";
   return "";
+}
+
+[[noreturn]] void raiseStoreError(const Failure& failure, const std::string& target) {
+  throw StoreError(target + ": " + failure.message + " (" + failure.sqlState + ")" + nextStep(failure),
+                   failure.nativeCode, failure.sqlState);
 }
 
 } // namespace
@@ -81,22 +87,21 @@ bool Failure::lostConnection() const {
 
 Failure failureOf(short kind, void* handle) {
   constexpr std::size_t longest = 4000;
-  std::array<SQLWCHAR, SQL_SQLSTATE_SIZE + 1> state{};
+  std::u16string state(SQL_SQLSTATE_SIZE + 1, u'\0');
   std::u16string text(longest, u'\0');
   SQLINTEGER nativeCode = 0;
   SQLSMALLINT length = 0;
   Failure failure;
   for (SQLSMALLINT record = 1;; ++record) {
-    const SQLRETURN result =
-        SQLGetDiagRecW(kind, handle, record, state.data(), &nativeCode,
-                       reinterpret_cast<SQLWCHAR*>(text.data()), static_cast<SQLSMALLINT>(longest), &length);
+    const SQLRETURN result = SQLGetDiagRecW(kind, handle, record, wideText(state), &nativeCode,
+                                            wideText(text), static_cast<SQLSMALLINT>(longest), &length);
     if (!SQL_SUCCEEDED(result)) break;
     const auto end =
         std::clamp<std::size_t>(static_cast<std::size_t>(std::max<SQLSMALLINT>(length, 0)), 0, longest - 1);
     const std::string message = sentence(toUtf8({text.data(), end}));
     // The first record tells the reason; what the driver manager adds completes it.
     if (record == 1) {
-      failure.sqlState = toUtf8({reinterpret_cast<const char16_t*>(state.data()), SQL_SQLSTATE_SIZE});
+      failure.sqlState = toUtf8({state.data(), SQL_SQLSTATE_SIZE});
       failure.nativeCode = nativeCode;
       failure.message = message;
     } else if (failure.message.find(message) == std::string::npos) {
@@ -105,6 +110,10 @@ Failure failureOf(short kind, void* handle) {
   }
   if (failure.sqlState.empty()) failure = {"HY000", 0, "the ODBC driver gives no reason"};
   return failure;
+}
+
+void raiseConnectFailure(const Failure& failure, const std::string& target) {
+  raiseStoreError(failure, target);
 }
 
 void raiseFailure(const Failure& failure, const std::string& target, std::string_view statement,
@@ -127,7 +136,7 @@ void raiseFailure(const Failure& failure, const std::string& target, std::string
   case FailureKind::Store:
     break;
   }
-  throw StoreError(named + " (" + state + ")" + nextStep(failure), code, state);
+  raiseStoreError(failure, target);
 }
 
 } // namespace qx::odbc

@@ -1,13 +1,10 @@
 #include "adapters/odbc/odbc_driver.h"
 
+#include "adapters/odbc/odbc_call.h"
 #include "adapters/odbc/odbc_statement.h"
 #include "adapters/odbc/unicode.h"
 #include "model/text.h"
 #include "platform/database_error.h"
-
-#include <sql.h>
-#include <sqlext.h>
-#include <sqlucode.h>
 
 #include <array>
 #include <chrono>
@@ -19,8 +16,6 @@ namespace qx::odbc {
 namespace {
 
 constexpr std::chrono::milliseconds defaultBusyLimit{60000};
-
-SQLWCHAR* wide(std::u16string& text) { return reinterpret_cast<SQLWCHAR*>(text.data()); }
 
 std::string productOf(void* connection) {
   constexpr std::size_t longest = 128;
@@ -46,7 +41,7 @@ ConnectionString completed(ConnectionString text, const Server& server) {
 OdbcDriver::OdbcDriver(ConnectionString connectionString)
     : connectionString_(std::move(connectionString)), name_("odbc:" + connectionString_.displayed()),
       environment_(SQL_HANDLE_ENV, nullptr) {
-  SQLSetEnvAttr(environment_.get(), SQL_ATTR_ODBC_VERSION, reinterpret_cast<SQLPOINTER>(SQL_OV_ODBC3), 0);
+  SQLSetEnvAttr(environment_.get(), SQL_ATTR_ODBC_VERSION, attributeNumber(SQL_OV_ODBC3), 0);
   connect();
 }
 
@@ -76,18 +71,13 @@ void OdbcDriver::connect() {
 
 void OdbcDriver::open(const ConnectionString& connectionString) {
   connection_ = Handle(SQL_HANDLE_DBC, environment_.get());
-  constexpr std::uintptr_t seconds = 15;
-  SQLSetConnectAttrW(connection_.get(), SQL_ATTR_LOGIN_TIMEOUT, reinterpret_cast<SQLPOINTER>(seconds), 0);
+  constexpr std::size_t seconds = 15;
+  SQLSetConnectAttrW(connection_.get(), SQL_ATTR_LOGIN_TIMEOUT, attributeNumber(seconds), 0);
   std::u16string text = toUtf16(connectionString.text());
   const SQLRETURN result =
-      SQLDriverConnectW(connection_.get(), nullptr, wide(text), static_cast<SQLSMALLINT>(text.size()),
+      SQLDriverConnectW(connection_.get(), nullptr, wideText(text), static_cast<SQLSMALLINT>(text.size()),
                         nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT);
-  if (!SQL_SUCCEEDED(result)) {
-    Failure failure = failureOf(SQL_HANDLE_DBC, connection_.get());
-    // Whatever prevents a connection is for the administrator.
-    if (failure.kind() != FailureKind::Store) failure.sqlState = "08001";
-    raiseFailure(failure, name_, {}, false);
-  }
+  if (!SQL_SUCCEEDED(result)) raiseConnectFailure(failureOf(SQL_HANDLE_DBC, connection_.get()), name_);
   disconnected_ = false;
   ++session_;
 }
@@ -111,7 +101,6 @@ void OdbcDriver::greet() {
 
 std::unique_ptr<relational::Statement> OdbcDriver::prepare(std::string_view text,
                                                            relational::StatementLife /*life*/) {
-  requireUnit();
   requireConnection();
   return std::make_unique<OdbcStatement>(*this, text);
 }
@@ -156,7 +145,10 @@ std::vector<std::string> OdbcDriver::tableNames() {
 }
 
 void OdbcDriver::requireConnection() {
-  if (disconnected_ && scope_ == Scope::None) connect();
+  requireUnit();
+  if (!disconnected_) return;
+  if (scope_ != Scope::None) throw WorkLostError("the connection to the database was lost", 0);
+  connect();
 }
 
 void OdbcDriver::requireUnit() const {
@@ -166,7 +158,7 @@ void OdbcDriver::requireUnit() const {
 short OdbcDriver::call(void* statement, std::string_view text, Effect effect,
                        const std::function<short()>& run) {
   requireUnit();
-  if (scope_ != Scope::None) prepareForFailure();
+  if (scope_ != Scope::None && effect != Effect::Stays) prepareForFailure();
   const auto start = std::chrono::steady_clock::now();
   while (true) {
     interrupter_.begin(statement);
@@ -208,6 +200,9 @@ void OdbcDriver::prepareForFailure() {
 
 void OdbcDriver::undoStatement() noexcept {
   if (scope_ == Scope::None || lost_) return;
+  // What was written since the last savepoint would be lost without a word.
+  lost_ = levels_.back().unsafe;
+  if (lost_) return;
   try {
     control(std::string(server_->undo) + (levels_.back().step ? "step" : partName()));
   } catch (const std::exception&) {
@@ -219,9 +214,9 @@ void OdbcDriver::undoStatement() noexcept {
 /// Without the savepoints and waits of other statements.
 void OdbcDriver::control(std::string_view text) {
   const Handle statement(SQL_HANDLE_STMT, connection_.get());
-  std::u16string wideText = toUtf16(text);
+  std::u16string content = toUtf16(text);
   const SQLRETURN result =
-      SQLExecDirectW(statement.get(), wide(wideText), static_cast<SQLINTEGER>(wideText.size()));
+      SQLExecDirectW(statement.get(), wideText(content), static_cast<SQLINTEGER>(content.size()));
   if (SQL_SUCCEEDED(result) || result == SQL_NO_DATA) return;
   const Failure failure = failureOf(SQL_HANDLE_STMT, statement.get());
   if (failure.lostConnection()) disconnect();

@@ -19,8 +19,12 @@
 
 namespace qx::odbc {
 
-/// What a statement does to the tables.
-enum class Effect : std::uint8_t { Reads, Writes };
+/// What a call does.
+enum class Effect : std::uint8_t {
+  Stays,  ///< it does not reach the server
+  Reads,  ///< nothing to the tables
+  Writes, ///< something to the tables
+};
 
 /// Implements the driver of the general half on ODBC.
 ///

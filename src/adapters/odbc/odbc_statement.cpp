@@ -1,12 +1,9 @@
 #include "adapters/odbc/odbc_statement.h"
 
+#include "adapters/odbc/odbc_call.h"
 #include "adapters/odbc/unicode.h"
 #include "model/text.h"
 #include "platform/database_error.h"
-
-#include <sql.h>
-#include <sqlext.h>
-#include <sqlucode.h>
 
 #include <algorithm>
 #include <array>
@@ -14,17 +11,19 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
+#include <memory>
 
 namespace qx::odbc {
 namespace {
 
 using relational::ColumnKind;
 
-static_assert(sizeof(SQLWCHAR) == sizeof(char16_t) && sizeof(SQLLEN) == sizeof(long) &&
-              sizeof(SQLULEN) == sizeof(unsigned long));
+static_assert(sizeof(SQLLEN) == sizeof(long) && sizeof(SQLULEN) == sizeof(unsigned long));
 
 constexpr std::size_t blockBytes = 65536;
 constexpr std::size_t mostRows = 64;
+/// Rows that are written with one round trip.
+constexpr std::size_t rowsAtOnce = 100;
 /// Texts up to this length come with their block, longer ones are fetched one by one.
 constexpr std::size_t shortText = 64;
 
@@ -88,7 +87,7 @@ bool fits(const WholeRange& range, const Value& value) {
 }
 
 Value digitsValue(std::string_view digits, ColumnKind kind) {
-  const Value text(digits);
+  Value text(digits);
   switch (kind) {
   case ColumnKind::Boolean:
     return Value(text.number().value_or(0) != 0);
@@ -129,14 +128,12 @@ void OdbcStatement::prepare() {
   columns_.clear();
   described_ = open_ = false;
   // Braces are data, not escapes of ODBC.
-  SQLSetStmtAttrW(statement_.get(), SQL_ATTR_NOSCAN, reinterpret_cast<SQLPOINTER>(SQL_NOSCAN_ON), 0);
+  SQLSetStmtAttrW(statement_.get(), SQL_ATTR_NOSCAN, attributeNumber(SQL_NOSCAN_ON), 0);
   std::u16string wide = toUtf16(text_);
-  call(Effect::Reads, [&] {
-    return SQLPrepareW(statement_.get(), reinterpret_cast<SQLWCHAR*>(wide.data()),
-                       static_cast<SQLINTEGER>(wide.size()));
-  });
+  call(Effect::Reads,
+       [&] { return SQLPrepareW(statement_.get(), wideText(wide), static_cast<SQLINTEGER>(wide.size())); });
   SQLSMALLINT count = 0;
-  call(Effect::Reads, [&] { return SQLNumParams(statement_.get(), &count); });
+  call(Effect::Stays, [&] { return SQLNumParams(statement_.get(), &count); });
   describeParameters(static_cast<std::size_t>(count));
 }
 
@@ -167,9 +164,8 @@ void OdbcStatement::describeColumns() {
     SQLSMALLINT digits = 0;
     SQLSMALLINT nullable = 0;
     call(Effect::Reads, [&] {
-      return SQLDescribeColW(statement_.get(), static_cast<SQLUSMALLINT>(i + 1),
-                             reinterpret_cast<SQLWCHAR*>(name.data()), longest, &length, &type, &size,
-                             &digits, &nullable);
+      return SQLDescribeColW(statement_.get(), static_cast<SQLUSMALLINT>(i + 1), wideText(name), longest,
+                             &length, &type, &size, &digits, &nullable);
     });
     Column& column = columns_[i];
     name.resize(std::min<std::size_t>(static_cast<std::size_t>(length), longest - 1));
@@ -217,7 +213,7 @@ void OdbcStatement::bindColumns() {
   std::size_t rowBytes = 1;
   for (const Column& column : columns_) rowBytes += column.width + sizeof(SQLLEN);
   blockRows_ = std::clamp<std::size_t>(blockBytes / rowBytes, 1, mostRows);
-  SQLSetStmtAttrW(statement_.get(), SQL_ATTR_ROW_ARRAY_SIZE, reinterpret_cast<SQLPOINTER>(blockRows_), 0);
+  SQLSetStmtAttrW(statement_.get(), SQL_ATTR_ROW_ARRAY_SIZE, attributeNumber(blockRows_), 0);
   SQLSetStmtAttrW(statement_.get(), SQL_ATTR_ROWS_FETCHED_PTR, &fetched_, 0);
   for (std::size_t i = 0; i < columns_.size(); ++i) {
     Column& column = columns_[i];
@@ -270,7 +266,7 @@ void OdbcStatement::bind(std::size_t index, const Value& value) {
 void OdbcStatement::pass(std::size_t index) {
   Parameter& parameter = parameters_[index];
   const SQLULEN size = std::max<std::size_t>(parameter.text.size(), 1);
-  call(Effect::Reads, [&] {
+  call(Effect::Stays, [&] {
     return SQLBindParameter(statement_.get(), static_cast<SQLUSMALLINT>(index + 1), SQL_PARAM_INPUT,
                             SQL_C_WCHAR, SQL_WVARCHAR, size, 0, parameter.text.data(),
                             static_cast<SQLLEN>(size * sizeof(char16_t)), &parameter.length);
@@ -342,7 +338,7 @@ bool OdbcStatement::fetch() {
   row_ = 0;
   fetched_ = 0;
   const SQLRETURN result =
-      call(Effect::Reads, [&] { return SQLFetchScroll(statement_.get(), SQL_FETCH_NEXT, 0); });
+      call(Effect::Stays, [&] { return SQLFetchScroll(statement_.get(), SQL_FETCH_NEXT, 0); });
   return result != SQL_NO_DATA && fetched_ > 0;
 }
 
@@ -352,6 +348,66 @@ std::int64_t OdbcStatement::run() {
   SQLLEN changed = 0;
   SQLRowCount(statement_.get(), &changed);
   return std::max<SQLLEN>(changed, 0);
+}
+
+std::int64_t OdbcStatement::runRows(std::span<const Value> values, std::size_t width) {
+  renewAfterLoss();
+  if (width != parameters_.size() || width == 0)
+    throw StatementError("the statement does not take " + std::to_string(width) + " values a row: " + text_,
+                         0);
+  std::int64_t changed = 0;
+  for (std::size_t at = 0; at < values.size(); at += width * rowsAtOnce)
+    changed += runBlock(values.subspan(at, std::min(width * rowsAtOnce, values.size() - at)),
+                        std::min(rowsAtOnce, (values.size() - at) / width));
+  return changed;
+}
+
+/// The values of one parameter stand behind each other, each in the room of the longest.
+std::int64_t OdbcStatement::runBlock(std::span<const Value> values, std::size_t rows) {
+  const std::size_t width = parameters_.size();
+  std::vector<std::u16string> cells(width);
+  std::vector<std::vector<SQLLEN>> lengths(width, std::vector<SQLLEN>(rows));
+  std::vector<SQLUSMALLINT> states(rows, SQL_PARAM_SUCCESS);
+  const auto setRows = [this](std::size_t count, SQLUSMALLINT* status) {
+    SQLSetStmtAttrW(statement_.get(), SQL_ATTR_PARAMSET_SIZE, attributeNumber(count), 0);
+    SQLSetStmtAttrW(statement_.get(), SQL_ATTR_PARAM_STATUS_PTR, status, 0);
+  };
+  const relational::StatementUse use(*this);
+  const std::unique_ptr<const decltype(setRows), void (*)(const decltype(setRows)*)> oneRowAgain(
+      &setRows, [](const auto* set) { (*set)(1, nullptr); });
+  for (std::size_t column = 0; column < width; ++column) {
+    std::vector<std::u16string> texts(rows);
+    std::size_t longest = 1;
+    for (std::size_t row = 0; row < rows; ++row) {
+      bool null = false;
+      texts[row] = parameterText(parameters_[column], values[row * width + column], null);
+      lengths[column][row] = null ? SQL_NULL_DATA : static_cast<SQLLEN>(texts[row].size() * sizeof(char16_t));
+      longest = std::max(longest, texts[row].size());
+    }
+    for (std::u16string& text : texts) {
+      text.resize(longest);
+      cells[column] += text;
+    }
+    call(Effect::Stays, [&] {
+      return SQLBindParameter(statement_.get(), static_cast<SQLUSMALLINT>(column + 1), SQL_PARAM_INPUT,
+                              SQL_C_WCHAR, SQL_WVARCHAR, longest, 0, cells[column].data(),
+                              static_cast<SQLLEN>(longest * sizeof(char16_t)), lengths[column].data());
+    });
+  }
+  setRows(rows, states.data());
+  open_ = true;
+  call(Effect::Writes, [&] {
+    const SQLRETURN result = SQLExecute(statement_.get());
+    const bool refused = std::ranges::find(states, SQLUSMALLINT{SQL_PARAM_ERROR}) != states.end();
+    return refused ? SQLRETURN{SQL_ERROR} : result;
+  });
+  std::int64_t changed = 0;
+  do {
+    SQLLEN count = 0;
+    SQLRowCount(statement_.get(), &count);
+    changed += std::max<SQLLEN>(count, 0);
+  } while (SQL_SUCCEEDED(SQLMoreResults(statement_.get())));
+  return changed;
 }
 
 void OdbcStatement::reset() noexcept {
@@ -399,14 +455,14 @@ std::u16string OdbcStatement::longText(std::size_t index) {
     throw StatementError("the ODBC driver cannot read the long text of the column " + columns_[index].name,
                          0);
   const auto rowNumber = static_cast<SQLSETPOSIROW>(row_ + 1);
-  call(Effect::Reads,
+  call(Effect::Stays,
        [&] { return SQLSetPos(statement_.get(), rowNumber, SQL_POSITION, SQL_LOCK_NO_CHANGE); });
   constexpr std::size_t part = 16384;
   std::u16string text;
   std::u16string buffer(part, u'\0');
   while (true) {
     SQLLEN left = 0;
-    const short result = call(Effect::Reads, [&] {
+    const short result = call(Effect::Stays, [&] {
       return SQLGetData(statement_.get(), static_cast<SQLUSMALLINT>(index + 1), SQL_C_WCHAR, buffer.data(),
                         static_cast<SQLLEN>(part * sizeof(char16_t)), &left);
     });

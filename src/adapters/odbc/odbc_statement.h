@@ -6,6 +6,7 @@
 #include "adapters/sql/driver.h"
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -30,6 +31,7 @@ public:
   bool step() override;
   Value column(std::size_t index, relational::ColumnKind kind) override;
   std::int64_t run() override;
+  std::int64_t runRows(std::span<const Value> values, std::size_t width) override;
   void reset() noexcept override;
 
 private:
@@ -51,6 +53,7 @@ private:
   void prepare();
   void renewAfterLoss();
   void pass(std::size_t index);
+  std::int64_t runBlock(std::span<const Value> values, std::size_t rows);
   void describeParameters(std::size_t count);
   void describeColumns();
   void bindColumns();

@@ -38,6 +38,7 @@ bool isHalf(char16_t unit, char32_t mark) { return (unit & ~halfMask) == mark; }
 std::u16string toUtf16(std::string_view text) {
   std::u16string wide;
   wide.reserve(text.size());
+  // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast): bytes as the library names them
   const auto* at = reinterpret_cast<const utf8proc_uint8_t*>(text.data());
   auto left = static_cast<utf8proc_ssize_t>(text.size());
   while (left > 0) {
