@@ -31,11 +31,12 @@ function(qx_layer name)
   endif()
 endfunction()
 
-# A test program per folder of tests/; each test case is known to ctest by its name.
+# A test program per folder of tests/; each test case is known to ctest by its name. Those that the filter
+# SERVER_TESTS selects need a database server, which ctest starts once for all of them.
 #
-#   qx_test(<name> SOURCES <files...> USES <layers...> [PRIVATE <libraries...>])
+#   qx_test(<name> SOURCES <files...> USES <layers...> [PRIVATE <libraries...>] [SERVER_TESTS <filter>])
 function(qx_test name)
-  cmake_parse_arguments(TEST "" "" "SOURCES;USES;PRIVATE" ${ARGN})
+  cmake_parse_arguments(TEST "" "SERVER_TESTS" "SOURCES;USES;PRIVATE" ${ARGN})
   add_executable(test_${name} ${TEST_SOURCES})
   target_link_libraries(test_${name} PRIVATE qx_flags GTest::gtest_main GTest::gmock ${TEST_PRIVATE})
   # A fixture of an anonymous namespace is used by its own file only, joined with others or not.
@@ -43,5 +44,12 @@ function(qx_test name)
   foreach(used IN LISTS TEST_USES)
     target_link_libraries(test_${name} PRIVATE qx_${used})
   endforeach()
-  gtest_discover_tests(test_${name} TEST_PREFIX "${name}." DISCOVERY_MODE PRE_TEST)
+  if(TEST_SERVER_TESTS)
+    gtest_discover_tests(test_${name} TEST_PREFIX "${name}." DISCOVERY_MODE PRE_TEST TEST_FILTER "-${TEST_SERVER_TESTS}")
+    gtest_discover_tests(test_${name} TEST_PREFIX "${name}." DISCOVERY_MODE PRE_TEST TEST_FILTER "${TEST_SERVER_TESTS}"
+      TEST_LIST test_${name}_SERVER_TESTS
+      PROPERTIES FIXTURES_REQUIRED postgres ENVIRONMENT QXIMPORTJOB_TEST_SERVER=${CMAKE_BINARY_DIR}/postgres)
+  else()
+    gtest_discover_tests(test_${name} TEST_PREFIX "${name}." DISCOVERY_MODE PRE_TEST)
+  endif()
 endfunction()

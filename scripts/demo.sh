@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
 # Builds the program and takes jobs of every kind through their outcomes: scripts/demo.sh
+# scripts/with-postgres.sh scripts/demo.sh does so on a server.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 # PROGRAM=... takes one that is there already.
@@ -13,7 +14,12 @@ fi
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
 # Nothing of the user's own installation is read or written.
-export QXIMPORTJOB_DB=$folder/demo.db XDG_CONFIG_HOME=$folder/config
+export XDG_CONFIG_HOME=$folder/config XDG_DATA_HOME=$folder/data
+first=$folder/demo.db second=$folder/company.db
+if [ -n "${QXIMPORTJOB_TEST_ODBC2:-}" ]; then
+  first=odbc:$QXIMPORTJOB_TEST_ODBC second=odbc:$QXIMPORTJOB_TEST_ODBC2
+fi
+export QXIMPORTJOB_DB=$first
 demo=src/resources/demo
 
 tell() { printf '\n\033[1m# %s\033[0m\n' "$*" | if [ -t 1 ]; then cat; else sed 's/\x1b\[[0-9]*m//g'; fi; }
@@ -63,7 +69,7 @@ tell 'The protocol of the day has one line for every attempt.'
 run protocol
 
 tell 'A second database holds an invented company. Its own jobs are done first, without a list.'
-export QXIMPORTJOB_DB=$folder/company.db
+export QXIMPORTJOB_DB=$second
 run init --demo
 echo '$ qximportjob process | tail -n 1'
 { "$program" process 2>/dev/null || true; } | tail -n 1

@@ -42,6 +42,7 @@ suites_of() {
   src/engine/*) echo engine golden cli ui ;;
   src/erp/*) echo erp rules engine golden ui cli ;;
   src/adapters/local_settings/*) echo local_settings cli ;;
+  src/adapters/sql/*) echo sql sqlite store engine golden erp cli ;;
   src/adapters/sqlite/*) echo sqlite store engine golden erp cli ;;
   src/adapters/system/*) echo system cli ;;
   src/cli/* | src/program/* | src/composition/*) echo cli golden ;;

@@ -3,9 +3,12 @@
 #include "cli/job_terms.h"
 #include "cli/json_writer.h"
 #include "cli/stage_reader.h"
-#include "cli/staging_area.h"
+#include "cli/staged_rows.h"
+#include "platform/bulk_staging.h"
 #include "platform/one_line.h"
 #include "program/busy_notice.h"
+
+#include <memory>
 
 namespace qx::cli {
 namespace {
@@ -34,20 +37,20 @@ std::string reasonOf(const KeyConflict& conflict, std::string_view field) {
       "Nothing was staged. Give every job and position its own key.", {file, conflict.line, field});
 }
 
-void writeJson(const Output& output, StagingArea& area) {
+void writeJson(const Output& output, BulkStaging& jobs) {
   JsonWriter json(output.result);
   json.beginObject();
-  json.key("staged").number(area.counts().staged);
-  json.key("skipped").number(area.counts().skipped);
+  json.key("staged").number(jobs.counts().staged);
+  json.key("skipped").number(jobs.counts().skipped);
   json.key("jobs").beginArray();
-  area.forEach([&](const std::string& jobId, std::int16_t /*jobType*/, StageResult result) {
+  jobs.forEach([&](const std::string& jobId, std::int16_t /*jobType*/, StageResult result) {
     if (result != StageResult::Skipped) json.text(jobId);
   });
   json.endArray().endObject().finish();
 }
 
-void writeText(const Output& output, StagingArea& area) {
-  area.forEach([&](const std::string& jobId, std::int16_t jobType, StageResult result) {
+void writeText(const Output& output, BulkStaging& jobs) {
+  jobs.forEach([&](const std::string& jobId, std::int16_t jobType, StageResult result) {
     switch (result) {
     case StageResult::Added:
       output.result << "added     ";
@@ -62,24 +65,25 @@ void writeText(const Output& output, StagingArea& area) {
     output.result << oneLine(jobId) << "  " << kindText(jobType)
                   << (result == StageResult::Skipped ? "  (done; --again stages it anew)\n" : "\n");
   });
-  output.result << area.counts().staged << " staged, " << area.counts().skipped << " skipped\n";
+  output.result << jobs.counts().staged << " staged, " << jobs.counts().skipped << " skipped\n";
 }
 
 } // namespace
 
 ExitCode StageCommand::work(const CommandContext& context) {
   TextFile source(file);
-  StagingArea area(context.connection());
-  JobAssembler assembler(context.environment, area, source.name());
-  area.begin();
+  const std::unique_ptr<BulkStaging> jobs = context.connection().bulkStaging();
+  StagedRows rows(*jobs);
+  JobAssembler assembler(context.environment, rows, source.name());
+  jobs->begin();
   readJobs(source, assembler);
-  if (const auto conflict = area.finish()) refuse(*conflict, source.name());
+  if (const auto conflict = jobs->finish()) refuse(*conflict, source.name());
   BusyNotice wait(context.output.messages);
-  if (const auto conflict = area.copy(wait, again)) refuse(*conflict, source.name());
+  if (const auto conflict = jobs->copy(wait, again)) refuse(*conflict, source.name());
   if (context.output.json)
-    writeJson(context.output, area);
+    writeJson(context.output, *jobs);
   else
-    writeText(context.output, area);
+    writeText(context.output, *jobs);
   return ExitCode::Success;
 }
 

@@ -29,28 +29,32 @@ std::string loginName() {
   return variable("USER");
 }
 
-/// Null when neither option nor variable names one.
-std::optional<std::string> namedTarget(const ProgramOptions& options) {
-  std::string target = options.database.empty() ? variable("QXIMPORTJOB_DB") : options.database;
-  if (target.empty()) return std::nullopt;
-  if (target.starts_with("odbc:"))
-    throw ProgramError(ExitCode::BadInput, "this program cannot connect to database servers",
-                       "Name a database file with --db FILE or $QXIMPORTJOB_DB.");
-  return target;
-}
-
-std::string databaseTarget(const ProgramOptions& options) {
-  if (auto target = namedTarget(options)) return *target;
+/// Null when there is no home folder.
+std::optional<fs::path> dataFolder() {
   // By definition a relative path in this variable counts as not set.
   fs::path data = variable("XDG_DATA_HOME");
   if (!data.is_absolute()) {
     const std::string home = variable("HOME");
-    if (home.empty())
-      throw ProgramError(ExitCode::Failure, "there is no home folder for the database",
-                         "Name the database with --db FILE or $QXIMPORTJOB_DB.");
+    if (home.empty()) return std::nullopt;
     data = fs::path(home) / ".local" / "share";
   }
-  return (data / "qximportjob" / "qximportjob.db").string();
+  return data / "qximportjob";
+}
+
+std::string targetText(const ProgramOptions& options) {
+  if (!options.database.empty()) return options.database;
+  if (std::string target = variable("QXIMPORTJOB_DB"); !target.empty()) return target;
+  const auto folder = dataFolder();
+  if (!folder)
+    throw ProgramError(ExitCode::Failure, "there is no home folder for the database",
+                       "Name the database with --db FILE or $QXIMPORTJOB_DB.");
+  return (*folder / "qximportjob.db").string();
+}
+
+/// The folder of the ERP's own files: that of the database, for one on a server the user's data folder.
+fs::path applicationFolder(const DatabaseTarget& target) {
+  const fs::path beside = target.database.folder(target.connectionString);
+  return beside.empty() ? dataFolder().value_or(fs::current_path()) : beside;
 }
 
 /// Quoted for the shell when necessary.
@@ -62,15 +66,11 @@ std::string shellWord(const std::string& text) {
   return word + "'";
 }
 
-/// Whether the database has any tables.
-bool holdsTables(Connection& connection) {
-  return connection.open(sql("Select Count(*) As Anzahl From sqlite_master"_sql))->value(0).integer() > 0;
-}
-
 /// An existing file belongs to the user.
 void writeDemoFees(const fs::path& folder) {
   const fs::path file = folder / "Zubehoer.ini";
   if (fs::exists(file)) return;
+  fs::create_directories(folder);
   std::ofstream stream(file, std::ios::binary);
   stream << erp::demoAccessoryFees();
   stream.close();
@@ -97,21 +97,22 @@ void Composition::offerLookups(std::function<std::unique_ptr<Auskunft>()> factor
   if (erp_) erp_->setAuskunftFactory(std::move(factory));
 }
 
+DatabaseTarget Composition::target() const { return drivers_.find(targetText(options_)); }
+
 std::string Composition::initLine() const {
-  const std::string option = options_.database.empty() ? "" : "--db " + shellWord(options_.database) + " ";
+  const std::string option = options_.database.empty() ? "" : "--db " + shellWord(target().displayed) + " ";
   return "Create it with: qximportjob " + option + "init";
 }
 
 std::string Composition::schemaVersion() { return std::to_string(erp::schemaVersion); }
 
 Environment& Composition::open() {
-  const std::string target = databaseTarget(options_);
-  std::error_code ignored;
-  if (!fs::exists(target, ignored))
-    throw ProgramError(ExitCode::Failure, target + ": there is no such database", initLine())
+  const DatabaseTarget target = this->target();
+  if (!target.database.exists(target.connectionString))
+    throw ProgramError(ExitCode::Failure, target.displayed + ": there is no such database", initLine())
         .of(ErrorCause::NoDatabase);
-  const std::shared_ptr<Connection> connection = database_.open(target);
-  requireSchema(*connection, target);
+  const std::shared_ptr<Connection> connection = target.database.open(target.connectionString);
+  requireSchema(*connection, target.displayed);
   connect(connection, target);
   return *environment_;
 }
@@ -120,8 +121,8 @@ void Composition::requireSchema(Connection& connection, const std::string& targe
   const auto version = erp::storedSchemaVersion(connection);
   if (!version)
     throw ProgramError(ExitCode::Failure, target + ": the database does not hold the tables of this program",
-                       holdsTables(connection) ? "Name the database of this program with --db FILE."
-                                               : initLine());
+                       connection.tableNames().empty() ? initLine()
+                                                       : "Name the database of this program with --db FILE.");
   if (*version != schemaVersion())
     throw ProgramError(ExitCode::Failure,
                        target + ": the database has version " + *version +
@@ -129,11 +130,11 @@ void Composition::requireSchema(Connection& connection, const std::string& targe
                        "Use the program of that version, or another database with --db.");
 }
 
-void Composition::connect(const std::shared_ptr<Connection>& connection, const std::string& target) {
+void Composition::connect(const std::shared_ptr<Connection>& connection, const DatabaseTarget& target) {
   erp::StandaloneOptions standalone;
   standalone.userName = options_.user.empty() ? loginName() : options_.user;
   standalone.sessionDate = options_.sessionDate;
-  standalone.applicationDirectory = fs::absolute(target).parent_path().string();
+  standalone.applicationDirectory = applicationFolder(target).string();
   erp_.emplace(connection, clock_, desktop_, diagnostics_, identity_, std::move(standalone));
   environment_.emplace(Environment{*erp_, desktop_, jobView_, clock_, guids_, localSettings_, iniFile_,
                                    diagnostics_, identity_, connection, erp_->createSession(), ""});
@@ -141,19 +142,18 @@ void Composition::connect(const std::shared_ptr<Connection>& connection, const s
 }
 
 InstallationReport Composition::create(bool demo) {
-  const std::string target = databaseTarget(options_);
-  std::error_code ignored;
-  if (fs::exists(target, ignored) && fs::file_size(target, ignored) > 0) {
-    const std::shared_ptr<Connection> existing = database_.open(target);
+  const DatabaseTarget target = this->target();
+  if (target.database.exists(target.connectionString)) {
+    const std::shared_ptr<Connection> existing = target.database.open(target.connectionString);
     if (erp::storedSchemaVersion(*existing)) {
-      requireSchema(*existing, target);
+      requireSchema(*existing, target.displayed);
       return {};
     }
-    if (holdsTables(*existing))
-      throw ProgramError(ExitCode::BadInput, target + ": this is a database of another program",
-                         "Nothing was changed. Name another file with --db FILE.");
+    if (!existing->tableNames().empty())
+      throw ProgramError(ExitCode::BadInput, target.displayed + ": this is a database of another program",
+                         "Nothing was changed. Name another one with --db.");
   }
-  const std::shared_ptr<Connection> connection = database_.create(target);
+  const std::shared_ptr<Connection> connection = target.database.create(target.connectionString);
   WorkUnit unit(*connection);
   erp::createSchema(*connection);
   erp::fillBaseData(*connection);
@@ -161,7 +161,7 @@ InstallationReport Composition::create(bool demo) {
   if (demo) {
     erp::fillDemoData(*connection);
     staged = erp::stageDemoJobs(*connection, options_.sessionDate.value_or(clock_.now().date));
-    writeDemoFees(fs::absolute(target).parent_path());
+    writeDemoFees(applicationFolder(target));
   }
   unit.commit();
   return {true, demo, staged};

@@ -2,9 +2,9 @@
 #pragma once
 
 #include "adapters/local_settings/profile_ini_file.h"
-#include "adapters/sqlite/sqlite_database.h"
 #include "adapters/system/random_guid_source.h"
 #include "adapters/system/system_clock.h"
+#include "composition/database_drivers.h"
 #include "erp/process_identity.h"
 #include "erp/standalone_erp.h"
 #include "program/installation.h"
@@ -18,7 +18,7 @@
 
 namespace qx {
 
-/// The standalone ERP on a database file. The environment lives as long as the composition.
+/// The standalone ERP on a database. The environment lives as long as the composition.
 class Composition final : public Installation {
 public:
   /// The ports must outlive the composition.
@@ -42,7 +42,8 @@ private:
   };
 
   std::string initLine() const;
-  void connect(const std::shared_ptr<Connection>& connection, const std::string& target);
+  DatabaseTarget target() const;
+  void connect(const std::shared_ptr<Connection>& connection, const DatabaseTarget& target);
   void requireSchema(Connection& connection, const std::string& target) const;
 
   ProgramOptions options_;
@@ -55,7 +56,7 @@ private:
   ProfileIniFile iniFile_;
   erp::ProcFileSystem processes_;
   erp::ProcessIdentity identity_;
-  SqliteDatabase database_;
+  DatabaseDrivers drivers_;
   std::optional<erp::StandaloneErp> erp_;
   std::optional<Environment> environment_;
 };

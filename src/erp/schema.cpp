@@ -2,13 +2,16 @@
 
 #include "erp/schema_lists.h"
 
+#include <algorithm>
+
 namespace qx::erp {
 namespace {
 
+/// The types by the names that the adapters translate.
 Sql typeOf(ColumnType type) {
   switch (type) {
   case ColumnType::Code:
-    return sql(" TEXT COLLATE NOCASE"_sql);
+    return sql(" CODE"_sql);
   case ColumnType::Text:
     return sql(" TEXT"_sql);
   case ColumnType::Small:
@@ -22,7 +25,16 @@ Sql typeOf(ColumnType type) {
   case ColumnType::Money:
     break;
   }
-  return sql(" DECIMAL(19,4)"_sql);
+  return sql(" MONEY"_sql);
+}
+
+/// A single integer key is given by the database when a row comes without one.
+bool keyIsAssigned(const SchemaTable& table) {
+  const auto keys =
+      std::ranges::count_if(table.columns, [](const SchemaColumn& column) { return column.key; });
+  return keys == 1 && std::ranges::any_of(table.columns, [](const SchemaColumn& column) {
+           return column.key && column.type == ColumnType::Integer;
+         });
 }
 
 Sql defaultOf(ColumnDefault standard) {
@@ -62,9 +74,11 @@ Sql primaryKey(const SchemaTable& table) {
 
 Sql createTable(const SchemaTable& table) {
   Sql statement = sql("CREATE TABLE "_sql, name(table.name), " ("_sql);
+  const bool assigned = keyIsAssigned(table);
   bool first = true;
   for (const SchemaColumn& column : table.columns) {
-    statement.append(separator(first)).append(sql(name(column.name))).append(typeOf(column.type));
+    statement.append(separator(first)).append(sql(name(column.name)));
+    statement.append(column.key && assigned ? sql(" ASSIGNED"_sql) : typeOf(column.type));
     statement.append(defaultOf(column.standard));
     if (column.key) statement.append(sql(" NOT NULL"_sql));
   }
@@ -99,6 +113,13 @@ std::vector<SchemaTable> schemaTables() {
   for (const auto group : {stagingTables(), customerTables(), orderTables(), componentTables()})
     all.insert(all.end(), group.begin(), group.end());
   return all;
+}
+
+std::vector<std::string_view> schemaNames() {
+  std::vector<std::string_view> names;
+  for (const SchemaTable& table : schemaTables())
+    for (const SchemaColumn& column : table.columns) names.push_back(column.name);
+  return names;
 }
 
 void createSchema(Connection& connection) {

@@ -6,6 +6,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace qx::erp {
@@ -19,6 +20,9 @@ inline constexpr std::string_view domesticTaxMark = "IN";
 /// All tables, each once, in the order in which they are created. The descriptions live as long as the
 /// program.
 std::vector<SchemaTable> schemaTables();
+
+/// The names of all columns, as the catalogue spells them; a name has the same spelling in every table.
+std::vector<std::string_view> schemaNames();
 
 /// Creates all tables and indexes and stores the version. Call it inside a unit of work: a failure, such as
 /// an existing table, raises `StatementError` and leaves what was created before it.

@@ -2,6 +2,8 @@
 
 #include "model/text.h"
 
+#include <array>
+
 namespace qx::erp {
 
 void StandaloneAdressindex::CreateIndex(std::string_view customer, std::int16_t kind) {
@@ -20,11 +22,9 @@ void StandaloneAdressindex::CreateIndex(std::string_view customer, std::int16_t 
     if (!words.empty()) words += ' ';
     words += lowerCase(word);
   }
-  connection_.insert(
-      "Adressindex",
-      sql("Insert Into Adressindex (Kundennummer, Art, Suchtext) Values ('"_sql,
-          value(rows->text("Kundennummer")), "', "_sql, number(kind), ", '"_sql, value(words),
-          "') On Conflict (Kundennummer, Art) Do Update Set Suchtext = excluded.Suchtext"_sql));
+  const std::array<ColumnValue, 3> row{ColumnValue{"Kundennummer", rows->text("Kundennummer")},
+                                       ColumnValue{"Art", kind}, ColumnValue{"Suchtext", words}};
+  connection_.put("Adressindex", row, 2);
 }
 
 } // namespace qx::erp

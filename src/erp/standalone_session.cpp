@@ -3,6 +3,7 @@
 #include "erp/number_range.h"
 #include "platform/whole_number.h"
 
+#include <array>
 #include <stdexcept>
 #include <utility>
 
@@ -45,11 +46,9 @@ std::string StandaloneSession::GetSetting(std::string_view section, std::string_
 
 void StandaloneSession::SaveSetting(std::string_view section, std::string_view key,
                                     std::string_view setting) {
-  // One statement: between two, another workstation could insert the same key.
-  database().insert("Einstellungen",
-                    sql("Insert Into Einstellungen (Section, Key, Value) Values ('"_sql, value(section),
-                        "', '"_sql, value(key), "', '"_sql, value(setting),
-                        "') On Conflict (Section, Key) Do Update Set Value = excluded.Value"_sql));
+  const std::array<ColumnValue, 3> row{ColumnValue{"Section", section}, ColumnValue{"Key", key},
+                                       ColumnValue{"Value", setting}};
+  database().put("Einstellungen", row, 2);
 }
 
 Date StandaloneSession::GetSessionDate() { return sessionDate_.value_or(clock_.now().date); }

@@ -11,23 +11,38 @@
 #include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace qx {
 
+class BulkStaging;
+
+/// Takes the values of one row.
+class RowValues {
+public:
+  RowValues() = default;
+  RowValues(const RowValues&) = delete;
+  RowValues& operator=(const RowValues&) = delete;
+  virtual ~RowValues() = default;
+
+  virtual void set(ColumnName column, Value value) = 0;
+};
+
+/// A column and what it is to hold.
+struct ColumnValue {
+  std::string_view column;
+  Value value;
+};
+
 /// The rows of one statement with a cursor, and the way to change them.
 ///
 /// A record set belongs to the connection that opened it and must not outlive it. A failed `update` keeps the
 /// pending values: call `cancelUpdate` or try again.
-class Recordset {
+class Recordset : public RowValues {
 public:
-  Recordset() = default;
-  Recordset(const Recordset&) = delete;
-  Recordset& operator=(const Recordset&) = delete;
-  virtual ~Recordset() = default;
-
   /// The number of rows; for a stream the number read so far.
   virtual std::size_t recordCount() const = 0;
   virtual bool eof() const = 0;
@@ -50,7 +65,7 @@ public:
   /// Begins a new row; only the columns that are set are inserted, so that defaults apply.
   virtual void addNew() = 0;
   /// Sets a column of the current or new row; nothing reaches the database before `update`.
-  virtual void set(ColumnName column, Value value) = 0;
+  void set(ColumnName column, Value value) override = 0;
   /// Writes the pending columns of the row. Raises `StatementError` when the row is gone or the database
   /// refuses it.
   virtual void update() = 0;
@@ -75,7 +90,7 @@ public:
   Connection& operator=(const Connection&) = delete;
   virtual ~Connection() = default;
 
-  /// The string that the connection was opened with; empty when there is none.
+  /// The string that the connection was opened with, without passwords; empty when there is none.
   virtual const std::string& connectionString() const = 0;
   /// The files that hold the data and its journals, existing or not; none when a server keeps them.
   virtual std::vector<std::filesystem::path> files() const { return {}; }
@@ -86,6 +101,18 @@ public:
   void insert(std::string_view table, const Sql& statement) {
     if (execute(statement) == 0) throw NotInserted(table);
   }
+  /// Adds a row or, when the table has one with the same values of the first `keys` columns, overwrites its
+  /// other columns; one statement, so that no other program can add it in between. Raises `NotInserted` when
+  /// it did neither.
+  virtual void put(std::string_view table, std::span<const ColumnValue> row, std::size_t keys) = 0;
+  /// The way to stage the jobs of a whole file; it must not outlive the connection.
+  virtual std::unique_ptr<BulkStaging> bulkStaging() = 0;
+  /// The tables and views that lie where this connection creates its own, in no order; those of the database
+  /// system itself are left out.
+  virtual std::vector<std::string> tableNames() = 0;
+  /// A column that every table has beside those of its definition: it identifies a row and ascends in the
+  /// order in which rows are added.
+  virtual std::string_view rowKey() const = 0;
   /// Fetches all rows before it returns; rows of a single table can be changed.
   virtual std::unique_ptr<Recordset> open(const Sql& statement) = 0;
   /// Fetches all keys at once and each row when it is reached. Changed rows stay in the set.
@@ -124,6 +151,15 @@ public:
 class Database {
 public:
   virtual ~Database() = default;
+  /// The text as messages may show it, without passwords. Raises `std::invalid_argument` when it is
+  /// malformed.
+  virtual std::string displayed(std::string_view connectionString) const {
+    return std::string(connectionString);
+  }
+  /// False when it is known without opening that there is no such database.
+  virtual bool exists(std::string_view /*connectionString*/) const { return true; }
+  /// The folder in which the database lies; empty when a server keeps it.
+  virtual std::filesystem::path folder(std::string_view /*connectionString*/) const { return {}; }
   /// Opens an existing database. Raises `StoreError`, which names target and cause.
   virtual std::unique_ptr<Connection> open(std::string_view connectionString) = 0;
   /// Opens a database; creates it and its folder when missing.

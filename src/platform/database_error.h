@@ -1,6 +1,7 @@
 // The closed family of database failures, split by who must act.
 #pragma once
 
+#include <array>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -10,13 +11,21 @@ namespace qx {
 /// Any failure that a database reports. `what()` is a readable sentence that names the database.
 class DatabaseError : public std::runtime_error {
 public:
-  DatabaseError(const std::string& message, int nativeCode)
-      : std::runtime_error(message), nativeCode_(nativeCode) {}
+  DatabaseError(const std::string& message, int nativeCode, std::string_view sqlState = {})
+      : std::runtime_error(message), nativeCode_(nativeCode) {
+    sqlState.copy(sqlState_.data(), sqlState_.size());
+  }
   /// The database's own error number; 0 for none.
   int nativeCode() const { return nativeCode_; }
+  /// The five characters of SQLSTATE; empty when the database gives none.
+  std::string_view sqlState() const {
+    return sqlState_.front() == '\0' ? std::string_view()
+                                     : std::string_view(sqlState_.data(), sqlState_.size());
+  }
 
 private:
   int nativeCode_;
+  std::array<char, 5> sqlState_{};
 };
 
 /// The database refused this one statement (constraint, width, missing table or column). Its effects are
@@ -38,6 +47,13 @@ public:
 class WorkLostError : public DatabaseError {
 public:
   using DatabaseError::DatabaseError;
+};
+
+/// The unit of work got into the way of another program's and the database chose it to give way. The same
+/// unit may succeed when it is done again.
+class ConflictError : public WorkLostError {
+public:
+  using WorkLostError::WorkLostError;
 };
 
 /// A statement was ended on request while it ran. A unit that was open must be considered rolled back.

@@ -7,9 +7,13 @@
 namespace qx {
 
 void declareCommonOptions(CLI::App& app, ProgramOptions& options) {
-  app.add_option("--db", options.database,
-                 "Database file; default $QXIMPORTJOB_DB, else qximportjob/qximportjob.db in the user's "
-                 "data folder");
+  app.add_option(
+         "--db", options.database,
+         "Database file, or odbc: and the connection string of a server; default $QXIMPORTJOB_DB, else "
+         "qximportjob/qximportjob.db in the user's data folder")
+      ->check([](const std::string& text) {
+        return text.empty() ? std::string("a file or a connection string is missing") : std::string();
+      });
   app.add_option("--user", options.user, "Name of the user; default the login name");
   app.add_option_function<std::string>(
       "--date",

@@ -44,7 +44,7 @@ struct GivenColumn {
 /// Sets the named columns in their order. `order` holds the table indexes of `names`; a name without an index
 /// must be in `given`.
 template <const auto& table, const auto& names, const auto& order, class Record>
-void setColumnsInOrder(Recordset& row, const Record& record, std::initializer_list<GivenColumn> given) {
+void setColumnsInOrder(RowValues& row, const Record& record, std::initializer_list<GivenColumn> given) {
   for (std::size_t i = 0; i < names.size(); ++i) {
     const ColumnName column = detail::orderedColumns<table, names, order>[i];
     const auto* const own = std::ranges::find(given, names[i], &GivenColumn::name);
@@ -57,7 +57,7 @@ void setColumnsInOrder(Recordset& row, const Record& record, std::initializer_li
 
 /// Sets every stored property of the record but `except`, which the caller sets.
 template <const auto& table, class Record>
-void setColumns(Recordset& row, const Record& record, std::string_view except = {}) {
+void setColumns(RowValues& row, const Record& record, std::string_view except = {}) {
   for (std::size_t i = 0; i < table.size(); ++i) {
     const auto& field = table[i];
     if (!field.stored() || field.name == except) continue;

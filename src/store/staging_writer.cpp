@@ -56,26 +56,26 @@ GivenColumn numberColumn(std::int32_t positionNumber) {
 
 } // namespace
 
-void setStaged(Recordset& row, const KundeFields& job) {
+void setStaged(RowValues& row, const KundeFields& job) {
   setColumnsInOrder<kundeFields, kundeColumns, kundeColumnOrder>(row, job, {importTypeColumn()});
 }
 
-void setStaged(Recordset& row, const VertragFields& job) {
+void setStaged(RowValues& row, const VertragFields& job) {
   const bool open = job.Vertragsende.empty() || job.Vertragsende == openContractEnd;
   setColumnsInOrder<vertragFields, vertragColumns, vertragColumnOrder>(
       row, job, {importTypeColumn(), {"Vertragsende", open ? Value::null() : Value(job.Vertragsende)}});
 }
 
-void setStaged(Recordset& row, const AuftragFields& job) {
+void setStaged(RowValues& row, const AuftragFields& job) {
   setColumnsInOrder<auftragFields, auftragColumns, auftragColumnOrder>(row, job, {importTypeColumn()});
 }
 
-void setStaged(Recordset& row, const AuftragsPosFields& position) {
+void setStaged(RowValues& row, const AuftragsPosFields& position) {
   setColumnsInOrder<auftragsPosFields, auftragsPosColumns, auftragsPosColumnOrder>(
       row, position, {numberColumn(position.Positionsnummer)});
 }
 
-void setStaged(Recordset& row, const ImportJobSubItem& position) {
+void setStaged(RowValues& row, const ImportJobSubItem& position) {
   const GivenColumn number = numberColumn(position.Positionsnummer);
   setColumns<importJobSubItemFields>(row, position, number.name);
   row.set(ColumnName(number.name), number.value);

@@ -14,14 +14,14 @@ namespace qx {
 /// The end date that means "no end" for a contract.
 inline constexpr std::string_view openContractEnd = "999999";
 
-/// Each of these sets the record's stored columns of a row, in their order; the caller writes the row. Texts
+/// Each of these sets the record's stored columns of a row, in their order; the caller writes it. Texts
 /// are stored as they are, empty ones too, except that the end of a contract is null when it is empty or
 /// `openContractEnd`.
-void setStaged(Recordset& row, const KundeFields& job);
-void setStaged(Recordset& row, const VertragFields& job);
-void setStaged(Recordset& row, const AuftragFields& job);
-void setStaged(Recordset& row, const AuftragsPosFields& position);
-void setStaged(Recordset& row, const ImportJobSubItem& position);
+void setStaged(RowValues& row, const KundeFields& job);
+void setStaged(RowValues& row, const VertragFields& job);
+void setStaged(RowValues& row, const AuftragFields& job);
+void setStaged(RowValues& row, const AuftragsPosFields& position);
+void setStaged(RowValues& row, const ImportJobSubItem& position);
 
 /// Each of these writes one row: the row of the record's key is overwritten when there is one, else a row is
 /// added. Only the columns that the record stores are touched.

@@ -61,6 +61,16 @@ TEST_F(SchemaTest, NoTwoColumnsOfATableDifferInCaseOrSharpSOnly) {
   }
 }
 
+// A database that reports names in lower case does not say of which table they are.
+TEST_F(SchemaTest, AColumnIsSpelledTheSameInEveryTable) {
+  std::set<std::string> spelled;
+  std::set<std::string> lowered;
+  for (const std::string_view name : schemaNames()) {
+    const bool added = spelled.emplace(name).second;
+    EXPECT_EQ(lowered.insert(asciiLower(name)).second, added) << name;
+  }
+}
+
 TEST_F(SchemaTest, CodesCompareWithoutRegardToCaseAndKeysAreUnique) {
   file.execute("Insert Into Versandtexte (Versandart) Values ('Post')"_sql);
   EXPECT_EQ(file.count("Select Count(*) From Versandtexte Where Versandart = 'POST'"_sql), 1);

@@ -1,6 +1,6 @@
 // Any text as a statement: what is split joins to the statement again.
-#include "adapters/sqlite/merged_select.h"
-#include "adapters/sqlite/select_parts.h"
+#include "adapters/sql/merged_select.h"
+#include "adapters/sql/select_parts.h"
 
 #include "model/text.h"
 #include "require.h"
@@ -8,7 +8,7 @@
 #include <cstdint>
 #include <string>
 
-using namespace qx::sqlite;
+using namespace qx::relational;
 using qx::require;
 
 namespace {
@@ -84,7 +84,9 @@ std::string joined(const SelectParts& parts) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string statement(reinterpret_cast<const char*>(data), size);
-  const auto merged = mergedSelect(statement, "10");
+  const auto merged = mergedSelect(statement, "10", sqliteDialect);
+  require(merged.has_value() == mergedSelect(statement, "10", postgresDialect).has_value(),
+          "the same statements are merged for every database");
   const auto parts = splitSelect(statement);
   require(parts || !merged, "what cannot be split is not merged");
   if (!parts) return 0;
@@ -97,7 +99,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
           "clauses that are joined split into the same");
   if (!merged) return 0;
   require(!parts->aggregate && !parts->orderBy.empty(), "only sorted rows are merged");
-  require(merged == mergedSelect(again, "10"), "the same clauses are merged the same");
+  require(merged == mergedSelect(again, "10", sqliteDialect), "the same clauses are merged the same");
   require(merged->starts_with("SELECT " + std::string(parts->list) + " FROM ("), "the list stays");
   return 0;
 }

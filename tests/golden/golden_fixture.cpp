@@ -1,7 +1,7 @@
 #include "golden_fixture.h"
 
 #include "cli/stage_reader.h"
-#include "cli/staging_area.h"
+#include "cli/staged_rows.h"
 
 #include <sstream>
 
@@ -107,13 +107,14 @@ void GoldenTest::stage(std::string_view type, std::string_view notation,
   // A connection of its own, as the program has one; it keeps tables of the file's jobs.
   const auto ownConnection = erp.secondConnection();
   cli::TextFile source((erp.folder.path() / "jobs.json").string());
-  cli::StagingArea area(*ownConnection);
-  cli::JobAssembler assembler(erp.environment, area, source.name());
-  area.begin();
+  const auto jobs = ownConnection->bulkStaging();
+  cli::StagedRows rows(*jobs);
+  cli::JobAssembler assembler(erp.environment, rows, source.name());
+  jobs->begin();
   cli::readJobs(source, assembler);
-  ASSERT_FALSE(area.finish());
+  ASSERT_FALSE(jobs->finish());
   NoWait wait;
-  ASSERT_FALSE(area.copy(wait, false));
+  ASSERT_FALSE(jobs->copy(wait, false));
 }
 
 void GoldenTest::setStaged(std::string_view notation) {

@@ -1,7 +1,7 @@
 // The list of the job view: its statement, its rows and its counts.
 #include "store/job_list.h"
 
-#include "adapters/sqlite/dialect.h"
+#include "adapters/sql/translation.h"
 #include "support/erp_file.h"
 
 #include <gtest/gtest.h>
@@ -145,8 +145,10 @@ std::string planOf(const std::string& file, const Sql& statement) {
     static_cast<std::string*>(text)->append(values[count - 1]).append("\n");
     return 0;
   };
-  EXPECT_EQ(sqlite3_exec(opened, ("EXPLAIN QUERY PLAN " + sqlite::translate(statement)).c_str(), keep, &plan,
-                         nullptr),
+  EXPECT_EQ(sqlite3_exec(
+                opened,
+                ("EXPLAIN QUERY PLAN " + relational::translate(statement, relational::sqliteDialect)).c_str(),
+                keep, &plan, nullptr),
             SQLITE_OK);
   return plan;
 }

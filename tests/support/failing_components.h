@@ -1,6 +1,7 @@
 // The outside of the component with one member that fails: decorators around whatever stands there otherwise.
 #pragma once
 
+#include "platform/bulk_staging.h"
 #include "platform/environment.h"
 
 #include <cstdint>
@@ -8,6 +9,7 @@
 #include <new>
 #include <optional>
 #include <set>
+#include <span>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -290,6 +292,12 @@ class ClosedConnection final : public Connection {
 public:
   const std::string& connectionString() const override { return nowhere_; }
   std::int64_t execute(const Sql& /*statement*/) override { fail(); }
+  void put(std::string_view /*table*/, std::span<const ColumnValue> /*row*/, std::size_t /*keys*/) override {
+    fail();
+  }
+  std::unique_ptr<BulkStaging> bulkStaging() override { fail(); }
+  std::vector<std::string> tableNames() override { fail(); }
+  std::string_view rowKey() const override { return ""; }
   std::unique_ptr<Recordset> open(const Sql& /*statement*/) override { fail(); }
   std::unique_ptr<Recordset> openKeyset(const Sql& /*statement*/) override { fail(); }
   std::unique_ptr<Recordset> openStream(const Sql& /*statement*/) override { fail(); }

@@ -2,10 +2,12 @@
 // them on.
 #pragma once
 
+#include "platform/bulk_staging.h"
 #include "platform/database.h"
 
 #include <filesystem>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -53,6 +55,12 @@ public:
   const std::string& connectionString() const override { return connection_->connectionString(); }
   std::vector<std::filesystem::path> files() const override { return connection_->files(); }
   std::int64_t execute(const Sql& statement) override { return connection_->execute(recorded(statement)); }
+  void put(std::string_view table, std::span<const ColumnValue> row, std::size_t keys) override {
+    connection_->put(table, row, keys);
+  }
+  std::unique_ptr<BulkStaging> bulkStaging() override { return connection_->bulkStaging(); }
+  std::vector<std::string> tableNames() override { return connection_->tableNames(); }
+  std::string_view rowKey() const override { return connection_->rowKey(); }
   std::unique_ptr<Recordset> open(const Sql& statement) override {
     return watched(connection_->open(recorded(statement)));
   }

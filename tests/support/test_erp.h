@@ -1,4 +1,4 @@
-// A whole standalone ERP in a database file of its own, with fakes for the rest of the outside.
+// A whole standalone ERP in a database of its own, with fakes for the rest of the outside.
 #pragma once
 
 #include "erp/process_identity.h"
@@ -8,6 +8,7 @@
 #include "support/fake_desktop.h"
 #include "support/fake_system.h"
 #include "support/temporary_folder.h"
+#include "support/test_server.h"
 
 #include <memory>
 #include <string>
@@ -25,15 +26,18 @@ public:
 
 /// Schema, base data and a connected session of the user "pruefer" on 24.11.2026; the clock stands at 10:30
 /// of that day. Units of work are the component's own. Raises when the database cannot be created.
+///
+/// The database is a file, or with $QXIMPORTJOB_TEST_ERP = "server" a schema on the server of the tests, so
+/// that every suite built on this class can be run on either.
 class TestErp : public DatabaseAccess {
 public:
   TestErp();
   TestErp(const TestErp&) = delete;
   TestErp& operator=(const TestErp&) = delete;
-  ~TestErp() = default;
+  ~TestErp();
 
   Connection& connection() override { return *environment.connection; }
-  /// Another program's connection to the same file.
+  /// Another program's connection to the same database.
   std::unique_ptr<Connection> secondConnection() const;
 
   /// An option of the section `ImportJob2` of the shared store.
@@ -57,6 +61,7 @@ public:
   FixedLiveness liveness;
   FixedProcesses processes;
   erp::ProcessIdentity identity{erp::MachineName{"pruefstand", "0"}, processes};
+  std::unique_ptr<TestSchema> schema; ///< null for a file
   std::shared_ptr<Connection> database;
   erp::StandaloneErp components;
   Environment environment;

@@ -1,7 +1,7 @@
 #include "adapters/sqlite/sqlite_connection.h"
 
-#include "adapters/sqlite/connection_state.h"
-#include "adapters/sqlite/sqlite_recordset.h"
+#include "adapters/sqlite/sqlite_bulk_staging.h"
+#include "adapters/sqlite/sqlite_driver.h"
 
 #include <stdexcept>
 #include <thread>
@@ -9,8 +9,7 @@
 
 namespace qx {
 
-using sqlite::ConnectionState;
-using sqlite::PreparedStatement;
+using sqlite::SqliteDriver;
 
 namespace {
 
@@ -21,151 +20,160 @@ public:
 };
 
 /// Whatever is written to a removed file is lost with the connection.
-void requireFile(const ConnectionState& state) {
-  if (state.moved())
-    throw StoreError("Die Datenbankdatei " + state.file() +
+void requireFile(const SqliteDriver& driver) {
+  if (driver.moved())
+    throw StoreError("Die Datenbankdatei " + driver.file() +
                          " wurde entfernt oder ersetzt. Schließen Sie das Programm und öffnen Sie es neu.",
                      0);
 }
 
+} // namespace
+
+SqliteConnection::SqliteConnection(sqlite3* handle, std::string target, WorkOwner workOwner)
+    : SqliteConnection(std::make_unique<SqliteDriver>(handle, std::move(target)), workOwner) {}
+
+SqliteConnection::SqliteConnection(std::unique_ptr<SqliteDriver> driver, WorkOwner workOwner)
+    : ConnectionBase(std::move(driver)), driver_(static_cast<SqliteDriver&>(ConnectionBase::driver())),
+      ownsWork_(workOwner == WorkOwner::Component) {}
+
+SqliteConnection::~SqliteConnection() = default;
+
+void SqliteConnection::watchFile(const sqlite::FileStamp& before) { driver_.database().watch(before); }
+
+const std::string& SqliteConnection::connectionString() const { return driver_.database().target(); }
+
+std::vector<std::filesystem::path> SqliteConnection::files() const {
+  const std::string file = driver_.file();
+  if (file.empty()) return {};
+  return {file, file + "-wal", file + "-shm", file + "-journal"};
+}
+
+void SqliteConnection::prepare(Control& control, const char* text) {
+  if (!control)
+    control =
+        std::make_unique<sqlite::SqliteStatement>(driver_.database(), text, sqlite::StatementLife::Cached);
+}
+
+void SqliteConnection::run(Control& control, const char* text) {
+  prepare(control, text);
+  control->run();
+}
+
 /// Waits between attempts, not inside one: the caller's wait may use the connection.
-void beginWith(ConnectionState& state, BusyWait& wait) {
+void SqliteConnection::beginWith(BusyWait& wait) {
   constexpr std::chrono::milliseconds pollInterval{2};
   const auto start = std::chrono::steady_clock::now();
   NoWait noWait;
   while (true) {
-    state.busy().setWait(&noWait);
+    driver_.busy().setWait(&noWait);
     try {
-      state.control(state.begin, "BEGIN IMMEDIATE");
-      state.busy().setWait(nullptr);
+      run(begin_, "BEGIN IMMEDIATE");
+      driver_.busy().setWait(nullptr);
       return;
     } catch (const BusyError&) {
-      state.busy().setWait(nullptr);
+      driver_.busy().setWait(nullptr);
       const auto waited = std::chrono::steady_clock::now() - start;
       if (!wait.goOn(std::chrono::duration_cast<std::chrono::milliseconds>(waited))) throw;
     } catch (...) {
-      state.busy().setWait(nullptr);
+      driver_.busy().setWait(nullptr);
       throw;
     }
     std::this_thread::sleep_for(pollInterval);
   }
 }
 
-} // namespace
-
-SqliteConnection::SqliteConnection(sqlite3* handle, std::string target, WorkOwner workOwner)
-    : state_(
-          std::make_unique<ConnectionState>(handle, std::move(target), workOwner == WorkOwner::Component)) {}
-
-SqliteConnection::~SqliteConnection() = default;
-
-void SqliteConnection::watchFile(const sqlite::FileStamp& before) { state_->database().watch(before); }
-
-const std::string& SqliteConnection::connectionString() const { return state_->database().target(); }
-
-std::vector<std::filesystem::path> SqliteConnection::files() const {
-  const std::string file = state_->file();
-  if (file.empty()) return {};
-  return {file, file + "-wal", file + "-shm", file + "-journal"};
+std::unique_ptr<BulkStaging> SqliteConnection::bulkStaging() {
+  return std::make_unique<sqlite::SqliteBulkStaging>(*this);
 }
 
-std::int64_t SqliteConnection::execute(const Sql& statement) {
-  PreparedStatement& prepared = state_->statements().plain(statement);
-  prepared.bindAll(statement.values());
-  return state_->run(prepared);
+std::vector<std::string> SqliteConnection::tableNames() {
+  // No pattern: the underscore would be a wildcard.
+  const auto rows = open(sql("SELECT name FROM sqlite_master WHERE type IN ('table', 'view') AND "
+                             "substr(name, 1, 7) <> 'sqlite_'"_sql));
+  std::vector<std::string> names;
+  for (; !rows->eof(); rows->moveNext()) names.push_back(rows->text("name"));
+  return names;
 }
 
-std::unique_ptr<Recordset> SqliteConnection::open(const Sql& statement) {
-  return std::make_unique<sqlite::FetchedRecordset>(*state_, statement);
-}
-
-std::unique_ptr<Recordset> SqliteConnection::openKeyset(const Sql& statement) {
-  return std::make_unique<sqlite::KeysetRecordset>(*state_, statement);
-}
-
-std::unique_ptr<Recordset> SqliteConnection::openStream(const Sql& statement) {
-  return std::make_unique<sqlite::StreamRecordset>(*state_, statement);
-}
-
-bool SqliteConnection::ownsWork() const { return state_->ownsWork(); }
+bool SqliteConnection::ownsWork() const { return ownsWork_; }
 
 bool SqliteConnection::inWork() const {
-  return state_->database().unitBegun() && !state_->database().unitLost();
+  return driver_.database().unitBegun() && !driver_.database().unitLost();
 }
 
 void SqliteConnection::beginWork(BusyWait* wait) {
-  if (!state_->ownsWork()) return;
-  state_->database().requireUnit();
-  if (state_->database().unitBegun()) throw std::logic_error("a unit of work is already open");
-  requireFile(*state_);
+  if (!ownsWork_) return;
+  driver_.database().requireUnit();
+  if (driver_.database().unitBegun()) throw std::logic_error("a unit of work is already open");
+  requireFile(driver_);
   // Compiled beforehand: a rollback must not depend on free memory.
-  state_->prepare(state_->rollback, "ROLLBACK");
+  prepare(rollback_, "ROLLBACK");
   if (wait == nullptr)
-    state_->control(state_->begin, "BEGIN IMMEDIATE");
+    run(begin_, "BEGIN IMMEDIATE");
   else
-    beginWith(*state_, *wait);
-  state_->database().beginUnit();
+    beginWith(*wait);
+  driver_.database().beginUnit();
 }
 
 void SqliteConnection::commitWork() {
-  if (!state_->database().unitBegun()) return;
+  if (!driver_.database().unitBegun()) return;
   try {
-    state_->control(state_->commit, "COMMIT");
+    run(commit_, "COMMIT");
   } catch (...) {
     rollbackWork();
     throw;
   }
-  state_->database().endUnit();
+  driver_.database().endUnit();
 }
 
 void SqliteConnection::rollbackWork() noexcept {
-  if (!state_->database().unitBegun()) return;
+  if (!driver_.database().unitBegun()) return;
   undoUnit();
-  state_->database().endUnit();
+  driver_.database().endUnit();
 }
 
 void SqliteConnection::undoUnit() noexcept {
   try {
-    state_->control(state_->rollback, "ROLLBACK");
+    run(rollback_, "ROLLBACK");
   } catch (const std::exception&) {
     // SQLite has already rolled back; there is nothing left to undo.
   }
 }
 
 void SqliteConnection::beginReading() {
-  if (!state_->ownsWork() || state_->database().unitBegun() || state_->reading()) return;
-  state_->control(state_->beginRead, "BEGIN DEFERRED");
-  state_->setReading(true);
+  if (!ownsWork_ || driver_.database().unitBegun() || reading_) return;
+  run(beginRead_, "BEGIN DEFERRED");
+  reading_ = true;
 }
 
 void SqliteConnection::endReading() noexcept {
-  if (!state_->reading()) return;
-  state_->setReading(false);
+  if (!reading_) return;
+  reading_ = false;
   try {
-    state_->control(state_->rollback, "ROLLBACK");
+    run(rollback_, "ROLLBACK");
   } catch (const std::exception&) {
     // A failed read may already have ended it.
   }
 }
 
-void SqliteConnection::interrupt() noexcept { state_->interrupt(); }
+void SqliteConnection::interrupt() noexcept { driver_.interrupt(); }
 
 void SqliteConnection::setSavepoint() {
-  if (!state_->database().unitBegun()) return;
-  state_->prepare(state_->rollbackTo, "ROLLBACK TO part");
-  state_->prepare(state_->release, "RELEASE part");
-  state_->control(state_->save, "SAVEPOINT part");
+  if (!driver_.database().unitBegun()) return;
+  prepare(rollbackTo_, "ROLLBACK TO part");
+  prepare(release_, "RELEASE part");
+  run(save_, "SAVEPOINT part");
 }
 
 void SqliteConnection::releaseSavepoint() {
-  if (state_->database().unitBegun()) state_->control(state_->release, "RELEASE part");
+  if (driver_.database().unitBegun()) run(release_, "RELEASE part");
 }
 
 void SqliteConnection::rollbackToSavepoint() noexcept {
-  if (!state_->database().unitBegun()) return;
+  if (!driver_.database().unitBegun()) return;
   try {
-    state_->control(state_->rollbackTo, "ROLLBACK TO part");
-    state_->control(state_->release, "RELEASE part");
+    run(rollbackTo_, "ROLLBACK TO part");
+    run(release_, "RELEASE part");
   } catch (const std::exception&) {
     // Without its savepoint the unit may be half written: it is lost as a whole.
     undoUnit();

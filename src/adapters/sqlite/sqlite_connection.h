@@ -1,6 +1,7 @@
 // One connection to a SQLite database file.
 #pragma once
 
+#include "adapters/sql/connection_base.h"
 #include "platform/database.h"
 
 #include <memory>
@@ -11,16 +12,17 @@ struct sqlite3;
 namespace qx {
 
 namespace sqlite {
-class ConnectionState;
 struct FileStamp;
+class SqliteDriver;
+class SqliteStatement;
 } // namespace sqlite
 
 /// Who begins and ends units of work on a connection; on a host's, units and savepoints do nothing.
 enum class WorkOwner { Component, Host };
 
-/// Implements the connection port on SQLite. Statements are compiled once and cached; every value is bound. A
-/// failed statement leaves the unit of work open unless its error type says otherwise.
-class SqliteConnection final : public Connection {
+/// Implements the connection port on SQLite. A failed statement leaves the unit of work open unless its error
+/// type says otherwise.
+class SqliteConnection final : public relational::ConnectionBase {
 public:
   /// Takes ownership of the handle.
   SqliteConnection(sqlite3* handle, std::string target, WorkOwner workOwner);
@@ -33,10 +35,8 @@ public:
 
   const std::string& connectionString() const override;
   std::vector<std::filesystem::path> files() const override;
-  std::int64_t execute(const Sql& statement) override;
-  std::unique_ptr<Recordset> open(const Sql& statement) override;
-  std::unique_ptr<Recordset> openKeyset(const Sql& statement) override;
-  std::unique_ptr<Recordset> openStream(const Sql& statement) override;
+  std::unique_ptr<BulkStaging> bulkStaging() override;
+  std::vector<std::string> tableNames() override;
   bool ownsWork() const override;
   bool inWork() const override;
   void beginWork(BusyWait* wait) override;
@@ -50,9 +50,19 @@ public:
   void rollbackToSavepoint() noexcept override;
 
 private:
+  /// One of the fixed statements about units of work, compiled at its first use.
+  using Control = std::unique_ptr<sqlite::SqliteStatement>;
+
+  SqliteConnection(std::unique_ptr<sqlite::SqliteDriver> driver, WorkOwner workOwner);
+  void prepare(Control& control, const char* text);
+  void run(Control& control, const char* text);
+  void beginWith(BusyWait& wait);
   void undoUnit() noexcept;
 
-  std::unique_ptr<sqlite::ConnectionState> state_;
+  sqlite::SqliteDriver& driver_; ///< owned by the base
+  bool ownsWork_;
+  bool reading_ = false;
+  Control begin_, beginRead_, commit_, rollback_, save_, release_, rollbackTo_;
 };
 
 } // namespace qx

@@ -142,6 +142,15 @@ void createPrivately(const std::string& target) {
 
 } // namespace
 
+bool SqliteDatabase::exists(std::string_view path) const {
+  std::error_code ignored;
+  return fs::exists(fs::path(path), ignored);
+}
+
+fs::path SqliteDatabase::folder(std::string_view path) const {
+  return fs::absolute(fs::path(path)).parent_path();
+}
+
 std::unique_ptr<Connection> SqliteDatabase::open(std::string_view path) {
   return openExisting(path, WorkOwner::Component);
 }

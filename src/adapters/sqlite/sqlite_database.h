@@ -11,6 +11,8 @@ namespace qx {
 /// The embedded database: the connection string is the path of a file.
 class SqliteDatabase final : public Database {
 public:
+  bool exists(std::string_view path) const override;
+  std::filesystem::path folder(std::string_view path) const override;
   std::unique_ptr<Connection> open(std::string_view path) override;
   std::unique_ptr<Connection> create(std::string_view path) override;
   /// A connection like a host's, whose units of work are not ours.

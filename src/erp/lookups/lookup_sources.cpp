@@ -40,7 +40,7 @@ constexpr std::array addressColumns{LookupColumn{"Kundennummer", "Kundennummer",
                                     LookupColumn{"Ort", "Ort", 20}};
 constexpr std::array<Name, 4> addressSearch{"Adressnummer", "Bez1", "Ort", "PLZ"};
 // Addresses of no customer may share a number.
-constexpr std::array<Name, 2> addressOrder{"Adressnummer", "rowid"};
+constexpr std::array<Name, 2> addressOrder{"Adressnummer", rowKeyColumn};
 constexpr std::array<Group, 2> addressGroups{ownAddresses, commonAddresses};
 
 constexpr std::array supplierColumns{LookupColumn{"Lieferantennummer", "Lieferantennummer", 18},
@@ -75,7 +75,7 @@ constexpr std::array documentColumns{LookupColumn{"Belegnummer", "Belegnummer", 
                                      LookupColumn{"Kundennummer", "Kundennummer", 14},
                                      LookupColumn{"Suchbegriff", "Suchbegriff", 24}};
 constexpr std::array<Name, 2> documentSearch{"Belegnummer", "Suchbegriff"};
-constexpr std::array<Name, 2> documentOrder{"Belegnummer", "rowid"};
+constexpr std::array<Name, 2> documentOrder{"Belegnummer", rowKeyColumn};
 constexpr std::array<Group, 1> deliveryNoteGroup{deliveryNotes};
 constexpr std::array<Group, 1> creditNoteGroup{creditNotes};
 constexpr std::array<Group, 1> invoiceGroup{invoices};
@@ -154,8 +154,10 @@ struct Section {
 /// The sections of a search: one per group and, by index, per column and spelling.
 class Sections {
 public:
-  Sections(const LookupSource& source, std::string_view search)
-      : source_(source), spellings_(search.empty() ? std::vector<std::string>() : spellings(search)),
+  /// `rowKey` is the connection's.
+  Sections(const LookupSource& source, std::string_view search, std::string_view rowKey)
+      : source_(source), rowKey_(rowKey),
+        spellings_(search.empty() ? std::vector<std::string>() : spellings(search)),
         byIndex_(source.indexed && !search.empty()) {}
 
   std::size_t count() const { return source_.groups.size() * perGroup(); }
@@ -169,8 +171,10 @@ public:
   std::vector<std::string_view> order(const Section& section) const {
     std::vector<std::string_view> columns;
     if (byIndex_) columns.push_back(source_.searched[section.column]);
-    for (const std::string_view column : source_.order)
+    for (std::string_view column : source_.order) {
+      if (column == rowKeyColumn) column = rowKey_;
       if (std::ranges::find(columns, column) == columns.end()) columns.push_back(column);
+    }
     return columns;
   }
 
@@ -187,9 +191,10 @@ public:
     else
       all.append(sql(" And "_sql, name(column), " < '"_sql, value(endOf(spelling)), "'"_sql));
     if (section.column > 0)
-      all.append(sql(" And "_sql))
+      // Also true where one of the columns is null.
+      all.append(sql(" And Case When "_sql))
           .append(anyOf(source_.searched.first(section.column)))
-          .append(sql(" Is Not True"_sql));
+          .append(sql(" Then 0 Else 1 End = 1"_sql));
     return all;
   }
 
@@ -207,6 +212,7 @@ private:
   }
 
   const LookupSource& source_;
+  std::string_view rowKey_;
   std::vector<std::string> spellings_;
   bool byIndex_;
 };
@@ -279,7 +285,7 @@ LookupPages::LookupPages(Connection& connection, const LookupSource& source, Sql
     : connection_(connection), source_(source), criteria_(std::move(criteria)) {}
 
 LookupPage LookupPages::page(std::string_view search, const LookupPosition& after, std::size_t limit) const {
-  const Sections sections(source_, trimBlanks(search));
+  const Sections sections(source_, trimBlanks(search), connection_.rowKey());
   LookupPage page;
   LookupPosition position = after;
   while (position.section < sections.count() && page.rows.size() < limit) {
@@ -301,7 +307,8 @@ LookupPage LookupPages::page(std::string_view search, const LookupPosition& afte
 }
 
 Sql LookupPages::statement(std::string_view search, const LookupPosition& after, std::size_t limit) const {
-  return selectOf(source_, Sections(source_, trimBlanks(search)), criteria_, after, limit);
+  return selectOf(source_, Sections(source_, trimBlanks(search), connection_.rowKey()), criteria_, after,
+                  limit);
 }
 
 } // namespace qx::erp

@@ -23,6 +23,9 @@ struct LookupColumn {
   LookupColumnKind kind = LookupColumnKind::Text;
 };
 
+/// Stands for the connection's row key among the sort columns of a table without a key of its own.
+inline constexpr std::string_view rowKeyColumn;
+
 /// The rows that a lookup window lists, from one table.
 struct LookupSource {
   std::string_view name; ///< "AUSK_..."

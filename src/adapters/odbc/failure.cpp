@@ -1,0 +1,142 @@
+#include "adapters/odbc/failure.h"
+
+#include "adapters/odbc/odbc_call.h"
+#include "adapters/odbc/unicode.h"
+#include "model/text.h"
+#include "platform/database_error.h"
+
+#include <algorithm>
+#include <array>
+
+namespace qx::odbc {
+namespace {
+
+struct StateRule {
+  std::string_view prefix; ///< of SQLSTATE
+  FailureKind kind;
+};
+
+/// The first rule that fits holds; every other state is a refused statement.
+constexpr std::array stateRules{
+    StateRule{"40001", FailureKind::Conflict},    // serialisation failure
+    StateRule{"40P01", FailureKind::Conflict},    // deadlock
+    StateRule{"55P03", FailureKind::Busy},        // a row was locked for longer than the limit
+    StateRule{"57014", FailureKind::Interrupted}, // cancelled
+    StateRule{"HYT", FailureKind::Interrupted},   // time limit of the driver
+    StateRule{"HY008", FailureKind::Interrupted}, // cancelled in the driver
+    StateRule{"42501", FailureKind::Rights},      StateRule{"08", FailureKind::Store}, // connection
+    StateRule{"25006", FailureKind::Store}, // the server is read-only
+    StateRule{"28", FailureKind::Store},    // login
+    StateRule{"3D", FailureKind::Store},    // no such database
+    StateRule{"53", FailureKind::Store},    // disk full, memory, connections
+    StateRule{"57", FailureKind::Store},    // shut down, crashed, not ready
+    StateRule{"58", FailureKind::Store},    // input/output error
+    StateRule{"F0", FailureKind::Store},    // configuration
+    StateRule{"XX", FailureKind::Store},    // damage
+    StateRule{"IM", FailureKind::Store},    // driver manager
+    StateRule{"HY001", FailureKind::Store}, // memory
+};
+
+/// The sentence of the database, without the severity before it and what the driver adds.
+std::string sentence(std::string message) {
+  if (const auto end = message.find(";\n"); end != std::string::npos) message.erase(end);
+  for (const std::string_view severity : {"ERROR: ", "FATAL: ", "PANIC: "})
+    if (message.starts_with(severity)) message.erase(0, severity.size());
+  // Behind the first line stands where in a function it happened.
+  message.erase(std::min(message.find('\n'), message.size()));
+  return std::string(trimWhitespace(message));
+}
+
+std::string firstWord(std::string_view statement) {
+  statement = trimWhitespace(statement);
+  std::string word(statement.substr(0, statement.find_first_of(" \n\t")));
+  for (char& c : word)
+    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+  return word;
+}
+
+std::string nextStep(const Failure& failure) {
+  // What the driver manager reports before any driver was loaded.
+  if (failure.sqlState == "IM002" || failure.sqlState == "01000")
+    return ". No driver or data source of this name is installed: odbcinst -q -d lists the drivers";
+  // This word begins what the server itself has answered.
+  if (failure.message.find("FATAL:") != std::string::npos)
+    return ". Check database, user and password in the connection string";
+  if (failure.lostConnection())
+    return ". Check that the server runs and can be reached, then start the command again";
+  if (failure.sqlState.starts_with("53")) return ". Make room on the server, then start the command again";
+  return "";
+}
+
+[[noreturn]] void raiseStoreError(const Failure& failure, const std::string& target) {
+  throw StoreError(target + ": " + failure.message + " (" + failure.sqlState + ")" + nextStep(failure),
+                   failure.nativeCode, failure.sqlState);
+}
+
+} // namespace
+
+FailureKind failureKind(std::string_view sqlState) {
+  const auto* const rule =
+      std::ranges::find_if(stateRules, [&](const StateRule& r) { return sqlState.starts_with(r.prefix); });
+  return rule == stateRules.end() ? FailureKind::Statement : rule->kind;
+}
+
+bool Failure::lostConnection() const {
+  return sqlState.starts_with("08") || sqlState == "57P01" || sqlState == "57P02" || sqlState == "57P03";
+}
+
+Failure failureOf(short kind, void* handle) {
+  constexpr std::size_t longest = 4000;
+  std::u16string state(SQL_SQLSTATE_SIZE + 1, u'\0');
+  std::u16string text(longest, u'\0');
+  SQLINTEGER nativeCode = 0;
+  SQLSMALLINT length = 0;
+  Failure failure;
+  for (SQLSMALLINT record = 1;; ++record) {
+    const SQLRETURN result = SQLGetDiagRecW(kind, handle, record, wideText(state), &nativeCode,
+                                            wideText(text), static_cast<SQLSMALLINT>(longest), &length);
+    if (!SQL_SUCCEEDED(result)) break;
+    const auto end =
+        std::clamp<std::size_t>(static_cast<std::size_t>(std::max<SQLSMALLINT>(length, 0)), 0, longest - 1);
+    const std::string message = sentence(toUtf8({text.data(), end}));
+    // The first record tells the reason; what the driver manager adds completes it.
+    if (record == 1) {
+      failure.sqlState = toUtf8({state.data(), SQL_SQLSTATE_SIZE});
+      failure.nativeCode = nativeCode;
+      failure.message = message;
+    } else if (failure.message.find(message) == std::string::npos) {
+      failure.message += "; " + message;
+    }
+  }
+  if (failure.sqlState.empty()) failure = {"HY000", 0, "the ODBC driver gives no reason"};
+  return failure;
+}
+
+void raiseConnectFailure(const Failure& failure, const std::string& target) {
+  raiseStoreError(failure, target);
+}
+
+void raiseFailure(const Failure& failure, const std::string& target, std::string_view statement,
+                  bool interruptRequested) {
+  const int code = failure.nativeCode;
+  const std::string& state = failure.sqlState;
+  const std::string named = target + ": " + failure.message;
+  switch (failure.kind()) {
+  case FailureKind::Statement:
+    throw StatementError(failure.message, code, state);
+  case FailureKind::Conflict:
+    throw ConflictError(failure.message, code, state);
+  case FailureKind::Busy:
+    throw BusyError(named, code, state);
+  case FailureKind::Interrupted:
+    if (interruptRequested) throw InterruptedError(named, code, state);
+    throw BusyError(named, code, state);
+  case FailureKind::Rights:
+    throw StoreError(named + ". The user needs the right " + firstWord(statement) + " there", code, state);
+  case FailureKind::Store:
+    break;
+  }
+  raiseStoreError(failure, target);
+}
+
+} // namespace qx::odbc

@@ -1,0 +1,42 @@
+// What ODBC reports about a call that failed.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace qx::odbc {
+
+/// Who must act.
+enum class FailureKind : std::uint8_t {
+  Statement,   ///< this statement was refused
+  Conflict,    ///< the unit gave way to another program's
+  Busy,        ///< another program held a row for too long
+  Interrupted, ///< the statement was ended, by request or by a limit of the server
+  Rights,      ///< the user may not do this
+  Store,       ///< the server or the connection cannot go on
+};
+
+FailureKind failureKind(std::string_view sqlState);
+
+struct Failure {
+  std::string sqlState;
+  int nativeCode = 0;
+  std::string message;
+
+  FailureKind kind() const { return failureKind(sqlState); }
+  bool lostConnection() const;
+};
+
+/// The failure of the last call on a handle. `kind` is one of the SQL_HANDLE constants.
+Failure failureOf(short kind, void* handle);
+
+/// Raises the failure of a connection, which is always one of the store.
+[[noreturn]] void raiseConnectFailure(const Failure& failure, const std::string& target);
+
+/// Raises the failure as one of the errors of platform/database_error.h. `target`: the database as messages
+/// name it. `statement`: the text that was run, whose verb is the right that a refused user lacks.
+[[noreturn]] void raiseFailure(const Failure& failure, const std::string& target, std::string_view statement,
+                               bool interruptRequested);
+
+} // namespace qx::odbc

@@ -1,0 +1,27 @@
+// What the functions of ODBC take in place of texts and numbers. For source files only.
+#pragma once
+
+#include <sql.h>
+#include <sqlext.h>
+#include <sqlucode.h>
+
+#include <cstddef>
+#include <string>
+
+namespace qx::odbc {
+
+static_assert(sizeof(SQLWCHAR) == sizeof(char16_t), "wide texts of ODBC are UTF-16");
+
+/// A buffer of UTF-16 units.
+inline SQLWCHAR* wideText(std::u16string& text) {
+  // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast): the same units under another name
+  return reinterpret_cast<SQLWCHAR*>(text.data());
+}
+
+/// A number where attributes are passed as pointers.
+inline SQLPOINTER attributeNumber(std::size_t number) {
+  // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast,performance-no-int-to-ptr): so says the interface
+  return reinterpret_cast<SQLPOINTER>(number);
+}
+
+} // namespace qx::odbc

@@ -1,0 +1,39 @@
+// The database products that can be reached through ODBC.
+#pragma once
+
+#include "adapters/sql/dialect.h"
+
+#include <span>
+#include <string_view>
+#include <utility>
+
+namespace qx::odbc {
+
+/// What the adapter asks of a product in its own words. Several statements in one text cost one round trip.
+struct Server {
+  std::string_view product; ///< as the driver reports it
+  const relational::Dialect* dialect;
+  /// Settings of the driver on which the adapter relies, whatever the user's connection string says.
+  std::span<const std::pair<std::string_view, std::string_view>> settings;
+  /// Run once on every new connection; gives one row with the encoding of the database's texts.
+  std::string_view greeting;
+  std::string_view utf8; ///< the only encoding that is accepted
+  /// The tables and their columns whose values the database assigns, and whether there is any table at all
+  /// (one row if so).
+  std::string_view keyedTables;
+  std::string_view tables;
+  std::string_view begin;        ///< and sets the savepoint "step"
+  std::string_view beginReading; ///< the same with one state for all reads
+  std::string_view commit;
+  std::string_view rollback;
+  std::string_view set;     ///< a savepoint; the name follows
+  std::string_view release; ///< and those set since
+  std::string_view undo;    ///< everything since the savepoint, which remains
+};
+
+/// Null for a product that is not known. `product` is what the driver reports.
+const Server* findServer(std::string_view product);
+/// The product whose driver the user names; null when the name tells nothing.
+const Server* guessServer(std::string_view driverName);
+
+} // namespace qx::odbc

@@ -1,0 +1,43 @@
+// The half of a connection that all databases share: statements and record sets.
+#pragma once
+
+#include "adapters/sql/driver.h"
+#include "adapters/sql/spelling.h"
+#include "platform/database.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string_view>
+
+namespace qx::relational {
+
+class StatementCache;
+
+/// Runs statements and opens record sets through a driver. Translates each distinct statement once and keeps
+/// it compiled. Derived classes add the units of work.
+class ConnectionBase : public Connection {
+public:
+  std::int64_t execute(const Sql& statement) override;
+  void put(std::string_view table, std::span<const ColumnValue> row, std::size_t keys) override;
+  std::string_view rowKey() const override;
+  std::unique_ptr<Recordset> open(const Sql& statement) override;
+  std::unique_ptr<Recordset> openKeyset(const Sql& statement) override;
+  std::unique_ptr<Recordset> openStream(const Sql& statement) override;
+
+protected:
+  /// Takes ownership of the driver; derived classes keep a reference to it under its own type. `spelling`:
+  /// for a database that reports names in lower case.
+  explicit ConnectionBase(std::unique_ptr<Driver> driver, Spelling spelling = {});
+  ~ConnectionBase() override;
+
+  Driver& driver() { return *driver_; }
+
+private:
+  std::unique_ptr<Driver> driver_;
+  Spelling spelling_;
+  std::unique_ptr<StatementCache> statements_; ///< last, so that it is destroyed before its driver
+};
+
+} // namespace qx::relational

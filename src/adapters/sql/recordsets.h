@@ -1,0 +1,155 @@
+// The three kinds of record sets.
+#pragma once
+
+#include "adapters/sql/statement_cache.h"
+#include "platform/database.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace qx::relational {
+
+/// The base of record sets on a single table: the pending row and how it is written.
+class EditableRecordset : public Recordset {
+public:
+  EditableRecordset(StatementCache& statements, RowSource& source)
+      : statements_(statements), source_(source) {}
+
+  std::size_t fieldCount() const override { return source_.shape->size(); }
+  std::string_view fieldName(std::size_t index) const override { return source_.shape->name(index); }
+  bool hasField(ColumnName column) const override { return source_.shape->find(column) < fieldCount(); }
+  const Value& value(ColumnName column) override { return value(place(column)); }
+  const Value& value(std::size_t index) override;
+  void addNew() override;
+  void set(ColumnName column, Value value) override;
+  void update() override;
+  void cancelUpdate() override;
+
+protected:
+  /// The stored value in the current row.
+  virtual const Value& storedValue(std::size_t index) = 0;
+  /// The key of the current row, or 0 when there is none.
+  virtual std::int64_t currentRowKey() = 0;
+  /// Called after a row was inserted or changed; `written` are the columns.
+  virtual void rowWritten(std::int64_t rowKey, bool inserted, const ColumnMask& written,
+                          std::vector<Value>& values) = 0;
+
+  std::size_t place(ColumnName column) const;
+  StatementCache& statements() { return statements_; }
+  RowSource& source() { return source_; }
+  static std::int64_t readKey(Statement& statement) {
+    return statement.column(0, ColumnKind::Plain).integer().value_or(0);
+  }
+  void readRow(Statement& statement, std::vector<Value>& into, std::size_t at) const;
+
+private:
+  std::size_t bindPending(Statement& statement);
+  std::int64_t insertPending();
+
+  StatementCache& statements_;
+  RowSource& source_;
+  std::vector<Value> pending_;
+  ColumnMask pendingColumns_;
+  bool adding_ = false;
+};
+
+/// Reads all rows when opened.
+class FetchedRecordset final : public EditableRecordset {
+public:
+  FetchedRecordset(StatementCache& statements, const Sql& statement);
+
+  std::size_t recordCount() const override { return rowKeys_.size(); }
+  bool eof() const override { return position_ >= rowKeys_.size(); }
+  void moveFirst() override { moveTo(0); }
+  void moveNext() override { moveTo(position_ + 1); }
+  void moveTo(std::size_t position) override;
+  bool resync() override;
+  void requery() override;
+
+protected:
+  const Value& storedValue(std::size_t index) override;
+  std::int64_t currentRowKey() override { return eof() ? 0 : rowKeys_[position_]; }
+  void rowWritten(std::int64_t rowKey, bool inserted, const ColumnMask& written,
+                  std::vector<Value>& values) override;
+
+private:
+  void fetch();
+
+  RowQuery& query_;
+  std::vector<Value> parameters_;
+  std::vector<std::int64_t> rowKeys_; ///< 0 for rows that cannot be changed
+  std::vector<Value> values_;
+  std::size_t position_ = 0;
+};
+
+/// Holds the keys and reads the current row on demand.
+class KeysetRecordset final : public EditableRecordset {
+public:
+  KeysetRecordset(StatementCache& statements, const Sql& statement);
+
+  std::size_t recordCount() const override { return keys_.size(); }
+  bool eof() const override { return position_ >= keys_.size(); }
+  void moveFirst() override { moveTo(0); }
+  void moveNext() override { moveTo(position_ + 1); }
+  void moveTo(std::size_t position) override;
+  bool resync() override;
+  void requery() override;
+
+protected:
+  const Value& storedValue(std::size_t index) override;
+  std::int64_t currentRowKey() override;
+  void rowWritten(std::int64_t rowKey, bool inserted, const ColumnMask& written,
+                  std::vector<Value>& values) override;
+
+private:
+  /// A database may give the row key of a deleted row to a new one; the text key's hash tells them apart.
+  struct Key {
+    std::int64_t rowKey = 0;
+    std::uint64_t textHash = 0;
+  };
+
+  void readKeys();
+
+  KeysetQuery& query_;
+  std::vector<Value> parameters_;
+  std::vector<Key> keys_;
+  std::vector<Value> row_;
+  std::size_t position_ = 0;
+  bool loaded_ = false;
+  bool present_ = false;
+};
+
+/// Forward-only and read-only.
+class StreamRecordset final : public Recordset {
+public:
+  StreamRecordset(StatementCache& statements, const Sql& statement);
+
+  std::size_t recordCount() const override { return count_; }
+  bool eof() const override { return eof_; }
+  void moveFirst() override { requery(); }
+  void moveNext() override;
+  void moveTo(std::size_t position) override;
+  bool resync() override { return !eof_; }
+  void requery() override;
+  std::size_t fieldCount() const override { return shape_.size(); }
+  std::string_view fieldName(std::size_t index) const override { return shape_.name(index); }
+  bool hasField(ColumnName column) const override { return shape_.find(column) < shape_.size(); }
+  const Value& value(ColumnName column) override;
+  const Value& value(std::size_t index) override { return row_.at(index); }
+  void addNew() override { refuse(); }
+  void set(ColumnName /*column*/, Value /*value*/) override { refuse(); }
+  void update() override { refuse(); }
+  void cancelUpdate() override {}
+
+private:
+  [[noreturn]] static void refuse();
+
+  StreamQuery query_;
+  RowShape shape_;
+  std::vector<Value> parameters_;
+  std::vector<Value> row_;
+  std::size_t count_ = 0;
+  bool eof_ = true;
+};
+
+} // namespace qx::relational

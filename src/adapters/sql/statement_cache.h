@@ -1,0 +1,101 @@
+// The compiled statements of one connection.
+#pragma once
+
+#include "adapters/sql/driver.h"
+#include "adapters/sql/row_shape.h"
+#include "platform/sql.h"
+
+#include <bitset>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+namespace qx::relational {
+
+/// Which columns of a row a write touches, by index in the row shape.
+using ColumnMask = std::bitset<256>;
+
+/// The source of rows: their shape and, for rows of a single table, how to write them back.
+struct RowSource {
+  ResultLayout layout;
+  std::optional<RowShape> shape;
+  std::string table;  ///< empty when the rows cannot be changed
+  TableKey key;       ///< of the table
+  int keyColumn = -1; ///< index in the shape of a single text key, or -1
+  std::unordered_map<ColumnMask, std::unique_ptr<Statement>> updates;
+  std::unordered_map<ColumnMask, std::unique_ptr<Statement>> inserts;
+};
+
+struct RowQuery {
+  std::unique_ptr<Statement> select;
+  RowSource source;
+};
+
+struct KeysetQuery {
+  std::unique_ptr<Statement> keys;
+  std::unique_ptr<Statement> row;
+  RowSource source;
+};
+
+struct StreamQuery {
+  std::unique_ptr<Statement> select;
+  ResultLayout layout;
+};
+
+/// Compiles each distinct statement once. Statements are found by the addresses of their fragments.
+class StatementCache {
+public:
+  /// Driver and spelling outlive the cache.
+  StatementCache(Driver& driver, const Spelling& spelling) : driver_(driver), spelling_(spelling) {}
+
+  Driver& driver() { return driver_; }
+  Statement& plain(const Sql& statement);
+  RowQuery& rows(const Sql& statement);
+  KeysetQuery& keyset(const Sql& statement);
+  /// A statement for a stream, not shared.
+  StreamQuery stream(const Sql& statement);
+  Statement& update(RowSource& source, const ColumnMask& columns);
+  Statement& insert(RowSource& source, const ColumnMask& columns);
+  /// Whether an insert of these columns draws the table's key itself: the number after the highest, as rows
+  /// that name theirs have left it. A sequence would not know of those.
+  bool assignsKey(const RowSource& source, const ColumnMask& columns) const;
+  RowShape shapeOf(Statement& statement, const ResultLayout& layout) const {
+    return {statement, layout, driver_.dialect(), spelling_};
+  }
+  /// Reads the shape at the first use of the statement, and again when the schema has changed.
+  void completeShape(RowSource& source, Statement& statement) const;
+
+private:
+  template <class Entry>
+  class Map {
+  public:
+    template <class Make>
+    Entry& get(const Sql& statement, Make&& make);
+
+  private:
+    std::unordered_map<const SqlShape*, std::unique_ptr<Entry>> single_;
+    std::map<std::pair<std::vector<const SqlShape*>, std::vector<std::string>>, std::unique_ptr<Entry>>
+        joined_;
+  };
+
+  std::unique_ptr<Statement> compile(const std::string& text) {
+    return driver_.prepare(text, StatementLife::Cached);
+  }
+  /// For reading in order only: where every table has one, the database need not be asked.
+  TableKey rowKeyOf(std::string_view table);
+  std::string quoted(std::string_view identifier) const;
+  std::string orderClause(const struct SelectParts& parts, const TableKey& key) const;
+  std::string rowsOf(const struct SelectParts& parts, const TableKey& key) const;
+
+  Driver& driver_;
+  const Spelling& spelling_;
+  Map<std::unique_ptr<Statement>> plain_;
+  Map<RowQuery> rows_;
+  Map<KeysetQuery> keysets_;
+};
+
+} // namespace qx::relational

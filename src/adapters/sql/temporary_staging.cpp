@@ -1,0 +1,266 @@
+#include "adapters/sql/temporary_staging.h"
+
+#include "platform/database_error.h"
+#include "platform/whole_number.h"
+
+#include <algorithm>
+#include <functional>
+#include <stdexcept>
+#include <utility>
+
+namespace qx::relational {
+namespace {
+
+/// A statement may have some 2,000 values; more of them save little.
+constexpr std::size_t valuesPerStatement = 2000;
+
+std::vector<std::string> fieldNames(Connection& connection, const Sql& select) {
+  const auto rows = connection.open(select);
+  std::vector<std::string> names;
+  for (std::size_t i = 0; i < rows->fieldCount(); ++i) names.emplace_back(rows->fieldName(i));
+  return names;
+}
+
+std::vector<std::string> with(std::vector<std::string> names, std::initializer_list<const char*> further) {
+  names.insert(names.end(), further.begin(), further.end());
+  return names;
+}
+
+Sql joinedBy(const std::vector<std::string>& names, const std::function<Sql(const std::string&)>& term) {
+  Sql list;
+  for (const std::string& column : names) {
+    if (&column != &names.front()) list.append(sql(", "_sql));
+    list.append(term(column));
+  }
+  return list;
+}
+
+Sql nameAlone(const std::string& column) { return sql(name(column)); }
+
+std::int64_t whole(Recordset& rows, ColumnName column) { return rows.value(column).integer().value_or(0); }
+
+} // namespace
+
+RowBatch::RowBatch(Connection& connection, std::string_view table, std::vector<std::string> columns)
+    : connection_(connection), table_(table), columns_(std::move(columns)),
+      rowsPerStatement_(std::max<std::size_t>(valuesPerStatement / columns_.size(), 1)) {}
+
+void RowBatch::beginRow() { values_.resize(values_.size() + columns_.size()); }
+
+void RowBatch::set(ColumnName column, Value value) {
+  const auto found =
+      std::ranges::find_if(columns_, [&](const std::string& name) { return ColumnName(name) == column; });
+  if (found == columns_.end())
+    throw StatementError("the table " + table_ + " has no column '" + std::string(column.text()) + "'", 0);
+  const auto place = static_cast<std::size_t>(found - columns_.begin());
+  values_[values_.size() - columns_.size() + place] = std::move(value);
+}
+
+void RowBatch::endRow() {
+  if (values_.size() >= rowsPerStatement_ * columns_.size()) flush();
+}
+
+void RowBatch::flush() {
+  if (values_.empty()) return;
+  Sql insert = sql("INSERT INTO "_sql, name(table_), " ("_sql);
+  insert.append(joinedBy(columns_, nameAlone)).append(sql(") VALUES "_sql));
+  for (std::size_t i = 0; i < values_.size(); ++i) {
+    const bool first = i % columns_.size() == 0;
+    const SqlText content{std::move(values_[i])};
+    insert.append(first && i > 0 ? sql("), ('"_sql, content, "'"_sql)
+                  : first        ? sql("('"_sql, content, "'"_sql)
+                                 : sql(", '"_sql, content, "'"_sql));
+  }
+  insert.append(sql(")"_sql));
+  values_.clear();
+  connection_.execute(insert);
+}
+
+TemporaryStaging::TemporaryStaging(Connection& connection) : connection_(connection) {}
+
+TemporaryStaging::~TemporaryStaging() {
+  if (filling_) connection_.rollbackWork();
+}
+
+void TemporaryStaging::begin() {
+  headerColumns_ = fieldNames(connection_, sql("SELECT * FROM ImportKopf WHERE 0 = 1"_sql));
+  positionColumns_ = fieldNames(connection_, sql("SELECT * FROM ImportPos WHERE 0 = 1"_sql));
+  connection_.beginWork(nullptr);
+  filling_ = true;
+  // Those of an earlier file in the same session.
+  connection_.execute(sql("DROP TABLE IF EXISTS StageKopf, StagePos"_sql));
+  connection_.execute(
+      sql("CREATE TEMPORARY TABLE StageKopf AS SELECT *, CAST(0 AS BIGINT) AS StageNummer, "
+          "CAST(0 AS BIGINT) AS StageZeile, CAST(0 AS BIGINT) AS StageZiel, CAST(0 AS BIGINT) AS StageSperre "
+          "FROM ImportKopf WHERE 0 = 1"_sql));
+  connection_.execute(sql(
+      "CREATE TEMPORARY TABLE StagePos AS SELECT *, CAST(0 AS BIGINT) AS StageNummer, "
+      "CAST(0 AS BIGINT) AS StageZeile, CAST(0 AS BIGINT) AS StageVorgang FROM ImportPos WHERE 0 = 1"_sql));
+  headers_.emplace(connection_, "StageKopf", with(headerColumns_, {"StageNummer", "StageZeile"}));
+  positions_.emplace(connection_, "StagePos",
+                     with(positionColumns_, {"StageNummer", "StageZeile", "StageVorgang"}));
+}
+
+RowValues& TemporaryStaging::newPosition() {
+  positions_->beginRow();
+  return *positions_;
+}
+
+void TemporaryStaging::addPosition(std::int64_t line) {
+  positions_->set("StageNummer", ++positionCount_);
+  positions_->set("StageZeile", line);
+  positions_->set("StageVorgang", jobs_ + 1);
+  positions_->endRow();
+}
+
+RowValues& TemporaryStaging::newJob() {
+  headers_->beginRow();
+  return *headers_;
+}
+
+void TemporaryStaging::addJob(std::int64_t line) {
+  headers_->set("StageNummer", ++jobs_);
+  headers_->set("StageZeile", line);
+  headers_->endRow();
+}
+
+std::optional<KeyConflict> TemporaryStaging::twice(const Sql& query, KeyConflict::Kind kind) {
+  const auto rows = connection_.open(query);
+  if (rows->eof()) return std::nullopt;
+  return KeyConflict{kind,
+                     rows->text("Schluessel"),
+                     whole(*rows, "Vorgang"),
+                     whole(*rows, "Zeile"),
+                     whole(*rows, "VorigerVorgang"),
+                     whole(*rows, "VorigeZeile"),
+                     {}};
+}
+
+std::optional<KeyConflict> TemporaryStaging::firstOwned(const Sql& query, KeyConflict::Kind kind) {
+  const auto rows = connection_.open(query);
+  if (rows->eof()) return std::nullopt;
+  KeyConflict conflict;
+  conflict.kind = kind;
+  conflict.key = rows->text("Schluessel");
+  conflict.job = whole(*rows, "Vorgang");
+  conflict.line = whole(*rows, "Zeile");
+  conflict.owner = rows->text("Besitzer");
+  return conflict;
+}
+
+std::optional<KeyConflict> TemporaryStaging::finish() {
+  headers_->flush();
+  positions_->flush();
+  connection_.commitWork();
+  filling_ = false;
+  auto conflict =
+      twice(sql("SELECT JobID AS Schluessel, max(StageNummer) AS Vorgang, max(StageZeile) AS Zeile, "
+                "min(StageNummer) AS VorigerVorgang, min(StageZeile) AS VorigeZeile FROM StageKopf "
+                "GROUP BY JobID HAVING count(*) > 1 ORDER BY 2 LIMIT 1"_sql),
+            KeyConflict::Kind::JobTwice);
+  if (!conflict)
+    conflict = twice(sql("SELECT ChildID AS Schluessel, max(StageVorgang) AS Vorgang, "
+                         "max(StageZeile) AS Zeile, min(StageVorgang) AS VorigerVorgang, "
+                         "min(StageZeile) AS VorigeZeile FROM StagePos "
+                         "GROUP BY ChildID HAVING count(*) > 1 ORDER BY 2 LIMIT 1"_sql),
+                     KeyConflict::Kind::PositionTwice);
+  if (!conflict)
+    conflict = firstOwned(
+        sql("SELECT s.ChildID AS Schluessel, s.StageVorgang AS Vorgang, s.StageZeile AS Zeile, "
+            "s.JobID AS Besitzer FROM StagePos s JOIN StageKopf k ON k.StageNummer = s.StageVorgang "
+            "WHERE s.JobID <> '' AND s.JobID <> k.JobID ORDER BY s.StageNummer LIMIT 1"_sql),
+        KeyConflict::Kind::OtherName);
+  return conflict;
+}
+
+std::optional<KeyConflict> TemporaryStaging::copy(BusyWait& wait, bool again) {
+  WorkUnit unit(connection_, &wait);
+  findExisting(again);
+  if (auto conflict = firstOwned(
+          sql("SELECT s.ChildID AS Schluessel, s.StageVorgang AS Vorgang, s.StageZeile AS Zeile, p.JobID AS "
+              "Besitzer FROM StagePos s JOIN StageKopf k ON k.StageNummer = s.StageVorgang JOIN ImportPos p "
+              "ON p.ChildID = s.ChildID WHERE k.StageSperre = 0 AND p.JobID <> k.JobID "
+              "ORDER BY s.StageNummer LIMIT 1"_sql),
+          KeyConflict::Kind::OtherOwner))
+    return conflict;
+  copyHeaders();
+  copyPositions();
+  const auto count = connection_.open(
+      sql("SELECT count(*) AS Alle, coalesce(sum(StageSperre), 0) AS Uebergangen FROM StageKopf"_sql));
+  unit.commit();
+  counts_.skipped = whole(*count, "Uebergangen");
+  counts_.staged = whole(*count, "Alle") - counts_.skipped;
+  return std::nullopt;
+}
+
+/// `StageZiel` becomes the row of an existing job, `StageSperre` 1 when that must not be changed. The rows
+/// are locked first: a run beside this program may be about to finish one of them.
+void TemporaryStaging::findExisting(bool again) {
+  const std::string_view rowKey = connection_.rowKey();
+  connection_.execute(
+      sql("SELECT 1 FROM ImportKopf k WHERE EXISTS (SELECT 1 FROM StageKopf s WHERE s.JobID = "
+          "k.JobID) FOR UPDATE"_sql));
+  connection_.execute(sql("UPDATE StageKopf SET StageSperre = 0, StageZiel = (SELECT k."_sql, name(rowKey),
+                          " FROM ImportKopf k WHERE k.JobID = StageKopf.JobID)"_sql));
+  if (again) return;
+  connection_.execute(sql("UPDATE StageKopf SET StageSperre = 1 WHERE StageZiel IS NOT NULL AND EXISTS "
+                          "(SELECT 1 FROM ImportKopf k WHERE k."_sql,
+                          name(rowKey), " = StageZiel AND k.JobType IN (13, 23, 33, 43, 44))"_sql));
+}
+
+/// A replaced job keeps its row and so its place; columns that the file does not give become null.
+void TemporaryStaging::copyHeaders() {
+  Sql replace = sql("UPDATE ImportKopf SET "_sql);
+  replace.append(joinedBy(headerColumns_, [](const std::string& column) {
+    return sql(name(column), " = s."_sql, name(column));
+  }));
+  replace.append(sql(" FROM StageKopf s WHERE ImportKopf."_sql, name(connection_.rowKey()),
+                     " = s.StageZiel AND s.StageSperre = 0"_sql));
+  std::int64_t taken = connection_.execute(replace);
+
+  Sql insert = sql("INSERT INTO ImportKopf ("_sql);
+  insert.append(joinedBy(headerColumns_, nameAlone)).append(sql(") SELECT "_sql));
+  insert.append(joinedBy(headerColumns_, nameAlone));
+  insert.append(sql(" FROM StageKopf WHERE StageZiel IS NULL ORDER BY StageNummer"_sql));
+  taken += connection_.execute(insert);
+  requireTaken(taken, sql("SELECT count(*) FROM StageKopf WHERE StageSperre = 0"_sql), "jobs");
+}
+
+void TemporaryStaging::copyPositions() {
+  connection_.execute(sql("DELETE FROM ImportPos WHERE JobID IN (SELECT JobID FROM StageKopf WHERE "
+                          "StageZiel IS NOT NULL AND StageSperre = 0)"_sql));
+  Sql insert = sql("INSERT INTO ImportPos ("_sql);
+  insert.append(joinedBy(positionColumns_, nameAlone)).append(sql(") SELECT "_sql));
+  // The position takes the key of its header, which may have been made after the position was read.
+  insert.append(joinedBy(positionColumns_, [](const std::string& column) {
+    return column == "JobID" ? sql("k.JobID"_sql) : sql("p."_sql, name(column));
+  }));
+  insert.append(sql(" FROM StagePos p JOIN StageKopf k ON k.StageNummer = p.StageVorgang WHERE "
+                    "k.StageSperre = 0 ORDER BY p.StageNummer"_sql));
+  const std::int64_t taken = connection_.execute(insert);
+  requireTaken(taken,
+               sql("SELECT count(*) FROM StagePos p JOIN StageKopf k ON k.StageNummer = p.StageVorgang WHERE "
+                   "k.StageSperre = 0"_sql),
+               "positions");
+}
+
+/// A trigger can silently drop rows.
+void TemporaryStaging::requireTaken(std::int64_t taken, const Sql& count, std::string_view what) {
+  const std::int64_t expected = connection_.open(count)->value(0).integer().value_or(0);
+  if (taken != expected)
+    throw StatementError("the database has taken " + std::to_string(taken) + " of " +
+                             std::to_string(expected) + " " + std::string(what) + "; nothing was staged",
+                         0);
+}
+
+void TemporaryStaging::forEach(const Visitor& visit) {
+  const auto rows = connection_.openStream(
+      sql("SELECT JobID, JobType, StageZiel, StageSperre FROM StageKopf ORDER BY StageNummer"_sql));
+  for (; !rows->eof(); rows->moveNext()) {
+    StageResult result = rows->value("StageZiel").isNull() ? StageResult::Added : StageResult::Replaced;
+    if (rows->value("StageSperre").integer() == 1) result = StageResult::Skipped;
+    visit(rows->text("JobID"), jobCode(rows->value("JobType")), result);
+  }
+}
+
+} // namespace qx::relational

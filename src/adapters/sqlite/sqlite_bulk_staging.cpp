@@ -1,0 +1,240 @@
+#include "adapters/sqlite/sqlite_bulk_staging.h"
+
+#include "platform/database_error.h"
+#include "platform/whole_number.h"
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace qx::sqlite {
+namespace {
+
+/// The names of the columns of a table.
+std::vector<std::string> columnsOf(Connection& connection, const Sql& select) {
+  const auto rows = connection.open(select);
+  std::vector<std::string> names;
+  for (std::size_t i = 0; i < rows->fieldCount(); ++i) names.emplace_back(rows->fieldName(i));
+  return names;
+}
+
+Sql separated(const std::vector<std::string>& names, const std::function<Sql(const std::string&)>& term) {
+  Sql list;
+  for (const std::string& column : names) {
+    if (&column != &names.front()) list.append(sql(", "_sql));
+    list.append(term(column));
+  }
+  return list;
+}
+
+Sql plainColumn(const std::string& column) { return sql(name(column)); }
+
+} // namespace
+
+SqliteBulkStaging::SqliteBulkStaging(Connection& connection) : connection_(connection) {
+  // After a failure the temporary tables are not read again; their journal would only take memory.
+  connection_.open(sql("PRAGMA temp.journal_mode = OFF"_sql));
+  connection_.execute(sql("CREATE TEMP TABLE StageKopf AS SELECT *, CAST(0 AS INTEGER) AS StageZeile, "
+                          "CAST(0 AS INTEGER) AS StageZiel, CAST(0 AS INTEGER) AS StageSperre "
+                          "FROM main.ImportKopf WHERE 0 = 1"_sql));
+  connection_.execute(sql("CREATE TEMP TABLE StagePos AS SELECT *, CAST(0 AS INTEGER) AS StageZeile, "
+                          "CAST(0 AS INTEGER) AS StageVorgang FROM main.ImportPos WHERE 0 = 1"_sql));
+}
+
+void SqliteBulkStaging::begin() {
+  headers_ = connection_.open(sql("SELECT * FROM StageKopf WHERE 0 = 1"_sql));
+  positions_ = connection_.open(sql("SELECT * FROM StagePos WHERE 0 = 1"_sql));
+  // A transaction without a lock on the database: until the copy only temporary tables are written.
+  connection_.execute(sql("BEGIN DEFERRED"_sql));
+}
+
+RowValues& SqliteBulkStaging::newPosition() {
+  positions_->addNew();
+  return *positions_;
+}
+
+/// The header's row number is its position in the file, because rows are only appended.
+void SqliteBulkStaging::addPosition(std::int64_t line) {
+  positions_->set("StageZeile", line);
+  positions_->set("StageVorgang", jobs_ + 1);
+  positions_->update();
+  ++positionCount_;
+  forgetWritten();
+}
+
+RowValues& SqliteBulkStaging::newJob() {
+  headers_->addNew();
+  return *headers_;
+}
+
+void SqliteBulkStaging::addJob(std::int64_t line) {
+  headers_->set("StageZeile", line);
+  headers_->update();
+  ++jobs_;
+  forgetWritten();
+}
+
+/// A record set keeps its added rows in memory until it is reopened.
+void SqliteBulkStaging::forgetWritten() {
+  constexpr int rowsKept = 256;
+  if (++written_ < rowsKept) return;
+  written_ = 0;
+  headers_->requery();
+  positions_->requery();
+}
+
+std::optional<KeyConflict> SqliteBulkStaging::twice(const Sql& query, KeyConflict::Kind kind) {
+  const auto rows = connection_.open(query);
+  if (rows->eof()) return std::nullopt;
+  const auto whole = [&](ColumnName column) { return rows->value(column).integer().value_or(0); };
+  return KeyConflict{kind,
+                     rows->text("Schluessel"),
+                     whole("Vorgang"),
+                     whole("Zeile"),
+                     whole("VorigerVorgang"),
+                     whole("VorigeZeile"),
+                     {}};
+}
+
+std::optional<KeyConflict> SqliteBulkStaging::finish() {
+  headers_.reset();
+  positions_.reset();
+  connection_.execute(sql("COMMIT"_sql));
+  auto conflict = twice(sql("SELECT JobID AS Schluessel, max(rowid) AS Vorgang, max(StageZeile) AS Zeile, "
+                            "min(rowid) AS VorigerVorgang, min(StageZeile) AS VorigeZeile FROM StageKopf "
+                            "GROUP BY JobID COLLATE NOCASE HAVING count(*) > 1 ORDER BY 2 LIMIT 1"_sql),
+                        KeyConflict::Kind::JobTwice);
+  if (!conflict)
+    conflict = twice(sql("SELECT ChildID AS Schluessel, max(StageVorgang) AS Vorgang, "
+                         "max(StageZeile) AS Zeile, min(StageVorgang) AS VorigerVorgang, "
+                         "min(StageZeile) AS VorigeZeile FROM StagePos "
+                         "GROUP BY ChildID COLLATE NOCASE HAVING count(*) > 1 ORDER BY 2 LIMIT 1"_sql),
+                     KeyConflict::Kind::PositionTwice);
+  return conflict ? conflict : ownedInFile();
+}
+
+/// A position that names another job than the one that contains it.
+std::optional<KeyConflict> SqliteBulkStaging::ownedInFile() {
+  return firstOwned(
+      sql("SELECT s.ChildID AS Schluessel, s.StageVorgang AS Vorgang, s.StageZeile AS Zeile, "
+          "s.JobID AS Besitzer FROM StagePos s JOIN StageKopf k ON k.rowid = s.StageVorgang "
+          "WHERE s.JobID <> '' AND s.JobID <> k.JobID COLLATE NOCASE ORDER BY s.rowid LIMIT 1"_sql),
+      KeyConflict::Kind::OtherName);
+}
+
+std::optional<KeyConflict> SqliteBulkStaging::firstOwned(const Sql& query, KeyConflict::Kind kind) {
+  const auto rows = connection_.open(query);
+  if (rows->eof()) return std::nullopt;
+  KeyConflict conflict;
+  conflict.kind = kind;
+  conflict.key = rows->text("Schluessel");
+  conflict.job = rows->value("Vorgang").integer().value_or(0);
+  conflict.line = rows->value("Zeile").integer().value_or(0);
+  conflict.owner = rows->text("Besitzer");
+  return conflict;
+}
+
+std::optional<KeyConflict> SqliteBulkStaging::copy(BusyWait& wait, bool again) {
+  WorkUnit unit(connection_, &wait);
+  findExisting(again);
+  if (auto conflict = ownedByOthers()) return conflict;
+  copyHeaders();
+  copyPositions();
+  const auto count = connection_.open(
+      sql("SELECT count(*) AS Alle, coalesce(sum(StageSperre), 0) AS Uebergangen FROM StageKopf"_sql));
+  unit.commit();
+  counts_.skipped = count->value("Uebergangen").integer().value_or(0);
+  counts_.staged = count->value("Alle").integer().value_or(0) - counts_.skipped;
+  return std::nullopt;
+}
+
+/// `StageZiel` becomes the row of an existing job, `StageSperre` 1 when that must not be changed.
+void SqliteBulkStaging::findExisting(bool again) {
+  connection_.execute(sql("UPDATE StageKopf SET StageSperre = 0, StageZiel = (SELECT k.rowid FROM "
+                          "main.ImportKopf k WHERE k.JobID = StageKopf.JobID)"_sql));
+  if (again) return;
+  connection_.execute(sql("UPDATE StageKopf SET StageSperre = 1 WHERE StageZiel IS NOT NULL AND EXISTS "
+                          "(SELECT 1 FROM main.ImportKopf k WHERE k.rowid = StageZiel AND k.JobType IN "
+                          "(13, 23, 33, 43, 44))"_sql));
+}
+
+std::optional<KeyConflict> SqliteBulkStaging::ownedByOthers() {
+  return firstOwned(
+      sql("SELECT s.ChildID AS Schluessel, s.StageVorgang AS Vorgang, s.StageZeile AS Zeile, p.JobID AS "
+          "Besitzer FROM StagePos s JOIN StageKopf k ON k.rowid = s.StageVorgang JOIN main.ImportPos p "
+          "ON p.ChildID = s.ChildID WHERE k.StageSperre = 0 AND p.JobID <> k.JobID "
+          "ORDER BY s.rowid LIMIT 1"_sql),
+      KeyConflict::Kind::OtherOwner);
+}
+
+/// A replaced job keeps its row and so its position; columns that the file does not give become null.
+void SqliteBulkStaging::copyHeaders() {
+  const auto names = columnsOf(connection_, sql("SELECT * FROM ImportKopf WHERE 0 = 1"_sql));
+  std::int64_t taken = 0;
+  Sql replace = sql("UPDATE main.ImportKopf SET "_sql);
+  replace.append(separated(
+      names, [](const std::string& column) { return sql(name(column), " = s."_sql, name(column)); }));
+  replace.append(sql(" FROM StageKopf s WHERE ImportKopf.rowid = s.StageZiel AND s.StageSperre = 0"_sql));
+  taken += connection_.execute(replace);
+
+  inPortions(jobs_, [&](std::int64_t from, std::int64_t to) {
+    Sql insert = sql("INSERT INTO main.ImportKopf ("_sql);
+    insert.append(separated(names, plainColumn)).append(sql(") SELECT "_sql));
+    insert.append(separated(names, plainColumn));
+    insert.append(sql(" FROM StageKopf WHERE StageZiel IS NULL AND rowid > "_sql, number(from),
+                      " AND rowid <= "_sql, number(to), " ORDER BY rowid"_sql));
+    taken += connection_.execute(insert);
+  });
+  requireTaken(taken, sql("SELECT count(*) FROM StageKopf WHERE StageSperre = 0"_sql), "jobs");
+}
+
+/// A trigger can silently drop rows.
+void SqliteBulkStaging::requireTaken(std::int64_t taken, const Sql& count, std::string_view what) {
+  const std::int64_t expected = connection_.open(count)->value(0).integer().value_or(0);
+  if (taken != expected)
+    throw StatementError("the database has taken " + std::to_string(taken) + " of " +
+                             std::to_string(expected) + " " + std::string(what) + "; nothing was staged",
+                         0);
+}
+
+/// A statement keeps a copy of every changed page until it ends.
+void SqliteBulkStaging::inPortions(std::int64_t rows,
+                                   const std::function<void(std::int64_t, std::int64_t)>& copy) {
+  constexpr std::int64_t portion = 5000;
+  for (std::int64_t from = 0; from < rows; from += portion) copy(from, from + portion);
+}
+
+void SqliteBulkStaging::copyPositions() {
+  connection_.execute(sql("DELETE FROM main.ImportPos WHERE JobID IN (SELECT JobID FROM StageKopf WHERE "
+                          "StageZiel IS NOT NULL AND StageSperre = 0)"_sql));
+  const auto names = columnsOf(connection_, sql("SELECT * FROM ImportPos WHERE 0 = 1"_sql));
+  std::int64_t taken = 0;
+  inPortions(positionCount_, [&](std::int64_t from, std::int64_t to) {
+    Sql insert = sql("INSERT INTO main.ImportPos ("_sql);
+    insert.append(separated(names, plainColumn)).append(sql(") SELECT "_sql));
+    // The position takes the key of its header, which may have been made after the position was read.
+    insert.append(separated(names, [](const std::string& column) {
+      return column == "JobID" ? sql("k.JobID"_sql) : sql("p."_sql, name(column));
+    }));
+    insert.append(sql(" FROM StagePos p JOIN StageKopf k ON k.rowid = p.StageVorgang WHERE k.StageSperre = 0 "
+                      "AND p.rowid > "_sql,
+                      number(from), " AND p.rowid <= "_sql, number(to), " ORDER BY p.rowid"_sql));
+    taken += connection_.execute(insert);
+  });
+  requireTaken(taken,
+               sql("SELECT count(*) FROM StagePos p JOIN StageKopf k ON k.rowid = p.StageVorgang WHERE "
+                   "k.StageSperre = 0"_sql),
+               "positions");
+}
+
+void SqliteBulkStaging::forEach(const Visitor& visit) {
+  const auto rows =
+      connection_.openStream(sql("SELECT JobID, JobType, StageZiel, StageSperre FROM StageKopf"_sql));
+  for (; !rows->eof(); rows->moveNext()) {
+    StageResult result = rows->value("StageZiel").isNull() ? StageResult::Added : StageResult::Replaced;
+    if (rows->value("StageSperre").integer() == 1) result = StageResult::Skipped;
+    visit(rows->text("JobID"), jobCode(rows->value("JobType")), result);
+  }
+}
+
+} // namespace qx::sqlite
