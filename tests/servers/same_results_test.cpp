@@ -141,8 +141,7 @@ TEST(Server, ADaysWorkLeavesTheSameRowsAsOnTheEmbeddedDatabase) {
   work(onFile);
 
   ASSERT_EQ(onServer.outputs.size(), onFile.outputs.size());
-  const std::unique_ptr<Connection> server =
-      OdbcDatabase(erp::schemaNames()).open(schema.connectionString());
+  const std::unique_ptr<Connection> server = OdbcDatabase(erp::schemaNames()).open(schema.connectionString());
   const std::unique_ptr<Connection> embedded = SqliteDatabase().open(file);
   // The protocol's key is drawn at random.
   const auto withoutKey = [](Connection& connection, std::string text) {
