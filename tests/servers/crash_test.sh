@@ -55,8 +55,9 @@ ask qx "Create Database undisturbed Template qx"
 started=$EPOCHREALTIME
 on undisturbed process >/dev/null || [ $? -eq 1 ] || fail "the undisturbed run"
 length=$(awk -v a="$started" -v b="$EPOCHREALTIME" 'BEGIN { print b - a }')
-# A second run empties the reasons of released jobs, so that what it leaves is what a run and its rerun leave.
-on undisturbed process >/dev/null || [ $? -eq 1 ] || fail "the second undisturbed run"
+# Every later run empties the reasons of the released jobs that are done, so both results are those of one more run.
+again() { on "$1" process >/dev/null || [ $? -eq 1 ] || fail "the run after the last one"; }
+again undisturbed
 result undisturbed >"$folder/expected"
 
 for ((round = 1; round <= wanted; ++round)); do
@@ -83,6 +84,7 @@ for ((round = 1; round <= wanted; ++round)); do
   status=0
   on qx process >"$folder/output" 2>"$folder/messages" || status=$?
   [ $status -le 1 ] || fail "the rerun ends with $status: $(cat "$folder/messages")"
+  again qx
   result qx >"$folder/found"
   diff "$folder/expected" "$folder/found" >"$folder/difference" ||
     fail "$(diff <(sed 's/, "/\n  "/g' "$folder/expected") <(sed 's/, "/\n  "/g' "$folder/found") | head -n 40)"
