@@ -5,11 +5,14 @@
 #include "erp/demo_data.h"
 #include "erp/demo_jobs.h"
 #include "erp/schema.h"
+#include "erp/schema_upgrade.h"
 #include "program/program_error.h"
 
 #include <cstdlib>
+#include <exception>
 #include <filesystem>
 #include <fstream>
+#include <new>
 #include <pwd.h>
 #include <unistd.h>
 #include <utility>
@@ -31,8 +34,15 @@ std::string loginName() {
 
 /// Null when neither option nor variable names one.
 std::optional<std::string> namedTarget(const ProgramOptions& options) {
-  std::string target = options.database.empty() ? variable("QXIMPORTJOB_DB") : options.database;
-  if (target.empty()) return std::nullopt;
+  std::string target = options.database;
+  if (target.empty()) {
+    const char* const given = std::getenv("QXIMPORTJOB_DB");
+    if (given == nullptr) return std::nullopt;
+    target = given;
+    if (target.empty())
+      throw ProgramError(ExitCode::BadInput, "the variable QXIMPORTJOB_DB is empty",
+                         "Give it the name of a database, or unset it.");
+  }
   if (target.starts_with("odbc:"))
     throw ProgramError(ExitCode::BadInput, "this program cannot connect to database servers",
                        "Name a database file with --db FILE or $QXIMPORTJOB_DB.");
@@ -60,6 +70,26 @@ std::string shellWord(const std::string& text) {
   std::string word = "'";
   for (const char c : text) word += c == '\'' ? std::string("'\\''") : std::string(1, c);
   return word + "'";
+}
+
+/// Whether there is such a file. Raises `ProgramError` when that cannot be told.
+bool existsAccessibly(const std::string& target) {
+  std::error_code failure;
+  const fs::file_status status = fs::status(target, failure);
+  if (fs::status_known(status)) return fs::exists(status);
+  throw ProgramError(
+      ExitCode::Failure,
+      target + (failure == std::errc::permission_denied ? ": its folder may not be entered: " : ": ") +
+          failure.message(),
+      "Have the right to its folder granted, or name another database with --db FILE.")
+      .of(ErrorCause::Database);
+}
+
+/// Null for the version of the program, a later one, and a text that is no version.
+std::optional<int> earlierVersion(const std::string& stored) {
+  for (int version = 1; version < erp::schemaVersion; ++version)
+    if (stored == std::to_string(version)) return version;
+  return std::nullopt;
 }
 
 /// An existing file belongs to the user.
@@ -92,20 +122,25 @@ void Composition::offerLookups(std::function<std::unique_ptr<Auskunft>()> factor
   if (erp_) erp_->setAuskunftFactory(std::move(factory));
 }
 
-std::string Composition::initLine() const {
+std::string Composition::callOf(std::string_view verb) const {
   const std::string option = options_.database.empty() ? "" : "--db " + shellWord(options_.database) + " ";
-  return "Create it with: qximportjob " + option + "init";
+  return "qximportjob " + option + std::string(verb);
 }
+
+std::string Composition::initLine() const { return "Create it with: " + callOf("init"); }
 
 std::string Composition::schemaVersion() { return std::to_string(erp::schemaVersion); }
 
-Environment& Composition::open() {
-  const std::string target = databaseTarget(options_);
-  std::error_code ignored;
-  if (!fs::exists(target, ignored))
+std::shared_ptr<Connection> Composition::openExisting(const std::string& target) {
+  if (!existsAccessibly(target))
     throw ProgramError(ExitCode::Failure, target + ": there is no such database", initLine())
         .of(ErrorCause::NoDatabase);
-  const std::shared_ptr<Connection> connection = database_.open(target);
+  return database_.open(target);
+}
+
+Environment& Composition::open() {
+  const std::string target = databaseTarget(options_);
+  const std::shared_ptr<Connection> connection = openExisting(target);
   requireSchema(*connection, target);
   connect(connection, target);
   return *environment_;
@@ -117,11 +152,79 @@ void Composition::requireSchema(Connection& connection, const std::string& targe
     throw ProgramError(ExitCode::Failure, target + ": the database does not hold the tables of this program",
                        connection.tableNames().empty() ? initLine()
                                                        : "Name the database of this program with --db FILE.");
-  if (*version != schemaVersion())
-    throw ProgramError(ExitCode::Failure,
-                       target + ": the database has version " + *version +
-                           ", this program works with version " + schemaVersion(),
-                       "Use the program of that version, or another database with --db.");
+  if (*version == schemaVersion()) return;
+  const std::string difference = target + ": the database has version " + *version +
+                                 ", this program works with version " + schemaVersion();
+  if (earlierVersion(*version))
+    throw ProgramError(ExitCode::Failure, difference,
+                       "Upgrade it, after a backup, with: " + callOf("upgrade"))
+        .of(ErrorCause::OlderDatabase);
+  throw ProgramError(ExitCode::Failure, difference,
+                     "Use the program of that version, or another database with --db.");
+}
+
+/// A lock of another machine says nothing: that machine cannot have this file open.
+void Composition::refuseWhileProcessed(Connection& connection) {
+  const auto lock = connection.open(sql("Select * From LockControl"_sql));
+  for (; !lock->eof(); lock->moveNext())
+    if (identity_.isAlive(lock->text("SessionID")) == true)
+      throw ProgramError(ExitCode::Refused, "the import is locked by " + lock->text("Benutzer"),
+                         "Nothing was changed. Try again when that program has ended.");
+}
+
+fs::path Composition::backUp(Maintenance& maintenance, const std::string& target, int version) {
+  const std::string name = target + ".version" + std::to_string(version) + "-" + timeStamp(clock_.now());
+  fs::path file = name + ".bak";
+  std::error_code ignored;
+  for (int number = 2; fs::exists(fs::symlink_status(file, ignored)); ++number)
+    file = name + "-" + std::to_string(number) + ".bak";
+  maintenance.copyTo(file, ExistingFile::Refuse);
+  return file;
+}
+
+UpgradeReport Composition::upgrade() {
+  const std::string target = databaseTarget(options_);
+  const std::shared_ptr<Connection> connection = openExisting(target);
+  const auto maintenance = connection->maintenance();
+  if (!maintenance)
+    throw ProgramError(ExitCode::BadInput,
+                       target + ": the tables of a server are not upgraded by this program",
+                       "Ask who administers the server.");
+  if (maintenance->markedByOther())
+    throw ProgramError(ExitCode::BadInput, target + ": this is a database of another program",
+                       "Nothing was changed. Name another file with --db FILE.");
+  const auto from = [&] {
+    const auto stored = erp::storedSchemaVersion(*connection);
+    return stored ? earlierVersion(*stored) : std::nullopt;
+  };
+  const UpgradeReport nothing{erp::schemaVersion, erp::schemaVersion, {}, {}};
+  if (!from()) {
+    requireSchema(*connection, target);
+    return nothing;
+  }
+  // From here to the end no other program can write; one may have upgraded meanwhile.
+  WorkUnit unit(*connection);
+  const auto version = from();
+  if (!version) return nothing;
+  refuseWhileProcessed(*connection);
+  UpgradeReport report{*version, erp::schemaVersion, {}, {}};
+  try {
+    erp::SchemaUpgrade upgrade(*connection, *maintenance);
+    report.backup = backUp(*maintenance, target, *version);
+    report.changes = upgrade.perform();
+    unit.commit();
+    return report;
+  } catch (const erp::SchemaConflict& conflict) {
+    throw ProgramError(ExitCode::Failure, target + ": " + conflict.what(),
+                       "Nothing was changed. Move what it holds to a table of its own and drop the column.");
+  } catch (const std::bad_alloc&) {
+    throw;
+  } catch (const std::exception& failure) {
+    const std::string backup =
+        report.backup.empty() ? "" : " Its backup " + report.backup.string() + " stays.";
+    throw ProgramError(ExitCode::Failure, std::string("the upgrade failed: ") + failure.what(),
+                       "The database is as it was." + backup + " Fix the cause and upgrade again.");
+  }
 }
 
 void Composition::connect(const std::shared_ptr<Connection>& connection, const std::string& target) {
@@ -135,10 +238,10 @@ void Composition::connect(const std::shared_ptr<Connection>& connection, const s
   environment_->session->Connect("", "");
 }
 
-InstallationReport Composition::create(bool demo) {
+InstallationReport Composition::create(bool demo, DatabaseUsers users) {
   const std::string target = databaseTarget(options_);
   std::error_code ignored;
-  if (fs::exists(target, ignored) && fs::file_size(target, ignored) > 0) {
+  if (existsAccessibly(target) && fs::file_size(target, ignored) > 0) {
     const std::shared_ptr<Connection> existing = database_.open(target);
     if (erp::storedSchemaVersion(*existing)) {
       requireSchema(*existing, target);
@@ -148,6 +251,7 @@ InstallationReport Composition::create(bool demo) {
       throw ProgramError(ExitCode::BadInput, target + ": this is a database of another program",
                          "Nothing was changed. Name another file with --db FILE.");
   }
+  SqliteDatabase::reserve(target, users == DatabaseUsers::Group ? FileSharing::Group : FileSharing::Owner);
   const std::shared_ptr<Connection> connection = database_.create(target);
   WorkUnit unit(*connection);
   erp::createSchema(*connection);

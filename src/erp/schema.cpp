@@ -60,8 +60,18 @@ Sql primaryKey(const SchemaTable& table) {
   return statement;
 }
 
-Sql createTable(const SchemaTable& table) {
-  Sql statement = sql("CREATE TABLE "_sql, name(table.name), " ("_sql);
+/// An index by date has the expression by which the statements sort.
+Sql indexTerm(const SchemaIndex& index, std::size_t column) {
+  const bool last = column + 1 == index.columns.size() || index.columns[column + 1].empty();
+  if (index.kind == IndexKind::ByDate && last)
+    return sql("Convert(DateTime, "_sql, name(index.columns[column]), ", 104)"_sql);
+  return sql(name(index.columns[column]));
+}
+
+} // namespace
+
+Sql createTable(const SchemaTable& table, std::string_view tableName) {
+  Sql statement = sql("CREATE TABLE "_sql, name(tableName), " ("_sql);
   bool first = true;
   for (const SchemaColumn& column : table.columns) {
     statement.append(separator(first)).append(sql(name(column.name))).append(typeOf(column.type));
@@ -69,14 +79,6 @@ Sql createTable(const SchemaTable& table) {
     if (column.key) statement.append(sql(" NOT NULL"_sql));
   }
   return statement.append(primaryKey(table)).append(sql(")"_sql));
-}
-
-/// An index by date has the expression by which the statements sort.
-Sql indexTerm(const SchemaIndex& index, std::size_t column) {
-  const bool last = column + 1 == index.columns.size() || index.columns[column + 1].empty();
-  if (index.kind == IndexKind::ByDate && last)
-    return sql("Convert(DateTime, "_sql, name(index.columns[column]), ", 104)"_sql);
-  return sql(name(index.columns[column]));
 }
 
 Sql createIndex(const SchemaTable& table, const SchemaIndex& index) {
@@ -92,8 +94,6 @@ Sql createIndex(const SchemaTable& table, const SchemaIndex& index) {
   return statement;
 }
 
-} // namespace
-
 std::vector<SchemaTable> schemaTables() {
   std::vector<SchemaTable> all;
   for (const auto group : {stagingTables(), customerTables(), orderTables(), componentTables()})
@@ -103,7 +103,7 @@ std::vector<SchemaTable> schemaTables() {
 
 void createSchema(Connection& connection) {
   for (const SchemaTable& table : schemaTables()) {
-    connection.execute(createTable(table));
+    connection.execute(createTable(table, table.name));
     for (const SchemaIndex& index : table.indexes) connection.execute(createIndex(table, index));
   }
   connection.insert("Schemastand",

@@ -6,6 +6,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace qx::erp {
@@ -19,6 +20,10 @@ inline constexpr std::string_view domesticTaxMark = "IN";
 /// All tables, each once, in the order in which they are created. The descriptions live as long as the
 /// program.
 std::vector<SchemaTable> schemaTables();
+
+/// The statement that creates a table under this name, and the one that creates one of its indexes.
+Sql createTable(const SchemaTable& table, std::string_view tableName);
+Sql createIndex(const SchemaTable& table, const SchemaIndex& index);
 
 /// Creates all tables and indexes and stores the version. Call it inside a unit of work: a failure, such as
 /// an existing table, raises `StatementError` and leaves what was created before it.

@@ -2,6 +2,7 @@
 
 #include "adapters/sqlite/connection_state.h"
 #include "adapters/sqlite/sqlite_bulk_staging.h"
+#include "adapters/sqlite/sqlite_maintenance.h"
 #include "adapters/sqlite/sqlite_recordset.h"
 #include "adapters/sqlite/upsert.h"
 
@@ -81,6 +82,10 @@ void SqliteConnection::put(std::string_view table, std::span<const ColumnValue> 
 
 std::unique_ptr<BulkStaging> SqliteConnection::bulkStaging() {
   return std::make_unique<sqlite::SqliteBulkStaging>(*this);
+}
+
+std::unique_ptr<Maintenance> SqliteConnection::maintenance() {
+  return std::make_unique<sqlite::SqliteMaintenance>(*this, state_->database());
 }
 
 std::vector<std::string> SqliteConnection::tableNames() {

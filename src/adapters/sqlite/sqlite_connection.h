@@ -32,6 +32,7 @@ public:
   std::int64_t execute(const Sql& statement) override;
   void put(std::string_view table, std::span<const ColumnValue> row, std::size_t keys) override;
   std::unique_ptr<BulkStaging> bulkStaging() override;
+  std::unique_ptr<Maintenance> maintenance() override;
   std::vector<std::string> tableNames() override;
   std::string_view rowKey() const override;
   std::unique_ptr<Recordset> open(const Sql& statement) override;
