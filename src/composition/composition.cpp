@@ -197,7 +197,7 @@ UpgradeReport Composition::upgrade() {
     const auto stored = erp::storedSchemaVersion(*connection);
     return stored ? earlierVersion(*stored) : std::nullopt;
   };
-  const UpgradeReport nothing{erp::schemaVersion, erp::schemaVersion, {}, {}};
+  UpgradeReport nothing{erp::schemaVersion, erp::schemaVersion, {}, {}};
   if (!from()) {
     requireSchema(*connection, target);
     return nothing;

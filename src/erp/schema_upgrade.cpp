@@ -10,8 +10,8 @@ namespace qx::erp {
 namespace {
 
 bool defines(const SchemaTable& table, ColumnName column) {
-  return std::ranges::any_of(
-      table.columns, [&](const SchemaColumn& defined) { return ColumnName(defined.name) == column; });
+  return std::ranges::any_of(table.columns,
+                             [&](const SchemaColumn& defined) { return ColumnName(defined.name) == column; });
 }
 
 /// The columns of the definition that the stored table lacks.
@@ -70,9 +70,9 @@ void SchemaUpgrade::perform(const Step& step) {
   const SchemaTable& table = step.table;
   if (step.change.created) connection_.execute(createTable(table, table.name));
   if (step.change.redefined)
-    maintenance_.redefine(table.name,
-                          [&](std::string_view interim) { return createTable(table, interim); });
-  for (const SchemaIndex& index : step.replaced) connection_.execute(sql("DROP INDEX "_sql, name(index.name)));
+    maintenance_.redefine(table.name, [&](std::string_view interim) { return createTable(table, interim); });
+  for (const SchemaIndex& index : step.replaced)
+    connection_.execute(sql("DROP INDEX "_sql, name(index.name)));
   for (const SchemaIndex& index : step.created) connection_.execute(createIndex(table, index));
 }
 

@@ -16,16 +16,16 @@ public:
   using std::runtime_error::runtime_error;
 };
 
-/// The difference between the stored tables and `schemaTables()`, and the way to remove it. Every row stays, new
-/// columns get their defaults, and what is right already is not touched, nor are tables, indexes, triggers and
-/// views of others.
+/// The difference between the stored tables and `schemaTables()`, and the way to remove it. Every row stays,
+/// new columns get their defaults, and what is right already is not touched, nor are tables, indexes,
+/// triggers and views of others.
 class SchemaUpgrade {
 public:
   /// Compares only. Raises `SchemaConflict` when a table has a column that this version does not know.
   SchemaUpgrade(Connection& connection, Maintenance& maintenance);
 
-  /// Changes the tables, stores the version and marks the database. Call it inside the unit of work in which the
-  /// object was made. Returns the tables that were changed.
+  /// Changes the tables, stores the version and marks the database. Call it inside the unit of work in which
+  /// the object was made. Returns the tables that were changed.
   std::vector<TableChange> perform();
 
 private:

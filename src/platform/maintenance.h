@@ -42,10 +42,10 @@ public:
   Maintenance& operator=(const Maintenance&) = delete;
   virtual ~Maintenance() = default;
 
-  /// Copies the whole database as it is at one moment; other programs go on reading and writing. Works inside a
-  /// unit of the connection that has not yet written anything. The file is readable by its owner only, and
-  /// has its name only when it is complete. Raises `BackupRefused`, `StoreError` or `std::system_error`, which
-  /// name the file.
+  /// Copies the whole database as it is at one moment; other programs go on reading and writing. Works inside
+  /// a unit of the connection that has not yet written anything. The file is readable by its owner only, and
+  /// has its name only when it is complete. Raises `BackupRefused`, `StoreError` or `std::system_error`,
+  /// which name the file.
   virtual void copyTo(const std::filesystem::path& file, ExistingFile existing) = 0;
 
   /// Whether the database carries the mark of another program than this one.
@@ -58,8 +58,7 @@ public:
   /// Gives a table the definition that `create` states for the name it is called with. Rows, their order and
   /// row keys stay; columns that are new have their defaults. All columns of the table must be in the new
   /// definition. Indexes and triggers are created again as they were. Call it inside a unit of work.
-  virtual void redefine(std::string_view table,
-                        const std::function<Sql(std::string_view name)>& create) = 0;
+  virtual void redefine(std::string_view table, const std::function<Sql(std::string_view name)>& create) = 0;
 };
 
 } // namespace qx

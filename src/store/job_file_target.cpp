@@ -1,5 +1,6 @@
 #include "store/job_file_target.h"
 
+#include "platform/same_file.h"
 #include "rules/code_tables.h"
 #include "store/job_file_line.h"
 
@@ -45,15 +46,6 @@ fs::path freeBackup(const fs::path& target) {
   for (int number = 2; fs::exists(fs::symlink_status(name)); ++number)
     name = ending(".bak" + std::to_string(number));
   return name;
-}
-
-/// Existing files are compared by device and inode; a journal may not exist yet.
-bool isSameFile(const fs::path& target, const fs::path& other) {
-  std::error_code absent;
-  if (fs::equivalent(target, other, absent)) return true;
-  const fs::path folder = target.parent_path().empty() ? "." : target.parent_path();
-  const fs::path otherFolder = other.parent_path().empty() ? "." : other.parent_path();
-  return target.filename() == other.filename() && fs::equivalent(folder, otherFolder, absent);
 }
 
 } // namespace

@@ -59,12 +59,12 @@ protected:
   static std::map<std::string, std::string> contentOf(const std::string& file,
                                                       const std::string& columnsAsIn) {
     std::map<std::string, std::string> content;
-    std::istringstream tables(rowsOf(
-        columnsAsIn, "Select name From sqlite_master Where type = 'table' And name <> 'Schemastand'"));
+    std::istringstream tables(
+        rowsOf(columnsAsIn, "Select name From sqlite_master Where type = 'table' And name <> 'Schemastand'"));
     for (std::string table; std::getline(tables, table);) {
       table.pop_back();
-      const std::string columns =
-          rowsOf(columnsAsIn, "Select group_concat('\"' || name || '\"') From pragma_table_info('" + table + "')");
+      const std::string columns = rowsOf(
+          columnsAsIn, "Select group_concat('\"' || name || '\"') From pragma_table_info('" + table + "')");
       content[table] = rowsOf(file, "Select rowid, " + columns.substr(0, columns.size() - 2) + " From \"" +
                                         table + "\" Order By rowid");
     }
@@ -127,24 +127,26 @@ TEST_F(Maintained, DatabasesOfEarlierProgramsAreUpgradedWithEveryRow) {
 
 TEST_F(Maintained, AnUpgradeSaysWhatItChangedAndLeavesWhatOthersAdded) {
   const std::string file = earlier(2);
-  const std::string others = R"(index|Mein_Index|Auftragspos|CREATE INDEX Mein_Index ON Auftragspos (Zeilentyp)|
+  const std::string others =
+      R"(index|Mein_Index|Auftragspos|CREATE INDEX Mein_Index ON Auftragspos (Zeilentyp)|
 trigger|Mein_Trigger|Auftragspos|CREATE TRIGGER Mein_Trigger AFTER INSERT ON Auftragspos BEGIN DELETE FROM Mein; END|
 table|Mein|Mein|CREATE TABLE Mein (A)|
 view|Meine_Sicht|Meine_Sicht|CREATE VIEW Meine_Sicht AS SELECT * FROM Auftragspos|
 )";
-  onFile(file, "CREATE INDEX Mein_Index ON Auftragspos (Zeilentyp); CREATE TABLE Mein (A); INSERT INTO Mein VALUES "
-               "(1); CREATE VIEW Meine_Sicht AS SELECT * FROM Auftragspos; CREATE TRIGGER Mein_Trigger AFTER "
-               "INSERT ON Auftragspos BEGIN DELETE FROM Mein; END; DROP INDEX Kundenstamm_Name; CREATE INDEX "
-               "Kundenstamm_Name ON Kundenstamm (Ort)");
+  onFile(file,
+         "CREATE INDEX Mein_Index ON Auftragspos (Zeilentyp); CREATE TABLE Mein (A); INSERT INTO Mein VALUES "
+         "(1); CREATE VIEW Meine_Sicht AS SELECT * FROM Auftragspos; CREATE TRIGGER Mein_Trigger AFTER "
+         "INSERT ON Auftragspos BEGIN DELETE FROM Mein; END; DROP INDEX Kundenstamm_Name; CREATE INDEX "
+         "Kundenstamm_Name ON Kundenstamm (Ort)");
   const ProgramResult result = runPlain({"--db", file, "upgrade"});
   EXPECT_EQ(result.status, 0) << result.messages;
   const auto until = result.output.find("As it was before: ");
-  EXPECT_EQ(result.output.substr(0, until),
-            "The database was upgraded from version 2 to version 3.\n"
-            "  Kundenstamm: columns unchanged; index Kundenstamm_Name\n"
-            "  Auftragspos: columns defined anew; added ÄndUser\n");
-  EXPECT_EQ(rowsOf(file, "Select type, name, tbl_name, sql From sqlite_master Where name Like 'Mein%' Order By "
-                         "tbl_name, type"),
+  EXPECT_EQ(result.output.substr(0, until), "The database was upgraded from version 2 to version 3.\n"
+                                            "  Kundenstamm: columns unchanged; index Kundenstamm_Name\n"
+                                            "  Auftragspos: columns defined anew; added ÄndUser\n");
+  EXPECT_EQ(rowsOf(file,
+                   "Select type, name, tbl_name, sql From sqlite_master Where name Like 'Mein%' Order By "
+                   "tbl_name, type"),
             others);
   EXPECT_EQ(rowsOf(file, "Select A From Mein"), "1|\n") << "no trigger ran";
 }
@@ -200,10 +202,12 @@ TEST_F(Maintained, AnUpgradeThatFailsLeavesTheDatabaseToTheNextOne) {
   onFile(file, "CREATE TABLE neu_Auftragspos (A)");
   const ProgramResult result = runPlain({"--db", file, "upgrade"});
   EXPECT_EQ(result.status, 4);
-  EXPECT_EQ(result.messages.rfind("qximportjob: the upgrade failed: table \"neu_Auftragspos\" already exists\n"
-                                  "The database is as it was. Its backup " + file + ".version1-",
-                                  0),
-            0U)
+  EXPECT_EQ(
+      result.messages.rfind("qximportjob: the upgrade failed: table \"neu_Auftragspos\" already exists\n"
+                            "The database is as it was. Its backup " +
+                                file + ".version1-",
+                            0),
+      0U)
       << result.messages;
   onFile(file, "DROP TABLE neu_Auftragspos");
   EXPECT_EQ(schemaOf(file), before);
@@ -260,8 +264,7 @@ TEST_F(Maintained, ABackupIsItsOwnersAndReplacesOnlyWhatItMay) {
     EXPECT_EQ(run({"backup", own, "--replace"}).status, 2) << own;
   const ProgramResult nowhere = run({"backup", path("fehlt/sicher.db")});
   EXPECT_EQ(nowhere.status, 4);
-  EXPECT_EQ(nowhere.messages,
-            "qximportjob: " + path("fehlt/sicher.db") + ": No such file or directory\n");
+  EXPECT_EQ(nowhere.messages, "qximportjob: " + path("fehlt/sicher.db") + ": No such file or directory\n");
   {
     const FullDisk full(100000);
     EXPECT_EQ(run({"backup", path("ziel/halb.db")}).status, 4);

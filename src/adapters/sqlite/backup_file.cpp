@@ -1,5 +1,7 @@
 #include "adapters/sqlite/backup_file.h"
 
+#include "platform/same_file.h"
+
 #include <cerrno>
 #include <cstdlib>
 #include <fcntl.h>
@@ -17,13 +19,6 @@ namespace fs = std::filesystem;
 }
 
 fs::path folderOf(const fs::path& file) { return file.has_parent_path() ? file.parent_path() : "."; }
-
-/// Existing files are compared by device and inode; a journal may not exist yet.
-bool isSame(const fs::path& file, const fs::path& other) {
-  std::error_code absent;
-  if (fs::equivalent(file, other, absent)) return true;
-  return file.filename() == other.filename() && fs::equivalent(folderOf(file), folderOf(other), absent);
-}
 
 [[noreturn]] void refuseExisting(const fs::path& target) {
   throw BackupRefused(target.string() + ": the file exists already");
@@ -49,10 +44,12 @@ void synchronize(const fs::path& folder) {
 
 } // namespace
 
-BackupFile::BackupFile(const fs::path& target, ExistingFile existing, const std::vector<fs::path>& untouchable)
+BackupFile::BackupFile(const fs::path& target, ExistingFile existing,
+                       const std::vector<fs::path>& untouchable)
     : target_(target), existing_(existing) {
   for (const fs::path& file : untouchable)
-    if (isSame(target, file)) throw BackupRefused(target.string() + ": this is a file of the database itself");
+    if (isSameFile(target, file))
+      throw BackupRefused(target.string() + ": this is a file of the database itself");
   std::error_code failure;
   const fs::file_status status = fs::symlink_status(target, failure);
   if (fs::exists(status)) {

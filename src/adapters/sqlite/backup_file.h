@@ -12,8 +12,8 @@ namespace qx::sqlite {
 /// end. Without `finish` the destructor leaves nothing behind.
 class BackupFile {
 public:
-  /// Raises `BackupRefused` when the target is one of the `untouchable` files, under whatever name, is no plain
-  /// file, or exists and must not be replaced; `std::system_error` when it cannot be created.
+  /// Raises `BackupRefused` when the target is one of the `untouchable` files, under whatever name, is no
+  /// plain file, or exists and must not be replaced; `std::system_error` when it cannot be created.
   BackupFile(const std::filesystem::path& target, ExistingFile existing,
              const std::vector<std::filesystem::path>& untouchable);
   BackupFile(const BackupFile&) = delete;

@@ -83,9 +83,8 @@ void SqliteMaintenance::redefine(std::string_view table,
                                  const std::function<Sql(std::string_view name)>& create) {
   const std::string interim = "neu_" + std::string(table);
   std::vector<std::string> attached;
-  const auto rows =
-      connection_.open(sql("SELECT sql FROM sqlite_master WHERE tbl_name = '"_sql, value(table),
-                           "' AND type IN ('index', 'trigger') AND sql IS NOT NULL"_sql));
+  const auto rows = connection_.open(sql("SELECT sql FROM sqlite_master WHERE tbl_name = '"_sql, value(table),
+                                         "' AND type IN ('index', 'trigger') AND sql IS NOT NULL"_sql));
   for (; !rows->eof(); rows->moveNext()) attached.push_back(rows->text("sql"));
   const std::string columns = columnsOf(connection_, table);
 
