@@ -1,5 +1,6 @@
 #include "cli/command_line.h"
 
+#include "cli/backup_command.h"
 #include "cli/check_command.h"
 #include "cli/delete_command.h"
 #include "cli/explain_command.h"
@@ -13,6 +14,7 @@
 #include "cli/settings_command.h"
 #include "cli/show_command.h"
 #include "cli/stage_command.h"
+#include "cli/upgrade_command.h"
 #include "cli/view_command.h"
 #include "program/common_options.h"
 
@@ -38,11 +40,13 @@ public:
     declareRunCommands();
     declareJobFiles();
     declareSettings();
+    declareMaintenance();
     verb(app_, "view", "Open the window", view_)
         ->add_option("FILE", view_->arguments.file, "Job file to import once it is open");
   }
 
   Invocation parse(int count, const char* const* arguments) {
+    requireDatabaseName(count, arguments);
     Invocation invocation;
     try {
       app_.parse(count, arguments);
@@ -79,8 +83,9 @@ private:
 
   void declareJobCommands() {
     InitCommand* init = nullptr;
-    verb(app_, "init", "Create the database", init)
-        ->add_flag("--demo", init->demo, "Fill it with a demo company and its jobs");
+    CLI::App* initVerb = verb(app_, "init", "Create the database", init);
+    initVerb->add_flag("--demo", init->demo, "Fill it with a demo company and its jobs");
+    initVerb->add_flag("--shared", init->shared, "Let the group of its owner use it, not the owner alone");
 
     StageCommand* stage = nullptr;
     CLI::App* stageVerb = verb(app_, "stage", "Stage jobs from a JSON file", stage);
@@ -167,14 +172,15 @@ private:
     ScrambleCommand* scramble = nullptr;
     CLI::App* scrambleVerb =
         verb(app_, "scramble", "Scramble a job file with the code tables of this installation", scramble);
-    scrambleVerb->add_option("FILE", scramble->file, "Plain job file")->required();
-    scrambleVerb->add_option("OUT", scramble->target, "File to write")->required();
+    scrambleVerb->add_option("FILE", scramble->file, "Plain job file, - for standard input")->required();
+    scrambleVerb->add_option("OUT", scramble->target, "File to write, - for standard output")->required();
 
     UnscrambleCommand* unscramble = nullptr;
     CLI::App* unscrambleVerb =
         verb(app_, "unscramble", "Turn a scrambled job file into a plain one", unscramble);
-    unscrambleVerb->add_option("FILE", unscramble->file, "Scrambled job file")->required();
-    unscrambleVerb->add_option("OUT", unscramble->target, "File to write")->required();
+    unscrambleVerb->add_option("FILE", unscramble->file, "Scrambled job file, - for standard input")
+        ->required();
+    unscrambleVerb->add_option("OUT", unscramble->target, "File to write, - for standard output")->required();
   }
 
   void declareSettings() {
@@ -195,6 +201,16 @@ private:
     setVerb->add_option("KEY", set->key, "Key")->required();
     setVerb->add_option("VALUE", set->value, "New value, may be empty")->required();
     setVerb->add_flag("--local", set->local, "Into the user's own store");
+  }
+
+  void declareMaintenance() {
+    BackupCommand* backup = nullptr;
+    CLI::App* backupVerb = verb(app_, "backup", "Copy the database to a file", backup);
+    backupVerb->add_option("FILE", backup->file, "File to write, which must not exist")->required();
+    backupVerb->add_flag("--replace", backup->replace, "Replace the file when it exists");
+
+    UpgradeCommand* upgrade = nullptr;
+    verb(app_, "upgrade", "Bring the database of an earlier program to the version of this one", upgrade);
   }
 
   CLI::App app_;

@@ -5,7 +5,8 @@
 namespace qx::cli {
 
 ExitCode InitCommand::run(Installation& installation, const Output& output) {
-  const InstallationReport report = installation.create(demo);
+  const InstallationReport report =
+      installation.create(demo, shared ? DatabaseUsers::Group : DatabaseUsers::Owner);
   if (output.json) {
     JsonWriter json(output.result);
     json.beginObject();

@@ -7,7 +7,10 @@
 #include "store/job_file_import.h"
 #include "store/job_file_scrambling.h"
 
+#include <filesystem>
+#include <memory>
 #include <optional>
+#include <string>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -34,12 +37,49 @@ void refuseInput(const JobFileReport& report, const std::string& file, const std
   if (report.end == JobFileEnd::NoFile) throw ProgramError(ExitCode::BadInput, report.failure);
 }
 
+/// What a job file is read from. Standard input and pipes are copied, as it is read more than once.
+class JobFileSource {
+public:
+  explicit JobFileSource(const std::string& file)
+      : name_(file == "-" ? "standard input" : file), path_(file) {
+    std::error_code unknown;
+    if (file == "-")
+      copy_ = std::make_unique<PipeCopy>();
+    else if (std::filesystem::is_fifo(file, unknown))
+      copy_ = std::make_unique<PipeCopy>(file);
+    if (copy_) path_ = copy_->path();
+  }
+
+  const std::string& name() const { return name_; }
+  const std::string& path() const { return path_; }
+
+private:
+  std::string name_;
+  std::string path_;
+  std::unique_ptr<PipeCopy> copy_;
+};
+
+/// Null for a file of that name.
+std::optional<OpenFile> standardOutputFor(const std::string& file, const Output& output) {
+  if (!isStandardOutput(file)) return std::nullopt;
+  if (output.json)
+    throw ProgramError(ExitCode::BadInput,
+                       "the job file and the JSON document would both go to standard output",
+                       "Omit --json, or name a file.");
+  return OpenFile{STDOUT_FILENO, "standard output"};
+}
+
 ExitCode change(const CommandContext& context, const std::string& file, const std::string& target,
                 Scrambling scrambling) {
+  const auto standardOutput = standardOutputFor(target, context.output);
+  const JobFileSource source(file);
   JobFileProgress progress(context.output, scrambling == Scrambling::Scramble ? "scramble" : "unscramble");
-  const JobFileReport report = scrambleJobFile(context.environment, file, target, scrambling, &progress);
+  const JobFileReport report =
+      standardOutput
+          ? scrambleJobFile(context.environment, source.path(), *standardOutput, scrambling, &progress)
+          : scrambleJobFile(context.environment, source.path(), target, scrambling, &progress);
   progress.end();
-  refuseInput(report, file,
+  refuseInput(report, source.name(),
               scrambling == Scrambling::Scramble
                   ? "Only a plain job file can be scrambled."
                   : "Only a job file scrambled with the code tables of this installation can be "
@@ -48,7 +88,8 @@ ExitCode change(const CommandContext& context, const std::string& file, const st
   if (context.output.json)
     JsonWriter(context.output.result).beginObject().key("lines").number(report.lines).endObject().finish();
   else
-    context.output.result << report.lines << " lines written to " << target << '\n';
+    (standardOutput ? context.output.messages : context.output.result)
+        << report.lines << " lines written to " << (standardOutput ? standardOutput->name : target) << '\n';
   return ExitCode::Success;
 }
 
@@ -57,12 +98,11 @@ ExitCode change(const CommandContext& context, const std::string& file, const st
 ExitCode ImportCommand::work(const CommandContext& context) {
   ImportPrinter printer(context.output);
   BusyNotice wait(context.output.messages);
-  std::optional<StandardInputCopy> input;
-  if (file == "-") input.emplace();
+  const JobFileSource source(file);
   const JobFileReport report =
-      importJobFile(context.environment, input ? input->path() : file, versionOf(version1), &printer, &wait);
+      importJobFile(context.environment, source.path(), versionOf(version1), &printer, &wait);
   printer.end();
-  refuseInput(report, input ? "standard input" : file,
+  refuseInput(report, source.name(),
               version1 ? "A job file of version 2 is read without --version1."
                        : "A job file of version 1 is read with --version1; a scrambled one needs the code "
                          "tables of its sender.");
@@ -77,17 +117,11 @@ ExitCode ImportCommand::work(const CommandContext& context) {
 }
 
 ExitCode ExportCommand::work(const CommandContext& context) {
-  const bool toStandardOutput = isStandardOutput(file);
-  if (toStandardOutput && context.output.json)
-    throw ProgramError(ExitCode::BadInput,
-                       "the job file and the JSON document would both go to standard output",
-                       "Omit --json, or name a file.");
-  const std::string name = toStandardOutput ? "standard output" : file;
+  const auto standardOutput = standardOutputFor(file, context.output);
   ExportProgress progress(context.output);
   const JobFileReport report =
-      toStandardOutput
-          ? exportJobFile(context.environment, OpenFile{STDOUT_FILENO, name}, versionOf(version1), &progress)
-          : exportJobFile(context.environment, file, versionOf(version1), &progress);
+      standardOutput ? exportJobFile(context.environment, *standardOutput, versionOf(version1), &progress)
+                     : exportJobFile(context.environment, file, versionOf(version1), &progress);
   progress.end();
   refuseInput(report, file, {});
   if (report.end != JobFileEnd::Complete)
@@ -105,13 +139,13 @@ ExitCode ExportCommand::work(const CommandContext& context) {
     json.endArray().endObject().finish();
     return ExitCode::Success;
   }
-  std::ostream& told = toStandardOutput ? context.output.messages : context.output.result;
+  std::ostream& told = standardOutput ? context.output.messages : context.output.result;
   for (const std::string& jobId : progress.unreadableJobs())
     told << "cannot be read back unchanged: " << jobId << '\n';
   if (report.counts.unreadable > 0)
     told << report.counts.unreadable << " lines cannot be read back unchanged\n";
-  told << report.counts.jobs << " jobs and " << report.counts.positions << " positions written to " << name
-       << ", " << report.counts.skipped << " skipped\n";
+  told << report.counts.jobs << " jobs and " << report.counts.positions << " positions written to "
+       << (standardOutput ? standardOutput->name : file) << ", " << report.counts.skipped << " skipped\n";
   return ExitCode::Success;
 }
 

@@ -33,7 +33,7 @@ void writeAll(int file, const char* data, std::size_t size) {
   while (size > 0) {
     const ssize_t count = write(file, data, size);
     if (count < 0 && errno == EINTR) continue;
-    if (count <= 0) raise(ExitCode::Failure, "temporary file for standard input");
+    if (count <= 0) raise(ExitCode::Failure, "temporary file for the input");
     data += count;
     size -= static_cast<std::size_t>(count);
   }
@@ -46,14 +46,14 @@ int temporaryFile() {
   if (error) folder = "/tmp";
   std::string name = (folder / "qximportjob-XXXXXX").string();
   const int file = mkostemp(name.data(), O_CLOEXEC);
-  if (file < 0) raise(ExitCode::Failure, "temporary file for standard input");
+  if (file < 0) raise(ExitCode::Failure, "temporary file for the input");
   unlink(name.c_str());
   return file;
 }
 
-int copyOfStandardInput(std::vector<char>& buffer, const std::string& name) {
+int copyOf(int input, std::vector<char>& buffer, const std::string& name) {
   const int file = temporaryFile();
-  while (const std::size_t count = readSome(STDIN_FILENO, buffer, name)) writeAll(file, buffer.data(), count);
+  while (const std::size_t count = readSome(input, buffer, name)) writeAll(file, buffer.data(), count);
   if (lseek(file, 0, SEEK_SET) != 0) raise(ExitCode::Failure, name);
   return file;
 }
@@ -63,7 +63,7 @@ int copyOfStandardInput(std::vector<char>& buffer, const std::string& name) {
 TextFile::TextFile(std::string_view fileName)
     : TextSource(std::string(fileName == "-" ? standardInput : fileName)), buffer_(bufferSize) {
   if (fileName == "-")
-    file_ = copyOfStandardInput(buffer_, name());
+    file_ = copyOf(STDIN_FILENO, buffer_, name());
   else
     file_ = ::open(name().c_str(), O_RDONLY | O_CLOEXEC);
   if (file_ < 0) raise(ExitCode::BadInput, name());
@@ -77,12 +77,25 @@ TextFile::TextFile(std::string_view fileName)
 
 TextFile::~TextFile() { close(file_); }
 
-StandardInputCopy::StandardInputCopy() {
+PipeCopy::PipeCopy() {
   std::vector<char> buffer(bufferSize);
-  file_ = copyOfStandardInput(buffer, std::string(standardInput));
+  file_ = copyOf(STDIN_FILENO, buffer, std::string(standardInput));
 }
 
-StandardInputCopy::~StandardInputCopy() { close(file_); }
+PipeCopy::PipeCopy(const std::string& pipe) {
+  std::vector<char> buffer(bufferSize);
+  const int input = ::open(pipe.c_str(), O_RDONLY | O_CLOEXEC);
+  if (input < 0) raise(ExitCode::BadInput, pipe);
+  try {
+    file_ = copyOf(input, buffer, pipe);
+  } catch (...) {
+    close(input);
+    throw;
+  }
+  close(input);
+}
+
+PipeCopy::~PipeCopy() { close(file_); }
 
 std::string_view TextFile::more() { return {buffer_.data(), readSome(file_, buffer_, name())}; }
 

@@ -68,14 +68,16 @@ private:
   std::vector<char> buffer_;
 };
 
-/// Standard input, copied up to its end to a file without a name: for readers that go through a file more
-/// than once. Raises `ProgramError` when it cannot be read.
-class StandardInputCopy {
+/// Standard input or a pipe, copied up to its end to a file without a name: for readers that go through a
+/// file more than once. Raises `ProgramError` when it cannot be read.
+class PipeCopy {
 public:
-  StandardInputCopy();
-  StandardInputCopy(const StandardInputCopy&) = delete;
-  StandardInputCopy& operator=(const StandardInputCopy&) = delete;
-  ~StandardInputCopy();
+  /// Of standard input.
+  PipeCopy();
+  explicit PipeCopy(const std::string& pipe);
+  PipeCopy(const PipeCopy&) = delete;
+  PipeCopy& operator=(const PipeCopy&) = delete;
+  ~PipeCopy();
 
   /// The name by which the file can be opened as long as the copy exists.
   std::string path() const { return "/dev/fd/" + std::to_string(file_); }

@@ -5,11 +5,14 @@
 #include "erp/demo_data.h"
 #include "erp/demo_jobs.h"
 #include "erp/schema.h"
+#include "erp/schema_upgrade.h"
 #include "program/program_error.h"
 
 #include <cstdlib>
+#include <exception>
 #include <filesystem>
 #include <fstream>
+#include <new>
 #include <pwd.h>
 #include <unistd.h>
 #include <utility>
@@ -43,7 +46,12 @@ std::optional<fs::path> dataFolder() {
 
 std::string targetText(const ProgramOptions& options) {
   if (!options.database.empty()) return options.database;
-  if (std::string target = variable("QXIMPORTJOB_DB"); !target.empty()) return target;
+  if (const char* const target = std::getenv("QXIMPORTJOB_DB")) {
+    if (*target == '\0')
+      throw ProgramError(ExitCode::BadInput, "the variable QXIMPORTJOB_DB is empty",
+                         "Give it the name of a database, or unset it.");
+    return target;
+  }
   const auto folder = dataFolder();
   if (!folder)
     throw ProgramError(ExitCode::Failure, "there is no home folder for the database",
@@ -64,6 +72,13 @@ std::string shellWord(const std::string& text) {
   std::string word = "'";
   for (const char c : text) word += c == '\'' ? std::string("'\\''") : std::string(1, c);
   return word + "'";
+}
+
+/// Null for the version of the program, a later one, and a text that is no version.
+std::optional<int> earlierVersion(const std::string& stored) {
+  for (int version = 1; version < erp::schemaVersion; ++version)
+    if (stored == std::to_string(version)) return version;
+  return std::nullopt;
 }
 
 /// An existing file belongs to the user.
@@ -99,19 +114,25 @@ void Composition::offerLookups(std::function<std::unique_ptr<Auskunft>()> factor
 
 DatabaseTarget Composition::target() const { return drivers_.find(targetText(options_)); }
 
-std::string Composition::initLine() const {
+std::string Composition::callOf(std::string_view verb) const {
   const std::string option = options_.database.empty() ? "" : "--db " + shellWord(target().displayed) + " ";
-  return "Create it with: qximportjob " + option + "init";
+  return "qximportjob " + option + std::string(verb);
 }
+
+std::string Composition::initLine() const { return "Create it with: " + callOf("init"); }
 
 std::string Composition::schemaVersion() { return std::to_string(erp::schemaVersion); }
 
-Environment& Composition::open() {
-  const DatabaseTarget target = this->target();
+std::shared_ptr<Connection> Composition::openExisting(const DatabaseTarget& target) const {
   if (!target.database.exists(target.connectionString))
     throw ProgramError(ExitCode::Failure, target.displayed + ": there is no such database", initLine())
         .of(ErrorCause::NoDatabase);
-  const std::shared_ptr<Connection> connection = target.database.open(target.connectionString);
+  return target.database.open(target.connectionString);
+}
+
+Environment& Composition::open() {
+  const DatabaseTarget target = this->target();
+  const std::shared_ptr<Connection> connection = openExisting(target);
   requireSchema(*connection, target.displayed);
   connect(connection, target);
   return *environment_;
@@ -123,11 +144,80 @@ void Composition::requireSchema(Connection& connection, const std::string& targe
     throw ProgramError(ExitCode::Failure, target + ": the database does not hold the tables of this program",
                        connection.tableNames().empty() ? initLine()
                                                        : "Name the database of this program with --db FILE.");
-  if (*version != schemaVersion())
-    throw ProgramError(ExitCode::Failure,
-                       target + ": the database has version " + *version +
-                           ", this program works with version " + schemaVersion(),
-                       "Use the program of that version, or another database with --db.");
+  if (*version == schemaVersion()) return;
+  const std::string difference = target + ": the database has version " + *version +
+                                 ", this program works with version " + schemaVersion();
+  if (earlierVersion(*version))
+    throw ProgramError(ExitCode::Failure, difference,
+                       "Upgrade it, after a backup, with: " + callOf("upgrade"))
+        .of(ErrorCause::OlderDatabase);
+  throw ProgramError(ExitCode::Failure, difference,
+                     "Use the program of that version, or another database with --db.");
+}
+
+/// A lock of another machine says nothing: that machine cannot have this file open.
+void Composition::refuseWhileProcessed(Connection& connection) {
+  const auto lock = connection.open(sql("Select * From LockControl"_sql));
+  for (; !lock->eof(); lock->moveNext())
+    if (identity_.isAlive(lock->text("SessionID")) == true)
+      throw ProgramError(ExitCode::Refused, "the import is locked by " + lock->text("Benutzer"),
+                         "Nothing was changed. Try again when that program has ended.");
+}
+
+fs::path Composition::backUp(Maintenance& maintenance, const DatabaseTarget& target, int version) {
+  const std::string name =
+      target.connectionString + ".version" + std::to_string(version) + "-" + timeStamp(clock_.now());
+  fs::path file = name + ".bak";
+  std::error_code ignored;
+  for (int number = 2; fs::exists(fs::symlink_status(file, ignored)); ++number)
+    file = name + "-" + std::to_string(number) + ".bak";
+  maintenance.copyTo(file, ExistingFile::Refuse);
+  return file;
+}
+
+UpgradeReport Composition::upgrade() {
+  const DatabaseTarget target = this->target();
+  const std::shared_ptr<Connection> connection = openExisting(target);
+  const auto maintenance = connection->maintenance();
+  if (!maintenance)
+    throw ProgramError(ExitCode::BadInput,
+                       target.displayed + ": the tables of a server are not upgraded by this program",
+                       "Ask who administers the server.");
+  if (maintenance->markedByOther())
+    throw ProgramError(ExitCode::BadInput, target.displayed + ": this is a database of another program",
+                       "Nothing was changed. Name another file with --db FILE.");
+  const auto from = [&] {
+    const auto stored = erp::storedSchemaVersion(*connection);
+    return stored ? earlierVersion(*stored) : std::nullopt;
+  };
+  UpgradeReport nothing{erp::schemaVersion, erp::schemaVersion, {}, {}};
+  if (!from()) {
+    requireSchema(*connection, target.displayed);
+    return nothing;
+  }
+  // From here to the end no other program can write; one may have upgraded meanwhile.
+  WorkUnit unit(*connection);
+  const auto version = from();
+  if (!version) return nothing;
+  refuseWhileProcessed(*connection);
+  UpgradeReport report{*version, erp::schemaVersion, {}, {}};
+  try {
+    erp::SchemaUpgrade upgrade(*connection, *maintenance);
+    report.backup = backUp(*maintenance, target, *version);
+    report.changes = upgrade.perform();
+    unit.commit();
+    return report;
+  } catch (const erp::SchemaConflict& conflict) {
+    throw ProgramError(ExitCode::Failure, target.displayed + ": " + conflict.what(),
+                       "Nothing was changed. Move what it holds to a table of its own and drop the column.");
+  } catch (const std::bad_alloc&) {
+    throw;
+  } catch (const std::exception& failure) {
+    const std::string backup =
+        report.backup.empty() ? "" : " Its backup " + report.backup.string() + " stays.";
+    throw ProgramError(ExitCode::Failure, std::string("the upgrade failed: ") + failure.what(),
+                       "The database is as it was." + backup + " Fix the cause and upgrade again.");
+  }
 }
 
 void Composition::connect(const std::shared_ptr<Connection>& connection, const DatabaseTarget& target) {
@@ -141,7 +231,7 @@ void Composition::connect(const std::shared_ptr<Connection>& connection, const D
   environment_->session->Connect("", "");
 }
 
-InstallationReport Composition::create(bool demo) {
+InstallationReport Composition::create(bool demo, DatabaseUsers users) {
   const DatabaseTarget target = this->target();
   if (target.database.exists(target.connectionString)) {
     const std::shared_ptr<Connection> existing = target.database.open(target.connectionString);
@@ -153,6 +243,8 @@ InstallationReport Composition::create(bool demo) {
       throw ProgramError(ExitCode::BadInput, target.displayed + ": this is a database of another program",
                          "Nothing was changed. Name another one with --db.");
   }
+  target.database.reserve(target.connectionString,
+                          users == DatabaseUsers::Group ? FileSharing::Group : FileSharing::Owner);
   const std::shared_ptr<Connection> connection = target.database.create(target.connectionString);
   WorkUnit unit(*connection);
   erp::createSchema(*connection);

@@ -10,6 +10,7 @@
 #include "program/installation.h"
 #include "program/program_options.h"
 
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -28,7 +29,8 @@ public:
   static std::string schemaVersion();
 
   Environment& open() override;
-  InstallationReport create(bool demo) override;
+  InstallationReport create(bool demo, DatabaseUsers users) override;
+  UpgradeReport upgrade() override;
   /// For a program with windows, once the database is open: creates the ERP's lookup windows.
   void offerLookups(std::function<std::unique_ptr<Auskunft>()> factory);
 
@@ -41,8 +43,13 @@ private:
                std::string_view value) override;
   };
 
+  /// "qximportjob --db FILE VERB", as one types it for the same database.
+  std::string callOf(std::string_view verb) const;
   std::string initLine() const;
   DatabaseTarget target() const;
+  std::shared_ptr<Connection> openExisting(const DatabaseTarget& target) const;
+  void refuseWhileProcessed(Connection& connection);
+  std::filesystem::path backUp(Maintenance& maintenance, const DatabaseTarget& target, int version);
   void connect(const std::shared_ptr<Connection>& connection, const DatabaseTarget& target);
   void requireSchema(Connection& connection, const std::string& target) const;
 

@@ -72,8 +72,18 @@ Sql primaryKey(const SchemaTable& table) {
   return statement;
 }
 
-Sql createTable(const SchemaTable& table) {
-  Sql statement = sql("CREATE TABLE "_sql, name(table.name), " ("_sql);
+/// An index by date has the expression by which the statements sort.
+Sql indexTerm(const SchemaIndex& index, std::size_t column) {
+  const bool last = column + 1 == index.columns.size() || index.columns[column + 1].empty();
+  if (index.kind == IndexKind::ByDate && last)
+    return sql("Convert(DateTime, "_sql, name(index.columns[column]), ", 104)"_sql);
+  return sql(name(index.columns[column]));
+}
+
+} // namespace
+
+Sql createTable(const SchemaTable& table, std::string_view tableName) {
+  Sql statement = sql("CREATE TABLE "_sql, name(tableName), " ("_sql);
   const bool assigned = keyIsAssigned(table);
   bool first = true;
   for (const SchemaColumn& column : table.columns) {
@@ -83,14 +93,6 @@ Sql createTable(const SchemaTable& table) {
     if (column.key) statement.append(sql(" NOT NULL"_sql));
   }
   return statement.append(primaryKey(table)).append(sql(")"_sql));
-}
-
-/// An index by date has the expression by which the statements sort.
-Sql indexTerm(const SchemaIndex& index, std::size_t column) {
-  const bool last = column + 1 == index.columns.size() || index.columns[column + 1].empty();
-  if (index.kind == IndexKind::ByDate && last)
-    return sql("Convert(DateTime, "_sql, name(index.columns[column]), ", 104)"_sql);
-  return sql(name(index.columns[column]));
 }
 
 Sql createIndex(const SchemaTable& table, const SchemaIndex& index) {
@@ -105,8 +107,6 @@ Sql createIndex(const SchemaTable& table, const SchemaIndex& index) {
     statement.append(sql(" WHERE "_sql, name(index.columns.front()), " = 1"_sql));
   return statement;
 }
-
-} // namespace
 
 std::vector<SchemaTable> schemaTables() {
   std::vector<SchemaTable> all;
@@ -124,7 +124,7 @@ std::vector<std::string_view> schemaNames() {
 
 void createSchema(Connection& connection) {
   for (const SchemaTable& table : schemaTables()) {
-    connection.execute(createTable(table));
+    connection.execute(createTable(table, table.name));
     for (const SchemaIndex& index : table.indexes) connection.execute(createIndex(table, index));
   }
   connection.insert("Schemastand",

@@ -23,6 +23,9 @@ std::vector<SchemaTable> schemaTables();
 
 /// The names of all columns, as the catalogue spells them; a name has the same spelling in every table.
 std::vector<std::string_view> schemaNames();
+/// The statement that creates a table under this name, and the one that creates one of its indexes.
+Sql createTable(const SchemaTable& table, std::string_view tableName);
+Sql createIndex(const SchemaTable& table, const SchemaIndex& index);
 
 /// Creates all tables and indexes and stores the version. Call it inside a unit of work: a failure, such as
 /// an existing table, raises `StatementError` and leaves what was created before it.

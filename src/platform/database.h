@@ -19,6 +19,7 @@
 namespace qx {
 
 class BulkStaging;
+class Maintenance;
 
 /// Takes the values of one row.
 class RowValues {
@@ -107,6 +108,9 @@ public:
   virtual void put(std::string_view table, std::span<const ColumnValue> row, std::size_t keys) = 0;
   /// The way to stage the jobs of a whole file; it must not outlive the connection.
   virtual std::unique_ptr<BulkStaging> bulkStaging() = 0;
+  /// The way to back up and upgrade the database; it must not outlive the connection. Null for a server,
+  /// whose own tools do that.
+  virtual std::unique_ptr<Maintenance> maintenance() = 0;
   /// The tables and views that lie where this connection creates its own, in no order; those of the database
   /// system itself are left out.
   virtual std::vector<std::string> tableNames() = 0;
@@ -147,6 +151,9 @@ public:
   virtual void rollbackToSavepoint() noexcept = 0;
 };
 
+/// Who may use a new database file and what is written beside it.
+enum class FileSharing : std::uint8_t { Owner, Group };
+
 /// Opens connections from the text that a user types.
 class Database {
 public:
@@ -156,10 +163,14 @@ public:
   virtual std::string displayed(std::string_view connectionString) const {
     return std::string(connectionString);
   }
-  /// False when it is known without opening that there is no such database.
+  /// False when it is known without opening that there is no such database. Raises `StoreError` when that
+  /// cannot be told.
   virtual bool exists(std::string_view /*connectionString*/) const { return true; }
   /// The folder in which the database lies; empty when a server keeps it.
   virtual std::filesystem::path folder(std::string_view /*connectionString*/) const { return {}; }
+  /// Creates the missing folders and an empty file, for `create` to fill. An existing file or folder stays as
+  /// it is. Does nothing for a server.
+  virtual void reserve(std::string_view /*connectionString*/, FileSharing /*sharing*/) {}
   /// Opens an existing database. Raises `StoreError`, which names target and cause.
   virtual std::unique_ptr<Connection> open(std::string_view connectionString) = 0;
   /// Opens a database; creates it and its folder when missing.

@@ -4,6 +4,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include <string_view>
+
 namespace qx {
 
 void declareCommonOptions(CLI::App& app, ProgramOptions& options) {
@@ -25,6 +27,19 @@ void declareCommonOptions(CLI::App& app, ProgramOptions& options) {
       },
       "Session date, dd.mm.yyyy; default today");
   app.add_flag("--verbose", options.verbose, "Tell every failure that was skipped");
+}
+
+void requireDatabaseName(int count, const char* const* arguments) {
+  for (int i = 1; i < count; ++i) {
+    const std::string_view argument(arguments[i]);
+    if (argument == "--") return;
+    // The parser would take the next argument for the name.
+    const bool empty = argument == "--db=" ||
+                       (argument == "--db" && i + 1 < count && std::string_view(arguments[i + 1]).empty());
+    if (empty)
+      throw ProgramError(ExitCode::BadInput, "the name of the database is empty",
+                         "Give --db the name of a database, or omit it.");
+  }
 }
 
 } // namespace qx

@@ -15,4 +15,8 @@ namespace qx {
 /// parsed. An invalid date then raises `ProgramError`. `options` must live until then.
 void declareCommonOptions(CLI::App& app, ProgramOptions& options);
 
+/// Raises `ProgramError` for an empty name after --db, which a script leaves whose variable is not set: it
+/// must not mean the default.
+void requireDatabaseName(int count, const char* const* arguments);
+
 } // namespace qx

@@ -26,7 +26,15 @@ struct SourceLocation {
 };
 
 /// The cause of an error, for a program with texts of its own.
-enum class ErrorCause : std::uint8_t { Call, NoDatabase, ReadOnlyDatabase, NoLock, BusyDatabase, Database };
+enum class ErrorCause : std::uint8_t {
+  Call,
+  NoDatabase,
+  OlderDatabase,
+  ReadOnlyDatabase,
+  NoLock,
+  BusyDatabase,
+  Database
+};
 
 /// An error with its exit code, its location in the input and what to do next.
 class ProgramError : public std::runtime_error {

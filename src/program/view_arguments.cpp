@@ -18,6 +18,7 @@ ViewArguments parseViewArguments(int count, const char* const* arguments, std::s
   app.add_option("FILE", read.file, "Job file to import");
   app.footer(
       "Exit status: 0 all well, 2 wrong usage or input, 3 refused, 4 database or environment failure.");
+  requireDatabaseName(count, arguments);
   try {
     app.parse(count, arguments);
   } catch (const CLI::ParseError& error) {

@@ -202,14 +202,14 @@ JobFileReport exportTo(Environment& environment, JobFileVersion version, JobFile
 JobFileReport exportJobFile(Environment& environment, std::string_view fileName, JobFileVersion version,
                             JobFileObserver* observer) {
   return exportTo(environment, version, observer, [&] {
-    return std::make_unique<JobFileTarget>(pathOf(fileName), protectedFiles(environment));
+    return std::make_unique<JobFileTarget>(pathOf(fileName), protectedFiles(environment),
+                                           permissionsOfNewFile(environment));
   });
 }
 
 JobFileReport exportJobFile(Environment& environment, const OpenFile& file, JobFileVersion version,
                             JobFileObserver* observer) {
-  return exportTo(environment, version, observer,
-                  [&] { return std::make_unique<JobFileTarget>(file.descriptor, file.name); });
+  return exportTo(environment, version, observer, [&] { return std::make_unique<JobFileTarget>(file); });
 }
 
 } // namespace qx

@@ -2,17 +2,11 @@
 #pragma once
 
 #include "store/job_file_report.h"
+#include "store/job_file_target.h"
 
-#include <string>
 #include <string_view>
 
 namespace qx {
-
-/// An open file, for example standard output, and its name for messages.
-struct OpenFile {
-  int descriptor;
-  std::string name;
-};
 
 /// Exports every job of a kind that job files know, and every position, from the shared connection. Version 1
 /// writes each job followed by its positions, with the columns of that version. The plain form is always

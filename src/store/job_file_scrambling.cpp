@@ -6,6 +6,7 @@
 #include "store/job_file_target.h"
 
 #include <exception>
+#include <memory>
 #include <vector>
 
 namespace qx {
@@ -131,10 +132,10 @@ void changeForm(const std::filesystem::path& file, std::string_view banner, Form
   change.finish(banner);
 }
 
-} // namespace
-
-JobFileReport scrambleJobFile(Environment& environment, std::string_view fileName,
-                              std::string_view targetName, Scrambling scrambling, JobFileObserver* observer) {
+/// `open` makes the target.
+template <class Open>
+JobFileReport scrambleTo(Environment& environment, std::string_view fileName, Scrambling scrambling,
+                         JobFileObserver* observer, Open&& open) {
   JobFileReport report;
   try {
     const std::filesystem::path file = pathOf(fileName);
@@ -148,10 +149,10 @@ JobFileReport scrambleJobFile(Environment& environment, std::string_view fileNam
       report.end = JobFileEnd::WrongBanner;
       throw std::runtime_error(file.string() + (form ? ": it has that form already" : ": no job file"));
     }
-    JobFileTarget target(pathOf(targetName), protectedFiles(environment));
-    FormChange change(scrambler, scrambling, target);
+    const std::unique_ptr<JobFileTarget> target = open();
+    FormChange change(scrambler, scrambling, *target);
     changeForm(file, bannerOf(form->version, scrambling, scrambler), change, observer);
-    target.finish();
+    target->finish();
     report.lines = change.lines();
     report.end = JobFileEnd::Complete;
   } catch (const std::exception& failure) {
@@ -160,6 +161,22 @@ JobFileReport scrambleJobFile(Environment& environment, std::string_view fileNam
     environment.diagnostics.report({"Scrambling", report.failure, {}});
   }
   return report;
+}
+
+} // namespace
+
+JobFileReport scrambleJobFile(Environment& environment, std::string_view fileName,
+                              std::string_view targetName, Scrambling scrambling, JobFileObserver* observer) {
+  return scrambleTo(environment, fileName, scrambling, observer, [&] {
+    return std::make_unique<JobFileTarget>(pathOf(targetName), protectedFiles(environment),
+                                           permissionsOfNewFile(environment));
+  });
+}
+
+JobFileReport scrambleJobFile(Environment& environment, std::string_view fileName, const OpenFile& target,
+                              Scrambling scrambling, JobFileObserver* observer) {
+  return scrambleTo(environment, fileName, scrambling, observer,
+                    [&] { return std::make_unique<JobFileTarget>(target); });
 }
 
 } // namespace qx

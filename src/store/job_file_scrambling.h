@@ -2,6 +2,7 @@
 #pragma once
 
 #include "store/job_file_report.h"
+#include "store/job_file_target.h"
 
 #include <string_view>
 
@@ -18,5 +19,8 @@ enum class Scrambling : std::uint8_t { Scramble, Unscramble };
 JobFileReport scrambleJobFile(Environment& environment, std::string_view fileName,
                               std::string_view targetName, Scrambling scrambling,
                               JobFileObserver* observer = nullptr);
+/// The same directly into an open file, which a failure leaves half written.
+JobFileReport scrambleJobFile(Environment& environment, std::string_view fileName, const OpenFile& target,
+                              Scrambling scrambling, JobFileObserver* observer = nullptr);
 
 } // namespace qx

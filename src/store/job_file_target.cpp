@@ -1,5 +1,6 @@
 #include "store/job_file_target.h"
 
+#include "platform/same_file.h"
 #include "rules/code_tables.h"
 #include "store/job_file_line.h"
 
@@ -47,15 +48,6 @@ fs::path freeBackup(const fs::path& target) {
   return name;
 }
 
-/// Existing files are compared by device and inode; a journal may not exist yet.
-bool isSameFile(const fs::path& target, const fs::path& other) {
-  std::error_code absent;
-  if (fs::equivalent(target, other, absent)) return true;
-  const fs::path folder = target.parent_path().empty() ? "." : target.parent_path();
-  const fs::path otherFolder = other.parent_path().empty() ? "." : other.parent_path();
-  return target.filename() == other.filename() && fs::equivalent(folder, otherFolder, absent);
-}
-
 } // namespace
 
 std::vector<fs::path> protectedFiles(const Environment& environment) {
@@ -73,14 +65,24 @@ std::vector<fs::path> protectedFiles(const Environment& environment) {
   return files;
 }
 
+fs::perms permissionsOfNewFile(const Environment& environment) {
+  constexpr fs::perms ownersAlone = fs::perms::owner_read | fs::perms::owner_write;
+  constexpr fs::perms most = ownersAlone | fs::perms::group_read | fs::perms::group_write;
+  const auto files = environment.connection ? environment.connection->files() : std::vector<fs::path>();
+  std::error_code unknown;
+  const fs::perms ofDatabase = files.empty() ? ownersAlone : fs::status(files.front(), unknown).permissions();
+  return unknown ? ownersAlone : (ofDatabase & most) | ownersAlone;
+}
+
 std::optional<JobFileEnd> endOfTarget(const std::exception& failure) {
   if (dynamic_cast<const TargetRefused*>(&failure) != nullptr) return JobFileEnd::TargetRefused;
   if (dynamic_cast<const NoTarget*>(&failure) != nullptr) return JobFileEnd::NoFile;
   return std::nullopt;
 }
 
-JobFileTarget::JobFileTarget(const fs::path& target, const std::vector<fs::path>& untouchable)
-    : direct_(isWrittenDirectly(target)) {
+JobFileTarget::JobFileTarget(const fs::path& target, const std::vector<fs::path>& untouchable,
+                             fs::perms ofNewFile)
+    : ofNewFile_(ofNewFile), direct_(isWrittenDirectly(target)) {
   target_ = direct_ ? target : resolved(target);
   for (const fs::path& file : untouchable)
     if (isSameFile(target_, file))
@@ -92,8 +94,9 @@ JobFileTarget::JobFileTarget(const fs::path& target, const std::vector<fs::path>
     createBeside();
 }
 
-JobFileTarget::JobFileTarget(int descriptor, const std::string& name)
-    : target_(name), written_(name), file_(fcntl(descriptor, F_DUPFD_CLOEXEC, 0)), direct_(true) {
+JobFileTarget::JobFileTarget(const OpenFile& file)
+    : target_(file.name), written_(file.name), file_(fcntl(file.descriptor, F_DUPFD_CLOEXEC, 0)),
+      direct_(true) {
   if (file_ < 0) fail(errno);
 }
 
@@ -158,8 +161,12 @@ void JobFileTarget::closeFile() {
 
 void JobFileTarget::replace() {
   if (direct_) return;
-  if (fs::exists(target_)) fs::permissions(written_, fs::status(target_).permissions());
+  setPermissions();
   fs::rename(written_, target_);
+}
+
+void JobFileTarget::setPermissions() {
+  fs::permissions(written_, fs::exists(target_) ? fs::status(target_).permissions() : ofNewFile_);
 }
 
 void JobFileTarget::finish() {
@@ -174,9 +181,9 @@ std::string JobFileTarget::finishBroken() {
   if (!flushFailed_) writeBuffer();
   if (file_ >= 0) close(file_);
   file_ = -1;
+  setPermissions();
   fs::path backup;
   if (fs::exists(target_)) {
-    fs::permissions(written_, fs::status(target_).permissions());
     backup = freeBackup(target_);
     fs::rename(target_, backup);
   }

@@ -32,18 +32,30 @@ std::optional<JobFileEnd> endOfTarget(const std::exception& failure);
 /// installation.
 std::vector<std::filesystem::path> protectedFiles(const Environment& environment);
 
+/// The permissions of a new file with the data of the shared connection's database: those of the database's
+/// file, and the owner's alone when a server keeps it. Others than owner and group never have any.
+std::filesystem::perms permissionsOfNewFile(const Environment& environment);
+
+/// An open file, for example standard output, and its name for messages.
+struct OpenFile {
+  int descriptor;
+  std::string name;
+};
+
 /// Writes a temporary file beside the target and renames it at the end, so that an existing file is never
 /// half written. The temporary file is readable by its owner only; at the end it gets the permissions of the
-/// file that it replaces. Anything but a plain file (a device, a pipe) is written directly.
+/// file that it replaces, or those given for a new one. Anything but a plain file (a device, a pipe) is
+/// written directly.
 ///
 /// Raises `std::system_error`, which names the file. Without `commit` the destructor leaves nothing behind.
 class JobFileTarget {
 public:
   /// Raises `TargetRefused` when the target is one of the protected files, under whatever name, and
   /// `NoTarget`.
-  JobFileTarget(const std::filesystem::path& target, const std::vector<std::filesystem::path>& untouchable);
-  /// Writes directly to an open file, which stays open; `name` is for messages.
-  JobFileTarget(int descriptor, const std::string& name);
+  JobFileTarget(const std::filesystem::path& target, const std::vector<std::filesystem::path>& untouchable,
+                std::filesystem::perms ofNewFile);
+  /// Writes directly to an open file, which stays open.
+  explicit JobFileTarget(const OpenFile& file);
   JobFileTarget(const JobFileTarget&) = delete;
   JobFileTarget& operator=(const JobFileTarget&) = delete;
   ~JobFileTarget();
@@ -62,9 +74,11 @@ private:
   bool writeBuffer();
   void closeFile();
   void replace();
+  void setPermissions();
   [[noreturn]] void fail(int error) const;
 
   std::filesystem::path target_;
+  std::filesystem::perms ofNewFile_ = std::filesystem::perms::none;
   std::filesystem::path written_; ///< the target itself when it is written directly
   int file_ = -1;
   std::string buffer_;

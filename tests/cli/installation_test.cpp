@@ -3,8 +3,12 @@
 
 #include "adapters/sqlite/sqlite_database.h"
 
+#include <cstdlib>
 #include <filesystem>
 #include <sqlite3.h>
+#include <sys/stat.h>
+#include <tuple>
+#include <unistd.h>
 
 namespace qx {
 namespace {
@@ -67,6 +71,19 @@ TEST_F(InstallationOfTheProgram, IsFoundByOptionVariableAndFolders) {
   ASSERT_EQ(runPlain({"init"}).status, 0);
   EXPECT_TRUE(fs::exists(path("variable.db")));
   EXPECT_NE(runPlain({"--db", path("option.db"), "list"}).messages.find("option.db"), std::string::npos);
+  // An empty name must not lead to the file of the folders above.
+  for (const std::vector<std::string>& empty :
+       {std::vector<std::string>{"--db", "", "list"}, {"--db=", "list"}}) {
+    const ProgramResult refused = runPlain(empty);
+    EXPECT_EQ(refused.status, 2);
+    EXPECT_EQ(refused.messages, "qximportjob: the name of the database is empty\nGive --db the name of a "
+                                "database, or omit it.\n");
+  }
+  variables["QXIMPORTJOB_DB"] = "";
+  const ProgramResult refused = runPlain({"list"});
+  EXPECT_EQ(refused.status, 2);
+  EXPECT_EQ(refused.messages, "qximportjob: the variable QXIMPORTJOB_DB is empty\nGive it the name of a "
+                              "database, or unset it.\n");
   variables = {{"PATH", "/usr/bin:/bin"}};
   EXPECT_NE(runPlain({"list"}).messages.find("--db"), std::string::npos);
 }
@@ -117,11 +134,50 @@ TEST_F(InstallationOfTheProgram, IsAFileWhateverItsNameSays) {
   fs::current_path(before);
 }
 
-TEST_F(InstallationOfTheProgram, IsReadableByItsOwnerAlone) {
-  ASSERT_EQ(runPlain({"--db", path("neu.db"), "init"}).status, 0);
-  EXPECT_EQ(fs::status(path("neu.db")).permissions(), fs::perms::owner_read | fs::perms::owner_write);
-  ASSERT_EQ(runPlain({"--db", path("neu.db"), "export", path("neu.edi")}).status, 0);
-  EXPECT_EQ(fs::status(path("neu.edi")).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+TEST_F(InstallationOfTheProgram, BelongsToItsOwnerOrOnDemandToTheGroupWhateverTheMask) {
+  const auto modeOf = [&](const std::string& name) {
+    return static_cast<unsigned>(fs::status(path(name.c_str())).permissions());
+  };
+  for (const mode_t mask : {0000, 0077}) {
+    const mode_t before = umask(mask);
+    for (const auto& [options, folderMode, fileMode] :
+         {std::tuple{std::vector<std::string>{}, 0700U, 0600U}, {{"--shared"}, 02770U, 0660U}}) {
+      std::vector<std::string> init{"--db", path("a/b/neu.db"), "init"};
+      init.insert(init.end(), options.begin(), options.end());
+      ASSERT_EQ(runPlain(init).status, 0);
+      const auto open = SqliteDatabase().open(path("a/b/neu.db"));
+      open->execute(sql("Update Schemastand Set Version = Version"_sql));
+      ASSERT_EQ(runPlain({"--db", path("a/b/neu.db"), "export", path("a/neu.edi")}).status, 0);
+      ASSERT_EQ(runPlain({"--db", path("a/b/neu.db"), "backup", path("a/sicher.db")}).status, 0);
+      for (const std::string folder : {"a", "a/b"}) EXPECT_EQ(modeOf(folder), folderMode) << folder;
+      for (const std::string file : {"a/b/neu.db", "a/b/neu.db-wal", "a/b/neu.db-shm", "a/neu.edi"})
+        EXPECT_EQ(modeOf(file), fileMode) << file;
+      EXPECT_EQ(modeOf("a/sicher.db"), 0600U);
+      fs::remove_all(path("a"));
+    }
+    umask(before);
+  }
+}
+
+TEST_F(InstallationOfTheProgram, AFolderThatMayNotBeEnteredIsNamed) {
+  // The program runs as a user without rights to the folder; root would be let through.
+  fs::create_directories(path("zu"));
+  fs::copy_file(erp.file, path("zu/erp.db"));
+  fs::copy_file(QXIMPORTJOB_PROGRAM, path("programm"));
+  fs::permissions(path("zu"), fs::perms::none);
+  fs::permissions(erp.folder.path(), fs::perms::all);
+  const std::string user = geteuid() == 0 ? "setpriv --reuid=65534 --regid=65534 --clear-groups " : "";
+  for (const std::string verb : {"list", "init", "upgrade"}) {
+    const std::string command = user + "env HOME=/nonexistent " + path("programm") + " --db " +
+                                path("zu/erp.db") + " " + verb + " 2> " + path("err");
+    EXPECT_EQ(WEXITSTATUS(std::system(command.c_str())), 4) << verb;
+    EXPECT_EQ(erp.folder.read("err"),
+              "qximportjob: " + path("zu/erp.db") +
+                  ": its folder may not be entered: Permission denied\nHave the right "
+                  "to its folder granted, or name another database with --db FILE.\n")
+        << verb;
+  }
+  fs::permissions(path("zu"), fs::perms::owner_all);
 }
 
 TEST_F(InstallationOfTheProgram, HoldsItsTextsInUtf8) {

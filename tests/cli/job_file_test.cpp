@@ -4,6 +4,7 @@
 #include "support/full_disk.h"
 
 #include <cstdlib>
+#include <sys/stat.h>
 
 namespace qx {
 namespace {
@@ -223,6 +224,32 @@ TEST_F(JobFile, ScrambledAndBackIsTheSameFile) {
   EXPECT_EQ(run({"scramble", file("fehlt.edi"), file("wirr.edi")}).status, 2);
   EXPECT_EQ(run({"scramble", file("klar.edi"), "/dev/full"}).status, 4);
   EXPECT_EQ(run({"export", "/dev/full"}).status, 4);
+}
+
+TEST_F(JobFile, GoesThroughPipesBothWays) {
+  erp.folder.write("klar.edi", banner + customer("K1", "10"));
+  const std::string plain = erp.folder.read("klar.edi");
+  const ProgramResult scrambled = run({"scramble", "-", "-"}, plain);
+  EXPECT_EQ(scrambled.status, 0) << scrambled.messages;
+  EXPECT_EQ(scrambled.messages, "2 lines written to standard output\n");
+  EXPECT_EQ(scrambled.output.size(), plain.size());
+  EXPECT_NE(scrambled.output, plain);
+  EXPECT_EQ(run({"unscramble", "-", "-"}, scrambled.output).output, plain);
+  EXPECT_EQ(run({"unscramble", "-", file("wieder.edi"), "--json"}, scrambled.output).output,
+            "{\"lines\":2}\n");
+  EXPECT_EQ(erp.folder.read("wieder.edi"), plain);
+  const ProgramResult both = run({"scramble", file("klar.edi"), "-", "--json"});
+  EXPECT_EQ(both.status, 2);
+  EXPECT_EQ(both.json()["error"], "the job file and the JSON document would both go to standard output");
+  const ProgramResult wrong = run({"unscramble", "-", "-"}, plain);
+  EXPECT_EQ(wrong.status, 2);
+  EXPECT_EQ(wrong.output, "");
+
+  // A named pipe is read like standard input.
+  ASSERT_EQ(mkfifo(file("rohr").c_str(), 0600), 0);
+  const std::string feed = "cat " + file("klar.edi") + " > " + file("rohr") + " &";
+  ASSERT_EQ(std::system(feed.c_str()), 0);
+  EXPECT_EQ(run({"import", file("rohr"), "--json"}).json()["jobs"], 1);
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 
 #include "platform/bulk_staging.h"
 #include "platform/environment.h"
+#include "platform/maintenance.h"
 
 #include <cstdint>
 #include <memory>
@@ -296,6 +297,7 @@ public:
     fail();
   }
   std::unique_ptr<BulkStaging> bulkStaging() override { fail(); }
+  std::unique_ptr<Maintenance> maintenance() override { fail(); }
   std::vector<std::string> tableNames() override { fail(); }
   std::string_view rowKey() const override { return ""; }
   std::unique_ptr<Recordset> open(const Sql& /*statement*/) override { fail(); }

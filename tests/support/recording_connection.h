@@ -4,6 +4,7 @@
 
 #include "platform/bulk_staging.h"
 #include "platform/database.h"
+#include "platform/maintenance.h"
 
 #include <filesystem>
 #include <memory>
@@ -59,6 +60,7 @@ public:
     connection_->put(table, row, keys);
   }
   std::unique_ptr<BulkStaging> bulkStaging() override { return connection_->bulkStaging(); }
+  std::unique_ptr<Maintenance> maintenance() override { return connection_->maintenance(); }
   std::vector<std::string> tableNames() override { return connection_->tableNames(); }
   std::string_view rowKey() const override { return connection_->rowKey(); }
   std::unique_ptr<Recordset> open(const Sql& statement) override {

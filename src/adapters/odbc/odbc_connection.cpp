@@ -2,6 +2,7 @@
 
 #include "adapters/odbc/odbc_driver.h"
 #include "adapters/sql/temporary_staging.h"
+#include "platform/maintenance.h"
 
 #include <utility>
 
@@ -21,6 +22,8 @@ std::vector<std::string> OdbcConnection::tableNames() { return odbc_.tableNames(
 std::unique_ptr<BulkStaging> OdbcConnection::bulkStaging() {
   return std::make_unique<relational::TemporaryStaging>(*this);
 }
+
+std::unique_ptr<Maintenance> OdbcConnection::maintenance() { return nullptr; }
 
 bool OdbcConnection::inWork() const { return odbc_.inUnit() && !odbc_.unitLost(); }
 

@@ -2,6 +2,7 @@
 
 #include "adapters/sqlite/sqlite_bulk_staging.h"
 #include "adapters/sqlite/sqlite_driver.h"
+#include "adapters/sqlite/sqlite_maintenance.h"
 
 #include <stdexcept>
 #include <thread>
@@ -84,6 +85,10 @@ void SqliteConnection::beginWith(BusyWait& wait) {
 
 std::unique_ptr<BulkStaging> SqliteConnection::bulkStaging() {
   return std::make_unique<sqlite::SqliteBulkStaging>(*this);
+}
+
+std::unique_ptr<Maintenance> SqliteConnection::maintenance() {
+  return std::make_unique<sqlite::SqliteMaintenance>(*this, driver_.database());
 }
 
 std::vector<std::string> SqliteConnection::tableNames() {

@@ -36,6 +36,7 @@ public:
   const std::string& connectionString() const override;
   std::vector<std::filesystem::path> files() const override;
   std::unique_ptr<BulkStaging> bulkStaging() override;
+  std::unique_ptr<Maintenance> maintenance() override;
   std::vector<std::string> tableNames() override;
   bool ownsWork() const override;
   bool inWork() const override;

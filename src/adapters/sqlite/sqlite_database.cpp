@@ -14,6 +14,7 @@
 #include <sstream>
 #include <string>
 #include <string_view>
+#include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
 
@@ -129,22 +130,39 @@ std::unique_ptr<Connection> openExisting(std::string_view path, WorkOwner workOw
   return std::make_unique<SqliteConnection>(handle.release(), target, workOwner);
 }
 
-/// Creates an empty file readable by its owner only: SQLite gives its journals the same permissions. An
-/// existing file stays unchanged.
-void createPrivately(const std::string& target) {
-  constexpr mode_t ownerOnly = 0600;
-  const int file = ::open(target.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, ownerOnly);
-  if (file >= 0)
-    close(file);
-  else if (errno != EEXIST)
-    throw StoreError(target + ": " + std::generic_category().message(errno), SQLITE_CANTOPEN);
+[[noreturn]] void raiseOf(const fs::path& path, int error) {
+  throw StoreError(path.string() + ": " + std::generic_category().message(error), SQLITE_CANTOPEN);
+}
+
+/// The permissions that are asked for, whatever the process's mask takes away.
+void permit(const fs::path& path, mode_t mode) {
+  if (chmod(path.c_str(), mode) != 0) raiseOf(path, errno);
+}
+
+void createFolders(const fs::path& folder, FileSharing sharing) {
+  std::error_code unknown;
+  if (folder.empty() || fs::exists(folder, unknown)) return;
+  createFolders(folder.parent_path(), sharing);
+  constexpr mode_t ownerOnly = 0700;
+  // Journals, which each user creates anew, take the group of the folder.
+  constexpr mode_t ownerAndGroup = 02770;
+  if (mkdir(folder.c_str(), ownerOnly) == 0) {
+    if (sharing == FileSharing::Group) permit(folder, ownerAndGroup);
+  } else if (errno != EEXIST) {
+    raiseOf(folder, errno);
+  }
 }
 
 } // namespace
 
 bool SqliteDatabase::exists(std::string_view path) const {
-  std::error_code ignored;
-  return fs::exists(fs::path(path), ignored);
+  std::error_code failure;
+  const fs::file_status status = fs::status(fs::path(path), failure);
+  if (fs::status_known(status)) return fs::exists(status);
+  const bool closed = failure == std::errc::permission_denied;
+  throw StoreError(std::string(path) + (closed ? ": its folder may not be entered: " : ": ") +
+                       failure.message(),
+                   SQLITE_CANTOPEN);
 }
 
 fs::path SqliteDatabase::folder(std::string_view path) const {
@@ -159,21 +177,29 @@ std::unique_ptr<Connection> SqliteDatabase::openAsHost(std::string_view path) {
   return openExisting(path, WorkOwner::Host);
 }
 
+void SqliteDatabase::reserve(std::string_view path, FileSharing sharing) {
+  const fs::path target(path);
+  createFolders(fs::absolute(target).parent_path(), sharing);
+  constexpr mode_t ownerOnly = 0600;
+  constexpr mode_t ownerAndGroup = 0660;
+  // SQLite gives its journals the same permissions.
+  const int file = ::open(target.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, ownerOnly);
+  if (file < 0 && errno == EEXIST) return;
+  if (file < 0) raiseOf(target, errno);
+  close(file);
+  if (sharing == FileSharing::Group) permit(target, ownerAndGroup);
+}
+
 std::unique_ptr<Connection> SqliteDatabase::create(std::string_view path) {
   const std::string target(path);
-  const fs::path folder = fs::path(target).parent_path();
-  std::error_code error;
-  if (!folder.empty()) fs::create_directories(folder, error);
-  if (error) throw StoreError(folder.string() + ": " + error.message(), error.value());
-  createPrivately(target);
+  reserve(target, FileSharing::Owner);
   Handle handle =
       openHandle(target, fs::absolute(target).string(), SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
   // Write-ahead logging, a property of the file: readers never wait for a run.
   check(handle.get(), sqlite3_exec(handle.get(), "PRAGMA journal_mode=WAL", nullptr, nullptr, nullptr),
         target);
-  // "qxij": identifies the file's owner in its header.
-  check(handle.get(),
-        sqlite3_exec(handle.get(), "PRAGMA application_id=0x7178696A", nullptr, nullptr, nullptr), target);
+  const std::string mark = "PRAGMA application_id=" + std::to_string(applicationId);
+  check(handle.get(), sqlite3_exec(handle.get(), mark.c_str(), nullptr, nullptr, nullptr), target);
   return std::make_unique<SqliteConnection>(handle.release(), target, WorkOwner::Component);
 }
 

@@ -146,6 +146,8 @@ std::string_view sentenceOf(ErrorCause cause) {
     return "Der Aufruf oder die Datenbank passt nicht zu diesem Programm.";
   case ErrorCause::NoDatabase:
     return "Die Datenbank gibt es nicht.";
+  case ErrorCause::OlderDatabase:
+    return "Die Datenbank stammt von einer älteren Version dieses Programms und muss erst umgestellt werden.";
   case ErrorCause::ReadOnlyDatabase:
     return "Die Datenbank kann nur gelesen werden: Diesem Benutzer fehlt das Recht, die Datei und ihren "
            "Ordner "
