@@ -20,7 +20,8 @@ inline SQLWCHAR* wideText(std::u16string& text) {
 
 /// A number where attributes are passed as pointers.
 inline SQLPOINTER attributeNumber(std::size_t number) {
-  // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast,performance-no-int-to-ptr): so says the interface
+  // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast,performance-no-int-to-ptr): so says the
+  // interface
   return reinterpret_cast<SQLPOINTER>(number);
 }
 
