@@ -74,6 +74,17 @@ std::string shellWord(const std::string& text) {
   return word + "'";
 }
 
+/// Raises `ProgramError` when it cannot be told.
+bool exists(const DatabaseTarget& target) {
+  try {
+    return target.database.exists(target.connectionString);
+  } catch (const StoreError& failure) {
+    throw ProgramError(ExitCode::Failure, failure.what(),
+                       "Have the right to its folder granted, or name another database with --db FILE.")
+        .of(ErrorCause::Database);
+  }
+}
+
 /// Null for the version of the program, a later one, and a text that is no version.
 std::optional<int> earlierVersion(const std::string& stored) {
   for (int version = 1; version < erp::schemaVersion; ++version)
@@ -124,7 +135,7 @@ std::string Composition::initLine() const { return "Create it with: " + callOf("
 std::string Composition::schemaVersion() { return std::to_string(erp::schemaVersion); }
 
 std::shared_ptr<Connection> Composition::openExisting(const DatabaseTarget& target) const {
-  if (!target.database.exists(target.connectionString))
+  if (!exists(target))
     throw ProgramError(ExitCode::Failure, target.displayed + ": there is no such database", initLine())
         .of(ErrorCause::NoDatabase);
   return target.database.open(target.connectionString);
@@ -233,7 +244,7 @@ void Composition::connect(const std::shared_ptr<Connection>& connection, const D
 
 InstallationReport Composition::create(bool demo, DatabaseUsers users) {
   const DatabaseTarget target = this->target();
-  if (target.database.exists(target.connectionString)) {
+  if (exists(target)) {
     const std::shared_ptr<Connection> existing = target.database.open(target.connectionString);
     if (erp::storedSchemaVersion(*existing)) {
       requireSchema(*existing, target.displayed);

@@ -39,6 +39,16 @@ bool locksOut(const Connection& connection, const Connection& other) {
   });
 }
 
+/// Empty when it cannot be read, which has been reported then: the run asks again.
+std::string currencyOf(Environment& environment) {
+  try {
+    return Settings(environment, SettingTrap::Nothing)[option::homeCurrency];
+  } catch (const std::exception& failure) {
+    if (isOutOfMemory(failure)) throw;
+    return {};
+  }
+}
+
 /// Marks a run as under way while it exists. Clears earlier requests to stop.
 class UnderWay {
 public:
@@ -167,7 +177,7 @@ void ImportJobObject2::adopt(const std::shared_ptr<qx::Session>& session) {
   std::string number = session->PersonalNr();
   Environment itsOwn = environment_;
   itsOwn.session = session;
-  std::string currency = Settings(itsOwn, SettingTrap::Refusals)[option::homeCurrency];
+  std::string currency = currencyOf(itsOwn);
   if (environment_.session != session) dropSession();
   environment_.session = session;
   if (connection) setConnection(std::move(connection));

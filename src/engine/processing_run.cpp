@@ -114,6 +114,7 @@ void ProcessingRun::createComponents() {
 /// All of them before the first job: with one that cannot be read nothing is to be written.
 void ProcessingRun::readOptions() {
   run_.options = RunOptions::read(settings_);
+  if (run_.homeCurrency.empty()) run_.homeCurrency = settings_[option::homeCurrency];
   run_.orderOptions = OrderOptions::read(settings_, run_.options.customerSpecific);
   purgeOptions_ = PurgeOptions::read(settings_);
   // Customers and contracts do without it; every order fails, for its tax would be a guess.

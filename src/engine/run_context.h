@@ -30,8 +30,8 @@ struct RunContext {
   const StopSignal& stop;
   const OutcomeSink& outcomes; ///< may be empty
   std::string personnelNumber; ///< of the session's user
-  std::string homeCurrency;
-  bool unevaluated = false; ///< skip the automatic check
+  std::string homeCurrency;    ///< empty until it could be read
+  bool unevaluated = false;    ///< skip the automatic check
   qxProcessState selection = qxProcessState::ProcessAll;
 
   RunOptions options{};

@@ -463,8 +463,8 @@ TEST_F(JobViewTest, WhatBreaksTheReadingOfAFileIsToldInGerman) {
   erp.execute("Pragma query_only = 1"_sql);
   view.command(Tool::ImportProcessTransactions);
   ASSERT_EQ(windows.reports.size(), 1U);
-  EXPECT_NE(windows.reports[0].find("\r\nDas Lesen brach ab: Die Datenbank kann nicht gelesen oder "
-                                    "geschrieben werden."),
+  EXPECT_NE(windows.reports[0].find("\r\nDas Lesen brach ab: Sie dürfen die Datenbank lesen, aber nicht "
+                                    "ändern."),
             std::string::npos)
       << windows.reports[0];
 }

@@ -97,7 +97,7 @@ TEST_F(SmallDialogs, ADeletionThatFailsIsTold) {
   ASSERT_EQ(erp.desktop.shown.size(), 1U);
   EXPECT_EQ(erp.desktop.shown[0].icon, MessageIcon::Critical);
   EXPECT_EQ(erp.desktop.shown[0].text,
-            "Fehler beim Löschen: Die Datenbank kann nicht gelesen oder geschrieben werden.");
+            "Fehler beim Löschen: Sie dürfen die Datenbank lesen, aber nicht ändern.");
 }
 
 TEST_F(SmallDialogs, TheSystemInformationNamesDatabaseUserAndDate) {
