@@ -18,10 +18,9 @@ inline SQLWCHAR* wideText(std::u16string& text) {
   return reinterpret_cast<SQLWCHAR*>(text.data());
 }
 
-/// A number where attributes are passed as pointers.
+/// A number as attributes take it: in place of a pointer.
 inline SQLPOINTER attributeNumber(std::size_t number) {
-  // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast,performance-no-int-to-ptr): so says the
-  // interface
+  // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast,performance-no-int-to-ptr)
   return reinterpret_cast<SQLPOINTER>(number);
 }
 

@@ -10,7 +10,7 @@ namespace qx {
 
 OdbcConnection::OdbcConnection(std::unique_ptr<odbc::OdbcDriver> driver, relational::Spelling spelling)
     : ConnectionBase(std::move(driver), std::move(spelling)),
-      odbc_(static_cast<odbc::OdbcDriver&>(this->driver())) {}
+      odbc_(dynamic_cast<odbc::OdbcDriver&>(this->driver())) {}
 
 // The statements that the base still holds end with the session, without a word to the server for each.
 OdbcConnection::~OdbcConnection() { odbc_.disconnect(); }

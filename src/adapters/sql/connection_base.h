@@ -19,6 +19,10 @@ class StatementCache;
 /// it compiled. Derived classes add the units of work.
 class ConnectionBase : public Connection {
 public:
+  ConnectionBase(const ConnectionBase&) = delete;
+  ConnectionBase& operator=(const ConnectionBase&) = delete;
+  ~ConnectionBase() override;
+
   std::int64_t execute(const Sql& statement) override;
   void put(std::string_view table, std::span<const ColumnValue> row, std::size_t keys) override;
   std::string_view rowKey() const override;
@@ -30,7 +34,6 @@ protected:
   /// Takes ownership of the driver; derived classes keep a reference to it under its own type. `spelling`:
   /// for a database that reports names in lower case.
   explicit ConnectionBase(std::unique_ptr<Driver> driver, Spelling spelling = {});
-  ~ConnectionBase() override;
 
   Driver& driver() { return *driver_; }
 

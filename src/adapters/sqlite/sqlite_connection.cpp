@@ -34,7 +34,7 @@ SqliteConnection::SqliteConnection(sqlite3* handle, std::string target, WorkOwne
     : SqliteConnection(std::make_unique<SqliteDriver>(handle, std::move(target)), workOwner) {}
 
 SqliteConnection::SqliteConnection(std::unique_ptr<SqliteDriver> driver, WorkOwner workOwner)
-    : ConnectionBase(std::move(driver)), driver_(static_cast<SqliteDriver&>(ConnectionBase::driver())),
+    : ConnectionBase(std::move(driver)), driver_(dynamic_cast<SqliteDriver&>(ConnectionBase::driver())),
       ownsWork_(workOwner == WorkOwner::Component) {}
 
 SqliteConnection::~SqliteConnection() = default;

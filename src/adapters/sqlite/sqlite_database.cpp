@@ -139,17 +139,21 @@ void permit(const fs::path& path, mode_t mode) {
   if (chmod(path.c_str(), mode) != 0) raiseOf(path, errno);
 }
 
+/// The folder and those above it that are missing.
 void createFolders(const fs::path& folder, FileSharing sharing) {
-  std::error_code unknown;
-  if (folder.empty() || fs::exists(folder, unknown)) return;
-  createFolders(folder.parent_path(), sharing);
   constexpr mode_t ownerOnly = 0700;
   // Journals, which each user creates anew, take the group of the folder.
   constexpr mode_t ownerAndGroup = 02770;
-  if (mkdir(folder.c_str(), ownerOnly) == 0) {
-    if (sharing == FileSharing::Group) permit(folder, ownerAndGroup);
-  } else if (errno != EEXIST) {
-    raiseOf(folder, errno);
+  fs::path path;
+  for (const fs::path& part : folder) {
+    path /= part;
+    std::error_code unknown;
+    if (fs::exists(path, unknown)) continue;
+    if (mkdir(path.c_str(), ownerOnly) == 0) {
+      if (sharing == FileSharing::Group) permit(path, ownerAndGroup);
+    } else if (errno != EEXIST) {
+      raiseOf(path, errno);
+    }
   }
 }
 
