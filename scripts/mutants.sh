@@ -35,15 +35,15 @@ seed=$((10#$seed)) sample=$((10#$sample)) tolerated=$((10#$tolerated)) jobs=$((1
 suites_of() {
   case $1 in
   src/model/*) echo model platform store engine golden ui erp rules cli ;;
-  src/platform/*) echo platform sqlite store engine golden rules cli ;;
+  src/platform/*) echo platform database store engine golden rules cli ;;
   src/settings/*) echo settings rules engine golden ui cli ;;
   src/rules/*) echo rules engine golden ui store cli ;;
   src/store/*) echo store engine golden cli ui ;;
   src/engine/*) echo engine golden cli ui ;;
   src/erp/*) echo erp rules engine golden ui cli ;;
   src/adapters/local_settings/*) echo local_settings cli ;;
-  src/adapters/sql/*) echo sql sqlite store engine golden erp cli ;;
-  src/adapters/sqlite/*) echo sqlite store engine golden erp cli ;;
+  src/adapters/sql/*) echo sql database store engine golden erp cli ;;
+  src/adapters/sqlite/*) echo sqlite database store engine golden erp cli ;;
   src/adapters/system/*) echo system cli ;;
   src/cli/* | src/program/* | src/composition/*) echo cli golden ;;
   src/ui/*) echo ui ;;
@@ -134,8 +134,10 @@ exists() { ninja -C "$1/build" -t query "test_$2" >/dev/null 2>&1; }
 
 builds() { ninja -C "$1/build" "test_$2" >"$1/build.log" 2>&1; }
 
+# No server is at hand for the tests that need one. Processor time counts, so that a busy machine makes no suite too slow; one that only waits is ended as well.
 passes() {
-  (cd "$1" && timeout "${limit[$2]:-$suite_limit}" "build/bin/test_$2" --gtest_brief=1 --gtest_fail_fast) \
+  (cd "$1" && ulimit -t "${limit[$2]:-$suite_limit}" &&
+    timeout $((2 * suite_limit)) "build/bin/test_$2" --gtest_brief=1 --gtest_fail_fast --gtest_filter='-Server/*') \
     >"$1/test.log" 2>&1 </dev/null
 }
 
@@ -182,8 +184,8 @@ try() {
     passes "$copy" "$suite" || status=$?
     if [ $status -ne 0 ]; then
       verdict="killed by test_$suite"
-      # 124 is what timeout ends with.
-      [ $status -ne 124 ] || verdict+=", which did not end"
+      # What timeout ends with, and the signal of used up processor time.
+      [ $status -ne 124 ] && [ $status -ne $((128 + 24)) ] || verdict+=", which did not end"
       break
     fi
   done
