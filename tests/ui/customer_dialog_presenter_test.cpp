@@ -2,6 +2,10 @@
 
 #include "ui/address_dialog_presenter.h"
 
+#include <array>
+#include <string>
+#include <vector>
+
 namespace qx {
 namespace {
 
@@ -88,6 +92,30 @@ TEST_F(CustomerDialogTest, ListsUnknownCodesBanksAndAccountsButNoEmptyOnes) {
   enter(*dialog, "txtHauptkonto", "20001");
   dialog->takeMaster(indexOf(*dialog, "txtKreditinstitut"));
   EXPECT_THAT(codes(*dialog), ElementsAre("EP", "KG", "PL", "ZB"));
+}
+
+TEST_F(CustomerDialogTest, EachDropDownListOffersTheCodesOfItsOwnTable) {
+  const std::vector<std::array<std::string, 4>> lists{
+      {"tdbVertreter1", "Vertreter", "VertreterNr", "N1"},
+      {"tdbVersandart", "Versandtexte", "Versandart", "N2"},
+      {"tdbZahlungsart", "Zahlungsarten", "Zahlungsart", "N3"},
+      {"tdbZahlungsbed", "Zahlungsbedingungen", "ZahlbedSchl", "N4"},
+      {"tdbKundengruppe", "Kundengruppen", "Kundengruppe", "N5"},
+      {"tdbPreisliste", "PreislistenKopf", "Preisliste", "N6"},
+      {"tdbWährung", "Währungen", "Währung", "N7"},
+      {"tdbWährungEG", "Währungen", "Währung", "N8"}};
+  for (const auto& [control, table, column, code] : lists)
+    execute(sql("Insert Into "_sql, name(table), " ("_sql, name(column), ") Values ('"_sql, value(code),
+                "')"_sql));
+  stageCustomer("K1", "20001", asStored);
+  const auto dialog = opened("K1");
+  for (const auto& [control, table, column, code] : lists) {
+    const ComboContent& content = dialog->content(indexOf(*dialog, control));
+    std::vector<std::string> codes;
+    for (const auto& row : content.rows.rows)
+      codes.push_back(row[static_cast<std::size_t>(content.codeColumn)]);
+    EXPECT_THAT(codes, Contains(code)) << control;
+  }
 }
 
 TEST_F(CustomerDialogTest, HintsFollowWhatIsTypedAndDoNotHoldSavingUp) {
