@@ -40,7 +40,7 @@ public:
     }
     if (outcome.state == LockState::Unavailable)
       throw ProgramError(ExitCode::Failure, "the import cannot be locked: " + outcome.reason,
-                         outcome.busy ? "Try again when no other program holds the database." : "");
+                         nextStep(outcome));
     const auto holder = lock.holder();
     const std::string name = holder ? holder->Benutzer : std::string();
     throw ProgramError(ExitCode::Refused, "the import is locked by user '" + name + "'",
@@ -61,6 +61,12 @@ private:
 
   static Clock::time_point deadline(std::chrono::seconds limit) {
     return limit == noLimit ? Clock::time_point::max() : Clock::now() + limit;
+  }
+
+  std::string nextStep(const LockOutcome& unavailable) const {
+    if (unavailable.busy) return "Try again when no other program holds the database.";
+    const bool onServer = context_.connection().files().empty();
+    return onServer ? "Check that the server runs and can be reached, then run the command again." : "";
   }
 
   /// Until nobody who may be alive holds the lock, or the time is over.

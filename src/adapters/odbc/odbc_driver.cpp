@@ -213,13 +213,17 @@ void OdbcDriver::undoStatement() noexcept {
 
 /// Without the savepoints and waits of other statements.
 void OdbcDriver::control(std::string_view text) {
-  const Handle statement(SQL_HANDLE_STMT, connection_.get());
+  Handle statement(SQL_HANDLE_STMT, connection_.get());
   std::u16string content = toUtf16(text);
   const SQLRETURN result =
       SQLExecDirectW(statement.get(), wideText(content), static_cast<SQLINTEGER>(content.size()));
   if (SQL_SUCCEEDED(result) || result == SQL_NO_DATA) return;
   const Failure failure = failureOf(SQL_HANDLE_STMT, statement.get());
-  if (failure.lostConnection()) disconnect();
+  if (failure.lostConnection()) {
+    disconnect();
+    // The end of the connection has freed it.
+    statement.forget();
+  }
   lost_ = lost_ || scope_ != Scope::None;
   raiseFailure(failure, name_, text, false);
 }

@@ -1,5 +1,6 @@
 #include "adapters/sql/temporary_staging.h"
 
+#include "adapters/sql/column_lists.h"
 #include "platform/database_error.h"
 #include "platform/whole_number.h"
 
@@ -14,28 +15,10 @@ namespace {
 /// A statement may have some 2,000 values; more of them save little.
 constexpr std::size_t valuesPerStatement = 2000;
 
-std::vector<std::string> fieldNames(Connection& connection, const Sql& select) {
-  const auto rows = connection.open(select);
-  std::vector<std::string> names;
-  for (std::size_t i = 0; i < rows->fieldCount(); ++i) names.emplace_back(rows->fieldName(i));
-  return names;
-}
-
 std::vector<std::string> with(std::vector<std::string> names, std::initializer_list<const char*> further) {
   names.insert(names.end(), further.begin(), further.end());
   return names;
 }
-
-Sql joinedBy(const std::vector<std::string>& names, const std::function<Sql(const std::string&)>& term) {
-  Sql list;
-  for (const std::string& column : names) {
-    if (&column != &names.front()) list.append(sql(", "_sql));
-    list.append(term(column));
-  }
-  return list;
-}
-
-Sql nameAlone(const std::string& column) { return sql(name(column)); }
 
 std::int64_t whole(Recordset& rows, ColumnName column) { return rows.value(column).integer().value_or(0); }
 

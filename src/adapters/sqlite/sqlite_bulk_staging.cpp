@@ -1,5 +1,6 @@
 #include "adapters/sqlite/sqlite_bulk_staging.h"
 
+#include "adapters/sql/column_lists.h"
 #include "platform/database_error.h"
 #include "platform/whole_number.h"
 
@@ -8,28 +9,10 @@
 #include <vector>
 
 namespace qx::sqlite {
-namespace {
 
-/// The names of the columns of a table.
-std::vector<std::string> columnsOf(Connection& connection, const Sql& select) {
-  const auto rows = connection.open(select);
-  std::vector<std::string> names;
-  for (std::size_t i = 0; i < rows->fieldCount(); ++i) names.emplace_back(rows->fieldName(i));
-  return names;
-}
-
-Sql separated(const std::vector<std::string>& names, const std::function<Sql(const std::string&)>& term) {
-  Sql list;
-  for (const std::string& column : names) {
-    if (&column != &names.front()) list.append(sql(", "_sql));
-    list.append(term(column));
-  }
-  return list;
-}
-
-Sql plainColumn(const std::string& column) { return sql(name(column)); }
-
-} // namespace
+using relational::fieldNames;
+using relational::joinedBy;
+using relational::nameAlone;
 
 SqliteBulkStaging::SqliteBulkStaging(Connection& connection) : connection_(connection) {
   // After a failure the temporary tables are not read again; their journal would only take memory.
@@ -169,18 +152,18 @@ std::optional<KeyConflict> SqliteBulkStaging::ownedByOthers() {
 
 /// A replaced job keeps its row and so its position; columns that the file does not give become null.
 void SqliteBulkStaging::copyHeaders() {
-  const auto names = columnsOf(connection_, sql("SELECT * FROM ImportKopf WHERE 0 = 1"_sql));
+  const auto names = fieldNames(connection_, sql("SELECT * FROM ImportKopf WHERE 0 = 1"_sql));
   std::int64_t taken = 0;
   Sql replace = sql("UPDATE main.ImportKopf SET "_sql);
-  replace.append(separated(
+  replace.append(joinedBy(
       names, [](const std::string& column) { return sql(name(column), " = s."_sql, name(column)); }));
   replace.append(sql(" FROM StageKopf s WHERE ImportKopf.rowid = s.StageZiel AND s.StageSperre = 0"_sql));
   taken += connection_.execute(replace);
 
   inPortions(jobs_, [&](std::int64_t from, std::int64_t to) {
     Sql insert = sql("INSERT INTO main.ImportKopf ("_sql);
-    insert.append(separated(names, plainColumn)).append(sql(") SELECT "_sql));
-    insert.append(separated(names, plainColumn));
+    insert.append(joinedBy(names, nameAlone)).append(sql(") SELECT "_sql));
+    insert.append(joinedBy(names, nameAlone));
     insert.append(sql(" FROM StageKopf WHERE StageZiel IS NULL AND rowid > "_sql, number(from),
                       " AND rowid <= "_sql, number(to), " ORDER BY rowid"_sql));
     taken += connection_.execute(insert);
@@ -207,13 +190,13 @@ void SqliteBulkStaging::inPortions(std::int64_t rows,
 void SqliteBulkStaging::copyPositions() {
   connection_.execute(sql("DELETE FROM main.ImportPos WHERE JobID IN (SELECT JobID FROM StageKopf WHERE "
                           "StageZiel IS NOT NULL AND StageSperre = 0)"_sql));
-  const auto names = columnsOf(connection_, sql("SELECT * FROM ImportPos WHERE 0 = 1"_sql));
+  const auto names = fieldNames(connection_, sql("SELECT * FROM ImportPos WHERE 0 = 1"_sql));
   std::int64_t taken = 0;
   inPortions(positionCount_, [&](std::int64_t from, std::int64_t to) {
     Sql insert = sql("INSERT INTO main.ImportPos ("_sql);
-    insert.append(separated(names, plainColumn)).append(sql(") SELECT "_sql));
+    insert.append(joinedBy(names, nameAlone)).append(sql(") SELECT "_sql));
     // The position takes the key of its header, which may have been made after the position was read.
-    insert.append(separated(names, [](const std::string& column) {
+    insert.append(joinedBy(names, [](const std::string& column) {
       return column == "JobID" ? sql("k.JobID"_sql) : sql("p."_sql, name(column));
     }));
     insert.append(sql(" FROM StagePos p JOIN StageKopf k ON k.rowid = p.StageVorgang WHERE k.StageSperre = 0 "
