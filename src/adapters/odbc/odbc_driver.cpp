@@ -168,7 +168,7 @@ short OdbcDriver::call(void* statement, std::string_view text, Effect effect,
       if (effect == Effect::Writes && !levels_.empty()) levels_.back().unsafe = levels_.back().wrote = true;
       return result;
     }
-    const Failure failure = failureOf(SQL_HANDLE_STMT, statement);
+    const Failure failure = failureOfStatement(statement);
     if (failure.kind() == FailureKind::Busy) {
       undoStatement();
       const auto waited =
@@ -211,6 +211,18 @@ void OdbcDriver::undoStatement() noexcept {
   }
 }
 
+/// A driver may report the end of the server as an error of no particular kind.
+Failure OdbcDriver::failureOfStatement(void* statement) const {
+  Failure failure = failureOf(SQL_HANDLE_STMT, statement);
+  SQLUINTEGER dead = SQL_CD_FALSE;
+  if (failure.kind() == FailureKind::Statement &&
+      SQL_SUCCEEDED(
+          SQLGetConnectAttrW(connection_.get(), SQL_ATTR_CONNECTION_DEAD, &dead, sizeof dead, nullptr)) &&
+      dead == SQL_CD_TRUE)
+    failure.sqlState = "08S01";
+  return failure;
+}
+
 /// Without the savepoints and waits of other statements.
 void OdbcDriver::control(std::string_view text) {
   Handle statement(SQL_HANDLE_STMT, connection_.get());
@@ -218,7 +230,7 @@ void OdbcDriver::control(std::string_view text) {
   const SQLRETURN result =
       SQLExecDirectW(statement.get(), wideText(content), static_cast<SQLINTEGER>(content.size()));
   if (SQL_SUCCEEDED(result) || result == SQL_NO_DATA) return;
-  const Failure failure = failureOf(SQL_HANDLE_STMT, statement.get());
+  const Failure failure = failureOfStatement(statement.get());
   if (failure.lostConnection()) {
     disconnect();
     // The end of the connection has freed it.

@@ -79,6 +79,7 @@ public:
   short call(void* statement, std::string_view text, Effect effect, const std::function<short()>& run);
 
 private:
+  Failure failureOfStatement(void* statement) const;
   enum class Scope : std::uint8_t { None, Unit, Reading };
   /// What happened since the unit or an explicit savepoint began.
   struct Level {
