@@ -19,14 +19,9 @@ std::string customerInsertText() {
 
 std::string customerUpdateText() {
   std::string text = "UPDATE Kundenstamm SET \"ÄndUser\"=?, \"ÄndDatum\"=?";
-  for (const CopiedColumn& copied : copiedColumns) {
-    const bool kept = copied.column == "PLZ" || copied.column == "Ort" || copied.column == "KundeSeit";
-    text.append(", \"").append(copied.column).append("\"=");
-    if (kept)
-      text.append("coalesce(?, \"").append(copied.column).append("\")");
-    else
-      text += '?';
-  }
+  // What a job leaves out stays.
+  for (const CopiedColumn& copied : copiedColumns)
+    text.append(", \"").append(copied.column).append("\"=coalesce(?, \"").append(copied.column).append("\")");
   return text + " WHERE rowid=?";
 }
 

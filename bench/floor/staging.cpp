@@ -17,8 +17,9 @@ Number numberOf(const std::string& text) {
 }
 
 void bindField(Statement& insert, int place, const SampleField& field) {
+  // The file leaves out what is empty.
   if (!field.number)
-    insert.bind(place, field.value);
+    insert.bindOrNull(place, field.value);
   else if (field.value.find('.') == std::string::npos)
     insert.bind(place, numberOf<std::int64_t>(field.value));
   else

@@ -22,6 +22,16 @@ Findings ContractProcessor::process(JobRow& job) {
   return refused;
 }
 
+void ContractProcessor::foresee(const JobRow& job) {
+  const JobFields fields = fieldsOf(job);
+  const ContractKey key = ContractKey::of(fields);
+  openContract(*environment_.connection, key);
+  Findings ignored;
+  checkCustomer(key, ignored);
+  if (!skipsObjectChecks(contractState(fields))) checkObject(key, ignored);
+  contractColumns(*environment_.connection, fields);
+}
+
 bool ContractProcessor::any(const Sql& statement) { return !environment_.connection->open(statement)->eof(); }
 
 void ContractProcessor::checkCustomer(const ContractKey& key, Findings& refused) {

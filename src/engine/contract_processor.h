@@ -17,6 +17,8 @@ public:
   /// Returns why the contract was not written; empty when it was. The line and the job's done code are
   /// written together. A failed job is marked with every reason that was found and its line is not written.
   Findings process(JobRow& job);
+  /// Reads what `process` will.
+  void foresee(const JobRow& job);
 
 private:
   void checkCustomer(const ContractKey& key, Findings& refused);

@@ -20,7 +20,8 @@ void ContractSection::run(SectionRunner& runner) {
               [this](JobRow& job, std::string_view reason) {
                 marks_.markJobError(job, reason);
                 return SectionRunner::refused(contracts, job, statusError);
-              }});
+              },
+              [this](const JobRow& job) { processor_.foresee(job); }});
 }
 
 Findings ContractSection::refusalOf(JobRow& job) {

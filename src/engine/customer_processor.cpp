@@ -12,9 +12,10 @@
 #include <stdexcept>
 
 namespace qx {
-/// One kind of code: the rule that a missing one breaks, how it is found and created, and whether that is
+/// A code of a job: the rule that a missing one breaks, how it is found and created, and whether that is
 /// allowed.
 struct CustomerProcessor::Code {
+  std::string code;
   Rule refused;
   std::string_view field;
   bool mayCreate;
@@ -26,13 +27,12 @@ struct CustomerProcessor::Code {
 };
 
 CustomerProcessor::CustomerProcessor(RunContext& run)
-    : environment_(run.environment), run_(run), masterData_(run.environment), addresses_(run.environment) {}
+    : environment_(run.environment), run_(run), addresses_(run.environment) {}
 
 CustomerProcessor::Outcome CustomerProcessor::process(JobRow& job) {
   const std::string number = job.text("Kundennummer");
   if (number.empty()) return failed(job, {Finding(Rule::CustomerNumberMissing)});
-  const auto customer = environment_.connection->open(
-      sql("Select * From Kundenstamm Where Kundennummer = '"_sql, value(number), "'"_sql));
+  const auto customer = openCustomer(number);
   const bool isNew = customer->eof();
   Findings refused;
   checkCodes(job, refused);
@@ -50,50 +50,74 @@ CustomerProcessor::Outcome CustomerProcessor::failed(JobRow& job, Findings refus
   return {Result::Failed, std::move(refused)};
 }
 
-/// All missing codes are reported, so that the clerk sees them at once.
-void CustomerProcessor::checkCodes(const JobRow& job, Findings& refused) {
+std::unique_ptr<Recordset> CustomerProcessor::openCustomer(const std::string& number) const {
+  return environment_.connection->open(
+      sql("Select * From Kundenstamm Where Kundennummer = '"_sql, value(number), "'"_sql));
+}
+
+void CustomerProcessor::foresee(const JobRow& job) const {
+  const std::string number = job.text("Kundennummer");
+  openCustomer(number);
+  for (const Code& code : codesOf(job)) environment_.connection->open(code.lookup);
+  for (const AddressFields& block : jobAddresses)
+    if (const std::string address = job.text(block.number); !address.empty())
+      addresses_.KundeAngelegt(job.firstOf(block.customer, "Kundennummer"), address);
+}
+
+/// In the order in which they are checked.
+std::vector<CustomerProcessor::Code> CustomerProcessor::codesOf(const JobRow& job) const {
+  std::vector<Code> codes;
   if (const std::string group = job.text("Kundengruppe"); !group.empty())
-    checkCode({Rule::CustomerGroupRefused, "Kundengruppe", run_.options.createGroups,
-               sql("Select Kundengruppe, Langtext From Kundengruppen where Kundengruppe = '"_sql,
-                   value(group), "'"_sql),
-               "Kundengruppe", "Langtext", "Kundengruppe " + group},
-              group, refused);
+    codes.push_back({group, Rule::CustomerGroupRefused, "Kundengruppe", run_.options.createGroups,
+                     sql("Select Kundengruppe, Langtext From Kundengruppen where Kundengruppe = '"_sql,
+                         value(group), "'"_sql),
+                     "Kundengruppe", "Langtext", "Kundengruppe " + group});
   for (const ColumnName field :
        {ColumnName("Vertreter1"), ColumnName("Vertreter2"), ColumnName("Vertreter3")})
     if (const std::string rep = job.text(field); !rep.empty())
-      checkCode({Rule::CustomerSalesRepRefused, field.text(), run_.options.createReps,
-                 sql("Select VertreterNr, Suchbegriff, Bez1 From Vertreter where VertreterNr = '"_sql,
-                     value(rep), "'"_sql),
-                 "VertreterNr", "Bez1", "Vertreter " + rep, true},
-                rep, refused);
+      codes.push_back({rep, Rule::CustomerSalesRepRefused, field.text(), run_.options.createReps,
+                       sql("Select VertreterNr, Suchbegriff, Bez1 From Vertreter where VertreterNr = '"_sql,
+                           value(rep), "'"_sql),
+                       "VertreterNr", "Bez1", "Vertreter " + rep, true});
   if (const std::string payment = job.text("Zahlungsart"); !payment.empty())
-    checkCode({Rule::CustomerPaymentMethodRefused, "Zahlungsart", run_.options.createPayments,
-               sql("Select Zahlungsart, Kurztext From Zahlungsarten  where Zahlungsart = '"_sql,
-                   value(payment), "'"_sql),
-               "Zahlungsart", "Kurztext", "Zahlungsart " + payment},
-              payment, refused);
+    codes.push_back({payment, Rule::CustomerPaymentMethodRefused, "Zahlungsart", run_.options.createPayments,
+                     sql("Select Zahlungsart, Kurztext From Zahlungsarten  where Zahlungsart = '"_sql,
+                         value(payment), "'"_sql),
+                     "Zahlungsart", "Kurztext", "Zahlungsart " + payment});
   // Currencies are never created.
-  if (const std::string currency = job.text("Währung");
-      !currency.empty() && !masterData_.codeExists("Währung", currency))
-    refused.add(Finding(Rule::CustomerCurrencyRefused, currency));
+  if (const std::string currency = job.text("Währung"); !currency.empty())
+    codes.push_back({currency,
+                     Rule::CustomerCurrencyRefused,
+                     "Währung",
+                     false,
+                     MasterData::codeLookup("Währung", currency),
+                     "Währung",
+                     "Langtext",
+                     {}});
   if (const std::string bank = bankCode(fieldsOf(job)).text(); !bank.empty())
-    checkCode({Rule::CustomerBankRefused, "Bankleitzahl", run_.options.createBanks,
-               sql("Select Bankleitzahl, Kreditinstitut From Kreditinstitute where Bankleitzahl = '"_sql,
-                   value(bank), "'"_sql),
-               "Bankleitzahl", "Kreditinstitut", job.text("Kreditinstitut")},
-              bank, refused);
+    codes.push_back(
+        {bank, Rule::CustomerBankRefused, "Bankleitzahl", run_.options.createBanks,
+         sql("Select Bankleitzahl, Kreditinstitut From Kreditinstitute where Bankleitzahl = '"_sql,
+             value(bank), "'"_sql),
+         "Bankleitzahl", "Kreditinstitut", job.text("Kreditinstitut")});
+  return codes;
 }
 
-void CustomerProcessor::checkCode(const Code& code, std::string_view wanted, Findings& refused) {
+/// All missing codes are reported, so that the clerk sees them at once.
+void CustomerProcessor::checkCodes(const JobRow& job, Findings& refused) {
+  for (const Code& code : codesOf(job)) checkCode(code, refused);
+}
+
+void CustomerProcessor::checkCode(const Code& code, Findings& refused) {
   const auto rows = environment_.connection->open(code.lookup);
   if (!rows->eof()) return;
   if (!code.mayCreate) {
-    refused.add(Finding(code.refused, wanted).of(code.field));
+    refused.add(Finding(code.refused, code.code).of(code.field));
     return;
   }
   Savepoint part(*environment_.connection);
   rows->addNew();
-  rows->set(code.key, Value(wanted));
+  rows->set(code.key, Value(code.code));
   rows->set(code.text, emptyToNull(Value(code.newText)));
   if (code.hasSearchTerm) rows->set("Suchbegriff", Value(code.newText));
   rows->update();

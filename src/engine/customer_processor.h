@@ -7,6 +7,7 @@
 #include "rules/customer_addresses.h"
 #include "rules/master_data.h"
 
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -30,6 +31,8 @@ public:
   /// stay. The customer, its addresses and the job's done code are written together or not at all; on a
   /// host's connection earlier writes are undone.
   Outcome process(JobRow& job);
+  /// Reads what `process` will.
+  void foresee(const JobRow& job) const;
 
 private:
   struct Code;
@@ -41,7 +44,9 @@ private:
   };
 
   void checkCodes(const JobRow& job, Findings& refused);
-  void checkCode(const Code& code, std::string_view wanted, Findings& refused);
+  void checkCode(const Code& code, Findings& refused);
+  std::vector<Code> codesOf(const JobRow& job) const;
+  std::unique_ptr<Recordset> openCustomer(const std::string& number) const;
   std::string receiptStamp(const JobRow& job, Findings& refused) const;
   void save(JobRow& job, Recordset& customer, bool isNew, const std::string& stamp);
   static void writeCustomer(const JobRow& job, Recordset& customer, bool isNew, const std::string& stamp,
@@ -53,7 +58,6 @@ private:
 
   Environment& environment_;
   RunContext& run_;
-  MasterData masterData_;
   CustomerAddresses addresses_;
 };
 

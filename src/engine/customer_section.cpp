@@ -25,11 +25,21 @@ void CustomerSection::run(SectionRunner& runner) {
               [this](JobRow& job, std::string_view reason) {
                 run_.marks.markJobError(job, reason);
                 return failed(job);
-              }});
+              },
+              [this](const JobRow& job) { foresee(job); }, 2});
+}
+
+void CustomerSection::foresee(const JobRow& job) {
+  if (isChecked(job)) check_.ProveCustomerJob(job.text("JobID"));
+  processor_.foresee(job);
+}
+
+bool CustomerSection::isChecked(const JobRow& job) const {
+  return !run_.unevaluated && run_.options.automatic && !job.released();
 }
 
 JobResult CustomerSection::processJob(JobRow& job) {
-  if (!run_.unevaluated && run_.options.automatic && !job.released()) {
+  if (isChecked(job)) {
     Findings findings = park(job);
     if (const CheckStatus status = findings.status(); status != CheckStatus::Clean)
       return SectionRunner::refused(

@@ -16,6 +16,8 @@ public:
   void run(SectionRunner& runner);
 
 private:
+  void foresee(const JobRow& job);
+  bool isChecked(const JobRow& job) const;
   JobResult processJob(JobRow& job);
   static JobResult failed(const JobRow& job, Findings findings = {});
   static JobResult indexed(const JobRow& job, JobResult result);

@@ -13,6 +13,7 @@
 #include <limits>
 #include <optional>
 #include <set>
+#include <stdexcept>
 #include <utility>
 
 namespace qx {
@@ -61,6 +62,21 @@ std::unique_ptr<Einkaufspreisfindung> purchasePricesOf(const Environment& enviro
   }
 }
 
+/// Names the article.
+class MissingConversion : public std::runtime_error {
+public:
+  using std::runtime_error::runtime_error;
+};
+
+Sql articleRow(std::string_view article) {
+  return sql("Select * From Artikelstamm where Artikelnummer  = '"_sql, value(article), "'"_sql);
+}
+
+Sql stagedPositions(std::string_view jobId) {
+  return sql("Select *, Cast(Positionsnummer as int) as intPos From ImportPos Where JobID ='"_sql,
+             value(jobId), "' Order By intPos"_sql);
+}
+
 } // namespace
 
 OrderLines::OrderLines(Environment& environment, const OrderOptions& options)
@@ -69,9 +85,7 @@ OrderLines::OrderLines(Environment& environment, const OrderOptions& options)
 
 WrittenLines OrderLines::writePositions(const OrderContext& order, OrderFacts& facts,
                                         std::string_view jobId) {
-  const auto positions = environment_.connection->open(
-      sql("Select *, Cast(Positionsnummer as int) as intPos From ImportPos Where JobID ='"_sql, value(jobId),
-          "' Order By intPos"_sql));
+  const auto positions = environment_.connection->open(stagedPositions(jobId));
   if (positions->eof()) throw OrderFailure(Rule::OrderNoPositionsRefused);
   const auto lines =
       environment_.connection->open(sql("Select * From Auftragspos Where Auftragsnummer =0"_sql));
@@ -85,6 +99,22 @@ WrittenLines OrderLines::writePositions(const OrderContext& order, OrderFacts& f
     }
   }
   return written;
+}
+
+void OrderLines::foresee(OrderFacts& facts, std::string_view jobId, const Date& date) const {
+  const auto positions = environment_.connection->open(stagedPositions(jobId));
+  const JobFields position = fieldsOf(*positions);
+  for (; !positions->eof(); positions->moveNext()) {
+    const auto article = environment_.connection->open(articleRow(positions->text("Artikelnummer")));
+    PositionFacts& known = facts.of(position);
+    known.price();
+    if (article->eof()) continue;
+    try {
+      purchasePrice(*article, date, known.unit(), numberOf(*positions, "Menge"));
+    } catch (const MissingConversion&) {
+      // Comes again when the position is written.
+    }
+  }
 }
 
 void OrderLines::writePosition(Recordset& lines, Recordset& position, PositionFacts& facts,
@@ -114,8 +144,7 @@ void OrderLines::writePosition(Recordset& lines, Recordset& position, PositionFa
 }
 
 std::unique_ptr<Recordset> OrderLines::openArticle(std::string_view article) const {
-  auto found = environment_.connection->open(
-      sql("Select * From Artikelstamm where Artikelnummer  = '"_sql, value(article), "'"_sql));
+  auto found = environment_.connection->open(articleRow(article));
   if (found->eof()) throw OrderFailure(Rule::OrderArticleRefused, article);
   if (found->value("ArtikelGesperrt").truth().value_or(false))
     throw OrderFailure(Rule::OrderArticleBlocked, article);
@@ -189,12 +218,12 @@ double OrderLines::fillPrice(Recordset& line, Recordset& position, const FoundPr
   return price.price;
 }
 
-/// Scale quantities of purchase prices are in purchase units, so the quantity is converted first; if that is
-/// impossible the line gets no purchase price.
-void OrderLines::fillPurchasePrice(Recordset& line, Recordset& article, const OrderContext& order,
-                                   std::string_view salesUnit, double quantity) {
+/// Scale quantities of purchase prices are in purchase units, so the quantity is converted first. Raises
+/// `MissingConversion` when that is impossible.
+std::optional<PurchasePrice> OrderLines::purchasePrice(Recordset& article, const Date& date,
+                                                       std::string_view salesUnit, double quantity) const {
   const std::string supplier = article.text("Hauptlieferant");
-  if (!purchasePrices_ || supplier.empty()) return;
+  if (!purchasePrices_ || supplier.empty()) return std::nullopt;
   const std::string number = article.text("Artikelnummer");
   std::string unit = firstText(article, "MEEinkauf", "MengeneinheitEinkauf");
   if (unit.empty()) unit = article.text("Mengeneinheit");
@@ -202,12 +231,23 @@ void OrderLines::fillPurchasePrice(Recordset& line, Recordset& article, const Or
     if (!unit.empty() && !salesUnit.empty() && !equalCodes(unit, salesUnit))
       quantity = throughDecimalText(quantity / stock_.conversionFactor(number, salesUnit, unit));
   } catch (const std::exception&) {
-    environment_.diagnostics.report({"purchase price of article " + number, missingConversion(), ""});
-    return;
+    throw MissingConversion(number);
   }
   const std::string group = article.text("Einkaufsgruppe");
   const auto method = wholeAs<std::int16_t>(article.value("PreisfindungEinkauf")).value_or(0);
-  const auto found = purchasePrices_->find({supplier, number, quantity, unit, group, method, order.date});
+  return purchasePrices_->find({supplier, number, quantity, unit, group, method, date});
+}
+
+/// Without a conversion the line gets no purchase price.
+void OrderLines::fillPurchasePrice(Recordset& line, Recordset& article, const OrderContext& order,
+                                   std::string_view salesUnit, double quantity) {
+  std::optional<PurchasePrice> found;
+  try {
+    found = purchasePrice(article, order.date, salesUnit, quantity);
+  } catch (const MissingConversion& missing) {
+    environment_.diagnostics.report(
+        {std::string("purchase price of article ") + missing.what(), missingConversion(), ""});
+  }
   if (!found) return;
   line.set("EKPreis", orderAmount(found->price));
   line.set("EKPreiseinheit", Value(found->priceUnit));

@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <tuple>
@@ -27,6 +28,8 @@ public:
 
   /// The staged positions in the numeric order of their line numbers. Raises `OrderFailure` without any.
   WrittenLines writePositions(const OrderContext& order, OrderFacts& facts, std::string_view jobId);
+  /// Reads what `writePositions` will.
+  void foresee(OrderFacts& facts, std::string_view jobId, const Date& date) const;
   /// One line of quantity 1 for an article that the order itself does not name, at this price.
   void appendLine(const OrderContext& order, WrittenLines& written, std::string_view article, double price);
   /// The price of such an article: its own, else its fourth individual number.
@@ -46,6 +49,8 @@ private:
   static void fillArticle(Recordset& line, Recordset& article, std::string_view unit, double quantity);
   static void fillQuantities(Recordset& line, Recordset& position);
   static double fillPrice(Recordset& line, Recordset& position, const FoundPrice& found);
+  std::optional<PurchasePrice> purchasePrice(Recordset& article, const Date& date, std::string_view salesUnit,
+                                             double quantity) const;
   void fillPurchasePrice(Recordset& line, Recordset& article, const OrderContext& order,
                          std::string_view salesUnit, double quantity);
   void fillFlags(Recordset& line, const Value& delivery, const Value& invoice, const std::string& date);

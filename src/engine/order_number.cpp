@@ -27,15 +27,22 @@ OrderNumber OrderNumbers::draw(const JobRow& job) {
   if (!environment_.session) throw OrderFailure(Rule::OrderNumberNone);
   const auto circle = bookingCircle(job);
   if (!circle) throw OrderFailure(Rule::OrderNumberNone);
-  const auto active = environment_.connection->open(sql("SELECT * From Nummernkreise Where NSchl ='"_sql,
-                                                        value(range), "' AND Buchungskreis = "_sql,
-                                                        number(*circle), " AND Aktiviert =1"_sql));
-  if (active->eof()) throw OrderFailure(Rule::OrderNumberNone);
+  requireRange(*circle);
   const auto drawn = environment_.session->GetBelegnummer(range, *circle);
   if (!drawn) throw OrderFailure(Rule::OrderNumberNone);
+  drawnFrom_ = {*circle, environment_.connection->epoch()};
   pending_ = OrderNumber{*drawn, *circle};
   foreign_ = false;
   return *pending_;
+}
+
+/// Once it has been drawn from, no other program changes it until the unit ends.
+void OrderNumbers::requireRange(std::int16_t circle) {
+  if (drawnFrom_ == std::pair(circle, environment_.connection->epoch())) return;
+  const auto active = environment_.connection->open(sql("SELECT * From Nummernkreise Where NSchl ='"_sql,
+                                                        value(range), "' AND Buchungskreis = "_sql,
+                                                        number(circle), " AND Aktiviert =1"_sql));
+  if (active->eof()) throw OrderFailure(Rule::OrderNumberNone);
 }
 
 void OrderNumbers::removeLines() {

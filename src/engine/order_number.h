@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <utility>
 
 namespace qx {
 
@@ -37,11 +38,14 @@ public:
 
 private:
   std::optional<std::int16_t> bookingCircle(const JobRow& job);
+  void requireRange(std::int16_t circle);
 
   Environment& environment_;
   const OrderOptions& options_;
   std::optional<std::int16_t> sessionCircle_;
   std::optional<OrderNumber> pending_;
+  /// The circle and the epoch of the connection in which its range was drawn from.
+  std::optional<std::pair<std::int16_t, std::uint64_t>> drawnFrom_;
   bool foreign_ = false; ///< the pending number belongs to another order
 };
 

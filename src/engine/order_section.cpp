@@ -15,6 +15,11 @@ constexpr Section orders{"Auftrag", "Aufträge werden verarbeitet...", {qxtJobAu
 /// Cash on delivery is announced for orders that weigh more than this.
 constexpr double heavyWeight = 28;
 
+Environment with(Diagnostics& diagnostics, const Environment& from) {
+  return {from.components, from.desktop, from.jobView,  from.clock,      from.guids,   from.localSettings,
+          from.iniFile,    diagnostics,  from.liveness, from.connection, from.session, from.currentOrder};
+}
+
 void addEntry(std::string& list, std::string_view entry, bool isFirst) {
   if (!isFirst) list += crlf;
   list += entry;
@@ -23,14 +28,19 @@ void addEntry(std::string& list, std::string_view entry, bool isFirst) {
 } // namespace
 
 OrderSection::OrderSection(RunContext& run, PriceComponent& prices)
-    : run_(run), prices_(prices), check_(run.environment, run.orderOptions), writer_(run, prices) {}
+    : run_(run), prices_(prices), check_(run.environment, run.orderOptions),
+      quiet_(with(silence_, run.environment)), foreseeingCheck_(quiet_, run.orderOptions),
+      writer_(run, prices) {}
 
 void OrderSection::run(SectionRunner& runner) {
   runner.run(orders,
              sql("Select * From ImportKopf Where JobType = "_sql, number(qxtJobAufträge),
                  " Order by Eingangsdatum"_sql),
              {[this](JobRow& job) { return processJob(job); },
-              [this](JobRow& job, std::string_view reason) { return fail(job, reason); }});
+              [this](JobRow& job, std::string_view reason) { return fail(job, reason); },
+              [this](const JobRow& job) { foresee(job); },
+              // Header and positions, articles, prices, conversions.
+              4});
   announceMalformedFees();
 }
 
@@ -53,6 +63,12 @@ bool OrderSection::leftOut(const JobRow& job) const {
           "As found"_sql));
   const bool isAccessory = accessory->value(0).truth().value_or(false);
   return isAccessory != (run_.selection == qxProcessState::ProcessZubehör);
+}
+
+void OrderSection::foresee(const JobRow& job) {
+  OrderFacts facts(run_.environment, prices_, fieldsOf(job));
+  if (!run_.unevaluated) foreseeingCheck_.CheckAuftrag(job.text("JobID"), facts);
+  writer_.foresee(job, facts);
 }
 
 JobResult OrderSection::processJob(JobRow& job) {

@@ -20,6 +20,7 @@ public:
   void run(SectionRunner& runner);
 
 private:
+  void foresee(const JobRow& job);
   JobResult processJob(JobRow& job);
   void announceMalformedFees() const;
   bool leftOut(const JobRow& job) const;
@@ -37,6 +38,9 @@ private:
   RunContext& run_;
   PriceComponent& prices_;
   OrderCheck check_;
+  SilentDiagnostics silence_;
+  Environment quiet_; ///< reports nothing
+  OrderCheck foreseeingCheck_;
   OrderWriter writer_;
 };
 

@@ -12,6 +12,14 @@
 #include <stdexcept>
 
 namespace qx {
+namespace {
+
+Sql customerRow(std::string_view number) {
+  return sql("Select * From Kundenstamm where Kundennummer  = '"_sql, value(number), "'"_sql);
+}
+
+} // namespace
+
 OrderWriter::OrderWriter(const RunContext& run, PriceComponent& prices)
     : environment_(run.environment), options_(run.orderOptions), homeCurrency_(run.homeCurrency),
       header_(run), numbers_(environment_, options_), prices_(prices), lines_(environment_, options_),
@@ -99,10 +107,14 @@ std::string OrderWriter::receiptStamp(const JobRow& job) {
   }
 }
 
+void OrderWriter::foresee(const JobRow& job, OrderFacts& facts) const {
+  environment_.connection->open(customerRow(job.text("Kundennummer")));
+  lines_.foresee(facts, job.text("JobID"), parseGermanDate(job.text("Eingangsdatum")).value_or(Date()));
+}
+
 std::unique_ptr<Recordset> OrderWriter::openCustomer(const JobRow& job) const {
   const std::string number = job.text("Kundennummer");
-  auto customer = environment_.connection->open(
-      sql("Select * From Kundenstamm where Kundennummer  = '"_sql, value(number), "'"_sql));
+  auto customer = environment_.connection->open(customerRow(number));
   if (customer->eof()) throw OrderFailure(Rule::OrderCustomerRefused, number);
   if (customer->value("Liefersperre").truth().value_or(false))
     throw OrderFailure(Rule::OrderDeliveryStop, number);
@@ -177,10 +189,11 @@ void OrderWriter::stampCustomer(const JobRow& job, Recordset& customer) {
 }
 
 void OrderWriter::writeStamp(const CustomerStamp& stamp) {
-  environment_.connection->execute(sql("UPDATE Kundenstamm SET KundeSeit = '"_sql, nullable(stamp.since),
-                                       "', Ind_Text2 = '"_sql, nullable(stamp.text2), "', Ind_Text3 = '"_sql,
-                                       nullable(stamp.text3), "' WHERE Kundennummer  = '"_sql,
-                                       value(stamp.customer), "'"_sql));
+  environment_.connection->changeOne("Kundenstamm",
+                                     sql("UPDATE Kundenstamm SET KundeSeit = '"_sql, nullable(stamp.since),
+                                         "', Ind_Text2 = '"_sql, nullable(stamp.text2),
+                                         "', Ind_Text3 = '"_sql, nullable(stamp.text3),
+                                         "' WHERE Kundennummer  = '"_sql, value(stamp.customer), "'"_sql));
 }
 
 void OrderWriter::insertIndexEntry(Recordset& header) {

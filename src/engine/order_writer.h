@@ -41,6 +41,8 @@ public:
   /// Raises `OrderFailure` with the sentence for the clerk, or what the database raises. The job's done code
   /// is written last. `facts` are those of this job.
   WrittenOrder WriteAuftrag(JobRow& job, OrderFacts& facts);
+  /// Reads what `WriteAuftrag` will.
+  void foresee(const JobRow& job, OrderFacts& facts) const;
   const AccessoryFees& fees() const { return fees_; }
 
 private:

@@ -22,18 +22,46 @@ void SectionRunner::run(const Section& section, const Sql& query, const Handler&
   const std::size_t count = jobs->recordCount();
   progressRaised_ = 0;
   attempt_ = {};
-  const std::size_t taken = run_.group.takeAll(count, {[&](std::size_t at) {
-                                                         take(section, *jobs, at, handler);
-                                                         raiseProgress(at + 1, count);
-                                                       },
-                                                       [&](std::size_t at, const WorkLostError& loss) {
-                                                         if (takesAgain(loss)) return true;
-                                                         leave(*jobs, at, loss);
-                                                         raiseProgress(at + 1, count);
-                                                         return false;
-                                                       },
-                                                       [&] { return run_.stop.requested(); }});
+  const std::size_t taken = run_.group.takeAll(
+      count, {[&](std::size_t at) {
+                take(section, *jobs, at, handler);
+                raiseProgress(at + 1, count);
+              },
+              [&](std::size_t at, const WorkLostError& loss) {
+                if (takesAgain(loss)) return true;
+                leave(*jobs, at, loss);
+                raiseProgress(at + 1, count);
+                return false;
+              },
+              [&] { return run_.stop.requested(); },
+              [&](std::size_t first, std::size_t jobsAhead) { foresee(*jobs, first, jobsAhead, handler); }});
   run_.report.stillWaiting += count - taken;
+}
+
+/// Nothing is decided here: what is read too much or too little only costs time.
+void SectionRunner::foresee(Recordset& jobs, std::size_t first, std::size_t count, const Handler& handler) {
+  Connection& connection = *run_.environment.connection;
+  if (!connection.readsAhead()) return;
+  jobs.moveTo(first);
+  jobs.readAhead(count);
+  if (!handler.foresee) return;
+  for (int round = 0; round < handler.lookahead; ++round) {
+    connection.noteReads();
+    for (std::size_t at = first; at < first + count; ++at) {
+      jobs.moveTo(at);
+      foreseeJob(jobs, handler);
+    }
+    if (connection.readNoted() == 0) return;
+  }
+}
+
+/// A failure here is one of reading too little, and comes again when the job is processed.
+void SectionRunner::foreseeJob(Recordset& jobs, const Handler& handler) {
+  try {
+    if (jobs.resync()) handler.foresee(JobRow(jobs, run_.missing));
+  } catch (const std::exception& error) {
+    if (isFatal(error)) throw;
+  }
 }
 
 void SectionRunner::take(const Section& section, Recordset& jobs, std::size_t at, const Handler& handler) {

@@ -53,6 +53,10 @@ public:
     std::function<JobResult(JobRow&)> process;
     /// Marks a job as failed and records the failure, whatever caused it.
     std::function<JobResult(JobRow&, std::string_view reason)> fail;
+    /// Does what processing the job will read, without deciding anything: it may find less than there is. As
+    /// often as `lookahead` says, since what is read next may depend on what was found.
+    std::function<void(const JobRow&)> foresee{};
+    int lookahead = 1;
   };
 
   explicit SectionRunner(RunContext& run) : run_(run) {}
@@ -79,6 +83,8 @@ private:
     std::optional<WorkLostError> index;
   };
 
+  void foresee(Recordset& jobs, std::size_t first, std::size_t count, const Handler& handler);
+  void foreseeJob(Recordset& jobs, const Handler& handler);
   void take(const Section& section, Recordset& jobs, std::size_t at, const Handler& handler);
   std::optional<JobResult> processJob(const Handler& handler, Recordset& jobs);
   std::optional<JobResult> markFailed(const Handler& handler, Recordset& jobs, const std::string& reason);

@@ -8,12 +8,6 @@
 namespace qx::erp {
 namespace {
 
-struct RangeState {
-  std::int64_t current = 0;
-  std::int64_t next = 0;
-  std::int64_t last = std::numeric_limits<std::int32_t>::max();
-};
-
 /// The caller's unit keeps other programs out, except on a host's connection.
 constexpr int mostTries = 20;
 
@@ -21,6 +15,8 @@ constexpr int mostTries = 20;
   throw std::runtime_error("Der Nummernkreis '" + std::string(range) + "' im Buchungskreis '" +
                            std::to_string(bookingCircle) + "' " + why);
 }
+
+using RangeState = NumberRanges::State;
 
 std::optional<RangeState> readRange(Connection& connection, std::string_view range,
                                     std::int16_t bookingCircle) {
@@ -39,24 +35,43 @@ std::optional<RangeState> readRange(Connection& connection, std::string_view ran
   RangeState state;
   if (!rows->value("aktuellerWert").isNull()) state.current = whole("aktuellerWert");
   if (!rows->value("ObererWert").isEmpty()) state.last = std::min(state.last, whole("ObererWert"));
-  const std::int64_t first = rows->value("UntererWert").isEmpty() ? 1 : whole("UntererWert");
-  state.next = std::max(std::min(state.current, state.last) + 1, first);
+  if (!rows->value("UntererWert").isEmpty()) state.first = whole("UntererWert");
   return state;
+}
+
+std::int64_t nextOf(const RangeState& state) {
+  return std::max(std::min(state.current, state.last) + 1, state.first);
+}
+
+/// The old value in the condition detects another program's draw in between.
+Sql advance(const RangeState& state, std::string_view range, std::int16_t bookingCircle) {
+  return sql("Update Nummernkreise Set aktuellerWert = "_sql, number(nextOf(state)), " Where NSchl = '"_sql,
+             value(range), "' And Buchungskreis = "_sql, number(bookingCircle),
+             " And Aktiviert = 1 And coalesce(aktuellerWert,0) = "_sql, number(state.current));
 }
 
 } // namespace
 
-std::optional<std::int32_t> drawNumber(Connection& connection, std::string_view range,
-                                       std::int16_t bookingCircle) {
+std::optional<std::int32_t> NumberRanges::draw(Connection& connection, std::string_view range,
+                                               std::int16_t bookingCircle) {
+  // The first draw of a unit locks the row, so that the further ones know its value.
+  State& known = known_[{std::string(range), bookingCircle}];
+  if (known.connection == &connection && known.epoch == connection.epoch()) {
+    if (nextOf(known) > known.last) return std::nullopt;
+    if (connection.changeOne("Nummernkreise", advance(known, range, bookingCircle))) {
+      known.current = nextOf(known);
+      return static_cast<std::int32_t>(known.current);
+    }
+  }
   for (int tries = 0; tries < mostTries; ++tries) {
-    const auto state = readRange(connection, range, bookingCircle);
-    if (!state || state->next > state->last) return std::nullopt;
-    // The old value in the condition detects another program's draw in between; then it retries.
-    const auto changed = connection.execute(
-        sql("Update Nummernkreise Set aktuellerWert = "_sql, number(state->next), " Where NSchl = '"_sql,
-            value(range), "' And Buchungskreis = "_sql, number(bookingCircle),
-            " And Aktiviert = 1 And coalesce(aktuellerWert,0) = "_sql, number(state->current)));
-    if (changed != 0) return static_cast<std::int32_t>(state->next);
+    auto state = readRange(connection, range, bookingCircle);
+    if (!state || nextOf(*state) > state->last) return std::nullopt;
+    if (connection.execute(advance(*state, range, bookingCircle)) == 0) continue;
+    known = *state;
+    known.current = nextOf(*state);
+    known.connection = &connection;
+    known.epoch = connection.epoch();
+    return static_cast<std::int32_t>(known.current);
   }
   fail(range, bookingCircle, "nimmt keine neue Nummer an.");
 }

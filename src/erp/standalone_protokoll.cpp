@@ -68,11 +68,12 @@ void StandaloneProtokoll::UpdateRecord() {
   connection_->insert(
       "Protokollpositionen",
       sql("Insert Into Protokollpositionen (ID, Zeile, Text0, Text1, Text2, Text3, Text4, Text5, Text6, "
-          "Text7, Text8, Memo0) Select '"_sql,
-          value(id_), "', coalesce(max(Zeile),0)+1, '"_sql, nullable(t[0]), "', '"_sql, nullable(t[1]),
-          "', '"_sql, nullable(t[2]), "', '"_sql, nullable(t[3]), "', '"_sql, nullable(t[4]), "', '"_sql,
-          nullable(t[5]), "', '"_sql, nullable(t[6]), "', '"_sql, nullable(t[7]), "', '"_sql, nullable(t[8]),
-          "', '"_sql, nullable(memo), "' From Protokollpositionen Where ID = '"_sql, value(id_), "'"_sql));
+          "Text7, Text8, Memo0) Values ('"_sql,
+          value(id_), "', (Select coalesce(max(Zeile),0)+1 From Protokollpositionen Where ID = '"_sql,
+          value(id_), "'), '"_sql, nullable(t[0]), "', '"_sql, nullable(t[1]), "', '"_sql, nullable(t[2]),
+          "', '"_sql, nullable(t[3]), "', '"_sql, nullable(t[4]), "', '"_sql, nullable(t[5]), "', '"_sql,
+          nullable(t[6]), "', '"_sql, nullable(t[7]), "', '"_sql, nullable(t[8]), "', '"_sql, nullable(memo),
+          "')"_sql));
   line_.reset();
 }
 

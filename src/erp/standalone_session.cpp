@@ -1,6 +1,5 @@
 #include "erp/standalone_session.h"
 
-#include "erp/number_range.h"
 #include "platform/whole_number.h"
 
 #include <array>
@@ -61,7 +60,7 @@ std::int16_t StandaloneSession::GetBuchungskreis() {
 
 std::optional<std::int32_t> StandaloneSession::GetBelegnummer(std::string_view range,
                                                               std::int16_t bookingCircle) {
-  return drawNumber(database(), range, bookingCircle);
+  return ranges_.draw(database(), range, bookingCircle);
 }
 
 Umrechnungen& StandaloneSession::Umrechnungen() {

@@ -1,6 +1,7 @@
 // The session of the standalone ERP.
 #pragma once
 
+#include "erp/number_range.h"
 #include "erp/process_identity.h"
 #include "erp/standalone_options.h"
 #include "erp/unit_conversions.h"
@@ -53,6 +54,7 @@ private:
   std::string sessionId_;
   std::string userName_;
   std::optional<Date> sessionDate_;
+  NumberRanges ranges_;
   std::unique_ptr<UnitConversions> conversions_;
   bool connected_ = false;
   std::int32_t errorCode_ = 0;

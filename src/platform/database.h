@@ -55,6 +55,9 @@ public:
   virtual bool resync() = 0;
   /// Runs the statement again and moves to the first row.
   virtual void requery() = 0;
+  /// Says that the next rows, from the current one, will be read in this unit of work. A server is then asked
+  /// for all of them at once and keeps other programs from changing them until the unit ends.
+  virtual void readAhead(std::size_t /*count*/) {}
 
   virtual std::size_t fieldCount() const = 0;
   virtual std::string_view fieldName(std::size_t index) const = 0;
@@ -83,6 +86,12 @@ public:
   virtual bool goOn(std::chrono::milliseconds waited) = 0;
 };
 
+/// How many jobs a unit of work should hold, and how long it may stay open.
+struct GroupLimits {
+  std::size_t jobs = 100;
+  std::chrono::milliseconds age{200};
+};
+
 /// One connection to the ERP's database. Not thread-safe.
 class Connection {
 public:
@@ -99,9 +108,11 @@ public:
   /// Runs a statement without rows. Returns the number of changed rows.
   virtual std::int64_t execute(const Sql& statement) = 0;
   /// Runs a statement that adds or replaces a row of the table. Raises `NotInserted` when it did neither.
-  void insert(std::string_view table, const Sql& statement) {
+  virtual void insert(std::string_view table, const Sql& statement) {
     if (execute(statement) == 0) throw NotInserted(table);
   }
+  /// Runs a statement that changes one row of the table. False when there was none.
+  virtual bool changeOne(std::string_view /*table*/, const Sql& statement) { return execute(statement) > 0; }
   /// Adds a row or, when the table has one with the same values of the first `keys` columns, overwrites its
   /// other columns; one statement, so that no other program can add it in between. Raises `NotInserted` when
   /// it did neither.
@@ -136,6 +147,25 @@ public:
   /// Never raises.
   virtual void rollbackWork() noexcept = 0;
 
+  /// From now to the end of the open unit, writes of record sets, `insert`, `put` and `changeOne` may wait
+  /// and be sent together, before a statement that could see them and before the commit. One that the
+  /// database refuses then raises `WorkLostError`, in whatever member sent it: the unit must be done again
+  /// without collecting. Results may be answered from memory while nothing that concerns them was written.
+  virtual void collectWrites() {}
+  /// Whether noting reads saves anything: the database is a server, and writes are collected.
+  virtual bool readsAhead() const { return false; }
+  /// From now to `readNoted` nothing is read or written: `open` answers what is known, notes the statement of
+  /// every other result and answers with no rows. So code that only reads can be run to learn what it will
+  /// ask.
+  virtual void noteReads() {}
+  /// Ends that and reads the noted results in few statements, so that `open` knows them in this unit. Returns
+  /// how many there were.
+  virtual std::size_t readNoted() { return 0; }
+  /// The same number as long as the open unit stays open and no part of it is undone: what was read and
+  /// locked meanwhile still holds. Outside of a unit another number each time.
+  virtual std::uint64_t epoch() { return ++lastEpoch_; }
+  virtual GroupLimits groupLimits() const { return {}; }
+
   /// Until `endReading` all statements see the same state; the caller writes nothing meanwhile. Does nothing
   /// on a host's connection or inside a unit.
   virtual void beginReading() {}
@@ -149,6 +179,9 @@ public:
   virtual void releaseSavepoint() = 0;
   /// Undoes everything since the innermost savepoint and releases it. Never raises.
   virtual void rollbackToSavepoint() noexcept = 0;
+
+private:
+  std::uint64_t lastEpoch_ = 0;
 };
 
 /// Who may use a new database file and what is written beside it.

@@ -68,4 +68,10 @@ public:
   virtual void report(const Diagnostic& diagnostic) noexcept = 0;
 };
 
+/// Drops what is reported: for what is only tried and will be done again.
+class SilentDiagnostics final : public Diagnostics {
+public:
+  void report(const Diagnostic& /*diagnostic*/) noexcept override {}
+};
+
 } // namespace qx

@@ -55,20 +55,20 @@ std::string CustomerAddresses::GetAdresse(std::string_view Kundennummer,
 
 bool CustomerAddresses::AddAdressDaten(std::string_view Kundennummer, std::string_view Adressnummer,
                                        const Adresse& adresse) const {
-  if (Adressnummer.empty()) return false;
-  const std::int64_t added =
-      activeConnection(environment_)
-          .execute(
-              sql("Insert Into Adressenstamm (Kundennummer, Adressnummer, Bez1, Bez2, Bez3, Strasse, "
-                  "Land, PLZ, Ort) Select '"_sql,
-                  value(Kundennummer), "', '"_sql, value(Adressnummer), "', '"_sql, nullable(adresse.Bez1),
-                  "', '"_sql, nullable(adresse.Bez2), "', '"_sql, nullable(adresse.Bez3), "', '"_sql,
-                  nullable(adresse.Strasse), "', '"_sql, nullable(adresse.Land), "', '"_sql,
-                  nullable(adresse.PLZ), "', '"_sql, nullable(adresse.Ort),
-                  "' Where Not Exists (Select Kundennummer From Adressenstamm where Kundennummer = '"_sql,
-                  value(Kundennummer), "' And Adressnummer = '"_sql, value(Adressnummer), "')"_sql));
-  if (added == 0 && !KundeAngelegt(Kundennummer, Adressnummer)) throw NotInserted("Adressenstamm");
-  return added > 0;
+  if (Adressnummer.empty() || KundeAngelegt(Kundennummer, Adressnummer)) return false;
+  // Another program may add it in between.
+  const Sql addition =
+      sql("Insert Into Adressenstamm (Kundennummer, Adressnummer, Bez1, Bez2, Bez3, Strasse, Land, PLZ, Ort) "
+          "Select '"_sql,
+          value(Kundennummer), "', '"_sql, value(Adressnummer), "', '"_sql, nullable(adresse.Bez1),
+          "', '"_sql, nullable(adresse.Bez2), "', '"_sql, nullable(adresse.Bez3), "', '"_sql,
+          nullable(adresse.Strasse), "', '"_sql, nullable(adresse.Land), "', '"_sql, nullable(adresse.PLZ),
+          "', '"_sql, nullable(adresse.Ort),
+          "' Where Not Exists (Select Kundennummer From Adressenstamm where Kundennummer = '"_sql,
+          value(Kundennummer), "' And Adressnummer = '"_sql, value(Adressnummer), "')"_sql);
+  if (activeConnection(environment_).changeOne("Adressenstamm", addition)) return true;
+  if (!KundeAngelegt(Kundennummer, Adressnummer)) throw NotInserted("Adressenstamm");
+  return false;
 }
 
 } // namespace qx

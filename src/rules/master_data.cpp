@@ -155,10 +155,14 @@ double MasterData::orderValue(std::int32_t order) const {
                          number(order)));
 }
 
-bool MasterData::codeExists(std::string_view field, std::string_view code) const {
+Sql MasterData::codeLookup(std::string_view field, std::string_view code) {
   for (const CodeTable& table : codeTables)
-    if (table.field == field) return anyRow(table.lookup(code));
+    if (table.field == field) return table.lookup(code);
   throw std::invalid_argument("no master table is known for the field '" + std::string(field) + "'");
+}
+
+bool MasterData::codeExists(std::string_view field, std::string_view code) const {
+  return anyRow(codeLookup(field, code));
 }
 
 } // namespace qx

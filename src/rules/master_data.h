@@ -53,6 +53,8 @@ public:
   /// `Kundengruppe`, `Versandart`, `Vertragsart`, `ZahlungsbedSchl`, `Währung`, `Bankleitzahl` and
   /// `Hauptkonto` (a customer number); any other raises `std::invalid_argument`. An empty code is in no
   /// table.
+  /// The statement that `codeExists` asks.
+  static Sql codeLookup(std::string_view field, std::string_view code);
   bool codeExists(std::string_view field, std::string_view code) const;
 
 private:

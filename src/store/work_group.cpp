@@ -9,6 +9,8 @@ namespace qx {
 void WorkGroup::begin() {
   if (open_) return;
   environment_.connection->beginWork(wait_);
+  limits_ = environment_.connection->groupLimits();
+  if (fullAt_ > 0) limits_.jobs = fullAt_;
   begunAt_ = environment_.clock.elapsed();
   jobs_ = 0;
   open_ = true;
@@ -17,8 +19,8 @@ void WorkGroup::begin() {
 bool WorkGroup::endJob(bool alone) {
   requireWork();
   ++jobs_;
-  const bool old = environment_.clock.elapsed() - begunAt_ >= oldAt;
-  if (!alone && !old && jobs_ < fullAt_ && environment_.connection->ownsWork()) return false;
+  const bool old = environment_.clock.elapsed() - begunAt_ >= limits_.age;
+  if (!alone && !old && jobs_ < limits_.jobs && environment_.connection->ownsWork()) return false;
   finish();
   return true;
 }
@@ -52,9 +54,21 @@ void WorkGroup::requireWork() const {
     throw WorkLostError("Die Datenbank hat die Änderungen zurückgenommen.", 0);
 }
 
+void WorkGroup::beginCollected(std::size_t first, std::size_t count, const JobWalk& walk) {
+  begin();
+  collected_ = walk.foresee && count > 1 && environment_.connection->ownsWork();
+  if (!collected_) return;
+  environment_.connection->collectWrites();
+  foreseen_ = std::min(count, limits_.jobs);
+  walk.foresee(first, foreseen_);
+  foreseen_ = 0;
+}
+
 std::size_t WorkGroup::takeAll(std::size_t count, const JobWalk& walk) {
+  constexpr std::size_t few = 32;
   std::size_t groupStart = 0;  // the first job of the open group
-  std::size_t aloneBefore = 0; // jobs before this index are committed one by one
+  std::size_t fewBefore = 0;   // jobs before this index are committed in groups of a few
+  std::size_t aloneBefore = 0; // and before this one by one
   std::size_t at = 0;
   const auto stoppedAtGroup = [&] {
     abandon();
@@ -63,19 +77,22 @@ std::size_t WorkGroup::takeAll(std::size_t count, const JobWalk& walk) {
   };
   while (at < count && !walk.stopped()) {
     try {
-      begin();
+      const std::size_t full = groupStart < aloneBefore ? 1 : groupStart < fewBefore ? few : count;
+      if (!open_) beginCollected(at, std::min(full, count - at), walk);
       walk.take(at);
-      const bool alone = at < aloneBefore || at + 1 == count;
-      const bool committed = endJob(alone);
+      const bool committed = endJob(at + 1 == count || at + 1 - groupStart >= full);
       ++at;
       if (committed) groupStart = at;
     } catch (const WorkLostError& loss) {
+      const std::size_t lost = std::max(at + 1 - groupStart, foreseen_);
+      const bool again = at != groupStart || collected_;
       abandon();
-      aloneBefore = std::max(aloneBefore, at + 1);
-      if (at != groupStart)
+      if (again) {
+        (lost > few ? fewBefore : aloneBefore) = groupStart + lost;
         at = groupStart;
-      else if (!walk.lost(at, loss))
+      } else if (!walk.lost(at, loss)) {
         groupStart = ++at;
+      }
     } catch (const InterruptedError&) {
       if (!stoppedAtGroup()) throw;
     } catch (const BusyError&) {
@@ -93,13 +110,15 @@ std::size_t WorkGroup::takeAll(std::size_t count, const JobWalk& walk) {
 
 /// A program that waits for the database polls it about every 2 ms, so a gap of 5 ms lets it in.
 void WorkGroup::leaveGap() {
-  if (heldSinceGap_ < oldAt || !environment_.connection->ownsWork()) return;
+  if (heldSinceGap_ < heldLong || !environment_.connection->ownsWork()) return;
   environment_.clock.sleep(gap);
   heldSinceGap_ = {};
 }
 
 void WorkGroup::abandon() noexcept {
   actions_.clear();
+  collected_ = false;
+  foreseen_ = 0;
   if (!open_) return;
   open_ = false;
   environment_.connection->rollbackWork();

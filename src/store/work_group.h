@@ -19,6 +19,9 @@ struct JobWalk {
   std::function<bool(std::size_t at, const WorkLostError& loss)> lost;
   /// Checked before each job.
   std::function<bool()> stopped;
+  /// Called with the jobs that a new group may hold, so that what they will read can be read at once. Without
+  /// it the writes of a group are not collected.
+  std::function<void(std::size_t first, std::size_t count)> foresee{};
 };
 
 /// Commits jobs in groups and lets other programs use the database in between.
@@ -29,8 +32,8 @@ struct JobWalk {
 class WorkGroup {
 public:
   /// `wait` decides how long the start of a group waits for another program; null for the connection's own
-  /// limit. A group is full at `fullAt` jobs.
-  WorkGroup(Environment& environment, BusyWait* wait, std::size_t fullAt = 100)
+  /// limit. A group is full at `fullAt` jobs; 0 for as many as the connection likes.
+  WorkGroup(Environment& environment, BusyWait* wait, std::size_t fullAt = 0)
       : environment_(environment), wait_(wait), fullAt_(fullAt) {}
   WorkGroup(Environment& environment, BusyWait& wait) : WorkGroup(environment, &wait) {}
   WorkGroup(const WorkGroup&) = delete;
@@ -48,8 +51,8 @@ public:
   /// Checks that the open group has not been lost unnoticed.
   void requireWork() const;
   /// Processes and commits jobs until the last one or the stop; returns how many. A lost group is processed
-  /// again job by job, so that only the job that loses its own unit is left out. A statement or wait that the
-  /// stop interrupts rolls the open group back and is no failure.
+  /// again in smaller ones and in the end job by job, so that only the job that loses its own unit is left
+  /// out. A statement or wait that the stop interrupts rolls the open group back and is no failure.
   std::size_t takeAll(std::size_t count, const JobWalk& walk);
   /// Drops the actions of the open group and rolls it back.
   void abandon() noexcept;
@@ -58,18 +61,22 @@ public:
 
 private:
   void leaveGap();
+  void beginCollected(std::size_t first, std::size_t count, const JobWalk& walk);
 
-  static constexpr std::chrono::milliseconds oldAt{200};
+  static constexpr std::chrono::milliseconds heldLong{200};
   static constexpr std::chrono::milliseconds gap{5};
 
   Environment& environment_;
   BusyWait* wait_;
   std::size_t fullAt_;
+  GroupLimits limits_; ///< of the open group
   std::vector<std::function<void()>> actions_;
   std::chrono::milliseconds begunAt_{};
   std::chrono::milliseconds heldSinceGap_{};
   std::size_t jobs_ = 0;
+  std::size_t foreseen_ = 0; ///< jobs of the group while what they read is read ahead
   bool open_ = false;
+  bool collected_ = false;
 };
 
 } // namespace qx

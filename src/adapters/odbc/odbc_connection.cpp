@@ -25,20 +25,26 @@ std::unique_ptr<BulkStaging> OdbcConnection::bulkStaging() {
 
 std::unique_ptr<Maintenance> OdbcConnection::maintenance() { return nullptr; }
 
-bool OdbcConnection::inWork() const { return odbc_.inUnit() && !odbc_.unitLost(); }
+bool OdbcConnection::inWork() const { return odbc_.inUnit() && !odbc_.unitLost() && !groupLost(); }
 
-void OdbcConnection::beginWork(BusyWait* wait) { odbc_.begin(wait); }
+void OdbcConnection::beginWork(BusyWait* wait) {
+  odbc_.begin(wait);
+  endGroup();
+}
 
 void OdbcConnection::commitWork() {
   try {
+    finishGroup();
     odbc_.commit();
   } catch (...) {
-    odbc_.rollback();
+    rollbackWork();
     throw;
   }
+  endGroup();
 }
 
 void OdbcConnection::rollbackWork() noexcept {
+  endGroup();
   if (odbc_.inUnit()) odbc_.rollback();
 }
 
@@ -48,10 +54,10 @@ void OdbcConnection::endReading() noexcept { odbc_.endReading(); }
 
 void OdbcConnection::interrupt() noexcept { odbc_.interrupt(); }
 
-void OdbcConnection::setSavepoint() { odbc_.setSavepoint(); }
+void OdbcConnection::setRealSavepoint() { odbc_.setSavepoint(); }
 
-void OdbcConnection::releaseSavepoint() { odbc_.releaseSavepoint(); }
+void OdbcConnection::releaseRealSavepoint() { odbc_.releaseSavepoint(); }
 
-void OdbcConnection::rollbackToSavepoint() noexcept { odbc_.rollbackToSavepoint(); }
+void OdbcConnection::undoToRealSavepoint() noexcept { odbc_.rollbackToSavepoint(); }
 
 } // namespace qx

@@ -41,11 +41,11 @@ public:
   void beginReading() override;
   void endReading() noexcept override;
   void interrupt() noexcept override;
-  void setSavepoint() override;
-  void releaseSavepoint() override;
-  void rollbackToSavepoint() noexcept override;
 
 private:
+  void setRealSavepoint() override;
+  void releaseRealSavepoint() override;
+  void undoToRealSavepoint() noexcept override;
   odbc::OdbcDriver& odbc_;
 };
 

@@ -137,11 +137,19 @@ std::optional<std::int64_t> OdbcDriver::insertRow(relational::Statement& insert)
   return insert.column(0, relational::ColumnKind::Plain).integer();
 }
 
-std::vector<std::string> OdbcDriver::tableNames() {
-  OdbcStatement statement(*this, server_->tables);
+std::vector<std::string> OdbcDriver::names(std::string_view query) {
+  OdbcStatement statement(*this, query);
   std::vector<std::string> names;
   while (statement.step()) names.push_back(statement.column(0, relational::ColumnKind::Plain).text());
   return names;
+}
+
+std::vector<std::string> OdbcDriver::tableNames() { return names(server_->tables); }
+
+std::vector<std::string> OdbcDriver::triggeredTables() {
+  std::vector<std::string> tables = names(server_->triggeredTables);
+  for (std::string& table : tables) table = asciiLower(table);
+  return tables;
 }
 
 void OdbcDriver::requireConnection() {
@@ -169,6 +177,11 @@ short OdbcDriver::call(void* statement, std::string_view text, Effect effect,
       return result;
     }
     const Failure failure = failureOfStatement(statement);
+    if (staked_ && scope_ == Scope::Unit &&
+        (failure.kind() == FailureKind::Busy || failure.kind() == FailureKind::Statement)) {
+      lost_ = true;
+      throw WorkLostError(failure.message + " (" + std::string(failure.sqlState) + ")", 0);
+    }
     if (failure.kind() == FailureKind::Busy) {
       undoStatement();
       const auto waited =
@@ -191,7 +204,7 @@ void OdbcDriver::fail(const Failure& failure, std::string_view text) {
 /// One savepoint per write that another statement follows.
 void OdbcDriver::prepareForFailure() {
   Level& level = levels_.back();
-  if (!level.unsafe) return;
+  if (!level.unsafe || staked_) return;
   const std::string step = std::string(server_->set) + "step";
   level.unsafe = false;
   control(level.step ? std::string(server_->release) + "step;" + step : step);

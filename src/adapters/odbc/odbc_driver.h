@@ -47,6 +47,8 @@ public:
                                                  relational::StatementLife life) override;
   relational::TableKey keyOf(std::string_view table) override;
   std::optional<std::int64_t> insertRow(relational::Statement& insert) override;
+  std::vector<std::string> triggeredTables() override;
+  void stakeUnit(bool staked) noexcept override { staked_ = staked; }
 
   /// The connection string without the password, as messages name the database.
   const std::string& name() const { return name_; }
@@ -98,6 +100,7 @@ private:
   void fail(const Failure& failure, std::string_view text);
   std::string partName() const { return "part" + std::to_string(levels_.size() - 1); }
   std::optional<std::string> answer(std::string_view query);
+  std::vector<std::string> names(std::string_view query);
   void readRowKeys();
 
   ConnectionString connectionString_;
@@ -113,6 +116,7 @@ private:
   int session_ = 0;
   bool readsParts_ = false;
   bool lost_ = false;
+  bool staked_ = false; ///< a failed statement costs the unit
   bool disconnected_ = true;
 };
 

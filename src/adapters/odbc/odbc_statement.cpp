@@ -262,6 +262,26 @@ void OdbcStatement::bind(std::size_t index, const Value& value) {
   pass(index);
 }
 
+std::string_view OdbcStatement::parameterType(std::size_t index) {
+  switch (parameters_.at(index).type) {
+  case SQL_BIT:
+  case SQL_TINYINT:
+  case SQL_SMALLINT:
+  case SQL_INTEGER:
+  case SQL_BIGINT:
+    return "BIGINT";
+  case SQL_REAL:
+  case SQL_FLOAT:
+  case SQL_DOUBLE:
+    return "DOUBLE PRECISION";
+  case SQL_NUMERIC:
+  case SQL_DECIMAL:
+    return "NUMERIC";
+  default:
+    return "TEXT";
+  }
+}
+
 /// Tells the driver where the value of a parameter stands.
 void OdbcStatement::pass(std::size_t index) {
   Parameter& parameter = parameters_[index];

@@ -37,6 +37,9 @@ constexpr std::array servers{
                "Select c.relname, a.attname From pg_class c Join pg_attribute a On a.attrelid = c.oid "
                "Where a.attidentity <> '' And c.relkind = 'r' And pg_table_is_visible(c.oid)",
            .tables = "Select table_name From information_schema.tables Where table_schema = current_schema()",
+           .triggeredTables = "Select c.relname From pg_trigger t Join pg_class c On c.oid = t.tgrelid Where "
+                              "Not t.tgisinternal "
+                              "Union Select tablename From pg_rules",
            .begin = "Begin;Savepoint step",
            .beginReading = "Begin Isolation Level Repeatable Read Read Only;Savepoint step",
            .commit = "Commit",

@@ -22,8 +22,9 @@ struct Server {
   /// (one row if so).
   std::string_view keyedTables;
   std::string_view tables;
-  std::string_view begin;        ///< and sets the savepoint "step"
-  std::string_view beginReading; ///< the same with one state for all reads
+  std::string_view triggeredTables; ///< those for which it does something of its own when a row is written
+  std::string_view begin;           ///< and sets the savepoint "step"
+  std::string_view beginReading;    ///< the same with one state for all reads
   std::string_view commit;
   std::string_view rollback;
   std::string_view set;     ///< a savepoint; the name follows

@@ -1,6 +1,7 @@
 #include "adapters/sql/connection_base.h"
 
 #include "adapters/sql/dialect.h"
+#include "adapters/sql/group.h"
 #include "adapters/sql/recordsets.h"
 #include "adapters/sql/statement_cache.h"
 #include "adapters/sql/upsert.h"
@@ -11,32 +12,79 @@ namespace qx::relational {
 
 ConnectionBase::ConnectionBase(std::unique_ptr<Driver> driver, Spelling spelling)
     : driver_(std::move(driver)), spelling_(std::move(spelling)),
-      statements_(std::make_unique<StatementCache>(*driver_, spelling_)) {}
+      statements_(std::make_unique<StatementCache>(*driver_, spelling_)),
+      group_(std::make_unique<Group>(*statements_, static_cast<Savepoints&>(*this))) {}
 
 ConnectionBase::~ConnectionBase() = default;
 
 std::int64_t ConnectionBase::execute(const Sql& statement) {
-  Statement& prepared = statements_->plain(statement);
+  group_->prepareToWrite(statement);
+  Statement& prepared = *statements_->plain(statement).statement;
   prepared.bindAll(statement.values());
   return prepared.run();
 }
 
+void ConnectionBase::insert(std::string_view table, const Sql& statement) {
+  if (group_->collectsFor(table))
+    group_->executeLater(table, statement);
+  else
+    Connection::insert(table, statement);
+}
+
+bool ConnectionBase::changeOne(std::string_view table, const Sql& statement) {
+  if (!group_->collectsFor(table)) return Connection::changeOne(table, statement);
+  group_->executeLater(table, statement);
+  return true;
+}
+
 void ConnectionBase::put(std::string_view table, std::span<const ColumnValue> row, std::size_t keys) {
-  insert(table, upsert(table, row, keys));
+  if (!group_->collectsFor(table)) {
+    Connection::insert(table, upsert(table, row, keys));
+    return;
+  }
+  std::vector<Value> values;
+  values.reserve(row.size());
+  for (const ColumnValue& each : row) values.push_back(each.value);
+  group_->executeLater(table, statements_->upsert(table, row, keys), std::move(values));
 }
 
 std::string_view ConnectionBase::rowKey() const { return driver_->dialect().rowKey; }
 
 std::unique_ptr<Recordset> ConnectionBase::open(const Sql& statement) {
-  return std::make_unique<FetchedRecordset>(*statements_, statement);
+  return std::make_unique<FetchedRecordset>(*group_, statement);
 }
 
 std::unique_ptr<Recordset> ConnectionBase::openKeyset(const Sql& statement) {
-  return std::make_unique<KeysetRecordset>(*statements_, statement);
+  return std::make_unique<KeysetRecordset>(*group_, statement);
 }
 
 std::unique_ptr<Recordset> ConnectionBase::openStream(const Sql& statement) {
+  group_->prepareToRead(nullptr);
   return std::make_unique<StreamRecordset>(*statements_, statement);
 }
+
+void ConnectionBase::collectWrites() {
+  if (inWork()) group_->begin();
+}
+
+bool ConnectionBase::readsAhead() const { return group_->joinsStatements(); }
+
+void ConnectionBase::noteReads() { group_->noteReads(); }
+
+std::size_t ConnectionBase::readNoted() { return group_->readNoted(); }
+
+std::uint64_t ConnectionBase::epoch() { return inWork() ? group_->epoch() : group_->nextEpoch(); }
+
+void ConnectionBase::setSavepoint() { group_->setSavepoint(); }
+
+void ConnectionBase::releaseSavepoint() { group_->releaseSavepoint(); }
+
+void ConnectionBase::rollbackToSavepoint() noexcept { group_->rollbackToSavepoint(); }
+
+void ConnectionBase::finishGroup() { group_->finish(); }
+
+void ConnectionBase::endGroup() noexcept { group_->end(); }
+
+bool ConnectionBase::groupLost() const { return group_->lost(); }
 
 } // namespace qx::relational

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "adapters/sql/driver.h"
+#include "adapters/sql/group.h"
 #include "adapters/sql/spelling.h"
 #include "platform/database.h"
 
@@ -16,8 +17,9 @@ namespace qx::relational {
 class StatementCache;
 
 /// Runs statements and opens record sets through a driver. Translates each distinct statement once and keeps
-/// it compiled. Derived classes add the units of work.
-class ConnectionBase : public Connection {
+/// it compiled. Derived classes add the units of work: they call `finishGroup` before a commit and `endGroup`
+/// whenever a unit begins or ends.
+class ConnectionBase : public Connection, private Savepoints {
 public:
   ConnectionBase(const ConnectionBase&) = delete;
   ConnectionBase& operator=(const ConnectionBase&) = delete;
@@ -30,17 +32,33 @@ public:
   std::unique_ptr<Recordset> openKeyset(const Sql& statement) override;
   std::unique_ptr<Recordset> openStream(const Sql& statement) override;
 
+  void insert(std::string_view table, const Sql& statement) override;
+  bool changeOne(std::string_view table, const Sql& statement) override;
+  void collectWrites() override;
+  bool readsAhead() const override;
+  void noteReads() override;
+  std::size_t readNoted() override;
+  std::uint64_t epoch() override;
+  void setSavepoint() override;
+  void releaseSavepoint() override;
+  void rollbackToSavepoint() noexcept override;
+
 protected:
   /// Takes ownership of the driver; derived classes keep a reference to it under its own type. `spelling`:
   /// for a database that reports names in lower case.
   explicit ConnectionBase(std::unique_ptr<Driver> driver, Spelling spelling = {});
 
   Driver& driver() { return *driver_; }
+  void finishGroup();
+  void endGroup() noexcept;
+  /// Whether writes that waited were refused, so that nothing of the unit can be kept.
+  bool groupLost() const;
 
 private:
   std::unique_ptr<Driver> driver_;
   Spelling spelling_;
-  std::unique_ptr<StatementCache> statements_; ///< last, so that it is destroyed before its driver
+  std::unique_ptr<StatementCache> statements_; ///< destroyed before its driver
+  std::unique_ptr<Group> group_;
 };
 
 } // namespace qx::relational

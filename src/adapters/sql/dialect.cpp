@@ -68,6 +68,8 @@ const Dialect postgresDialect{.name = "PostgreSQL",
                               .types = postgresTypes,
                               .chronological = chronologicalByRegex,
                               .wholeNumber = leadingNumber,
-                              .setUp = postgresSetUp};
+                              .setUp = postgresSetUp,
+                              .joinsStatements = true,
+                              .lockRows = " FOR UPDATE"};
 
 } // namespace qx::relational

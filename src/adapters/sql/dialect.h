@@ -41,6 +41,10 @@ struct Dialect {
   std::string (*wholeNumber)(std::string_view column);
   /// What a database needs before the first table; does nothing where it is there already.
   std::span<const std::string_view> setUp;
+  /// Whether a statement costs so much by itself that those of many jobs are joined.
+  bool joinsStatements = false;
+  /// Behind a select: locks its rows until the unit ends.
+  std::string_view lockRows = {};
 };
 
 /// The embedded database.

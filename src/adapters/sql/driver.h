@@ -10,6 +10,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace qx::relational {
 
@@ -42,6 +43,8 @@ public:
 
   /// Binds a parameter by 0-based index. Texts are not copied: the value must live until the next `reset`.
   virtual void bind(std::size_t index, const Value& value) = 0;
+  /// The type that the database expects of a parameter, as a cast names it.
+  virtual std::string_view parameterType(std::size_t /*index*/) { return "TEXT"; }
   void bindAll(std::span<const Value> values) {
     std::size_t index = 0;
     for (const Value& value : values) bind(index++, value);
@@ -93,6 +96,11 @@ public:
   virtual std::unique_ptr<Statement> prepare(std::string_view text, StatementLife life) = 0;
   /// `table` is the name without quotes, in any case.
   virtual TableKey keyOf(std::string_view table) = 0;
+  /// The tables, in lower case, for which the database does something of its own when a row is written.
+  virtual std::vector<std::string> triggeredTables() = 0;
+  /// Whether a failed statement may cost the whole unit from now on, which saves a round trip per write. Then
+  /// it raises `WorkLostError`.
+  virtual void stakeUnit(bool /*staked*/) noexcept {}
   /// Runs an insert of one row that ends as the dialect's `returning` says. Returns the new row's key; null
   /// when the database did not take the row.
   virtual std::optional<std::int64_t> insertRow(Statement& insert) = 0;

@@ -3,6 +3,8 @@
 #include "model/text.h"
 #include "platform/database_error.h"
 
+#include <algorithm>
+#include <iterator>
 #include <stdexcept>
 #include <utility>
 
@@ -52,22 +54,48 @@ std::size_t EditableRecordset::bindPending(Statement& statement) {
   return bound;
 }
 
-std::int64_t EditableRecordset::insertPending() {
+std::int64_t EditableRecordset::insertNow() {
   constexpr std::string_view keyTaken = "23505";
   constexpr int most = 10;
-  Statement& insert = statements_.insert(source_, pendingColumns_);
+  Statement& insert = statements().insert(source_, pendingColumns_);
   for (int tries = 1;; ++tries) {
     bindPending(insert);
     try {
-      const auto inserted = statements_.driver().insertRow(insert);
+      const auto inserted = statements().driver().insertRow(insert);
       if (!inserted) throw NotInserted(source_.table);
       return *inserted;
     } catch (const StatementError& error) {
       // Another program has drawn the same key in the meantime.
-      if (tries == most || error.sqlState() != keyTaken || !statements_.assignsKey(source_, pendingColumns_))
+      if (tries == most || error.sqlState() != keyTaken || !statements().assignsKey(source_, pendingColumns_))
         throw;
     }
   }
+}
+
+std::int64_t EditableRecordset::insertPending() {
+  if (!group_.collects()) return insertNow();
+  // A key that the table draws is known when the row is written only.
+  const bool drawn = !source_.key.identity.empty() &&
+                     (!source_.shape->has(source_.key.identity) ||
+                      !pendingColumns_[source_.shape->find(ColumnName(source_.key.identity))]);
+  if (!drawn && group_.collectsFor(source_.tableKey))
+    return group_.insertLater(source_, pendingColumns_, pending_);
+  group_.prepareToInsert(source_, pendingColumns_, pending_);
+  return insertNow();
+}
+
+void EditableRecordset::updatePending(std::int64_t rowKey) {
+  const Group::Before before = [this](std::size_t index) { return &storedValue(index); };
+  if (group_.collectsFor(source_.tableKey)) {
+    group_.updateLater(source_, rowKey, pendingColumns_, pending_, before);
+    return;
+  }
+  group_.prepareToUpdate(source_, rowKey, pendingColumns_, pending_, before);
+  Statement& update = statements().update(source_, pendingColumns_);
+  const Value key(rowKey);
+  const std::size_t bound = bindPending(update);
+  update.bind(bound, key);
+  if (update.run() == 0) throw StatementError("the row was deleted by another program", 0);
 }
 
 void EditableRecordset::update() {
@@ -76,12 +104,9 @@ void EditableRecordset::update() {
     rowKey = insertPending();
   } else if (pendingColumns_.any()) {
     rowKey = currentRowKey();
+    if (rowKey == 0) rowKey = writtenRowKey();
     if (rowKey == 0 || source_.table.empty()) throw StatementError("there is no row to change", 0);
-    Statement& update = statements_.update(source_, pendingColumns_);
-    const Value key(rowKey);
-    const std::size_t bound = bindPending(update);
-    update.bind(bound, key);
-    if (update.run() == 0) throw StatementError("the row was deleted by another program", 0);
+    updatePending(rowKey);
   } else {
     return;
   }
@@ -99,33 +124,30 @@ void EditableRecordset::readRow(Statement& statement, std::vector<Value>& into, 
   for (std::size_t i = 0; i < fieldCount(); ++i) into[at + i] = source_.shape->read(statement, i);
 }
 
-FetchedRecordset::FetchedRecordset(StatementCache& statements, const Sql& statement)
-    : EditableRecordset(statements, statements.rows(statement).source), query_(statements.rows(statement)),
-      parameters_(statement.values().begin(), statement.values().end()) {
-  fetch();
+FetchedRecordset::FetchedRecordset(Group& group, const Sql& statement)
+    : EditableRecordset(group, group.statements().rows(statement).source),
+      query_(group.statements().rows(statement)),
+      parameters_(statement.values().begin(), statement.values().end()),
+      rows_(group.read(query_, parameters_)) {}
+
+Rows& FetchedRecordset::ownRows() {
+  auto own = std::make_shared<Rows>(*rows_);
+  Rows& rows = *own;
+  rows_ = std::move(own);
+  return rows;
 }
 
-void FetchedRecordset::fetch() {
-  rowKeys_.clear();
-  values_.clear();
-  position_ = 0;
-  Statement& select = *query_.select;
-  select.bindAll(parameters_);
-  const StatementUse use(select);
-  // Read the shape after the first step, which recompiles the statement when the schema has changed.
-  bool more = select.step();
-  statements().completeShape(source(), select);
-  while (more) {
-    rowKeys_.push_back(source().layout.hidden > 0 ? readKey(select) : 0);
-    values_.resize(values_.size() + fieldCount());
-    readRow(select, values_, values_.size() - fieldCount());
-    more = select.step();
-  }
+/// The row of this place, once the database has it.
+std::int64_t FetchedRecordset::writtenRowKey() {
+  if (eof() || !group().collects() || source().table.empty()) return 0;
+  group().prepareToRead(&source().tableKey);
+  const auto rows = group().read(query_, parameters_, true);
+  return position_ < rows->keys.size() ? rows->keys[position_] : 0;
 }
 
 void FetchedRecordset::moveTo(std::size_t position) {
   cancelUpdate();
-  position_ = std::min(position, rowKeys_.size());
+  position_ = std::min(position, rows_->keys.size());
 }
 
 bool FetchedRecordset::resync() {
@@ -138,29 +160,31 @@ bool FetchedRecordset::resync() {
 
 void FetchedRecordset::requery() {
   cancelUpdate();
-  fetch();
+  position_ = 0;
+  rows_ = group().read(query_, parameters_, true);
 }
 
 const Value& FetchedRecordset::storedValue(std::size_t index) {
-  return eof() ? nullValue : values_[position_ * fieldCount() + index];
+  return eof() ? nullValue : rows_->values[position_ * fieldCount() + index];
 }
 
 void FetchedRecordset::rowWritten(std::int64_t rowKey, bool inserted, const ColumnMask& written,
                                   std::vector<Value>& values) {
+  Rows& rows = ownRows();
   if (inserted) {
-    position_ = rowKeys_.size();
-    rowKeys_.push_back(rowKey);
-    values_.resize(values_.size() + fieldCount());
+    position_ = rows.keys.size();
+    rows.keys.push_back(rowKey);
+    rows.values.resize(rows.values.size() + fieldCount());
     const std::size_t identity = source().shape->find(ColumnName(source().key.identity));
-    if (identity < fieldCount()) values_[position_ * fieldCount() + identity] = Value(rowKey);
+    if (identity < fieldCount()) rows.values[position_ * fieldCount() + identity] = Value(rowKey);
   }
   for (std::size_t i = 0; i < fieldCount(); ++i)
-    if (written[i]) values_[position_ * fieldCount() + i] = std::move(values[i]);
+    if (written[i]) rows.values[position_ * fieldCount() + i] = std::move(values[i]);
 }
 
-KeysetRecordset::KeysetRecordset(StatementCache& statements, const Sql& statement)
-    : EditableRecordset(statements, statements.keyset(statement).source),
-      query_(statements.keyset(statement)),
+KeysetRecordset::KeysetRecordset(Group& group, const Sql& statement)
+    : EditableRecordset(group, group.statements().keyset(statement).source),
+      query_(group.statements().keyset(statement)),
       parameters_(statement.values().begin(), statement.values().end()) {
   readKeys();
 }
@@ -168,6 +192,7 @@ KeysetRecordset::KeysetRecordset(StatementCache& statements, const Sql& statemen
 void KeysetRecordset::readKeys() {
   keys_.clear();
   moveTo(0);
+  group().prepareToRead(&source().tableKey);
   Statement& select = *query_.keys;
   select.bindAll(parameters_);
   const StatementUse use(select);
@@ -188,17 +213,47 @@ bool KeysetRecordset::resync() {
   loaded_ = true;
   present_ = false;
   if (eof()) return false;
+  if (!takeRow(keys_[position_].rowKey)) return false;
+  const int key = source().keyColumn;
+  present_ = key < 0 || textHash(row_[static_cast<std::size_t>(key)].textView()) == keys_[position_].textHash;
+  return present_;
+}
+
+/// False when there is no such row.
+bool KeysetRecordset::takeRow(std::int64_t rowKey) {
+  group().prepareToReadRow(source(), rowKey);
+  if (const auto known = ahead_.find(rowKey); known != ahead_.end() && group().collects() &&
+                                              aheadUnit_ == group().unit() &&
+                                              aheadWrites_ == group().writesTo(source().tableKey)) {
+    row_ = known->second;
+    return true;
+  }
   Statement& select = *query_.row;
-  const Value rowKey(keys_[position_].rowKey);
-  select.bind(0, rowKey);
+  const Value key(rowKey);
+  select.bind(0, key);
   const StatementUse use(select);
   if (!select.step()) return false;
   statements().completeShape(source(), select);
   row_.resize(fieldCount());
   readRow(select, row_, 0);
-  const int key = source().keyColumn;
-  present_ = key < 0 || textHash(row_[static_cast<std::size_t>(key)].textView()) == keys_[position_].textHash;
-  return present_;
+  return true;
+}
+
+void KeysetRecordset::readAhead(std::size_t count) {
+  ahead_.clear();
+  if (!group().joinsStatements()) return;
+  std::vector<std::int64_t> keys;
+  for (std::size_t i = position_; i < keys_.size() && keys.size() < count; ++i)
+    keys.push_back(keys_[i].rowKey);
+  Rows rows = group().readByKey(query_, keys);
+  for (std::size_t i = 0; i < rows.keys.size(); ++i) {
+    const auto first = rows.values.begin() + static_cast<std::ptrdiff_t>(i * fieldCount());
+    ahead_.emplace(rows.keys[i], std::vector<Value>(std::make_move_iterator(first),
+                                                    std::make_move_iterator(
+                                                        first + static_cast<std::ptrdiff_t>(fieldCount()))));
+  }
+  aheadUnit_ = group().unit();
+  aheadWrites_ = group().writesTo(source().tableKey);
 }
 
 void KeysetRecordset::requery() { readKeys(); }
@@ -215,6 +270,7 @@ std::int64_t KeysetRecordset::currentRowKey() {
 
 void KeysetRecordset::rowWritten(std::int64_t rowKey, bool inserted, const ColumnMask& written,
                                  std::vector<Value>& values) {
+  ahead_.erase(rowKey);
   if (inserted) {
     position_ = keys_.size();
     keys_.push_back({rowKey, 0});

@@ -1,10 +1,13 @@
 // The three kinds of record sets.
 #pragma once
 
+#include "adapters/sql/group.h"
 #include "adapters/sql/statement_cache.h"
 #include "platform/database.h"
 
 #include <cstdint>
+#include <memory>
+#include <unordered_map>
 #include <vector>
 
 namespace qx::relational {
@@ -12,8 +15,7 @@ namespace qx::relational {
 /// The base of record sets on a single table: the pending row and how it is written.
 class EditableRecordset : public Recordset {
 public:
-  EditableRecordset(StatementCache& statements, RowSource& source)
-      : statements_(statements), source_(source) {}
+  EditableRecordset(Group& group, RowSource& source) : group_(group), source_(source) {}
 
   std::size_t fieldCount() const override { return source_.shape->size(); }
   std::string_view fieldName(std::size_t index) const override { return source_.shape->name(index); }
@@ -30,12 +32,15 @@ protected:
   virtual const Value& storedValue(std::size_t index) = 0;
   /// The key of the current row, or 0 when there is none.
   virtual std::int64_t currentRowKey() = 0;
+  /// The same of a row that is known although it has not been written yet.
+  virtual std::int64_t writtenRowKey() { return 0; }
   /// Called after a row was inserted or changed; `written` are the columns.
   virtual void rowWritten(std::int64_t rowKey, bool inserted, const ColumnMask& written,
                           std::vector<Value>& values) = 0;
 
   std::size_t place(ColumnName column) const;
-  StatementCache& statements() { return statements_; }
+  Group& group() { return group_; }
+  StatementCache& statements() { return group_.statements(); }
   RowSource& source() { return source_; }
   static std::int64_t readKey(Statement& statement) {
     return statement.column(0, ColumnKind::Plain).integer().value_or(0);
@@ -45,8 +50,10 @@ protected:
 private:
   std::size_t bindPending(Statement& statement);
   std::int64_t insertPending();
+  std::int64_t insertNow();
+  void updatePending(std::int64_t rowKey);
 
-  StatementCache& statements_;
+  Group& group_;
   RowSource& source_;
   std::vector<Value> pending_;
   ColumnMask pendingColumns_;
@@ -56,10 +63,10 @@ private:
 /// Reads all rows when opened.
 class FetchedRecordset final : public EditableRecordset {
 public:
-  FetchedRecordset(StatementCache& statements, const Sql& statement);
+  FetchedRecordset(Group& group, const Sql& statement);
 
-  std::size_t recordCount() const override { return rowKeys_.size(); }
-  bool eof() const override { return position_ >= rowKeys_.size(); }
+  std::size_t recordCount() const override { return rows_->keys.size(); }
+  bool eof() const override { return position_ >= rows_->keys.size(); }
   void moveFirst() override { moveTo(0); }
   void moveNext() override { moveTo(position_ + 1); }
   void moveTo(std::size_t position) override;
@@ -68,24 +75,25 @@ public:
 
 protected:
   const Value& storedValue(std::size_t index) override;
-  std::int64_t currentRowKey() override { return eof() ? 0 : rowKeys_[position_]; }
+  std::int64_t currentRowKey() override { return eof() ? 0 : rows_->keys[position_]; }
+  std::int64_t writtenRowKey() override;
   void rowWritten(std::int64_t rowKey, bool inserted, const ColumnMask& written,
                   std::vector<Value>& values) override;
 
 private:
-  void fetch();
+  /// The rows, no longer shared with others.
+  Rows& ownRows();
 
   RowQuery& query_;
   std::vector<Value> parameters_;
-  std::vector<std::int64_t> rowKeys_; ///< 0 for rows that cannot be changed
-  std::vector<Value> values_;
+  std::shared_ptr<const Rows> rows_; ///< keys are 0 for rows that cannot be changed
   std::size_t position_ = 0;
 };
 
 /// Holds the keys and reads the current row on demand.
 class KeysetRecordset final : public EditableRecordset {
 public:
-  KeysetRecordset(StatementCache& statements, const Sql& statement);
+  KeysetRecordset(Group& group, const Sql& statement);
 
   std::size_t recordCount() const override { return keys_.size(); }
   bool eof() const override { return position_ >= keys_.size(); }
@@ -94,6 +102,7 @@ public:
   void moveTo(std::size_t position) override;
   bool resync() override;
   void requery() override;
+  void readAhead(std::size_t count) override;
 
 protected:
   const Value& storedValue(std::size_t index) override;
@@ -109,10 +118,14 @@ private:
   };
 
   void readKeys();
+  bool takeRow(std::int64_t rowKey);
 
   KeysetQuery& query_;
   std::vector<Value> parameters_;
   std::vector<Key> keys_;
+  std::unordered_map<std::int64_t, std::vector<Value>> ahead_; ///< rows that were read ahead, by key
+  std::uint64_t aheadUnit_ = 0;
+  std::uint64_t aheadWrites_ = 0;
   std::vector<Value> row_;
   std::size_t position_ = 0;
   bool loaded_ = false;

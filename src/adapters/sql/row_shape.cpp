@@ -28,6 +28,13 @@ RowShape::RowShape(Statement& statement, const ResultLayout& layout, const Diale
   }
 }
 
+RowShape RowShape::without(std::uint32_t leading) const {
+  RowShape shape = *this;
+  for (Column& column : shape.columns_) column.place -= leading;
+  shape.width_ -= leading;
+  return shape;
+}
+
 std::size_t RowShape::find(ColumnName column) const {
   std::size_t at = column.hash() & (slots_.size() - 1);
   while (slots_[at].used) {

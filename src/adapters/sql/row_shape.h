@@ -17,6 +17,7 @@ struct ResultLayout {
   int hidden = 0;                    ///< leading columns that serve the cursor only
   bool wholeRows = false;            ///< `*` lists columns, and with them a row key that the table declares
   std::vector<std::string> computed; ///< the names of columns that are no column of the table
+  bool aggregate = false;            ///< one row is computed from many
 };
 
 /// The columns that callers see: names, kinds and the index of names.
@@ -33,6 +34,10 @@ public:
   }
   /// True for a column of the table, false for a computed one.
   bool stored(std::size_t index) const { return columns_[index].stored; }
+  ColumnKind kind(std::size_t index) const { return columns_[index].kind; }
+  bool has(std::string_view column) const { return find(ColumnName(column)) < size(); }
+  /// The same columns of a statement that has fewer before them.
+  RowShape without(std::uint32_t leading) const;
   /// The index of a column, or `size()`.
   std::size_t find(ColumnName column) const;
   /// The number of columns of the statement, hidden ones included.

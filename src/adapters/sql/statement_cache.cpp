@@ -2,8 +2,11 @@
 
 #include "adapters/sql/select_parts.h"
 #include "adapters/sql/translation.h"
+#include "adapters/sql/upsert.h"
 #include "model/text.h"
 #include "platform/database_error.h"
+
+#include <bit>
 
 namespace qx::relational {
 namespace {
@@ -56,8 +59,21 @@ std::string StatementCache::rowsOf(const SelectParts& parts, const TableKey& key
          quoted(parts.table);
 }
 
-Statement& StatementCache::plain(const Sql& statement) {
-  return *plain_.get(statement, [&] { return compile(translate(statement, driver_.dialect())); });
+PlainStatement& StatementCache::plain(const Sql& statement) {
+  return plain_.get(statement, [&] {
+    const std::string text = translate(statement, driver_.dialect());
+    return PlainStatement{compile(text), WritePattern::of(text)};
+  });
+}
+
+PlainStatement& StatementCache::upsert(std::string_view table, std::span<const ColumnValue> row,
+                                       std::size_t keys) {
+  std::string key(table);
+  for (const ColumnValue& each : row) key.append(1, ',').append(each.column);
+  key.append(1, ',').append(std::to_string(keys));
+  PlainStatement*& known = upserts_[key];
+  if (known == nullptr) known = &plain(relational::upsert(table, row, keys));
+  return *known;
 }
 
 TableKey StatementCache::rowKeyOf(std::string_view table) {
@@ -78,11 +94,14 @@ StreamQuery StatementCache::stream(const Sql& statement) {
 RowQuery& StatementCache::rows(const Sql& statement) {
   return rows_.get(statement, [&] {
     RowQuery query;
-    const std::string text = translate(statement, driver_.dialect());
-    const auto parts = splitSelect(text);
+    query.text = translate(statement, driver_.dialect());
+    query.parameterCount = statement.values().size();
+    const auto parts = splitSelect(query.text);
+    if (parts) query.pattern = ReadPattern::of(parts->table, parts->where);
     if (!parts || parts->aggregate) {
-      query.select = compile(text);
-      query.source.layout.wholeRows = listsWholeRows(text);
+      query.select = compile(query.text);
+      query.source.layout.wholeRows = listsWholeRows(query.text);
+      query.source.layout.aggregate = parts.has_value();
       return query;
     }
     RowSource& source = query.source;
@@ -91,6 +110,7 @@ RowQuery& StatementCache::rows(const Sql& statement) {
         compile(rowsOf(*parts, source.key) + whereClause(*parts) + orderClause(*parts, source.key));
     source.layout = layoutOf(*parts, source.key.row.empty() ? 0 : 1);
     if (!source.key.row.empty()) source.table = std::string(parts->table);
+    source.tableKey = query.pattern->table;
     return query;
   });
 }
@@ -105,18 +125,80 @@ KeysetQuery& StatementCache::keyset(const Sql& statement) {
     if (!parts || parts->aggregate || source.key.row.empty())
       throw StatementError("the statement cannot be opened as a keyset: " + statement.text(), 0);
     source.table = std::string(parts->table);
+    source.tableKey = asciiLower(source.table);
     source.layout = layoutOf(*parts, 1);
     const std::string& textKey = source.key.text;
     const std::string keyList = source.key.row + (textKey.empty() ? "" : ", " + quoted(textKey));
     query.keys = compile("SELECT " + keyList + " FROM " + quoted(source.table) + whereClause(*parts) +
                          orderClause(*parts, source.key));
-    query.row = compile(rowsOf(*parts, source.key) + " WHERE " + source.key.row + "=?");
+    query.rowText = rowsOf(*parts, source.key) + " WHERE " + source.key.row;
+    query.row = compile(query.rowText + "=?");
     completeShape(source, *query.row);
     const std::size_t index =
         textKey.empty() ? source.shape->size() : source.shape->find(ColumnName(textKey));
     if (index < source.shape->size()) source.keyColumn = static_cast<int>(index);
     return query;
   });
+}
+
+ManyQuery& StatementCache::many(RowQuery& query, std::size_t rows) {
+  rows = std::bit_ceil(rows);
+  ManyQuery& many = query.many[rows];
+  if (many.select) return many;
+  const auto parts = splitSelect(query.text);
+  const TableKey& key = query.source.key;
+  const std::string table = quoted(parts->table);
+  // The values stand in a table of their own, whose columns no other table has.
+  const auto parameter = [](std::size_t index) { return "qx_" + std::to_string(index + 1); };
+  std::string names = "qx_n";
+  std::string firstRow;
+  std::string otherRow;
+  for (std::size_t i = 0; i < query.parameterCount; ++i) {
+    names += ", " + parameter(i);
+    firstRow += ", CAST(? AS " + std::string(query.select->parameterType(i)) + ")";
+    otherRow += ", ?";
+  }
+  std::string values;
+  for (std::size_t i = 0; i < rows; ++i)
+    values.append(i == 0 ? "(" : ", (")
+        .append(std::to_string(i))
+        .append(i == 0 ? firstRow : otherRow)
+        .append(")");
+  std::string list;
+  for (const std::string_view term : listTerms(parts->list))
+    list.append(", ").append(term == "*" ? table + ".*" : std::string(term));
+  std::size_t next = 0;
+  std::string condition;
+  for (std::size_t at = 0; at < parts->where.size();) {
+    const char c = parts->where[at];
+    const std::size_t end = c == '\'' || c == '"' || c == '[' ? skipQuoted(parts->where, at) : at + 1;
+    if (c == '?')
+      condition += "qx." + parameter(next++);
+    else
+      condition += parts->where.substr(at, end - at);
+    at = end;
+  }
+  const std::string order = orderClause(*parts, key);
+  constexpr std::string_view orderBy = " ORDER BY ";
+  many.select =
+      compile("SELECT qx_n" + (key.row.empty() ? std::string() : ", " + table + "." + quoted(key.row)) +
+              list + " FROM (VALUES " + values + ") AS qx (" + names + ") JOIN " + table + " ON " +
+              condition + " ORDER BY qx_n" + (order.empty() ? "" : ", " + order.substr(orderBy.size())));
+  many.rows = rows;
+  many.layout = query.source.layout;
+  ++many.layout.hidden;
+  return many;
+}
+
+ManyQuery& StatementCache::many(KeysetQuery& query, std::size_t rows) {
+  rows = std::bit_ceil(rows);
+  ManyQuery& many = query.many[rows];
+  if (many.select) return many;
+  std::string keys = "?";
+  for (std::size_t i = 1; i < rows; ++i) keys += ", ?";
+  many.select = compile(query.rowText + " IN (" + keys + ")" + std::string(driver_.dialect().lockRows));
+  many.rows = rows;
+  return many;
 }
 
 void StatementCache::completeShape(RowSource& source, Statement& statement) const {

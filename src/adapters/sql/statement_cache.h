@@ -3,6 +3,8 @@
 
 #include "adapters/sql/driver.h"
 #include "adapters/sql/row_shape.h"
+#include "adapters/sql/statement_pattern.h"
+#include "platform/database.h"
 #include "platform/sql.h"
 
 #include <bitset>
@@ -23,22 +25,43 @@ using ColumnMask = std::bitset<256>;
 struct RowSource {
   ResultLayout layout;
   std::optional<RowShape> shape;
-  std::string table;  ///< empty when the rows cannot be changed
-  TableKey key;       ///< of the table
-  int keyColumn = -1; ///< index in the shape of a single text key, or -1
+  std::string table;    ///< empty when the rows cannot be changed
+  std::string tableKey; ///< the same in lower case
+  TableKey key;         ///< of the table
+  int keyColumn = -1;   ///< index in the shape of a single text key, or -1
   std::unordered_map<ColumnMask, std::unique_ptr<Statement>> updates;
   std::unordered_map<ColumnMask, std::unique_ptr<Statement>> inserts;
+};
+
+/// A statement that gives the rows of many at once.
+struct ManyQuery {
+  std::unique_ptr<Statement> select;
+  std::size_t rows = 0; ///< for how many it has values
+  ResultLayout layout;
+  std::optional<RowShape> shape;
+};
+
+struct PlainStatement {
+  std::unique_ptr<Statement> statement;
+  std::optional<WritePattern> pattern;
 };
 
 struct RowQuery {
   std::unique_ptr<Statement> select;
   RowSource source;
+  std::string text; ///< translated
+  std::size_t parameterCount = 0;
+  std::optional<ReadPattern> pattern;    ///< of a select over one table
+  bool derivable = true;                 ///< written rows have been read back as they were written
+  std::map<std::size_t, ManyQuery> many; ///< by the number of rows
 };
 
 struct KeysetQuery {
   std::unique_ptr<Statement> keys;
   std::unique_ptr<Statement> row;
   RowSource source;
+  std::string rowText;                   ///< the select of a row without its condition
+  std::map<std::size_t, ManyQuery> many; ///< by the number of rows
 };
 
 struct StreamQuery {
@@ -53,11 +76,17 @@ public:
   StatementCache(Driver& driver, const Spelling& spelling) : driver_(driver), spelling_(spelling) {}
 
   Driver& driver() { return driver_; }
-  Statement& plain(const Sql& statement);
+  PlainStatement& plain(const Sql& statement);
+  /// The statement that adds or overwrites a row of these columns, of which the first `keys` tell rows apart.
+  PlainStatement& upsert(std::string_view table, std::span<const ColumnValue> row, std::size_t keys);
   RowQuery& rows(const Sql& statement);
   KeysetQuery& keyset(const Sql& statement);
   /// A statement for a stream, not shared.
   StreamQuery stream(const Sql& statement);
+  /// The results for at least `rows` sets of values, each row behind the number of its set.
+  ManyQuery& many(RowQuery& query, std::size_t rows);
+  /// The rows for at least `rows` keys, which it locks.
+  ManyQuery& many(KeysetQuery& query, std::size_t rows);
   Statement& update(RowSource& source, const ColumnMask& columns);
   Statement& insert(RowSource& source, const ColumnMask& columns);
   /// Whether an insert of these columns draws the table's key itself: the number after the highest, as rows
@@ -93,7 +122,8 @@ private:
 
   Driver& driver_;
   const Spelling& spelling_;
-  Map<std::unique_ptr<Statement>> plain_;
+  Map<PlainStatement> plain_;
+  std::map<std::string, PlainStatement*, std::less<>> upserts_; ///< by table and columns
   Map<RowQuery> rows_;
   Map<KeysetQuery> keysets_;
 };

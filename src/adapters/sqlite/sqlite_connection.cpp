@@ -103,7 +103,7 @@ std::vector<std::string> SqliteConnection::tableNames() {
 bool SqliteConnection::ownsWork() const { return ownsWork_; }
 
 bool SqliteConnection::inWork() const {
-  return driver_.database().unitBegun() && !driver_.database().unitLost();
+  return driver_.database().unitBegun() && !driver_.database().unitLost() && !groupLost();
 }
 
 void SqliteConnection::beginWork(BusyWait* wait) {
@@ -118,21 +118,25 @@ void SqliteConnection::beginWork(BusyWait* wait) {
   else
     beginWith(*wait);
   driver_.database().beginUnit();
+  endGroup();
 }
 
 void SqliteConnection::commitWork() {
   if (!driver_.database().unitBegun()) return;
   try {
+    finishGroup();
     run(commit_, "COMMIT");
   } catch (...) {
     rollbackWork();
     throw;
   }
   driver_.database().endUnit();
+  endGroup();
 }
 
 void SqliteConnection::rollbackWork() noexcept {
   if (!driver_.database().unitBegun()) return;
+  endGroup();
   undoUnit();
   driver_.database().endUnit();
 }
@@ -163,18 +167,18 @@ void SqliteConnection::endReading() noexcept {
 
 void SqliteConnection::interrupt() noexcept { driver_.interrupt(); }
 
-void SqliteConnection::setSavepoint() {
+void SqliteConnection::setRealSavepoint() {
   if (!driver_.database().unitBegun()) return;
   prepare(rollbackTo_, "ROLLBACK TO part");
   prepare(release_, "RELEASE part");
   run(save_, "SAVEPOINT part");
 }
 
-void SqliteConnection::releaseSavepoint() {
+void SqliteConnection::releaseRealSavepoint() {
   if (driver_.database().unitBegun()) run(release_, "RELEASE part");
 }
 
-void SqliteConnection::rollbackToSavepoint() noexcept {
+void SqliteConnection::undoToRealSavepoint() noexcept {
   if (!driver_.database().unitBegun()) return;
   try {
     run(rollbackTo_, "ROLLBACK TO part");

@@ -46,11 +46,11 @@ public:
   void beginReading() override;
   void endReading() noexcept override;
   void interrupt() noexcept override;
-  void setSavepoint() override;
-  void releaseSavepoint() override;
-  void rollbackToSavepoint() noexcept override;
 
 private:
+  void setRealSavepoint() override;
+  void releaseRealSavepoint() override;
+  void undoToRealSavepoint() noexcept override;
   /// One of the fixed statements about units of work, compiled at its first use.
   using Control = std::unique_ptr<sqlite::SqliteStatement>;
 

@@ -67,6 +67,17 @@ std::optional<std::int64_t> SqliteDriver::insertRow(relational::Statement& inser
   return sqlite3_last_insert_rowid(database_.get());
 }
 
+std::vector<std::string> SqliteDriver::triggeredTables() {
+  if (!triggers_)
+    triggers_ = prepare("SELECT tbl_name FROM sqlite_master WHERE type = 'trigger' UNION "
+                        "SELECT tbl_name FROM sqlite_temp_master WHERE type = 'trigger'",
+                        StatementLife::Cached);
+  const relational::StatementUse use(*triggers_);
+  std::vector<std::string> tables;
+  while (triggers_->step()) tables.push_back(asciiLower(triggers_->column(0, ColumnKind::Plain).textView()));
+  return tables;
+}
+
 void SqliteDriver::interrupt() noexcept { sqlite3_interrupt(database_.get()); }
 
 bool SqliteDriver::moved() const {

@@ -41,6 +41,7 @@ public:
   std::unique_ptr<relational::Statement> prepare(std::string_view text, StatementLife life) override;
   relational::TableKey keyOf(std::string_view table) override;
   std::optional<std::int64_t> insertRow(relational::Statement& insert) override;
+  std::vector<std::string> triggeredTables() override;
 
   DatabaseHandle& database() { return database_; }
   BusyHandler& busy() { return busy_; }
@@ -53,6 +54,7 @@ public:
 private:
   DatabaseHandle database_;
   BusyHandler busy_;
+  std::unique_ptr<relational::Statement> triggers_;
 };
 
 } // namespace qx::sqlite
