@@ -10,22 +10,18 @@
 namespace qx::bench {
 namespace {
 
-constexpr std::array copied{CopiedColumn{"Vertragsdatum", "Vertragsdatum"},
-                            CopiedColumn{"Vertragsbeginn", "Vertragsbeginn"},
-                            CopiedColumn{"Intervall", "Intervall", true},
-                            CopiedColumn{"IntervallErstmals", "Intervall", true},
-                            CopiedColumn{"IntervallVerlängerung", "Intervall", true},
-                            CopiedColumn{"Bemerkung", "Info"},
-                            CopiedColumn{"Kündigungsgrund", "Kündigungsgrund"},
-                            CopiedColumn{"Anzahl", "Menge", true},
-                            CopiedColumn{"Betrag", "Preis", true},
-                            CopiedColumn{"PreisabweichungGrund", "IndFild1"},
-                            CopiedColumn{"PreisabweichungGenehmigender", "IndFild2"},
-                            CopiedColumn{"PreisabweichungDatum", "IndFild3"},
-                            CopiedColumn{"PreisabweichungBemerkung", "IndFild4"},
-                            CopiedColumn{"VS_KdNr", "VS_KdNr"},
-                            CopiedColumn{"GekuendigtAm", "GekuendigtAm"},
-                            CopiedColumn{"GrundVerlorenSchl", "GrundVerlorenSchl"}};
+constexpr std::array copied{
+    CopiedColumn{"Vertragsdatum", "Vertragsdatum"}, CopiedColumn{"Vertragsbeginn", "Vertragsbeginn"},
+    CopiedColumn{"Intervall", "Intervall", true}, CopiedColumn{"IntervallErstmals", "Intervall", true},
+    CopiedColumn{"IntervallVerlängerung", "Intervall", true},
+    // The samples have no `Info`, which would come first.
+    CopiedColumn{"Bemerkung", "Bemerkung"}, CopiedColumn{"Kündigungsgrund", "Kündigungsgrund"},
+    CopiedColumn{"Anzahl", "Menge", true}, CopiedColumn{"Betrag", "Preis", true},
+    CopiedColumn{"PreisabweichungGrund", "IndFild1"},
+    CopiedColumn{"PreisabweichungGenehmigender", "IndFild2"},
+    CopiedColumn{"PreisabweichungDatum", "IndFild3"}, CopiedColumn{"PreisabweichungBemerkung", "IndFild4"},
+    CopiedColumn{"VS_KdNr", "VS_KdNr"}, CopiedColumn{"GekuendigtAm", "GekuendigtAm"},
+    CopiedColumn{"GrundVerlorenSchl", "GrundVerlorenSchl"}};
 constexpr std::array keyColumns{"Kundennummer", "Vertragsnummer", "Artikelnummer", "Vertragsart"};
 
 std::string insertText() {

@@ -18,14 +18,14 @@ constexpr std::string_view insertHeaderText =
 
 std::string insertLineText(bool purchased) {
   std::string text =
-      "INSERT INTO Auftragspos (Zeilentyp, Zustand, Import, KZDivers, ArtikelDivers, KalkPreis, "
+      "INSERT INTO Auftragspos (\"ÄndUser\", Zeilentyp, Zustand, Import, KZDivers, ArtikelDivers, KalkPreis, "
       "Preiseinheit, Rabatt, Preisfindung, Rabatt1, Rabatt2, Rabatt3, Lieferbereit, Fakturierbereit, ";
   if (purchased) text += "EKPreiseinheit, EKRabatt, EKRabatt1, EKRabatt2, EKRabatt3, ";
   text += "Auftragsnummer, Positionsnummer, Menge, Auslieferungsmenge, Liefermenge, Fakturiermenge, "
           "Artikelnummer, Mengeneinheit, Bezeichnung, Gewicht, PosGewicht, Preis, Liefertermin, MwSt_KZ, "
           "MwSt_Konto, MwSt_Satz, DZMwSt, WertJN, \"Rabattfähig\"";
   text += purchased ? ", EKPreis" : "";
-  text += ") VALUES ('K', '0', 1, 0, 0, 0, 1, 0, 'Grundpreis', 0, 0, 0, 0, 0, ";
+  text += ") VALUES ('Import', 'K', '0', 1, 0, 0, 0, 1, 0, 'Grundpreis', 0, 0, 0, 0, 0, ";
   if (purchased) text += "1, 0, 0, 0, 0, ";
   text += "?1, ?2, ?3, ?4, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13, ?14, ?15, ?16, ?17, ?18";
   return text + (purchased ? ", ?19)" : ")");

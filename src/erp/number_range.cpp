@@ -4,6 +4,7 @@
 #include <limits>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 namespace qx::erp {
 namespace {
@@ -20,10 +21,9 @@ using RangeState = NumberRanges::State;
 
 std::optional<RangeState> readRange(Connection& connection, std::string_view range,
                                     std::int16_t bookingCircle) {
-  const auto rows = connection.open(sql("Select aktuellerWert, UntererWert, ObererWert From Nummernkreise "
-                                        "Where NSchl = '"_sql,
-                                        value(range), "' And Buchungskreis = "_sql, number(bookingCircle),
-                                        " And Aktiviert = 1"_sql));
+  std::shared_ptr<Recordset> rows = connection.open(
+      sql("Select aktuellerWert, UntererWert, ObererWert From Nummernkreise Where NSchl = '"_sql,
+          value(range), "' And Buchungskreis = "_sql, number(bookingCircle), " And Aktiviert = 1"_sql));
   if (rows->eof()) return std::nullopt;
   const auto whole = [&](ColumnName column) -> std::int64_t {
     const auto number = rows->value(column).integer();
@@ -36,6 +36,7 @@ std::optional<RangeState> readRange(Connection& connection, std::string_view ran
   if (!rows->value("aktuellerWert").isNull()) state.current = whole("aktuellerWert");
   if (!rows->value("ObererWert").isEmpty()) state.last = std::min(state.last, whole("ObererWert"));
   if (!rows->value("UntererWert").isEmpty()) state.first = whole("UntererWert");
+  state.row = std::move(rows);
   return state;
 }
 
@@ -58,10 +59,10 @@ std::optional<std::int32_t> NumberRanges::draw(Connection& connection, std::stri
   State& known = known_[{std::string(range), bookingCircle}];
   if (known.connection == &connection && known.epoch == connection.epoch()) {
     if (nextOf(known) > known.last) return std::nullopt;
-    if (connection.changeOne("Nummernkreise", advance(known, range, bookingCircle))) {
-      known.current = nextOf(known);
-      return static_cast<std::int32_t>(known.current);
-    }
+    known.current = nextOf(known);
+    known.row->set("aktuellerWert", Value(known.current));
+    known.row->update();
+    return static_cast<std::int32_t>(known.current);
   }
   for (int tries = 0; tries < mostTries; ++tries) {
     auto state = readRange(connection, range, bookingCircle);

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <limits>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -26,8 +27,10 @@ public:
     std::int64_t current = 0;
     std::int64_t first = 1;
     std::int64_t last = std::numeric_limits<std::int32_t>::max();
+    /// The row, which nobody else changes in this epoch of the connection.
+    std::shared_ptr<Recordset> row;
     const Connection* connection = nullptr;
-    std::uint64_t epoch = 0; ///< of the connection, in which the row is known to hold this
+    std::uint64_t epoch = 0;
   };
 
 private:

@@ -36,6 +36,7 @@ std::string StandaloneProtokoll::CreateProtokoll(Connection& connection, std::st
   connection_ = &connection;
   id_ = id;
   line_.reset();
+  numbersEpoch_.reset();
   return id_;
 }
 
@@ -44,6 +45,7 @@ bool StandaloneProtokoll::OpenProtokoll(Connection& connection, std::string_view
   connection_ = &connection;
   id_ = id;
   line_.reset();
+  numbersEpoch_.reset();
   return true;
 }
 
@@ -69,12 +71,23 @@ void StandaloneProtokoll::UpdateRecord() {
       "Protokollpositionen",
       sql("Insert Into Protokollpositionen (ID, Zeile, Text0, Text1, Text2, Text3, Text4, Text5, Text6, "
           "Text7, Text8, Memo0) Values ('"_sql,
-          value(id_), "', (Select coalesce(max(Zeile),0)+1 From Protokollpositionen Where ID = '"_sql,
-          value(id_), "'), '"_sql, nullable(t[0]), "', '"_sql, nullable(t[1]), "', '"_sql, nullable(t[2]),
-          "', '"_sql, nullable(t[3]), "', '"_sql, nullable(t[4]), "', '"_sql, nullable(t[5]), "', '"_sql,
-          nullable(t[6]), "', '"_sql, nullable(t[7]), "', '"_sql, nullable(t[8]), "', '"_sql, nullable(memo),
-          "')"_sql));
+          value(id_), "', "_sql, number(nextNumber()), ", '"_sql, nullable(t[0]), "', '"_sql, nullable(t[1]),
+          "', '"_sql, nullable(t[2]), "', '"_sql, nullable(t[3]), "', '"_sql, nullable(t[4]), "', '"_sql,
+          nullable(t[5]), "', '"_sql, nullable(t[6]), "', '"_sql, nullable(t[7]), "', '"_sql, nullable(t[8]),
+          "', '"_sql, nullable(memo), "')"_sql));
+  ++lastNumber_;
+  numbersEpoch_ = connection_->epoch();
   line_.reset();
+}
+
+/// The line behind the last one, which is asked for once in a unit of work.
+std::int64_t StandaloneProtokoll::nextNumber() {
+  if (numbersEpoch_ != connection_->epoch()) {
+    const auto last = connection_->open(
+        sql("Select Max(Zeile) As Zeile From Protokollpositionen Where ID = '"_sql, value(id_), "'"_sql));
+    lastNumber_ = last->value(std::size_t{0}).integer().value_or(0);
+  }
+  return lastNumber_ + 1;
 }
 
 StandaloneProtokoll::Line& StandaloneProtokoll::pendingLine() {

@@ -6,6 +6,7 @@
 #include "platform/system.h"
 
 #include <array>
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
@@ -36,12 +37,15 @@ private:
   };
 
   Line& pendingLine();
+  std::int64_t nextNumber();
 
   std::function<DateTime()> now_;
   std::string sessionId_;
   Connection* connection_ = nullptr;
   std::string id_;
   std::optional<Line> line_;
+  std::int64_t lastNumber_ = 0;
+  std::optional<std::uint64_t> numbersEpoch_; ///< of the connection, in which `lastNumber_` is known
 };
 
 } // namespace qx::erp

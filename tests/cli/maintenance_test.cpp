@@ -93,7 +93,7 @@ TEST_F(Maintained, DatabasesOfEarlierProgramsAreUpgradedWithEveryRow) {
       const ProgramResult older = runPlain({"--db", file, verb});
       EXPECT_EQ(older.status, 4) << verb;
       EXPECT_EQ(older.messages, "qximportjob: " + file + ": the database has version " + number +
-                                    ", this program works with version 3\nUpgrade it, after a backup, with: "
+                                    ", this program works with version 4\nUpgrade it, after a backup, with: "
                                     "qximportjob --db " +
                                     file + " upgrade\n");
     }
@@ -103,7 +103,7 @@ TEST_F(Maintained, DatabasesOfEarlierProgramsAreUpgradedWithEveryRow) {
     const Json report = upgraded.json();
     EXPECT_EQ(report["upgraded"], true);
     EXPECT_EQ(report["from"], version);
-    EXPECT_EQ(report["to"], 3);
+    EXPECT_EQ(report["to"], 4);
     const std::string backup = report["backup"];
     EXPECT_EQ(backup.rfind(file + ".version" + number + "-", 0), 0U) << backup;
     EXPECT_EQ(fs::status(backup).permissions(), ownerAlone);
@@ -112,13 +112,13 @@ TEST_F(Maintained, DatabasesOfEarlierProgramsAreUpgradedWithEveryRow) {
 
     EXPECT_EQ(schemaOf(file), schemaOf(path("neu.db")));
     EXPECT_EQ(contentOf(file, untouched), contentOf(untouched, untouched));
-    EXPECT_EQ(rowsOf(file, "Select Version From Schemastand"), "3|\n");
+    EXPECT_EQ(rowsOf(file, "Select Version From Schemastand"), "4|\n");
     EXPECT_EQ(rowsOf(file, "PRAGMA integrity_check"), "ok|\n");
     EXPECT_EQ(erp.folder.read("alt/" + fs::path(file).filename().string()).substr(68, 4), "qxij");
 
     const ProgramResult second = runPlain({"--db", file, "upgrade"});
     EXPECT_EQ(second.status, 0);
-    EXPECT_EQ(second.output, "The database has version 3 already; nothing was changed.\n");
+    EXPECT_EQ(second.output, "The database has version 4 already; nothing was changed.\n");
     const Json run = runPlain({"--db", file, "--date", "24.11.2026", "process", "--json"}).json();
     EXPECT_EQ(run["counts"], Json::parse(R"({"processed":7,"done":3,"warning":0,"error":4})")) << version;
     EXPECT_EQ(runPlain({"--db", file, "list", "--state", "waiting", "--json"}).output, "[]\n");
@@ -141,7 +141,8 @@ view|Meine_Sicht|Meine_Sicht|CREATE VIEW Meine_Sicht AS SELECT * FROM Auftragspo
   const ProgramResult result = runPlain({"--db", file, "upgrade"});
   EXPECT_EQ(result.status, 0) << result.messages;
   const auto until = result.output.find("As it was before: ");
-  EXPECT_EQ(result.output.substr(0, until), "The database was upgraded from version 2 to version 3.\n"
+  EXPECT_EQ(result.output.substr(0, until), "The database was upgraded from version 2 to version 4.\n"
+                                            "  ImportKopf: columns unchanged; index ImportKopf_Datum\n"
                                             "  Kundenstamm: columns unchanged; index Kundenstamm_Name\n"
                                             "  Auftragspos: columns defined anew; added ÄndUser\n");
   EXPECT_EQ(rowsOf(file,
@@ -164,8 +165,8 @@ TEST_F(Maintained, WhatCannotBeUpgradedIsLeftAsItIs) {
        {Case{"ALTER TABLE Auftragspos ADD COLUMN Los", 4,
              ": the table Auftragspos has a column Los that this program does not know\nNothing was changed. "
              "Move what it holds to a table of its own and drop the column.\n"},
-        Case{"UPDATE Schemastand SET Version = 4", 4,
-             ": the database has version 4, this program works with version 3\nUse the program of that "
+        Case{"UPDATE Schemastand SET Version = 5", 4,
+             ": the database has version 5, this program works with version 4\nUse the program of that "
              "version, or another database with --db.\n"},
         Case{"UPDATE Schemastand SET Version = '1a'", 4, ": the database has version 1a, this program works"},
         Case{"DELETE FROM Schemastand", 4, ": the database does not hold the tables of this program\n"},

@@ -28,6 +28,7 @@ public:
   std::string_view columnName(std::size_t index) override;
   relational::ColumnKind columnKind(std::size_t index) override;
   void bind(std::size_t index, const Value& value) override;
+  std::size_t parameterCount() override { return parameters_.size(); }
   std::string_view parameterType(std::size_t index) override;
   bool step() override;
   Value column(std::size_t index, relational::ColumnKind kind) override;

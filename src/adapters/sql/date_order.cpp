@@ -47,7 +47,14 @@ std::string dateNumber(std::string_view column, int dayLength, int monthLength) 
 
 std::string chronologicalByParts(std::string_view column) {
   const std::string x(column);
-  std::string text = "(CASE";
+  const auto part = [&](int from, int length) {
+    return "substr(" + x + "," + std::to_string(from) + "," + std::to_string(length) + ")";
+  };
+  // Nearly all dates are of this form, whose days every month has; the index computes it with each change.
+  std::string text = "(CASE WHEN " + x + " GLOB '[0-9][0-9].[0-9][0-9].[0-9][0-9][0-9][0-9]' AND " +
+                     part(1, 2) + " BETWEEN '01' AND '28' AND " + part(4, 2) +
+                     " BETWEEN '01' AND '12' THEN CAST(" + part(7, 4) + "||" + part(4, 2) + "||" +
+                     part(1, 2) + " AS INTEGER)";
   for (const int day : {2, 1})
     for (const int month : {2, 1}) {
       const auto digits = [](int count) { return std::string(count == 2 ? "[0-9][0-9]" : "[0-9]"); };

@@ -43,6 +43,7 @@ public:
 
   /// Binds a parameter by 0-based index. Texts are not copied: the value must live until the next `reset`.
   virtual void bind(std::size_t index, const Value& value) = 0;
+  virtual std::size_t parameterCount() = 0;
   /// The type that the database expects of a parameter, as a cast names it.
   virtual std::string_view parameterType(std::size_t /*index*/) { return "TEXT"; }
   void bindAll(std::span<const Value> values) {

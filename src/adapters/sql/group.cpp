@@ -6,6 +6,7 @@
 #include "platform/database_error.h"
 
 #include <algorithm>
+#include <bit>
 #include <stdexcept>
 #include <unordered_set>
 #include <utility>
@@ -25,7 +26,8 @@ public:
   bool isNew() const override { return isNew_; }
   const Value* before(ColumnName column) const override {
     const std::size_t index = source_.shape->find(column);
-    return isNew_ || index >= source_.shape->size() || !source_.shape->stored(index) ? nullptr : before_(index);
+    return isNew_ || index >= source_.shape->size() || !source_.shape->stored(index) ? nullptr
+                                                                                     : before_(index);
   }
   bool assigns(ColumnName column) const override {
     const std::size_t index = source_.shape->find(column);
@@ -103,9 +105,10 @@ bool sameRows(const Rows& first, const Rows& second) {
 }
 
 /// Whether two selects over one table want the same rows.
-bool sameCondition(const ReadPattern& first, std::span<const Value> firstParameters, const ReadPattern& second,
-                   std::span<const Value> secondParameters) {
-  if (first.furtherConditions || second.furtherConditions || first.equalities.size() != second.equalities.size())
+bool sameCondition(const ReadPattern& first, std::span<const Value> firstParameters,
+                   const ReadPattern& second, std::span<const Value> secondParameters) {
+  if (first.furtherConditions || second.furtherConditions ||
+      first.equalities.size() != second.equalities.size())
     return false;
   for (std::size_t i = 0; i < first.equalities.size(); ++i) {
     const Value* const a = first.equalities[i].value(firstParameters);
@@ -115,6 +118,12 @@ bool sameCondition(const ReadPattern& first, std::span<const Value> firstParamet
       return false;
   }
   return true;
+}
+
+/// Clients of PostgreSQL refuse the description of more than about 7,400 parameters.
+std::size_t setsAtOnce(std::size_t width) {
+  constexpr std::size_t mostValues = 7000;
+  return std::max<std::size_t>(mostValues / std::max<std::size_t>(width, 1), 1);
 }
 
 bool comparesOneOf(const ReadPattern& pattern, const RowChange& change) {
@@ -132,12 +141,11 @@ struct Group::Run {
   std::vector<const Waiting*> rows;
 };
 
-bool Group::joinsStatements() const {
-  return collects_ && statements_.driver().dialect().joinsStatements;
-}
+bool Group::joinsStatements() const { return collects_ && statements_.driver().dialect().joinsStatements; }
 
 bool Group::collectsFor(std::string_view table) const {
-  return collects_ && (triggered_.empty() || std::ranges::find(triggered_, asciiLower(table)) == triggered_.end());
+  return collects_ &&
+         (triggered_.empty() || std::ranges::find(triggered_, asciiLower(table)) == triggered_.end());
 }
 
 void Group::begin() {
@@ -155,6 +163,7 @@ void Group::end() noexcept {
   ++epoch_;
   waiting_.clear();
   waitingOf_.clear();
+  waitingIndexes_.clear();
   marks_.clear();
   derived_.clear();
   known_.clear();
@@ -198,6 +207,7 @@ void Group::rollbackToSavepoint() noexcept {
   marks_.pop_back();
   for (std::size_t i = mark.at; i < waiting_.size(); ++i) --waitingOf_.find(waiting_[i].table)->second;
   waiting_.erase(waiting_.begin() + static_cast<std::ptrdiff_t>(mark.at), waiting_.end());
+  waitingIndexes_.clear();
   if (mark.real) {
     savepoints_.undoToRealSavepoint();
     known_.clear();
@@ -231,6 +241,7 @@ void Group::flush(bool allMarks) {
   }
   waiting_.clear();
   waitingOf_.clear();
+  waitingIndexes_.clear();
   for (Mark& mark : marks_) mark.at = 0;
   prove();
 }
@@ -245,7 +256,8 @@ void Group::send(std::size_t from, std::size_t to) {
     const auto [place, isNew] = places.emplace(row.table, tables.size());
     if (isNew) tables.emplace_back();
     std::vector<Run>& runs = tables[place->second];
-    const void* const target = row.kind == Kind::Statement ? static_cast<const void*>(row.statement) : row.source;
+    const void* const target =
+        row.kind == Kind::Statement ? static_cast<const void*>(row.statement) : row.source;
     const auto fits = [&](const Run& run) { return run.kind == row.kind && run.target == target; };
     const auto holds = [&](const Run& run) {
       return std::ranges::any_of(run.rows, [&](const Waiting* other) { return other->key == row.key; });
@@ -278,57 +290,94 @@ void Group::sendRun(const Run& run) {
     sendUpdates(run.rows);
     break;
   case Kind::Statement:
-    sendRows(*run.rows.front()->statement, run.rows, run.rows.front()->table, false);
+    sendStatements(run.rows);
     break;
   }
 }
 
 void Group::sendInserts(std::span<const Waiting* const> rows) {
-  for (std::size_t at = 0; at < rows.size();) {
-    std::size_t end = at + 1;
-    while (end < rows.size() && rows[end]->columns == rows[at]->columns) ++end;
-    RowSource& source = *rows[at]->source;
-    sendRows(statements_.insert(source, rows[at]->columns), rows.subspan(at, end - at), source.table, false);
-    at = end;
+  RowSource& source = *rows.front()->source;
+  if (joinsStatements() && rows.size() > 1) {
+    forEachBlock(rows, source.shape->size(), [&](std::span<const Waiting* const> block) {
+      std::vector<const ColumnMask*> columns;
+      for (const Waiting* row : block) columns.push_back(&row->columns);
+      const auto insert = statements_.manyInserts(source, columns);
+      sendBlock(*insert, block, source.table, false);
+    });
+    return;
   }
+  for (const Waiting* row : rows)
+    sendRow(statements_.insert(source, row->columns), *row, source.table, false);
 }
 
 void Group::sendUpdates(std::span<const Waiting* const> rows) {
-  // Of different rows, so their order does not matter.
-  std::vector<const Waiting*> left(rows.begin(), rows.end());
-  while (!left.empty()) {
-    const ColumnMask columns = left.front()->columns;
-    const auto others = std::ranges::stable_partition(
-        left, [&](const Waiting* row) { return row->columns == columns; });
-    const auto same = static_cast<std::size_t>(others.begin() - left.begin());
-    RowSource& source = *left.front()->source;
-    sendRows(statements_.update(source, columns), std::span(left).first(same), source.table, true);
-    left.erase(left.begin(), others.begin());
+  RowSource& source = *rows.front()->source;
+  if (!joinsStatements() || rows.size() == 1) {
+    for (const Waiting* row : rows)
+      sendRow(statements_.update(source, row->columns), *row, source.table, true);
+    return;
   }
+  // Of different rows, so their order does not matter; of those of the same row the last one counts.
+  std::unordered_map<ColumnMask, std::vector<const Waiting*>> byColumns;
+  std::unordered_set<std::int64_t> seen;
+  for (std::size_t i = rows.size(); i-- > 0;)
+    if (seen.insert(rows[i]->key).second) byColumns[rows[i]->columns].push_back(rows[i]);
+  for (const auto& [columns, same] : byColumns)
+    forEachBlock(same, columns.count() + 1, [&](std::span<const Waiting* const> block) {
+      sendBlock(statements_.manyUpdates(source, columns, block.size()), block, source.table, true);
+    });
 }
 
-/// Each of the rows must change one row of the table. `keys`: the row key follows the values.
-void Group::sendRows(Statement& statement, std::span<const Waiting* const> rows, std::string_view table,
-                     bool keys) {
-  std::int64_t changed = 0;
-  if (!statements_.driver().dialect().joinsStatements) {
-    for (const Waiting* row : rows) {
-      statement.bindAll(row->values);
-      const Value key(row->key);
-      if (keys) statement.bind(row->values.size(), key);
-      changed += statement.run() > 0 ? 1 : 0;
-    }
-  } else {
-    std::vector<Value> values;
-    const std::size_t width = rows.front()->values.size() + (keys ? 1 : 0);
-    values.reserve(rows.size() * width);
-    for (const Waiting* row : rows) {
-      values.insert(values.end(), row->values.begin(), row->values.end());
-      if (keys) values.emplace_back(row->key);
-    }
-    changed = statement.runRows(values, width);
+/// Sets that agree in what they find go into statements of their own, in their order.
+void Group::sendStatements(std::span<const Waiting* const> rows) {
+  PlainStatement& plain = *rows.front()->statement;
+  const std::string& table = rows.front()->table;
+  if (!joinsStatements() || !plain.set || rows.size() == 1) {
+    for (const Waiting* row : rows) sendRow(*plain.statement, *row, table, false);
+    return;
   }
-  if (changed != static_cast<std::int64_t>(rows.size())) throw NotInserted(table);
+  std::vector<std::vector<const Waiting*>> waves;
+  std::unordered_map<std::string, std::size_t> used;
+  for (const Waiting* row : rows) {
+    std::string key;
+    for (const std::size_t parameter : plain.set->keys)
+      key.append(comparisonKey(row->values[parameter]).value_or(std::string())).append(1, '\0');
+    const std::size_t wave = plain.set->keys.empty() ? 0 : used[key]++;
+    if (wave == waves.size()) waves.emplace_back();
+    waves[wave].push_back(row);
+  }
+  for (const auto& wave : waves)
+    forEachBlock(wave, rows.front()->values.size(), [&](std::span<const Waiting* const> block) {
+      sendBlock(*statements_.many(plain, block.size()), block, table, false);
+    });
+}
+
+void Group::forEachBlock(std::span<const Waiting* const> rows, std::size_t width,
+                         const std::function<void(std::span<const Waiting* const>)>& send) {
+  const std::size_t most = setsAtOnce(width);
+  for (std::size_t at = 0; at < rows.size(); at += most)
+    send(rows.subspan(at, std::min(most, rows.size() - at)));
+}
+
+/// `keys`: the row key follows the values.
+void Group::sendRow(Statement& statement, const Waiting& row, std::string_view table, bool keys) {
+  statement.bindAll(row.values);
+  const Value key(row.key);
+  if (keys) statement.bind(row.values.size(), key);
+  if (statement.run() == 0) throw NotInserted(table);
+}
+
+/// Each of the rows must change one row of the table.
+void Group::sendBlock(Statement& statement, std::span<const Waiting* const> rows, std::string_view table,
+                      bool keys) {
+  std::size_t place = 0;
+  std::vector<Value> keyValues;
+  keyValues.reserve(rows.size());
+  for (const Waiting* row : rows) {
+    for (const Value& value : row->values) statement.bind(place++, value);
+    if (keys) statement.bind(place++, keyValues.emplace_back(row->key));
+  }
+  if (statement.run() != static_cast<std::int64_t>(rows.size())) throw NotInserted(table);
 }
 
 /// What was answered from waiting writes must be what the database holds now.
@@ -350,9 +399,8 @@ void Group::prove() {
       if (!sameRows(*entries[i]->rows, *found[i])) {
         query->derivable = false;
         lost_ = true;
-        throw WorkLostError("the database holds other values than were written into the table " +
-                                query->pattern->table,
-                            0);
+        throw WorkLostError(
+            "the database holds other values than were written into the table " + query->pattern->table, 0);
       }
       entries[i]->rows = found[i];
       entries[i]->derived = entries[i]->used = false;
@@ -363,7 +411,8 @@ void Group::prove() {
 void Group::changeKnown(KnownRows::Entry& entry, const RowChange& change) {
   RowQuery& query = *entry.query;
   const RowShape& shape = *query.source.shape;
-  const auto place = change.key() == 0 ? entry.rows->keys.end() : std::ranges::find(entry.rows->keys, change.key());
+  const auto place =
+      change.key() == 0 ? entry.rows->keys.end() : std::ranges::find(entry.rows->keys, change.key());
   if (place == entry.rows->keys.end() || query.pattern->furtherConditions || !query.derivable ||
       !query.source.layout.computed.empty() || comparesOneOf(*query.pattern, change)) {
     entry.rows.reset();
@@ -428,7 +477,7 @@ void Group::updateLater(RowSource& source, std::int64_t key, const ColumnMask& c
 
 void Group::executeLater(std::string_view table, PlainStatement& statement, std::vector<Value> values) {
   requireWriting();
-  Waiting row{Kind::Statement, nullptr, statement.statement.get(), asciiLower(table), 0, {}, {}};
+  Waiting row{Kind::Statement, nullptr, &statement, asciiLower(table), 0, {}, {}};
   if (statement.pattern)
     note(RowsOfStatement(*statement.pattern, values));
   else
@@ -492,7 +541,8 @@ void Group::prepareToWrite(const RowChange& change) {
   for (KnownRows::Entry* entry : concerned) entry->rows.reset();
 }
 
-void Group::prepareToInsert(const RowSource& source, const ColumnMask& columns, std::span<const Value> values) {
+void Group::prepareToInsert(const RowSource& source, const ColumnMask& columns,
+                            std::span<const Value> values) {
   const Before nothing = [](std::size_t) { return nullptr; };
   prepareToWrite(RowOfSource(source, 0, true, columns, values, nothing));
 }
@@ -502,42 +552,86 @@ void Group::prepareToUpdate(const RowSource& source, std::int64_t key, const Col
   prepareToWrite(RowOfSource(source, key, false, columns, values, before));
 }
 
+/// What the column of the written row holds; null when that is not known.
+const Value* Group::valueIn(const Waiting& row, const ColumnTerm& column) {
+  const ColumnName name{std::string_view(column.column)};
+  switch (row.kind) {
+  case Kind::Update:
+    break;
+  case Kind::Statement:
+    if (!row.statement->pattern) break;
+    if (const RowsOfStatement written(*row.statement->pattern, row.values); written.isNew())
+      return written.after(name);
+    else
+      return written.assigns(name) ? nullptr : written.before(name);
+  case Kind::Insert: {
+    const std::size_t index = row.source->shape->find(name);
+    if (index >= row.source->shape->size() || !row.columns[index]) return nullptr;
+    std::size_t place = 0;
+    for (std::size_t i = 0; i < index; ++i) place += row.columns[i] ? 1 : 0;
+    return &row.values[place];
+  }
+  }
+  return nullptr;
+}
+
+/// The places of the writes that may concern the rows of a read, in their order.
+std::vector<std::size_t> Group::candidates(const ReadPattern& pattern, std::span<const Value> parameters) {
+  std::vector<std::size_t> places;
+  for (const ColumnTerm& condition : pattern.equalities) {
+    const Value* const wanted = condition.value(parameters);
+    const auto key = wanted == nullptr ? std::nullopt : comparisonKey(*wanted);
+    if (!key) continue;
+    WaitingIndex& index = waitingIndexes_[{pattern.table, condition.columnHash}];
+    for (; index.upTo < waiting_.size(); ++index.upTo) {
+      const Waiting& row = waiting_[index.upTo];
+      if (row.table != pattern.table) continue;
+      const Value* const value = valueIn(row, condition);
+      const auto held = value == nullptr ? std::nullopt : comparisonKey(*value);
+      (held ? index.byValue[*held] : index.others).push_back(index.upTo);
+    }
+    places = index.others;
+    if (const auto found = index.byValue.find(*key); found != index.byValue.end()) {
+      places.insert(places.end(), found->second.begin(), found->second.end());
+      std::ranges::sort(places);
+    }
+    return places;
+  }
+  for (std::size_t i = 0; i < waiting_.size(); ++i)
+    if (waiting_[i].table == pattern.table) places.push_back(i);
+  return places;
+}
+
 Group::Effect Group::effectOnRead(const RowQuery& query, std::span<const Value> parameters,
-                                  std::vector<const Waiting*>& matching) const {
+                                  std::vector<const Waiting*>& matching) {
   const ReadPattern& pattern = *query.pattern;
   const auto count = waitingOf_.find(pattern.table);
   if (count == waitingOf_.end() || count->second == 0) return Effect::None;
   bool certain = query.derivable && !pattern.furtherConditions && !pattern.equalities.empty() &&
                  query.source.layout.computed.empty() && !query.source.table.empty();
-  bool concerned = false;
-  for (const Waiting& row : waiting_) {
-    if (row.table != pattern.table) continue;
+  for (const std::size_t place : candidates(pattern, parameters)) {
+    const Waiting& row = waiting_[place];
+    if (row.kind == Kind::Statement && row.statement->pattern &&
+        !concerns(pattern, parameters, RowsOfStatement(*row.statement->pattern, row.values)))
+      continue;
     // It may bring any row into the result.
     if (row.kind != Kind::Insert) return Effect::Mixed;
     bool may = true;
-    bool all = true;
+    bool must = true;
     for (const ColumnTerm& condition : pattern.equalities) {
-      const std::size_t index = row.source->shape->find(ColumnName(std::string_view(condition.column)));
-      const bool given = index < row.source->shape->size() && row.columns[index];
+      const Value* const value = valueIn(row, condition);
       const Value* const wanted = condition.value(parameters);
-      if (!given || wanted == nullptr) {
-        all = false;
-        continue;
-      }
-      std::size_t place = 0;
-      for (std::size_t i = 0; i < index; ++i) place += row.columns[i] ? 1 : 0;
-      const Value& value = row.values[place];
-      may = may && mayEqual(value, *wanted);
-      all = all && !value.isNull() && value.text() == wanted->text();
+      may = may && (value == nullptr || wanted == nullptr || mayEqual(*value, *wanted));
+      must = must && value != nullptr && wanted != nullptr && !value->isNull() &&
+             value->text() == wanted->text();
       if (!may) break;
     }
     if (!may) continue;
-    concerned = true;
-    certain = certain && all;
+    certain = certain && must;
     matching.push_back(&row);
   }
-  if (!concerned) return Effect::None;
-  return certain && !matching.empty() ? Effect::Derivable : Effect::Mixed;
+  if (matching.empty()) return Effect::None;
+  return certain ? Effect::Derivable : Effect::Mixed;
 }
 
 std::shared_ptr<const Rows> Group::read(RowQuery& query, std::span<const Value> parameters, bool again) {
@@ -574,12 +668,13 @@ std::shared_ptr<const Rows> Group::read(RowQuery& query, std::span<const Value> 
 }
 
 /// From another result with the same rows, or from the rows that wait. Null when neither has all columns.
-std::shared_ptr<const Rows> Group::derivedRows(RowQuery& query, std::span<const Value> parameters, Effect effect,
-                                               std::span<const Waiting* const> matching) {
+std::shared_ptr<const Rows> Group::derivedRows(RowQuery& query, std::span<const Value> parameters,
+                                               Effect effect, std::span<const Waiting* const> matching) {
   if (!query.derivable || !query.source.shape || !query.source.layout.computed.empty()) return nullptr;
   const RowShape& shape = *query.source.shape;
   const KnownRows::Entry* const wider = known_.findAny(query, parameters, [&](const KnownRows::Entry& entry) {
-    if (entry.query == &query || !sameCondition(*entry.query->pattern, entry.parameters, *query.pattern, parameters))
+    if (entry.query == &query ||
+        !sameCondition(*entry.query->pattern, entry.parameters, *query.pattern, parameters))
       return false;
     for (std::size_t i = 0; i < shape.size(); ++i)
       if (!entry.query->source.shape->has(shape.name(i))) return false;
@@ -591,8 +686,7 @@ std::shared_ptr<const Rows> Group::derivedRows(RowQuery& query, std::span<const 
     rows->keys = wider->rows->keys;
     for (std::size_t at = 0; at < rows->keys.size(); ++at)
       for (std::size_t i = 0; i < shape.size(); ++i)
-        rows->values.push_back(
-            wider->rows->values[at * from.size() + from.find(ColumnName(shape.name(i)))]);
+        rows->values.push_back(wider->rows->values[at * from.size() + from.find(ColumnName(shape.name(i)))]);
     return rows;
   }
   if (effect != Effect::Derivable) return nullptr;
@@ -622,9 +716,8 @@ std::shared_ptr<const Rows> Group::readNow(RowQuery& query, std::span<const Valu
   statements_.completeShape(query.source, select);
   const RowShape& shape = *query.source.shape;
   while (more) {
-    rows->keys.push_back(query.source.layout.hidden > 0
-                             ? select.column(0, ColumnKind::Plain).integer().value_or(0)
-                             : 0);
+    rows->keys.push_back(
+        query.source.layout.hidden > 0 ? select.column(0, ColumnKind::Plain).integer().value_or(0) : 0);
     for (std::size_t i = 0; i < shape.size(); ++i) rows->values.push_back(shape.read(select, i));
     more = select.step();
   }
@@ -639,8 +732,9 @@ Group::readMany(RowQuery& query, std::span<const std::vector<Value>* const> para
     for (const std::vector<Value>* each : parameters) results.push_back(readNow(query, *each));
     return results;
   }
-  for (std::size_t at = 0; at < parameters.size(); at += mostAtOnce)
-    readBlock(query, parameters.subspan(at, std::min(mostAtOnce, parameters.size() - at)), results);
+  const std::size_t most = std::bit_floor(std::min(mostAtOnce, setsAtOnce(query.parameterCount)));
+  for (std::size_t at = 0; at < parameters.size(); at += most)
+    readBlock(query, parameters.subspan(at, std::min(most, parameters.size() - at)), results);
   return results;
 }
 
@@ -668,7 +762,8 @@ void Group::readBlock(RowQuery& query, std::span<const std::vector<Value>* const
       rows.keys.push_back(query.source.layout.hidden > 0
                               ? many.select->column(1, ColumnKind::Plain).integer().value_or(0)
                               : 0);
-      for (std::size_t i = 0; i < many.shape->size(); ++i) rows.values.push_back(many.shape->read(*many.select, i));
+      for (std::size_t i = 0; i < many.shape->size(); ++i)
+        rows.values.push_back(many.shape->read(*many.select, i));
     }
     more = many.select->step();
   }

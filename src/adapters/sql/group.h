@@ -103,8 +103,8 @@ public:
   /// Adds a row. Returns its key when the row names it, else 0.
   std::int64_t insertLater(RowSource& source, const ColumnMask& columns, std::span<const Value> values);
   /// Changes a row. `before` gives the values that it had.
-  void updateLater(RowSource& source, std::int64_t key, const ColumnMask& columns, std::span<const Value> values,
-                   const Before& before);
+  void updateLater(RowSource& source, std::int64_t key, const ColumnMask& columns,
+                   std::span<const Value> values, const Before& before);
   /// Runs a statement that writes one row.
   void executeLater(std::string_view table, const Sql& statement) {
     executeLater(table, statements_.plain(statement), {statement.values().begin(), statement.values().end()});
@@ -117,16 +117,22 @@ private:
   enum class Kind : std::uint8_t { Insert, Update, Statement };
   struct Waiting {
     Kind kind;
-    RowSource* source;            ///< null for a statement
-    Statement* statement;         ///< null for a row
+    RowSource* source;         ///< null for a statement
+    PlainStatement* statement; ///< null for a row
     std::string table;
     std::int64_t key;
     ColumnMask columns;
-    std::vector<Value> values;    ///< of the columns, in their order
+    std::vector<Value> values; ///< of the columns, in their order
+  };
+  /// The places of writes to a table that wait, by what a column of the row holds.
+  struct WaitingIndex {
+    std::size_t upTo = 0; ///< how many writes it knows
+    std::unordered_map<std::string, std::vector<std::size_t>> byValue;
+    std::vector<std::size_t> others; ///< those of which that is not known
   };
   struct Mark {
-    std::size_t at;               ///< how many writes waited
-    std::size_t derived;          ///< how many answers were derived
+    std::size_t at;      ///< how many writes waited
+    std::size_t derived; ///< how many answers were derived
     bool real;
   };
   enum class Effect : std::uint8_t { None, Derivable, Mixed };
@@ -137,14 +143,21 @@ private:
   void sendRun(const Run& run);
   void sendInserts(std::span<const Waiting* const> rows);
   void sendUpdates(std::span<const Waiting* const> rows);
-  void sendRows(Statement& statement, std::span<const Waiting* const> rows, std::string_view table, bool keys);
+  void sendStatements(std::span<const Waiting* const> rows);
+  static void forEachBlock(std::span<const Waiting* const> rows, std::size_t width,
+                           const std::function<void(std::span<const Waiting* const>)>& send);
+  static void sendRow(Statement& statement, const Waiting& row, std::string_view table, bool keys);
+  static void sendBlock(Statement& statement, std::span<const Waiting* const> rows, std::string_view table,
+                        bool keys);
   void prove();
   void note(const RowChange& change);
   void changeKnown(KnownRows::Entry& entry, const RowChange& change);
   std::shared_ptr<const Rows> noteRead(RowQuery& query, std::span<const Value> parameters);
   void requireWriting() const;
+  std::vector<std::size_t> candidates(const ReadPattern& pattern, std::span<const Value> parameters);
+  static const Value* valueIn(const Waiting& row, const ColumnTerm& column);
   Effect effectOnRead(const RowQuery& query, std::span<const Value> parameters,
-                      std::vector<const Waiting*>& matching) const;
+                      std::vector<const Waiting*>& matching);
   std::shared_ptr<const Rows> derivedRows(RowQuery& query, std::span<const Value> parameters, Effect effect,
                                           std::span<const Waiting* const> matching);
   std::shared_ptr<const Rows> readNow(RowQuery& query, std::span<const Value> parameters);
@@ -162,6 +175,7 @@ private:
   KnownRows known_;
   std::vector<Waiting> waiting_;
   std::map<std::string, std::size_t, std::less<>> waitingOf_; ///< number of writes that wait, by table
+  std::map<std::pair<std::string, std::uint64_t>, WaitingIndex> waitingIndexes_; ///< by table and column
   std::map<std::string, std::uint64_t, std::less<>> writes_;
   std::vector<std::string> triggered_; ///< tables that are written at once
   std::vector<Mark> marks_;

@@ -36,19 +36,19 @@ const Value* valueAfter(const RowChange& change, ColumnName column) {
   return change.isNew() ? nullptr : change.before(column);
 }
 
-bool concerns(const KnownRows::Entry& entry, const RowChange& change) {
+} // namespace
+
+bool concerns(const ReadPattern& read, std::span<const Value> parameters, const RowChange& change) {
   bool before = !change.isNew();
   bool after = !change.isDeleted();
-  for (const ColumnTerm& condition : entry.query->pattern->equalities) {
-    const ColumnName column(condition.column);
-    before = before && mayMeet(condition, entry.parameters, change.before(column));
-    after = after && mayMeet(condition, entry.parameters, valueAfter(change, column));
+  for (const ColumnTerm& condition : read.equalities) {
+    const ColumnName column{std::string_view(condition.column)};
+    before = before && mayMeet(condition, parameters, change.before(column));
+    after = after && mayMeet(condition, parameters, valueAfter(change, column));
     if (!before && !after) return false;
   }
   return true;
 }
-
-} // namespace
 
 KnownRows::Entry* KnownRows::find(const RowQuery& query, std::span<const Value> parameters) {
   const auto [first, last] = entries_.equal_range(keyOf(query, parameters));
@@ -105,7 +105,7 @@ void KnownRows::forEachConcerned(const RowChange& change, const std::function<vo
   std::vector<Entry*> found;
   const auto look = [&](const std::vector<Entry*>& entries) {
     for (Entry* entry : entries)
-      if (entry->rows && concerns(*entry, change)) found.push_back(entry);
+      if (entry->rows && concerns(*entry->query->pattern, entry->parameters, change)) found.push_back(entry);
   };
   look(table->second.others);
   for (const auto& [hash, column] : table->second.columns) {
@@ -120,9 +120,11 @@ void KnownRows::forEachConcerned(const RowChange& change, const std::function<vo
       for (const auto& [key, entries] : column.byValue) look(entries);
       continue;
     }
-    if (const auto entries = column.byValue.find(*after); entries != column.byValue.end()) look(entries->second);
+    if (const auto entries = column.byValue.find(*after); entries != column.byValue.end())
+      look(entries->second);
     if (!before || *before == *after) continue;
-    if (const auto entries = column.byValue.find(*before); entries != column.byValue.end()) look(entries->second);
+    if (const auto entries = column.byValue.find(*before); entries != column.byValue.end())
+      look(entries->second);
   }
   for (Entry* entry : found) visit(*entry);
 }

@@ -44,6 +44,9 @@ public:
   virtual void forEachAssigned(const std::function<void(ColumnName)>& visit) const = 0;
 };
 
+/// Whether rows that a statement writes may belong to a result, before or afterwards.
+bool concerns(const ReadPattern& read, std::span<const Value> parameters, const RowChange& change);
+
 /// Remembers results by statement and values, and finds those that a written row may concern.
 class KnownRows {
 public:

@@ -62,7 +62,8 @@ std::string StatementCache::rowsOf(const SelectParts& parts, const TableKey& key
 PlainStatement& StatementCache::plain(const Sql& statement) {
   return plain_.get(statement, [&] {
     const std::string text = translate(statement, driver_.dialect());
-    return PlainStatement{compile(text), WritePattern::of(text)};
+    return PlainStatement{compile(text), WritePattern::of(text),
+                          driver_.dialect().joinsStatements ? SetStatement::of(text) : std::nullopt};
   });
 }
 
@@ -141,6 +142,71 @@ KeysetQuery& StatementCache::keyset(const Sql& statement) {
   });
 }
 
+std::vector<std::string> StatementCache::typesOf(Statement& statement, std::size_t count) {
+  std::vector<std::string> types;
+  for (std::size_t i = 0; i < count; ++i) types.emplace_back(statement.parameterType(i));
+  return types;
+}
+
+/// Full groups are of one size, the others of any.
+std::unique_ptr<Statement>& StatementCache::roomFor(ManyStatements& statements, std::size_t rows) const {
+  constexpr std::size_t most = 8;
+  if (statements.size() >= most && !statements.contains(rows)) statements.clear();
+  return statements[rows];
+}
+
+Statement* StatementCache::many(PlainStatement& plain, std::size_t sets) {
+  if (!plain.set) return nullptr;
+  std::unique_ptr<Statement>& statement = roomFor(plain.many, sets);
+  if (!statement) {
+    std::vector<std::string> types;
+    for (std::size_t i = 0; i < plain.statement->parameterCount(); ++i)
+      types.emplace_back(plain.statement->parameterType(i));
+    statement = compile(plain.set->text(sets, types));
+  }
+  return statement.get();
+}
+
+Statement& StatementCache::manyUpdates(RowSource& source, const ColumnMask& columns, std::size_t rows) {
+  std::unique_ptr<Statement>& statement = roomFor(source.manyUpdates[columns], rows);
+  if (statement) return *statement;
+  Statement& single = update(source, columns);
+  std::vector<std::string> types = typesOf(single, single.parameterCount());
+  // The key comes last, as it does in the single one.
+  std::string assignments;
+  std::size_t next = 0;
+  for (std::size_t i = 0; i < source.shape->size(); ++i) {
+    if (!columns[i]) continue;
+    assignments.append(assignments.empty() ? "" : ", ").append(quoted(source.shape->name(i)));
+    assignments.append(" = qx.qx_").append(std::to_string(++next));
+  }
+  statement =
+      compile("UPDATE " + quoted(source.table) + " SET " + assignments + " FROM " + valuesTable(rows, types) +
+              " WHERE " + source.key.row + " = qx.qx_" + std::to_string(next + 1));
+  return *statement;
+}
+
+std::unique_ptr<Statement> StatementCache::manyInserts(RowSource& source,
+                                                       std::span<const ColumnMask* const> rows) {
+  ColumnMask all;
+  for (const ColumnMask* row : rows) all |= *row;
+  std::string names;
+  for (std::size_t i = 0; i < source.shape->size(); ++i)
+    if (all[i]) names.append(names.empty() ? "" : ", ").append(quoted(source.shape->name(i)));
+  std::string text = "INSERT INTO " + quoted(source.table) + " (" + names + ") VALUES ";
+  for (const ColumnMask* row : rows) {
+    text += row == rows.front() ? "(" : ", (";
+    std::string_view separator;
+    for (std::size_t i = 0; i < source.shape->size(); ++i) {
+      if (!all[i]) continue;
+      text.append(separator).append((*row)[i] ? "?" : "DEFAULT");
+      separator = ",";
+    }
+    text += ')';
+  }
+  return driver_.prepare(text, StatementLife::Once);
+}
+
 ManyQuery& StatementCache::many(RowQuery& query, std::size_t rows) {
   rows = std::bit_ceil(rows);
   ManyQuery& many = query.many[rows];
@@ -148,42 +214,17 @@ ManyQuery& StatementCache::many(RowQuery& query, std::size_t rows) {
   const auto parts = splitSelect(query.text);
   const TableKey& key = query.source.key;
   const std::string table = quoted(parts->table);
-  // The values stand in a table of their own, whose columns no other table has.
-  const auto parameter = [](std::size_t index) { return "qx_" + std::to_string(index + 1); };
-  std::string names = "qx_n";
-  std::string firstRow;
-  std::string otherRow;
-  for (std::size_t i = 0; i < query.parameterCount; ++i) {
-    names += ", " + parameter(i);
-    firstRow += ", CAST(? AS " + std::string(query.select->parameterType(i)) + ")";
-    otherRow += ", ?";
-  }
-  std::string values;
-  for (std::size_t i = 0; i < rows; ++i)
-    values.append(i == 0 ? "(" : ", (")
-        .append(std::to_string(i))
-        .append(i == 0 ? firstRow : otherRow)
-        .append(")");
   std::string list;
   for (const std::string_view term : listTerms(parts->list))
     list.append(", ").append(term == "*" ? table + ".*" : std::string(term));
   std::size_t next = 0;
-  std::string condition;
-  for (std::size_t at = 0; at < parts->where.size();) {
-    const char c = parts->where[at];
-    const std::size_t end = c == '\'' || c == '"' || c == '[' ? skipQuoted(parts->where, at) : at + 1;
-    if (c == '?')
-      condition += "qx." + parameter(next++);
-    else
-      condition += parts->where.substr(at, end - at);
-    at = end;
-  }
+  const std::string condition = withValuesOfTable(parts->where, next);
   const std::string order = orderClause(*parts, key);
   constexpr std::string_view orderBy = " ORDER BY ";
-  many.select =
-      compile("SELECT qx_n" + (key.row.empty() ? std::string() : ", " + table + "." + quoted(key.row)) +
-              list + " FROM (VALUES " + values + ") AS qx (" + names + ") JOIN " + table + " ON " +
-              condition + " ORDER BY qx_n" + (order.empty() ? "" : ", " + order.substr(orderBy.size())));
+  many.select = compile(
+      "SELECT qx_n" + (key.row.empty() ? std::string() : ", " + table + "." + quoted(key.row)) + list +
+      " FROM " + valuesTable(rows, typesOf(*query.select, query.parameterCount)) + " JOIN " + table + " ON " +
+      condition + " ORDER BY qx_n" + (order.empty() ? "" : ", " + order.substr(orderBy.size())));
   many.rows = rows;
   many.layout = query.source.layout;
   ++many.layout.hidden;
@@ -206,6 +247,7 @@ void StatementCache::completeShape(RowSource& source, Statement& statement) cons
   source.shape.emplace(statement, source.layout, driver_.dialect(), spelling_);
   source.updates.clear();
   source.inserts.clear();
+  source.manyUpdates.clear();
 }
 
 Statement& StatementCache::update(RowSource& source, const ColumnMask& columns) {

@@ -11,6 +11,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <unordered_map>
 #include <utility>
@@ -20,6 +21,9 @@ namespace qx::relational {
 
 /// Which columns of a row a write touches, by index in the row shape.
 using ColumnMask = std::bitset<256>;
+
+/// One statement for many rows, by their number.
+using ManyStatements = std::map<std::size_t, std::unique_ptr<Statement>>;
 
 /// The source of rows: their shape and, for rows of a single table, how to write them back.
 struct RowSource {
@@ -31,6 +35,7 @@ struct RowSource {
   int keyColumn = -1;   ///< index in the shape of a single text key, or -1
   std::unordered_map<ColumnMask, std::unique_ptr<Statement>> updates;
   std::unordered_map<ColumnMask, std::unique_ptr<Statement>> inserts;
+  std::unordered_map<ColumnMask, ManyStatements> manyUpdates;
 };
 
 /// A statement that gives the rows of many at once.
@@ -44,6 +49,8 @@ struct ManyQuery {
 struct PlainStatement {
   std::unique_ptr<Statement> statement;
   std::optional<WritePattern> pattern;
+  std::optional<SetStatement> set; ///< where the database takes such
+  ManyStatements many{};
 };
 
 struct RowQuery {
@@ -87,6 +94,12 @@ public:
   ManyQuery& many(RowQuery& query, std::size_t rows);
   /// The rows for at least `rows` keys, which it locks.
   ManyQuery& many(KeysetQuery& query, std::size_t rows);
+  /// For exactly this number of sets of values; null when there is no such statement.
+  Statement* many(PlainStatement& plain, std::size_t sets);
+  /// Updates of rows by their keys, each set the key and the values of the columns.
+  Statement& manyUpdates(RowSource& source, const ColumnMask& columns, std::size_t rows);
+  /// An insert of rows in their order, each with the values of its columns.
+  std::unique_ptr<Statement> manyInserts(RowSource& source, std::span<const ColumnMask* const> rows);
   Statement& update(RowSource& source, const ColumnMask& columns);
   Statement& insert(RowSource& source, const ColumnMask& columns);
   /// Whether an insert of these columns draws the table's key itself: the number after the highest, as rows
@@ -116,6 +129,8 @@ private:
   }
   /// For reading in order only: where every table has one, the database need not be asked.
   TableKey rowKeyOf(std::string_view table);
+  static std::vector<std::string> typesOf(Statement& statement, std::size_t count);
+  std::unique_ptr<Statement>& roomFor(ManyStatements& statements, std::size_t rows) const;
   std::string quoted(std::string_view identifier) const;
   std::string orderClause(const struct SelectParts& parts, const TableKey& key) const;
   std::string rowsOf(const struct SelectParts& parts, const TableKey& key) const;

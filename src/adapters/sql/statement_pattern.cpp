@@ -4,6 +4,7 @@
 #include "model/text.h"
 
 #include <algorithm>
+#include <tuple>
 #include <utility>
 
 namespace qx::relational {
@@ -86,7 +87,8 @@ public:
       term.parameter = parameter_;
     } else if (isNumber(expression) || isPlainText(expression)) {
       term.source = ColumnTerm::Source::Literal;
-      term.literal = Value(expression.front() == '\'' ? expression.substr(1, expression.size() - 2) : expression);
+      term.literal =
+          Value(expression.front() == '\'' ? expression.substr(1, expression.size() - 2) : expression);
     }
     skip(expression);
     return term;
@@ -218,7 +220,8 @@ std::optional<WritePattern> insertOf(std::string_view text) {
 
 bool looksNumeric(std::string_view text) {
   constexpr std::string_view characters = "0123456789.+-eE";
-  return asciiLower(text.front()) != 'e' && std::ranges::all_of(text, [&](char c) { return characters.find(c) != std::string_view::npos; });
+  return asciiLower(text.front()) != 'e' &&
+         std::ranges::all_of(text, [&](char c) { return characters.find(c) != std::string_view::npos; });
 }
 
 } // namespace
@@ -259,7 +262,8 @@ std::optional<std::string> comparisonKey(const Value& value) {
   // Collations differ in what they do beyond these; blanks at the ends and signs count differently too.
   constexpr char firstPrintable = '!';
   constexpr char lastPrintable = '~';
-  if (written.empty() || std::ranges::any_of(written, [](char c) { return c < firstPrintable || c > lastPrintable; }))
+  if (written.empty() ||
+      std::ranges::any_of(written, [](char c) { return c < firstPrintable || c > lastPrintable; }))
     return std::nullopt;
   if (looksNumeric(written)) {
     if (!isNumber(written)) return std::nullopt;
@@ -267,6 +271,109 @@ std::optional<std::string> comparisonKey(const Value& value) {
     return std::string(written.substr(first));
   }
   return asciiLower(written);
+}
+
+std::string withValuesOfTable(std::string_view text, std::size_t& next) {
+  std::string changed;
+  for (std::size_t at = 0; at < text.size();) {
+    const char c = text[at];
+    const std::size_t end = c == '\'' || c == '"' || c == '[' ? skipQuoted(text, at) : at + 1;
+    if (c == '?')
+      changed += "qx.qx_" + std::to_string(++next);
+    else
+      changed += text.substr(at, end - at);
+    at = end;
+  }
+  return changed;
+}
+
+std::string valuesTable(std::size_t sets, std::span<const std::string> types) {
+  // The first row tells the types.
+  std::string first;
+  std::string other;
+  std::string names = "qx_n";
+  for (std::size_t i = 0; i < types.size(); ++i) {
+    first += ", CAST(? AS " + types[i] + ")";
+    other += ", ?";
+    names += ", qx_" + std::to_string(i + 1);
+  }
+  std::string text = "(VALUES ";
+  for (std::size_t i = 0; i < sets; ++i)
+    text.append(i == 0 ? "(" : ", (").append(std::to_string(i)).append(i == 0 ? first : other).append(")");
+  return text + ") AS qx (" + names + ")";
+}
+
+std::string SetStatement::text(std::size_t sets, std::span<const std::string> types) const {
+  return head + valuesTable(sets, types) + tail;
+}
+
+std::optional<SetStatement> SetStatement::of(std::string_view statement) {
+  const auto pattern = WritePattern::of(statement);
+  const auto [verb, rest] = firstWord(statement);
+  SetStatement set;
+  std::size_t next = 0;
+  const auto keysOf = [&](const std::vector<ColumnTerm>& terms) {
+    for (const ColumnTerm& term : terms)
+      if (term.source == ColumnTerm::Source::Parameter) set.keys.push_back(term.parameter);
+  };
+  if (equalCodes(verb, "update")) {
+    const auto [assignments, where] = splitAt(rest, "where");
+    if (!pattern || where.empty()) return std::nullopt;
+    TermReader reader;
+    for (const auto& assignment : pattern->assigned)
+      if (assignment.source == ColumnTerm::Source::Unknown) return std::nullopt;
+    reader.skip(assignments);
+    std::vector<ColumnTerm> conditions;
+    if (!readEqualities(where, reader, conditions)) return std::nullopt;
+    keysOf(pattern->equalities);
+    set.head = "UPDATE " + withValuesOfTable(assignments, next) + " FROM ";
+    set.tail = " WHERE " + withValuesOfTable(where, next);
+    return set;
+  }
+  if (!equalCodes(verb, "insert")) return std::nullopt;
+  const auto [into, conflict] = splitAt(statement, "on");
+  const auto behind = firstWord(firstWord(firstWord(into).second).second).second;
+  const auto end = behind.find(')');
+  if (!behind.starts_with('(') || end == std::string_view::npos) return std::nullopt;
+  const std::string_view columns =
+      into.substr(0, static_cast<std::size_t>(behind.data() - into.data()) + end + 1);
+  const auto [keyword, terms] = firstWord(behind.substr(end + 1));
+  std::string_view list;
+  std::string_view where;
+  if (equalCodes(keyword, "values")) {
+    list = withoutParentheses(terms);
+    // What one row finds depends on the rows before.
+    if (list.find('(') != std::string_view::npos) return std::nullopt;
+  } else if (equalCodes(keyword, "select") && splitAt(terms, "from").second.empty()) {
+    std::tie(list, where) = splitAt(terms, "where");
+  } else {
+    return std::nullopt;
+  }
+  set.head = std::string(columns) + " SELECT " + withValuesOfTable(list, next) + " FROM ";
+  set.tail =
+      " WHERE " + (where.empty() ? std::string("true") : withValuesOfTable(where, next)) + " ORDER BY qx_n";
+  const auto names = listTerms(behind.substr(1, end - 1));
+  const auto values = listTerms(list);
+  const auto parametersOf = [&](std::string_view column) {
+    TermReader reader;
+    for (std::size_t i = 0; i < std::min(names.size(), values.size()); ++i) {
+      const ColumnTerm term = reader.read(columnOf(names[i]), values[i]);
+      if (equalCodes(term.column, columnOf(column)) && term.source == ColumnTerm::Source::Parameter)
+        set.keys.push_back(term.parameter);
+    }
+  };
+  if (!conflict.empty()) {
+    set.tail += " ON " + std::string(conflict);
+    const auto open = conflict.find('(');
+    const auto close = conflict.find(')');
+    if (open == std::string_view::npos || close == std::string_view::npos) return std::nullopt;
+    for (const std::string_view column : listTerms(conflict.substr(open + 1, close - open - 1)))
+      parametersOf(column);
+  } else if (!where.empty()) {
+    // Two of the same row would both find that it is not there.
+    for (const std::string_view column : names) parametersOf(column);
+  }
+  return set;
 }
 
 bool mayEqual(const Value& first, const Value& second) {

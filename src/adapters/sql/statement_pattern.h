@@ -53,6 +53,27 @@ struct WritePattern {
   static std::optional<WritePattern> of(std::string_view statement);
 };
 
+/// A statement that does for many sets of values what another one does for one.
+struct SetStatement {
+  std::string head; ///< the statement up to the values
+  std::string tail; ///< and behind them; they are those of a table "qx"
+  /// The parameters by which the statement finds the row that it changes: of two sets that agree in them,
+  /// only one may be in it. Empty when it only adds rows.
+  std::vector<std::size_t> keys;
+
+  /// Null for a statement whose effect on one set depends on that on another.
+  static std::optional<SetStatement> of(std::string_view statement);
+  /// The whole text for a number of sets. `types` are those of the parameters, as casts name them.
+  std::string text(std::size_t sets, std::span<const std::string> types) const;
+};
+
+/// The sets of values as rows of a table "qx" with their number in "qx_n" and the values in "qx_1", "qx_2"
+/// ...
+std::string valuesTable(std::size_t sets, std::span<const std::string> types);
+
+/// A condition or term with "qx.qx_1" ... in place of its parameters, of which the first is number `first`.
+std::string withValuesOfTable(std::string_view text, std::size_t& next);
+
 /// False when the database certainly tells the two values apart, whatever the column's type and collation;
 /// null equals nothing.
 bool mayEqual(const Value& first, const Value& second);

@@ -99,6 +99,10 @@ void SqliteStatement::bind(std::size_t index, const Value& value) {
   database_.check(code);
 }
 
+std::size_t SqliteStatement::parameterCount() {
+  return static_cast<std::size_t>(sqlite3_bind_parameter_count(statement_));
+}
+
 bool SqliteStatement::step() {
   database_.requireUnit();
   const int code = sqlite3_step(statement_);

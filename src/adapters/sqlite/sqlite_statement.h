@@ -25,6 +25,7 @@ public:
   std::string_view columnName(std::size_t index) override;
   ColumnKind columnKind(std::size_t index) override;
   void bind(std::size_t index, const Value& value) override;
+  std::size_t parameterCount() override;
   bool step() override;
   Value column(std::size_t index, ColumnKind kind) override;
   std::int64_t run() override;
