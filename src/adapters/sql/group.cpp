@@ -81,6 +81,7 @@ private:
 
 /// A value as the database would return it from a column of this kind.
 Value asRead(const Value& written, ColumnKind kind) {
+  if (written.isNull()) return written;
   switch (kind) {
   case ColumnKind::Double:
     if (const auto number = written.number()) return {*number};
@@ -306,8 +307,11 @@ void Group::sendInserts(std::span<const Waiting* const> rows) {
     });
     return;
   }
-  for (const Waiting* row : rows)
-    sendRow(statements_.insert(source, row->columns), *row, source.table, false);
+  for (const Waiting* row : rows) {
+    Statement& insert = statements_.insert(source, row->columns);
+    insert.bindAll(row->values);
+    if (!statements_.driver().insertRow(insert)) throw NotInserted(source.table);
+  }
 }
 
 void Group::sendUpdates(std::span<const Waiting* const> rows) {
