@@ -1,5 +1,8 @@
 #include "store/work_group.h"
 
+#include "platform/conflict_retry.h"
+#include "platform/german_cause.h"
+
 #include <algorithm>
 #include <exception>
 #include <utility>
@@ -56,6 +59,13 @@ std::size_t WorkGroup::takeAll(std::size_t count, const JobWalk& walk) {
   std::size_t groupStart = 0;  // the first job of the open group
   std::size_t aloneBefore = 0; // jobs before this index are committed one by one
   std::size_t at = 0;
+  ConflictRetry retry(environment_.clock, environment_.diagnostics, "unit of work");
+  const auto lost = [&](const WorkLostError& loss) {
+    if (at != groupStart)
+      at = groupStart;
+    else if (!walk.lost(at, loss))
+      groupStart = ++at;
+  };
   const auto stoppedAtGroup = [&] {
     abandon();
     at = groupStart;
@@ -68,14 +78,22 @@ std::size_t WorkGroup::takeAll(std::size_t count, const JobWalk& walk) {
       const bool alone = at < aloneBefore || at + 1 == count;
       const bool committed = endJob(alone);
       ++at;
-      if (committed) groupStart = at;
+      if (!committed) continue;
+      groupStart = at;
+      retry.reset();
+    } catch (const ConflictError& conflict) {
+      abandon();
+      aloneBefore = std::max(aloneBefore, at + 1);
+      try {
+        retry.pause(conflict);
+        at = groupStart;
+      } catch (const RepeatedConflictError& repeated) {
+        lost(WorkLostError(germanCause(repeated), repeated.nativeCode(), repeated.sqlState()));
+      }
     } catch (const WorkLostError& loss) {
       abandon();
       aloneBefore = std::max(aloneBefore, at + 1);
-      if (at != groupStart)
-        at = groupStart;
-      else if (!walk.lost(at, loss))
-        groupStart = ++at;
+      lost(loss);
     } catch (const InterruptedError&) {
       if (!stoppedAtGroup()) throw;
     } catch (const BusyError&) {
