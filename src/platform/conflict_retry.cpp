@@ -18,17 +18,24 @@ std::chrono::milliseconds pauseAfter(int tries) {
 
 } // namespace
 
-void ConflictRetry::pause(const ConflictError& conflict) {
+bool ConflictRetry::triesAgain(const WorkLostError& loss) {
+  if (dynamic_cast<const ConflictError*>(&loss) == nullptr) return false;
   ++tries_;
   const std::string tries = std::to_string(tries_) + " of " + std::to_string(mostTries);
-  diagnostics_.report({where_, "gave way to another program, try " + tries + ": " + conflict.what(), ""});
+  diagnostics_.report({where_, "gave way to another program, try " + tries + ": " + loss.what(), ""});
   if (tries_ == mostTries) {
     tries_ = 0;
-    throw RepeatedConflictError("another program changed the same rows at the same time in each of " +
-                                    std::to_string(mostTries) + " tries: " + conflict.what(),
-                                conflict.nativeCode(), conflict.sqlState());
+    return false;
   }
   clock_.sleep(pauseAfter(tries_));
+  return true;
+}
+
+void ConflictRetry::pause(const ConflictError& conflict) {
+  if (triesAgain(conflict)) return;
+  throw RepeatedConflictError("another program changed the same rows at the same time in each of " +
+                                  std::to_string(mostTries) + " tries: " + conflict.what(),
+                              conflict.nativeCode(), conflict.sqlState());
 }
 
 } // namespace qx

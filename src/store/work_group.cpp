@@ -8,6 +8,16 @@
 #include <utility>
 
 namespace qx {
+namespace {
+
+/// What a job is told that has given way in all its tries.
+WorkLostError inGerman(const WorkLostError& loss) {
+  if (dynamic_cast<const ConflictError*>(&loss) == nullptr) return loss;
+  const RepeatedConflictError repeated(loss.what(), loss.nativeCode(), loss.sqlState());
+  return {germanCause(repeated), loss.nativeCode(), loss.sqlState()};
+}
+
+} // namespace
 
 void WorkGroup::begin() {
   if (open_) return;
@@ -60,12 +70,6 @@ std::size_t WorkGroup::takeAll(std::size_t count, const JobWalk& walk) {
   std::size_t aloneBefore = 0; // jobs before this index are committed one by one
   std::size_t at = 0;
   ConflictRetry retry(environment_.clock, environment_.diagnostics, "unit of work");
-  const auto lost = [&](const WorkLostError& loss) {
-    if (at != groupStart)
-      at = groupStart;
-    else if (!walk.lost(at, loss))
-      groupStart = ++at;
-  };
   const auto stoppedAtGroup = [&] {
     abandon();
     at = groupStart;
@@ -78,22 +82,16 @@ std::size_t WorkGroup::takeAll(std::size_t count, const JobWalk& walk) {
       const bool alone = at < aloneBefore || at + 1 == count;
       const bool committed = endJob(alone);
       ++at;
-      if (!committed) continue;
-      groupStart = at;
-      retry.reset();
-    } catch (const ConflictError& conflict) {
-      abandon();
-      aloneBefore = std::max(aloneBefore, at + 1);
-      try {
-        retry.pause(conflict);
-        at = groupStart;
-      } catch (const RepeatedConflictError& repeated) {
-        lost(WorkLostError(germanCause(repeated), repeated.nativeCode(), repeated.sqlState()));
-      }
+      if (committed) groupStart = at;
+      if (committed) retry.reset();
     } catch (const WorkLostError& loss) {
       abandon();
       aloneBefore = std::max(aloneBefore, at + 1);
-      lost(loss);
+      const bool again = retry.triesAgain(loss);
+      if (again || at != groupStart)
+        at = groupStart;
+      else if (!walk.lost(at, inGerman(loss)))
+        groupStart = ++at;
     } catch (const InterruptedError&) {
       if (!stoppedAtGroup()) throw;
     } catch (const BusyError&) {

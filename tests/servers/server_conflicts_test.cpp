@@ -2,6 +2,7 @@
 #include "servers/shared_erp.h"
 
 #include "adapters/odbc/connection_string.h"
+#include "erp/demo_jobs.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -19,11 +20,10 @@ protected:
     // A sequence goes on although the unit that has asked it is rolled back.
     erp.execute("Create Sequence Konflikte"_sql);
     erp.execute("Create Sequence Grenze"_sql);
-    erp.execute(
-        "Create Function nachgeben() Returns trigger Language plpgsql As $$ Begin "
-        "If nextval('Konflikte') <= (Select last_value From Grenze) Then "
-        "Raise Exception 'another program was first' Using Errcode = '40001'; End If; "
-        "Return Null; End $$"_sql);
+    erp.execute("Create Function nachgeben() Returns trigger Language plpgsql As $$ Begin "
+                "If nextval('Konflikte') <= (Select last_value From Grenze) Then "
+                "Raise Exception 'another program was first' Using Errcode = '40001'; End If; "
+                "Return Null; End $$"_sql);
   }
   /// The next changes of the table, this many of them, meet another program's.
   void conflict(std::string_view table, int times) {
@@ -76,6 +76,33 @@ TEST_F(ServerConflicts, EveryCommandDoesItsUnitAgainSomeTimesAndThenSaysSo) {
   EXPECT_EQ(erp.lines(), 3);
 }
 
+TEST_F(ServerConflicts, AnImportStoresItsWholeGroupAgainAndCountsEachJobOnce) {
+  {
+    WorkUnit unit(erp.connection());
+    erp::stageDemoJobs(erp.connection(), makeDate(2026, 11, 24));
+    unit.commit();
+  }
+  for (const std::string version : {"--json", "--version1"}) {
+    const std::string file = (erp.folder.path() / ("jobs" + version)).string();
+    ASSERT_EQ(erp.run({"export", file, version}).status, 0);
+    const auto rows = [&] {
+      return std::pair(erp.listed("Select JobID, JobType, Bez1, Menge From ImportKopf Order By JobID"_sql),
+                       erp.listed("Select ChildID, JobID, Menge From ImportPos Order By ChildID"_sql));
+    };
+    const ProgramResult undisturbed = erp.run({"import", file, version});
+    const auto expected = rows();
+    for (const std::string_view table : {"ImportKopf", "ImportPos"}) {
+      conflict(table, 3);
+      const ProgramResult again = erp.run({"import", file, version, "--verbose"});
+      EXPECT_THAT(again.messages, HasSubstr("Import: gave way to another program, try 3 of 8"));
+      EXPECT_EQ(again.status, undisturbed.status);
+      EXPECT_EQ(again.output, undisturbed.output);
+      EXPECT_EQ(rows(), expected);
+      peace(table);
+    }
+  }
+}
+
 TEST_F(ServerConflicts, AJobThatGivesWayEachTimeFailsAloneWithASentence) {
   erp.stageCustomers("K", 3);
   erp.execute("Create Function immer() Returns trigger Language plpgsql As $$ Begin "
@@ -88,7 +115,8 @@ TEST_F(ServerConflicts, AJobThatGivesWayEachTimeFailsAloneWithASentence) {
                 "K0|13|",
                 "K1|12|Andere Programme haben bei jedem Versuch zur selben Zeit dieselben Daten geändert.",
                 "K2|13|"}));
-  EXPECT_EQ(erp.keys("Select Text2 From Protokollpositionen Order By Text1"_sql), "Erledigt Fehler Erledigt ");
+  EXPECT_EQ(erp.keys("Select Text2 From Protokollpositionen Order By Text1"_sql),
+            "Erledigt Fehler Erledigt ");
 }
 
 TEST_F(ServerConflicts, ARunThatBlocksAnotherProgramAndIsBlockedByItGivesWayAndCompletes) {
@@ -123,14 +151,15 @@ TEST_F(ServerConflicts, ARunThatBlocksAnotherProgramAndIsBlockedByItGivesWayAndC
 TEST_F(ServerConflicts, ProgramsWorkSideBySideAlsoWhereTheServerIsolatesThemFully) {
   constexpr int rounds = 6;
   odbc::ConnectionString text(erp.schema->connectionString());
-  text.set("ConnSettings", std::string(text.value("ConnSettings")) +
-                               ";Set default_transaction_isolation To serializable");
+  text.set("ConnSettings",
+           std::string(text.value("ConnSettings")) + ";Set default_transaction_isolation To serializable");
   const std::string way = "odbc:" + text.text();
   erp.stageCustomers("K", 200);
   ProgramRun run = erp.start({"process"}, {}, way);
   for (int i = 0; i < rounds; ++i) {
-    const ProgramResult staged = erp.run(
-        {"stage", "-"}, R"({"type":"Kunde","Kundennummer":"S)" + std::to_string(i) + R"(","Bez1":"Firma"})", way);
+    const ProgramResult staged =
+        erp.run({"stage", "-"},
+                R"({"type":"Kunde","Kundennummer":"S)" + std::to_string(i) + R"(","Bez1":"Firma"})", way);
     EXPECT_EQ(staged.status, 0) << staged.messages;
     const ProgramResult released = erp.run({"release", "--all-warnings"}, {}, way);
     EXPECT_EQ(released.status, 0) << released.messages;

@@ -25,7 +25,8 @@ std::string with(const std::string& connectionString, std::string_view keyword, 
 
 /// A name that no earlier run has left on the server.
 std::string freshName(std::string_view kind) {
-  return std::string(kind) + "_" + std::to_string(std::chrono::steady_clock::now().time_since_epoch().count());
+  return std::string(kind) + "_" +
+         std::to_string(std::chrono::steady_clock::now().time_since_epoch().count());
 }
 
 class ServerFaults : public ::testing::Test {
@@ -68,7 +69,8 @@ TEST_F(ServerFaults, WhatPreventsAConnectionIsToldWithItsNextStep) {
     const auto start = std::chrono::steady_clock::now();
     const ProgramResult result = erp.run({"list"}, {}, "odbc:" + each.way);
     EXPECT_EQ(result.status, each.status) << each.way;
-    EXPECT_THAT(result.messages, AllOf(HasSubstr(each.cause), HasSubstr(each.nextStep), Not(HasSubstr("geheim"))));
+    EXPECT_THAT(result.messages,
+                AllOf(HasSubstr(each.cause), HasSubstr(each.nextStep), Not(HasSubstr("geheim"))));
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(30)) << each.way;
   }
   server->execute(sql("Drop Database "_sql, name(latin)));
@@ -104,9 +106,8 @@ TEST_F(ServerFaults, ALoginThatMayOnlyReadIsToldTheRightAndTheTableThatItLacks) 
     const ProgramResult result =
         erp.run(writing.arguments, R"({"type":"Kunde","JobID":"K0","Kundennummer":"N"})", way);
     EXPECT_EQ(result.status, 4) << writing.arguments.front();
-    EXPECT_THAT(result.messages,
-                AllOf(HasSubstr("permission denied for table " + std::string(writing.table)),
-                      HasSubstr("The user needs the right " + std::string(writing.right))));
+    EXPECT_THAT(result.messages, AllOf(HasSubstr("permission denied for table " + std::string(writing.table)),
+                                       HasSubstr("The user needs the right " + std::string(writing.right))));
   }
   EXPECT_EQ(erp.listed("Select JobID, JobType From ImportKopf"_sql), std::vector<std::string>{"K0|11"});
   erp.execute("Revoke All On All Tables In Schema "_sql, name(schema), " From "_sql, name(reader));
@@ -181,9 +182,9 @@ TEST_F(ServerFaults, AWayThatBreaksAtAnyMomentLeavesNothingHalfWritten) {
       }
     }
   };
-  EXPECT_GT(cutting({"stage", "-"}, 3,
-                    [&] { EXPECT_EQ(erp.count("Select Count(*) From ImportKopf"_sql) % 2, 0); }),
-            5);
+  EXPECT_GT(
+      cutting({"stage", "-"}, 3, [&] { EXPECT_EQ(erp.count("Select Count(*) From ImportKopf"_sql) % 2, 0); }),
+      5);
   EXPECT_GT(cutting({"process"}, 6,
                     [&] {
                       const auto done = erp.count("Select Count(*) From ImportKopf Where JobType = 13"_sql);

@@ -81,7 +81,8 @@ public:
   /// Waits until a program waits for a lock. `watching` has no unit of its own.
   static void awaitWaiting(Connection& watching) {
     const auto waiting = [&] {
-      return !watching.open(sql("Select pid From pg_stat_activity Where wait_event_type = 'Lock'"_sql))->eof();
+      return !watching.open(sql("Select pid From pg_stat_activity Where wait_event_type = 'Lock'"_sql))
+                  ->eof();
     };
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(60);
     while (!waiting()) {

@@ -59,14 +59,15 @@ TEST_P(SideBySide, NumbersAreDrawnOnceAndWithoutGapsBesideAnotherProgram) {
   for (int i = 0; i < orders; ++i) {
     // Every third one fails behind the drawing of its number.
     const std::string article = i % 3 == 2 ? "no such" : "FEI-013";
-    jobs += "\n{\"type\":\"Auftrag\",\"JobID\":\"A" + std::to_string(i) +
-            R"(","Kundennummer":"91001","Bez1":"Firma","Eingangsdatum":"1.2.26","Positionen":[{"ChildID":"P)" +
-            std::to_string(i) + R"(","Positionsnummer":1,"Artikelnummer":")" + article +
-            R"(","Menge":1,"Mengeneinheit":"ST"}]})";
+    jobs +=
+        "\n{\"type\":\"Auftrag\",\"JobID\":\"A" + std::to_string(i) +
+        R"(","Kundennummer":"91001","Bez1":"Firma","Eingangsdatum":"1.2.26","Positionen":[{"ChildID":"P)" +
+        std::to_string(i) + R"(","Positionsnummer":1,"Artikelnummer":")" + article +
+        R"(","Menge":1,"Mengeneinheit":"ST"}]})";
   }
   ASSERT_EQ(erp.run({"stage", "-"}, jobs).status, 0);
-  const auto before = erp.count(
-      "Select aktuellerWert From Nummernkreise Where NSchl = 'AB' And Buchungskreis = 1"_sql);
+  const auto before =
+      erp.count("Select aktuellerWert From Nummernkreise Where NSchl = 'AB' And Buchungskreis = 1"_sql);
   const auto other = erp.another();
   std::vector<std::int64_t> drawn;
   ProgramRun run = erp.start({"process"});
@@ -96,7 +97,8 @@ TEST_P(SideBySide, ANumberInUseIsToldWithItsCircleAndTheNextOrderGetsTheNextOne)
   const std::string order = R"("Kundennummer":"91001","Bez1":"Firma","Eingangsdatum":"1.2.26","Positionen":[
     {"Positionsnummer":1,"Artikelnummer":"FEI-013","Menge":1,"Mengeneinheit":"ST"}]})";
   ASSERT_EQ(erp.run({"stage", "-"}, R"({"type":"Kunde","JobID":"K","Kundennummer":"91001","Bez1":"Firma"}
-    {"type":"Auftrag","JobID":"A1",)" + order + R"({"type":"Auftrag","JobID":"A2",)" + order)
+    {"type":"Auftrag","JobID":"A1",)" + order +
+                                        R"({"type":"Auftrag","JobID":"A2",)" + order)
                 .status,
             0);
   EXPECT_EQ(erp.run({"process"}).status, 1);
@@ -104,7 +106,8 @@ TEST_P(SideBySide, ANumberInUseIsToldWithItsCircleAndTheNextOrderGetsTheNextOne)
             "Die Auftragsnummer: '200001' im Buchungskreis '1' ist bereits vergeben. Bitte prüfen Sie den "
             "Nummernkreis der Aufträge.");
   EXPECT_EQ(erp.count("Select JobType From ImportKopf Where JobID = 'A2'"_sql), 33);
-  EXPECT_EQ(erp.keys("Select Auftragsnummer From Auftragskopf Order By Auftragsnummer"_sql), "200001 200002 ");
+  EXPECT_EQ(erp.keys("Select Auftragsnummer From Auftragskopf Order By Auftragsnummer"_sql),
+            "200001 200002 ");
 }
 
 TEST(ServerSideBySide, OthersReadAndPrepareJobsWhileARunIsUnderWay) {
@@ -135,8 +138,8 @@ TEST(ServerSideBySide, OthersReadAndPrepareJobsWhileARunIsUnderWay) {
   for (const Command& command :
        {Command{{"list"}, 0, "K4"}, Command{{"show", "K4"}, 0, "Firma"}, Command{{"check", "W"}, 1, "DROHNE"},
         Command{{"stage", "-"}, 0, "1 staged"}, Command{{"release", "W"}, 0, "released  W"},
-        Command{{"delete", "fort"}, 0, ""}, Command{{"process"}, 3, ""}, Command{{"process", "--wait=0"}, 3, ""},
-        Command{{"import", file}, 0, "1 jobs"}}) {
+        Command{{"delete", "fort"}, 0, ""}, Command{{"process"}, 3, ""},
+        Command{{"process", "--wait=0"}, 3, ""}, Command{{"import", file}, 0, "1 jobs"}}) {
     const ProgramResult result =
         erp.run(command.arguments, R"({"type":"Kunde","JobID":"neu","Kundennummer":"N","Bez1":"Firma"})");
     EXPECT_EQ(result.status, command.status) << command.arguments.front() << ": " << result.messages;

@@ -3,8 +3,8 @@
 #include "adapters/odbc/connection_string.h"
 
 #include <algorithm>
-#include <array>
 #include <arpa/inet.h>
+#include <array>
 #include <chrono>
 #include <cstdint>
 #include <netinet/in.h>

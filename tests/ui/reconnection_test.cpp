@@ -32,8 +32,9 @@ public:
   void closeWindow() override {}
 };
 
-constexpr std::string_view lost = "Die Verbindung zur Datenbank ist unterbrochen. Ihre Eingaben bleiben erhalten.\r\n"
-                                  "Soll die Verbindung wieder aufgebaut werden?";
+constexpr std::string_view lost =
+    "Die Verbindung zur Datenbank ist unterbrochen. Ihre Eingaben bleiben erhalten.\r\n"
+    "Soll die Verbindung wieder aufgebaut werden?";
 
 TEST_F(ServerReconnection, ADialogOffersItKeepsTheInputAndSavesWhenTheServerIsBack) {
   stageCustomer("K1", "99999");
@@ -44,8 +45,9 @@ TEST_F(ServerReconnection, ADialogOffersItKeepsTheInputAndSavesWhenTheServerIsBa
   ASSERT_EQ(erp.desktop.asked.size(), 1U);
   EXPECT_EQ(question(0), lost);
   EXPECT_THAT(erp.desktop.shown, IsEmpty());
-  EXPECT_EQ(dialog->notice(),
-            "Die Datenbank ist nicht erreichbar. Ihre Eingaben stehen noch hier; es wurde nichts gespeichert.");
+  EXPECT_EQ(
+      dialog->notice(),
+      "Die Datenbank ist nicht erreichbar. Ihre Eingaben stehen noch hier; es wurde nichts gespeichert.");
   EXPECT_EQ(state(*dialog, "txtBez1").text, "Neue Firma");
 
   erp.desktop.answer = true;
@@ -61,6 +63,30 @@ TEST_F(ServerReconnection, ADialogOffersItKeepsTheInputAndSavesWhenTheServerIsBa
   EXPECT_TRUE(dialog->save()) << dialog->notice();
   EXPECT_THAT(erp.desktop.asked, IsEmpty()) << "a server that can be reached is no question";
   EXPECT_EQ(field("K1", "Bez1"), Value("Neueste Firma"));
+}
+
+TEST_F(ServerReconnection, ADialogThatHadToGiveWaySavesAgainAndThenSaysWhyNot) {
+  execute("Create Sequence Konflikte"_sql);
+  execute("Create Function nachgeben() Returns trigger Language plpgsql As $$ Begin "
+          "If nextval('Konflikte') > 0 Then Raise Exception 'another was first' Using Errcode = '40001'; "
+          "End If; Return Null; End $$"_sql);
+  stageCustomer("K1", "99999");
+  execute("Create Trigger Konflikt After Update On ImportKopf For Each Statement Execute Function "
+          "nachgeben()"_sql);
+  const auto dialog = opened("K1");
+  enter(*dialog, "txtBez1", "Neue Firma");
+  EXPECT_FALSE(dialog->save());
+  EXPECT_EQ(
+      dialog->notice(),
+      "Fehler beim Speichern der Daten: Andere Programme haben bei jedem Versuch zur selben Zeit dieselben "
+      "Daten geändert.");
+  EXPECT_EQ(field("K1", "Bez1"), Value("Firma 99999"));
+  execute("Alter Sequence Konflikte Restart"_sql);
+  execute("Create Or Replace Function nachgeben() Returns trigger Language plpgsql As $$ Begin "
+          "If nextval('Konflikte') < 4 Then Raise Exception 'another was first' Using Errcode = '40001'; "
+          "End If; Return Null; End $$"_sql);
+  EXPECT_TRUE(dialog->save()) << dialog->notice();
+  EXPECT_EQ(field("K1", "Bez1"), Value("Neue Firma"));
 }
 
 TEST_F(ServerReconnection, TheListStaysUntilTheServerIsBackAndTheWindowCanBeClosedMeanwhile) {
@@ -99,7 +125,9 @@ TEST_F(ServerReconnection, TheOptionsStayInTheirWindowUntilTheyCanBeStored) {
   EXPECT_EQ(question(0), lost);
   erp.desktop.answer = true;
   whileItComesBack([&] { EXPECT_TRUE(options.close()); });
-  EXPECT_EQ(text("Select Value From Einstellungen Where Section = 'ImportJob2' And \"key\" = 'AppSettings'"_sql), "1");
+  EXPECT_EQ(
+      text("Select Value From Einstellungen Where Section = 'ImportJob2' And \"key\" = 'AppSettings'"_sql),
+      "1");
 }
 
 } // namespace
