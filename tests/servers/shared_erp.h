@@ -16,6 +16,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <ostream>
 #include <string>
 #include <string_view>
 #include <thread>
@@ -25,6 +26,10 @@
 namespace qx {
 
 enum class Kept : std::uint8_t { InAFile, OnTheServer };
+
+inline std::ostream& operator<<(std::ostream& stream, Kept kept) {
+  return stream << (kept == Kept::InAFile ? "sqlite" : "odbc");
+}
 
 /// A database with the demo company and without jobs, and the program on it.
 class SharedErp : public DatabaseAccess {
