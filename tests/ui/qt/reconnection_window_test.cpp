@@ -30,9 +30,9 @@ protected:
 
   QtDesktop desktop{erp.diagnostics};
   /// That of the test, with real boxes.
-  Environment environment{erp.components, desktop,      erp.jobView,       erp.clock,
-                          erp.guids,      erp.localSettings, erp.iniFile,  erp.diagnostics,
-                          erp.liveness,   erp.database, erp.environment.session, ""};
+  Environment environment{erp.components,          desktop,     erp.jobView,     erp.clock,    erp.guids,
+                          erp.localSettings,       erp.iniFile, erp.diagnostics, erp.liveness, erp.database,
+                          erp.environment.session, ""};
   DialogContext withBoxes{environment, engine, lookups};
 };
 
