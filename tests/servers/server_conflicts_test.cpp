@@ -124,7 +124,6 @@ TEST_F(ServerConflicts, ARunThatBlocksAnotherProgramAndIsBlockedByItGivesWayAndC
   const auto set = [&](std::string_view job) {
     erp.execute("Update ImportKopf Set Bez1 = 'Firma' Where JobID = '"_sql, value(job), "'"_sql);
   };
-  const auto watching = erp.another();
   bool runGaveWay = false;
   for (int tries = 0; tries < 5 && !runGaveWay; ++tries) {
     erp.execute("Update ImportKopf Set JobType = 10"_sql);
@@ -132,7 +131,7 @@ TEST_F(ServerConflicts, ARunThatBlocksAnotherProgramAndIsBlockedByItGivesWayAndC
     set("K2");
     ProgramRun run = erp.start({"process", "--verbose"});
     // It holds the first two jobs when it waits for the third.
-    SharedErp::awaitWaiting(*watching);
+    erp.awaitWaiting();
     try {
       set("K0");
       unit->commit();

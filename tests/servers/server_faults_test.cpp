@@ -32,10 +32,6 @@ std::string freshName(std::string_view kind) {
 class ServerFaults : public ::testing::Test {
 protected:
   std::string connectionString() const { return erp.schema->connectionString(); }
-  /// Ends the session of a program that waits for a lock of this test.
-  void endWaitingSession(Connection& by) {
-    by.open(sql("Select pg_terminate_backend(pid) From pg_stat_activity Where wait_event_type = 'Lock'"_sql));
-  }
 
   SharedErp erp{Kept::OnTheServer};
 };
@@ -131,12 +127,11 @@ TEST_F(ServerFaults, ATableThatLacksAColumnIsNamed) {
 
 TEST_F(ServerFaults, ASessionThatTheServerEndsInARunLosesNothing) {
   erp.stageCustomers("K", 3);
-  const auto watching = erp.another();
   auto holding = std::make_unique<WorkUnit>(erp.connection());
   erp.execute("Update ImportKopf Set Bez1 = 'Firma' Where JobID = 'K2'"_sql);
   const auto whenItWaits = [&](ProgramRun run) {
-    SharedErp::awaitWaiting(*watching);
-    endWaitingSession(*watching);
+    const auto session = erp.awaitWaiting();
+    erp.another()->open(sql("Select pg_terminate_backend("_sql, number(session), ")"_sql));
     return run.wait();
   };
   const ProgramResult ended = whenItWaits(erp.start({"process"}));

@@ -83,17 +83,20 @@ public:
     EXPECT_EQ(count("Select Count(Distinct Text1) From Protokollpositionen"_sql), customers);
     EXPECT_EQ(locks(), 0);
   }
-  /// Waits until a program waits for a lock. `watching` has no unit of its own.
-  static void awaitWaiting(Connection& watching) {
-    const auto waiting = [&] {
-      return !watching.open(sql("Select pid From pg_stat_activity Where wait_event_type = 'Lock'"_sql))
-                  ->eof();
-    };
+  /// Waits until a program waits for the unit of this connection and returns the number of its session. Other
+  /// tests may use the same server.
+  std::int64_t awaitWaiting() {
+    const auto holder = count("Select pg_backend_pid()"_sql);
+    const auto watching = another();
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(60);
-    while (!waiting()) {
-      ASSERT_LT(std::chrono::steady_clock::now(), end) << "no program waits";
+    while (std::chrono::steady_clock::now() < end) {
+      const auto waiting = watching->open(sql("Select pid From pg_stat_activity Where "_sql, number(holder),
+                                              " = Any (pg_blocking_pids(pid))"_sql));
+      if (!waiting->eof()) return waiting->value("pid").integer().value_or(0);
       std::this_thread::sleep_for(std::chrono::milliseconds(10));
     }
+    ADD_FAILURE() << "no program waits";
+    return 0;
   }
 
   TemporaryFolder folder;

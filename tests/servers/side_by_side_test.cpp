@@ -121,12 +121,11 @@ TEST(ServerSideBySide, ALockThatAnotherProgramTakesOverInTheSameMomentIsLeftToIt
       "Insert Into LockControl (Dateiname, Satz, StationID, SessionID, Benutzer) Values ('ImportJob', "
       "'1', 'unbennant', '"_sql,
       value(dead.sessionId()), "', 'tot')"_sql);
-  const auto watching = erp.another();
   auto unit = std::make_unique<WorkUnit>(erp.connection());
   erp.execute("Update LockControl Set SessionID = 'andere', Benutzer = 'erika'"_sql);
   // It has seen the lock of the dead program.
   ProgramRun run = erp.start({"process"});
-  SharedErp::awaitWaiting(*watching);
+  erp.awaitWaiting();
   unit->commit();
   const ProgramResult result = run.wait();
   EXPECT_EQ(result.status, 3) << result.output;
@@ -148,12 +147,11 @@ TEST(ServerSideBySide, OthersReadAndPrepareJobsWhileARunIsUnderWay) {
             0);
   // The run does not touch them.
   erp.execute("Update ImportKopf Set JobType = 11 Where JobID In ('W', 'fort')"_sql);
-  const auto watching = erp.another();
   // Of the run all but its last job is done when it meets this row.
   auto holding = std::make_unique<WorkUnit>(erp.connection());
   erp.execute("Update ImportKopf Set Bez1 = 'Firma' Where JobID = 'K4'"_sql);
   ProgramRun run = erp.start({"process", "--json"});
-  SharedErp::awaitWaiting(*watching);
+  erp.awaitWaiting();
 
   struct Command {
     std::vector<std::string> arguments;
