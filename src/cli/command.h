@@ -33,13 +33,17 @@ public:
     Environment& environment = installation.open();
     ImportJobObject2 engine(environment);
     // Without it every option would count as not set and no order would get a number.
-    if (!engine.Session())
-      throw ProgramError(ExitCode::Failure, "the session of the ERP cannot be used",
-                         "The reason is given above; make sure that the tables of the ERP can be read.");
+    if (!engine.Session()) refuseSession(*environment.connection);
     return work({environment, engine, output});
   }
 
 protected:
+  /// The database itself says best why it cannot be read, if that still holds.
+  [[noreturn]] static void refuseSession(Connection& connection) {
+    connection.open(sql("Select PersonalNr, Buchungskreis From Benutzer Where 0 = 1"_sql));
+    throw ProgramError(ExitCode::Failure, "the session of the ERP cannot be used",
+                       "The reason is given above; remedy it, then start the command again.");
+  }
   virtual ExitCode work(const CommandContext& context) = 0;
 };
 

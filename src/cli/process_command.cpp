@@ -63,10 +63,8 @@ private:
     return limit == noLimit ? Clock::time_point::max() : Clock::now() + limit;
   }
 
-  std::string nextStep(const LockOutcome& unavailable) const {
-    if (unavailable.busy) return "Try again when no other program holds the database.";
-    const bool onServer = context_.connection().files().empty();
-    return onServer ? "Check that the server runs and can be reached, then run the command again." : "";
+  static std::string nextStep(const LockOutcome& unavailable) {
+    return unavailable.busy ? "Try again when no other program holds the database." : "";
   }
 
   /// Until nobody who may be alive holds the lock, or the time is over.

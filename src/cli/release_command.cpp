@@ -2,6 +2,7 @@
 
 #include "cli/job_terms.h"
 #include "cli/json_writer.h"
+#include "platform/conflict_retry.h"
 #include "platform/one_line.h"
 #include "program/busy_notice.h"
 
@@ -43,15 +44,20 @@ void ReleaseCommand::prepare() {
                      "Give JOBIDs or --all-warnings.");
 }
 
-ExitCode ReleaseCommand::work(const CommandContext& context) {
+std::vector<std::string> ReleaseCommand::release(const CommandContext& context) const {
+  Connection& connection = context.connection();
   BusyNotice wait(context.output.messages);
-  WorkUnit unit(context.connection(), &wait);
-  const auto keys =
-      allWarnings ? jobsWithWarnings(context.connection()) : namedJobs(context.connection(), jobIds);
+  WorkUnit unit(connection, &wait);
+  auto keys = allWarnings ? jobsWithWarnings(connection) : namedJobs(connection, jobIds);
   for (const std::string& key : keys)
-    context.connection().execute(
+    connection.execute(
         sql("Update ImportKopf Set ProcessWarning = 1 Where JobID = '"_sql, value(key), "'"_sql));
   unit.commit();
+  return keys;
+}
+
+ExitCode ReleaseCommand::work(const CommandContext& context) {
+  const auto keys = doneAgainOnConflict(context.environment, "release", [&] { return release(context); });
   if (!context.output.json) {
     for (const std::string& key : keys) context.output.result << "released  " << oneLine(key) << '\n';
     context.output.result << keys.size() << " released; the next run takes them again\n";

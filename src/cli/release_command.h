@@ -19,6 +19,10 @@ public:
 
 protected:
   ExitCode work(const CommandContext& context) override;
+
+private:
+  /// The keys of the jobs that were released.
+  std::vector<std::string> release(const CommandContext& context) const;
 };
 
 } // namespace qx::cli

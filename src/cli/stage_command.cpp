@@ -5,6 +5,7 @@
 #include "cli/stage_reader.h"
 #include "cli/staged_rows.h"
 #include "platform/bulk_staging.h"
+#include "platform/conflict_retry.h"
 #include "platform/one_line.h"
 #include "program/busy_notice.h"
 
@@ -79,7 +80,9 @@ ExitCode StageCommand::work(const CommandContext& context) {
   readJobs(source, assembler);
   if (const auto conflict = jobs->finish()) refuse(*conflict, source.name());
   BusyNotice wait(context.output.messages);
-  if (const auto conflict = jobs->copy(wait, again)) refuse(*conflict, source.name());
+  const auto refused =
+      doneAgainOnConflict(context.environment, "stage", [&] { return jobs->copy(wait, again); });
+  if (refused) refuse(*refused, source.name());
   if (context.output.json)
     writeJson(context.output, *jobs);
   else

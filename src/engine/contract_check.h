@@ -62,6 +62,7 @@ public:
 
 private:
   std::unique_ptr<Recordset> stagedJobs(const ContractKey& key) const;
+  std::int32_t markUncarriedOnce(std::string_view customer);
   void mark(Recordset& line, const ContractKey& key);
 
   Environment& environment_;

@@ -1,5 +1,6 @@
 #include "engine/contract_check.h"
 
+#include "platform/conflict_retry.h"
 #include "platform/whole_number.h"
 #include "rules/active_connection.h"
 #include "rules/dates.h"
@@ -77,6 +78,10 @@ ContractState ContractComparison::state(const ContractKey& key, std::string& job
 }
 
 std::int32_t ContractComparison::markUncarried(std::string_view customer) {
+  return doneAgainOnConflict(environment_, "contracts", [&] { return markUncarriedOnce(customer); });
+}
+
+std::int32_t ContractComparison::markUncarriedOnce(std::string_view customer) {
   WorkUnit unit(activeConnection(environment_), nullptr, Join::IfOpen);
   std::int32_t marked = 0;
   const auto lines =

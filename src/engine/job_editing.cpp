@@ -1,6 +1,7 @@
 #include "engine/job_editing.h"
 
 #include "engine/contract_check.h"
+#include "platform/conflict_retry.h"
 #include "platform/trapped.h"
 #include "platform/whole_number.h"
 #include "rules/active_connection.h"
@@ -108,6 +109,10 @@ ReadJob JobEditing::read(std::string_view jobId, Recordset& header) const {
 }
 
 void JobEditing::edit(ReadJob& job, const std::function<void()>& work, BusyWait* wait) const {
+  doneAgainOnConflict(environment_, "saving a job", [&] { editOnce(job, work, wait); });
+}
+
+void JobEditing::editOnce(ReadJob& job, const std::function<void()>& work, BusyWait* wait) const {
   Connection& connection = activeConnection(environment_);
   ShortWait shortWait;
   WorkUnit unit(connection, wait != nullptr ? wait : &shortWait, Join::IfOpen);

@@ -113,7 +113,7 @@ public:
   /// Runs the work as one unit, provided that the job is unchanged since it was read, and rereads it
   /// afterwards. Raises `JobChangedError` otherwise. When the work raises, nothing is stored; on a host's
   /// connection the job is restored as far as the database allows. Waits for other programs as long as `wait`
-  /// decides (null: a few seconds).
+  /// decides (null: a few seconds). When it has to give way to another program, the work runs again.
   void edit(ReadJob& job, const std::function<void()>& work, BusyWait* wait = nullptr) const;
 
   /// @name The work of `edit`
@@ -138,6 +138,7 @@ public:
   std::vector<std::pair<std::string, std::string>> units() const;
 
 private:
+  void editOnce(ReadJob& job, const std::function<void()>& work, BusyWait* wait) const;
   void putBack(const ReadJob& job) const;
 
   Environment& environment_;

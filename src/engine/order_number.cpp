@@ -3,9 +3,11 @@
 #include "engine/order_failure.h"
 #include "engine/order_texts.h"
 #include "model/text.h"
+#include "platform/trapped.h"
 #include "platform/whole_number.h"
 
 #include <string>
+#include <utility>
 
 namespace qx {
 namespace {
@@ -51,10 +53,23 @@ void OrderNumbers::removeLines() {
                                        value(std::to_string(pending_->number)), "'"_sql));
 }
 
+void OrderNumbers::forget() {
+  const auto drawn = std::exchange(pending_, std::nullopt);
+  if (!drawn || !foreign_) return;
+  // Unless another program has drawn it meanwhile.
+  trapped(environment_.diagnostics, {"order number in use", {}, &isFatal}, [&] {
+    environment_.connection->execute(sql("Update Nummernkreise Set aktuellerWert = "_sql,
+                                         number(drawn->number), " Where NSchl = 'AB' And Buchungskreis ="_sql,
+                                         number(drawn->circle), " And coalesce(aktuellerWert,0) < "_sql,
+                                         number(drawn->number)));
+  });
+}
+
 void OrderNumbers::giveBack() {
   if (!pending_) return;
   const OrderNumber drawn = *pending_;
   pending_.reset();
+  if (foreign_) return;
   const auto current = environment_.connection->open(
       sql("Select aktuellerWert From Nummernkreise Where NSchl = 'AB' And Buchungskreis ="_sql,
           number(drawn.circle)));

@@ -27,9 +27,10 @@ public:
   OrderNumber draw(const JobRow& job);
   /// The order was written; its number is no longer pending.
   void keep() { pending_.reset(); }
-  /// The draw was rolled back with its unit of work.
-  void forget() { pending_.reset(); }
-  /// The drawn number belongs to another order, whose lines must be kept.
+  /// The draw was rolled back. A number that belongs to another order is passed over all the same, or it
+  /// would be drawn for ever.
+  void forget();
+  /// The drawn number belongs to another order, whose lines must be kept. It does not return to its range.
   void foreignNumber() { foreign_ = true; }
   /// Removes the lines of the order whose number is pending.
   void removeLines();

@@ -4,6 +4,7 @@
 #include "engine/customer_section.h"
 #include "engine/order_section.h"
 #include "engine/order_texts.h"
+#include "platform/conflict_retry.h"
 #include "platform/german_cause.h"
 #include "platform/trapped.h"
 #include "rules/tax_rules.h"
@@ -228,8 +229,9 @@ void ProcessingRun::cleanUpProtocol() {
   const auto endsTheRun = [](const std::exception& failure) {
     return isFatal(failure) && dynamic_cast<const WorkLostError*>(&failure) == nullptr;
   };
-  trapped(environment_.diagnostics, {"protocol clean-up", {}, endsTheRun},
-          [&] { run_.protocol.cleanUp(&run_.wait); });
+  trapped(environment_.diagnostics, {"protocol clean-up", {}, endsTheRun}, [&] {
+    doneAgainOnConflict(environment_, "protocol clean-up", [&] { run_.protocol.cleanUp(&run_.wait); });
+  });
   run_.report.protocolId = run_.protocol.id();
 }
 

@@ -1,5 +1,6 @@
 #include "engine/protocol.h"
 
+#include "platform/conflict_retry.h"
 #include "platform/german_cause.h"
 #include "platform/trapped.h"
 #include "rules/active_connection.h"
@@ -56,7 +57,8 @@ bool Protocol::endsTheRun(const std::exception& error) const {
   if (isOutOfMemory(error)) return true;
   const bool fatal = dynamic_cast<const StoreError*>(&error) != nullptr ||
                      dynamic_cast<const InterruptedError*>(&error) != nullptr ||
-                     dynamic_cast<const BusyError*>(&error) != nullptr;
+                     dynamic_cast<const BusyError*>(&error) != nullptr ||
+                     dynamic_cast<const RepeatedConflictError*>(&error) != nullptr;
   return fatal && environment_.connection && environment_.connection->ownsWork();
 }
 
@@ -67,7 +69,7 @@ bool Protocol::create(const Show& show, BusyWait* wait) {
   return !trapped(
       environment_.diagnostics,
       {"protocol", {}, [this](const std::exception& error) { return endsTheRun(error); }},
-      [&] { openOrCreate(wait); },
+      [&] { doneAgainOnConflict(environment_, "protocol", [&] { openOrCreate(wait); }); },
       [&](const std::exception& error) {
         showFailure(show, "Verarbeitungsprotokoll konnte nicht erzeugt werden. ", error);
       });

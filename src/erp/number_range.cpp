@@ -9,7 +9,6 @@
 namespace qx::erp {
 namespace {
 
-/// The caller's unit keeps other programs out, except on a host's connection.
 constexpr int mostTries = 20;
 
 [[noreturn]] void fail(std::string_view range, std::int16_t bookingCircle, const std::string& why) {
@@ -51,6 +50,12 @@ Sql advance(const RangeState& state, std::string_view range, std::int16_t bookin
              " And Aktiviert = 1 And coalesce(aktuellerWert,0) = "_sql, number(state.current));
 }
 
+/// Keeps other programs from drawing until the caller's unit ends. On a host's connection it only helps.
+void keepRange(Connection& connection, std::string_view range, std::int16_t bookingCircle) {
+  connection.execute(sql("Update Nummernkreise Set NSchl = NSchl Where NSchl = '"_sql, value(range),
+                         "' And Buchungskreis = "_sql, number(bookingCircle)));
+}
+
 } // namespace
 
 std::optional<std::int32_t> NumberRanges::draw(Connection& connection, std::string_view range,
@@ -65,6 +70,8 @@ std::optional<std::int32_t> NumberRanges::draw(Connection& connection, std::stri
     return static_cast<std::int32_t>(known.current);
   }
   for (int tries = 0; tries < mostTries; ++tries) {
+    // Nobody is in the way as a rule, so that it is worth a statement only after another program was quicker.
+    if (tries > 0) keepRange(connection, range, bookingCircle);
     auto state = readRange(connection, range, bookingCircle);
     if (!state || nextOf(*state) > state->last) return std::nullopt;
     if (connection.execute(advance(*state, range, bookingCircle)) == 0) continue;

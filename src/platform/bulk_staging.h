@@ -52,8 +52,8 @@ struct StageCounts {
 /// - When fewer rows than expected have arrived, as after a trigger has dropped some, `copy` raises
 ///   `StatementError` and nothing is staged.
 ///
-/// The connection outlives the object and is used for nothing else from `begin` to `finish`. After a failure
-/// the object can only be destroyed.
+/// The connection outlives the object and is used for nothing else from `begin` to `finish`. After any
+/// other failure the object can only be destroyed.
 class BulkStaging {
 public:
   BulkStaging() = default;
@@ -73,7 +73,8 @@ public:
   virtual std::optional<KeyConflict> finish() = 0;
 
   /// Copies all jobs, but skips those that are done unless `again`. A conflict leaves everything unchanged.
-  /// While another program holds the database, waits as long as `wait` decides.
+  /// While another program holds the database, waits as long as `wait` decides. After a `ConflictError` it
+  /// may be called again.
   virtual std::optional<KeyConflict> copy(BusyWait& wait, bool again) = 0;
   /// After `copy`.
   virtual StageCounts counts() const = 0;

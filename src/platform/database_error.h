@@ -56,6 +56,12 @@ public:
   using WorkLostError::WorkLostError;
 };
 
+/// The unit has given way to other programs in every try that it had; it is not done again.
+class RepeatedConflictError : public WorkLostError {
+public:
+  using WorkLostError::WorkLostError;
+};
+
 /// A statement was ended on request while it ran. A unit that was open must be considered rolled back.
 class InterruptedError : public DatabaseError {
 public:
@@ -73,6 +79,18 @@ public:
 class StoreError : public DatabaseError {
 public:
   using DatabaseError::DatabaseError;
+};
+
+/// The server cannot be reached or has ended the session. A later statement outside of a unit connects anew.
+class ConnectionLostError : public StoreError {
+public:
+  using StoreError::StoreError;
+};
+
+/// The user lacks a right; `what()` names right and table.
+class MissingRightError : public StoreError {
+public:
+  using StoreError::StoreError;
 };
 
 /// The user may read the database, but not change it.

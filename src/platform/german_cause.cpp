@@ -13,10 +13,18 @@ std::string_view sentenceFor(const DatabaseError& error) {
   if (dynamic_cast<const BusyError*>(&error) != nullptr)
     return "Die Datenbank wird gerade von einem anderen Programm benutzt.";
   if (dynamic_cast<const StatementError*>(&error) != nullptr) return "Die Datenbank hat das abgelehnt.";
+  if (dynamic_cast<const RepeatedConflictError*>(&error) != nullptr)
+    return "Andere Programme haben bei jedem Versuch zur selben Zeit dieselben Daten geändert.";
+  if (dynamic_cast<const ConflictError*>(&error) != nullptr)
+    return "Ein anderes Programm hat zur selben Zeit dieselben Daten geändert.";
   if (dynamic_cast<const WorkLostError*>(&error) != nullptr)
     return "Die Datenbank hat die Änderungen zurückgenommen.";
   if (dynamic_cast<const ReadOnlyError*>(&error) != nullptr)
     return "Sie dürfen die Datenbank lesen, aber nicht ändern.";
+  if (dynamic_cast<const ConnectionLostError*>(&error) != nullptr)
+    return "Die Datenbank ist nicht erreichbar.";
+  if (dynamic_cast<const MissingRightError*>(&error) != nullptr)
+    return "Ihnen fehlt ein Recht in der Datenbank.";
   return "Die Datenbank kann nicht gelesen oder geschrieben werden.";
 }
 

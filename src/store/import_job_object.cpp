@@ -1,5 +1,6 @@
 #include "store/import_job_object.h"
 
+#include "platform/conflict_retry.h"
 #include "platform/german_cause.h"
 #include "platform/show_message.h"
 #include "platform/trapped.h"
@@ -122,12 +123,14 @@ void ImportJobObject::loadJobs() {
 }
 
 bool ImportJobObject::StoreItemToDB(const ImportJob& myItem) {
-  return trapping("StoreItemToDB", myItem.JobID, [&] {
+  const auto store = [&] {
     WorkUnit unit(connection(), nullptr, Join::IfOpen);
     insertVersion1(connection(), myItem);
     for (const auto& position : myItem.SubItems()) insertVersion1(connection(), *position);
     unit.commit();
-  });
+  };
+  return trapping("StoreItemToDB", myItem.JobID,
+                  [&] { doneAgainOnConflict(environment_, "StoreItemToDB", store); });
 }
 
 bool ImportJobObject::StoreSubItemToDB() {

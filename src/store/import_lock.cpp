@@ -1,6 +1,7 @@
 #include "store/import_lock.h"
 
 #include "model/text.h"
+#include "platform/conflict_retry.h"
 #include "platform/german_cause.h"
 #include "platform/show_message.h"
 #include "platform/trapped.h"
@@ -15,6 +16,14 @@ constexpr std::size_t storedSessionCharacters = 15;
 
 Sql selectLock() { return sql("SELECT * FROM LockControl WHERE Dateiname='ImportJob' AND Satz='1'"_sql); }
 Sql deleteLock() { return sql("Delete FROM LockControl WHERE Dateiname='ImportJob' AND Satz='1'"_sql); }
+/// Keeps the row of this session as it is until the unit ends; it may have been replaced since it was read.
+/// False when it is gone.
+bool keepLockOf(Connection& connection, std::string_view session) {
+  return connection.execute(
+             sql("Update LockControl Set Satz = Satz Where Dateiname='ImportJob' AND Satz='1' AND "
+                 "coalesce(SessionID,'') = '"_sql,
+                 value(session), "'"_sql)) != 0;
+}
 
 LockHolder readHolder(Recordset& row) {
   return {row.text("Benutzer"), row.text("StationID"), row.text("SessionID"), std::nullopt};
@@ -37,7 +46,9 @@ LockOutcome ImportLock::take(BusyWait* wait) {
 LockOutcome ImportLock::confirm(BusyWait* wait) {
   if (!held_ || !activeConnection(environment_).ownsWork()) return {LockState::Taken, {}, {}};
   std::optional<LockHolder> found;
-  if (!skipping([&] { found = holder(); }))
+  const auto read = [&] { found = holder(); };
+  // A connection that was lost meanwhile is opened anew by the second attempt.
+  if (!skipping(read) && !skipping(read))
     return {LockState::Unavailable, "the lock cannot be read", "Die Sperre kann nicht gelesen werden."};
   if (!found) return take(wait);
   return found->SessionID == session_ ? LockOutcome{LockState::Taken, {}, {}} : refuse(*found);
@@ -46,7 +57,7 @@ LockOutcome ImportLock::confirm(BusyWait* wait) {
 LockOutcome ImportLock::takeOwn(BusyWait* wait) {
   Attempt attempt;
   try {
-    attempt = lookAndWrite(wait);
+    attempt = doneAgainOnConflict(environment_, "ImportLock", [&] { return lookAndWrite(wait); });
   } catch (const DatabaseError& failure) {
     return afterFailure(failure);
   }
@@ -68,9 +79,10 @@ ImportLock::Attempt ImportLock::lookAndWrite(BusyWait* wait) {
       return attempt;
     }
     attempt.takenFrom = std::move(holder);
-    connection.execute(deleteLock());
+    if (keepLockOf(connection, attempt.takenFrom->SessionID)) connection.execute(deleteLock());
     row = connection.open(selectLock());
   }
+  // Of several programs that have seen no row, the unique key lets only one insert its own.
   row->addNew();
   setLockColumns(*row);
   row->update();
@@ -81,10 +93,16 @@ ImportLock::Attempt ImportLock::lookAndWrite(BusyWait* wait) {
 /// The row may have been added between reading and writing, or the database was busy all the time: the lock
 /// belongs to the session in the row.
 LockOutcome ImportLock::afterFailure(const DatabaseError& failure) {
-  if (const auto holder = holderIfReadable()) return refuse(*holder);
+  const auto holder = holderIfReadable();
+  // What was committed stands although the answer was lost.
+  const bool answerLost = dynamic_cast<const ConnectionLostError*>(&failure) != nullptr;
+  if (holder && answerLost && !session_.empty() && holder->SessionID == session_)
+    return {LockState::Taken, {}, {}};
+  if (holder && holder->alive != false) return refuse(*holder);
   environment_.diagnostics.report({"ImportLock", failure.what(), {}});
   return {LockState::Unavailable, failure.what(), germanCause(failure),
-          dynamic_cast<const BusyError*>(&failure) != nullptr};
+          dynamic_cast<const BusyError*>(&failure) != nullptr ||
+              dynamic_cast<const RepeatedConflictError*>(&failure) != nullptr};
 }
 
 LockOutcome ImportLock::takeOnHost() {
@@ -128,16 +146,14 @@ bool ImportLock::releaseIfHeld(BusyWait* wait) {
 }
 
 bool ImportLock::remove(BusyWait* wait, const std::optional<std::string>& session) {
-  const bool released = skipping([&] {
+  const auto work = [&] {
     Connection& connection = activeConnection(environment_);
     WorkUnit unit(connection, wait);
-    if (session) {
-      const auto row = connection.open(selectLock());
-      if (row->eof() || row->text("SessionID") != *session) return;
-    }
+    if (session && !keepLockOf(connection, *session)) return;
     connection.execute(deleteLock());
     unit.commit();
-  });
+  };
+  const bool released = skipping([&] { doneAgainOnConflict(environment_, "ImportLock", work); });
   if (released) held_ = false;
   return released;
 }

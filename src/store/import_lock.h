@@ -33,9 +33,9 @@ struct LockHolder {
 
 /// Takes and releases the lock row. Called outside units of work.
 ///
-/// On a connection of our own reading and writing are one unit, and a lock left behind by a dead program of
-/// this machine is taken over with a notice. On a host's connection each step runs by itself and is skipped
-/// when it fails, and nothing is taken over.
+/// On a connection of our own the insertion of the row decides: its key lets only one program succeed. A lock
+/// left behind by a dead program of this machine is taken over with a notice. On a host's connection each
+/// step runs by itself and is skipped when it fails, and nothing is taken over.
 class ImportLock {
 public:
   explicit ImportLock(Environment& environment) : environment_(environment) {}

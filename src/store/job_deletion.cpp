@@ -1,6 +1,7 @@
 #include "store/job_deletion.h"
 
 #include "model/job_codes.h"
+#include "platform/conflict_retry.h"
 #include "platform/trapped.h"
 #include "rules/active_connection.h"
 #include "store/work_group.h"
@@ -37,10 +38,12 @@ std::int64_t JobDeletion::part(std::string_view job, Work&& work) {
 }
 
 void JobDeletion::DelItem(std::string_view ItemName, bool DelKundenVertrag) {
-  WorkUnit unit(activeConnection(environment_), wait_, Join::IfOpen);
-  const std::int64_t deleted = deleteItem(ItemName, DelKundenVertrag);
-  unit.commit();
-  deletedHeaders_ += deleted;
+  deletedHeaders_ += doneAgainOnConflict(environment_, "DelItem", [&] {
+    WorkUnit unit(activeConnection(environment_), wait_, Join::IfOpen);
+    const std::int64_t deleted = deleteItem(ItemName, DelKundenVertrag);
+    unit.commit();
+    return deleted;
+  });
 }
 
 void JobDeletion::delItems(const std::vector<std::string>& jobIds, bool withContracts) {

@@ -1,5 +1,6 @@
 #include "store/job_file_import.h"
 
+#include "platform/conflict_retry.h"
 #include "platform/german_cause.h"
 #include "rules/active_connection.h"
 #include "store/job_file_banner.h"
@@ -7,7 +8,9 @@
 
 #include <exception>
 #include <optional>
+#include <string>
 #include <utility>
+#include <vector>
 
 namespace qx {
 namespace {
@@ -18,12 +21,20 @@ constexpr std::size_t recordsInGroup = 10'000;
 /// Without a unit of work the message loop runs after this many records.
 constexpr std::int64_t recordsBetweenYields = 1000;
 
+/// A record that is kept until its group is committed.
+struct GroupRecord {
+  std::int64_t line = 0;
+  std::int64_t code = 0;
+  std::string text;
+};
+
 class JobFileImport {
 public:
   JobFileImport(Environment& environment, std::filesystem::path file, JobFileVersion version,
                 JobFileObserver& observer, BusyWait* wait)
       : environment_(environment), file_(std::move(file)), observer_(observer),
-        group_(environment, wait, recordsInGroup) {
+        group_(environment, wait, recordsInGroup),
+        retry_(environment.clock, environment.diagnostics, "Import") {
     activeConnection(environment_);
     const StoreContext context{environment_, group_, observer_, pending_};
     store_ = version == JobFileVersion::One ? version1RecordStore(context) : version2RecordStore(context);
@@ -71,7 +82,10 @@ public:
 
   /// Commits what is open.
   void commit() {
-    group_.finish();
+    repeating([this] {
+      storeRecords();
+      group_.finish();
+    });
     keepPending();
   }
   const JobFileCounts& counts() const { return counts_; }
@@ -115,16 +129,56 @@ private:
   }
 
   void storeRecord(const JobFileItem& item) {
+    records_.push_back({item.line, item.code, std::string(item.text)});
+    bool committed = false;
+    repeating([&] {
+      storeRecords();
+      committed = group_.endJob();
+    });
+    if (committed) keepPending();
+  }
+
+  /// When the open group has to give way to another program, the step runs again, with the whole group to
+  /// store.
+  template <class Step>
+  void repeating(Step&& step) {
+    while (true) {
+      try {
+        return step();
+      } catch (const ConflictError& conflict) {
+        group_.abandon();
+        retry_.pause(conflict);
+      }
+      stored_ = 0;
+      store_->goTo(groupPlace_);
+      // Keys that were counted once stay counted.
+      pending_.setBack = 0;
+      pending_.withoutHeader = 0;
+    }
+  }
+
+  /// Those of the open group that are not stored yet; a refused one is no longer part of the group.
+  void storeRecords() {
+    while (stored_ < records_.size()) {
+      if (storeOne(records_[stored_]))
+        ++stored_;
+      else
+        records_.erase(records_.begin() + static_cast<std::ptrdiff_t>(stored_));
+    }
+  }
+
+  bool storeOne(const GroupRecord& record) {
+    const JobFileItem item{JobFileItem::Kind::Record, record.line, record.code, record.text, {}};
     splitFields(item.text, fields_);
     try {
       store_->store(item, fields_);
+      return true;
     } catch (const RecordRefused& refused) {
       refuse(item, refused.what());
-      return;
     } catch (const StatementError& refused) {
       refuse(item, refused.what());
     }
-    if (group_.endJob()) keepPending();
+    return false;
   }
 
   /// Without a reason it is only counted.
@@ -150,6 +204,10 @@ private:
   void keepPending() {
     counts_ += pending_;
     pending_ = {};
+    records_.clear();
+    stored_ = 0;
+    groupPlace_ = store_->place();
+    retry_.reset();
   }
 
   void reportProgress(int pass, std::uintmax_t bytes) {
@@ -172,6 +230,10 @@ private:
   JobFileCounts counts_;
   JobFileCounts pending_;
   WorkGroup group_;
+  ConflictRetry retry_;
+  std::vector<GroupRecord> records_; ///< of the open group
+  std::size_t stored_ = 0;           ///< how many of them are stored
+  std::string groupPlace_;           ///< where the group began
   std::unique_ptr<RecordStore> store_;
   std::optional<Scrambler> scrambler_;
   std::vector<std::string_view> fields_;

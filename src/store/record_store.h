@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <memory>
 #include <stdexcept>
+#include <string>
 #include <string_view>
 #include <unordered_set>
 #include <vector>
@@ -54,6 +55,9 @@ public:
   virtual bool setsBack(std::int64_t before, std::int64_t after) const = 0;
   /// The reason to report for a skipped record that somebody may miss; "" for all others.
   virtual std::string_view whySkipped(std::int64_t /*code*/) const { return {}; }
+  /// What later records build on, and the way back to it before records are stored again.
+  virtual std::string place() const { return {}; }
+  virtual void goTo(const std::string& /*place*/) {}
   /// A record was refused or belongs to no kind.
   virtual void passedOver(std::int64_t /*code*/) {}
 };

@@ -36,6 +36,9 @@ public:
     if (code != 0 && code != qxtJobTypeSubItem) header_.clear();
   }
 
+  std::string place() const override { return header_; }
+  void goTo(const std::string& place) override { header_ = place; }
+
 private:
   void storeJob(const JobFileItem& record, const std::vector<std::string_view>& fields) {
     ImportJob job;

@@ -1,10 +1,23 @@
 #include "store/work_group.h"
 
+#include "platform/conflict_retry.h"
+#include "platform/german_cause.h"
+
 #include <algorithm>
 #include <exception>
 #include <utility>
 
 namespace qx {
+namespace {
+
+/// What a job is told that has given way in all its tries.
+WorkLostError inGerman(const WorkLostError& loss) {
+  if (dynamic_cast<const ConflictError*>(&loss) == nullptr) return loss;
+  const RepeatedConflictError repeated(loss.what(), loss.nativeCode(), loss.sqlState());
+  return {germanCause(repeated), loss.nativeCode(), loss.sqlState()};
+}
+
+} // namespace
 
 void WorkGroup::begin() {
   if (open_) return;
@@ -70,6 +83,7 @@ std::size_t WorkGroup::takeAll(std::size_t count, const JobWalk& walk) {
   std::size_t fewBefore = 0;   // jobs before this index are committed in groups of a few
   std::size_t aloneBefore = 0; // and before this one by one
   std::size_t at = 0;
+  ConflictRetry retry(environment_.clock, environment_.diagnostics, "unit of work");
   const auto stoppedAtGroup = [&] {
     abandon();
     at = groupStart;
@@ -83,14 +97,16 @@ std::size_t WorkGroup::takeAll(std::size_t count, const JobWalk& walk) {
       const bool committed = endJob(at + 1 == count || at + 1 - groupStart >= full);
       ++at;
       if (committed) groupStart = at;
+      if (committed) retry.reset();
     } catch (const WorkLostError& loss) {
       const std::size_t lost = std::max(at + 1 - groupStart, foreseen_);
       const bool again = at != groupStart || collected_;
       abandon();
-      if (again) {
+      const bool conflict = retry.triesAgain(loss);
+      if (again || conflict) {
         (lost > few ? fewBefore : aloneBefore) = groupStart + lost;
         at = groupStart;
-      } else if (!walk.lost(at, loss)) {
+      } else if (!walk.lost(at, inGerman(loss))) {
         groupStart = ++at;
       }
     } catch (const InterruptedError&) {

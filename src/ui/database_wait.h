@@ -1,4 +1,4 @@
-// Waiting for another program before something is written from a window.
+// What a window does before it reads or writes: it connects anew, and waits for another program.
 #pragma once
 
 #include "platform/environment.h"
@@ -16,8 +16,12 @@ inline std::unique_ptr<BusyWait> makeWait(const WaitFactory& factory) {
   return factory ? factory() : nullptr;
 }
 
-/// Waits until no other program writes. False when the clerk or `wait` gave up. A database that cannot be
-/// written at all is left to the work itself, which reports why.
+/// Makes sure that the server can be reached. A lost connection is opened anew; where that fails, the clerk
+/// is asked until it works or the clerk declines: false then. Any other failure is left to the work itself,
+/// which reports why.
+bool isConnected(Environment& environment);
+
+/// The same, then waits until no other program writes. False also when the clerk or `wait` gave up.
 bool awaitDatabase(Environment& environment, BusyWait* wait);
 
 } // namespace qx

@@ -33,6 +33,8 @@ constexpr std::string_view changedQuestion =
     "Soll er neu gelesen werden? Ihre Eingaben gehen dabei verloren.";
 constexpr std::string_view changedNotice =
     "Von anderer Seite geändert: Diese Angaben sind überholt und können nicht mehr gespeichert werden.";
+constexpr std::string_view unreachableNotice =
+    "Die Datenbank ist nicht erreichbar. Ihre Eingaben stehen noch hier; es wurde nichts gespeichert.";
 constexpr std::string_view moreFindings =
     "Es sind Befunde hinzugekommen. Noch einmal Speichern übernimmt den Vorgang so.";
 
@@ -48,6 +50,10 @@ bool JobDialogPresenter::load(std::string_view jobId) {
   notice_.clear();
   outstanding_.clear();
   findings_.clearAll();
+  if (!isConnected(environment())) {
+    notice_ = "Die Datenbank ist nicht erreichbar.";
+    return false;
+  }
   customerSpecific_ = Settings(environment())[option::customerSpecific];
   build(customerSpecific_);
   const bool read = trying("Laden des Vorgangs", [&] {
@@ -123,6 +129,7 @@ bool JobDialogPresenter::save() {
     showMessage(environment(), {notice_, std::string(defaultTitle), MessageIcon::Exclamation});
     return false;
   }
+  if (!isReachable()) return false;
   const JobState state = stateOf(jobType());
   const bool parked = state == JobState::Warning || state == JobState::Error;
   if (parked && kind_.offersRelease && !released())
@@ -134,6 +141,13 @@ bool JobDialogPresenter::save() {
   if (!edit(failure, [&] { store(failure); })) return false;
   stored();
   return true;
+}
+
+/// The checks, the lock and the writing would fail one after the other.
+bool JobDialogPresenter::isReachable() {
+  if (isConnected(environment())) return true;
+  notice_ = unreachableNotice;
+  return false;
 }
 
 /// Another user may have taken over the lock, and their run would read what is saved here.
@@ -173,7 +187,7 @@ void JobDialogPresenter::checkMore(std::size_t count) {
 }
 
 bool JobDialogPresenter::erase() {
-  if (!canErase()) return false;
+  if (!canErase() || !isReachable()) return false;
   if (!askQuestion(environment(), {std::string(eraseQuestion), "Wirklich löschen?"})) return false;
   std::string_view failure = "Fehler beim Löschen des Vorgangs";
   return edit(failure, [this] { editing_.deleteHeader(jobId()); });

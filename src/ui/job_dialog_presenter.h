@@ -174,6 +174,7 @@ protected:
   FindingList findings_;
 
 private:
+  bool isReachable();
   bool stillLocked();
   void showLoss(const JobChangedError& error);
   void normalise(std::size_t index);

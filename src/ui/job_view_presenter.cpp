@@ -170,7 +170,8 @@ bool JobViewPresenter::close(const WindowGeometry& geometry) {
     stop();
     return false;
   }
-  if (!databaseIsFree()) return false;
+  // A window whose database is gone can be closed all the same.
+  if (!state_.databaseGone && !databaseIsFree() && !state_.databaseGone) return false;
   const auto keep = [this](const WholeOption& option, int number) {
     settings_.save(option, std::to_string(number));
   };
@@ -264,7 +265,8 @@ void JobViewPresenter::headClick(std::size_t column) {
 }
 
 void JobViewPresenter::timerTick() {
-  if (work_ != Work::None || closed_) return;
+  // Without a database every tick would try to connect.
+  if (work_ != Work::None || closed_ || state_.databaseGone) return;
   mailComesIn_ = settings_[option::orderBeingReadIn];
   state_.label = mailComesIn_ ? mailLabel : std::string_view();
   compose();
@@ -318,6 +320,11 @@ void JobViewPresenter::readDetails() {
 
 /// Waits for a writing program, with a notice and a way to cancel. False when the clerk cancelled.
 bool JobViewPresenter::databaseIsFree() {
+  if (!isConnected(environment_)) {
+    state_.databaseGone = true;
+    compose();
+    return false;
+  }
   const auto wait = windows_.databaseWait();
   return awaitDatabase(environment_, wait.get());
 }
@@ -329,15 +336,15 @@ void JobViewPresenter::verify() {
 }
 
 void JobViewPresenter::refresh() {
-  const bool read = skip("job list", [this] {
-    Connection& connection = activeConnection(environment_);
-    // An open handle would continue reading a deleted file.
-    const auto files = connection.files();
-    if (!files.empty() && !std::filesystem::exists(files.front()))
-      throw StoreError("Die Datenbankdatei wurde entfernt.", 0);
-    found_ = readJobList(connection, filter_, order_);
-    state_.counts = countJobs(connection);
-  });
+  const bool read = isConnected(environment_) && skip("job list", [this] {
+                      Connection& connection = activeConnection(environment_);
+                      // An open handle would continue reading a deleted file.
+                      const auto files = connection.files();
+                      if (!files.empty() && !std::filesystem::exists(files.front()))
+                        throw StoreError("Die Datenbankdatei wurde entfernt.", 0);
+                      found_ = readJobList(connection, filter_, order_);
+                      state_.counts = countJobs(connection);
+                    });
   state_.databaseGone = !read;
   if (read) listRows();
 }
@@ -347,9 +354,18 @@ void JobViewPresenter::refreshAndShow() {
   compose();
 }
 
-void JobViewPresenter::verifyAndShow() {
+void JobViewPresenter::verifyAndRefresh() {
+  if (!isConnected(environment_)) {
+    state_.databaseGone = true;
+    return;
+  }
   verify();
-  refreshAndShow();
+  refresh();
+}
+
+void JobViewPresenter::verifyAndShow() {
+  verifyAndRefresh();
+  compose();
 }
 
 void JobViewPresenter::listRows() {
@@ -428,10 +444,9 @@ void JobViewPresenter::process(qxProcessState selection) {
     engine_.ProcessJobs(false, selection);
     busy.closeRun();
     busy.say("Daten werden aktuallisiert...");
-    verify();
-    refresh();
+    verifyAndRefresh();
   }
-  databaseIsFree();
+  if (!state_.databaseGone) databaseIsFree();
   settings_.save(option::runUnderWay, "0");
   tellJobsLeft();
   if (closeAsked_) windows_.closeWindow();
@@ -491,8 +506,7 @@ void JobViewPresenter::importFile(std::string_view file) {
   {
     const Busy busy(*this, Work::Files, "Die Datei wird eingelesen...");
     if (maySetBack(file) && databaseIsFree()) told = readFile(file);
-    verify();
-    refresh();
+    verifyAndRefresh();
   }
   if (!told.empty()) skip("import report", [&] { windows_.report("Vorgänge einlesen", told); });
   if (closeAsked_) windows_.closeWindow();

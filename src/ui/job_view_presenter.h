@@ -142,6 +142,7 @@ private:
   void verify();
   void refresh();
   void refreshAndShow();
+  void verifyAndRefresh();
   void verifyAndShow();
   void listRows();
   void keepCurrent(const std::optional<std::string>& jobId, std::optional<std::size_t> row);

@@ -1,8 +1,10 @@
 #include "ui/options_dialog_presenter.h"
 
 #include "model/german_text.h"
+#include "platform/conflict_retry.h"
 #include "platform/german_cause.h"
 #include "platform/show_message.h"
+#include "ui/database_wait.h"
 
 #include <algorithm>
 #include <array>
@@ -124,7 +126,7 @@ void OptionsDialogPresenter::followCostAssignment() {
 
 bool OptionsDialogPresenter::close(BusyWait* wait) {
   if (ended_ || fields_.empty()) return true;
-  if (!numbersAreReadable()) return false;
+  if (!numbersAreReadable() || !isConnected(environment_)) return false;
   try {
     save(settings_, OptionStore::Local);
     saveShared(wait);
@@ -185,9 +187,11 @@ void OptionsDialogPresenter::saveShared(BusyWait* wait) {
   const auto connection = environment_.session ? environment_.connection : nullptr;
   if (!connection) return write();
   OptionsWait brief;
-  WorkUnit unit(*connection, wait != nullptr ? wait : &brief, Join::IfOpen);
-  write();
-  unit.commit();
+  doneAgainOnConflict(environment_, "Options", [&] {
+    WorkUnit unit(*connection, wait != nullptr ? wait : &brief, Join::IfOpen);
+    write();
+    unit.commit();
+  });
 }
 
 void OptionsDialogPresenter::save(const Settings& settings, OptionStore store) const {

@@ -429,19 +429,26 @@ TEST_F(OrderWriting, PositionsWithoutKeysHavePricesOfTheirOwn) {
   EXPECT_THAT(lineTexts(), ElementsAre("1:A100:1:10", "2:B200:1:4.99", "3:A100:10:9", "4:A100:1:0"));
 }
 
-TEST_F(OrderWriting, ANumberInUseIsToldWithItsCircleAndTheOtherOrderStays) {
+TEST_F(OrderWriting, ANumberInUseIsToldWithItsCircleAndPassedOverWhileTheOtherOrderStays) {
   execute("Insert Into Auftragskopf (Auftragsnummer) Values (1)"_sql);
+  execute("Insert Into Auftragskopf (Auftragsnummer) Values (2)"_sql);
   execute("Insert Into Auftragspos (Auftragsnummer, Positionsnummer) Values (1, 7)"_sql);
   stageOrderOf("OWN");
   run();
+  EXPECT_EQ(drawn(), 1);
   stageOrderOf("HOST");
   becomeHost();
   run();
-  for (const char* key : {"OWN", "HOST"})
-    EXPECT_EQ(reasons(key), "Die Auftragsnummer: '1' im Buchungskreis '1' ist bereits vergeben. "
-                            "Bitte prüfen Sie den Nummernkreis der Aufträge.");
-  EXPECT_EQ(drawn(), 0);
+  const std::string rest = "' im Buchungskreis '1' ist bereits vergeben. "
+                           "Bitte prüfen Sie den Nummernkreis der Aufträge.";
+  EXPECT_EQ(reasons("OWN"), "Die Auftragsnummer: '1" + rest);
+  EXPECT_EQ(reasons("HOST"), "Die Auftragsnummer: '2" + rest);
+  EXPECT_EQ(drawn(), 2);
   EXPECT_THAT(lineTexts(), ElementsAre("7:::"));
+  stageOrderOf("NEXT");
+  run();
+  EXPECT_EQ(jobType("NEXT"), 33) << reasons("NEXT");
+  EXPECT_EQ(drawn(), 3);
 }
 
 TEST_F(OrderWriting, AnOrderFindsTheCustomerOfTheSameRun) {

@@ -55,22 +55,35 @@ std::string firstWord(std::string_view statement) {
   return word;
 }
 
+/// The right that a statement needs as a whole, beside that to read.
+std::string neededRight(std::string_view statement) {
+  const std::string lower = asciiLower(trimWhitespace(statement));
+  if (lower.ends_with("for update")) return "UPDATE";
+  if (lower.starts_with("create temporary")) return "TEMPORARY";
+  return firstWord(statement);
+}
+
 std::string nextStep(const Failure& failure) {
   // What the driver manager reports before any driver was loaded.
   if (failure.sqlState == "IM002" || failure.sqlState == "01000")
     return ". No driver or data source of this name is installed: odbcinst -q -d lists the drivers";
   // This word begins what the server itself has answered.
   if (failure.message.find("FATAL:") != std::string::npos)
-    return ". Check database, user and password in the connection string";
+    return ". Check database, user and password in the connection string, and whether the server takes more "
+           "connections";
   if (failure.lostConnection())
     return ". Check that the server runs and can be reached, then start the command again";
   if (failure.sqlState.starts_with("53")) return ". Make room on the server, then start the command again";
+  if (failure.sqlState.starts_with("58") || failure.sqlState.starts_with("XX"))
+    return ". Look into the log of the server, then start the command again";
   return "";
 }
 
 [[noreturn]] void raiseStoreError(const Failure& failure, const std::string& target) {
-  throw StoreError(target + ": " + failure.message + " (" + failure.sqlState + ")" + nextStep(failure),
-                   failure.nativeCode, failure.sqlState);
+  const std::string text =
+      target + ": " + failure.message + " (" + failure.sqlState + ")" + nextStep(failure);
+  if (failure.lostConnection()) throw ConnectionLostError(text, failure.nativeCode, failure.sqlState);
+  throw StoreError(text, failure.nativeCode, failure.sqlState);
 }
 
 } // namespace
@@ -132,7 +145,8 @@ void raiseFailure(const Failure& failure, const std::string& target, std::string
     if (interruptRequested) throw InterruptedError(named, code, state);
     throw BusyError(named, code, state);
   case FailureKind::Rights:
-    throw StoreError(named + ". The user needs the right " + firstWord(statement) + " there", code, state);
+    throw MissingRightError(named + ". The user needs the right " + neededRight(statement) + " there", code,
+                            state);
   case FailureKind::Store:
     break;
   }

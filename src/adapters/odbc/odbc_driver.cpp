@@ -72,7 +72,9 @@ void OdbcDriver::connect() {
 void OdbcDriver::open(const ConnectionString& connectionString) {
   connection_ = Handle(SQL_HANDLE_DBC, environment_.get());
   constexpr std::size_t seconds = 15;
-  SQLSetConnectAttrW(connection_.get(), SQL_ATTR_LOGIN_TIMEOUT, attributeNumber(seconds), 0);
+  // The driver takes no second limit beside that of its own option.
+  if (connectionString.value("Pqopt").find("connect_timeout") == std::string_view::npos)
+    SQLSetConnectAttrW(connection_.get(), SQL_ATTR_LOGIN_TIMEOUT, attributeNumber(seconds), 0);
   std::u16string text = toUtf16(connectionString.text());
   const SQLRETURN result =
       SQLDriverConnectW(connection_.get(), nullptr, wideText(text), static_cast<SQLSMALLINT>(text.size()),
@@ -160,7 +162,9 @@ void OdbcDriver::requireConnection() {
 }
 
 void OdbcDriver::requireUnit() const {
-  if (lost_ && scope_ == Scope::Unit) throw WorkLostError("the database rolled back the unit of work", 0);
+  if (!lost_ || scope_ != Scope::Unit) return;
+  if (conflict_) throw ConflictError(conflict_->message, conflict_->nativeCode, conflict_->sqlState);
+  throw WorkLostError("the database rolled back the unit of work", 0);
 }
 
 short OdbcDriver::call(void* statement, std::string_view text, Effect effect,
@@ -197,7 +201,7 @@ void OdbcDriver::fail(const Failure& failure, std::string_view text) {
   if (failure.kind() == FailureKind::Statement)
     undoStatement();
   else if (failure.kind() != FailureKind::Busy && scope_ != Scope::None)
-    lost_ = true;
+    loseUnit(failure);
   raiseFailure(failure, name_, text, interrupter_.requested());
 }
 
@@ -249,8 +253,13 @@ void OdbcDriver::control(std::string_view text) {
     // The end of the connection has freed it.
     statement.forget();
   }
-  lost_ = lost_ || scope_ != Scope::None;
+  if (scope_ != Scope::None) loseUnit(failure);
   raiseFailure(failure, name_, text, false);
+}
+
+void OdbcDriver::loseUnit(const Failure& failure) {
+  if (!lost_ && failure.kind() == FailureKind::Conflict) conflict_ = failure;
+  lost_ = true;
 }
 
 void OdbcDriver::begin(BusyWait* wait) {
@@ -289,6 +298,7 @@ void OdbcDriver::rollback() noexcept {
   }
   scope_ = Scope::None;
   lost_ = false;
+  conflict_.reset();
   levels_.clear();
   wait_ = nullptr;
 }

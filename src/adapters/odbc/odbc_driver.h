@@ -97,6 +97,7 @@ private:
   void control(std::string_view text);
   void prepareForFailure();
   void undoStatement() noexcept;
+  void loseUnit(const Failure& failure);
   void fail(const Failure& failure, std::string_view text);
   std::string partName() const { return "part" + std::to_string(levels_.size() - 1); }
   std::optional<std::string> answer(std::string_view query);
@@ -113,6 +114,7 @@ private:
   std::vector<Level> levels_;                               ///< the unit's own first
   BusyWait* wait_ = nullptr;                                ///< of the unit
   Scope scope_ = Scope::None;
+  std::optional<Failure> conflict_; ///< by which the unit was lost
   int session_ = 0;
   bool readsParts_ = false;
   bool lost_ = false;

@@ -109,11 +109,18 @@ Value digitsValue(std::string_view digits, ColumnKind kind) {
 OdbcStatement::OdbcStatement(OdbcDriver& driver, std::string_view text)
     : driver_(driver), text_(text), effect_(beginsWith(text, "select") ? Effect::Reads : Effect::Writes),
       compares_(effect_ == Effect::Reads || beginsWith(text, "delete")) {
-  prepare();
+  try {
+    prepare();
+  } catch (...) {
+    forgetIfFreed();
+    throw;
+  }
 }
 
-OdbcStatement::~OdbcStatement() {
-  // The end of a connection has freed its statements.
+OdbcStatement::~OdbcStatement() { forgetIfFreed(); }
+
+/// The end of a connection has freed its statements.
+void OdbcStatement::forgetIfFreed() {
   if (session_ != driver_.session()) statement_.forget();
 }
 
@@ -122,7 +129,7 @@ short OdbcStatement::call(Effect effect, const std::function<short()>& run) {
 }
 
 void OdbcStatement::prepare() {
-  if (session_ != driver_.session()) statement_.forget();
+  forgetIfFreed();
   statement_ = Handle(SQL_HANDLE_STMT, driver_.connection());
   session_ = driver_.session();
   columns_.clear();

@@ -52,6 +52,7 @@ private:
     std::vector<long> lengths;
   };
 
+  void forgetIfFreed();
   void prepare();
   void renewAfterLoss();
   void pass(std::size_t index);

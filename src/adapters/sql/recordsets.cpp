@@ -14,7 +14,7 @@ namespace {
 const Value nullValue;
 
 [[noreturn]] void raiseUnknownColumn(std::string_view name) {
-  throw StatementError("the record set has no column '" + std::string(name) + "'", 0);
+  throw StatementError("the record set has no column '" + std::string(name) + "'", 0, "42703");
 }
 
 } // namespace

@@ -34,7 +34,8 @@ void RowBatch::set(ColumnName column, Value value) {
   const auto found =
       std::ranges::find_if(columns_, [&](const std::string& name) { return ColumnName(name) == column; });
   if (found == columns_.end())
-    throw StatementError("the table " + table_ + " has no column '" + std::string(column.text()) + "'", 0);
+    throw StatementError("the table " + table_ + " has no column '" + std::string(column.text()) + "'", 0,
+                         "42703");
   const auto place = static_cast<std::size_t>(found - columns_.begin());
   values_[values_.size() - columns_.size() + place] = std::move(value);
 }

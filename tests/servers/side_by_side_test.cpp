@@ -1,0 +1,182 @@
+// Several programs on one database: the lock of the import, others beside a run, and number ranges.
+#include "servers/shared_erp.h"
+
+#include "erp/number_range.h"
+#include "erp/process_identity.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <numeric>
+
+namespace qx {
+namespace {
+
+using ::testing::HasSubstr;
+
+class SideBySide : public ::testing::TestWithParam<Kept> {
+protected:
+  SharedErp erp{GetParam()};
+};
+
+INSTANTIATE_TEST_SUITE_P(File, SideBySide, ::testing::Values(Kept::InAFile));
+INSTANTIATE_TEST_SUITE_P(Server, SideBySide, ::testing::Values(Kept::OnTheServer));
+
+TEST_P(SideBySide, OfTwoRunsThatStartInTheSameMomentOneWorksAndTheOtherIsRefused) {
+  constexpr int rounds = 8;
+  constexpr int jobs = 40;
+  // A program of this machine that has ended.
+  const FixedProcesses ended;
+  const erp::ProcessIdentity dead(erp::MachineName::read(), ended);
+  int refused = 0;
+  for (int round = 0; round < rounds; ++round) {
+    erp.stageCustomers("K" + std::to_string(round) + "-", jobs);
+    // In every other round both find the lock of the dead program.
+    if (round % 2 == 1)
+      erp.execute("Insert Into LockControl (Dateiname, Satz, StationID, SessionID, Benutzer) Values "
+                  "('ImportJob', '1', 'unbennant', '"_sql,
+                  value(dead.sessionId()), "', 'tot')"_sql);
+    ProgramRun first = erp.start({"process"});
+    ProgramRun second = erp.start({"process"});
+    const std::array results{first.wait(), second.wait()};
+    for (const ProgramResult& result : results) {
+      if (result.status == 0) continue;
+      ++refused;
+      EXPECT_EQ(result.status, 3) << result.messages;
+      EXPECT_THAT(result.messages, HasSubstr("the import is locked by user"));
+    }
+    EXPECT_EQ(std::min(results[0].status, results[1].status), 0) << results[0].messages;
+    erp.expectWrittenOnce((round + 1) * jobs);
+  }
+  EXPECT_GT(refused, 0) << "no two runs have met";
+}
+
+TEST_P(SideBySide, NumbersAreDrawnOnceAndWithoutGapsBesideAnotherProgram) {
+  std::string jobs = R"({"type":"Kunde","JobID":"K","Kundennummer":"91001","Bez1":"Firma","Land":"DE"})";
+  constexpr int orders = 60;
+  for (int i = 0; i < orders; ++i) {
+    // Every third one fails behind the drawing of its number.
+    const std::string article = i % 3 == 2 ? "no such" : "FEI-013";
+    jobs +=
+        "\n{\"type\":\"Auftrag\",\"JobID\":\"A" + std::to_string(i) +
+        R"(","Kundennummer":"91001","Bez1":"Firma","Eingangsdatum":"1.2.26","Positionen":[{"ChildID":"P)" +
+        std::to_string(i) + R"(","Positionsnummer":1,"Artikelnummer":")" + article +
+        R"(","Menge":1,"Mengeneinheit":"ST"}]})";
+  }
+  ASSERT_EQ(erp.run({"stage", "-"}, jobs).status, 0);
+  const auto before =
+      erp.count("Select aktuellerWert From Nummernkreise Where NSchl = 'AB' And Buchungskreis = 1"_sql);
+  const auto other = erp.another();
+  std::vector<std::int64_t> drawn;
+  ProgramRun run = erp.start({"process"});
+  std::optional<ProgramResult> result;
+  while (!result) {
+    {
+      WorkUnit unit(*other);
+      drawn.push_back(erp::NumberRanges().draw(*other, "AB", 1).value_or(-1));
+      unit.commit();
+    }
+    result = run.waitAtMost(std::chrono::seconds(0));
+    // Who would write without a pause kept everybody from a file.
+    if (GetParam() == Kept::InAFile) std::this_thread::sleep_for(std::chrono::milliseconds(2));
+  }
+  EXPECT_EQ(result->status, 1) << result->messages;
+  EXPECT_GT(drawn.size(), 1U);
+  const auto written = erp.rows("Select Auftragsnummer From Auftragskopf"_sql);
+  EXPECT_EQ(written.size(), 2U * orders / 3U) << result->output;
+  for (const auto& row : written) drawn.push_back(row.front().integer().value_or(-1));
+  std::sort(drawn.begin(), drawn.end());
+  std::vector<std::int64_t> expected(drawn.size());
+  std::iota(expected.begin(), expected.end(), before + 1);
+  EXPECT_EQ(drawn, expected);
+}
+
+TEST_P(SideBySide, ANumberInUseIsToldWithItsCircleAndTheNextOrderGetsTheNextOne) {
+  erp.execute("Insert Into Auftragskopf (Auftragsnummer) Select aktuellerWert + 1 From Nummernkreise Where "
+              "NSchl = 'AB' And Buchungskreis = 1"_sql);
+  const std::string order = R"("Kundennummer":"91001","Bez1":"Firma","Eingangsdatum":"1.2.26","Positionen":[
+    {"Positionsnummer":1,"Artikelnummer":"FEI-013","Menge":1,"Mengeneinheit":"ST"}]})";
+  ASSERT_EQ(erp.run({"stage", "-"}, R"({"type":"Kunde","JobID":"K","Kundennummer":"91001","Bez1":"Firma"}
+    {"type":"Auftrag","JobID":"A1",)" + order +
+                                        R"({"type":"Auftrag","JobID":"A2",)" + order)
+                .status,
+            0);
+  EXPECT_EQ(erp.run({"process"}).status, 1);
+  EXPECT_EQ(erp.text("Select Fehlertext From ImportKopf Where JobID = 'A1'"_sql),
+            "Die Auftragsnummer: '200001' im Buchungskreis '1' ist bereits vergeben. Bitte prüfen Sie den "
+            "Nummernkreis der Aufträge.");
+  EXPECT_EQ(erp.count("Select JobType From ImportKopf Where JobID = 'A2'"_sql), 33);
+  EXPECT_EQ(erp.keys("Select Auftragsnummer From Auftragskopf Order By Auftragsnummer"_sql),
+            "200001 200002 ");
+}
+
+TEST(ServerSideBySide, ALockThatAnotherProgramTakesOverInTheSameMomentIsLeftToIt) {
+  SharedErp erp(Kept::OnTheServer);
+  erp.stageCustomers("K", 1);
+  const FixedProcesses ended;
+  const erp::ProcessIdentity dead(erp::MachineName::read(), ended);
+  erp.execute(
+      "Insert Into LockControl (Dateiname, Satz, StationID, SessionID, Benutzer) Values ('ImportJob', "
+      "'1', 'unbennant', '"_sql,
+      value(dead.sessionId()), "', 'tot')"_sql);
+  auto unit = std::make_unique<WorkUnit>(erp.connection());
+  erp.execute("Update LockControl Set SessionID = 'andere', Benutzer = 'erika'"_sql);
+  // It has seen the lock of the dead program.
+  ProgramRun run = erp.start({"process"});
+  erp.awaitWaiting();
+  unit->commit();
+  const ProgramResult result = run.wait();
+  EXPECT_EQ(result.status, 3) << result.output;
+  EXPECT_THAT(result.messages, HasSubstr("the import is locked by user 'erika'"));
+  EXPECT_EQ(erp.keys("Select Benutzer From LockControl"_sql), "erika ");
+  EXPECT_EQ(erp.lines(), 0);
+}
+
+TEST(ServerSideBySide, OthersReadAndPrepareJobsWhileARunIsUnderWay) {
+  SharedErp erp(Kept::OnTheServer);
+  const std::string file = (erp.folder.path() / "jobs.txt").string();
+  erp.stageCustomers("I", 1);
+  ASSERT_EQ(erp.run({"export", file}).status, 0);
+  ASSERT_EQ(erp.run({"delete", "I0"}).status, 0);
+  erp.stageCustomers("K", 5);
+  ASSERT_EQ(erp.run({"stage", "-"}, R"({"type":"Kunde","JobID":"W","Kundennummer":"W","Versandart":"DROHNE"}
+                                       {"type":"Kunde","JobID":"fort","Kundennummer":"F"})")
+                .status,
+            0);
+  // The run does not touch them.
+  erp.execute("Update ImportKopf Set JobType = 11 Where JobID In ('W', 'fort')"_sql);
+  // Of the run all but its last job is done when it meets this row.
+  auto holding = std::make_unique<WorkUnit>(erp.connection());
+  erp.execute("Update ImportKopf Set Bez1 = 'Firma' Where JobID = 'K4'"_sql);
+  ProgramRun run = erp.start({"process", "--json"});
+  erp.awaitWaiting();
+
+  struct Command {
+    std::vector<std::string> arguments;
+    int status;
+    std::string_view output;
+  };
+  for (const Command& command :
+       {Command{{"list"}, 0, "K4"}, Command{{"show", "K4"}, 0, "Firma"}, Command{{"check", "W"}, 1, "DROHNE"},
+        Command{{"stage", "-"}, 0, "1 staged"}, Command{{"release", "W"}, 0, "released  W"},
+        Command{{"delete", "fort"}, 0, ""}, Command{{"process"}, 3, ""},
+        Command{{"process", "--wait=0"}, 3, ""}, Command{{"import", file}, 0, "1 jobs"}}) {
+    const ProgramResult result =
+        erp.run(command.arguments, R"({"type":"Kunde","JobID":"neu","Kundennummer":"N","Bez1":"Firma"})");
+    EXPECT_EQ(result.status, command.status) << command.arguments.front() << ": " << result.messages;
+    EXPECT_THAT(result.output, HasSubstr(command.output));
+  }
+  ProgramRun waiting = erp.start({"process", "--wait"});
+  EXPECT_FALSE(run.waitAtMost(std::chrono::seconds(0))) << "the run was to wait all the time";
+  holding->commit();
+  holding.reset();
+  EXPECT_EQ(run.wait().status, 0);
+  EXPECT_EQ(waiting.wait().status, 0);
+  EXPECT_EQ(erp.keys("Select JobType From ImportKopf Where JobID In ('K4', 'neu', 'W', 'I0')"_sql),
+            "13 13 13 13 ");
+}
+
+} // namespace
+} // namespace qx
