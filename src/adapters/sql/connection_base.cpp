@@ -3,7 +3,6 @@
 #include "adapters/sql/dialect.h"
 #include "adapters/sql/recordsets.h"
 #include "adapters/sql/statement_cache.h"
-#include "adapters/sql/upsert.h"
 
 #include <utility>
 
@@ -22,10 +21,18 @@ std::int64_t ConnectionBase::execute(const Sql& statement) {
 }
 
 void ConnectionBase::put(std::string_view table, std::span<const ColumnValue> row, std::size_t keys) {
-  insert(table, upsert(table, row, keys));
+  insert(table, driver_->dialect().put(table, row, keys));
 }
 
 std::string_view ConnectionBase::rowKey() const { return driver_->dialect().rowKey; }
+
+Sql ConnectionBase::beginsWith(const Sql& text, std::string_view prefix, bool afterPrefix) const {
+  return driver_->dialect().beginsWith(text, prefix, afterPrefix);
+}
+
+Sql ConnectionBase::comesAfter(std::span<const ColumnValue> position) const {
+  return driver_->dialect().comesAfter(position);
+}
 
 std::unique_ptr<Recordset> ConnectionBase::open(const Sql& statement) {
   return std::make_unique<FetchedRecordset>(*statements_, statement);

@@ -1,5 +1,6 @@
 #include "adapters/sql/recordsets.h"
 
+#include "adapters/sql/dialect.h"
 #include "model/text.h"
 #include "platform/database_error.h"
 
@@ -53,7 +54,6 @@ std::size_t EditableRecordset::bindPending(Statement& statement) {
 }
 
 std::int64_t EditableRecordset::insertPending() {
-  constexpr std::string_view keyTaken = "23505";
   constexpr int most = 10;
   Statement& insert = statements_.insert(source_, pendingColumns_);
   for (int tries = 1;; ++tries) {
@@ -64,7 +64,8 @@ std::int64_t EditableRecordset::insertPending() {
       return *inserted;
     } catch (const StatementError& error) {
       // Another program has drawn the same key in the meantime.
-      if (tries == most || error.sqlState() != keyTaken || !statements_.assignsKey(source_, pendingColumns_))
+      if (tries == most || error.sqlState() != statements_.driver().dialect().keyTaken ||
+          !statements_.assignsKey(source_, pendingColumns_))
         throw;
     }
   }

@@ -45,7 +45,7 @@ std::string StatementCache::quoted(std::string_view identifier) const {
 std::string StatementCache::orderClause(const SelectParts& parts, const TableKey& key) const {
   std::string terms = sortTerms(parts.orderBy, driver_.dialect());
   if (!key.row.empty()) {
-    terms.append(terms.empty() ? "" : ", ").append(key.row);
+    terms.append(terms.empty() ? "" : ", ").append(quoted(parts.table)).append(".").append(key.row);
     if (parts.descending()) terms += " DESC";
   }
   return terms.empty() ? terms : " ORDER BY " + terms;
@@ -164,8 +164,10 @@ Statement& StatementCache::insert(RowSource& source, const ColumnMask& columns) 
       parameters.append("), 0) + 1 FROM " + quoted(source.table) + ")");
     }
     std::string text = "INSERT INTO " + quoted(source.table);
-    text += names.empty() ? " DEFAULT VALUES" : " (" + names + ") VALUES (" + parameters + ")";
-    const std::string_view returning = driver_.dialect().returning;
+    if (!names.empty()) text += " (" + names + ")";
+    const auto [output, returning] = std::pair(driver_.dialect().output, driver_.dialect().returning);
+    if (!output.empty()) text.append(output).append(source.key.row);
+    text += names.empty() ? " DEFAULT VALUES" : " VALUES (" + parameters + ")";
     if (!returning.empty()) text.append(returning).append(source.key.row);
     statement = compile(text);
   }

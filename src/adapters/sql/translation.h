@@ -13,8 +13,11 @@ namespace qx::relational {
 /// rewritten. The rewriting is a fixed list, not a parser; it is done once per distinct statement.
 std::string translate(const Sql& statement, const Dialect& dialect);
 
-/// An identifier in double quotes.
+/// An identifier in the quotes of the dialect.
 std::string quotedName(std::string_view identifier, const Dialect& dialect);
+
+/// A select that gives this many rows at most. Its first word is "SELECT".
+std::string limitedSelect(std::string_view select, std::string_view rows, const Dialect& dialect);
 
 /// Sort terms, with nulls before all other values.
 std::string sortTerms(std::string_view orderBy, const Dialect& dialect);
