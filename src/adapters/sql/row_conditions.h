@@ -19,8 +19,8 @@ Sql beginsByRangeAndStart(const Sql& text, std::string_view prefix, bool afterPr
 /// By a pattern, which uses an index where it begins with fixed characters.
 Sql beginsLike(const Sql& text, std::string_view prefix, bool afterPrefix);
 
-/// A row comes after the position when sorted by its columns, none of which is null: as one comparison, and by
-/// one column after the other.
+/// A row comes after the position when sorted by its columns, none of which is null: as one comparison, and
+/// by one column after the other.
 Sql comesAfterAsRow(std::span<const ColumnValue> position);
 Sql comesAfterByColumns(std::span<const ColumnValue> position);
 

@@ -133,21 +133,22 @@ void rewriteTable(std::string& text, const Dialect& dialect) {
 
 /// The keys of an index that takes columns only, and the columns of its expressions beside them; only rows
 /// without a null in a unique one.
-std::string plainIndexTerms(std::string_view terms, bool unique, const Dialect& dialect) {
+std::string plainIndexTerms(std::string_view terms, bool unique) {
   constexpr std::string_view call = "Convert(DateTime, ";
   std::string keys;
   std::string beside;
   std::string condition;
   for (const std::string_view term : listTerms(terms)) {
     if (term.starts_with(call)) {
-      beside.append(term.substr(call.size(), term.find(',', call.size()) - call.size())).append(", ");
+      beside.append(beside.empty() ? "" : ", ");
+      beside.append(term.substr(call.size(), term.find(',', call.size()) - call.size()));
       continue;
     }
     keys.append(keys.empty() ? "" : ", ").append(term);
     condition.append(condition.empty() ? " WHERE " : " AND ").append(term).append(" IS NOT NULL");
   }
   std::string text = " (" + keys + ")";
-  if (!beside.empty()) text.append(" INCLUDE (").append(beside).append(dialect.rowKey).append(")");
+  if (!beside.empty()) text.append(" INCLUDE (").append(beside).append(")");
   return unique ? text + condition : text;
 }
 
@@ -159,7 +160,7 @@ void rewriteIndex(std::string& text, const Dialect& dialect) {
   const auto close = text.rfind(')', findWord(text, "where ", open));
   const std::string terms = text.substr(open + 2, close - open - 2);
   if (dialect.plainIndexes)
-    text.replace(open, close + 1 - open, plainIndexTerms(terms, unique, dialect));
+    text.replace(open, close + 1 - open, plainIndexTerms(terms, unique));
   else
     text.replace(open + 2, terms.size(), sortTerms(terms, dialect));
 }
