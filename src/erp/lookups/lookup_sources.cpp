@@ -171,16 +171,23 @@ public:
   Sql conditions(const Section& section, const LookupPosition& after) const {
     Sql all;
     if (!byIndex_)
-      return spellings_.empty() ? all : all.append(sql(" And "_sql)).append(anyOf(source_.searched));
+      return spellings_.empty() ? all
+                                : all.append(sql(" And ("_sql))
+                                      .append(anyOf(source_.searched, spellings_))
+                                      .append(sql(")"_sql));
     const std::string_view column = source_.searched[section.column];
     const std::string& spelling = spellings_[section.spelling];
     all.append(sql(" And "_sql))
         .append(connection_.beginsWith(sql(name(column)), spelling, !after.after.empty()));
-    if (section.column > 0)
-      // Also true where one of the columns is null.
-      all.append(sql(" And Case When "_sql))
-          .append(anyOf(source_.searched.first(section.column)))
-          .append(sql(" Then 0 Else 1 End = 1"_sql));
+    Sql earlier = anyOf(source_.searched.first(section.column), spellings_);
+    // A database may find one spelling by another.
+    if (section.spelling > 0) {
+      if (section.column > 0) earlier.append(sql(" Or "_sql));
+      earlier.append(anyOf({&column, 1}, std::span(spellings_).first(section.spelling)));
+    }
+    // Also true where one of the columns is null.
+    if (!earlier.shapes().empty())
+      all.append(sql(" And Case When "_sql)).append(earlier).append(sql(" Then 0 Else 1 End = 1"_sql));
     return all;
   }
 
@@ -188,13 +195,13 @@ private:
   std::size_t perGroup() const { return byIndex_ ? source_.searched.size() * spellings_.size() : 1; }
 
   /// The condition that one of the columns begins with one of the spellings.
-  Sql anyOf(std::span<const std::string_view> columns) const {
+  Sql anyOf(std::span<const std::string_view> columns, std::span<const std::string> spellings) const {
     Sql all;
     for (const std::string_view column : columns)
-      for (const std::string& spelling : spellings_)
-        all.append(all.shapes().empty() ? sql("("_sql) : sql(" Or "_sql))
+      for (const std::string& spelling : spellings)
+        all.append(all.shapes().empty() ? Sql() : sql(" Or "_sql))
             .append(connection_.beginsWith(searchedText(source_, column), spelling, false));
-    return all.append(sql(")"_sql));
+    return all;
   }
 
   const LookupSource& source_;
