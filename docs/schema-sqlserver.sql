@@ -101,7 +101,7 @@ CREATE TABLE [ImportKopf] (
 );
 CREATE INDEX [ImportKopf_Art] ON [ImportKopf] ([JobType]);
 CREATE INDEX [ImportKopf_Kunde] ON [ImportKopf] ([JobType], [Kundennummer]);
-CREATE INDEX [ImportKopf_Datum] ON [ImportKopf] ([JobType]) INCLUDE ([Eingangsdatum], lfd);
+CREATE INDEX [ImportKopf_Datum] ON [ImportKopf] ([JobType]) INCLUDE ([Eingangsdatum]);
 CREATE INDEX [ImportKopf_Name] ON [ImportKopf] ([JobType], [Bez1]);
 CREATE INDEX [ImportKopf_Betreff] ON [ImportKopf] ([JobType], [Betreff]);
 CREATE INDEX [ImportKopf_Freigabe] ON [ImportKopf] ([ProcessWarning]) WHERE [ProcessWarning] = 1;

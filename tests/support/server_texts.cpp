@@ -44,8 +44,8 @@ class TextDriver final : public relational::Driver {
 public:
   explicit TextDriver(const char* file) : file_(file, std::ios::app | std::ios::binary) {
     const odbc::Server& server = *odbc::findServer("Microsoft SQL Server");
-    for (const std::string_view text : {server.start, server.greeting, server.keyedTables, server.tables, server.begin,
-                                        server.beginReading, server.commit, server.rollback})
+    for (const std::string_view text : {server.start, server.greeting, server.keyedTables, server.tables,
+                                        server.begin, server.beginReading, server.commit, server.rollback})
       prepare(text, relational::StatementLife::Once);
     for (const std::string_view text : {server.set, server.undo})
       prepare(std::string(text) + "part1", relational::StatementLife::Once);
@@ -88,11 +88,19 @@ public:
 
   std::size_t recordCount() const override { return rows_->recordCount(); }
   bool eof() const override { return rows_->eof(); }
-  void moveFirst() override { moved([&] { rows_->moveFirst(); }); }
-  void moveNext() override { moved([&] { rows_->moveNext(); }); }
-  void moveTo(std::size_t position) override { moved([&] { rows_->moveTo(position); }); }
+  void moveFirst() override {
+    moved([&] { rows_->moveFirst(); });
+  }
+  void moveNext() override {
+    moved([&] { rows_->moveNext(); });
+  }
+  void moveTo(std::size_t position) override {
+    moved([&] { rows_->moveTo(position); });
+  }
   bool resync() override { return rows_->resync(); }
-  void requery() override { moved([&] { rows_->requery(); }); }
+  void requery() override {
+    moved([&] { rows_->requery(); });
+  }
   std::size_t fieldCount() const override { return rows_->fieldCount(); }
   std::string_view fieldName(std::size_t index) const override { return rows_->fieldName(index); }
   bool hasField(ColumnName column) const override { return rows_->hasField(column); }
@@ -115,7 +123,9 @@ public:
     adding_ = false;
     columns_.reset();
   }
-  void cancelUpdate() override { moved([&] { rows_->cancelUpdate(); }); }
+  void cancelUpdate() override {
+    moved([&] { rows_->cancelUpdate(); });
+  }
 
 private:
   /// What leaves the pending row behind.
