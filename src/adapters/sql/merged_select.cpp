@@ -75,7 +75,8 @@ std::optional<std::string> mergedSelect(std::string_view select, std::string_vie
   std::string merged;
   for (const std::string_view code : codes) {
     if (!merged.empty()) merged += " UNION ALL ";
-    std::string part = "SELECT " + rowKey + " AS merged_row, " + key + " AS merged_key FROM " + table;
+    std::string part = "SELECT ";
+    part.append(rowKey).append(" AS merged_row, ").append(key).append(" AS merged_key FROM ").append(table);
     part.append(" WHERE ").append(codeColumn).append(" = '").append(code).append("'");
     part += ordered(key, rowKey);
     merged.append("SELECT * FROM (").append(limitedSelect(part, rows, dialect)).append(") AS part");

@@ -2,6 +2,7 @@
 
 #include "model/text.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
@@ -59,19 +60,20 @@ Sql comesAfterAsRow(std::span<const ColumnValue> position) {
 
 /// "a >= 1 And (a > 1 Or (a = 1 And b > 2))": the first bound is what an index is searched by.
 Sql comesAfterByColumns(std::span<const ColumnValue> position) {
-  const ColumnValue& first = position.front();
-  const auto compared = [&first](Sql sign) {
-    return sql(name(first.column)).append(sign).append(bound(first.value));
+  const auto compared = [](const ColumnValue& each, const Sql& sign) {
+    return sql(name(each.column)).append(sign).append(bound(each.value));
   };
-  if (position.size() == 1) return compared(sql(" > "_sql));
-  return compared(sql(" >= "_sql))
-      .append(sql(" And ("_sql))
-      .append(compared(sql(" > "_sql)))
-      .append(sql(" Or ("_sql))
-      .append(compared(sql(" = "_sql)))
-      .append(sql(" And "_sql))
-      .append(comesAfterByColumns(position.subspan(1)))
-      .append(sql("))"_sql));
+  Sql condition = compared(position.back(), sql(" > "_sql));
+  for (std::size_t i = position.size() - 1; i-- > 0;)
+    condition = compared(position[i], sql(" >= "_sql))
+                    .append(sql(" And ("_sql))
+                    .append(compared(position[i], sql(" > "_sql)))
+                    .append(sql(" Or ("_sql))
+                    .append(compared(position[i], sql(" = "_sql)))
+                    .append(sql(" And "_sql))
+                    .append(condition)
+                    .append(sql("))"_sql));
+  return condition;
 }
 
 } // namespace qx::relational

@@ -163,13 +163,7 @@ Statement& StatementCache::insert(RowSource& source, const ColumnMask& columns) 
       parameters.append(parameters.empty() ? "" : ", ").append("(SELECT coalesce(max(" + quoted(identity));
       parameters.append("), 0) + 1 FROM " + quoted(source.table) + ")");
     }
-    std::string text = "INSERT INTO " + quoted(source.table);
-    if (!names.empty()) text += " (" + names + ")";
-    const auto [output, returning] = std::pair(driver_.dialect().output, driver_.dialect().returning);
-    if (!output.empty()) text.append(output).append(source.key.row);
-    text += names.empty() ? " DEFAULT VALUES" : " VALUES (" + parameters + ")";
-    if (!returning.empty()) text.append(returning).append(source.key.row);
-    statement = compile(text);
+    statement = compile(insertText(source.table, names, parameters, source.key.row, driver_.dialect()));
   }
   return *statement;
 }

@@ -196,6 +196,19 @@ std::string quotedName(std::string_view identifier, const Dialect& dialect) {
   return text + dialect.quotes.back();
 }
 
+std::string insertText(std::string_view table, std::string_view names, std::string_view values,
+                       std::string_view key, const Dialect& dialect) {
+  std::string text = "INSERT INTO " + quotedName(table, dialect);
+  if (!names.empty()) text.append(" (").append(names).append(")");
+  if (!dialect.output.empty()) text.append(dialect.output).append(key);
+  if (names.empty())
+    text += " DEFAULT VALUES";
+  else
+    text.append(" VALUES (").append(values).append(")");
+  if (!dialect.returning.empty()) text.append(dialect.returning).append(key);
+  return text;
+}
+
 std::string limitedSelect(std::string_view select, std::string_view rows, const Dialect& dialect) {
   constexpr std::string_view verb = "SELECT";
   std::string text(select);

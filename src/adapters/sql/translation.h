@@ -19,6 +19,10 @@ std::string quotedName(std::string_view identifier, const Dialect& dialect);
 /// A select that gives this many rows at most. Its first word is "SELECT".
 std::string limitedSelect(std::string_view select, std::string_view rows, const Dialect& dialect);
 
+/// An insert of one row, of the defaults without names, that returns the column `key`.
+std::string insertText(std::string_view table, std::string_view names, std::string_view values,
+                       std::string_view key, const Dialect& dialect);
+
 /// Sort terms, with nulls before all other values.
 std::string sortTerms(std::string_view orderBy, const Dialect& dialect);
 
