@@ -270,12 +270,13 @@ void ImportJobObject2::VerifyProcesses(bool& NoProof, bool& NoProcess) {
     const auto any = [&](const Sql& statement) {
       return connection.open(statement)->value(0).truth().value_or(false);
     };
-    const bool unchecked = settings_[option::automatic] &&
-                           any(sql("Select Exists(Select 1 From ImportKopf Where JobType In (10, 20, 30) And "
-                                   "(ProcessWarning Is Null Or ProcessWarning = 0)) As found"_sql));
-    NoProcess = !any(sql("Select Exists(Select 1 From ImportKopf Where JobType In (10, 20, 30)) Or "
+    const bool unchecked =
+        settings_[option::automatic] &&
+        any(sql("Select Case When Exists(Select 1 From ImportKopf Where JobType In (10, 20, 30) And "
+                "(ProcessWarning Is Null Or ProcessWarning = 0)) Then 1 Else 0 End As found"_sql));
+    NoProcess = !any(sql("Select Case When Exists(Select 1 From ImportKopf Where JobType In (10, 20, 30)) Or "
                          "Exists(Select 1 From ImportKopf Where ProcessWarning = 1 And "
-                         "JobType In (11, 12, 21, 22, 31, 32)) As found"_sql));
+                         "JobType In (11, 12, 21, 22, 31, 32)) Then 1 Else 0 End As found"_sql));
     NoProof = unchecked;
   });
 }

@@ -56,11 +56,11 @@ void OrderSection::announceMalformedFees() const {
 bool OrderSection::leftOut(const JobRow& job) const {
   if (run_.selection == qxProcessState::ProcessAll) return false;
   const auto accessory = run_.environment.connection->open(
-      sql("Select Exists(Select 1 From ImportPos, Artikelstamm Where ImportPos.JobID = '"_sql,
+      sql("Select Case When Exists(Select 1 From ImportPos, Artikelstamm Where ImportPos.JobID = '"_sql,
           value(job.text("JobID")),
           "' And Artikelstamm.Artikelnummer = ImportPos.Artikelnummer And Artikelstamm.Erfassungsschema = "
           "'Zubehoer') "
-          "As found"_sql));
+          "Then 1 Else 0 End As found"_sql));
   const bool isAccessory = accessory->value(0).truth().value_or(false);
   return isAccessory != (run_.selection == qxProcessState::ProcessZubehör);
 }

@@ -38,7 +38,7 @@ std::string StandaloneSession::PersonalNr() {
 std::string StandaloneSession::GetSetting(std::string_view section, std::string_view key,
                                           std::optional<std::string_view> fallback) {
   const auto rows = database().open(sql("Select Value From Einstellungen Where Section = '"_sql,
-                                        value(section), "' And Key = '"_sql, value(key), "'"_sql));
+                                        value(section), "' And [Key] = '"_sql, value(key), "'"_sql));
   if (rows->eof()) return std::string(fallback.value_or(""));
   return rows->text("Value");
 }

@@ -128,6 +128,13 @@ public:
   /// A column that every table has beside those of its definition: it identifies a row and ascends in the
   /// order in which rows are added.
   virtual std::string_view rowKey() const = 0;
+  /// The condition that a text begins with `prefix`, compared as the column compares texts; no character of
+  /// it has a meaning of its own. `text` is the column or an expression without values. An index on the
+  /// column serves it. `afterPrefix`: another condition leaves out all texts before the prefix already.
+  virtual Sql beginsWith(const Sql& text, std::string_view prefix, bool afterPrefix) const = 0;
+  /// The condition that a row comes after the one with these values when rows are sorted by these columns, of
+  /// which none is null.
+  virtual Sql comesAfter(std::span<const ColumnValue> position) const = 0;
   /// Fetches all rows before it returns; rows of a single table can be changed.
   virtual std::unique_ptr<Recordset> open(const Sql& statement) = 0;
   /// Fetches all keys at once and each row when it is reached. Changed rows stay in the set.

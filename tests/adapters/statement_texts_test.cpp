@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <string>
 #include <string_view>
 
@@ -77,6 +78,54 @@ TEST(StatementTexts, TheFirstRowsOverSeveralCodesAreMergedInEachDialect) {
                 " ORDER BY merged_key DESC NULLS LAST, merged_row DESC LIMIT 5) AS merged JOIN "
                 "\"importkopf\" ON \"importkopf\".lfd = merged_row ORDER BY merged_key DESC NULLS "
                 "LAST, merged_row DESC");
+}
+
+TEST(StatementTexts, SqlServerHasBracketsRowNumbersInFrontAndIndexesOnColumns) {
+  const auto written = [](const Sql& statement) { return translate(statement, sqlServerDialect); };
+  EXPECT_EQ(written(sql("Select Top 5 JobID From "_sql, name("a]b"))), "Select TOP 5 JobID From [a]]b]");
+  EXPECT_EQ(
+      written(sql("SELECT 1 FROM ImportKopf k WITH (UPDLOCK) WHERE k.JobID = '"_sql, value("J"), "'"_sql)),
+      "SELECT 1 FROM ImportKopf k WITH (UPDLOCK) WHERE k.JobID = ?");
+  EXPECT_EQ(written(sql("CREATE TEMPORARY TABLE StageKopf AS SELECT *, CAST(0 AS BIGINT) AS n FROM t"_sql)),
+            "SELECT *, CAST(0 AS BIGINT) AS n INTO #StageKopf FROM t");
+  EXPECT_EQ(written(sql("CREATE TABLE "_sql, name("T"), " (a CODE NOT NULL, b TEXT, PRIMARY KEY (a))"_sql)),
+            "CREATE TABLE [T] (lfd BIGINT IDENTITY UNIQUE CLUSTERED, a NVARCHAR(400) COLLATE "
+            "Latin1_General_100_CI_AS_SC NOT NULL, b NVARCHAR(MAX) COLLATE Latin1_General_100_BIN2, PRIMARY "
+            "KEY (a))");
+  EXPECT_EQ(written(sql("CREATE UNIQUE INDEX i ON t (a, b)"_sql)),
+            "CREATE UNIQUE INDEX i ON t (a, b) WHERE a IS NOT NULL AND b IS NOT NULL");
+  EXPECT_EQ(written(sql("CREATE INDEX i ON t (a, Convert(DateTime, b, 104))"_sql)),
+            "CREATE INDEX i ON t (a) INCLUDE (b)");
+  EXPECT_EQ(
+      written(sql("Select Top 5 JobID From ImportKopf Where JobType = '0' Order by Bez1 DESC"_sql)),
+      "SELECT JobID FROM (SELECT TOP 5 * FROM (SELECT * FROM (SELECT TOP 5 lfd AS merged_row, Bez1 AS "
+      "merged_key FROM [ImportKopf] WHERE JobType = '0' ORDER BY Bez1 DESC, lfd DESC) AS part) AS parts "
+      "ORDER "
+      "BY merged_key DESC, merged_row DESC) AS merged JOIN [ImportKopf] ON [ImportKopf].lfd = merged_row "
+      "ORDER BY merged_key DESC, merged_row DESC");
+}
+
+TEST(StatementTexts, ConditionsOnRowsTakeTheFormOfTheDatabase) {
+  const std::array<ColumnValue, 3> row{ColumnValue{"a", Value("1")}, ColumnValue{"b", Value("2")},
+                                       ColumnValue{"c", Value(std::int64_t{3})}};
+  const auto shown = [](const Dialect& dialect, const Sql& statement) {
+    std::string text = translate(statement, dialect) + ":";
+    for (const Value& each : statement.values()) text += " " + each.text();
+    return text;
+  };
+  EXPECT_EQ(
+      shown(sqlServerDialect, sqlServerDialect.put("t", row, 2)),
+      "MERGE [t] WITH (HOLDLOCK) USING (SELECT 1 AS one) AS source ON [a] = ? AND [b] = ? WHEN MATCHED THEN "
+      "UPDATE SET [c] = ? WHEN NOT MATCHED THEN INSERT ([a], [b], [c]) VALUES (?, ?, ?);: 1 2 3 1 2 3");
+  EXPECT_EQ(shown(sqlServerDialect, sqlServerDialect.comesAfter(row)),
+            "[a] >= ? And ([a] > ? Or ([a] = ? And [b] >= ? And ([b] > ? Or ([b] = ? And [c] > ?)))): 1 1 1 "
+            "2 2 2 3");
+  EXPECT_EQ(shown(postgresDialect, postgresDialect.comesAfter(row)),
+            "(\"a\", \"b\", \"c\") > (?, ?, ?): 1 2 3");
+  EXPECT_EQ(shown(sqlServerDialect, sqlServerDialect.beginsWith(sql(name("a")), "50%_[\\", false)),
+            "([a] Like ? Escape '\\'): 50\\%\\_\\[\\\\%");
+  EXPECT_EQ(shown(postgresDialect, postgresDialect.beginsWith(sql(name("a")), "mü", true)),
+            "(\"a\" < ? And left(\"a\", ?) = ?): mü\xF4\x8F\xBF\xBF 2 mü");
 }
 
 TEST(StatementTexts, TermsOfAListEndAtTheirOwnCommas) {

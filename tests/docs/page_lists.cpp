@@ -1,7 +1,12 @@
 // Prints the lists that the pages take from the tables of the code, each behind a line "=== NAME".
-// The pages hold them between "<!-- list: NAME -->" and "<!-- end -->".
+// The pages hold them between "<!-- list: NAME -->" and "<!-- end -->"; a list named after a file is that
+// file.
+#include "adapters/sql/dialect.h"
+#include "adapters/sql/select_parts.h"
+#include "adapters/sql/translation.h"
 #include "engine/finding_terms.h"
 #include "erp/lookups/lookup_sources.h"
+#include "erp/schema.h"
 #include "erp/schema_lists.h"
 #include "model/entry_records.h"
 #include "model/import_job.h"
@@ -226,6 +231,36 @@ void printTables() {
   std::cout << '\n';
 }
 
+/// A statement with each column of its table on a line.
+void printStatement(const Sql& statement) {
+  const std::string text = relational::translate(statement, relational::sqlServerDialect);
+  const auto open = text.find(" (");
+  if (!text.starts_with("CREATE TABLE")) {
+    std::cout << text << ";\n";
+    return;
+  }
+  std::cout << text.substr(0, open) << " (";
+  std::string_view separator = "\n  ";
+  for (const std::string_view term :
+       relational::listTerms(std::string_view(text).substr(open + 2, text.size() - open - 3))) {
+    std::cout << separator << term;
+    separator = ",\n  ";
+  }
+  std::cout << "\n);\n";
+}
+
+void printSqlServerScript() {
+  std::cout
+      << "=== docs/schema-sqlserver.sql\n"
+         "-- The tables of the component on SQL Server, as \"qximportjob init\" creates them there.\n"
+         "-- Printed from the program's own description; scripts/pages.sh --renew brings it up to date.\n";
+  for (const erp::SchemaTable& table : erp::schemaTables()) {
+    printStatement(erp::createTable(table, table.name));
+    for (const erp::SchemaIndex& index : table.indexes) printStatement(erp::createIndex(table, index));
+  }
+  std::cout << "INSERT INTO [Schemastand] ([Version]) VALUES (" << erp::schemaVersion << ");\n";
+}
+
 } // namespace
 } // namespace qx
 
@@ -248,4 +283,5 @@ int main() {
   printRules("Befunde eines Auftrags", "order.");
   printTables();
   printLookups();
+  printSqlServerScript();
 }

@@ -14,7 +14,8 @@ behind its commas. A comment before a box says what else to do with it:
     <!-- begins: COMMAND --> the command prints the box first, and whatever else behind it
     <!-- new folder -->     (anywhere) what follows begins in an empty folder
 
-What stands between <!-- list: NAME --> and <!-- end --> is a list that LISTS prints from the code's tables.
+What stands between <!-- list: NAME --> and <!-- end --> is a list that LISTS prints from the code's tables. A list
+whose name is that of a file in docs/ is the whole file.
 With --renew the pages are rewritten in place instead; "..." stays where it stood as far as it still fits.
 """
 
@@ -353,6 +354,15 @@ def main():
             path.write_text("\n".join(new) + "\n")
             print("renewed " + name)
         else:
+            faults += difflib.unified_diff(old, new, name, name + " as it should be", lineterm="")
+    for name in [name for name in lists if name.startswith("docs/")]:
+        path, new = ROOT / name, lists[name]
+        old = path.read_text().splitlines() if path.exists() else []
+        used.add(name)
+        if old != new and renew:
+            path.write_text("\n".join(new) + "\n")
+            print("renewed " + name)
+        elif old != new:
             faults += difflib.unified_diff(old, new, name, name + " as it should be", lineterm="")
     faults += [f"no page shows the list '{name}'" for name in lists if name not in used]
     print("\n".join(faults))

@@ -121,7 +121,7 @@ TEST_F(ContractJobs, TheFirstPositionMovesIntoTheHeaderBeforeTheReset) {
   EXPECT_EQ(field("V", "Menge"), Value(7.0));
   EXPECT_EQ(field("V", "Artikelnummer"), Value("G1"));
   EXPECT_EQ(field("R", "Menge"), Value(2.0)) << "released in this run: its position comes one run later";
-  EXPECT_EQ(text("Select Group_Concat(ChildID) From ImportPos"_sql), "P3,P4");
+  EXPECT_EQ(keys("Select ChildID From ImportPos"_sql), "P3 P4 ");
 }
 
 TEST_F(ContractJobs, AFailingCustomerContractMarksTheCustomersJobs) {
@@ -181,10 +181,12 @@ TEST_F(ContractJobs, StagedContractsAreComparedWithStoredOnes) {
 }
 
 TEST_F(ContractJobs, APriceIsStoredAndComparedWithFourDecimals) {
-  // A host's table takes every number.
-  execute("CREATE TABLE Ohne AS SELECT * FROM Verträge"_sql);
-  execute("DROP TABLE Verträge"_sql);
-  execute("ALTER TABLE Ohne RENAME TO Verträge"_sql);
+  if (!erp.onServer()) {
+    // A host's table takes every number.
+    execute("CREATE TABLE Ohne AS SELECT * FROM Verträge"_sql);
+    execute("DROP TABLE Verträge"_sql);
+    execute("ALTER TABLE Ohne RENAME TO Verträge"_sql);
+  }
   stageContract("V", {{"Preis", 10.12345678}});
   run();
   EXPECT_EQ(text("Select Betrag From Verträge"_sql), "10.1235");
@@ -234,9 +236,8 @@ TEST_F(ContractJobs, AnUpdateKeepsTheKeyAsTheLineSpellsIt) {
   execute("Update ImportKopf Set Preis = 5 Where JobID = 'L'"_sql);
   run();
   EXPECT_EQ(jobType("L"), 43) << reasons("L");
-  EXPECT_EQ(text("Select Vertragsnummer || VertrGegenstandsNr || Vertragsart || Betrag From "
-                 "Verträge"_sql),
-            "V1G1WA5");
+  EXPECT_THAT(listed("Select Vertragsnummer, VertrGegenstandsNr, Vertragsart, Betrag From Verträge"_sql),
+              ::testing::ElementsAre("V1|G1|WA|5"));
 }
 
 TEST_F(ContractJobs, AJobCodeBeyondItsBitsIsNoOtherCode) {

@@ -1,7 +1,6 @@
 // A standalone ERP with an engine object, and staged jobs in a line each.
 #pragma once
 
-#include "adapters/sqlite/sqlite_database.h"
 #include "engine/import_job_object2.h"
 #include "store/entry_objects.h"
 #include "store/staging_writer.h"
@@ -61,26 +60,20 @@ protected:
   void release(std::string_view jobId) {
     execute("Update ImportKopf Set ProcessWarning = 1 Where JobID = '"_sql, value(jobId), "'"_sql);
   }
-  Connection& connection() override { return *erp.environment.connection; }
-  /// A connection of a host to the same file: its work is not the component's to begin and end.
-  std::shared_ptr<Connection> hostConnection() {
-    return SqliteDatabase::openAsHost(connection().connectionString());
-  }
+  Connection& connection() override { return erp.connection(); }
+  /// A connection of a host to the same database: its work is not the component's to begin and end.
+  std::shared_ptr<Connection> hostConnection() { return erp.hostConnection(); }
   void becomeHost() { erp.environment.connection = hostConnection(); }
-  /// Lets the database refuse an event, as in "INSERT ON Belegindex", until `allow`; optionally rolling back
-  /// the unit of work.
-  template <class Event, class Reason>
-  void refuse(Event event, Reason reason, bool takesTheUnitAlong = false) {
-    refused_.push_back("refused" + std::to_string(refused_.size()));
-    connection().execute(sql("CREATE TRIGGER "_sql, name(refused_.back()), " BEFORE "_sql, event)
-                             .append(takesTheUnitAlong
-                                         ? sql(" BEGIN SELECT RAISE(ROLLBACK, "_sql, reason, "); END"_sql)
-                                         : sql(" BEGIN SELECT RAISE(ABORT, "_sql, reason, "); END"_sql)));
+  /// As of `TestErp`.
+  template <class... Parts>
+  void refuse(const Parts&... parts) {
+    erp.refuse(parts...);
   }
-  void allow() {
-    for (const std::string& trigger : refused_) execute("DROP TRIGGER "_sql, name(trigger));
-    refused_.clear();
+  template <class... Parts>
+  void follow(const Parts&... parts) {
+    erp.follow(parts...);
   }
+  void allow() { erp.allow(); }
   Value field(std::string_view jobId, ColumnName column) {
     return open("Select * From ImportKopf Where JobID = '"_sql, value(jobId), "'"_sql)->value(column);
   }
@@ -128,9 +121,6 @@ protected:
   ImportJobObject2 engine;
   Subscription subscription;
   std::vector<JobOutcome> outcomes;
-
-private:
-  std::vector<std::string> refused_;
 };
 
 } // namespace qx

@@ -2,7 +2,6 @@
 // raises.
 #include "order_fixture.h"
 
-#include "adapters/sqlite/sqlite_database.h"
 #include "store/import_job_object.h"
 #include "store/job_file_export.h"
 #include "support/failing_components.h"
@@ -90,7 +89,7 @@ const std::vector<Member>& members() {
        }},
       {"ActiveConnection",
        [](Stage& s) {
-         s.engine().ActiveConnection(SqliteDatabase::openAsHost(s.erp.file));
+         s.engine().ActiveConnection(s.erp.hostConnection());
          return yes(s.engine().ActiveConnection() != s.erp.database);
        }},
       {"JobViewShow",
@@ -368,7 +367,7 @@ protected:
     for (const char* table : {"ImportKopf", "ImportPos", "LockControl", "Protokolle", "Auftragskopf",
                               "Verträge", "Adressenstamm"})
       execute("Delete From "_sql, name(table));
-    execute("Delete From Einstellungen Where Key In ('ProtoID', 'ProtoDate')"_sql);
+    execute("Delete From Einstellungen Where [Key] In ('ProtoID', 'ProtoDate')"_sql);
     execute("Delete From Kundenstamm Where Kundennummer = '30001'"_sql);
     erp.jobView.isOpen = false;
     erp.environment.session->Connect("", "");
@@ -512,7 +511,7 @@ TEST_F(Members, OfTheFirstVersionAndOfTheEntryObjectsHaveAStatedOutcomeToo) {
   restage();
   {
     PreparedDatabase database;
-    database.next = SqliteDatabase().open(erp.file);
+    database.next = erp.secondConnection();
     Old old(erp.environment, database);
     ASSERT_TRUE(old.ConnectDB());
     ASSERT_TRUE(old.Export(file));

@@ -3,7 +3,6 @@
 
 #include "support/full_disk.h"
 
-#include "adapters/sqlite/sqlite_database.h"
 #include "engine/run_wait.h"
 
 #include <gmock/gmock.h>
@@ -90,7 +89,7 @@ TEST_F(Run, WhileAnOrderIsBeingReadInNothingHappens) {
 
 TEST_F(Run, OneRefusedSaveOfManyFailsItsJobAlone) {
   stageMany(250);
-  refuse("INSERT ON Kundenstamm WHEN new.Kundennummer = '70123'"_sql, "'Satz gesperrt'"_sql);
+  refuse("INSERT ON Kundenstamm"_sql, "new.Kundennummer = '70123'"_sql, "'Satz gesperrt'"_sql);
   EXPECT_TRUE(run());
   EXPECT_EQ(done(), 249);
   EXPECT_EQ(outcomeOf("J123"), "12|Satz gesperrt");
@@ -100,7 +99,7 @@ TEST_F(Run, OneRefusedSaveOfManyFailsItsJobAlone) {
 
 TEST_F(Run, AJobThatTakesTheWholeUnitWithItFailsAloneAndItsNeighboursAreWrittenOnce) {
   stageMany(130);
-  refuse("INSERT ON Kundenstamm WHEN new.Kundennummer = '70042'"_sql, "'alles verloren'"_sql, true);
+  refuse("INSERT ON Kundenstamm"_sql, "new.Kundennummer = '70042'"_sql, "'alles verloren'"_sql, true);
   EXPECT_TRUE(run());
   EXPECT_EQ(done(), 129);
   EXPECT_EQ(outcomeOf("J42"), "12|alles verloren");
@@ -242,10 +241,12 @@ TEST_F(Run, TheMessageLoopRunsWhileAnotherProgramKeepsTheDatabase) {
   const auto other = erp.secondConnection();
   int waited = 0;
   erp.desktop.onYield = [&] {
-    if (waited == 0)
+    if (waited == 0) {
       other->beginWork(nullptr);
-    else if (waited == 3)
+      other->execute(sql("Update ImportKopf Set Bemerkung = 'gesperrt' Where JobID = 'J120'"_sql));
+    } else if (waited == 3) {
       other->rollbackWork();
+    }
     ++waited;
   };
   EXPECT_TRUE(run());
@@ -400,7 +401,7 @@ TEST_F(Engine, AConnectionOfItsOwnBesideThatOfTheSessionIsRefused) {
   EXPECT_EQ(erp.desktop.texts(), "Die Verbindung kann nicht verwendet werden: Die Sitzung arbeitet mit einer "
                                  "anderen Verbindung zu derselben Datenbank.\n");
   // A host's connection has no units to outlast, and without the session there is nobody to wait for.
-  const std::shared_ptr<Connection> host = SqliteDatabase::openAsHost(erp.file);
+  const std::shared_ptr<Connection> host = erp.hostConnection();
   engine.ActiveConnection(host);
   EXPECT_EQ(engine.ActiveConnection(), host);
   engine.Session(nullptr);
@@ -411,8 +412,7 @@ TEST_F(Engine, AConnectionOfItsOwnBesideThatOfTheSessionIsRefused) {
 
 TEST_F(Engine, TheProtocolEndsWithItsConnection) {
   ASSERT_TRUE(engine.CreateProtocol());
-  for (const auto& next :
-       {std::shared_ptr<Connection>(), std::shared_ptr<Connection>(SqliteDatabase::openAsHost(erp.file))}) {
+  for (const auto& next : {std::shared_ptr<Connection>(), erp.hostConnection()}) {
     erp.desktop.shown.clear();
     engine.ActiveConnection(next);
     engine.AddProtocolColumn("Kunden", "1", "Fehler", "24.11.2026", "");
@@ -424,7 +424,7 @@ TEST_F(Engine, TheProtocolEndsWithItsConnection) {
 
 TEST_F(Engine, TheLockStaysWithTheConnectionThatItWasTakenOn) {
   engine.JobViewShow();
-  engine.ActiveConnection(SqliteDatabase::openAsHost(erp.file));
+  engine.ActiveConnection(erp.hostConnection());
   EXPECT_FALSE(engine.importLock().held());
   EXPECT_EQ(count("Select Count(*) From LockControl"_sql), 0);
 }

@@ -21,9 +21,10 @@ class RunFailures : public OrderTest {
 protected:
   /// Numbers that have more than one customer, line or index entry.
   std::int64_t doubled() {
-    return count("Select (Select Count(*) From (Select 1 From Kundenstamm Group By Kundennummer Having "
-                 "Count(*) > 1)) + (Select Count(*) From (Select 1 From Protokollpositionen Where Text2 = "
-                 "'Erledigt' Group By Text1 Having Count(*) > 1))"_sql);
+    return count(
+        "Select (Select Count(*) From (Select 1 From Kundenstamm Group By Kundennummer Having "
+        "Count(*) > 1) As a) + (Select Count(*) From (Select 1 From Protokollpositionen Where Text2 = "
+        "'Erledigt' Group By Text1 Having Count(*) > 1) As b)"_sql);
   }
   std::map<std::string, std::string> left() { return engine.lastRun().left; }
 };
@@ -31,10 +32,10 @@ protected:
 TEST_F(RunFailures, AJobThatCannotBeMarkedIsLeftWaitingAndTheOthersAreWrittenOnce) {
   for (const bool takesTheUnitAlong : {false, true}) {
     execute("Delete From ImportKopf"_sql);
-    execute("Delete From Kundenstamm Where Kundennummer Like '7%'"_sql);
+    execute("Delete From Kundenstamm Where Kundennummer >= '7'"_sql);
     execute("Delete From Protokollpositionen"_sql);
     stageMany(120);
-    refuse("UPDATE ON ImportKopf WHEN new.JobID = 'J110'"_sql, "'Vorgang gesperrt'"_sql, takesTheUnitAlong);
+    refuse("UPDATE ON ImportKopf"_sql, "new.JobID = 'J110'"_sql, "'Vorgang gesperrt'"_sql, takesTheUnitAlong);
     EXPECT_TRUE(run());
     EXPECT_EQ(engine.lastRun().end, RunEnd::Completed);
     EXPECT_THAT(left(), ElementsAre(std::pair("J110", "Vorgang gesperrt")));
@@ -62,7 +63,7 @@ TEST_F(RunFailures, EvenATableThatRefusesEveryMarkEndsNoRun) {
   refuse("UPDATE ON ImportKopf"_sql, "'nur lesen'"_sql);
   EXPECT_TRUE(run());
   EXPECT_EQ(left().size(), 3U);
-  EXPECT_EQ(count("Select Count(*) From Kundenstamm Where Kundennummer Like '7%'"_sql), 0);
+  EXPECT_EQ(count("Select Count(*) From Kundenstamm Where Kundennummer >= '7'"_sql), 0);
   EXPECT_EQ(protocolLines(), 0);
   EXPECT_EQ(events.progress.back(), 100);
 }
@@ -70,7 +71,7 @@ TEST_F(RunFailures, EvenATableThatRefusesEveryMarkEndsNoRun) {
 TEST_F(RunFailures, OnAHostsConnectionAJobThatCannotBeMarkedIsLeftTheSameWay) {
   stageOrderOf("O1");
   stageOrderOf("O2");
-  refuse("UPDATE ON ImportKopf WHEN new.JobID = 'O1'"_sql, "'zu kurz'"_sql);
+  refuse("UPDATE ON ImportKopf"_sql, "new.JobID = 'O1'"_sql, "'zu kurz'"_sql);
   becomeHost();
   EXPECT_TRUE(run());
   EXPECT_THAT(left(), ElementsAre(std::pair("O1", "zu kurz")));
@@ -112,8 +113,8 @@ TEST_F(RunFailures, AJobThatDisappearsWhileItIsProcessedIsPassedOver) {
 
 TEST_F(RunFailures, ALineOrIndexEntryThatTakesTheJobAlongIsGivenUpAlone) {
   stageMany(5);
-  refuse("INSERT ON Protokollpositionen WHEN new.Text1 = '70002'"_sql, "'Zeile'"_sql, true);
-  refuse("INSERT ON Adressindex WHEN new.Kundennummer = '70004'"_sql, "'Index'"_sql, true);
+  refuse("INSERT ON Protokollpositionen"_sql, "new.Text1 = '70002'"_sql, "'Zeile'"_sql, true);
+  refuse("INSERT ON Adressindex"_sql, "new.Kundennummer = '70004'"_sql, "'Index'"_sql, true);
   EXPECT_TRUE(run());
   EXPECT_EQ(done(), 5);
   EXPECT_EQ(engine.lastRun().done, 5U);
@@ -122,15 +123,14 @@ TEST_F(RunFailures, ALineOrIndexEntryThatTakesTheJobAlongIsGivenUpAlone) {
                                  "zurückgenommen.\n");
   EXPECT_THAT(protocol(), ElementsAre("Kunden|70001|Erledigt", "Kunden|70003|Erledigt",
                                       "Kunden|70004|Erledigt", "Kunden|70005|Erledigt"));
-  EXPECT_EQ(count("Select Count(Distinct Kundennummer) From Adressindex Where Kundennummer Like '7%'"_sql),
-            4);
+  EXPECT_EQ(count("Select Count(Distinct Kundennummer) From Adressindex Where Kundennummer >= '7'"_sql), 4);
   EXPECT_EQ(doubled(), 0);
 }
 
 TEST_F(RunFailures, AFailedJobKeepsItsMarkWhenItsLineTakesItAlong) {
   stageMany(3);
-  refuse("INSERT ON Kundenstamm WHEN new.Kundennummer = '70002'"_sql, "'Satz'"_sql, true);
-  refuse("INSERT ON Protokollpositionen WHEN new.Text1 = '70002'"_sql, "'Zeile'"_sql, true);
+  refuse("INSERT ON Kundenstamm"_sql, "new.Kundennummer = '70002'"_sql, "'Satz'"_sql, true);
+  refuse("INSERT ON Protokollpositionen"_sql, "new.Text1 = '70002'"_sql, "'Zeile'"_sql, true);
   EXPECT_TRUE(run());
   EXPECT_EQ(done(), 2);
   EXPECT_EQ(outcomeOf("J2"), "12|Satz");
@@ -166,7 +166,7 @@ TEST_F(RunFailures, AReleasedJobThatCannotBeResetIsNamedAndTheRunGoesOn) {
   stageCustomer("J3", "70003");
   release("R1");
   release("R2");
-  refuse("UPDATE ON ImportKopf WHEN old.JobID = 'R1'"_sql, "'Vorgang gesperrt'"_sql, true);
+  refuse("UPDATE ON ImportKopf"_sql, "old.JobID = 'R1'"_sql, "'Vorgang gesperrt'"_sql, true);
   EXPECT_TRUE(run());
   EXPECT_THAT(left(), ElementsAre(std::pair("R1", "Vorgang gesperrt")));
   EXPECT_EQ(jobType("R1"), 12);
@@ -205,29 +205,29 @@ TEST_F(RunFailures, AContractThatCannotBePreparedFailsAndIsNotWrittenEmpty) {
     execute("Delete From Protokollpositionen"_sql);
     stage("V1", "1");
     stage("V2", "2");
-    refuse("DELETE ON ImportPos WHEN old.JobID = 'V1'"_sql, "'Position gesperrt'"_sql, takesTheUnitAlong);
+    refuse("DELETE ON ImportPos"_sql, "old.JobID = 'V1'"_sql, "'Position gesperrt'"_sql, takesTheUnitAlong);
     EXPECT_TRUE(run());
     EXPECT_EQ(outcomeOf("V1"), "22|Position gesperrt");
     EXPECT_EQ(jobType("V2"), 23);
     EXPECT_THAT(protocol(), ElementsAre("Vertrag|1|Fehler", "Vertrag|2|Erledigt"));
-    EXPECT_EQ(text("Select Group_Concat(VertrGegenstandsNr) From Verträge"_sql), "G1");
-    EXPECT_EQ(text("Select Group_Concat(JobID) From ImportPos"_sql), "V1");
+    EXPECT_EQ(keys("Select VertrGegenstandsNr From Verträge"_sql), "G1 ");
+    EXPECT_EQ(keys("Select JobID From ImportPos"_sql), "V1 ");
     allow();
     execute("Update ImportKopf Set JobType = 20 Where JobID = 'V1'"_sql);
     EXPECT_TRUE(run());
     EXPECT_EQ(jobType("V1"), 23);
-    EXPECT_EQ(text("Select Group_Concat(VertrGegenstandsNr) From Verträge"_sql), "G1,G1");
+    EXPECT_EQ(keys("Select VertrGegenstandsNr From Verträge"_sql), "G1 G1 ");
   }
 }
 
 TEST_F(RunFailures, AJobThatThePurgeCannotTakeAwayStaysAlone) {
   erp.setOption("KundeDelete", "1");
   stageMany(5);
-  refuse("DELETE ON ImportKopf WHEN old.JobID = 'J3'"_sql, "'bleibt'"_sql, true);
+  refuse("DELETE ON ImportKopf"_sql, "old.JobID = 'J3'"_sql, "'bleibt'"_sql, true);
   EXPECT_TRUE(run());
   EXPECT_EQ(engine.lastRun().end, RunEnd::Completed);
   EXPECT_EQ(engine.lastRun().done, 5U);
-  EXPECT_EQ(text("Select Group_Concat(JobID) From ImportKopf"_sql), "J3");
+  EXPECT_EQ(keys("Select JobID From ImportKopf"_sql), "J3 ");
   EXPECT_THAT(erp.diagnostics.text(), HasSubstr("DelItem | bleibt | J3"));
 }
 
@@ -254,7 +254,7 @@ TEST_F(RunFailures, AProtocolThatCannotBeRemovedStaysWhole) {
 
 TEST_F(RunFailures, AProtocolWhoseIdentityCannotBeKeptCostsTheProtocolAlone) {
   stageMany(2);
-  refuse("INSERT ON Einstellungen WHEN new.Key = 'ProtoID'"_sql, "'gesperrt'"_sql, true);
+  refuse("INSERT ON Einstellungen"_sql, "new.[Key] = 'ProtoID'"_sql, "'gesperrt'"_sql, true);
   EXPECT_TRUE(run());
   EXPECT_EQ(done(), 2);
   EXPECT_EQ(engine.lastRun().protocolId, "");
@@ -268,6 +268,8 @@ TEST_F(RunFailures, ARunWaitsForABusyDatabaseAlsoWhileItsProtocolIsMade) {
   stageMany(2);
   const auto other = erp.secondConnection();
   other->beginWork(nullptr);
+  // On a server this row is what the protocol waits for.
+  other->execute(sql("Insert Into Einstellungen (Section, [Key]) Values ('ImportJob2', 'ProtoID')"_sql));
   constexpr std::string_view waiting =
       "Die Datenbank wird von einem anderen Programm benutzt. Es wird gewartet...";
   events.onInfo = [&](std::string_view info) {

@@ -40,7 +40,7 @@ protected:
     return found;
   }
   std::string planOf(const Sql& statement) {
-    const auto rows = database().open(sql("EXPLAIN QUERY PLAN "_sql).append(statement));
+    const auto rows = file.connection().open(sql("EXPLAIN QUERY PLAN "_sql).append(statement));
     std::string plan;
     for (; !rows->eof(); rows->moveNext()) plan += rows->text("detail") + "\n";
     return plan;
@@ -93,6 +93,8 @@ TEST_F(LookupSourcesTest, UmlautsAreFoundInEitherCase) {
   customer("1", "MÜLLER", "Müller");
   customer("2", "", "ÄRZTEHAUS");
   customer("3", "", "Übergröße");
+  // Where accents rank behind letters, these lie between "mü" and what begins with it.
+  for (const char* name : {"Muster", "Muck", "Mulde"}) customer(name, "", name);
   EXPECT_THAT(all(pages("AUSK_KUNDENAUSKUNFT"), "mü"), ElementsAre("1"));
   EXPECT_THAT(all(pages("AUSK_KUNDENAUSKUNFT"), "MÜLLER"), ElementsAre("1"));
   EXPECT_THAT(all(pages("AUSK_KUNDENAUSKUNFT"), "ärzte"), ElementsAre("2"));
@@ -130,6 +132,7 @@ TEST_F(LookupSourcesTest, ACustomersAddressesComeBeforeTheCommonOnes) {
     EXPECT_THAT(all(addresses, "", limit, 1), ElementsAre("3", "5", "1", "1", "2")) << limit;
     EXPECT_THAT(all(addresses, "messe", limit, 1), ElementsAre("5", "1", "1", "2")) << limit;
   }
+  if (file.where.onServer()) return;
   const std::string plan = planOf(addresses.statement("", {1, {}}, 100));
   EXPECT_EQ(plan.find("SCAN"), std::string::npos) << plan;
 }

@@ -1,6 +1,7 @@
 // The tables hold everything that the component reads and writes.
 #include "erp/schema.h"
 
+#include "adapters/sqlite/sqlite_database.h"
 #include "model/entry_records.h"
 #include "standalone_fixture.h"
 

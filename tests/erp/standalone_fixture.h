@@ -26,7 +26,7 @@ protected:
     unit.commit();
   }
 
-  Connection& database() { return file.connection(); }
+  Connection& database() { return *file.environment.connection; }
   StandaloneErp erpOf(StandaloneOptions options) {
     return {file.environment.connection, file.clock, file.desktop, file.diagnostics, identity,
             std::move(options)};

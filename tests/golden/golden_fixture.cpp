@@ -2,6 +2,7 @@
 
 #include "cli/stage_reader.h"
 #include "cli/staged_rows.h"
+#include "support/server_texts.h"
 
 #include <sstream>
 
@@ -105,7 +106,7 @@ void GoldenTest::stage(std::string_view type, std::string_view notation,
   erp.folder.write("jobs.json", json + "}");
 
   // A connection of its own, as the program has one; it keeps tables of the file's jobs.
-  const auto ownConnection = erp.secondConnection();
+  const auto ownConnection = withServerTexts(erp.secondConnection());
   cli::TextFile source((erp.folder.path() / "jobs.json").string());
   const auto jobs = ownConnection->bulkStaging();
   cli::StagedRows rows(*jobs);

@@ -88,8 +88,7 @@ TEST_F(RunTexts, OfTheBoxesOfTheProtocol) {
   EXPECT_EQ(boxes(),
             "Fehler beim Erzeugen der Protokollzeile. Es ist kein Protokoll geöffnet. [Quorvex Import] "
             "critical\n");
-  erp.execute(
-      "CREATE TRIGGER refuse BEFORE INSERT ON Protokolle BEGIN SELECT RAISE(ABORT, 'gesperrt'); END"_sql);
+  erp.refuse("INSERT ON Protokolle"_sql, "'gesperrt'"_sql);
   EXPECT_FALSE(engine.CreateProtocol());
   EXPECT_EQ(boxes(), "Verarbeitungsprotokoll konnte nicht erzeugt werden. Die Datenbank hat das abgelehnt. "
                      "[Quorvex Import] critical\n");

@@ -2,7 +2,6 @@
 // installation know them from its logs.
 #include "golden_fixture.h"
 
-#include "adapters/sqlite/sqlite_database.h"
 #include "engine/job_editing.h"
 #include "rules/cost_assignment.h"
 #include "rules/master_data.h"
@@ -12,6 +11,7 @@
 #include "store/staging_writer.h"
 #include "support/fake_session.h"
 #include "support/recording_connection.h"
+#include "support/server_texts.h"
 
 #include <gmock/gmock.h>
 
@@ -259,19 +259,23 @@ TEST_F(StatementTexts, OfTheDialogs) {
 /// Opens connections that are recorded.
 class RecordingDatabase final : public Database {
 public:
-  std::unique_ptr<Connection> open(std::string_view target) override {
-    auto connection = std::make_unique<RecordingConnection>(SqliteDatabase().open(target));
+  explicit RecordingDatabase(const TestErp& erp) : erp_(erp) {}
+  std::unique_ptr<Connection> open(std::string_view /*target*/) override {
+    auto connection = std::make_unique<RecordingConnection>(erp_.secondConnection());
     opened = connection.get();
     return connection;
   }
   std::unique_ptr<Connection> create(std::string_view target) override { return open(target); }
 
   RecordingConnection* opened = nullptr;
+
+private:
+  const TestErp& erp_;
 };
 
 TEST_F(StatementTexts, OfTheOlderJobObject) {
   fill("ImportKopf", "JobID=C1\nJobType=10\n--\nJobID=C2\nJobType=21");
-  RecordingDatabase database;
+  RecordingDatabase database(erp);
   ImportJobObject older(erp.environment, database);
   older.ActiveConnection(erp.file);
   ASSERT_TRUE(older.ConnectDB());
@@ -290,11 +294,11 @@ TEST_F(StatementTexts, OfTheOlderJobObject) {
 
 TEST_F(StatementTexts, OfAReadViewSpeakOfOneStateThroughTheRecordingToo) {
   record();
-  EXPECT_FALSE(recording->files().empty());
+  EXPECT_EQ(recording->files().empty(), erp.onServer());
   const auto jobs = [&] {
     return recording->open(sql("Select Count(*) From ImportKopf"_sql))->value(std::size_t{0}).integer();
   };
-  const auto other = SqliteDatabase().open(erp.file);
+  const auto other = erp.secondConnection();
   {
     const ReadView view(*recording);
     EXPECT_EQ(jobs(), 0);
@@ -383,8 +387,9 @@ TEST_F(StatementsOfARun, FindTheirRowsByIndex) {
   run();
   std::set<std::string> slow;
   for (const Sql& each : recording->asked)
-    for (const auto plan = erp.database->open(sql("EXPLAIN QUERY PLAN "_sql).append(each)); !plan->eof();
-         plan->moveNext()) {
+    for (const auto plan =
+             withoutServerTexts(*erp.database).open(sql("EXPLAIN QUERY PLAN "_sql).append(each));
+         !plan->eof(); plan->moveNext()) {
       const std::string step = plan->text("detail");
       const bool ofACustomer = each.text().find("Kundennummer = '") != std::string::npos &&
                                each.text().find("Verkaufspreise") == std::string::npos;
@@ -468,8 +473,7 @@ TEST_F(StatementsOfARun, OfTheOrder) {
 }
 
 TEST_F(StatementsOfARun, OfAnOrderTakenBackOnAHostsConnection) {
-  erp.execute(
-      "CREATE TRIGGER refuse BEFORE INSERT ON Belegindex BEGIN SELECT RAISE(ABORT, 'gesperrt'); END"_sql);
+  erp.refuse("INSERT ON Belegindex"_sql, "'gesperrt'"_sql);
   record(true);
   run();
   EXPECT_EQ(missing({"Delete From Auftragspos Where Auftragsnummer = '501'",

@@ -1,5 +1,6 @@
 #include "store/import_job_object.h"
 
+#include "adapters/sqlite/sqlite_database.h"
 #include "job_file_fixture.h"
 
 #include <stdexcept>

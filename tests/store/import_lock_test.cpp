@@ -133,7 +133,7 @@ TEST_F(ImportLockTest, OnOurOwnConnectionAMissingTableMakesItUnavailable) {
 TEST_F(ImportLockTest, OnAHostsConnectionFailingStepsAreSkippedAndNothingIsTakenOver) {
   lockBy("erika");
   erp.liveness.answer = false;
-  erp.connect(SqliteDatabase::openAsHost(erp.path));
+  erp.connect(erp.hostConnection());
   EXPECT_EQ(lock.take().state, LockState::Refused);
   EXPECT_EQ(erp.desktop.shown.back().text, refusal);
   erp.execute("Drop Table LockControl"_sql);
@@ -146,7 +146,7 @@ TEST_F(ImportLockTest, OnAHostsConnectionARowMetByTheInsertRefuses) {
   erp.execute("Create Trigger Dazwischen Before Insert On LockControl When New.Benutzer = 'prüfer' Begin "
               "Insert Into LockControl (Dateiname, Satz, StationID, SessionID, Benutzer) Values "
               "('ImportJob', '1', 'unbennant', 'S9', 'erika'); Select Raise(Fail, 'schon da'); End"_sql);
-  erp.connect(SqliteDatabase::openAsHost(erp.path));
+  erp.connect(erp.hostConnection());
   EXPECT_EQ(lock.take().state, LockState::Refused);
   EXPECT_FALSE(lock.held());
   EXPECT_EQ(erp.desktop.shown.back().text, refusal);

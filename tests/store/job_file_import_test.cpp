@@ -1,6 +1,5 @@
 #include "job_file_fixture.h"
 
-#include "adapters/sqlite/sqlite_database.h"
 #include "store/job_lines.h"
 #include "store/staging_writer.h"
 
@@ -284,7 +283,7 @@ TEST_F(JobFileImportTest, ARecordThatTheDatabaseRefusesIsOneOfMany) {
 }
 
 TEST_F(JobFileImportTest, AHostsConnectionIsWrittenRecordByRecordWithAYieldEach) {
-  erp.connect(SqliteDatabase::openAsHost(erp.path));
+  erp.connect(erp.hostConnection());
   erp.desktop.onYield = [this] { EXPECT_FALSE(erp.connection().inWork()); };
   importLines(banner2, {customer("K1"), customer("K2"), position("K1", "P1")});
   EXPECT_GE(erp.desktop.yields, 3);
@@ -341,7 +340,7 @@ TEST_F(JobFileImportTest, AKillAtAnyMomentAndARerunLeaveEachRowOnce) {
     const pid_t child = fork();
     ASSERT_GE(child, 0);
     if (child == 0) {
-      erp.connect(SqliteDatabase().open(erp.path));
+      erp.connect(erp.secondConnection());
       DyingObserver dying(erp.clock, last);
       importJobFile(erp.environment, file("in.edi"), JobFileVersion::Two, &dying);
       _exit(0);

@@ -300,6 +300,10 @@ public:
   std::unique_ptr<Maintenance> maintenance() override { fail(); }
   std::vector<std::string> tableNames() override { fail(); }
   std::string_view rowKey() const override { return ""; }
+  Sql beginsWith(const Sql& /*text*/, std::string_view /*prefix*/, bool /*afterPrefix*/) const override {
+    return {};
+  }
+  Sql comesAfter(std::span<const ColumnValue> /*position*/) const override { return {}; }
   std::unique_ptr<Recordset> open(const Sql& /*statement*/) override { fail(); }
   std::unique_ptr<Recordset> openKeyset(const Sql& /*statement*/) override { fail(); }
   std::unique_ptr<Recordset> openStream(const Sql& /*statement*/) override { fail(); }

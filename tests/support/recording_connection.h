@@ -63,6 +63,12 @@ public:
   std::unique_ptr<Maintenance> maintenance() override { return connection_->maintenance(); }
   std::vector<std::string> tableNames() override { return connection_->tableNames(); }
   std::string_view rowKey() const override { return connection_->rowKey(); }
+  Sql beginsWith(const Sql& text, std::string_view prefix, bool afterPrefix) const override {
+    return connection_->beginsWith(text, prefix, afterPrefix);
+  }
+  Sql comesAfter(std::span<const ColumnValue> position) const override {
+    return connection_->comesAfter(position);
+  }
   std::unique_ptr<Recordset> open(const Sql& statement) override {
     return watched(connection_->open(recorded(statement)));
   }

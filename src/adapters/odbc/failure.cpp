@@ -68,7 +68,7 @@ std::string nextStep(const Failure& failure) {
   if (failure.sqlState == "IM002" || failure.sqlState == "01000")
     return ". No driver or data source of this name is installed: odbcinst -q -d lists the drivers";
   // This word begins what the server itself has answered.
-  if (failure.message.find("FATAL:") != std::string::npos)
+  if (failure.message.find("FATAL:") != std::string::npos || failure.sqlState.starts_with("28"))
     return ". Check database, user and password in the connection string, and whether the server takes more "
            "connections";
   if (failure.lostConnection())

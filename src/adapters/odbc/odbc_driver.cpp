@@ -65,6 +65,9 @@ void OdbcDriver::connect() {
   SQLUINTEGER extensions = 0;
   SQLGetInfoW(connection_.get(), SQL_GETDATA_EXTENSIONS, &extensions, sizeof extensions, nullptr);
   readsParts_ = (extensions & SQL_GD_BLOCK) != 0 && (extensions & SQL_GD_BOUND) != 0;
+  SQLUSMALLINT describes = SQL_FALSE;
+  SQLGetFunctions(connection_.get(), SQL_API_SQLDESCRIBEPARAM, &describes);
+  describesParameters_ = describes == SQL_TRUE;
   rowKeys_.clear();
   greet();
 }
@@ -93,11 +96,12 @@ void OdbcDriver::disconnect() noexcept {
 }
 
 void OdbcDriver::greet() {
+  if (!server_->start.empty()) control(server_->start);
   const std::string found = answer(server_->greeting).value_or("unknown");
-  if (found == server_->utf8) return;
+  if (found == server_->encoding) return;
   disconnect();
   throw StoreError(name_ + ": the texts of the database are stored as " + found + "; only databases in " +
-                       std::string(server_->utf8) + " can be used. Create a database with that encoding",
+                       std::string(server_->encoding) + " can be used. Create a database with that encoding",
                    0);
 }
 
@@ -117,7 +121,7 @@ std::optional<std::string> OdbcDriver::answer(std::string_view query) {
 void OdbcDriver::readRowKeys() {
   OdbcStatement statement(*this, server_->keyedTables);
   while (statement.step())
-    rowKeys_[statement.column(0, relational::ColumnKind::Plain).text()] =
+    rowKeys_[asciiLower(statement.column(0, relational::ColumnKind::Plain).text())] =
         statement.column(1, relational::ColumnKind::Plain).text();
 }
 
@@ -152,6 +156,11 @@ std::vector<std::string> OdbcDriver::triggeredTables() {
   std::vector<std::string> tables = names(server_->triggeredTables);
   for (std::string& table : tables) table = asciiLower(table);
   return tables;
+}
+
+short OdbcDriver::textType(std::size_t length) const {
+  const std::size_t longest = server_->longestShortText;
+  return longest > 0 && length > longest ? SQL_WLONGVARCHAR : SQL_WVARCHAR;
 }
 
 void OdbcDriver::requireConnection() {
@@ -209,9 +218,10 @@ void OdbcDriver::fail(const Failure& failure, std::string_view text) {
 void OdbcDriver::prepareForFailure() {
   Level& level = levels_.back();
   if (!level.unsafe || staked_) return;
-  const std::string step = std::string(server_->set) + "step";
   level.unsafe = false;
-  control(level.step ? std::string(server_->release) + "step;" + step : step);
+  const std::string step = std::string(server_->set) + "step";
+  const bool releases = level.step && !server_->release.empty();
+  control(releases ? std::string(server_->release) + "step;" + step : step);
   level.step = true;
 }
 
@@ -231,6 +241,8 @@ void OdbcDriver::undoStatement() noexcept {
 /// A driver may report the end of the server as an error of no particular kind.
 Failure OdbcDriver::failureOfStatement(void* statement) const {
   Failure failure = failureOf(SQL_HANDLE_STMT, statement);
+  for (const auto& [code, state] : server_->states)
+    if (code == failure.nativeCode) failure.sqlState = state;
   SQLUINTEGER dead = SQL_CD_FALSE;
   if (failure.kind() == FailureKind::Statement &&
       SQL_SUCCEEDED(
@@ -330,7 +342,7 @@ void OdbcDriver::setSavepoint() {
 void OdbcDriver::releaseSavepoint() {
   if (scope_ != Scope::Unit) return;
   requireUnit();
-  control(std::string(server_->release) + partName());
+  if (!server_->release.empty()) control(std::string(server_->release) + partName());
   const bool wrote = levels_.back().wrote;
   levels_.pop_back();
   levels_.back().unsafe = levels_.back().unsafe || wrote;
@@ -342,7 +354,8 @@ void OdbcDriver::rollbackToSavepoint() noexcept {
   if (!lost_) {
     try {
       const std::string part = partName();
-      control(std::string(server_->undo) + part + ";" + std::string(server_->release) + part);
+      const std::string undo = std::string(server_->undo) + part;
+      control(server_->release.empty() ? undo : undo + ";" + std::string(server_->release) + part);
     } catch (const std::exception&) {
       lost_ = true;
     }

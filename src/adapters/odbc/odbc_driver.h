@@ -9,6 +9,7 @@
 #include "adapters/sql/driver.h"
 #include "platform/database.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -75,6 +76,10 @@ public:
   int session() const { return session_; }
   /// Whether the data of a row in a block can be read in parts.
   bool readsParts() const { return readsParts_; }
+  /// Whether the driver tells what the server expects of a parameter.
+  bool describesParameters() const { return describesParameters_; }
+  /// The type of ODBC as which a text of this length, in units of UTF-16, goes out.
+  short textType(std::size_t length) const;
   /// Connects again when the connection was lost and no unit depends on it.
   void requireConnection();
   /// Runs a call that may reach the server and returns its result. Raises when the call failed.
@@ -117,6 +122,7 @@ private:
   std::optional<Failure> conflict_; ///< by which the unit was lost
   int session_ = 0;
   bool readsParts_ = false;
+  bool describesParameters_ = true;
   bool lost_ = false;
   bool staked_ = false; ///< a failed statement costs the unit
   bool disconnected_ = true;

@@ -146,6 +146,7 @@ void OdbcStatement::prepare() {
 
 void OdbcStatement::describeParameters(std::size_t count) {
   parameters_.resize(count);
+  if (!driver_.describesParameters()) return;
   for (std::size_t i = 0; i < count; ++i) {
     SQLULEN size = 0;
     SQLSMALLINT digits = 0;
@@ -295,7 +296,7 @@ void OdbcStatement::pass(std::size_t index) {
   const SQLULEN size = std::max<std::size_t>(parameter.text.size(), 1);
   call(Effect::Stays, [&] {
     return SQLBindParameter(statement_.get(), static_cast<SQLUSMALLINT>(index + 1), SQL_PARAM_INPUT,
-                            SQL_C_WCHAR, SQL_WVARCHAR, size, 0, parameter.text.data(),
+                            SQL_C_WCHAR, driver_.textType(size), size, 0, parameter.text.data(),
                             static_cast<SQLLEN>(size * sizeof(char16_t)), &parameter.length);
   });
 }
@@ -417,7 +418,7 @@ std::int64_t OdbcStatement::runBlock(std::span<const Value> values, std::size_t 
     }
     call(Effect::Stays, [&] {
       return SQLBindParameter(statement_.get(), static_cast<SQLUSMALLINT>(column + 1), SQL_PARAM_INPUT,
-                              SQL_C_WCHAR, SQL_WVARCHAR, longest, 0, cells[column].data(),
+                              SQL_C_WCHAR, driver_.textType(longest), longest, 0, cells[column].data(),
                               static_cast<SQLLEN>(longest * sizeof(char16_t)), lengths[column].data());
     });
   }

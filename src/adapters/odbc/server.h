@@ -3,6 +3,7 @@
 
 #include "adapters/sql/dialect.h"
 
+#include <cstddef>
 #include <span>
 #include <string_view>
 #include <utility>
@@ -12,14 +13,20 @@ namespace qx::odbc {
 /// What the adapter asks of a product in its own words. Several statements in one text cost one round trip.
 struct Server {
   std::string_view product; ///< as the driver reports it
+  std::string_view drivers; ///< a word of the names of its drivers
   const relational::Dialect* dialect;
   /// Settings of the driver on which the adapter relies, whatever the user's connection string says.
   std::span<const std::pair<std::string_view, std::string_view>> settings;
-  /// Run once on every new connection; gives one row with the encoding of the database's texts.
+  /// Error numbers whose SQLSTATE tells too little, with the one that they stand for.
+  std::span<const std::pair<int, std::string_view>> states;
+  /// The longest text, in units of UTF-16, that is bound as a short one; 0 without such a limit.
+  std::size_t longestShortText;
+  /// Run once on every new connection: statements without rows, and a query that gives one row with the
+  /// encoding of the database's texts.
+  std::string_view start;
   std::string_view greeting;
-  std::string_view utf8; ///< the only encoding that is accepted
-  /// The tables and their columns whose values the database assigns, and whether there is any table at all
-  /// (one row if so).
+  std::string_view encoding; ///< the only one that is accepted
+  /// The tables with the column that is the key of their rows, and all tables and views.
   std::string_view keyedTables;
   std::string_view tables;
   std::string_view triggeredTables; ///< those for which it does something of its own when a row is written
@@ -28,7 +35,7 @@ struct Server {
   std::string_view commit;
   std::string_view rollback;
   std::string_view set;     ///< a savepoint; the name follows
-  std::string_view release; ///< and those set since
+  std::string_view release; ///< and those set since; empty where a later one of the same name takes its place
   std::string_view undo;    ///< everything since the savepoint, which remains
 };
 

@@ -4,7 +4,6 @@
 #include "adapters/sql/group.h"
 #include "adapters/sql/recordsets.h"
 #include "adapters/sql/statement_cache.h"
-#include "adapters/sql/upsert.h"
 
 #include <utility>
 
@@ -39,7 +38,7 @@ bool ConnectionBase::changeOne(std::string_view table, const Sql& statement) {
 
 void ConnectionBase::put(std::string_view table, std::span<const ColumnValue> row, std::size_t keys) {
   if (!group_->collectsFor(table)) {
-    Connection::insert(table, upsert(table, row, keys));
+    Connection::insert(table, driver_->dialect().put(table, row, keys));
     return;
   }
   std::vector<Value> values;
@@ -49,6 +48,14 @@ void ConnectionBase::put(std::string_view table, std::span<const ColumnValue> ro
 }
 
 std::string_view ConnectionBase::rowKey() const { return driver_->dialect().rowKey; }
+
+Sql ConnectionBase::beginsWith(const Sql& text, std::string_view prefix, bool afterPrefix) const {
+  return driver_->dialect().beginsWith(text, prefix, afterPrefix);
+}
+
+Sql ConnectionBase::comesAfter(std::span<const ColumnValue> position) const {
+  return driver_->dialect().comesAfter(position);
+}
 
 std::unique_ptr<Recordset> ConnectionBase::open(const Sql& statement) {
   return std::make_unique<FetchedRecordset>(*group_, statement);

@@ -28,6 +28,8 @@ public:
   std::int64_t execute(const Sql& statement) override;
   void put(std::string_view table, std::span<const ColumnValue> row, std::size_t keys) override;
   std::string_view rowKey() const override;
+  Sql beginsWith(const Sql& text, std::string_view prefix, bool afterPrefix) const override;
+  Sql comesAfter(std::span<const ColumnValue> position) const override;
   std::unique_ptr<Recordset> open(const Sql& statement) override;
   std::unique_ptr<Recordset> openKeyset(const Sql& statement) override;
   std::unique_ptr<Recordset> openStream(const Sql& statement) override;

@@ -1,5 +1,7 @@
 #include "adapters/sql/date_order.h"
 
+#include <initializer_list>
+
 namespace qx::relational {
 namespace {
 
@@ -84,6 +86,40 @@ std::string chronologicalByRegex(std::string_view column) {
          month + " BETWEEN 1 AND 12 AND " + day + " BETWEEN 1 AND CASE WHEN " + month + "=2 THEN " + leap +
          " WHEN " + month + " IN (4,6,9,11) THEN 30 ELSE 31 END THEN " + year + "*10000+" + month + "*100+" +
          day + " END END)";
+}
+
+std::string chronologicalByConversion(std::string_view column) {
+  // Digits are those of ASCII only where texts compare by their codes.
+  const std::string x = std::string(column) + " COLLATE Latin1_General_100_BIN2";
+  const auto anyOf = [](const std::string& text, std::initializer_list<const char*> patterns) {
+    std::string condition;
+    for (const char* const pattern : patterns)
+      condition.append(condition.empty() ? "(" : " OR ").append(text).append(" LIKE '").append(pattern) +=
+          "'";
+    return condition + ")";
+  };
+  const std::string blank = "CHARINDEX(' ', " + x + " + ' ')";
+  const std::string date = "LEFT(" + x + ", " + blank + " - 1)";
+  const std::string time = "SUBSTRING(" + x + ", " + blank + ", 12)";
+  const std::string firstDot = "CHARINDEX('.', " + x + ")";
+  const std::string secondDot = "CHARINDEX('.', " + x + ", " + firstDot + " + 1)";
+  const std::string day = "RIGHT('0' + LEFT(" + x + ", " + firstDot + " - 1), 2)";
+  const std::string month =
+      "RIGHT('0' + SUBSTRING(" + x + ", " + firstDot + " + 1, " + secondDot + " - " + firstDot + " - 1), 2)";
+  const std::string written = "SUBSTRING(" + date + ", " + secondDot + " + 1, 4)";
+  const std::string year = "CASE WHEN LEN(" + written + ") = 4 THEN '' WHEN " + written +
+                           " < '30' THEN '20' ELSE '19' END + " + written;
+  const std::string form =
+      anyOf(date, {"[0-9].[0-9].[0-9][0-9]", "[0-9].[0-9].[0-9][0-9][0-9][0-9]",
+                   "[0-9].[0-9][0-9].[0-9][0-9]", "[0-9].[0-9][0-9].[0-9][0-9][0-9][0-9]",
+                   "[0-9][0-9].[0-9].[0-9][0-9]", "[0-9][0-9].[0-9].[0-9][0-9][0-9][0-9]",
+                   "[0-9][0-9].[0-9][0-9].[0-9][0-9]", "[0-9][0-9].[0-9][0-9].[0-9][0-9][0-9][0-9]"});
+  const std::string clock =
+      anyOf(time, {"", " [0-9]:[0-5][0-9]", " [01][0-9]:[0-5][0-9]", " 2[0-3]:[0-5][0-9]",
+                   " [0-9]:[0-5][0-9]:[0-5][0-9]", " [01][0-9]:[0-5][0-9]:[0-5][0-9]",
+                   " 2[0-3]:[0-5][0-9]:[0-5][0-9]"});
+  return "(CASE WHEN " + form + " AND " + clock + " THEN CAST(CONVERT(CHAR(8), TRY_CONVERT(DATE, " + year +
+         " + " + month + " + " + day + ", 112), 112) AS INT) END)";
 }
 
 } // namespace qx::relational

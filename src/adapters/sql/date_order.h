@@ -12,4 +12,7 @@ std::string chronologicalByParts(std::string_view column);
 /// By one regular expression.
 std::string chronologicalByRegex(std::string_view column);
 
+/// By patterns and the conversion of the digits "yyyymmdd" to a date.
+std::string chronologicalByConversion(std::string_view column);
+
 } // namespace qx::relational

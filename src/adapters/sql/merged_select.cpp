@@ -70,17 +70,20 @@ std::optional<std::string> mergedSelect(std::string_view select, std::string_vie
   const auto ordered = [&](const std::string& first, const std::string& second) {
     return " ORDER BY " + sortTerms(first + direction, dialect) + ", " + second + direction;
   };
-  const std::string limited = " LIMIT " + std::string(limit);
+  const std::string rows(limit);
   // Merges only keys and row numbers; the rows themselves are fetched afterwards.
   std::string merged;
   for (const std::string_view code : codes) {
     if (!merged.empty()) merged += " UNION ALL ";
-    merged.append("SELECT * FROM (SELECT ").append(rowKey).append(" AS merged_row, ").append(key);
-    merged.append(" AS merged_key FROM ").append(table);
-    merged.append(" WHERE ").append(codeColumn).append(" = '").append(code).append("'");
-    merged.append(ordered(key, rowKey)).append(limited).append(") AS part");
+    std::string part = "SELECT ";
+    part.append(rowKey).append(" AS merged_row, ").append(key).append(" AS merged_key FROM ").append(table);
+    part.append(" WHERE ").append(codeColumn).append(" = '").append(code).append("'");
+    part += ordered(key, rowKey);
+    merged.append("SELECT * FROM (").append(limitedSelect(part, rows, dialect)).append(") AS part");
   }
-  merged += ordered("merged_key", "merged_row") + limited;
+  // What the number of rows stands in front of is one select.
+  if (dialect.rowLimit == RowLimit::InFront) merged = "SELECT * FROM (" + merged + ") AS parts";
+  merged = limitedSelect(merged + ordered("merged_key", "merged_row"), rows, dialect);
   return "SELECT " + std::string(parts->list) + " FROM (" + merged + ") AS merged " +
          std::string(dialect.drivenJoin) + " " + table + " ON " + table + "." + rowKey + " = merged_row" +
          ordered("merged_key", "merged_row");

@@ -1,5 +1,6 @@
 #include "adapters/sql/recordsets.h"
 
+#include "adapters/sql/dialect.h"
 #include "model/text.h"
 #include "platform/database_error.h"
 
@@ -55,7 +56,6 @@ std::size_t EditableRecordset::bindPending(Statement& statement) {
 }
 
 std::int64_t EditableRecordset::insertNow() {
-  constexpr std::string_view keyTaken = "23505";
   constexpr int most = 10;
   Statement& insert = statements().insert(source_, pendingColumns_);
   for (int tries = 1;; ++tries) {
@@ -66,7 +66,8 @@ std::int64_t EditableRecordset::insertNow() {
       return *inserted;
     } catch (const StatementError& error) {
       // Another program has drawn the same key in the meantime.
-      if (tries == most || error.sqlState() != keyTaken || !statements().assignsKey(source_, pendingColumns_))
+      if (tries == most || error.sqlState() != statements().driver().dialect().keyTaken ||
+          !statements().assignsKey(source_, pendingColumns_))
         throw;
     }
   }

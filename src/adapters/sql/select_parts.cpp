@@ -25,8 +25,8 @@ void noteKeyword(Keywords& found, std::string_view word, std::size_t at) {
   if (equalCodes(word, "from") && found.from == std::string_view::npos) found.from = at;
   if (equalCodes(word, "where") && found.where == std::string_view::npos) found.where = at;
   if (equalCodes(word, "order")) found.order = at;
-  constexpr std::array<std::string_view, 6> compoundWords{"group", "union", "having",
-                                                          "limit", "join",  "distinct"};
+  constexpr std::array<std::string_view, 8> compoundWords{"group", "union",    "having", "limit",
+                                                          "join",  "distinct", "top",    "offset"};
   if (std::ranges::any_of(compoundWords, [&](auto other) { return equalCodes(word, other); }))
     found.compound = true;
 }

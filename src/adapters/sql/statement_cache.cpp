@@ -2,7 +2,6 @@
 
 #include "adapters/sql/select_parts.h"
 #include "adapters/sql/translation.h"
-#include "adapters/sql/upsert.h"
 #include "model/text.h"
 #include "platform/database_error.h"
 
@@ -48,7 +47,7 @@ std::string StatementCache::quoted(std::string_view identifier) const {
 std::string StatementCache::orderClause(const SelectParts& parts, const TableKey& key) const {
   std::string terms = sortTerms(parts.orderBy, driver_.dialect());
   if (!key.row.empty()) {
-    terms.append(terms.empty() ? "" : ", ").append(key.row);
+    terms.append(terms.empty() ? "" : ", ").append(quoted(parts.table)).append(".").append(key.row);
     if (parts.descending()) terms += " DESC";
   }
   return terms.empty() ? terms : " ORDER BY " + terms;
@@ -73,7 +72,7 @@ PlainStatement& StatementCache::upsert(std::string_view table, std::span<const C
   for (const ColumnValue& each : row) key.append(1, ',').append(each.column);
   key.append(1, ',').append(std::to_string(keys));
   PlainStatement*& known = upserts_[key];
-  if (known == nullptr) known = &plain(relational::upsert(table, row, keys));
+  if (known == nullptr) known = &plain(driver_.dialect().put(table, row, keys));
   return *known;
 }
 
@@ -237,7 +236,7 @@ ManyQuery& StatementCache::many(KeysetQuery& query, std::size_t rows) {
   if (many.select) return many;
   std::string keys = "?";
   for (std::size_t i = 1; i < rows; ++i) keys += ", ?";
-  many.select = compile(query.rowText + " IN (" + keys + ")" + std::string(driver_.dialect().lockRows));
+  many.select = compile(query.rowText + " IN (" + keys + ")" + std::string(driver_.dialect().lockingRead));
   many.rows = rows;
   return many;
 }
@@ -287,11 +286,7 @@ Statement& StatementCache::insert(RowSource& source, const ColumnMask& columns) 
       parameters.append(parameters.empty() ? "" : ", ").append("(SELECT coalesce(max(" + quoted(identity));
       parameters.append("), 0) + 1 FROM " + quoted(source.table) + ")");
     }
-    std::string text = "INSERT INTO " + quoted(source.table);
-    text += names.empty() ? " DEFAULT VALUES" : " (" + names + ") VALUES (" + parameters + ")";
-    const std::string_view returning = driver_.dialect().returning;
-    if (!returning.empty()) text.append(returning).append(source.key.row);
-    statement = compile(text);
+    statement = compile(insertText(source.table, names, parameters, source.key.row, driver_.dialect()));
   }
   return *statement;
 }

@@ -72,7 +72,8 @@ void TemporaryStaging::begin() {
   connection_.beginWork(nullptr);
   filling_ = true;
   // Those of an earlier file in the same session.
-  connection_.execute(sql("DROP TABLE IF EXISTS StageKopf, StagePos"_sql));
+  connection_.execute(sql("DROP TABLE IF EXISTS StageKopf"_sql));
+  connection_.execute(sql("DROP TABLE IF EXISTS StagePos"_sql));
   connection_.execute(
       sql("CREATE TEMPORARY TABLE StageKopf AS SELECT *, CAST(0 AS BIGINT) AS StageNummer, "
           "CAST(0 AS BIGINT) AS StageZeile, CAST(0 AS BIGINT) AS StageZiel, CAST(0 AS BIGINT) AS StageSperre "
@@ -138,21 +139,21 @@ std::optional<KeyConflict> TemporaryStaging::finish() {
   connection_.commitWork();
   filling_ = false;
   auto conflict =
-      twice(sql("SELECT JobID AS Schluessel, max(StageNummer) AS Vorgang, max(StageZeile) AS Zeile, "
+      twice(sql("SELECT TOP 1 JobID AS Schluessel, max(StageNummer) AS Vorgang, max(StageZeile) AS Zeile, "
                 "min(StageNummer) AS VorigerVorgang, min(StageZeile) AS VorigeZeile FROM StageKopf "
-                "GROUP BY JobID HAVING count(*) > 1 ORDER BY 2 LIMIT 1"_sql),
+                "GROUP BY JobID HAVING count(*) > 1 ORDER BY 2"_sql),
             KeyConflict::Kind::JobTwice);
   if (!conflict)
-    conflict = twice(sql("SELECT ChildID AS Schluessel, max(StageVorgang) AS Vorgang, "
+    conflict = twice(sql("SELECT TOP 1 ChildID AS Schluessel, max(StageVorgang) AS Vorgang, "
                          "max(StageZeile) AS Zeile, min(StageVorgang) AS VorigerVorgang, "
                          "min(StageZeile) AS VorigeZeile FROM StagePos "
-                         "GROUP BY ChildID HAVING count(*) > 1 ORDER BY 2 LIMIT 1"_sql),
+                         "GROUP BY ChildID HAVING count(*) > 1 ORDER BY 2"_sql),
                      KeyConflict::Kind::PositionTwice);
   if (!conflict)
     conflict = firstOwned(
-        sql("SELECT s.ChildID AS Schluessel, s.StageVorgang AS Vorgang, s.StageZeile AS Zeile, "
+        sql("SELECT TOP 1 s.ChildID AS Schluessel, s.StageVorgang AS Vorgang, s.StageZeile AS Zeile, "
             "s.JobID AS Besitzer FROM StagePos s JOIN StageKopf k ON k.StageNummer = s.StageVorgang "
-            "WHERE s.JobID <> '' AND s.JobID <> k.JobID ORDER BY s.StageNummer LIMIT 1"_sql),
+            "WHERE s.JobID <> '' AND s.JobID <> k.JobID ORDER BY s.StageNummer"_sql),
         KeyConflict::Kind::OtherName);
   return conflict;
 }
@@ -161,10 +162,11 @@ std::optional<KeyConflict> TemporaryStaging::copy(BusyWait& wait, bool again) {
   WorkUnit unit(connection_, &wait);
   findExisting(again);
   if (auto conflict = firstOwned(
-          sql("SELECT s.ChildID AS Schluessel, s.StageVorgang AS Vorgang, s.StageZeile AS Zeile, p.JobID AS "
+          sql("SELECT TOP 1 s.ChildID AS Schluessel, s.StageVorgang AS Vorgang, s.StageZeile AS Zeile, "
+              "p.JobID AS "
               "Besitzer FROM StagePos s JOIN StageKopf k ON k.StageNummer = s.StageVorgang JOIN ImportPos p "
               "ON p.ChildID = s.ChildID WHERE k.StageSperre = 0 AND p.JobID <> k.JobID "
-              "ORDER BY s.StageNummer LIMIT 1"_sql),
+              "ORDER BY s.StageNummer"_sql),
           KeyConflict::Kind::OtherOwner))
     return conflict;
   copyHeaders();
@@ -181,9 +183,9 @@ std::optional<KeyConflict> TemporaryStaging::copy(BusyWait& wait, bool again) {
 /// are locked first: a run beside this program may be about to finish one of them.
 void TemporaryStaging::findExisting(bool again) {
   const std::string_view rowKey = connection_.rowKey();
-  connection_.execute(
-      sql("SELECT 1 FROM ImportKopf k WHERE EXISTS (SELECT 1 FROM StageKopf s WHERE s.JobID = "
-          "k.JobID) FOR UPDATE"_sql));
+  connection_.open(
+      sql("SELECT 1 AS Eins FROM ImportKopf k WITH (UPDLOCK) WHERE EXISTS (SELECT 1 FROM StageKopf s "
+          "WHERE s.JobID = k.JobID)"_sql));
   connection_.execute(sql("UPDATE StageKopf SET StageSperre = 0, StageZiel = (SELECT k."_sql, name(rowKey),
                           " FROM ImportKopf k WHERE k.JobID = StageKopf.JobID)"_sql));
   if (again) return;

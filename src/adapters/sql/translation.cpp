@@ -131,26 +131,89 @@ void rewriteTable(std::string& text, const Dialect& dialect) {
   text = std::move(table);
 }
 
+/// The keys of an index that takes columns only, and the columns of its expressions beside them; only rows
+/// without a null in a unique one.
+std::string plainIndexTerms(std::string_view terms, bool unique) {
+  constexpr std::string_view call = "Convert(DateTime, ";
+  std::string keys;
+  std::string beside;
+  std::string condition;
+  for (const std::string_view term : listTerms(terms)) {
+    if (term.starts_with(call)) {
+      beside.append(beside.empty() ? "" : ", ");
+      beside.append(term.substr(call.size(), term.find(',', call.size()) - call.size()));
+      continue;
+    }
+    keys.append(keys.empty() ? "" : ", ").append(term);
+    condition.append(condition.empty() ? " WHERE " : " AND ").append(term).append(" IS NOT NULL");
+  }
+  std::string text = " (" + keys + ")";
+  if (!beside.empty()) text.append(" INCLUDE (").append(beside).append(")");
+  return unique ? text + condition : text;
+}
+
 /// The terms of a new index in the order in which statements sort.
 void rewriteIndex(std::string& text, const Dialect& dialect) {
-  const bool index = findWord(text, "create index ") == 0 || findWord(text, "create unique index ") == 0;
+  const bool unique = findWord(text, "create unique index ") == 0;
   const auto open = text.find(" (");
-  if (!index || dialect.nullsFirst.empty() || open == std::string::npos) return;
-  const auto condition = findWord(text, "where ", open);
-  const auto close = text.rfind(')', condition);
-  text.replace(open + 2, close - open - 2,
-               sortTerms(std::string_view(text).substr(open + 2, close - open - 2), dialect));
+  if ((!unique && findWord(text, "create index ") != 0) || open == std::string::npos) return;
+  const auto close = text.rfind(')', findWord(text, "where ", open));
+  const std::string terms = text.substr(open + 2, close - open - 2);
+  if (dialect.plainIndexes)
+    text.replace(open, close + 1 - open, plainIndexTerms(terms, unique));
+  else
+    text.replace(open + 2, terms.size(), sortTerms(terms, dialect));
+}
+
+/// A select with the hint that its rows are locked.
+void rewriteLock(std::string& text, const Dialect& dialect) {
+  constexpr std::string_view hint = " WITH (UPDLOCK)";
+  const auto at = text.find(hint);
+  if (at == std::string::npos || dialect.rowLimit == RowLimit::InFront) return;
+  text.erase(at, hint.size());
+  text += dialect.lockingRead;
+}
+
+/// "CREATE TEMPORARY TABLE name AS SELECT ...".
+void rewriteTemporaryTable(std::string& text, const Dialect& dialect) {
+  constexpr std::string_view create = "CREATE TEMPORARY TABLE ";
+  constexpr std::string_view as = " AS ";
+  if (!dialect.selectsInto || !text.starts_with(create)) return;
+  const auto end = text.find(as);
+  const std::string table = text.substr(create.size(), end - create.size());
+  text.erase(0, end + as.size());
+  text.insert(text.find(" FROM "), " INTO " + table);
 }
 
 } // namespace
 
 std::string quotedName(std::string_view identifier, const Dialect& dialect) {
-  std::string text = "\"";
+  std::string text(1, dialect.quotes.front());
   for (const char c : identifier) {
-    if (c == '"') text += '"';
+    if (c == dialect.quotes.back()) text += c;
     text += dialect.lowersNames ? asciiLower(c) : c;
   }
-  return text + '"';
+  return text + dialect.quotes.back();
+}
+
+std::string insertText(std::string_view table, std::string_view names, std::string_view values,
+                       std::string_view key, const Dialect& dialect) {
+  std::string text = "INSERT INTO " + quotedName(table, dialect);
+  if (!names.empty()) text.append(" (").append(names).append(")");
+  if (!dialect.output.empty()) text.append(dialect.output).append(key);
+  if (names.empty())
+    text += " DEFAULT VALUES";
+  else
+    text.append(" VALUES (").append(values).append(")");
+  if (!dialect.returning.empty()) text.append(dialect.returning).append(key);
+  return text;
+}
+
+std::string limitedSelect(std::string_view select, std::string_view rows, const Dialect& dialect) {
+  constexpr std::string_view verb = "SELECT";
+  std::string text(select);
+  if (dialect.rowLimit == RowLimit::InFront) return text.insert(verb.size(), " TOP " + std::string(rows));
+  return text.append(" LIMIT ").append(rows);
 }
 
 std::string sortTerms(std::string_view orderBy, const Dialect& dialect) {
@@ -171,14 +234,16 @@ std::string translate(const Sql& statement, const Dialect& dialect) {
   rewriteTableCommand(text);
   rewriteQuotedNames(text, dialect);
   rewriteTable(text, dialect);
+  rewriteIndex(text, dialect);
   const std::string limit = takeTop(text);
   rewriteConvert(text, dialect);
   rewriteCast(text, dialect);
-  rewriteIndex(text, dialect);
+  rewriteLock(text, dialect);
+  rewriteTemporaryTable(text, dialect);
   for (const Rewriting& each : dialect.rewritings) replaceAll(text, each.from, each.to);
   replaceAll(text, "order by eingangsdatum", "Order by " + dialect.chronological("Eingangsdatum"));
   if (limit.empty()) return text;
-  return mergedSelect(text, limit, dialect).value_or(text + " LIMIT " + limit);
+  return mergedSelect(text, limit, dialect).value_or(limitedSelect(text, limit, dialect));
 }
 
 } // namespace qx::relational

@@ -126,22 +126,11 @@ std::vector<std::string> spellings(std::string_view text) {
   return all;
 }
 
-/// An upper bound of all texts with the prefix: the prefix and the last code point.
-std::string endOf(const std::string& prefix) { return prefix + "\xF4\x8F\xBF\xBF"; }
-
-/// A range instead of a pattern: it uses the index and has no wildcards.
-Sql beginsWith(const LookupSource& source, std::string_view column, const std::string& prefix) {
+/// What a search compares: the column, or the digits of a number.
+Sql searchedText(const LookupSource& source, std::string_view column) {
   const auto shown = std::ranges::find(source.columns, column, &LookupColumn::name);
-  if (shown != source.columns.end() && shown->kind == LookupColumnKind::Number)
-    return sql("(Cast("_sql, name(column), " As Text) >= '"_sql, value(prefix), "' And Cast("_sql,
-               name(column), " As Text) < '"_sql, value(endOf(prefix)), "')"_sql);
-  return sql("("_sql, name(column), " >= '"_sql, value(prefix), "' And "_sql, name(column), " < '"_sql,
-             value(endOf(prefix)), "')"_sql);
-}
-
-Sql bound(const Value& content) {
-  if (content.kind() == ValueKind::Integer) return sql(number(*content.integer()));
-  return sql("'"_sql, value(content.text()), "'"_sql);
+  const bool digits = shown != source.columns.end() && shown->kind == LookupColumnKind::Number;
+  return digits ? sql("Cast("_sql, name(column), " As Text)"_sql) : sql(name(column));
 }
 
 /// What a section reads: a group of rows and, for a search by index, a column and a spelling.
@@ -154,9 +143,8 @@ struct Section {
 /// The sections of a search: one per group and, by index, per column and spelling.
 class Sections {
 public:
-  /// `rowKey` is the connection's.
-  Sections(const LookupSource& source, std::string_view search, std::string_view rowKey)
-      : source_(source), rowKey_(rowKey),
+  Sections(const LookupSource& source, std::string_view search, const Connection& connection)
+      : source_(source), connection_(connection),
         spellings_(search.empty() ? std::vector<std::string>() : spellings(search)),
         byIndex_(source.indexed && !search.empty()) {}
 
@@ -172,7 +160,7 @@ public:
     std::vector<std::string_view> columns;
     if (byIndex_) columns.push_back(source_.searched[section.column]);
     for (std::string_view column : source_.order) {
-      if (column == rowKeyColumn) column = rowKey_;
+      if (column == rowKeyColumn) column = connection_.rowKey();
       if (std::ranges::find(columns, column) == columns.end()) columns.push_back(column);
     }
     return columns;
@@ -183,18 +171,23 @@ public:
   Sql conditions(const Section& section, const LookupPosition& after) const {
     Sql all;
     if (!byIndex_)
-      return spellings_.empty() ? all : all.append(sql(" And "_sql)).append(anyOf(source_.searched));
+      return spellings_.empty() ? all
+                                : all.append(sql(" And ("_sql))
+                                      .append(anyOf(source_.searched, spellings_))
+                                      .append(sql(")"_sql));
     const std::string_view column = source_.searched[section.column];
     const std::string& spelling = spellings_[section.spelling];
-    if (after.after.empty())
-      all.append(sql(" And "_sql)).append(beginsWith(source_, column, spelling));
-    else
-      all.append(sql(" And "_sql, name(column), " < '"_sql, value(endOf(spelling)), "'"_sql));
-    if (section.column > 0)
-      // Also true where one of the columns is null.
-      all.append(sql(" And Case When "_sql))
-          .append(anyOf(source_.searched.first(section.column)))
-          .append(sql(" Then 0 Else 1 End = 1"_sql));
+    all.append(sql(" And "_sql))
+        .append(connection_.beginsWith(sql(name(column)), spelling, !after.after.empty()));
+    Sql earlier = anyOf(source_.searched.first(section.column), spellings_);
+    // A database may find one spelling by another.
+    if (section.spelling > 0) {
+      if (section.column > 0) earlier.append(sql(" Or "_sql));
+      earlier.append(anyOf({&column, 1}, std::span(spellings_).first(section.spelling)));
+    }
+    // Also true where one of the columns is null.
+    if (!earlier.shapes().empty())
+      all.append(sql(" And Case When "_sql)).append(earlier).append(sql(" Then 0 Else 1 End = 1"_sql));
     return all;
   }
 
@@ -202,17 +195,17 @@ private:
   std::size_t perGroup() const { return byIndex_ ? source_.searched.size() * spellings_.size() : 1; }
 
   /// The condition that one of the columns begins with one of the spellings.
-  Sql anyOf(std::span<const std::string_view> columns) const {
+  Sql anyOf(std::span<const std::string_view> columns, std::span<const std::string> spellings) const {
     Sql all;
     for (const std::string_view column : columns)
-      for (const std::string& spelling : spellings_)
-        all.append(all.shapes().empty() ? sql("("_sql) : sql(" Or "_sql))
-            .append(beginsWith(source_, column, spelling));
-    return all.append(sql(")"_sql));
+      for (const std::string& spelling : spellings)
+        all.append(all.shapes().empty() ? Sql() : sql(" Or "_sql))
+            .append(connection_.beginsWith(searchedText(source_, column), spelling, false));
+    return all;
   }
 
   const LookupSource& source_;
-  std::string_view rowKey_;
+  const Connection& connection_;
   std::vector<std::string> spellings_;
   bool byIndex_;
 };
@@ -226,8 +219,8 @@ Sql listOf(std::span<const std::string_view> columns) {
   return list;
 }
 
-Sql selectOf(const LookupSource& source, const Sections& sections, const Sql& criteria,
-             const LookupPosition& after, std::size_t limit) {
+Sql selectOf(const Connection& connection, const LookupSource& source, const Sections& sections,
+             const Sql& criteria, const LookupPosition& after, std::size_t limit) {
   const Section section = sections.at(after.section);
   const std::vector<std::string_view> order = sections.order(section);
   std::vector<std::string_view> list;
@@ -241,16 +234,14 @@ Sql selectOf(const LookupSource& source, const Sections& sections, const Sql& cr
   if (!criteria.shapes().empty()) statement.append(sql(" And ("_sql)).append(criteria).append(sql(")"_sql));
   statement.append(sections.conditions(section, after));
   if (!after.after.empty()) {
-    statement.append(sql(" And ("_sql)).append(listOf(order)).append(sql(") > ("_sql));
-    for (std::size_t i = 0; i < after.after.size(); ++i) {
-      if (i > 0) statement.append(sql(", "_sql));
-      statement.append(bound(after.after[i]));
-    }
-    statement.append(sql(")"_sql));
+    std::vector<ColumnValue> position;
+    for (std::size_t i = 0; i < order.size(); ++i) position.push_back({order[i], after.after.at(i)});
+    statement.append(sql(" And ("_sql)).append(connection.comesAfter(position)).append(sql(")"_sql));
   }
   return statement.append(sql(" Order By "_sql))
       .append(listOf(order))
-      .append(sql(" Limit "_sql, number(static_cast<std::int64_t>(limit))));
+      .append(
+          sql(" Offset 0 Rows Fetch Next "_sql, number(static_cast<std::int64_t>(limit)), " Rows Only"_sql));
 }
 
 std::string shownText(const LookupColumn& column, const Value& content) {
@@ -285,12 +276,13 @@ LookupPages::LookupPages(Connection& connection, const LookupSource& source, Sql
     : connection_(connection), source_(source), criteria_(std::move(criteria)) {}
 
 LookupPage LookupPages::page(std::string_view search, const LookupPosition& after, std::size_t limit) const {
-  const Sections sections(source_, trimBlanks(search), connection_.rowKey());
+  const Sections sections(source_, trimBlanks(search), connection_);
   LookupPage page;
   LookupPosition position = after;
   while (position.section < sections.count() && page.rows.size() < limit) {
     const std::size_t wanted = limit - page.rows.size();
-    const auto found = connection_.open(selectOf(source_, sections, criteria_, position, wanted));
+    const auto found =
+        connection_.open(selectOf(connection_, source_, sections, criteria_, position, wanted));
     for (; !found->eof(); found->moveNext()) {
       LookupRow& row = page.rows.emplace_back();
       for (std::size_t i = 0; i < source_.columns.size(); ++i)
@@ -307,7 +299,7 @@ LookupPage LookupPages::page(std::string_view search, const LookupPosition& afte
 }
 
 Sql LookupPages::statement(std::string_view search, const LookupPosition& after, std::size_t limit) const {
-  return selectOf(source_, Sections(source_, trimBlanks(search), connection_.rowKey()), criteria_, after,
+  return selectOf(connection_, source_, Sections(source_, trimBlanks(search), connection_), criteria_, after,
                   limit);
 }
 
