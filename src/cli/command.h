@@ -8,7 +8,7 @@
 
 namespace qx::cli {
 
-/// One verb of the program. Its public members are its arguments.
+/// One verb of the program.
 class Command {
 public:
   virtual ~Command() = default;

@@ -54,8 +54,8 @@ public:
 
 private:
   JsonWriter& beginLine(std::int64_t line, std::string_view result);
+  std::ostream& textLine(std::int64_t line);
   void beginDocument();
-  void finishText(const JobFileReport& report);
 
   const Output& output_;
   JsonWriter json_;

@@ -11,7 +11,6 @@ struct Output {
   std::ostream& messages;
   std::ostream& terminal; ///< standard error as it is, for a progress bar that moves the cursor
   bool json = false;      ///< the result is one JSON document
-  bool verbose = false;   ///< print every trapped failure
 };
 
 } // namespace qx::cli

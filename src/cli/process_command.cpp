@@ -1,4 +1,4 @@
-#include "cli/process_command.h"
+#include "cli/commands.h"
 
 #include "cli/job_terms.h"
 #include "cli/progress_bar.h"

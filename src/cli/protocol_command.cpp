@@ -1,4 +1,4 @@
-#include "cli/protocol_command.h"
+#include "cli/commands.h"
 
 #include "cli/json_writer.h"
 #include "cli/terminal_text.h"
@@ -50,14 +50,8 @@ void forEachLine(Connection& connection, const std::vector<std::string>& ids,
 
 void writeJson(std::ostream& output, Connection& connection, const std::vector<std::string>& ids) {
   JsonWriter json(output);
-  json.beginObject().key("protocol");
-  if (ids.empty())
-    json.null();
-  else
-    json.text(ids.back());
-  json.key("protocols").beginArray();
-  for (const std::string& id : ids) json.text(id);
-  json.endArray().key("lines").beginArray();
+  json.beginObject().key("protocol").textOrNull(ids.empty() ? std::string() : ids.back());
+  json.key("protocols").texts(ids).key("lines").beginArray();
   forEachLine(connection, ids, [&](Recordset& line) {
     json.beginObject();
     for (const LineColumn& column : lineColumns) json.key(column.name).text(line.text(column.column));

@@ -1,5 +1,6 @@
-#include "cli/release_command.h"
+#include "cli/commands.h"
 
+#include "cli/job_query.h"
 #include "cli/job_terms.h"
 #include "cli/json_writer.h"
 #include "platform/one_line.h"
@@ -58,11 +59,8 @@ ExitCode ReleaseCommand::work(const CommandContext& context) {
     return ExitCode::Success;
   }
   JsonWriter json(context.output.result);
-  json.beginObject();
-  json.key("released").number(static_cast<std::int64_t>(keys.size()));
-  json.key("jobs").beginArray();
-  for (const std::string& key : keys) json.text(key);
-  json.endArray().endObject().finish();
+  json.beginObject().key("released").number(static_cast<std::int64_t>(keys.size()));
+  json.key("jobs").texts(keys).endObject().finish();
   return ExitCode::Success;
 }
 

@@ -1,8 +1,11 @@
-// The findings of a job in a JSON document.
+// Members that the JSON documents of several commands have.
 #pragma once
 
 #include "cli/json_writer.h"
 #include "engine/findings.h"
+
+#include <map>
+#include <string>
 
 namespace qx::cli {
 
@@ -11,5 +14,9 @@ namespace qx::cli {
 void writeDetails(JsonWriter& json, const Findings& findings);
 /// The same after `status` and `findings` (texts), as in the result of a check.
 void writeCheck(JsonWriter& json, const Findings& findings);
+
+/// The member `left`: the keys of the jobs that the database refuses to change, with its reasons; nothing
+/// without any.
+void writeLeft(JsonWriter& json, const std::map<std::string, std::string>& left);
 
 } // namespace qx::cli

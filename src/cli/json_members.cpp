@@ -1,36 +1,20 @@
-#include "cli/findings_json.h"
-
-#include <string>
-#include <vector>
+#include "cli/json_members.h"
 
 namespace qx::cli {
 namespace {
-
-void writeTexts(JsonWriter& json, std::string_view name, const std::vector<std::string>& texts) {
-  json.key(name).beginArray();
-  for (const std::string& text : texts) json.text(text);
-  json.endArray();
-}
 
 void writeDetail(JsonWriter& json, const Finding& finding) {
   json.beginObject();
   json.key("code").text(terms(finding.rule).code);
   json.key("severity").number(static_cast<std::int64_t>(finding.severity));
-  json.key("field");
-  if (finding.fieldName().empty())
-    json.null();
-  else
-    json.text(finding.fieldName());
+  json.key("field").textOrNull(finding.fieldName());
   json.key("position");
-  if (finding.position == FindingPosition())
+  if (finding.position == FindingPosition()) {
     json.null();
-  else
-    json.beginObject()
-        .key("ChildID")
-        .text(finding.position.key)
-        .key("Positionsnummer")
-        .text(finding.position.number)
-        .endObject();
+  } else {
+    json.beginObject().key("ChildID").text(finding.position.key);
+    json.key("Positionsnummer").text(finding.position.number).endObject();
+  }
   json.key("value").text(finding.value);
   json.key("stored").text(finding.stored);
   json.key("text").text(anyText(finding));
@@ -40,7 +24,7 @@ void writeDetail(JsonWriter& json, const Finding& finding) {
 } // namespace
 
 void writeDetails(JsonWriter& json, const Findings& findings) {
-  writeTexts(json, "hints", findings.hints());
+  json.key("hints").texts(findings.hints());
   json.key("details").beginArray();
   for (const Finding& finding : findings) writeDetail(json, finding);
   json.endArray();
@@ -48,8 +32,16 @@ void writeDetails(JsonWriter& json, const Findings& findings) {
 
 void writeCheck(JsonWriter& json, const Findings& findings) {
   json.key("status").number(static_cast<std::int64_t>(findings.status()));
-  writeTexts(json, "findings", findings.texts());
+  json.key("findings").texts(findings.texts());
   writeDetails(json, findings);
+}
+
+void writeLeft(JsonWriter& json, const std::map<std::string, std::string>& left) {
+  if (left.empty()) return;
+  json.key("left").beginArray();
+  for (const auto& [jobId, reason] : left)
+    json.beginObject().key("JobID").text(jobId).key("Reason").text(reason).endObject();
+  json.endArray();
 }
 
 } // namespace qx::cli
