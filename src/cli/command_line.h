@@ -2,7 +2,7 @@
 #pragma once
 
 #include "cli/command.h"
-#include "program/program_options.h"
+#include "program/common_options.h"
 
 #include <memory>
 #include <string>

@@ -1,8 +1,8 @@
 #include "cli/commands.h"
 
-#include "cli/job_query.h"
+#include "cli/job_terms.h"
 #include "cli/json_members.h"
-#include "platform/one_line.h"
+#include "model/text.h"
 #include "program/busy_notice.h"
 #include "store/job_deletion.h"
 

@@ -1,10 +1,9 @@
 #include "cli/commands.h"
 
-#include "cli/job_query.h"
 #include "cli/job_terms.h"
 #include "cli/json_members.h"
 #include "cli/json_writer.h"
-#include "platform/one_line.h"
+#include "model/text.h"
 #include "store/job_list.h"
 
 #include <algorithm>

@@ -4,7 +4,6 @@
 #include "model/text.h"
 #include "program/program_error.h"
 #include "store/entry_objects.h"
-#include "store/new_job_key.h"
 #include "store/staging_writer.h"
 
 #include <type_traits>

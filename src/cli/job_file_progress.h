@@ -1,8 +1,8 @@
 // The progress and messages of a job-file command.
 #pragma once
 
+#include "cli/command.h"
 #include "cli/json_writer.h"
-#include "cli/output.h"
 #include "cli/progress_bar.h"
 #include "store/job_file_report.h"
 

@@ -3,7 +3,7 @@
 #include "cli/job_terms.h"
 #include "cli/json_writer.h"
 #include "cli/terminal_text.h"
-#include "platform/whole_number.h"
+#include "platform/value.h"
 
 namespace qx::cli {
 namespace {

@@ -1,5 +1,4 @@
 // The program: arguments to command, exceptions to exit status.
-#include "adapters/system/absent_job_view.h"
 #include "adapters/system/console_desktop.h"
 #include "adapters/system/stream_diagnostics.h"
 #include "cli/command_line.h"
@@ -7,7 +6,7 @@
 #include "cli/json_writer.h"
 #include "cli/out_of_memory.h"
 #include "composition/composition.h"
-#include "platform/one_line.h"
+#include "model/text.h"
 #include "program/version.h"
 
 #include <exception>

@@ -4,7 +4,7 @@
 #include "cli/terminal_text.h"
 #include "engine/findings.h"
 #include "engine/hints.h"
-#include "platform/one_line.h"
+#include "model/text.h"
 #include "rules/dates.h"
 
 #include <algorithm>
@@ -64,9 +64,8 @@ void writeJson(std::ostream& output, Connection& connection, const std::vector<s
 /// The hints among the lines of an information text, of which only the first has a column.
 void writeHints(std::ostream& output, std::string_view info) {
   while (!info.empty()) {
-    const std::string_view line = info.substr(0, info.find('\n'));
+    const std::string_view line = takeLine(info);
     if (line.starts_with(hintMark)) output << "  " << oneLine(line) << '\n';
-    info.remove_prefix(std::min(line.size() + 1, info.size()));
   }
 }
 

@@ -2,7 +2,6 @@
 
 #include "cli/json_members.h"
 #include "cli/terminal_text.h"
-#include "platform/one_line.h"
 
 namespace qx::cli {
 namespace {

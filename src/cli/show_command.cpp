@@ -1,13 +1,12 @@
 #include "cli/commands.h"
 
-#include "cli/job_query.h"
 #include "cli/job_terms.h"
 #include "cli/json_members.h"
 #include "cli/json_writer.h"
 #include "cli/terminal_text.h"
 #include "model/german_text.h"
-#include "platform/one_line.h"
-#include "platform/whole_number.h"
+#include "model/text.h"
+#include "platform/value.h"
 
 namespace qx::cli {
 namespace {

@@ -3,7 +3,7 @@
 #include "cli/job_terms.h"
 #include "cli/json_writer.h"
 #include "cli/stage_reader.h"
-#include "platform/one_line.h"
+#include "model/text.h"
 #include "program/busy_notice.h"
 
 #include <memory>

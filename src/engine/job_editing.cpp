@@ -1,9 +1,7 @@
 #include "engine/job_editing.h"
 
 #include "engine/contract_check.h"
-#include "platform/trapped.h"
-#include "platform/whole_number.h"
-#include "rules/active_connection.h"
+#include "platform/failure.h"
 
 #include <algorithm>
 #include <array>

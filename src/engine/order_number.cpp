@@ -1,9 +1,7 @@
 #include "engine/order_number.h"
 
 #include "engine/order_failure.h"
-#include "engine/order_texts.h"
 #include "model/text.h"
-#include "platform/whole_number.h"
 
 #include <string>
 

@@ -1,7 +1,6 @@
 #include "erp/standalone_session.h"
 
 #include "erp/number_range.h"
-#include "platform/whole_number.h"
 
 #include <array>
 #include <stdexcept>

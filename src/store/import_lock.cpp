@@ -1,10 +1,7 @@
 #include "store/import_lock.h"
 
 #include "model/text.h"
-#include "platform/german_cause.h"
-#include "platform/show_message.h"
-#include "platform/trapped.h"
-#include "rules/active_connection.h"
+#include "platform/failure.h"
 
 namespace qx {
 namespace {

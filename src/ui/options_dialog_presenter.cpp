@@ -1,8 +1,7 @@
 #include "ui/options_dialog_presenter.h"
 
 #include "model/german_text.h"
-#include "platform/german_cause.h"
-#include "platform/show_message.h"
+#include "platform/failure.h"
 
 #include <algorithm>
 #include <array>

@@ -2,10 +2,10 @@
 // The pages hold them between "<!-- list: NAME -->" and "<!-- end -->".
 #include "engine/finding_terms.h"
 #include "erp/lookups/lookup_sources.h"
-#include "erp/schema_lists.h"
+#include "erp/schema_table.h"
 #include "model/entry_records.h"
 #include "model/import_job.h"
-#include "platform/one_line.h"
+#include "model/text.h"
 #include "settings/options.h"
 #include "store/job_lines.h"
 #include "store/version1_rows.h"

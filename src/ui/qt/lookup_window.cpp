@@ -1,6 +1,6 @@
 #include "ui/qt/lookup_window.h"
 
-#include "platform/german_cause.h"
+#include "platform/failure.h"
 #include "settings/settings.h"
 #include "ui/qt/text.h"
 

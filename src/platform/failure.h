@@ -1,4 +1,4 @@
-// Runs a step and keeps its failure from the caller.
+// Failures: how they are kept from the caller, and what they are called.
 #pragma once
 
 #include "platform/database_error.h"
@@ -7,6 +7,7 @@
 #include <exception>
 #include <functional>
 #include <new>
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -51,5 +52,12 @@ template <class Step>
 bool trapped(Diagnostics& diagnostics, const Trap& trap, Step&& step) {
   return trapped(diagnostics, trap, std::forward<Step>(step), [](const std::exception&) {});
 }
+
+/// A German sentence for the clerk; the component's own texts are German already and stay as they are. The
+/// database's or system's own words are for the diagnostics.
+std::string germanCause(const std::exception& error);
+
+/// In English and as raised, but readable also for failures of the C++ runtime.
+std::string plainCause(const std::exception& error);
 
 } // namespace qx

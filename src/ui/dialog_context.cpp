@@ -1,6 +1,6 @@
-#include "ui/database_wait.h"
+#include "ui/dialog_context.h"
 
-#include "platform/trapped.h"
+#include "platform/failure.h"
 
 namespace qx {
 

@@ -1,10 +1,7 @@
-#include "engine/order_values.h"
-
 #include "engine/order_failure.h"
-#include "engine/order_texts.h"
+
 #include "model/german_text.h"
 #include "model/money.h"
-#include "platform/whole_number.h"
 
 namespace qx {
 namespace {

@@ -1,4 +1,4 @@
-// Keys from the system's random numbers.
+// Time and keys from the operating system.
 #pragma once
 
 #include "platform/system.h"
@@ -10,6 +10,15 @@
 #include <utility>
 
 namespace qx {
+
+/// Local date and time of day, and a steady clock for spans.
+class SystemClock final : public Clock {
+public:
+  /// Raises `std::runtime_error` when the system cannot convert its time to local time.
+  DateTime now() override;
+  std::chrono::milliseconds elapsed() override;
+  void sleep(std::chrono::milliseconds span) override;
+};
 
 /// Fills the bytes with random ones; false when the system cannot provide them.
 using RandomBytes = std::function<bool(std::span<std::uint8_t>)>;

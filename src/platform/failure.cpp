@@ -1,4 +1,4 @@
-#include "platform/german_cause.h"
+#include "platform/failure.h"
 
 #include "platform/database_error.h"
 

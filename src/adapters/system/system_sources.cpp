@@ -1,9 +1,12 @@
-#include "adapters/system/random_guid_source.h"
+#include "adapters/system/system_sources.h"
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <ctime>
+#include <stdexcept>
 #include <sys/random.h>
+#include <thread>
 
 namespace qx {
 namespace {
@@ -15,6 +18,26 @@ std::uint32_t bigEndian(std::span<const std::uint8_t> bytes) {
 }
 
 } // namespace
+
+DateTime SystemClock::now() {
+  const std::time_t seconds = std::chrono::system_clock::to_time_t(std::chrono::system_clock::now());
+  std::tm local{};
+  if (localtime_r(&seconds, &local) == nullptr)
+    throw std::runtime_error("the local time cannot be determined");
+  constexpr int firstYear = 1900;
+  // A leap second (60) becomes second 59.
+  constexpr int lastSecond = 59;
+  return {makeDate(firstYear + local.tm_year, static_cast<unsigned>(local.tm_mon) + 1,
+                   static_cast<unsigned>(local.tm_mday)),
+          local.tm_hour, local.tm_min, std::min(local.tm_sec, lastSecond)};
+}
+
+std::chrono::milliseconds SystemClock::elapsed() {
+  return std::chrono::duration_cast<std::chrono::milliseconds>(
+      std::chrono::steady_clock::now().time_since_epoch());
+}
+
+void SystemClock::sleep(std::chrono::milliseconds span) { std::this_thread::sleep_for(span); }
 
 bool systemRandomBytes(std::span<std::uint8_t> bytes) {
   while (!bytes.empty()) {

@@ -1,13 +1,34 @@
-#include "erp/sales_prices.h"
+#include "erp/prices.h"
 
-#include "erp/staged_discounts.h"
-
+#include <algorithm>
 #include <array>
 #include <stdexcept>
 #include <utility>
 
 namespace qx::erp {
 namespace {
+
+/// An amount takes the sign of its base: nothing is deducted from a line worth 0, and never more than
+/// remains. A negative amount increases the line.
+double amountOff(double value, double amount, double left) {
+  if (amount == 0) return 0;
+  const double sign = amount < 0 ? -1 : 1;
+  return sign * std::min(value, std::max(left * sign, 0.0));
+}
+
+double total(const StagedDiscounts& discounts, double amount, bool withAmounts) {
+  const bool inTurn = !equalCodes(discounts.kind, addedUp);
+  double sum = 0;
+  for (std::size_t i = 0; i < discounts.values.size(); ++i) {
+    const double value = discounts.values[i];
+    if (equalCodes(discounts.marks[i], amountDiscount)) {
+      if (withAmounts) sum += amountOff(value, amount, amount - sum);
+    } else {
+      sum += (inTurn ? amount - sum : amount) * value / 100;
+    }
+  }
+  return sum;
+}
 
 constexpr std::size_t levels = 3;
 constexpr std::array<std::string_view, levels> sources{"Kundenpreis", "Preisliste", "Grundpreis"};
@@ -38,7 +59,23 @@ SalesPrice salesPrice(Recordset& row, const UnitPrice& converted) {
   return price;
 }
 
+PurchasePrice purchasePrice(Recordset& row, const UnitPrice& converted) {
+  PurchasePrice price;
+  price.price = converted.price;
+  price.priceUnit = converted.priceUnit;
+  price.discountKind = row.text("EKRabattart");
+  price.discounts = {numberIn(row, "EKRabatt1"), numberIn(row, "EKRabatt2"), numberIn(row, "EKRabatt3")};
+  price.discount = discountRate({price.discountKind, {}, price.discounts});
+  return price;
+}
+
 } // namespace
+
+double discountAmount(const StagedDiscounts& discounts, double amount) {
+  return total(discounts, amount, true);
+}
+
+double discountRate(const StagedDiscounts& discounts) { return total(discounts, 100, false); }
 
 void SalesPrices::setConnection(Connection& connection) {
   connection_ = &connection;
@@ -96,6 +133,24 @@ std::string SalesPrices::priceListOf(std::string_view customer) {
   const auto rows = database().open(
       sql("Select Preisliste From Kundenstamm Where Kundennummer = '"_sql, value(customer), "'"_sql));
   return rows->eof() ? std::string() : rows->text("Preisliste");
+}
+
+std::optional<PurchasePrice> PurchasePrices::find(const PurchasePriceQuestion& question) {
+  const auto rows = connection_.open(sql("Select * From Einkaufspreise Where Artikelnummer = '"_sql,
+                                         value(question.article), "' And Lieferantennummer = '"_sql,
+                                         value(question.supplier), "'"_sql));
+  std::vector<PriceStep> steps;
+  for (std::size_t i = 0; !rows->eof(); rows->moveNext(), ++i) {
+    const UnitPrice stated{numberIn(*rows, "EKPreis"), 0, numberIn(*rows, "EKPreiseinheit", 1)};
+    const auto from = dates_.validFrom(question.article, rows->text("GueltigAb"));
+    if (from && stated.priceUnit != 0)
+      steps.push_back({i, rows->text("Mengeneinheit"), numberIn(*rows, "Menge"), *from, stated});
+  }
+  const auto chosen =
+      choosePrice(steps, {question.article, question.quantity, question.unit, question.date}, conversions_);
+  if (!chosen) return std::nullopt;
+  rows->moveTo(chosen->row);
+  return purchasePrice(*rows, chosen->price);
 }
 
 } // namespace qx::erp

@@ -1,6 +1,6 @@
-#include "platform/show_message.h"
+#include "platform/environment.h"
 
-#include "platform/trapped.h"
+#include "platform/failure.h"
 
 namespace qx {
 
