@@ -26,9 +26,7 @@ public:
     declareJobFiles();
     declareSettings();
     declareMaintenance();
-    const auto [viewVerb, view] = verb<ViewCommand>(app_, "view", "Open the window");
-    viewVerb->add_option("FILE", view->arguments.file, "Job file to import once it is open");
-    view_ = view;
+    declareView();
   }
 
   Invocation parse(int count, const char* const* arguments) {
@@ -174,6 +172,12 @@ private:
 
     verb<UpgradeCommand>(app_, "upgrade",
                          "Bring the database of an earlier program to the version of this one");
+  }
+
+  void declareView() {
+    const auto [viewVerb, view] = verb<ViewCommand>(app_, "view", "Open the window");
+    viewVerb->add_option("FILE", view->arguments.file, "Job file to import once it is open");
+    view_ = view;
   }
 
   CLI::App app_;

@@ -119,8 +119,6 @@ protected:
   ExitCode work(const CommandContext& context) override;
 
 private:
-  ExitCode runLocked(const CommandContext& context) const;
-
   qxProcessState selection_ = qxProcessState::ProcessAll;
   std::chrono::seconds lockWait_{0};
 };

@@ -3,7 +3,7 @@
 #include "platform/failure.h"
 #include "store/job_file_line.h"
 #include "store/job_file_target.h"
-#include "store/job_file_writer.h"
+#include "store/job_file_text.h"
 #include "store/job_lines.h"
 
 #include <memory>

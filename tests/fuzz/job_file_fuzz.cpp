@@ -2,7 +2,7 @@
 #include "rules/scrambler.h"
 #include "store/job_file_banner.h"
 #include "store/job_file_record.h"
-#include "store/job_file_writer.h"
+#include "store/job_file_text.h"
 #include "store/job_lines.h"
 #include "store/record_store.h"
 

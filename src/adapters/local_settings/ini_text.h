@@ -8,6 +8,14 @@
 
 namespace qx {
 
+/// The text with everything that the file format would change ("%", ";", "#", "=", quotes, brackets, "/",
+/// backslash, control characters, blanks at either end) as "%" and two hexadecimal digits. Umlauts and inner
+/// blanks stay readable.
+std::string encodeSetting(std::string_view text);
+
+/// Reverses `encodeSetting`. A "%" without two hexadecimal digits after it is literal.
+std::string decodeSetting(std::string_view text);
+
 /// The differences between the two kinds of files.
 struct IniRules {
   std::string_view commentMarks;                        ///< a line that begins with one of them is a comment
