@@ -1,11 +1,10 @@
-#include "cli/check_command.h"
+#include "cli/commands.h"
 
-#include "cli/findings_json.h"
-#include "cli/job_query.h"
 #include "cli/job_terms.h"
+#include "cli/json_members.h"
 #include "cli/json_writer.h"
 #include "engine/job_check.h"
-#include "platform/one_line.h"
+#include "model/text.h"
 
 #include <algorithm>
 #include <functional>

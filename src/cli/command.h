@@ -1,14 +1,23 @@
-// The base classes of the program's commands.
+// The base classes of the program's commands, and where they write.
 #pragma once
 
-#include "cli/output.h"
 #include "engine/import_job_object2.h"
 #include "program/installation.h"
 #include "program/program_error.h"
 
+#include <ostream>
+
 namespace qx::cli {
 
-/// One verb of the program. Its public members are its arguments.
+/// The result goes to standard output, messages to standard error; control characters are removed from both.
+struct Output {
+  std::ostream& result;
+  std::ostream& messages;
+  std::ostream& terminal; ///< standard error as it is, for a progress bar that moves the cursor
+  bool json = false;      ///< the result is one JSON document
+};
+
+/// One verb of the program.
 class Command {
 public:
   virtual ~Command() = default;

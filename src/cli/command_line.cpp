@@ -1,21 +1,6 @@
 #include "cli/command_line.h"
 
-#include "cli/backup_command.h"
-#include "cli/check_command.h"
-#include "cli/delete_command.h"
-#include "cli/explain_command.h"
-#include "cli/init_command.h"
-#include "cli/job_file_command.h"
-#include "cli/list_command.h"
-#include "cli/lock_command.h"
-#include "cli/process_command.h"
-#include "cli/protocol_command.h"
-#include "cli/release_command.h"
-#include "cli/settings_command.h"
-#include "cli/show_command.h"
-#include "cli/stage_command.h"
-#include "cli/upgrade_command.h"
-#include "cli/view_command.h"
+#include "cli/commands.h"
 #include "program/common_options.h"
 
 #include <CLI/CLI.hpp>
@@ -41,8 +26,7 @@ public:
     declareJobFiles();
     declareSettings();
     declareMaintenance();
-    verb(app_, "view", "Open the window", view_)
-        ->add_option("FILE", view_->arguments.file, "Job file to import once it is open");
+    declareView();
   }
 
   Invocation parse(int count, const char* const* arguments) {
@@ -66,14 +50,11 @@ public:
 
 private:
   template <class CommandType>
-  CLI::App* verb(CLI::App& parent, const char* name, const char* purpose, CommandType*& command) {
-    auto made = std::make_unique<CommandType>();
-    command = made.get();
+  std::pair<CLI::App*, CommandType*> verb(CLI::App& parent, const char* name, const char* purpose) {
+    auto command = std::make_shared<CommandType>();
     CLI::App* verb = parent.add_subcommand(name, purpose);
-    commands_.push_back(std::move(made));
-    const std::size_t index = commands_.size() - 1;
-    verb->callback([this, index] { chosen_ = std::move(commands_[index]); });
-    return verb;
+    verb->callback([this, command] { chosen_ = command; });
+    return {verb, command.get()};
   }
 
   void declareOptions() {
@@ -82,18 +63,15 @@ private:
   }
 
   void declareJobCommands() {
-    InitCommand* init = nullptr;
-    CLI::App* initVerb = verb(app_, "init", "Create the database", init);
+    const auto [initVerb, init] = verb<InitCommand>(app_, "init", "Create the database");
     initVerb->add_flag("--demo", init->demo, "Fill it with a demo company and its jobs");
     initVerb->add_flag("--shared", init->shared, "Let the group of its owner use it, not the owner alone");
 
-    StageCommand* stage = nullptr;
-    CLI::App* stageVerb = verb(app_, "stage", "Stage jobs from a JSON file", stage);
+    const auto [stageVerb, stage] = verb<StageCommand>(app_, "stage", "Stage jobs from a JSON file");
     stageVerb->add_option("FILE", stage->file, "File of jobs, - for standard input")->required();
     stageVerb->add_flag("--again", stage->again, "Stage done jobs again");
 
-    ListCommand* list = nullptr;
-    CLI::App* listVerb = verb(app_, "list", "List jobs, oldest first", list);
+    const auto [listVerb, list] = verb<ListCommand>(app_, "list", "List jobs, oldest first");
     listVerb->add_option("--state", list->states, "waiting, warning, error or done; may be repeated")
         ->expected(1)
         ->take_all();
@@ -102,82 +80,69 @@ private:
         ->take_all();
     listVerb->add_option("--limit", list->limit, "Only the first N jobs");
 
-    ShowCommand* show = nullptr;
-    verb(app_, "show", "Show one job with positions and findings", show)
-        ->add_option("JOBID", show->jobId, "Key of the job")
-        ->required();
+    const auto [showVerb, show] = verb<ShowCommand>(app_, "show", "Show one job with positions and findings");
+    showVerb->add_option("JOBID", show->jobId, "Key of the job")->required();
 
-    CheckCommand* check = nullptr;
-    verb(app_, "check", "Check jobs without writing anything", check)
-        ->add_option("JOBID", check->jobIds, "Keys of jobs; default: all waiting jobs");
+    const auto [checkVerb, check] = verb<CheckCommand>(app_, "check", "Check jobs without writing anything");
+    checkVerb->add_option("JOBID", check->jobIds, "Keys of jobs; default: all waiting jobs");
 
-    ExplainCommand* explain = nullptr;
-    verb(app_, "explain", "Explain a finding, or the findings of a job", explain)
-        ->add_option("SUBJECT", explain->subject, "Code or text of a finding, or key of a job")
+    const auto [explainVerb, explain] =
+        verb<ExplainCommand>(app_, "explain", "Explain a finding, or the findings of a job");
+    explainVerb->add_option("SUBJECT", explain->subject, "Code or text of a finding, or key of a job")
         ->required();
 
     declareDeletion();
   }
 
   void declareDeletion() {
-    DeleteCommand* remove = nullptr;
-    CLI::App* deleteVerb = verb(app_, "delete", "Delete jobs", remove);
+    const auto [deleteVerb, remove] = verb<DeleteCommand>(app_, "delete", "Delete jobs");
     deleteVerb->add_option("JOBID", remove->jobIds, "Keys of jobs")->required();
     deleteVerb->add_flag("--with-contracts", remove->withContracts,
                          "Delete the customer's contract jobs with a customer job");
 
-    PurgeCommand* purge = nullptr;
-    verb(app_, "purge", "Delete done jobs", purge)
-        ->add_option("--before", purge->before, "Only those received before this day, dd.mm.yyyy");
+    const auto [purgeVerb, purge] = verb<PurgeCommand>(app_, "purge", "Delete done jobs");
+    purgeVerb->add_option("--before", purge->before, "Only those received before this day, dd.mm.yyyy");
   }
 
   void declareRunCommands() {
-    ProcessCommand* process = nullptr;
-    CLI::App* processVerb = verb(app_, "process", "Process the waiting jobs", process);
+    const auto [processVerb, process] = verb<ProcessCommand>(app_, "process", "Process the waiting jobs");
     processVerb->add_option("--select", process->select, "alle, kunden, verträge, aufträge or zubehör")
         ->capture_default_str();
     processVerb->add_flag("--unevaluated", process->unevaluated, "Skip the automatic check");
     processVerb->add_flag("--wait{forever}", process->wait,
                           "Wait for the lock, for no longer than TIME: --wait=90s, =5min, =2h");
 
-    ReleaseCommand* release = nullptr;
-    CLI::App* releaseVerb =
-        verb(app_, "release", "Release jobs with warnings or errors for the next run", release);
+    const auto [releaseVerb, release] =
+        verb<ReleaseCommand>(app_, "release", "Release jobs with warnings or errors for the next run");
     releaseVerb->add_option("JOBID", release->jobIds, "Keys of jobs");
     releaseVerb->add_flag("--all-warnings", release->allWarnings, "All jobs with warnings");
 
-    ProtocolCommand* protocol = nullptr;
-    verb(app_, "protocol", "Print the protocol of the day given by --date, or today's", protocol);
+    verb<ProtocolCommand>(app_, "protocol", "Print the protocol of the day given by --date, or today's");
 
     CLI::App* lock = app_.add_subcommand("lock", "The single-user lock");
     lock->require_subcommand(1);
-    LockShowCommand* lockShow = nullptr;
-    verb(*lock, "show", "Show who holds the lock", lockShow);
-    LockReleaseCommand* lockRelease = nullptr;
-    verb(*lock, "release", "Remove the lock, whoever holds it", lockRelease);
+    verb<LockShowCommand>(*lock, "show", "Show who holds the lock");
+    verb<LockReleaseCommand>(*lock, "release", "Remove the lock, whoever holds it");
   }
 
   void declareJobFiles() {
-    ImportCommand* importing = nullptr;
-    CLI::App* importVerb = verb(app_, "import", "Stage the jobs of a job file", importing);
+    const auto [importVerb, importing] = verb<ImportCommand>(app_, "import", "Stage the jobs of a job file");
     importVerb->add_option("FILE", importing->file, "Job file, plain or scrambled, - for standard input")
         ->required();
     importVerb->add_flag("--version1", importing->version1, "The file has version 1");
 
-    ExportCommand* exporting = nullptr;
-    CLI::App* exportVerb = verb(app_, "export", "Write all jobs to a job file", exporting);
+    const auto [exportVerb, exporting] = verb<ExportCommand>(app_, "export", "Write all jobs to a job file");
     exportVerb->add_option("FILE", exporting->file, "File to write, - for standard output")->required();
     exportVerb->add_flag("--version1", exporting->version1, "Write version 1");
 
-    ScrambleCommand* scramble = nullptr;
-    CLI::App* scrambleVerb =
-        verb(app_, "scramble", "Scramble a job file with the code tables of this installation", scramble);
+    const auto [scrambleVerb, scramble] = verb<ScrambleCommand>(
+        app_, "scramble", "Scramble a job file with the code tables of this installation");
     scrambleVerb->add_option("FILE", scramble->file, "Plain job file, - for standard input")->required();
     scrambleVerb->add_option("OUT", scramble->target, "File to write, - for standard output")->required();
 
-    UnscrambleCommand* unscramble = nullptr;
-    CLI::App* unscrambleVerb =
-        verb(app_, "unscramble", "Turn a scrambled job file into a plain one", unscramble);
+    const auto [unscrambleVerb, unscramble] =
+        verb<ScrambleCommand>(app_, "unscramble", "Turn a scrambled job file into a plain one");
+    unscramble->scrambling = Scrambling::Unscramble;
     unscrambleVerb->add_option("FILE", unscramble->file, "Scrambled job file, - for standard input")
         ->required();
     unscrambleVerb->add_option("OUT", unscramble->target, "File to write, - for standard output")->required();
@@ -186,17 +151,14 @@ private:
   void declareSettings() {
     CLI::App* settings = app_.add_subcommand("settings", "Options");
     settings->require_subcommand(1);
-    SettingsListCommand* list = nullptr;
-    verb(*settings, "list", "List all options", list);
+    verb<SettingsListCommand>(*settings, "list", "List all options");
 
-    SettingsGetCommand* get = nullptr;
-    CLI::App* getVerb = verb(*settings, "get", "Print one option", get);
+    const auto [getVerb, get] = verb<SettingsGetCommand>(*settings, "get", "Print one option");
     getVerb->add_option("SECTION", get->section, "Section, for example ImportJob2")->required();
     getVerb->add_option("KEY", get->key, "Key")->required();
     getVerb->add_flag("--local", get->local, "From the user's own store");
 
-    SettingsSetCommand* set = nullptr;
-    CLI::App* setVerb = verb(*settings, "set", "Write one option", set);
+    const auto [setVerb, set] = verb<SettingsSetCommand>(*settings, "set", "Write one option");
     setVerb->add_option("SECTION", set->section, "Section, for example ImportJob2")->required();
     setVerb->add_option("KEY", set->key, "Key")->required();
     setVerb->add_option("VALUE", set->value, "New value, may be empty")->required();
@@ -204,20 +166,24 @@ private:
   }
 
   void declareMaintenance() {
-    BackupCommand* backup = nullptr;
-    CLI::App* backupVerb = verb(app_, "backup", "Copy the database to a file", backup);
+    const auto [backupVerb, backup] = verb<BackupCommand>(app_, "backup", "Copy the database to a file");
     backupVerb->add_option("FILE", backup->file, "File to write, which must not exist")->required();
     backupVerb->add_flag("--replace", backup->replace, "Replace the file when it exists");
 
-    UpgradeCommand* upgrade = nullptr;
-    verb(app_, "upgrade", "Bring the database of an earlier program to the version of this one", upgrade);
+    verb<UpgradeCommand>(app_, "upgrade",
+                         "Bring the database of an earlier program to the version of this one");
+  }
+
+  void declareView() {
+    const auto [viewVerb, view] = verb<ViewCommand>(app_, "view", "Open the window");
+    viewVerb->add_option("FILE", view->arguments.file, "Job file to import once it is open");
+    view_ = view;
   }
 
   CLI::App app_;
   ProgramOptions options_;
-  std::vector<std::unique_ptr<Command>> commands_;
   ViewCommand* view_ = nullptr; ///< the one command that passes the options on
-  std::unique_ptr<Command> chosen_;
+  std::shared_ptr<Command> chosen_;
 };
 
 } // namespace

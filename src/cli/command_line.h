@@ -2,7 +2,7 @@
 #pragma once
 
 #include "cli/command.h"
-#include "program/program_options.h"
+#include "program/common_options.h"
 
 #include <memory>
 #include <string>
@@ -13,7 +13,7 @@ namespace qx::cli {
 /// The requested command. Without one, `text` is printed: help or the version.
 struct Invocation {
   ProgramOptions options;
-  std::unique_ptr<Command> command;
+  std::shared_ptr<Command> command;
   std::string text;
 };
 

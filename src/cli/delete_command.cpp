@@ -1,8 +1,8 @@
-#include "cli/delete_command.h"
+#include "cli/commands.h"
 
-#include "cli/job_query.h"
-#include "cli/json_writer.h"
-#include "platform/one_line.h"
+#include "cli/job_terms.h"
+#include "cli/json_members.h"
+#include "model/text.h"
 #include "program/busy_notice.h"
 #include "store/job_deletion.h"
 
@@ -19,14 +19,6 @@ ExitCode end(const Output& output, const JobDeletion& deletion) {
   return ExitCode::Failure;
 }
 
-void writeLeft(JsonWriter& json, const JobDeletion& deletion) {
-  if (deletion.left().empty()) return;
-  json.key("left").beginArray();
-  for (const auto& [jobId, reason] : deletion.left())
-    json.beginObject().key("JobID").text(jobId).key("Reason").text(reason).endObject();
-  json.endArray();
-}
-
 } // namespace
 
 ExitCode DeleteCommand::work(const CommandContext& context) {
@@ -38,7 +30,7 @@ ExitCode DeleteCommand::work(const CommandContext& context) {
   if (context.output.json) {
     JsonWriter json(context.output.result);
     json.beginObject().key("deleted").number(deletion.deletedHeaders());
-    writeLeft(json, deletion);
+    writeLeft(json, deletion.left());
     json.endObject().finish();
   } else {
     context.output.result << deletion.deletedHeaders() << " deleted\n";
@@ -66,7 +58,7 @@ ExitCode PurgeCommand::work(const CommandContext& context) {
     json.beginObject().key("deleted").number(deletion.deletedHeaders());
     json.key("undated").number(deletion.undatedJobs());
     json.key("refused").number(deletion.refusals());
-    writeLeft(json, deletion);
+    writeLeft(json, deletion.left());
     json.endObject().finish();
   } else {
     context.output.result << deletion.deletedHeaders() << " deleted\n";

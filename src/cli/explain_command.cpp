@@ -1,10 +1,9 @@
-#include "cli/explain_command.h"
+#include "cli/commands.h"
 
-#include "cli/findings_json.h"
-#include "cli/job_query.h"
 #include "cli/job_terms.h"
+#include "cli/json_members.h"
 #include "cli/json_writer.h"
-#include "platform/one_line.h"
+#include "model/text.h"
 #include "store/job_list.h"
 
 #include <algorithm>
@@ -41,27 +40,14 @@ void printRule(std::ostream& output, const RuleTerms& row) {
 
 void writeRules(JsonWriter& json, const std::vector<const RuleTerms*>& rules) {
   json.key("rules").beginArray();
-  for (const RuleTerms* row : rules)
-    json.beginObject()
-        .key("code")
-        .text(row->code)
-        .key("severity")
-        .number(static_cast<std::int64_t>(row->severity))
-        .key("text")
-        .text(row->run)
-        .key("dialogCode")
-        .text(row->dialog.code)
-        .key("dialogText")
-        .text(row->dialog.text)
-        .key("field")
-        .text(row->field)
-        .key("control")
-        .text(row->dialog.control)
-        .key("remedy")
-        .text(row->remedy)
-        .key("note")
-        .text(row->note)
-        .endObject();
+  for (const RuleTerms* row : rules) {
+    json.beginObject().key("code").text(row->code);
+    json.key("severity").number(static_cast<std::int64_t>(row->severity));
+    json.key("text").text(row->run);
+    json.key("dialogCode").text(row->dialog.code).key("dialogText").text(row->dialog.text);
+    json.key("field").text(row->field).key("control").text(row->dialog.control);
+    json.key("remedy").text(row->remedy).key("note").text(row->note).endObject();
+  }
   json.endArray();
 }
 

@@ -13,15 +13,22 @@ class HarmlessBuffer final : public std::streambuf {
 public:
   explicit HarmlessBuffer(std::streambuf* target) : target_(target) {}
 
+  /// Whether anything was forwarded.
+  bool used() const { return used_; }
+
 protected:
   int_type overflow(int_type character) override;
   std::streamsize xsputn(const char* text, std::streamsize length) override;
   int sync() override { return target_->pubsync(); }
 
 private:
-  bool put(const char* text, std::streamsize length) { return target_->sputn(text, length) == length; }
+  bool put(const char* text, std::streamsize length) {
+    used_ = used_ || length > 0;
+    return target_->sputn(text, length) == length;
+  }
 
   std::streambuf* target_;
+  bool used_ = false;
   /// Held back until the second byte arrives: U+0080 to U+009F begin with it and are control characters as
   /// well.
   bool held_ = false;
@@ -34,6 +41,9 @@ public:
     rdbuf(&buffer_);
     setf(target.flags() & std::ios::unitbuf);
   }
+
+  /// Whether anything was written to it.
+  bool used() const { return buffer_.used(); }
 
 private:
   HarmlessBuffer buffer_;

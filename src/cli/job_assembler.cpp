@@ -4,7 +4,7 @@
 #include "model/text.h"
 #include "program/program_error.h"
 #include "store/entry_objects.h"
-#include "store/new_job_key.h"
+#include "store/staging_writer.h"
 
 #include <type_traits>
 #include <utility>
@@ -23,6 +23,13 @@ Fields initial(const Fields& object) {
   return fields;
 }
 
+/// Sets the columns of a new row; those that the object does not mention become null.
+template <class Builder>
+void fill(RowValues& row, Builder& builder) {
+  setStaged(row, builder.record());
+  for (const ColumnName column : builder.unspoken()) row.set(column, Value::null());
+}
+
 ImportJobSubItem initialContractPosition() {
   ImportJobSubItem position;
   position.JobType = qxtJobTypeSubItem;
@@ -31,8 +38,8 @@ ImportJobSubItem initialContractPosition() {
 
 } // namespace
 
-JobAssembler::JobAssembler(Environment& environment, StagedRecords& records, std::string fileName)
-    : environment_(environment), records_(records), fileName_(std::move(fileName)),
+JobAssembler::JobAssembler(Environment& environment, BulkStaging& jobs, std::string fileName)
+    : environment_(environment), jobs_(jobs), fileName_(std::move(fileName)),
       kunde_(initial<KundeFields>(Kunde(environment))),
       vertrag_(initial<VertragFields>(Vertrag(environment))),
       auftrag_(initial<AuftragFields>(Auftrag(environment))),
@@ -185,7 +192,8 @@ void JobAssembler::finishPosition(Builder& builder, std::int16_t code) {
   if constexpr (std::is_same_v<std::decay_t<decltype(record)>, AuftragsPosFields>) completeOrderPosition();
   if (record.ChildID.empty()) record.ChildID = newJobKey(environment_);
   const std::int64_t line = builder.line("ChildID");
-  records_.add(record, line == 0 ? positionLine_ : line, builder.unspoken());
+  fill(jobs_.newPosition(), builder);
+  jobs_.addPosition(line == 0 ? positionLine_ : line);
 }
 
 /// An order position requires article and quantity; values that follow from them are optional.
@@ -237,9 +245,9 @@ void JobAssembler::finishJob(Builder& builder, std::int16_t code, std::int16_t o
            "a contract of a customer (JobType 40) has none; give their values as properties of the contract");
   record.JobID = checkedKey(std::move(record.JobID), builder.line("JobID"), "JobID", false);
   if (record.JobID.empty()) record.JobID = newJobKey(environment_);
-  const std::int64_t keyLine = builder.line("JobID");
-  const std::int64_t line = keyLine == 0 ? jobLine_ : keyLine;
-  records_.add(record, line, builder.unspoken());
+  const std::int64_t line = builder.line("JobID");
+  fill(jobs_.newJob(), builder);
+  jobs_.addJob(line == 0 ? jobLine_ : line);
 }
 
 std::string JobAssembler::checkedKey(std::string key, std::int64_t line, std::string_view field,

@@ -1,10 +1,10 @@
-// Assembles the objects of a file of jobs and passes on each finished record.
+// Assembles the objects of a file of jobs and passes on each finished record as a row.
 #pragma once
 
 #include "cli/object_builder.h"
-#include "cli/staged_records.h"
 #include "model/entry_records.h"
 #include "model/import_job.h"
+#include "platform/bulk_staging.h"
 #include "platform/environment.h"
 
 #include <cstdint>
@@ -20,7 +20,7 @@ namespace qx::cli {
 /// anything that cannot be staged.
 class JobAssembler {
 public:
-  JobAssembler(Environment& environment, StagedRecords& records, std::string fileName);
+  JobAssembler(Environment& environment, BulkStaging& jobs, std::string fileName);
 
   void beginJob(std::int64_t line);
   void property(StageProperty property);
@@ -56,7 +56,7 @@ private:
   std::string checkedKey(std::string key, std::int64_t line, std::string_view field, bool inPosition) const;
 
   Environment& environment_;
-  StagedRecords& records_;
+  BulkStaging& jobs_;
   std::string fileName_;
 
   ObjectBuilder<kundeFields, KundeFields> kunde_;

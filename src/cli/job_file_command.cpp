@@ -1,11 +1,10 @@
-#include "cli/job_file_command.h"
+#include "cli/commands.h"
 
 #include "cli/job_file_progress.h"
 #include "cli/text_source.h"
 #include "program/busy_notice.h"
 #include "store/job_file_export.h"
 #include "store/job_file_import.h"
-#include "store/job_file_scrambling.h"
 
 #include <filesystem>
 #include <memory>
@@ -69,8 +68,9 @@ std::optional<OpenFile> standardOutputFor(const std::string& file, const Output&
   return OpenFile{STDOUT_FILENO, "standard output"};
 }
 
-ExitCode change(const CommandContext& context, const std::string& file, const std::string& target,
-                Scrambling scrambling) {
+} // namespace
+
+ExitCode ScrambleCommand::work(const CommandContext& context) {
   const auto standardOutput = standardOutputFor(target, context.output);
   const JobFileSource source(file);
   JobFileProgress progress(context.output, scrambling == Scrambling::Scramble ? "scramble" : "unscramble");
@@ -92,8 +92,6 @@ ExitCode change(const CommandContext& context, const std::string& file, const st
         << report.lines << " lines written to " << (standardOutput ? standardOutput->name : target) << '\n';
   return ExitCode::Success;
 }
-
-} // namespace
 
 ExitCode ImportCommand::work(const CommandContext& context) {
   ImportPrinter printer(context.output);
@@ -134,9 +132,8 @@ ExitCode ExportCommand::work(const CommandContext& context) {
     json.beginObject().key("jobs").number(report.counts.jobs);
     json.key("positions").number(report.counts.positions);
     json.key("skipped").number(report.counts.skipped);
-    json.key("unreadable").number(report.counts.unreadable).key("unreadableJobs").beginArray();
-    for (const std::string& jobId : progress.unreadableJobs()) json.text(jobId);
-    json.endArray().endObject().finish();
+    json.key("unreadable").number(report.counts.unreadable);
+    json.key("unreadableJobs").texts(progress.unreadableJobs()).endObject().finish();
     return ExitCode::Success;
   }
   std::ostream& told = standardOutput ? context.output.messages : context.output.result;
@@ -147,14 +144,6 @@ ExitCode ExportCommand::work(const CommandContext& context) {
   told << report.counts.jobs << " jobs and " << report.counts.positions << " positions written to "
        << (standardOutput ? standardOutput->name : file) << ", " << report.counts.skipped << " skipped\n";
   return ExitCode::Success;
-}
-
-ExitCode ScrambleCommand::work(const CommandContext& context) {
-  return change(context, file, target, Scrambling::Scramble);
-}
-
-ExitCode UnscrambleCommand::work(const CommandContext& context) {
-  return change(context, file, target, Scrambling::Unscramble);
 }
 
 } // namespace qx::cli

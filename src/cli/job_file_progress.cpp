@@ -38,46 +38,45 @@ JsonWriter& ImportPrinter::beginLine(std::int64_t line, std::string_view result)
   return json_.key("result").text(result);
 }
 
-void ImportPrinter::skipped(std::int64_t line, std::string_view reason) {
-  if (output_.json) {
-    beginLine(line, "skipped").key("reason").text(reason).endObject();
-    return;
-  }
+std::ostream& ImportPrinter::textLine(std::int64_t line) {
   end();
-  output_.result << "line " << line << "  skipped: " << reason << '\n';
+  return output_.result << "line " << line << "  ";
+}
+
+void ImportPrinter::skipped(std::int64_t line, std::string_view reason) {
+  if (output_.json)
+    beginLine(line, "skipped").key("reason").text(reason).endObject();
+  else
+    textLine(line) << "skipped: " << reason << '\n';
 }
 
 void ImportPrinter::refused(std::int64_t line, std::string_view reason) {
-  if (output_.json) {
+  if (output_.json)
     beginLine(line, "refused").key("reason").text(reason).endObject();
-    return;
-  }
-  end();
-  output_.result << "line " << line << "  refused: " << reason << '\n';
+  else
+    textLine(line) << "refused: " << reason << '\n';
 }
 
 void ImportPrinter::setBack(std::int64_t line, std::string_view jobId) {
-  if (output_.json) {
+  if (output_.json)
     beginLine(line, "setBack").key("JobID").text(jobId).endObject();
-    return;
-  }
-  end();
-  output_.result << "line " << line << "  was done and is now waiting or parked: " << jobId << '\n';
+  else
+    textLine(line) << "was done and is now waiting or parked: " << jobId << '\n';
 }
 
 void ImportPrinter::withoutHeader(std::int64_t line, std::string_view jobId, std::string_view childId) {
-  if (output_.json) {
+  if (output_.json)
     beginLine(line, "withoutHeader").key("JobID").text(jobId).key("ChildID").text(childId).endObject();
-    return;
-  }
-  end();
-  output_.result << "line " << line << "  position " << childId << " without its job " << jobId << '\n';
+  else
+    textLine(line) << "position " << childId << " without its job " << jobId << '\n';
 }
 
 void ImportPrinter::finish(const JobFileReport& report) {
   end();
   if (!output_.json) {
-    finishText(report);
+    output_.result << report.counts.jobs << " jobs and " << report.counts.positions << " positions read, "
+                   << report.counts.skipped << " skipped, " << report.counts.refused << " refused\n"
+                   << std::flush;
     return;
   }
   beginDocument();
@@ -90,12 +89,6 @@ void ImportPrinter::finish(const JobFileReport& report) {
   json_.key("withoutHeader").number(report.counts.withoutHeader);
   if (report.end == JobFileEnd::Failed) json_.key("error").text(report.failure);
   json_.endObject().finish();
-}
-
-void ImportPrinter::finishText(const JobFileReport& report) {
-  output_.result << report.counts.jobs << " jobs and " << report.counts.positions << " positions read, "
-                 << report.counts.skipped << " skipped, " << report.counts.refused << " refused\n"
-                 << std::flush;
 }
 
 } // namespace qx::cli

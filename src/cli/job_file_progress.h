@@ -1,8 +1,8 @@
 // The progress and messages of a job-file command.
 #pragma once
 
+#include "cli/command.h"
 #include "cli/json_writer.h"
-#include "cli/output.h"
 #include "cli/progress_bar.h"
 #include "store/job_file_report.h"
 
@@ -54,8 +54,8 @@ public:
 
 private:
   JsonWriter& beginLine(std::int64_t line, std::string_view result);
+  std::ostream& textLine(std::int64_t line);
   void beginDocument();
-  void finishText(const JobFileReport& report);
 
   const Output& output_;
   JsonWriter json_;

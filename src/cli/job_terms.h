@@ -1,10 +1,14 @@
-// The names of the kinds and states of jobs on the command line and in the output.
+// The jobs that arguments name, and the names of kinds and states.
 #pragma once
 
 #include "model/job_codes.h"
+#include "platform/database.h"
 
+#include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace qx::cli {
 
@@ -26,7 +30,20 @@ std::string_view stateText(std::int16_t jobType);
 /// The kind of transaction as the protocol names it.
 std::string_view processText(std::int16_t jobType);
 
-/// How findings of this severity are called; a clean one is a hint.
-std::string_view severityWord(CheckStatus severity);
+/// What a command needs to know about a job before working on it.
+struct JobBrief {
+  std::string jobId;
+  std::int16_t jobType = 0;
+  std::string number; ///< by which the protocol names the job before it is written
+};
+
+/// From a row with `JobID`, `JobType`, `Kundennummer` and `Vertragsnummer`.
+JobBrief briefOf(Recordset& header);
+
+/// Null when no job has this key.
+std::optional<JobBrief> findJob(Connection& connection, std::string_view jobId);
+
+/// The jobs of these keys, in order and without duplicates. Raises `ProgramError` for an unknown key.
+std::vector<JobBrief> findJobs(Connection& connection, const std::vector<std::string>& jobIds);
 
 } // namespace qx::cli

@@ -103,6 +103,11 @@ JsonWriter& JsonWriter::value(const Value& column) {
   return text(column.text());
 }
 
+JsonWriter& JsonWriter::columns(Recordset& row, std::size_t count) {
+  for (std::size_t i = 0; i < count; ++i) key(row.fieldName(i)).value(row.value(i));
+  return *this;
+}
+
 void JsonWriter::finish() { output_ << '\n' << std::flush; }
 
 void JsonWriter::quote(std::string_view content) {

@@ -1,10 +1,11 @@
 // Writes one JSON document as a stream.
 #pragma once
 
-#include "platform/value.h"
+#include "platform/database.h"
 
 #include <cstdint>
 #include <ostream>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -27,8 +28,19 @@ public:
   JsonWriter& number(double content);
   JsonWriter& boolean(bool truth);
   JsonWriter& null();
+  /// Null for an empty text.
+  JsonWriter& textOrNull(std::string_view content) { return content.empty() ? null() : text(content); }
+  /// An array of texts.
+  template <class Texts>
+  JsonWriter& texts(const Texts& contents) {
+    beginArray();
+    for (const std::string& content : contents) text(content);
+    return endArray();
+  }
   /// A column's value with its own type.
   JsonWriter& value(const Value& column);
+  /// The first columns of a row as members.
+  JsonWriter& columns(Recordset& row, std::size_t count);
 
   /// Ends the line that holds the document.
   void finish();

@@ -1,72 +1,39 @@
-#include "cli/list_command.h"
+#include "cli/commands.h"
 
 #include "cli/job_terms.h"
 #include "cli/json_writer.h"
 #include "cli/terminal_text.h"
-#include "platform/whole_number.h"
+#include "platform/value.h"
 
 namespace qx::cli {
 namespace {
 
-class Rows {
-public:
-  virtual ~Rows() = default;
-  virtual void begin() = 0;
-  virtual void add(Recordset& row) = 0;
-  virtual void end() = 0;
-};
-
-class JsonRows final : public Rows {
-public:
-  explicit JsonRows(std::ostream& output) : json_(output) {}
-  void begin() override { json_.beginArray(); }
-  void add(Recordset& row) override {
-    json_.beginObject();
-    for (std::size_t i = 0; i < row.fieldCount(); ++i) json_.key(row.fieldName(i)).value(row.value(i));
-    json_.endObject();
-  }
-  void end() override { json_.endArray().finish(); }
-
-private:
-  JsonWriter json_;
-};
-
 /// Columns of fixed width, so that rows can be printed as they arrive.
-class TextRows final : public Rows {
-public:
-  explicit TextRows(std::ostream& output) : output_(output) {}
-  void begin() override {
-    line("Stand", "Vorgang", "Eingang", "Kunde", "JobID", "Name", "Betreff, Fehlertext");
-  }
-  void add(Recordset& row) override {
-    const auto jobType = jobCode(row.value("JobType"));
-    std::string remark = row.text("Betreff");
-    if (remark.empty()) remark = row.text("Fehlertext");
-    line(stateText(jobType), kindText(jobType), row.text("Eingangsdatum"), row.text("Kundennummer"),
-         row.text("JobID"), row.text("Bez1"), remark);
-  }
-  void end() override { output_ << std::flush; }
+std::string listLine(std::string_view state, std::string_view kind, std::string_view date,
+                     std::string_view customer, std::string_view jobId, std::string_view title,
+                     std::string_view remark) {
+  constexpr std::size_t stateWidth = 8;
+  constexpr std::size_t kindWidth = 13;
+  constexpr std::size_t shortWidth = 10;
+  constexpr std::size_t keyWidth = 32;
+  constexpr std::size_t textWidth = 24;
+  return tableLine({{state, stateWidth},
+                    {kind, kindWidth},
+                    {date, shortWidth},
+                    {customer, shortWidth},
+                    {jobId, keyWidth},
+                    {title, textWidth},
+                    {remark, 2 * textWidth}}) +
+         '\n';
+}
 
-private:
-  void line(std::string_view state, std::string_view kind, std::string_view date, std::string_view customer,
-            std::string_view jobId, std::string_view title, std::string_view remark) {
-    constexpr std::size_t stateWidth = 8;
-    constexpr std::size_t kindWidth = 13;
-    constexpr std::size_t shortWidth = 10;
-    constexpr std::size_t keyWidth = 32;
-    constexpr std::size_t textWidth = 24;
-    output_ << tableLine({{state, stateWidth},
-                          {kind, kindWidth},
-                          {date, shortWidth},
-                          {customer, shortWidth},
-                          {jobId, keyWidth},
-                          {title, textWidth},
-                          {remark, 2 * textWidth}})
-            << '\n';
-  }
-
-  std::ostream& output_;
-};
+std::string listLine(Recordset& row) {
+  const auto jobType = jobCode(row.value("JobType"));
+  std::string remark = row.text("Betreff");
+  if (remark.empty()) remark = row.text("Fehlertext");
+  return listLine(stateText(jobType), kindText(jobType), row.text("Eingangsdatum"), row.text("Kundennummer"),
+                  row.text("JobID"), row.text("Bez1"), remark);
+}
 
 } // namespace
 
@@ -111,15 +78,21 @@ Sql ListCommand::query() const {
 
 ExitCode ListCommand::work(const CommandContext& context) {
   const auto jobs = context.connection().openStream(query());
-  std::unique_ptr<Rows> rows;
+  std::ostream& output = context.output.result;
+  JsonWriter json(output);
   if (context.output.json)
-    rows = std::make_unique<JsonRows>(context.output.result);
+    json.beginArray();
   else
-    rows = std::make_unique<TextRows>(context.output.result);
-  rows->begin();
+    output << listLine("Stand", "Vorgang", "Eingang", "Kunde", "JobID", "Name", "Betreff, Fehlertext");
   for (std::int64_t count = 0; !jobs->eof() && (!limit || count < *limit); ++count, jobs->moveNext())
-    rows->add(*jobs);
-  rows->end();
+    if (context.output.json)
+      json.beginObject().columns(*jobs, jobs->fieldCount()).endObject();
+    else
+      output << listLine(*jobs);
+  if (context.output.json)
+    json.endArray().finish();
+  else
+    output << std::flush;
   return ExitCode::Success;
 }
 

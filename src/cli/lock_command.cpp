@@ -1,4 +1,4 @@
-#include "cli/lock_command.h"
+#include "cli/commands.h"
 
 #include "cli/json_writer.h"
 #include "program/busy_notice.h"
@@ -10,8 +10,7 @@ namespace {
 void writeJson(std::ostream& output, bool held, const std::optional<LockHolder>& holder) {
   const LockHolder shown = holder.value_or(LockHolder());
   JsonWriter json(output);
-  json.beginObject();
-  json.key("held").boolean(held);
+  json.beginObject().key("held").boolean(held);
   json.key("Benutzer").text(shown.Benutzer);
   json.key("SessionID").text(shown.SessionID);
   json.key("alive");

@@ -1,14 +1,12 @@
 // The program: arguments to command, exceptions to exit status.
-#include "adapters/system/absent_job_view.h"
 #include "adapters/system/console_desktop.h"
 #include "adapters/system/stream_diagnostics.h"
 #include "cli/command_line.h"
-#include "cli/counting_buffer.h"
 #include "cli/harmless_buffer.h"
 #include "cli/json_writer.h"
 #include "cli/out_of_memory.h"
 #include "composition/composition.h"
-#include "platform/one_line.h"
+#include "model/text.h"
 #include "program/version.h"
 
 #include <exception>
@@ -22,22 +20,15 @@ namespace {
 [[gnu::init_priority(101)]] const OutOfMemoryGuard outOfMemoryGuard;
 
 void reportAsJson(std::ostream& result, const ProgramError& error) {
-  const auto textOrNull = [](JsonWriter& json, const std::string& text) {
-    if (text.empty())
-      json.null();
-    else
-      json.text(text);
-  };
   JsonWriter json(result);
   json.beginObject().key("error").text(error.what());
-  textOrNull(json.key("file"), error.location().file);
+  json.key("file").textOrNull(error.location().file);
   json.key("line");
   if (error.location().line == 0)
     json.null();
   else
     json.number(error.location().line);
-  textOrNull(json.key("field"), error.location().field);
-  json.endObject().finish();
+  json.key("field").textOrNull(error.location().field).endObject().finish();
 }
 
 void printError(std::ostream& messages, const ProgramError& error) {
@@ -59,20 +50,18 @@ ExitCode execute(int count, const char* const* arguments, std::ostream& result, 
   ConsoleDesktop desktop(messages, diagnostics);
   AbsentJobView jobView(desktop);
   Composition composition(invocation.options, diagnostics, desktop, jobView);
-  const Output output{result, messages, std::cerr, invocation.options.json, invocation.options.verbose};
+  const Output output{result, messages, std::cerr, invocation.options.json};
   const ExitCode code = invocation.command->run(composition, output);
   if (!result.flush()) throw ProgramError(ExitCode::Failure, "standard output could not be written");
   return code;
 }
 
 ExitCode guarded(int count, const char* const* arguments) {
-  HarmlessStream standardOutput(std::cout);
+  HarmlessStream result(std::cout);
   HarmlessStream messages(std::cerr);
-  CountingBuffer buffer(standardOutput.rdbuf());
-  std::ostream result(&buffer);
   const auto end = [&](const ProgramError& error) {
     // A begun document cannot become an error document.
-    if (asksForJson(count, arguments) && !buffer.used())
+    if (asksForJson(count, arguments) && !result.used())
       reportAsJson(result, error);
     else
       printError(messages, error);

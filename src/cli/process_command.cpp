@@ -1,4 +1,4 @@
-#include "cli/process_command.h"
+#include "cli/commands.h"
 
 #include "cli/job_terms.h"
 #include "cli/progress_bar.h"
@@ -130,10 +130,6 @@ void ProcessCommand::prepare() {
 
 ExitCode ProcessCommand::work(const CommandContext& context) {
   const HeldLock lock(context, lockWait_);
-  return runLocked(context);
-}
-
-ExitCode ProcessCommand::runLocked(const CommandContext& context) const {
   ProgressBar bar(context.output.terminal, isatty(STDERR_FILENO) != 0);
   const Subscription subscription = context.engine.subscribe(bar);
   const auto printer = printerFor(context.output);

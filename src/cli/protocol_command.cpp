@@ -1,10 +1,10 @@
-#include "cli/protocol_command.h"
+#include "cli/commands.h"
 
 #include "cli/json_writer.h"
 #include "cli/terminal_text.h"
 #include "engine/findings.h"
 #include "engine/hints.h"
-#include "platform/one_line.h"
+#include "model/text.h"
 #include "rules/dates.h"
 
 #include <algorithm>
@@ -50,14 +50,8 @@ void forEachLine(Connection& connection, const std::vector<std::string>& ids,
 
 void writeJson(std::ostream& output, Connection& connection, const std::vector<std::string>& ids) {
   JsonWriter json(output);
-  json.beginObject().key("protocol");
-  if (ids.empty())
-    json.null();
-  else
-    json.text(ids.back());
-  json.key("protocols").beginArray();
-  for (const std::string& id : ids) json.text(id);
-  json.endArray().key("lines").beginArray();
+  json.beginObject().key("protocol").textOrNull(ids.empty() ? std::string() : ids.back());
+  json.key("protocols").texts(ids).key("lines").beginArray();
   forEachLine(connection, ids, [&](Recordset& line) {
     json.beginObject();
     for (const LineColumn& column : lineColumns) json.key(column.name).text(line.text(column.column));
@@ -70,9 +64,8 @@ void writeJson(std::ostream& output, Connection& connection, const std::vector<s
 /// The hints among the lines of an information text, of which only the first has a column.
 void writeHints(std::ostream& output, std::string_view info) {
   while (!info.empty()) {
-    const std::string_view line = info.substr(0, info.find('\n'));
+    const std::string_view line = takeLine(info);
     if (line.starts_with(hintMark)) output << "  " << oneLine(line) << '\n';
-    info.remove_prefix(std::min(line.size() + 1, info.size()));
   }
 }
 

@@ -1,9 +1,9 @@
-#include "cli/release_command.h"
+#include "cli/commands.h"
 
 #include "cli/job_terms.h"
 #include "cli/json_writer.h"
+#include "model/text.h"
 #include "platform/conflict_retry.h"
-#include "platform/one_line.h"
 #include "program/busy_notice.h"
 
 namespace qx::cli {
@@ -64,11 +64,8 @@ ExitCode ReleaseCommand::work(const CommandContext& context) {
     return ExitCode::Success;
   }
   JsonWriter json(context.output.result);
-  json.beginObject();
-  json.key("released").number(static_cast<std::int64_t>(keys.size()));
-  json.key("jobs").beginArray();
-  for (const std::string& key : keys) json.text(key);
-  json.endArray().endObject().finish();
+  json.beginObject().key("released").number(static_cast<std::int64_t>(keys.size()));
+  json.key("jobs").texts(keys).endObject().finish();
   return ExitCode::Success;
 }
 

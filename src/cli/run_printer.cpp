@@ -1,8 +1,7 @@
 #include "cli/run_printer.h"
 
-#include "cli/findings_json.h"
+#include "cli/json_members.h"
 #include "cli/terminal_text.h"
-#include "platform/one_line.h"
 
 namespace qx::cli {
 namespace {
@@ -77,16 +76,7 @@ void JsonRunPrinter::finish(const RunReport& report, std::chrono::milliseconds s
   json_.key("protocol").text(report.protocolId);
   json_.key("seconds").number(seconds(span));
   if (report.protocolErrors > 0) json_.key("protocolErrors").number(count(report.protocolErrors));
-  if (!report.left.empty()) {
-    json_.key("left").beginArray();
-    for (const auto& [jobId, reason] : report.left) {
-      json_.beginObject();
-      json_.key("JobID").text(jobId);
-      json_.key("Reason").text(reason);
-      json_.endObject();
-    }
-    json_.endArray();
-  }
+  writeLeft(json_, report.left);
   if (report.end == RunEnd::Stopped) {
     json_.key("stopped").boolean(true);
     json_.key("waiting").number(count(report.stillWaiting));

@@ -1,8 +1,8 @@
 // Prints the jobs of a run as they become durable.
 #pragma once
 
+#include "cli/command.h"
 #include "cli/json_writer.h"
-#include "cli/output.h"
 #include "engine/job_outcome.h"
 
 #include <chrono>

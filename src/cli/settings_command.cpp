@@ -1,4 +1,4 @@
-#include "cli/settings_command.h"
+#include "cli/commands.h"
 
 #include "cli/json_writer.h"
 #include "cli/terminal_text.h"

@@ -1,13 +1,12 @@
-#include "cli/show_command.h"
+#include "cli/commands.h"
 
-#include "cli/findings_json.h"
-#include "cli/job_query.h"
 #include "cli/job_terms.h"
+#include "cli/json_members.h"
 #include "cli/json_writer.h"
 #include "cli/terminal_text.h"
 #include "model/german_text.h"
-#include "platform/one_line.h"
-#include "platform/whole_number.h"
+#include "model/text.h"
+#include "platform/value.h"
 
 namespace qx::cli {
 namespace {
@@ -21,20 +20,12 @@ struct ShownJob {
 /// The last column of the positions only sorts them.
 std::size_t shownColumns(const Recordset& positions) { return positions.fieldCount() - 1; }
 
-void writeMembers(JsonWriter& json, Recordset& row, std::size_t count) {
-  for (std::size_t i = 0; i < count; ++i) json.key(row.fieldName(i)).value(row.value(i));
-}
-
 void writeJson(std::ostream& output, const ShownJob& job) {
   JsonWriter json(output);
-  json.beginObject();
-  writeMembers(json, job.header, job.header.fieldCount());
+  json.beginObject().columns(job.header, job.header.fieldCount());
   json.key("Positionen").beginArray();
-  for (; !job.positions.eof(); job.positions.moveNext()) {
-    json.beginObject();
-    writeMembers(json, job.positions, shownColumns(job.positions));
-    json.endObject();
-  }
+  for (; !job.positions.eof(); job.positions.moveNext())
+    json.beginObject().columns(job.positions, shownColumns(job.positions)).endObject();
   json.endArray();
   writeCheck(json, job.findings);
   json.endObject().finish();

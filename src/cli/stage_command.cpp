@@ -1,12 +1,11 @@
-#include "cli/stage_command.h"
+#include "cli/commands.h"
 
 #include "cli/job_terms.h"
 #include "cli/json_writer.h"
 #include "cli/stage_reader.h"
-#include "cli/staged_rows.h"
+#include "model/text.h"
 #include "platform/bulk_staging.h"
 #include "platform/conflict_retry.h"
-#include "platform/one_line.h"
 #include "program/busy_notice.h"
 
 #include <memory>
@@ -74,8 +73,7 @@ void writeText(const Output& output, BulkStaging& jobs) {
 ExitCode StageCommand::work(const CommandContext& context) {
   TextFile source(file);
   const std::unique_ptr<BulkStaging> jobs = context.connection().bulkStaging();
-  StagedRows rows(*jobs);
-  JobAssembler assembler(context.environment, rows, source.name());
+  JobAssembler assembler(context.environment, *jobs, source.name());
   jobs->begin();
   readJobs(source, assembler);
   if (const auto conflict = jobs->finish()) refuse(*conflict, source.name());

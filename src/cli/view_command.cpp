@@ -1,4 +1,4 @@
-#include "cli/view_command.h"
+#include "cli/commands.h"
 
 #include <cerrno>
 #include <cstring>

@@ -3,7 +3,6 @@
 #include "adapters/local_settings/ini_local_settings.h"
 #include "erp/base_data.h"
 #include "erp/demo_data.h"
-#include "erp/demo_jobs.h"
 #include "erp/schema.h"
 #include "erp/schema_upgrade.h"
 #include "program/program_error.h"

@@ -2,13 +2,12 @@
 #pragma once
 
 #include "adapters/local_settings/profile_ini_file.h"
-#include "adapters/system/random_guid_source.h"
-#include "adapters/system/system_clock.h"
+#include "adapters/system/system_sources.h"
 #include "composition/database_drivers.h"
 #include "erp/process_identity.h"
 #include "erp/standalone_erp.h"
+#include "program/common_options.h"
 #include "program/installation.h"
-#include "program/program_options.h"
 
 #include <filesystem>
 #include <functional>

@@ -2,7 +2,7 @@
 
 #include "engine/section_runner.h"
 #include "model/german_text.h"
-#include "platform/trapped.h"
+#include "platform/failure.h"
 
 #include <algorithm>
 

@@ -1,8 +1,6 @@
 #include "engine/contract_check.h"
 
 #include "engine/job_row.h"
-#include "platform/whole_number.h"
-#include "rules/active_connection.h"
 
 namespace qx {
 namespace {

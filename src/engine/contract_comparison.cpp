@@ -1,10 +1,9 @@
 #include "engine/contract_check.h"
 
 #include "platform/conflict_retry.h"
-#include "platform/whole_number.h"
-#include "rules/active_connection.h"
+#include "platform/environment.h"
 #include "rules/dates.h"
-#include "store/new_job_key.h"
+#include "store/entry_objects.h"
 #include "store/staging_writer.h"
 
 #include <algorithm>

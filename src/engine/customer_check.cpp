@@ -2,7 +2,6 @@
 
 #include "engine/code_rules.h"
 #include "model/text.h"
-#include "rules/active_connection.h"
 #include "rules/address_fields.h"
 
 #include <algorithm>

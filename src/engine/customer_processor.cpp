@@ -2,7 +2,7 @@
 
 #include "engine/customer_columns.h"
 #include "engine/hints.h"
-#include "engine/host_undo.h"
+#include "platform/failure.h"
 #include "rules/address_fields.h"
 #include "rules/dates.h"
 
@@ -177,7 +177,7 @@ void CustomerProcessor::writeCustomer(const JobRow& job, Recordset& customer, bo
 /// Undoes on a host's connection what was written, the latest first.
 void CustomerProcessor::undoOnHost(Recordset& customer, const std::string& number, const Written& written) {
   const auto undo = [&](const std::function<void()>& step) {
-    undoStep(environment_.diagnostics, "undoing a customer", step);
+    trapped(environment_.diagnostics, {"undoing a customer"}, step);
   };
   for (const auto& address : written.addresses)
     undo([&] {

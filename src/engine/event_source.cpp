@@ -1,6 +1,6 @@
 #include "engine/event_source.h"
 
-#include "platform/trapped.h"
+#include "platform/failure.h"
 
 #include <algorithm>
 #include <utility>

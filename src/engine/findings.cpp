@@ -1,9 +1,8 @@
 #include "engine/findings.h"
 
-#include "engine/collected_text.h"
+#include "engine/job_marks.h"
 #include "model/german_text.h"
 #include "model/text.h"
-#include "platform/one_line.h"
 #include <algorithm>
 #include <iterator>
 
@@ -44,6 +43,11 @@ std::string filled(std::string_view pattern, const Finding& finding, TextOfValue
 }
 
 } // namespace
+
+std::string_view severityWord(CheckStatus severity) {
+  if (severity == CheckStatus::Clean) return "Hinweis";
+  return severity == CheckStatus::Warning ? "Warnung" : "Fehler";
+}
 
 std::string runText(const Finding& finding) { return filled(terms(finding.rule).run, finding, asItIs); }
 

@@ -53,6 +53,8 @@ struct Finding {
   friend bool operator==(const Finding&, const Finding&) = default;
 };
 
+/// What findings of this severity are called; a clean one is a hint.
+std::string_view severityWord(CheckStatus severity);
 /// The text of a run; empty for a rule without one.
 std::string runText(const Finding& finding);
 /// The same with line breaks of values as blanks, so that no value can begin a line.

@@ -2,14 +2,11 @@
 
 #include "engine/contract_check.h"
 #include "engine/job_check.h"
-#include "platform/german_cause.h"
-#include "platform/show_message.h"
-#include "platform/trapped.h"
-#include "rules/active_connection.h"
+#include "platform/failure.h"
+#include "store/entry_objects.h"
 #include "store/job_deletion.h"
 #include "store/job_file_export.h"
 #include "store/job_file_import.h"
-#include "store/new_job_key.h"
 
 #include <algorithm>
 #include <exception>
@@ -70,9 +67,9 @@ private:
 } // namespace
 
 ImportJobObject2::ImportJobObject2(Environment& environment)
-    : environment_(environment), settings_(environment), events_(environment.diagnostics),
-      protocol_(environment), lock_(environment), masterData_(environment), addresses_(environment),
-      combos_(environment) {
+    : ComboLists(environment), MasterData(environment), CustomerAddresses(environment),
+      environment_(environment), settings_(environment), events_(environment.diagnostics),
+      protocol_(environment), lock_(environment) {
   const auto session = environment_.session;
   if (!session) return;
   // An unusable session is dropped.
@@ -95,11 +92,7 @@ void ImportJobObject2::disconnect(qx::Session& session) const {
 }
 
 void ImportJobObject2::showFailure(std::string_view text, std::string_view cause) const {
-  Message message;
-  message.text = text;
-  message.text += cause;
-  message.icon = MessageIcon::Critical;
-  showMessage(environment_, message);
+  showMessage(environment_, {.text = std::string(text).append(cause), .icon = MessageIcon::Critical});
 }
 
 template <class Work>
@@ -202,9 +195,7 @@ void ImportJobObject2::Session(std::shared_ptr<qx::Session> session) {
 
 void ImportJobObject2::JobViewShow() {
   if (!environment_.connection || environment_.connection->connectionString().empty()) {
-    Message message;
-    message.text = noConnectionText;
-    showMessage(environment_, message);
+    showMessage(environment_, {std::string(noConnectionText)});
     return;
   }
   bool opened = false;

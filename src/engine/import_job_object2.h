@@ -9,7 +9,7 @@
 #include "engine/job_outcome.h"
 #include "engine/processing_run.h"
 #include "engine/protocol.h"
-#include "engine/stop_signal.h"
+#include "engine/run_wait.h"
 #include "model/entry_records.h"
 #include "platform/environment.h"
 #include "rules/combo_lists.h"
@@ -45,7 +45,7 @@ struct StartParameters {
 ///
 /// A handler of the run's events may call members. During the run `ProcessJobs` and `WWSSession` return
 /// false, and connection and session do not change; this is only reported to the diagnostics.
-class ImportJobObject2 {
+class ImportJobObject2 : public ComboLists, private MasterData, private CustomerAddresses {
 public:
   explicit ImportJobObject2(Environment& environment);
   ImportJobObject2(const ImportJobObject2&) = delete;
@@ -101,34 +101,27 @@ public:
   std::string strGlobalKundeProcErr; ///< those of its customer jobs
   /// @}
 
-  /// @name Lookups. Unknown codes give false, 0 or empty texts; database errors reach the caller.
+  /// @name Lookups, beside those of `ComboLists`. Unknown codes give false, 0 or empty texts; database errors
+  /// reach the caller.
   /// @{
-  bool KundeAngelegt(std::string_view Kundennummer, std::string_view AdressNummer = {}) const;
-  std::string GetAdresse(std::string_view Kundennummer, std::string_view AdressNummer = {}) const;
+  using CustomerAddresses::GetAdresse;
+  using CustomerAddresses::KundeAngelegt;
   bool GetAdressDaten(std::string_view Kundennummer, std::string_view AdressNummer, std::string& Bez1,
                       std::string& Bez2, std::string& Bez3, std::string& Strasse, std::string& Land,
                       std::string& PLZ, std::string& Ort) const;
   bool AddAdressDaten(std::string_view Kundennummer, std::string_view AdressNummer, std::string_view Bez1,
                       std::string_view Bez2, std::string_view Bez3, std::string_view Strasse,
                       std::string_view Land, std::string_view PLZ, std::string_view Ort) const;
-  std::string GetBankverbindung(std::string_view BLZ) const;
-  bool GetDiversKunde(std::string_view Kundennummer) const;
-  bool VertragsgegenstandAngelegt(std::string_view Vertragsgegenstand) const;
-  std::string GetVertragsgegenstand(std::string_view VertragsgegenstandNr) const;
+  using MasterData::GetBankverbindung;
+  using MasterData::GetDiversKunde;
+  using MasterData::GetVertragsgegenstand;
+  using MasterData::VertragsgegenstandAngelegt;
   bool GetTextbaustein(std::string_view Textart, std::string_view TextNummer, std::string_view Zusatztext,
                        std::string_view SprachKZ, std::string& Kurztext, std::string& Langtext,
                        std::string& WoDrucken, std::string& Schriftart, std::int16_t& Schriftgröße,
                        std::string& Schriftstil) const;
-  std::string GetArtikelbezeichnung(std::string_view Artikelnummer) const;
-  bool ArtikelAngelegt(std::string_view Artikelnummer) const;
-  bool FillComboVersandart(ComboTarget& combo, std::string_view current) const;
-  bool FillComboZahlungsart(ComboTarget& combo, std::string_view current) const;
-  bool FillComboKundengruppe(ComboTarget& combo, std::string_view current) const;
-  bool FillComboPreisliste(ComboTarget& combo, std::string_view current) const;
-  bool FillComboWährung(ComboTarget& combo, std::string_view current) const;
-  bool FillComboVertragsart(ComboTarget& combo, std::string_view current) const;
-  bool FillComboVertreter(ComboTarget& combo, std::string_view current) const;
-  bool FillComboZahlungsbed(ComboTarget& combo, std::string_view current) const;
+  using MasterData::ArtikelAngelegt;
+  using MasterData::GetArtikelbezeichnung;
   /// @}
 
   /// @name Contracts
@@ -224,9 +217,6 @@ private:
   OutcomeSink outcomes_;
   RunReport lastRun_;
   ImportLock lock_;
-  MasterData masterData_;
-  CustomerAddresses addresses_;
-  ComboLists combos_;
   std::optional<Scrambler> scrambler_; ///< created on first use
   std::unique_ptr<Recordset> jobList_;
   std::unique_ptr<Recordset> positionList_;

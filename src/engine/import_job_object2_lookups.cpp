@@ -1,9 +1,9 @@
-// The lookup and rule members of the engine object: each forwards to the class that has the job.
+// The lookup and rule members of the engine object that the rules do not offer in this form.
 #include "engine/import_job_object2.h"
 
 #include "rules/cost_assignment.h"
 #include "rules/dates.h"
-#include "rules/discounts.h"
+#include "rules/price_component.h"
 #include "rules/rounding.h"
 #include "rules/stock.h"
 #include "rules/tax_rules.h"
@@ -11,19 +11,11 @@
 
 namespace qx {
 
-bool ImportJobObject2::KundeAngelegt(std::string_view Kundennummer, std::string_view AdressNummer) const {
-  return addresses_.KundeAngelegt(Kundennummer, AdressNummer);
-}
-
-std::string ImportJobObject2::GetAdresse(std::string_view Kundennummer, std::string_view AdressNummer) const {
-  return addresses_.GetAdresse(Kundennummer, AdressNummer);
-}
-
 bool ImportJobObject2::GetAdressDaten(std::string_view Kundennummer, std::string_view AdressNummer,
                                       std::string& Bez1, std::string& Bez2, std::string& Bez3,
                                       std::string& Strasse, std::string& Land, std::string& PLZ,
                                       std::string& Ort) const {
-  const auto found = addresses_.GetAdressDaten(Kundennummer, AdressNummer);
+  const auto found = CustomerAddresses::GetAdressDaten(Kundennummer, AdressNummer);
   const Adresse address = found.value_or(Adresse());
   Bez1 = address.Bez1;
   Bez2 = address.Bez2;
@@ -41,23 +33,7 @@ bool ImportJobObject2::AddAdressDaten(std::string_view Kundennummer, std::string
                                       std::string_view Ort) const {
   const Adresse address{std::string(Bez1), std::string(Bez2), std::string(Bez3), std::string(Strasse),
                         std::string(Land), std::string(PLZ),  std::string(Ort)};
-  return addresses_.AddAdressDaten(Kundennummer, AdressNummer, address);
-}
-
-std::string ImportJobObject2::GetBankverbindung(std::string_view BLZ) const {
-  return masterData_.GetBankverbindung(BLZ);
-}
-
-bool ImportJobObject2::GetDiversKunde(std::string_view Kundennummer) const {
-  return masterData_.GetDiversKunde(Kundennummer);
-}
-
-bool ImportJobObject2::VertragsgegenstandAngelegt(std::string_view Vertragsgegenstand) const {
-  return masterData_.VertragsgegenstandAngelegt(Vertragsgegenstand);
-}
-
-std::string ImportJobObject2::GetVertragsgegenstand(std::string_view VertragsgegenstandNr) const {
-  return masterData_.GetVertragsgegenstand(VertragsgegenstandNr);
+  return CustomerAddresses::AddAdressDaten(Kundennummer, AdressNummer, address);
 }
 
 bool ImportJobObject2::GetTextbaustein(std::string_view Textart, std::string_view TextNummer,
@@ -65,7 +41,7 @@ bool ImportJobObject2::GetTextbaustein(std::string_view Textart, std::string_vie
                                        std::string& Kurztext, std::string& Langtext, std::string& WoDrucken,
                                        std::string& Schriftart, std::int16_t& Schriftgröße,
                                        std::string& Schriftstil) const {
-  const auto found = masterData_.GetTextbaustein(Textart, TextNummer, Zusatztext, SprachKZ);
+  const auto found = MasterData::GetTextbaustein(Textart, TextNummer, Zusatztext, SprachKZ);
   const Textbaustein block = found.value_or(Textbaustein());
   Kurztext = block.Kurztext;
   Langtext = block.Langtext;
@@ -74,46 +50,6 @@ bool ImportJobObject2::GetTextbaustein(std::string_view Textart, std::string_vie
   Schriftgröße = block.Schriftgröße;
   Schriftstil = block.Schriftstil;
   return found.has_value();
-}
-
-std::string ImportJobObject2::GetArtikelbezeichnung(std::string_view Artikelnummer) const {
-  return masterData_.GetArtikelbezeichnung(Artikelnummer);
-}
-
-bool ImportJobObject2::ArtikelAngelegt(std::string_view Artikelnummer) const {
-  return masterData_.ArtikelAngelegt(Artikelnummer);
-}
-
-bool ImportJobObject2::FillComboVersandart(ComboTarget& combo, std::string_view current) const {
-  return combos_.FillComboVersandart(combo, current);
-}
-
-bool ImportJobObject2::FillComboZahlungsart(ComboTarget& combo, std::string_view current) const {
-  return combos_.FillComboZahlungsart(combo, current);
-}
-
-bool ImportJobObject2::FillComboKundengruppe(ComboTarget& combo, std::string_view current) const {
-  return combos_.FillComboKundengruppe(combo, current);
-}
-
-bool ImportJobObject2::FillComboPreisliste(ComboTarget& combo, std::string_view current) const {
-  return combos_.FillComboPreisliste(combo, current);
-}
-
-bool ImportJobObject2::FillComboWährung(ComboTarget& combo, std::string_view current) const {
-  return combos_.FillComboWährung(combo, current);
-}
-
-bool ImportJobObject2::FillComboVertragsart(ComboTarget& combo, std::string_view current) const {
-  return combos_.FillComboVertragsart(combo, current);
-}
-
-bool ImportJobObject2::FillComboVertreter(ComboTarget& combo, std::string_view current) const {
-  return combos_.FillComboVertreter(combo, current);
-}
-
-bool ImportJobObject2::FillComboZahlungsbed(ComboTarget& combo, std::string_view current) const {
-  return combos_.FillComboZahlungsbed(combo, current);
 }
 
 std::int16_t ImportJobObject2::GetSteuerschlüssel(std::string_view MwStKZKunde,

@@ -4,10 +4,7 @@
 #include "engine/customer_check.h"
 #include "engine/hints.h"
 #include "engine/order_check.h"
-#include "platform/german_cause.h"
-#include "platform/trapped.h"
-#include "platform/whole_number.h"
-#include "rules/active_connection.h"
+#include "platform/failure.h"
 #include "settings/settings.h"
 
 #include <exception>
@@ -49,9 +46,7 @@ Findings JobCheck::findingsOf(std::string_view jobId) {
     return ContractCheck(environment_).checkStaged(*header);
   case qxtJobAufträge: {
     OrderFacts facts(environment_, prices_, fieldsOf(*header));
-    // A parked order's Fehlertext is the result of the last check, not a new finding.
-    return withHints(OrderCheck(environment_, orderOptions_)
-                         .CheckAuftrag(jobId, facts, stateOf(jobType) == JobState::Waiting));
+    return withHints(OrderCheck(environment_, orderOptions_).CheckAuftrag(jobId, facts));
   }
   default:
     return {};

@@ -2,9 +2,7 @@
 
 #include "engine/contract_check.h"
 #include "platform/conflict_retry.h"
-#include "platform/trapped.h"
-#include "platform/whole_number.h"
-#include "rules/active_connection.h"
+#include "platform/failure.h"
 
 #include <algorithm>
 #include <array>

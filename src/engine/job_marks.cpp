@@ -5,10 +5,33 @@
 namespace qx {
 namespace {
 
-/// Whether a failing customer contract marks its customer's jobs; always so in a run.
-constexpr bool customerErrorFlag = true;
+constexpr std::size_t limit = 1U << 20U;
 
 } // namespace
+
+void appendLine(std::string& text, std::string_view line) {
+  if (!text.empty()) text += crlf;
+  text += line;
+}
+
+void CollectedText::clear() {
+  text_.clear();
+  leftOut_ = 0;
+}
+
+void CollectedText::add(std::string_view line) {
+  if (leftOut_ > 0 || text_.size() + line.size() > limit)
+    ++leftOut_;
+  else
+    appendLine(text_, line);
+}
+
+std::string CollectedText::text() const {
+  if (leftOut_ == 0) return text_;
+  std::string all = text_;
+  appendLine(all, "... und " + std::to_string(leftOut_) + " weitere");
+  return all;
+}
 
 void JobMarks::markJobWarning(JobRow& job, std::string_view text) { mark(job, JobState::Warning, text); }
 
@@ -17,8 +40,7 @@ void JobMarks::markJobError(JobRow& job, std::string_view text) {
   errors_(before, text);
   mark(job, JobState::Error, text);
   // Only the change from waiting to failed marks the customer's jobs, not a later message of the same job.
-  if (before == qxtjobkundenverträge && customerErrorFlag)
-    markCustomerJobsOfContract(job.text("Kundennummer"));
+  if (before == qxtjobkundenverträge) markCustomerJobsOfContract(job.text("Kundennummer"));
 }
 
 void JobMarks::mark(JobRow& job, JobState state, std::string_view text) {

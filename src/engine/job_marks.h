@@ -1,10 +1,10 @@
-// Moves staged jobs to their warning and error codes.
+// Moves staged jobs to their warning and error codes, and collects the texts of failures.
 #pragma once
 
-#include "engine/collected_text.h"
 #include "engine/job_row.h"
 #include "platform/environment.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -12,6 +12,23 @@
 #include <utility>
 
 namespace qx {
+
+/// Appends a line to a text, with a line break unless the text is empty.
+void appendLine(std::string& text, std::string_view line);
+
+/// Collects lines up to about one megabyte and then only counts them, so that a run over many refused jobs
+/// does not exhaust memory.
+class CollectedText {
+public:
+  void clear();
+  void add(std::string_view line);
+  /// The lines, and a final one with the number of omitted ones.
+  std::string text() const;
+
+private:
+  std::string text_;
+  std::size_t leftOut_ = 0;
+};
 
 /// The texts of all failures of the last run, and those of customer jobs alone.
 struct CollectedErrors {

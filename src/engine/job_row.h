@@ -4,7 +4,6 @@
 #include "model/job_codes.h"
 #include "platform/database.h"
 #include "platform/system.h"
-#include "platform/whole_number.h"
 
 #include <cstdint>
 #include <set>

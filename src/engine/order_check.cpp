@@ -1,12 +1,10 @@
 #include "engine/order_check.h"
 
-#include "rules/active_connection.h"
-
 #include <utility>
 
 namespace qx {
 
-Findings OrderCheck::CheckAuftrag(std::string_view JobID, OrderFacts& facts, bool stagedText) const {
+Findings OrderCheck::CheckAuftrag(std::string_view JobID, OrderFacts& facts) const {
   Findings findings;
   // The known form of this statement lacks the closing bracket.
   const auto row =
@@ -16,8 +14,10 @@ Findings OrderCheck::CheckAuftrag(std::string_view JobID, OrderFacts& facts, boo
                     value(JobID), "')"_sql));
   if (row->eof()) return findings;
   const JobFields job = fieldsOf(*row);
+  // A parked order's Fehlertext is the result of the last check, not a new finding.
+  const bool isWaiting = stateOf(jobCode(row->value("JobType"))) == JobState::Waiting;
   for (const HeaderRule& rule : headerRules())
-    if (stagedText || rule.rules.front() != Rule::EarlierReasons)
+    if (isWaiting || rule.rules.front() != Rule::EarlierReasons)
       if (auto found = rule.broken(master_, job)) findings.add(std::move(*found));
   findings.append(checkPositions(JobID, facts));
   return findings;

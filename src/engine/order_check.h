@@ -2,9 +2,9 @@
 #pragma once
 
 #include "engine/findings.h"
-#include "engine/order_options.h"
 #include "engine/order_rules.h"
 #include "engine/position_facts.h"
+#include "engine/run_options.h"
 #include "platform/environment.h"
 
 #include <string_view>
@@ -17,9 +17,8 @@ public:
   OrderCheck(Environment& environment, const OrderOptions& options) : master_(environment, options) {}
 
   /// The findings of the job, header first. Clean for a job that is neither waiting nor parked. `facts`
-  /// belong to this job; what has been read into them can be reused when it is written. `stagedText`: whether
-  /// a text in `Fehlertext` counts as a warning.
-  Findings CheckAuftrag(std::string_view JobID, OrderFacts& facts, bool stagedText = true) const;
+  /// belong to this job; what has been read into them can be reused when it is written.
+  Findings CheckAuftrag(std::string_view JobID, OrderFacts& facts) const;
 
 private:
   Findings checkPositions(std::string_view jobId, OrderFacts& facts) const;

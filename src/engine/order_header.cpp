@@ -2,7 +2,6 @@
 
 #include "engine/job_fields.h"
 #include "engine/order_failure.h"
-#include "engine/order_values.h"
 #include "model/text.h"
 
 #include <array>

@@ -1,9 +1,7 @@
 #include "engine/order_lines.h"
 
 #include "engine/order_failure.h"
-#include "engine/order_values.h"
 #include "model/text.h"
-#include "platform/whole_number.h"
 #include "rules/master_data.h"
 #include "rules/rounding.h"
 

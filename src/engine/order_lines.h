@@ -2,8 +2,8 @@
 #pragma once
 
 #include "engine/order_context.h"
-#include "engine/order_options.h"
 #include "engine/position_facts.h"
+#include "engine/run_options.h"
 #include "platform/environment.h"
 #include "rules/cost_assignment.h"
 #include "rules/stock.h"

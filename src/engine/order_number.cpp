@@ -1,10 +1,8 @@
 #include "engine/order_number.h"
 
 #include "engine/order_failure.h"
-#include "engine/order_texts.h"
 #include "model/text.h"
-#include "platform/trapped.h"
-#include "platform/whole_number.h"
+#include "platform/failure.h"
 
 #include <string>
 #include <utility>

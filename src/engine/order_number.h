@@ -2,7 +2,7 @@
 #pragma once
 
 #include "engine/job_row.h"
-#include "engine/order_options.h"
+#include "engine/run_options.h"
 #include "platform/environment.h"
 
 #include <cstdint>

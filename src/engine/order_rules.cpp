@@ -3,7 +3,6 @@
 #include "engine/code_rules.h"
 #include "model/german_text.h"
 #include "model/text.h"
-#include "platform/whole_number.h"
 #include "rules/address_fields.h"
 #include "rules/rounding.h"
 

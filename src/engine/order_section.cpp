@@ -1,7 +1,6 @@
 #include "engine/order_section.h"
 
 #include "engine/order_failure.h"
-#include "engine/order_texts.h"
 #include "model/german_text.h"
 #include "model/text.h"
 
@@ -47,9 +46,9 @@ void OrderSection::run(SectionRunner& runner) {
 void OrderSection::announceMalformedFees() const {
   const std::string& entries = writer_.fees().malformedEntries();
   if (entries.empty()) return;
-  Message message;
-  message.text = std::string(malformedFees) + entries;
-  run_.environment.desktop.show(message);
+  run_.environment.desktop.show(
+      {"Die Datei Zubehoer.ini enthält fehlerhafte Einträge. Ihre Gebühren wurden nicht berechnet: " +
+       entries});
 }
 
 /// Plain and accessory orders can be processed separately; one accessory article makes an accessory order.

@@ -1,7 +1,6 @@
 #include "engine/order_totals.h"
 
 #include "engine/order_failure.h"
-#include "rules/discounts.h"
 #include "rules/rounding.h"
 
 #include <array>

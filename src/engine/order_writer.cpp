@@ -1,10 +1,9 @@
 #include "engine/order_writer.h"
 
 #include "engine/hints.h"
-#include "engine/host_undo.h"
 #include "engine/order_failure.h"
-#include "engine/order_values.h"
 #include "model/text.h"
+#include "platform/failure.h"
 #include "rules/dates.h"
 #include "rules/rounding.h"
 
@@ -220,7 +219,7 @@ void OrderWriter::finishJob(JobRow& job, std::int32_t number) {
 /// Undoes what the host's transaction may not.
 void OrderWriter::undoOnHost() {
   const auto undo = [&](const std::function<void()>& step) {
-    undoStep(environment_.diagnostics, "undoing an order", step);
+    trapped(environment_.diagnostics, {"undoing an order"}, step);
   };
   undo([&] { numbers_.removeLines(); });
   undo([&] { numbers_.giveBack(); });

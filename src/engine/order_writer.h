@@ -8,9 +8,9 @@
 #include "engine/order_header.h"
 #include "engine/order_lines.h"
 #include "engine/order_number.h"
-#include "engine/order_options.h"
 #include "engine/order_totals.h"
 #include "engine/position_facts.h"
+#include "engine/run_options.h"
 #include "platform/environment.h"
 #include "rules/master_data.h"
 

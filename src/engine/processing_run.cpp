@@ -3,10 +3,8 @@
 #include "engine/contract_section.h"
 #include "engine/customer_section.h"
 #include "engine/order_section.h"
-#include "engine/order_texts.h"
 #include "platform/conflict_retry.h"
-#include "platform/german_cause.h"
-#include "platform/trapped.h"
+#include "platform/failure.h"
 #include "rules/tax_rules.h"
 
 #include <new>
@@ -71,9 +69,9 @@ void ProcessingRun::collectJobsLeft() noexcept {
 void ProcessingRun::announceCashOnDelivery() noexcept {
   if (run_.cashOnDelivery.empty()) return;
   trapped(environment_.diagnostics, {"cash on delivery", run_.cashOnDelivery}, [&] {
-    Message message;
-    message.text = std::string(heavyCashOnDelivery) + run_.cashOnDelivery;
-    environment_.desktop.show(message);
+    environment_.desktop.show(
+        {"Folgende Aufträge enthalten Zahlungsart Nachnahme und wiegen mehr als 28 KG: " +
+         run_.cashOnDelivery});
   });
 }
 
@@ -132,9 +130,7 @@ bool ProcessingRun::orderIsBeingReadIn() {
   if (!settings_[option::orderBeingReadIn]) return false;
   run_.report.end = RunEnd::Refused;
   run_.report.failure = "Es wird gerade eine Bestellung eingelesen.";
-  Message message;
-  message.text = run_.report.failure;
-  environment_.desktop.show(message);
+  environment_.desktop.show({run_.report.failure});
   return true;
 }
 

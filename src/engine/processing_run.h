@@ -5,7 +5,7 @@
 #include "engine/run_context.h"
 #include "engine/section_runner.h"
 #include "rules/price_component.h"
-#include "store/archive_purge.h"
+#include "store/job_deletion.h"
 
 #include <exception>
 #include <string>

@@ -1,9 +1,7 @@
 #include "engine/protocol.h"
 
 #include "platform/conflict_retry.h"
-#include "platform/german_cause.h"
-#include "platform/trapped.h"
-#include "rules/active_connection.h"
+#include "platform/failure.h"
 #include "rules/dates.h"
 
 #include <exception>
@@ -19,11 +17,7 @@ constexpr std::string_view list = "LST_ImportJob";
 constexpr std::string_view lineFailure = "Fehler beim Erzeugen der Protokollzeile. ";
 
 void showFailure(const Protocol::Show& show, std::string_view text, const std::exception& error) {
-  Message message;
-  message.text = text;
-  message.text += germanCause(error);
-  message.icon = MessageIcon::Critical;
-  show(message);
+  show({.text = std::string(text) + germanCause(error), .icon = MessageIcon::Critical});
 }
 
 void fillLine(Protokoll& protokoll, const ProtocolLine& line) {

@@ -4,11 +4,9 @@
 #include "engine/event_source.h"
 #include "engine/job_marks.h"
 #include "engine/job_outcome.h"
-#include "engine/order_options.h"
 #include "engine/protocol.h"
 #include "engine/run_options.h"
 #include "engine/run_wait.h"
-#include "engine/stop_signal.h"
 #include "platform/environment.h"
 #include "store/work_group.h"
 

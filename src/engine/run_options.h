@@ -3,6 +3,9 @@
 
 #include "settings/settings.h"
 
+#include <optional>
+#include <string>
+
 namespace qx {
 
 /// The options of a run, except those for orders.
@@ -16,6 +19,28 @@ struct RunOptions {
   bool compareAddresses = false; ///< warn of addresses that differ from the customer's
 
   static RunOptions read(const Settings& settings);
+};
+
+/// Texts are codes or article numbers as stored; "" when absent or, for customer-specific settings, when that
+/// mode is off.
+struct OrderOptions {
+  bool customerSpecific = false;
+  bool checkCreditLimit = false;
+  bool costAssignment = false;
+  bool createCosts = false; ///< create missing cost assignments
+  bool warnOfStock = false;
+  bool circlePerOrder = false; ///< determine the booking circle for each order
+  std::string ZAVSRG, VAKunde, ZAKunde;
+  double abGewicht = 0; ///< kg; 0 for no limit
+  std::string VSabGewicht;
+  std::string FrachtTransport, FrachtGebuehr;
+  double MinGebuehr = 0;
+  std::optional<bool> lineReadyForDelivery; ///< null leaves the staged flag
+  std::optional<bool> lineReadyForInvoice;
+  /// The day on which the tax rates change, "" for none; null when it could not be read. Set by the run.
+  std::optional<std::string> taxChangeDay = std::nullopt;
+
+  static OrderOptions read(const Settings& settings, bool customerSpecific);
 };
 
 } // namespace qx

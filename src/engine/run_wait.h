@@ -1,12 +1,25 @@
-// How long a run waits for a busy database.
+// The request to end a run, and how long a run waits for a busy database.
 #pragma once
 
 #include "engine/event_source.h"
-#include "engine/stop_signal.h"
 #include "platform/database.h"
 #include "platform/desktop.h"
 
+#include <atomic>
+
 namespace qx {
+
+/// Set from anywhere, even a signal handler; checked after each job.
+class StopSignal {
+public:
+  void request() noexcept { requested_.store(true, std::memory_order_relaxed); }
+  void clear() noexcept { requested_.store(false, std::memory_order_relaxed); }
+  bool requested() const noexcept { return requested_.load(std::memory_order_relaxed); }
+
+private:
+  std::atomic<bool> requested_{false};
+  static_assert(std::atomic<bool>::is_always_lock_free);
+};
 
 /// A run waits for a busy database until it is free or the run is stopped, with a notice once a minute. The
 /// message loop runs meanwhile, since otherwise nobody could stop it.

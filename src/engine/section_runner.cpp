@@ -1,8 +1,6 @@
 #include "engine/section_runner.h"
 
-#include "engine/collected_text.h"
-#include "platform/trapped.h"
-#include "platform/whole_number.h"
+#include "platform/failure.h"
 
 #include <cmath>
 #include <stdexcept>

@@ -2,7 +2,6 @@
 
 #include "erp/schema.h"
 #include "erp/table_filler.h"
-#include "erp/tax_codes.h"
 
 namespace qx::erp {
 namespace {

@@ -1,4 +1,4 @@
-#include "erp/schema_lists.h"
+#include "erp/schema_table.h"
 
 #include <array>
 

@@ -1,6 +1,6 @@
+#include "erp/base_data.h"
 #include "erp/demo_company.h"
 #include "erp/table_filler.h"
-#include "erp/tax_codes.h"
 
 #include <array>
 #include <tuple>

@@ -1,7 +1,7 @@
 #include "erp/demo_company.h"
 
+#include "erp/base_data.h"
 #include "erp/table_filler.h"
-#include "erp/tax_codes.h"
 
 #include <array>
 

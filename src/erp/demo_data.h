@@ -1,4 +1,4 @@
-// An invented company for trying out the program.
+// An invented company for trying out the program, and its staged jobs.
 #pragma once
 
 #include "platform/database.h"
@@ -13,5 +13,10 @@ void fillDemoData(Connection& connection);
 
 /// The content of the company's file of accessory fees, "Zubehoer.ini" in the application directory.
 std::string_view demoAccessoryFees();
+
+/// Stages the jobs, received in the days up to `today`, and returns how many there are, positions not
+/// counted. They are meant for the demo data and have fixed keys: a second call raises `StatementError`. Call
+/// it inside a unit of work.
+std::size_t stageDemoJobs(Connection& connection, const Date& today);
 
 } // namespace qx::erp

@@ -1,4 +1,4 @@
-#include "erp/demo_jobs.h"
+#include "erp/demo_data.h"
 
 #include "erp/demo_staging.h"
 

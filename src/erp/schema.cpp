@@ -1,7 +1,5 @@
 #include "erp/schema.h"
 
-#include "erp/schema_lists.h"
-
 #include <algorithm>
 
 namespace qx::erp {

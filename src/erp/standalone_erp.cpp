@@ -1,9 +1,7 @@
 #include "erp/standalone_erp.h"
 
 #include "erp/open_items.h"
-#include "erp/purchase_prices.h"
-#include "erp/sales_prices.h"
-#include "erp/standalone_adressindex.h"
+#include "erp/prices.h"
 #include "erp/standalone_protokoll.h"
 #include "erp/standalone_session.h"
 
@@ -31,6 +29,39 @@ public:
 
 private:
   std::string directory_;
+};
+
+/// Keeps one row per customer and kind with the customer's search words: search term, names, postcode and
+/// town in lower case. The row of a customer who no longer exists is removed.
+class StandaloneAdressindex final : public Adressindex {
+public:
+  /// `connection` must outlive the object.
+  explicit StandaloneAdressindex(Connection& connection) : connection_(connection) {}
+
+  void CreateIndex(std::string_view customer, std::int16_t kind) override {
+    const auto rows =
+        connection_.open(sql("Select Kundennummer, Suchbegriff, Bez1, Bez2, Bez3, PLZ, Ort From "
+                             "Kundenstamm Where Kundennummer = '"_sql,
+                             value(customer), "'"_sql));
+    if (rows->eof()) {
+      connection_.execute(sql("Delete From Adressindex Where Kundennummer = '"_sql, value(customer),
+                              "' And Art = "_sql, number(kind)));
+      return;
+    }
+    std::string words;
+    for (std::size_t i = 1; i < rows->fieldCount(); ++i) {
+      const std::string word = rows->value(i).text();
+      if (word.empty()) continue;
+      if (!words.empty()) words += ' ';
+      words += lowerCase(word);
+    }
+    const std::array<ColumnValue, 3> row{ColumnValue{"Kundennummer", rows->text("Kundennummer")},
+                                         ColumnValue{"Art", kind}, ColumnValue{"Suchtext", words}};
+    connection_.put("Adressindex", row, 2);
+  }
+
+private:
+  Connection& connection_;
 };
 
 } // namespace

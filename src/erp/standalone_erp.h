@@ -2,7 +2,7 @@
 #pragma once
 
 #include "erp/process_identity.h"
-#include "erp/standalone_options.h"
+#include "erp/standalone_session.h"
 #include "platform/desktop.h"
 #include "platform/erp_components.h"
 

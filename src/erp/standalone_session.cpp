@@ -1,6 +1,6 @@
 #include "erp/standalone_session.h"
 
-#include "platform/whole_number.h"
+#include "erp/number_range.h"
 
 #include <array>
 #include <stdexcept>

@@ -1,17 +1,25 @@
-// The session of the standalone ERP.
+// The session of the standalone ERP, and the options that it starts with.
 #pragma once
 
 #include "erp/number_range.h"
 #include "erp/process_identity.h"
-#include "erp/standalone_options.h"
 #include "erp/unit_conversions.h"
+#include "model/date.h"
 #include "platform/desktop.h"
 #include "platform/session.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace qx::erp {
+
+struct StandaloneOptions {
+  std::string userName;            ///< a name without a row in the users table is accepted
+  std::optional<Date> sessionDate; ///< the clock's day when empty
+  std::string applicationDirectory;
+  std::string version = "6.3.0"; ///< the answer of the version component
+};
 
 /// A login of one user on the shared connection. Before `Connect` and after `Disconnect` every member that
 /// needs the database raises `std::runtime_error`.

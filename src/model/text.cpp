@@ -48,6 +48,14 @@ std::string_view trimBlanks(std::string_view text) { return trimmed(text, " "); 
 
 std::string_view trimWhitespace(std::string_view text) { return trimmed(text, " \t\r\n"); }
 
+std::string_view takeLine(std::string_view& text) {
+  const std::size_t end = std::min(text.find('\n'), text.size());
+  std::string_view line = text.substr(0, end);
+  if (line.ends_with('\r')) line.remove_suffix(1);
+  text.remove_prefix(std::min(end + 1, text.size()));
+  return line;
+}
+
 std::size_t utf8Length(std::string_view text) {
   if (text.empty()) return 0;
   const auto first = static_cast<unsigned char>(text.front());
@@ -72,6 +80,21 @@ std::string_view firstCharacters(std::string_view text, std::size_t count) {
   for (; at < text.size(); ++at)
     if (beginsCharacter(text[at]) && count-- == 0) break;
   return text.substr(0, at);
+}
+
+std::string oneLine(std::string_view text) {
+  std::string line;
+  line.reserve(text.size());
+  bool inBreak = false;
+  for (const char c : text) {
+    const bool isBreak = c == '\r' || c == '\n';
+    if (!isBreak)
+      line += c;
+    else if (!inBreak)
+      line += ' ';
+    inBreak = isBreak;
+  }
+  return line;
 }
 
 } // namespace qx

@@ -42,6 +42,9 @@ std::string_view trimBlanks(std::string_view text);
 /// Without blanks, tabs and line breaks at either end.
 std::string_view trimWhitespace(std::string_view text);
 
+/// Takes the next line off the front of a text, without its line end.
+std::string_view takeLine(std::string_view& text);
+
 /// Whether the byte begins a character of a well-formed text.
 constexpr bool beginsCharacter(char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80; }
 
@@ -72,5 +75,9 @@ constexpr std::uint64_t textHash(std::string_view text) {
   for (const char c : text) hash.add(c);
   return hash.value();
 }
+
+/// The text with every run of line breaks replaced by one blank, so that a value cannot forge a line of a
+/// list or log.
+std::string oneLine(std::string_view text);
 
 } // namespace qx

@@ -28,4 +28,16 @@ struct Environment {
   std::string currentOrder;               ///< `JobID` of the most recently created `Auftrag`
 };
 
+/// The shared connection. Raises `StoreError` when none has been set.
+inline Connection& activeConnection(const Environment& environment) {
+  if (!environment.connection) throw StoreError("Es ist keine Datenbank verbunden.", 0);
+  return *environment.connection;
+}
+
+/// Shows a box. A failure of the desktop is reported to the diagnostics, with the text.
+void showMessage(const Environment& environment, const Message& message);
+
+/// Asks in a box. A failure of the desktop is reported to the diagnostics and counts as no.
+bool askQuestion(const Environment& environment, const Message& question);
+
 } // namespace qx

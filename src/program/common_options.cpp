@@ -3,7 +3,6 @@
 #include "program/program_error.h"
 
 #include <CLI/CLI.hpp>
-
 #include <string_view>
 
 namespace qx {

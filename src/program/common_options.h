@@ -1,8 +1,10 @@
-// The options that the program and its window have in common.
+// The options that the programs have in common.
 #pragma once
 
-#include "program/program_options.h"
+#include "model/date.h"
 
+#include <optional>
+#include <string>
 #include <string_view>
 
 namespace CLI {
@@ -10,6 +12,14 @@ class App;
 }
 
 namespace qx {
+
+struct ProgramOptions {
+  std::string database; ///< empty when it was not given
+  std::string user;     ///< empty for the login name
+  std::optional<Date> sessionDate;
+  bool json = false;
+  bool verbose = false;
+};
 
 /// Declares `--db`, `--user`, `--date` and `--verbose`, which fill in `options` when the arguments are
 /// parsed. An invalid date then raises `ProgramError`. `options` must live until then.

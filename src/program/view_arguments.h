@@ -1,7 +1,7 @@
 // The arguments of the window program.
 #pragma once
 
-#include "program/program_options.h"
+#include "program/common_options.h"
 
 #include <string>
 #include <string_view>

@@ -1,7 +1,6 @@
 #include "rules/combo_lists.h"
 
 #include "model/text.h"
-#include "rules/active_connection.h"
 #include "rules/payment_terms.h"
 
 #include <cstddef>

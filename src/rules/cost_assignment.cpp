@@ -1,8 +1,6 @@
 #include "rules/cost_assignment.h"
 
 #include "model/text.h"
-#include "platform/whole_number.h"
-#include "rules/active_connection.h"
 #include "settings/settings.h"
 
 #include <array>

@@ -1,7 +1,5 @@
 #include "rules/customer_addresses.h"
 
-#include "rules/active_connection.h"
-
 namespace qx {
 
 bool CustomerAddresses::KundeAngelegt(std::string_view Kundennummer, std::string_view Adressnummer) const {

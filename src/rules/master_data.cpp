@@ -1,8 +1,6 @@
 #include "rules/master_data.h"
 
 #include "model/text.h"
-#include "platform/whole_number.h"
-#include "rules/active_connection.h"
 
 #include <array>
 #include <stdexcept>

@@ -1,4 +1,4 @@
-// The ERP's pricing component, created when it is needed.
+// The ERP's pricing component, created when it is needed, and the total of staged discounts.
 #pragma once
 
 #include "platform/environment.h"
@@ -24,5 +24,14 @@ private:
   std::unique_ptr<Preisfindung> created_; ///< not initialised yet
   std::unique_ptr<Preisfindung> component_;
 };
+
+/// The total discount as combined by the pricing component: the amount off `Betrag` when `Param` is 1, else
+/// the rate in percent. Creates a pricing component for the call; its exceptions reach the caller. Raises
+/// `std::invalid_argument` for a `Param` that is not a number (null and "" count as 0).
+double GetGRabatt(Environment& environment, const StagedDiscounts& discounts, const Value& Param,
+                  double Betrag);
+
+/// The same with an initialised pricing component; use this one in loops.
+double GetGRabatt(Preisfindung& pricing, const StagedDiscounts& discounts, const Value& Param, double Betrag);
 
 } // namespace qx

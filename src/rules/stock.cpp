@@ -1,7 +1,5 @@
 #include "rules/stock.h"
 
-#include "rules/active_connection.h"
-
 #include <cmath>
 #include <stdexcept>
 

@@ -1,8 +1,6 @@
 #include "rules/tax_rules.h"
 
 #include "model/text.h"
-#include "platform/whole_number.h"
-#include "rules/active_connection.h"
 #include "settings/options.h"
 
 #include <cmath>

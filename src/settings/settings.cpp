@@ -2,7 +2,7 @@
 
 #include "model/german_text.h"
 #include "model/text.h"
-#include "platform/trapped.h"
+#include "platform/failure.h"
 
 #include <stdexcept>
 

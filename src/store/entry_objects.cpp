@@ -1,13 +1,14 @@
 #include "store/entry_objects.h"
 
 #include "model/job_codes.h"
-#include "platform/trapped.h"
-#include "rules/active_connection.h"
+#include "platform/failure.h"
 #include "settings/settings.h"
 #include "store/job_file_text.h"
 #include "store/job_lines.h"
-#include "store/new_job_key.h"
 #include "store/staging_writer.h"
+
+#include <optional>
+#include <stdexcept>
 
 namespace qx {
 namespace {
@@ -116,6 +117,15 @@ std::string AuftragsPos::FormatItemCSV() const {
   appendFields<AuftragsPosFields>(line, *this, auftragsPosFields, positionLineOrder);
   appendFields<AuftragsPosFields>(line, *this, auftragsPosFields, positionTailOrder);
   return line;
+}
+
+std::string newJobKey(const Environment& environment) {
+  std::optional<GuidFields> guid;
+  trapped(environment.diagnostics, {"newJobKey"}, [&] {
+    guid = environment.guids.create();
+    if (!guid) throw std::runtime_error("the system could not generate a key");
+  });
+  return jobKey(guid);
 }
 
 } // namespace qx

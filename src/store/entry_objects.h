@@ -73,4 +73,7 @@ private:
 /// The date of receipt of a job staged now, "dd.mm.yyyy": the session's date, else the workstation's.
 std::string dateOfReceipt(const Environment& environment) noexcept;
 
+/// A unique key; empty, with a diagnostics entry, when the system cannot generate one.
+std::string newJobKey(const Environment& environment);
+
 } // namespace qx

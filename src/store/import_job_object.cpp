@@ -1,14 +1,11 @@
 #include "store/import_job_object.h"
 
 #include "platform/conflict_retry.h"
-#include "platform/german_cause.h"
-#include "platform/show_message.h"
-#include "platform/trapped.h"
-#include "rules/active_connection.h"
+#include "platform/failure.h"
+#include "store/entry_objects.h"
 #include "store/job_deletion.h"
 #include "store/job_file_export.h"
 #include "store/job_file_import.h"
-#include "store/new_job_key.h"
 
 namespace qx {
 
@@ -28,9 +25,7 @@ bool ImportJobObject::trapping(std::string_view member, std::string_view job, Wo
 template <class Work>
 bool ImportJobObject::updating(std::string_view member, std::string_view key, Work&& work) {
   return !trapped(environment_.diagnostics, {member, key}, work, [&](const std::exception& failure) {
-    Message message;
-    message.text = "Fehler beim Update: " + germanCause(failure);
-    showMessage(environment_, message);
+    showMessage(environment_, {"Fehler beim Update: " + germanCause(failure)});
   });
 }
 
@@ -78,9 +73,7 @@ void ImportJobObject::DelArchives() {
 
 void ImportJobObject::JobViewShow(ImportJobObject*& object) {
   if (connectionString_.empty()) {
-    Message message;
-    message.text = "Bitte geben Sie eine Connection an.";
-    showMessage(environment_, message);
+    showMessage(environment_, {"Bitte geben Sie eine Connection an."});
     return;
   }
   object = this;

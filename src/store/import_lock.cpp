@@ -2,10 +2,7 @@
 
 #include "model/text.h"
 #include "platform/conflict_retry.h"
-#include "platform/german_cause.h"
-#include "platform/show_message.h"
-#include "platform/trapped.h"
-#include "rules/active_connection.h"
+#include "platform/failure.h"
 
 namespace qx {
 namespace {

@@ -2,9 +2,11 @@
 
 #include "model/job_codes.h"
 #include "platform/conflict_retry.h"
-#include "platform/trapped.h"
-#include "rules/active_connection.h"
+#include "platform/failure.h"
 #include "store/work_group.h"
+
+#include <algorithm>
+#include <array>
 
 namespace qx {
 namespace {
@@ -17,6 +19,21 @@ bool isNoDatabaseError(const std::exception& failure) {
 
 /// Which failures of a deletion reach the caller: on a host's connection none of the database's.
 auto letsFatal(const Connection& connection) { return connection.ownsWork() ? &isFatal : &isNoDatabaseError; }
+
+struct Pass {
+  bool PurgeOptions::*isOn;
+  std::string_view text;
+  Sql (*selection)();
+};
+
+constexpr std::array passes{
+    Pass{&PurgeOptions::customers, "Archivdaten werden gelöscht (Kunden)",
+         [] { return sql("Select JobID From ImportKopf Where JobType = '13' "_sql); }},
+    Pass{&PurgeOptions::contracts, "Archivdaten werden gelöscht (Verträge)",
+         [] { return sql("Select JobID From ImportKopf Where JobType = '43' "_sql); }},
+    Pass{&PurgeOptions::orders, "Archivdaten werden gelöscht (Aufträge)",
+         [] { return sql("Select JobID From ImportKopf Where JobType = '33' "_sql); }},
+};
 
 } // namespace
 
@@ -168,6 +185,21 @@ std::string JobDeletion::germanLeft() const {
   }
   if (rest > 0) keys += " und " + std::to_string(rest) + " weitere";
   return "Die Datenbank lehnt es ab, diese Vorgänge zu löschen: " + keys;
+}
+
+PurgeOptions PurgeOptions::read(const Settings& settings) {
+  return {settings[option::purgeCustomers], settings[option::purgeContracts], settings[option::purgeOrders]};
+}
+
+bool purgeArchives(JobDeletion& deletion, const PurgeOptions& options,
+                   const std::function<void(std::string_view text)>& progress,
+                   const JobDeletion::GoOn& goOn) {
+  return std::ranges::all_of(passes, [&](const Pass& pass) {
+    if (!(options.*pass.isOn)) return true;
+    if (!goOn()) return false;
+    progress(pass.text);
+    return deletion.deleteDone(deletion.jobIds(pass.selection()), goOn);
+  });
 }
 
 } // namespace qx

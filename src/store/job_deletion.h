@@ -1,7 +1,8 @@
-// Deletes staged jobs: one, all that are done, and those received before a date.
+// Deletes staged jobs: one, all that are done, those received before a date, and as the options say.
 #pragma once
 
 #include "platform/environment.h"
+#include "settings/settings.h"
 
 #include <cstdint>
 #include <functional>
@@ -80,5 +81,20 @@ private:
   std::int64_t refusedSelections_ = 0;
   std::int64_t undatedJobs_ = 0;
 };
+
+/// Which done jobs are removed; each option only when its setting reads exactly "1".
+struct PurgeOptions {
+  bool customers = false; ///< `KundeDelete`
+  bool contracts = false; ///< `VTDelete`
+  bool orders = false;    ///< `AuftragDelete`
+
+  static PurgeOptions read(const Settings& settings);
+};
+
+/// Deletes done customers, then done customer contracts, then done orders. Done contract jobs without a
+/// customer are not among them, on purpose. Shows the text of each active pass once, before its deletions.
+/// False when it was stopped early.
+bool purgeArchives(JobDeletion& deletion, const PurgeOptions& options,
+                   const std::function<void(std::string_view text)>& progress, const JobDeletion::GoOn& goOn);
 
 } // namespace qx

@@ -1,11 +1,10 @@
 #include "store/job_file_export.h"
 
-#include "platform/german_cause.h"
-#include "rules/active_connection.h"
-#include "store/job_file_codes.h"
+#include "platform/failure.h"
 #include "store/job_file_line.h"
 #include "store/job_file_target.h"
-#include "store/job_file_writer.h"
+#include "store/job_file_text.h"
+#include "store/job_lines.h"
 
 #include <memory>
 #include <optional>

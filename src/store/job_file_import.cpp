@@ -1,8 +1,7 @@
 #include "store/job_file_import.h"
 
 #include "platform/conflict_retry.h"
-#include "platform/german_cause.h"
-#include "rules/active_connection.h"
+#include "platform/failure.h"
 #include "store/job_file_banner.h"
 #include "store/record_store.h"
 

@@ -1,7 +1,5 @@
 #include "store/job_file_report.h"
 
-#include "platform/show_message.h"
-
 namespace qx {
 namespace {
 
@@ -14,22 +12,18 @@ constexpr std::string_view exportFailureText = "Beim Exportieren der Daten sind 
 
 bool showImportResult(Environment& environment, const JobFileReport& report) {
   if (report.end == JobFileEnd::Complete && report.counts.refused == 0) return true;
-  Message message;
-  message.text = report.end == JobFileEnd::WrongBanner ? wrongBannerText : importFailureText;
-  showMessage(environment, message);
+  showMessage(environment,
+              {std::string(report.end == JobFileEnd::WrongBanner ? wrongBannerText : importFailureText)});
   return false;
 }
 
 bool showExportResult(Environment& environment, const JobFileReport& report) {
   if (report.end == JobFileEnd::Complete) return true;
-  Message message;
-  message.text = exportFailureText;
+  std::string text(exportFailureText);
   if (report.end == JobFileEnd::TargetRefused)
-    message.text += " Die Datei gehört zur Datenbank und wird nicht überschrieben.";
-  if (!report.backup.empty())
-    message.text += " Die bisherige Datei wurde als '" + report.backup + "' aufbewahrt.";
-  message.icon = MessageIcon::Information;
-  showMessage(environment, message);
+    text += " Die Datei gehört zur Datenbank und wird nicht überschrieben.";
+  if (!report.backup.empty()) text += " Die bisherige Datei wurde als '" + report.backup + "' aufbewahrt.";
+  showMessage(environment, {.text = text, .icon = MessageIcon::Information});
   return false;
 }
 

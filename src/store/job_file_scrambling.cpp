@@ -1,6 +1,6 @@
 #include "store/job_file_scrambling.h"
 
-#include "platform/german_cause.h"
+#include "platform/failure.h"
 #include "store/job_file_banner.h"
 #include "store/job_file_line.h"
 #include "store/job_file_target.h"

@@ -1,7 +1,6 @@
 #include "store/job_list.h"
 
 #include "model/job_codes.h"
-#include "platform/whole_number.h"
 
 #include <utility>
 

@@ -1,10 +1,10 @@
 // Stores the records of a job file, one version each.
 #pragma once
 
-#include "store/job_file_codes.h"
 #include "store/job_file_record.h"
 #include "store/job_file_report.h"
 #include "store/job_file_text.h"
+#include "store/job_lines.h"
 #include "store/work_group.h"
 
 #include <cstdint>

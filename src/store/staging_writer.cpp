@@ -1,7 +1,6 @@
 #include "store/staging_writer.h"
 
 #include "model/job_codes.h"
-#include "platform/whole_number.h"
 #include "store/record_columns.h"
 #include "store/staged_columns.h"
 
@@ -11,30 +10,15 @@
 namespace qx {
 namespace {
 
-struct HeaderRow {
-  std::unique_ptr<Recordset> row;
-  std::optional<std::int16_t> jobTypeBefore; ///< null for a new row
-};
-
-HeaderRow openHeader(Connection& connection, std::string_view jobId) {
-  auto row = connection.open(sql("SELECT * From ImportKopf where JobID = '"_sql, value(jobId), "'"_sql));
+template <class Record>
+std::optional<std::int16_t> writeHeader(Connection& connection, const Record& job) {
+  const auto row =
+      connection.open(sql("SELECT * From ImportKopf where JobID = '"_sql, value(job.JobID), "'"_sql));
   std::optional<std::int16_t> before;
   if (row->eof())
     row->addNew();
   else
     before = jobCode(row->value("JobType"));
-  return {std::move(row), before};
-}
-
-std::unique_ptr<Recordset> openPosition(Connection& connection, std::string_view childId) {
-  auto row = connection.open(sql("SELECT * From ImportPos where ChildID = '"_sql, value(childId), "'"_sql));
-  if (row->eof()) row->addNew();
-  return row;
-}
-
-template <class Record>
-std::optional<std::int16_t> writeHeader(Connection& connection, const Record& job) {
-  const auto [row, before] = openHeader(connection, job.JobID);
   setStaged(*row, job);
   row->update();
   return before;
@@ -42,7 +26,9 @@ std::optional<std::int16_t> writeHeader(Connection& connection, const Record& jo
 
 template <class Record>
 void writePosition(Connection& connection, const Record& position) {
-  const auto row = openPosition(connection, position.ChildID);
+  const auto row =
+      connection.open(sql("SELECT * From ImportPos where ChildID = '"_sql, value(position.ChildID), "'"_sql));
+  if (row->eof()) row->addNew();
   setStaged(*row, position);
   row->update();
 }

@@ -1,4 +1,4 @@
-#include "rules/active_connection.h"
+#include "platform/environment.h"
 #include "store/record_store.h"
 
 #include <string>
@@ -7,7 +7,7 @@ namespace qx {
 namespace {
 
 /// Done in the sense of either version, which share the table; a failed version-1 job is negative.
-bool isDone(std::int64_t code) { return code > 0 && (code % 10 == 1 || code % 10 == 3); }
+bool isDoneInEitherVersion(std::int64_t code) { return code > 0 && (code % 10 == 1 || code % 10 == 3); }
 
 /// A header precedes its positions. Existing rows are overwritten, others added.
 class Version1RecordStore final : public RecordStore {
@@ -28,7 +28,7 @@ public:
 
   bool isHeader(std::int64_t code) const override { return isVersion1Header(code); }
   bool setsBack(std::int64_t before, std::int64_t after) const override {
-    return isDone(before) && !isDone(after);
+    return isDoneInEitherVersion(before) && !isDoneInEitherVersion(after);
   }
 
   /// The positions of a header that was not stored must not be added to the previous one.

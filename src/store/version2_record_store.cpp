@@ -1,5 +1,5 @@
 #include "model/text.h"
-#include "rules/active_connection.h"
+#include "platform/environment.h"
 #include "store/entry_objects.h"
 #include "store/record_store.h"
 #include "store/staging_writer.h"

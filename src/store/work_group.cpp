@@ -1,7 +1,7 @@
 #include "store/work_group.h"
 
 #include "platform/conflict_retry.h"
-#include "platform/german_cause.h"
+#include "platform/failure.h"
 
 #include <algorithm>
 #include <exception>

@@ -1,6 +1,6 @@
 #include "ui/about_box.h"
 
-#include "platform/trapped.h"
+#include "platform/failure.h"
 
 #include <cstdint>
 #include <filesystem>

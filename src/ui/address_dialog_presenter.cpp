@@ -1,10 +1,8 @@
 #include "ui/address_dialog_presenter.h"
 
 #include "model/text.h"
-#include "platform/german_cause.h"
-#include "platform/trapped.h"
-#include "ui/address_lines.h"
-
+#include "platform/failure.h"
+#include "rules/address_fields.h"
 #include "ui/lookup_bridge.h"
 
 #include <algorithm>
@@ -237,6 +235,15 @@ AddressBlock AddressDialogPresenter::block(Block which) const {
   for (std::size_t i = 0; i < addressLines.size(); ++i)
     block.lines.*addressLines[i].part = text(spec.line(i));
   return block;
+}
+
+std::string oneLine(const Adresse& address) {
+  std::string text;
+  for (const AddressLine& line : deliveryAddress.lines) {
+    const std::string& part = address.*line.part;
+    if (!part.empty()) text += (text.empty() ? "" : ", ") + part;
+  }
+  return text;
 }
 
 } // namespace qx

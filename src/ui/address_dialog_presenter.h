@@ -70,4 +70,7 @@ private:
   std::string notice_;
 };
 
+/// The lines that are not empty, joined with commas, in the order in which the windows show them.
+std::string oneLine(const Adresse& address);
+
 } // namespace qx

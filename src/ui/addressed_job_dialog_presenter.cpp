@@ -2,10 +2,9 @@
 
 #include "engine/code_rules.h"
 #include "engine/hints.h"
-#include "rules/active_connection.h"
+#include "rules/address_fields.h"
 #include "rules/combo_lists.h"
 #include "settings/settings.h"
-#include "ui/address_lines.h"
 
 #include <utility>
 

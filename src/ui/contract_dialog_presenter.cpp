@@ -1,7 +1,6 @@
 #include "ui/contract_dialog_presenter.h"
 
 #include "engine/contract_check.h"
-#include "rules/active_connection.h"
 #include "rules/combo_lists.h"
 #include "ui/shared_controls.h"
 

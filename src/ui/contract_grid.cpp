@@ -1,7 +1,6 @@
 #include "ui/contract_grid.h"
 
 #include "model/german_text.h"
-#include "platform/whole_number.h"
 
 #include <array>
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "model/job_codes.h"
-#include "rules/combo_target.h"
+#include "rules/combo_lists.h"
 
 #include <cstddef>
 #include <cstdint>

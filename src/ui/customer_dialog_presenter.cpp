@@ -2,7 +2,6 @@
 
 #include "engine/customer_check.h"
 #include "model/text.h"
-#include "platform/show_message.h"
 #include "settings/settings.h"
 #include "ui/shared_controls.h"
 

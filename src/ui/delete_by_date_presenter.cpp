@@ -1,8 +1,6 @@
 #include "ui/delete_by_date_presenter.h"
 
-#include "platform/german_cause.h"
-#include "platform/show_message.h"
-#include "platform/trapped.h"
+#include "platform/failure.h"
 #include "store/job_deletion.h"
 
 #include <exception>
@@ -67,10 +65,7 @@ void DeleteByDatePresenter::deleteBefore(const Date& date, BusyWait* wait) {
       },
       [&](const std::exception& failure) { cause = germanCause(failure); });
   if (cause.empty()) return;
-  Message message;
-  message.text = "Fehler beim Löschen: " + cause;
-  message.icon = MessageIcon::Critical;
-  showMessage(environment_, message);
+  showMessage(environment_, {.text = "Fehler beim Löschen: " + cause, .icon = MessageIcon::Critical});
 }
 
 } // namespace qx

@@ -2,7 +2,6 @@
 
 #include "model/date.h"
 #include "model/german_text.h"
-#include "platform/whole_number.h"
 
 #include <cmath>
 

@@ -1,7 +1,6 @@
 #include "ui/job_dialogs.h"
 
-#include "platform/german_cause.h"
-#include "platform/show_message.h"
+#include "platform/failure.h"
 #include "ui/contract_dialog_presenter.h"
 #include "ui/customer_dialog_presenter.h"
 #include "ui/order_dialog_presenter.h"

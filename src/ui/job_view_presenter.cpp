@@ -1,11 +1,9 @@
 #include "ui/job_view_presenter.h"
 
 #include "model/text.h"
-#include "platform/one_line.h"
-#include "platform/trapped.h"
-#include "rules/active_connection.h"
+#include "platform/failure.h"
 #include "store/job_file_import.h"
-#include "ui/database_wait.h"
+#include "ui/dialog_context.h"
 #include "ui/import_report.h"
 
 #include <algorithm>
@@ -56,13 +54,7 @@ void addLine(std::vector<std::string>& lines, std::string_view line) {
 
 /// Appends the lines of a text that are not already present.
 void addLines(std::vector<std::string>& lines, std::string_view text) {
-  while (!text.empty()) {
-    const std::size_t end = std::min(text.find('\n'), text.size());
-    std::string_view line = text.substr(0, end);
-    if (line.ends_with('\r')) line.remove_suffix(1);
-    addLine(lines, line);
-    text.remove_prefix(std::min(end + 1, text.size()));
-  }
+  while (!text.empty()) addLine(lines, takeLine(text));
 }
 
 } // namespace

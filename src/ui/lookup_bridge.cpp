@@ -1,8 +1,7 @@
 #include "ui/lookup_bridge.h"
 
 #include "model/text.h"
-#include "platform/show_message.h"
-#include "platform/trapped.h"
+#include "platform/failure.h"
 
 #include <algorithm>
 #include <array>

@@ -2,9 +2,7 @@
 
 #include "model/german_text.h"
 #include "platform/conflict_retry.h"
-#include "platform/german_cause.h"
-#include "platform/show_message.h"
-#include "ui/database_wait.h"
+#include "platform/failure.h"
 
 #include <algorithm>
 #include <array>

@@ -1,8 +1,8 @@
 // The dialog of a staged order, without a toolkit.
 #pragma once
 
-#include "engine/order_options.h"
 #include "engine/order_rules.h"
+#include "engine/run_options.h"
 #include "ui/addressed_job_dialog_presenter.h"
 #include "ui/position_grid.h"
 

@@ -2,10 +2,7 @@
 
 #include "model/german_text.h"
 #include "model/text.h"
-#include "platform/german_cause.h"
-#include "platform/trapped.h"
-#include "platform/whole_number.h"
-#include "store/new_job_key.h"
+#include "platform/failure.h"
 #include "ui/lookup_bridge.h"
 #include "ui/position_details.h"
 
@@ -335,10 +332,7 @@ std::string PositionGrid::paste(std::size_t row, std::size_t column, std::string
       targets.push_back(i);
   std::string refused;
   while (!text.empty()) {
-    const auto end = text.find('\n');
-    std::string_view line = text.substr(0, end);
-    text = end == std::string_view::npos ? std::string_view() : text.substr(end + 1);
-    if (line.ends_with('\r')) line.remove_suffix(1);
+    std::string_view line = takeLine(text);
     if (row == positions_.size()) addRow();
     for (const std::size_t target : targets) {
       const auto tab = line.find('\t');

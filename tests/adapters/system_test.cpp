@@ -1,9 +1,7 @@
 // Tests of the system adapters.
-#include "adapters/system/absent_job_view.h"
 #include "adapters/system/console_desktop.h"
-#include "adapters/system/random_guid_source.h"
 #include "adapters/system/stream_diagnostics.h"
-#include "adapters/system/system_clock.h"
+#include "adapters/system/system_sources.h"
 #include "support/fake_desktop.h"
 #include "support/fake_system.h"
 

@@ -60,10 +60,11 @@ std::string joined(const Findings& findings) {
 std::string text;
 std::int16_t size = 0;
 
-template <bool (ImportJobObject2::*Fill)(ComboTarget&, std::string_view) const>
+template <auto Fill>
 std::string filled(Stage& stage) {
   AnyList list;
-  return yes((stage.engine().*Fill)(list, "30"));
+  const ComboLists& lists = stage.engine();
+  return yes((lists.*Fill)(list, "30"));
 }
 
 Member silent(std::string_view name, std::function<void(ImportJobObject2&)> call) {

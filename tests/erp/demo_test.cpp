@@ -1,7 +1,6 @@
 // The invented company is complete in itself: whatever it names exists.
 #include "erp/demo_data.h"
-#include "erp/demo_jobs.h"
-#include "erp/sales_prices.h"
+#include "erp/prices.h"
 #include "standalone_fixture.h"
 
 namespace qx::erp {

@@ -1,6 +1,5 @@
 // Which sales and purchase price holds, and what staged discounts amount to.
-#include "erp/sales_prices.h"
-#include "erp/staged_discounts.h"
+#include "erp/prices.h"
 #include "standalone_fixture.h"
 
 namespace qx::erp {

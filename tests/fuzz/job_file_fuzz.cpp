@@ -1,9 +1,9 @@
 // Any bytes as a job file of either version, plain or scrambled.
 #include "rules/scrambler.h"
 #include "store/job_file_banner.h"
-#include "store/job_file_codes.h"
 #include "store/job_file_record.h"
-#include "store/job_file_writer.h"
+#include "store/job_file_text.h"
+#include "store/job_lines.h"
 #include "store/record_store.h"
 
 #include "require.h"

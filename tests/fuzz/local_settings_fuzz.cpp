@@ -1,7 +1,6 @@
 // Any bytes as a user's settings file and as a profile file of the ERP.
 #include "adapters/local_settings/ini_text.h"
 #include "adapters/local_settings/profile_ini_file.h"
-#include "adapters/local_settings/setting_text.h"
 
 #include "require.h"
 

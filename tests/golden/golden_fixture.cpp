@@ -1,7 +1,6 @@
 #include "golden_fixture.h"
 
 #include "cli/stage_reader.h"
-#include "cli/staged_rows.h"
 #include "support/server_texts.h"
 
 #include <sstream>
@@ -109,8 +108,7 @@ void GoldenTest::stage(std::string_view type, std::string_view notation,
   const auto ownConnection = withServerTexts(erp.secondConnection());
   cli::TextFile source((erp.folder.path() / "jobs.json").string());
   const auto jobs = ownConnection->bulkStaging();
-  cli::StagedRows rows(*jobs);
-  cli::JobAssembler assembler(erp.environment, rows, source.name());
+  cli::JobAssembler assembler(erp.environment, *jobs, source.name());
   jobs->begin();
   cli::readJobs(source, assembler);
   ASSERT_FALSE(jobs->finish());

@@ -1,8 +1,6 @@
 // What a column's value can be read as, and when it cannot.
 #include "platform/value.h"
 
-#include "platform/whole_number.h"
-
 #include <gtest/gtest.h>
 
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "rules/discounts.h"
+#include "rules/price_component.h"
 
 #include <gtest/gtest.h>
 

@@ -2,7 +2,7 @@
 #include "servers/shared_erp.h"
 
 #include "adapters/odbc/connection_string.h"
-#include "erp/demo_jobs.h"
+#include "erp/demo_data.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

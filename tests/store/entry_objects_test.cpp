@@ -1,6 +1,5 @@
 #include "store/entry_objects.h"
 
-#include "store/new_job_key.h"
 #include "support/erp_file.h"
 #include "support/recording_connection.h"
 

@@ -1,4 +1,3 @@
-#include "store/archive_purge.h"
 #include "store/job_deletion.h"
 
 #include "support/erp_file.h"

@@ -1,6 +1,6 @@
 #include "store/job_file_record.h"
 
-#include "store/job_file_codes.h"
+#include "store/job_lines.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,6 @@
 // The dialogs and the check give each demo job one answer, and saving leaves it as it was.
 #include "engine/import_job_object2.h"
 #include "erp/demo_data.h"
-#include "erp/demo_jobs.h"
 #include "support/test_erp.h"
 #include "ui/job_dialogs.h"
 #include "ui/lookup_bridge.h"

@@ -2,7 +2,6 @@
 #include "ui/job_view_presenter.h"
 
 #include "erp/demo_data.h"
-#include "erp/demo_jobs.h"
 #include "support/test_erp.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 // Deleting by date, and the content of the about box.
-#include "platform/german_cause.h"
+#include "platform/failure.h"
 #include "support/test_erp.h"
 #include "ui/about_box.h"
 #include "ui/delete_by_date_presenter.h"

@@ -1,13 +1,40 @@
 #include "adapters/local_settings/ini_text.h"
 
-#include "adapters/local_settings/ini_reader.h"
-#include "adapters/local_settings/setting_text.h"
 #include "model/text.h"
 
+#include <algorithm>
+#include <optional>
 #include <stdexcept>
 
 namespace qx {
 namespace {
+
+constexpr std::string_view hexDigits = "0123456789ABCDEF";
+
+bool isCritical(char character) {
+  constexpr std::string_view critical = "%;#=\"'[]/\\";
+  constexpr unsigned char firstPrintable = 0x20;
+  constexpr unsigned char deleteCharacter = 0x7F;
+  const auto byte = static_cast<unsigned char>(character);
+  return byte < firstPrintable || byte == deleteCharacter ||
+         critical.find(character) != std::string_view::npos;
+}
+
+std::optional<unsigned> hexValue(char digit) {
+  if (digit >= '0' && digit <= '9') return digit - '0';
+  if (digit >= 'A' && digit <= 'F') return digit - 'A' + 10;
+  if (digit >= 'a' && digit <= 'f') return digit - 'a' + 10;
+  return std::nullopt;
+}
+
+/// The character that begins at `at` in its encoded form, or null.
+std::optional<char> encodedAt(std::string_view text, std::size_t at) {
+  if (text[at] != '%' || at + 2 >= text.size()) return std::nullopt;
+  const auto high = hexValue(text[at + 1]);
+  const auto low = hexValue(text[at + 2]);
+  if (!high || !low) return std::nullopt;
+  return static_cast<char>(*high * 16 + *low);
+}
 
 std::string sectionName(std::string_view application, std::string_view section) {
   return encodeSetting(application) + "/" + encodeSetting(section);
@@ -23,6 +50,61 @@ IniEntry findSetting(std::string_view content, std::string_view section, std::st
 }
 
 } // namespace
+
+std::string encodeSetting(std::string_view text) {
+  std::string encoded;
+  encoded.reserve(text.size());
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    const bool outer = at == 0 || at + 1 == text.size();
+    if (isCritical(text[at]) || (outer && text[at] == ' ')) {
+      const auto byte = static_cast<unsigned char>(text[at]);
+      encoded += '%';
+      encoded += hexDigits[byte / 16];
+      encoded += hexDigits[byte % 16];
+    } else {
+      encoded += text[at];
+    }
+  }
+  return encoded;
+}
+
+std::string decodeSetting(std::string_view text) {
+  std::string decoded;
+  decoded.reserve(text.size());
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    const auto character = encodedAt(text, at);
+    decoded += character.value_or(text[at]);
+    if (character) at += 2;
+  }
+  return decoded;
+}
+
+IniEntry findIniEntry(std::string_view content, std::string_view section, std::string_view key,
+                      const IniRules& rules) {
+  std::string_view rest = content;
+  if (rest.starts_with(utf8Mark)) rest.remove_prefix(utf8Mark.size());
+  IniEntry found;
+  bool inSection = false;
+  bool inFirst = false;
+  while (!rest.empty()) {
+    const std::string_view line = trimWhitespace(takeLine(rest));
+    if (line.empty() || rules.commentMarks.find(line.front()) != std::string_view::npos) continue;
+    const auto equals = line.find('=');
+    if (line.starts_with('[')) {
+      const auto close = line.find(']');
+      inSection = close != std::string_view::npos &&
+                  rules.sameName(trimWhitespace(line.substr(1, close - 1)), section);
+      inFirst = inSection && found.sectionEnd == 0;
+    } else if (inSection && (rules.bareKeys || equals != std::string_view::npos) &&
+               rules.sameName(trimWhitespace(line.substr(0, equals)), key)) {
+      found.line = line;
+      if (equals != std::string_view::npos) found.value = trimWhitespace(line.substr(equals + 1));
+      return found;
+    }
+    if (inFirst) found.sectionEnd = content.size() - rest.size();
+  }
+  return found;
+}
 
 std::string settingIn(std::string_view content, std::string_view application, std::string_view section,
                       std::string_view key) {

@@ -1,6 +1,6 @@
 #include "adapters/local_settings/profile_ini_file.h"
 
-#include "adapters/local_settings/ini_reader.h"
+#include "adapters/local_settings/ini_text.h"
 #include "adapters/local_settings/shared_file.h"
 #include "model/code_page.h"
 #include "model/text.h"

@@ -39,7 +39,9 @@ void DatabaseHandle::check(int code) const {
   if (code != SQLITE_OK) fail();
 }
 
-void DatabaseHandle::fail() const { raiseLastError(handle_, target_, unitBegun_); }
+void DatabaseHandle::fail() const {
+  raiseLastError(handle_, target_, unitBegun_ ? UnitBefore::Open : UnitBefore::None);
+}
 
 void DatabaseHandle::failForMemory() const { throw StoreError(target_ + ": out of memory", SQLITE_NOMEM); }
 

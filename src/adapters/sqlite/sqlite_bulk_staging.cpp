@@ -2,7 +2,7 @@
 
 #include "adapters/sql/column_lists.h"
 #include "platform/database_error.h"
-#include "platform/whole_number.h"
+#include "platform/value.h"
 
 #include <functional>
 #include <string>

@@ -29,7 +29,7 @@ struct HandleCloser {
 using Handle = std::unique_ptr<sqlite3, HandleCloser>;
 
 void check(sqlite3* handle, int code, const std::string& target) {
-  if (code != SQLITE_OK) sqlite::raiseLastError(handle, target, false);
+  if (code != SQLITE_OK) sqlite::raiseLastError(handle, target);
 }
 
 /// Texts are read without conversion, so the database must be in UTF-8.

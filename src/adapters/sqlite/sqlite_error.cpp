@@ -35,7 +35,7 @@ Severity severityOf(int primaryCode) {
 
 } // namespace
 
-void raiseLastError(sqlite3* database, const std::string& target, bool workWasOpen) {
+void raiseLastError(sqlite3* database, const std::string& target, UnitBefore unit) {
   const int code = sqlite3_extended_errcode(database);
   const std::string cause = sqlite3_errmsg(database);
   switch (severityOf(code & 0xFF)) {
@@ -52,7 +52,7 @@ void raiseLastError(sqlite3* database, const std::string& target, bool workWasOp
   case Severity::Statement:
     break;
   }
-  if (workWasOpen && sqlite3_get_autocommit(database) != 0) throw WorkLostError(cause, code);
+  if (unit == UnitBefore::Open && sqlite3_get_autocommit(database) != 0) throw WorkLostError(cause, code);
   throw StatementError(cause, code);
 }
 

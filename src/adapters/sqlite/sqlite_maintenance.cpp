@@ -38,9 +38,9 @@ CopyHandle openForCopy(const std::string& file, int access) {
 void copyAll(sqlite3* from, sqlite3* to, const std::string& target) {
   constexpr int allPages = -1;
   sqlite3_backup* const copy = sqlite3_backup_init(to, "main", from, "main");
-  if (copy == nullptr) raiseLastError(to, target, false);
+  if (copy == nullptr) raiseLastError(to, target);
   sqlite3_backup_step(copy, allPages);
-  if (sqlite3_backup_finish(copy) != SQLITE_OK) raiseLastError(to, target, false);
+  if (sqlite3_backup_finish(copy) != SQLITE_OK) raiseLastError(to, target);
 }
 
 std::string quotedName(std::string_view identifier) {

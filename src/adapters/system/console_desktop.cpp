@@ -1,6 +1,6 @@
 #include "adapters/system/console_desktop.h"
 
-#include "platform/one_line.h"
+#include "model/text.h"
 
 namespace qx {
 
@@ -21,6 +21,12 @@ void ConsoleDesktop::write(std::string_view title, std::string_view text) {
   const std::string line = oneLine(text);
   output_ << oneLine(title) << ": " << line << '\n' << std::flush;
   diagnostics_.report({title, line, {}});
+}
+
+void AbsentJobView::open() {
+  desktop_.show({"Dieses Programm hat kein Fenster. Der Befehl 'qximportjob view' öffnet die "
+                 "Importvorgänge.",
+                 std::string(defaultTitle), MessageIcon::Information});
 }
 
 } // namespace qx

@@ -1,4 +1,4 @@
-// The desktop of an unattended program.
+// The desktop and the job view of a program without windows.
 #pragma once
 
 #include "platform/desktop.h"
@@ -27,6 +27,17 @@ private:
 
   std::ostream& output_;
   Diagnostics& diagnostics_;
+};
+
+/// Informs the user that the window is missing and how to list the jobs.
+class AbsentJobView final : public JobView {
+public:
+  explicit AbsentJobView(Desktop& desktop) : desktop_(desktop) {}
+  void open() override;
+  void close() override {}
+
+private:
+  Desktop& desktop_;
 };
 
 } // namespace qx

@@ -1,14 +1,11 @@
 #include "ui/qt/address_window.h"
 
 #include "ui/address_dialog_presenter.h"
-#include "ui/qt/access_keys.h"
 #include "ui/qt/control_form.h"
+#include "ui/qt/form_window.h"
 #include "ui/qt/text.h"
-#include "ui/qt/window_memory.h"
 
-#include <QDialog>
 #include <QHBoxLayout>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
 #include <QScrollArea>
@@ -21,54 +18,34 @@ namespace {
 
 constexpr std::array<std::string_view, 2> blockNames{"VS", "RG"};
 
-class AddressWindow final : public QDialog {
+class AddressWindow final : public FormWindow {
 public:
   AddressWindow(QWidget* parent, Environment& environment, AddressDialogPresenter& addresses);
-  void done(int result) override;
   void accept() override;
 
-protected:
-  void keyPressEvent(QKeyEvent* event) override;
-
 private:
-  void buildBlock(AddressDialogPresenter::Block block, AccessKeys& keys);
-  QPushButton* button(const QString& caption, const QString& name);
+  void buildBlock(AddressDialogPresenter::Block block);
   void render();
 
   AddressDialogPresenter& addresses_;
-  WindowMemory memory_;
-  ControlForm* form_;
-  QLabel* notice_;
   std::array<QLabel*, 2> standings_{};
   std::array<QPushButton*, 2> takers_{};
 };
 
 AddressWindow::AddressWindow(QWidget* parent, Environment& environment, AddressDialogPresenter& addresses)
-    : QDialog(parent), addresses_(addresses), memory_(environment, "DialogAdressen"),
-      form_(new ControlForm(addresses, environment.desktop, "Adressen", this)), notice_(new QLabel(this)) {
+    : FormWindow(parent, environment, addresses, "Adressen", "DialogAdressen"), addresses_(addresses) {
   setObjectName(QStringLiteral("frmAdressen"));
   setWindowTitle(QStringLiteral("Adressen des Vorgangs"));
-  AccessKeys keys;
-  for (const ControlSpec* spec : addresses_.specs()) keys.take(spec->caption);
-  keys.take("Abb&rechen");
-  for (const AddressDialogPresenter::Block block : AddressDialogPresenter::allBlocks) buildBlock(block, keys);
-
-  auto* scroll = new QScrollArea(this);
-  scroll->setWidgetResizable(true);
-  scroll->setFrameShape(QFrame::NoFrame);
-  scroll->setFocusPolicy(Qt::NoFocus);
-  scroll->setWidget(form_);
-  notice_->setObjectName(QStringLiteral("lblHinweis"));
-  notice_->setTextFormat(Qt::PlainText);
-  notice_->setWordWrap(true);
+  keys_.take("Abb&rechen");
+  for (const AddressDialogPresenter::Block block : AddressDialogPresenter::allBlocks) buildBlock(block);
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(notice_);
-  layout->addWidget(scroll, 1);
+  layout->addWidget(scroll_, 1);
   auto* row = new QHBoxLayout;
   row->addStretch(1);
-  QPushButton* taking = button(keys.mark(QStringLiteral("Übernehmen")), QStringLiteral("cmdOK"));
+  QPushButton* taking = button(QStringLiteral("Übernehmen"), QStringLiteral("cmdOK"));
   QPushButton* cancel =
-      button(keys.mark(addresses_.readOnly() ? QStringLiteral("Schließen") : QStringLiteral("Abb&rechen")),
+      button(addresses_.readOnly() ? QStringLiteral("Schließen") : QStringLiteral("Abb&rechen"),
              QStringLiteral("cmdCancel"));
   taking->setEnabled(!addresses_.readOnly());
   connect(taking, &QPushButton::clicked, this, &AddressWindow::accept);
@@ -83,14 +60,7 @@ AddressWindow::AddressWindow(QWidget* parent, Environment& environment, AddressD
   memory_.restore(*this, nullptr, {form.width() + 48, form.height() + fontMetrics().lineSpacing() * 12});
 }
 
-QPushButton* AddressWindow::button(const QString& caption, const QString& name) {
-  auto* made = new QPushButton(caption, this);
-  made->setObjectName(name);
-  made->setAutoDefault(false);
-  return made;
-}
-
-void AddressWindow::buildBlock(AddressDialogPresenter::Block block, AccessKeys& keys) {
+void AddressWindow::buildBlock(AddressDialogPresenter::Block block) {
   const auto number = static_cast<std::size_t>(block);
   const QString name = toQt(blockNames[number]);
   auto* below = new QWidget(form_);
@@ -103,10 +73,10 @@ void AddressWindow::buildBlock(AddressDialogPresenter::Block block, AccessKeys& 
   standing->setAlignment(Qt::AlignTop | Qt::AlignLeft);
   // Room for two lines, so that the fields stay where they are.
   standing->setMinimumHeight(standing->fontMetrics().lineSpacing() * 2);
-  QPushButton* taker = takers_[number] = button(keys.mark(QStringLiteral("Stammadresse übernehmen")),
+  QPushButton* taker = takers_[number] = button(QStringLiteral("Stammadresse übernehmen"),
                                                 QStringLiteral("cmd") + name + QStringLiteral("_Stamm"));
   QPushButton* clearer =
-      button(keys.mark(QStringLiteral("Leeren")), QStringLiteral("cmd") + name + QStringLiteral("_Leeren"));
+      button(QStringLiteral("Leeren"), QStringLiteral("cmd") + name + QStringLiteral("_Leeren"));
   clearer->setEnabled(!addresses_.readOnly());
   connect(taker, &QPushButton::clicked, this, [this, block] {
     form_->commit();
@@ -140,23 +110,7 @@ void AddressWindow::render() {
 
 void AddressWindow::accept() {
   form_->commit();
-  QDialog::accept();
-}
-
-void AddressWindow::done(int result) {
-  memory_.keep(*this, nullptr);
-  QDialog::done(result);
-}
-
-void AddressWindow::keyPressEvent(QKeyEvent* event) {
-  if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter) {
-    QDialog::keyPressEvent(event);
-    return;
-  }
-  if (auto* pressed = qobject_cast<QPushButton*>(focusWidget()))
-    pressed->click();
-  else
-    form_->commit();
+  FormWindow::accept();
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "ui/qt/control_form.h"
 
+#include "engine/findings.h"
 #include "model/date.h"
 #include "ui/qt/code_combo.h"
 #include "ui/qt/elided_label.h"
@@ -275,9 +276,7 @@ void ControlForm::show(std::size_t index) {
   field.picture->setVisible(state.picture != CheckStatus::Clean);
   field.picture->setIcon(fieldPicture(state.picture));
   field.picture->setToolTip(plainToolTip(message));
-  field.picture->setAccessibleName(
-      (state.picture == CheckStatus::Error ? QStringLiteral("Fehler: ") : QStringLiteral("Warnung: ")) +
-      message);
+  field.picture->setAccessibleName(toQt(severityWord(state.picture)) + QStringLiteral(": ") + message);
 
   field.master->setVisible(state.master.has_value() && state.enabled);
   if (state.master) {

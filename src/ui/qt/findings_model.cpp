@@ -16,18 +16,6 @@ QString placed(const ListedFinding& finding) {
   return toQt(number.empty() ? code : code + " " + number);
 }
 
-QString severityText(CheckStatus severity) {
-  switch (severity) {
-  case CheckStatus::Clean:
-    return QStringLiteral("Hinweis");
-  case CheckStatus::Warning:
-    return QStringLiteral("Warnung");
-  case CheckStatus::Error:
-    return QStringLiteral("Fehler");
-  }
-  return {};
-}
-
 } // namespace
 
 void FindingsModel::show(std::vector<ListedFinding> findings) {
@@ -45,7 +33,7 @@ std::optional<int> FindingsModel::rowOf(const ListedFinding& finding) const {
 
 QString FindingsModel::line(int row) const {
   const ListedFinding& shown = finding(row);
-  return placed(shown) + QLatin1Char('\t') + severityText(shown.found.severity) + QLatin1Char('\t') +
+  return placed(shown) + QLatin1Char('\t') + toQt(severityWord(shown.found.severity)) + QLatin1Char('\t') +
          toQt(shown.text());
 }
 
@@ -60,7 +48,8 @@ QVariant FindingsModel::data(const QModelIndex& index, int role) const {
   const ListedFinding& shown = finding(index.row());
   if (index.column() == Status) {
     if (role == Qt::DecorationRole) return severityPicture(shown.found.severity);
-    if (role == Qt::ToolTipRole || role == Qt::AccessibleTextRole) return severityText(shown.found.severity);
+    if (role == Qt::ToolTipRole || role == Qt::AccessibleTextRole)
+      return toQt(severityWord(shown.found.severity));
     return {};
   }
   if (role == Qt::DisplayRole)

@@ -1,11 +1,8 @@
 #include "ui/qt/form_window.h"
 
-#include "ui/qt/access_keys.h"
 #include "ui/qt/control_form.h"
 #include "ui/qt/text.h"
-#include "ui/qt/window_memory.h"
 
-#include <QDialog>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
@@ -16,100 +13,126 @@
 namespace qx {
 namespace {
 
-class FormWindow final : public QDialog {
+/// Closes only when every typed text was accepted or discarded.
+class DetailsWindow final : public FormWindow {
 public:
-  FormWindow(QWidget* parent, Environment& environment, Form& form, const QString& title,
-             std::string_view memoryKey);
-  void done(int result) override;
+  DetailsWindow(QWidget* parent, Environment& environment, Form& form, const QString& title,
+                std::string_view memoryKey)
+      : FormWindow(parent, environment, form, fromQt(title), memoryKey), controls_(form) {
+    setObjectName(QStringLiteral("frmAngaben"));
+    setWindowTitle(title);
+    QPushButton* close = button(QStringLiteral("Schließen"), QStringLiteral("cmdClose"));
+    connect(close, &QPushButton::clicked, this, &DetailsWindow::accept);
+    auto* row = new QHBoxLayout;
+    row->addStretch(1);
+    row->addWidget(close);
+    notice_->hide();
+    connect(form_, &ControlForm::edited, notice_,
+            [this] { notice_->setVisible(controls_.refused().has_value()); });
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(scroll_, 1);
+    layout->addWidget(notice_);
+    layout->addLayout(row);
+    memory_.restore(*this, nullptr, form_->sizeHint() + QSize(48, fontMetrics().lineSpacing() * 5));
+  }
+
+  void done(int result) override {
+    form_->commit();
+    // Typed text would be lost with the window.
+    if (!leadToRefused()) FormWindow::done(result);
+  }
 
 protected:
-  void keyPressEvent(QKeyEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override {
+    if (event->key() == Qt::Key_Escape) {
+      form_->commit();
+      if (const auto index = controls_.refused()) {
+        controls_.dropRefused(*index);
+        form_->render();
+        notice_->setVisible(leadToRefused());
+        return;
+      }
+    }
+    FormWindow::keyPressEvent(event);
+  }
 
 private:
-  bool leadToRefused();
+  /// Sets the focus to a control whose text was refused. False when there is none.
+  bool leadToRefused() {
+    const auto index = controls_.refused();
+    if (!index) return false;
+    form_->focusControl(controls_.specs()[*index]->name);
+    notice_->setText(
+        toQt(controls_.control(*index).message) +
+        QStringLiteral(" Bitte berichtigen Sie das Feld, oder verwerfen Sie die Eingabe mit Esc."));
+    notice_->show();
+    return true;
+  }
 
-  WindowMemory memory_;
   Form& controls_;
-  ControlForm* form_;
-  QLabel* notice_;
 };
 
-FormWindow::FormWindow(QWidget* parent, Environment& environment, Form& form, const QString& title,
+} // namespace
+
+void AccessKeys::take(std::string_view caption) {
+  const QString text = toQt(caption);
+  const qsizetype mark = text.indexOf(QLatin1Char('&'));
+  if (mark >= 0 && mark + 1 < text.size()) taken_ += text[mark + 1].toLower();
+}
+
+QString AccessKeys::mark(const QString& caption) {
+  if (caption.contains(QLatin1Char('&'))) {
+    take(fromQt(caption));
+    return caption;
+  }
+  for (qsizetype i = 0; i < caption.size(); ++i) {
+    const QChar key = caption[i].toLower();
+    if (!key.isLetter() || taken_.contains(key)) continue;
+    taken_ += key;
+    return QString(caption).insert(i, QLatin1Char('&'));
+  }
+  return caption;
+}
+
+FormWindow::FormWindow(QWidget* parent, Environment& environment, Form& form, std::string_view boxTitle,
                        std::string_view memoryKey)
-    : QDialog(parent), memory_(environment, memoryKey), controls_(form),
-      form_(new ControlForm(form, environment.desktop, fromQt(title))), notice_(new QLabel(this)) {
-  setObjectName(QStringLiteral("frmAngaben"));
-  setWindowTitle(title);
-  auto* scroll = new QScrollArea(this);
-  scroll->setWidgetResizable(true);
-  scroll->setFrameShape(QFrame::NoFrame);
-  scroll->setFocusPolicy(Qt::NoFocus);
-  scroll->setWidget(form_);
-  AccessKeys keys;
-  for (const ControlSpec* spec : form.specs()) keys.take(spec->caption);
-  auto* close = new QPushButton(keys.mark(QStringLiteral("Schließen")), this);
-  close->setObjectName(QStringLiteral("cmdClose"));
-  close->setAutoDefault(false);
-  connect(close, &QPushButton::clicked, this, &FormWindow::accept);
-  auto* row = new QHBoxLayout;
-  row->addStretch(1);
-  row->addWidget(close);
+    : QDialog(parent), memory_(environment, memoryKey),
+      form_(new ControlForm(form, environment.desktop, boxTitle)), scroll_(new QScrollArea(this)),
+      notice_(new QLabel(this)) {
+  for (const ControlSpec* spec : form.specs()) keys_.take(spec->caption);
+  scroll_->setWidgetResizable(true);
+  scroll_->setFrameShape(QFrame::NoFrame);
+  scroll_->setFocusPolicy(Qt::NoFocus);
+  scroll_->setWidget(form_);
   notice_->setObjectName(QStringLiteral("lblHinweis"));
   notice_->setTextFormat(Qt::PlainText);
   notice_->setWordWrap(true);
-  notice_->hide();
-  connect(form_, &ControlForm::edited, notice_,
-          [this] { notice_->setVisible(controls_.refused().has_value()); });
-  auto* layout = new QVBoxLayout(this);
-  layout->addWidget(scroll, 1);
-  layout->addWidget(notice_);
-  layout->addLayout(row);
-  memory_.restore(*this, nullptr, form_->sizeHint() + QSize(48, fontMetrics().lineSpacing() * 5));
+}
+
+QPushButton* FormWindow::button(const QString& caption, const QString& name) {
+  auto* made = new QPushButton(keys_.mark(caption), this);
+  made->setObjectName(name);
+  made->setAutoDefault(false);
+  return made;
 }
 
 void FormWindow::done(int result) {
-  form_->commit();
-  // Typed text would be lost with the window.
-  if (leadToRefused()) return;
-  memory_.keep(*this, nullptr);
+  memory_.keep(*this, splitter_);
   QDialog::done(result);
 }
 
-/// Sets the focus to a control whose text was refused. False when there is none.
-bool FormWindow::leadToRefused() {
-  const auto index = controls_.refused();
-  if (!index) return false;
-  form_->focusControl(controls_.specs()[*index]->name);
-  notice_->setText(
-      toQt(controls_.control(*index).message) +
-      QStringLiteral(" Bitte berichtigen Sie das Feld, oder verwerfen Sie die Eingabe mit Esc."));
-  notice_->show();
-  return true;
-}
-
 void FormWindow::keyPressEvent(QKeyEvent* event) {
-  if (event->key() == Qt::Key_Escape) {
-    form_->commit();
-    if (const auto index = controls_.refused()) {
-      controls_.dropRefused(*index);
-      form_->render();
-      notice_->setVisible(leadToRefused());
-      return;
-    }
-  }
   if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter)
     QDialog::keyPressEvent(event);
-  else if (auto* button = qobject_cast<QPushButton*>(focusWidget()))
-    button->click();
+  else if (auto* pressed = qobject_cast<QPushButton*>(focusWidget()))
+    pressed->click();
   else
     form_->commit();
 }
 
-} // namespace
-
 void showForm(QWidget* parent, Environment& environment, Form& form, const QString& title,
               std::string_view memoryKey) {
-  FormWindow(parent, environment, form, title, memoryKey).exec();
+  DetailsWindow(parent, environment, form, title, memoryKey).exec();
 }
 
 } // namespace qx

@@ -9,7 +9,6 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPlainTextEdit>
-
 #include <algorithm>
 
 namespace qx {
@@ -18,6 +17,20 @@ namespace {
 constexpr const char* filled = "qxFilled"; ///< the editor has received its text
 
 } // namespace
+
+void PictureDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
+                            const QModelIndex& index) const {
+  QStyleOptionViewItem cell = option;
+  initStyleOption(&cell, index);
+  const QIcon picture = cell.icon;
+  cell.icon = {};
+  cell.features &= ~QStyleOptionViewItem::HasDecoration;
+  const QStyle* style = cell.widget != nullptr ? cell.widget->style() : QApplication::style();
+  style->drawControl(QStyle::CE_ItemViewItem, &cell, painter, cell.widget);
+  // Never tinted: the colour has a meaning.
+  picture.paint(painter,
+                QStyle::alignedRect(cell.direction, Qt::AlignCenter, cell.decorationSize, cell.rect));
+}
 
 QWidget* GridDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem& /*option*/,
                                     const QModelIndex& index) const {

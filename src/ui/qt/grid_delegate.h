@@ -1,10 +1,19 @@
-// How the cells of a job grid are drawn and edited.
+// How the cells of tables are drawn and edited.
 #pragma once
 
 #include "ui/job_grid.h"
-#include "ui/qt/picture_delegate.h"
+
+#include <QStyledItemDelegate>
 
 namespace qx {
+
+/// Draws the picture in the middle of its cell.
+class PictureDelegate : public QStyledItemDelegate {
+public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+
+  void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+};
 
 /// Gives each kind of column its editor. A check box is toggled in place; a long text is edited in a
 /// multi-line editor over the cell.

@@ -3,30 +3,27 @@
 #include "settings/settings.h"
 #include "ui/address_dialog_presenter.h"
 #include "ui/job_dialogs.h"
-#include "ui/qt/access_keys.h"
 #include "ui/qt/address_window.h"
 #include "ui/qt/control_form.h"
 #include "ui/qt/elided_label.h"
 #include "ui/qt/findings_model.h"
 #include "ui/qt/form_window.h"
+#include "ui/qt/grid_delegate.h"
 #include "ui/qt/grid_view.h"
-#include "ui/qt/picture_delegate.h"
 #include "ui/qt/text.h"
-#include "ui/qt/window_memory.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
-#include <QDialog>
 #include <QHBoxLayout>
 #include <QHeaderView>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QShortcut>
+#include <QShowEvent>
 #include <QSplitter>
 #include <QTableView>
 #include <QTimer>
@@ -57,7 +54,7 @@ std::string_view memoryKey(std::int16_t jobType) {
   }
 }
 
-class JobDialogWindow final : public QDialog {
+class JobDialogWindow final : public FormWindow {
 public:
   JobDialogWindow(QWidget* parent, const DialogContext& context, JobDialogPresenter& dialog, bool offerNext);
 
@@ -66,7 +63,6 @@ public:
   void done(int result) override;
 
 protected:
-  void keyPressEvent(QKeyEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
   void showEvent(QShowEvent* event) override;
 
@@ -76,7 +72,7 @@ private:
   QWidget* buildFindings();
   QWidget* buildGrid();
   QLayout* buildButtons(bool offerNext);
-  QPushButton* addButton(QLayout& row, AccessKeys& keys, const char* name, const QString& caption,
+  QPushButton* addButton(QLayout& row, const char* name, const QString& caption,
                          void (JobDialogWindow::*pressed)());
   void setSizes();
   void fitForm();
@@ -102,14 +98,9 @@ private:
 
   DialogContext context_;
   JobDialogPresenter& dialog_;
-  WindowMemory memory_;
   DialogEnd end_ = DialogEnd::Closed;
   ElidedLabel* title_ = nullptr;
-  QLabel* notice_ = nullptr;
   QLabel* progress_ = nullptr;
-  QSplitter* splitter_ = new QSplitter(Qt::Vertical, this);
-  QScrollArea* scroll_ = nullptr;
-  ControlForm* form_ = nullptr;
   FindingsModel* findings_ = nullptr;
   QTableView* findingsView_ = nullptr;
   GridView* grid_ = nullptr;
@@ -122,13 +113,14 @@ private:
 
 JobDialogWindow::JobDialogWindow(QWidget* parent, const DialogContext& context, JobDialogPresenter& dialog,
                                  bool offerNext)
-    : QDialog(parent), context_(context), dialog_(dialog),
-      memory_(context.environment, memoryKey(dialog.jobType())) {
+    : FormWindow(parent, context.environment, dialog, dialog.kind().boxTitle, memoryKey(dialog.jobType())),
+      context_(context), dialog_(dialog) {
   setObjectName(QStringLiteral("frmVorgang"));
   setWindowFlag(Qt::WindowMaximizeButtonHint);
   setWindowFlag(Qt::WindowContextHelpButtonHint, false);
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(buildHead());
+  splitter_ = new QSplitter(Qt::Vertical, this);
   splitter_->setChildrenCollapsible(false);
   splitter_->addWidget(buildForm());
   splitter_->addWidget(buildFindings());
@@ -160,24 +152,14 @@ QWidget* JobDialogWindow::buildHead() {
   font.setBold(true);
   font.setPointSizeF(font.pointSizeF() * 1.2);
   title_->setFont(font);
-  notice_ = new QLabel(head);
-  notice_->setObjectName(QStringLiteral("lblHinweis"));
-  notice_->setTextFormat(Qt::PlainText);
-  notice_->setWordWrap(true);
   layout->addWidget(title_);
   layout->addWidget(notice_);
   return head;
 }
 
 QWidget* JobDialogWindow::buildForm() {
-  form_ = new ControlForm(dialog_, context_.environment.desktop, dialog_.kind().boxTitle);
-  scroll_ = new QScrollArea(this);
-  scroll_->setWidgetResizable(true);
-  scroll_->setFrameShape(QFrame::NoFrame);
-  scroll_->setWidget(form_);
   scroll_->viewport()->setAutoFillBackground(false);
   form_->setAutoFillBackground(false);
-  scroll_->setFocusPolicy(Qt::NoFocus);
   scroll_->viewport()->installEventFilter(this);
   scroll_->setMinimumHeight(fontMetrics().lineSpacing() * 6);
   connect(form_, &ControlForm::edited, this, [this] {
@@ -232,45 +214,39 @@ QWidget* JobDialogWindow::buildGrid() {
   return grid_;
 }
 
-QPushButton* JobDialogWindow::addButton(QLayout& row, AccessKeys& keys, const char* name,
-                                        const QString& caption, void (JobDialogWindow::*pressed)()) {
-  auto* button = new QPushButton(keys.mark(caption), this);
-  button->setObjectName(QLatin1String(name));
-  // Enter belongs to the field in which it is pressed.
-  button->setAutoDefault(false);
-  button->setEnabled(!dialog_.readOnly());
-  connect(button, &QPushButton::clicked, this, pressed);
-  row.addWidget(button);
-  return button;
+QPushButton* JobDialogWindow::addButton(QLayout& row, const char* name, const QString& caption,
+                                        void (JobDialogWindow::*pressed)()) {
+  QPushButton* added = button(caption, QLatin1String(name));
+  added->setEnabled(!dialog_.readOnly());
+  connect(added, &QPushButton::clicked, this, pressed);
+  row.addWidget(added);
+  return added;
 }
 
 QLayout* JobDialogWindow::buildButtons(bool offerNext) {
-  AccessKeys keys;
-  for (const ControlSpec* spec : dialog_.specs()) keys.take(spec->caption);
   auto* row = new QHBoxLayout;
   if (dialog_.kind().addresses != nullptr)
-    addButton(*row, keys, "cmdAdressen", QStringLiteral("Adr&essen…"), &JobDialogWindow::editAddresses);
-  if (dialog_.canErase())
-    addButton(*row, keys, "cmdDelete", QStringLiteral("&Löschen"), &JobDialogWindow::erase);
+    addButton(*row, "cmdAdressen", QStringLiteral("Adr&essen…"), &JobDialogWindow::editAddresses);
+  if (dialog_.canErase()) addButton(*row, "cmdDelete", QStringLiteral("&Löschen"), &JobDialogWindow::erase);
   progress_ = new QLabel(this);
   progress_->setObjectName(QStringLiteral("lblPruefung"));
   progress_->hide();
   row->addSpacing(12);
   row->addWidget(progress_, 1);
   row->addStretch(1);
-  release_ = addButton(*row, keys, "cmdFreigeben", QStringLiteral("Fre&igeben"), &JobDialogWindow::release);
+  release_ = addButton(*row, "cmdFreigeben", QStringLiteral("Fre&igeben"), &JobDialogWindow::release);
   release_->setToolTip(QStringLiteral("Den Vorgang trotz seiner Befunde verarbeiten lassen"));
-  save_ = addButton(*row, keys, "cmdSpeichern", QStringLiteral("Spei&chern"), &JobDialogWindow::saveAndClose);
+  save_ = addButton(*row, "cmdSpeichern", QStringLiteral("Spei&chern"), &JobDialogWindow::saveAndClose);
   save_->setToolTip(QStringLiteral("Speichern und schließen (Strg+S)"));
   if (offerNext) {
-    QPushButton* next = addButton(*row, keys, "cmdWeiter", QStringLiteral("Speicher&n und weiter"),
-                                  &JobDialogWindow::saveAndGoOn);
+    QPushButton* next =
+        addButton(*row, "cmdWeiter", QStringLiteral("Speicher&n und weiter"), &JobDialogWindow::saveAndGoOn);
     next->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Return));
     next->setToolTip(QStringLiteral("Speichern und den nächsten Vorgang öffnen (Strg+Eingabe)"));
   }
-  QPushButton* cancel = addButton(
-      *row, keys, "", dialog_.readOnly() ? QStringLiteral("Schließen") : QStringLiteral("Abb&rechen"),
-      &JobDialogWindow::reject);
+  QPushButton* cancel =
+      addButton(*row, "", dialog_.readOnly() ? QStringLiteral("Schließen") : QStringLiteral("Abb&rechen"),
+                &JobDialogWindow::reject);
   cancel->setObjectName(toQt(dialog_.kind().cancelButton));
   cancel->setEnabled(true);
   return row;
@@ -297,7 +273,7 @@ void JobDialogWindow::setSizes() {
 void JobDialogWindow::fitForm() { form_->fitWidth(scroll_->viewport()->width()); }
 
 void JobDialogWindow::showEvent(QShowEvent* event) {
-  QDialog::showEvent(event);
+  FormWindow::showEvent(event);
   fitForm();
   // The list of findings has the initial focus; Enter moves to a finding's field.
   if (event->spontaneous() || dialog_.readOnly() || findings_->rowCount() == 0 ||
@@ -313,7 +289,7 @@ void JobDialogWindow::showEvent(QShowEvent* event) {
 
 bool JobDialogWindow::eventFilter(QObject* watched, QEvent* event) {
   if (watched == scroll_->viewport() && event->type() == QEvent::Resize) fitForm();
-  return QDialog::eventFilter(watched, event);
+  return FormWindow::eventFilter(watched, event);
 }
 
 void JobDialogWindow::render() {
@@ -468,24 +444,12 @@ void JobDialogWindow::checkMore() {
 }
 
 void JobDialogWindow::reject() {
-  if (mayLeave()) QDialog::reject();
+  if (mayLeave()) FormWindow::reject();
 }
 
 void JobDialogWindow::done(int result) {
   checks_.stop();
-  memory_.keep(*this, splitter_);
-  QDialog::done(result);
-}
-
-void JobDialogWindow::keyPressEvent(QKeyEvent* event) {
-  if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter) {
-    QDialog::keyPressEvent(event);
-    return;
-  }
-  if (auto* button = qobject_cast<QPushButton*>(focusWidget()))
-    button->click();
-  else
-    form_->commit();
+  FormWindow::done(result);
 }
 
 } // namespace

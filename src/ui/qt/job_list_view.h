@@ -1,7 +1,9 @@
-// The list of jobs in the main window.
+// The list of jobs in the main window, and the pane below it.
 #pragma once
 
+#include <QPlainTextEdit>
 #include <QTableView>
+#include <QWidget>
 
 class QLabel;
 
@@ -28,6 +30,18 @@ private:
   void colourHint();
 
   QLabel* hint_;
+};
+
+/// Shows the reasons of a job's state, line by line, for reading and copying.
+class JobDetailsPane final : public QWidget {
+public:
+  explicit JobDetailsPane(QWidget* parent);
+
+  /// Keeps selection and scroll position while the text stays the same.
+  void setText(const QString& text);
+
+private:
+  QPlainTextEdit* text_;
 };
 
 } // namespace qx

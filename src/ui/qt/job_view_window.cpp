@@ -1,7 +1,6 @@
 #include "ui/qt/job_view_window.h"
 
 #include "ui/qt/busy_wait.h"
-#include "ui/qt/job_details_pane.h"
 #include "ui/qt/job_list_model.h"
 #include "ui/qt/job_list_view.h"
 #include "ui/qt/pictures.h"

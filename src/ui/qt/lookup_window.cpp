@@ -1,6 +1,6 @@
 #include "ui/qt/lookup_window.h"
 
-#include "platform/german_cause.h"
+#include "platform/failure.h"
 #include "settings/settings.h"
 #include "ui/qt/text.h"
 
@@ -28,6 +28,11 @@ constexpr std::string_view settingsSection = "Auskunft";
 
 constexpr bool moves(int key) {
   return key == Qt::Key_Up || key == Qt::Key_Down || key == Qt::Key_PageUp || key == Qt::Key_PageDown;
+}
+
+QVariant alignmentOf(const erp::LookupColumn& column) {
+  const bool number = column.kind == erp::LookupColumnKind::Number;
+  return QVariant::fromValue((number ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
 }
 
 } // namespace
@@ -76,10 +81,7 @@ QVariant LookupModel::data(const QModelIndex& index, int role) const {
   case Qt::ToolTipRole:
     return plainToolTip(toQt(row(index.row())[column]).simplified());
   case Qt::TextAlignmentRole:
-    return QVariant::fromValue((pages_.source().columns[column].kind == erp::LookupColumnKind::Number
-                                    ? Qt::AlignRight
-                                    : Qt::AlignLeft) |
-                               Qt::AlignVCenter);
+    return alignmentOf(pages_.source().columns[column]);
   default:
     return {};
   }
@@ -89,10 +91,7 @@ QVariant LookupModel::headerData(int section, Qt::Orientation orientation, int r
   if (orientation != Qt::Horizontal) return QAbstractTableModel::headerData(section, orientation, role);
   const erp::LookupColumn& column = pages_.source().columns[static_cast<std::size_t>(section)];
   if (role == Qt::DisplayRole) return toQt(column.caption);
-  if (role == Qt::TextAlignmentRole)
-    return QVariant::fromValue(
-        (column.kind == erp::LookupColumnKind::Number ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
-  return {};
+  return role == Qt::TextAlignmentRole ? alignmentOf(column) : QVariant();
 }
 
 bool LookupModel::canFetchMore(const QModelIndex& parent) const {

@@ -15,7 +15,6 @@
 #include "ui/qt/pictures.h"
 #include "ui/qt/qt_desktop.h"
 #include "ui/qt/qt_job_view.h"
-#include "ui/qt/quiet_text.h"
 #include "ui/qt/small_windows.h"
 #include "ui/qt/text.h"
 
@@ -166,12 +165,10 @@ std::string_view sentenceOf(ErrorCause cause) {
 /// A sentence for the clerk, followed by the technical message for the support.
 void showError(QtDesktop& desktop, const ProgramError& error) {
   printError(error);
-  Message message;
-  message.text = "Die Importvorgänge können nicht geöffnet werden.\r\n" +
-                 std::string(sentenceOf(error.cause())) + "\r\n\r\nFür die Betreuung: " + error.what();
-  if (!error.nextStep().empty()) message.text += "\r\n" + error.nextStep();
-  message.icon = MessageIcon::Critical;
-  desktop.show(message);
+  std::string text = "Die Importvorgänge können nicht geöffnet werden.\r\n" +
+                     std::string(sentenceOf(error.cause())) + "\r\n\r\nFür die Betreuung: " + error.what();
+  if (!error.nextStep().empty()) text += "\r\n" + error.nextStep();
+  desktop.show({.text = text, .icon = MessageIcon::Critical});
 }
 
 /// Without a display the toolkit would abort with a core dump.

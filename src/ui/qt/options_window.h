@@ -1,7 +1,7 @@
 // The window of the options dialog.
 #pragma once
 
-#include "ui/database_wait.h"
+#include "ui/dialog_context.h"
 #include "ui/options_dialog_presenter.h"
 
 #include <QDialog>

@@ -42,27 +42,13 @@ QIcon picture(std::string_view name) {
 }
 
 QIcon severityPicture(CheckStatus severity) {
-  switch (severity) {
-  case CheckStatus::Clean:
-    return picture("PROCESSING");
-  case CheckStatus::Warning:
-    return picture("WARNING");
-  case CheckStatus::Error:
-    return picture("ERROR");
-  }
-  return {};
+  if (severity == CheckStatus::Clean) return picture("PROCESSING");
+  return picture(severity == CheckStatus::Warning ? "WARNING" : "ERROR");
 }
 
 QIcon fieldPicture(CheckStatus severity) {
-  switch (severity) {
-  case CheckStatus::Clean:
-    return {};
-  case CheckStatus::Warning:
-    return picture("WARNINGGRAY");
-  case CheckStatus::Error:
-    return picture("ERRORGRAY");
-  }
-  return {};
+  if (severity == CheckStatus::Clean) return {};
+  return picture(severity == CheckStatus::Warning ? "WARNINGGRAY" : "ERRORGRAY");
 }
 
 } // namespace qx

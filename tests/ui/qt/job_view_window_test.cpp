@@ -2,7 +2,6 @@
 #include "ui/qt/job_view_window.h"
 
 #include "erp/demo_data.h"
-#include "erp/demo_jobs.h"
 #include "support/test_erp.h"
 #include "support/words.h"
 #include "ui/qt/text.h"

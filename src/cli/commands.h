@@ -1,0 +1,252 @@
+// The commands of the program: a class for each verb. Its public members are the arguments.
+#pragma once
+
+#include "cli/command.h"
+#include "program/view_arguments.h"
+#include "store/job_file_scrambling.h"
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace qx::cli {
+
+/// `init [--demo] [--shared]`: a second call changes nothing.
+class InitCommand final : public Command {
+public:
+  bool demo = false;
+  bool shared = false; ///< for the whole group of its owner
+
+  ExitCode run(Installation& installation, const Output& output) override;
+};
+
+/// `stage FILE|- [--again]`: all jobs of the file or none.
+class StageCommand final : public DatabaseCommand {
+public:
+  std::string file;
+  bool again = false; ///< stage done jobs again
+
+protected:
+  ExitCode work(const CommandContext& context) override;
+};
+
+/// `list [--state S]... [--kind K]... [--limit N]`: without options all jobs, oldest date of receipt first.
+class ListCommand final : public DatabaseCommand {
+public:
+  std::vector<std::string> states;
+  std::vector<std::string> kinds;
+  std::optional<std::int64_t> limit;
+
+  void prepare() override;
+
+protected:
+  ExitCode work(const CommandContext& context) override;
+
+private:
+  Sql query() const;
+
+  std::vector<std::int16_t> codes_; ///< empty for all
+};
+
+/// `show JOBID`: header, positions and findings.
+class ShowCommand final : public DatabaseCommand {
+public:
+  std::string jobId;
+
+protected:
+  ExitCode work(const CommandContext& context) override;
+};
+
+/// `check [JOBID...]`: the jobs of these keys, or all waiting ones.
+class CheckCommand final : public DatabaseCommand {
+public:
+  std::vector<std::string> jobIds;
+
+protected:
+  ExitCode work(const CommandContext& context) override;
+};
+
+/// `explain CODE|TEXT|JOBID`: the rules of a code or of a text of the run or the dialogs, which needs no
+/// database; else the findings of a job with their values, and the rules of its reasons.
+class ExplainCommand final : public Command {
+public:
+  std::string subject;
+
+  ExitCode run(Installation& installation, const Output& output) override;
+
+private:
+  ExitCode explainJob(Installation& installation, const Output& output) const;
+};
+
+/// `delete JOBID... [--with-contracts]`; a job that the database refuses to delete stays and is named.
+class DeleteCommand final : public DatabaseCommand {
+public:
+  std::vector<std::string> jobIds;
+  bool withContracts = false; ///< of a customer job also the customer's contract jobs
+
+protected:
+  ExitCode work(const CommandContext& context) override;
+};
+
+/// `purge [--before dd.mm.yyyy]`: all done jobs, or those received before a day.
+class PurgeCommand final : public DatabaseCommand {
+public:
+  std::optional<std::string> before;
+
+  void prepare() override;
+
+protected:
+  ExitCode work(const CommandContext& context) override;
+
+private:
+  std::optional<Date> day_;
+};
+
+/// `process [--select S] [--unevaluated] [--wait[=TIME]]`, under the single-user lock.
+class ProcessCommand final : public DatabaseCommand {
+public:
+  std::string select = "alle";
+  bool unevaluated = false; ///< skip the automatic check
+  std::string wait = "0";   ///< for the lock: a number with s, min or h behind it, or `forever`
+
+  static constexpr const char* forever = "forever";
+
+  void prepare() override;
+
+protected:
+  ExitCode work(const CommandContext& context) override;
+
+private:
+  qxProcessState selection_ = qxProcessState::ProcessAll;
+  std::chrono::seconds lockWait_{0};
+};
+
+/// `release JOBID...` or `release --all-warnings`.
+class ReleaseCommand final : public DatabaseCommand {
+public:
+  std::vector<std::string> jobIds;
+  bool allWarnings = false;
+
+  void prepare() override;
+
+protected:
+  ExitCode work(const CommandContext& context) override;
+
+private:
+  /// The keys of the jobs that were released.
+  std::vector<std::string> release(const CommandContext& context) const;
+};
+
+/// `protocol`: the lines of the session date's protocols.
+class ProtocolCommand final : public DatabaseCommand {
+protected:
+  ExitCode work(const CommandContext& context) override;
+};
+
+/// `lock show`.
+class LockShowCommand final : public DatabaseCommand {
+protected:
+  ExitCode work(const CommandContext& context) override;
+};
+
+/// `lock release`, whoever holds it.
+class LockReleaseCommand final : public DatabaseCommand {
+protected:
+  ExitCode work(const CommandContext& context) override;
+};
+
+/// `import FILE [--version1]`: reads every record that is not defective.
+class ImportCommand final : public DatabaseCommand {
+public:
+  std::string file;
+  bool version1 = false;
+
+protected:
+  ExitCode work(const CommandContext& context) override;
+};
+
+/// `export FILE [--version1]`: every job and position.
+class ExportCommand final : public DatabaseCommand {
+public:
+  std::string file;
+  bool version1 = false;
+
+protected:
+  ExitCode work(const CommandContext& context) override;
+};
+
+/// `scramble FILE OUT`: from the plain form to the scrambled one of the installation's code tables;
+/// `unscramble FILE OUT`: the reverse.
+class ScrambleCommand final : public DatabaseCommand {
+public:
+  std::string file;
+  std::string target;
+  Scrambling scrambling = Scrambling::Scramble;
+
+protected:
+  ExitCode work(const CommandContext& context) override;
+};
+
+/// `settings list`: every option that the program knows.
+class SettingsListCommand final : public DatabaseCommand {
+protected:
+  ExitCode work(const CommandContext& context) override;
+};
+
+/// `settings get SECTION KEY [--local]`.
+class SettingsGetCommand final : public DatabaseCommand {
+public:
+  std::string section;
+  std::string key;
+  bool local = false;
+
+  void prepare() override;
+
+protected:
+  ExitCode work(const CommandContext& context) override;
+};
+
+/// `settings set SECTION KEY VALUE [--local]`.
+class SettingsSetCommand final : public DatabaseCommand {
+public:
+  std::string section;
+  std::string key;
+  std::string value;
+  bool local = false;
+
+  void prepare() override;
+
+protected:
+  ExitCode work(const CommandContext& context) override;
+};
+
+/// `backup FILE [--replace]`: the whole database as it is at one moment.
+class BackupCommand final : public DatabaseCommand {
+public:
+  std::string file;
+  bool replace = false;
+
+  void prepare() override;
+
+protected:
+  ExitCode work(const CommandContext& context) override;
+};
+
+/// `upgrade`: makes a backup first; a second call changes nothing.
+class UpgradeCommand final : public Command {
+public:
+  ExitCode run(Installation& installation, const Output& output) override;
+};
+
+/// `view [FILE]`: replaces this process with the window program.
+class ViewCommand final : public Command {
+public:
+  ViewArguments arguments;
+
+  void prepare() override { requireJobFile(arguments.file); }
+  ExitCode run(Installation& installation, const Output& output) override;
+};
+
+} // namespace qx::cli

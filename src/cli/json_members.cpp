@@ -1,0 +1,47 @@
+#include "cli/json_members.h"
+
+namespace qx::cli {
+namespace {
+
+void writeDetail(JsonWriter& json, const Finding& finding) {
+  json.beginObject();
+  json.key("code").text(terms(finding.rule).code);
+  json.key("severity").number(static_cast<std::int64_t>(finding.severity));
+  json.key("field").textOrNull(finding.fieldName());
+  json.key("position");
+  if (finding.position == FindingPosition()) {
+    json.null();
+  } else {
+    json.beginObject().key("ChildID").text(finding.position.key);
+    json.key("Positionsnummer").text(finding.position.number).endObject();
+  }
+  json.key("value").text(finding.value);
+  json.key("stored").text(finding.stored);
+  json.key("text").text(anyText(finding));
+  json.endObject();
+}
+
+} // namespace
+
+void writeDetails(JsonWriter& json, const Findings& findings) {
+  json.key("hints").texts(findings.hints());
+  json.key("details").beginArray();
+  for (const Finding& finding : findings) writeDetail(json, finding);
+  json.endArray();
+}
+
+void writeCheck(JsonWriter& json, const Findings& findings) {
+  json.key("status").number(static_cast<std::int64_t>(findings.status()));
+  json.key("findings").texts(findings.texts());
+  writeDetails(json, findings);
+}
+
+void writeLeft(JsonWriter& json, const std::map<std::string, std::string>& left) {
+  if (left.empty()) return;
+  json.key("left").beginArray();
+  for (const auto& [jobId, reason] : left)
+    json.beginObject().key("JobID").text(jobId).key("Reason").text(reason).endObject();
+  json.endArray();
+}
+
+} // namespace qx::cli
