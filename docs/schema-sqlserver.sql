@@ -757,4 +757,4 @@ CREATE TABLE [Schemastand] (
   lfd BIGINT IDENTITY UNIQUE CLUSTERED,
   [Version] BIGINT
 );
-INSERT INTO [Schemastand] ([Version]) VALUES (3);
+INSERT INTO [Schemastand] ([Version]) VALUES (4);

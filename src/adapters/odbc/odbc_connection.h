@@ -42,9 +42,6 @@ public:
   void endReading() noexcept override;
   void interrupt() noexcept override;
 
-  /// A round trip serves many jobs, and other programs wait for rows only.
-  GroupLimits groupLimits() const override { return {1000, std::chrono::milliseconds(2000)}; }
-
 private:
   void setRealSavepoint() override;
   void releaseRealSavepoint() override;

@@ -5,6 +5,8 @@
 #include "adapters/sql/recordsets.h"
 #include "adapters/sql/statement_cache.h"
 
+#include <charconv>
+#include <cstdlib>
 #include <utility>
 
 namespace qx::relational {
@@ -12,7 +14,18 @@ namespace qx::relational {
 ConnectionBase::ConnectionBase(std::unique_ptr<Driver> driver, Spelling spelling)
     : driver_(std::move(driver)), spelling_(std::move(spelling)),
       statements_(std::make_unique<StatementCache>(*driver_, spelling_)),
-      group_(std::make_unique<Group>(*statements_, static_cast<Savepoints&>(*this))) {}
+      group_(std::make_unique<Group>(*statements_, static_cast<Savepoints&>(*this))) {
+  constexpr std::size_t most = 1000;
+  if (driver_->dialect().joinsStatements) limits_ = {most, std::chrono::milliseconds(2000)};
+  const char* const named = std::getenv("QXIMPORTJOB_GROUP");
+  if (named == nullptr) return;
+  const std::string_view text(named);
+  std::size_t jobs = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), jobs);
+  if (error != std::errc() || end != text.data() + text.size() || jobs < 1 || jobs > most)
+    throw StoreError("QXIMPORTJOB_GROUP is \"" + std::string(text) + "\"; a group holds 1 to 1000 jobs", 0);
+  limits_.jobs = jobs;
+}
 
 ConnectionBase::~ConnectionBase() = default;
 

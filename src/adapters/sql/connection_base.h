@@ -41,6 +41,9 @@ public:
   void noteReads() override;
   std::size_t readNoted() override;
   std::uint64_t epoch() override;
+  /// A round trip to a server serves many jobs, and other programs wait there for rows only.
+  /// `$QXIMPORTJOB_GROUP` sets another number of jobs.
+  GroupLimits groupLimits() const override { return limits_; }
   void setSavepoint() override;
   void releaseSavepoint() override;
   void rollbackToSavepoint() noexcept override;
@@ -61,6 +64,7 @@ private:
   Spelling spelling_;
   std::unique_ptr<StatementCache> statements_; ///< destroyed before its driver
   std::unique_ptr<Group> group_;
+  GroupLimits limits_;
 };
 
 } // namespace qx::relational
