@@ -77,38 +77,48 @@ void WorkGroup::beginCollected(std::size_t first, std::size_t count, const JobWa
   foreseen_ = 0;
 }
 
+/// The jobs from here on that a group may hold.
+std::size_t WorkGroup::Walk::groupSize() const {
+  if (start < aloneBefore) return 1;
+  return std::min(start < fewBefore ? few : count, count - at);
+}
+
+/// Goes back to the begin of the group, whose jobs are then taken in smaller ones.
+void WorkGroup::Walk::retake(std::size_t lost) {
+  (lost > few ? fewBefore : aloneBefore) = start + lost;
+  at = start;
+}
+
+void WorkGroup::takeNext(Walk& jobs, const JobWalk& walk) {
+  if (!open_) beginCollected(jobs.at, jobs.groupSize(), walk);
+  walk.take(jobs.at);
+  ++jobs.at;
+  const bool full =
+      jobs.start < jobs.aloneBefore || (jobs.start < jobs.fewBefore && jobs.at - jobs.start >= few);
+  if (endJob(full || jobs.at == jobs.count)) jobs.start = jobs.at;
+}
+
 std::size_t WorkGroup::takeAll(std::size_t count, const JobWalk& walk) {
-  constexpr std::size_t few = 32;
-  std::size_t groupStart = 0;  // the first job of the open group
-  std::size_t fewBefore = 0;   // jobs before this index are committed in groups of a few
-  std::size_t aloneBefore = 0; // and before this one by one
-  std::size_t at = 0;
+  Walk jobs{.count = count};
   ConflictRetry retry(environment_.clock, environment_.diagnostics, "unit of work");
   const auto stoppedAtGroup = [&] {
     abandon();
-    at = groupStart;
+    jobs.at = jobs.start;
     return walk.stopped();
   };
-  while (at < count && !walk.stopped()) {
+  while (jobs.at < count && !walk.stopped()) {
+    const std::size_t taken = jobs.at;
     try {
-      const std::size_t full = groupStart < aloneBefore ? 1 : groupStart < fewBefore ? few : count;
-      if (!open_) beginCollected(at, std::min(full, count - at), walk);
-      walk.take(at);
-      const bool committed = endJob(at + 1 == count || at + 1 - groupStart >= full);
-      ++at;
-      if (committed) groupStart = at;
-      if (committed) retry.reset();
+      takeNext(jobs, walk);
+      if (jobs.start == jobs.at) retry.reset();
     } catch (const WorkLostError& loss) {
-      const std::size_t lost = std::max(at + 1 - groupStart, foreseen_);
-      const bool again = at != groupStart || collected_;
+      const std::size_t lost = std::max(taken + 1 - jobs.start, foreseen_);
+      const bool wasAlone = taken == jobs.start && !collected_;
       abandon();
-      const bool conflict = retry.triesAgain(loss);
-      if (again || conflict) {
-        (lost > few ? fewBefore : aloneBefore) = groupStart + lost;
-        at = groupStart;
-      } else if (!walk.lost(at, inGerman(loss))) {
-        groupStart = ++at;
-      }
+      if (const bool conflict = retry.triesAgain(loss); conflict || !wasAlone)
+        jobs.retake(lost);
+      else
+        jobs.pass(taken, walk.lost(taken, inGerman(loss)));
     } catch (const InterruptedError&) {
       if (!stoppedAtGroup()) throw;
     } catch (const BusyError&) {
@@ -121,7 +131,7 @@ std::size_t WorkGroup::takeAll(std::size_t count, const JobWalk& walk) {
     // A unit is open here only after a stop; lost jobs wait for the next run.
     stoppedAtGroup();
   }
-  return at;
+  return jobs.at;
 }
 
 /// A program that waits for the database polls it about every 2 ms, so a gap of 5 ms lets it in.

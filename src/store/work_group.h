@@ -60,9 +60,25 @@ public:
   void afterCommit(std::function<void()> action);
 
 private:
+  /// Where the jobs of `takeAll` stand.
+  struct Walk {
+    std::size_t count = 0;
+    std::size_t at = 0;          ///< the next job
+    std::size_t start = 0;       ///< the first one of the open group
+    std::size_t fewBefore = 0;   ///< jobs before this index are committed in groups of a few
+    std::size_t aloneBefore = 0; ///< and before this one by one
+
+    std::size_t groupSize() const;
+    void retake(std::size_t lost);
+    /// Goes on behind a job that has lost its unit, or takes it once more.
+    void pass(std::size_t lost, bool again) { start = at = again ? lost : lost + 1; }
+  };
+
   void leaveGap();
+  void takeNext(Walk& jobs, const JobWalk& walk);
   void beginCollected(std::size_t first, std::size_t count, const JobWalk& walk);
 
+  static constexpr std::size_t few = 32;
   static constexpr std::chrono::milliseconds heldLong{200};
   static constexpr std::chrono::milliseconds gap{5};
 

@@ -127,6 +127,16 @@ std::size_t setsAtOnce(std::size_t width) {
   return std::max<std::size_t>(mostValues / std::max<std::size_t>(width, 1), 1);
 }
 
+/// Some columns of rows that have them all.
+std::shared_ptr<const Rows> columnsOf(const Rows& wider, const RowShape& from, const RowShape& shape) {
+  auto rows = std::make_shared<Rows>();
+  rows->keys = wider.keys;
+  for (std::size_t at = 0; at < wider.keys.size(); ++at)
+    for (std::size_t i = 0; i < shape.size(); ++i)
+      rows->values.push_back(wider.values[at * from.size() + from.find(ColumnName(shape.name(i)))]);
+  return rows;
+}
+
 bool comparesOneOf(const ReadPattern& pattern, const RowChange& change) {
   return std::ranges::any_of(pattern.equalities, [&](const ColumnTerm& condition) {
     return change.assigns(ColumnName(std::string_view(condition.column)));
@@ -326,9 +336,9 @@ void Group::sendUpdates(std::span<const Waiting* const> rows) {
   std::unordered_set<std::int64_t> seen;
   for (std::size_t i = rows.size(); i-- > 0;)
     if (seen.insert(rows[i]->key).second) byColumns[rows[i]->columns].push_back(rows[i]);
-  for (const auto& [columns, same] : byColumns)
-    forEachBlock(same, columns.count() + 1, [&](std::span<const Waiting* const> block) {
-      sendBlock(statements_.manyUpdates(source, columns, block.size()), block, source.table, true);
+  for (const auto& each : byColumns)
+    forEachBlock(each.second, each.first.count() + 1, [&](std::span<const Waiting* const> block) {
+      sendBlock(statements_.manyUpdates(source, each.first, block.size()), block, source.table, true);
     });
 }
 
@@ -564,10 +574,9 @@ const Value* Group::valueIn(const Waiting& row, const ColumnTerm& column) {
     break;
   case Kind::Statement:
     if (!row.statement->pattern) break;
-    if (const RowsOfStatement written(*row.statement->pattern, row.values); written.isNew())
-      return written.after(name);
-    else
+    if (const RowsOfStatement written(*row.statement->pattern, row.values); !written.isNew())
       return written.assigns(name) ? nullptr : written.before(name);
+    return RowsOfStatement(*row.statement->pattern, row.values).after(name);
   case Kind::Insert: {
     const std::size_t index = row.source->shape->find(name);
     if (index >= row.source->shape->size() || !row.columns[index]) return nullptr;
@@ -677,37 +686,29 @@ std::shared_ptr<const Rows> Group::derivedRows(RowQuery& query, std::span<const 
   if (!query.derivable || !query.source.shape || !query.source.layout.computed.empty()) return nullptr;
   const RowShape& shape = *query.source.shape;
   const KnownRows::Entry* const wider = known_.findAny(query, parameters, [&](const KnownRows::Entry& entry) {
-    if (entry.query == &query ||
-        !sameCondition(*entry.query->pattern, entry.parameters, *query.pattern, parameters))
-      return false;
-    for (std::size_t i = 0; i < shape.size(); ++i)
-      if (!entry.query->source.shape->has(shape.name(i))) return false;
-    return true;
+    return entry.query != &query && entry.query->source.shape->hasAll(shape) &&
+           sameCondition(*entry.query->pattern, entry.parameters, *query.pattern, parameters);
   });
-  auto rows = std::make_shared<Rows>();
-  if (wider != nullptr) {
-    const RowShape& from = *wider->query->source.shape;
-    rows->keys = wider->rows->keys;
-    for (std::size_t at = 0; at < rows->keys.size(); ++at)
-      for (std::size_t i = 0; i < shape.size(); ++i)
-        rows->values.push_back(wider->rows->values[at * from.size() + from.find(ColumnName(shape.name(i)))]);
-    return rows;
-  }
+  if (wider != nullptr) return columnsOf(*wider->rows, *wider->query->source.shape, shape);
   if (effect != Effect::Derivable) return nullptr;
-  for (const Waiting* row : matching) {
-    const RowShape& from = *row->source->shape;
-    rows->keys.push_back(row->key);
-    std::vector<const Value*> given(from.size());
-    std::size_t next = 0;
-    for (std::size_t i = 0; i < from.size(); ++i)
-      if (row->columns[i]) given[i] = &row->values[next++];
-    for (std::size_t i = 0; i < shape.size(); ++i) {
-      const std::size_t index = from.find(ColumnName(shape.name(i)));
-      const bool isGiven = index < from.size() && given[index] != nullptr;
-      rows->values.push_back(isGiven ? asRead(*given[index], shape.kind(i)) : Value::null());
-    }
-  }
+  auto rows = std::make_shared<Rows>();
+  for (const Waiting* row : matching) appendWaiting(*row, shape, *rows);
   return rows;
+}
+
+/// The row as it will be read, with null where nothing is given.
+void Group::appendWaiting(const Waiting& row, const RowShape& shape, Rows& rows) {
+  const RowShape& from = *row.source->shape;
+  rows.keys.push_back(row.key);
+  std::vector<const Value*> given(from.size());
+  std::size_t next = 0;
+  for (std::size_t i = 0; i < from.size(); ++i)
+    if (row.columns[i]) given[i] = &row.values[next++];
+  for (std::size_t i = 0; i < shape.size(); ++i) {
+    const std::size_t index = from.find(ColumnName(shape.name(i)));
+    const bool isGiven = index < from.size() && given[index] != nullptr;
+    rows.values.push_back(isGiven ? asRead(*given[index], shape.kind(i)) : Value::null());
+  }
 }
 
 std::shared_ptr<const Rows> Group::readNow(RowQuery& query, std::span<const Value> parameters) {
@@ -786,21 +787,21 @@ void Group::noteReads() { notes_ = joinsStatements(); }
 std::size_t Group::readNoted() {
   notes_ = false;
   std::size_t count = 0;
-  for (auto& [query, all] : std::exchange(noted_, {})) {
+  for (auto& noted : std::exchange(noted_, {})) {
+    RowQuery& query = *noted.first;
     std::vector<const std::vector<Value>*> distinct;
     std::unordered_set<std::string> seen;
-    for (const std::vector<Value>& values : all) {
+    for (const std::vector<Value>& values : noted.second) {
       std::string key;
       for (const Value& value : values) key.append(value.text()).append(1, value.isNull() ? '\1' : '\0');
       if (seen.insert(std::move(key)).second) distinct.push_back(&values);
     }
     std::vector<const Waiting*> matching;
-    const bool concerned = std::ranges::any_of(distinct, [&](const auto* values) {
-      return effectOnRead(*query, *values, matching) != Effect::None;
-    });
+    const bool concerned = std::ranges::any_of(
+        distinct, [&](const auto* values) { return effectOnRead(query, *values, matching) != Effect::None; });
     if (concerned) flush(false);
-    const auto results = readMany(*query, distinct);
-    for (std::size_t i = 0; i < distinct.size(); ++i) known_.add(*query, *distinct[i], results[i]);
+    const auto results = readMany(query, distinct);
+    for (std::size_t i = 0; i < distinct.size(); ++i) known_.add(query, *distinct[i], results[i]);
     count += distinct.size();
   }
   return count;

@@ -160,6 +160,7 @@ private:
                       std::vector<const Waiting*>& matching);
   std::shared_ptr<const Rows> derivedRows(RowQuery& query, std::span<const Value> parameters, Effect effect,
                                           std::span<const Waiting* const> matching);
+  static void appendWaiting(const Waiting& row, const RowShape& shape, Rows& rows);
   std::shared_ptr<const Rows> readNow(RowQuery& query, std::span<const Value> parameters);
   std::vector<std::shared_ptr<const Rows>> readMany(RowQuery& query,
                                                     std::span<const std::vector<Value>* const> parameters);

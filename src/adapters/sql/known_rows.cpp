@@ -3,6 +3,7 @@
 #include "model/text.h"
 
 #include <algorithm>
+#include <functional>
 #include <optional>
 #include <utility>
 
@@ -10,7 +11,7 @@ namespace qx::relational {
 namespace {
 
 std::uint64_t keyOf(const RowQuery& query, std::span<const Value> parameters) {
-  std::uint64_t hash = reinterpret_cast<std::uintptr_t>(&query);
+  std::uint64_t hash = std::hash<const RowQuery*>()(&query);
   constexpr std::uint64_t spread = 0x9E3779B97F4A7C15;
   for (const Value& value : parameters) {
     const std::uint64_t part = value.kind() == ValueKind::Text
@@ -34,6 +35,18 @@ const Value* valueAfter(const RowChange& change, ColumnName column) {
   if (change.assigns(column)) return change.after(column);
   // What a new row gets where nothing is given is the database's to say.
   return change.isNew() ? nullptr : change.before(column);
+}
+
+/// What the row holds in a column before and after the change; empty when that cannot be told.
+std::vector<std::string> keysOf(const RowChange& change, ColumnName column) {
+  std::vector<std::string> keys;
+  const auto add = [&](const Value* value) {
+    auto key = value == nullptr ? std::nullopt : comparisonKey(*value);
+    if (key && (keys.empty() || keys.front() != *key)) keys.push_back(*key);
+    return key.has_value();
+  };
+  if (!add(valueAfter(change, column)) || (!change.isNew() && !add(change.before(column)))) return {};
+  return keys;
 }
 
 } // namespace
@@ -109,22 +122,14 @@ void KnownRows::forEachConcerned(const RowChange& change, const std::function<vo
   };
   look(table->second.others);
   for (const auto& [hash, column] : table->second.columns) {
-    const ColumnName name{std::string_view(column.name)};
-    const auto keyOfValue = [](const Value* value) {
-      return value == nullptr ? std::nullopt : comparisonKey(*value);
-    };
-    const bool hadValue = !change.isNew();
-    const auto before = hadValue ? keyOfValue(change.before(name)) : std::nullopt;
-    const auto after = keyOfValue(valueAfter(change, name));
-    if ((hadValue && !before) || !after) {
+    const auto keys = keysOf(change, ColumnName(std::string_view(column.name)));
+    if (keys.empty()) {
       for (const auto& [key, entries] : column.byValue) look(entries);
       continue;
     }
-    if (const auto entries = column.byValue.find(*after); entries != column.byValue.end())
-      look(entries->second);
-    if (!before || *before == *after) continue;
-    if (const auto entries = column.byValue.find(*before); entries != column.byValue.end())
-      look(entries->second);
+    for (const std::string& key : keys)
+      if (const auto entries = column.byValue.find(key); entries != column.byValue.end())
+        look(entries->second);
   }
   for (Entry* entry : found) visit(*entry);
 }

@@ -5,6 +5,7 @@
 #include "adapters/sql/spelling.h"
 #include "platform/column_name.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -36,6 +37,9 @@ public:
   bool stored(std::size_t index) const { return columns_[index].stored; }
   ColumnKind kind(std::size_t index) const { return columns_[index].kind; }
   bool has(std::string_view column) const { return find(ColumnName(column)) < size(); }
+  bool hasAll(const RowShape& others) const {
+    return std::ranges::all_of(others.columns_, [this](const Column& other) { return has(other.name); });
+  }
   /// The same columns of a statement that has fewer before them.
   RowShape without(std::uint32_t leading) const;
   /// The index of a column, or `size()`.

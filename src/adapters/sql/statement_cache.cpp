@@ -148,7 +148,7 @@ std::vector<std::string> StatementCache::typesOf(Statement& statement, std::size
 }
 
 /// Full groups are of one size, the others of any.
-std::unique_ptr<Statement>& StatementCache::roomFor(ManyStatements& statements, std::size_t rows) const {
+std::unique_ptr<Statement>& StatementCache::roomFor(ManyStatements& statements, std::size_t rows) {
   constexpr std::size_t most = 8;
   if (statements.size() >= most && !statements.contains(rows)) statements.clear();
   return statements[rows];

@@ -130,7 +130,7 @@ private:
   /// For reading in order only: where every table has one, the database need not be asked.
   TableKey rowKeyOf(std::string_view table);
   static std::vector<std::string> typesOf(Statement& statement, std::size_t count);
-  std::unique_ptr<Statement>& roomFor(ManyStatements& statements, std::size_t rows) const;
+  static std::unique_ptr<Statement>& roomFor(ManyStatements& statements, std::size_t rows);
   std::string quoted(std::string_view identifier) const;
   std::string orderClause(const struct SelectParts& parts, const TableKey& key) const;
   std::string rowsOf(const struct SelectParts& parts, const TableKey& key) const;

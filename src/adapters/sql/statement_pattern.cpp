@@ -218,6 +218,82 @@ std::optional<WritePattern> insertOf(std::string_view text) {
   return pattern;
 }
 
+std::optional<SetStatement> setOfUpdates(std::string_view text) {
+  const auto [assignments, where] = splitAt(text, "where");
+  const auto pattern = updateOf(text);
+  const auto unknown = [](const ColumnTerm& term) { return term.source == ColumnTerm::Source::Unknown; };
+  if (!pattern || where.empty() || std::ranges::any_of(pattern->assigned, unknown)) return std::nullopt;
+  SetStatement set;
+  TermReader reader;
+  reader.skip(assignments);
+  std::vector<ColumnTerm> conditions;
+  if (!readEqualities(where, reader, conditions)) return std::nullopt;
+  for (const ColumnTerm& term : conditions)
+    if (term.source == ColumnTerm::Source::Parameter) set.keys.push_back(term.parameter);
+  std::size_t next = 0;
+  set.head = "UPDATE " + withValuesOfTable(assignments, next) + " FROM ";
+  set.tail = " WHERE " + withValuesOfTable(where, next);
+  return set;
+}
+
+/// The parts of "INSERT INTO table (columns) VALUES (terms)" or "... SELECT terms WHERE where", and what
+/// follows the word ON.
+struct InsertParts {
+  std::string_view head; ///< up to the columns
+  std::vector<std::string_view> columns;
+  std::string_view terms, where, conflict;
+};
+
+std::optional<InsertParts> insertParts(std::string_view statement) {
+  InsertParts parts;
+  std::string_view into;
+  std::tie(into, parts.conflict) = splitAt(statement, "on");
+  const auto behind = firstWord(firstWord(firstWord(into).second).second).second;
+  const auto end = behind.find(')');
+  if (!behind.starts_with('(') || end == std::string_view::npos) return std::nullopt;
+  parts.head = into.substr(0, static_cast<std::size_t>(behind.data() - into.data()) + end + 1);
+  parts.columns = listTerms(behind.substr(1, end - 1));
+  const auto [keyword, terms] = firstWord(behind.substr(end + 1));
+  if (equalCodes(keyword, "values"))
+    parts.terms = withoutParentheses(terms);
+  else if (equalCodes(keyword, "select") && splitAt(terms, "from").second.empty())
+    std::tie(parts.terms, parts.where) = splitAt(terms, "where");
+  // What one row finds depends on the rows before.
+  if (parts.terms.empty() || parts.terms.find('(') != std::string_view::npos) return std::nullopt;
+  return parts;
+}
+
+std::optional<SetStatement> setOfInserts(std::string_view statement) {
+  const auto parts = insertParts(statement);
+  if (!parts) return std::nullopt;
+  SetStatement set;
+  std::size_t next = 0;
+  set.head = std::string(parts->head) + " SELECT " + withValuesOfTable(parts->terms, next) + " FROM ";
+  set.tail = " WHERE " +
+             (parts->where.empty() ? std::string("true") : withValuesOfTable(parts->where, next)) +
+             " ORDER BY qx_n";
+  // Without a condition each set adds a row. With one, two of the same row would both find that it is
+  // missing.
+  std::vector<std::string_view> keyColumns;
+  if (!parts->where.empty()) keyColumns = parts->columns;
+  if (!parts->conflict.empty()) {
+    const auto open = parts->conflict.find('(');
+    const auto close = parts->conflict.find(')');
+    if (open == std::string_view::npos || close == std::string_view::npos) return std::nullopt;
+    set.tail += " ON " + std::string(parts->conflict);
+    keyColumns = listTerms(parts->conflict.substr(open + 1, close - open - 1));
+  }
+  TermReader reader;
+  const auto values = listTerms(parts->terms);
+  for (std::size_t i = 0; i < std::min(parts->columns.size(), values.size()); ++i) {
+    const ColumnTerm term = reader.read(columnOf(parts->columns[i]), values[i]);
+    const bool isKey = std::ranges::any_of(
+        keyColumns, [&](std::string_view column) { return equalCodes(columnOf(column), term.column); });
+    if (isKey && term.source == ColumnTerm::Source::Parameter) set.keys.push_back(term.parameter);
+  }
+  return set;
+}
+
 bool looksNumeric(std::string_view text) {
   constexpr std::string_view characters = "0123456789.+-eE";
   return asciiLower(text.front()) != 'e' &&
@@ -308,72 +384,10 @@ std::string SetStatement::text(std::size_t sets, std::span<const std::string> ty
 }
 
 std::optional<SetStatement> SetStatement::of(std::string_view statement) {
-  const auto pattern = WritePattern::of(statement);
   const auto [verb, rest] = firstWord(statement);
-  SetStatement set;
-  std::size_t next = 0;
-  const auto keysOf = [&](const std::vector<ColumnTerm>& terms) {
-    for (const ColumnTerm& term : terms)
-      if (term.source == ColumnTerm::Source::Parameter) set.keys.push_back(term.parameter);
-  };
-  if (equalCodes(verb, "update")) {
-    const auto [assignments, where] = splitAt(rest, "where");
-    if (!pattern || where.empty()) return std::nullopt;
-    TermReader reader;
-    for (const auto& assignment : pattern->assigned)
-      if (assignment.source == ColumnTerm::Source::Unknown) return std::nullopt;
-    reader.skip(assignments);
-    std::vector<ColumnTerm> conditions;
-    if (!readEqualities(where, reader, conditions)) return std::nullopt;
-    keysOf(pattern->equalities);
-    set.head = "UPDATE " + withValuesOfTable(assignments, next) + " FROM ";
-    set.tail = " WHERE " + withValuesOfTable(where, next);
-    return set;
-  }
-  if (!equalCodes(verb, "insert")) return std::nullopt;
-  const auto [into, conflict] = splitAt(statement, "on");
-  const auto behind = firstWord(firstWord(firstWord(into).second).second).second;
-  const auto end = behind.find(')');
-  if (!behind.starts_with('(') || end == std::string_view::npos) return std::nullopt;
-  const std::string_view columns =
-      into.substr(0, static_cast<std::size_t>(behind.data() - into.data()) + end + 1);
-  const auto [keyword, terms] = firstWord(behind.substr(end + 1));
-  std::string_view list;
-  std::string_view where;
-  if (equalCodes(keyword, "values")) {
-    list = withoutParentheses(terms);
-    // What one row finds depends on the rows before.
-    if (list.find('(') != std::string_view::npos) return std::nullopt;
-  } else if (equalCodes(keyword, "select") && splitAt(terms, "from").second.empty()) {
-    std::tie(list, where) = splitAt(terms, "where");
-  } else {
-    return std::nullopt;
-  }
-  set.head = std::string(columns) + " SELECT " + withValuesOfTable(list, next) + " FROM ";
-  set.tail =
-      " WHERE " + (where.empty() ? std::string("true") : withValuesOfTable(where, next)) + " ORDER BY qx_n";
-  const auto names = listTerms(behind.substr(1, end - 1));
-  const auto values = listTerms(list);
-  const auto parametersOf = [&](std::string_view column) {
-    TermReader reader;
-    for (std::size_t i = 0; i < std::min(names.size(), values.size()); ++i) {
-      const ColumnTerm term = reader.read(columnOf(names[i]), values[i]);
-      if (equalCodes(term.column, columnOf(column)) && term.source == ColumnTerm::Source::Parameter)
-        set.keys.push_back(term.parameter);
-    }
-  };
-  if (!conflict.empty()) {
-    set.tail += " ON " + std::string(conflict);
-    const auto open = conflict.find('(');
-    const auto close = conflict.find(')');
-    if (open == std::string_view::npos || close == std::string_view::npos) return std::nullopt;
-    for (const std::string_view column : listTerms(conflict.substr(open + 1, close - open - 1)))
-      parametersOf(column);
-  } else if (!where.empty()) {
-    // Two of the same row would both find that it is not there.
-    for (const std::string_view column : names) parametersOf(column);
-  }
-  return set;
+  if (equalCodes(verb, "update")) return setOfUpdates(rest);
+  if (equalCodes(verb, "insert")) return setOfInserts(statement);
+  return std::nullopt;
 }
 
 bool mayEqual(const Value& first, const Value& second) {
