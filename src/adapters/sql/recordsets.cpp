@@ -132,10 +132,11 @@ FetchedRecordset::FetchedRecordset(Group& group, const Sql& statement)
       rows_(group.read(query_, parameters_)) {}
 
 Rows& FetchedRecordset::ownRows() {
-  auto own = std::make_shared<Rows>(*rows_);
-  Rows& rows = *own;
-  rows_ = std::move(own);
-  return rows;
+  if (own_ != rows_) {
+    own_ = std::make_shared<Rows>(*rows_);
+    rows_ = own_;
+  }
+  return *own_;
 }
 
 /// The row of this place, once the database has it.

@@ -87,6 +87,7 @@ private:
   RowQuery& query_;
   std::vector<Value> parameters_;
   std::shared_ptr<const Rows> rows_; ///< keys are 0 for rows that cannot be changed
+  std::shared_ptr<Rows> own_;        ///< the same once they have been changed
   std::size_t position_ = 0;
 };
 
