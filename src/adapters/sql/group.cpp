@@ -444,7 +444,8 @@ void Group::changeKnown(KnownRows::Entry& entry, const RowChange& change) {
   if (!touched) return;
   entry.rows = std::move(rows);
   entry.used = false;
-  if (!entry.derived) derived_.push_back(&entry);
+  // Each time: the undoing of a part forgets what was derived in it.
+  derived_.push_back(&entry);
   entry.derived = true;
 }
 

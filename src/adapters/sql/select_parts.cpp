@@ -34,23 +34,7 @@ void noteKeyword(Keywords& found, std::string_view word, std::size_t at) {
 /// Finds the clause keywords outside quotes, brackets and parentheses.
 Keywords findKeywords(std::string_view text) {
   Keywords found;
-  int depth = 0;
-  for (std::size_t at = 0; at < text.size();) {
-    const char c = text[at];
-    if (c == '\'' || c == '"' || c == '[') {
-      at = skipQuoted(text, at);
-      continue;
-    }
-    if (c == '(') ++depth;
-    if (c == ')') --depth;
-    if (depth != 0 || !isWordCharacter(c)) {
-      ++at;
-      continue;
-    }
-    const std::size_t end = wordEnd(text, at);
-    noteKeyword(found, text.substr(at, end - at), at);
-    at = end;
-  }
+  forEachWord(text, [&](std::string_view word, std::size_t at) { noteKeyword(found, word, at); });
   return found;
 }
 

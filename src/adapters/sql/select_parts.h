@@ -44,6 +44,24 @@ std::size_t skipQuoted(std::string_view text, std::size_t at);
 /// The end of the word that begins at `at`; `at` itself when none does.
 std::size_t wordEnd(std::string_view text, std::size_t at);
 
+/// Calls `visit` with each word and its place outside quotes, brackets and parentheses.
+template <class Visit>
+void forEachWord(std::string_view text, Visit&& visit) {
+  int depth = 0;
+  for (std::size_t at = 0; at < text.size();) {
+    const char c = text[at];
+    if (c == '\'' || c == '"' || c == '[') {
+      at = skipQuoted(text, at);
+      continue;
+    }
+    if (c == '(') ++depth;
+    if (c == ')') --depth;
+    const std::size_t end = wordEnd(text, at);
+    if (end > at && depth == 0) visit(text.substr(at, end - at), at);
+    at = end > at ? end : at + 1;
+  }
+}
+
 /// The position of a word in a statement, ignoring ASCII case; npos without it.
 std::size_t findWord(std::string_view text, std::string_view word, std::size_t from = 0);
 

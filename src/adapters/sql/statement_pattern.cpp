@@ -25,24 +25,6 @@ std::string_view withoutParentheses(std::string_view text) {
   return text;
 }
 
-/// Calls `visit` with each word and its place outside quotes and parentheses.
-template <class Visit>
-void forEachWord(std::string_view text, Visit&& visit) {
-  int depth = 0;
-  for (std::size_t at = 0; at < text.size();) {
-    const char c = text[at];
-    if (c == '\'' || c == '"' || c == '[') {
-      at = skipQuoted(text, at);
-      continue;
-    }
-    if (c == '(') ++depth;
-    if (c == ')') --depth;
-    const std::size_t end = wordEnd(text, at);
-    if (end > at && depth == 0) visit(text.substr(at, end - at), at);
-    at = std::max(end, at + 1);
-  }
-}
-
 /// The conditions that are joined by "and"; the whole text when an "or" joins them.
 std::vector<std::string_view> conjuncts(std::string_view where) {
   std::vector<std::string_view> parts;
