@@ -3,6 +3,7 @@
 #include "model/german_text.h"
 #include "platform/conflict_retry.h"
 #include "platform/failure.h"
+#include "ui/dialog_context.h"
 
 #include <algorithm>
 #include <array>
