@@ -51,6 +51,15 @@ TEST_F(OrderCheckTest, FindingsComeInTheOrderOfTheSteps) {
   EXPECT_EQ(reasons("O1"), "") << "a check writes nothing";
 }
 
+TEST_F(OrderCheckTest, AnUnknownAddressBreaksTheTwoRulesOfItsOwnBlock) {
+  stageOrder("OV", {{"VS_AdrNr", "5"}});
+  stagePosition("OV", 1, "A100", 1);
+  stageOrder("OR", {{"RG_KdNr", "88888"}});
+  stagePosition("OR", 1, "A100", 1);
+  EXPECT_EQ(engine.checkJob("OV").text(), "VS_KdNr\r\nVersandanschrift nicht angelegt\r\n");
+  EXPECT_EQ(engine.checkJob("OR").text(), "RG_KdNr\r\nRechnungsanschrift nicht angelegt\r\n");
+}
+
 TEST_F(OrderCheckTest, EmptyCodesAndKeysAreNoFindings) {
   stageOrderOf("O1");
   const Findings findings = engine.checkJob("O1");

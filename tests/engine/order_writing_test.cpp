@@ -136,15 +136,22 @@ TEST_F(OrderWriting, AddressBlocksComeWholeFromOnePlace) {
   EXPECT_EQ(header->text("RG_Bez1") + "|" + header->text("RG_Ort"), "|Bremen");
 }
 
-TEST_F(OrderWriting, AOneTimeCustomerIsNamedByTheJob) {
-  add("Kundenstamm", {{"Kundennummer", "14888"}, {"Bez1", "Barverkauf"}, {"Ort", "Hier"}});
-  stageOrder("O1", {{"Kundennummer", "14888"}, {"Bez1", "Erika Beispiel"}, {"Ort", "Dort"}});
-  stagePosition("O1", 1, "A100", 1);
+TEST_F(OrderWriting, AOneTimeCustomerIsNamedByTheJobAndACustomerWhoIsOnlyMarkedByTheMaster) {
+  for (const char* customer : {"14888", "149990", "20005"}) {
+    add("Kundenstamm", {{"Kundennummer", customer},
+                        {"Suchbegriff", "KASSE"},
+                        {"Bez1", "Barverkauf"},
+                        {"Ort", "Hier"},
+                        {"KZDivers", true}});
+    stageOrder(customer, {{"Kundennummer", customer}, {"Bez1", "Erika Beispiel"}, {"Ort", "Dort"}});
+    stagePosition(customer, 1, "A100", 1);
+  }
   run();
-  const auto header = order();
-  EXPECT_EQ(header->text("Suchbegriff") + "|" + header->text("Bez1") + "|" + header->text("VS_Ort"),
-            "Erika Beispiel|Erika Beispiel|Dort");
-  EXPECT_EQ(header->value("KundeDivers"), Value(true));
+  EXPECT_THAT(
+      listed("Select Kundennummer, Suchbegriff, Bez1, VS_Ort, KZDivers, KundeDivers From Auftragskopf "
+             "Order By Kundennummer"_sql),
+      ElementsAre("14888|Erika Beispiel|Erika Beispiel|Dort|1|1",
+                  "149990|Erika Beispiel|Erika Beispiel|Dort|1|1", "20005|KASSE|Barverkauf|Hier|1|1"));
 }
 
 TEST_F(OrderWriting, EachFailureEndsItsOrderWithOneSentenceAndNothingElse) {
@@ -494,6 +501,16 @@ TEST_F(OrderWriting, FreightAndAccessoryFeesAreAppendedInTheInstallationsOwnMode
   // Order value 10 + 45 = 55 is below 100: 5.25. Accessory value 3 * 20 = 60 is below 80: 2.50.
   // Fee line: the larger of 2.50 and 3.50, and 7.75.
   EXPECT_THAT(lineTexts(), ElementsAre("1:A100:1:10", "2:Z300:3:15", "3:FRACHT:1:6.9", "4:GEBUEHR:1:11.25"));
+
+  // Order value 10 + 37.50 is not below 47.50: no fee. Accessory value 2.5 * 20 = 50 is not below 50: 2.50.
+  erp.iniFile.set("Allgemein", "MinBestGebuehr", "47,5;5,25");
+  stageOrder("O2");
+  stagePosition("O2", 1, "A100", 1, {{"Preis", 10}});
+  stagePosition("O2", 2, "Z300", 2.5, {{"Preis", 15}});
+  execute("Delete From Auftragspos"_sql);
+  run();
+  ASSERT_EQ(jobType("O2"), 33) << reasons("O2");
+  EXPECT_THAT(lineTexts(), ElementsAre("1:A100:1:10", "2:Z300:2.5:15", "3:FRACHT:1:6.9", "4:GEBUEHR:1:6"));
 }
 
 TEST_F(OrderWriting, AppendedLinesTakeFreeNumbersAndLookLikeOthers) {

@@ -291,6 +291,15 @@ TEST_F(RunFailures, ARunWaitsForABusyDatabaseAlsoWhileItsProtocolIsMade) {
   EXPECT_THAT(erp.desktop.shown, IsEmpty());
 }
 
+TEST_F(RunFailures, AnOrderWithoutAVersionComponentIsStampedWithTheVersionOfTheInterface) {
+  FailingWorld world(erp.environment);
+  world.fault.failing = "ErpComponents.createVersion";
+  stageOrderOf("O1");
+  ASSERT_TRUE(ImportJobObject2(world.environment).ProcessJobs());
+  EXPECT_THAT(listed("Select PrgVersion From Auftragskopf"_sql), ElementsAre(" 6.3.0"));
+  EXPECT_THAT(erp.diagnostics.text(), HasSubstr("version component | ErpComponents.createVersion fails"));
+}
+
 // Memory that is short.
 
 class ShortMemory : public RunFailures {
