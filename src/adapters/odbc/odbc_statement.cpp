@@ -22,8 +22,6 @@ static_assert(sizeof(SQLLEN) == sizeof(long) && sizeof(SQLULEN) == sizeof(unsign
 
 constexpr std::size_t blockBytes = 65536;
 constexpr std::size_t mostRows = 64;
-/// Rows that are written with one round trip.
-constexpr std::size_t rowsAtOnce = 100;
 /// Texts up to this length come with their block, longer ones are fetched one by one.
 constexpr std::size_t shortText = 64;
 
@@ -376,66 +374,6 @@ std::int64_t OdbcStatement::run() {
   SQLLEN changed = 0;
   SQLRowCount(statement_.get(), &changed);
   return std::max<SQLLEN>(changed, 0);
-}
-
-std::int64_t OdbcStatement::runRows(std::span<const Value> values, std::size_t width) {
-  renewAfterLoss();
-  if (width != parameters_.size() || width == 0)
-    throw StatementError("the statement does not take " + std::to_string(width) + " values a row: " + text_,
-                         0);
-  std::int64_t changed = 0;
-  for (std::size_t at = 0; at < values.size(); at += width * rowsAtOnce)
-    changed += runBlock(values.subspan(at, std::min(width * rowsAtOnce, values.size() - at)),
-                        std::min(rowsAtOnce, (values.size() - at) / width));
-  return changed;
-}
-
-/// The values of one parameter stand behind each other, each in the room of the longest.
-std::int64_t OdbcStatement::runBlock(std::span<const Value> values, std::size_t rows) {
-  const std::size_t width = parameters_.size();
-  std::vector<std::u16string> cells(width);
-  std::vector<std::vector<SQLLEN>> lengths(width, std::vector<SQLLEN>(rows));
-  std::vector<SQLUSMALLINT> states(rows, SQL_PARAM_SUCCESS);
-  const auto setRows = [this](std::size_t count, SQLUSMALLINT* status) {
-    SQLSetStmtAttrW(statement_.get(), SQL_ATTR_PARAMSET_SIZE, attributeNumber(count), 0);
-    SQLSetStmtAttrW(statement_.get(), SQL_ATTR_PARAM_STATUS_PTR, status, 0);
-  };
-  const relational::StatementUse use(*this);
-  const std::unique_ptr<const decltype(setRows), void (*)(const decltype(setRows)*)> oneRowAgain(
-      &setRows, [](const auto* set) { (*set)(1, nullptr); });
-  for (std::size_t column = 0; column < width; ++column) {
-    std::vector<std::u16string> texts(rows);
-    std::size_t longest = 1;
-    for (std::size_t row = 0; row < rows; ++row) {
-      bool null = false;
-      texts[row] = parameterText(parameters_[column], values[row * width + column], null);
-      lengths[column][row] = null ? SQL_NULL_DATA : static_cast<SQLLEN>(texts[row].size() * sizeof(char16_t));
-      longest = std::max(longest, texts[row].size());
-    }
-    for (std::u16string& text : texts) {
-      text.resize(longest);
-      cells[column] += text;
-    }
-    call(Effect::Stays, [&] {
-      return SQLBindParameter(statement_.get(), static_cast<SQLUSMALLINT>(column + 1), SQL_PARAM_INPUT,
-                              SQL_C_WCHAR, driver_.textType(longest), longest, 0, cells[column].data(),
-                              static_cast<SQLLEN>(longest * sizeof(char16_t)), lengths[column].data());
-    });
-  }
-  setRows(rows, states.data());
-  open_ = true;
-  call(Effect::Writes, [&] {
-    const SQLRETURN result = SQLExecute(statement_.get());
-    const bool refused = std::ranges::find(states, SQLUSMALLINT{SQL_PARAM_ERROR}) != states.end();
-    return refused ? SQLRETURN{SQL_ERROR} : result;
-  });
-  std::int64_t changed = 0;
-  do {
-    SQLLEN count = 0;
-    SQLRowCount(statement_.get(), &count);
-    changed += std::max<SQLLEN>(count, 0);
-  } while (SQL_SUCCEEDED(SQLMoreResults(statement_.get())));
-  return changed;
 }
 
 void OdbcStatement::reset() noexcept {

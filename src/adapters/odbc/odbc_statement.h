@@ -33,7 +33,6 @@ public:
   bool step() override;
   Value column(std::size_t index, relational::ColumnKind kind) override;
   std::int64_t run() override;
-  std::int64_t runRows(std::span<const Value> values, std::size_t width) override;
   void reset() noexcept override;
 
 private:
@@ -56,7 +55,6 @@ private:
   void prepare();
   void renewAfterLoss();
   void pass(std::size_t index);
-  std::int64_t runBlock(std::span<const Value> values, std::size_t rows);
   void describeParameters(std::size_t count);
   void describeColumns();
   void bindColumns();

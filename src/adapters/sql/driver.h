@@ -56,17 +56,6 @@ public:
   virtual Value column(std::size_t index, ColumnKind kind) = 0;
   /// Runs the statement to its end and resets it, also after a failure. Returns the number of changed rows.
   virtual std::int64_t run() = 0;
-  /// Runs the statement, which gives no rows, once per row of values and resets it. The values of a row
-  /// follow each other, as do the rows. Returns the number of changed rows. After a failure some rows may be
-  /// written: call it inside a unit of work. A server gets many rows at once.
-  virtual std::int64_t runRows(std::span<const Value> values, std::size_t width) {
-    std::int64_t changed = 0;
-    for (std::size_t at = 0; at + width <= values.size(); at += width) {
-      bindAll(values.subspan(at, width));
-      changed += run();
-    }
-    return changed;
-  }
   /// Ends reading, so that nothing stays open across units of work. Bound values remain.
   virtual void reset() noexcept = 0;
 };

@@ -3,7 +3,10 @@
 #pragma once
 
 #include "adapters/sql/known_rows.h"
+#include "adapters/sql/row_changes.h"
+#include "adapters/sql/row_reader.h"
 #include "adapters/sql/statement_cache.h"
+#include "adapters/sql/waiting_writes.h"
 #include "platform/database.h"
 
 #include <cstddef>
@@ -53,7 +56,7 @@ public:
 class Group {
 public:
   Group(StatementCache& statements, Savepoints& savepoints)
-      : statements_(statements), savepoints_(savepoints) {}
+      : statements_(statements), savepoints_(savepoints), reader_(statements), waiting_(statements) {}
 
   StatementCache& statements() { return statements_; }
   bool collects() const { return collects_; }
@@ -86,17 +89,18 @@ public:
   std::size_t readNoted();
   /// Rows of a table by their keys, locked against other programs until the end of the unit. Missing ones are
   /// left out.
-  Rows readByKey(KeysetQuery& query, std::span<const std::int64_t> keys);
+  Rows readByKey(KeysetQuery& query, std::span<const std::int64_t> keys) {
+    return reader_.readByKey(query, keys);
+  }
 
   /// Sends what a statement of the table could see. Null: of any table.
   void prepareToRead(const std::string* table);
   /// Sends all that waits, because a statement is run that writes.
   void prepareToWrite(const Sql& statement);
   void prepareToWrite(const RowChange& change);
-  using Before = std::function<const Value*(std::size_t index)>;
   void prepareToInsert(const RowSource& source, const ColumnMask& columns, std::span<const Value> values);
   void prepareToUpdate(const RowSource& source, std::int64_t key, const ColumnMask& columns,
-                       std::span<const Value> values, const Before& before);
+                       std::span<const Value> values, const BeforeValues& before);
   /// Sends a waiting change of this row.
   void prepareToReadRow(const RowSource& source, std::int64_t key);
 
@@ -104,7 +108,7 @@ public:
   std::int64_t insertLater(RowSource& source, const ColumnMask& columns, std::span<const Value> values);
   /// Changes a row. `before` gives the values that it had.
   void updateLater(RowSource& source, std::int64_t key, const ColumnMask& columns,
-                   std::span<const Value> values, const Before& before);
+                   std::span<const Value> values, const BeforeValues& before);
   /// Runs a statement that writes one row.
   void executeLater(std::string_view table, const Sql& statement) {
     executeLater(table, statements_.plain(statement), {statement.values().begin(), statement.values().end()});
@@ -114,69 +118,28 @@ public:
   std::uint64_t writesTo(const std::string& table) const;
 
 private:
-  enum class Kind : std::uint8_t { Insert, Update, Statement };
-  struct Waiting {
-    Kind kind;
-    RowSource* source;         ///< null for a statement
-    PlainStatement* statement; ///< null for a row
-    std::string table;
-    std::int64_t key;
-    ColumnMask columns;
-    std::vector<Value> values; ///< of the columns, in their order
-  };
-  /// The places of writes to a table that wait, by what a column of the row holds.
-  struct WaitingIndex {
-    std::size_t upTo = 0; ///< how many writes it knows
-    std::unordered_map<std::string, std::vector<std::size_t>> byValue;
-    std::vector<std::size_t> others; ///< those of which that is not known
-  };
   struct Mark {
     std::size_t at;      ///< how many writes waited
     std::size_t derived; ///< how many answers were derived
     bool real;
   };
-  enum class Effect : std::uint8_t { None, Derivable, Mixed };
-  struct Run;
 
   void flush(bool allMarks);
-  void send(std::size_t from, std::size_t to);
-  void sendRun(const Run& run);
-  void sendInserts(std::span<const Waiting* const> rows);
-  void sendUpdates(std::span<const Waiting* const> rows);
-  void sendStatements(std::span<const Waiting* const> rows);
-  static void forEachBlock(std::span<const Waiting* const> rows, std::size_t width,
-                           const std::function<void(std::span<const Waiting* const>)>& send);
-  static void sendRow(Statement& statement, const Waiting& row, std::string_view table, bool keys);
-  static void sendBlock(Statement& statement, std::span<const Waiting* const> rows, std::string_view table,
-                        bool keys);
   void prove();
   void note(const RowChange& change);
   void changeKnown(KnownRows::Entry& entry, const RowChange& change);
   std::shared_ptr<const Rows> noteRead(RowQuery& query, std::span<const Value> parameters);
   void requireWriting() const;
-  std::vector<std::size_t> candidates(const ReadPattern& pattern, std::span<const Value> parameters);
-  static const Value* valueIn(const Waiting& row, const ColumnTerm& column);
-  Effect effectOnRead(const RowQuery& query, std::span<const Value> parameters,
-                      std::vector<const Waiting*>& matching);
-  std::shared_ptr<const Rows> derivedRows(RowQuery& query, std::span<const Value> parameters, Effect effect,
-                                          std::span<const Waiting* const> matching);
-  static void appendWaiting(const Waiting& row, const RowShape& shape, Rows& rows);
-  std::shared_ptr<const Rows> readNow(RowQuery& query, std::span<const Value> parameters);
-  std::vector<std::shared_ptr<const Rows>> readMany(RowQuery& query,
-                                                    std::span<const std::vector<Value>* const> parameters);
-  void readBlock(RowQuery& query, std::span<const std::vector<Value>* const> parameters,
-                 std::vector<std::shared_ptr<const Rows>>& results);
+  std::shared_ptr<const Rows> derivedRows(RowQuery& query, std::span<const Value> parameters,
+                                          WaitingWrites::Effect effect,
+                                          std::span<const WaitingWrite* const> matching);
   [[noreturn]] void lose(const DatabaseError& cause);
-
-  /// Of values that one statement takes.
-  static constexpr std::size_t mostAtOnce = 1024;
 
   StatementCache& statements_;
   Savepoints& savepoints_;
+  RowReader reader_;
+  WaitingWrites waiting_;
   KnownRows known_;
-  std::vector<Waiting> waiting_;
-  std::map<std::string, std::size_t, std::less<>> waitingOf_; ///< number of writes that wait, by table
-  std::map<std::pair<std::string, std::uint64_t>, WaitingIndex> waitingIndexes_; ///< by table and column
   std::map<std::string, std::uint64_t, std::less<>> writes_;
   std::vector<std::string> triggered_; ///< tables that are written at once
   std::vector<Mark> marks_;

@@ -86,7 +86,7 @@ std::int64_t EditableRecordset::insertPending() {
 }
 
 void EditableRecordset::updatePending(std::int64_t rowKey) {
-  const Group::Before before = [this](std::size_t index) { return &storedValue(index); };
+  const BeforeValues before = [this](std::size_t index) { return &storedValue(index); };
   if (group_.collectsFor(source_.tableKey)) {
     group_.updateLater(source_, rowKey, pendingColumns_, pending_, before);
     return;

@@ -27,6 +27,12 @@ ResultLayout layoutOf(const SelectParts& parts, int hidden) {
 
 } // namespace
 
+/// Clients of PostgreSQL refuse the description of more than about 7,400 parameters.
+std::size_t setsAtOnce(std::size_t width) {
+  constexpr std::size_t mostValues = 7000;
+  return std::max<std::size_t>(mostValues / std::max<std::size_t>(width, 1), 1);
+}
+
 template <class Entry>
 template <class Make>
 Entry& StatementCache::Map<Entry>::get(const Sql& statement, Make&& make) {

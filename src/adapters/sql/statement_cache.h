@@ -76,6 +76,9 @@ struct StreamQuery {
   ResultLayout layout;
 };
 
+/// How many sets of this number of values one statement takes.
+std::size_t setsAtOnce(std::size_t width);
+
 /// Compiles each distinct statement once. Statements are found by the addresses of their fragments.
 class StatementCache {
 public:
