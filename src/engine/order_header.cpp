@@ -5,6 +5,7 @@
 #include "model/text.h"
 
 #include <array>
+#include <initializer_list>
 
 namespace qx {
 namespace {
@@ -39,6 +40,71 @@ Value jobOrCustomer(const JobRow& job, Recordset& customer, ColumnName column) {
   return jobOrCustomer(job, column, customer, column);
 }
 
+/// A code that the master must know.
+struct CodeColumn {
+  ColumnName column;
+  Rule refused;
+  Sql (*row)(std::string_view code); ///< the select of its spelling
+};
+
+constexpr CodeColumn shippingMethod{
+    "Versandart", Rule::OrderShippingMethodRefused, [](std::string_view code) {
+      return sql("Select Versandart From Versandtexte where Versandart  = '"_sql, value(code), "'"_sql);
+    }};
+constexpr std::array codes{
+    shippingMethod,
+    CodeColumn{"Zahlungsart", Rule::OrderPaymentMethodRefused,
+               [](std::string_view code) {
+                 return sql("Select Zahlungsart From Zahlungsarten  where Zahlungsart = '"_sql, value(code),
+                            "'"_sql);
+               }},
+    CodeColumn{"ZahlungsbedSchl", Rule::OrderPaymentTermsRefused, [](std::string_view code) {
+                 return sql("Select ZahlbedSchl From Zahlungsbedingungen where ZahlbedSchl = '"_sql,
+                            value(code), "'"_sql);
+               }}};
+
+struct SalesRepColumns {
+  ColumnName jobField, column, share;
+};
+constexpr std::array reps{SalesRepColumns{"Vertreter1", "VertreterNr1", "AnteilVertreter1"},
+                          SalesRepColumns{"Vertreter2", "VertreterNr2", "AnteilVertreter2"},
+                          SalesRepColumns{"Vertreter3", "VertreterNr3", "AnteilVertreter3"}};
+
+std::string requireCode(Connection& connection, const CodeColumn& kind, std::string_view code) {
+  const auto rows = connection.open(kind.row(code));
+  if (rows->eof()) throw OrderFailure(kind.refused, code);
+  return rows->value(std::size_t{0}).text();
+}
+
+void fillFields(RowValues& header, const JobRow& job, Recordset& customer,
+                std::initializer_list<ColumnName> columns) {
+  for (const ColumnName column : columns) header.set(column, jobOrCustomer(job, customer, column));
+}
+
+void fillCode(Connection& connection, RowValues& header, const JobRow& job, Recordset& customer,
+              const CodeColumn& kind) {
+  const Value code = jobOrCustomer(job, customer, kind.column);
+  header.set(kind.column, code.isNull() ? code : Value(requireCode(connection, kind, code.text())));
+}
+
+/// The number "14000" means no particular representative.
+void fillSalesRep(Connection& connection, RowValues& header, const JobRow& job, Recordset& customer,
+                  const SalesRepColumns& rep) {
+  const Value number = jobOrCustomer(job, rep.jobField, customer, rep.column);
+  header.set(rep.column, number);
+  if (number.isNull()) return;
+  const auto stored = connection.open(
+      sql("Select * From Vertreter where VertreterNr = '"_sql, value(number.text()), "'"_sql));
+  if (stored->eof())
+    throw OrderFailure(Finding(Rule::OrderSalesRepRefused, number.text()).of(rep.jobField.text()));
+  header.set(rep.column, stored->value("VertreterNr"));
+  // The customer's share applies to the customer's representative; any other has a share of their own.
+  const bool ofCustomer = equalCodes(number.text(), customer.text(rep.column));
+  const Value share = ofCustomer ? customer.value(rep.share) : Value::null();
+  const bool own = share.isNull() && stored->hasField("AnteilVertreter");
+  header.set(rep.share, own ? stored->value("AnteilVertreter") : share);
+}
+
 struct BankData {
   std::string account, accountNumber, code, name;
   friend bool operator==(const BankData&, const BankData&) = default;
@@ -54,21 +120,41 @@ bool isDiversNumber(std::string_view customer) {
 OrderHeader::OrderHeader(const RunContext& run)
     : environment_(run.environment), run_(run), masterData_(run.environment), addresses_(run.environment) {}
 
-void OrderHeader::fill(Recordset& header, const JobRow& job, Recordset& customer, const OrderNumber& number,
+/// Every step by itself, since each may raise `OrderFailure`.
+template <class Take>
+void OrderHeader::forEachStep(RowValues& header, const JobRow& job, Recordset& customer,
+                              const std::string& dateStamp, Take&& take) {
+  take([&] { fillMasterData(header, job, customer); });
+  for (const AddressFields& fields : jobAddresses) take([&] { fillAddress(header, job, customer, fields); });
+  take([&] { fillFields(header, job, customer, {"Telefon", "Telefax", "Hauptkonto"}); });
+  Connection& connection = *environment_.connection;
+  for (const CodeColumn& code : codes) take([&] { fillCode(connection, header, job, customer, code); });
+  for (const SalesRepColumns& rep : reps) take([&] { fillSalesRep(connection, header, job, customer, rep); });
+  take([&] { fillFields(header, job, customer, {"Provisionsgruppe", "UstIdentNr"}); });
+  take([&] { fillBank(header, job, customer); });
+  take([&] { fillCurrency(header, customer); });
+  take([&] { fillBookkeeping(header, job, dateStamp); });
+  take([&] { fillClerk(header); });
+}
+
+void OrderHeader::fill(RowValues& header, const JobRow& job, Recordset& customer, const OrderNumber& number,
                        const std::string& dateStamp) {
   header.set("Auftragsnummer", Value(number.number));
   header.set("Buchungskreis", Value(number.circle));
-  fillMasterData(header, job, customer);
-  for (const AddressFields& fields : jobAddresses) fillAddress(header, job, customer, fields);
-  fillCodes(header, job, customer);
-  fillSalesReps(header, job, customer);
-  fillBank(header, job, customer);
-  fillCurrency(header, customer);
-  fillBookkeeping(header, job, dateStamp);
-  fillClerk(header);
+  forEachStep(header, job, customer, dateStamp, [](const auto& step) { step(); });
 }
 
-void OrderHeader::fillMasterData(Recordset& header, const JobRow& job, Recordset& customer) const {
+void OrderHeader::foresee(RowValues& header, const JobRow& job, Recordset& customer) {
+  forEachStep(header, job, customer, {}, [](const auto& step) {
+    try {
+      step();
+    } catch (const OrderFailure&) {
+      // Comes again when the order is written.
+    }
+  });
+}
+
+void OrderHeader::fillMasterData(RowValues& header, const JobRow& job, Recordset& customer) const {
   const std::string customerNumber = job.text("Kundennummer");
   const bool divers = isDiversNumber(customerNumber);
   const bool marked = divers || customer.value("KZDivers").truth().value_or(false);
@@ -96,7 +182,7 @@ void OrderHeader::fillMasterData(Recordset& header, const JobRow& job, Recordset
 /// A block comes as a whole from one source: the job's own lines, the address that its key names, or the main
 /// address. Mixing two addresses line by line would misdirect parcels. The key is only written with its own
 /// address: one that names nothing, or a different address, is omitted.
-void OrderHeader::fillAddress(Recordset& header, const JobRow& job, Recordset& customer,
+void OrderHeader::fillAddress(RowValues& header, const JobRow& job, Recordset& customer,
                               const AddressFields& fields) {
   const auto ofJob = [&](ColumnName column) { return job.text(column); };
   std::string owner = job.text(fields.customer);
@@ -121,69 +207,13 @@ void OrderHeader::fillAddress(Recordset& header, const JobRow& job, Recordset& c
   for (const AddressLine& line : fields.lines) header.set(line.column, emptyToNull(Value(block.*line.part)));
 }
 
-std::string OrderHeader::requireCode(const Sql& lookup, Rule rule, std::string_view code) const {
-  const auto rows = environment_.connection->open(lookup);
-  if (rows->eof()) throw OrderFailure(rule, code);
-  return rows->value(std::size_t{0}).text();
-}
-
 std::string OrderHeader::requireShippingMethod(std::string_view code) const {
-  return requireCode(
-      sql("Select Versandart From Versandtexte where Versandart  = '"_sql, value(code), "'"_sql),
-      Rule::OrderShippingMethodRefused, code);
-}
-
-void OrderHeader::fillCodes(Recordset& header, const JobRow& job, Recordset& customer) {
-  header.set("Telefon", jobOrCustomer(job, customer, "Telefon"));
-  header.set("Telefax", jobOrCustomer(job, customer, "Telefax"));
-  header.set("Hauptkonto", jobOrCustomer(job, customer, "Hauptkonto"));
-  Value shipping = jobOrCustomer(job, customer, "Versandart");
-  if (!shipping.isNull()) shipping = Value(requireShippingMethod(shipping.text()));
-  header.set("Versandart", shipping);
-  Value payment = jobOrCustomer(job, customer, "Zahlungsart");
-  if (!payment.isNull())
-    payment = Value(requireCode(sql("Select Zahlungsart From Zahlungsarten  where Zahlungsart = '"_sql,
-                                    value(payment.text()), "'"_sql),
-                                Rule::OrderPaymentMethodRefused, payment.text()));
-  header.set("Zahlungsart", payment);
-  Value terms = jobOrCustomer(job, customer, "ZahlungsbedSchl");
-  if (!terms.isNull())
-    terms = Value(requireCode(sql("Select ZahlbedSchl From Zahlungsbedingungen where ZahlbedSchl = '"_sql,
-                                  value(terms.text()), "'"_sql),
-                              Rule::OrderPaymentTermsRefused, terms.text()));
-  header.set("ZahlungsbedSchl", terms);
-}
-
-/// The number "14000" means no particular representative.
-void OrderHeader::fillSalesReps(Recordset& header, const JobRow& job, Recordset& customer) {
-  struct Rep {
-    ColumnName jobField, column, share;
-  };
-  constexpr std::array reps{Rep{"Vertreter1", "VertreterNr1", "AnteilVertreter1"},
-                            Rep{"Vertreter2", "VertreterNr2", "AnteilVertreter2"},
-                            Rep{"Vertreter3", "VertreterNr3", "AnteilVertreter3"}};
-  for (const Rep& rep : reps) {
-    const Value number = jobOrCustomer(job, rep.jobField, customer, rep.column);
-    header.set(rep.column, number);
-    if (number.isNull()) continue;
-    const auto stored = environment_.connection->open(
-        sql("Select * From Vertreter where VertreterNr = '"_sql, value(number.text()), "'"_sql));
-    if (stored->eof())
-      throw OrderFailure(Finding(Rule::OrderSalesRepRefused, number.text()).of(rep.jobField.text()));
-    header.set(rep.column, stored->value("VertreterNr"));
-    // The customer's share applies to the customer's representative; any other has a share of their own.
-    const bool ofCustomer = equalCodes(number.text(), customer.text(rep.column));
-    const Value share = ofCustomer ? customer.value(rep.share) : Value::null();
-    const bool own = share.isNull() && stored->hasField("AnteilVertreter");
-    header.set(rep.share, own ? stored->value("AnteilVertreter") : share);
-  }
-  header.set("Provisionsgruppe", jobOrCustomer(job, customer, "Provisionsgruppe"));
-  header.set("UstIdentNr", jobOrCustomer(job, customer, "UstIdentNr"));
+  return requireCode(*environment_.connection, shippingMethod, code);
 }
 
 /// Bank data are those of one account, the job's or the customer's, never a mixture. The bank's name is that
 /// of its code if the code is known.
-void OrderHeader::fillBank(Recordset& header, const JobRow& job, Recordset& customer) {
+void OrderHeader::fillBank(RowValues& header, const JobRow& job, Recordset& customer) {
   BankData bank{job.text("Konto"), job.text("KontoNummer"), bankCode(fieldsOf(job)).text(),
                 job.text("Kreditinstitut")};
   if (bank == BankData())
@@ -198,7 +228,7 @@ void OrderHeader::fillBank(Recordset& header, const JobRow& job, Recordset& cust
   header.set("Kreditinstitut", emptyToNull(Value(bank.name)));
 }
 
-void OrderHeader::fillCurrency(Recordset& header, Recordset& customer) {
+void OrderHeader::fillCurrency(RowValues& header, Recordset& customer) {
   std::string currency = customer.text("Währung");
   if (currency.empty()) currency = run_.homeCurrency;
   header.set("Währung", emptyToNull(Value(currency)));
@@ -209,7 +239,7 @@ void OrderHeader::fillCurrency(Recordset& header, Recordset& customer) {
   if (rate->hasField("Kursbehandlung")) header.set("Kursbehandlung", rate->value("Kursbehandlung"));
 }
 
-void OrderHeader::fillBookkeeping(Recordset& header, const JobRow& job, const std::string& dateStamp) {
+void OrderHeader::fillBookkeeping(RowValues& header, const JobRow& job, const std::string& dateStamp) {
   header.set("Bemerkung", emptyToNull(job.value("Bemerkung")));
   header.set("Auftragsart", Value("AB"));
   header.set("Auftragsdatum", Value(dateStamp));
@@ -222,7 +252,7 @@ void OrderHeader::fillBookkeeping(Recordset& header, const JobRow& job, const st
   header.set("ÄndUser", Value("Import"));
 }
 
-void OrderHeader::fillClerk(Recordset& header) {
+void OrderHeader::fillClerk(RowValues& header) {
   const auto person = environment_.connection->open(
       sql("Select * From Personalstamm where PersonalNr  = '"_sql, value(run_.personnelNumber), "'"_sql));
   if (person->eof()) return;

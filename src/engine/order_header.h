@@ -21,22 +21,24 @@ class OrderHeader {
 public:
   explicit OrderHeader(const RunContext& run);
 
-  /// `header` is in `addNew`; `customer` is positioned on the customer's row.
-  void fill(Recordset& header, const JobRow& job, Recordset& customer, const OrderNumber& number,
+  /// `header` is a new row; `customer` is positioned on the customer's row.
+  void fill(RowValues& header, const JobRow& job, Recordset& customer, const OrderNumber& number,
             const std::string& dateStamp);
+  /// Reads what `fill` will. `header` gets what is known of the values.
+  void foresee(RowValues& header, const JobRow& job, Recordset& customer);
   /// The code as the master spells it. Raises `OrderFailure` when the shipping method is unknown.
   std::string requireShippingMethod(std::string_view code) const;
 
 private:
-  void fillMasterData(Recordset& header, const JobRow& job, Recordset& customer) const;
-  void fillAddress(Recordset& header, const JobRow& job, Recordset& customer, const AddressFields& fields);
-  void fillCodes(Recordset& header, const JobRow& job, Recordset& customer);
-  void fillSalesReps(Recordset& header, const JobRow& job, Recordset& customer);
-  void fillBank(Recordset& header, const JobRow& job, Recordset& customer);
-  void fillCurrency(Recordset& header, Recordset& customer);
-  void fillBookkeeping(Recordset& header, const JobRow& job, const std::string& dateStamp);
-  void fillClerk(Recordset& header);
-  std::string requireCode(const Sql& lookup, Rule rule, std::string_view code) const;
+  template <class Take>
+  void forEachStep(RowValues& header, const JobRow& job, Recordset& customer, const std::string& dateStamp,
+                   Take&& take);
+  void fillMasterData(RowValues& header, const JobRow& job, Recordset& customer) const;
+  void fillAddress(RowValues& header, const JobRow& job, Recordset& customer, const AddressFields& fields);
+  void fillBank(RowValues& header, const JobRow& job, Recordset& customer);
+  void fillCurrency(RowValues& header, Recordset& customer);
+  void fillBookkeeping(RowValues& header, const JobRow& job, const std::string& dateStamp);
+  void fillClerk(RowValues& header);
 
   Environment& environment_;
   const RunContext& run_;

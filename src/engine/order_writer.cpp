@@ -17,6 +17,14 @@ Sql customerRow(std::string_view number) {
   return sql("Select * From Kundenstamm where Kundennummer  = '"_sql, value(number), "'"_sql);
 }
 
+class PaymentMethodOnly final : public RowValues {
+public:
+  void set(ColumnName column, Value value) override {
+    if (column == ColumnName("Zahlungsart")) method = value.text();
+  }
+  std::string method;
+};
+
 } // namespace
 
 OrderWriter::OrderWriter(const RunContext& run, PriceComponent& prices)
@@ -77,7 +85,7 @@ WrittenOrder OrderWriter::write(JobRow& job, OrderFacts& facts) {
   header->update();
   insertIndexEntry(*header);
   written.weight = totals.weight;
-  written.cashOnDelivery = isCashOnDelivery(order);
+  written.cashOnDelivery = isCashOnDelivery(order.paymentMethod);
   written.customerName = header->text("Bez1");
   written.hints = orderHints(fieldsOf(job.row()), *customer, *environment_.connection, homeCurrency_);
   stampCustomer(job, *customer);
@@ -106,8 +114,13 @@ std::string OrderWriter::receiptStamp(const JobRow& job) {
   }
 }
 
-void OrderWriter::foresee(const JobRow& job, OrderFacts& facts) const {
-  environment_.connection->open(customerRow(job.text("Kundennummer")));
+void OrderWriter::foresee(const JobRow& job, OrderFacts& facts) {
+  const auto customer = environment_.connection->open(customerRow(job.text("Kundennummer")));
+  if (!customer->eof()) {
+    PaymentMethodOnly header;
+    header_.foresee(header, job, *customer);
+    isCashOnDelivery(header.method);
+  }
   lines_.foresee(facts, job.text("JobID"), parseGermanDate(job.text("Eingangsdatum")).value_or(Date()));
 }
 
@@ -235,10 +248,10 @@ void OrderWriter::undoOnHost() {
   });
 }
 
-bool OrderWriter::isCashOnDelivery(const OrderContext& order) const {
-  if (order.paymentMethod.empty()) return false;
-  const auto method = environment_.connection->open(sql(
-      "Select Kurztext From Zahlungsarten Where Zahlungsart = '"_sql, value(order.paymentMethod), "'"_sql));
+bool OrderWriter::isCashOnDelivery(const std::string& paymentMethod) const {
+  if (paymentMethod.empty()) return false;
+  const auto method = environment_.connection->open(
+      sql("Select Kurztext From Zahlungsarten Where Zahlungsart = '"_sql, value(paymentMethod), "'"_sql));
   return !method->eof() && asciiLower(method->text("Kurztext")).find("nachnahme") != std::string::npos;
 }
 

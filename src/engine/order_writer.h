@@ -42,7 +42,7 @@ public:
   /// is written last. `facts` are those of this job.
   WrittenOrder WriteAuftrag(JobRow& job, OrderFacts& facts);
   /// Reads what `WriteAuftrag` will.
-  void foresee(const JobRow& job, OrderFacts& facts) const;
+  void foresee(const JobRow& job, OrderFacts& facts);
   const AccessoryFees& fees() const { return fees_; }
 
 private:
@@ -68,7 +68,7 @@ private:
   void insertIndexEntry(Recordset& header);
   static void finishJob(JobRow& job, std::int32_t number);
   void undoOnHost();
-  bool isCashOnDelivery(const OrderContext& order) const;
+  bool isCashOnDelivery(const std::string& paymentMethod) const;
 
   Environment& environment_;
   const OrderOptions& options_;

@@ -14,27 +14,23 @@
 namespace qx::relational {
 namespace {
 
+bool sameValue(const Value& first, const Value& second) {
+  return first == second || (first.isNull() == second.isNull() && first.text() == second.text());
+}
+
 bool sameRows(const Rows& first, const Rows& second) {
-  const auto same = [](const Value& a, const Value& b) {
-    return a == b || (a.isNull() == b.isNull() && a.text() == b.text());
-  };
-  return first.keys.size() == second.keys.size() && std::ranges::equal(first.values, second.values, same);
+  return first.keys.size() == second.keys.size() &&
+         std::ranges::equal(first.values, second.values, sameValue);
 }
 
 /// Whether two selects over one table want the same rows.
-bool sameCondition(const ReadPattern& first, std::span<const Value> firstParameters,
-                   const ReadPattern& second, std::span<const Value> secondParameters) {
-  if (first.furtherConditions || second.furtherConditions ||
-      first.equalities.size() != second.equalities.size())
-    return false;
-  for (std::size_t i = 0; i < first.equalities.size(); ++i) {
-    const Value* const a = first.equalities[i].value(firstParameters);
-    const Value* const b = second.equalities[i].value(secondParameters);
-    if (first.equalities[i].columnHash != second.equalities[i].columnHash || a == nullptr || b == nullptr ||
-        a->text() != b->text())
-      return false;
-  }
-  return true;
+bool sameConditions(const ReadPattern& first, std::span<const Value> firstParameters,
+                    const ReadPattern& second, std::span<const Value> secondParameters) {
+  return !first.furtherConditions && !second.furtherConditions &&
+         std::ranges::equal(first.equalities, second.equalities,
+                            [&](const ColumnTerm& a, const ColumnTerm& b) {
+                              return sameCondition(a, firstParameters, b, secondParameters);
+                            });
 }
 
 /// Some columns of rows that have them all.
@@ -182,31 +178,43 @@ void Group::prove() {
   }
 }
 
-void Group::changeKnown(KnownRows::Entry& entry, const RowChange& change) {
-  RowQuery& query = *entry.query;
+/// The rows of a result after the change; null when that cannot be told. The same ones when the change leaves
+/// them as they are.
+std::shared_ptr<const Rows> Group::changedRows(const KnownRows::Entry& entry, const RowChange& change) {
+  const RowQuery& query = *entry.query;
   const RowShape& shape = *query.source.shape;
-  const auto place =
-      change.key() == 0 ? entry.rows->keys.end() : std::ranges::find(entry.rows->keys, change.key());
-  if (place == entry.rows->keys.end() || query.pattern->furtherConditions || !query.derivable ||
-      !query.source.layout.computed.empty() || comparesOneOf(*query.pattern, change)) {
-    entry.rows.reset();
-    return;
-  }
-  auto rows = std::make_shared<Rows>(*entry.rows);
-  const std::size_t at = static_cast<std::size_t>(place - entry.rows->keys.begin()) * shape.size();
-  bool touched = false;
+  if (change.isNew() || change.isDeleted() || query.pattern->furtherConditions || !query.derivable ||
+      !query.source.layout.computed.empty() || comparesOneOf(*query.pattern, change))
+    return nullptr;
+  std::vector<std::pair<std::size_t, const Value*>> assigned;
+  bool known = true;
   change.forEachAssigned([&](ColumnName column) {
     const std::size_t index = shape.find(column);
     if (index >= shape.size()) return;
-    rows->values[at + index] = valueAsRead(*change.after(column), shape.kind(index));
-    touched = true;
+    assigned.emplace_back(index, change.after(column));
+    known = known && assigned.back().second != nullptr;
   });
-  if (!touched) return;
-  entry.rows = std::move(rows);
-  entry.used = false;
-  // Each time: the undoing of a part forgets what was derived in it.
-  derived_.push_back(&entry);
-  entry.derived = true;
+  if (assigned.empty()) return entry.rows;
+  std::size_t from = 0;
+  std::size_t to = entry.rows->keys.size();
+  if (!change.changesAll(*query.pattern, entry.parameters)) {
+    const auto& keys = entry.rows->keys;
+    from = change.key() == 0 ? to
+                             : static_cast<std::size_t>(std::ranges::find(keys, change.key()) - keys.begin());
+    known = known && from < to;
+    to = from + 1;
+  }
+  if (!known) return nullptr;
+  std::shared_ptr<Rows> rows;
+  for (std::size_t row = from; row < to; ++row)
+    for (const auto& [index, value] : assigned) {
+      Value held = valueAsRead(*value, shape.kind(index));
+      const std::size_t place = row * shape.size() + index;
+      if (sameValue(held, entry.rows->values[place])) continue;
+      if (!rows) rows = std::make_shared<Rows>(*entry.rows);
+      rows->values[place] = std::move(held);
+    }
+  return rows ? rows : entry.rows;
 }
 
 /// Whatever was read of the row is forgotten or follows the change.
@@ -214,10 +222,21 @@ void Group::note(const RowChange& change) {
   std::vector<KnownRows::Entry*> concerned;
   known_.forEachConcerned(change, [&](KnownRows::Entry& entry) { concerned.push_back(&entry); });
   // An answer must be proved in the state for which it was given.
-  if (std::ranges::any_of(concerned, [](const auto* entry) { return entry->derived && entry->used; }))
+  if (std::ranges::any_of(concerned, [&](const auto* entry) {
+        return entry->derived && entry->used && changedRows(*entry, change) != entry->rows;
+      }))
     flush(false);
-  for (KnownRows::Entry* entry : concerned)
-    if (entry->rows) changeKnown(*entry, change);
+  for (KnownRows::Entry* entry : concerned) {
+    if (!entry->rows) continue;
+    auto rows = changedRows(*entry, change);
+    if (rows == entry->rows) continue;
+    entry->rows = std::move(rows);
+    if (!entry->rows) continue;
+    entry->used = false;
+    // Each time: the undoing of a part forgets what was derived in it.
+    derived_.push_back(entry);
+    entry->derived = true;
+  }
 }
 
 std::int64_t Group::insertLater(RowSource& source, const ColumnMask& columns, std::span<const Value> values) {
@@ -316,8 +335,10 @@ void Group::prepareToUpdate(const RowSource& source, std::int64_t key, const Col
 std::shared_ptr<const Rows> Group::read(RowQuery& query, std::span<const Value> parameters, bool again) {
   if (!collects_) return reader_.read(query, parameters);
   if (notes_) {
-    const KnownRows::Entry* const known = query.pattern ? known_.find(query, parameters) : nullptr;
-    return known != nullptr ? known->rows : noteRead(query, parameters);
+    if (!query.pattern) return noteRead(query, parameters);
+    if (const KnownRows::Entry* const known = known_.find(query, parameters)) return known->rows;
+    auto rows = otherwiseKnown(query, parameters);
+    return rows ? known_.add(query, parameters, std::move(rows)).rows : noteRead(query, parameters);
   }
   if (!query.pattern) {
     prepareToRead(nullptr);
@@ -343,7 +364,29 @@ std::shared_ptr<const Rows> Group::read(RowQuery& query, std::span<const Value> 
       return entry.rows;
     }
   if (effect != WaitingWrites::Effect::None) flush(false);
-  return known_.add(query, parameters, reader_.read(query, parameters)).rows;
+  auto rows = again ? nullptr : otherwiseKnown(query, parameters);
+  return known_.add(query, parameters, rows ? std::move(rows) : reader_.read(query, parameters)).rows;
+}
+
+/// A result with the same rows and at least these columns.
+const KnownRows::Entry* Group::widerResult(RowQuery& query, std::span<const Value> parameters,
+                                           const std::function<bool(const KnownRows::Entry&)>& wanted) {
+  if (!query.source.shape || !query.source.layout.computed.empty()) return nullptr;
+  const RowShape& shape = *query.source.shape;
+  return known_.findAny(query, parameters, [&](const KnownRows::Entry& entry) {
+    return entry.query != &query && entry.query->source.shape->hasAll(shape) && wanted(entry) &&
+           sameConditions(*entry.query->pattern, entry.parameters, *query.pattern, parameters);
+  });
+}
+
+/// What was read by another statement that asks for the same. Null when that is not known; of several rows
+/// the order might differ.
+std::shared_ptr<const Rows> Group::otherwiseKnown(RowQuery& query, std::span<const Value> parameters) {
+  const KnownRows::Entry* const wider = widerResult(query, parameters, [](const KnownRows::Entry& entry) {
+    return !entry.derived && entry.rows->keys.size() <= 1;
+  });
+  return wider == nullptr ? nullptr
+                          : columnsOf(*wider->rows, *wider->query->source.shape, *query.source.shape);
 }
 
 /// From another result with the same rows, or from the rows that wait. Null when neither has all columns.
@@ -352,11 +395,8 @@ std::shared_ptr<const Rows> Group::derivedRows(RowQuery& query, std::span<const 
                                                std::span<const WaitingWrite* const> matching) {
   if (!query.derivable || !query.source.shape || !query.source.layout.computed.empty()) return nullptr;
   const RowShape& shape = *query.source.shape;
-  const KnownRows::Entry* const wider = known_.findAny(query, parameters, [&](const KnownRows::Entry& entry) {
-    return entry.query != &query && entry.query->source.shape->hasAll(shape) &&
-           sameCondition(*entry.query->pattern, entry.parameters, *query.pattern, parameters);
-  });
-  if (wider != nullptr) return columnsOf(*wider->rows, *wider->query->source.shape, shape);
+  if (const auto* const wider = widerResult(query, parameters, [](const KnownRows::Entry&) { return true; }))
+    return columnsOf(*wider->rows, *wider->query->source.shape, shape);
   if (effect != WaitingWrites::Effect::Derivable) return nullptr;
   auto rows = std::make_shared<Rows>();
   for (const WaitingWrite* row : matching) WaitingWrites::append(*row, shape, *rows);

@@ -127,9 +127,12 @@ private:
   void flush(bool allMarks);
   void prove();
   void note(const RowChange& change);
-  void changeKnown(KnownRows::Entry& entry, const RowChange& change);
+  static std::shared_ptr<const Rows> changedRows(const KnownRows::Entry& entry, const RowChange& change);
   std::shared_ptr<const Rows> noteRead(RowQuery& query, std::span<const Value> parameters);
   void requireWriting() const;
+  const KnownRows::Entry* widerResult(RowQuery& query, std::span<const Value> parameters,
+                                      const std::function<bool(const KnownRows::Entry&)>& wanted);
+  std::shared_ptr<const Rows> otherwiseKnown(RowQuery& query, std::span<const Value> parameters);
   std::shared_ptr<const Rows> derivedRows(RowQuery& query, std::span<const Value> parameters,
                                           WaitingWrites::Effect effect,
                                           std::span<const WaitingWrite* const> matching);

@@ -51,6 +51,14 @@ std::vector<std::string> keysOf(const RowChange& change, ColumnName column) {
 
 } // namespace
 
+bool sameCondition(const ColumnTerm& first, std::span<const Value> firstParameters, const ColumnTerm& second,
+                   std::span<const Value> secondParameters) {
+  const Value* const a = first.value(firstParameters);
+  const Value* const b = second.value(secondParameters);
+  return first.columnHash == second.columnHash && first.source == second.source && a != nullptr &&
+         b != nullptr && a->kind() == b->kind() && a->text() == b->text();
+}
+
 bool concerns(const ReadPattern& read, std::span<const Value> parameters, const RowChange& change) {
   bool before = !change.isNew();
   bool after = !change.isDeleted();

@@ -36,6 +36,10 @@ public:
   virtual std::int64_t key() const = 0;
   virtual bool isNew() const = 0;
   virtual bool isDeleted() const { return false; }
+  /// Whether it changes each row that belongs to the result, as far as texts tell.
+  virtual bool changesAll(const ReadPattern& /*read*/, std::span<const Value> /*parameters*/) const {
+    return false;
+  }
   virtual const Value* before(ColumnName column) const = 0;
   virtual bool assigns(ColumnName column) const = 0;
   /// Of an assigned column.
@@ -43,6 +47,10 @@ public:
   /// Calls `visit` with each assigned column.
   virtual void forEachAssigned(const std::function<void(ColumnName)>& visit) const = 0;
 };
+
+/// Whether two terms compare the same column with the same value.
+bool sameCondition(const ColumnTerm& first, std::span<const Value> firstParameters, const ColumnTerm& second,
+                   std::span<const Value> secondParameters);
 
 /// Whether rows that a statement writes may belong to a result, before or afterwards.
 bool concerns(const ReadPattern& read, std::span<const Value> parameters, const RowChange& change);

@@ -61,6 +61,14 @@ public:
   std::int64_t key() const override { return 0; }
   bool isNew() const override { return pattern_.kind == WritePattern::Kind::Insert; }
   bool isDeleted() const override { return pattern_.kind == WritePattern::Kind::Delete; }
+  bool changesAll(const ReadPattern& read, std::span<const Value> parameters) const override {
+    return pattern_.kind == WritePattern::Kind::Update && !pattern_.furtherConditions &&
+           std::ranges::all_of(pattern_.equalities, [&](const ColumnTerm& met) {
+             return std::ranges::any_of(read.equalities, [&](const ColumnTerm& wanted) {
+               return sameCondition(met, parameters_, wanted, parameters);
+             });
+           });
+  }
   const Value* before(ColumnName column) const override { return valueOf(pattern_.equalities, column); }
   bool assigns(ColumnName column) const override {
     return std::ranges::any_of(pattern_.assigned,

@@ -41,7 +41,7 @@ RowReader::readMany(RowQuery& query, std::span<const std::vector<Value>* const> 
 
 /// One statement joins the table with the values of all.
 void RowReader::readBlock(RowQuery& query, std::span<const std::vector<Value>* const> parameters,
-                      std::vector<std::shared_ptr<const Rows>>& results) {
+                          std::vector<std::shared_ptr<const Rows>>& results) {
   ManyQuery& many = statements_.many(query, parameters.size());
   const std::size_t width = query.parameterCount;
   std::vector<Value> values;

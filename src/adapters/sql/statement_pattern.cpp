@@ -153,7 +153,7 @@ std::optional<WritePattern> updateOf(std::string_view text) {
     if (column.empty()) return std::nullopt;
     pattern.assigned.push_back(reader.read(column, assignment.substr(sign + 1)));
   }
-  if (!where.empty()) readEqualities(where, reader, pattern.equalities);
+  if (!where.empty()) pattern.furtherConditions = !readEqualities(where, reader, pattern.equalities);
   return pattern;
 }
 

@@ -48,6 +48,7 @@ struct WritePattern {
   std::string table; ///< in lower case
   std::vector<ColumnTerm> assigned;
   std::vector<ColumnTerm> equalities; ///< which the rows meet beforehand
+  bool furtherConditions = false;     ///< of an update: not every row that meets those is changed
 
   /// Null when the statement writes in another way. It has a "?" for each parameter.
   static std::optional<WritePattern> of(std::string_view statement);

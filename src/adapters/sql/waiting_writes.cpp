@@ -177,14 +177,15 @@ void WaitingWrites::sendStatements(std::span<const WaitingWrite* const> rows) {
 }
 
 void WaitingWrites::forEachBlock(std::span<const WaitingWrite* const> rows, std::size_t width,
-                         const std::function<void(std::span<const WaitingWrite* const>)>& send) {
+                                 const std::function<void(std::span<const WaitingWrite* const>)>& send) {
   const std::size_t most = setsAtOnce(width);
   for (std::size_t at = 0; at < rows.size(); at += most)
     send(rows.subspan(at, std::min(most, rows.size() - at)));
 }
 
 /// `keys`: the row key follows the values.
-void WaitingWrites::sendRow(Statement& statement, const WaitingWrite& row, std::string_view table, bool keys) {
+void WaitingWrites::sendRow(Statement& statement, const WaitingWrite& row, std::string_view table,
+                            bool keys) {
   statement.bindAll(row.values);
   const Value key(row.key);
   if (keys) statement.bind(row.values.size(), key);
@@ -192,8 +193,8 @@ void WaitingWrites::sendRow(Statement& statement, const WaitingWrite& row, std::
 }
 
 /// Each of the rows must change one row of the table.
-void WaitingWrites::sendBlock(Statement& statement, std::span<const WaitingWrite* const> rows, std::string_view table,
-                      bool keys) {
+void WaitingWrites::sendBlock(Statement& statement, std::span<const WaitingWrite* const> rows,
+                              std::string_view table, bool keys) {
   std::size_t place = 0;
   std::vector<Value> keyValues;
   keyValues.reserve(rows.size());
@@ -227,7 +228,8 @@ const Value* WaitingWrites::valueIn(const WaitingWrite& row, const ColumnTerm& c
 }
 
 /// The places of the writes that may concern the rows of a read, in their order.
-std::vector<std::size_t> WaitingWrites::candidates(const ReadPattern& pattern, std::span<const Value> parameters) {
+std::vector<std::size_t> WaitingWrites::candidates(const ReadPattern& pattern,
+                                                   std::span<const Value> parameters) {
   std::vector<std::size_t> places;
   for (const ColumnTerm& condition : pattern.equalities) {
     const Value* const wanted = condition.value(parameters);
@@ -254,7 +256,7 @@ std::vector<std::size_t> WaitingWrites::candidates(const ReadPattern& pattern, s
 }
 
 WaitingWrites::Effect WaitingWrites::effectOn(const RowQuery& query, std::span<const Value> parameters,
-                                  std::vector<const WaitingWrite*>& matching) {
+                                              std::vector<const WaitingWrite*>& matching) {
   const ReadPattern& pattern = *query.pattern;
   if (!concern(pattern.table)) return Effect::None;
   bool certain = query.derivable && !pattern.furtherConditions && !pattern.equalities.empty() &&

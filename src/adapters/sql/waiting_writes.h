@@ -30,9 +30,9 @@ struct WaitingWrite {
   std::vector<Value> values; ///< of the columns, in their order
 };
 
-/// Writes in their order, how they change what a statement would read, and how they are sent: those of a table in
-/// their order, tables in the order in which they were first written, and those of one kind together where the
-/// database joins statements.
+/// Writes in their order, how they change what a statement would read, and how they are sent: those of a
+/// table in their order, tables in the order in which they were first written, and those of one kind together
+/// where the database joins statements.
 class WaitingWrites {
 public:
   /// What the writes do to the result of a read. `Derivable`: the result consists of rows that wait.
@@ -50,8 +50,8 @@ public:
   /// Forgets those behind the first `count`.
   void keep(std::size_t count);
   void clear() noexcept;
-  /// Sends the writes at places from `from` up to `to`, without forgetting them. Each must change one row; else
-  /// `NotInserted` is raised.
+  /// Sends the writes at places from `from` up to `to`, without forgetting them. Each must change one row;
+  /// else `NotInserted` is raised.
   void send(std::size_t from, std::size_t to);
 
   /// `matching` gets the new rows that belong to the result.
@@ -77,15 +77,15 @@ private:
   static void forEachBlock(std::span<const WaitingWrite* const> rows, std::size_t width,
                            const std::function<void(std::span<const WaitingWrite* const>)>& send);
   static void sendRow(Statement& statement, const WaitingWrite& row, std::string_view table, bool keys);
-  static void sendBlock(Statement& statement, std::span<const WaitingWrite* const> rows, std::string_view table,
-                        bool keys);
+  static void sendBlock(Statement& statement, std::span<const WaitingWrite* const> rows,
+                        std::string_view table, bool keys);
   bool joinsStatements() const;
   std::vector<std::size_t> candidates(const ReadPattern& pattern, std::span<const Value> parameters);
   static const Value* valueIn(const WaitingWrite& row, const ColumnTerm& column);
 
   StatementCache& statements_;
   std::vector<WaitingWrite> writes_;
-  std::map<std::string, std::size_t, std::less<>> countOf_; ///< by table
+  std::map<std::string, std::size_t, std::less<>> countOf_;        ///< by table
   std::map<std::pair<std::string, std::uint64_t>, Index> indexes_; ///< by table and column
 };
 
