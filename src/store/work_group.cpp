@@ -24,6 +24,7 @@ void WorkGroup::begin() {
   environment_.connection->beginWork(wait_);
   limits_ = environment_.connection->groupLimits();
   if (fullAt_ > 0) limits_.jobs = fullAt_;
+  mostAge_ = limits_.age;
   begunAt_ = environment_.clock.elapsed();
   jobs_ = 0;
   open_ = true;
@@ -32,8 +33,11 @@ void WorkGroup::begin() {
 bool WorkGroup::endJob(bool alone) {
   requireWork();
   ++jobs_;
-  const bool old = environment_.clock.elapsed() - begunAt_ >= limits_.age;
-  if (!alone && !old && jobs_ < limits_.jobs && environment_.connection->ownsWork()) return false;
+  const auto age = environment_.clock.elapsed() - begunAt_;
+  if (!alone && age < mostAge_ && jobs_ < limits_.jobs && environment_.connection->ownsWork()) return false;
+  if (collected_ && age.count() > 0)
+    expected_ = std::max(few, jobs_ * static_cast<std::size_t>(limits_.age.count()) /
+                                  static_cast<std::size_t>(age.count()));
   finish();
   return true;
 }
@@ -72,9 +76,12 @@ void WorkGroup::beginCollected(std::size_t first, std::size_t count, const JobWa
   collected_ = walk.foresee && count > 1 && environment_.connection->ownsWork();
   if (!collected_) return;
   environment_.connection->collectWrites();
+  limits_.jobs = std::min(limits_.jobs, expected_);
   foreseen_ = std::min(count, limits_.jobs);
   walk.foresee(first, foreseen_);
   foreseen_ = 0;
+  // However long that took: most of the time goes into the jobs themselves.
+  mostAge_ = std::max(limits_.age, 4 * (environment_.clock.elapsed() - begunAt_));
 }
 
 /// The jobs from here on that a group may hold.

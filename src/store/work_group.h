@@ -6,6 +6,7 @@
 #include <chrono>
 #include <cstddef>
 #include <functional>
+#include <limits>
 #include <vector>
 
 namespace qx {
@@ -25,6 +26,8 @@ struct JobWalk {
 };
 
 /// Commits jobs in groups and lets other programs use the database in between.
+///
+/// What the next jobs will read is read ahead for no more of them than the last groups could hold.
 ///
 /// A job's actions (results, message boxes) are held back until the commit that makes them true; when the
 /// group is lost or abandoned they are dropped. On a host's connection no unit is begun or committed and
@@ -90,7 +93,10 @@ private:
   std::chrono::milliseconds begunAt_{};
   std::chrono::milliseconds heldSinceGap_{};
   std::size_t jobs_ = 0;
-  std::size_t foreseen_ = 0; ///< jobs of the group while what they read is read ahead
+  std::size_t foreseen_ = 0;            ///< jobs of the group while what they read is read ahead
+  std::chrono::milliseconds mostAge_{}; ///< of the open group
+  /// Jobs that a group can hold before it is too old, as the last one has shown.
+  std::size_t expected_ = std::numeric_limits<std::size_t>::max();
   bool open_ = false;
   bool collected_ = false;
 };
