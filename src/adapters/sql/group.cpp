@@ -14,10 +14,6 @@
 namespace qx::relational {
 namespace {
 
-bool sameValue(const Value& first, const Value& second) {
-  return first == second || (first.isNull() == second.isNull() && first.text() == second.text());
-}
-
 bool sameRows(const Rows& first, const Rows& second) {
   return first.keys.size() == second.keys.size() &&
          std::ranges::equal(first.values, second.values, sameValue);
@@ -88,9 +84,14 @@ void Group::lose(const DatabaseError& cause) {
   throw WorkLostError(cause.what(), cause.nativeCode(), cause.sqlState());
 }
 
+void Group::loseUnit(const std::string& reason) {
+  lost_ = true;
+  throw WorkLostError(reason, 0);
+}
+
 void Group::setSavepoint() {
   if (collects_)
-    marks_.push_back({waiting_.size(), derived_.size(), false});
+    marks_.push_back({waiting_.size(), derived_.size(), known_.now(), false});
   else
     savepoints_.setRealSavepoint();
 }
@@ -111,17 +112,32 @@ void Group::rollbackToSavepoint() noexcept {
     savepoints_.undoToRealSavepoint();
     return;
   }
+  if (hasClaims(marks_.back().derived)) {
+    try {
+      flush(true);
+    } catch (const std::exception&) {
+      // Whatever the cause, the part may have failed for a wrong answer.
+      lost_ = true;
+    }
+  }
   const Mark mark = marks_.back();
   marks_.pop_back();
-  waiting_.keep(mark.at);
   if (mark.real) {
+    waiting_.clear();
     savepoints_.undoToRealSavepoint();
-    known_.clear();
+    known_.forgetSince(mark.known);
     derived_.clear();
     return;
   }
+  waiting_.keep(mark.at);
   for (std::size_t i = mark.derived; i < derived_.size(); ++i) derived_[i]->rows.reset();
   derived_.resize(mark.derived);
+}
+
+/// Whether answers were derived, from the one at place `from` on, that have not been proved.
+bool Group::hasClaims(std::size_t from) const {
+  return !lost_ && std::any_of(derived_.begin() + static_cast<std::ptrdiff_t>(from), derived_.end(),
+                               [](const KnownRows::Entry* entry) { return entry->rows && entry->used; });
 }
 
 void Group::flush(bool allMarks) {
@@ -168,11 +184,9 @@ void Group::prove() {
     for (std::size_t i = 0; i < entries.size(); ++i) {
       if (!sameRows(*entries[i]->rows, *found[i])) {
         query->derivable = false;
-        lost_ = true;
-        throw WorkLostError(
-            "the database holds other values than were written into the table " + query->pattern->table, 0);
+        loseUnit("the database holds other values than were written into the table " + query->pattern->table);
       }
-      entries[i]->rows = found[i];
+      known_.setRows(*entries[i], found[i]);
       entries[i]->derived = entries[i]->used = false;
     }
   }
@@ -230,7 +244,7 @@ void Group::note(const RowChange& change) {
     if (!entry->rows) continue;
     auto rows = changedRows(*entry, change);
     if (rows == entry->rows) continue;
-    entry->rows = std::move(rows);
+    known_.setRows(*entry, std::move(rows));
     if (!entry->rows) continue;
     entry->used = false;
     // Each time: the undoing of a part forgets what was derived in it.
@@ -395,9 +409,11 @@ std::shared_ptr<const Rows> Group::derivedRows(RowQuery& query, std::span<const 
                                                std::span<const WaitingWrite* const> matching) {
   if (!query.derivable || !query.source.shape || !query.source.layout.computed.empty()) return nullptr;
   const RowShape& shape = *query.source.shape;
-  if (const auto* const wider = widerResult(query, parameters, [](const KnownRows::Entry&) { return true; }))
+  if (const auto* const wider = widerResult(query, parameters, [&](const KnownRows::Entry& entry) {
+        return entry.rows->keys.size() <= 1 || (!query.sorted && !entry.query->sorted);
+      }))
     return columnsOf(*wider->rows, *wider->query->source.shape, shape);
-  if (effect != WaitingWrites::Effect::Derivable) return nullptr;
+  if (effect != WaitingWrites::Effect::Derivable || (query.sorted && matching.size() > 1)) return nullptr;
   auto rows = std::make_shared<Rows>();
   for (const WaitingWrite* row : matching) WaitingWrites::append(*row, shape, *rows);
   return rows;

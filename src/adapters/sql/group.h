@@ -46,7 +46,8 @@ public:
 /// - a statement that asks for rows that still wait is answered from them. Before the unit ends, all such
 ///   answers are compared with the database's;
 /// - a savepoint is a mark among the waiting writes. It becomes a real one only when something behind it is
-///   sent before it is released.
+///   sent before it is released. Before a part is undone in which such answers were given, they are compared,
+///   too: they may be why it is undone.
 ///
 /// A table for which the database does something of its own when a row is written is written at once, and
 /// nothing that was read before is an answer afterwards.
@@ -76,6 +77,9 @@ public:
   void finish();
   /// Forgets what waits.
   void end() noexcept;
+
+  /// Gives the unit up, which is then done again without collecting.
+  [[noreturn]] void loseUnit(const std::string& reason);
 
   void setSavepoint();
   void releaseSavepoint();
@@ -121,11 +125,13 @@ private:
   struct Mark {
     std::size_t at;      ///< how many writes waited
     std::size_t derived; ///< how many answers were derived
+    std::uint64_t known; ///< what was known
     bool real;
   };
 
   void flush(bool allMarks);
   void prove();
+  bool hasClaims(std::size_t from) const;
   void note(const RowChange& change);
   static std::shared_ptr<const Rows> changedRows(const KnownRows::Entry& entry, const RowChange& change);
   std::shared_ptr<const Rows> noteRead(RowQuery& query, std::span<const Value> parameters);

@@ -86,7 +86,7 @@ KnownRows::Entry& KnownRows::add(RowQuery& query, std::span<const Value> paramet
   Entry& entry = *made;
   entry.query = &query;
   entry.parameters.assign(parameters.begin(), parameters.end());
-  entry.rows = std::move(rows);
+  setRows(entry, std::move(rows));
   entries_.emplace(keyOf(query, parameters), std::move(made));
   Table& table = tables_[query.pattern->table];
   for (const ColumnTerm& condition : query.pattern->equalities) {
@@ -152,6 +152,16 @@ void KnownRows::forgetTable(std::string_view table) {
   for (const auto& [hash, column] : found->second.columns)
     for (const auto& [key, entries] : column.byValue) forget(entries);
   tables_.erase(found);
+}
+
+void KnownRows::setRows(Entry& entry, std::shared_ptr<const Rows> rows) {
+  entry.rows = std::move(rows);
+  entry.since = ++now_;
+}
+
+void KnownRows::forgetSince(std::uint64_t moment) {
+  for (auto& entry : entries_)
+    if (entry.second->since > moment) entry.second->rows.reset();
 }
 
 void KnownRows::clear() {

@@ -23,6 +23,11 @@ struct Rows {
   std::vector<Value> values;
 };
 
+/// Whether readers cannot tell the values apart.
+inline bool sameValue(const Value& first, const Value& second) {
+  return first == second || (first.isNull() == second.isNull() && first.text() == second.text());
+}
+
 /// What is known of a row that is written. Null: the value is not known.
 class RowChange {
 public:
@@ -64,7 +69,11 @@ public:
     std::shared_ptr<const Rows> rows; ///< null once it is forgotten
     bool derived = false;             ///< holds what was written but not read
     bool used = false;                ///< was an answer since it has been derived
+    std::uint64_t since = 0;          ///< when the rows came, as `now` counts
   };
+
+  /// Counts the changes of what is known.
+  std::uint64_t now() const { return now_; }
 
   /// Null when the result is not known.
   Entry* find(const RowQuery& query, std::span<const Value> parameters);
@@ -75,7 +84,10 @@ public:
   Entry& add(RowQuery& query, std::span<const Value> parameters, std::shared_ptr<const Rows> rows);
   /// Calls `visit` with each result to which the row may belong, before or after the change.
   void forEachConcerned(const RowChange& change, const std::function<void(Entry&)>& visit);
+  void setRows(Entry& entry, std::shared_ptr<const Rows> rows);
   void forgetTable(std::string_view table);
+  /// Forgets what came after this moment.
+  void forgetSince(std::uint64_t moment);
   void clear();
   std::size_t size() const { return entries_.size(); }
 
@@ -92,6 +104,7 @@ private:
 
   std::unordered_multimap<std::uint64_t, std::unique_ptr<Entry>> entries_;
   std::unordered_map<std::string, Table> tables_;
+  std::uint64_t now_ = 0;
 };
 
 } // namespace qx::relational

@@ -106,6 +106,7 @@ void EditableRecordset::update() {
   } else if (pendingColumns_.any()) {
     rowKey = currentRowKey();
     if (rowKey == 0) rowKey = writtenRowKey();
+    if (rowKey == 0 && isWritten()) group_.loseUnit("a new row is changed whose key is not known yet");
     if (rowKey == 0 || source_.table.empty()) throw StatementError("there is no row to change", 0);
     updatePending(rowKey);
   } else {
@@ -139,12 +140,21 @@ Rows& FetchedRecordset::ownRows() {
   return *own_;
 }
 
-/// The row of this place, once the database has it.
+bool FetchedRecordset::isWritten() const {
+  return position_ < rows_->keys.size() && group().collects() && !source().table.empty();
+}
+
+/// That of the row in this place, once the database has it and if it is the same row.
 std::int64_t FetchedRecordset::writtenRowKey() {
-  if (eof() || !group().collects() || source().table.empty()) return 0;
+  if (!isWritten()) return 0;
   group().prepareToRead(&source().tableKey);
   const auto rows = group().read(query_, parameters_, true);
-  return position_ < rows->keys.size() ? rows->keys[position_] : 0;
+  if (position_ >= rows->keys.size()) return 0;
+  for (std::size_t i = 0; i < fieldCount(); ++i) {
+    const Value& known = storedValue(i);
+    if (!known.isNull() && !sameValue(known, rows->values[position_ * fieldCount() + i])) return 0;
+  }
+  return rows->keys[position_];
 }
 
 void FetchedRecordset::moveTo(std::size_t position) {

@@ -34,14 +34,16 @@ protected:
   virtual std::int64_t currentRowKey() = 0;
   /// The same of a row that is known although it has not been written yet.
   virtual std::int64_t writtenRowKey() { return 0; }
+  /// Whether the current row may be such a one.
+  virtual bool isWritten() const { return false; }
   /// Called after a row was inserted or changed; `written` are the columns.
   virtual void rowWritten(std::int64_t rowKey, bool inserted, const ColumnMask& written,
                           std::vector<Value>& values) = 0;
 
   std::size_t place(ColumnName column) const;
-  Group& group() { return group_; }
+  Group& group() const { return group_; }
   StatementCache& statements() { return group_.statements(); }
-  RowSource& source() { return source_; }
+  RowSource& source() const { return source_; }
   static std::int64_t readKey(Statement& statement) {
     return statement.column(0, ColumnKind::Plain).integer().value_or(0);
   }
@@ -77,6 +79,7 @@ protected:
   const Value& storedValue(std::size_t index) override;
   std::int64_t currentRowKey() override { return eof() ? 0 : rows_->keys[position_]; }
   std::int64_t writtenRowKey() override;
+  bool isWritten() const override;
   void rowWritten(std::int64_t rowKey, bool inserted, const ColumnMask& written,
                   std::vector<Value>& values) override;
 

@@ -110,6 +110,7 @@ RowQuery& StatementCache::rows(const Sql& statement) {
       query.source.layout.aggregate = parts.has_value();
       return query;
     }
+    query.sorted = !parts->orderBy.empty();
     RowSource& source = query.source;
     source.key = driver_.keyOf(parts->table);
     query.select =

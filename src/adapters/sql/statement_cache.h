@@ -59,6 +59,7 @@ struct RowQuery {
   std::string text; ///< translated
   std::size_t parameterCount = 0;
   std::optional<ReadPattern> pattern;    ///< of a select over one table
+  bool sorted = false;                   ///< by terms of the statement
   bool derivable = true;                 ///< written rows have been read back as they were written
   std::map<std::size_t, ManyQuery> many; ///< by the number of rows
 };
