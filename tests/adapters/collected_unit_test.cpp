@@ -46,9 +46,7 @@ public:
 
 private:
   int below(int limit) { return static_cast<int>(random_() % static_cast<unsigned>(limit)); }
-  std::string key() {
-    return keys_[static_cast<std::size_t>(below(static_cast<int>(keys_.size())))];
-  }
+  std::string key() { return keys_[static_cast<std::size_t>(below(static_cast<int>(keys_.size())))]; }
   std::string customer() { return std::string(1, "abA"[below(3)]); }
   Value anyText() { return below(4) == 0 ? Value::null() : Value("x" + std::to_string(below(3))); }
 
@@ -66,7 +64,8 @@ private:
                            "' Order By JobID Desc"_sql));
       break;
     case 3:
-      read_ += listed_(sql("Select Land, JobType From ImportKopf Where JobID  = '"_sql, value(key()), "'"_sql));
+      read_ +=
+          listed_(sql("Select Land, JobType From ImportKopf Where JobID  = '"_sql, value(key()), "'"_sql));
       break;
     case 4:
       addRow();
@@ -84,10 +83,9 @@ private:
       deleteRow();
       break;
     default:
-      connection_.put("Kostenzuordnung",
-                      std::array{ColumnValue{"KostID", Value(below(3))},
-                                 ColumnValue{"Kostenstelle", anyText()}},
-                      1);
+      connection_.put(
+          "Kostenzuordnung",
+          std::array{ColumnValue{"KostID", Value(below(3))}, ColumnValue{"Kostenstelle", anyText()}}, 1);
       read_ += listed_(sql("Select * From Kostenzuordnung Where KostID = "_sql, number(below(3))));
     }
   }
@@ -104,11 +102,11 @@ private:
     rows->update();
   }
   void changeRow() {
-    const auto rows = below(2) == 0
-                          ? connection_.openKeyset(sql("Select * From ImportKopf Where Kundennummer = '"_sql,
-                                                       value(customer()), "'"_sql))
-                          : connection_.open(
-                                sql("Select * From ImportKopf Where JobID = '"_sql, value(key()), "'"_sql));
+    const auto rows =
+        below(2) == 0
+            ? connection_.openKeyset(
+                  sql("Select * From ImportKopf Where Kundennummer = '"_sql, value(customer()), "'"_sql))
+            : connection_.open(sql("Select * From ImportKopf Where JobID = '"_sql, value(key()), "'"_sql));
     if (rows->eof()) return;
     if (below(2) == 0) rows->set("Land", anyText());
     if (below(3) == 0) rows->set("Kundennummer", Value(customer()));
@@ -120,8 +118,9 @@ private:
     const std::string row = key();
     const bool changed =
         below(2) == 0
-            ? connection_.changeOne("ImportKopf", sql("Update ImportKopf Set Land = '"_sql, nullable(anyText().text()),
-                                                      "' Where JobID = '"_sql, value(row), "'"_sql))
+            ? connection_.changeOne("ImportKopf",
+                                    sql("Update ImportKopf Set Land = '"_sql, nullable(anyText().text()),
+                                        "' Where JobID = '"_sql, value(row), "'"_sql))
             : connection_.changeOne("ImportKopf",
                                     sql("Update ImportKopf Set Land = '"_sql, nullable(anyText().text()),
                                         "' Where JobType = 10 And JobID >= '"_sql, value(row),

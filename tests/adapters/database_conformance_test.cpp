@@ -323,6 +323,18 @@ TEST_P(DatabaseConformance, ABusyDatabaseIsWaitedForAsLongAsTheCallerSays) {
   connection_->rollbackWork();
 }
 
+TEST_P(FileConformance, AUnitWaitsForAnotherOneByItself) {
+  auto other = another();
+  other->beginWork(nullptr);
+  std::thread holder([&] {
+    std::this_thread::sleep_for(std::chrono::milliseconds(900));
+    other->rollbackWork();
+  });
+  EXPECT_NO_THROW(connection_->beginWork(nullptr));
+  holder.join();
+  connection_->rollbackWork();
+}
+
 /// Reads on the waiting connection and lets it continue after a while.
 class ReadingWait final : public BusyWait {
 public:

@@ -117,6 +117,16 @@ TEST_F(Jobs, AreCheckedWithoutBeingChanged) {
   EXPECT_EQ(erp.rows("Select * From ImportKopf"_sql), before);
 }
 
+TEST_F(Jobs, AreCalledByTheTransactionOfTheirProtocolLine) {
+  mustStage(R"([{"type":"Kunde","JobID":"1","Kundennummer":"1"},{"type":"Vertrag","JobID":"2"},
+                {"type":"Auftrag","JobID":"3","Positionen":[{"Artikelnummer":"A","Menge":1}]}])");
+  const Json checked = run({"check", "--json"}).json();
+  std::string called;
+  for (const auto& job : checked["jobs"])
+    called += job["JobID"].get<std::string>() + job["Vorgang"].get<std::string>() + " ";
+  EXPECT_EQ(called, "1Kunden 2Vertrag 3Auftrag ");
+}
+
 TEST_F(Jobs, WhoseCheckFailsHaveThatAsAFindingAndTheRestIsChecked) {
   erp.setOption("KreditlimitAuftrag", "1");
   erp.execute("Insert Into Kundenstamm (Kundennummer, Bez1, Währung, Kreditlimit1) Values "

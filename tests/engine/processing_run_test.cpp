@@ -375,6 +375,35 @@ TEST_F(Engine, ATextBlockComesBackInItsOwnPlaces) {
   EXPECT_EQ(size, 9);
 }
 
+TEST_F(Engine, AnAddressIsGivenLineByLine) {
+  add("Adressenstamm", {{"Kundennummer", "20001"},
+                        {"Adressnummer", "7"},
+                        {"Bez1", "eins"},
+                        {"Bez2", "zwei"},
+                        {"Bez3", "drei"},
+                        {"Strasse", "Weg 4"},
+                        {"Land", "DE"},
+                        {"PLZ", "20457"},
+                        {"Ort", "Hamburg"}});
+  std::array<std::string, 7> lines;
+  auto& [first, second, third, street, country, code, town] = lines;
+  EXPECT_TRUE(engine.GetAdressDaten("20001", "7", first, second, third, street, country, code, town));
+  EXPECT_THAT(lines, ElementsAre("eins", "zwei", "drei", "Weg 4", "DE", "20457", "Hamburg"));
+}
+
+TEST_F(Engine, AViewThatIsUnloadedBeforeTheFirstUnitOfARunKeepsTheLockUntilItsEnd) {
+  engine.JobViewShow();
+  std::string inside;
+  events.onInfo = [&](std::string_view) {
+    if (!inside.empty()) return;
+    engine.Unload();
+    inside = engine.importLock().held() ? "held" : "free";
+  };
+  run();
+  EXPECT_EQ(inside, "held");
+  EXPECT_FALSE(engine.importLock().held());
+}
+
 TEST_F(Engine, SubscriptionsEndWithTheirHandle) {
   {
     RecordingEvents other;

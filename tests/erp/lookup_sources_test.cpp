@@ -63,6 +63,14 @@ TEST_F(LookupSourcesTest, AreFoundWithoutRegardToCaseAndReadTheirTables) {
   EXPECT_THROW(resultColumns(*findLookupSource("AUSK_Kundenauskunft"), fields), std::runtime_error);
 }
 
+TEST_F(LookupSourcesTest, EachKindOfDocumentIsListedByItself) {
+  file.execute(
+      "Insert Into Belegindex (Belegart, Belegnummer) Values ('LS', 1), ('GS', 2), ('RG', 3), ('AB', 4)"_sql);
+  EXPECT_THAT(all(pages("AUSK_Lieferscheinauskunft"), ""), ElementsAre("1"));
+  EXPECT_THAT(all(pages("AUSK_Gutschriftsauskunft"), ""), ElementsAre("2"));
+  EXPECT_THAT(all(pages("AUSK_Rechnungsauskunft"), ""), ElementsAre("3"));
+}
+
 TEST_F(LookupSourcesTest, HitsInTheNumberComeFirstAndNoRowComesTwice) {
   customer("10", "SCHMIDT", "Schmidt & Co");
   customer("S1", "Schulz", "Schulz GmbH");

@@ -102,6 +102,8 @@ TEST_F(SalesPriceTest, NothingIsCutWhereAPriceOfALargeUnitIsAskedForInASmallOne)
   };
   add({"", "", 0, "", 4.44, "BOX"});
   EXPECT_EQ(shown(1000, "ST"), "4.44 / 0 per 1000");
+  file.execute("Update Verkaufspreise Set Preis = 4000"_sql);
+  EXPECT_EQ(shown(1000, "ST"), "4000 / 0 per 1000") << "also where an amount comes out";
   file.execute("Update Verkaufspreise Set Mengeneinheit = 'KG', Preis = 12.34, KalkPreis = 7, "
                "Preiseinheit = 5"_sql);
   EXPECT_EQ(shown(25000, "G"), "12.34 / 7 per 5000");
