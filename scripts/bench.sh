@@ -2,12 +2,24 @@
 # Measures the program against bare SQLite on this machine:
 # scripts/bench.sh [--quick | --instructions] [--only PART_OF_NAME]
 # --instructions counts the instructions of a job with callgrind, which come out the same on any machine.
+# scripts/bench.sh --postgres [--quick] [--delay MILLISECONDS] [--only PART_OF_NAME]
+# measures it on a PostgreSQL server of its own, with and without a delay each way (1 ms).
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 usage() {
   echo "usage: scripts/bench.sh [--quick | --instructions] [--only PART_OF_NAME]" >&2
+  echo "       scripts/bench.sh --postgres [--quick] [--delay MILLISECONDS] [--only PART_OF_NAME]" >&2
   exit 2
 }
+if [ "${1:-}" = --postgres ]; then
+  shift
+  scripts/bootstrap.sh build test
+  scripts/build.sh release qximportjob bench_floor bench_servers
+  folder=$(mktemp -d build/release/bench-XXXXXX)
+  trap 'rm -rf "$folder"' EXIT
+  scripts/with-postgres.sh build/release/bin/bench_servers "$folder" "$@"
+  exit
+fi
 arguments=("$@")
 only=
 size=()

@@ -1,10 +1,11 @@
 // Measures the program against bare SQLite, side by side on this machine.
 
+#include "driver/place.h"
 #include "driver/report.h"
 #include "driver/runner.h"
 #include "driver/workloads.h"
 
-#include <cstdlib>
+#include <filesystem>
 #include <iostream>
 #include <optional>
 #include <span>
@@ -29,22 +30,6 @@ constexpr int rounds = 3;
 /// The difference of two sizes leaves out what a program does once.
 constexpr Sizes fewCounted{1000, 1000, 1500, 200, 300};
 constexpr Sizes manyCounted{2000, 2000, 3000, 400, 600};
-
-/// The programs lie beside this one.
-Place placeIn(const fs::path& folder) {
-  const fs::path programs = fs::read_symlink("/proc/self/exe").parent_path();
-  Place place{programs / "qximportjob", programs / "bench_floor", fs::absolute(folder)};
-  for (const fs::path& program : {place.program, place.floor})
-    if (!fs::exists(program)) throw std::runtime_error(program.string() + " has not been built");
-  return place;
-}
-
-/// The program must not meet the settings of whoever measures.
-void keepSettingsIn(const fs::path& folder) {
-  for (const char* variable : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME"})
-    setenv(variable, folder.c_str(), 1);
-  unsetenv("QXIMPORTJOB_DB");
-}
 
 struct Options {
   bool quick = false;
@@ -113,9 +98,7 @@ void measureInstructions(Place place, const Options& options) {
 }
 
 void run(const fs::path& folder, const Options& options) {
-  fs::create_directories(folder);
   const Place place = placeIn(folder);
-  keepSettingsIn(place.folder);
   if (options.instructions)
     measureInstructions(place, options);
   else

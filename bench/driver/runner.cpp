@@ -48,8 +48,9 @@ void Runner::copyDatabase(const std::string& from, const std::string& to) {
   fs::copy_file(databaseOf(from), target);
 }
 
-void Runner::prepare(const std::string& name) {
-  if (!prepared_.insert(name).second) return;
+fs::path Runner::prepare(const std::string& name) {
+  fs::path database = databaseOf(name);
+  if (!prepared_.insert(name).second) return database;
   const auto start = std::ranges::find(starts_, name, &StartDatabase::name);
   if (start == starts_.end()) throw std::out_of_range("no database is called " + name);
   for (const std::string& needed : {start->copyOf, start->after})
@@ -57,7 +58,8 @@ void Runner::prepare(const std::string& name) {
   progress_ << "preparing " << name << std::endl;
   if (!start->copyOf.empty()) copyDatabase(start->copyOf, name);
   for (const CommandFor& command : start->commands)
-    measure(command(databaseOf(name).string()), place_.folder / "messages");
+    measure(command(database.string()), place_.folder / "messages");
+  return database;
 }
 
 Measurement Runner::measureSide(const CommandFor& command, const std::string& start,

@@ -35,10 +35,11 @@ public:
 
   Outcome measureWorkload(const Workload& workload);
   Instructions countWorkload(const Workload& workload);
+  /// The database to begin with, made at the first call.
+  std::filesystem::path prepare(const std::string& name);
 
 private:
   void requireSameWork(const Workload& workload) const;
-  void prepare(const std::string& name);
   std::filesystem::path databaseOf(const std::string& name) const;
   void copyDatabase(const std::string& from, const std::string& to);
   Measurement measureSide(const CommandFor& command, const std::string& start, const std::string& side);

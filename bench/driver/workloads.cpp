@@ -168,6 +168,7 @@ Plan makePlan(const Place& place, const Sizes& sizes) {
                  {waiting(sizes.few), "empty", {commands.stage(few)}},
                  {waiting(sizes.many), "empty", {commands.stage(many)}},
                  {"half-known", "empty", {commands.floor("customers", {count, "2"}), commands.stage(jobs)}},
+                 {"known", "empty", {commands.floor("customers", {count, "1"}), commands.stage(jobs)}},
                  {"scattered", "empty", {commands.stage(scattered)}}};
   plan.workloads = {{"stage customers, " + grouped(sizes.jobs), sizes.jobs, stagingGoal, "empty",
                      commands.stage(jobs), commands.floor("stage-customers", {count})},

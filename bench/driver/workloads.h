@@ -2,6 +2,7 @@
 #pragma once
 
 #include "driver/child_process.h"
+#include "driver/place.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -11,13 +12,6 @@
 #include <vector>
 
 namespace qx::bench {
-
-/// Where the two programs are and where their files go.
-struct Place {
-  std::filesystem::path program;
-  std::filesystem::path floor;
-  std::filesystem::path folder;
-};
 
 struct Sizes {
   std::uint32_t jobs = 20000;
