@@ -5,6 +5,7 @@
 #include "erp/demo_data.h"
 #include "erp/schema.h"
 #include "erp/schema_upgrade.h"
+#include "platform/database_error.h"
 #include "program/program_error.h"
 
 #include <cstdlib>
@@ -276,16 +277,17 @@ InstallationReport Composition::create(bool demo, DatabaseUsers users) {
                           users == DatabaseUsers::Group ? FileSharing::Group : FileSharing::Owner);
   const std::shared_ptr<Connection> connection = target.database.create(target.connectionString);
   try {
-    const auto staged = fill(*connection, demo);
+    const auto staged = fill(*connection, demo, applicationFolder(target));
     if (!staged) {
       requireSchema(*connection, target.displayed);
       return {};
     }
-    if (demo) writeDemoFees(applicationFolder(target));
     return {true, demo, *staged};
   } catch (const DatabaseError& failure) {
     // On a server the tables of another program that does the same appear with its commit.
-    if (!erp::storedSchemaVersion(*connection)) throw;
+    const bool refused = dynamic_cast<const StatementError*>(&failure) != nullptr ||
+                         dynamic_cast<const WorkLostError*>(&failure) != nullptr;
+    if (!refused || !erp::storedSchemaVersion(*connection)) throw;
     diagnostics_.report({"init", failure.what(), ""});
     requireSchema(*connection, target.displayed);
     return {};
@@ -293,7 +295,7 @@ InstallationReport Composition::create(bool demo, DatabaseUsers users) {
 }
 
 /// Returns the number of demo jobs; null when another program has created the tables meanwhile.
-std::optional<std::size_t> Composition::fill(Connection& connection, bool demo) {
+std::optional<std::size_t> Composition::fill(Connection& connection, bool demo, const fs::path& folder) {
   WorkUnit unit(connection);
   if (erp::storedSchemaVersion(connection)) return std::nullopt;
   erp::createSchema(connection);
@@ -302,6 +304,7 @@ std::optional<std::size_t> Composition::fill(Connection& connection, bool demo) 
   if (demo) {
     erp::fillDemoData(connection);
     staged = erp::stageDemoJobs(connection, options_.sessionDate.value_or(clock_.now().date));
+    writeDemoFees(folder);
   }
   unit.commit();
   return staged;

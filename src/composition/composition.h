@@ -47,7 +47,7 @@ private:
   std::string initLine() const;
   DatabaseTarget target() const;
   std::shared_ptr<Connection> openExisting(const DatabaseTarget& target) const;
-  std::optional<std::size_t> fill(Connection& connection, bool demo);
+  std::optional<std::size_t> fill(Connection& connection, bool demo, const std::filesystem::path& folder);
   void requireBackup(const Maintenance& maintenance, bool made) const;
   void refuseWhileProcessed(Connection& connection, bool fromOtherMachines);
   std::filesystem::path backUp(Maintenance& maintenance, const DatabaseTarget& target, int version);

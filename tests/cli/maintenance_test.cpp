@@ -100,6 +100,11 @@ TEST_F(Maintained, DatabasesOfEarlierProgramsAreUpgradedWithEveryRow) {
                                     file + " upgrade\n");
     }
 
+    const ProgramResult serverOnly = runPlain({"--db", file, "upgrade", "--backup-made"});
+    EXPECT_EQ(serverOnly.status, 2);
+    EXPECT_EQ(serverOnly.messages,
+              "qximportjob: --backup-made is for databases on a server\nA file is copied before "
+              "it is upgraded: leave the option out.\n");
     const ProgramResult upgraded = runPlain({"--db", file, "upgrade", "--json"});
     ASSERT_EQ(upgraded.status, 0) << upgraded.messages;
     const Json report = upgraded.json();

@@ -26,7 +26,8 @@ protected:
         "Select table_name, column_name, data_type, numeric_precision, collation_name, column_default, "
         "is_nullable, is_identity From information_schema.columns Where table_schema = current_schema() "
         "Order By table_name, column_name"_sql);
-    const auto indexes = of.listed("Select tablename, indexname, substring(indexdef From ' USING .*') From "
+    const auto indexes = of.listed("Select tablename, indexname, substring(indexdef From 'UNIQUE'), "
+                                   "substring(indexdef From ' USING .*') From "
                                    "pg_indexes Where schemaname = current_schema() Order By indexname"_sql);
     all.insert(all.end(), indexes.begin(), indexes.end());
     return all;
@@ -48,6 +49,10 @@ protected:
     erp.execute("Drop Table Belegindex"_sql);
     erp.execute("Drop Index ImportKopf_Datum"_sql);
     erp.execute("Create Index ImportKopf_Datum On ImportKopf (JobType)"_sql);
+    erp.execute("Drop Index Adressenstamm_Adresse"_sql);
+    erp.execute("Create Index Adressenstamm_Adresse On Adressenstamm (Kundennummer, Adressnummer)"_sql);
+    erp.execute("Alter Table ImportKopf Drop Column Betreff"_sql);
+    erp.execute("Create Index ImportKopf_Betreff On ImportKopf (Bez2)"_sql);
     erp.execute("Create Index Fremd On ImportKopf (Bez2)"_sql);
     erp.execute("Create View Sicht As Select JobID, Bez1 From ImportKopf"_sql);
     erp.execute("Update Schemastand Set Version = 3"_sql);
@@ -78,11 +83,14 @@ TEST_F(ServerUpgrade, TablesOfAnEarlierProgramAreUpgradedInOneUnitWithEveryRow) 
 
   const ProgramResult result = erp.run({"upgrade", "--backup-made"});
   ASSERT_EQ(result.status, 0) << result.messages;
-  EXPECT_EQ(result.output, "The database was upgraded from version 3 to version 4.\n"
-                           "  ImportKopf: columns defined anew; added IndFild4; index ImportKopf_Datum\n"
-                           "  Kundenstamm: columns defined anew\n"
-                           "  Auftragspos: columns defined anew; added ÄndUser\n"
-                           "  Belegindex: created; index Belegindex_Beleg\n");
+  EXPECT_EQ(result.output,
+            "The database was upgraded from version 3 to version 4.\n"
+            "  ImportKopf: columns defined anew; added Betreff, IndFild4; index ImportKopf_Datum, "
+            "ImportKopf_Betreff\n"
+            "  Kundenstamm: columns defined anew\n"
+            "  Adressenstamm: columns unchanged; index Adressenstamm_Adresse\n"
+            "  Auftragspos: columns defined anew; added ÄndUser\n"
+            "  Belegindex: created; index Belegindex_Beleg\n");
   EXPECT_EQ(content(), rows);
   EXPECT_EQ(erp.text("Select Count(*) From Sicht"_sql), "2") << "what others have made stays";
   removeForeign();

@@ -32,8 +32,8 @@ struct Server {
   std::string_view triggeredTables; ///< those for which it does something of its own when a row is written
   /// The server's own tool for backups.
   std::string_view backupTool;
-  /// The columns of the table whose quoted name is the parameter: name, type, default and, as 1 or 0, whether
-  /// it takes no null, as statements write them; empty where tables are not upgraded.
+  /// The columns of the table whose quoted name is the parameter: name, type and default, as statements write
+  /// them; empty where tables are not upgraded.
   std::string_view columns;
   /// What the index whose quoted name is the parameter is on.
   std::string_view index;

@@ -39,7 +39,7 @@ std::vector<ServerMaintenance::Column> ServerMaintenance::columnsOf(std::string_
   statement->bind(0, name);
   std::vector<Column> columns;
   const auto text = [&](std::size_t index) { return statement->column(index, ColumnKind::Plain).text(); };
-  while (statement->step()) columns.push_back({text(0), text(1), text(2), text(3) == "1"});
+  while (statement->step()) columns.push_back({text(0), text(1), text(2)});
   return columns;
 }
 
@@ -88,15 +88,13 @@ void ServerMaintenance::redefine(std::string_view table, const CreateTable& crea
     const auto before = std::ranges::find(stored, column.name, &Column::name);
     if (before == stored.end()) {
       run(alter + " Add Column " + column.name + " " + column.type +
-          (column.standard.empty() ? "" : " Default " + column.standard) +
-          (column.needed ? " Not Null" : ""));
+          (column.standard.empty() ? "" : " Default " + column.standard));
       continue;
     }
     const std::string change = alter + " Alter Column " + column.name;
     if (before->type != column.type) run(change + " Type " + column.type);
     if (before->standard != column.standard)
       run(change + (column.standard.empty() ? " Drop Default" : " Set Default " + column.standard));
-    if (before->needed != column.needed) run(change + (column.needed ? " Set Not Null" : " Drop Not Null"));
   }
 }
 

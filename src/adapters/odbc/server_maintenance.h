@@ -37,7 +37,6 @@ private:
     std::string name; ///< as statements write it
     std::string type;
     std::string standard; ///< the default; empty without one
-    bool needed = false;  ///< it takes no null
 
     friend bool operator==(const Column&, const Column&) = default;
   };
