@@ -170,8 +170,10 @@ private:
     backupVerb->add_option("FILE", backup->file, "File to write, which must not exist")->required();
     backupVerb->add_flag("--replace", backup->replace, "Replace the file when it exists");
 
-    verb<UpgradeCommand>(app_, "upgrade",
-                         "Bring the database of an earlier program to the version of this one");
+    const auto [upgradeVerb, upgrade] = verb<UpgradeCommand>(
+        app_, "upgrade", "Bring the database of an earlier program to the version of this one");
+    upgradeVerb->add_flag("--backup-made", upgrade->backupMade,
+                          "The server's own tool has backed the database up");
   }
 
   void declareView() {

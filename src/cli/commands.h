@@ -234,9 +234,11 @@ protected:
   ExitCode work(const CommandContext& context) override;
 };
 
-/// `upgrade`: makes a backup first; a second call changes nothing.
+/// `upgrade [--backup-made]`: makes a backup of a file first; a second call changes nothing.
 class UpgradeCommand final : public Command {
 public:
+  bool backupMade = false; ///< by the tool of the server
+
   ExitCode run(Installation& installation, const Output& output) override;
 };
 

@@ -55,9 +55,9 @@ void BackupCommand::prepare() {
 
 ExitCode BackupCommand::work(const CommandContext& context) {
   const auto maintenance = context.connection().maintenance();
-  if (!maintenance)
+  if (const std::string tool(maintenance->backupTool()); !tool.empty())
     throw ProgramError(ExitCode::BadInput, "the database of a server is not backed up by this program",
-                       "Use the server's own tool, for example pg_dump or BACKUP DATABASE.");
+                       "Use the server's own tool: " + tool + ".");
   try {
     maintenance->copyTo(file, replace ? ExistingFile::Replace : ExistingFile::Refuse);
   } catch (const BackupRefused& refused) {
@@ -72,7 +72,7 @@ ExitCode BackupCommand::work(const CommandContext& context) {
 }
 
 ExitCode UpgradeCommand::run(Installation& installation, const Output& output) {
-  const UpgradeReport report = installation.upgrade();
+  const UpgradeReport report = installation.upgrade(backupMade);
   if (output.json) {
     writeUpgradeJson(output.result, report);
     return ExitCode::Success;
@@ -92,7 +92,7 @@ ExitCode UpgradeCommand::run(Installation& installation, const Output& output) {
     writeNames(output.result, "; index ", change.indexes);
     output.result << '\n';
   }
-  output.result << "As it was before: " << report.backup.string() << '\n';
+  if (!report.backup.empty()) output.result << "As it was before: " << report.backup.string() << '\n';
   return ExitCode::Success;
 }
 

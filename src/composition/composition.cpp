@@ -5,6 +5,7 @@
 #include "erp/demo_data.h"
 #include "erp/schema.h"
 #include "erp/schema_upgrade.h"
+#include "platform/database_error.h"
 #include "program/program_error.h"
 
 #include <cstdlib>
@@ -165,13 +166,29 @@ void Composition::requireSchema(Connection& connection, const std::string& targe
                      "Use the program of that version, or another database with --db.");
 }
 
-/// A lock of another machine says nothing: that machine cannot have this file open.
-void Composition::refuseWhileProcessed(Connection& connection) {
+/// The lock of another machine says nothing for a file, which that machine cannot have open.
+void Composition::refuseWhileProcessed(Connection& connection, bool fromOtherMachines) {
   const auto lock = connection.open(sql("Select * From LockControl"_sql));
-  for (; !lock->eof(); lock->moveNext())
-    if (identity_.isAlive(lock->text("SessionID")) == true)
+  for (; !lock->eof(); lock->moveNext()) {
+    const auto alive = identity_.isAlive(lock->text("SessionID"));
+    if (alive.value_or(fromOtherMachines))
       throw ProgramError(ExitCode::Refused, "the import is locked by " + lock->text("Benutzer"),
-                         "Nothing was changed. Try again when that program has ended.");
+                         alive ? "Nothing was changed. Try again when that program has ended."
+                               : "Nothing was changed. Try again when that program has ended; it is one of "
+                                 "another machine. When it has ended without giving the lock back, delete "
+                                 "its row of LockControl.");
+  }
+}
+
+void Composition::requireBackup(const Maintenance& maintenance, bool made) const {
+  const std::string tool(maintenance.backupTool());
+  if (tool.empty() && made)
+    throw ProgramError(ExitCode::BadInput, "--backup-made is for databases on a server",
+                       "A file is copied before it is upgraded: leave the option out.");
+  if (!tool.empty() && !made)
+    throw ProgramError(ExitCode::BadInput, "the database of a server is not backed up by this program",
+                       "Back it up with the server's own tool, " + tool +
+                           ", then start: " + callOf("upgrade --backup-made"));
 }
 
 fs::path Composition::backUp(Maintenance& maintenance, const DatabaseTarget& target, int version) {
@@ -185,14 +202,14 @@ fs::path Composition::backUp(Maintenance& maintenance, const DatabaseTarget& tar
   return file;
 }
 
-UpgradeReport Composition::upgrade() {
+UpgradeReport Composition::upgrade(bool backupMade) {
   const DatabaseTarget target = this->target();
   const std::shared_ptr<Connection> connection = openExisting(target);
   const auto maintenance = connection->maintenance();
-  if (!maintenance)
+  if (!maintenance->upgrades())
     throw ProgramError(ExitCode::BadInput,
-                       target.displayed + ": the tables of a server are not upgraded by this program",
-                       "Ask who administers the server.");
+                       target.displayed + ": the tables of this server are not upgraded by this program",
+                       "Let its administrator compare them with those that init creates.");
   if (maintenance->markedByOther())
     throw ProgramError(ExitCode::BadInput, target.displayed + ": this is a database of another program",
                        "Nothing was changed. Name another file with --db FILE.");
@@ -205,15 +222,18 @@ UpgradeReport Composition::upgrade() {
     requireSchema(*connection, target.displayed);
     return nothing;
   }
-  // From here to the end no other program can write; one may have upgraded meanwhile.
+  requireBackup(*maintenance, backupMade);
+  const bool onServer = !maintenance->backupTool().empty();
+  // From here to the end no other program can write, or upgrade; one may have done so meanwhile.
   WorkUnit unit(*connection);
+  if (onServer) connection->execute(sql("Update Schemastand Set Version = Version"_sql));
   const auto version = from();
   if (!version) return nothing;
-  refuseWhileProcessed(*connection);
+  refuseWhileProcessed(*connection, onServer);
   UpgradeReport report{*version, erp::schemaVersion, {}, {}};
   try {
     erp::SchemaUpgrade upgrade(*connection, *maintenance);
-    report.backup = backUp(*maintenance, target, *version);
+    if (!onServer) report.backup = backUp(*maintenance, target, *version);
     report.changes = upgrade.perform();
     unit.commit();
     return report;
@@ -256,17 +276,38 @@ InstallationReport Composition::create(bool demo, DatabaseUsers users) {
   target.database.reserve(target.connectionString,
                           users == DatabaseUsers::Group ? FileSharing::Group : FileSharing::Owner);
   const std::shared_ptr<Connection> connection = target.database.create(target.connectionString);
-  WorkUnit unit(*connection);
-  erp::createSchema(*connection);
-  erp::fillBaseData(*connection);
+  try {
+    const auto staged = fill(*connection, demo, applicationFolder(target));
+    if (!staged) {
+      requireSchema(*connection, target.displayed);
+      return {};
+    }
+    return {true, demo, *staged};
+  } catch (const DatabaseError& failure) {
+    // On a server the tables of another program that does the same appear with its commit.
+    const bool refused = dynamic_cast<const StatementError*>(&failure) != nullptr ||
+                         dynamic_cast<const WorkLostError*>(&failure) != nullptr;
+    if (!refused || !erp::storedSchemaVersion(*connection)) throw;
+    diagnostics_.report({"init", failure.what(), ""});
+    requireSchema(*connection, target.displayed);
+    return {};
+  }
+}
+
+/// Returns the number of demo jobs; null when another program has created the tables meanwhile.
+std::optional<std::size_t> Composition::fill(Connection& connection, bool demo, const fs::path& folder) {
+  WorkUnit unit(connection);
+  if (erp::storedSchemaVersion(connection)) return std::nullopt;
+  erp::createSchema(connection);
+  erp::fillBaseData(connection);
   std::size_t staged = 0;
   if (demo) {
-    erp::fillDemoData(*connection);
-    staged = erp::stageDemoJobs(*connection, options_.sessionDate.value_or(clock_.now().date));
-    writeDemoFees(applicationFolder(target));
+    erp::fillDemoData(connection);
+    staged = erp::stageDemoJobs(connection, options_.sessionDate.value_or(clock_.now().date));
+    writeDemoFees(folder);
   }
   unit.commit();
-  return {true, demo, staged};
+  return staged;
 }
 
 } // namespace qx

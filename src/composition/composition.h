@@ -29,7 +29,7 @@ public:
 
   Environment& open() override;
   InstallationReport create(bool demo, DatabaseUsers users) override;
-  UpgradeReport upgrade() override;
+  UpgradeReport upgrade(bool backupMade) override;
   /// For a program with windows, once the database is open: creates the ERP's lookup windows.
   void offerLookups(std::function<std::unique_ptr<Auskunft>()> factory);
 
@@ -47,7 +47,9 @@ private:
   std::string initLine() const;
   DatabaseTarget target() const;
   std::shared_ptr<Connection> openExisting(const DatabaseTarget& target) const;
-  void refuseWhileProcessed(Connection& connection);
+  std::optional<std::size_t> fill(Connection& connection, bool demo, const std::filesystem::path& folder);
+  void requireBackup(const Maintenance& maintenance, bool made) const;
+  void refuseWhileProcessed(Connection& connection, bool fromOtherMachines);
   std::filesystem::path backUp(Maintenance& maintenance, const DatabaseTarget& target, int version);
   void connect(const std::shared_ptr<Connection>& connection, const DatabaseTarget& target);
   void requireSchema(Connection& connection, const std::string& target) const;

@@ -41,12 +41,20 @@ SchemaUpgrade::SchemaUpgrade(Connection& connection, Maintenance& maintenance)
 SchemaUpgrade::Step SchemaUpgrade::compared(const SchemaTable& table) {
   Step step{table, {}, {}, {}};
   step.change.table = table.name;
-  const Definition stored = maintenance_.compare(table.name, createTable(table, table.name));
+  const auto create = [&](std::string_view name) { return createTable(table, name); };
+  const Definition stored = maintenance_.compare(table.name, create);
   step.change.created = stored == Definition::Missing;
   step.change.redefined = stored == Definition::Different;
   if (step.change.redefined) step.change.columns = missingColumns(connection_, table);
   for (const SchemaIndex& index : table.indexes) {
-    const Definition storedIndex = maintenance_.compare(index.name, createIndex(table, index));
+    const auto createNamed = [&](std::string_view name, std::string_view tableName) {
+      SchemaTable on = table;
+      SchemaIndex named = index;
+      on.name = tableName;
+      named.name = name;
+      return createIndex(on, named);
+    };
+    const Definition storedIndex = maintenance_.compareIndex(index.name, table.name, createNamed);
     if (storedIndex == Definition::Equal) continue;
     if (storedIndex == Definition::Different) step.replaced.push_back(index);
     step.created.push_back(index);

@@ -119,8 +119,7 @@ public:
   virtual void put(std::string_view table, std::span<const ColumnValue> row, std::size_t keys) = 0;
   /// The way to stage the jobs of a whole file; it must not outlive the connection.
   virtual std::unique_ptr<BulkStaging> bulkStaging() = 0;
-  /// The way to back up and upgrade the database; it must not outlive the connection. Null for a server,
-  /// whose own tools do that.
+  /// The way to back up and upgrade the database; it must not outlive the connection.
   virtual std::unique_ptr<Maintenance> maintenance() = 0;
   /// The tables and views that lie where this connection creates its own, in no order; those of the database
   /// system itself are left out.

@@ -87,6 +87,18 @@ public:
   using StoreError::StoreError;
 };
 
+/// The connection was lost while a unit of work was being committed: it is not known whether it is durable.
+class CommitUnknownError : public ConnectionLostError {
+public:
+  using ConnectionLostError::ConnectionLostError;
+};
+
+/// The server ended a statement that took longer than it allows, or was told to end it.
+class StatementEndedError : public StoreError {
+public:
+  using StoreError::StoreError;
+};
+
 /// The user lacks a right; `what()` names right and table.
 class MissingRightError : public StoreError {
 public:

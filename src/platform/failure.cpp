@@ -21,6 +21,12 @@ std::string_view sentenceFor(const DatabaseError& error) {
     return "Die Datenbank hat die Änderungen zurückgenommen.";
   if (dynamic_cast<const ReadOnlyError*>(&error) != nullptr)
     return "Sie dürfen die Datenbank lesen, aber nicht ändern.";
+  if (dynamic_cast<const StatementEndedError*>(&error) != nullptr)
+    return "Die Datenbank hat einen Befehl beendet, der ihr zu lange dauerte.";
+  if (dynamic_cast<const CommitUnknownError*>(&error) != nullptr)
+    return "Die Verbindung zur Datenbank brach ab, bevor sie die Änderungen bestätigt hat. Es ist nicht "
+           "bekannt, "
+           "ob sie gespeichert sind.";
   if (dynamic_cast<const ConnectionLostError*>(&error) != nullptr)
     return "Die Datenbank ist nicht erreichbar.";
   if (dynamic_cast<const MissingRightError*>(&error) != nullptr)

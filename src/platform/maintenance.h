@@ -42,6 +42,15 @@ public:
   Maintenance& operator=(const Maintenance&) = delete;
   virtual ~Maintenance() = default;
 
+  /// The statement that creates a table under this name, and an index under this name on the table so called.
+  using CreateTable = std::function<Sql(std::string_view name)>;
+  using CreateIndex = std::function<Sql(std::string_view name, std::string_view table)>;
+
+  /// The server's own tool for backups, in place of `copyTo`; empty where that does it.
+  virtual std::string_view backupTool() const { return {}; }
+  /// Whether the members that compare and redefine are there.
+  virtual bool upgrades() const { return true; }
+
   /// Copies the whole database as it is at one moment; other programs go on reading and writing. Works inside
   /// a unit of the connection that has not yet written anything. The file is readable by its owner only, and
   /// has its name only when it is complete. Raises `BackupRefused`, `StoreError` or `std::system_error`,
@@ -53,12 +62,14 @@ public:
   /// Marks the database as one of this program.
   virtual void mark() = 0;
 
-  /// For a statement that creates a table or index of this name.
-  virtual Definition compare(std::string_view name, const Sql& create) = 0;
-  /// Gives a table the definition that `create` states for the name it is called with. Rows, their order and
+  /// For a table and an index. Call these and `redefine` inside a unit of work.
+  virtual Definition compare(std::string_view table, const CreateTable& create) = 0;
+  virtual Definition compareIndex(std::string_view index, std::string_view table,
+                                  const CreateIndex& create) = 0;
+  /// Gives a table the definition that `create` states. Rows, their order and
   /// row keys stay; columns that are new have their defaults. All columns of the table must be in the new
-  /// definition. Indexes and triggers are created again as they were. Call it inside a unit of work.
-  virtual void redefine(std::string_view table, const std::function<Sql(std::string_view name)>& create) = 0;
+  /// definition. Indexes and triggers stay.
+  virtual void redefine(std::string_view table, const CreateTable& create) = 0;
 };
 
 } // namespace qx

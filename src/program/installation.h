@@ -40,8 +40,9 @@ public:
   /// Creates the database unless it exists.
   virtual InstallationReport create(bool demo, DatabaseUsers users) = 0;
   /// Backs the database up and brings its tables to the version of the program; does nothing when they have
-  /// it. Raises `ProgramError` for a database that is not ours, of a newer version, or being processed.
-  virtual UpgradeReport upgrade() = 0;
+  /// it. A server's own tool makes the backup: `backupMade` says that it has. Raises `ProgramError` without
+  /// it, and for a database that is not ours, of a newer version, or being processed.
+  virtual UpgradeReport upgrade(bool backupMade) = 0;
 };
 
 } // namespace qx

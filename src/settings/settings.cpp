@@ -2,6 +2,7 @@
 
 #include "model/german_text.h"
 #include "model/text.h"
+#include "platform/conflict_retry.h"
 #include "platform/failure.h"
 
 #include <stdexcept>
@@ -58,7 +59,8 @@ void Settings::save(std::string_view application, std::string_view section, std:
     if (local)
       environment_.localSettings.write(application, section, key, setting);
     else
-      connectedSession(environment_).SaveSetting(section, key, setting);
+      doneAgainOnConflict(environment_, "setting",
+                          [&] { connectedSession(environment_).SaveSetting(section, key, setting); });
     return std::string();
   });
 }

@@ -29,6 +29,10 @@ constexpr std::string_view changedQuestion =
     "Soll er neu gelesen werden? Ihre Eingaben gehen dabei verloren.";
 constexpr std::string_view changedNotice =
     "Von anderer Seite geändert: Diese Angaben sind überholt und können nicht mehr gespeichert werden.";
+constexpr std::string_view unknownQuestion =
+    "Die Verbindung zur Datenbank brach ab, bevor sie die Änderungen bestätigt hat. Es ist nicht bekannt, ob "
+    "sie gespeichert sind.\r\n"
+    "Soll der Vorgang neu gelesen werden? Was nicht gespeichert ist, geht dabei verloren.";
 constexpr std::string_view unreachableNotice =
     "Die Datenbank ist nicht erreichbar. Ihre Eingaben stehen noch hier; es wurde nichts gespeichert.";
 constexpr std::string_view moreFindings =
@@ -157,6 +161,12 @@ bool JobDialogPresenter::stillLocked() {
 bool JobDialogPresenter::edit(std::string_view& failure, const std::function<void()>& work) {
   const auto loss = [&](const std::exception& error) {
     if (const auto* lost = dynamic_cast<const JobChangedError*>(&error)) return showLoss(*lost);
+    if (dynamic_cast<const CommitUnknownError*>(&error) != nullptr) {
+      notice_ = germanCause(error);
+      readAnewAsked_ =
+          askQuestion(environment(), {std::string(unknownQuestion)}) && isConnected(environment());
+      return;
+    }
     notice_ = std::string(failure) + ": " + germanCause(error);
     showMessage(environment(), {std::string(failure), std::string(defaultTitle), MessageIcon::Critical});
   };

@@ -131,10 +131,12 @@ bool OptionsDialogPresenter::close(BusyWait* wait) {
     saveShared(wait);
   } catch (const std::exception& failure) {
     environment_.diagnostics.report({"options could not be written", failure.what(), {}});
-    showMessage(environment_, {"Die Optionen wurden nicht gespeichert. " + germanCause(failure) +
-                                   "\nIhre Angaben stehen noch im Fenster. Drücken Sie OK, um es noch einmal "
-                                   "zu versuchen.",
-                               std::string(defaultTitle), MessageIcon::Critical});
+    const bool unknown = dynamic_cast<const CommitUnknownError*>(&failure) != nullptr;
+    showMessage(environment_,
+                {(unknown ? "" : "Die Optionen wurden nicht gespeichert. ") + germanCause(failure) +
+                     "\nIhre Angaben stehen noch im Fenster. Drücken Sie OK, um es noch einmal "
+                     "zu versuchen.",
+                 std::string(defaultTitle), MessageIcon::Critical});
     return false;
   }
   ended_ = true;

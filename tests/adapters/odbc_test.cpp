@@ -251,7 +251,7 @@ TEST_F(OdbcServerTable, AStatementIsEndedOnRequestOrByALimit) {
   }
   EXPECT_EQ(stock("a"), 1);
   connection->execute(sql("Set statement_timeout = '50ms'"_sql));
-  EXPECT_THROW(sleep(), BusyError);
+  EXPECT_THROW(sleep(), StatementEndedError);
 }
 
 TEST_F(OdbcServerTable, ALostConnectionLosesItsUnitAndIsOpenedAgainForTheNext) {
@@ -301,6 +301,41 @@ TEST_F(OdbcServerTable, ManyRowsGoOutTogetherAndARefusedOneCostsTheirUnit) {
   EXPECT_EQ(connection->open(sql("Select * From Lager Where Artikel = '"_sql, value(longText), "'"_sql))
                 ->recordCount(),
             1U);
+}
+
+TEST_F(OdbcServerTable, TextsOfAnyLengthComeOutOfABlockInAnyOrderAndAsOftenAsAsked) {
+  // Around the room of a value in a block and of a part of a long one; two units of UTF-16 at either end.
+  std::vector<std::string> texts;
+  for (const std::size_t length : {0, 1, 62, 63, 64, 65, 66, 16382, 16383, 16384, 16385, 32768, 50000})
+    for (const std::string end : {"", "ß", "😀", "😀z"}) texts.push_back(std::string(length, 'x') + end);
+  for (int i = 0; i < 20; ++i) texts.push_back(std::string(100, 'y') + std::to_string(i));
+  connection->execute(sql("Create Table Notiz (Nummer INTEGER, Inhalt TEXT, Zahl INTEGER, Rest TEXT)"_sql));
+  const auto rows = connection->open(sql("Select * From Notiz"_sql));
+  for (std::size_t i = 0; i < texts.size(); ++i) {
+    rows->addNew();
+    rows->set("Nummer", Value(static_cast<std::int64_t>(i)));
+    rows->set("Inhalt", texts[i]);
+    rows->set("Zahl", 7);
+    rows->set("Rest", i % 5 == 0 ? Value::null() : Value(texts[texts.size() - 1 - i]));
+    rows->update();
+  }
+  odbc::OdbcDriver driver(odbc::ConnectionString(schema.connectionString()));
+  const auto select = driver.prepare("Select inhalt, zahl, rest From notiz Order By nummer",
+                                     relational::StatementLife::Cached);
+  using relational::ColumnKind;
+  for (int round = 0; round < 2; ++round) {
+    const relational::StatementUse use(*select);
+    for (std::size_t i = 0; i < texts.size(); ++i) {
+      ASSERT_TRUE(select->step());
+      const Value rest = i % 5 == 0 ? Value::null() : Value(texts[texts.size() - 1 - i]);
+      EXPECT_TRUE(select->column(2, ColumnKind::Plain) == rest) << i;
+      EXPECT_TRUE(select->column(0, ColumnKind::Plain) == Value(texts[i])) << i;
+      EXPECT_EQ(select->column(1, ColumnKind::Plain), Value(7));
+      EXPECT_TRUE(select->column(0, ColumnKind::Plain) == Value(texts[i])) << i << ", once more";
+      EXPECT_TRUE(select->column(2, ColumnKind::Plain) == rest) << i << ", once more";
+    }
+    EXPECT_FALSE(select->step());
+  }
 }
 
 TEST_F(OdbcServerTable, ChangedTablesAreReadAnew) {

@@ -5,10 +5,12 @@
 #include "erp/process_identity.h"
 #include "support/full_disk.h"
 
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <sqlite3.h>
 #include <sstream>
+#include <thread>
 
 namespace qx {
 namespace {
@@ -98,6 +100,11 @@ TEST_F(Maintained, DatabasesOfEarlierProgramsAreUpgradedWithEveryRow) {
                                     file + " upgrade\n");
     }
 
+    const ProgramResult serverOnly = runPlain({"--db", file, "upgrade", "--backup-made"});
+    EXPECT_EQ(serverOnly.status, 2);
+    EXPECT_EQ(serverOnly.messages,
+              "qximportjob: --backup-made is for databases on a server\nA file is copied before "
+              "it is upgraded: leave the option out.\n");
     const ProgramResult upgraded = runPlain({"--db", file, "upgrade", "--json"});
     ASSERT_EQ(upgraded.status, 0) << upgraded.messages;
     const Json report = upgraded.json();
@@ -239,6 +246,41 @@ TEST_F(Maintained, ABackupShowsOneMomentOfARunThatGoesOn) {
   EXPECT_EQ(rowsOf(path("sicher.db"), "Select Count(*) From Protokollpositionen"), done);
   EXPECT_EQ(rowsOf(path("sicher.db"), "Select Count(*) From Kundenstamm"), done);
   EXPECT_EQ(runPlain({"--db", path("sicher.db"), "list", "--limit", "1", "--json"}).json().size(), 1U);
+}
+
+TEST_F(Maintained, WhatAKilledBackupLeavesGoesWithTheNextOneButNotWhatARunningOneWrites) {
+  fs::create_directories(path("ziel"));
+  // Large enough to be met while it is written.
+  onFile(erp.file, "CREATE TABLE Groß (A); INSERT INTO Groß VALUES (zeroblob(50000000))");
+  const auto interrupted = [&](const char* target, int signal) {
+    auto backup =
+        std::make_unique<ProgramRun>(erp.folder, onDatabase({"backup", path(target)}), variables, "");
+    while (filesIn("ziel").empty()) std::this_thread::yield();
+    backup->signal(signal);
+    return backup;
+  };
+  interrupted("ziel/a.db", SIGKILL)->wait();
+  const auto left = filesIn("ziel");
+  ASSERT_FALSE(left.empty());
+  ASSERT_EQ(left.front().rfind(".qximportjob-backup-", 0), 0U) << left.front();
+  erp.folder.write("ziel/" + left.front() + "-journal", "");
+  for (const char* other : {".qximportjob-backup-notours", ".qximportjob-abcdef"})
+    erp.folder.write(std::string("ziel/") + other, "");
+  fs::create_symlink(erp.file, path("ziel/.qximportjob-backup-abcdef"));
+  const std::vector<std::string> others{".qximportjob-abcdef", ".qximportjob-backup-abcdef",
+                                        ".qximportjob-backup-notours"};
+  EXPECT_EQ(run({"backup", path("ziel/b.db")}).status, 0);
+  auto expected = others;
+  expected.emplace_back("b.db");
+  EXPECT_EQ(filesIn("ziel"), expected);
+
+  for (const std::string& name : expected) fs::remove(path("ziel/" + name));
+  const auto stopped = interrupted("ziel/a.db", SIGSTOP);
+  EXPECT_EQ(run({"backup", path("ziel/b.db")}).status, 0);
+  stopped->signal(SIGCONT);
+  EXPECT_EQ(stopped->wait().status, 0);
+  EXPECT_EQ(filesIn("ziel"), (std::vector<std::string>{"a.db", "b.db"}));
+  EXPECT_EQ(rowsOf(path("ziel/a.db"), "PRAGMA integrity_check"), "ok|\n");
 }
 
 TEST_F(Maintained, ABackupIsItsOwnersAndReplacesOnlyWhatItMay) {

@@ -45,6 +45,9 @@ TEST_F(ServerConflicts, EveryCommandDoesItsUnitAgainSomeTimesAndThenSaysSo) {
   const auto jobs = [&] {
     return erp.listed("Select JobID, JobType, Bez1, ProcessWarning From ImportKopf Order By JobID"_sql);
   };
+  erp.execute(
+      "Insert Into LockControl (Dateiname, Satz, SessionID, Benutzer) Values ('ImportJob', '1', 'anderswo', "
+      "'tot')"_sql);
   struct Command {
     std::vector<std::string> arguments;
     std::string_view table;
@@ -52,7 +55,8 @@ TEST_F(ServerConflicts, EveryCommandDoesItsUnitAgainSomeTimesAndThenSaysSo) {
   for (const Command& command :
        {Command{{"release", "K0"}, "ImportKopf"}, Command{{"stage", "-"}, "ImportKopf"},
         Command{{"import", file}, "ImportKopf"}, Command{{"delete", "K2"}, "ImportKopf"},
-        Command{{"process"}, "LockControl"}}) {
+        Command{{"settings", "set", "ImportJob2", "EinVorgang", "1"}, "Einstellungen"},
+        Command{{"lock", "release"}, "LockControl"}, Command{{"process"}, "LockControl"}}) {
     SCOPED_TRACE(command.arguments.front());
     std::vector<std::string> arguments = command.arguments;
     arguments.emplace_back("--verbose");

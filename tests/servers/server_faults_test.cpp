@@ -143,7 +143,10 @@ TEST_F(ServerFaults, ASessionThatTheServerEndsInARunLosesNothing) {
   text.set("ConnSettings", std::string(text.value("ConnSettings")) + ";Set statement_timeout To 300");
   const ProgramResult late = erp.run({"process"}, {}, "odbc:" + text.text());
   EXPECT_EQ(late.status, 4);
-  EXPECT_THAT(late.messages, HasSubstr("canceling statement due to statement timeout"));
+  EXPECT_THAT(late.messages,
+              AllOf(HasSubstr("canceling statement due to statement timeout (57014). A statement took "
+                              "longer than the server allows"),
+                    Not(HasSubstr("Another program holds"))));
   holding.reset();
   EXPECT_EQ(erp.count("Select Count(*) From Kundenstamm Where Bez1 = 'Firma'"_sql), 0);
   EXPECT_EQ(erp.run({"process"}).status, 0);
@@ -188,6 +191,17 @@ TEST_F(ServerFaults, AWayThatBreaksAtAnyMomentLeavesNothingHalfWritten) {
                     }),
             10);
   erp.expectWrittenOnce(2);
+}
+
+TEST_F(ServerFaults, WhoseCommitIsNotAnsweredSaysThatTheResultIsNotKnown) {
+  erp.stageCustomers("K", 1);
+  erp.execute("Update ImportKopf Set JobType = 11"_sql);
+  ServerProxy proxy(connectionString());
+  proxy.loseAnswerTo("Commit");
+  const ProgramResult result = erp.run({"release", "K0"}, {}, "odbc:" + proxy.connectionString());
+  EXPECT_EQ(result.status, 4);
+  EXPECT_THAT(result.messages, HasSubstr("It is not known whether its last changes were written"));
+  EXPECT_EQ(erp.keys("Select ProcessWarning From ImportKopf"_sql), "1 ") << "the server has written it";
 }
 
 } // namespace

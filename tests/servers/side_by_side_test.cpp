@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <array>
 #include <numeric>
+#include <set>
 
 namespace qx {
 namespace {
@@ -51,6 +52,25 @@ TEST_P(SideBySide, OfTwoRunsThatStartInTheSameMomentOneWorksAndTheOtherIsRefused
     erp.expectWrittenOnce((round + 1) * jobs);
   }
   EXPECT_GT(refused, 0) << "no two runs have met";
+}
+
+TEST_P(SideBySide, OfTwoProgramsThatCreateTheTablesOneDoesAndTheOtherFindsThem) {
+  std::set<std::string> outputs;
+  for (int round = 0; round < 5; ++round) {
+    const std::unique_ptr<TestSchema> empty =
+        GetParam() == Kept::OnTheServer ? std::make_unique<TestSchema>() : nullptr;
+    const std::string way = empty ? "odbc:" + empty->connectionString()
+                                  : (erp.folder.path() / ("new" + std::to_string(round) + ".db")).string();
+    ProgramRun first = erp.start({"init", "--demo"}, {}, way);
+    ProgramRun second = erp.start({"init", "--demo"}, {}, way);
+    for (const ProgramResult& result : {first.wait(), second.wait()}) {
+      EXPECT_EQ(result.status, 0) << result.messages;
+      outputs.insert(result.output);
+    }
+    EXPECT_THAT(erp.run({"list", "--limit", "1"}, {}, way).output, HasSubstr("DE00000"));
+    EXPECT_EQ(erp.run({"init"}, {}, way).status, 0);
+  }
+  EXPECT_EQ(outputs.size(), 2U) << "one each time has created it";
 }
 
 TEST_P(SideBySide, NumbersAreDrawnOnceAndWithoutGapsBesideAnotherProgram) {

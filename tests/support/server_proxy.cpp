@@ -12,6 +12,7 @@
 #include <stdexcept>
 #include <sys/socket.h>
 #include <unistd.h>
+#include <utility>
 
 namespace qx {
 namespace {
@@ -64,6 +65,12 @@ void ServerProxy::cutAt(int message, State afterwards) {
   counting_ = true;
 }
 
+void ServerProxy::loseAnswerTo(const std::string& text) {
+  set(State::Open);
+  unanswered_ = text;
+  watches_ = true;
+}
+
 void ServerProxy::work() {
   while (!ending_) {
     const bool open = state_ == State::Open;
@@ -88,6 +95,10 @@ void ServerProxy::work() {
         if (counting_ && messagesLeft_ <= 0) {
           counting_ = false;
           state_ = afterwards_.load();
+          closeAll();
+          break;
+        }
+        if (std::exchange(ends_, false)) {
           closeAll();
           break;
         }
@@ -117,6 +128,16 @@ bool ServerProxy::pass(int from, int to) {
   const auto length = recv(from, bytes.data(), bytes.size(), 0);
   if (length <= 0) return false;
   const bool toServer = std::ranges::any_of(ways_, [&](const Way& way) { return way.server == to; });
+  const std::string_view message(bytes.data(), static_cast<std::size_t>(length));
+  if (answerIsLost_ && !toServer) {
+    answerIsLost_ = false;
+    ends_ = true;
+    return true;
+  }
+  if (watches_ && toServer && message.find(unanswered_) != std::string_view::npos) {
+    watches_ = false;
+    answerIsLost_ = true;
+  }
   // The message itself does not arrive any more.
   if (counting_ && toServer && --messagesLeft_ <= 0) return true;
   return send(to, bytes.data(), static_cast<std::size_t>(length), MSG_NOSIGNAL) == length;

@@ -26,6 +26,8 @@ public:
   void cutAt(int message, State afterwards);
   /// Whether that has happened.
   bool hasCut() const { return messagesLeft_ <= 0; }
+  /// Passes the next message with this text on, and ends all connections in place of the server's answer.
+  void loseAnswerTo(const std::string& text);
 
 private:
   struct Way {
@@ -45,6 +47,10 @@ private:
   std::atomic<State> state_ = State::Open;
   std::atomic<State> afterwards_ = State::Open;
   std::atomic<int> messagesLeft_ = 0;
+  std::string unanswered_; ///< set before `watches_`
+  std::atomic<bool> watches_ = false;
+  bool answerIsLost_ = false; ///< the message has been passed on
+  bool ends_ = false;
   std::atomic<bool> counting_ = false;
   std::atomic<bool> ending_ = false;
   std::thread thread_;

@@ -65,6 +65,33 @@ TEST_F(ServerReconnection, ADialogOffersItKeepsTheInputAndSavesWhenTheServerIsBa
   EXPECT_EQ(field("K1", "Bez1"), Value("Neueste Firma"));
 }
 
+TEST_F(ServerReconnection, ADialogWhoseSavingIsNotConfirmedSaysSoAndIsReadAnew) {
+  constexpr std::string_view unknown = "Die Verbindung zur Datenbank brach ab, bevor sie die Änderungen "
+                                       "bestätigt hat. Es ist nicht bekannt, ob sie "
+                                       "gespeichert sind.";
+  stageCustomer("K1", "99999");
+  const auto dialog = opened("K1");
+  enter(*dialog, "txtBez1", "Neue Firma");
+  proxy.loseAnswerTo("Commit");
+  EXPECT_FALSE(dialog->save());
+  EXPECT_EQ(question(0), std::string(unknown) +
+                             "\r\nSoll der Vorgang neu gelesen werden? Was nicht gespeichert ist, "
+                             "geht dabei verloren.");
+  EXPECT_THAT(erp.desktop.shown, IsEmpty());
+  EXPECT_EQ(dialog->notice(), unknown);
+  EXPECT_FALSE(dialog->readAnewAsked()) << "who declines keeps the input";
+  EXPECT_EQ(state(*dialog, "txtBez1").text, "Neue Firma");
+  EXPECT_EQ(field("K1", "Bez1"), Value("Neue Firma")) << "the server has written it";
+
+  const auto again = opened("K1");
+  EXPECT_EQ(state(*again, "txtBez1").text, "Neue Firma");
+  enter(*again, "txtBez1", "Neueste Firma");
+  proxy.loseAnswerTo("Commit");
+  erp.desktop.answer = true;
+  EXPECT_FALSE(again->save());
+  EXPECT_TRUE(again->readAnewAsked());
+}
+
 TEST_F(ServerReconnection, ADialogThatHadToGiveWaySavesAgainAndThenSaysWhyNot) {
   execute("Create Sequence Konflikte"_sql);
   execute("Create Function nachgeben() Returns trigger Language plpgsql As $$ Begin "

@@ -143,7 +143,10 @@ void raiseFailure(const Failure& failure, const std::string& target, std::string
     throw BusyError(named, code, state);
   case FailureKind::Interrupted:
     if (interruptRequested) throw InterruptedError(named, code, state);
-    throw BusyError(named, code, state);
+    throw StatementEndedError(named + " (" + state +
+                                  "). A statement took longer than the server allows, or somebody ended it "
+                                  "there: have the limit raised, then start the command again",
+                              code, state);
   case FailureKind::Rights:
     throw MissingRightError(named + ". The user needs the right " + neededRight(statement) + " there", code,
                             state);

@@ -1,8 +1,8 @@
 #include "adapters/odbc/odbc_connection.h"
 
 #include "adapters/odbc/odbc_driver.h"
+#include "adapters/odbc/server_maintenance.h"
 #include "adapters/sql/temporary_staging.h"
-#include "platform/maintenance.h"
 
 #include <utility>
 
@@ -23,7 +23,9 @@ std::unique_ptr<BulkStaging> OdbcConnection::bulkStaging() {
   return std::make_unique<relational::TemporaryStaging>(*this);
 }
 
-std::unique_ptr<Maintenance> OdbcConnection::maintenance() { return nullptr; }
+std::unique_ptr<Maintenance> OdbcConnection::maintenance() {
+  return std::make_unique<odbc::ServerMaintenance>(*this, odbc_);
+}
 
 bool OdbcConnection::inWork() const { return odbc_.inUnit() && !odbc_.unitLost() && !groupLost(); }
 

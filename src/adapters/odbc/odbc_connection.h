@@ -31,7 +31,6 @@ public:
   const std::string& connectionString() const override;
   std::vector<std::string> tableNames() override;
   std::unique_ptr<BulkStaging> bulkStaging() override;
-  /// Null: the server's own tools do that.
   std::unique_ptr<Maintenance> maintenance() override;
   bool ownsWork() const override { return true; }
   bool inWork() const override;

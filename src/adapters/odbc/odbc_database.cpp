@@ -33,8 +33,15 @@ std::unique_ptr<Connection> OdbcDatabase::open(std::string_view connectionString
 
 std::unique_ptr<Connection> OdbcDatabase::create(std::string_view connectionString) {
   auto driver = std::make_unique<odbc::OdbcDriver>(readConnectionString(connectionString));
-  for (const std::string_view text : driver->dialect().setUp)
-    driver->prepare(text, relational::StatementLife::Once)->run();
+  for (const std::string_view text : driver->dialect().setUp) {
+    const auto statement = driver->prepare(text, relational::StatementLife::Once);
+    try {
+      statement->run();
+    } catch (const StatementError&) {
+      // Another program may have made the same at this moment; then there is nothing left to do.
+      statement->run();
+    }
+  }
   return std::make_unique<OdbcConnection>(std::move(driver), relational::Spelling(columnNames_));
 }
 

@@ -294,7 +294,14 @@ void OdbcDriver::begin(BusyWait* wait) {
 void OdbcDriver::commit() {
   if (scope_ != Scope::Unit) return;
   requireUnit();
-  control(server_->commit);
+  try {
+    control(server_->commit);
+  } catch (const ConnectionLostError& lost) {
+    throw CommitUnknownError(
+        std::string(lost.what()) +
+            ". It is not known whether its last changes were written: look at them first",
+        lost.nativeCode(), lost.sqlState());
+  }
   scope_ = Scope::None;
   levels_.clear();
   wait_ = nullptr;

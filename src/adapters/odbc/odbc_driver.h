@@ -55,6 +55,7 @@ public:
   const std::string& name() const { return name_; }
   /// Ends the session with all its statements. It begins anew when it is needed.
   void disconnect() noexcept;
+  const Server& server() const { return *server_; }
   /// The tables and views where new tables are created.
   std::vector<std::string> tableNames();
 

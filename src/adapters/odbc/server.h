@@ -30,8 +30,15 @@ struct Server {
   std::string_view keyedTables;
   std::string_view tables;
   std::string_view triggeredTables; ///< those for which it does something of its own when a row is written
-  std::string_view begin;           ///< and sets the savepoint "step"
-  std::string_view beginReading;    ///< the same with one state for all reads
+  /// The server's own tool for backups.
+  std::string_view backupTool;
+  /// The columns of the table whose quoted name is the parameter: name, type and default, as statements write
+  /// them; empty where tables are not upgraded.
+  std::string_view columns;
+  /// What the index whose quoted name is the parameter is on.
+  std::string_view index;
+  std::string_view begin;        ///< and sets the savepoint "step"
+  std::string_view beginReading; ///< the same with one state for all reads
   std::string_view commit;
   std::string_view rollback;
   std::string_view set;     ///< a savepoint; the name follows

@@ -9,7 +9,8 @@
 namespace qx::sqlite {
 
 /// Creates an empty file beside the target, readable by its owner only, and gives it the target's name at the
-/// end. Without `finish` the destructor leaves nothing behind.
+/// end. Without `finish` the destructor leaves nothing behind. What backups that were killed have left there
+/// is removed.
 class BackupFile {
 public:
   /// Raises `BackupRefused` when the target is one of the `untouchable` files, under whatever name, is no
@@ -28,6 +29,7 @@ private:
   std::filesystem::path target_;
   ExistingFile existing_;
   std::filesystem::path written_;
+  int file_ = -1; ///< locked, so that no other backup takes it for a leftover
 };
 
 } // namespace qx::sqlite

@@ -78,7 +78,16 @@ void SqliteMaintenance::mark() {
   run("PRAGMA application_id = " + std::to_string(SqliteDatabase::applicationId));
 }
 
-Definition SqliteMaintenance::compare(std::string_view name, const Sql& create) {
+Definition SqliteMaintenance::compare(std::string_view table, const CreateTable& create) {
+  return compareText(table, create(table));
+}
+
+Definition SqliteMaintenance::compareIndex(std::string_view index, std::string_view table,
+                                           const CreateIndex& create) {
+  return compareText(index, create(index, table));
+}
+
+Definition SqliteMaintenance::compareText(std::string_view name, const Sql& create) {
   const auto stored =
       connection_.open(sql("SELECT sql FROM sqlite_master WHERE name = '"_sql, value(name), "'"_sql));
   if (stored->eof()) return Definition::Missing;
@@ -87,8 +96,7 @@ Definition SqliteMaintenance::compare(std::string_view name, const Sql& create) 
              : Definition::Different;
 }
 
-void SqliteMaintenance::redefine(std::string_view table,
-                                 const std::function<Sql(std::string_view name)>& create) {
+void SqliteMaintenance::redefine(std::string_view table, const CreateTable& create) {
   const std::string interim = "neu_" + std::string(table);
   std::vector<std::string> attached;
   const auto rows = connection_.open(sql("SELECT sql FROM sqlite_master WHERE tbl_name = '"_sql, value(table),

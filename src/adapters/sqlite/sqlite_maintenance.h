@@ -21,10 +21,12 @@ public:
   void copyTo(const std::filesystem::path& file, ExistingFile existing) override;
   bool markedByOther() override;
   void mark() override;
-  Definition compare(std::string_view name, const Sql& create) override;
-  void redefine(std::string_view table, const std::function<Sql(std::string_view name)>& create) override;
+  Definition compare(std::string_view table, const CreateTable& create) override;
+  Definition compareIndex(std::string_view index, std::string_view table, const CreateIndex& create) override;
+  void redefine(std::string_view table, const CreateTable& create) override;
 
 private:
+  Definition compareText(std::string_view name, const Sql& create);
   void run(const std::string& statement) const;
 
   Connection& connection_;

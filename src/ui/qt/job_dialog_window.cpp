@@ -376,10 +376,9 @@ void JobDialogWindow::release() {
 }
 
 void JobDialogWindow::erase() {
-  if (dialog_.erase())
-    accept();
-  else
-    render();
+  if (dialog_.erase()) return accept();
+  render();
+  if (dialog_.readAnewAsked()) done(Rejected);
 }
 
 void JobDialogWindow::editAddresses() {

@@ -373,6 +373,13 @@ TEST_F(JobDialogWindowTest, AJobThatAnotherProgramHasChangedIsReadAnewOrKeptInSi
     inNextWindow([&price](QDialog& anew) { price = child<QLineEdit>(anew, "tdbBetrag").text(); });
   });
   EXPECT_EQ(price, QStringLiteral("100"));
+  show("V1", [&](QDialog& window) {
+    set("V1", "Preis", "101");
+    press(window, "cmdDelete");
+    EXPECT_FALSE(window.isVisible());
+    inNextWindow([&price](QDialog& anew) { price = child<QLineEdit>(anew, "tdbBetrag").text(); });
+  });
+  EXPECT_EQ(price, QStringLiteral("101"));
 }
 
 TEST_F(JobDialogWindowTest, WhileAnotherProgramWritesTheClerkMayGiveUpOrWait) {
