@@ -1,5 +1,8 @@
 // Tests of the system adapters.
 #include "adapters/system/console_desktop.h"
+#include "adapters/system/process_stat.h"
+#include "adapters/system/processes.h"
+#include "adapters/system/random_guids.h"
 #include "adapters/system/stream_diagnostics.h"
 #include "adapters/system/system_sources.h"
 #include "support/fake_desktop.h"
@@ -39,7 +42,7 @@ TEST(RandomGuids, KeepTheOrderOfTheRandomBytes) {
 TEST(RandomGuids, AreNullWithoutRandomNumbersAndDifferOtherwise) {
   RandomGuidSource broken([](std::span<std::uint8_t>) { return false; });
   EXPECT_FALSE(broken.create());
-  RandomGuidSource source;
+  SystemGuidSource source;
   std::set<std::string> keys;
   for (int i = 0; i < 1000; ++i) keys.insert(jobKey(source.create()));
   EXPECT_EQ(keys.size(), 1000U);
@@ -67,6 +70,28 @@ TEST(SystemClock, TellsTheLocalTime) {
   const auto days = [](const DateTime& moment) { return std::chrono::sys_days(moment.date); };
   EXPECT_GE(days(tenHoursEast), days(greenwich));
   EXPECT_GE(greenwich.date, makeDate(2024, 1, 1));
+}
+
+TEST(SystemProcesses, StartTimeIsTheTwentySecondFieldWhateverTheProgramIsCalled) {
+  const std::string fields = " 4 5 6 7 8 9 10 11 12 13 14 15 16 17 18 19 20 21 22000 23 24";
+  const auto running = parseProcessStat("77 (a) R (b c) S" + fields);
+  ASSERT_TRUE(running.has_value());
+  EXPECT_EQ(running->number, 77U);
+  EXPECT_EQ(running->startTime, 22000U);
+  EXPECT_FALSE(parseProcessStat("77 (a) Z" + fields)) << "ended, not collected";
+  EXPECT_FALSE(parseProcessStat("77 (a) S 4 5 6"));
+  EXPECT_FALSE(parseProcessStat(""));
+}
+
+TEST(SystemProcesses, KnowThisOneAndNoneOfAnImpossibleNumber) {
+  const SystemProcesses processes;
+  const auto self = processes.self();
+  ASSERT_TRUE(self);
+  const ProcessState found = processes.find(self->number);
+  EXPECT_TRUE(found.exists);
+  EXPECT_EQ(found.startTime, self->startTime);
+  EXPECT_FALSE(processes.find(999999999).exists);
+  EXPECT_FALSE(thisMachine().hostName.empty());
 }
 
 TEST(ConsoleDesktop, WritesEveryBoxAsOneLineAndTellsTheDiagnostics) {
