@@ -1,5 +1,6 @@
 #include "composition/composition.h"
 
+#include "adapters/system/shell.h"
 #include "adapters/system/user.h"
 #include "erp/base_data.h"
 #include "erp/demo_data.h"
@@ -38,15 +39,6 @@ std::string targetText(const ProgramOptions& options) {
 fs::path applicationFolder(const DatabaseTarget& target) {
   const fs::path beside = target.database.folder(target.connectionString);
   return beside.empty() ? userDataFolder().value_or(fs::current_path()) : beside;
-}
-
-/// Quoted for the shell when necessary.
-std::string shellWord(const std::string& text) {
-  constexpr std::string_view plain = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789._-/";
-  if (!text.empty() && text.find_first_not_of(plain) == std::string::npos) return text;
-  std::string word = "'";
-  for (const char c : text) word += c == '\'' ? std::string("'\\''") : std::string(1, c);
-  return word + "'";
 }
 
 /// Raises `ProgramError` when it cannot be told.

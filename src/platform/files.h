@@ -79,6 +79,10 @@ void createFolders(const std::filesystem::path& folder, FileSharing sharing);
 /// Creates an empty file; false when something of that name exists. Raises `std::system_error`.
 bool createEmptyFile(const std::filesystem::path& file, FileSharing sharing);
 
+/// Gives a file the name of another, which it replaces if there is one. Nobody sees anything between the two.
+/// Raises `std::system_error`, which names the second.
+void replaceFile(const std::filesystem::path& file, const std::filesystem::path& replaced);
+
 /// The names in a folder last through a power failure. A folder that may not be read is no error. Raises
 /// `std::system_error`.
 void synchronizeFolder(const std::filesystem::path& folder);

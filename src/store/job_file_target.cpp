@@ -139,7 +139,7 @@ void JobFileTarget::closeFile() {
 void JobFileTarget::replace() {
   if (direct_) return;
   setPermissions();
-  fs::rename(written_, target_);
+  replaceFile(written_, target_);
 }
 
 void JobFileTarget::setPermissions() {
@@ -167,11 +167,11 @@ std::string JobFileTarget::finishBroken() {
     backup = freeBackup(target_);
     fs::rename(target_, backup);
   }
-  std::error_code failure;
-  fs::rename(written_, target_, failure);
-  if (failure) {
+  try {
+    replaceFile(written_, target_);
+  } catch (const std::system_error&) {
     if (!backup.empty()) fs::rename(backup, target_);
-    throw std::system_error(failure, textOf(target_));
+    throw;
   }
   finished_ = true;
   return textOf(backup);

@@ -1,20 +1,20 @@
 // Tests of the system adapters.
 #include "adapters/system/console_desktop.h"
-#include "adapters/system/process_stat.h"
 #include "adapters/system/processes.h"
 #include "adapters/system/random_guids.h"
 #include "adapters/system/stream_diagnostics.h"
 #include "adapters/system/system_sources.h"
+#include "adapters/system/whole_characters.h"
 #include "support/fake_desktop.h"
 #include "support/fake_system.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
-#include <ctime>
 #include <set>
 #include <sstream>
+#include <string>
+#include <string_view>
 
 namespace qx {
 namespace {
@@ -47,40 +47,6 @@ TEST(RandomGuids, AreNullWithoutRandomNumbersAndDifferOtherwise) {
   for (int i = 0; i < 1000; ++i) keys.insert(jobKey(source.create()));
   EXPECT_EQ(keys.size(), 1000U);
   EXPECT_FALSE(keys.contains(""));
-}
-
-TEST(SystemClock, TellsTheLocalTime) {
-  const char* const before = std::getenv("TZ");
-  const std::string zone = before != nullptr ? before : "";
-  const auto inZone = [](const char* name) {
-    setenv("TZ", name, 1);
-    tzset();
-    return SystemClock().now();
-  };
-  const DateTime greenwich = inZone("UTC0");
-  const DateTime tenHoursEast = inZone("EAST-10");
-  if (before != nullptr)
-    setenv("TZ", zone.c_str(), 1);
-  else
-    unsetenv("TZ");
-  tzset();
-  // The test may straddle the full hour.
-  const int difference = (tenHoursEast.hour - greenwich.hour + 24) % 24;
-  EXPECT_TRUE(difference == 10 || difference == 11) << difference;
-  const auto days = [](const DateTime& moment) { return std::chrono::sys_days(moment.date); };
-  EXPECT_GE(days(tenHoursEast), days(greenwich));
-  EXPECT_GE(greenwich.date, makeDate(2024, 1, 1));
-}
-
-TEST(SystemProcesses, StartTimeIsTheTwentySecondFieldWhateverTheProgramIsCalled) {
-  const std::string fields = " 4 5 6 7 8 9 10 11 12 13 14 15 16 17 18 19 20 21 22000 23 24";
-  const auto running = parseProcessStat("77 (a) R (b c) S" + fields);
-  ASSERT_TRUE(running.has_value());
-  EXPECT_EQ(running->number, 77U);
-  EXPECT_EQ(running->startTime, 22000U);
-  EXPECT_FALSE(parseProcessStat("77 (a) Z" + fields)) << "ended, not collected";
-  EXPECT_FALSE(parseProcessStat("77 (a) S 4 5 6"));
-  EXPECT_FALSE(parseProcessStat(""));
 }
 
 TEST(SystemProcesses, KnowThisOneAndNoneOfAnImpossibleNumber) {
@@ -141,6 +107,38 @@ TEST(AbsentJobView, SaysHowToSeeTheJobsWithoutIt) {
   view.open();
   ASSERT_EQ(desktop.shown.size(), 1U);
   EXPECT_NE(desktop.shown[0].text.find("qximportjob view"), std::string::npos);
+}
+
+TEST(WholeCharacters, AreHandedOnWhereverTheTextIsCut) {
+  const std::string text = "ä€😀z";
+  for (std::size_t cut = 0; cut <= text.size(); ++cut) {
+    std::string all;
+    WholeCharacters buffer([&](std::string_view portion) {
+      EXPECT_NE(static_cast<unsigned char>(portion.front()) & 0xC0U, 0x80U)
+          << "begins in the middle, " << cut;
+      all += portion;
+      return true;
+    });
+    std::ostream(&buffer) << text.substr(0, cut) << std::flush << text.substr(cut) << std::flush;
+    EXPECT_EQ(all, text) << cut;
+  }
+}
+
+TEST(WholeCharacters, KeepNothingBackAtTheEndAndTellWhenNothingIsTaken) {
+  std::string all;
+  {
+    WholeCharacters buffer([&](std::string_view portion) {
+      all += portion;
+      return true;
+    });
+    std::ostream(&buffer) << "kein UTF-8: \xC3" << std::flush;
+    EXPECT_EQ(all, "kein UTF-8: ");
+  }
+  EXPECT_EQ(all, "kein UTF-8: \xC3");
+  WholeCharacters closed([](std::string_view) { return false; });
+  std::ostream stream(&closed);
+  EXPECT_FALSE(stream << "x" << std::flush);
+  EXPECT_FALSE(std::ostream(&closed) << std::string(5000, 'x')) << "without a flush";
 }
 
 } // namespace

@@ -43,12 +43,12 @@ void BackupFile::finish() {
   // Takes the name for a file of our own. A rename alone would replace a file that was created meanwhile.
   if (existing_ == ExistingFile::Refuse && !createEmptyFile(target_, FileSharing::Owner))
     refuseExisting(target_);
-  std::error_code failure;
-  fs::rename(written_, target_, failure);
-  if (failure) {
+  try {
+    replaceFile(written_, target_);
+  } catch (const std::system_error&) {
     std::error_code ignored;
     if (existing_ == ExistingFile::Refuse) fs::remove(target_, ignored);
-    throw std::system_error(failure, textOf(target_));
+    throw;
   }
   written_.clear();
   synchronizeFolder(folderOf(target_));

@@ -4,6 +4,7 @@
 #include "platform/path_text.h"
 
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -133,6 +134,10 @@ bool createEmptyFile(const fs::path& file, FileSharing sharing) {
   ::close(descriptor);
   if (sharing == FileSharing::Group) permit(file, ownerAndGroup);
   return true;
+}
+
+void replaceFile(const fs::path& file, const fs::path& replaced) {
+  if (std::rename(file.c_str(), replaced.c_str()) != 0) raise(replaced.string());
 }
 
 void synchronizeFolder(const fs::path& folder) {

@@ -40,12 +40,15 @@ private:
   HANDLE handle_;
 };
 
-/// Whether the system grants the right, without anybody being kept from the file meanwhile.
+/// Whether the system grants the right, as far as it tells, without anybody being kept from the file
+/// meanwhile.
 bool grants(const fs::path& path, DWORD right) {
   constexpr DWORD everyone = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
   const Handle handle(CreateFileW(path.c_str(), right, everyone, nullptr, OPEN_EXISTING,
                                   FILE_FLAG_BACKUP_SEMANTICS, nullptr));
-  return handle.isOpen();
+  if (handle.isOpen()) return true;
+  const DWORD error = GetLastError();
+  return error != ERROR_ACCESS_DENIED && error != ERROR_WRITE_PROTECT;
 }
 
 /// A name that no other process and no earlier call has chosen.
@@ -162,6 +165,15 @@ bool createEmptyFile(const fs::path& file, FileSharing /*sharing*/) {
   if (descriptor < 0) raise(textOf(file), errno);
   _close(descriptor);
   return true;
+}
+
+void replaceFile(const fs::path& file, const fs::path& replaced) {
+  if (MoveFileExW(file.c_str(), replaced.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0)
+    return;
+  const DWORD error = GetLastError();
+  if (error == ERROR_SHARING_VIOLATION || error == ERROR_ACCESS_DENIED)
+    raise(textOf(replaced) + ": another program has the file open, or it is protected", EACCES);
+  throw std::system_error(static_cast<int>(error), std::system_category(), textOf(replaced));
 }
 
 // The file system of Windows logs the changes of its folders itself and has no call for it.

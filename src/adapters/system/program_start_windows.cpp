@@ -15,10 +15,14 @@ namespace {
   throw std::system_error(static_cast<int>(GetLastError()), std::system_category());
 }
 
-/// As the programs of Windows take their command line apart: a quotation mark and the backslashes before it
-/// each have a backslash before them.
-void appendQuoted(std::wstring& line, std::wstring_view word) {
+/// As the programs of Windows take their command line apart: a word with blanks stands between quotation
+/// marks, and a quotation mark and the backslashes before it each have a backslash before them.
+void appendWord(std::wstring& line, std::wstring_view word) {
   if (!line.empty()) line += L' ';
+  if (!word.empty() && word.find_first_of(L" \t\n\v\"") == std::wstring_view::npos) {
+    line += word;
+    return;
+  }
   line += L'"';
   std::size_t backslashes = 0;
   for (const wchar_t c : word) {
@@ -45,8 +49,8 @@ int continueAs(const std::filesystem::path& program, const std::vector<std::stri
   std::filesystem::path file = program;
   file += L".exe";
   std::wstring line;
-  appendQuoted(line, file.wstring());
-  for (const std::string& argument : arguments) appendQuoted(line, wide(argument));
+  appendWord(line, file.wstring());
+  for (const std::string& argument : arguments) appendWord(line, wide(argument));
   STARTUPINFOW start{};
   start.cb = sizeof(start);
   PROCESS_INFORMATION started{};
