@@ -7,6 +7,10 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   # the sanitizers look for the real ones.
   target_compile_options(qx_flags INTERFACE -Wno-restrict -Wno-maybe-uninitialized)
 endif()
+if(WIN32)
+  # The wide functions of Windows 10, and no macros in place of the names of the standard library.
+  target_compile_definitions(qx_flags INTERFACE _WIN32_WINNT=0x0A00 UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN)
+endif()
 if(QXIMPORTJOB_SANITIZE)
   target_compile_options(qx_flags INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all
                                             -fno-omit-frame-pointer)

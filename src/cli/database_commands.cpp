@@ -2,6 +2,7 @@
 
 #include "cli/json_writer.h"
 #include "platform/maintenance.h"
+#include "platform/path_text.h"
 
 #include <string>
 #include <string_view>
@@ -14,7 +15,7 @@ void writeUpgradeJson(std::ostream& result, const UpgradeReport& report) {
   JsonWriter json(result);
   json.beginObject().key("upgraded").boolean(report.upgraded());
   json.key("from").number(report.from).key("to").number(report.to);
-  json.key("backup").textOrNull(report.backup.string()).key("tables").beginArray();
+  json.key("backup").textOrNull(textOf(report.backup)).key("tables").beginArray();
   for (const TableChange& change : report.changes) {
     json.beginObject().key("table").text(change.table);
     json.key("created").boolean(change.created).key("redefined").boolean(change.redefined);
@@ -59,7 +60,7 @@ ExitCode BackupCommand::work(const CommandContext& context) {
     throw ProgramError(ExitCode::BadInput, "the database of a server is not backed up by this program",
                        "Use the server's own tool: " + tool + ".");
   try {
-    maintenance->copyTo(file, replace ? ExistingFile::Replace : ExistingFile::Refuse);
+    maintenance->copyTo(pathOf(file), replace ? ExistingFile::Replace : ExistingFile::Refuse);
   } catch (const BackupRefused& refused) {
     throw ProgramError(ExitCode::BadInput, refused.what(),
                        "Nothing was changed. Name another file; --replace replaces an earlier backup.");
@@ -92,7 +93,7 @@ ExitCode UpgradeCommand::run(Installation& installation, const Output& output) {
     writeNames(output.result, "; index ", change.indexes);
     output.result << '\n';
   }
-  if (!report.backup.empty()) output.result << "As it was before: " << report.backup.string() << '\n';
+  if (!report.backup.empty()) output.result << "As it was before: " << textOf(report.backup) << '\n';
   return ExitCode::Success;
 }
 

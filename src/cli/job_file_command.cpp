@@ -2,6 +2,8 @@
 
 #include "cli/job_file_progress.h"
 #include "cli/text_source.h"
+#include "platform/path_text.h"
+#include "platform/terminal.h"
 #include "program/busy_notice.h"
 #include "store/job_file_export.h"
 #include "store/job_file_import.h"
@@ -10,22 +12,11 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace qx::cli {
 namespace {
 
 JobFileVersion versionOf(bool version1) { return version1 ? JobFileVersion::One : JobFileVersion::Two; }
-
-/// Whether the name is "-" or another name of standard output's pipe or terminal.
-bool isStandardOutput(const std::string& file) {
-  if (file == "-") return true;
-  struct stat named {};
-  struct stat output {};
-  return stat(file.c_str(), &named) == 0 && fstat(STDOUT_FILENO, &output) == 0 && !S_ISREG(named.st_mode) &&
-         named.st_dev == output.st_dev && named.st_ino == output.st_ino;
-}
 
 /// Raises the error of an exchange that changed nothing.
 void refuseInput(const JobFileReport& report, const std::string& file, const std::string& nextStep) {
@@ -44,7 +35,7 @@ public:
     std::error_code unknown;
     if (file == "-")
       copy_ = std::make_unique<PipeCopy>();
-    else if (std::filesystem::is_fifo(file, unknown))
+    else if (std::filesystem::is_fifo(pathOf(file), unknown))
       copy_ = std::make_unique<PipeCopy>(file);
     if (copy_) path_ = copy_->path();
   }
@@ -60,12 +51,12 @@ private:
 
 /// Null for a file of that name.
 std::optional<OpenFile> standardOutputFor(const std::string& file, const Output& output) {
-  if (!isStandardOutput(file)) return std::nullopt;
+  if (file != "-" && !isStandardOutput(pathOf(file))) return std::nullopt;
   if (output.json)
     throw ProgramError(ExitCode::BadInput,
                        "the job file and the JSON document would both go to standard output",
                        "Omit --json, or name a file.");
-  return OpenFile{STDOUT_FILENO, "standard output"};
+  return OpenFile{qx::standardOutput, "standard output"};
 }
 
 } // namespace

@@ -1,11 +1,11 @@
 #include "cli/job_file_progress.h"
 
-#include <unistd.h>
+#include "platform/terminal.h"
 
 namespace qx::cli {
 
 JobFileProgress::JobFileProgress(const Output& output, std::string_view what)
-    : bar_(output.terminal, isatty(STDERR_FILENO) != 0) {
+    : bar_(output.terminal, isErrorTerminal()) {
   bar_.ProcessInfo(what);
 }
 

@@ -1,5 +1,6 @@
 // The program: arguments to command, exceptions to exit status.
 #include "adapters/system/console_desktop.h"
+#include "adapters/system/program_entry.h"
 #include "adapters/system/stream_diagnostics.h"
 #include "cli/command_line.h"
 #include "cli/harmless_buffer.h"
@@ -75,7 +76,9 @@ ExitCode guarded(int count, const char* const* arguments) {
 int main(int count, char** arguments) {
   try {
     std::ios::sync_with_stdio(false);
-    return static_cast<int>(qx::cli::guarded(count, arguments));
+    return qx::withUtf8(count, arguments, [](int words, char** texts) {
+      return static_cast<int>(qx::cli::guarded(words, texts));
+    });
   } catch (const std::bad_alloc&) {
     return qx::cli::endOutOfMemory();
   }

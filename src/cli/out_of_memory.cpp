@@ -1,12 +1,12 @@
 #include "cli/out_of_memory.h"
 
+#include "platform/terminal.h"
 #include "program/program_error.h"
 
 #include <cstdlib>
 #include <exception>
 #include <new>
 #include <string_view>
-#include <unistd.h>
 
 namespace qx::cli {
 namespace {
@@ -31,7 +31,7 @@ std::terminate_handler previousHandler = nullptr;
 
 int endOutOfMemory() noexcept {
   constexpr std::string_view sentence = "qximportjob: out of memory\n";
-  [[maybe_unused]] const auto written = write(STDERR_FILENO, sentence.data(), sentence.size());
+  writeToStandardError(sentence);
   return static_cast<int>(ExitCode::Failure);
 }
 

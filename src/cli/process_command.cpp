@@ -4,6 +4,7 @@
 #include "cli/progress_bar.h"
 #include "cli/run_printer.h"
 #include "cli/stop_on_signal.h"
+#include "platform/terminal.h"
 #include "program/busy_notice.h"
 
 #include <charconv>
@@ -13,7 +14,6 @@
 #include <string_view>
 #include <system_error>
 #include <thread>
-#include <unistd.h>
 
 namespace qx::cli {
 namespace {
@@ -130,7 +130,7 @@ void ProcessCommand::prepare() {
 
 ExitCode ProcessCommand::work(const CommandContext& context) {
   const HeldLock lock(context, lockWait_);
-  ProgressBar bar(context.output.terminal, isatty(STDERR_FILENO) != 0);
+  ProgressBar bar(context.output.terminal, isErrorTerminal());
   const Subscription subscription = context.engine.subscribe(bar);
   const auto printer = printerFor(context.output);
   context.engine.setOutcomeSink([&](const JobOutcome& outcome) {

@@ -1,9 +1,13 @@
 // A text read as a stream of characters with the number of the current line.
 #pragma once
 
+#include "platform/files.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
+#include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -57,33 +61,28 @@ private:
 class TextFile final : public TextSource {
 public:
   explicit TextFile(std::string_view fileName);
-  TextFile(const TextFile&) = delete;
-  TextFile& operator=(const TextFile&) = delete;
-  ~TextFile() override;
 
 private:
   std::string_view more() override;
 
-  int file_ = -1;
+  std::unique_ptr<TemporaryFile> copy_; ///< of standard input
+  std::optional<File> opened_;
   std::vector<char> buffer_;
 };
 
-/// Standard input or a pipe, copied up to its end to a file without a name: for readers that go through a
+/// Standard input or a pipe, copied up to its end to a temporary file: for readers that go through a
 /// file more than once. Raises `ProgramError` when it cannot be read.
 class PipeCopy {
 public:
   /// Of standard input.
   PipeCopy();
   explicit PipeCopy(const std::string& pipe);
-  PipeCopy(const PipeCopy&) = delete;
-  PipeCopy& operator=(const PipeCopy&) = delete;
-  ~PipeCopy();
 
   /// The name by which the file can be opened as long as the copy exists.
-  std::string path() const { return "/dev/fd/" + std::to_string(file_); }
+  const std::string& path() const { return file_->path(); }
 
 private:
-  int file_;
+  std::unique_ptr<TemporaryFile> file_;
 };
 
 /// Iterates over a source. All iterators of a source share its position.

@@ -1,20 +1,19 @@
 #include "composition/composition.h"
 
-#include "adapters/local_settings/ini_local_settings.h"
+#include "adapters/system/shell.h"
+#include "adapters/system/user.h"
 #include "erp/base_data.h"
 #include "erp/demo_data.h"
 #include "erp/schema.h"
 #include "erp/schema_upgrade.h"
 #include "platform/database_error.h"
+#include "platform/path_text.h"
 #include "program/program_error.h"
 
-#include <cstdlib>
 #include <exception>
 #include <filesystem>
 #include <fstream>
 #include <new>
-#include <pwd.h>
-#include <unistd.h>
 #include <utility>
 
 namespace qx {
@@ -22,56 +21,25 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::string variable(const char* name) {
-  const char* value = std::getenv(name);
-  return value == nullptr ? std::string() : std::string(value);
-}
-
-std::string loginName() {
-  if (const passwd* entry = getpwuid(geteuid())) return entry->pw_name;
-  return variable("USER");
-}
-
-/// Null when there is no home folder.
-std::optional<fs::path> dataFolder() {
-  // By definition a relative path in this variable counts as not set.
-  fs::path data = variable("XDG_DATA_HOME");
-  if (!data.is_absolute()) {
-    const std::string home = variable("HOME");
-    if (home.empty()) return std::nullopt;
-    data = fs::path(home) / ".local" / "share";
-  }
-  return data / "qximportjob";
-}
-
 std::string targetText(const ProgramOptions& options) {
   if (!options.database.empty()) return options.database;
-  if (const char* const target = std::getenv("QXIMPORTJOB_DB")) {
-    if (*target == '\0')
+  if (const auto target = environmentVariable("QXIMPORTJOB_DB")) {
+    if (target->empty())
       throw ProgramError(ExitCode::BadInput, "the variable QXIMPORTJOB_DB is empty",
                          "Give it the name of a database, or unset it.");
-    return target;
+    return *target;
   }
-  const auto folder = dataFolder();
+  const auto folder = userDataFolder();
   if (!folder)
     throw ProgramError(ExitCode::Failure, "there is no home folder for the database",
                        "Name the database with --db FILE or $QXIMPORTJOB_DB.");
-  return (*folder / "qximportjob.db").string();
+  return textOf(*folder / "qximportjob.db");
 }
 
 /// The folder of the ERP's own files: that of the database, for one on a server the user's data folder.
 fs::path applicationFolder(const DatabaseTarget& target) {
   const fs::path beside = target.database.folder(target.connectionString);
-  return beside.empty() ? dataFolder().value_or(fs::current_path()) : beside;
-}
-
-/// Quoted for the shell when necessary.
-std::string shellWord(const std::string& text) {
-  constexpr std::string_view plain = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789._-/";
-  if (!text.empty() && text.find_first_not_of(plain) == std::string::npos) return text;
-  std::string word = "'";
-  for (const char c : text) word += c == '\'' ? std::string("'\\''") : std::string(1, c);
-  return word + "'";
+  return beside.empty() ? userDataFolder().value_or(fs::current_path()) : beside;
 }
 
 /// Raises `ProgramError` when it cannot be told.
@@ -100,24 +68,14 @@ void writeDemoFees(const fs::path& folder) {
   std::ofstream stream(file, std::ios::binary);
   stream << erp::demoAccessoryFees();
   stream.close();
-  if (!stream) throw ProgramError(ExitCode::Failure, file.string() + ": the file cannot be written");
+  if (!stream) throw ProgramError(ExitCode::Failure, textOf(file) + ": the file cannot be written");
 }
 
 } // namespace
 
-std::string Composition::UserSettings::read(std::string_view application, std::string_view section,
-                                            std::string_view key) {
-  return IniLocalSettings(defaultLocalSettingsFile()).read(application, section, key);
-}
-
-void Composition::UserSettings::write(std::string_view application, std::string_view section,
-                                      std::string_view key, std::string_view value) {
-  IniLocalSettings(defaultLocalSettingsFile()).write(application, section, key, value);
-}
-
 Composition::Composition(ProgramOptions options, Diagnostics& diagnostics, Desktop& desktop, JobView& jobView)
     : options_(std::move(options)), diagnostics_(diagnostics), desktop_(desktop), jobView_(jobView),
-      iniFile_(diagnostics_), identity_(erp::MachineName::read(), processes_) {}
+      iniFile_(diagnostics_), identity_(thisMachine(), processes_) {}
 
 void Composition::offerLookups(std::function<std::unique_ptr<Auskunft>()> factory) {
   if (erp_) erp_->setAuskunftFactory(std::move(factory));
@@ -194,10 +152,10 @@ void Composition::requireBackup(const Maintenance& maintenance, bool made) const
 fs::path Composition::backUp(Maintenance& maintenance, const DatabaseTarget& target, int version) {
   const std::string name =
       target.connectionString + ".version" + std::to_string(version) + "-" + timeStamp(clock_.now());
-  fs::path file = name + ".bak";
+  fs::path file = pathOf(name + ".bak");
   std::error_code ignored;
   for (int number = 2; fs::exists(fs::symlink_status(file, ignored)); ++number)
-    file = name + "-" + std::to_string(number) + ".bak";
+    file = pathOf(name + "-" + std::to_string(number) + ".bak");
   maintenance.copyTo(file, ExistingFile::Refuse);
   return file;
 }
@@ -244,7 +202,7 @@ UpgradeReport Composition::upgrade(bool backupMade) {
     throw;
   } catch (const std::exception& failure) {
     const std::string backup =
-        report.backup.empty() ? "" : " Its backup " + report.backup.string() + " stays.";
+        report.backup.empty() ? "" : " Its backup " + textOf(report.backup) + " stays.";
     throw ProgramError(ExitCode::Failure, std::string("the upgrade failed: ") + failure.what(),
                        "The database is as it was." + backup + " Fix the cause and upgrade again.");
   }
@@ -254,7 +212,7 @@ void Composition::connect(const std::shared_ptr<Connection>& connection, const D
   erp::StandaloneOptions standalone;
   standalone.userName = options_.user.empty() ? loginName() : options_.user;
   standalone.sessionDate = options_.sessionDate;
-  standalone.applicationDirectory = applicationFolder(target).string();
+  standalone.applicationDirectory = textOf(applicationFolder(target));
   erp_.emplace(connection, clock_, desktop_, diagnostics_, identity_, std::move(standalone));
   environment_.emplace(Environment{*erp_, desktop_, jobView_, clock_, guids_, localSettings_, iniFile_,
                                    diagnostics_, identity_, connection, erp_->createSession(), ""});

@@ -2,6 +2,8 @@
 #pragma once
 
 #include "adapters/local_settings/profile_ini_file.h"
+#include "adapters/local_settings/user_settings.h"
+#include "adapters/system/processes.h"
 #include "adapters/system/system_sources.h"
 #include "composition/database_drivers.h"
 #include "erp/process_identity.h"
@@ -34,14 +36,6 @@ public:
   void offerLookups(std::function<std::unique_ptr<Auskunft>()> factory);
 
 private:
-  /// Finds the file of the user's settings on demand: most commands need no home folder.
-  class UserSettings final : public LocalSettings {
-  public:
-    std::string read(std::string_view application, std::string_view section, std::string_view key) override;
-    void write(std::string_view application, std::string_view section, std::string_view key,
-               std::string_view value) override;
-  };
-
   /// "qximportjob --db FILE VERB", as one types it for the same database.
   std::string callOf(std::string_view verb) const;
   std::string initLine() const;
@@ -59,10 +53,10 @@ private:
   Desktop& desktop_;
   JobView& jobView_;
   SystemClock clock_;
-  RandomGuidSource guids_;
+  SystemGuidSource guids_;
   UserSettings localSettings_;
   ProfileIniFile iniFile_;
-  erp::ProcFileSystem processes_;
+  SystemProcesses processes_;
   erp::ProcessIdentity identity_;
   DatabaseDrivers drivers_;
   std::optional<erp::StandaloneErp> erp_;

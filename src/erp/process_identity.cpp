@@ -3,9 +3,6 @@
 #include "model/text.h"
 
 #include <algorithm>
-#include <charconv>
-#include <fstream>
-#include <sstream>
 
 namespace qx::erp {
 namespace {
@@ -37,50 +34,12 @@ std::uint64_t hashOf(const MachineName& machine) {
   return hash ^ (hash >> 32);
 }
 
-std::string firstLine(const std::string& file) {
-  std::ifstream stream(file);
-  std::string line;
-  std::getline(stream, line);
-  return line;
-}
-
-std::optional<ProcessStart> readStat(const std::string& file) { return parseProcessStat(firstLine(file)); }
-
 bool hasIdentityForm(std::string_view text) {
   return text.size() == ProcessIdentity::length &&
          std::ranges::all_of(text, [](char c) { return digits.find(c) != std::string_view::npos; });
 }
 
 } // namespace
-
-std::optional<ProcessStart> parseProcessStat(std::string_view line) {
-  // The program's name is in parentheses and may itself contain blanks and parentheses.
-  const auto nameEnd = line.rfind(')');
-  if (nameEnd == std::string_view::npos) return std::nullopt;
-  ProcessStart process;
-  if (std::from_chars(line.data(), line.data() + line.size(), process.number).ec != std::errc())
-    return std::nullopt;
-
-  constexpr int fieldsBeforeStart = 18;
-  std::istringstream fields{std::string(line.substr(nameEnd + 1))};
-  char state = 0;
-  std::string skipped;
-  fields >> state;
-  for (int i = 0; i < fieldsBeforeStart; ++i) fields >> skipped;
-  fields >> process.startTime;
-  if (!fields || state == 'Z' || state == 'X') return std::nullopt;
-  return process;
-}
-
-MachineName MachineName::read() {
-  return {firstLine("/proc/sys/kernel/hostname"), firstLine("/etc/machine-id")};
-}
-
-std::optional<ProcessStart> ProcFileSystem::self() const { return readStat("/proc/self/stat"); }
-
-std::optional<ProcessStart> ProcFileSystem::find(std::uint64_t number) const {
-  return readStat("/proc/" + std::to_string(number) + "/stat");
-}
 
 ProcessIdentity::ProcessIdentity(const MachineName& machine, const ProcessTable& processes)
     : machine_(base36(hashOf(machine), machineLength)), processes_(processes) {
@@ -93,9 +52,12 @@ ProcessIdentity::ProcessIdentity(const MachineName& machine, const ProcessTable&
 std::optional<bool> ProcessIdentity::isAlive(std::string_view sessionId) {
   if (!processesKnown_ || !hasIdentityForm(sessionId) || !sessionId.starts_with(machine_))
     return std::nullopt;
-  const auto process = processes_.find(fromBase36(sessionId.substr(machineLength, numberLength)));
-  // Process numbers are reused: only an equal start time means the same process.
-  return process && base36(process->startTime, startLength) == sessionId.substr(machineLength + numberLength);
+  const ProcessState process = processes_.find(fromBase36(sessionId.substr(machineLength, numberLength)));
+  if (!process.exists) return false;
+  // Process numbers are reused: only an equal start time means the same process. One that may not be asked
+  // may be it, and its lock is better left alone.
+  return !process.startTime ||
+         base36(*process.startTime, startLength) == sessionId.substr(machineLength + numberLength);
 }
 
 } // namespace qx::erp

@@ -1,6 +1,7 @@
 // The session identity of machine and process, and whether that process still runs.
 #pragma once
 
+#include "platform/processes.h"
 #include "platform/system.h"
 
 #include <cstdint>
@@ -9,41 +10,6 @@
 #include <string_view>
 
 namespace qx::erp {
-
-/// What identifies a machine.
-struct MachineName {
-  std::string hostName;
-  std::string machineId;
-
-  /// Reads this machine's; unreadable parts are empty.
-  static MachineName read();
-};
-
-/// A process by its number and its start time, in ticks since the machine was booted.
-struct ProcessStart {
-  std::uint64_t number = 0;
-  std::uint64_t startTime = 0;
-};
-
-/// Reads a line of the form of /proc/<number>/stat. Null for another form and for a zombie process.
-std::optional<ProcessStart> parseProcessStat(std::string_view line);
-
-/// The processes of this machine.
-class ProcessTable {
-public:
-  virtual ~ProcessTable() = default;
-  /// Null when the system has no such table.
-  virtual std::optional<ProcessStart> self() const = 0;
-  /// Null when no process of that number runs; a zombie does not run.
-  virtual std::optional<ProcessStart> find(std::uint64_t number) const = 0;
-};
-
-/// Reads the process file system.
-class ProcFileSystem final : public ProcessTable {
-public:
-  std::optional<ProcessStart> self() const override;
-  std::optional<ProcessStart> find(std::uint64_t number) const override;
-};
 
 /// Creates the identity of this process and checks those of others. An identity has 15 characters in base 36:
 /// 4 of the machine, 5 of the process number, 6 of its start time.

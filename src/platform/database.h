@@ -3,6 +3,7 @@
 
 #include "platform/column_name.h"
 #include "platform/database_error.h"
+#include "platform/files.h"
 #include "platform/sql.h"
 #include "platform/value.h"
 
@@ -189,9 +190,6 @@ public:
 private:
   std::uint64_t lastEpoch_ = 0;
 };
-
-/// Who may use a new database file and what is written beside it.
-enum class FileSharing : std::uint8_t { Owner, Group };
 
 /// Opens connections from the text that a user types.
 class Database {

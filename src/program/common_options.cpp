@@ -8,6 +8,8 @@
 namespace qx {
 
 void declareCommonOptions(CLI::App& app, ProgramOptions& options) {
+  // A word that begins with a slash is a file on every system.
+  app.allow_windows_style_options(false);
   app.add_option(
          "--db", options.database,
          "Database file, or odbc: and the connection string of a server; default $QXIMPORTJOB_DB, else "

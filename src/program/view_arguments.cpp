@@ -1,5 +1,6 @@
 #include "program/view_arguments.h"
 
+#include "platform/path_text.h"
 #include "program/common_options.h"
 #include "program/program_error.h"
 
@@ -53,10 +54,10 @@ std::vector<std::string> viewWords(const ViewArguments& arguments) {
 void requireJobFile(const std::string& file) {
   if (file.empty()) return;
   std::error_code ignored;
-  if (!std::filesystem::exists(file, ignored))
+  if (!std::filesystem::exists(pathOf(file), ignored))
     throw ProgramError(ExitCode::BadInput, "the file cannot be opened: " + file + " does not exist",
                        "Name a job file, or none.", {file, 0, ""});
-  if (std::filesystem::is_directory(file, ignored))
+  if (std::filesystem::is_directory(pathOf(file), ignored))
     throw ProgramError(ExitCode::BadInput, "the file cannot be opened: " + file + " is a directory",
                        "Name a job file, or none.", {file, 0, ""});
 }

@@ -1,5 +1,6 @@
 #include "rules/code_tables.h"
 
+#include "platform/path_text.h"
 #include "rules/scrambler.h"
 
 #include <algorithm>
@@ -104,7 +105,7 @@ CodeTables readCodeTables(const std::filesystem::path& folder) {
   try {
     return parseCodeTables(readWhole(file));
   } catch (const std::runtime_error& problem) {
-    throw std::runtime_error(file.string() + ", " + problem.what());
+    throw std::runtime_error(textOf(file) + ", " + problem.what());
   }
 }
 

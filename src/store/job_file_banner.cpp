@@ -1,5 +1,6 @@
 #include "store/job_file_banner.h"
 
+#include "platform/path_text.h"
 #include "rules/scrambler.h"
 #include "store/job_file_line.h"
 

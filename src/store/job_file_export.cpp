@@ -1,6 +1,7 @@
 #include "store/job_file_export.h"
 
 #include "platform/failure.h"
+#include "platform/path_text.h"
 #include "store/job_file_line.h"
 #include "store/job_file_target.h"
 #include "store/job_file_text.h"

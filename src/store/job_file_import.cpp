@@ -2,6 +2,7 @@
 
 #include "platform/conflict_retry.h"
 #include "platform/failure.h"
+#include "platform/path_text.h"
 #include "store/job_file_banner.h"
 #include "store/record_store.h"
 
@@ -42,7 +43,7 @@ public:
   /// False for a file without the banner of the version.
   bool readBanner() {
     std::ifstream stream = openJobFile(file_);
-    JobFileLines lines(stream, file_.string());
+    JobFileLines lines(stream, textOf(file_));
     const auto first = lines.next();
     if (!first) return false;
     auto form = plainForm(first->text);
@@ -94,7 +95,7 @@ private:
   template <class Visit>
   void eachItem(Visit visit) {
     std::ifstream stream = openJobFile(file_);
-    JobFileLines lines(stream, file_.string());
+    JobFileLines lines(stream, textOf(file_));
     lines.next();
     lines.unscramble(scrambler_ ? &*scrambler_ : nullptr);
     JobFileRecords records(lines, store_->fieldCount());
@@ -189,7 +190,7 @@ private:
   }
 
   void reportToDiagnostics(std::int64_t line, std::string_view reason) {
-    const std::string text = file_.string() + ", line " + std::to_string(line) + ": " + std::string(reason);
+    const std::string text = textOf(file_) + ", line " + std::to_string(line) + ": " + std::string(reason);
     environment_.diagnostics.report({"Import", text, {}});
   }
 
@@ -280,7 +281,7 @@ JobFileReport importJobFile(Environment& environment, std::string_view fileName,
       } else {
         report.end = JobFileEnd::WrongBanner;
         report.failure =
-            file.string() + ": no job file of version " + std::to_string(static_cast<int>(version));
+            textOf(file) + ": no job file of version " + std::to_string(static_cast<int>(version));
       }
       report.counts = job.counts();
     }

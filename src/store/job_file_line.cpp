@@ -1,5 +1,7 @@
 #include "store/job_file_line.h"
 
+#include "platform/path_text.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
@@ -15,8 +17,6 @@ namespace {
 
 } // namespace
 
-std::filesystem::path pathOf(std::string_view name) { return {std::u8string(name.begin(), name.end())}; }
-
 std::string whyNoJobFile(const std::filesystem::path& file) {
   if (file.empty()) return "the job file has no name";
   std::error_code failure;
@@ -29,17 +29,17 @@ std::string whyNoJobFile(const std::filesystem::path& file) {
     reason = "it is not a regular file";
   else if (!std::filesystem::status_known(status))
     reason = failure.message();
-  return file.string() + ": " + reason;
+  return textOf(file) + ": " + reason;
 }
 
 std::ifstream openJobFile(const std::filesystem::path& file) {
-  if (std::filesystem::is_directory(file)) raise(file.string(), EISDIR);
+  if (std::filesystem::is_directory(file)) raise(textOf(file), EISDIR);
   std::ifstream stream;
   // Lines are cut from a buffer of the reader's own.
   stream.rdbuf()->pubsetbuf(nullptr, 0);
   errno = 0;
   stream.open(file, std::ios::binary);
-  if (!stream) raise(file.string(), errno);
+  if (!stream) raise(textOf(file), errno);
   return stream;
 }
 

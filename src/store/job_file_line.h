@@ -65,9 +65,6 @@ private:
   const Scrambler* scrambler_ = nullptr;
 };
 
-/// The path of a UTF-8 file name.
-std::filesystem::path pathOf(std::string_view name);
-
 /// Why this cannot be read as a job file: missing, a directory, a device; "" when it is a plain file.
 std::string whyNoJobFile(const std::filesystem::path& file);
 

@@ -1,6 +1,7 @@
 #include "store/job_file_scrambling.h"
 
 #include "platform/failure.h"
+#include "platform/path_text.h"
 #include "store/job_file_banner.h"
 #include "store/job_file_line.h"
 #include "store/job_file_target.h"
@@ -102,7 +103,7 @@ private:
 /// The form of the file, null when it is no job file.
 std::optional<JobFileForm> formOfFile(const std::filesystem::path& file, const Scrambler& scrambler) {
   std::ifstream stream = openJobFile(file);
-  JobFileLines lines(stream, file.string());
+  JobFileLines lines(stream, textOf(file));
   const auto first = lines.next();
   if (!first) return std::nullopt;
   const auto plain = plainForm(first->text);
@@ -123,7 +124,7 @@ void changeForm(const std::filesystem::path& file, std::string_view banner, Form
   std::vector<char> buffer(chunk);
   while (stream) {
     stream.read(buffer.data(), static_cast<std::streamsize>(buffer.size()));
-    if (stream.bad()) throw std::system_error(EIO, std::generic_category(), file.string());
+    if (stream.bad()) throw std::system_error(EIO, std::generic_category(), textOf(file));
     const auto got = static_cast<std::size_t>(stream.gcount());
     change.take({buffer.data(), got}, banner);
     done += got;
@@ -147,7 +148,7 @@ JobFileReport scrambleTo(Environment& environment, std::string_view fileName, Sc
     const auto form = formOfFile(file, scrambler);
     if (!form || form->scrambled == (scrambling == Scrambling::Scramble)) {
       report.end = JobFileEnd::WrongBanner;
-      throw std::runtime_error(file.string() + (form ? ": it has that form already" : ": no job file"));
+      throw std::runtime_error(textOf(file) + (form ? ": it has that form already" : ": no job file"));
     }
     const std::unique_ptr<JobFileTarget> target = open();
     FormChange change(scrambler, scrambling, *target);

@@ -1,14 +1,14 @@
 #include "store/job_file_target.h"
 
+#include "platform/path_text.h"
 #include "platform/same_file.h"
 #include "rules/code_tables.h"
 #include "store/job_file_line.h"
 
-#include <cerrno>
 #include <exception>
-#include <fcntl.h>
+#include <string>
 #include <system_error>
-#include <unistd.h>
+#include <utility>
 
 namespace qx {
 namespace {
@@ -30,9 +30,9 @@ bool isWrittenDirectly(const fs::path& target) {
   if (target.empty()) throw NoTarget("the job file has no name");
   std::error_code failure;
   const fs::file_status status = fs::status(target, failure);
-  if (fs::is_directory(status)) throw NoTarget(target.string() + ": it is a directory");
+  if (fs::is_directory(status)) throw NoTarget(textOf(target) + ": it is a directory");
   if (failure == std::errc::filename_too_long || failure == std::errc::too_many_symbolic_link_levels)
-    throw NoTarget(target.string() + ": " + failure.message());
+    throw NoTarget(textOf(target) + ": " + failure.message());
   return fs::exists(status) && !fs::is_regular_file(status);
 }
 
@@ -86,7 +86,7 @@ JobFileTarget::JobFileTarget(const fs::path& target, const std::vector<fs::path>
   target_ = direct_ ? target : resolved(target);
   for (const fs::path& file : untouchable)
     if (isSameFile(target_, file))
-      throw TargetRefused(target.string() + ": the file belongs to the database (" + file.string() +
+      throw TargetRefused(textOf(target) + ": the file belongs to the database (" + textOf(file) +
                           ") and is not replaced");
   if (direct_)
     openDirectly();
@@ -95,36 +95,24 @@ JobFileTarget::JobFileTarget(const fs::path& target, const std::vector<fs::path>
 }
 
 JobFileTarget::JobFileTarget(const OpenFile& file)
-    : target_(file.name), written_(file.name), file_(fcntl(file.descriptor, F_DUPFD_CLOEXEC, 0)),
-      direct_(true) {
-  if (file_ < 0) fail(errno);
-}
+    : target_(pathOf(file.name)), written_(target_), file_(File::ofDescriptor(file.descriptor, file.name)),
+      direct_(true) {}
 
 void JobFileTarget::openDirectly() {
   written_ = target_;
-  file_ = open(target_.c_str(), O_WRONLY | O_TRUNC | O_CLOEXEC);
-  if (file_ < 0) fail(errno);
+  file_.emplace(File::forWriting(target_));
 }
 
 void JobFileTarget::createBeside() {
-  std::string name = (target_.parent_path() / ".qximportjob-XXXXXX").string();
-  file_ = mkostemp(name.data(), O_CLOEXEC);
-  if (file_ < 0) {
-    written_ = target_;
-    fail(errno);
-  }
-  written_ = name;
+  file_.emplace(File::createdIn(target_.parent_path(), textOf(target_)));
+  written_ = file_->path();
 }
 
 JobFileTarget::~JobFileTarget() {
-  if (file_ >= 0) close(file_);
+  file_.reset();
   if (finished_ || direct_ || written_.empty()) return;
   std::error_code ignored;
   fs::remove(written_, ignored);
-}
-
-void JobFileTarget::fail(int error) const {
-  throw std::system_error(error == 0 ? EIO : error, std::generic_category(), target_.string());
 }
 
 void JobFileTarget::write(std::string_view bytes) {
@@ -132,37 +120,26 @@ void JobFileTarget::write(std::string_view bytes) {
   if (buffer_.size() >= fullBuffer) flush();
 }
 
-/// False, with the cause in `errno`, when the rest of the buffer could not be written.
-bool JobFileTarget::writeBuffer() {
-  std::string_view rest = buffer_;
-  while (!rest.empty()) {
-    const ssize_t got = ::write(file_, rest.data(), rest.size());
-    if (got < 0 && errno == EINTR) continue;
-    if (got < 0) return false;
-    rest.remove_prefix(static_cast<std::size_t>(got));
-  }
-  return true;
-}
-
 void JobFileTarget::flush() {
-  flushFailed_ = !writeBuffer();
-  if (flushFailed_) fail(errno);
+  flushFailed_ = true;
+  file_->write(buffer_);
+  flushFailed_ = false;
   buffer_.clear();
 }
 
 void JobFileTarget::closeFile() {
   flush();
   // Otherwise a power failure could leave an empty file as the target.
-  if (!direct_ && fsync(file_) != 0) fail(errno);
-  const int failed = close(file_);
-  file_ = -1;
-  if (failed != 0) fail(errno);
+  if (!direct_) file_->synchronize();
+  File file = std::move(*file_);
+  file_.reset();
+  file.close();
 }
 
 void JobFileTarget::replace() {
   if (direct_) return;
   setPermissions();
-  fs::rename(written_, target_);
+  replaceFile(written_, target_);
 }
 
 void JobFileTarget::setPermissions() {
@@ -177,24 +154,27 @@ void JobFileTarget::finish() {
 
 std::string JobFileTarget::finishBroken() {
   if (direct_) return {};
-  // Errors are ignored: the file is incomplete anyway.
-  if (!flushFailed_) writeBuffer();
-  if (file_ >= 0) close(file_);
-  file_ = -1;
+  try {
+    if (file_ && !flushFailed_) file_->write(buffer_);
+  } catch (const std::system_error&) {
+    // The file is incomplete anyway, and the caller knows of the first failure.
+    buffer_.clear();
+  }
+  file_.reset();
   setPermissions();
   fs::path backup;
   if (fs::exists(target_)) {
     backup = freeBackup(target_);
     fs::rename(target_, backup);
   }
-  std::error_code failure;
-  fs::rename(written_, target_, failure);
-  if (failure) {
+  try {
+    replaceFile(written_, target_);
+  } catch (const std::system_error&) {
     if (!backup.empty()) fs::rename(backup, target_);
-    throw std::system_error(failure, target_.string());
+    throw;
   }
   finished_ = true;
-  return backup.string();
+  return textOf(backup);
 }
 
 } // namespace qx

@@ -1,6 +1,7 @@
 // The file that a job file is written to.
 #pragma once
 
+#include "platform/files.h"
 #include "store/job_file_report.h"
 
 #include <exception>
@@ -71,16 +72,14 @@ private:
   void openDirectly();
   void createBeside();
   void flush();
-  bool writeBuffer();
   void closeFile();
   void replace();
   void setPermissions();
-  [[noreturn]] void fail(int error) const;
 
   std::filesystem::path target_;
   std::filesystem::perms ofNewFile_ = std::filesystem::perms::none;
   std::filesystem::path written_; ///< the target itself when it is written directly
-  int file_ = -1;
+  std::optional<File> file_;
   std::string buffer_;
   bool direct_ = false;
   bool finished_ = false;

@@ -1,6 +1,7 @@
 #include "ui/about_box.h"
 
 #include "platform/failure.h"
+#include "platform/path_text.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -45,11 +46,11 @@ std::vector<InformationLine> workInformation(Environment& environment) {
     if (!environment.session) throw std::runtime_error("no ERP session is connected");
     return *environment.session;
   };
-  return {
-      line(environment, "Datenbank", file),
-      line(environment, "Größe der Datenbank", [&] { return sizeText(std::filesystem::file_size(file())); }),
-      line(environment, "Benutzer", [&] { return session().UserName(); }),
-      line(environment, "Sitzungsdatum", [&] { return germanDate(session().GetSessionDate()); })};
+  return {line(environment, "Datenbank", file),
+          line(environment, "Größe der Datenbank",
+               [&] { return sizeText(std::filesystem::file_size(pathOf(file()))); }),
+          line(environment, "Benutzer", [&] { return session().UserName(); }),
+          line(environment, "Sitzungsdatum", [&] { return germanDate(session().GetSessionDate()); })};
 }
 
 std::string informationText(const std::vector<InformationLine>& lines) {

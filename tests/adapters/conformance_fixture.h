@@ -4,6 +4,7 @@
 #include "adapters/odbc/odbc_database.h"
 #include "adapters/sqlite/sqlite_database.h"
 #include "platform/database.h"
+#include "support/temporary_folder.h"
 #include "support/test_server.h"
 
 #include <gtest/gtest.h>
@@ -39,14 +40,6 @@ public:
 
 class SqliteFile final : public TestDatabase {
 public:
-  SqliteFile() {
-    std::string pattern = (fs::temp_directory_path() / "qx-db-XXXXXX").string();
-    if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("there is no temporary folder");
-    folder = pattern;
-    file = (folder / "erp.db").string();
-  }
-  ~SqliteFile() override { fs::remove_all(folder); }
-
   std::unique_ptr<Connection> create() override { return SqliteDatabase().create(file); }
   std::unique_ptr<Connection> open() override { return SqliteDatabase().open(file); }
   void refuseRows(Connection& connection) override {
@@ -59,8 +52,8 @@ public:
   }
   bool hasOneWriter() const override { return true; }
 
-  fs::path folder;
-  std::string file;
+  TemporaryFolder folder;
+  std::string file = (folder.path() / "erp.db").string();
 };
 
 class ServerSchema final : public TestDatabase {

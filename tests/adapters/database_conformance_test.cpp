@@ -410,7 +410,7 @@ TEST_P(FileConformance, WhatCannotBeOpenedIsNamedWithItsCause) {
     }
     return std::string("opened");
   };
-  const std::string folder = file().folder.string();
+  const std::string folder = file().folder.path().string();
   EXPECT_EQ(message(folder + "/none.db"), folder + "/none.db: there is no such file");
   EXPECT_EQ(message(folder), folder + ": is a directory");
   const std::string text = folder + "/text.db";

@@ -1,17 +1,20 @@
 // Tests of the system adapters.
 #include "adapters/system/console_desktop.h"
+#include "adapters/system/processes.h"
+#include "adapters/system/random_guids.h"
 #include "adapters/system/stream_diagnostics.h"
 #include "adapters/system/system_sources.h"
+#include "adapters/system/whole_characters.h"
 #include "support/fake_desktop.h"
 #include "support/fake_system.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
-#include <ctime>
 #include <set>
 #include <sstream>
+#include <string>
+#include <string_view>
 
 namespace qx {
 namespace {
@@ -39,34 +42,22 @@ TEST(RandomGuids, KeepTheOrderOfTheRandomBytes) {
 TEST(RandomGuids, AreNullWithoutRandomNumbersAndDifferOtherwise) {
   RandomGuidSource broken([](std::span<std::uint8_t>) { return false; });
   EXPECT_FALSE(broken.create());
-  RandomGuidSource source;
+  SystemGuidSource source;
   std::set<std::string> keys;
   for (int i = 0; i < 1000; ++i) keys.insert(jobKey(source.create()));
   EXPECT_EQ(keys.size(), 1000U);
   EXPECT_FALSE(keys.contains(""));
 }
 
-TEST(SystemClock, TellsTheLocalTime) {
-  const char* const before = std::getenv("TZ");
-  const std::string zone = before != nullptr ? before : "";
-  const auto inZone = [](const char* name) {
-    setenv("TZ", name, 1);
-    tzset();
-    return SystemClock().now();
-  };
-  const DateTime greenwich = inZone("UTC0");
-  const DateTime tenHoursEast = inZone("EAST-10");
-  if (before != nullptr)
-    setenv("TZ", zone.c_str(), 1);
-  else
-    unsetenv("TZ");
-  tzset();
-  // The test may straddle the full hour.
-  const int difference = (tenHoursEast.hour - greenwich.hour + 24) % 24;
-  EXPECT_TRUE(difference == 10 || difference == 11) << difference;
-  const auto days = [](const DateTime& moment) { return std::chrono::sys_days(moment.date); };
-  EXPECT_GE(days(tenHoursEast), days(greenwich));
-  EXPECT_GE(greenwich.date, makeDate(2024, 1, 1));
+TEST(SystemProcesses, KnowThisOneAndNoneOfAnImpossibleNumber) {
+  const SystemProcesses processes;
+  const auto self = processes.self();
+  ASSERT_TRUE(self);
+  const ProcessState found = processes.find(self->number);
+  EXPECT_TRUE(found.exists);
+  EXPECT_EQ(found.startTime, self->startTime);
+  EXPECT_FALSE(processes.find(999999999).exists);
+  EXPECT_FALSE(thisMachine().hostName.empty());
 }
 
 TEST(ConsoleDesktop, WritesEveryBoxAsOneLineAndTellsTheDiagnostics) {
@@ -116,6 +107,38 @@ TEST(AbsentJobView, SaysHowToSeeTheJobsWithoutIt) {
   view.open();
   ASSERT_EQ(desktop.shown.size(), 1U);
   EXPECT_NE(desktop.shown[0].text.find("qximportjob view"), std::string::npos);
+}
+
+TEST(WholeCharacters, AreHandedOnWhereverTheTextIsCut) {
+  const std::string text = "ä€😀z";
+  for (std::size_t cut = 0; cut <= text.size(); ++cut) {
+    std::string all;
+    WholeCharacters buffer([&](std::string_view portion) {
+      EXPECT_NE(static_cast<unsigned char>(portion.front()) & 0xC0U, 0x80U)
+          << "begins in the middle, " << cut;
+      all += portion;
+      return true;
+    });
+    std::ostream(&buffer) << text.substr(0, cut) << std::flush << text.substr(cut) << std::flush;
+    EXPECT_EQ(all, text) << cut;
+  }
+}
+
+TEST(WholeCharacters, KeepNothingBackAtTheEndAndTellWhenNothingIsTaken) {
+  std::string all;
+  {
+    WholeCharacters buffer([&](std::string_view portion) {
+      all += portion;
+      return true;
+    });
+    std::ostream(&buffer) << "kein UTF-8: \xC3" << std::flush;
+    EXPECT_EQ(all, "kein UTF-8: ");
+  }
+  EXPECT_EQ(all, "kein UTF-8: \xC3");
+  WholeCharacters closed([](std::string_view) { return false; });
+  std::ostream stream(&closed);
+  EXPECT_FALSE(stream << "x" << std::flush);
+  EXPECT_FALSE(std::ostream(&closed) << std::string(5000, 'x')) << "without a flush";
 }
 
 } // namespace

@@ -1,4 +1,5 @@
 // Backup and upgrade of a database.
+#include "adapters/system/processes.h"
 #include "program_fixture.h"
 
 #include "adapters/sqlite/sqlite_database.h"
@@ -165,8 +166,8 @@ TEST_F(Maintained, WhatCannotBeUpgradedIsLeftAsItIs) {
     int status;
     std::string message;
   };
-  const erp::ProcFileSystem processes;
-  const erp::ProcessIdentity alive(erp::MachineName::read(), processes);
+  const SystemProcesses processes;
+  const erp::ProcessIdentity alive(thisMachine(), processes);
   int number = 0;
   for (const Case& refused :
        {Case{"ALTER TABLE Auftragspos ADD COLUMN Los", 4,

@@ -1,4 +1,5 @@
 // Processing runs, the lock, options and the protocol.
+#include "adapters/system/processes.h"
 #include "program_fixture.h"
 
 #include "erp/process_identity.h"
@@ -14,8 +15,8 @@ namespace qx {
 namespace {
 
 std::string identityOfThisProcess() {
-  const erp::ProcFileSystem processes;
-  return erp::ProcessIdentity(erp::MachineName::read(), processes).sessionId();
+  const SystemProcesses processes;
+  return erp::ProcessIdentity(thisMachine(), processes).sessionId();
 }
 
 /// What a process had that has ended.

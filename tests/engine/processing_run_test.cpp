@@ -1,8 +1,6 @@
 // The processing run: order, selection, reset, progress, failures of the store and work units.
 #include "engine_fixture.h"
 
-#include "support/full_disk.h"
-
 #include "engine/run_wait.h"
 
 #include <gmock/gmock.h>
@@ -18,7 +16,6 @@ using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::Not;
-using ::testing::StartsWith;
 
 class Run : public EngineTest {};
 
@@ -117,29 +114,6 @@ TEST_F(Run, AProtocolLineThatCannotBeWrittenTakesNothingBack) {
   EXPECT_EQ(engine.lastRun().protocolErrors, 3U);
   EXPECT_EQ(erp.desktop.shown.front().text,
             "Fehler beim Erzeugen der Protokollzeile. Die Datenbank hat das abgelehnt.");
-}
-
-TEST_F(Run, AStoreThatFailsWhileTheProtocolIsMadeEndsTheRunBeforeItsFirstJob) {
-  stageMany(2);
-  execute("PRAGMA wal_checkpoint(TRUNCATE)"_sql);
-  {
-    const FullDisk full(1);
-    EXPECT_FALSE(run());
-    EXPECT_FALSE(engine.CreateProtocol()) << "a box, and nothing is raised";
-  }
-  EXPECT_EQ(engine.lastRun().end, RunEnd::Broken);
-  ASSERT_EQ(erp.desktop.shown.size(), 2U);
-  EXPECT_THAT(
-      erp.desktop.shown.front().text,
-      StartsWith("Fehler bei der Verarbeitung: Die Datenbank kann nicht gelesen oder geschrieben werden."))
-      << "the run ends, it does not go on without its protocol";
-  EXPECT_THAT(erp.desktop.shown.back().text,
-              StartsWith("Verarbeitungsprotokoll konnte nicht erzeugt werden. Die Datenbank kann nicht "
-                         "gelesen oder geschrieben werden."));
-  EXPECT_TRUE(outcomes.empty());
-  EXPECT_TRUE(run());
-  EXPECT_EQ(done(), 2);
-  EXPECT_EQ(protocolLines(), 2);
 }
 
 TEST_F(Run, AnObserverThatRaisesStopsNothing) {

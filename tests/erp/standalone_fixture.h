@@ -13,8 +13,8 @@ namespace qx::erp {
 class OneProcess final : public ProcessTable {
 public:
   std::optional<ProcessStart> self() const override { return ProcessStart{4711, 815}; }
-  std::optional<ProcessStart> find(std::uint64_t number) const override {
-    return number == 4711 ? self() : std::nullopt;
+  ProcessState find(std::uint64_t number) const override {
+    return number == 4711 ? ProcessState{true, 815} : ProcessState();
   }
 };
 

@@ -1,4 +1,5 @@
 // Several programs on one database: the lock of the import, others beside a run, and number ranges.
+#include "adapters/system/processes.h"
 #include "servers/shared_erp.h"
 
 #include "erp/number_range.h"
@@ -30,7 +31,7 @@ TEST_P(SideBySide, OfTwoRunsThatStartInTheSameMomentOneWorksAndTheOtherIsRefused
   constexpr int jobs = 40;
   // A program of this machine that has ended.
   const FixedProcesses ended;
-  const erp::ProcessIdentity dead(erp::MachineName::read(), ended);
+  const erp::ProcessIdentity dead(thisMachine(), ended);
   int refused = 0;
   for (int round = 0; round < rounds; ++round) {
     erp.stageCustomers("K" + std::to_string(round) + "-", jobs);
@@ -136,7 +137,7 @@ TEST(ServerSideBySide, ALockThatAnotherProgramTakesOverInTheSameMomentIsLeftToIt
   SharedErp erp(Kept::OnTheServer);
   erp.stageCustomers("K", 1);
   const FixedProcesses ended;
-  const erp::ProcessIdentity dead(erp::MachineName::read(), ended);
+  const erp::ProcessIdentity dead(thisMachine(), ended);
   erp.execute(
       "Insert Into LockControl (Dateiname, Satz, StationID, SessionID, Benutzer) Values ('ImportJob', "
       "'1', 'unbennant', '"_sql,

@@ -1,17 +1,18 @@
 #include "support/temporary_folder.h"
 
-#include <cstdlib>
 #include <fstream>
 #include <iterator>
+#include <random>
 #include <stdexcept>
 #include <system_error>
 
 namespace qx {
 
 TemporaryFolder::TemporaryFolder() {
-  std::string pattern = (std::filesystem::temp_directory_path() / "qx-test-XXXXXX").string();
-  if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("no temporary folder: " + pattern);
-  path_ = pattern;
+  std::random_device random;
+  // False for a name that exists already.
+  do path_ = std::filesystem::temp_directory_path() / ("qx-test-" + std::to_string(random()));
+  while (!std::filesystem::create_directory(path_));
 }
 
 TemporaryFolder::~TemporaryFolder() {

@@ -18,10 +18,10 @@
 namespace qx {
 
 /// One process whose numbers never change, so that the session identity does not either.
-class FixedProcesses final : public erp::ProcessTable {
+class FixedProcesses final : public ProcessTable {
 public:
-  std::optional<erp::ProcessStart> self() const override { return erp::ProcessStart{4711, 1000}; }
-  std::optional<erp::ProcessStart> find(std::uint64_t) const override { return std::nullopt; }
+  std::optional<ProcessStart> self() const override { return ProcessStart{4711, 1000}; }
+  ProcessState find(std::uint64_t) const override { return {}; }
 };
 
 /// Schema, base data and a connected session of the user "pruefer" on 24.11.2026; the clock stands at 10:30
@@ -103,7 +103,7 @@ public:
   RecordingDiagnostics diagnostics;
   FixedLiveness liveness;
   FixedProcesses processes;
-  erp::ProcessIdentity identity{erp::MachineName{"pruefstand", "0"}, processes};
+  erp::ProcessIdentity identity{MachineName{"pruefstand", "0"}, processes};
   TestDatabase where{file};
   std::shared_ptr<Connection> database;
   erp::StandaloneErp components;

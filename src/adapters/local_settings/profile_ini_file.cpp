@@ -1,10 +1,11 @@
 #include "adapters/local_settings/profile_ini_file.h"
 
+#include "adapters/local_settings/file_content.h"
 #include "adapters/local_settings/ini_text.h"
-#include "adapters/local_settings/shared_file.h"
 #include "model/code_page.h"
 #include "model/text.h"
 #include "platform/column_name.h"
+#include "platform/path_text.h"
 
 #include <algorithm>
 #include <stdexcept>
@@ -26,11 +27,11 @@ bool sameName(std::string_view a, std::string_view b) { return foldedNameHash(a)
 
 /// The file as named, else with this system's path separators.
 std::optional<std::string> readProfile(std::string_view file) {
-  auto content = SharedFile(file).read();
+  auto content = contentOf(pathOf(file));
   if (content || file.find('\\') == std::string_view::npos) return content;
   std::string path(file);
   std::ranges::replace(path, '\\', '/');
-  return SharedFile(path).read();
+  return contentOf(pathOf(path));
 }
 
 } // namespace

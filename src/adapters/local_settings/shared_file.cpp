@@ -1,6 +1,7 @@
 #include "adapters/local_settings/shared_file.h"
 
-#include <array>
+#include "adapters/local_settings/file_content.h"
+
 #include <cerrno>
 #include <fcntl.h>
 #include <stdexcept>
@@ -100,23 +101,7 @@ fs::path withEnding(const fs::path& path, std::string_view ending) {
 
 } // namespace
 
-std::optional<std::string> SharedFile::read() const {
-  const FileDescriptor file(openForUser(path_, O_RDONLY));
-  if (!file.isOpen()) {
-    if (errno == ENOENT) return std::nullopt;
-    fail(path_, "read", errno);
-  }
-  constexpr std::size_t blockSize = 4096;
-  std::array<char, blockSize> block{};
-  std::string content;
-  while (true) {
-    const ssize_t count = ::read(file.number(), block.data(), block.size());
-    if (count < 0 && errno == EINTR) continue;
-    if (count < 0) fail(path_, "read", errno);
-    if (count == 0) return content;
-    content.append(block.data(), static_cast<std::size_t>(count));
-  }
-}
+std::optional<std::string> SharedFile::read() const { return contentOf(path_); }
 
 void SharedFile::rewrite(const std::function<std::string(std::string_view)>& change) const {
   std::error_code error;

@@ -1,8 +1,7 @@
 #include "adapters/odbc/handle.h"
 
+#include "adapters/odbc/odbc_call.h"
 #include "platform/database_error.h"
-
-#include <sql.h>
 
 namespace qx::odbc {
 

@@ -1,21 +1,15 @@
 #include "adapters/odbc/interrupter.h"
 
-#include <sql.h>
+#include "adapters/odbc/odbc_call.h"
+#include "adapters/system/quiet_thread.h"
 
 #include <cerrno>
-#include <csignal>
 
 namespace qx::odbc {
 
 Interrupter::Interrupter() {
   sem_init(&wakeUp_, 0, 0);
-  // The program's signals are meant for its own thread.
-  sigset_t all;
-  sigset_t before;
-  sigfillset(&all);
-  pthread_sigmask(SIG_SETMASK, &all, &before);
-  thread_ = std::thread([this] { watch(); });
-  pthread_sigmask(SIG_SETMASK, &before, nullptr);
+  thread_ = quietThread([this] { watch(); });
 }
 
 Interrupter::~Interrupter() {

@@ -1,6 +1,9 @@
 // What the functions of ODBC take in place of texts and numbers. For source files only.
 #pragma once
 
+#ifdef _WIN32
+#include <windows.h> // needed by those below, which do not include it
+#endif
 #include <sql.h>
 #include <sqlext.h>
 #include <sqlucode.h>

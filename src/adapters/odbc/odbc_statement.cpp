@@ -12,13 +12,14 @@
 #include <cstring>
 #include <limits>
 #include <memory>
+#include <type_traits>
 
 namespace qx::odbc {
 namespace {
 
 using relational::ColumnKind;
 
-static_assert(sizeof(SQLLEN) == sizeof(long) && sizeof(SQLULEN) == sizeof(unsigned long));
+static_assert(std::is_same_v<SQLLEN, std::ptrdiff_t> && sizeof(SQLULEN) == sizeof(std::size_t));
 
 constexpr std::size_t blockBytes = 65536;
 constexpr std::size_t mostRows = 64;

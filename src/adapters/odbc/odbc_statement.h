@@ -5,6 +5,7 @@
 #include "adapters/odbc/odbc_driver.h"
 #include "adapters/sql/driver.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string>
@@ -39,7 +40,7 @@ private:
   struct Parameter {
     short type = 0; ///< what the server expects there
     std::u16string text;
-    long length = 0; ///< in bytes, or the mark of null
+    std::ptrdiff_t length = 0; ///< in bytes, or the mark of null
   };
   enum class Transfer : std::uint8_t { Integer, Double, Digits, Text };
   struct Column {
@@ -48,7 +49,7 @@ private:
     Transfer transfer = Transfer::Text;
     std::size_t width = 0;    ///< bytes of one value
     std::vector<char> values; ///< of a block of rows
-    std::vector<long> lengths;
+    std::vector<std::ptrdiff_t> lengths;
   };
 
   void forgetIfFreed();

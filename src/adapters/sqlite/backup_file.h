@@ -1,9 +1,11 @@
 // The file that a backup is written to.
 #pragma once
 
+#include "platform/files.h"
 #include "platform/maintenance.h"
 
 #include <filesystem>
+#include <optional>
 #include <vector>
 
 namespace qx::sqlite {
@@ -22,14 +24,13 @@ public:
   ~BackupFile();
 
   /// The file to write.
-  const std::filesystem::path& written() const { return written_; }
+  const std::filesystem::path& written() const { return file_->path(); }
   void finish();
 
 private:
   std::filesystem::path target_;
   ExistingFile existing_;
-  std::filesystem::path written_;
-  int file_ = -1; ///< locked, so that no other backup takes it for a leftover
+  std::optional<File> file_; ///< open, so that no other backup takes it for an abandoned one
 };
 
 } // namespace qx::sqlite

@@ -2,6 +2,7 @@
 
 #include "adapters/sqlite/sqlite_error.h"
 #include "platform/database_error.h"
+#include "platform/path_text.h"
 
 #include <sqlite3.h>
 
@@ -30,7 +31,7 @@ FileStamp FileStamp::of(const std::filesystem::path& file) {
 }
 
 void DatabaseHandle::compareStamp() const {
-  if (FileStamp::of(target_) != *watched_)
+  if (FileStamp::of(pathOf(target_)) != *watched_)
     throw BusyError(target_ + ": another program changed the database while it was read; try again",
                     SQLITE_BUSY);
 }

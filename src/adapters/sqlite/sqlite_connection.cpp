@@ -3,6 +3,7 @@
 #include "adapters/sqlite/sqlite_bulk_staging.h"
 #include "adapters/sqlite/sqlite_driver.h"
 #include "adapters/sqlite/sqlite_maintenance.h"
+#include "platform/path_text.h"
 
 #include <stdexcept>
 #include <thread>
@@ -46,7 +47,7 @@ const std::string& SqliteConnection::connectionString() const { return driver_.d
 std::vector<std::filesystem::path> SqliteConnection::files() const {
   const std::string file = driver_.file();
   if (file.empty()) return {};
-  return {file, file + "-wal", file + "-shm", file + "-journal"};
+  return {pathOf(file), pathOf(file + "-wal"), pathOf(file + "-shm"), pathOf(file + "-journal")};
 }
 
 void SqliteConnection::prepare(Control& control, const char* text) {

@@ -4,19 +4,16 @@
 #include "adapters/sqlite/sqlite_connection.h"
 #include "adapters/sqlite/sqlite_error.h"
 #include "platform/database_error.h"
+#include "platform/path_text.h"
 
 #include <sqlite3.h>
 
-#include <cerrno>
-#include <fcntl.h>
 #include <filesystem>
 #include <ios>
 #include <sstream>
 #include <string>
 #include <string_view>
-#include <sys/stat.h>
 #include <system_error>
-#include <unistd.h>
 
 namespace qx {
 namespace {
@@ -71,7 +68,7 @@ void keepSavepointsInMemory() {
   [[maybe_unused]] static const int configured = sqlite3_config(SQLITE_CONFIG_STMTJRNL_SPILL, never);
 }
 
-/// `name` is absolute, so that SQLite takes none for an in-memory database.
+/// `name` is a full name.
 Handle openHandle(const std::string& target, const std::string& name, int flags) {
   keepSavepointsInMemory();
   sqlite3* raw = nullptr;
@@ -83,17 +80,16 @@ Handle openHandle(const std::string& target, const std::string& name, int flags)
   return handle;
 }
 
-bool mayWrite(const std::string& target) {
-  const fs::path folder = fs::absolute(target).parent_path();
-  return access(target.c_str(), W_OK) == 0 && access(folder.c_str(), W_OK) == 0;
-}
+/// The absolute name for SQLite, which takes none of them for an in-memory database.
+std::string fullName(const std::string& target) { return textOf(fs::absolute(pathOf(target))); }
 
 /// The file's name for SQLite with the promise that nobody writes it.
 std::string unchangingFile(const std::string& target) {
   constexpr std::string_view reserved = "%?#";
   std::ostringstream uri;
-  uri << "file:" << std::hex << std::uppercase;
-  for (const char c : fs::absolute(target).string())
+  const std::u8string name = fs::absolute(pathOf(target)).generic_u8string();
+  uri << (name.starts_with(u8'/') ? "file://" : "file:///") << std::hex << std::uppercase;
+  for (const char c : std::string(name.begin(), name.end()))
     if (reserved.find(c) == std::string_view::npos)
       uri << c;
     else
@@ -105,13 +101,13 @@ std::string unchangingFile(const std::string& target) {
 /// For a user who may only read. Where no other program has the file open, SQLite could not create the files
 /// that readers and writers share: the file is then read as it is, and watched.
 std::unique_ptr<SqliteConnection> openForReading(const std::string& target, WorkOwner workOwner) {
-  const sqlite::FileStamp before = sqlite::FileStamp::of(target);
+  const sqlite::FileStamp before = sqlite::FileStamp::of(pathOf(target));
   const auto connect = [&](const std::string& name, int flags) {
     return std::make_unique<SqliteConnection>(
         openHandle(target, name, SQLITE_OPEN_READONLY | flags).release(), target, workOwner);
   };
   try {
-    return connect(fs::absolute(target).string(), 0);
+    return connect(fullName(target), 0);
   } catch (const StoreError&) {
     if (before.journal) throw;
   }
@@ -122,46 +118,20 @@ std::unique_ptr<SqliteConnection> openForReading(const std::string& target, Work
 
 std::unique_ptr<Connection> openExisting(std::string_view path, WorkOwner workOwner) {
   const std::string target(path);
+  const fs::path file = pathOf(target);
   std::error_code ignored;
-  if (fs::is_directory(target, ignored)) throw StoreError(target + ": is a directory", SQLITE_CANTOPEN);
-  if (!fs::exists(target, ignored)) throw StoreError(target + ": there is no such file", SQLITE_CANTOPEN);
-  if (!mayWrite(target)) return openForReading(target, workOwner);
-  Handle handle = openHandle(target, fs::absolute(target).string(), SQLITE_OPEN_READWRITE);
+  if (fs::is_directory(file, ignored)) throw StoreError(target + ": is a directory", SQLITE_CANTOPEN);
+  if (!fs::exists(file, ignored)) throw StoreError(target + ": there is no such file", SQLITE_CANTOPEN);
+  if (!mayWrite(file)) return openForReading(target, workOwner);
+  Handle handle = openHandle(target, fullName(target), SQLITE_OPEN_READWRITE);
   return std::make_unique<SqliteConnection>(handle.release(), target, workOwner);
-}
-
-[[noreturn]] void raiseOf(const fs::path& path, int error) {
-  throw StoreError(path.string() + ": " + std::generic_category().message(error), SQLITE_CANTOPEN);
-}
-
-/// The permissions that are asked for, whatever the process's mask takes away.
-void permit(const fs::path& path, mode_t mode) {
-  if (chmod(path.c_str(), mode) != 0) raiseOf(path, errno);
-}
-
-/// The folder and those above it that are missing.
-void createFolders(const fs::path& folder, FileSharing sharing) {
-  constexpr mode_t ownerOnly = 0700;
-  // Journals, which each user creates anew, take the group of the folder.
-  constexpr mode_t ownerAndGroup = 02770;
-  fs::path path;
-  for (const fs::path& part : folder) {
-    path /= part;
-    std::error_code unknown;
-    if (fs::exists(path, unknown)) continue;
-    if (mkdir(path.c_str(), ownerOnly) == 0) {
-      if (sharing == FileSharing::Group) permit(path, ownerAndGroup);
-    } else if (errno != EEXIST) {
-      raiseOf(path, errno);
-    }
-  }
 }
 
 } // namespace
 
 bool SqliteDatabase::exists(std::string_view path) const {
   std::error_code failure;
-  const fs::file_status status = fs::status(fs::path(path), failure);
+  const fs::file_status status = fs::status(pathOf(path), failure);
   if (fs::status_known(status)) return fs::exists(status);
   const bool closed = failure == std::errc::permission_denied;
   throw StoreError(std::string(path) + (closed ? ": its folder may not be entered: " : ": ") +
@@ -170,7 +140,7 @@ bool SqliteDatabase::exists(std::string_view path) const {
 }
 
 fs::path SqliteDatabase::folder(std::string_view path) const {
-  return fs::absolute(fs::path(path)).parent_path();
+  return fs::absolute(pathOf(path)).parent_path();
 }
 
 std::unique_ptr<Connection> SqliteDatabase::open(std::string_view path) {
@@ -182,23 +152,20 @@ std::unique_ptr<Connection> SqliteDatabase::openAsHost(std::string_view path) {
 }
 
 void SqliteDatabase::reserve(std::string_view path, FileSharing sharing) {
-  const fs::path target(path);
-  createFolders(fs::absolute(target).parent_path(), sharing);
-  constexpr mode_t ownerOnly = 0600;
-  constexpr mode_t ownerAndGroup = 0660;
-  // SQLite gives its journals the same permissions.
-  const int file = ::open(target.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, ownerOnly);
-  if (file < 0 && errno == EEXIST) return;
-  if (file < 0) raiseOf(target, errno);
-  close(file);
-  if (sharing == FileSharing::Group) permit(target, ownerAndGroup);
+  const fs::path target = pathOf(path);
+  try {
+    createFolders(fs::absolute(target).parent_path(), sharing);
+    // SQLite gives its journals the same permissions.
+    createEmptyFile(target, sharing);
+  } catch (const std::system_error& failure) {
+    throw StoreError(failure.what(), SQLITE_CANTOPEN);
+  }
 }
 
 std::unique_ptr<Connection> SqliteDatabase::create(std::string_view path) {
   const std::string target(path);
   reserve(target, FileSharing::Owner);
-  Handle handle =
-      openHandle(target, fs::absolute(target).string(), SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+  Handle handle = openHandle(target, fullName(target), SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
   // Write-ahead logging, a property of the file: readers never wait for a run.
   check(handle.get(), sqlite3_exec(handle.get(), "PRAGMA journal_mode=WAL", nullptr, nullptr, nullptr),
         target);

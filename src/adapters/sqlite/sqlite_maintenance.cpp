@@ -7,6 +7,7 @@
 #include "adapters/sqlite/sqlite_database.h"
 #include "adapters/sqlite/sqlite_error.h"
 #include "platform/database_error.h"
+#include "platform/path_text.h"
 
 #include <sqlite3.h>
 
@@ -61,10 +62,10 @@ std::string columnsOf(Connection& connection, std::string_view table) {
 void SqliteMaintenance::copyTo(const std::filesystem::path& file, ExistingFile existing) {
   BackupFile backup(file, existing, connection_.files());
   // A handle of its own: from a connection inside a unit nothing can be copied.
-  const CopyHandle from = openForCopy(connection_.files().front().string(), SQLITE_OPEN_READONLY);
+  const CopyHandle from = openForCopy(textOf(connection_.files().front()), SQLITE_OPEN_READONLY);
   {
-    const CopyHandle to = openForCopy(backup.written().string(), SQLITE_OPEN_READWRITE);
-    copyAll(from.get(), to.get(), file.string());
+    const CopyHandle to = openForCopy(textOf(backup.written()), SQLITE_OPEN_READWRITE);
+    copyAll(from.get(), to.get(), textOf(file));
   }
   backup.finish();
 }

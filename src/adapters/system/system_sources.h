@@ -3,11 +3,7 @@
 
 #include "platform/system.h"
 
-#include <cstdint>
-#include <functional>
 #include <optional>
-#include <span>
-#include <utility>
 
 namespace qx {
 
@@ -20,20 +16,10 @@ public:
   void sleep(std::chrono::milliseconds span) override;
 };
 
-/// Fills the bytes with random ones; false when the system cannot provide them.
-using RandomBytes = std::function<bool(std::span<std::uint8_t>)>;
-
-/// The random bytes of the operating system. Never raises.
-bool systemRandomBytes(std::span<std::uint8_t> bytes);
-
-/// Random GUIDs of version 4.
-class RandomGuidSource final : public GuidSource {
+/// The operating system's GUIDs of version 4. Null when it cannot provide one.
+class SystemGuidSource final : public GuidSource {
 public:
-  explicit RandomGuidSource(RandomBytes source = systemRandomBytes) : source_(std::move(source)) {}
   std::optional<GuidFields> create() override;
-
-private:
-  RandomBytes source_;
 };
 
 } // namespace qx
