@@ -18,13 +18,21 @@ ErrorNumber numberOf(const std::exception& exception) {
   return ErrorNumber::Failed;
 }
 
+/// The words of an exception are for programmers where they are not the component's own German ones.
+std::string described(const std::exception& exception, ErrorNumber number) {
+  if (dynamic_cast<const AutomationError*>(&exception) != nullptr) return exception.what();
+  if (number == ErrorNumber::NoSuchItem)
+    return std::string("Diesen Eintrag gibt es nicht (") + exception.what() + ").";
+  if (number == ErrorNumber::InvalidCall)
+    return std::string("Das Argument ist ungültig (") + exception.what() + ").";
+  return germanCause(exception);
+}
+
 /// Without the text when there is no memory for one.
 Failure described(const std::exception& exception) noexcept {
   Failure failure{numberOf(exception), {}};
   try {
-    failure.description = dynamic_cast<const AutomationError*>(&exception) != nullptr
-                              ? exception.what()
-                              : germanCause(exception);
+    failure.description = described(exception, failure.number);
   } catch (const std::exception&) {
     failure.number = ErrorNumber::OutOfMemory;
   }

@@ -45,7 +45,7 @@ ObjectPointer ObjectContext::find(const ClassTable& table, const std::shared_ptr
   if (!target) return nullptr;
   std::weak_ptr<AutomationObject>& known = objects_[{&table, target.get()}];
   if (auto object = known.lock()) return object;
-  const auto object = make(table, target);
+  auto object = make(table, target);
   known = object;
   return object;
 }

@@ -47,6 +47,8 @@ private:
 class ClassObject : public AutomationObject {
 public:
   ClassObject(std::shared_ptr<ObjectContext> context, const ClassTable& table, std::shared_ptr<void> target);
+  ClassObject(const ClassObject&) = delete;
+  ClassObject& operator=(const ClassObject&) = delete;
   ~ClassObject() override;
 
   const ClassTable& table() const { return table_; }

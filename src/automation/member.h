@@ -161,7 +161,7 @@ struct Passed<std::string_view> {
   std::string held;
 
   void read(ObjectContext& /*context*/, const Variant& given) { held = textOf(given); }
-  std::string_view pass() { return held; }
+  std::string_view pass() const { return held; }
 };
 
 template <>
@@ -172,7 +172,7 @@ struct Passed<std::optional<std::string_view>> {
   std::optional<std::string> held;
 
   void read(ObjectContext& /*context*/, const Variant& given) { held = textOf(given); }
-  std::optional<std::string_view> pass() { return held; }
+  std::optional<std::string_view> pass() const { return held; }
 };
 
 /// An answer that is made only when it is wanted.
@@ -201,7 +201,7 @@ struct Passed<const T&> {
     held = Content<std::shared_ptr<T>>::read(context, given);
     if (!held) throw AutomationError(ErrorNumber::ObjectNotSet, "Die Objektvariable ist nicht festgelegt.");
   }
-  const T& pass() { return *held; }
+  const T& pass() const { return *held; }
 };
 
 /// The name of a parameter, and what its C++ type does not tell.
@@ -268,7 +268,8 @@ struct Signature {
 
 private:
   template <class Function, std::size_t... I>
-  static Variant callWith(CallFrame& frame, Function& function, Held& held, std::index_sequence<I...>) {
+  static Variant callWith(CallFrame& frame, Function& function, Held& held,
+                          std::index_sequence<I...> /*places*/) {
     (readOne(frame, I, std::get<I>(held)), ...);
     Variant result;
     if constexpr (std::is_void_v<R>)

@@ -18,22 +18,49 @@ namespace chrono = std::chrono;
 constexpr chrono::sys_days serialOrigin{chrono::year{1899} / chrono::December / 30};
 constexpr double secondsOfDay = 86400;
 
+/// The text of what is neither Null nor an object.
+std::string printed(const Variant& value) {
+  switch (value.kind()) {
+  case VariantKind::Boolean:
+    return std::string(germanBoolean(value.as<bool>()));
+  case VariantKind::Int16:
+    return std::to_string(value.as<std::int16_t>());
+  case VariantKind::Int32:
+    return std::to_string(value.as<std::int32_t>());
+  case VariantKind::Int64:
+    return std::to_string(value.as<std::int64_t>());
+  case VariantKind::Double:
+    return germanNumber(value.as<double>());
+  case VariantKind::Currency: {
+    std::string amount = value.as<Money>().toText();
+    if (const auto point = amount.find('.'); point != std::string::npos) amount[point] = ',';
+    return amount;
+  }
+  case VariantKind::Date: {
+    const DateTime& moment = value.as<DateTime>();
+    std::string text = germanDate(moment.date);
+    if (moment == DateTime{moment.date}) return text;
+    const auto twoDigits = [](int number) { return (number < 10 ? "0" : "") + std::to_string(number); };
+    return text + " " + twoDigits(moment.hour) + ":" + twoDigits(moment.minute) + ":" +
+           twoDigits(moment.second);
+  }
+  case VariantKind::Text:
+    return value.as<std::string>();
+  default:
+    return {};
+  }
+}
+
 /// How a value is called in a message.
 std::string shown(const Variant& value) {
-  switch (value.kind()) {
-  case VariantKind::Object:
+  if (value.kind() == VariantKind::Object)
     return value.as<ObjectPointer>()
                ? "ein Objekt der Klasse " + std::string(value.as<ObjectPointer>()->className())
                : "Nothing";
-  case VariantKind::Text: {
-    const std::string& text = value.as<std::string>();
-    constexpr std::size_t longest = 60;
-    const bool whole = characterCount(text) <= longest;
-    return "'" + oneLine(firstCharacters(text, longest)) + (whole ? "'" : "...'");
-  }
-  default:
-    return "'" + textOf(value) + "'";
-  }
+  const std::string text = printed(value);
+  constexpr std::size_t longest = 60;
+  const bool whole = characterCount(text) <= longest;
+  return "'" + oneLine(firstCharacters(text, longest)) + (whole ? "'" : "...'");
 }
 
 [[noreturn]] void mismatch(const Variant& value, std::string_view expected) {
@@ -125,39 +152,10 @@ Variant plainValue(const Variant& value) {
 std::string textOf(const Variant& value) {
   const Variant plain = plainValue(value);
   refuseNull(plain);
-  switch (plain.kind()) {
-  case VariantKind::Empty:
-    return {};
-  case VariantKind::Boolean:
-    return std::string(germanBoolean(plain.as<bool>()));
-  case VariantKind::Int16:
-    return std::to_string(plain.as<std::int16_t>());
-  case VariantKind::Int32:
-    return std::to_string(plain.as<std::int32_t>());
-  case VariantKind::Int64:
-    return std::to_string(plain.as<std::int64_t>());
-  case VariantKind::Currency: {
-    std::string amount = plain.as<Money>().toText();
-    if (const auto point = amount.find('.'); point != std::string::npos) amount[point] = ',';
-    return amount;
-  }
-  case VariantKind::Date: {
-    const DateTime& moment = plain.as<DateTime>();
-    std::string text = germanDate(moment.date);
-    if (moment == DateTime{moment.date}) return text;
-    const auto twoDigits = [](int number) { return (number < 10 ? "0" : "") + std::to_string(number); };
-    return text + " " + twoDigits(moment.hour) + ":" + twoDigits(moment.minute) + ":" +
-           twoDigits(moment.second);
-  }
-  case VariantKind::Text: {
-    const std::string& text = plain.as<std::string>();
-    if (text.find('\0') != std::string::npos)
-      throw AutomationError(ErrorNumber::InvalidCall, "Der Text enthält das Zeichen NUL.");
-    return text;
-  }
-  default:
-    return germanNumber(numberOf(plain));
-  }
+  std::string text = printed(plain);
+  if (text.find('\0') != std::string::npos)
+    throw AutomationError(ErrorNumber::InvalidCall, "Der Text enthält das Zeichen NUL.");
+  return text;
 }
 
 bool truthOf(const Variant& value) {

@@ -146,6 +146,10 @@ TEST(AutomationErrors, HaveOneNumberForEachKindOfException) {
   EXPECT_EQ(number([] { throw std::runtime_error("no tables"); }), 440);
   EXPECT_EQ(number([] { throw StatementError("refused", 19); }), 440);
   EXPECT_EQ(number([] { throw 42; }), 51);
+  EXPECT_EQ(outcome([]() -> Variant { throw std::out_of_range("no item 7"); }),
+            "9: Diesen Eintrag gibt es nicht (no item 7).");
+  EXPECT_EQ(outcome([]() -> Variant { throw std::invalid_argument("no date"); }),
+            "5: Das Argument ist ungültig (no date).");
   // The database's own words are not for a clerk.
   EXPECT_EQ(outcome([]() -> Variant { throw StatementError("UNIQUE failed", 19); }),
             "440: Die Datenbank hat das abgelehnt.");

@@ -39,7 +39,7 @@ struct Passed<ComboTarget&> {
   void read(ObjectContext& context, const Variant& given) {
     held = componentOf(context).comboOf(objectOf(given));
   }
-  ComboTarget& pass() { return *held; }
+  ComboTarget& pass() const { return *held; }
 };
 
 /// The component's own or one that stands on an object of the host.

@@ -40,6 +40,8 @@ public:
                                               Diagnostics& diagnostics);
   EngineObject(std::shared_ptr<ObjectContext> context, std::shared_ptr<ImportJobObject2> engine,
                Diagnostics& diagnostics);
+  EngineObject(const EngineObject&) = delete;
+  EngineObject& operator=(const EngineObject&) = delete;
   ~EngineObject() override;
 
   std::uint32_t advise(std::shared_ptr<EventSink> sink) override;
