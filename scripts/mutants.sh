@@ -40,6 +40,7 @@ suites_of() {
   src/rules/*) echo rules engine golden ui store cli ;;
   src/store/*) echo store engine golden cli ui ;;
   src/engine/*) echo engine golden cli ui ;;
+  src/automation/*) echo automation ;;
   src/erp/*) echo erp rules engine golden ui cli ;;
   src/adapters/local_settings/*) echo local_settings cli ;;
   src/adapters/sql/*) echo sql database store engine golden erp cli ;;

@@ -4,6 +4,7 @@
 #include "adapters/sql/dialect.h"
 #include "adapters/sql/select_parts.h"
 #include "adapters/sql/translation.h"
+#include "automation_lists.h"
 #include "engine/finding_terms.h"
 #include "erp/lookups/lookup_sources.h"
 #include "erp/schema.h"
@@ -283,5 +284,6 @@ int main() {
   printRules("Befunde eines Auftrags", "order.");
   printTables();
   printLookups();
+  printAutomationLists();
   printSqlServerScript();
 }

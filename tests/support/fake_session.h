@@ -17,7 +17,7 @@
 namespace qx {
 
 /// Shared settings in memory, a fixed date and user, no numbers and no unit conversions.
-class FixedSession final : public Session {
+class FixedSession : public Session {
 public:
   void Connect(std::string_view activeSessionId, std::string_view connectWith) override {
     calls.push_back("Connect ActiveSessionID=" + std::string(activeSessionId) +

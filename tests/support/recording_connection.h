@@ -48,7 +48,7 @@ private:
 };
 
 /// Everything else is forwarded; as a host's connection it has no units of work of its own.
-class RecordingConnection final : public Connection {
+class RecordingConnection : public Connection {
 public:
   explicit RecordingConnection(std::shared_ptr<Connection> connection, bool host = false)
       : connection_(std::move(connection)), host_(host) {}

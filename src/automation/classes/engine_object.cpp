@@ -1,0 +1,67 @@
+#include "automation/classes/engine_object.h"
+
+#include "automation/automation_error.h"
+#include "automation/classes/class_tables.h"
+
+#include <algorithm>
+#include <string>
+
+namespace qx::automation {
+
+std::shared_ptr<EngineObject> EngineObject::create(std::shared_ptr<ObjectContext> context,
+                                                   std::shared_ptr<ImportJobObject2> engine,
+                                                   Diagnostics& diagnostics) {
+  return std::make_shared<EngineObject>(std::move(context), std::move(engine), diagnostics);
+}
+
+EngineObject::EngineObject(std::shared_ptr<ObjectContext> context, std::shared_ptr<ImportJobObject2> engine,
+                           Diagnostics& diagnostics)
+    : ClassObject(std::move(context), ClassOf<ImportJobObject2>::table(), engine), diagnostics_(diagnostics) {
+  subscription_.emplace(engine->subscribe(*this));
+}
+
+EngineObject::~EngineObject() = default;
+
+std::uint32_t EngineObject::advise(std::shared_ptr<EventSink> sink) {
+  sinks_.emplace_back(++lastCookie_, std::move(sink));
+  return lastCookie_;
+}
+
+bool EngineObject::unadvise(std::uint32_t cookie) {
+  const auto found = std::ranges::find_if(sinks_, [&](const auto& each) { return each.first == cookie; });
+  if (found == sinks_.end()) return false;
+  // Its release may call back: by then it is gone.
+  const auto leaving = std::move(found->second);
+  sinks_.erase(found);
+  return true;
+}
+
+bool EngineObject::isConnected(std::uint32_t cookie) const {
+  return std::ranges::any_of(sinks_, [&](const auto& each) { return each.first == cookie; });
+}
+
+void EngineObject::raise(DispatchId event, const std::vector<Variant>& arguments) {
+  const ObjectPointer self = shared_from_this();
+  const auto connected = sinks_;
+  for (const auto& [cookie, sink] : connected) {
+    if (!isConnected(cookie)) continue;
+    try {
+      sink->raise(event, arguments);
+    } catch (...) {
+      const Failure failure = failureOf(std::current_exception());
+      diagnostics_.report({"event sink", failure.description, ""});
+    }
+  }
+}
+
+void EngineObject::JobViewUnload() { raise(static_cast<DispatchId>(EventId::JobViewUnload), {}); }
+
+void EngineObject::ProcessProgress(std::int16_t percent) {
+  raise(static_cast<DispatchId>(EventId::ProcessProgress), {percent});
+}
+
+void EngineObject::ProcessInfo(std::string_view info) {
+  raise(static_cast<DispatchId>(EventId::ProcessInfo), {info});
+}
+
+} // namespace qx::automation
