@@ -102,6 +102,9 @@ TEST_F(JobViewTest, FiltersByStateAndSaysWhyNothingIsListed) {
     stage("T" + std::to_string(jobType), jobType);
   show();
   EXPECT_EQ(listed(), "T32 T21 T10 T0 ");
+  EXPECT_EQ(cellText(state.rows[0], JobColumn::Vorgang), "Auftrag (fehler)");
+  EXPECT_EQ(cellText(state.rows[1], JobColumn::Vorgang), "Vertrag (prüfen)");
+  EXPECT_EQ(cellText(state.rows[2], JobColumn::Vorgang), "Kunden");
   EXPECT_EQ(state.counts, (JobCounts{1, 1, 1, 1}));
   view.command(Tool::ViewDone);
   EXPECT_TRUE(state.tool(Tool::ViewDone).checked);
@@ -117,9 +120,9 @@ TEST_F(JobViewTest, FiltersByStateAndSaysWhyNothingIsListed) {
 }
 
 TEST_F(JobViewTest, SortsByColumnWithAFlagOfItsOwnForEach) {
-  stage("A", 30, "02.12.2006", "b");
-  stage("B", 10, "15.01.2006", "C");
-  stage("C", 20, "unlesbar", "a");
+  stage("A", 30, "02.12.2006", "b", "3");
+  stage("B", 10, "15.01.2006", "C", "2");
+  stage("C", 20, "unlesbar", "a", "1");
   show();
   EXPECT_EQ(listed(), "A B C ");
   EXPECT_TRUE(state.sortDescending);
@@ -139,6 +142,23 @@ TEST_F(JobViewTest, SortsByColumnWithAFlagOfItsOwnForEach) {
   EXPECT_EQ(listed(), "A B C ");
   view.headClick(99);
   EXPECT_EQ(listed(), "A B C ");
+  view.headClick(4);
+  EXPECT_EQ(listed(), "C B A ");
+}
+
+TEST_F(JobViewTest, ASelectionProcessesItsKindAlone) {
+  for (const auto& [tool, taken] :
+       {std::pair(Tool::Kunden, "K "), std::pair(Tool::Verträge, "V "), std::pair(Tool::Aufträge, "A "),
+        std::pair(Tool::KundenVerträge, "K V ")}) {
+    erp.execute("Delete From ImportKopf"_sql);
+    stage("A", 30);
+    stage("K", 10);
+    stage("V", 20);
+    show();
+    view.command(tool);
+    EXPECT_EQ(erp.keys("Select JobID From ImportKopf Where JobType Not In (10, 20, 30) Order By JobID"_sql),
+              taken);
+  }
 }
 
 TEST_F(JobViewTest, ListsTheFirstTwoThousandAndSaysSo) {

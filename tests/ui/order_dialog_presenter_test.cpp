@@ -145,11 +145,16 @@ TEST_F(OrderDialogTest, WarnsOfStockAndCostAssignmentOnlyWhereTheOptionsSaySo) {
   EXPECT_EQ(grid.editing()->edit(0, column(grid, "Menge"), "2"), "");
   EXPECT_THAT(codes(*dialog), ElementsAre("KO"));
   const auto details = grid.editing()->details(0);
+  const ControlState& cost = details->control(*details->find("tdbnbrKostID"));
+  EXPECT_EQ(cost.picture, CheckStatus::Warning);
+  EXPECT_EQ(cost.message, "Achtung: Fehlende Kostenzuordnung für Artikel 'A100'!");
+  EXPECT_EQ(details->control(*details->find("tdbnbrPreis")).picture, CheckStatus::Clean);
   details->type(*details->find("tdbnbrKostID"), "8");
   details->leave(*details->find("tdbnbrKostID"));
   EXPECT_THAT(codes(*dialog), ElementsAre("KO")) << "nobody has laid down this number";
   details->type(*details->find("tdbnbrKostID"), "7");
   details->leave(*details->find("tdbnbrKostID"));
+  EXPECT_EQ(cost.picture, CheckStatus::Clean);
   EXPECT_THAT(codes(*dialog), IsEmpty());
 }
 
