@@ -19,7 +19,8 @@ if ! log=$("${configure[@]}" 2>&1); then
   exit 1
 fi
 
-[ $# -gt 0 ] || mapfile -t files < <(git ls-files 'src/*.cpp')
+# Those for Windows need headers that are not here; their compiler checks them.
+[ $# -gt 0 ] || mapfile -t files < <(git ls-files 'src/*.cpp' ':!src/*_windows.cpp')
 [ $# -eq 0 ] || files=("$@")
 # The count of warnings in foreign headers says nothing.
 printf '%s\0' "${files[@]}" |
