@@ -40,7 +40,8 @@ TEST(UserSettings, AreReadBackAsTheyWereWritten) {
   EXPECT_EQ(UserSettings().read("Prüfung", "MAIN", "Fehlt"), "");
   EXPECT_EQ(UserSettings().read("Prüfung", "FEHLT", "Größe"), "");
   const std::string longText(5000, 'x');
-  for (const std::string& text : {std::string(" ä;\"ö\" €\\ "), std::string(), longText, std::string("nul\0byte", 8)}) {
+  for (const std::string& text :
+       {std::string(" ä;\"ö\" €\\ "), std::string(), longText, std::string("nul\0byte", 8)}) {
     UserSettings().write("Prüfung", "MAIN", "Wert", text);
     EXPECT_EQ(UserSettings().read("Prüfung", "MAIN", "Wert"), text);
   }
@@ -81,7 +82,8 @@ TEST(Files, WithUmlautsAreTheSameForStreamsAndForTheSystem) {
   std::ofstream(path) << "Zeile";
   std::array<char, 100> read{};
   EXPECT_EQ(File::forReading(path).read(read.data(), read.size()), 5U);
-  EXPECT_NE(GetFileAttributesW((folder.path() / L"Auftr\u00e4ge \u20ac.txt").c_str()), INVALID_FILE_ATTRIBUTES);
+  EXPECT_NE(GetFileAttributesW((folder.path() / L"Auftr\u00e4ge \u20ac.txt").c_str()),
+            INVALID_FILE_ATTRIBUTES);
 }
 
 TEST(Files, ReplaceOthersUnlessAProgramHasThemOpen) {
@@ -95,7 +97,8 @@ TEST(Files, ReplaceOthersUnlessAProgramHasThemOpen) {
       replaceFile(folder.path() / "neu.txt", path);
       FAIL();
     } catch (const std::system_error& refused) {
-      EXPECT_NE(std::string(refused.what()).find("alt.txt: another program has the file open"), std::string::npos)
+      EXPECT_NE(std::string(refused.what()).find("alt.txt: another program has the file open"),
+                std::string::npos)
           << refused.what();
     }
   }
@@ -112,14 +115,15 @@ TEST(TemporaryFile, CanBeOpenedByItsNameAndVanishesWithTheObject) {
     copy.file().write("Inhalt\n");
     copy.file().rewind();
     std::array<char, 100> read{};
-    EXPECT_EQ(File::forReading(pathOf(name)).read(read.data(), read.size()), 7U) << "line ends are not changed";
+    EXPECT_EQ(File::forReading(pathOf(name)).read(read.data(), read.size()), 7U)
+        << "line ends are not changed";
     EXPECT_EQ(copy.file().read(read.data(), read.size()), 7U);
   }
   EXPECT_FALSE(std::filesystem::exists(pathOf(name)));
 }
 
-const std::vector<std::string> awkwardWords{"",          "ein Wort", "\"",          "a\\\\\"b", "C:\\Büro\\",
-                                            "C:\\mit Leer\\", "€ %PATH%", "--option=\"x y\""};
+const std::vector<std::string> awkwardWords{"",           "ein Wort",       "\"",       "a\\\\\"b",
+                                            "C:\\Büro\\", "C:\\mit Leer\\", "€ %PATH%", "--option=\"x y\""};
 
 /// Run by the test below in a process of its own.
 TEST(ContinueAs, DISABLED_SeesTheWords) {
@@ -136,8 +140,8 @@ TEST(ContinueAs, PassesWordsAndReturnsTheStatus) {
   ASSERT_EQ(program.extension(), ".exe");
   auto named = program;
   named.replace_extension();
-  std::vector<std::string> words{"--gtest_also_run_disabled_tests", "--gtest_filter=ContinueAs.DISABLED_SeesTheWords",
-                                 "--gtest_brief=1"};
+  std::vector<std::string> words{"--gtest_also_run_disabled_tests",
+                                 "--gtest_filter=ContinueAs.DISABLED_SeesTheWords", "--gtest_brief=1"};
   words.insert(words.end(), awkwardWords.begin(), awkwardWords.end());
   EXPECT_EQ(continueAs(named, words), 0);
   const auto shell = pathOf(environmentVariable("SystemRoot").value()) / "system32" / "cmd";

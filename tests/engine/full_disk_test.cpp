@@ -20,13 +20,14 @@ TEST_F(RunOnAFullDisk, AStoreThatFailsWhileTheProtocolIsMadeEndsTheRunBeforeItsF
   }
   EXPECT_EQ(engine.lastRun().end, RunEnd::Broken);
   ASSERT_EQ(erp.desktop.shown.size(), 2U);
-  EXPECT_THAT(
-      erp.desktop.shown.front().text,
-      ::testing::StartsWith("Fehler bei der Verarbeitung: Die Datenbank kann nicht gelesen oder geschrieben werden."))
+  EXPECT_THAT(erp.desktop.shown.front().text,
+              ::testing::StartsWith(
+                  "Fehler bei der Verarbeitung: Die Datenbank kann nicht gelesen oder geschrieben werden."))
       << "the run ends, it does not go on without its protocol";
-  EXPECT_THAT(erp.desktop.shown.back().text,
-              ::testing::StartsWith("Verarbeitungsprotokoll konnte nicht erzeugt werden. Die Datenbank kann nicht "
-                         "gelesen oder geschrieben werden."));
+  EXPECT_THAT(
+      erp.desktop.shown.back().text,
+      ::testing::StartsWith("Verarbeitungsprotokoll konnte nicht erzeugt werden. Die Datenbank kann nicht "
+                            "gelesen oder geschrieben werden."));
   EXPECT_TRUE(outcomes.empty());
   EXPECT_TRUE(run());
   EXPECT_EQ(done(), 2);

@@ -9,8 +9,8 @@
 
 namespace qx {
 
-/// Hands text on to a sink that takes whole characters only, as a console does. What is begun and not complete waits
-/// for its rest, at the latest until the end of the object.
+/// Hands text on to a sink that takes whole characters only, as a console does. What is begun and not
+/// complete waits for its rest, at the latest until the end of the object.
 class WholeCharacters final : public std::streambuf {
 public:
   /// False when the text could not be taken.
