@@ -15,10 +15,8 @@ wine_folder=/usr/lib/wine
 state=$(mktemp -d)
 export WINEPREFIX=$state/prefix WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,mshtml,winemenubuilder.exe="
 mkdir "$WINEPREFIX"
-server=
 cleanup() {
-  [ -z "$server" ] || kill "$server" 2>/dev/null || true
-  wait 2>/dev/null || true
+  "$wine_folder/wineserver64" -k 2>/dev/null || true
   rm -rf "$state"
 }
 trap cleanup EXIT
@@ -26,7 +24,6 @@ trap cleanup EXIT
 # The server stays: each program would start one of its own, which takes seconds and keeps the output of the tests
 # open. Detached, since an interrupt of the terminal is meant for the tests.
 setsid "$wine_folder/wineserver64" -p -f </dev/null >"$state/server.log" 2>&1 &
-server=$!
 echo "Preparing Wine" >&2
 if ! "$wine_folder/wine64" wineboot -i </dev/null >"$state/boot.log" 2>&1; then
   cat "$state/boot.log" >&2
