@@ -16,6 +16,7 @@ owner() { # HEADER
   case $1 in
   ui/qt/*) echo ui_qt ;;
   erp/lookups/*) echo lookups ;;
+  automation/classes/*) echo automation_classes ;;
   adapters/*/*) basename "$(dirname "$1")" ;;
   *) echo "${1%%/*}" ;;
   esac
