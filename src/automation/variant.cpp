@@ -37,7 +37,7 @@ std::string printed(const Variant& value) {
     return amount;
   }
   case VariantKind::Date: {
-    const DateTime& moment = value.as<DateTime>();
+    const auto& moment = value.as<DateTime>();
     std::string text = germanDate(moment.date);
     if (moment == DateTime{moment.date}) return text;
     const auto twoDigits = [](int number) { return (number < 10 ? "0" : "") + std::to_string(number); };
@@ -161,7 +161,7 @@ std::string textOf(const Variant& value) {
 bool truthOf(const Variant& value) {
   const Variant plain = plainValue(value);
   if (plain.kind() == VariantKind::Text) {
-    const std::string& text = plain.as<std::string>();
+    const auto& text = plain.as<std::string>();
     if (const auto truth = parseGermanBoolean(text)) return *truth;
     if (const auto number = parseTypedNumber(text)) return *number != 0;
     mismatch(plain, "Wahrheitswert");

@@ -17,6 +17,7 @@ owner() { # HEADER
   ui/qt/*) echo ui_qt ;;
   erp/lookups/*) echo lookups ;;
   adapters/system/*) echo system_adapters ;;
+  automation/classes/*) echo automation_classes ;;
   adapters/*/*) basename "$(dirname "$1")" ;;
   *) echo "${1%%/*}" ;;
   esac

@@ -45,15 +45,19 @@ std::vector<Member> sessionMembers() {
   };
 }
 
+/// Six more arguments, which say how the ERP's own conversions are made, are taken and mean nothing here.
 std::vector<Member> conversionMembers() {
   using Text = std::string_view;
+  using Ignored = const Value&;
   return {MembersOf<Umrechnungen>::method(
       "GetUmrechnung", "Base units per wanted unit.",
-      +[](Umrechnungen& conversions, Text article, Text fromRole, Text toRole, Text fromUnit,
-          Text toUnit) -> double {
+      +[](Umrechnungen& conversions, Text article, Text fromRole, Text toRole, Text fromUnit, Text toUnit,
+          Ignored, Ignored, Ignored, Ignored, Ignored, Ignored) -> double {
         return conversions.GetUmrechnung({article, fromRole, toRole, fromUnit, toUnit});
       },
-      "Artikelnummer", "VonArt", "NachArt", "VonEinheit", "NachEinheit")};
+      "Artikelnummer", "VonArt", "NachArt", "VonEinheit", "NachEinheit", optional("Weitere1"),
+      optional("Weitere2"), optional("Weitere3"), optional("Weitere4"), optional("Weitere5"),
+      optional("Weitere6"))};
 }
 
 } // namespace

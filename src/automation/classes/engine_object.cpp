@@ -9,13 +9,13 @@
 namespace qx::automation {
 
 std::shared_ptr<EngineObject> EngineObject::create(std::shared_ptr<ObjectContext> context,
-                                                   std::shared_ptr<ImportJobObject2> engine,
+                                                   const std::shared_ptr<ImportJobObject2>& engine,
                                                    Diagnostics& diagnostics) {
-  return std::make_shared<EngineObject>(std::move(context), std::move(engine), diagnostics);
+  return std::make_shared<EngineObject>(std::move(context), engine, diagnostics);
 }
 
-EngineObject::EngineObject(std::shared_ptr<ObjectContext> context, std::shared_ptr<ImportJobObject2> engine,
-                           Diagnostics& diagnostics)
+EngineObject::EngineObject(std::shared_ptr<ObjectContext> context,
+                           const std::shared_ptr<ImportJobObject2>& engine, Diagnostics& diagnostics)
     : ClassObject(std::move(context), ClassOf<ImportJobObject2>::table(), engine), diagnostics_(diagnostics) {
   subscription_.emplace(engine->subscribe(*this));
 }

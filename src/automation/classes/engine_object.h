@@ -36,9 +36,9 @@ public:
 class EngineObject final : public ClassObject, public EventProvider, private EngineEvents {
 public:
   static std::shared_ptr<EngineObject> create(std::shared_ptr<ObjectContext> context,
-                                              std::shared_ptr<ImportJobObject2> engine,
+                                              const std::shared_ptr<ImportJobObject2>& engine,
                                               Diagnostics& diagnostics);
-  EngineObject(std::shared_ptr<ObjectContext> context, std::shared_ptr<ImportJobObject2> engine,
+  EngineObject(std::shared_ptr<ObjectContext> context, const std::shared_ptr<ImportJobObject2>& engine,
                Diagnostics& diagnostics);
   EngineObject(const EngineObject&) = delete;
   EngineObject& operator=(const EngineObject&) = delete;
