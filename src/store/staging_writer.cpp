@@ -5,15 +5,23 @@
 #include "store/staged_columns.h"
 
 #include <string>
+#include <string_view>
 #include <utility>
 
 namespace qx {
 namespace {
 
+Sql headerOf(std::string_view jobId) {
+  return sql("SELECT * From ImportKopf where JobID = '"_sql, value(jobId), "'"_sql);
+}
+
+Sql positionOf(std::string_view childId) {
+  return sql("SELECT * From ImportPos where ChildID = '"_sql, value(childId), "'"_sql);
+}
+
 template <class Record>
 std::optional<std::int16_t> writeHeader(Connection& connection, const Record& job) {
-  const auto row =
-      connection.open(sql("SELECT * From ImportKopf where JobID = '"_sql, value(job.JobID), "'"_sql));
+  const auto row = connection.open(headerOf(job.JobID));
   std::optional<std::int16_t> before;
   if (row->eof())
     row->addNew();
@@ -26,8 +34,7 @@ std::optional<std::int16_t> writeHeader(Connection& connection, const Record& jo
 
 template <class Record>
 void writePosition(Connection& connection, const Record& position) {
-  const auto row =
-      connection.open(sql("SELECT * From ImportPos where ChildID = '"_sql, value(position.ChildID), "'"_sql));
+  const auto row = connection.open(positionOf(position.ChildID));
   if (row->eof()) row->addNew();
   setStaged(*row, position);
   row->update();
