@@ -212,5 +212,20 @@ TEST_P(CollectedUnit, IsLostWhenANewRowIsChangedThatItsStatementDoesNotFind) {
   EXPECT_THROW(rows->update(), WorkLostError) << "in the place of the new row is another one by now";
 }
 
+TEST_P(CollectedUnit, IsLostWhenAPartIsUndoneThatWasAnsweredWrongly) {
+  const auto ofCustomer = [this] {
+    return listed(sql("Select JobID From ImportKopf Where Kundennummer = 'b'"_sql));
+  };
+  EXPECT_EQ(ofCustomer(), "b1| ");
+  WorkUnit unit(database());
+  database().collectWrites();
+  {
+    Savepoint part(database());
+    add("c", 10, "", "b");
+    EXPECT_EQ(ofCustomer(), "c| ") << "the row that was there before is not known in this unit";
+  }
+  EXPECT_THROW(unit.commit(), WorkLostError);
+}
+
 } // namespace
 } // namespace qx
