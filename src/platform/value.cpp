@@ -100,7 +100,9 @@ std::optional<DateTime> Value::moment() const {
 Value emptyToNull(Value value) { return value.isEmpty() ? Value::null() : std::move(value); }
 
 std::string plainNumber(double number) {
-  if (number == 0) return "0";
+  constexpr double most = 1e15;
+  if (std::abs(number) < most && std::trunc(number) == number)
+    return std::to_string(static_cast<std::int64_t>(number));
   // Unlike printf, this does not follow the locale that a window toolkit may have set.
   std::array<char, 64> buffer{};
   const auto result =

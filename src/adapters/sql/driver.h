@@ -20,6 +20,12 @@ struct Dialect;
 /// the database stores it.
 enum class ColumnKind : std::uint8_t { Plain, Double, Currency, Boolean };
 
+/// A column of a result by its place.
+struct ColumnPlace {
+  std::uint32_t index;
+  ColumnKind kind;
+};
+
 /// How long a compiled statement is meant to be kept.
 enum class StatementLife : std::uint8_t { Once, Cached };
 
@@ -54,6 +60,10 @@ public:
   virtual bool step() = 0;
   /// A value of the current row. `kind` is that of `columnKind`, which callers keep.
   virtual Value column(std::size_t index, ColumnKind kind) = 0;
+  /// Appends several values of the current row.
+  virtual void appendColumns(std::span<const ColumnPlace> columns, std::vector<Value>& values) {
+    for (const ColumnPlace& column : columns) values.push_back(this->column(column.index, column.kind));
+  }
   /// Runs the statement to its end and resets it, also after a failure. Returns the number of changed rows.
   virtual std::int64_t run() = 0;
   /// Ends reading, so that nothing stays open across units of work. Bound values remain.

@@ -33,9 +33,10 @@ bool sameConditions(const ReadPattern& first, std::span<const Value> firstParame
 std::shared_ptr<const Rows> columnsOf(const Rows& wider, const RowShape& from, const RowShape& shape) {
   auto rows = std::make_shared<Rows>();
   rows->keys = wider.keys;
+  rows->values.reserve(wider.keys.size() * shape.size());
   for (std::size_t at = 0; at < wider.keys.size(); ++at)
     for (std::size_t i = 0; i < shape.size(); ++i)
-      rows->values.push_back(wider.values[at * from.size() + from.find(ColumnName(shape.name(i)))]);
+      rows->values.push_back(wider.values[at * from.size() + from.find(shape, i)]);
   return rows;
 }
 
@@ -379,7 +380,21 @@ std::shared_ptr<const Rows> Group::read(RowQuery& query, std::span<const Value> 
     }
   if (effect != WaitingWrites::Effect::None) flush(false);
   auto rows = again ? nullptr : otherwiseKnown(query, parameters);
+  if (!rows && !again) rows = readWhole(query, parameters);
   return known_.add(query, parameters, rows ? std::move(rows) : reader_.read(query, parameters)).rows;
+}
+
+/// Reads all columns at once, where a statement does that which asks for the same rows: it will be run as well.
+/// Null where there is none, or where it found several rows, whose order might differ.
+std::shared_ptr<const Rows> Group::readWhole(RowQuery& query, std::span<const Value> parameters) {
+  if (!query.source.shape || !query.source.layout.computed.empty()) return nullptr;
+  RowQuery* const whole = statements_.wholeRows(query);
+  if (whole == nullptr || !whole->source.shape || !whole->source.shape->hasAll(*query.source.shape))
+    return nullptr;
+  const KnownRows::Entry* const known = known_.find(*whole, parameters);
+  const auto rows =
+      known != nullptr ? known->rows : known_.add(*whole, parameters, reader_.read(*whole, parameters)).rows;
+  return rows->keys.size() > 1 ? nullptr : columnsOf(*rows, *whole->source.shape, *query.source.shape);
 }
 
 /// A result with the same rows and at least these columns.

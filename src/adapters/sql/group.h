@@ -138,6 +138,7 @@ private:
   void requireWriting() const;
   const KnownRows::Entry* widerResult(RowQuery& query, std::span<const Value> parameters,
                                       const std::function<bool(const KnownRows::Entry&)>& wanted);
+  std::shared_ptr<const Rows> readWhole(RowQuery& query, std::span<const Value> parameters);
   std::shared_ptr<const Rows> otherwiseKnown(RowQuery& query, std::span<const Value> parameters);
   std::shared_ptr<const Rows> derivedRows(RowQuery& query, std::span<const Value> parameters,
                                           WaitingWrites::Effect effect,

@@ -74,7 +74,7 @@ bool concerns(const ReadPattern& read, std::span<const Value> parameters, const 
 KnownRows::Entry* KnownRows::find(const RowQuery& query, std::span<const Value> parameters) {
   const auto [first, last] = entries_.equal_range(keyOf(query, parameters));
   for (auto at = first; at != last; ++at) {
-    Entry& entry = *at->second;
+    Entry& entry = at->second;
     if (entry.rows && entry.query == &query && samePlace(entry.parameters, parameters)) return &entry;
   }
   return nullptr;
@@ -82,12 +82,10 @@ KnownRows::Entry* KnownRows::find(const RowQuery& query, std::span<const Value> 
 
 KnownRows::Entry& KnownRows::add(RowQuery& query, std::span<const Value> parameters,
                                  std::shared_ptr<const Rows> rows) {
-  auto made = std::make_unique<Entry>();
-  Entry& entry = *made;
+  Entry& entry = entries_.emplace(keyOf(query, parameters), Entry())->second;
   entry.query = &query;
   entry.parameters.assign(parameters.begin(), parameters.end());
   setRows(entry, std::move(rows));
-  entries_.emplace(keyOf(query, parameters), std::move(made));
   Table& table = tables_[query.pattern->table];
   for (const ColumnTerm& condition : query.pattern->equalities) {
     const Value* const value = condition.value(entry.parameters);
@@ -161,7 +159,7 @@ void KnownRows::setRows(Entry& entry, std::shared_ptr<const Rows> rows) {
 
 void KnownRows::forgetSince(std::uint64_t moment) {
   for (auto& entry : entries_)
-    if (entry.second->since > moment) entry.second->rows.reset();
+    if (entry.second.since > moment) entry.second.rows.reset();
 }
 
 void KnownRows::clear() {

@@ -102,7 +102,7 @@ private:
     std::vector<Entry*> others;
   };
 
-  std::unordered_multimap<std::uint64_t, std::unique_ptr<Entry>> entries_;
+  std::unordered_multimap<std::uint64_t, Entry> entries_;
   std::unordered_map<std::string, Table> tables_;
   std::uint64_t now_ = 0;
 };

@@ -122,10 +122,6 @@ void EditableRecordset::cancelUpdate() {
   adding_ = false;
 }
 
-void EditableRecordset::readRow(Statement& statement, std::vector<Value>& into, std::size_t at) const {
-  for (std::size_t i = 0; i < fieldCount(); ++i) into[at + i] = source_.shape->read(statement, i);
-}
-
 FetchedRecordset::FetchedRecordset(Group& group, const Sql& statement)
     : EditableRecordset(group, group.statements().rows(statement).source),
       query_(group.statements().rows(statement)),
@@ -246,8 +242,8 @@ bool KeysetRecordset::takeRow(std::int64_t rowKey) {
   const StatementUse use(select);
   if (!select.step()) return false;
   statements().completeShape(source(), select);
-  row_.resize(fieldCount());
-  readRow(select, row_, 0);
+  row_.clear();
+  source().shape->appendRow(select, row_);
   return true;
 }
 
@@ -319,7 +315,8 @@ void StreamRecordset::moveNext() {
     return;
   }
   ++count_;
-  for (std::size_t i = 0; i < row_.size(); ++i) row_[i] = shape_.read(*query_.select, i);
+  row_.clear();
+  shape_.appendRow(*query_.select, row_);
 }
 
 void StreamRecordset::moveTo(std::size_t position) {
@@ -330,7 +327,7 @@ void StreamRecordset::moveTo(std::size_t position) {
 const Value& StreamRecordset::value(ColumnName column) {
   const std::size_t index = shape_.find(column);
   if (index >= shape_.size()) raiseUnknownColumn(column.text());
-  return row_[index];
+  return row_.at(index);
 }
 
 void StreamRecordset::refuse() { throw StatementError("the rows of a stream cannot be changed", 0); }

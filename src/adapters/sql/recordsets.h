@@ -47,7 +47,6 @@ protected:
   static std::int64_t readKey(Statement& statement) {
     return statement.column(0, ColumnKind::Plain).integer().value_or(0);
   }
-  void readRow(Statement& statement, std::vector<Value>& into, std::size_t at) const;
 
 private:
   std::size_t bindPending(Statement& statement);

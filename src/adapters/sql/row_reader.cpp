@@ -16,10 +16,11 @@ std::shared_ptr<const Rows> RowReader::read(RowQuery& query, std::span<const Val
   bool more = select.step();
   statements_.completeShape(query.source, select);
   const RowShape& shape = *query.source.shape;
+  if (more) rows->values.reserve(shape.size());
   while (more) {
     rows->keys.push_back(
         query.source.layout.hidden > 0 ? select.column(0, ColumnKind::Plain).integer().value_or(0) : 0);
-    for (std::size_t i = 0; i < shape.size(); ++i) rows->values.push_back(shape.read(select, i));
+    shape.appendRow(select, rows->values);
     more = select.step();
   }
   return rows;
@@ -63,8 +64,7 @@ void RowReader::readBlock(RowQuery& query, std::span<const std::vector<Value>* c
       rows.keys.push_back(query.source.layout.hidden > 0
                               ? many.select->column(1, ColumnKind::Plain).integer().value_or(0)
                               : 0);
-      for (std::size_t i = 0; i < many.shape->size(); ++i)
-        rows.values.push_back(many.shape->read(*many.select, i));
+      many.shape->appendRow(*many.select, rows.values);
     }
     more = many.select->step();
   }
@@ -85,7 +85,7 @@ Rows RowReader::readByKey(KeysetQuery& query, std::span<const std::int64_t> keys
     const RowShape& shape = *query.source.shape;
     while (more) {
       rows.keys.push_back(many.select->column(0, ColumnKind::Plain).integer().value_or(0));
-      for (std::size_t i = 0; i < shape.size(); ++i) rows.values.push_back(shape.read(*many.select, i));
+      shape.appendRow(*many.select, rows.values);
       more = many.select->step();
     }
   }

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <utility>
 
 namespace qx::relational {
 
@@ -16,12 +17,14 @@ RowShape::RowShape(Statement& statement, const ResultLayout& layout, const Diale
     if (layout.wholeRows && !dialect.rowKeyColumn.empty() && equalCodes(name, dialect.rowKey)) continue;
     const bool computed =
         std::ranges::any_of(layout.computed, [&](const auto& each) { return equalCodes(each, name); });
-    columns_.push_back(
-        {std::string(spelling.of(name)), static_cast<std::uint32_t>(i), statement.columnKind(i), !computed});
+    std::string spelled(spelling.of(name));
+    const std::uint64_t hash = foldedNameHash(spelled);
+    columns_.push_back({std::move(spelled), hash, !computed});
+    places_.push_back({static_cast<std::uint32_t>(i), statement.columnKind(i)});
   }
   slots_.resize(std::bit_ceil(columns_.size() * 2 + 1));
   for (std::size_t i = 0; i < columns_.size(); ++i) {
-    const std::uint64_t hash = foldedNameHash(columns_[i].name);
+    const std::uint64_t hash = columns_[i].hash;
     std::size_t at = hash & (slots_.size() - 1);
     while (slots_[at].used && slots_[at].hash != hash) at = (at + 1) & (slots_.size() - 1);
     if (!slots_[at].used) slots_[at] = {hash, static_cast<std::uint32_t>(i), true};
@@ -30,15 +33,15 @@ RowShape::RowShape(Statement& statement, const ResultLayout& layout, const Diale
 
 RowShape RowShape::without(std::uint32_t leading) const {
   RowShape shape = *this;
-  for (Column& column : shape.columns_) column.place -= leading;
+  for (ColumnPlace& place : shape.places_) place.index -= leading;
   shape.width_ -= leading;
   return shape;
 }
 
-std::size_t RowShape::find(ColumnName column) const {
-  std::size_t at = column.hash() & (slots_.size() - 1);
+std::size_t RowShape::findHash(std::uint64_t hash) const {
+  std::size_t at = hash & (slots_.size() - 1);
   while (slots_[at].used) {
-    if (slots_[at].hash == column.hash()) return slots_[at].index;
+    if (slots_[at].hash == hash) return slots_[at].index;
     at = (at + 1) & (slots_.size() - 1);
   }
   return size();

@@ -5,6 +5,7 @@
 #include "model/text.h"
 #include "platform/database_error.h"
 
+#include <algorithm>
 #include <bit>
 
 namespace qx::relational {
@@ -23,6 +24,23 @@ ResultLayout layoutOf(const SelectParts& parts, int hidden) {
       layout.computed.emplace_back(named.name);
   }
   return layout;
+}
+
+/// All columns of the rows of a table, as they are found.
+bool readsWholeRows(const RowQuery& query) {
+  return query.pattern && query.source.layout.wholeRows && query.source.layout.computed.empty() &&
+         !query.sorted && !query.pattern->furtherConditions && !query.pattern->equalities.empty();
+}
+
+/// Whether two statements read the same rows with the same values for their parameters.
+bool sameSelection(const ReadPattern& first, const ReadPattern& second) {
+  return first.table == second.table && !second.furtherConditions &&
+         std::ranges::equal(first.equalities, second.equalities,
+                            [](const ColumnTerm& a, const ColumnTerm& b) {
+                              return a.columnHash == b.columnHash && a.source == b.source &&
+                                     a.source != ColumnTerm::Source::Unknown && a.parameter == b.parameter &&
+                                     a.literal == b.literal;
+                            });
 }
 
 } // namespace
@@ -98,7 +116,7 @@ StreamQuery StatementCache::stream(const Sql& statement) {
 }
 
 RowQuery& StatementCache::rows(const Sql& statement) {
-  return rows_.get(statement, [&] {
+  RowQuery& query = rows_.get(statement, [&] {
     RowQuery query;
     query.text = translate(statement, driver_.dialect());
     query.parameterCount = statement.values().size();
@@ -120,6 +138,22 @@ RowQuery& StatementCache::rows(const Sql& statement) {
     source.tableKey = query.pattern->table;
     return query;
   });
+  if (query.whole == nullptr && readsWholeRows(query)) {
+    query.whole = &query;
+    wholeRows_.push_back(&query);
+  }
+  return query;
+}
+
+RowQuery* StatementCache::wholeRows(RowQuery& query) {
+  if (query.whole == nullptr && query.wholeOf < wholeRows_.size() && query.pattern) {
+    const auto found = std::find_if(
+        wholeRows_.begin() + static_cast<std::ptrdiff_t>(query.wholeOf), wholeRows_.end(),
+        [&](const RowQuery* whole) { return sameSelection(*whole->pattern, *query.pattern); });
+    if (found != wholeRows_.end()) query.whole = *found;
+    query.wholeOf = wholeRows_.size();
+  }
+  return query.whole == &query ? nullptr : query.whole;
 }
 
 KeysetQuery& StatementCache::keyset(const Sql& statement) {

@@ -62,6 +62,8 @@ struct RowQuery {
   bool sorted = false;                   ///< by terms of the statement
   bool derivable = true;                 ///< written rows have been read back as they were written
   std::map<std::size_t, ManyQuery> many; ///< by the number of rows
+  RowQuery* whole = nullptr;             ///< reads all columns of the same rows
+  std::size_t wholeOf = 0;               ///< of how many such statements it is one
 };
 
 struct KeysetQuery {
@@ -91,6 +93,9 @@ public:
   /// The statement that adds or overwrites a row of these columns, of which the first `keys` tell rows apart.
   PlainStatement& upsert(std::string_view table, std::span<const ColumnValue> row, std::size_t keys);
   RowQuery& rows(const Sql& statement);
+  /// Another statement that reads all columns of the rows that the query reads, by the same values; null where
+  /// none has been compiled.
+  RowQuery* wholeRows(RowQuery& query);
   KeysetQuery& keyset(const Sql& statement);
   /// A statement for a stream, not shared.
   StreamQuery stream(const Sql& statement);
@@ -144,6 +149,7 @@ private:
   Map<PlainStatement> plain_;
   std::map<std::string, PlainStatement*, std::less<>> upserts_; ///< by table and columns
   Map<RowQuery> rows_;
+  std::vector<RowQuery*> wholeRows_; ///< the statements that read all columns of the rows of a table
   Map<KeysetQuery> keysets_;
 };
 

@@ -136,16 +136,19 @@ void WaitingWrites::sendInserts(std::span<const WaitingWrite* const> rows) {
 
 void WaitingWrites::sendUpdates(std::span<const WaitingWrite* const> rows) {
   RowSource& source = *rows.front()->source;
-  if (!joinsStatements() || rows.size() == 1) {
-    for (const WaitingWrite* row : rows)
+  // Of those of the same row the last one counts.
+  std::vector<const WaitingWrite*> last;
+  std::unordered_set<std::int64_t> seen;
+  for (std::size_t i = rows.size(); i-- > 0;)
+    if (seen.insert(rows[i]->key).second) last.push_back(rows[i]);
+  std::ranges::reverse(last);
+  if (!joinsStatements() || last.size() == 1) {
+    for (const WaitingWrite* row : last)
       sendRow(statements_.update(source, row->columns), *row, source.table, true);
     return;
   }
-  // Of different rows, so their order does not matter; of those of the same row the last one counts.
   std::unordered_map<ColumnMask, std::vector<const WaitingWrite*>> byColumns;
-  std::unordered_set<std::int64_t> seen;
-  for (std::size_t i = rows.size(); i-- > 0;)
-    if (seen.insert(rows[i]->key).second) byColumns[rows[i]->columns].push_back(rows[i]);
+  for (const WaitingWrite* row : last) byColumns[row->columns].push_back(row);
   for (const auto& each : byColumns)
     forEachBlock(each.second, each.first.count() + 1, [&](std::span<const WaitingWrite* const> block) {
       sendBlock(statements_.manyUpdates(source, each.first, block.size()), block, source.table, true);
@@ -295,7 +298,7 @@ void WaitingWrites::append(const WaitingWrite& row, const RowShape& shape, Rows&
   for (std::size_t i = 0; i < from.size(); ++i)
     if (row.columns[i]) given[i] = &row.values[next++];
   for (std::size_t i = 0; i < shape.size(); ++i) {
-    const std::size_t index = from.find(ColumnName(shape.name(i)));
+    const std::size_t index = from.find(shape, i);
     const bool isGiven = index < from.size() && given[index] != nullptr;
     rows.values.push_back(isGiven ? valueAsRead(*given[index], shape.kind(i)) : Value::null());
   }

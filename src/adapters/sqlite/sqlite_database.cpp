@@ -68,9 +68,15 @@ void keepSavepointsInMemory() {
   [[maybe_unused]] static const int configured = sqlite3_config(SQLITE_CONFIG_STMTJRNL_SPILL, never);
 }
 
+/// Nobody asks how much memory SQLite has, and the count costs a lock for each piece.
+void leaveMemoryUncounted() {
+  [[maybe_unused]] static const int configured = sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0);
+}
+
 /// `name` is a full name.
 Handle openHandle(const std::string& target, const std::string& name, int flags) {
   keepSavepointsInMemory();
+  leaveMemoryUncounted();
   sqlite3* raw = nullptr;
   const int code = sqlite3_open_v2(name.c_str(), &raw, flags | SQLITE_OPEN_NOMUTEX, nullptr);
   Handle handle(raw);

@@ -121,21 +121,37 @@ std::int64_t SqliteStatement::run() {
 
 void SqliteStatement::reset() noexcept { sqlite3_reset(statement_); }
 
-Value SqliteStatement::column(std::size_t index, ColumnKind kind) {
-  const int place = static_cast<int>(index);
-  switch (sqlite3_column_type(statement_, place)) {
+/// One call into SQLite for each column: the connection is used by one thread at a time, so its values may be
+/// looked at where they are.
+Value SqliteStatement::valueOf(sqlite3_value* held, ColumnKind kind) const {
+  switch (sqlite3_value_type(held)) {
   case SQLITE_NULL:
     return Value::null();
   case SQLITE_INTEGER:
-    return integerValue(sqlite3_column_int64(statement_, place), kind);
+    return integerValue(sqlite3_value_int64(held), kind);
   case SQLITE_FLOAT:
-    return realValue(sqlite3_column_double(statement_, place), kind);
+    return realValue(sqlite3_value_double(held), kind);
   default: {
-    const auto* text = static_cast<const char*>(sqlite3_column_blob(statement_, place));
-    const auto length = static_cast<std::size_t>(sqlite3_column_bytes(statement_, place));
+    const auto* text = static_cast<const char*>(sqlite3_value_blob(held));
+    const auto length = static_cast<std::size_t>(sqlite3_value_bytes(held));
     if (text == nullptr && length > 0) database_.failForMemory();
     return Value(text == nullptr ? std::string_view() : std::string_view(text, length));
   }
+  }
+}
+
+Value SqliteStatement::column(std::size_t index, ColumnKind kind) {
+  return valueOf(sqlite3_column_value(statement_, static_cast<int>(index)), kind);
+}
+
+void SqliteStatement::appendColumns(std::span<const relational::ColumnPlace> columns,
+                                    std::vector<Value>& values) {
+  for (const relational::ColumnPlace& column : columns) {
+    sqlite3_value* const held = sqlite3_column_value(statement_, static_cast<int>(column.index));
+    if (sqlite3_value_type(held) == SQLITE_NULL)
+      values.emplace_back();
+    else
+      values.push_back(valueOf(held, column.kind));
   }
 }
 

@@ -3,7 +3,11 @@
 
 #include "adapters/sql/driver.h"
 
+#include <span>
+#include <vector>
+
 struct sqlite3_stmt;
+struct sqlite3_value;
 
 namespace qx::sqlite {
 
@@ -28,10 +32,13 @@ public:
   std::size_t parameterCount() override;
   bool step() override;
   Value column(std::size_t index, ColumnKind kind) override;
+  void appendColumns(std::span<const relational::ColumnPlace> columns, std::vector<Value>& values) override;
   std::int64_t run() override;
   void reset() noexcept override;
 
 private:
+  Value valueOf(sqlite3_value* held, ColumnKind kind) const;
+
   const DatabaseHandle& database_;
   sqlite3_stmt* statement_ = nullptr;
 };
