@@ -694,7 +694,7 @@ CREATE TABLE [Verkaufspreise] (
   [Rabatt2] FLOAT,
   [Rabatt3] FLOAT
 );
-CREATE INDEX [Verkaufspreise_Artikel] ON [Verkaufspreise] ([Artikelnummer], [Kundennummer], [Preisliste]);
+CREATE INDEX [Verkaufspreise_Artikel] ON [Verkaufspreise] ([Artikelnummer]);
 CREATE TABLE [OffenePosten] (
   lfd BIGINT IDENTITY UNIQUE CLUSTERED,
   [Kundennummer] NVARCHAR(400) COLLATE Latin1_General_100_CI_AS_SC,

@@ -44,7 +44,7 @@ cp "$root/source/sqlite-build/"sqlite3{,ext}.h "$root/include"
 build utf8proc "$root"/source/utf8proc-*/utf8proc.c -DUTF8PROC_STATIC
 cp "$root"/source/utf8proc-*/utf8proc.h "$root/include"
 
-ln -s /usr/include/CLI /usr/include/nlohmann "$root/include"
+ln -s /usr/include/CLI /usr/include/nlohmann /usr/include/rapidjson "$root/include"
 cp -r /usr/share/cmake/CLI11 /usr/share/cmake/nlohmann_json "$root/share/cmake"
 {
   cmake -S /usr/src/googletest -B "$root/source/googletest" -G Ninja -DCMAKE_BUILD_TYPE=Release \

@@ -2,35 +2,93 @@
 
 #include "program/program_error.h"
 
-#include <nlohmann/json.hpp>
+#include <rapidjson/error/en.h>
+#include <rapidjson/reader.h>
 
-#include <limits>
+#include <charconv>
+#include <cstddef>
 #include <string>
+#include <string_view>
 #include <utility>
 
 namespace qx::cli {
 namespace {
 
-using Json = nlohmann::json;
+/// The source as the parser reads it.
+class JsonStream {
+public:
+  using Ch = char;
+
+  explicit JsonStream(TextSource& source) : source_(source) {}
+
+  Ch Peek() const { return source_.atEnd() ? '\0' : source_.current(); }
+  Ch Take() {
+    const Ch taken = Peek();
+    if (!source_.atEnd()) source_.advance();
+    return taken;
+  }
+  /// The parser's own places of errors are not used; the source knows its lines.
+  std::size_t Tell() const { return 0; }
+  // Asked of streams that are changed in place only.
+  Ch* PutBegin() { return nullptr; }
+  void Put(Ch /*character*/) {}
+  std::size_t PutEnd(Ch* /*begin*/) { return 0; }
+
+private:
+  TextSource& source_;
+};
+
+/// What is wrong, where the library's own words leave open what to do.
+std::string reasonOf(rapidjson::ParseErrorCode code) {
+  switch (code) {
+  case rapidjson::kParseErrorValueInvalid:
+    return "a value is expected";
+  case rapidjson::kParseErrorObjectMissName:
+    return "a name in double quotes is expected";
+  case rapidjson::kParseErrorObjectMissColon:
+    return "a colon is expected after the name";
+  case rapidjson::kParseErrorObjectMissCommaOrCurlyBracket:
+    return "a comma or } is expected after the value";
+  case rapidjson::kParseErrorArrayMissCommaOrSquareBracket:
+    return "a comma or ] is expected after the value";
+  case rapidjson::kParseErrorStringInvalidEncoding:
+    return "a text holds bytes that are not UTF-8";
+  case rapidjson::kParseErrorStringEscapeInvalid:
+    return "a text holds an unknown escape";
+  default:
+    return rapidjson::GetParseError_En(code);
+  }
+}
 
 /// Follows the parser's events through the levels of a file of jobs.
-class StageEvents final : public nlohmann::json_sax<Json> {
+class StageEvents final : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, StageEvents> {
 public:
   StageEvents(TextSource& source, JobAssembler& assembler) : source_(source), assembler_(assembler) {}
 
-  bool null() override { return take({}); }
-  bool boolean(bool truth) override { return take(truth); }
-  bool number_integer(number_integer_t number) override { return take(std::int64_t{number}); }
-  bool number_unsigned(number_unsigned_t number) override {
-    if (number > static_cast<number_unsigned_t>(std::numeric_limits<std::int64_t>::max()))
-      return take(static_cast<double>(number));
-    return take(static_cast<std::int64_t>(number));
+  bool Null() { return take({}); }
+  bool Bool(bool truth) { return take(truth); }
+  bool String(const char* text, rapidjson::SizeType length, bool /*copied*/) {
+    return take(std::string(text, length));
   }
-  bool number_float(number_float_t number, const string_t& /*text*/) override { return take(double{number}); }
-  bool string(string_t& text) override { return take(std::move(text)); }
-  bool binary(binary_t& /*bytes*/) override { return take({}); }
 
-  bool start_object(std::size_t /*size*/) override {
+  /// Whole numbers stay whole as far as they can be held.
+  bool RawNumber(const char* text, rapidjson::SizeType length, bool /*copied*/) {
+    const std::string_view number(text, length);
+    const char* const end = text + length;
+    std::int64_t whole = 0;
+    if (const auto [stopped, error] = std::from_chars(text, end, whole);
+        error == std::errc() && stopped == end)
+      return take(whole);
+    double real = 0;
+    const auto result = std::from_chars(text, end, real);
+    const bool tiny =
+        number.find("e-") != std::string_view::npos || number.find("E-") != std::string_view::npos;
+    if (result.ec == std::errc::result_out_of_range && !tiny)
+      refuseText("the number " + std::string(number) + " is too large", source_.line());
+    return take(real);
+  }
+
+  bool StartObject() {
     switch (level_) {
     case Level::File:
     case Level::Jobs:
@@ -47,13 +105,13 @@ public:
     }
   }
 
-  bool key(string_t& name) override {
-    name_ = std::move(name);
+  bool Key(const char* name, rapidjson::SizeType length, bool /*copied*/) {
+    name_.assign(name, length);
     line_ = source_.line();
     return true;
   }
 
-  bool end_object() override {
+  bool EndObject(rapidjson::SizeType /*count*/) {
     if (level_ == Level::Position) {
       assembler_.endPosition();
       level_ = Level::Positions;
@@ -64,7 +122,7 @@ public:
     return true;
   }
 
-  bool start_array(std::size_t /*size*/) override {
+  bool StartArray() {
     if (level_ == Level::File && !arraySeen_) {
       arraySeen_ = true;
       level_ = Level::Jobs;
@@ -77,23 +135,30 @@ public:
     return true;
   }
 
-  bool end_array() override {
+  bool EndArray(rapidjson::SizeType /*count*/) {
     level_ = level_ == Level::Positions ? Level::Job : Level::File;
     return true;
   }
 
-  bool parse_error(std::size_t /*position*/, const std::string& /*lastToken*/,
-                   const Json::exception& error) override {
-    std::string reason = error.what();
-    if (reason.starts_with('[')) reason.erase(0, reason.find(' ') + 1);
-    // The library counts its position from the beginning of the object.
-    if (const auto colon = reason.find(": "); colon != std::string::npos) reason.erase(0, colon + 2);
-    const bool cut = reason.find("unexpected end of input") != std::string::npos ||
-                     reason.find("missing closing quote") != std::string::npos;
-    if (cut && source_.atEnd()) reason = "it ends in the middle";
+  [[noreturn]] void refuseText(const std::string& reason, std::int64_t line) {
     throw ProgramError(ExitCode::BadInput, "the file is not valid JSON: " + reason,
                        "Nothing was staged. Correct the file and stage it again.",
-                       {source_.name(), source_.line(), {}});
+                       {source_.name(), line, {}});
+  }
+
+  /// A text is at fault where it was read, everything else at the next character.
+  [[noreturn]] void refuse(rapidjson::ParseErrorCode code) {
+    if (source_.atEnd()) refuseText("it ends in the middle", source_.nextLine());
+    const bool inText = code == rapidjson::kParseErrorStringInvalidEncoding ||
+                        code == rapidjson::kParseErrorStringEscapeInvalid;
+    if (!inText) refuseText(reasonOf(code), source_.nextLine());
+    constexpr unsigned char firstPrintable = 0x20;
+    const char next = source_.current();
+    if (next == '\n' || next == '\r')
+      refuseText("a text holds a line break, which is written \\n", source_.line());
+    if (static_cast<unsigned char>(next) < firstPrintable)
+      refuseText("a text holds a control character", source_.line());
+    refuseText(reasonOf(code), source_.line());
   }
 
   bool arraySeen() const { return arraySeen_; }
@@ -139,7 +204,7 @@ private:
   std::int64_t line_ = 0;
 };
 
-[[noreturn]] void refuseRest(const TextSource& source, std::string_view reason) {
+[[noreturn]] void refuseRest(TextSource& source, std::string_view reason) {
   throw ProgramError(ExitCode::BadInput, std::string(reason),
                      "A file holds an array of objects, one object, or one object per line.",
                      {source.name(), source.line(), {}});
@@ -148,12 +213,16 @@ private:
 } // namespace
 
 void readJobs(TextSource& source, JobAssembler& assembler) {
+  constexpr unsigned flags = rapidjson::kParseValidateEncodingFlag | rapidjson::kParseNumbersAsStringsFlag |
+                             rapidjson::kParseStopWhenDoneFlag;
   StageEvents events(source, assembler);
+  JsonStream stream(source);
+  rapidjson::Reader reader;
   source.skipBlanks();
   if (source.atEnd()) refuseRest(source, "the file is empty");
   do {
-    Json::sax_parse(TextIterator(source), TextIterator(), &events, nlohmann::detail::input_format_t::json,
-                    false);
+    const rapidjson::ParseResult result = reader.Parse<flags>(stream, events);
+    if (result.IsError()) events.refuse(result.Code());
     source.skipBlanks();
     if (events.arraySeen() && !source.atEnd()) refuseRest(source, "something follows the array");
   } while (!source.atEnd());

@@ -3,9 +3,9 @@
 
 #include "platform/files.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <iterator>
 #include <memory>
 #include <optional>
 #include <string>
@@ -28,12 +28,21 @@ public:
   bool atEnd() const { return at_ == end_; }
   char current() const { return *at_; }
   void advance() {
-    last_ = *at_;
-    if (last_ == '\n') ++line_;
-    if (++at_ == end_) fill();
+    if (++at_ == end_) {
+      countLines();
+      fill();
+    }
   }
   /// The line of the character that was read last; a line break counts to the line that it ends.
-  std::int64_t line() const { return last_ == '\n' ? line_ - 1 : line_; }
+  std::int64_t line() {
+    const std::int64_t next = nextLine();
+    return last_ == '\n' ? next - 1 : next;
+  }
+  /// The line of the character that comes next, or of the end.
+  std::int64_t nextLine() {
+    countLines();
+    return line_;
+  }
   /// Skips to the next character that is not a blank.
   void skipBlanks();
 
@@ -41,19 +50,27 @@ protected:
   /// Fetches the next characters. A derived class calls it once the first ones are available.
   void fill() {
     const std::string_view characters = more();
-    at_ = characters.data();
+    at_ = counted_ = characters.data();
     end_ = at_ + characters.size();
   }
 
 private:
   /// The next characters, valid until the next call; none at the end.
   virtual std::string_view more() = 0;
+  /// Lines are counted when somebody asks, not with each character.
+  void countLines() {
+    if (counted_ == at_) return;
+    line_ += std::count(counted_, at_, '\n');
+    last_ = at_[-1];
+    counted_ = at_;
+  }
 
   std::string name_;
   const char* at_ = nullptr;
   const char* end_ = nullptr;
-  std::int64_t line_ = 1;
-  char last_ = 0;
+  const char* counted_ = nullptr; ///< up to where the lines are counted
+  std::int64_t line_ = 1;         ///< of the character there
+  char last_ = 0;                 ///< before it
 };
 
 /// Reads a file, or standard input for the name "-", which is first copied to a temporary file up to its end.
@@ -83,32 +100,6 @@ public:
 
 private:
   std::unique_ptr<TemporaryFile> file_;
-};
-
-/// Iterates over a source. All iterators of a source share its position.
-class TextIterator {
-public:
-  using iterator_category = std::input_iterator_tag;
-  using value_type = char;
-  using difference_type = std::ptrdiff_t;
-  using pointer = const char*;
-  using reference = char;
-
-  TextIterator() = default;
-  explicit TextIterator(TextSource& source) : source_(&source) {}
-
-  char operator*() const { return source_->current(); }
-  TextIterator& operator++() {
-    source_->advance();
-    return *this;
-  }
-  void operator++(int) { source_->advance(); }
-  friend bool operator==(const TextIterator& a, const TextIterator& b) { return a.ended() == b.ended(); }
-
-private:
-  bool ended() const { return source_ == nullptr || source_->atEnd(); }
-
-  TextSource* source_ = nullptr;
 };
 
 } // namespace qx::cli

@@ -20,8 +20,8 @@ constexpr auto verkaufspreise =
          real("Menge"), stamp("GueltigAb"), money("Preis"), money("KalkPreis"), real("Preiseinheit"),
          code("KZRabattart"), code("KZRabatt1"), code("KZRabatt2"), code("KZRabatt3"), real("Rabatt1"),
          real("Rabatt2"), real("Rabatt3"));
-/// By the article alone: its prices then come in their order without sorting, and what a customer and a price list
-/// leave of them cannot be sought by further columns.
+/// By the article alone: its prices then come in their order without sorting, and what a customer and a price
+/// list leave of them cannot be sought by further columns.
 constexpr std::array verkaufspreiseIndexes{SchemaIndex{"Verkaufspreise_Artikel", {"Artikelnummer"}}};
 
 constexpr auto einkaufspreise =

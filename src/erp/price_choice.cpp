@@ -21,7 +21,8 @@ bool sameUnit(const PriceStep& step, std::string_view unit) {
 
 /// The number rounded to 15 digits, so that no binary residue decides whether a step is reached.
 double asDecimals(double number) {
-  // Most numbers are such already: of four decimals and not too many digits, which their nearest double tells.
+  // Most numbers are such already: of four decimals and not too many digits, which their nearest double
+  // tells.
   constexpr double scale = 1e4;
   constexpr double most = 1e15;
   const double scaled = std::nearbyint(number * scale);

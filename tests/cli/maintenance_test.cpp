@@ -149,10 +149,12 @@ view|Meine_Sicht|Meine_Sicht|CREATE VIEW Meine_Sicht AS SELECT * FROM Auftragspo
   const ProgramResult result = runPlain({"--db", file, "upgrade"});
   EXPECT_EQ(result.status, 0) << result.messages;
   const auto until = result.output.find("As it was before: ");
-  EXPECT_EQ(result.output.substr(0, until), "The database was upgraded from version 2 to version 4.\n"
-                                            "  ImportKopf: columns unchanged; index ImportKopf_Datum\n"
-                                            "  Kundenstamm: columns unchanged; index Kundenstamm_Name\n"
-                                            "  Auftragspos: columns defined anew; added ÄndUser\n");
+  EXPECT_EQ(result.output.substr(0, until),
+            "The database was upgraded from version 2 to version 4.\n"
+            "  ImportKopf: columns unchanged; index ImportKopf_Datum\n"
+            "  Kundenstamm: columns unchanged; index Kundenstamm_Name\n"
+            "  Auftragspos: columns defined anew; added ÄndUser\n"
+            "  Verkaufspreise: columns unchanged; index Verkaufspreise_Artikel\n");
   EXPECT_EQ(rowsOf(file,
                    "Select type, name, tbl_name, sql From sqlite_master Where name Like 'Mein%' Order By "
                    "tbl_name, type"),

@@ -6,7 +6,7 @@ file=$1
 rm -f "$file"
 server=$(cat "$file.process")
 rm -f "$file.process"
-for _ in $(seq 200); do
+for _ in $(seq 1200); do
   kill -0 "$server" 2>/dev/null || exit 0
   sleep 0.05
 done

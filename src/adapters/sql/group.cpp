@@ -384,8 +384,8 @@ std::shared_ptr<const Rows> Group::read(RowQuery& query, std::span<const Value> 
   return known_.add(query, parameters, rows ? std::move(rows) : reader_.read(query, parameters)).rows;
 }
 
-/// Reads all columns at once, where a statement does that which asks for the same rows: it will be run as well.
-/// Null where there is none, or where it found several rows, whose order might differ.
+/// Reads all columns at once, where a statement does that which asks for the same rows: it will be run as
+/// well. Null where there is none, or where it found several rows, whose order might differ.
 std::shared_ptr<const Rows> Group::readWhole(RowQuery& query, std::span<const Value> parameters) {
   if (!query.source.shape || !query.source.layout.computed.empty()) return nullptr;
   RowQuery* const whole = statements_.wholeRows(query);

@@ -68,7 +68,7 @@ private:
 
   std::vector<Column> columns_;
   std::vector<ColumnPlace> places_; ///< of the columns in the statement
-  std::vector<Slot> slots_; ///< open addressing, a power of two long
+  std::vector<Slot> slots_;         ///< open addressing, a power of two long
   std::size_t width_;
 };
 

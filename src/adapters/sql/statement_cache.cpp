@@ -147,9 +147,9 @@ RowQuery& StatementCache::rows(const Sql& statement) {
 
 RowQuery* StatementCache::wholeRows(RowQuery& query) {
   if (query.whole == nullptr && query.wholeOf < wholeRows_.size() && query.pattern) {
-    const auto found = std::find_if(
-        wholeRows_.begin() + static_cast<std::ptrdiff_t>(query.wholeOf), wholeRows_.end(),
-        [&](const RowQuery* whole) { return sameSelection(*whole->pattern, *query.pattern); });
+    const auto found =
+        std::find_if(wholeRows_.begin() + static_cast<std::ptrdiff_t>(query.wholeOf), wholeRows_.end(),
+                     [&](const RowQuery* whole) { return sameSelection(*whole->pattern, *query.pattern); });
     if (found != wholeRows_.end()) query.whole = *found;
     query.wholeOf = wholeRows_.size();
   }

@@ -93,8 +93,8 @@ public:
   /// The statement that adds or overwrites a row of these columns, of which the first `keys` tell rows apart.
   PlainStatement& upsert(std::string_view table, std::span<const ColumnValue> row, std::size_t keys);
   RowQuery& rows(const Sql& statement);
-  /// Another statement that reads all columns of the rows that the query reads, by the same values; null where
-  /// none has been compiled.
+  /// Another statement that reads all columns of the rows that the query reads, by the same values; null
+  /// where none has been compiled.
   RowQuery* wholeRows(RowQuery& query);
   KeysetQuery& keyset(const Sql& statement);
   /// A statement for a stream, not shared.

@@ -14,7 +14,8 @@ using relational::fieldNames;
 using relational::joinedBy;
 using relational::nameAlone;
 
-SqliteBulkStaging::SqliteBulkStaging(Connection& connection) : connection_(connection) {
+SqliteBulkStaging::SqliteBulkStaging(Connection& connection, relational::Driver& driver)
+    : connection_(connection), driver_(driver) {
   // After a failure the temporary tables are not read again; their journal would only take memory.
   connection_.open(sql("PRAGMA temp.journal_mode = OFF"_sql));
   connection_.execute(sql("CREATE TEMP TABLE StageKopf AS SELECT *, CAST(0 AS INTEGER) AS StageZeile, "
@@ -25,45 +26,38 @@ SqliteBulkStaging::SqliteBulkStaging(Connection& connection) : connection_(conne
 }
 
 void SqliteBulkStaging::begin() {
-  headers_ = connection_.open(sql("SELECT * FROM StageKopf WHERE 0 = 1"_sql));
-  positions_ = connection_.open(sql("SELECT * FROM StagePos WHERE 0 = 1"_sql));
+  headers_.emplace(driver_, "StageKopf");
+  positions_.emplace(driver_, "StagePos");
   // A transaction without a lock on the database: until the copy only temporary tables are written.
   connection_.execute(sql("BEGIN DEFERRED"_sql));
 }
 
-RowValues& SqliteBulkStaging::newPosition() {
-  positions_->addNew();
-  return *positions_;
-}
+RowValues& SqliteBulkStaging::newPosition() { return *positions_; }
 
 /// The header's row number is its position in the file, because rows are only appended.
 void SqliteBulkStaging::addPosition(std::int64_t line) {
   positions_->set("StageZeile", line);
   positions_->set("StageVorgang", jobs_ + 1);
-  positions_->update();
+  positionKeys_.add(positions_->value("ChildID").textView());
+  if (const auto job = positions_->value("JobID").textView(); !job.empty()) {
+    othersNamed_ = othersNamed_ || (!namedJob_.empty() && namedJob_ != job);
+    namedJob_ = job;
+  }
+  positions_->add();
   ++positionCount_;
-  forgetWritten();
 }
 
-RowValues& SqliteBulkStaging::newJob() {
-  headers_->addNew();
-  return *headers_;
-}
+RowValues& SqliteBulkStaging::newJob() { return *headers_; }
 
 void SqliteBulkStaging::addJob(std::int64_t line) {
   headers_->set("StageZeile", line);
-  headers_->update();
+  headers_->set("StageSperre", 0);
+  const std::string_view key = headers_->value("JobID").textView();
+  jobKeys_.add(key);
+  othersNamed_ = othersNamed_ || (!namedJob_.empty() && namedJob_ != key);
+  namedJob_.clear();
+  headers_->add();
   ++jobs_;
-  forgetWritten();
-}
-
-/// A record set keeps its added rows in memory until it is reopened.
-void SqliteBulkStaging::forgetWritten() {
-  constexpr int rowsKept = 256;
-  if (++written_ < rowsKept) return;
-  written_ = 0;
-  headers_->requery();
-  positions_->requery();
 }
 
 std::optional<KeyConflict> SqliteBulkStaging::twice(const Sql& query, KeyConflict::Kind kind) {
@@ -83,17 +77,19 @@ std::optional<KeyConflict> SqliteBulkStaging::finish() {
   headers_.reset();
   positions_.reset();
   connection_.execute(sql("COMMIT"_sql));
-  auto conflict = twice(sql("SELECT JobID AS Schluessel, max(rowid) AS Vorgang, max(StageZeile) AS Zeile, "
-                            "min(rowid) AS VorigerVorgang, min(StageZeile) AS VorigeZeile FROM StageKopf "
-                            "GROUP BY JobID COLLATE NOCASE HAVING count(*) > 1 ORDER BY 2 LIMIT 1"_sql),
-                        KeyConflict::Kind::JobTwice);
-  if (!conflict)
+  std::optional<KeyConflict> conflict;
+  if (jobKeys_.possible())
+    conflict = twice(sql("SELECT JobID AS Schluessel, max(rowid) AS Vorgang, max(StageZeile) AS Zeile, "
+                         "min(rowid) AS VorigerVorgang, min(StageZeile) AS VorigeZeile FROM StageKopf "
+                         "GROUP BY JobID COLLATE NOCASE HAVING count(*) > 1 ORDER BY 2 LIMIT 1"_sql),
+                     KeyConflict::Kind::JobTwice);
+  if (!conflict && positionKeys_.possible())
     conflict = twice(sql("SELECT ChildID AS Schluessel, max(StageVorgang) AS Vorgang, "
                          "max(StageZeile) AS Zeile, min(StageVorgang) AS VorigerVorgang, "
                          "min(StageZeile) AS VorigeZeile FROM StagePos "
                          "GROUP BY ChildID COLLATE NOCASE HAVING count(*) > 1 ORDER BY 2 LIMIT 1"_sql),
                      KeyConflict::Kind::PositionTwice);
-  return conflict ? conflict : ownedInFile();
+  return conflict || !othersNamed_ ? conflict : ownedInFile();
 }
 
 /// A position that names another job than the one that contains it.
@@ -121,21 +117,25 @@ std::optional<KeyConflict> SqliteBulkStaging::copy(BusyWait& wait, bool again) {
   WorkUnit unit(connection_, &wait);
   findExisting(again);
   if (auto conflict = ownedByOthers()) return conflict;
-  copyHeaders();
-  copyPositions();
   const auto count = connection_.open(
       sql("SELECT count(*) AS Alle, coalesce(sum(StageSperre), 0) AS Uebergangen FROM StageKopf"_sql));
+  StageCounts counts;
+  counts.skipped = count->value("Uebergangen").integer().value_or(0);
+  counts.staged = count->value("Alle").integer().value_or(0) - counts.skipped;
+  copyHeaders(counts.staged);
+  copyPositions(counts.skipped == 0);
   unit.commit();
-  counts_.skipped = count->value("Uebergangen").integer().value_or(0);
-  counts_.staged = count->value("Alle").integer().value_or(0) - counts_.skipped;
+  counts_ = counts;
   return std::nullopt;
 }
 
 /// `StageZiel` becomes the row of an existing job, `StageSperre` 1 when that must not be changed.
 void SqliteBulkStaging::findExisting(bool again) {
-  connection_.execute(sql("UPDATE StageKopf SET StageSperre = 0, StageZiel = (SELECT k.rowid FROM "
-                          "main.ImportKopf k WHERE k.JobID = StageKopf.JobID)"_sql));
-  if (again) return;
+  const std::int64_t existing = connection_.execute(
+      sql("UPDATE StageKopf SET StageSperre = 0, StageZiel = (SELECT k.rowid FROM main.ImportKopf k WHERE "
+          "k.JobID = StageKopf.JobID) WHERE StageZiel IS NOT NULL OR EXISTS (SELECT 1 FROM main.ImportKopf k "
+          "WHERE k.JobID = StageKopf.JobID)"_sql));
+  if (again || existing == 0) return;
   connection_.execute(sql("UPDATE StageKopf SET StageSperre = 1 WHERE StageZiel IS NOT NULL AND EXISTS "
                           "(SELECT 1 FROM main.ImportKopf k WHERE k.rowid = StageZiel AND k.JobType IN "
                           "(13, 23, 33, 43, 44))"_sql));
@@ -151,7 +151,7 @@ std::optional<KeyConflict> SqliteBulkStaging::ownedByOthers() {
 }
 
 /// A replaced job keeps its row and so its position; columns that the file does not give become null.
-void SqliteBulkStaging::copyHeaders() {
+void SqliteBulkStaging::copyHeaders(std::int64_t expected) {
   const auto names = fieldNames(connection_, sql("SELECT * FROM ImportKopf WHERE 0 = 1"_sql));
   std::int64_t taken = 0;
   Sql replace = sql("UPDATE main.ImportKopf SET "_sql);
@@ -168,12 +168,11 @@ void SqliteBulkStaging::copyHeaders() {
                       " AND rowid <= "_sql, number(to), " ORDER BY rowid"_sql));
     taken += connection_.execute(insert);
   });
-  requireTaken(taken, sql("SELECT count(*) FROM StageKopf WHERE StageSperre = 0"_sql), "jobs");
+  requireTaken(taken, expected, "jobs");
 }
 
 /// A trigger can silently drop rows.
-void SqliteBulkStaging::requireTaken(std::int64_t taken, const Sql& count, std::string_view what) {
-  const std::int64_t expected = connection_.open(count)->value(0).integer().value_or(0);
+void SqliteBulkStaging::requireTaken(std::int64_t taken, std::int64_t expected, std::string_view what) {
   if (taken != expected)
     throw StatementError("the database has taken " + std::to_string(taken) + " of " +
                              std::to_string(expected) + " " + std::string(what) + "; nothing was staged",
@@ -187,7 +186,8 @@ void SqliteBulkStaging::inPortions(std::int64_t rows,
   for (std::int64_t from = 0; from < rows; from += portion) copy(from, from + portion);
 }
 
-void SqliteBulkStaging::copyPositions() {
+/// `all`: none of them belongs to a job that is skipped.
+void SqliteBulkStaging::copyPositions(bool all) {
   connection_.execute(sql("DELETE FROM main.ImportPos WHERE JobID IN (SELECT JobID FROM StageKopf WHERE "
                           "StageZiel IS NOT NULL AND StageSperre = 0)"_sql));
   const auto names = fieldNames(connection_, sql("SELECT * FROM ImportPos WHERE 0 = 1"_sql));
@@ -204,10 +204,15 @@ void SqliteBulkStaging::copyPositions() {
                       number(from), " AND p.rowid <= "_sql, number(to), " ORDER BY p.rowid"_sql));
     taken += connection_.execute(insert);
   });
-  requireTaken(taken,
-               sql("SELECT count(*) FROM StagePos p JOIN StageKopf k ON k.rowid = p.StageVorgang WHERE "
-                   "k.StageSperre = 0"_sql),
-               "positions");
+  const auto counted = [&] {
+    return connection_
+        .open(sql("SELECT count(*) FROM StagePos p JOIN StageKopf k ON k.rowid = p.StageVorgang WHERE "
+                  "k.StageSperre = 0"_sql))
+        ->value(0)
+        .integer()
+        .value_or(0);
+  };
+  requireTaken(taken, all ? positionCount_ : counted(), "positions");
 }
 
 void SqliteBulkStaging::forEach(const Visitor& visit) {

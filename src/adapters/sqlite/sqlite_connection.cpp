@@ -85,7 +85,7 @@ void SqliteConnection::beginWith(BusyWait& wait) {
 }
 
 std::unique_ptr<BulkStaging> SqliteConnection::bulkStaging() {
-  return std::make_unique<sqlite::SqliteBulkStaging>(*this);
+  return std::make_unique<sqlite::SqliteBulkStaging>(*this, driver_);
 }
 
 std::unique_ptr<Maintenance> SqliteConnection::maintenance() {
