@@ -68,6 +68,7 @@ public:
   bool Null() { return take({}); }
   bool Bool(bool truth) { return take(truth); }
   bool String(const char* text, rapidjson::SizeType length, bool /*copied*/) {
+    requireCharacters({text, length});
     return take(std::string(text, length));
   }
 
@@ -106,6 +107,7 @@ public:
   }
 
   bool Key(const char* name, rapidjson::SizeType length, bool /*copied*/) {
+    requireCharacters({name, length});
     name_.assign(name, length);
     line_ = source_.line();
     return true;
@@ -138,6 +140,15 @@ public:
   bool EndArray(rapidjson::SizeType /*count*/) {
     level_ = level_ == Level::Positions ? Level::Job : Level::File;
     return true;
+  }
+
+  /// The library takes a second half of a surrogate pair alone, which is no character.
+  void requireCharacters(std::string_view text) {
+    constexpr char lead = '\xED';
+    constexpr unsigned char firstHalf = 0xA0;
+    for (auto at = text.find(lead); at != std::string_view::npos; at = text.find(lead, at + 1))
+      if (static_cast<unsigned char>(text[at + 1]) >= firstHalf)
+        refuseText("a text holds half of a surrogate pair", source_.line());
   }
 
   [[noreturn]] void refuseText(const std::string& reason, std::int64_t line) {

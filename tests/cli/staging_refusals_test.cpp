@@ -53,6 +53,7 @@ const Refusal refusals[] = {
     {"NUL in a text", R"({"type":"Kunde","Bez1":"a\u0000b"})", 1, "Bez1", "NUL"},
     {"bytes that are not UTF-8", "{\"type\":\"Kunde\",\n\"Bez1\":\"M\xFCller\"}", 2, "",
      "bytes that are not UTF-8"},
+    {"half of a pair", R"({"type":"Kunde","Bez1":"\uD66D\uDE00"})", 1, "", "half of a surrogate pair"},
     {"line break in a text", "{\"type\":\"Kunde\",\n\"Bez1\":\"a\nb\"}", 2, "", "a text holds a line break"},
     {"control character in a text", "{\"type\":\"Kunde\",\n\"Bez1\":\"a\x1B[2J\"}", 2, "",
      "a text holds a control"},

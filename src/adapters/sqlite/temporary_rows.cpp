@@ -13,7 +13,8 @@ namespace qx::sqlite {
 namespace {
 
 relational::RowShape shapeOf(relational::Driver& driver, const std::string& table) {
-  const auto select = driver.prepare("SELECT * FROM " + table + " WHERE 0 = 1", relational::StatementLife::Once);
+  const auto select =
+      driver.prepare("SELECT * FROM " + table + " WHERE 0 = 1", relational::StatementLife::Once);
   return {*select, {0, true, {}}, driver.dialect(), relational::Spelling()};
 }
 
