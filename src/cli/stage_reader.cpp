@@ -28,11 +28,11 @@ public:
     return taken;
   }
   /// The parser's own places of errors are not used; the source knows its lines.
-  std::size_t Tell() const { return 0; }
+  static std::size_t Tell() { return 0; }
   // Asked of streams that are changed in place only.
-  Ch* PutBegin() { return nullptr; }
-  void Put(Ch /*character*/) {}
-  std::size_t PutEnd(Ch* /*begin*/) { return 0; }
+  static Ch* PutBegin() { return nullptr; }
+  static void Put(Ch /*character*/) {}
+  static std::size_t PutEnd(Ch* /*begin*/) { return 0; }
 
 private:
   TextSource& source_;
