@@ -141,12 +141,13 @@ void SqliteBulkStaging::findExisting(bool again) {
                           "(13, 23, 33, 43, 44))"_sql));
 }
 
+/// In this order: few positions of a file exist already, and a job is a wide row.
 std::optional<KeyConflict> SqliteBulkStaging::ownedByOthers() {
   return firstOwned(
       sql("SELECT s.ChildID AS Schluessel, s.StageVorgang AS Vorgang, s.StageZeile AS Zeile, p.JobID AS "
-          "Besitzer FROM StagePos s JOIN StageKopf k ON k.rowid = s.StageVorgang JOIN main.ImportPos p "
-          "ON p.ChildID = s.ChildID WHERE k.StageSperre = 0 AND p.JobID <> k.JobID "
-          "ORDER BY s.rowid LIMIT 1"_sql),
+          "Besitzer FROM StagePos s CROSS JOIN main.ImportPos p CROSS JOIN StageKopf k "
+          "WHERE p.ChildID = s.ChildID AND k.rowid = s.StageVorgang AND k.StageSperre = 0 "
+          "AND p.JobID <> k.JobID ORDER BY s.rowid LIMIT 1"_sql),
       KeyConflict::Kind::OtherOwner);
 }
 
@@ -199,9 +200,10 @@ void SqliteBulkStaging::copyPositions(bool all) {
     insert.append(joinedBy(names, [](const std::string& column) {
       return column == "JobID" ? sql("k.JobID"_sql) : sql("p."_sql, name(column));
     }));
-    insert.append(sql(" FROM StagePos p JOIN StageKopf k ON k.rowid = p.StageVorgang WHERE k.StageSperre = 0 "
-                      "AND p.rowid > "_sql,
-                      number(from), " AND p.rowid <= "_sql, number(to), " ORDER BY p.rowid"_sql));
+    insert.append(sql(" FROM StagePos p JOIN StageKopf k ON k.rowid = p.StageVorgang WHERE p.rowid > "_sql,
+                      number(from), " AND p.rowid <= "_sql, number(to)));
+    if (!all) insert.append(sql(" AND k.StageSperre = 0"_sql));
+    insert.append(sql(" ORDER BY p.rowid"_sql));
     taken += connection_.execute(insert);
   });
   const auto counted = [&] {
