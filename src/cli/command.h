@@ -1,20 +1,25 @@
 // The base classes of the program's commands, and where they write.
 #pragma once
 
+#include "cli/harmless_buffer.h"
 #include "engine/import_job_object2.h"
 #include "program/installation.h"
 #include "program/program_error.h"
 
+#include <cstddef>
+#include <optional>
 #include <ostream>
 
 namespace qx::cli {
 
 /// The result goes to standard output, messages to standard error; control characters are removed from both.
 struct Output {
-  std::ostream& result;
-  std::ostream& messages;
+  HarmlessStream& result;
+  HarmlessStream& messages;
   std::ostream& terminal; ///< standard error as it is, for a progress bar that moves the cursor
   bool json = false;      ///< the result is one JSON document
+  /// The width of the terminal to which the result goes; null when it goes elsewhere.
+  std::optional<std::size_t> columns = std::nullopt;
 };
 
 /// One verb of the program.

@@ -44,6 +44,7 @@ public:
     }
     view_->arguments.options = options_;
     invocation.options = options_;
+    invocation.color = color_;
     invocation.command = std::move(chosen_);
     return invocation;
   }
@@ -60,6 +61,9 @@ private:
   void declareOptions() {
     declareCommonOptions(app_, options_);
     app_.add_flag("--json", options_.json, "Print one JSON document");
+    app_.add_option("--color", color_, "Colour states: auto, always or never")
+        ->check(CLI::IsMember({"auto", "always", "never"}))
+        ->capture_default_str();
   }
 
   void declareJobCommands() {
@@ -184,6 +188,7 @@ private:
 
   CLI::App app_;
   ProgramOptions options_;
+  std::string color_ = "auto";
   ViewCommand* view_ = nullptr; ///< the one command that passes the options on
   std::shared_ptr<Command> chosen_;
 };

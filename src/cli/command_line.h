@@ -15,6 +15,7 @@ struct Invocation {
   ProgramOptions options;
   std::shared_ptr<Command> command;
   std::string text;
+  std::string color; ///< "auto", "always" or "never"
 };
 
 /// Raises `ProgramError` for invalid arguments.

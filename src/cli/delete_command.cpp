@@ -2,6 +2,7 @@
 
 #include "cli/job_terms.h"
 #include "cli/json_members.h"
+#include "cli/progress_bar.h"
 #include "model/text.h"
 #include "program/busy_notice.h"
 #include "store/job_deletion.h"
@@ -49,10 +50,15 @@ void PurgeCommand::prepare() {
 ExitCode PurgeCommand::work(const CommandContext& context) {
   BusyNotice wait(context.output.messages);
   JobDeletion deletion(context.environment, &wait);
-  if (day_)
-    deletion.deleteDoneBefore(*day_);
-  else
-    deletion.DelArchives();
+  ProgressBar bar(context.output);
+  const auto found = day_ ? deletion.doneBefore(*day_) : deletion.doneJobs();
+  std::uintmax_t taken = 0;
+  deletion.deleteDone(found, [&] {
+    bar.report(taken++, found.size());
+    bar.draw();
+    return true;
+  });
+  bar.end();
   if (context.output.json) {
     JsonWriter json(context.output.result);
     json.beginObject().key("deleted").number(deletion.deletedHeaders());

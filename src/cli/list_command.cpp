@@ -2,37 +2,32 @@
 
 #include "cli/job_terms.h"
 #include "cli/json_writer.h"
-#include "cli/terminal_text.h"
+#include "cli/table.h"
 #include "platform/value.h"
+
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace qx::cli {
 namespace {
 
-/// Columns of fixed width, so that rows can be printed as they arrive.
-std::string listLine(std::string_view state, std::string_view kind, std::string_view date,
-                     std::string_view customer, std::string_view jobId, std::string_view title,
-                     std::string_view remark) {
-  constexpr std::size_t stateWidth = 8;
-  constexpr std::size_t kindWidth = 13;
-  constexpr std::size_t shortWidth = 10;
-  constexpr std::size_t keyWidth = 32;
-  constexpr std::size_t textWidth = 24;
-  return tableLine({{state, stateWidth},
-                    {kind, kindWidth},
-                    {date, shortWidth},
-                    {customer, shortWidth},
-                    {jobId, keyWidth},
-                    {title, textWidth},
-                    {remark, 2 * textWidth}}) +
-         '\n';
+std::vector<TableColumn> listColumns() {
+  return {{"Stand", 8, 8},   {"Vorgang", 13, 7},     {"Eingang", 10, 10, true},      {"Kunde", 10, 6},
+          {"JobID", 32, 32}, {"Name", 24, 16, true}, {"Betreff, Fehlertext", 48, 12}};
 }
 
-std::string listLine(Recordset& row) {
+std::vector<TableCell> listRow(Recordset& row) {
   const auto jobType = jobCode(row.value("JobType"));
   std::string remark = row.text("Betreff");
   if (remark.empty()) remark = row.text("Fehlertext");
-  return listLine(stateText(jobType), kindText(jobType), row.text("Eingangsdatum"), row.text("Kundennummer"),
-                  row.text("JobID"), row.text("Bez1"), remark);
+  return {{std::string(stateText(jobType)), stateStyle(jobType)},
+          {std::string(kindText(jobType))},
+          {row.text("Eingangsdatum")},
+          {row.text("Kundennummer")},
+          {row.text("JobID")},
+          {row.text("Bez1")},
+          {std::move(remark)}};
 }
 
 } // namespace
@@ -78,21 +73,21 @@ Sql ListCommand::query() const {
 
 ExitCode ListCommand::work(const CommandContext& context) {
   const auto jobs = context.connection().openStream(query());
-  std::ostream& output = context.output.result;
-  JsonWriter json(output);
+  JsonWriter json(context.output.result);
+  Table table(context.output, listColumns());
   if (context.output.json)
     json.beginArray();
   else
-    output << listLine("Stand", "Vorgang", "Eingang", "Kunde", "JobID", "Name", "Betreff, Fehlertext");
+    table.head();
   for (std::int64_t count = 0; !jobs->eof() && (!limit || count < *limit); ++count, jobs->moveNext())
     if (context.output.json)
       json.beginObject().columns(*jobs, jobs->fieldCount()).endObject();
     else
-      output << listLine(*jobs);
+      table.row(listRow(*jobs));
   if (context.output.json)
     json.endArray().finish();
   else
-    output << std::flush;
+    context.output.result << std::flush;
   return ExitCode::Success;
 }
 

@@ -1,7 +1,8 @@
 #include "cli/run_printer.h"
 
+#include "cli/job_terms.h"
 #include "cli/json_members.h"
-#include "cli/terminal_text.h"
+#include "model/text.h"
 
 namespace qx::cli {
 namespace {
@@ -24,18 +25,18 @@ void printRest(std::ostream& output, const RunReport& report) {
 
 } // namespace
 
+TextRunPrinter::TextRunPrinter(const Output& output)
+    : output_(output),
+      table_(
+          output,
+          {{"Status", 8, 8}, {"Vorgang", 7, 7}, {"Nummer", 10, 6}, {"JobID", 32, 32}, {"Gründe", 80, 10}}) {}
+
 void TextRunPrinter::add(const JobOutcome& outcome) {
-  constexpr std::size_t statusWidth = 8;
-  constexpr std::size_t transactionWidth = 7;
-  constexpr std::size_t numberWidth = 10;
-  constexpr std::size_t keyWidth = 32;
-  constexpr std::size_t reasonWidth = 80;
-  output_.result << tableLine({{outcome.status, statusWidth},
-                               {outcome.transaction, transactionWidth},
-                               {outcome.number, numberWidth},
-                               {outcome.jobId, keyWidth},
-                               {outcome.reasons, reasonWidth}})
-                 << '\n';
+  table_.row({{outcome.status, statusStyle(outcome.status)},
+              {outcome.transaction},
+              {outcome.number},
+              {outcome.jobId},
+              {outcome.reasons}});
 }
 
 void TextRunPrinter::finish(const RunReport& report, std::chrono::milliseconds span) {

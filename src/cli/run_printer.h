@@ -3,6 +3,7 @@
 
 #include "cli/command.h"
 #include "cli/json_writer.h"
+#include "cli/table.h"
 #include "engine/job_outcome.h"
 
 #include <chrono>
@@ -19,12 +20,13 @@ public:
 
 class TextRunPrinter final : public RunPrinter {
 public:
-  explicit TextRunPrinter(const Output& output) : output_(output) {}
+  explicit TextRunPrinter(const Output& output);
   void add(const JobOutcome& outcome) override;
   void finish(const RunReport& report, std::chrono::milliseconds span) override;
 
 private:
   const Output& output_;
+  Table table_;
 };
 
 /// One document, whatever the number of jobs; it is closed in every case.

@@ -2,6 +2,7 @@
 
 #include "cli/job_terms.h"
 #include "cli/json_writer.h"
+#include "cli/progress_bar.h"
 #include "cli/stage_reader.h"
 #include "model/text.h"
 #include "platform/bulk_staging.h"
@@ -75,7 +76,15 @@ ExitCode StageCommand::work(const CommandContext& context) {
   const std::unique_ptr<BulkStaging> jobs = context.connection().bulkStaging();
   JobAssembler assembler(context.environment, *jobs, source.name());
   jobs->begin();
-  readJobs(source, assembler);
+  {
+    ProgressBar bar(context.output, ProgressUnit::Bytes);
+    source.observe([&](std::uintmax_t done, std::uintmax_t total) {
+      bar.report(done, total);
+      bar.draw();
+    });
+    readJobs(source, assembler);
+    source.observe({});
+  }
   if (const auto conflict = jobs->finish()) refuse(*conflict, source.name());
   BusyNotice wait(context.output.messages);
   const auto refused =

@@ -121,8 +121,8 @@ std::int64_t JobDeletion::deleteRows(std::string_view key) {
   return deleted;
 }
 
-void JobDeletion::DelArchives() {
-  deleteDone(jobIds(sql("Select JobID From ImportKopf Where Right(JobType,1) = '3' "_sql)));
+std::vector<std::string> JobDeletion::doneJobs() {
+  return jobIds(sql("Select JobID From ImportKopf Where Right(JobType,1) = '3' "_sql));
 }
 
 /// Another program may have staged a job afresh since its key was read.

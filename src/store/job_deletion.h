@@ -39,7 +39,9 @@ public:
   /// The same for a set.
   void delItems(const std::vector<std::string>& jobIds, bool withContracts);
   /// Deletes every done job of any kind.
-  void DelArchives();
+  void DelArchives() { deleteDone(doneJobs()); }
+  /// The keys of these jobs.
+  std::vector<std::string> doneJobs();
   /// The keys of the done jobs received before the date. A job without a readable date is left out and
   /// reported to the diagnostics.
   std::vector<std::string> doneBefore(const Date& date);
