@@ -17,7 +17,9 @@ struct Output {
   HarmlessStream& result;
   HarmlessStream& messages;
   std::ostream& terminal; ///< standard error as it is, for a progress bar that moves the cursor
+  std::ostream& data;     ///< standard output for data that must stay byte for byte; filtered on a terminal
   bool json = false;      ///< the result is one JSON document
+  bool jsonLines = false; ///< or, for a command that offers it, one a line
   /// The width of the terminal to which the result goes; null when it goes elsewhere.
   std::optional<std::size_t> columns = std::nullopt;
 };
@@ -28,6 +30,8 @@ public:
   virtual ~Command() = default;
   /// Checks the arguments only. Raises `ProgramError`.
   virtual void prepare() {}
+  /// Whether the result can be a document a line.
+  virtual bool offersLines() const { return false; }
   virtual ExitCode run(Installation& installation, const Output& output) = 0;
 };
 

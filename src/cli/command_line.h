@@ -15,6 +15,7 @@ struct Invocation {
   ProgramOptions options;
   std::shared_ptr<Command> command;
   std::string text;
+  bool jsonLines = false;
   std::string color; ///< "auto", "always" or "never"
 };
 

@@ -2,6 +2,7 @@
 
 #include "cli/terminal_text.h"
 #include "engine/findings.h"
+#include "model/text.h"
 #include "program/program_error.h"
 
 #include <algorithm>
@@ -101,6 +102,20 @@ Style statusStyle(std::string_view status) {
   if (status == severityWord(CheckStatus::Error)) return Style::Bad;
   if (status == severityWord(CheckStatus::Warning)) return Style::Warning;
   return status == "Erledigt" ? Style::Good : Style::Plain;
+}
+
+std::string briefReasons(std::string_view reasons) {
+  std::string first;
+  std::size_t others = 0;
+  while (!reasons.empty()) {
+    const std::string_view line = trimWhitespace(takeLine(reasons));
+    if (line.empty() || line == findingsSentence || line.starts_with(hintMark)) continue;
+    if (first.empty())
+      first = line;
+    else
+      ++others;
+  }
+  return others == 0 ? first : first + " (+" + std::to_string(others) + ")";
 }
 
 std::string_view processText(std::int16_t jobType) {

@@ -32,6 +32,10 @@ std::string_view stateText(std::int16_t jobType);
 Style stateStyle(std::int16_t jobType);
 Style statusStyle(std::string_view status);
 
+/// What a line says of the reasons in `Fehlertext`: the first one, and how many there are besides, without
+/// the sentence that announces them.
+std::string briefReasons(std::string_view reasons);
+
 /// The kind of transaction as the protocol names it.
 std::string_view processText(std::int16_t jobType);
 

@@ -1,8 +1,8 @@
 #include "cli/commands.h"
 
+#include "cli/job_table.h"
 #include "cli/job_terms.h"
 #include "cli/json_writer.h"
-#include "cli/table.h"
 #include "platform/value.h"
 
 #include <string>
@@ -10,28 +10,6 @@
 #include <vector>
 
 namespace qx::cli {
-namespace {
-
-std::vector<TableColumn> listColumns() {
-  return {{"Stand", 8, 8},   {"Vorgang", 13, 7},     {"Eingang", 10, 10, true},      {"Kunde", 10, 6},
-          {"JobID", 32, 32}, {"Name", 24, 16, true}, {"Betreff, Fehlertext", 48, 12}};
-}
-
-std::vector<TableCell> listRow(Recordset& row) {
-  const auto jobType = jobCode(row.value("JobType"));
-  std::string remark = row.text("Betreff");
-  if (remark.empty()) remark = row.text("Fehlertext");
-  return {{std::string(stateText(jobType)), stateStyle(jobType)},
-          {std::string(kindText(jobType))},
-          {row.text("Eingangsdatum")},
-          {row.text("Kundennummer")},
-          {row.text("JobID")},
-          {row.text("Bez1")},
-          {std::move(remark)}};
-}
-
-} // namespace
-
 void ListCommand::prepare() {
   if (limit && *limit < 0)
     throw ProgramError(ExitCode::BadInput, "the limit must not be negative",
@@ -74,17 +52,20 @@ Sql ListCommand::query() const {
 ExitCode ListCommand::work(const CommandContext& context) {
   const auto jobs = context.connection().openStream(query());
   JsonWriter json(context.output.result);
-  Table table(context.output, listColumns());
-  if (context.output.json)
-    json.beginArray();
-  else
+  Table table(context.output, jobColumns());
+  const bool lines = context.output.jsonLines;
+  if (!context.output.json)
     table.head();
+  else if (!lines)
+    json.beginArray();
   for (std::int64_t count = 0; !jobs->eof() && (!limit || count < *limit); ++count, jobs->moveNext())
-    if (context.output.json)
+    if (lines)
+      JsonWriter(context.output.result).beginObject().columns(*jobs, jobs->fieldCount()).endObject().finish();
+    else if (context.output.json)
       json.beginObject().columns(*jobs, jobs->fieldCount()).endObject();
     else
-      table.row(listRow(*jobs));
-  if (context.output.json)
+      table.row(jobCells(*jobs));
+  if (context.output.json && !lines)
     json.endArray().finish();
   else
     context.output.result << std::flush;

@@ -69,7 +69,10 @@ ExitCode execute(int count, const char* const* arguments, HarmlessStream& result
   AbsentJobView jobView(desktop);
   Composition composition(invocation.options, diagnostics, desktop, jobView);
   if (wantsColors(invocation.color)) result.useColors();
-  const Output output{result, messages, std::cerr, invocation.options.json, columnsOfResult()};
+  if (isSystemLog(standardOutput) && !invocation.options.json) result.markPriorities(Priority::Information);
+  std::ostream& data = isOutputTerminal() ? static_cast<std::ostream&>(result) : std::cout;
+  const Output output{
+      result, messages, std::cerr, data, invocation.options.json, invocation.jsonLines, columnsOfResult()};
   const ExitCode code = invocation.command->run(composition, output);
   if (!result.flush()) throw ProgramError(ExitCode::Failure, "standard output could not be written");
   return code;

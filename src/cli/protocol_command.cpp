@@ -70,6 +70,12 @@ void writeHints(std::ostream& output, std::string_view info) {
   }
 }
 
+/// Of a written job it says first what was done.
+std::string information(std::string_view status, const std::string& info) {
+  std::string brief = statusStyle(status) == Style::Good ? std::string() : briefReasons(info);
+  return brief.empty() ? info : brief;
+}
+
 void writeText(const Output& output, Connection& connection, const std::vector<std::string>& ids) {
   Table table(
       output,
@@ -80,7 +86,7 @@ void writeText(const Output& output, Connection& connection, const std::vector<s
                {row.text("Text0")},
                {row.text("Text1")},
                {row.text("Text3")},
-               {row.text("Memo0")}});
+               {information(status, row.text("Memo0"))}});
     writeHints(output.result, row.text("Memo0"));
   });
 }

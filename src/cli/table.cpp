@@ -26,11 +26,13 @@ Table::Table(const Output& output, std::vector<TableColumn> columns)
     missing_[i] = columns_[i].mayBeMissing;
   std::size_t width = widthOf(columns_, missing_, &TableColumn::width);
   const auto shrink = [&](TableColumn& column, std::size_t least) {
-    const std::size_t less = std::min(width - std::min(width, wanted), column.width - std::min(column.width, least));
+    const std::size_t less =
+        std::min(width - std::min(width, wanted), column.width - std::min(column.width, least));
     column.width -= less;
     width -= less;
   };
-  // The last column first, then the others from right to left, and every one on a terminal that is too narrow.
+  // The last column first, then the others from right to left, and every one on a terminal that is too
+  // narrow.
   TableColumn& last = columns_.back();
   shrink(last, std::max(last.width / 2, last.least));
   for (std::size_t i = columns_.size() - 1; i-- > 0;)
@@ -52,7 +54,8 @@ void Table::row(const std::vector<TableCell>& cells) {
   std::string blanks;
   for (std::size_t i = 0; i < cells.size(); ++i) {
     if (missing_[i]) continue;
-    std::string text = fitted(cells[i].text, columns_[i].width, output_.columns ? Fitting::Cut : Fitting::Whole);
+    std::string text =
+        fitted(cells[i].text, columns_[i].width, output_.columns ? Fitting::Cut : Fitting::Whole);
     const std::size_t shown = text.find_last_not_of(' ') + 1;
     const std::size_t padding = text.size() - shown;
     text.resize(shown);

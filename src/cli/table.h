@@ -13,8 +13,8 @@ namespace qx::cli {
 
 struct TableColumn {
   std::string_view title;
-  std::size_t width;        ///< usual
-  std::size_t least;        ///< on a narrow terminal
+  std::size_t width;         ///< usual
+  std::size_t least;         ///< on a narrow terminal
   bool mayBeMissing = false; ///< there, when even the least widths are too many
 };
 

@@ -16,8 +16,9 @@ protected:
   std::string customersFile(int count) const {
     std::string jobs;
     for (int i = 0; i < count; ++i)
-      jobs += R"({"type":"Kunde","JobID":"DE)" + std::to_string(1000000 + i) + R"(00000000000000000000000",)" +
-              R"("Kundennummer":"K)" + std::to_string(1000000 + i) + R"(","Bez1":"Firma"})" + "\n";
+      jobs += R"({"type":"Kunde","JobID":"DE)" + std::to_string(1000000 + i) +
+              R"(00000000000000000000000",)" + R"("Kundennummer":"K)" + std::to_string(1000000 + i) +
+              R"(","Bez1":"Firma"})" + "\n";
     erp.folder.write("jobs.json", jobs);
     return (erp.folder.path() / "jobs.json").string();
   }
