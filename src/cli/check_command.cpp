@@ -61,8 +61,10 @@ private:
     json_.endObject();
   }
   void addText(const JobBrief& job, const Findings& findings) {
-    output_.result << severityWord(findings.status()) << "  " << processText(job.jobType) << " "
-                   << oneLine(job.number) << "  " << oneLine(job.jobId) << '\n';
+    const std::string_view severity = severityWord(findings.status());
+    output_.result.print(severity, statusStyle(severity));
+    output_.result << "  " << processText(job.jobType) << " " << oneLine(job.number) << "  "
+                   << oneLine(job.jobId) << '\n';
     for (const std::string& line : findings.lines()) output_.result << "  " << line << '\n';
   }
 

@@ -1,20 +1,27 @@
 // The base classes of the program's commands, and where they write.
 #pragma once
 
+#include "cli/harmless_buffer.h"
 #include "engine/import_job_object2.h"
 #include "program/installation.h"
 #include "program/program_error.h"
 
+#include <cstddef>
+#include <optional>
 #include <ostream>
 
 namespace qx::cli {
 
 /// The result goes to standard output, messages to standard error; control characters are removed from both.
 struct Output {
-  std::ostream& result;
-  std::ostream& messages;
+  HarmlessStream& result;
+  HarmlessStream& messages;
   std::ostream& terminal; ///< standard error as it is, for a progress bar that moves the cursor
+  std::ostream& data;     ///< standard output for data that must stay byte for byte; filtered on a terminal
   bool json = false;      ///< the result is one JSON document
+  bool jsonLines = false; ///< or, for a command that offers it, one a line
+  /// The width of the terminal to which the result goes; null when it goes elsewhere.
+  std::optional<std::size_t> columns = std::nullopt;
 };
 
 /// One verb of the program.
@@ -23,6 +30,8 @@ public:
   virtual ~Command() = default;
   /// Checks the arguments only. Raises `ProgramError`.
   virtual void prepare() {}
+  /// Whether the result can be a document a line.
+  virtual bool offersLines() const { return false; }
   virtual ExitCode run(Installation& installation, const Output& output) = 0;
 };
 

@@ -42,8 +42,14 @@ public:
       invocation.text = text.str();
       return invocation;
     }
+    options_.json = !json_.empty();
+    invocation.jsonLines = json_ == "lines";
+    if (invocation.jsonLines && !chosen_->offersLines())
+      throw ProgramError(ExitCode::BadInput, "this command prints one document",
+                         "Give --json without 'lines'; process and list print a document a line.");
     view_->arguments.options = options_;
     invocation.options = options_;
+    invocation.color = color_;
     invocation.command = std::move(chosen_);
     return invocation;
   }
@@ -59,7 +65,11 @@ private:
 
   void declareOptions() {
     declareCommonOptions(app_, options_);
-    app_.add_flag("--json", options_.json, "Print one JSON document");
+    app_.add_flag("--json{document}", json_, "Print one JSON document; --json=lines: one a line")
+        ->check(CLI::IsMember({"document", "lines"}));
+    app_.add_option("--color", color_, "Colour states: auto, always or never")
+        ->check(CLI::IsMember({"auto", "always", "never"}))
+        ->capture_default_str();
   }
 
   void declareJobCommands() {
@@ -99,15 +109,24 @@ private:
     deleteVerb->add_option("JOBID", remove->jobIds, "Keys of jobs")->required();
     deleteVerb->add_flag("--with-contracts", remove->withContracts,
                          "Delete the customer's contract jobs with a customer job");
+    declareCare(*deleteVerb, *remove);
 
     const auto [purgeVerb, purge] = verb<PurgeCommand>(app_, "purge", "Delete done jobs");
     purgeVerb->add_option("--before", purge->before, "Only those received before this day, dd.mm.yyyy");
+    declareCare(*purgeVerb, *purge);
+  }
+
+  template <class Deletion>
+  void declareCare(CLI::App& verb, Deletion& deletion) {
+    verb.add_flag("--dry-run", deletion.dryRun, "Only list the jobs that would be deleted");
+    verb.add_option("--keep", deletion.keep, "Write the jobs to this new file first; stage takes them back");
   }
 
   void declareRunCommands() {
     const auto [processVerb, process] = verb<ProcessCommand>(app_, "process", "Process the waiting jobs");
     processVerb->add_option("--select", process->select, "alle, kunden, verträge, aufträge or zubehör")
         ->capture_default_str();
+    processVerb->add_flag("--quiet,-q", process->quiet, "Print jobs that were not written, and the summary");
     processVerb->add_flag("--unevaluated", process->unevaluated, "Skip the automatic check");
     processVerb->add_flag("--wait{forever}", process->wait,
                           "Wait for the lock, for no longer than TIME: --wait=90s, =5min, =2h");
@@ -122,7 +141,9 @@ private:
     CLI::App* lock = app_.add_subcommand("lock", "The single-user lock");
     lock->require_subcommand(1);
     verb<LockShowCommand>(*lock, "show", "Show who holds the lock");
-    verb<LockReleaseCommand>(*lock, "release", "Remove the lock, whoever holds it");
+    const auto [freeVerb, release_] =
+        verb<LockReleaseCommand>(*lock, "release", "Remove the lock of a program that is gone");
+    freeVerb->add_flag("--force", release_->force, "Also that of a program that is running");
   }
 
   void declareJobFiles() {
@@ -163,6 +184,16 @@ private:
     setVerb->add_option("KEY", set->key, "Key")->required();
     setVerb->add_option("VALUE", set->value, "New value, may be empty")->required();
     setVerb->add_flag("--local", set->local, "Into the user's own store");
+    setVerb->add_flag("--force", set->force, "Also an option that only another program knows");
+
+    const auto [outVerb, out] = verb<SettingsExportCommand>(
+        *settings, "export", "Write the options of the installation to an INI file");
+    outVerb->add_option("FILE", out->file, "File to write, which must not exist; - for standard output")
+        ->required();
+    const auto [inVerb, in] =
+        verb<SettingsImportCommand>(*settings, "import", "Take over the options of an INI file");
+    inVerb->add_option("FILE", in->file, "File of options, - for standard input")->required();
+    inVerb->add_flag("--force", in->force, "Also options that only another program knows");
   }
 
   void declareMaintenance() {
@@ -184,6 +215,8 @@ private:
 
   CLI::App app_;
   ProgramOptions options_;
+  std::string json_;
+  std::string color_ = "auto";
   ViewCommand* view_ = nullptr; ///< the one command that passes the options on
   std::shared_ptr<Command> chosen_;
 };
@@ -198,7 +231,7 @@ bool asksForJson(int count, const char* const* arguments) {
   for (int i = 1; i < count; ++i) {
     const std::string_view argument(arguments[i]);
     if (argument == "--") return false;
-    if (argument == "--json") return true;
+    if (argument == "--json" || argument.starts_with("--json=")) return true;
   }
   return false;
 }

@@ -15,6 +15,8 @@ struct Invocation {
   ProgramOptions options;
   std::shared_ptr<Command> command;
   std::string text;
+  bool jsonLines = false;
+  std::string color; ///< "auto", "always" or "never"
 };
 
 /// Raises `ProgramError` for invalid arguments.

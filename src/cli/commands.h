@@ -40,6 +40,7 @@ public:
   std::optional<std::int64_t> limit;
 
   void prepare() override;
+  bool offersLines() const override { return true; }
 
 protected:
   ExitCode work(const CommandContext& context) override;
@@ -80,19 +81,24 @@ private:
   ExitCode explainJob(Installation& installation, const Output& output) const;
 };
 
-/// `delete JOBID... [--with-contracts]`; a job that the database refuses to delete stays and is named.
+/// `delete JOBID... [--with-contracts] [--dry-run] [--keep FILE]`; a job that the database refuses to delete
+/// stays and is named.
 class DeleteCommand final : public DatabaseCommand {
 public:
   std::vector<std::string> jobIds;
+  bool dryRun = false;
+  std::string keep;           ///< file for the jobs that go; empty for none
   bool withContracts = false; ///< of a customer job also the customer's contract jobs
 
 protected:
   ExitCode work(const CommandContext& context) override;
 };
 
-/// `purge [--before dd.mm.yyyy]`: all done jobs, or those received before a day.
+/// `purge [--before dd.mm.yyyy] [--dry-run] [--keep FILE]`: all done jobs, or those received before a day.
 class PurgeCommand final : public DatabaseCommand {
 public:
+  bool dryRun = false;
+  std::string keep;
   std::optional<std::string> before;
 
   void prepare() override;
@@ -104,16 +110,18 @@ private:
   std::optional<Date> day_;
 };
 
-/// `process [--select S] [--unevaluated] [--wait[=TIME]]`, under the single-user lock.
+/// `process [--select S] [--quiet] [--unevaluated] [--wait[=TIME]]`, under the single-user lock.
 class ProcessCommand final : public DatabaseCommand {
 public:
   std::string select = "alle";
+  bool quiet = false;       ///< print jobs that were not written only
   bool unevaluated = false; ///< skip the automatic check
   std::string wait = "0";   ///< for the lock: a number with s, min or h behind it, or `forever`
 
   static constexpr const char* forever = "forever";
 
   void prepare() override;
+  bool offersLines() const override { return true; }
 
 protected:
   ExitCode work(const CommandContext& context) override;
@@ -151,8 +159,11 @@ protected:
   ExitCode work(const CommandContext& context) override;
 };
 
-/// `lock release`, whoever holds it.
+/// `lock release [--force]`; only with `force` that of a program that is running.
 class LockReleaseCommand final : public DatabaseCommand {
+public:
+  bool force = false;
+
 protected:
   ExitCode work(const CommandContext& context) override;
 };
@@ -208,15 +219,35 @@ protected:
   ExitCode work(const CommandContext& context) override;
 };
 
-/// `settings set SECTION KEY VALUE [--local]`.
+/// `settings set SECTION KEY VALUE [--local] [--force]`.
 class SettingsSetCommand final : public DatabaseCommand {
 public:
   std::string section;
   std::string key;
   std::string value;
   bool local = false;
+  bool force = false; ///< also an unknown key
 
   void prepare() override;
+
+protected:
+  ExitCode work(const CommandContext& context) override;
+};
+
+/// `settings export FILE|-`: the options that may go to another installation, as an INI file.
+class SettingsExportCommand final : public DatabaseCommand {
+public:
+  std::string file;
+
+protected:
+  ExitCode work(const CommandContext& context) override;
+};
+
+/// `settings import FILE|- [--force]`: all options of the file or none.
+class SettingsImportCommand final : public DatabaseCommand {
+public:
+  std::string file;
+  bool force = false;
 
 protected:
   ExitCode work(const CommandContext& context) override;

@@ -44,7 +44,9 @@ JobAssembler::JobAssembler(Environment& environment, BulkStaging& jobs, std::str
       vertrag_(initial<VertragFields>(Vertrag(environment))),
       auftrag_(initial<AuftragFields>(Auftrag(environment))),
       orderPosition_(initial<AuftragsPosFields>(AuftragsPos(environment, ReadyFlags::read(environment)))),
-      contractPosition_(initialContractPosition()) {}
+      contractPosition_(initialContractPosition()),
+      keptHeader_(activeConnection(environment), sql("Select * From ImportKopf Where 0 = 1"_sql)),
+      keptPosition_(activeConnection(environment), sql("Select * From ImportPos Where 0 = 1"_sql)) {}
 
 void JobAssembler::refuse(std::int64_t line, std::string_view field, std::string_view reason) const {
   std::string message = "object " + std::to_string(jobNumber_) + ": ";
@@ -102,11 +104,14 @@ void JobAssembler::setType(const StageProperty& type) {
     type_ = Type::Vertrag;
   else if (*text == "Auftrag")
     type_ = Type::Auftrag;
+  else if (*text == keptType)
+    type_ = Type::Kept;
   else
     refuse(type.line, "type", "\"" + *text + "\" is not a type; the types are Kunde, Vertrag and Auftrag");
   kunde_.begin();
   vertrag_.begin();
   auftrag_.begin();
+  keptHeader_.begin();
   if (positionsLine_ != 0) allowPositions();
   for (StageProperty& waiting : waitingProperties_) addToJob(waiting);
   positionNumber_ = 0;
@@ -127,6 +132,9 @@ void JobAssembler::addToJob(StageProperty& property) {
     break;
   case Type::Vertrag:
     wrong = vertrag_.add(property, true);
+    break;
+  case Type::Kept:
+    wrong = keptHeader_.add(property);
     break;
   default:
     wrong = auftrag_.add(property, false);
@@ -154,6 +162,7 @@ void JobAssembler::beginPosition(std::int64_t line) {
   } else {
     orderPosition_.begin();
     contractPosition_.begin();
+    keptPosition_.begin();
   }
 }
 
@@ -165,8 +174,9 @@ void JobAssembler::positionProperty(StageProperty property) {
 }
 
 void JobAssembler::addToPosition(StageProperty& property) {
-  const auto wrong =
-      type_ == Type::Vertrag ? contractPosition_.add(property, true) : orderPosition_.add(property, false);
+  const auto wrong = type_ == Type::Kept      ? keptPosition_.add(property)
+                     : type_ == Type::Vertrag ? contractPosition_.add(property, true)
+                                              : orderPosition_.add(property, false);
   if (wrong) refusePosition(property.line, property.name, *wrong);
 }
 
@@ -175,7 +185,9 @@ void JobAssembler::endPosition() {
 }
 
 void JobAssembler::finishPosition() {
-  if (type_ == Type::Vertrag)
+  if (type_ == Type::Kept)
+    finishKeptPosition();
+  else if (type_ == Type::Vertrag)
     finishPosition(contractPosition_, qxtJobTypeSubItem);
   else
     finishPosition(orderPosition_, qxtJobAuftragsPos);
@@ -225,6 +237,8 @@ void JobAssembler::endJob() {
     return finishJob(vertrag_, qxtjobverträge, qxtjobkundenverträge);
   case Type::Auftrag:
     return finishJob(auftrag_, qxtJobAufträge);
+  case Type::Kept:
+    return finishKeptJob();
   case Type::Unknown:
     break;
   }
@@ -248,6 +262,25 @@ void JobAssembler::finishJob(Builder& builder, std::int16_t code, std::int16_t o
   const std::int64_t line = builder.line("JobID");
   fill(jobs_.newJob(), builder);
   jobs_.addJob(line == 0 ? jobLine_ : line);
+}
+
+/// In whatever state it was.
+void JobAssembler::finishKeptJob() {
+  const std::string key = checkedKey(keptHeader_.text("JobID"), keptHeader_.line("JobID"), "JobID", false);
+  if (key.empty()) refuse(jobLine_, "JobID", "a kept job needs its key");
+  const std::int64_t code = keptHeader_.whole("JobType").value_or(0);
+  if (code < qxtjobkunden || code >= qxtJobAuftragsPos)
+    refuse(keptHeader_.line("JobType"), "JobType", "this is not the code of a job");
+  keptHeader_.fill(jobs_.newJob());
+  jobs_.addJob(keptHeader_.line("JobID"));
+}
+
+void JobAssembler::finishKeptPosition() {
+  const std::int64_t line = keptPosition_.line("ChildID");
+  if (checkedKey(keptPosition_.text("ChildID"), line, "ChildID", true).empty())
+    refusePosition(positionLine_, "ChildID", "a kept position needs its key");
+  keptPosition_.fill(jobs_.newPosition());
+  jobs_.addPosition(line);
 }
 
 std::string JobAssembler::checkedKey(std::string key, std::int64_t line, std::string_view field,

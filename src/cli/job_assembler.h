@@ -1,6 +1,7 @@
 // Assembles the objects of a file of jobs and passes on each finished record as a row.
 #pragma once
 
+#include "cli/kept_row.h"
 #include "cli/object_builder.h"
 #include "model/entry_records.h"
 #include "model/import_job.h"
@@ -37,7 +38,7 @@ public:
   std::int64_t jobNumber() const { return jobNumber_; }
 
 private:
-  enum class Type : std::uint8_t { Unknown, Kunde, Vertrag, Auftrag };
+  enum class Type : std::uint8_t { Unknown, Kunde, Vertrag, Auftrag, Kept };
   struct WaitingPosition {
     std::int64_t line = 0;
     std::vector<StageProperty> properties;
@@ -53,6 +54,8 @@ private:
   template <class Builder>
   void finishPosition(Builder& builder, std::int16_t code);
   void completeOrderPosition();
+  void finishKeptJob();
+  void finishKeptPosition();
   std::string checkedKey(std::string key, std::int64_t line, std::string_view field, bool inPosition) const;
 
   Environment& environment_;
@@ -64,6 +67,8 @@ private:
   ObjectBuilder<auftragFields, AuftragFields> auftrag_;
   ObjectBuilder<auftragsPosFields, AuftragsPosFields> orderPosition_;
   ObjectBuilder<importJobSubItemFields, ImportJobSubItem> contractPosition_;
+  KeptRow keptHeader_;
+  KeptRow keptPosition_;
 
   std::int64_t jobNumber_ = 0;
   std::int64_t jobLine_ = 0;

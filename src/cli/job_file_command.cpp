@@ -64,7 +64,7 @@ std::optional<OpenFile> standardOutputFor(const std::string& file, const Output&
 ExitCode ScrambleCommand::work(const CommandContext& context) {
   const auto standardOutput = standardOutputFor(target, context.output);
   const JobFileSource source(file);
-  JobFileProgress progress(context.output, scrambling == Scrambling::Scramble ? "scramble" : "unscramble");
+  JobFileProgress progress(context.output, ProgressUnit::Bytes);
   const JobFileReport report =
       standardOutput
           ? scrambleJobFile(context.environment, source.path(), *standardOutput, scrambling, &progress)

@@ -1,20 +1,9 @@
 #include "cli/job_file_progress.h"
 
-#include "platform/terminal.h"
-
 namespace qx::cli {
 
-JobFileProgress::JobFileProgress(const Output& output, std::string_view what)
-    : bar_(output.terminal, isErrorTerminal()) {
-  bar_.ProcessInfo(what);
-}
-
 void JobFileProgress::progress(std::uintmax_t done, std::uintmax_t total) {
-  constexpr std::uintmax_t whole = 100;
-  const auto percent = static_cast<std::int16_t>(total == 0 ? whole : done * whole / total);
-  if (percent == percent_) return;
-  percent_ = percent;
-  bar_.ProcessProgress(percent);
+  bar_.report(done, total);
   bar_.draw();
 }
 
@@ -24,7 +13,7 @@ void ExportProgress::unreadable(std::string_view jobId) {
 }
 
 ImportPrinter::ImportPrinter(const Output& output)
-    : JobFileProgress(output, "import"), output_(output), json_(output.result) {}
+    : JobFileProgress(output, ProgressUnit::Bytes), output_(output), json_(output.result) {}
 
 void ImportPrinter::beginDocument() {
   if (begun_) return;
@@ -38,10 +27,7 @@ JsonWriter& ImportPrinter::beginLine(std::int64_t line, std::string_view result)
   return json_.key("result").text(result);
 }
 
-std::ostream& ImportPrinter::textLine(std::int64_t line) {
-  end();
-  return output_.result << "line " << line << "  ";
-}
+std::ostream& ImportPrinter::textLine(std::int64_t line) { return output_.result << "line " << line << "  "; }
 
 void ImportPrinter::skipped(std::int64_t line, std::string_view reason) {
   if (output_.json)

@@ -16,21 +16,20 @@ namespace qx::cli {
 /// Draws a bar on a terminal.
 class JobFileProgress : public JobFileObserver {
 public:
-  JobFileProgress(const Output& output, std::string_view what);
+  JobFileProgress(const Output& output, ProgressUnit unit) : bar_(output, unit) {}
 
   void progress(std::uintmax_t done, std::uintmax_t total) override;
   /// Erases the bar.
-  void end() { bar_.clear(); }
+  void end() { bar_.end(); }
 
 private:
   ProgressBar bar_;
-  std::int16_t percent_ = -1;
 };
 
 /// Keeps the keys of the first jobs that an export cannot carry completely.
 class ExportProgress final : public JobFileProgress {
 public:
-  explicit ExportProgress(const Output& output) : JobFileProgress(output, "export") {}
+  explicit ExportProgress(const Output& output) : JobFileProgress(output, ProgressUnit::Items) {}
 
   void unreadable(std::string_view jobId) override;
   const std::set<std::string, std::less<>>& unreadableJobs() const { return jobs_; }

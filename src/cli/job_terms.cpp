@@ -1,6 +1,8 @@
 #include "cli/job_terms.h"
 
 #include "cli/terminal_text.h"
+#include "engine/findings.h"
+#include "model/text.h"
 #include "program/program_error.h"
 
 #include <algorithm>
@@ -78,6 +80,42 @@ std::string_view stateText(std::int16_t jobType) {
   for (const State& state : states)
     if (state.state == stateOf(jobType)) return state.text;
   return "?";
+}
+
+Style stateStyle(std::int16_t jobType) {
+  switch (stateOf(jobType)) {
+  case JobState::Warning:
+    return Style::Warning;
+  case JobState::Error:
+    return Style::Bad;
+  case JobState::Done:
+    return Style::Good;
+  case JobState::Deleted:
+    return Style::Faint;
+  case JobState::Waiting:
+    break;
+  }
+  return Style::Plain;
+}
+
+Style statusStyle(std::string_view status) {
+  if (status == severityWord(CheckStatus::Error)) return Style::Bad;
+  if (status == severityWord(CheckStatus::Warning)) return Style::Warning;
+  return status == "Erledigt" ? Style::Good : Style::Plain;
+}
+
+std::string briefReasons(std::string_view reasons) {
+  std::string first;
+  std::size_t others = 0;
+  while (!reasons.empty()) {
+    const std::string_view line = trimWhitespace(takeLine(reasons));
+    if (line.empty() || line == findingsSentence || line.starts_with(hintMark)) continue;
+    if (first.empty())
+      first = line;
+    else
+      ++others;
+  }
+  return others == 0 ? first : first + " (+" + std::to_string(others) + ")";
 }
 
 std::string_view processText(std::int16_t jobType) {

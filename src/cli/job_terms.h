@@ -1,6 +1,7 @@
 // The jobs that arguments name, and the names of kinds and states.
 #pragma once
 
+#include "cli/harmless_buffer.h"
 #include "model/job_codes.h"
 #include "platform/database.h"
 
@@ -26,6 +27,14 @@ std::string_view kindText(std::int16_t jobType);
 
 /// "wartet", "Warnung", "Fehler", "erledigt", "gelöscht"; "?" for a code of no state.
 std::string_view stateText(std::int16_t jobType);
+
+/// The style of that word, and that of a status of the protocol ("Erledigt", "Warnung", "Fehler").
+Style stateStyle(std::int16_t jobType);
+Style statusStyle(std::string_view status);
+
+/// What a line says of the reasons in `Fehlertext`: the first one, and how many there are besides, without
+/// the sentence that announces them.
+std::string briefReasons(std::string_view reasons);
 
 /// The kind of transaction as the protocol names it.
 std::string_view processText(std::int16_t jobType);

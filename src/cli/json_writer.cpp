@@ -1,5 +1,6 @@
 #include "cli/json_writer.h"
 
+#include "cli/harmless_buffer.h"
 #include "model/text.h"
 
 #include <algorithm>
@@ -124,15 +125,15 @@ void JsonWriter::quote(std::string_view content) {
 std::size_t JsonWriter::escapeFirst(std::string_view content) {
   constexpr std::string_view digits = "0123456789abcdef";
   const auto byte = static_cast<unsigned char>(content.front());
-  const auto code = [&](unsigned char control) {
-    output_ << "\\u00" << digits[control >> 4U] << digits[control & 0xFU];
-  };
+  const auto lowByte = [&](unsigned control) { output_ << digits[control >> 4U] << digits[control & 0xFU]; };
   if (byte >= 0x80) {
     const std::size_t length = utf8Length(content);
     const std::string_view character = content.substr(0, length);
-    if (length == 2 && character < "\u00A0")
-      code(static_cast<unsigned char>(content[1]));
-    else
+    if (isControl(character)) {
+      const auto last = static_cast<unsigned char>(character.back());
+      output_ << (length == 2 ? "\\u00" : "\\u20");
+      lowByte(length == 2 ? last : (static_cast<unsigned char>(character[1]) & 3U) << 6U | (last & 0x3FU));
+    } else
       output_ << (length == 0 ? std::string_view("\xEF\xBF\xBD") : character);
     return length == 0 ? 1 : length;
   }
@@ -144,8 +145,10 @@ std::size_t JsonWriter::escapeFirst(std::string_view content) {
     output_ << "\\r";
   else if (byte == '\t')
     output_ << "\\t";
-  else
-    code(byte);
+  else {
+    output_ << "\\u00";
+    lowByte(byte);
+  }
   return 1;
 }
 

@@ -1,42 +1,15 @@
 #include "cli/commands.h"
 
+#include "cli/job_table.h"
 #include "cli/job_terms.h"
 #include "cli/json_writer.h"
-#include "cli/terminal_text.h"
 #include "platform/value.h"
 
+#include <string>
+#include <utility>
+#include <vector>
+
 namespace qx::cli {
-namespace {
-
-/// Columns of fixed width, so that rows can be printed as they arrive.
-std::string listLine(std::string_view state, std::string_view kind, std::string_view date,
-                     std::string_view customer, std::string_view jobId, std::string_view title,
-                     std::string_view remark) {
-  constexpr std::size_t stateWidth = 8;
-  constexpr std::size_t kindWidth = 13;
-  constexpr std::size_t shortWidth = 10;
-  constexpr std::size_t keyWidth = 32;
-  constexpr std::size_t textWidth = 24;
-  return tableLine({{state, stateWidth},
-                    {kind, kindWidth},
-                    {date, shortWidth},
-                    {customer, shortWidth},
-                    {jobId, keyWidth},
-                    {title, textWidth},
-                    {remark, 2 * textWidth}}) +
-         '\n';
-}
-
-std::string listLine(Recordset& row) {
-  const auto jobType = jobCode(row.value("JobType"));
-  std::string remark = row.text("Betreff");
-  if (remark.empty()) remark = row.text("Fehlertext");
-  return listLine(stateText(jobType), kindText(jobType), row.text("Eingangsdatum"), row.text("Kundennummer"),
-                  row.text("JobID"), row.text("Bez1"), remark);
-}
-
-} // namespace
-
 void ListCommand::prepare() {
   if (limit && *limit < 0)
     throw ProgramError(ExitCode::BadInput, "the limit must not be negative",
@@ -78,21 +51,24 @@ Sql ListCommand::query() const {
 
 ExitCode ListCommand::work(const CommandContext& context) {
   const auto jobs = context.connection().openStream(query());
-  std::ostream& output = context.output.result;
-  JsonWriter json(output);
-  if (context.output.json)
+  JsonWriter json(context.output.result);
+  Table table(context.output, jobColumns());
+  const bool lines = context.output.jsonLines;
+  if (!context.output.json)
+    table.head();
+  else if (!lines)
     json.beginArray();
-  else
-    output << listLine("Stand", "Vorgang", "Eingang", "Kunde", "JobID", "Name", "Betreff, Fehlertext");
   for (std::int64_t count = 0; !jobs->eof() && (!limit || count < *limit); ++count, jobs->moveNext())
-    if (context.output.json)
+    if (lines)
+      JsonWriter(context.output.result).beginObject().columns(*jobs, jobs->fieldCount()).endObject().finish();
+    else if (context.output.json)
       json.beginObject().columns(*jobs, jobs->fieldCount()).endObject();
     else
-      output << listLine(*jobs);
-  if (context.output.json)
+      table.row(jobCells(*jobs));
+  if (context.output.json && !lines)
     json.endArray().finish();
   else
-    output << std::flush;
+    context.output.result << std::flush;
   return ExitCode::Success;
 }
 

@@ -44,6 +44,11 @@ ExitCode LockReleaseCommand::work(const CommandContext& context) {
   ImportLock& lock = context.engine.importLock();
   BusyNotice wait(context.output.messages);
   const auto holder = lock.holder();
+  if (holder && holder->alive == true && !force)
+    throw ProgramError(
+        ExitCode::Refused, "the lock is held by user '" + holder->Benutzer + "', whose program is running",
+        "Nothing was changed. Two programs that process at once may write a job twice; --force "
+        "removes the lock all the same.");
   if (holder && !lock.release(&wait))
     throw ProgramError(ExitCode::Failure, "the lock could not be released", "--verbose shows the reason.");
   if (context.output.json)

@@ -2,17 +2,21 @@
 #include "adapters/system/console_desktop.h"
 #include "adapters/system/program_entry.h"
 #include "adapters/system/stream_diagnostics.h"
+#include "adapters/system/user.h"
 #include "cli/command_line.h"
 #include "cli/harmless_buffer.h"
 #include "cli/json_writer.h"
 #include "cli/out_of_memory.h"
 #include "composition/composition.h"
 #include "model/text.h"
+#include "platform/terminal.h"
 #include "program/version.h"
 
 #include <exception>
 #include <iostream>
 #include <new>
+#include <optional>
+#include <string_view>
 
 namespace qx::cli {
 namespace {
@@ -32,7 +36,8 @@ void reportAsJson(std::ostream& result, const ProgramError& error) {
   json.key("field").textOrNull(error.location().field).endObject().finish();
 }
 
-void printError(std::ostream& messages, const ProgramError& error) {
+void printError(HarmlessStream& messages, const ProgramError& error) {
+  messages.setPriority(Priority::Error);
   const SourceLocation& location = error.location();
   messages << "qximportjob: ";
   if (location.line != 0) messages << oneLine(location.file) << ", line " << location.line << ": ";
@@ -40,7 +45,19 @@ void printError(std::ostream& messages, const ProgramError& error) {
   if (!error.nextStep().empty()) messages << error.nextStep() << '\n';
 }
 
-ExitCode execute(int count, const char* const* arguments, std::ostream& result, std::ostream& messages) {
+bool wantsColors(std::string_view choice) {
+  if (choice != "auto") return choice == "always";
+  return isOutputTerminal() && environmentVariable("NO_COLOR").value_or("").empty();
+}
+
+/// Null unless the result goes to a terminal.
+std::optional<std::size_t> columnsOfResult() {
+  constexpr std::size_t usual = 80;
+  if (!isOutputTerminal()) return std::nullopt;
+  return terminalColumns(standardOutput).value_or(usual);
+}
+
+ExitCode execute(int count, const char* const* arguments, HarmlessStream& result, HarmlessStream& messages) {
   const Invocation invocation = parseArguments(count, arguments, versionText);
   if (!invocation.command) {
     result << invocation.text << std::flush;
@@ -51,7 +68,11 @@ ExitCode execute(int count, const char* const* arguments, std::ostream& result, 
   ConsoleDesktop desktop(messages, diagnostics);
   AbsentJobView jobView(desktop);
   Composition composition(invocation.options, diagnostics, desktop, jobView);
-  const Output output{result, messages, std::cerr, invocation.options.json};
+  if (wantsColors(invocation.color)) result.useColors();
+  if (isSystemLog(standardOutput) && !invocation.options.json) result.markPriorities(Priority::Information);
+  std::ostream& data = isOutputTerminal() ? static_cast<std::ostream&>(result) : std::cout;
+  const Output output{
+      result, messages, std::cerr, data, invocation.options.json, invocation.jsonLines, columnsOfResult()};
   const ExitCode code = invocation.command->run(composition, output);
   if (!result.flush()) throw ProgramError(ExitCode::Failure, "standard output could not be written");
   return code;
@@ -60,6 +81,7 @@ ExitCode execute(int count, const char* const* arguments, std::ostream& result, 
 ExitCode guarded(int count, const char* const* arguments) {
   HarmlessStream result(std::cout);
   HarmlessStream messages(std::cerr);
+  if (isSystemLog(standardError)) messages.markPriorities(Priority::Warning);
   const auto end = [&](const ProgramError& error) {
     // A begun document cannot become an error document.
     if (asksForJson(count, arguments) && !result.used())

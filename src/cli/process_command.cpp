@@ -99,9 +99,28 @@ std::optional<std::chrono::seconds> spanFromText(std::string_view text) {
   return std::nullopt;
 }
 
-std::unique_ptr<RunPrinter> printerFor(const Output& output) {
-  if (output.json) return std::make_unique<JsonRunPrinter>(output);
-  return std::make_unique<TextRunPrinter>(output);
+std::unique_ptr<RunPrinter> printerFor(const Output& output, bool quiet) {
+  if (output.json) return std::make_unique<JsonRunPrinter>(output, quiet);
+  return std::make_unique<TextRunPrinter>(output, quiet);
+}
+
+/// How many jobs a run will take: the waiting ones and the released ones, of the kinds selected.
+std::uintmax_t jobsToTake(Connection& connection, qxProcessState selection) {
+  const bool all = selection == qxProcessState::ProcessAll;
+  Sql query = sql("Select Count(*) From ImportKopf Where (JobType = 0"_sql);
+  const auto add = [&](bool taken, std::int16_t kind) {
+    if (!taken) return;
+    query.append(sql(" Or JobType = "_sql, number(kind), " Or (ProcessWarning = 1 And (JobType = "_sql,
+                     number(withState(kind, JobState::Warning)), " Or JobType = "_sql,
+                     number(withState(kind, JobState::Error)), "))"_sql));
+  };
+  add(all || selection == qxProcessState::ProcessKunden, qxtjobkunden);
+  add(all || selection == qxProcessState::ProcessKunden, qxtjobkundenverträge);
+  add(all || selection == qxProcessState::ProcessVerträge, qxtjobverträge);
+  add(all || selection == qxProcessState::ProcessAufträge || selection == qxProcessState::ProcessZubehör,
+      qxtJobAufträge);
+  const auto rows = connection.open(query.append(sql(")"_sql)));
+  return static_cast<std::uintmax_t>(rows->value(std::size_t{0}).integer().value_or(0));
 }
 
 ExitCode codeOf(const RunReport& report) {
@@ -130,19 +149,21 @@ void ProcessCommand::prepare() {
 
 ExitCode ProcessCommand::work(const CommandContext& context) {
   const HeldLock lock(context, lockWait_);
-  ProgressBar bar(context.output.terminal, isErrorTerminal());
+  ProgressBar bar(context.output);
+  const std::uintmax_t waiting = isErrorTerminal() ? jobsToTake(context.connection(), selection_) : 0;
+  std::uintmax_t taken = 0;
   const Subscription subscription = context.engine.subscribe(bar);
-  const auto printer = printerFor(context.output);
+  const auto printer = printerFor(context.output, quiet);
   context.engine.setOutcomeSink([&](const JobOutcome& outcome) {
-    if (!context.output.json) bar.clear();
     printer->add(outcome);
+    bar.report(++taken, waiting);
     bar.draw();
   });
   const auto start = context.environment.clock.elapsed();
   context.engine.ProcessJobs(unevaluated, selection_);
   const auto span = context.environment.clock.elapsed() - start;
   context.engine.setOutcomeSink({});
-  bar.clear();
+  bar.end();
   const RunReport& report = context.engine.lastRun();
   if (report.end == RunEnd::Refused)
     throw ProgramError(ExitCode::Refused, report.failure, "Try again when the order has been read in.");

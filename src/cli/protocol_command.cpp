@@ -1,7 +1,8 @@
 #include "cli/commands.h"
 
+#include "cli/job_terms.h"
 #include "cli/json_writer.h"
-#include "cli/terminal_text.h"
+#include "cli/table.h"
 #include "engine/findings.h"
 #include "engine/hints.h"
 #include "model/text.h"
@@ -69,18 +70,24 @@ void writeHints(std::ostream& output, std::string_view info) {
   }
 }
 
-void writeText(std::ostream& output, Connection& connection, const std::vector<std::string>& ids) {
-  constexpr std::size_t shortWidth = 8;
-  constexpr std::size_t numberWidth = 10;
-  constexpr std::size_t infoWidth = 80;
+/// Of a written job it says first what was done.
+std::string information(std::string_view status, const std::string& info) {
+  std::string brief = statusStyle(status) == Style::Good ? std::string() : briefReasons(info);
+  return brief.empty() ? info : brief;
+}
+
+void writeText(const Output& output, Connection& connection, const std::vector<std::string>& ids) {
+  Table table(
+      output,
+      {{"Status", 8, 8}, {"Vorgang", 8, 8}, {"Nummer", 10, 6}, {"VADatum", 10, 10}, {"Info", 80, 10}});
   forEachLine(connection, ids, [&](Recordset& row) {
-    output << tableLine({{row.text("Text2"), shortWidth},
-                         {row.text("Text0"), shortWidth},
-                         {row.text("Text1"), numberWidth},
-                         {row.text("Text3"), numberWidth},
-                         {row.text("Memo0"), infoWidth}})
-           << '\n';
-    writeHints(output, row.text("Memo0"));
+    const std::string status = row.text("Text2");
+    table.row({{status, statusStyle(status)},
+               {row.text("Text0")},
+               {row.text("Text1")},
+               {row.text("Text3")},
+               {information(status, row.text("Memo0"))}});
+    writeHints(output.result, row.text("Memo0"));
   });
 }
 
@@ -94,7 +101,7 @@ ExitCode ProtocolCommand::work(const CommandContext& context) {
   else if (ids.empty())
     context.output.result << "There is no protocol of " << germanDate(day) << ".\n";
   else
-    writeText(context.output.result, context.connection(), ids);
+    writeText(context.output, context.connection(), ids);
   return ExitCode::Success;
 }
 

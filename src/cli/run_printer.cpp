@@ -1,7 +1,8 @@
 #include "cli/run_printer.h"
 
+#include "cli/job_terms.h"
 #include "cli/json_members.h"
-#include "cli/terminal_text.h"
+#include "model/text.h"
 
 namespace qx::cli {
 namespace {
@@ -22,23 +23,44 @@ void printRest(std::ostream& output, const RunReport& report) {
   for (const auto& [jobId, reason] : report.left) output << "  " << jobId << ": " << oneLine(reason) << '\n';
 }
 
+bool isWritten(const JobOutcome& outcome) { return stateOf(outcome.jobType) == JobState::Done; }
+
+void writeJob(JsonWriter& json, const JobOutcome& outcome) {
+  json.beginObject();
+  json.key("JobID").text(outcome.jobId);
+  json.key("Vorgang").text(outcome.transaction);
+  json.key("Nummer").text(outcome.number);
+  json.key("Status").text(outcome.status);
+  json.key("JobType").number(std::int64_t{outcome.jobType});
+  json.key("Fehlertext").text(outcome.reasons);
+  writeDetails(json, outcome.findings);
+  json.endObject();
+}
+
 } // namespace
 
+TextRunPrinter::TextRunPrinter(const Output& output, bool quiet)
+    : output_(output), quiet_(quiet),
+      table_(
+          output,
+          {{"Status", 8, 8}, {"Vorgang", 7, 7}, {"Nummer", 10, 6}, {"JobID", 32, 32}, {"Gründe", 80, 10}}) {}
+
 void TextRunPrinter::add(const JobOutcome& outcome) {
-  constexpr std::size_t statusWidth = 8;
-  constexpr std::size_t transactionWidth = 7;
-  constexpr std::size_t numberWidth = 10;
-  constexpr std::size_t keyWidth = 32;
-  constexpr std::size_t reasonWidth = 80;
-  output_.result << tableLine({{outcome.status, statusWidth},
-                               {outcome.transaction, transactionWidth},
-                               {outcome.number, numberWidth},
-                               {outcome.jobId, keyWidth},
-                               {outcome.reasons, reasonWidth}})
-                 << '\n';
+  causes_.add(outcome);
+  if (quiet_ && isWritten(outcome)) return;
+  const Style style = statusStyle(outcome.status);
+  if (style == Style::Bad) output_.result.setPriority(Priority::Error);
+  if (style == Style::Warning) output_.result.setPriority(Priority::Warning);
+  table_.row({{outcome.status, style},
+              {outcome.transaction},
+              {outcome.number},
+              {outcome.jobId},
+              {briefReasons(outcome.reasons)}});
+  output_.result.setPriority(Priority::Information);
 }
 
 void TextRunPrinter::finish(const RunReport& report, std::chrono::milliseconds span) {
+  causes_.print(output_.result);
   output_.result << report.processed << " processed: " << report.done << " done, " << report.warning
                  << " with warnings, " << report.error << " with errors, in " << seconds(span) << " s\n";
   printRest(output_.result, report);
@@ -52,27 +74,33 @@ void JsonRunPrinter::begin() {
 }
 
 void JsonRunPrinter::add(const JobOutcome& outcome) {
+  causes_.add(outcome);
+  if (quiet_ && isWritten(outcome)) return;
+  if (output_.jsonLines) {
+    JsonWriter line(output_.result);
+    writeJob(line, outcome);
+    // Whoever reads along learns of each job at once.
+    line.finish();
+    return;
+  }
   begin();
-  json_.beginObject();
-  json_.key("JobID").text(outcome.jobId);
-  json_.key("Vorgang").text(outcome.transaction);
-  json_.key("Nummer").text(outcome.number);
-  json_.key("Status").text(outcome.status);
-  json_.key("JobType").number(std::int64_t{outcome.jobType});
-  json_.key("Fehlertext").text(outcome.reasons);
-  writeDetails(json_, outcome.findings);
-  json_.endObject();
+  writeJob(json_, outcome);
 }
 
 void JsonRunPrinter::finish(const RunReport& report, std::chrono::milliseconds span) {
-  begin();
-  json_.endArray();
+  if (output_.jsonLines) {
+    json_.beginObject();
+  } else {
+    begin();
+    json_.endArray();
+  }
   json_.key("counts").beginObject();
   json_.key("processed").number(count(report.processed));
   json_.key("done").number(count(report.done));
   json_.key("warning").number(count(report.warning));
   json_.key("error").number(count(report.error));
   json_.endObject();
+  causes_.write(json_);
   json_.key("protocol").text(report.protocolId);
   json_.key("seconds").number(seconds(span));
   if (report.protocolErrors > 0) json_.key("protocolErrors").number(count(report.protocolErrors));

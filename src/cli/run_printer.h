@@ -3,6 +3,8 @@
 
 #include "cli/command.h"
 #include "cli/json_writer.h"
+#include "cli/run_causes.h"
+#include "cli/table.h"
 #include "engine/job_outcome.h"
 
 #include <chrono>
@@ -19,18 +21,23 @@ public:
 
 class TextRunPrinter final : public RunPrinter {
 public:
-  explicit TextRunPrinter(const Output& output) : output_(output) {}
+  /// `quiet` leaves jobs out that were written.
+  TextRunPrinter(const Output& output, bool quiet);
   void add(const JobOutcome& outcome) override;
   void finish(const RunReport& report, std::chrono::milliseconds span) override;
 
 private:
   const Output& output_;
+  bool quiet_;
+  Table table_;
+  RunCauses causes_;
 };
 
-/// One document, whatever the number of jobs; it is closed in every case.
+/// One document, whatever the number of jobs, which is closed in every case; or a document a line, that of
+/// the summary last.
 class JsonRunPrinter final : public RunPrinter {
 public:
-  explicit JsonRunPrinter(const Output& output) : output_(output), json_(output.result) {}
+  JsonRunPrinter(const Output& output, bool quiet) : output_(output), quiet_(quiet), json_(output.result) {}
   void add(const JobOutcome& outcome) override;
   void finish(const RunReport& report, std::chrono::milliseconds span) override;
 
@@ -38,7 +45,9 @@ private:
   void begin();
 
   const Output& output_;
+  bool quiet_;
   JsonWriter json_;
+  RunCauses causes_;
   bool begun_ = false;
 };
 

@@ -2,6 +2,7 @@
 
 #include "cli/job_terms.h"
 #include "cli/json_writer.h"
+#include "cli/progress_bar.h"
 #include "cli/stage_reader.h"
 #include "model/text.h"
 #include "platform/bulk_staging.h"
@@ -9,6 +10,10 @@
 #include "program/busy_notice.h"
 
 #include <memory>
+#include <ostream>
+#include <string>
+#include <unordered_set>
+#include <vector>
 
 namespace qx::cli {
 namespace {
@@ -37,7 +42,40 @@ std::string reasonOf(const KeyConflict& conflict, std::string_view field) {
       "Nothing was staged. Give every job and position its own key.", {file, conflict.line, field});
 }
 
-void writeJson(const Output& output, BulkStaging& jobs) {
+/// The orders that were done before a file was staged again.
+class WrittenOrders {
+public:
+  /// Null for none.
+  explicit WrittenOrders(Connection* connection) {
+    if (connection == nullptr) return;
+    const auto rows = connection->openStream(
+        sql("Select JobID From ImportKopf Where JobType = "_sql, number(qxtJobAufträgeDone)));
+    for (; !rows->eof(); rows->moveNext()) keys_.insert(asciiLower(rows->text("JobID")));
+  }
+
+  /// Those of the file that wait again.
+  std::vector<std::string> among(BulkStaging& jobs) const {
+    std::vector<std::string> again;
+    if (keys_.empty()) return again;
+    jobs.forEach([&](const std::string& jobId, std::int16_t jobType, StageResult result) {
+      if (result == StageResult::Replaced && jobType == qxtJobAufträge && keys_.contains(asciiLower(jobId)))
+        again.push_back(jobId);
+    });
+    return again;
+  }
+
+  void warn(std::ostream& messages, BulkStaging& jobs) const {
+    const auto again = among(jobs);
+    if (again.empty()) return;
+    messages << "Warning: the next run writes a second order for each of these jobs, which were done:\n";
+    for (const std::string& jobId : again) messages << "  " << oneLine(jobId) << '\n';
+  }
+
+private:
+  std::unordered_set<std::string> keys_;
+};
+
+void writeJson(const Output& output, BulkStaging& jobs, const WrittenOrders& written) {
   JsonWriter json(output.result);
   json.beginObject();
   json.key("staged").number(jobs.counts().staged);
@@ -46,7 +84,9 @@ void writeJson(const Output& output, BulkStaging& jobs) {
   jobs.forEach([&](const std::string& jobId, std::int16_t /*jobType*/, StageResult result) {
     if (result != StageResult::Skipped) json.text(jobId);
   });
-  json.endArray().endObject().finish();
+  json.endArray();
+  if (const auto again = written.among(jobs); !again.empty()) json.key("writtenBefore").texts(again);
+  json.endObject().finish();
 }
 
 void writeText(const Output& output, BulkStaging& jobs) {
@@ -75,16 +115,26 @@ ExitCode StageCommand::work(const CommandContext& context) {
   const std::unique_ptr<BulkStaging> jobs = context.connection().bulkStaging();
   JobAssembler assembler(context.environment, *jobs, source.name());
   jobs->begin();
-  readJobs(source, assembler);
+  {
+    ProgressBar bar(context.output, ProgressUnit::Bytes);
+    source.observe([&](std::uintmax_t done, std::uintmax_t total) {
+      bar.report(done, total);
+      bar.draw();
+    });
+    readJobs(source, assembler);
+    source.observe({});
+  }
   if (const auto conflict = jobs->finish()) refuse(*conflict, source.name());
   BusyNotice wait(context.output.messages);
+  const WrittenOrders written(again ? &context.connection() : nullptr);
   const auto refused =
       doneAgainOnConflict(context.environment, "stage", [&] { return jobs->copy(wait, again); });
   if (refused) refuse(*refused, source.name());
   if (context.output.json)
-    writeJson(context.output, *jobs);
+    writeJson(context.output, *jobs, written);
   else
     writeText(context.output, *jobs);
+  written.warn(context.output.messages, *jobs);
   return ExitCode::Success;
 }
 

@@ -29,32 +29,37 @@ std::string composed(std::string_view text) {
   return {result, result + length};
 }
 
-std::string fitted(std::string_view text, std::size_t width) {
+std::string fitted(std::string_view text, std::size_t width, Fitting fitting) {
   std::string line;
   std::size_t used = 0;
+  // Where the text ends when it is cut.
+  std::size_t kept = 0;
+  std::size_t keptColumns = 0;
   while (!text.empty() && text.front() != '\r' && text.front() != '\n') {
     utf8proc_int32_t character = 0;
     const auto length =
         utf8proc_iterate(bytesOf(text), static_cast<utf8proc_ssize_t>(text.size()), &character);
     const bool shown = length > 0 && utf8proc_category(character) != UTF8PROC_CATEGORY_CC;
     const std::size_t columns = shown ? static_cast<std::size_t>(utf8proc_charwidth(character)) : 1;
-    if (used + columns > width) break;
+    if (fitting == Fitting::Cut && used + columns > width) {
+      line.resize(kept);
+      used = keptColumns;
+      if (used < width) {
+        line += "…";
+        ++used;
+      }
+      break;
+    }
     const auto bytes = static_cast<std::size_t>(length > 0 ? length : 1);
     line += shown ? text.substr(0, bytes) : " ";
     text.remove_prefix(bytes);
     used += columns;
+    if (used < width) {
+      kept = line.size();
+      keptColumns = used;
+    }
   }
-  return line.append(width - used, ' ');
-}
-
-std::string tableLine(std::initializer_list<Column> columns) {
-  std::string line;
-  for (const Column& column : columns) {
-    if (!line.empty()) line += "  ";
-    line += fitted(column.text, column.width);
-  }
-  line.erase(line.find_last_not_of(' ') + 1);
-  return line;
+  return used < width ? line.append(width - used, ' ') : line;
 }
 
 } // namespace qx::cli

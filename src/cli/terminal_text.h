@@ -2,7 +2,7 @@
 #pragma once
 
 #include <cstddef>
-#include <initializer_list>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -12,16 +12,14 @@ namespace qx::cli {
 /// is returned unchanged.
 std::string composed(std::string_view text);
 
-/// The first line, cut or padded with blanks to `width` columns. A wide character takes two columns, a
-/// combining mark none; a control character or malformed byte becomes a blank.
-std::string fitted(std::string_view text, std::size_t width);
-
-struct Column {
-  std::string_view text;
-  std::size_t width;
+/// What becomes of a text that is wider than its column.
+enum class Fitting : std::uint8_t {
+  Cut,  ///< it ends with an ellipsis
+  Whole ///< it stays as it is
 };
 
-/// The texts fitted into their columns, two blanks apart, without trailing blanks.
-std::string tableLine(std::initializer_list<Column> columns);
+/// The first line, fitted and padded with blanks to `width` columns. A wide character takes two columns, a
+/// combining mark none; a control character or malformed byte becomes a blank.
+std::string fitted(std::string_view text, std::size_t width, Fitting fitting = Fitting::Cut);
 
 } // namespace qx::cli

@@ -4,6 +4,7 @@
 #include "platform/terminal.h"
 #include "program/program_error.h"
 
+#include <filesystem>
 #include <system_error>
 
 namespace qx::cli {
@@ -65,6 +66,9 @@ TextFile::TextFile(std::string_view fileName)
     copy_ = copyOfInput(buffer_);
   else
     opened_.emplace(openText(name()));
+  std::error_code unknown;
+  if (const auto size = std::filesystem::file_size(pathOf(name()), unknown); opened_ && !unknown)
+    size_ = size;
   fill();
 }
 
@@ -80,7 +84,10 @@ PipeCopy::PipeCopy(const std::string& pipe) {
 }
 
 std::string_view TextFile::more() {
-  return {buffer_.data(), readSome(opened_ ? *opened_ : copy_->file(), buffer_, name())};
+  const std::size_t count = readSome(opened_ ? *opened_ : copy_->file(), buffer_, name());
+  read_ += count;
+  if (observer_) observer_(read_, size_);
+  return {buffer_.data(), count};
 }
 
 void TextSource::skipBlanks() {

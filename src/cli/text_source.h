@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -79,12 +80,19 @@ class TextFile final : public TextSource {
 public:
   explicit TextFile(std::string_view fileName);
 
+  /// Told how much has been read so far, and the size of the file, 0 when it is unknown.
+  using Observer = std::function<void(std::uintmax_t done, std::uintmax_t total)>;
+  void observe(Observer observer) { observer_ = std::move(observer); }
+
 private:
   std::string_view more() override;
 
   std::unique_ptr<TemporaryFile> copy_; ///< of standard input
   std::optional<File> opened_;
   std::vector<char> buffer_;
+  Observer observer_;
+  std::uintmax_t read_ = 0;
+  std::uintmax_t size_ = 0;
 };
 
 /// Standard input or a pipe, copied up to its end to a temporary file: for readers that go through a

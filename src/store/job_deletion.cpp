@@ -35,6 +35,14 @@ constexpr std::array passes{
          [] { return sql("Select JobID From ImportKopf Where JobType = '33' "_sql); }},
 };
 
+/// The contract jobs of a customer that are not done.
+Sql fromContractsOf(std::string_view customer) {
+  return sql(" From ImportKopf where Kundennummer = '"_sql, value(customer), "' And (JobType = "_sql,
+             number(qxtjobkundenverträge), " or JobType = "_sql, number(qxtJobKundenVerträgeWarning),
+             " or JobType = "_sql, number(qxtJobKundenVerträgeError), " or JobType ="_sql,
+             number(qxtJobKundenVerträgedel), ")"_sql);
+}
+
 } // namespace
 
 /// Rolled back as a whole when it fails. Returns the number of deleted headers. A host's connection has no
@@ -102,12 +110,15 @@ std::int64_t JobDeletion::deleteItem(std::string_view key, bool withContracts) {
 
 /// Deletes the headers only: the positions of customer contracts stay, on purpose, as does 43.
 std::int64_t JobDeletion::deleteContractsOf(std::string_view customer) {
-  return activeConnection(environment_)
-      .execute(sql("Delete From ImportKopf where Kundennummer = '"_sql, value(customer),
-                   "' And (JobType = "_sql, number(qxtjobkundenverträge), " or JobType = "_sql,
-                   number(qxtJobKundenVerträgeWarning), " or JobType = "_sql,
-                   number(qxtJobKundenVerträgeError), " or JobType ="_sql, number(qxtJobKundenVerträgedel),
-                   ")"_sql));
+  Sql statement = sql("Delete"_sql);
+  return activeConnection(environment_).execute(statement.append(fromContractsOf(customer)));
+}
+
+std::vector<std::string> JobDeletion::contractsOf(std::string_view jobId) {
+  const auto row = header(jobId);
+  if (row->eof() || !isCustomerJob(row->value("JobType").integer().value_or(0))) return {};
+  Sql select = sql("Select JobID"_sql);
+  return jobIds(select.append(fromContractsOf(row->text("Kundennummer"))));
 }
 
 std::int64_t JobDeletion::deleteRows(std::string_view key) {
@@ -121,8 +132,8 @@ std::int64_t JobDeletion::deleteRows(std::string_view key) {
   return deleted;
 }
 
-void JobDeletion::DelArchives() {
-  deleteDone(jobIds(sql("Select JobID From ImportKopf Where Right(JobType,1) = '3' "_sql)));
+std::vector<std::string> JobDeletion::doneJobs() {
+  return jobIds(sql("Select JobID From ImportKopf Where Right(JobType,1) = '3' "_sql));
 }
 
 /// Another program may have staged a job afresh since its key was read.
@@ -151,7 +162,9 @@ std::vector<std::string> JobDeletion::doneBefore(const Date& date) {
       const std::string received = rows->text("Eingangsdatum");
       const auto day = parseGermanDate(received);
       if (!day) {
+        constexpr std::size_t mostNamed = 100;
         ++undatedJobs_;
+        if (undated_.size() < mostNamed) undated_.push_back(rows->text("JobID"));
         environment_.diagnostics.report({"deleteDoneBefore",
                                          "the job is kept: '" + received + "' is not a date of receipt",
                                          rows->text("JobID")});

@@ -39,7 +39,9 @@ public:
   /// The same for a set.
   void delItems(const std::vector<std::string>& jobIds, bool withContracts);
   /// Deletes every done job of any kind.
-  void DelArchives();
+  void DelArchives() { deleteDone(doneJobs()); }
+  /// The keys of these jobs.
+  std::vector<std::string> doneJobs();
   /// The keys of the done jobs received before the date. A job without a readable date is left out and
   /// reported to the diagnostics.
   std::vector<std::string> doneBefore(const Date& date);
@@ -58,6 +60,10 @@ public:
   std::int64_t refusals() const { return static_cast<std::int64_t>(left_.size()) + refusedSelections_; }
   /// How many done jobs stayed because their date of receipt cannot be read.
   std::int64_t undatedJobs() const { return undatedJobs_; }
+  /// The first hundred of them.
+  const std::vector<std::string>& undated() const { return undated_; }
+  /// The keys of the contract jobs that go with this job.
+  std::vector<std::string> contractsOf(std::string_view jobId);
 
   /// The non-empty values of a select's first column; none when the database refuses the select.
   std::vector<std::string> jobIds(const Sql& select);
@@ -80,6 +86,7 @@ private:
   std::map<std::string, std::string> left_;
   std::int64_t refusedSelections_ = 0;
   std::int64_t undatedJobs_ = 0;
+  std::vector<std::string> undated_;
 };
 
 /// Which done jobs are removed; each option only when its setting reads exactly "1".

@@ -4,11 +4,16 @@
 
 #include "erp/process_identity.h"
 
+#include <algorithm>
 #include <chrono>
 #include <csignal>
+#include <cstdlib>
 #include <fstream>
+#include <sstream>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <thread>
+#include <tuple>
 #include <unistd.h>
 
 namespace qx {
@@ -222,7 +227,9 @@ TEST_F(Run, IsRefusedWhileALivingProgramHoldsTheLock) {
   EXPECT_EQ(shown["held"], true);
   EXPECT_EQ(shown["alive"], true);
   EXPECT_EQ(shown["SessionID"], identityOfThisProcess());
-  EXPECT_EQ(run({"lock", "release", "--json"}).json()["Benutzer"], "meier");
+  EXPECT_EQ(run({"lock", "release"}).status, 3) << "a living program's lock";
+  EXPECT_EQ(erp.count("Select Count(*) From LockControl"_sql), 1);
+  EXPECT_EQ(run({"lock", "release", "--force", "--json"}).json()["Benutzer"], "meier");
   EXPECT_EQ(run({"lock", "show", "--json"}).output,
             "{\"held\":false,\"Benutzer\":\"\",\"SessionID\":\"\",\"alive\":null}\n");
   EXPECT_EQ(run({"lock", "release"}).status, 0);
@@ -431,8 +438,107 @@ TEST_F(Run, OptionsAreListedReadAndWrittenInTheirStore) {
   EXPECT_EQ(erp.text("Select Value From Einstellungen Where Key = 'Löschen'"_sql), "1");
   EXPECT_EQ(run({"settings", "set", "ImportJob2", "Löschen", ""}).status, 0);
   EXPECT_EQ(run({"settings", "set", "ImportJob2", "KundenVertreter", "ja"}).status, 2);
-  EXPECT_NE(run({"settings", "set", "ImportJob2", "KundenVertretr", "1"}).messages.find("no option"),
+  const ProgramResult mistyped = run({"settings", "set", "ImportJob2", "KundenVertretr", "1"});
+  EXPECT_EQ(mistyped.status, 2);
+  EXPECT_NE(mistyped.messages.find("did you mean 'ImportJob2' 'KundenVertreter'?"), std::string::npos)
+      << mistyped.messages;
+  EXPECT_EQ(run({"settings", "set", "Fremd", "Schalter", "an", "--force"}).output, "an\n");
+}
+
+TEST_F(Run, ListedOptionsSayWhatTheyDoAndWhatHolds) {
+  erp.setOption("AutomatischVerarbeiten", "vielleicht");
+  const Json all = run({"settings", "list", "--json"}).json();
+  const auto found =
+      std::ranges::find_if(all, [](const Json& option) { return option["Key"] == "AutomatischVerarbeiten"; });
+  ASSERT_NE(found, all.end());
+  EXPECT_EQ(*found, Json::parse(R"({"Section":"ImportJob2","Key":"AutomatischVerarbeiten",
+      "Value":"vielleicht","Local":false,"Meaning":"a run checks jobs and parks those with findings",
+      "Effective":"0","Default":"0","Allowed":"0 or 1","Readers":["process"]})"));
+  EXPECT_NE(run({"settings", "list"})
+                .output.find("  AutomatischVerarbeiten = vielleicht  (counts as 0)\n"
+                             "    a run checks jobs and parks those with findings\n"
+                             "    0 or 1; default 0; read by process\n"),
             std::string::npos);
+}
+
+TEST_F(Run, OptionsTravelToAnotherInstallationAsAFile) {
+  const std::string file = (erp.folder.path() / "optionen.ini").string();
+  for (const auto& [section, key, setting] :
+       {std::tuple("ImportJob2", "AutomatischVerarbeiten", "1"),
+        std::tuple("ImportJob2", "ZAVSRG", " 50 %\r\nNN "), std::tuple("Allgemein", "Landeswährung", "EUR"),
+        std::tuple("ImportJob2", "ProtoID", "nicht mit")})
+    ASSERT_EQ(run({"settings", "set", section, key, setting}).status, 0);
+  ASSERT_EQ(run({"settings", "export", file}).output, "3 options written to " + file + "\n");
+  const std::string text = erp.folder.read("optionen.ini");
+  EXPECT_EQ(text, "[Allgemein]\nLandeswährung=EUR\n\n[ImportJob2]\nAutomatischVerarbeiten=1\n"
+                  "ZAVSRG= 50 %25%0D%0ANN \n");
+  EXPECT_EQ(run({"settings", "export", "-"}).output, text);
+  EXPECT_EQ(run({"settings", "export", file}).status, 2) << "it exists";
+  const auto stored = erp.rows("Select * From Einstellungen Order By Section, Key"_sql);
+  erp.execute("Delete From Einstellungen Where Key <> 'ProtoID'"_sql);
+  ASSERT_EQ(run({"settings", "import", file}).output, "3 options imported\n");
+  EXPECT_EQ(erp.rows("Select * From Einstellungen Order By Section, Key"_sql), stored);
+  // The first two lines are right, and yet nothing of the file is stored.
+  const ProgramResult wrong =
+      run({"settings", "import", "-"}, "[ImportJob2]\nKundeDelete=1\nAuftragDelete=ja\n");
+  EXPECT_EQ(wrong.status, 2);
+  EXPECT_EQ(wrong.messages,
+            "qximportjob: standard input, line 3: 'ja': the option is 0 or 1\nNothing was changed.\n");
+  EXPECT_EQ(run({"settings", "import", "-"}, "[ImportJob2]\nKundeDelet=1\n").status, 2);
+  EXPECT_EQ(run({"settings", "import", "-"}, "KundeDelete=1\n").status, 2);
+  EXPECT_EQ(erp.rows("Select * From Einstellungen Order By Section, Key"_sql), stored);
+}
+
+TEST_F(Run, GroupsTheCausesAndPrintsOnlyWhatWasNotWrittenWhenQuiet) {
+  std::string jobs = R"({"type":"Kunde","JobID":"gut","Kundennummer":"K1","Bez1":"Firma"})";
+  for (const char* key : {"a", "b", "c"})
+    jobs += std::string(R"({"type":"Kunde","JobID":")") + key + R"(","Kundennummer":""})";
+  jobs += R"({"type":"Kunde","JobID":"d","Kundennummer":"","Versandart":"DROHNE"})";
+  mustStage(jobs);
+  const ProgramResult quiet = run({"process", "-q"});
+  EXPECT_EQ(quiet.status, 1);
+  EXPECT_EQ(quiet.output.find("gut"), std::string::npos);
+  EXPECT_NE(quiet.output.find(
+                "Fehler    Kunden               a                                 Die Kundennummer fehlt.\n"),
+            std::string::npos)
+      << quiet.output;
+  const std::string cause =
+      "4 not written, 1 cause:\n  4 x customer.number.missing\n5 processed: 1 done, 0 with warnings";
+  EXPECT_NE(quiet.output.find(cause), std::string::npos) << quiet.output;
+  ASSERT_EQ(run({"release", "a", "b"}).status, 0);
+  const ProgramResult lines = run({"process", "--json=lines"});
+  std::istringstream text(lines.output);
+  std::vector<Json> documents;
+  for (std::string line; std::getline(text, line);) documents.push_back(Json::parse(line));
+  ASSERT_EQ(documents.size(), 3U);
+  EXPECT_EQ(documents[0]["Vorgang"], "Kunden");
+  EXPECT_EQ(documents[2]["counts"], Json::parse(R"({"processed":2,"done":0,"warning":0,"error":2})"));
+  EXPECT_EQ(documents[2]["causes"],
+            Json::parse(R"([{"code":"customer.number.missing","value":"","jobs":2}])"));
+  EXPECT_EQ(run({"check", "--json=lines"}).status, 2);
+  EXPECT_EQ(run({"list", "--json=lines", "--state", "done"}).json()["JobID"], "gut");
+}
+
+TEST_F(Run, MessagesCarryTheirPriorityBelowTheJournal) {
+  // The program compares the stream with the file that the variable names.
+  const auto statusOf = [&](const std::string& file) {
+    struct stat status {};
+    EXPECT_EQ(stat(file.c_str(), &status), 0);
+    return std::to_string(status.st_dev) + ":" + std::to_string(status.st_ino);
+  };
+  const std::string log = (erp.folder.path() / "journal").string();
+  const auto logged = [&](const std::string& words) {
+    erp.folder.write("journal", "");
+    const std::string command = "JOURNAL_STREAM=" + statusOf(log) + " HOME=" + log + " " +
+                                QXIMPORTJOB_PROGRAM + " --db '" + erp.file + "' --date 24.11.2026 " + words +
+                                " >/dev/null 2>>'" + log + "'";
+    EXPECT_NE(std::system(command.c_str()), -1);
+    return erp.folder.read("journal");
+  };
+  EXPECT_EQ(logged("show nicht"), "<3>qximportjob: there is no job 'nicht'\n"
+                                  "<3>Nothing was changed. 'qximportjob list' shows the jobs.\n");
+  EXPECT_EQ(logged("settings set MAIN MainWidth 1"),
+            "<4>Note: this option is read from the local store; add --local.\n");
 }
 
 } // namespace

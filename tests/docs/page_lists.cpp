@@ -12,6 +12,7 @@
 #include "model/entry_records.h"
 #include "model/import_job.h"
 #include "model/text.h"
+#include "settings/option_terms.h"
 #include "settings/options.h"
 #include "store/job_lines.h"
 #include "store/version1_rows.h"
@@ -139,33 +140,11 @@ std::string plain(std::string_view caption) {
   return text;
 }
 
-std::string_view takenBy(OptionRule rule) {
-  switch (rule) {
-  case OptionRule::NonZero:
-  case OptionRule::AtLeastOne:
-  case OptionRule::One:
-  case OptionRule::Truth:
-    return "0 or 1";
-  case OptionRule::CustomerSpecific:
-  case OptionRule::Text:
-    return "text";
-  case OptionRule::Number:
-    return "number";
-  case OptionRule::Integer:
-    return "whole number";
-  case OptionRule::ArticleNumber:
-    return "article";
-  case OptionRule::Day:
-    return "day";
-  }
-  return {};
-}
-
 void printOptions() {
   std::cout << "=== options\n\n| section | option | value | meaning | in the options dialog "
                "|\n|---|---|---|---|---|\n";
   for (const OptionSpec* option : allOptions()) {
-    std::cout << "| `" << option->section << "` | `" << option->key << "` | " << takenBy(option->rule);
+    std::cout << "| `" << option->section << "` | `" << option->key << "` | " << allowedValues(*option);
     if (!option->fallback.empty()) std::cout << ", unset `" << option->fallback << '`';
     if (option->isLocal()) std::cout << ", local";
     std::cout << " | " << option->english << " | " << plain(option->caption) << " |\n";

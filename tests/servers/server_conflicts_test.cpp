@@ -55,7 +55,7 @@ TEST_F(ServerConflicts, EveryCommandDoesItsUnitAgainSomeTimesAndThenSaysSo) {
   for (const Command& command :
        {Command{{"release", "K0"}, "ImportKopf"}, Command{{"stage", "-"}, "ImportKopf"},
         Command{{"import", file}, "ImportKopf"}, Command{{"delete", "K2"}, "ImportKopf"},
-        Command{{"settings", "set", "ImportJob2", "EinVorgang", "1"}, "Einstellungen"},
+        Command{{"settings", "set", "ImportJob2", "EinVorgang", "1", "--force"}, "Einstellungen"},
         Command{{"lock", "release"}, "LockControl"}, Command{{"process"}, "LockControl"}}) {
     SCOPED_TRACE(command.arguments.front());
     std::vector<std::string> arguments = command.arguments;

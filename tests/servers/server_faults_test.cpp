@@ -98,7 +98,8 @@ TEST_F(ServerFaults, ALoginThatMayOnlyReadIsToldTheRightAndTheTableThatItLacks) 
        {Writing{{"stage", "-"}, "importkopf", "UPDATE"}, Writing{{"import", file}, "importkopf", "UPDATE"},
         Writing{{"release", "K0"}, "importkopf", "UPDATE"}, Writing{{"delete", "K0"}, "importkopf", "DELETE"},
         Writing{{"process"}, "lockcontrol", "INSERT"},
-        Writing{{"settings", "set", "ImportJob2", "EinVorgang", "1"}, "einstellungen", "INSERT"}}) {
+        Writing{
+            {"settings", "set", "ImportJob2", "EinVorgang", "1", "--force"}, "einstellungen", "INSERT"}}) {
     const ProgramResult result =
         erp.run(writing.arguments, R"({"type":"Kunde","JobID":"K0","Kundennummer":"N"})", way);
     EXPECT_EQ(result.status, 4) << writing.arguments.front();
