@@ -1,6 +1,7 @@
 # A layer is a folder below src/ and a library of the same name. Its headers are reached as
 # "<layer>/<header>.h" through a directory that holds this one layer only, so an include of a layer
-# that is not linked does not compile.
+# that is not linked does not compile. What a layer links privately by path goes by $<BUILD_INTERFACE:...> and
+# $<INSTALL_INTERFACE:...>, so that the installed library names no file of this machine.
 #
 #   qx_layer(<name> [FOLDER <folder>] SOURCES <files...> [USES <layers...>] [PRIVATE <libraries...>])
 function(qx_layer name)
@@ -15,10 +16,14 @@ function(qx_layer name)
   file(MAKE_DIRECTORY ${parent})
   file(CREATE_LINK ${PROJECT_SOURCE_DIR}/src/${LAYER_FOLDER} ${root}/${LAYER_FOLDER} SYMBOLIC)
   set_property(GLOBAL APPEND PROPERTY QX_LAYERS ${name})
+  set_property(GLOBAL PROPERTY QX_FOLDER_${name} ${LAYER_FOLDER})
   if(LAYER_SOURCES)
     add_library(qx_${name} STATIC ${LAYER_SOURCES})
-    target_include_directories(qx_${name} PUBLIC ${root})
-    target_link_libraries(qx_${name} PRIVATE qx_flags ${LAYER_PRIVATE})
+    # Installed headers lie in one folder: the walls are for those who build the layers.
+    target_include_directories(qx_${name} PUBLIC $<BUILD_INTERFACE:${root}>
+                                                 $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/qximportjob>)
+    target_compile_features(qx_${name} INTERFACE cxx_std_20)
+    target_link_libraries(qx_${name} PRIVATE $<BUILD_INTERFACE:qx_flags> ${LAYER_PRIVATE})
     foreach(used IN LISTS LAYER_USES)
       target_link_libraries(qx_${name} PUBLIC qx_${used})
     endforeach()

@@ -1,6 +1,6 @@
 # One interface target carries the flags that every target of ours is built with.
 add_library(qx_flags INTERFACE)
-target_compile_options(qx_flags INTERFACE -Wall -Wextra -Wpedantic -Werror)
+target_compile_options(qx_flags INTERFACE -Wall -Wextra -Wpedantic $<$<BOOL:${QXIMPORTJOB_WERROR}>:-Werror>)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   # GCC 12 at -O3 warns of overlapping copies inside std::string where there are none.
   # When it optimises, it also takes the storage of an empty std::optional for an uninitialised read; clang and

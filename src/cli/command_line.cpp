@@ -1,11 +1,19 @@
 #include "cli/command_line.h"
 
 #include "cli/commands.h"
+#include "cli/completion.h"
+#include "engine/finding_terms.h"
 #include "program/common_options.h"
+#include "settings/options.h"
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
+#include <iterator>
+#include <memory>
+#include <string>
 #include <utility>
+#include <vector>
 
 namespace qx::cli {
 namespace {
@@ -27,6 +35,7 @@ public:
     declareSettings();
     declareMaintenance();
     declareView();
+    declareCompletion();
   }
 
   Invocation parse(int count, const char* const* arguments) {
@@ -40,6 +49,10 @@ public:
       std::ostringstream text;
       app_.exit(error, text, text);
       invocation.text = text.str();
+      return invocation;
+    }
+    if (!shell_.empty()) {
+      invocation.text = completionScript(app_, offered_, shell_);
       return invocation;
     }
     options_.json = !json_.empty();
@@ -82,12 +95,15 @@ private:
     stageVerb->add_flag("--again", stage->again, "Stage done jobs again");
 
     const auto [listVerb, list] = verb<ListCommand>(app_, "list", "List jobs, oldest first");
-    listVerb->add_option("--state", list->states, "waiting, warning, error or done; may be repeated")
-        ->expected(1)
-        ->take_all();
-    listVerb->add_option("--kind", list->kinds, "kunde, vertrag, auftrag or kundenvertrag; may be repeated")
-        ->expected(1)
-        ->take_all();
+    offer(listVerb->add_option("--state", list->states, "waiting, warning, error or done; may be repeated")
+              ->expected(1)
+              ->take_all(),
+          {"waiting", "warning", "error", "done"});
+    offer(listVerb
+              ->add_option("--kind", list->kinds, "kunde, vertrag, auftrag or kundenvertrag; may be repeated")
+              ->expected(1)
+              ->take_all(),
+          {"kunde", "vertrag", "auftrag", "kundenvertrag"});
     listVerb->add_option("--limit", list->limit, "Only the first N jobs");
 
     const auto [showVerb, show] = verb<ShowCommand>(app_, "show", "Show one job with positions and findings");
@@ -98,8 +114,9 @@ private:
 
     const auto [explainVerb, explain] =
         verb<ExplainCommand>(app_, "explain", "Explain a finding, or the findings of a job");
-    explainVerb->add_option("SUBJECT", explain->subject, "Code or text of a finding, or key of a job")
-        ->required();
+    offer(explainVerb->add_option("SUBJECT", explain->subject, "Code or text of a finding, or key of a job")
+              ->required(),
+          findingCodes());
 
     declareDeletion();
   }
@@ -124,8 +141,9 @@ private:
 
   void declareRunCommands() {
     const auto [processVerb, process] = verb<ProcessCommand>(app_, "process", "Process the waiting jobs");
-    processVerb->add_option("--select", process->select, "alle, kunden, verträge, aufträge or zubehör")
-        ->capture_default_str();
+    offer(processVerb->add_option("--select", process->select, "alle, kunden, verträge, aufträge or zubehör")
+              ->capture_default_str(),
+          {"alle", "kunden", "verträge", "aufträge", "zubehör"});
     processVerb->add_flag("--quiet,-q", process->quiet, "Print jobs that were not written, and the summary");
     processVerb->add_flag("--unevaluated", process->unevaluated, "Skip the automatic check");
     processVerb->add_flag("--wait{forever}", process->wait,
@@ -175,13 +193,15 @@ private:
     verb<SettingsListCommand>(*settings, "list", "List all options");
 
     const auto [getVerb, get] = verb<SettingsGetCommand>(*settings, "get", "Print one option");
-    getVerb->add_option("SECTION", get->section, "Section, for example ImportJob2")->required();
-    getVerb->add_option("KEY", get->key, "Key")->required();
+    offer(getVerb->add_option("SECTION", get->section, "Section, for example ImportJob2")->required(),
+          sectionsOfOptions());
+    offer(getVerb->add_option("KEY", get->key, "Key")->required(), keysOfOptions());
     getVerb->add_flag("--local", get->local, "From the user's own store");
 
     const auto [setVerb, set] = verb<SettingsSetCommand>(*settings, "set", "Write one option");
-    setVerb->add_option("SECTION", set->section, "Section, for example ImportJob2")->required();
-    setVerb->add_option("KEY", set->key, "Key")->required();
+    offer(setVerb->add_option("SECTION", set->section, "Section, for example ImportJob2")->required(),
+          sectionsOfOptions());
+    offer(setVerb->add_option("KEY", set->key, "Key")->required(), keysOfOptions());
     setVerb->add_option("VALUE", set->value, "New value, may be empty")->required();
     setVerb->add_flag("--local", set->local, "Into the user's own store");
     setVerb->add_flag("--force", set->force, "Also an option that only another program knows");
@@ -213,12 +233,50 @@ private:
     view_ = view;
   }
 
+  /// Prints and ends, as the help does.
+  void declareCompletion() {
+    CLI::App* completion =
+        app_.add_subcommand("completion", "Print the script with which a shell completes commands");
+    const std::vector<std::string> shells(std::begin(completionShells), std::end(completionShells));
+    offer(completion->add_option("SHELL", shell_, "bash, zsh or fish")
+              ->required()
+              ->check(CLI::IsMember(shells)),
+          shells);
+  }
+
+  void offer(const CLI::Option* option, std::vector<std::string> words) {
+    offered_.emplace(option, std::move(words));
+  }
+
+  static std::vector<std::string> findingCodes() {
+    std::vector<std::string> codes;
+    for (const RuleTerms& terms : allTerms()) codes.emplace_back(terms.code);
+    return codes;
+  }
+
+  static std::vector<std::string> sectionsOfOptions() {
+    std::vector<std::string> sections;
+    for (const OptionSpec* option : allOptions())
+      if (std::find(sections.begin(), sections.end(), option->section) == sections.end())
+        sections.emplace_back(option->section);
+    return sections;
+  }
+
+  static std::vector<std::string> keysOfOptions() {
+    std::vector<std::string> keys;
+    for (const OptionSpec* option : allOptions())
+      if (std::find(keys.begin(), keys.end(), option->key) == keys.end()) keys.emplace_back(option->key);
+    return keys;
+  }
+
   CLI::App app_;
   ProgramOptions options_;
   std::string json_;
   std::string color_ = "auto";
   ViewCommand* view_ = nullptr; ///< the one command that passes the options on
   std::shared_ptr<Command> chosen_;
+  OfferedWords offered_;
+  std::string shell_; ///< whose completion is asked for
 };
 
 } // namespace
