@@ -32,12 +32,15 @@ enum class ErrorNumber : std::int32_t {
 /// An error of a call. `what()` is German: hosts show it to their clerks.
 class AutomationError : public std::runtime_error {
 public:
-  AutomationError(ErrorNumber number, const std::string& description)
-      : std::runtime_error(description), number_(number) {}
+  AutomationError(ErrorNumber number, const std::string& description, std::int32_t code = 0)
+      : std::runtime_error(description), number_(number), code_(code) {}
   ErrorNumber number() const { return number_; }
+  /// The result code of the object that has reported the error; 0 for none.
+  std::int32_t code() const { return code_; }
 
 private:
   ErrorNumber number_;
+  std::int32_t code_;
 };
 
 /// An error as it reaches the caller.

@@ -69,7 +69,8 @@ void require(HRESULT result, std::string_view what) {
   const auto number = HRESULT_FACILITY(result) == FACILITY_CONTROL
                           ? static_cast<ErrorNumber>(HRESULT_CODE(result))
                           : ErrorNumber::Failed;
-  throw automation::AutomationError(number, std::string(what) + " (" + code + ")");
+  throw automation::AutomationError(number, std::string(what) + " (" + code + ")",
+                                    static_cast<std::int32_t>(result));
 }
 
 } // namespace qx::com

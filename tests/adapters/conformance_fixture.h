@@ -1,9 +1,11 @@
 // Databases of each kind for the tests of what every adapter must do.
 #pragma once
 
+#include "adapters/ado/ado_connection.h"
 #include "adapters/odbc/odbc_database.h"
 #include "adapters/sqlite/sqlite_database.h"
 #include "platform/database.h"
+#include "support/ado_objects.h"
 #include "support/temporary_folder.h"
 #include "support/test_server.h"
 
@@ -13,6 +15,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <ostream>
 #include <stdexcept>
 #include <string>
@@ -54,6 +57,26 @@ public:
 
   TemporaryFolder folder;
   std::string file = (folder.path() / "erp.db").string();
+};
+
+/// The same, reached through the connection object of a host.
+class HostFile final : public TestDatabase {
+public:
+  std::unique_ptr<Connection> create() override {
+    file_.create();
+    host_.emplace(file_.file);
+    return open();
+  }
+  std::unique_ptr<Connection> open() override {
+    return std::make_unique<AdoConnection>(host_->connection(),
+                                           [this](std::string_view progId) { return host_->create(progId); });
+  }
+  void refuseRows(Connection& connection) override { file_.refuseRows(connection); }
+  bool hasOneWriter() const override { return true; }
+
+private:
+  SqliteFile file_;
+  std::optional<AdoDatabase> host_;
 };
 
 class ServerSchema final : public TestDatabase {

@@ -35,6 +35,13 @@ private:
 INSTANTIATE_TEST_SUITE_P(Sqlite, DatabaseConformance, ::testing::Values(kind<SqliteFile>("sqlite")));
 INSTANTIATE_TEST_SUITE_P(Server, DatabaseConformance, ::testing::Values(kind<ServerSchema>("odbc")));
 
+/// What a connection does that has no units of its own.
+class RowConformance : public DatabaseConformance {};
+
+INSTANTIATE_TEST_SUITE_P(Sqlite, RowConformance, ::testing::Values(kind<SqliteFile>("sqlite")));
+INSTANTIATE_TEST_SUITE_P(Server, RowConformance, ::testing::Values(kind<ServerSchema>("odbc")));
+INSTANTIATE_TEST_SUITE_P(Host, RowConformance, ::testing::Values(kind<HostFile>("ado")));
+
 /// What only files do.
 class FileConformance : public DatabaseConformance {
 protected:
@@ -43,7 +50,7 @@ protected:
 
 INSTANTIATE_TEST_SUITE_P(Sqlite, FileConformance, ::testing::Values(kind<SqliteFile>("sqlite")));
 
-TEST_P(DatabaseConformance, ValuesAreDataWhateverTheyHold) {
+TEST_P(RowConformance, ValuesAreDataWhateverTheyHold) {
   const std::string nasty = "O'Brien'; DROP TABLE ImportKopf; -- \"ä€😀\" [x] ? " + std::string(10000, 'x');
   add(nasty, 10, "01.01.2026", nasty);
   const auto found =
@@ -52,7 +59,7 @@ TEST_P(DatabaseConformance, ValuesAreDataWhateverTheyHold) {
   EXPECT_EQ(found->text("JobID"), nasty);
 }
 
-TEST_P(DatabaseConformance, ColumnsAreFoundWithoutRegardToCaseAndSharpS) {
+TEST_P(RowConformance, ColumnsAreFoundWithoutRegardToCaseAndSharpS) {
   add("A", 10, "");
   auto rows = connection_->open(sql("Select * From [ImportKopf] where [JobID] = '"_sql, value("a"), "'"_sql));
   rows->set("vs_strasse", Value("Am Wall 1"));
@@ -63,7 +70,7 @@ TEST_P(DatabaseConformance, ColumnsAreFoundWithoutRegardToCaseAndSharpS) {
   EXPECT_THROW(rows->value("Straße"), StatementError);
 }
 
-TEST_P(DatabaseConformance, KindsComeBackAsDeclaredAndUnsetColumnsTakeTheirDefault) {
+TEST_P(RowConformance, KindsComeBackAsDeclaredAndUnsetColumnsTakeTheirDefault) {
   add("A", 10, "");
   auto rows = connection_->open(sql("SELECT * From ImportKopf"_sql));
   rows->set("Preis", Value(10.0));
@@ -78,13 +85,13 @@ TEST_P(DatabaseConformance, KindsComeBackAsDeclaredAndUnsetColumnsTakeTheirDefau
   EXPECT_TRUE(rows->value("ProcessWarning").isNull());
 }
 
-TEST_P(DatabaseConformance, AnUnknownColumnInAStatementIsAnErrorAndNotAText) {
+TEST_P(RowConformance, AnUnknownColumnInAStatementIsAnErrorAndNotAText) {
   EXPECT_THROW(connection_->open(sql("SELECT * From ImportKopf Where \"Gibtsnicht\" = 1"_sql)),
                StatementError);
   EXPECT_THROW(connection_->execute(sql("Delete From Fehlt"_sql)), StatementError);
 }
 
-TEST_P(DatabaseConformance, EqualSortKeysAndUnorderedRowsComeInInsertionOrder) {
+TEST_P(RowConformance, EqualSortKeysAndUnorderedRowsComeInInsertionOrder) {
   add("C", 10, "", "7");
   add("A", 10, "", "7");
   add("B", 10, "", "10");
@@ -95,7 +102,7 @@ TEST_P(DatabaseConformance, EqualSortKeysAndUnorderedRowsComeInInsertionOrder) {
   EXPECT_EQ(keys(sql("Select * From ImportKopf Order By Kundennummer DESC"_sql)), "A C B ");
 }
 
-TEST_P(DatabaseConformance, ReceiptDatesSortByTimeAndUnreadableOnesFirst) {
+TEST_P(RowConformance, ReceiptDatesSortByTimeAndUnreadableOnesFirst) {
   const std::array<std::pair<const char*, const char*>, 8> dates{{{"late", "02.12.2006"},
                                                                   {"early", "15.01.2006"},
                                                                   {"now", "now"},
@@ -111,7 +118,7 @@ TEST_P(DatabaseConformance, ReceiptDatesSortByTimeAndUnreadableOnesFirst) {
             "timed late short early leap old no such day now ");
 }
 
-TEST_P(DatabaseConformance, ChronologicalOrderAgreesWithTheDateReader) {
+TEST_P(RowConformance, ChronologicalOrderAgreesWithTheDateReader) {
   const std::array<std::string, 20> texts{
       "01.01.2000", "1.1.00",      "31.12.1999", "31.04.2001",     "30.04.2001",    "29.02.1900",
       "29.02.2000", "00.01.2001",  "01.13.2001", "1.1.2001 24:00", "1.1.2001 9:61", "1.1.2001 09:05:07",
@@ -135,7 +142,7 @@ TEST_P(DatabaseConformance, ChronologicalOrderAgreesWithTheDateReader) {
   }
 }
 
-TEST_P(DatabaseConformance, AKeysetKeepsItsRowsWhileTheyChange) {
+TEST_P(RowConformance, AKeysetKeepsItsRowsWhileTheyChange) {
   add("A", 10, "", "1");
   add("B", 10, "", "2");
   add("C", 10, "", "3");
@@ -160,7 +167,7 @@ TEST_P(DatabaseConformance, AKeysetKeepsItsRowsWhileTheyChange) {
   EXPECT_EQ(rows->recordCount(), 2U);
 }
 
-TEST_P(DatabaseConformance, AKeysetDoesNotTakeANewRowForADeletedOne) {
+TEST_P(RowConformance, AKeysetDoesNotTakeANewRowForADeletedOne) {
   add("A", 10, "");
   add("B", 10, "");
   const auto rows = connection_->openKeyset(sql("Select * From ImportKopf Where JobType = "_sql, number(10)));
@@ -170,7 +177,7 @@ TEST_P(DatabaseConformance, AKeysetDoesNotTakeANewRowForADeletedOne) {
   EXPECT_FALSE(rows->resync());
 }
 
-TEST_P(DatabaseConformance, ARowWithoutItsKeyInTheListCanBeChanged) {
+TEST_P(RowConformance, ARowWithoutItsKeyInTheListCanBeChanged) {
   add("A", 11, "");
   connection_->execute(sql("Update ImportKopf Set ProcessWarning = 1"_sql));
   const auto rows = connection_->openKeyset(
@@ -180,7 +187,7 @@ TEST_P(DatabaseConformance, ARowWithoutItsKeyInTheListCanBeChanged) {
   EXPECT_EQ(keys(sql("Select JobID From ImportKopf Where JobType = '10'"_sql)), "A ");
 }
 
-TEST_P(DatabaseConformance, AnAssignedKeyIsReadAfterTheInsert) {
+TEST_P(RowConformance, AnAssignedKeyIsReadAfterTheInsert) {
   const auto rows = connection_->open(sql("Select * FROM Kostenzuordnung WHERE Kostenstelle Is Null"_sql));
   rows->addNew();
   rows->set("Kostenstelle", Value("100"));
@@ -198,7 +205,7 @@ TEST_P(DatabaseConformance, AnAssignedKeyIsReadAfterTheInsert) {
   EXPECT_EQ(rows->value("KostID").integer(), 8) << "the number after the highest";
 }
 
-TEST_P(DatabaseConformance, PendingValuesAreSeenUntilTheyAreCancelled) {
+TEST_P(RowConformance, PendingValuesAreSeenUntilTheyAreCancelled) {
   add("A", 10, "", "1");
   const auto rows = connection_->open(sql("Select * From ImportKopf"_sql));
   rows->set("Kundennummer", Value("2"));
@@ -211,7 +218,7 @@ TEST_P(DatabaseConformance, PendingValuesAreSeenUntilTheyAreCancelled) {
   EXPECT_EQ(rows->text("Kundennummer"), "1");
 }
 
-TEST_P(DatabaseConformance, AggregatesAndComputedColumnsCannotBeChanged) {
+TEST_P(RowConformance, AggregatesAndComputedColumnsCannotBeChanged) {
   add("A", 10, "");
   const auto sum = connection_->open(sql("SELECT Sum([Preis]*JobType) AS Gesamt From ImportKopf"_sql));
   EXPECT_TRUE(sum->value("Gesamt").isNull());
@@ -284,7 +291,7 @@ TEST_P(DatabaseConformance, ARowThatTheDatabaseSilentlyLeavesOutIsRefused) {
   EXPECT_EQ(keys(sql("Select * From ImportKopf"_sql)), "A ");
 }
 
-TEST_P(DatabaseConformance, AValueWithoutAPlaceInTheStatementIsAnError) {
+TEST_P(RowConformance, AValueWithoutAPlaceInTheStatementIsAnError) {
   EXPECT_THROW(connection_->execute(sql("Delete From ImportKopf -- '"_sql, value("x"), "'"_sql)),
                StatementError);
 }
@@ -391,7 +398,7 @@ TEST_P(FileConformance, OnAHostsConnectionUnitsDoNothing) {
   EXPECT_EQ(keys(sql("Select * From ImportKopf"_sql)), "H ");
 }
 
-TEST_P(DatabaseConformance, AStreamReadsForwardAndChangesNothing) {
+TEST_P(RowConformance, AStreamReadsForwardAndChangesNothing) {
   for (const char* key : {"A", "B", "C"}) add(key, 10, "");
   const auto rows =
       connection_->openStream(sql("Select JobID From ImportKopf Where JobType = "_sql, number(10)));
@@ -418,7 +425,7 @@ TEST_P(FileConformance, WhatCannotBeOpenedIsNamedWithItsCause) {
   EXPECT_EQ(message(text), text + ": file is not a database");
 }
 
-TEST_P(DatabaseConformance, PutAddsARowOrOverwritesTheOtherColumnsOfTheOneWithItsKey) {
+TEST_P(RowConformance, PutAddsARowOrOverwritesTheOtherColumnsOfTheOneWithItsKey) {
   const auto put = [&](const char* key, const Value& price) {
     const std::array<ColumnValue, 2> row{ColumnValue{"JobID", key}, ColumnValue{"Preis", price}};
     connection_->put("ImportKopf", row, 1);
@@ -434,7 +441,7 @@ TEST_P(DatabaseConformance, PutAddsARowOrOverwritesTheOtherColumnsOfTheOneWithIt
   EXPECT_EQ(found, "it's 1.5 DE; B  AT; ");
 }
 
-TEST_P(DatabaseConformance, TheDatabaseNamesItsTablesAndViewsAndTheKeyOfARow) {
+TEST_P(RowConformance, TheDatabaseNamesItsTablesAndViewsAndTheKeyOfARow) {
   connection_->execute(sql("CREATE TABLE sqliteExtra (A INTEGER)"_sql));
   connection_->execute(sql("CREATE VIEW Offen AS SELECT * FROM ImportKopf"_sql));
   connection_->execute(sql("CREATE INDEX Nach_Art ON ImportKopf (JobType)"_sql));

@@ -6,36 +6,9 @@
 #include "platform/database_error.h"
 
 #include <algorithm>
-#include <array>
 
 namespace qx::odbc {
 namespace {
-
-struct StateRule {
-  std::string_view prefix; ///< of SQLSTATE
-  FailureKind kind;
-};
-
-/// The first rule that fits holds; every other state is a refused statement.
-constexpr std::array stateRules{
-    StateRule{"40001", FailureKind::Conflict},    // serialisation failure
-    StateRule{"40P01", FailureKind::Conflict},    // deadlock
-    StateRule{"55P03", FailureKind::Busy},        // a row was locked for longer than the limit
-    StateRule{"57014", FailureKind::Interrupted}, // cancelled
-    StateRule{"HYT", FailureKind::Interrupted},   // time limit of the driver
-    StateRule{"HY008", FailureKind::Interrupted}, // cancelled in the driver
-    StateRule{"42501", FailureKind::Rights},      StateRule{"08", FailureKind::Store}, // connection
-    StateRule{"25006", FailureKind::Store}, // the server is read-only
-    StateRule{"28", FailureKind::Store},    // login
-    StateRule{"3D", FailureKind::Store},    // no such database
-    StateRule{"53", FailureKind::Store},    // disk full, memory, connections
-    StateRule{"57", FailureKind::Store},    // shut down, crashed, not ready
-    StateRule{"58", FailureKind::Store},    // input/output error
-    StateRule{"F0", FailureKind::Store},    // configuration
-    StateRule{"XX", FailureKind::Store},    // damage
-    StateRule{"IM", FailureKind::Store},    // driver manager
-    StateRule{"HY001", FailureKind::Store}, // memory
-};
 
 /// The sentence of the database, without the severity before it and what the driver adds.
 std::string sentence(std::string message) {
@@ -87,16 +60,6 @@ std::string nextStep(const Failure& failure) {
 }
 
 } // namespace
-
-FailureKind failureKind(std::string_view sqlState) {
-  const auto* const rule =
-      std::ranges::find_if(stateRules, [&](const StateRule& r) { return sqlState.starts_with(r.prefix); });
-  return rule == stateRules.end() ? FailureKind::Statement : rule->kind;
-}
-
-bool Failure::lostConnection() const {
-  return sqlState.starts_with("08") || sqlState == "57P01" || sqlState == "57P02" || sqlState == "57P03";
-}
 
 Failure failureOf(short kind, void* handle) {
   constexpr std::size_t longest = 4000;

@@ -1,31 +1,22 @@
 // What ODBC reports about a call that failed.
 #pragma once
 
-#include <cstdint>
+#include "adapters/sql/failure_kind.h"
+
 #include <string>
 #include <string_view>
 
 namespace qx::odbc {
 
-/// Who must act.
-enum class FailureKind : std::uint8_t {
-  Statement,   ///< this statement was refused
-  Conflict,    ///< the unit gave way to another program's
-  Busy,        ///< another program held a row for too long
-  Interrupted, ///< the statement was ended, by request or by a limit of the server
-  Rights,      ///< the user may not do this
-  Store,       ///< the server or the connection cannot go on
-};
-
-FailureKind failureKind(std::string_view sqlState);
+using relational::FailureKind;
 
 struct Failure {
   std::string sqlState;
   int nativeCode = 0;
   std::string message;
 
-  FailureKind kind() const { return failureKind(sqlState); }
-  bool lostConnection() const;
+  FailureKind kind() const { return relational::failureKind(sqlState); }
+  bool lostConnection() const { return relational::isLostConnection(sqlState); }
 };
 
 /// The failure of the last call on a handle. `kind` is one of the SQL_HANDLE constants.

@@ -241,8 +241,8 @@ void OdbcDriver::undoStatement() noexcept {
 /// A driver may report the end of the server as an error of no particular kind.
 Failure OdbcDriver::failureOfStatement(void* statement) const {
   Failure failure = failureOf(SQL_HANDLE_STMT, statement);
-  for (const auto& [code, state] : server_->states)
-    if (code == failure.nativeCode) failure.sqlState = state;
+  if (server_->states != nullptr)
+    failure.sqlState = relational::tellingState(*server_->states, failure.nativeCode, failure.sqlState);
   SQLUINTEGER dead = SQL_CD_FALSE;
   if (failure.kind() == FailureKind::Statement &&
       SQL_SUCCEEDED(

@@ -28,21 +28,6 @@ constexpr std::array sqlServerSettings{
     // A stream is read while other statements run.
     Setting{"MARS_Connection", "yes"},
 };
-constexpr std::array sqlServerStates{
-    std::pair<int, std::string_view>{1222, "55P03"}, // a row was locked for longer than the limit
-    std::pair<int, std::string_view>{1205, "40001"}, // deadlock
-    std::pair<int, std::string_view>{3960, "40001"}, // another program has changed the row since
-    std::pair<int, std::string_view>{229, "42501"},  // rights on a table, a column, the database
-    std::pair<int, std::string_view>{230, "42501"},
-    std::pair<int, std::string_view>{262, "42501"},
-    std::pair<int, std::string_view>{1105, "53100"}, // the data or their log are full
-    std::pair<int, std::string_view>{9002, "53100"},
-    std::pair<int, std::string_view>{701, "53200"},  // memory
-    std::pair<int, std::string_view>{3906, "25006"}, // the database is read-only
-    std::pair<int, std::string_view>{823, "58030"},  // input/output error
-    std::pair<int, std::string_view>{824, "58030"},
-    std::pair<int, std::string_view>{6005, "57P01"}, // shutdown
-};
 
 /// A lock is waited for in portions, so that the caller may end the wait; a portion is longer than the second
 /// after which the server looks for deadlocks.
@@ -52,7 +37,7 @@ constexpr std::array servers{
         .drivers = "postgresql",
         .dialect = &relational::postgresDialect,
         .settings = postgresSettings,
-        .states = {},
+        .states = nullptr,
         .longestShortText = 0,
         .start = {},
         .greeting = "Select current_setting('server_encoding'), set_config('lock_timeout', '2s', false), "
@@ -88,7 +73,7 @@ constexpr std::array servers{
            .drivers = "sql server",
            .dialect = &relational::sqlServerDialect,
            .settings = sqlServerSettings,
-           .states = sqlServerStates,
+           .states = &relational::sqlServerStates,
            .longestShortText = 4000,
            .start = "Set Lock_Timeout 2000;Set Xact_Abort Off",
            .greeting = "Select 'UTF-16' As Encoding",

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "adapters/sql/dialect.h"
+#include "adapters/sql/failure_kind.h"
 
 #include <cstddef>
 #include <span>
@@ -17,8 +18,8 @@ struct Server {
   const relational::Dialect* dialect;
   /// Settings of the driver on which the adapter relies, whatever the user's connection string says.
   std::span<const std::pair<std::string_view, std::string_view>> settings;
-  /// Error numbers whose SQLSTATE tells too little, with the one that they stand for.
-  std::span<const std::pair<int, std::string_view>> states;
+  /// Of error numbers whose SQLSTATE tells too little; null for none.
+  const relational::NumberedStates* states;
   /// The longest text, in units of UTF-16, that is bound as a short one; 0 without such a limit.
   std::size_t longestShortText;
   /// Run once on every new connection: statements without rows, and a query that gives one row with the

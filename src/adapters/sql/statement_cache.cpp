@@ -67,14 +67,8 @@ std::string StatementCache::quoted(std::string_view identifier) const {
   return quotedName(identifier, driver_.dialect());
 }
 
-/// Appends the row key to the order: rows without an order and equal sort keys come in order of insertion.
 std::string StatementCache::orderClause(const SelectParts& parts, const TableKey& key) const {
-  std::string terms = sortTerms(parts.orderBy, driver_.dialect());
-  if (!key.row.empty()) {
-    terms.append(terms.empty() ? "" : ", ").append(quoted(parts.table)).append(".").append(key.row);
-    if (parts.descending()) terms += " DESC";
-  }
-  return terms.empty() ? terms : " ORDER BY " + terms;
+  return relational::orderClause(parts, key.row, driver_.dialect());
 }
 
 std::string StatementCache::rowsOf(const SelectParts& parts, const TableKey& key) const {

@@ -216,6 +216,18 @@ std::string limitedSelect(std::string_view select, std::string_view rows, const 
   return text.append(" LIMIT ").append(rows);
 }
 
+std::string orderClause(const SelectParts& parts, std::string_view rowKey, const Dialect& dialect) {
+  std::string terms = sortTerms(parts.orderBy, dialect);
+  if (!rowKey.empty()) {
+    terms.append(terms.empty() ? "" : ", ")
+        .append(quotedName(parts.table, dialect))
+        .append(".")
+        .append(rowKey);
+    if (parts.descending()) terms += " DESC";
+  }
+  return terms.empty() ? terms : " ORDER BY " + terms;
+}
+
 std::string sortTerms(std::string_view orderBy, const Dialect& dialect) {
   if (dialect.nullsFirst.empty() || orderBy.empty()) return std::string(orderBy);
   constexpr std::string_view falling = " desc";

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "adapters/sql/dialect.h"
+#include "adapters/sql/select_parts.h"
 #include "platform/sql.h"
 
 #include <string>
@@ -22,6 +23,10 @@ std::string limitedSelect(std::string_view select, std::string_view rows, const 
 /// An insert of one row, of the defaults without names, that returns the column `key`.
 std::string insertText(std::string_view table, std::string_view names, std::string_view values,
                        std::string_view key, const Dialect& dialect);
+
+/// The order of a select, from its keywords on: its sort terms and behind them the row key of the table,
+/// which may be empty. So rows without an order and equal sort keys come in order of insertion.
+std::string orderClause(const SelectParts& parts, std::string_view rowKey, const Dialect& dialect);
 
 /// Sort terms, with nulls before all other values.
 std::string sortTerms(std::string_view orderBy, const Dialect& dialect);
