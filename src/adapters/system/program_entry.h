@@ -7,4 +7,7 @@ namespace qx {
 /// names stay valid until it returns.
 int withUtf8(int count, char** arguments, int (*program)(int count, char** arguments));
 
+/// Whether somebody can read standard error: a program of windows may have none.
+bool hasStandardError();
+
 } // namespace qx

@@ -7,4 +7,6 @@ int withUtf8(int count, char** arguments, int (*program)(int count, char** argum
   return program(count, arguments);
 }
 
+bool hasStandardError() { return true; }
+
 } // namespace qx

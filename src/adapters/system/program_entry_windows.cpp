@@ -59,7 +59,10 @@ std::vector<std::string> commandLine() {
 } // namespace
 
 int withUtf8(int /*count*/, char** /*arguments*/, int (*program)(int count, char** arguments)) {
-  for (std::FILE* const stream : {stdin, stdout, stderr}) _setmode(_fileno(stream), _O_BINARY);
+  // A program of windows that was started from a console does not get that by itself.
+  if (GetStdHandle(STD_ERROR_HANDLE) == nullptr) AttachConsole(ATTACH_PARENT_PROCESS);
+  for (std::FILE* const stream : {stdin, stdout, stderr})
+    if (_fileno(stream) >= 0) _setmode(_fileno(stream), _O_BINARY);
   const ConsoleStream output(std::cout, STD_OUTPUT_HANDLE);
   const ConsoleStream messages(std::cerr, STD_ERROR_HANDLE);
   std::vector<std::string> texts = commandLine();
@@ -67,6 +70,11 @@ int withUtf8(int /*count*/, char** /*arguments*/, int (*program)(int count, char
   for (std::string& text : texts) arguments.push_back(text.data());
   arguments.push_back(nullptr);
   return program(static_cast<int>(texts.size()), arguments.data());
+}
+
+bool hasStandardError() {
+  const HANDLE handle = GetStdHandle(STD_ERROR_HANDLE);
+  return handle != nullptr && handle != INVALID_HANDLE_VALUE;
 }
 
 } // namespace qx

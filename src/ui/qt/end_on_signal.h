@@ -1,33 +1,29 @@
-// SIGINT and SIGTERM end the event loop.
+// Requests to end the program leave the event loop.
 #pragma once
 
 #include "engine/standing_stop.h"
+#include "platform/stop_requests.h"
 
-#include <QSocketNotifier>
-
-#include <csignal>
-#include <memory>
+#include <QTimer>
 
 namespace qx {
 
-/// While it exists, SIGINT and SIGTERM stop a run after its current job and then leave the event loop. One
-/// object at a time. Raises `std::runtime_error` when the system cannot create a pipe.
+/// While it exists, a request to end the program stops a run after its current job and then leaves the event
+/// loop. One object at a time.
 class EndOnSignal {
 public:
   explicit EndOnSignal(ImportJobObject2& engine);
   EndOnSignal(const EndOnSignal&) = delete;
   EndOnSignal& operator=(const EndOnSignal&) = delete;
-  ~EndOnSignal();
+  ~EndOnSignal() = default;
 
-  /// Handles a signal, which may precede the event loop.
+  /// A request has come, which may precede the event loop.
   bool ended() const { return stop_.asked(); }
 
 private:
   StandingStop stop_;
-  std::unique_ptr<QSocketNotifier> notifier_;
-  struct sigaction interrupt_ {};
-  struct sigaction terminate_ {};
-  int ends_[2] = {-1, -1};
+  QTimer look_;
+  StopRequests requests_;
 };
 
 } // namespace qx

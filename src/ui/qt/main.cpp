@@ -1,6 +1,8 @@
 // The window program: arguments to window, exceptions to exit status.
+#include "adapters/system/program_entry.h"
 #include "adapters/system/stream_diagnostics.h"
 #include "composition/composition.h"
+#include "platform/path_text.h"
 #include "program/busy_notice.h"
 #include "program/program_error.h"
 #include "program/version.h"
@@ -22,6 +24,7 @@
 #include <QFileInfo>
 #include <QLibraryInfo>
 #include <QLocale>
+#include <QMessageBox>
 #include <QPalette>
 #include <QStyle>
 #include <QTranslator>
@@ -58,7 +61,7 @@ JobViewDialogs dialogsOf(const DialogContext& context) {
 /// The user may not write the database file.
 bool readOnly(const Connection& connection) {
   const auto files = connection.files();
-  return !files.empty() && !QFileInfo(QString::fromStdString(files.front().string())).isWritable();
+  return !files.empty() && !QFileInfo(toQt(textOf(files.front()))).isWritable();
 }
 
 /// Leaves the event loop when the engine is unloaded. `quit` would ask the windows again.
@@ -174,10 +177,10 @@ void showError(QtDesktop& desktop, const ProgramError& error) {
 /// Without a display the toolkit would abort with a core dump.
 void showFatal(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text) {
   if (type != QtFatalMsg) {
-    std::cerr << text.toLocal8Bit().constData() << std::endl;
+    std::cerr << fromQt(text) << std::endl;
     return;
   }
-  std::cerr << viewProgram << ": the window cannot be opened: " << text.toLocal8Bit().constData()
+  std::cerr << viewProgram << ": the window cannot be opened: " << fromQt(text)
             << "\nIs there a display? Without one: qximportjob list" << std::endl;
   std::_Exit(static_cast<int>(ExitCode::Failure));
 }
@@ -196,8 +199,13 @@ void dress(QApplication& application) {
     colours.setColor(group, QPalette::PlaceholderText, quietText(colours));
   QApplication::setPalette(colours);
   auto* const german = new QTranslator(&application);
-  if (german->load(QStringLiteral("qtbase_de"), QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
-    QApplication::installTranslator(german);
+  // In the program itself where the system has no toolkit.
+  for (const QString& folder :
+       {QStringLiteral(":/translations"), QLibraryInfo::path(QLibraryInfo::TranslationsPath)})
+    if (german->load(QStringLiteral("qtbase_de"), folder)) {
+      QApplication::installTranslator(german);
+      return;
+    }
 }
 
 ExitCode runInWindow(int& count, char** arguments, const ViewArguments& parsed) {
@@ -211,16 +219,29 @@ ExitCode runInWindow(int& count, char** arguments, const ViewArguments& parsed) 
                     [&](const ProgramError& error) { showError(desktop, error); });
 }
 
+/// What is said before there is a window, to somebody without a console.
+void sayInBox(int& count, char** arguments, const std::string& text) {
+  const QApplication application(count, arguments);
+  QMessageBox::information(nullptr, toQt(viewProgram), toQt(text));
+}
+
 ExitCode run(int& count, char** arguments) {
   const ViewArguments parsed = parseViewArguments(count, arguments, versionText);
   if (parsed.text.empty()) return runInWindow(count, arguments, parsed);
-  std::cout << parsed.text << std::flush;
+  if (hasStandardError())
+    std::cout << parsed.text << std::flush;
+  else
+    sayInBox(count, arguments, parsed.text);
   return ExitCode::Success;
 }
 
 ExitCode guarded(int count, char** arguments) {
+  const auto refuse = [&](const ProgramError& error) {
+    printError(error);
+    if (!hasStandardError()) sayInBox(count, arguments, error.what() + ('\n' + error.nextStep()));
+  };
   try {
-    return exitCodeOf([&] { return run(count, arguments); }, printError);
+    return exitCodeOf([&] { return run(count, arguments); }, refuse);
   } catch (const std::bad_alloc& error) {
     printError(ProgramError(ExitCode::Failure, error.what()));
     return ExitCode::Failure;
@@ -230,4 +251,7 @@ ExitCode guarded(int count, char** arguments) {
 } // namespace
 } // namespace qx
 
-int main(int count, char** arguments) { return static_cast<int>(qx::guarded(count, arguments)); }
+int main(int count, char** arguments) {
+  return qx::withUtf8(count, arguments,
+                      [](int words, char** texts) { return static_cast<int>(qx::guarded(words, texts)); });
+}

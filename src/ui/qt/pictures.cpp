@@ -3,7 +3,7 @@
 #include "ui/qt/text.h"
 
 #include <QCoreApplication>
-#include <QFile>
+#include <QDir>
 #include <QHash>
 #include <QPointer>
 
@@ -23,11 +23,21 @@ public:
   QIcon get(const QString& name) {
     const auto known = pictures_.constFind(name);
     if (known != pictures_.constEnd()) return *known;
-    const QString path = QStringLiteral(":/pictures/") + name + QStringLiteral(".svg");
-    return *pictures_.insert(name, QFile::exists(path) ? QIcon(path) : QIcon());
+    return *pictures_.insert(name, load(name));
   }
 
 private:
+  static QIcon load(const QString& name) {
+    const QDir folder(QStringLiteral(":/pictures"));
+    QIcon icon;
+    if (const QString drawing = name + QStringLiteral(".svg"); folder.exists(drawing))
+      icon.addFile(folder.filePath(drawing));
+    // Where the toolkit cannot read drawings, the build has made bitmaps of them, NAME-SIZE.png.
+    for (const QString& bitmap : folder.entryList({name + QStringLiteral("-*.png")}))
+      icon.addFile(folder.filePath(bitmap));
+    return icon;
+  }
+
   QHash<QString, QIcon> pictures_;
 };
 

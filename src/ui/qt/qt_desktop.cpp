@@ -4,6 +4,7 @@
 #include "ui/qt/text.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
@@ -48,6 +49,9 @@ void prepare(QMessageBox& box, const Message& message) {
   box.setText(shownText(message.text));
   box.setTextInteractionFlags(Qt::TextSelectableByMouse);
 }
+
+/// A name as this system writes it; the toolkit has slashes everywhere.
+std::string chosen(const QString& name) { return fromQt(QDir::toNativeSeparators(name)); }
 
 /// "EDI (*.edi)|*.edi" as "EDI (*.edi)".
 QString nameFilter(const QString& filter) {
@@ -137,14 +141,13 @@ std::optional<std::string> QtDesktop::chooseFile(std::string_view title, std::st
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
     name = dialog.selectedFiles().constFirst();
     folder_ = QFileInfo(name).absolutePath();
-    if (!forWriting) return fromQt(name);
+    if (!forWriting) return chosen(name);
     if (QFileInfo(name).suffix().isEmpty()) name += suffixOf(filterText);
-    if (!QFileInfo::exists(name)) return fromQt(name);
+    if (!QFileInfo::exists(name)) return chosen(name);
     Message question;
-    question.text =
-        fromQt(QStringLiteral("Die Datei '%1' gibt es bereits. Soll sie ersetzt werden?").arg(name));
+    question.text = "Die Datei '" + chosen(name) + "' gibt es bereits. Soll sie ersetzt werden?";
     question.title = title;
-    if (ask(question)) return fromQt(name);
+    if (ask(question)) return chosen(name);
   }
 }
 
