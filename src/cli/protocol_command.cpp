@@ -3,6 +3,7 @@
 #include "cli/job_terms.h"
 #include "cli/json_writer.h"
 #include "cli/table.h"
+#include "engine/day_protocol.h"
 #include "engine/findings.h"
 #include "engine/hints.h"
 #include "model/text.h"
@@ -10,7 +11,6 @@
 
 #include <algorithm>
 #include <array>
-#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -27,33 +27,11 @@ constexpr std::array lineColumns{
     LineColumn{"VADatum", "Text3"}, LineColumn{"Info", "Memo0"},   LineColumn{"Artikelnummern", "Text4"},
     LineColumn{"Bez", "Text5"},     LineColumn{"Menge", "Text6"},  LineColumn{"Preis", "Text7"}};
 
-/// The protocols of the day, oldest first: after a run under another session date a new one is begun.
-std::vector<std::string> protocolsOf(Connection& connection, const Date& day) {
-  constexpr std::size_t dayDigits = 8;
-  const std::string from = dayStamp(day);
-  const std::string to = from.substr(0, dayDigits) + "235959";
-  const auto rows =
-      connection.open(sql("Select ID From Protokolle Where Art = 'Import' And Datum >= '"_sql, value(from),
-                          "' And Datum <= '"_sql, value(to), "' Order by Datum, ID"_sql));
-  std::vector<std::string> ids;
-  for (; !rows->eof(); rows->moveNext()) ids.push_back(rows->text("ID"));
-  return ids;
-}
-
-void forEachLine(Connection& connection, const std::vector<std::string>& ids,
-                 const std::function<void(Recordset&)>& show) {
-  for (const std::string& id : ids) {
-    const auto lines = connection.openStream(
-        sql("Select * From Protokollpositionen Where ID = '"_sql, value(id), "' Order by Zeile"_sql));
-    for (; !lines->eof(); lines->moveNext()) show(*lines);
-  }
-}
-
 void writeJson(std::ostream& output, Connection& connection, const std::vector<std::string>& ids) {
   JsonWriter json(output);
   json.beginObject().key("protocol").textOrNull(ids.empty() ? std::string() : ids.back());
   json.key("protocols").texts(ids).key("lines").beginArray();
-  forEachLine(connection, ids, [&](Recordset& line) {
+  forEachProtocolLine(connection, ids, [&](Recordset& line) {
     json.beginObject();
     for (const LineColumn& column : lineColumns) json.key(column.name).text(line.text(column.column));
     json.key("Neukunde").boolean(line.text("Text8") == "1");
@@ -80,7 +58,7 @@ void writeText(const Output& output, Connection& connection, const std::vector<s
   Table table(
       output,
       {{"Status", 8, 8}, {"Vorgang", 8, 8}, {"Nummer", 10, 6}, {"VADatum", 10, 10}, {"Info", 80, 10}});
-  forEachLine(connection, ids, [&](Recordset& row) {
+  forEachProtocolLine(connection, ids, [&](Recordset& row) {
     const std::string status = row.text("Text2");
     table.row({{status, statusStyle(status)},
                {row.text("Text0")},
