@@ -44,10 +44,16 @@ void Apartment::requireThread() const {
 Pointer<IDispatch> Apartment::create(std::string_view className) {
   auto component = component_.lock();
   if (!component) {
-    component = automation::Component::create(surroundings_->environment(), surroundings_->database(), *this);
+    component = automation::Component::create(surroundings_->environment(), surroundings_->database(),
+                                              surroundings_->hostObjects());
     component_ = component;
   }
   return outward(component->createObject(className));
+}
+
+bool Apartment::isRegistered(std::string_view progId) {
+  CLSID classId{};
+  return SUCCEEDED(CLSIDFromProgID(wide(progId).c_str(), &classId));
 }
 
 ObjectPointer Apartment::createForeign(std::string_view progId) {
@@ -62,35 +68,6 @@ ObjectPointer Apartment::createForeign(std::string_view progId) {
 
 IDispatch* Apartment::make(const ObjectPointer& object) {
   return new DispatchObject(std::static_pointer_cast<Apartment>(shared_from_this()), object);
-}
-
-std::shared_ptr<Connection> Apartment::connectionOf(const ObjectPointer& /*object*/) {
-  throw AutomationError(ErrorNumber::TypeMismatch, "Das Objekt ist keine Verbindung dieser Komponente.");
-}
-
-std::shared_ptr<Session> Apartment::sessionOf(const ObjectPointer& /*object*/) {
-  throw AutomationError(ErrorNumber::TypeMismatch, "Das Objekt ist keine Sitzung dieser Komponente.");
-}
-
-ObjectPointer Apartment::recordsetOf(const ComboRows& rows) {
-  // adUseClient, adVarWChar
-  constexpr std::int32_t clientCursor = 3;
-  constexpr std::int32_t wideText = 202;
-  constexpr std::int32_t longest = 255;
-  const ObjectPointer recordset = createForeign("ADODB.Recordset");
-  put(*recordset, "CursorLocation", clientCursor);
-  const ObjectPointer fields = objectOf(get(*recordset, "Fields"));
-  for (const std::string& column : rows.columns) call(*fields, "Append", {column, wideText, longest});
-  call(*recordset, "Open");
-  for (const auto& row : rows.rows) {
-    call(*recordset, "AddNew");
-    for (std::size_t i = 0; i < row.size(); ++i) {
-      const ObjectPointer field = objectOf(call(*fields, "Item", {rows.columns[i]}));
-      put(*field, "Value", row[i]);
-    }
-    call(*recordset, "Update");
-  }
-  return recordset;
 }
 
 } // namespace qx::com

@@ -13,7 +13,8 @@ namespace qx::com {
 
 class Apartment;
 
-/// What a component stands on: ports, database, ERP. Owned by its apartment.
+/// What a component stands on: ports, database, ERP, and what it makes of the host's objects. Owned by its
+/// apartment.
 class Surroundings {
 public:
   Surroundings() = default;
@@ -22,6 +23,7 @@ public:
   virtual ~Surroundings() = default;
   virtual Environment& environment() = 0;
   virtual Database& database() = 0;
+  virtual automation::HostObjects& hostObjects() = 0;
 };
 
 /// Makes the surroundings of a new apartment.
@@ -29,7 +31,7 @@ using MakeSurroundings = std::function<std::unique_ptr<Surroundings>(Apartment&)
 
 /// The component of one thread. Its objects share the connection and the current order with each other but
 /// not with those of other threads, so none of them needs a lock. It ends with the last of its objects.
-class Apartment final : public ObjectMap, private automation::HostObjects {
+class Apartment final : public ObjectMap {
 public:
   /// That of the calling thread; made when there is none.
   static std::shared_ptr<Apartment> ofThread(const MakeSurroundings& make);
@@ -41,14 +43,13 @@ public:
   void requireThread() const;
   /// A new object of a public class, with one reference.
   Pointer<IDispatch> create(std::string_view className);
+  /// Whether a component is known under a ProgID.
+  static bool isRegistered(std::string_view progId);
   /// An object that another component offers under its ProgID. Raises `AutomationError` 429, which names it.
   automation::ObjectPointer createForeign(std::string_view progId);
 
 private:
   IDispatch* make(const automation::ObjectPointer& object) override;
-  std::shared_ptr<Connection> connectionOf(const automation::ObjectPointer& object) override;
-  std::shared_ptr<Session> sessionOf(const automation::ObjectPointer& object) override;
-  automation::ObjectPointer recordsetOf(const ComboRows& rows) override;
 
   DWORD thread_;
   std::unique_ptr<Surroundings> surroundings_;

@@ -44,7 +44,9 @@ void MessageBoxes::yield() {
   }
 }
 
-void MissingJobView::open() { desktop_.show({"Das Fenster der Importvorgänge ist nicht installiert."}); }
+void MissingJobView::open() {
+  desktop_.show({"Das Fenster der Version 1 gibt es nicht mehr. ImportJobObject2 öffnet das jetzige."});
+}
 
 void DebuggerDiagnostics::report(const Diagnostic& diagnostic) noexcept {
   try {

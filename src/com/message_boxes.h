@@ -17,7 +17,7 @@ public:
   void yield() override;
 };
 
-/// Says that the windows are not installed.
+/// The window of version 1, which there is not.
 class MissingJobView final : public JobView {
 public:
   explicit MissingJobView(Desktop& desktop) : desktop_(desktop) {}

@@ -93,15 +93,24 @@ std::shared_ptr<ObjectMap> HostObject::map() const {
 std::optional<DispatchId> HostObject::memberId(std::string_view name) {
   const Bstr text(name);
   DISPID id = DISPID_UNKNOWN;
-  if (expando_ && SUCCEEDED(expando_->GetDispID(text.get(), fdexNameCaseInsensitive, &id))) return id;
   LPOLESTR names = text.get();
-  if (FAILED(object_->GetIDsOfNames(IID_NULL, &names, 1, LOCALE_SYSTEM_DEFAULT, &id))) return std::nullopt;
+  const bool found = (expando_ && SUCCEEDED(expando_->GetDispID(text.get(), fdexNameCaseInsensitive, &id))) ||
+                     SUCCEEDED(object_->GetIDsOfNames(IID_NULL, &names, 1, LOCALE_SYSTEM_DEFAULT, &id));
+  if (!found) return std::nullopt;
+  members_.insert_or_assign(id, std::string(name));
   return id;
 }
 
-/// The host tells the ids of parameters by the member's name only, which is not known here.
-std::optional<DispatchId> HostObject::parameterId(DispatchId /*member*/, std::string_view /*name*/) {
-  return std::nullopt;
+/// The host tells the ids of parameters by the name of their member.
+std::optional<DispatchId> HostObject::parameterId(DispatchId member, std::string_view name) {
+  const auto known = members_.find(member);
+  if (known == members_.end()) return std::nullopt;
+  const Bstr ofMember(known->second);
+  const Bstr ofParameter(name);
+  LPOLESTR names[] = {ofMember.get(), ofParameter.get()};
+  DISPID ids[] = {DISPID_UNKNOWN, DISPID_UNKNOWN};
+  if (FAILED(object_->GetIDsOfNames(IID_NULL, names, 2, LOCALE_SYSTEM_DEFAULT, ids))) return std::nullopt;
+  return ids[1];
 }
 
 Variant HostObject::invoke(DispatchId member, Access access, automation::Arguments& arguments) {

@@ -75,6 +75,7 @@ private:
   Pointer<IDispatchEx> expando_; ///< of script objects, which know more through it; else null
   Pointer<IUnknown> identity_;
   std::string name_;
+  std::map<automation::DispatchId, std::string> members_; ///< that were asked for, by their names
 };
 
 } // namespace qx::com

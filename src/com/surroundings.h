@@ -7,8 +7,8 @@
 
 namespace qx::com {
 
-/// The standalone ERP on the database that `QXIMPORTJOB_DB` names, else on that of the user. Raises
-/// `AutomationError` when it cannot be opened.
+/// The ERP whose session is registered on this machine. Without one the standalone ERP on the database that
+/// `QXIMPORTJOB_DB` names, else on that of the user; raises `AutomationError` when it cannot be opened.
 std::unique_ptr<Surroundings> makeSurroundings(Apartment& apartment);
 
 } // namespace qx::com

@@ -107,6 +107,13 @@ Environment& Composition::open() {
   return *environment_;
 }
 
+Environment& Composition::ports() {
+  erp_.emplace(nullptr, clock_, desktop_, diagnostics_, identity_, erp::StandaloneOptions());
+  environment_.emplace(Environment{*erp_, desktop_, jobView_, clock_, guids_, localSettings_, iniFile_,
+                                   diagnostics_, identity_, nullptr, nullptr, ""});
+  return *environment_;
+}
+
 void Composition::requireSchema(Connection& connection, const std::string& target) const {
   const auto version = erp::storedSchemaVersion(connection);
   if (!version)

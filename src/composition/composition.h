@@ -30,6 +30,9 @@ public:
   static std::string schemaVersion();
 
   Environment& open() override;
+  /// For a component inside another ERP: what the system offers, without a connection, a session and a
+  /// database for the components.
+  Environment& ports();
   InstallationReport create(bool demo, DatabaseUsers users) override;
   UpgradeReport upgrade(bool backupMade) override;
   /// For a program with windows, once the database is open: creates the ERP's lookup windows.

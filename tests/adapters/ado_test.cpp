@@ -2,6 +2,7 @@
 #include "adapters/ado/ado_connection.h"
 #include "adapters/ado/connection_text.h"
 #include "adapters/sqlite/sqlite_database.h"
+#include "platform/path_text.h"
 #include "support/ado_objects.h"
 #include "support/temporary_folder.h"
 
@@ -39,7 +40,7 @@ protected:
   }
 
   TemporaryFolder folder;
-  std::string file = (folder.path() / "wäre.db").string();
+  std::string file = textOf(folder.path() / pathOf("wäre.db"));
   std::unique_ptr<Connection> own = SqliteDatabase().create(file);
   std::optional<AdoDatabase> host;
   std::unique_ptr<AdoConnection> connection;

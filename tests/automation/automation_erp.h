@@ -158,21 +158,23 @@ struct ClassOf<FibuUebergabe> {
 /// Gives the components of a standalone ERP by their ProgIDs and writes down which were created.
 class AutomationErp final : public AutomationHost {
 public:
-  AutomationErp(TestErp& erp, Component& component) : erp_(erp), component_(component) {}
+  AutomationErp(TestErp& erp, Component& component)
+      : AutomationErp(erp.components, erp.database, component) {}
+  AutomationErp(erp::StandaloneErp& parts, std::shared_ptr<Connection> database, Component& component)
+      : parts_(parts), database_(std::move(database)), component_(component) {}
 
   ObjectPointer create(std::string_view progId) override {
     created.emplace_back(progId);
-    erp::StandaloneErp& parts = erp_.components;
     if (std::find(missing.begin(), missing.end(), progId) == missing.end()) {
-      if (progId == "Norvalis.Session") return component_.objectFor(parts.createSession());
-      if (progId == "QXHProto.Protokoll") return component_.objectFor(shared(parts.createProtokoll()));
-      if (progId == "qxPLU.clsPLU") return component_.objectFor(shared(parts.createPreisfindung()));
-      if (progId == "qxWWSVer.Version") return component_.objectFor(shared(parts.createVersion()));
-      if (progId == "qxWSPro.WSProfile") return component_.objectFor(shared(parts.createProfile()));
+      if (progId == "Norvalis.Session") return component_.objectFor(parts_.createSession());
+      if (progId == "QXHProto.Protokoll") return component_.objectFor(shared(parts_.createProtokoll()));
+      if (progId == "qxPLU.clsPLU") return component_.objectFor(shared(parts_.createPreisfindung()));
+      if (progId == "qxWWSVer.Version") return component_.objectFor(shared(parts_.createVersion()));
+      if (progId == "qxWSPro.WSProfile") return component_.objectFor(shared(parts_.createProfile()));
       if (progId == "qxAdrIdx.Adressindex")
-        return component_.objectFor(shared(parts.createAdressindex(erp_.connection())));
+        return component_.objectFor(shared(parts_.createAdressindex(*database_)));
       if (progId == "Norvalis.FibuUebergabeObject")
-        return component_.objectFor(shared(parts.createFibuUebergabe()));
+        return component_.objectFor(shared(parts_.createFibuUebergabe()));
       if (progId == "Norvalis.AuskunftObject" && lookup) return lookup;
     }
     throw AutomationError(ErrorNumber::CannotCreate,
@@ -182,8 +184,8 @@ public:
     return targetOf<Connection>(object);
   }
   ObjectPointer objectOf(Connection& connection) override {
-    EXPECT_EQ(&connection, erp_.database.get());
-    return component_.objectFor(erp_.database);
+    EXPECT_EQ(&connection, database_.get());
+    return component_.objectFor(database_);
   }
 
   std::vector<std::string> created;
@@ -196,7 +198,8 @@ private:
     return port;
   }
 
-  TestErp& erp_;
+  erp::StandaloneErp& parts_;
+  std::shared_ptr<Connection> database_;
   Component& component_;
 };
 

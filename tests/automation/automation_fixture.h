@@ -9,6 +9,7 @@
 #include "support/fake_session.h"
 #include "support/recording_connection.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -47,7 +48,15 @@ public:
     return recordset;
   }
 
+  std::unique_ptr<JobViewProgram> jobViewProgram(std::function<void()> look) override {
+    look_ = std::move(look);
+    return openJobView ? openJobView() : nullptr;
+  }
+  /// What the message loop does now and then.
+  void look() const { look_(); }
+
   std::string shownRows;
+  std::function<std::unique_ptr<JobViewProgram>()> openJobView;
 
 private:
   /// The connection of a host, which remembers the host's object.
@@ -70,6 +79,7 @@ private:
   };
 
   TestErp& erp_;
+  std::function<void()> look_;
 };
 
 class AutomationTest : public OrderTest {

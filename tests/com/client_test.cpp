@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <cstdio>
 #include <functional>
 #include <string>
 #include <thread>
@@ -53,6 +55,15 @@ protected:
     const auto canUnload = reinterpret_cast<HRESULT(STDAPICALLTYPE*)()>(
         reinterpret_cast<void*>(GetProcAddress(library, "DllCanUnloadNow")));
     return canUnload() == S_OK;
+  }
+  /// Lets calls from outside and timers have their turn until the condition holds, 10 seconds at most.
+  template <class Condition>
+  static void waitUntil(Condition&& holds) {
+    for (int tries = 0; tries < 1000 && !holds(); ++tries) {
+      MSG message;
+      while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != FALSE) DispatchMessageW(&message);
+      Sleep(10);
+    }
   }
   static IDispatch* create(const wchar_t* name) {
     CLSID id;
@@ -342,4 +353,100 @@ TEST_F(Client, HasAComponentOfItsOwnOnEachThread) {
   EXPECT_EQ(std::wstring(key.bstrVal), mine.bstrVal);
   position->Release();
   order->Release();
+}
+
+TEST_F(Client, IsCalledFromAnotherApartmentThroughItsOwnThread) {
+  IDispatch* engine = create(L"ImportJobObject2");
+  IStream* stream = nullptr;
+  ASSERT_EQ(CoMarshalInterThreadInterfaceInStream(IID_IDispatch, engine, &stream), S_OK);
+  HRESULT called = E_FAIL;
+  Value key;
+  std::atomic<bool> over = false;
+  std::thread other([&] {
+    CoInitialize(nullptr);
+    IDispatch* proxy = nullptr;
+    called = CoGetInterfaceAndReleaseStream(stream, IID_IDispatch, reinterpret_cast<void**>(&proxy));
+    if (SUCCEEDED(called)) {
+      called = call(proxy, L"GUID", {}, &key);
+      proxy->Release();
+    }
+    CoUninitialize();
+    over = true;
+  });
+  waitUntil([&] { return over.load(); });
+  other.join();
+  EXPECT_EQ(called, S_OK);
+  ASSERT_EQ(key.vt, VT_BSTR);
+  EXPECT_EQ(SysStringLen(key.bstrVal), 32U);
+  engine->Release();
+}
+
+TEST_F(Client, KeepsTheLibraryAndOtherEnginesWhenAnEngineIsReleased) {
+  IDispatch* first = create(L"ImportJobObject2");
+  IDispatch* second = create(L"ImportJobObject2");
+  first->Release();
+  CoFreeUnusedLibraries();
+  EXPECT_FALSE(idle());
+  Value opened;
+  EXPECT_EQ(call(second, L"ConnectDB", {}, &opened), S_OK);
+  EXPECT_EQ(opened.boolVal, VARIANT_TRUE);
+  Value setting;
+  EXPECT_EQ(
+      call(second, L"ImpSaveSetting", {text(L"QXImportJob"), text(L"Zwei"), text(L"A"), text(L"ä")}, nullptr),
+      S_OK);
+  EXPECT_EQ(call(second, L"ImpGetSetting", {text(L"QXImportJob"), text(L"Zwei"), text(L"A")}, &setting),
+            S_OK);
+  EXPECT_EQ(std::wstring(setting.bstrVal), L"ä") << "the session is still connected";
+  second->Release();
+}
+
+TEST_F(Client, OpensTheWindowOfTheJobsAsAProgramBesideTheLibrary) {
+  IDispatch* engine = create(L"ImportJobObject2");
+  IConnectionPoint* point = pointOf(engine);
+  int unloaded = 0;
+  Sink sink([&](DISPID event, DISPPARAMS*) -> HRESULT {
+    unloaded += event == 1 ? 1 : 0;
+    return S_OK;
+  });
+  DWORD cookie = 0;
+  ASSERT_EQ(point->Advise(&sink, &cookie), S_OK);
+  std::wstring file(32768, L'\0');
+  file.resize(GetModuleFileNameW(GetModuleHandleW(L"QXImportJob.dll"), file.data(), 32768));
+  file.replace(file.rfind(L'\\') + 1, std::wstring::npos, L"qximportjob-view.exe");
+  const auto mark = [&](const wchar_t* ending) {
+    CloseHandle(CreateFileW((file + ending).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
+  };
+  const auto show = [&] {
+    VARIANT view;
+    VariantInit(&view);
+    VARIANT argument{};
+    argument.vt = VT_BYREF | VT_VARIANT;
+    argument.pvarVal = &view;
+    EXPECT_EQ(call(engine, L"JobViewShow", {argument}, nullptr), S_OK);
+    EXPECT_EQ(view.pdispVal, engine);
+    VariantClear(&view);
+    Value state;
+    call(engine, L"ViewFormLoad", {}, &state);
+    return state.lVal;
+  };
+  mark(L".open");
+  EXPECT_EQ(show(), 1);
+  EXPECT_EQ(unloaded, 0);
+  DeleteFileW((file + L".open").c_str());
+  waitUntil([&] { return unloaded > 0; });
+  EXPECT_EQ(unloaded, 1);
+  mark(L".refuse");
+  EXPECT_EQ(show(), 2);
+  EXPECT_EQ(unloaded, 2);
+  wchar_t given[1024] = L"";
+  if (FILE* const log = _wfopen((file + L".log").c_str(), L"r, ccs=UTF-16LE")) {
+    EXPECT_NE(std::fgetws(given, 1024, log), nullptr);
+    std::fclose(log);
+  }
+  std::wstring database(1024, L'\0');
+  database.resize(GetEnvironmentVariableW(L"QXIMPORTJOB_DB", database.data(), 1024));
+  EXPECT_EQ(std::wstring(given), database + L"|0;" + database + L"|0;");
+  EXPECT_EQ(point->Unadvise(cookie), S_OK);
+  point->Release();
+  engine->Release();
 }

@@ -1,12 +1,13 @@
 #!/usr/bin/env python3
 """Registers the library, lets hosts use it and removes it again: run_hosts.py FOLDER [EMULATOR]
 
-FOLDER holds QXImportJob.dll, qximportjob.exe, script_host.exe and automation_client.exe. Each script of this folder must
-print what stands in the file of its name that ends in ".expected".
+FOLDER holds QXImportJob.dll, qximportjob.exe, script_host.exe, automation_client.exe and view_stand_in.exe. Each script
+of this folder must print what stands in the file of its name that ends in ".expected".
 """
 
 import os
 import pathlib
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -43,10 +44,12 @@ def main():
         return "REG_SZ" in run("reg", "query", hive + r"\Software\Classes\QXImportJob.ImportJobObject2\CLSID",
                                expected=0 if present else 1)
 
-    library = windows_path(folder / "QXImportJob.dll")
     with tempfile.TemporaryDirectory(prefix="qximportjob-") as place:
         database = windows_path(pathlib.Path(place) / "aufträge.db")
         environment["QXIMPORTJOB_DB"] = database
+        # The library starts the window program that lies beside it.
+        library = windows_path(shutil.copy(folder / "QXImportJob.dll", place))
+        shutil.copy(folder / "view_stand_in.exe", pathlib.Path(place) / "qximportjob-view.exe")
         run(str(folder / "qximportjob.exe"), "init", "--demo")
         run("regsvr32", "/s", library)
         for script in sorted(HERE.glob("*.vbs")):

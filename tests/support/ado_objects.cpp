@@ -268,7 +268,7 @@ public:
       return move(at_ + static_cast<std::size_t>(automation::int32Of(given.front())));
     });
     with("AddNew", [this](bool, Values&) -> Variant {
-      if (lock_ == 1 || (command_ && table_.empty())) refuse(0x800A0CB3, "The record set cannot be changed.");
+      if (command_ && (lock_ == 1 || table_.empty())) refuse(0x800A0CB3, "The record set cannot be changed.");
       if (pending_) update();
       pending_ = adding_ = true;
       row_ = Row{0, {}, std::vector<Value>(columns_.size())};

@@ -116,7 +116,7 @@ void AdoRecordset::moveTo(std::size_t position) {
   present_ = true;
   // Behind the last row there is none to move to: the end is known here.
   if (eof()) return;
-  database_.ask([&] { put(*rows_, "AbsolutePosition", static_cast<std::int32_t>(position_ + 1)); });
+  database_.askClient([&] { put(*rows_, "AbsolutePosition", static_cast<std::int32_t>(position_ + 1)); });
 }
 
 /// Reads the current row from the database. False when it no longer exists.
@@ -166,7 +166,7 @@ const Value& AdoRecordset::value(std::size_t index) {
   if (adding_ || eof()) return nothingStored;
   if (!read_) readAgain();
   if (!present_) return nothingStored;
-  field.known = database_.ask([&] { return valueIn(field.kind, get(*field.object, "Value")); });
+  field.known = database_.askClient([&] { return valueIn(field.kind, get(*field.object, "Value")); });
   return *field.known;
 }
 
@@ -178,7 +178,7 @@ void AdoRecordset::requireChangeable() const {
 void AdoRecordset::addNew() {
   requireChangeable();
   cancelUpdate();
-  database_.ask([&] { call(*rows_, "AddNew"); });
+  database_.askClient([&] { call(*rows_, "AddNew"); });
   forgetRow();
   adding_ = true;
 }
@@ -196,7 +196,7 @@ void AdoRecordset::set(ColumnName column, Value value) {
   requireChangeable();
   Field& field = fields_[place(column)];
   edit();
-  database_.ask([&] { put(*field.object, "Value", forField(field.kind, value)); });
+  database_.askClient([&] { put(*field.object, "Value", forField(field.kind, value)); });
   field.known = std::move(value);
 }
 
@@ -219,7 +219,7 @@ void AdoRecordset::cancelUpdate() {
   adding_ = false;
   editing_ = false;
   forgetRow();
-  database_.ask([&] { call(*rows_, "CancelUpdate"); });
+  database_.askClient([&] { call(*rows_, "CancelUpdate"); });
 }
 
 } // namespace qx::ado

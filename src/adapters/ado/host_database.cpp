@@ -47,37 +47,23 @@ std::int32_t numberIn(const ObjectPointer& object, std::string_view property) {
   return number.value_or(0);
 }
 
-/// What the provider has reported first, which is the reason.
-struct Report {
-  std::string text;
-  std::string state;
-  std::int32_t number = 0; ///< of the interface
-  std::int32_t native = 0; ///< of the database
-};
-
-std::optional<Report> firstReport(const ObjectPointer& connection) {
-  const ObjectPointer errors = automation::objectOf(get(*connection, "Errors"));
-  if (!errors || numberIn(errors, "Count") == 0) return std::nullopt;
-  const ObjectPointer first = item(errors, std::int32_t{0});
-  return Report{textIn(first, "Description"), textIn(first, "SQLState"), numberIn(first, "Number"),
-                numberIn(first, "NativeError")};
-}
-
-/// What the provider says about a failure. That it cannot be asked any more is no reason to hide the failure
-/// itself.
-std::optional<Report> reportOf(const ObjectPointer& connection) {
-  try {
-    return firstReport(connection);
-  } catch (const AutomationError&) {
-    return std::nullopt;
-  }
-}
-
 } // namespace
 
 HostDatabase::HostDatabase(ObjectPointer connection, CreateObject create)
     : connection_(std::move(connection)), create_(std::move(create)),
       name_(withoutPasswords(textIn(connection_, "ConnectionString"))) {}
+
+std::optional<HostDatabase::Report> HostDatabase::firstReport() const noexcept {
+  try {
+    const ObjectPointer errors = automation::objectOf(get(*connection_, "Errors"));
+    if (!errors || numberIn(errors, "Count") == 0) return std::nullopt;
+    const ObjectPointer first = item(errors, std::int32_t{0});
+    return Report{textIn(first, "Description"), textIn(first, "SQLState"), numberIn(first, "Number"),
+                  numberIn(first, "NativeError")};
+  } catch (const std::exception&) {
+    return std::nullopt;
+  }
+}
 
 bool HostDatabase::isOpen() {
   try {
@@ -98,10 +84,9 @@ void HostDatabase::forgetErrors() noexcept {
   }
 }
 
-void HostDatabase::raise(const AutomationError& error) {
+void HostDatabase::raise(const AutomationError& error, const std::optional<Report>& report) {
   lastFailure_ = error.code();
   if (error.number() == automation::ErrorNumber::OutOfMemory) throw std::bad_alloc();
-  const auto report = reportOf(connection_);
   if (report) lastFailure_ = report->number;
   if (!isOpen())
     throw ConnectionLostError(name_ + ": the program that owns the connection has closed it", lastFailure_);

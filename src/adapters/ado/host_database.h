@@ -58,7 +58,16 @@ public:
     try {
       return call();
     } catch (const automation::AutomationError& error) {
-      raise(error);
+      raise(error, firstReport());
+    }
+  }
+  /// Makes a call that stays within the client: nothing of what the provider has reported belongs to it.
+  template <class Call>
+  auto askClient(Call&& call) {
+    try {
+      return call();
+    } catch (const automation::AutomationError& error) {
+      raise(error, std::nullopt);
     }
   }
   /// The number of the last failure, as the interface reports it.
@@ -69,8 +78,17 @@ public:
   void wrote() { ++writes_; }
 
 private:
+  /// What the provider has reported first, which is the reason.
+  struct Report {
+    std::string text;
+    std::string state;
+    std::int32_t number = 0; ///< of the interface
+    std::int32_t native = 0; ///< of the database
+  };
+  /// Null when it cannot be asked any more, which is no reason to hide the failure itself.
+  std::optional<Report> firstReport() const noexcept;
   void forgetErrors() noexcept;
-  [[noreturn]] void raise(const automation::AutomationError& error);
+  [[noreturn]] void raise(const automation::AutomationError& error, const std::optional<Report>& report);
   bool isOpen();
 
   automation::ObjectPointer connection_;

@@ -1,4 +1,5 @@
 // Another program, which this one waits for: Windows cannot replace a process.
+#include "adapters/system/command_words.h"
 #include "adapters/system/wide_text.h"
 #include "platform/path_text.h"
 #include "platform/program_start.h"
@@ -15,8 +16,8 @@ namespace {
   throw std::system_error(static_cast<int>(GetLastError()), std::system_category());
 }
 
-/// As the programs of Windows take their command line apart: a word with blanks stands between quotation
-/// marks, and a quotation mark and the backslashes before it each have a backslash before them.
+} // namespace
+
 void appendWord(std::wstring& line, std::wstring_view word) {
   if (!line.empty()) line += L' ';
   if (!word.empty() && word.find_first_of(L" \t\n\v\"") == std::wstring_view::npos) {
@@ -33,8 +34,6 @@ void appendWord(std::wstring& line, std::wstring_view word) {
   line.append(backslashes, L'\\');
   line += L'"';
 }
-
-} // namespace
 
 std::filesystem::path ownProgram() {
   constexpr std::size_t longestName = 32768;

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <string>
+#include <utility>
 
 namespace qx::automation {
 namespace {
@@ -48,9 +49,22 @@ ObjectPointer Component::createObject(std::string_view className) {
   if (is("ImportJobs")) return objectFor(std::make_shared<ImportJobs>());
   if (is("ImportJobSubItems")) return objectFor(std::make_shared<ImportJobSubItems>());
   if (is("ImportJobObject")) return objectFor(std::make_shared<ImportJobObject>(environment_, database_));
-  if (is("ImportJobObject2")) return objectFor(std::make_shared<ImportJobObject2>(environment_));
+  if (is("ImportJobObject2")) return objectFor(newEngine());
   throw AutomationError(ErrorNumber::CannotCreate,
                         "Die Klasse '" + std::string(className) + "' gibt es nicht.");
+}
+
+/// An engine that ends disconnects the session. That of the component itself ends with the component, and one
+/// of the host with the last engine, for others may be working with it.
+std::shared_ptr<ImportJobObject2> Component::newEngine() {
+  auto made = std::make_unique<ImportJobObject2>(environment_);
+  ++engines_;
+  return {made.release(), [this](ImportJobObject2* engine) {
+            const bool ofHost = dynamic_cast<const OfHost*>(environment_.session.get()) != nullptr;
+            auto kept = --engines_ > 0 || !ofHost ? std::exchange(environment_.session, nullptr) : nullptr;
+            delete engine;
+            environment_.session = std::move(kept);
+          }};
 }
 
 ObjectPointer Component::make(const ClassTable& table, std::shared_ptr<void> target) {

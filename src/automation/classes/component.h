@@ -6,10 +6,28 @@
 #include "platform/environment.h"
 #include "rules/combo_lists.h"
 
+#include <functional>
 #include <memory>
+#include <optional>
 #include <string_view>
 
 namespace qx::automation {
+
+/// The window of the staged jobs as a program of its own, which takes the single-user lock itself.
+class JobViewProgram {
+public:
+  JobViewProgram() = default;
+  JobViewProgram(const JobViewProgram&) = delete;
+  JobViewProgram& operator=(const JobViewProgram&) = delete;
+  virtual ~JobViewProgram() = default;
+
+  /// Starts it on the database of a connection and waits until it can be used. Its exit status when it has
+  /// ended already, as it does when the lock is refused. Raises `std::runtime_error`, in German, when it
+  /// cannot be started.
+  virtual std::optional<int> start(Connection& connection) = 0;
+  /// Its exit status; null while it runs.
+  virtual std::optional<int> ended() = 0;
+};
 
 /// Ports on objects of the host. Raises `AutomationError` for an object that cannot serve as one.
 class HostObjects {
@@ -20,6 +38,9 @@ public:
   virtual std::shared_ptr<Session> sessionOf(const ObjectPointer& object) = 0;
   /// A record set that a drop-down list of the host can show.
   virtual ObjectPointer recordsetOf(const ComboRows& rows) = 0;
+  /// The window as a program; null where the port `JobView` opens it. `look` is called now and then, on this
+  /// thread, while the program runs.
+  virtual std::unique_ptr<JobViewProgram> jobViewProgram(std::function<void()> /*look*/) { return nullptr; }
 };
 
 /// All its objects share one environment, as those of a program that links the classes do. Environment,
@@ -33,6 +54,7 @@ public:
   ObjectPointer createObject(std::string_view className);
 
   Environment& environment() { return environment_; }
+  HostObjects& hostObjects() { return host_; }
   std::shared_ptr<Connection> connectionOf(const ObjectPointer& object);
   std::shared_ptr<Session> sessionOf(const ObjectPointer& object);
   std::unique_ptr<ComboTarget> comboOf(const ObjectPointer& object);
@@ -50,9 +72,12 @@ private:
   Component(Environment& environment, Database& database, HostObjects& host)
       : environment_(environment), database_(database), host_(host) {}
 
+  std::shared_ptr<ImportJobObject2> newEngine();
+
   Environment& environment_;
   Database& database_;
   HostObjects& host_;
+  std::size_t engines_ = 0; ///< that are alive
 };
 
 /// The component behind the context of a call to one of its classes.

@@ -4,6 +4,7 @@
 #include "automation/classes/class_tables.h"
 
 #include <algorithm>
+#include <stdexcept>
 #include <string>
 
 namespace qx::automation {
@@ -21,6 +22,41 @@ EngineObject::EngineObject(std::shared_ptr<ObjectContext> context,
 }
 
 EngineObject::~EngineObject() = default;
+
+void EngineObject::showJobView() {
+  const auto engine = target<ImportJobObject2>();
+  const auto connection = engine->ActiveConnection();
+  if (view_ && !view_->ended()) return;
+  view_.reset();
+  // Without a connection the engine says so.
+  if (connection && !connection->connectionString().empty())
+    view_ = componentOf(context()).hostObjects().jobViewProgram([this] { lookAtJobView(); });
+  if (!view_) {
+    engine->JobViewShow();
+    return;
+  }
+  try {
+    if (!view_->start(*connection)) {
+      engine->ViewFormLoad = qxtViewJobForm_Load;
+      return;
+    }
+  } catch (const std::runtime_error& failure) {
+    diagnostics_.report({"JobViewShow", failure.what(), ""});
+    showMessage(componentOf(context()).environment(),
+                {.text = failure.what(), .icon = MessageIcon::Critical});
+  }
+  view_.reset();
+  engine->Unload();
+}
+
+void EngineObject::lookAtJobView() {
+  if (!view_ || !view_->ended()) return;
+  const ObjectPointer self = shared_from_this();
+  view_.reset();
+  const auto engine = target<ImportJobObject2>();
+  // Unless the host has unloaded it meanwhile.
+  if (engine->ViewFormLoad == qxtViewJobForm_Load) engine->Unload();
+}
 
 std::uint32_t EngineObject::advise(std::shared_ptr<EventSink> sink) {
   sinks_.emplace_back(++lastCookie_, std::move(sink));

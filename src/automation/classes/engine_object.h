@@ -2,6 +2,7 @@
 #pragma once
 
 #include "automation/class_object.h"
+#include "automation/classes/component.h"
 #include "engine/import_job_object2.h"
 #include "platform/engine_events.h"
 
@@ -44,6 +45,10 @@ public:
   EngineObject& operator=(const EngineObject&) = delete;
   ~EngineObject() override;
 
+  /// `JobViewShow`. A window that is a program of its own takes the lock itself: where it is refused, and
+  /// when the window is closed, the engine is unloaded.
+  void showJobView();
+
   std::uint32_t advise(std::shared_ptr<EventSink> sink) override;
   bool unadvise(std::uint32_t cookie) override;
   std::vector<std::pair<std::uint32_t, std::shared_ptr<EventSink>>> sinks() const override { return sinks_; }
@@ -54,10 +59,12 @@ private:
   void ProcessInfo(std::string_view info) override;
   void raise(DispatchId event, const std::vector<Variant>& arguments);
   bool isConnected(std::uint32_t cookie) const;
+  void lookAtJobView();
 
   Diagnostics& diagnostics_;
   std::vector<std::pair<std::uint32_t, std::shared_ptr<EventSink>>> sinks_;
   std::uint32_t lastCookie_ = 0;
+  std::unique_ptr<JobViewProgram> view_;     ///< null while it is not open
   std::optional<Subscription> subscription_; ///< ends before the engine does
 };
 

@@ -1,5 +1,6 @@
 // The table of the engine object.
 #include "automation/classes/contents.h"
+#include "automation/classes/engine_object.h"
 
 namespace qx::automation {
 namespace {
@@ -30,7 +31,7 @@ std::vector<Member> objectMembers() {
           "JobViewShow", "Takes the lock, opens the job view and gives this object.",
           +[](CallOn<Engine> on, ObjectPointer& shown) {
             shown = on.self;
-            on.target.JobViewShow();
+            dynamic_cast<EngineObject&>(*on.self).showJobView();
           },
           Named("ImportOBJ").as({TypeKind::Object, ClassOf<Engine>::name})),
       M::method("ProcessJobs", "Performs a processing run; True when it came to its end.",
