@@ -88,13 +88,16 @@ private:
       found->click();
     };
     modal(
-        "kunde", [&] { showJobDialog(&parent, context_, changedCustomer, true); },
+        "kunde",
+        [&] {
+          showJobDialog(&parent, context_, changedCustomer, {3, 11});
+        },
         [&](QDialog& dialog) {
           modal("adressen", [&] { press(dialog, "cmdAdressen"); });
           modal("auskunft", [&] { press(dialog, "cmdKundennummer"); });
         });
-    modal("auftrag", [&] { showJobDialog(&parent, context_, orderWithoutStock, true); });
-    modal("vertrag", [&] { showJobDialog(&parent, context_, contractOfUnknownKind, true); });
+    modal("auftrag", [&] { showJobDialog(&parent, context_, orderWithoutStock, {4, 11}); });
+    modal("vertrag", [&] { showJobDialog(&parent, context_, contractOfUnknownKind, {5, 11}); });
     modal("optionen", [&] { OptionsWindow(environment_, &parent).exec(); });
     modal("loeschen", [&] { DeleteDateWindow(environment_, engine_, &parent).exec(); });
   }
@@ -127,7 +130,7 @@ void draw(const std::string& database, const std::string& folder) {
   options.user = "Erika Beispiel";
   options.sessionDate = makeDate(2026, 11, 24);
   Composition composition(options, diagnostics, desktop, view);
-  composition.create(true);
+  composition.create(true, DatabaseUsers::Owner);
   Environment& environment = composition.open();
   composition.offerLookups([&environment, &diagnostics] {
     return std::make_unique<QtAuskunft>(environment.localSettings, diagnostics);

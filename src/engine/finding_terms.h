@@ -117,6 +117,8 @@ enum class Rule : std::uint8_t {
   OrderInvoiceLines,
   CustomersShippingMethod,
   CustomersPaymentMethod,
+  OrderQuantityMissing,
+  OrderUnitUnlisted,
   // Refusal of an order.
   OrderNumberNone,
   OrderNumberInUse,

@@ -61,9 +61,11 @@ Sql countPositions() { return sql("Select Count(*) From ImportPos"_sql); }
 
 class JobFileExport {
 public:
-  JobFileExport(Environment& environment, JobFileVersion version, JobFileObserver* observer)
+  JobFileExport(Environment& environment, JobFileVersion version, JobFileObserver* observer,
+                const JobKeys* only)
       : connection_(activeConnection(environment)), view_(connection_), version_(version),
-        observer_(observer), writer_(version == JobFileVersion::One), lost_(environment.diagnostics) {
+        observer_(observer), only_(only), writer_(version == JobFileVersion::One),
+        lost_(environment.diagnostics) {
     if (observer_ == nullptr) return;
     for (const Sql& query : {countJobs(), countPositions()})
       total_ +=
@@ -90,6 +92,7 @@ private:
 
   void writeVersion2() {
     for (const auto rows = connection_.openStream(everyJob()); !rows->eof(); rows->moveNext()) {
+      if (!isWanted(*rows)) continue;
       const LineKind kind = lineKind(rows->value("JobType").integer().value_or(0));
       if (isHeader(kind))
         writeLine(*rows, columnsOf(kind), counts_.jobs);
@@ -98,6 +101,7 @@ private:
       advance();
     }
     for (const auto rows = connection_.openStream(everyPosition()); !rows->eof(); rows->moveNext()) {
+      if (!isWanted(*rows)) continue;
       const bool read = lineKind(rows->value("JobType").integer().value_or(0)) == LineKind::Position;
       writeLine(*rows, columnsOf(LineKind::Position), counts_.positions);
       if (!read && !writer_.unreadable()) noteUnreadable(*rows);
@@ -109,6 +113,7 @@ private:
     constexpr std::span<const FileColumn> header =
         fileColumns<importJobFields, version1HeaderLine, version1HeaderOrder>;
     for (const auto rows = connection_.openStream(everyVersion1Job()); !rows->eof(); rows->moveNext()) {
+      if (!isWanted(*rows)) continue;
       if (isVersion1Header(rows->value("JobType").integer().value_or(0))) {
         writeLine(*rows, header, counts_.jobs);
         writeVersion1Positions(rows->text("JobID"));
@@ -130,6 +135,8 @@ private:
       advance();
     }
   }
+
+  bool isWanted(Recordset& row) const { return only_ == nullptr || only_->contains(row.text("JobID")); }
 
   void noteUnreadable(Recordset& row) {
     ++counts_.unreadable;
@@ -158,6 +165,7 @@ private:
   ReadView view_; ///< another program may write between two of the statements
   JobFileVersion version_;
   JobFileObserver* observer_;
+  const JobKeys* only_; ///< null for all
   JobFileLineWriter writer_;
   LostCharacters lost_;
   JobFileTarget* target_ = nullptr;
@@ -175,10 +183,10 @@ void endBroken(Environment& environment, JobFileTarget& target, JobFileReport& r
 /// `open` makes the target.
 template <class Open>
 JobFileReport exportTo(Environment& environment, JobFileVersion version, JobFileObserver* observer,
-                       Open&& open) {
+                       const JobKeys* only, Open&& open) {
   JobFileReport report;
   try {
-    JobFileExport job(environment, version, observer);
+    JobFileExport job(environment, version, observer, only);
     auto target = open();
     try {
       job.writeTo(*target);
@@ -200,8 +208,8 @@ JobFileReport exportTo(Environment& environment, JobFileVersion version, JobFile
 } // namespace
 
 JobFileReport exportJobFile(Environment& environment, std::string_view fileName, JobFileVersion version,
-                            JobFileObserver* observer) {
-  return exportTo(environment, version, observer, [&] {
+                            JobFileObserver* observer, const JobKeys* only) {
+  return exportTo(environment, version, observer, only, [&] {
     return std::make_unique<JobFileTarget>(pathOf(fileName), protectedFiles(environment),
                                            permissionsOfNewFile(environment));
   });
@@ -209,7 +217,8 @@ JobFileReport exportJobFile(Environment& environment, std::string_view fileName,
 
 JobFileReport exportJobFile(Environment& environment, const OpenFile& file, JobFileVersion version,
                             JobFileObserver* observer) {
-  return exportTo(environment, version, observer, [&] { return std::make_unique<JobFileTarget>(file); });
+  return exportTo(environment, version, observer, nullptr,
+                  [&] { return std::make_unique<JobFileTarget>(file); });
 }
 
 } // namespace qx

@@ -1,15 +1,17 @@
 #include "store/job_list.h"
 
 #include "model/job_codes.h"
+#include "model/text.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace qx {
 namespace {
 
 /// The fragments join without a blank: the closing quote of one code precedes the "Or" of the next.
-Sql whereClause(const JobListFilter& filter) {
-  Sql clause = sql("Where JobType = '0' "_sql);
+Sql stateCondition(const JobListFilter& filter) {
+  Sql clause = sql("JobType = '0' "_sql);
   if (filter.waiting) clause.append(sql("Or JobType = '10' Or JobType = '20' Or JobType = '30'"_sql));
   if (filter.warnings) clause.append(sql("Or JobType = '11' Or JobType = '21' Or JobType = '31'"_sql));
   if (filter.errors) clause.append(sql("Or JobType = '12' Or JobType = '22' Or JobType = '32'"_sql));
@@ -47,12 +49,38 @@ std::optional<Date> dayOf(const Value& value) {
   return date.ok() ? std::optional(date) : std::nullopt;
 }
 
-Sql listQuery(Sql query, const JobListFilter& filter, const JobListOrder& order) {
-  query.append(sql("JobType, JobID, JobType as Vorgang, Eingangsdatum, Kundennummer, Bez1, Bemerkung, "
-                   "Convert(DateTime, Eingangsdatum, 104) as FormatDatum, Betreff  From [ImportKopf]"_sql));
-  query.append(whereClause(filter)).append(orderClause(order.key));
+Sql listColumns() {
+  return sql("JobType, JobID, JobType as Vorgang, Eingangsdatum, Kundennummer, Bez1, Bemerkung, "
+             "Convert(DateTime, Eingangsdatum, 104) as FormatDatum, Betreff  From [ImportKopf]"_sql);
+}
+
+Sql inOrder(Sql query, const JobListOrder& order) {
+  query.append(orderClause(order.key));
   if (order.descending) query.append(sql("DESC"_sql));
   return query;
+}
+
+/// A pattern that finds the word and little else. Databases differ in the case of letters beyond ASCII and in
+/// the special characters of patterns: each of those stands for any character.
+std::string patternOf(std::string_view word) {
+  std::string pattern = "%";
+  for (const char c : word) {
+    if (!beginsCharacter(c)) continue;
+    const bool plain = (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9');
+    pattern += plain ? c : '_';
+  }
+  return pattern + '%';
+}
+
+Sql searchQuery(const JobListFilter& filter, const JobListOrder& order, const JobSearch& search) {
+  Sql query = sql("Select "_sql).append(listColumns()).append(sql(" Where ("_sql));
+  query.append(stateCondition(filter)).append(sql(")"_sql));
+  for (const std::string& word : search.words()) {
+    const std::string pattern = patternOf(word);
+    query.append(sql(" And (Lower(Bez1) Like '"_sql, value(pattern), "' Or Lower(Kundennummer) Like '"_sql,
+                     value(pattern), "' Or Lower(Betreff) Like '"_sql, value(pattern), "')"_sql));
+  }
+  return inOrder(std::move(query), order);
 }
 
 JobListRow listRowOf(Recordset& found) {
@@ -70,16 +98,34 @@ JobListRow listRowOf(Recordset& found) {
 
 Sql jobListQuery(const JobListFilter& filter, const JobListOrder& order) {
   static_assert(jobListLimit == 2000);
-  return listQuery(sql("Select Top 2000 "_sql), filter, order);
+  Sql query = sql("Select Top 2000 "_sql).append(listColumns()).append(sql("Where "_sql));
+  return inOrder(std::move(query.append(stateCondition(filter))), order);
+}
+
+JobSearch::JobSearch(std::string_view text) {
+  const std::string all = lowerCase(text);
+  for (std::size_t at = all.find_first_not_of(' '); at != std::string::npos;) {
+    const std::size_t end = std::min(all.find(' ', at), all.size());
+    words_.push_back(all.substr(at, end - at));
+    at = all.find_first_not_of(' ', end);
+  }
+}
+
+bool JobSearch::matches(const JobListRow& row) const {
+  if (words_.empty()) return true;
+  const std::string searched = lowerCase(row.name + '\n' + row.customer + '\n' + row.subject);
+  return std::ranges::all_of(
+      words_, [&](const std::string& word) { return searched.find(word) != std::string::npos; });
 }
 
 std::vector<JobListRow> findJobs(Connection& connection, const JobListFilter& filter,
-                                 const JobListOrder& order,
-                                 const std::function<bool(const JobListRow&)>& wanted) {
-  const auto found = connection.openStream(listQuery(sql("Select "_sql), filter, order));
+                                 const JobListOrder& order, const JobSearch& search, const JobKeys* among) {
+  const auto found = connection.openStream(searchQuery(filter, order, search));
   std::vector<JobListRow> rows;
-  for (; !found->eof() && rows.size() < jobListLimit; found->moveNext())
-    if (JobListRow row = listRowOf(*found); wanted(row)) rows.push_back(std::move(row));
+  for (; !found->eof() && rows.size() < jobListLimit; found->moveNext()) {
+    if (among != nullptr && !among->contains(found->text("JobID"))) continue;
+    if (JobListRow row = listRowOf(*found); search.matches(row)) rows.push_back(std::move(row));
+  }
   return rows;
 }
 

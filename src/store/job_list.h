@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -43,6 +44,7 @@ struct JobListRow {
   std::string remark;       ///< `Bemerkung`
   std::string subject;      ///< `Betreff`
   std::optional<Date> date; ///< `FormatDatum`: the day of receipt, null when it is no date
+  bool released = false;    ///< the next run takes it whatever was found; not read with the list
 
   friend bool operator==(const JobListRow&, const JobListRow&) = default;
 };
@@ -57,6 +59,9 @@ struct JobCounts {
   friend bool operator==(const JobCounts&, const JobCounts&) = default;
 };
 
+/// The keys of some jobs.
+using JobKeys = std::set<std::string, std::less<>>;
+
 /// A list holds at most this many jobs: the first ones in its order.
 inline constexpr std::size_t jobListLimit = 2000;
 
@@ -67,10 +72,25 @@ Sql jobListQuery(const JobListFilter& filter, const JobListOrder& order);
 std::vector<JobListRow> readJobList(Connection& connection, const JobListFilter& filter,
                                     const JobListOrder& order);
 
-/// The jobs that satisfy filter and condition, at most `jobListLimit`.
+/// A search for jobs by words, each of which is in the name, the customer number or the subject, in any case.
+class JobSearch {
+public:
+  JobSearch() = default;
+  explicit JobSearch(std::string_view text);
+
+  /// Whether there are no words, so that every job matches.
+  bool empty() const { return words_.empty(); }
+  bool matches(const JobListRow& row) const;
+  const std::vector<std::string>& words() const { return words_; }
+
+private:
+  std::vector<std::string> words_; ///< in lower case
+};
+
+/// All jobs of the filter that match, the first `jobListLimit` of them; with `among` only jobs of these keys.
 std::vector<JobListRow> findJobs(Connection& connection, const JobListFilter& filter,
-                                 const JobListOrder& order,
-                                 const std::function<bool(const JobListRow&)>& wanted);
+                                 const JobListOrder& order, const JobSearch& search,
+                                 const JobKeys* among = nullptr);
 
 JobCounts countJobs(Connection& connection);
 

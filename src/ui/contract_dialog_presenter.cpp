@@ -26,7 +26,7 @@ constexpr std::array contractCustomerControls{
 
 constexpr std::array termControls{
     ControlSpec{"tdbAnzahl", "Anza&hl", ControlKind::Number, "Menge", "imgAnzahl"},
-    ControlSpec{.name = "tdbBetrag", .caption = "&Betrag", .kind = ControlKind::Number, .column = "Preis"},
+    ControlSpec{.name = "tdbBetrag", .caption = "&Betrag", .kind = ControlKind::Money, .column = "Preis"},
     ControlSpec{"cboIntervall", "Intervall (M&onate)", ControlKind::List, "Intervall", "imgIntervall"},
     ControlSpec{"cboZustand", "&Zustand", ControlKind::List, "Zustand", "imgZustand"},
     ControlSpec{"tdbdtVertragsdatum", "Vertragsdat&um", ControlKind::Date, "Vertragsdatum",

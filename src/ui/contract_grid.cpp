@@ -1,6 +1,7 @@
 #include "ui/contract_grid.h"
 
 #include "model/german_text.h"
+#include "ui/counted.h"
 
 #include <array>
 
@@ -84,8 +85,7 @@ std::string ContractGrid::summary() const {
   if (rows_.empty()) return "Zu diesem Kunden sind keine Verträge eingegangen.";
   double sum = 0;
   for (const Row& row : rows_) sum += row.amount;
-  return std::to_string(rows_.size()) + (rows_.size() == 1 ? " Vertrag" : " Verträge") + ", Summe " +
-         germanDecimals(sum, 2);
+  return counted(whole(rows_.size()), "Vertrag", "Verträge") + ", Summe " + groupedSum(sum);
 }
 
 JobReference ContractGrid::jobOf(std::size_t row) const { return rows_[row].job; }

@@ -17,12 +17,17 @@ enum class ControlKind : std::uint8_t {
   Text,   ///< one line
   Note,   ///< several lines
   Number, ///< a German decimal number
+  Money,  ///< the same with two decimals at least
   Date,   ///< dd.mm.yyyy; may be empty
   Combo,  ///< a code of a master table, chosen from two columns of which one is shown; other texts can be
           ///< typed
   List,   ///< one of a few fixed codes, chosen by their texts
   Check,  ///< "1" or "0"
 };
+
+constexpr bool isNumeric(ControlKind kind) {
+  return kind == ControlKind::Number || kind == ControlKind::Money;
+}
 
 /// The largest number in a control or cell: the ERP stores 15 digits, four of them decimals.
 inline constexpr double largestNumber = 99999999999;
@@ -32,12 +37,13 @@ struct ControlSpec {
   std::string_view name{};
   std::string_view caption{}; ///< of the field, access key marked with '&'
   ControlKind kind = ControlKind::Text;
-  std::string_view column{};      ///< of `ImportKopf`; empty for a display-only control
+  std::string_view column{};      ///< of `ImportKopf`; empty for a control of no column
   std::string_view picture{};     ///< the picture control beside it; empty for none
   std::string_view button{};      ///< its lookup button; empty for none
   std::string_view lookup{};      ///< the name of the lookup that button and F4 open
   std::string_view description{}; ///< the label with the text of its code; empty for none
   bool customerSpecific = false;  ///< shown in customer-specific mode only
+  bool displayOnly = false;       ///< can never be changed
 };
 
 /// Controls grouped under a heading.

@@ -2,6 +2,7 @@
 
 #include "platform/failure.h"
 #include "store/job_deletion.h"
+#include "ui/counted.h"
 
 #include <exception>
 
@@ -48,7 +49,7 @@ std::optional<Date> DeleteByDatePresenter::confirmedDate(std::string_view day) {
   }
   const std::string question =
       jobs == 1 ? "Ein erledigter Vorgang ist" + before + "\r\nSoll er endgültig gelöscht werden?"
-                : std::to_string(jobs) + " erledigte Vorgänge sind" + before +
+                : grouped(whole(jobs)) + " erledigte Vorgänge sind" + before +
                       "\r\nSollen sie endgültig gelöscht werden?";
   if (!askQuestion(environment_, {question, std::string(title), MessageIcon::None})) return std::nullopt;
   return date;

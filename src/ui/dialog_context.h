@@ -5,8 +5,10 @@
 #include "engine/import_job_object2.h"
 #include "platform/environment.h"
 
+#include <cstdint>
 #include <functional>
 #include <memory>
+#include <string_view>
 
 namespace qx {
 
@@ -28,12 +30,21 @@ bool awaitDatabase(Environment& environment, BusyWait* wait);
 
 class LookupBridge;
 
+/// The answer to the question whether a parked job is released when it is saved.
+enum class ReleaseAnswer : std::uint8_t {
+  Release,
+  Keep, ///< saved, but still parked
+  Back, ///< not saved
+};
+
 /// All of it must outlive the dialog.
 struct DialogContext {
   Environment& environment;
   ImportJobObject2& engine;
   LookupBridge& lookups;
   WaitFactory wait{}; ///< for the work that writes
+  /// Asks for the answer, proposing to release or not; when empty, a yes-no question is asked.
+  std::function<ReleaseAnswer(std::string_view text, bool proposesRelease)> askRelease{};
 };
 
 } // namespace qx

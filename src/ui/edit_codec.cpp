@@ -7,13 +7,33 @@
 
 namespace qx {
 
+namespace {
+
+/// All digits, but two decimals at least.
+std::string moneyText(double amount) {
+  constexpr std::size_t decimals = 2;
+  std::string text = germanNumber(amount);
+  if (text.find('E') != std::string::npos) return text;
+  const std::size_t comma = text.find(',');
+  if (comma == std::string::npos) return text + ",00";
+  const std::size_t given = text.size() - comma - 1;
+  return given < decimals ? text + '0' : text;
+}
+
+std::string numberText(ControlKind kind, double number) {
+  return kind == ControlKind::Money ? moneyText(number) : germanNumber(number);
+}
+
+} // namespace
+
 ControlKind editorOf(GridColumnKind kind) {
   switch (kind) {
   case GridColumnKind::LongText:
     return ControlKind::Note;
   case GridColumnKind::Number:
-  case GridColumnKind::Money:
     return ControlKind::Number;
+  case GridColumnKind::Money:
+    return ControlKind::Money;
   case GridColumnKind::Date:
     return ControlKind::Date;
   case GridColumnKind::Check:
@@ -29,8 +49,8 @@ ControlKind editorOf(GridColumnKind kind) {
 
 std::string editedText(ControlKind kind, const Value& stored) {
   if (kind == ControlKind::Check) return stored.truth().value_or(false) ? "1" : "0";
-  const auto number = kind == ControlKind::Number ? stored.number() : std::nullopt;
-  return number ? germanNumber(*number) : stored.text();
+  const auto number = isNumeric(kind) ? stored.number() : std::nullopt;
+  return number ? numberText(kind, *number) : stored.text();
 }
 
 std::string refusalOf(ControlKind kind, std::string_view typed) {
@@ -41,15 +61,15 @@ std::string refusalOf(ControlKind kind, std::string_view typed) {
   if (kind == ControlKind::Date && !parseGermanDate(typed)) return because("kein Datum (tt.mm.jjjj).");
   if (kind == ControlKind::Check && !parseGermanBoolean(typed))
     return because("weder ja noch nein (1 oder 0).");
-  if (kind != ControlKind::Number) return {};
+  if (!isNumeric(kind)) return {};
   const auto number = parseEnteredNumber(typed);
   if (!number) return because("keine Zahl.");
   return std::abs(*number) <= largestNumber ? std::string() : because("zu groß.");
 }
 
 std::string respelt(ControlKind kind, std::string_view typed) {
-  if (kind == ControlKind::Number)
-    if (const auto number = parseEnteredNumber(typed)) return germanNumber(*number);
+  if (isNumeric(kind))
+    if (const auto number = parseEnteredNumber(typed)) return numberText(kind, *number);
   if (kind == ControlKind::Date)
     if (const auto date = parseGermanDate(typed)) return germanDate(*date);
   return std::string(typed);

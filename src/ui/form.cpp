@@ -2,6 +2,7 @@
 
 #include "model/text.h"
 
+#include <algorithm>
 #include <stdexcept>
 #include <utility>
 
@@ -41,7 +42,7 @@ std::optional<std::size_t> Form::find(std::string_view name) const {
 
 bool Form::changed() const {
   for (std::size_t index = 0; index < controls_.size(); ++index)
-    if (controls_[index].text != stored_[index]) return true;
+    if (!specs_[index]->displayOnly && controls_[index].text != stored_[index]) return true;
   return false;
 }
 
@@ -58,10 +59,20 @@ void Form::type(std::size_t index, std::string_view text) {
   content.selected = rowOf(content, controls_[index].text);
 }
 
-void Form::takeMaster(std::size_t index) {
-  if (!controls_[index].master) return;
+bool Form::takeMaster(std::size_t index) {
+  if (!controls_[index].master || !controls_[index].enabled) return false;
   type(index, std::string(*controls_[index].master));
   leave(index);
+  return true;
+}
+
+std::size_t Form::mastersLeft() const {
+  return static_cast<std::size_t>(std::ranges::count_if(
+      controls_, [](const ControlState& control) { return control.master.has_value() && control.enabled; }));
+}
+
+void Form::takeMasters() {
+  for (std::size_t index = 0; index < controls_.size(); ++index) takeMaster(index);
 }
 
 void Form::build(bool customerSpecific) {
@@ -118,7 +129,8 @@ void Form::markSaved() {
 
 void Form::setReadOnly(bool readOnly) {
   readOnly_ = readOnly;
-  for (ControlState& control : controls_) control.enabled = !readOnly;
+  for (std::size_t index = 0; index < controls_.size(); ++index)
+    controls_[index].enabled = !readOnly && !specs_[index]->displayOnly;
 }
 
 void ComboFiller::setRowSource(ComboRows rows) {

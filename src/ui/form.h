@@ -49,8 +49,12 @@ public:
   virtual void dropRefused(std::size_t /*index*/) {}
   /// Opens the control's lookup and stores the chosen value. False when nothing was chosen.
   virtual bool lookUp(std::size_t index) = 0;
-  /// Sets the control to the stored value from which it differs.
-  void takeMaster(std::size_t index);
+  /// Sets the control to the stored value from which it differs. False when there is none.
+  bool takeMaster(std::size_t index);
+  /// The number of controls that differ from a stored value.
+  std::size_t mastersLeft() const;
+  /// Sets all of them to it.
+  void takeMasters();
 
 protected:
   /// Shows the controls of the groups; those of the customer-specific mode only in it.

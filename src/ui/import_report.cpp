@@ -1,5 +1,7 @@
 #include "ui/import_report.h"
 
+#include "ui/counted.h"
+
 #include <algorithm>
 #include <array>
 #include <utility>
@@ -48,10 +50,6 @@ std::string atLine(std::int64_t line, std::string_view text) {
   return "Zeile " + std::to_string(line) + ": " + std::string(text);
 }
 
-std::string counted(std::int64_t count, std::string_view one, std::string_view more) {
-  return std::to_string(count) + " " + std::string(count == 1 ? one : more);
-}
-
 } // namespace
 
 void ImportReport::Lines::add(std::string line) {
@@ -86,7 +84,7 @@ void ImportReport::withoutHeader(std::int64_t line, std::string_view jobId, std:
 std::string ImportReport::question() const {
   return (setBack_.count == 1
               ? std::string("Ein Vorgang der Datei ist hier schon erledigt und würde wieder zurückgesetzt:")
-              : std::to_string(setBack_.count) +
+              : grouped(setBack_.count) +
                     " Vorgänge der Datei sind hier schon erledigt und würden wieder zurückgesetzt:") +
          "\r\n\r\n" + setBack_.listed(mostInQuestion) +
          "\r\nDie nächste Verarbeitung schreibt sie dann noch einmal in die Warenwirtschaft.\r\n"

@@ -132,15 +132,25 @@ bool JobDialogPresenter::save() {
   if (!isReachable()) return false;
   const JobState state = stateOf(jobType());
   const bool parked = state == JobState::Warning || state == JobState::Error;
-  if (parked && kind_.offersRelease && !released())
-    release(askQuestion(environment(),
-                        {std::string(verdict() == CheckStatus::Clean ? mendedQuestion : releaseQuestion)}));
+  if (parked && kind_.offersRelease && !released()) {
+    const ReleaseAnswer answer = askRelease();
+    if (answer == ReleaseAnswer::Back) return false;
+    release(answer == ReleaseAnswer::Release);
+  }
   if (!stillLocked()) return false;
   prepareSaving();
   std::string_view failure = "Fehler beim Speichern der Daten";
   if (!edit(failure, [&] { store(failure); })) return false;
   stored();
   return true;
+}
+
+/// A job without findings is to go on; one that still has some only if the clerk says so.
+ReleaseAnswer JobDialogPresenter::askRelease() const {
+  const bool mended = verdict() == CheckStatus::Clean;
+  const std::string_view text = mended ? mendedQuestion : releaseQuestion;
+  if (context_.askRelease) return context_.askRelease(text, mended);
+  return askQuestion(environment(), {std::string(text)}) ? ReleaseAnswer::Release : ReleaseAnswer::Keep;
 }
 
 /// The checks, the lock and the writing would fail one after the other.
@@ -194,7 +204,8 @@ void JobDialogPresenter::checkMore(std::size_t count) {
 
 bool JobDialogPresenter::erase() {
   if (!canErase() || !isReachable()) return false;
-  if (!askQuestion(environment(), {std::string(eraseQuestion), "Wirklich löschen?"})) return false;
+  if (!askQuestion(environment(), {std::string(eraseQuestion) + "\r\n" + title(), "Wirklich löschen?"}))
+    return false;
   std::string_view failure = "Fehler beim Löschen des Vorgangs";
   return edit(failure, [this] { editing_.deleteHeader(jobId()); });
 }
@@ -276,7 +287,7 @@ std::vector<ColumnChange> JobDialogPresenter::changes() const {
 Value JobDialogPresenter::columnValue(const ControlSpec& spec, const ControlState& control) {
   if (spec.kind == ControlKind::Check) return Value(std::int64_t{control.text == "1" ? 1 : 0});
   if (control.text.empty()) return Value::null();
-  if (spec.kind == ControlKind::Number) {
+  if (isNumeric(spec.kind)) {
     if (const auto number = parseEnteredNumber(control.text)) return Value(*number);
   }
   if (spec.kind == ControlKind::List) {

@@ -175,6 +175,7 @@ protected:
 
 private:
   bool isReachable();
+  ReleaseAnswer askRelease() const;
   bool stillLocked();
   void showLoss(const JobChangedError& error);
   void normalise(std::size_t index);

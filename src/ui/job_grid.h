@@ -82,6 +82,10 @@ public:
   /// Opens the lookup of a cell (F4) and stores the chosen value. False when there is none or nothing was
   /// chosen.
   virtual bool lookUp(std::size_t row, std::size_t column) = 0;
+  /// Takes the value over that the master data give for a row. False when it has that, or there is none.
+  virtual bool takeFound(std::size_t row) = 0;
+  /// The number of rows that differ from it.
+  virtual std::size_t foundLeft() const = 0;
   /// A form with all fields of a row; changes take effect at once. Must not outlive the row.
   virtual std::unique_ptr<Form> details(std::size_t row) = 0;
 };
@@ -113,6 +117,8 @@ public:
   virtual GridCell cell(std::size_t row, std::size_t column) const = 0;
   /// The row of a position's or job's key; null when there is none.
   virtual std::optional<std::size_t> rowOf(std::string_view item) const = 0;
+  /// The column that a finding of this code concerns; null when there is none.
+  virtual std::optional<std::size_t> columnOf(std::string_view /*code*/) const { return std::nullopt; }
   /// The header of a row.
   virtual std::string rowLabel(std::size_t row) const = 0;
   /// One line below the grid.

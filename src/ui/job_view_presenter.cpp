@@ -1,12 +1,19 @@
 #include "ui/job_view_presenter.h"
 
+#include "engine/day_protocol.h"
 #include "model/text.h"
 #include "platform/failure.h"
+#include "store/job_deletion.h"
+#include "store/job_file_export.h"
 #include "store/job_file_import.h"
+#include "ui/counted.h"
 #include "ui/dialog_context.h"
 #include "ui/import_report.h"
+#include "ui/job_results.h"
 
 #include <algorithm>
+#include <array>
+#include <chrono>
 #include <exception>
 #include <filesystem>
 #include <iterator>
@@ -21,29 +28,22 @@ constexpr std::string_view goneNotice =
     "Die Datenbank ist nicht erreichbar. Die Liste zeigt den letzten Stand; F5 liest sie neu.";
 constexpr std::string_view limitNotice = "Es werden die ersten 2000 Vorgänge angezeigt.";
 
-std::vector<std::string> wordsOf(std::string_view text) {
-  std::vector<std::string> words;
-  const std::string all = lowerCase(text);
-  for (std::size_t at = all.find_first_not_of(' '); at != std::string::npos;) {
-    const std::size_t end = std::min(all.find(' ', at), all.size());
-    words.push_back(all.substr(at, end - at));
-    at = all.find_first_not_of(' ', end);
-  }
-  return words;
-}
-
-bool matches(const JobListRow& row, const std::vector<std::string>& words) {
-  if (words.empty()) return true;
-  const std::string searched = lowerCase(row.name + '\n' + row.customer + '\n' + row.subject);
-  return std::ranges::all_of(
-      words, [&](const std::string& word) { return searched.find(word) != std::string::npos; });
-}
-
 /// Whether there is a dialog for the code.
 bool canBeOpened(const JobListRow& row) { return !statePicture(row.jobType).empty(); }
 
-std::string jobsInWords(std::size_t count) {
-  return std::to_string(count) + (count == 1 ? " Vorgang" : " Vorgänge");
+constexpr std::chrono::milliseconds checkInterval{50}; ///< between two looks at the message loop
+
+std::string jobsInWords(std::size_t count) { return counted(whole(count), "Vorgang", "Vorgänge"); }
+
+/// Whether a run that returned false began at all.
+bool endedEarly(const RunReport& run) { return run.end == RunEnd::Broken || run.end == RunEnd::Refused; }
+
+constexpr JobListFilter allStates{true, true, true, true};
+
+std::int64_t& countOf(JobCounts& counts, JobState state) {
+  if (state == JobState::Waiting) return counts.waiting;
+  if (state == JobState::Warning) return counts.warnings;
+  return state == JobState::Error ? counts.errors : counts.done;
 }
 
 /// Appends a line unless it is already present.
@@ -67,7 +67,7 @@ public:
     view_.stopAsked_ = false;
     view_.state_.progressVisible = true;
     view_.state_.progress.reset();
-    if (work == Work::Run) view_.state_.progress = 0;
+    if (view_.mayBeStopped()) view_.state_.progress = 0;
     say(label);
   }
   Busy(const Busy&) = delete;
@@ -195,12 +195,16 @@ void JobViewPresenter::command(Tool tool) {
       Command{Tool::EinzelnVerarbeiten, nullptr},
       Command{Tool::StopProcessing, &P::stop},
       Command{Tool::OpenJob, &P::openCurrent},
-      Command{Tool::Delete, &P::eraseCurrent},
+      Command{Tool::Delete, &P::erase},
       Command{Tool::DeleteViewDone, &P::purge},
       Command{Tool::DeleteDate, &P::purgeByDate},
-      Command{Tool::UpdateDisplay, &P::verifyAndShow},
+      Command{Tool::UpdateDisplay, &P::checkWaiting},
+      Command{Tool::Release, &P::setRelease<true>},
+      Command{Tool::TakeBack, &P::setRelease<false>},
+      Command{Tool::DayProtocol, &P::showProtocol},
       Command{Tool::ImportProcessTransactions, &P::importChosen},
       Command{Tool::Export, &P::exportChosen},
+      Command{Tool::ExportMarked, &P::exportMarked},
       Command{Tool::ViewWaiting, &P::toggle<&JobListFilter::waiting>},
       Command{Tool::ViewWarnings, &P::toggle<&JobListFilter::warnings>},
       Command{Tool::ViewError, &P::toggle<&JobListFilter::errors>},
@@ -236,7 +240,7 @@ void JobViewPresenter::key(JobViewKey key) {
     break;
   case JobViewKey::Delete:
     // The permission only removes the tool.
-    eraseCurrent();
+    erase();
     break;
   case JobViewKey::F1:
     break;
@@ -277,8 +281,42 @@ void JobViewPresenter::open(std::size_t row) {
   openCurrent();
 }
 
+void JobViewPresenter::mark(std::vector<std::size_t> rows) {
+  std::erase_if(rows, [this](std::size_t row) { return row >= state_.rows.size(); });
+  std::ranges::sort(rows);
+  if (state_.marked == rows) return;
+  state_.marked = std::move(rows);
+  compose();
+}
+
 void JobViewPresenter::search(std::string_view text) {
-  searched_ = text;
+  search_ = JobSearch(text);
+  listRows();
+  compose();
+}
+
+void JobViewPresenter::readCauses() {
+  if (work_ != Work::None || !causesStale_ || state_.databaseGone) return;
+  causesStale_ = false;
+  const std::string shown = state_.cause ? state_.causes[*state_.cause].text : std::string();
+  JobCauses causes;
+  skip("causes", [&] {
+    forEachReason(activeConnection(environment_), filter_,
+                  [&](const std::string& jobId, const std::string& reasons) { causes.add(jobId, reasons); });
+  });
+  const bool narrowed = state_.cause.has_value();
+  state_.causes = causes.sorted();
+  state_.cause.reset();
+  const auto same = std::ranges::find(state_.causes, shown, &JobCause::text);
+  if (narrowed && same != state_.causes.end())
+    state_.cause = static_cast<std::size_t>(same - state_.causes.begin());
+  if (narrowed) listRows();
+  compose();
+}
+
+void JobViewPresenter::showCause(std::optional<std::size_t> cause) {
+  if (work_ != Work::None || (cause && *cause >= state_.causes.size()) || state_.cause == cause) return;
+  state_.cause = cause;
   listRows();
   compose();
 }
@@ -292,6 +330,8 @@ std::vector<std::string> JobViewPresenter::detailsOf(const std::string& job) {
     lines.emplace_back("Der Vorgang konnte nicht geprüft werden.");
   for (const Finding& finding : findings)
     if (!finding.isHint()) addLine(lines, runLine(finding));
+  if (state_.rows[*state_.current].released)
+    lines.emplace(lines.begin(), "Freigegeben: Die nächste Verarbeitung übernimmt den Vorgang, wie er ist.");
   if (lines.empty())
     lines.emplace_back(stateOf(state_.rows[*state_.current].jobType) == JobState::Done
                            ? "Der Vorgang ist erledigt."
@@ -336,6 +376,9 @@ void JobViewPresenter::refresh() {
                         throw StoreError("Die Datenbankdatei wurde entfernt.", 0);
                       found_ = readJobList(connection, filter_, order_);
                       state_.counts = countJobs(connection);
+                      released_ = readReleasedJobs(connection);
+                      state_.released = released_.counts;
+                      causesStale_ = true;
                     });
   state_.databaseGone = !read;
   if (read) listRows();
@@ -360,18 +403,94 @@ void JobViewPresenter::verifyAndShow() {
   compose();
 }
 
+/// Checks the waiting jobs one by one, which changes none of them.
+void JobViewPresenter::checkWaiting() {
+  if (!isConnected(environment_)) {
+    state_.databaseGone = true;
+    return compose();
+  }
+  bool unchecked = false;
+  bool nothing = false;
+  engine_.VerifyProcesses(unchecked, nothing);
+  std::vector<JobListRow> waiting;
+  std::size_t checked = 0;
+  std::size_t withFindings = 0;
+  {
+    const Busy busy(*this, Work::Check, "Die wartenden Vorgänge werden geprüft...");
+    refresh();
+    skip("waiting jobs", [&] {
+      waiting = readJobList(activeConnection(environment_), {true, false, false, false}, order_);
+    });
+    for (const JobListRow& job : waiting) {
+      if (!mayGoOn(checked, waiting.size())) break;
+      Findings findings;
+      if (stateOf(job.jobType) != JobState::Waiting || !canBeOpened(job)) continue;
+      if (!skip("checkJob", [&] { findings = engine_.checkJob(job.jobId); })) continue;
+      ++checked;
+      if (findings.status() != CheckStatus::Clean) ++withFindings;
+    }
+  }
+  state_.result =
+      nothing ? "Es gibt nichts zu verarbeiten." : checkResult(checked, withFindings, state_.counts.waiting);
+  compose();
+  if (closeAsked_) windows_.closeWindow();
+}
+
+/// Shows how far a check has come, now and then. False when the clerk has stopped it.
+bool JobViewPresenter::mayGoOn(std::size_t done, std::size_t all) {
+  const auto now = std::chrono::steady_clock::now();
+  if (now - shownAt_ >= checkInterval) {
+    shownAt_ = now;
+    state_.progress = static_cast<int>(done * 100 / std::max<std::size_t>(all, 1));
+    windows_.redraw();
+    skip("yield", [this] { environment_.desktop.yield(); });
+  }
+  return !stopAsked_;
+}
+
 void JobViewPresenter::listRows() {
   const auto current = currentJob();
-  const auto words = wordsOf(searched_);
-  const auto wanted = [&words](const JobListRow& row) { return matches(row, words); };
+  const auto marked = keysOf(state_.marked);
+  const auto place = std::exchange(state_.current, std::nullopt);
+  state_.marked.clear();
+  const JobKeys* const among = state_.cause ? &state_.causes[*state_.cause].jobs : nullptr;
   state_.rows.clear();
+  elsewhere_ = {};
   // A match may be beyond the listed jobs.
-  const bool sought = beyondLimit() && !words.empty() && skip("search", [&] {
-                        state_.rows = findJobs(activeConnection(environment_), filter_, order_, wanted);
+  const bool sought = beyondLimit() && isNarrowed() && skip("search", [&] {
+                        state_.rows =
+                            findJobs(activeConnection(environment_), filter_, order_, search_, among);
                       });
-  if (!sought) std::ranges::copy_if(found_, std::back_inserter(state_.rows), wanted);
+  if (!sought)
+    std::ranges::copy_if(found_, std::back_inserter(state_.rows), [&](const JobListRow& row) {
+      return search_.matches(row) && (among == nullptr || among->contains(row.jobId));
+    });
+  for (JobListRow& row : state_.rows) row.released = released_.keys.contains(row.jobId);
+  // The job that is looked for may have a state that is not shown.
+  if (state_.rows.empty() && !search_.empty() && !state_.databaseGone)
+    skip("search", [&] {
+      for (const JobListRow& row : findJobs(activeConnection(environment_), allStates, order_, search_))
+        ++countOf(elsewhere_, stateOf(row.jobType));
+    });
   ++state_.listing;
-  keepCurrent(current, state_.current);
+  keepCurrent(current, place);
+  if (marked.size() < 2) return;
+  const JobKeys kept(marked.begin(), marked.end());
+  for (std::size_t row = 0; row < state_.rows.size(); ++row)
+    if (kept.contains(state_.rows[row].jobId)) state_.marked.push_back(row);
+}
+
+std::vector<std::size_t> JobViewPresenter::targets() const {
+  if (state_.marked.size() > 1) return state_.marked;
+  if (!state_.current) return {};
+  return {*state_.current};
+}
+
+std::vector<std::string> JobViewPresenter::keysOf(const std::vector<std::size_t>& rows) const {
+  std::vector<std::string> keys;
+  for (const std::size_t row : rows)
+    if (!state_.rows[row].jobId.empty()) keys.push_back(state_.rows[row].jobId);
+  return keys;
 }
 
 /// The same job or, when it is no longer listed, the one at its index.
@@ -394,54 +513,146 @@ void JobViewPresenter::openCurrent() {
   while (state_.current && canBeOpened(state_.rows[*state_.current])) {
     const std::size_t row = *state_.current;
     const std::string jobId = state_.rows[row].jobId;
-    std::vector<std::string> following;
-    for (std::size_t i = row + 1; i < state_.rows.size(); ++i)
-      if (canBeOpened(state_.rows[i])) following.push_back(state_.rows[i].jobId);
-    bool next = false;
-    skip("job dialog", [&] { next = windows_.openJob(jobId, !following.empty()) && !following.empty(); });
+    // The saved job may move: the next one is the one that followed it before.
+    std::vector<std::string> before;
+    std::vector<std::string> after;
+    for (std::size_t i = 0; i < state_.rows.size(); ++i)
+      if (i != row && canBeOpened(state_.rows[i])) (i < row ? before : after).push_back(state_.rows[i].jobId);
+    const JobPlace place{before.size() + 1, before.size() + 1 + after.size()};
+    DialogEnd end = DialogEnd::Closed;
+    skip("job dialog", [&] { end = windows_.openJob(jobId, place); });
     verifyAndShow();
-    if (!next) return;
-    // The saved job may have moved: the next one is the one that followed it before.
-    state_.current.reset();
-    for (const std::string& jobId : following) {
-      const auto found = std::ranges::find(state_.rows, jobId, &JobListRow::jobId);
-      if (found == state_.rows.end()) continue;
-      state_.current = static_cast<std::size_t>(found - state_.rows.begin());
-      break;
-    }
+    if (end == DialogEnd::Closed) return;
+    std::ranges::reverse(before);
+    const auto& wanted = end == DialogEnd::Next ? after : before;
+    const auto rowOf = [this](const std::string& key) {
+      return std::ranges::find(state_.rows, key, &JobListRow::jobId);
+    };
+    const auto key = std::ranges::find_if(
+        wanted, [&](const std::string& each) { return rowOf(each) != state_.rows.end(); });
+    if (key == wanted.end()) return;
+    state_.current = static_cast<std::size_t>(rowOf(*key) - state_.rows.begin());
     compose();
   }
 }
 
-void JobViewPresenter::eraseCurrent() {
-  const auto job = currentJob();
-  if (!job) return;
+std::string JobViewPresenter::deletionQuestion(const std::vector<std::size_t>& rows) {
+  const bool single = rows.size() == 1;
+  std::string text =
+      single ? "Wollen Sie diesen Importvorgang wirklich löschen?\r\n" + rowName(state_.rows[rows.front()])
+             : "Wollen Sie diese " + grouped(whole(rows.size())) + " Importvorgänge wirklich löschen?";
+  std::set<std::string> contracts;
+  skip("contracts", [&] {
+    for (const std::size_t row : rows)
+      if (kindOf(state_.rows[row].jobType) == qxtjobkunden)
+        contracts.merge([&] {
+          const auto keys = contractsWithCustomer(activeConnection(environment_), state_.rows[row].customer);
+          return std::set<std::string>(keys.begin(), keys.end());
+        }());
+  });
+  if (contracts.empty()) return text;
+  const bool one = contracts.size() == 1;
+  return text + "\r\n" + (one ? "Dabei wird " : "Dabei werden ") +
+         counted(whole(contracts.size()), "Vertrag", "Verträge") + (single ? " des Kunden" : " der Kunden") +
+         " gelöscht.";
+}
+
+void JobViewPresenter::erase() {
+  const auto rows = targets();
+  const auto jobs = keysOf(rows);
+  if (jobs.empty()) return;
   // Shows the job that the question is about.
   windows_.showCurrent();
   skip("delete", [&] {
-    if (!environment_.desktop.ask(
-            {"Wollen Sie diesen Importvorgang wirklich löschen?", "Wirklich löschen?", MessageIcon::None}))
+    if (!environment_.desktop.ask({deletionQuestion(rows), "Wirklich löschen?", MessageIcon::None})) return;
+    if (!databaseIsFree()) return;
+    if (jobs.size() == 1) {
+      engine_.DelItem(jobs.front(), true);
+      return refreshAndShow();
+    }
+    std::string left;
+    {
+      const Busy busy(*this, Work::Files, "Die Vorgänge werden gelöscht...");
+      JobDeletion deletion(environment_);
+      trapped(
+          environment_.diagnostics, {"delete"}, [&] { deletion.delItems(jobs, true); },
+          [&](const std::exception& failure) { left = germanCause(failure); });
+      if (left.empty()) left = deletion.germanLeft();
+      state_.marked.clear();
+      refresh();
+      state_.result = counted(deletion.deletedHeaders(), "Vorgang", "Vorgänge") + " gelöscht";
+    }
+    if (!left.empty())
+      environment_.desktop.show({.text = "Fehler beim Löschen: " + left, .icon = MessageIcon::Critical});
+  });
+  if (closeAsked_) windows_.closeWindow();
+}
+
+template <bool Released>
+void JobViewPresenter::setRelease() {
+  std::vector<std::string> jobs;
+  const auto rows = targets();
+  for (const std::size_t row : rows)
+    if (isParked(state_.rows[row].jobType) && state_.rows[row].released != Released)
+      jobs.push_back(state_.rows[row].jobId);
+  if (jobs.empty()) return;
+  windows_.showCurrent();
+  const bool one = jobs.size() == 1;
+  std::string question;
+  if (one)
+    question = Released ? "Soll die nächste Verarbeitung diesen Vorgang trotz seiner Befunde übernehmen?\r\n"
+                        : "Soll die Freigabe dieses Vorgangs zurückgenommen werden?\r\n";
+  else
+    question = (Released ? "Soll die nächste Verarbeitung diese " : "Soll die Freigabe dieser ") +
+               grouped(whole(jobs.size())) +
+               (Released ? " Vorgänge trotz ihrer Befunde übernehmen?" : " Vorgänge zurückgenommen werden?");
+  if (one) {
+    const auto row = std::ranges::find(state_.rows, jobs.front(), &JobListRow::jobId);
+    question += rowName(*row);
+  }
+  skip("release", [&] {
+    if (!environment_.desktop.ask({question, std::string(Released ? "Freigeben" : "Freigabe zurücknehmen")}))
       return;
     if (!databaseIsFree()) return;
-    engine_.DelItem(*job, true);
+    const auto wait = windows_.databaseWait();
+    const std::size_t changed = qx::setReleased(environment_, jobs, Released, wait.get());
+    state_.result = jobsInWords(changed) + (Released ? " freigegeben" : " nicht mehr freigegeben");
     refreshAndShow();
   });
 }
 
-void JobViewPresenter::process(qxProcessState selection) {
-  if (!databaseIsFree()) return;
+void JobViewPresenter::showProtocol() {
+  const Date day = engine_.NowEx();
+  std::string text;
+  if (!skip("protocol", [&] { text = dayProtocolText(activeConnection(environment_), day); })) return;
+  if (text.empty()) text = "Heute wurde noch nichts verarbeitet.";
+  skip("protocol", [&] { windows_.report("Protokoll vom " + germanDate(day), text); });
+}
+
+RunReport JobViewPresenter::process(qxProcessState selection) {
+  RunReport none;
+  none.end = RunEnd::Refused;
+  if (!databaseIsFree()) return none;
   settings_.save(option::runUnderWay, "1");
+  bool performed = false;
   {
     Busy busy(*this, Work::Run, "Daten werden verarbeitet...");
-    engine_.ProcessJobs(false, selection);
+    performed = engine_.ProcessJobs(false, selection);
     busy.closeRun();
     busy.say("Daten werden aktuallisiert...");
     verifyAndRefresh();
   }
   if (!state_.databaseGone) databaseIsFree();
   settings_.save(option::runUnderWay, "0");
+  const RunReport run = performed || endedEarly(engine_.lastRun()) ? engine_.lastRun() : none;
   tellJobsLeft();
   if (closeAsked_) windows_.closeWindow();
+  return run;
+}
+
+void JobViewPresenter::showRun(const RunReport& run) {
+  state_.result = runResult(run, state_.counts.waiting);
+  compose();
 }
 
 /// The list does not show why such a job is still waiting.
@@ -457,17 +668,26 @@ void JobViewPresenter::tellJobsLeft() {
 }
 
 void JobViewPresenter::processCustomersThenContracts() {
-  process(qxProcessState::ProcessKunden);
+  RunReport both = process(qxProcessState::ProcessKunden);
   // A clerk who stopped the first run or is closing the window does not want the second one.
-  if (stopAsked_ || closeAsked_ || engine_.lastRun().end == RunEnd::Stopped) return;
-  process(qxProcessState::ProcessVerträge);
+  if (!stopAsked_ && !closeAsked_ && both.end == RunEnd::Completed) {
+    const RunReport contracts = process(qxProcessState::ProcessVerträge);
+    both.end = contracts.end;
+    both.done += contracts.done;
+    both.warning += contracts.warning;
+    both.error += contracts.error;
+    both.protocolErrors += contracts.protocolErrors;
+  }
+  showRun(both);
 }
 
 void JobViewPresenter::stop() {
-  if (work_ != Work::Run || stopAsked_) return;
+  if (!mayBeStopped() || stopAsked_) return;
   stopAsked_ = true;
-  engine_.requestStop();
-  state_.label = "Die Verarbeitung hält nach dem aktuellen Vorgang an...";
+  if (work_ == Work::Run) {
+    engine_.requestStop();
+    state_.label = "Die Verarbeitung hält nach dem aktuellen Vorgang an...";
+  }
   compose();
 }
 
@@ -475,15 +695,22 @@ void JobViewPresenter::purge() {
   if (!databaseIsFree()) return;
   {
     const Busy busy(*this, Work::Files, "Erledigte Vorgänge werden gelöscht...");
+    const std::int64_t before = state_.counts.done;
     engine_.DelArchives();
     refresh();
+    state_.result =
+        counted(before - state_.counts.done, "erledigter Vorgang", "erledigte Vorgänge") + " gelöscht";
   }
   if (closeAsked_) windows_.closeWindow();
 }
 
 void JobViewPresenter::purgeByDate() {
+  const std::int64_t before = state_.counts.done;
   skip("DeleteDate", [this] { windows_.deleteDate(); });
-  refreshAndShow();
+  refresh();
+  if (const std::int64_t deleted = before - state_.counts.done; deleted > 0)
+    state_.result = counted(deleted, "erledigter Vorgang", "erledigte Vorgänge") + " gelöscht";
+  compose();
 }
 
 void JobViewPresenter::importChosen() {
@@ -521,17 +748,36 @@ std::string JobViewPresenter::readFile(std::string_view file) {
   ImportReport read;
   const JobFileReport report = importJobFile(environment_, file, JobFileVersion::Two, &read);
   showImportResult(environment_, report);
+  state_.result = importResult(file, report);
   return read.text(file, report);
 }
 
-void JobViewPresenter::exportChosen() {
+void JobViewPresenter::exportChosen() { exportJobs(nullptr); }
+
+void JobViewPresenter::exportMarked() {
+  JobKeys keys;
+  skip("contracts", [&] {
+    for (const std::size_t row : targets()) {
+      const JobListRow& job = state_.rows[row];
+      keys.insert(job.jobId);
+      if (kindOf(job.jobType) != qxtjobkunden) continue;
+      for (std::string& contract : contractsWithCustomer(activeConnection(environment_), job.customer))
+        keys.insert(std::move(contract));
+    }
+  });
+  if (!keys.empty()) exportJobs(&keys);
+}
+
+void JobViewPresenter::exportJobs(const JobKeys* only) {
   std::optional<std::string> file;
   skip("file choice",
        [&] { file = environment_.desktop.chooseFile("Vorgänge ausgeben", fileFilter, FileUse::Writing); });
   if (!file || file->empty()) return;
   {
     const Busy busy(*this, Work::Files, "Die Datei wird geschrieben...");
-    engine_.Export(*file);
+    const JobFileReport report = exportJobFile(environment_, *file, JobFileVersion::Two, nullptr, only);
+    showExportResult(environment_, report);
+    state_.result = exportResult(*file, report);
   }
   if (closeAsked_) windows_.closeWindow();
 }
@@ -578,7 +824,7 @@ void JobViewPresenter::compose() {
 void JobViewPresenter::composeTools() {
   state_.tools.fill({.enabled = work_ == Work::None});
   const auto tool = [this](Tool which) -> ToolState& { return state_.tools[indexOf(which)]; };
-  tool(Tool::StopProcessing).enabled = work_ == Work::Run && !stopAsked_;
+  tool(Tool::StopProcessing).enabled = mayBeStopped() && !stopAsked_;
   tool(Tool::ViewWaiting).checked = filter_.waiting;
   tool(Tool::ViewDone).checked = filter_.done;
   tool(Tool::ViewWarnings).checked = filter_.warnings;
@@ -590,6 +836,15 @@ void JobViewPresenter::composeTools() {
   tool(Tool::UpdateDisplay).enabled = !mailComesIn_;
   const bool atJob = state_.listEnabled && state_.current.has_value();
   tool(Tool::Delete).enabled = atJob;
+  tool(Tool::ExportMarked).enabled = atJob;
+  const auto rows = atJob ? targets() : std::vector<std::size_t>();
+  const auto anyParked = [&](bool released) {
+    return std::ranges::any_of(rows, [&](std::size_t row) {
+      return isParked(state_.rows[row].jobType) && state_.rows[row].released == released;
+    });
+  };
+  tool(Tool::Release).enabled = anyParked(false);
+  tool(Tool::TakeBack).enabled = anyParked(true);
   tool(Tool::OpenJob).enabled = atJob && canBeOpened(state_.rows[*state_.current]);
 }
 
@@ -600,22 +855,78 @@ void JobViewPresenter::composeTexts() {
   else if (beyondLimit() && state_.rows.size() == jobListLimit)
     state_.notice = limitNotice;
 
-  const bool searching = !wordsOf(searched_).empty();
-  const std::size_t all =
-      searching && beyondLimit() ? static_cast<std::size_t>(matchingJobs()) : found_.size();
-  state_.countText = state_.rows.size() == all ? jobsInWords(all)
-                                               : std::to_string(state_.rows.size()) + " von " +
-                                                     jobsInWords(all) + (all == 1 ? "" : "n");
+  const std::size_t all = beyondLimit() ? static_cast<std::size_t>(matchingJobs()) : found_.size();
+  const std::size_t shown = state_.rows.size();
+  if (shown == all)
+    state_.countText = jobsInWords(all);
+  else
+    state_.countText = grouped(whole(shown)) + (isNarrowed() ? " unter " : " von ") + jobsInWords(all) +
+                       (all == 1 ? "" : "n");
+  if (state_.marked.size() > 1)
+    state_.countText = grouped(whole(state_.marked.size())) + " markiert, " + state_.countText;
+  composeHint();
+}
 
+void JobViewPresenter::composeHint() {
   state_.emptyHint.clear();
   if (!state_.rows.empty()) return;
-  if (!found_.empty())
-    state_.emptyHint = "Kein Vorgang passt zu der Suche\nLeeren Sie das Suchfeld, um alle zu sehen.";
+  if (!search_.empty())
+    state_.emptyHint = searchHint();
   else if (filter_ == JobListFilter{false, false, false, false})
     state_.emptyHint = "Es ist kein Zustand gewählt\nSchalten Sie oben einen Zustand ein.";
   else
     state_.emptyHint = "Keine Vorgänge mit diesem Zustand\nSchalten Sie oben einen weiteren Zustand ein oder "
                        "lesen Sie eine Datei ein.";
+}
+
+/// Why a search lists nothing. Matches of a state that is not shown, or of another cause, are named.
+std::string JobViewPresenter::searchHint() const {
+  constexpr std::string_view advice = "\nLeeren Sie das Suchfeld, um alle zu sehen.";
+  struct State {
+    std::int64_t JobCounts::*count;
+    bool JobListFilter::*shown;
+    Tool tool;
+  };
+  static constexpr std::array states{
+      State{&JobCounts::waiting, &JobListFilter::waiting, Tool::ViewWaiting},
+      State{&JobCounts::warnings, &JobListFilter::warnings, Tool::ViewWarnings},
+      State{&JobCounts::errors, &JobListFilter::errors, Tool::ViewError},
+      State{&JobCounts::done, &JobListFilter::done, Tool::ViewDone},
+  };
+  std::string hidden;
+  std::int64_t all = 0;
+  std::int64_t ofOtherCauses = 0;
+  for (const State& each : states) {
+    const std::int64_t matches = elsewhere_.*each.count;
+    all += state_.counts.*each.count;
+    if (filter_.*each.shown) ofOtherCauses += matches;
+    if (matches == 0 || filter_.*each.shown) continue;
+    std::string caption(toolSpec(each.tool).caption);
+    std::erase(caption, '&');
+    hidden += (hidden.empty() ? "" : ", ") + grouped(matches) + " unter " + caption;
+  }
+  if (ofOtherCauses > 0)
+    return "Zu dieser Ursache passt kein Vorgang der Suche\n" +
+           jobsInWords(static_cast<std::size_t>(ofOtherCauses)) +
+           " mit anderen Ursachen: Wählen Sie sie rechts unten ab.";
+  if (hidden.empty())
+    return "Kein Vorgang passt zu der Suche unter allen " + jobsInWords(static_cast<std::size_t>(all)) +
+           (all == 1 ? "" : "n") + std::string(advice);
+  return "In den eingeschalteten Zuständen passt kein Vorgang zu der Suche\nEs passen " + hidden +
+         ". Schalten Sie den Zustand oben ein.";
+}
+
+std::string filterText(const JobViewState& state, Tool filter) {
+  const auto text = [&](std::int64_t JobCounts::*count) {
+    std::string caption(toolSpec(filter).caption);
+    std::erase(caption, '&');
+    caption += " " + grouped(state.counts.*count);
+    const std::int64_t released = state.released.*count;
+    return released == 0 ? caption : caption + ", davon " + grouped(released) + " freigegeben";
+  };
+  if (filter == Tool::ViewWaiting) return text(&JobCounts::waiting);
+  if (filter == Tool::ViewWarnings) return text(&JobCounts::warnings);
+  return filter == Tool::ViewError ? text(&JobCounts::errors) : text(&JobCounts::done);
 }
 
 } // namespace qx

@@ -2,9 +2,13 @@
 #pragma once
 
 #include "engine/import_job_object2.h"
+#include "store/parked_jobs.h"
+#include "ui/job_causes.h"
+#include "ui/job_place.h"
 #include "ui/job_view_terms.h"
 
 #include <array>
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -20,13 +24,12 @@ namespace qx {
 class JobViewHost {
 public:
   virtual ~JobViewHost() = default;
-  /// Opens the dialog of a job modally. True when the clerk wants to continue with the next one, which
-  /// `offerNext` makes available.
-  virtual bool openJob(std::string_view jobId, bool offerNext) = 0;
+  /// Opens the dialog of a job modally; `place` is where it stands in the list.
+  virtual DialogEnd openJob(std::string_view jobId, const JobPlace& place) = 0;
   virtual void options() = 0;
   virtual void deleteDate() = 0;
   virtual void about() = 0;
-  /// Shows a long text that can be copied.
+  /// Shows a long text that can be searched, copied and printed.
   virtual void report(std::string_view title, std::string_view text) = 0;
   /// Scrolls to the current job at once.
   virtual void showCurrent() = 0;
@@ -51,11 +54,16 @@ struct JobViewState {
   std::vector<JobListRow> rows;           ///< what is listed, after the search
   std::uint64_t listing = 0;              ///< incremented whenever `rows` is rebuilt
   std::optional<std::size_t> current;
+  std::vector<std::size_t> marked; ///< rows, ascending; what a command takes when there are several
   bool listEnabled = true;
   JobColumn sortColumn = JobColumn::Eingangsdatum;
   bool sortDescending = true;
   JobCounts counts;
-  std::string label; ///< `lblInfo`
+  JobCounts released;               ///< how many of the parked jobs are released
+  std::vector<JobCause> causes;     ///< what holds up the parked jobs of the filter
+  std::optional<std::size_t> cause; ///< the one to which the list is limited
+  std::string label;                ///< `lblInfo`
+  std::string result;               ///< how the last command ended; empty before the first one
   bool progressVisible = false;
   std::optional<int> progress; ///< percent; null while the total is unknown
   std::string notice;          ///< one discreet line about the list; empty for none
@@ -67,6 +75,9 @@ struct JobViewState {
 
   const ToolState& tool(Tool tool) const { return tools[indexOf(tool)]; }
 };
+
+/// The text of a filter's button: "Warnungen 50, davon 12 freigegeben".
+std::string filterText(const JobViewState& state, Tool filter);
 
 /// The keys that the list handles.
 enum class JobViewKey : std::uint8_t { Enter, F1, F2, F5, F9, Delete };
@@ -120,17 +131,25 @@ public:
   void timerTick();
   /// Makes a row current; `readDetails` then reads its details. Null for none.
   void select(std::optional<std::size_t> row);
+  /// Marks rows, in any order, for the commands that take several jobs.
+  void mark(std::vector<std::size_t> rows);
   /// Opens the dialog of a row, as a double click does.
   void open(std::size_t row);
   /// Limits the list to the jobs whose name, number or subject contains every word of the text.
   void search(std::string_view text);
+  /// Whether a search asks the database, since not all jobs of the filter are listed.
+  bool searchesDatabase() const { return beyondLimit(); }
+  /// Counts the causes of the parked jobs anew, if they may have changed.
+  void readCauses();
+  /// Limits the list to the jobs of a cause; null for all.
+  void showCause(std::optional<std::size_t> cause);
   /// Reads and checks the current job for the details pane. Writes nothing.
   /// The lines of the details pane: earlier reasons, findings, hints.
   std::vector<std::string> detailsOf(const std::string& job);
   void readDetails();
 
 private:
-  enum class Work : std::uint8_t { None, Run, Files };
+  enum class Work : std::uint8_t { None, Run, Check, Files };
 
   class Busy;
   void ProcessProgress(std::int16_t percent) override;
@@ -144,16 +163,26 @@ private:
   void refreshAndShow();
   void verifyAndRefresh();
   void verifyAndShow();
+  void checkWaiting();
+  bool mayGoOn(std::size_t done, std::size_t all);
   void listRows();
+  bool isNarrowed() const { return !search_.empty() || state_.cause.has_value(); }
+  std::vector<std::size_t> targets() const;
+  std::vector<std::string> keysOf(const std::vector<std::size_t>& rows) const;
+  std::string deletionQuestion(const std::vector<std::size_t>& rows);
   void keepCurrent(const std::optional<std::string>& jobId, std::optional<std::size_t> row);
   void readPermissions();
   void openCurrent();
-  void eraseCurrent();
-  void process(qxProcessState selection);
+  void erase();
+  template <bool Released>
+  void setRelease();
+  void showProtocol();
+  RunReport process(qxProcessState selection);
   template <qxProcessState Selection>
   void processOnly() {
-    process(Selection);
+    showRun(process(Selection));
   }
+  void showRun(const RunReport& run);
   void tellJobsLeft();
   void processCustomersThenContracts();
   void stop();
@@ -164,6 +193,8 @@ private:
   bool maySetBack(std::string_view file);
   std::string readFile(std::string_view file);
   void exportChosen();
+  void exportMarked();
+  void exportJobs(const JobKeys* only);
   void options();
   void about();
   void end() { windows_.closeWindow(); }
@@ -175,6 +206,9 @@ private:
   void compose();
   void composeTools();
   void composeTexts();
+  void composeHint();
+  std::string searchHint() const;
+  bool mayBeStopped() const { return work_ == Work::Run || work_ == Work::Check; }
 
   Environment& environment_;
   ImportJobObject2& engine_;
@@ -192,8 +226,12 @@ private:
   bool stopAsked_ = false;
   bool closeAsked_ = false;
   bool closed_ = false;
-  std::string searched_;
+  JobSearch search_;
+  JobCounts elsewhere_;           ///< matches of the search in all states, when none is listed
   std::vector<JobListRow> found_; ///< the result of the list query
+  ReleasedJobs released_;
+  bool causesStale_ = true;
+  std::chrono::steady_clock::time_point shownAt_; ///< when the progress of a check was last shown
   JobViewState state_;
 };
 

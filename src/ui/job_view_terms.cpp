@@ -56,15 +56,23 @@ constexpr std::array tools{
              "Hält nach dem aktuellen Vorgang an; die übrigen bleiben wartend", "tool-stop"},
     ToolSpec{Tool::OpenJob, "OpenJob", "&Öffnen", "Öffnet den gewählten Vorgang zum Prüfen und Berichtigen",
              "", "Eingabe"},
-    ToolSpec{Tool::Delete, "Delete", "&Löschen", "Löscht den gewählten Vorgang", "tool-delete", "Entf"},
+    ToolSpec{Tool::Delete, "Delete", "&Löschen", "Löscht die markierten Vorgänge", "tool-delete", "Entf"},
     ToolSpec{Tool::DeleteViewDone, "DeleteViewDone", "&Erledigte löschen", "Löscht alle erledigten Vorgänge"},
-    ToolSpec{Tool::DeleteDate, "DeleteDate", "Erledigte bis &Datum löschen...",
+    ToolSpec{Tool::DeleteDate, "DeleteDate", "Erledigte vor &Datum löschen...",
              "Löscht die erledigten Vorgänge, die vor einem Tag eingegangen sind"},
     ToolSpec{Tool::UpdateDisplay, "UpdateDisplay", "Vorgänge &prüfen",
-             "Liest die Liste neu und prüft den gewählten Vorgang", "tool-check"},
+             "Prüft die wartenden Vorgänge und sagt, wie viele Befunde haben; ändert nichts", "tool-check"},
+    ToolSpec{Tool::Release, "Release", "Frei&geben",
+             "Lässt die nächste Verarbeitung die markierten Vorgänge trotz ihrer Befunde übernehmen"},
+    ToolSpec{Tool::TakeBack, "TakeBack", "Freigabe &zurücknehmen",
+             "Nimmt die Freigabe der markierten Vorgänge zurück"},
+    ToolSpec{Tool::DayProtocol, "DayProtocol", "P&rotokoll des Tages...",
+             "Zeigt, was heute aus den Vorgängen geworden ist"},
     ToolSpec{Tool::ImportProcessTransactions, "ImportProcessTransactions", "&Einlesen...",
              "Liest eine Datei mit Vorgängen ein", "tool-import"},
     ToolSpec{Tool::Export, "Export", "&Ausgeben...", "Schreibt alle Vorgänge in eine Datei", "tool-export"},
+    ToolSpec{Tool::ExportMarked, "ExportMarked", "&Markierte ausgeben...",
+             "Schreibt die markierten Vorgänge in eine Datei, Kunden mit ihren Verträgen"},
     ToolSpec{Tool::ViewWaiting, "ViewWaiting", "&Wartend", "Zeigt die wartenden Vorgänge", "PROCESSING", "",
              true},
     ToolSpec{Tool::ViewWarnings, "ViewWarnings", "War&nungen", "Zeigt die Vorgänge mit Warnungen", "WARNING",
@@ -102,6 +110,17 @@ std::string_view stateText(std::int16_t jobType) {
 std::string_view statePicture(std::int16_t jobType) {
   const StateItem* item = itemOf(jobType);
   return item == nullptr ? std::string_view() : item->picture;
+}
+
+std::string rowStateText(const JobListRow& row) {
+  return std::string(stateText(row.jobType)) + (row.released ? ", freigegeben" : "");
+}
+
+std::string rowName(const JobListRow& row) {
+  std::string text = processText(row.jobType);
+  for (const std::string& part : {row.customer, row.name})
+    if (!part.empty()) text += " " + part;
+  return row.customer.empty() && row.name.empty() ? text + " " + row.jobId : text;
 }
 
 std::string cellText(const JobListRow& row, JobColumn column) {

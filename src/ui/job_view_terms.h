@@ -40,6 +40,10 @@ const JobColumnSpec& columnSpec(JobColumn column);
 std::string processText(std::int16_t jobType);
 /// The meaning of a job code's picture, for example "Warnung"; empty for a code without one.
 std::string_view stateText(std::int16_t jobType);
+/// The meaning of a row's picture: "Warnung, freigegeben" for a released job.
+std::string rowStateText(const JobListRow& row);
+/// Names a job: kind, customer and name, for example "Kunden (fehler) 70301 Müller GmbH".
+std::string rowName(const JobListRow& row);
 /// `PROCESSING`, `WARNING`, `ERROR` or `PROCESSED`; empty for a code without a picture.
 std::string_view statePicture(std::int16_t jobType);
 
@@ -61,8 +65,12 @@ enum class Tool : std::uint8_t {
   DeleteViewDone,
   DeleteDate,
   UpdateDisplay,
+  Release,  ///< the marked jobs
+  TakeBack, ///< their release
+  DayProtocol,
   ImportProcessTransactions,
   Export,
+  ExportMarked,
   ViewWaiting,
   ViewWarnings,
   ViewError,
@@ -72,7 +80,7 @@ enum class Tool : std::uint8_t {
   End,
 };
 
-inline constexpr std::size_t toolCount = 22;
+inline constexpr std::size_t toolCount = 26;
 
 constexpr std::size_t indexOf(Tool tool) { return static_cast<std::size_t>(tool); }
 

@@ -21,6 +21,16 @@ constexpr std::array orderCustomerControls{
     shared::salesRep,       shared::priceList, shared::release,
 };
 
+constexpr std::array ownAddressControls{
+    ControlSpec{.name = "txtAnschrift",
+                .caption = "Im Auftrag",
+                .kind = ControlKind::Note,
+                .picture = "imgAnschrift",
+                .displayOnly = true},
+    ControlSpec{
+        .name = "txtStammanschrift", .caption = "Im Stamm", .kind = ControlKind::Note, .displayOnly = true},
+};
+
 constexpr std::array paymentControls{
     shared::paymentMethod,
     shared::paymentTerms,
@@ -38,6 +48,7 @@ constexpr std::array individualControls{
 };
 
 constexpr std::array orderGroups{ControlGroup{"Kunde", orderCustomerControls},
+                                 ControlGroup{"Anschrift", ownAddressControls},
                                  ControlGroup{"Versand an", shared::deliveryControls},
                                  ControlGroup{"Rechnung an", shared::invoiceControls},
                                  ControlGroup{"Zahlung", paymentControls},
@@ -58,6 +69,17 @@ constexpr std::array comparedLines{
     ComparedLine{&Adresse::PLZ, Rule::OrderPostCode}, ComparedLine{&Adresse::Ort, Rule::OrderCity},
     ComparedLine{&Adresse::Land, Rule::OrderCountry}};
 
+/// The lines of an address, empty ones left out.
+std::string linesOf(const Adresse& address) {
+  std::string town = address.Land;
+  for (const std::string& part : {address.PLZ, address.Ort})
+    if (!part.empty()) town += (town.empty() ? "" : " ") + part;
+  std::string text;
+  for (const std::string& line : {address.Bez1, address.Bez2, address.Bez3, address.Strasse, town})
+    if (!line.empty()) text += (text.empty() ? "" : "\r\n") + line;
+  return text;
+}
+
 } // namespace
 
 OrderDialogPresenter::OrderDialogPresenter(const DialogContext& context)
@@ -77,6 +99,7 @@ bool OrderDialogPresenter::changed() const {
 void OrderDialogPresenter::fill() {
   own_ = addressOf(mainAddress, [this](ColumnName column) { return staged(column); });
   receivedOn_ = staged("Eingangsdatum");
+  at("txtAnschrift").text = own_ == Adresse() ? "(wie im Stamm)" : linesOf(own_);
   // First, so that the positions are shown even if checks fail.
   loadPositions();
   // An existing text counts for a waiting order; in a parked one it is the result of an earlier check.
@@ -137,6 +160,7 @@ Findings OrderDialogPresenter::addressKeys() const {
 }
 
 void OrderDialogPresenter::compareCustomer(const Adresse& stored) {
+  at("txtStammanschrift").text = linesOf(stored);
   const bool divers = masterData().GetDiversKunde(text("txtKundennummer"));
   at("txtKundennummer").description =
       divers ? "(Divers) " + (own_.Bez1.empty() ? stored.Bez1 : own_.Bez1) : stored.Bez1 + ", " + stored.Ort;
@@ -146,12 +170,15 @@ void OrderDialogPresenter::compareCustomer(const Adresse& stored) {
     // An empty line of the order means the customer's.
     const std::string& given = own_.*line.line;
     const bool equal = given.empty() || given == stored.*line.line;
+    if (!equal) mark("txtAnschrift", CheckStatus::Warning, "Die Anschrift weicht vom Stamm ab.");
     findings_.report(equal, Finding(line.rule, given, stored.*line.line));
   }
 }
 
 void OrderDialogPresenter::clearComparison() {
   for (const ComparedLine& line : comparedLines) findings_.clear(line.rule);
+  mark("txtAnschrift", CheckStatus::Clean);
+  at("txtStammanschrift").text.clear();
   findings_.clear(Rule::CustomersShippingMethod);
   findings_.clear(Rule::CustomersPaymentMethod);
 }

@@ -12,12 +12,12 @@ constexpr std::array goodsControls{
     ControlSpec{"txtArtikelnummer", "&Artikelnummer", ControlKind::Text, "Artikelnummer", "imgArtikelnummer",
                 "cmdArtikelnummer", "Artikelauskunft", "lblArtikelnummer"},
     ControlSpec{"tdbnbrMenge", "&Menge", ControlKind::Number, "Menge", "imgMenge"},
-    ControlSpec{"tdbMengeneinheit", "&Einheit", ControlKind::Combo, "Mengeneinheit"},
+    ControlSpec{"tdbMengeneinheit", "&Einheit", ControlKind::Combo, "Mengeneinheit", "imgMengeneinheit"},
     ControlSpec{"txtArtikellangtext", "&Langtext", ControlKind::Note, "Artikellangtext"},
 };
 
 constexpr std::array priceControls{
-    ControlSpec{"tdbnbrPreis", "P&reis", ControlKind::Number, "Preis", "imgPreis"},
+    ControlSpec{"tdbnbrPreis", "P&reis", ControlKind::Money, "Preis", "imgPreis"},
     ControlSpec{"tdbnbrPreiseinheit", "Preis gilt &für", ControlKind::Number, "Preiseinheit"},
     ControlSpec{"tdbnbrRabatt", "Ra&batt (%)", ControlKind::Number, "Rabatt"},
     ControlSpec{"tdbnbrKostID", "&Kostenzuordnung", ControlKind::Number, "KostID", "imgKostID"},
@@ -61,8 +61,10 @@ void PositionDetails::show() {
     std::string_view control;
     std::string_view code;
   };
-  for (const Mark& each : {Mark{"txtArtikelnummer", "AR"}, Mark{"tdbnbrMenge", "LB"},
-                           Mark{"tdbnbrPreis", "PR"}, Mark{"tdbnbrKostID", "KO"}}) {
+  for (const Mark& each :
+       {Mark{"txtArtikelnummer", "AR"},
+        Mark{"tdbnbrMenge", grid_.finding(row_, "ME") != nullptr ? "ME" : "LB"},
+        Mark{"tdbMengeneinheit", "EH"}, Mark{"tdbnbrPreis", "PR"}, Mark{"tdbnbrKostID", "KO"}}) {
     if (const ListedFinding* found = grid_.finding(row_, each.code))
       mark(each.control, found->found.severity, found->text());
     else

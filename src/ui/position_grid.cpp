@@ -3,6 +3,7 @@
 #include "model/german_text.h"
 #include "model/text.h"
 #include "platform/failure.h"
+#include "ui/counted.h"
 #include "ui/lookup_bridge.h"
 #include "ui/position_details.h"
 
@@ -45,7 +46,16 @@ constexpr std::array positionColumns{
 constexpr ColumnName positionNumber = "Positionsnummer";
 constexpr ColumnName costNumber = "KostID";
 /// The codes of a position's findings.
-constexpr std::array<std::string_view, 4> positionCodes{"AR", "PR", "LB", "KO"};
+constexpr std::array<std::string_view, 6> positionCodes{"AR", "ME", "EH", "PR", "LB", "KO"};
+
+/// Where the clerk mends a finding.
+struct CodeColumn {
+  std::string_view code;
+  std::string_view column;
+};
+constexpr std::array codeColumns{CodeColumn{"AR", "Artikelnummer"}, CodeColumn{"ME", "Menge"},
+                                 CodeColumn{"EH", "Mengeneinheit"}, CodeColumn{"PR", "Preis"},
+                                 CodeColumn{"LB", "Menge"},         CodeColumn{"KO", "Details"}};
 
 double numberOf(const Value& value) { return value.number().value_or(0); }
 
@@ -70,6 +80,7 @@ void PositionGrid::load(std::string_view jobId, StagedRows positions, ComboRows 
   context_ = std::move(context);
   prices_.emplace(environment_);
   found_.clear();
+  added_.clear();
   unchecked_.clear();
   failed_.clear();
   for (std::size_t row = 0; row < positions_.size(); ++row) unchecked_.insert(childOf(row));
@@ -96,6 +107,7 @@ void PositionGrid::checkRow(std::size_t row) {
   unchecked_.erase(child);
   failed_.erase(child);
   found_.erase(child);
+  if (added_.contains(child)) propose(row);
   const JobFields position = fieldsOf(positions_, row);
   OrderFacts order(environment_, *prices_, context_.customer, context_.date);
   PositionFacts& facts = order.of(position);
@@ -117,7 +129,72 @@ void PositionGrid::checkRow(std::size_t row) {
         environment_.diagnostics.report({"check of a position", error.what(), jobId_});
     }
   }
+  trapped(
+      environment_.diagnostics, {"check of a position", jobId_}, [&] { checkEntry(row, facts); },
+      [&](const std::exception& error) {
+        failed_.insert(child);
+        failure_ = germanCause(error);
+      });
   if (const auto price = facts.knownPrice()) found_[child] = *price;
+  if (added_.contains(child)) proposePrice(row);
+}
+
+/// What a clerk may have left out or mistyped; a run goes on with its own assumption.
+void PositionGrid::checkEntry(std::size_t row, PositionFacts& facts) {
+  const JobFields position = fieldsOf(positions_, row);
+  const auto report = [&](bool fine, Finding finding) {
+    findings_.report(fine, std::move(finding).at(positionOf(position)));
+  };
+  report(!positions_.at(row, "Menge").isNull(), Finding(Rule::OrderQuantityMissing));
+  const std::string typed = positions_.at(row, "Mengeneinheit").text();
+  const auto isKnown = [&](const std::array<std::string, 2>& unit) {
+    return equalCodes(unit[1], typed) || equalCodes(unit[1], facts.unit());
+  };
+  // Without a list of units there is nothing to compare with.
+  const bool known = typed.empty() || units_.rows.empty() || std::ranges::any_of(units_.rows, isKnown);
+  report(known, Finding(Rule::OrderUnitUnlisted, typed));
+}
+
+/// The unit of a position that the clerk adds is its article's until another one is typed.
+void PositionGrid::propose(std::size_t row) {
+  const std::string article = positions_.at(row, "Artikelnummer").text();
+  if (article.empty() || !positions_.at(row, "Mengeneinheit").isNull()) return;
+  trapped(environment_.diagnostics, {"unit of an article", jobId_}, [&] {
+    const std::string unit = Stock(environment_).baseUnit(article);
+    if (!unit.empty()) positions_.set(row, "Mengeneinheit", Value(unit));
+  });
+}
+
+/// Its price is the found one.
+void PositionGrid::proposePrice(std::size_t row) {
+  const auto found = found_.find(childOf(row));
+  if (found == found_.end() || !positions_.at(row, "Preis").isNull()) return;
+  positions_.set(row, "Preis", Value(found->second));
+  findings_.report(true, Finding(Rule::OrderPriceDiffers).at(positionOf(fieldsOf(positions_, row))));
+}
+
+bool PositionGrid::isDifferent(std::size_t row) const {
+  const ListedFinding* price = finding(row, "PR");
+  return found_.contains(childOf(row)) && price != nullptr && price->found.rule == Rule::OrderPriceDiffers;
+}
+
+bool PositionGrid::takeFound(std::size_t row) {
+  if (context_.readOnly || !isDifferent(row)) return false;
+  return setValue(row, "Preis", ControlKind::Money, germanNumber(found_.at(childOf(row)))).empty();
+}
+
+std::size_t PositionGrid::foundLeft() const {
+  std::size_t left = 0;
+  for (std::size_t row = 0; !context_.readOnly && row < positions_.size(); ++row)
+    if (isDifferent(row)) ++left;
+  return left;
+}
+
+std::optional<std::size_t> PositionGrid::columnOf(std::string_view code) const {
+  const auto* const place = std::ranges::find(codeColumns, code, &CodeColumn::code);
+  if (place == codeColumns.end()) return std::nullopt;
+  const auto column = std::ranges::find(positionColumns, place->column, &GridColumn::name);
+  return static_cast<std::size_t>(column - positionColumns.begin());
 }
 
 void PositionGrid::checkCount() { findings_.report(positions_.size() > 0, Finding(Rule::OrderNoPositions)); }
@@ -204,16 +281,14 @@ std::string PositionGrid::summary() const {
     sum += numberOf(positions_.at(row, "Menge")) * numberOf(positions_.at(row, "Preis")) /
            (unit == 0 ? 1 : unit);
   }
-  return std::to_string(positions_.size()) + (positions_.size() == 1 ? " Position" : " Positionen") +
-         ", Summe " + germanDecimals(sum, 2);
+  return counted(whole(positions_.size()), "Position", "Positionen") + ", Summe " + groupedSum(sum);
 }
 
 std::string PositionGrid::set(std::size_t row, ColumnName column, ControlKind kind, std::string_view text) {
   const Value before = positions_.at(row, column);
   const std::string typed(kind == ControlKind::Note ? text : trimBlanks(text));
   Value value = typed.empty() ? Value::null() : Value(respelt(kind, typed));
-  std::string reason =
-      kind == ControlKind::Number ? readNumber(row, column, typed, value) : refusalOf(kind, typed);
+  std::string reason = isNumeric(kind) ? readNumber(row, column, typed, value) : refusalOf(kind, typed);
   if (!reason.empty()) return reason;
   if (kind == ControlKind::Check) value = Value(parseGermanBoolean(typed).value_or(false));
   positions_.set(row, column, std::move(value));
@@ -311,6 +386,7 @@ std::size_t PositionGrid::addRow() {
   positions_.set(row, "Positionsnummer", Value(std::to_string(last + 1)));
   positions_.set(row, "Lieferbereit", Value(context_.ready.Lieferbereit));
   positions_.set(row, "Fakturierbereit", Value(context_.ready.Fakturierbereit));
+  added_.insert(childOf(row));
   checkCount();
   return row;
 }
@@ -321,6 +397,7 @@ void PositionGrid::removeRow(std::size_t row) {
   unchecked_.erase(child);
   failed_.erase(child);
   found_.erase(child);
+  added_.erase(child);
   positions_.remove(row);
   checkCount();
 }

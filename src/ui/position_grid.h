@@ -68,6 +68,9 @@ public:
   std::string paste(std::size_t row, std::size_t column, std::string_view text) override;
 
   bool lookUp(std::size_t row, std::size_t column) override;
+  bool takeFound(std::size_t row) override;
+  std::size_t foundLeft() const override;
+  std::optional<std::size_t> columnOf(std::string_view code) const override;
   std::unique_ptr<Form> details(std::size_t row) override;
 
   /// The value of any column of a row, in the form of `editText`.
@@ -93,6 +96,10 @@ private:
   std::string childOf(std::size_t row) const { return positions_.at(row, "ChildID").text(); }
   bool customerSpecific() const { return master_.options.customerSpecific; }
   void checkRow(std::size_t row);
+  void checkEntry(std::size_t row, PositionFacts& facts);
+  void propose(std::size_t row);
+  void proposePrice(std::size_t row);
+  bool isDifferent(std::size_t row) const;
   /// Sets a column and those that follow it. Empty when accepted, otherwise why not.
   std::string set(std::size_t row, ColumnName column, ControlKind kind, std::string_view text);
   /// Reads a typed number into `value`. Empty when the column accepts it, otherwise why not.
@@ -111,6 +118,7 @@ private:
   ComboRows units_;
   std::optional<PriceComponent> prices_; ///< a new one for each job
   std::map<std::string, double> found_;  ///< prices by `ChildID`
+  std::set<std::string> added_;          ///< positions whose unit and price are proposed; by `ChildID`
   std::set<std::string> unchecked_;      ///< by `ChildID`
   std::set<std::string> failed_;         ///< positions with a check that could not be made; by `ChildID`
   std::set<std::string> told_;           ///< failures already reported to the diagnostics

@@ -2,6 +2,7 @@
 #include "store/job_list.h"
 
 #include "adapters/sql/translation.h"
+#include "store/parked_jobs.h"
 #include "support/erp_file.h"
 
 #include <gtest/gtest.h>
@@ -133,6 +134,62 @@ TEST_F(JobListTest, EachColumnOfARowStandsInItsOwnField) {
   EXPECT_EQ(found.remark, "bitte anrufen");
   EXPECT_EQ(found.subject, "Shop");
   EXPECT_EQ(found.date, makeDate(2026, 11, 24));
+}
+
+TEST_F(JobListTest, ASearchTakesEveryLetterLiterallyAndInAnyCase) {
+  const auto stageOne = [&](const char* key, const char* name, const char* customer, const char* subject) {
+    erp.execute(
+        "Insert Into ImportKopf (JobID, JobType, Bez1, Kundennummer, Betreff, Eingangsdatum) Values ('"_sql,
+        value(key), "', 10, '"_sql, value(name), "', '"_sql, value(customer), "', '"_sql, value(subject),
+        "', '24.11.2026')"_sql);
+  };
+  stageOne("A", "Ölmann & Söhne", "70331", "50% auf alles");
+  stageOne("B", "OLMANN", "70332", "50 x");
+  stageOne("C", "Straße_7", "70333", "");
+  erp.execute("Insert Into ImportKopf (JobID, JobType) Values ('D', 10)"_sql);
+  const auto found = [&](std::string_view text) {
+    std::string keys;
+    for (const JobListRow& row :
+         findJobs(erp.connection(), {}, {JobListKey::Kundennummer, false}, JobSearch(text)))
+      keys += row.jobId;
+    return keys;
+  };
+  EXPECT_EQ(found("ölMANN"), "A");
+  EXPECT_EQ(found("olmann"), "B");
+  EXPECT_EQ(found("50%"), "A");
+  EXPECT_EQ(found("straße_"), "C");
+  EXPECT_EQ(found(" mann  7033 "), "AB");
+  EXPECT_EQ(found("'"), "");
+  EXPECT_EQ(found("").size(), 4U);
+  const JobKeys among{"B", "C"};
+  EXPECT_EQ(findJobs(erp.connection(), {}, {}, JobSearch("7033"), &among).size(), 2U);
+}
+
+TEST_F(JobListTest, ParkedJobsAreKnownByReleaseReasonsAndContracts) {
+  const auto stageOne = [&](const char* key, std::int64_t jobType, const char* reasons,
+                            std::int64_t released) {
+    erp.execute(
+        "Insert Into ImportKopf (JobID, JobType, Kundennummer, Fehlertext, ProcessWarning) Values ('"_sql,
+        value(key), "', "_sql, number(jobType), ", '100', '"_sql, value(reasons), "', "_sql, number(released),
+        ")"_sql);
+  };
+  stageOne("A", 11, "Grund A", 1);
+  stageOne("B", 32, "Grund B", 0);
+  stageOne("C", 10, "", 1);
+  stageOne("V", 41, "Grund V", 1);
+  const ReleasedJobs released = readReleasedJobs(erp.connection());
+  EXPECT_EQ(released.keys, JobKeys{"A"});
+  EXPECT_EQ(released.counts, (JobCounts{0, 1, 0, 0}));
+  const auto reasons = [&](const JobListFilter& filter) {
+    std::string texts;
+    forEachReason(erp.connection(), filter, [&](const std::string& jobId, const std::string& text) {
+      texts += jobId + "=" + text + " ";
+    });
+    return texts;
+  };
+  EXPECT_EQ(reasons({true, true, true, false}), "A=Grund A ");
+  EXPECT_EQ(reasons({false, false, false, true}), "B=Grund B ");
+  EXPECT_EQ(contractsWithCustomer(erp.connection(), "100"), std::vector<std::string>{"V"});
 }
 
 /// The plan of a statement, one step a line.

@@ -15,10 +15,11 @@ namespace {
 /// Keeps what it was asked and answers as the test says.
 class RecordingWindows final : public JobViewHost {
 public:
-  bool openJob(std::string_view jobId, bool offerNext) override {
-    opened.push_back(std::string(jobId) + (offerNext ? " +" : ""));
+  DialogEnd openJob(std::string_view jobId, const JobPlace& place) override {
+    opened.push_back(std::string(jobId) + " " + std::to_string(place.number) + "/" +
+                     std::to_string(place.count));
     if (onOpen) onOpen(jobId);
-    return opened.size() <= nexts;
+    return opened.size() <= ends.size() ? ends[opened.size() - 1] : DialogEnd::Closed;
   }
   void options() override {
     ++optionsShown;
@@ -41,7 +42,7 @@ public:
   }
 
   std::vector<std::string> opened;
-  std::size_t nexts = 0; ///< how often the clerk wants to continue
+  std::vector<DialogEnd> ends; ///< what the clerk wants after each dialog, then to close it
   int optionsShown = 0;
   int deleteDates = 0;
   int abouts = 0;
@@ -184,12 +185,19 @@ TEST_F(JobViewTest, ASearchFindsAJobBehindTheFirstTwoThousand) {
   show();
   view.search("öLMANN 703");
   EXPECT_EQ(listed(), "LETZTER ");
-  EXPECT_EQ(state.countText, "1 von 2002 Vorgängen");
+  EXPECT_EQ(state.countText, "1 unter 2.002 Vorgängen");
   EXPECT_EQ(state.notice, "");
   view.search("gibt es nicht");
-  EXPECT_EQ(state.emptyHint, "Kein Vorgang passt zu der Suche\nLeeren Sie das Suchfeld, um alle zu sehen.");
+  EXPECT_EQ(state.emptyHint, "Kein Vorgang passt zu der Suche unter allen 2.003 Vorgängen\n"
+                             "Leeren Sie das Suchfeld, um alle zu sehen.");
+  view.command(Tool::ViewWarnings);
+  view.search("ölmann");
+  EXPECT_EQ(state.emptyHint,
+            "In den eingeschalteten Zuständen passt kein Vorgang zu der Suche\n"
+            "Es passen 1 unter Warnungen, 1 unter Erledigt. Schalten Sie den Zustand oben ein.");
   view.search("");
   EXPECT_EQ(state.rows.size(), jobListLimit);
+  EXPECT_EQ(state.countText, "2.000 von 2.001 Vorgängen");
 }
 
 TEST_F(JobViewTest, SearchesWhatIsListedAndKeepsTheCurrentJob) {
@@ -201,7 +209,7 @@ TEST_F(JobViewTest, SearchesWhatIsListedAndKeepsTheCurrentJob) {
   view.search(" hafen 1000 ");
   EXPECT_EQ(listed(), "B ");
   EXPECT_EQ(state.current, std::size_t{0});
-  EXPECT_EQ(state.countText, "1 von 3 Vorgängen");
+  EXPECT_EQ(state.countText, "1 unter 3 Vorgängen");
   view.search("müller");
   EXPECT_EQ(listed(), "A ");
   view.search("nirgends");
@@ -230,7 +238,8 @@ TEST_F(JobViewTest, DeletesAfterAQuestionWithOrWithoutThePermission) {
   EXPECT_FALSE(state.tool(Tool::Delete).visible);
   view.key(JobViewKey::Delete);
   ASSERT_EQ(erp.desktop.asked.size(), 1U);
-  EXPECT_EQ(erp.desktop.asked[0].text, "Wollen Sie diesen Importvorgang wirklich löschen?");
+  EXPECT_EQ(erp.desktop.asked[0].text, "Wollen Sie diesen Importvorgang wirklich löschen?\r\nKunden 100\r\n"
+                                       "Dabei wird 1 Vertrag des Kunden gelöscht.");
   EXPECT_GT(windows.currentShown, 0) << "the clerk sees what is asked about";
   EXPECT_EQ(erp.desktop.asked[0].title, "Wirklich löschen?");
   EXPECT_EQ(listed(), "K ");
@@ -268,15 +277,108 @@ TEST_F(JobViewTest, OpensTheDialogOfAJobAndGoesOnToTheNext) {
   show();
   view.command(Tool::ViewDone);
   ASSERT_EQ(listed(), "A B X C ");
-  windows.nexts = 2;
+  windows.ends = {DialogEnd::Next, DialogEnd::Next, DialogEnd::Previous};
   // The saved job leaves the list: the next one is still the one that followed it.
   windows.onOpen = [&](std::string_view jobId) {
     if (jobId == "A") erp.execute("Delete From ImportKopf Where JobID = 'A'"_sql);
   };
   view.open(0);
-  EXPECT_EQ(windows.opened, (std::vector<std::string>{"A +", "B +", "C"}));
+  EXPECT_EQ(windows.opened, (std::vector<std::string>{"A 1/3", "B 1/2", "C 2/2", "B 1/2"}));
   view.open(1);
-  EXPECT_EQ(windows.opened.size(), 3U) << "there is no dialog for code 0";
+  EXPECT_EQ(windows.opened.size(), 4U) << "there is no dialog for code 0";
+}
+
+TEST_F(JobViewTest, MarkedJobsAreReleasedTakenBackAndDeletedTogether) {
+  stage("K", 11, "24.11.2026", "Meier", "100");
+  stage("A", 32);
+  stage("W", 10);
+  stage("V", 41, "24.11.2026", "", "100");
+  show();
+  ASSERT_EQ(listed(), "W A K ");
+  EXPECT_FALSE(state.tool(Tool::Release).enabled) << "what waits needs no release";
+  view.mark({2, 0, 1});
+  EXPECT_EQ(state.countText, "3 markiert, 3 Vorgänge");
+  view.command(Tool::Release);
+  EXPECT_EQ(erp.count("Select Count(*) From ImportKopf Where ProcessWarning = 1"_sql), 0);
+  erp.desktop.answer = true;
+  view.command(Tool::Release);
+  EXPECT_EQ(erp.desktop.asked[1].text,
+            "Soll die nächste Verarbeitung diese 2 Vorgänge trotz ihrer Befunde übernehmen?");
+  EXPECT_EQ(state.result, "2 Vorgänge freigegeben");
+  EXPECT_EQ(erp.count("Select Count(*) From ImportKopf Where ProcessWarning = 1"_sql), 2);
+  EXPECT_EQ(rowStateText(state.rows[1]), "Fehler, freigegeben");
+  EXPECT_EQ(filterText(state, Tool::ViewWarnings), "Warnungen 1, davon 1 freigegeben");
+  EXPECT_EQ(filterText(state, Tool::ViewWaiting), "Wartend 1");
+  EXPECT_EQ(state.marked, (std::vector<std::size_t>{0, 1, 2})) << "still marked after the refresh";
+
+  view.mark({2});
+  view.select(2);
+  view.readDetails();
+  EXPECT_EQ(state.details.substr(0, 12), "Freigegeben:");
+  view.command(Tool::TakeBack);
+  EXPECT_EQ(erp.desktop.asked[2].text, "Soll die Freigabe dieses Vorgangs zurückgenommen werden?\r\n"
+                                       "Kunden (prüfen) 100 Meier");
+  EXPECT_EQ(erp.count("Select Count(*) From ImportKopf Where ProcessWarning = 1"_sql), 1);
+
+  view.mark({1, 2});
+  view.key(JobViewKey::Delete);
+  EXPECT_EQ(erp.desktop.asked[3].text, "Wollen Sie diese 2 Importvorgänge wirklich löschen?\r\n"
+                                       "Dabei wird 1 Vertrag der Kunden gelöscht.");
+  EXPECT_EQ(listed(), "W ");
+  EXPECT_EQ(erp.count("Select Count(*) From ImportKopf"_sql), 1);
+}
+
+TEST_F(JobViewTest, CausesAreCountedOverAllJobsAndLimitTheList) {
+  const auto reason = [&](const char* jobId, const char* text) {
+    erp.execute("Update ImportKopf Set Fehlertext = '"_sql, value(text), "' Where JobID = '"_sql,
+                value(jobId), "'"_sql);
+  };
+  for (const char* jobId : {"A", "B", "C"}) stage(jobId, 31);
+  stage("D", 32);
+  reason("A", "Beim Verarbeiten wurden Warnungen festgestellt.\r\nAchtung: Fehlende Kostenzuordnung für "
+              "Artikel 'A1'!\r\nAchtung: Fehlende Kostenzuordnung für Artikel 'A2'!\r\n");
+  reason("B", "Achtung: Fehlende Kostenzuordnung für Artikel 'A3'!");
+  reason("C", "Das steht in keiner Regel.");
+  reason("D", "Der Artikel: 'X' ist gesperrt!");
+  show();
+  view.readCauses();
+  std::vector<std::string> causes;
+  for (const JobCause& cause : state.causes)
+    causes.push_back(std::to_string(cause.jobs.size()) + " " + cause.text);
+  EXPECT_EQ(causes, (std::vector<std::string>{"2 Kostenzuordnung", "1 Das steht in keiner Regel.",
+                                              "1 Der Artikel: '...' ist gesperrt!"}));
+  view.showCause(0);
+  EXPECT_EQ(listed(), "B A ");
+  EXPECT_EQ(state.countText, "2 unter 4 Vorgängen");
+  // The cause stays chosen while it holds up a job.
+  reason("A", "");
+  view.key(JobViewKey::F5);
+  view.readCauses();
+  EXPECT_EQ(listed(), "B ");
+  view.command(Tool::ViewWarnings);
+  view.readCauses();
+  EXPECT_EQ(listed(), "D ") << "the cause is gone";
+  EXPECT_EQ(state.causes.size(), 1U);
+}
+
+TEST_F(JobViewTest, ACheckSaysHowManyWaitingJobsHaveFindingsAndCanBeStopped) {
+  stageDemo();
+  show();
+  view.command(Tool::UpdateDisplay);
+  std::int64_t withFindings = 0;
+  for (const JobListRow& row : state.rows)
+    if (stateOf(row.jobType) == JobState::Waiting &&
+        engine.checkJob(row.jobId).status() != CheckStatus::Clean)
+      ++withFindings;
+  EXPECT_EQ(state.result, std::to_string(withFindings) + " von " + std::to_string(state.counts.waiting) +
+                              " wartenden Vorgängen haben Befunde");
+  erp.desktop.onYield = [&] {
+    EXPECT_TRUE(state.tool(Tool::StopProcessing).enabled || state.label.empty());
+    view.command(Tool::StopProcessing);
+  };
+  view.command(Tool::UpdateDisplay);
+  EXPECT_EQ(state.result, "Es wartet kein Vorgang.");
+  EXPECT_TRUE(state.listEnabled);
 }
 
 TEST_F(JobViewTest, ARunReportsToTheOtherProgramsAndRefreshesTheList) {
@@ -310,6 +412,14 @@ TEST_F(JobViewTest, ARunReportsToTheOtherProgramsAndRefreshesTheList) {
   EXPECT_TRUE(state.listEnabled);
   EXPECT_FALSE(state.progressVisible);
   EXPECT_EQ(state.label, "");
+  const RunReport& run = engine.lastRun();
+  EXPECT_EQ(state.result, std::to_string(run.done) + " erledigt, " + std::to_string(run.warning) +
+                              " zurückgestellt, " + std::to_string(run.error) + " Fehler, " +
+                              std::to_string(state.counts.waiting) + " warten");
+  view.command(Tool::DayProtocol);
+  ASSERT_EQ(windows.reports.size(), 1U);
+  EXPECT_EQ(windows.reports[0].substr(0, 24), "Protokoll vom " + germanDate(engine.NowEx()));
+  EXPECT_NE(windows.reports[0].find("\r\nErledigt  Kunden "), std::string::npos) << windows.reports[0];
 }
 
 TEST_F(JobViewTest, JobsThatARunHadToLeaveAreNamedWithTheirReason) {

@@ -19,7 +19,9 @@ namespace {
 /// The window of the job view, which records its calls.
 class SilentHost final : public JobViewHost {
 public:
-  bool openJob(std::string_view /*jobId*/, bool /*offerNext*/) override { return false; }
+  DialogEnd openJob(std::string_view /*jobId*/, const JobPlace& /*place*/) override {
+    return DialogEnd::Closed;
+  }
   void options() override {}
   void deleteDate() override {}
   void about() override {}

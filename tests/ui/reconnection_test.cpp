@@ -22,7 +22,9 @@ protected:
 /// A window without dialogs.
 class BareWindow final : public JobViewHost {
 public:
-  bool openJob(std::string_view /*jobId*/, bool /*offerNext*/) override { return false; }
+  DialogEnd openJob(std::string_view /*jobId*/, const JobPlace& /*place*/) override {
+    return DialogEnd::Closed;
+  }
   void options() override {}
   void deleteDate() override {}
   void about() override {}

@@ -33,20 +33,20 @@ private:
 };
 
 AddressWindow::AddressWindow(QWidget* parent, Environment& environment, AddressDialogPresenter& addresses)
-    : FormWindow(parent, environment, addresses, "Adressen", "DialogAdressen"), addresses_(addresses) {
+    : FormWindow(parent, environment, addresses, "Adressen", "DialogAdressen",
+                 {captions::cancel, "S&chließen", "Überneh&men"}),
+      addresses_(addresses) {
   setObjectName(QStringLiteral("frmAdressen"));
   setWindowTitle(QStringLiteral("Adressen des Vorgangs"));
-  keys_.take("Abb&rechen");
   for (const AddressDialogPresenter::Block block : AddressDialogPresenter::allBlocks) buildBlock(block);
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(notice_);
   layout->addWidget(scroll_, 1);
   auto* row = new QHBoxLayout;
   row->addStretch(1);
-  QPushButton* taking = button(QStringLiteral("Übernehmen"), QStringLiteral("cmdOK"));
-  QPushButton* cancel =
-      button(addresses_.readOnly() ? QStringLiteral("Schließen") : QStringLiteral("Abb&rechen"),
-             QStringLiteral("cmdCancel"));
+  QPushButton* taking = button(QStringLiteral("Überneh&men"), QStringLiteral("cmdOK"));
+  QPushButton* cancel = button(addresses_.readOnly() ? QStringLiteral("S&chließen") : toQt(captions::cancel),
+                               QStringLiteral("cmdCancel"));
   taking->setEnabled(!addresses_.readOnly());
   connect(taking, &QPushButton::clicked, this, &AddressWindow::accept);
   connect(cancel, &QPushButton::clicked, this, &AddressWindow::reject);

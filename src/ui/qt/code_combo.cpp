@@ -92,6 +92,24 @@ std::string CodeCombo::code() const {
   return fromQt(chosen ? itemData(row, codeRole).toString() : isEditable() ? currentText() : QString());
 }
 
+void CodeCombo::complete() {
+  constexpr qsizetype shortest = 2; // a single letter is a code that is not known yet
+  const QString typed = currentText().trimmed();
+  if (!isEditable() || typed.size() < shortest) return;
+  int match = -1;
+  for (int row = 0; row < count(); ++row) {
+    const auto means = [&](const QString& text) { return equalCodes(fromQt(text), fromQt(typed)); };
+    if (means(itemText(row)) || means(itemData(row, codeRole).toString())) return;
+    if (!itemData(row, searchRole).toString().contains(typed, Qt::CaseInsensitive)) continue;
+    if (match >= 0) return;
+    match = row;
+  }
+  if (match < 0) return;
+  const QSignalBlocker quiet(this);
+  setCurrentIndex(match);
+  setEditText(itemText(match));
+}
+
 void CodeCombo::showPopup() {
   auto* table = static_cast<QTreeView*>(view());
   int width = 0;

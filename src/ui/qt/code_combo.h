@@ -25,6 +25,10 @@ public:
   /// The code of the chosen row, or the typed text.
   std::string code() const;
 
+  /// Chooses the row that a typed text means: the only one whose text or code contains it. Codes and texts
+  /// that are complete mean themselves.
+  void complete();
+
   void showPopup() override;
 
 private:

@@ -2,11 +2,13 @@
 
 #include "engine/findings.h"
 #include "model/date.h"
+#include "ui/qt/access_keys.h"
 #include "ui/qt/code_combo.h"
 #include "ui/qt/elided_label.h"
 #include "ui/qt/pictures.h"
 #include "ui/qt/text.h"
 
+#include <QApplication>
 #include <QCalendarWidget>
 #include <QCheckBox>
 #include <QEvent>
@@ -22,6 +24,7 @@
 #include <QToolButton>
 
 #include <algorithm>
+#include <utility>
 
 namespace qx {
 namespace {
@@ -39,6 +42,17 @@ QString noteText(const QPlainTextEdit& note) {
   return text;
 }
 
+/// A button that looks as if it could be clicked, without a frame of its own.
+void dressAsLink(QToolButton& button) {
+  QFont font = button.font();
+  font.setUnderline(true);
+  button.setFont(font);
+  QPalette colours = button.palette();
+  colours.setColor(QPalette::ButtonText, colours.color(QPalette::Link));
+  button.setPalette(colours);
+  button.setCursor(Qt::PointingHandCursor);
+}
+
 QToolButton* flatButton(QWidget* parent) {
   auto* button = new QToolButton(parent);
   button->setAutoRaise(true);
@@ -47,13 +61,29 @@ QToolButton* flatButton(QWidget* parent) {
 
 } // namespace
 
-ControlForm::ControlForm(Form& form, Desktop& desktop, std::string_view boxTitle, QWidget* parent)
-    : QWidget(parent), form_(form), desktop_(desktop), boxTitle_(boxTitle), fields_(form.specs().size()),
+ControlForm::ControlForm(Form& form, Desktop& desktop, std::string_view boxTitle, AccessKeys& keys)
+    : form_(form), desktop_(desktop), boxTitle_(boxTitle), fields_(form.specs().size()),
       columns_(new QHBoxLayout(this)) {
   for (const ControlGroup& group : form_.groups()) buildGroup(group);
+  captionFields(keys);
   arrange(std::min<int>(mostColumns, static_cast<int>(groups_.size())));
-  orderTabs();
   render();
+}
+
+/// Keys that are marked in a caption come before those that are found.
+void ControlForm::captionFields(AccessKeys& keys) {
+  for (const bool marked : {true, false})
+    for (std::size_t index = 0; index < fields_.size(); ++index) {
+      const QString caption = toQt(form_.specs()[index]->caption);
+      if (caption.contains(QLatin1Char('&')) != marked) continue;
+      const Field& field = fields_[index];
+      if (field.caption != nullptr)
+        field.caption->setText(keys.mark(caption));
+      else if (auto* check = qobject_cast<QCheckBox*>(field.editor))
+        check->setText(keys.mark(caption));
+      else if (auto* box = qobject_cast<QGroupBox*>(field.editor->parentWidget()))
+        box->setTitle(keys.mark(caption));
+    }
 }
 
 void ControlForm::buildGroup(const ControlGroup& group) {
@@ -68,7 +98,7 @@ void ControlForm::buildGroup(const ControlGroup& group) {
   // A field that fills its group has the group's heading as its caption.
   const ControlSpec& first = *form_.specs()[indexes.front()];
   const bool alone = indexes.size() == 1 && accessible(first.caption) == toQt(group.caption);
-  auto* box = new QGroupBox(toQt(alone ? first.caption : group.caption), this);
+  auto* box = new QGroupBox(toQt(group.caption), this);
   auto* rows = new QGridLayout(box);
   rows->setVerticalSpacing(std::max(2, rows->verticalSpacing() / 2));
   rows->setColumnStretch(1, 1);
@@ -76,8 +106,9 @@ void ControlForm::buildGroup(const ControlGroup& group) {
   for (const std::size_t index : indexes) {
     buildField(*rows, index, alone);
     weight += form_.specs()[index]->kind == ControlKind::Note ? 3 : 1;
+    if (!form_.specs()[index]->description.empty()) ++weight;
   }
-  groups_.push_back({box, rows, weight});
+  groups_.push_back({box, rows, std::move(indexes), weight});
 }
 
 void ControlForm::buildField(QGridLayout& rows, std::size_t index, bool alone) {
@@ -117,8 +148,8 @@ void ControlForm::buildField(QGridLayout& rows, std::size_t index, bool alone) {
   if (!spec.description.empty()) {
     field.description = new ElidedLabel(box);
     field.description->setObjectName(toQt(spec.description));
-    line->addSpacing(4);
-    line->addWidget(field.description, 2);
+    // Below the field: beside it, names would be cut.
+    rows.addWidget(field.description, row + 1, 1, 1, 2);
   }
 
   field.picture = flatButton(box);
@@ -132,18 +163,19 @@ void ControlForm::buildField(QGridLayout& rows, std::size_t index, bool alone) {
   field.master = flatButton(box);
   field.master->setObjectName(toQt(spec.name) + QStringLiteral("Stamm"));
   field.master->setFocusPolicy(Qt::TabFocus);
+  dressAsLink(*field.master);
   connect(field.master, &QToolButton::clicked, this, [this, index] { takeMaster(index); });
 
   if (spec.kind == ControlKind::Check || alone) {
     rows.addLayout(line, row, 0, 1, 2);
   } else {
-    auto* label = new QLabel(toQt(spec.caption), box);
-    label->setBuddy(field.editor);
-    rows.addWidget(label, row, 0, spec.kind == ControlKind::Note ? Qt::AlignTop : Qt::AlignVCenter);
+    field.caption = new QLabel(box);
+    field.caption->setBuddy(field.editor);
+    rows.addWidget(field.caption, row, 0, spec.kind == ControlKind::Note ? Qt::AlignTop : Qt::AlignVCenter);
     rows.addLayout(line, row, 1);
   }
   rows.addWidget(field.picture, row, 2, Qt::AlignVCenter);
-  rows.addWidget(field.master, row + 1, 1, 1, 2, Qt::AlignLeft);
+  rows.addWidget(field.master, row + 2, 1, 1, 2, Qt::AlignLeft);
 }
 
 QWidget* ControlForm::makeEditor(std::size_t index) {
@@ -170,18 +202,20 @@ QWidget* ControlForm::makeEditor(std::size_t index) {
   }
   case ControlKind::Text:
   case ControlKind::Number:
+  case ControlKind::Money:
   case ControlKind::Date:
     break;
   }
   auto* line = new QLineEdit(this);
   line->setMinimumWidth(line->fontMetrics().averageCharWidth() * 10);
   // A text that is not a number or date is kept as typed: the form says what is wrong.
-  if (spec.kind == ControlKind::Number) line->setAlignment(Qt::AlignRight);
+  if (isNumeric(spec.kind)) line->setAlignment(Qt::AlignRight);
   if (spec.kind == ControlKind::Date) line->setPlaceholderText(QStringLiteral("tt.mm.jjjj"));
   return line;
 }
 
-/// Each group is added to the shortest column, so that the order runs from left to right.
+/// Each group is added to the shortest column, so that the order runs from left to right. The tab key goes
+/// down one column after the other.
 void ControlForm::arrange(int columns) {
   if (columns == columnCount_) return;
   columnCount_ = columns;
@@ -191,6 +225,7 @@ void ControlForm::arrange(int columns) {
   }
   std::vector<QVBoxLayout*> stacks;
   std::vector<int> heights(static_cast<std::size_t>(columns), 0);
+  std::vector<std::vector<std::size_t>> fields(static_cast<std::size_t>(columns));
   for (int i = 0; i < columns; ++i) {
     stacks.push_back(new QVBoxLayout);
     columns_->addLayout(stacks.back(), 1);
@@ -201,8 +236,10 @@ void ControlForm::arrange(int columns) {
         static_cast<std::size_t>(std::min_element(heights.begin(), heights.end()) - heights.begin());
     stacks[shortest]->addWidget(group.box);
     heights[shortest] += group.weight;
+    fields[shortest].insert(fields[shortest].end(), group.fields.begin(), group.fields.end());
   }
   for (QVBoxLayout* stack : stacks) stack->addStretch(1);
+  orderTabs(fields);
 }
 
 void ControlForm::fitWidth(int width) {
@@ -218,17 +255,18 @@ void ControlForm::fitWidth(int width) {
   arrange(std::clamp(room / (widest + columns_->spacing()), 1, std::min(mostColumns, std::max(shown, 1))));
 }
 
-void ControlForm::orderTabs() {
+void ControlForm::orderTabs(const std::vector<std::vector<std::size_t>>& columns) {
   QWidget* before = nullptr;
   const auto next = [&](QWidget* widget) {
     if (before != nullptr) QWidget::setTabOrder(before, widget);
     before = widget;
   };
-  for (const Field& field : fields_) {
-    next(field.editor);
-    next(field.picture);
-    next(field.master);
-  }
+  for (const auto& column : columns)
+    for (const std::size_t index : column) {
+      next(fields_[index].editor);
+      next(fields_[index].picture);
+      next(fields_[index].master);
+    }
 }
 
 QString ControlForm::content(std::size_t index) const {
@@ -243,6 +281,7 @@ QString ControlForm::content(std::size_t index) const {
     return static_cast<QCheckBox*>(editor)->isChecked() ? QStringLiteral("1") : QStringLiteral("0");
   case ControlKind::Text:
   case ControlKind::Number:
+  case ControlKind::Money:
   case ControlKind::Date:
     break;
   }
@@ -284,7 +323,8 @@ void ControlForm::show(std::size_t index) {
     const bool cut = value.size() > masterLength;
     field.master->setText(QStringLiteral("Stamm: ") +
                           plainCaption(cut ? value.left(masterLength) + QStringLiteral("…") : value));
-    field.master->setToolTip(plainToolTip(QStringLiteral("Den Wert der Stammdaten übernehmen: ") + value));
+    field.master->setToolTip(
+        plainToolTip(QStringLiteral("Den Wert der Stammdaten übernehmen (F6 im Feld): ") + value));
   }
 }
 
@@ -313,6 +353,7 @@ void ControlForm::showEditor(std::size_t index) {
     break;
   case ControlKind::Text:
   case ControlKind::Number:
+  case ControlKind::Money:
   case ControlKind::Date: {
     auto* line = static_cast<QLineEdit*>(editor);
     const QString text = toQt(state.text);
@@ -356,6 +397,7 @@ void ControlForm::changeEvent(QEvent* event) {
 
 void ControlForm::commitField(std::size_t index) {
   if (!pending(index)) return;
+  if (auto* combo = dynamic_cast<CodeCombo*>(fields_[index].editor)) combo->complete();
   form_.type(index, typed(index));
   fields_[index].shown = content(index);
   form_.leave(index);
@@ -383,6 +425,25 @@ void ControlForm::takeMaster(std::size_t index) {
   fields_[index].editor->setFocus(Qt::OtherFocusReason);
   commit();
   form_.takeMaster(index);
+  render();
+  emit edited();
+}
+
+bool ControlForm::takeCurrentMaster() {
+  const QWidget* focused = QApplication::focusWidget();
+  for (std::size_t index = 0; index < fields_.size(); ++index) {
+    QWidget* editor = fields_[index].editor;
+    if (editor != focused && !editor->isAncestorOf(focused)) continue;
+    if (!form_.control(index).master || !form_.control(index).enabled) return false;
+    takeMaster(index);
+    return true;
+  }
+  return false;
+}
+
+void ControlForm::takeMasters() {
+  commit();
+  form_.takeMasters();
   render();
   emit edited();
 }

@@ -17,11 +17,13 @@
 class QGridLayout;
 class QGroupBox;
 class QHBoxLayout;
+class QLabel;
 class QToolButton;
 class QVBoxLayout;
 
 namespace qx {
 
+class AccessKeys;
 class ElidedLabel;
 
 /// Builds a widget for each control of the form. When the clerk leaves one with a changed text, the text is
@@ -32,7 +34,8 @@ class ControlForm final : public QWidget {
 public:
   /// `boxTitle` is the title of the box with a picture's message. The form and the desktop must outlive the
   /// widget.
-  ControlForm(Form& form, Desktop& desktop, std::string_view boxTitle, QWidget* parent = nullptr);
+  /// Captions get their access keys from `keys`.
+  ControlForm(Form& form, Desktop& desktop, std::string_view boxTitle, AccessKeys& keys);
 
   /// Shows the state of the form.
   void render();
@@ -40,6 +43,10 @@ public:
   void commit();
   /// Sets the focus to a control. False when there is none of this name.
   bool focusControl(std::string_view name);
+  /// Sets the control with the cursor to its stored value. False when there is none.
+  bool takeCurrentMaster();
+  /// Sets all controls to their stored values.
+  void takeMasters();
   /// Adds a widget at the end of a group.
   void addBelow(std::size_t group, QWidget* widget);
   /// Arranges the groups in as many columns as fit into a width.
@@ -56,6 +63,7 @@ protected:
 private:
   struct Field {
     QWidget* editor = nullptr;
+    QLabel* caption = nullptr; ///< null where the group or a check box has it
     QToolButton* calendar = nullptr;
     QToolButton* lookup = nullptr;
     QToolButton* picture = nullptr;
@@ -66,14 +74,16 @@ private:
   struct Group {
     QGroupBox* box = nullptr;
     QGridLayout* rows = nullptr;
+    std::vector<std::size_t> fields;
     int weight = 0; ///< its height in lines
   };
 
   void buildGroup(const ControlGroup& group);
   void buildField(QGridLayout& rows, std::size_t index, bool alone);
+  void captionFields(AccessKeys& keys);
   QWidget* makeEditor(std::size_t index);
   void arrange(int columns);
-  void orderTabs();
+  void orderTabs(const std::vector<std::vector<std::size_t>>& columns);
   QString content(std::size_t index) const;
   bool pending(std::size_t index) const { return content(index) != fields_[index].shown; }
   /// The editor's content as passed to the form.

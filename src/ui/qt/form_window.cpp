@@ -18,10 +18,10 @@ class DetailsWindow final : public FormWindow {
 public:
   DetailsWindow(QWidget* parent, Environment& environment, Form& form, const QString& title,
                 std::string_view memoryKey)
-      : FormWindow(parent, environment, form, fromQt(title), memoryKey), controls_(form) {
+      : FormWindow(parent, environment, form, fromQt(title), memoryKey, {"S&chließen"}), controls_(form) {
     setObjectName(QStringLiteral("frmAngaben"));
     setWindowTitle(title);
-    QPushButton* close = button(QStringLiteral("Schließen"), QStringLiteral("cmdClose"));
+    QPushButton* close = button(QStringLiteral("S&chließen"), QStringLiteral("cmdClose"));
     connect(close, &QPushButton::clicked, this, &DetailsWindow::accept);
     auto* row = new QHBoxLayout;
     row->addStretch(1);
@@ -74,32 +74,15 @@ private:
 
 } // namespace
 
-void AccessKeys::take(std::string_view caption) {
-  const QString text = toQt(caption);
-  const qsizetype mark = text.indexOf(QLatin1Char('&'));
-  if (mark >= 0 && mark + 1 < text.size()) taken_ += text[mark + 1].toLower();
-}
-
-QString AccessKeys::mark(const QString& caption) {
-  if (caption.contains(QLatin1Char('&'))) {
-    take(fromQt(caption));
-    return caption;
-  }
-  for (qsizetype i = 0; i < caption.size(); ++i) {
-    const QChar key = caption[i].toLower();
-    if (!key.isLetter() || taken_.contains(key)) continue;
-    taken_ += key;
-    return QString(caption).insert(i, QLatin1Char('&'));
-  }
-  return caption;
-}
-
 FormWindow::FormWindow(QWidget* parent, Environment& environment, Form& form, std::string_view boxTitle,
-                       std::string_view memoryKey)
+                       std::string_view memoryKey, const std::vector<std::string_view>& reserved)
     : QDialog(parent), memory_(environment, memoryKey),
-      form_(new ControlForm(form, environment.desktop, boxTitle)), scroll_(new QScrollArea(this)),
-      notice_(new QLabel(this)) {
-  for (const ControlSpec* spec : form.specs()) keys_.take(spec->caption);
+      form_(new ControlForm(form, environment.desktop, boxTitle,
+                            [&]() -> AccessKeys& {
+                              for (const std::string_view caption : reserved) keys_.take(caption);
+                              return keys_;
+                            }())),
+      scroll_(new QScrollArea(this)), notice_(new QLabel(this)) {
   scroll_->setWidgetResizable(true);
   scroll_->setFrameShape(QFrame::NoFrame);
   scroll_->setFocusPolicy(Qt::NoFocus);
@@ -110,7 +93,7 @@ FormWindow::FormWindow(QWidget* parent, Environment& environment, Form& form, st
 }
 
 QPushButton* FormWindow::button(const QString& caption, const QString& name) {
-  auto* made = new QPushButton(keys_.mark(caption), this);
+  auto* made = new QPushButton(caption.contains(QLatin1Char('&')) ? caption : keys_.mark(caption), this);
   made->setObjectName(name);
   made->setAutoDefault(false);
   return made;

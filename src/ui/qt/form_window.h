@@ -1,12 +1,14 @@
-// Windows around a form, and the access keys of their buttons.
+// Windows around a form.
 #pragma once
 
+#include "ui/qt/access_keys.h"
 #include "ui/qt/window_memory.h"
 
 #include <QDialog>
 #include <QString>
 
 #include <string_view>
+#include <vector>
 
 class QLabel;
 class QPushButton;
@@ -17,34 +19,23 @@ namespace qx {
 class ControlForm;
 class Form;
 
-/// Marks in each caption the first letter that is still free.
-class AccessKeys {
-public:
-  /// Reserves the key marked in a caption.
-  void take(std::string_view caption);
-  /// The caption with its key marked, or unmarked when every letter is taken. An existing mark is kept, so
-  /// that a button has the same key everywhere.
-  QString mark(const QString& caption);
-
-private:
-  QString taken_;
-};
-
 /// A dialog with the controls of a form, which scroll, and a line for a notice. Enter presses the button that
 /// has the focus and otherwise leaves the field. The window's size is stored under `memoryKey`.
 class FormWindow : public QDialog {
 public:
-  /// `boxTitle` is the title of the box with a picture's message. The references must outlive the window.
+  /// `boxTitle` is the title of the box with a picture's message. The keys marked in `reserved` are not given
+  /// to fields. The references must outlive the window.
   FormWindow(QWidget* parent, Environment& environment, Form& form, std::string_view boxTitle,
-             std::string_view memoryKey);
+             std::string_view memoryKey, const std::vector<std::string_view>& reserved);
   void done(int result) override;
 
 protected:
   void keyPressEvent(QKeyEvent* event) override;
-  /// A button, with a key of its own, that Enter does not press from within a field.
+  /// A button that Enter does not press from within a field. A caption without a marked key gets one that is
+  /// free.
   QPushButton* button(const QString& caption, const QString& name);
 
-  AccessKeys keys_; ///< those of the form are taken
+  AccessKeys keys_; ///< those reserved and those of the form are taken
   WindowMemory memory_;
   ControlForm* form_;
   QScrollArea* scroll_;

@@ -87,6 +87,7 @@ void GridDelegate::setModelData(QWidget* editor, QAbstractItemModel* model, cons
     if (!note->document()->isModified()) return;
     model->setData(index, note->toPlainText().replace(QLatin1Char('\n'), QStringLiteral("\r\n")));
   } else if (auto* combo = dynamic_cast<CodeCombo*>(editor)) {
+    combo->complete();
     model->setData(index, toQt(combo->code()));
   } else {
     model->setData(index, static_cast<QLineEdit*>(editor)->text());

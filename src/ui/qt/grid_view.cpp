@@ -66,7 +66,7 @@ QToolButton* rowButton(QWidget* parent, const QString& text, const QString& name
 
 } // namespace
 
-GridView::GridView(JobGrid& grid, bool customerSpecific, QWidget* parent)
+GridView::GridView(JobGrid& grid, bool customerSpecific, std::string_view caption, QWidget* parent)
     : QWidget(parent), grid_(grid), model_(new GridModel(grid, this)), table_(new CellTable(this)),
       summary_(new QLabel(this)), notice_(new QLabel(this)) {
   table_->setObjectName(toQt(grid.name()));
@@ -94,6 +94,10 @@ GridView::GridView(JobGrid& grid, bool customerSpecific, QWidget* parent)
   summary_->setObjectName(QStringLiteral("lblTabelleSumme"));
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
+  auto* heading = new QLabel(toQt(caption), this);
+  heading->setBuddy(table_);
+  layout->setSpacing(2);
+  layout->addWidget(heading);
   layout->addWidget(table_, 1);
   layout->addWidget(notice_);
   auto* below = new QHBoxLayout;
@@ -189,14 +193,40 @@ void GridView::setCurrent(int row, int column) {
   if (row >= 0 && row < model_->rowCount()) table_->setCurrentIndex(model_->index(row, column));
 }
 
+void GridView::focusOut(bool next) {
+  QWidget* widget = table_;
+  do widget = next ? widget->nextInFocusChain() : widget->previousInFocusChain();
+  while (widget != table_ &&
+         (table_->isAncestorOf(widget) || widget->focusProxy() != nullptr || !widget->isVisible() ||
+          !widget->isEnabled() || (widget->focusPolicy() & Qt::TabFocus) == 0));
+  widget->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+}
+
 void GridView::commit() {
   const QWidget* focus = QApplication::focusWidget();
   // An editor that loses the focus commits its text.
   if (focus != nullptr && focus != table_ && table_->isAncestorOf(focus)) table_->setFocus();
 }
 
-void GridView::selectRow(std::size_t row) {
-  setCurrent(static_cast<int>(row), firstEditable());
+bool GridView::takeFound() {
+  const QModelIndex current = table_->currentIndex();
+  if (!grid_.editable() || !current.isValid()) return false;
+  commit();
+  if (!grid_.editing()->takeFound(static_cast<std::size_t>(current.row()))) return false;
+  render();
+  emit edited();
+  return true;
+}
+
+void GridView::takeAllFound() {
+  if (!grid_.editable()) return;
+  for (std::size_t row = 0; row < grid_.rowCount(); ++row) grid_.editing()->takeFound(row);
+  render();
+  emit edited();
+}
+
+void GridView::selectCell(std::size_t row, std::optional<std::size_t> column) {
+  setCurrent(static_cast<int>(row), column ? static_cast<int>(*column) : firstEditable());
   table_->scrollTo(table_->currentIndex());
   table_->setFocus(Qt::OtherFocusReason);
 }
@@ -309,6 +339,12 @@ bool GridView::eventFilter(QObject* watched, QEvent* event) {
     const bool pressed = key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Space;
     if (pressed && current.isValid() && model_->column(current.column()).kind == GridColumnKind::Button) {
       emit detailsAsked(static_cast<std::size_t>(current.row()));
+      return true;
+    }
+    const auto modifiers = static_cast<QKeyEvent*>(event)->modifiers();
+    if ((key == Qt::Key_Tab || key == Qt::Key_Backtab) && modifiers.testFlag(Qt::ControlModifier)) {
+      // Out of the table at once, from any cell.
+      focusOut(key == Qt::Key_Tab);
       return true;
     }
     if (key == Qt::Key_F4 && current.isValid()) {

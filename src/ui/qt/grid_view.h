@@ -8,6 +8,8 @@
 #include <QWidget>
 
 #include <cstddef>
+#include <optional>
+#include <string_view>
 
 class QLabel;
 class QModelIndex;
@@ -23,15 +25,18 @@ class GridView final : public QWidget {
   Q_OBJECT
 
 public:
-  /// The grid must outlive the widget.
-  GridView(JobGrid& grid, bool customerSpecific, QWidget* parent = nullptr);
+  /// The grid must outlive the widget. The access key of the caption leads into the table.
+  GridView(JobGrid& grid, bool customerSpecific, std::string_view caption, QWidget* parent = nullptr);
 
   /// Reads the current content of the grid.
   void render();
   /// Closes the open editor of a cell and commits its text.
   void commit();
-  /// Moves the cursor to a row.
-  void selectRow(std::size_t row);
+  /// Moves the cursor to a cell, or to the first editable one of the row.
+  void selectCell(std::size_t row, std::optional<std::size_t> column);
+  /// Takes over what the master data give for the current row, or for all. False when there is nothing.
+  bool takeFound();
+  void takeAllFound();
   /// Moves the cursor to a cell whose text was refused. False when there is none.
   bool showRefused();
   bool hasRefused() const;
@@ -60,6 +65,7 @@ private:
   void showSummary();
   int firstEditable() const;
   void setCurrent(int row, int column);
+  void focusOut(bool next);
 
   JobGrid& grid_;
   GridModel* model_;

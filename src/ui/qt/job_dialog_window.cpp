@@ -2,6 +2,7 @@
 
 #include "settings/settings.h"
 #include "ui/address_dialog_presenter.h"
+#include "ui/counted.h"
 #include "ui/job_dialogs.h"
 #include "ui/qt/address_window.h"
 #include "ui/qt/control_form.h"
@@ -10,6 +11,7 @@
 #include "ui/qt/form_window.h"
 #include "ui/qt/grid_delegate.h"
 #include "ui/qt/grid_view.h"
+#include "ui/qt/row_table.h"
 #include "ui/qt/text.h"
 
 #include <QAction>
@@ -27,10 +29,12 @@
 #include <QSplitter>
 #include <QTableView>
 #include <QTimer>
+#include <QToolButton>
 #include <QVBoxLayout>
 
 #include <algorithm>
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <utility>
 
@@ -54,9 +58,20 @@ std::string_view memoryKey(std::int16_t jobType) {
   }
 }
 
+/// The captions of the buttons and headings that the dialog shows.
+std::vector<std::string_view> captionsOf(const JobDialogPresenter& dialog) {
+  std::vector<std::string_view> shown{captions::takeAll,     captions::release, captions::save,
+                                      captions::saveAndGoOn, captions::cancel,  captions::findings};
+  if (dialog.kind().addresses != nullptr) shown.push_back(captions::addresses);
+  if (dialog.kind().erases) shown.push_back(captions::remove);
+  if (dialog.kind().grid != nullptr) shown.push_back(captions::positions);
+  return shown;
+}
+
 class JobDialogWindow final : public FormWindow {
 public:
-  JobDialogWindow(QWidget* parent, const DialogContext& context, JobDialogPresenter& dialog, bool offerNext);
+  JobDialogWindow(QWidget* parent, const DialogContext& context, JobDialogPresenter& dialog,
+                  const JobPlace& place);
 
   DialogEnd end() const { return end_; }
   void reject() override;
@@ -71,7 +86,10 @@ private:
   QWidget* buildForm();
   QWidget* buildFindings();
   QWidget* buildGrid();
-  QLayout* buildButtons(bool offerNext);
+  QLayout* buildButtons();
+  void addStep(QLayout& row, const char* name, Qt::ArrowType arrow, const QString& tip,
+               const QKeySequence& keys, DialogEnd end, bool possible);
+  void addShortcuts();
   QPushButton* addButton(QLayout& row, const char* name, const QString& caption,
                          void (JobDialogWindow::*pressed)());
   void setSizes();
@@ -92,18 +110,27 @@ private:
   void editAddresses();
   void openDetails(std::size_t row);
   void goTo(const ListedFinding& finding);
+  /// Goes to the place of the next finding, or of the previous one.
+  void step(int rows);
+  /// Leaves for another job without saving.
+  void leaveFor(DialogEnd end);
+  void takeOver();
+  void takeAllOver();
   void copyFindings();
   void startChecks();
   void checkMore();
 
   DialogContext context_;
   JobDialogPresenter& dialog_;
+  JobPlace place_;
   DialogEnd end_ = DialogEnd::Closed;
   ElidedLabel* title_ = nullptr;
+  QLabel* findingsCaption_ = nullptr;
   QLabel* progress_ = nullptr;
   FindingsModel* findings_ = nullptr;
   QTableView* findingsView_ = nullptr;
   GridView* grid_ = nullptr;
+  QPushButton* takeAll_ = nullptr;
   QPushButton* release_ = nullptr;
   QPushButton* save_ = nullptr;
   QTimer checks_;
@@ -112,9 +139,10 @@ private:
 };
 
 JobDialogWindow::JobDialogWindow(QWidget* parent, const DialogContext& context, JobDialogPresenter& dialog,
-                                 bool offerNext)
-    : FormWindow(parent, context.environment, dialog, dialog.kind().boxTitle, memoryKey(dialog.jobType())),
-      context_(context), dialog_(dialog) {
+                                 const JobPlace& place)
+    : FormWindow(parent, context.environment, dialog, dialog.kind().boxTitle, memoryKey(dialog.jobType()),
+                 captionsOf(dialog)),
+      context_(context), dialog_(dialog), place_(place) {
   setObjectName(QStringLiteral("frmVorgang"));
   setWindowFlag(Qt::WindowMaximizeButtonHint);
   setWindowFlag(Qt::WindowContextHelpButtonHint, false);
@@ -126,10 +154,8 @@ JobDialogWindow::JobDialogWindow(QWidget* parent, const DialogContext& context, 
   splitter_->addWidget(buildFindings());
   if (dialog_.kind().grid != nullptr) splitter_->addWidget(buildGrid());
   layout->addWidget(splitter_, 1);
-  layout->addLayout(buildButtons(offerNext));
-
-  auto* saving = new QShortcut(QKeySequence::Save, this);
-  connect(saving, &QShortcut::activated, save_, &QPushButton::click);
+  layout->addLayout(buildButtons());
+  addShortcuts();
   seen_ = dialog_.findings();
   seeing_.setSingleShot(true);
   seeing_.setInterval(timeToSee);
@@ -152,9 +178,49 @@ QWidget* JobDialogWindow::buildHead() {
   font.setBold(true);
   font.setPointSizeF(font.pointSizeF() * 1.2);
   title_->setFont(font);
-  layout->addWidget(title_);
+  auto* line = new QHBoxLayout;
+  line->addWidget(title_, 1);
+  if (place_.isListed()) {
+    auto* place =
+        new QLabel(QStringLiteral("Vorgang %1 von %2")
+                       .arg(toQt(grouped(whole(place_.number))), toQt(grouped(whole(place_.count)))),
+                   head);
+    place->setObjectName(QStringLiteral("lblStelle"));
+    line->addWidget(place);
+    addStep(*line, "cmdVoriger", Qt::LeftArrow, QStringLiteral("Voriger Vorgang, ohne zu speichern (F7)"),
+            Qt::Key_F7, DialogEnd::Previous, place_.hasPrevious());
+    addStep(*line, "cmdNächster", Qt::RightArrow, QStringLiteral("Nächster Vorgang, ohne zu speichern (F8)"),
+            Qt::Key_F8, DialogEnd::Next, place_.hasNext());
+  }
+  layout->addLayout(line);
   layout->addWidget(notice_);
   return head;
+}
+
+void JobDialogWindow::addStep(QLayout& row, const char* name, Qt::ArrowType arrow, const QString& tip,
+                              const QKeySequence& keys, DialogEnd end, bool possible) {
+  auto* button = new QToolButton(this);
+  button->setObjectName(QString::fromUtf8(name));
+  button->setArrowType(arrow);
+  button->setToolTip(tip);
+  button->setAccessibleName(tip);
+  button->setFocusPolicy(Qt::NoFocus);
+  button->setEnabled(possible);
+  // A shortcut of the button itself would act after a delay.
+  connect(new QShortcut(keys, this), &QShortcut::activated, button, &QToolButton::click);
+  connect(button, &QToolButton::clicked, this, [this, end] { leaveFor(end); });
+  row.addWidget(button);
+}
+
+void JobDialogWindow::addShortcuts() {
+  const auto add = [this](const QKeySequence& keys, std::function<void()> action) {
+    connect(new QShortcut(keys, this), &QShortcut::activated, this, std::move(action));
+  };
+  add(QKeySequence::Save, [this] { save_->click(); });
+  add(Qt::Key_F3, [this] { step(1); });
+  add(Qt::SHIFT | Qt::Key_F3, [this] { step(-1); });
+  add(Qt::Key_F6, [this] { takeOver(); });
+  add(Qt::SHIFT | Qt::Key_F6, [this] { takeAllOver(); });
 }
 
 QWidget* JobDialogWindow::buildForm() {
@@ -175,7 +241,7 @@ QWidget* JobDialogWindow::buildForm() {
 
 QWidget* JobDialogWindow::buildFindings() {
   findings_ = new FindingsModel(this);
-  findingsView_ = new QTableView(this);
+  findingsView_ = new RowTable(this);
   findingsView_->setObjectName(QStringLiteral("lstFehler"));
   findingsView_->setAccessibleName(QStringLiteral("Befunde"));
   findingsView_->setModel(findings_);
@@ -201,11 +267,22 @@ QWidget* JobDialogWindow::buildFindings() {
   connect(copy, &QAction::triggered, this, &JobDialogWindow::copyFindings);
   findingsView_->addAction(copy);
   findingsView_->setContextMenuPolicy(Qt::ActionsContextMenu);
-  return findingsView_;
+  auto* part = new QWidget(this);
+  findingsCaption_ = new QLabel(part);
+  findingsCaption_->setObjectName(QStringLiteral("lblBefunde"));
+  findingsCaption_->setBuddy(findingsView_);
+  auto* layout = new QVBoxLayout(part);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(2);
+  layout->addWidget(findingsCaption_);
+  layout->addWidget(findingsView_, 1);
+  return part;
 }
 
 QWidget* JobDialogWindow::buildGrid() {
-  grid_ = new GridView(*dialog_.kind().grid, dialog_.customerSpecific(), this);
+  const JobGrid& grid = *dialog_.kind().grid;
+  grid_ = new GridView(*dialog_.kind().grid, dialog_.customerSpecific(),
+                       grid.editing() != nullptr ? captions::positions : captions::contracts, this);
   connect(grid_, &GridView::edited, this, [this] {
     render();
     startChecks();
@@ -223,29 +300,37 @@ QPushButton* JobDialogWindow::addButton(QLayout& row, const char* name, const QS
   return added;
 }
 
-QLayout* JobDialogWindow::buildButtons(bool offerNext) {
+QLayout* JobDialogWindow::buildButtons() {
   auto* row = new QHBoxLayout;
   if (dialog_.kind().addresses != nullptr)
-    addButton(*row, "cmdAdressen", QStringLiteral("Adr&essen…"), &JobDialogWindow::editAddresses);
-  if (dialog_.canErase()) addButton(*row, "cmdDelete", QStringLiteral("&Löschen"), &JobDialogWindow::erase);
+    addButton(*row, "cmdAdressen", toQt(captions::addresses), &JobDialogWindow::editAddresses);
+  if (dialog_.canErase()) addButton(*row, "cmdDelete", toQt(captions::remove), &JobDialogWindow::erase);
+  takeAll_ = addButton(*row, "cmdAllesUebernehmen", toQt(captions::takeAll), &JobDialogWindow::takeAllOver);
+  takeAll_->setToolTip(
+      QStringLiteral("Alle abweichenden Werte aus dem Stamm und alle ermittelten Preise übernehmen "
+                     "(Umschalt+F6)"));
   progress_ = new QLabel(this);
   progress_->setObjectName(QStringLiteral("lblPruefung"));
   progress_->hide();
   row->addSpacing(12);
   row->addWidget(progress_, 1);
   row->addStretch(1);
-  release_ = addButton(*row, "cmdFreigeben", QStringLiteral("Fre&igeben"), &JobDialogWindow::release);
+  release_ = addButton(*row, "cmdFreigeben", toQt(captions::release), &JobDialogWindow::release);
   release_->setToolTip(QStringLiteral("Den Vorgang trotz seiner Befunde verarbeiten lassen"));
-  save_ = addButton(*row, "cmdSpeichern", QStringLiteral("Spei&chern"), &JobDialogWindow::saveAndClose);
+  save_ = addButton(*row, "cmdSpeichern", toQt(captions::save), &JobDialogWindow::saveAndClose);
   save_->setToolTip(QStringLiteral("Speichern und schließen (Strg+S)"));
-  if (offerNext) {
+  if (place_.isListed()) {
     QPushButton* next =
-        addButton(*row, "cmdWeiter", QStringLiteral("Speicher&n und weiter"), &JobDialogWindow::saveAndGoOn);
-    next->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Return));
-    next->setToolTip(QStringLiteral("Speichern und den nächsten Vorgang öffnen (Strg+Eingabe)"));
+        addButton(*row, "cmdWeiter", toQt(captions::saveAndGoOn), &JobDialogWindow::saveAndGoOn);
+    connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Return), this), &QShortcut::activated, next,
+            &QPushButton::click);
+    next->setToolTip(
+        place_.hasNext()
+            ? QStringLiteral("Speichern und den nächsten Vorgang öffnen (Strg+Eingabe)")
+            : QStringLiteral("Speichern und schließen: Das ist der letzte Vorgang (Strg+Eingabe)"));
   }
   QPushButton* cancel =
-      addButton(*row, "", dialog_.readOnly() ? QStringLiteral("Schließen") : QStringLiteral("Abb&rechen"),
+      addButton(*row, "", dialog_.readOnly() ? QStringLiteral("Schließen") : toQt(captions::cancel),
                 &JobDialogWindow::reject);
   cancel->setObjectName(toQt(dialog_.kind().cancelButton));
   cancel->setEnabled(true);
@@ -308,6 +393,8 @@ void JobDialogWindow::render() {
       if (auto* button = findChild<QPushButton*>(QLatin1String(name))) button->setEnabled(false);
   }
   release_->setVisible(dialog_.canRelease() && !dialog_.released());
+  const GridEditing* const editing = grid_ != nullptr ? dialog_.kind().grid->editing() : nullptr;
+  takeAll_->setVisible(dialog_.mastersLeft() > 0 || (editing != nullptr && editing->foundLeft() > 0));
 }
 
 void JobDialogWindow::renderFindings() {
@@ -317,6 +404,9 @@ void JobDialogWindow::renderFindings() {
   const int scrolled = findingsView_->verticalScrollBar()->value();
   findings_->show(dialog_.findings());
   seeing_.start();
+  const int count = findings_->rowCount();
+  findingsCaption_->setText(count == 0 ? QStringLiteral("Keine Be&funde")
+                                       : toQt(captions::findings) + QStringLiteral(": %1").arg(count));
   if (current)
     if (const auto row = findings_->rowOf(*current)) findingsView_->selectRow(*row);
   findingsView_->verticalScrollBar()->setValue(scrolled);
@@ -363,8 +453,27 @@ void JobDialogWindow::saveAndClose() {
 
 void JobDialogWindow::saveAndGoOn() {
   if (!save()) return;
-  end_ = DialogEnd::Next;
+  if (place_.hasNext()) end_ = DialogEnd::Next;
   accept();
+}
+
+void JobDialogWindow::leaveFor(DialogEnd end) {
+  if (!mayLeave()) return;
+  end_ = end;
+  done(Rejected);
+}
+
+void JobDialogWindow::takeOver() {
+  if (form_->takeCurrentMaster()) return;
+  if (grid_ != nullptr && grid_->takeFound()) render();
+}
+
+void JobDialogWindow::takeAllOver() {
+  commit();
+  form_->takeMasters();
+  if (grid_ != nullptr) grid_->takeAllFound();
+  render();
+  startChecks();
 }
 
 void JobDialogWindow::release() {
@@ -396,7 +505,7 @@ void JobDialogWindow::openDetails(std::size_t row) {
     const std::unique_ptr<Form> details = grid.editing()->details(row);
     showForm(this, context_.environment, *details, QStringLiteral("Position"), "DialogPosition");
   } else if (grid.jobs() != nullptr) {
-    showJobDialog(this, context_, grid.jobs()->jobOf(row).jobId, false);
+    showJobDialog(this, context_, grid.jobs()->jobOf(row).jobId, {});
     dialog_.detailsClosed();
   }
   render();
@@ -405,12 +514,26 @@ void JobDialogWindow::openDetails(std::size_t row) {
 
 void JobDialogWindow::goTo(const ListedFinding& finding) {
   if (grid_ != nullptr && !finding.item().empty()) {
-    if (const auto row = dialog_.kind().grid->rowOf(finding.item())) grid_->selectRow(*row);
+    if (const auto row = dialog_.kind().grid->rowOf(finding.item()))
+      grid_->selectCell(*row, dialog_.kind().grid->columnOf(finding.code()));
   } else if (grid_ != nullptr && finding.control() == dialog_.kind().grid->name()) {
-    grid_->selectRow(0);
+    grid_->selectCell(0, std::nullopt);
   } else {
     form_->focusControl(finding.control());
   }
+}
+
+void JobDialogWindow::step(int rows) {
+  commit();
+  const int count = findings_->rowCount();
+  if (count == 0) return;
+  const QModelIndex current = findingsView_->currentIndex();
+  // The finding on which the cursor stands, but has not gone to, comes first.
+  const bool fresh = findingsView_->hasFocus() || !current.isValid();
+  const int from = current.isValid() ? current.row() : (rows > 0 ? -1 : 0);
+  const int row = fresh && current.isValid() ? from : (from + rows + count) % count;
+  findingsView_->selectRow(row);
+  goTo(ListedFinding(findings_->finding(row)));
 }
 
 void JobDialogWindow::copyFindings() {
@@ -453,10 +576,24 @@ void JobDialogWindow::done(int result) {
 
 } // namespace
 
+ReleaseAnswer askReleaseInBox(std::string_view text, bool proposesRelease) {
+  QMessageBox box(QMessageBox::Question, toQt(defaultTitle), toQt(text), QMessageBox::NoButton,
+                  QApplication::activeWindow());
+  box.setTextFormat(Qt::PlainText);
+  QPushButton* const yes = box.addButton(QStringLiteral("&Ja"), QMessageBox::YesRole);
+  QPushButton* const no = box.addButton(QStringLiteral("&Nein"), QMessageBox::NoRole);
+  QPushButton* const back = box.addButton(QStringLiteral("&Zurück"), QMessageBox::RejectRole);
+  box.setDefaultButton(proposesRelease ? yes : no);
+  box.setEscapeButton(back);
+  box.exec();
+  if (box.clickedButton() == yes) return ReleaseAnswer::Release;
+  return box.clickedButton() == no ? ReleaseAnswer::Keep : ReleaseAnswer::Back;
+}
+
 DialogEnd showJobDialog(QWidget* parent, const DialogContext& context, std::string_view jobId,
-                        bool offerNext) {
+                        const JobPlace& place) {
   while (const std::unique_ptr<JobDialogPresenter> dialog = openJobDialog(context, jobId)) {
-    JobDialogWindow window(parent, context, *dialog, offerNext);
+    JobDialogWindow window(parent, context, *dialog, place);
     window.exec();
     if (!dialog->readAnewAsked()) return window.end();
   }

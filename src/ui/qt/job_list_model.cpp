@@ -8,8 +8,10 @@
 namespace qx {
 
 JobListModel::JobListModel(QObject* parent) : QAbstractTableModel(parent) {
-  for (const std::string_view name : {"PROCESSING", "WARNING", "ERROR", "PROCESSED"})
+  for (const std::string_view name : {"PROCESSING", "WARNING", "ERROR", "PROCESSED"}) {
     pictures_[name] = picture(name);
+    released_[name] = releasedPicture(name);
+  }
 }
 
 void JobListModel::setRows(std::vector<JobListRow> rows) {
@@ -32,10 +34,11 @@ QVariant JobListModel::data(const QModelIndex& index, int role) const {
   const auto column = static_cast<JobColumn>(index.column());
   if (column == JobColumn::JobType) {
     if (role == Qt::DecorationRole) {
-      const auto found = pictures_.find(statePicture(row.jobType));
-      return found == pictures_.end() ? QVariant() : QVariant(found->second);
+      const auto& pictures = row.released ? released_ : pictures_;
+      const auto found = pictures.find(statePicture(row.jobType));
+      return found == pictures.end() ? QVariant() : QVariant(found->second);
     }
-    if (role == Qt::ToolTipRole || role == Qt::AccessibleTextRole) return toQt(stateText(row.jobType));
+    if (role == Qt::ToolTipRole || role == Qt::AccessibleTextRole) return toQt(rowStateText(row));
     return {};
   }
   // A cell too narrow for its text shows it as a tool tip.

@@ -27,6 +27,7 @@ public:
 private:
   std::vector<JobListRow> rows_;
   std::map<std::string_view, QIcon> pictures_;
+  std::map<std::string_view, QIcon> released_; ///< the same with the mark of a released job
 };
 
 } // namespace qx

@@ -10,6 +10,7 @@
 #include <QStringList>
 #include <QStyledItemDelegate>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -48,9 +49,9 @@ public:
 
 } // namespace
 
-JobListView::JobListView(QWidget* parent) : QTableView(parent), hint_(new QLabel(viewport())) {
+JobListView::JobListView(QWidget* parent) : RowTable(parent), hint_(new QLabel(viewport())) {
   setSelectionBehavior(SelectRows);
-  setSelectionMode(SingleSelection);
+  setSelectionMode(ExtendedSelection);
   setEditTriggers(NoEditTriggers);
   setTabKeyNavigation(false);
   setAlternatingRowColors(true);
@@ -90,26 +91,50 @@ void JobListView::setHint(const QString& hint) {
   placeHint();
 }
 
-QString JobListView::currentRowText() const {
-  if (!currentIndex().isValid()) return {};
-  QStringList cells;
-  for (int visual = 0; visual < horizontalHeader()->count(); ++visual) {
-    const int column = horizontalHeader()->logicalIndex(visual);
-    const QModelIndex cell = currentIndex().siblingAtColumn(column);
-    const QVariant text = cell.data(Qt::DisplayRole);
-    if (!isColumnHidden(column))
-      cells += (text.isValid() ? text : cell.data(Qt::AccessibleTextRole)).toString();
+QString JobListView::markedText() const {
+  QModelIndexList rows = selectionModel()->selectedRows();
+  if (rows.isEmpty() && currentIndex().isValid()) rows.append(currentIndex());
+  std::sort(rows.begin(), rows.end());
+  QStringList lines;
+  for (const QModelIndex& row : rows) {
+    QStringList cells;
+    for (int visual = 0; visual < horizontalHeader()->count(); ++visual) {
+      const int column = horizontalHeader()->logicalIndex(visual);
+      const QModelIndex cell = row.siblingAtColumn(column);
+      const QVariant text = cell.data(Qt::DisplayRole);
+      if (!isColumnHidden(column))
+        cells += (text.isValid() ? text : cell.data(Qt::AccessibleTextRole)).toString().simplified();
+    }
+    lines += cells.join(QLatin1Char('\t'));
   }
-  return cells.join(QLatin1Char('\t'));
+  return lines.join(QLatin1Char('\n'));
+}
+
+void JobListView::widenCurrent(int letters) {
+  const int column = currentIndex().isValid() ? currentIndex().column() : 0;
+  if (column <= 0 || isColumnHidden(column)) return;
+  const int letter = fontMetrics().averageCharWidth();
+  setColumnWidth(column, std::max(columnWidth(column) + letters * letter, 4 * letter));
+}
+
+void JobListView::fitColumns() {
+  const int letter = fontMetrics().averageCharWidth();
+  constexpr int least = 8;
+  constexpr int most = 50;
+  for (int column = 1; column < horizontalHeader()->count(); ++column) {
+    if (isColumnHidden(column)) continue;
+    resizeColumnToContents(column);
+    setColumnWidth(column, std::clamp(columnWidth(column) + letter, least * letter, most * letter));
+  }
 }
 
 void JobListView::resizeEvent(QResizeEvent* event) {
-  QTableView::resizeEvent(event);
+  RowTable::resizeEvent(event);
   placeHint();
 }
 
 void JobListView::changeEvent(QEvent* event) {
-  QTableView::changeEvent(event);
+  RowTable::changeEvent(event);
   if (event->type() == QEvent::PaletteChange) colourHint();
 }
 

@@ -1,8 +1,9 @@
 // The list of jobs in the main window, and the pane below it.
 #pragma once
 
+#include "ui/qt/row_table.h"
+
 #include <QPlainTextEdit>
-#include <QTableView>
 #include <QWidget>
 
 class QLabel;
@@ -10,7 +11,7 @@ class QLabel;
 namespace qx {
 
 /// A table of whole rows that shows a hint where it has none. The window handles the keys of the list.
-class JobListView final : public QTableView {
+class JobListView final : public RowTable {
 public:
   explicit JobListView(QWidget* parent);
 
@@ -18,8 +19,12 @@ public:
   void arrangeColumns();
   /// The text of the empty list; the first line is the reason. Empty for none.
   void setHint(const QString& hint);
-  /// The visible cells of the current row, in visible order and separated by tabs.
-  QString currentRowText() const;
+  /// The visible cells of the marked rows, a line for each, in visible order and separated by tabs.
+  QString markedText() const;
+  /// Makes the column of the cell cursor, which the arrow keys move, wider, or narrower, by some letters.
+  void widenCurrent(int letters);
+  /// Makes every visible column as wide as its texts, within limits.
+  void fitColumns();
 
 protected:
   void resizeEvent(QResizeEvent* event) override;

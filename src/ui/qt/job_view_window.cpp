@@ -1,6 +1,7 @@
 #include "ui/qt/job_view_window.h"
 
 #include "ui/qt/busy_wait.h"
+#include "ui/qt/causes_pane.h"
 #include "ui/qt/job_list_model.h"
 #include "ui/qt/job_list_view.h"
 #include "ui/qt/pictures.h"
@@ -40,11 +41,14 @@ using namespace std::chrono_literals;
 constexpr auto tickInterval = 2s;
 /// The details of a job are read when the clerk pauses on it, not on every row passed.
 constexpr auto detailsDelay = 60ms;
+/// A search that asks the database begins when the clerk pauses typing.
+constexpr auto searchDelay = 200ms;
 constexpr QSize firstSize(1100, 700);
 
 constexpr std::string_view layoutSection = "MAIN";
 constexpr std::string_view columnsKey = "MainColumns";
 constexpr std::string_view splitterKey = "MainSplitter";
+constexpr std::string_view lowerKey = "MainCauses";
 
 constexpr std::array filterTools{Tool::ViewWaiting, Tool::ViewWarnings, Tool::ViewError, Tool::ViewDone};
 
@@ -66,12 +70,6 @@ std::optional<JobViewKey> listKey(int key) {
   default:
     return std::nullopt;
   }
-}
-
-std::int64_t countOf(const JobCounts& counts, Tool filter) {
-  if (filter == Tool::ViewWaiting) return counts.waiting;
-  if (filter == Tool::ViewWarnings) return counts.warnings;
-  return filter == Tool::ViewError ? counts.errors : counts.done;
 }
 
 QString withoutAccessKey(std::string_view caption) { return toQt(caption).remove(QLatin1Char('&')); }
@@ -99,12 +97,18 @@ QRect onScreen(const QWidget& window, QRect wanted) {
 JobViewWindow::JobViewWindow(Environment& environment, ImportJobObject2& engine, JobViewDialogs dialogs)
     : dialogs_(std::move(dialogs)), settings_(environment), model_(new JobListModel(this)),
       list_(new JobListView(this)), details_(new JobDetailsPane(this)),
-      splitter_(new QSplitter(Qt::Vertical, this)), notice_(new QLabel(this)), info_(new QLabel(this)),
+      causes_(new CausesPane(
+          [this](std::optional<std::size_t> cause) {
+            presenter_.showCause(cause);
+            render();
+          },
+          this)),
+      splitter_(new QSplitter(Qt::Vertical, this)), lower_(new QSplitter(Qt::Horizontal, this)),
+      notice_(new QLabel(this)), info_(new QLabel(this)), result_(new QLabel(this)),
       progress_(new QProgressBar(this)), count_(new QLabel(this)), timer_(this),
       presenter_(environment, engine, *this) {
   setObjectName(QStringLiteral("frmJobView"));
   setWindowTitle(QStringLiteral("Importvorgänge"));
-  setWindowIcon(picture("PROCESSING"));
   makeActions();
   makeMenus();
   makeToolBar();
@@ -126,7 +130,13 @@ JobViewWindow::JobViewWindow(Environment& environment, ImportJobObject2& engine,
   upperLayout->addWidget(list_, 1);
   splitter_->setObjectName(QStringLiteral("splitter"));
   splitter_->addWidget(upper);
-  splitter_->addWidget(details_);
+  lower_->setObjectName(QStringLiteral("lowerSplitter"));
+  lower_->addWidget(details_);
+  lower_->addWidget(causes_);
+  lower_->setStretchFactor(0, 3);
+  lower_->setStretchFactor(1, 2);
+  lower_->setChildrenCollapsible(false);
+  splitter_->addWidget(lower_);
   splitter_->setStretchFactor(0, 4);
   splitter_->setStretchFactor(1, 1);
   splitter_->setChildrenCollapsible(false);
@@ -143,8 +153,11 @@ JobViewWindow::JobViewWindow(Environment& environment, ImportJobObject2& engine,
   detailsTimer_.setSingleShot(true);
   connect(&detailsTimer_, &QTimer::timeout, this, [this] {
     presenter_.readDetails();
+    presenter_.readCauses();
     render();
   });
+  searchTimer_.setSingleShot(true);
+  connect(&searchTimer_, &QTimer::timeout, this, [this] { search(); });
 }
 
 JobViewWindow::~JobViewWindow() = default;
@@ -205,11 +218,13 @@ void JobViewWindow::makeActions() {
   tool(Tool::ProcessTransactions)->setIconText(QStringLiteral("Verarbeiten"));
   tool(Tool::UpdateDisplay)->setIconText(QStringLiteral("Prüfen"));
 
-  copy_ = makeAction("mnuCopy", QStringLiteral("Zeile &kopieren"), QKeySequence());
+  tool(Tool::Release)->setShortcut(Qt::CTRL | Qt::Key_G);
+  tool(Tool::TakeBack)->setShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_G);
+  copy_ = makeAction("mnuCopy", QStringLiteral("Zeilen &kopieren"), QKeySequence());
   copy_->setShortcuts(QKeySequence::Copy);
   copy_->setShortcutContext(Qt::WidgetShortcut);
   list_->addAction(copy_);
-  connect(copy_, &QAction::triggered, this, [this] { copyRow(); });
+  connect(copy_, &QAction::triggered, this, [this] { copyRows(); });
   find_ = makeAction("mnuSearch", QStringLiteral("&Suchen"), QKeySequence(Qt::CTRL | Qt::Key_F));
   find_->setIcon(picture("tool-search"));
   connect(find_, &QAction::triggered, this, [this] {
@@ -243,9 +258,11 @@ QMenu* JobViewWindow::makeMenu(const QString& caption, std::initializer_list<std
 void JobViewWindow::makeMenus() {
   constexpr std::nullopt_t separator = std::nullopt;
   menuBar()->setObjectName(QStringLiteral("ActiveBar1"));
-  makeMenu(QStringLiteral("&Datei"), {Tool::ImportProcessTransactions, Tool::Export, separator, Tool::End});
-  QMenu* edit = makeMenu(QStringLiteral("&Bearbeiten"),
-                         {Tool::OpenJob, separator, Tool::Delete, Tool::DeleteViewDone, Tool::DeleteDate});
+  makeMenu(QStringLiteral("&Datei"),
+           {Tool::ImportProcessTransactions, Tool::Export, Tool::ExportMarked, separator, Tool::End});
+  QMenu* edit =
+      makeMenu(QStringLiteral("&Bearbeiten"), {Tool::OpenJob, Tool::Release, Tool::TakeBack, separator,
+                                               Tool::Delete, Tool::DeleteViewDone, Tool::DeleteDate});
   edit->insertAction(tool(Tool::Delete), copy_);
   edit->insertAction(tool(Tool::Delete), find_);
   edit->insertSeparator(tool(Tool::Delete));
@@ -253,12 +270,52 @@ void JobViewWindow::makeMenus() {
   for (const Tool each : filterTools) view->addAction(tool(each));
   view->addSeparator();
   view->addAction(refresh_);
-  view->addAction(showKeys_);
+  view->addMenu(makeSortMenu());
+  view->addMenu(makeColumnMenu());
   makeMenu(QStringLiteral("&Verarbeiten"),
            {Tool::ProcessTransactions, separator, Tool::Kunden, Tool::Verträge, Tool::KundenVerträge,
-            Tool::Aufträge, Tool::Zubehör, separator, Tool::UpdateDisplay, Tool::StopProcessing});
+            Tool::Aufträge, Tool::Zubehör, separator, Tool::UpdateDisplay, Tool::StopProcessing, separator,
+            Tool::DayProtocol});
   makeMenu(QStringLiteral("E&xtras"), {Tool::Options});
   makeMenu(QStringLiteral("&Hilfe"), {Tool::About});
+}
+
+/// What a click on a heading does, for the keyboard; the same column again reverses the order.
+QMenu* JobViewWindow::makeSortMenu() {
+  auto* menu = new QMenu(QStringLiteral("S&ortieren nach"), this);
+  for (std::size_t column = 0; column < jobColumnCount; ++column) {
+    const JobColumnSpec& spec = columnSpec(static_cast<JobColumn>(column));
+    if (!spec.sortedBy) continue;
+    QAction* action = menu->addAction(QLatin1Char('&') + toQt(spec.caption));
+    action->setObjectName(QStringLiteral("mnuSort") + toQt(spec.name));
+    action->setCheckable(true);
+    connect(action, &QAction::triggered, this, [this, column] {
+      presenter_.headClick(column);
+      render();
+    });
+    sortActions_[column] = action;
+  }
+  return menu;
+}
+
+QMenu* JobViewWindow::makeColumnMenu() {
+  auto* menu = new QMenu(QStringLiteral("S&palten"), this);
+  menu->addAction(showKeys_);
+  menu->addSeparator();
+  connect(menu->addAction(QStringLiteral("An den Inhalt &anpassen")), &QAction::triggered, list_,
+          &JobListView::fitColumns);
+  const auto widen = [this, menu](const QString& caption, const QKeySequence& keys, int letters) {
+    QAction* action = menu->addAction(caption);
+    action->setShortcut(keys);
+    connect(action, &QAction::triggered, this, [this, letters] { list_->widenCurrent(letters); });
+  };
+  widen(QStringLiteral("&Breiter"), QKeySequence(Qt::CTRL | Qt::Key_Plus), 2);
+  widen(QStringLiteral("&Schmaler"), QKeySequence(Qt::CTRL | Qt::Key_Minus), -2);
+  connect(menu->addAction(QStringLiteral("&Zurücksetzen")), &QAction::triggered, this, [this] {
+    list_->arrangeColumns();
+    showKeys_->setChecked(false);
+  });
+  return menu;
 }
 
 void JobViewWindow::makeToolBar() {
@@ -306,9 +363,9 @@ QLineEdit* JobViewWindow::makeSearch(QWidget* parent) {
   if (const QIcon icon = picture("tool-search"); !icon.isNull())
     search_->addAction(icon, QLineEdit::LeadingPosition);
   search_->installEventFilter(this);
-  connect(search_, &QLineEdit::textChanged, this, [this](const QString& text) {
-    presenter_.search(fromQt(text));
-    render();
+  connect(search_, &QLineEdit::textChanged, this, [this] {
+    if (presenter_.searchesDatabase()) return searchTimer_.start(searchDelay);
+    search();
   });
   return search_;
 }
@@ -347,9 +404,14 @@ void JobViewWindow::makeStatusLine() {
   stopButton_->setDefaultAction(tool(Tool::StopProcessing));
   stopButton_->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
   stopButton_->setFocusPolicy(Qt::StrongFocus);
+  result_->setObjectName(QStringLiteral("lblErgebnis"));
+  result_->setContentsMargins(6, 0, 6, 0);
+  result_->setTextFormat(Qt::PlainText);
+  result_->setTextInteractionFlags(Qt::TextSelectableByMouse);
   count_->setObjectName(QStringLiteral("lblCount"));
   count_->setContentsMargins(6, 0, 6, 0);
-  statusBar()->addWidget(info_, 1);
+  statusBar()->addWidget(info_);
+  statusBar()->addWidget(result_, 1);
   statusBar()->addPermanentWidget(progress_);
   statusBar()->addPermanentWidget(stopButton_);
   statusBar()->addPermanentWidget(count_);
@@ -367,13 +429,21 @@ void JobViewWindow::connectList() {
     presenter_.headClick(static_cast<std::size_t>(column));
     render();
   });
-  connect(list_->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
-          [this](const QModelIndex& current) {
-            if (rendering_) return;
-            presenter_.select(current.isValid() ? std::optional(static_cast<std::size_t>(current.row()))
-                                                : std::nullopt);
-            render();
-          });
+  connect(list_->selectionModel(), &QItemSelectionModel::currentRowChanged, this, [this] { takeMarks(); });
+  connect(list_->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] { takeMarks(); });
+}
+
+/// The cursor comes with the marks: the toolkit tells of them one after the other.
+void JobViewWindow::takeMarks() {
+  if (rendering_) return;
+  const QModelIndex current = list_->currentIndex();
+  std::vector<std::size_t> rows;
+  for (const QModelIndex& row : list_->selectionModel()->selectedRows())
+    rows.push_back(static_cast<std::size_t>(row.row()));
+  presenter_.select(current.isValid() ? std::optional(static_cast<std::size_t>(current.row()))
+                                      : std::nullopt);
+  presenter_.mark(std::move(rows));
+  render();
 }
 
 void JobViewWindow::showListMenu(const QPoint& at) {
@@ -382,17 +452,29 @@ void JobViewWindow::showListMenu(const QPoint& at) {
   menu.addAction(tool(Tool::OpenJob));
   menu.addAction(copy_);
   menu.addSeparator();
+  menu.addAction(tool(Tool::Release));
+  menu.addAction(tool(Tool::TakeBack));
+  menu.addAction(tool(Tool::ExportMarked));
+  menu.addSeparator();
   menu.addAction(tool(Tool::Delete));
   menu.exec(list_->viewport()->mapToGlobal(at));
 }
 
+/// The focus returns to the list, wherever a dialog or a button has left it.
 void JobViewWindow::command(Tool tool) {
   presenter_.command(tool);
   render();
+  if (list_->isEnabled()) list_->setFocus(Qt::OtherFocusReason);
 }
 
-void JobViewWindow::copyRow() {
-  const QString text = list_->currentRowText();
+void JobViewWindow::search() {
+  searchTimer_.stop();
+  presenter_.search(fromQt(search_->text()));
+  render();
+}
+
+void JobViewWindow::copyRows() {
+  const QString text = list_->markedText();
   if (!text.isEmpty()) QGuiApplication::clipboard()->setText(text);
 }
 
@@ -444,9 +526,10 @@ void JobViewWindow::closeEvent(QCloseEvent* event) {
 
 std::unique_ptr<BusyWait> JobViewWindow::databaseWait() { return std::make_unique<QtBusyWait>(this); }
 
-bool JobViewWindow::openJob(std::string_view jobId, bool offerNext) {
+DialogEnd JobViewWindow::openJob(std::string_view jobId, const JobPlace& place) {
   render();
-  return dialogs_.openJob && dialogs_.openJob(this, jobId, offerNext);
+  showCurrent();
+  return dialogs_.openJob ? dialogs_.openJob(this, jobId, place) : DialogEnd::Closed;
 }
 
 void JobViewWindow::options() {
@@ -510,9 +593,7 @@ void JobViewWindow::renderTools() {
     QToolButton* button = filterButtons_[i];
     button->setEnabled(shown.enabled);
     button->setChecked(shown.checked);
-    const std::int64_t count = countOf(state().counts, filterTools[i]);
-    const QString caption = withoutAccessKey(toolSpec(filterTools[i]).caption);
-    button->setText(caption + QLatin1Char(' ') + QLocale().toString(static_cast<qlonglong>(count)));
+    button->setText(toQt(filterText(state(), filterTools[i])));
   }
   const bool idle = state().tool(Tool::Options).enabled;
   search_->setEnabled(idle);
@@ -536,8 +617,13 @@ void JobViewWindow::renderList() {
   if (made || (current.isValid() && list_->currentIndex().row() != current.row())) {
     // Makes the row current without scrolling to it, so that an unmoved job does not seem to move.
     list_->setAutoScroll(false);
-    list_->selectionModel()->setCurrentIndex(current,
-                                             QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    const bool several = made && state().marked.size() > 1;
+    list_->selectionModel()->setCurrentIndex(current, several ? QItemSelectionModel::Clear
+                                                              : QItemSelectionModel::ClearAndSelect |
+                                                                    QItemSelectionModel::Rows);
+    for (const std::size_t row : several ? state().marked : std::vector<std::size_t>())
+      list_->selectionModel()->select(model_->index(static_cast<int>(row), 0),
+                                      QItemSelectionModel::Select | QItemSelectionModel::Rows);
     list_->setAutoScroll(true);
     list_->verticalScrollBar()->setValue(down);
     if (current.isValid() && job != shownJob_) list_->scrollTo(current);
@@ -556,6 +642,9 @@ void JobViewWindow::renderList() {
   list_->horizontalHeader()->setSortIndicator(static_cast<int>(state().sortColumn), state().sortDescending
                                                                                         ? Qt::DescendingOrder
                                                                                         : Qt::AscendingOrder);
+  for (std::size_t column = 0; column < jobColumnCount; ++column)
+    if (sortActions_[column] != nullptr)
+      sortActions_[column]->setChecked(static_cast<std::size_t>(state().sortColumn) == column);
   list_->setHint(toQt(state().emptyHint));
 }
 
@@ -563,6 +652,11 @@ void JobViewWindow::renderTexts() {
   notice_->setText(toQt(state().notice));
   notice_->setVisible(!state().notice.empty());
   info_->setText(toQt(state().label));
+  info_->setVisible(!state().label.empty());
+  result_->setText(toQt(state().result));
+  // What is under way matters more than what was.
+  result_->setVisible(state().label.empty());
+  causes_->show(state().causes, state().cause);
   progress_->setVisible(state().progressVisible);
   progress_->setRange(0, state().progress ? 100 : 0);
   progress_->setValue(state().progress.value_or(0));
@@ -605,6 +699,7 @@ void JobViewWindow::restoreLayout() {
     if (!list_->horizontalHeader()->restoreState(columns)) list_->arrangeColumns();
   }
   if (const QByteArray split = stored(splitterKey); !split.isEmpty()) splitter_->restoreState(split);
+  if (const QByteArray split = stored(lowerKey); !split.isEmpty()) lower_->restoreState(split);
   showKeys_->setChecked(!list_->isColumnHidden(static_cast<int>(JobColumn::JobID)));
 }
 
@@ -614,6 +709,7 @@ void JobViewWindow::saveLayout() {
   };
   keep(columnsKey, list_->horizontalHeader()->saveState());
   keep(splitterKey, splitter_->saveState());
+  keep(lowerKey, lower_->saveState());
 }
 
 } // namespace qx

@@ -25,6 +25,7 @@ class QToolButton;
 
 namespace qx {
 
+class CausesPane;
 class JobDetailsPane;
 class JobListModel;
 class JobListView;
@@ -32,8 +33,7 @@ class JobListView;
 /// The dialogs that the window opens; all of them are modal to the widget given. An empty function does
 /// nothing.
 struct JobViewDialogs {
-  /// True when the clerk wants to continue with the next job.
-  std::function<bool(QWidget* parent, std::string_view jobId, bool offerNext)> openJob;
+  std::function<DialogEnd(QWidget* parent, std::string_view jobId, const JobPlace& place)> openJob;
   std::function<void(QWidget* parent)> options;
   std::function<void(QWidget* parent)> deleteDate;
   std::function<void(QWidget* parent)> about;
@@ -67,7 +67,7 @@ protected:
 private:
   /// @name `JobViewHost`
   /// @{
-  bool openJob(std::string_view jobId, bool offerNext) override;
+  DialogEnd openJob(std::string_view jobId, const JobPlace& place) override;
   void options() override;
   void deleteDate() override;
   void about() override;
@@ -82,6 +82,8 @@ private:
   QAction* makeAction(const char* name, const QString& caption, const QKeySequence& shortcut);
   void makeMenus();
   QMenu* makeMenu(const QString& caption, std::initializer_list<std::optional<Tool>> tools);
+  QMenu* makeSortMenu();
+  QMenu* makeColumnMenu();
   void makeToolBar();
   QWidget* makeFilterBar();
   QLineEdit* makeSearch(QWidget* parent);
@@ -90,7 +92,9 @@ private:
   QAction* tool(Tool tool) const;
   bool passKey(const QKeyEvent& event);
   void command(Tool tool);
-  void copyRow();
+  void takeMarks();
+  void search();
+  void copyRows();
   void showListMenu(const QPoint& at);
 
   void render();
@@ -111,12 +115,15 @@ private:
   JobListModel* model_;
   JobListView* list_;
   JobDetailsPane* details_;
+  CausesPane* causes_;
   QSplitter* splitter_;
+  QSplitter* lower_;             ///< details and causes
   QMenu* processMenu_ = nullptr; ///< has the runs of one kind, in customer-specific mode
   QToolButton* processButton_ = nullptr;
   QLineEdit* search_ = nullptr;
   QLabel* notice_;
   QLabel* info_;
+  QLabel* result_;
   QProgressBar* progress_;
   QToolButton* stopButton_ = nullptr;
   QLabel* count_;
@@ -124,8 +131,10 @@ private:
   QAction* find_ = nullptr;
   QAction* refresh_ = nullptr;
   QAction* showKeys_ = nullptr;
+  std::array<QAction*, jobColumnCount> sortActions_{}; ///< null for a column that does not sort
   QTimer timer_;
   QTimer detailsTimer_;
+  QTimer searchTimer_;
   bool opened_ = false;
   bool drawPending_ = false;
   bool rendering_ = false;

@@ -2,6 +2,7 @@
 
 #include "platform/failure.h"
 #include "settings/settings.h"
+#include "ui/qt/row_table.h"
 #include "ui/qt/text.h"
 
 #include <QApplication>
@@ -113,7 +114,7 @@ void LookupModel::fetchMore(const QModelIndex& parent) {
 LookupWindow::LookupWindow(const LookupRequest& request, erp::LookupPages& pages, LocalSettings& settings,
                            Diagnostics& diagnostics, QWidget* parent)
     : QDialog(parent), model_(new LookupModel(pages, diagnostics, this)), search_(new QLineEdit(this)),
-      table_(new QTableView(this)), hint_(new QLabel(table_->viewport())), notice_(new QLabel(this)),
+      table_(new RowTable(this)), hint_(new QLabel(table_->viewport())), notice_(new QLabel(this)),
       settings_(settings), diagnostics_(diagnostics), profile_(request.profile) {
   setObjectName(QStringLiteral("lookupWindow"));
   setWindowTitle(toQt(request.caption).trimmed());

@@ -40,8 +40,8 @@ namespace {
 /// The dialogs that the job window opens.
 JobViewDialogs dialogsOf(const DialogContext& context) {
   JobViewDialogs dialogs;
-  dialogs.openJob = [&context](QWidget* parent, std::string_view jobId, bool offerNext) {
-    return showJobDialog(parent, context, jobId, offerNext) == DialogEnd::Next;
+  dialogs.openJob = [&context](QWidget* parent, std::string_view jobId, const JobPlace& place) {
+    return showJobDialog(parent, context, jobId, place);
   };
   dialogs.options = [&context](QWidget* parent) {
     OptionsWindow(context.environment, parent, context.wait).exec();
@@ -118,7 +118,8 @@ ExitCode openView(const ViewArguments& arguments, Diagnostics& diagnostics, QtDe
   ImportJobObject2 engine(environment);
   if (!engine.Session()) return ExitCode::Failure; // a box has shown the reason
   LookupBridge lookups(environment);
-  context.emplace(DialogContext{environment, engine, lookups, [] { return std::make_unique<QtBusyWait>(); }});
+  context.emplace(DialogContext{environment, engine, lookups, [] { return std::make_unique<QtBusyWait>(); },
+                                askReleaseInBox});
   view.attach(engine);
   LoopEnd loopEnd;
   const Subscription subscription = engine.subscribe(loopEnd);

@@ -1,6 +1,7 @@
 #include "ui/qt/options_window.h"
 
 #include "ui/qt/text.h"
+#include "ui/qt/window_memory.h"
 
 #include <QCheckBox>
 #include <QCloseEvent>
@@ -9,6 +10,8 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScreen>
+#include <QScrollArea>
 #include <QTabWidget>
 #include <QVBoxLayout>
 
@@ -63,6 +66,11 @@ OptionsWindow::OptionsWindow(Environment& environment, QWidget* parent, WaitFact
   }
   layout->addWidget(tabs_);
   layout->addLayout(buttons);
+  QSize pages(0, 0);
+  for (const QScrollArea* const scroll : findChildren<QScrollArea*>())
+    pages = pages.expandedTo(scroll->widget()->sizeHint());
+  const int line = fontMetrics().lineSpacing();
+  resize((pages + QSize(3 * line, 7 * line)).boundedTo(roomFor(*this, *screen())));
 }
 
 QWidget* OptionsWindow::makePage(bool customerSpecific) {
@@ -79,7 +87,11 @@ QWidget* OptionsWindow::makePage(bool customerSpecific) {
     if (belongs(group)) (leftOnes-- > 0 ? left : right)->addWidget(makeGroup(group));
   left->addStretch();
   right->addStretch();
-  return page;
+  auto* const scroll = new QScrollArea;
+  scroll->setWidget(page);
+  scroll->setWidgetResizable(true);
+  scroll->setFrameShape(QFrame::NoFrame);
+  return scroll;
 }
 
 QWidget* OptionsWindow::makeGroup(const OptionGroup& group) {

@@ -5,6 +5,8 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QHash>
+#include <QPainter>
+#include <QPixmap>
 #include <QPointer>
 
 /// The pictures are in a static library; the linker drops them unless initialised here. Must be outside any
@@ -49,6 +51,25 @@ QIcon picture(std::string_view name) {
   static QPointer<PictureStore> store;
   if (!store) store = new PictureStore(QCoreApplication::instance());
   return store->get(toQt(name));
+}
+
+QIcon releasedPicture(std::string_view name) {
+  const QIcon state = picture(name);
+  const QIcon mark = picture("PROCESSED");
+  QIcon both;
+  for (const int side : {16, 24, 32, 48, 64, 96}) {
+    QPixmap drawn(side, side);
+    drawn.fill(Qt::transparent);
+    QPainter painter(&drawn);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const int large = side * 3 / 4;
+    const int small = side * 9 / 16;
+    state.paint(&painter, QRect(0, 0, large, large));
+    mark.paint(&painter, QRect(side - small, side - small, small, small));
+    painter.end();
+    both.addPixmap(drawn);
+  }
+  return both;
 }
 
 QIcon severityPicture(CheckStatus severity) {

@@ -14,6 +14,9 @@ namespace qx {
 /// for an unknown name.
 QIcon picture(std::string_view name);
 
+/// The picture of a state, by its name, with the mark of a released job.
+QIcon releasedPicture(std::string_view name);
+
 /// The picture of a severity in a findings list: `PROCESSING`, `WARNING` or `ERROR`.
 QIcon severityPicture(CheckStatus severity);
 /// The picture beside a field: `WARNINGGRAY` or `ERRORGRAY`; null when it is clean.

@@ -99,6 +99,8 @@ void QtDesktop::showKept() {
     box.setIcon(boxIcon(message.icon));
     box.setStandardButtons(QMessageBox::Ok);
     box.button(QMessageBox::Ok)->setText(QStringLiteral("OK"));
+    // Like the buttons of all other windows.
+    box.button(QMessageBox::Ok)->setIcon({});
     box.exec();
   }
 }

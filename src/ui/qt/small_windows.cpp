@@ -5,23 +5,33 @@
 #include "ui/about_box.h"
 #include "ui/qt/busy_wait.h"
 #include "ui/qt/pictures.h"
+#include "ui/qt/printing.h"
 #include "ui/qt/text.h"
+#include "ui/qt/window_memory.h"
 
 #include <QApplication>
 #include <QClipboard>
 #include <QFormLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScreen>
 #include <QSysInfo>
+#include <QTextDocument>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace qx {
 namespace {
 
 constexpr int textColumns = 80;
 constexpr int textLines = 14;
+constexpr int mostLines = 30;
+constexpr int fewestColumns = 40;
+constexpr int fewestLines = 6;
 constexpr int hintColumns = 60;
 constexpr int iconSize = 48;
 
@@ -45,9 +55,18 @@ QPlainTextEdit* makeTextBox(const QString& text) {
   box->setReadOnly(true);
   box->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   const QFontMetrics metrics = box->fontMetrics();
-  box->setMinimumSize(metrics.averageCharWidth() * textColumns, metrics.lineSpacing() * textLines);
+  box->setMinimumSize(metrics.averageCharWidth() * fewestColumns, metrics.lineSpacing() * fewestLines);
   return box;
 }
+
+/// Enter looks for the next place and does not press the default button.
+class SearchLine final : public QLineEdit {
+protected:
+  void keyPressEvent(QKeyEvent* event) override {
+    QLineEdit::keyPressEvent(event);
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) event->accept();
+  }
+};
 
 QPushButton* makeCopyButton(const QPlainTextEdit* box) {
   QPushButton* const copy = makeButton(QStringLiteral("&Kopieren"), "cmdCopy");
@@ -118,25 +137,62 @@ void DeleteDateWindow::accept() {
   QDialog::accept();
 }
 
-ErrorWindow::ErrorWindow(std::string_view text, QWidget* parent, std::string_view title) : QDialog(parent) {
+ErrorWindow::ErrorWindow(std::string_view text, QWidget* parent, std::string_view title)
+    : QDialog(parent), box_(makeTextBox(toQt(text))) {
   setObjectName(QStringLiteral("frmError"));
   setWindowTitle(toQt(title));
-  QPlainTextEdit* const box = makeTextBox(toQt(text));
-  box->setObjectName(QStringLiteral("txtError"));
-  box->setAccessibleName(QStringLiteral("Fehlertext"));
-  QPushButton* const close = makeButton(QStringLiteral("&Schließen"), "cmdOK");
+  box_->setObjectName(QStringLiteral("txtError"));
+  box_->setAccessibleName(QStringLiteral("Text"));
+  auto* const sought = new SearchLine;
+  sought->setObjectName(QStringLiteral("txtSuchen"));
+  sought->setClearButtonEnabled(true);
+  connect(sought, &QLineEdit::textChanged, this, [this](const QString& typed) { find(typed, true); });
+  connect(sought, &QLineEdit::returnPressed, this, [this, sought] { find(sought->text(), false); });
+  auto* const caption = new QLabel(QStringLiteral("&Suchen:"));
+  caption->setBuddy(sought);
+  auto* const search = new QHBoxLayout;
+  search->addWidget(caption);
+  search->addWidget(sought, 1);
+  QPushButton* const print = makeButton(QStringLiteral("&Drucken..."), "cmdDrucken");
+  print->setAutoDefault(false);
+  print->setVisible(canPrint());
+  connect(print, &QPushButton::clicked, this, [this] { printText(this, windowTitle(), *box_); });
+  QPushButton* const close = makeButton(QStringLiteral("S&chließen"), "cmdOK");
   close->setDefault(true);
   connect(close, &QPushButton::clicked, this, &ErrorWindow::accept);
   auto* const layout = new QVBoxLayout(this);
-  layout->addWidget(box);
-  layout->addLayout(makeButtonRow({makeCopyButton(box), close}));
+  layout->addLayout(search);
+  layout->addWidget(box_);
+  layout->addLayout(makeButtonRow({print, makeCopyButton(box_), close}));
+  const int lines = std::clamp(static_cast<int>(text.size()) / textColumns, textLines, mostLines);
+  const QFontMetrics metrics = box_->fontMetrics();
+  const QSize usual(metrics.averageCharWidth() * textColumns, metrics.lineSpacing() * (lines + 6));
+  resize(usual.boundedTo(roomFor(*this, *screen())));
   close->setFocus();
+}
+
+void ErrorWindow::find(const QString& text, bool fromHere) {
+  QTextDocument& document = *box_->document();
+  QList<QTextEdit::ExtraSelection> places;
+  QTextCharFormat marked;
+  marked.setBackground(palette().color(QPalette::Highlight));
+  marked.setForeground(palette().color(QPalette::HighlightedText));
+  for (QTextCursor at = document.find(text); !text.isEmpty() && !at.isNull(); at = document.find(text, at))
+    places.append({at, marked});
+  box_->setExtraSelections(places);
+  if (places.isEmpty()) return;
+  QTextCursor cursor = box_->textCursor();
+  if (fromHere) cursor.setPosition(cursor.selectionStart());
+  QTextCursor next = document.find(text, cursor);
+  if (next.isNull()) next = places.constFirst().cursor;
+  box_->setTextCursor(next);
+  box_->centerCursor();
 }
 
 AboutWindow::AboutWindow(Environment& environment, std::string schemaVersion, QWidget* parent)
     : QDialog(parent), environment_(environment), schemaVersion_(std::move(schemaVersion)) {
   setObjectName(QStringLiteral("frmAbout2"));
-  setWindowTitle(QStringLiteral("Info über die Importvorgänge"));
+  setWindowTitle(QStringLiteral("Info"));
   auto* const icon = new QLabel;
   icon->setPixmap(picture("qximportjob").pixmap(QSize(iconSize, iconSize), devicePixelRatioF()));
   QLabel* const name = makeFact(QStringLiteral("Importvorgänge"), "lblName");
@@ -191,6 +247,9 @@ void AboutWindow::showSystemInformation() {
   auto* const layout = new QVBoxLayout(&window);
   layout->addWidget(box);
   layout->addLayout(makeButtonRow({makeCopyButton(box), close}));
+  const QFontMetrics metrics = box->fontMetrics();
+  const QSize usual(metrics.averageCharWidth() * textColumns, metrics.lineSpacing() * (textLines + 5));
+  window.resize(usual.boundedTo(roomFor(window, *window.screen())));
   close->setFocus();
   window.exec();
 }

@@ -10,6 +10,7 @@
 #include <string_view>
 
 class QLineEdit;
+class QPlainTextEdit;
 class QPushButton;
 
 namespace qx {
@@ -29,10 +30,16 @@ private:
   QPushButton* remove_;
 };
 
-/// `frmError`: shows a text that can be copied.
+/// `frmError`: shows a text that can be searched, copied and printed.
 class ErrorWindow final : public QDialog {
 public:
   explicit ErrorWindow(std::string_view text, QWidget* parent = nullptr, std::string_view title = "Fehler");
+
+private:
+  /// Marks every place of the text that is looked for and goes to the next one.
+  void find(const QString& text, bool fromHere);
+
+  QPlainTextEdit* box_;
 };
 
 /// `frmAbout2`: the program and its ERP, and the system information on demand.

@@ -17,6 +17,9 @@
 #include <QTableView>
 #include <QToolButton>
 
+#include <map>
+#include <set>
+
 namespace qx {
 namespace {
 
@@ -33,9 +36,9 @@ protected:
         {{"Kundennummer", "20001"}, {"Adressnummer", "7"}, {"Bez1", "Lager"}, {"Ort", "Kiel"}});
   }
 
-  DialogEnd show(std::string_view jobId, std::function<void(QDialog&)> steps, bool offerNext = false) {
+  DialogEnd show(std::string_view jobId, std::function<void(QDialog&)> steps, const JobPlace& place = {}) {
     inNextWindow(std::move(steps));
-    return showJobDialog(nullptr, context, jobId, offerNext);
+    return showJobDialog(nullptr, context, jobId, place);
   }
   std::string stored(std::string_view jobId, std::string_view column) {
     return text("Select "_sql, name(column), " From ImportKopf Where JobID = '"_sql, value(jobId), "'"_sql);
@@ -208,22 +211,21 @@ TEST_F(JobDialogWindowTest, LeavingWithChangesAsksOnce) {
 
 TEST_F(JobDialogWindowTest, EnterInAFieldChecksButDoesNotSave) {
   stageContract("V1", {{"Menge", 0}});
-  const DialogEnd end = show(
-      "V1",
-      [](QDialog& window) {
-        auto& quantity = child<QLineEdit>(window, "tdbAnzahl");
-        quantity.setFocus();
-        quantity.selectAll();
-        typeText(quantity, "3");
-        QTest::keyClick(&quantity, Qt::Key_Return);
-        EXPECT_TRUE(window.isVisible());
-        EXPECT_THAT(findingCodes(window), IsEmpty());
-        auto& next = child<QPushButton>(window, "cmdWeiter");
-        next.setFocus();
-        QTest::keyClick(&next, Qt::Key_Return);
-        EXPECT_FALSE(window.isVisible());
-      },
-      true);
+  const DialogEnd end = show("V1",
+                             [](QDialog& window) {
+                               auto& quantity = child<QLineEdit>(window, "tdbAnzahl");
+                               quantity.setFocus();
+                               quantity.selectAll();
+                               typeText(quantity, "3");
+                               QTest::keyClick(&quantity, Qt::Key_Return);
+                               EXPECT_TRUE(window.isVisible());
+                               EXPECT_THAT(findingCodes(window), IsEmpty());
+                               auto& next = child<QPushButton>(window, "cmdWeiter");
+                               next.setFocus();
+                               QTest::keyClick(&next, Qt::Key_Return);
+                               EXPECT_FALSE(window.isVisible());
+                             },
+                             {1, 2});
   EXPECT_EQ(end, DialogEnd::Next);
   EXPECT_EQ(stored("V1", "Menge"), "3");
 }
@@ -372,14 +374,14 @@ TEST_F(JobDialogWindowTest, AJobThatAnotherProgramHasChangedIsReadAnewOrKeptInSi
     EXPECT_FALSE(window.isVisible());
     inNextWindow([&price](QDialog& anew) { price = child<QLineEdit>(anew, "tdbBetrag").text(); });
   });
-  EXPECT_EQ(price, QStringLiteral("100"));
+  EXPECT_EQ(price, QStringLiteral("100,00"));
   show("V1", [&](QDialog& window) {
     set("V1", "Preis", "101");
     press(window, "cmdDelete");
     EXPECT_FALSE(window.isVisible());
     inNextWindow([&price](QDialog& anew) { price = child<QLineEdit>(anew, "tdbBetrag").text(); });
   });
-  EXPECT_EQ(price, QStringLiteral("101"));
+  EXPECT_EQ(price, QStringLiteral("101,00"));
 }
 
 TEST_F(JobDialogWindowTest, WhileAnotherProgramWritesTheClerkMayGiveUpOrWait) {
@@ -618,19 +620,265 @@ TEST_F(JobDialogWindowTest, TheTabulatorLeavesATableAtItsEnds) {
   });
 }
 
+TEST_F(JobDialogWindowTest, AJobLeadsToItsNeighboursWithOrWithoutSaving) {
+  stageContract("V1");
+  const auto press = [](Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+    return [=](QDialog& window) {
+      enterInto(window, "txtVertragstext", modifiers == Qt::NoModifier ? "" : "Neu");
+      QTest::keyClick(&window, key, modifiers);
+      EXPECT_FALSE(window.isVisible());
+    };
+  };
+  EXPECT_EQ(show("V1", press(Qt::Key_F8), {2, 3}), DialogEnd::Next);
+  EXPECT_EQ(show("V1", press(Qt::Key_F7), {2, 3}), DialogEnd::Previous);
+  EXPECT_EQ(stored("V1", "Vertragstext"), "");
+  // There is nothing behind the last one: saving closes.
+  EXPECT_EQ(show("V1", press(Qt::Key_Return, Qt::ControlModifier), {3, 3}), DialogEnd::Closed);
+  EXPECT_EQ(stored("V1", "Vertragstext"), "Neu");
+  show("V1",
+       [](QDialog& window) {
+         EXPECT_EQ(shown<QLabel>(window, "lblStelle"), "Vorgang 3 von 1.011");
+         QTest::keyClick(&window, Qt::Key_F8);
+         EXPECT_FALSE(window.isVisible());
+       },
+       {3, 1011});
+  show("V1",
+       [](QDialog& window) {
+         QTest::keyClick(&window, Qt::Key_F8);
+         EXPECT_TRUE(window.isVisible()) << "the last one";
+       },
+       {2, 2});
+}
+
+TEST_F(JobDialogWindowTest, F3GoesFromFindingToFindingAndFromCellToCell) {
+  stageContract("V1", {{"Menge", 0}, {"Artikelnummer", "X"}});
+  show("V1", [](QDialog& window) {
+    const auto next = [&](Qt::KeyboardModifiers modifiers = {}) {
+      QTest::keyClick(&window, Qt::Key_F3, modifiers);
+      return fromQt(window.focusWidget()->objectName());
+    };
+    EXPECT_EQ(next(), "txtVertragsgegenstand");
+    EXPECT_EQ(next(), "tdbAnzahl");
+    EXPECT_EQ(next(), "txtVertragsgegenstand");
+    EXPECT_EQ(next(Qt::ShiftModifier), "tdbAnzahl");
+    EXPECT_EQ(shown<QLabel>(window, "lblBefunde"), "Be&funde: 2");
+    QTest::keyClick(&window, Qt::Key_F, Qt::AltModifier);
+    EXPECT_TRUE(child<QTableView>(window, "lstFehler").hasFocus());
+  });
+  add("Mengeneinheiten", {{"Mengeneinheit", "ST"}, {"Langtext", "Stück"}});
+  stageOrder("O1");
+  stagePosition("O1", 10, "A100", 2, {{"Preis", 12}, {"Mengeneinheit", "FASS"}});
+  show("O1", [](QDialog& window) {
+    auto& table = child<QTableView>(window, "TDBGrid1");
+    std::vector<std::string> places;
+    for (int i = 0; i < 2; ++i) {
+      QTest::keyClick(&window, Qt::Key_F3);
+      EXPECT_TRUE(table.hasFocus());
+      places.push_back(
+          fromQt(table.model()->headerData(table.currentIndex().column(), Qt::Horizontal).toString()));
+    }
+    EXPECT_THAT(places, testing::UnorderedElementsAre("Preis", "Einheit"));
+    QTest::keyClick(&table, Qt::Key_Tab, Qt::ControlModifier);
+    EXPECT_FALSE(table.hasFocus());
+    QTest::keyClick(&window, Qt::Key_T, Qt::AltModifier);
+    EXPECT_TRUE(table.hasFocus());
+  });
+}
+
+TEST_F(JobDialogWindowTest, OneKeyTakesAValueOverAndAnotherAllOfThem) {
+  stageCustomer("K1", "20001");
+  set("K1", "Bez1", "Hafenbau AG");
+  set("K1", "Strasse", "Am Kai 2");
+  set("K1", "Ort", "Kiel");
+  show("K1", [](QDialog& window) {
+    child<QLineEdit>(window, "txtStrasse").setFocus();
+    QTest::keyClick(&window, Qt::Key_F6);
+    EXPECT_EQ(shown(window, "txtStrasse"), "Am Kai 1");
+    EXPECT_EQ(shown(window, "txtOrt"), "Kiel");
+    ASSERT_TRUE(child<QPushButton>(window, "cmdAllesUebernehmen").isVisible());
+    QTest::keyClick(&window, Qt::Key_F6, Qt::ShiftModifier);
+    EXPECT_EQ(shown(window, "txtBez1") + shown(window, "txtOrt"), "Hafenbau GmbHHamburg");
+    EXPECT_FALSE(child<QPushButton>(window, "cmdAllesUebernehmen").isVisible());
+  });
+  stageOrder("O1");
+  for (int number = 1; number <= 3; ++number)
+    stagePosition("O1", number, "A100", 1, {{"Preis", 12}, {"Mengeneinheit", "ST"}});
+  show("O1", [](QDialog& window) {
+    goTo(window, 1, "Menge");
+    QTest::keyClick(&window, Qt::Key_F6);
+    EXPECT_EQ(cellText(window, 0, "Preis") + " " + cellText(window, 1, "Preis"), "12,00 10,00");
+    press(window, "cmdAllesUebernehmen");
+    EXPECT_EQ(cellText(window, 0, "Preis") + " " + cellText(window, 2, "Preis"), "10,00 10,00");
+    EXPECT_THAT(findingCodes(window), Not(Contains(HasSubstr("PR"))));
+  });
+}
+
+TEST_F(JobDialogWindowTest, AnAddedPositionIsGivenItsUnitAndPrice) {
+  erp.setOption("AuftragLieferbereit", "1");
+  stageOrder("O1");
+  stagePriced("O1", 1, 1);
+  show("O1", [](QDialog& window) {
+    QTest::keyClick(&goTo(window, 0, "Menge"), Qt::Key_Insert);
+    typeInto(window, 1, "Artikelnummer", "B200");
+    EXPECT_EQ(cellText(window, 1, "Einheit"), "ST");
+    EXPECT_THAT(findingCodes(window), Contains("ME 2"));
+    typeInto(window, 1, "Menge", "3");
+    EXPECT_EQ(cellText(window, 1, "Preis"), "4,99");
+    EXPECT_EQ(cell(window, 1, "Lieferbereit").data(Qt::CheckStateRole).toInt(), Qt::Checked);
+    EXPECT_THAT(findingCodes(window), IsEmpty());
+    // What is typed stays.
+    typeInto(window, 1, "Preis", "5");
+    typeInto(window, 1, "Menge", "4");
+    EXPECT_EQ(cellText(window, 1, "Preis"), "5,00");
+    EXPECT_EQ(shown<QLabel>(window, "lblTabelleSumme"), "2 Positionen, Summe 30,00");
+    typeInto(window, 1, "Preis", "1234,5");
+    EXPECT_EQ(shown<QLabel>(window, "lblTabelleSumme"), "2 Positionen, Summe 4.948,00");
+  });
+}
+
+TEST_F(JobDialogWindowTest, PartOfATextChoosesTheOnlyRowThatHasIt) {
+  stageOrder("O1");
+  show("O1", [](QDialog& window) {
+    enterInto(window, "tdbZahlungsart", "nach");
+    EXPECT_EQ(child<CodeCombo>(window, "tdbZahlungsart").code(), "NN");
+    EXPECT_THAT(findingCodes(window), Not(Contains("ZA")));
+    enterInto(window, "tdbZahlungsart", "xy");
+    EXPECT_THAT(findingCodes(window), Contains("ZA"));
+    press(window, "cmdSpeichern");
+  });
+}
+
+TEST_F(JobDialogWindowTest, TheOrderShowsTheAddressThatItJudges) {
+  stageOrder("O1", {{"Strasse", "Weg 43"}});
+  show("O1", [](QDialog& window) {
+    EXPECT_EQ(child<QPlainTextEdit>(window, "txtAnschrift").toPlainText(),
+              QStringLiteral("Hafenbau GmbH\nWeg 43"));
+    EXPECT_EQ(child<QPlainTextEdit>(window, "txtStammanschrift").toPlainText(),
+              QStringLiteral("Hafenbau GmbH\nAm Kai 1\nDE 20457 Hamburg"));
+    EXPECT_TRUE(child<QToolButton>(window, "imgAnschrift").isVisible());
+    auto& own = child<QPlainTextEdit>(window, "txtAnschrift");
+    typeText(own, "x");
+    QTest::keyClick(&window, Qt::Key_Escape);
+    EXPECT_FALSE(window.isVisible()) << "nothing has been changed";
+  });
+}
+
+TEST_F(JobDialogWindowTest, TheReleaseIsProposedToAMendedJobAndEscapeGoesBack) {
+  context.askRelease = askReleaseInBox;
+  stageCustomer("K1", "20001");
+  set("K1", "Vertreter1", "99");
+  execute("Update ImportKopf Set JobType = 11 Where JobID = 'K1'"_sql);
+  std::vector<std::string> proposals;
+  const auto answer = [&](Qt::Key key) {
+    inNextWindow([&proposals, key](QDialog& box) {
+      for (QAbstractButton* button : dynamic_cast<QMessageBox&>(box).buttons())
+        if (dynamic_cast<QPushButton&>(*button).isDefault()) proposals.push_back(fromQt(button->text()));
+      QTest::keyClick(&box, key);
+    });
+  };
+  show("K1", [&](QDialog& window) {
+    answer(Qt::Key_Escape);
+    press(window, "cmdSpeichern");
+    EXPECT_TRUE(window.isVisible());
+    enterInto(window, "tdbVertreter1", "01");
+    answer(Qt::Key_Return);
+    press(window, "cmdSpeichern");
+    EXPECT_FALSE(window.isVisible());
+  });
+  EXPECT_THAT(proposals, ElementsAre("&Nein", "&Ja"));
+  EXPECT_EQ(stored("K1", "ProcessWarning") + stored("K1", "Vertreter1"), "101");
+}
+
+TEST_F(JobDialogWindowTest, TheTabulatorGoesDownOneColumnAfterTheOther) {
+  stageCustomer("K1", "20001");
+  show("K1", [](QDialog& window) {
+    const auto* before = &child<QWidget>(window, "txtKundennummer");
+    const auto left = [&](const QWidget& widget) {
+      return widget.parentWidget()->mapTo(&window, QPoint()).x();
+    };
+    const auto top = [&](const QWidget& widget) { return widget.mapTo(&window, QPoint()).y(); };
+    child<QWidget>(window, "txtKundennummer").setFocus();
+    for (int i = 0; i < 24; ++i) {
+      QTest::keyClick(window.focusWidget(), Qt::Key_Tab);
+      const QWidget* now = window.focusWidget();
+      if (now == before || qobject_cast<const QToolButton*>(now) != nullptr) continue;
+      if (now->objectName() == QStringLiteral("lstFehler")) break;
+      EXPECT_TRUE(left(*now) > left(*before) || (left(*now) == left(*before) && top(*now) > top(*before)))
+          << fromQt(before->objectName()) << " to " << fromQt(now->objectName());
+      before = now;
+    }
+  });
+}
+
 TEST_F(JobDialogWindowTest, EveryAccessKeyStandsForOneThing) {
   stageOrder("O1");
   stagePriced("O1", 1, 3);
   stageCustomer("K1", "20001");
   stageContract("V1");
   for (const char* job : {"O1", "K1", "V1"})
-    show(
-        job, [](QDialog& window) { expectSingleAccessKeys(window); }, true);
+    show(job, [](QDialog& window) { expectSingleAccessKeys(window); }, {1, 2});
   show("O1", [&](QDialog& window) {
     auto& table = goTo(window, 0, "Details");
     inNextWindow([](QDialog& details) { expectSingleAccessKeys(details); });
     QTest::keyClick(&table, Qt::Key_Space);
   });
+}
+
+TEST_F(JobDialogWindowTest, AButtonHasTheSameKeyInEveryDialog) {
+  stageOrder("O1");
+  stageCustomer("K1", "20001");
+  stageContract("V1");
+  std::map<std::string, std::set<std::string>> keys;
+  for (const char* job : {"O1", "K1", "V1"})
+    show(job,
+         [&](QDialog& window) {
+           for (const QPushButton* button : window.findChildren<QPushButton*>())
+             keys[fromQt(button->text().remove(QLatin1Char('&')))].insert(fromQt(button->text()));
+         },
+         {1, 2});
+  for (const auto& [text, marked] : keys) EXPECT_EQ(marked.size(), 1U) << text;
+  EXPECT_TRUE(keys.contains("Speichern und weiter"));
+}
+
+TEST_F(JobDialogWindowTest, EveryDialogFitsASmallScreenWithLargeLetters) {
+  stageCustomer("K1", "20001");
+  stageContract("V1");
+  execute("Update ImportKopf Set JobType = 40 Where JobID = 'V1'"_sql);
+  stageOrder("O1");
+  stagePriced("O1", 1, 3);
+  const QFont usual = QApplication::font();
+  const auto expectToFit = [](QWidget& window) {
+    const QRect screen = window.screen()->availableGeometry();
+    EXPECT_LE(window.width(), screen.width() - 8) << fromQt(window.objectName());
+    EXPECT_LE(window.height(), screen.height() - 28) << fromQt(window.objectName());
+    for (const QPushButton* button : window.findChildren<QPushButton*>())
+      if (button->isVisible() && button->parentWidget() == &window) {
+        EXPECT_TRUE(window.rect().contains(button->mapTo(&window, button->rect().bottomRight())))
+            << fromQt(window.objectName() + button->text());
+      }
+  };
+  for (const double scale : {1.0, 1.5, 2.0}) {
+    QFont font = usual;
+    font.setPointSizeF(usual.pointSizeF() * scale);
+    QApplication::setFont(font);
+    SCOPED_TRACE(scale);
+    show("K1",
+         [&](QDialog& window) {
+           expectToFit(window);
+           inNextWindow([&](QDialog& addresses) { expectToFit(addresses); });
+           press(window, "cmdAdressen");
+         },
+         {3, 11});
+    show("V1", [&](QDialog& window) { expectToFit(window); }, {3, 11});
+    show("O1",
+         [&](QDialog& window) {
+           expectToFit(window);
+           inNextWindow([&](QDialog& details) { expectToFit(details); });
+           QTest::keyClick(&goTo(window, 0, "Details"), Qt::Key_Space);
+         },
+         {3, 11});
+  }
+  QApplication::setFont(usual);
 }
 
 TEST_F(JobDialogWindowTest, AWindowFitsItsScreenWithItsFrame) {
@@ -677,7 +925,7 @@ TEST_F(JobDialogWindowTest, TheSizeIsKeptAndAFailureToKeepItIsTold) {
 }
 
 TEST_F(JobDialogWindowTest, AJobThatIsGoneIsTold) {
-  EXPECT_EQ(showJobDialog(nullptr, context, "FORT", false), DialogEnd::Closed);
+  EXPECT_EQ(showJobDialog(nullptr, context, "FORT", {}), DialogEnd::Closed);
   EXPECT_EQ(erp.desktop.texts(), "Der Vorgang ist nicht mehr vorhanden.\n");
 }
 

@@ -20,6 +20,7 @@
 #include <QScreen>
 #include <QScrollBar>
 #include <QTableView>
+#include <QTableWidget>
 #include <QTest>
 #include <QToolButton>
 
@@ -44,9 +45,9 @@ protected:
 
   void open() {
     JobViewDialogs dialogs;
-    dialogs.openJob = [this](QWidget*, std::string_view jobId, bool) {
+    dialogs.openJob = [this](QWidget*, std::string_view jobId, const JobPlace&) {
       openedJobs.emplace_back(jobId);
-      return openedJobs.size() <= nexts;
+      return openedJobs.size() <= nexts ? DialogEnd::Next : DialogEnd::Closed;
     };
     dialogs.about = [this](QWidget*) { ++abouts; };
     window = std::make_unique<JobViewWindow>(erp.environment, *engine, std::move(dialogs));
@@ -214,7 +215,8 @@ TEST_F(JobViewWindowTest, TheCloseBoxDuringARunClosesOnceTheRunHasReturned) {
 }
 
 TEST_F(JobViewWindowTest, ShowsTheDetailsOfTheCurrentJobAndCopiesItsRow) {
-  erp.execute("Update ImportKopf Set Fehlertext = 'Grund der Ablehnung' Where JobType = 12"_sql);
+  erp.execute(
+      "Update ImportKopf Set Fehlertext = 'Grund der Ablehnung', ProcessWarning = 0 Where JobType = 12"_sql);
   open();
   int row = 0;
   while (row < rows() && cell(row, JobColumn::Vorgang) != QStringLiteral("Kunden (fehler)")) ++row;
@@ -266,6 +268,57 @@ TEST_F(JobViewWindowTest, AHeadClickKeepsTheCurrentJobInSight) {
   QTest::keyClick(&list(), Qt::Key_Delete);
   ASSERT_EQ(erp.desktop.asked.size(), 1U);
   EXPECT_TRUE(inSight());
+}
+
+TEST_F(JobViewWindowTest, SeveralJobsAreMarkedReleasedAndSortedByKeyboardAlone) {
+  open();
+  erp.desktop.answer = true;
+  for (const char* filter : {"ViewWaiting", "ViewError"}) control<QAction>(filter).trigger();
+  const int warnings = rows();
+  ASSERT_GT(warnings, 2);
+  EXPECT_TRUE(list().hasFocus()) << "the focus is back after a command";
+  QTest::keyClick(&list(), Qt::Key_End);
+  EXPECT_EQ(list().currentIndex().row(), warnings - 1);
+  QTest::keyClick(&list(), Qt::Key_Home);
+  EXPECT_EQ(list().currentIndex().row(), 0);
+  QTest::keyClick(&list(), Qt::Key_A, Qt::ControlModifier);
+  QTest::keyClick(window.get(), Qt::Key_G, Qt::ControlModifier);
+  EXPECT_EQ(
+      erp.count("Select Count(*) From ImportKopf Where ProcessWarning = 1 And JobType In (11,21,31)"_sql),
+      warnings);
+  const auto& button = control<QToolButton>("btnViewWarnings");
+  EXPECT_TRUE(button.text().endsWith(QStringLiteral("davon %1 freigegeben").arg(warnings)))
+      << button.text().toStdString();
+  EXPECT_EQ(list().model()->index(0, 0).data(Qt::ToolTipRole).toString(),
+            QStringLiteral("Warnung, freigegeben"));
+  EXPECT_TRUE(control<QLabel>("lblErgebnis").text().endsWith(QStringLiteral(" freigegeben")));
+  EXPECT_EQ(list().selectionModel()->selectedRows().size(), warnings) << "marked as before";
+  QTest::keyClick(&list(), Qt::Key_C, Qt::ControlModifier);
+  EXPECT_EQ(QGuiApplication::clipboard()->text().count(QLatin1Char('\n')), warnings - 1);
+  control<QAction>("mnuSortBez1").trigger();
+  EXPECT_EQ(list().horizontalHeader()->sortIndicatorSection(), static_cast<int>(JobColumn::Bez1));
+}
+
+TEST_F(JobViewWindowTest, AClickOnACauseShowsItsJobs) {
+  erp.execute("Update ImportKopf Set Fehlertext = 'Der Artikel: ''X'' ist gesperrt!' Where JobType = 12"_sql);
+  const auto blocked = erp.count("Select Count(*) From ImportKopf Where JobType = 12"_sql);
+  ASSERT_GT(blocked, 0);
+  open();
+  auto& causes = control<QTableWidget>("lstUrsachen");
+  const auto rowOf = [&] {
+    const auto found = causes.findItems(QStringLiteral("Der Artikel: '...' ist gesperrt!"), Qt::MatchExactly);
+    return found.isEmpty() ? -1 : found.constFirst()->row();
+  };
+  ASSERT_TRUE(QTest::qWaitFor([&] { return rowOf() >= 0; }));
+  EXPECT_EQ(causes.item(rowOf(), 0)->text(), QString::number(blocked));
+  const int all = rows();
+  const QPoint place = causes.visualItemRect(causes.item(rowOf(), 1)).center();
+  QTest::mouseClick(causes.viewport(), Qt::LeftButton, {}, place);
+  EXPECT_EQ(rows(), blocked);
+  EXPECT_EQ(cell(0, JobColumn::Vorgang), QStringLiteral("Kunden (fehler)"));
+  causes.setFocus();
+  QTest::keyClick(&causes, Qt::Key_Return);
+  EXPECT_EQ(rows(), all);
 }
 
 TEST_F(JobViewWindowTest, EveryAccessKeyStandsForOneThing) {

@@ -51,7 +51,7 @@ TEST_F(ServerDialogWindow, AsksWhileTheServerIsGoneAndKeepsWhatTheClerkTyped) {
     press(window, "cmdSpeichern");
     EXPECT_FALSE(window.isVisible()) << "it was to be saved and closed";
   });
-  showJobDialog(nullptr, withBoxes, "K1", false);
+  showJobDialog(nullptr, withBoxes, "K1", {});
   EXPECT_EQ(text("Select Bez1 From ImportKopf Where JobID = 'K1'"_sql), "Neue Firma");
 }
 

@@ -1,5 +1,7 @@
 // The options dialog and the small dialogs with real keys and clicks.
 #include "support/test_erp.h"
+#include "window_driver.h"
+
 #include "ui/qt/options_window.h"
 #include "ui/qt/small_windows.h"
 #include "ui/qt/text.h"
@@ -15,6 +17,7 @@
 #include <QPushButton>
 #include <QTabWidget>
 #include <QTest>
+#include <QTextBlock>
 #include <QTimer>
 
 #include <functional>
@@ -219,6 +222,47 @@ TEST_F(Windows, AnErrorTextCanBeCopiedButNotChanged) {
     EXPECT_EQ(QApplication::clipboard()->text(), text->toPlainText());
     QTest::keyClick(&window, Qt::Key_Escape);
   });
+}
+
+TEST_F(Windows, ALongTextIsSearchedFromPlaceToPlace) {
+  ErrorWindow window("Erledigt A\nFehler B\nErledigt C\nFehler D", nullptr, "Protokoll");
+  run(window, [&](QWidget& shown) {
+    auto* const text = find<QPlainTextEdit>(shown, "txtError");
+    auto* const sought = find<QLineEdit>(shown, "txtSuchen");
+    const auto line = [&] { return text->textCursor().block().text(); };
+    sought->setFocus();
+    QTest::keyClicks(sought, QStringLiteral("fehler"));
+    EXPECT_EQ(line(), QStringLiteral("Fehler B"));
+    EXPECT_EQ(text->extraSelections().size(), 2);
+    QTest::keyClick(sought, Qt::Key_Return);
+    EXPECT_EQ(line(), QStringLiteral("Fehler D"));
+    QTest::keyClick(sought, Qt::Key_Return);
+    EXPECT_EQ(line(), QStringLiteral("Fehler B")) << "from the beginning again";
+    EXPECT_TRUE(shown.isVisible());
+    click(shown, "cmdOK");
+  });
+}
+
+TEST_F(Windows, EveryWindowFitsASmallScreenAndItsKeysAreUnique) {
+  erp.setSetting("Allgemein", "Individual", "VLK");
+  const QFont usual = QApplication::font();
+  for (const double scale : {1.0, 1.5, 2.0}) {
+    QFont font = usual;
+    font.setPointSizeF(usual.pointSizeF() * scale);
+    QApplication::setFont(font);
+    OptionsWindow options(erp.environment);
+    DeleteDateWindow deletion(erp.environment, engine);
+    ErrorWindow text(std::string(5000, 'x'));
+    AboutWindow about(erp.environment, "1");
+    for (QDialog* const window : std::initializer_list<QDialog*>{&options, &deletion, &text, &about})
+      run(*window, [&](QWidget& shown) {
+        EXPECT_LE(shown.width(), 1272) << fromQt(shown.objectName()) << scale;
+        EXPECT_LE(shown.height(), 772) << fromQt(shown.objectName()) << scale;
+        if (window != &options) expectSingleAccessKeys(shown);
+        window->done(QDialog::Rejected);
+      });
+  }
+  QApplication::setFont(usual);
 }
 
 TEST_F(Windows, TheAboutBoxTellsTheSystemInformation) {
