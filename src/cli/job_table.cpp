@@ -23,8 +23,8 @@ void writeKept(std::ostream& file, Connection& connection, Recordset& header) {
   JsonWriter json(file);
   json.beginObject().key("type").text(keptType).columns(header, header.fieldCount());
   json.key("Positionen").beginArray();
-  const auto positions = connection.open(sql("Select * From ImportPos Where JobID = '"_sql,
-                                             value(header.text("JobID")), "'"_sql));
+  const auto positions = connection.open(
+      sql("Select * From ImportPos Where JobID = '"_sql, value(header.text("JobID")), "'"_sql));
   for (; !positions->eof(); positions->moveNext())
     json.beginObject().columns(*positions, positions->fieldCount()).endObject();
   json.endArray().endObject();
@@ -34,7 +34,7 @@ void writeKept(std::ostream& file, Connection& connection, Recordset& header) {
 } // namespace
 
 std::vector<TableColumn> jobColumns() {
-  return {{"Stand", 8, 8},   {"Vorgang", 13, 7},       {"Eingang", 10, 10, true}, {"Kunde", 10, 6},
+  return {{"Stand", 8, 8},   {"Vorgang", 13, 7},     {"Eingang", 10, 10, true},      {"Kunde", 10, 6},
           {"JobID", 32, 32}, {"Name", 24, 16, true}, {"Betreff, Fehlertext", 48, 12}};
 }
 

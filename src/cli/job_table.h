@@ -19,8 +19,8 @@ std::vector<TableCell> jobCells(Recordset& row);
 void showWhatWould(const Output& output, Connection& connection, const std::vector<std::string>& keys,
                    const std::string& verb);
 
-/// Writes the jobs of these keys with their positions to a new file, with every column and in their states, so
-/// that `stage` takes them back. Raises `ProgramError`.
+/// Writes the jobs of these keys with their positions to a new file, with every column and in their states,
+/// so that `stage` takes them back. Raises `ProgramError`.
 void keepJobs(Connection& connection, const std::vector<std::string>& keys, const std::string& file);
 
 } // namespace qx::cli

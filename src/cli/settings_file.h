@@ -16,12 +16,12 @@ struct FileSetting {
   std::int64_t line = 0; ///< in the file it was read from
 };
 
-/// One `key=value` a line below `[section]`. A value is everything behind the `=`; in it `%` and line breaks are
-/// written as `%` and two hexadecimal digits. The settings of a section must follow each other.
+/// One `key=value` a line below `[section]`. A value is everything behind the `=`; in it `%` and line breaks
+/// are written as `%` and two hexadecimal digits. The settings of a section must follow each other.
 void writeSettings(std::ostream& file, const std::vector<FileSetting>& settings);
 
-/// Reads such a text; lines that are empty or begin with `;` or `#` are passed over. Raises `ProgramError`, which
-/// names the line, for anything else and for a key that stands twice.
+/// Reads such a text; lines that are empty or begin with `;` or `#` are passed over. Raises `ProgramError`,
+/// which names the line, for anything else and for a key that stands twice.
 std::vector<FileSetting> readSettings(std::string_view text, const std::string& fileName);
 
 } // namespace qx::cli

@@ -92,12 +92,10 @@ constexpr auto readOptions = std::to_array<ReadOption>({{&mayDelete, windows},
                                                         {&creditLimit2, rules}});
 
 /// What the programs themselves write down.
-constexpr std::array stateOptions{static_cast<const OptionSpec*>(&confirmed),
-                                  static_cast<const OptionSpec*>(&runUnderWay),
-                                  static_cast<const OptionSpec*>(&orderBeingReadIn),
-                                  static_cast<const OptionSpec*>(&protocolId),
-                                  static_cast<const OptionSpec*>(&protocolDate),
-                                  static_cast<const OptionSpec*>(&processMark)};
+constexpr std::array stateOptions{
+    static_cast<const OptionSpec*>(&confirmed),        static_cast<const OptionSpec*>(&runUnderWay),
+    static_cast<const OptionSpec*>(&orderBeingReadIn), static_cast<const OptionSpec*>(&protocolId),
+    static_cast<const OptionSpec*>(&protocolDate),     static_cast<const OptionSpec*>(&processMark)};
 
 bool isSame(const OptionSpec& a, const OptionSpec& b) { return a.section == b.section && a.key == b.key; }
 
@@ -181,8 +179,8 @@ std::string effectiveValue(const OptionSpec& option, std::string_view stored) {
 }
 
 std::vector<std::string_view> readersOf(const OptionSpec& option) {
-  const auto* const row = std::ranges::find_if(
-      readOptions, [&](const ReadOption& read) { return isSame(*read.option, option); });
+  const auto* const row =
+      std::ranges::find_if(readOptions, [&](const ReadOption& read) { return isSame(*read.option, option); });
   std::vector<std::string_view> names;
   if (row == readOptions.end()) return names;
   for (const auto& [reader, name] : readerNames)
@@ -191,9 +189,8 @@ std::vector<std::string_view> readersOf(const OptionSpec& option) {
 }
 
 bool isConfiguration(const OptionSpec& option) {
-  return !option.isLocal() && std::ranges::none_of(stateOptions, [&](const OptionSpec* state) {
-    return isSame(*state, option);
-  });
+  return !option.isLocal() &&
+         std::ranges::none_of(stateOptions, [&](const OptionSpec* state) { return isSame(*state, option); });
 }
 
 } // namespace qx
