@@ -757,4 +757,21 @@ CREATE TABLE [Schemastand] (
   lfd BIGINT IDENTITY UNIQUE CLUSTERED,
   [Version] BIGINT
 );
-INSERT INTO [Schemastand] ([Version]) VALUES (4);
+CREATE TABLE [Importlaeufe] (
+  lfd BIGINT IDENTITY UNIQUE CLUSTERED,
+  [LaufID] NVARCHAR(400) COLLATE Latin1_General_100_CI_AS_SC NOT NULL,
+  [Beginn] NVARCHAR(MAX) COLLATE Latin1_General_100_BIN2,
+  [Ende] NVARCHAR(MAX) COLLATE Latin1_General_100_BIN2,
+  [Ausgang] NVARCHAR(400) COLLATE Latin1_General_100_CI_AS_SC,
+  [Verarbeitet] BIGINT,
+  [Erledigt] BIGINT,
+  [Warnungen] BIGINT,
+  [Fehler] BIGINT,
+  [Wartend] BIGINT,
+  [Benutzer] NVARCHAR(400) COLLATE Latin1_General_100_CI_AS_SC,
+  [Programm] NVARCHAR(MAX) COLLATE Latin1_General_100_BIN2,
+  [Protokoll] NVARCHAR(400) COLLATE Latin1_General_100_CI_AS_SC,
+  PRIMARY KEY ([LaufID])
+);
+CREATE INDEX [Importlaeufe_Beginn] ON [Importlaeufe] ([Beginn]);
+INSERT INTO [Schemastand] ([Version]) VALUES (5);

@@ -30,6 +30,8 @@ public:
   virtual ~Command() = default;
   /// Checks the arguments only. Raises `ProgramError`.
   virtual void prepare() {}
+  /// Whether the result is text to read, for which a terminal's user may have a pager.
+  virtual bool isForReading() const { return false; }
   /// Whether the result can be a document a line.
   virtual bool offersLines() const { return false; }
   virtual ExitCode run(Installation& installation, const Output& output) = 0;

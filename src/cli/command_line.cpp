@@ -1,5 +1,7 @@
 #include "cli/command_line.h"
 
+#include "cli/close_words.h"
+#include "cli/command_examples.h"
 #include "cli/commands.h"
 #include "cli/completion.h"
 #include "engine/finding_terms.h"
@@ -11,23 +13,35 @@
 #include <algorithm>
 #include <iterator>
 #include <memory>
+#include <sstream>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
 namespace qx::cli {
 namespace {
 
+/// Leaves out what a flag without a value stands for.
+class HelpFormatter final : public CLI::Formatter {
+public:
+  std::string make_option_name(const CLI::Option* option, bool isPositional) const override {
+    std::string name = Formatter::make_option_name(option, isPositional);
+    return name.substr(0, name.find('{'));
+  }
+};
+
 /// Declares the options and the verbs; the chosen verb's command is kept.
 class Parser {
 public:
   explicit Parser(std::string_view version)
       : app_("Import jobs: stage, check and process customers, contracts and orders.", "qximportjob") {
-    app_.set_version_flag("--version", std::string(version));
+    app_.set_version_flag("-V,--version", std::string(version));
+    app_.formatter(std::make_shared<HelpFormatter>());
     app_.require_subcommand(1);
     app_.fallthrough();
     app_.footer("Exit status: 0 all well, 1 jobs with findings, 2 wrong usage or input, 3 refused,\n"
-                "4 database or environment failure, 5 run stopped. 'qximportjob COMMAND --help' says more.");
+                "4 database or environment failure, 5 run stopped. 'qximportjob help COMMAND' says more.");
     declareOptions();
     declareJobCommands();
     declareRunCommands();
@@ -36,6 +50,8 @@ public:
     declareMaintenance();
     declareView();
     declareCompletion();
+    declareHelp();
+    completeHelp(app_, {});
   }
 
   Invocation parse(int count, const char* const* arguments) {
@@ -44,8 +60,7 @@ public:
     try {
       app_.parse(count, arguments);
     } catch (const CLI::ParseError& error) {
-      if (error.get_exit_code() != 0)
-        throw ProgramError(ExitCode::BadInput, error.what(), "qximportjob --help shows the usage.");
+      if (error.get_exit_code() != 0) refuse(error, count, arguments);
       std::ostringstream text;
       app_.exit(error, text, text);
       invocation.text = text.str();
@@ -53,6 +68,10 @@ public:
     }
     if (!shell_.empty()) {
       invocation.text = completionScript(app_, offered_, shell_);
+      return invocation;
+    }
+    if (wantsHelp_) {
+      invocation.text = helpOf(helpFor_);
       return invocation;
     }
     options_.json = !json_.empty();
@@ -72,17 +91,27 @@ private:
   std::pair<CLI::App*, CommandType*> verb(CLI::App& parent, const char* name, const char* purpose) {
     auto command = std::make_shared<CommandType>();
     CLI::App* verb = parent.add_subcommand(name, purpose);
-    verb->callback([this, command] { chosen_ = command; });
+    // The innermost verb counts, whose callback comes first.
+    verb->callback([this, command] {
+      if (!chosen_) chosen_ = command;
+    });
     return {verb, command.get()};
   }
 
   void declareOptions() {
     declareCommonOptions(app_, options_);
     app_.add_flag("--json{document}", json_, "Print one JSON document; --json=lines: one a line")
-        ->check(CLI::IsMember({"document", "lines"}));
+        ->option_text("[=lines]")
+        ->check([](const std::string& form) {
+          return form == "document" || form == "lines" ? "" : "--json stands alone, or is --json=lines";
+        });
     app_.add_option("--color", color_, "Colour states: auto, always or never")
-        ->check(CLI::IsMember({"auto", "always", "never"}))
-        ->capture_default_str();
+        ->type_name("WHEN")
+        ->capture_default_str()
+        ->check([](const std::string& when) {
+          return when == "auto" || when == "always" || when == "never" ? ""
+                                                                       : "--color is auto, always or never";
+        });
   }
 
   void declareJobCommands() {
@@ -96,15 +125,34 @@ private:
 
     const auto [listVerb, list] = verb<ListCommand>(app_, "list", "List jobs, oldest first");
     offer(listVerb->add_option("--state", list->states, "waiting, warning, error or done; may be repeated")
+              ->type_name("STATE")
               ->expected(1)
               ->take_all(),
           {"waiting", "warning", "error", "done"});
     offer(listVerb
               ->add_option("--kind", list->kinds, "kunde, vertrag, auftrag or kundenvertrag; may be repeated")
+              ->type_name("KIND")
               ->expected(1)
               ->take_all(),
           {"kunde", "vertrag", "auftrag", "kundenvertrag"});
-    listVerb->add_option("--limit", list->limit, "Only the first N jobs");
+    listVerb->add_option("--jobid", list->jobIds, "Only the job of this key; may be repeated")
+        ->type_name("JOBID")
+        ->expected(1)
+        ->take_all();
+    listVerb->add_option("--since", list->since, "Only jobs received on this day or later, dd.mm.yyyy")
+        ->type_name("DATE");
+    listVerb
+        ->add_option("--search", list->search, "Only jobs with this text in number, name, subject or reason")
+        ->type_name("TEXT");
+    listVerb
+        ->add_option("--sort", list->sort, "eingang, vorgang, kunde, jobid, name or betreff; -kunde falls")
+        ->type_name("KEY")
+        ->capture_default_str();
+    listVerb->add_option("--columns", list->columns, "Columns of the table of jobs, separated by commas")
+        ->type_name("NAMES")
+        ->delimiter(',');
+    listVerb->add_flag("--csv", list->csv, "Print comma-separated values");
+    listVerb->add_option("--limit", list->limit, "Only the first N jobs")->type_name("N");
 
     const auto [showVerb, show] = verb<ShowCommand>(app_, "show", "Show one job with positions and findings");
     showVerb->add_option("JOBID", show->jobId, "Key of the job")->required();
@@ -129,32 +177,51 @@ private:
     declareCare(*deleteVerb, *remove);
 
     const auto [purgeVerb, purge] = verb<PurgeCommand>(app_, "purge", "Delete done jobs");
-    purgeVerb->add_option("--before", purge->before, "Only those received before this day, dd.mm.yyyy");
+    purgeVerb->add_option("--before", purge->before, "Only those received before this day, dd.mm.yyyy")
+        ->type_name("DATE");
     declareCare(*purgeVerb, *purge);
   }
 
   template <class Deletion>
   void declareCare(CLI::App& verb, Deletion& deletion) {
     verb.add_flag("--dry-run", deletion.dryRun, "Only list the jobs that would be deleted");
-    verb.add_option("--keep", deletion.keep, "Write the jobs to this new file first; stage takes them back");
+    verb.add_option("--keep", deletion.keep, "Write the jobs to this new file first; stage takes them back")
+        ->type_name("FILE");
   }
 
   void declareRunCommands() {
     const auto [processVerb, process] = verb<ProcessCommand>(app_, "process", "Process the waiting jobs");
     offer(processVerb->add_option("--select", process->select, "alle, kunden, verträge, aufträge or zubehör")
+              ->type_name("WHAT")
               ->capture_default_str(),
           {"alle", "kunden", "verträge", "aufträge", "zubehör"});
     processVerb->add_flag("--quiet,-q", process->quiet, "Print jobs that were not written, and the summary");
     processVerb->add_flag("--unevaluated", process->unevaluated, "Skip the automatic check");
-    processVerb->add_flag("--wait{forever}", process->wait,
-                          "Wait for the lock, for no longer than TIME: --wait=90s, =5min, =2h");
+    processVerb
+        ->add_flag("--wait{forever}", process->wait,
+                   "Wait for the lock, for no longer than TIME: --wait=90s, =5min, =2h")
+        ->option_text("[=TIME]");
 
     const auto [releaseVerb, release] =
         verb<ReleaseCommand>(app_, "release", "Release jobs with warnings or errors for the next run");
     releaseVerb->add_option("JOBID", release->jobIds, "Keys of jobs");
     releaseVerb->add_flag("--all-warnings", release->allWarnings, "All jobs with warnings");
 
-    verb<ProtocolCommand>(app_, "protocol", "Print the protocol of the day given by --date, or today's");
+    CLI::App* protocol =
+        verb<ProtocolCommand>(app_, "protocol", "Print the protocol of the day given by --date, or today's")
+            .first;
+    const auto [purgeVerb, purge] = verb<ProtocolPurgeCommand>(
+        *protocol, "purge", "Delete the protocols and the entries of runs of earlier days");
+    purgeVerb->add_option("--before", purge->before, "Only those of days before this one, dd.mm.yyyy")
+        ->type_name("DATE")
+        ->required();
+
+    const auto [statusVerb, status] =
+        verb<StatusCommand>(app_, "status", "Show jobs, last runs, lock and database");
+    statusVerb->add_flag("--prometheus", status->prometheus, "As metrics in the text format of Prometheus");
+    statusVerb->add_option("--runs", status->runs, "How many runs to show")
+        ->type_name("N")
+        ->capture_default_str();
 
     CLI::App* lock = app_.add_subcommand("lock", "The single-user lock");
     lock->require_subcommand(1);
@@ -269,7 +336,123 @@ private:
     return keys;
   }
 
+  void declareHelp() {
+    CLI::App* help = app_.add_subcommand("help", "Show the help of a command");
+    help->add_option("COMMAND", helpFor_, "Words of the command");
+    help->callback([this] { wantsHelp_ = true; });
+  }
+
+  /// Adds what every command has in common to the help of those below `parent`.
+  void completeHelp(CLI::App& parent, const std::string& words) {
+    for (CLI::App* verb : parent.get_subcommands([](const CLI::App*) { return true; })) {
+      const std::string name = words + verb->get_name();
+      for (CLI::Option* option : verb->get_options())
+        if (option->get_positional()) option->type_name("");
+      verb->footer([this, name] { return footerOf(name); });
+      completeHelp(*verb, name + " ");
+    }
+  }
+
+  std::string footerOf(const std::string& name) const {
+    const HelpFormatter formatter;
+    std::string text = "Options of all commands:\n";
+    for (const CLI::Option* option : app_.get_options())
+      if (option != app_.get_help_ptr()) text += formatter.make_option(option, false);
+    text += "\nEnvironment:\n";
+    for (const std::string_view line : environmentLines()) text.append("    ").append(line).append("\n");
+    const auto found = std::ranges::find(commandExamples(), name, &CommandExamples::command);
+    if (found == commandExamples().end()) return text;
+    text += "\nExamples:\n";
+    for (const std::string_view line : found->lines) text.append("    ").append(line).append("\n");
+    return text;
+  }
+
+  static std::vector<std::string> verbsOf(const CLI::App& app) {
+    std::vector<std::string> names;
+    for (const CLI::App* verb : app.get_subcommands([](const CLI::App*) { return true; }))
+      names.push_back(verb->get_name());
+    return names;
+  }
+
+  static std::vector<std::string> optionsOf(const CLI::App& app) {
+    std::vector<std::string> names;
+    for (const CLI::Option* option : app.get_options())
+      for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
+    return names;
+  }
+
+  static std::string meant(const std::string& word, const std::vector<std::string>& known) {
+    const std::string closest = closestWord(word, known);
+    return closest.empty() ? "" : "; did you mean '" + closest + "'?";
+  }
+
+  std::string helpOf(const std::vector<std::string>& words) const {
+    const CLI::App* app = &app_;
+    std::string name = app_.get_name();
+    for (const std::string& word : words) {
+      const CLI::App* below = verbNamed(*app, word);
+      if (below == nullptr)
+        throw ProgramError(ExitCode::BadInput,
+                           "there is no command '" + word + "'" + meant(word, verbsOf(*app)),
+                           "'qximportjob help' shows the commands.");
+      app = below;
+      name += " " + word;
+    }
+    // The application itself would show the help of the command `help`.
+    return app_.get_formatter()->make_help(app, name, CLI::AppFormatMode::Normal);
+  }
+
+  static const CLI::App* verbNamed(const CLI::App& app, const std::string& word) {
+    for (const CLI::App* verb : app.get_subcommands([](const CLI::App*) { return true; }))
+      if (verb->get_name() == word) return verb;
+    return nullptr;
+  }
+
+  /// Says which word or option is wrong, and which one may have been meant.
+  [[noreturn]] void refuse(const CLI::ParseError& error, int count, const char* const* arguments) const {
+    const CLI::App* app = &app_;
+    std::string name;
+    const auto nextStep = [&] { return "'qximportjob help" + name + "' shows the usage."; };
+    std::vector<std::string> options = optionsOf(app_);
+    for (int i = 1; i < count; ++i) {
+      const std::string word(arguments[i]);
+      if (word == "--") break;
+      if (word.starts_with("--")) {
+        const std::string option = word.substr(0, word.find('='));
+        if (std::ranges::find(options, option) == options.end())
+          throw ProgramError(ExitCode::BadInput,
+                             (name.empty() ? "there is no option '" : "the command has no option '") +
+                                 option + "'" + meant(option, options),
+                             nextStep());
+        const CLI::Option* known = app_.get_option_no_throw(option);
+        const bool takesWord = known != nullptr && known->get_expected_min() > 0 && word == option;
+        if (takesWord) ++i;
+        continue;
+      }
+      if (word.starts_with('-') || verbsOf(*app).empty()) continue;
+      const CLI::App* below = verbNamed(*app, word);
+      if (below == nullptr) {
+        // The word may be an argument of a command that has others below it.
+        if (app != &app_ && !app->get_require_subcommand_min()) break;
+        throw ProgramError(ExitCode::BadInput,
+                           "there is no command '" + (name.empty() ? "" : name.substr(1) + " ") + word + "'" +
+                               meant(word, verbsOf(*app)),
+                           "'qximportjob help" + name + "' shows the commands.");
+      }
+      app = below;
+      name += " " + word;
+      for (std::string& option : optionsOf(*app)) options.push_back(std::move(option));
+    }
+    if (app->get_require_subcommand_min() > 0)
+      throw ProgramError(ExitCode::BadInput,
+                         name.empty() ? "a command is missing" : "the command" + name + " needs another word",
+                         "'qximportjob help" + name + "' shows the commands.");
+    throw ProgramError(ExitCode::BadInput, error.what(), nextStep());
+  }
+
   CLI::App app_;
+  std::vector<std::string> helpFor_;
+  bool wantsHelp_ = false;
   ProgramOptions options_;
   std::string json_;
   std::string color_ = "auto";

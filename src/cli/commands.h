@@ -32,29 +32,41 @@ protected:
   ExitCode work(const CommandContext& context) override;
 };
 
-/// `list [--state S]... [--kind K]... [--limit N]`: without options all jobs, oldest date of receipt first.
+/// `list` with filters, an order and a form: without options all jobs, oldest date of receipt first.
 class ListCommand final : public DatabaseCommand {
 public:
   std::vector<std::string> states;
   std::vector<std::string> kinds;
+  std::vector<std::string> jobIds;
+  std::string search; ///< a text that one of the shown texts holds
+  std::optional<std::string> since;
+  std::string sort = "eingang"; ///< "-" before it for the reverse
+  std::vector<std::string> columns;
+  bool csv = false;
   std::optional<std::int64_t> limit;
 
   void prepare() override;
   bool offersLines() const override { return true; }
+
+  bool isForReading() const override { return true; }
 
 protected:
   ExitCode work(const CommandContext& context) override;
 
 private:
   Sql query() const;
+  bool wants(Recordset& job) const;
 
   std::vector<std::int16_t> codes_; ///< empty for all
+  std::optional<Date> day_;
 };
 
 /// `show JOBID`: header, positions and findings.
 class ShowCommand final : public DatabaseCommand {
 public:
   std::string jobId;
+
+  bool isForReading() const override { return true; }
 
 protected:
   ExitCode work(const CommandContext& context) override;
@@ -64,6 +76,8 @@ protected:
 class CheckCommand final : public DatabaseCommand {
 public:
   std::vector<std::string> jobIds;
+
+  bool isForReading() const override { return true; }
 
 protected:
   ExitCode work(const CommandContext& context) override;
@@ -149,6 +163,35 @@ private:
 
 /// `protocol`: the lines of the session date's protocols.
 class ProtocolCommand final : public DatabaseCommand {
+public:
+  bool isForReading() const override { return true; }
+
+protected:
+  ExitCode work(const CommandContext& context) override;
+};
+
+/// `protocol purge --before dd.mm.yyyy`: the protocols of earlier days, and the entries of earlier runs.
+class ProtocolPurgeCommand final : public DatabaseCommand {
+public:
+  std::string before;
+
+  void prepare() override;
+
+protected:
+  ExitCode work(const CommandContext& context) override;
+
+private:
+  Date day_{};
+};
+
+/// `status [--prometheus] [--runs N]`: jobs, runs, lock and database at one moment.
+class StatusCommand final : public DatabaseCommand {
+public:
+  bool prometheus = false;
+  std::int64_t runs = 5;
+
+  void prepare() override;
+
 protected:
   ExitCode work(const CommandContext& context) override;
 };
@@ -202,6 +245,9 @@ protected:
 
 /// `settings list`: every option that the program knows.
 class SettingsListCommand final : public DatabaseCommand {
+public:
+  bool isForReading() const override { return true; }
+
 protected:
   ExitCode work(const CommandContext& context) override;
 };

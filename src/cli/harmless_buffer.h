@@ -35,6 +35,7 @@ class HarmlessBuffer final : public std::streambuf {
 public:
   explicit HarmlessBuffer(std::streambuf* target) : target_(target) {}
 
+  void setTarget(std::streambuf* target) { target_ = target; }
   /// Whether anything was forwarded.
   bool used() const { return used_; }
   /// An escape sequence of the program's own.

@@ -7,41 +7,70 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace qx::cli {
 namespace {
 
+/// The ways of typing a word, in lower case, umlauts as two letters.
+using Spellings = std::array<std::string_view, 6>;
+
 struct Kind {
   std::int16_t code;
-  std::string_view argument;
+  Spellings spellings;
   std::string_view text;
   std::string_view transaction;
 };
-constexpr std::array kinds{Kind{qxtjobkunden, "kunde", "Kunde", "Kunden"},
-                           Kind{qxtjobverträge, "vertrag", "Vertrag", "Vertrag"},
-                           Kind{qxtJobAufträge, "auftrag", "Auftrag", "Auftrag"},
-                           Kind{qxtjobkundenverträge, "kundenvertrag", "Kundenvertrag", "Vertrag"}};
+constexpr std::array kinds{
+    Kind{qxtjobkunden, {"kunde", "kunden", "customer", "customers"}, "Kunde", "Kunden"},
+    Kind{qxtjobverträge, {"vertrag", "vertraege", "contract", "contracts"}, "Vertrag", "Vertrag"},
+    Kind{qxtJobAufträge, {"auftrag", "auftraege", "order", "orders"}, "Auftrag", "Auftrag"},
+    Kind{qxtjobkundenverträge,
+         {"kundenvertrag", "kundenvertraege", "customercontract", "customercontracts", "customer-contract",
+          "customer-contracts"},
+         "Kundenvertrag",
+         "Vertrag"}};
 
 struct State {
   JobState state;
-  std::string_view argument; ///< empty when it cannot be given as an argument
+  Spellings spellings; ///< none when it cannot be given as an argument
   std::string_view text;
 };
 constexpr std::array states{
-    State{JobState::Waiting, "waiting", "wartet"}, State{JobState::Warning, "warning", "Warnung"},
-    State{JobState::Error, "error", "Fehler"}, State{JobState::Done, "done", "erledigt"},
-    State{JobState::Deleted, "", "gelöscht"}};
+    State{JobState::Waiting, {"waiting", "wartet", "wartend"}, "wartet"},
+    State{JobState::Warning, {"warning", "warnings", "warnung", "warnungen"}, "Warnung"},
+    State{JobState::Error, {"error", "errors", "fehler"}, "Fehler"},
+    State{JobState::Done, {"done", "erledigt"}, "erledigt"}, State{JobState::Deleted, {}, "gelöscht"}};
 
 struct Selection {
   qxProcessState state;
-  std::string_view argument;
-  std::string_view plain;
+  Spellings spellings;
 };
-constexpr std::array selections{Selection{qxProcessState::ProcessAll, "alle", "alle"},
-                                Selection{qxProcessState::ProcessKunden, "kunden", "kunden"},
-                                Selection{qxProcessState::ProcessVerträge, "verträge", "vertraege"},
-                                Selection{qxProcessState::ProcessAufträge, "aufträge", "auftraege"},
-                                Selection{qxProcessState::ProcessZubehör, "zubehör", "zubehoer"}};
+constexpr std::array selections{
+    Selection{qxProcessState::ProcessAll, {"alle", "all"}},
+    Selection{qxProcessState::ProcessKunden, {"kunden", "kunde", "customers", "customer"}},
+    Selection{qxProcessState::ProcessVerträge, {"vertraege", "vertrag", "contracts", "contract"}},
+    Selection{qxProcessState::ProcessAufträge, {"auftraege", "auftrag", "orders", "order"}},
+    Selection{qxProcessState::ProcessZubehör, {"zubehoer", "accessories", "accessory"}}};
+
+/// As the spellings are written.
+std::string plainSpelling(std::string_view typed) {
+  std::string word = lowerCase(composed(typed));
+  for (const auto& [umlaut, letters] :
+       {std::pair<std::string_view, std::string_view>{"ä", "ae"}, {"ö", "oe"}, {"ü", "ue"}})
+    for (auto at = word.find(umlaut); at != std::string::npos; at = word.find(umlaut, at))
+      word.replace(at, umlaut.size(), letters);
+  return word;
+}
+
+template <class Rows>
+auto rowOf(const Rows& rows, std::string_view typed) -> const typename Rows::value_type* {
+  const std::string word = plainSpelling(typed);
+  if (word.empty()) return nullptr;
+  for (const auto& row : rows)
+    if (std::ranges::find(row.spellings, word) != row.spellings.end()) return &row;
+  return nullptr;
+}
 
 const Kind* findKind(std::int16_t jobType) {
   for (const Kind& kind : kinds)
@@ -52,22 +81,18 @@ const Kind* findKind(std::int16_t jobType) {
 } // namespace
 
 std::optional<std::int16_t> kindFromText(std::string_view text) {
-  for (const Kind& kind : kinds)
-    if (text == kind.argument) return kind.code;
-  return std::nullopt;
+  const Kind* kind = rowOf(kinds, text);
+  return kind == nullptr ? std::nullopt : std::optional(kind->code);
 }
 
 std::optional<JobState> stateFromText(std::string_view text) {
-  for (const State& state : states)
-    if (!text.empty() && text == state.argument) return state.state;
-  return std::nullopt;
+  const State* state = rowOf(states, text);
+  return state == nullptr ? std::nullopt : std::optional(state->state);
 }
 
 std::optional<qxProcessState> selectionFromText(std::string_view text) {
-  const std::string typed = composed(text);
-  for (const Selection& selection : selections)
-    if (typed == selection.argument || typed == selection.plain) return selection.state;
-  return std::nullopt;
+  const Selection* selection = rowOf(selections, text);
+  return selection == nullptr ? std::nullopt : std::optional(selection->state);
 }
 
 std::string_view kindText(std::int16_t jobType) {

@@ -13,13 +13,14 @@
 
 namespace qx::cli {
 
-/// The waiting code of "kunde", "vertrag", "auftrag" or "kundenvertrag".
+/// The waiting code of "kunde", "vertrag", "auftrag" or "kundenvertrag". These words, and those below, may be
+/// German or English, one or several, in any case, umlauts also as two letters or decomposed.
 std::optional<std::int16_t> kindFromText(std::string_view text);
 
 /// "waiting", "warning", "error" or "done".
 std::optional<JobState> stateFromText(std::string_view text);
 
-/// "alle", "kunden", "verträge", "aufträge" or "zubehör", umlauts also as two letters or decomposed.
+/// "alle", "kunden", "verträge", "aufträge" or "zubehör".
 std::optional<qxProcessState> selectionFromText(std::string_view text);
 
 /// "Kunde", "Vertrag", "Auftrag", "Kundenvertrag"; "?" for a code of no kind.

@@ -1,5 +1,6 @@
 // The program: arguments to command, exceptions to exit status.
 #include "adapters/system/console_desktop.h"
+#include "adapters/system/pager.h"
 #include "adapters/system/program_entry.h"
 #include "adapters/system/stream_diagnostics.h"
 #include "adapters/system/user.h"
@@ -14,6 +15,7 @@
 
 #include <exception>
 #include <iostream>
+#include <memory>
 #include <new>
 #include <optional>
 #include <string_view>
@@ -57,9 +59,30 @@ std::optional<std::size_t> columnsOfResult() {
   return terminalColumns(standardOutput).value_or(usual);
 }
 
+/// The user's pager in front of the terminal, as long as the object lives.
+class Paging {
+public:
+  Paging(HarmlessStream& result, bool wanted)
+      : result_(result), pager_(wanted && isOutputTerminal() ? openPager() : nullptr) {
+    if (pager_) result_.buffer().setTarget(pager_->rdbuf());
+  }
+  Paging(const Paging&) = delete;
+  Paging& operator=(const Paging&) = delete;
+  ~Paging() {
+    if (!pager_) return;
+    result_.flush();
+    result_.buffer().setTarget(std::cout.rdbuf());
+  }
+
+private:
+  HarmlessStream& result_;
+  std::unique_ptr<std::ostream> pager_;
+};
+
 ExitCode execute(int count, const char* const* arguments, HarmlessStream& result, HarmlessStream& messages) {
   const Invocation invocation = parseArguments(count, arguments, versionText);
   if (!invocation.command) {
+    const Paging paging(result, true);
     result << invocation.text << std::flush;
     return ExitCode::Success;
   }
@@ -70,6 +93,7 @@ ExitCode execute(int count, const char* const* arguments, HarmlessStream& result
   Composition composition(invocation.options, diagnostics, desktop, jobView);
   if (wantsColors(invocation.color)) result.useColors();
   if (isSystemLog(standardOutput) && !invocation.options.json) result.markPriorities(Priority::Information);
+  const Paging paging(result, invocation.command->isForReading());
   std::ostream& data = isOutputTerminal() ? static_cast<std::ostream&>(result) : std::cout;
   const Output output{
       result, messages, std::cerr, data, invocation.options.json, invocation.jsonLines, columnsOfResult()};

@@ -6,6 +6,8 @@
 #include "cli/stop_on_signal.h"
 #include "platform/terminal.h"
 #include "program/busy_notice.h"
+#include "program/version.h"
+#include "store/run_book.h"
 
 #include <charconv>
 #include <chrono>
@@ -123,6 +125,21 @@ std::uintmax_t jobsToTake(Connection& connection, qxProcessState selection) {
   return static_cast<std::uintmax_t>(rows->value(std::size_t{0}).integer().value_or(0));
 }
 
+RunEntry entryOf(const RunReport& report) {
+  RunEntry entry;
+  entry.outcome = report.end == RunEnd::Completed ? "completed"
+                  : report.end == RunEnd::Stopped ? "stopped"
+                  : report.end == RunEnd::Refused ? "refused"
+                                                  : "broken";
+  entry.processed = static_cast<std::int64_t>(report.processed);
+  entry.done = static_cast<std::int64_t>(report.done);
+  entry.warning = static_cast<std::int64_t>(report.warning);
+  entry.error = static_cast<std::int64_t>(report.error);
+  entry.waiting = static_cast<std::int64_t>(report.stillWaiting);
+  entry.protocol = report.protocolId;
+  return entry;
+}
+
 ExitCode codeOf(const RunReport& report) {
   if (report.end == RunEnd::Broken) return ExitCode::Failure;
   if (report.end == RunEnd::Stopped) return ExitCode::Stopped;
@@ -159,9 +176,13 @@ ExitCode ProcessCommand::work(const CommandContext& context) {
     bar.report(++taken, waiting);
     bar.draw();
   });
+  BusyNotice wait(context.output.messages);
+  RunBook book(context.environment);
+  book.begin(versionNumber, &wait);
   const auto start = context.environment.clock.elapsed();
   context.engine.ProcessJobs(unevaluated, selection_);
   const auto span = context.environment.clock.elapsed() - start;
+  book.end(entryOf(context.engine.lastRun()), &wait);
   context.engine.setOutcomeSink({});
   bar.end();
   const RunReport& report = context.engine.lastRun();

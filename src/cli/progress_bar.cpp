@@ -93,7 +93,8 @@ std::string ProgressBar::line(std::size_t width, Clock::duration span) const {
     const auto full = static_cast<std::size_t>(done * length / total_);
     text.insert(0, "[" + std::string(full, '#') + std::string(length - full, '.') + "] ");
   }
-  if (text.size() + 2 < width) text += "  " + info_;
+  constexpr std::size_t leastInfo = 16;
+  if (text.size() + leastInfo < width) text += "  " + info_;
   text = fitted(text, width);
   text.erase(text.find_last_not_of(' ') + 1);
   return text;

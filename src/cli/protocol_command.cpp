@@ -7,10 +7,15 @@
 #include "engine/findings.h"
 #include "engine/hints.h"
 #include "model/text.h"
+#include "platform/conflict_retry.h"
+#include "program/busy_notice.h"
 #include "rules/dates.h"
+#include "store/run_book.h"
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -70,6 +75,45 @@ void writeText(const Output& output, Connection& connection, const std::vector<s
 }
 
 } // namespace
+
+void ProtocolPurgeCommand::prepare() {
+  const auto day = parseGermanDate(before);
+  if (!day)
+    throw ProgramError(ExitCode::BadInput, "'" + before + "' is not a date", "Dates are written dd.mm.yyyy.");
+  day_ = *day;
+}
+
+ExitCode ProtocolPurgeCommand::work(const CommandContext& context) {
+  Connection& connection = context.connection();
+  BusyNotice wait(context.output.messages);
+  std::int64_t protocols = 0;
+  std::int64_t runs = 0;
+  doneAgainOnConflict(context.environment, "protocol purge", [&] {
+    WorkUnit unit(connection, &wait);
+    const std::string day = dayStamp(day_);
+    connection.execute(
+        sql("Delete From Protokollpositionen Where ID In (Select ID From Protokolle Where Art = "
+            "'Import' And Datum < '"_sql,
+            value(day), "')"_sql));
+    protocols = connection.execute(
+        sql("Delete From Protokolle Where Art = 'Import' And Datum < '"_sql, value(day), "'"_sql));
+    runs = hasRunBook(connection) ? deleteRunsBefore(connection, day_) : 0;
+    unit.commit();
+    return true;
+  });
+  if (context.output.json)
+    JsonWriter(context.output.result)
+        .beginObject()
+        .key("protocols")
+        .number(protocols)
+        .key("runs")
+        .number(runs)
+        .endObject()
+        .finish();
+  else
+    context.output.result << protocols << " protocols and " << runs << " entries of runs deleted\n";
+  return ExitCode::Success;
+}
 
 ExitCode ProtocolCommand::work(const CommandContext& context) {
   const Date day = NowEx(context.environment);

@@ -43,6 +43,11 @@ constexpr auto benutzer =
 constexpr auto adressindex = list(key("Kundennummer"), key("Art", ColumnType::Small), code("Suchtext"));
 constexpr auto lieferanten = list(key("Lieferantennummer"), code("Bez1"));
 constexpr auto schemastand = list(integer("Version"));
+constexpr auto importlaeufe =
+    list(key("LaufID"), stamp("Beginn"), stamp("Ende"), code("Ausgang"), integer("Verarbeitet"),
+         integer("Erledigt"), integer("Warnungen"), integer("Fehler"), integer("Wartend"), code("Benutzer"),
+         text("Programm"), code("Protokoll"));
+constexpr std::array importlaeufeIndexes{SchemaIndex{"Importlaeufe_Beginn", {"Beginn"}}};
 
 constexpr std::array componentTableList{SchemaTable{"Protokolle", protokolle, {}},
                                         SchemaTable{"Protokollpositionen", protokollpositionen, {}},
@@ -54,7 +59,8 @@ constexpr std::array componentTableList{SchemaTable{"Protokolle", protokolle, {}
                                         SchemaTable{"Adressindex", adressindex, {}},
                                         SchemaTable{"Lieferanten", lieferanten, {}},
                                         SchemaTable{"Einkaufspreise", einkaufspreise, einkaufspreiseIndexes},
-                                        SchemaTable{"Schemastand", schemastand, {}}};
+                                        SchemaTable{"Schemastand", schemastand, {}},
+                                        SchemaTable{"Importlaeufe", importlaeufe, importlaeufeIndexes}};
 
 } // namespace
 

@@ -14,20 +14,22 @@ void declareCommonOptions(CLI::App& app, ProgramOptions& options) {
          "--db", options.database,
          "Database file, or odbc: and the connection string of a server; default $QXIMPORTJOB_DB, else "
          "qximportjob/qximportjob.db in the user's data folder")
+      ->type_name("TARGET")
       ->check([](const std::string& text) {
         return text.empty() ? std::string("a file or a connection string is missing") : std::string();
       });
-  app.add_option("--user", options.user, "Name of the user; default the login name");
+  app.add_option("--user", options.user, "Name of the user; default the login name")->type_name("NAME");
   app.add_option_function<std::string>(
-      "--date",
-      [&options](const std::string& text) {
-        options.sessionDate = parseGermanDate(text);
-        if (!options.sessionDate)
-          throw ProgramError(ExitCode::BadInput, "'" + text + "' is not a date",
-                             "Dates are written dd.mm.yyyy.");
-      },
-      "Session date, dd.mm.yyyy; default today");
-  app.add_flag("--verbose", options.verbose, "Tell every failure that was skipped");
+         "--date",
+         [&options](const std::string& text) {
+           options.sessionDate = parseGermanDate(text);
+           if (!options.sessionDate)
+             throw ProgramError(ExitCode::BadInput, "'" + text + "' is not a date",
+                                "Dates are written dd.mm.yyyy.");
+         },
+         "Session date, dd.mm.yyyy; default today")
+      ->type_name("DATE");
+  app.add_flag("--verbose", options.verbose, "Report every failure that was skipped");
 }
 
 void requireDatabaseName(int count, const char* const* arguments) {
