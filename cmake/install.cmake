@@ -29,3 +29,76 @@ write_basic_package_version_file(${CMAKE_BINARY_DIR}/qximportjobConfigVersion.cm
 install(FILES ${CMAKE_BINARY_DIR}/qximportjobConfig.cmake ${CMAKE_BINARY_DIR}/qximportjobConfigVersion.cmake
   DESTINATION ${package} COMPONENT development)
 install(DIRECTORY examples/host DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples COMPONENT development)
+
+# Everything else is for this kind of system.
+if(WIN32)
+  return()
+endif()
+find_package(Python3 COMPONENTS Interpreter REQUIRED)
+
+set(pages "")
+file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/docs/*.md)
+foreach(name qximportjob.1 qximportjob-view.1 qximportjob.db.5)
+  set(template ${PROJECT_SOURCE_DIR}/docs/man/${name}.md)
+  set(page ${CMAKE_BINARY_DIR}/man/${name})
+  add_custom_command(OUTPUT ${page}
+    COMMAND Python3::Interpreter ${PROJECT_SOURCE_DIR}/cmake/make_man_page.py ${PROJECT_VERSION} ${template} ${page}
+    DEPENDS ${PROJECT_SOURCE_DIR}/cmake/make_man_page.py ${template} ${sources})
+  list(APPEND pages ${page})
+  cmake_path(GET name EXTENSION LAST_ONLY section)
+  string(SUBSTRING ${section} 1 1 section)
+  set(component program)
+  if(name STREQUAL qximportjob-view.1)
+    set(component view)
+  endif()
+  if(component STREQUAL program OR TARGET qximportjob-view)
+    install(FILES ${page} DESTINATION ${CMAKE_INSTALL_MANDIR}/man${section} COMPONENT ${component})
+  endif()
+endforeach()
+file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/man)
+
+set(scripts "")
+foreach(shell bash zsh fish)
+  set(script ${CMAKE_BINARY_DIR}/completion/${shell})
+  add_custom_command(OUTPUT ${script}
+    COMMAND qximportjob completion ${shell} > ${script}
+    DEPENDS qximportjob)
+  list(APPEND scripts ${script})
+endforeach()
+file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/completion)
+add_custom_target(pages_and_scripts ALL DEPENDS ${pages} ${scripts})
+set(data ${CMAKE_INSTALL_DATADIR})
+install(FILES ${CMAKE_BINARY_DIR}/completion/bash DESTINATION ${data}/bash-completion/completions
+  RENAME qximportjob COMPONENT program)
+install(FILES ${CMAKE_BINARY_DIR}/completion/zsh DESTINATION ${data}/zsh/vendor-completions
+  RENAME _qximportjob COMPONENT program)
+install(FILES ${CMAKE_BINARY_DIR}/completion/fish DESTINATION ${data}/fish/vendor_completions.d
+  RENAME qximportjob.fish COMPONENT program)
+
+# The documents that the program and its pages name.
+foreach(page cli job-files operation servers standalone-erp befunde)
+  install(FILES docs/${page}.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT program)
+endforeach()
+install(FILES docs/schema-sqlserver.sql DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT program)
+
+# The timer, its user and folder; scripts/package.sh makes packages of it. The system reads them below /usr/lib.
+install(FILES packaging/systemd/qximportjob.service packaging/systemd/qximportjob.timer
+  DESTINATION lib/systemd/system COMPONENT program)
+install(FILES packaging/systemd/qximportjob.sysusers DESTINATION lib/sysusers.d RENAME qximportjob.conf
+  COMPONENT program)
+install(FILES packaging/systemd/qximportjob.tmpfiles DESTINATION lib/tmpfiles.d RENAME qximportjob.conf
+  COMPONENT program)
+install(FILES packaging/systemd/qximportjob.default DESTINATION ${CMAKE_INSTALL_FULL_SYSCONFDIR}/default
+  RENAME qximportjob COMPONENT program)
+install(FILES packaging/systemd/qximportjob-failure@.service DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples
+  COMPONENT program)
+
+# The window's place in menus, and the type of job files.
+if(TARGET qximportjob-view)
+  install(FILES packaging/desktop/qximportjob-view.desktop DESTINATION ${data}/applications COMPONENT view)
+  install(FILES src/resources/pictures/qximportjob.svg DESTINATION ${data}/icons/hicolor/scalable/apps COMPONENT view)
+  install(FILES packaging/desktop/qximportjob.xml DESTINATION ${data}/mime/packages COMPONENT view)
+  install(FILES packaging/desktop/local.qximportjob.view.metainfo.xml DESTINATION ${data}/metainfo COMPONENT view)
+  install(FILES docs/handbuch.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT view)
+  install(DIRECTORY docs/images DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT view)
+endif()

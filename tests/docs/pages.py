@@ -32,7 +32,7 @@ import tempfile
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 # The page of measurements shows no session of the program.
-PAGES = [ROOT / "README.md", *sorted((ROOT / "docs").glob("*.md"))]
+PAGES = [ROOT / "README.md", *sorted((ROOT / "docs").glob("*.md")), *sorted((ROOT / "docs/man").glob("*.md"))]
 LINE_WIDTH = 116
 COMMANDS = ("$ ", "qximportjob ", "scripts/", "tests/")
 # What no two runs have in common. A new output gets the mark there.
