@@ -10,7 +10,6 @@
 
 #include <functional>
 #include <string>
-#include <utility>
 
 namespace qx::com {
 namespace {
@@ -40,7 +39,7 @@ class Installed final : public Surroundings {
 public:
   explicit Installed(Apartment& apartment)
       : host_([&apartment](std::string_view progId) { return apartment.createForeign(progId); },
-              [](std::function<void()> look) { return std::make_unique<WatchedJobView>(std::move(look)); }),
+              [](const std::function<void()>& look) { return std::make_unique<WatchedJobView>(look); }),
         composition_({}, diagnostics_, desktop_, jobView_),
         ports_(Apartment::isRegistered("Norvalis.Session") ? composition_.ports() : composition_.open()),
         erp_(host_, ports_.connection ? &ports_.components : nullptr), environment_{erp_,

@@ -48,8 +48,8 @@ public:
     return recordset;
   }
 
-  std::unique_ptr<JobViewProgram> jobViewProgram(std::function<void()> look) override {
-    look_ = std::move(look);
+  std::unique_ptr<JobViewProgram> jobViewProgram(const std::function<void()>& look) override {
+    look_ = look;
     return openJobView ? openJobView() : nullptr;
   }
   /// What the message loop does now and then.

@@ -110,16 +110,25 @@ std::string odbcTarget(const std::vector<Term>& terms) {
   return target;
 }
 
+std::string withoutPasswordTerms(const std::vector<Term>& terms) {
+  std::string shown;
+  for (const Term& term : terms) {
+    if (isPassword(term.name)) continue;
+    shown.append(shown.empty() ? "" : ";").append(term.whole);
+  }
+  return shown;
+}
+
 } // namespace
 
 std::string withoutPasswords(std::string_view connectionString) {
   std::string shown;
   for (const Term& term : termsOf(connectionString)) {
-    // The provider of another one holds that one's text.
     if (isPassword(term.name)) continue;
     if (!shown.empty()) shown += ';';
+    // It holds the text of another provider.
     if (equalCodes(term.name, "Extended Properties"))
-      shown.append(term.name).append("=\"").append(withoutPasswords(term.value)).append("\"");
+      shown.append(term.name).append("=\"").append(withoutPasswordTerms(termsOf(term.value))).append("\"");
     else
       shown += term.whole;
   }

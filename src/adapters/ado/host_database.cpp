@@ -136,7 +136,7 @@ const relational::Dialect& HostDatabase::dialect() {
 }
 
 std::string HostDatabase::rowKeyOf(std::string_view table) {
-  const std::string key(dialect().rowKey);
+  std::string key(dialect().rowKey);
   if (dialect().rowKeyColumn.empty()) return key;
   if (!keyedTables_) {
     std::set<std::string> keyed;

@@ -16,7 +16,8 @@ namespace qx {
 class HostAdapters final : public automation::HostObjects, public AutomationHost {
 public:
   /// Opens the window of the staged jobs as a program.
-  using OpenJobView = std::function<std::unique_ptr<automation::JobViewProgram>(std::function<void()> look)>;
+  using OpenJobView =
+      std::function<std::unique_ptr<automation::JobViewProgram>(const std::function<void()>& look)>;
 
   explicit HostAdapters(ado::CreateObject create, OpenJobView openJobView = {})
       : create_(std::move(create)), openJobView_(std::move(openJobView)) {}
@@ -27,8 +28,8 @@ public:
   std::shared_ptr<Connection> connectionOf(const automation::ObjectPointer& object) override;
   std::shared_ptr<Session> sessionOf(const automation::ObjectPointer& object) override;
   automation::ObjectPointer recordsetOf(const ComboRows& rows) override;
-  std::unique_ptr<automation::JobViewProgram> jobViewProgram(std::function<void()> look) override {
-    return openJobView_ ? openJobView_(std::move(look)) : nullptr;
+  std::unique_ptr<automation::JobViewProgram> jobViewProgram(const std::function<void()>& look) override {
+    return openJobView_ ? openJobView_(look) : nullptr;
   }
   /// Raises `AutomationError` 13 for a connection of the component's own.
   automation::ObjectPointer objectOf(Connection& connection) override;

@@ -53,7 +53,8 @@ startProgram(const std::filesystem::path& program, const std::vector<std::string
   std::vector<std::string> words = arguments;
   words.insert(words.begin(), program.string());
   std::vector<std::string> settings;
-  for (const auto& [name, value] : variables) settings.push_back(name + "=" + value);
+  settings.reserve(variables.size());
+  for (const auto& [name, value] : variables) settings.push_back(std::string(name).append("=").append(value));
   for (char** inherited = environ; *inherited != nullptr; ++inherited) {
     const std::string_view setting(*inherited);
     const std::string_view name = setting.substr(0, setting.find('='));

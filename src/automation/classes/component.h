@@ -40,7 +40,9 @@ public:
   virtual ObjectPointer recordsetOf(const ComboRows& rows) = 0;
   /// The window as a program; null where the port `JobView` opens it. `look` is called now and then, on this
   /// thread, while the program runs.
-  virtual std::unique_ptr<JobViewProgram> jobViewProgram(std::function<void()> /*look*/) { return nullptr; }
+  virtual std::unique_ptr<JobViewProgram> jobViewProgram(const std::function<void()>& /*look*/) {
+    return nullptr;
+  }
 };
 
 /// All its objects share one environment, as those of a program that links the classes do. Environment,
