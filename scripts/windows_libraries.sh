@@ -1,55 +1,49 @@
 #!/usr/bin/env bash
-# Makes the libraries that a build for Windows needs, in build/windows-libraries: SQLite and utf8proc from Debian's
-# source packages, GoogleTest from its package of sources, and the headers that are the same everywhere. What is
-# there already stays; remove the folder to make it anew.
+# Makes the libraries that a build for Windows needs, in a folder per compiler below build/windows-libraries: SQLite and
+# utf8proc from Debian's source packages, GoogleTest from its package of sources, and the headers that are the same
+# everywhere. What is there already stays; remove the folder to make it anew.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 scripts/bootstrap.sh build windows
 root=$PWD/build/windows-libraries
-made=$root/made
-compiler=x86_64-w64-mingw32-gcc-posix
-archiver=x86_64-w64-mingw32-ar
-[ -e "$made" ] && exit 0
+[ -e "$root/made" ] && exit 0
 rm -rf "$root"
-mkdir -p "$root"/{include,lib,share/cmake,source,apt/parts,apt/lists/partial,apt/cache/archives/partial}
+source=$root/source
+mkdir -p "$source/sqlite-build"
 
-# Packages of sources by a configuration of our own: that of the system may know none.
-{
-  awk -v RS= '/URIs:[^\n]*\/debian/ { sub(/Types:[^\n]*/, "Types: deb-src"); print $0 "\n" }' \
-    /etc/apt/sources.list.d/*.sources 2>/dev/null || true
-} >"$root/apt/parts/debian.sources"
-sed -n 's/^deb \(.*\/debian.*\)/deb-src \1/p' /etc/apt/sources.list 2>/dev/null >"$root/apt/parts/debian.list" || true
-apt_options=(-qq -o Dir::Etc::SourceList=/dev/null -o Dir::Etc::SourceParts="$root/apt/parts"
-  -o Dir::State::Lists="$root/apt/lists" -o Dir::Cache="$root/apt/cache" -o APT::Sandbox::User=root)
 echo "Fetching the sources of sqlite3 and utf8proc" >&2
-apt-get "${apt_options[@]}" update
-(cd "$root/source" && apt-get "${apt_options[@]}" source sqlite3 utf8proc >/dev/null)
-
-build() { # LIBRARY FILE OPTION...
-  local library=$1 file=$2
-  shift 2
-  "$compiler" -O2 "$@" -c "$file" -o "$root/source/$library.o"
-  "$archiver" rcs "$root/lib/lib$library.a" "$root/source/$library.o"
-}
-
+scripts/debian_source.sh "$source" sqlite3 utf8proc
 echo "Building SQLite, utf8proc and GoogleTest for Windows" >&2
-mkdir "$root/source/sqlite-build"
 (
-  cd "$root/source/sqlite-build"
+  cd "$source/sqlite-build"
   ../sqlite3-*/configure --disable-tcl --disable-readline
   make sqlite3.c
-) >"$root/source/sqlite.log" 2>&1 || { tail -n 30 "$root/source/sqlite.log" >&2; exit 1; }
-build sqlite3 "$root/source/sqlite-build/sqlite3.c" -DSQLITE_ENABLE_COLUMN_METADATA
-cp "$root/source/sqlite-build/"sqlite3{,ext}.h "$root/include"
-build utf8proc "$root"/source/utf8proc-*/utf8proc.c -DUTF8PROC_STATIC
-cp "$root"/source/utf8proc-*/utf8proc.h "$root/include"
+) >"$source/sqlite.log" 2>&1 || { tail -n 30 "$source/sqlite.log" >&2; exit 1; }
 
-ln -s /usr/include/CLI /usr/include/nlohmann /usr/include/rapidjson "$root/include"
-cp -r /usr/share/cmake/CLI11 /usr/share/cmake/nlohmann_json "$root/share/cmake"
-{
-  cmake -S /usr/src/googletest -B "$root/source/googletest" -G Ninja -DCMAKE_BUILD_TYPE=Release \
-    -DCMAKE_TOOLCHAIN_FILE="$PWD/cmake/windows-toolchain.cmake" -DCMAKE_INSTALL_PREFIX="$root"
-  cmake --build "$root/source/googletest" --target install
-} >"$root/source/googletest.log" 2>&1 || { tail -n 30 "$root/source/googletest.log" >&2; exit 1; }
-rm -rf "$root/source" "$root/apt"
-touch "$made"
+build() { # COMPILER LIBRARY FILE OPTION...
+  local folder=$root/$1 compiler=$1 library=$2 file=$3
+  shift 3
+  "$compiler-gcc-posix" -O2 "$@" -c "$file" -o "$folder/$library.o"
+  "$compiler-ar" rcs "$folder/lib/lib$library.a" "$folder/$library.o"
+  rm "$folder/$library.o"
+}
+libraries() { # COMPILER
+  mkdir -p "$root/$1"/{include,lib,share/cmake}
+  cp "$source/sqlite-build/"sqlite3{,ext}.h "$source"/utf8proc-*/utf8proc.h "$root/$1/include"
+  ln -s /usr/include/CLI /usr/include/nlohmann /usr/include/rapidjson "$root/$1/include"
+  cp -r /usr/share/cmake/CLI11 /usr/share/cmake/nlohmann_json "$root/$1/share/cmake"
+  build "$1" sqlite3 "$source/sqlite-build/sqlite3.c" -DSQLITE_ENABLE_COLUMN_METADATA
+  build "$1" utf8proc "$source"/utf8proc-*/utf8proc.c -DUTF8PROC_STATIC
+}
+googletest() {
+  cmake -S /usr/src/googletest -B "$source/googletest" -G Ninja -DCMAKE_BUILD_TYPE=Release \
+    -DCMAKE_TOOLCHAIN_FILE="$PWD/cmake/windows-toolchain.cmake" \
+    -DCMAKE_INSTALL_PREFIX="$root/x86_64-w64-mingw32" &&
+    cmake --build "$source/googletest" --target install
+}
+libraries i686-w64-mingw32 &
+libraries x86_64-w64-mingw32
+wait $!
+googletest >"$source/googletest.log" 2>&1 || { tail -n 30 "$source/googletest.log" >&2; exit 1; }
+rm -rf "$source"
+touch "$root/made"

@@ -7,8 +7,8 @@
 
 namespace qx::com {
 
-/// Writes the type library of this system's word size to a file. Raises `AutomationError` when that fails.
-void writeTypeLibrary(const std::wstring& file);
+/// Writes the type library for programs of one word size to a file. Raises `AutomationError` when that fails.
+void writeTypeLibrary(const std::wstring& file, SYSKIND kind);
 
 /// The description of a class, an interface or an enumeration, from the type library embedded in the module.
 HRESULT typeDescription(REFGUID id, ITypeInfo** type);

@@ -30,8 +30,7 @@ struct Described {
 
 class Writer {
 public:
-  explicit Writer(const std::wstring& file) {
-    constexpr SYSKIND kind = sizeof(void*) == 8 ? SYS_WIN64 : SYS_WIN32;
+  Writer(const std::wstring& file, SYSKIND kind) {
     require(CreateTypeLib2(kind, file.c_str(), library_.receive()), "create the type library");
     require(library_->SetName(Bstr("QXImportJob").get()), "name");
     require(library_->SetGuid(typeLibraryId), "identity");
@@ -261,6 +260,6 @@ private:
 
 } // namespace
 
-void writeTypeLibrary(const std::wstring& file) { Writer(file).write(); }
+void writeTypeLibrary(const std::wstring& file, SYSKIND kind) { Writer(file, kind).write(); }
 
 } // namespace qx::com

@@ -8,15 +8,15 @@
 namespace qx::erp::demo {
 namespace {
 
-struct Line {
+struct ContractLine {
   std::string_view number;
   std::string_view kind;
   std::string_view object;
   double price = 0;
 };
 
-void addContract(Staging& staging, std::int16_t jobType, int daysAgo, std::size_t index, const Line& line,
-                 std::initializer_list<Cell> cells = {}) {
+void addContract(Staging& staging, std::int16_t jobType, int daysAgo, std::size_t index,
+                 const ContractLine& line, std::initializer_list<Cell> cells = {}) {
   staging.begin(jobType, daysAgo,
                 {{"Kundennummer", customer(index).number},
                  {"Bez1", customer(index).name},
@@ -34,7 +34,7 @@ void addContract(Staging& staging, std::int16_t jobType, int daysAgo, std::size_
   staging.finish();
 }
 
-void stageWritten(Staging& staging) {
+void stageWrittenContracts(Staging& staging) {
   addContract(staging, qxtjobverträge, 7, 70, {"V20001", "WV", "W-PRESSE", 52.9});
   addContract(staging, qxtjobverträge, 7, 0, {"V01000", "WV", "W-PRESSE", 54.9},
               {{"Bemerkung", "Preisanpassung eines bestehenden Vertrags"}});
@@ -64,7 +64,7 @@ void stageWritten(Staging& staging) {
                                           {"Preis", 29.5}});
 }
 
-void stageFailing(Staging& staging) {
+void stageFailingContracts(Staging& staging) {
   addContract(staging, qxtjobverträge, 4, 74, {"V20006", "XX", "W-PRESSE", 50});
   addContract(staging, qxtjobverträge, 4, 75, {"V20007", "MV", "W-PRESSE", 50});
   addContract(staging, qxtjobverträge, 4, 76, {"V20008", "WV", "W-KRAN", 50});
@@ -81,8 +81,8 @@ void stageEarlierContracts(Staging& staging) {
 } // namespace
 
 void stageContracts(Staging& staging) {
-  stageWritten(staging);
-  stageFailing(staging);
+  stageWrittenContracts(staging);
+  stageFailingContracts(staging);
   stageEarlierContracts(staging);
 }
 

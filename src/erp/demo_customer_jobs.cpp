@@ -64,7 +64,7 @@ void stageErrors(Staging& staging) {
 
 /// Released by the clerk, so that the next run writes them without a check: it creates groups and banks, but
 /// no reps and payment methods.
-void stageReleased(Staging& staging) {
+void stageReleasedCustomers(Staging& staging) {
   const Cell released{"ProcessWarning", 1};
   const Cell warned{"Fehlertext", "Beim Verarbeiten wurden Warnungen festgestellt."};
   addCustomer(staging, 10, newCustomer(20), {released, warned, {"Kundengruppe", "START"}},
@@ -102,7 +102,7 @@ void stageCustomers(Staging& staging) {
   stageClean(staging);
   stageWarnings(staging);
   stageErrors(staging);
-  stageReleased(staging);
+  stageReleasedCustomers(staging);
   stageEarlierCustomers(staging);
 }
 

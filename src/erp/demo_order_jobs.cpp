@@ -9,7 +9,7 @@
 namespace qx::erp::demo {
 namespace {
 
-struct Line {
+struct OrderLine {
   std::string article;
   double quantity = 1;
   std::string unit = "ST";
@@ -26,9 +26,9 @@ std::size_t indexOf(std::string_view customerNumber) {
   return static_cast<std::size_t>(std::stoi(std::string(customerNumber))) - 70001;
 }
 
-void addLines(Staging& staging, const std::vector<Line>& lines) {
+void addLines(Staging& staging, const std::vector<OrderLine>& lines) {
   std::size_t number = 0;
-  for (const Line& line : lines)
+  for (const OrderLine& line : lines)
     staging.addPosition(qxtJobAuftragsPos, {{"Positionsnummer", std::to_string(++number)},
                                             {"Artikelnummer", line.article},
                                             {"Menge", line.quantity},
@@ -42,7 +42,7 @@ void addLines(Staging& staging, const std::vector<Line>& lines) {
                                             {"Fakturierbereit", true}});
 }
 
-void addOrder(Staging& staging, int daysAgo, std::size_t index, const std::vector<Line>& lines,
+void addOrder(Staging& staging, int daysAgo, std::size_t index, const std::vector<OrderLine>& lines,
               std::initializer_list<Cell> cells = {}, std::int16_t jobType = qxtJobAufträge) {
   staging.begin(jobType, daysAgo, {{"Betreff", "Webshop-Bestellung"}});
   staging.setCustomer(customer(index), false);
@@ -51,9 +51,9 @@ void addOrder(Staging& staging, int daysAgo, std::size_t index, const std::vecto
   addLines(staging, lines);
 }
 
-std::vector<Line> usualLines(std::size_t seed) {
+std::vector<OrderLine> usualLines(std::size_t seed) {
   constexpr std::size_t smallParts = 4; // the first products are sold by the dozen
-  std::vector<Line> lines;
+  std::vector<OrderLine> lines;
   for (std::size_t i = 0; i <= seed % 4 + 1; ++i) {
     const std::size_t product = (seed + i * 3) % productCount;
     const std::size_t quantity = ((seed + i) % 9 + 1) * (product < smallParts ? 24 : 1);
@@ -74,7 +74,7 @@ void addForOneTimeCustomer(Staging& staging, std::string_view number, std::size_
   addLines(staging, usualLines(9));
 }
 
-void stageWritten(Staging& staging) {
+void stageWrittenOrders(Staging& staging) {
   for (std::size_t i = 0; i < 12; ++i)
     addOrder(staging, static_cast<int>(11 - i % 11), 100 + i * 7, usualLines(i));
   addOrder(staging, 3, customerCount, usualLines(20), {{"Bemerkung", "Erster Auftrag eines neuen Kunden"}});
@@ -101,7 +101,7 @@ void stageWritten(Staging& staging) {
 }
 
 /// Parked as warnings or errors when the checks are on.
-void stageParked(Staging& staging) {
+void stageParkedOrders(Staging& staging) {
   addOrder(staging, 6, 80, {{articleNumber(7, 0), 5000}});
   addOrder(staging, 6, 81, {{std::string(unpricedArticle), 1}});
   addOrder(staging, 6, 82, usualLines(3), {{"Versandart", "DROHNE"}, {"Vertreter1", "999"}});
@@ -118,7 +118,7 @@ void stageParked(Staging& staging) {
 }
 
 /// These pass the check but fail when written.
-void stageFailing(Staging& staging) {
+void stageFailingOrders(Staging& staging) {
   addOrder(staging, 3, 87, {{std::string(blockedArticle), 1}});
   addOrder(staging, 3, indexOf(blockedCustomer), usualLines(1));
   addOrder(staging, 2, 88, usualLines(1), {{"Eingangsdatum", "demnächst"}});
@@ -129,7 +129,7 @@ void stageFailing(Staging& staging) {
                         {{"IndFild1", "ZB"}, {"Vertreter1", "102"}});
 }
 
-void stageReleased(Staging& staging) {
+void stageReleasedOrders(Staging& staging) {
   const Cell released{"ProcessWarning", 1};
   addOrder(staging, 9, 89, {{articleNumber(7, 1), 4000}},
            {released, {"Fehlertext", "Beim Verarbeiten wurden Warnungen festgestellt.\r\nLagerbestand\r\n"}},
@@ -144,10 +144,10 @@ void stageReleased(Staging& staging) {
 } // namespace
 
 void stageOrders(Staging& staging) {
-  stageWritten(staging);
-  stageParked(staging);
-  stageFailing(staging);
-  stageReleased(staging);
+  stageWrittenOrders(staging);
+  stageParkedOrders(staging);
+  stageFailingOrders(staging);
+  stageReleasedOrders(staging);
 }
 
 } // namespace qx::erp::demo

@@ -7,14 +7,17 @@
 //   Host.Raise number              an error, as an object of the script may raise it
 //   Host.Create(progId)            an object, as CreateObject makes it
 //   Host.TypeName(object)          the class, as its type description names it
-// A script error is told with its line, exit status 1. At the end the number of objects that a library under
-// test keeps alive is checked through DllCanUnloadNow: exit status 3 when it is not 0.
+// "WScript" is the same object, so that a script for the system's own host runs here too (Echo,
+// ConnectObject, Arguments). A script error is told with its line, exit status 1. At the end the number of
+// objects that a library under test keeps alive is checked through DllCanUnloadNow: exit status 3 when it is
+// not 0.
 #include <activscp.h>
 #include <ocidl.h>
 #include <olectl.h>
 #include <windows.h>
 
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <map>
@@ -105,11 +108,16 @@ public:
   std::vector<std::wstring> arguments;
 
   HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* ids) override {
-    static const wchar_t* const known[] = {L"Echo",  L"Argument", L"Connect", L"Disconnect",
-                                           L"Raise", L"TypeName", L"Create"};
-    for (DISPID i = 0; i < 7; ++i)
-      if (_wcsicmp(names[0], known[i]) == 0) {
-        ids[0] = i + 1;
+    struct Known {
+      const wchar_t* name;
+      DISPID id;
+    };
+    static const Known known[] = {{L"Echo", 1},       {L"Argument", 2},      {L"Connect", 3},
+                                  {L"Disconnect", 4}, {L"Raise", 5},         {L"TypeName", 6},
+                                  {L"Create", 7},     {L"ConnectObject", 3}, {L"Arguments", 2}};
+    for (const Known& it : known)
+      if (_wcsicmp(names[0], it.name) == 0) {
+        ids[0] = it.id;
         return S_OK;
       }
     return DISP_E_UNKNOWNNAME;
@@ -291,7 +299,7 @@ bool run(const std::wstring& language, const std::wstring& text) {
     return false;
   parse->InitNew();
   script->SetScriptSite(&site);
-  script->AddNamedItem(L"Host", SCRIPTITEM_ISVISIBLE);
+  for (const wchar_t* const name : {L"Host", L"WScript"}) script->AddNamedItem(name, SCRIPTITEM_ISVISIBLE);
   script->GetScriptDispatch(nullptr, &scriptDispatch);
   script->SetScriptState(SCRIPTSTATE_CONNECTED);
   if (FAILED(parse->ParseScriptText(text.c_str(), nullptr, nullptr, nullptr, 0, 0, SCRIPTTEXT_ISVISIBLE,
@@ -313,7 +321,7 @@ int wmain(int count, wchar_t** arguments) {
   }
   const std::wstring file = arguments[1];
   host.arguments.assign(arguments + 2, arguments + count);
-  std::ifstream in(narrow(file.data(), file.size()).c_str(), std::ios::binary);
+  std::ifstream in(std::filesystem::path(file), std::ios::binary);
   const std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
   if (text.empty()) {
     std::fputs("the script cannot be read\n", stderr);

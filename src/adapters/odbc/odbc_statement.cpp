@@ -19,7 +19,7 @@ namespace {
 
 using relational::ColumnKind;
 
-static_assert(std::is_same_v<SQLLEN, std::ptrdiff_t> && sizeof(SQLULEN) == sizeof(std::size_t));
+static_assert(sizeof(SQLLEN) == sizeof(std::ptrdiff_t) && sizeof(SQLULEN) == sizeof(std::size_t));
 
 constexpr std::size_t blockBytes = 65536;
 constexpr std::size_t mostRows = 64;

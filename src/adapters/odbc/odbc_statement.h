@@ -10,6 +10,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 
 namespace qx::odbc {
@@ -37,10 +38,12 @@ public:
   void reset() noexcept override;
 
 private:
+  /// The driver interface's type of lengths, as long as a pointer.
+  using Length = std::conditional_t<sizeof(void*) == sizeof(std::int64_t), std::ptrdiff_t, long>;
   struct Parameter {
     short type = 0; ///< what the server expects there
     std::u16string text;
-    std::ptrdiff_t length = 0; ///< in bytes, or the mark of null
+    Length length = 0; ///< in bytes, or the mark of null
   };
   enum class Transfer : std::uint8_t { Integer, Double, Digits, Text };
   struct Column {
@@ -49,7 +52,7 @@ private:
     Transfer transfer = Transfer::Text;
     std::size_t width = 0;    ///< bytes of one value
     std::vector<char> values; ///< of a block of rows
-    std::vector<std::ptrdiff_t> lengths;
+    std::vector<Length> lengths;
   };
 
   void forgetIfFreed();

@@ -1,0 +1,1 @@
+@call "%~dp0registrieren.cmd" /abmelden %*
