@@ -644,7 +644,7 @@ RunReport JobViewPresenter::process(qxProcessState selection) {
   }
   if (!state_.databaseGone) databaseIsFree();
   settings_.save(option::runUnderWay, "0");
-  const RunReport run = performed || endedEarly(engine_.lastRun()) ? engine_.lastRun() : none;
+  RunReport run = performed || endedEarly(engine_.lastRun()) ? engine_.lastRun() : none;
   tellJobsLeft();
   if (closeAsked_) windows_.closeWindow();
   return run;
