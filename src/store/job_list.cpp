@@ -75,10 +75,12 @@ std::string patternOf(std::string_view word) {
 Sql searchQuery(const JobListFilter& filter, const JobListOrder& order, const JobSearch& search) {
   Sql query = sql("Select "_sql).append(listColumns()).append(sql(" Where ("_sql));
   query.append(stateCondition(filter)).append(sql(")"_sql));
+  // As a text, since servers do not look into codes, which they compare without regard to case.
   for (const std::string& word : search.words()) {
     const std::string pattern = patternOf(word);
-    query.append(sql(" And (Lower(Bez1) Like '"_sql, value(pattern), "' Or Lower(Kundennummer) Like '"_sql,
-                     value(pattern), "' Or Lower(Betreff) Like '"_sql, value(pattern), "')"_sql));
+    query.append(sql(" And (Lower(Cast(Bez1 as text)) Like '"_sql, value(pattern),
+                     "' Or Lower(Cast(Kundennummer as text)) Like '"_sql, value(pattern),
+                     "' Or Lower(Cast(Betreff as text)) Like '"_sql, value(pattern), "')"_sql));
   }
   return inOrder(std::move(query), order);
 }

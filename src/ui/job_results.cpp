@@ -48,7 +48,8 @@ std::string exportResult(std::string_view file, const JobFileReport& report) {
 }
 
 std::string checkResult(std::size_t checked, std::size_t withFindings, std::int64_t waiting) {
-  if (checked == 0) return "Es wartet kein Vorgang.";
+  if (waiting == 0) return "Es wartet kein Vorgang.";
+  if (checked == 0) return "Es wurde kein Vorgang geprüft; " + grouped(waiting) + " warten";
   const bool all = whole(checked) >= waiting;
   return grouped(whole(withFindings)) + " von " + grouped(whole(checked)) +
          (all ? " wartenden" : " geprüften") + " Vorgängen " + (withFindings == 1 ? "hat" : "haben") +

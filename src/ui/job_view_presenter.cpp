@@ -438,6 +438,7 @@ void JobViewPresenter::checkWaiting() {
 
 /// Shows how far a check has come, now and then. False when the clerk has stopped it.
 bool JobViewPresenter::mayGoOn(std::size_t done, std::size_t all) {
+  if (stopAsked_) return false;
   const auto now = std::chrono::steady_clock::now();
   if (now - shownAt_ >= checkInterval) {
     shownAt_ = now;
@@ -644,7 +645,7 @@ RunReport JobViewPresenter::process(qxProcessState selection) {
   }
   if (!state_.databaseGone) databaseIsFree();
   settings_.save(option::runUnderWay, "0");
-  const RunReport run = performed || endedEarly(engine_.lastRun()) ? engine_.lastRun() : none;
+  RunReport run = performed || endedEarly(engine_.lastRun()) ? engine_.lastRun() : none;
   tellJobsLeft();
   if (closeAsked_) windows_.closeWindow();
   return run;

@@ -22,7 +22,7 @@ constexpr std::array postgresRewritings{Rewriting{" as text)", " AS TEXT) COLLAT
                                         Rewriting{") + ' ' + coalesce(", ") || ' ' || coalesce("},
                                         Rewriting{" offset 0 rows fetch next ? rows only", " LIMIT ?"}};
 // The statements are in this language but for what another database has lent them.
-constexpr std::array sqlServerRewritings{Rewriting{" as text)", " AS NVARCHAR(40))"},
+constexpr std::array sqlServerRewritings{Rewriting{" as text)", " AS NVARCHAR(400))"},
                                          Rewriting{"stagekopf", "#StageKopf"},
                                          Rewriting{"stagepos", "#StagePos"}};
 
