@@ -639,13 +639,17 @@ void JobViewWindow::renderList() {
     if (hadFocus) setFocus();
     if (state().listEnabled && QApplication::focusWidget() == this) list_->setFocus();
   }
+  renderSorting();
+  list_->setHint(toQt(state().emptyHint));
+}
+
+void JobViewWindow::renderSorting() {
   list_->horizontalHeader()->setSortIndicator(static_cast<int>(state().sortColumn), state().sortDescending
                                                                                         ? Qt::DescendingOrder
                                                                                         : Qt::AscendingOrder);
   for (std::size_t column = 0; column < jobColumnCount; ++column)
     if (sortActions_[column] != nullptr)
       sortActions_[column]->setChecked(static_cast<std::size_t>(state().sortColumn) == column);
-  list_->setHint(toQt(state().emptyHint));
 }
 
 void JobViewWindow::renderTexts() {

@@ -100,6 +100,7 @@ private:
   void render();
   void renderTools();
   void renderList();
+  void renderSorting();
   void renderTexts();
 
   void restoreWindow();
