@@ -7,6 +7,7 @@
 #include "model/text.h"
 #include "store/run_book.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <ctime>
@@ -75,18 +76,15 @@ std::optional<Storage> storageOf(Connection& connection) {
     std::error_code missing;
     if (const auto size = std::filesystem::file_size(file, missing); !missing)
       storage.bytes += static_cast<std::int64_t>(size);
-    storage.free =
-        static_cast<std::int64_t>(std::filesystem::space(std::filesystem::absolute(file).parent_path(), failure)
-                                      .available);
+    storage.free = static_cast<std::int64_t>(
+        std::filesystem::space(std::filesystem::absolute(file).parent_path(), failure).available);
   }
   if (storage.bytes == 0 || failure) return std::nullopt;
   return storage;
 }
 
 bool hasTable(const std::vector<std::string>& tables, std::string_view wanted) {
-  for (const std::string& table : tables)
-    if (equalCodes(table, wanted)) return true;
-  return false;
+  return std::ranges::any_of(tables, [&](const std::string& table) { return equalCodes(table, wanted); });
 }
 
 Status statusOf(const CommandContext& context, std::size_t runs) {
@@ -94,8 +92,8 @@ Status statusOf(const CommandContext& context, std::size_t runs) {
   const ReadView view(connection);
   const std::vector<std::string> tables = connection.tableNames();
   Status status;
-  const auto counts = connection.openStream(
-      sql("Select JobType, Count(*) As Anzahl From ImportKopf Group By JobType"_sql));
+  const auto counts =
+      connection.openStream(sql("Select JobType, Count(*) As Anzahl From ImportKopf Group By JobType"_sql));
   for (; !counts->eof(); counts->moveNext())
     status.jobs[jobCode(counts->value("JobType"))] += counts->value("Anzahl").integer().value_or(0);
   status.oldest = oldestWaiting(connection);
@@ -109,9 +107,10 @@ Status statusOf(const CommandContext& context, std::size_t runs) {
   status.storage = storageOf(connection);
   if (hasTable(tables, "Protokolle")) {
     status.protocols = numberOf(connection, sql("Select Count(*) From Protokolle Where Art = 'Import'"_sql));
-    status.protocolLines = numberOf(
-        connection, sql("Select Count(*) From Protokollpositionen Where ID In (Select ID From Protokolle Where "
-                        "Art = 'Import')"_sql));
+    status.protocolLines =
+        numberOf(connection,
+                 sql("Select Count(*) From Protokollpositionen Where ID In (Select ID From Protokolle Where "
+                     "Art = 'Import')"_sql));
   }
   return status;
 }
@@ -125,7 +124,7 @@ std::string readable(const std::string& stamp) {
          two(moment->second);
 }
 
-std::string_view outcomeOf(const RunEntry& run) { return run.outcome.empty() ? "not ended" : run.outcome; }
+std::string outcomeOf(const RunEntry& run) { return run.outcome.empty() ? "not ended" : run.outcome; }
 
 Style outcomeStyle(const RunEntry& run) {
   if (run.outcome != "completed") return Style::Bad;
@@ -144,7 +143,8 @@ void printJobs(const Output& output, const Status& status) {
     std::vector<TableCell> cells{{std::string(kindText(kind))}};
     for (const JobState state : statesShown) {
       const std::int64_t count = countOf(status, kind, state);
-      cells.push_back({std::to_string(count), count == 0 ? Style::Faint : stateStyle(withState(kind, state))});
+      cells.push_back(
+          {std::to_string(count), count == 0 ? Style::Faint : stateStyle(withState(kind, state))});
     }
     table.row(cells);
   }
@@ -173,7 +173,7 @@ void printRuns(const Output& output, const Status& status) {
   for (const RunEntry& run : status.runs)
     table.row({{readable(run.begin)},
                {readable(run.end)},
-               {std::string(outcomeOf(run)), outcomeStyle(run)},
+               {outcomeOf(run), outcomeStyle(run)},
                {std::to_string(run.done)},
                {std::to_string(run.warning)},
                {std::to_string(run.error)},
@@ -195,14 +195,17 @@ void printText(const Output& output, const Status& status) {
   std::ostream& result = output.result;
   result << "Database   ";
   if (status.storage)
-    result << sizeText(status.storage->bytes) << ", " << sizeText(status.storage->free) << " free on the disk, ";
+    result << sizeText(status.storage->bytes) << ", " << sizeText(status.storage->free)
+           << " free on the disk, ";
   result << (status.schema.empty() ? "of another program" : "version " + status.schema) << '\n';
   result << "Lock       ";
   if (!status.lock)
     result << "not held\n";
   else
     result << "held by user '" << oneLine(status.lock->Benutzer) << "', whose program is "
-           << (!status.lock->alive ? "perhaps running" : *status.lock->alive ? "running" : "no longer running")
+           << (!status.lock->alive   ? "perhaps running"
+               : *status.lock->alive ? "running"
+                                     : "no longer running")
            << '\n';
   result << "Oldest     ";
   if (status.oldest)
@@ -218,8 +221,8 @@ void printText(const Output& output, const Status& status) {
 
 /// The argument of the option `--state`.
 std::string_view stateArgument(JobState state) {
-  return std::array<std::string_view, 5>{"waiting", "warning", "error", "done",
-                                         "deleted"}.at(static_cast<std::size_t>(state));
+  return std::array<std::string_view, 5>{"waiting", "warning", "error", "done", "deleted"}.at(
+      static_cast<std::size_t>(state));
 }
 
 std::string kindArgument(std::int16_t kind) { return asciiLower(kindText(kind)); }
@@ -237,12 +240,18 @@ void printJson(std::ostream& result, const Status& status) {
   json.beginObject().key("jobs").beginObject();
   for (const std::int16_t kind : kindsShown) {
     json.key(kindArgument(kind)).beginObject();
-    for (const JobState state : statesShown) json.key(stateArgument(state)).number(countOf(status, kind, state));
+    for (const JobState state : statesShown)
+      json.key(stateArgument(state)).number(countOf(status, kind, state));
     json.endObject();
   }
   json.endObject().key("oldest");
   if (status.oldest)
-    json.beginObject().key("JobID").text(status.oldest->jobId).key("Eingangsdatum").text(status.oldest->received).endObject();
+    json.beginObject()
+        .key("JobID")
+        .text(status.oldest->jobId)
+        .key("Eingangsdatum")
+        .text(status.oldest->received)
+        .endObject();
   else
     json.null();
   json.key("runs");
@@ -312,12 +321,14 @@ void printMetrics(std::ostream& result, const Status& status) {
       metrics.sample(countOf(status, kind, state), "kind=\"" + kindArgument(kind) + "\",state=\"" +
                                                        std::string(stateArgument(state)) + "\"");
   if (status.oldest)
-    metrics.describe("oldest_waiting_job_timestamp_seconds", "Day on which the oldest waiting job was received.")
+    metrics
+        .describe("oldest_waiting_job_timestamp_seconds", "Day on which the oldest waiting job was received.")
         .sample(secondsOf({status.oldest->day, 0, 0, 0}));
   if (!status.runs.empty()) {
     const RunEntry& last = status.runs.front();
     if (const auto begin = parseTimeStamp(last.begin))
-      metrics.describe("last_run_begin_timestamp_seconds", "Begin of the last run.").sample(secondsOf(*begin));
+      metrics.describe("last_run_begin_timestamp_seconds", "Begin of the last run.")
+          .sample(secondsOf(*begin));
     if (const auto end = parseTimeStamp(last.end))
       metrics.describe("last_run_end_timestamp_seconds", "End of the last run.").sample(secondsOf(*end));
     metrics.describe("last_run_completed", "1 when the last run came to its end.")

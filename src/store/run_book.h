@@ -12,8 +12,8 @@
 
 namespace qx {
 
-/// One run. Stamps are those of timeStamp(); `end` and `outcome` are empty as long as the run goes on, and for
-/// good when its program died.
+/// One run. Stamps are those of timeStamp(); `end` and `outcome` are empty as long as the run goes on, and
+/// for good when its program died.
 struct RunEntry {
   std::string begin;
   std::string end;

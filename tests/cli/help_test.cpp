@@ -28,16 +28,19 @@ TEST_F(Help, EveryCommandHasItsOptionsTheCommonOnesAndTwoExamplesThatCanBeTyped)
     if (i > 0) {
       EXPECT_EQ(runPlain(words).output, help.output) << commands[i];
     }
-    const std::string list = help.output.substr(std::min(help.output.find("Subcommands:"), help.output.size()));
+    const std::string list =
+        help.output.substr(std::min(help.output.find("Subcommands:"), help.output.size()));
     const std::regex verb(R"(\n  ([a-z]+) )");
     for (std::sregex_iterator at(list.begin(), list.end(), verb), end; at != end; ++at)
       commands.push_back(commands[i].empty() ? (*at)[1].str() : commands[i] + " " + (*at)[1].str());
     if (i == 0) continue;
     ++seen;
-    for (const char* part : {"--db TARGET", "default today", "--color WHEN=auto", "QXIMPORTJOB_DB  ", "Exit status: 0"})
+    for (const char* part :
+         {"--db TARGET", "default today", "--color WHEN=auto", "QXIMPORTJOB_DB  ", "Exit status: 0"})
       EXPECT_NE(help.output.find(part), std::string::npos) << commands[i] << part;
     const std::regex example(R"(\n    (.*qximportjob .*))");
-    const auto examples = std::distance(std::sregex_iterator(help.output.begin(), help.output.end(), example), {});
+    const auto examples =
+        std::distance(std::sregex_iterator(help.output.begin(), help.output.end(), example), {});
     EXPECT_EQ(examples, 2) << commands[i] << help.output;
   }
   EXPECT_GT(seen, 25U);
@@ -54,8 +57,9 @@ TEST_F(Help, ASlipIsNamedWithTheWordThatWasMeant) {
   EXPECT_EQ(messages({"list", "--staet", "waiting"}),
             "qximportjob: the command has no option '--staet'; did you mean '--state'?\n"
             "'qximportjob help list' shows the usage.\n");
-  EXPECT_EQ(messages({"settings", "lits"}), "qximportjob: there is no command 'settings lits'; did you mean 'list'?\n"
-                                            "'qximportjob help settings' shows the commands.\n");
+  EXPECT_EQ(messages({"settings", "lits"}),
+            "qximportjob: there is no command 'settings lits'; did you mean 'list'?\n"
+            "'qximportjob help settings' shows the commands.\n");
   EXPECT_EQ(messages({"abrakadabra"}), "qximportjob: there is no command 'abrakadabra'\n"
                                        "'qximportjob help' shows the commands.\n");
   EXPECT_EQ(messages({}), "qximportjob: a command is missing\n'qximportjob help' shows the commands.\n");
@@ -74,15 +78,19 @@ TEST_F(Help, KindsAndStatesAreUnderstoodInBothLanguages) {
     const auto found = listed({option, word});
     return found.size() == 1 ? found.front() : "";
   };
-  for (const char* word : {"kunde", "Kunden", "CUSTOMER", "customers"}) EXPECT_EQ(only("--kind", word), "K") << word;
+  for (const char* word : {"kunde", "Kunden", "CUSTOMER", "customers"})
+    EXPECT_EQ(only("--kind", word), "K") << word;
   for (const char* word : {"Vertrag", "verträge", "VERTRÄGE", "vertra\u0308ge", "vertraege", "contracts"})
     EXPECT_EQ(only("--kind", word), "V") << word;
   for (const char* word : {"aufträge", "Orders"}) EXPECT_EQ(only("--kind", word), "A") << word;
-  for (const char* word : {"Kundenverträge", "customer-contract"}) EXPECT_EQ(only("--kind", word), "KV") << word;
+  for (const char* word : {"Kundenverträge", "customer-contract"})
+    EXPECT_EQ(only("--kind", word), "KV") << word;
   for (const char* word : {"error", "Errors", "Fehler"}) EXPECT_EQ(only("--state", word), "K") << word;
   for (const char* word : {"wartet", "Waiting"}) EXPECT_EQ(listed({"--state", word}).size(), 3U) << word;
-  for (const char* word : {"", "kund", "deleted"}) EXPECT_EQ(run({"list", "--state", word}).status, 2) << word;
-  for (const char* word : {"Kunden", "orders", "ALL", "Zubehör"}) EXPECT_NE(run({"process", "--select", word}).status, 2) << word;
+  for (const char* word : {"", "kund", "deleted"})
+    EXPECT_EQ(run({"list", "--state", word}).status, 2) << word;
+  for (const char* word : {"Kunden", "orders", "ALL", "Zubehör"})
+    EXPECT_NE(run({"process", "--select", word}).status, 2) << word;
 }
 
 TEST_F(Help, LongTextsGoThroughThePagerOnATerminalOnly) {
@@ -97,7 +105,8 @@ TEST_F(Help, LongTextsGoThroughThePagerOnATerminalOnly) {
 }
 
 TEST_F(Help, AListIsFilteredSortedAndFormedAsAsked) {
-  mustStage(R"([{"type":"Kunde","JobID":"a","Kundennummer":"3","Bez1":"Ähre, \"Gold\"","Eingangsdatum":"1.11.2026"},
+  mustStage(
+      R"([{"type":"Kunde","JobID":"a","Kundennummer":"3","Bez1":"Ähre, \"Gold\"","Eingangsdatum":"1.11.2026"},
                 {"type":"Kunde","JobID":"b","Kundennummer":"2","Bez1":"Mühle","Eingangsdatum":"3.11.2026"},
                 {"type":"Auftrag","JobID":"c","Kundennummer":"1","Betreff":"für die ähre","Eingangsdatum":"2.11.2026"}])");
   using Keys = std::vector<std::string>;
@@ -112,9 +121,11 @@ TEST_F(Help, AListIsFilteredSortedAndFormedAsAsked) {
             "JobID,Bez1,JobType\r\na,\"Ähre, \"\"Gold\"\"\",10\r\nb,Mühle,10\r\nc,,30\r\n");
   EXPECT_EQ(run({"list", "--columns", "Kundennummer,JobID", "--limit", "1"}).output,
             "Kundennummer      JobID\n3                 a\n");
-  EXPECT_EQ(run({"list", "--json=lines", "--columns", "JobID", "--limit", "1"}).output, "{\"JobID\":\"a\"}\n");
-  EXPECT_NE(run({"list", "--columns", "Bez9"}).messages.find("there is no column 'Bez9'; did you mean 'Bez1'?"),
-            std::string::npos);
+  EXPECT_EQ(run({"list", "--json=lines", "--columns", "JobID", "--limit", "1"}).output,
+            "{\"JobID\":\"a\"}\n");
+  EXPECT_NE(
+      run({"list", "--columns", "Bez9"}).messages.find("there is no column 'Bez9'; did you mean 'Bez1'?"),
+      std::string::npos);
   for (const std::vector<std::string>& wrong :
        {std::vector<std::string>{"--sort", "farbe"}, {"--since", "bald"}, {"--csv", "--json"}}) {
     std::vector<std::string> words{"list"};

@@ -14,7 +14,8 @@ TEST_F(Status, TellsJobsRunsLockAndDatabase) {
   mustStage(R"([{"type":"Kunde","JobID":"gut","Kundennummer":"K1","Bez1":"Firma"},
                 {"type":"Kunde","JobID":"falsch","Kundennummer":""}])");
   ASSERT_EQ(run({"--user", "meier", "process"}).status, 1);
-  mustStage(R"([{"type":"Auftrag","JobID":"unlesbar"},{"type":"Auftrag","JobID":"neu","Eingangsdatum":"2.11.2026"},
+  mustStage(
+      R"([{"type":"Auftrag","JobID":"unlesbar"},{"type":"Auftrag","JobID":"neu","Eingangsdatum":"2.11.2026"},
                 {"type":"Vertrag","JobID":"alt","JobType":40,"Eingangsdatum":"30.10.2026"}])");
   erp.execute("Update ImportKopf Set Eingangsdatum = 'bald' Where JobID = 'unlesbar'"_sql);
   Json status = run({"status", "--json"}).json();
@@ -29,7 +30,8 @@ TEST_F(Status, TellsJobsRunsLockAndDatabase) {
   EXPECT_LE(entry["begin"], entry["end"]);
   EXPECT_EQ(entry["protocol"], erp.text("Select ID From Protokolle"_sql));
   for (const char* varying : {"begin", "end", "protocol", "program"}) entry.erase(varying);
-  EXPECT_EQ(entry, Json::parse(R"({"outcome":"completed","processed":2,"done":1,"warning":0,"error":1,"waiting":0,
+  EXPECT_EQ(entry,
+            Json::parse(R"({"outcome":"completed","processed":2,"done":1,"warning":0,"error":1,"waiting":0,
                                    "user":"meier"})"));
   EXPECT_EQ(status["lock"], Json::parse(R"({"held":false,"Benutzer":"","alive":null})"));
   EXPECT_EQ(status["schema"], erp.text("Select Version From Schemastand"_sql));
@@ -39,7 +41,8 @@ TEST_F(Status, TellsJobsRunsLockAndDatabase) {
   EXPECT_EQ(status["protocolLines"], 2);
   const std::string text = run({"status"}).output;
   EXPECT_NE(text.find("Oldest     30.10.2026, waiting: alt\n"), std::string::npos) << text;
-  EXPECT_NE(text.find("Auftrag        2          0          0          0          0\n"), std::string::npos) << text;
+  EXPECT_NE(text.find("Auftrag        2          0          0          0          0\n"), std::string::npos)
+      << text;
 }
 
 TEST_F(Status, IsOfferedAsMetrics) {
@@ -54,10 +57,11 @@ TEST_F(Status, IsOfferedAsMetrics) {
         line, std::regex(R"((# (HELP|TYPE) )?qximportjob_[a-z_]+( .+|(\{([a-z]+="[a-z]+",?)+\})? -?\d+))")))
         << line;
   // 24.11.2026 06:00:00
-  for (const char* sample : {"qximportjob_last_run_begin_timestamp_seconds 1795500000\n",
-                             "qximportjob_last_run_end_timestamp_seconds 1795500090\n",
-                             "qximportjob_last_run_completed 1\n", "qximportjob_last_run_jobs{result=\"done\"} 7\n",
-                             "qximportjob_jobs{kind=\"auftrag\",state=\"error\"} 0\n", "qximportjob_lock_held 0\n"})
+  for (const char* sample :
+       {"qximportjob_last_run_begin_timestamp_seconds 1795500000\n",
+        "qximportjob_last_run_end_timestamp_seconds 1795500090\n", "qximportjob_last_run_completed 1\n",
+        "qximportjob_last_run_jobs{result=\"done\"} 7\n",
+        "qximportjob_jobs{kind=\"auftrag\",state=\"error\"} 0\n", "qximportjob_lock_held 0\n"})
     EXPECT_NE(result.output.find(sample), std::string::npos) << sample << result.output;
   EXPECT_EQ(run({"status", "--prometheus", "--json"}).status, 2);
 }
