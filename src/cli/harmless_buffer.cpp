@@ -41,7 +41,8 @@ bool isControl(std::string_view character) {
   const auto between = [&](std::string_view first, std::string_view last) {
     return character >= first && character <= last && character.size() == first.size();
   };
-  return between("\xC2\x80", "\xC2\x9F") || between("\u2028", "\u202E") || between("\u2066", "\u2069");
+  return between("\xC2\x80", "\xC2\x9F") || between("\xE2\x80\xA8", "\xE2\x80\xAE") ||
+         between("\xE2\x81\xA6", "\xE2\x81\xA9");
 }
 
 HarmlessBuffer::int_type HarmlessBuffer::overflow(int_type character) {

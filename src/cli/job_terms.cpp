@@ -16,7 +16,7 @@ namespace {
 using Spellings = std::array<std::string_view, 6>;
 
 struct Kind {
-  std::int16_t code;
+  std::int16_t code = 0;
   Spellings spellings;
   std::string_view text;
   std::string_view transaction;
@@ -32,7 +32,7 @@ constexpr std::array kinds{
          "Vertrag"}};
 
 struct State {
-  JobState state;
+  JobState state{};
   Spellings spellings; ///< none when it cannot be given as an argument
   std::string_view text;
 };
@@ -43,7 +43,7 @@ constexpr std::array states{
     State{JobState::Done, {"done", "erledigt"}, "erledigt"}, State{JobState::Deleted, {}, "gelöscht"}};
 
 struct Selection {
-  qxProcessState state;
+  qxProcessState state{};
   Spellings spellings;
 };
 constexpr std::array selections{

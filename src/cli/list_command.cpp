@@ -172,8 +172,8 @@ void ListCommand::prepare() {
 
 Sql ListCommand::query() const {
   Sql query = sql("Select * From ImportKopf"_sql);
-  const auto anyOf = [&](bool& first, Sql condition) {
-    query.append(first ? sql(" Where ("_sql) : sql(" Or "_sql)).append(std::move(condition));
+  const auto anyOf = [&](bool& first, const Sql& condition) {
+    query.append(first ? sql(" Where ("_sql) : sql(" Or "_sql)).append(condition);
     first = false;
   };
   bool first = true;

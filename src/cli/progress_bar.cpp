@@ -4,9 +4,7 @@
 #include "platform/terminal.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
-#include <cstdio>
 
 namespace qx::cli {
 namespace {
@@ -15,18 +13,15 @@ constexpr std::chrono::milliseconds interval{100};
 constexpr std::size_t usualColumns = 80;
 
 std::string amount(double count, ProgressUnit unit) {
-  constexpr double mega = 1e6;
-  std::array<char, 32> text{};
-  if (unit == ProgressUnit::Bytes)
-    std::snprintf(text.data(), text.size(), "%.1f MB", count / mega);
-  else
-    std::snprintf(text.data(), text.size(), "%.0f", count);
-  return text.data();
+  if (unit == ProgressUnit::Items) return std::to_string(std::llround(count));
+  constexpr double tenthOfMega = 1e5;
+  const long long tenths = std::llround(count / tenthOfMega);
+  return std::to_string(tenths / 10) + '.' + std::to_string(tenths % 10) + " MB";
 }
 
 /// "7 s", "3:05 min" or "2:30 h".
 std::string spanText(double seconds) {
-  constexpr int perUnit = 60;
+  constexpr std::int64_t perUnit = 60;
   const auto whole = static_cast<std::int64_t>(std::ceil(seconds));
   if (whole < perUnit) return std::to_string(whole) + " s";
   const bool hours = whole >= perUnit * perUnit;

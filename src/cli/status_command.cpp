@@ -7,6 +7,7 @@
 #include "model/text.h"
 #include "store/run_book.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <ctime>
@@ -83,9 +84,7 @@ std::optional<Storage> storageOf(Connection& connection) {
 }
 
 bool hasTable(const std::vector<std::string>& tables, std::string_view wanted) {
-  for (const std::string& table : tables)
-    if (equalCodes(table, wanted)) return true;
-  return false;
+  return std::ranges::any_of(tables, [&](const std::string& table) { return equalCodes(table, wanted); });
 }
 
 Status statusOf(const CommandContext& context, std::size_t runs) {
@@ -125,7 +124,7 @@ std::string readable(const std::string& stamp) {
          two(moment->second);
 }
 
-std::string_view outcomeOf(const RunEntry& run) { return run.outcome.empty() ? "not ended" : run.outcome; }
+std::string outcomeOf(const RunEntry& run) { return run.outcome.empty() ? "not ended" : run.outcome; }
 
 Style outcomeStyle(const RunEntry& run) {
   if (run.outcome != "completed") return Style::Bad;
@@ -174,7 +173,7 @@ void printRuns(const Output& output, const Status& status) {
   for (const RunEntry& run : status.runs)
     table.row({{readable(run.begin)},
                {readable(run.end)},
-               {std::string(outcomeOf(run)), outcomeStyle(run)},
+               {outcomeOf(run), outcomeStyle(run)},
                {std::to_string(run.done)},
                {std::to_string(run.warning)},
                {std::to_string(run.error)},

@@ -54,7 +54,9 @@ bool hasRunBook(Connection& connection) {
 }
 
 std::vector<RunEntry> lastRuns(Connection& connection, std::size_t count) {
-  const auto rows = connection.openStream(sql("Select * From Importlaeufe Order By Beginn Desc"_sql));
+  // Two runs may begin in the same second.
+  const auto rows = connection.openStream(
+      sql("Select * From Importlaeufe Order By Beginn Desc, "_sql, name(connection.rowKey()), " Desc"_sql));
   std::vector<RunEntry> runs;
   for (; !rows->eof() && runs.size() < count; rows->moveNext())
     runs.push_back({rows->text("Beginn"), rows->text("Ende"), rows->text("Ausgang"),

@@ -47,6 +47,8 @@ std::unique_ptr<std::ostream> openPager() {
   if (command.empty()) return nullptr;
   // As less is asked by other programs: end when a screen holds all, and show colours.
   setenv("LESS", "FRX", 0);
+  // The variable holds a command with its options, for the shell of the user who has set it.
+  // NOLINTNEXTLINE(cert-env33-c)
   std::FILE* pipe = popen(command.c_str(), "w");
   if (pipe == nullptr) return nullptr;
   return std::make_unique<PipeStream>(pipe);
