@@ -98,7 +98,7 @@ as 0 anna env QT_QPA_PLATFORM=offscreen timeout --signal=TERM --preserve-status 
 step "Removing"
 quiet apt-get -q -y purge qximportjob qximportjob-view libqximportjob-dev
 left=$(inside find / -xdev -name '*qximportjob*' -not -path '/packages/*' -not -path '/var/lib/qximportjob*' \
-  -not -path '/var/cache/apt/*' -not -path '/proc/*' -not -path '/home/*')
+  -not -path '/var/cache/*' -not -path '/proc/*' -not -path '/home/*')
 [ -z "$left" ] || fail "left behind: $left"
 [ -s "$root$database" ] || fail "the database is gone"
 step "The packages work"
