@@ -7,6 +7,7 @@
 #include "support/full_disk.h"
 
 #include <csignal>
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <sqlite3.h>
@@ -270,7 +271,8 @@ TEST_F(Maintained, WhatAKilledBackupLeavesGoesWithTheNextOneButNotWhatARunningOn
   const auto interrupted = [&](const char* target, int signal) {
     auto backup =
         std::make_unique<ProgramRun>(erp.folder, onDatabase({"backup", path(target)}), variables, "");
-    while (filesIn("ziel").empty()) std::this_thread::yield();
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::minutes(1);
+    while (filesIn("ziel").empty() && std::chrono::steady_clock::now() < deadline) std::this_thread::yield();
     backup->signal(signal);
     return backup;
   };
