@@ -109,7 +109,9 @@ void run(const fs::path& folder, const Options& options) {
 
 int main(int argc, char** argv) {
   const std::span<char*> words(argv, static_cast<std::size_t>(argc));
-  const auto options = argc < 2 ? std::nullopt : readOptions(words.subspan(2));
+  // A folder is made: an option in its place is a mistake.
+  const bool named = argc > 1 && !std::string_view(argv[1]).starts_with('-');
+  const auto options = named ? readOptions(words.subspan(2)) : std::nullopt;
   if (!options) {
     std::cerr << usage;
     return 2;

@@ -6,8 +6,8 @@
 #include "erp/process_identity.h"
 #include "support/full_disk.h"
 
-#include <csignal>
 #include <chrono>
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <sqlite3.h>
