@@ -50,6 +50,9 @@ constexpr auto examples = std::to_array<CommandExamples>(
      {"backup", {"qximportjob backup /backup/jobs.db", "qximportjob backup /backup/jobs.db --replace"}},
      {"upgrade", {"qximportjob upgrade", "qximportjob upgrade --backup-made --db \"odbc:DSN=erp\""}},
      {"view", {"qximportjob view", "qximportjob view jobs.edi"}},
+     {"completion",
+      {"qximportjob completion bash > /etc/bash_completion.d/qximportjob",
+       "qximportjob completion fish > ~/.config/fish/completions/qximportjob.fish"}},
      {"help", {"qximportjob help", "qximportjob help settings set"}}});
 
 constexpr auto environment = std::to_array<std::string_view>(

@@ -105,13 +105,11 @@ private:
         ->check([](const std::string& form) {
           return form == "document" || form == "lines" ? "" : "--json stands alone, or is --json=lines";
         });
-    app_.add_option("--color", color_, "Colour states: auto, always or never")
-        ->type_name("WHEN")
-        ->capture_default_str()
-        ->check([](const std::string& when) {
-          return when == "auto" || when == "always" || when == "never" ? ""
-                                                                       : "--color is auto, always or never";
-        });
+    CLI::Option* const color = app_.add_option("--color", color_, "Colour states: auto, always or never");
+    offer(color, {"auto", "always", "never"});
+    color->type_name("WHEN")->capture_default_str()->check([](const std::string& when) {
+      return when == "auto" || when == "always" || when == "never" ? "" : "--color is auto, always or never";
+    });
   }
 
   void declareJobCommands() {
@@ -144,10 +142,12 @@ private:
     listVerb
         ->add_option("--search", list->search, "Only jobs with this text in number, name, subject or reason")
         ->type_name("TEXT");
-    listVerb
-        ->add_option("--sort", list->sort, "eingang, vorgang, kunde, jobid, name or betreff; -kunde falls")
-        ->type_name("KEY")
-        ->capture_default_str();
+    offer(listVerb
+              ->add_option("--sort", list->sort,
+                           "eingang, vorgang, kunde, jobid, name or betreff; -kunde falls")
+              ->type_name("KEY")
+              ->capture_default_str(),
+          {"eingang", "vorgang", "kunde", "jobid", "name", "betreff"});
     listVerb->add_option("--columns", list->columns, "Columns of the table of jobs, separated by commas")
         ->type_name("NAMES")
         ->delimiter(',');

@@ -125,21 +125,6 @@ std::uintmax_t jobsToTake(Connection& connection, qxProcessState selection) {
   return static_cast<std::uintmax_t>(rows->value(std::size_t{0}).integer().value_or(0));
 }
 
-RunEntry entryOf(const RunReport& report) {
-  RunEntry entry;
-  entry.outcome = report.end == RunEnd::Completed ? "completed"
-                  : report.end == RunEnd::Stopped ? "stopped"
-                  : report.end == RunEnd::Refused ? "refused"
-                                                  : "broken";
-  entry.processed = static_cast<std::int64_t>(report.processed);
-  entry.done = static_cast<std::int64_t>(report.done);
-  entry.warning = static_cast<std::int64_t>(report.warning);
-  entry.error = static_cast<std::int64_t>(report.error);
-  entry.waiting = static_cast<std::int64_t>(report.stillWaiting);
-  entry.protocol = report.protocolId;
-  return entry;
-}
-
 ExitCode codeOf(const RunReport& report) {
   if (report.end == RunEnd::Broken) return ExitCode::Failure;
   if (report.end == RunEnd::Stopped) return ExitCode::Stopped;

@@ -3,6 +3,7 @@
 
 #include "engine/findings.h"
 #include "model/job_codes.h"
+#include "store/run_book.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -51,5 +52,8 @@ struct RunReport {
   /// Records an unchanged job; its first reason is kept.
   void leave(std::string_view jobId, std::string_view reason);
 };
+
+/// The run as the book of runs keeps it, without its moments.
+RunEntry entryOf(const RunReport& report);
 
 } // namespace qx

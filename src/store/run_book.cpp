@@ -25,9 +25,11 @@ void RunBook::write(BusyWait* wait, Write&& statement) {
 }
 
 void RunBook::begin(std::string_view program, BusyWait* wait) {
-  Connection& connection = activeConnection(environment_);
-  if (!connection.ownsWork() || !hasRunBook(connection)) return;
-  key_ = newJobKey(environment_);
+  trapped(environment_.diagnostics, {"book of runs", {}, &isOutOfMemory}, [&] {
+    Connection& connection = activeConnection(environment_);
+    if (connection.ownsWork() && hasRunBook(connection)) key_ = newJobKey(environment_);
+  });
+  if (key_.empty()) return;
   write(wait, [&] {
     return sql("Insert Into Importlaeufe (LaufID, Beginn, Benutzer, Programm) Values ('"_sql, value(key_),
                "', '"_sql, value(timeStamp(environment_.clock.now())), "', '"_sql,

@@ -29,8 +29,8 @@ Rows rowsOf(const fs::path& file) {
   Rows all;
   if (!fs::exists(file)) return all;
   const auto database = SqliteDatabase().open(file.string());
-  const auto tables =
-      database->open(sql("Select name From sqlite_master Where type = 'table' And name <> 'Protokolle'"_sql));
+  const auto tables = database->open(sql(
+      "Select name From sqlite_master Where type = 'table' And name Not In ('Protokolle', 'Importlaeufe')"_sql));
   for (; !tables->eof(); tables->moveNext()) {
     const std::string table = tables->text("name");
     for (const auto rows = database->open(sql("Select * From "_sql, name(table))); !rows->eof();

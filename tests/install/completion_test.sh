@@ -34,8 +34,8 @@ completes() { # WANTED SHELL... -- WORD...: the matches, "|" between them
   done
 }
 
-completes 'scramble|settings|show|stage' bash fish -- s
-completes 'get|list|set' bash fish -- --db list settings ''
+completes 'scramble|settings|show|stage|status' bash fish -- s
+completes 'export|get|import|list|set' bash fish -- --db list settings ''
 # What a command takes at each place.
 completes 'ImportJob2' bash fish -- settings get Imp
 completes 'KundenBankleitzahl' bash fish -- settings --local get ImportJob2 KundenB
@@ -50,6 +50,8 @@ completes 'verträge' bash -- process --select = ve
 completes 'done|error|waiting|warning' bash -- list --state =
 completes '' bash fish -- process --user v
 completes 'bash|fish|zsh' bash fish -- completion ''
+completes 'jobid' bash fish -- list --sort j
+completes 'always|auto' bash fish -- --color a
 
 zsh -n ./zsh || failures=$((failures + 1))
 # As zsh and fish load it from their own folders.

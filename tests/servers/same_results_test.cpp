@@ -147,6 +147,13 @@ TEST(Server, ADaysWorkLeavesTheSameRowsAsOnTheEmbeddedDatabase) {
   const auto withoutKey = [](Connection& connection, std::string text) {
     const auto rows = connection.open(sql("Select ID From Protokolle"_sql));
     for (; !rows->eof(); rows->moveNext()) replaceEach(text, lasting(rows->text("ID")), "PROTOCOL");
+    // So is that of a run, whose moments are those of the clock.
+    const auto runs = connection.open(sql("Select LaufID, Beginn, Ende From Importlaeufe"_sql));
+    for (; !runs->eof(); runs->moveNext()) {
+      replaceEach(text, runs->text("LaufID"), "RUN");
+      for (const ColumnName moment : {ColumnName("Beginn"), ColumnName("Ende")})
+        if (const std::string at = runs->text(moment); !at.empty()) replaceEach(text, at, "MOMENT");
+    }
     return text;
   };
   for (std::size_t i = 0; i < onFile.outputs.size(); ++i)

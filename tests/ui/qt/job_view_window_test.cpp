@@ -2,6 +2,7 @@
 #include "ui/qt/job_view_window.h"
 
 #include "erp/demo_data.h"
+#include "store/run_book.h"
 #include "support/test_erp.h"
 #include "support/words.h"
 #include "ui/qt/text.h"
@@ -197,6 +198,13 @@ TEST_F(JobViewWindowTest, F9RunsToTheEndAndShowsWhatBecameOfTheJobs) {
   EXPECT_EQ(rows(), static_cast<int>(window->state().rows.size()));
   EXPECT_TRUE(list().hasFocus());
   EXPECT_TRUE(list().currentIndex().isValid());
+
+  const auto runs = lastRuns(*erp.environment.connection, 1);
+  ASSERT_EQ(runs.size(), 1U) << "the run stands in the book of runs";
+  EXPECT_EQ(runs[0].outcome, "completed");
+  EXPECT_EQ(runs[0].processed, 90);
+  EXPECT_EQ(runs[0].done, 52);
+  EXPECT_FALSE(runs[0].program.empty());
 }
 
 TEST_F(JobViewWindowTest, TheCloseBoxDuringARunClosesOnceTheRunHasReturned) {
