@@ -51,7 +51,7 @@ public:
     declareView();
     declareCompletion();
     declareHelp();
-    completeHelp(app_, {});
+    completeHelp();
   }
 
   Invocation parse(int count, const char* const* arguments) {
@@ -342,14 +342,19 @@ private:
     help->callback([this] { wantsHelp_ = true; });
   }
 
-  /// Adds what every command has in common to the help of those below `parent`.
-  void completeHelp(CLI::App& parent, const std::string& words) {
-    for (CLI::App* verb : parent.get_subcommands([](const CLI::App*) { return true; })) {
-      const std::string name = words + verb->get_name();
-      for (CLI::Option* option : verb->get_options())
-        if (option->get_positional()) option->type_name("");
-      verb->footer([this, name] { return footerOf(name); });
-      completeHelp(*verb, name + " ");
+  /// Adds what every command has in common to its help.
+  void completeHelp() {
+    std::vector<std::pair<CLI::App*, std::string>> parents{{&app_, {}}};
+    while (!parents.empty()) {
+      const auto [parent, words] = std::move(parents.back());
+      parents.pop_back();
+      for (CLI::App* verb : parent->get_subcommands([](const CLI::App*) { return true; })) {
+        std::string name = words + verb->get_name();
+        for (CLI::Option* option : verb->get_options())
+          if (option->get_positional()) option->type_name("");
+        verb->footer([this, name] { return footerOf(name); });
+        parents.emplace_back(verb, name + " ");
+      }
     }
   }
 
@@ -408,46 +413,66 @@ private:
     return nullptr;
   }
 
+  /// How far the words of a wrong call have been understood.
+  struct Understood {
+    const CLI::App* app;
+    std::string name; ///< of the command, each word behind a blank
+    std::vector<std::string> options;
+
+    std::string nextStep(const char* what) const {
+      return "'qximportjob help" + name + "' shows the " + what + ".";
+    }
+  };
+
+  static void requireOption(const Understood& so, const std::string& option) {
+    if (std::ranges::find(so.options, option) != so.options.end()) return;
+    throw ProgramError(ExitCode::BadInput,
+                       (so.name.empty() ? "there is no option '" : "the command has no option '") + option +
+                           "'" + meant(option, so.options),
+                       so.nextStep("usage"));
+  }
+
+  bool takesNextWord(const std::string& option) const {
+    const CLI::Option* known = app_.get_option_no_throw(option);
+    return known != nullptr && known->get_expected_min() > 0;
+  }
+
+  /// False when the word may be an argument of a command that has others below it.
+  bool enterCommand(Understood& so, const std::string& word) const {
+    const CLI::App* below = verbNamed(*so.app, word);
+    if (below == nullptr) {
+      if (so.app != &app_ && so.app->get_require_subcommand_min() == 0) return false;
+      throw ProgramError(ExitCode::BadInput,
+                         "there is no command '" + (so.name.empty() ? "" : so.name.substr(1) + " ") + word +
+                             "'" + meant(word, verbsOf(*so.app)),
+                         so.nextStep("commands"));
+    }
+    so.app = below;
+    so.name += " " + word;
+    for (std::string& option : optionsOf(*below)) so.options.push_back(std::move(option));
+    return true;
+  }
+
   /// Says which word or option is wrong, and which one may have been meant.
   [[noreturn]] void refuse(const CLI::ParseError& error, int count, const char* const* arguments) const {
-    const CLI::App* app = &app_;
-    std::string name;
-    const auto nextStep = [&] { return "'qximportjob help" + name + "' shows the usage."; };
-    std::vector<std::string> options = optionsOf(app_);
+    Understood so{&app_, {}, optionsOf(app_)};
     for (int i = 1; i < count; ++i) {
       const std::string word(arguments[i]);
       if (word == "--") break;
       if (word.starts_with("--")) {
         const std::string option = word.substr(0, word.find('='));
-        if (std::ranges::find(options, option) == options.end())
-          throw ProgramError(ExitCode::BadInput,
-                             (name.empty() ? "there is no option '" : "the command has no option '") +
-                                 option + "'" + meant(option, options),
-                             nextStep());
-        const CLI::Option* known = app_.get_option_no_throw(option);
-        const bool takesWord = known != nullptr && known->get_expected_min() > 0 && word == option;
-        if (takesWord) ++i;
-        continue;
+        requireOption(so, option);
+        if (word == option && takesNextWord(option)) ++i;
+      } else if (!word.starts_with('-') && !verbsOf(*so.app).empty() && !enterCommand(so, word)) {
+        break;
       }
-      if (word.starts_with('-') || verbsOf(*app).empty()) continue;
-      const CLI::App* below = verbNamed(*app, word);
-      if (below == nullptr) {
-        // The word may be an argument of a command that has others below it.
-        if (app != &app_ && !app->get_require_subcommand_min()) break;
-        throw ProgramError(ExitCode::BadInput,
-                           "there is no command '" + (name.empty() ? "" : name.substr(1) + " ") + word + "'" +
-                               meant(word, verbsOf(*app)),
-                           "'qximportjob help" + name + "' shows the commands.");
-      }
-      app = below;
-      name += " " + word;
-      for (std::string& option : optionsOf(*app)) options.push_back(std::move(option));
     }
-    if (app->get_require_subcommand_min() > 0)
+    if (so.app->get_require_subcommand_min() > 0)
       throw ProgramError(ExitCode::BadInput,
-                         name.empty() ? "a command is missing" : "the command" + name + " needs another word",
-                         "'qximportjob help" + name + "' shows the commands.");
-    throw ProgramError(ExitCode::BadInput, error.what(), nextStep());
+                         so.name.empty() ? "a command is missing"
+                                         : "the command" + so.name + " needs another word",
+                         so.nextStep("commands"));
+    throw ProgramError(ExitCode::BadInput, error.what(), so.nextStep("usage"));
   }
 
   CLI::App app_;

@@ -38,11 +38,13 @@ std::string_view sequenceOf(Style style) {
 } // namespace
 
 bool isControl(std::string_view character) {
-  const auto between = [&](std::string_view first, std::string_view last) {
-    return character >= first && character <= last && character.size() == first.size();
+  const auto between = [&](std::string_view lead, char first, char last) {
+    return character.size() == lead.size() + 1 && character.starts_with(lead) && character.back() >= first &&
+           character.back() <= last;
   };
-  return between("\xC2\x80", "\xC2\x9F") || between("\xE2\x80\xA8", "\xE2\x80\xAE") ||
-         between("\xE2\x81\xA6", "\xE2\x81\xA9");
+  // The second half of Latin-1's controls, line separators and marks of the writing direction.
+  return between("\xC2", '\x80', '\x9F') || between("\xE2\x80", '\xA8', '\xAE') ||
+         between("\xE2\x81", '\xA6', '\xA9');
 }
 
 HarmlessBuffer::int_type HarmlessBuffer::overflow(int_type character) {

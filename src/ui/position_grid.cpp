@@ -193,7 +193,7 @@ std::size_t PositionGrid::foundLeft() const {
 std::optional<std::size_t> PositionGrid::columnOf(std::string_view code) const {
   const auto* const place = std::ranges::find(codeColumns, code, &CodeColumn::code);
   if (place == codeColumns.end()) return std::nullopt;
-  const auto column = std::ranges::find(positionColumns, place->column, &GridColumn::name);
+  const auto* const column = std::ranges::find(positionColumns, place->column, &GridColumn::name);
   return static_cast<std::size_t>(column - positionColumns.begin());
 }
 

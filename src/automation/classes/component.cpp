@@ -62,7 +62,7 @@ std::shared_ptr<ImportJobObject2> Component::newEngine() {
   return {made.release(), [this](ImportJobObject2* engine) {
             const bool ofHost = dynamic_cast<const OfHost*>(environment_.session.get()) != nullptr;
             auto kept = --engines_ > 0 || !ofHost ? std::exchange(environment_.session, nullptr) : nullptr;
-            delete engine;
+            std::unique_ptr<ImportJobObject2>(engine).reset();
             environment_.session = std::move(kept);
           }};
 }
