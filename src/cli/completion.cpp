@@ -231,7 +231,7 @@ _qximportjob() {
 
 // --- zsh
 
-/// A text inside a specification: its brackets, colons and backslashes mean themselves.
+/// A text inside what `_arguments` is told: its brackets, colons and backslashes mean themselves.
 std::string zshText(std::string_view text) {
   std::string result;
   for (const char character : text) {
