@@ -268,9 +268,11 @@ void JobAssembler::finishJob(Builder& builder, std::int16_t code, std::int16_t o
 void JobAssembler::finishKeptJob() {
   const std::string key = checkedKey(keptHeader_.text("JobID"), keptHeader_.line("JobID"), "JobID", false);
   if (key.empty()) refuse(jobLine_, "JobID", "a kept job needs its key");
+  const std::int64_t codeLine = keptHeader_.line("JobType");
+  if (codeLine == 0) refuse(jobLine_, "JobType", "a kept job needs the code of its kind and state");
   const std::int64_t code = keptHeader_.whole("JobType").value_or(0);
   if (code < qxtjobkunden || code >= qxtJobAuftragsPos)
-    refuse(keptHeader_.line("JobType"), "JobType", "this is not the code of a job");
+    refuse(codeLine, "JobType", "this is not the code of a job");
   keptHeader_.fill(jobs_.newJob());
   jobs_.addJob(keptHeader_.line("JobID"));
 }

@@ -104,6 +104,8 @@ const Refusal refusals[] = {
     {"position of another job",
      R"({"type":"Auftrag","JobID":"A","Positionen":[{"JobID":"B","Artikelnummer":"A","Menge":1}]})", 1,
      "JobID", "the JobID 'B' of another job"},
+    {"kept job without its code", "[\n{\"type\":\"ImportKopf\",\"JobID\":\"A\"}]", 2, "JobType",
+     "needs the code"},
     {"comma too many", "[\n{\"type\":\"Kunde\"},\n]", 3, "", "not valid JSON"},
     {"end in the middle", "[{\"type\":\"Kunde\"},\n{\"type\":", 2, "", "it ends in the middle"},
     {"something after the array", "[{\"type\":\"Kunde\"}]\n{\"type\":\"Kunde\"}", 1, "", "follows the array"},

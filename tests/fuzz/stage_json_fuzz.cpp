@@ -1,8 +1,12 @@
 // Any bytes as a JSON file of jobs: the rows against the values that another reading of the file finds.
+#include "adapters/sqlite/sqlite_database.h"
+#include "cli/kept_row.h"
 #include "cli/stage_reader.h"
+#include "erp/schema.h"
 #include "program/program_error.h"
 #include "store/staging_writer.h"
 #include "support/fake_session.h"
+#include "support/temporary_folder.h"
 
 #include "require.h"
 
@@ -12,6 +16,7 @@
 #include <cstdint>
 #include <deque>
 #include <map>
+#include <memory>
 #include <optional>
 #include <sstream>
 #include <string>
@@ -98,9 +103,29 @@ void checkRow(const Json& object, const Row& row, const FieldTable<Record, field
   }
 }
 
+/// Every property of the object is the column of the same name; what was not given is null.
+void checkKeptRow(const Json& object, const Row& row) {
+  for (const auto& [name, value] : row.values) {
+    const auto given = object.find(name);
+    if (given == object.end() || given->is_null())
+      require(value.isNull(), "a column that was not given is null");
+    else if (given->is_boolean())
+      require(value.truth() == given->get<bool>(), "a truth is kept as it is");
+    else if (given->is_string())
+      require(value.text() == given->get<std::string>(), "a text is kept as it is");
+    else
+      require(value.number() == given->get<double>(), "a number is kept as it is");
+  }
+  for (const auto& [name, value] : object.items())
+    require(name == "type" || name == "Positionen" || row.values.contains(name), "no property is dropped");
+}
+
 void checkJob(const Json& object, const Job& job) {
   const Json& type = object.at("type");
-  if (type == "Kunde")
+  const bool kept = type == keptType;
+  if (kept)
+    checkKeptRow(object, job.header);
+  else if (type == "Kunde")
     checkRow(object, job.header, kundeFields);
   else if (type == "Vertrag")
     checkRow(object, job.header, vertragFields);
@@ -110,7 +135,9 @@ void checkJob(const Json& object, const Job& job) {
   const std::size_t given = positions == object.end() || positions->is_null() ? 0 : positions->size();
   require(job.positions.size() == given, "every position is there");
   for (std::size_t i = 0; i < given; ++i)
-    if (type == "Auftrag")
+    if (kept)
+      checkKeptRow((*positions)[i], job.positions[i]);
+    else if (type == "Auftrag")
       checkRow((*positions)[i], job.positions[i], auftragsPosFields);
     else
       checkRow((*positions)[i], job.positions[i], importJobSubItemFields);
@@ -131,11 +158,29 @@ std::vector<Json> objectsOf(const std::string& content) {
   return objects;
 }
 
+/// The tables whose columns a kept row has.
+class EmptyDatabase {
+public:
+  EmptyDatabase() : connection(SqliteDatabase().create((folder_.path() / "empty.db").string())) {
+    WorkUnit unit(*connection);
+    erp::createSchema(*connection);
+    unit.commit();
+  }
+
+private:
+  TemporaryFolder folder_;
+
+public:
+  const std::shared_ptr<Connection> connection;
+};
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string content(reinterpret_cast<const char*>(data), size);
+  static const EmptyDatabase database;
   FakeWorld workstation;
+  workstation.environment.connection = database.connection;
   KeptJobs kept;
   MemoryText source(content);
   JobAssembler assembler(workstation.environment, kept, source.name());
