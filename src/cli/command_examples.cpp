@@ -5,7 +5,9 @@ namespace {
 
 constexpr auto examples = std::to_array<CommandExamples>(
     {{"init", {"qximportjob init", "qximportjob --db /srv/import/jobs.db init --shared"}},
-     {"stage", {"qximportjob stage orders.json", "shop-export | qximportjob stage - --json"}},
+     {"stage",
+      {"qximportjob stage orders.json --partial --rejects rejected.json",
+       "shop-export | qximportjob stage - --json"}},
      {"list",
       {"qximportjob list --state error --sort -eingang",
        "qximportjob list --since 01.11.2026 --columns JobID,Kundennummer,Fehlertext --csv"}},

@@ -120,6 +120,14 @@ private:
     const auto [stageVerb, stage] = verb<StageCommand>(app_, "stage", "Stage jobs from a JSON file");
     stageVerb->add_option("FILE", stage->file, "File of jobs, - for standard input")->required();
     stageVerb->add_flag("--again", stage->again, "Stage done jobs again");
+    CLI::Option* const partial =
+        stageVerb->add_flag("--partial", stage->partial, "Stage the sound objects of a file that has faults");
+    stageVerb
+        ->add_option("--rejects", stage->rejects,
+                     "Write the other objects to this new file, with the reasons")
+        ->type_name("FILE")
+        ->needs(partial);
+    stageVerb->add_flag("--dry-run", stage->dryRun, "Check the file only");
 
     const auto [listVerb, list] = verb<ListCommand>(app_, "list", "List jobs, oldest first");
     offer(listVerb->add_option("--state", list->states, "waiting, warning, error or done; may be repeated")

@@ -22,11 +22,14 @@ public:
   ExitCode run(Installation& installation, const Output& output) override;
 };
 
-/// `stage FILE|- [--again]`: all jobs of the file or none.
+/// `stage FILE|- [--again]`: all jobs of the file or none, with `--partial` the sound ones.
 class StageCommand final : public DatabaseCommand {
 public:
   std::string file;
   bool again = false; ///< stage done jobs again
+  bool partial = false;
+  bool dryRun = false;
+  std::string rejects; ///< a new file for the objects that are left out
 
 protected:
   ExitCode work(const CommandContext& context) override;

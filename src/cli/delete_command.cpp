@@ -70,7 +70,7 @@ ExitCode DeleteCommand::work(const CommandContext& context) {
 
 void PurgeCommand::prepare() {
   if (!before) return;
-  day_ = parseGermanDate(*before);
+  day_ = parseDate(*before);
   if (!day_)
     throw ProgramError(ExitCode::BadInput, "'" + *before + "' is not a date",
                        "Dates are written dd.mm.yyyy.");

@@ -2,7 +2,6 @@
 
 #include "model/job_codes.h"
 #include "model/text.h"
-#include "program/program_error.h"
 #include "store/entry_objects.h"
 #include "store/staging_writer.h"
 
@@ -38,8 +37,9 @@ ImportJobSubItem initialContractPosition() {
 
 } // namespace
 
-JobAssembler::JobAssembler(Environment& environment, BulkStaging& jobs, std::string fileName)
-    : environment_(environment), jobs_(jobs), fileName_(std::move(fileName)),
+JobAssembler::JobAssembler(Environment& environment, BulkStaging& jobs, StageFaults& faults,
+                           Completeness completeness)
+    : environment_(environment), jobs_(jobs), faults_(faults), completeness_(completeness),
       kunde_(initial<KundeFields>(Kunde(environment))),
       vertrag_(initial<VertragFields>(Vertrag(environment))),
       auftrag_(initial<AuftragFields>(Auftrag(environment))),
@@ -48,20 +48,61 @@ JobAssembler::JobAssembler(Environment& environment, BulkStaging& jobs, std::str
       keptHeader_(activeConnection(environment), sql("Select * From ImportKopf Where 0 = 1"_sql)),
       keptPosition_(activeConnection(environment), sql("Select * From ImportPos Where 0 = 1"_sql)) {}
 
-void JobAssembler::refuse(std::int64_t line, std::string_view field, std::string_view reason) const {
-  std::string message = "object " + std::to_string(jobNumber_) + ": ";
-  if (!field.empty()) message += "property \"" + std::string(field) + "\": ";
-  message += reason;
-  throw ProgramError(
-      ExitCode::BadInput, message,
-      "Nothing was staged. Correct the file and stage it again; docs/cli.md lists the properties.",
-      {fileName_, line, std::string(field)});
+void JobAssembler::fault(std::int64_t line, std::string_view property, ValueFault fault) {
+  faulty_ = true;
+  faults_.add({line, jobNumber_, std::string(property), codeOf(fault.kind), std::move(fault.message),
+               std::move(fault.hint)});
 }
 
-void JobAssembler::refusePosition(std::int64_t line, std::string_view field, std::string_view reason) const {
+void JobAssembler::positionFault(std::int64_t line, std::string_view property, ValueFault wrong) {
+  fault(line, pathOf(property), std::move(wrong));
+}
+
+std::string JobAssembler::pathOf(std::string_view property) const {
   std::string path = "Positionen[" + std::to_string(positionNumber_) + "]";
-  if (!field.empty()) path += "." + std::string(field);
-  refuse(line, path, reason);
+  if (!property.empty()) path.append(".").append(property);
+  return path;
+}
+
+/// Whoever has given a wrong value knows that it is needed.
+bool JobAssembler::isTold(std::string_view property) const {
+  const std::vector<InputFault>& all = faults_.all();
+  for (auto fault = all.rbegin(); fault != all.rend() && fault->object == jobNumber_; ++fault)
+    if (fault->property == property) return true;
+  return false;
+}
+
+std::int64_t JobAssembler::objectOf(std::int64_t job) const {
+  for (const std::int64_t dropped : dropped_) {
+    if (dropped > job) break;
+    ++job;
+  }
+  return job;
+}
+
+void JobAssembler::conflict(const KeyConflict& conflict) {
+  const bool ofPosition =
+      conflict.kind == KeyConflict::Kind::PositionTwice || conflict.kind == KeyConflict::Kind::OtherOwner;
+  const std::string property = ofPosition ? "ChildID" : "JobID";
+  FaultKind kind = FaultKind::KeyRepeated;
+  std::string message = "the " + property + " '" + conflict.key + "' ";
+  switch (conflict.kind) {
+  case KeyConflict::Kind::OtherOwner:
+    kind = FaultKind::KeyTaken;
+    message += "belongs to the job '" + conflict.owner + "'";
+    break;
+  case KeyConflict::Kind::OtherName:
+    kind = FaultKind::OtherJob;
+    message = "a position gives the JobID '" + conflict.owner + "' of another job";
+    break;
+  case KeyConflict::Kind::JobTwice:
+  case KeyConflict::Kind::PositionTwice:
+    message += "stands already in object " + std::to_string(objectOf(conflict.otherJob)) + " on line " +
+               std::to_string(conflict.otherLine);
+    break;
+  }
+  faults_.add({conflict.line, objectOf(conflict.job), property, codeOf(kind), std::move(message),
+               "every job and position needs a key of its own"});
 }
 
 void JobAssembler::beginJob(std::int64_t line) {
@@ -71,6 +112,7 @@ void JobAssembler::beginJob(std::int64_t line) {
   typeLine_ = 0;
   positionsLine_ = 0;
   positionNumber_ = 0;
+  faulty_ = false;
   waitingProperties_.clear();
   waitingPositions_.clear();
 }
@@ -81,9 +123,12 @@ void JobAssembler::property(StageProperty property) {
   } else if (property.name == "Positionen") {
     // An array arrives by beginPositions.
     if (!std::holds_alternative<std::monostate>(property.value))
-      refuse(property.line, property.name,
-             "an array of objects is expected, not " + std::string(describe(property.value)));
-    beginPositions(property);
+      fault(property.line, property.name,
+            {FaultKind::WrongKind,
+             "an array of objects is expected, not " + std::string(describe(property.value)),
+             {}});
+    else
+      beginPositions(property);
   } else if (type_ == Type::Unknown) {
     waitingProperties_.push_back(std::move(property));
   } else {
@@ -92,12 +137,12 @@ void JobAssembler::property(StageProperty property) {
 }
 
 void JobAssembler::setType(const StageProperty& type) {
-  if (typeLine_ != 0)
-    refuse(type.line, "type", "the property is already given on line " + std::to_string(typeLine_));
+  if (typeLine_ != 0) return fault(type.line, "type", repeatedProperty(typeLine_));
+  typeLine_ = type.line;
   const auto* text = std::get_if<std::string>(&type.value);
   if (text == nullptr)
-    refuse(type.line, "type", "a text is expected, not " + std::string(describe(type.value)));
-  typeLine_ = type.line;
+    return fault(type.line, "type",
+                 {FaultKind::WrongKind, "a text is expected, not " + std::string(describe(type.value)), {}});
   if (*text == "Kunde")
     type_ = Type::Kunde;
   else if (*text == "Vertrag")
@@ -107,7 +152,10 @@ void JobAssembler::setType(const StageProperty& type) {
   else if (*text == keptType)
     type_ = Type::Kept;
   else
-    refuse(type.line, "type", "\"" + *text + "\" is not a type; the types are Kunde, Vertrag and Auftrag");
+    return fault(type.line, "type",
+                 {FaultKind::TypeUnknown,
+                  "\"" + *text + "\" is not a type; the types are Kunde, Vertrag and Auftrag",
+                  {}});
   kunde_.begin();
   vertrag_.begin();
   auftrag_.begin();
@@ -125,7 +173,7 @@ void JobAssembler::setType(const StageProperty& type) {
 }
 
 void JobAssembler::addToJob(StageProperty& property) {
-  std::optional<std::string> wrong;
+  std::optional<ValueFault> wrong;
   switch (type_) {
   case Type::Kunde:
     wrong = kunde_.add(property, false);
@@ -140,18 +188,18 @@ void JobAssembler::addToJob(StageProperty& property) {
     wrong = auftrag_.add(property, false);
     break;
   }
-  if (wrong) refuse(property.line, property.name, *wrong);
+  if (wrong) fault(property.line, property.name, std::move(*wrong));
 }
 
 void JobAssembler::beginPositions(const StageProperty& key) {
-  if (positionsLine_ != 0)
-    refuse(key.line, key.name, "the property is already given on line " + std::to_string(positionsLine_));
+  if (positionsLine_ != 0) fault(key.line, key.name, repeatedProperty(positionsLine_));
   positionsLine_ = key.line;
   if (type_ != Type::Unknown) allowPositions();
 }
 
-void JobAssembler::allowPositions() const {
-  if (type_ == Type::Kunde) refuse(positionsLine_, "Positionen", "the type has no such property");
+void JobAssembler::allowPositions() {
+  if (type_ == Type::Kunde)
+    fault(positionsLine_, "Positionen", {FaultKind::PropertyUnknown, "the type has no such property", {}});
 }
 
 void JobAssembler::beginPosition(std::int64_t line) {
@@ -174,10 +222,10 @@ void JobAssembler::positionProperty(StageProperty property) {
 }
 
 void JobAssembler::addToPosition(StageProperty& property) {
-  const auto wrong = type_ == Type::Kept      ? keptPosition_.add(property)
-                     : type_ == Type::Vertrag ? contractPosition_.add(property, true)
-                                              : orderPosition_.add(property, false);
-  if (wrong) refusePosition(property.line, property.name, *wrong);
+  auto wrong = type_ == Type::Kept      ? keptPosition_.add(property)
+               : type_ == Type::Vertrag ? contractPosition_.add(property, true)
+                                        : orderPosition_.add(property, false);
+  if (wrong) positionFault(property.line, property.name, std::move(*wrong));
 }
 
 void JobAssembler::endPosition() {
@@ -197,11 +245,12 @@ template <class Builder>
 void JobAssembler::finishPosition(Builder& builder, std::int16_t code) {
   auto& record = builder.record();
   if (record.JobType != code)
-    refusePosition(builder.line("JobType"), "JobType",
-                   "the code of these positions is " + std::to_string(code));
-  record.JobID = checkedKey(std::move(record.JobID), builder.line("JobID"), "JobID", true);
-  record.ChildID = checkedKey(std::move(record.ChildID), builder.line("ChildID"), "ChildID", true);
+    positionFault(builder.line("JobType"), "JobType",
+                  {FaultKind::WrongCode, "the code of these positions is " + std::to_string(code), {}});
+  checkKey(record.JobID, builder.line("JobID"), "JobID", true);
+  checkKey(record.ChildID, builder.line("ChildID"), "ChildID", true);
   if constexpr (std::is_same_v<std::decay_t<decltype(record)>, AuftragsPosFields>) completeOrderPosition();
+  if (faulty_) return;
   if (record.ChildID.empty()) record.ChildID = newJobKey(environment_);
   const std::int64_t line = builder.line("ChildID");
   fill(jobs_.newPosition(), builder);
@@ -213,7 +262,9 @@ void JobAssembler::completeOrderPosition() {
   AuftragsPosFields& position = orderPosition_.record();
   const auto need = [&](std::string_view name, bool missing) {
     const std::int64_t line = orderPosition_.line(name);
-    if (missing) refusePosition(line == 0 ? positionLine_ : line, name, "a position of an order needs it");
+    if (missing && !isTold(pathOf(name)))
+      positionFault(line == 0 ? positionLine_ : line, name,
+                    {FaultKind::PropertyMissing, "a position of an order needs it", {}});
   };
   need("Artikelnummer", position.Artikelnummer.empty());
   need("Menge", !orderPosition_.given("Menge"));
@@ -225,72 +276,121 @@ void JobAssembler::completeOrderPosition() {
   const bool numbered = orderPosition_.given("Positionsnummer");
   if (positionNumber_ == 1) positionsAreNumbered_ = numbered;
   if (numbered != positionsAreNumbered_)
-    refusePosition(positionLine_, "Positionsnummer", "either all positions of an order have one or none");
+    positionFault(positionLine_, "Positionsnummer",
+                  {FaultKind::Unnumbered, "either all positions of an order have one or none", {}});
   if (!numbered) position.Positionsnummer = static_cast<std::int32_t>(positionNumber_);
 }
 
 void JobAssembler::endJob() {
   switch (type_) {
   case Type::Kunde:
-    return finishJob(kunde_, qxtjobkunden);
+    finishJob(kunde_, qxtjobkunden);
+    break;
   case Type::Vertrag:
-    return finishJob(vertrag_, qxtjobverträge, qxtjobkundenverträge);
+    finishJob(vertrag_, qxtjobverträge, qxtjobkundenverträge);
+    break;
   case Type::Auftrag:
-    return finishJob(auftrag_, qxtJobAufträge);
+    finishJob(auftrag_, qxtJobAufträge);
+    break;
   case Type::Kept:
-    return finishKeptJob();
+    finishKeptJob();
+    break;
   case Type::Unknown:
+    if (typeLine_ == 0)
+      fault(
+          jobLine_, "type",
+          {FaultKind::TypeMissing, "the property is missing; the types are Kunde, Vertrag and Auftrag", {}});
     break;
   }
-  refuse(jobLine_, "type", "the property is missing; the types are Kunde, Vertrag and Auftrag");
+  if (!faulty_) return;
+  dropped_.push_back(jobNumber_);
+  jobs_.dropPositions();
 }
 
 template <class Builder>
 void JobAssembler::finishJob(Builder& builder, std::int16_t code, std::int16_t otherCode) {
   auto& record = builder.record();
-  if (record.JobType != code && (otherCode == 0 || record.JobType != otherCode))
-    refuse(builder.line("JobType"), "JobType",
-           otherCode == 0 ? "a waiting job of this type has the code " + std::to_string(code)
-                          : "a waiting job of this type has the code " + std::to_string(code) + " or " +
-                                std::to_string(otherCode));
+  if (record.JobType != code && (otherCode == 0 || record.JobType != otherCode)) {
+    std::string codes = "a waiting job of this type has the code " + std::to_string(code);
+    if (otherCode != 0) codes += " or " + std::to_string(otherCode);
+    fault(builder.line("JobType"), "JobType", {FaultKind::WrongCode, std::move(codes), {}});
+  }
   // The run processes positions of single contracts only.
   if (record.JobType == qxtjobkundenverträge && positionNumber_ > 0)
-    refuse(positionsLine_, "Positionen",
-           "a contract of a customer (JobType 40) has none; give their values as properties of the contract");
-  record.JobID = checkedKey(std::move(record.JobID), builder.line("JobID"), "JobID", false);
+    fault(positionsLine_, "Positionen",
+          {FaultKind::PropertyUnknown,
+           "a contract of a customer (JobType 40) has none; give their values as properties of the contract",
+           {}});
+  if (completeness_ == Completeness::Required) requireHeader(builder);
+  checkKey(record.JobID, builder.line("JobID"), "JobID", false);
+  if (faulty_) return;
   if (record.JobID.empty()) record.JobID = newJobKey(environment_);
   const std::int64_t line = builder.line("JobID");
   fill(jobs_.newJob(), builder);
   jobs_.addJob(line == 0 ? jobLine_ : line);
 }
 
+/// What the processing cannot do without.
+template <class Builder>
+void JobAssembler::requireHeader(Builder& builder) {
+  using Record = std::decay_t<decltype(builder.record())>;
+  const Record& record = builder.record();
+  const auto need = [&](std::string_view name, bool missing, std::string_view why) {
+    const std::int64_t line = builder.line(name);
+    if (missing && !isTold(name))
+      fault(line == 0 ? jobLine_ : line, name, {FaultKind::PropertyMissing, std::string(why), {}});
+  };
+  if constexpr (std::is_same_v<Record, KundeFields>) {
+    need("Kundennummer", record.Kundennummer.empty(), "a customer needs it");
+    need("Bez1",
+         record.Bez1.empty() && record.Bez2.empty() && record.Bez3.empty() && record.Suchbegriff.empty(),
+         "a customer needs a name");
+  } else if constexpr (std::is_same_v<Record, AuftragFields>) {
+    need("Kundennummer", record.Kundennummer.empty(), "an order needs it");
+    if (positionNumber_ == 0 && !isTold("Positionen"))
+      fault(positionsLine_ == 0 ? jobLine_ : positionsLine_, "Positionen",
+            {FaultKind::PropertyMissing, "an order needs at least one position", {}});
+  }
+}
+
 /// In whatever state it was.
 void JobAssembler::finishKeptJob() {
-  const std::string key = checkedKey(keptHeader_.text("JobID"), keptHeader_.line("JobID"), "JobID", false);
-  if (key.empty()) refuse(jobLine_, "JobID", "a kept job needs its key");
+  const std::string key = keptHeader_.text("JobID");
+  checkKey(key, keptHeader_.line("JobID"), "JobID", false);
+  if (key.empty()) fault(jobLine_, "JobID", {FaultKind::PropertyMissing, "a kept job needs its key", {}});
   const std::int64_t codeLine = keptHeader_.line("JobType");
-  if (codeLine == 0) refuse(jobLine_, "JobType", "a kept job needs the code of its kind and state");
   const std::int64_t code = keptHeader_.whole("JobType").value_or(0);
-  if (code < qxtjobkunden || code >= qxtJobAuftragsPos)
-    refuse(codeLine, "JobType", "this is not the code of a job");
+  if (codeLine == 0)
+    fault(jobLine_, "JobType",
+          {FaultKind::PropertyMissing, "a kept job needs the code of its kind and state", {}});
+  else if (code < qxtjobkunden || code >= qxtJobAuftragsPos)
+    fault(codeLine, "JobType", {FaultKind::WrongCode, "this is not the code of a job", {}});
+  if (faulty_) return;
   keptHeader_.fill(jobs_.newJob());
   jobs_.addJob(keptHeader_.line("JobID"));
 }
 
 void JobAssembler::finishKeptPosition() {
   const std::int64_t line = keptPosition_.line("ChildID");
-  if (checkedKey(keptPosition_.text("ChildID"), line, "ChildID", true).empty())
-    refusePosition(positionLine_, "ChildID", "a kept position needs its key");
+  const std::string key = keptPosition_.text("ChildID");
+  checkKey(key, line, "ChildID", true);
+  if (key.empty())
+    positionFault(positionLine_, "ChildID",
+                  {FaultKind::PropertyMissing, "a kept position needs its key", {}});
+  if (faulty_) return;
   keptPosition_.fill(jobs_.newPosition());
   jobs_.addPosition(line);
 }
 
-std::string JobAssembler::checkedKey(std::string key, std::int64_t line, std::string_view field,
-                                     bool inPosition) const {
-  if (characterCount(key) <= longestKey) return key;
-  const std::string reason = "a key has at most " + std::to_string(longestKey) + " characters";
-  if (inPosition) refusePosition(line, field, reason);
-  refuse(line, field, reason);
+void JobAssembler::checkKey(std::string_view key, std::int64_t line, std::string_view field,
+                            bool inPosition) {
+  if (characterCount(key) <= longestKey) return;
+  ValueFault tooLong{
+      FaultKind::KeyTooLong, "a key has at most " + std::to_string(longestKey) + " characters", {}};
+  if (inPosition)
+    positionFault(line, field, std::move(tooLong));
+  else
+    fault(line, field, std::move(tooLong));
 }
 
 } // namespace qx::cli

@@ -16,12 +16,16 @@
 
 namespace qx::cli {
 
+/// Whether a job must have the properties without which the processing cannot write it.
+enum class Completeness : std::uint8_t { Required, Any };
+
 /// Receives the parser's events of one file in order. Properties and positions may precede the object's type:
-/// they are kept until it is known. Raises `ProgramError`, which names line, object and property, for
-/// anything that cannot be staged.
+/// they are kept until it is known. What cannot be staged becomes a fault, which names line, object and
+/// property; a job with a fault is not passed on, and its other faults are found all the same.
 class JobAssembler {
 public:
-  JobAssembler(Environment& environment, BulkStaging& jobs, std::string fileName);
+  JobAssembler(Environment& environment, BulkStaging& jobs, StageFaults& faults,
+               Completeness completeness = Completeness::Required);
 
   void beginJob(std::int64_t line);
   void property(StageProperty property);
@@ -31,10 +35,15 @@ public:
   void endPosition();
   void endJob();
 
-  /// Refuses an item at a line; `field` is empty when it is not a property.
-  [[noreturn]] void refuse(std::int64_t line, std::string_view field, std::string_view reason) const;
-  /// Refuses a property of the current position.
-  [[noreturn]] void refusePosition(std::int64_t line, std::string_view field, std::string_view reason) const;
+  /// Something at a line that cannot be staged; `property` is empty when it is not one.
+  void fault(std::int64_t line, std::string_view property, ValueFault fault);
+  /// The same of a property of the current position.
+  void positionFault(std::int64_t line, std::string_view property, ValueFault fault);
+  /// A conflict of a job that was passed on.
+  void conflict(const KeyConflict& conflict);
+  bool full() const { return faults_.full(); }
+  /// The number of the object that became a job.
+  std::int64_t objectOf(std::int64_t job) const;
   std::int64_t jobNumber() const { return jobNumber_; }
 
 private:
@@ -47,20 +56,25 @@ private:
   void setType(const StageProperty& type);
   void addToJob(StageProperty& property);
   void addToPosition(StageProperty& property);
-  void allowPositions() const;
+  void allowPositions();
   void finishPosition();
   template <class Builder>
   void finishJob(Builder& builder, std::int16_t code, std::int16_t otherCode = 0);
   template <class Builder>
   void finishPosition(Builder& builder, std::int16_t code);
   void completeOrderPosition();
+  std::string pathOf(std::string_view property) const;
+  bool isTold(std::string_view property) const;
   void finishKeptJob();
   void finishKeptPosition();
-  std::string checkedKey(std::string key, std::int64_t line, std::string_view field, bool inPosition) const;
+  template <class Builder>
+  void requireHeader(Builder& builder);
+  void checkKey(std::string_view key, std::int64_t line, std::string_view field, bool inPosition);
 
   Environment& environment_;
   BulkStaging& jobs_;
-  std::string fileName_;
+  StageFaults& faults_;
+  Completeness completeness_;
 
   ObjectBuilder<kundeFields, KundeFields> kunde_;
   ObjectBuilder<vertragFields, VertragFields> vertrag_;
@@ -78,6 +92,8 @@ private:
   std::int64_t positionNumber_ = 0;
   std::int64_t positionLine_ = 0;
   bool positionsAreNumbered_ = false; ///< by the file, as decided by its first position
+  bool faulty_ = false;               ///< the current job
+  std::vector<std::int64_t> dropped_; ///< the numbers of the faulty objects, rising
   std::vector<StageProperty> waitingProperties_;
   std::vector<WaitingPosition> waitingPositions_;
 };

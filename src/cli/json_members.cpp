@@ -1,5 +1,7 @@
 #include "cli/json_members.h"
 
+#include <cstdint>
+
 namespace qx::cli {
 namespace {
 
@@ -34,6 +36,23 @@ void writeCheck(JsonWriter& json, const Findings& findings) {
   json.key("status").number(static_cast<std::int64_t>(findings.status()));
   json.key("findings").texts(findings.texts());
   writeDetails(json, findings);
+}
+
+void writeFault(JsonWriter& json, const InputFault& fault) {
+  const auto numberOrNull = [&](std::int64_t number) {
+    if (number == 0)
+      json.null();
+    else
+      json.number(number);
+  };
+  json.beginObject().key("line");
+  numberOrNull(fault.line);
+  json.key("object");
+  numberOrNull(fault.object);
+  json.key("property").textOrNull(fault.property);
+  json.key("code").text(fault.code);
+  json.key("message").text(fault.message);
+  json.key("hint").textOrNull(fault.hint).endObject();
 }
 
 void writeLeft(JsonWriter& json, const std::map<std::string, std::string>& left) {

@@ -3,6 +3,7 @@
 
 #include "cli/json_writer.h"
 #include "engine/findings.h"
+#include "program/input_fault.h"
 
 #include <map>
 #include <string>
@@ -14,6 +15,10 @@ namespace qx::cli {
 void writeDetails(JsonWriter& json, const Findings& findings);
 /// The same after `status` and `findings` (texts), as in the result of a check.
 void writeCheck(JsonWriter& json, const Findings& findings);
+
+/// An object with the members `line`, `object`, `property`, `code`, `message` and `hint`; unknown parts are
+/// null.
+void writeFault(JsonWriter& json, const InputFault& fault);
 
 /// The member `left`: the keys of the jobs that the database refuses to change, with its reasons; nothing
 /// without any.

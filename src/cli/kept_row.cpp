@@ -1,5 +1,7 @@
 #include "cli/kept_row.h"
 
+#include "cli/terminal_text.h"
+
 #include <algorithm>
 #include <type_traits>
 
@@ -29,12 +31,15 @@ void KeptRow::begin() {
   for (Column& column : columns_) column = {std::move(column.name), {}, 0};
 }
 
-std::optional<std::string> KeptRow::add(const StageProperty& property) {
-  const auto column = std::ranges::find(columns_, property.name, &Column::name);
-  if (column == columns_.end()) return "the table has no such column";
-  if (column->line != 0) return "the column is already given on line " + std::to_string(column->line);
+std::optional<ValueFault> KeptRow::add(const StageProperty& property) {
+  auto column = std::ranges::find(columns_, property.name, &Column::name);
+  if (column == columns_.end()) column = std::ranges::find(columns_, composed(property.name), &Column::name);
+  if (column == columns_.end())
+    return ValueFault{FaultKind::PropertyUnknown, "the table has no such column", {}};
+  if (column->line != 0) return repeatedProperty(column->line);
   const auto* text = std::get_if<std::string>(&property.value);
-  if (text != nullptr && text->find('\0') != std::string::npos) return "the text holds the character NUL";
+  if (text != nullptr && text->find('\0') != std::string::npos)
+    return ValueFault{FaultKind::ForbiddenCharacter, "a text must not hold the character NUL", {}};
   column->line = property.line;
   column->content = property.value;
   return std::nullopt;

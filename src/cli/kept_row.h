@@ -22,8 +22,8 @@ public:
   KeptRow(Connection& connection, const Sql& emptySelect);
 
   void begin();
-  /// Null when the column was accepted, otherwise the reason.
-  std::optional<std::string> add(const StageProperty& property);
+  /// Null when the column was accepted, otherwise what is wrong.
+  std::optional<ValueFault> add(const StageProperty& property);
 
   /// A text column; empty when it was not given.
   std::string text(std::string_view column) const;

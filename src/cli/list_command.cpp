@@ -144,7 +144,7 @@ void ListCommand::prepare() {
   if (std::ranges::find(sortKeys, keyOf(sort)) == sortKeys.end())
     throw ProgramError(ExitCode::BadInput, "the list cannot be sorted by '" + sort + "'",
                        "Sort by eingang, vorgang, kunde, jobid, name or betreff; -kunde is the reverse.");
-  if (since && !(day_ = parseGermanDate(*since)))
+  if (since && !(day_ = parseDate(*since)))
     throw ProgramError(ExitCode::BadInput, "'" + *since + "' is not a date", "Dates are written dd.mm.yyyy.");
   std::vector<JobState> wantedStates;
   for (const std::string& text : states) {

@@ -6,6 +6,7 @@
 #include "adapters/system/user.h"
 #include "cli/command_line.h"
 #include "cli/harmless_buffer.h"
+#include "cli/json_members.h"
 #include "cli/json_writer.h"
 #include "cli/out_of_memory.h"
 #include "composition/composition.h"
@@ -19,6 +20,7 @@
 #include <new>
 #include <optional>
 #include <string_view>
+#include <vector>
 
 namespace qx::cli {
 namespace {
@@ -35,7 +37,13 @@ void reportAsJson(std::ostream& result, const ProgramError& error) {
     json.null();
   else
     json.number(error.location().line);
-  json.key("field").textOrNull(error.location().field).endObject().finish();
+  json.key("field").textOrNull(error.location().field);
+  if (!error.faults().empty()) {
+    json.key("faults").beginArray();
+    for (const InputFault& fault : error.faults()) writeFault(json, fault);
+    json.endArray();
+  }
+  json.endObject().finish();
 }
 
 void printError(HarmlessStream& messages, const ProgramError& error) {
@@ -44,6 +52,12 @@ void printError(HarmlessStream& messages, const ProgramError& error) {
   messages << "qximportjob: ";
   if (location.line != 0) messages << oneLine(location.file) << ", line " << location.line << ": ";
   messages << oneLine(error.what()) << '\n';
+  const std::vector<InputFault>& faults = error.faults();
+  for (std::size_t i = 1; i < faults.size(); ++i)
+    messages << "  line " << faults[i].line << ": " << oneLine(sentenceOf(faults[i])) << '\n';
+  if (faults.size() > 1)
+    messages << faults.size() << " faults in " << faultyObjects(faults)
+             << (faultyObjects(faults) == 1 ? " object.\n" : " objects.\n");
   if (!error.nextStep().empty()) messages << error.nextStep() << '\n';
 }
 

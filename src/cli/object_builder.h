@@ -2,6 +2,7 @@
 #pragma once
 
 #include "cli/stage_value.h"
+#include "cli/terminal_text.h"
 #include "model/field_table.h"
 #include "store/job_file_line.h"
 #include "store/record_columns.h"
@@ -31,18 +32,20 @@ public:
     lines_.fill(0);
     given_.fill(false);
   }
-  /// Null when the property was accepted, otherwise the reason. A null value counts as not given.
-  std::optional<std::string> add(StageProperty& property, bool contract) {
-    const auto found = indexes().find(property.name);
-    if (found == indexes().end()) return "the type has no such property";
+  /// Null when the property was accepted, otherwise what is wrong. A null value counts as not given.
+  std::optional<ValueFault> add(StageProperty& property, bool contract) {
+    auto found = indexes().find(property.name);
+    if (found == indexes().end()) found = indexes().find(composed(property.name));
+    if (found == indexes().end()) return unknownProperty(property.name, names());
     std::int64_t& line = lines_[found->second];
-    if (line != 0) return "the property is already given on line " + std::to_string(line);
+    if (line != 0) return repeatedProperty(line);
     line = property.line;
     if (std::holds_alternative<std::monostate>(property.value)) return std::nullopt;
     given_[found->second] = true;
     if (const auto* text = std::get_if<std::string>(&property.value)) textLength_ += jobFileLength(*text);
     if (textLength_ > longestTexts)
-      return "with this text the object is longer than a job file can carry (16 MiB)";
+      return ValueFault{
+          FaultKind::TooLong, "with this text the object is longer than a job file can carry (16 MiB)", {}};
     const auto& field = table[found->second];
     const DateRule rule{contract, contract && field.name == "Vertragsende"};
     return field.visit(record_,
@@ -82,6 +85,12 @@ private:
       return all;
     }();
     return known;
+  }
+
+  static std::vector<std::string> names() {
+    std::vector<std::string> all;
+    for (const auto& field : table) all.emplace_back(field.name);
+    return all;
   }
 
   Record initial_;

@@ -77,7 +77,7 @@ void writeText(const Output& output, Connection& connection, const std::vector<s
 } // namespace
 
 void ProtocolPurgeCommand::prepare() {
-  const auto day = parseGermanDate(before);
+  const auto day = parseDate(before);
   if (!day)
     throw ProgramError(ExitCode::BadInput, "'" + before + "' is not a date", "Dates are written dd.mm.yyyy.");
   day_ = *day;

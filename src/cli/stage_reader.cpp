@@ -1,5 +1,6 @@
 #include "cli/stage_reader.h"
 
+#include "cli/json_stream.h"
 #include "program/program_error.h"
 
 #include <rapidjson/error/en.h>
@@ -13,30 +14,6 @@
 
 namespace qx::cli {
 namespace {
-
-/// The source as the parser reads it.
-class JsonStream {
-public:
-  using Ch = char;
-
-  explicit JsonStream(TextSource& source) : source_(source) {}
-
-  Ch Peek() const { return source_.atEnd() ? '\0' : source_.current(); }
-  Ch Take() {
-    const Ch taken = Peek();
-    if (!source_.atEnd()) source_.advance();
-    return taken;
-  }
-  /// The parser's own places of errors are not used; the source knows its lines.
-  static std::size_t Tell() { return 0; }
-  // Asked of streams that are changed in place only.
-  static Ch* PutBegin() { return nullptr; }
-  static void Put(Ch /*character*/) {}
-  static std::size_t PutEnd(Ch* /*begin*/) { return 0; }
-
-private:
-  TextSource& source_;
-};
 
 /// What is wrong, where the library's own words leave open what to do.
 std::string reasonOf(rapidjson::ParseErrorCode code) {
@@ -60,20 +37,31 @@ std::string reasonOf(rapidjson::ParseErrorCode code) {
   }
 }
 
+constexpr const char* formOfFile = "A file holds an array of objects, one object, or one object per line.";
+
+/// Refuses what is wrong with the file as a whole.
+[[noreturn]] void refuseFile(const TextSource& source, std::int64_t line, FaultKind kind, std::string reason,
+                             const char* nextStep) {
+  throw ProgramError(ExitCode::BadInput, reason, nextStep, {source.name(), line, {}})
+      .with({{line, 0, {}, codeOf(kind), reason, {}}});
+}
+
 /// Follows the parser's events through the levels of a file of jobs.
 class StageEvents final : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, StageEvents> {
 public:
   StageEvents(TextSource& source, JobAssembler& assembler) : source_(source), assembler_(assembler) {}
 
-  bool Null() { return take({}); }
-  bool Bool(bool truth) { return take(truth); }
+  bool Null() { return depth_ > 0 || take({}); }
+  bool Bool(bool truth) { return depth_ > 0 || take(truth); }
   bool String(const char* text, rapidjson::SizeType length, bool /*copied*/) {
     requireCharacters({text, length});
+    if (depth_ > 0) return true;
     return take(std::string(text, length));
   }
 
   /// Whole numbers stay whole as far as they can be held.
   bool RawNumber(const char* text, rapidjson::SizeType length, bool /*copied*/) {
+    if (depth_ > 0) return true;
     const std::string_view number(text, length);
     const char* const end = text + length;
     std::int64_t whole = 0;
@@ -90,6 +78,7 @@ public:
   }
 
   bool StartObject() {
+    if (depth_ > 0) return deeper();
     switch (level_) {
     case Level::File:
     case Level::Jobs:
@@ -102,29 +91,34 @@ public:
       level_ = Level::Position;
       return true;
     default:
-      refuseValue("an object");
+      unexpected("an object");
+      return deeper();
     }
   }
 
   bool Key(const char* name, rapidjson::SizeType length, bool /*copied*/) {
     requireCharacters({name, length});
+    if (depth_ > 0) return true;
     name_.assign(name, length);
     line_ = source_.line();
     return true;
   }
 
   bool EndObject(rapidjson::SizeType /*count*/) {
+    if (depth_ > 0) return higher();
     if (level_ == Level::Position) {
       assembler_.endPosition();
       level_ = Level::Positions;
     } else {
       assembler_.endJob();
       level_ = inArray_ ? Level::Jobs : Level::File;
+      return !assembler_.full();
     }
     return true;
   }
 
   bool StartArray() {
+    if (depth_ > 0) return deeper();
     if (level_ == Level::File && !arraySeen_) {
       arraySeen_ = true;
       level_ = Level::Jobs;
@@ -132,12 +126,14 @@ public:
       assembler_.beginPositions({name_, line_, {}});
       level_ = Level::Positions;
     } else {
-      refuseValue("an array");
+      unexpected("an array");
+      return deeper();
     }
     return true;
   }
 
   bool EndArray(rapidjson::SizeType /*count*/) {
+    if (depth_ > 0) return higher();
     level_ = level_ == Level::Positions ? Level::Job : Level::File;
     return true;
   }
@@ -152,9 +148,8 @@ public:
   }
 
   [[noreturn]] void refuseText(const std::string& reason, std::int64_t line) {
-    throw ProgramError(ExitCode::BadInput, "the file is not valid JSON: " + reason,
-                       "Nothing was staged. Correct the file and stage it again.",
-                       {source_.name(), line, {}});
+    refuseFile(source_, line, FaultKind::NotJson, "the file is not valid JSON: " + reason,
+               "Nothing was staged. Correct the file and stage it again.");
   }
 
   /// A text is at fault where it was read, everything else at the next character.
@@ -172,6 +167,8 @@ public:
     refuseText(reasonOf(code), source_.line());
   }
 
+  /// Nothing more has to be read.
+  bool ended() const { return level_ == Level::File || level_ == Level::Jobs ? assembler_.full() : false; }
   bool arraySeen() const { return arraySeen_; }
 
 private:
@@ -180,46 +177,56 @@ private:
   bool take(StageValue value) {
     switch (level_) {
     case Level::Job:
+      if (name_ == rejectedProperty) return true;
       assembler_.property({std::move(name_), line_, std::move(value)});
       return true;
     case Level::Position:
       assembler_.positionProperty({std::move(name_), line_, std::move(value)});
       return true;
     default:
-      refuseValue(describe(value));
+      unexpected(describe(value));
+      return true;
     }
   }
 
-  [[noreturn]] void refuseValue(std::string_view what) {
+  /// Everything below an unexpected value is passed over.
+  bool deeper() {
+    ++depth_;
+    return true;
+  }
+  bool higher() {
+    --depth_;
+    return true;
+  }
+
+  void unexpected(std::string_view what) {
     switch (level_) {
     case Level::Job:
-      assembler_.refuse(line_, name_, std::string(what) + " is not expected here");
+      if (name_ == rejectedProperty) return;
+      return assembler_.fault(line_, name_,
+                              {FaultKind::WrongKind, std::string(what) + " is not expected here", {}});
     case Level::Position:
-      assembler_.refusePosition(line_, name_, std::string(what) + " is not expected here");
+      return assembler_.positionFault(
+          line_, name_, {FaultKind::WrongKind, std::string(what) + " is not expected here", {}});
     case Level::Positions:
-      assembler_.refuse(source_.line(), "Positionen",
-                        "objects are expected in the array, not " + std::string(what));
+      return assembler_.fault(
+          source_.line(), "Positionen",
+          {FaultKind::WrongKind, "objects are expected in the array, not " + std::string(what), {}});
     default:
-      throw ProgramError(ExitCode::BadInput, "an object is expected, not " + std::string(what),
-                         "A file holds an array of objects, one object, or one object per line.",
-                         {source_.name(), source_.line(), {}});
+      refuseFile(source_, source_.line(), FaultKind::NotAnObject,
+                 "an object is expected, not " + std::string(what), formOfFile);
     }
   }
 
   TextSource& source_;
   JobAssembler& assembler_;
   Level level_ = Level::File;
+  int depth_ = 0; ///< below a value that was not expected
   bool inArray_ = false;
   bool arraySeen_ = false;
   std::string name_;
   std::int64_t line_ = 0;
 };
-
-[[noreturn]] void refuseRest(TextSource& source, std::string_view reason) {
-  throw ProgramError(ExitCode::BadInput, std::string(reason),
-                     "A file holds an array of objects, one object, or one object per line.",
-                     {source.name(), source.line(), {}});
-}
 
 } // namespace
 
@@ -230,12 +237,14 @@ void readJobs(TextSource& source, JobAssembler& assembler) {
   JsonStream stream(source);
   rapidjson::Reader reader;
   source.skipBlanks();
-  if (source.atEnd()) refuseRest(source, "the file is empty");
+  if (source.atEnd()) refuseFile(source, source.line(), FaultKind::NotJson, "the file is empty", formOfFile);
   do {
     const rapidjson::ParseResult result = reader.Parse<flags>(stream, events);
+    if (events.ended()) return;
     if (result.IsError()) events.refuse(result.Code());
     source.skipBlanks();
-    if (events.arraySeen() && !source.atEnd()) refuseRest(source, "something follows the array");
+    if (events.arraySeen() && !source.atEnd())
+      refuseFile(source, source.line(), FaultKind::NotJson, "something follows the array", formOfFile);
   } while (!source.atEnd());
 }
 

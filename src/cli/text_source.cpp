@@ -60,16 +60,25 @@ File openText(const std::string& name) {
 
 } // namespace
 
-TextFile::TextFile(std::string_view fileName)
+TextFile::TextFile(std::string_view fileName, Readings readings)
     : TextSource(std::string(fileName == "-" ? nameOfInput : fileName)), buffer_(bufferSize) {
   if (fileName == "-")
     copy_ = copyOfInput(buffer_);
   else
     opened_.emplace(openText(name()));
   std::error_code unknown;
+  if (opened_ && readings == Readings::Twice && !std::filesystem::is_regular_file(pathOf(name()), unknown)) {
+    copy_ = copyOf(*opened_, buffer_, name());
+    opened_.reset();
+  }
   if (const auto size = std::filesystem::file_size(pathOf(name()), unknown); opened_ && !unknown)
     size_ = size;
   fill();
+}
+
+void TextFile::restart() {
+  (opened_ ? *opened_ : copy_->file()).rewind();
+  beginAgain();
 }
 
 PipeCopy::PipeCopy() {

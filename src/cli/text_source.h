@@ -50,9 +50,19 @@ public:
 protected:
   /// Fetches the next characters. A derived class calls it once the first ones are available.
   void fill() {
-    const std::string_view characters = more();
+    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+    std::string_view characters = more();
+    if (std::exchange(atBeginning_, false) && characters.starts_with(byteOrderMark))
+      characters.remove_prefix(byteOrderMark.size());
     at_ = counted_ = characters.data();
     end_ = at_ + characters.size();
+  }
+  /// The text from its beginning, which a derived class supplies again.
+  void beginAgain() {
+    line_ = 1;
+    last_ = 0;
+    atBeginning_ = true;
+    fill();
   }
 
 private:
@@ -72,13 +82,20 @@ private:
   const char* counted_ = nullptr; ///< up to where the lines are counted
   std::int64_t line_ = 1;         ///< of the character there
   char last_ = 0;                 ///< before it
+  bool atBeginning_ = true;
 };
 
-/// Reads a file, or standard input for the name "-", which is first copied to a temporary file up to its end.
-/// Raises `ProgramError` when the file cannot be read.
+/// How often a file is read.
+enum class Readings : std::uint8_t { Once, Twice };
+
+/// Reads a file, or standard input for the name "-", which is first copied to a temporary file up to its end;
+/// so is a pipe that is read twice. Raises `ProgramError` when the file cannot be read.
 class TextFile final : public TextSource {
 public:
-  explicit TextFile(std::string_view fileName);
+  explicit TextFile(std::string_view fileName, Readings readings = Readings::Once);
+
+  /// Goes back to the beginning of a file that is read twice.
+  void restart();
 
   /// Told how much has been read so far, and the size of the file, 0 when it is unknown.
   using Observer = std::function<void(std::uintmax_t done, std::uintmax_t total)>;
@@ -87,7 +104,7 @@ public:
 private:
   std::string_view more() override;
 
-  std::unique_ptr<TemporaryFile> copy_; ///< of standard input
+  std::unique_ptr<TemporaryFile> copy_; ///< of standard input or of a pipe
   std::optional<File> opened_;
   std::vector<char> buffer_;
   Observer observer_;

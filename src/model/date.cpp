@@ -78,6 +78,30 @@ std::optional<Date> parseGermanDate(std::string_view text) {
   return moment->date;
 }
 
+std::optional<Date> parseIsoDate(std::string_view text) {
+  const auto year = takeDigits(text, 4, 4);
+  if (!year || !take(text, '-')) return std::nullopt;
+  const auto month = takeDigits(text, 2, 2);
+  if (!month || !take(text, '-')) return std::nullopt;
+  const auto day = takeDigits(text, 2, 2);
+  if (!day) return std::nullopt;
+  const Date date = makeDate(*year, static_cast<unsigned>(*month), static_cast<unsigned>(*day));
+  if (!date.ok()) return std::nullopt;
+  if (text.empty()) return date;
+  DateTime moment;
+  if ((!take(text, 'T') && !take(text, ' ')) || !takeTime(text, moment)) return std::nullopt;
+  if (take(text, '.') && !takeDigits(text, 1, 9)) return std::nullopt;
+  if (take(text, 'Z') || text.empty()) return text.empty() ? std::optional(date) : std::nullopt;
+  DateTime zone;
+  if ((!take(text, '+') && !take(text, '-')) || !takeTime(text, zone) || !text.empty()) return std::nullopt;
+  return date;
+}
+
+std::optional<Date> parseDate(std::string_view text) {
+  const auto german = parseGermanDate(text);
+  return german ? german : parseIsoDate(text);
+}
+
 std::optional<DateTime> parseTimeStamp(std::string_view text) {
   const auto year = takeDigits(text, 4, 4);
   const auto month = takeDigits(text, 2, 2);

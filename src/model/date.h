@@ -34,6 +34,13 @@ std::optional<DateTime> parseGermanDateTime(std::string_view text);
 /// The day of `parseGermanDateTime`.
 std::optional<Date> parseGermanDate(std::string_view text);
 
+/// Reads the ISO form "yyyy-mm-dd", alone or before "T" or a blank and a time of day with or without a zone.
+/// The day is taken as it is written. Null for every other text and for days that do not exist.
+std::optional<Date> parseIsoDate(std::string_view text);
+
+/// A day in the German or the ISO form.
+std::optional<Date> parseDate(std::string_view text);
+
 /// Reads a time stamp: the eight digits "yyyymmdd" or all fourteen. Null for every other text and for times
 /// that do not exist.
 std::optional<DateTime> parseTimeStamp(std::string_view text);

@@ -5,12 +5,12 @@
 
 #include <cstdint>
 #include <functional>
-#include <optional>
 #include <string>
+#include <vector>
 
 namespace qx {
 
-/// A job or position key that cannot be staged.
+/// A job or position key that cannot be staged. Jobs have the numbers in which they were added, from 1.
 struct KeyConflict {
   enum class Kind : std::uint8_t {
     JobTwice,      ///< two jobs of the file have the same key
@@ -20,9 +20,9 @@ struct KeyConflict {
   };
   Kind kind = Kind::JobTwice;
   std::string key;
-  std::int64_t job = 0; ///< number of the later job in the file
+  std::int64_t job = 0; ///< the later job in the file
   std::int64_t line = 0;
-  std::int64_t otherJob = 0; ///< number of the earlier job; 0 when it is not in the file
+  std::int64_t otherJob = 0; ///< the earlier job; 0 when it is not in the file
   std::int64_t otherLine = 0;
   std::string owner; ///< the other job's key, for the last two
 };
@@ -35,9 +35,15 @@ struct StageCounts {
   std::int64_t skipped = 0;
 };
 
+/// What `copy` does with the jobs.
+struct CopyOrder {
+  bool again = false;   ///< done jobs too
+  bool tryOnly = false; ///< only finds out what would be done
+};
+
 /// Loads all jobs of a file without touching the staging tables, then copies them in one unit of work. The
-/// calls come in this order: `begin`, the rows of each job (its positions first), `finish`, `copy`,
-/// `forEach`.
+/// calls come in this order: `begin`, the rows of each job (its positions first), `finish`, `conflicts`,
+/// `copy`, `forEach`.
 ///
 /// Whatever database implements it keeps these promises:
 /// - Until `copy` nobody is kept waiting and nothing of the file is visible. `copy` is one unit: after any
@@ -45,8 +51,7 @@ struct StageCounts {
 /// - Memory does not grow with the number of jobs.
 /// - Job and position keys are compared without regard to case, both within the file and with stored ones.
 /// - A replaced job keeps its place among the stored jobs. All its columns are overwritten, those that the
-/// file
-///   does not give with null, and its positions are deleted before the new ones are added.
+///   file does not give with null, and its positions are deleted before the new ones are added.
 /// - Jobs and positions are added in the order of the file. A position gets the key of its job, whatever it
 ///   names itself.
 /// - When fewer rows than expected have arrived, as after a trigger has dropped some, `copy` raises
@@ -69,13 +74,21 @@ public:
   /// A new row of the table of jobs, valid until `addJob`.
   virtual RowValues& newJob() = 0;
   virtual void addJob(std::int64_t line) = 0;
-  /// After the last job. Null when no key stands twice and every position names its own job or none.
-  virtual std::optional<KeyConflict> finish() = 0;
+  /// Takes back the positions that have been added since the last job.
+  virtual void dropPositions() = 0;
+  /// After the last job.
+  virtual void finish() = 0;
 
-  /// Copies all jobs, but skips those that are done unless `again`. A conflict leaves everything unchanged.
-  /// While another program holds the database, waits as long as `wait` decides. After a `ConflictError` it
-  /// may be called again.
-  virtual std::optional<KeyConflict> copy(BusyWait& wait, bool again) = 0;
+  /// The first `most` conflicts between the jobs of the file: keys that stand twice, and positions that name
+  /// another job than their own. Those of one kind stand together, in the order of the file.
+  virtual std::vector<KeyConflict> conflicts(std::int64_t most) = 0;
+  /// Leaves out jobs with their positions, after `finish`.
+  virtual void leaveOut(const std::vector<std::int64_t>& jobs) = 0;
+
+  /// Copies all jobs, but skips those that are done unless told otherwise. Conflicts with stored jobs, of
+  /// which it returns the first `most`, leave everything unchanged. While another program holds the database,
+  /// waits as long as `wait` decides. After conflicts, a `ConflictError` or a try it may be called again.
+  virtual std::vector<KeyConflict> copy(BusyWait& wait, CopyOrder order, std::int64_t most) = 0;
   /// After `copy`.
   virtual StageCounts counts() const = 0;
   /// The jobs in the order of the file, after `copy`.

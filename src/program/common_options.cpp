@@ -22,7 +22,7 @@ void declareCommonOptions(CLI::App& app, ProgramOptions& options) {
   app.add_option_function<std::string>(
          "--date",
          [&options](const std::string& text) {
-           options.sessionDate = parseGermanDate(text);
+           options.sessionDate = parseDate(text);
            if (!options.sessionDate)
              throw ProgramError(ExitCode::BadInput, "'" + text + "' is not a date",
                                 "Dates are written dd.mm.yyyy.");

@@ -1,11 +1,14 @@
 // The exit codes and errors of the programs.
 #pragma once
 
+#include "program/input_fault.h"
+
 #include <cstdint>
 #include <functional>
 #include <stdexcept>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace qx {
 
@@ -50,10 +53,18 @@ public:
     return std::move(*this);
   }
 
+  /// The error with all faults of the file; its message and its location are those of the first one.
+  ProgramError with(std::vector<InputFault> faults) && {
+    faults_ = std::move(faults);
+    return std::move(*this);
+  }
+
   ExitCode code() const { return code_; }
   ErrorCause cause() const { return cause_; }
   const std::string& nextStep() const { return nextStep_; }
   const SourceLocation& location() const { return location_; }
+  /// Empty unless a file of jobs is at fault.
+  const std::vector<InputFault>& faults() const { return faults_; }
 
 private:
   /// A file name may hold NUL, at which `what()` would end.
@@ -66,6 +77,7 @@ private:
   ExitCode code_;
   std::string nextStep_;
   SourceLocation location_;
+  std::vector<InputFault> faults_;
   ErrorCause cause_ = ErrorCause::Call;
 };
 

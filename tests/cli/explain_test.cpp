@@ -8,7 +8,8 @@ class Explained : public ProgramTest {};
 
 TEST_F(Explained, AValueWithLineBreaksForgesNoFinding) {
   const std::string value = "A'\r\nVertreter1: '007' ist nicht angelegt.";
-  Json staged{{"type", "Kunde"}, {"JobID", "K1"}, {"Kundennummer", "1"}, {"Kundengruppe", value}};
+  Json staged{
+      {"type", "Kunde"}, {"JobID", "K1"}, {"Kundennummer", "1"}, {"Bez1", "N"}, {"Kundengruppe", value}};
   mustStage(staged.dump());
   const Json job = run({"check", "--json"}).json()["jobs"][0];
   ASSERT_EQ(job["findings"].size(), 1U);
@@ -32,7 +33,7 @@ TEST_F(Explained, AValueWithLineBreaksForgesNoFinding) {
 
 TEST_F(Explained, AFailedJobNamesRuleFieldAndPosition) {
   erp.execute("Insert Into Kundenstamm (Kundennummer, Bez1) Values ('1', 'Kontor')"_sql);
-  mustStage(R"([{"type":"Kunde","JobID":"K1","Kundennummer":"2","Währung":"XTS","Vertreter2":"77"},
+  mustStage(R"([{"type":"Kunde","Bez1":"N","JobID":"K1","Kundennummer":"2","Währung":"XTS","Vertreter2":"77"},
                       {"type":"Vertrag","JobID":"V1","Kundennummer":"9","Zustand":"I"},
                       {"type":"Auftrag","JobID":"A1","Kundennummer":"1","Positionen":
                        [{"ChildID":"P1","Positionsnummer":1,"Artikelnummer":"A9","Menge":1}]}])");
@@ -79,7 +80,8 @@ TEST_F(Explained, ACodeATokenAndATextWithValuesGiveTheirRules) {
 
 TEST_F(Explained, AJobGivesItsFindingsWithValuesAndTheReasonsOfItsLastRun) {
   ASSERT_EQ(
-      stage(R"({"type":"Kunde","JobID":"K1","Kundennummer":"1","Kundengruppe":"NEU","Land":"FR"})").status,
+      stage(R"({"type":"Kunde","Bez1":"N","JobID":"K1","Kundennummer":"1","Kundengruppe":"NEU","Land":"FR"})")
+          .status,
       0);
   erp.execute("Update ImportKopf Set JobType = 12, Fehlertext = '"_sql,
               value("Die Währung: 'XTS' ist nicht angelegt."), "'"_sql);

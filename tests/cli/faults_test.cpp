@@ -66,7 +66,9 @@ TEST_F(Faults, AMissingTableEndsWithFourAndIsNamed) {
 
 TEST_F(Faults, AFileThatMayNotBeWrittenIsReadAndNotProcessed) {
   namespace fs = std::filesystem;
-  ASSERT_EQ(stage(R"({"type":"Kunde","JobID":"K","Kundennummer":"K1","Versandart":"DROHNE"})").status, 0);
+  ASSERT_EQ(
+      stage(R"({"type":"Kunde","Bez1":"N","JobID":"K","Kundennummer":"K1","Versandart":"DROHNE"})").status,
+      0);
   erp.execute("PRAGMA wal_checkpoint(TRUNCATE)"_sql);
   // The program runs as a user without rights to the folder; root would be let through.
   const fs::path folder = erp.folder.path() / "fremd";

@@ -71,7 +71,8 @@ TEST_F(Help, ASlipIsNamedWithTheWordThatWasMeant) {
 }
 
 TEST_F(Help, KindsAndStatesAreUnderstoodInBothLanguages) {
-  mustStage(R"([{"type":"Kunde","JobID":"K"},{"type":"Vertrag","JobID":"V"},{"type":"Auftrag","JobID":"A"},
+  mustStage(
+      R"([{"type":"Kunde","Kundennummer":"1","Bez1":"N","JobID":"K"},{"type":"Vertrag","JobID":"V"},{"type":"Auftrag","Kundennummer":"1","Positionen":[{"Artikelnummer":"A","Menge":1}],"JobID":"A"},
                 {"type":"Vertrag","JobID":"KV","JobType":40}])");
   setJobType("K", 12);
   const auto only = [&](const char* option, const char* word) {
@@ -94,7 +95,7 @@ TEST_F(Help, KindsAndStatesAreUnderstoodInBothLanguages) {
 }
 
 TEST_F(Help, LongTextsGoThroughThePagerOnATerminalOnly) {
-  mustStage(R"({"type":"Kunde","JobID":"K","Betreff":"\u001b[2J"})");
+  mustStage(R"({"type":"Kunde","Kundennummer":"1","Bez1":"N","JobID":"K","Betreff":"\u001b[2J"})");
   variables["PAGER"] = "sed s/^/seite:/";
   const TerminalResult list = runAtTerminal(onDatabase({"list"}), variables);
   EXPECT_EQ(list.status, 0);
@@ -108,7 +109,7 @@ TEST_F(Help, AListIsFilteredSortedAndFormedAsAsked) {
   mustStage(
       R"([{"type":"Kunde","JobID":"a","Kundennummer":"3","Bez1":"Ähre, \"Gold\"","Eingangsdatum":"1.11.2026"},
                 {"type":"Kunde","JobID":"b","Kundennummer":"2","Bez1":"Mühle","Eingangsdatum":"3.11.2026"},
-                {"type":"Auftrag","JobID":"c","Kundennummer":"1","Betreff":"für die ähre","Eingangsdatum":"2.11.2026"}])");
+                {"type":"Auftrag","Positionen":[{"Artikelnummer":"A","Menge":1}],"JobID":"c","Kundennummer":"1","Betreff":"für die ähre","Eingangsdatum":"2.11.2026"}])");
   using Keys = std::vector<std::string>;
   EXPECT_EQ(listed({"--sort", "kunde"}), (Keys{"c", "b", "a"}));
   EXPECT_EQ(listed({"--sort", "-Eingang"}), (Keys{"b", "c", "a"}));

@@ -24,8 +24,8 @@ protected:
 };
 
 TEST_F(JobFile, ExportAndImportCarryJobsFromOneDatabaseToAnother) {
-  mustStage(R"([{"type":"Kunde","JobID":"K1","Bez1":"Müller €"},
-                      {"type":"Auftrag","JobID":"A1","Positionen":[{"ChildID":"P1","Artikelnummer":"A","Menge":2.5}]}])");
+  mustStage(R"([{"type":"Kunde","Kundennummer":"1","JobID":"K1","Bez1":"Müller €"},
+                      {"type":"Auftrag","Kundennummer":"1","JobID":"A1","Positionen":[{"ChildID":"P1","Artikelnummer":"A","Menge":2.5}]}])");
   setJobType("K1", 44);
   ProgramResult result = run({"export", file("jobs.edi"), "--json"});
   EXPECT_EQ(result.status, 0) << result.messages;
@@ -42,7 +42,7 @@ TEST_F(JobFile, ExportAndImportCarryJobsFromOneDatabaseToAnother) {
 }
 
 TEST_F(JobFile, ImportNamesTheLinesThatItRefusesAndReadsTheRest) {
-  mustStage(R"({"type":"Kunde","JobID":"K3"})");
+  mustStage(R"({"type":"Kunde","Kundennummer":"1","Bez1":"N","JobID":"K3"})");
   setJobType("K3", 13);
   erp.folder.write("in.edi", banner + customer("K1", "10") + customer("K2", "10", "zehn") +
                                  customer("K3", "10") + customer("K4", "44") + "\"50\";\"K9\";\"P1\"" +
@@ -73,7 +73,10 @@ TEST_F(JobFile, WhatIsNoFileOfTheVersionEndsWithTwoAndChangesNothing) {
 
 TEST_F(JobFile, TravelsThroughStandardOutputAndInput) {
   ASSERT_EQ(
-      stage(R"([{"type":"Kunde","JobID":"K1","Bez1":"Müller"},{"type":"Vertrag","JobID":"V1"}])").status, 0);
+      stage(
+          R"([{"type":"Kunde","Kundennummer":"1","JobID":"K1","Bez1":"Müller"},{"type":"Vertrag","JobID":"V1"}])")
+          .status,
+      0);
   ASSERT_EQ(run({"export", file("jobs.edi")}).status, 0);
   const ProgramResult exported = run({"export", "-"});
   EXPECT_EQ(exported.status, 0);
@@ -91,7 +94,8 @@ TEST_F(JobFile, TravelsThroughStandardOutputAndInput) {
 }
 
 TEST_F(JobFile, GoesIntoAPipeThatIsGivenByItsName) {
-  mustStage(R"([{"type":"Kunde","JobID":"K1"},{"type":"Kunde","JobID":"K2"}])");
+  mustStage(
+      R"([{"type":"Kunde","Kundennummer":"1","Bez1":"N","JobID":"K1"},{"type":"Kunde","Kundennummer":"1","Bez1":"N","JobID":"K2"}])");
   ASSERT_EQ(run({"export", file("jobs.edi")}).status, 0);
   const auto shell = [&](const std::string& command) {
     return std::system(("PATH=/usr/bin:/bin; cd " + erp.folder.path().string() + "; " + command).c_str());
@@ -132,9 +136,11 @@ TEST_F(JobFile, ARecordOfMoreThan16MiBIsRefusedByStageAndNamedByExport) {
   // Two bytes here, one in a job file.
   std::string umlauts;
   for (std::size_t i = 0; i < 12 * mebi; ++i) umlauts += "ä";
-  mustStage("{\"type\":\"Kunde\",\"JobID\":\"K1\",\"Bemerkung\":\"" + umlauts + "\"}");
-  const Json refused =
-      stage("{\"type\":\"Kunde\",\n\"Bez1\":\"" + half + "\",\n\"Bemerkung\":\"" + half + "\"}").json();
+  mustStage("{\"type\":\"Kunde\",\"Kundennummer\":\"1\",\"Bez1\":\"N\",\"JobID\":\"K1\",\"Bemerkung\":\"" +
+            umlauts + "\"}");
+  const Json refused = stage("{\"type\":\"Kunde\",\"Kundennummer\":\"1\",\n\"Bez1\":\"" + half +
+                             "\",\n\"Bemerkung\":\"" + half + "\"}")
+                           .json();
   EXPECT_EQ(refused["error"],
             "object 1: property \"Bemerkung\": with this text the object is longer than a job "
             "file can carry (16 MiB)");
@@ -175,7 +181,7 @@ TEST_F(JobFile, AFullDiskEndsWithFourAndTheCountsAreWhatIsDurable) {
 }
 
 TEST_F(JobFile, ExportsOfTheFirstVersionAreReadWithItsOption) {
-  mustStage(R"({"type":"Kunde","JobID":"K1","Bez1":"a;b"})");
+  mustStage(R"({"type":"Kunde","Kundennummer":"1","JobID":"K1","Bez1":"a;b"})");
   ASSERT_EQ(run({"export", file("a.aim"), "--version1"}).status, 0);
   EXPECT_EQ(run({"import", file("a.aim")}).status, 2);
   ASSERT_EQ(run({"delete", "K1"}).status, 0);
@@ -184,7 +190,8 @@ TEST_F(JobFile, ExportsOfTheFirstVersionAreReadWithItsOption) {
 }
 
 TEST_F(JobFile, JobsThatWillNotReadBackAreNamed) {
-  mustStage(R"({"type":"Kunde","JobID":"K1","Bemerkung":"Bitte anrufen; eilt"})");
+  mustStage(
+      R"({"type":"Kunde","Kundennummer":"1","Bez1":"N","JobID":"K1","Bemerkung":"Bitte anrufen; eilt"})");
   const ProgramResult result = run({"export", file("out.edi")});
   EXPECT_EQ(result.status, 0);
   EXPECT_EQ(result.output, "cannot be read back unchanged: K1\n1 lines cannot be read back unchanged\n"
@@ -196,7 +203,7 @@ TEST_F(JobFile, JobsThatWillNotReadBackAreNamed) {
 }
 
 TEST_F(JobFile, TheDatabaseIsNoTarget) {
-  mustStage(R"({"type":"Kunde","JobID":"K1"})");
+  mustStage(R"({"type":"Kunde","Kundennummer":"1","Bez1":"N","JobID":"K1"})");
   erp.folder.write("klar.edi", banner + customer("K2", "10"));
   ASSERT_EQ(run({"scramble", file("klar.edi"), file("wirr.edi")}).status, 0);
   for (const char* name : {"erp.db", "erp.db-wal", "Codetabellen.txt"}) {

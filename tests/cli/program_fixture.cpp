@@ -123,6 +123,10 @@ void ProgramTest::mustStage(std::string_view jobs, std::vector<std::string> opti
   if (result.status != 0) throw std::runtime_error(result.messages);
 }
 
+void ProgramTest::takeNumber(std::string_view jobId) {
+  erp.execute("Update ImportKopf Set Kundennummer = '' Where JobID = '"_sql, value(jobId), "'"_sql);
+}
+
 Json ProgramTest::show(const std::string& jobId) const { return run({"show", jobId, "--json"}).json(); }
 
 std::vector<std::string> ProgramTest::listed(std::vector<std::string> options) const {

@@ -62,6 +62,8 @@ protected:
   ProgramResult stage(std::string_view jobs, std::vector<std::string> options = {}) const;
   /// The same for jobs that are accepted; raises otherwise.
   void mustStage(std::string_view jobs, std::vector<std::string> options = {}) const;
+  /// Leaves a staged job without a number, as an entry object may.
+  void takeNumber(std::string_view jobId);
   Json show(const std::string& jobId) const;
   /// The keys of all jobs in the order of the list.
   std::vector<std::string> listed(std::vector<std::string> options = {}) const;

@@ -98,8 +98,9 @@ protected:
 TEST_F(Run, TellsEveryJobItsCountsAndItsProtocol) {
   erp.setOption("AutomatischVerarbeiten", "1");
   mustStage(R"([{"type":"Kunde","JobID":"gut","Kundennummer":"K1","Bez1":"Firma"},
-                      {"type":"Kunde","JobID":"geparkt","Kundennummer":"K2","Versandart":"DROHNE"},
-                      {"type":"Kunde","JobID":"falsch","Kundennummer":""}])");
+                      {"type":"Kunde","Bez1":"N","JobID":"geparkt","Kundennummer":"K2","Versandart":"DROHNE"},
+                      {"type":"Kunde","Bez1":"N","JobID":"falsch","Kundennummer":"-"}])");
+  takeNumber("falsch");
   const ProgramResult result = run({"process", "--json", "--select", "kunden"});
   EXPECT_EQ(result.status, 1);
   const Json document = result.json();
@@ -191,7 +192,7 @@ TEST_F(Run, TellsThatASettingWasNotKept) {
 TEST_F(Run, WritesParkedJobsWhenItIsToldNotToCheck) {
   erp.setOption("AutomatischVerarbeiten", "1");
   // The reference to an unknown invoice customer parks the job, but does not keep it from being written.
-  mustStage(R"({"type":"Kunde","JobID":"K","Kundennummer":"K1","RG_KdNr":"fehlt"})");
+  mustStage(R"({"type":"Kunde","Bez1":"N","JobID":"K","Kundennummer":"K1","RG_KdNr":"fehlt"})");
   EXPECT_EQ(run({"process", "--unevaluated", "--json"}).json()["counts"]["warning"], 0);
   EXPECT_EQ(erp.count("Select Count(*) From Kundenstamm Where Kundennummer = 'K1'"_sql), 1);
 }
@@ -204,7 +205,7 @@ TEST_F(Run, SelectionsAreReadInEverySpelling) {
 }
 
 TEST_F(Run, CreatesMissingRepsWhenTheOptionIsOn) {
-  mustStage(R"({"type":"Kunde","JobID":"K","Kundennummer":"K1","Vertreter1":"77"})");
+  mustStage(R"({"type":"Kunde","Bez1":"N","JobID":"K","Kundennummer":"K1","Vertreter1":"77"})");
   EXPECT_EQ(run({"process"}).status, 1);
   EXPECT_EQ(show("K")["JobType"], 12);
   EXPECT_EQ(run({"settings", "set", "ImportJob2", "KundenVertreter", "1", "--json"}).output,
@@ -492,9 +493,10 @@ TEST_F(Run, OptionsTravelToAnotherInstallationAsAFile) {
 TEST_F(Run, GroupsTheCausesAndPrintsOnlyWhatWasNotWrittenWhenQuiet) {
   std::string jobs = R"({"type":"Kunde","JobID":"gut","Kundennummer":"K1","Bez1":"Firma"})";
   for (const char* key : {"a", "b", "c"})
-    jobs += std::string(R"({"type":"Kunde","JobID":")") + key + R"(","Kundennummer":""})";
-  jobs += R"({"type":"Kunde","JobID":"d","Kundennummer":"","Versandart":"DROHNE"})";
+    jobs += std::string(R"({"type":"Kunde","Bez1":"N","JobID":")") + key + R"(","Kundennummer":"-"})";
+  jobs += R"({"type":"Kunde","Bez1":"N","JobID":"d","Kundennummer":"-","Versandart":"DROHNE"})";
   mustStage(jobs);
+  for (const char* key : {"a", "b", "c", "d"}) takeNumber(key);
   const ProgramResult quiet = run({"process", "-q"});
   EXPECT_EQ(quiet.status, 1);
   EXPECT_EQ(quiet.output.find("gut"), std::string::npos);

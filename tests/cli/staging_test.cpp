@@ -6,7 +6,9 @@
 #include "model/import_job.h"
 #include "store/entry_objects.h"
 
+#include <filesystem>
 #include <thread>
+#include <utility>
 
 namespace qx {
 namespace {
@@ -22,10 +24,17 @@ protected:
 };
 
 TEST_F(Staging, TakesAnArrayASingleObjectAndOneObjectPerLine) {
-  EXPECT_EQ(stage(R"([{"type":"Kunde","JobID":"A"},{"type":"Vertrag","JobID":"B"}])").output,
-            "{\"staged\":2,\"skipped\":0,\"jobs\":[\"A\",\"B\"]}\n");
-  EXPECT_EQ(stage(R"({"JobID":"C","type":"Auftrag"})").json()["staged"], 1);
-  EXPECT_EQ(stage("{\"type\":\"Kunde\",\"JobID\":\"D\"}\r\n\r\n{\"type\":\"Kunde\",\"JobID\":\"E\"}\n")
+  EXPECT_EQ(
+      stage(R"([{"type":"Kunde","Kundennummer":"1","Bez1":"N","JobID":"A"},{"type":"Vertrag","JobID":"B"}])")
+          .output,
+      "{\"staged\":2,\"skipped\":0,\"jobs\":[\"A\",\"B\"]}\n");
+  EXPECT_EQ(
+      stage(
+          R"({"JobID":"C","type":"Auftrag","Kundennummer":"1","Positionen":[{"Artikelnummer":"A","Menge":1}]})")
+          .json()["staged"],
+      1);
+  EXPECT_EQ(stage("{\"type\":\"Kunde\",\"Kundennummer\":\"1\",\"Bez1\":\"N\",\"JobID\":\"D\"}\r\n\r\n{"
+                  "\"type\":\"Kunde\",\"Kundennummer\":\"1\",\"Bez1\":\"N\",\"JobID\":\"E\"}\n")
                 .json()["staged"],
             2);
   EXPECT_EQ(stage("[]").output, "{\"staged\":0,\"skipped\":0,\"jobs\":[]}\n");
@@ -43,6 +52,7 @@ std::vector<std::vector<Value>> withoutEmpties(std::vector<std::vector<Value>> r
 TEST_F(Staging, LeavesTheRowThatTheEntryObjectsLeaveAndNullForWhatIsNotGiven) {
   Kunde kunde(erp.environment);
   kunde.Kundennummer = "10001";
+  kunde.Bez1 = "Firma";
   kunde.Preistyp = 1;
   kunde.KundeSeit = "1.2.26";
   kunde.AddItem();
@@ -53,6 +63,7 @@ TEST_F(Staging, LeavesTheRowThatTheEntryObjectsLeaveAndNullForWhatIsNotGiven) {
   vertrag.IndFild4 = "vier";
   vertrag.AddItem();
   Auftrag auftrag(erp.environment);
+  auftrag.Kundennummer = "1";
   auftrag.VS_Strasse = "Weg 1";
   auftrag.KostID = 7;
   auftrag.AddItem();
@@ -72,9 +83,10 @@ TEST_F(Staging, LeavesTheRowThatTheEntryObjectsLeaveAndNullForWhatIsNotGiven) {
 
   const std::string jobs =
       R"({"type":"Kunde","JobID":")" + kunde.JobID +
-      R"(","Kundennummer":"10001","Preistyp":1,"KundeSeit":"1.2.26"})" + R"({"type":"Vertrag","JobID":")" +
-      vertrag.JobID + R"(","Menge":2.5,"Intervall":6,"Vertragsende":"999999","IndFild4":"vier"})" +
-      R"({"type":"Auftrag","JobID":")" + auftrag.JobID +
+      R"(","Kundennummer":"10001","Bez1":"Firma","Preistyp":1,"KundeSeit":"1.2.26"})" +
+      R"({"type":"Vertrag","JobID":")" + vertrag.JobID +
+      R"(","Menge":2.5,"Intervall":6,"Vertragsende":"999999","IndFild4":"vier"})" +
+      R"({"type":"Auftrag","Kundennummer":"1","JobID":")" + auftrag.JobID +
       R"(","VS_Strasse":"Weg 1","KostID":7,"Positionen":[{"Positionsnummer":10,"Rabatt":5,"Artikelnummer":"A","Menge":3}]})";
   mustStage(jobs);
   EXPECT_EQ(erp.rows(headers), expectedHeaders);
@@ -87,7 +99,7 @@ TEST_F(Staging, OrderPositionsStartWithTheReadyFlagsOfTheSettings) {
   erp.setOption("AuftragFakturierbereit", "2"); // only exactly "1" counts
   ASSERT_EQ(
       stage(
-          R"({"type":"Auftrag","JobID":"A","Positionen":[{"Positionsnummer":10,"Artikelnummer":"A","Menge":1},
+          R"({"type":"Auftrag","Kundennummer":"1","JobID":"A","Positionen":[{"Positionsnummer":10,"Artikelnummer":"A","Menge":1},
                       {"Positionsnummer":2,"Artikelnummer":"A","Menge":1,"Lieferbereit":false,"Fakturierbereit":true}]})")
           .status,
       0);
@@ -101,9 +113,9 @@ TEST_F(Staging, OrderPositionsStartWithTheReadyFlagsOfTheSettings) {
 }
 
 TEST_F(Staging, OrderPositionsAreNumberedAndTheirQuantitiesFollow) {
-  const std::string jobs = R"([{"type":"Auftrag","JobID":"A","Positionen":[
+  const std::string jobs = R"([{"type":"Auftrag","Kundennummer":"1","JobID":"A","Positionen":[
       {"Artikelnummer":"X","Menge":2},{"Artikelnummer":"Y","Menge":3,"Auslieferungsmenge":1,"Fakturiermenge":0}]},
-      {"Positionen":[{"Artikelnummer":"Z","Menge":4,"Fakturiermenge":null}],"type":"Auftrag","JobID":"B"}])";
+      {"Positionen":[{"Artikelnummer":"Z","Menge":4,"Fakturiermenge":null}],"type":"Auftrag","Kundennummer":"1","JobID":"B"}])";
   mustStage(jobs);
   const auto rows = erp.rows("Select JobID || Positionsnummer || Artikelnummer, Menge, Auslieferungsmenge, "
                              "Fakturiermenge From ImportPos Order By 1"_sql);
@@ -142,10 +154,138 @@ TEST_F(Staging, ContractsTakePositionsOpenEndsAndTheCustomerContractCode) {
   EXPECT_EQ(position["Vertragsende"], "999999");
 }
 
+TEST_F(Staging, TakesIsoDatesDecomposedNamesAndAByteOrderMark) {
+  mustStage(
+      "\xEF\xBB\xBF{\"type\":\"Auftrag\",\"JobID\":\"A\",\"Kundennummer\":\"1\",\"Wa\u0308hrung\":\"CHF\","
+      "\"Eingangsdatum\":\"2026-11-24\",\"Liefertermin\":\"2026-12-01T23:30:00.5+01:00\",\"Positionen\":["
+      "{\"Artikelnummer\":\"X\",\"Menge\":1,\"Liefertermin\":\"2028-02-29T00:00Z\"}]}");
+  const Json job = show("A");
+  EXPECT_EQ(job["Eingangsdatum"], "24.11.2026");
+  EXPECT_EQ(job["Liefertermin"], "01.12.2026");
+  EXPECT_EQ(job["Währung"], "CHF");
+  EXPECT_EQ(job["Positionen"][0]["Liefertermin"], "29.02.2028");
+  for (const char* wrong : {"2026-02-29", "2026-1-2", "2026-11-24T", "2026-11-24T25:00", "2026-11-24Z"})
+    EXPECT_EQ(
+        stage(std::string(R"({"type":"Kunde","Kundennummer":"1","Bez1":"N","KundeSeit":")") + wrong + "\"}")
+            .json()["faults"][0]["code"],
+        "value.date")
+        << wrong;
+}
+
+/// Sound and faulty objects with faults of every stage: while reading, between objects, against stored jobs.
+constexpr std::string_view mixedFile = R"([
+{"type":"Kunde","JobID":"K1","Kundennummer":"1","Bez1":"Gut"},
+{"type":"Auftrag","JobID":"A1","Kundennummer":10001,"Positionen":[{"ChildID":"P1","Artikelnummer":"X","Menge":"2.5"},
+ {"Artikelnummer":4711}]},
+{"type":"Kunde","JobID":"k1","Kundennummer":"2","Bez1":"Doppelt"},
+{"type":"Auftrag","JobID":"A2","Kundennummer":"1","Positionen":[{"ChildID":"P1","Artikelnummer":"X","Menge":1}]},
+{"type":"Auftrag","JobID":"A3","Kundennummer":"1","Positionen":[{"ChildID":"p1","Artikelnummer":"X","Menge":1}]},
+{ },
+{"type":"Auftrag","JobID":"A4","Kundennummer":"1","Positionen":[{"ChildID":"FREMD","Artikelnummer":"X","Menge":1}]},
+{"type":"Kunde","JobID":"K2","Kundennumer":"3","Bez1":{"a":[1,{"b":2}]}}
+])";
+
+TEST_F(Staging, TellsAllFaultsOfAFileAtOnceAndStagesNothing) {
+  const ProgramResult result = stage(mixedFile);
+  EXPECT_EQ(result.status, 2);
+  const Json error = result.json();
+  EXPECT_EQ(error["faults"], Json::parse(R"([
+    {"line":3,"object":2,"property":"Kundennummer","code":"value.kind","message":"a text is expected, not a number",
+     "hint":"write it in quotes: \"10001\""},
+    {"line":3,"object":2,"property":"Positionen[1].Menge","code":"value.kind","message":"a number is expected, not a text",
+     "hint":"write it without quotes: 2.5"},
+    {"line":4,"object":2,"property":"Positionen[2].Artikelnummer","code":"value.kind",
+     "message":"a text is expected, not a number","hint":"write it in quotes: \"4711\""},
+    {"line":4,"object":2,"property":"Positionen[2].Menge","code":"property.missing","message":"a position of an order needs it",
+     "hint":null},
+    {"line":8,"object":6,"property":"type","code":"type.missing",
+     "message":"the property is missing; the types are Kunde, Vertrag and Auftrag","hint":null},
+    {"line":10,"object":8,"property":"Kundennumer","code":"property.unknown","message":"the type has no such property",
+     "hint":"did you mean \"Kundennummer\"?"},
+    {"line":10,"object":8,"property":"Bez1","code":"value.kind","message":"an object is not expected here","hint":null},
+    {"line":10,"object":8,"property":"Kundennummer","code":"property.missing","message":"a customer needs it","hint":null}])"));
+  EXPECT_EQ(error["line"], 3);
+  EXPECT_EQ(error["field"], "Kundennummer");
+  EXPECT_TRUE(listed().empty());
+  const ProgramResult text = run({"stage", "-"}, mixedFile);
+  EXPECT_NE(text.messages.find("  line 10: object 8: property \"Kundennummer\": a customer needs it\n"
+                               "8 faults in 3 objects.\nNothing was staged."),
+            std::string::npos)
+      << text.messages;
+}
+
+TEST_F(Staging, StagesTheSoundObjectsAndWritesTheOthersWithTheirReasons) {
+  mustStage(
+      R"({"type":"Auftrag","JobID":"ALT","Kundennummer":"1","Positionen":[{"ChildID":"fremd","Artikelnummer":"X","Menge":1}]})");
+  const std::string rejects = (erp.folder.path() / "übrige.json").string();
+  const Json dry = stage(mixedFile, {"--partial", "--dry-run"}).json();
+  EXPECT_EQ(dry["dryRun"], true);
+  EXPECT_EQ(dry["jobs"], (Json{"K1", "A2"}));
+  EXPECT_EQ(listed(), std::vector<std::string>{"ALT"});
+  const ProgramResult result = stage(mixedFile, {"--partial", "--rejects", rejects});
+  EXPECT_EQ(result.status, 1);
+  const Json staged = result.json();
+  EXPECT_EQ(staged["jobs"], (Json{"K1", "A2"}));
+  EXPECT_EQ(staged["rejected"], 6);
+  EXPECT_EQ(listed(), (std::vector<std::string>{"ALT", "K1", "A2"}));
+  EXPECT_EQ(erp.count("Select Count(*) From ImportPos"_sql), 2);
+  const std::string written = erp.folder.read("übrige.json");
+  EXPECT_EQ(
+      written.find(R"({"rejected":[{"line":3,"object":2,"property":"Kundennummer","code":"value.kind",)"),
+      0U);
+  for (
+      const char* expected :
+      {R"("code":"key.repeated","message":"the JobID 'k1' stands already in object 1 on line 2","hint":"every job and position needs a key of its own"}],
+ "type":"Kunde","JobID":"k1","Kundennummer":"2","Bez1":"Doppelt"}
+)",
+       R"("the ChildID 'p1' stands already in object 4 on line 6")",
+       R"("code":"key.taken","message":"the ChildID 'FREMD' belongs to the job 'ALT'")",
+       R"("code":"type.missing","message":"the property is missing; the types are Kunde, Vertrag and Auftrag","hint":null}] }
+)"})
+    EXPECT_NE(written.find(expected), std::string::npos) << expected << "\n" << written;
+  EXPECT_EQ(stage(mixedFile, {"--partial", "--rejects", rejects}).status, 2) << "the file exists";
+
+  // The file is corrected where it stands and staged like any other.
+  std::string mended = written.substr(0, written.find("{\"rejected\"", 1));
+  for (const auto& [wrong, right] : {std::pair{R"("Kundennummer":10001)", R"("Kundennummer":"10001")"},
+                                     {R"("Menge":"2.5")", R"("Menge":2.5)"},
+                                     {R"({"Artikelnummer":4711})", R"({"Artikelnummer":"4711","Menge":1})"},
+                                     {R"("ChildID":"P1")", R"("ChildID":"P1b")"}}) {
+    const auto at = mended.rfind(wrong);
+    ASSERT_NE(at, std::string::npos) << wrong;
+    mended.replace(at, std::string_view(wrong).size(), right);
+  }
+  mustStage(mended);
+  EXPECT_EQ(show("A1")["Positionen"].size(), 2U);
+}
+
+TEST_F(Staging, NothingOfAPartialFileIsStagedWhenTheOthersCannotBeWritten) {
+  EXPECT_EQ(
+      stage(mixedFile, {"--partial", "--rejects", (erp.folder.path() / "fehlt" / "r.json").string()}).status,
+      4);
+  EXPECT_TRUE(listed().empty());
+  EXPECT_EQ(stage(mixedFile, {"--rejects", "r.json"}).status, 2) << "without --partial";
+  // The others are of no use when the sound ones are not staged.
+  erp.execute(
+      "Create Trigger Sperre Before Insert On ImportKopf Begin Select Raise(Abort, 'gesperrt'); End"_sql);
+  const auto rejects = erp.folder.path() / "r.json";
+  EXPECT_EQ(stage(mixedFile, {"--partial", "--rejects", rejects.string()}).status, 4);
+  EXPECT_FALSE(std::filesystem::exists(rejects));
+}
+
+TEST_F(Staging, AHundredFaultsAreToldAndTheRestOfTheFileIsNotRead) {
+  std::string file;
+  for (int i = 0; i < 150; ++i) file += "{\"type\":\"Lieferant\"}\n";
+  EXPECT_EQ(stage(file + "kein JSON").json()["faults"].size(), 100U);
+  const Json partial = stage(file, {"--partial"}).json();
+  EXPECT_EQ(partial["rejected"], 150);
+  EXPECT_EQ(partial["faults"].size(), 100U);
+}
+
 TEST_F(Staging, MissingEmptyAndNullKeysAreMade) {
   const Json made =
       stage(
-          R"([{"type":"Kunde"},{"type":"Kunde","JobID":""},{"type":"Auftrag","JobID":null,"Positionen":null}])")
+          R"([{"type":"Kunde","Kundennummer":"1","Bez1":"N"},{"type":"Kunde","Kundennummer":"1","Bez1":"N","JobID":""},{"type":"Auftrag","Kundennummer":"1","JobID":null,"Positionen":[{"Artikelnummer":"A","Menge":1}]}])")
           .json()["jobs"];
   ASSERT_EQ(made.size(), 3U);
   for (const Json& key : made) {
@@ -169,6 +309,8 @@ TEST_F(Staging, AwkwardTextsComeBackFromEveryTextProperty) {
     for (const auto& field : table)
       if (field.kind == FieldKind::Text && field.name != "JobID")
         staged[std::string(field.name)] = awkward[next++ % awkward.size()];
+    if (type == std::string_view("Auftrag"))
+      staged["Positionen"] = Json::parse(R"([{"Artikelnummer":"A","Menge":1}])");
     ASSERT_EQ(stage(staged.dump()).status, 0) << type;
     const Json shown = show(staged["JobID"]);
     for (const auto& field : table) {
@@ -182,11 +324,12 @@ TEST_F(Staging, AwkwardTextsComeBackFromEveryTextProperty) {
 }
 
 TEST_F(Staging, AKnownJobIsReplacedInItsPlace) {
-  mustStage(R"([{"type":"Auftrag","JobID":"A","Bez1":"alt","Liefertermin":"1.1.2026",
-                       "Positionen":[{"ChildID":"P1","Artikelnummer":"A","Menge":1},{"ChildID":"P2","Artikelnummer":"A","Menge":1}]},{"type":"Kunde","JobID":"B"}])");
+  mustStage(R"([{"type":"Auftrag","Kundennummer":"1","JobID":"A","Bez1":"alt","Liefertermin":"1.1.2026",
+                       "Positionen":[{"ChildID":"P1","Artikelnummer":"A","Menge":1},{"ChildID":"P2","Artikelnummer":"A","Menge":1}]},{"type":"Kunde","Kundennummer":"1","Bez1":"N","JobID":"B"}])");
   erp.execute("Update ImportKopf Set ProcessWarning = 1, Info = 'alt', JobType = 32 Where JobID = 'A'"_sql);
-  const ProgramResult again =
-      run({"stage", "-"}, R"([{"type":"Kunde","JobID":"C"},{"type":"Kunde","JobID":"A","Bez2":"neu"}])");
+  const ProgramResult again = run(
+      {"stage", "-"},
+      R"([{"type":"Kunde","Kundennummer":"1","Bez1":"N","JobID":"C"},{"type":"Kunde","Kundennummer":"1","JobID":"A","Bez2":"neu"}])");
   EXPECT_EQ(again.output, "added     C  Kunde\nreplaced  A  Kunde\n2 staged, 0 skipped\n");
   EXPECT_EQ(listed(), (std::vector<std::string>{"A", "B", "C"}));
   const Json job = show("A");
@@ -201,7 +344,7 @@ TEST_F(Staging, AKnownJobIsReplacedInItsPlace) {
 
 TEST_F(Staging, APositionKeyMayStandAgainInItsOwnJob) {
   const std::string_view job =
-      R"({"type":"Auftrag","JobID":"A","Positionen":[{"ChildID":"P","Artikelnummer":"A","Menge":2}]})";
+      R"({"type":"Auftrag","Kundennummer":"1","JobID":"A","Positionen":[{"ChildID":"P","Artikelnummer":"A","Menge":2}]})";
   mustStage(job);
   mustStage(job);
   EXPECT_EQ(show("A")["Positionen"].size(), 1U);
@@ -209,8 +352,8 @@ TEST_F(Staging, APositionKeyMayStandAgainInItsOwnJob) {
 
 TEST_F(Staging, DoneJobsAreSkippedUnlessAskedForAgain) {
   const std::string_view jobs =
-      R"([{"type":"Kunde","JobID":"A"},{"type":"Auftrag","JobID":"B","Positionen":[{"ChildID":"P","Artikelnummer":"A","Menge":1}]},
-          {"type":"Vertrag","JobID":"C","JobType":40},{"type":"Kunde","JobID":"D"}])";
+      R"([{"type":"Kunde","Kundennummer":"1","Bez1":"N","JobID":"A"},{"type":"Auftrag","Kundennummer":"1","JobID":"B","Positionen":[{"ChildID":"P","Artikelnummer":"A","Menge":1}]},
+          {"type":"Vertrag","JobID":"C","JobType":40},{"type":"Kunde","Kundennummer":"1","Bez1":"N","JobID":"D"}])";
   mustStage(jobs);
   setJobType("A", 13);
   setJobType("B", 33);
@@ -228,7 +371,8 @@ TEST_F(Staging, DoneJobsAreSkippedUnlessAskedForAgain) {
 TEST_F(Staging, WaitsForAnotherProgramAndSaysSoOnce) {
   const auto other = erp.secondConnection();
   other->beginWork(nullptr);
-  ProgramRun program(erp.folder, onDatabase({"stage", "-"}), variables, R"({"type":"Kunde"})");
+  ProgramRun program(erp.folder, onDatabase({"stage", "-"}), variables,
+                     R"({"type":"Kunde","Kundennummer":"1","Bez1":"N"})");
   std::this_thread::sleep_for(std::chrono::milliseconds(2500));
   other->rollbackWork();
   const ProgramResult result = program.wait();
@@ -239,7 +383,8 @@ TEST_F(Staging, WaitsForAnotherProgramAndSaysSoOnce) {
 TEST_F(Staging, AFailureOfTheDatabaseStagesNothing) {
   erp.execute("Create Trigger Sperre Before Insert On ImportKopf When New.JobID = 'B' Begin Select "
               "Raise(Abort, 'gesperrt'); End"_sql);
-  const ProgramResult result = stage(R"([{"type":"Kunde","JobID":"A"},{"type":"Kunde","JobID":"B"}])");
+  const ProgramResult result = stage(
+      R"([{"type":"Kunde","Kundennummer":"1","Bez1":"N","JobID":"A"},{"type":"Kunde","Kundennummer":"1","Bez1":"N","JobID":"B"}])");
   EXPECT_EQ(result.status, 4);
   EXPECT_NE(result.json()["error"].get<std::string>().find("gesperrt"), std::string::npos);
   EXPECT_TRUE(listed().empty());
@@ -249,8 +394,8 @@ TEST_F(Staging, ARowThatATriggerLeavesOutTakesTheWholeFileBack) {
   for (const char* table : {"ImportKopf", "ImportPos"}) {
     erp.execute("Create Trigger leave Before Insert On "_sql, name(table),
                 " When new.JobID = 'B' Begin Select Raise(Ignore); End"_sql);
-    const ProgramResult result = stage(R"([{"type":"Kunde","JobID":"A"},
-                  {"type":"Auftrag","JobID":"B","Positionen":[{"ChildID":"P","Artikelnummer":"A","Menge":1}]}])");
+    const ProgramResult result = stage(R"([{"type":"Kunde","Kundennummer":"1","Bez1":"N","JobID":"A"},
+                  {"type":"Auftrag","Kundennummer":"1","JobID":"B","Positionen":[{"ChildID":"P","Artikelnummer":"A","Menge":1}]}])");
     EXPECT_EQ(result.status, 4) << table;
     EXPECT_NE(result.output.find("the database has taken "), std::string::npos) << result.output;
     EXPECT_EQ(listed(), std::vector<std::string>());

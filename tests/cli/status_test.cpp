@@ -12,10 +12,11 @@ using Status = ProgramTest;
 
 TEST_F(Status, TellsJobsRunsLockAndDatabase) {
   mustStage(R"([{"type":"Kunde","JobID":"gut","Kundennummer":"K1","Bez1":"Firma"},
-                {"type":"Kunde","JobID":"falsch","Kundennummer":""}])");
+                {"type":"Kunde","Bez1":"N","JobID":"falsch","Kundennummer":"-"}])");
+  takeNumber("falsch");
   ASSERT_EQ(run({"--user", "meier", "process"}).status, 1);
   mustStage(
-      R"([{"type":"Auftrag","JobID":"unlesbar"},{"type":"Auftrag","JobID":"neu","Eingangsdatum":"2.11.2026"},
+      R"([{"type":"Auftrag","Kundennummer":"1","Positionen":[{"Artikelnummer":"A","Menge":1}],"JobID":"unlesbar"},{"type":"Auftrag","Kundennummer":"1","Positionen":[{"Artikelnummer":"A","Menge":1}],"JobID":"neu","Eingangsdatum":"2.11.2026"},
                 {"type":"Vertrag","JobID":"alt","JobType":40,"Eingangsdatum":"30.10.2026"}])");
   erp.execute("Update ImportKopf Set Eingangsdatum = 'bald' Where JobID = 'unlesbar'"_sql);
   Json status = run({"status", "--json"}).json();
@@ -68,7 +69,8 @@ TEST_F(Status, IsOfferedAsMetrics) {
 
 TEST_F(Status, ShowsARunThatWasKilledAsNotEnded) {
   std::string jobs;
-  for (int i = 0; i < 3000; ++i) jobs += R"({"type":"Kunde","Kundennummer":"K)" + std::to_string(i) + "\"}\n";
+  for (int i = 0; i < 3000; ++i)
+    jobs += R"({"type":"Kunde","Bez1":"N","Kundennummer":"K)" + std::to_string(i) + "\"}\n";
   mustStage(jobs);
   ProgramRun killed(erp.folder, onDatabase({"process"}), variables, {});
   ASSERT_TRUE(killed.waitForOutput());

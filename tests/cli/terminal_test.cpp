@@ -94,7 +94,8 @@ TEST_F(Terminal, TablesFitItsWidth) {
 }
 
 TEST_F(Terminal, StatesAreColouredThereUnlessItIsNotWanted) {
-  mustStage(R"({"type":"Kunde","JobID":"F","Kundennummer":""})");
+  mustStage(R"({"type":"Kunde","Bez1":"N","JobID":"F","Kundennummer":"-"})");
+  takeNumber("F");
   ASSERT_EQ(run({"process"}).status, 1);
   const std::string red = "\033[31mFehler\033[0m";
   const auto colored = [&](std::vector<std::string> arguments) {

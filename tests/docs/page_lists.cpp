@@ -5,6 +5,7 @@
 #include "adapters/sql/select_parts.h"
 #include "adapters/sql/translation.h"
 #include "automation_lists.h"
+#include "cli/stage_fault.h"
 #include "engine/finding_terms.h"
 #include "erp/lookups/lookup_sources.h"
 #include "erp/schema.h"
@@ -48,6 +49,13 @@ std::string joined(const Names& names, bool drawTogether) {
     i = last;
   }
   return text;
+}
+
+void printFaults() {
+  std::cout << "=== faults\n\n| code | meaning |\n|---|---|\n";
+  for (const auto& [code, meaning] : cli::faultTerms())
+    std::cout << "| `" << code << "` | " << meaning << " |\n";
+  std::cout << '\n';
 }
 
 template <class Table>
@@ -251,6 +259,7 @@ int main() {
   printProperties("Vertrag", vertragFields);
   printProperties("AuftragsPos", auftragsPosFields);
   printProperties("ImportJobSubItem", importJobSubItemFields);
+  printFaults();
   printJobFileLines();
   printWhatDoesNotTravel();
   printOptions();

@@ -60,8 +60,16 @@ public:
     require(!jobs.back().header.values["JobID"].text().empty(), "every job has a key");
     complete_ = true;
   }
-  std::optional<KeyConflict> finish() override { return {}; }
-  std::optional<KeyConflict> copy(BusyWait& /*wait*/, bool /*again*/) override { return {}; }
+  void dropPositions() override {
+    if (!complete_ && !jobs.empty()) jobs.pop_back();
+    complete_ = true;
+  }
+  void finish() override {}
+  std::vector<KeyConflict> conflicts(std::int64_t /*most*/) override { return {}; }
+  void leaveOut(const std::vector<std::int64_t>& /*jobs*/) override {}
+  std::vector<KeyConflict> copy(BusyWait& /*wait*/, CopyOrder /*order*/, std::int64_t /*most*/) override {
+    return {};
+  }
   StageCounts counts() const override { return {}; }
   void forEach(const Visitor& /*visit*/) override {}
 
@@ -183,15 +191,22 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   workstation.environment.connection = database.connection;
   KeptJobs kept;
   MemoryText source(content);
-  JobAssembler assembler(workstation.environment, kept, source.name());
+  StageFaults faults(100);
+  JobAssembler assembler(workstation.environment, kept, faults, Completeness::Any);
+  const std::int64_t lines = std::ranges::count(content, '\n') + 1;
   try {
     readJobs(source, assembler);
   } catch (const ProgramError& refused) {
     require(refused.code() == ExitCode::BadInput, "bad input is the only reason to refuse it");
-    require(refused.location().line > 0 && refused.location().line <= std::ranges::count(content, '\n') + 1,
+    require(refused.location().line > 0 && refused.location().line <= lines,
             "a refusal names a line of the file");
     return 0;
   }
+  for (const InputFault& fault : faults.all())
+    require(fault.line > 0 && fault.line <= lines && fault.object > 0 &&
+                fault.object <= assembler.jobNumber(),
+            "a fault names a line and an object of the file");
+  if (!faults.empty()) return 0;
   require(assembler.jobNumber() == static_cast<std::int64_t>(kept.jobs.size()), "every job is counted");
   const std::vector<Json> objects = objectsOf(content);
   require(objects.size() == kept.jobs.size(), "every object is a job");

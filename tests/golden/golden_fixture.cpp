@@ -108,12 +108,15 @@ void GoldenTest::stage(std::string_view type, std::string_view notation,
   const auto ownConnection = withServerTexts(erp.secondConnection());
   cli::TextFile source((erp.folder.path() / "jobs.json").string());
   const auto jobs = ownConnection->bulkStaging();
-  cli::JobAssembler assembler(erp.environment, *jobs, source.name());
+  cli::StageFaults faults(1);
+  cli::JobAssembler assembler(erp.environment, *jobs, faults, cli::Completeness::Any);
   jobs->begin();
   cli::readJobs(source, assembler);
-  ASSERT_FALSE(jobs->finish());
+  ASSERT_TRUE(faults.empty()) << sentenceOf(faults.all().front());
+  jobs->finish();
+  ASSERT_TRUE(jobs->conflicts(1).empty());
   NoWait wait;
-  ASSERT_FALSE(jobs->copy(wait, false));
+  ASSERT_TRUE(jobs->copy(wait, {}, 1).empty());
 }
 
 void GoldenTest::setStaged(std::string_view notation) {

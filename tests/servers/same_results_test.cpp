@@ -99,7 +99,7 @@ constexpr std::string_view replacedJobs = R"([
   {"type":"Kunde","JobID":"K-1","Kundennummer":"91001","Bez1":"Anders"}])";
 
 constexpr std::string_view sameJobTwice = R"([
-  {"type":"Kunde","JobID":"X-1","Kundennummer":"1","Bez1":"x"},{"type":"Kunde","JobID":"x-1","Kundennummer":"1"}])";
+  {"type":"Kunde","JobID":"X-1","Kundennummer":"1","Bez1":"x"},{"type":"Kunde","Bez1":"N","JobID":"x-1","Kundennummer":"1"}])";
 
 constexpr std::string_view positionOfAnother = R"([
   {"type":"Auftrag","JobID":"X-2","Kundennummer":"91001","Positionen":[

@@ -101,7 +101,7 @@ TEST_F(ServerFaults, ALoginThatMayOnlyReadIsToldTheRightAndTheTableThatItLacks) 
         Writing{
             {"settings", "set", "ImportJob2", "EinVorgang", "1", "--force"}, "einstellungen", "INSERT"}}) {
     const ProgramResult result =
-        erp.run(writing.arguments, R"({"type":"Kunde","JobID":"K0","Kundennummer":"N"})", way);
+        erp.run(writing.arguments, R"({"type":"Kunde","Bez1":"N","JobID":"K0","Kundennummer":"N"})", way);
     EXPECT_EQ(result.status, 4) << writing.arguments.front();
     EXPECT_THAT(result.messages, AllOf(HasSubstr("permission denied for table " + std::string(writing.table)),
                                        HasSubstr("The user needs the right " + std::string(writing.right))));

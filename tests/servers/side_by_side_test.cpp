@@ -162,8 +162,9 @@ TEST(ServerSideBySide, OthersReadAndPrepareJobsWhileARunIsUnderWay) {
   ASSERT_EQ(erp.run({"export", file}).status, 0);
   ASSERT_EQ(erp.run({"delete", "I0"}).status, 0);
   erp.stageCustomers("K", 5);
-  ASSERT_EQ(erp.run({"stage", "-"}, R"({"type":"Kunde","JobID":"W","Kundennummer":"W","Versandart":"DROHNE"}
-                                       {"type":"Kunde","JobID":"fort","Kundennummer":"F"})")
+  ASSERT_EQ(erp.run({"stage", "-"},
+                    R"({"type":"Kunde","Bez1":"N","JobID":"W","Kundennummer":"W","Versandart":"DROHNE"}
+                                       {"type":"Kunde","Bez1":"N","JobID":"fort","Kundennummer":"F"})")
                 .status,
             0);
   // The run does not touch them.

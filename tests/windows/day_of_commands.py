@@ -15,7 +15,7 @@ DEMO = SOURCE / "src" / "resources" / "demo"
 DATABASE = "Büro/Aufträge.db"
 
 JOBS = (DEMO / "jobs.json").read_bytes()
-ODD = '{"type":"Kunde","JobID":"SCHRÄG-€","Bez1":"Äpfel \\u0026 Öl \\"Süß\\" <ß>","Ort":"Łódź","Land":"DE"}'.encode()
+ODD = '{"type":"Kunde","Kundennummer":"1","JobID":"SCHRÄG-€","Bez1":"Äpfel \\u0026 Öl \\"Süß\\" <ß>","Ort":"Łódź","Land":"DE"}'.encode()
 
 # Arguments, and what the command reads from standard input.
 COMMANDS = [

@@ -1,6 +1,7 @@
 #include "adapters/sql/temporary_staging.h"
 
 #include "adapters/sql/column_lists.h"
+#include "adapters/sql/staging_conflicts.h"
 #include "platform/database_error.h"
 #include "platform/value.h"
 
@@ -19,8 +20,6 @@ std::vector<std::string> with(std::vector<std::string> names, std::initializer_l
   names.insert(names.end(), further.begin(), further.end());
   return names;
 }
-
-std::int64_t whole(Recordset& rows, ColumnName column) { return rows.value(column).integer().value_or(0); }
 
 } // namespace
 
@@ -58,6 +57,12 @@ void RowBatch::flush() {
   insert.append(sql(")"_sql));
   values_.clear();
   connection_.execute(insert);
+}
+
+std::size_t RowBatch::dropLast(std::size_t rows) {
+  const std::size_t dropped = std::min(rows, values_.size() / columns_.size());
+  values_.resize(values_.size() - dropped * columns_.size());
+  return dropped;
 }
 
 TemporaryStaging::TemporaryStaging(Connection& connection) : connection_(connection) {}
@@ -107,76 +112,79 @@ void TemporaryStaging::addJob(std::int64_t line) {
   headers_->set("StageNummer", ++jobs_);
   headers_->set("StageZeile", line);
   headers_->endRow();
+  earlierPositions_ = positionCount_;
 }
 
-std::optional<KeyConflict> TemporaryStaging::twice(const Sql& query, KeyConflict::Kind kind) {
-  const auto rows = connection_.open(query);
-  if (rows->eof()) return std::nullopt;
-  return KeyConflict{kind,
-                     rows->text("Schluessel"),
-                     whole(*rows, "Vorgang"),
-                     whole(*rows, "Zeile"),
-                     whole(*rows, "VorigerVorgang"),
-                     whole(*rows, "VorigeZeile"),
-                     {}};
+void TemporaryStaging::dropPositions() {
+  const auto count = static_cast<std::size_t>(positionCount_ - earlierPositions_);
+  positionCount_ = earlierPositions_;
+  if (positions_->dropLast(count) < count)
+    connection_.execute(sql("DELETE FROM StagePos WHERE StageNummer > "_sql, number(earlierPositions_)));
 }
 
-std::optional<KeyConflict> TemporaryStaging::firstOwned(const Sql& query, KeyConflict::Kind kind) {
-  const auto rows = connection_.open(query);
-  if (rows->eof()) return std::nullopt;
-  KeyConflict conflict;
-  conflict.kind = kind;
-  conflict.key = rows->text("Schluessel");
-  conflict.job = whole(*rows, "Vorgang");
-  conflict.line = whole(*rows, "Zeile");
-  conflict.owner = rows->text("Besitzer");
-  return conflict;
-}
-
-std::optional<KeyConflict> TemporaryStaging::finish() {
+void TemporaryStaging::finish() {
   headers_->flush();
   positions_->flush();
   connection_.commitWork();
   filling_ = false;
-  auto conflict =
-      twice(sql("SELECT TOP 1 JobID AS Schluessel, max(StageNummer) AS Vorgang, max(StageZeile) AS Zeile, "
-                "min(StageNummer) AS VorigerVorgang, min(StageZeile) AS VorigeZeile FROM StageKopf "
-                "GROUP BY JobID HAVING count(*) > 1 ORDER BY 2"_sql),
-            KeyConflict::Kind::JobTwice);
-  if (!conflict)
-    conflict = twice(sql("SELECT TOP 1 ChildID AS Schluessel, max(StageVorgang) AS Vorgang, "
-                         "max(StageZeile) AS Zeile, min(StageVorgang) AS VorigerVorgang, "
-                         "min(StageZeile) AS VorigeZeile FROM StagePos "
-                         "GROUP BY ChildID HAVING count(*) > 1 ORDER BY 2"_sql),
-                     KeyConflict::Kind::PositionTwice);
-  if (!conflict)
-    conflict = firstOwned(
-        sql("SELECT TOP 1 s.ChildID AS Schluessel, s.StageVorgang AS Vorgang, s.StageZeile AS Zeile, "
-            "s.JobID AS Besitzer FROM StagePos s JOIN StageKopf k ON k.StageNummer = s.StageVorgang "
-            "WHERE s.JobID <> '' AND s.JobID <> k.JobID ORDER BY s.StageNummer"_sql),
-        KeyConflict::Kind::OtherName);
-  return conflict;
 }
 
-std::optional<KeyConflict> TemporaryStaging::copy(BusyWait& wait, bool again) {
+std::vector<KeyConflict> TemporaryStaging::conflicts(std::int64_t most) {
+  std::vector<KeyConflict> found;
+  appendConflicts(
+      found, connection_,
+      sql("SELECT k.JobID AS Schluessel, k.StageNummer AS Vorgang, k.StageZeile AS Zeile, "
+          "e.Nummer AS VorigerVorgang, e.Zeile AS VorigeZeile FROM (SELECT JobID, "
+          "min(StageNummer) AS Nummer, min(StageZeile) AS Zeile FROM StageKopf GROUP BY JobID "
+          "HAVING count(*) > 1) e JOIN StageKopf k ON k.JobID = e.JobID WHERE k.StageNummer > e.Nummer "
+          "ORDER BY 2"_sql),
+      KeyConflict::Kind::JobTwice, most);
+  appendConflicts(found, connection_,
+                  sql("SELECT p.ChildID AS Schluessel, p.StageVorgang AS Vorgang, p.StageZeile AS Zeile, "
+                      "e.Vorgang AS VorigerVorgang, e.Zeile AS VorigeZeile FROM (SELECT ChildID, "
+                      "min(StageNummer) AS Nummer, min(StageVorgang) AS Vorgang, min(StageZeile) AS Zeile "
+                      "FROM StagePos GROUP BY ChildID HAVING count(*) > 1) e "
+                      "JOIN StagePos p ON p.ChildID = e.ChildID WHERE p.StageNummer > e.Nummer "
+                      "ORDER BY p.StageNummer"_sql),
+                  KeyConflict::Kind::PositionTwice, most);
+  appendConflicts(
+      found, connection_,
+      sql("SELECT s.ChildID AS Schluessel, s.StageVorgang AS Vorgang, s.StageZeile AS Zeile, "
+          "s.JobID AS Besitzer FROM StagePos s JOIN StageKopf k ON k.StageNummer = s.StageVorgang "
+          "WHERE s.JobID <> '' AND s.JobID <> k.JobID ORDER BY s.StageNummer"_sql),
+      KeyConflict::Kind::OtherName, most);
+  return found;
+}
+
+void TemporaryStaging::leaveOut(const std::vector<std::int64_t>& jobs) {
+  inNumberLists(jobs, [&](const Sql& list) {
+    connection_.execute(sql("DELETE FROM StagePos WHERE StageVorgang IN "_sql).append(list));
+    connection_.execute(sql("DELETE FROM StageKopf WHERE StageNummer IN "_sql).append(list));
+  });
+}
+
+std::vector<KeyConflict> TemporaryStaging::copy(BusyWait& wait, CopyOrder order, std::int64_t most) {
   WorkUnit unit(connection_, &wait);
-  findExisting(again);
-  if (auto conflict = firstOwned(
-          sql("SELECT TOP 1 s.ChildID AS Schluessel, s.StageVorgang AS Vorgang, s.StageZeile AS Zeile, "
-              "p.JobID AS "
-              "Besitzer FROM StagePos s JOIN StageKopf k ON k.StageNummer = s.StageVorgang JOIN ImportPos p "
-              "ON p.ChildID = s.ChildID WHERE k.StageSperre = 0 AND p.JobID <> k.JobID "
-              "ORDER BY s.StageNummer"_sql),
-          KeyConflict::Kind::OtherOwner))
-    return conflict;
-  copyHeaders();
-  copyPositions();
+  findExisting(order.again);
+  std::vector<KeyConflict> owned;
+  appendConflicts(
+      owned, connection_,
+      sql("SELECT s.ChildID AS Schluessel, s.StageVorgang AS Vorgang, s.StageZeile AS Zeile, p.JobID AS "
+          "Besitzer FROM StagePos s JOIN StageKopf k ON k.StageNummer = s.StageVorgang JOIN ImportPos p "
+          "ON p.ChildID = s.ChildID WHERE k.StageSperre = 0 AND p.JobID <> k.JobID "
+          "ORDER BY s.StageNummer"_sql),
+      KeyConflict::Kind::OtherOwner, most);
+  if (!owned.empty()) return owned;
+  if (!order.tryOnly) {
+    copyHeaders();
+    copyPositions();
+  }
   const auto count = connection_.open(
       sql("SELECT count(*) AS Alle, coalesce(sum(StageSperre), 0) AS Uebergangen FROM StageKopf"_sql));
   unit.commit();
-  counts_.skipped = whole(*count, "Uebergangen");
-  counts_.staged = whole(*count, "Alle") - counts_.skipped;
-  return std::nullopt;
+  counts_.skipped = count->value("Uebergangen").integer().value_or(0);
+  counts_.staged = count->value("Alle").integer().value_or(0) - counts_.skipped;
+  return {};
 }
 
 /// `StageZiel` becomes the row of an existing job, `StageSperre` 1 when that must not be changed. The rows
@@ -209,7 +217,7 @@ void TemporaryStaging::copyHeaders() {
   insert.append(joinedBy(headerColumns_, nameAlone));
   insert.append(sql(" FROM StageKopf WHERE StageZiel IS NULL ORDER BY StageNummer"_sql));
   taken += connection_.execute(insert);
-  requireTaken(taken, sql("SELECT count(*) FROM StageKopf WHERE StageSperre = 0"_sql), "jobs");
+  requireTaken(taken, counted(sql("SELECT count(*) FROM StageKopf WHERE StageSperre = 0"_sql)), "jobs");
 }
 
 void TemporaryStaging::copyPositions() {
@@ -224,29 +232,21 @@ void TemporaryStaging::copyPositions() {
   insert.append(sql(" FROM StagePos p JOIN StageKopf k ON k.StageNummer = p.StageVorgang WHERE "
                     "k.StageSperre = 0 ORDER BY p.StageNummer"_sql));
   const std::int64_t taken = connection_.execute(insert);
-  requireTaken(taken,
-               sql("SELECT count(*) FROM StagePos p JOIN StageKopf k ON k.StageNummer = p.StageVorgang WHERE "
-                   "k.StageSperre = 0"_sql),
-               "positions");
+  requireTaken(
+      taken,
+      counted(sql("SELECT count(*) FROM StagePos p JOIN StageKopf k ON k.StageNummer = p.StageVorgang WHERE "
+                  "k.StageSperre = 0"_sql)),
+      "positions");
 }
 
-/// A trigger can silently drop rows.
-void TemporaryStaging::requireTaken(std::int64_t taken, const Sql& count, std::string_view what) {
-  const std::int64_t expected = connection_.open(count)->value(0).integer().value_or(0);
-  if (taken != expected)
-    throw StatementError("the database has taken " + std::to_string(taken) + " of " +
-                             std::to_string(expected) + " " + std::string(what) + "; nothing was staged",
-                         0);
+std::int64_t TemporaryStaging::counted(const Sql& count) {
+  return connection_.open(count)->value(0).integer().value_or(0);
 }
 
 void TemporaryStaging::forEach(const Visitor& visit) {
   const auto rows = connection_.openStream(
       sql("SELECT JobID, JobType, StageZiel, StageSperre FROM StageKopf ORDER BY StageNummer"_sql));
-  for (; !rows->eof(); rows->moveNext()) {
-    StageResult result = rows->value("StageZiel").isNull() ? StageResult::Added : StageResult::Replaced;
-    if (rows->value("StageSperre").integer() == 1) result = StageResult::Skipped;
-    visit(rows->text("JobID"), jobCode(rows->value("JobType")), result);
-  }
+  visitStaged(*rows, visit);
 }
 
 } // namespace qx::relational

@@ -3,7 +3,8 @@
 
 #include "platform/bulk_staging.h"
 
-#include <memory>
+#include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -22,6 +23,8 @@ public:
   void endRow();
   /// Adds the rows that have been collected.
   void flush();
+  /// Takes back the last rows as far as they have not been added yet. Returns how many those are.
+  std::size_t dropLast(std::size_t rows);
 
 private:
   Connection& connection_;
@@ -46,18 +49,19 @@ public:
   void addPosition(std::int64_t line) override;
   RowValues& newJob() override;
   void addJob(std::int64_t line) override;
-  std::optional<KeyConflict> finish() override;
-  std::optional<KeyConflict> copy(BusyWait& wait, bool again) override;
+  void dropPositions() override;
+  void finish() override;
+  std::vector<KeyConflict> conflicts(std::int64_t most) override;
+  void leaveOut(const std::vector<std::int64_t>& jobs) override;
+  std::vector<KeyConflict> copy(BusyWait& wait, CopyOrder order, std::int64_t most) override;
   StageCounts counts() const override { return counts_; }
   void forEach(const Visitor& visit) override;
 
 private:
-  std::optional<KeyConflict> twice(const Sql& query, KeyConflict::Kind kind);
-  std::optional<KeyConflict> firstOwned(const Sql& query, KeyConflict::Kind kind);
   void findExisting(bool again);
   void copyHeaders();
   void copyPositions();
-  void requireTaken(std::int64_t taken, const Sql& count, std::string_view what);
+  std::int64_t counted(const Sql& count);
 
   Connection& connection_;
   std::vector<std::string> headerColumns_;
@@ -66,6 +70,7 @@ private:
   std::optional<RowBatch> positions_;
   std::int64_t jobs_ = 0;
   std::int64_t positionCount_ = 0;
+  std::int64_t earlierPositions_ = 0; ///< those of the jobs that have been added
   StageCounts counts_;
   bool filling_ = false; ///< the unit of work that fills the temporary tables is open
 };

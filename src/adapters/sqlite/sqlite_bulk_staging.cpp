@@ -1,12 +1,10 @@
 #include "adapters/sqlite/sqlite_bulk_staging.h"
 
 #include "adapters/sql/column_lists.h"
-#include "platform/database_error.h"
+#include "adapters/sql/staging_conflicts.h"
 #include "platform/value.h"
 
-#include <functional>
-#include <string>
-#include <vector>
+#include <utility>
 
 namespace qx::sqlite {
 
@@ -58,75 +56,90 @@ void SqliteBulkStaging::addJob(std::int64_t line) {
   namedJob_.clear();
   headers_->add();
   ++jobs_;
+  earlierPositions_ = positionCount_;
 }
 
-std::optional<KeyConflict> SqliteBulkStaging::twice(const Sql& query, KeyConflict::Kind kind) {
-  const auto rows = connection_.open(query);
-  if (rows->eof()) return std::nullopt;
-  const auto whole = [&](ColumnName column) { return rows->value(column).integer().value_or(0); };
-  return KeyConflict{kind,
-                     rows->text("Schluessel"),
-                     whole("Vorgang"),
-                     whole("Zeile"),
-                     whole("VorigerVorgang"),
-                     whole("VorigeZeile"),
-                     {}};
+void SqliteBulkStaging::dropPositions() {
+  namedJob_.clear();
+  if (positionCount_ == earlierPositions_) return;
+  connection_.execute(sql("DELETE FROM StagePos WHERE rowid > "_sql, number(earlierPositions_)));
+  positionKeys_.keepFirst(earlierPositions_);
+  positionCount_ = earlierPositions_;
 }
 
-std::optional<KeyConflict> SqliteBulkStaging::finish() {
+void SqliteBulkStaging::finish() {
   headers_.reset();
   positions_.reset();
   connection_.execute(sql("COMMIT"_sql));
-  std::optional<KeyConflict> conflict;
+}
+
+std::vector<KeyConflict> SqliteBulkStaging::conflicts(std::int64_t most) {
+  std::vector<KeyConflict> found;
   if (jobKeys_.possible())
-    conflict = twice(sql("SELECT JobID AS Schluessel, max(rowid) AS Vorgang, max(StageZeile) AS Zeile, "
-                         "min(rowid) AS VorigerVorgang, min(StageZeile) AS VorigeZeile FROM StageKopf "
-                         "GROUP BY JobID COLLATE NOCASE HAVING count(*) > 1 ORDER BY 2 LIMIT 1"_sql),
-                     KeyConflict::Kind::JobTwice);
-  if (!conflict && positionKeys_.possible())
-    conflict = twice(sql("SELECT ChildID AS Schluessel, max(StageVorgang) AS Vorgang, "
-                         "max(StageZeile) AS Zeile, min(StageVorgang) AS VorigerVorgang, "
-                         "min(StageZeile) AS VorigeZeile FROM StagePos "
-                         "GROUP BY ChildID COLLATE NOCASE HAVING count(*) > 1 ORDER BY 2 LIMIT 1"_sql),
-                     KeyConflict::Kind::PositionTwice);
-  return conflict || !othersNamed_ ? conflict : ownedInFile();
+    relational::appendConflicts(
+        found, connection_,
+        sql("SELECT k.JobID AS Schluessel, k.rowid AS Vorgang, k.StageZeile AS Zeile, "
+            "e.Nummer AS VorigerVorgang, e.Zeile AS VorigeZeile FROM (SELECT JobID, min(rowid) AS Nummer, "
+            "min(StageZeile) AS Zeile FROM StageKopf GROUP BY JobID COLLATE NOCASE HAVING count(*) > 1) e "
+            "JOIN StageKopf k ON k.JobID = e.JobID COLLATE NOCASE WHERE k.rowid > e.Nummer ORDER BY 2"_sql),
+        KeyConflict::Kind::JobTwice, most);
+  if (positionKeys_.possible())
+    relational::appendConflicts(
+        found, connection_,
+        sql("SELECT p.ChildID AS Schluessel, p.StageVorgang AS Vorgang, p.StageZeile AS Zeile, "
+            "e.Vorgang AS VorigerVorgang, e.Zeile AS VorigeZeile FROM (SELECT ChildID, min(rowid) AS Nummer, "
+            "min(StageVorgang) AS Vorgang, min(StageZeile) AS Zeile FROM StagePos "
+            "GROUP BY ChildID COLLATE NOCASE HAVING count(*) > 1) e "
+            "JOIN StagePos p ON p.ChildID = e.ChildID COLLATE NOCASE WHERE p.rowid > e.Nummer "
+            "ORDER BY p.rowid"_sql),
+        KeyConflict::Kind::PositionTwice, most);
+  if (othersNamed_)
+    relational::appendConflicts(
+        found, connection_,
+        sql("SELECT s.ChildID AS Schluessel, s.StageVorgang AS Vorgang, s.StageZeile AS Zeile, "
+            "s.JobID AS Besitzer FROM StagePos s JOIN StageKopf k ON k.rowid = s.StageVorgang "
+            "WHERE s.JobID <> '' AND s.JobID <> k.JobID COLLATE NOCASE ORDER BY s.rowid"_sql),
+        KeyConflict::Kind::OtherName, most);
+  return found;
 }
 
-/// A position that names another job than the one that contains it.
-std::optional<KeyConflict> SqliteBulkStaging::ownedInFile() {
-  return firstOwned(
-      sql("SELECT s.ChildID AS Schluessel, s.StageVorgang AS Vorgang, s.StageZeile AS Zeile, "
-          "s.JobID AS Besitzer FROM StagePos s JOIN StageKopf k ON k.rowid = s.StageVorgang "
-          "WHERE s.JobID <> '' AND s.JobID <> k.JobID COLLATE NOCASE ORDER BY s.rowid LIMIT 1"_sql),
-      KeyConflict::Kind::OtherName);
+void SqliteBulkStaging::leaveOut(const std::vector<std::int64_t>& jobs) {
+  leftOut_ = leftOut_ || !jobs.empty();
+  relational::inNumberLists(jobs, [&](const Sql& list) {
+    connection_.execute(sql("DELETE FROM StagePos WHERE StageVorgang IN "_sql).append(list));
+    connection_.execute(sql("DELETE FROM StageKopf WHERE rowid IN "_sql).append(list));
+  });
 }
 
-std::optional<KeyConflict> SqliteBulkStaging::firstOwned(const Sql& query, KeyConflict::Kind kind) {
-  const auto rows = connection_.open(query);
-  if (rows->eof()) return std::nullopt;
-  KeyConflict conflict;
-  conflict.kind = kind;
-  conflict.key = rows->text("Schluessel");
-  conflict.job = rows->value("Vorgang").integer().value_or(0);
-  conflict.line = rows->value("Zeile").integer().value_or(0);
-  conflict.owner = rows->text("Besitzer");
-  return conflict;
-}
-
-std::optional<KeyConflict> SqliteBulkStaging::copy(BusyWait& wait, bool again) {
+/// What ends without copying is committed, too: after a rollback the temporary tables could not be read.
+std::vector<KeyConflict> SqliteBulkStaging::copy(BusyWait& wait, CopyOrder order, std::int64_t most) {
   WorkUnit unit(connection_, &wait);
-  findExisting(again);
-  if (auto conflict = ownedByOthers()) return conflict;
+  findExisting(order.again);
+  // In this order of tables: few positions of a file exist already, and a job is a wide row.
+  std::vector<KeyConflict> owned;
+  relational::appendConflicts(
+      owned, connection_,
+      sql("SELECT s.ChildID AS Schluessel, s.StageVorgang AS Vorgang, s.StageZeile AS Zeile, p.JobID AS "
+          "Besitzer FROM StagePos s CROSS JOIN main.ImportPos p CROSS JOIN StageKopf k "
+          "WHERE p.ChildID = s.ChildID AND k.rowid = s.StageVorgang AND k.StageSperre = 0 "
+          "AND p.JobID <> k.JobID ORDER BY s.rowid"_sql),
+      KeyConflict::Kind::OtherOwner, most);
+  if (!owned.empty()) {
+    unit.commit();
+    return owned;
+  }
   const auto count = connection_.open(
       sql("SELECT count(*) AS Alle, coalesce(sum(StageSperre), 0) AS Uebergangen FROM StageKopf"_sql));
   StageCounts counts;
   counts.skipped = count->value("Uebergangen").integer().value_or(0);
   counts.staged = count->value("Alle").integer().value_or(0) - counts.skipped;
-  copyHeaders(counts.staged);
-  copyPositions(counts.skipped == 0);
+  if (!order.tryOnly) {
+    copyHeaders(counts.staged);
+    copyPositions(counts.skipped == 0 && !leftOut_);
+  }
   unit.commit();
   counts_ = counts;
-  return std::nullopt;
+  return {};
 }
 
 /// `StageZiel` becomes the row of an existing job, `StageSperre` 1 when that must not be changed.
@@ -139,16 +152,6 @@ void SqliteBulkStaging::findExisting(bool again) {
   connection_.execute(sql("UPDATE StageKopf SET StageSperre = 1 WHERE StageZiel IS NOT NULL AND EXISTS "
                           "(SELECT 1 FROM main.ImportKopf k WHERE k.rowid = StageZiel AND k.JobType IN "
                           "(13, 23, 33, 43, 44))"_sql));
-}
-
-/// In this order: few positions of a file exist already, and a job is a wide row.
-std::optional<KeyConflict> SqliteBulkStaging::ownedByOthers() {
-  return firstOwned(
-      sql("SELECT s.ChildID AS Schluessel, s.StageVorgang AS Vorgang, s.StageZeile AS Zeile, p.JobID AS "
-          "Besitzer FROM StagePos s CROSS JOIN main.ImportPos p CROSS JOIN StageKopf k "
-          "WHERE p.ChildID = s.ChildID AND k.rowid = s.StageVorgang AND k.StageSperre = 0 "
-          "AND p.JobID <> k.JobID ORDER BY s.rowid LIMIT 1"_sql),
-      KeyConflict::Kind::OtherOwner);
 }
 
 /// A replaced job keeps its row and so its position; columns that the file does not give become null.
@@ -169,15 +172,7 @@ void SqliteBulkStaging::copyHeaders(std::int64_t expected) {
                       " AND rowid <= "_sql, number(to), " ORDER BY rowid"_sql));
     taken += connection_.execute(insert);
   });
-  requireTaken(taken, expected, "jobs");
-}
-
-/// A trigger can silently drop rows.
-void SqliteBulkStaging::requireTaken(std::int64_t taken, std::int64_t expected, std::string_view what) {
-  if (taken != expected)
-    throw StatementError("the database has taken " + std::to_string(taken) + " of " +
-                             std::to_string(expected) + " " + std::string(what) + "; nothing was staged",
-                         0);
+  relational::requireTaken(taken, expected, "jobs");
 }
 
 /// A statement keeps a copy of every changed page until it ends.
@@ -214,17 +209,13 @@ void SqliteBulkStaging::copyPositions(bool all) {
         .integer()
         .value_or(0);
   };
-  requireTaken(taken, all ? positionCount_ : counted(), "positions");
+  relational::requireTaken(taken, all ? positionCount_ : counted(), "positions");
 }
 
 void SqliteBulkStaging::forEach(const Visitor& visit) {
   const auto rows =
       connection_.openStream(sql("SELECT JobID, JobType, StageZiel, StageSperre FROM StageKopf"_sql));
-  for (; !rows->eof(); rows->moveNext()) {
-    StageResult result = rows->value("StageZiel").isNull() ? StageResult::Added : StageResult::Replaced;
-    if (rows->value("StageSperre").integer() == 1) result = StageResult::Skipped;
-    visit(rows->text("JobID"), jobCode(rows->value("JobType")), result);
-  }
+  relational::visitStaged(*rows, visit);
 }
 
 } // namespace qx::sqlite

@@ -4,9 +4,11 @@
 #include "adapters/sqlite/temporary_rows.h"
 #include "platform/bulk_staging.h"
 
+#include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
-#include <string_view>
+#include <vector>
 
 namespace qx::sqlite {
 
@@ -21,19 +23,17 @@ public:
   void addPosition(std::int64_t line) override;
   RowValues& newJob() override;
   void addJob(std::int64_t line) override;
-  std::optional<KeyConflict> finish() override;
-  std::optional<KeyConflict> copy(BusyWait& wait, bool again) override;
+  void dropPositions() override;
+  void finish() override;
+  std::vector<KeyConflict> conflicts(std::int64_t most) override;
+  void leaveOut(const std::vector<std::int64_t>& jobs) override;
+  std::vector<KeyConflict> copy(BusyWait& wait, CopyOrder order, std::int64_t most) override;
   StageCounts counts() const override { return counts_; }
   void forEach(const Visitor& visit) override;
 
 private:
-  std::optional<KeyConflict> twice(const Sql& query, KeyConflict::Kind kind);
   void findExisting(bool again);
-  std::optional<KeyConflict> ownedInFile();
-  std::optional<KeyConflict> ownedByOthers();
-  std::optional<KeyConflict> firstOwned(const Sql& query, KeyConflict::Kind kind);
   void copyHeaders(std::int64_t expected);
-  static void requireTaken(std::int64_t taken, std::int64_t expected, std::string_view what);
   static void inPortions(std::int64_t rows,
                          const std::function<void(std::int64_t from, std::int64_t to)>& copy);
   void copyPositions(bool all);
@@ -44,10 +44,12 @@ private:
   std::optional<TemporaryRows> positions_;
   KeyRepetition jobKeys_;
   KeyRepetition positionKeys_;
-  std::string namedJob_;     ///< by positions that have been added since the last job
-  bool othersNamed_ = false; ///< by positions, as far as equal texts tell
+  std::int64_t earlierPositions_ = 0; ///< those of the jobs that have been added
+  std::string namedJob_;              ///< by positions that have been added since the last job
+  bool othersNamed_ = false;          ///< by positions, as far as equal texts tell
   std::int64_t jobs_ = 0;
   std::int64_t positionCount_ = 0;
+  bool leftOut_ = false;
   StageCounts counts_;
 };
 

@@ -37,6 +37,8 @@ private:
 class KeyRepetition {
 public:
   void add(std::string_view key);
+  /// Forgets all but the first keys.
+  void keepFirst(std::int64_t count) { hashes_.resize(static_cast<std::size_t>(count)); }
   /// False when they are certainly all different.
   bool possible();
 

@@ -1,0 +1,34 @@
+// Stages a file of jobs.
+#pragma once
+
+#include "cli/command.h"
+#include "platform/bulk_staging.h"
+#include "program/input_fault.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace qx::cli {
+
+/// How a file is staged.
+struct StageOrder {
+  bool again = false;   ///< done jobs, too
+  bool partial = false; ///< the sound objects of a file that has faults, too
+  bool tryOnly = false; ///< nothing is staged; only what would be is found out
+  std::string rejects;  ///< the name of a new file for the other objects; empty for none
+};
+
+/// The result for a file.
+struct StagedFile {
+  std::unique_ptr<BulkStaging> jobs;       ///< counts and results
+  std::vector<InputFault> faults;          ///< of the objects that were left out, in the order of the file
+  std::vector<std::string> writtenBefore;  ///< keys of orders that were done and wait again
+};
+
+/// Stages a file, or standard input for "-", in one unit. Raises `ProgramError` with all faults of the file,
+/// at most the first hundred, when there is one and the order is not a partial one; nothing is staged then.
+StagedFile stageFile(const CommandContext& context, const std::string& file, const StageOrder& order);
+
+} // namespace qx::cli
