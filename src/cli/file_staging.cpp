@@ -1,7 +1,7 @@
 #include "cli/file_staging.h"
 
-#include "cli/json_writer.h"
 #include "cli/json_members.h"
+#include "cli/json_writer.h"
 #include "cli/new_file.h"
 #include "cli/object_texts.h"
 #include "cli/progress_bar.h"

@@ -22,9 +22,9 @@ struct StageOrder {
 
 /// The result for a file.
 struct StagedFile {
-  std::unique_ptr<BulkStaging> jobs;       ///< counts and results
-  std::vector<InputFault> faults;          ///< of the objects that were left out, in the order of the file
-  std::vector<std::string> writtenBefore;  ///< keys of orders that were done and wait again
+  std::unique_ptr<BulkStaging> jobs;      ///< counts and results
+  std::vector<InputFault> faults;         ///< of the objects that were left out, in the order of the file
+  std::vector<std::string> writtenBefore; ///< keys of orders that were done and wait again
 };
 
 /// Stages a file, or standard input for "-", in one unit. Raises `ProgramError` with all faults of the file,

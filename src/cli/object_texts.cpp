@@ -77,7 +77,8 @@ void forEachObjectText(TextSource& source, const std::function<bool(std::int64_t
   ObjectEvents events(stream, wanted, visit);
   rapidjson::Reader reader;
   for (source.skipBlanks(); !source.atEnd(); source.skipBlanks())
-    if (reader.Parse<rapidjson::kParseStopWhenDoneFlag | rapidjson::kParseNumbersAsStringsFlag>(stream, events)
+    if (reader
+            .Parse<rapidjson::kParseStopWhenDoneFlag | rapidjson::kParseNumbersAsStringsFlag>(stream, events)
             .IsError())
       return;
 }

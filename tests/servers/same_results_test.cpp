@@ -105,6 +105,20 @@ constexpr std::string_view positionOfAnother = R"([
   {"type":"Auftrag","JobID":"X-2","Kundennummer":"91001","Positionen":[
     {"ChildID":"p-1","Positionsnummer":1,"Artikelnummer":"FEI-013","Menge":1}]}])";
 
+/// Sound objects between faulty ones: the first has more positions than one statement adds, then the fault.
+std::string mixedJobs() {
+  std::string positions;
+  for (int i = 1; i <= 45; ++i)
+    positions += R"({"ChildID":"M-)" + std::to_string(i) + R"(","Artikelnummer":"FEI-013","Menge":1},)";
+  return R"([{"type":"Auftrag","JobID":"M","Kundennummer":"91001","Positionen":[)" + positions +
+         R"({"Artikelnummer":"FEI-013"}]},
+    {"type":"Auftrag","JobID":"S-1","Kundennummer":"91001","Positionen":[{"ChildID":"M-1","Artikelnummer":"FEI-013","Menge":1}]},
+    {"type":"Auftrag","JobID":"S-2","Kundennummer":"91001","Positionen":[{"ChildID":"m-1","Artikelnummer":"FEI-013","Menge":1}]},
+    {"type":"Auftrag","JobID":"S-3","Kundennummer":"91001","Positionen":[{"ChildID":"P-1","Artikelnummer":"FEI-013","Menge":1}]},
+    {"type":"Kunde","JobID":"s-1","Kundennummer":"1","Bez1":"x"},
+    {"type":"Kunde","JobID":"S-4","Kundennummer":"91003","Bez1":"Gut"}])";
+}
+
 /// A day's work with jobs of every kind and outcome.
 void work(Installation& installation) {
   installation.run({"init", "--demo"});
@@ -113,6 +127,8 @@ void work(Installation& installation) {
   installation.run({"stage", "-"}, furtherJobs);
   installation.run({"stage", "-"}, sameJobTwice);
   installation.run({"stage", "-"}, positionOfAnother);
+  installation.run({"stage", "-", "--partial", "--dry-run"}, mixedJobs());
+  installation.run({"stage", "-", "--partial", "--json"}, mixedJobs());
   installation.run({"list"});
   installation.run({"list", "--json", "--state", "warning", "--kind", "kunde", "--limit", "3"});
   installation.run({"show", "A-1", "--json"});

@@ -16,7 +16,8 @@ void appendConflicts(std::vector<KeyConflict>& conflicts, Connection& connection
                      KeyConflict::Kind kind, std::int64_t most);
 
 /// Calls `leave` with one list of numbers after the other, each short enough for a statement.
-void inNumberLists(const std::vector<std::int64_t>& numbers, const std::function<void(const Sql& list)>& leave);
+void inNumberLists(const std::vector<std::int64_t>& numbers,
+                   const std::function<void(const Sql& list)>& leave);
 
 /// Visits the rows of JobID, JobType, StageZiel and StageSperre.
 void visitStaged(Recordset& rows, const BulkStaging::Visitor& visit);
