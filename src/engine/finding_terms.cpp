@@ -427,6 +427,11 @@ constexpr std::array ruleTerms{
     hint(Rule::OrderExchangeRate, "order.exchange_rate.missing",
          "Zur Währung '{stored}' ist kein Wechselkurs angelegt.", "Währung",
          DialogTerms{"HI", "txtKundennummer"}, "Den Kurs in der Warenwirtschaft eintragen lassen."),
+    hint(Rule::OrderCustomerWaits, "order.customer.waiting", "Kunde wird in diesem Lauf angelegt",
+         "Kundennummer", DialogTerms{"HI", "txtKundennummer"}, "Kunden und Aufträge zusammen verarbeiten."),
+    hint(Rule::OrderPriceReplaced, "order.price.replaced", "Preis {value} -> {stored}", "Preis",
+         DialogTerms{"HI", "txtKundennummer"},
+         "Es gilt der Preis der Warenwirtschaft. Preis oder Preisliste mit dem Absender klären."),
 };
 
 constexpr bool inOrder() {

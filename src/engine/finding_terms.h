@@ -146,8 +146,10 @@ enum class Rule : std::uint8_t {
   // Hints at an order.
   OrderCurrency,
   OrderExchangeRate,
+  OrderCustomerWaits,
+  OrderPriceReplaced,
 };
-inline constexpr Rule lastRule = Rule::OrderExchangeRate;
+inline constexpr Rule lastRule = Rule::OrderPriceReplaced;
 
 /// The terms of a dialog for a broken rule.
 struct DialogTerms {

@@ -9,12 +9,14 @@
 
 #include <exception>
 #include <string>
+#include <utility>
 
 namespace qx {
 
 JobCheck::JobCheck(Environment& environment) : environment_(environment), prices_(environment) {
   const Settings settings(environment, SettingTrap::Refusals);
   compareAddresses_ = settings[option::compareAddresses];
+  automatic_ = settings[option::automatic];
   homeCurrency_ = settings[option::homeCurrency];
   orderOptions_ = OrderOptions::read(settings, settings[option::customerSpecific]);
 }
@@ -46,11 +48,32 @@ Findings JobCheck::findingsOf(std::string_view jobId) {
     return ContractCheck(environment_).checkStaged(*header);
   case qxtJobAufträge: {
     OrderFacts facts(environment_, prices_, fieldsOf(*header));
-    return withHints(OrderCheck(environment_, orderOptions_).CheckAuftrag(jobId, facts));
+    const OrderCheck check(environment_, orderOptions_);
+    Findings findings = customerToCome(check.CheckAuftrag(jobId, facts), header->text("Kundennummer"));
+    if (!findings.holds(Rule::OrderPriceDiffers)) findings.append(check.priceHints(jobId, facts));
+    return withHints(std::move(findings));
   }
   default:
     return {};
   }
+}
+
+/// An unknown customer is no objection to an order when a job beside it creates that customer first.
+Findings JobCheck::customerToCome(Findings findings, std::string_view customer) {
+  if (customer.empty() || !findings.holds(Rule::OrderCustomer)) return findings;
+  const auto waiting =
+      activeConnection(environment_)
+          .open(sql("Select JobID From ImportKopf Where JobType = 10 And Kundennummer = '"_sql,
+                    value(customer), "'"_sql));
+  if (waiting->eof()) return findings;
+  const std::string jobId = waiting->text("JobID");
+  const CheckStatus status = CustomerCheck(environment_, compareAddresses_).ProveCustomerJob(jobId).status();
+  // A run parks such a customer.
+  if (status == CheckStatus::Error || (automatic_ && status == CheckStatus::Warning)) return findings;
+  Findings remaining;
+  for (const Finding& finding : findings)
+    remaining.add(finding.rule == Rule::OrderCustomer ? Finding(Rule::OrderCustomerWaits, jobId) : finding);
+  return remaining;
 }
 
 } // namespace qx

@@ -23,9 +23,11 @@ public:
 
 private:
   Findings findingsOf(std::string_view jobId);
+  Findings customerToCome(Findings findings, std::string_view customer);
 
   Environment& environment_;
   bool compareAddresses_ = false;
+  bool automatic_ = false;
   std::string homeCurrency_;
   OrderOptions orderOptions_;
   PriceComponent prices_;

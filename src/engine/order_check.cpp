@@ -34,11 +34,24 @@ Findings OrderCheck::checkPositions(std::string_view jobId, OrderFacts& facts) c
     PositionFacts& known = facts.of(position);
     for (const PositionRule& rule : positionRules()) {
       auto found = rule.broken(master_, position, known);
-      if (found && terms(found->rule).countsWhere(master_.options.customerSpecific))
+      if (found &&
+          (terms(found->rule).countsWhere(master_.options.customerSpecific) ||
+           (found->rule == Rule::OrderPriceDiffers && exceedsDeviation(master_.options, position, known))))
         findings.add(std::move(*found).at(positionOf(position)));
     }
   }
   return findings;
+}
+
+Findings OrderCheck::priceHints(std::string_view jobId, OrderFacts& facts) const {
+  Findings hints;
+  const auto positions =
+      activeConnection(master_.environment)
+          .open(sql("SELECT * FROM ImportPos Where ImportPos.JobID ='"_sql, value(jobId), "'"_sql));
+  const JobFields position = fieldsOf(*positions);
+  for (; !positions->eof(); positions->moveNext())
+    if (auto hint = replacedPrice(position, facts.of(position))) hints.add(std::move(*hint));
+  return hints;
 }
 
 } // namespace qx

@@ -19,6 +19,8 @@ public:
   /// The findings of the job, header first. Clean for a job that is neither waiting nor parked. `facts`
   /// belong to this job; what has been read into them can be reused when it is written.
   Findings CheckAuftrag(std::string_view JobID, OrderFacts& facts) const;
+  /// A hint for each position whose price the ERP's replaces.
+  Findings priceHints(std::string_view jobId, OrderFacts& facts) const;
 
 private:
   Findings checkPositions(std::string_view jobId, OrderFacts& facts) const;

@@ -1,6 +1,7 @@
 // The order that is being written.
 #pragma once
 
+#include "engine/findings.h"
 #include "model/date.h"
 
 #include <cstdint>
@@ -38,6 +39,7 @@ struct WrittenLines {
   std::vector<WrittenLine> lines;
   std::set<std::int32_t> numbers;
   bool anyAccessory = false;
+  Findings hints;
 };
 
 } // namespace qx

@@ -1,6 +1,7 @@
 #include "engine/order_lines.h"
 
 #include "engine/order_failure.h"
+#include "engine/order_rules.h"
 #include "model/text.h"
 #include "rules/master_data.h"
 #include "rules/rounding.h"
@@ -128,6 +129,7 @@ void OrderLines::writePosition(Recordset& lines, Recordset& position, PositionFa
   fillArticle(lines, *article, unit, quantity);
   fillQuantities(lines, position);
   const double charged = fillPrice(lines, position, price);
+  if (auto hint = replacedPrice(fieldsOf(position), facts)) written.hints.add(std::move(*hint));
   fillPurchasePrice(lines, *article, order, unit, quantity);
   const std::string delivery = position.text("Liefertermin");
   fillFlags(lines, position.value("Lieferbereit"), position.value("Fakturierbereit"),

@@ -8,7 +8,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <exception>
+#include <string>
 
 namespace qx {
 namespace {
@@ -99,6 +101,30 @@ Broken otherPrice(const OrderMaster& master, const JobFields& position, Position
   return Finding(Rule::OrderPriceDiffers, germanNumber(staged), germanNumber(price.price.price));
 }
 
+/// For one unit of quantity.
+struct UnitPrices {
+  double staged = 0;
+  double found = 0;
+};
+
+/// Null without both.
+std::optional<UnitPrices> unitPrices(const JobFields& position, PositionFacts& facts) {
+  const double staged = position("Preis").number().value_or(0);
+  const FoundPrice& found = facts.price();
+  if (staged == 0 || !found.found() || found.price.priceUnit == 0) return {};
+  // A sender who names no unit means that of the ERP, as the comparison of prices does.
+  const double priceUnit = position("Preiseinheit").number().value_or(0);
+  return UnitPrices{staged / (priceUnit == 0 ? found.price.priceUnit : priceUnit),
+                    found.price.price / found.price.priceUnit};
+}
+
+/// At least two decimals and at most four, as the ERP keeps them.
+std::string priceText(double price) {
+  std::string text = germanDecimals(price, 4);
+  for (int i = 0; i < 2 && text.ends_with('0'); ++i) text.pop_back();
+  return text;
+}
+
 Broken missingCostAssignment(const OrderMaster& master, const JobFields& position, PositionFacts& /*facts*/) {
   if (!master.options.costAssignment) return {};
   const Value staged = position("KostID");
@@ -167,6 +193,30 @@ constexpr std::array ofPosition{
 };
 
 } // namespace
+
+bool exceedsDeviation(const OrderOptions& options, const JobFields& position, PositionFacts& facts) {
+  constexpr double percent = 100;
+  if (options.priceDeviation <= 0) return false;
+  const auto prices = unitPrices(position, facts);
+  return prices && std::abs(prices->found - prices->staged) * percent >=
+                       options.priceDeviation * std::abs(prices->staged);
+}
+
+std::optional<Finding> replacedPrice(const JobFields& position, PositionFacts& facts) {
+  constexpr double roundingError = 1e-9;
+  const auto prices = unitPrices(position, facts);
+  if (!prices || std::abs(prices->found - prices->staged) <= roundingError * std::abs(prices->staged))
+    return {};
+  const SalesPrice& price = facts.price().price;
+  std::string found = priceText(price.price) + " je ";
+  if (price.priceUnit != 1) found += germanNumber(price.priceUnit) + " ";
+  found += facts.unit();
+  if (!price.source.empty()) found += ", " + price.source;
+  if (const FindingPosition place = positionOf(position); !place.number.empty())
+    found += ", Position " + place.number;
+  return Finding(Rule::OrderPriceReplaced, priceText(position("Preis").number().value_or(0)), found)
+      .at(positionOf(position));
+}
 
 std::span<const HeaderRule> headerRules() { return ofHeader; }
 std::span<const PositionRule> positionRules() { return ofPosition; }

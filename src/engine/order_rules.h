@@ -43,6 +43,12 @@ struct PositionRule {
                                    PositionFacts& facts);
 };
 
+/// Whether the staged price, for the same quantity, differs from the found one by at least the percentage
+/// that the options name. Never without such a percentage, a staged or a found price.
+bool exceedsDeviation(const OrderOptions& options, const JobFields& position, PositionFacts& facts);
+/// The hint that the ERP's price replaces the staged one; null when the position brings none, or the same.
+std::optional<Finding> replacedPrice(const JobFields& position, PositionFacts& facts);
+
 /// In the order in which a run checks them.
 std::span<const HeaderRule> headerRules();
 /// The check whose first rule is this one.

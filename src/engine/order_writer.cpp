@@ -9,6 +9,7 @@
 
 #include <exception>
 #include <stdexcept>
+#include <utility>
 
 namespace qx {
 namespace {
@@ -88,6 +89,7 @@ WrittenOrder OrderWriter::write(JobRow& job, OrderFacts& facts) {
   written.cashOnDelivery = isCashOnDelivery(order.paymentMethod);
   written.customerName = header->text("Bez1");
   written.hints = orderHints(fieldsOf(job.row()), *customer, *environment_.connection, homeCurrency_);
+  written.hints.append(std::move(written.lines.hints));
   stampCustomer(job, *customer);
   // Last, so that a done job always has its complete order.
   finishJob(job, number.number);

@@ -16,6 +16,7 @@ OrderOptions OrderOptions::read(const Settings& settings, bool customerSpecific)
   options.costAssignment = settings[option::costAssignment];
   options.createCosts = settings[option::createCosts];
   options.warnOfStock = settings[option::warnOfStock];
+  options.priceDeviation = settings[option::priceDeviation];
   options.circlePerOrder = settings[option::circlePerOrder];
   if (!customerSpecific) return options;
   options.ZAVSRG = settings[option::ZAVSRG];

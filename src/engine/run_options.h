@@ -29,6 +29,7 @@ struct OrderOptions {
   bool costAssignment = false;
   bool createCosts = false; ///< create missing cost assignments
   bool warnOfStock = false;
+  double priceDeviation = 0;   ///< percent from which a price that differs is a warning; 0 for never
   bool circlePerOrder = false; ///< determine the booking circle for each order
   std::string ZAVSRG, VAKunde, ZAKunde;
   double abGewicht = 0; ///< kg; 0 for no limit

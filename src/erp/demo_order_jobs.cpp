@@ -80,7 +80,9 @@ void stageWrittenOrders(Staging& staging) {
   addOrder(staging, 3, customerCount, usualLines(20), {{"Bemerkung", "Erster Auftrag eines neuen Kunden"}});
   addOrder(staging, 3, 0,
            {{articleNumber(0, 0), 250}, {articleNumber(1, 4), 2, "PK"}, {articleNumber(2, 4), 1, "KT"}});
-  addOrder(staging, 2, 1, {{articleNumber(5, 3), 4}, {std::string(serviceArticle), 1.5, "Std"}});
+  // The shop showed another price than the price list has.
+  addOrder(staging, 2, 1,
+           {{articleNumber(5, 3), 4, "ST", "", 24.9}, {std::string(serviceArticle), 1.5, "Std"}});
   addOrder(staging, 2, 2,
            {{articleNumber(6, 2), 1, "Stck", "Bitte ohne Heft liefern.\r\nHefte sind vorhanden."}});
   addOrder(staging, 2, indexOf(unionCustomer), usualLines(5));

@@ -254,6 +254,15 @@ inline constexpr AmountOption MinGebuehr{{ownSection, "MinGebuehr", Number, "lea
                                           "Der Mindestpreis der Gebührenzeile.", "0", "", "",
                                           OptionStore::Shared, true}};
 
+/// Percent; 0 for never.
+inline constexpr AmountOption priceDeviation{
+    hidden(ownSection, "PreisAbweichungWarnen", Number,
+           "percent by which the price of an order position may differ from the ERP's before a check warns; "
+           "0: it only tells",
+           "Ab wie viel Prozent Unterschied zum Preis der Warenwirtschaft eine Auftragsposition eine Warnung "
+           "erhält. 0: Der Unterschied wird nur als Hinweis genannt.",
+           "0")};
+
 inline constexpr CheckOption confirmed{hidden(ownSection, "AppSettings", One,
                                               "the options have been confirmed once",
                                               "Die Optionen sind einmal bestätigt worden.")};

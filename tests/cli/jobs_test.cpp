@@ -1,6 +1,10 @@
 // The commands on staged jobs: list, show, check, release, delete, purge.
 #include "program_fixture.h"
 
+#include <algorithm>
+#include <string>
+#include <utility>
+
 namespace qx {
 namespace {
 
@@ -415,6 +419,80 @@ TEST_F(Jobs, ThatTheDatabaseKeepsEndAPurgeWithFour) {
   EXPECT_EQ(run({"purge", "--json"}).output, "{\"deleted\":0,\"undated\":0,\"refused\":1,\"left\":["
                                              "{\"JobID\":\"A\",\"Reason\":\"nein\"}]}\n");
   EXPECT_EQ(listed(), Keys{"A"});
+}
+
+/// Article K1: 12.50 for one PC to everybody, 11 to buyers of 10.
+class PricedJobs : public Jobs {
+protected:
+  PricedJobs() {
+    erp.execute("Insert Into Artikelstamm (Artikelnummer, Bezeichnung, Mengeneinheit, Erfassungsschema) "
+                "Values ('K1', 'Kabel', 'ST', '')"_sql);
+    erp.execute(
+        "Insert Into Verkaufspreise (Artikelnummer, GueltigAb, Mengeneinheit, Menge, Preis, Preiseinheit) "
+        "Values ('K1', '20200101000000', 'ST', 0, 12.5, 1), ('K1', '20200101000000', 'ST', 10, 11, 1)"_sql);
+  }
+
+  /// The texts of the hints at a job.
+  Json hints(const std::string& jobId) { return run({"check", jobId, "--json"}).json()["jobs"][0]["hints"]; }
+};
+
+TEST_F(PricedJobs, TellThePriceThatReplacesTheSendersAndWarnOfItWhenAsked) {
+  mustStage(R"([{"type":"Kunde","JobID":"K","Kundennummer":"7","Bez1":"Firma"}])");
+  ASSERT_EQ(run({"process"}).status, 0);
+  mustStage(R"({"type":"Auftrag","JobID":"A","Kundennummer":"7","Positionen":[
+      {"Artikelnummer":"K1","Menge":1,"Preis":19.9},{"Artikelnummer":"K1","Menge":2,"Preis":12.5},
+      {"Artikelnummer":"K1","Menge":10,"Preis":110,"Preiseinheit":10},{"Artikelnummer":"K1","Menge":10,"Preis":12},
+      {"Artikelnummer":"K1","Menge":3}]})");
+  const Json told{"Preis 19,90 -> 12,50 je ST, Grundpreis, Position 1",
+                  "Preis 12,00 -> 11,00 je ST, Grundpreis, Position 4"};
+  EXPECT_EQ(hints("A"), told);
+  EXPECT_EQ(run({"check", "A"}).status, 0);
+  // 12 to 11 are 8.3 percent.
+  for (const auto& [percent, positions] :
+       {std::pair{"9", Json{"1"}}, std::pair{"8,3", Json{"1", "4"}}, std::pair{"40", Json::array()}}) {
+    erp.setOption("PreisAbweichungWarnen", percent);
+    const Json job = run({"check", "A", "--json"}).json()["jobs"][0];
+    Json found = Json::array();
+    for (const Json& detail : job["details"])
+      if (detail["code"] == "order.price.differs") found.push_back(detail["position"]["Positionsnummer"]);
+    EXPECT_EQ(found, positions) << percent;
+  }
+}
+
+TEST_F(PricedJobs, TellItInTheRunAndItsProtocolToo) {
+  const std::string demo = (erp.folder.path() / "demo.db").string();
+  ASSERT_EQ(runPlain({"--db", demo, "init", "--demo"}).status, 0);
+  ASSERT_EQ(runPlain({"--db", demo, "stage", "-"}, R"({"type":"Auftrag","JobID":"A","Kundennummer":"70002",
+      "Positionen":[{"Artikelnummer":"SKS-001","Menge":1,"Preis":19.9},{"Artikelnummer":"SKS-001","Menge":1}]})")
+                .status,
+            0);
+  const Json document = runPlain({"--db", demo, "process", "--json", "--select", "orders"}).json();
+  const auto written =
+      std::ranges::find(document["jobs"], Json("A"), [](const Json& job) { return job["JobID"]; });
+  ASSERT_NE(written, document["jobs"].end());
+  EXPECT_EQ((*written)["Status"], "Erledigt");
+  EXPECT_EQ((*written)["hints"], Json{"Preis 19,90 -> 0,068 je ST, Preisliste, Position 1"});
+  EXPECT_EQ((*written)["details"][0]["code"], "order.price.replaced");
+  EXPECT_NE(runPlain({"--db", demo, "protocol"}).output.find("Hinweis: Preis 19,90 -> 0,068 je ST"),
+            std::string::npos);
+}
+
+TEST_F(PricedJobs, OfACustomerWhoWaitsBesideThemAreNoErrors) {
+  mustStage(
+      R"([{"type":"Auftrag","JobID":"A","Kundennummer":"8","Positionen":[{"Artikelnummer":"K1","Menge":1}]},
+                {"type":"Kunde","JobID":"K","Kundennummer":"8","Bez1":"Firma"}])");
+  const Json waiting = run({"check", "A", "--json"}).json()["jobs"][0];
+  EXPECT_EQ(waiting["status"], 10);
+  EXPECT_EQ(waiting["hints"], Json{"Kunde wird in diesem Lauf angelegt"});
+  EXPECT_EQ(waiting["details"][0]["value"], "K");
+  EXPECT_EQ(run({"check"}).status, 0);
+  // A customer whom the run parks creates nobody.
+  erp.execute("Update ImportKopf Set Versandart = 'DROHNE' Where JobID = 'K'"_sql);
+  EXPECT_EQ(run({"check", "A"}).status, 0);
+  erp.setOption("AutomatischVerarbeiten", "1");
+  EXPECT_EQ(run({"check", "A", "--json"}).json()["jobs"][0]["findings"], Json{"Kunde nicht angelegt"});
+  erp.execute("Update ImportKopf Set JobType = 13, Versandart = Null Where JobID = 'K'"_sql);
+  EXPECT_EQ(run({"check", "A"}).status, 1);
 }
 
 } // namespace
