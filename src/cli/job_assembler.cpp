@@ -54,8 +54,8 @@ void JobAssembler::fault(std::int64_t line, std::string_view property, ValueFaul
                std::move(fault.hint)});
 }
 
-void JobAssembler::positionFault(std::int64_t line, std::string_view property, ValueFault wrong) {
-  fault(line, pathOf(property), std::move(wrong));
+void JobAssembler::positionFault(std::int64_t line, std::string_view property, ValueFault fault) {
+  this->fault(line, pathOf(property), std::move(fault));
 }
 
 std::string JobAssembler::pathOf(std::string_view property) const {

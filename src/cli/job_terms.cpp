@@ -107,6 +107,19 @@ std::string_view stateText(std::int16_t jobType) {
   return "?";
 }
 
+std::string_view kindWord(std::int16_t jobType) {
+  const Kind* kind = findKind(jobType);
+  return kind == nullptr ? std::string_view() : kind->spellings.front();
+}
+
+std::string_view stateWord(std::int16_t jobType) {
+  if (findKind(jobType) == nullptr) return {};
+  for (const State& state : states)
+    if (state.state == stateOf(jobType))
+      return state.spellings.front().empty() ? "deleted" : state.spellings.front();
+  return {};
+}
+
 Style stateStyle(std::int16_t jobType) {
   switch (stateOf(jobType)) {
   case JobState::Warning:

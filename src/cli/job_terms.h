@@ -29,6 +29,11 @@ std::string_view kindText(std::int16_t jobType);
 /// "wartet", "Warnung", "Fehler", "erledigt", "gelöscht"; "?" for a code of no state.
 std::string_view stateText(std::int16_t jobType);
 
+/// The same as words for programs, which are also those of the filters: "kunde", "vertrag", "auftrag",
+/// "kundenvertrag"; "waiting", "warning", "error", "done", "deleted". Empty for a code of no kind or state.
+std::string_view kindWord(std::int16_t jobType);
+std::string_view stateWord(std::int16_t jobType);
+
 /// The style of that word, and that of a status of the protocol ("Erledigt", "Warnung", "Fehler").
 Style stateStyle(std::int16_t jobType);
 Style statusStyle(std::string_view status);

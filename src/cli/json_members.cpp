@@ -1,6 +1,10 @@
 #include "cli/json_members.h"
 
-#include <cstdint>
+#include "cli/job_terms.h"
+#include "engine/erp_number.h"
+#include "model/entry_records.h"
+
+#include <algorithm>
 
 namespace qx::cli {
 namespace {
@@ -32,10 +36,29 @@ void writeDetails(JsonWriter& json, const Findings& findings) {
   json.endArray();
 }
 
-void writeCheck(JsonWriter& json, const Findings& findings) {
-  json.key("status").number(static_cast<std::int64_t>(findings.status()));
+void writeCheck(JsonWriter& json, const Findings& findings, std::string_view status) {
+  json.key(status).number(static_cast<std::int64_t>(findings.status()));
   json.key("findings").texts(findings.texts());
   writeDetails(json, findings);
+}
+
+std::string_view propertyName(std::string_view column) {
+  const auto renamed = std::ranges::find(kundeFields, column, &Field<KundeFields>::column);
+  return renamed == kundeFields.end() ? column : renamed->name;
+}
+
+void writeColumns(JsonWriter& json, Recordset& row, std::size_t count) {
+  for (std::size_t i = 0; i < count; ++i) json.key(propertyName(row.fieldName(i))).value(row.value(i));
+}
+
+void writeOutcome(JsonWriter& json, Recordset& header) {
+  writeOutcome(json, jobCode(header.value("JobType")), erpNumber(header));
+}
+
+void writeOutcome(JsonWriter& json, std::int16_t jobType, std::string_view number) {
+  json.key("state").textOrNull(stateWord(jobType));
+  json.key("kind").textOrNull(kindWord(jobType));
+  json.key("number").textOrNull(stateOf(jobType) == JobState::Done ? number : std::string_view());
 }
 
 void writeFault(JsonWriter& json, const InputFault& fault) {

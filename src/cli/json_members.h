@@ -3,18 +3,34 @@
 
 #include "cli/json_writer.h"
 #include "engine/findings.h"
+#include "platform/database.h"
 #include "program/input_fault.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <map>
 #include <string>
+#include <string_view>
 
 namespace qx::cli {
 
 /// The members `hints` (texts) and `details` of an object: each finding and hint with code, severity, field,
 /// position, values and text; field and position are null where there is none.
 void writeDetails(JsonWriter& json, const Findings& findings);
-/// The same after `status` and `findings` (texts), as in the result of a check.
-void writeCheck(JsonWriter& json, const Findings& findings);
+/// The same after `status` and `findings` (texts), as in the result of a check. `status` is the name of the
+/// first member: beside the columns of a job, one of which is `Status`, it needs another.
+void writeCheck(JsonWriter& json, const Findings& findings, std::string_view status = "status");
+
+/// The name of a column as the properties of a staged object have it.
+std::string_view propertyName(std::string_view column);
+/// The first columns of a row as members with these names.
+void writeColumns(JsonWriter& json, Recordset& row, std::size_t count);
+
+/// The members `state`, `kind` and `number` of a job: the words of the filters, and the number that the ERP
+/// gave to what a done job became. From a row of `ImportKopf`.
+void writeOutcome(JsonWriter& json, Recordset& header);
+/// The first two, and the number of a job that may be done.
+void writeOutcome(JsonWriter& json, std::int16_t jobType, std::string_view number);
 
 /// An object with the members `line`, `object`, `property`, `code`, `message` and `hint`; unknown parts are
 /// null.

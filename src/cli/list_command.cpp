@@ -3,6 +3,7 @@
 #include "cli/close_words.h"
 #include "cli/job_table.h"
 #include "cli/job_terms.h"
+#include "cli/json_members.h"
 #include "cli/json_writer.h"
 #include "cli/terminal_text.h"
 #include "model/text.h"
@@ -53,6 +54,7 @@ public:
   ListPrinter(const Output& output, Recordset& jobs, const std::vector<std::string>& columns, bool csv)
       : output_(output), jobs_(jobs), json_(output.result), csv_(csv), table_(output, tableColumns(columns)) {
     for (const std::string& name : columns) chosen_.push_back(columnNamed(jobs, name));
+    whole_ = chosen_.empty();
     if (chosen_.empty() && (csv || output.json))
       for (std::size_t i = 0; i < jobs.fieldCount(); ++i) chosen_.push_back(i);
     if (csv_)
@@ -115,7 +117,9 @@ private:
 
   void writeRow(JsonWriter& json) const {
     json.beginObject();
-    for (const std::size_t column : chosen_) json.key(jobs_.fieldName(column)).value(jobs_.value(column));
+    for (const std::size_t column : chosen_)
+      json.key(propertyName(jobs_.fieldName(column))).value(jobs_.value(column));
+    if (whole_) writeOutcome(json, jobs_);
     json.endObject();
   }
 
@@ -132,6 +136,7 @@ private:
   bool csv_;
   Table table_;
   std::vector<std::size_t> chosen_;
+  bool whole_ = false; ///< no columns were asked for
 };
 
 } // namespace

@@ -32,6 +32,7 @@ void writeJob(JsonWriter& json, const JobOutcome& outcome) {
   json.key("Nummer").text(outcome.number);
   json.key("Status").text(outcome.status);
   json.key("JobType").number(std::int64_t{outcome.jobType});
+  writeOutcome(json, outcome.jobType, outcome.number);
   json.key("Fehlertext").text(outcome.reasons);
   writeDetails(json, outcome.findings);
   json.endObject();

@@ -4,9 +4,15 @@
 #include "cli/json_members.h"
 #include "cli/json_writer.h"
 #include "cli/terminal_text.h"
+#include "engine/erp_number.h"
 #include "model/german_text.h"
 #include "model/text.h"
 #include "platform/value.h"
+
+#include <array>
+#include <charconv>
+#include <cstdint>
+#include <string>
 
 namespace qx::cli {
 namespace {
@@ -15,19 +21,43 @@ struct ShownJob {
   Recordset& header;
   Recordset& positions;
   Findings findings;
+  Recordset* order; ///< what the job became; null for none
+  Recordset* lines;
 };
+
+constexpr std::array<ColumnName, 4> orderSumColumns{"Auftragsnummer", "Gesamtnetto", "GesamtMwSt",
+                                                    "Gesamtbrutto"};
+constexpr std::array<ColumnName, 7> orderLineColumns{
+    "Positionsnummer", "Artikelnummer", "Menge", "Mengeneinheit", "Preis", "Preiseinheit", "Rabatt"};
+
+/// Prices and sums as the ERP has them.
+void writeOrder(JsonWriter& json, Recordset& order, Recordset& lines) {
+  json.key("order").beginObject();
+  for (const ColumnName column : orderSumColumns) json.key(column.text()).value(order.value(column));
+  json.key("lines").beginArray();
+  for (; !lines.eof(); lines.moveNext()) {
+    json.beginObject();
+    for (const ColumnName column : orderLineColumns) json.key(column.text()).value(lines.value(column));
+    json.endObject();
+  }
+  json.endArray().endObject();
+}
 
 /// The last column of the positions only sorts them.
 std::size_t shownColumns(const Recordset& positions) { return positions.fieldCount() - 1; }
 
 void writeJson(std::ostream& output, const ShownJob& job) {
   JsonWriter json(output);
-  json.beginObject().columns(job.header, job.header.fieldCount());
+  writeColumns(json.beginObject(), job.header, job.header.fieldCount());
   json.key("Positionen").beginArray();
-  for (; !job.positions.eof(); job.positions.moveNext())
-    json.beginObject().columns(job.positions, shownColumns(job.positions)).endObject();
+  for (; !job.positions.eof(); job.positions.moveNext()) {
+    writeColumns(json.beginObject(), job.positions, shownColumns(job.positions));
+    json.endObject();
+  }
   json.endArray();
-  writeCheck(json, job.findings);
+  writeOutcome(json, job.header);
+  if (job.order) writeOrder(json, *job.order, *job.lines);
+  writeCheck(json, job.findings, "checkStatus");
   json.endObject().finish();
 }
 
@@ -67,6 +97,13 @@ void writeText(std::ostream& output, const ShownJob& job) {
   for (const std::string& line : job.findings.lines()) output << "  " << line << '\n';
 }
 
+/// 0 for a job that has not become an order.
+std::int64_t orderNumber(const std::string& number) {
+  std::int64_t whole = 0;
+  std::from_chars(number.data(), number.data() + number.size(), whole);
+  return whole;
+}
+
 } // namespace
 
 ExitCode ShowCommand::work(const CommandContext& context) {
@@ -76,7 +113,15 @@ ExitCode ShowCommand::work(const CommandContext& context) {
   const auto positions = context.connection().openStream(
       sql("SELECT *, Cast(Positionsnummer as int) as intPos From ImportPos where JobID = '"_sql,
           value(job.jobId), "' Order By intPos"_sql));
-  const ShownJob shown{*header, *positions, context.engine.checkJob(job.jobId)};
+  const std::string number = kindOf(job.jobType) == qxtJobAufträge ? erpNumber(*header) : std::string();
+  const auto order = context.connection().open(
+      sql("Select * From Auftragskopf Where Auftragsnummer = "_sql, qx::number(orderNumber(number))));
+  const auto lines = context.connection().open(
+      sql("Select * From Auftragspos Where Zeilentyp = 'K' And Auftragsnummer = "_sql,
+          qx::number(orderNumber(number)), " Order By Positionsnummer"_sql));
+  const bool written = !order->eof();
+  const ShownJob shown{*header, *positions, context.engine.checkJob(job.jobId),
+                       written ? order.get() : nullptr, written ? lines.get() : nullptr};
   if (context.output.json)
     writeJson(context.output.result, shown);
   else

@@ -1,5 +1,6 @@
 #include "engine/order_writer.h"
 
+#include "engine/erp_number.h"
 #include "engine/hints.h"
 #include "engine/order_failure.h"
 #include "model/text.h"
@@ -225,7 +226,7 @@ void OrderWriter::insertIndexEntry(Recordset& header) {
 
 void OrderWriter::finishJob(JobRow& job, std::int32_t number) {
   job.set("JobType", Value(std::int16_t{qxtJobAufträgeDone}));
-  job.set("Bemerkung", Value(job.text("Bemerkung") + " Auftrag: " + std::to_string(number)));
+  job.set("Bemerkung", Value(remarkWithOrder(job.text("Bemerkung"), number)));
   job.set("Erledigt", Value(true));
   job.set("Fehler", Value(false));
   job.update();

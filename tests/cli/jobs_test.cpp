@@ -1,7 +1,10 @@
 // The commands on staged jobs: list, show, check, release, delete, purge.
 #include "program_fixture.h"
 
+#include "model/text.h"
+
 #include <algorithm>
+#include <set>
 #include <string>
 #include <utility>
 
@@ -54,7 +57,11 @@ TEST_F(Jobs, AreShownWithTheColumnsOfTheirTables) {
   EXPECT_EQ(names.at(0), "JobID");
   EXPECT_EQ(names.at(4), "Eingangsdatum");
   EXPECT_EQ(static_cast<std::int64_t>(names.size()),
-            erp.count("Select Count(*) From pragma_table_info('ImportKopf')"_sql));
+            erp.count("Select Count(*) From pragma_table_info('ImportKopf')"_sql) + 3);
+  EXPECT_EQ(std::vector<std::string>(names.end() - 3, names.end()),
+            (std::vector<std::string>{"state", "kind", "number"}));
+  std::set<std::string> lower;
+  for (const std::string& name : names) EXPECT_TRUE(lower.insert(lowerCase(name)).second) << name;
   Json shown = show("A");
   const Json position = shown["Positionen"].at(0);
   EXPECT_EQ(position["Menge"], 1.5);
@@ -63,7 +70,7 @@ TEST_F(Jobs, AreShownWithTheColumnsOfTheirTables) {
   EXPECT_EQ(position["Fakturierbereit"], false);
   EXPECT_EQ(position["Vertragsart"], Json());
   EXPECT_FALSE(position.contains("intPos"));
-  for (const char* added : {"Positionen", "status", "findings", "hints", "details"}) {
+  for (const char* added : {"Positionen", "checkStatus", "findings", "hints", "details"}) {
     EXPECT_TRUE(shown.contains(added)) << added;
     shown.erase(added);
   }
@@ -152,7 +159,7 @@ TEST_F(Jobs, WhoseCheckFailsHaveThatAsAFindingAndTheRestIsChecked) {
             Json{"Der Vorgang konnte nicht geprüft werden: Die Währung 'XTS' hat keinen Wechselkurs."});
   EXPECT_EQ(jobs[1]["details"][0]["value"], "Die Währung 'XTS' hat keinen Wechselkurs.");
   EXPECT_EQ(jobs[2]["JobID"], "A2");
-  EXPECT_EQ(show("A1")["status"], 30);
+  EXPECT_EQ(show("A1")["checkStatus"], 30);
 }
 
 TEST_F(Jobs, HaveHintsThatChangeNoStatus) {
@@ -473,6 +480,25 @@ TEST_F(PricedJobs, TellItInTheRunAndItsProtocolToo) {
   EXPECT_EQ((*written)["Status"], "Erledigt");
   EXPECT_EQ((*written)["hints"], Json{"Preis 19,90 -> 0,068 je ST, Preisliste, Position 1"});
   EXPECT_EQ((*written)["details"][0]["code"], "order.price.replaced");
+  EXPECT_EQ((*written)["state"], "done");
+  EXPECT_EQ((*written)["kind"], "auftrag");
+  const Json number = (*written)["number"];
+  EXPECT_EQ(number.get<std::string>().substr(0, 2), "20");
+  // 0.068 + 0.068 and 19 percent, by lines of whole cents.
+  const Json shown = runPlain({"--db", demo, "show", "A", "--json"}).json();
+  EXPECT_EQ(shown["number"], number);
+  EXPECT_EQ(shown["order"]["Auftragsnummer"].dump(), number.get<std::string>());
+  EXPECT_EQ(shown["order"]["Gesamtnetto"], 0.14);
+  EXPECT_EQ(shown["order"]["GesamtMwSt"], 0.03);
+  EXPECT_EQ(shown["order"]["Gesamtbrutto"], 0.17);
+  EXPECT_EQ(shown["order"]["lines"][0]["Preis"], 0.068);
+  EXPECT_EQ(shown["order"]["lines"].size(), 2U);
+  EXPECT_EQ(runPlain({"--db", demo, "list", "--json", "--jobid", "A"}).json()[0]["number"], number);
+  const Json waiting =
+      runPlain({"--db", demo, "list", "--json", "--kind", "customers", "--state", "waiting"}).json()[0];
+  EXPECT_EQ(waiting["state"], "waiting");
+  EXPECT_EQ(waiting["kind"], "kunde");
+  EXPECT_EQ(waiting["number"], Json()) << "nothing is written yet";
   EXPECT_NE(runPlain({"--db", demo, "protocol"}).output.find("Hinweis: Preis 19,90 -> 0,068 je ST"),
             std::string::npos);
 }

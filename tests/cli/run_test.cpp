@@ -108,7 +108,7 @@ TEST_F(Run, TellsEveryJobItsCountsAndItsProtocol) {
   for (const Json& job : document["jobs"]) jobs[job["JobID"]] = job;
   ASSERT_EQ(jobs.size(), 3U);
   EXPECT_EQ(jobs["gut"], Json::parse(R"({"JobID":"gut","Vorgang":"Kunden","Nummer":"K1","Status":"Erledigt",
-                                         "JobType":13,"Fehlertext":"","hints":[],"details":[]})"));
+                                         "JobType":13,"state":"done","kind":"kunde","number":"K1","Fehlertext":"","hints":[],"details":[]})"));
   EXPECT_EQ(jobs["geparkt"]["Status"], "Warnung");
   EXPECT_EQ(jobs["geparkt"]["JobType"], 11);
   EXPECT_EQ(jobs["geparkt"]["Fehlertext"], "Beim Verarbeiten wurden Warnungen festgestellt.\r\n"

@@ -315,7 +315,7 @@ TEST_F(Staging, AwkwardTextsComeBackFromEveryTextProperty) {
     const Json shown = show(staged["JobID"]);
     for (const auto& field : table) {
       if (field.kind != FieldKind::Text || !field.stored()) continue;
-      EXPECT_EQ(shown[std::string(field.column)], staged[std::string(field.name)]) << type << field.name;
+      EXPECT_EQ(shown[std::string(field.name)], staged[std::string(field.name)]) << type << field.name;
     }
   };
   roundTrip("Kunde", kundeFields);
