@@ -11,6 +11,7 @@ SampleField number(std::string_view name, std::string value) { return {name, nam
 std::string articleNumber(std::uint32_t i) { return formatted("A%04u", i % articleCount); }
 
 int articleCents(std::uint32_t i) { return static_cast<int>(100 + i * 37 % 9000); }
+int centsFromTen(int cents) { return cents * 9 / 10; }
 
 std::string amount(int cents) {
   return std::to_string(cents / 100) + "." + std::to_string(cents / 10 % 10) + std::to_string(cents % 10);
@@ -55,13 +56,16 @@ SampleJob headOf(std::uint32_t i, std::uint32_t customers) {
 SampleJob positionOf(std::uint32_t order, int place) {
   const std::uint32_t i = order * positionsAnOrder + static_cast<std::uint32_t>(place);
   const std::uint32_t article = i * 13 % articleCount;
+  const std::uint32_t quantity = i % 15 + 1;
+  // The price that the ERP finds: another one would be told in the protocol.
+  const int cents = quantity < 10 ? articleCents(article) : centsFromTen(articleCents(article));
   return {text("JobID", sampleKey(order, 2)),
           text("ChildID", sampleKey(i, 3)),
           number("JobType", "50"),
           number("Positionsnummer", std::to_string(place + 1)),
           text("Artikelnummer", articleNumber(article)),
-          number("Menge", std::to_string(i % 15 + 1)),
-          number("Preis", amount(articleCents(article))),
+          number("Menge", std::to_string(quantity)),
+          number("Preis", amount(cents)),
           text("Artikellangtext"),
           number("Auslieferungsmenge", "0"),
           number("Fakturiermenge", "0"),
@@ -89,7 +93,7 @@ SampleArticle sampleArticle(std::uint32_t number) {
   if (number % 2 == 0) article.supplier = formatted("L%02u", number / 2 % 40);
   article.weight = (number % 8 + 1) * 0.25;
   article.cents = articleCents(number);
-  article.centsFromTen = article.cents * 9 / 10;
+  article.centsFromTen = centsFromTen(article.cents);
   article.purchaseCents = article.cents / 2;
   return article;
 }

@@ -143,23 +143,23 @@ void JobAssembler::setType(const StageProperty& type) {
   if (text == nullptr)
     return fault(type.line, "type",
                  {FaultKind::WrongKind, "a text is expected, not " + std::string(describe(type.value)), {}});
+  const auto begin = [&](Type type, auto& job) {
+    type_ = type;
+    job.begin();
+  };
   if (*text == "Kunde")
-    type_ = Type::Kunde;
+    begin(Type::Kunde, kunde_);
   else if (*text == "Vertrag")
-    type_ = Type::Vertrag;
+    begin(Type::Vertrag, vertrag_);
   else if (*text == "Auftrag")
-    type_ = Type::Auftrag;
+    begin(Type::Auftrag, auftrag_);
   else if (*text == keptType)
-    type_ = Type::Kept;
+    begin(Type::Kept, keptHeader_);
   else
     return fault(type.line, "type",
                  {FaultKind::TypeUnknown,
                   "\"" + *text + "\" is not a type; the types are Kunde, Vertrag and Auftrag",
                   {}});
-  kunde_.begin();
-  vertrag_.begin();
-  auftrag_.begin();
-  keptHeader_.begin();
   if (positionsLine_ != 0) allowPositions();
   for (StageProperty& waiting : waitingProperties_) addToJob(waiting);
   positionNumber_ = 0;
@@ -207,10 +207,12 @@ void JobAssembler::beginPosition(std::int64_t line) {
   positionLine_ = line;
   if (type_ == Type::Unknown) {
     waitingPositions_.push_back({line, {}});
+  } else if (type_ == Type::Kept) {
+    keptPosition_.begin();
+  } else if (type_ == Type::Vertrag) {
+    contractPosition_.begin();
   } else {
     orderPosition_.begin();
-    contractPosition_.begin();
-    keptPosition_.begin();
   }
 }
 

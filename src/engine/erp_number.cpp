@@ -14,7 +14,8 @@ std::string orderOf(std::string_view remark) {
   const auto at = remark.rfind(mark);
   if (at == std::string_view::npos) return {};
   const std::string_view number = remark.substr(at + mark.size());
-  const bool isNumber = !number.empty() && std::ranges::all_of(number, [](char c) { return c >= '0' && c <= '9'; });
+  const bool isNumber =
+      !number.empty() && std::ranges::all_of(number, [](char c) { return c >= '0' && c <= '9'; });
   return std::string(isNumber ? number : std::string_view());
 }
 
