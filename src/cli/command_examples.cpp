@@ -8,6 +8,7 @@ constexpr auto examples = std::to_array<CommandExamples>(
      {"stage",
       {"qximportjob stage orders.json --partial --rejects rejected.json",
        "shop-export | qximportjob stage - --json"}},
+     {"schema", {"qximportjob schema auftrag > auftrag.schema.json", "qximportjob schema"}},
      {"list",
       {"qximportjob list --state error --sort -eingang",
        "qximportjob list --since 01.11.2026 --columns JobID,Kundennummer,Fehlertext --csv"}},

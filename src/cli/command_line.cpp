@@ -129,6 +129,11 @@ private:
         ->needs(partial);
     stageVerb->add_flag("--dry-run", stage->dryRun, "Check the file only");
 
+    const auto [schemaVerb, schema] =
+        verb<SchemaCommand>(app_, "schema", "Print the JSON schema of what stage takes");
+    offer(schemaVerb->add_option("KIND", schema->kind, "Only kunde, vertrag or auftrag"),
+          {"kunde", "vertrag", "auftrag"});
+
     const auto [listVerb, list] = verb<ListCommand>(app_, "list", "List jobs, oldest first");
     offer(listVerb->add_option("--state", list->states, "waiting, warning, error or done; may be repeated")
               ->type_name("STATE")

@@ -98,6 +98,19 @@ private:
   ExitCode explainJob(Installation& installation, const Output& output) const;
 };
 
+/// `schema [KIND]`: what `stage` takes, as a JSON schema.
+class SchemaCommand final : public Command {
+public:
+  std::string kind; ///< empty for all
+
+  void prepare() override;
+  bool isForReading() const override { return true; }
+  ExitCode run(Installation& installation, const Output& output) override;
+
+private:
+  std::vector<std::int16_t> kinds_{qxtjobkunden, qxtjobverträge, qxtJobAufträge};
+};
+
 /// `delete JOBID... [--with-contracts] [--dry-run] [--keep FILE]`; a job that the database refuses to delete
 /// stays and is named.
 class DeleteCommand final : public DatabaseCommand {

@@ -155,7 +155,8 @@ private:
   void refuseFaults() {
     if (!faults_.empty())
       refuse(sorted(), source_.name(),
-             "Nothing was staged. Correct the file and stage it again; docs/cli.md lists the properties.");
+             "Nothing was staged. Correct the file and stage it again; 'qximportjob schema' lists the "
+             "properties.");
   }
 
   std::vector<InputFault> sorted() const {

@@ -174,7 +174,8 @@ TEST_F(StagingRefusals, TellPeopleThePlaceAndTheNextStepOnStandardError) {
   EXPECT_EQ(result.output, "");
   EXPECT_EQ(result.messages,
             "qximportjob: standard input, line 2: object 1: property \"Foo\": the type has no such property\n"
-            "Nothing was staged. Correct the file and stage it again; docs/cli.md lists the properties.\n");
+            "Nothing was staged. Correct the file and stage it again; 'qximportjob schema' lists the "
+            "properties.\n");
 }
 
 TEST_F(StagingRefusals, AGoodJobBeforeABadOneIsNotStaged) {
