@@ -12,15 +12,15 @@ constexpr std::string_view anyUnit = "in Mengeneinheit";
 
 /// Those that mean the same everywhere.
 constexpr auto common = std::to_array<PropertyTerm>({
-    {"JobID", "Key of the job, which the sender chooses: one for each change. Without it a new one is made.", "", "",
-     "SHOP-2026-000815"},
+    {"JobID", "Key of the job, which the sender chooses: one for each change. Without it a new one is made.",
+     "", "", "SHOP-2026-000815"},
     {"ChildID", "Key of the position, unique among all positions. Without it a new one is made.", "", "",
      "SHOP-2026-000815-1"},
     {"JobType", "Code of kind and state; the kind follows from the type, so it may be left out."},
     {"Status", "Severity of the last check, set by the program."},
     {"Eingagsart", "Kind of receipt; taken but not stored."},
-    {"Eingangsdatum", "Date of receipt, which is the date of an order and of its prices; today without it.", "", "",
-     "24.11.2026"},
+    {"Eingangsdatum", "Date of receipt, which is the date of an order and of its prices; today without it.",
+     "", "", "24.11.2026"},
     {"Kundennummer", "Number of the customer, given out by the sender or by the ERP.", "", "", "70001"},
     {"Suchbegriff", "Search term of the customer.", "", "", "HAFENBAU"},
     {"Bez1", "First line of the name.", "", "", "Hafenbau Lindenfurt GmbH"},
@@ -44,11 +44,14 @@ constexpr auto common = std::to_array<PropertyTerm>({
     {"Bemerkung", "Remark; the processing appends the number of the order."},
     {"Vertragsnummer", "Number of the contract; stored but not used by customers and orders."},
     {"Zahlungsweise", "Payment interval; stored but not used by customers and orders."},
-    {"Währung", "Currency; an order is in the currency of its customer, whatever it names.", "", "Währung", "EUR"},
+    {"Währung", "Currency; an order is in the currency of its customer, whatever it names.", "", "Währung",
+     "EUR"},
     {"WährungEingabe", "Currency of entry; compared with the table of currencies only.", "", "Währung"},
     {"Fehlertext", "Reasons of the last check or run, set by the program."},
-    {"Betreff", "Subject of an order, as the number of the order in the shop.", "", "", "Bestellung 2026-0815"},
-    {"Versandart", "Code of the shipping method; an order without it has that of its customer.", "", "Versandart"},
+    {"Betreff", "Subject of an order, as the number of the order in the shop.", "", "",
+     "Bestellung 2026-0815"},
+    {"Versandart", "Code of the shipping method; an order without it has that of its customer.", "",
+     "Versandart"},
     {"ZahlungsbedSchl", "Code of the payment terms; an order without it has those of its customer.", "",
      "ZahlungsbedSchl"},
     {"Provisionsgruppe", "Code of the commission group."},
@@ -89,8 +92,10 @@ constexpr auto common = std::to_array<PropertyTerm>({
     {"Artikelnummer", "Number of the article.", "", "", "FEI-013"},
     {"Menge", "Quantity; a return is negative.", anyUnit, "", "2"},
     {"Wartungspreis", "Maintenance price; taken but not stored."},
-    {"Preis", "Price in the customer's currency, net or with tax as Preistyp of the customer says; it is used only when "
-              "the ERP finds none, else told as replaced.",
+    {"Preis",
+     "Price in the customer's currency, net or with tax as Preistyp of the customer says; it is used only "
+     "when "
+     "the ERP finds none, else told as replaced.",
      "for Preiseinheit units of Mengeneinheit", "", "19.90"},
     {"Artikellangtext", "Text line below the position."},
     {"Auslieferungsmenge", "Quantity to deliver; without it Menge.", anyUnit},
@@ -139,7 +144,8 @@ constexpr std::array<std::string_view, 2> ofOrderPosition{"Artikelnummer", "Meng
 
 const PropertyTerm& propertyTerm(ObjectKind kind, std::string_view property) {
   if (kind == ObjectKind::Contract || kind == ObjectKind::ContractPosition)
-    if (const auto own = std::ranges::find(ofContract, property, &PropertyTerm::name); own != ofContract.end())
+    if (const auto own = std::ranges::find(ofContract, property, &PropertyTerm::name);
+        own != ofContract.end())
       return *own;
   const auto found = std::ranges::find(common, property, &PropertyTerm::name);
   if (found == common.end()) throw std::out_of_range("no terms of the property " + std::string(property));

@@ -21,9 +21,9 @@ namespace {
 constexpr std::int64_t longestKey = 32;
 
 /// The German forms and the ISO form, and those of a contract; which of them are days is left to `stage`.
-constexpr std::string_view datePattern =
-    "^([0-9]{1,2}\\.[0-9]{1,2}\\.([0-9]{2}|[0-9]{4})( [0-9]{1,2}:[0-9]{2}(:[0-9]{2})?)?|[0-9]{4}-[0-9]{2}-[0-9]{2}"
-    "([T ].*)?|999999|00:00:00|12:00:00 AM)?$";
+constexpr std::string_view datePattern = "^([0-9]{1,2}\\.[0-9]{1,2}\\.([0-9]{2}|[0-9]{4})( "
+                                         "[0-9]{1,2}:[0-9]{2}(:[0-9]{2})?)?|[0-9]{4}-[0-9]{2}-[0-9]{2}"
+                                         "([T ].*)?|999999|00:00:00|12:00:00 AM)?$";
 
 /// Null counts as not given.
 void writeType(JsonWriter& json, std::string_view type, bool required = false) {
@@ -117,8 +117,8 @@ void writePositions(JsonWriter& json, ObjectKind kind, const Table& table) {
 }
 
 template <class Table, class Positions>
-void writeJob(JsonWriter& json, ObjectKind kind, std::string_view type, std::string_view title, const Table& table,
-              Positions&& positions) {
+void writeJob(JsonWriter& json, ObjectKind kind, std::string_view type, std::string_view title,
+              const Table& table, Positions&& positions) {
   json.beginObject().key("title").text(title).key("type").text("object");
   json.key("additionalProperties").boolean(false).key("properties").beginObject();
   json.key("type").beginObject().key("const").text(type).endObject();

@@ -5,6 +5,7 @@
 #include "adapters/sql/select_parts.h"
 #include "adapters/sql/translation.h"
 #include "automation_lists.h"
+#include "cli/property_terms.h"
 #include "cli/stage_fault.h"
 #include "engine/finding_terms.h"
 #include "erp/lookups/lookup_sources.h"
@@ -55,6 +56,20 @@ void printFaults() {
   std::cout << "=== faults\n\n| code | meaning |\n|---|---|\n";
   for (const auto& [code, meaning] : cli::faultTerms())
     std::cout << "| `" << code << "` | " << meaning << " |\n";
+  std::cout << '\n';
+}
+
+/// What a sender has to know of each property.
+template <class Table>
+void printTerms(std::string_view title, cli::ObjectKind kind, const Table& table) {
+  std::cout << "=== " << title << "\n\n| property | meaning | unit | codes in |\n|---|---|---|---|\n";
+  const auto required = cli::requiredProperties(kind);
+  for (const auto& field : table) {
+    const cli::PropertyTerm& term = cli::propertyTerm(kind, field.name);
+    const bool needed = std::ranges::find(required, field.name) != required.end();
+    std::cout << "| `" << term.name << (needed ? "` (needed) | " : "` | ") << term.meaning << " | "
+              << term.unit << " | " << term.codes << " |\n";
+  }
   std::cout << '\n';
 }
 
@@ -259,6 +274,11 @@ int main() {
   printProperties("Vertrag", vertragFields);
   printProperties("AuftragsPos", auftragsPosFields);
   printProperties("ImportJobSubItem", importJobSubItemFields);
+  printTerms("Customer properties", cli::ObjectKind::Customer, kundeFields);
+  printTerms("Order properties", cli::ObjectKind::Order, auftragFields);
+  printTerms("Order position properties", cli::ObjectKind::OrderPosition, auftragsPosFields);
+  printTerms("Contract properties", cli::ObjectKind::Contract, vertragFields);
+  printTerms("Contract position properties", cli::ObjectKind::ContractPosition, importJobSubItemFields);
   printFaults();
   printJobFileLines();
   printWhatDoesNotTravel();
