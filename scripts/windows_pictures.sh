@@ -7,6 +7,6 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 scripts/bootstrap.sh build windows
 [ -x build/windows/bin/qximportjob-view.exe ] || scripts/windows-view.sh
 scripts/build.sh windows qximportjob
-xvfb-run -a -s "-screen 0 1280x760x24" \
+xvfb-run -a -s "-screen 0 1280x800x24" \
   scripts/with-wine.sh python3 tests/windows/view_pictures.py build/windows/bin docs/images
 ls docs/images/windows-*.png

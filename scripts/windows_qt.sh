@@ -50,9 +50,14 @@ if [ ! -e "$root/unpacked" ]; then
   echo "Fetching the source of Qt $version" >&2
   rm -rf "$root/source"
   scripts/debian_source.sh "$root/source" "qt6-base=$version"
-  # Without drag and drop, which needs one of the formats, a brace stands on the wrong side of a condition.
+  # Drag and drop needs a format that is left out; a few lines do not compile without it.
+  sources=("$root"/source/qt6-base-*/src)
   perl -0pi -e 's/#endif\n        \}\n(        case QEvent::TouchBegin)/        }\n#endif\n$1/' \
-    "$root"/source/qt6-base-*/src/widgets/kernel/qapplication.cpp
+    "${sources[0]}/widgets/kernel/qapplication.cpp"
+  perl -pi -e 's/\bdragEnabled (&&|\|\|)/false $1/; s/if \(d->dragEnabled\)/if (false)/' \
+    "${sources[0]}/widgets/itemviews/qabstractitemview.cpp"
+  perl -pi -e 's/QPixmap\(ignoreDragCursorXpmC\)/QPixmap()/' \
+    "${sources[0]}/plugins/platforms/windows/qwindowscursor.cpp"
   touch "$root/unpacked"
 fi
 if [ ! -e "$root/configured" ]; then
@@ -61,8 +66,10 @@ if [ ! -e "$root/configured" ]; then
     >"$root/configure.log" 2>&1 || { tail -n 30 "$root/configure.log" >&2; exit 1; }
   touch "$root/configured"
 fi
-# What a build that was ended may have left unfinished. Those of parts that are left out are empty for good.
-find "$root/build" \( -name 'moc_*.cpp' -o -name '*.moc' -o -name 'qrc_*.cpp' \) -size 0 -delete
+# A build that was ended may have left empty what its tools write; it is written again. For parts that are left out it is
+# empty for good.
+find "$root/build" \( \( -name 'moc_*.cpp' -o -name '*.moc' -o -name 'qrc_*.cpp' \) -size 0 -o -path '*_autogen/timestamp' \) \
+  -delete
 echo "Building Qt $version for Windows, log: $root/build.log" >&2
 ninja -C "$root/build" >"$root/build.log" 2>&1 || { tail -n 30 "$root/build.log" >&2; exit 1; }
 cmake --install "$root/build" >"$root/install.log" 2>&1 || { tail -n 30 "$root/install.log" >&2; exit 1; }
