@@ -1,5 +1,5 @@
-// A host whose ERP offers every component by its ProgID, and the connection with the members of ADODB's, on the
-// database that $QXIMPORTJOB_DB names. The registered library processes its jobs with nothing but these.
+// A host whose ERP offers every component by its ProgID, and the connection with the members of ADODB's, on
+// the database that $QXIMPORTJOB_DB names. The registered library processes its jobs with nothing but these.
 #include "automation_erp.h"
 
 #include "adapters/system/processes.h"
@@ -77,10 +77,10 @@ private:
   std::shared_ptr<Connection> connection_ =
       std::make_shared<ErpConnection>(database_.open(file_), ado.connection());
   erp::StandaloneErp parts_{
-      connection_, clock_, desktop_, diagnostics_, identity_,
-      {"pruefer", makeDate(2026, 11, 24), textOf(pathOf(file_).parent_path())}};
-  Environment environment_{parts_,        desktop_,  jobView_,     clock_,    guids_,      localSettings_,
-                           iniFile_, diagnostics_, identity_, connection_, nullptr,  ""};
+      connection_,  clock_,    desktop_,
+      diagnostics_, identity_, {"pruefer", makeDate(2026, 11, 24), textOf(pathOf(file_).parent_path())}};
+  Environment environment_{parts_,   desktop_,     jobView_,  clock_,      guids_,  localSettings_,
+                           iniFile_, diagnostics_, identity_, connection_, nullptr, ""};
   std::shared_ptr<automation::Component> component_ =
       automation::Component::create(environment_, database_, *this);
 

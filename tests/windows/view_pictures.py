@@ -14,7 +14,7 @@ import time
 from program_pair import DAY, wait_until
 
 WINE = "/usr/lib/wine/wine64"
-LIST, CUSTOMER = "Importvorgänge", "Kunde"
+LIST, JOB, BOX = "Importvorgänge", "Auftrag", "Quorvex Import"
 WAITING = "SELECT count(*) FROM ImportKopf WHERE JobType IN (10, 20, 30)"
 
 
@@ -26,7 +26,7 @@ def windows(name):
 
 
 def open_window(name):
-    wait_until("the window " + name, lambda: windows(name), 120)
+    wait_until("the window " + name, lambda: windows(name), 60)
     return windows(name)[-1]
 
 
@@ -66,12 +66,16 @@ def main():
             main_window = open_window(LIST)
             picture(main_window, pictures / "windows-importvorgaenge.png")
             keys("Return")
-            picture(open_window(CUSTOMER), pictures / "windows-kunde.png")
+            picture(open_window(JOB), pictures / "windows-auftrag.png")
             keys("Escape")
-            wait_until("the dialog is closed", lambda: not windows(CUSTOMER))
+            wait_until("the dialog is closed", lambda: not windows(JOB))
             jobs = waiting()
             keys("F9")
             wait_until("all is processed", lambda: waiting() == 0, 120)
+            # The end of a run that has left jobs is told in a box.
+            wait_until("the box", lambda: windows(BOX))
+            keys("Return")
+            wait_until("the box is closed", lambda: not windows(BOX))
             picture(main_window, pictures / "windows-verarbeitet.png")
             print("%d jobs were processed" % jobs)
             keys("alt+F4")
