@@ -205,6 +205,9 @@ void outward(ObjectMap& objects, const Variant& given, VARIANT& result) {
 
 IncomingArguments::IncomingArguments(std::shared_ptr<ObjectMap> objects, const DISPPARAMS& parameters)
     : objects_(std::move(objects)) {
+  if (parameters.cNamedArgs > parameters.cArgs ||
+      (parameters.cNamedArgs > 0 && parameters.rgdispidNamedArgs == nullptr))
+    throw AutomationError(ErrorNumber::ArgumentCount, "Es sind mehr Namen als Argumente.");
   // They come from the last to the first, those with names before the others.
   for (UINT i = parameters.cArgs; i > parameters.cNamedArgs; --i)
     arguments_.positional.push_back(taken(parameters.rgvarg[i - 1]));

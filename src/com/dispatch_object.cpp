@@ -8,6 +8,7 @@
 #include "com/text.h"
 #include "com/type_library.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace qx::com {
@@ -82,6 +83,7 @@ HRESULT DispatchObject::GetTypeInfo(UINT index, LCID /*locale*/, ITypeInfo** typ
 HRESULT DispatchObject::GetIDsOfNames(REFIID /*reserved*/, LPOLESTR* names, UINT count, LCID /*locale*/,
                                       DISPID* ids) {
   if (names == nullptr || ids == nullptr) return E_POINTER;
+  if (std::find(names, names + count, nullptr) != names + count) return E_POINTER;
   if (count == 0) return S_OK;
   return guarded([&]() -> HRESULT {
     apartment_->requireThread();

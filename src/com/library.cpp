@@ -12,13 +12,6 @@
 namespace qx::com {
 namespace {
 
-HMODULE thisModule() {
-  HMODULE module = nullptr;
-  GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-                     reinterpret_cast<const wchar_t*>(&thisModule), &module);
-  return module;
-}
-
 class ClassFactory final : public Counted, public IClassFactory {
 public:
   explicit ClassFactory(const ClassIds& ids) : ids_(ids) {}
@@ -53,13 +46,6 @@ private:
 };
 
 } // namespace
-
-std::wstring moduleFile() {
-  std::wstring file(32768, L'\0');
-  file.resize(GetModuleFileNameW(thisModule(), file.data(), static_cast<DWORD>(file.size())));
-  return file;
-}
-
 } // namespace qx::com
 
 using namespace qx::com;

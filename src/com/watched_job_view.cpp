@@ -18,8 +18,10 @@ WatchedJobView::WatchedJobView(std::function<void()> look)
     : look_(std::move(look)), program_(std::filesystem::path(moduleFile()).parent_path()) {}
 
 WatchedJobView::~WatchedJobView() {
-  // Its timer ends with it.
-  if (window_ != nullptr) DestroyWindow(window_);
+  if (window_ == nullptr) return;
+  // Its timer ends with it. Another thread than its own cannot destroy it; then the next tick does.
+  SetWindowLongPtrW(window_, GWLP_USERDATA, 0);
+  DestroyWindow(window_);
 }
 
 std::optional<int> WatchedJobView::start(Connection& connection) {
@@ -38,6 +40,10 @@ void CALLBACK WatchedJobView::tick(HWND window, UINT /*message*/, UINT_PTR /*tim
   guarded([&] {
     const auto* const self =
         reinterpret_cast<const WatchedJobView*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+    if (self == nullptr) {
+      DestroyWindow(window);
+      return S_OK;
+    }
     const auto look = self->look_;
     look();
     return S_OK;

@@ -31,12 +31,12 @@ constexpr std::array ownAddressControls{
         .name = "txtStammanschrift", .caption = "Im Stamm", .kind = ControlKind::Note, .displayOnly = true},
 };
 
-constexpr std::array paymentControls{
+constexpr std::array orderPaymentControls{
     shared::paymentMethod,
     shared::paymentTerms,
 };
 
-constexpr std::array individualControls{
+constexpr std::array orderIndividualControls{
     shared::individual1,
     shared::individual3,
     shared::individual4,
@@ -51,10 +51,10 @@ constexpr std::array orderGroups{ControlGroup{"Kunde", orderCustomerControls},
                                  ControlGroup{"Anschrift", ownAddressControls},
                                  ControlGroup{"Versand an", shared::deliveryControls},
                                  ControlGroup{"Rechnung an", shared::invoiceControls},
-                                 ControlGroup{"Zahlung", paymentControls},
+                                 ControlGroup{"Zahlung", orderPaymentControls},
                                  ControlGroup{"Bank", shared::bankControls},
                                  ControlGroup{"Bemerkung", shared::noteControls},
-                                 ControlGroup{"Individuell", individualControls}};
+                                 ControlGroup{"Individuell", orderIndividualControls}};
 
 /// A line of an address that the dialog compares with the customer master, and the rule that a difference
 /// breaks.

@@ -23,7 +23,7 @@ constexpr std::array priceControls{
     ControlSpec{"tdbnbrKostID", "&Kostenzuordnung", ControlKind::Number, "KostID", "imgKostID"},
 };
 
-constexpr std::array deliveryControls{
+constexpr std::array positionDeliveryControls{
     ControlSpec{"chkLieferbereit", "L&ieferbereit", ControlKind::Check, "Lieferbereit"},
     ControlSpec{"chkFakturierbereit", "Fak&turierbereit", ControlKind::Check, "Fakturierbereit"},
     ControlSpec{"tdbnbrAuslieferungsmenge", "A&uslieferungsmenge", ControlKind::Number, "Auslieferungsmenge"},
@@ -33,7 +33,7 @@ constexpr std::array deliveryControls{
 
 constexpr std::array positionGroups{ControlGroup{"Ware", goodsControls},
                                     ControlGroup{"Preis und Kosten", priceControls},
-                                    ControlGroup{"Lieferung", deliveryControls}};
+                                    ControlGroup{"Lieferung", positionDeliveryControls}};
 
 } // namespace
 
