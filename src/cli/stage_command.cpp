@@ -127,8 +127,15 @@ ExitCode StageCommand::work(const CommandContext& context) {
   if (const auto conflict = jobs->finish()) refuse(*conflict, source.name());
   BusyNotice wait(context.output.messages);
   const WrittenOrders written(again ? &context.connection() : nullptr);
+  ProgressBar bar(context.output);
+  bar.ProcessInfo("copying rows");
+  jobs->observe([&](std::uintmax_t done, std::uintmax_t total) {
+    bar.report(done, total);
+    bar.draw();
+  });
   const auto refused =
       doneAgainOnConflict(context.environment, "stage", [&] { return jobs->copy(wait, again); });
+  bar.end();
   if (refused) refuse(*refused, source.name());
   if (context.output.json)
     writeJson(context.output, *jobs, written);

@@ -7,6 +7,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace qx {
 
@@ -76,11 +77,22 @@ public:
   /// While another program holds the database, waits as long as `wait` decides. After a `ConflictError` it
   /// may be called again.
   virtual std::optional<KeyConflict> copy(BusyWait& wait, bool again) = 0;
+  /// Is told now and then how many of all rows `copy` has reached.
+  using Progress = std::function<void(std::uintmax_t done, std::uintmax_t total)>;
+  void observe(Progress progress) { progress_ = std::move(progress); }
   /// After `copy`.
   virtual StageCounts counts() const = 0;
   /// The jobs in the order of the file, after `copy`.
   using Visitor = std::function<void(const std::string& jobId, std::int16_t jobType, StageResult result)>;
   virtual void forEach(const Visitor& visit) = 0;
+
+protected:
+  void report(std::int64_t done, std::int64_t total) const {
+    if (progress_) progress_(static_cast<std::uintmax_t>(done), static_cast<std::uintmax_t>(total));
+  }
+
+private:
+  Progress progress_;
 };
 
 } // namespace qx

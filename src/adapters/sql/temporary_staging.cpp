@@ -169,7 +169,9 @@ std::optional<KeyConflict> TemporaryStaging::copy(BusyWait& wait, bool again) {
               "ORDER BY s.StageNummer"_sql),
           KeyConflict::Kind::OtherOwner))
     return conflict;
+  report(0, jobs_ + positionCount_);
   copyHeaders();
+  report(jobs_, jobs_ + positionCount_);
   copyPositions();
   const auto count = connection_.open(
       sql("SELECT count(*) AS Alle, coalesce(sum(StageSperre), 0) AS Uebergangen FROM StageKopf"_sql));

@@ -4,6 +4,7 @@
 #include "platform/database_error.h"
 #include "platform/value.h"
 
+#include <algorithm>
 #include <functional>
 #include <string>
 #include <vector>
@@ -115,6 +116,7 @@ std::optional<KeyConflict> SqliteBulkStaging::firstOwned(const Sql& query, KeyCo
 
 std::optional<KeyConflict> SqliteBulkStaging::copy(BusyWait& wait, bool again) {
   WorkUnit unit(connection_, &wait);
+  report(0, jobs_ + positionCount_);
   findExisting(again);
   if (auto conflict = ownedByOthers()) return conflict;
   const auto count = connection_.open(
@@ -168,6 +170,7 @@ void SqliteBulkStaging::copyHeaders(std::int64_t expected) {
     insert.append(sql(" FROM StageKopf WHERE StageZiel IS NULL AND rowid > "_sql, number(from),
                       " AND rowid <= "_sql, number(to), " ORDER BY rowid"_sql));
     taken += connection_.execute(insert);
+    report(std::min(to, jobs_), jobs_ + positionCount_);
   });
   requireTaken(taken, expected, "jobs");
 }
@@ -205,6 +208,7 @@ void SqliteBulkStaging::copyPositions(bool all) {
     if (!all) insert.append(sql(" AND k.StageSperre = 0"_sql));
     insert.append(sql(" ORDER BY p.rowid"_sql));
     taken += connection_.execute(insert);
+    report(jobs_ + std::min(to, positionCount_), jobs_ + positionCount_);
   });
   const auto counted = [&] {
     return connection_
