@@ -3,9 +3,25 @@
 #include "program/program_error.h"
 
 #include <CLI/CLI.hpp>
+#include <cstddef>
+#include <string>
 #include <string_view>
 
 namespace qx {
+
+Date typedDate(std::string_view text) {
+  if (const auto day = parseGermanDate(text)) return *day;
+  constexpr std::size_t yearEnd = 4;
+  constexpr std::size_t monthEnd = 7;
+  constexpr std::size_t length = 10;
+  if (text.size() == length && text[yearEnd] == '-' && text[monthEnd] == '-') {
+    std::string digits(text);
+    std::erase(digits, '-');
+    if (const auto moment = parseTimeStamp(digits)) return moment->date;
+  }
+  throw ProgramError(ExitCode::BadInput, "'" + std::string(text) + "' is not a date",
+                     "Dates are written dd.mm.yyyy or yyyy-mm-dd.");
+}
 
 void declareCommonOptions(CLI::App& app, ProgramOptions& options) {
   // A word that begins with a slash is a file on every system.
@@ -20,14 +36,8 @@ void declareCommonOptions(CLI::App& app, ProgramOptions& options) {
       });
   app.add_option("--user", options.user, "Name of the user; default the login name")->type_name("NAME");
   app.add_option_function<std::string>(
-         "--date",
-         [&options](const std::string& text) {
-           options.sessionDate = parseGermanDate(text);
-           if (!options.sessionDate)
-             throw ProgramError(ExitCode::BadInput, "'" + text + "' is not a date",
-                                "Dates are written dd.mm.yyyy.");
-         },
-         "Session date, dd.mm.yyyy; default today")
+         "--date", [&options](const std::string& text) { options.sessionDate = typedDate(text); },
+         "Session date, dd.mm.yyyy or yyyy-mm-dd; default today")
       ->type_name("DATE");
   app.add_flag("--verbose", options.verbose, "Report every failure that was skipped");
 }

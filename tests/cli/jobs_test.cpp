@@ -300,7 +300,7 @@ TEST_F(Jobs, ThatAreDoneArePurgedAllOrUpToADay) {
   setJobType("neu", 33);
   setJobType("unlesbar", 23);
   erp.execute("Update ImportKopf Set Eingangsdatum = 'bald' Where JobID = 'unlesbar'"_sql);
-  EXPECT_EQ(run({"purge", "--before", "2026-11-24"}).status, 2);
+  EXPECT_EQ(run({"purge", "--before", "2026/11/24"}).status, 2);
   EXPECT_EQ(run({"purge", "--before", "24.11.2026", "--json"}).output,
             "{\"deleted\":1,\"undated\":1,\"undatedJobs\":[\"unlesbar\"],\"refused\":0}\n");
   const ProgramResult undated = run({"purge", "--before", "1.1.2020"});

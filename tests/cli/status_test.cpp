@@ -96,7 +96,7 @@ TEST_F(Status, SaysThatADatabaseOfAHostKeepsNoBook) {
 
 TEST_F(Status, ProtocolsAndRunsOfEarlierDaysCanBeDeleted) {
   mustStage(R"({"type":"Kunde","Kundennummer":"K1","Bez1":"Firma"})");
-  ASSERT_EQ(runPlain({"--db", erp.file, "--date", "23.11.2026", "process"}).status, 0);
+  ASSERT_EQ(runPlain({"--db", erp.file, "--date", "2026-11-23", "process"}).status, 0);
   mustStage(R"({"type":"Kunde","Kundennummer":"K2","Bez1":"Firma"})");
   ASSERT_EQ(run({"process"}).status, 0);
   erp.execute("Insert Into Importlaeufe (LaufID, Beginn) Values ('a', '20251231235959')"_sql);
