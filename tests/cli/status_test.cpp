@@ -29,6 +29,8 @@ TEST_F(Status, TellsJobsRunsLockAndDatabase) {
   Json& entry = status["runs"][0];
   EXPECT_LE(entry["begin"], entry["end"]);
   EXPECT_EQ(entry["protocol"], erp.text("Select ID From Protokolle"_sql));
+  const std::string version = run({"--version"}).output;
+  EXPECT_EQ(entry["program"], version.substr(0, version.find(" (")));
   for (const char* varying : {"begin", "end", "protocol", "program"}) entry.erase(varying);
   EXPECT_EQ(entry,
             Json::parse(R"({"outcome":"completed","processed":2,"done":1,"warning":0,"error":1,"waiting":0,
@@ -104,7 +106,8 @@ TEST_F(Status, ProtocolsAndRunsOfEarlierDaysCanBeDeleted) {
   EXPECT_EQ(erp.count("Select Count(*) From Protokollpositionen"_sql), 1);
   EXPECT_EQ(erp.text("Select Text1 From Protokollpositionen"_sql), "K2");
   EXPECT_EQ(erp.count("Select Count(*) From Importlaeufe Where LaufID = 'a'"_sql), 0);
-  EXPECT_EQ(run({"protocol", "purge", "--before", "gestern"}).status, 2);
+  for (const char* wrong : {"gestern", "2026-11-31", "2026-1-1", "26-11-2026"})
+    EXPECT_EQ(run({"protocol", "purge", "--before", wrong}).status, 2) << wrong;
   EXPECT_EQ(run({"protocol", "purge"}).status, 2);
 }
 
