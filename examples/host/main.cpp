@@ -30,6 +30,7 @@ int work(const char* database) {
   qx::AbsentJobView jobView(desktop);
   qx::ProgramOptions options;
   options.database = database;
+  options.program = "host example";
   qx::Composition composition(options, diagnostics, desktop, jobView);
   composition.create(false, qx::DatabaseUsers::Owner);
   qx::Environment& environment = composition.open();

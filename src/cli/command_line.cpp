@@ -485,7 +485,21 @@ private:
                          so.name.empty() ? "a command is missing"
                                          : "the command" + so.name + " needs another word",
                          so.nextStep("commands"));
-    throw ProgramError(ExitCode::BadInput, error.what(), so.nextStep("usage"));
+    throw ProgramError(ExitCode::BadInput, reasonOf(error), so.nextStep("usage"));
+  }
+
+  /// The parser's own words, where they can be understood.
+  std::string reasonOf(const CLI::ParseError& error) const {
+    std::string reason = error.what();
+    const std::string conversion = "Could not convert: ";
+    const auto value = reason.find(" = ");
+    if (reason.starts_with(conversion) && value != std::string::npos)
+      return reason.substr(conversion.size(), value - conversion.size()) + ": '" + reason.substr(value + 3) +
+             "' is not a number";
+    if (dynamic_cast<const CLI::ExtrasError*>(&error) == nullptr) return reason;
+    reason = "too many arguments:";
+    for (const std::string& word : app_.remaining(true)) reason += " '" + word + "'";
+    return reason;
   }
 
   CLI::App app_;

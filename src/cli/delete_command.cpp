@@ -6,6 +6,7 @@
 #include "cli/progress_bar.h"
 #include "model/text.h"
 #include "program/busy_notice.h"
+#include "program/common_options.h"
 #include "store/job_deletion.h"
 
 #include <algorithm>
@@ -69,11 +70,7 @@ ExitCode DeleteCommand::work(const CommandContext& context) {
 }
 
 void PurgeCommand::prepare() {
-  if (!before) return;
-  day_ = parseDate(*before);
-  if (!day_)
-    throw ProgramError(ExitCode::BadInput, "'" + *before + "' is not a date",
-                       "Dates are written dd.mm.yyyy.");
+  if (before) day_ = typedDate(*before);
 }
 
 ExitCode PurgeCommand::work(const CommandContext& context) {

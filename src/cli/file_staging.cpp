@@ -202,7 +202,16 @@ private:
       for (auto owned = tryCopy(true); !owned.empty(); owned = tryCopy(true)) leaveOut(owned);
       rejects_.write(source_, faults_.all());
     }
-    if (const auto owned = tryCopy(order_.tryOnly); !owned.empty()) {
+    ProgressBar bar(context_.output);
+    bar.ProcessInfo("copying rows");
+    jobs_->observe([&](std::uintmax_t done, std::uintmax_t total) {
+      bar.report(done, total);
+      bar.draw();
+    });
+    const auto owned = tryCopy(order_.tryOnly);
+    jobs_->observe({});
+    bar.end();
+    if (!owned.empty()) {
       for (const KeyConflict& conflict : owned) assembler_.conflict(conflict);
       refuseFaults();
     }

@@ -8,6 +8,7 @@
 #include "cli/terminal_text.h"
 #include "model/text.h"
 #include "platform/value.h"
+#include "program/common_options.h"
 
 #include <algorithm>
 #include <array>
@@ -149,8 +150,7 @@ void ListCommand::prepare() {
   if (std::ranges::find(sortKeys, keyOf(sort)) == sortKeys.end())
     throw ProgramError(ExitCode::BadInput, "the list cannot be sorted by '" + sort + "'",
                        "Sort by eingang, vorgang, kunde, jobid, name or betreff; -kunde is the reverse.");
-  if (since && !(day_ = parseDate(*since)))
-    throw ProgramError(ExitCode::BadInput, "'" + *since + "' is not a date", "Dates are written dd.mm.yyyy.");
+  if (since) day_ = typedDate(*since);
   std::vector<JobState> wantedStates;
   for (const std::string& text : states) {
     const auto state = stateFromText(text);

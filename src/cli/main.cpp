@@ -19,7 +19,9 @@
 #include <memory>
 #include <new>
 #include <optional>
+#include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace qx::cli {
@@ -93,18 +95,25 @@ private:
   std::unique_ptr<std::ostream> pager_;
 };
 
+void requireWritten(std::ostream& result) {
+  if (!result.flush()) throw ProgramError(ExitCode::Failure, "standard output could not be written");
+}
+
 ExitCode execute(int count, const char* const* arguments, HarmlessStream& result, HarmlessStream& messages) {
   const Invocation invocation = parseArguments(count, arguments, versionText);
   if (!invocation.command) {
     const Paging paging(result, true);
-    result << invocation.text << std::flush;
+    result << invocation.text;
+    requireWritten(result);
     return ExitCode::Success;
   }
   invocation.command->prepare();
   StreamDiagnostics diagnostics(messages, invocation.options.verbose);
   ConsoleDesktop desktop(messages, diagnostics);
   AbsentJobView jobView(desktop);
-  Composition composition(invocation.options, diagnostics, desktop, jobView);
+  ProgramOptions options = invocation.options;
+  options.program = "qximportjob " + std::string(versionNumber);
+  Composition composition(std::move(options), diagnostics, desktop, jobView);
   if (wantsColors(invocation.color)) result.useColors();
   if (isSystemLog(standardOutput) && !invocation.options.json) result.markPriorities(Priority::Information);
   const Paging paging(result, invocation.command->isForReading());
@@ -112,7 +121,7 @@ ExitCode execute(int count, const char* const* arguments, HarmlessStream& result
   const Output output{
       result, messages, std::cerr, data, invocation.options.json, invocation.jsonLines, columnsOfResult()};
   const ExitCode code = invocation.command->run(composition, output);
-  if (!result.flush()) throw ProgramError(ExitCode::Failure, "standard output could not be written");
+  requireWritten(result);
   return code;
 }
 

@@ -6,8 +6,6 @@
 #include "cli/stop_on_signal.h"
 #include "platform/terminal.h"
 #include "program/busy_notice.h"
-#include "program/version.h"
-#include "store/run_book.h"
 
 #include <charconv>
 #include <chrono>
@@ -161,13 +159,9 @@ ExitCode ProcessCommand::work(const CommandContext& context) {
     bar.report(++taken, waiting);
     bar.draw();
   });
-  BusyNotice wait(context.output.messages);
-  RunBook book(context.environment);
-  book.begin(versionNumber, &wait);
   const auto start = context.environment.clock.elapsed();
   context.engine.ProcessJobs(unevaluated, selection_);
   const auto span = context.environment.clock.elapsed() - start;
-  book.end(entryOf(context.engine.lastRun()), &wait);
   context.engine.setOutcomeSink({});
   bar.end();
   const RunReport& report = context.engine.lastRun();

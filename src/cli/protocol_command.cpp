@@ -9,6 +9,7 @@
 #include "model/text.h"
 #include "platform/conflict_retry.h"
 #include "program/busy_notice.h"
+#include "program/common_options.h"
 #include "rules/dates.h"
 #include "store/run_book.h"
 
@@ -76,12 +77,7 @@ void writeText(const Output& output, Connection& connection, const std::vector<s
 
 } // namespace
 
-void ProtocolPurgeCommand::prepare() {
-  const auto day = parseDate(before);
-  if (!day)
-    throw ProgramError(ExitCode::BadInput, "'" + before + "' is not a date", "Dates are written dd.mm.yyyy.");
-  day_ = *day;
-}
+void ProtocolPurgeCommand::prepare() { day_ = typedDate(before); }
 
 ExitCode ProtocolPurgeCommand::work(const CommandContext& context) {
   Connection& connection = context.connection();

@@ -42,9 +42,11 @@ void writeJob(JsonWriter& json, const JobOutcome& outcome) {
 
 TextRunPrinter::TextRunPrinter(const Output& output, bool quiet)
     : output_(output), quiet_(quiet),
-      table_(
-          output,
-          {{"Status", 8, 8}, {"Vorgang", 7, 7}, {"Nummer", 10, 6}, {"JobID", 32, 32}, {"Gründe", 80, 10}}) {}
+      table_(output, {{"Status", 8, 8},
+                      {"Vorgang", 7, 7},
+                      {"Nummer", 10, 6},
+                      {"JobID", 32, 13, false, Fitting::Ends}, // the cause matters more than a whole key
+                      {"Gründe", 80, 10}}) {}
 
 void TextRunPrinter::add(const JobOutcome& outcome) {
   causes_.add(outcome);

@@ -168,7 +168,7 @@ void printRuns(const Output& output, const Status& status) {
                        {"error", 7, 5},
                        {"waiting", 7, 7},
                        {"user", 12, 6, true},
-                       {"version", 8, 6, true}});
+                       {"program", 22, 11, true}});
   table.head();
   for (const RunEntry& run : status.runs)
     table.row({{readable(run.begin)},

@@ -55,7 +55,7 @@ void Table::row(const std::vector<TableCell>& cells) {
   for (std::size_t i = 0; i < cells.size(); ++i) {
     if (missing_[i]) continue;
     std::string text =
-        fitted(cells[i].text, columns_[i].width, output_.columns ? Fitting::Cut : Fitting::Whole);
+        fitted(cells[i].text, columns_[i].width, output_.columns ? columns_[i].fitting : Fitting::Whole);
     const std::size_t shown = text.find_last_not_of(' ') + 1;
     const std::size_t padding = text.size() - shown;
     text.resize(shown);

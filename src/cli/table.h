@@ -16,6 +16,7 @@ struct TableColumn {
   std::size_t width;         ///< usual
   std::size_t least;         ///< on a narrow terminal
   bool mayBeMissing = false; ///< there, when even the least widths are too many
+  Fitting fitting = Fitting::Cut;
 };
 
 struct TableCell {

@@ -15,6 +15,7 @@ std::string composed(std::string_view text);
 /// What becomes of a text that is wider than its column.
 enum class Fitting : std::uint8_t {
   Cut,  ///< it ends with an ellipsis
+  Ends, ///< an ellipsis stands between its beginning and its end
   Whole ///< it stays as it is
 };
 

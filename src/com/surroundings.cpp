@@ -7,9 +7,11 @@
 #include "com/watched_job_view.h"
 #include "composition/composition.h"
 #include "composition/database_drivers.h"
+#include "program/version.h"
 
 #include <functional>
 #include <string>
+#include <utility>
 
 namespace qx::com {
 namespace {
@@ -33,6 +35,12 @@ private:
   DatabaseDrivers drivers_;
 };
 
+ProgramOptions named(std::string program) {
+  ProgramOptions options;
+  options.program = std::move(program);
+  return options;
+}
+
 /// The ERP that is registered on this machine, whose session and connection the host brings along; without
 /// one the standalone ERP on its own database.
 class Installed final : public Surroundings {
@@ -40,7 +48,7 @@ public:
   explicit Installed(Apartment& apartment)
       : host_([&apartment](std::string_view progId) { return apartment.createForeign(progId); },
               [](const std::function<void()>& look) { return std::make_unique<WatchedJobView>(look); }),
-        composition_({}, diagnostics_, desktop_, jobView_),
+        composition_(named("QXImportJob " + std::string(versionNumber)), diagnostics_, desktop_, jobView_),
         ports_(Apartment::isRegistered("Norvalis.Session") ? composition_.ports() : composition_.open()),
         erp_(host_, ports_.connection ? &ports_.components : nullptr), environment_{erp_,
                                                                                     ports_.desktop,
@@ -53,7 +61,8 @@ public:
                                                                                     ports_.liveness,
                                                                                     ports_.connection,
                                                                                     ports_.session,
-                                                                                    ""} {
+                                                                                    "",
+                                                                                    ports_.program} {
     erp_.follow(environment_);
   }
 

@@ -110,7 +110,7 @@ Environment& Composition::open() {
 Environment& Composition::ports() {
   erp_.emplace(nullptr, clock_, desktop_, diagnostics_, identity_, erp::StandaloneOptions());
   environment_.emplace(Environment{*erp_, desktop_, jobView_, clock_, guids_, localSettings_, iniFile_,
-                                   diagnostics_, identity_, nullptr, nullptr, ""});
+                                   diagnostics_, identity_, nullptr, nullptr, "", options_.program});
   return *environment_;
 }
 
@@ -222,7 +222,8 @@ void Composition::connect(const std::shared_ptr<Connection>& connection, const D
   standalone.applicationDirectory = textOf(applicationFolder(target));
   erp_.emplace(connection, clock_, desktop_, diagnostics_, identity_, std::move(standalone));
   environment_.emplace(Environment{*erp_, desktop_, jobView_, clock_, guids_, localSettings_, iniFile_,
-                                   diagnostics_, identity_, connection, erp_->createSession(), ""});
+                                   diagnostics_, identity_, connection, erp_->createSession(), "",
+                                   options_.program});
   environment_->session->Connect("", "");
 }
 

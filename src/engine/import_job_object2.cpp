@@ -9,6 +9,7 @@
 #include "store/job_file_import.h"
 
 #include <algorithm>
+#include <chrono>
 #include <exception>
 #include <filesystem>
 #include <system_error>
@@ -64,12 +65,29 @@ private:
   StopSignal& stop_;
 };
 
+/// How long the end of a run waits for being entered: a minute, but not when somebody has stopped the run
+/// because he does not want to wait.
+class EntryWait final : public BusyWait {
+public:
+  EntryWait(Desktop& desktop, RunEnd end)
+      : desktop_(desktop),
+        limit_(end == RunEnd::Stopped ? std::chrono::seconds(1) : std::chrono::minutes(1)) {}
+  bool goOn(std::chrono::milliseconds waited) override {
+    desktop_.yield();
+    return waited < limit_;
+  }
+
+private:
+  Desktop& desktop_;
+  std::chrono::seconds limit_;
+};
+
 } // namespace
 
 ImportJobObject2::ImportJobObject2(Environment& environment)
     : ComboLists(environment), MasterData(environment), CustomerAddresses(environment),
       environment_(environment), settings_(environment), events_(environment.diagnostics),
-      protocol_(environment), lock_(environment) {
+      protocol_(environment), book_(environment), lock_(environment) {
   const auto session = environment_.session;
   if (!session) return;
   // An unusable session is dropped.
@@ -227,17 +245,17 @@ void ImportJobObject2::Unload() {
 bool ImportJobObject2::ProcessJobs(bool UnEvaluated, qxProcessState ProcessState) {
   if (refusedInRun("ProcessJobs")) return false;
   // Whoever took the lock may be working.
-  if (lock_.confirm().state == LockState::Refused) {
-    lastRun_ = {};
-    lastRun_.end = RunEnd::Refused;
-    return false;
-  }
+  const bool refused = lock_.confirm().state == LockState::Refused;
   {
     const UnderWay underWay(running_, stop_);
-    errors_.clear();
-    RunContext run{environment_, events_,     protocol_,     errors_,     stop_,
-                   outcomes_,    personalNr_, homeCurrency_, UnEvaluated, ProcessState};
-    lastRun_ = ProcessingRun(run).execute();
+    RunWait wait(events_, environment_.diagnostics, stop_, environment_.desktop);
+    book_.begin(&wait);
+    RunReport report;
+    report.end = RunEnd::Refused;
+    if (!refused) report = perform(UnEvaluated, ProcessState);
+    lastRun_ = std::move(report);
+    EntryWait shortWait(environment_.desktop, lastRun_.end);
+    trapped(environment_.diagnostics, {"book of runs"}, [&] { book_.end(entryOf(lastRun_), &shortWait); });
   }
   if (std::exchange(unloadedInRun_, false)) lock_.releaseIfHeld();
   if (lastRun_.end == RunEnd::Refused) return false;
@@ -247,6 +265,13 @@ bool ImportJobObject2::ProcessJobs(bool UnEvaluated, qxProcessState ProcessState
   environment_.diagnostics.report({"ProcessJobs", lastRun_.failure, ""});
   showFailure("Fehler bei der Verarbeitung: ", lastRun_.germanFailure);
   return false;
+}
+
+RunReport ImportJobObject2::perform(bool unevaluated, qxProcessState selection) {
+  errors_.clear();
+  RunContext run{environment_, events_,     protocol_,     errors_,     stop_,
+                 outcomes_,    personalNr_, homeCurrency_, unevaluated, selection};
+  return ProcessingRun(run).execute();
 }
 
 void ImportJobObject2::VerifyProcesses(bool& NoProof, bool& NoProcess) {

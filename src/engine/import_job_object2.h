@@ -18,6 +18,7 @@
 #include "rules/scrambler.h"
 #include "settings/settings.h"
 #include "store/import_lock.h"
+#include "store/run_book.h"
 
 #include <cstdint>
 #include <functional>
@@ -75,7 +76,8 @@ public:
   /// at its end. A lock whose row could not be deleted is still held.
   void Unload();
   /// Performs a processing run. True when it ended normally or was stopped; false when it was refused, failed
-  /// or called during another. `UnEvaluated` skips the automatic check.
+  /// or called during another. `UnEvaluated` skips the automatic check. The run is entered in the book of
+  /// runs of a database that has one.
   bool ProcessJobs(bool UnEvaluated = false, qxProcessState ProcessState = qxProcessState::ProcessAll);
   /// `NoProof`: waiting jobs have yet to be checked in automatic mode. `NoProcess`: nothing can be processed.
   void VerifyProcesses(bool& NoProof, bool& NoProcess);
@@ -194,6 +196,7 @@ public:
   /// @}
 
 private:
+  RunReport perform(bool unevaluated, qxProcessState selection);
   bool connectSession();
   void adopt(const std::shared_ptr<qx::Session>& session);
   void dropSession();
@@ -216,6 +219,7 @@ private:
   StopSignal stop_;
   OutcomeSink outcomes_;
   RunReport lastRun_;
+  RunBook book_;
   ImportLock lock_;
   std::optional<Scrambler> scrambler_; ///< created on first use
   std::unique_ptr<Recordset> jobList_;

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace qx {
@@ -94,6 +95,18 @@ public:
   /// The jobs in the order of the file, after `copy`.
   using Visitor = std::function<void(const std::string& jobId, std::int16_t jobType, StageResult result)>;
   virtual void forEach(const Visitor& visit) = 0;
+
+  /// Is told now and then how many of all rows `copy` has reached.
+  using Progress = std::function<void(std::uintmax_t done, std::uintmax_t total)>;
+  void observe(Progress progress) { progress_ = std::move(progress); }
+
+protected:
+  void report(std::int64_t done, std::int64_t total) const {
+    if (progress_) progress_(static_cast<std::uintmax_t>(done), static_cast<std::uintmax_t>(total));
+  }
+
+private:
+  Progress progress_;
 };
 
 } // namespace qx

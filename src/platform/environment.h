@@ -26,6 +26,7 @@ struct Environment {
   std::shared_ptr<Connection> connection; ///< null before one is set
   std::shared_ptr<Session> session;       ///< null before one is connected or adopted
   std::string currentOrder;               ///< `JobID` of the most recently created `Auftrag`
+  std::string program = {};               ///< name and version of the program, for the book of runs
 };
 
 /// The shared connection. Raises `StoreError` when none has been set.

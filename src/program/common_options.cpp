@@ -3,9 +3,16 @@
 #include "program/program_error.h"
 
 #include <CLI/CLI.hpp>
+#include <string>
 #include <string_view>
 
 namespace qx {
+
+Date typedDate(std::string_view text) {
+  if (const auto day = parseDate(text)) return *day;
+  throw ProgramError(ExitCode::BadInput, "'" + std::string(text) + "' is not a date",
+                     "Dates are written dd.mm.yyyy or yyyy-mm-dd.");
+}
 
 void declareCommonOptions(CLI::App& app, ProgramOptions& options) {
   // A word that begins with a slash is a file on every system.
@@ -20,14 +27,8 @@ void declareCommonOptions(CLI::App& app, ProgramOptions& options) {
       });
   app.add_option("--user", options.user, "Name of the user; default the login name")->type_name("NAME");
   app.add_option_function<std::string>(
-         "--date",
-         [&options](const std::string& text) {
-           options.sessionDate = parseDate(text);
-           if (!options.sessionDate)
-             throw ProgramError(ExitCode::BadInput, "'" + text + "' is not a date",
-                                "Dates are written dd.mm.yyyy.");
-         },
-         "Session date, dd.mm.yyyy; default today")
+         "--date", [&options](const std::string& text) { options.sessionDate = typedDate(text); },
+         "Session date, dd.mm.yyyy or yyyy-mm-dd; default today")
       ->type_name("DATE");
   app.add_flag("--verbose", options.verbose, "Report every failure that was skipped");
 }

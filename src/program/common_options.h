@@ -19,7 +19,12 @@ struct ProgramOptions {
   std::optional<Date> sessionDate;
   bool json = false;
   bool verbose = false;
+  std::string program; ///< the program's name and version, for the book of runs
 };
+
+/// A day as it is typed: dd.mm.yyyy, or yyyy-mm-dd as scripts have it. Raises `ProgramError` for another
+/// text.
+Date typedDate(std::string_view text);
 
 /// Declares `--db`, `--user`, `--date` and `--verbose`, which fill in `options` when the arguments are
 /// parsed. An invalid date then raises `ProgramError`. `options` must live until then.

@@ -14,39 +14,62 @@ std::int64_t whole(Recordset& row, ColumnName column) { return row.value(column)
 
 } // namespace
 
-template <class Write>
-void RunBook::write(BusyWait* wait, Write&& statement) {
-  trapped(environment_.diagnostics, {"book of runs", {}, &isOutOfMemory}, [&] {
-    Connection& connection = activeConnection(environment_);
-    WorkUnit unit(connection, wait);
-    connection.execute(statement());
-    unit.commit();
-  });
+/// One look per connection: a host may begin a run for every job.
+bool RunBook::isKept() {
+  if (asked_.lock() != environment_.connection) {
+    kept_ = hasRunBook(*environment_.connection);
+    asked_ = environment_.connection;
+  }
+  return kept_;
 }
 
-void RunBook::begin(std::string_view program, BusyWait* wait) {
-  trapped(environment_.diagnostics, {"book of runs", {}, &isOutOfMemory}, [&] {
-    Connection& connection = activeConnection(environment_);
-    if (connection.ownsWork() && hasRunBook(connection)) key_ = newJobKey(environment_);
-  });
-  if (key_.empty()) return;
-  write(wait, [&] {
-    return sql("Insert Into Importlaeufe (LaufID, Beginn, Benutzer, Programm) Values ('"_sql, value(key_),
-               "', '"_sql, value(timeStamp(environment_.clock.now())), "', '"_sql,
-               value(environment_.session ? environment_.session->UserName() : std::string()), "', '"_sql,
-               value(program), "')"_sql);
+template <class Step>
+void RunBook::entering(Step&& step) {
+  if (!environment_.connection) return;
+  trapped(environment_.diagnostics, {"book of runs"}, [&] { step(*environment_.connection); });
+}
+
+void RunBook::begin(BusyWait* wait) {
+  key_.clear();
+  entering([&](Connection& connection) {
+    if (!isKept()) return;
+    key_ = newJobKey(environment_);
+    entry_ = {};
+    entry_.begin = timeStamp(environment_.clock.now());
+    entry_.program = environment_.program;
+    if (environment_.session) entry_.user = environment_.session->UserName();
+    WorkUnit unit(connection, wait);
+    connection.execute(sql("Insert Into Importlaeufe (LaufID, Beginn, Benutzer, Programm) Values ('"_sql,
+                           value(key_), "', '"_sql, value(entry_.begin), "', '"_sql, value(entry_.user),
+                           "', '"_sql, value(entry_.program), "')"_sql));
+    unit.commit();
   });
 }
 
 void RunBook::end(const RunEntry& result, BusyWait* wait) {
   if (key_.empty()) return;
-  write(wait, [&] {
-    return sql("Update Importlaeufe Set Ende = '"_sql, value(timeStamp(environment_.clock.now())),
-               "', Ausgang = '"_sql, value(result.outcome), "', Verarbeitet = "_sql, number(result.processed),
-               ", Erledigt = "_sql, number(result.done), ", Warnungen = "_sql, number(result.warning),
-               ", Fehler = "_sql, number(result.error), ", Wartend = "_sql, number(result.waiting),
-               ", Protokoll = '"_sql, value(result.protocol), "' Where LaufID = '"_sql, value(key_), "'"_sql);
+  entering([&](Connection& connection) {
+    const std::string end = timeStamp(environment_.clock.now());
+    WorkUnit unit(connection, wait);
+    const auto changed = connection.execute(
+        sql("Update Importlaeufe Set Ende = '"_sql, value(end), "', Ausgang = '"_sql, value(result.outcome),
+            "', Verarbeitet = "_sql, number(result.processed), ", Erledigt = "_sql, number(result.done),
+            ", Warnungen = "_sql, number(result.warning), ", Fehler = "_sql, number(result.error),
+            ", Wartend = "_sql, number(result.waiting), ", Protokoll = '"_sql, value(result.protocol),
+            "' Where LaufID = '"_sql, value(key_), "'"_sql));
+    // The database was busy when the run began, or the answer was lost.
+    if (changed == 0)
+      connection.execute(
+          sql("Insert Into Importlaeufe (LaufID, Beginn, Benutzer, Programm, Ende, Ausgang, Verarbeitet, "
+              "Erledigt, Warnungen, Fehler, Wartend, Protokoll) Values ('"_sql,
+              value(key_), "', '"_sql, value(entry_.begin), "', '"_sql, value(entry_.user), "', '"_sql,
+              value(entry_.program), "', '"_sql, value(end), "', '"_sql, value(result.outcome), "', "_sql,
+              number(result.processed), ", "_sql, number(result.done), ", "_sql, number(result.warning),
+              ", "_sql, number(result.error), ", "_sql, number(result.waiting), ", '"_sql,
+              value(result.protocol), "')"_sql));
+    unit.commit();
   });
+  key_.clear();
 }
 
 bool hasRunBook(Connection& connection) {

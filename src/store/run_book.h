@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -24,26 +25,31 @@ struct RunEntry {
   std::int64_t error = 0;
   std::int64_t waiting = 0; ///< left by a run that was stopped
   std::string user;
-  std::string program; ///< its version
+  std::string program; ///< with its version
   std::string protocol;
 };
 
-/// Enters one run. Nothing here keeps a run from its work: a failure is reported to the diagnostics. A host's
-/// connection and a database without the table have no book.
+/// Enters the runs of an engine, one after the other. Nothing here keeps a run from its work: a failure is
+/// reported to the diagnostics, and a database without the table has no book.
 class RunBook {
 public:
   explicit RunBook(Environment& environment) : environment_(environment) {}
 
-  void begin(std::string_view program, BusyWait* wait = nullptr);
-  /// Completes the entry that `begin` has made; times and user are known.
+  /// `wait` decides how long to wait for a busy database.
+  void begin(BusyWait* wait = nullptr);
+  /// Completes the entry that `begin` has made or could not make; times, user and program are known.
   void end(const RunEntry& result, BusyWait* wait = nullptr);
 
 private:
-  template <class Write>
-  void write(BusyWait* wait, Write&& statement);
+  bool isKept();
+  template <class Step>
+  void entering(Step&& step);
 
   Environment& environment_;
-  std::string key_; ///< empty without an entry
+  std::weak_ptr<Connection> asked_; ///< whether it has a book
+  bool kept_ = false;
+  std::string key_; ///< of the current entry; empty without one
+  RunEntry entry_;
 };
 
 /// Whether the database has a book.

@@ -6,7 +6,6 @@
 #include "store/job_deletion.h"
 #include "store/job_file_export.h"
 #include "store/job_file_import.h"
-#include "store/run_book.h"
 #include "ui/counted.h"
 #include "ui/dialog_context.h"
 #include "ui/import_report.h"
@@ -639,11 +638,7 @@ RunReport JobViewPresenter::process(qxProcessState selection) {
   bool performed = false;
   {
     Busy busy(*this, Work::Run, "Daten werden verarbeitet...");
-    const auto wait = windows_.databaseWait();
-    RunBook book(environment_);
-    book.begin(windows_.programVersion(), wait.get());
     performed = engine_.ProcessJobs(false, selection);
-    book.end(entryOf(engine_.lastRun()), wait.get());
     busy.closeRun();
     busy.say("Daten werden aktuallisiert...");
     verifyAndRefresh();

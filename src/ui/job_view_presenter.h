@@ -38,8 +38,6 @@ public:
   virtual void redraw() = 0;
   /// Creates the notice shown while another program holds the database; null for none.
   virtual std::unique_ptr<BusyWait> databaseWait() { return nullptr; }
-  /// For the book of runs.
-  virtual std::string_view programVersion() const { return {}; }
   /// Closes the window as its close box does, once the message loop runs again.
   virtual void closeWindow() = 0;
 };

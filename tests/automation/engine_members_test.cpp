@@ -88,6 +88,10 @@ TEST_F(EngineMembers, OfTheObjectDoTheirWork) {
   EXPECT_EQ(shown(noProof) + shown(noProcess), "TrueFalse");
   EXPECT_EQ(objectOf(view), object);
   EXPECT_EQ(count("Select Count(*) From ImportKopf"_sql), 0);
+  EXPECT_EQ(count("Select Count(*) From Importlaeufe Where Programm = 'Prüfstand 1.0' And "
+                  "Ausgang = 'completed'"_sql),
+            2)
+      << "runs of a host stand in the book";
   EXPECT_EQ(customer("70001", "Bez1").text(), "Firma 70001");
   EXPECT_EQ(protocol(), (std::vector<std::string>{"Kunden|70001|Erledigt", "Kunden|1|Fehler"}));
   const std::string made = called(object, "GUID");

@@ -67,6 +67,10 @@ TEST_F(Help, ASlipIsNamedWithTheWordThatWasMeant) {
                                 "'qximportjob help lock' shows the commands.\n");
   EXPECT_NE(messages({"show"}).find("JOBID is required"), std::string::npos);
   EXPECT_NE(messages({"help", "lisst"}).find("did you mean 'list'?"), std::string::npos);
+  EXPECT_EQ(messages({"list", "eins", "zwei"}), "qximportjob: too many arguments: 'eins' 'zwei'\n"
+                                                "'qximportjob help list' shows the usage.\n");
+  EXPECT_EQ(messages({"status", "--runs", "x"}), "qximportjob: --runs: 'x' is not a number\n"
+                                                 "'qximportjob help status' shows the usage.\n");
   EXPECT_EQ(runPlain({"-V"}).output, runPlain({"--version"}).output);
 }
 

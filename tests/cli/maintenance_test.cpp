@@ -88,7 +88,9 @@ protected:
 
 TEST_F(Maintained, DatabasesOfEarlierProgramsAreUpgradedWithEveryRow) {
   ASSERT_EQ(runPlain({"--db", path("neu.db"), "init"}).status, 0);
-  for (const int version : {1, 2}) {
+  const Json ofDemonstration = {{"processed", 7}, {"done", 3}, {"warning", 0}, {"error", 4}};
+  const Json ofCustomers = {{"processed", 2}, {"done", 1}, {"warning", 0}, {"error", 1}};
+  for (const int version : {1, 2, 3, 4}) {
     const std::string file = earlier(version);
     const std::string untouched = path("unberührt.db");
     fs::copy_file(file, untouched, fs::copy_options::overwrite_existing);
@@ -129,7 +131,8 @@ TEST_F(Maintained, DatabasesOfEarlierProgramsAreUpgradedWithEveryRow) {
     EXPECT_EQ(second.status, 0);
     EXPECT_EQ(second.output, "The database has version 5 already; nothing was changed.\n");
     const Json run = runPlain({"--db", file, "--date", "24.11.2026", "process", "--json"}).json();
-    EXPECT_EQ(run["counts"], Json::parse(R"({"processed":7,"done":3,"warning":0,"error":4})")) << version;
+    EXPECT_EQ(run["counts"], version < 3 ? ofDemonstration : ofCustomers) << version;
+    EXPECT_EQ(runPlain({"--db", file, "status", "--json"}).json()["runs"].size(), 1U);
     EXPECT_EQ(runPlain({"--db", file, "list", "--state", "waiting", "--json"}).output, "[]\n");
   }
 }
@@ -162,17 +165,6 @@ view|Meine_Sicht|Meine_Sicht|CREATE VIEW Meine_Sicht AS SELECT * FROM Auftragspo
                    "tbl_name, type"),
             others);
   EXPECT_EQ(rowsOf(file, "Select A From Mein"), "1|\n") << "no trigger ran";
-}
-
-TEST_F(Maintained, ADatabaseWithoutABookOfRunsGetsOne) {
-  erp.execute("Drop Table Importlaeufe"_sql);
-  erp.execute("Update Schemastand Set Version = 4"_sql);
-  const ProgramResult result = run({"upgrade"});
-  EXPECT_EQ(result.output.substr(0, result.output.find("As it was before: ")),
-            "The database was upgraded from version 4 to version 5.\n"
-            "  Importlaeufe: created; index Importlaeufe_Beginn\n");
-  EXPECT_EQ(run({"process"}).status, 0);
-  EXPECT_EQ(run({"status", "--json"}).json()["runs"].size(), 1U);
 }
 
 TEST_F(Maintained, WhatCannotBeUpgradedIsLeftAsItIs) {

@@ -30,6 +30,8 @@ TEST_F(Status, TellsJobsRunsLockAndDatabase) {
   Json& entry = status["runs"][0];
   EXPECT_LE(entry["begin"], entry["end"]);
   EXPECT_EQ(entry["protocol"], erp.text("Select ID From Protokolle"_sql));
+  const std::string version = run({"--version"}).output;
+  EXPECT_EQ(entry["program"], version.substr(0, version.find(" (")));
   for (const char* varying : {"begin", "end", "protocol", "program"}) entry.erase(varying);
   EXPECT_EQ(entry,
             Json::parse(R"({"outcome":"completed","processed":2,"done":1,"warning":0,"error":1,"waiting":0,
@@ -98,7 +100,7 @@ TEST_F(Status, SaysThatADatabaseOfAHostKeepsNoBook) {
 
 TEST_F(Status, ProtocolsAndRunsOfEarlierDaysCanBeDeleted) {
   mustStage(R"({"type":"Kunde","Kundennummer":"K1","Bez1":"Firma"})");
-  ASSERT_EQ(runPlain({"--db", erp.file, "--date", "23.11.2026", "process"}).status, 0);
+  ASSERT_EQ(runPlain({"--db", erp.file, "--date", "2026-11-23", "process"}).status, 0);
   mustStage(R"({"type":"Kunde","Kundennummer":"K2","Bez1":"Firma"})");
   ASSERT_EQ(run({"process"}).status, 0);
   erp.execute("Insert Into Importlaeufe (LaufID, Beginn) Values ('a', '20251231235959')"_sql);
@@ -106,7 +108,8 @@ TEST_F(Status, ProtocolsAndRunsOfEarlierDaysCanBeDeleted) {
   EXPECT_EQ(erp.count("Select Count(*) From Protokollpositionen"_sql), 1);
   EXPECT_EQ(erp.text("Select Text1 From Protokollpositionen"_sql), "K2");
   EXPECT_EQ(erp.count("Select Count(*) From Importlaeufe Where LaufID = 'a'"_sql), 0);
-  EXPECT_EQ(run({"protocol", "purge", "--before", "gestern"}).status, 2);
+  for (const char* wrong : {"gestern", "2026-11-31", "2026-1-1", "26-11-2026"})
+    EXPECT_EQ(run({"protocol", "purge", "--before", wrong}).status, 2) << wrong;
   EXPECT_EQ(run({"protocol", "purge"}).status, 2);
 }
 

@@ -48,6 +48,9 @@ TEST_F(Terminal, AMovingBarLeavesNoTraceAndNeverRunsIntoTheNextLine) {
     EXPECT_EQ(result.screen.wraps(), 0) << command.front();
     EXPECT_EQ(barsLeft(result.screen), 0U) << command.front();
     EXPECT_LE(result.screen.bars(), 2 + 10 * span.count()) << command.front();
+    if (command.front() == "stage") {
+      EXPECT_NE(result.bytes.find("  copying rows"), std::string::npos);
+    }
     if (command.front() == "process") {
       EXPECT_GE(result.screen.bars(), 2);
       EXPECT_NE(result.bytes.find(" of 3000  "), std::string::npos);
@@ -91,6 +94,15 @@ TEST_F(Terminal, TablesFitItsWidth) {
   EXPECT_EQ(atTerminal({"list", "--color", "never"}, 120).screen.lines()[1],
             "wartet    Kunde         24.11.2026  70001   DE000000000000000000000000000001  東京商会東京商…   "
             "Eine lange Bemerkung zu…");
+}
+
+TEST_F(Terminal, ALongKeyGivesWayToTheCauseOfAFailure) {
+  mustStage(R"([{"type":"Kunde","JobID":"DE000000000000000000000000000001","Bez1":"Firma"},
+                {"type":"Kunde","JobID":"\u6771\u4EAC\u5546\u4F1A\u6771\u4EAC\u5546\u4F1A",
+                 "Kundennummer":"9","Kundengruppe":"XX"}])");
+  const auto lines = atTerminal({"process", "--color", "never"}).screen.lines();
+  EXPECT_EQ(lines[0], "Fehler    Kunden           DE0000…000001  Die Kundennummer fehlt.");
+  EXPECT_EQ(lines[1], "Fehler    Kunden   9       東京商…京商会  Die Kundengruppe: 'XX' wurde noch nic…");
 }
 
 TEST_F(Terminal, StatesAreColouredThereUnlessItIsNotWanted) {

@@ -274,8 +274,9 @@ struct FailingWorld {
   explicit FailingWorld(Environment& inner)
       : components(&inner.components, fault), desktop(&inner.desktop, fault), view(&inner.jobView, fault),
         system(inner, fault), session(std::make_shared<FailingSession>(inner.session, fault)),
-        environment{components, desktop,           view,   inner.clock,      system,  system,
-                    system,     inner.diagnostics, system, inner.connection, session, ""} {}
+        environment{components,   desktop,           view,   inner.clock,      system,  system,
+                    system,       inner.diagnostics, system, inner.connection, session, "",
+                    inner.program} {}
   FailingWorld(const FailingWorld&) = delete;
   FailingWorld& operator=(const FailingWorld&) = delete;
 

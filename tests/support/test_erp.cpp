@@ -20,8 +20,8 @@ TestErp::TestErp()
     : database(withBaseData(where.create())),
       components(database, sessionClock, desktop, diagnostics, identity,
                  {"pruefer", std::nullopt, folder.path().string()}),
-      environment{components, desktop,     jobView,  clock,    guids,   localSettings,
-                  iniFile,    diagnostics, liveness, database, nullptr, ""} {
+      environment{components,  desktop,  jobView,  clock,   guids, localSettings,  iniFile,
+                  diagnostics, liveness, database, nullptr, "",    "Prüfstand 1.0"} {
   environment.session = components.createSession();
   environment.session->Connect("", "");
 }

@@ -176,7 +176,9 @@ std::vector<KeyConflict> TemporaryStaging::copy(BusyWait& wait, CopyOrder order,
       KeyConflict::Kind::OtherOwner, most);
   if (!owned.empty()) return owned;
   if (!order.tryOnly) {
+    report(0, jobs_ + positionCount_);
     copyHeaders();
+    report(jobs_, jobs_ + positionCount_);
     copyPositions();
   }
   const auto count = connection_.open(

@@ -4,6 +4,7 @@
 #include "adapters/sql/staging_conflicts.h"
 #include "platform/value.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace qx::sqlite {
@@ -134,6 +135,7 @@ std::vector<KeyConflict> SqliteBulkStaging::copy(BusyWait& wait, CopyOrder order
   counts.skipped = count->value("Uebergangen").integer().value_or(0);
   counts.staged = count->value("Alle").integer().value_or(0) - counts.skipped;
   if (!order.tryOnly) {
+    report(0, jobs_ + positionCount_);
     copyHeaders(counts.staged);
     copyPositions(counts.skipped == 0 && !leftOut_);
   }
@@ -171,6 +173,7 @@ void SqliteBulkStaging::copyHeaders(std::int64_t expected) {
     insert.append(sql(" FROM StageKopf WHERE StageZiel IS NULL AND rowid > "_sql, number(from),
                       " AND rowid <= "_sql, number(to), " ORDER BY rowid"_sql));
     taken += connection_.execute(insert);
+    report(std::min(to, jobs_), jobs_ + positionCount_);
   });
   relational::requireTaken(taken, expected, "jobs");
 }
@@ -200,6 +203,7 @@ void SqliteBulkStaging::copyPositions(bool all) {
     if (!all) insert.append(sql(" AND k.StageSperre = 0"_sql));
     insert.append(sql(" ORDER BY p.rowid"_sql));
     taken += connection_.execute(insert);
+    report(jobs_ + std::min(to, positionCount_), jobs_ + positionCount_);
   });
   const auto counted = [&] {
     return connection_

@@ -1,6 +1,5 @@
 #include "ui/qt/job_view_window.h"
 
-#include "program/version.h"
 #include "ui/qt/busy_wait.h"
 #include "ui/qt/causes_pane.h"
 #include "ui/qt/job_list_model.h"
@@ -526,8 +525,6 @@ void JobViewWindow::closeEvent(QCloseEvent* event) {
 }
 
 std::unique_ptr<BusyWait> JobViewWindow::databaseWait() { return std::make_unique<QtBusyWait>(this); }
-
-std::string_view JobViewWindow::programVersion() const { return versionNumber; }
 
 DialogEnd JobViewWindow::openJob(std::string_view jobId, const JobPlace& place) {
   render();

@@ -75,7 +75,6 @@ private:
   void showCurrent() override;
   void redraw() override;
   std::unique_ptr<BusyWait> databaseWait() override;
-  std::string_view programVersion() const override;
   void closeWindow() override;
   /// @}
 

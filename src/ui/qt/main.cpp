@@ -33,6 +33,8 @@
 #include <iostream>
 #include <new>
 #include <optional>
+#include <string>
+#include <utility>
 
 namespace qx {
 namespace {
@@ -109,7 +111,9 @@ ExitCode openView(const ViewArguments& arguments, Diagnostics& diagnostics, QtDe
   QtJobView view([&context](ImportJobObject2& engine) {
     return std::make_unique<JobViewWindow>(context->environment, engine, dialogsOf(*context));
   });
-  Composition composition(arguments.options, diagnostics, desktop, view);
+  ProgramOptions options = arguments.options;
+  options.program = std::string(viewProgram) + ' ' + std::string(versionNumber);
+  Composition composition(std::move(options), diagnostics, desktop, view);
   Environment& environment = composition.open();
   desktop.watch(environment.connection);
   composition.offerLookups([&environment, &diagnostics] {
