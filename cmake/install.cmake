@@ -3,6 +3,7 @@ include(CMakePackageConfigHelpers)
 
 install(TARGETS qximportjob RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT program)
 install(FILES src/resources/demo/jobs.json DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples COMPONENT program)
+install(DIRECTORY examples/convert DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples COMPONENT program)
 if(TARGET qximportjob-view)
   install(TARGETS qximportjob-view RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT view)
 endif()
@@ -76,7 +77,7 @@ install(FILES ${CMAKE_BINARY_DIR}/completion/fish DESTINATION ${data}/fish/vendo
   RENAME qximportjob.fish COMPONENT program)
 
 # The documents that the program and its pages name.
-foreach(page cli job-files operation servers standalone-erp befunde)
+foreach(page cli convert job-files operation servers standalone-erp befunde)
   install(FILES docs/${page}.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT program)
 endforeach()
 install(FILES docs/schema-sqlserver.sql DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT program)

@@ -6,6 +6,9 @@ namespace {
 constexpr auto examples = std::to_array<CommandExamples>(
     {{"init", {"qximportjob init", "qximportjob --db /srv/import/jobs.db init --shared"}},
      {"stage", {"qximportjob stage orders.json", "shop-export | qximportjob stage - --json"}},
+     {"convert",
+      {"qximportjob convert --map shop.ini orders.csv --output orders.json",
+       "qximportjob convert --map shop.ini orders.csv | qximportjob stage -"}},
      {"list",
       {"qximportjob list --state error --sort -eingang",
        "qximportjob list --since 01.11.2026 --columns JobID,Kundennummer,Fehlertext --csv"}},

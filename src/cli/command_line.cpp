@@ -121,6 +121,18 @@ private:
     stageVerb->add_option("FILE", stage->file, "File of jobs, - for standard input")->required();
     stageVerb->add_flag("--again", stage->again, "Stage done jobs again");
 
+    const auto [convertVerb, convert] = verb<ConvertCommand>(
+        app_, "convert", "Turn a CSV file into a file of jobs for stage (not on Windows)");
+    convertVerb
+        ->add_option("--map", convert->map, "File that says what the columns mean, - for standard input")
+        ->type_name("FILE")
+        ->required();
+    convertVerb->add_option("INPUT", convert->input, "CSV file; default: standard input");
+    convertVerb
+        ->add_option("--output", convert->target,
+                     "File to write, which must not exist; default: standard output")
+        ->type_name("FILE");
+
     const auto [listVerb, list] = verb<ListCommand>(app_, "list", "List jobs, oldest first");
     offer(listVerb->add_option("--state", list->states, "waiting, warning, error or done; may be repeated")
               ->type_name("STATE")

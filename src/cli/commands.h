@@ -32,6 +32,17 @@ protected:
   ExitCode work(const CommandContext& context) override;
 };
 
+/// `convert --map FILE [INPUT] [--output FILE]`: a file of separated values becomes a file of jobs.
+class ConvertCommand final : public Command {
+public:
+  std::string map;
+  std::string input = "-";
+  std::string target; ///< a new file; empty for standard output
+
+  void prepare() override;
+  ExitCode run(Installation& installation, const Output& output) override;
+};
+
 /// `list` with filters, an order and a form: without options all jobs, oldest date of receipt first.
 class ListCommand final : public DatabaseCommand {
 public:
