@@ -3,6 +3,7 @@ include(CMakePackageConfigHelpers)
 
 install(TARGETS qximportjob RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT program)
 install(FILES src/resources/demo/jobs.json DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples COMPONENT program)
+install(DIRECTORY share/convert DESTINATION ${CMAKE_INSTALL_DATADIR}/qximportjob COMPONENT program)
 install(DIRECTORY examples/convert DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples COMPONENT program)
 if(TARGET qximportjob-view)
   install(TARGETS qximportjob-view RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT view)

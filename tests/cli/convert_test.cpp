@@ -5,6 +5,7 @@
 
 #include <gmock/gmock.h>
 
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -215,6 +216,83 @@ TEST_F(Converting, AFaultLeavesNoFileBehind) {
   EXPECT_EQ(into("gut.csv", path("Ausgang/fehlt/a.json")), 4);
   EXPECT_EQ(into("Ausgang", path("a.json")), 2) << "a folder is no file";
   EXPECT_EQ(into("gut.csv", path("Ausgang/a.json")), 0);
+}
+
+/// The converters that are no part of the program, called as the page says.
+class Recipes : public ProgramTest {
+protected:
+  /// Runs the words of a shell; what they print goes to "out" and "err".
+  int shell(const std::string& words) const {
+    const std::string folder = erp.folder.path().string();
+    erp.folder.write("run.sh", "cd \"" + folder + "\"\nR=\"" + CONVERT_RECIPES + "\"\nE=\"" + examples +
+                                   "\"\n{ " + words + "; } >out 2>err\n");
+    return std::system(("bash -o pipefail \"" + folder + "/run.sh\"").c_str());
+  }
+  std::string output() const { return erp.folder.read("out"); }
+  std::string messages() const { return erp.folder.read("err"); }
+  int order(const std::string& file, const std::string& recipe = "ubl") const {
+    return shell("xmllint --nonet --dropdtd " + file + " | xsltproc --nonet --novalid \"$R\"/" + recipe +
+                 "-order.xsl -");
+  }
+};
+
+TEST_F(Recipes, SamplesOfEachFormBecomeTheJobsBesideThemWhichStageTakes) {
+  for (const char* recipe : {"ubl", "opentrans"}) {
+    ASSERT_EQ(order("\"$E\"/" + std::string(recipe) + "-order.xml", recipe), 0) << messages();
+    EXPECT_EQ(output(), contentOfExample(std::string(recipe) + "-order.json"));
+    EXPECT_EQ(stage(output()).json()["staged"], 1);
+  }
+  ASSERT_EQ(shell("jq -s -c -f \"$R\"/shop-order.jq \"$E\"/shop-orders.json"), 0) << messages();
+  EXPECT_EQ(output(), contentOfExample("shop-orders.jobs.json"));
+  EXPECT_EQ(stage(output()).json()["staged"], 2);
+  EXPECT_EQ(listed(), (std::vector<std::string>{"UBL-7731", "OT-B-4715", "SHOP-50017", "SHOP-50018"}));
+}
+
+TEST_F(Recipes, NothingOfAnotherFileOrMachineComesIn) {
+  erp.folder.write("secret", "GEHEIM");
+  std::string document = contentOfExample("ubl-order.xml");
+  document.insert(document.find("<Order"), "<!DOCTYPE Order SYSTEM \"secret\" [<!ENTITY a SYSTEM \"file://" +
+                                               (erp.folder.path() / "secret").string() +
+                                               "\"><!ENTITY b SYSTEM \"http://127.0.0.1:9/b\">"
+                                               "<!ENTITY c \"GEHEIM\">]>\n");
+  erp.folder.write("harmless.xml", document);
+  EXPECT_EQ(order("harmless.xml"), 0) << messages();
+  EXPECT_EQ(output(), contentOfExample("ubl-order.json"));
+  for (const char* entity : {"&a;", "&b;", "&c;"}) {
+    std::string evil = document;
+    evil.insert(evil.find("Bitte"), entity);
+    erp.folder.write("evil.xml", evil);
+    EXPECT_NE(order("evil.xml"), 0);
+    EXPECT_EQ(output(), "");
+    EXPECT_EQ(messages().find("GEHEIM"), std::string::npos) << messages();
+  }
+}
+
+TEST_F(Recipes, AnotherDocumentOrAFaultInItLeavesNothingToStage) {
+  const std::string ubl = contentOfExample("ubl-order.xml");
+  struct Case {
+    std::string before;
+    std::string after;
+    std::string message;
+  };
+  for (const Case& wrong :
+       {Case{"xsd:Order-2", "xsd:Invoice-2", "an Order of UBL 2.1 is expected, not Order of urn:"},
+        Case{"<cbc:ID>70001</cbc:ID>", "", "the number of the customer"},
+        Case{">0012.5<", ">12,5<", "Menge: \"12,5\" is not a number"},
+        Case{">2026-12-01<", ">1.12.2026<", "Liefertermin: \"1.12.2026\" is not a date"},
+        Case{"<cbc:ID>HBU-014</cbc:ID>", "", "line 2: cac:SellersItemIdentification is missing"}}) {
+    std::string document = ubl;
+    document.replace(document.find(wrong.before), wrong.before.size(), wrong.after);
+    erp.folder.write("order.xml", document);
+    EXPECT_NE(order("order.xml"), 0) << wrong.message;
+    EXPECT_THAT(messages(), HasSubstr(wrong.message));
+    EXPECT_EQ(output(), "");
+  }
+  EXPECT_NE(order("\"$E\"/ubl-order.xml", "opentrans"), 0);
+  erp.folder.write("order.json",
+                   R"({"number":1,"created_at":"2026-01-01","lines":[{"sku":"A","quantity":1}]})");
+  EXPECT_NE(shell("jq -s -c -f \"$R\"/shop-order.jq order.json"), 0);
+  EXPECT_THAT(messages(), HasSubstr("order 1: customer.number is missing"));
 }
 
 } // namespace
