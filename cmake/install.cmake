@@ -92,7 +92,7 @@ install(FILES packaging/systemd/qximportjob.tmpfiles DESTINATION lib/tmpfiles.d 
   COMPONENT program)
 install(FILES packaging/systemd/qximportjob.default DESTINATION ${CMAKE_INSTALL_FULL_SYSCONFDIR}/default
   RENAME qximportjob COMPONENT program)
-install(FILES packaging/systemd/qximportjob-failure@.service DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples
+install(FILES packaging/systemd/qximportjob-failure@.service packaging/systemd/qximportjob-watch.service DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples
   COMPONENT program)
 
 # The window's place in menus, and the type of job files.

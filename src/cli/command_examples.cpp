@@ -5,7 +5,7 @@ namespace {
 
 constexpr auto examples = std::to_array<CommandExamples>(
     {{"init", {"qximportjob init", "qximportjob --db /srv/import/jobs.db init --shared"}},
-     {"stage", {"qximportjob stage orders.json", "shop-export | qximportjob stage - --json"}},
+     {"stage", {"qximportjob stage orders.json --json", "qximportjob stage --watch /srv/import/inbox"}},
      {"convert",
       {"qximportjob convert --map shop.ini orders.csv --output orders.json",
        "qximportjob convert --map shop.ini orders.csv | qximportjob stage -"}},

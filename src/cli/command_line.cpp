@@ -77,8 +77,9 @@ public:
     options_.json = !json_.empty();
     invocation.jsonLines = json_ == "lines";
     if (invocation.jsonLines && !chosen_->offersLines())
-      throw ProgramError(ExitCode::BadInput, "this command prints one document",
-                         "Give --json without 'lines'; process and list print a document a line.");
+      throw ProgramError(
+          ExitCode::BadInput, "this command prints one document",
+          "Give --json without 'lines'; process, list and stage --watch print a document a line.");
     view_->arguments.options = options_;
     invocation.options = options_;
     invocation.color = color_;
@@ -117,9 +118,7 @@ private:
     initVerb->add_flag("--demo", init->demo, "Fill it with a demo company and its jobs");
     initVerb->add_flag("--shared", init->shared, "Let the group of its owner use it, not the owner alone");
 
-    const auto [stageVerb, stage] = verb<StageCommand>(app_, "stage", "Stage jobs from a JSON file");
-    stageVerb->add_option("FILE", stage->file, "File of jobs, - for standard input")->required();
-    stageVerb->add_flag("--again", stage->again, "Stage done jobs again");
+    declareStage();
 
     const auto [convertVerb, convert] = verb<ConvertCommand>(
         app_, "convert", "Turn a CSV file into a file of jobs for stage (not on Windows)");
@@ -179,6 +178,28 @@ private:
           findingCodes());
 
     declareDeletion();
+  }
+
+  /// Two commands under one name.
+  void declareStage() {
+    auto stage = std::make_shared<StageCommand>();
+    auto watch = std::make_shared<WatchCommand>();
+    CLI::App* verb = app_.add_subcommand("stage", "Stage jobs from a JSON file, or the files of a folder");
+    CLI::Option* file = verb->add_option("FILE", stage->file, "File of jobs, - for standard input");
+    CLI::Option* folder =
+        verb->add_option("--watch", watch->folder,
+                         "Stage the files of a folder as they come in; they move to done/ or rejected/ there")
+            ->type_name("DIR")
+            ->excludes(file);
+    verb->add_flag("--once", watch->once, "With --watch: stage what is there and end")->needs(folder);
+    verb->add_flag("--again", stage->again, "Stage done jobs again");
+    verb->callback([this, stage, watch, folder] {
+      watch->again = stage->again;
+      if (folder->count() > 0)
+        chosen_ = watch;
+      else
+        chosen_ = stage;
+    });
   }
 
   void declareDeletion() {

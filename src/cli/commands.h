@@ -28,8 +28,22 @@ public:
   std::string file;
   bool again = false; ///< stage done jobs again
 
+  void prepare() override;
+
 protected:
   ExitCode work(const CommandContext& context) override;
+};
+
+/// `stage --watch DIR [--once] [--again]`: the files of a folder as they come in.
+class WatchCommand final : public Command {
+public:
+  std::string folder;
+  bool once = false; ///< only what is there now
+  bool again = false;
+
+  void prepare() override;
+  bool offersLines() const override { return true; }
+  ExitCode run(Installation& installation, const Output& output) override;
 };
 
 /// `convert --map FILE [INPUT] [--output FILE]`: a file of separated values becomes a file of jobs.

@@ -3,13 +3,16 @@
 #include "cli/job_terms.h"
 #include "cli/json_writer.h"
 #include "cli/progress_bar.h"
+#include "cli/stage_file.h"
 #include "cli/stage_reader.h"
 #include "model/text.h"
 #include "platform/bulk_staging.h"
 #include "platform/conflict_retry.h"
 #include "program/busy_notice.h"
 
+#include <functional>
 #include <memory>
+#include <optional>
 #include <ostream>
 #include <string>
 #include <unordered_set>
@@ -110,11 +113,10 @@ void writeText(const Output& output, BulkStaging& jobs) {
 
 } // namespace
 
-ExitCode StageCommand::work(const CommandContext& context) {
-  TextFile source(file);
-  const std::unique_ptr<BulkStaging> jobs = context.connection().bulkStaging();
-  JobAssembler assembler(context.environment, *jobs, source.name());
-  jobs->begin();
+void stageFile(const CommandContext& context, TextFile& source, BulkStaging& jobs, bool again,
+               const std::function<void()>& alongside) {
+  JobAssembler assembler(context.environment, jobs, source.name());
+  jobs.begin();
   {
     ProgressBar bar(context.output, ProgressUnit::Bytes);
     source.observe([&](std::uintmax_t done, std::uintmax_t total) {
@@ -124,17 +126,34 @@ ExitCode StageCommand::work(const CommandContext& context) {
     readJobs(source, assembler);
     source.observe({});
   }
-  if (const auto conflict = jobs->finish()) refuse(*conflict, source.name());
+  if (const auto conflict = jobs.finish()) refuse(*conflict, source.name());
   BusyNotice wait(context.output.messages);
-  const WrittenOrders written(again ? &context.connection() : nullptr);
-  const auto refused =
-      doneAgainOnConflict(context.environment, "stage", [&] { return jobs->copy(wait, again); });
+  const auto refused = doneAgainOnConflict(context.environment, "stage", [&] {
+    WorkUnit unit(context.connection(), &wait);
+    alongside();
+    auto conflict = jobs.copy(wait, again);
+    if (!conflict) unit.commit();
+    return conflict;
+  });
   if (refused) refuse(*refused, source.name());
+}
+
+void StageCommand::prepare() {
+  if (file.empty())
+    throw ProgramError(ExitCode::BadInput, "FILE is required, or --watch DIR",
+                       "'qximportjob help stage' shows the usage.");
+}
+
+ExitCode StageCommand::work(const CommandContext& context) {
+  TextFile source(file);
+  const std::unique_ptr<BulkStaging> jobs = context.connection().bulkStaging();
+  std::optional<WrittenOrders> written;
+  stageFile(context, source, *jobs, again, [&] { written.emplace(again ? &context.connection() : nullptr); });
   if (context.output.json)
-    writeJson(context.output, *jobs, written);
+    writeJson(context.output, *jobs, *written);
   else
     writeText(context.output, *jobs);
-  written.warn(context.output.messages, *jobs);
+  written->warn(context.output.messages, *jobs);
   return ExitCode::Success;
 }
 

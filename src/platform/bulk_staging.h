@@ -73,6 +73,7 @@ public:
   virtual std::optional<KeyConflict> finish() = 0;
 
   /// Copies all jobs, but skips those that are done unless `again`. A conflict leaves everything unchanged.
+  /// Inside an open unit of work it is a part of that.
   /// While another program holds the database, waits as long as `wait` decides. After a `ConflictError` it
   /// may be called again.
   virtual std::optional<KeyConflict> copy(BusyWait& wait, bool again) = 0;

@@ -208,6 +208,7 @@ void printTables() {
   row("customers and contracts", erp::customerTables());
   row("orders", erp::orderTables());
   row("components", erp::componentTables());
+  row("watched folders", erp::inboxTables());
   std::cout << '\n';
 }
 

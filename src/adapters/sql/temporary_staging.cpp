@@ -159,7 +159,7 @@ std::optional<KeyConflict> TemporaryStaging::finish() {
 }
 
 std::optional<KeyConflict> TemporaryStaging::copy(BusyWait& wait, bool again) {
-  WorkUnit unit(connection_, &wait);
+  WorkUnit unit(connection_, &wait, Join::IfOpen);
   findExisting(again);
   if (auto conflict = firstOwned(
           sql("SELECT TOP 1 s.ChildID AS Schluessel, s.StageVorgang AS Vorgang, s.StageZeile AS Zeile, "

@@ -114,7 +114,7 @@ std::optional<KeyConflict> SqliteBulkStaging::firstOwned(const Sql& query, KeyCo
 }
 
 std::optional<KeyConflict> SqliteBulkStaging::copy(BusyWait& wait, bool again) {
-  WorkUnit unit(connection_, &wait);
+  WorkUnit unit(connection_, &wait, Join::IfOpen);
   findExisting(again);
   if (auto conflict = ownedByOthers()) return conflict;
   const auto count = connection_.open(
