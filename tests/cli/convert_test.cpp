@@ -125,6 +125,7 @@ TEST_F(Converting, WhatTheMapDoesNotSayIsRefusedWithLineColumnAndValue) {
         Case{"1;2;;A;1\n2;2;;B;1\n1;2;;C;1\n", "line 4: column Nr: the lines of '1' are not all together"},
         Case{";2;;A;1\n", "line 2: column Nr: the value is empty"},
         Case{std::string(33, 'x') + ";2;;A;1\n", "is longer than a key, which has 32 characters"},
+        Case{"1;\"2\n3\";\"\n31.2.2027\";A;1\n", "line 3: column Termin: ' 31.2.2027' is not a date"},
         Case{"1;\"2\n3\";\"4\n", "line 3: column 3: the closing quote of the value is missing"},
         Case{"1;\"a\nb\";;A;1\n1;M\"we;;A;1\n", "line 4: column 2: a quote stands inside of a value"},
         Case{"1;M\xF6we;;A;1\n", "line 2: column Kunde: 'Möwe' is not UTF-8"},
