@@ -3,6 +3,8 @@ include(CMakePackageConfigHelpers)
 
 install(TARGETS qximportjob RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT program)
 install(FILES src/resources/demo/jobs.json DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples COMPONENT program)
+install(DIRECTORY share/convert DESTINATION ${CMAKE_INSTALL_DATADIR}/qximportjob COMPONENT program)
+install(DIRECTORY examples/convert DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples COMPONENT program)
 if(TARGET qximportjob-view)
   install(TARGETS qximportjob-view RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT view)
 endif()
@@ -76,7 +78,7 @@ install(FILES ${CMAKE_BINARY_DIR}/completion/fish DESTINATION ${data}/fish/vendo
   RENAME qximportjob.fish COMPONENT program)
 
 # The documents that the program and its pages name.
-foreach(page cli job-files operation servers standalone-erp befunde)
+foreach(page cli convert job-files operation servers standalone-erp befunde)
   install(FILES docs/${page}.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT program)
 endforeach()
 install(FILES docs/schema-sqlserver.sql DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT program)
@@ -90,7 +92,7 @@ install(FILES packaging/systemd/qximportjob.tmpfiles DESTINATION lib/tmpfiles.d 
   COMPONENT program)
 install(FILES packaging/systemd/qximportjob.default DESTINATION ${CMAKE_INSTALL_FULL_SYSCONFDIR}/default
   RENAME qximportjob COMPONENT program)
-install(FILES packaging/systemd/qximportjob-failure@.service DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples
+install(FILES packaging/systemd/qximportjob-failure@.service packaging/systemd/qximportjob-watch.service DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples
   COMPONENT program)
 
 # The window's place in menus, and the type of job files.

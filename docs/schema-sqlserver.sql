@@ -774,4 +774,12 @@ CREATE TABLE [Importlaeufe] (
   PRIMARY KEY ([LaufID])
 );
 CREATE INDEX [Importlaeufe_Beginn] ON [Importlaeufe] ([Beginn]);
-INSERT INTO [Schemastand] ([Version]) VALUES (5);
+CREATE TABLE [Eingangsdateien] (
+  lfd BIGINT IDENTITY UNIQUE CLUSTERED,
+  [Kennung] NVARCHAR(400) COLLATE Latin1_General_100_CI_AS_SC NOT NULL,
+  [Ordner] NVARCHAR(MAX) COLLATE Latin1_General_100_BIN2,
+  [Dateiname] NVARCHAR(MAX) COLLATE Latin1_General_100_BIN2,
+  [Zeitpunkt] NVARCHAR(MAX) COLLATE Latin1_General_100_BIN2,
+  PRIMARY KEY ([Kennung])
+);
+INSERT INTO [Schemastand] ([Version]) VALUES (6);

@@ -46,6 +46,7 @@ suites_of() {
   src/adapters/sql/*) echo sql database store engine golden erp cli ;;
   src/adapters/sqlite/*) echo sqlite database store engine golden erp cli ;;
   src/adapters/system/*) echo system cli ;;
+  src/convert/*) echo cli ;;
   src/cli/* | src/program/* | src/composition/*) echo cli golden ;;
   src/ui/*) echo ui ;;
   esac

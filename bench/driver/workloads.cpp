@@ -87,6 +87,45 @@ std::string grouped(std::uint32_t number) {
 
 std::string waiting(std::uint32_t count) { return "waiting-" + std::to_string(count); }
 
+/// Orders of four lines, as a shop exports them.
+std::filesystem::path writeSeparated(const Place& place, std::uint32_t lines) {
+  const auto file = place.folder / "orders.csv";
+  std::ofstream out(file, std::ios::binary);
+  out << "Nr;Datum;Kunde;Betreff;Hinweis;Artikel;Name;Menge;Preis\r\n";
+  constexpr std::uint32_t linesOfOrder = 4;
+  for (std::uint32_t i = 0; i < lines; ++i) {
+    const std::uint32_t order = i / linesOfOrder;
+    out << "B-" << order << ";24.11.2026;" << 70000 + order % 1000 << ";\"Bestellung; " << order
+        << "\";Bitte klingeln;FEI-013;Fender wei\xC3\x9F;" << i % 9 + 1 << ";1.019,90\r\n";
+  }
+  out.close();
+  if (!out) throw std::runtime_error("cannot write " + file.string());
+  return file;
+}
+
+std::filesystem::path writeMap(const Place& place) {
+  const auto file = place.folder / "orders.ini";
+  std::ofstream out(file, std::ios::binary);
+  out << "[file]\nkind=Auftrag\ndelimiter=semicolon\nquote=double\nencoding=UTF-8\nheader=yes\ndecimal="
+         "comma\n"
+         "thousands=point\ndate=dd.mm.yyyy\ngroup=Nr\n[columns]\nJobID=Nr\nKundennummer=Kunde\n"
+         "Eingangsdatum=Datum\nBetreff=Betreff\nBemerkung=Hinweis\nPositionen.Artikelnummer=Artikel\n"
+         "Positionen.Menge=Menge\nPositionen.Preis=Preis\n";
+  out.close();
+  if (!out) throw std::runtime_error("cannot write " + file.string());
+  return file;
+}
+
+/// The floor parses the same file with the library alone.
+void addConversion(Plan& plan, const Place& place, const Sizes& sizes) {
+  const Commands commands(place);
+  const auto file = writeSeparated(place, sizes.many);
+  plan.workloads.push_back({"convert lines of CSV, " + grouped(sizes.many), sizes.many, Goal{}, "empty",
+                            commands.program({"convert", "--map", writeMap(place).string(), file.string()}),
+                            commands.floor("read-csv", {file.string()}),
+                            [file](const std::string& /*database*/) { return file; }});
+}
+
 void addContracts(Plan& plan, const Place& place, const Sizes& sizes) {
   const Commands commands(place);
   const std::string count = std::to_string(sizes.jobs);
@@ -181,6 +220,7 @@ Plan makePlan(const Place& place, const Sizes& sizes) {
   addContracts(plan, place, sizes);
   addOrders(plan, place, sizes);
   addJobFiles(plan, place, sizes);
+  addConversion(plan, place, sizes);
   plan.growths.push_back(
       {newCustomers(sizes.few).name, newCustomers(sizes.many).name, growthGoal, memoryGoalMiB});
   return plan;

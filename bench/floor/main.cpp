@@ -7,6 +7,7 @@
 #include "floor/job_files.h"
 #include "floor/orders.h"
 #include "floor/processing.h"
+#include "floor/separated_values.h"
 #include "floor/staging.h"
 
 #include <algorithm>
@@ -44,7 +45,8 @@ constexpr std::array verbs{
 void printUsage(std::ostream& out) {
   out << "usage: bench_floor compare DB DB\n"
       << "       bench_floor export-customers DB FILE\n"
-      << "       bench_floor import-customers DB FILE\n";
+      << "       bench_floor import-customers DB FILE\n"
+      << "       bench_floor read-csv DB FILE\n";
   for (const Verb& verb : verbs) {
     out << "       bench_floor " << verb.name << " DB";
     for (std::size_t i = 0; i < verb.numbers; ++i) out << " NUMBER";
@@ -69,6 +71,10 @@ int run(const std::vector<std::string>& words) {
   if (words.size() == 3 && (words[0] == "export-customers" || words[0] == "import-customers")) {
     Database database(words[1]);
     (words[0] == "export-customers" ? exportCustomers : importCustomers)(database, words[2]);
+    return 0;
+  }
+  if (words.size() == 3 && words[0] == "read-csv") {
+    readSeparatedValues(words[2]);
     return 0;
   }
   const auto verb = words.size() < 2 ? verbs.end() : std::ranges::find(verbs, words[0], &Verb::name);

@@ -117,17 +117,19 @@ private:
     initVerb->add_flag("--demo", init->demo, "Fill it with a demo company and its jobs");
     initVerb->add_flag("--shared", init->shared, "Let the group of its owner use it, not the owner alone");
 
-    const auto [stageVerb, stage] = verb<StageCommand>(app_, "stage", "Stage jobs from a JSON file");
-    stageVerb->add_option("FILE", stage->file, "File of jobs, - for standard input")->required();
-    stageVerb->add_flag("--again", stage->again, "Stage done jobs again");
-    CLI::Option* const partial =
-        stageVerb->add_flag("--partial", stage->partial, "Stage the sound objects of a file that has faults");
-    stageVerb
-        ->add_option("--rejects", stage->rejects,
-                     "Write the other objects to this new file, with the reasons")
+    declareStage();
+
+    const auto [convertVerb, convert] = verb<ConvertCommand>(
+        app_, "convert", "Turn a CSV file into a file of jobs for stage (not on Windows)");
+    convertVerb
+        ->add_option("--map", convert->map, "File that says what the columns mean, - for standard input")
         ->type_name("FILE")
-        ->needs(partial);
-    stageVerb->add_flag("--dry-run", stage->dryRun, "Check the file only");
+        ->required();
+    convertVerb->add_option("INPUT", convert->input, "CSV file; default: standard input");
+    convertVerb
+        ->add_option("--output", convert->target,
+                     "File to write, which must not exist; default: standard output")
+        ->type_name("FILE");
 
     const auto [schemaVerb, schema] =
         verb<SchemaCommand>(app_, "schema", "Print the JSON schema of what stage takes");
@@ -180,6 +182,35 @@ private:
           findingCodes());
 
     declareDeletion();
+  }
+
+  void declareStage() {
+    auto stage = std::make_shared<StageCommand>();
+    auto watch = std::make_shared<WatchCommand>();
+    CLI::App* verb = app_.add_subcommand("stage", "Stage jobs from a JSON file, or the files of a folder");
+    CLI::Option* file = verb->add_option("FILE", stage->file, "File of jobs, - for standard input");
+    CLI::Option* folder =
+        verb->add_option("--watch", watch->folder,
+                         "Stage the files of a folder as they come in; they move to done/ or rejected/ there")
+            ->type_name("DIR")
+            ->excludes(file);
+    verb->add_flag("--once", watch->once, "With --watch: stage what is there and end")->needs(folder);
+    verb->add_flag("--again", stage->again, "Stage done jobs again");
+    CLI::Option* partial =
+        verb->add_flag("--partial", stage->partial, "Stage the sound objects of a file that has faults")
+            ->excludes(folder);
+    verb->add_option("--rejects", stage->rejects,
+                     "Write the other objects to this new file, with the reasons")
+        ->type_name("FILE")
+        ->needs(partial);
+    verb->add_flag("--dry-run", stage->dryRun, "Check the file only")->excludes(folder);
+    verb->callback([this, stage, watch, folder] {
+      watch->again = stage->again;
+      if (folder->count() > 0)
+        chosen_ = watch;
+      else
+        chosen_ = stage;
+    });
   }
 
   void declareDeletion() {

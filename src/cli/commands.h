@@ -31,8 +31,33 @@ public:
   bool dryRun = false;
   std::string rejects; ///< a new file for the objects that are left out
 
+  void prepare() override;
+
 protected:
   ExitCode work(const CommandContext& context) override;
+};
+
+/// `stage --watch DIR [--once] [--again]`: the files of a folder as they come in.
+class WatchCommand final : public Command {
+public:
+  std::string folder;
+  bool once = false; ///< only what is there now
+  bool again = false;
+
+  void prepare() override;
+  bool offersLines() const override { return true; }
+  ExitCode run(Installation& installation, const Output& output) override;
+};
+
+/// `convert --map FILE [INPUT] [--output FILE]`: a file of separated values becomes a file of jobs.
+class ConvertCommand final : public Command {
+public:
+  std::string map;
+  std::string input = "-";
+  std::string target; ///< a new file; empty for standard output
+
+  void prepare() override;
+  ExitCode run(Installation& installation, const Output& output) override;
 };
 
 /// `list` with filters, an order and a form: without options all jobs, oldest date of receipt first.

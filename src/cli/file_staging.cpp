@@ -124,7 +124,7 @@ public:
         source_(file, order.rejects.empty() ? Readings::Once : Readings::Twice),
         jobs_(context.connection().bulkStaging()), assembler_(context.environment, *jobs_, faults_) {}
 
-  StagedFile stage() {
+  StagedJobs stage() {
     jobs_->begin();
     read();
     if (!order_.partial) refuseFaults();
@@ -191,7 +191,15 @@ private:
 
   std::vector<KeyConflict> tryCopy(bool tryOnly) {
     return doneAgainOnConflict(context_.environment, "stage", [&] {
-      return jobs_->copy(wait_, {order_.again, tryOnly}, static_cast<std::int64_t>(most_));
+      const auto copied = [&] {
+        return jobs_->copy(wait_, {order_.again, tryOnly}, static_cast<std::int64_t>(most_));
+      };
+      if (tryOnly || !order_.alongside) return copied();
+      WorkUnit unit(context_.connection(), &wait_);
+      order_.alongside();
+      auto owned = copied();
+      if (owned.empty()) unit.commit();
+      return owned;
     });
   }
 
@@ -233,7 +241,7 @@ private:
 
 } // namespace
 
-StagedFile stageFile(const CommandContext& context, const std::string& file, const StageOrder& order) {
+StagedJobs stageFile(const CommandContext& context, const std::string& file, const StageOrder& order) {
   return FileStaging(context, file, order).stage();
 }
 

@@ -6,6 +6,7 @@
 #include "program/input_fault.h"
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -17,11 +18,14 @@ struct StageOrder {
   bool again = false;   ///< done jobs, too
   bool partial = false; ///< the sound objects of a file that has faults, too
   bool tryOnly = false; ///< nothing is staged; only what would be is found out
-  std::string rejects;  ///< the name of a new file for the other objects; empty for none
+  /// A part of the unit in which the jobs are staged; it may be called again when that gave way to another
+  /// program's. Not for a partial order.
+  std::function<void()> alongside{};
+  std::string rejects{}; ///< the name of a new file for the other objects; empty for none
 };
 
 /// The result for a file.
-struct StagedFile {
+struct StagedJobs {
   std::unique_ptr<BulkStaging> jobs;      ///< counts and results
   std::vector<InputFault> faults;         ///< of the objects that were left out, in the order of the file
   std::vector<std::string> writtenBefore; ///< keys of orders that were done and wait again
@@ -29,6 +33,6 @@ struct StagedFile {
 
 /// Stages a file, or standard input for "-", in one unit. Raises `ProgramError` with all faults of the file,
 /// at most the first hundred, when there is one and the order is not a partial one; nothing is staged then.
-StagedFile stageFile(const CommandContext& context, const std::string& file, const StageOrder& order);
+StagedJobs stageFile(const CommandContext& context, const std::string& file, const StageOrder& order);
 
 } // namespace qx::cli

@@ -212,7 +212,8 @@ ExitCode SettingsImportCommand::work(const CommandContext& context) {
   TextFile source(file);
   std::string text;
   for (; !source.atEnd(); source.advance()) text += source.current();
-  std::vector<FileSetting> entries = readSettings(text, source.name());
+  std::vector<FileSetting> entries =
+      readSettings(text, source.name(), "Nothing was changed. Correct the file and import it again.");
   for (FileSetting& entry : entries) {
     const SourceLocation location{source.name(), entry.line, entry.key};
     const OptionSpec* option = findOption(entry.section, entry.key);

@@ -39,11 +39,14 @@ std::string decoded(std::string_view line) {
   return text;
 }
 
-[[noreturn]] void refuseLine(const std::string& file, std::int64_t line, const std::string& reason,
-                             const std::string& key = {}) {
-  throw ProgramError(ExitCode::BadInput, reason, "Nothing was changed. Correct the file and import it again.",
-                     {file, line, key});
-}
+struct Refusal {
+  std::string file;
+  std::string nextStep;
+
+  [[noreturn]] void raise(std::int64_t line, const std::string& reason, const std::string& key = {}) const {
+    throw ProgramError(ExitCode::BadInput, reason, nextStep, {file, line, key});
+  }
+};
 
 } // namespace
 
@@ -56,7 +59,9 @@ void writeSettings(std::ostream& file, const std::vector<FileSetting>& settings)
   }
 }
 
-std::vector<FileSetting> readSettings(std::string_view text, const std::string& fileName) {
+std::vector<FileSetting> readSettings(std::string_view text, const std::string& fileName,
+                                      const std::string& nextStep) {
+  const Refusal refusal{fileName, nextStep};
   if (text.starts_with(utf8Mark)) text.remove_prefix(utf8Mark.size());
   std::vector<FileSetting> settings;
   std::string section;
@@ -70,18 +75,17 @@ std::vector<FileSetting> readSettings(std::string_view text, const std::string& 
     }
     const std::size_t sign = line.find('=');
     if (sign == std::string_view::npos || section.empty())
-      refuseLine(fileName, number,
-                 section.empty() ? "a [section] is expected" : "an option is expected: KEY=VALUE");
+      refusal.raise(number, section.empty() ? "a [section] is expected" : "an option is expected: KEY=VALUE");
     FileSetting entry{section, composed(trimBlanks(line.substr(0, sign))), decoded(line.substr(sign + 1)),
                       number};
     const auto earlier = std::ranges::find_if(settings, [&](const FileSetting& other) {
       return other.section == entry.section && other.key == entry.key;
     });
     if (earlier != settings.end())
-      refuseLine(fileName, number,
-                 "the option '" + section + "' '" + entry.key + "' is already given on line " +
-                     std::to_string(earlier->line),
-                 entry.key);
+      refusal.raise(number,
+                    "the option '" + section + "' '" + entry.key + "' is already given on line " +
+                        std::to_string(earlier->line),
+                    entry.key);
     settings.push_back(std::move(entry));
   }
   return settings;

@@ -21,7 +21,8 @@ struct FileSetting {
 void writeSettings(std::ostream& file, const std::vector<FileSetting>& settings);
 
 /// Reads such a text; lines that are empty or begin with `;` or `#` are passed over. Raises `ProgramError`,
-/// which names the line, for anything else and for a key that stands twice.
-std::vector<FileSetting> readSettings(std::string_view text, const std::string& fileName);
+/// which names the line and ends with `nextStep`, for anything else and for a key that stands twice.
+std::vector<FileSetting> readSettings(std::string_view text, const std::string& fileName,
+                                      const std::string& nextStep);
 
 } // namespace qx::cli

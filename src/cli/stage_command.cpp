@@ -19,7 +19,7 @@ namespace {
 /// More of them do not help anybody to mend a file.
 constexpr std::size_t mostPrinted = 100;
 
-void writeJson(const Output& output, const StagedFile& staged, bool tryOnly, bool partial) {
+void writeJson(const Output& output, const StagedJobs& staged, bool tryOnly, bool partial) {
   JsonWriter json(output.result);
   json.beginObject();
   json.key("staged").number(staged.jobs->counts().staged);
@@ -41,7 +41,7 @@ void writeJson(const Output& output, const StagedFile& staged, bool tryOnly, boo
   json.endObject().finish();
 }
 
-void writeText(const Output& output, const StagedFile& staged, bool tryOnly) {
+void writeText(const Output& output, const StagedJobs& staged, bool tryOnly) {
   staged.jobs->forEach([&](const std::string& jobId, std::int16_t jobType, StageResult result) {
     switch (result) {
     case StageResult::Added:
@@ -83,8 +83,14 @@ void tellRejected(std::ostream& messages, const std::vector<InputFault>& faults,
 
 } // namespace
 
+void StageCommand::prepare() {
+  if (file.empty())
+    throw ProgramError(ExitCode::BadInput, "FILE is required, or --watch DIR",
+                       "'qximportjob help stage' shows the usage.");
+}
+
 ExitCode StageCommand::work(const CommandContext& context) {
-  const StagedFile staged = stageFile(context, file, {again, partial, dryRun, rejects});
+  const StagedJobs staged = stageFile(context, file, {again, partial, dryRun, {}, rejects});
   if (context.output.json)
     writeJson(context.output, staged, dryRun, partial);
   else

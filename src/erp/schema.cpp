@@ -108,7 +108,8 @@ Sql createIndex(const SchemaTable& table, const SchemaIndex& index) {
 
 std::vector<SchemaTable> schemaTables() {
   std::vector<SchemaTable> all;
-  for (const auto group : {stagingTables(), customerTables(), orderTables(), componentTables()})
+  for (const auto group :
+       {stagingTables(), customerTables(), orderTables(), componentTables(), inboxTables()})
     all.insert(all.end(), group.begin(), group.end());
   return all;
 }

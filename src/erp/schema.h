@@ -12,7 +12,7 @@
 namespace qx::erp {
 
 /// Incremented with every change of the tables.
-inline constexpr int schemaVersion = 5;
+inline constexpr int schemaVersion = 6;
 
 /// The tax mark of a customer created without one.
 inline constexpr std::string_view domesticTaxMark = "IN";

@@ -73,5 +73,7 @@ std::span<const SchemaTable> customerTables();
 std::span<const SchemaTable> orderTables();
 /// Protocols and what the ERP's own components need.
 std::span<const SchemaTable> componentTables();
+/// The files of watched folders.
+std::span<const SchemaTable> inboxTables();
 
 } // namespace qx::erp

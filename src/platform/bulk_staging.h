@@ -88,7 +88,8 @@ public:
 
   /// Copies all jobs, but skips those that are done unless told otherwise. Conflicts with stored jobs, of
   /// which it returns the first `most`, leave everything unchanged. While another program holds the database,
-  /// waits as long as `wait` decides. After conflicts, a `ConflictError` or a try it may be called again.
+  /// waits as long as `wait` decides. Inside an open unit of work it is a part of that. After conflicts, a
+  /// `ConflictError` or a try it may be called again.
   virtual std::vector<KeyConflict> copy(BusyWait& wait, CopyOrder order, std::int64_t most) = 0;
   /// After `copy`.
   virtual StageCounts counts() const = 0;

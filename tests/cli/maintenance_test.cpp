@@ -99,7 +99,7 @@ TEST_F(Maintained, DatabasesOfEarlierProgramsAreUpgradedWithEveryRow) {
       const ProgramResult older = runPlain({"--db", file, verb});
       EXPECT_EQ(older.status, 4) << verb;
       EXPECT_EQ(older.messages, "qximportjob: " + file + ": the database has version " + number +
-                                    ", this program works with version 5\nUpgrade it, after a backup, with: "
+                                    ", this program works with version 6\nUpgrade it, after a backup, with: "
                                     "qximportjob --db " +
                                     file + " upgrade\n");
     }
@@ -114,7 +114,7 @@ TEST_F(Maintained, DatabasesOfEarlierProgramsAreUpgradedWithEveryRow) {
     const Json report = upgraded.json();
     EXPECT_EQ(report["upgraded"], true);
     EXPECT_EQ(report["from"], version);
-    EXPECT_EQ(report["to"], 5);
+    EXPECT_EQ(report["to"], 6);
     const std::string backup = report["backup"];
     EXPECT_EQ(backup.rfind(file + ".version" + number + "-", 0), 0U) << backup;
     EXPECT_EQ(fs::status(backup).permissions(), ownerAlone);
@@ -123,13 +123,13 @@ TEST_F(Maintained, DatabasesOfEarlierProgramsAreUpgradedWithEveryRow) {
 
     EXPECT_EQ(schemaOf(file), schemaOf(path("neu.db")));
     EXPECT_EQ(contentOf(file, untouched), contentOf(untouched, untouched));
-    EXPECT_EQ(rowsOf(file, "Select Version From Schemastand"), "5|\n");
+    EXPECT_EQ(rowsOf(file, "Select Version From Schemastand"), "6|\n");
     EXPECT_EQ(rowsOf(file, "PRAGMA integrity_check"), "ok|\n");
     EXPECT_EQ(erp.folder.read("alt/" + fs::path(file).filename().string()).substr(68, 4), "qxij");
 
     const ProgramResult second = runPlain({"--db", file, "upgrade"});
     EXPECT_EQ(second.status, 0);
-    EXPECT_EQ(second.output, "The database has version 5 already; nothing was changed.\n");
+    EXPECT_EQ(second.output, "The database has version 6 already; nothing was changed.\n");
     const Json run = runPlain({"--db", file, "--date", "24.11.2026", "process", "--json"}).json();
     EXPECT_EQ(run["counts"], version < 3 ? ofDemonstration : ofCustomers) << version;
     EXPECT_EQ(runPlain({"--db", file, "status", "--json"}).json()["runs"].size(), 1U);
@@ -154,12 +154,13 @@ view|Meine_Sicht|Meine_Sicht|CREATE VIEW Meine_Sicht AS SELECT * FROM Auftragspo
   EXPECT_EQ(result.status, 0) << result.messages;
   const auto until = result.output.find("As it was before: ");
   EXPECT_EQ(result.output.substr(0, until),
-            "The database was upgraded from version 2 to version 5.\n"
+            "The database was upgraded from version 2 to version 6.\n"
             "  ImportKopf: columns unchanged; index ImportKopf_Datum\n"
             "  Kundenstamm: columns unchanged; index Kundenstamm_Name\n"
             "  Auftragspos: columns defined anew; added ÄndUser\n"
             "  Verkaufspreise: columns unchanged; index Verkaufspreise_Artikel\n"
-            "  Importlaeufe: created; index Importlaeufe_Beginn\n");
+            "  Importlaeufe: created; index Importlaeufe_Beginn\n"
+            "  Eingangsdateien: created\n");
   EXPECT_EQ(rowsOf(file,
                    "Select type, name, tbl_name, sql From sqlite_master Where name Like 'Mein%' Order By "
                    "tbl_name, type"),
@@ -180,8 +181,8 @@ TEST_F(Maintained, WhatCannotBeUpgradedIsLeftAsItIs) {
        {Case{"ALTER TABLE Auftragspos ADD COLUMN Los", 4,
              ": the table Auftragspos has a column Los that this program does not know\nNothing was changed. "
              "Move what it holds to a table of its own and drop the column.\n"},
-        Case{"UPDATE Schemastand SET Version = 6", 4,
-             ": the database has version 6, this program works with version 5\nUse the program of that "
+        Case{"UPDATE Schemastand SET Version = 7", 4,
+             ": the database has version 7, this program works with version 6\nUse the program of that "
              "version, or another database with --db.\n"},
         Case{"UPDATE Schemastand SET Version = '1a'", 4, ": the database has version 1a, this program works"},
         Case{"DELETE FROM Schemastand", 4, ": the database does not hold the tables of this program\n"},

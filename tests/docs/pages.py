@@ -3,7 +3,7 @@
 
 A box (```) with lines that begin with "$ " is a session: each command is run by the shell, its output follows
 up to the next command, a comment ("# ...", after an empty line) or the end of the box. A page is worked through
-in a folder of its own that is empty but for a link to the sources. What varies is written as "...":
+in a folder of its own that is empty but for links to the sources, the examples and the shared files. What varies is written as "...":
 inside a line it stands for any text, alone on a line for any number of lines. A document of JSON may be broken
 behind its commas. A comment before a box says what else to do with it:
 
@@ -133,7 +133,8 @@ class Folder:
     def begin(self):
         self.end()
         self.path = tempfile.mkdtemp()
-        os.symlink(ROOT / "src", os.path.join(self.path, "src"))
+        for name in ("src", "examples", "share"):
+            os.symlink(ROOT / name, os.path.join(self.path, name))
 
     def end(self):
         if self.path:

@@ -36,7 +36,8 @@ grep -q 'the run was stopped before its end' <<<"$(MANWIDTH=200 man -l "$usr/sha
 units=$usr/lib/systemd/system
 sed -i "s|/usr/bin/qximportjob|$program|" "$units/qximportjob.service"
 cp "$usr/share/doc/qximportjob/examples/"*.service "$units"
-for unit in qximportjob.service qximportjob.timer qximportjob-failure@x.service; do
+sed -i "s|/usr/bin/qximportjob|$program|" "$units/qximportjob-watch.service"
+for unit in qximportjob.service qximportjob.timer qximportjob-failure@x.service qximportjob-watch.service; do
   found=$(systemd-analyze verify --man=no "$units/$unit" 2>&1) || complain "$unit: $found"
   # What other units of this machine lack is not ours.
   ! grep -F qximportjob <<<"$found" || complain "$unit: $found"

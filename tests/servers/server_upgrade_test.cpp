@@ -72,7 +72,7 @@ TEST_F(ServerUpgrade, TablesOfAnEarlierProgramAreUpgradedInOneUnitWithEveryRow) 
   const ProgramResult older = erp.run({"list"});
   EXPECT_EQ(older.status, 4);
   EXPECT_THAT(older.messages,
-              HasSubstr("the database has version 3, this program works with version 5\nUpgrade it, "
+              HasSubstr("the database has version 3, this program works with version 6\nUpgrade it, "
                         "after a backup, with: qximportjob --db"));
   const ProgramResult unsaved = erp.run({"upgrade"});
   EXPECT_EQ(unsaved.status, 2);
@@ -84,7 +84,7 @@ TEST_F(ServerUpgrade, TablesOfAnEarlierProgramAreUpgradedInOneUnitWithEveryRow) 
   const ProgramResult result = erp.run({"upgrade", "--backup-made"});
   ASSERT_EQ(result.status, 0) << result.messages;
   EXPECT_EQ(result.output,
-            "The database was upgraded from version 3 to version 5.\n"
+            "The database was upgraded from version 3 to version 6.\n"
             "  ImportKopf: columns defined anew; added Betreff, IndFild4; index ImportKopf_Datum, "
             "ImportKopf_Betreff\n"
             "  Kundenstamm: columns defined anew\n"
@@ -96,7 +96,7 @@ TEST_F(ServerUpgrade, TablesOfAnEarlierProgramAreUpgradedInOneUnitWithEveryRow) 
   removeForeign();
   EXPECT_EQ(tables(erp), before);
   EXPECT_EQ(erp.run({"upgrade", "--backup-made"}).output,
-            "The database has version 5 already; nothing was changed.\n");
+            "The database has version 6 already; nothing was changed.\n");
   EXPECT_EQ(erp.run({"process"}).status, 0);
   erp.expectWrittenOnce(2);
   const ProgramResult backup = erp.run({"backup", "erp.db"});
@@ -129,9 +129,9 @@ TEST_F(ServerUpgrade, WhatPreventsItLeavesTheTablesAsTheyAre) {
         Case{[&] { erp.execute("Create Type Belegindex As Enum ('Eins')"_sql); },
              [&] { erp.execute("Drop Type Belegindex"_sql); }, 4,
              "the upgrade failed: type \"belegindex\" already exists\nThe database is as it was."},
-        Case{[&] { erp.execute("Update Schemastand Set Version = 6"_sql); },
+        Case{[&] { erp.execute("Update Schemastand Set Version = 7"_sql); },
              [&] { erp.execute("Update Schemastand Set Version = 3"_sql); }, 4,
-             "the database has version 6, this program works with version 5"}}) {
+             "the database has version 7, this program works with version 6"}}) {
     each.begin();
     const ProgramResult result = erp.run({"upgrade", "--backup-made"});
     EXPECT_EQ(result.status, each.status) << result.messages;
@@ -150,8 +150,8 @@ TEST_F(ServerUpgrade, OfTwoAtTheSameTimeOneUpgradesAndTheOtherFindsItDone) {
     EXPECT_EQ(result.status, 0) << result.messages;
     outputs.insert(result.output.substr(0, result.output.find('\n')));
   }
-  EXPECT_THAT(outputs, ::testing::ElementsAre("The database has version 5 already; nothing was changed.",
-                                              "The database was upgraded from version 3 to version 5."));
+  EXPECT_THAT(outputs, ::testing::ElementsAre("The database has version 6 already; nothing was changed.",
+                                              "The database was upgraded from version 3 to version 6."));
   removeForeign();
   EXPECT_EQ(tables(erp), before);
 }

@@ -164,7 +164,7 @@ void TemporaryStaging::leaveOut(const std::vector<std::int64_t>& jobs) {
 }
 
 std::vector<KeyConflict> TemporaryStaging::copy(BusyWait& wait, CopyOrder order, std::int64_t most) {
-  WorkUnit unit(connection_, &wait);
+  WorkUnit unit(connection_, &wait, Join::IfOpen);
   findExisting(order.again);
   std::vector<KeyConflict> owned;
   appendConflicts(

@@ -114,7 +114,7 @@ void SqliteBulkStaging::leaveOut(const std::vector<std::int64_t>& jobs) {
 
 /// What ends without copying is committed, too: after a rollback the temporary tables could not be read.
 std::vector<KeyConflict> SqliteBulkStaging::copy(BusyWait& wait, CopyOrder order, std::int64_t most) {
-  WorkUnit unit(connection_, &wait);
+  WorkUnit unit(connection_, &wait, Join::IfOpen);
   findExisting(order.again);
   // In this order of tables: few positions of a file exist already, and a job is a wide row.
   std::vector<KeyConflict> owned;
