@@ -8,8 +8,8 @@
 
 namespace qx {
 
-/// All dialogs that a job view opens. The context must outlive them; `schemaVersion` is that of the database's
-/// tables.
+/// All dialogs that a job view opens. The context must outlive them; `schemaVersion` is that of the
+/// database's tables.
 JobViewDialogs dialogsOf(const DialogContext& context, std::string schemaVersion);
 
 } // namespace qx

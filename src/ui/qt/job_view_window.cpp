@@ -24,6 +24,7 @@
 #include <QProgressBar>
 #include <QScreen>
 #include <QScrollBar>
+#include <QShortcut>
 #include <QSplitter>
 #include <QStatusBar>
 #include <QToolBar>
@@ -138,6 +139,9 @@ JobViewWindow::JobViewWindow(Environment& environment, ImportJobObject2& engine,
   lower_->setStretchFactor(1, 2);
   lower_->setChildrenCollapsible(false);
   splitter_->addWidget(lower_);
+  auto* const back = new QShortcut(Qt::Key_Escape, lower_);
+  back->setContext(Qt::WidgetWithChildrenShortcut);
+  connect(back, &QShortcut::activated, list_, [this] { list_->setFocus(Qt::OtherFocusReason); });
   splitter_->setStretchFactor(0, 4);
   splitter_->setStretchFactor(1, 1);
   splitter_->setChildrenCollapsible(false);
@@ -312,6 +316,13 @@ QMenu* JobViewWindow::makeColumnMenu() {
   };
   widen(QStringLiteral("&Breiter"), QKeySequence(Qt::CTRL | Qt::Key_Plus), 2);
   widen(QStringLiteral("&Schmaler"), QKeySequence(Qt::CTRL | Qt::Key_Minus), -2);
+  const auto move = [this, menu](const QString& caption, const QKeySequence& keys, int places) {
+    QAction* action = menu->addAction(caption);
+    action->setShortcut(keys);
+    connect(action, &QAction::triggered, this, [this, places] { list_->moveCurrent(places); });
+  };
+  move(QStringLiteral("Nach &links"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Left), -1);
+  move(QStringLiteral("Nach &rechts"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Right), 1);
   connect(menu->addAction(QStringLiteral("&Zurücksetzen")), &QAction::triggered, this, [this] {
     list_->arrangeColumns();
     showKeys_->setChecked(false);

@@ -81,7 +81,8 @@ private:
 ExitCode openView(const ViewArguments& arguments, Diagnostics& diagnostics, QtDesktop& desktop) {
   std::optional<DialogContext> context;
   QtJobView view([&context](ImportJobObject2& engine) {
-    return std::make_unique<JobViewWindow>(context->environment, engine, dialogsOf(*context, Composition::schemaVersion()));
+    return std::make_unique<JobViewWindow>(context->environment, engine,
+                                           dialogsOf(*context, Composition::schemaVersion()));
   });
   Composition composition(arguments.options, diagnostics, desktop, view);
   Environment& environment = composition.open();
