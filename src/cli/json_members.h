@@ -1,8 +1,8 @@
 // Members that the JSON documents of several commands have.
 #pragma once
 
-#include "cli/json_writer.h"
 #include "engine/findings.h"
+#include "store/json_writer.h"
 
 #include <map>
 #include <string>

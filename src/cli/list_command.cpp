@@ -3,10 +3,10 @@
 #include "cli/close_words.h"
 #include "cli/job_table.h"
 #include "cli/job_terms.h"
-#include "cli/json_writer.h"
 #include "cli/terminal_text.h"
 #include "model/text.h"
 #include "platform/value.h"
+#include "store/json_writer.h"
 
 #include <algorithm>
 #include <array>

@@ -2,11 +2,11 @@
 
 #include "cli/job_terms.h"
 #include "cli/json_members.h"
-#include "cli/json_writer.h"
 #include "cli/terminal_text.h"
 #include "model/german_text.h"
 #include "model/text.h"
 #include "platform/value.h"
+#include "store/json_writer.h"
 
 namespace qx::cli {
 namespace {

@@ -1,13 +1,13 @@
 #include "cli/commands.h"
 
 #include "cli/job_terms.h"
-#include "cli/json_writer.h"
 #include "cli/progress_bar.h"
 #include "cli/stage_reader.h"
 #include "model/text.h"
 #include "platform/bulk_staging.h"
 #include "platform/conflict_retry.h"
 #include "program/busy_notice.h"
+#include "store/json_writer.h"
 
 #include <memory>
 #include <ostream>

@@ -2,6 +2,7 @@
 
 #include "ui/qt/job_dialog_window.h"
 #include "ui/qt/options_window.h"
+#include "ui/qt/qt_desktop.h"
 #include "ui/qt/small_windows.h"
 
 #include <utility>
@@ -25,6 +26,7 @@ JobViewDialogs dialogsOf(const DialogContext& context, std::string schemaVersion
   dialogs.report = [](QWidget* parent, std::string_view title, std::string_view text) {
     ErrorWindow(text, parent, title).exec();
   };
+  dialogs.askDeletion = askDeletionInBox;
   return dialogs;
 }
 

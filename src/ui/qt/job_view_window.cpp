@@ -538,6 +538,10 @@ void JobViewWindow::closeEvent(QCloseEvent* event) {
 
 std::unique_ptr<BusyWait> JobViewWindow::databaseWait() { return std::make_unique<QtBusyWait>(this); }
 
+std::optional<DeletionAnswer> JobViewWindow::askDeletion(const Message& question) {
+  return dialogs_.askDeletion ? dialogs_.askDeletion(question) : std::nullopt;
+}
+
 std::string_view JobViewWindow::programVersion() const { return versionNumber; }
 
 DialogEnd JobViewWindow::openJob(std::string_view jobId, const JobPlace& place) {

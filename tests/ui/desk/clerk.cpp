@@ -129,9 +129,8 @@ void Clerk::press(std::string_view keys, int times) {
   std::vector<xcb_keysym_t> held;
   for (bool more = true; more;) {
     more = false;
-    for (const auto& [name, symbol] : {std::pair<std::string_view, xcb_keysym_t>{"Strg+", control},
-                                       {"Umschalt+", shift},
-                                       {"Alt+", alt}})
+    for (const auto& [name, symbol] :
+         {std::pair<std::string_view, xcb_keysym_t>{"Strg+", control}, {"Umschalt+", shift}, {"Alt+", alt}})
       if (keys.starts_with(name)) {
         held.push_back(symbol);
         keys.remove_prefix(name.size());
@@ -165,7 +164,8 @@ void Clerk::awaitWindow(const char* name) const {
 
 QWidget* windowWithKeys(const char* name) {
   QWidget* window = QApplication::activeWindow();
-  if (window == nullptr || !window->isActiveWindow() || QApplication::focusWidget() == nullptr) return nullptr;
+  if (window == nullptr || !window->isActiveWindow() || QApplication::focusWidget() == nullptr)
+    return nullptr;
   return window->objectName() == QLatin1String(name) || window->inherits(name) ? window : nullptr;
 }
 

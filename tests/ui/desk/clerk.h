@@ -33,8 +33,8 @@ public:
   /// Types letters and digits.
   void type(std::string_view text);
 
-  /// Whether it comes true soon. The question is answered in the thread of the windows, as below; what it raises
-  /// there is raised here.
+  /// Whether it comes true soon. The question is answered in the thread of the windows, as below; what it
+  /// raises there is raised here.
   bool sees(const std::function<bool()>& fact) const;
   template <class Look>
   auto look(Look&& question) const {

@@ -18,7 +18,8 @@ protected:
     if (window->inherits("QMessageBox")) return "question";
     if (window->objectName() != QLatin1String(jobDialogName)) return fromQt(window->objectName());
     const auto& notice = part<QLabel>(window, "lblHinweis");
-    return fromQt(part<QLabel>(window, "lblStelle").text() + (notice.isVisible() ? notice.text() : QString()));
+    return fromQt(part<QLabel>(window, "lblStelle").text() +
+                  (notice.isVisible() ? notice.text() : QString()));
   }
   /// Presses keys that lead to something else, and says to what.
   static std::string after(Clerk& clerk, const char* keys) {
@@ -61,8 +62,8 @@ TEST_F(ClerksDay, FiftyParkedJobsAreMendedAndReleasedWithoutAMouse) {
     EXPECT_GE(saved, 50);
     EXPECT_EQ(clerk.look([this] { return parked(); }), 0);
     EXPECT_EQ(clerk.look([this] {
-                return erp.text("Select Strasse From ImportKopf Where JobID = '"_sql, value(movedCustomer), "'"_sql);
-              }),
+      return erp.text("Select Strasse From ImportKopf Where JobID = '"_sql, value(movedCustomer), "'"_sql);
+    }),
               "Mühlenweg 61");
     runAll(clerk);
     EXPECT_GT(clerk.look([this] { return view->state().counts.done; }), before.done + 30);
@@ -74,8 +75,8 @@ TEST_F(ClerksDay, AJobBehindTheListedOnesIsFoundAndOpened) {
     WorkUnit unit(erp.connection());
     for (int i = 0; i < 2100; ++i)
       erp.execute("Insert Into ImportKopf (JobID, JobType, Eingangsdatum, Kundennummer, Bez1) Values ('"_sql,
-                  value("Z" + std::to_string(i)), "', 11, '01.01.2020', '"_sql, value(std::to_string(90000 + i)),
-                  "', 'Weit hinten')"_sql);
+                  value("Z" + std::to_string(i)), "', 11, '01.01.2020', '"_sql,
+                  value(std::to_string(90000 + i)), "', 'Weit hinten')"_sql);
     unit.commit();
   }
   work([this](Clerk& clerk) {

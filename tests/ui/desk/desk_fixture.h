@@ -79,7 +79,8 @@ protected:
   }
   QTableView& list() { return part<QTableView>(view.get(), "TDBList1"); }
   std::string currentJob() {
-    return fromQt(list().currentIndex().siblingAtColumn(static_cast<int>(JobColumn::JobID)).data().toString());
+    return fromQt(
+        list().currentIndex().siblingAtColumn(static_cast<int>(JobColumn::JobID)).data().toString());
   }
   /// The job that the clerk would find by looking at the list.
   void choose(const std::string& jobId) {
@@ -100,9 +101,9 @@ protected:
 
   TestErp erp;
   QtDesktop desktop{erp.diagnostics};
-  Environment environment{erp.components, desktop,         erp.jobView,         erp.clock,
-                          erp.guids,      erp.localSettings, erp.iniFile,         erp.diagnostics,
-                          erp.liveness,   erp.database,    erp.environment.session, ""};
+  Environment environment{erp.components,          desktop,     erp.jobView,     erp.clock,    erp.guids,
+                          erp.localSettings,       erp.iniFile, erp.diagnostics, erp.liveness, erp.database,
+                          erp.environment.session, ""};
   ImportJobObject2 engine{environment};
   LookupBridge lookups{environment};
   DialogContext context{environment, engine, lookups, {}, askReleaseInBox};

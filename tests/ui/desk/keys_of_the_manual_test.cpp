@@ -58,7 +58,8 @@ protected:
   using Press = std::function<void(Clerk&, const Keys&)>;
 
   /// Presses every row of a table. `before` brings the clerk to where its keys are pressed.
-  void pressAll(const std::string& place, const std::map<std::string, Press>& presses, const Press& before = {}) {
+  void pressAll(const std::string& place, const std::map<std::string, Press>& presses,
+                const Press& before = {}) {
     work([&](Clerk& clerk) {
       std::set<std::string> written;
       for (const KeyRow& row : rowsOfManual()) {
@@ -78,7 +79,8 @@ protected:
         }
         returnToList(clerk);
       }
-      for (const auto& [keys, press] : presses) EXPECT_TRUE(written.contains(keys)) << keys << " is not written";
+      for (const auto& [keys, press] : presses)
+        EXPECT_TRUE(written.contains(keys)) << keys << " is not written";
     });
   }
 
@@ -104,15 +106,12 @@ protected:
   }
   static void expectFocus(Clerk& clerk, const char* name) {
     EXPECT_TRUE(clerk.sees([name] { return focusIs(name); }))
-        << name << " but "
-        << clerk.look([] { return fromQt(QApplication::focusWidget()->objectName()); });
+        << name << " but " << clerk.look([] { return fromQt(QApplication::focusWidget()->objectName()); });
   }
   static std::string fieldText(const char* name) { return fromQt(part<QLineEdit>(dialog(), name).text()); }
   static int findings() { return part<QTableView>(dialog(), "lstFehler").model()->rowCount(); }
   static QTableView& grid() { return part<QTableView>(dialog(), "TDBGrid1"); }
-  static QString caption(int column) {
-    return grid().model()->headerData(column, Qt::Horizontal).toString();
-  }
+  static QString caption(int column) { return grid().model()->headerData(column, Qt::Horizontal).toString(); }
   static QVariant cell(const char* captionOfColumn, int role = Qt::DisplayRole) {
     for (int column = 0; column < grid().model()->columnCount(); ++column)
       if (caption(column) == QLatin1String(captionOfColumn))
@@ -127,7 +126,8 @@ protected:
   static void goToColumn(Clerk& clerk, const char* captionOfColumn) {
     for (const char* arrow : {"Pfeil nach links", "Pfeil nach rechts"})
       for (int i = 0; i < 12; ++i) {
-        if (clerk.look([&] { return caption(grid().currentIndex().column()) == QLatin1String(captionOfColumn); }))
+        if (clerk.look(
+                [&] { return caption(grid().currentIndex().column()) == QLatin1String(captionOfColumn); }))
           return;
         const int from = clerk.look([] { return grid().currentIndex().column(); });
         clerk.press(arrow);
@@ -177,16 +177,19 @@ TEST_F(KeysOfTheManual, OfTheJobView) {
            [&](Clerk& clerk, const Keys& keys) {
              const auto before = view->state().rows.size();
              clerk.look([this] {
-               erp.execute("Insert Into ImportKopf (JobID, JobType, Eingangsdatum) Values ('NEU', 10, '01.01.2020')"_sql);
+               erp.execute(
+                   "Insert Into ImportKopf (JobID, JobType, Eingangsdatum) Values ('NEU', 10, '01.01.2020')"_sql);
                return true;
              });
              clerk.press(keys[0]);
-             expectSeen(clerk, [&] { return view->state().rows.size() == before + 1; }, "the new job");
+             expectSeen(
+                 clerk, [&] { return view->state().rows.size() == before + 1; }, "the new job");
            }},
           {"F9",
            [&](Clerk& clerk, const Keys& /*keys*/) {
              runAll(clerk);
-             expectSeen(clerk, [&] { return view->state().counts.waiting == 0; }, "that nothing waits");
+             expectSeen(
+                 clerk, [&] { return view->state().counts.waiting == 0; }, "that nothing waits");
            }},
           {"Entf",
            [&](Clerk& clerk, const Keys& keys) {
@@ -194,7 +197,8 @@ TEST_F(KeysOfTheManual, OfTheJobView) {
              clerk.press(keys[0]);
              clerk.awaitWindow("QMessageBox");
              clerk.press("Alt+J");
-             expectSeen(clerk, [&] { return view->state().rows.size() < before; }, "one job less");
+             expectSeen(
+                 clerk, [&] { return view->state().rows.size() < before; }, "one job less");
            }},
           {"Strg+G, Strg+Umschalt+G",
            [&](Clerk& clerk, const Keys& keys) {
@@ -224,34 +228,42 @@ TEST_F(KeysOfTheManual, OfTheJobView) {
           {"Umschalt+Pfeil, Strg+A",
            [&](Clerk& clerk, const Keys& keys) {
              clerk.press(keys[0]);
-             expectSeen(clerk, [&] { return marked() == 2; }, "two jobs");
+             expectSeen(
+                 clerk, [&] { return marked() == 2; }, "two jobs");
              clerk.press(keys[1]);
-             expectSeen(clerk, [&] { return marked() == view->state().rows.size(); }, "all jobs");
+             expectSeen(
+                 clerk, [&] { return marked() == view->state().rows.size(); }, "all jobs");
              clerk.press("Pos1");
            }},
           {"Strg+C",
            [&](Clerk& clerk, const Keys& keys) {
              clerk.press(keys[0]);
-             expectSeen(clerk, [] { return clipboard().contains(QStringLiteral("\tAuftrag")); }, "the row");
+             expectSeen(
+                 clerk, [] { return clipboard().contains(QStringLiteral("\tAuftrag")); }, "the row");
            }},
           {"Strg++, Strg+-",
            [&](Clerk& clerk, const Keys& keys) {
              const int first = clerk.look([this] { return list().currentIndex().column(); });
              clerk.press("Pfeil nach rechts");
-             expectSeen(clerk, [&] { return list().currentIndex().column() > first; }, "the next column");
+             expectSeen(
+                 clerk, [&] { return list().currentIndex().column() > first; }, "the next column");
              const int before = clerk.look(width);
              clerk.press(keys[0]);
-             expectSeen(clerk, [&] { return width() > before; }, "a wider column");
+             expectSeen(
+                 clerk, [&] { return width() > before; }, "a wider column");
              clerk.press(keys[1], 2);
-             expectSeen(clerk, [&] { return width() < before; }, "a narrower column");
+             expectSeen(
+                 clerk, [&] { return width() < before; }, "a narrower column");
            }},
           {"Strg+Umschalt+Pfeil nach links, Strg+Umschalt+Pfeil nach rechts",
            [&](Clerk& clerk, const Keys& keys) {
              const int before = clerk.look(place);
              clerk.press(keys[1]);
-             expectSeen(clerk, [&] { return place() == before + 1; }, "the column further right");
+             expectSeen(
+                 clerk, [&] { return place() == before + 1; }, "the column further right");
              clerk.press(keys[0]);
-             expectSeen(clerk, [&] { return place() == before; }, "the column further left");
+             expectSeen(
+                 clerk, [&] { return place() == before; }, "the column further left");
            }},
           {"Alt+F, Alt+U",
            [&](Clerk& clerk, const Keys& keys) {
@@ -262,21 +274,25 @@ TEST_F(KeysOfTheManual, OfTheJobView) {
            }},
           {"Eingabe, Leertaste (in den Ursachen)",
            [&](Clerk& clerk, const Keys& keys) {
-             expectSeen(clerk, [&] { return !view->state().causes.empty(); }, "causes");
+             expectSeen(
+                 clerk, [&] { return !view->state().causes.empty(); }, "causes");
              const auto all = view->state().rows.size();
              clerk.press("Alt+U");
              clerk.press("Pfeil nach unten");
              clerk.press(keys[0]);
-             expectSeen(clerk, [&] { return view->state().cause && view->state().rows.size() < all; },
-                        "the jobs of a cause");
+             expectSeen(
+                 clerk, [&] { return view->state().cause && view->state().rows.size() < all; },
+                 "the jobs of a cause");
              clerk.press(keys[1]);
-             expectSeen(clerk, [&] { return view->state().rows.size() == all; }, "all jobs");
+             expectSeen(
+                 clerk, [&] { return view->state().rows.size() == all; }, "all jobs");
            }},
           {"Esc (in den Befunden und Ursachen)",
            [&](Clerk& clerk, const Keys& keys) {
              for (const char* pane : {"Alt+F", "Alt+U"}) {
                clerk.press(pane);
-               expectSeen(clerk, [] { return !focusIs("TDBList1"); }, pane);
+               expectSeen(
+                   clerk, [] { return !focusIs("TDBList1"); }, pane);
                clerk.press(keys[0]);
                expectFocus(clerk, "TDBList1");
              }
@@ -290,10 +306,12 @@ TEST_F(KeysOfTheManual, OfTheJobView) {
            [&](Clerk& clerk, const Keys& keys) {
              clerk.press("Strg+F");
              clerk.type("xyz");
-             expectSeen(clerk, [&] { return view->state().rows.empty(); }, "nothing");
+             expectSeen(
+                 clerk, [&] { return view->state().rows.empty(); }, "nothing");
              clerk.press(keys[0]);
              expectFocus(clerk, "TDBList1");
-             expectSeen(clerk, [&] { return !view->state().rows.empty(); }, "the jobs");
+             expectSeen(
+                 clerk, [&] { return !view->state().rows.empty(); }, "the jobs");
            }},
           {"Eingabe, Pfeil nach unten (im Suchfeld)",
            [&](Clerk& clerk, const Keys& keys) {
@@ -307,7 +325,8 @@ TEST_F(KeysOfTheManual, OfTheJobView) {
           {"Alt und der unterstrichene Buchstabe",
            [&](Clerk& clerk, const Keys& /*keys*/) {
              clerk.press("Alt+B");
-             expectSeen(clerk, [] { return QApplication::activePopupWidget() != nullptr; }, "a menu");
+             expectSeen(
+                 clerk, [] { return QApplication::activePopupWidget() != nullptr; }, "a menu");
            }},
       });
 }
@@ -329,7 +348,8 @@ TEST_F(KeysOfTheManual, OfTheJobDialogs) {
              clerk.press("Strg+A");
              clerk.type("00101");
              clerk.press(keys[0]);
-             expectSeen(clerk, [&] { return findings() == before - 1; }, "a finding less");
+             expectSeen(
+                 clerk, [&] { return findings() == before - 1; }, "a finding less");
              expectFocus(clerk, "txtPLZ");
            }},
           {"Eingabe auf einer Schaltfläche",
@@ -351,7 +371,8 @@ TEST_F(KeysOfTheManual, OfTheJobDialogs) {
              clerk.press("Alt+U");
              expectFocus(clerk, "tdbdtVertragsdatum");
              clerk.press(keys[0]);
-             expectSeen(clerk, [] { return QApplication::activePopupWidget() != nullptr; }, "a calendar");
+             expectSeen(
+                 clerk, [] { return QApplication::activePopupWidget() != nullptr; }, "a calendar");
            }},
           {"Tab, Umschalt+Tab",
            [](Clerk& clerk, const Keys& keys) {
@@ -376,7 +397,8 @@ TEST_F(KeysOfTheManual, OfTheJobDialogs) {
              clerk.press("F6");
              clerk.press(keys[0]);
              clerk.awaitWindow(jobViewName);
-             EXPECT_EQ(erp.text("Select Strasse From ImportKopf Where JobID = '"_sql, value(movedCustomer), "'"_sql),
+             EXPECT_EQ(erp.text("Select Strasse From ImportKopf Where JobID = '"_sql, value(movedCustomer),
+                                "'"_sql),
                        "Mühlenweg 61");
            }},
           {"Strg+Eingabe",
@@ -395,9 +417,11 @@ TEST_F(KeysOfTheManual, OfTheJobDialogs) {
              };
              const QString before = clerk.look(place);
              clerk.press(keys[1]);
-             expectSeen(clerk, [&] { return !place().isEmpty() && place() != before; }, "the next job");
+             expectSeen(
+                 clerk, [&] { return !place().isEmpty() && place() != before; }, "the next job");
              clerk.press(keys[0]);
-             expectSeen(clerk, [&] { return place() == before; }, "the job before");
+             expectSeen(
+                 clerk, [&] { return place() == before; }, "the job before");
            }},
           {"F3, Umschalt+F3",
            [](Clerk& clerk, const Keys& keys) {
@@ -419,7 +443,8 @@ TEST_F(KeysOfTheManual, OfTheJobDialogs) {
              const QString field = clerk.look([] { return QApplication::focusWidget()->objectName(); });
              const int before = clerk.look([] { return findings(); });
              clerk.press(keys[0]);
-             expectSeen(clerk, [&] { return findings() == before - 1; }, "a finding less");
+             expectSeen(
+                 clerk, [&] { return findings() == before - 1; }, "a finding less");
              expectFocus(clerk, field.toUtf8().constData());
            }},
           {"Umschalt+F6",
@@ -440,7 +465,8 @@ TEST_F(KeysOfTheManual, OfTheJobDialogs) {
           {"Strg+C (in den Befunden)",
            [](Clerk& clerk, const Keys& keys) {
              clerk.press(keys[0]);
-             expectSeen(clerk, [] { return clipboard().contains(QStringLiteral("\tWarnung\t")); }, "the finding");
+             expectSeen(
+                 clerk, [] { return clipboard().contains(QStringLiteral("\tWarnung\t")); }, "the finding");
            }},
           {"Esc",
            [this](Clerk& clerk, const Keys& keys) {
@@ -458,179 +484,199 @@ TEST_F(KeysOfTheManual, OfTheJobDialogs) {
 
 TEST_F(KeysOfTheManual, OfThePositions) {
   const auto opensEditor = [](Clerk& clerk) {
-    expectSeen(clerk, [] { return edits(); }, "an editor");
+    expectSeen(
+        clerk, [] { return edits(); }, "an editor");
     clerk.press("Esc");
     expectFocus(clerk, "TDBGrid1");
   };
-  pressAll(
-      "Positionen",
-      {
-          {"Eingabe, F2 oder Tippen",
-           [&](Clerk& clerk, const Keys& keys) {
-             clerk.press(keys[0]);
-             opensEditor(clerk);
-             clerk.press(keys[1]);
-             opensEditor(clerk);
-             clerk.type("4");
-             opensEditor(clerk);
-           }},
-          {"Eingabe",
-           [](Clerk& clerk, const Keys& keys) {
-             clerk.type("42");
-             clerk.press(keys[0]);
-             expectSeen(clerk, [] { return cell("Menge").toString() == QStringLiteral("42"); }, "the quantity");
-           }},
-          {"Tab, Umschalt+Tab",
-           [](Clerk& clerk, const Keys& keys) {
-             const auto column = [] { return caption(grid().currentIndex().column()); };
-             clerk.press(keys[0]);
-             expectSeen(clerk, [&] { return column() == QStringLiteral("Einheit"); }, "the next cell");
-             clerk.press(keys[1]);
-             expectSeen(clerk, [&] { return column() == QStringLiteral("Menge"); }, "the cell before");
-           }},
-          {"Strg+Tab, Strg+Umschalt+Tab",
-           [](Clerk& clerk, const Keys& keys) {
-             for (const std::string& key : keys) {
-               clerk.press(key);
-               expectSeen(clerk, [] { return !focusIs("TDBGrid1"); }, key.c_str());
-               clerk.press("Alt+T");
-               expectFocus(clerk, "TDBGrid1");
-             }
-           }},
-          {"Esc",
-           [](Clerk& clerk, const Keys& keys) {
-             clerk.type("42");
-             expectSeen(clerk, [] { return edits(); }, "an editor");
-             clerk.press(keys[0]);
-             expectFocus(clerk, "TDBGrid1");
-             EXPECT_EQ(clerk.look([] { return fromQt(cell("Menge").toString()); }), "5000");
-           }},
-          {"F4 in Artikelnummer",
-           [](Clerk& clerk, const Keys& keys) {
-             goToColumn(clerk, "Artikelnummer");
-             clerk.press(keys[0]);
-             clerk.awaitWindow("lookupWindow");
-           }},
-          {"Leertaste in Lieferbereit oder Fakturierbereit",
-           [](Clerk& clerk, const Keys& keys) {
-             for (const char* column : {"Lieferbereit", "Fakturierbereit"}) {
-               goToColumn(clerk, column);
-               clerk.press(keys[0]);
-               expectSeen(clerk, [=] { return cell(column, Qt::CheckStateRole).toInt() == Qt::Unchecked; }, column);
-             }
-           }},
-          {"Eingabe oder Leertaste in Details",
-           [](Clerk& clerk, const Keys& keys) {
-             goToColumn(clerk, "Details");
-             for (const std::string& key : keys) {
-               clerk.press(key);
-               clerk.awaitWindow("frmAngaben");
-               clerk.press("Esc");
-               clerk.awaitWindow(jobDialogName);
-             }
-           }},
-          {"Einfg",
-           [](Clerk& clerk, const Keys& keys) {
-             clerk.press(keys[0]);
-             expectSeen(clerk, [] { return grid().model()->rowCount() == 2; }, "another row");
-           }},
-          {"Strg+Entf",
-           [](Clerk& clerk, const Keys& keys) {
-             clerk.press(keys[0]);
-             expectSeen(clerk, [] { return grid().model()->rowCount() == 0; }, "no row");
-           }},
-          {"Strg+C, Strg+V",
-           [](Clerk& clerk, const Keys& keys) {
-             clerk.press(keys[0]);
-             expectSeen(clerk, [] { return clipboard() == QStringLiteral("5000"); }, "the quantity");
-             clerk.look([] {
-               QApplication::clipboard()->setText(QStringLiteral("7"));
-               return true;
-             });
-             clerk.press(keys[1]);
-             expectSeen(
-                 clerk,
-                 [] {
-                   return cell("Menge").toString() + cell("Auslieferungsmenge").toString() +
-                              cell("Fakturiermenge").toString() ==
-                          QStringLiteral("777");
-                 },
-                 "the pasted quantity and those that follow it");
-           }},
-          {"Eingabe im Langtext",
-           [](Clerk& clerk, const Keys& keys) {
-             goToColumn(clerk, "Artikellangtext");
-             clerk.press("F2");
-             expectSeen(clerk, [] { return edits(); }, "an editor");
-             clerk.type("a");
-             clerk.press(keys[0]);
-             clerk.type("b");
-             clerk.press("Strg+Eingabe");
-             expectFocus(clerk, "TDBGrid1");
-             const std::string text =
-                 clerk.look([] { return fromQt(cell("Artikellangtext", Qt::EditRole).toString()); });
-             EXPECT_TRUE(text == "a\nb" || text == "a\r\nb") << text;
-           }},
-      },
-      [this](Clerk& clerk, const Keys& /*keys*/) {
-        open(clerk, orderWithoutStock);
-        // The finding leads to the quantity.
-        clerk.press("F3");
-        expectFocus(clerk, "TDBGrid1");
-      });
-}
-
-TEST_F(KeysOfTheManual, OfTheLookup) {
-  const auto table = []() -> QTableView& { return part<QTableView>(windowWithKeys("lookupWindow"), "lookupTable"); };
-  const auto row = [=] { return table().currentIndex().row(); };
-  pressAll("Auskunft",
+  pressAll("Positionen",
            {
-               {"Tippen",
-                [&](Clerk& clerk, const Keys& /*keys*/) {
-                  clerk.type("70003");
-                  expectSeen(
-                      clerk, [=] { return table().model()->index(0, 0).data().toString() == QStringLiteral("70003"); },
-                      "the customer");
-                }},
-               {"Pfeile, Bild auf, Bild ab",
+               {"Eingabe, F2 oder Tippen",
                 [&](Clerk& clerk, const Keys& keys) {
                   clerk.press(keys[0]);
-                  expectSeen(clerk, [=] { return row() == 1; }, "the next entry");
-                  clerk.press(keys[2]);
-                  expectSeen(clerk, [=] { return row() > 5; }, "the next page");
+                  opensEditor(clerk);
                   clerk.press(keys[1]);
-                  expectSeen(clerk, [=] { return row() < 3; }, "the page before");
+                  opensEditor(clerk);
+                  clerk.type("4");
+                  opensEditor(clerk);
                 }},
-               {"Pos1, Ende (in den Einträgen)",
-                [&](Clerk& clerk, const Keys& keys) {
-                  clerk.press("Tab");
-                  expectFocus(clerk, "lookupTable");
-                  clerk.press(keys[1]);
-                  expectSeen(clerk, [=] { return row() > 50; }, "the last entry");
-                  clerk.press(keys[0]);
-                  expectSeen(clerk, [=] { return row() == 0; }, "the first entry");
-                }},
-               {"Eingabe, Doppelklick",
+               {"Eingabe",
                 [](Clerk& clerk, const Keys& keys) {
-                  clerk.press("Pfeil nach unten");
+                  clerk.type("42");
                   clerk.press(keys[0]);
-                  clerk.awaitWindow(jobDialogName);
-                  EXPECT_EQ(clerk.look([] { return fieldText("txtKundennummer"); }), "14999");
+                  expectSeen(
+                      clerk, [] { return cell("Menge").toString() == QStringLiteral("42"); }, "the quantity");
+                }},
+               {"Tab, Umschalt+Tab",
+                [](Clerk& clerk, const Keys& keys) {
+                  const auto column = [] { return caption(grid().currentIndex().column()); };
+                  clerk.press(keys[0]);
+                  expectSeen(
+                      clerk, [&] { return column() == QStringLiteral("Einheit"); }, "the next cell");
+                  clerk.press(keys[1]);
+                  expectSeen(
+                      clerk, [&] { return column() == QStringLiteral("Menge"); }, "the cell before");
+                }},
+               {"Strg+Tab, Strg+Umschalt+Tab",
+                [](Clerk& clerk, const Keys& keys) {
+                  for (const std::string& key : keys) {
+                    clerk.press(key);
+                    expectSeen(
+                        clerk, [] { return !focusIs("TDBGrid1"); }, key.c_str());
+                    clerk.press("Alt+T");
+                    expectFocus(clerk, "TDBGrid1");
+                  }
                 }},
                {"Esc",
                 [](Clerk& clerk, const Keys& keys) {
-                  clerk.press("Pfeil nach unten");
+                  clerk.type("42");
+                  expectSeen(
+                      clerk, [] { return edits(); }, "an editor");
                   clerk.press(keys[0]);
-                  clerk.awaitWindow(jobDialogName);
-                  EXPECT_EQ(clerk.look([] { return fieldText("txtKundennummer"); }), "70061");
+                  expectFocus(clerk, "TDBGrid1");
+                  EXPECT_EQ(clerk.look([] { return fromQt(cell("Menge").toString()); }), "5000");
+                }},
+               {"F4 in Artikelnummer",
+                [](Clerk& clerk, const Keys& keys) {
+                  goToColumn(clerk, "Artikelnummer");
+                  clerk.press(keys[0]);
+                  clerk.awaitWindow("lookupWindow");
+                }},
+               {"Leertaste in Lieferbereit oder Fakturierbereit",
+                [](Clerk& clerk, const Keys& keys) {
+                  for (const char* column : {"Lieferbereit", "Fakturierbereit"}) {
+                    goToColumn(clerk, column);
+                    clerk.press(keys[0]);
+                    expectSeen(
+                        clerk, [=] { return cell(column, Qt::CheckStateRole).toInt() == Qt::Unchecked; },
+                        column);
+                  }
+                }},
+               {"Eingabe oder Leertaste in Details",
+                [](Clerk& clerk, const Keys& keys) {
+                  goToColumn(clerk, "Details");
+                  for (const std::string& key : keys) {
+                    clerk.press(key);
+                    clerk.awaitWindow("frmAngaben");
+                    clerk.press("Esc");
+                    clerk.awaitWindow(jobDialogName);
+                  }
+                }},
+               {"Einfg",
+                [](Clerk& clerk, const Keys& keys) {
+                  clerk.press(keys[0]);
+                  expectSeen(
+                      clerk, [] { return grid().model()->rowCount() == 2; }, "another row");
+                }},
+               {"Strg+Entf",
+                [](Clerk& clerk, const Keys& keys) {
+                  clerk.press(keys[0]);
+                  expectSeen(
+                      clerk, [] { return grid().model()->rowCount() == 0; }, "no row");
+                }},
+               {"Strg+C, Strg+V",
+                [](Clerk& clerk, const Keys& keys) {
+                  clerk.press(keys[0]);
+                  expectSeen(
+                      clerk, [] { return clipboard() == QStringLiteral("5000"); }, "the quantity");
+                  clerk.look([] {
+                    QApplication::clipboard()->setText(QStringLiteral("7"));
+                    return true;
+                  });
+                  clerk.press(keys[1]);
+                  expectSeen(
+                      clerk,
+                      [] {
+                        return cell("Menge").toString() + cell("Auslieferungsmenge").toString() +
+                                   cell("Fakturiermenge").toString() ==
+                               QStringLiteral("777");
+                      },
+                      "the pasted quantity and those that follow it");
+                }},
+               {"Eingabe im Langtext",
+                [](Clerk& clerk, const Keys& keys) {
+                  goToColumn(clerk, "Artikellangtext");
+                  clerk.press("F2");
+                  expectSeen(
+                      clerk, [] { return edits(); }, "an editor");
+                  clerk.type("a");
+                  clerk.press(keys[0]);
+                  clerk.type("b");
+                  clerk.press("Strg+Eingabe");
+                  expectFocus(clerk, "TDBGrid1");
+                  const std::string text =
+                      clerk.look([] { return fromQt(cell("Artikellangtext", Qt::EditRole).toString()); });
+                  EXPECT_TRUE(text == "a\nb" || text == "a\r\nb") << text;
                 }},
            },
            [this](Clerk& clerk, const Keys& /*keys*/) {
-             open(clerk, movedCustomer);
-             clerk.press("Alt+K");
-             clerk.press("F4");
-             clerk.awaitWindow("lookupWindow");
+             open(clerk, orderWithoutStock);
+             // The finding leads to the quantity.
+             clerk.press("F3");
+             expectFocus(clerk, "TDBGrid1");
            });
+}
+
+TEST_F(KeysOfTheManual, OfTheLookup) {
+  const auto table = []() -> QTableView& {
+    return part<QTableView>(windowWithKeys("lookupWindow"), "lookupTable");
+  };
+  const auto row = [=] { return table().currentIndex().row(); };
+  pressAll(
+      "Auskunft",
+      {
+          {"Tippen",
+           [&](Clerk& clerk, const Keys& /*keys*/) {
+             clerk.type("70003");
+             expectSeen(
+                 clerk,
+                 [=] { return table().model()->index(0, 0).data().toString() == QStringLiteral("70003"); },
+                 "the customer");
+           }},
+          {"Pfeile, Bild auf, Bild ab",
+           [&](Clerk& clerk, const Keys& keys) {
+             clerk.press(keys[0]);
+             expectSeen(
+                 clerk, [=] { return row() == 1; }, "the next entry");
+             clerk.press(keys[2]);
+             expectSeen(
+                 clerk, [=] { return row() > 5; }, "the next page");
+             clerk.press(keys[1]);
+             expectSeen(
+                 clerk, [=] { return row() < 3; }, "the page before");
+           }},
+          {"Pos1, Ende (in den Einträgen)",
+           [&](Clerk& clerk, const Keys& keys) {
+             clerk.press("Tab");
+             expectFocus(clerk, "lookupTable");
+             clerk.press(keys[1]);
+             expectSeen(
+                 clerk, [=] { return row() > 50; }, "the last entry");
+             clerk.press(keys[0]);
+             expectSeen(
+                 clerk, [=] { return row() == 0; }, "the first entry");
+           }},
+          {"Eingabe, Doppelklick",
+           [](Clerk& clerk, const Keys& keys) {
+             clerk.press("Pfeil nach unten");
+             clerk.press(keys[0]);
+             clerk.awaitWindow(jobDialogName);
+             EXPECT_EQ(clerk.look([] { return fieldText("txtKundennummer"); }), "14999");
+           }},
+          {"Esc",
+           [](Clerk& clerk, const Keys& keys) {
+             clerk.press("Pfeil nach unten");
+             clerk.press(keys[0]);
+             clerk.awaitWindow(jobDialogName);
+             EXPECT_EQ(clerk.look([] { return fieldText("txtKundennummer"); }), "70061");
+           }},
+      },
+      [this](Clerk& clerk, const Keys& /*keys*/) {
+        open(clerk, movedCustomer);
+        clerk.press("Alt+K");
+        clerk.press("F4");
+        clerk.awaitWindow("lookupWindow");
+      });
 }
 
 TEST_F(KeysOfTheManual, OfTheSmallWindows) {
@@ -639,47 +685,50 @@ TEST_F(KeysOfTheManual, OfTheSmallWindows) {
     const char* entry;
     const char* window;
   };
-  const Way ways[] = {{"Alt+X", "o", "frmOptions"}, {"Alt+B", "d", "frmDeleteDate"}, {"Alt+H", "i", "frmAbout2"}};
+  const Way ways[] = {
+      {"Alt+X", "o", "frmOptions"}, {"Alt+B", "d", "frmDeleteDate"}, {"Alt+H", "i", "frmAbout2"}};
   const auto go = [](Clerk& clerk, const Way& way) {
     clerk.press(way.menu);
     clerk.press(way.entry);
     clerk.awaitWindow(way.window);
   };
-  pressAll("Optionen und kleine Fenster",
-           {
-               {"Eingabe",
-                [&](Clerk& clerk, const Keys& keys) {
-                  for (const Way& way : ways) {
-                    go(clerk, way);
-                    clerk.press(keys[0]);
-                    // The deletion has its question.
-                    clerk.awaitWindow(way.entry == std::string("d") ? "QMessageBox" : jobViewName);
-                    returnToList(clerk);
-                  }
-                }},
-               {"Esc",
-                [&](Clerk& clerk, const Keys& keys) {
-                  for (const Way& way : ways) {
-                    go(clerk, way);
-                    clerk.press(keys[0]);
-                    clerk.awaitWindow(jobViewName);
-                  }
-                }},
-               {"Leertaste",
-                [&](Clerk& clerk, const Keys& keys) {
-                  go(clerk, ways[0]);
-                  const auto ticked = [] {
-                    return part<QAbstractButton>(windowWithKeys("frmOptions"), "chkCheckKreditlimit").isChecked();
-                  };
-                  clerk.look([] {
-                    part<QWidget>(windowWithKeys("frmOptions"), "chkCheckKreditlimit").setFocus();
-                    return true;
-                  });
-                  const bool before = clerk.look(ticked);
-                  clerk.press(keys[0]);
-                  expectSeen(clerk, [&] { return ticked() != before; }, "the tick");
-                }},
-           });
+  pressAll(
+      "Optionen und kleine Fenster",
+      {
+          {"Eingabe",
+           [&](Clerk& clerk, const Keys& keys) {
+             for (const Way& way : ways) {
+               go(clerk, way);
+               clerk.press(keys[0]);
+               // The deletion has its question.
+               clerk.awaitWindow(way.entry == std::string("d") ? "QMessageBox" : jobViewName);
+               returnToList(clerk);
+             }
+           }},
+          {"Esc",
+           [&](Clerk& clerk, const Keys& keys) {
+             for (const Way& way : ways) {
+               go(clerk, way);
+               clerk.press(keys[0]);
+               clerk.awaitWindow(jobViewName);
+             }
+           }},
+          {"Leertaste",
+           [&](Clerk& clerk, const Keys& keys) {
+             go(clerk, ways[0]);
+             const auto ticked = [] {
+               return part<QAbstractButton>(windowWithKeys("frmOptions"), "chkCheckKreditlimit").isChecked();
+             };
+             clerk.look([] {
+               part<QWidget>(windowWithKeys("frmOptions"), "chkCheckKreditlimit").setFocus();
+               return true;
+             });
+             const bool before = clerk.look(ticked);
+             clerk.press(keys[0]);
+             expectSeen(
+                 clerk, [&] { return ticked() != before; }, "the tick");
+           }},
+      });
 }
 
 } // namespace

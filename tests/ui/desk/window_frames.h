@@ -6,8 +6,8 @@
 namespace qx {
 
 /// Gives windows their frames and the keyboard to the newest one, as on a clerk's desk. Starts it on the
-/// display that the environment names and ends it with the object. Raises `std::runtime_error` when it does not
-/// come up.
+/// display that the environment names and ends it with the object. Raises `std::runtime_error` when it does
+/// not come up.
 class WindowFrames {
 public:
   WindowFrames();

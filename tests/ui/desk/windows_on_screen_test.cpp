@@ -57,8 +57,9 @@ TEST_F(WindowsOnScreen, EveryWindowIsSeenWholeWithItsFrame) {
     leave(clerk, jobViewName);
     open(clerk, orderWithoutStock);
     expectWhole(clerk, jobDialogName);
-    visit(clerk, {"F3", "Strg+Pos1", "Pfeil nach rechts", "Pfeil nach rechts", "Pfeil nach rechts",
-                  "Pfeil nach rechts", "Pfeil nach rechts", "Pfeil nach rechts", "Pfeil nach rechts", "Eingabe"},
+    visit(clerk,
+          {"F3", "Strg+Pos1", "Pfeil nach rechts", "Pfeil nach rechts", "Pfeil nach rechts",
+           "Pfeil nach rechts", "Pfeil nach rechts", "Pfeil nach rechts", "Pfeil nach rechts", "Eingabe"},
           "frmAngaben");
     leave(clerk, jobDialogName);
     leave(clerk, jobViewName);
