@@ -45,7 +45,7 @@ JobListView::JobListView(QWidget* parent)
 void JobListView::arrangeColumns() {
   const int letter = fontMetrics().averageCharWidth();
   // In characters; the last column takes the remaining width.
-  constexpr std::array<int, jobColumnCount> widths{0, 36, 20, 13, 11, 46, 36, 13, 30};
+  constexpr std::array<int, jobColumnCount> widths{0, 36, 20, 13, 11, 52, 34, 13, 28};
   for (std::size_t column = 1; column < jobColumnCount; ++column)
     setColumnWidth(static_cast<int>(column), widths[column] * letter);
   setColumnWidth(0, verticalHeader()->defaultSectionSize() + 2 * letter);
