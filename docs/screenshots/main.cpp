@@ -3,11 +3,11 @@
 #include "composition/composition.h"
 #include "engine/import_job_object2.h"
 #include "ui/lookup_bridge.h"
+#include "ui/qt/appearance.h"
 #include "ui/qt/job_dialog_window.h"
 #include "ui/qt/job_view_window.h"
 #include "ui/qt/lookup_window.h"
 #include "ui/qt/options_window.h"
-#include "ui/qt/pictures.h"
 #include "ui/qt/small_windows.h"
 #include "ui/qt/text.h"
 
@@ -150,7 +150,7 @@ int main(int count, char** arguments) {
   QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
   QApplication application(count, arguments);
   QApplication::setStyle(QStringLiteral("Fusion"));
-  QApplication::setWindowIcon(qx::picture("qximportjob"));
+  qx::dress(application);
   try {
     qx::draw(arguments[1], arguments[2]);
     return 0;

@@ -2,9 +2,9 @@
 
 #include "cli/job_terms.h"
 #include "cli/json_members.h"
-#include "cli/json_writer.h"
 #include "engine/job_check.h"
 #include "model/text.h"
+#include "store/json_writer.h"
 
 #include <algorithm>
 #include <functional>

@@ -1,6 +1,5 @@
 #include "cli/commands.h"
 
-#include "cli/json_writer.h"
 #include "cli/new_file.h"
 #include "cli/settings_file.h"
 #include "cli/text_source.h"
@@ -8,6 +7,7 @@
 #include "convert/map_reader.h"
 #include "platform/path_text.h"
 #include "platform/terminal.h"
+#include "store/json_writer.h"
 
 #include <filesystem>
 #include <ostream>

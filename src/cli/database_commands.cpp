@@ -1,8 +1,8 @@
 #include "cli/commands.h"
 
-#include "cli/json_writer.h"
 #include "platform/maintenance.h"
 #include "platform/path_text.h"
+#include "store/json_writer.h"
 
 #include <string>
 #include <string_view>

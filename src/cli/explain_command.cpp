@@ -2,9 +2,9 @@
 
 #include "cli/job_terms.h"
 #include "cli/json_members.h"
-#include "cli/json_writer.h"
 #include "model/text.h"
 #include "store/job_list.h"
+#include "store/json_writer.h"
 
 #include <algorithm>
 #include <string_view>

@@ -1,7 +1,6 @@
 #include "cli/file_staging.h"
 
 #include "cli/json_members.h"
-#include "cli/json_writer.h"
 #include "cli/new_file.h"
 #include "cli/object_texts.h"
 #include "cli/progress_bar.h"
@@ -10,6 +9,7 @@
 #include "platform/conflict_retry.h"
 #include "platform/path_text.h"
 #include "program/busy_notice.h"
+#include "store/json_writer.h"
 
 #include <algorithm>
 #include <filesystem>

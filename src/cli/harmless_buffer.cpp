@@ -1,5 +1,7 @@
 #include "cli/harmless_buffer.h"
 
+#include "model/control_characters.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -36,16 +38,6 @@ std::string_view sequenceOf(Style style) {
 }
 
 } // namespace
-
-bool isControl(std::string_view character) {
-  const auto between = [&](std::string_view lead, char first, char last) {
-    return character.size() == lead.size() + 1 && character.starts_with(lead) && character.back() >= first &&
-           character.back() <= last;
-  };
-  // The second half of Latin-1's controls, line separators and marks of the writing direction.
-  return between("\xC2", '\x80', '\x9F') || between("\xE2\x80", '\xA8', '\xAE') ||
-         between("\xE2\x81", '\xA6', '\xA9');
-}
 
 HarmlessBuffer::int_type HarmlessBuffer::overflow(int_type character) {
   if (traits_type::eq_int_type(character, traits_type::eof())) return traits_type::not_eof(character);

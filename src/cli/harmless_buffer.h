@@ -15,10 +15,6 @@ enum class Style : std::uint8_t { Plain, Good, Warning, Bad, Faint };
 /// The priorities of the system's log.
 enum class Priority : std::uint8_t { Error = 3, Warning = 4, Information = 6 };
 
-/// Whether a character acts on a terminal instead of being shown: U+0080 to U+009F, the separators of lines
-/// and the marks of direction. (Those of ASCII are not asked for.)
-bool isControl(std::string_view character);
-
 /// A line at the end of the terminal that is drawn again and again.
 class LiveLine {
 public:

@@ -2,9 +2,9 @@
 #pragma once
 
 #include "cli/command.h"
-#include "cli/json_writer.h"
 #include "cli/progress_bar.h"
 #include "store/job_file_report.h"
+#include "store/json_writer.h"
 
 #include <functional>
 #include <set>

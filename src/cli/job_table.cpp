@@ -1,10 +1,10 @@
 #include "cli/job_table.h"
 
 #include "cli/job_terms.h"
-#include "cli/json_writer.h"
-#include "cli/kept_row.h"
 #include "cli/new_file.h"
 #include "model/text.h"
+#include "store/json_writer.h"
+#include "store/kept_jobs.h"
 
 #include <cstdint>
 #include <memory>
@@ -17,18 +17,6 @@ namespace {
 
 std::unique_ptr<Recordset> headerOf(Connection& connection, const std::string& key) {
   return connection.open(sql("Select * From ImportKopf Where JobID = '"_sql, value(key), "'"_sql));
-}
-
-void writeKept(std::ostream& file, Connection& connection, Recordset& header) {
-  JsonWriter json(file);
-  json.beginObject().key("type").text(keptType).columns(header, header.fieldCount());
-  json.key("Positionen").beginArray();
-  const auto positions = connection.open(
-      sql("Select * From ImportPos Where JobID = '"_sql, value(header.text("JobID")), "'"_sql));
-  for (; !positions->eof(); positions->moveNext())
-    json.beginObject().columns(*positions, positions->fieldCount()).endObject();
-  json.endArray().endObject();
-  file << '\n';
 }
 
 } // namespace
@@ -68,9 +56,7 @@ void showWhatWould(const Output& output, Connection& connection, const std::vect
 
 void keepJobs(Connection& connection, const std::vector<std::string>& keys, const std::string& file) {
   writeNewFile(file, [&](std::ostream& stream) {
-    for (const std::string& key : keys)
-      if (const auto header = headerOf(connection, key); !header->eof())
-        writeKept(stream, connection, *header);
+    writeKeptJobs(connection, keys, [&](const std::string& line) { stream << line; });
   });
 }
 

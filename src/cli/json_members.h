@@ -1,10 +1,10 @@
 // Members that the JSON documents of several commands have.
 #pragma once
 
-#include "cli/json_writer.h"
 #include "engine/findings.h"
 #include "platform/database.h"
 #include "program/input_fault.h"
+#include "store/json_writer.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -3,6 +3,7 @@
 
 #include "cli/stage_value.h"
 #include "platform/database.h"
+#include "store/kept_jobs.h"
 
 #include <cstdint>
 #include <optional>
@@ -11,9 +12,6 @@
 #include <vector>
 
 namespace qx::cli {
-
-/// The type of an object of a file that `delete --keep` has written.
-inline constexpr std::string_view keptType = "ImportKopf";
 
 /// Takes the columns of one row of a staging table as they are.
 class KeptRow {

@@ -4,11 +4,11 @@
 #include "cli/job_table.h"
 #include "cli/job_terms.h"
 #include "cli/json_members.h"
-#include "cli/json_writer.h"
 #include "cli/terminal_text.h"
 #include "model/text.h"
 #include "platform/value.h"
 #include "program/common_options.h"
+#include "store/json_writer.h"
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,7 @@
 #include "cli/commands.h"
 
-#include "cli/json_writer.h"
 #include "program/busy_notice.h"
+#include "store/json_writer.h"
 
 namespace qx::cli {
 namespace {

@@ -7,12 +7,12 @@
 #include "cli/command_line.h"
 #include "cli/harmless_buffer.h"
 #include "cli/json_members.h"
-#include "cli/json_writer.h"
 #include "cli/out_of_memory.h"
 #include "composition/composition.h"
 #include "model/text.h"
 #include "platform/terminal.h"
 #include "program/version.h"
+#include "store/json_writer.h"
 
 #include <exception>
 #include <iostream>

@@ -1,7 +1,6 @@
 #include "cli/commands.h"
 
 #include "cli/job_terms.h"
-#include "cli/json_writer.h"
 #include "cli/table.h"
 #include "engine/day_protocol.h"
 #include "engine/findings.h"
@@ -11,6 +10,7 @@
 #include "program/busy_notice.h"
 #include "program/common_options.h"
 #include "rules/dates.h"
+#include "store/json_writer.h"
 #include "store/run_book.h"
 
 #include <algorithm>

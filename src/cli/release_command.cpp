@@ -1,10 +1,10 @@
 #include "cli/commands.h"
 
 #include "cli/job_terms.h"
-#include "cli/json_writer.h"
 #include "model/text.h"
 #include "platform/conflict_retry.h"
 #include "program/busy_notice.h"
+#include "store/json_writer.h"
 
 namespace qx::cli {
 namespace {

@@ -1,8 +1,8 @@
 // Why the jobs of a run were not written, grouped.
 #pragma once
 
-#include "cli/json_writer.h"
 #include "engine/job_outcome.h"
+#include "store/json_writer.h"
 
 #include <cstddef>
 #include <map>

@@ -2,10 +2,10 @@
 #pragma once
 
 #include "cli/command.h"
-#include "cli/json_writer.h"
 #include "cli/run_causes.h"
 #include "cli/table.h"
 #include "engine/job_outcome.h"
+#include "store/json_writer.h"
 
 #include <chrono>
 

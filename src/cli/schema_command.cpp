@@ -1,12 +1,12 @@
 #include "cli/commands.h"
 
 #include "cli/job_terms.h"
-#include "cli/json_writer.h"
 #include "cli/property_terms.h"
 #include "cli/stage_reader.h"
 #include "model/entry_records.h"
 #include "model/import_job.h"
 #include "program/program_error.h"
+#include "store/json_writer.h"
 
 #include <algorithm>
 #include <charconv>

@@ -1,7 +1,6 @@
 #include "cli/commands.h"
 
 #include "cli/close_words.h"
-#include "cli/json_writer.h"
 #include "cli/new_file.h"
 #include "cli/settings_file.h"
 #include "cli/terminal_text.h"
@@ -11,6 +10,7 @@
 #include "program/busy_notice.h"
 #include "settings/option_terms.h"
 #include "settings/settings.h"
+#include "store/json_writer.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -2,12 +2,12 @@
 
 #include "cli/job_terms.h"
 #include "cli/json_members.h"
-#include "cli/json_writer.h"
 #include "cli/terminal_text.h"
 #include "engine/erp_number.h"
 #include "model/german_text.h"
 #include "model/text.h"
 #include "platform/value.h"
+#include "store/json_writer.h"
 
 #include <array>
 #include <charconv>

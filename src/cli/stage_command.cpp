@@ -3,9 +3,9 @@
 #include "cli/file_staging.h"
 #include "cli/job_terms.h"
 #include "cli/json_members.h"
-#include "cli/json_writer.h"
 #include "model/text.h"
 #include "platform/bulk_staging.h"
+#include "store/json_writer.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -1,10 +1,10 @@
 #include "cli/commands.h"
 
 #include "cli/job_terms.h"
-#include "cli/json_writer.h"
 #include "cli/table.h"
 #include "model/date.h"
 #include "model/text.h"
+#include "store/json_writer.h"
 #include "store/run_book.h"
 
 #include <algorithm>

@@ -2,13 +2,13 @@
 
 #include "cli/file_staging.h"
 
-#include "cli/json_writer.h"
 #include "cli/watched_folder.h"
 #include "model/text.h"
 #include "platform/folder_watch.h"
 #include "platform/path_text.h"
 #include "platform/stop_requests.h"
 #include "store/entry_objects.h"
+#include "store/json_writer.h"
 #include "store/staged_files.h"
 
 #include <chrono>

@@ -19,6 +19,13 @@ Sql releaseOf(std::string_view jobId, bool released) {
       .append(parkedCondition({}));
 }
 
+std::vector<std::string> keysOf(Connection& connection, const Sql& select) {
+  std::vector<std::string> keys;
+  const auto rows = connection.open(select);
+  for (; !rows->eof(); rows->moveNext()) keys.push_back(rows->text("JobID"));
+  return keys;
+}
+
 } // namespace
 
 ReleasedJobs readReleasedJobs(Connection& connection) {
@@ -55,12 +62,13 @@ void forEachReason(Connection& connection, const JobListFilter& filter,
   for (; !rows->eof(); rows->moveNext()) take(rows->text("JobID"), rows->text("Fehlertext"));
 }
 
+std::vector<std::string> waitingJobs(Connection& connection) {
+  return keysOf(connection, sql("Select JobID From ImportKopf Where JobType In (10, 20, 30)"_sql));
+}
+
 std::vector<std::string> contractsWithCustomer(Connection& connection, std::string_view customer) {
-  std::vector<std::string> keys;
-  const auto rows = connection.open(sql("Select JobID From ImportKopf Where Kundennummer = '"_sql,
-                                        value(customer), "' And JobType In (40, 41, 42, 44)"_sql));
-  for (; !rows->eof(); rows->moveNext()) keys.push_back(rows->text("JobID"));
-  return keys;
+  return keysOf(connection, sql("Select JobID From ImportKopf Where Kundennummer = '"_sql, value(customer),
+                                "' And JobType In (40, 41, 42, 44)"_sql));
 }
 
 } // namespace qx

@@ -1,4 +1,4 @@
-// The jobs that wait for the clerk: why they were parked, and their release.
+// The jobs that wait: for the run, or for the clerk, why they were parked and their release.
 #pragma once
 
 #include "model/job_codes.h"
@@ -36,6 +36,9 @@ std::size_t setReleased(Environment& environment, const std::vector<std::string>
 /// Passes key and reasons (`Fehlertext`) of each parked job of the filter.
 void forEachReason(Connection& connection, const JobListFilter& filter,
                    const std::function<void(const std::string& jobId, const std::string& reasons)>& take);
+
+/// The keys of all jobs that wait for the run and can be opened.
+std::vector<std::string> waitingJobs(Connection& connection);
 
 /// The keys of the contracts that came with a customer and are deleted with its job.
 std::vector<std::string> contractsWithCustomer(Connection& connection, std::string_view customer);

@@ -27,4 +27,6 @@ std::string counted(std::int64_t count, std::string_view one, std::string_view m
   return grouped(count) + " " + std::string(count == 1 ? one : more);
 }
 
+std::string jobsInWords(std::size_t count) { return counted(whole(count), "Vorgang", "Vorgänge"); }
+
 } // namespace qx

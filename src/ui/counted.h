@@ -17,5 +17,7 @@ std::string grouped(std::int64_t number);
 std::string groupedSum(double sum);
 /// A number and what it counts: "1 Vorgang", "2.000 Vorgänge".
 std::string counted(std::int64_t count, std::string_view one, std::string_view more);
+/// "1 Vorgang", "2.000 Vorgänge".
+std::string jobsInWords(std::size_t count);
 
 } // namespace qx

@@ -5,6 +5,8 @@
 #include "ui/counted.h"
 
 #include <exception>
+#include <string>
+#include <vector>
 
 namespace qx {
 
@@ -27,12 +29,12 @@ std::optional<Date> DeleteByDatePresenter::confirmedDate(std::string_view day) {
                                MessageIcon::Exclamation});
     return std::nullopt;
   }
-  std::size_t jobs = 0;
+  std::vector<std::string> jobs;
   if (trapped(
           environment_.diagnostics, {"counting the done jobs"},
           [&] {
             JobDeletion deletion(environment_);
-            jobs = deletion.doneBefore(*date).size();
+            jobs = deletion.doneBefore(*date);
             if (deletion.refusals() > 0) throw StatementError("Die Datenbank hat das abgelehnt.", 0);
           },
           [&](const std::exception& failure) {
@@ -42,16 +44,17 @@ std::optional<Date> DeleteByDatePresenter::confirmedDate(std::string_view day) {
           }))
     return std::nullopt;
   const std::string before = " vor dem " + germanDate(*date) + " eingegangen.";
-  if (jobs == 0) {
+  if (jobs.empty()) {
     showMessage(environment_,
                 {"Kein erledigter Vorgang ist" + before, std::string(title), MessageIcon::Information});
     return std::nullopt;
   }
   const std::string question =
-      jobs == 1 ? "Ein erledigter Vorgang ist" + before + "\r\nSoll er endgültig gelöscht werden?"
-                : grouped(whole(jobs)) + " erledigte Vorgänge sind" + before +
-                      "\r\nSollen sie endgültig gelöscht werden?";
-  if (!askQuestion(environment_, {question, std::string(title), MessageIcon::None})) return std::nullopt;
+      jobs.size() == 1 ? "Ein erledigter Vorgang ist" + before + "\r\nSoll er endgültig gelöscht werden?"
+                       : grouped(whole(jobs.size())) + " erledigte Vorgänge sind" + before +
+                             "\r\nSollen sie endgültig gelöscht werden?";
+  if (!askBeforeDeletion(environment_, ask_, {question, std::string(title), MessageIcon::None}, jobs))
+    return std::nullopt;
   return date;
 }
 

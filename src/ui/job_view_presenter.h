@@ -2,7 +2,9 @@
 #pragma once
 
 #include "engine/import_job_object2.h"
+#include "platform/failure.h"
 #include "store/parked_jobs.h"
+#include "ui/deletion_question.h"
 #include "ui/job_causes.h"
 #include "ui/job_place.h"
 #include "ui/job_view_terms.h"
@@ -38,6 +40,8 @@ public:
   virtual void redraw() = 0;
   /// Creates the notice shown while another program holds the database; null for none.
   virtual std::unique_ptr<BusyWait> databaseWait() { return nullptr; }
+  /// Asks before a deletion; null when the window leaves that to a yes-no question.
+  virtual std::optional<DeletionAnswer> askDeletion(const Message& /*question*/) { return std::nullopt; }
   /// Closes the window as its close box does, once the message loop runs again.
   virtual void closeWindow() = 0;
 };
@@ -155,8 +159,12 @@ private:
   void ProcessProgress(std::int16_t percent) override;
   void ProcessInfo(std::string_view info) override;
 
+  /// False when the step has failed, which is reported.
   template <class Step>
-  bool skip(std::string_view where, Step&& step);
+  bool skip(std::string_view where, Step&& step) {
+    const std::string job = currentJob().value_or("");
+    return !trapped(environment_.diagnostics, {where, job}, step);
+  }
   bool databaseIsFree();
   void verify();
   void refresh();
@@ -170,12 +178,14 @@ private:
   std::vector<std::size_t> targets() const;
   std::vector<std::string> keysOf(const std::vector<std::size_t>& rows) const;
   std::string deletionQuestion(const std::vector<std::size_t>& rows);
+  DeletionConsent mayDelete(const Message& question, const std::vector<std::string>& jobs);
   void keepCurrent(const std::optional<std::string>& jobId, std::optional<std::size_t> row);
   void readPermissions();
   void openCurrent();
   void erase();
-  template <bool Released>
-  void setRelease();
+  void setRelease(bool released);
+  void release() { setRelease(true); }
+  void takeBack() { setRelease(false); }
   void showProtocol();
   RunReport process(qxProcessState selection);
   template <qxProcessState Selection>

@@ -46,6 +46,8 @@ std::string rowStateText(const JobListRow& row);
 std::string rowName(const JobListRow& row);
 /// `PROCESSING`, `WARNING`, `ERROR` or `PROCESSED`; empty for a code without a picture.
 std::string_view statePicture(std::int16_t jobType);
+/// Whether there is a dialog for the job.
+inline bool canBeOpened(const JobListRow& row) { return !statePicture(row.jobType).empty(); }
 
 /// The text of a cell; empty for the picture column.
 std::string cellText(const JobListRow& row, JobColumn column);

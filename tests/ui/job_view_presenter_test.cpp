@@ -6,8 +6,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 
 namespace qx {
 namespace {
@@ -33,6 +35,10 @@ public:
   void showCurrent() override { ++currentShown; }
   void redraw() override { ++redraws; }
   void closeWindow() override { ++closings; }
+  std::optional<DeletionAnswer> askDeletion(const Message& question) override {
+    questions.push_back(question.text);
+    return deletion;
+  }
   std::unique_ptr<BusyWait> databaseWait() override {
     class GivingUp final : public BusyWait {
     public:
@@ -50,6 +56,8 @@ public:
   int redraws = 0;
   std::vector<std::string> reports; ///< "title|text"
   int closings = 0;
+  std::vector<std::string> questions;     ///< before deletions
+  std::optional<DeletionAnswer> deletion; ///< null for the desktop's question
   std::function<void(std::string_view)> onOpen;
   std::function<void()> onOptions;
 };
@@ -622,10 +630,94 @@ TEST_F(JobViewTest, DoneJobsAreDeletedInFewUnitsOfWork) {
     ++yields;
     inUnits += erp.connection().inWork() ? 1 : 0;
   };
+  erp.desktop.answer = true;
   view.command(Tool::DeleteViewDone);
   EXPECT_EQ(erp.text("Select Count(*) From ImportKopf"_sql), "1");
   EXPECT_EQ(inUnits, 0);
   EXPECT_LE(yields, 3) << "each unit of work yields at its end";
+}
+
+TEST_F(JobViewTest, JobsThatCannotBeSavedAreNotDeleted) {
+  stage("K", 12, "24.11.2026", "Müller", "10023");
+  stage("V", 42, "24.11.2026", "", "10023");
+  show();
+  windows.deletion = DeletionAnswer::SaveFirst;
+  for (const std::optional<std::string>& file :
+       {std::optional<std::string>(), std::optional(erp.file), std::optional<std::string>("/dev/full")}) {
+    erp.desktop.file = file;
+    view.key(JobViewKey::Delete);
+    EXPECT_EQ(erp.text("Select group_concat(JobID) From ImportKopf"_sql), "K,V");
+  }
+  const std::string sentence =
+      "Es wurde nichts gelöscht, denn die Vorgänge konnten nicht gesichert werden.\r\n";
+  EXPECT_EQ(erp.desktop.texts(),
+            sentence + "Diese Datei gehört zur Datenbank.\n" + sentence + "Der Datenträger ist voll.\n");
+
+  const std::string file = (erp.folder.path() / "Für später.json").string();
+  erp.desktop.file = file;
+  view.key(JobViewKey::Delete);
+  EXPECT_EQ(erp.count("Select Count(*) From ImportKopf"_sql), 0);
+  EXPECT_EQ(state.result, "1 Vorgang gelöscht, gesichert in Für später.json");
+  std::ifstream lines(file);
+  for (const char* job : {"\"JobID\":\"K\",\"JobType\":12", "\"JobID\":\"V\",\"JobType\":42"}) {
+    std::string line;
+    std::getline(lines, line);
+    EXPECT_TRUE(line.starts_with("{\"type\":\"ImportKopf\",")) << line;
+    EXPECT_NE(line.find(job), std::string::npos) << line;
+  }
+}
+
+TEST_F(JobViewTest, APurgeSaysHowManyGoAndSavesThemWhereTheClerkWantsThat) {
+  show();
+  view.command(Tool::DeleteViewDone);
+  EXPECT_EQ(state.result, "Es gibt keine erledigten Vorgänge.");
+  for (const std::int16_t done : {13, 23, 43}) stage("D" + std::to_string(done), done);
+  stage("W", 10);
+  view.key(JobViewKey::F5);
+  windows.deletion = DeletionAnswer::Keep;
+  view.command(Tool::DeleteViewDone);
+  EXPECT_EQ(windows.questions,
+            (std::vector<std::string>{"3 Vorgänge sind erledigt.\r\nSollen sie endgültig gelöscht werden?"}));
+  EXPECT_EQ(erp.count("Select Count(*) From ImportKopf"_sql), 4);
+  windows.deletion = DeletionAnswer::SaveFirst;
+  erp.desktop.file = (erp.folder.path() / "erledigt.json").string();
+  view.command(Tool::DeleteViewDone);
+  EXPECT_EQ(erp.text("Select group_concat(JobID) From ImportKopf"_sql), "W");
+  EXPECT_TRUE(state.result.ends_with(" gelöscht, gesichert in erledigt.json")) << state.result;
+  std::ifstream file(*erp.desktop.file);
+  EXPECT_EQ(std::count(std::istreambuf_iterator<char>(file), {}, '\n'), 3);
+}
+
+TEST_F(JobViewTest, MarkedJobsAreExportedCustomersWithTheirContracts) {
+  stage("A", 10, "24.11.2026", "Müller", "10023");
+  stage("B", 10, "24.11.2026", "Maier", "10024");
+  stage("O", 30, "24.11.2026", "Müller", "10023");
+  stage("V", 40, "24.11.2026", "", "10023");
+  stage("W", 40, "24.11.2026", "", "10024");
+  show();
+  std::vector<std::size_t> rows;
+  for (std::size_t row = 0; row < state.rows.size(); ++row)
+    if (state.rows[row].jobId != "B") rows.push_back(row);
+  view.mark(rows);
+  erp.desktop.file = (erp.folder.path() / "markiert.edi").string();
+  view.command(Tool::ExportMarked);
+  EXPECT_EQ(state.result, "3 Vorgänge und 0 Positionen geschrieben nach markiert.edi");
+  erp.execute("Delete From ImportKopf"_sql);
+  view.command(Tool::ImportProcessTransactions);
+  EXPECT_EQ(erp.text("Select group_concat(JobID) From (Select JobID From ImportKopf Order By JobID)"_sql),
+            "A,O,V");
+}
+
+TEST_F(JobViewTest, ACheckTakesAllWaitingJobsAlsoThoseThatAreNotListed) {
+  {
+    WorkUnit unit(erp.connection());
+    for (int i = 0; i < 2003; ++i)
+      stage("J" + std::to_string(i), i == 2002 ? 30 : 10, "24.11.2026", "x", "1");
+    unit.commit();
+  }
+  show();
+  view.command(Tool::UpdateDisplay);
+  EXPECT_EQ(state.result, "1 von 2.003 wartenden Vorgängen hat Befunde") << "the order without positions";
 }
 
 TEST_F(JobViewTest, ThePlaceIsAlwaysKeptAndRestoredBySwitches) {

@@ -27,9 +27,19 @@ void PictureDelegate::paint(QPainter* painter, const QStyleOptionViewItem& optio
   cell.features &= ~QStyleOptionViewItem::HasDecoration;
   const QStyle* style = cell.widget != nullptr ? cell.widget->style() : QApplication::style();
   style->drawControl(QStyle::CE_ItemViewItem, &cell, painter, cell.widget);
+  const QRect area = QStyle::alignedRect(cell.direction, Qt::AlignCenter, cell.decorationSize, cell.rect);
+  // Some colours would merge with the selection.
+  if (!picture.isNull() && cell.state.testFlag(QStyle::State_Selected)) {
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->setPen(Qt::NoPen);
+    painter->setBrush(cell.palette.base());
+    painter->drawEllipse(area.adjusted(-1, -1, 1, 1));
+    painter->restore();
+  }
   // Never tinted: the colour has a meaning.
-  picture.paint(painter,
-                QStyle::alignedRect(cell.direction, Qt::AlignCenter, cell.decorationSize, cell.rect));
+  picture.paint(painter, area, Qt::AlignCenter,
+                cell.state.testFlag(QStyle::State_Enabled) ? QIcon::Normal : QIcon::Disabled);
 }
 
 QWidget* GridDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem& /*option*/,
@@ -149,11 +159,18 @@ bool GridDelegate::editorEvent(QEvent* event, QAbstractItemModel* model, const Q
 
 bool GridDelegate::eventFilter(QObject* editor, QEvent* event) {
   auto* note = qobject_cast<QPlainTextEdit*>(editor);
-  if (note != nullptr && event->type() == QEvent::KeyPress) {
+  const bool pressed = event->type() == QEvent::KeyPress;
+  if (note != nullptr && (pressed || event->type() == QEvent::ShortcutOverride)) {
     const auto* key = static_cast<QKeyEvent*>(event);
     const bool enter = key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter;
+    const bool ends = enter && key->modifiers().testFlag(Qt::ControlModifier);
+    // Otherwise the dialog would take Ctrl+Enter, save the job and go on to the next one.
+    if (!pressed && ends) {
+      event->accept();
+      return true;
+    }
     // Enter begins a new line; Ctrl+Enter ends editing, like Tab.
-    if (key->key() == Qt::Key_Tab || (enter && key->modifiers().testFlag(Qt::ControlModifier))) {
+    if (pressed && (key->key() == Qt::Key_Tab || ends)) {
       emit commitData(note);
       emit closeEditor(note, enter ? NoHint : EditNextItem);
       return true;

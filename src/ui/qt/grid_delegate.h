@@ -7,7 +7,8 @@
 
 namespace qx {
 
-/// Draws the picture in the middle of its cell.
+/// Draws the picture in the middle of its cell in its own colours, on a selected one on the background of the
+/// table.
 class PictureDelegate : public QStyledItemDelegate {
 public:
   using QStyledItemDelegate::QStyledItemDelegate;

@@ -343,7 +343,7 @@ void JobDialogWindow::setSizes() {
   const int findingsHeight = line * 8;
   int gridHeight = 0;
   if (grid_ != nullptr) gridHeight = grid_->isFolded() ? grid_->sizeHint().height() : line * 12;
-  const QSize usual(form_->sizeHint().width() + line * 8,
+  const QSize usual(form_->sizeHint().width() + line * 14,
                     formHeight + findingsHeight + gridHeight + line * 8);
   splitter_->setStretchFactor(0, 0);
   splitter_->setStretchFactor(1, 1);

@@ -1,55 +1,22 @@
 #include "ui/qt/job_list_view.h"
 
 #include "ui/job_view_terms.h"
+#include "ui/qt/grid_delegate.h"
 #include "ui/qt/text.h"
 
 #include <QEvent>
 #include <QHeaderView>
 #include <QLabel>
-#include <QPainter>
 #include <QStringList>
-#include <QStyledItemDelegate>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <array>
-#include <utility>
+#include <cstdlib>
 
 namespace qx {
-namespace {
 
-/// Shows a state in the middle of its cell, in its own colours. On a selected row it keeps the list's
-/// background, or some colours would merge with the selection.
-class JobPictureDelegate final : public QStyledItemDelegate {
-public:
-  using QStyledItemDelegate::QStyledItemDelegate;
-
-  void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
-    QStyleOptionViewItem background = option;
-    initStyleOption(&background, index);
-    const QIcon icon = std::exchange(background.icon, QIcon());
-    background.features &= ~QStyleOptionViewItem::HasDecoration;
-    background.state &= ~QStyle::State_HasFocus;
-    const QStyle* style = option.widget->style();
-    style->drawControl(QStyle::CE_ItemViewItem, &background, painter, option.widget);
-    const bool enabled = (option.state & QStyle::State_Enabled) != 0;
-    const int side = style->pixelMetric(QStyle::PM_SmallIconSize, &option, option.widget);
-    QRect area(0, 0, side, side);
-    area.moveCenter(option.rect.center());
-    if (enabled && !icon.isNull() && (option.state & QStyle::State_Selected) != 0) {
-      painter->save();
-      painter->setRenderHint(QPainter::Antialiasing);
-      painter->setPen(Qt::NoPen);
-      painter->setBrush(option.palette.base());
-      painter->drawEllipse(area.adjusted(-1, -1, 1, 1));
-      painter->restore();
-    }
-    icon.paint(painter, area, Qt::AlignCenter, enabled ? QIcon::Normal : QIcon::Disabled);
-  }
-};
-
-} // namespace
-
-JobListView::JobListView(QWidget* parent) : RowTable(parent), hint_(new QLabel(viewport())) {
+JobListView::JobListView(QWidget* parent)
+    : RowTable(parent, CellCursor::Shown), hint_(new QLabel(viewport())) {
   setSelectionBehavior(SelectRows);
   setSelectionMode(ExtendedSelection);
   setEditTriggers(NoEditTriggers);
@@ -67,7 +34,7 @@ JobListView::JobListView(QWidget* parent) : RowTable(parent), hint_(new QLabel(v
   horizontalHeader()->setHighlightSections(false);
   horizontalHeader()->setStretchLastSection(true);
   horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-  setItemDelegateForColumn(static_cast<int>(JobColumn::JobType), new JobPictureDelegate(this));
+  setItemDelegateForColumn(static_cast<int>(JobColumn::JobType), new PictureDelegate(this));
   hint_->setObjectName(QStringLiteral("lblEmptyHint"));
   hint_->setAlignment(Qt::AlignCenter);
   colourHint();
@@ -78,7 +45,7 @@ JobListView::JobListView(QWidget* parent) : RowTable(parent), hint_(new QLabel(v
 void JobListView::arrangeColumns() {
   const int letter = fontMetrics().averageCharWidth();
   // In characters; the last column takes the remaining width.
-  constexpr std::array<int, jobColumnCount> widths{0, 36, 20, 13, 11, 40, 36, 13, 30};
+  constexpr std::array<int, jobColumnCount> widths{0, 36, 20, 13, 11, 52, 34, 13, 28};
   for (std::size_t column = 1; column < jobColumnCount; ++column)
     setColumnWidth(static_cast<int>(column), widths[column] * letter);
   setColumnWidth(0, verticalHeader()->defaultSectionSize() + 2 * letter);
@@ -115,6 +82,22 @@ void JobListView::widenCurrent(int letters) {
   if (column <= 0 || isColumnHidden(column)) return;
   const int letter = fontMetrics().averageCharWidth();
   setColumnWidth(column, std::max(columnWidth(column) + letters * letter, 4 * letter));
+}
+
+void JobListView::moveCurrent(int places) {
+  QHeaderView& head = *horizontalHeader();
+  const int column = currentIndex().isValid() ? currentIndex().column() : 0;
+  if (column <= 0 || isColumnHidden(column)) return;
+  int place = head.visualIndex(column);
+  const int step = places < 0 ? -1 : 1;
+  for (int left = std::abs(places); left > 0; --left) {
+    int next = place + step;
+    while (next >= 0 && next < head.count() && isColumnHidden(head.logicalIndex(next))) next += step;
+    if (next < 0 || next >= head.count()) break;
+    place = next;
+  }
+  head.moveSection(head.visualIndex(column), place);
+  scrollTo(currentIndex());
 }
 
 void JobListView::fitColumns() {

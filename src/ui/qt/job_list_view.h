@@ -23,6 +23,8 @@ public:
   QString markedText() const;
   /// Makes the column of the cell cursor, which the arrow keys move, wider, or narrower, by some letters.
   void widenCurrent(int letters);
+  /// Moves that column to the right, or to the left, by some places.
+  void moveCurrent(int places);
   /// Makes every visible column as wide as its texts, within limits.
   void fitColumns();
 

@@ -6,7 +6,6 @@
 #include "ui/qt/job_list_view.h"
 #include "ui/qt/pictures.h"
 #include "ui/qt/text.h"
-#include "ui/qt/window_memory.h"
 
 #include <QAction>
 #include <QApplication>
@@ -18,14 +17,11 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMenu>
-#include <QMenuBar>
 #include <QProgressBar>
-#include <QScreen>
 #include <QScrollBar>
+#include <QShortcut>
 #include <QSplitter>
 #include <QStatusBar>
-#include <QToolBar>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -44,11 +40,6 @@ constexpr auto detailsDelay = 60ms;
 /// A search that asks the database begins when the clerk pauses typing.
 constexpr auto searchDelay = 200ms;
 constexpr QSize firstSize(1100, 700);
-
-constexpr std::string_view layoutSection = "MAIN";
-constexpr std::string_view columnsKey = "MainColumns";
-constexpr std::string_view splitterKey = "MainSplitter";
-constexpr std::string_view lowerKey = "MainCauses";
 
 constexpr std::array filterTools{Tool::ViewWaiting, Tool::ViewWarnings, Tool::ViewError, Tool::ViewDone};
 
@@ -70,26 +61,6 @@ std::optional<JobViewKey> listKey(int key) {
   default:
     return std::nullopt;
   }
-}
-
-QString withoutAccessKey(std::string_view caption) { return toQt(caption).remove(QLatin1Char('&')); }
-
-/// Moved and cut so that all of it can be seen on one screen.
-QRect onScreen(const QWidget& window, QRect wanted) {
-  const QScreen* screen = QGuiApplication::screenAt(wanted.center());
-  if (screen == nullptr) screen = QGuiApplication::primaryScreen();
-  if (screen == nullptr) return wanted;
-  const QRect available = screen->availableGeometry();
-  const QSize room = roomFor(window, *screen);
-  wanted.setSize(wanted.size().boundedTo(room));
-  // The frame is on all sides, most of it above.
-  const int side = (available.width() - room.width()) / 2;
-  const int above = available.height() - room.height() - side;
-  wanted.moveLeft(std::clamp(wanted.left(), available.left() + side,
-                             available.left() + side + room.width() - wanted.width()));
-  wanted.moveTop(std::clamp(wanted.top(), available.top() + above,
-                            available.top() + above + room.height() - wanted.height()));
-  return wanted;
 }
 
 } // namespace
@@ -137,6 +108,9 @@ JobViewWindow::JobViewWindow(Environment& environment, ImportJobObject2& engine,
   lower_->setStretchFactor(1, 2);
   lower_->setChildrenCollapsible(false);
   splitter_->addWidget(lower_);
+  auto* const back = new QShortcut(Qt::Key_Escape, lower_);
+  back->setContext(Qt::WidgetWithChildrenShortcut);
+  connect(back, &QShortcut::activated, list_, [this] { list_->setFocus(Qt::OtherFocusReason); });
   splitter_->setStretchFactor(0, 4);
   splitter_->setStretchFactor(1, 1);
   splitter_->setChildrenCollapsible(false);
@@ -190,166 +164,6 @@ void JobViewWindow::setVisible(bool visible) {
         render();
       },
       Qt::QueuedConnection);
-}
-
-QAction* JobViewWindow::makeAction(const char* name, const QString& caption, const QKeySequence& shortcut) {
-  auto* action = new QAction(caption, this);
-  action->setObjectName(QString::fromUtf8(name));
-  action->setShortcut(shortcut);
-  addAction(action);
-  return action;
-}
-
-void JobViewWindow::makeActions() {
-  for (const ToolSpec& spec : jobViewTools()) {
-    if (spec.tool == Tool::EinzelnVerarbeiten) continue;
-    auto* action = new QAction(toQt(spec.caption), this);
-    // The key belongs to the list; the menu only shows it.
-    if (!spec.key.empty()) action->setText(toQt(spec.caption) + QLatin1Char('\t') + toQt(spec.key));
-    action->setObjectName(toQt(spec.name));
-    action->setIconText(withoutAccessKey(spec.caption).remove(QStringLiteral("...")));
-    action->setToolTip(toQt(spec.tip));
-    action->setStatusTip(QString());
-    action->setCheckable(spec.checkable);
-    if (!spec.picture.empty()) action->setIcon(picture(spec.picture));
-    connect(action, &QAction::triggered, this, [this, tool = spec.tool] { command(tool); });
-    actions_[indexOf(spec.tool)] = action;
-  }
-  tool(Tool::ProcessTransactions)->setIconText(QStringLiteral("Verarbeiten"));
-  tool(Tool::UpdateDisplay)->setIconText(QStringLiteral("Prüfen"));
-
-  tool(Tool::Release)->setShortcut(Qt::CTRL | Qt::Key_G);
-  tool(Tool::TakeBack)->setShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_G);
-  copy_ = makeAction("mnuCopy", QStringLiteral("Zeilen &kopieren"), QKeySequence());
-  copy_->setShortcuts(QKeySequence::Copy);
-  copy_->setShortcutContext(Qt::WidgetShortcut);
-  list_->addAction(copy_);
-  connect(copy_, &QAction::triggered, this, [this] { copyRows(); });
-  find_ = makeAction("mnuSearch", QStringLiteral("&Suchen"), QKeySequence(Qt::CTRL | Qt::Key_F));
-  find_->setIcon(picture("tool-search"));
-  connect(find_, &QAction::triggered, this, [this] {
-    search_->setFocus(Qt::ShortcutFocusReason);
-    search_->selectAll();
-  });
-  refresh_ = makeAction("mnuRefresh", QStringLiteral("&Liste neu lesen\tF5"), QKeySequence());
-  connect(refresh_, &QAction::triggered, this, [this] {
-    presenter_.key(JobViewKey::F5);
-    render();
-  });
-  showKeys_ = makeAction("mnuShowKeys", QStringLiteral("&Schlüssel anzeigen"), QKeySequence());
-  showKeys_->setCheckable(true);
-  connect(showKeys_, &QAction::toggled, this,
-          [this](bool on) { list_->setColumnHidden(static_cast<int>(JobColumn::JobID), !on); });
-}
-
-QAction* JobViewWindow::tool(Tool tool) const { return actions_[indexOf(tool)]; }
-
-QMenu* JobViewWindow::makeMenu(const QString& caption, std::initializer_list<std::optional<Tool>> tools) {
-  auto* menu = menuBar()->addMenu(caption);
-  menu->setToolTipsVisible(true);
-  for (const std::optional<Tool> each : tools)
-    if (each)
-      menu->addAction(tool(*each));
-    else
-      menu->addSeparator();
-  return menu;
-}
-
-void JobViewWindow::makeMenus() {
-  constexpr std::nullopt_t separator = std::nullopt;
-  menuBar()->setObjectName(QStringLiteral("ActiveBar1"));
-  makeMenu(QStringLiteral("&Datei"),
-           {Tool::ImportProcessTransactions, Tool::Export, Tool::ExportMarked, separator, Tool::End});
-  QMenu* edit =
-      makeMenu(QStringLiteral("&Bearbeiten"), {Tool::OpenJob, Tool::Release, Tool::TakeBack, separator,
-                                               Tool::Delete, Tool::DeleteViewDone, Tool::DeleteDate});
-  edit->insertAction(tool(Tool::Delete), copy_);
-  edit->insertAction(tool(Tool::Delete), find_);
-  edit->insertSeparator(tool(Tool::Delete));
-  QMenu* view = makeMenu(QStringLiteral("&Ansicht"), {});
-  for (const Tool each : filterTools) view->addAction(tool(each));
-  view->addSeparator();
-  view->addAction(refresh_);
-  view->addMenu(makeSortMenu());
-  view->addMenu(makeColumnMenu());
-  makeMenu(QStringLiteral("&Verarbeiten"),
-           {Tool::ProcessTransactions, separator, Tool::Kunden, Tool::Verträge, Tool::KundenVerträge,
-            Tool::Aufträge, Tool::Zubehör, separator, Tool::UpdateDisplay, Tool::StopProcessing, separator,
-            Tool::DayProtocol});
-  makeMenu(QStringLiteral("E&xtras"), {Tool::Options});
-  makeMenu(QStringLiteral("&Hilfe"), {Tool::About});
-}
-
-/// What a click on a heading does, for the keyboard; the same column again reverses the order.
-QMenu* JobViewWindow::makeSortMenu() {
-  auto* menu = new QMenu(QStringLiteral("S&ortieren nach"), this);
-  for (std::size_t column = 0; column < jobColumnCount; ++column) {
-    const JobColumnSpec& spec = columnSpec(static_cast<JobColumn>(column));
-    if (!spec.sortedBy) continue;
-    QAction* action = menu->addAction(QLatin1Char('&') + toQt(spec.caption));
-    action->setObjectName(QStringLiteral("mnuSort") + toQt(spec.name));
-    action->setCheckable(true);
-    connect(action, &QAction::triggered, this, [this, column] {
-      presenter_.headClick(column);
-      render();
-    });
-    sortActions_[column] = action;
-  }
-  return menu;
-}
-
-QMenu* JobViewWindow::makeColumnMenu() {
-  auto* menu = new QMenu(QStringLiteral("S&palten"), this);
-  menu->addAction(showKeys_);
-  menu->addSeparator();
-  connect(menu->addAction(QStringLiteral("An den Inhalt &anpassen")), &QAction::triggered, list_,
-          &JobListView::fitColumns);
-  const auto widen = [this, menu](const QString& caption, const QKeySequence& keys, int letters) {
-    QAction* action = menu->addAction(caption);
-    action->setShortcut(keys);
-    connect(action, &QAction::triggered, this, [this, letters] { list_->widenCurrent(letters); });
-  };
-  widen(QStringLiteral("&Breiter"), QKeySequence(Qt::CTRL | Qt::Key_Plus), 2);
-  widen(QStringLiteral("&Schmaler"), QKeySequence(Qt::CTRL | Qt::Key_Minus), -2);
-  connect(menu->addAction(QStringLiteral("&Zurücksetzen")), &QAction::triggered, this, [this] {
-    list_->arrangeColumns();
-    showKeys_->setChecked(false);
-  });
-  return menu;
-}
-
-void JobViewWindow::makeToolBar() {
-  QToolBar* bar = addToolBar(QStringLiteral("Werkzeuge"));
-  bar->setObjectName(QStringLiteral("toolBar"));
-  bar->setMovable(false);
-  bar->setContextMenuPolicy(Qt::PreventContextMenu);
-  bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-  const int side = style()->pixelMetric(QStyle::PM_SmallIconSize) * 5 / 4;
-  bar->setIconSize({side, side});
-
-  processMenu_ = new QMenu(this);
-  processMenu_->addAction(tool(Tool::ProcessTransactions));
-  const ToolSpec& single = toolSpec(Tool::EinzelnVerarbeiten);
-  QMenu* singleMenu = processMenu_->addMenu(toQt(single.caption));
-  singleMenu->menuAction()->setObjectName(toQt(single.name));
-  singleMenu->menuAction()->setToolTip(toQt(single.tip));
-  for (const Tool each : {Tool::Kunden, Tool::Verträge, Tool::KundenVerträge, Tool::Aufträge, Tool::Zubehör})
-    singleMenu->addAction(tool(each));
-  actions_[indexOf(single.tool)] = singleMenu->menuAction();
-
-  processButton_ = new QToolButton(bar);
-  processButton_->setObjectName(QStringLiteral("btnProcess"));
-  processButton_->setDefaultAction(tool(Tool::ProcessTransactions));
-  processButton_->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-  processButton_->setIconSize({side, side});
-  bar->addWidget(processButton_);
-  bar->addAction(tool(Tool::UpdateDisplay));
-  bar->addSeparator();
-  bar->addAction(tool(Tool::ImportProcessTransactions));
-  bar->addAction(tool(Tool::Export));
-  bar->addSeparator();
-  bar->addAction(tool(Tool::Delete));
-  bar->addAction(tool(Tool::Options));
 }
 
 QLineEdit* JobViewWindow::makeSearch(QWidget* parent) {
@@ -446,20 +260,6 @@ void JobViewWindow::takeMarks() {
   render();
 }
 
-void JobViewWindow::showListMenu(const QPoint& at) {
-  if (!list_->indexAt(at).isValid()) return;
-  QMenu menu(this);
-  menu.addAction(tool(Tool::OpenJob));
-  menu.addAction(copy_);
-  menu.addSeparator();
-  menu.addAction(tool(Tool::Release));
-  menu.addAction(tool(Tool::TakeBack));
-  menu.addAction(tool(Tool::ExportMarked));
-  menu.addSeparator();
-  menu.addAction(tool(Tool::Delete));
-  menu.exec(list_->viewport()->mapToGlobal(at));
-}
-
 /// The focus returns to the list, wherever a dialog or a button has left it.
 void JobViewWindow::command(Tool tool) {
   presenter_.command(tool);
@@ -525,6 +325,10 @@ void JobViewWindow::closeEvent(QCloseEvent* event) {
 }
 
 std::unique_ptr<BusyWait> JobViewWindow::databaseWait() { return std::make_unique<QtBusyWait>(this); }
+
+std::optional<DeletionAnswer> JobViewWindow::askDeletion(const Message& question) {
+  return dialogs_.askDeletion ? dialogs_.askDeletion(question) : std::nullopt;
+}
 
 DialogEnd JobViewWindow::openJob(std::string_view jobId, const JobPlace& place) {
   render();
@@ -667,53 +471,6 @@ void JobViewWindow::renderTexts() {
   stopButton_->setVisible(state().progressVisible && state().progress.has_value());
   count_->setText(toQt(state().countText));
   details_->setText(toQt(state().details));
-}
-
-WindowGeometry JobViewWindow::shownGeometry() const {
-  const QRect normal = isVisible() ? normalGeometry() : geometry();
-  WindowState shown = WindowState::Normal;
-  if (isMinimized()) shown = WindowState::Minimized;
-  if (isMaximized()) shown = WindowState::Maximized;
-  return {normal.width(), normal.height(), shown, normal.left(), normal.top()};
-}
-
-void JobViewWindow::restoreWindow() {
-  const StoredGeometry stored = presenter_.storedGeometry();
-  QRect wanted = geometry();
-  if (stored.size) wanted.setSize({stored.size->first, stored.size->second});
-  if (stored.left) wanted.moveLeft(*stored.left);
-  if (stored.top) wanted.moveTop(*stored.top);
-  wanted.setSize(wanted.size().expandedTo(minimumSizeHint()));
-  wanted = onScreen(*this, wanted);
-  if (stored.left || stored.top)
-    setGeometry(wanted);
-  else
-    resize(wanted.size());
-  if (stored.state == WindowState::Maximized) setWindowState(Qt::WindowMaximized);
-  if (stored.state == WindowState::Minimized) setWindowState(Qt::WindowMinimized);
-}
-
-QByteArray JobViewWindow::stored(std::string_view key) const {
-  return QByteArray::fromBase64(
-      QByteArray::fromStdString(settings_.get(applicationName, layoutSection, key, true)));
-}
-
-void JobViewWindow::restoreLayout() {
-  if (const QByteArray columns = stored(columnsKey); !columns.isEmpty()) {
-    if (!list_->horizontalHeader()->restoreState(columns)) list_->arrangeColumns();
-  }
-  if (const QByteArray split = stored(splitterKey); !split.isEmpty()) splitter_->restoreState(split);
-  if (const QByteArray split = stored(lowerKey); !split.isEmpty()) lower_->restoreState(split);
-  showKeys_->setChecked(!list_->isColumnHidden(static_cast<int>(JobColumn::JobID)));
-}
-
-void JobViewWindow::saveLayout() {
-  const auto keep = [this](std::string_view key, const QByteArray& state) {
-    settings_.save(applicationName, layoutSection, key, state.toBase64().toStdString(), true);
-  };
-  keep(columnsKey, list_->horizontalHeader()->saveState());
-  keep(splitterKey, splitter_->saveState());
-  keep(lowerKey, lower_->saveState());
 }
 
 } // namespace qx

@@ -38,6 +38,7 @@ struct JobViewDialogs {
   std::function<void(QWidget* parent)> deleteDate;
   std::function<void(QWidget* parent)> about;
   std::function<void(QWidget* parent, std::string_view title, std::string_view text)> report;
+  AskDeletion askDeletion;
 };
 
 /// Shows the state of the presenter and passes on the clerk's input; contains no logic.
@@ -75,6 +76,7 @@ private:
   void showCurrent() override;
   void redraw() override;
   std::unique_ptr<BusyWait> databaseWait() override;
+  std::optional<DeletionAnswer> askDeletion(const Message& question) override;
   void closeWindow() override;
   /// @}
 

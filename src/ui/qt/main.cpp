@@ -8,26 +8,21 @@
 #include "program/version.h"
 #include "program/view_arguments.h"
 #include "ui/lookup_bridge.h"
+#include "ui/qt/appearance.h"
 #include "ui/qt/busy_wait.h"
 #include "ui/qt/end_on_signal.h"
 #include "ui/qt/job_dialog_window.h"
+#include "ui/qt/job_view_dialogs.h"
 #include "ui/qt/job_view_window.h"
 #include "ui/qt/lookup_window.h"
-#include "ui/qt/options_window.h"
-#include "ui/qt/pictures.h"
 #include "ui/qt/qt_desktop.h"
 #include "ui/qt/qt_job_view.h"
-#include "ui/qt/small_windows.h"
 #include "ui/qt/text.h"
 
 #include <QApplication>
 #include <QFileInfo>
-#include <QLibraryInfo>
 #include <QLocale>
 #include <QMessageBox>
-#include <QPalette>
-#include <QStyle>
-#include <QTranslator>
 
 #include <cstdlib>
 #include <iostream>
@@ -38,27 +33,6 @@
 
 namespace qx {
 namespace {
-
-/// The dialogs that the job window opens.
-JobViewDialogs dialogsOf(const DialogContext& context) {
-  JobViewDialogs dialogs;
-  dialogs.openJob = [&context](QWidget* parent, std::string_view jobId, const JobPlace& place) {
-    return showJobDialog(parent, context, jobId, place);
-  };
-  dialogs.options = [&context](QWidget* parent) {
-    OptionsWindow(context.environment, parent, context.wait).exec();
-  };
-  dialogs.deleteDate = [&context](QWidget* parent) {
-    DeleteDateWindow(context.environment, context.engine, parent).exec();
-  };
-  dialogs.about = [&context](QWidget* parent) {
-    AboutWindow(context.environment, Composition::schemaVersion(), parent).exec();
-  };
-  dialogs.report = [](QWidget* parent, std::string_view title, std::string_view text) {
-    ErrorWindow(text, parent, title).exec();
-  };
-  return dialogs;
-}
 
 /// The user may not write the database file.
 bool readOnly(const Connection& connection) {
@@ -109,7 +83,8 @@ private:
 ExitCode openView(const ViewArguments& arguments, Diagnostics& diagnostics, QtDesktop& desktop) {
   std::optional<DialogContext> context;
   QtJobView view([&context](ImportJobObject2& engine) {
-    return std::make_unique<JobViewWindow>(context->environment, engine, dialogsOf(*context));
+    return std::make_unique<JobViewWindow>(context->environment, engine,
+                                           dialogsOf(*context, Composition::schemaVersion()));
   });
   ProgramOptions options = arguments.options;
   options.program = std::string(viewProgram) + ' ' + std::string(versionNumber);
@@ -190,34 +165,20 @@ void showFatal(QtMsgType type, const QMessageLogContext& /*context*/, const QStr
   std::_Exit(static_cast<int>(ExitCode::Failure));
 }
 
-void dress(QApplication& application) {
+void prepare(QApplication& application) {
   // No display name: the toolkit would append it to the title of every box.
   QApplication::setApplicationName(QStringLiteral("qximportjob"));
   QApplication::setApplicationVersion(toQt(versionNumber));
-  QApplication::setWindowIcon(picture("qximportjob"));
   // The last window may be a box shown before the job window.
   QApplication::setQuitOnLastWindowClosed(false);
-  if (QApplication::style()->name() == QStringLiteral("windows"))
-    QApplication::setStyle(QStringLiteral("Fusion"));
-  QPalette colours = QApplication::palette();
-  for (const auto group : {QPalette::Active, QPalette::Inactive})
-    colours.setColor(group, QPalette::PlaceholderText, quietText(colours));
-  QApplication::setPalette(colours);
-  auto* const german = new QTranslator(&application);
-  // In the program itself where the system has no toolkit.
-  for (const QString& folder :
-       {QStringLiteral(":/translations"), QLibraryInfo::path(QLibraryInfo::TranslationsPath)})
-    if (german->load(QStringLiteral("qtbase_de"), folder)) {
-      QApplication::installTranslator(german);
-      return;
-    }
+  dress(application);
 }
 
 ExitCode runInWindow(int& count, char** arguments, const ViewArguments& parsed) {
   qInstallMessageHandler(showFatal);
   QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
   QApplication application(count, arguments);
-  dress(application);
+  prepare(application);
   StreamDiagnostics diagnostics(std::cerr, parsed.options.verbose);
   QtDesktop desktop(diagnostics);
   return exitCodeOf([&] { return openView(parsed, diagnostics, desktop); },

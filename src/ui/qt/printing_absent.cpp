@@ -5,6 +5,8 @@ namespace qx {
 
 bool canPrint() { return false; }
 
+void printPages(QPagedPaintDevice& /*pages*/, const QString& /*title*/, const QPlainTextEdit& /*text*/) {}
+
 void printText(QWidget* /*parent*/, const QString& /*title*/, const QPlainTextEdit& /*text*/) {}
 
 } // namespace qx

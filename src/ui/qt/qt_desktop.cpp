@@ -158,4 +158,19 @@ void QtDesktop::yield() {
   QCoreApplication::processEvents();
 }
 
+std::optional<DeletionAnswer> askDeletionInBox(const Message& question) {
+  QMessageBox box(QApplication::activeWindow());
+  prepare(box, question);
+  box.setIcon(QMessageBox::Question);
+  const QPushButton* const yes = box.addButton(QStringLiteral("&Ja"), QMessageBox::YesRole);
+  QPushButton* const no = box.addButton(QStringLiteral("&Nein"), QMessageBox::NoRole);
+  QPushButton* const saving = box.addButton(QStringLiteral("Vorher &sichern..."), QMessageBox::ActionRole);
+  saving->setToolTip(QStringLiteral("Schreibt die Vorgänge vollständig in eine Datei und löscht sie dann"));
+  box.setDefaultButton(no);
+  box.setEscapeButton(no);
+  box.exec();
+  if (box.clickedButton() == saving) return DeletionAnswer::SaveFirst;
+  return box.clickedButton() == yes ? DeletionAnswer::Delete : DeletionAnswer::Keep;
+}
+
 } // namespace qx

@@ -4,6 +4,7 @@
 #include "platform/database.h"
 #include "platform/desktop.h"
 #include "platform/system.h"
+#include "ui/deletion_question.h"
 
 #include <QObject>
 #include <QString>
@@ -45,5 +46,8 @@ private:
   QString folder_;  ///< of the file chosen last
   QObject context_; ///< cancels pending calls when the desktop is destroyed
 };
+
+/// The question before a deletion, with a button to save the jobs first; no is proposed.
+std::optional<DeletionAnswer> askDeletionInBox(const Message& question);
 
 } // namespace qx

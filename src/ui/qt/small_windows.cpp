@@ -6,6 +6,7 @@
 #include "ui/qt/busy_wait.h"
 #include "ui/qt/pictures.h"
 #include "ui/qt/printing.h"
+#include "ui/qt/qt_desktop.h"
 #include "ui/qt/text.h"
 #include "ui/qt/window_memory.h"
 
@@ -95,7 +96,7 @@ QHBoxLayout* makeButtonRow(std::initializer_list<QPushButton*> buttons) {
 } // namespace
 
 DeleteDateWindow::DeleteDateWindow(Environment& environment, ImportJobObject2& engine, QWidget* parent)
-    : QDialog(parent), deletion_(environment, engine), date_(new QLineEdit),
+    : QDialog(parent), deletion_(environment, engine, askDeletionInBox), date_(new QLineEdit),
       remove_(makeButton(QStringLiteral("&Löschen"), "cmdOK")) {
   setObjectName(QStringLiteral("frmDeleteDate"));
   setWindowTitle(QStringLiteral("Erledigte Vorgänge löschen"));

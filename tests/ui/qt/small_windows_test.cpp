@@ -3,6 +3,7 @@
 #include "window_driver.h"
 
 #include "ui/qt/options_window.h"
+#include "ui/qt/printing.h"
 #include "ui/qt/small_windows.h"
 #include "ui/qt/text.h"
 
@@ -11,8 +12,10 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QClipboard>
+#include <QFile>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPdfWriter>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTabWidget>
@@ -241,6 +244,28 @@ TEST_F(Windows, ALongTextIsSearchedFromPlaceToPlace) {
     EXPECT_TRUE(shown.isVisible());
     click(shown, "cmdOK");
   });
+}
+
+TEST_F(Windows, ALongTextIsPrintedOnPagesUnderItsTitle) {
+  if (!canPrint()) GTEST_SKIP() << "the toolkit does not print";
+  QString lines;
+  for (int line = 1; line <= 200; ++line)
+    lines += QStringLiteral("10:30 Auftrag %1 wurde für Köhler & Söhne geschrieben.\n").arg(line);
+  const QPlainTextEdit text(lines);
+  const auto pagesOf = [&](const QString& title, const char* name) {
+    const QString file = toQt((erp.folder.path() / name).string());
+    {
+      QPdfWriter pages(file);
+      printPages(pages, title, text);
+    }
+    QFile written(file);
+    EXPECT_TRUE(written.open(QIODevice::ReadOnly));
+    return written.readAll();
+  };
+  const QByteArray printed = pagesOf(QStringLiteral("Protokoll vom 24.11.2026"), "Protokoll für heute.pdf");
+  EXPECT_TRUE(printed.startsWith("%PDF"));
+  EXPECT_GE(printed.count("/Type /Page\n"), 3);
+  EXPECT_NE(printed.size(), pagesOf(QString(), "ohne.pdf").size()) << "the title is on the page";
 }
 
 TEST_F(Windows, EveryWindowFitsASmallScreenAndItsKeysAreUnique) {

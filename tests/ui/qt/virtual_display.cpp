@@ -10,7 +10,7 @@
 
 namespace qx {
 
-VirtualDisplay::VirtualDisplay() {
+VirtualDisplay::VirtualDisplay(const std::string& size) {
   int number[2];
   if (pipe(number) != 0) throw std::runtime_error("no pipe to the X server");
   server_ = fork();
@@ -20,7 +20,8 @@ VirtualDisplay::VirtualDisplay() {
     prctl(PR_SET_PDEATHSIG, SIGTERM);
     close(number[0]);
     const std::string descriptor = std::to_string(number[1]);
-    execlp("Xvfb", "Xvfb", "-displayfd", descriptor.c_str(), "-screen", "0", "1280x800x24", "-nolisten",
+    const std::string screen = size + "x24";
+    execlp("Xvfb", "Xvfb", "-displayfd", descriptor.c_str(), "-screen", "0", screen.c_str(), "-nolisten",
            "tcp", static_cast<char*>(nullptr));
     _exit(127);
   }

@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-namespace qx::cli {
+namespace qx {
 
 /// Members appear in the order in which they are written. Malformed UTF-8 becomes U+FFFD and a number that
 /// JSON cannot express becomes null, so that the document is always valid.
@@ -60,4 +60,4 @@ private:
   bool afterKey_ = false;
 };
 
-} // namespace qx::cli
+} // namespace qx

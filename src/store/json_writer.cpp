@@ -1,6 +1,6 @@
-#include "cli/json_writer.h"
+#include "store/json_writer.h"
 
-#include "cli/harmless_buffer.h"
+#include "model/control_characters.h"
 #include "model/text.h"
 
 #include <algorithm>
@@ -9,7 +9,7 @@
 #include <cmath>
 #include <ios>
 
-namespace qx::cli {
+namespace qx {
 namespace {
 
 /// The number of leading bytes that a JSON text holds as they are.
@@ -152,4 +152,4 @@ std::size_t JsonWriter::escapeFirst(std::string_view content) {
   return 1;
 }
 
-} // namespace qx::cli
+} // namespace qx
