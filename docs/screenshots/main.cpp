@@ -99,7 +99,7 @@ private:
     modal("auftrag", [&] { showJobDialog(&parent, context_, orderWithoutStock, {4, 11}); });
     modal("vertrag", [&] { showJobDialog(&parent, context_, contractOfUnknownKind, {5, 11}); });
     modal("optionen", [&] { OptionsWindow(environment_, &parent).exec(); });
-    modal("loeschen", [&] { DeleteDateWindow(environment_, engine_, &parent).exec(); });
+    modal("loeschen", [&] { DeleteDateWindow(environment_, engine_, &parent, {}).exec(); });
   }
 
   Environment& environment_;

@@ -91,7 +91,7 @@ void forEachWaiting(Connection& connection, const std::function<void(const JobBr
 ExitCode CheckCommand::work(const CommandContext& context) {
   const auto jobs = findJobs(context.connection(), jobIds);
   CheckPrinter printer(context.output);
-  JobCheck checker(context.environment);
+  JobCheck checker(context.environment, true);
   const auto checkOne = [&](const JobBrief& job) { printer.add(job, checker.check(job.jobId)); };
   try {
     if (jobIds.empty())

@@ -13,7 +13,8 @@
 
 namespace qx {
 
-JobCheck::JobCheck(Environment& environment) : environment_(environment), prices_(environment) {
+JobCheck::JobCheck(Environment& environment, bool withComing)
+    : environment_(environment), withComing_(withComing), prices_(environment) {
   const Settings settings(environment, SettingTrap::Refusals);
   compareAddresses_ = settings[option::compareAddresses];
   automatic_ = settings[option::automatic];
@@ -60,7 +61,7 @@ Findings JobCheck::findingsOf(std::string_view jobId) {
 
 /// An unknown customer is no objection to an order when a job beside it creates that customer first.
 Findings JobCheck::customerToCome(Findings findings, std::string_view customer) {
-  if (customer.empty() || !findings.holds(Rule::OrderCustomer)) return findings;
+  if (!withComing_ || customer.empty() || !findings.holds(Rule::OrderCustomer)) return findings;
   const auto waiting =
       activeConnection(environment_)
           .open(sql("Select JobID From ImportKopf Where JobType = 10 And Kundennummer = '"_sql,

@@ -15,7 +15,9 @@ namespace qx {
 /// settings when created, so that many jobs can be checked in a row.
 class JobCheck {
 public:
-  explicit JobCheck(Environment& environment);
+  /// `withComing`: a customer whom a waiting job creates counts as there, as it is when all jobs are
+  /// processed together. A dialog judges its job alone.
+  explicit JobCheck(Environment& environment, bool withComing = false);
 
   /// Clean for a job that is unknown or done. A failure of this job only, such as a refused statement, is an
   /// error among its findings; a failure of the whole database reaches the caller.
@@ -28,6 +30,7 @@ private:
   Environment& environment_;
   bool compareAddresses_ = false;
   bool automatic_ = false;
+  bool withComing_;
   std::string homeCurrency_;
   OrderOptions orderOptions_;
   PriceComponent prices_;

@@ -97,9 +97,10 @@ TEST_F(Terminal, TablesFitItsWidth) {
 }
 
 TEST_F(Terminal, ALongKeyGivesWayToTheCauseOfAFailure) {
-  mustStage(R"([{"type":"Kunde","JobID":"DE000000000000000000000000000001","Bez1":"Firma"},
-                {"type":"Kunde","JobID":"\u6771\u4EAC\u5546\u4F1A\u6771\u4EAC\u5546\u4F1A",
+  mustStage(R"([{"type":"Kunde","Kundennummer":"-","JobID":"DE000000000000000000000000000001","Bez1":"Firma"},
+                {"type":"Kunde","Bez1":"N","JobID":"\u6771\u4EAC\u5546\u4F1A\u6771\u4EAC\u5546\u4F1A",
                  "Kundennummer":"9","Kundengruppe":"XX"}])");
+  takeNumber("DE000000000000000000000000000001");
   const auto lines = atTerminal({"process", "--color", "never"}).screen.lines();
   EXPECT_EQ(lines[0], "Fehler    Kunden           DE0000…000001  Die Kundennummer fehlt.");
   EXPECT_EQ(lines[1], "Fehler    Kunden   9       東京商…京商会  Die Kundengruppe: 'XX' wurde noch nic…");

@@ -59,9 +59,10 @@ protected:
 };
 
 TEST_F(WatchedFolders, FilesAreStagedByNameAndMovedWithTheReasonBesideThoseThatAreRefused) {
-  put("b.json", R"({"type":"Kunde","JobID":"B"})");
-  put("a.json", R"({"type":"Kunde","JobID":"A"})");
-  put("c.json", "[{\"type\":\"Kunde\",\"JobID\":\"C\"},\n{\"type\":\"Kunde\",\"Name\":1}]");
+  put("b.json", R"({"type":"Kunde","Kundennummer":"1","Bez1":"N","JobID":"B"})");
+  put("a.json", R"({"type":"Kunde","Kundennummer":"1","Bez1":"N","JobID":"A"})");
+  put("c.json", "[{\"type\":\"Kunde\",\"Kundennummer\":\"1\",\"Bez1\":\"N\",\"JobID\":\"C\"},\n{\"type\":"
+                "\"Kunde\",\"Kundennummer\":\"1\",\"Bez1\":\"N\",\"Name\":1}]");
   put("d.txt", "no jobs");
   put(".e.json", "hidden");
   const ProgramResult result = once();
@@ -82,13 +83,13 @@ TEST_F(WatchedFolders, FilesAreStagedByNameAndMovedWithTheReasonBesideThoseThatA
       StartsWith("line 2: object 2: property \"Name\": the type has no such property\nNothing was staged."));
   EXPECT_THAT(listed(), ElementsAre("A", "B"));
   // The same name comes again: the earlier file stays.
-  put("a.json", R"({"type":"Kunde","JobID":"A2"})");
+  put("a.json", R"({"type":"Kunde","Kundennummer":"1","Bez1":"N","JobID":"A2"})");
   EXPECT_EQ(once().json()["movedTo"], "done/a-2.json");
   EXPECT_THAT(once().output, IsEmpty());
 }
 
 TEST_F(WatchedFolders, AFileThatIsBeingWrittenIsLeftUntilItIsClosed) {
-  std::ofstream(inbox / "a.json") << R"({"type":"Kunde","JobID":"A")";
+  std::ofstream(inbox / "a.json") << R"({"type":"Kunde","Kundennummer":"1","Bez1":"N","JobID":"A")";
   const ProgramResult young = once();
   EXPECT_EQ(young.output, "");
   EXPECT_THAT(young.messages, HasSubstr("still being written"));
@@ -96,7 +97,7 @@ TEST_F(WatchedFolders, AFileThatIsBeingWrittenIsLeftUntilItIsClosed) {
   fs::last_write_time(inbox / "a.json", fs::file_time_type::clock::now() - std::chrono::minutes(1));
   EXPECT_EQ(once().output, "") << "old, but open";
   ProgramRun run = watch();
-  std::ofstream(inbox / "b.tmp") << R"({"type":"Kunde","JobID":"B"})";
+  std::ofstream(inbox / "b.tmp") << R"({"type":"Kunde","Kundennummer":"1","Bez1":"N","JobID":"B"})";
   fs::rename(inbox / "b.tmp", inbox / "b.json");
   EXPECT_TRUE(comes("done/b.json"));
   EXPECT_TRUE(fs::exists(inbox / "a.json"));
@@ -112,7 +113,7 @@ TEST_F(WatchedFolders, WhatIsNoFaultOfAFileLeavesItAndIsToldAndTriedAgain) {
   fs::create_directory(inbox / "done");
   EXPECT_EQ(runPlain(onDatabase({"stage", "--watch", (inbox / "fehlt").string()})).status, 2);
   EXPECT_EQ(runPlain({"--db", (inbox / "keine.db").string(), "stage", "--watch", inbox.string()}).status, 4);
-  put("a.json", R"({"type":"Kunde","JobID":"A"})");
+  put("a.json", R"({"type":"Kunde","Kundennummer":"1","Bez1":"N","JobID":"A"})");
   erp.refuse("INSERT ON ImportKopf"_sql, "'gesperrt'"_sql);
   const ProgramResult refused = once();
   EXPECT_EQ(refused.status, 4);
@@ -134,7 +135,7 @@ TEST_F(WatchedFolders, NoFileIsStagedTwiceOrLostWhateverTheMomentOfTheKill) {
   // Without keys of their own: a file that is staged twice leaves two jobs.
   for (int i = 0; i < total; ++i)
     put("f" + std::to_string(100 + i) + ".json",
-        R"({"type":"Kunde","Kundennummer":")" + std::to_string(i) + "\"}");
+        R"({"type":"Kunde","Bez1":"N","Kundennummer":")" + std::to_string(i) + "\"}");
   std::mt19937 random(20261124);
   int kills = 0;
   for (; kills < 12; ++kills) {
@@ -151,7 +152,7 @@ TEST_F(WatchedFolders, NoFileIsStagedTwiceOrLostWhateverTheMomentOfTheKill) {
 }
 
 TEST_F(WatchedFolders, AFileThatWasStagedBeforeTheEndIsOnlyMoved) {
-  put("a.json", R"({"type":"Kunde","Kundennummer":"1"})");
+  put("a.json", R"({"type":"Kunde","Bez1":"N","Kundennummer":"1"})");
   // No file can be moved to another file system.
   const fs::path elsewhere = "/dev/shm" / erp.folder.path().filename();
   fs::create_directory(elsewhere);

@@ -34,7 +34,7 @@ completes() { # WANTED SHELL... -- WORD...: the matches, "|" between them
   done
 }
 
-completes 'scramble|settings|show|stage|status' bash fish -- s
+completes 'schema|scramble|settings|show|stage|status' bash fish -- s
 completes 'export|get|import|list|set' bash fish -- --db list settings ''
 # What a command takes at each place.
 completes 'ImportJob2' bash fish -- settings get Imp

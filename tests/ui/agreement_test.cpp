@@ -67,9 +67,10 @@ TEST_F(Agreement, TheDialogAndTheCheckGiveEachDemoJobOneAnswer) {
       told.push_back(line);
   }
   // A new customer (KN) is not an error of his job. An unknown currency (WÄ) is refused by the run only. A
-  // contract without a state is written as an active one, one with any interval with that interval.
+  // contract without a state is written as an active one, one with any interval with that interval. A
+  // price that differs is told.
   EXPECT_THAT(told, testing::ElementsAre("01: KN", "02: KN", "03: KN", "04: KN", "05: KN", "06: KN", "12: KN",
-                                         "13: KN", "14: KN", "20: KN", "21: WÄ KN", "41: ZD INT"));
+                                         "13: KN", "14: KN", "20: KN", "21: WÄ KN", "41: ZD INT", "63: PR"));
 }
 
 TEST_F(Agreement, SavingADemoJobWithoutAChangeLeavesItsAnswerAsItWas) {

@@ -18,7 +18,7 @@ JobViewDialogs dialogsOf(const DialogContext& context, std::string schemaVersion
     OptionsWindow(context.environment, parent, context.wait).exec();
   };
   dialogs.deleteDate = [&context](QWidget* parent) {
-    DeleteDateWindow(context.environment, context.engine, parent).exec();
+    DeleteDateWindow(context.environment, context.engine, parent, askDeletionInBox).exec();
   };
   dialogs.about = [&context, version = std::move(schemaVersion)](QWidget* parent) {
     AboutWindow(context.environment, version, parent).exec();

@@ -6,7 +6,6 @@
 #include "ui/qt/busy_wait.h"
 #include "ui/qt/pictures.h"
 #include "ui/qt/printing.h"
-#include "ui/qt/qt_desktop.h"
 #include "ui/qt/text.h"
 #include "ui/qt/window_memory.h"
 
@@ -24,6 +23,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <utility>
 
 namespace qx {
 namespace {
@@ -95,8 +95,9 @@ QHBoxLayout* makeButtonRow(std::initializer_list<QPushButton*> buttons) {
 
 } // namespace
 
-DeleteDateWindow::DeleteDateWindow(Environment& environment, ImportJobObject2& engine, QWidget* parent)
-    : QDialog(parent), deletion_(environment, engine, askDeletionInBox), date_(new QLineEdit),
+DeleteDateWindow::DeleteDateWindow(Environment& environment, ImportJobObject2& engine, QWidget* parent,
+                                   AskDeletion ask)
+    : QDialog(parent), deletion_(environment, engine, std::move(ask)), date_(new QLineEdit),
       remove_(makeButton(QStringLiteral("&Löschen"), "cmdOK")) {
   setObjectName(QStringLiteral("frmDeleteDate"));
   setWindowTitle(QStringLiteral("Erledigte Vorgänge löschen"));

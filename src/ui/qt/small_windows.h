@@ -3,6 +3,7 @@
 
 #include "engine/import_job_object2.h"
 #include "ui/delete_by_date_presenter.h"
+#include "ui/deletion_question.h"
 
 #include <QDialog>
 
@@ -18,8 +19,8 @@ namespace qx {
 /// `frmDeleteDate`: asks for a day and, after a question, deletes the done jobs received before it.
 class DeleteDateWindow final : public QDialog {
 public:
-  /// Environment and engine must outlive the window.
-  DeleteDateWindow(Environment& environment, ImportJobObject2& engine, QWidget* parent = nullptr);
+  /// Environment and engine must outlive the window. Without `ask` the environment's desktop asks.
+  DeleteDateWindow(Environment& environment, ImportJobObject2& engine, QWidget* parent, AskDeletion ask);
 
   /// Asks, deletes with a wait cursor and closes; stays open when nothing was deleted.
   void accept() override;

@@ -177,14 +177,14 @@ TEST_F(Windows, DeletingByDateTakesOnlyDoneJobsReceivedBeforeTheDay) {
                 "', "_sql, number(job.type), ", '"_sql, value(job.received), "')"_sql);
   const auto left = [&] { return erp.count("Select Count(*) From ImportKopf"_sql); };
 
-  DeleteDateWindow cancelled(erp.environment, engine);
+  DeleteDateWindow cancelled(erp.environment, engine, nullptr, {});
   run(cancelled, [](QWidget& window) {
     EXPECT_EQ(find<QLineEdit>(window, "dtDeleteDate")->text(), QStringLiteral("24.10.2026"));
     click(window, "cmdCancel");
   });
   EXPECT_EQ(left(), 6);
 
-  DeleteDateWindow refused(erp.environment, engine);
+  DeleteDateWindow refused(erp.environment, engine, nullptr, {});
   run(refused, [](QWidget& window) {
     click(window, "cmdOK");
     EXPECT_TRUE(window.isVisible()) << "the question was answered with no";
@@ -200,7 +200,7 @@ TEST_F(Windows, DeletingByDateTakesOnlyDoneJobsReceivedBeforeTheDay) {
   ASSERT_EQ(erp.desktop.asked.size(), 1U);
 
   erp.desktop.answer = true;
-  DeleteDateWindow typed(erp.environment, engine);
+  DeleteDateWindow typed(erp.environment, engine, nullptr, {});
   run(typed, [](QWidget& window) {
     QTest::keyClicks(find<QLineEdit>(window, "dtDeleteDate"), QStringLiteral("01.01.2026"));
     QTest::keyClick(&window, Qt::Key_Return);
@@ -208,7 +208,7 @@ TEST_F(Windows, DeletingByDateTakesOnlyDoneJobsReceivedBeforeTheDay) {
   EXPECT_EQ(left(), 5);
   EXPECT_EQ(erp.count("Select Count(*) From ImportKopf Where JobID = 'vertrag'"_sql), 0);
 
-  DeleteDateWindow confirmed(erp.environment, engine);
+  DeleteDateWindow confirmed(erp.environment, engine, nullptr, {});
   run(confirmed, [](QWidget& window) { click(window, "cmdOK"); });
   EXPECT_EQ(left(), 4);
   EXPECT_EQ(erp.count("Select Count(*) From ImportKopf Where JobID = 'alt'"_sql), 0);
@@ -276,7 +276,7 @@ TEST_F(Windows, EveryWindowFitsASmallScreenAndItsKeysAreUnique) {
     font.setPointSizeF(usual.pointSizeF() * scale);
     QApplication::setFont(font);
     OptionsWindow options(erp.environment);
-    DeleteDateWindow deletion(erp.environment, engine);
+    DeleteDateWindow deletion(erp.environment, engine, nullptr, {});
     ErrorWindow text(std::string(5000, 'x'));
     AboutWindow about(erp.environment, "1");
     for (QDialog* const window : std::initializer_list<QDialog*>{&options, &deletion, &text, &about})
