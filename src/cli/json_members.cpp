@@ -43,7 +43,7 @@ void writeCheck(JsonWriter& json, const Findings& findings, std::string_view sta
 }
 
 std::string_view propertyName(std::string_view column) {
-  const auto renamed = std::ranges::find(kundeFields, column, &Field<KundeFields>::column);
+  const auto* const renamed = std::ranges::find(kundeFields, column, &Field<KundeFields>::column);
   return renamed == kundeFields.end() ? column : renamed->name;
 }
 

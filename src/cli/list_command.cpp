@@ -53,9 +53,9 @@ std::string csvField(const std::string& text) {
 class ListPrinter {
 public:
   ListPrinter(const Output& output, Recordset& jobs, const std::vector<std::string>& columns, bool csv)
-      : output_(output), jobs_(jobs), json_(output.result), csv_(csv), table_(output, tableColumns(columns)) {
+      : output_(output), jobs_(jobs), json_(output.result), csv_(csv), table_(output, tableColumns(columns)),
+        whole_(columns.empty()) {
     for (const std::string& name : columns) chosen_.push_back(columnNamed(jobs, name));
-    whole_ = chosen_.empty();
     if (chosen_.empty() && (csv || output.json))
       for (std::size_t i = 0; i < jobs.fieldCount(); ++i) chosen_.push_back(i);
     if (csv_)
@@ -137,7 +137,7 @@ private:
   bool csv_;
   Table table_;
   std::vector<std::size_t> chosen_;
-  bool whole_ = false; ///< no columns were asked for
+  bool whole_; ///< no columns were asked for
 };
 
 } // namespace

@@ -144,10 +144,10 @@ constexpr std::array<std::string_view, 2> ofOrderPosition{"Artikelnummer", "Meng
 
 const PropertyTerm& propertyTerm(ObjectKind kind, std::string_view property) {
   if (kind == ObjectKind::Contract || kind == ObjectKind::ContractPosition)
-    if (const auto own = std::ranges::find(ofContract, property, &PropertyTerm::name);
+    if (const auto* const own = std::ranges::find(ofContract, property, &PropertyTerm::name);
         own != ofContract.end())
       return *own;
-  const auto found = std::ranges::find(common, property, &PropertyTerm::name);
+  const auto* const found = std::ranges::find(common, property, &PropertyTerm::name);
   if (found == common.end()) throw std::out_of_range("no terms of the property " + std::string(property));
   return *found;
 }

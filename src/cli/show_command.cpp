@@ -21,8 +21,8 @@ struct ShownJob {
   Recordset& header;
   Recordset& positions;
   Findings findings;
-  Recordset* order; ///< what the job became; null for none
-  Recordset* lines;
+  Recordset* order = nullptr; ///< what the job became; null for none
+  Recordset* lines = nullptr;
 };
 
 constexpr std::array<ColumnName, 4> orderSumColumns{"Auftragsnummer", "Gesamtnetto", "GesamtMwSt",
