@@ -55,7 +55,7 @@ const std::set<std::string_view> beyondTheDemo{
     "order.quantity.too_large",      "order.discount.too_large",    "order.price_unit.too_large",
     "order.cost_assignment.invalid", "order.position_number.none",  "order.tax_change_day.unreadable",
     "order.tax_rate.invalid",        "order.currency.ignored",      "order.exchange_rate.missing",
-    "order.credit_limit.doubtful"};
+    "order.credit_limit.doubtful",   "order.customer.waiting"};
 
 TEST(DemoJobs, ShowEveryFindingAndEveryFailure) {
   DemoErp plain;
