@@ -1,6 +1,7 @@
 #include "cli/job_assembler.h"
 
 #include "model/job_codes.h"
+#include "model/key_length.h"
 #include "model/text.h"
 #include "store/entry_objects.h"
 #include "store/staging_writer.h"
@@ -10,8 +11,6 @@
 
 namespace qx::cli {
 namespace {
-
-constexpr std::size_t longestKey = 32;
 
 /// The initial values of an entry object without its key: every job gets its own.
 template <class Fields>

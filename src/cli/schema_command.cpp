@@ -5,6 +5,7 @@
 #include "cli/stage_reader.h"
 #include "model/entry_records.h"
 #include "model/import_job.h"
+#include "model/key_length.h"
 #include "program/program_error.h"
 #include "store/json_writer.h"
 
@@ -17,8 +18,6 @@
 
 namespace qx::cli {
 namespace {
-
-constexpr std::int64_t longestKey = 32;
 
 /// The German forms and the ISO form, and those of a contract; which of them are days is left to `stage`.
 constexpr std::string_view datePattern = "^([0-9]{1,2}\\.[0-9]{1,2}\\.([0-9]{2}|[0-9]{4})( "
@@ -61,7 +60,8 @@ void writeProperty(JsonWriter& json, const PropertyTerm& term, FieldKind kind, b
   case FieldKind::Text:
     writeType(json, "string", required);
     if (required) json.key("minLength").number(std::int64_t{1});
-    if (term.name == "JobID" || term.name == "ChildID") json.key("maxLength").number(longestKey);
+    if (term.name == "JobID" || term.name == "ChildID")
+      json.key("maxLength").number(std::int64_t{longestKey});
     break;
   case FieldKind::Date:
     writeType(json, "string");

@@ -12,6 +12,7 @@
 #include <array>
 #include <charconv>
 #include <cstdint>
+#include <memory>
 #include <string>
 
 namespace qx::cli {
@@ -113,13 +114,17 @@ ExitCode ShowCommand::work(const CommandContext& context) {
   const auto positions = context.connection().openStream(
       sql("SELECT *, Cast(Positionsnummer as int) as intPos From ImportPos where JobID = '"_sql,
           value(job.jobId), "' Order By intPos"_sql));
-  const std::string number = kindOf(job.jobType) == qxtJobAufträge ? erpNumber(*header) : std::string();
-  const auto order = context.connection().open(
-      sql("Select * From Auftragskopf Where Auftragsnummer = "_sql, qx::number(orderNumber(number))));
-  const auto lines = context.connection().open(
-      sql("Select * From Auftragspos Where Zeilentyp = 'K' And Auftragsnummer = "_sql,
-          qx::number(orderNumber(number)), " Order By Positionsnummer"_sql));
-  const bool written = !order->eof();
+  std::unique_ptr<Recordset> order;
+  std::unique_ptr<Recordset> lines;
+  if (const auto number = kindOf(job.jobType) == qxtJobAufträge ? orderNumber(erpNumber(*header)) : 0;
+      number != 0) {
+    order = context.connection().open(
+        sql("Select * From Auftragskopf Where Auftragsnummer = "_sql, qx::number(number)));
+    lines = context.connection().open(
+        sql("Select * From Auftragspos Where Zeilentyp = 'K' And Auftragsnummer = "_sql, qx::number(number),
+            " Order By Positionsnummer"_sql));
+  }
+  const bool written = order && !order->eof();
   const ShownJob shown{*header, *positions, context.engine.checkJob(job.jobId),
                        written ? order.get() : nullptr, written ? lines.get() : nullptr};
   if (context.output.json)

@@ -1,5 +1,6 @@
 #include "convert/conversion.h"
 
+#include "model/key_length.h"
 #include "model/text.h"
 #include "program/program_error.h"
 
@@ -11,8 +12,6 @@
 
 namespace qx::convert {
 namespace {
-
-constexpr std::size_t longestKey = 32;
 
 class Conversion {
 public:

@@ -7,6 +7,7 @@
 #include "platform/failure.h"
 #include "settings/settings.h"
 
+#include <algorithm>
 #include <exception>
 #include <string>
 #include <utility>
@@ -51,7 +52,13 @@ Findings JobCheck::findingsOf(std::string_view jobId) {
     OrderFacts facts(environment_, prices_, fieldsOf(*header));
     const OrderCheck check(environment_, orderOptions_);
     Findings findings = customerToCome(check.CheckAuftrag(jobId, facts), header->text("Kundennummer"));
-    if (!findings.holds(Rule::OrderPriceDiffers)) findings.append(check.priceHints(jobId, facts));
+    // A position whose price is a finding already needs no hint.
+    const Findings found = findings;
+    for (const Finding& hint : check.priceHints(jobId, facts))
+      if (!std::ranges::any_of(found, [&](const Finding& finding) {
+            return finding.rule == Rule::OrderPriceDiffers && finding.position == hint.position;
+          }))
+        findings.add(hint);
     return withHints(std::move(findings));
   }
   default:

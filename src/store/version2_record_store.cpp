@@ -1,3 +1,4 @@
+#include "model/key_length.h"
 #include "model/text.h"
 #include "platform/environment.h"
 #include "store/entry_objects.h"
@@ -118,7 +119,6 @@ bool SeenKeys::isFirst(std::string_view key) {
 }
 
 void checkKey(std::string_view name, std::string_view key) {
-  constexpr std::size_t longestKey = 32;
   const auto refuse = [&](std::string_view what) {
     throw RecordRefused(std::string(name) + std::string(what));
   };

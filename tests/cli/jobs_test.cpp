@@ -463,6 +463,8 @@ TEST_F(PricedJobs, TellThePriceThatReplacesTheSendersAndWarnOfItWhenAsked) {
     for (const Json& detail : job["details"])
       if (detail["code"] == "order.price.differs") found.push_back(detail["position"]["Positionsnummer"]);
     EXPECT_EQ(found, positions) << percent;
+    // The others are told all the same.
+    EXPECT_EQ(job["hints"].size(), 2 - positions.size()) << percent;
   }
 }
 
