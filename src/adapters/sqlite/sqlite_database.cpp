@@ -43,12 +43,14 @@ void requireUtf8(sqlite3* handle, const std::string& target) {
                      0);
 }
 
+constexpr int busyMilliseconds = 60000;
+
 void configure(sqlite3* handle, const std::string& target) {
   sqlite3_extended_result_codes(handle, 1);
   // An unknown column in double quotes must be an error, not a text.
   sqlite3_db_config(handle, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
   sqlite3_db_config(handle, SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
-  sqlite3_busy_timeout(handle, 60000);
+  sqlite3_busy_timeout(handle, busyMilliseconds);
   // Reading the schema detects a file that is not a database.
   check(handle, sqlite3_exec(handle, "PRAGMA schema_version", nullptr, nullptr, nullptr), target);
   // Checking the cells of every page read detects damage that would look like missing rows.
@@ -122,6 +124,18 @@ std::unique_ptr<SqliteConnection> openForReading(const std::string& target, Work
   return connection;
 }
 
+/// Write-ahead logging, a property of the file: readers never wait for a run. SQLite does not wait by itself
+/// for another program that creates the same file, since it has already read the file when it wants to write.
+void logAhead(sqlite3* handle, const std::string& target) {
+  constexpr int pauseMilliseconds = 5;
+  for (int waited = 0;; waited += pauseMilliseconds) {
+    const int code = sqlite3_exec(handle, "PRAGMA journal_mode=WAL", nullptr, nullptr, nullptr);
+    const bool busy = (code & 0xff) == SQLITE_BUSY;
+    if (!busy || waited >= busyMilliseconds) return check(handle, code, target);
+    sqlite3_sleep(pauseMilliseconds);
+  }
+}
+
 std::unique_ptr<Connection> openExisting(std::string_view path, WorkOwner workOwner) {
   const std::string target(path);
   const fs::path file = pathOf(target);
@@ -172,9 +186,7 @@ std::unique_ptr<Connection> SqliteDatabase::create(std::string_view path) {
   const std::string target(path);
   reserve(target, FileSharing::Owner);
   Handle handle = openHandle(target, fullName(target), SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
-  // Write-ahead logging, a property of the file: readers never wait for a run.
-  check(handle.get(), sqlite3_exec(handle.get(), "PRAGMA journal_mode=WAL", nullptr, nullptr, nullptr),
-        target);
+  logAhead(handle.get(), target);
   const std::string mark = "PRAGMA application_id=" + std::to_string(applicationId);
   check(handle.get(), sqlite3_exec(handle.get(), mark.c_str(), nullptr, nullptr, nullptr), target);
   return std::make_unique<SqliteConnection>(handle.release(), target, WorkOwner::Component);
