@@ -782,4 +782,29 @@ CREATE TABLE [Eingangsdateien] (
   [Zeitpunkt] NVARCHAR(MAX) COLLATE Latin1_General_100_BIN2,
   PRIMARY KEY ([Kennung])
 );
+CREATE TABLE [Vorgangsinhalte] (
+  lfd BIGINT IDENTITY UNIQUE CLUSTERED,
+  [JobID] NVARCHAR(400) COLLATE Latin1_General_100_CI_AS_SC NOT NULL,
+  [Kennung] NVARCHAR(MAX) COLLATE Latin1_General_100_BIN2,
+  [Zeitpunkt] NVARCHAR(MAX) COLLATE Latin1_General_100_BIN2,
+  PRIMARY KEY ([JobID])
+);
+CREATE INDEX [Vorgangsinhalte_Kennung] ON [Vorgangsinhalte] ([Kennung]);
+CREATE TABLE [Zustandswechsel] (
+  lfd BIGINT IDENTITY UNIQUE CLUSTERED,
+  [Folge] BIGINT,
+  [JobID] NVARCHAR(400) COLLATE Latin1_General_100_CI_AS_SC,
+  [JobType] SMALLINT,
+  [Nummer] NVARCHAR(400) COLLATE Latin1_General_100_CI_AS_SC,
+  [Fehlertext] NVARCHAR(MAX) COLLATE Latin1_General_100_BIN2,
+  [Zeitpunkt] NVARCHAR(MAX) COLLATE Latin1_General_100_BIN2
+);
+CREATE UNIQUE INDEX [Zustandswechsel_Folge] ON [Zustandswechsel] ([Folge]) WHERE [Folge] IS NOT NULL;
+CREATE INDEX [Zustandswechsel_Job] ON [Zustandswechsel] ([JobID], [Folge]);
+CREATE TABLE [Zaehlerstaende] (
+  lfd BIGINT IDENTITY UNIQUE CLUSTERED,
+  [Zaehler] NVARCHAR(400) COLLATE Latin1_General_100_CI_AS_SC NOT NULL,
+  [Stand] BIGINT,
+  PRIMARY KEY ([Zaehler])
+);
 INSERT INTO [Schemastand] ([Version]) VALUES (6);

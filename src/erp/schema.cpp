@@ -109,7 +109,7 @@ Sql createIndex(const SchemaTable& table, const SchemaIndex& index) {
 std::vector<SchemaTable> schemaTables() {
   std::vector<SchemaTable> all;
   for (const auto group :
-       {stagingTables(), customerTables(), orderTables(), componentTables(), inboxTables()})
+       {stagingTables(), customerTables(), orderTables(), componentTables(), handoverTables()})
     all.insert(all.end(), group.begin(), group.end());
   return all;
 }

@@ -73,7 +73,7 @@ std::span<const SchemaTable> customerTables();
 std::span<const SchemaTable> orderTables();
 /// Protocols and what the ERP's own components need.
 std::span<const SchemaTable> componentTables();
-/// The files of watched folders.
-std::span<const SchemaTable> inboxTables();
+/// The files of watched folders, what was handed over, and what became of it.
+std::span<const SchemaTable> handoverTables();
 
 } // namespace qx::erp

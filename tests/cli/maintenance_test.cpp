@@ -160,7 +160,10 @@ view|Meine_Sicht|Meine_Sicht|CREATE VIEW Meine_Sicht AS SELECT * FROM Auftragspo
             "  Auftragspos: columns defined anew; added ÄndUser\n"
             "  Verkaufspreise: columns unchanged; index Verkaufspreise_Artikel\n"
             "  Importlaeufe: created; index Importlaeufe_Beginn\n"
-            "  Eingangsdateien: created\n");
+            "  Eingangsdateien: created\n"
+            "  Vorgangsinhalte: created; index Vorgangsinhalte_Kennung\n"
+            "  Zustandswechsel: created; index Zustandswechsel_Folge, Zustandswechsel_Job\n"
+            "  Zaehlerstaende: created\n");
   EXPECT_EQ(rowsOf(file,
                    "Select type, name, tbl_name, sql From sqlite_master Where name Like 'Mein%' Order By "
                    "tbl_name, type"),

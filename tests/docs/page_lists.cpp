@@ -231,7 +231,7 @@ void printTables() {
   row("customers and contracts", erp::customerTables());
   row("orders", erp::orderTables());
   row("components", erp::componentTables());
-  row("watched folders", erp::inboxTables());
+  row("handover", erp::handoverTables());
   std::cout << '\n';
 }
 
