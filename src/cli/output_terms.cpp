@@ -188,6 +188,15 @@ constexpr OutputObject imported{"import", "What was read.", importMembers};
 constexpr auto scrambleMembers = std::to_array<Member>({whole("lines", "How many lines were written.")});
 constexpr OutputObject scrambled{"scramble", "What was written.", scrambleMembers};
 
+constexpr auto outputMembers = std::to_array<Member>({
+    text("name", "Name of the output."),
+    text("command", "What prints it."),
+});
+constexpr OutputObject listedOutput{"output", "A document that a command prints.", outputMembers};
+constexpr auto outputsMember =
+    std::to_array<Member>({object("outputs", "Every output.", listedOutput).list()});
+constexpr OutputObject outputList{"outputs", "The outputs that have a schema.", outputsMember};
+
 // Staging.
 
 constexpr auto stageMembers = std::to_array<Member>({
@@ -497,6 +506,7 @@ constexpr auto outputs = std::to_array<OutputTerm>({
     {"stage", "stage --json", {&staging}},
     {"stage-watch-line", "a line of stage --watch --json=lines", {&doneFile, &rejectedFile}},
     {"convert", "convert --output --json", {&conversion}},
+    {"schema", "schema --output --json", {&outputList}},
     {"list", "list --json", {&jobList}},
     {"list-line", "a line of list --json=lines", {&listedJob}},
     {"show", "show --json", {&shownJob}},

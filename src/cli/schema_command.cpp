@@ -15,6 +15,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <ostream>
@@ -160,6 +161,20 @@ void writeKind(JsonWriter& json, std::int16_t kind) {
   }
 }
 
+void listOutputs(const Output& target) {
+  constexpr std::size_t nameWidth = 18;
+  if (!target.json) {
+    for (const OutputTerm& term : outputTerms())
+      target.result << fitted(term.name, nameWidth) << term.command << '\n';
+    return;
+  }
+  JsonWriter json(target.result);
+  json.beginObject().key("outputs").beginArray();
+  for (const OutputTerm& term : outputTerms())
+    json.beginObject().key("name").text(term.name).key("command").text(term.command).endObject();
+  json.endArray().endObject().finish();
+}
+
 } // namespace
 
 void SchemaCommand::prepare() {
@@ -193,17 +208,15 @@ void SchemaCommand::prepareOutput() {
 }
 
 void SchemaCommand::describeOutput(std::ostream& result) const {
-  for (const OutputTerm& term : outputTerms()) {
-    if (output->empty())
-      result << fitted(term.name, 18) << term.command << '\n';
-    else if (term.name == *output)
-      writeOutputSchema(JsonWriter(result), term);
-  }
+  writeOutputSchema(JsonWriter(result), *std::ranges::find(outputTerms(), *output, &OutputTerm::name));
 }
 
 ExitCode SchemaCommand::run(Installation& /*installation*/, const Output& target) {
   if (output) {
-    describeOutput(target.result);
+    if (output->empty())
+      listOutputs(target);
+    else
+      describeOutput(target.result);
     return ExitCode::Success;
   }
   JsonWriter json(target.result);

@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """Everything that the program prints as JSON is what the schema of the command says: outputs_test.py PROGRAM SOURCES"""
 import json
+import re
 import subprocess
 import sys
 import tempfile
@@ -29,6 +30,7 @@ def lines(*arguments, **more):
 
 def every_command():
     run("list")
+    run("schema", "--output")
     run("init", "--demo")
     for state in ("staged", "processed"):
         jobs = json.loads(run("list").stdout)["jobs"]
@@ -111,6 +113,10 @@ def schemas():
             for member, described in definition["properties"].items():
                 if not described["description"].endswith("."):
                     wrong.append(f"{name}: {member} has no sentence")
+    usage = subprocess.run([program, "--help"], capture_output=True, text=True, check=True).stdout
+    described = {name.split("-")[0] for name in outputs.names()}
+    for verb in set(re.findall(r"^  ([a-z]+) ", usage, re.M)) - described - {"view", "completion", "help"}:
+        wrong.append(f"no schema of what {verb} prints")
     accepted = json.loads(subprocess.run([program, "schema"], capture_output=True, text=True, check=True).stdout)
     for definition in accepted["$defs"].values():
         for member in definition.get("properties", {}):
