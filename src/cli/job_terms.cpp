@@ -124,12 +124,14 @@ std::string_view stateWord(std::int16_t jobType) {
 
 std::vector<std::string_view> kindWords() {
   std::vector<std::string_view> words;
+  words.reserve(kinds.size());
   for (const Kind& kind : kinds) words.push_back(kind.spellings.front());
   return words;
 }
 
 std::vector<std::string_view> stateWords() {
   std::vector<std::string_view> words;
+  words.reserve(states.size());
   for (const State& state : states) words.push_back(stateWord(withState(kinds.front().code, state.state)));
   return words;
 }

@@ -30,6 +30,15 @@ struct OutputMember {
   /// The only values; those of a number are its digits. Null for any.
   std::vector<std::string_view> (*words)() = nullptr;
 
+private:
+  template <class Part>
+  constexpr OutputMember with(Part OutputMember::*part, Part content) const {
+    OutputMember member = *this;
+    member.*part = content;
+    return member;
+  }
+
+public:
   constexpr OutputMember list() const { return with(&OutputMember::listed, true); }
   constexpr OutputMember orNull() const { return with(&OutputMember::nullable, true); }
   constexpr OutputMember sometimes() const { return with(&OutputMember::optional, true); }
@@ -37,14 +46,6 @@ struct OutputMember {
   constexpr OutputMember from(std::string_view table) const { return with(&OutputMember::codes, table); }
   constexpr OutputMember of(std::vector<std::string_view> (*values)()) const {
     return with(&OutputMember::words, values);
-  }
-
-private:
-  template <class Part>
-  constexpr OutputMember with(Part OutputMember::*part, Part content) const {
-    OutputMember member = *this;
-    member.*part = content;
-    return member;
   }
 };
 
