@@ -11,7 +11,7 @@ constexpr auto examples = std::to_array<CommandExamples>(
      {"convert",
       {"qximportjob convert --map shop.ini orders.csv --output orders.json",
        "qximportjob convert --map shop.ini orders.csv | qximportjob stage -"}},
-     {"schema", {"qximportjob schema auftrag > auftrag.schema.json", "qximportjob schema"}},
+     {"schema", {"qximportjob schema auftrag > auftrag.schema.json", "qximportjob schema --output process"}},
      {"list",
       {"qximportjob list --state error --sort -eingang",
        "qximportjob list --since 01.11.2026 --columns JobID,Kundennummer,Fehlertext --csv"}},

@@ -4,6 +4,7 @@
 #include "cli/command_examples.h"
 #include "cli/commands.h"
 #include "cli/completion.h"
+#include "cli/output_terms.h"
 #include "engine/finding_terms.h"
 #include "program/common_options.h"
 #include "settings/options.h"
@@ -132,9 +133,15 @@ private:
         ->type_name("FILE");
 
     const auto [schemaVerb, schema] =
-        verb<SchemaCommand>(app_, "schema", "Print the JSON schema of what stage takes");
+        verb<SchemaCommand>(app_, "schema", "Print the JSON schema of what stage takes or a command prints");
     offer(schemaVerb->add_option("KIND", schema->kind, "Only kunde, vertrag or auftrag"),
           {"kunde", "vertrag", "auftrag"});
+    offer(schemaVerb
+              ->add_option("--output", schema->output,
+                           "What the command of this name prints with --json; without NAME list them")
+              ->type_name("[NAME]")
+              ->expected(0, 1),
+          outputNames());
 
     const auto [listVerb, list] = verb<ListCommand>(app_, "list", "List jobs, oldest first");
     offer(listVerb->add_option("--state", list->states, "waiting, warning, error or done; may be repeated")
@@ -363,6 +370,12 @@ private:
     std::vector<std::string> codes;
     for (const RuleTerms& terms : allTerms()) codes.emplace_back(terms.code);
     return codes;
+  }
+
+  static std::vector<std::string> outputNames() {
+    std::vector<std::string> names;
+    for (const OutputTerm& term : outputTerms()) names.emplace_back(term.name);
+    return names;
   }
 
   static std::vector<std::string> sectionsOfOptions() {

@@ -123,16 +123,22 @@ private:
   ExitCode explainJob(Installation& installation, const Output& output) const;
 };
 
-/// `schema [KIND]`: what `stage` takes, as a JSON schema.
+/// `schema [KIND]`: what `stage` takes, as a JSON schema. `schema --output [NAME]`: what a command prints
+/// with
+/// `--json`.
 class SchemaCommand final : public Command {
 public:
-  std::string kind; ///< empty for all
+  std::string kind;                  ///< empty for all
+  std::optional<std::string> output; ///< an output; empty for a list of them
 
   void prepare() override;
   bool isForReading() const override { return true; }
-  ExitCode run(Installation& installation, const Output& output) override;
+  ExitCode run(Installation& installation, const Output& target) override;
 
 private:
+  void prepareOutput();
+  void describeOutput(std::ostream& result) const;
+
   std::vector<std::int16_t> kinds_{qxtjobkunden, qxtjobverträge, qxtJobAufträge};
 };
 

@@ -53,6 +53,8 @@ constexpr std::array selections{
     Selection{qxProcessState::ProcessAufträge, {"auftraege", "auftrag", "orders", "order"}},
     Selection{qxProcessState::ProcessZubehör, {"zubehoer", "accessories", "accessory"}}};
 
+constexpr std::string_view noKind = "?";
+
 /// As the spellings are written.
 std::string plainSpelling(std::string_view typed) {
   std::string word = lowerCase(composed(typed));
@@ -97,7 +99,7 @@ std::optional<qxProcessState> selectionFromText(std::string_view text) {
 
 std::string_view kindText(std::int16_t jobType) {
   const Kind* kind = findKind(jobType);
-  return kind == nullptr ? "?" : kind->text;
+  return kind == nullptr ? noKind : kind->text;
 }
 
 std::string_view stateText(std::int16_t jobType) {
@@ -118,6 +120,27 @@ std::string_view stateWord(std::int16_t jobType) {
     if (state.state == stateOf(jobType))
       return state.spellings.front().empty() ? "deleted" : state.spellings.front();
   return {};
+}
+
+std::vector<std::string_view> kindWords() {
+  std::vector<std::string_view> words;
+  words.reserve(kinds.size());
+  for (const Kind& kind : kinds) words.push_back(kind.spellings.front());
+  return words;
+}
+
+std::vector<std::string_view> stateWords() {
+  std::vector<std::string_view> words;
+  words.reserve(states.size());
+  for (const State& state : states) words.push_back(stateWord(withState(kinds.front().code, state.state)));
+  return words;
+}
+
+std::vector<std::string_view> processTexts() {
+  std::vector<std::string_view> texts{noKind};
+  for (const Kind& kind : kinds)
+    if (std::ranges::find(texts, kind.transaction) == texts.end()) texts.push_back(kind.transaction);
+  return texts;
 }
 
 Style stateStyle(std::int16_t jobType) {
@@ -158,7 +181,7 @@ std::string briefReasons(std::string_view reasons) {
 
 std::string_view processText(std::int16_t jobType) {
   const Kind* kind = findKind(jobType);
-  return kind == nullptr ? "?" : kind->transaction;
+  return kind == nullptr ? noKind : kind->transaction;
 }
 
 JobBrief briefOf(Recordset& header) {

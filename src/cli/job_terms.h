@@ -33,6 +33,10 @@ std::string_view stateText(std::int16_t jobType);
 /// "kundenvertrag"; "waiting", "warning", "error", "done", "deleted". Empty for a code of no kind or state.
 std::string_view kindWord(std::int16_t jobType);
 std::string_view stateWord(std::int16_t jobType);
+/// All of these words, and those of `processText`.
+std::vector<std::string_view> kindWords();
+std::vector<std::string_view> stateWords();
+std::vector<std::string_view> processTexts();
 
 /// The style of that word, and that of a status of the protocol ("Erledigt", "Warnung", "Fehler").
 Style stateStyle(std::int16_t jobType);

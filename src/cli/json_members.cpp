@@ -36,8 +36,8 @@ void writeDetails(JsonWriter& json, const Findings& findings) {
   json.endArray();
 }
 
-void writeCheck(JsonWriter& json, const Findings& findings, std::string_view status) {
-  json.key(status).number(static_cast<std::int64_t>(findings.status()));
+void writeCheck(JsonWriter& json, const Findings& findings) {
+  json.key("checkStatus").number(static_cast<std::int64_t>(findings.status()));
   json.key("findings").texts(findings.texts());
   writeDetails(json, findings);
 }
@@ -82,7 +82,7 @@ void writeLeft(JsonWriter& json, const std::map<std::string, std::string>& left)
   if (left.empty()) return;
   json.key("left").beginArray();
   for (const auto& [jobId, reason] : left)
-    json.beginObject().key("JobID").text(jobId).key("Reason").text(reason).endObject();
+    json.beginObject().key("JobID").text(jobId).key("reason").text(reason).endObject();
   json.endArray();
 }
 

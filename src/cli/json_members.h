@@ -17,9 +17,8 @@ namespace qx::cli {
 /// The members `hints` (texts) and `details` of an object: each finding and hint with code, severity, field,
 /// position, values and text; field and position are null where there is none.
 void writeDetails(JsonWriter& json, const Findings& findings);
-/// The same after `status` and `findings` (texts), as in the result of a check. `status` is the name of the
-/// first member: beside the columns of a job, one of which is `Status`, it needs another.
-void writeCheck(JsonWriter& json, const Findings& findings, std::string_view status = "status");
+/// The same after `checkStatus` and `findings` (texts), as in the result of a check.
+void writeCheck(JsonWriter& json, const Findings& findings);
 
 /// The name of a column as the properties of a staged object have it.
 std::string_view propertyName(std::string_view column);

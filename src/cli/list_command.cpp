@@ -63,7 +63,7 @@ public:
     else if (!output.json)
       table_.head();
     else if (!output.jsonLines)
-      json_.beginArray();
+      json_.beginObject().key("jobs").beginArray();
   }
 
   void add() {
@@ -85,7 +85,7 @@ public:
   }
 
   void finish() {
-    if (output_.json && !output_.jsonLines) json_.endArray().finish();
+    if (output_.json && !output_.jsonLines) json_.endArray().endObject().finish();
     output_.result.flush();
     output_.data.flush();
   }

@@ -1,6 +1,7 @@
 #include "cli/commands.h"
 
 #include "cli/job_terms.h"
+#include "cli/json_members.h"
 #include "cli/table.h"
 #include "engine/day_protocol.h"
 #include "engine/findings.h"
@@ -33,6 +34,13 @@ constexpr std::array lineColumns{
     LineColumn{"VADatum", "Text3"}, LineColumn{"Info", "Memo0"},   LineColumn{"Artikelnummern", "Text4"},
     LineColumn{"Bez", "Text5"},     LineColumn{"Menge", "Text6"},  LineColumn{"Preis", "Text7"}};
 
+/// The code of the job as far as its line has it: both kinds of contract are one transaction.
+std::int16_t jobTypeOf(Recordset& line) {
+  const auto kind = kindFromText(line.text("Text0"));
+  const auto state = stateFromText(line.text("Text2"));
+  return kind && state ? withState(*kind, *state) : std::int16_t{0};
+}
+
 void writeJson(std::ostream& output, Connection& connection, const std::vector<std::string>& ids) {
   JsonWriter json(output);
   json.beginObject().key("protocol").textOrNull(ids.empty() ? std::string() : ids.back());
@@ -41,6 +49,7 @@ void writeJson(std::ostream& output, Connection& connection, const std::vector<s
     json.beginObject();
     for (const LineColumn& column : lineColumns) json.key(column.name).text(line.text(column.column));
     json.key("Neukunde").boolean(line.text("Text8") == "1");
+    writeOutcome(json, jobTypeOf(line), line.text("Text1"));
     json.endObject();
   });
   json.endArray().endObject().finish();

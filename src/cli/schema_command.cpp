@@ -1,8 +1,12 @@
 #include "cli/commands.h"
 
+#include "cli/close_words.h"
 #include "cli/job_terms.h"
+#include "cli/output_schema.h"
+#include "cli/output_terms.h"
 #include "cli/property_terms.h"
 #include "cli/stage_reader.h"
+#include "cli/terminal_text.h"
 #include "model/entry_records.h"
 #include "model/import_job.h"
 #include "model/key_length.h"
@@ -11,10 +15,13 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <ostream>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace qx::cli {
 namespace {
@@ -154,10 +161,28 @@ void writeKind(JsonWriter& json, std::int16_t kind) {
   }
 }
 
+void listOutputs(const Output& target) {
+  constexpr std::size_t nameWidth = 18;
+  if (!target.json) {
+    for (const OutputTerm& term : outputTerms())
+      target.result << fitted(term.name, nameWidth) << term.command << '\n';
+    return;
+  }
+  JsonWriter json(target.result);
+  json.beginObject().key("outputs").beginArray();
+  for (const OutputTerm& term : outputTerms())
+    json.beginObject().key("name").text(term.name).key("command").text(term.command).endObject();
+  json.endArray().endObject().finish();
+}
+
 } // namespace
 
 void SchemaCommand::prepare() {
+  if (output) prepareOutput();
   if (kind.empty()) return;
+  if (output)
+    throw ProgramError(ExitCode::BadInput, "KIND is one of the input, --output one of the output",
+                       "Omit one of them.");
   const auto known = kindFromText(kind);
   if (!known)
     throw ProgramError(ExitCode::BadInput, "'" + kind + "' is not a kind of job",
@@ -166,11 +191,38 @@ void SchemaCommand::prepare() {
   kinds_ = {*known == qxtjobkundenverträge ? std::int16_t{qxtjobverträge} : *known};
 }
 
-ExitCode SchemaCommand::run(Installation& /*installation*/, const Output& output) {
-  JsonWriter json(output.result);
+void SchemaCommand::prepareOutput() {
+  // As the words of the command, too: "settings list".
+  std::ranges::replace(*output, ' ', '-');
+  if (output->empty()) return;
+  std::vector<std::string> known;
+  for (const OutputTerm& term : outputTerms()) {
+    if (term.name == *output) return;
+    known.emplace_back(term.name);
+  }
+  const std::string meant = closestWord(*output, known);
+  throw ProgramError(ExitCode::BadInput,
+                     "there is no output '" + *output + "'" +
+                         (meant.empty() ? "" : "; did you mean '" + meant + "'?"),
+                     "'qximportjob schema --output' lists the outputs.");
+}
+
+void SchemaCommand::describeOutput(std::ostream& result) const {
+  writeOutputSchema(JsonWriter(result), *std::ranges::find(outputTerms(), *output, &OutputTerm::name));
+}
+
+ExitCode SchemaCommand::run(Installation& /*installation*/, const Output& target) {
+  if (output) {
+    if (output->empty())
+      listOutputs(target);
+    else
+      describeOutput(target.result);
+    return ExitCode::Success;
+  }
+  JsonWriter json(target.result);
   json.beginObject();
-  json.key("$schema").text("https://json-schema.org/draft/2020-12/schema");
-  json.key("title").text("Jobs for qximportjob stage");
+  writeSchemaHead(json, "input" + (kind.empty() ? "" : ":" + std::string(kindWord(kinds_.front()))),
+                  "Jobs for qximportjob stage");
   json.key("$defs").beginObject();
   json.key("job").beginObject().key("oneOf").beginArray();
   for (const std::int16_t each : kinds_)

@@ -35,8 +35,8 @@ void print(const Output& output, const Entry& entry) {
     return;
   }
   JsonWriter json(output.result);
-  json.beginObject().key("Section").text(entry.section).key("Key").text(entry.key);
-  json.key("Value").text(entry.setting).key("Local").boolean(entry.local).endObject().finish();
+  json.beginObject().key("section").text(entry.section).key("key").text(entry.key);
+  json.key("value").text(entry.setting).key("local").boolean(entry.local).endObject().finish();
 }
 
 std::string closestKey(std::string_view section, std::string_view key) {
@@ -96,13 +96,13 @@ struct ListedOption {
 void writeListed(JsonWriter& json, const ListedOption& listed) {
   const OptionSpec& option = *listed.option;
   json.beginObject();
-  json.key("Section").text(option.section).key("Key").text(option.key);
-  json.key("Value").text(listed.stored).key("Local").boolean(option.isLocal());
-  json.key("Meaning").text(option.english);
-  json.key("Effective").text(effectiveValue(option, listed.stored));
-  json.key("Default").text(defaultOf(option));
-  json.key("Allowed").text(allowedValues(option));
-  json.key("Readers").beginArray();
+  json.key("section").text(option.section).key("key").text(option.key);
+  json.key("value").text(listed.stored).key("local").boolean(option.isLocal());
+  json.key("meaning").text(option.english);
+  json.key("effective").text(effectiveValue(option, listed.stored));
+  json.key("default").text(defaultOf(option));
+  json.key("allowed").text(allowedValues(option));
+  json.key("readers").beginArray();
   for (const std::string_view reader : readersOf(option)) json.text(reader);
   json.endArray().endObject();
 }
@@ -134,9 +134,9 @@ ExitCode SettingsListCommand::work(const CommandContext& context) {
     options.push_back({option, settings.read(*option).value_or("")});
   if (context.output.json) {
     JsonWriter json(context.output.result);
-    json.beginArray();
+    json.beginObject().key("settings").beginArray();
     for (const ListedOption& listed : options) writeListed(json, listed);
-    json.endArray().finish();
+    json.endArray().endObject().finish();
     return ExitCode::Success;
   }
   std::string_view section;

@@ -26,8 +26,8 @@ struct ShownJob {
   Recordset* lines = nullptr;
 };
 
-constexpr std::array<ColumnName, 4> orderSumColumns{"Auftragsnummer", "Gesamtnetto", "GesamtMwSt",
-                                                    "Gesamtbrutto"};
+constexpr std::array<ColumnName, 6> orderSumColumns{"Auftragsnummer", "Währung",    "Preistyp",
+                                                    "Gesamtnetto",    "GesamtMwSt", "Gesamtbrutto"};
 constexpr std::array<ColumnName, 7> orderLineColumns{
     "Positionsnummer", "Artikelnummer", "Menge", "Mengeneinheit", "Preis", "Preiseinheit", "Rabatt"};
 
@@ -58,7 +58,7 @@ void writeJson(std::ostream& output, const ShownJob& job) {
   json.endArray();
   writeOutcome(json, job.header);
   if (job.order) writeOrder(json, *job.order, *job.lines);
-  writeCheck(json, job.findings, "checkStatus");
+  writeCheck(json, job.findings);
   json.endObject().finish();
 }
 

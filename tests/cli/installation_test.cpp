@@ -30,17 +30,17 @@ TEST_F(InstallationOfTheProgram, IsCreatedOnceByInit) {
   EXPECT_FALSE(fs::exists(path("neu")));
   EXPECT_EQ(runPlain({"--db", file, "init", "--json"}).output,
             "{\"created\":true,\"demo\":false,\"staged\":0}\n");
-  EXPECT_EQ(runPlain({"--db", file, "list", "--json"}).output, "[]\n");
+  EXPECT_EQ(runPlain({"--db", file, "list", "--json"}).output, "{\"jobs\":[]}\n");
   EXPECT_EQ(runPlain({"--db", file, "init", "--demo", "--json"}).output,
             "{\"created\":false,\"demo\":false,\"staged\":0}\n");
-  EXPECT_EQ(runPlain({"--db", file, "list", "--json"}).output, "[]\n");
+  EXPECT_EQ(runPlain({"--db", file, "list", "--json"}).output, "{\"jobs\":[]}\n");
 }
 
 TEST_F(InstallationOfTheProgram, ComesWithDemoJobsOnDemand) {
   const std::string file = path("demo.db");
   const Json report = runPlain({"--db", file, "init", "--demo", "--json"}).json();
   EXPECT_EQ(report["demo"], true);
-  EXPECT_EQ(runPlain({"--db", file, "list", "--json"}).json().size(), report["staged"]);
+  EXPECT_EQ(runPlain({"--db", file, "list", "--json"}).json()["jobs"].size(), report["staged"]);
   EXPECT_NE(erp.folder.read("Zubehoer.ini").find("MinBestGebuehr="), std::string::npos);
   erp.folder.write("Zubehoer.ini", "[Werte]");
   ASSERT_EQ(runPlain({"--db", path("zweite.db"), "init", "--demo"}).status, 0);
@@ -128,7 +128,7 @@ TEST_F(InstallationOfTheProgram, IsAFileWhateverItsNameSays) {
   fs::current_path(erp.folder.path());
   for (const std::string name : {":memory:", "file:neu.db?mode=memory"}) {
     EXPECT_EQ(runPlain({"--db", name, "init"}).status, 0);
-    EXPECT_EQ(runPlain({"--db", name, "list", "--json"}).output, "[]\n");
+    EXPECT_EQ(runPlain({"--db", name, "list", "--json"}).output, "{\"jobs\":[]}\n");
     EXPECT_GT(fs::file_size(name), 0U);
   }
   fs::current_path(before);

@@ -51,7 +51,7 @@ TEST_F(Jobs, AreFilteredByKindAndState) {
 TEST_F(Jobs, AreShownWithTheColumnsOfTheirTables) {
   mustStage(R"({"type":"Auftrag","JobID":"A","Kundennummer":"1","Positionen":[
                       {"ChildID":"P","Positionsnummer":3,"Artikelnummer":"A","Menge":1.5,"Preis":10,"Lieferbereit":true}]})");
-  const Json listedJob = run({"list", "--json"}).json().at(0);
+  const Json listedJob = run({"list", "--json"}).json()["jobs"].at(0);
   std::vector<std::string> names;
   for (const auto& member : listedJob.items()) names.push_back(member.key());
   EXPECT_EQ(names.at(0), "JobID");
@@ -116,14 +116,14 @@ TEST_F(Jobs, AreCheckedWithoutBeingChanged) {
   const Json jobs = result.json()["jobs"];
   ASSERT_EQ(jobs.size(), 3U);
   // Ordered by customer number.
-  EXPECT_EQ(jobs[0], Json::parse(R"({"JobID":"K2","Vorgang":"Kunden","Nummer":"","status":30,
+  EXPECT_EQ(jobs[0], Json::parse(R"({"JobID":"K2","Vorgang":"Kunden","Nummer":"","checkStatus":30,
       "findings":["Die Kundennummer fehlt."],"hints":[],"details":[{"code":"customer.number.missing",
       "severity":30,"field":"Kundennummer","position":null,"value":"","stored":"",
       "text":"Die Kundennummer fehlt."}]})"));
-  EXPECT_EQ(jobs[1]["status"], 20);
+  EXPECT_EQ(jobs[1]["checkStatus"], 20);
   EXPECT_EQ(jobs[1]["findings"],
             (Json{"Kundengruppe: 'NEU' ist nicht angelegt.", "Vertreter1: '9' ist nicht angelegt."}));
-  EXPECT_EQ(jobs[2], Json::parse(R"({"JobID":"K3","Vorgang":"Kunden","Nummer":"3","status":10,
+  EXPECT_EQ(jobs[2], Json::parse(R"({"JobID":"K3","Vorgang":"Kunden","Nummer":"3","checkStatus":10,
                                      "findings":[],"hints":[],"details":[]})"));
   EXPECT_EQ(run({"check", "K3"}).status, 0);
   EXPECT_EQ(run({"check", "K3", "K1"}).output,
@@ -154,7 +154,7 @@ TEST_F(Jobs, WhoseCheckFailsHaveThatAsAFindingAndTheRestIsChecked) {
   EXPECT_EQ(result.status, 1);
   const Json jobs = result.json()["jobs"];
   ASSERT_EQ(jobs.size(), 3U);
-  EXPECT_EQ(jobs[1]["status"], 30);
+  EXPECT_EQ(jobs[1]["checkStatus"], 30);
   EXPECT_EQ(jobs[1]["findings"],
             Json{"Der Vorgang konnte nicht geprüft werden: Die Währung 'XTS' hat keinen Wechselkurs."});
   EXPECT_EQ(jobs[1]["details"][0]["value"], "Die Währung 'XTS' hat keinen Wechselkurs.");
@@ -170,7 +170,7 @@ TEST_F(Jobs, HaveHintsThatChangeNoStatus) {
   EXPECT_EQ(checked.output,
             "Hinweis  Kunden 1  K1\n  Hinweis: " + hint + "\n1 checked, 0 with findings, 1 with hints\n");
   const Json job = run({"check", "--json"}).json()["jobs"][0];
-  EXPECT_EQ(job["status"], 10);
+  EXPECT_EQ(job["checkStatus"], 10);
   EXPECT_EQ(job["hints"], Json{hint});
   EXPECT_TRUE(run({"show", "K1"}).output.ends_with("Prüfung: keine Befunde\n  Hinweis: " + hint + "\n"));
   EXPECT_EQ(show("K1")["hints"], Json{hint});
@@ -424,7 +424,7 @@ TEST_F(Jobs, ThatTheDatabaseKeepsEndAPurgeWithFour) {
   EXPECT_EQ(result.output, "0 deleted\n");
   EXPECT_EQ(result.messages, "The database refused 1 deletions:\n  A: nein\n");
   EXPECT_EQ(run({"purge", "--json"}).output, "{\"deleted\":0,\"undated\":0,\"refused\":1,\"left\":["
-                                             "{\"JobID\":\"A\",\"Reason\":\"nein\"}]}\n");
+                                             "{\"JobID\":\"A\",\"reason\":\"nein\"}]}\n");
   EXPECT_EQ(listed(), Keys{"A"});
 }
 
@@ -495,9 +495,9 @@ TEST_F(PricedJobs, TellItInTheRunAndItsProtocolToo) {
   EXPECT_EQ(shown["order"]["Gesamtbrutto"], 0.17);
   EXPECT_EQ(shown["order"]["lines"][0]["Preis"], 0.068);
   EXPECT_EQ(shown["order"]["lines"].size(), 2U);
-  EXPECT_EQ(runPlain({"--db", demo, "list", "--json", "--jobid", "A"}).json()[0]["number"], number);
-  const Json waiting =
-      runPlain({"--db", demo, "list", "--json", "--kind", "customers", "--state", "waiting"}).json()[0];
+  EXPECT_EQ(runPlain({"--db", demo, "list", "--json", "--jobid", "A"}).json()["jobs"][0]["number"], number);
+  const Json waiting = runPlain({"--db", demo, "list", "--json", "--kind", "customers", "--state", "waiting"})
+                           .json()["jobs"][0];
   EXPECT_EQ(waiting["state"], "waiting");
   EXPECT_EQ(waiting["kind"], "kunde");
   EXPECT_EQ(waiting["number"], Json()) << "nothing is written yet";
@@ -510,7 +510,7 @@ TEST_F(PricedJobs, OfACustomerWhoWaitsBesideThemAreNoErrors) {
       R"([{"type":"Auftrag","JobID":"A","Kundennummer":"8","Positionen":[{"Artikelnummer":"K1","Menge":1}]},
                 {"type":"Kunde","JobID":"K","Kundennummer":"8","Bez1":"Firma"}])");
   const Json waiting = run({"check", "A", "--json"}).json()["jobs"][0];
-  EXPECT_EQ(waiting["status"], 10);
+  EXPECT_EQ(waiting["checkStatus"], 10);
   EXPECT_EQ(waiting["hints"], Json{"Kunde wird in diesem Lauf angelegt"});
   EXPECT_EQ(waiting["details"][0]["value"], "K");
   EXPECT_EQ(run({"check"}).status, 0);

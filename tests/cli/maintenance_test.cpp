@@ -133,7 +133,7 @@ TEST_F(Maintained, DatabasesOfEarlierProgramsAreUpgradedWithEveryRow) {
     const Json run = runPlain({"--db", file, "--date", "24.11.2026", "process", "--json"}).json();
     EXPECT_EQ(run["counts"], version < 3 ? ofDemonstration : ofCustomers) << version;
     EXPECT_EQ(runPlain({"--db", file, "status", "--json"}).json()["runs"].size(), 1U);
-    EXPECT_EQ(runPlain({"--db", file, "list", "--state", "waiting", "--json"}).output, "[]\n");
+    EXPECT_EQ(runPlain({"--db", file, "list", "--state", "waiting", "--json"}).output, "{\"jobs\":[]}\n");
   }
 }
 
@@ -257,7 +257,8 @@ TEST_F(Maintained, ABackupShowsOneMomentOfARunThatGoesOn) {
   EXPECT_NE(done, "0|\n");
   EXPECT_EQ(rowsOf(path("sicher.db"), "Select Count(*) From Protokollpositionen"), done);
   EXPECT_EQ(rowsOf(path("sicher.db"), "Select Count(*) From Kundenstamm"), done);
-  EXPECT_EQ(runPlain({"--db", path("sicher.db"), "list", "--limit", "1", "--json"}).json().size(), 1U);
+  EXPECT_EQ(runPlain({"--db", path("sicher.db"), "list", "--limit", "1", "--json"}).json()["jobs"].size(),
+            1U);
 }
 
 TEST_F(Maintained, WhatAKilledBackupLeavesGoesWithTheNextOneButNotWhatARunningOneWrites) {
@@ -326,7 +327,7 @@ TEST_F(Maintained, ABackupIsItsOwnersAndReplacesOnlyWhatItMay) {
     EXPECT_EQ(run({"backup", path("ziel/halb.db")}).status, 4);
   }
   EXPECT_EQ(filesIn("ziel"), std::vector<std::string>{"sicher.db"});
-  EXPECT_EQ(run({"list", "--json"}).output, "[]\n");
+  EXPECT_EQ(run({"list", "--json"}).output, "{\"jobs\":[]}\n");
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "program_fixture.h"
 
+#include "described_outputs.h"
+
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
@@ -39,7 +41,7 @@ Json ProgramResult::json() const {
 
 ProgramRun::ProgramRun(const TemporaryFolder& folder, const std::vector<std::string>& arguments,
                        const std::map<std::string, std::string>& variables, std::string_view input)
-    : folder_(folder), name_(freshName()) {
+    : folder_(folder), name_(freshName()), arguments_(arguments) {
   folder_.write(name_ + ".in", input);
   const auto file = [&](const char* ending) { return (folder_.path() / (name_ + ending)).string(); };
   std::vector<std::string> words{QXIMPORTJOB_PROGRAM};
@@ -96,7 +98,9 @@ std::optional<ProgramResult> ProgramRun::waitAtMost(std::chrono::seconds limit) 
 
 ProgramResult ProgramRun::ended(int status) {
   process_ = -1;
-  return {exitStatus(status), folder_.read(name_ + ".out"), folder_.read(name_ + ".err")};
+  ProgramResult result{exitStatus(status), folder_.read(name_ + ".out"), folder_.read(name_ + ".err")};
+  expectDescribed(arguments_, result.output);
+  return result;
 }
 
 ProgramResult ProgramTest::runPlain(const std::vector<std::string>& arguments, std::string_view input) const {
@@ -132,7 +136,8 @@ Json ProgramTest::show(const std::string& jobId) const { return run({"show", job
 std::vector<std::string> ProgramTest::listed(std::vector<std::string> options) const {
   options.insert(options.begin(), {"list", "--json"});
   std::vector<std::string> keys;
-  for (const Json& job : run(std::move(options)).json()) keys.push_back(job["JobID"]);
+  const Json list = run(std::move(options)).json();
+  for (const Json& job : list["jobs"]) keys.push_back(job["JobID"]);
   return keys;
 }
 

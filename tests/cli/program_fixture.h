@@ -27,7 +27,7 @@ struct ProgramResult {
   Json json() const;
 };
 
-/// A process of the program whose outputs go to files.
+/// A process of the program whose outputs go to files. JSON is compared with its schema.
 class ProgramRun {
 public:
   ProgramRun(const TemporaryFolder& folder, const std::vector<std::string>& arguments,
@@ -49,6 +49,7 @@ private:
 
   const TemporaryFolder& folder_;
   std::string name_;
+  std::vector<std::string> arguments_;
   pid_t process_ = -1;
 };
 

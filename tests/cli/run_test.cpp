@@ -129,7 +129,7 @@ TEST_F(Run, NamesAJobThatTheDatabaseRefusesToMarkAndProcessesTheOthers) {
   const ProgramResult result = run({"process", "--json"});
   EXPECT_EQ(result.status, 1);
   EXPECT_EQ(result.json()["counts"], Json::parse(R"({"processed":3,"done":3,"warning":0,"error":0})"));
-  EXPECT_EQ(result.json()["left"], Json::parse(R"([{"JobID":"fest","Reason":"Vorgang gesperrt"}])"));
+  EXPECT_EQ(result.json()["left"], Json::parse(R"([{"JobID":"fest","reason":"Vorgang gesperrt"}])"));
   const ProgramResult text = run({"process"});
   EXPECT_EQ(text.status, 1);
   EXPECT_NE(text.output.find("1 jobs are left as they were, because the database refuses to change them:\n"
@@ -209,7 +209,7 @@ TEST_F(Run, CreatesMissingRepsWhenTheOptionIsOn) {
   EXPECT_EQ(run({"process"}).status, 1);
   EXPECT_EQ(show("K")["JobType"], 12);
   EXPECT_EQ(run({"settings", "set", "ImportJob2", "KundenVertreter", "1", "--json"}).output,
-            "{\"Section\":\"ImportJob2\",\"Key\":\"KundenVertreter\",\"Value\":\"1\",\"Local\":false}\n");
+            "{\"section\":\"ImportJob2\",\"key\":\"KundenVertreter\",\"value\":\"1\",\"local\":false}\n");
   ASSERT_EQ(run({"release", "K"}).status, 0);
   EXPECT_EQ(run({"process"}).status, 0);
   EXPECT_EQ(show("K")["JobType"], 13);
@@ -223,7 +223,7 @@ TEST_F(Run, IsRefusedWhileALivingProgramHoldsTheLock) {
   const ProgramResult result = run({"process", "--json"});
   EXPECT_EQ(result.status, 3);
   EXPECT_EQ(result.json()["error"], "the import is locked by user 'meier'");
-  EXPECT_EQ(run({"list", "--state", "waiting", "--json"}).json().size(), 1U);
+  EXPECT_EQ(run({"list", "--state", "waiting", "--json"}).json()["jobs"].size(), 1U);
   const Json shown = run({"lock", "show", "--json"}).json();
   EXPECT_EQ(shown["held"], true);
   EXPECT_EQ(shown["alive"], true);
@@ -354,7 +354,7 @@ TEST_F(Run, LeavesAProtocolOfTheDay) {
   EXPECT_EQ(protocol["lines"],
             Json::parse(R"([{"Vorgang":"Kunden","Nummer":"K1","Status":"Erledigt","VADatum":"20.11.2026",
               "Info":"Neukunde angelegt.\r\nBez1: Firma\r\nBez2: \r\nBez3: ","Artikelnummern":"","Bez":"",
-              "Menge":"","Preis":"","Neukunde":true}])"));
+              "Menge":"","Preis":"","Neukunde":true,"state":"done","kind":"kunde","number":"K1"}])"));
   EXPECT_EQ(runPlain({"--db", erp.file, "protocol", "--date", "23.11.2026", "--json"}).json()["lines"],
             Json::array());
 }
@@ -423,15 +423,15 @@ TEST_F(Run, AnOptionThatItsReadersDoNotUnderstandIsRefused) {
 }
 
 TEST_F(Run, OptionsAreListedReadAndWrittenInTheirStore) {
-  const Json all = run({"settings", "list", "--json"}).json();
+  const Json all = run({"settings", "list", "--json"}).json()["settings"];
   const auto find = [&](std::string_view key) {
     for (const Json& option : all)
-      if (option["Key"] == key) return option;
+      if (option["key"] == key) return option;
     return Json();
   };
-  EXPECT_EQ(find("KundenVertreter")["Section"], "ImportJob2");
-  EXPECT_EQ(find("KundenVertreter")["Value"], "");
-  EXPECT_EQ(find("MainWidth")["Local"], true);
+  EXPECT_EQ(find("KundenVertreter")["section"], "ImportJob2");
+  EXPECT_EQ(find("KundenVertreter")["value"], "");
+  EXPECT_EQ(find("MainWidth")["local"], true);
   EXPECT_EQ(run({"settings", "set", "MAIN", "MainWidth", "800", "--local"}).status, 0);
   EXPECT_EQ(run({"settings", "get", "MAIN", "MainWidth", "--local"}).output, "800\n");
   EXPECT_EQ(run({"settings", "get", "MAIN", "MainWidth"}).output, "\n");
@@ -448,13 +448,13 @@ TEST_F(Run, OptionsAreListedReadAndWrittenInTheirStore) {
 
 TEST_F(Run, ListedOptionsSayWhatTheyDoAndWhatHolds) {
   erp.setOption("AutomatischVerarbeiten", "vielleicht");
-  const Json all = run({"settings", "list", "--json"}).json();
+  const Json all = run({"settings", "list", "--json"}).json()["settings"];
   const auto found =
-      std::ranges::find_if(all, [](const Json& option) { return option["Key"] == "AutomatischVerarbeiten"; });
+      std::ranges::find_if(all, [](const Json& option) { return option["key"] == "AutomatischVerarbeiten"; });
   ASSERT_NE(found, all.end());
-  EXPECT_EQ(*found, Json::parse(R"({"Section":"ImportJob2","Key":"AutomatischVerarbeiten",
-      "Value":"vielleicht","Local":false,"Meaning":"a run checks jobs and parks those with findings",
-      "Effective":"0","Default":"0","Allowed":"0 or 1","Readers":["process"]})"));
+  EXPECT_EQ(*found, Json::parse(R"({"section":"ImportJob2","key":"AutomatischVerarbeiten",
+      "value":"vielleicht","local":false,"meaning":"a run checks jobs and parks those with findings",
+      "effective":"0","default":"0","allowed":"0 or 1","readers":["process"]})"));
   EXPECT_NE(run({"settings", "list"})
                 .output.find("  AutomatischVerarbeiten = vielleicht  (counts as 0)\n"
                              "    a run checks jobs and parks those with findings\n"

@@ -16,6 +16,7 @@ behind its commas. A comment before a box says what else to do with it:
 
 What stands between <!-- list: NAME --> and <!-- end --> is a list that LISTS prints from the code's tables. A list
 whose name is that of a file in docs/ is the whole file.
+What a command of the program prints as JSON is also compared with its schema.
 With --renew the pages are rewritten in place instead; "..." stays where it stood as far as it still fits.
 """
 
@@ -31,6 +32,9 @@ import sys
 import tempfile
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
+sys.path.insert(0, str(ROOT / "tests/support"))
+from output_schemas import Outputs  # noqa: E402
+
 # The page of measurements shows no session of the program.
 PAGES = [ROOT / "README.md", *sorted((ROOT / "docs").glob("*.md")), *sorted((ROOT / "docs/man").glob("*.md"))]
 LINE_WIDTH = 116
@@ -154,8 +158,8 @@ class Folder:
 
 
 class Page:
-    def __init__(self, path, folder, lists, program):
-        self.path, self.folder, self.lists, self.program = path, folder, lists, program
+    def __init__(self, path, folder, lists, program, outputs):
+        self.path, self.folder, self.lists, self.program, self.outputs = path, folder, lists, program, outputs
         self.faults = []
 
     def fault(self, line, text):
@@ -221,7 +225,7 @@ class Page:
             database.close()
         elif "not run" not in marks:
             if any(line.startswith("$ ") for line in box):
-                return self.session(box)
+                return self.session(number, box)
             if any(line.startswith(COMMANDS) for line in box):
                 self.fault(number, "commands that are neither run nor marked as not run")
         return box
@@ -230,7 +234,7 @@ class Page:
         if command and not re.match(pattern("\n".join(box)), self.folder.run(command).lstrip("\n")):
             self.fault(number, f"'{command}' prints something else than the box")
 
-    def session(self, box):
+    def session(self, number, box):
         new, at = [], 0
         while at < len(box):
             new.append(box[at])
@@ -246,7 +250,10 @@ class Page:
                 shown = box[at + 1:end]
                 gap = 1 if end < len(box) and shown and not shown[-1] else 0
                 shown = shown[:len(shown) - gap]
-                text = renewed("\n".join(shown), self.folder.run("\n".join(command)))
+                printed = self.folder.run("\n".join(command))
+                for fault in self.outputs.in_session("\n".join(command), printed):
+                    self.fault(number, fault)
+                text = renewed("\n".join(shown), printed)
                 new += text.split("\n") if text else []
                 new += [""] * gap
                 at = end - 1
@@ -341,10 +348,10 @@ def main():
     program, list_printer = (os.path.abspath(argument) for argument in sys.argv[1:3])
     renew = "--renew" in sys.argv[3:]
     lists = read_lists(list_printer)
-    folder = Folder(program)
+    folder, outputs = Folder(program), Outputs(program)
     faults, used = [*quoted_texts(), *untold_texts(), *undocumented_options(program)], set()
     for path in PAGES:
-        page = Page(path, folder, lists, program)
+        page = Page(path, folder, lists, program, outputs)
         old, new = page.walk()
         faults += page.faults
         used |= set(re.findall(r"<!-- list: (.*?) -->", "\n".join(old)))

@@ -51,6 +51,7 @@ completes 'done|error|waiting|warning' bash -- list --state =
 completes '' bash fish -- process --user v
 completes 'bash|fish|zsh' bash fish -- completion ''
 completes 'jobid' bash fish -- list --sort j
+completes 'process|process-line|protocol|protocol-purge|purge' bash fish -- schema --output p
 completes 'always|auto' bash fish -- --color a
 
 zsh -n ./zsh || failures=$((failures + 1))
