@@ -13,6 +13,7 @@
 #include "erp/schema_table.h"
 #include "model/entry_records.h"
 #include "model/import_job.h"
+#include "model/required_properties.h"
 #include "model/text.h"
 #include "settings/option_terms.h"
 #include "settings/options.h"
@@ -61,9 +62,9 @@ void printFaults() {
 
 /// What a sender has to know of each property.
 template <class Table>
-void printTerms(std::string_view title, cli::ObjectKind kind, const Table& table) {
+void printTerms(std::string_view title, ObjectKind kind, const Table& table) {
   std::cout << "=== " << title << "\n\n| property | meaning | unit | codes in |\n|---|---|---|---|\n";
-  const auto required = cli::requiredProperties(kind);
+  const auto required = requiredProperties(kind);
   for (const auto& field : table) {
     const cli::PropertyTerm& term = cli::propertyTerm(kind, field.name);
     const bool needed = std::ranges::find(required, field.name) != required.end();
@@ -275,11 +276,11 @@ int main() {
   printProperties("Vertrag", vertragFields);
   printProperties("AuftragsPos", auftragsPosFields);
   printProperties("ImportJobSubItem", importJobSubItemFields);
-  printTerms("Customer properties", cli::ObjectKind::Customer, kundeFields);
-  printTerms("Order properties", cli::ObjectKind::Order, auftragFields);
-  printTerms("Order position properties", cli::ObjectKind::OrderPosition, auftragsPosFields);
-  printTerms("Contract properties", cli::ObjectKind::Contract, vertragFields);
-  printTerms("Contract position properties", cli::ObjectKind::ContractPosition, importJobSubItemFields);
+  printTerms("Customer properties", ObjectKind::Customer, kundeFields);
+  printTerms("Order properties", ObjectKind::Order, auftragFields);
+  printTerms("Order position properties", ObjectKind::OrderPosition, auftragsPosFields);
+  printTerms("Contract properties", ObjectKind::Contract, vertragFields);
+  printTerms("Contract position properties", ObjectKind::ContractPosition, importJobSubItemFields);
   printFaults();
   printJobFileLines();
   printWhatDoesNotTravel();
