@@ -15,6 +15,7 @@
 #include "model/import_job.h"
 #include "model/required_properties.h"
 #include "model/text.h"
+#include "sender_advice.h"
 #include "settings/option_terms.h"
 #include "settings/options.h"
 #include "store/job_lines.h"
@@ -55,8 +56,29 @@ std::string joined(const Names& names, bool drawTogether) {
 
 void printFaults() {
   std::cout << "=== faults\n\n| code | meaning |\n|---|---|\n";
-  for (const auto& [code, meaning] : cli::faultTerms())
-    std::cout << "| `" << code << "` | " << meaning << " |\n";
+  for (const cli::FaultTerm& term : cli::faultTerms())
+    std::cout << "| `" << term.code << "` | " << term.meaning << " |\n";
+  std::cout << '\n';
+}
+
+void printFaultRemedies() {
+  std::cout << "=== refusals of a file\n\n| code | what is wrong | what to do |\n|---|---|---|\n";
+  for (const cli::FaultTerm& term : cli::faultTerms())
+    std::cout << "| `" << term.code << "` | " << term.meaning << " | " << term.remedy << " |\n";
+  std::cout << '\n';
+}
+
+/// Every finding that programs meet; others are shown by dialogs only.
+void printFindingAdvice() {
+  std::cout << "=== refusals of a run\n\n| code | severity | field | what to do |\n|---|---|---|---|\n";
+  for (const RuleTerms& row : allTerms()) {
+    if (!row.counts) continue;
+    const char* severity = row.severity == CheckStatus::Error     ? "error"
+                           : row.severity == CheckStatus::Warning ? "warning"
+                                                                  : "hint";
+    std::cout << "| `" << row.code << "` | " << severity << " | " << row.field << " | "
+              << wordOf(adviceOn(row.rule)) << " |\n";
+  }
   std::cout << '\n';
 }
 
@@ -282,6 +304,8 @@ int main() {
   printTerms("Contract properties", ObjectKind::Contract, vertragFields);
   printTerms("Contract position properties", ObjectKind::ContractPosition, importJobSubItemFields);
   printFaults();
+  printFaultRemedies();
+  printFindingAdvice();
   printJobFileLines();
   printWhatDoesNotTravel();
   printOptions();
