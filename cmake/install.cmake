@@ -78,7 +78,7 @@ install(FILES ${CMAKE_BINARY_DIR}/completion/fish DESTINATION ${data}/fish/vendo
   RENAME qximportjob.fish COMPONENT program)
 
 # The documents that the program and its pages name.
-foreach(page cli convert job-files operation servers standalone-erp befunde)
+foreach(page cli convert integration job-files operation servers standalone-erp befunde)
   install(FILES docs/${page}.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT program)
 endforeach()
 install(FILES docs/schema-sqlserver.sql DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT program)

@@ -1,5 +1,5 @@
-// Stages a customer with the entry objects and processes what waits: host DATABASE
-// The database is created when there is none. Ends with 0 when every job was written.
+// Hands a customer and an order over and prints what becomes of them: host DATABASE
+// A database that does not exist is created, with demo data. A second call hands over nothing.
 #include "adapters/system/console_desktop.h"
 #include "adapters/system/stream_diagnostics.h"
 #include "composition/composition.h"
@@ -8,41 +8,66 @@
 #include "store/entry_objects.h"
 
 #include <iostream>
+#include <string_view>
 
 namespace {
 
-void stageCustomer(qx::Environment& environment) {
-  qx::Kunde customer(environment);
-  customer.Kundennummer = "10001";
-  customer.Suchbegriff = "Tannschütt";
-  customer.Bez1 = "Tischlerei Tannschütt";
-  customer.Strasse = "Mühlenweg 12";
-  customer.Land = "DE";
-  customer.PLZ = "00117";
-  customer.Ort = "Kranichsee";
-  // A failure goes to the diagnostics, and the job is missing.
+using namespace qx;
+
+constexpr std::string_view orderKey = "SHOP-A-2026-0815";
+
+bool isStaged(Environment& environment) {
+  return !environment.connection
+              ->open(sql("Select JobID From ImportKopf Where JobID = '"_sql, value(orderKey), "'"_sql))
+              ->eof();
+}
+
+/// `AddItem` checks nothing and replaces what has the same key, even if it is done.
+void stage(Environment& environment) {
+  Kunde customer(environment);
+  customer.JobID = "SHOP-K-4711";
+  customer.Kundennummer = "90010";
+  customer.Bez1 = "Lotsenhaus Wieland";
+  customer.Ort = "Rostock";
   customer.AddItem();
+  Auftrag order(environment);
+  order.JobID = orderKey;
+  order.Kundennummer = customer.Kundennummer;
+  order.AddItem();
+  AuftragsPos position(environment);
+  position.JobID = order.JobID;
+  position.Positionsnummer = 1;
+  position.Artikelnummer = "FEI-013";
+  position.Menge = position.Auslieferungsmenge = position.Fakturiermenge = 2;
+  position.AddItem();
 }
 
 int work(const char* database) {
-  qx::StreamDiagnostics diagnostics(std::cerr, true);
-  qx::ConsoleDesktop desktop(std::cerr, diagnostics);
-  qx::AbsentJobView jobView(desktop);
-  qx::ProgramOptions options;
+  StreamDiagnostics diagnostics(std::cerr, true);
+  ConsoleDesktop desktop(std::cerr, diagnostics);
+  AbsentJobView jobView(desktop);
+  ProgramOptions options;
   options.database = database;
   options.program = "host example";
-  qx::Composition composition(options, diagnostics, desktop, jobView);
-  composition.create(false, qx::DatabaseUsers::Owner);
-  qx::Environment& environment = composition.open();
-  stageCustomer(environment);
+  Composition composition(options, diagnostics, desktop, jobView);
+  composition.create(true, DatabaseUsers::Owner);
+  Environment& environment = composition.open();
 
-  qx::ImportJobObject2 engine(environment);
-  engine.setOutcomeSink([](const qx::JobOutcome& outcome) { std::cout << outcome.jobId << '\n'; });
+  ImportJobObject2 engine(environment);
+  if (!engine.Session()) return 4; // without one no order gets a number
+  // A run takes no lock by itself. The engine gives it back at its end.
+  if (engine.importLock().take().state != LockState::Taken) return 3;
+  if (!isStaged(environment)) stage(environment);
+  bool written = true;
+  engine.setOutcomeSink([&](const JobOutcome& job) {
+    if (!job.jobId.starts_with("SHOP-")) return;
+    std::cout << job.jobId << ' ' << job.transaction << ' ' << job.number << ' ' << job.status << '\n';
+    for (const Finding& finding : job.findings) std::cout << "  " << anyText(finding) << '\n';
+    written = written && (job.jobType == qxtJobKundenDone || job.jobType == qxtJobAufträgeDone);
+  });
   engine.ProcessJobs();
-  const qx::RunReport& report = engine.lastRun();
-  std::cout << report.processed << " processed, " << report.done << " done\n";
-  if (!report.failure.empty()) std::cerr << report.failure << '\n';
-  return report.end == qx::RunEnd::Completed && report.done == report.processed ? 0 : 1;
+  if (!engine.lastRun().failure.empty()) std::cerr << engine.lastRun().failure << '\n';
+  return engine.lastRun().end == RunEnd::Completed && written ? 0 : 1;
 }
 
 } // namespace
@@ -54,7 +79,7 @@ int main(int count, char** words) {
   }
   try {
     return work(words[1]);
-  } catch (const qx::ProgramError& error) {
+  } catch (const ProgramError& error) {
     std::cerr << error.what() << '\n' << error.nextStep() << '\n';
     return static_cast<int>(error.code());
   }

@@ -16,7 +16,8 @@ def address($prefix):
   | with_entries(.key = $prefix + .key);
 
 def job:
-  (.number | needed("number") | tostring) as $number
+  if type == "object" then . else error("an order is expected, not \(type)") end
+  | (.number | needed("number") | tostring) as $number
   | { type: "Auftrag",
       JobID: "SHOP-\($number)",
       Kundennummer: (.customer.number | needed("order \($number): customer.number") | tostring),
@@ -43,6 +44,7 @@ def position($order):
   | given;
 
 # Slurped (-s), so that one document becomes of all.
-[ .[] | if type == "array" then .[] else . end
+[ needed("the input") | .[] | if type == "array" then .[] else . end
+  | job as $job
   | .number as $order
-  | job + { Positionen: [ .lines | needed("order \($order): lines") | to_entries[] | position($order) ] } ]
+  | $job + { Positionen: [ .lines | needed("order \($order): lines") | to_entries[] | position($order) ] } ]

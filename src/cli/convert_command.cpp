@@ -6,6 +6,7 @@
 #include "convert/conversion.h"
 #include "convert/map_reader.h"
 #include "platform/path_text.h"
+#include "platform/same_file.h"
 #include "platform/terminal.h"
 #include "store/json_writer.h"
 
@@ -43,6 +44,15 @@ File openInput(const std::string& name) {
   }
 }
 
+/// A shell has emptied the file for `> FILE` already; with `>> FILE` what is written would be read as well.
+void refuseOwnInput(const std::string& input) {
+  const std::filesystem::path source = input == "-" ? "/dev/stdin" : pathOf(input);
+  std::error_code unknown;
+  if (std::filesystem::is_regular_file(source, unknown) && isSameFile(source, "/dev/stdout"))
+    throw ProgramError(ExitCode::BadInput, "the output would go into the file that is converted",
+                       "Nothing was converted. Name another file behind --output.");
+}
+
 } // namespace
 
 void ConvertCommand::prepare() {
@@ -55,6 +65,7 @@ ExitCode ConvertCommand::run(Installation& /*installation*/, const Output& outpu
   if (target.empty() && output.json)
     throw ProgramError(ExitCode::BadInput, "the jobs and the JSON document would both go to standard output",
                        "Omit --json, or name a file with --output.");
+  if (target.empty()) refuseOwnInput(input);
   const convert::ColumnMap columns = mapIn(map);
   File file = openInput(input);
   const std::string name = input == "-" ? "standard input" : input;

@@ -6,6 +6,7 @@
 #include "store/entry_objects.h"
 #include "store/staging_writer.h"
 
+#include <algorithm>
 #include <type_traits>
 #include <utility>
 
@@ -58,7 +59,7 @@ void JobAssembler::positionFault(std::int64_t line, std::string_view property, V
 }
 
 std::string JobAssembler::pathOf(std::string_view property) const {
-  std::string path = "Positionen[" + std::to_string(positionNumber_) + "]";
+  std::string path = std::string(positionsProperty) + "[" + std::to_string(positionNumber_) + "]";
   if (!property.empty()) path.append(".").append(property);
   return path;
 }
@@ -119,7 +120,7 @@ void JobAssembler::beginJob(std::int64_t line) {
 void JobAssembler::property(StageProperty property) {
   if (property.name == "type") {
     setType(property);
-  } else if (property.name == "Positionen") {
+  } else if (property.name == positionsProperty) {
     // An array arrives by beginPositions.
     if (!std::holds_alternative<std::monostate>(property.value))
       fault(property.line, property.name,
@@ -198,7 +199,8 @@ void JobAssembler::beginPositions(const StageProperty& key) {
 
 void JobAssembler::allowPositions() {
   if (type_ == Type::Kunde)
-    fault(positionsLine_, "Positionen", {FaultKind::PropertyUnknown, "the type has no such property", {}});
+    fault(positionsLine_, positionsProperty,
+          {FaultKind::PropertyUnknown, "the type has no such property", {}});
 }
 
 void JobAssembler::beginPosition(std::int64_t line) {
@@ -261,14 +263,11 @@ void JobAssembler::finishPosition(Builder& builder, std::int16_t code) {
 /// An order position requires article and quantity; values that follow from them are optional.
 void JobAssembler::completeOrderPosition() {
   AuftragsPosFields& position = orderPosition_.record();
-  const auto need = [&](std::string_view name, bool missing) {
+  for (const std::string_view name : requiredProperties(ObjectKind::OrderPosition)) {
     const std::int64_t line = orderPosition_.line(name);
-    if (missing && !isTold(pathOf(name)))
-      positionFault(line == 0 ? positionLine_ : line, name,
-                    {FaultKind::PropertyMissing, "a position of an order needs it", {}});
-  };
-  need("Artikelnummer", position.Artikelnummer.empty());
-  need("Menge", !orderPosition_.given("Menge"));
+    if (orderPosition_.lacks(name))
+      missing(pathOf(name), line == 0 ? positionLine_ : line, "a position of an order needs it");
+  }
   if (!orderPosition_.given("Auslieferungsmenge")) position.Auslieferungsmenge = position.Menge;
   if (!orderPosition_.given("Fakturiermenge")) position.Fakturiermenge = position.Menge;
   // The last two come from the options.
@@ -318,7 +317,7 @@ void JobAssembler::finishJob(Builder& builder, std::int16_t code, std::int16_t o
   }
   // The run processes positions of single contracts only.
   if (record.JobType == qxtjobkundenverträge && positionNumber_ > 0)
-    fault(positionsLine_, "Positionen",
+    fault(positionsLine_, positionsProperty,
           {FaultKind::PropertyUnknown,
            "a contract of a customer (JobType 40) has none; give their values as properties of the contract",
            {}});
@@ -333,25 +332,30 @@ void JobAssembler::finishJob(Builder& builder, std::int16_t code, std::int16_t o
 
 /// What the processing cannot do without.
 template <class Builder>
-void JobAssembler::requireHeader(Builder& builder) {
-  using Record = std::decay_t<decltype(builder.record())>;
-  const Record& record = builder.record();
-  const auto need = [&](std::string_view name, bool missing, std::string_view why) {
-    const std::int64_t line = builder.line(name);
-    if (missing && !isTold(name))
-      fault(line == 0 ? jobLine_ : line, name, {FaultKind::PropertyMissing, std::string(why), {}});
-  };
-  if constexpr (std::is_same_v<Record, KundeFields>) {
-    need("Kundennummer", record.Kundennummer.empty(), "a customer needs it");
-    need("Bez1",
-         record.Bez1.empty() && record.Bez2.empty() && record.Bez3.empty() && record.Suchbegriff.empty(),
-         "a customer needs a name");
-  } else if constexpr (std::is_same_v<Record, AuftragFields>) {
-    need("Kundennummer", record.Kundennummer.empty(), "an order needs it");
-    if (positionNumber_ == 0 && !isTold("Positionen"))
-      fault(positionsLine_ == 0 ? jobLine_ : positionsLine_, "Positionen",
-            {FaultKind::PropertyMissing, "an order needs at least one position", {}});
+void JobAssembler::requireHeader(const Builder& builder) {
+  if constexpr (std::is_same_v<Builder, decltype(kunde_)>) {
+    requireProperties(builder, ObjectKind::Customer, "a customer needs it");
+    if (std::ranges::all_of(customerNames, [&](std::string_view name) { return builder.lacks(name); }))
+      missing(customerNames.front(), builder.line(customerNames.front()), "a customer needs a name");
+  } else if constexpr (std::is_same_v<Builder, decltype(auftrag_)>) {
+    requireProperties(builder, ObjectKind::Order, "an order needs it");
   }
+}
+
+template <class Builder>
+void JobAssembler::requireProperties(const Builder& builder, ObjectKind kind, std::string_view why) {
+  for (const std::string_view name : requiredProperties(kind))
+    if (name != positionsProperty) {
+      if (builder.lacks(name)) missing(name, builder.line(name), why);
+    } else if (positionNumber_ == 0) {
+      missing(name, positionsLine_, "an order needs at least one position");
+    }
+}
+
+/// `line` is 0 when the object does not mention the property.
+void JobAssembler::missing(std::string_view property, std::int64_t line, std::string_view why) {
+  if (!isTold(property))
+    fault(line == 0 ? jobLine_ : line, property, {FaultKind::PropertyMissing, std::string(why), {}});
 }
 
 /// In whatever state it was.

@@ -5,6 +5,7 @@
 #include "cli/object_builder.h"
 #include "model/entry_records.h"
 #include "model/import_job.h"
+#include "model/required_properties.h"
 #include "platform/bulk_staging.h"
 #include "platform/environment.h"
 
@@ -68,7 +69,10 @@ private:
   void finishKeptJob();
   void finishKeptPosition();
   template <class Builder>
-  void requireHeader(Builder& builder);
+  void requireHeader(const Builder& builder);
+  template <class Builder>
+  void requireProperties(const Builder& builder, ObjectKind kind, std::string_view why);
+  void missing(std::string_view property, std::int64_t line, std::string_view why);
   void checkKey(std::string_view key, std::int64_t line, std::string_view field, bool inPosition);
 
   Environment& environment_;

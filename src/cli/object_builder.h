@@ -58,6 +58,14 @@ public:
 
   /// Whether the object gives the property a value; null is none.
   bool given(std::string_view name) const { return given_[fieldIndex(table, name)]; }
+  /// Whether the property has no value, or is an empty text.
+  bool lacks(std::string_view name) const {
+    const std::size_t index = fieldIndex(table, name);
+    return !given_[index] || table[index].visit(record_, [](const auto& member) {
+      if constexpr (std::is_same_v<std::decay_t<decltype(member)>, std::string>) return member.empty();
+      return false;
+    });
+  }
   /// Marks a property as having a value derived from others.
   void follows(std::string_view name) { given_[fieldIndex(table, name)] = true; }
 

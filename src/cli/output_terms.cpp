@@ -7,6 +7,7 @@
 #include "engine/section_runner.h"
 #include "model/entry_records.h"
 #include "model/import_job.h"
+#include "model/required_properties.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -136,10 +136,6 @@ constexpr auto ofContract = std::to_array<PropertyTerm>({
     {"VS_KdNr", "Number of the customer who is supplied."},
 });
 
-constexpr std::array<std::string_view, 1> ofCustomer{"Kundennummer"};
-constexpr std::array<std::string_view, 2> ofOrder{"Kundennummer", "Positionen"};
-constexpr std::array<std::string_view, 2> ofOrderPosition{"Artikelnummer", "Menge"};
-
 } // namespace
 
 const PropertyTerm& propertyTerm(ObjectKind kind, std::string_view property) {
@@ -150,21 +146,6 @@ const PropertyTerm& propertyTerm(ObjectKind kind, std::string_view property) {
   const auto* const found = std::ranges::find(common, property, &PropertyTerm::name);
   if (found == common.end()) throw std::out_of_range("no terms of the property " + std::string(property));
   return *found;
-}
-
-std::span<const std::string_view> requiredProperties(ObjectKind kind) {
-  switch (kind) {
-  case ObjectKind::Customer:
-    return ofCustomer;
-  case ObjectKind::Order:
-    return ofOrder;
-  case ObjectKind::OrderPosition:
-    return ofOrderPosition;
-  case ObjectKind::Contract:
-  case ObjectKind::ContractPosition:
-    break;
-  }
-  return {};
 }
 
 } // namespace qx::cli

@@ -10,6 +10,7 @@
 #include "model/entry_records.h"
 #include "model/import_job.h"
 #include "model/key_length.h"
+#include "model/required_properties.h"
 #include "program/program_error.h"
 #include "store/json_writer.h"
 
@@ -111,7 +112,7 @@ void writeProperties(JsonWriter& json, ObjectKind kind, const Table& table) {
 
 template <class Table>
 void writePositions(JsonWriter& json, ObjectKind kind, const Table& table) {
-  json.key("Positionen").beginObject();
+  json.key(positionsProperty).beginObject();
   json.key("description").text("Positions, in the order of their lines.");
   writeType(json, "array", kind == ObjectKind::OrderPosition);
   if (kind == ObjectKind::OrderPosition) json.key("minItems").number(std::int64_t{1});

@@ -40,6 +40,7 @@ std::string_view codeOf(FaultKind kind);
 struct FaultTerm {
   std::string_view code;
   std::string_view meaning;
+  std::string_view remedy; ///< for whoever has written the file
 };
 
 /// Every kind, in their order.

@@ -103,6 +103,10 @@ public:
     for (const TakenFile& file : folder_.taken()) stage(file);
     for (const std::string& name : folder_.waiting()) {
       if (watch_.interrupted()) return;
+      if (name.size() > WatchedFolder::longestName) {
+        leave(name);
+        continue;
+      }
       const bool finished = finished_.contains(name) || folder_.isSettled(name);
       if (!finished || isBeingWritten(folder_.path() / pathOf(name))) {
         unfinished_ = true;
@@ -141,7 +145,7 @@ public:
   }
 
   bool unfinished() const { return unfinished_; }
-  bool rejected() const { return rejected_; }
+  bool rejected() const { return rejected_ || !left_.empty(); }
 
 private:
   void await(std::chrono::seconds limit) {
@@ -151,6 +155,13 @@ private:
       throw ProgramError(ExitCode::Failure, textOf(folder_.path()) + ": the watched folder is gone",
                          "Start the command again when it is back.");
     for (std::string& name : events.finished) finished_.insert(std::move(name));
+  }
+
+  /// The files behind it go on.
+  void leave(const std::string& name) {
+    if (left_.insert(name).second)
+      output_.messages << "qximportjob: " << oneLine(name) << ": the name is longer than "
+                       << WatchedFolder::longestName << " bytes; the file is left where it is" << std::endl;
   }
 
   void stage(const TakenFile& file) {
@@ -214,6 +225,7 @@ private:
   std::vector<std::string> moved_;
   bool unfinished_ = false;
   bool rejected_ = false;
+  std::set<std::string> left_; ///< names that are too long
 };
 
 [[noreturn]] void refuseFolder(const std::system_error& failure, const std::string& folder) {
@@ -223,6 +235,10 @@ private:
   if (failure.code() == std::errc::function_not_supported)
     throw ProgramError(ExitCode::BadInput, "stage --watch is not part of the program for this system",
                        "Stage each file by itself.");
+  if (failure.code() == std::errc::cross_device_link)
+    throw ProgramError(
+        ExitCode::BadInput, failure.what(),
+        "The folders working, done and rejected lie on the file system of the watched folder.");
   const bool wrongName =
       failure.code() == std::errc::no_such_file_or_directory || failure.code() == std::errc::not_a_directory;
   throw ProgramError(wrongName ? ExitCode::BadInput : ExitCode::Failure, failure.what(),

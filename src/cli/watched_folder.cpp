@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <string_view>
 #include <system_error>
 #include <utility>
 
@@ -34,11 +35,31 @@ void renameForGood(const fs::path& from, const fs::path& to) {
   synchronizeFolder(from.parent_path());
 }
 
+/// A folder without rights or on another file system is to be told before a file is staged.
+void tryToMove(const fs::path& from, const fs::path& to) {
+  const File probe = File::createdIn(from, textOf(from));
+  const fs::path moved = to / probe.path().filename();
+  std::error_code ignored;
+  try {
+    replaceFile(probe.path(), moved);
+  } catch (const std::system_error& failure) {
+    fs::remove(probe.path(), ignored);
+    throw std::system_error(failure.code(), textOf(to) + ": files cannot be moved there");
+  }
+  fs::remove(moved, ignored);
+}
+
 } // namespace
 
 WatchedFolder::WatchedFolder(fs::path folder) : folder_(std::move(folder)) {
-  for (const char* below : {workingFolder, doneFolder, rejectedFolder})
-    fs::create_directory(folder_ / below, folder_);
+  constexpr std::string_view interim = ".qximportjob-";
+  removeAbandoned(folder_, interim);
+  for (const char* name : {workingFolder, doneFolder, rejectedFolder}) {
+    const fs::path below = folder_ / name;
+    fs::create_directory(below, folder_);
+    removeAbandoned(below, interim);
+    tryToMove(folder_, below);
+  }
 }
 
 std::vector<std::string> WatchedFolder::waiting() const {

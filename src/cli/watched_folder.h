@@ -1,6 +1,7 @@
 // The files of a watched folder: those that came in, that which is being staged, and those that are through.
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
 #include <string>
 #include <string_view>
@@ -20,7 +21,12 @@ struct TakenFile {
 /// Members raise `std::system_error`.
 class WatchedFolder {
 public:
-  /// Makes the folders below it that are missing, with its permissions.
+  /// In bytes. A key stands in front of the name of a file that is taken, a number and `.error.txt` behind
+  /// it.
+  static constexpr std::size_t longestName = 200;
+
+  /// Makes the folders below it that are missing, with its permissions, and tries whether files can be moved
+  /// there.
   explicit WatchedFolder(std::filesystem::path folder);
 
   const std::filesystem::path& path() const { return folder_; }

@@ -1,21 +1,26 @@
 #include "convert/column_map.h"
 
-#include <algorithm>
+#include "model/required_properties.h"
 
 namespace qx::convert {
 
-std::vector<std::string_view> requiredOf(JobKind kind) {
+std::vector<std::string> requiredOf(JobKind kind) {
   // Without a key the same file would be staged twice as other jobs.
-  if (kind == JobKind::Auftrag)
-    return {"JobID", "Kundennummer", "Positionen.Artikelnummer", "Positionen.Menge"};
-  return {"JobID", "Kundennummer"};
+  std::vector<std::string> names{"JobID"};
+  for (const std::string_view name : requiredProperties(objectKindOf(kind)))
+    if (name != positionsProperty)
+      names.emplace_back(name);
+    else
+      for (const std::string_view ofPosition : requiredProperties(ObjectKind::OrderPosition))
+        names.push_back(std::string(positionPrefix) + std::string(ofPosition));
+  return names;
 }
 
-bool isRequired(JobKind kind, const JobProperty& property) {
-  return std::ranges::any_of(requiredOf(kind), [&](std::string_view name) {
-    const auto required = propertyOf(kind, name);
-    return required && required->name == property.name && required->ofPosition == property.ofPosition;
-  });
+std::span<const std::string_view> namesOf(JobKind kind) {
+  if (kind == JobKind::Kunde) return customerNames;
+  return {};
 }
+
+bool isEmptyLiteral(std::string_view literal) { return literal.empty() || literal == R"("")"; }
 
 } // namespace qx::convert

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <map>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -41,9 +42,12 @@ struct ColumnMap {
   std::vector<MappedProperty> properties; ///< in the order of the map
 };
 
-/// Whether a job cannot do without the property.
-bool isRequired(JobKind kind, const JobProperty& property);
-/// Those of a kind, as maps spell them.
-std::vector<std::string_view> requiredOf(JobKind kind);
+/// The properties that a job of the kind cannot do without, as maps spell them.
+std::vector<std::string> requiredOf(JobKind kind);
+/// The properties of which a job of the kind needs one; empty for none.
+std::span<const std::string_view> namesOf(JobKind kind);
+
+/// Whether a value, as JSON, is none at all or an empty text.
+bool isEmptyLiteral(std::string_view literal);
 
 } // namespace qx::convert

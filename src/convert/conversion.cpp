@@ -19,7 +19,17 @@ public:
       : map_(map), rows_(file, map.form, fileName), jobs_(jobs),
         hasPositions_(std::ranges::any_of(
             map.properties, [](const MappedProperty& mapped) { return mapped.property.ofPosition; })),
-        literals_(map.properties.size()), earlier_(map.properties.size()) {}
+        literals_(map.properties.size()), earlier_(map.properties.size()) {
+    const auto named = [&](const auto& names, const MappedProperty& mapped) {
+      return std::ranges::any_of(
+          names, [&](std::string_view name) { return mapped.property.isSame(*propertyOf(map.kind, name)); });
+    };
+    const auto required = requiredOf(map.kind);
+    for (const MappedProperty& mapped : map.properties) {
+      if (named(namesOf(map.kind), mapped)) names_.push_back(required_.size());
+      required_.push_back(named(required, mapped));
+    }
+  }
 
   ConversionCounts convert() {
     findColumns();
@@ -75,6 +85,7 @@ private:
                    "the row has " + std::to_string(count) + (count == 1 ? " column" : " columns") + ", " +
                        std::to_string(columns_) + " are expected");
     for (std::size_t i = 0; i < map_.properties.size(); ++i) read(i);
+    requireName();
     if (continuesJob())
       requireSameHeader();
     else
@@ -112,16 +123,20 @@ private:
         rows_.refuse(cell.line, columnName(index),
                      "'" + text + "' is longer than a key, which has 32 characters");
     }
-    if (literal.empty() && isRequired(index))
+    if (required_[index] && isEmptyLiteral(literal))
       rows_.refuse(cell.line, columnName(index),
                    "the value is empty, but a job needs the property " + std::string(mapped.property.name));
   }
 
-  bool isRequired(std::size_t index) {
-    if (required_.empty())
-      for (const MappedProperty& mapped : map_.properties)
-        required_.push_back(convert::isRequired(map_.kind, mapped.property));
-    return required_[index];
+  /// A customer has no name that would tell who it is.
+  void requireName() const {
+    if (names_.empty() ||
+        std::ranges::any_of(names_, [&](std::size_t index) { return !isEmptyLiteral(literals_[index]); }))
+      return;
+    std::string columns;
+    for (const std::size_t index : names_)
+      if (map_.properties[index].column) columns += (columns.empty() ? "" : ", ") + columnName(index);
+    rows_.refuse(rows_.line(), columns, "nothing stands there, but a job needs a name");
   }
 
   /// Whether the row belongs to the job of the row before.
@@ -188,7 +203,8 @@ private:
   std::size_t columns_ = 0;
   std::vector<std::size_t> places_; ///< of the columns of the properties
   std::size_t groupPlace_ = 0;
-  std::vector<bool> required_;
+  std::vector<bool> required_;        ///< of the map's properties, those that may not be empty
+  std::vector<std::size_t> names_;    ///< those of which one may not be empty
   std::vector<std::string> literals_; ///< of the row, in the order of the properties
   std::vector<std::string> earlier_;  ///< of the first row of the job
   std::string group_;

@@ -28,6 +28,18 @@ std::optional<JobKind> jobKindOf(std::string_view name) {
 
 std::string_view nameOf(JobKind kind) { return kindNames.at(static_cast<std::size_t>(kind)); }
 
+ObjectKind objectKindOf(JobKind kind) {
+  switch (kind) {
+  case JobKind::Kunde:
+    return ObjectKind::Customer;
+  case JobKind::Vertrag:
+    return ObjectKind::Contract;
+  case JobKind::Auftrag:
+    break;
+  }
+  return ObjectKind::Order;
+}
+
 std::optional<JobProperty> propertyOf(JobKind kind, std::string_view name) {
   const bool ofPosition = name.starts_with(positionPrefix);
   if (ofPosition) name.remove_prefix(positionPrefix.size());

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "model/field_table.h"
+#include "model/required_properties.h"
 
 #include <cstdint>
 #include <optional>
@@ -14,11 +15,14 @@ enum class JobKind : std::uint8_t { Kunde, Vertrag, Auftrag };
 /// The kind of this name, as `type` of a file of jobs spells it; null for any other text.
 std::optional<JobKind> jobKindOf(std::string_view name);
 std::string_view nameOf(JobKind kind);
+ObjectKind objectKindOf(JobKind kind);
 
 struct JobProperty {
   std::string_view name; ///< without the prefix; lives as long as the program
   FieldKind kind = FieldKind::Text;
   bool ofPosition = false;
+
+  bool isSame(const JobProperty& other) const { return name == other.name && ofPosition == other.ofPosition; }
 };
 
 /// What a property of a position begins with in a map.

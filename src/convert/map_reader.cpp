@@ -61,11 +61,7 @@ public:
     }
     for (const MapEntry& entry : entries_)
       if (entry.section.starts_with(valuesSection)) addValue(entry);
-    for (const std::string_view name : requiredOf(map_.kind))
-      if (find(propertyNamed(name)) == nullptr)
-        refuse(0, name,
-               "the map lacks the property " + std::string(name) + ", which a job of the kind " +
-                   std::string(nameOf(map_.kind)) + " needs: name its column in [columns]");
+    requireProperties();
     return std::move(map_);
   }
 
@@ -89,6 +85,26 @@ private:
         refuse(entry.line, entry.key,
                "[file] has no key '" + entry.key + "'; its keys are " + listOf(keysOfFile));
     }
+  }
+
+  void requireProperties() {
+    for (const std::string& name : requiredOf(map_.kind))
+      if (!givesValue(name)) refuseLack("the property " + name, "name its column in [columns]");
+    const auto names = namesOf(map_.kind);
+    if (!names.empty() && std::ranges::none_of(names, [&](auto name) { return givesValue(name); }))
+      refuseLack("a name", "give " + listOf(names) + " a column in [columns]");
+  }
+
+  /// Whether a column or a constant can be the value of the property.
+  bool givesValue(std::string_view name) {
+    const MappedProperty* const mapped = find(propertyNamed(name));
+    return mapped != nullptr && (mapped->column || !isEmptyLiteral(mapped->constant));
+  }
+
+  [[noreturn]] void refuseLack(const std::string& what, const std::string& remedy) const {
+    refuse(0, {},
+           "the map lacks " + what + ", which a job of the kind " + std::string(nameOf(map_.kind)) +
+               " needs: " + remedy);
   }
 
   const MapEntry* entryOf(std::string_view key) const {
@@ -179,9 +195,8 @@ private:
   }
 
   MappedProperty* find(const JobProperty& property) {
-    const auto found = std::ranges::find_if(map_.properties, [&](const MappedProperty& mapped) {
-      return mapped.property.name == property.name && mapped.property.ofPosition == property.ofPosition;
-    });
+    const auto found = std::ranges::find_if(
+        map_.properties, [&](const MappedProperty& mapped) { return mapped.property.isSame(property); });
     return found == map_.properties.end() ? nullptr : &*found;
   }
 

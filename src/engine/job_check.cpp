@@ -7,7 +7,6 @@
 #include "platform/failure.h"
 #include "settings/settings.h"
 
-#include <algorithm>
 #include <exception>
 #include <string>
 #include <utility>
@@ -51,14 +50,10 @@ Findings JobCheck::findingsOf(std::string_view jobId) {
   case qxtJobAufträge: {
     OrderFacts facts(environment_, prices_, fieldsOf(*header));
     const OrderCheck check(environment_, orderOptions_);
-    Findings findings = customerToCome(check.CheckAuftrag(jobId, facts), header->text("Kundennummer"));
-    // A position whose price is a finding already needs no hint.
-    const Findings found = findings;
-    for (const Finding& hint : check.priceHints(jobId, facts))
-      if (!std::ranges::any_of(found, [&](const Finding& finding) {
-            return finding.rule == Rule::OrderPriceDiffers && finding.position == hint.position;
-          }))
-        findings.add(hint);
+    Findings hints;
+    Findings findings =
+        customerToCome(check.CheckAuftrag(jobId, facts, &hints), header->text("Kundennummer"));
+    findings.append(std::move(hints));
     return withHints(std::move(findings));
   }
   default:

@@ -4,7 +4,7 @@
 
 namespace qx {
 
-Findings OrderCheck::CheckAuftrag(std::string_view JobID, OrderFacts& facts) const {
+Findings OrderCheck::CheckAuftrag(std::string_view JobID, OrderFacts& facts, Findings* hints) const {
   Findings findings;
   // The known form of this statement lacks the closing bracket.
   const auto row =
@@ -19,11 +19,11 @@ Findings OrderCheck::CheckAuftrag(std::string_view JobID, OrderFacts& facts) con
   for (const HeaderRule& rule : headerRules())
     if (isWaiting || rule.rules.front() != Rule::EarlierReasons)
       if (auto found = rule.broken(master_, job)) findings.add(std::move(*found));
-  findings.append(checkPositions(JobID, facts));
+  findings.append(checkPositions(JobID, facts, hints));
   return findings;
 }
 
-Findings OrderCheck::checkPositions(std::string_view jobId, OrderFacts& facts) const {
+Findings OrderCheck::checkPositions(std::string_view jobId, OrderFacts& facts, Findings* hints) const {
   Findings findings;
   const auto positions =
       activeConnection(master_.environment)
@@ -32,26 +32,20 @@ Findings OrderCheck::checkPositions(std::string_view jobId, OrderFacts& facts) c
   const JobFields position = fieldsOf(*positions);
   for (; !positions->eof(); positions->moveNext()) {
     PositionFacts& known = facts.of(position);
+    bool priceDiffers = false;
     for (const PositionRule& rule : positionRules()) {
       auto found = rule.broken(master_, position, known);
-      if (found &&
-          (terms(found->rule).countsWhere(master_.options.customerSpecific) ||
-           (found->rule == Rule::OrderPriceDiffers && exceedsDeviation(master_.options, position, known))))
-        findings.add(std::move(*found).at(positionOf(position)));
+      if (!found ||
+          !(terms(found->rule).countsWhere(master_.options.customerSpecific) ||
+            (found->rule == Rule::OrderPriceDiffers && exceedsDeviation(master_.options, position, known))))
+        continue;
+      priceDiffers = priceDiffers || found->rule == Rule::OrderPriceDiffers;
+      findings.add(std::move(*found).at(positionOf(position)));
     }
+    if (hints == nullptr || priceDiffers) continue;
+    if (auto hint = replacedPrice(position, known)) hints->add(std::move(*hint));
   }
   return findings;
-}
-
-Findings OrderCheck::priceHints(std::string_view jobId, OrderFacts& facts) const {
-  Findings hints;
-  const auto positions =
-      activeConnection(master_.environment)
-          .open(sql("SELECT * FROM ImportPos Where ImportPos.JobID ='"_sql, value(jobId), "'"_sql));
-  const JobFields position = fieldsOf(*positions);
-  for (; !positions->eof(); positions->moveNext())
-    if (auto hint = replacedPrice(position, facts.of(position))) hints.add(std::move(*hint));
-  return hints;
 }
 
 } // namespace qx

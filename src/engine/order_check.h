@@ -17,13 +17,12 @@ public:
   OrderCheck(Environment& environment, const OrderOptions& options) : master_(environment, options) {}
 
   /// The findings of the job, header first. Clean for a job that is neither waiting nor parked. `facts`
-  /// belong to this job; what has been read into them can be reused when it is written.
-  Findings CheckAuftrag(std::string_view JobID, OrderFacts& facts) const;
-  /// A hint for each position whose price the ERP's replaces.
-  Findings priceHints(std::string_view jobId, OrderFacts& facts) const;
+  /// belong to this job; what has been read into them can be reused when it is written. `hints`, unless it is
+  /// null, gets one for each position whose price the ERP's replaces without that being a finding.
+  Findings CheckAuftrag(std::string_view JobID, OrderFacts& facts, Findings* hints = nullptr) const;
 
 private:
-  Findings checkPositions(std::string_view jobId, OrderFacts& facts) const;
+  Findings checkPositions(std::string_view jobId, OrderFacts& facts, Findings* hints) const;
 
   OrderMaster master_;
 };

@@ -26,7 +26,8 @@ public:
   ~FolderWatch();
 
   /// Waits until something happens, but no longer than `limit`, and not at all once interrupted. Changes by
-  /// other machines and those of a flood of files may go unnoticed: look into the folder now and then.
+  /// other machines, those of a flood of files and the deletion of the folder may go unnoticed: look into the
+  /// folder now and then.
   FolderEvents wait(std::chrono::milliseconds limit);
   /// Ends this and every later wait. May be called from a signal handler.
   void interrupt() noexcept;

@@ -202,6 +202,28 @@ TEST_F(Converting, AMapMustSayEverythingAndNothingElse) {
   EXPECT_EQ(runPlain({"convert", "--map", "-"}).status, 2);
 }
 
+TEST_F(Converting, ACustomerWithoutANameIsRefusedByTheMapOrByItsLine) {
+  const auto customers = [&](const std::string& names) {
+    std::string map = with(with(orderMap, "kind=Auftrag", "kind=Kunde"), "group=Nr", "group=none");
+    map.resize(map.find("Liefertermin"));
+    return convert("Nr;Kunde;Firma;Suche\n1;1;;a\n2;2;b;\n3;3;;\n", map + names);
+  };
+  for (const char* none : {"Ort=Firma\n", "[constants]\nBez1=\n"}) {
+    const ProgramResult result = customers(none);
+    EXPECT_EQ(result.status, 2);
+    EXPECT_THAT(
+        result.messages,
+        HasSubstr("ä.ini: the map lacks a name, which a job of the kind Kunde needs: give Bez1, Bez2, "
+                  "Bez3 or Suchbegriff a column in [columns]\n"));
+  }
+  const ProgramResult result = customers("Bez3=Firma\nSuchbegriff=Suche\n");
+  EXPECT_EQ(result.status, 2);
+  EXPECT_THAT(result.output, HasSubstr(R"("Kundennummer":"2","Bez3":"b")"));
+  EXPECT_THAT(result.messages,
+              HasSubstr("line 4: column Firma, Suche: nothing stands there, but a job needs"));
+  EXPECT_EQ(customers("[constants]\nBez1=Laufkunde\n").status, 0);
+}
+
 TEST_F(Converting, AFaultLeavesNoFileBehind) {
   erp.folder.write("Zuordnung.ini", orderMap);
   std::string csv = "Nr;Kunde;Termin;Artikel;Menge\n";
@@ -219,9 +241,31 @@ TEST_F(Converting, AFaultLeavesNoFileBehind) {
   EXPECT_EQ(into("gut.csv", path("Ausgang/a.json")), 0);
 }
 
+TEST_F(Converting, AnOutputThatIsFullOrTheFileItselfEndsTheConversion) {
+  erp.folder.write("Zuordnung.ini", orderMap);
+  std::string csv = "Nr;Kunde;Termin;Artikel;Menge\n";
+  for (int i = 0; i < 5000; ++i) csv += std::to_string(i) + ";2;;A;1\n";
+  erp.folder.write("gut.csv", csv);
+  const auto shell = [&](const std::string& words) {
+    erp.folder.write("run.sh", "cd '" + erp.folder.path().string() + "'\n'" + QXIMPORTJOB_PROGRAM +
+                                   "' convert --map Zuordnung.ini " + words + "\n");
+    return WEXITSTATUS(std::system(("bash '" + path("run.sh") + "'").c_str()));
+  };
+  EXPECT_EQ(shell("gut.csv >/dev/full 2>err"), 4);
+  EXPECT_THAT(erp.folder.read("err"), HasSubstr("standard output could not be written"));
+  for (const char* words : {"gut.csv >>gut.csv 2>err", "<gut.csv >>gut.csv 2>err"}) {
+    EXPECT_EQ(shell(words), 2);
+    EXPECT_THAT(erp.folder.read("err"), HasSubstr("the output would go into the file that is converted"));
+    EXPECT_EQ(erp.folder.read("gut.csv"), csv);
+  }
+  EXPECT_EQ(shell("gut.csv --output gut.csv 2>err"), 2);
+  EXPECT_EQ(erp.folder.read("gut.csv"), csv);
+}
+
 /// The converters that are no part of the program, called as the page says.
 class Recipes : public ProgramTest {
 protected:
+  std::string path(const std::string& name) const { return (erp.folder.path() / name).string(); }
   /// Runs the words of a shell; what they print goes to "out" and "err".
   int shell(const std::string& words) const {
     const std::string folder = erp.folder.path().string();
@@ -232,8 +276,7 @@ protected:
   std::string output() const { return erp.folder.read("out"); }
   std::string messages() const { return erp.folder.read("err"); }
   int order(const std::string& file, const std::string& recipe = "ubl") const {
-    return shell("xmllint --nonet --dropdtd " + file + " | xsltproc --nonet --novalid \"$R\"/" + recipe +
-                 "-order.xsl -");
+    return shell("\"$R\"/xml-order.sh " + recipe + " " + file);
   }
 };
 
@@ -290,10 +333,44 @@ TEST_F(Recipes, AnotherDocumentOrAFaultInItLeavesNothingToStage) {
     EXPECT_EQ(output(), "");
   }
   EXPECT_NE(order("\"$E\"/ubl-order.xml", "opentrans"), 0);
+  EXPECT_THAT(messages(), HasSubstr("an ORDER of openTRANS 2.1 is expected, not Order of urn:"));
+  erp.folder.write("page.html", "<!DOCTYPE html>\n<html><title>502 Bad Gateway</title></html>\n");
+  EXPECT_NE(order("page.html"), 0);
+  EXPECT_EQ(output(), "");
   erp.folder.write("order.json",
                    R"({"number":1,"created_at":"2026-01-01","lines":[{"sku":"A","quantity":1}]})");
   EXPECT_NE(shell("jq -s -c -f \"$R\"/shop-order.jq order.json"), 0);
   EXPECT_THAT(messages(), HasSubstr("order 1: customer.number is missing"));
+  for (const auto& [answer, message] :
+       {std::pair{"<html>502</html>", "parse error"}, std::pair{"", "the input is missing"},
+        std::pair{R"({"error":"unauthorized"})", "number is missing"},
+        std::pair{R"("maintenance")", "an order is expected, not string"}}) {
+    erp.folder.write("order.json", answer);
+    EXPECT_NE(shell("jq -s -c -f \"$R\"/shop-order.jq order.json"), 0) << answer;
+    EXPECT_THAT(messages(), HasSubstr(message));
+    EXPECT_EQ(output(), "");
+  }
+}
+
+TEST_F(Recipes, AnOrderInXmlThatIsTooLargeIsRefusedAndNeverCutShort) {
+  std::string ubl = contentOfExample("ubl-order.xml");
+  const std::string line = ubl.substr(ubl.find("<cac:OrderLine>"),
+                                      ubl.find("</cac:OrderLine>") + 16 - ubl.find("<cac:OrderLine>"));
+  std::string lines;
+  while (lines.size() < 1000000) lines += line + "\n";
+  erp.folder.write("long.xml", ubl.insert(ubl.find("<cac:OrderLine>"), lines));
+  EXPECT_NE(shell("ORDER_XML_MB=1 \"$R\"/xml-order.sh ubl long.xml"), 0);
+  EXPECT_THAT(messages(), HasSubstr("long.xml: the file is larger than 1 MB"));
+  EXPECT_NE(shell("ORDER_XML_MB=1 \"$R\"/xml-order.sh ubl - <long.xml"), 0);
+  EXPECT_EQ(output(), "");
+  // Without memory the parser drops what does not fit, tells so and ends with 0 now and then.
+  erp.folder.write("xmllint",
+                   "#!/bin/sh\necho 'parser error : out of memory error' >&2\ncat \"$E\"/ubl-order.xml\n");
+  std::filesystem::permissions(path("xmllint"), std::filesystem::perms::owner_all);
+  EXPECT_NE(shell("export E; PATH=\"$PWD:$PATH\" \"$R\"/xml-order.sh ubl long.xml"), 0);
+  EXPECT_THAT(messages(),
+              HasSubstr("out of memory error\nxml-order.sh: long.xml: not an order that can be converted"));
+  EXPECT_EQ(output(), "");
 }
 
 } // namespace

@@ -153,17 +153,50 @@ TEST_F(WatchedFolders, NoFileIsStagedTwiceOrLostWhateverTheMomentOfTheKill) {
 
 TEST_F(WatchedFolders, AFileThatWasStagedBeforeTheEndIsOnlyMoved) {
   put("a.json", R"({"type":"Kunde","Bez1":"N","Kundennummer":"1"})");
-  // No file can be moved to another file system.
-  const fs::path elsewhere = "/dev/shm" / erp.folder.path().filename();
-  fs::create_directory(elsewhere);
-  fs::create_directory_symlink(elsewhere, inbox / "done");
-  EXPECT_EQ(once().status, 4);
-  EXPECT_EQ(once().status, 4);
-  EXPECT_THAT(files(), ElementsAre(AllOf(StartsWith("working/"), EndsWith("-a.json"))));
-  fs::remove(inbox / "done");
-  fs::remove(elsewhere);
+  EXPECT_EQ(once().status, 0);
+  // As if it had ended before the move.
+  const std::string key =
+      erp.connection().open(sql("Select Kennung From Eingangsdateien"_sql))->text("Kennung");
+  fs::rename(inbox / "done/a.json", inbox / "working" / (key + "-a.json"));
   EXPECT_EQ(once().output, "{\"file\":\"a.json\",\"state\":\"done\",\"movedTo\":\"done/a.json\"}\n");
   EXPECT_EQ(erp.count("Select Count(*) From ImportKopf"_sql), 1);
+}
+
+TEST_F(WatchedFolders, AFolderIntoWhichNothingCanBeMovedIsToldBeforeAFileIsTaken) {
+  put("a.json", R"({"type":"Kunde","Bez1":"N","Kundennummer":"1","JobID":"A"})");
+  for (const char* name : {"working", "done", "rejected"}) {
+    // No file can be moved to another file system.
+    const fs::path elsewhere = "/dev/shm" / erp.folder.path().filename();
+    fs::remove(inbox / name);
+    fs::create_directory(elsewhere);
+    fs::create_directory_symlink(elsewhere, inbox / name);
+    const ProgramResult result = once();
+    EXPECT_EQ(result.status, 2);
+    EXPECT_THAT(result.output, HasSubstr(std::string(name) + ": files cannot be moved there"));
+    EXPECT_TRUE(fs::is_empty(elsewhere));
+    fs::remove(inbox / name);
+    fs::remove(elsewhere);
+  }
+  EXPECT_THAT(files(), ElementsAre("a.json"));
+  EXPECT_EQ(once().status, 0);
+}
+
+TEST_F(WatchedFolders, NamesOfAnyKindAreStagedAndOneThatIsTooLongHoldsUpNoOther) {
+  std::vector<std::string> moved;
+  for (const char* name : {" a b.json", "-c.json", "d\ne.json", "f\xFFg.json", "\"h'.json", "ä.json"}) {
+    put(name, R"({"type":"Kunde","Bez1":"N","Kundennummer":"1"})");
+    moved.push_back("done/" + std::string(name));
+  }
+  const std::string tooLong = std::string(196, 'a') + ".json";
+  put(tooLong, R"({"type":"Kunde","Bez1":"N","Kundennummer":"1"})");
+  const ProgramResult result = once();
+  EXPECT_EQ(result.status, 1);
+  EXPECT_THAT(result.messages, HasSubstr("aaa.json: the name is longer than 200 bytes"));
+  moved.push_back(tooLong);
+  std::ranges::sort(moved);
+  EXPECT_EQ(files(), moved);
+  EXPECT_EQ(erp.count("Select Count(*) From ImportKopf"_sql), 6);
+  EXPECT_EQ(std::ranges::count(result.output, '\n'), 6);
 }
 
 } // namespace

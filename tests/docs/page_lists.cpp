@@ -13,7 +13,9 @@
 #include "erp/schema_table.h"
 #include "model/entry_records.h"
 #include "model/import_job.h"
+#include "model/required_properties.h"
 #include "model/text.h"
+#include "sender_advice.h"
 #include "settings/option_terms.h"
 #include "settings/options.h"
 #include "store/job_lines.h"
@@ -54,16 +56,37 @@ std::string joined(const Names& names, bool drawTogether) {
 
 void printFaults() {
   std::cout << "=== faults\n\n| code | meaning |\n|---|---|\n";
-  for (const auto& [code, meaning] : cli::faultTerms())
-    std::cout << "| `" << code << "` | " << meaning << " |\n";
+  for (const cli::FaultTerm& term : cli::faultTerms())
+    std::cout << "| `" << term.code << "` | " << term.meaning << " |\n";
+  std::cout << '\n';
+}
+
+void printFaultRemedies() {
+  std::cout << "=== refusals of a file\n\n| code | what is wrong | what to do |\n|---|---|---|\n";
+  for (const cli::FaultTerm& term : cli::faultTerms())
+    std::cout << "| `" << term.code << "` | " << term.meaning << " | " << term.remedy << " |\n";
+  std::cout << '\n';
+}
+
+/// Every finding that programs meet; others are shown by dialogs only.
+void printFindingAdvice() {
+  std::cout << "=== refusals of a run\n\n| code | severity | field | what to do |\n|---|---|---|---|\n";
+  for (const RuleTerms& row : allTerms()) {
+    if (!row.counts) continue;
+    const char* severity = row.severity == CheckStatus::Error     ? "error"
+                           : row.severity == CheckStatus::Warning ? "warning"
+                                                                  : "hint";
+    std::cout << "| `" << row.code << "` | " << severity << " | " << row.field << " | "
+              << wordOf(adviceOn(row.rule)) << " |\n";
+  }
   std::cout << '\n';
 }
 
 /// What a sender has to know of each property.
 template <class Table>
-void printTerms(std::string_view title, cli::ObjectKind kind, const Table& table) {
+void printTerms(std::string_view title, ObjectKind kind, const Table& table) {
   std::cout << "=== " << title << "\n\n| property | meaning | unit | codes in |\n|---|---|---|---|\n";
-  const auto required = cli::requiredProperties(kind);
+  const auto required = requiredProperties(kind);
   for (const auto& field : table) {
     const cli::PropertyTerm& term = cli::propertyTerm(kind, field.name);
     const bool needed = std::ranges::find(required, field.name) != required.end();
@@ -275,12 +298,14 @@ int main() {
   printProperties("Vertrag", vertragFields);
   printProperties("AuftragsPos", auftragsPosFields);
   printProperties("ImportJobSubItem", importJobSubItemFields);
-  printTerms("Customer properties", cli::ObjectKind::Customer, kundeFields);
-  printTerms("Order properties", cli::ObjectKind::Order, auftragFields);
-  printTerms("Order position properties", cli::ObjectKind::OrderPosition, auftragsPosFields);
-  printTerms("Contract properties", cli::ObjectKind::Contract, vertragFields);
-  printTerms("Contract position properties", cli::ObjectKind::ContractPosition, importJobSubItemFields);
+  printTerms("Customer properties", ObjectKind::Customer, kundeFields);
+  printTerms("Order properties", ObjectKind::Order, auftragFields);
+  printTerms("Order position properties", ObjectKind::OrderPosition, auftragsPosFields);
+  printTerms("Contract properties", ObjectKind::Contract, vertragFields);
+  printTerms("Contract position properties", ObjectKind::ContractPosition, importJobSubItemFields);
   printFaults();
+  printFaultRemedies();
+  printFindingAdvice();
   printJobFileLines();
   printWhatDoesNotTravel();
   printOptions();

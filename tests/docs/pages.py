@@ -10,6 +10,7 @@ behind its commas. A comment before a box says what else to do with it:
     <!-- not run: why -->   nothing
     <!-- file: NAME -->     the box is written to this file
     <!-- sql: FILE -->      the box is run as statements on this database
+    <!-- source: FILE -->   the box is this file
     <!-- from below -->     the box is one command of a session further down
     <!-- begins: COMMAND --> the command prints the box first, and whatever else behind it
     <!-- new folder -->     (anywhere) what follows begins in an empty folder
@@ -172,7 +173,7 @@ class Page:
         self.folder.begin()
         while at < len(old):
             line = old[at]
-            mark = re.fullmatch(r"<!-- (not run|file|sql|from below|begins|new folder|list)(?:: (.*?))? -->", line)
+            mark = re.fullmatch(r"<!-- (not run|file|sql|source|from below|begins|new folder|list)(?:: (.*?))? -->", line)
             if line.startswith("```"):
                 end = next(i for i in range(at + 1, len(old)) if old[i].startswith("```"))
                 box = old[at + 1:end]
@@ -217,6 +218,8 @@ class Page:
 
     def box(self, number, box, marks):
         where = self.folder.path
+        if "source" in marks:
+            return (ROOT / marks["source"]).read_text().splitlines()
         if "file" in marks:
             pathlib.Path(where, marks["file"]).write_text("\n".join(box) + "\n")
         elif "sql" in marks:

@@ -463,6 +463,16 @@ TEST_F(OrderWriting, ANumberInUseIsToldWithItsCircleAndPassedOverWhileTheOtherOr
   EXPECT_EQ(drawn(), 3);
 }
 
+TEST_F(OrderWriting, WithoutASessionOptionsCountAsUnsetAndNoOrderGetsANumber) {
+  erp.setOption("AutomatischVerarbeiten", "1");
+  stageCustomer("K1", "30001", {{"Versandart", "??"}});
+  stageOrderOf("O1");
+  engine.Session(nullptr);
+  EXPECT_TRUE(run());
+  EXPECT_EQ(jobType("K1"), 13) << "a warning parks with the option alone";
+  EXPECT_EQ(outcomeOf("O1"), "32|Es konnte keine Auftragsnummer ermittelt werden.");
+}
+
 TEST_F(OrderWriting, AnOrderFindsTheCustomerOfTheSameRun) {
   stageCustomer("C1", "70001", {{"Preisliste", "A"}});
   stageOrder("O1", {{"Kundennummer", "70001"}});

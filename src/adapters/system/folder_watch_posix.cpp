@@ -47,8 +47,8 @@ struct FolderWatch::State {
         stop(eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC), path) {
     const auto raise = [&] { throw std::system_error(errno, std::generic_category(), textOf(path)); };
     if (flock(lock.get(), LOCK_EX | LOCK_NB) != 0) raise();
-    // An open folder is told of by its attributes alone when it is deleted.
-    constexpr std::uint32_t noticed = IN_CLOSE_WRITE | IN_MOVED_TO | IN_MOVE_SELF | IN_ATTRIB;
+    // Nothing is told of a folder that is deleted while it is open, as the lock keeps it.
+    constexpr std::uint32_t noticed = IN_CLOSE_WRITE | IN_MOVED_TO | IN_MOVE_SELF;
     if (inotify_add_watch(events.get(), path.c_str(), noticed | IN_ONLYDIR) < 0) raise();
   }
 
