@@ -25,6 +25,7 @@ constexpr auto terms = std::to_array<FaultTerm>({
     {"key.taken", "a stored job has the key of the position"},
     {"key.other_job", "the position names another job"},
     {"positions.unnumbered", "some positions of the order have a number and others none"},
+    {"content.repeated", "another job with the same content was handed over (with --unique)"},
 });
 
 } // namespace
