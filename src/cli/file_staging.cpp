@@ -129,11 +129,11 @@ public:
   StagedJobs stage() {
     jobs_->begin();
     if (order_.unique && !jobs_->remembersContents())
-      throw ProgramError(
-          ExitCode::Failure,
-          "the database does not remember what was handed over: the table Vorgangsinhalte is missing",
-          "Nothing was staged. 'qximportjob upgrade' adds missing tables; without --unique the file "
-          "can be staged at once.");
+      throw ProgramError(ExitCode::Failure,
+                         "the database does not remember what was handed over: the table Vorgangsinhalte or "
+                         "Zaehlerstaende is missing",
+                         "Nothing was staged. Have both made as 'init' makes them in a new database, or "
+                         "stage without --unique.");
     read();
     if (!order_.partial) refuseFaults();
     jobs_->finish();
