@@ -3,8 +3,8 @@
 #define XXH_INLINE_ALL
 #include <xxhash.h>
 
+#include <algorithm>
 #include <bit>
-#include <cstring>
 
 namespace qx::cli {
 
@@ -24,7 +24,7 @@ void ContentHash::begin() {
 void ContentHash::add(Name name, std::string_view text) {
   put(name.hash);
   put(text);
-  put(std::string_view("", 1));
+  put(std::string_view("\0", 1));
 }
 
 void ContentHash::add(Name name, double number) {
@@ -45,7 +45,7 @@ void ContentHash::put(std::string_view text) {
     XXH3_128bits_update(&state_->xxh3, text.data(), text.size());
     return;
   }
-  std::memcpy(bytes_.data() + filled_, text.data(), text.size());
+  std::ranges::copy(text, bytes_.data() + filled_);
   filled_ += text.size();
 }
 

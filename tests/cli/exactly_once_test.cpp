@@ -168,6 +168,7 @@ TEST_F(ExactlyOnce, ADoneJobIsSkippedWithItsNumberAndTheTimeAndWhetherAChangeIsL
     {"JobID":"B","state":"done","kind":"auftrag","number":null,"doneSince":null,"changed":true},
     {"JobID":"c","state":"deleted","kind":"kundenvertrag","number":null,"doneSince":null,"changed":false},
     {"JobID":"D","state":"done","kind":"vertrag","number":"V1","doneSince":null,"changed":false}])"));
+  EXPECT_FALSE(stage(order("A", "2")).json().contains("repeated"));
   handedOver("20261123180400");
   EXPECT_EQ(stage(again, {"--again", "--unique"}).json()["faults"][0]["message"],
             "the content is that of the job 'N' of 23.11.2026 18:04:00");
