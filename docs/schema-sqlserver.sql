@@ -785,7 +785,7 @@ CREATE TABLE [Eingangsdateien] (
 CREATE TABLE [Vorgangsinhalte] (
   lfd BIGINT IDENTITY UNIQUE CLUSTERED,
   [JobID] NVARCHAR(400) COLLATE Latin1_General_100_CI_AS_SC NOT NULL,
-  [Kennung] NVARCHAR(MAX) COLLATE Latin1_General_100_BIN2,
+  [Kennung] NVARCHAR(400) COLLATE Latin1_General_100_CI_AS_SC,
   [Zeitpunkt] NVARCHAR(MAX) COLLATE Latin1_General_100_BIN2,
   PRIMARY KEY ([JobID])
 );

@@ -30,7 +30,7 @@ build() { # COMPILER LIBRARY FILE OPTION...
 libraries() { # COMPILER
   mkdir -p "$root/$1"/{include,lib,share/cmake}
   cp "$source/sqlite-build/"sqlite3{,ext}.h "$source"/utf8proc-*/utf8proc.h "$root/$1/include"
-  ln -s /usr/include/CLI /usr/include/nlohmann /usr/include/rapidjson "$root/$1/include"
+  ln -s /usr/include/CLI /usr/include/nlohmann /usr/include/rapidjson /usr/include/xxhash.h "$root/$1/include"
   cp -r /usr/share/cmake/CLI11 /usr/share/cmake/nlohmann_json "$root/$1/share/cmake"
   build "$1" sqlite3 "$source/sqlite-build/sqlite3.c" -DSQLITE_ENABLE_COLUMN_METADATA
   build "$1" utf8proc "$source"/utf8proc-*/utf8proc.c -DUTF8PROC_STATIC

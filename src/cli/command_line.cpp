@@ -203,6 +203,7 @@ private:
             ->excludes(file);
     verb->add_flag("--once", watch->once, "With --watch: stage what is there and end")->needs(folder);
     verb->add_flag("--again", stage->again, "Stage done jobs again");
+    verb->add_flag("--unique", stage->unique, "Refuse a content that was handed over under another JobID");
     CLI::Option* partial =
         verb->add_flag("--partial", stage->partial, "Stage the sound objects of a file that has faults")
             ->excludes(folder);
@@ -213,6 +214,7 @@ private:
     verb->add_flag("--dry-run", stage->dryRun, "Check the file only")->excludes(folder);
     verb->callback([this, stage, watch, folder] {
       watch->again = stage->again;
+      watch->unique = stage->unique;
       if (folder->count() > 0)
         chosen_ = watch;
       else
@@ -262,7 +264,7 @@ private:
         verb<ProtocolCommand>(app_, "protocol", "Print the protocol of the day given by --date, or today's")
             .first;
     const auto [purgeVerb, purge] = verb<ProtocolPurgeCommand>(
-        *protocol, "purge", "Delete the protocols and the entries of runs of earlier days");
+        *protocol, "purge", "Delete the protocols, entries of runs and contents of earlier days");
     purgeVerb->add_option("--before", purge->before, "Only those of days before this one, dd.mm.yyyy")
         ->type_name("DATE")
         ->required();

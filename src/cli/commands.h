@@ -22,11 +22,12 @@ public:
   ExitCode run(Installation& installation, const Output& output) override;
 };
 
-/// `stage FILE|- [--again]`: all jobs of the file or none, with `--partial` the sound ones.
+/// `stage FILE|- [--again] [--unique]`: all jobs of the file or none, with `--partial` the sound ones.
 class StageCommand final : public DatabaseCommand {
 public:
   std::string file;
-  bool again = false; ///< stage done jobs again
+  bool again = false;  ///< stage done jobs again
+  bool unique = false; ///< refuse contents that were handed over under another key
   bool partial = false;
   bool dryRun = false;
   std::string rejects; ///< a new file for the objects that are left out
@@ -37,12 +38,13 @@ protected:
   ExitCode work(const CommandContext& context) override;
 };
 
-/// `stage --watch DIR [--once] [--again]`: the files of a folder as they come in.
+/// `stage --watch DIR [--once] [--again] [--unique]`: the files of a folder as they come in.
 class WatchCommand final : public Command {
 public:
   std::string folder;
   bool once = false; ///< only what is there now
   bool again = false;
+  bool unique = false;
 
   void prepare() override;
   bool offersLines() const override { return true; }
@@ -217,7 +219,8 @@ protected:
   ExitCode work(const CommandContext& context) override;
 };
 
-/// `protocol purge --before dd.mm.yyyy`: the protocols of earlier days, and the entries of earlier runs.
+/// `protocol purge --before dd.mm.yyyy`: the protocols of earlier days, the entries of earlier runs, and the
+/// contents that were handed over.
 class ProtocolPurgeCommand final : public DatabaseCommand {
 public:
   std::string before;

@@ -5,6 +5,7 @@
 #include "cli/object_texts.h"
 #include "cli/progress_bar.h"
 #include "cli/stage_reader.h"
+#include "model/date.h"
 #include "model/text.h"
 #include "platform/conflict_retry.h"
 #include "platform/path_text.h"
@@ -41,9 +42,10 @@ public:
   std::vector<std::string> among(BulkStaging& jobs) const {
     std::vector<std::string> again;
     if (keys_.empty()) return again;
-    jobs.forEach([&](const std::string& jobId, std::int16_t jobType, StageResult result) {
-      if (result == StageResult::Replaced && jobType == qxtJobAufträge && keys_.contains(asciiLower(jobId)))
-        again.push_back(jobId);
+    jobs.forEach([&](const StagedJob& job) {
+      if (job.result == StageResult::Replaced && job.jobType == qxtJobAufträge &&
+          keys_.contains(asciiLower(job.jobId)))
+        again.push_back(job.jobId);
     });
     return again;
   }
@@ -126,6 +128,12 @@ public:
 
   StagedJobs stage() {
     jobs_->begin();
+    if (order_.unique && !jobs_->remembersContents())
+      throw ProgramError(ExitCode::Failure,
+                         "the database does not remember what was handed over: the table Vorgangsinhalte or "
+                         "Zaehlerstaende is missing",
+                         "Nothing was staged. Have both made as 'init' makes them in a new database, or "
+                         "stage without --unique.");
     read();
     if (!order_.partial) refuseFaults();
     jobs_->finish();
@@ -192,7 +200,9 @@ private:
   std::vector<KeyConflict> tryCopy(bool tryOnly) {
     return doneAgainOnConflict(context_.environment, "stage", [&] {
       const auto copied = [&] {
-        return jobs_->copy(wait_, {order_.again, tryOnly}, static_cast<std::int64_t>(most_));
+        return jobs_->copy(
+            wait_, {order_.again, tryOnly, order_.unique, timeStamp(context_.environment.clock.now())},
+            static_cast<std::int64_t>(most_));
       };
       if (tryOnly || !order_.alongside) return copied();
       WorkUnit unit(context_.connection(), &wait_);
@@ -203,7 +213,8 @@ private:
     });
   }
 
-  /// The rejected objects are written before the others are staged, so that none is lost.
+  /// In the try contents come after keys: a job that is left out repeats nothing. The rejected objects are
+  /// written before the others are staged, so that none is lost.
   void copy() {
     const WrittenOrders written(order_.again ? &context_.connection() : nullptr);
     if (order_.partial) {

@@ -17,6 +17,7 @@ namespace qx::cli {
 struct StageOrder {
   bool again = false;   ///< done jobs, too
   bool partial = false; ///< the sound objects of a file that has faults, too
+  bool unique = false;  ///< no job whose content was handed over under another key
   bool tryOnly = false; ///< nothing is staged; only what would be is found out
   /// A part of the unit in which the jobs are staged; it may be called again when that gave way to another
   /// program's. Not for a partial order.

@@ -80,11 +80,19 @@ std::int64_t JobAssembler::objectOf(std::int64_t job) const {
   return job;
 }
 
+/// Where the earlier job of a conflict stands, or when it was handed over.
+std::string JobAssembler::placeOf(const KeyConflict& conflict) const {
+  if (conflict.otherJob == 0) return " of " + momentText(conflict.since);
+  return " in object " + std::to_string(objectOf(conflict.otherJob)) + " on line " +
+         std::to_string(conflict.otherLine);
+}
+
 void JobAssembler::conflict(const KeyConflict& conflict) {
   const bool ofPosition =
       conflict.kind == KeyConflict::Kind::PositionTwice || conflict.kind == KeyConflict::Kind::OtherOwner;
-  const std::string property = ofPosition ? "ChildID" : "JobID";
+  std::string property = ofPosition ? "ChildID" : "JobID";
   FaultKind kind = FaultKind::KeyRepeated;
+  std::string hint = "every job and position needs a key of its own";
   std::string message = "the " + property + " '" + conflict.key + "' ";
   switch (conflict.kind) {
   case KeyConflict::Kind::OtherOwner:
@@ -95,14 +103,19 @@ void JobAssembler::conflict(const KeyConflict& conflict) {
     kind = FaultKind::OtherJob;
     message = "a position gives the JobID '" + conflict.owner + "' of another job";
     break;
+  case KeyConflict::Kind::ContentTwice:
+    property.clear();
+    kind = FaultKind::ContentRepeated;
+    message = "the content is that of the job '" + conflict.owner + "'" + placeOf(conflict);
+    hint = "leave it out, or stage it without --unique when it is meant once more";
+    break;
   case KeyConflict::Kind::JobTwice:
   case KeyConflict::Kind::PositionTwice:
-    message += "stands already in object " + std::to_string(objectOf(conflict.otherJob)) + " on line " +
-               std::to_string(conflict.otherLine);
+    message += "stands already" + placeOf(conflict);
     break;
   }
-  faults_.add({conflict.line, objectOf(conflict.job), property, codeOf(kind), std::move(message),
-               "every job and position needs a key of its own"});
+  faults_.add({conflict.line, objectOf(conflict.job), std::move(property), codeOf(kind), std::move(message),
+               std::move(hint)});
 }
 
 void JobAssembler::beginJob(std::int64_t line) {
@@ -113,6 +126,7 @@ void JobAssembler::beginJob(std::int64_t line) {
   positionsLine_ = 0;
   positionNumber_ = 0;
   faulty_ = false;
+  content_.begin();
   waitingProperties_.clear();
   waitingPositions_.clear();
 }
@@ -255,6 +269,8 @@ void JobAssembler::finishPosition(Builder& builder, std::int16_t code) {
   if constexpr (std::is_same_v<std::decay_t<decltype(record)>, AuftragsPosFields>) completeOrderPosition();
   if (faulty_) return;
   if (record.ChildID.empty()) record.ChildID = newJobKey(environment_);
+  content_.beginPosition();
+  builder.addTo(content_);
   const std::int64_t line = builder.line("ChildID");
   fill(jobs_.newPosition(), builder);
   jobs_.addPosition(line == 0 ? positionLine_ : line);
@@ -268,17 +284,17 @@ void JobAssembler::completeOrderPosition() {
     if (orderPosition_.lacks(name))
       missing(pathOf(name), line == 0 ? positionLine_ : line, "a position of an order needs it");
   }
-  if (!orderPosition_.given("Auslieferungsmenge")) position.Auslieferungsmenge = position.Menge;
-  if (!orderPosition_.given("Fakturiermenge")) position.Fakturiermenge = position.Menge;
-  // The last two come from the options.
-  for (const char* name : {"Auslieferungsmenge", "Fakturiermenge", "Lieferbereit", "Fakturierbereit"})
-    orderPosition_.follows(name);
+  orderPosition_.derive("Auslieferungsmenge", &AuftragsPosFields::Auslieferungsmenge, position.Menge);
+  orderPosition_.derive("Fakturiermenge", &AuftragsPosFields::Fakturiermenge, position.Menge);
+  orderPosition_.preset("Lieferbereit");
+  orderPosition_.preset("Fakturierbereit");
   const bool numbered = orderPosition_.given("Positionsnummer");
   if (positionNumber_ == 1) positionsAreNumbered_ = numbered;
   if (numbered != positionsAreNumbered_)
     positionFault(positionLine_, "Positionsnummer",
                   {FaultKind::Unnumbered, "either all positions of an order have one or none", {}});
-  if (!numbered) position.Positionsnummer = static_cast<std::int32_t>(positionNumber_);
+  orderPosition_.derive("Positionsnummer", &AuftragsPosFields::Positionsnummer,
+                        static_cast<std::int32_t>(positionNumber_));
 }
 
 void JobAssembler::endJob() {
@@ -325,9 +341,11 @@ void JobAssembler::finishJob(Builder& builder, std::int16_t code, std::int16_t o
   checkKey(record.JobID, builder.line("JobID"), "JobID", false);
   if (faulty_) return;
   if (record.JobID.empty()) record.JobID = newJobKey(environment_);
+  content_.add(ContentHash::Name("JobType"), static_cast<double>(record.JobType));
+  builder.addTo(content_);
   const std::int64_t line = builder.line("JobID");
   fill(jobs_.newJob(), builder);
-  jobs_.addJob(line == 0 ? jobLine_ : line);
+  jobs_.addJob(line == 0 ? jobLine_ : line, content_.digits());
 }
 
 /// What the processing cannot do without.
@@ -372,7 +390,7 @@ void JobAssembler::finishKeptJob() {
     fault(codeLine, "JobType", {FaultKind::WrongCode, "this is not the code of a job", {}});
   if (faulty_) return;
   keptHeader_.fill(jobs_.newJob());
-  jobs_.addJob(keptHeader_.line("JobID"));
+  jobs_.addJob(keptHeader_.line("JobID"), {});
 }
 
 void JobAssembler::finishKeptPosition() {

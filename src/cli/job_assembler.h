@@ -1,6 +1,7 @@
 // Assembles the objects of a file of jobs and passes on each finished record as a row.
 #pragma once
 
+#include "cli/content_hash.h"
 #include "cli/kept_row.h"
 #include "cli/object_builder.h"
 #include "model/entry_records.h"
@@ -65,6 +66,7 @@ private:
   void finishPosition(Builder& builder, std::int16_t code);
   void completeOrderPosition();
   std::string pathOf(std::string_view property) const;
+  std::string placeOf(const KeyConflict& conflict) const;
   bool isTold(std::string_view property) const;
   void finishKeptJob();
   void finishKeptPosition();
@@ -87,6 +89,7 @@ private:
   ObjectBuilder<importJobSubItemFields, ImportJobSubItem> contractPosition_;
   KeptRow keptHeader_;
   KeptRow keptPosition_;
+  ContentHash content_; ///< of the current job
 
   std::int64_t jobNumber_ = 0;
   std::int64_t jobLine_ = 0;

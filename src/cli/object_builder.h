@@ -1,6 +1,7 @@
 // Fills a record from the properties of one object of a file.
 #pragma once
 
+#include "cli/content_hash.h"
 #include "cli/stage_value.h"
 #include "cli/terminal_text.h"
 #include "model/field_table.h"
@@ -30,7 +31,7 @@ public:
     record_ = initial_;
     textLength_ = 0;
     lines_.fill(0);
-    given_.fill(false);
+    sources_.fill(Source::None);
   }
   /// Null when the property was accepted, otherwise what is wrong. A null value counts as not given.
   std::optional<ValueFault> add(StageProperty& property, bool contract) {
@@ -41,7 +42,7 @@ public:
     if (line != 0) return repeatedProperty(line);
     line = property.line;
     if (std::holds_alternative<std::monostate>(property.value)) return std::nullopt;
-    given_[found->second] = true;
+    sources_[found->second] = Source::Object;
     if (const auto* text = std::get_if<std::string>(&property.value)) textLength_ += jobFileLength(*text);
     if (textLength_ > longestTexts)
       return ValueFault{
@@ -57,23 +58,46 @@ public:
   std::int64_t line(std::string_view name) const { return lines_[fieldIndex(table, name)]; }
 
   /// Whether the object gives the property a value; null is none.
-  bool given(std::string_view name) const { return given_[fieldIndex(table, name)]; }
+  bool given(std::string_view name) const { return isGiven(fieldIndex(table, name)); }
   /// Whether the property has no value, or is an empty text.
   bool lacks(std::string_view name) const {
     const std::size_t index = fieldIndex(table, name);
-    return !given_[index] || table[index].visit(record_, [](const auto& member) {
+    return !isGiven(index) || table[index].visit(record_, [](const auto& member) {
       if constexpr (std::is_same_v<std::decay_t<decltype(member)>, std::string>) return member.empty();
       return false;
     });
   }
-  /// Marks a property as having a value derived from others.
-  void follows(std::string_view name) { given_[fieldIndex(table, name)] = true; }
+  /// Sets a property that the object does not give, as follows from its other properties.
+  template <class Member, class Owner>
+  void derive(std::string_view name, Member Owner::*member, Member derived) {
+    if (given(name)) return;
+    record_.*member = derived;
+    sources_[fieldIndex(table, name)] = Source::Object;
+  }
+  /// Marks a property that has a value of the installation when the object does not give one.
+  void preset(std::string_view name) {
+    Source& source = sources_[fieldIndex(table, name)];
+    if (source == Source::None) source = Source::Installation;
+  }
 
-  /// The columns of the properties that the object does not mention and that have no derived value.
+  /// Adds what the object gives, and what follows from it, in the order of the table: not the keys, nor what
+  /// only the program sets.
+  void addTo(ContentHash& content) const {
+    for (std::size_t i = 0; i < table.size(); ++i)
+      if (sources_[i] == Source::Object && isContent[i])
+        table[i].visit(record_, [&](const auto& member) {
+          if constexpr (std::is_arithmetic_v<std::decay_t<decltype(member)>>)
+            content.add(contentNames[i], static_cast<double>(member));
+          else
+            content.add(contentNames[i], std::string_view(member));
+        });
+  }
+
+  /// The columns of the properties that have no value.
   const std::vector<ColumnName>& unspoken() {
     unspoken_.clear();
     for (std::size_t i = 0; i < table.size(); ++i)
-      if (!given_[i] && table[i].stored() && table[i].visit(record_, [](const auto& member) {
+      if (sources_[i] == Source::None && table[i].stored() && table[i].visit(record_, [](const auto& member) {
             return member == std::decay_t<decltype(member)>();
           }))
         unspoken_.push_back(detail::columns<table>[i]);
@@ -83,6 +107,25 @@ public:
 private:
   /// The maximum total length of an object's texts; the rest of a record is for numbers and delimiters.
   static constexpr std::size_t longestTexts = longestRecord - std::size_t{4} * 1024;
+
+  /// Where the value of a property comes from.
+  enum class Source : std::uint8_t { None, Object, Installation };
+
+  static constexpr std::array<bool, table.size()> isContent = [] {
+    std::array<bool, table.size()> is{};
+    for (std::size_t i = 0; i < table.size(); ++i)
+      is[i] = table[i].name != "JobID" && table[i].name != "ChildID" && table[i].name != "JobType" &&
+              table[i].name != "Status" && table[i].name != "Fehlertext";
+    return is;
+  }();
+
+  static constexpr std::array<ContentHash::Name, table.size()> contentNames = [] {
+    std::array<ContentHash::Name, table.size()> names;
+    for (std::size_t i = 0; i < table.size(); ++i) names[i] = ContentHash::Name(table[i].name);
+    return names;
+  }();
+
+  bool isGiven(std::size_t index) const { return sources_[index] == Source::Object; }
 
   using Indexes = std::unordered_map<std::string_view, std::size_t>;
 
@@ -104,7 +147,7 @@ private:
   Record initial_;
   Record record_;
   std::array<std::int64_t, table.size()> lines_{};
-  std::array<bool, table.size()> given_{};
+  std::array<Source, table.size()> sources_{};
   std::vector<ColumnName> unspoken_;
   std::size_t textLength_ = 0;
 };

@@ -200,11 +200,38 @@ constexpr OutputObject outputList{"outputs", "The outputs that have a schema.", 
 
 // Staging.
 
+constexpr auto skippedMembers = joined(
+    std::to_array<Member>({jobId}), outcomeMembers,
+    std::to_array<Member>({
+        text("doneSince", "Time stamp of the moment since which it is done; null when that is unknown.")
+            .orNull(),
+        truth("changed", "Whether its content differs from what is done; null when that is unknown.")
+            .orNull(),
+    }));
+constexpr OutputObject skippedJob{"skipped", "A job that is done already and was passed over.",
+                                  skippedMembers};
+constexpr auto earlierMembers = std::to_array<Member>({
+    jobId,
+    text("since", "Time stamp of the handover; null for a job of the same file.").orNull(),
+});
+constexpr OutputObject earlierJob{"earlier", "The job that was handed over first.", earlierMembers};
+constexpr auto repeatedMembers = std::to_array<Member>({
+    jobId,
+    object("sameContentAs", "The job whose content it has.", earlierJob),
+});
+constexpr OutputObject repeatedJob{"repeated", "A job with the content of another one.", repeatedMembers};
+
 constexpr auto stageMembers = std::to_array<Member>({
     whole("staged", "How many jobs are staged, or would be."),
     whole("skipped", "How many jobs are done already and were passed over."),
     truth("dryRun", "True when the file was only checked.").sometimes(),
     text("jobs", "Keys of the staged jobs, in the order of the file.").list(),
+    object("skippedJobs", "Those that were passed over, in the order of the file.", skippedJob)
+        .list()
+        .sometimes(),
+    object("repeatedJobs", "Those whose content was handed over under another key.", repeatedJob)
+        .list()
+        .sometimes(),
     text("writtenBefore", "Keys of the orders of which the next run writes a second one.").list().sometimes(),
     whole("rejected", "With --partial: how many objects were left out.").sometimes(),
     object("faults", "With --partial: the first 100 faults.", fault).list().sometimes(),
@@ -218,6 +245,7 @@ constexpr auto fileMembers = std::to_array<Member>({
     whole("staged", "How many jobs are staged; missing for a file that had been staged before.").sometimes(),
     whole("skipped", "How many jobs are done already and were passed over; missing in the same case.")
         .sometimes(),
+    whole("repeated", "How many jobs have a content that was handed over under another key.").sometimes(),
 });
 constexpr OutputObject doneFile{"done", "A file that was staged.", fileMembers};
 constexpr auto rejectedMembers = std::to_array<Member>({
@@ -400,6 +428,7 @@ constexpr OutputObject protocol{"protocol", "The protocols of a day.", protocolM
 constexpr auto protocolPurgeMembers = std::to_array<Member>({
     whole("protocols", "How many protocols were deleted."),
     whole("runs", "How many entries of runs were deleted."),
+    whole("contents", "How many contents were forgotten."),
 });
 constexpr OutputObject protocolPurge{"protocolPurge", "What was deleted.", protocolPurgeMembers};
 

@@ -11,6 +11,7 @@
 #include "program/busy_notice.h"
 #include "program/common_options.h"
 #include "rules/dates.h"
+#include "store/handed_contents.h"
 #include "store/json_writer.h"
 #include "store/run_book.h"
 
@@ -93,6 +94,7 @@ ExitCode ProtocolPurgeCommand::work(const CommandContext& context) {
   BusyNotice wait(context.output.messages);
   std::int64_t protocols = 0;
   std::int64_t runs = 0;
+  std::int64_t contents = 0;
   doneAgainOnConflict(context.environment, "protocol purge", [&] {
     WorkUnit unit(connection, &wait);
     const std::string day = dayStamp(day_);
@@ -103,6 +105,7 @@ ExitCode ProtocolPurgeCommand::work(const CommandContext& context) {
     protocols = connection.execute(
         sql("Delete From Protokolle Where Art = 'Import' And Datum < '"_sql, value(day), "'"_sql));
     runs = hasRunBook(connection) ? deleteRunsBefore(connection, day_) : 0;
+    contents = forgetContentsBefore(connection, day_);
     unit.commit();
     return true;
   });
@@ -113,10 +116,13 @@ ExitCode ProtocolPurgeCommand::work(const CommandContext& context) {
         .number(protocols)
         .key("runs")
         .number(runs)
+        .key("contents")
+        .number(contents)
         .endObject()
         .finish();
   else
-    context.output.result << protocols << " protocols and " << runs << " entries of runs deleted\n";
+    context.output.result << protocols << " protocols and " << runs << " entries of runs deleted, "
+                          << contents << " contents forgotten\n";
   return ExitCode::Success;
 }
 

@@ -34,6 +34,9 @@ constexpr auto terms = std::to_array<FaultTerm>({
     {"key.other_job", "the position names another job", "Leave `JobID` of positions out."},
     {"positions.unnumbered", "some positions of the order have a number and others none",
      "Number all positions or none."},
+    {"content.repeated", "another job with the same content was handed over (with --unique)",
+     "Hand a job over once. If it is meant twice, stage it without `--unique`, or give each an "
+     "`Eingangsdatum`."},
 });
 
 static_assert(std::ranges::none_of(terms, [](const FaultTerm& term) { return term.remedy.empty(); }));

@@ -32,6 +32,7 @@ enum class FaultKind : std::uint8_t {
   KeyTaken,
   OtherJob,
   Unnumbered,
+  ContentRepeated,
 };
 
 /// The kind as programs read it.

@@ -2,6 +2,7 @@
 
 #include "cli/job_terms.h"
 #include "cli/table.h"
+#include "cli/terminal_text.h"
 #include "model/date.h"
 #include "model/text.h"
 #include "store/json_writer.h"
@@ -115,15 +116,6 @@ Status statusOf(const CommandContext& context, std::size_t runs) {
   return status;
 }
 
-/// "24.11.2026 06:00:01" of a stamp.
-std::string readable(const std::string& stamp) {
-  const auto moment = parseTimeStamp(stamp);
-  if (!moment) return stamp;
-  const auto two = [](int number) { return (number < 10 ? "0" : "") + std::to_string(number); };
-  return germanDate(moment->date) + ' ' + two(moment->hour) + ':' + two(moment->minute) + ':' +
-         two(moment->second);
-}
-
 std::string outcomeOf(const RunEntry& run) { return run.outcome.empty() ? "not ended" : run.outcome; }
 
 Style outcomeStyle(const RunEntry& run) {
@@ -171,8 +163,8 @@ void printRuns(const Output& output, const Status& status) {
                        {"program", 22, 11, true}});
   table.head();
   for (const RunEntry& run : status.runs)
-    table.row({{readable(run.begin)},
-               {readable(run.end)},
+    table.row({{momentText(run.begin)},
+               {momentText(run.end)},
                {outcomeOf(run), outcomeStyle(run)},
                {std::to_string(run.done)},
                {std::to_string(run.warning)},

@@ -1,5 +1,7 @@
 #include "cli/terminal_text.h"
 
+#include "model/date.h"
+
 #include <cstdlib>
 #include <memory>
 #include <utf8proc.h>
@@ -95,6 +97,14 @@ std::string composed(std::string_view text) {
   const std::unique_ptr<utf8proc_uint8_t, FreeMemory> owner(result);
   if (length < 0) return std::string(text);
   return {result, result + length};
+}
+
+std::string momentText(std::string_view stamp) {
+  const auto moment = parseTimeStamp(stamp);
+  if (!moment) return std::string(stamp);
+  const auto two = [](int number) { return (number < 10 ? "0" : "") + std::to_string(number); };
+  return germanDate(moment->date) + ' ' + two(moment->hour) + ':' + two(moment->minute) + ':' +
+         two(moment->second);
 }
 
 std::string fitted(std::string_view text, std::size_t width, Fitting fitting) {

@@ -23,4 +23,7 @@ enum class Fitting : std::uint8_t {
 /// combining mark none; a control character or malformed byte becomes a blank.
 std::string fitted(std::string_view text, std::size_t width, Fitting fitting = Fitting::Cut);
 
+/// "24.11.2026 06:00:01" of a time stamp; every other text as it is.
+std::string momentText(std::string_view stamp);
+
 } // namespace qx::cli

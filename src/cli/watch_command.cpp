@@ -45,8 +45,8 @@ protected:
 /// Stages a taken file unless that was done before the program ended the last time.
 class TakenFileCommand final : public DatabaseCommand {
 public:
-  TakenFileCommand(StagedFile file, std::string path, bool again, const std::vector<std::string>& moved)
-      : file_(std::move(file)), path_(std::move(path)), again_(again), moved_(moved) {}
+  TakenFileCommand(StagedFile file, std::string path, StageOrder order, const std::vector<std::string>& moved)
+      : file_(std::move(file)), path_(std::move(path)), order_(std::move(order)), moved_(moved) {}
 
   /// Whether the file itself was looked at.
   bool begun() const { return begun_; }
@@ -59,20 +59,18 @@ protected:
     before_ = isStagedFile(connection, file_.key);
     if (before_) return ExitCode::Success;
     begun_ = true;
-    StageOrder order;
-    order.again = again_;
-    order.alongside = [&] {
+    order_.alongside = [&] {
       for (const std::string& key : moved_) removeStagedFile(connection, key);
       enterStagedFile(connection, file_, timeStamp(context.environment.clock.now()));
     };
-    counts_ = stageFile(context, path_, order).jobs->counts();
+    counts_ = stageFile(context, path_, order_).jobs->counts();
     return ExitCode::Success;
   }
 
 private:
   StagedFile file_;
   std::string path_;
-  bool again_;
+  StageOrder order_;
   const std::vector<std::string>& moved_; ///< keys of earlier files, which lie where they stay
   bool begun_ = false;
   bool before_ = false;
@@ -92,8 +90,8 @@ std::string reasonText(const ProgramError& error) {
 /// Stages what is finished in one folder, one file after the other in the order of their names.
 class Watch {
 public:
-  Watch(Installation& installation, const Output& output, const std::string& folder, bool again)
-      : installation_(installation), output_(output), again_(again),
+  Watch(Installation& installation, const Output& output, const std::string& folder, StageOrder order)
+      : installation_(installation), output_(output), order_(std::move(order)),
         watch_(std::filesystem::absolute(pathOf(folder))), folder_(std::filesystem::absolute(pathOf(folder))),
         requests_([](void* watch) { static_cast<FolderWatch*>(watch)->interrupt(); }, &watch_) {}
 
@@ -165,7 +163,7 @@ private:
   }
 
   void stage(const TakenFile& file) {
-    TakenFileCommand command({file.key, textOf(folder_.path()), file.name}, textOf(file.path), again_,
+    TakenFileCommand command({file.key, textOf(folder_.path()), file.name}, textOf(file.path), order_,
                              moved_);
     std::optional<ProgramError> failure;
     exitCodeOf([&] { return command.run(installation_, output_); },
@@ -191,7 +189,10 @@ private:
       JsonWriter json(output_.result);
       json.beginObject().key("file").text(file.name).key("state").text(state);
       json.key("movedTo").text(textOf(target));
-      if (counts != nullptr) json.key("staged").number(counts->staged).key("skipped").number(counts->skipped);
+      if (counts != nullptr) {
+        json.key("staged").number(counts->staged).key("skipped").number(counts->skipped);
+        if (counts->repeated > 0) json.key("repeated").number(counts->repeated);
+      }
       if (!reason.empty()) {
         json.key("error").text(reason).key("line");
         if (line == 0)
@@ -202,14 +203,16 @@ private:
       json.endObject().finish();
     } else {
       output_.result << state << (state == "done" ? "      " : "  ") << oneLine(file.name);
-      if (counts != nullptr)
+      if (counts != nullptr) {
         output_.result << "  " << counts->staged << " staged, " << counts->skipped << " skipped";
-      else if (reason.empty())
+        if (counts->repeated > 0) output_.result << ", " << counts->repeated << " repeated";
+      } else if (reason.empty()) {
         output_.result << "  staged before";
-      else if (line != 0)
+      } else if (line != 0) {
         output_.result << "  line " << line << ": " << oneLine(reason);
-      else
+      } else {
         output_.result << "  " << oneLine(reason);
+      }
       output_.result << std::endl;
     }
     if (!output_.result) throw ProgramError(ExitCode::Failure, "standard output could not be written");
@@ -217,7 +220,7 @@ private:
 
   Installation& installation_;
   const Output& output_;
-  bool again_;
+  StageOrder order_;
   FolderWatch watch_; ///< before the first look into the folder, so that nothing is missed
   WatchedFolder folder_;
   StopRequests requests_;
@@ -260,7 +263,8 @@ ExitCode WatchCommand::run(Installation& installation, const Output& output) {
   installation.open();
   std::unique_ptr<Watch> watch;
   try {
-    watch = std::make_unique<Watch>(installation, output, folder, again);
+    watch =
+        std::make_unique<Watch>(installation, output, folder, StageOrder{.again = again, .unique = unique});
   } catch (const std::system_error& failure) {
     refuseFolder(failure, folder);
   }

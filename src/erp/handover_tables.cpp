@@ -10,7 +10,7 @@ using namespace columns;
 constexpr auto eingangsdateien = list(key("Kennung"), text("Ordner"), text("Dateiname"), stamp("Zeitpunkt"));
 
 /// What was handed over under which key, also after the job was deleted. `Kennung` is a hash.
-constexpr auto vorgangsinhalte = list(key("JobID"), text("Kennung"), stamp("Zeitpunkt"));
+constexpr auto vorgangsinhalte = list(key("JobID"), code("Kennung"), stamp("Zeitpunkt"));
 constexpr std::array vorgangsinhalteIndexes{SchemaIndex{"Vorgangsinhalte_Kennung", {"Kennung"}}};
 
 /// Every change of a job's state. `Folge` grows in the order in which the changes become visible.

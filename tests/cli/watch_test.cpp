@@ -59,7 +59,7 @@ protected:
 };
 
 TEST_F(WatchedFolders, FilesAreStagedByNameAndMovedWithTheReasonBesideThoseThatAreRefused) {
-  put("b.json", R"({"type":"Kunde","Kundennummer":"1","Bez1":"N","JobID":"B"})");
+  put("b.json", R"({"type":"Kunde","Kundennummer":"1","Bez1":"B","JobID":"B"})");
   put("a.json", R"({"type":"Kunde","Kundennummer":"1","Bez1":"N","JobID":"A"})");
   put("c.json", "[{\"type\":\"Kunde\",\"Kundennummer\":\"1\",\"Bez1\":\"N\",\"JobID\":\"C\"},\n{\"type\":"
                 "\"Kunde\",\"Kundennummer\":\"1\",\"Bez1\":\"N\",\"Name\":1}]");
@@ -86,6 +86,18 @@ TEST_F(WatchedFolders, FilesAreStagedByNameAndMovedWithTheReasonBesideThoseThatA
   put("a.json", R"({"type":"Kunde","Kundennummer":"1","Bez1":"N","JobID":"A2"})");
   EXPECT_EQ(once().json()["movedTo"], "done/a-2.json");
   EXPECT_THAT(once().output, IsEmpty());
+}
+
+TEST_F(WatchedFolders, ARepeatedContentIsToldOrTheFileRejected) {
+  put("a.json", R"({"type":"Kunde","Kundennummer":"1","Bez1":"N","JobID":"A"})");
+  put("b.json", R"({"type":"Kunde","Kundennummer":"1","Bez1":"N","JobID":"B"})");
+  EXPECT_EQ(run({"stage", "--watch", inbox.string(), "--once"}).output,
+            "done      a.json  1 staged, 0 skipped\ndone      b.json  1 staged, 0 skipped, 1 repeated\n");
+  put("c.json", R"({"type":"Kunde","Kundennummer":"1","Bez1":"N","JobID":"C"})");
+  const ProgramResult refused = run({"stage", "--watch", inbox.string(), "--once", "--unique"});
+  EXPECT_EQ(refused.status, 1);
+  EXPECT_THAT(refused.output,
+              StartsWith("rejected  c.json  line 1: object 1: the content is that of the job 'A' of "));
 }
 
 TEST_F(WatchedFolders, AFileThatIsBeingWrittenIsLeftUntilItIsClosed) {

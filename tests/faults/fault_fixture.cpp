@@ -38,7 +38,8 @@ Rows rowsOf(const fs::path& file) {
       std::string row = table;
       for (std::size_t i = 0; i < rows->fieldCount(); ++i) {
         const std::string_view column = rows->fieldName(i);
-        const bool perRun = column == "ÄndDatum" || (table == "Protokollpositionen" && column == "ID");
+        const bool perRun = column == "ÄndDatum" || column == "Zeitpunkt" ||
+                            (table == "Protokollpositionen" && column == "ID");
         if (!perRun) row.append("|").append(rows->value(i).text());
       }
       if (!row.starts_with("Einstellungen|ImportJob2|ProtoID|")) all.insert(row);

@@ -55,7 +55,9 @@ public:
   RowValues& newPosition() override { return open().positions.emplace_back(); }
   void addPosition(std::int64_t line) override { require(line > 0, "every position stands on a line"); }
   RowValues& newJob() override { return open().header; }
-  void addJob(std::int64_t line) override {
+  bool remembersContents() const override { return true; }
+  void addJob(std::int64_t line, std::string_view content) override {
+    require(content.empty() || content.size() == 32, "a content has 32 digits");
     require(line > 0, "every job stands on a line");
     require(!jobs.back().header.values["JobID"].text().empty(), "every job has a key");
     complete_ = true;
@@ -72,6 +74,7 @@ public:
   }
   StageCounts counts() const override { return {}; }
   void forEach(const Visitor& /*visit*/) override {}
+  void forEachRepetition(const RepetitionVisitor& /*visit*/) override {}
 
   std::deque<Job> jobs;
 

@@ -170,6 +170,8 @@ TEST(Server, ADaysWorkLeavesTheSameRowsAsOnTheEmbeddedDatabase) {
       for (const ColumnName moment : {ColumnName("Beginn"), ColumnName("Ende")})
         if (const std::string at = runs->text(moment); !at.empty()) replaceEach(text, at, "MOMENT");
     }
+    const auto contents = connection.open(sql("Select Zeitpunkt From Vorgangsinhalte"_sql));
+    for (; !contents->eof(); contents->moveNext()) replaceEach(text, contents->text("Zeitpunkt"), "MOMENT");
     return text;
   };
   for (std::size_t i = 0; i < onFile.outputs.size(); ++i)

@@ -74,6 +74,57 @@ TEST_P(SideBySide, OfTwoProgramsThatCreateTheTablesOneDoesAndTheOtherFindsThem) 
   EXPECT_EQ(outputs.size(), 2U) << "one each time has created it";
 }
 
+TEST_P(SideBySide, OfTwoProgramsThatStageTheSameContentInTheSameMomentOneIsTold) {
+  const auto file = [](int round, const char* key) {
+    std::string jobs;
+    for (int i = 0; i < 300; ++i)
+      jobs += R"({"type":"Auftrag","JobID":")" + (key + std::to_string(round) + "-" + std::to_string(i)) +
+              R"(","Kundennummer":"1","Betreff":")" + std::to_string(round * 1000 + i) +
+              R"(","Positionen":[{"Artikelnummer":"A","Menge":1}]})" + "\n";
+    return jobs;
+  };
+  for (int round = 0; round < 3; ++round) {
+    ProgramRun first = erp.start({"stage", "-", "--unique", "--json"}, file(round, "A"));
+    ProgramRun second = erp.start({"stage", "-", "--unique", "--json"}, file(round, "B"));
+    const std::array results{first.wait(), second.wait()};
+    EXPECT_EQ(results[0].status + results[1].status, 2) << results[0].output << results[1].output;
+    const ProgramResult& refused = results[0].status == 0 ? results[1] : results[0];
+    EXPECT_EQ(refused.json()["faults"].size(), 100U);
+    EXPECT_EQ(refused.json()["faults"][0]["code"], "content.repeated");
+  }
+  EXPECT_EQ(erp.count("Select Count(*) From ImportKopf"_sql), 900);
+  EXPECT_EQ(erp.count("Select Count(*) From Vorgangsinhalte"_sql), 900);
+}
+
+TEST_P(SideBySide, ARepeatedContentIsToldAndADoneJobWithItsNumberAndTime) {
+  const auto jobs = [](const char* first, const char* second, const char* subject) {
+    const auto job = [&](const char* key) {
+      return R"({"type":"Auftrag","JobID":")" + std::string(key) + R"(","Kundennummer":"1","Betreff":")" +
+             subject + R"(","Positionen":[{"Artikelnummer":"Ä","Menge":1.5}]})" + "\n";
+    };
+    return job(first) + job(second);
+  };
+  EXPECT_EQ(erp.run({"stage", "-"}, jobs("A", "B", "x")).output,
+            "added     A  Auftrag\nadded     B  Auftrag\n2 staged, 0 skipped, 1 repeated\n");
+  erp.execute("Update Vorgangsinhalte Set Zeitpunkt = '20261123180400'"_sql);
+  erp.execute("Update ImportKopf Set JobType = 33, Bemerkung = ' Auftrag: 200001' Where JobID = 'A'"_sql);
+  erp.execute("Insert Into Zustandswechsel (Folge, JobID, JobType, Zeitpunkt) Values (1, 'A', 33, "
+              "'20261123190000')"_sql);
+  EXPECT_EQ(erp.run({"stage", "-", "--json"}, jobs("a", "C", "x") + jobs("D", "b", "y")).output,
+            R"({"staged":3,"skipped":1,"jobs":["C","D","b"],"skippedJobs":[{"JobID":"a","state":"done",)"
+            R"("kind":"auftrag","number":"200001","doneSince":"20261123190000","changed":false}],)"
+            R"("repeatedJobs":[{"JobID":"C","sameContentAs":{"JobID":"A","since":"20261123180400"}},)"
+            R"({"JobID":"b","sameContentAs":{"JobID":"D","since":null}}]})"
+            "\n");
+  EXPECT_EQ(
+      erp.run({"stage", "-"}, jobs("A", "E", "z")).output,
+      "skipped   A  Auftrag 200001  (done since 23.11.2026 19:00:00, with another content; --again stages it "
+      "anew)\nadded     E  Auftrag\n1 staged, 1 skipped\n");
+  EXPECT_EQ(erp.run({"stage", "-", "--unique"}, jobs("F", "E", "z")).status, 2);
+  EXPECT_EQ(erp.run({"stage", "-", "--unique", "--partial", "--json"}, jobs("F", "E", "z")).json()["jobs"],
+            Json{"E"});
+}
+
 TEST_P(SideBySide, NumbersAreDrawnOnceAndWithoutGapsBesideAnotherProgram) {
   std::string jobs = R"({"type":"Kunde","JobID":"K","Kundennummer":"91001","Bez1":"Firma","Land":"DE"})";
   constexpr int orders = 60;
@@ -153,6 +204,26 @@ TEST(ServerSideBySide, ALockThatAnotherProgramTakesOverInTheSameMomentIsLeftToIt
   EXPECT_THAT(result.messages, HasSubstr("the import is locked by user 'erika'"));
   EXPECT_EQ(erp.keys("Select Benutzer From LockControl"_sql), "erika ");
   EXPECT_EQ(erp.lines(), 0);
+}
+
+TEST(ServerSideBySide, AContentThatAnotherProgramIsAboutToStageIsAwaited) {
+  SharedErp erp(Kept::OnTheServer);
+  erp.stageCustomers("K", 1);
+  const auto file = [](const char* key) {
+    return R"({"type":"Kunde","JobID":")" + std::string(key) + R"(","Kundennummer":"1","Bez1":"Firma"})";
+  };
+  auto unit = std::make_unique<WorkUnit>(erp.connection());
+  erp.execute("Update ImportKopf Set Info = 'x' Where JobID = 'K0'"_sql);
+  ProgramRun first = erp.start({"stage", "-", "--unique"},
+                               R"({"type":"Kunde","JobID":"K0","Kundennummer":"K0","Bez1":"N"})" + file("A"));
+  erp.awaitWaiting();
+  ProgramRun second = erp.start({"stage", "-", "--unique"}, file("B"));
+  ASSERT_FALSE(second.waitAtMost(std::chrono::seconds(2)));
+  unit.reset();
+  EXPECT_EQ(first.wait().status, 0);
+  const ProgramResult result = second.wait();
+  EXPECT_EQ(result.status, 2) << result.output;
+  EXPECT_THAT(result.messages, HasSubstr("the content is that of the job 'A' of "));
 }
 
 TEST(ServerSideBySide, OthersReadAndPrepareJobsWhileARunIsUnderWay) {

@@ -22,9 +22,9 @@ constexpr std::array postgresRewritings{Rewriting{" as text)", " AS TEXT) COLLAT
                                         Rewriting{") + ' ' + coalesce(", ") || ' ' || coalesce("},
                                         Rewriting{" offset 0 rows fetch next ? rows only", " LIMIT ?"}};
 // The statements are in this language but for what another database has lent them.
-constexpr std::array sqlServerRewritings{Rewriting{" as text)", " AS NVARCHAR(400))"},
-                                         Rewriting{"stagekopf", "#StageKopf"},
-                                         Rewriting{"stagepos", "#StagePos"}};
+constexpr std::array sqlServerRewritings{
+    Rewriting{" as text)", " AS NVARCHAR(400))"}, Rewriting{"stagekopf", "#StageKopf"},
+    Rewriting{"stagepos", "#StagePos"}, Rewriting{"stagegleich", "#StageGleich"}};
 
 constexpr std::array sqliteTypes{Rewriting{"CODE", "TEXT COLLATE NOCASE"},
                                  Rewriting{"MONEY", "DECIMAL(19,4)"}, Rewriting{"ASSIGNED", "INTEGER"}};

@@ -11,22 +11,27 @@ namespace qx::relational {
 
 void appendConflicts(std::vector<KeyConflict>& conflicts, Connection& connection, const Sql& query,
                      KeyConflict::Kind kind, std::int64_t most) {
-  const bool twice = kind == KeyConflict::Kind::JobTwice || kind == KeyConflict::Kind::PositionTwice;
   const auto rows = connection.openStream(query);
-  const auto whole = [&](ColumnName column) { return rows->value(column).integer().value_or(0); };
-  for (; !rows->eof() && static_cast<std::int64_t>(conflicts.size()) < most; rows->moveNext()) {
-    KeyConflict& conflict = conflicts.emplace_back();
-    conflict.kind = kind;
-    conflict.key = rows->text("Schluessel");
-    conflict.job = whole("Vorgang");
-    conflict.line = whole("Zeile");
-    if (twice) {
-      conflict.otherJob = whole("VorigerVorgang");
-      conflict.otherLine = whole("VorigeZeile");
-    } else {
-      conflict.owner = rows->text("Besitzer");
-    }
+  for (; !rows->eof() && static_cast<std::int64_t>(conflicts.size()) < most; rows->moveNext())
+    conflicts.push_back(conflictOf(*rows, kind));
+}
+
+KeyConflict conflictOf(Recordset& row, KeyConflict::Kind kind) {
+  using Kind = KeyConflict::Kind;
+  const auto whole = [&](ColumnName column) { return row.value(column).integer().value_or(0); };
+  KeyConflict conflict;
+  conflict.kind = kind;
+  conflict.key = row.text("Schluessel");
+  conflict.job = whole("Vorgang");
+  conflict.line = whole("Zeile");
+  if (kind == Kind::JobTwice || kind == Kind::PositionTwice || kind == Kind::ContentTwice) {
+    conflict.otherJob = whole("VorigerVorgang");
+    conflict.otherLine = whole("VorigeZeile");
   }
+  if (kind == Kind::OtherOwner || kind == Kind::OtherName || kind == Kind::ContentTwice)
+    conflict.owner = row.text("Besitzer");
+  if (kind == Kind::ContentTwice) conflict.since = row.text("Seit");
+  return conflict;
 }
 
 void inNumberLists(const std::vector<std::int64_t>& numbers,
@@ -44,9 +49,14 @@ void inNumberLists(const std::vector<std::int64_t>& numbers,
 
 void visitStaged(Recordset& rows, const BulkStaging::Visitor& visit) {
   for (; !rows.eof(); rows.moveNext()) {
-    StageResult result = rows.value("StageZiel").isNull() ? StageResult::Added : StageResult::Replaced;
-    if (rows.value("StageSperre").integer() == 1) result = StageResult::Skipped;
-    visit(rows.text("JobID"), jobCode(rows.value("JobType")), result);
+    const bool known = !rows.value("StageZiel").isNull();
+    StagedJob job{rows.text("Schluessel"), jobCode(rows.value("Art")),
+                  known ? StageResult::Replaced : StageResult::Added};
+    if (rows.value("StageSperre").integer() == 1) {
+      job.result = StageResult::Skipped;
+      job.stored = &rows;
+    }
+    visit(job);
   }
 }
 

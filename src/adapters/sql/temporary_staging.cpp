@@ -65,7 +65,8 @@ std::size_t RowBatch::dropLast(std::size_t rows) {
   return dropped;
 }
 
-TemporaryStaging::TemporaryStaging(Connection& connection) : connection_(connection) {}
+TemporaryStaging::TemporaryStaging(Connection& connection)
+    : connection_(connection), contents_(connection, "StageNummer", false) {}
 
 TemporaryStaging::~TemporaryStaging() {
   if (filling_) connection_.rollbackWork();
@@ -81,14 +82,16 @@ void TemporaryStaging::begin() {
   connection_.execute(sql("DROP TABLE IF EXISTS StagePos"_sql));
   connection_.execute(
       sql("CREATE TEMPORARY TABLE StageKopf AS SELECT *, CAST(0 AS BIGINT) AS StageNummer, "
-          "CAST(0 AS BIGINT) AS StageZeile, CAST(0 AS BIGINT) AS StageZiel, CAST(0 AS BIGINT) AS StageSperre "
-          "FROM ImportKopf WHERE 0 = 1"_sql));
+          "CAST(0 AS BIGINT) AS StageZeile, CAST(0 AS BIGINT) AS StageZiel, CAST(0 AS BIGINT) AS "
+          "StageSperre, JobID AS StageInhalt FROM ImportKopf WHERE 0 = 1"_sql));
   connection_.execute(sql(
       "CREATE TEMPORARY TABLE StagePos AS SELECT *, CAST(0 AS BIGINT) AS StageNummer, "
       "CAST(0 AS BIGINT) AS StageZeile, CAST(0 AS BIGINT) AS StageVorgang FROM ImportPos WHERE 0 = 1"_sql));
-  headers_.emplace(connection_, "StageKopf", with(headerColumns_, {"StageNummer", "StageZeile"}));
+  headers_.emplace(connection_, "StageKopf",
+                   with(headerColumns_, {"StageNummer", "StageZeile", "StageInhalt"}));
   positions_.emplace(connection_, "StagePos",
                      with(positionColumns_, {"StageNummer", "StageZeile", "StageVorgang"}));
+  contents_.begin();
 }
 
 RowValues& TemporaryStaging::newPosition() {
@@ -108,7 +111,8 @@ RowValues& TemporaryStaging::newJob() {
   return *headers_;
 }
 
-void TemporaryStaging::addJob(std::int64_t line) {
+void TemporaryStaging::addJob(std::int64_t line, std::string_view content) {
+  if (!content.empty()) headers_->set("StageInhalt", content);
   headers_->set("StageNummer", ++jobs_);
   headers_->set("StageZeile", line);
   headers_->endRow();
@@ -165,6 +169,7 @@ void TemporaryStaging::leaveOut(const std::vector<std::int64_t>& jobs) {
 
 std::vector<KeyConflict> TemporaryStaging::copy(BusyWait& wait, CopyOrder order, std::int64_t most) {
   WorkUnit unit(connection_, &wait, Join::IfOpen);
+  if (!order.tryOnly) contents_.await();
   findExisting(order.again);
   std::vector<KeyConflict> owned;
   appendConflicts(
@@ -174,18 +179,26 @@ std::vector<KeyConflict> TemporaryStaging::copy(BusyWait& wait, CopyOrder order,
           "ON p.ChildID = s.ChildID WHERE k.StageSperre = 0 AND p.JobID <> k.JobID "
           "ORDER BY s.StageNummer"_sql),
       KeyConflict::Kind::OtherOwner, most);
+  if (owned.empty()) {
+    contents_.find(true);
+    if (order.unique) contents_.appendTo(owned, most);
+  }
   if (!owned.empty()) return owned;
+  const std::int64_t repeated = contents_.count();
   if (!order.tryOnly) {
     report(0, jobs_ + positionCount_);
     copyHeaders();
     report(jobs_, jobs_ + positionCount_);
     copyPositions();
+    contents_.enter(0, jobs_, order.now);
+    contents_.finish(counted(sql("SELECT count(*) FROM StageKopf WHERE StageSperre = 0"_sql)), order.now);
   }
   const auto count = connection_.open(
       sql("SELECT count(*) AS Alle, coalesce(sum(StageSperre), 0) AS Uebergangen FROM StageKopf"_sql));
   unit.commit();
   counts_.skipped = count->value("Uebergangen").integer().value_or(0);
   counts_.staged = count->value("Alle").integer().value_or(0) - counts_.skipped;
+  counts_.repeated = repeated;
   return {};
 }
 
@@ -246,8 +259,7 @@ std::int64_t TemporaryStaging::counted(const Sql& count) {
 }
 
 void TemporaryStaging::forEach(const Visitor& visit) {
-  const auto rows = connection_.openStream(
-      sql("SELECT JobID, JobType, StageZiel, StageSperre FROM StageKopf ORDER BY StageNummer"_sql));
+  const auto rows = connection_.openStream(contents_.stagedRows(counts_.skipped > 0));
   visitStaged(*rows, visit);
 }
 

@@ -1,6 +1,7 @@
 // Stages a file of jobs on a database server.
 #pragma once
 
+#include "adapters/sql/staged_contents.h"
 #include "platform/bulk_staging.h"
 
 #include <cstddef>
@@ -45,10 +46,11 @@ public:
   ~TemporaryStaging() override;
 
   void begin() override;
+  bool remembersContents() const override { return contents_.remembered(); }
   RowValues& newPosition() override;
   void addPosition(std::int64_t line) override;
   RowValues& newJob() override;
-  void addJob(std::int64_t line) override;
+  void addJob(std::int64_t line, std::string_view content) override;
   void dropPositions() override;
   void finish() override;
   std::vector<KeyConflict> conflicts(std::int64_t most) override;
@@ -56,6 +58,7 @@ public:
   std::vector<KeyConflict> copy(BusyWait& wait, CopyOrder order, std::int64_t most) override;
   StageCounts counts() const override { return counts_; }
   void forEach(const Visitor& visit) override;
+  void forEachRepetition(const RepetitionVisitor& visit) override { contents_.forEach(visit); }
 
 private:
   void findExisting(bool again);
@@ -64,6 +67,7 @@ private:
   std::int64_t counted(const Sql& count);
 
   Connection& connection_;
+  StagedContents contents_;
   std::vector<std::string> headerColumns_;
   std::vector<std::string> positionColumns_;
   std::optional<RowBatch> headers_;

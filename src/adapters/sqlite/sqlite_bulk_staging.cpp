@@ -14,11 +14,12 @@ using relational::joinedBy;
 using relational::nameAlone;
 
 SqliteBulkStaging::SqliteBulkStaging(Connection& connection, relational::Driver& driver)
-    : connection_(connection), driver_(driver) {
+    : connection_(connection), driver_(driver), contents_(connection, connection.rowKey(), true) {
   // After a failure the temporary tables are not read again; their journal would only take memory.
   connection_.open(sql("PRAGMA temp.journal_mode = OFF"_sql));
-  connection_.execute(sql("CREATE TEMP TABLE StageKopf AS SELECT *, CAST(0 AS INTEGER) AS StageZeile, "
-                          "CAST(0 AS INTEGER) AS StageZiel, CAST(0 AS INTEGER) AS StageSperre "
+  // What is read of every row stands in front.
+  connection_.execute(sql("CREATE TEMP TABLE StageKopf AS SELECT JobID AS StageInhalt, CAST(0 AS INTEGER) AS "
+                          "StageZeile, CAST(0 AS INTEGER) AS StageZiel, CAST(0 AS INTEGER) AS StageSperre, * "
                           "FROM main.ImportKopf WHERE 0 = 1"_sql));
   connection_.execute(sql("CREATE TEMP TABLE StagePos AS SELECT *, CAST(0 AS INTEGER) AS StageZeile, "
                           "CAST(0 AS INTEGER) AS StageVorgang FROM main.ImportPos WHERE 0 = 1"_sql));
@@ -27,6 +28,7 @@ SqliteBulkStaging::SqliteBulkStaging(Connection& connection, relational::Driver&
 void SqliteBulkStaging::begin() {
   headers_.emplace(driver_, "StageKopf");
   positions_.emplace(driver_, "StagePos");
+  contents_.begin();
   // A transaction without a lock on the database: until the copy only temporary tables are written.
   connection_.execute(sql("BEGIN DEFERRED"_sql));
 }
@@ -48,7 +50,11 @@ void SqliteBulkStaging::addPosition(std::int64_t line) {
 
 RowValues& SqliteBulkStaging::newJob() { return *headers_; }
 
-void SqliteBulkStaging::addJob(std::int64_t line) {
+void SqliteBulkStaging::addJob(std::int64_t line, std::string_view content) {
+  if (!content.empty()) {
+    headers_->set("StageInhalt", content);
+    contentKeys_.add(content);
+  }
   headers_->set("StageZeile", line);
   headers_->set("StageSperre", 0);
   const std::string_view key = headers_->value("JobID").textView();
@@ -115,6 +121,7 @@ void SqliteBulkStaging::leaveOut(const std::vector<std::int64_t>& jobs) {
 /// What ends without copying is committed, too: after a rollback the temporary tables could not be read.
 std::vector<KeyConflict> SqliteBulkStaging::copy(BusyWait& wait, CopyOrder order, std::int64_t most) {
   WorkUnit unit(connection_, &wait, Join::IfOpen);
+  if (!order.tryOnly) contents_.await();
   findExisting(order.again);
   // In this order of tables: few positions of a file exist already, and a job is a wide row.
   std::vector<KeyConflict> owned;
@@ -125,6 +132,10 @@ std::vector<KeyConflict> SqliteBulkStaging::copy(BusyWait& wait, CopyOrder order
           "WHERE p.ChildID = s.ChildID AND k.rowid = s.StageVorgang AND k.StageSperre = 0 "
           "AND p.JobID <> k.JobID ORDER BY s.rowid"_sql),
       KeyConflict::Kind::OtherOwner, most);
+  if (owned.empty()) {
+    contents_.find(contentKeys_.possible());
+    if (order.unique) contents_.appendTo(owned, most);
+  }
   if (!owned.empty()) {
     unit.commit();
     return owned;
@@ -134,10 +145,13 @@ std::vector<KeyConflict> SqliteBulkStaging::copy(BusyWait& wait, CopyOrder order
   StageCounts counts;
   counts.skipped = count->value("Uebergangen").integer().value_or(0);
   counts.staged = count->value("Alle").integer().value_or(0) - counts.skipped;
+  counts.repeated = contents_.count();
   if (!order.tryOnly) {
     report(0, jobs_ + positionCount_);
     copyHeaders(counts.staged);
     copyPositions(counts.skipped == 0 && !leftOut_);
+    inPortions(jobs_, [&](std::int64_t from, std::int64_t to) { contents_.enter(from, to, order.now); });
+    contents_.finish(counts.staged, order.now);
   }
   unit.commit();
   counts_ = counts;
@@ -217,8 +231,7 @@ void SqliteBulkStaging::copyPositions(bool all) {
 }
 
 void SqliteBulkStaging::forEach(const Visitor& visit) {
-  const auto rows =
-      connection_.openStream(sql("SELECT JobID, JobType, StageZiel, StageSperre FROM StageKopf"_sql));
+  const auto rows = connection_.openStream(contents_.stagedRows(counts_.skipped > 0));
   relational::visitStaged(*rows, visit);
 }
 

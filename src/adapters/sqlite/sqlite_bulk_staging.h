@@ -1,6 +1,7 @@
 // Stages a file of jobs through temporary tables.
 #pragma once
 
+#include "adapters/sql/staged_contents.h"
 #include "adapters/sqlite/temporary_rows.h"
 #include "platform/bulk_staging.h"
 
@@ -8,6 +9,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace qx::sqlite {
@@ -19,10 +21,11 @@ public:
   SqliteBulkStaging(Connection& connection, relational::Driver& driver);
 
   void begin() override;
+  bool remembersContents() const override { return contents_.remembered(); }
   RowValues& newPosition() override;
   void addPosition(std::int64_t line) override;
   RowValues& newJob() override;
-  void addJob(std::int64_t line) override;
+  void addJob(std::int64_t line, std::string_view content) override;
   void dropPositions() override;
   void finish() override;
   std::vector<KeyConflict> conflicts(std::int64_t most) override;
@@ -30,6 +33,7 @@ public:
   std::vector<KeyConflict> copy(BusyWait& wait, CopyOrder order, std::int64_t most) override;
   StageCounts counts() const override { return counts_; }
   void forEach(const Visitor& visit) override;
+  void forEachRepetition(const RepetitionVisitor& visit) override { contents_.forEach(visit); }
 
 private:
   void findExisting(bool again);
@@ -42,7 +46,9 @@ private:
   relational::Driver& driver_;
   std::optional<TemporaryRows> headers_;
   std::optional<TemporaryRows> positions_;
+  relational::StagedContents contents_;
   KeyRepetition jobKeys_;
+  KeyRepetition contentKeys_;
   KeyRepetition positionKeys_;
   std::int64_t earlierPositions_ = 0; ///< those of the jobs that have been added
   std::string namedJob_;              ///< by positions that have been added since the last job
