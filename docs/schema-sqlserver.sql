@@ -805,6 +805,7 @@ CREATE TABLE [Zaehlerstaende] (
   lfd BIGINT IDENTITY UNIQUE CLUSTERED,
   [Zaehler] NVARCHAR(400) COLLATE Latin1_General_100_CI_AS_SC NOT NULL,
   [Stand] BIGINT,
+  [Kennung] NVARCHAR(MAX) COLLATE Latin1_General_100_BIN2,
   PRIMARY KEY ([Zaehler])
 );
 INSERT INTO [Schemastand] ([Version]) VALUES (6);

@@ -144,7 +144,7 @@ void ProcessingRun::readProgramVersion() {
 /// Every released row is reset in every run, whatever its code: the flag itself is never cleared by a run.
 void ProcessingRun::resetReleasedJobs() {
   const auto rows = environment_.connection->openKeyset(
-      sql("Select JobType, ImportType, Fehlertext From ImportKopf Where ProcessWarning = 1"_sql));
+      sql("Select JobID, JobType, ImportType, Fehlertext From ImportKopf Where ProcessWarning = 1"_sql));
   std::string refusal;
   const auto refused = [&](const std::exception& error) {
     environment_.diagnostics.report({"reset of released jobs", error.what(), ""});
@@ -169,7 +169,7 @@ void ProcessingRun::resetReleasedJobs() {
   if (!refusal.empty() && !run_.stop.requested()) nameReleasedJobsLeft(refusal);
 }
 
-/// The reset reads no keys. Released jobs that are still parked behind it are the ones that it had to leave.
+/// Released jobs that are still parked behind the reset are the ones that it had to leave.
 void ProcessingRun::nameReleasedJobsLeft(const std::string& reason) {
   const auto jobs =
       environment_.connection->open(sql("Select JobID From ImportKopf Where ProcessWarning = 1 And "
@@ -189,6 +189,7 @@ void ProcessingRun::resetJob(JobRow& job) {
   job.set("ImportType", Value(stagedImportType));
   job.set("Fehlertext", Value(""));
   job.update();
+  if (parked) run_.group.changed({job.text("JobID"), kindOf(jobType), {}, {}});
 }
 
 /// The values look like flags but are compared for equality: a combination selects nothing.

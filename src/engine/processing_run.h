@@ -34,7 +34,7 @@ private:
   void readOptions();
   void resetReleasedJobs();
   void nameReleasedJobsLeft(const std::string& reason);
-  static void resetJob(JobRow& job);
+  void resetJob(JobRow& job);
   void processCustomers();
   void prepareContracts();
   void processContracts();

@@ -20,8 +20,9 @@ constexpr std::array zustandswechselIndexes{
     SchemaIndex{"Zustandswechsel_Folge", {"Folge"}, IndexKind::Unique},
     SchemaIndex{"Zustandswechsel_Job", {"JobID", "Folge"}}};
 
-/// The last number of a series that has no gaps. Whoever counts on holds the row until the commit.
-constexpr auto zaehlerstaende = list(key("Zaehler"), integer("Stand"));
+/// The last number of a series that has no gaps. Whoever counts on holds the row until the commit. `Kennung`
+/// tells the series from that of another database.
+constexpr auto zaehlerstaende = list(key("Zaehler"), integer("Stand"), text("Kennung"));
 
 constexpr std::array handoverTableList{
     SchemaTable{"Eingangsdateien", eingangsdateien, {}},

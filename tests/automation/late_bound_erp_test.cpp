@@ -31,12 +31,12 @@ public:
     unit.commit();
   }
   Connection& connection() override { return *erp.database; }
-  /// Every value of every table but the book of runs, which names the program, with its table, column and
-  /// row.
+  /// Every value of every table but the book of runs, which names the program, and the counters, which name
+  /// the database, with its table, column and row.
   std::map<std::string, std::string> everything() {
     std::map<std::string, std::string> all;
     for (const std::string& table : connection().tableNames()) {
-      if (table == "Importlaeufe") continue;
+      if (table == "Importlaeufe" || table == "Zaehlerstaende") continue;
       const auto found = open("Select * From "_sql, name(table));
       for (int row = 1; !found->eof(); found->moveNext(), ++row)
         for (std::size_t i = 0; i < found->fieldCount(); ++i)

@@ -38,7 +38,9 @@ Rows rowsOf(const fs::path& file) {
       std::string row = table;
       for (std::size_t i = 0; i < rows->fieldCount(); ++i) {
         const std::string_view column = rows->fieldName(i);
-        const bool perRun = column == "ÄndDatum" || (table == "Protokollpositionen" && column == "ID");
+        const bool perRun = column == "ÄndDatum" || (table == "Protokollpositionen" && column == "ID") ||
+                            (table == "Zustandswechsel" && (column == "Folge" || column == "Zeitpunkt")) ||
+                            (table == "Zaehlerstaende" && column == "Kennung");
         if (!perRun) row.append("|").append(rows->value(i).text());
       }
       if (!row.starts_with("Einstellungen|ImportJob2|ProtoID|")) all.insert(row);

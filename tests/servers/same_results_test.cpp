@@ -170,6 +170,10 @@ TEST(Server, ADaysWorkLeavesTheSameRowsAsOnTheEmbeddedDatabase) {
       for (const ColumnName moment : {ColumnName("Beginn"), ColumnName("Ende")})
         if (const std::string at = runs->text(moment); !at.empty()) replaceEach(text, at, "MOMENT");
     }
+    // And what tells one feed of results from another.
+    replaceEach(text, connection.open(sql("Select Kennung From Zaehlerstaende"_sql))->text("Kennung"), "FEED");
+    const auto changes = connection.open(sql("Select Distinct Zeitpunkt From Zustandswechsel"_sql));
+    for (; !changes->eof(); changes->moveNext()) replaceEach(text, changes->text("Zeitpunkt"), "MOMENT");
     return text;
   };
   for (std::size_t i = 0; i < onFile.outputs.size(); ++i)

@@ -19,6 +19,9 @@ void appendConflicts(std::vector<KeyConflict>& conflicts, Connection& connection
 void inNumberLists(const std::vector<std::int64_t>& numbers,
                    const std::function<void(const Sql& list)>& leave);
 
+/// What `BulkStaging::changed` gives. Call it before the jobs are copied.
+std::vector<BulkStaging::ChangedJob> changedJobs(Connection& connection);
+
 /// Visits the rows of JobID, JobType, StageZiel and StageSperre.
 void visitStaged(Recordset& rows, const BulkStaging::Visitor& visit);
 

@@ -175,6 +175,7 @@ std::vector<KeyConflict> TemporaryStaging::copy(BusyWait& wait, CopyOrder order,
           "ORDER BY s.StageNummer"_sql),
       KeyConflict::Kind::OtherOwner, most);
   if (!owned.empty()) return owned;
+  changed_ = changedJobs(connection_);
   if (!order.tryOnly) {
     report(0, jobs_ + positionCount_);
     copyHeaders();

@@ -134,6 +134,7 @@ std::vector<KeyConflict> SqliteBulkStaging::copy(BusyWait& wait, CopyOrder order
   StageCounts counts;
   counts.skipped = count->value("Uebergangen").integer().value_or(0);
   counts.staged = count->value("Alle").integer().value_or(0) - counts.skipped;
+  changed_ = relational::changedJobs(connection_);
   if (!order.tryOnly) {
     report(0, jobs_ + positionCount_);
     copyHeaders(counts.staged);
