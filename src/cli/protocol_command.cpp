@@ -12,6 +12,7 @@
 #include "rules/dates.h"
 #include "store/json_writer.h"
 #include "store/run_book.h"
+#include "store/state_feed.h"
 
 #include <algorithm>
 #include <array>
@@ -84,6 +85,7 @@ ExitCode ProtocolPurgeCommand::work(const CommandContext& context) {
   BusyNotice wait(context.output.messages);
   std::int64_t protocols = 0;
   std::int64_t runs = 0;
+  std::int64_t changes = 0;
   doneAgainOnConflict(context.environment, "protocol purge", [&] {
     WorkUnit unit(connection, &wait);
     const std::string day = dayStamp(day_);
@@ -94,6 +96,7 @@ ExitCode ProtocolPurgeCommand::work(const CommandContext& context) {
     protocols = connection.execute(
         sql("Delete From Protokolle Where Art = 'Import' And Datum < '"_sql, value(day), "'"_sql));
     runs = hasRunBook(connection) ? deleteRunsBefore(connection, day_) : 0;
+    changes = hasStateFeed(connection) ? deleteChangesBefore(connection, day_) : 0;
     unit.commit();
     return true;
   });
@@ -104,10 +107,13 @@ ExitCode ProtocolPurgeCommand::work(const CommandContext& context) {
         .number(protocols)
         .key("runs")
         .number(runs)
+        .key("changes")
+        .number(changes)
         .endObject()
         .finish();
   else
-    context.output.result << protocols << " protocols and " << runs << " entries of runs deleted\n";
+    context.output.result << protocols << " protocols, " << runs << " entries of runs and " << changes
+                          << " changes of states deleted\n";
   return ExitCode::Success;
 }
 

@@ -68,8 +68,8 @@ CursorRefusal FeedReader::find(std::string_view cursor, std::int64_t& number) co
 }
 
 std::int64_t FeedReader::before(std::string_view moment) const {
-  const auto first = connection_.open(
-      sql("Select Min(Folge) As Folge From Zustandswechsel Where Zeitpunkt >= '"_sql, value(moment), "'"_sql));
+  const auto first = connection_.open(sql(
+      "Select Min(Folge) As Folge From Zustandswechsel Where Zeitpunkt >= '"_sql, value(moment), "'"_sql));
   return first->value("Folge").integer().value_or(last_ + 1) - 1;
 }
 

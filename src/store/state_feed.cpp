@@ -36,8 +36,8 @@ std::int64_t highestNumber(Connection& connection) {
 std::string identityOf(Environment& environment) {
   constexpr std::string_view digits = "0123456789abcdef";
   constexpr std::size_t length = 8;
-  std::uint64_t hash = textHash(environment.connection->connectionString() + '|' +
-                                timeStamp(environment.clock.now()));
+  std::uint64_t hash =
+      textHash(environment.connection->connectionString() + '|' + timeStamp(environment.clock.now()));
   std::string identity;
   for (; identity.size() < length; hash >>= 4U) identity += digits[hash % digits.size()];
   return identity;
@@ -50,9 +50,9 @@ bool makeCounter(Environment& environment) {
   try {
     Savepoint part(connection);
     connection.insert(
-        counterTable, sql("Insert Into Zaehlerstaende (Zaehler, Stand, Kennung) Values ('Zustandswechsel', "_sql,
-                          number(highestNumber(connection)), ", '"_sql, value(identityOf(environment)),
-                          "')"_sql));
+        counterTable,
+        sql("Insert Into Zaehlerstaende (Zaehler, Stand, Kennung) Values ('Zustandswechsel', "_sql,
+            number(highestNumber(connection)), ", '"_sql, value(identityOf(environment)), "')"_sql));
     part.release();
     return true;
   } catch (const StatementError&) {
@@ -64,8 +64,9 @@ bool makeCounter(Environment& environment) {
 /// Change nothing, but need all rights.
 void proveRights(Connection& connection) {
   connection.execute(sql("Update Zaehlerstaende Set Stand = Stand Where 0 = 1"_sql));
-  connection.execute(sql("Insert Into Zustandswechsel (Folge, JobID, JobType, Nummer, Fehlertext, Zeitpunkt) "
-                         "Select Stand, Zaehler, 0, Zaehler, Zaehler, Zaehler From Zaehlerstaende Where 0 = 1"_sql));
+  connection.execute(
+      sql("Insert Into Zustandswechsel (Folge, JobID, JobType, Nummer, Fehlertext, Zeitpunkt) "
+          "Select Stand, Zaehler, 0, Zaehler, Zaehler, Zaehler From Zaehlerstaende Where 0 = 1"_sql));
 }
 
 } // namespace
@@ -74,18 +75,19 @@ bool StateFeed::prepare(BusyWait* wait) {
   if (asked_.lock() == environment_.connection) return kept_;
   kept_ = refused_ = false;
   noted_.clear();
-  refused_ = trapped(environment_.diagnostics,
-          {"feed of results", {}, [](const std::exception& failure) { return !isRefusal(failure); }}, [&] {
-            Connection& connection = activeConnection(environment_);
-            if (!hasStateFeed(connection)) return;
-            doneAgainOnConflict(environment_, "feed of results", [&] {
-              WorkUnit unit(connection, wait, Join::IfOpen);
-              const bool made = makeCounter(environment_);
-              proveRights(connection);
-              if (made) unit.commit();
-            });
-            kept_ = true;
-          });
+  refused_ = trapped(
+      environment_.diagnostics,
+      {"feed of results", {}, [](const std::exception& failure) { return !isRefusal(failure); }}, [&] {
+        Connection& connection = activeConnection(environment_);
+        if (!hasStateFeed(connection)) return;
+        doneAgainOnConflict(environment_, "feed of results", [&] {
+          WorkUnit unit(connection, wait, Join::IfOpen);
+          const bool made = makeCounter(environment_);
+          proveRights(connection);
+          if (made) unit.commit();
+        });
+        kept_ = true;
+      });
   asked_ = environment_.connection;
   return kept_;
 }
@@ -127,8 +129,9 @@ void StateFeed::insert(std::int64_t number, const StateChange& change, const std
   environment_.connection->insert(
       feedTable,
       sql("Insert Into Zustandswechsel (Folge, JobID, JobType, Nummer, Fehlertext, Zeitpunkt) Values ("_sql,
-          qx::number(number), ", '"_sql, value(change.jobId), "', "_sql, qx::number(change.jobType), ", '"_sql,
-          nullable(change.number), "', '"_sql, nullable(change.reasons), "', '"_sql, value(moment), "')"_sql));
+          qx::number(number), ", '"_sql, value(change.jobId), "', "_sql, qx::number(change.jobType),
+          ", '"_sql, nullable(change.number), "', '"_sql, nullable(change.reasons), "', '"_sql, value(moment),
+          "')"_sql));
 }
 
 void tellChange(Environment& environment, StateChange change) {
@@ -141,16 +144,16 @@ void tellChange(Environment& environment, StateChange change) {
 bool hasStateFeed(Connection& connection) {
   const std::vector<std::string> tables = connection.tableNames();
   return std::ranges::all_of(std::array{feedTable, counterTable}, [&](std::string_view wanted) {
-    return std::ranges::any_of(tables,
-                               [&](const std::string& table) { return ColumnName(table) == ColumnName(wanted); });
+    return std::ranges::any_of(
+        tables, [&](const std::string& table) { return ColumnName(table) == ColumnName(wanted); });
   });
 }
 
 std::optional<ToldChange> lastChange(Connection& connection, std::string_view jobId) {
   if (!hasStateFeed(connection)) return std::nullopt;
-  const auto row = connection.open(
-      sql("Select Top 1 Folge, JobID, JobType, Nummer, Fehlertext, Zeitpunkt From Zustandswechsel Where JobID = '"_sql,
-          value(jobId), "' Order By Folge Desc"_sql));
+  const auto row = connection.open(sql(
+      "Select Top 1 Folge, JobID, JobType, Nummer, Fehlertext, Zeitpunkt From Zustandswechsel Where JobID = '"_sql,
+      value(jobId), "' Order By Folge Desc"_sql));
   if (row->eof()) return std::nullopt;
   return toldChange(*row);
 }
@@ -163,9 +166,9 @@ ToldChange toldChange(Recordset& row) {
 
 /// Only from the front on, so that what is kept has no gap: the clocks of two programs may differ.
 std::int64_t deleteChangesBefore(Connection& connection, const Date& day) {
-  const auto kept = connection.open(
-      sql("Select Min(Folge) As Folge From Zustandswechsel Where Zeitpunkt >= '"_sql, value(dayStamp(day)),
-          "'"_sql));
+  const auto kept =
+      connection.open(sql("Select Min(Folge) As Folge From Zustandswechsel Where Zeitpunkt >= '"_sql,
+                          value(dayStamp(day)), "'"_sql));
   const auto first = kept->value("Folge").integer();
   if (!first) return connection.execute(sql("Delete From Zustandswechsel"_sql));
   return connection.execute(sql("Delete From Zustandswechsel Where Folge < "_sql, number(*first)));

@@ -171,7 +171,8 @@ TEST(Server, ADaysWorkLeavesTheSameRowsAsOnTheEmbeddedDatabase) {
         if (const std::string at = runs->text(moment); !at.empty()) replaceEach(text, at, "MOMENT");
     }
     // And what tells one feed of results from another.
-    replaceEach(text, connection.open(sql("Select Kennung From Zaehlerstaende"_sql))->text("Kennung"), "FEED");
+    replaceEach(text, connection.open(sql("Select Kennung From Zaehlerstaende"_sql))->text("Kennung"),
+                "FEED");
     const auto changes = connection.open(sql("Select Distinct Zeitpunkt From Zustandswechsel"_sql));
     for (; !changes->eof(); changes->moveNext()) replaceEach(text, changes->text("Zeitpunkt"), "MOMENT");
     return text;
