@@ -24,7 +24,8 @@ std::int64_t secondsAsIfUtc(const DateTime& moment) {
 }
 
 DateTime utcMoment(std::int64_t seconds) {
-  const auto day = std::chrono::floor<std::chrono::days>(std::chrono::sys_seconds(std::chrono::seconds(seconds)));
+  const auto day =
+      std::chrono::floor<std::chrono::days>(std::chrono::sys_seconds(std::chrono::seconds(seconds)));
   const auto rest = seconds - day.time_since_epoch().count() * secondsOfDay;
   return {Date(day), static_cast<int>(rest / secondsOfHour),
           static_cast<int>(rest % secondsOfHour / secondsOfMinute), static_cast<int>(rest % secondsOfMinute)};
@@ -42,7 +43,9 @@ DateTime localMoment(std::int64_t seconds) {
 /// "+01:00" as seconds; 0 for "Z".
 std::int64_t zoneSeconds(std::string_view zone) {
   if (zone.size() < 3) return 0;
-  const auto number = [&](std::size_t at) { return static_cast<std::int64_t>(zone[at] - '0') * 10 + zone[at + 1] - '0'; };
+  const auto number = [&](std::size_t at) {
+    return static_cast<std::int64_t>(zone[at] - '0') * 10 + zone[at + 1] - '0';
+  };
   const std::int64_t ahead = number(1) * secondsOfHour + (zone.size() >= 6 ? number(4) * secondsOfMinute : 0);
   return zone.front() == '-' ? -ahead : ahead;
 }
@@ -81,11 +84,12 @@ std::string isoMoment(const std::string& stamp) {
   const std::int64_t offset = offsetAt(*moment);
   const std::int64_t minutes = std::abs(offset) / secondsOfMinute;
   std::array<char, 64> text{};
-  const int length = std::snprintf(
-      text.data(), text.size(), "%04d-%02u-%02uT%02d:%02d:%02d%c%02d:%02d", static_cast<int>(moment->date.year()),
-      static_cast<unsigned>(moment->date.month()), static_cast<unsigned>(moment->date.day()), moment->hour,
-      moment->minute, moment->second, offset < 0 ? '-' : '+', static_cast<int>(minutes / secondsOfMinute),
-      static_cast<int>(minutes % secondsOfMinute));
+  const int length =
+      std::snprintf(text.data(), text.size(), "%04d-%02u-%02uT%02d:%02d:%02d%c%02d:%02d",
+                    static_cast<int>(moment->date.year()), static_cast<unsigned>(moment->date.month()),
+                    static_cast<unsigned>(moment->date.day()), moment->hour, moment->minute, moment->second,
+                    offset < 0 ? '-' : '+', static_cast<int>(minutes / secondsOfMinute),
+                    static_cast<int>(minutes % secondsOfMinute));
   return {text.data(), static_cast<std::size_t>(length)};
 }
 
@@ -93,8 +97,9 @@ DateTime typedMoment(std::string_view text) {
   auto moment = parseGermanDateTime(text);
   if (!moment) moment = isoTime(text);
   if (moment) return *moment;
-  throw ProgramError(ExitCode::BadInput, "'" + std::string(text) + "' is neither a date nor a date with a time",
-                     "Moments are written dd.mm.yyyy hh:mm:ss or yyyy-mm-ddThh:mm:ss; the time may be omitted.");
+  throw ProgramError(
+      ExitCode::BadInput, "'" + std::string(text) + "' is neither a date nor a date with a time",
+      "Moments are written dd.mm.yyyy hh:mm:ss or yyyy-mm-ddThh:mm:ss; the time may be omitted.");
 }
 
 } // namespace qx::cli

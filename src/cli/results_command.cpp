@@ -24,8 +24,9 @@ namespace {
   const auto because = [](const std::string& what, std::string_view nextStep) {
     throw ProgramError(ExitCode::BadInput, what, std::string(nextStep));
   };
-  constexpr std::string_view anew = "'qximportjob results --since TIME' starts anew from a moment, without an "
-                                    "option from the oldest change that is kept.";
+  constexpr std::string_view anew =
+      "'qximportjob results --since TIME' starts anew from a moment, without an "
+      "option from the oldest change that is kept.";
   switch (refusal) {
   case CursorRefusal::OtherDatabase:
     because("the cursor '" + std::string(cursor) + "' was given out by another database",
@@ -54,7 +55,8 @@ void writeReasons(JsonWriter& json, std::string_view reasons) {
   while (!reasons.empty()) {
     const std::string_view line = trimWhitespace(takeLine(reasons));
     if (line.empty() || line == findingsSentence) continue;
-    const auto row = std::ranges::find_if(allTerms(), [&](const RuleTerms& each) { return says(each, line); });
+    const auto row =
+        std::ranges::find_if(allTerms(), [&](const RuleTerms& each) { return says(each, line); });
     json.beginObject().key("code").textOrNull(row == allTerms().end() ? std::string_view() : row->code);
     json.key("text").text(line).endObject();
   }

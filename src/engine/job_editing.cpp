@@ -207,10 +207,10 @@ void JobEditing::putBack(const ReadJob& job) const {
 }
 
 void JobEditing::deleteHeader(std::string_view jobId) const {
-  const auto code = codeOf(jobId);
+  auto gone = deletionOf(activeConnection(environment_), jobId);
   activeConnection(environment_)
       .execute(sql("Delete From ImportKopf  Where JobID = '"_sql, value(jobId), "'"_sql));
-  if (code) tellChange(environment_, {std::string(jobId), withState(*code, JobState::Deleted), {}, {}});
+  if (gone) tellChange(environment_, std::move(*gone));
 }
 
 std::vector<std::pair<std::string, std::string>> JobEditing::units() const {

@@ -105,21 +105,19 @@ bool JobDeletion::inGroups(const std::vector<std::string>& jobIds, const GoOn& g
 
 std::unique_ptr<Recordset> JobDeletion::header(std::string_view jobId) {
   return activeConnection(environment_)
-      .open(sql("Select JobID, JobType, Kundennummer From ImportKopf where JobID = '"_sql, value(jobId),
-                "'"_sql));
+      .open(sql("Select JobType, Kundennummer From ImportKopf where JobID = '"_sql, value(jobId), "'"_sql));
 }
 
 std::int64_t JobDeletion::deleteItem(std::string_view key, bool withContracts) {
   std::vector<StateChange> gone;
   const std::int64_t headers = part(key, [&] {
     std::int64_t deleted = 0;
-    // The header matters only to the feed and to its contracts; the key of a position finds no header.
-    const auto row = withContracts || feed_.isKept() ? header(key) : nullptr;
-    if (row && !row->eof()) {
-      if (withContracts && isCustomerJob(row->value("JobType").integer().value_or(0)))
-        deleted = deleteContractsOf(row->text("Kundennummer"), gone);
-      addGone(*row, gone);
-    }
+    // The header matters only when its contracts are deleted too; the key of a position finds no header.
+    const auto row = withContracts ? header(key) : nullptr;
+    if (row && !row->eof() && isCustomerJob(row->value("JobType").integer().value_or(0)))
+      deleted = deleteContractsOf(row->text("Kundennummer"), gone);
+    if (feed_.isKept())
+      if (auto job = deletionOf(activeConnection(environment_), key)) gone.push_back(std::move(*job));
     return deleted + deleteRows(key);
   });
   if (headers > 0)

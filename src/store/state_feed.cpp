@@ -63,10 +63,10 @@ bool makeCounter(Environment& environment) {
 
 /// Change nothing, but need all rights.
 void proveRights(Connection& connection) {
-  connection.execute(sql("Update Zaehlerstaende Set Stand = Stand Where 0 = 1"_sql));
+  connection.execute(sql("Update Zaehlerstaende Set Stand = Stand Where Zaehler = ''"_sql));
   connection.execute(
       sql("Insert Into Zustandswechsel (Folge, JobID, JobType, Nummer, Fehlertext, Zeitpunkt) "
-          "Select Stand, Zaehler, 0, Zaehler, Zaehler, Zaehler From Zaehlerstaende Where 0 = 1"_sql));
+          "Select Stand, Zaehler, 0, Zaehler, Zaehler, Zaehler From Zaehlerstaende Where Zaehler = ''"_sql));
 }
 
 } // namespace
@@ -132,6 +132,14 @@ void StateFeed::insert(std::int64_t number, const StateChange& change, const std
           qx::number(number), ", '"_sql, value(change.jobId), "', "_sql, qx::number(change.jobType),
           ", '"_sql, nullable(change.number), "', '"_sql, nullable(change.reasons), "', '"_sql, value(moment),
           "')"_sql));
+}
+
+std::optional<StateChange> deletionOf(Connection& connection, std::string_view jobId) {
+  const auto row = connection.open(
+      sql("Select JobID, JobType From ImportKopf Where JobID = '"_sql, value(jobId), "'"_sql));
+  if (row->eof()) return std::nullopt;
+  return StateChange{
+      row->text("JobID"), withState(jobCode(row->value("JobType")), JobState::Deleted), {}, {}};
 }
 
 void tellChange(Environment& environment, StateChange change) {

@@ -61,6 +61,9 @@ private:
   std::vector<StateChange> noted_;
 };
 
+/// What to tell of a job that is about to be deleted; null when there is none.
+std::optional<StateChange> deletionOf(Connection& connection, std::string_view jobId);
+
 /// Tells one change, as the last part of the unit of work that is open.
 void tellChange(Environment& environment, StateChange change);
 

@@ -65,13 +65,15 @@ TEST_F(Results, TellEachChangeOnceWithTheMembersThatAShopNeeds) {
   entry = first["results"][1];
   EXPECT_EQ(entry["cursor"], first["cursor"]);
   entry.erase("cursor");
-  EXPECT_EQ(entry.dump(),
-            R"({"time":"2026-11-24T23:59:59+01:00","JobID":"schlecht","JobType":11,"state":"warning",)"
-            R"("kind":"kunde","number":null,"Fehlertext":"Beim Verarbeiten wurden Warnungen festgestellt.\r\n)"
-            R"(Kundengruppe: 'keine' ist nicht angelegt.\r\n","reasons":[{"code":"customer.group.unknown",)"
-            R"("text":"Kundengruppe: 'keine' ist nicht angelegt."}]})");
+  EXPECT_EQ(
+      entry.dump(),
+      R"({"time":"2026-11-24T23:59:59+01:00","JobID":"schlecht","JobType":11,"state":"warning",)"
+      R"("kind":"kunde","number":null,"Fehlertext":"Beim Verarbeiten wurden Warnungen festgestellt.\r\n)"
+      R"(Kundengruppe: 'keine' ist nicht angelegt.\r\n","reasons":[{"code":"customer.group.unknown",)"
+      R"("text":"Kundengruppe: 'keine' ist nicht angelegt."}]})");
   const std::string cursor = first["cursor"];
-  EXPECT_EQ(results({"--after", cursor}).dump(), R"({"results":[],"cursor":")" + cursor + R"(","more":false})");
+  EXPECT_EQ(results({"--after", cursor}).dump(),
+            R"({"results":[],"cursor":")" + cursor + R"(","more":false})");
 
   // A parked job is staged anew, one is staged again, deleted, and kept and brought back.
   mustStage(R"({"type":"Kunde","JobID":"SCHLECHT","Kundennummer":"K2","Bez1":"F"})");
@@ -82,8 +84,7 @@ TEST_F(Results, TellEachChangeOnceWithTheMembersThatAShopNeeds) {
   ASSERT_EQ(run({"stage", kept}).status, 0);
   mustStage(R"({"type":"Kunde","JobID":"gut","Kundennummer":"K1","Bez1":"Firma"})", {"--again"});
   const Json later = results({"--after", cursor});
-  EXPECT_THAT(brief(later),
-              ElementsAre("SCHLECHT waiting", "gut deleted", "gut done", "gut waiting"));
+  EXPECT_THAT(brief(later), ElementsAre("SCHLECHT waiting", "gut deleted", "gut done", "gut waiting"));
   EXPECT_EQ(later["results"][2]["number"], "K1");
   ASSERT_EQ(run({"process"}).status, 0);
   ASSERT_EQ(run({"purge"}).status, 0);
@@ -131,16 +132,16 @@ TEST_F(Results, BeginAtAMomentWhateverItsFormAndZone) {
   setMoment(3, 3, "20261124103001");
   // The clock of another program is behind; what is told stays in its order.
   setMoment(4, 4, "20261124100000");
-  for (const auto& [since, first] : std::vector<std::pair<std::string, std::size_t>>{
-           {"24.11.2026", 2},
-           {"2026-11-24", 2},
-           {"24.11.2026 10:30", 2},
-           {"2026-11-24T10:30:01", 3},
-           {"2026-11-24T10:30:01+01:00", 3},
-           {"2026-11-24T09:30:01Z", 3},
-           {"2026-11-24T04:00:01-05:30", 3},
-           {"2026-11-24 09:30:00.250Z", 2},
-           {"1.1.2026", 1}})
+  for (const auto& [since, first] :
+       std::vector<std::pair<std::string, std::size_t>>{{"24.11.2026", 2},
+                                                        {"2026-11-24", 2},
+                                                        {"24.11.2026 10:30", 2},
+                                                        {"2026-11-24T10:30:01", 3},
+                                                        {"2026-11-24T10:30:01+01:00", 3},
+                                                        {"2026-11-24T09:30:01Z", 3},
+                                                        {"2026-11-24T04:00:01-05:30", 3},
+                                                        {"2026-11-24 09:30:00.250Z", 2},
+                                                        {"1.1.2026", 1}})
     EXPECT_EQ(results({"--since", since})["results"].size(), 5 - first) << since;
   const Json nothing = results({"--since", "25.11.2026"});
   EXPECT_EQ(nothing["results"].size(), 0U);
@@ -163,9 +164,9 @@ TEST_F(Results, RefuseACursorThatDoesNotFitAndSayWhatToDo) {
   const std::string identity = last.substr(0, 8);
   const std::string middle = all["results"][1]["cursor"];
   EXPECT_EQ(brief(results({"--after", middle})).size(), 1U);
-  for (const std::string& damaged : {std::string("x"), std::string(), identity, identity + "-3",
-                                     last.substr(0, 17), last + "0", identity + "--1-00000000",
-                                     identity + "-99999999999999999999-00000000", "Start" + last})
+  for (const std::string& damaged :
+       {std::string("x"), std::string(), identity, identity + "-3", last.substr(0, 17), last + "0",
+        identity + "--1-00000000", identity + "-99999999999999999999-00000000", "Start" + last})
     EXPECT_THAT(refused(damaged), HasSubstr("is no cursor"));
   EXPECT_THAT(refused("00000000" + last.substr(8)), HasSubstr("another database"));
   EXPECT_THAT(refused(identity + "-3-" + middle.substr(middle.size() - 8)), HasSubstr("earlier state"));

@@ -42,8 +42,7 @@ TEST_P(PolledResults, HoldEachChangeOfARunAndOfAClerkOnce) {
   erp.stageCustomers("weg", deleted);
   erp.execute("Update ImportKopf Set JobType = 12 Where JobType = 10 And Kundennummer >= 'weg'"_sql);
   std::thread clerk([&] {
-    for (int i = 0; i < deleted; ++i)
-      EXPECT_EQ(erp.run({"delete", "weg" + std::to_string(i)}).status, 0);
+    for (int i = 0; i < deleted; ++i) EXPECT_EQ(erp.run({"delete", "weg" + std::to_string(i)}).status, 0);
   });
   ProgramRun run = erp.start({"process"});
   std::optional<ProgramResult> result;
