@@ -791,20 +791,20 @@ CREATE TABLE [Vorgangsinhalte] (
 );
 CREATE INDEX [Vorgangsinhalte_Kennung] ON [Vorgangsinhalte] ([Kennung]);
 CREATE TABLE [Zustandswechsel] (
-  lfd BIGINT IDENTITY UNIQUE CLUSTERED,
-  [Folge] BIGINT,
+  [Folge] BIGINT NOT NULL,
   [JobID] NVARCHAR(400) COLLATE Latin1_General_100_CI_AS_SC,
   [JobType] SMALLINT,
   [Nummer] NVARCHAR(400) COLLATE Latin1_General_100_CI_AS_SC,
   [Fehlertext] NVARCHAR(MAX) COLLATE Latin1_General_100_BIN2,
-  [Zeitpunkt] NVARCHAR(MAX) COLLATE Latin1_General_100_BIN2
+  [Zeitpunkt] NVARCHAR(MAX) COLLATE Latin1_General_100_BIN2,
+  PRIMARY KEY ([Folge])
 );
-CREATE UNIQUE INDEX [Zustandswechsel_Folge] ON [Zustandswechsel] ([Folge]) WHERE [Folge] IS NOT NULL;
-CREATE INDEX [Zustandswechsel_Job] ON [Zustandswechsel] ([JobID], [Folge]);
+CREATE INDEX [Zustandswechsel_Job] ON [Zustandswechsel] ([JobID]);
 CREATE TABLE [Zaehlerstaende] (
   lfd BIGINT IDENTITY UNIQUE CLUSTERED,
   [Zaehler] NVARCHAR(400) COLLATE Latin1_General_100_CI_AS_SC NOT NULL,
   [Stand] BIGINT,
+  [Kennung] NVARCHAR(MAX) COLLATE Latin1_General_100_BIN2,
   PRIMARY KEY ([Zaehler])
 );
 INSERT INTO [Schemastand] ([Version]) VALUES (6);

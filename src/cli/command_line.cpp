@@ -79,7 +79,7 @@ public:
     invocation.jsonLines = json_ == "lines";
     if (invocation.jsonLines && !chosen_->offersLines())
       throw ProgramError(ExitCode::BadInput, "this command prints one document",
-                         "Give --json without 'lines'; process and list print a document a line.");
+                         "Give --json without 'lines'; process, list and results print a document a line.");
     view_->arguments.options = options_;
     invocation.options = options_;
     invocation.color = color_;
@@ -260,11 +260,20 @@ private:
     releaseVerb->add_option("JOBID", release->jobIds, "Keys of jobs");
     releaseVerb->add_flag("--all-warnings", release->allWarnings, "All jobs with warnings");
 
+    const auto [resultsVerb, results] =
+        verb<ResultsCommand>(app_, "results", "Tell what became of the jobs, change by change");
+    resultsVerb
+        ->add_option("--since", results->since, "Changes since this day or moment, dd.mm.yyyy hh:mm:ss")
+        ->type_name("TIME");
+    resultsVerb->add_option("--after", results->after, "Changes behind the cursor of an earlier answer")
+        ->type_name("CURSOR");
+    resultsVerb->add_option("--limit", results->limit, "Only the first N changes")->type_name("N");
+
     CLI::App* protocol =
         verb<ProtocolCommand>(app_, "protocol", "Print the protocol of the day given by --date, or today's")
             .first;
     const auto [purgeVerb, purge] = verb<ProtocolPurgeCommand>(
-        *protocol, "purge", "Delete the protocols, entries of runs and contents of earlier days");
+        *protocol, "purge", "Delete the protocols, runs, changes of states and contents of earlier days");
     purgeVerb->add_option("--before", purge->before, "Only those of days before this one, dd.mm.yyyy")
         ->type_name("DATE")
         ->required();

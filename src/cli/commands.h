@@ -3,6 +3,7 @@
 
 #include "cli/command.h"
 #include "program/view_arguments.h"
+#include "store/feed_cursor.h"
 #include "store/job_file_scrambling.h"
 
 #include <chrono>
@@ -219,8 +220,28 @@ protected:
   ExitCode work(const CommandContext& context) override;
 };
 
-/// `protocol purge --before dd.mm.yyyy`: the protocols of earlier days, the entries of earlier runs, and the
-/// contents that were handed over.
+/// `results [--since TIME | --after CURSOR] [--limit N]`: what became of the jobs, change by change.
+class ResultsCommand final : public DatabaseCommand {
+public:
+  std::optional<std::string> since;
+  std::optional<std::string> after;
+  std::optional<std::int64_t> limit;
+
+  void prepare() override;
+  bool offersLines() const override { return true; }
+  bool isForReading() const override { return true; }
+
+protected:
+  ExitCode work(const CommandContext& context) override;
+
+private:
+  std::int64_t start(const FeedReader& feed) const;
+
+  std::string moment_; ///< as in `timeStamp`; empty without one
+};
+
+/// `protocol purge --before dd.mm.yyyy`: the protocols of earlier days, the entries of earlier runs, the
+/// changes of states before that day, and the contents that were handed over before it.
 class ProtocolPurgeCommand final : public DatabaseCommand {
 public:
   std::string before;

@@ -5,12 +5,14 @@
 #include "cli/object_texts.h"
 #include "cli/progress_bar.h"
 #include "cli/stage_reader.h"
+#include "engine/erp_number.h"
 #include "model/date.h"
 #include "model/text.h"
 #include "platform/conflict_retry.h"
 #include "platform/path_text.h"
 #include "program/busy_notice.h"
 #include "store/json_writer.h"
+#include "store/state_feed.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -53,6 +55,12 @@ public:
 private:
   std::unordered_set<std::string> keys_;
 };
+
+StateChange storedState(Connection& connection, const std::string& jobId) {
+  const auto row =
+      connection.open(sql("Select * From ImportKopf Where JobID = '"_sql, value(jobId), "'"_sql));
+  return {row->text("JobID"), jobCode(row->value("JobType")), erpNumber(*row), row->text("Fehlertext")};
+}
 
 /// Names the first fault and carries all of them.
 [[noreturn]] void refuse(std::vector<InputFault> faults, const std::string& file, const char* nextStep) {
@@ -198,19 +206,34 @@ private:
   }
 
   std::vector<KeyConflict> tryCopy(bool tryOnly) {
+    StateFeed feed(context_.environment);
+    if (!tryOnly) feed.prepare(&wait_);
     return doneAgainOnConflict(context_.environment, "stage", [&] {
       const auto copied = [&] {
         return jobs_->copy(
             wait_, {order_.again, tryOnly, order_.unique, timeStamp(context_.environment.clock.now())},
             static_cast<std::int64_t>(most_));
       };
-      if (tryOnly || !order_.alongside) return copied();
+      if (tryOnly) return copied();
+      feed.drop();
       WorkUnit unit(context_.connection(), &wait_);
-      order_.alongside();
+      if (order_.alongside) order_.alongside();
       auto owned = copied();
-      if (owned.empty()) unit.commit();
+      if (owned.empty()) tellChanges(feed);
+      // The mark of a file that is not staged must not stay.
+      if (owned.empty() || !order_.alongside) unit.commit();
       return owned;
     });
+  }
+
+  void tellChanges(StateFeed& feed) const {
+    for (const BulkStaging::ChangedJob& job : jobs_->changed()) {
+      StateChange change{job.jobId, job.jobType, {}, {}};
+      // One that was kept before it was deleted comes back as it was.
+      if (stateOf(job.jobType) != JobState::Waiting) change = storedState(context_.connection(), job.jobId);
+      feed.note(std::move(change));
+    }
+    feed.write();
   }
 
   /// In the try contents come after keys: a job that is left out repeats nothing. The rejected objects are

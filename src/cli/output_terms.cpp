@@ -203,8 +203,7 @@ constexpr OutputObject outputList{"outputs", "The outputs that have a schema.", 
 constexpr auto skippedMembers = joined(
     std::to_array<Member>({jobId}), outcomeMembers,
     std::to_array<Member>({
-        text("doneSince", "Time stamp of the moment since which it is done; null when that is unknown.")
-            .orNull(),
+        text("doneSince", "Moment since which it is done, in ISO form; null when that is unknown.").orNull(),
         truth("changed", "Whether its content differs from what is done; null when that is unknown.")
             .orNull(),
     }));
@@ -212,7 +211,7 @@ constexpr OutputObject skippedJob{"skipped", "A job that is done already and was
                                   skippedMembers};
 constexpr auto earlierMembers = std::to_array<Member>({
     jobId,
-    text("since", "Time stamp of the handover; null for a job of the same file.").orNull(),
+    text("since", "Moment of the handover, in ISO form; null for a job of the same file.").orNull(),
 });
 constexpr OutputObject earlierJob{"earlier", "The job that was handed over first.", earlierMembers};
 constexpr auto repeatedMembers = std::to_array<Member>({
@@ -428,9 +427,40 @@ constexpr OutputObject protocol{"protocol", "The protocols of a day.", protocolM
 constexpr auto protocolPurgeMembers = std::to_array<Member>({
     whole("protocols", "How many protocols were deleted."),
     whole("runs", "How many entries of runs were deleted."),
+    whole("changes", "How many changes of states were deleted."),
     whole("contents", "How many contents were forgotten."),
 });
 constexpr OutputObject protocolPurge{"protocolPurge", "What was deleted.", protocolPurgeMembers};
+
+constexpr auto reasonMembers = std::to_array<Member>({
+    text("code", "Code of the rule that says it; null for a text of no rule.").of(findingWords).orNull(),
+    text("text", "The reason as a German sentence."),
+});
+constexpr OutputObject reason{"reason", "Why a job was not written, or what is to be known about it.",
+                              reasonMembers};
+constexpr auto cursorMember =
+    std::to_array<Member>({text("cursor", "Place in the feed behind which --after goes on.")});
+constexpr auto changeMembers =
+    joined(cursorMember,
+           std::to_array<Member>({
+               text("time", "Moment at which the change was written, in ISO form."),
+               jobId,
+               whole("JobType", "Code of kind and state after the change."),
+           }),
+           outcomeMembers,
+           std::to_array<Member>({
+               text("Fehlertext", "Reasons as they were then, one a line; empty for none."),
+               object("reasons", "The same, one by one.", reason).list(),
+           }));
+constexpr OutputObject change{"change", "A change of a job's state.", changeMembers};
+constexpr auto feedEndMembers = joined(
+    cursorMember, std::to_array<Member>({truth("more", "Whether --limit has left out further changes.")}));
+constexpr OutputObject feedEnd{"end", "Where the feed goes on; the last line.", feedEndMembers};
+constexpr auto resultsMembers =
+    joined(std::to_array<Member>(
+               {object("results", "The changes, in the order in which they became visible.", change).list()}),
+           feedEndMembers);
+constexpr OutputObject results{"results", "The feed of results.", resultsMembers};
 
 // The state of an installation.
 
@@ -549,6 +579,8 @@ constexpr auto outputs = std::to_array<OutputTerm>({
     {"release", "release --json", {&release}},
     {"protocol", "protocol --json", {&protocol}},
     {"protocol-purge", "protocol purge --json", {&protocolPurge}},
+    {"results", "results --json", {&results}},
+    {"results-line", "a line of results --json=lines", {&change, &feedEnd}},
     {"status", "status --json", {&status}},
     {"lock-show", "lock show --json", {&lock}},
     {"lock-release", "lock release --json", {&releasedLock}},

@@ -14,6 +14,7 @@
 #include "store/handed_contents.h"
 #include "store/json_writer.h"
 #include "store/run_book.h"
+#include "store/state_feed.h"
 
 #include <algorithm>
 #include <array>
@@ -95,6 +96,7 @@ ExitCode ProtocolPurgeCommand::work(const CommandContext& context) {
   std::int64_t protocols = 0;
   std::int64_t runs = 0;
   std::int64_t contents = 0;
+  std::int64_t changes = 0;
   doneAgainOnConflict(context.environment, "protocol purge", [&] {
     WorkUnit unit(connection, &wait);
     const std::string day = dayStamp(day_);
@@ -106,6 +108,7 @@ ExitCode ProtocolPurgeCommand::work(const CommandContext& context) {
         sql("Delete From Protokolle Where Art = 'Import' And Datum < '"_sql, value(day), "'"_sql));
     runs = hasRunBook(connection) ? deleteRunsBefore(connection, day_) : 0;
     contents = forgetContentsBefore(connection, day_);
+    changes = hasStateFeed(connection) ? deleteChangesBefore(connection, day_) : 0;
     unit.commit();
     return true;
   });
@@ -116,13 +119,15 @@ ExitCode ProtocolPurgeCommand::work(const CommandContext& context) {
         .number(protocols)
         .key("runs")
         .number(runs)
+        .key("changes")
+        .number(changes)
         .key("contents")
         .number(contents)
         .endObject()
         .finish();
   else
-    context.output.result << protocols << " protocols and " << runs << " entries of runs deleted, "
-                          << contents << " contents forgotten\n";
+    context.output.result << protocols << " protocols, " << runs << " entries of runs and " << changes
+                          << " changes of states deleted, " << contents << " contents forgotten\n";
   return ExitCode::Success;
 }
 

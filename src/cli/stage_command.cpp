@@ -3,6 +3,7 @@
 #include "cli/file_staging.h"
 #include "cli/job_terms.h"
 #include "cli/json_members.h"
+#include "cli/moments.h"
 #include "cli/terminal_text.h"
 #include "engine/erp_number.h"
 #include "model/text.h"
@@ -29,7 +30,7 @@ void writeSkipped(JsonWriter& json, BulkStaging& jobs) {
     if (job.stored == nullptr) return;
     json.beginObject().key("JobID").text(job.jobId);
     writeOutcome(json, *job.stored);
-    json.key("doneSince").textOrNull(job.stored->text("Seit"));
+    json.key("doneSince").textOrNull(isoMoment(job.stored->text("Seit")));
     json.key("changed");
     if (const auto changed = job.stored->value("Inhalt").integer())
       json.boolean(*changed == 1);
@@ -44,7 +45,7 @@ void writeRepeated(JsonWriter& json, BulkStaging& jobs) {
   json.key("repeatedJobs").beginArray();
   jobs.forEachRepetition([&](const KeyConflict& repetition) {
     json.beginObject().key("JobID").text(repetition.key).key("sameContentAs").beginObject();
-    json.key("JobID").text(repetition.owner).key("since").textOrNull(repetition.since);
+    json.key("JobID").text(repetition.owner).key("since").textOrNull(isoMoment(repetition.since));
     json.endObject().endObject();
   });
   json.endArray();

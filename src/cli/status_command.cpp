@@ -1,6 +1,7 @@
 #include "cli/commands.h"
 
 #include "cli/job_terms.h"
+#include "cli/moments.h"
 #include "cli/table.h"
 #include "cli/terminal_text.h"
 #include "model/date.h"
@@ -11,7 +12,6 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <ctime>
 #include <filesystem>
 #include <map>
 #include <optional>
@@ -267,20 +267,6 @@ void printJson(std::ostream& result, const Status& status) {
     json.null().key("bytesFree").null();
   json.key("protocols").number(status.protocols).key("protocolLines").number(status.protocolLines);
   json.endObject().finish();
-}
-
-/// Seconds of the epoch of a local time.
-std::int64_t secondsOf(const DateTime& moment) {
-  constexpr int firstYear = 1900;
-  std::tm local{};
-  local.tm_year = static_cast<int>(moment.date.year()) - firstYear;
-  local.tm_mon = static_cast<int>(static_cast<unsigned>(moment.date.month())) - 1;
-  local.tm_mday = static_cast<int>(static_cast<unsigned>(moment.date.day()));
-  local.tm_hour = moment.hour;
-  local.tm_min = moment.minute;
-  local.tm_sec = moment.second;
-  local.tm_isdst = -1;
-  return std::mktime(&local);
 }
 
 /// The text format of Prometheus.

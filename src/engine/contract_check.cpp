@@ -1,6 +1,7 @@
 #include "engine/contract_check.h"
 
 #include "engine/job_row.h"
+#include "platform/conflict_retry.h"
 
 namespace qx {
 namespace {
@@ -82,21 +83,33 @@ CheckStatus ContractCheck::checkCustomerContracts(std::string_view customer) {
 }
 
 CheckStatus ContractCheck::checkRows(const Sql& query) {
+  StateFeed feed(environment_);
+  feed.prepare();
+  return doneAgainOnConflict(environment_, "check of contracts", [&] { return checkRowsOnce(query, feed); });
+}
+
+CheckStatus ContractCheck::checkRowsOnce(const Sql& query, StateFeed& feed) {
+  feed.drop();
   MissingColumns missing(environment_.diagnostics);
   CheckStatus worst = CheckStatus::Clean;
+  WorkUnit unit(activeConnection(environment_), nullptr, Join::IfOpen);
   const auto rows = activeConnection(environment_).open(query);
   for (; !rows->eof(); rows->moveNext()) {
     JobRow job(*rows, missing);
     const Findings findings = checkStaged(*rows);
     const CheckStatus status = findings.status();
     const Value severity(static_cast<std::int16_t>(status));
-    job.set("JobType", Value(withState(job.jobType(), stateFor(status))));
+    const std::int16_t before = job.jobType();
+    job.set("JobType", Value(withState(before, stateFor(status))));
     job.set("Status", severity);
     job.set("ImportType", severity);
     job.set("Fehlertext", emptyToNull(Value(findings.text())));
     job.update();
+    if (job.jobType() != before) feed.note({job.text("JobID"), job.jobType(), {}, findings.text()});
     worst = worse(worst, status);
   }
+  feed.write();
+  unit.commit();
   return worst;
 }
 

@@ -6,6 +6,7 @@
 #include "model/entry_records.h"
 #include "platform/environment.h"
 #include "rules/master_data.h"
+#include "store/state_feed.h"
 
 #include <cstdint>
 #include <string>
@@ -42,6 +43,7 @@ public:
 
 private:
   CheckStatus checkRows(const Sql& query);
+  CheckStatus checkRowsOnce(const Sql& query, StateFeed& feed);
 
   Environment& environment_;
   MasterData masterData_;

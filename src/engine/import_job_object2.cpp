@@ -87,7 +87,7 @@ private:
 ImportJobObject2::ImportJobObject2(Environment& environment)
     : ComboLists(environment), MasterData(environment), CustomerAddresses(environment),
       environment_(environment), settings_(environment), events_(environment.diagnostics),
-      protocol_(environment), book_(environment), lock_(environment) {
+      protocol_(environment), book_(environment), feed_(environment), lock_(environment) {
   const auto session = environment_.session;
   if (!session) return;
   // An unusable session is dropped.
@@ -250,6 +250,7 @@ bool ImportJobObject2::ProcessJobs(bool UnEvaluated, qxProcessState ProcessState
     const UnderWay underWay(running_, stop_);
     RunWait wait(events_, environment_.diagnostics, stop_, environment_.desktop);
     book_.begin(&wait);
+    feed_.renew();
     RunReport report;
     report.end = RunEnd::Refused;
     if (!refused) report = perform(UnEvaluated, ProcessState);
@@ -269,8 +270,8 @@ bool ImportJobObject2::ProcessJobs(bool UnEvaluated, qxProcessState ProcessState
 
 RunReport ImportJobObject2::perform(bool unevaluated, qxProcessState selection) {
   errors_.clear();
-  RunContext run{environment_, events_,     protocol_,     errors_,     stop_,
-                 outcomes_,    personalNr_, homeCurrency_, unevaluated, selection};
+  RunContext run{environment_, events_,     protocol_,     errors_,     stop_,    outcomes_,
+                 feed_,        personalNr_, homeCurrency_, unevaluated, selection};
   return ProcessingRun(run).execute();
 }
 

@@ -19,6 +19,7 @@
 #include "settings/settings.h"
 #include "store/import_lock.h"
 #include "store/run_book.h"
+#include "store/state_feed.h"
 
 #include <cstdint>
 #include <functional>
@@ -220,6 +221,7 @@ private:
   OutcomeSink outcomes_;
   RunReport lastRun_;
   RunBook book_;
+  StateFeed feed_;
   ImportLock lock_;
   std::optional<Scrambler> scrambler_; ///< created on first use
   std::unique_ptr<Recordset> jobList_;

@@ -3,6 +3,7 @@
 #include "engine/contract_check.h"
 #include "platform/conflict_retry.h"
 #include "platform/failure.h"
+#include "store/state_feed.h"
 
 #include <algorithm>
 #include <array>
@@ -206,8 +207,10 @@ void JobEditing::putBack(const ReadJob& job) const {
 }
 
 void JobEditing::deleteHeader(std::string_view jobId) const {
+  auto gone = deletionOf(activeConnection(environment_), jobId);
   activeConnection(environment_)
       .execute(sql("Delete From ImportKopf  Where JobID = '"_sql, value(jobId), "'"_sql));
+  if (gone) tellChange(environment_, std::move(*gone));
 }
 
 std::vector<std::pair<std::string, std::string>> JobEditing::units() const {

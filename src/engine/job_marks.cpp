@@ -60,8 +60,10 @@ void JobMarks::markCustomerJobsOfContract(std::string_view customer) {
   const std::string_view reason = terms(Rule::CustomerContractErrors).run;
   for (; !jobs->eof(); jobs->moveNext()) {
     JobRow job(*jobs, missing_);
-    errors_(job.jobType(), reason);
+    const std::int16_t before = job.jobType();
+    errors_(before, reason);
     mark(job, JobState::Error, reason);
+    if (job.jobType() != before) changes_({job.text("JobID"), job.jobType(), {}, job.text("Fehlertext")});
   }
 }
 

@@ -3,6 +3,7 @@
 
 #include "engine/job_row.h"
 #include "platform/environment.h"
+#include "store/state_feed.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -47,13 +48,16 @@ struct CollectedErrors {
 
 /// Called for every reason of a failed job, with the job's code before the failure.
 using ErrorSink = std::function<void(std::int16_t jobType, std::string_view text)>;
+/// Called for every job that failed along with another one.
+using ChangeSink = std::function<void(StateChange change)>;
 
 /// Marks the current job of a cursor: changes a waiting code and appends the reason to `Fehlertext`, one line
 /// per reason. A job that is not waiting keeps its code but still gets the text.
 class JobMarks {
 public:
-  JobMarks(Environment& environment, MissingColumns& missing, ErrorSink errors)
-      : environment_(environment), missing_(missing), errors_(std::move(errors)) {}
+  JobMarks(Environment& environment, MissingColumns& missing, ErrorSink errors, ChangeSink changes)
+      : environment_(environment), missing_(missing), errors_(std::move(errors)),
+        changes_(std::move(changes)) {}
 
   /// 10 to 11, 20 to 21, 30 to 31, 40 to 41.
   static void markJobWarning(JobRow& job, std::string_view text);
@@ -67,6 +71,7 @@ private:
   Environment& environment_;
   MissingColumns& missing_;
   ErrorSink errors_;
+  ChangeSink changes_;
 };
 
 } // namespace qx

@@ -8,6 +8,7 @@
 #include "rules/tax_rules.h"
 
 #include <new>
+#include <optional>
 #include <utility>
 
 namespace qx {
@@ -143,8 +144,12 @@ void ProcessingRun::readProgramVersion() {
 
 /// Every released row is reset in every run, whatever its code: the flag itself is never cleared by a run.
 void ProcessingRun::resetReleasedJobs() {
+  // Both see the same jobs, in the order in which they were staged.
+  std::optional<ReadView> view(*environment_.connection);
   const auto rows = environment_.connection->openKeyset(
       sql("Select JobType, ImportType, Fehlertext From ImportKopf Where ProcessWarning = 1"_sql));
+  const std::vector<std::string> keys = keysOfReleasedJobs(rows->recordCount());
+  view.reset();
   std::string refusal;
   const auto refused = [&](const std::exception& error) {
     environment_.diagnostics.report({"reset of released jobs", error.what(), ""});
@@ -155,7 +160,7 @@ void ProcessingRun::resetReleasedJobs() {
                                              if (!rows->resync()) return;
                                              JobRow job(*rows, run_.missing);
                                              try {
-                                               resetJob(job);
+                                               resetJob(job, keys.empty() ? std::string() : keys.at(at));
                                              } catch (const StatementError& error) {
                                                job.cancelUpdate();
                                                refused(error);
@@ -169,7 +174,20 @@ void ProcessingRun::resetReleasedJobs() {
   if (!refusal.empty() && !run_.stop.requested()) nameReleasedJobsLeft(refusal);
 }
 
-/// The reset reads no keys. Released jobs that are still parked behind it are the ones that it had to leave.
+/// The reset reads no keys, but the feed needs them. Empty when they cannot be told, as on a connection of a
+/// host that another program changes meanwhile.
+std::vector<std::string> ProcessingRun::keysOfReleasedJobs(std::size_t count) {
+  std::vector<std::string> keys;
+  if (count == 0) return keys;
+  const auto jobs =
+      environment_.connection->open(sql("Select JobID From ImportKopf Where ProcessWarning = 1"_sql));
+  for (; !jobs->eof(); jobs->moveNext()) keys.push_back(jobs->text("JobID"));
+  if (keys.size() == count) return keys;
+  environment_.diagnostics.report({"feed of results", "released jobs were changed by another program", ""});
+  return {};
+}
+
+/// Released jobs that are still parked behind the reset are the ones that it had to leave.
 void ProcessingRun::nameReleasedJobsLeft(const std::string& reason) {
   const auto jobs =
       environment_.connection->open(sql("Select JobID From ImportKopf Where ProcessWarning = 1 And "
@@ -177,7 +195,7 @@ void ProcessingRun::nameReleasedJobsLeft(const std::string& reason) {
   for (; !jobs->eof(); jobs->moveNext()) run_.report.leave(jobs->text("JobID"), reason);
 }
 
-void ProcessingRun::resetJob(JobRow& job) {
+void ProcessingRun::resetJob(JobRow& job, const std::string& jobId) {
   const std::int16_t jobType = job.jobType();
   const JobState state = stateOf(jobType);
   const bool parked =
@@ -189,6 +207,7 @@ void ProcessingRun::resetJob(JobRow& job) {
   job.set("ImportType", Value(stagedImportType));
   job.set("Fehlertext", Value(""));
   job.update();
+  if (parked && !jobId.empty()) run_.group.changed({jobId, kindOf(jobType), {}, {}});
 }
 
 /// The values look like flags but are compared for equality: a combination selects nothing.

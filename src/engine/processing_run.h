@@ -9,6 +9,7 @@
 
 #include <exception>
 #include <string>
+#include <vector>
 
 namespace qx {
 
@@ -34,7 +35,8 @@ private:
   void readOptions();
   void resetReleasedJobs();
   void nameReleasedJobsLeft(const std::string& reason);
-  static void resetJob(JobRow& job);
+  std::vector<std::string> keysOfReleasedJobs(std::size_t count);
+  void resetJob(JobRow& job, const std::string& jobId);
   void processCustomers();
   void prepareContracts();
   void processContracts();

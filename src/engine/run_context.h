@@ -12,6 +12,7 @@
 
 #include <functional>
 #include <string>
+#include <utility>
 
 namespace qx {
 
@@ -27,6 +28,7 @@ struct RunContext {
   CollectedErrors& errors;
   const StopSignal& stop;
   const OutcomeSink& outcomes; ///< may be empty
+  StateFeed& feed;
   std::string personnelNumber; ///< of the session's user
   std::string homeCurrency;    ///< empty until it could be read
   bool unevaluated = false;    ///< skip the automatic check
@@ -39,11 +41,13 @@ struct RunContext {
   RunReport report{};
   MissingColumns missing{environment.diagnostics};
   RunWait wait{events, environment.diagnostics, stop, environment.desktop};
-  WorkGroup group{environment, wait};
-  JobMarks marks{environment, missing, [this](std::int16_t jobType, std::string_view text) {
+  WorkGroup group{environment, &wait, &feed};
+  JobMarks marks{environment, missing,
+                 [this](std::int16_t jobType, std::string_view text) {
                    group.afterCommit(
                        [this, jobType, kept = std::string(text)] { errors.add(jobType, kept); });
-                 }};
+                 },
+                 [this](StateChange change) { group.changed(std::move(change)); }};
 };
 
 } // namespace qx

@@ -156,6 +156,9 @@ void SectionRunner::logJob(const JobRow& job, const JobResult& result) {
   bool logged = addLine(result.line);
   if (!result.indexedCustomer.empty() && !indexCustomer(result.indexedCustomer, outcome.jobId))
     logged = false;
+  const bool written = stateOf(outcome.jobType) == JobState::Done;
+  run_.group.changed(
+      {outcome.jobId, outcome.jobType, written ? outcome.number : std::string(), outcome.reasons});
   run_.group.afterCommit([this, logged, outcome = std::move(outcome)] {
     run_.report.count(outcome);
     if (!logged) ++run_.report.protocolErrors;

@@ -14,14 +14,13 @@ constexpr auto vorgangsinhalte = list(key("JobID"), code("Kennung"), stamp("Zeit
 constexpr std::array vorgangsinhalteIndexes{SchemaIndex{"Vorgangsinhalte_Kennung", {"Kennung"}}};
 
 /// Every change of a job's state. `Folge` grows in the order in which the changes become visible.
-constexpr auto zustandswechsel = list(integer("Folge"), code("JobID"), small("JobType"), code("Nummer"),
-                                      text("Fehlertext"), stamp("Zeitpunkt"));
-constexpr std::array zustandswechselIndexes{
-    SchemaIndex{"Zustandswechsel_Folge", {"Folge"}, IndexKind::Unique},
-    SchemaIndex{"Zustandswechsel_Job", {"JobID", "Folge"}}};
+constexpr auto zustandswechsel = list(key("Folge", ColumnType::Integer), code("JobID"), small("JobType"),
+                                      code("Nummer"), text("Fehlertext"), stamp("Zeitpunkt"));
+constexpr std::array zustandswechselIndexes{SchemaIndex{"Zustandswechsel_Job", {"JobID"}}};
 
-/// The last number of a series that has no gaps. Whoever counts on holds the row until the commit.
-constexpr auto zaehlerstaende = list(key("Zaehler"), integer("Stand"));
+/// The last number of a series that has no gaps. Whoever counts on holds the row until the commit. `Kennung`
+/// tells the series from that of another database.
+constexpr auto zaehlerstaende = list(key("Zaehler"), integer("Stand"), text("Kennung"));
 
 constexpr std::array handoverTableList{
     SchemaTable{"Eingangsdateien", eingangsdateien, {}},

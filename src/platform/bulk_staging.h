@@ -117,6 +117,13 @@ public:
   virtual std::vector<KeyConflict> copy(BusyWait& wait, CopyOrder order, std::int64_t most) = 0;
   /// After `copy`.
   virtual StageCounts counts() const = 0;
+  /// After `copy`: the jobs that had another code before, and new ones in another state than waiting. Unlike
+  /// all else they are kept in memory.
+  struct ChangedJob {
+    std::string jobId;
+    std::int16_t jobType = 0;
+  };
+  const std::vector<ChangedJob>& changed() const { return changed_; }
   /// The jobs in the order of the file, after `copy`.
   using Visitor = std::function<void(const StagedJob& job)>;
   virtual void forEach(const Visitor& visit) = 0;
@@ -132,6 +139,8 @@ protected:
   void report(std::int64_t done, std::int64_t total) const {
     if (progress_) progress_(static_cast<std::uintmax_t>(done), static_cast<std::uintmax_t>(total));
   }
+
+  std::vector<ChangedJob> changed_;
 
 private:
   Progress progress_;

@@ -1,14 +1,17 @@
 #include "store/entry_objects.h"
 
 #include "model/job_codes.h"
+#include "platform/conflict_retry.h"
 #include "platform/failure.h"
 #include "settings/settings.h"
 #include "store/job_file_text.h"
 #include "store/job_lines.h"
 #include "store/staging_writer.h"
+#include "store/state_feed.h"
 
 #include <optional>
 #include <stdexcept>
+#include <utility>
 
 namespace qx {
 namespace {
@@ -25,10 +28,24 @@ void appendFields(std::string& line, const Record& record, const FieldTable<Reco
 }
 
 /// The write behind `AddItem`, with every failure trapped.
+template <class Write>
+void addItem(const Environment& environment, std::string_view where, std::string_view key,
+             Write&& write) noexcept {
+  trapped(environment.diagnostics, {where, key}, std::forward<Write>(write));
+}
+
+/// A job that is replaced may be in another state.
 template <class Record>
-void addItem(const Environment& environment, const Record& record, std::string_view where,
-             std::string_view key) noexcept {
-  trapped(environment.diagnostics, {where, key}, [&] { writeStaged(activeConnection(environment), record); });
+void addJob(Environment& environment, const Record& record, std::string_view where) noexcept {
+  addItem(environment, where, record.JobID, [&] {
+    doneAgainOnConflict(environment, where, [&] {
+      WorkUnit unit(activeConnection(environment), nullptr, Join::IfOpen);
+      const auto before = writeStaged(activeConnection(environment), record);
+      if (before && *before != record.JobType)
+        tellChange(environment, {record.JobID, record.JobType, {}, {}});
+      unit.commit();
+    });
+  });
 }
 
 template <class Record>
@@ -54,7 +71,7 @@ Kunde::Kunde(Environment& environment) : environment_(&environment) {
   startHeader(*this, environment, qxtjobkunden);
 }
 
-void Kunde::AddItem() const noexcept { addItem<KundeFields>(*environment_, *this, "Kunde.AddItem", JobID); }
+void Kunde::AddItem() const noexcept { addJob<KundeFields>(*environment_, *this, "Kunde.AddItem"); }
 
 std::string Kunde::FormatItemCSV() const {
   std::string line;
@@ -66,9 +83,7 @@ Vertrag::Vertrag(Environment& environment) : environment_(&environment) {
   startHeader(*this, environment, qxtjobverträge);
 }
 
-void Vertrag::AddItem() const noexcept {
-  addItem<VertragFields>(*environment_, *this, "Vertrag.AddItem", JobID);
-}
+void Vertrag::AddItem() const noexcept { addJob<VertragFields>(*environment_, *this, "Vertrag.AddItem"); }
 
 std::string Vertrag::FormatItemCSV() const {
   std::string line;
@@ -81,9 +96,7 @@ Auftrag::Auftrag(Environment& environment) : environment_(&environment) {
   environment.currentOrder = JobID;
 }
 
-void Auftrag::AddItem() const noexcept {
-  addItem<AuftragFields>(*environment_, *this, "Auftrag.AddItem", JobID);
-}
+void Auftrag::AddItem() const noexcept { addJob<AuftragFields>(*environment_, *this, "Auftrag.AddItem"); }
 
 std::string Auftrag::FormatItemCSV() const {
   std::string line;
@@ -109,7 +122,9 @@ AuftragsPos::AuftragsPos(Environment& environment, const ReadyFlags& flags) : en
 }
 
 void AuftragsPos::AddItem() const noexcept {
-  addItem<AuftragsPosFields>(*environment_, *this, "AuftragsPos.AddItem", ChildID);
+  addItem(*environment_, "AuftragsPos.AddItem", ChildID, [this] {
+    writeStaged(activeConnection(*environment_), static_cast<const AuftragsPosFields&>(*this));
+  });
 }
 
 std::string AuftragsPos::FormatItemCSV() const {

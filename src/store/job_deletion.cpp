@@ -43,6 +43,13 @@ Sql fromContractsOf(std::string_view customer) {
              number(qxtJobKundenVerträgedel), ")"_sql);
 }
 
+/// The mark that a contract is to be deleted is no job of which its sender knows.
+void addGone(Recordset& header, std::vector<StateChange>& gone) {
+  const auto jobType = jobCode(header.value("JobType"));
+  if (stateOf(jobType) != JobState::Deleted)
+    gone.push_back({header.text("JobID"), withState(jobType, JobState::Deleted), {}, {}});
+}
+
 } // namespace
 
 /// Rolled back as a whole when it fails. Returns the number of deleted headers. A host's connection has no
@@ -63,22 +70,26 @@ std::int64_t JobDeletion::part(std::string_view job, Work&& work) {
 }
 
 void JobDeletion::DelItem(std::string_view ItemName, bool DelKundenVertrag) {
+  feed_.prepare(wait_);
   deletedHeaders_ += doneAgainOnConflict(environment_, "DelItem", [&] {
+    feed_.drop();
     WorkUnit unit(activeConnection(environment_), wait_, Join::IfOpen);
     const std::int64_t deleted = deleteItem(ItemName, DelKundenVertrag);
+    feed_.write();
     unit.commit();
     return deleted;
   });
 }
 
 void JobDeletion::delItems(const std::vector<std::string>& jobIds, bool withContracts) {
-  inGroups(jobIds, {}, [&](std::string_view jobId) { return deleteItem(jobId, withContracts); });
+  inGroups(jobIds, {}, &feed_, [&](std::string_view jobId) { return deleteItem(jobId, withContracts); });
 }
 
 template <class Take>
-bool JobDeletion::inGroups(const std::vector<std::string>& jobIds, const GoOn& goOn, Take&& take) {
+bool JobDeletion::inGroups(const std::vector<std::string>& jobIds, const GoOn& goOn, StateFeed* feed,
+                           Take&& take) {
   activeConnection(environment_);
-  WorkGroup group(environment_, wait_);
+  WorkGroup group(environment_, wait_, feed);
   const std::size_t taken = group.takeAll(
       jobIds.size(), {[&](std::size_t at) {
                         group.afterCommit([this, deleted = take(jobIds[at])] { deletedHeaders_ += deleted; });
@@ -98,20 +109,32 @@ std::unique_ptr<Recordset> JobDeletion::header(std::string_view jobId) {
 }
 
 std::int64_t JobDeletion::deleteItem(std::string_view key, bool withContracts) {
-  return part(key, [&] {
+  std::vector<StateChange> gone;
+  const std::int64_t headers = part(key, [&] {
     std::int64_t deleted = 0;
     // The header matters only when its contracts are deleted too; the key of a position finds no header.
     const auto row = withContracts ? header(key) : nullptr;
     if (row && !row->eof() && isCustomerJob(row->value("JobType").integer().value_or(0)))
-      deleted = deleteContractsOf(row->text("Kundennummer"));
+      deleted = deleteContractsOf(row->text("Kundennummer"), gone);
+    if (feed_.isKept())
+      if (auto job = deletionOf(activeConnection(environment_), key)) gone.push_back(std::move(*job));
     return deleted + deleteRows(key);
   });
+  if (headers > 0)
+    for (StateChange& change : gone) feed_.note(std::move(change));
+  return headers;
 }
 
 /// Deletes the headers only: the positions of customer contracts stay, on purpose, as does 43.
-std::int64_t JobDeletion::deleteContractsOf(std::string_view customer) {
+std::int64_t JobDeletion::deleteContractsOf(std::string_view customer, std::vector<StateChange>& gone) {
+  Connection& connection = activeConnection(environment_);
+  if (feed_.isKept()) {
+    Sql select = sql("Select JobID, JobType"_sql);
+    const auto contracts = connection.open(select.append(fromContractsOf(customer)));
+    for (; !contracts->eof(); contracts->moveNext()) addGone(*contracts, gone);
+  }
   Sql statement = sql("Delete"_sql);
-  return activeConnection(environment_).execute(statement.append(fromContractsOf(customer)));
+  return connection.execute(statement.append(fromContractsOf(customer)));
 }
 
 std::vector<std::string> JobDeletion::contractsOf(std::string_view jobId) {
@@ -138,7 +161,7 @@ std::vector<std::string> JobDeletion::doneJobs() {
 
 /// Another program may have staged a job afresh since its key was read.
 bool JobDeletion::deleteDone(const std::vector<std::string>& jobIds, const GoOn& goOn) {
-  return inGroups(jobIds, goOn, [&](std::string_view jobId) {
+  return inGroups(jobIds, goOn, nullptr, [&](std::string_view jobId) {
     return part(jobId, [&]() -> std::int64_t {
       const auto row = header(jobId);
       return !row->eof() && row->text("JobType").ends_with('3') ? deleteRows(jobId) : 0;

@@ -3,6 +3,7 @@
 
 #include "platform/environment.h"
 #include "settings/settings.h"
+#include "store/state_feed.h"
 
 #include <cstdint>
 #include <functional>
@@ -23,6 +24,9 @@ namespace qx {
 /// A set of jobs is committed in groups, for which no unit of work may be open. A job whose deletion rolls
 /// back the unit stays, and the others of its group are deleted one by one. Other programs and the message
 /// loop get their turn between groups.
+///
+/// The feed is told of jobs that are deleted by name, not of done ones that are cleared away: those have been
+/// told of as done.
 class JobDeletion {
 public:
   /// Asked before each job of a set; false ends the deletion there.
@@ -30,7 +34,7 @@ public:
 
   /// `wait` decides how long the start of a unit waits for another program; null for the connection's limit.
   explicit JobDeletion(Environment& environment, BusyWait* wait = nullptr)
-      : environment_(environment), wait_(wait) {}
+      : environment_(environment), wait_(wait), feed_(environment) {}
 
   /// Deletes the job or the position of this key, as a part of the unit of work that is open. With
   /// `DelKundenVertrag`, when it is a customer job, also the customer-contract jobs of the customer, but not
@@ -70,18 +74,19 @@ public:
 
 private:
   template <class Take>
-  bool inGroups(const std::vector<std::string>& jobIds, const GoOn& goOn, Take&& take);
+  bool inGroups(const std::vector<std::string>& jobIds, const GoOn& goOn, StateFeed* feed, Take&& take);
   template <class Work>
   std::int64_t part(std::string_view job, Work&& work);
   template <class Select>
   void selecting(std::string_view where, Select&& select);
   std::unique_ptr<Recordset> header(std::string_view jobId);
   std::int64_t deleteItem(std::string_view key, bool withContracts);
-  std::int64_t deleteContractsOf(std::string_view customer);
+  std::int64_t deleteContractsOf(std::string_view customer, std::vector<StateChange>& gone);
   std::int64_t deleteRows(std::string_view key);
 
   Environment& environment_;
   BusyWait* wait_;
+  StateFeed feed_;
   std::int64_t deletedHeaders_ = 0;
   std::map<std::string, std::string> left_;
   std::int64_t refusedSelections_ = 0;

@@ -32,8 +32,8 @@ class JobFileImport {
 public:
   JobFileImport(Environment& environment, std::filesystem::path file, JobFileVersion version,
                 JobFileObserver& observer, BusyWait* wait)
-      : environment_(environment), file_(std::move(file)), observer_(observer),
-        group_(environment, wait, recordsInGroup),
+      : environment_(environment), file_(std::move(file)), observer_(observer), feed_(environment),
+        group_(environment, wait, &feed_, recordsInGroup),
         retry_(environment.clock, environment.diagnostics, "Import") {
     activeConnection(environment_);
     const StoreContext context{environment_, group_, observer_, pending_};
@@ -229,6 +229,7 @@ private:
   JobFileObserver& observer_;
   JobFileCounts counts_;
   JobFileCounts pending_;
+  StateFeed feed_;
   WorkGroup group_;
   ConflictRetry retry_;
   std::vector<GroupRecord> records_; ///< of the open group

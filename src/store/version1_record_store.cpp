@@ -52,6 +52,8 @@ private:
       row->set("JobID", job.JobID);
     }
     updateVersion1(*row, job);
+    if (before != 0 && before != job.JobType)
+      context_.group.changed({job.JobID, job.JobType, {}, job.Fehlertext});
     header_ = job.JobID;
     if (jobs_.isFirst(job.JobID)) ++context_.pending.jobs;
     if (!setsBack(before, job.JobType)) return;

@@ -59,6 +59,8 @@ private:
     checkKey("JobID", job.JobID);
     context_.group.begin();
     const auto before = writeStaged(activeConnection(context_.environment), static_cast<const Record&>(job));
+    if (before && *before != job.JobType)
+      context_.group.changed({job.JobID, job.JobType, {}, job.Fehlertext});
     if (jobs_.isFirst(job.JobID)) ++context_.pending.jobs;
     if (!before || !setsBack(*before, job.JobType)) return;
     ++context_.pending.setBack;

@@ -21,6 +21,7 @@ WorkLostError inGerman(const WorkLostError& loss) {
 
 void WorkGroup::begin() {
   if (open_) return;
+  if (feed_ != nullptr) feed_->prepare(wait_);
   environment_.connection->beginWork(wait_);
   limits_ = environment_.connection->groupLimits();
   if (fullAt_ > 0) limits_.jobs = fullAt_;
@@ -46,6 +47,7 @@ void WorkGroup::finish() {
   if (!open_) return;
   requireWork();
   try {
+    if (feed_ != nullptr) feed_->write();
     environment_.connection->commitWork();
   } catch (const StatementError& refusal) {
     // A constraint that is only checked at the commit fails the unit, not a statement.
@@ -150,6 +152,7 @@ void WorkGroup::leaveGap() {
 
 void WorkGroup::abandon() noexcept {
   actions_.clear();
+  if (feed_ != nullptr) feed_->drop();
   collected_ = false;
   foreseen_ = 0;
   if (!open_) return;

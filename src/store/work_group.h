@@ -2,11 +2,13 @@
 #pragma once
 
 #include "platform/environment.h"
+#include "store/state_feed.h"
 
 #include <chrono>
 #include <cstddef>
 #include <functional>
 #include <limits>
+#include <utility>
 #include <vector>
 
 namespace qx {
@@ -29,16 +31,16 @@ struct JobWalk {
 ///
 /// What the next jobs will read is read ahead for no more of them than the last groups could hold.
 ///
-/// A job's actions (results, message boxes) are held back until the commit that makes them true; when the
-/// group is lost or abandoned they are dropped. On a host's connection no unit is begun or committed and
-/// actions run at the end of each job.
+/// A job's actions (results, message boxes) are held back until the commit that makes them true, and the
+/// changes of states are written right before it; when the group is lost or abandoned both are dropped. On a
+/// host's connection no unit is begun or committed and this happens at the end of each job.
 class WorkGroup {
 public:
   /// `wait` decides how long the start of a group waits for another program; null for the connection's own
-  /// limit. A group is full at `fullAt` jobs; 0 for as many as the connection likes.
-  WorkGroup(Environment& environment, BusyWait* wait, std::size_t fullAt = 0)
-      : environment_(environment), wait_(wait), fullAt_(fullAt) {}
-  WorkGroup(Environment& environment, BusyWait& wait) : WorkGroup(environment, &wait) {}
+  /// limit. A group is full at `fullAt` jobs; 0 for as many as the connection likes. `feed` is told the
+  /// changes of states; null where there are none.
+  WorkGroup(Environment& environment, BusyWait* wait, StateFeed* feed = nullptr, std::size_t fullAt = 0)
+      : environment_(environment), wait_(wait), feed_(feed), fullAt_(fullAt) {}
   WorkGroup(const WorkGroup&) = delete;
   WorkGroup& operator=(const WorkGroup&) = delete;
   /// Rolls back what is not committed.
@@ -61,6 +63,10 @@ public:
   void abandon() noexcept;
   /// Runs after the commit of the open group; at once when none is open.
   void afterCommit(std::function<void()> action);
+  /// Tells the feed of a change that was made in the open group.
+  void changed(StateChange change) {
+    if (feed_ != nullptr) feed_->note(std::move(change));
+  }
 
 private:
   /// Where the jobs of `takeAll` stand.
@@ -87,6 +93,7 @@ private:
 
   Environment& environment_;
   BusyWait* wait_;
+  StateFeed* feed_;
   std::size_t fullAt_;
   GroupLimits limits_; ///< of the open group
   std::vector<std::function<void()>> actions_;

@@ -31,12 +31,12 @@ public:
     unit.commit();
   }
   Connection& connection() override { return *erp.database; }
-  /// Every value of every table but the book of runs, which names the program, with its table, column and
-  /// row.
+  /// Every value of every table but the book of runs, which names the program, and the counters, which name
+  /// the database, with its table, column and row.
   std::map<std::string, std::string> everything() {
     std::map<std::string, std::string> all;
     for (const std::string& table : connection().tableNames()) {
-      if (table == "Importlaeufe") continue;
+      if (table == "Importlaeufe" || table == "Zaehlerstaende") continue;
       const auto found = open("Select * From "_sql, name(table));
       for (int row = 1; !found->eof(); found->moveNext(), ++row)
         for (std::size_t i = 0; i < found->fieldCount(); ++i)
@@ -190,8 +190,9 @@ TEST(HostedErp, ProcessesTheDemoJobsWithTheSessionOfTheHost) {
   EXPECT_EQ(differences(host, typed), "");
   EXPECT_EQ(host.erp.desktop.texts(), typed.erp.desktop.texts());
   EXPECT_EQ(host.ado.begun, 0);
+  // The highest number of the feed of results is no row that can be changed.
   EXPECT_EQ(std::set<std::string>(host.ado.opened.begin(), host.ado.opened.end()),
-            std::set<std::string>{"3,1,3"});
+            (std::set<std::string>{"3,1,1", "3,1,3"}));
 }
 
 TEST(HostedErp, ProcessesTheDemoJobsOnAConnectionOfTheHostWithoutASession) {

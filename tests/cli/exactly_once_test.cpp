@@ -11,6 +11,8 @@ namespace {
 
 class ExactlyOnce : public ProgramTest {
 protected:
+  ExactlyOnce() { variables["TZ"] = "Europe/Berlin"; }
+
   /// The hash of a content, staged under the key given.
   std::string hashOf(const std::string& key, const std::string& job) {
     mustStage(job);
@@ -38,7 +40,7 @@ TEST_F(ExactlyOnce, AContentUnderAnotherKeyIsToldAndRefusedWhenItIsToBeUnique) {
             "  B: same content as A of 23.11.2026 18:04:00\n");
   EXPECT_EQ(stage(order("B") + order("C", "1") + order("D", "1"), {"--dry-run"}).output,
             R"({"staged":3,"skipped":0,"dryRun":true,"jobs":["B","C","D"],"repeatedJobs":[)"
-            R"({"JobID":"B","sameContentAs":{"JobID":"A","since":"20261123180400"}},)"
+            R"({"JobID":"B","sameContentAs":{"JobID":"A","since":"2026-11-23T18:04:00+01:00"}},)"
             R"({"JobID":"D","sameContentAs":{"JobID":"C","since":null}}]})"
             "\n");
   const ProgramResult refused = stage(order("B") + order("C", "1") + order("D", "1"), {"--unique"});
@@ -90,9 +92,9 @@ TEST_F(ExactlyOnce, AKeyThatIsStagedAgainIsNoRepetition) {
   mustStage(order("A", "2"), {"--unique"});
   handedOver("20261123180400");
   EXPECT_EQ(run({"protocol", "purge", "--before", "23.11.2026"}).output,
-            "0 protocols and 0 entries of runs deleted, 0 contents forgotten\n");
+            "0 protocols, 0 entries of runs and 0 changes of states deleted, 0 contents forgotten\n");
   EXPECT_EQ(run({"protocol", "purge", "--before", "24.11.2026", "--json"}).output,
-            "{\"protocols\":0,\"runs\":0,\"contents\":2}\n");
+            "{\"protocols\":0,\"runs\":0,\"changes\":0,\"contents\":2}\n");
   mustStage(order("C", "2"), {"--unique"});
 }
 
@@ -164,7 +166,7 @@ TEST_F(ExactlyOnce, ADoneJobIsSkippedWithItsNumberAndTheTimeAndWhetherAChangeIsL
             "1 would be staged, 4 skipped\n")
       << "what is skipped is not repeated";
   EXPECT_EQ(stage(again).json()["skippedJobs"], Json::parse(R"([
-    {"JobID":"A","state":"done","kind":"auftrag","number":"200001","doneSince":"20261123190000","changed":false},
+    {"JobID":"A","state":"done","kind":"auftrag","number":"200001","doneSince":"2026-11-23T19:00:00+01:00","changed":false},
     {"JobID":"B","state":"done","kind":"auftrag","number":null,"doneSince":null,"changed":true},
     {"JobID":"c","state":"deleted","kind":"kundenvertrag","number":null,"doneSince":null,"changed":false},
     {"JobID":"D","state":"done","kind":"vertrag","number":"V1","doneSince":null,"changed":false}])"));

@@ -162,7 +162,7 @@ view|Meine_Sicht|Meine_Sicht|CREATE VIEW Meine_Sicht AS SELECT * FROM Auftragspo
             "  Importlaeufe: created; index Importlaeufe_Beginn\n"
             "  Eingangsdateien: created\n"
             "  Vorgangsinhalte: created; index Vorgangsinhalte_Kennung\n"
-            "  Zustandswechsel: created; index Zustandswechsel_Folge, Zustandswechsel_Job\n"
+            "  Zustandswechsel: created; index Zustandswechsel_Job\n"
             "  Zaehlerstaende: created\n");
   EXPECT_EQ(rowsOf(file,
                    "Select type, name, tbl_name, sql From sqlite_master Where name Like 'Mein%' Order By "

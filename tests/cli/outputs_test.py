@@ -53,6 +53,8 @@ def every_command():
     lines("process", "--quiet")
     run("delete", jobs[0]["JobID"])
     run("purge", "--before", "01.01.2027")
+    run("results", "--limit", "5")
+    lines("results")
     run("protocol", "purge", "--before", "01.01.2027")
     run("lock", "show")
     run("lock", "release")

@@ -64,8 +64,9 @@ def main():
             lines = list(connection.iterdump())
         finally:
             connection.close()
-        # Runs of the program are written down by the program.
-        return [masked(line.encode()) for line in lines if not line.startswith('INSERT INTO "Importlaeufe"')]
+        # Runs and changes of states are written down with their moments.
+        left_out = tuple(f'INSERT INTO "{table}"' for table in ("Importlaeufe", "Zustandswechsel", "Zaehlerstaende"))
+        return [masked(line.encode()) for line in lines if not line.startswith(left_out)]
 
     def late_bound(place):
         """The demonstration by the program, and by the library on components that are called by their names."""

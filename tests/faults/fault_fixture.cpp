@@ -39,7 +39,9 @@ Rows rowsOf(const fs::path& file) {
       for (std::size_t i = 0; i < rows->fieldCount(); ++i) {
         const std::string_view column = rows->fieldName(i);
         const bool perRun = column == "ÄndDatum" || column == "Zeitpunkt" ||
-                            (table == "Protokollpositionen" && column == "ID");
+                            (table == "Protokollpositionen" && column == "ID") ||
+                            (table == "Zustandswechsel" && column == "Folge") ||
+                            (table == "Zaehlerstaende" && column == "Kennung");
         if (!perRun) row.append("|").append(rows->value(i).text());
       }
       if (!row.starts_with("Einstellungen|ImportJob2|ProtoID|")) all.insert(row);

@@ -21,13 +21,14 @@ on() { # DATABASE VERB...
   shift
   QXIMPORTJOB_DB="${QXIMPORTJOB_DB/Database=qx/Database=$database}" "$program" "$@" --date 24.11.2026
 }
-# Every row of every table, without row keys, line numbers of the protocol and moments, with which the names of
+# Every row of every table, without row keys, line numbers of the protocol and of changes, and moments, with which the names of
 # protocols begin.
 result() { # DATABASE
-  # The lock belongs to the process that held it, and the book of runs has those that were killed.
+  # The lock belongs to the process that held it, the book of runs has those that were killed, and the counter of the
+  # changes names its database.
   psql -X -q -A -t -h 127.0.0.1 -p "$port" -U qx -d "$1" <<'QUERY' | sed -E 's/"20[0-9]{12}[A-Z0-9]*"/"moment"/g' | sort |
-Select format('Select %L, to_jsonb(t) - ''{lfd,zeile}''::text[] From %I t', table_name, table_name)
-From information_schema.tables Where table_schema = 'public' And table_name Not In ('lockcontrol', 'importlaeufe') Order By 1 \gexec
+Select format('Select %L, to_jsonb(t) - ''{lfd,zeile,folge}''::text[] From %I t', table_name, table_name)
+From information_schema.tables Where table_schema = 'public' And table_name Not In ('lockcontrol', 'importlaeufe', 'zaehlerstaende') Order By 1 \gexec
 QUERY
     # A job that could not be written is tried, and logged, again by every run.
     awk '!/"text2": "Fehler"/ || !seen[$0]++'

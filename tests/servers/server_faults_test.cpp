@@ -95,9 +95,9 @@ TEST_F(ServerFaults, ALoginThatMayOnlyReadIsToldTheRightAndTheTableThatItLacks) 
   };
   erp.execute("Update ImportKopf Set JobType = 11"_sql);
   for (const Writing& writing :
-       {Writing{{"stage", "-"}, "importkopf", "UPDATE"}, Writing{{"import", file}, "importkopf", "UPDATE"},
-        Writing{{"release", "K0"}, "importkopf", "UPDATE"}, Writing{{"delete", "K0"}, "importkopf", "DELETE"},
-        Writing{{"process"}, "lockcontrol", "INSERT"},
+       {Writing{{"stage", "-"}, "zaehlerstaende", "INSERT"},
+        Writing{{"import", file}, "importkopf", "UPDATE"}, Writing{{"release", "K0"}, "importkopf", "UPDATE"},
+        Writing{{"delete", "K0"}, "importkopf", "DELETE"}, Writing{{"process"}, "lockcontrol", "INSERT"},
         Writing{
             {"settings", "set", "ImportJob2", "EinVorgang", "1", "--force"}, "einstellungen", "INSERT"}}) {
     const ProgramResult result =

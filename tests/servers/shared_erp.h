@@ -104,7 +104,8 @@ public:
   std::string target;
 
 private:
-  std::map<std::string, std::string> variables_{{"HOME", folder.path().string()}, {"PATH", "/usr/bin:/bin"}};
+  std::map<std::string, std::string> variables_{
+      {"HOME", folder.path().string()}, {"PATH", "/usr/bin:/bin"}, {"TZ", "Europe/Berlin"}};
   std::unique_ptr<Connection> own_;
 };
 

@@ -110,12 +110,13 @@ TEST_P(SideBySide, ARepeatedContentIsToldAndADoneJobWithItsNumberAndTime) {
   erp.execute("Update ImportKopf Set JobType = 33, Bemerkung = ' Auftrag: 200001' Where JobID = 'A'"_sql);
   erp.execute("Insert Into Zustandswechsel (Folge, JobID, JobType, Zeitpunkt) Values (1, 'A', 33, "
               "'20261123190000')"_sql);
-  EXPECT_EQ(erp.run({"stage", "-", "--json"}, jobs("a", "C", "x") + jobs("D", "b", "y")).output,
-            R"({"staged":3,"skipped":1,"jobs":["C","D","b"],"skippedJobs":[{"JobID":"a","state":"done",)"
-            R"("kind":"auftrag","number":"200001","doneSince":"20261123190000","changed":false}],)"
-            R"("repeatedJobs":[{"JobID":"C","sameContentAs":{"JobID":"A","since":"20261123180400"}},)"
-            R"({"JobID":"b","sameContentAs":{"JobID":"D","since":null}}]})"
-            "\n");
+  EXPECT_EQ(
+      erp.run({"stage", "-", "--json"}, jobs("a", "C", "x") + jobs("D", "b", "y")).output,
+      R"({"staged":3,"skipped":1,"jobs":["C","D","b"],"skippedJobs":[{"JobID":"a","state":"done",)"
+      R"("kind":"auftrag","number":"200001","doneSince":"2026-11-23T19:00:00+01:00","changed":false}],)"
+      R"("repeatedJobs":[{"JobID":"C","sameContentAs":{"JobID":"A","since":"2026-11-23T18:04:00+01:00"}},)"
+      R"({"JobID":"b","sameContentAs":{"JobID":"D","since":null}}]})"
+      "\n");
   EXPECT_EQ(
       erp.run({"stage", "-"}, jobs("A", "E", "z")).output,
       "skipped   A  Auftrag 200001  (done since 23.11.2026 19:00:00, with another content; --again stages it "

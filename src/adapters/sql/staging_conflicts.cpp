@@ -47,6 +47,18 @@ void inNumberLists(const std::vector<std::int64_t>& numbers,
   }
 }
 
+std::vector<BulkStaging::ChangedJob> changedJobs(Connection& connection) {
+  std::vector<BulkStaging::ChangedJob> changed;
+  const auto rows =
+      connection.openStream(sql("SELECT s.JobID, s.JobType FROM StageKopf s LEFT JOIN ImportKopf k ON k."_sql,
+                                name(connection.rowKey()),
+                                " = s.StageZiel WHERE s.StageSperre = 0 AND s.JobType <> "
+                                "coalesce(k.JobType, s.JobType - s.JobType % 10) ORDER BY s.StageZiel"_sql));
+  for (; !rows->eof(); rows->moveNext())
+    changed.push_back({rows->text("JobID"), jobCode(rows->value("JobType"))});
+  return changed;
+}
+
 void visitStaged(Recordset& rows, const BulkStaging::Visitor& visit) {
   for (; !rows.eof(); rows.moveNext()) {
     const bool known = !rows.value("StageZiel").isNull();

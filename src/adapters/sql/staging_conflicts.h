@@ -23,6 +23,9 @@ KeyConflict conflictOf(Recordset& row, KeyConflict::Kind kind);
 void inNumberLists(const std::vector<std::int64_t>& numbers,
                    const std::function<void(const Sql& list)>& leave);
 
+/// What `BulkStaging::changed` gives. Call it before the jobs are copied.
+std::vector<BulkStaging::ChangedJob> changedJobs(Connection& connection);
+
 /// Visits rows with Schluessel, Art, StageZiel and StageSperre, and for skipped jobs the columns of
 /// `StagedJob::stored`.
 void visitStaged(Recordset& rows, const BulkStaging::Visitor& visit);

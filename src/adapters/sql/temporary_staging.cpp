@@ -185,6 +185,7 @@ std::vector<KeyConflict> TemporaryStaging::copy(BusyWait& wait, CopyOrder order,
   }
   if (!owned.empty()) return owned;
   const std::int64_t repeated = contents_.count();
+  changed_ = changedJobs(connection_);
   if (!order.tryOnly) {
     report(0, jobs_ + positionCount_);
     copyHeaders();

@@ -146,6 +146,7 @@ std::vector<KeyConflict> SqliteBulkStaging::copy(BusyWait& wait, CopyOrder order
   counts.skipped = count->value("Uebergangen").integer().value_or(0);
   counts.staged = count->value("Alle").integer().value_or(0) - counts.skipped;
   counts.repeated = contents_.count();
+  changed_ = relational::changedJobs(connection_);
   if (!order.tryOnly) {
     report(0, jobs_ + positionCount_);
     copyHeaders(counts.staged);
