@@ -26,10 +26,8 @@ bool hasCounter(Connection& connection) {
 }
 
 std::int64_t highestNumber(Connection& connection) {
-  return connection.open(sql("Select Max(Folge) As Stand From Zustandswechsel"_sql))
-      ->value("Stand")
-      .integer()
-      .value_or(0);
+  const auto last = connection.open(sql("Select Folge From Zustandswechsel Order By Folge Desc"_sql));
+  return last->eof() ? 0 : last->value("Folge").integer().value_or(0);
 }
 
 /// What tells this feed from that of another database.
