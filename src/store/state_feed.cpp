@@ -155,15 +155,6 @@ bool hasStateFeed(Connection& connection) {
   });
 }
 
-std::optional<ToldChange> lastChange(Connection& connection, std::string_view jobId) {
-  if (!hasStateFeed(connection)) return std::nullopt;
-  const auto row = connection.open(sql(
-      "Select Top 1 Folge, JobID, JobType, Nummer, Fehlertext, Zeitpunkt From Zustandswechsel Where JobID = '"_sql,
-      value(jobId), "' Order By Folge Desc"_sql));
-  if (row->eof()) return std::nullopt;
-  return toldChange(*row);
-}
-
 ToldChange toldChange(Recordset& row) {
   return {row.value("Folge").integer().value_or(0),
           {row.text("JobID"), jobCode(row.value("JobType")), row.text("Nummer"), row.text("Fehlertext")},

@@ -80,10 +80,6 @@ struct ToldChange {
 /// From a row of the table.
 ToldChange toldChange(Recordset& row);
 
-/// The last change of a job that is still in the feed; its key is compared as the database compares keys.
-/// Null without one, and in a database without a feed. Raises database errors.
-std::optional<ToldChange> lastChange(Connection& connection, std::string_view jobId);
-
 /// Deletes the changes before the first one of this day or later. Returns their number.
 std::int64_t deleteChangesBefore(Connection& connection, const Date& day);
 
