@@ -294,13 +294,11 @@ constexpr auto orderMembers = std::to_array<Member>({
     object("lines", "Article lines.", orderLine).list(),
 });
 constexpr OutputObject order{"order", "The order that the job has become, as the ERP has it.", orderMembers};
+constexpr Member writtenOrder =
+    object("order", "What was written; missing unless the job has become an order.", order).sometimes();
 constexpr auto showMembers =
     joined(std::to_array<Member>({object("Positionen", "Positions of the job.", shownPosition).list()}),
-           outcomeMembers,
-           std::to_array<Member>(
-               {object("order", "What was written; missing unless the job has become an order.", order)
-                    .sometimes()}),
-           checkMembers);
+           outcomeMembers, std::to_array<Member>({writtenOrder}), checkMembers);
 constexpr OutputObject shownJob{"job", "The job, with all columns.", showMembers, RowKind::Job};
 
 constexpr auto checkedJobMembers =
@@ -359,7 +357,7 @@ constexpr auto processedMembers =
            }),
            outcomeMembers,
            std::to_array<Member>({text("Fehlertext", "Reasons of the run, one a line; empty for none.")}),
-           detailsMembers);
+           detailsMembers, std::to_array<Member>({writtenOrder}));
 constexpr OutputObject processedJob{"job", "A job that the run has taken.", processedMembers};
 
 constexpr auto countMembers = std::to_array<Member>({

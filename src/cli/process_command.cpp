@@ -99,8 +99,8 @@ std::optional<std::chrono::seconds> spanFromText(std::string_view text) {
   return std::nullopt;
 }
 
-std::unique_ptr<RunPrinter> printerFor(const Output& output, bool quiet) {
-  if (output.json) return std::make_unique<JsonRunPrinter>(output, quiet);
+std::unique_ptr<RunPrinter> printerFor(Environment& environment, const Output& output, bool quiet) {
+  if (output.json) return std::make_unique<JsonRunPrinter>(environment, output, quiet);
   return std::make_unique<TextRunPrinter>(output, quiet);
 }
 
@@ -153,7 +153,7 @@ ExitCode ProcessCommand::work(const CommandContext& context) {
   const std::uintmax_t waiting = isErrorTerminal() ? jobsToTake(context.connection(), selection_) : 0;
   std::uintmax_t taken = 0;
   const Subscription subscription = context.engine.subscribe(bar);
-  const auto printer = printerFor(context.output, quiet);
+  const auto printer = printerFor(context.environment, context.output, quiet);
   context.engine.setOutcomeSink([&](const JobOutcome& outcome) {
     printer->add(outcome);
     bar.report(++taken, waiting);

@@ -2,7 +2,10 @@
 
 #include "cli/job_terms.h"
 #include "cli/json_members.h"
+#include "cli/written_order.h"
 #include "model/text.h"
+#include "platform/environment.h"
+#include "platform/failure.h"
 
 namespace qx::cli {
 namespace {
@@ -24,19 +27,6 @@ void printRest(std::ostream& output, const RunReport& report) {
 }
 
 bool isWritten(const JobOutcome& outcome) { return stateOf(outcome.jobType) == JobState::Done; }
-
-void writeJob(JsonWriter& json, const JobOutcome& outcome) {
-  json.beginObject();
-  json.key("JobID").text(outcome.jobId);
-  json.key("Vorgang").text(outcome.transaction);
-  json.key("Nummer").text(outcome.number);
-  json.key("Status").text(outcome.status);
-  json.key("JobType").number(std::int64_t{outcome.jobType});
-  writeOutcome(json, outcome.jobType, outcome.number);
-  json.key("Fehlertext").text(outcome.reasons);
-  writeDetails(json, outcome.findings);
-  json.endObject();
-}
 
 } // namespace
 
@@ -74,6 +64,23 @@ void JsonRunPrinter::begin() {
   if (begun_) return;
   begun_ = true;
   json_.beginObject().key("jobs").beginArray();
+}
+
+void JsonRunPrinter::writeJob(JsonWriter& json, const JobOutcome& outcome) {
+  json.beginObject();
+  json.key("JobID").text(outcome.jobId);
+  json.key("Vorgang").text(outcome.transaction);
+  json.key("Nummer").text(outcome.number);
+  json.key("Status").text(outcome.status);
+  json.key("JobType").number(std::int64_t{outcome.jobType});
+  writeOutcome(json, outcome.jobType, outcome.number);
+  json.key("Fehlertext").text(outcome.reasons);
+  writeDetails(json, outcome.findings);
+  // The job is written, whether or not its order can be read again.
+  if (outcome.jobType == qxtJobAufträgeDone)
+    trapped(environment_.diagnostics, {"order that was written", outcome.jobId},
+            [&] { WrittenOrder(*environment_.connection, outcome.number).write(json); });
+  json.endObject();
 }
 
 void JsonRunPrinter::add(const JobOutcome& outcome) {

@@ -5,6 +5,7 @@
 #include "cli/run_causes.h"
 #include "cli/table.h"
 #include "engine/job_outcome.h"
+#include "platform/environment.h"
 #include "store/json_writer.h"
 
 #include <chrono>
@@ -37,13 +38,17 @@ private:
 /// the summary last.
 class JsonRunPrinter final : public RunPrinter {
 public:
-  JsonRunPrinter(const Output& output, bool quiet) : output_(output), quiet_(quiet), json_(output.result) {}
+  /// Reads from the connection of the environment what was written.
+  JsonRunPrinter(Environment& environment, const Output& output, bool quiet)
+      : environment_(environment), output_(output), quiet_(quiet), json_(output.result) {}
   void add(const JobOutcome& outcome) override;
   void finish(const RunReport& report, std::chrono::milliseconds span) override;
 
 private:
   void begin();
+  void writeJob(JsonWriter& json, const JobOutcome& outcome);
 
+  Environment& environment_;
   const Output& output_;
   bool quiet_;
   JsonWriter json_;

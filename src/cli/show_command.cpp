@@ -3,16 +3,14 @@
 #include "cli/job_terms.h"
 #include "cli/json_members.h"
 #include "cli/terminal_text.h"
+#include "cli/written_order.h"
 #include "engine/erp_number.h"
 #include "model/german_text.h"
 #include "model/text.h"
 #include "platform/value.h"
 #include "store/json_writer.h"
 
-#include <array>
-#include <charconv>
-#include <cstdint>
-#include <memory>
+#include <cstddef>
 #include <string>
 
 namespace qx::cli {
@@ -22,32 +20,13 @@ struct ShownJob {
   Recordset& header;
   Recordset& positions;
   Findings findings;
-  Recordset* order = nullptr; ///< what the job became; null for none
-  Recordset* lines = nullptr;
+  WrittenOrder order;
 };
-
-constexpr std::array<ColumnName, 6> orderSumColumns{"Auftragsnummer", "Währung",    "Preistyp",
-                                                    "Gesamtnetto",    "GesamtMwSt", "Gesamtbrutto"};
-constexpr std::array<ColumnName, 7> orderLineColumns{
-    "Positionsnummer", "Artikelnummer", "Menge", "Mengeneinheit", "Preis", "Preiseinheit", "Rabatt"};
-
-/// Prices and sums as the ERP has them.
-void writeOrder(JsonWriter& json, Recordset& order, Recordset& lines) {
-  json.key("order").beginObject();
-  for (const ColumnName column : orderSumColumns) json.key(column.text()).value(order.value(column));
-  json.key("lines").beginArray();
-  for (; !lines.eof(); lines.moveNext()) {
-    json.beginObject();
-    for (const ColumnName column : orderLineColumns) json.key(column.text()).value(lines.value(column));
-    json.endObject();
-  }
-  json.endArray().endObject();
-}
 
 /// The last column of the positions only sorts them.
 std::size_t shownColumns(const Recordset& positions) { return positions.fieldCount() - 1; }
 
-void writeJson(std::ostream& output, const ShownJob& job) {
+void writeJson(std::ostream& output, ShownJob& job) {
   JsonWriter json(output);
   writeColumns(json.beginObject(), job.header, job.header.fieldCount());
   json.key("Positionen").beginArray();
@@ -57,7 +36,7 @@ void writeJson(std::ostream& output, const ShownJob& job) {
   }
   json.endArray();
   writeOutcome(json, job.header);
-  if (job.order) writeOrder(json, *job.order, *job.lines);
+  job.order.write(json);
   writeCheck(json, job.findings);
   json.endObject().finish();
 }
@@ -98,13 +77,6 @@ void writeText(std::ostream& output, const ShownJob& job) {
   for (const std::string& line : job.findings.lines()) output << "  " << line << '\n';
 }
 
-/// 0 for a job that has not become an order.
-std::int64_t orderNumber(const std::string& number) {
-  std::int64_t whole = 0;
-  std::from_chars(number.data(), number.data() + number.size(), whole);
-  return whole;
-}
-
 } // namespace
 
 ExitCode ShowCommand::work(const CommandContext& context) {
@@ -114,19 +86,8 @@ ExitCode ShowCommand::work(const CommandContext& context) {
   const auto positions = context.connection().openStream(
       sql("SELECT *, Cast(Positionsnummer as int) as intPos From ImportPos where JobID = '"_sql,
           value(job.jobId), "' Order By intPos"_sql));
-  std::unique_ptr<Recordset> order;
-  std::unique_ptr<Recordset> lines;
-  if (const auto number = kindOf(job.jobType) == qxtJobAufträge ? orderNumber(erpNumber(*header)) : 0;
-      number != 0) {
-    order = context.connection().open(
-        sql("Select * From Auftragskopf Where Auftragsnummer = "_sql, qx::number(number)));
-    lines = context.connection().open(
-        sql("Select * From Auftragspos Where Zeilentyp = 'K' And Auftragsnummer = "_sql, qx::number(number),
-            " Order By Positionsnummer"_sql));
-  }
-  const bool written = order && !order->eof();
-  const ShownJob shown{*header, *positions, context.engine.checkJob(job.jobId),
-                       written ? order.get() : nullptr, written ? lines.get() : nullptr};
+  const std::string order = kindOf(job.jobType) == qxtJobAufträge ? erpNumber(*header) : std::string();
+  ShownJob shown{*header, *positions, context.engine.checkJob(job.jobId), {context.connection(), order}};
   if (context.output.json)
     writeJson(context.output.result, shown);
   else

@@ -495,6 +495,7 @@ TEST_F(PricedJobs, TellItInTheRunAndItsProtocolToo) {
   EXPECT_EQ(shown["order"]["Gesamtbrutto"], 0.17);
   EXPECT_EQ(shown["order"]["lines"][0]["Preis"], 0.068);
   EXPECT_EQ(shown["order"]["lines"].size(), 2U);
+  EXPECT_EQ((*written)["order"], shown["order"]);
   EXPECT_EQ(runPlain({"--db", demo, "list", "--json", "--jobid", "A"}).json()["jobs"][0]["number"], number);
   const Json waiting = runPlain({"--db", demo, "list", "--json", "--kind", "customers", "--state", "waiting"})
                            .json()["jobs"][0];
