@@ -18,11 +18,9 @@ WrittenOrder::WrittenOrder(Connection& connection, std::string_view number) {
   std::int64_t whole = 0;
   std::from_chars(number.data(), number.data() + number.size(), whole);
   if (whole == 0) return;
-  header_ = connection.open(
-      sql("Select * From Auftragskopf Where Auftragsnummer = "_sql, qx::number(whole)));
-  lines_ = connection.open(
-      sql("Select * From Auftragspos Where Zeilentyp = 'K' And Auftragsnummer = "_sql, qx::number(whole),
-          " Order By Positionsnummer"_sql));
+  header_ = connection.open(sql("Select * From Auftragskopf Where Auftragsnummer = "_sql, qx::number(whole)));
+  lines_ = connection.open(sql("Select * From Auftragspos Where Zeilentyp = 'K' And Auftragsnummer = "_sql,
+                               qx::number(whole), " Order By Positionsnummer"_sql));
 }
 
 void WrittenOrder::write(JsonWriter& json) {

@@ -26,7 +26,8 @@ bool hasCounter(Connection& connection) {
 }
 
 std::int64_t highestNumber(Connection& connection) {
-  const auto last = connection.open(sql("Select Folge From Zustandswechsel Order By Folge Desc"_sql));
+  const auto last =
+      connection.open(sql("Select Folge From Zustandswechsel Where Folge > 0 Order By Folge Desc"_sql));
   return last->eof() ? 0 : last->value("Folge").integer().value_or(0);
 }
 

@@ -89,6 +89,7 @@ check_consistent() {
     WHERE Text2 <> 'Erledigt' OR (Text0 = 'Kunden' AND coalesce(Text8, '') <> '1')"
   check_orders "$1"
   check_contracts "$1"
+  check_feed "$1"
 }
 
 # Header, both lines, index entry, number and protocol line belong together, and no number is missing.
@@ -104,6 +105,16 @@ check_orders() {
   expect "$1" "$done" "SELECT count(*) FROM Protokollpositionen WHERE Text0 = 'Auftrag'"
 }
 
+# Each done job is told as done once, and no number is missing.
+check_feed() {
+  expect "$1" '' 'SELECT JobID FROM Zustandswechsel GROUP BY JobID, JobType HAVING count(*) <> 1'
+  expect "$1" '' 'SELECT JobID FROM ImportKopf WHERE JobType % 10 = 3 EXCEPT SELECT JobID FROM Zustandswechsel'
+  expect "$1" '' 'SELECT JobID FROM Zustandswechsel EXCEPT SELECT JobID FROM ImportKopf WHERE JobType % 10 = 3'
+  expect "$1" 1 "SELECT (SELECT coalesce(max(Folge), 0) FROM Zustandswechsel) = (SELECT count(*) FROM Zustandswechsel)
+    AND (SELECT count(*) FROM Zustandswechsel) = coalesce((SELECT Stand FROM Zaehlerstaende WHERE Zaehler =
+    'Zustandswechsel'), 0)"
+}
+
 # A position is in its table or in its header, never in both and never lost.
 check_contracts() {
   local done
@@ -111,7 +122,7 @@ check_contracts() {
   expect "$1" "$done" "SELECT count(*) FROM Verträge WHERE VertrGegenstandsNr = 'G1' AND Betrag = 9.5"
   expect "$1" "$done" "SELECT count(*) FROM Protokollpositionen WHERE Text0 = 'Vertrag'"
   expect "$1" $contracts "SELECT count(*) FROM ImportKopf LEFT JOIN ImportPos USING (JobID) WHERE
-    ImportKopf.JobID LIKE 'CONTRACT%' AND (ImportPos.ChildID IS NULL) = (ImportKopf.Artikelnummer = 'G1')"
+    ImportKopf.JobID LIKE 'CONTRACT%' AND (ImportPos.ChildID IS NULL) = (ImportKopf.Artikelnummer IS 'G1')"
 }
 
 check_complete() {

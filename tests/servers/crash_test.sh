@@ -30,8 +30,8 @@ result() { # DATABASE
 Select format('Select %L, to_jsonb(t) - ''{lfd,zeile,folge}''::text[] From %I t', table_name, table_name)
 From information_schema.tables Where table_schema = 'public' And table_name Not In ('lockcontrol', 'importlaeufe', 'zaehlerstaende') Order By 1 \gexec
 QUERY
-    # A job that could not be written is tried, and logged, again by every run.
-    awk '!/"text2": "Fehler"/ || !seen[$0]++'
+    # A job that could not be written is tried, logged and told again by every run; one that is done is not.
+    awk '!(/"text2": "Fehler"/ || (/^zustandswechsel/ && !/"jobtype": [1-4]3[,}]/)) || !seen[$0]++'
 }
 
 # SIGKILL for the server and all its sessions, as if the machine had lost its power.
