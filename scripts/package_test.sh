@@ -148,7 +148,7 @@ running | degraded)
   mkdir -p "$root/var/lib/prometheus/node-exporter"
   drop_in qximportjob.service 'ExecStopPost='
   drop_in qximportjob.service 'qximportjob backup --replace'
-  box 'systemctl enable --now' | running bash -e >"$root/log" 2>&1 ||
+  box 'systemctl enable --now qximportjob.timer' | running bash -e >"$root/log" 2>&1 ||
     { running journalctl --lines=20 --unit=qximportjob.service >&2; fail "the run failed"; }
   grep -q 'Fehler .*BEISPIEL-VERTRAG' "$root/log" || fail "the log does not show what the run did"
   equal "$(result_of_run)" 'success 1 ' 'a run with findings'
@@ -169,7 +169,7 @@ running | degraded)
 (sleep 1; mv /var/tmp/mail.new /var/tmp/mail) &
 MAIL
   chmod +x "$root/usr/local/bin/mail"
-  box 'cp /usr/share/doc' | running bash -e || fail "the unit that mails failed"
+  box 'systemctl start qximportjob-failure' | running bash -e || fail "the unit that mails failed"
   sleep 2
   grep -q '^-s qximportjob.service failed on .* root$' "$root/var/tmp/mail" || fail "no mail was sent to root"
   rm "$root/var/tmp/mail"
